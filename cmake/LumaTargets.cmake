@@ -1,0 +1,49 @@
+# Flags that every target of ours carries.
+add_library(luma_flags INTERFACE)
+target_compile_options(luma_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -fno-omit-frame-pointer)
+target_compile_definitions(luma_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_FOREACH QT_NO_URL_CAST_FROM_STRING)
+target_include_directories(luma_flags INTERFACE ${CMAKE_SOURCE_DIR})
+# lumactl must not drag in the desktop's libraries because a neighbour in its static library needs them.
+target_link_options(luma_flags INTERFACE -Wl,--as-needed)
+if(LUMA_SANITIZE)
+  target_compile_options(luma_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined)
+  target_link_options(luma_flags INTERFACE -fsanitize=address,undefined)
+endif()
+
+# luma_library(NAME SOURCES a.cpp ... LINK Qt6::Core ...)
+#   A static library. Its own headers are reached as "room/header.h".
+function(luma_library NAME)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_library(${NAME} STATIC ${ARG_SOURCES})
+  target_link_libraries(${NAME} PUBLIC luma_flags ${ARG_LINK})
+endfunction()
+
+# luma_program(NAME SOURCES a.cpp ... LINK ...)
+function(luma_program NAME)
+  cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${NAME} ${ARG_SOURCES})
+  target_link_libraries(${NAME} PRIVATE luma_flags ${ARG_LINK})
+  set_target_properties(${NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
+endfunction()
+
+# luma_tests(NAME MAIN core|gui CLASSES tst_a tst_b ... [SOURCES helper.cpp ...] [LINK ...])
+#   One executable for a folder of tests; each class is a ctest case of its own, NAME.tst_a.
+#   core: a QCoreApplication. gui: a QApplication, offscreen unless QT_QPA_PLATFORM says otherwise,
+#   inside a private D-Bus session. Both live in a home folder of their own.
+function(luma_tests NAME)
+  cmake_parse_arguments(ARG "" "MAIN" "CLASSES;SOURCES;LINK" ${ARGN})
+  set(files ${ARG_CLASSES})
+  list(TRANSFORM files APPEND .cpp)
+  add_executable(${NAME} ${files} ${ARG_SOURCES})
+  target_link_libraries(${NAME} PRIVATE luma_flags luma_test_main_${ARG_MAIN} ${ARG_LINK})
+  set_target_properties(${NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/tests/bin)
+  if(ARG_MAIN STREQUAL "gui")
+    set(session ${CMAKE_SOURCE_DIR}/scripts/private-session)
+  endif()
+  foreach(class ${ARG_CLASSES})
+    add_test(NAME ${NAME}.${class} COMMAND ${session} $<TARGET_FILE:${NAME}> ${class})
+    set_tests_properties(${NAME}.${class} PROPERTIES
+      TIMEOUT 900
+      ENVIRONMENT "LUMA_SOURCE_DIR=${CMAKE_SOURCE_DIR};LUMA_BUILD_DIR=${CMAKE_BINARY_DIR};ASAN_OPTIONS=detect_leaks=0:new_delete_type_mismatch=0;UBSAN_OPTIONS=print_stacktrace=1;QTWEBENGINE_DISABLE_SANDBOX=1")
+  endforeach()
+endfunction()

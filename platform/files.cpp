@@ -1,0 +1,339 @@
+#include "platform/files.h"
+
+#include "platform/filedescriptor.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <system_error>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+Error systemError(const fs::path& path, int code)
+{
+    return Error{path.string() + ": " + std::generic_category().message(code)};
+}
+
+Result<void> writeAll(int descriptor, std::string_view bytes, const fs::path& path)
+{
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return systemError(path, errno);
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return {};
+}
+
+// A file under a temporary name in the folder of its target; gone again unless it takes the target's place.
+class TemporaryFile final
+{
+public:
+    explicit TemporaryFile(const fs::path& target)
+        : m_target(target),
+          m_path((target.parent_path() / ".luma-XXXXXX").string()),
+          m_descriptor(::mkostemp(m_path.data(), O_CLOEXEC)),
+          m_openError(errno),
+          m_exists(bool(m_descriptor))
+    {}
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile()
+    {
+        if (m_exists)
+            ::unlink(m_path.c_str());
+    }
+
+    [[nodiscard]] bool isOpen() const { return bool(m_descriptor); }
+    [[nodiscard]] int descriptor() const { return m_descriptor.get(); }
+    [[nodiscard]] int openError() const { return m_openError; }
+
+    Result<void> takePlace(Existing existing, Durability durability)
+    {
+        if (durability == Durability::Synced && ::fsync(m_descriptor.get()) != 0)
+            return systemError(m_target, errno);
+        // close() is where a network file system reports what it could not store.
+        if (::close(m_descriptor.release()) != 0)
+            return systemError(m_target, errno);
+        if (existing == Existing::Keep)
+            return takeFreePlace();
+        if (::rename(m_path.c_str(), m_target.c_str()) != 0)
+            return systemError(m_target, errno);
+        m_exists = false;
+        return {};
+    }
+
+private:
+    // The flag keeps a file that appeared meanwhile.
+    Result<void> takeFreePlace()
+    {
+        if (::renameat2(AT_FDCWD, m_path.c_str(), AT_FDCWD, m_target.c_str(), RENAME_NOREPLACE) == 0) {
+            m_exists = false;
+            return {};
+        }
+        if (errno != EINVAL && errno != ENOSYS)
+            return systemError(m_target, errno);
+        // Some network file systems do not know the flag; a look before the rename must do there.
+        if (itemExists(m_target))
+            return systemError(m_target, EEXIST);
+        if (::rename(m_path.c_str(), m_target.c_str()) != 0)
+            return systemError(m_target, errno);
+        m_exists = false;
+        return {};
+    }
+
+    fs::path m_target;
+    std::string m_path;
+    FileDescriptor m_descriptor;
+    int m_openError;
+    bool m_exists;
+};
+
+Result<void> copyBytes(int from, int to, const fs::path& source, const fs::path& target)
+{
+    // copy_file_range lets the file system share or copy by itself; it does not work everywhere, and not for
+    // files that claim to be empty and are not.
+    for (;;) {
+        const ssize_t copied = ::copy_file_range(from, nullptr, to, nullptr, std::size_t{1} << 30, 0);
+        if (copied > 0)
+            continue;
+        if (copied == 0)
+            break;
+        if (errno == EINTR)
+            continue;
+        if (errno == ENOSPC || errno == EDQUOT || errno == EFBIG || errno == EIO)
+            return systemError(target, errno);
+        break;
+    }
+    std::array<char, std::size_t{256} * 1024> buffer;
+    for (;;) {
+        const ssize_t got = ::read(from, buffer.data(), buffer.size());
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return systemError(source, errno);
+        if (got == 0)
+            return {};
+        if (auto written = writeAll(to, {buffer.data(), static_cast<std::size_t>(got)}, target); !written)
+            return written;
+    }
+}
+
+Result<void> copyLink(const fs::path& source, const fs::path& target, Existing existing)
+{
+    std::error_code error;
+    const fs::path destination = fs::read_symlink(source, error);
+    if (error)
+        return systemError(source, error.value());
+    if (existing == Existing::Keep) {
+        if (::symlink(destination.c_str(), target.c_str()) != 0)
+            return systemError(target, errno);
+        return {};
+    }
+    std::string aside = (target.parent_path() / ".luma-XXXXXX").string();
+    // mkostemp only to find a free name.
+    FileDescriptor placeholder(::mkostemp(aside.data(), O_CLOEXEC));
+    if (!placeholder)
+        return systemError(target, errno);
+    ::unlink(aside.c_str());
+    if (::symlink(destination.c_str(), aside.c_str()) != 0)
+        return systemError(target, errno);
+    if (::rename(aside.c_str(), target.c_str()) != 0) {
+        const int code = errno;
+        ::unlink(aside.c_str());
+        return systemError(target, code);
+    }
+    return {};
+}
+
+Result<void> keepTimes(int descriptor, const struct stat& status, const fs::path& target)
+{
+    const std::array<timespec, 2> times = {status.st_atim, status.st_mtim};
+    if (::futimens(descriptor, times.data()) != 0)
+        return systemError(target, errno);
+    return {};
+}
+
+Result<void> copyFolder(const fs::path& source, const fs::path& target);
+
+Result<void> copyAny(const fs::path& source, const fs::path& target)
+{
+    struct stat status = {};
+    if (::lstat(source.c_str(), &status) != 0)
+        return systemError(source, errno);
+    return S_ISDIR(status.st_mode) ? copyFolder(source, target) : copyFile(source, target, Existing::Keep);
+}
+
+Result<void> copyFolder(const fs::path& source, const fs::path& target)
+{
+    struct stat status = {};
+    if (::stat(source.c_str(), &status) != 0)
+        return systemError(source, errno);
+    if (::mkdir(target.c_str(), 0700) != 0)
+        return systemError(target, errno);
+    std::error_code error;
+    fs::directory_iterator entries(source, error);
+    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+        if (auto copied = copyAny(entries->path(), target / entries->path().filename()); !copied)
+            return copied;
+    }
+    if (error)
+        return systemError(source, error.value());
+    const FileDescriptor folder(::open(target.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!folder || ::fchmod(folder.get(), status.st_mode & 07777U) != 0)
+        return systemError(target, errno);
+    return keepTimes(folder.get(), status, target);
+}
+
+bool isInside(const fs::path& path, const fs::path& folder)
+{
+    std::error_code error;
+    const fs::path relative =
+        fs::weakly_canonical(path, error).lexically_relative(fs::weakly_canonical(folder, error));
+    return !relative.empty() && *relative.begin() != "..";
+}
+
+} // namespace
+
+bool itemExists(const fs::path& path)
+{
+    struct stat status = {};
+    return ::lstat(path.c_str(), &status) == 0;
+}
+
+Result<std::string> readFile(const fs::path& path)
+{
+    // O_NONBLOCK: opening a FIFO must not wait for a writer.
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file)
+        return systemError(path, errno);
+    struct stat status = {};
+    if (::fstat(file.get(), &status) != 0)
+        return systemError(path, errno);
+    if (!S_ISREG(status.st_mode))
+        return systemError(path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+    std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
+    std::size_t size = 0;
+    for (;;) {
+        if (size == bytes.size())
+            bytes.resize(size + 4096);
+        const ssize_t got = ::read(file.get(), bytes.data() + size, bytes.size() - size);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return systemError(path, errno);
+        if (got == 0)
+            break;
+        size += static_cast<std::size_t>(got);
+    }
+    bytes.resize(size);
+    return bytes;
+}
+
+Result<void> writeFile(const fs::path& path, std::string_view bytes, unsigned newMode)
+{
+    std::error_code error;
+    const fs::path target = fs::is_symlink(path, error) ? fs::weakly_canonical(path, error) : path;
+    struct stat old = {};
+    const bool replaces = ::stat(target.c_str(), &old) == 0;
+    if (replaces && !S_ISREG(old.st_mode))
+        return systemError(path, S_ISDIR(old.st_mode) ? EISDIR : EINVAL);
+    // Renaming over a read-only file would succeed; its owner wrote-protected it for a reason.
+    if (replaces && ::access(target.c_str(), W_OK) != 0)
+        return systemError(path, errno);
+    TemporaryFile temporary(target);
+    if (!temporary.isOpen())
+        return systemError(path, temporary.openError());
+    if (auto written = writeAll(temporary.descriptor(), bytes, path); !written)
+        return written;
+    if (replaces && ::fchown(temporary.descriptor(), old.st_uid, old.st_gid) != 0 && errno != EPERM)
+        return systemError(path, errno);
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    if (::fchmod(temporary.descriptor(), replaces ? old.st_mode & 07777U : newMode & ~mask) != 0)
+        return systemError(path, errno);
+    return temporary.takePlace(Existing::Replace, Durability::Synced);
+}
+
+Result<void> copyFile(const fs::path& source, const fs::path& target, Existing existing,
+                      Durability durability)
+{
+    struct stat status = {};
+    if (::lstat(source.c_str(), &status) != 0)
+        return systemError(source, errno);
+    if (S_ISLNK(status.st_mode))
+        return copyLink(source, target, existing);
+    if (!S_ISREG(status.st_mode))
+        return systemError(source, EINVAL);
+    const FileDescriptor from(::open(source.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (!from || ::fstat(from.get(), &status) != 0)
+        return systemError(source, errno);
+    TemporaryFile temporary(target);
+    if (!temporary.isOpen())
+        return systemError(target, temporary.openError());
+    if (auto copied = copyBytes(from.get(), temporary.descriptor(), source, target); !copied)
+        return copied;
+    if (::fchmod(temporary.descriptor(), status.st_mode & 07777U) != 0)
+        return systemError(target, errno);
+    if (auto kept = keepTimes(temporary.descriptor(), status, target); !kept)
+        return kept;
+    return temporary.takePlace(existing, durability);
+}
+
+Result<void> copyItem(const fs::path& source, const fs::path& target)
+{
+    if (itemExists(target))
+        return systemError(target, EEXIST);
+    std::error_code error;
+    if (fs::is_directory(fs::symlink_status(source, error)) && isInside(target, source))
+        return systemError(target, EINVAL);
+    auto copied = copyAny(source, target);
+    if (!copied)
+        (void)removeItem(target);
+    return copied;
+}
+
+Result<void> moveItem(const fs::path& source, const fs::path& target)
+{
+    if (::renameat2(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0)
+        return {};
+    int code = errno;
+    if (code != EXDEV && code != EINVAL && code != ENOSYS)
+        return systemError(code == EEXIST ? target : source, code);
+    if (itemExists(target))
+        return systemError(target, EEXIST);
+    // A file system that does not know the flag; moving a folder into itself is EINVAL here too.
+    if (code != EXDEV) {
+        if (::rename(source.c_str(), target.c_str()) == 0)
+            return {};
+        code = errno;
+    }
+    if (code != EXDEV)
+        return systemError(source, code);
+    if (auto copied = copyItem(source, target); !copied)
+        return copied;
+    return removeItem(source);
+}
+
+Result<void> removeItem(const fs::path& path)
+{
+    std::error_code error;
+    if (!itemExists(path))
+        return systemError(path, ENOENT);
+    fs::remove_all(path, error);
+    if (error)
+        return systemError(path, error.value());
+    return {};
+}
+
+} // namespace luma

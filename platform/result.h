@@ -1,0 +1,52 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <variant>
+
+namespace luma {
+
+/// What went wrong, for a reader. Names of files stand in it as the bytes they are.
+struct Error
+{
+    std::string text;
+};
+
+/// A value, or the error that stood in its way. The one way to fail inside the rooms: no exception
+/// leaves a room, and [[nodiscard]] keeps a failure from being overlooked.
+template <class T>
+class [[nodiscard]] Result final
+{
+public:
+    Result(T value) : m_state(std::move(value)) {}
+    Result(Error error) : m_state(std::move(error)) {}
+
+    explicit operator bool() const { return std::holds_alternative<T>(m_state); }
+    const T& operator*() const& { return std::get<T>(m_state); }
+    T& operator*() & { return std::get<T>(m_state); }
+    T&& operator*() && { return std::get<T>(std::move(m_state)); }
+    const T* operator->() const { return &std::get<T>(m_state); }
+    T* operator->() { return &std::get<T>(m_state); }
+    const Error& error() const { return std::get<Error>(m_state); }
+
+private:
+    std::variant<T, Error> m_state;
+};
+
+/// Success, or the error that stood in its way.
+template <>
+class [[nodiscard]] Result<void> final
+{
+public:
+    Result() = default;
+    Result(Error error) : m_error(std::move(error)) {}
+
+    explicit operator bool() const { return !m_error; }
+    const Error& error() const { return *m_error; }
+
+private:
+    std::optional<Error> m_error;
+};
+
+} // namespace luma

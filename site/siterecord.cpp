@@ -1,0 +1,65 @@
+#include "site/siterecord.h"
+
+namespace luma {
+
+namespace {
+
+constexpr QLatin1StringView siteIDKey{"siteID"};
+constexpr QLatin1StringView sourceKey{"sourceDict"};
+constexpr QLatin1StringView destinationKey{"destinationDict"};
+
+QVariantMap dictionary(const QVariantMap& values, QLatin1StringView key)
+{
+    const QVariant found = values.value(key);
+    return found.typeId() == QMetaType::QVariantMap ? found.toMap() : QVariantMap();
+}
+
+void putBack(QVariantMap& values, QLatin1StringView key, const ObservedDictionary& endpoint)
+{
+    if (!endpoint.values().isEmpty() || values.value(key).typeId() == QMetaType::QVariantMap)
+        values.insert(key, endpoint.values());
+}
+
+} // namespace
+
+SiteRecord::SiteRecord(const QVariantMap& values, QObject* parent)
+    : QObject(parent),
+      m_values(values),
+      m_source(std::make_shared<ObservedDictionary>(dictionary(values, sourceKey))),
+      m_destination(std::make_shared<ObservedDictionary>(dictionary(values, destinationKey)))
+{
+    connect(&m_values, &ObservedDictionary::changed, this, &SiteRecord::changed);
+    connect(m_source.get(), &ObservedDictionary::changed, this, &SiteRecord::changed);
+    connect(m_destination.get(), &ObservedDictionary::changed, this, &SiteRecord::changed);
+}
+
+QVariantMap SiteRecord::values() const
+{
+    QVariantMap values = m_values.values();
+    putBack(values, sourceKey, *m_source);
+    putBack(values, destinationKey, *m_destination);
+    return values;
+}
+
+QString SiteRecord::siteID() const
+{
+    return m_values.string(siteIDKey);
+}
+
+void SiteRecord::setSiteID(const QString& name)
+{
+    m_values.setValue(siteIDKey, name);
+}
+
+QStringList SiteRecord::untickedNames(const QString& direction) const
+{
+    return m_values.stringList(direction);
+}
+
+void SiteRecord::setUntickedNames(const QString& direction, const QStringList& names)
+{
+    // A list of strings, not QStringList: that is the type the archive gives back.
+    m_values.setValue(direction, QVariantList(names.begin(), names.end()));
+}
+
+} // namespace luma

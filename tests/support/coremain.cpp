@@ -1,0 +1,10 @@
+#include "tests/support/registry.h"
+
+#include <QCoreApplication>
+
+int main(int argc, char** argv)
+{
+    luma::test::useOwnHome();
+    const QCoreApplication application(argc, argv);
+    return luma::test::run(argc, argv);
+}

@@ -1,0 +1,12 @@
+#include "tests/support/registry.h"
+
+#include <QApplication>
+
+int main(int argc, char** argv)
+{
+    luma::test::useOwnHome();
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    return luma::test::run(argc, argv);
+}
