@@ -1,0 +1,79 @@
+#include "site/panesplitter.h"
+
+#include <QMouseEvent>
+#include <QResizeEvent>
+
+#include <algorithm>
+
+namespace luma {
+
+namespace {
+
+class PaneSplitterHandle final : public QSplitterHandle
+{
+public:
+    explicit PaneSplitterHandle(PaneSplitter* splitter)
+        : QSplitterHandle(Qt::Vertical, splitter), m_splitter(splitter)
+    {}
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override
+    {
+        m_grip = event->position().toPoint().y();
+        QSplitterHandle::mousePressEvent(event);
+    }
+
+    void mouseMoveEvent(QMouseEvent* event) override
+    {
+        if (!(event->buttons() & Qt::LeftButton))
+            return;
+        const int asked = parentWidget()->mapFromGlobal(event->globalPosition().toPoint()).y() - m_grip;
+        moveSplitter(m_splitter->constrained(asked));
+    }
+
+private:
+    PaneSplitter* m_splitter;
+    int m_grip = 0;
+};
+
+} // namespace
+
+panesplit::Heights panesplit::resized(int lower, int height, int divider)
+{
+    const int available = std::max(0, height - divider);
+    if (available - lower >= minimumUpper)
+        return {available - lower, lower};
+    return {std::min(minimumUpper, available), std::max(0, available - minimumUpper)};
+}
+
+PaneSplitter::PaneSplitter(QWidget* parent) : QSplitter(Qt::Vertical, parent)
+{
+    setChildrenCollapsible(false);
+}
+
+int PaneSplitter::constrained(int position) const
+{
+    const int lowest = panesplit::constrainMinCoordinate(0);
+    const int highest = panesplit::constrainMaxCoordinate(height() - handleWidth());
+    return std::max(lowest, std::min(position, highest));
+}
+
+QSplitterHandle* PaneSplitter::createHandle()
+{
+    return new PaneSplitterHandle(this);
+}
+
+void PaneSplitter::resizeEvent(QResizeEvent* event)
+{
+    const QList<int> before = sizes();
+    QSplitter::resizeEvent(event);
+    // Before the first layout there is nothing to keep.
+    if (count() != 2 || event->oldSize().height() <= 0 || before[1] == 0)
+        return;
+    if (event->oldSize().height() == event->size().height())
+        return;
+    const panesplit::Heights heights = panesplit::resized(before[1], height(), handleWidth());
+    setSizes({heights.upper, heights.lower});
+}
+
+} // namespace luma

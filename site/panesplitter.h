@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QSplitter>
+#include <QSplitterHandle>
+
+namespace luma {
+
+/// Where the divider between the two panes may stand, as plain arithmetic in pixels.
+namespace panesplit {
+
+inline constexpr int minimumUpper = 181;
+inline constexpr int minimumLower = 204;
+
+/// The lowest divider position for a proposed minimum.
+constexpr int constrainMinCoordinate(int proposed)
+{
+    return proposed + minimumUpper;
+}
+
+/// The highest divider position for a proposed maximum.
+constexpr int constrainMaxCoordinate(int proposed)
+{
+    return proposed - minimumLower;
+}
+
+struct Heights
+{
+    int upper = 0;
+    int lower = 0;
+    bool operator==(const Heights&) const = default;
+};
+
+/// The panes' heights in a splitter of `height`: the lower pane keeps `lower`, the upper takes the change;
+/// when that would leave the upper one too short it gets its minimum and the lower one the rest, never less
+/// than nothing.
+Heights resized(int lower, int height, int divider);
+
+} // namespace panesplit
+
+/// The splitter between source and destination pane: keeps the limits above while the divider is dragged, and
+/// the lower pane's height while the window is resized. Holds exactly two widgets, one above the other.
+class PaneSplitter final : public QSplitter
+{
+    Q_OBJECT
+
+public:
+    explicit PaneSplitter(QWidget* parent = nullptr);
+
+    /// `position`, the height asked for the upper pane, moved into the limits.
+    [[nodiscard]] int constrained(int position) const;
+
+protected:
+    QSplitterHandle* createHandle() override;
+    void resizeEvent(QResizeEvent* event) override;
+};
+
+} // namespace luma

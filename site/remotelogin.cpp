@@ -1,0 +1,54 @@
+#include "site/remotelogin.h"
+
+#include "browser/endpoint.h"
+#include "platform/mainhop.h"
+#include "platform/workitem.h"
+
+namespace luma {
+
+RemoteLogin::RemoteLogin(std::shared_ptr<ObservedDictionary> destination, Calls calls, QObject* parent)
+    : QObject(parent), m_destination(std::move(destination)), m_calls(std::move(calls))
+{}
+
+RemoteLogin::~RemoteLogin() = default;
+
+QString RemoteLogin::login(const ObservedDictionary& destination)
+{
+    const QString user = destination.string(endpoint::user);
+    const QString server = destination.string(endpoint::server);
+    return user.isEmpty() || server.isEmpty() ? QString() : user + QLatin1Char('@') + server;
+}
+
+QString RemoteLogin::port(const ObservedDictionary& destination)
+{
+    return destination.string(endpoint::sshPortNo, QStringLiteral("22"));
+}
+
+void RemoteLogin::check()
+{
+    const int number = ++m_newestCheck;
+    const QPointer<RemoteLogin> guard(this);
+    start(std::make_shared<WorkItem>(),
+          [guard, number, call = m_calls.checkConnection, login = login(*m_destination),
+           port = port(*m_destination)](const WorkItem&) {
+              // Without a user or a server there is nobody to ask.
+              const bool works = !login.isEmpty() && call(login, port).isEmpty();
+              onMain(guard, [&](RemoteLogin& alive) {
+                  if (number == alive.m_newestCheck)
+                      emit alive.checked(works);
+              });
+          });
+}
+
+void RemoteLogin::setUp()
+{
+    const QPointer<RemoteLogin> guard(this);
+    start(std::make_shared<WorkItem>(),
+          [guard, call = m_calls.setUp, login = login(*m_destination), port = port(*m_destination),
+           password = m_destination->string(endpoint::password)](const WorkItem&) {
+              const QString message = call(login, port, password);
+              onMain(guard, [&](RemoteLogin& alive) { emit alive.setUpEnded(message); });
+          });
+}
+
+} // namespace luma
