@@ -1,0 +1,64 @@
+#include "app/preferences.h"
+
+#include "platform/filedescriptor.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QStandardPaths>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace luma {
+
+namespace {
+
+// QSettings writes a temporary file and renames it. Where the target exists, that file has the mode 0600 from
+// the start and then takes the target's; where it does not, it is readable by others until it is complete.
+const QString& guarded(const QString& file)
+{
+    const QByteArray folder = QFile::encodeName(QFileInfo(file).path());
+    if (!QDir(QFile::decodeName(folder)).exists()) {
+        QDir().mkpath(QFileInfo(QFile::decodeName(folder)).path());
+        (void)::mkdir(folder.constData(), 0700);
+    }
+    const FileDescriptor descriptor(
+        ::open(QFile::encodeName(file).constData(), O_RDONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0600));
+    if (descriptor)
+        (void)::fchmod(descriptor.get(), 0600);
+    return file;
+}
+
+} // namespace
+
+Preferences::Preferences(const QString& file) : m_settings(guarded(file), QSettings::IniFormat) {}
+
+QString Preferences::defaultFile()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QStringLiteral("/luma/luma.conf");
+}
+
+QVariant Preferences::value(const QString& key) const
+{
+    return m_settings.contains(key) ? m_settings.value(key) : m_initialValues.value(key);
+}
+
+QString Preferences::excludedFolderNames() const
+{
+    // Written by hand, without quotes, the file's format makes a list of names with commas between them.
+    const QVariant names = value(excludedFolders);
+    return names.typeId() == QMetaType::QStringList ? names.toStringList().join(QStringLiteral(", "))
+                                                    : names.toString();
+}
+
+Result<void> Preferences::save()
+{
+    m_settings.sync();
+    if (m_settings.status() == QSettings::AccessError)
+        return Error{QFile::encodeName(m_settings.fileName()).toStdString() + ": cannot be written"};
+    return {};
+}
+
+} // namespace luma

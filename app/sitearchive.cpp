@@ -1,0 +1,46 @@
+#include "app/sitearchive.h"
+
+#include "platform/propertylist.h"
+
+namespace luma {
+
+namespace {
+
+const QString sitesKey = QStringLiteral("sitesArray");
+
+} // namespace
+
+QByteArray archiveSites(const QList<QVariantMap>& records)
+{
+    const auto inner =
+        writePropertyList(QVariantList(records.begin(), records.end()), PropertyListFormat::Binary);
+    QVariantMap outer;
+    if (inner)
+        outer.insert(sitesKey, *inner);
+    const auto archive = writePropertyList(outer, PropertyListFormat::Binary);
+    return archive ? *archive : QByteArray();
+}
+
+Result<QList<QVariantMap>> unarchiveSites(const QByteArray& archive)
+{
+    const auto outer = readPropertyList(archive);
+    if (!outer)
+        return outer.error();
+    const QVariant data = outer->toMap().value(sitesKey);
+    if (data.typeId() != QMetaType::QByteArray)
+        return Error{"the archive holds no list"};
+    const auto inner = readPropertyList(data.toByteArray());
+    if (!inner)
+        return inner.error();
+    if (inner->typeId() != QMetaType::QVariantList)
+        return Error{"the archive's root is no list"};
+    QList<QVariantMap> records;
+    for (const QVariant& record : inner->toList()) {
+        if (record.typeId() != QMetaType::QVariantMap)
+            return Error{"the list holds what is no record"};
+        records += record.toMap();
+    }
+    return records;
+}
+
+} // namespace luma

@@ -1,0 +1,20 @@
+#pragma once
+
+#include "platform/result.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QVariantMap>
+
+namespace luma {
+
+/// The stored form of the site list: a binary property list of the records, held as data under the key
+/// `sitesArray` of an outer binary property list. Strings stay strings and integers integers. Any thread.
+
+/// When a record holds what cannot be stored, the outer list comes without `sitesArray`.
+QByteArray archiveSites(const QList<QVariantMap>& records);
+
+/// Fails for bytes that are no such archive, whatever they are.
+Result<QList<QVariantMap>> unarchiveSites(const QByteArray& archive);
+
+} // namespace luma

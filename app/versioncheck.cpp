@@ -1,0 +1,49 @@
+#include "app/versioncheck.h"
+
+#include "app/makerhosts.h"
+
+#include <QRegularExpression>
+
+namespace luma {
+
+namespace {
+
+// More than a version ever needs: a server's error page must not fill the screen.
+constexpr qsizetype longestAnswer = 200;
+
+QString updateServer()
+{
+    static const QRegularExpression host(QStringLiteral("\\A[A-Za-z0-9.\\-\\[\\]:]+\\z"));
+    const QString chosen = qEnvironmentVariable(maker::updateServerVariable);
+    return host.match(chosen).hasMatch() ? chosen : QString(maker::updateServer);
+}
+
+} // namespace
+
+QString VersionCheck::command()
+{
+    return QStringLiteral("/usr/bin/curl -s 'http://%1/software/version.php?item_number=4010'")
+        .arg(updateServer());
+}
+
+std::optional<VersionCheck::Notice> VersionCheck::notice(const std::optional<QString>& answer,
+                                                         const QString& ownVersion)
+{
+    if (!answer || answer->isEmpty())
+        return std::nullopt;
+    if (!ownVersion.isEmpty() && *answer == ownVersion)
+        return Notice{QStringLiteral("There are no newer versions available"),
+                      QStringLiteral("You are running the latest version of LUMA for Ventura.")};
+    return Notice{QStringLiteral("An update for Postwick is available"),
+                  QStringLiteral("\nThere is a newer version available (version ") +
+                      answer->left(longestAnswer) +
+                      QStringLiteral(").\nClick OK to go to the LUMA for Ventura web site.\n"),
+                  Offer::ProductPage};
+}
+
+std::optional<VersionCheck::Notice> VersionCheck::run(const ShellRunner& shell, const QString& ownVersion)
+{
+    return notice(shell({QStringLiteral("-c"), command()}), ownVersion);
+}
+
+} // namespace luma

@@ -1,0 +1,11 @@
+#include "app/watcherkill.h"
+
+namespace luma {
+
+void endStrayWatchers(const ShellRunner& run)
+{
+    (void)run({QStringLiteral("-c"),
+               QStringLiteral("ps aux | grep -v grep | grep LUMAWatcher | awk '{print $2}' | xargs kill")});
+}
+
+} // namespace luma

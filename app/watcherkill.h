@@ -1,0 +1,11 @@
+#pragma once
+
+#include "app/shellrunner.h"
+
+namespace luma {
+
+/// Ends every folder watcher left over from an earlier run, or still running at quit. It acts on whatever
+/// process carries the watcher's name in its command line. Blocks until done.
+void endStrayWatchers(const ShellRunner& run);
+
+} // namespace luma

@@ -1,0 +1,160 @@
+#include "app/endpointnormaliser.h"
+#include "app/sitelist.h"
+#include "app/sitetemplate.h"
+#include "browser/endpoint.h"
+#include "tests/support/registry.h"
+
+#include <QAbstractItemModelTester>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace luma;
+
+class tst_sitelist final : public QObject
+{
+    Q_OBJECT
+
+    static QVariantMap named(const char* name)
+    {
+        QVariantMap record = siteTemplate();
+        record.insert(QStringLiteral("siteID"), QString::fromLatin1(name));
+        return record;
+    }
+
+    static void fill(SiteList& list, const char* names)
+    {
+        QList<QVariantMap> records;
+        for (const char* name = names; *name != '\0'; ++name)
+            records += named(QByteArray(name, 1));
+        list.setRecords(records);
+    }
+
+    static QString namesIn(const SiteList& list)
+    {
+        QString names;
+        for (int row = 0; row < list.rowCount(); ++row)
+            names += list.index(row).data().toString();
+        return names;
+    }
+
+private slots:
+    void template_hasTheKeysAndTypesOfARecord()
+    {
+        const QVariantMap record = siteTemplate();
+        const QVariantMap source = record.value(QStringLiteral("sourceDict")).toMap();
+        const QVariantMap destination = record.value(QStringLiteral("destinationDict")).toMap();
+        QCOMPARE(record.value(QStringLiteral("siteID")).toString(),
+                 QString(QStringLiteral("Site: ") + destination.value(endpoint::server).toString()));
+        QCOMPARE(source.size(), 8);
+        QCOMPARE(source.keys(), destination.keys());
+        QCOMPARE(source.value(endpoint::protocol), QVariant(QStringLiteral("file://")));
+        QCOMPARE(destination.value(endpoint::user), QVariant(QStringLiteral("username")));
+        QCOMPARE(destination.value(endpoint::autoconnect), QVariant(qlonglong{1}));
+        QCOMPARE(destination.value(endpoint::sshPortNo), QVariant(QStringLiteral("22")));
+    }
+
+    void add_givesEveryRecordEndpointsOfItsOwn()
+    {
+        SiteList list;
+        const QAbstractItemModelTester tester(&list);
+        const QVariantMap values = siteTemplate();
+        QCOMPARE(list.add(values), 0);
+        QCOMPARE(list.add(values), 1);
+        list.record(1)->destinationDict()->setValue(endpoint::server, QStringLiteral("other"));
+        QCOMPARE(list.records().first(), values);
+        QCOMPARE(list.record(1)->destinationDict()->string(endpoint::server), QStringLiteral("other"));
+    }
+
+    void remove_givesTheRowToSelect_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<int>("row");
+        QTest::addColumn<int>("selected");
+        QTest::addColumn<QString>("after");
+        QTest::newRow("the only one stays") << QByteArray("a") << 0 << -1 << "a";
+        QTest::newRow("last of several") << QByteArray("abc") << 2 << 1 << "ab";
+        QTest::newRow("middle") << QByteArray("abc") << 1 << 1 << "ac";
+        QTest::newRow("first") << QByteArray("ab") << 0 << 0 << "b";
+        QTest::newRow("no such row") << QByteArray("ab") << 2 << -1 << "ab";
+        QTest::newRow("none selected") << QByteArray("ab") << -1 << -1 << "ab";
+        QTest::newRow("empty list") << QByteArray() << 0 << -1 << "";
+    }
+    void remove_givesTheRowToSelect()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(int, row);
+        QFETCH(int, selected);
+        QFETCH(QString, after);
+        SiteList list;
+        const QAbstractItemModelTester tester(&list);
+        fill(list, before);
+        QCOMPARE(list.remove(row).value_or(-1), selected);
+        QCOMPARE(namesIn(list), after);
+    }
+
+    void removedRecord_livesWithItsWindow()
+    {
+        SiteList list;
+        fill(list, "ab");
+        const SiteList::Record shared = list.record(0);
+        QVERIFY(list.remove(0));
+        shared->setSiteID(QStringLiteral("still here"));
+        QCOMPARE(namesIn(list), QStringLiteral("b"));
+    }
+
+    void editedRecord_showsInItsRow()
+    {
+        SiteList list;
+        fill(list, "abc");
+        const QSignalSpy changes(&list, &SiteList::dataChanged);
+        list.record(1)->sourceDict()->setValue(endpoint::path, QStringLiteral("/srv/site"));
+        QCOMPARE(changes.size(), 1);
+        QCOMPARE(changes[0][0].toModelIndex().row(), 1);
+        QVERIFY(list.index(1).data(SiteList::SearchRole).toString().contains(QStringLiteral("/srv/site")));
+    }
+
+    void oddRecord_isShownAndKeptAsItIs()
+    {
+        const QVariantMap odd = {{QStringLiteral("siteID"), qlonglong{7}},
+                                 {QStringLiteral("sourceDict"), QStringLiteral("no dictionary")},
+                                 {QStringLiteral("future"), true}};
+        SiteList list;
+        list.setRecords({odd, {}});
+        QCOMPARE(list.index(0).data().toString(), QString());
+        QCOMPARE(list.records(), (QList<QVariantMap>{odd, {}}));
+    }
+
+    void normalise_trimsBlanksAndOneSlash_data()
+    {
+        QTest::addColumn<QString>("key");
+        QTest::addColumn<QVariant>("before");
+        QTest::addColumn<QVariant>("after");
+        const QString path = endpoint::path;
+        const auto text = [](const char* string) { return QVariant(QString::fromUtf8(string)); };
+        QTest::newRow("path") << path << text("/Users/me/site/ ") << text("/Users/me/site");
+        QTest::newRow("root") << path << text("/") << text("");
+        QTest::newRow("two slashes") << path << text("a//") << text("a/");
+        QTest::newRow("blank before slash") << path << text("a /") << text("a ");
+        QTest::newRow("tabs") << QString(endpoint::server) << text("\t host \t") << text("host");
+        QTest::newRow("line feed stays") << QString(endpoint::server) << text("host\n") << text("host\n");
+        QTest::newRow("slash elsewhere stays") << QString(endpoint::volume) << text(" v/ ") << text("v/");
+        QTest::newRow("blanks alone") << QString(endpoint::user) << text(" \t ") << text("");
+        QTest::newRow("number") << QString(endpoint::sshPortNo) << QVariant(qlonglong{22})
+                                << QVariant(qlonglong{22});
+        QTest::newRow("path that is none")
+            << path << QVariant(QByteArray("/a/ ")) << QVariant(QByteArray("/a/ "));
+    }
+    void normalise_trimsBlanksAndOneSlash()
+    {
+        QFETCH(QString, key);
+        QFETCH(QVariant, before);
+        QFETCH(QVariant, after);
+        ObservedDictionary endpoint({{key, before}});
+        normaliseEndpoint(endpoint);
+        QCOMPARE(endpoint.value(key).typeId(), after.typeId());
+        QCOMPARE(endpoint.value(key), after);
+    }
+};
+
+LUMA_TEST(tst_sitelist)
+#include "tst_sitelist.moc"
