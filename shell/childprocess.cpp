@@ -7,7 +7,7 @@
 #include <poll.h>
 #include <spawn.h>
 #include <sys/ioctl.h>
-#include <sys/pidfd.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -155,7 +155,7 @@ void ChildProcess::start(const ChildCommand& command)
     if (m_input.empty())
         m_inputEnd.set(-1);
     if (m_pid > 0)
-        m_exit.set(::pidfd_open(m_pid, 0));
+        m_exit.set(static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0)));
 }
 
 void ChildProcess::spawn(const ChildCommand& command, int inputEnd, int collectedEnd)
