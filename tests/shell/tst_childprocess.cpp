@@ -122,6 +122,7 @@ private slots:
         runAll();
         const std::size_t before = openDescriptors();
         std::vector<std::thread> threads;
+        threads.reserve(8);
         for (int i = 0; i < 8; ++i)
             threads.emplace_back([&] { runAll(); });
         for (std::thread& thread : threads)

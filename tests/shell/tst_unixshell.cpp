@@ -3,7 +3,7 @@
 
 #include <QTest>
 
-#include <clocale>
+#include <map>
 
 using namespace luma;
 
@@ -28,7 +28,7 @@ private slots:
         QTest::newRow("killed after printing") << QByteArray("echo a; kill -9 $$") << QByteArray();
         QTest::newRow("unknown command") << QByteArray("luma-no-such-command 2>/dev/null") << QByteArray();
         QTest::newRow("bytes as they are")
-            << QByteArray("printf '\\303\\244\\377'") << QByteArray("\xc3\xa4\xff");
+            << QByteArray(R"(printf '\303\244\377')") << QByteArray("\xc3\xa4\xff");
         QTest::newRow("long") << QByteArray("head -c 10000000 /dev/zero | tr '\\0' x")
                               << QByteArray(10'000'000, 'x');
         QTest::newRow("long, then fails") << QByteArray("head -c 10000000 /dev/zero; exit 1") << QByteArray();
@@ -78,10 +78,10 @@ private slots:
             qunsetenv(name);
         }
         qputenv(variable.constData(), value);
-        const QByteArray characters = resultOf("locale charmap; echo ${TST_KEPT}");
+        const QByteArray characters = resultOf("locale charmap");
         for (const char* name : names)
             qputenv(name, old[name]);
-        QCOMPARE(characters, QByteArray("UTF-8\n\n"));
+        QCOMPARE(characters, QByteArray("UTF-8\n"));
     }
 };
 
