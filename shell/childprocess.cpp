@@ -1,0 +1,322 @@
+#include "shell/childprocess.h"
+
+#include "shell/childenvironment.h"
+#include "shell/runningchildren.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <spawn.h>
+#include <sys/ioctl.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <csignal>
+#include <cstdint>
+#include <thread>
+#include <utility>
+
+namespace luma {
+
+namespace {
+
+constexpr int firstFreeDescriptor = 3;
+constexpr std::chrono::seconds patience(2);
+// Where the kernel gives no descriptor for a child's exit, the exit is looked for this often.
+constexpr int exitPollMilliseconds = 20;
+
+bool isTerminating()
+{
+    pollfd event = {terminationEvent(), POLLIN, 0};
+    return ::poll(&event, 1, 0) > 0;
+}
+
+// Writing to a child that has closed its input raises SIGPIPE in the writing thread; this swallows it.
+class WithoutBrokenPipeSignal final
+{
+public:
+    WithoutBrokenPipeSignal()
+    {
+        ::sigemptyset(&m_pipe);
+        ::sigaddset(&m_pipe, SIGPIPE);
+        sigset_t pending = {};
+        ::sigpending(&pending);
+        m_wasPending = ::sigismember(&pending, SIGPIPE) == 1;
+        ::pthread_sigmask(SIG_BLOCK, &m_pipe, &m_old);
+    }
+    WithoutBrokenPipeSignal(const WithoutBrokenPipeSignal&) = delete;
+    WithoutBrokenPipeSignal& operator=(const WithoutBrokenPipeSignal&) = delete;
+    ~WithoutBrokenPipeSignal()
+    {
+        const timespec now = {0, 0};
+        if (!m_wasPending)
+            ::sigtimedwait(&m_pipe, nullptr, &now);
+        ::pthread_sigmask(SIG_SETMASK, &m_old, nullptr);
+    }
+
+private:
+    sigset_t m_pipe = {};
+    sigset_t m_old = {};
+    bool m_wasPending = false;
+};
+
+// Pointers into the strings, ended by a null pointer, as exec wants them.
+std::vector<char*> pointersTo(std::vector<std::string>& strings)
+{
+    std::vector<char*> pointers;
+    pointers.reserve(strings.size() + 1);
+    for (std::string& string : strings)
+        pointers.push_back(string.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+void setNonBlocking(int descriptor)
+{
+    ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) | O_NONBLOCK);
+}
+
+// The child's descriptors 0 to 2: our pipe ends, our own, or nothing where we have none ourselves.
+void addDescriptors(posix_spawn_file_actions_t& actions, const std::array<int, firstFreeDescriptor>& ends)
+{
+    for (int target = 0; target < firstFreeDescriptor; ++target) {
+        const int end = ends[static_cast<std::size_t>(target)];
+        if (end >= 0)
+            ::posix_spawn_file_actions_adddup2(&actions, end, target);
+        else if (::fcntl(target, F_GETFD) < 0)
+            ::posix_spawn_file_actions_addopen(&actions, target, "/dev/null", O_RDWR, 0);
+        else // a copy onto itself takes a close-on-exec flag away
+            ::posix_spawn_file_actions_adddup2(&actions, target, target);
+    }
+    ::posix_spawn_file_actions_addclosefrom_np(&actions, firstFreeDescriptor);
+}
+
+void setAttributes(posix_spawnattr_t& attributes)
+{
+    sigset_t none = {};
+    ::sigemptyset(&none);
+    sigset_t all = {};
+    ::sigfillset(&all);
+    ::posix_spawnattr_setsigmask(&attributes, &none);
+    ::posix_spawnattr_setsigdefault(&attributes, &all);
+    ::posix_spawnattr_setflags(
+        &attributes, static_cast<short>(POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGMASK | POSIX_SPAWN_SETSIGDEF));
+}
+
+} // namespace
+
+void ChildProcess::Descriptor::set(int descriptor)
+{
+    if (m_descriptor >= 0)
+        ::close(m_descriptor);
+    m_descriptor = descriptor;
+}
+
+ChildProcess::ChildProcess(const ChildCommand& command) : m_input(command.input.value_or(std::string_view()))
+{
+    if (!isTerminating())
+        start(command);
+}
+
+ChildProcess::~ChildProcess()
+{
+    leave();
+}
+
+// Both ends above 2, so that putting one in the place of 0, 1 or 2 never overwrites the other.
+bool ChildProcess::openPipe(Descriptor& readEnd, Descriptor& writeEnd)
+{
+    std::array<int, 2> ends = {-1, -1};
+    if (::pipe2(ends.data(), O_CLOEXEC) != 0)
+        return false;
+    for (int& end : ends) {
+        const int low = end;
+        end = ::fcntl(low, F_DUPFD_CLOEXEC, firstFreeDescriptor);
+        ::close(low);
+    }
+    readEnd.set(ends[0]);
+    writeEnd.set(ends[1]);
+    return readEnd.isOpen() && writeEnd.isOpen();
+}
+
+void ChildProcess::start(const ChildCommand& command)
+{
+    Descriptor childInput;
+    Descriptor childOutput;
+    if (!openPipe(m_output, childOutput) || (command.input && !openPipe(childInput, m_inputEnd)))
+        return;
+    setNonBlocking(m_output.get());
+    if (m_inputEnd.isOpen())
+        setNonBlocking(m_inputEnd.get());
+    spawn(command, childInput.get(), childOutput.get());
+    if (m_input.empty())
+        m_inputEnd.set(-1);
+    if (m_pid > 0)
+        m_exit.set(static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0)));
+}
+
+void ChildProcess::spawn(const ChildCommand& command, int inputEnd, int collectedEnd)
+{
+    std::vector<std::string> words = {command.executable};
+    words.insert(words.end(), command.arguments.begin(), command.arguments.end());
+    std::vector<std::string> environment = childEnvironment();
+    const bool collectsOutput = command.collected == Collected::StandardOutput;
+
+    posix_spawn_file_actions_t actions = {};
+    ::posix_spawn_file_actions_init(&actions);
+    addDescriptors(actions,
+                   {inputEnd, collectsOutput ? collectedEnd : -1, collectsOutput ? -1 : collectedEnd});
+    if (!command.workingFolder.empty())
+        ::posix_spawn_file_actions_addchdir_np(&actions, command.workingFolder.c_str());
+    posix_spawnattr_t attributes = {};
+    ::posix_spawnattr_init(&attributes);
+    setAttributes(attributes);
+    pid_t pid = -1;
+    if (::posix_spawn(&pid, command.executable.c_str(), &actions, &attributes, pointersTo(words).data(),
+                      pointersTo(environment).data()) == 0)
+        m_pid = pid;
+    ::posix_spawnattr_destroy(&attributes);
+    ::posix_spawn_file_actions_destroy(&actions);
+}
+
+// Sleeps until there is something to read, write or notice, and deals with it. False when the child would not
+// end and is given up.
+bool ChildProcess::waitForNextEvent(Awaited awaited)
+{
+    const bool isEnding = m_ending != Ending::NotAsked;
+    const bool looksForExit = awaited == Awaited::Exit || isEnding;
+    std::array<pollfd, 4> events = {{{m_output.get(), POLLIN, 0},
+                                     {m_inputEnd.get(), POLLOUT, 0},
+                                     {looksForExit ? m_exit.get() : -1, POLLIN, 0},
+                                     {isEnding ? -1 : terminationEvent(), POLLIN, 0}}};
+    if (::poll(events.data(), events.size(), timeoutFor(awaited)) < 0)
+        return errno == EINTR;
+    if (events[0].revents != 0)
+        readCollected(SIZE_MAX);
+    if (events[1].revents != 0)
+        writeInput();
+    if (events[3].revents != 0 || (isEnding && std::chrono::steady_clock::now() >= m_patienceEnds))
+        endHarder();
+    return m_ending != Ending::GivenUp;
+}
+
+int ChildProcess::timeoutFor(Awaited awaited) const
+{
+    const bool isEnding = m_ending != Ending::NotAsked;
+    if (!m_exit.isOpen() && (isEnding || awaited == Awaited::Exit))
+        return exitPollMilliseconds;
+    if (!isEnding)
+        return -1;
+    const auto left =
+        std::chrono::ceil<std::chrono::milliseconds>(m_patienceEnds - std::chrono::steady_clock::now());
+    return std::max(0, static_cast<int>(left.count()));
+}
+
+// One read at a time, so that an endless stream cannot keep us from the other events.
+void ChildProcess::readCollected(std::size_t atMost)
+{
+    std::array<char, 65536> buffer = {};
+    const ssize_t count = ::read(m_output.get(), buffer.data(), std::min(atMost, buffer.size()));
+    if (count > 0)
+        m_collected.append(buffer.data(), static_cast<std::size_t>(count));
+    else if (count == 0 || (errno != EAGAIN && errno != EINTR))
+        m_output.set(-1);
+}
+
+// What the child wrote is all in the pipe by now; more could only come from somebody it left behind.
+void ChildProcess::takeRestOfOutput()
+{
+    int rest = 0;
+    if (!m_output.isOpen() || ::ioctl(m_output.get(), FIONREAD, &rest) != 0)
+        return;
+    const std::size_t whole = m_collected.size() + static_cast<std::size_t>(rest);
+    while (m_output.isOpen() && m_collected.size() < whole)
+        readCollected(whole - m_collected.size());
+}
+
+void ChildProcess::writeInput()
+{
+    const WithoutBrokenPipeSignal guard;
+    const ssize_t count = ::write(m_inputEnd.get(), m_input.data(), m_input.size());
+    if (count > 0)
+        m_input.remove_prefix(static_cast<std::size_t>(count));
+    const bool isRefused = count < 0 && errno != EAGAIN && errno != EINTR;
+    if (isRefused || m_input.empty())
+        m_inputEnd.set(-1);
+}
+
+// The child is not reaped yet, so its id cannot have become somebody else's.
+void ChildProcess::endHarder()
+{
+    m_patienceEnds = std::chrono::steady_clock::now() + patience;
+    switch (m_ending) {
+    case Ending::NotAsked:
+        m_ending = Ending::Terminated;
+        ::kill(-m_pid, SIGTERM);
+        break;
+    case Ending::Terminated:
+        m_ending = Ending::Killed;
+        ::kill(-m_pid, SIGKILL);
+        break;
+    case Ending::Killed:
+    case Ending::GivenUp:
+        m_ending = Ending::GivenUp;
+        break;
+    }
+}
+
+bool ChildProcess::hasExited() const
+{
+    siginfo_t information = {};
+    const int answer = ::waitid(P_PID, static_cast<id_t>(m_pid), &information, WEXITED | WNOHANG | WNOWAIT);
+    return answer != 0 || information.si_pid == m_pid;
+}
+
+std::optional<int> ChildProcess::reap()
+{
+    int status = 0;
+    const pid_t pid = std::exchange(m_pid, -1);
+    while (::waitpid(pid, &status, 0) < 0) {
+        if (errno != EINTR)
+            return std::nullopt;
+    }
+    return WIFEXITED(status) ? std::optional<int>(WEXITSTATUS(status)) : std::nullopt;
+}
+
+// A child that nobody waits for any more is reaped whenever it ends.
+void ChildProcess::leave()
+{
+    const pid_t pid = std::exchange(m_pid, -1);
+    if (pid > 0 && ::waitpid(pid, nullptr, WNOHANG) == 0)
+        std::thread([pid] { ::waitpid(pid, nullptr, 0); }).detach();
+}
+
+bool ChildProcess::waitForEndOfOutput()
+{
+    if (m_pid < 0)
+        return false;
+    while (m_output.isOpen() && !(m_ending != Ending::NotAsked && hasExited())) {
+        if (!waitForNextEvent(Awaited::EndOfOutput))
+            break;
+    }
+    leave();
+    return m_ending == Ending::NotAsked;
+}
+
+std::optional<int> ChildProcess::waitForExit()
+{
+    if (m_pid < 0)
+        return std::nullopt;
+    while (!hasExited()) {
+        if (!waitForNextEvent(Awaited::Exit))
+            return std::nullopt;
+    }
+    takeRestOfOutput();
+    const std::optional<int> status = reap();
+    return m_ending == Ending::NotAsked ? status : std::nullopt;
+}
+
+} // namespace luma

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string_view>
+
+namespace luma::remotelogin {
+
+/// The texts of the expect scripts in shell/remote-login, built into the library. Each file's head says what
+/// arguments it takes and what it answers.
+extern const std::string_view checkConnection;
+extern const std::string_view makeKey;
+extern const std::string_view installKey;
+extern const std::string_view checkSudoHere;
+extern const std::string_view checkSudoThere;
+
+} // namespace luma::remotelogin

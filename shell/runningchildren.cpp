@@ -1,0 +1,29 @@
+#include "shell/runningchildren.h"
+
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <cstdint>
+
+namespace luma {
+
+// Never closed: a runner's thread may look at it until the process is gone.
+int terminationEvent()
+{
+    static const int event = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    return event;
+}
+
+void terminateRunningChildren()
+{
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = ::write(terminationEvent(), &one, sizeof one);
+}
+
+void acceptNewChildren()
+{
+    std::uint64_t count = 0;
+    [[maybe_unused]] const ssize_t taken = ::read(terminationEvent(), &count, sizeof count);
+}
+
+} // namespace luma

@@ -1,0 +1,196 @@
+#include "shell/childprocess.h"
+#include "shell/runningchildren.h"
+#include "shell/sshcontroller.h"
+#include "shell/taskwrapper.h"
+#include "tests/support/registry.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <thread>
+
+namespace fs = std::filesystem;
+using namespace luma;
+
+// What holds for the children of every runner.
+class tst_childprocess final : public QObject
+{
+    Q_OBJECT
+
+private:
+    static std::string sh(const std::string& command)
+    {
+        return SSHController::unixShellWithResultAndArguments({"/bin/sh", "-c", command});
+    }
+
+    static std::string zsh(const std::string& command)
+    {
+        TaskWrapper task;
+        task.arguments = {"-c", command};
+        return task.run().value_or("nothing");
+    }
+
+    static std::string expect(const std::string& script)
+    {
+        return SSHController::runExpectScript(script, {});
+    }
+
+    static std::size_t openDescriptors()
+    {
+        return static_cast<std::size_t>(
+            std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()));
+    }
+
+    // Our children, zombies too.
+    static std::string children()
+    {
+        std::string all;
+        for (const auto& thread : fs::directory_iterator("/proc/self/task")) {
+            std::ifstream file(thread.path() / "children");
+            all += std::string(std::istreambuf_iterator<char>(file), {});
+        }
+        return all;
+    }
+
+private slots:
+    void cleanup() { acceptNewChildren(); }
+
+    void child_getsThreeDescriptorsAlone()
+    {
+        const int leak = ::open("/dev/null", O_RDONLY);
+        const std::string seen = sh("ls /proc/$$/fd | tr '\\n' ' '");
+        const std::string seenByZsh = zsh("print $(ls /proc/$$/fd)");
+        ::close(leak);
+        // 10 is where the shells keep their own.
+        QCOMPARE(QByteArray::fromStdString(seen).simplified(), QByteArray("0 1 2"));
+        QCOMPARE(QByteArray::fromStdString(seenByZsh).replace(" 10", "").replace(" 11", ""),
+                 QByteArray("0 1 2"));
+    }
+
+    void child_getsNoSignalSettingsOfOurs()
+    {
+        const auto old = std::signal(SIGPIPE, SIG_IGN);
+        sigset_t set = {};
+        sigset_t before = {};
+        sigemptyset(&set);
+        sigaddset(&set, SIGTERM);
+        pthread_sigmask(SIG_BLOCK, &set, &before);
+        const std::string seen = sh("grep -E 'SigBlk|SigIgn' /proc/self/status");
+        pthread_sigmask(SIG_SETMASK, &before, nullptr);
+        (void)std::signal(SIGPIPE, old);
+        // 32 and 33 belong to the C library, which ignores them in what it spawns.
+        const QByteArray ours =
+            QByteArray::fromStdString(seen).replace("0000000180000000", "0000000000000000");
+        QCOMPARE(ours, QByteArray("SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n"));
+    }
+
+    void child_hasItsOwnGroupAndNoTerminal()
+    {
+        QCOMPARE(sh("test $(ps -o pgid= -p $$) = $$ && (: </dev/tty) 2>/dev/null || echo ok"),
+                 std::string("ok\n"));
+    }
+
+    void closedStandardInput_isNoTrap()
+    {
+        const int input = ::fcntl(0, F_DUPFD_CLOEXEC, 3);
+        ::close(0);
+        const std::string output = sh("cat; echo end");
+        const std::string error = expect("puts -nonewline stderr end");
+        ::dup2(input, 0);
+        ::close(input);
+        QCOMPARE(output, std::string("end\n"));
+        QCOMPARE(error, std::string("end"));
+    }
+
+    void manyRuns_leaveNoDescriptorAndNoZombie()
+    {
+        const auto runAll = [] {
+            (void)sh("echo a");
+            (void)sh("exit 1");
+            (void)zsh("print a");
+            (void)zsh("exec >&-; sleep 0.1");
+            (void)expect("exit");
+            (void)SSHController::unixShellWithResultAndArguments({"/no/such/program"});
+        };
+        runAll();
+        const std::size_t before = openDescriptors();
+        std::vector<std::thread> threads;
+        threads.reserve(8);
+        for (int i = 0; i < 8; ++i)
+            threads.emplace_back([&] { runAll(); });
+        for (std::thread& thread : threads)
+            thread.join();
+        QCOMPARE(openDescriptors(), before);
+        QTRY_COMPARE(children(), std::string());
+    }
+
+    // The child that stops reading must not cost us our life.
+    void refusedInput_raisesNoSignal()
+    {
+        const std::string input(1'000'000, 'x');
+        ChildProcess child(
+            {"/bin/sh", {"-c", "exec <&-; sleep 0.2; echo a"}, {}, Collected::StandardOutput, input});
+        QCOMPARE(child.waitForExit().value_or(-1), 0);
+        QCOMPARE(child.collected(), std::string("a\n"));
+        sigset_t pending = {};
+        sigpending(&pending);
+        QCOMPARE(sigismember(&pending, SIGPIPE), 0);
+    }
+
+    void termination_releasesEveryRunner_data()
+    {
+        QTest::addColumn<QByteArray>("mark");
+        QTest::addColumn<std::function<std::string()>>("run");
+        QTest::addColumn<QByteArray>("failure");
+        using Run = std::function<std::string()>;
+        QTest::newRow("sh") << QByteArray("4711.1") << Run([] { return sh("echo a; sleep 4711.1; echo b"); })
+                            << QByteArray();
+        QTest::newRow("zsh") << QByteArray("4711.2")
+                             << Run([] { return zsh("print a; sleep 4711.2; print b"); })
+                             << QByteArray("nothing");
+        QTest::newRow("zsh, output held by another")
+            << QByteArray("4711.3") << Run([] { return zsh("sleep 4711.3 & exit"); })
+            << QByteArray("nothing");
+        QTest::newRow("deaf child") << QByteArray("4711.4") << Run([] {
+            return sh("trap '' TERM; sleep 4711.4; sleep 4711.4; echo b");
+        }) << QByteArray();
+        QTest::newRow("deaf and chatty child") << QByteArray("4711.5") << Run([] {
+            return zsh("trap '' TERM; while true; do print 4711.5; done");
+        }) << QByteArray("nothing");
+        QTest::newRow("expect and what it spawned") << QByteArray("4711.6") << Run([] {
+            return expect("spawn sleep 4711.6\nset timeout -1\nexpect eof\n");
+        }) << QByteArray("Error in connection");
+    }
+    void termination_releasesEveryRunner()
+    {
+        QFETCH(QByteArray, mark);
+        QFETCH(std::function<std::string()>, run);
+        QFETCH(QByteArray, failure);
+        // Not the mark itself, or it would find itself.
+        const std::string pattern = mark.replace('.', "[.]").toStdString();
+        const auto isRunning = [&] {
+            return sh("grep -l '" + pattern + "' /proc/[0-9]*/cmdline 2>/dev/null || true");
+        };
+        std::string result = "still running";
+        std::thread thread([&] { result = run(); });
+        QTRY_VERIFY(!isRunning().empty());
+        terminateRunningChildren();
+        thread.join();
+        const std::string after = sh("echo a");
+        acceptNewChildren();
+        QCOMPARE(result, failure.toStdString());
+        QCOMPARE(after, std::string());
+        QTRY_COMPARE(isRunning(), std::string());
+        QTRY_COMPARE(children(), std::string());
+    }
+};
+
+LUMA_TEST(tst_childprocess)
+#include "tst_childprocess.moc"

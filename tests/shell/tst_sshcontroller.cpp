@@ -1,0 +1,307 @@
+#include "shell/sshcontroller.h"
+#include "tests/support/registry.h"
+#include "tests/support/sshserver.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <arpa/inet.h>
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <thread>
+
+namespace fs = std::filesystem;
+using namespace luma;
+
+namespace {
+
+const char* const notSetUp = "fail - remote login is not yet set up";
+const char* const needsSetup = "fail - customlog needs setup";
+const char* const noPassphrase = "fail - Tallyweb does not yet support the use of a passphrase";
+const char* const unknownHost = "fail - unknown user, host and port combination";
+const char* const wrongPassword = "Permission denied, please try entering the password again.";
+const char* const noConnection = "Error in connection";
+
+std::string contents(const fs::path& path)
+{
+    std::ifstream file(path);
+    return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// Listens on a loopback port; a caller is cut off at once, or never gets a word.
+class RudeServer final
+{
+public:
+    enum class Manner { CutsOff, StaysSilent };
+
+    explicit RudeServer(Manner manner) : m_socket(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0))
+    {
+        sockaddr_in address = {};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        socklen_t size = sizeof address;
+        if (::bind(m_socket, reinterpret_cast<sockaddr*>(&address), size) != 0 ||
+            ::listen(m_socket, 5) != 0 ||
+            ::getsockname(m_socket, reinterpret_cast<sockaddr*>(&address), &size) != 0)
+            qFatal("cannot listen");
+        m_port = std::to_string(ntohs(address.sin_port));
+        if (manner == Manner::CutsOff)
+            m_thread = std::thread([this] {
+                int caller = -1;
+                while ((caller = ::accept(m_socket, nullptr, nullptr)) >= 0)
+                    ::close(caller);
+            });
+    }
+    RudeServer(const RudeServer&) = delete;
+    RudeServer& operator=(const RudeServer&) = delete;
+    ~RudeServer()
+    {
+        ::shutdown(m_socket, SHUT_RDWR);
+        if (m_thread.joinable())
+            m_thread.join();
+        ::close(m_socket);
+    }
+
+    const std::string& port() const { return m_port; }
+
+private:
+    int m_socket;
+    std::string m_port;
+    std::thread m_thread;
+};
+
+} // namespace
+
+class tst_sshcontroller final : public QObject
+{
+    Q_OBJECT
+
+private:
+    test::SshServer m_server;
+
+    fs::path knownHosts() const { return m_server.clientFolder() / "known_hosts"; }
+    fs::path keysOnServer() const { return m_server.home() / ".ssh/authorized_keys"; }
+
+    QByteArray check() const { return checkAt(m_server.login(), m_server.port()); }
+    static QByteArray checkAt(const std::string& login, const std::string& port)
+    {
+        return QByteArray::fromStdString(SSHController::checkConnectionOK(login, port));
+    }
+    QByteArray setUp(const std::string& password) const
+    {
+        return QByteArray::fromStdString(
+            SSHController::setUpRemoteLogin(m_server.login(), m_server.port(), password));
+    }
+
+    static void run(const std::vector<std::string>& command)
+    {
+        (void)SSHController::unixShellWithResultAndArguments(command);
+    }
+    void makeKey(const std::string& passphrase, const std::string& comment) const
+    {
+        fs::create_directories(m_server.clientFolder());
+        fs::permissions(m_server.clientFolder(), fs::perms(0700));
+        run({"/usr/bin/ssh-keygen", "-q", "-t", "rsa", "-b", "2048", "-N", passphrase, "-C", comment, "-f",
+             m_server.clientFolder() / "id_rsa"});
+    }
+    void putOnServer(const std::string& keys) const
+    {
+        fs::create_directories(keysOnServer().parent_path());
+        std::ofstream(keysOnServer()) << keys;
+        m_server.giveToUser(keysOnServer().parent_path());
+    }
+    // Another server's key under our server's name.
+    void knowHost(const fs::path& key) const
+    {
+        fs::create_directories(m_server.clientFolder());
+        std::ofstream(knownHosts()) << "[" << m_server.server() << "]:" << m_server.port() << " "
+                                    << contents(key);
+    }
+
+private slots:
+    void initTestCase()
+    {
+        if (!m_server.start())
+            QSKIP(qPrintable(m_server.skipReason()));
+    }
+
+    void init()
+    {
+        m_server.reset();
+        m_server.setLogFormat(true);
+    }
+
+    void cleanup() { QTRY_COMPARE(m_server.processesAtPort(), 0); }
+
+    void wholeStory()
+    {
+        putOnServer("ssh-rsa AAAAB3 anna@home\n\nssh-ed25519 AAAAC3 bert");
+        QCOMPARE(check(), notSetUp);
+        QVERIFY(!fs::exists(knownHosts()) || contents(knownHosts()).empty());
+        QCOMPARE(setUp("wrong"), wrongPassword);
+        QCOMPARE(contents(keysOnServer()),
+                 std::string("ssh-rsa AAAAB3 anna@home\n\nssh-ed25519 AAAAC3 bert"));
+        QCOMPARE(check(), notSetUp);
+        QCOMPARE(setUp(m_server.password()), "");
+        const std::string key = contents(m_server.clientFolder() / "id_rsa.pub");
+        const std::string all = "ssh-rsa AAAAB3 anna@home\nssh-ed25519 AAAAC3 bert\n" + key;
+        QCOMPARE(contents(keysOnServer()), all);
+        QCOMPARE(check(), "");
+        QCOMPARE(setUp(m_server.password()), "");
+        QCOMPARE(contents(keysOnServer()), all);
+        QCOMPARE(
+            std::distance(fs::directory_iterator(keysOnServer().parent_path()), fs::directory_iterator()), 1);
+        m_server.setLogFormat(false);
+        QCOMPARE(check(), needsSetup);
+        fs::remove_all("/usr/local/palisan");
+        QCOMPARE(check(), needsSetup);
+    }
+
+    // A new key takes the place of the one that went by its name, and of no other.
+    void setUp_replacesTheKeyOfTheSameTag_data()
+    {
+        QTest::addColumn<QByteArray>("comment");
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("kept");
+        QTest::newRow("same name") << QByteArray("me@pc.local")
+                                   << QByteArray("ssh-rsa OLD me@pc.local\nssh-rsa B you\n")
+                                   << QByteArray("ssh-rsa B you\n");
+        QTest::newRow("similar names")
+            << QByteArray("me@pc")
+            << QByteArray("ssh-rsa A some@pc\nssh-rsa B me@pc2\nfrom=\"x\" ssh-rsa C me@pc\n")
+            << QByteArray("ssh-rsa A some@pc\nssh-rsa B me@pc2\nfrom=\"x\" ssh-rsa C me@pc\n");
+        QTest::newRow("a dot is a dot")
+            << QByteArray("me@a.b") << QByteArray("ssh-rsa A me@a-b\n") << QByteArray("ssh-rsa A me@a-b\n");
+        QTest::newRow("blanks and specials")
+            << QByteArray("my 'key' $(touch x) /a\\|&;*") << QByteArray("ssh-rsa A my key\n")
+            << QByteArray("ssh-rsa A my key\n");
+        QTest::newRow("no comment") << QByteArray("") << QByteArray() << QByteArray();
+    }
+    void setUp_replacesTheKeyOfTheSameTag()
+    {
+        QFETCH(QByteArray, comment);
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, kept);
+        makeKey("", comment.toStdString());
+        const std::string key = contents(m_server.clientFolder() / "id_rsa.pub");
+        QVERIFY(!key.empty());
+        putOnServer(before.toStdString());
+        for (int time = 0; time < 2; ++time) {
+            QCOMPARE(setUp(m_server.password()), "");
+            QCOMPARE(QByteArray::fromStdString(contents(keysOnServer())),
+                     kept + QByteArray::fromStdString(key));
+        }
+        QCOMPARE(contents(m_server.clientFolder() / "id_rsa.pub"), key);
+        QCOMPARE(check(), "");
+        QVERIFY(!fs::exists(m_server.home() / "x") && !fs::exists(keysOnServer().parent_path() / "x"));
+    }
+
+    void changedHostKey_isRefused()
+    {
+        makeKey("", "me@pc");
+        QCOMPARE(setUp(m_server.password()), "");
+        const std::string keys = contents(keysOnServer());
+        knowHost(m_server.clientFolder() / "id_rsa.pub");
+        QCOMPARE(check(), noConnection);
+        QCOMPARE(setUp(m_server.password()), noConnection);
+        QCOMPARE(contents(keysOnServer()), keys);
+    }
+
+    void passphrase_isNotSupported()
+    {
+        makeKey("secret", "me@pc");
+        QCOMPARE(setUp(m_server.password()), "");
+        QCOMPARE(check(), noPassphrase);
+        QCOMPARE(setUp(m_server.password()), noPassphrase);
+    }
+
+    void unreachableServer_hasItsText_data()
+    {
+        QTest::addColumn<QByteArray>("login");
+        QTest::addColumn<QByteArray>("port");
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("wrong port") << QByteArray("me@127.0.0.1") << QByteArray("1")
+                                    << QByteArray(unknownHost);
+        QTest::newRow("no such server")
+            << QByteArray("me@luma.invalid") << QByteArray("22") << QByteArray(unknownHost);
+        QTest::newRow("port that is none")
+            << QByteArray("me@127.0.0.1") << QByteArray("ssh; id") << QByteArray(noConnection);
+        QTest::newRow("no port") << QByteArray("me@127.0.0.1") << QByteArray() << QByteArray(noConnection);
+        QTest::newRow("no login") << QByteArray() << QByteArray("22") << QByteArray(unknownHost);
+        QTest::newRow("option as login") << QByteArray("-oProxyCommand=touch /tmp/luma-was-here")
+                                         << QByteArray("22") << QByteArray(noConnection);
+        QTest::newRow("option as port")
+            << QByteArray("me@127.0.0.1") << QByteArray("-oProxyCommand=touch /tmp/luma-was-here")
+            << QByteArray(noConnection);
+    }
+    void unreachableServer_hasItsText()
+    {
+        QFETCH(QByteArray, login);
+        QFETCH(QByteArray, port);
+        QFETCH(QByteArray, text);
+        QCOMPARE(checkAt(login.toStdString(), port.toStdString()), text);
+        makeKey("", "me@pc");
+        const std::string answer =
+            SSHController::setUpRemoteLogin(login.toStdString(), port.toStdString(), "password");
+        QCOMPARE(QByteArray::fromStdString(answer), text);
+        QVERIFY(!fs::exists("/tmp/luma-was-here"));
+    }
+
+    void serverThatCutsOff_isAnError()
+    {
+        makeKey("", "me@pc");
+        const RudeServer server(RudeServer::Manner::CutsOff);
+        QCOMPARE(checkAt(m_server.login(), server.port()), noConnection);
+        QCOMPARE(QByteArray::fromStdString(
+                     SSHController::setUpRemoteLogin(m_server.login(), server.port(), m_server.password())),
+                 noConnection);
+    }
+
+    void silentServer_timesOut()
+    {
+        const RudeServer server(RudeServer::Manner::StaysSilent);
+        QCOMPARE(checkAt(m_server.login(), server.port()), "fail - timeout");
+        const std::string left = SSHController::unixShellWithResultAndArguments(
+            {"/bin/sh", "-c", "ps -eo args | grep '^/usr/bin/[s]sh -p " + server.port() + "' || true"});
+        QCOMPARE(left, std::string());
+    }
+
+    void thisComputer_isAskedWithoutSsh()
+    {
+        QCOMPARE(checkAt("localhost", "1"), "");
+        m_server.setLogFormat(false);
+        QCOMPARE(checkAt("localhost", "1"), "fail - customlog needs setup\n");
+        fs::remove_all("/usr/local/palisan");
+        QCOMPARE(checkAt("localhost", "1"), "fail - customlog needs setup\n");
+    }
+
+    // A stand-in on the search path: it asks on the terminal, as sudo does, and takes one password.
+    void sudo_isAskedOnce_data()
+    {
+        QTest::addColumn<QByteArray>("password");
+        QTest::addColumn<QByteArray>("text");
+        QTest::newRow("right") << QByteArray("right $1 [x]") << QByteArray();
+        QTest::newRow("wrong") << QByteArray("wrong") << QByteArray("invalid sudo password\n");
+    }
+    void sudo_isAskedOnce()
+    {
+        QFETCH(QByteArray, password);
+        QFETCH(QByteArray, text);
+        const QTemporaryDir folder;
+        const fs::path sudo = fs::path(folder.path().toStdString()) / "sudo";
+        std::ofstream(sudo) << "#!/bin/sh\n[ \"$1\" = -k ] && exit\n"
+                               "while printf '%s' \"$SUDO_PROMPT\" && read -r word </dev/tty\n"
+                               "do [ \"$word\" = 'right $1 [x]' ] && exit; done\n";
+        fs::permissions(sudo, fs::perms(0755));
+        const QByteArray path = qgetenv("PATH");
+        qputenv("PATH", folder.path().toUtf8() + ":" + path);
+        const std::string answer = SSHController::checkSudoWillWorkAt("localhost", password.toStdString());
+        qputenv("PATH", path);
+        QCOMPARE(QByteArray::fromStdString(answer), text);
+    }
+};
+
+LUMA_TEST(tst_sshcontroller)
+#include "tst_sshcontroller.moc"
