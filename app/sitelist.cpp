@@ -11,13 +11,12 @@ namespace {
 QString summary(const ObservedDictionary& values)
 {
     const QString protocol = values.string(endpoint::protocol);
-    const QString path = values.string(endpoint::path);
     if (protocol == endpoint::fileProtocol)
-        return path;
+        return values.string(endpoint::path);
     QString place = protocol + values.string(endpoint::server);
     if (const QString volume = values.string(endpoint::volume); !volume.isEmpty())
         place += u'/' + volume;
-    return place + path;
+    return place + values.string(endpoint::path);
 }
 
 } // namespace

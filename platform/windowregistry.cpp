@@ -43,6 +43,13 @@ void WindowRegistry::add(QWidget* window)
     window->installEventFilter(this);
 }
 
+void WindowRegistry::addHome(QWidget* window)
+{
+    m_home = window;
+    m_windows.removeAll(QPointer<QWidget>(window));
+    m_windows.prepend(window);
+}
+
 QList<QWidget*> WindowRegistry::windows() const
 {
     QList<QWidget*> alive;
@@ -75,7 +82,7 @@ void WindowRegistry::fill(QMenu* menu)
     listIn(menu);
 }
 
-void WindowRegistry::listIn(QMenu* menu)
+void WindowRegistry::listIn(QMenu* menu) const
 {
     const QList<QAction*> entries = menu->actions();
     for (QAction* entry : entries) {

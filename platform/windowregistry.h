@@ -22,6 +22,8 @@ public:
     static WindowRegistry& instance();
 
     void add(QWidget* window);
+    /// The same for the window that the others lead back to: it stays listed, first, while it is closed.
+    void addHome(QWidget* window);
     [[nodiscard]] QList<QWidget*> windows() const;
 
     /// The first window whose title is exactly `title`, or none.
@@ -38,9 +40,10 @@ protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void listIn(QMenu* menu);
+    void listIn(QMenu* menu) const;
 
     QList<QPointer<QWidget>> m_windows;
+    QPointer<QWidget> m_home;
 };
 
 } // namespace luma

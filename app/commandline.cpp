@@ -1,0 +1,108 @@
+#include "app/commandline.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+const char* const usageText = R"(Usage: luma [SOURCE DESTINATION | PAGE]
+
+LUMA keeps web sites as folders: it publishes what has changed, keeps the links
+between pages right when files move, and edits pages.
+
+  luma                      show the list of sites
+  luma SOURCE DESTINATION   open two folders as a site that is not kept in the list
+  luma PAGE                 open a page (.html, .xhtml, .xml)
+
+  -h, --help                print this help
+  -v, --version             print the version
+)";
+
+namespace {
+
+CommandLine unusable(const std::string& message)
+{
+    CommandLine line;
+    line.request = CommandLine::Request::Unusable;
+    line.message = message;
+    return line;
+}
+
+CommandLine foldersIn(const std::vector<std::string>& names)
+{
+    CommandLine line;
+    line.request = CommandLine::Request::Folders;
+    std::error_code error;
+    for (const std::string& name : names) {
+        if (!fs::is_directory(name, error))
+            return unusable(name + " is no folder");
+    }
+    line.source = fs::canonical(names[0], error);
+    line.destination = fs::canonical(names[1], error);
+    if (line.source == line.destination)
+        return unusable("source and destination are the same folder");
+    return line;
+}
+
+CommandLine pageIn(const std::string& name)
+{
+    CommandLine line;
+    std::error_code error;
+    if (!fs::is_regular_file(name, error))
+        return unusable(fs::is_directory(name, error) ? "a destination folder is missing"
+                                                      : "there is no page " + name);
+    line.request = CommandLine::Request::Page;
+    line.page = fs::absolute(name, error);
+    return line;
+}
+
+bool isHelp(const std::string& argument)
+{
+    return argument == "--help" || argument == "-h";
+}
+
+bool isVersion(const std::string& argument)
+{
+    return argument == "--version" || argument == "-v";
+}
+
+} // namespace
+
+bool isAnsweredOnTerminal(const std::vector<std::string>& arguments)
+{
+    return std::any_of(arguments.begin(), std::find(arguments.begin(), arguments.end(), "--"),
+                       [](const std::string& argument) { return isHelp(argument) || isVersion(argument); });
+}
+
+CommandLine readCommandLine(const std::vector<std::string>& arguments)
+{
+    std::vector<std::string> names;
+    bool options = true;
+    for (const std::string& argument : arguments) {
+        CommandLine line;
+        if (options && argument == "--") {
+            options = false;
+        } else if (options && (isHelp(argument) || isVersion(argument))) {
+            line.request = isHelp(argument) ? CommandLine::Request::Help : CommandLine::Request::Version;
+            return line;
+        } else if (options && argument.size() > 1 && argument.front() == '-') {
+            return unusable("unknown option " + argument);
+        } else {
+            names.push_back(argument);
+        }
+    }
+    switch (names.size()) {
+    case 0:
+        return {};
+    case 1:
+        return pageIn(names[0]);
+    case 2:
+        return foldersIn(names);
+    default:
+        return unusable("too many arguments");
+    }
+}
+
+} // namespace luma

@@ -1,0 +1,29 @@
+#include "app/preferencesdialog.h"
+
+#include "app/preferences.h"
+#include "ui_PreferencesDialog.h"
+
+namespace luma {
+
+PreferencesDialog::PreferencesDialog(Preferences& preferences, QWidget* parent)
+    : QDialog(parent), m_preferences(preferences), m_ui(std::make_unique<Ui::PreferencesDialog>())
+{
+    m_ui->setupUi(this);
+    setWindowModality(Qt::WindowModal);
+    setAttribute(Qt::WA_DeleteOnClose);
+    m_ui->excludedFolders->setText(preferences.excludedFolderNames());
+    connect(m_ui->buttonBox, &QDialogButtonBox::accepted, this, &PreferencesDialog::accept);
+    connect(m_ui->buttonBox, &QDialogButtonBox::rejected, this, &PreferencesDialog::reject);
+}
+
+PreferencesDialog::~PreferencesDialog() = default;
+
+void PreferencesDialog::accept()
+{
+    m_preferences.setValue(Preferences::excludedFolders, m_ui->excludedFolders->text());
+    // A failure comes back at quit, where the list is saved to the same file.
+    (void)m_preferences.save();
+    QDialog::accept();
+}
+
+} // namespace luma

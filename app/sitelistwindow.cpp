@@ -1,0 +1,184 @@
+#include "app/sitelistwindow.h"
+
+#include "app/preferences.h"
+#include "app/siteitemdelegate.h"
+#include "platform/windowregistry.h"
+#include "ui_SiteListWindow.h"
+
+#include <QKeyEvent>
+#include <QScrollBar>
+
+namespace luma {
+
+namespace {
+
+const QString geometryKey = QStringLiteral("windows/sites/geometry");
+const QString splitterKey = QStringLiteral("windows/sites/splitter");
+
+} // namespace
+
+SiteListWindow::SiteListWindow(SiteList& sites, QWidget* parent)
+    : QMainWindow(parent), m_sites(sites), m_ui(std::make_unique<Ui::SiteListWindow>())
+{
+    m_ui->setupUi(this);
+    m_ui->sourcePathAction->setProperty("tag", 0);
+    m_ui->destinationPathAction->setProperty("tag", 1);
+    // The form scrolls up and down only.
+    m_ui->formArea->setMinimumWidth(m_ui->siteForm->minimumSizeHint().width() +
+                                    m_ui->formArea->verticalScrollBar()->sizeHint().width());
+    m_ui->splitter->setStretchFactor(1, 1);
+    m_ui->splitter->setSizes({280, 760});
+    resize(1060, 480);
+    WindowRegistry::instance().fill(m_ui->windowsMenu);
+    connectActions();
+    connectList();
+    connectForm();
+    showSelected();
+}
+
+SiteListWindow::~SiteListWindow() = default;
+
+void SiteListWindow::connectActions()
+{
+    connect(m_ui->addAction, &QAction::triggered, this, &SiteListWindow::addRequested);
+    connect(m_ui->removeAction, &QAction::triggered, this, &SiteListWindow::removeRequested);
+    connect(m_ui->openAction, &QAction::triggered, this, &SiteListWindow::openRequested);
+    connect(m_ui->preferencesAction, &QAction::triggered, this, &SiteListWindow::preferencesRequested);
+    connect(m_ui->productPageAction, &QAction::triggered, this, &SiteListWindow::productPageRequested);
+    connect(m_ui->updateAction, &QAction::triggered, this, &SiteListWindow::updateRequested);
+    connect(m_ui->aboutAction, &QAction::triggered, this, &SiteListWindow::aboutRequested);
+    connect(m_ui->quitAction, &QAction::triggered, this, &SiteListWindow::quitRequested);
+    for (QAction* action : {m_ui->sourcePathAction, m_ui->destinationPathAction})
+        connect(action, &QAction::triggered, this, [this, action] { emit pathRequested(action); });
+    connect(m_ui->searchAction, &QAction::triggered, m_ui->searchField, qOverload<>(&QWidget::setFocus));
+    connect(m_ui->searchAction, &QAction::triggered, m_ui->searchField, &QLineEdit::selectAll);
+}
+
+void SiteListWindow::connectList()
+{
+    m_found.setSourceModel(&m_sites);
+    m_found.setFilterRole(SiteList::SearchRole);
+    m_found.setFilterCaseSensitivity(Qt::CaseInsensitive);
+    // A record that is being edited stays in sight even when it no longer fits the search.
+    m_found.setDynamicSortFilter(false);
+    m_ui->sitesTableView->setModel(&m_found);
+    m_ui->sitesTableView->setItemDelegate(new SiteItemDelegate(m_ui->sitesTableView));
+    m_ui->sitesTableView->installEventFilter(this);
+    m_ui->searchField->installEventFilter(this);
+    connect(m_ui->searchField, &QLineEdit::textChanged, this, &SiteListWindow::search);
+    connect(m_ui->sitesTableView, &QListView::doubleClicked, this, &SiteListWindow::openRequested);
+    connect(m_ui->sitesTableView->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &SiteListWindow::showSelected);
+    connect(&m_found, &QAbstractItemModel::modelReset, this, &SiteListWindow::showSelected);
+    connect(&m_found, &QAbstractItemModel::rowsInserted, this, &SiteListWindow::showSelected);
+    connect(&m_found, &QAbstractItemModel::rowsRemoved, this, &SiteListWindow::showSelected);
+    connect(m_ui->addButton, &QPushButton::clicked, this, &SiteListWindow::addRequested);
+    connect(m_ui->removeButton, &QPushButton::clicked, this, &SiteListWindow::removeRequested);
+}
+
+void SiteListWindow::connectForm()
+{
+    connect(m_ui->siteForm, &SiteForm::openRequested, this, &SiteListWindow::openRequested);
+    connect(m_ui->siteForm, &SiteForm::pathRequested, this, &SiteListWindow::pathRequested);
+}
+
+int SiteListWindow::selectedRow() const
+{
+    return m_found.mapToSource(m_ui->sitesTableView->currentIndex()).row();
+}
+
+void SiteListWindow::select(int row)
+{
+    const QModelIndex wanted = m_sites.index(row);
+    if (wanted.isValid() && !m_found.mapFromSource(wanted).isValid())
+        m_ui->searchField->clear();
+    const QModelIndex shown = m_found.mapFromSource(wanted);
+    m_ui->sitesTableView->setCurrentIndex(shown);
+    m_ui->sitesTableView->scrollTo(shown);
+}
+
+void SiteListWindow::editNameOf(int row)
+{
+    select(row);
+    m_ui->formArea->ensureVisible(0, 0);
+    m_ui->siteForm->editName();
+}
+
+void SiteListWindow::setUpdateEnabled(bool enabled)
+{
+    m_ui->updateAction->setEnabled(enabled);
+}
+
+void SiteListWindow::search(const QString& text)
+{
+    const int before = selectedRow();
+    m_found.setFilterFixedString(text);
+    // What was selected stays so while the search finds it; else the first that it finds.
+    const QModelIndex kept = m_found.mapFromSource(m_sites.index(before));
+    m_ui->sitesTableView->setCurrentIndex(kept.isValid() ? kept : m_found.index(0, 0));
+    m_ui->sitesTableView->scrollTo(m_ui->sitesTableView->currentIndex());
+    showSelected();
+}
+
+void SiteListWindow::showSelected()
+{
+    m_ui->siteForm->setRecord(m_sites.record(selectedRow()));
+    const bool nothing = m_found.rowCount() == 0;
+    m_ui->sitesTableView->setVisible(!nothing);
+    m_ui->emptyListLabel->setVisible(nothing);
+    m_ui->emptyListLabel->setText(m_sites.rowCount() == 0 ? tr("No sites yet.\nAdd one to begin.")
+                                                          : tr("No site fits the search."));
+    updateActions();
+}
+
+void SiteListWindow::updateActions()
+{
+    const bool selected = selectedRow() >= 0;
+    for (QAction* action :
+         {m_ui->openAction, m_ui->removeAction, m_ui->sourcePathAction, m_ui->destinationPathAction})
+        action->setEnabled(selected);
+    m_ui->removeButton->setEnabled(selected);
+}
+
+bool SiteListWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() == QEvent::KeyPress && handleKey(watched, static_cast<QKeyEvent*>(event)->key()))
+        return true;
+    return QMainWindow::eventFilter(watched, event);
+}
+
+bool SiteListWindow::handleKey(const QObject* watched, int key)
+{
+    const bool inList = watched == m_ui->sitesTableView;
+    if (key == Qt::Key_Return || key == Qt::Key_Enter) {
+        emit openRequested();
+        return true;
+    }
+    if (inList && key == Qt::Key_Delete) {
+        emit removeRequested();
+        return true;
+    }
+    if (!inList && key == Qt::Key_Down) {
+        m_ui->sitesTableView->setFocus();
+        return true;
+    }
+    if (!inList && key == Qt::Key_Escape) {
+        m_ui->searchField->clear();
+        return true;
+    }
+    return false;
+}
+
+void SiteListWindow::restoreFrom(const Preferences& preferences)
+{
+    restoreGeometry(preferences.value(geometryKey).toByteArray());
+    m_ui->splitter->restoreState(preferences.value(splitterKey).toByteArray());
+}
+
+void SiteListWindow::saveTo(Preferences& preferences) const
+{
+    preferences.setValue(geometryKey, saveGeometry());
+    preferences.setValue(splitterKey, m_ui->splitter->saveState());
+}
+
+} // namespace luma
