@@ -1,0 +1,232 @@
+#include "site/filetransfer.h"
+
+#include "platform/files.h"
+#include "site/folderaccess.h"
+#include "site/shownname.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// An open folder's entry as a path that nobody can lead elsewhere by moving the folder or putting a link in
+// its place (proc(5), /proc/self/fd).
+fs::path entryOf(const FileDescriptor& folder, const std::string& name)
+{
+    return fs::path("/proc/self/fd") / std::to_string(folder.get()) / name;
+}
+
+std::string_view folderPart(std::string_view path)
+{
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash);
+}
+
+std::string namePart(std::string_view path)
+{
+    return std::string(path.substr(path.rfind('/') + 1));
+}
+
+// The reason alone, for the path before it names a descriptor.
+std::string reasonIn(const Error& error, const fs::path& source, const fs::path& target)
+{
+    for (const fs::path& path : {source, target}) {
+        const std::string prefix = path.string() + ": ";
+        if (error.text.starts_with(prefix))
+            return error.text.substr(prefix.size());
+    }
+    return error.text;
+}
+
+std::string whyNoFolder(int code)
+{
+    if (code == ELOOP)
+        return "a symbolic link stands where the folder should be";
+    if (code == ENOTDIR)
+        return "a file stands where the folder should be";
+    return systemReason(code);
+}
+
+// The two sides of a transfer. Rows come sorted, so the folders of the last one are kept open.
+class Transfer final
+{
+public:
+    explicit Transfer(const SyncFolders& folders)
+        : m_sendingRoot(openSiteFolder(folders.sending)), m_receivingRoot(openSiteFolder(folders.receiving))
+    {}
+
+    // Empty when the row was copied, else why not.
+    std::string copy(const SyncRow& row);
+    // Gives the folders made their mode and time, and brings everything to the disk.
+    std::string finish();
+
+private:
+    FileDescriptor m_sendingRoot;
+    FileDescriptor m_receivingRoot;
+    std::string m_folder;
+    FileDescriptor m_sending;
+    FileDescriptor m_receiving;
+    std::vector<std::string> m_madeFolders;
+    bool m_copiedAny = false;
+
+    std::string enterFolder(std::string_view folder);
+    FileDescriptor openOrMakeReceiving(std::string_view folder);
+    FileDescriptor makeFolder(const FileDescriptor& parent, const std::string& path);
+    [[nodiscard]] std::string objection(const SyncRow& row, const std::string& name) const;
+    [[nodiscard]] bool removeIfEmpty(const std::string& folder) const;
+    void finishFolder(const std::string& folder) const;
+};
+
+std::string Transfer::copy(const SyncRow& row)
+{
+    if (std::string reason = enterFolder(folderPart(row.relativePath)); !reason.empty())
+        return reason;
+    const std::string name = namePart(row.relativePath);
+    if (std::string reason = objection(row, name); !reason.empty())
+        return reason;
+    const fs::path source = entryOf(m_sending, name);
+    const fs::path target = entryOf(m_receiving, name);
+    const Existing existing = row.mode == syncmode::deleteFirst ? Existing::Replace : Existing::Keep;
+    // Synced one by one, a thousand small files cost seconds; finish() syncs them all at once.
+    const auto copied = copyFile(source, target, existing, Durability::Unsynced);
+    m_copiedAny = m_copiedAny || copied;
+    return copied ? std::string() : reasonIn(copied.error(), source, target);
+}
+
+std::string Transfer::enterFolder(std::string_view folder)
+{
+    if (m_receiving && folder == m_folder)
+        return {};
+    m_receiving.reset();
+    m_sending = openFolderBelow(m_sendingRoot, folder);
+    if (!m_sending)
+        return whyNoFolder(errno);
+    m_receiving = openOrMakeReceiving(folder);
+    if (!m_receiving)
+        return whyNoFolder(errno);
+    m_folder = folder;
+    return {};
+}
+
+FileDescriptor Transfer::openOrMakeReceiving(std::string_view folder)
+{
+    FileDescriptor opened = openFolderBelow(m_receivingRoot, folder);
+    if (opened || errno != ENOENT || folder.empty())
+        return opened;
+    FileDescriptor parent = openFolderBelow(m_receivingRoot, {});
+    for (std::size_t end = 0; parent && end < folder.size();) {
+        end = std::min(folder.find('/', end + 1), folder.size());
+        const std::string path(folder.substr(0, end));
+        FileDescriptor next = openFolderBelow(parent, namePart(path));
+        if (!next && errno == ENOENT)
+            next = makeFolder(parent, path);
+        parent = std::move(next);
+    }
+    return parent;
+}
+
+FileDescriptor Transfer::makeFolder(const FileDescriptor& parent, const std::string& path)
+{
+    struct stat original = {};
+    const FileDescriptor sending = openFolderBelow(m_sendingRoot, path);
+    if (!sending || ::fstat(sending.get(), &original) != 0)
+        return {};
+    // Its files are still to come, so the owner may write for now.
+    if (::mkdirat(parent.get(), namePart(path).c_str(), (original.st_mode & 0777U) | 0700U) != 0)
+        return {};
+    m_madeFolders.push_back(path);
+    return openFolderBelow(parent, namePart(path));
+}
+
+std::string Transfer::objection(const SyncRow& row, const std::string& name) const
+{
+    struct stat sent = {};
+    if (::fstatat(m_sending.get(), name.c_str(), &sent, AT_SYMLINK_NOFOLLOW) != 0)
+        return systemReason(errno);
+    if (!S_ISREG(sent.st_mode) && !S_ISLNK(sent.st_mode))
+        return "no longer a file";
+    struct stat received = {};
+    if (::fstatat(m_receiving.get(), name.c_str(), &received, AT_SYMLINK_NOFOLLOW) != 0)
+        return {};
+    if (S_ISDIR(received.st_mode))
+        return "a folder stands where the file should be";
+    if (row.mode == syncmode::copy)
+        return "something has appeared in its place since the comparison";
+    const bool areFiles = S_ISREG(sent.st_mode) && S_ISREG(received.st_mode);
+    if (areFiles && received.st_mtim.tv_sec >= sent.st_mtim.tv_sec)
+        return "the receiving side has been changed since the comparison";
+    return {};
+}
+
+bool Transfer::removeIfEmpty(const std::string& folder) const
+{
+    const FileDescriptor parent = openFolderBelow(m_receivingRoot, folderPart(folder));
+    return parent && ::unlinkat(parent.get(), namePart(folder).c_str(), AT_REMOVEDIR) == 0;
+}
+
+void Transfer::finishFolder(const std::string& folder) const
+{
+    // Made for a file that then could not be copied.
+    if (removeIfEmpty(folder))
+        return;
+    struct stat original = {};
+    const FileDescriptor sending = openFolderBelow(m_sendingRoot, folder);
+    const FileDescriptor receiving = openFolderBelow(m_receivingRoot, folder);
+    if (!sending || !receiving || ::fstat(sending.get(), &original) != 0)
+        return;
+    const std::array<timespec, 2> times = {original.st_atim, original.st_mtim};
+    // A server that keeps neither has the files all the same.
+    (void)::fchmod(receiving.get(), original.st_mode & 07777U);
+    (void)::futimens(receiving.get(), times.data());
+}
+
+std::string Transfer::finish()
+{
+    // The innermost first: a folder's time changes with what is made in it.
+    for (auto folder = m_madeFolders.rbegin(); folder != m_madeFolders.rend(); ++folder)
+        finishFolder(*folder);
+    if (!m_copiedAny || ::syncfs(m_receivingRoot.get()) == 0)
+        return {};
+    const bool isUnknown = errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
+    return isUnknown ? std::string() : systemReason(errno);
+}
+
+} // namespace
+
+FileTransfer::FileTransfer(std::vector<SyncRow> rows) : m_rows(std::move(rows)) {}
+
+TransferReport FileTransfer::run(const WorkItem& item, const std::function<void(std::size_t)>& progress) const
+{
+    TransferReport report;
+    if (m_rows.empty())
+        return report;
+    Transfer transfer(*m_rows.front().folders);
+    std::size_t dealtWith = 0;
+    for (std::size_t i = 0; i < m_rows.size() && !item.isCancelled(); ++i) {
+        if (m_rows[i].select != 1)
+            continue;
+        if (const std::string reason = transfer.copy(m_rows[i]); reason.empty())
+            report.copied.push_back(i);
+        else
+            report.problems.push_back({i, m_rows[i].displayName + ": " + reason});
+        if (progress)
+            progress(++dealtWith);
+    }
+    if (const std::string reason = transfer.finish(); !reason.empty()) {
+        // What did not reach the disk does not count as copied.
+        for (const std::size_t row : report.copied)
+            report.problems.push_back({row, m_rows[row].displayName + ": " + reason});
+        report.copied.clear();
+    }
+    return report;
+}
+
+} // namespace luma

@@ -1,0 +1,293 @@
+#include "site/foldercomparison.h"
+
+#include "platform/parallel.h"
+#include "site/folderaccess.h"
+#include "site/shownname.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+
+namespace luma {
+
+namespace {
+
+// Two threads hide each other's waiting for the disk or the server; more only quarrel.
+constexpr unsigned workerCount = 2;
+
+struct PendingFolder
+{
+    std::string relativePath;
+    bool isMissing = false; // on the receiving side, so that nothing below needs a look there
+};
+
+// The folders still to be visited, shared out to the workers.
+class FolderQueue final
+{
+public:
+    void add(std::vector<PendingFolder>& folders)
+    {
+        const std::scoped_lock lock(m_mutex);
+        std::move(folders.begin(), folders.end(), std::back_inserter(m_folders));
+        folders.clear();
+        m_changed.notify_all();
+    }
+
+    // The next folder, waiting while others may still add some; nothing when all are done. Whoever took a
+    // folder calls finish() after it.
+    std::optional<PendingFolder> take()
+    {
+        std::unique_lock lock(m_mutex);
+        m_changed.wait(lock, [this] { return !m_folders.empty() || m_busy == 0; });
+        if (m_folders.empty())
+            return std::nullopt;
+        ++m_busy;
+        PendingFolder folder = std::move(m_folders.back());
+        m_folders.pop_back();
+        return folder;
+    }
+
+    void finish()
+    {
+        const std::scoped_lock lock(m_mutex);
+        --m_busy;
+        m_changed.notify_all();
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_changed;
+    std::vector<PendingFolder> m_folders;
+    int m_busy = 0;
+};
+
+bool isTemporaryName(std::string_view name)
+{
+    constexpr std::string_view prefix = ".luma-";
+    return name.size() == prefix.size() + 6 && name.substr(0, prefix.size()) == prefix;
+}
+
+bool isLeftOut(std::string_view name)
+{
+    return name == "." || name == ".." || name == ".DS_Store" || isTemporaryName(name);
+}
+
+std::string linkTarget(int folder, const char* name)
+{
+    std::array<char, PATH_MAX> target;
+    const ssize_t length = ::readlinkat(folder, name, target.data(), target.size());
+    return {target.data(), length < 0 ? 0 : static_cast<std::size_t>(length)};
+}
+
+class OpenDirectory final
+{
+public:
+    // Takes the descriptor over.
+    explicit OpenDirectory(FileDescriptor folder) : m_stream(::fdopendir(folder.get()))
+    {
+        if (m_stream)
+            (void)folder.release();
+    }
+    OpenDirectory(const OpenDirectory&) = delete;
+    OpenDirectory& operator=(const OpenDirectory&) = delete;
+    ~OpenDirectory()
+    {
+        if (m_stream)
+            (void)::closedir(m_stream);
+    }
+
+    [[nodiscard]] bool isOpen() const { return m_stream != nullptr; }
+    [[nodiscard]] int descriptor() const { return ::dirfd(m_stream); }
+    // Nothing at the end, and with errno set on failure.
+    [[nodiscard]] const dirent* next() const
+    {
+        errno = 0;
+        return ::readdir(m_stream);
+    }
+
+private:
+    DIR* m_stream;
+};
+
+// One of the threads at work: visits folders and keeps what it finds to itself.
+class Worker final
+{
+public:
+    Worker(const FileDescriptor& sending, const FileDescriptor& receiving,
+           const std::shared_ptr<const SyncFolders>& folders, FolderQueue& queue, const WorkItem& item)
+        : m_sendingRoot(sending), m_receivingRoot(receiving), m_folders(folders), m_queue(queue), m_item(item)
+    {}
+
+    void run()
+    {
+        while (const std::optional<PendingFolder> folder = m_queue.take()) {
+            visit(*folder);
+            m_queue.finish();
+        }
+    }
+
+    ComparisonReport report;
+
+private:
+    const FileDescriptor& m_sendingRoot;
+    const FileDescriptor& m_receivingRoot;
+    const std::shared_ptr<const SyncFolders>& m_folders;
+    FolderQueue& m_queue;
+    const WorkItem& m_item;
+    std::string m_folder; // the relative path of the folder being visited
+    FileDescriptor m_receiving;
+    std::vector<PendingFolder> m_subfolders;
+
+    void visit(const PendingFolder& folder);
+    bool openReceiving(const PendingFolder& folder);
+    void examine(int sending, const dirent& entry);
+    void compare(const char* name, int sending, const struct stat& sent);
+    void addRow(std::string_view mode, const char* name);
+    void addProblem(const char* name, int code);
+    [[nodiscard]] std::string pathOf(std::string_view name) const;
+};
+
+std::string Worker::pathOf(std::string_view name) const
+{
+    std::string path;
+    path.reserve(m_folder.size() + 1 + name.size());
+    path.append(m_folder);
+    if (!m_folder.empty() && !name.empty())
+        path.push_back('/');
+    return path.append(name);
+}
+
+void Worker::addRow(std::string_view mode, const char* name)
+{
+    SyncRow row;
+    row.relativePath = pathOf(name);
+    row.displayName = shownName(row.relativePath);
+    row.mode = mode;
+    row.folders = m_folders;
+    report.rows.push_back(std::move(row));
+}
+
+void Worker::addProblem(const char* name, int code)
+{
+    const std::string path = pathOf(name);
+    report.problems.push_back(shownName(path.empty() ? "." : path) + ": " + systemReason(code));
+}
+
+// False when the folder exists on the receiving side and cannot be compared with.
+bool Worker::openReceiving(const PendingFolder& folder)
+{
+    m_receiving.reset();
+    if (folder.isMissing)
+        return true;
+    m_receiving = openFolderBelow(m_receivingRoot, folder.relativePath);
+    return m_receiving || errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
+}
+
+void Worker::visit(const PendingFolder& folder)
+{
+    m_folder = folder.relativePath;
+    if (m_item.isCancelled())
+        return;
+    const OpenDirectory sending(openFolderBelow(m_sendingRoot, m_folder));
+    if (!sending.isOpen()) {
+        // Removed since its name was read.
+        if (errno != ENOENT)
+            addProblem("", errno);
+        return;
+    }
+    if (!openReceiving(folder)) {
+        addProblem("", errno);
+        return;
+    }
+    while (const dirent* entry = sending.next()) {
+        if (m_item.isCancelled())
+            return;
+        examine(sending.descriptor(), *entry);
+    }
+    if (errno != 0)
+        addProblem("", errno);
+    m_queue.add(m_subfolders);
+}
+
+void Worker::examine(int sending, const dirent& entry)
+{
+    const char* name = entry.d_name;
+    if (isLeftOut(name))
+        return;
+    struct stat sent = {};
+    if (entry.d_type != DT_DIR && ::fstatat(sending, name, &sent, AT_SYMLINK_NOFOLLOW) != 0) {
+        if (errno != ENOENT)
+            addProblem(name, errno);
+        return;
+    }
+    if (entry.d_type == DT_DIR || S_ISDIR(sent.st_mode))
+        m_subfolders.push_back({pathOf(name), !m_receiving});
+    else if (S_ISREG(sent.st_mode) || S_ISLNK(sent.st_mode))
+        compare(name, sending, sent);
+}
+
+void Worker::compare(const char* name, int sending, const struct stat& sent)
+{
+    struct stat received = {};
+    if (!m_receiving) {
+        addRow(syncmode::copy, name);
+    } else if (::fstatat(m_receiving.get(), name, &received, AT_SYMLINK_NOFOLLOW) != 0) {
+        if (errno == ENOENT)
+            addRow(syncmode::copy, name);
+        else
+            addProblem(name, errno);
+    } else if (S_ISLNK(sent.st_mode) && S_ISLNK(received.st_mode)) {
+        if (linkTarget(sending, name) != linkTarget(m_receiving.get(), name))
+            addRow(syncmode::deleteFirst, name);
+    } else if (S_ISDIR(received.st_mode) || received.st_mtim.tv_sec < sent.st_mtim.tv_sec) {
+        addRow(syncmode::deleteFirst, name);
+    }
+}
+
+template <class T>
+void append(std::vector<T>& all, std::vector<T>& more)
+{
+    std::move(more.begin(), more.end(), std::back_inserter(all));
+}
+
+} // namespace
+
+FolderComparison::FolderComparison(std::filesystem::path sending, std::filesystem::path receiving)
+    : m_folders(std::make_shared<const SyncFolders>(SyncFolders{std::move(sending), std::move(receiving)}))
+{}
+
+Result<ComparisonReport> FolderComparison::run(const WorkItem& item) const
+{
+    const FileDescriptor sending = openSiteFolder(m_folders->sending);
+    if (!sending)
+        return Error{m_folders->sending.string() + ": " + systemReason(errno)};
+    const FileDescriptor receiving = openSiteFolder(m_folders->receiving);
+    if (!receiving)
+        return Error{m_folders->receiving.string() + ": " + systemReason(errno)};
+    FolderQueue queue;
+    std::vector<PendingFolder> first(1);
+    queue.add(first);
+    ComparisonReport report;
+    std::mutex reportMutex;
+    runInParallel(workerCount, [&] {
+        Worker worker(sending, receiving, m_folders, queue, item);
+        worker.run();
+        const std::scoped_lock lock(reportMutex);
+        append(report.rows, worker.report.rows);
+        append(report.problems, worker.report.problems);
+    });
+    std::sort(report.rows.begin(), report.rows.end(),
+              [](const SyncRow& a, const SyncRow& b) { return a.relativePath < b.relativePath; });
+    std::sort(report.problems.begin(), report.problems.end());
+    return report;
+}
+
+} // namespace luma

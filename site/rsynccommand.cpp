@@ -1,0 +1,268 @@
+#include "site/rsynccommand.h"
+
+#include "browser/endpoint.h"
+#include "site/shownname.h"
+
+#include <algorithm>
+#include <unordered_set>
+
+namespace luma {
+
+namespace {
+
+constexpr std::string_view deletingPrefix = "deleting ";
+constexpr std::string_view linkArrow = " -> ";
+
+std::string quotedForShell(std::string_view name)
+{
+    std::string quoted;
+    for (const char c : name) {
+        const bool isPlain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')
+                             || std::string_view("._-/").find(c) != std::string_view::npos;
+        if (c == '\n') {
+            quoted += "'\n'";
+            continue;
+        }
+        if (!isPlain)
+            quoted.push_back('\\');
+        quoted.push_back(c);
+    }
+    return quoted;
+}
+
+bool isPlainCharacter(char c)
+{
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')
+           || std::string_view(" ._-/").find(c) != std::string_view::npos;
+}
+
+// A leading "- " would be read as the word for an exclusion, not as part of the name.
+bool isPlainName(std::string_view name)
+{
+    return std::all_of(name.begin(), name.end(), isPlainCharacter) && !name.starts_with("- ");
+}
+
+// A backslash is an escape only in a pattern with wildcards (rsync(1), PATTERN MATCHING RULES).
+std::string anchoredPattern(std::string_view path)
+{
+    std::string pattern = "/";
+    const bool hasWildcards = path.find_first_of("*?[") != std::string_view::npos;
+    for (const char c : path) {
+        if (hasWildcards && std::string_view("*?[\\").find(c) != std::string_view::npos)
+            pattern.push_back('\\');
+        pattern.push_back(c);
+    }
+    return pattern;
+}
+
+std::string patternFor(const std::string& name)
+{
+    return isPlainName(name) ? name : anchoredPattern(name);
+}
+
+// The paths that a row's line may speak of: a link is listed with what it points to, and a file's own name
+// may hold the words that rsync adds.
+std::vector<std::string> pathsBehind(const SyncRow& row)
+{
+    std::vector<std::string> paths = {bytesOfShownName(nameWithoutDeleting(row.displayName))};
+    const auto add = [&paths](std::string path) {
+        if (std::find(paths.begin(), paths.end(), path) == paths.end())
+            paths.push_back(std::move(path));
+    };
+    std::string_view line = row.displayName;
+    if (line.starts_with(deletingPrefix))
+        line.remove_prefix(deletingPrefix.size());
+    if (line.find(deletingPrefix) != std::string_view::npos)
+        add(bytesOfShownName(line));
+    for (std::size_t arrow = line.find(linkArrow); arrow != std::string_view::npos;
+         arrow = line.find(linkArrow, arrow + 1))
+        add(bytesOfShownName(line.substr(0, arrow)));
+    return paths;
+}
+
+// Calls `f` with every folder on the way to `path`, and with `path` itself.
+template <class Function>
+void forEachStep(const std::string& path, Function f)
+{
+    for (std::size_t slash = path.find('/'); slash != std::string::npos; slash = path.find('/', slash + 1))
+        f(path.substr(0, slash));
+    f(path);
+}
+
+// A pattern without a leading slash matches at the end of a path, at a component's border. True for the path
+// of another file than the one that the pattern was made for.
+bool isNamesakeMatched(const std::string& path, const std::unordered_set<std::string>& patterns)
+{
+    if (patterns.contains(path))
+        return false;
+    for (std::size_t slash = path.find('/'); slash != std::string::npos; slash = path.find('/', slash + 1)) {
+        if (patterns.contains(path.substr(slash + 1)))
+            return true;
+    }
+    return false;
+}
+
+// The steps to all ticked rows, each of which no rule may leave out.
+std::unordered_set<std::string> tickedSteps(const std::vector<SyncRow>& rows)
+{
+    std::unordered_set<std::string> steps;
+    for (const SyncRow& row : rows) {
+        if (row.select != 1)
+            continue;
+        for (const std::string& path : pathsBehind(row))
+            forEachStep(path, [&steps](std::string step) { steps.insert(std::move(step)); });
+    }
+    return steps;
+}
+
+std::string localArgument(const ObservedDictionary& endpointValues)
+{
+    const QString path = endpointValues.string(endpoint::path);
+    return path.isNull() ? std::string() : path.toStdString() + '/';
+}
+
+std::string remoteArgument(const ObservedDictionary& values)
+{
+    const QString user = values.string(endpoint::user);
+    const QString server = values.string(endpoint::server);
+    const QString path = values.string(endpoint::path);
+    if (user.isNull() || server.isNull() || path.isNull())
+        return {};
+    return user.toStdString() + '@' + server.toStdString() + ':' + path.toStdString() + '/';
+}
+
+std::string_view trimmedNewlines(std::string_view text)
+{
+    while (!text.empty() && (text.front() == '\n' || text.front() == '\r'))
+        text.remove_prefix(1);
+    while (!text.empty() && (text.back() == '\n' || text.back() == '\r'))
+        text.remove_suffix(1);
+    return text;
+}
+
+std::string optionsFor(const std::vector<RsyncRule>& rules)
+{
+    std::string options;
+    for (const RsyncRule& rule : rules)
+        options += (rule.excludes ? "--exclude=" : "--include=") + quotedForShell(rule.pattern) + ' ';
+    return options;
+}
+
+} // namespace
+
+RsyncArguments RsyncArguments::forUpload(const ObservedDictionary& source,
+                                         const ObservedDictionary& destination)
+{
+    RsyncArguments arguments;
+    arguments.source = localArgument(source);
+    arguments.destination = remoteArgument(destination);
+    arguments.port = destination.string(endpoint::sshPortNo, QStringLiteral("22")).toStdString();
+    return arguments;
+}
+
+RsyncArguments RsyncArguments::forDownload(const ObservedDictionary& source,
+                                           const ObservedDictionary& destination)
+{
+    RsyncArguments arguments = forUpload(source, destination);
+    std::swap(arguments.source, arguments.destination);
+    return arguments;
+}
+
+std::string nameWithoutDeleting(std::string_view displayName)
+{
+    std::string name(displayName);
+    for (std::size_t at = name.find(deletingPrefix); at != std::string::npos; at = name.find(deletingPrefix, at))
+        name.erase(at, deletingPrefix.size());
+    return name;
+}
+
+std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows)
+{
+    const std::unordered_set<std::string> wanted = tickedSteps(rows);
+    std::vector<RsyncRule> exclusions;
+    std::unordered_set<std::string> unanchored;
+    for (const SyncRow& row : rows) {
+        if (row.select == 1)
+            continue;
+        const std::vector<std::string> paths = pathsBehind(row);
+        exclusions.push_back({true, patternFor(paths.front())});
+        if (isPlainName(paths.front()))
+            unanchored.insert(paths.front());
+        // The other readings of the line are void where a ticked row needs them.
+        for (auto path = paths.begin() + 1; path != paths.end(); ++path) {
+            if (!wanted.contains(*path))
+                exclusions.push_back({true, anchoredPattern(*path)});
+        }
+    }
+    std::vector<RsyncRule> rules;
+    for (const std::string& step : wanted) {
+        if (isNamesakeMatched(step, unanchored))
+            rules.push_back({false, anchoredPattern(step)});
+    }
+    std::sort(rules.begin(), rules.end(),
+              [](const RsyncRule& a, const RsyncRule& b) { return a.pattern < b.pattern; });
+    std::move(exclusions.begin(), exclusions.end(), std::back_inserter(rules));
+    return rules;
+}
+
+std::string RsyncCommand::start() const
+{
+    return "rsync -e \"ssh -p " + m_arguments.port + "\" -avzC --update "
+           + (m_arguments.deletes ? "--delete" : "");
+}
+
+std::string RsyncCommand::dryRun() const
+{
+    // The filter deletes the header, the last three lines (a blank one and the summary), and the folders.
+    return start() + " --dry-run --exclude=.DS_Store " + m_arguments.source + ' ' + m_arguments.destination
+           + " | sed '1d' | sed -n -e :a -e '1,3!{P;N;D;};N;ba' | grep -v .*/$";
+}
+
+std::string RsyncCommand::transferWith(const std::string& options) const
+{
+    return start() + " --exclude=.DS_Store " + options + ' ' + m_arguments.source + ' '
+           + m_arguments.destination;
+}
+
+std::string RsyncCommand::transfer(const std::vector<RsyncRule>& rules) const
+{
+    return transferWith(optionsFor(rules));
+}
+
+bool RsyncCommand::fitCommandLine(const std::vector<RsyncRule>& rules)
+{
+    constexpr std::size_t limit = 100'000;
+    std::size_t size = 0;
+    for (const RsyncRule& rule : rules)
+        size += rule.pattern.size() * 2 + 20;
+    return size < limit;
+}
+
+std::string RsyncCommand::rulesFile(const std::vector<RsyncRule>& rules)
+{
+    // Ended by NUL, for a name may hold a newline. In a file, "#" and ";" begin a comment and "+ " a word of
+    // the filter's; only plain and anchored patterns occur, which begin with neither.
+    std::string text;
+    for (const RsyncRule& rule : rules)
+        text.append(rule.excludes ? "" : "+ ").append(rule.pattern).push_back('\0');
+    return text;
+}
+
+std::string RsyncCommand::transferWithRulesFile(const std::string& path) const
+{
+    return transferWith("--from0 --exclude-from=" + quotedForShell(path) + ' ');
+}
+
+std::vector<std::string> RsyncCommand::listing(std::string_view output)
+{
+    std::vector<std::string> lines;
+    output = trimmedNewlines(output);
+    while (!output.empty()) {
+        const std::size_t end = std::min(output.find('\n'), output.size());
+        lines.emplace_back(output.substr(0, end));
+        output.remove_prefix(std::min(end + 1, output.size()));
+    }
+    return lines;
+}
+
+} // namespace luma

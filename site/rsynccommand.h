@@ -1,0 +1,69 @@
+#pragma once
+
+#include "platform/observeddictionary.h"
+#include "site/syncrow.h"
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace luma {
+
+/// The arguments of one run, as they go into the command line: what the user typed, unquoted.
+struct RsyncArguments
+{
+    std::string source;
+    std::string destination;
+    std::string port = "22";
+    bool deletes = false; ///< remove on the receiving side what the sending side does not have
+
+    /// From a record's endpoints. An argument whose parts are not all there is empty.
+    static RsyncArguments forUpload(const ObservedDictionary& source, const ObservedDictionary& destination);
+    static RsyncArguments forDownload(const ObservedDictionary& source,
+                                      const ObservedDictionary& destination);
+};
+
+/// A rule of rsync's filter (rsync(1), FILTER RULES); the first one that matches a path decides.
+struct RsyncRule
+{
+    bool excludes = true;
+    std::string pattern;
+};
+
+/// The rules that leave out the unticked rows and nothing else.
+///
+/// A name of letters, digits, blanks and "._-/" stands as it is, and would leave out its namesakes in other
+/// folders too; rules before it take the ticked ones among them in again. Any other name is anchored at the
+/// transferred folder and its wildcards are escaped.
+std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows);
+
+/// A row's name without the word that announces a deletion.
+std::string nameWithoutDeleting(std::string_view displayName);
+
+/// The shell command lines of rsync over ssh: the dry run that lists, and the run that transfers.
+class RsyncCommand final
+{
+public:
+    explicit RsyncCommand(RsyncArguments arguments) : m_arguments(std::move(arguments)) {}
+
+    /// Prints the files that would be transferred or deleted, one a line, without folders.
+    [[nodiscard]] std::string dryRun() const;
+    [[nodiscard]] std::string transfer(const std::vector<RsyncRule>& rules) const;
+
+    /// For more rules than a command line holds (the system limits one argument to 128 KiB): the same run with
+    /// its rules in a file that holds rulesFile().
+    [[nodiscard]] static bool fitCommandLine(const std::vector<RsyncRule>& rules);
+    [[nodiscard]] static std::string rulesFile(const std::vector<RsyncRule>& rules);
+    [[nodiscard]] std::string transferWithRulesFile(const std::string& path) const;
+
+    /// The lines of the dry run's output.
+    [[nodiscard]] static std::vector<std::string> listing(std::string_view output);
+
+private:
+    RsyncArguments m_arguments;
+
+    [[nodiscard]] std::string start() const;
+    [[nodiscard]] std::string transferWith(const std::string& options) const;
+};
+
+} // namespace luma
