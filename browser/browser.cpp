@@ -1,0 +1,422 @@
+#include "browser/browser.h"
+
+#include "browser/browsercolumn.h"
+#include "browser/browserlistview.h"
+#include "browser/iconpreviewcontroller.h"
+
+#include <QApplication>
+#include <QBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QScrollBar>
+
+namespace luma {
+
+namespace {
+
+constexpr int usualWidth = 220;
+
+bool isModifierAlone(int key)
+{
+    switch (key) {
+    case Qt::Key_Shift:
+    case Qt::Key_Control:
+    case Qt::Key_Alt:
+    case Qt::Key_AltGr:
+    case Qt::Key_Meta:
+    case Qt::Key_Super_L:
+    case Qt::Key_Super_R:
+    case Qt::Key_CapsLock:
+    case Qt::Key_NumLock:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool asksForDeletion(const QKeyEvent& event)
+{
+    return event.modifiers().testFlag(Qt::ControlModifier) &&
+           (event.key() == Qt::Key_Delete || event.key() == Qt::Key_Backspace);
+}
+
+} // namespace
+
+Browser::Browser(QWidget* parent) : QScrollArea(parent), m_content(new QWidget), m_beep(&QApplication::beep)
+{
+    setWidgetResizable(true);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setFocusPolicy(Qt::NoFocus);
+    makeContent();
+    connectModel();
+}
+
+void Browser::makeContent()
+{
+    m_content->setObjectName(QStringLiteral("browserColumns"));
+    m_content->setBackgroundRole(QPalette::Base);
+    m_preview = new IconPreviewController(IconPreviewController::Layout::PreviewView, m_content);
+    m_preview->view()->setObjectName(QStringLiteral("previewView"));
+    m_preview->view()->hide();
+    m_preview->setParent(this);
+    m_emptyLabel = new QLabel(m_content);
+    m_emptyLabel->setObjectName(QStringLiteral("emptyText"));
+    m_emptyLabel->setAlignment(Qt::AlignCenter);
+    m_emptyLabel->setWordWrap(true);
+    m_emptyLabel->setEnabled(false);
+    // The columns are put in before these three.
+    auto* columns = new QHBoxLayout(m_content);
+    columns->setContentsMargins({});
+    columns->setSpacing(0);
+    columns->addWidget(m_preview->view());
+    columns->addWidget(m_emptyLabel, 1);
+    columns->addStretch();
+    setWidget(m_content);
+}
+
+Browser::~Browser()
+{
+    // The columns' last signals must not reach a browser that is half gone.
+    m_changing = true;
+    for (BrowserColumn* column : m_columns)
+        column->detach();
+}
+
+void Browser::connectModel()
+{
+    connect(&m_model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { closeColumnsFrom(0); });
+    connect(&m_model, &QAbstractItemModel::modelReset, this, &Browser::rebuild);
+    connect(&m_model, &QAbstractItemModel::rowsAboutToBeRemoved, this, &Browser::closeLostColumns);
+}
+
+void Browser::setEmptyText(const QString& text)
+{
+    m_emptyLabel->setText(text);
+}
+
+void Browser::rebuild()
+{
+    m_clicked = QModelIndex();
+    m_clickedColumn = -1;
+    m_emptyLabel->setVisible(!m_model.rootNode());
+    if (m_model.rootNode())
+        openColumn({});
+}
+
+QModelIndex Browser::parentForItemsInColumn(int column) const
+{
+    return column >= 0 && column < columnCount() ? m_columns[static_cast<std::size_t>(column)]->folder() : QModelIndex();
+}
+
+int Browser::clickedColumn() const
+{
+    return m_clickedColumn < columnCount() ? m_clickedColumn : -1;
+}
+
+QModelIndexList Browser::selectedItems() const
+{
+    for (auto column = m_columns.rbegin(); column != m_columns.rend(); ++column) {
+        if (const QModelIndexList rows = (*column)->selectedRows(); !rows.isEmpty())
+            return rows;
+    }
+    return {};
+}
+
+void Browser::openColumn(const QModelIndex& folder)
+{
+    hidePreview();
+    m_model.bringUpToDate(folder);
+    const int number = columnCount();
+    const bool hadFocus = number > 0;
+    auto* column = new BrowserColumn(m_model, folder, number, m_content);
+    column->setFixedWidth(number < m_widths.size() ? m_widths[number] : usualWidth);
+    m_columns.push_back(column);
+    static_cast<QHBoxLayout*>(m_content->layout())->insertWidget(number, column);
+    connectColumn(*column, number);
+    column->show();
+    if (hadFocus)
+        scrollToEnd();
+}
+
+void Browser::connectColumn(BrowserColumn& column, int number)
+{
+    BrowserListView& list = column.list();
+    list.installEventFilter(this);
+    list.viewport()->installEventFilter(this);
+    connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this, [=, this] { selectionChanged(number); });
+    connect(&list, &QListView::clicked, this, [=, this](const QModelIndex& item) { noteClick(number, item); });
+    connect(&list, &QListView::doubleClicked, this, &Browser::doubleClicked);
+    connect(&list, &BrowserListView::dragStarted, this, [=, this] { m_draggedColumn = number; });
+    connect(&column, &BrowserColumn::widthChosen, this, [=, this](int width) {
+        while (m_widths.size() <= number)
+            m_widths.append(usualWidth);
+        m_widths[number] = width;
+        emit columnWidthsChanged();
+    });
+}
+
+void Browser::closeColumnsFrom(int number)
+{
+    hidePreview();
+    while (columnCount() > number) {
+        BrowserColumn* column = m_columns.back();
+        m_columns.pop_back();
+        const bool focused = column->isAncestorOf(QApplication::focusWidget());
+        column->hide();
+        column->detach();
+        column->deleteLater();
+        if (focused && !m_columns.empty())
+            m_columns.back()->list().setFocus();
+    }
+}
+
+/// A view whose folder goes would show the root instead; so it goes first.
+void Browser::closeLostColumns(const QModelIndex& parent, int first, int last)
+{
+    for (int number = 1; number < columnCount(); ++number) {
+        const QModelIndex folder = m_columns[static_cast<std::size_t>(number)]->folder();
+        if (folder.parent() == parent && folder.row() >= first && folder.row() <= last) {
+            closeColumnsFrom(number);
+            return;
+        }
+    }
+}
+
+void Browser::selectionChanged(int number)
+{
+    if (m_changing || number >= columnCount())
+        return;
+    const QModelIndexList rows = m_columns[static_cast<std::size_t>(number)]->selectedRows();
+    const QModelIndex item = rows.size() == 1 ? rows.first() : QModelIndex();
+    const bool opensFolder = item.isValid() && !item.data(FileSystemModel::LeafRole).toBool();
+    const bool alreadyOpen = opensFolder && columnCount() > number + 1 && parentForItemsInColumn(number + 1) == item;
+    if (!alreadyOpen) {
+        closeColumnsFrom(number + 1);
+        if (opensFolder)
+            openColumn(item);
+        else if (item.isValid())
+            showPreview(item);
+    }
+    if (item.isValid())
+        noteClick(number, item);
+}
+
+void Browser::noteClick(int column, const QModelIndex& item)
+{
+    m_clickedColumn = column;
+    m_clicked = item;
+    if (item.isValid())
+        emit clicked(item);
+}
+
+void Browser::showPreview(const QModelIndex& leaf)
+{
+    m_preview->setRepresentedNode(m_model.node(leaf));
+    m_preview->view()->setVisible(true);
+    scrollToEnd();
+}
+
+void Browser::hidePreview()
+{
+    m_preview->view()->setVisible(false);
+}
+
+void Browser::scrollToEnd()
+{
+    // The new column has its place only after the layout has run.
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+            m_content->layout()->activate();
+            horizontalScrollBar()->setValue(horizontalScrollBar()->maximum());
+        },
+        Qt::QueuedConnection);
+}
+
+Browser::Path Browser::path() const
+{
+    Path names;
+    for (const BrowserColumn* column : m_columns) {
+        const QModelIndexList rows = column->selectedRows();
+        if (rows.size() != 1)
+            break;
+        names.push_back(m_model.node(rows.first())->name());
+    }
+    return names;
+}
+
+void Browser::setPath(const Path& path)
+{
+    for (int number = 0; number < static_cast<int>(path.size()) && number < columnCount(); ++number) {
+        const QModelIndex item =
+            m_model.childNamed(parentForItemsInColumn(number), path[static_cast<std::size_t>(number)]);
+        if (!item.isValid())
+            return;
+        select(number, item);
+    }
+}
+
+void Browser::select(int column, const QModelIndex& item)
+{
+    BrowserColumn& shown = *m_columns[static_cast<std::size_t>(column)];
+    if (shown.selectedRows() == QModelIndexList{item})
+        return;
+    shown.list().setCurrentIndex(item);
+    shown.list().scrollTo(item);
+}
+
+void Browser::refresh()
+{
+    const Path before = path();
+    QModelIndexList shown;
+    for (const BrowserColumn* column : m_columns)
+        shown.append(column->folder());
+    m_model.refresh(shown);
+    if (path() != before)
+        setPath(before);
+    for (BrowserColumn* column : m_columns)
+        column->updateTexts();
+}
+
+void Browser::selectInLastColumn(const std::vector<std::string>& names)
+{
+    if (!m_columns.empty())
+        selectRows(*m_columns.back(), names);
+}
+
+void Browser::selectInFolder(const std::filesystem::path& folder, const std::vector<std::string>& names)
+{
+    for (BrowserColumn* column : m_columns) {
+        if (m_model.node(column->folder())->url() == folder) {
+            selectRows(*column, names);
+            return;
+        }
+    }
+}
+
+void Browser::selectRows(BrowserColumn& column, const std::vector<std::string>& names)
+{
+    QItemSelection rows;
+    QModelIndex first;
+    for (const std::string& name : names) {
+        const QModelIndex item = m_model.childNamed(column.folder(), name);
+        if (!item.isValid())
+            continue;
+        rows.select(item, item);
+        first = first.isValid() ? first : item;
+    }
+    if (!first.isValid())
+        return;
+    column.list().selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
+    column.list().selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect);
+    column.list().scrollTo(first);
+}
+
+void Browser::rename(const QModelIndex& item)
+{
+    for (const BrowserColumn* column : m_columns) {
+        if (item.isValid() && column->folder() == item.parent()) {
+            column->list().scrollTo(item);
+            column->list().edit(item);
+            return;
+        }
+    }
+}
+
+void Browser::setColumnWidths(const QList<int>& widths)
+{
+    m_widths = widths;
+    for (int& width : m_widths)
+        width = std::max(BrowserColumn::smallestWidth, width);
+    for (int number = 0; number < columnCount() && number < m_widths.size(); ++number)
+        m_columns[static_cast<std::size_t>(number)]->setFixedWidth(m_widths[number]);
+}
+
+int Browser::columnOfList(const QObject* list) const
+{
+    for (int number = 0; number < columnCount(); ++number) {
+        const BrowserListView& candidate = m_columns[static_cast<std::size_t>(number)]->list();
+        if (list == &candidate || list == candidate.viewport())
+            return number;
+    }
+    return -1;
+}
+
+bool Browser::eventFilter(QObject* watched, QEvent* event)
+{
+    const int column = columnOfList(watched);
+    if (column < 0)
+        return QScrollArea::eventFilter(watched, event);
+    if (event->type() == QEvent::KeyPress)
+        return handleKey(column, *static_cast<QKeyEvent*>(event));
+    if (event->type() == QEvent::ContextMenu) {
+        askForMenu(column, *static_cast<QContextMenuEvent*>(event));
+        return true;
+    }
+    if (event->type() == QEvent::MouseButtonPress) {
+        m_clickedColumn = column;
+        m_clicked = QModelIndex();
+    }
+    return QScrollArea::eventFilter(watched, event);
+}
+
+void Browser::askForMenu(int column, const QContextMenuEvent& event)
+{
+    const BrowserListView& list = m_columns[static_cast<std::size_t>(column)]->list();
+    const bool byKey = event.reason() == QContextMenuEvent::Keyboard;
+    const QModelIndex item = byKey ? list.currentIndex() : list.indexAt(list.viewport()->mapFromGlobal(event.globalPos()));
+    noteClick(column, item);
+    emit contextMenuRequested(
+        item, byKey ? list.viewport()->mapToGlobal(list.visualRect(item).bottomLeft()) : event.globalPos());
+}
+
+/// True when the key needs no further handling.
+bool Browser::handleKey(int column, const QKeyEvent& event)
+{
+    if (asksForDeletion(event)) {
+        emit deleteRequested();
+        return true;
+    }
+    if (!isModifierAlone(event.key()))
+        m_beep();
+    const QModelIndex current = m_columns[static_cast<std::size_t>(column)]->list().currentIndex();
+    switch (event.key()) {
+    case Qt::Key_Left:
+        moveLeft(column);
+        return true;
+    case Qt::Key_Right:
+        moveRight(column);
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        if (current.isValid())
+            emit doubleClicked(current);
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Browser::moveLeft(int column)
+{
+    if (column == 0)
+        return;
+    BrowserListView& left = m_columns[static_cast<std::size_t>(column) - 1]->list();
+    left.setFocus();
+    m_columns[static_cast<std::size_t>(column)]->list().selectionModel()->clear();
+    noteClick(column - 1, left.currentIndex());
+    ensureWidgetVisible(left.parentWidget(), 0, 0);
+}
+
+void Browser::moveRight(int column)
+{
+    if (column + 1 >= columnCount())
+        return;
+    BrowserListView& right = m_columns[static_cast<std::size_t>(column) + 1]->list();
+    right.setFocus();
+    if (right.selectionModel()->hasSelection() || m_model.rowCount(right.rootIndex()) == 0)
+        return;
+    right.setCurrentIndex(m_model.index(0, 0, right.rootIndex()));
+}
+
+} // namespace luma

@@ -1,0 +1,94 @@
+#include "browser/browsercolumn.h"
+
+#include "browser/browserlistview.h"
+#include "browser/columnhandle.h"
+#include "browser/filesystembrowsercell.h"
+#include "browser/filesystemmodel.h"
+#include "browser/iconpreviewcontroller.h"
+
+#include <QBoxLayout>
+
+namespace luma {
+
+namespace {
+
+constexpr int widestFit = 600;
+
+} // namespace
+
+BrowserColumn::BrowserColumn(FileSystemModel& model, const QModelIndex& folder, int number, QWidget* parent)
+    : QWidget(parent),
+      m_model(model),
+      m_folder(folder),
+      m_isRoot(!folder.isValid()),
+      m_list(new BrowserListView(this)),
+      m_header(std::make_unique<IconPreviewController>(IconPreviewController::Layout::HeaderView, this))
+{
+    setObjectName(QStringLiteral("browserColumn%1").arg(number));
+    m_list->setObjectName(QStringLiteral("browserList%1").arg(number));
+    m_list->setItemDelegate(new FileSystemBrowserCell(m_list));
+    m_list->setModel(&m_model);
+    m_list->setRootIndex(folder);
+    m_header->view()->setBackgroundRole(QPalette::Window);
+    m_header->view()->setAutoFillBackground(true);
+    auto* rows = new QVBoxLayout;
+    rows->setSpacing(0);
+    rows->addWidget(m_header->view());
+    rows->addWidget(m_list, 1);
+    auto* all = new QHBoxLayout(this);
+    all->setContentsMargins({});
+    all->setSpacing(0);
+    all->addLayout(rows, 1);
+    connectHandle();
+    updateTexts();
+}
+
+BrowserColumn::~BrowserColumn() = default;
+
+void BrowserColumn::connectHandle()
+{
+    auto* handle = new ColumnHandle(this);
+    layout()->addWidget(handle);
+    connect(handle, &ColumnHandle::dragged, this, &BrowserColumn::changeWidth);
+    connect(handle, &ColumnHandle::released, this, [this] { emit widthChosen(width()); });
+    connect(handle, &ColumnHandle::fitRequested, this, &BrowserColumn::fitWidth);
+}
+
+QModelIndexList BrowserColumn::selectedRows() const
+{
+    return m_list->selectionModel() ? m_list->selectionModel()->selectedRows() : QModelIndexList();
+}
+
+void BrowserColumn::detach()
+{
+    m_list->setModel(nullptr);
+}
+
+void BrowserColumn::updateTexts()
+{
+    const FileSystemNodePointer node = m_model.node(m_folder);
+    if (!node)
+        return;
+    m_header->setRepresentedNode(node);
+    m_list->setAccessibleName(tr("Contents of %1").arg(node->displayName()));
+    m_list->setEmptyText(node->isUnreadable() ? tr("This folder cannot be read.") : tr("Empty folder"));
+}
+
+void BrowserColumn::changeWidth(int delta)
+{
+    setFixedWidth(std::max(smallestWidth, width() + delta));
+}
+
+void BrowserColumn::fitWidth()
+{
+    int widest = 0;
+    // What is in sight: measuring 50,000 names to fit one that nobody sees helps nobody.
+    const QModelIndex top = m_list->indexAt(QPoint(1, 1));
+    for (QModelIndex row = top; row.isValid() && m_list->visualRect(row).top() < m_list->viewport()->height();
+         row = row.siblingAtRow(row.row() + 1))
+        widest = std::max(widest, m_list->sizeHintForIndex(row).width());
+    setFixedWidth(std::clamp(widest + width() - m_list->viewport()->width(), smallestWidth, widestFit));
+    emit widthChosen(width());
+}
+
+} // namespace luma

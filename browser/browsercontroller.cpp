@@ -1,0 +1,354 @@
+#include "browser/browsercontroller.h"
+
+#include "browser/browser.h"
+#include "browser/configpanel.h"
+#include "browser/connectionrequest.h"
+#include "browser/displaytext.h"
+#include "browser/endpoint.h"
+#include "browser/fileoperations.h"
+#include "browser/folderwatcher.h"
+#include "browser/paneconnection.h"
+#include "browser/panehost.h"
+#include "browser/panemenu.h"
+#include "browser/relativepath.h"
+#include "browser/transformers.h"
+#include "browser/unavailablemounter.h"
+#include "platform/files.h"
+#include "platform/icons.h"
+#include "platform/mainhop.h"
+
+#include "ui_BrowserPane.h"
+
+#include <QMessageBox>
+
+#include <cstdio>
+
+namespace luma {
+
+BrowserController::BrowserController(const QString& caption, std::shared_ptr<ObservedDictionary> endpoint,
+                                     PaneHost* host, QWidget* parent)
+    : QObject(parent),
+      m_widget(new QWidget(parent)),
+      m_ui(std::make_unique<Ui::BrowserPane>()),
+      parentDoc(host),
+      configPanel(new ConfigPanel(std::move(endpoint), m_widget)),
+      contextualMenu(new PaneMenu(m_widget)),
+      m_watcher(new FolderWatcher(this))
+{
+    m_ui->setupUi(m_widget);
+    m_ui->label->setText(caption);
+    m_ui->configureButton->setIcon(icons::symbol(QStringLiteral("settings")));
+    m_ui->myBrowser->setEmptyText(tr("Not connected. Choose Connect, or set the folder in the connection settings."));
+    connect(m_watcher, &FolderWatcher::changed, this, &BrowserController::folderChanged);
+    connectSheet();
+    connectBrowser();
+    connectMenu();
+    connectConnection(std::make_shared<UnavailableMounter>());
+    setRootNode(nullptr);
+    showBusy(0);
+}
+
+BrowserController::~BrowserController() = default;
+
+Browser& BrowserController::browser() const
+{
+    return *m_ui->myBrowser;
+}
+
+FileSystemNodePointer BrowserController::rootNode() const
+{
+    return browser().model().rootNode();
+}
+
+void BrowserController::setMounter(std::shared_ptr<VolumeMounter> mounter)
+{
+    connectConnection(std::move(mounter));
+}
+
+void BrowserController::connectSheet()
+{
+    connect(m_ui->connectButton, &QAbstractButton::clicked, this, [this] { doConnect(m_ui->connectButton); });
+    connect(m_ui->configureButton, &QAbstractButton::clicked, this, &BrowserController::configure);
+    connect(configPanel, &ConfigPanel::connectRequested, this,
+            qOverload<const QAbstractButton*>(&BrowserController::doConnect));
+    connect(configPanel, &ConfigPanel::closeRequested, this, &BrowserController::closeSheet);
+}
+
+void BrowserController::connectBrowser()
+{
+    connect(&browser(), &Browser::clicked, this, &BrowserController::doBrowserClick);
+    connect(&browser(), &Browser::doubleClicked, this, &BrowserController::openItem);
+    connect(&browser(), &Browser::deleteRequested, this, &BrowserController::deleteSelectedItems);
+    connect(&browser(), &Browser::contextMenuRequested, this, [this](const QModelIndex& item, const QPoint& position) {
+        contextualMenu->popupFor(item.isValid(), position);
+    });
+    connect(&browser().model(), &FileSystemModel::renamed, this,
+            [this](const std::filesystem::path& oldPath, const std::filesystem::path& newPath) {
+                // The links to the item are updated by who hears of it.
+                emit itemRenamed(oldPath, newPath);
+                refreshLater({newPath});
+            });
+}
+
+void BrowserController::connectMenu()
+{
+    connect(contextualMenu, &PaneMenu::openChosen, this, &BrowserController::openItem);
+    connect(contextualMenu, &PaneMenu::newFolderChosen, this, &BrowserController::newFolder);
+    connect(contextualMenu, &PaneMenu::duplicateChosen, this, &BrowserController::duplicateItem);
+    connect(contextualMenu, &PaneMenu::renameChosen, this, &BrowserController::renameItem);
+    connect(contextualMenu, &PaneMenu::deleteChosen, this, &BrowserController::deleteItem);
+    connect(contextualMenu, &PaneMenu::reloadChosen, this, &BrowserController::reload);
+}
+
+void BrowserController::connectConnection(std::shared_ptr<VolumeMounter> mounter)
+{
+    delete m_connection;
+    m_connection = new PaneConnection(std::move(mounter), this);
+    connect(m_connection, &PaneConnection::started, this, [this] {
+        setConnectState(tr("Connecting... Please wait."));
+        m_ui->progressIndicator->show();
+        emit stateChanged();
+    });
+    connect(m_connection, &PaneConnection::finished, this, &BrowserController::finishConnection);
+    connect(&m_connection->mounter(), &VolumeMounter::unmounted, this, &BrowserController::volumeUnmounted);
+}
+
+void BrowserController::doConnect()
+{
+    if (configPanel->connectsOnOpening())
+        beginConnection();
+    else
+        disconnectPane();
+}
+
+void BrowserController::doConnect(const QAbstractButton* sender)
+{
+    // Some desktops put a mnemonic into every button.
+    QString title = sender ? sender->text() : QString();
+    title.remove(QLatin1Char('&'));
+    if (title == QLatin1String("Connect"))
+        beginConnection();
+    else
+        disconnectPane();
+}
+
+void BrowserController::beginConnection()
+{
+    closeSheet();
+    m_connection->begin(configPanel->request());
+}
+
+void BrowserController::finishConnection(const MountResult& result, const QVariantMap& request)
+{
+    m_mountPath = result.mountPath;
+    if (result.folder)
+        setRootNode(std::make_shared<FileSystemNode>(*result.folder));
+    showBusy(m_jobs);
+    if (rootNode())
+        connectionSucceeded(request);
+    else
+        setConnectState(tr("There is an error connecting to the Destination Server"));
+    emit stateChanged();
+}
+
+void BrowserController::connectionSucceeded(const QVariantMap& request)
+{
+    const QString protocol = request.value(connectionrequest::protocolString).toString();
+    setConnectState(protocol + request.value(connectionrequest::serverString).toString() +
+                    request.value(connectionrequest::pathValue).toString());
+    m_watcher->start(m_ui->label->text(), m_mountPath);
+    if (protocol != endpoint::fileProtocol && parentDoc)
+        parentDoc->checkConnectionOK();
+}
+
+void BrowserController::disconnectPane()
+{
+    m_connection->cancel();
+    emptyPane();
+    m_watcher->stop();
+    if (configPanel->protocol() != endpoint::fileProtocol && !m_mountPath.empty()) {
+        m_connection->mounter().unmount(m_mountPath);
+        m_mountPath.clear();
+    }
+    emit stateChanged();
+}
+
+void BrowserController::volumeUnmounted(const std::filesystem::path& mountPoint)
+{
+    if (m_mountPath.empty() || mountPoint != m_mountPath)
+        return;
+    m_connection->cancel();
+    emptyPane();
+    m_mountPath.clear();
+    emit stateChanged();
+}
+
+void BrowserController::emptyPane()
+{
+    setConnectState({});
+    m_ui->fullPathToSelectedItem->clear();
+    setRootNode(nullptr);
+    showBusy(m_jobs);
+}
+
+void BrowserController::setRootNode(FileSystemNodePointer root)
+{
+    browser().model().setRootNode(std::move(root));
+    const QVariant bound = rootNode() ? QVariant(true) : QVariant();
+    m_ui->connectButton->setText(Transformers::named(u"ConnectTransformer")(bound));
+    m_ui->fullPathToSelectedItem->clear();
+}
+
+void BrowserController::setConnectState(const QString& text)
+{
+    m_ui->connectStateField->setText(text);
+}
+
+void BrowserController::configure()
+{
+    configPanel->clearErrorMessage();
+    configPanel->open();
+    configPanel->setFocus();
+}
+
+void BrowserController::closeSheet()
+{
+    configPanel->close();
+}
+
+void BrowserController::reload()
+{
+    browser().model().reload();
+    m_ui->fullPathToSelectedItem->clear();
+}
+
+void BrowserController::folderChanged()
+{
+    std::printf("folderChanged at path = %s\n", m_mountPath.c_str());
+    std::fflush(stdout);
+    browser().refresh();
+}
+
+std::filesystem::path BrowserController::pathOf(const QModelIndex& item) const
+{
+    return browser().model().node(item)->url();
+}
+
+void BrowserController::doBrowserClick(const QModelIndex& item)
+{
+    m_ui->fullPathToSelectedItem->setText(tr("Relative Path: ") + displayText(pathBelow(m_mountPath, pathOf(item))));
+}
+
+void BrowserController::openItem()
+{
+    if (const QModelIndex item = browser().clickedItem(); item.isValid())
+        emit openRequested(pathOf(item), m_mountPath);
+}
+
+void BrowserController::newFolder()
+{
+    if (!rootNode())
+        return;
+    const int clicked = browser().clickedColumn();
+    const int column = clicked >= 0 ? clicked : browser().columnCount() - 1;
+    const std::filesystem::path parent = pathOf(browser().parentForItemsInColumn(column));
+    // Whether it is new or was there before, it ends up selected.
+    (void)fileoperations::newFolder(parent);
+    refreshLater({fileoperations::newFolderPath(parent)});
+}
+
+void BrowserController::duplicateItem()
+{
+    const QModelIndex clicked = browser().clickedItem();
+    if (!clicked.isValid())
+        return;
+    const std::filesystem::path item = pathOf(clicked);
+    runFileJob(
+        [item] {
+            (void)fileoperations::duplicate(item);
+            return true;
+        },
+        {fileoperations::duplicatePath(item)});
+}
+
+void BrowserController::renameItem()
+{
+    browser().rename(browser().clickedItem());
+}
+
+void BrowserController::deleteItem()
+{
+    if (const QModelIndex item = browser().clickedItem(); item.isValid())
+        confirmDeletion({pathOf(item)});
+}
+
+void BrowserController::deleteSelectedItems()
+{
+    Paths items;
+    for (const QModelIndex& item : browser().selectedItems())
+        items.push_back(pathOf(item));
+    if (!items.empty())
+        confirmDeletion(items);
+}
+
+void BrowserController::confirmDeletion(const Paths& items)
+{
+    auto* alert = new QMessageBox(QMessageBox::Warning, tr("Warning"), tr("Warning"), QMessageBox::NoButton,
+                                  m_widget->window());
+    alert->setObjectName(QStringLiteral("deleteAlert"));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setInformativeText(tr("Are you sure you want to delete this item(s)?"));
+    QPushButton* accepted = alert->addButton(tr("Delete"), QMessageBox::AcceptRole);
+    QPushButton* refused = alert->addButton(tr("No"), QMessageBox::RejectRole);
+    alert->setDefaultButton(refused);
+    alert->setEscapeButton(refused);
+    connect(accepted, &QAbstractButton::clicked, this, [this, items] { deleteItems(items); });
+    alert->open();
+}
+
+void BrowserController::deleteItems(const Paths& items)
+{
+    runFileJob(
+        [items] {
+            bool deleted = false;
+            for (const std::filesystem::path& item : items)
+                deleted = bool(removeItem(item)) || deleted;
+            return deleted;
+        },
+        {});
+}
+
+/// Runs `job` in the background; when it answers true the columns are refreshed and `select` is selected.
+void BrowserController::runFileJob(std::function<bool()> job, const Paths& select)
+{
+    showBusy(m_jobs + 1);
+    const QPointer<BrowserController> guard(this);
+    start(std::make_shared<WorkItem>(), [guard, job = std::move(job), select](const WorkItem&) {
+        const bool refresh = job();
+        onMain(guard, [&](BrowserController& self) {
+            self.showBusy(self.m_jobs - 1);
+            if (refresh)
+                self.refreshLater(select);
+        });
+    });
+}
+
+void BrowserController::refreshLater(const Paths& select)
+{
+    QMetaObject::invokeMethod(
+        this,
+        [this, select] {
+            browser().refresh();
+            for (const std::filesystem::path& path : select)
+                browser().selectInFolder(path.parent_path(), {path.filename().string()});
+        },
+        Qt::QueuedConnection);
+}
+
+void BrowserController::showBusy(int jobs)
+{
+    m_jobs = jobs;
+    m_ui->progressIndicator->setVisible(jobs > 0);
+}
+
+} // namespace luma

@@ -1,0 +1,40 @@
+#include "browser/fileoperations.h"
+
+#include "platform/files.h"
+
+#include <sys/stat.h>
+
+#include <cerrno>
+#include <cstring>
+
+namespace luma::fileoperations {
+
+std::filesystem::path newFolderPath(const std::filesystem::path& parent)
+{
+    return parent / "New Folder";
+}
+
+Result<void> newFolder(const std::filesystem::path& parent)
+{
+    const std::filesystem::path folder = newFolderPath(parent);
+    if (::mkdir(folder.c_str(), 0777) != 0)
+        return Error{folder.string() + ": " + std::strerror(errno)};
+    return {};
+}
+
+std::filesystem::path duplicatePath(const std::filesystem::path& item)
+{
+    std::string extension = item.extension().string();
+    // A dot at the end begins no extension.
+    const std::string base = extension == "." ? item.filename().string() : item.stem().string();
+    if (extension == ".")
+        extension.clear();
+    return item.parent_path() / (base + " copy" + extension);
+}
+
+Result<void> duplicate(const std::filesystem::path& item)
+{
+    return copyItem(item, duplicatePath(item));
+}
+
+} // namespace luma::fileoperations

@@ -1,0 +1,170 @@
+#include "browser/filesystembrowsercell.h"
+
+#include "browser/filesystemmodel.h"
+#include "platform/icons.h"
+
+#include <QAbstractItemView>
+#include <QApplication>
+#include <QHelpEvent>
+#include <QLineEdit>
+#include <QPainter>
+#include <QToolTip>
+
+#include <cmath>
+
+namespace luma {
+
+namespace {
+
+constexpr int iconSize = 16;
+constexpr int arrowWidth = 16;
+constexpr int smallestHeight = 20;
+constexpr float tintOpacity = 0.2F;
+
+QColor tintOf(const QModelIndex& index)
+{
+    switch (static_cast<LabelColor>(index.data(FileSystemModel::LabelColorRole).toInt())) {
+    case LabelColor::Red:
+        return {255, 59, 48};
+    case LabelColor::Orange:
+        return {255, 149, 0};
+    case LabelColor::Yellow:
+        return {255, 204, 0};
+    case LabelColor::Green:
+        return {52, 199, 89};
+    case LabelColor::Blue:
+        return {0, 122, 255};
+    case LabelColor::Purple:
+        return {175, 82, 222};
+    case LabelColor::Gray:
+        return {142, 142, 147};
+    case LabelColor::None:
+        break;
+    }
+    return {};
+}
+
+bool isLeaf(const QModelIndex& index)
+{
+    return index.data(FileSystemModel::LeafRole).toBool();
+}
+
+QStyle& styleOf(const QStyleOptionViewItem& option)
+{
+    return option.widget ? *option.widget->style() : *QApplication::style();
+}
+
+QRect textRect(const QStyleOptionViewItem& option, const QModelIndex& index)
+{
+    const QRect title = FileSystemBrowserCell::titleRectForBounds(option.rect);
+    return title.adjusted(0, -2, isLeaf(index) ? -4 : -arrowWidth, 0);
+}
+
+void paintArrow(QPainter* painter, const QStyleOptionViewItem& option)
+{
+    QStyleOption arrow = option;
+    arrow.rect = QRect(option.rect.right() - arrowWidth + 1, option.rect.top(), arrowWidth - 4, option.rect.height());
+    arrow.rect = QStyle::alignedRect(option.direction, Qt::AlignCenter, QSize(10, 10), arrow.rect);
+    styleOf(option).drawPrimitive(QStyle::PE_IndicatorArrowRight, &arrow, painter, option.widget);
+}
+
+} // namespace
+
+QRect FileSystemBrowserCell::imageRectForBounds(const QRect& bounds)
+{
+    const int down = static_cast<int>(std::floor((bounds.height() - iconSize) / 2.0 + 0.5));
+    return {bounds.x() + 4, bounds.y() + down, iconSize, iconSize};
+}
+
+QRect FileSystemBrowserCell::titleRectForBounds(const QRect& bounds)
+{
+    return {bounds.x() + 22, bounds.y() + 2, bounds.width() - 22, bounds.height() - 2};
+}
+
+int FileSystemBrowserCell::editedLength(const QString& name, bool isFolder)
+{
+    const auto dot = name.lastIndexOf(QLatin1Char('.'));
+    return static_cast<int>(isFolder || dot <= 0 ? name.size() : dot);
+}
+
+void FileSystemBrowserCell::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    option->textElideMode = Qt::ElideMiddle;
+    option->icon = isLeaf(index) ? icons::forFileName(option->text) : icons::folder();
+}
+
+void FileSystemBrowserCell::paint(QPainter* painter, const QStyleOptionViewItem& given, const QModelIndex& index) const
+{
+    QStyleOptionViewItem option = given;
+    initStyleOption(&option, index);
+    const bool selected = option.state.testFlag(QStyle::State_Selected);
+    styleOf(option).drawPrimitive(QStyle::PE_PanelItemViewItem, &option, painter, option.widget);
+    painter->save();
+    if (QColor tint = tintOf(index); tint.isValid()) {
+        tint.setAlphaF(tintOpacity);
+        painter->fillRect(option.rect, tint);
+    }
+    option.icon.paint(painter, imageRectForBounds(option.rect), Qt::AlignCenter,
+                      selected && option.state.testFlag(QStyle::State_Active) ? QIcon::Selected : QIcon::Normal);
+    const auto group = option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
+    painter->setPen(option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
+    painter->setFont(option.font);
+    const QRect rect = textRect(option, index);
+    painter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                      option.fontMetrics.elidedText(option.text, Qt::ElideMiddle, rect.width()));
+    painter->restore();
+    if (!isLeaf(index))
+        paintArrow(painter, option);
+}
+
+QSize FileSystemBrowserCell::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
+{
+    const QString name = index.data().toString();
+    return {titleRectForBounds(QRect()).x() + option.fontMetrics.horizontalAdvance(name) + arrowWidth + 4,
+            std::max(smallestHeight, option.fontMetrics.height() + 4)};
+}
+
+QWidget* FileSystemBrowserCell::createEditor(QWidget* parent, const QStyleOptionViewItem& /*option*/,
+                                             const QModelIndex& /*index*/) const
+{
+    auto* editor = new QLineEdit(parent);
+    editor->setObjectName(QStringLiteral("renameEditor"));
+    editor->setAccessibleName(tr("New name"));
+    editor->setFrame(false);
+    editor->setAutoFillBackground(true);
+    return editor;
+}
+
+void FileSystemBrowserCell::setEditorData(QWidget* editor, const QModelIndex& index) const
+{
+    auto* line = qobject_cast<QLineEdit*>(editor);
+    // A refresh must not take away what the user has typed so far.
+    if (!line || line->isModified())
+        return;
+    const QString name = index.data(Qt::EditRole).toString();
+    line->setText(name);
+    // The view selects everything once the editor is open; the base name alone is what a rename changes.
+    const int length = editedLength(name, !isLeaf(index));
+    QMetaObject::invokeMethod(line, [line, length] { line->setSelection(0, length); }, Qt::QueuedConnection);
+}
+
+void FileSystemBrowserCell::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                                                 const QModelIndex& /*index*/) const
+{
+    editor->setGeometry(titleRectForBounds(option.rect).adjusted(-2, -2, 0, 0));
+}
+
+bool FileSystemBrowserCell::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
+                                      const QModelIndex& index)
+{
+    if (event->type() != QEvent::ToolTip || !index.isValid())
+        return QStyledItemDelegate::helpEvent(event, view, option, index);
+    const QString name = index.data().toString();
+    const bool cut = option.fontMetrics.horizontalAdvance(name) > textRect(option, index).width();
+    // As plain text: a file name is no markup.
+    QToolTip::showText(event->globalPos(), cut ? name.toHtmlEscaped() : QString(), view);
+    return true;
+}
+
+} // namespace luma

@@ -1,0 +1,345 @@
+#include "browser/filesystemmodel.h"
+
+#include "browser/displaytext.h"
+#include "browser/dragrecord.h"
+#include "browser/folderdifference.h"
+
+#include <QMimeData>
+
+#include <algorithm>
+
+namespace luma {
+
+namespace {
+
+using Nodes = std::vector<FileSystemNodePointer>;
+
+/// With more changes than this it is cheaper for everybody to show the folder anew.
+constexpr std::size_t maximumRanges = 500;
+
+bool standsBefore(const FileSystemNode& a, const FileSystemNode& b)
+{
+    const int order = collationKey(a.name()).compare(collationKey(b.name()));
+    return order != 0 ? order < 0 : a.name() < b.name();
+}
+
+} // namespace
+
+/// A folder whose rows have been asked for. An index points at the record of the folder that it is a row of.
+struct FileSystemModel::Folder
+{
+    FileSystemNodePointer node;
+    Folder* parent = nullptr;
+    int row = 0;
+    Nodes rows;
+    bool stale = false;
+    std::vector<std::unique_ptr<Folder>> opened;
+
+    void shiftOpened(int from, int by)
+    {
+        for (const auto& folder : opened) {
+            if (folder->row >= from)
+                folder->row += by;
+        }
+    }
+};
+
+FileSystemModel::FileSystemModel(QObject* parent) : QAbstractItemModel(parent) {}
+
+FileSystemModel::~FileSystemModel() = default;
+
+void FileSystemModel::setRootNode(FileSystemNodePointer root)
+{
+    beginResetModel();
+    m_root.reset();
+    m_rootNode = std::move(root);
+    endResetModel();
+}
+
+const FileSystemNodePointer& FileSystemModel::rootNode() const
+{
+    return m_rootNode;
+}
+
+void FileSystemModel::reload()
+{
+    beginResetModel();
+    m_root.reset();
+    if (m_rootNode)
+        m_rootNode->childrenDirty = true;
+    endResetModel();
+}
+
+FileSystemNodePointer FileSystemModel::node(const QModelIndex& index) const
+{
+    if (!index.isValid())
+        return m_rootNode;
+    return static_cast<Folder*>(index.internalPointer())->rows[static_cast<std::size_t>(index.row())];
+}
+
+/// The record of the folder at `index`, made and listed when there is none yet; null for a leaf.
+FileSystemModel::Folder* FileSystemModel::folderAt(const QModelIndex& index) const
+{
+    auto* self = const_cast<FileSystemModel*>(this);
+    if (!index.isValid()) {
+        if (!m_root && m_rootNode) {
+            self->m_root = std::make_unique<Folder>();
+            m_root->node = m_rootNode;
+            m_root->rows = m_rootNode->children();
+        }
+        return m_root.get();
+    }
+    auto* parent = static_cast<Folder*>(index.internalPointer());
+    for (const auto& folder : parent->opened) {
+        if (folder->row == index.row())
+            return folder.get();
+    }
+    const FileSystemNodePointer& item = parent->rows[static_cast<std::size_t>(index.row())];
+    if (item->isLeaf())
+        return nullptr;
+    parent->opened.push_back(std::make_unique<Folder>());
+    Folder* opened = parent->opened.back().get();
+    opened->node = item;
+    opened->parent = parent;
+    opened->row = index.row();
+    opened->rows = item->children();
+    return opened;
+}
+
+QModelIndex FileSystemModel::indexOf(const Folder& folder) const
+{
+    return folder.parent ? createIndex(folder.row, 0, folder.parent) : QModelIndex();
+}
+
+QModelIndex FileSystemModel::childNamed(const QModelIndex& folder, const std::string& name) const
+{
+    Folder* record = folderAt(folder);
+    if (!record)
+        return {};
+    const auto found = std::find_if(record->rows.begin(), record->rows.end(),
+                                    [&](const FileSystemNodePointer& child) { return child->name() == name; });
+    return found == record->rows.end()
+               ? QModelIndex()
+               : createIndex(static_cast<int>(found - record->rows.begin()), 0, record);
+}
+
+void FileSystemModel::refresh(const QModelIndexList& shown)
+{
+    if (!m_root)
+        return;
+    QList<QPersistentModelIndex> wanted(shown.begin(), shown.end());
+    // A folder passed by keeps its rows until it is shown; whoever stands on the way to a shown one is shown.
+    const auto markStale = [](auto&& self, Folder& folder) -> void {
+        folder.stale = true;
+        for (const auto& opened : folder.opened)
+            self(self, *opened);
+    };
+    markStale(markStale, *m_root);
+    refreshFolder(*m_root);
+    for (const QPersistentModelIndex& folder : wanted) {
+        if (folder.isValid())
+            bringUpToDate(folder);
+    }
+}
+
+void FileSystemModel::bringUpToDate(const QModelIndex& folder)
+{
+    if (Folder* record = folderAt(folder); record && record->stale)
+        refreshFolder(*record);
+}
+
+void FileSystemModel::refreshFolder(Folder& folder)
+{
+    folder.stale = false;
+    folder.node->childrenDirty = true;
+    const Nodes& listed = folder.node->children();
+    const FolderDifference difference = folderDifference(folder.rows, listed);
+    if (difference.removed.size() + difference.inserted.size() > maximumRanges) {
+        replaceAll(folder, listed);
+        return;
+    }
+    for (const RowRange& range : difference.removed)
+        removeRange(folder, range.first, range.last);
+    for (const RowRange& range : difference.inserted)
+        insertRange(folder, range.first, Nodes(listed.begin() + range.first, listed.begin() + range.last + 1));
+    adoptNodes(folder, listed);
+}
+
+void FileSystemModel::removeRange(Folder& folder, int first, int last)
+{
+    beginRemoveRows(indexOf(folder), first, last);
+    folder.rows.erase(folder.rows.begin() + first, folder.rows.begin() + last + 1);
+    std::erase_if(folder.opened, [&](const auto& opened) { return opened->row >= first && opened->row <= last; });
+    folder.shiftOpened(last + 1, first - last - 1);
+    endRemoveRows();
+}
+
+void FileSystemModel::insertRange(Folder& folder, int first, Nodes nodes)
+{
+    const int count = static_cast<int>(nodes.size());
+    beginInsertRows(indexOf(folder), first, first + count - 1);
+    folder.shiftOpened(first, count);
+    folder.rows.insert(folder.rows.begin() + first, std::make_move_iterator(nodes.begin()),
+                       std::make_move_iterator(nodes.end()));
+    endInsertRows();
+}
+
+void FileSystemModel::replaceAll(Folder& folder, const Nodes& nodes)
+{
+    if (!folder.rows.empty())
+        removeRange(folder, 0, static_cast<int>(folder.rows.size()) - 1);
+    if (!nodes.empty())
+        insertRange(folder, 0, nodes);
+}
+
+/// The rows stand for the right items by now; the new nodes take the place of the old ones.
+void FileSystemModel::adoptNodes(Folder& folder, const Nodes& nodes)
+{
+    int firstChanged = -1;
+    int lastChanged = -1;
+    for (std::size_t i = 0; i < nodes.size(); ++i) {
+        if (folder.rows[i]->labelColor() != nodes[i]->labelColor()) {
+            firstChanged = firstChanged < 0 ? static_cast<int>(i) : firstChanged;
+            lastChanged = static_cast<int>(i);
+        }
+    }
+    folder.rows = nodes;
+    for (const auto& opened : folder.opened) {
+        opened->node = nodes[static_cast<std::size_t>(opened->row)];
+        opened->stale = true;
+    }
+    if (firstChanged >= 0)
+        emit dataChanged(createIndex(firstChanged, 0, &folder), createIndex(lastChanged, 0, &folder));
+}
+
+QModelIndex FileSystemModel::index(int row, int column, const QModelIndex& parent) const
+{
+    if (row < 0 || column != 0 || parent.column() > 0)
+        return {};
+    Folder* folder = folderAt(parent);
+    return folder && row < static_cast<int>(folder->rows.size()) ? createIndex(row, 0, folder) : QModelIndex();
+}
+
+QModelIndex FileSystemModel::parent(const QModelIndex& index) const
+{
+    return index.isValid() ? indexOf(*static_cast<Folder*>(index.internalPointer())) : QModelIndex();
+}
+
+int FileSystemModel::rowCount(const QModelIndex& parent) const
+{
+    const Folder* folder = parent.column() > 0 ? nullptr : folderAt(parent);
+    return folder ? static_cast<int>(folder->rows.size()) : 0;
+}
+
+int FileSystemModel::columnCount(const QModelIndex& /*parent*/) const
+{
+    return 1;
+}
+
+bool FileSystemModel::hasChildren(const QModelIndex& parent) const
+{
+    return rowCount(parent) > 0;
+}
+
+QVariant FileSystemModel::data(const QModelIndex& index, int role) const
+{
+    if (!index.isValid())
+        return {};
+    const FileSystemNodePointer item = node(index);
+    switch (role) {
+    case Qt::DisplayRole:
+    case Qt::EditRole:
+        return item->displayName();
+    case LabelColorRole:
+        return static_cast<int>(item->labelColor());
+    case LeafRole:
+        return item->isLeaf();
+    case PathRole:
+        return QByteArray::fromStdString(item->url().native());
+    default:
+        return {};
+    }
+}
+
+bool FileSystemModel::setData(const QModelIndex& index, const QVariant& value, int role)
+{
+    if (!index.isValid() || role != Qt::EditRole)
+        return false;
+    const FileSystemNodePointer item = node(index);
+    // What the screen shows may be less than the name's bytes; an untouched text renames nothing.
+    if (value.toString() == item->displayName())
+        return false;
+    const std::filesystem::path oldPath = item->url();
+    if (const auto done = item->setDisplayName(value.toString()); !done) {
+        emit renameFailed(displayText(done.error().text));
+        return false;
+    }
+    emit dataChanged(index, index);
+    moveToSortedPlace(*static_cast<Folder*>(index.internalPointer()), index.row());
+    emit renamed(oldPath, item->url());
+    return true;
+}
+
+void FileSystemModel::moveToSortedPlace(Folder& folder, int row)
+{
+    Nodes others = folder.rows;
+    const FileSystemNodePointer item = others[static_cast<std::size_t>(row)];
+    others.erase(others.begin() + row);
+    const auto place = std::lower_bound(
+        others.begin(), others.end(), item,
+        [](const FileSystemNodePointer& a, const FileSystemNodePointer& b) { return standsBefore(*a, *b); });
+    const int target = static_cast<int>(place - others.begin());
+    others.insert(place, item);
+    const auto renamedFolder = std::find_if(folder.opened.begin(), folder.opened.end(),
+                                            [&](const auto& opened) { return opened->row == row; });
+    Folder* opened = renamedFolder == folder.opened.end() ? nullptr : renamedFolder->get();
+    if (target != row) {
+        const QModelIndex parentIndex = indexOf(folder);
+        beginMoveRows(parentIndex, row, row, parentIndex, target > row ? target + 1 : target);
+        folder.rows = std::move(others);
+        folder.shiftOpened(row + 1, -1);
+        if (opened)
+            opened->row = -1;
+        folder.shiftOpened(target, 1);
+        if (opened)
+            opened->row = target;
+        endMoveRows();
+    }
+    // Everything below it has another path now.
+    if (opened)
+        refreshFolder(*opened);
+}
+
+Qt::ItemFlags FileSystemModel::flags(const QModelIndex& index) const
+{
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    return Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsEditable | Qt::ItemIsDragEnabled;
+}
+
+QStringList FileSystemModel::mimeTypes() const
+{
+    return {QLatin1String(dragRecordType), QStringLiteral("text/uri-list")};
+}
+
+QMimeData* FileSystemModel::mimeData(const QModelIndexList& indexes) const
+{
+    QModelIndexList inRowOrder = indexes;
+    std::sort(inRowOrder.begin(), inRowOrder.end());
+    std::vector<std::filesystem::path> paths;
+    for (const QModelIndex& index : inRowOrder)
+        paths.push_back(node(index)->url());
+    if (paths.empty())
+        return nullptr;
+    auto* record = new QMimeData;
+    record->setData(QLatin1String(dragRecordType), dragRecord(paths));
+    record->setData(QStringLiteral("text/uri-list"), uriList(paths));
+    return record;
+}
+
+Qt::DropActions FileSystemModel::supportedDragActions() const
+{
+    return Qt::CopyAction | Qt::MoveAction | Qt::LinkAction;
+}
+
+} // namespace luma

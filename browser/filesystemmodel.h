@@ -1,0 +1,77 @@
+#pragma once
+
+#include "browser/filesystemnode.h"
+
+#include <QAbstractItemModel>
+
+namespace luma {
+
+/// The tree of FileSystemNode as the columns of a Browser see it, one column wide. Folders are listed when their
+/// rows are first asked for. refresh() lists again and tells exactly what came and went, so that selection, scroll
+/// position and open columns stay; nodes do not survive it, indexes of what is still there do. Renames go
+/// through setData() with Qt::EditRole. Main thread only.
+class FileSystemModel final : public QAbstractItemModel
+{
+    Q_OBJECT
+
+public:
+    enum Role
+    {
+        LabelColorRole = Qt::UserRole + 1, ///< int, a LabelColor
+        LeafRole,                          ///< bool
+        PathRole,                          ///< QByteArray, the full path
+    };
+
+    explicit FileSystemModel(QObject* parent = nullptr);
+    ~FileSystemModel() override;
+
+    /// The root whose children fill the first column; null empties the model.
+    void setRootNode(FileSystemNodePointer root);
+    [[nodiscard]] const FileSystemNodePointer& rootNode() const;
+
+    /// The node at `index`, the root for an invalid one. Null when there is no root.
+    [[nodiscard]] FileSystemNodePointer node(const QModelIndex& index) const;
+    /// The row of the item called `name` (bytes) in `folder`, or an invalid index.
+    [[nodiscard]] QModelIndex childNamed(const QModelIndex& folder, const std::string& name) const;
+
+    /// Forgets every listing and all indexes; the root is listed anew.
+    void reload();
+    /// Lists the root and the folders in `shown` again; other folders follow when bringUpToDate() is called.
+    void refresh(const QModelIndexList& shown);
+    /// Lists a folder again if a refresh() passed it by. Call before showing it.
+    void bringUpToDate(const QModelIndex& folder);
+
+    [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QModelIndex parent(const QModelIndex& index) const override;
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] bool hasChildren(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+    [[nodiscard]] QStringList mimeTypes() const override;
+    [[nodiscard]] QMimeData* mimeData(const QModelIndexList& indexes) const override;
+    [[nodiscard]] Qt::DropActions supportedDragActions() const override;
+
+signals:
+    /// An item has got a new name on the disk.
+    void renamed(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
+    void renameFailed(const QString& reason);
+
+private:
+    struct Folder;
+
+    std::unique_ptr<Folder> m_root;
+    FileSystemNodePointer m_rootNode;
+
+    [[nodiscard]] Folder* folderAt(const QModelIndex& index) const;
+    [[nodiscard]] QModelIndex indexOf(const Folder& folder) const;
+    void refreshFolder(Folder& folder);
+    void removeRange(Folder& folder, int first, int last);
+    void insertRange(Folder& folder, int first, std::vector<FileSystemNodePointer> nodes);
+    void replaceAll(Folder& folder, const std::vector<FileSystemNodePointer>& nodes);
+    void adoptNodes(Folder& folder, const std::vector<FileSystemNodePointer>& nodes);
+    void moveToSortedPlace(Folder& folder, int row);
+};
+
+} // namespace luma

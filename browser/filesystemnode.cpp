@@ -1,0 +1,59 @@
+#include "browser/filesystemnode.h"
+
+#include "browser/displaytext.h"
+#include "browser/folderlisting.h"
+#include "platform/files.h"
+
+namespace luma {
+
+FileSystemNode::FileSystemNode(const std::filesystem::path& url)
+    : m_url(url.string()), m_fileProperties(readProperties(m_url))
+{}
+
+FileSystemNode::FileSystemNode(std::string url, FileProperties properties)
+    : m_url(std::move(url)), m_fileProperties(std::move(properties))
+{}
+
+const std::string& FileSystemNode::name() const
+{
+    static const std::string none;
+    return m_fileProperties ? m_fileProperties->name : none;
+}
+
+QString FileSystemNode::displayName() const
+{
+    return displayText(name());
+}
+
+LabelColor FileSystemNode::labelColor() const
+{
+    return m_fileProperties ? m_fileProperties->labelColor : LabelColor::None;
+}
+
+Result<void> FileSystemNode::setDisplayName(const QString& newName)
+{
+    const std::string bytes = newName.toStdString();
+    if (bytes.empty() || bytes == "." || bytes == ".." || bytes.find('/') != std::string::npos ||
+        bytes.find('\0') != std::string::npos)
+        return Error{"\"" + bytes + "\" cannot be the name of a file"};
+    const std::filesystem::path target = url().parent_path() / bytes;
+    if (auto moved = moveItem(url(), target); !moved)
+        return moved;
+    if (m_fileProperties)
+        m_fileProperties->name = bytes;
+    m_url = target.string();
+    return {};
+}
+
+const std::vector<FileSystemNodePointer>& FileSystemNode::children()
+{
+    if (childrenDirty) {
+        auto listed = listFolder(m_url);
+        m_unreadable = !listed;
+        m_children = listed ? std::move(*listed) : std::vector<FileSystemNodePointer>();
+        childrenDirty = false;
+    }
+    return m_children;
+}
+
+} // namespace luma

@@ -1,0 +1,120 @@
+#include "browser/folderlisting.h"
+
+#include "browser/displaytext.h"
+#include "browser/packages.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <sys/xattr.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+
+namespace luma {
+
+namespace {
+
+struct FolderCloser
+{
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+/// Reads labels until the file system says that it keeps no attributes.
+class LabelReader final
+{
+public:
+    LabelColor read(const std::string& url)
+    {
+        if (!m_supported)
+            return LabelColor::None;
+        std::array<char, 256> tags = {};
+        const ssize_t length = ::lgetxattr(url.c_str(), "user.xdg.tags", tags.data(), tags.size());
+        if (length < 0) {
+            m_supported = errno != ENOTSUP;
+            return LabelColor::None;
+        }
+        return labelColorFromTags({tags.data(), static_cast<std::size_t>(length)});
+    }
+
+private:
+    bool m_supported = true;
+};
+
+unsigned char typeOf(int folder, const dirent& entry)
+{
+    if (entry.d_type != DT_UNKNOWN)
+        return entry.d_type;
+    struct stat status = {};
+    if (::fstatat(folder, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
+        return DT_REG;
+    return static_cast<unsigned char>(IFTODT(status.st_mode));
+}
+
+FileProperties propertiesOf(std::string name, unsigned char type, const std::string& url, LabelReader& labels)
+{
+    FileProperties properties;
+    properties.name = std::move(name);
+    properties.isDirectory = type == DT_DIR;
+    properties.isPackage = properties.isDirectory && isPackageName(properties.name);
+    // Only files and folders can carry attributes of the user.
+    if (type == DT_DIR || type == DT_REG)
+        properties.labelColor = labels.read(url);
+    return properties;
+}
+
+std::vector<FileSystemNodePointer> inDisplayOrder(std::vector<FileSystemNodePointer> nodes)
+{
+    struct Keyed
+    {
+        std::string key;
+        FileSystemNodePointer node;
+    };
+    std::vector<Keyed> keyed;
+    keyed.reserve(nodes.size());
+    for (FileSystemNodePointer& node : nodes)
+        keyed.push_back({collationKey(node->name()), std::move(node)});
+    std::sort(keyed.begin(), keyed.end(), [](const Keyed& a, const Keyed& b) {
+        const int order = a.key.compare(b.key);
+        return order != 0 ? order < 0 : a.node->name() < b.node->name();
+    });
+    std::transform(keyed.begin(), keyed.end(), nodes.begin(), [](Keyed& entry) { return std::move(entry.node); });
+    return nodes;
+}
+
+} // namespace
+
+std::optional<FileProperties> readProperties(const std::string& url)
+{
+    struct stat status = {};
+    if (::lstat(url.c_str(), &status) != 0)
+        return {};
+    std::filesystem::path path(url);
+    if (!path.has_filename() && path.has_parent_path())
+        path = path.parent_path();
+    LabelReader labels;
+    return propertiesOf(path.filename().string(), static_cast<unsigned char>(IFTODT(status.st_mode)), url, labels);
+}
+
+std::optional<std::vector<FileSystemNodePointer>> listFolder(const std::string& url)
+{
+    const std::unique_ptr<DIR, FolderCloser> folder(::opendir(url.c_str()));
+    if (!folder)
+        return {};
+    std::string prefix = url;
+    if (!prefix.ends_with('/'))
+        prefix += '/';
+    LabelReader labels;
+    std::vector<FileSystemNodePointer> nodes;
+    while (const dirent* entry = ::readdir(folder.get())) {
+        if (entry->d_name[0] == '.')
+            continue;
+        std::string itemUrl = prefix + entry->d_name;
+        FileProperties properties = propertiesOf(entry->d_name, typeOf(::dirfd(folder.get()), *entry), itemUrl, labels);
+        nodes.push_back(std::make_shared<FileSystemNode>(std::move(itemUrl), std::move(properties)));
+    }
+    return inDisplayOrder(std::move(nodes));
+}
+
+} // namespace luma

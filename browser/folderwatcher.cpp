@@ -1,0 +1,81 @@
+#include "browser/folderwatcher.h"
+
+#include "platform/notifications.h"
+#include "platform/resources.h"
+
+#include <QFile>
+#include <QProcess>
+
+namespace luma {
+
+namespace {
+
+/// The screen gets at least this many times what a refresh takes.
+constexpr qint64 restPerRefresh = 4;
+
+} // namespace
+
+FolderWatcher::FolderWatcher(QObject* parent) : QObject(parent)
+{
+    m_delay.setSingleShot(true);
+    connect(&m_delay, &QTimer::timeout, this, &FolderWatcher::tell);
+}
+
+FolderWatcher::~FolderWatcher()
+{
+    stop();
+}
+
+qint64 FolderWatcher::processId() const
+{
+    return watcherTask ? watcherTask->processId() : 0;
+}
+
+void FolderWatcher::start(const QString& caption, const std::filesystem::path& folder)
+{
+    stop();
+    const QString resources = QFile::decodeName(resourceFolder().c_str());
+    watcherTask = new QProcess(this);
+    watcherTask->setWorkingDirectory(resources);
+    watcherTask->setStandardErrorFile(QProcess::nullDevice());
+    watcherTask->start(resources + QLatin1String("/LUMAWatcher"), {caption, QFile::decodeName(folder.c_str())});
+    if (watcherTask->processId() == 0)
+        return;
+    m_observer = std::make_unique<NotificationObserver>(QLatin1String("folderChanged") + caption,
+                                                        QString::number(watcherTask->processId()));
+    connect(m_observer.get(), &NotificationObserver::posted, this, &FolderWatcher::receive);
+}
+
+void FolderWatcher::stop()
+{
+    m_observer.reset();
+    m_delay.stop();
+    if (!watcherTask)
+        return;
+    // It is reaped whenever it ends; nobody waits for it.
+    connect(watcherTask, &QProcess::finished, watcherTask, &QObject::deleteLater);
+    if (watcherTask->state() == QProcess::NotRunning)
+        watcherTask->deleteLater();
+    watcherTask->closeWriteChannel();
+    watcherTask->terminate();
+    watcherTask = nullptr;
+}
+
+void FolderWatcher::receive()
+{
+    if (m_delay.isActive())
+        return;
+    const qint64 rest = m_sinceLast.isValid() ? m_lastCost * restPerRefresh - m_sinceLast.elapsed() : 0;
+    m_delay.start(static_cast<int>(std::max<qint64>(0, rest)));
+}
+
+void FolderWatcher::tell()
+{
+    QElapsedTimer cost;
+    cost.start();
+    emit changed();
+    m_lastCost = cost.elapsed();
+    m_sinceLast.start();
+}
+
+} // namespace luma

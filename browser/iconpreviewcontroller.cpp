@@ -1,0 +1,105 @@
+#include "browser/iconpreviewcontroller.h"
+
+#include "platform/icons.h"
+#include "platform/mainhop.h"
+#include "platform/thumbnails.h"
+
+#include "ui_HeaderView.h"
+#include "ui_PreviewView.h"
+
+#include <QDateTime>
+#include <QLocale>
+
+#include <sys/stat.h>
+
+namespace luma {
+
+namespace {
+
+constexpr QSize thumbnailSize(195, 165);
+constexpr QSize previewIconSize(96, 96);
+constexpr QSize headerIconSize(16, 16);
+
+/// Size and time of the last change, for a reader.
+QString factsOf(const std::filesystem::path& path)
+{
+    struct stat status = {};
+    if (::lstat(path.c_str(), &status) != 0)
+        return {};
+    const QDateTime changed = QDateTime::fromSecsSinceEpoch(status.st_mtime);
+    const QString time = QLocale().toString(changed, QLocale::ShortFormat);
+    if (S_ISLNK(status.st_mode))
+        return IconPreviewController::tr("Symbolic link\n%1").arg(time);
+    if (S_ISDIR(status.st_mode))
+        return time;
+    return QLocale().formattedDataSize(status.st_size) + QLatin1Char('\n') + time;
+}
+
+} // namespace
+
+IconPreviewController::IconPreviewController(Layout layout, QWidget* parent) : m_layout(layout), m_view(new QWidget(parent))
+{
+    if (layout == Layout::PreviewView) {
+        Ui::PreviewView ui;
+        ui.setupUi(m_view);
+        iconImageView = ui.iconImageView;
+        label = ui.label;
+        details = ui.details;
+    } else {
+        Ui::HeaderView ui;
+        ui.setupUi(m_view);
+        iconImageView = ui.iconImageView;
+        label = ui.label;
+    }
+}
+
+IconPreviewController::~IconPreviewController()
+{
+    if (m_workItem)
+        m_workItem->cancel();
+}
+
+void IconPreviewController::setRepresentedNode(FileSystemNodePointer node)
+{
+    m_node = std::move(node);
+    if (m_node)
+        viewWillAppear();
+}
+
+void IconPreviewController::viewWillAppear()
+{
+    label->setText(m_node->displayName());
+    showIcon(m_layout == Layout::PreviewView ? previewIconSize : headerIconSize);
+    if (m_layout == Layout::PreviewView) {
+        details->setText(factsOf(m_node->url()));
+        requestThumbnail();
+    }
+}
+
+void IconPreviewController::showIcon(const QSize& size)
+{
+    const QIcon icon = m_node->isLeaf() && m_layout == Layout::PreviewView ? icons::forFileName(m_node->displayName())
+                                                                          : icons::folder();
+    iconImageView->setPixmap(icon.pixmap(size, m_view->devicePixelRatioF()));
+}
+
+void IconPreviewController::requestThumbnail()
+{
+    if (m_workItem)
+        m_workItem->cancel();
+    m_workItem = std::make_shared<WorkItem>();
+    const qreal ratio = m_view->devicePixelRatioF();
+    const QPointer<IconPreviewController> guard(this);
+    start(m_workItem, [guard, path = m_node->url(), ratio](const WorkItem& item) {
+        QImage image = thumbnail(path, thumbnailSize * ratio);
+        if (image.isNull())
+            return;
+        image.setDevicePixelRatio(ratio);
+        onMain(guard, [&](IconPreviewController& self) {
+            if (!item.isCancelled())
+                self.iconImageView->setPixmap(QPixmap::fromImage(image));
+        });
+    });
+}
+
+} // namespace luma

@@ -1,0 +1,45 @@
+#pragma once
+
+#include "browser/filesystemnode.h"
+#include "platform/workitem.h"
+
+#include <QObject>
+
+class QLabel;
+class QWidget;
+
+namespace luma {
+
+/// Shows one node: as the preview of a leaf (layout PreviewView: a thumbnail of the file, its name and facts) or
+/// as the header of a column (layout HeaderView: icon and name). The thumbnail is made on a background thread; a
+/// later one, or the end of the view, drops it.
+class IconPreviewController final : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum class Layout { PreviewView, HeaderView };
+
+    /// The view belongs to `parent`.
+    IconPreviewController(Layout layout, QWidget* parent);
+    ~IconPreviewController() override;
+
+    [[nodiscard]] QWidget* view() const { return m_view; }
+    [[nodiscard]] const FileSystemNodePointer& representedNode() const { return m_node; }
+    void setRepresentedNode(FileSystemNodePointer node);
+
+private:
+    Layout m_layout;
+    QWidget* m_view = nullptr;
+    QLabel* iconImageView = nullptr;
+    QLabel* label = nullptr;
+    QLabel* details = nullptr;
+    FileSystemNodePointer m_node;
+    WorkItemPointer m_workItem;
+
+    void viewWillAppear();
+    void showIcon(const QSize& size);
+    void requestThumbnail();
+};
+
+} // namespace luma

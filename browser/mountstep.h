@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QVariantMap>
+
+#include <filesystem>
+#include <optional>
+
+namespace luma {
+
+class VolumeMounter;
+
+/// What a mount step came to.
+struct MountResult
+{
+    /// The folder to show, or nothing.
+    std::optional<std::filesystem::path> folder;
+    /// The mount point, or the local folder; kept even when the local folder does not exist.
+    std::filesystem::path mountPath;
+};
+
+/// Makes the folder of a connection request reachable: a local folder must exist, a share is mounted, or found
+/// where it is mounted already. A share that is neither is named on standard output. Blocks; any thread.
+MountResult mountStep(const QVariantMap& request, VolumeMounter& mounter);
+
+} // namespace luma

@@ -1,0 +1,65 @@
+#include "browser/paneconnection.h"
+
+#include "browser/connectionrequest.h"
+#include "browser/endpoint.h"
+#include "platform/mainhop.h"
+#include "platform/volumemounter.h"
+
+#include <cstdio>
+
+namespace luma {
+
+namespace {
+
+using Guard = QPointer<PaneConnection>;
+
+/// The steps of one job, on its own thread.
+void run(const Guard& guard, const WorkItem& item, const QVariantMap& request, VolumeMounter& mounter)
+{
+    onMain(guard, [&](PaneConnection& connection) {
+        if (!item.isCancelled())
+            emit connection.started();
+    });
+    if (item.isCancelled()) {
+        std::puts("workItem is cancelled");
+        std::fflush(stdout);
+        return;
+    }
+    const MountResult result = mountStep(request, mounter);
+    bool wanted = false;
+    onMain(guard, [&](PaneConnection& connection) {
+        wanted = !item.isCancelled();
+        if (wanted)
+            emit connection.finished(result, request);
+    });
+    // Nobody is left who would unmount it.
+    if (!wanted && result.folder && request.value(connectionrequest::protocolString) != endpoint::fileProtocol)
+        mounter.unmount(result.mountPath);
+}
+
+} // namespace
+
+PaneConnection::PaneConnection(std::shared_ptr<VolumeMounter> mounter, QObject* parent)
+    : QObject(parent), m_mounter(std::move(mounter))
+{}
+
+PaneConnection::~PaneConnection()
+{
+    cancel();
+}
+
+void PaneConnection::begin(const QVariantMap& request)
+{
+    workItem = std::make_shared<WorkItem>();
+    const Guard guard(this);
+    start(workItem, [guard, request, mounter = m_mounter](const WorkItem& item) { run(guard, item, request, *mounter); });
+}
+
+void PaneConnection::cancel()
+{
+    if (workItem)
+        workItem->cancel();
+    workItem.reset();
+}
+
+} // namespace luma

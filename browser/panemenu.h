@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QMenu>
+
+namespace luma {
+
+/// The menu of an item in a pane, and of the blank space below the items. Actions that need an item are
+/// disabled without one. Each action has an object name; what it does is up to who connects its signal.
+class PaneMenu final : public QMenu
+{
+    Q_OBJECT
+
+public:
+    explicit PaneMenu(QWidget* parent);
+
+    void popupFor(bool hasItem, const QPoint& globalPosition);
+
+signals:
+    void openChosen();
+    void newFolderChosen();
+    void duplicateChosen();
+    void renameChosen();
+    void deleteChosen();
+    void reloadChosen();
+
+private:
+    QList<QAction*> m_itemActions;
+
+    QAction* add(const QString& name, const QString& text, const QString& icon, void (PaneMenu::*chosen)());
+    QAction* addForItem(const QString& name, const QString& text, const QString& icon, void (PaneMenu::*chosen)());
+};
+
+} // namespace luma

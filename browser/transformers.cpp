@@ -1,0 +1,40 @@
+#include "browser/transformers.h"
+
+namespace luma {
+
+namespace {
+
+QString zeroFor(QLatin1StringView text, const QVariant& value)
+{
+    return value.typeId() == QMetaType::QString && value.toString() == text ? QStringLiteral("0") : QStringLiteral("1");
+}
+
+} // namespace
+
+Transformers::Function Transformers::named(QStringView className)
+{
+    if (className == QLatin1String("ConnectTransformer"))
+        return ConnectTransformer;
+    if (className == QLatin1String("FilePathTransformer"))
+        return FilePathTransformer;
+    if (className == QLatin1String("SMBPathTransformer"))
+        return SMBPathTransformer;
+    return nullptr;
+}
+
+QString Transformers::ConnectTransformer(const QVariant& value)
+{
+    return value.isValid() ? QStringLiteral("Disconnect") : QStringLiteral("Connect");
+}
+
+QString Transformers::FilePathTransformer(const QVariant& value)
+{
+    return zeroFor(QLatin1StringView("file://"), value);
+}
+
+QString Transformers::SMBPathTransformer(const QVariant& value)
+{
+    return zeroFor(QLatin1StringView("smb://"), value);
+}
+
+} // namespace luma

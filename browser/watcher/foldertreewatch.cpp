@@ -1,0 +1,217 @@
+#include "browser/watcher/foldertreewatch.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+
+namespace luma {
+
+namespace {
+
+constexpr std::uint32_t interesting = IN_CREATE | IN_DELETE | IN_CLOSE_WRITE | IN_ATTRIB | IN_MOVED_FROM | IN_MOVED_TO |
+                                      IN_DELETE_SELF | IN_MOVE_SELF | IN_EXCL_UNLINK | IN_ONLYDIR;
+constexpr int lookAroundEvery = 2000;
+
+struct FolderCloser
+{
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+bool operator<(const timespec& a, const timespec& b)
+{
+    return a.tv_sec != b.tv_sec ? a.tv_sec < b.tv_sec : a.tv_nsec < b.tv_nsec;
+}
+
+timespec changeTime(const std::string& path)
+{
+    struct stat status = {};
+    return ::stat(path.c_str(), &status) == 0 ? status.st_ctim : timespec{};
+}
+
+std::vector<std::string> foldersIn(const std::string& parent)
+{
+    std::vector<std::string> folders;
+    const std::unique_ptr<DIR, FolderCloser> listing(::opendir(parent.c_str()));
+    while (const dirent* entry = listing ? ::readdir(listing.get()) : nullptr) {
+        const std::string_view name = entry->d_name;
+        if (name == "." || name == "..")
+            continue;
+        bool isFolder = entry->d_type == DT_DIR;
+        if (entry->d_type == DT_UNKNOWN) {
+            struct stat status = {};
+            isFolder = ::fstatat(::dirfd(listing.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
+                       S_ISDIR(status.st_mode);
+        }
+        if (isFolder)
+            folders.push_back(parent + '/' + entry->d_name);
+    }
+    return folders;
+}
+
+} // namespace
+
+FolderTreeWatch::FolderTreeWatch(std::filesystem::path root) : m_root(std::move(root))
+{
+    ::clock_gettime(CLOCK_REALTIME_COARSE, &m_started);
+    setUp();
+}
+
+void FolderTreeWatch::setUp()
+{
+    m_pathByWatch.clear();
+    m_watchByPath.clear();
+    m_lookedAt.clear();
+    m_inotify.reset(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
+    struct stat status = {};
+    m_rootGone = ::stat(m_root.c_str(), &status) != 0;
+    if (!m_rootGone)
+        addTree(m_root.native());
+}
+
+/// Watches first and lists then: what comes in between is seen twice rather than never.
+void FolderTreeWatch::addTree(const std::string& folder)
+{
+    std::vector<std::string> waiting = {folder};
+    while (!waiting.empty()) {
+        const std::string next = std::move(waiting.back());
+        waiting.pop_back();
+        if (!addFolder(next))
+            continue;
+        noteEarlyChange(next);
+        for (std::string& below : foldersIn(next))
+            waiting.push_back(std::move(below));
+    }
+}
+
+/// False when there is no such folder, or none that may be read.
+bool FolderTreeWatch::addFolder(const std::string& folder)
+{
+    const std::uint32_t follow = folder == m_root.native() ? 0U : IN_DONT_FOLLOW;
+    const int watch = ::inotify_add_watch(m_inotify.get(), folder.c_str(), interesting | follow);
+    if (watch >= 0) {
+        forget(watch);
+        m_pathByWatch[watch] = folder;
+        m_watchByPath[folder] = watch;
+        return true;
+    }
+    if (errno != ENOSPC && errno != ENOMEM && errno != EBADF)
+        return false;
+    if (m_lookedAt.empty())
+        std::fprintf(stderr, "LUMAWatcher: no watches left; some folders are looked at from time to time\n");
+    m_lookedAt[folder] = changeTime(folder);
+    return true;
+}
+
+/// What changed after the start but before its folder was watched has changed as well.
+void FolderTreeWatch::noteEarlyChange(const std::string& folder)
+{
+    if (m_started < changeTime(folder))
+        m_changedMeanwhile = true;
+}
+
+void FolderTreeWatch::forget(int watch)
+{
+    const auto found = m_pathByWatch.find(watch);
+    if (found == m_pathByWatch.end())
+        return;
+    if (const auto path = m_watchByPath.find(found->second); path != m_watchByPath.end() && path->second == watch)
+        m_watchByPath.erase(path);
+    m_pathByWatch.erase(found);
+}
+
+/// A folder that was moved away keeps its watches unless they are taken back.
+void FolderTreeWatch::removeTree(const std::string& folder)
+{
+    const auto isBelow = [&folder](const std::string& path) {
+        return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
+    };
+    for (auto entry = m_watchByPath.lower_bound(folder);
+         entry != m_watchByPath.end() && entry->first.starts_with(folder);) {
+        if (!isBelow(entry->first)) {
+            ++entry;
+            continue;
+        }
+        ::inotify_rm_watch(m_inotify.get(), entry->second);
+        m_pathByWatch.erase(entry->second);
+        entry = m_watchByPath.erase(entry);
+    }
+    std::erase_if(m_lookedAt, [&](const auto& entry) { return isBelow(entry.first); });
+}
+
+void FolderTreeWatch::handle(const inotify_event& event)
+{
+    const auto found = m_pathByWatch.find(event.wd);
+    if (found == m_pathByWatch.end())
+        return;
+    const std::string folder = found->second;
+    if ((event.mask & (IN_IGNORED | IN_UNMOUNT)) != 0)
+        forget(event.wd);
+    if (folder == m_root.native() && (event.mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT)) != 0)
+        m_rootGone = true;
+    if ((event.mask & IN_ISDIR) == 0 || event.len == 0)
+        return;
+    const std::string item = folder + '/' + event.name;
+    if ((event.mask & (IN_CREATE | IN_MOVED_TO)) != 0)
+        addTree(item);
+    else if ((event.mask & (IN_DELETE | IN_MOVED_FROM)) != 0)
+        removeTree(item);
+}
+
+bool FolderTreeWatch::readEvents()
+{
+    alignas(inotify_event) std::array<char, 65536> buffer;
+    bool changed = std::exchange(m_changedMeanwhile, false);
+    bool overflowed = false;
+    for (;;) {
+        const ssize_t length = ::read(m_inotify.get(), buffer.data(), buffer.size());
+        if (length <= 0)
+            break;
+        changed = true;
+        for (ssize_t at = 0; at < length;) {
+            const auto* event = reinterpret_cast<const inotify_event*>(buffer.data() + at);
+            overflowed = overflowed || (event->mask & IN_Q_OVERFLOW) != 0;
+            if (!overflowed)
+                handle(*event);
+            at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
+        }
+    }
+    if (overflowed || m_rootGone)
+        setUp();
+    return std::exchange(m_changedMeanwhile, false) || changed;
+}
+
+int FolderTreeWatch::patience() const
+{
+    if (m_changedMeanwhile)
+        return 0;
+    return m_rootGone || !m_lookedAt.empty() ? lookAroundEvery : -1;
+}
+
+bool FolderTreeWatch::lookAround()
+{
+    bool changed = std::exchange(m_changedMeanwhile, false);
+    if (m_rootGone) {
+        setUp();
+        return changed || !m_rootGone;
+    }
+    std::vector<std::string> changedFolders;
+    for (auto& [folder, time] : m_lookedAt) {
+        const timespec now = changeTime(folder);
+        if (now.tv_sec == time.tv_sec && now.tv_nsec == time.tv_nsec)
+            continue;
+        time = now;
+        changedFolders.push_back(folder);
+    }
+    for (const std::string& folder : changedFolders) {
+        removeTree(folder);
+        addTree(folder);
+    }
+    return changed || !changedFolders.empty() || std::exchange(m_changedMeanwhile, false);
+}
+
+} // namespace luma

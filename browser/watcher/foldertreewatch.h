@@ -1,0 +1,55 @@
+#pragma once
+
+#include "platform/filedescriptor.h"
+
+#include <sys/inotify.h>
+#include <time.h>
+
+#include <filesystem>
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace luma {
+
+/// Watches a folder with all below it through inotify(7). Folders that come are watched, folders that go are let go;
+/// a symbolic link is never followed, but for the root itself. When the kernel's queue overflows everything is set up
+/// anew; a folder that the kernel has no watch left for is looked at from time to time; a root that goes is waited
+/// for. Not thread-safe.
+class FolderTreeWatch final
+{
+public:
+    explicit FolderTreeWatch(std::filesystem::path root);
+
+    /// Readable when something has happened; -1 when the kernel gives no descriptor.
+    [[nodiscard]] int descriptor() const { return m_inotify.get(); }
+    /// How long, in milliseconds, until lookAround() should be called; -1 for never.
+    [[nodiscard]] int patience() const;
+    /// Takes in what has happened. True when something has changed.
+    bool readEvents();
+    /// Looks at what inotify does not tell. True when something has changed.
+    bool lookAround();
+    [[nodiscard]] std::size_t watchCount() const { return m_pathByWatch.size(); }
+
+private:
+    std::filesystem::path m_root;
+    FileDescriptor m_inotify;
+    std::unordered_map<int, std::string> m_pathByWatch;
+    std::map<std::string, int> m_watchByPath;
+    /// Folders without a watch, with the time of their last change.
+    std::map<std::string, timespec> m_lookedAt;
+    timespec m_started = {};
+    bool m_rootGone = false;
+    bool m_changedMeanwhile = false;
+
+    void setUp();
+    void addTree(const std::string& folder);
+    bool addFolder(const std::string& folder);
+    void removeTree(const std::string& folder);
+    void forget(int watch);
+    void handle(const inotify_event& event);
+    void noteEarlyChange(const std::string& folder);
+};
+
+} // namespace luma

@@ -1,0 +1,64 @@
+#pragma once
+
+#include "browser/browsercontroller.h"
+#include "browser/endpoint.h"
+#include "platform/observeddictionary.h"
+
+#include <QLabel>
+#include <QMainWindow>
+#include <QTemporaryDir>
+
+#include <filesystem>
+#include <fstream>
+
+namespace luma::test {
+
+/// A window with one pane over a small site in a temporary folder.
+class PaneFixture final
+{
+public:
+    PaneFixture()
+    {
+        put("index.html");
+        put("css/main.css");
+        put("css/print.css");
+        put("images/logo.png");
+        put(".htaccess");
+        endpoint->setValue(endpoint::protocol, QString(endpoint::fileProtocol));
+        endpoint->setValue(endpoint::path, folder.path());
+        endpoint->setValue(endpoint::autoconnect, 1);
+        pane = new BrowserController(QStringLiteral("Source"), endpoint, nullptr, &window);
+        window.setCentralWidget(pane->widget());
+        window.resize(900, 360);
+        window.show();
+    }
+
+    [[nodiscard]] std::filesystem::path at(const char* name) const
+    {
+        return std::filesystem::path(folder.path().toStdString()) / name;
+    }
+    void put(const char* name) const
+    {
+        std::filesystem::create_directories(at(name).parent_path());
+        std::ofstream(at(name)) << name;
+    }
+    template <class Widget>
+    [[nodiscard]] Widget* find(const char* name) const
+    {
+        return window.findChild<Widget*>(QLatin1String(name));
+    }
+    [[nodiscard]] QString text(const char* label) const { return find<QLabel>(label)->text(); }
+    /// Saves a picture of `widget` as `name` when LUMA_SCREENSHOTS names a folder.
+    static void shoot(QWidget& widget, const char* name)
+    {
+        if (const QString shots = qEnvironmentVariable("LUMA_SCREENSHOTS"); !shots.isEmpty())
+            widget.grab().save(QStringLiteral("%1/%2.png").arg(shots, QLatin1String(name)));
+    }
+
+    QTemporaryDir folder;
+    std::shared_ptr<ObservedDictionary> endpoint = std::make_shared<ObservedDictionary>();
+    QMainWindow window;
+    BrowserController* pane = nullptr;
+};
+
+} // namespace luma::test
