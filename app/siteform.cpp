@@ -9,6 +9,10 @@ namespace luma {
 SiteForm::SiteForm(QWidget* parent) : QWidget(parent), m_ui(std::make_unique<Ui::SiteForm>())
 {
     m_ui->setupUi(this);
+    QFont prominent = m_ui->openButton->font();
+    prominent.setBold(true);
+    m_ui->openButton->setFont(prominent);
+    m_ui->openButton->setMinimumWidth(m_ui->openButton->sizeHint().width() * 5 / 4);
     m_ui->sourceDict->setTag(0);
     m_ui->destinationDict->setTag(1);
     connect(m_ui->siteID, &QLineEdit::textEdited, this,

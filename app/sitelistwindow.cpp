@@ -28,7 +28,9 @@ SiteListWindow::SiteListWindow(SiteList& sites, QWidget* parent)
                                     m_ui->formArea->verticalScrollBar()->sizeHint().width());
     m_ui->splitter->setStretchFactor(1, 1);
     m_ui->splitter->setSizes({280, 760});
-    resize(1060, 480);
+    setMinimumHeight(320);
+    resize(1060, 460);
+    m_ui->sitesTableView->setFocus();
     WindowRegistry::instance().fill(m_ui->windowsMenu);
     connectActions();
     connectList();

@@ -1,0 +1,86 @@
+#include "app/program.h"
+
+#include "app/sitelistwindow.h"
+#include "app/transientrecord.h"
+#include "platform/mainhop.h"
+#include "platform/resources.h"
+#include "shell/runningchildren.h"
+#include "shell/taskwrapper.h"
+
+#include <QCoreApplication>
+#include <QDesktopServices>
+#include <QUrl>
+
+#include <cstdio>
+
+namespace luma {
+
+namespace {
+
+std::optional<QString> runShell(const QStringList& arguments)
+{
+    TaskWrapper task(resourceFolder());
+    for (const QString& argument : arguments)
+        task.arguments.push_back(argument.toStdString());
+    const auto output = task.run();
+    return output ? std::optional(QString::fromStdString(*output)) : std::nullopt;
+}
+
+bool openWithDesktop(const std::filesystem::path& file)
+{
+    // Percent-encoded from the bytes, for the name may be no text.
+    const QByteArray bytes = QByteArray::fromStdString(file.string());
+    return QDesktopServices::openUrl(QUrl::fromEncoded("file://" + bytes.toPercentEncoding("/")));
+}
+
+void showSite(const SiteList::Record& siteDict)
+{
+    Q_UNUSED(siteDict)
+}
+
+} // namespace
+
+Program::Program(const QString& preferencesFile)
+    : m_preferences(preferencesFile),
+      m_documents(openWithDesktop),
+      m_delegate(m_preferences,
+                 {runShell, showSite, [](const QUrl& url) { return QDesktopServices::openUrl(url); }})
+{
+    connect(qApp, &QCoreApplication::aboutToQuit, this, &Program::terminate);
+    m_delegate.applicationWillFinishLaunching();
+    m_delegate.applicationDidFinishLaunching();
+}
+
+Result<void> Program::launch(const CommandLine& line)
+{
+    switch (line.request) {
+    case CommandLine::Request::Folders:
+        return openFolders(line);
+    case CommandLine::Request::Page:
+        return m_documents.open(line.page);
+    default:
+        m_delegate.siteListWindow().show();
+        return {};
+    }
+}
+
+Result<void> Program::openFolders(const CommandLine& line)
+{
+    const auto record = transientRecord(line.source, line.destination);
+    if (!record)
+        return record.error();
+    showSite(std::make_shared<SiteRecord>(*record));
+    return {};
+}
+
+void Program::terminate()
+{
+    if (std::exchange(m_terminated, true))
+        return;
+    if (const auto saved = m_delegate.applicationWillTerminate(); !saved)
+        std::fprintf(stderr, "luma: %s\n", saved.error().text.c_str());
+    closeMainHop();
+    terminateRunningChildren();
+}
+
+} // namespace luma

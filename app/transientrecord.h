@@ -1,0 +1,16 @@
+#pragma once
+
+#include "platform/result.h"
+
+#include <QVariantMap>
+
+#include <filesystem>
+
+namespace luma {
+
+/// A site record of two local folders, for a site that is opened once and not kept in the list. Fails for a
+/// folder whose name is not UTF-8: a record holds texts.
+Result<QVariantMap> transientRecord(const std::filesystem::path& source,
+                                    const std::filesystem::path& destination);
+
+} // namespace luma

@@ -1,0 +1,401 @@
+#include "app/lumaappdelegate.h"
+#include "app/makerhosts.h"
+#include "app/sitearchive.h"
+#include "app/sitelistwindow.h"
+#include "app/sitetemplate.h"
+#include "browser/endpoint.h"
+#include "platform/windowregistry.h"
+#include "tests/support/registry.h"
+#include "tests/support/screenshot.h"
+
+#include <QAccessible>
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListView>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUrl>
+
+using namespace luma;
+
+class tst_sitelistwindow final : public QObject
+{
+    Q_OBJECT
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<Preferences> m_preferences;
+    std::unique_ptr<LUMAAppDelegate> m_delegate;
+    QStringList m_commands;
+    std::optional<QString> m_shellAnswer;
+    QList<SiteList::Record> m_shown;
+    QList<QUrl> m_urls;
+
+    LUMAAppDelegate::Services services()
+    {
+        return {[this](const QStringList& arguments) {
+                    m_commands += arguments.join(u' ');
+                    return m_shellAnswer;
+                },
+                [this](const SiteList::Record& record) { m_shown += record; },
+                [this](const QUrl& url) {
+                    m_urls += url;
+                    return true;
+                }};
+    }
+
+    void launch()
+    {
+        m_delegate.reset();
+        m_preferences = std::make_unique<Preferences>(m_folder->filePath(QStringLiteral("luma.conf")));
+        m_delegate = std::make_unique<LUMAAppDelegate>(*m_preferences, services());
+        m_delegate->applicationWillFinishLaunching();
+        m_delegate->applicationDidFinishLaunching();
+        window().show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window()));
+    }
+
+    void launchWith(const QList<QVariantMap>& records)
+    {
+        Preferences before(m_folder->filePath(QStringLiteral("luma.conf")));
+        before.setValue(Preferences::sitesArrayData, archiveSites(records));
+        QVERIFY(before.save());
+        launch();
+    }
+
+    static QList<QVariantMap> numbered(int count)
+    {
+        QList<QVariantMap> records;
+        for (int i = 1; i <= count; ++i) {
+            QVariantMap record = siteTemplate();
+            QVariantMap destination = record[QStringLiteral("destinationDict")].toMap();
+            destination[endpoint::server] = QStringLiteral("www%1.example.org").arg(i);
+            record[QStringLiteral("destinationDict")] = destination;
+            record[QStringLiteral("siteID")] = QStringLiteral("Site number %1").arg(i);
+            records += record;
+        }
+        return records;
+    }
+
+    SiteListWindow& window() { return m_delegate->siteListWindow(); }
+
+    template <class Widget>
+    Widget* find(const char* name, const char* parent = nullptr)
+    {
+        const QObject* root = parent ? window().findChild<QWidget*>(QLatin1StringView(parent)) : &window();
+        return root->findChild<Widget*>(QLatin1StringView(name));
+    }
+
+    void click(const char* button, const char* parent = nullptr)
+    {
+        QTest::mouseClick(find<QPushButton>(button, parent), Qt::LeftButton);
+    }
+
+    void typeInto(QLineEdit* field, const QString& text)
+    {
+        field->setFocus();
+        field->selectAll();
+        for (const QChar character : text)
+            QTest::sendKeyEvent(QTest::Click, field, Qt::Key_unknown, QString(character), Qt::NoModifier);
+    }
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_commands.clear();
+        m_shown.clear();
+        m_urls.clear();
+        m_shellAnswer.reset();
+    }
+    void cleanup() { m_delegate.reset(); }
+
+    void firstStart_showsTheTemplateSelected()
+    {
+        launch();
+        QCOMPARE(m_delegate->sites().records(), QList<QVariantMap>{siteTemplate()});
+        QCOMPARE(window().selectedRow(), 0);
+        QCOMPARE(find<QLineEdit>("siteID")->text(),
+                 siteTemplate().value(QStringLiteral("siteID")).toString());
+        QCOMPARE(find<QLineEdit>("server", "destinationDict")->text(), QString(maker::placeholderServer));
+        QVERIFY(
+            m_commands.first().endsWith(QStringLiteral("grep LUMAWatcher | awk '{print $2}' | xargs kill")));
+        test::screenshot(window(), "sites-1");
+    }
+
+    void damagedStore_startsEmptyAndIsKeptAside_data()
+    {
+        QTest::addColumn<QVariant>("stored");
+        QTest::addColumn<bool>("kept");
+        QTest::newRow("nonsense") << QVariant(QByteArray("nonsense")) << true;
+        QTest::newRow("cut off") << QVariant(archiveSites({siteTemplate()}).chopped(40)) << true;
+        QTest::newRow("not data") << QVariant(QStringLiteral("text")) << false;
+    }
+    void damagedStore_startsEmptyAndIsKeptAside()
+    {
+        QFETCH(QVariant, stored);
+        QFETCH(bool, kept);
+        Preferences before(m_folder->filePath(QStringLiteral("luma.conf")));
+        before.setValue(Preferences::sitesArrayData, stored);
+        QVERIFY(before.save());
+        launch();
+        QCOMPARE(m_delegate->sites().rowCount(), 0);
+        QVERIFY(find<QLabel>("emptyListLabel")->isVisible());
+        QVERIFY(!find<QPushButton>("openButton")->isEnabled());
+        test::screenshot(window(), "sites-0");
+        window().findChild<QAction*>(QStringLiteral("openAction"))->trigger();
+        click("addButton");
+        QCOMPARE(m_delegate->sites().records(), QList<QVariantMap>{siteTemplate()});
+        QVERIFY(m_delegate->applicationWillTerminate());
+        const QVariant aside = Preferences(m_folder->filePath(QStringLiteral("luma.conf")))
+                                   .value(QStringLiteral("sitesArrayDataUnreadable"));
+        QCOMPARE(aside, kept ? stored : QVariant());
+    }
+
+    void edits_reachTheRecordAndTheStore()
+    {
+        launch();
+        typeInto(find<QLineEdit>("siteID"), QStringLiteral("Café"));
+        typeInto(find<QLineEdit>("password", "destinationDict"), QStringLiteral("p'w\"%"));
+        QTest::mouseClick(find<QCheckBox>("autoconnect", "sourceDict"), Qt::LeftButton, {}, QPoint(8, 8));
+        auto* protocol = find<QComboBox>("protocol", "destinationDict");
+        protocol->setFocus();
+        QTest::keyClick(protocol, Qt::Key_Down);
+        QCOMPARE(m_delegate->sites().index(0).data().toString(), QStringLiteral("Café"));
+        QVERIFY(m_delegate->applicationWillTerminate());
+        QCOMPARE(m_commands.size(), 2);
+        launch();
+        const SiteList::Record record = m_delegate->sites().record(0);
+        QCOMPARE(record->siteID(), QStringLiteral("Café"));
+        QCOMPARE(record->destinationDict()->value(endpoint::password), QVariant(QStringLiteral("p'w\"%")));
+        QCOMPARE(record->destinationDict()->value(endpoint::protocol), QVariant(QStringLiteral("sftp://")));
+        QCOMPARE(record->sourceDict()->value(endpoint::autoconnect), QVariant(qlonglong{0}));
+    }
+
+    void password_isMaskedUntilShownAndAgainForTheNextSite()
+    {
+        launchWith(numbered(2));
+        auto* password = find<QLineEdit>("password", "destinationDict");
+        QCOMPARE(password->echoMode(), QLineEdit::Password);
+        click("showPassword", "destinationDict");
+        QCOMPARE(password->echoMode(), QLineEdit::Normal);
+        window().select(1);
+        QCOMPARE(password->echoMode(), QLineEdit::Password);
+    }
+
+    void unusedFields_areDisabled()
+    {
+        launch();
+        for (const char* field : {"server", "volume", "user", "password", "sshPortNo"})
+            QVERIFY2(!find<QLineEdit>(field, "sourceDict")->isEnabled(), field);
+        QVERIFY(find<QLineEdit>("path", "sourceDict")->isEnabled());
+        for (const char* field : {"server", "volume", "user", "password", "sshPortNo"})
+            QVERIFY2(find<QLineEdit>(field, "destinationDict")->isEnabled(), field);
+    }
+
+    // A number where a text belongs, texts where numbers belong, and keys that are missing.
+    void oddRecord_isShownAndNotConverted()
+    {
+        const QVariantMap odd = {{QStringLiteral("destinationDict"),
+                                  QVariantMap{{endpoint::sshPortNo, qlonglong{2222}},
+                                              {endpoint::autoconnect, QStringLiteral("1")},
+                                              {endpoint::protocol, QStringLiteral("gopher://")},
+                                              {endpoint::path, QVariantList{QStringLiteral("/a")}}}},
+                                 {QStringLiteral("sourceDict"), qlonglong{3}}};
+        launchWith({odd, siteTemplate()});
+        QCOMPARE(find<QLineEdit>("sshPortNo", "destinationDict")->text(), QStringLiteral("2222"));
+        QCOMPARE(find<QComboBox>("protocol", "destinationDict")->currentText(), QStringLiteral("gopher://"));
+        QVERIFY(!find<QCheckBox>("autoconnect", "destinationDict")->isChecked());
+        test::screenshot(window(), "sites-odd");
+        window().select(1);
+        QCOMPARE(find<QComboBox>("protocol", "destinationDict")->currentData(),
+                 QVariant(QStringLiteral("smb://")));
+        window().select(0);
+        click("openButton");
+        QCOMPARE(m_shown.size(), 1);
+        QCOMPARE(m_delegate->sites().records().first(), odd);
+        typeInto(find<QLineEdit>("sshPortNo", "destinationDict"), QStringLiteral("23"));
+        QCOMPARE(m_delegate->sites().record(0)->destinationDict()->value(endpoint::sshPortNo),
+                 QVariant(QStringLiteral("23")));
+    }
+
+    void add_selectsTheNewRowReadyToBeNamed()
+    {
+        launchWith(numbered(100));
+        click("addButton");
+        QCOMPARE(window().selectedRow(), 100);
+        const auto* list = find<QListView>("sitesTableView");
+        QVERIFY(list->viewport()->rect().contains(list->visualRect(list->currentIndex())));
+        QTRY_VERIFY(find<QLineEdit>("siteID")->hasFocus());
+        QCOMPARE(find<QLineEdit>("siteID")->selectedText(), find<QLineEdit>("siteID")->text());
+        test::screenshot(window(), "sites-101");
+    }
+
+    void add_withoutTemplateDoesNothing()
+    {
+        launch();
+        m_preferences->setValue(Preferences::siteTemplate, QStringLiteral("no dictionary"));
+        click("addButton");
+        QCOMPARE(m_delegate->sites().rowCount(), 1);
+    }
+
+    void remove_selectsTheNextAndKeepsTheLast()
+    {
+        launchWith(numbered(3));
+        window().select(1);
+        click("removeButton");
+        QCOMPARE(window().selectedRow(), 1);
+        QCOMPARE(find<QLineEdit>("siteID")->text(), QStringLiteral("Site number 3"));
+        QTest::keyClick(find<QListView>("sitesTableView"), Qt::Key_Delete);
+        QCOMPARE(window().selectedRow(), 0);
+        click("removeButton");
+        QCOMPARE(m_delegate->sites().rowCount(), 1);
+        auto* sheet = find<QMessageBox>("lastRecordSheet");
+        QVERIFY(sheet);
+        QCOMPARE(sheet->text(), QStringLiteral("Warning"));
+        QCOMPARE(sheet->informativeText(), QStringLiteral("Last record in the list cannot be deleted."));
+        QCOMPARE(sheet->buttons().size(), 1);
+        test::screenshot(*sheet, "sites-last");
+        sheet->accept();
+    }
+
+    void search_findsByNameOrServerAndOpensTheFirst()
+    {
+        launchWith(numbered(100));
+        test::screenshot(window(), "sites-100");
+        auto* field = find<QLineEdit>("searchField");
+        typeInto(field, QStringLiteral("WWW42.example"));
+        QCOMPARE(window().selectedRow(), 41);
+        QTest::keyClick(field, Qt::Key_Return);
+        QCOMPARE(m_shown.size(), 1);
+        QCOMPARE(m_shown[0], m_delegate->sites().record(41));
+        typeInto(find<QLineEdit>("siteID"), QStringLiteral("Renamed"));
+        typeInto(find<QLineEdit>("server", "destinationDict"), QStringLiteral("elsewhere"));
+        QCOMPARE(window().selectedRow(), 41);
+        typeInto(field, QStringLiteral("nowhere at all"));
+        QVERIFY(find<QLabel>("emptyListLabel")->isVisible());
+        test::screenshot(window(), "sites-nothing-found");
+        window().select(99);
+        QCOMPARE(window().selectedRow(), 99);
+        QCOMPARE(field->text(), QString());
+    }
+
+    void open_normalisesAndSharesTheRecord()
+    {
+        launch();
+        typeInto(find<QLineEdit>("path", "destinationDict"), QStringLiteral("/srv/www/ "));
+        QWidget* rows = find<QListView>("sitesTableView")->viewport();
+        QTest::mouseClick(rows, Qt::LeftButton, {}, QPoint(20, 12));
+        QTest::mouseDClick(rows, Qt::LeftButton, {}, QPoint(20, 12));
+        QCOMPARE(m_shown.size(), 1);
+        QCOMPARE(m_shown[0], m_delegate->sites().record(0));
+        QCOMPARE(find<QLineEdit>("path", "destinationDict")->text(), QStringLiteral("/srv/www"));
+        m_shown[0]->destinationDict()->setValue(endpoint::server, QStringLiteral("new.example"));
+        QCOMPARE(find<QLineEdit>("server", "destinationDict")->text(), QStringLiteral("new.example"));
+    }
+
+    void open_bringsAnOpenWindowOfThatServerForward()
+    {
+        launchWith(numbered(2));
+        QWidget other;
+        other.setWindowTitle(QStringLiteral("www2.example.org"));
+        WindowRegistry::instance().add(&other);
+        window().select(1);
+        click("openButton");
+        QVERIFY(m_shown.isEmpty());
+        QTRY_VERIFY(other.isActiveWindow());
+        other.close();
+        click("openButton");
+        QCOMPARE(m_shown.size(), 1);
+    }
+
+    void getPath_writesTheChosenFolderIntoItsEndpoint()
+    {
+        launch();
+        m_delegate->sites().record(0)->sourceDict()->setValue(endpoint::path, m_folder->path());
+        QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("site ü")));
+        const QString chosen = m_folder->filePath(QStringLiteral("site ü"));
+        click("pathButton", "sourceDict");
+        auto* panel = find<QFileDialog>("getPathPanel");
+        QVERIFY(panel);
+        QCOMPARE(panel->windowTitle(), QStringLiteral("Select the path to the site folder"));
+        QCOMPARE(panel->labelText(QFileDialog::Accept), QStringLiteral("Choose"));
+        QCOMPARE(panel->directory().absolutePath(), m_folder->path());
+        panel->selectFile(chosen);
+        static_cast<QDialog*>(panel)->accept();
+        QCOMPARE(find<QLineEdit>("path", "sourceDict")->text(), chosen);
+        const QString destination = find<QLineEdit>("path", "destinationDict")->text();
+        window().findChild<QAction*>(QStringLiteral("destinationPathAction"))->trigger();
+        QTRY_VERIFY(find<QFileDialog>("getPathPanel"));
+        find<QFileDialog>("getPathPanel")->reject();
+        QCOMPARE(find<QLineEdit>("path", "destinationDict")->text(), destination);
+    }
+
+    void updateCheck_offersTheProductPage()
+    {
+        launch();
+        m_shellAnswer = QStringLiteral("<b>2.0</b>");
+        m_delegate->checkForUpdateWithSender(nullptr);
+        QTRY_VERIFY(find<QMessageBox>("updateSheet"));
+        auto* sheet = find<QMessageBox>("updateSheet");
+        QCOMPARE(sheet->text(), QStringLiteral("An update for Postwick is available"));
+        QCOMPARE(sheet->buttons().size(), 2);
+        QCOMPARE(sheet->buttons().first()->text(), QStringLiteral("OK"));
+        for (const QLabel* label : sheet->findChildren<QLabel*>())
+            QVERIFY(label->textFormat() == Qt::PlainText);
+        test::screenshot(*sheet, "sites-update");
+        QTest::mouseClick(sheet->buttons().first(), Qt::LeftButton);
+        QCOMPARE(m_urls.size(), 1);
+        QCOMPARE(m_urls[0].path(), QStringLiteral("/software/LUMA/"));
+    }
+
+    // Both ways round, and a name for whoever cannot see the field.
+    void tab_walksEveryFieldThatHasAName()
+    {
+        launchWith(numbered(2));
+        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+            QSet<QWidget*> stops;
+            find<QLineEdit>("searchField")->setFocus();
+            while (!stops.contains(QApplication::focusWidget())) {
+                QWidget* stop = QApplication::focusWidget();
+                stops += stop;
+                const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(stop);
+                QVERIFY(accessible);
+                QVERIFY2(!accessible->text(QAccessible::Name).isEmpty(), qPrintable(stop->objectName()));
+                QTest::keyClick(stop, key);
+            }
+            QVERIFY(stops.size() >= 17);
+        }
+    }
+
+    void smallWindow_putsTheEndpointsOneAboveTheOther()
+    {
+        launchWith(numbered(3));
+        window().resize(window().minimumSizeHint());
+        auto* source = find<QWidget>("sourceDict");
+        auto* destination = find<QWidget>("destinationDict");
+        QTRY_VERIFY(destination->y() > source->y());
+        test::screenshot(window(), "sites-small");
+        window().resize(1100, 500);
+        QTRY_COMPARE(destination->y(), source->y());
+    }
+
+    void sizes_areRemembered()
+    {
+        launch();
+        window().resize(901, 511);
+        QVERIFY(m_delegate->applicationWillTerminate());
+        launch();
+        QCOMPARE(window().size(), QSize(901, 511));
+    }
+};
+
+LUMA_TEST(tst_sitelistwindow)
+#include "tst_sitelistwindow.moc"
