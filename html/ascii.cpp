@@ -24,7 +24,10 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view prefix)
                       [](char a, char b) { return lowered(a) == lowered(b); });
 }
 
-bool isBlank(std::string_view text) { return text.find_first_not_of(whiteSpace) == std::string_view::npos; }
+bool isBlank(std::string_view text)
+{
+    return text.find_first_not_of(whiteSpace) == std::string_view::npos;
+}
 
 std::vector<std::string_view> words(std::string_view text)
 {

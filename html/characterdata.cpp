@@ -12,7 +12,10 @@ std::unique_ptr<CharacterData> CharacterData::comment(std::string_view text)
     return std::unique_ptr<CharacterData>(new CharacterData(Kind::Comment, text));
 }
 
-NodePtr CharacterData::shallowCopy() const { return NodePtr(new CharacterData(kind(), m_data)); }
+NodePtr CharacterData::shallowCopy() const
+{
+    return NodePtr(new CharacterData(kind(), m_data));
+}
 
 const std::string* textOf(const Node& node)
 {

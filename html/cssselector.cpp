@@ -69,9 +69,7 @@ std::string cssSelector(const Element& element)
             steps.push_back("#" + escapedIdentifier(at->attr("id")));
             break;
         }
-        steps.push_back(at->parent() && at->parent()->kind() == Node::Kind::Document
-                            ? ":root"
-                            : step(*at));
+        steps.push_back(at->parent() && at->parent()->kind() == Node::Kind::Document ? ":root" : step(*at));
     }
     std::string result;
     for (auto it = steps.rbegin(); it != steps.rend(); ++it)
@@ -96,7 +94,8 @@ std::string escapedIdentifier(std::string_view text)
             result += ' ';
             continue;
         }
-        const bool isPlain = code >= 0x80 || isDigit || c == '_' || c == '-' || (lowered(c) >= 'a' && lowered(c) <= 'z');
+        const bool isPlain =
+            code >= 0x80 || isDigit || c == '_' || c == '-' || (lowered(c) >= 'a' && lowered(c) <= 'z');
         if (!isPlain || (c == '-' && text.size() == 1))
             result += '\\';
         result += c;

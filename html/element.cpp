@@ -73,7 +73,10 @@ ParseResult<void> Element::setHtml(std::string_view markup)
     return {};
 }
 
-std::string Element::cssSelector() const { return html::cssSelector(*this); }
+std::string Element::cssSelector() const
+{
+    return html::cssSelector(*this);
+}
 
 NodePtr Element::shallowCopy() const
 {

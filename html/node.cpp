@@ -7,7 +7,10 @@
 
 namespace luma::html {
 
-Element* Node::asElement() { return m_kind == Kind::Element ? static_cast<Element*>(this) : nullptr; }
+Element* Node::asElement()
+{
+    return m_kind == Kind::Element ? static_cast<Element*>(this) : nullptr;
+}
 
 const Element* Node::asElement() const
 {
@@ -19,7 +22,10 @@ ParentNode* Node::asParent()
     return m_kind == Kind::Element || m_kind == Kind::Document ? static_cast<ParentNode*>(this) : nullptr;
 }
 
-const ParentNode* Node::asParent() const { return const_cast<Node*>(this)->asParent(); }
+const ParentNode* Node::asParent() const
+{
+    return const_cast<Node*>(this)->asParent();
+}
 
 Element* Node::nextElement() const
 {

@@ -44,7 +44,8 @@ std::vector<Element*> ParentNode::children() const
 
 Node& ParentNode::insert(NodePtr node, Node* next)
 {
-    assert(node && !node->m_parent && (!next || next->m_parent == this) && !isInside(*node));
+    assert(node && !node->m_parent && (!next || next->m_parent == this));
+    assert(!node->asParent() || !node->asParent()->m_first || !isInside(*node));
     Node* const inserted = node.release();
     inserted->m_parent = this;
     inserted->m_next = next;

@@ -21,7 +21,8 @@ struct ParseLimits
 /// Reads a whole page (HTML standard, scripting off: what is in `noscript` becomes elements). Any text is a
 /// page; refused are only text that is not UTF-8, and pages that are too large, nested deeper than the limit,
 /// or made to grow beyond measure while they are parsed. Line ends become line feeds.
-[[nodiscard]] ParseResult<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits& limits = {});
+[[nodiscard]] ParseResult<std::unique_ptr<Document>> parse(std::string_view page,
+                                                           const ParseLimits& limits = {});
 
 /// Reads markup as it would stand inside `context`, as a browser's innerHTML does. Gives detached nodes.
 [[nodiscard]] ParseResult<NodeList> parseFragment(std::string_view markup, const Element& context,

@@ -1,18 +1,25 @@
 #include "html/parsearena.h"
 
 #include <algorithm>
+#include <functional>
 
 namespace luma::html {
 
 namespace {
 
-constexpr std::size_t blockSize = std::size_t{256} << 10U;
+constexpr std::size_t chunkSize = std::size_t{256} << 10U;
 // The depth is measured at one node in so many.
 constexpr std::size_t measuredNodes = 16;
 // The sum of depths measured so stands for the parser's time: about ten seconds of it.
-constexpr std::size_t depthsLimit = std::size_t{200'000'000};
+constexpr std::size_t depthsLimit = 200'000'000;
 // In one tag, or in tags that make no node. The parser compares each with all before it.
 constexpr std::size_t attributesLimit = 8192;
+
+constexpr std::size_t aligned(std::size_t size)
+{
+    constexpr std::size_t alignment = alignof(std::max_align_t);
+    return (size + alignment - 1) / alignment * alignment;
+}
 
 } // namespace
 
@@ -20,46 +27,68 @@ void* ParseArena::allocate(std::size_t size)
 {
     if (size == m_sizes.attribute)
         watchAttribute();
-    void* const memory = carve(size);
-    if (size == m_sizes.node)
-        watchNode(memory);
-    return memory;
-}
-
-void* ParseArena::carve(std::size_t size)
-{
-    constexpr std::size_t alignment = alignof(std::max_align_t);
-    size = (size + alignment - 1) / alignment * alignment;
-    if (size > m_left) {
-        const std::size_t wanted = std::max(size, blockSize);
-        m_memory += wanted;
-        if (m_memory > m_memoryLimit)
-            stop(Excess::Memory);
-        m_blocks.emplace_back(new std::byte[wanted]);
-        m_free = m_blocks.back().get();
-        m_left = wanted;
+    if (size != m_sizes.node) {
+        refill(m_chunk, size);
+        return carve(m_chunk, size);
     }
-    std::byte* const memory = m_free;
-    m_free += size;
-    m_left -= size;
+    watchNode();
+    if (m_nodeChunk.left < aligned(size)) {
+        refill(m_nodeChunk, size);
+        const std::byte* const begin = m_nodeChunk.free;
+        m_nodeChunks.insert(std::upper_bound(m_nodeChunks.begin(), m_nodeChunks.end(), begin, std::less<>()),
+                            begin);
+    }
+    std::byte* const node = carve(m_nodeChunk, size);
+    std::fill_n(node, size, std::byte{0});
+    m_lastNode = node;
+    return node;
+}
+
+void ParseArena::refill(Chunk& chunk, std::size_t size)
+{
+    if (aligned(size) <= chunk.left)
+        return;
+    const std::size_t wanted = std::max(aligned(size), chunkSize);
+    m_memory += wanted;
+    if (m_memory > m_memoryLimit)
+        stop(Excess::Memory);
+    m_blocks.emplace_back(new std::byte[wanted]);
+    chunk = {m_blocks.back().get(), wanted};
+}
+
+std::byte* ParseArena::carve(Chunk& chunk, std::size_t size)
+{
+    std::byte* const memory = chunk.free;
+    chunk.free += aligned(size);
+    chunk.left -= aligned(size);
     return memory;
 }
 
-void ParseArena::watchNode(const void* node)
+bool ParseArena::isNode(const void* pointer) const
 {
-    // The node itself is still raw memory; the one before it has found its place.
+    const auto* at = static_cast<const std::byte*>(pointer);
+    auto chunk = std::upper_bound(m_nodeChunks.begin(), m_nodeChunks.end(), at, std::less<>());
+    if (!at || chunk == m_nodeChunks.begin())
+        return false;
+    const auto offset = static_cast<std::size_t>(at - *--chunk);
+    const std::size_t step = aligned(m_sizes.node);
+    return offset < chunkSize / step * step && offset % step == 0;
+}
+
+void ParseArena::watchNode()
+{
     m_attributes = 0;
-    if (++m_nodes % measuredNodes == 0) {
-        std::size_t depth = 0;
-        for (const void* above = m_lastNode; above; above = m_parentOf(above)) {
-            if (++depth > m_depthLimit)
-                stop(Excess::Depth);
-        }
-        m_depths += depth;
-        if (m_depths > depthsLimit)
+    if (++m_nodes % measuredNodes != 0)
+        return;
+    // The last node has found its place by now.
+    std::size_t depth = 0;
+    for (const void* above = m_lastNode; isNode(above); above = m_parentOf(above)) {
+        if (++depth > m_depthLimit)
             stop(Excess::Depth);
     }
-    m_lastNode = node;
+    m_depths += depth;
+    if (m_depths > depthsLimit)
+        stop(Excess::Depth);
 }
 
 void ParseArena::watchAttribute()

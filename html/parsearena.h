@@ -11,7 +11,8 @@ namespace luma::html {
 /// and attribute, so here a page is seen to nest too deeply or to multiply (unclosed formatting elements are
 /// opened again in every paragraph) while it happens, whatever tricks of mis-nesting led there. The parser
 /// has no way to stop, so the arena jumps out of it to `escape`; the parser is plain C and all it holds is in
-/// here.
+/// here. A node is known by its size alone, so now and then another block is taken for one: what it holds is
+/// followed only where it points to such a block again.
 class ParseArena final
 {
 public:
@@ -38,8 +39,17 @@ public:
     std::jmp_buf escape = {};
 
 private:
-    void* carve(std::size_t size);
-    void watchNode(const void* node);
+    /// Memory that is given out piece by piece.
+    struct Chunk
+    {
+        std::byte* free = nullptr;
+        std::size_t left = 0;
+    };
+
+    void refill(Chunk& chunk, std::size_t size);
+    static std::byte* carve(Chunk& chunk, std::size_t size);
+    bool isNode(const void* pointer) const;
+    void watchNode();
     void watchAttribute();
     [[noreturn]] void stop(Excess excess);
 
@@ -53,8 +63,10 @@ private:
     std::size_t m_attributes = 0;
     const void* m_lastNode = nullptr;
     std::vector<std::unique_ptr<std::byte[]>> m_blocks;
-    std::byte* m_free = nullptr;
-    std::size_t m_left = 0;
+    Chunk m_chunk;
+    // Nodes have chunks of their own; where those begin is kept in order of address.
+    Chunk m_nodeChunk;
+    std::vector<const std::byte*> m_nodeChunks;
     Excess m_excess = Excess::None;
 };
 

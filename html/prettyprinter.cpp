@@ -180,6 +180,9 @@ private:
 
 } // namespace
 
-std::string prettyPrint(const Document& document) { return Printer().print(document); }
+std::string prettyPrint(const Document& document)
+{
+    return Printer().print(document);
+}
 
 } // namespace luma::html

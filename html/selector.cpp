@@ -105,22 +105,24 @@ bool Selector::matches(const Element& element, const Compound& compound)
         return false;
     if (!compound.id.empty() && element.attr("id") != compound.id)
         return false;
-    return std::all_of(compound.attributes.begin(), compound.attributes.end(), [&](const AttributeTest& test) {
-        return std::any_of(
-            element.attributes().begin(), element.attributes().end(), [&test](const Attribute& attribute) {
-                if (!equalIgnoringCase(attribute.name, test.name))
-                    return false;
-                switch (test.kind) {
-                case AttributeTest::Kind::Equal:
-                    return equalIgnoringCase(attribute.value, test.value);
-                case AttributeTest::Kind::Prefix:
-                    return !test.value.empty() && startsWithIgnoringCase(attribute.value, test.value);
-                case AttributeTest::Kind::Present:
-                    break;
-                }
-                return true;
-            });
-    });
+    return std::all_of(
+        compound.attributes.begin(), compound.attributes.end(), [&](const AttributeTest& test) {
+            return std::any_of(element.attributes().begin(), element.attributes().end(),
+                               [&test](const Attribute& attribute) {
+                                   if (!equalIgnoringCase(attribute.name, test.name))
+                                       return false;
+                                   switch (test.kind) {
+                                   case AttributeTest::Kind::Equal:
+                                       return equalIgnoringCase(attribute.value, test.value);
+                                   case AttributeTest::Kind::Prefix:
+                                       return !test.value.empty() &&
+                                              startsWithIgnoringCase(attribute.value, test.value);
+                                   case AttributeTest::Kind::Present:
+                                       break;
+                                   }
+                                   return true;
+                               });
+        });
 }
 
 bool Selector::matches(const Element& element) const
@@ -129,7 +131,8 @@ bool Selector::matches(const Element& element) const
         return false;
     // With blanks alone between the steps, the nearest ancestor that fits is always as good as any.
     auto wanted = m_compounds.rbegin() + 1;
-    for (const Node* above = element.parent(); above && wanted != m_compounds.rend(); above = above->parent()) {
+    for (const Node* above = element.parent(); above && wanted != m_compounds.rend();
+         above = above->parent()) {
         if (const Element* ancestor = above->asElement(); ancestor && matches(*ancestor, *wanted))
             ++wanted;
     }

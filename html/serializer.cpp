@@ -15,7 +15,7 @@ enum class Escaping { Text, AttributeValue };
 /// Escapes as the standard says: "&" and no-break spaces everywhere, "<" and ">" in text, quotes in values.
 void writeEscaped(std::string_view text, Escaping escaping, std::string& markup)
 {
-    const std::string_view special = escaping == Escaping::Text ? "&<>\xC2" : "&\"\xC2";
+    const std::string_view special = escaping == Escaping::Text ? "&<>\r\xC2" : "&\"\r\xC2";
     std::size_t done = 0;
     for (std::size_t at = text.find_first_of(special); at != std::string_view::npos;
          at = text.find_first_of(special, at + 1)) {
@@ -33,6 +33,9 @@ void writeEscaped(std::string_view text, Escaping escaping, std::string& markup)
             break;
         case '"':
             escaped = "&quot;";
+            break;
+        case '\r':
+            escaped = "&#13;";
             break;
         default:
             // The lead byte of U+0080 to U+00BF, of which only the no-break space is meant.

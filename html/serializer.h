@@ -9,9 +9,9 @@ class Element;
 class Node;
 struct Attribute;
 
-/// Writing a tree as markup, after the HTML standard, 13.3 (serialising HTML fragments), with two additions
-/// that keep more: the doctype is written whole, and a line feed that the parser would drop after `pre`,
-/// `textarea` or `listing` is written twice. All append UTF-8 to `markup`.
+/// Writing a tree as markup, after the HTML standard, 13.3 (serialising HTML fragments), with what it takes
+/// to read the same again: the doctype is written whole, a line feed that the parser would drop after `pre`,
+/// `textarea` or `listing` is written twice, and a carriage return as a reference. All append UTF-8.
 
 /// The node and all below it.
 void serialize(const Node& node, std::string& markup);

@@ -5,11 +5,9 @@
 
 namespace luma::html {
 
-namespace {
-
-/// The length of the character at `bytes`, or 0 when none is there. The ranges are those of RFC 3629, 4.
 std::size_t characterLength(std::string_view bytes)
 {
+    // The ranges are those of RFC 3629, 4.
     const auto at = [&bytes](std::size_t i) {
         return i < bytes.size() ? static_cast<unsigned char>(bytes[i]) : 0U;
     };
@@ -32,8 +30,6 @@ std::size_t characterLength(std::string_view bytes)
     return 0;
 }
 
-} // namespace
-
 bool isUtf8(std::string_view bytes)
 {
     while (!bytes.empty()) {
@@ -52,6 +48,29 @@ bool isUtf8(std::string_view bytes)
         bytes.remove_prefix(length);
     }
     return true;
+}
+
+char32_t codePoint(std::string_view character)
+{
+    const auto at = [&character](std::size_t i) { return static_cast<unsigned char>(character[i]); };
+    constexpr unsigned char leadBits[] = {0, 0x7F, 0x1F, 0x0F, 0x07};
+    char32_t code = at(0) & leadBits[character.size()];
+    for (std::size_t i = 1; i < character.size(); ++i)
+        code = code << 6U | (at(i) & 0x3FU);
+    return code;
+}
+
+void appendCharacter(char32_t codePoint, std::string& text)
+{
+    const auto put = [&text](char32_t byte) { text += static_cast<char>(static_cast<unsigned char>(byte)); };
+    if (codePoint < 0x80) {
+        put(codePoint);
+        return;
+    }
+    const unsigned length = codePoint < 0x800 ? 2 : codePoint < 0x10000 ? 3 : 4;
+    put((0xF00U >> length & 0xFFU) | codePoint >> (6 * (length - 1)));
+    for (unsigned left = length - 1; left > 0; --left)
+        put(0x80U | (codePoint >> (6 * (left - 1)) & 0x3FU));
 }
 
 } // namespace luma::html
