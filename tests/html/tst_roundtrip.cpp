@@ -23,16 +23,25 @@ bool isNested(const Node& node, std::string_view name)
     return false;
 }
 
+/// An end tag for a `p` or `br` that is not open makes one, and the parser leaves it inside svg or math.
+bool isStray(const Element& element)
+{
+    const Element* parent = element.parent()->asElement();
+    return parent && parent->nameSpace() != NameSpace::Html && (element.is("p") || element.is("br")) &&
+           parent->tagName() != "foreignObject";
+}
+
 /// Trees that no markup gives (HTML standard, 13.3, warning): what `plaintext` swallows, a script that never
-/// left its comment, and formatting elements that foster parenting nested in themselves.
+/// left its comment, formatting elements that foster parenting nested in themselves, strays.
 bool hasNoMarkup(const Document& document)
 {
     for (const Node* node = &document; node; node = node->following(document)) {
         const Element* element = node->asElement();
         if (!element)
             continue;
-        if (element->is("plaintext") ||
-            ((element->is("a") || element->is("nobr")) && isNested(*element, element->tagName())))
+        const bool isLink = element->is("a") || element->is("nobr");
+        if (element->is("plaintext") || isStray(*element) ||
+            (isLink && isNested(*element, element->tagName())))
             return true;
         const std::string* script = element->firstChild() ? textOf(*element->firstChild()) : nullptr;
         if (element->is("script") && script && script->find("<!--") != std::string::npos)
@@ -80,7 +89,7 @@ private slots:
 
     void documentationPages_surviveWritingAndPrinting()
     {
-        const auto pages = test::documentationPages(500, 1'000'000);
+        const auto pages = test::documentationPages(200, 1'000'000);
         if (pages.empty())
             QSKIP("no documentation in HTML is installed");
         for (const test::Page& page : pages)
