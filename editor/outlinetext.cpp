@@ -1,0 +1,22 @@
+#include "editor/outlinetext.h"
+
+#include "html/element.h"
+#include "html/serializer.h"
+
+namespace luma {
+
+QString outlineText(const html::Element& element)
+{
+    std::string text = "<" + element.tagName();
+    const char* separator = " ";
+    for (const html::Attribute& attribute : element.attributes()) {
+        text += separator + html::markup(attribute);
+        separator = ", ";
+    }
+    text += '>';
+    if (const std::string own = element.ownText(); !own.empty())
+        text += " " + own;
+    return QString::fromStdString(text);
+}
+
+} // namespace luma

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+namespace luma::html {
+class Element;
+}
+
+namespace luma {
+
+/// An element's row in the outline: its tag with all attributes, and its own text.
+QString outlineText(const html::Element& element);
+
+} // namespace luma

@@ -1,0 +1,106 @@
+#include "html/cssselector.h"
+
+#include "html/ascii.h"
+#include "html/element.h"
+
+#include <vector>
+
+namespace luma::html {
+
+namespace {
+
+bool isInTemplate(const Element& element)
+{
+    for (const Node* above = element.parent(); above; above = above->parent()) {
+        if (const Element* ancestor = above->asElement(); ancestor && ancestor->is("template"))
+            return true;
+    }
+    return false;
+}
+
+/// Whether no other element has the id. Browsers ignore its letter case on pages without a proper doctype.
+bool hasUniqueId(const Element& element)
+{
+    const std::string_view id = element.attr("id");
+    if (id.empty())
+        return false;
+    const Node& root = element.root();
+    for (const Node* node = &root; node; node = node->following(root)) {
+        const Element* other = node->asElement();
+        if (other && other != &element && equalIgnoringCase(other->attr("id"), id))
+            return false;
+    }
+    return true;
+}
+
+/// The classes help a reader; the position makes the step unique among its siblings.
+std::string step(const Element& element)
+{
+    std::string result = escapedIdentifier(element.tagName());
+    for (const std::string_view name : words(element.attr("class")))
+        result += "." + escapedIdentifier(name);
+    std::size_t position = 1;
+    bool isAlone = true;
+    if (const ParentNode* parent = element.parent()) {
+        std::size_t count = 0;
+        for (const Element* child = parent->firstElement(); child; child = child->nextElement()) {
+            ++count;
+            if (child == &element)
+                position = count;
+            else if (equalIgnoringCase(child->tagName(), element.tagName()))
+                isAlone = false;
+        }
+    }
+    return isAlone ? result : result + ":nth-child(" + std::to_string(position) + ")";
+}
+
+} // namespace
+
+std::string cssSelector(const Element& element)
+{
+    if (isInTemplate(element))
+        return {};
+    std::vector<std::string> steps;
+    for (const Node* node = &element; node; node = node->parent()) {
+        const Element* at = node->asElement();
+        if (!at)
+            break;
+        if (hasUniqueId(*at)) {
+            steps.push_back("#" + escapedIdentifier(at->attr("id")));
+            break;
+        }
+        steps.push_back(at->parent() && at->parent()->kind() == Node::Kind::Document ? ":root" : step(*at));
+    }
+    std::string result;
+    for (auto it = steps.rbegin(); it != steps.rend(); ++it)
+        result += (result.empty() ? "" : " > ") + *it;
+    return result;
+}
+
+std::string escapedIdentifier(std::string_view text)
+{
+    constexpr std::string_view hexDigits = "0123456789abcdef";
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        const auto code = static_cast<unsigned char>(c);
+        const bool isDigit = c >= '0' && c <= '9';
+        const bool isFirst = i == 0 || (i == 1 && text[0] == '-');
+        if (code < 0x20 || code == 0x7F || (isDigit && isFirst)) {
+            result += '\\';
+            if (code >= 0x10)
+                result += hexDigits[code >> 4U];
+            result += hexDigits[code & 0xFU];
+            result += ' ';
+            continue;
+        }
+        const bool isPlain =
+            code >= 0x80 || isDigit || c == '_' || c == '-' || (lowered(c) >= 'a' && lowered(c) <= 'z');
+        if (!isPlain || (c == '-' && text.size() == 1))
+            result += '\\';
+        result += c;
+    }
+    return result;
+}
+
+} // namespace luma::html

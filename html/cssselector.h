@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace luma::html {
+
+class Element;
+
+/// See `Element::cssSelector`.
+std::string cssSelector(const Element& element);
+
+/// The text as a CSS identifier, escaped where it must be (CSSOM, 2.1, serialise an identifier).
+std::string escapedIdentifier(std::string_view text);
+
+} // namespace luma::html

@@ -1,0 +1,55 @@
+#include "html/document.h"
+
+#include "html/characterdata.h"
+#include "html/element.h"
+
+namespace luma::html {
+
+Element* Document::part(std::string_view name) const
+{
+    const Element* html = documentElement();
+    Element* child = html ? html->firstElement() : nullptr;
+    while (child && !child->is(name))
+        child = child->nextElement();
+    return child;
+}
+
+Element* Document::titleElement() const
+{
+    // The first one in document order, as a browser takes it; an svg has titles of its own.
+    for (Node* node = following(*this); node; node = node->following(*this)) {
+        if (Element* element = node->asElement(); element && element->is("title"))
+            return element;
+    }
+    return nullptr;
+}
+
+std::string Document::title() const
+{
+    const Element* element = titleElement();
+    return element ? element->text() : std::string();
+}
+
+void Document::setTitle(std::string_view title)
+{
+    Element* element = titleElement();
+    if (!element) {
+        Element* parent = head();
+        if (!parent)
+            return;
+        element = parent->append(std::make_unique<Element>("title")).asElement();
+    }
+    NodeList text;
+    if (!title.empty())
+        text.push_back(CharacterData::text(title));
+    element->swapChildren(text);
+}
+
+NodePtr Document::shallowCopy() const
+{
+    auto copied = std::make_unique<Document>();
+    copied->setByteOrderMark(m_hasByteOrderMark);
+    return copied;
+}
+
+} // namespace luma::html

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "html/parentnode.h"
+
+#include <string>
+#include <string_view>
+
+namespace luma::html {
+
+/// The root of a page's tree. Its children are the doctype, comments and one element, `html`.
+class Document final : public ParentNode
+{
+public:
+    Document() : ParentNode(Kind::Document) {}
+
+    /// The `html` element and its two parts; null when the page has none (a page of frames has no body).
+    Element* documentElement() const { return firstElement(); }
+    Element* head() const { return part("head"); }
+    Element* body() const { return part("body"); }
+
+    /// The text of the page's title, white space trimmed and simplified; empty without a title.
+    std::string title() const;
+    /// Replaces the text of the title; a page without one gets it, as the last child of `head`.
+    void setTitle(std::string_view title);
+
+    /// Whether the page began with a byte-order mark; its serialisation begins with one again.
+    bool hasByteOrderMark() const { return m_hasByteOrderMark; }
+    void setByteOrderMark(bool has) { m_hasByteOrderMark = has; }
+
+    NodePtr shallowCopy() const override;
+
+private:
+    Element* part(std::string_view name) const;
+    Element* titleElement() const;
+
+    bool m_hasByteOrderMark = false;
+};
+
+} // namespace luma::html

@@ -1,0 +1,159 @@
+#include "html/characterdata.h"
+#include "html/doctype.h"
+#include "html/element.h"
+#include "html/serializer.h"
+
+#include <cassert>
+
+namespace luma::html {
+
+Element* Node::asElement()
+{
+    return m_kind == Kind::Element ? static_cast<Element*>(this) : nullptr;
+}
+
+const Element* Node::asElement() const
+{
+    return m_kind == Kind::Element ? static_cast<const Element*>(this) : nullptr;
+}
+
+ParentNode* Node::asParent()
+{
+    return m_kind == Kind::Element || m_kind == Kind::Document ? static_cast<ParentNode*>(this) : nullptr;
+}
+
+const ParentNode* Node::asParent() const
+{
+    return const_cast<Node*>(this)->asParent();
+}
+
+Element* Node::nextElement() const
+{
+    Node* node = m_next;
+    while (node && node->m_kind != Kind::Element)
+        node = node->m_next;
+    return static_cast<Element*>(node);
+}
+
+const Node& Node::root() const
+{
+    const Node* node = this;
+    while (node->m_parent)
+        node = node->m_parent;
+    return *node;
+}
+
+Node* Node::following(const Node& top) const
+{
+    if (const ParentNode* parent = asParent(); parent && parent->firstChild())
+        return parent->firstChild();
+    for (const Node* node = this; node && node != &top; node = node->m_parent) {
+        if (node->m_next)
+            return node->m_next;
+    }
+    return nullptr;
+}
+
+bool Node::isInside(const Node& other) const
+{
+    const Node* node = this;
+    while (node && node != &other)
+        node = node->m_parent;
+    return node;
+}
+
+NodePtr Node::detach()
+{
+    assert(m_parent);
+    return m_parent->release(*this);
+}
+
+Node& Node::before(NodePtr node)
+{
+    assert(m_parent);
+    return m_parent->insert(std::move(node), this);
+}
+
+Node& Node::after(NodePtr node)
+{
+    assert(m_parent);
+    return m_parent->insert(std::move(node), m_next);
+}
+
+NodePtr Node::copy() const
+{
+    NodePtr result = shallowCopy();
+    Node* copied = result.get();
+    const Node* node = this;
+    for (;;) {
+        if (const ParentNode* parent = node->asParent(); parent && parent->firstChild()) {
+            node = parent->firstChild();
+            copied = &copied->asParent()->append(node->shallowCopy());
+            continue;
+        }
+        while (node != this && !node->next()) {
+            node = node->parent();
+            copied = copied->parent();
+        }
+        if (node == this)
+            return result;
+        node = node->next();
+        copied = &copied->parent()->append(node->shallowCopy());
+    }
+}
+
+std::string Node::outerHtml() const
+{
+    std::string markup;
+    serialize(*this, markup);
+    return markup;
+}
+
+namespace {
+
+bool sameNode(const Node& a, const Node& b)
+{
+    if (a.kind() != b.kind())
+        return false;
+    switch (a.kind()) {
+    case Node::Kind::Document:
+        return true;
+    case Node::Kind::Doctype: {
+        const auto& one = static_cast<const Doctype&>(a);
+        const auto& other = static_cast<const Doctype&>(b);
+        return one.name() == other.name() && one.publicId() == other.publicId() &&
+               one.systemId() == other.systemId();
+    }
+    case Node::Kind::Element: {
+        const Element& one = *a.asElement();
+        const Element& other = *b.asElement();
+        return one.tagName() == other.tagName() && one.nameSpace() == other.nameSpace() &&
+               one.attributes() == other.attributes();
+    }
+    case Node::Kind::Text:
+    case Node::Kind::Comment:
+        return static_cast<const CharacterData&>(a).data() == static_cast<const CharacterData&>(b).data();
+    }
+    return false;
+}
+
+} // namespace
+
+bool sameTree(const Node& a, const Node& b)
+{
+    const Node* one = &a;
+    const Node* other = &b;
+    while (one && other) {
+        const bool leaf = !one->asParent() || !one->asParent()->firstChild();
+        const bool otherLeaf = !other->asParent() || !other->asParent()->firstChild();
+        const bool last = one == &a || !one->next();
+        const bool otherLast = other == &b || !other->next();
+        if (!sameNode(*one, *other) || leaf != otherLeaf || last != otherLast)
+            return false;
+        one = one->following(a);
+        other = other->following(b);
+    }
+    return !one && !other;
+}
+
+} // namespace luma::html

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace luma::html {
+
+class Element;
+class Node;
+class ParentNode;
+
+using NodePtr = std::unique_ptr<Node>;
+using NodeList = std::vector<NodePtr>;
+
+/// A place between two nodes: inside `parent`, before `next` (at the end when that is null). Held by an undo
+/// command, it stays right as long as the edits made since are undone first.
+struct Position
+{
+    ParentNode* parent = nullptr;
+    Node* next = nullptr;
+};
+
+/// One node of a page's tree. A node in the tree is owned by its parent, a detached one by the NodePtr that
+/// `detach` gave; its address is its identity and stays the same through moves, so an undo command holds
+/// either the plain pointer or the NodePtr. Nothing here recurses, however deep the tree. A tree belongs to
+/// one thread at a time. Const promises only that this node stays: its neighbours are given as they are.
+class Node
+{
+public:
+    enum class Kind { Document, Doctype, Element, Text, Comment };
+
+    Node(const Node&) = delete;
+    Node& operator=(const Node&) = delete;
+    virtual ~Node() = default;
+
+    Kind kind() const { return m_kind; }
+    /// This node as an element, or null.
+    Element* asElement();
+    const Element* asElement() const;
+    /// This node as one that can have children (document or element), or null.
+    ParentNode* asParent();
+    const ParentNode* asParent() const;
+
+    /// Neighbours; null at the ends, and for a detached node.
+    ParentNode* parent() const { return m_parent; }
+    Node* previous() const { return m_previous; }
+    Node* next() const { return m_next; }
+    /// The nearest element after this node among its siblings, or null.
+    Element* nextElement() const;
+    /// The topmost node above (the document, for a node of a page), or the node itself.
+    const Node& root() const;
+    /// The node after this one in document order within the tree under `top`, or null at its end.
+    Node* following(const Node& top) const;
+    /// True when `other` is this node or above it.
+    bool isInside(const Node& other) const;
+
+    /// Where the node stands, for `ParentNode::insert` to put it back.
+    Position position() const { return {m_parent, m_next}; }
+    /// Takes the node with all below it out of the tree. It must have a parent.
+    NodePtr detach();
+    /// Takes the node out of the tree and destroys it with all below it.
+    void remove() { detach(); }
+    /// Puts a detached node right before or after this one, which must have a parent. To move a node of the
+    /// tree, detach it first. Gives the inserted node.
+    Node& before(NodePtr node);
+    Node& after(NodePtr node);
+
+    /// A detached copy of the node and all below it.
+    NodePtr copy() const;
+    /// A detached copy of this node alone.
+    virtual NodePtr shallowCopy() const = 0;
+    /// The node and all below it as markup, as the HTML standard serialises it (UTF-8).
+    std::string outerHtml() const;
+
+protected:
+    explicit Node(Kind kind) : m_kind(kind) {}
+
+private:
+    friend class ParentNode;
+
+    ParentNode* m_parent = nullptr;
+    Node* m_previous = nullptr;
+    Node* m_next = nullptr;
+    Kind m_kind;
+};
+
+/// Whether the two trees are the same: kinds, names, name spaces, attributes in their order, text.
+bool sameTree(const Node& a, const Node& b);
+
+} // namespace luma::html

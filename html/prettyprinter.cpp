@@ -1,0 +1,188 @@
+#include "html/prettyprinter.h"
+
+#include "html/ascii.h"
+#include "html/characterdata.h"
+#include "html/document.h"
+#include "html/element.h"
+#include "html/serializer.h"
+#include "html/tagtraits.h"
+
+#include <vector>
+
+namespace luma::html {
+
+namespace {
+
+bool isBlankText(const Node& node)
+{
+    const std::string* text = textOf(node);
+    return text && isBlank(*text);
+}
+
+/// html, head and body: the parser itself moves white space about at their edges.
+bool isFrame(const ParentNode& parent)
+{
+    const Element* element = parent.asElement();
+    return !element || element->is("html") || element->is("head") || element->is("body") ||
+           element->is("frameset");
+}
+
+bool isOnOwnLine(const Node& node)
+{
+    const Element* element = node.asElement();
+    if (node.parent() && isFrame(*node.parent()) &&
+        !(node.parent()->asElement() && node.parent()->asElement()->is("body")))
+        return node.kind() != Node::Kind::Text;
+    return element && isBlock(*element);
+}
+
+bool setsWhiteSpace(const Element& element)
+{
+    return lowered(element.attr("style")).find("white-space") != std::string::npos;
+}
+
+/// Whether the element's children are set on lines of their own; else it is written as it is.
+bool isBroken(const Element& element)
+{
+    if (element.is("pre") || element.is("listing") || hasRawText(element) || setsWhiteSpace(element))
+        return false;
+    if (isFrame(element))
+        return true;
+    for (const Node* child = element.firstChild(); child; child = child->next()) {
+        if (isOnOwnLine(*child))
+            return true;
+    }
+    return false;
+}
+
+/// Walks the blocks of a page; everything between two of them is a run, written as it is but for its ends.
+class Printer final
+{
+public:
+    std::string print(const Document& document)
+    {
+        if (document.hasByteOrderMark())
+            m_markup = "\xEF\xBB\xBF";
+        m_start = m_markup.size();
+        m_levels.push_back({&document, document.firstChild()});
+        while (!m_levels.empty())
+            step();
+        m_markup += '\n';
+        return std::move(m_markup);
+    }
+
+private:
+    struct Level
+    {
+        const ParentNode* parent;
+        const Node* next;
+    };
+
+    void step()
+    {
+        Level& level = m_levels.back();
+        const Node* const node = level.next;
+        if (!node) {
+            close();
+        } else if (isOnOwnLine(*node)) {
+            level.next = node->next();
+            newLine(depth());
+            open(*node);
+        } else {
+            level.next = writeRun(*level.parent, *node);
+        }
+    }
+
+    void open(const Node& node)
+    {
+        const Element* element = node.asElement();
+        if (!element || !isBroken(*element)) {
+            serialize(node, m_markup);
+            return;
+        }
+        writeStartTag(*element, m_markup);
+        m_levels.push_back({element, element->firstChild()});
+        m_touching = !isFrame(*element);
+    }
+
+    void close()
+    {
+        const Element* element = m_levels.back().parent->asElement();
+        m_levels.pop_back();
+        if (!element)
+            return;
+        if (!m_touching)
+            newLine(depth());
+        writeEndTag(*element, m_markup);
+        m_touching = false;
+    }
+
+    /// Writes what stands between blocks from `first` on; gives the block that ends it, or null.
+    const Node* writeRun(const ParentNode& parent, const Node& first)
+    {
+        std::vector<const Node*> run;
+        const Node* end = &first;
+        bool isShown = false;
+        for (; end && !isOnOwnLine(*end); end = end->next()) {
+            run.push_back(end);
+            isShown = isShown || !(isInvisible(*end) || isBlankText(*end));
+        }
+        if (isShown)
+            writeShown(run, isFrame(parent) || &first != parent.firstChild(), end || isFrame(parent));
+        else
+            writeUnseen(run);
+        return end;
+    }
+
+    /// A run without anything to see: each of its members gets its line.
+    void writeUnseen(const std::vector<const Node*>& run)
+    {
+        m_touching = false;
+        for (const Node* node : run) {
+            if (isBlankText(*node))
+                continue;
+            newLine(depth());
+            serialize(*node, m_markup);
+        }
+    }
+
+    /// A run of text and elements in it. White space at its ends becomes a line break; where there is none,
+    /// a break is added only towards a block.
+    void writeShown(const std::vector<const Node*>& run, bool breakBefore, bool breakAfter)
+    {
+        std::string markup;
+        for (const Node* node : run)
+            serialize(*node, markup);
+        const std::size_t begin = markup.find_first_not_of(whiteSpace);
+        const std::size_t end = markup.find_last_not_of(whiteSpace) + 1;
+        if (breakBefore || begin > 0)
+            newLine(depth());
+        m_markup.append(markup, begin, end - begin);
+        m_touching = !breakAfter && end == markup.size();
+    }
+
+    std::size_t depth() const { return m_levels.size() < 2 ? 0 : m_levels.size() - 1; }
+
+    void newLine(std::size_t indentation)
+    {
+        if (m_markup.size() > m_start)
+            m_markup += '\n';
+        m_markup.append(indentation, ' ');
+        m_touching = false;
+    }
+
+    std::string m_markup;
+    std::size_t m_start = 0;
+    std::vector<Level> m_levels;
+    // Whether an end tag would follow at once upon what it must touch.
+    bool m_touching = false;
+};
+
+} // namespace
+
+std::string prettyPrint(const Document& document)
+{
+    return Printer().print(document);
+}
+
+} // namespace luma::html

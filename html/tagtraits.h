@@ -1,0 +1,21 @@
+#pragma once
+
+namespace luma::html {
+
+class Element;
+class Node;
+
+/// What the HTML standard says of elements by their names, as the serialiser and the printer need it.
+
+/// Written without an end tag: br, img, meta ... (HTML standard, 13.3).
+bool isVoid(const Element& element);
+/// Its text is written as it stands: script, style ... (HTML standard, 13.3; scripting off, so not noscript).
+bool hasRawText(const Element& element);
+/// The parser drops a line feed right after its start tag: pre, textarea, listing.
+bool swallowsFirstLineFeed(const Element& element);
+/// Begins and ends a line in a browser's own style sheet (HTML standard, 15.3), tables' parts included.
+bool isBlock(const Element& element);
+/// Never shown, so white space around it in a place without text makes no difference.
+bool isInvisible(const Node& node);
+
+} // namespace luma::html

@@ -1,0 +1,70 @@
+#include "tests/html/pages.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace fs = std::filesystem;
+
+namespace luma::test {
+
+std::vector<Page> ownPages()
+{
+    return {
+        {"empty", ""},
+        {"article",
+         "<!-- first -->\n<!DOCTYPE html PUBLIC \"-//W3C//DTD HTML 4.01//EN\" "
+         "\"http://www.w3.org/TR/html4/strict.dtd\">\n<!-- second -->\n<html lang=de><head>\n<meta "
+         "charset=utf-8>"
+         "<title>Ein &amp; zwei</title>\n<style>p > a { color: red }</style></head>\n<body class='a b'>\n"
+         "<h1>Title <small>small</small></h1><p>One <b>two</b><i>three</i> &lt;four&gt;\n  five</p><hr>"
+         "<ul><li>a<li>b <ul><li>c</ul></ul>text<div><p>x</p>y</div>\n</body></html>\n<!-- last -->\n"},
+        {"verbatim",
+         "<!doctype html><body><div><pre>\n\n  a\n  <b>b</b>\n</pre><textarea>\n\n x </textarea> "
+         "<p style='white-space: pre-wrap'>  a\n   b  </p></div><script>if (a < b && c > d) '<p>';</script>"
+         "<noscript><p>no <i>script</i></p></noscript><xmp><b>raw</b></xmp>"},
+        {"tables",
+         "<!doctype html><table border><caption>c</caption><colgroup><col><col></colgroup><tr><td>1<td>2 "
+         "<tr><th>3<td><table><tr><td>in</table></table>after<br>end<img src=a.png alt='\"x\"'>"},
+        {"foreign",
+         "<!doctype html><svg viewBox='0 0 1 1' xlink:href=#a><foreignObject><p>in</p></foreignObject>"
+         "<linearGradient id=g /><title>t</title><![CDATA[a<b]]></svg><math><mi definitionurl=x>a</mi></math>"
+         "<template><tr><td>cell</td></tr><p>p</p></template><o:p>odd</o:p><my-part a.b=1 @c=2>x</my-part>"},
+        {"characters", "<!doctype html><p title='a&#13;b\xC2\x81\xEF\xBF\xBE'>a\xC2\x85"
+                       "b \x01 c&nbsp;d\xC2\xA0"
+                       "e &amp;lt; &#0; "
+                       "\xF0\x9F\x98\x80 \xEF\xB7\x90 &#99999999999; &notit; &#x80;</p>"},
+        {"inline",
+         "<!doctype html><body>lead<!-- c --> <div>a<p>b</p> c<span> d</span><!-- e --><p>f</p> "
+         "<b>g</b></div>\n\n"
+         "<script>1</script><style>q</style> <a href=x>y</a><script>2</script>z <a><div>in</div></a>"},
+        {"frames", "<!doctype html><html><head><title>f</title></head><frameset cols='1,2'> <frame src=a>\n"
+                   "<frame src=b> <noframes><p>none</p></noframes></frameset></html>"},
+    };
+}
+
+std::vector<Page> documentationPages(std::size_t count, std::size_t maximumSize)
+{
+    std::vector<fs::path> files;
+    std::error_code error;
+    const auto options = fs::directory_options::skip_permission_denied;
+    for (const auto& entry : fs::recursive_directory_iterator("/usr/share/doc", options, error)) {
+        if (entry.path().extension() == ".html" && entry.is_regular_file(error) &&
+            entry.file_size(error) <= maximumSize)
+            files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    std::vector<Page> pages;
+    const std::size_t wanted = std::min(count, files.size());
+    for (std::size_t i = 0; i < wanted; ++i) {
+        const fs::path& file = files[i * files.size() / wanted];
+        std::ifstream stream(file, std::ios::binary);
+        std::stringstream bytes;
+        bytes << stream.rdbuf();
+        pages.push_back({file.string(), bytes.str()});
+    }
+    return pages;
+}
+
+} // namespace luma::test
