@@ -218,7 +218,7 @@ int ChildProcess::timeoutFor(Awaited awaited) const
 // One read at a time, so that an endless stream cannot keep us from the other events.
 void ChildProcess::readCollected(std::size_t atMost)
 {
-    std::array<char, 65536> buffer = {};
+    std::array<char, 65536> buffer;
     const ssize_t count = ::read(m_output.get(), buffer.data(), std::min(atMost, buffer.size()));
     if (count > 0)
         m_collected.append(buffer.data(), static_cast<std::size_t>(count));
@@ -303,7 +303,7 @@ bool ChildProcess::waitForEndOfOutput()
             break;
     }
     leave();
-    return m_ending == Ending::NotAsked;
+    return !m_output.isOpen() && m_ending == Ending::NotAsked;
 }
 
 std::optional<int> ChildProcess::waitForExit()

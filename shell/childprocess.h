@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace luma {
@@ -47,8 +48,8 @@ public:
     /// a termination came first.
     std::optional<int> waitForExit();
 
-    /// What the child has written so far.
-    [[nodiscard]] const std::string& collected() const { return m_collected; }
+    /// What the child has written, handed over.
+    [[nodiscard]] std::string takeCollected() { return std::exchange(m_collected, {}); }
 
 private:
     class Descriptor final

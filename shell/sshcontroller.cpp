@@ -79,14 +79,14 @@ std::string SSHController::unixShellWithResultAndArguments(const std::vector<std
         return {};
     ChildProcess child(
         {command.front(), {command.begin() + 1, command.end()}, {}, Collected::StandardOutput, {}});
-    return child.waitForExit() == 0 ? child.collected() : std::string();
+    return child.waitForExit() == 0 ? child.takeCollected() : std::string();
 }
 
 std::string SSHController::runExpectScript(std::string_view script, const std::vector<std::string>& arguments)
 {
     const std::string input = argumentLine(arguments) + std::string(script);
     ChildProcess child({expectProgram, {"-f", "-"}, {}, Collected::StandardError, input});
-    return child.waitForExit() == 0 ? child.collected() : errorInConnection;
+    return child.waitForExit() == 0 ? child.takeCollected() : errorInConnection;
 }
 
 std::string SSHController::checkConnectionOK(const std::string& login, const std::string& port)

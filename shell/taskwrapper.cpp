@@ -34,7 +34,7 @@ std::optional<std::string> TaskWrapper::run()
         ChildCommand{shell, arguments, m_workingFolder, Collected::StandardOutput, std::string_view()});
     if (!m_task->waitForEndOfOutput())
         return std::nullopt;
-    std::string output = m_task->collected();
+    std::string output = m_task->takeCollected();
     if (output.empty() || !QUtf8StringView(output).isValidUtf8())
         return std::nullopt;
     removeLastCharacter(output);

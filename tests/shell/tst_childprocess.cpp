@@ -138,7 +138,7 @@ private slots:
         ChildProcess child(
             {"/bin/sh", {"-c", "exec <&-; sleep 0.2; echo a"}, {}, Collected::StandardOutput, input});
         QCOMPARE(child.waitForExit().value_or(-1), 0);
-        QCOMPARE(child.collected(), std::string("a\n"));
+        QCOMPARE(child.takeCollected(), std::string("a\n"));
         sigset_t pending = {};
         sigpending(&pending);
         QCOMPARE(sigismember(&pending, SIGPIPE), 0);
