@@ -152,4 +152,14 @@ std::vector<ValueBoundary> valueBoundaries(std::string_view raw)
     return boundaries;
 }
 
+std::vector<std::string> namedReferencesFor(std::string_view characters)
+{
+    std::vector<std::string> names;
+    for (const NamedReference& reference : namedReferences) {
+        if (reference.text.find_first_of(characters) != std::string_view::npos)
+            names.emplace_back(reference.name);
+    }
+    return names;
+}
+
 } // namespace luma

@@ -27,4 +27,8 @@ struct ValueBoundary
 /// Every such place in `raw`, from its begin to its end.
 std::vector<ValueBoundary> valueBoundaries(std::string_view raw);
 
+/// The names (with their semicolon where they need it) of the references whose text shares a byte with
+/// `characters`.
+std::vector<std::string> namedReferencesFor(std::string_view characters);
+
 } // namespace luma
