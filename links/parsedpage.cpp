@@ -89,7 +89,11 @@ std::string writtenValue(const PageLink& link, std::string_view raw, std::string
     if (quotes == link.quotes)
         return written;
     const char quote = quotes == Quotes::Double ? '"' : '\'';
-    return (link.quotes == Quotes::NoValue ? "=" : "") + (quote + written) + quote;
+    std::string quoted(link.quotes == Quotes::NoValue ? "=" : "");
+    quoted += quote;
+    quoted += written;
+    quoted += quote;
+    return quoted;
 }
 
 } // namespace
@@ -130,19 +134,22 @@ std::vector<std::string_view> styleContents(std::string_view source)
     std::vector<std::string_view> contents;
     HtmlScanner scanner(source);
     HtmlToken token;
-    std::optional<std::size_t> begin;
+    bool open = false;
+    std::size_t begin = 0;
     const auto close = [&](std::size_t end) {
-        if (begin)
-            contents.push_back(source.substr(*begin, end - *begin));
-        begin.reset();
+        if (open)
+            contents.push_back(source.substr(begin, end - begin));
+        open = false;
     };
     while (scanner.next(token)) {
         if (token.name.size() != 5 || !equalIgnoringAsciiCase(token.name, "style"))
             continue;
-        if (token.kind == HtmlTokenKind::EndTag)
+        if (token.kind == HtmlTokenKind::EndTag) {
             close(token.begin);
-        else if (token.kind == HtmlTokenKind::StartTag && !begin)
+        } else if (token.kind == HtmlTokenKind::StartTag && !open) {
+            open = true;
             begin = token.end;
+        }
     }
     close(token.begin);
     return contents;

@@ -97,7 +97,7 @@ std::u32string caseFoldedCodePoints(std::string_view text)
         const int length = static_cast<unsigned char>(*p) < 0x80 ? 1 : sequenceLength(p, end);
         if (length == 0)
             return folded;
-        folded += static_cast<char32_t>(QChar::toCaseFolded(static_cast<char32_t>(decode(p, length))));
+        folded += static_cast<char32_t>(QChar::toCaseFolded(decode(p, length)));
         p += length;
     }
     return folded;
@@ -106,14 +106,21 @@ std::u32string caseFoldedCodePoints(std::string_view text)
 std::string caseFolded(std::string_view text)
 {
     std::string folded(text);
-    const char* const firstOther = skipAscii(text.data(), text.data() + text.size());
-    if (firstOther == text.data() + text.size() || !isValidUtf8(text)) {
+    const char* p = text.data();
+    const char* const end = p + text.size();
+    if (skipAscii(p, end) == end) {
         std::transform(folded.begin(), folded.end(), folded.begin(), asciiLower);
         return folded;
     }
     folded.clear();
-    for (const char32_t codePoint : caseFoldedCodePoints(text))
-        appendUtf8(folded, codePoint);
+    while (p < end) {
+        const int length = static_cast<unsigned char>(*p) < 0x80 ? 1 : sequenceLength(p, end);
+        if (length == 0)
+            folded += *p++;
+        else
+            appendUtf8(folded, static_cast<char32_t>(QChar::toCaseFolded(decode(p, length))));
+        p += length;
+    }
     return folded;
 }
 

@@ -15,7 +15,7 @@ void appendUtf8(std::string& text, char32_t codePoint);
 /// (Unicode simple case folding).
 std::u32string caseFoldedCodePoints(std::string_view text);
 
-/// The same as UTF-8. Bytes that are not UTF-8 come back with only their ASCII letters folded.
+/// The same as UTF-8; bytes that are none come back as they are.
 std::string caseFolded(std::string_view text);
 
 /// ASCII letters in lower case, every other byte as it is.
