@@ -5,6 +5,7 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <climits>
@@ -211,7 +212,7 @@ bool itemExists(const fs::path& path)
     return ::lstat(path.c_str(), &status) == 0;
 }
 
-Result<std::string> readFile(const fs::path& path)
+Result<std::string_view> FileReader::read(const std::string& path)
 {
     // O_NONBLOCK: opening a FIFO must not wait for a writer.
     const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
@@ -222,22 +223,36 @@ Result<std::string> readFile(const fs::path& path)
         return systemError(path, errno);
     if (!S_ISREG(status.st_mode))
         return systemError(path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
-    std::string bytes(static_cast<std::size_t>(status.st_size), '\0');
     std::size_t size = 0;
+    // One byte more than it should hold shows its end without a second look.
+    std::size_t wanted = static_cast<std::size_t>(status.st_size) + 1;
     for (;;) {
-        if (size == bytes.size())
-            bytes.resize(size + 4096);
-        const ssize_t got = ::read(file.get(), bytes.data() + size, bytes.size() - size);
+        if (wanted > m_capacity) {
+            auto larger = std::make_unique_for_overwrite<char[]>(wanted);
+            std::copy_n(m_buffer.get(), size, larger.get());
+            m_buffer = std::move(larger);
+            m_capacity = wanted;
+        }
+        const ssize_t got = ::read(file.get(), m_buffer.get() + size, m_capacity - size);
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0)
             return systemError(path, errno);
-        if (got == 0)
-            break;
         size += static_cast<std::size_t>(got);
+        if (got == 0 || size == static_cast<std::size_t>(status.st_size))
+            return std::string_view(m_buffer.get(), size);
+        if (size == m_capacity)
+            wanted = m_capacity * 2;
     }
-    bytes.resize(size);
-    return bytes;
+}
+
+Result<std::string> readFile(const fs::path& path)
+{
+    FileReader reader;
+    auto bytes = reader.read(path.native());
+    if (!bytes)
+        return bytes.error();
+    return std::string(*bytes);
 }
 
 Result<void> writeFile(const fs::path& path, std::string_view bytes, unsigned newMode)

@@ -1,0 +1,77 @@
+#pragma once
+
+#include "app/lumactlcommands.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace luma {
+
+/// A command's arguments taken apart: options anywhere before "--", the rest in order.
+class CommandArguments final
+{
+public:
+    /// `flags` stand alone, `options` take the next argument as their value or have it after "=".
+    CommandArguments(const std::vector<std::string>& arguments, std::vector<std::string_view> flags,
+                std::vector<std::string_view> options);
+
+    /// Why the arguments are unusable; empty when they are not.
+    [[nodiscard]] const std::string& error() const { return m_error; }
+    [[nodiscard]] const std::vector<std::string>& operands() const { return m_operands; }
+    [[nodiscard]] bool has(std::string_view name) const;
+    [[nodiscard]] std::string value(std::string_view name) const;
+
+private:
+    struct Given
+    {
+        std::string name;
+        std::string value;
+    };
+
+    std::vector<Given> m_given;
+    std::vector<std::string> m_operands;
+    std::string m_error;
+};
+
+/// Writes "lumactl: text" to standard error. The answer is ExitCode::Unusable.
+ExitCode unusable(std::string_view text);
+void complain(std::string_view text);
+
+/// Unusable because of how the command was called: says so and shows its usage.
+ExitCode wrongUsage(const LumactlCommand& command, std::string_view text);
+
+/// `path` as an absolute path without "." and "..", symbolic links as they are.
+std::filesystem::path absolutePath(const std::filesystem::path& path);
+
+/// The site's folder as an absolute path; nothing, with a complaint, when it is no folder.
+std::optional<std::filesystem::path> siteFolder(const std::string& argument);
+
+/// What an argument names in a site: a subpath of it, or any path. As a subpath where something stands there.
+std::filesystem::path itemPath(const std::filesystem::path& site, const std::string& argument);
+
+/// Standard output, written in large pieces. A failed write is told once, by finish().
+class StandardOutput final
+{
+public:
+    StandardOutput() = default;
+    StandardOutput(const StandardOutput&) = delete;
+    StandardOutput& operator=(const StandardOutput&) = delete;
+    ~StandardOutput() { finish(); }
+
+    /// What is appended to this string is written by flushIfLarge() and finish().
+    [[nodiscard]] std::string& text() { return m_text; }
+    void flushIfLarge();
+    /// False when something could not be written; says so on standard error.
+    bool finish();
+
+private:
+    void flush();
+
+    std::string m_text;
+    int m_error = 0;
+};
+
+} // namespace luma

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QRegularExpression>
+
+#include <string_view>
+#include <vector>
+
+namespace luma {
+
+/// The folders at the top of a site that a report leaves out: names with commas between, blanks around them
+/// trimmed, each a regular expression with letter case ignored (an invalid one is taken literally).
+class ExcludedFolders final
+{
+public:
+    explicit ExcludedFolders(std::string_view names);
+
+    /// Whether the item at `subpath` lies below one of them.
+    [[nodiscard]] bool contain(std::string_view subpath) const;
+
+private:
+    std::vector<QRegularExpression> m_expressions;
+};
+
+} // namespace luma

@@ -1,0 +1,49 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <vector>
+
+namespace luma {
+
+/// How an attribute's value is written.
+enum class Quotes : std::uint8_t { NoValue, None, Single, Double };
+
+/// An attribute as written: both views lie in the source, the value without its quotes and not decoded. For
+/// NoValue the value is empty and stands where the name ends.
+struct HtmlAttribute
+{
+    std::string_view name;
+    std::string_view value;
+    Quotes quotes = Quotes::NoValue;
+};
+
+/// What the text before a token is: whether character references count in it.
+enum class TextKind : std::uint8_t { Data, Rcdata, Rawtext, ScriptData, Plaintext };
+
+enum class HtmlTokenKind : std::uint8_t {
+    StartTag,
+    EndTag,
+    Comment, // bogus comments too
+    Doctype,
+    Cdata,
+    EmptyEndTag, // "</>", which stands for nothing
+    End          // begins where the page's last text ends: a tag that is cut off by the page's end is none
+};
+
+/// One token of HTML; all between two tokens is text.
+struct HtmlToken
+{
+    HtmlTokenKind kind = HtmlTokenKind::End;
+    TextKind textBefore = TextKind::Data;
+    bool selfClosing = false;
+    std::size_t begin = 0; // bytes into the source
+    std::size_t end = 0;
+    std::string_view name;    // of a tag, as written
+    std::string_view content; // of a comment or CDATA section, as written
+    /// As written, duplicates too; of attributes with the same name the first one counts.
+    std::vector<HtmlAttribute> attributes;
+};
+
+} // namespace luma

@@ -1,0 +1,182 @@
+#include "links/linkupdatingmove.h"
+
+#include "links/linkoperations.h"
+#include "links/sitetree.h"
+#include "platform/files.h"
+#include "platform/orderedwork.h"
+
+#include <system_error>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Without slashes at its end, so that it has a last component.
+fs::path trimmed(const fs::path& path)
+{
+    std::string text = path.native();
+    while (text.size() > 1 && text.ends_with('/'))
+        text.pop_back();
+    return text;
+}
+
+// A page that is a symbolic link to another item of the site is rewritten there, under its own name.
+bool isOtherNameInside(const SiteTree& tree, SiteTree::Id page)
+{
+    if (tree.type(page) != SiteTree::Type::LinkToFile)
+        return false;
+    std::error_code error;
+    const fs::path real = fs::canonical(tree.path(page), error);
+    const fs::path root = fs::canonical(tree.rootPath(), error);
+    return !error && isAtOrBelow(real.native(), root.native());
+}
+
+// The new source of one page.
+class PageUpdate final
+{
+public:
+    PageUpdate(const LinkMapping& mapping, fs::path page, bool rebase)
+        : m_mapping(mapping),
+          m_folder(page.parent_path()),
+          m_oldFolder(rebase ? mapping.oldFolderOf(page) : std::nullopt)
+    {}
+
+    std::string operator()(std::string source) const
+    {
+        if (!m_oldFolder && !m_mapping.mayConcern(source))
+            return source;
+        const auto page = parsePage(source);
+        if (!page)
+            return source;
+        return withChangedLinks(*page, m_oldFolder ? m_mapping.changesOfMoved(*page, *m_oldFolder, m_folder)
+                                                   : m_mapping.changesOf(*page, m_folder));
+    }
+
+private:
+    const LinkMapping& m_mapping;
+    fs::path m_folder;
+    std::optional<fs::path> m_oldFolder;
+};
+
+} // namespace
+
+LinkUpdatingMove::LinkUpdatingMove(fs::path site, Callbacks callbacks)
+    : m_site(trimmed(site)),
+      m_callbacks(std::move(callbacks))
+{}
+
+void LinkUpdatingMove::log(const std::string& text) const
+{
+    if (m_callbacks.log)
+        m_callbacks.log(text);
+}
+
+void LinkUpdatingMove::report(MoveOutcome& outcome, MoveProblem problem)
+{
+    outcome.problems.push_back(std::move(problem));
+    if (m_callbacks.problem)
+        m_callbacks.problem(outcome.problems.back());
+}
+
+bool LinkUpdatingMove::moveItemTo(MoveOutcome& outcome, MoveOperation operation, const fs::path& item,
+                                  const fs::path& target)
+{
+    const std::string name = target.filename().native();
+    bool clash = false;
+    Result<void> done;
+    const auto act = [&] {
+        clash = itemExists(target);
+        if (!clash)
+            done = operation == MoveOperation::Copy ? copyItem(item, target) : moveItem(item, target);
+    };
+    if (m_callbacks.fileOperation)
+        m_callbacks.fileOperation(act);
+    else
+        act();
+    if (clash)
+        report(outcome, {MoveProblem::Kind::Clash, target, "File " + name + " exists, not overwritten"});
+    else if (!done)
+        report(outcome, {MoveProblem::Kind::NotMoved, item, done.error().text});
+    else
+        outcome.moved.push_back({item, target});
+    return !clash && done;
+}
+
+MoveOutcome LinkUpdatingMove::run(MoveOperation operation, const std::vector<fs::path>& items,
+                                  const fs::path& folder)
+{
+    MoveOutcome outcome;
+    for (const fs::path& path : items) {
+        if (!isWanted(m_callbacks.stillWanted)) {
+            outcome.complete = false;
+            break;
+        }
+        const fs::path item = trimmed(path);
+        if (moveItemTo(outcome, operation, item, trimmed(folder) / item.filename()))
+            log("Updating links to: " + item.filename().native() + "\n\n");
+    }
+    updateLinks(outcome, MovedPages::Rebased);
+    log("\nDone");
+    return outcome;
+}
+
+MoveOutcome LinkUpdatingMove::rename(const fs::path& item, const std::string& newName)
+{
+    MoveOutcome outcome;
+    const fs::path from = trimmed(item);
+    const fs::path to = from.parent_path() / newName;
+    if (newName.empty() || newName == "." || newName == ".." || newName.find('/') != std::string::npos)
+        report(outcome, {MoveProblem::Kind::NotMoved, from, "\"" + newName + "\" is no name for a file"});
+    else if (moveItemTo(outcome, MoveOperation::Move, from, to))
+        return updateAfterRename(from, to);
+    return outcome;
+}
+
+MoveOutcome LinkUpdatingMove::updateAfterRename(const fs::path& oldPath, const fs::path& newPath)
+{
+    MoveOutcome outcome;
+    const fs::path from = trimmed(oldPath);
+    const fs::path to = trimmed(newPath);
+    outcome.moved.push_back({from, to});
+    log("Updating links from: " + from.filename().native() + " to " + to.filename().native() + "\n\n");
+    log("Updating links to: " + from.filename().native() + "\n\n");
+    // The item has stayed in its folder, so what its pages link to is where it was.
+    updateLinks(outcome, MovedPages::Kept);
+    log("\nDone");
+    return outcome;
+}
+
+void LinkUpdatingMove::updateLinks(MoveOutcome& outcome, MovedPages movedPages)
+{
+    if (outcome.moved.empty())
+        return;
+    const auto tree = SiteTree::read(m_site, m_callbacks.stillWanted);
+    if (!tree) {
+        outcome.complete = isWanted(m_callbacks.stillWanted);
+        if (outcome.complete)
+            report(outcome, {MoveProblem::Kind::SiteUnreadable, m_site, tree.error().text});
+        return;
+    }
+    const LinkMapping mapping(outcome.moved);
+    const std::vector<SiteTree::Id> pages = tree->pages();
+    OrderedWork<Result<bool>> work(pages.size(), m_callbacks.stillWanted);
+    const bool complete = work.run(
+        [&](std::size_t index, std::size_t) -> Result<bool> {
+            if (isOtherNameInside(*tree, pages[index]))
+                return false;
+            const fs::path page = tree->path(pages[index]);
+            return rewritePage(page, PageUpdate(mapping, page, movedPages == MovedPages::Rebased));
+        },
+        [&](std::size_t index, const Result<bool>& written) {
+            const fs::path page = tree->path(pages[index]);
+            if (!written)
+                report(outcome, {MoveProblem::Kind::NotRewritten, page, written.error().text});
+            else if (*written)
+                outcome.rewritten.push_back(page);
+        });
+    outcome.complete = outcome.complete && complete;
+}
+
+} // namespace luma

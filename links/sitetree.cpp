@@ -1,0 +1,186 @@
+#include "links/sitetree.h"
+
+#include "links/bytehash.h"
+
+#include <dirent.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <bit>
+#include <cerrno>
+#include <memory>
+#include <system_error>
+
+namespace luma {
+
+namespace {
+
+struct FolderCloser
+{
+    void operator()(DIR* folder) const { ::closedir(folder); }
+};
+
+using OpenFolder = std::unique_ptr<DIR, FolderCloser>;
+
+struct Item
+{
+    std::string sortKey; // the name; a folder's with the slash that follows it in the subpaths below it
+    SiteTree::Type type;
+
+    [[nodiscard]] bool isFolder() const { return type == SiteTree::Type::Folder; }
+    [[nodiscard]] std::string_view name() const
+    {
+        return std::string_view(sortKey).substr(0, sortKey.size() - (isFolder() ? 1 : 0));
+    }
+};
+
+SiteTree::Type typeOfLink(const std::string& path)
+{
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0)
+        return SiteTree::Type::BrokenLink;
+    return S_ISDIR(status.st_mode) ? SiteTree::Type::LinkToFolder : SiteTree::Type::LinkToFile;
+}
+
+SiteTree::Type typeOf(const dirent& entry, const std::string& path)
+{
+    unsigned char type = entry.d_type;
+    if (type == DT_UNKNOWN) {
+        struct stat status = {};
+        if (::lstat(path.c_str(), &status) == 0)
+            type = static_cast<unsigned char>(IFTODT(status.st_mode));
+    }
+    if (type == DT_LNK)
+        return typeOfLink(path);
+    return type == DT_DIR ? SiteTree::Type::Folder : SiteTree::Type::File;
+}
+
+std::vector<Item> itemsOf(DIR* folder, const std::string& path)
+{
+    std::vector<Item> items;
+    while (const dirent* const entry = ::readdir(folder)) {
+        const std::string_view name = entry->d_name;
+        if (name == "." || name == ".." || name == folderSettingsName)
+            continue;
+        const SiteTree::Type type = typeOf(*entry, path + "/" + entry->d_name);
+        items.push_back({std::string(name) + (type == SiteTree::Type::Folder ? "/" : ""), type});
+    }
+    std::sort(items.begin(), items.end(), [](const Item& a, const Item& b) { return a.sortKey < b.sortKey; });
+    return items;
+}
+
+} // namespace
+
+Result<SiteTree> SiteTree::read(const std::filesystem::path& root, const StillWanted& stillWanted)
+{
+    SiteTree tree;
+    tree.m_rootPath = root.native();
+    while (tree.m_rootPath.size() > 1 && tree.m_rootPath.ends_with('/'))
+        tree.m_rootPath.pop_back();
+    tree.add(none, {}, Type::Folder);
+    tree.addFolder(SiteTree::root, tree.m_rootPath, stillWanted);
+    if (tree.m_entries.front().type == Type::UnreadableFolder)
+        return Error{tree.m_rootPath + ": " + std::generic_category().message(errno)};
+    if (!isWanted(stillWanted))
+        return Error{"Stopped"};
+    tree.buildTable();
+    return tree;
+}
+
+SiteTree::Id SiteTree::add(Id parent, std::string_view name, Type type)
+{
+    m_entries.push_back({parent, static_cast<std::uint32_t>(m_names.size()),
+                         static_cast<std::uint16_t>(name.size()), type,
+                         type == Type::Folder ? FileKind::Other : fileKind(name)});
+    m_names += name;
+    return static_cast<Id>(m_entries.size() - 1);
+}
+
+void SiteTree::addFolder(Id folder, const std::string& path, const StillWanted& stillWanted)
+{
+    if (!isWanted(stillWanted))
+        return;
+    OpenFolder open(::opendir(path.c_str()));
+    if (!open) {
+        m_entries[folder].type = Type::UnreadableFolder;
+        return;
+    }
+    const std::vector<Item> items = itemsOf(open.get(), path);
+    // Closed before going down: the depth of a site must not use up the process's files.
+    open.reset();
+    for (const Item& item : items) {
+        const Id id = add(folder, item.name(), item.type);
+        if (item.isFolder())
+            addFolder(id, path + "/" + std::string(item.name()), stillWanted);
+        else if (item.type != Type::LinkToFolder)
+            m_files.push_back(id);
+    }
+}
+
+void SiteTree::buildTable()
+{
+    m_table.assign(std::bit_ceil(m_entries.size() * 2), none);
+    const std::size_t mask = m_table.size() - 1;
+    for (Id id = 1; id < m_entries.size(); ++id) {
+        std::size_t slot = hashBytes(name(id), m_entries[id].parent) & mask;
+        while (m_table[slot] != none)
+            slot = (slot + 1) & mask;
+        m_table[slot] = id;
+    }
+}
+
+SiteTree::Id SiteTree::child(Id folder, std::string_view wanted) const
+{
+    const std::size_t mask = m_table.size() - 1;
+    for (std::size_t slot = hashBytes(wanted, folder) & mask; m_table[slot] != none; slot = (slot + 1) & mask) {
+        const Id id = m_table[slot];
+        if (m_entries[id].parent == folder && name(id) == wanted)
+            return id;
+    }
+    return none;
+}
+
+SiteTree::Id SiteTree::find(std::string_view subpath) const
+{
+    Id id = root;
+    while (!subpath.empty() && id != none) {
+        const std::size_t slash = std::min(subpath.find('/'), subpath.size());
+        if (slash > 0)
+            id = child(id, subpath.substr(0, slash));
+        subpath.remove_prefix(std::min(slash + 1, subpath.size()));
+    }
+    return id;
+}
+
+std::string_view SiteTree::name(Id id) const
+{
+    return std::string_view(m_names).substr(m_entries[id].nameBegin, m_entries[id].nameLength);
+}
+
+std::string SiteTree::subpath(Id id) const
+{
+    std::string text;
+    for (; id != root; id = m_entries[id].parent) {
+        text.insert(0, name(id));
+        if (m_entries[id].parent != root)
+            text.insert(0, 1, '/');
+    }
+    return text;
+}
+
+std::string SiteTree::path(Id id) const
+{
+    if (id == root)
+        return m_rootPath;
+    return m_rootPath + (m_rootPath.ends_with('/') ? "" : "/") + subpath(id);
+}
+
+std::vector<SiteTree::Id> SiteTree::pages() const
+{
+    std::vector<Id> pages;
+    std::copy_if(m_files.begin(), m_files.end(), std::back_inserter(pages),
+                 [this](Id id) { return m_entries[id].kind == FileKind::Page; });
+    return pages;
+}
+
+} // namespace luma

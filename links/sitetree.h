@@ -1,0 +1,70 @@
+#pragma once
+
+#include "links/linkrules.h"
+#include "platform/result.h"
+#include "platform/stillwanted.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace luma {
+
+/// What stands below a site's folder, as it was when it was read: hidden items too, symbolic links not followed,
+/// ".DS_Store" left out. Reports ask it instead of the disk. Unchanging once read, so any thread may ask.
+class SiteTree final
+{
+public:
+    using Id = std::uint32_t;
+    static constexpr Id root = 0;
+    static constexpr Id none = ~Id(0);
+
+    enum class Type : std::uint8_t { File, Folder, LinkToFile, LinkToFolder, BrokenLink, UnreadableFolder };
+
+    /// Error: the site's folder itself can't be read, or the job is no longer wanted. A folder inside that can't
+    /// be read counts as empty.
+    static Result<SiteTree> read(const std::filesystem::path& root, const StillWanted& stillWanted = {});
+
+    /// Everything but folders, in the byte order of the subpaths.
+    [[nodiscard]] const std::vector<Id>& files() const { return m_files; }
+    /// The pages among them.
+    [[nodiscard]] std::vector<Id> pages() const;
+    [[nodiscard]] std::size_t size() const { return m_entries.size(); }
+
+    [[nodiscard]] const std::string& rootPath() const { return m_rootPath; }
+    /// Relative to the site's folder, without a slash in front.
+    [[nodiscard]] std::string subpath(Id id) const;
+    [[nodiscard]] std::string path(Id id) const;
+    [[nodiscard]] std::string_view name(Id id) const;
+    [[nodiscard]] Id parent(Id id) const { return m_entries[id].parent; }
+    [[nodiscard]] Type type(Id id) const { return m_entries[id].type; }
+    [[nodiscard]] FileKind kind(Id id) const { return m_entries[id].kind; }
+    /// The item of this name directly in `folder`, or none.
+    [[nodiscard]] Id child(Id folder, std::string_view name) const;
+    /// The item at `subpath`, or none.
+    [[nodiscard]] Id find(std::string_view subpath) const;
+
+private:
+    struct Entry
+    {
+        Id parent;
+        std::uint32_t nameBegin;
+        std::uint16_t nameLength;
+        Type type;
+        FileKind kind;
+    };
+
+    void addFolder(Id folder, const std::string& path, const StillWanted& stillWanted);
+    Id add(Id parent, std::string_view name, Type type);
+    void buildTable();
+
+    std::string m_rootPath;
+    std::vector<Entry> m_entries;
+    std::string m_names;
+    std::vector<Id> m_files;
+    std::vector<Id> m_table; // open addressing by (parent, name)
+};
+
+} // namespace luma

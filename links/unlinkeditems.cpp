@@ -1,0 +1,232 @@
+#include "links/unlinkeditems.h"
+
+#include "links/bytehash.h"
+#include "links/characterreferences.h"
+#include "links/excludedfolders.h"
+#include "links/linkedfile.h"
+#include "links/linkindex.h"
+#include "links/namesearch.h"
+#include "links/parsedpage.h"
+#include "links/utf8.h"
+#include "platform/files.h"
+#include "platform/orderedwork.h"
+
+#include <map>
+#include <set>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Id = SiteTree::Id;
+
+// What one file gives for the work that follows the reading.
+struct FileReferences
+{
+    bool hasStyle = false;
+    std::vector<std::string> references; // url(...)
+};
+
+// Reads pages and style sheets; each thread has one.
+class ReferenceReader final
+{
+public:
+    ReferenceReader(LinkIndex& index) : m_index(&index) {}
+
+    FileReferences read(Id file)
+    {
+        const FileKind kind = m_index->tree().kind(file);
+        if (kind != FileKind::Page && kind != FileKind::StyleSheet)
+            return {};
+        const auto text = m_reader.read(m_index->tree().path(file));
+        if (!text || !isValidUtf8(*text))
+            return {};
+        if (kind == FileKind::Page)
+            return readPage(*text, m_index->tree().parent(file));
+        FileReferences sheet;
+        addReferences(sheet, *text, SiteTree::none);
+        return sheet;
+    }
+
+private:
+    FileReferences readPage(std::string_view source, Id folder)
+    {
+        FileReferences page;
+        HtmlScanner scanner(source);
+        HtmlToken token;
+        while (scanner.next(token)) {
+            if (token.kind != HtmlTokenKind::StartTag)
+                continue;
+            page.hasStyle = page.hasStyle || (token.name.size() == 5 && equalIgnoringAsciiCase(token.name, "style"));
+            forEachLinkOf(token, [&](std::size_t, const HtmlAttribute& attribute) {
+                if (needsDecoding(attribute.value))
+                    m_index->markLinkedBy(decodeCharacters(attribute.value, ReferenceContext::AttributeValue),
+                                          folder, m_seen);
+                else
+                    m_index->markLinkedBy(attribute.value, folder, m_seen);
+            });
+        }
+        if (page.hasStyle) {
+            for (const std::string_view style : styleContents(source))
+                addReferences(page, style, folder);
+        }
+        return page;
+    }
+
+    void addReferences(FileReferences& file, std::string_view text, Id folder)
+    {
+        for (const std::string_view reference : m_index->references(text)) {
+            if (m_seenReferences.insert(hashBytes(reference, folder)))
+                file.references.emplace_back(reference);
+        }
+    }
+
+    LinkIndex* m_index;
+    LinkIndex::Seen m_seen;
+    LinkIndex::Seen m_seenReferences;
+    FileReader m_reader;
+};
+
+// The report, step by step.
+class UnlinkedItems final
+{
+public:
+    UnlinkedItems(const SiteTree& tree, const UnlinkedItemsCallbacks& callbacks)
+        : m_tree(tree),
+          m_callbacks(callbacks),
+          m_index(tree)
+    {}
+
+    // Each step is false when the report is no longer wanted.
+    bool run(const ExcludedFolders& excluded)
+    {
+        for (const Id file : m_tree.files()) {
+            if (!excluded.contain(m_tree.subpath(file)))
+                m_asked.push_back(file);
+        }
+        return readPagesAndSheets() && searchTexts() && askForPatterns() && tellRows();
+    }
+
+private:
+    bool readPagesAndSheets()
+    {
+        using Work = OrderedWork<FileReferences>;
+        const std::vector<Id>& files = m_tree.files();
+        std::vector<ReferenceReader> readers;
+        for (std::size_t worker = 0; worker < Work::workerCount(); ++worker)
+            readers.emplace_back(m_index);
+        return Work(files.size(), m_callbacks.stillWanted)
+            .run([&](std::size_t i, std::size_t worker) { return readers[worker].read(files[i]); },
+                 [&](std::size_t i, const FileReferences& found) { takeReferences(files[i], found); });
+    }
+
+    void takeReferences(Id file, const FileReferences& found)
+    {
+        examining(file);
+        if (found.hasStyle || m_tree.kind(file) == FileKind::StyleSheet)
+            m_styled.push_back(file);
+        for (const std::string& reference : found.references) {
+            if (m_tree.kind(file) == FileKind::Page)
+                m_index.markReferencedBy(reference, m_tree.parent(file));
+            else
+                m_index.markNamedBy(reference);
+        }
+    }
+
+    // Texts and scripts: one pass over each for all names that nothing has spoken for yet.
+    bool searchTexts()
+    {
+        std::map<std::string, std::vector<Id>> filesByName;
+        for (const Id file : m_asked) {
+            if (!m_index.isLinked(file))
+                filesByName[std::string(m_tree.name(file))].push_back(file);
+        }
+        std::vector<std::string> names;
+        std::vector<const std::vector<Id>*> files;
+        for (const auto& [name, ofThisName] : filesByName) {
+            names.push_back(name);
+            files.push_back(&ofThisName);
+        }
+        const NameSearch search(std::move(names));
+        std::vector<Id> texts;
+        for (const Id file : m_tree.files()) {
+            if (m_tree.kind(file) == FileKind::PlainText && !files.empty())
+                texts.push_back(file);
+        }
+        using Work = OrderedWork<bool>;
+        return Work(texts.size(), m_callbacks.stillWanted)
+            .run([&](std::size_t i, std::size_t) { return searchText(texts[i], search, files); },
+                 [&](std::size_t i, bool) { examining(texts[i]); });
+    }
+
+    bool searchText(Id text, const NameSearch& search, const std::vector<const std::vector<Id>*>& files)
+    {
+        FileReader reader;
+        const auto bytes = reader.read(m_tree.path(text));
+        if (!bytes || !isValidUtf8(*bytes))
+            return false;
+        search.search(*bytes, [&](std::size_t name) {
+            for (const Id file : *files[name])
+                m_index.setLinked(file);
+            return true;
+        });
+        return true;
+    }
+
+    // A path that is a pattern may match anywhere in a style element or sheet.
+    bool askForPatterns()
+    {
+        for (const Id file : m_asked) {
+            if (m_index.isLinked(file) || LinkIndex::isPlainPattern(m_tree.subpath(file)))
+                continue;
+            LinkedFile target(m_tree.path(file));
+            for (const Id styled : m_styled) {
+                if (!isWanted(m_callbacks.stillWanted))
+                    return false;
+                if (target.isLinkedFrom(m_tree.path(styled))) {
+                    m_index.setLinked(file);
+                    break;
+                }
+            }
+        }
+        return true;
+    }
+
+    bool tellRows()
+    {
+        for (const Id file : m_asked) {
+            if (!isWanted(m_callbacks.stillWanted))
+                return false;
+            if (!m_index.isLinked(file) && m_callbacks.row)
+                m_callbacks.row(m_tree.subpath(file));
+        }
+        return true;
+    }
+
+    void examining(Id file) const
+    {
+        if (m_callbacks.examining)
+            m_callbacks.examining(m_tree.subpath(file));
+    }
+
+    const SiteTree& m_tree;
+    const UnlinkedItemsCallbacks& m_callbacks;
+    LinkIndex m_index;
+    std::vector<Id> m_asked;
+    std::vector<Id> m_styled; // style sheets, and pages with a style element
+};
+
+} // namespace
+
+Result<bool> findUnlinkedItems(const fs::path& site, std::string_view excludedFolders,
+                               const UnlinkedItemsCallbacks& callbacks)
+{
+    const auto tree = SiteTree::read(site, callbacks.stillWanted);
+    if (!tree)
+        return isWanted(callbacks.stillWanted) ? Result<bool>(tree.error()) : Result<bool>(false);
+    return UnlinkedItems(*tree, callbacks).run(ExcludedFolders(excludedFolders));
+}
+
+} // namespace luma
