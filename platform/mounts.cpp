@@ -122,6 +122,24 @@ std::optional<LocalFolder> localFolder(const std::string& url)
     return LocalFolder{std::move(*folderPath), std::move(*rootPath)};
 }
 
+// gvfs' FUSE daemon lags behind: its folder comes a moment after a session's first mount, a volume that was
+// unmounted shows for a second or two, and one that is mounted again in that time gives I/O errors.
+enum class FolderState { Usable, Missing, NotYet };
+
+FolderState stateOf(const fs::path& folder)
+{
+    std::error_code error;
+    const fs::directory_iterator entries(folder, error);
+    if (!error || error == std::errc::permission_denied || error == std::errc::not_a_directory)
+        return FolderState::Usable;
+    return error == std::errc::no_such_file_or_directory ? FolderState::Missing : FolderState::NotYet;
+}
+
+bool isUsable(const fs::path& folder)
+{
+    return stateOf(folder) == FolderState::Usable;
+}
+
 // The volumes that gvfs shows in its FUSE folder, whatever user they were mounted for.
 std::optional<fs::path> findInFuseFolder(const std::string& shareUrl)
 {
@@ -132,7 +150,7 @@ std::optional<fs::path> findInFuseFolder(const std::string& shareUrl)
         const GPointer<GFile> root(g_file_new_for_path(entry->path().c_str()));
         const GPointer<char> url(g_file_get_uri(root.get()));
         const auto share = parseShareUrl(url.get());
-        if (!wanted || !share || !isBelowShare(*wanted, *share))
+        if (!wanted || !share || !isBelowShare(*wanted, *share) || !isUsable(entry->path()))
             continue;
         const std::string rest = *pathBelow(wanted->path, share->path, wanted->scheme == "smb");
         return rest.empty() ? entry->path() : entry->path() / rest;
@@ -142,22 +160,22 @@ std::optional<fs::path> findInFuseFolder(const std::string& shareUrl)
 
 Result<fs::path> existingFolder(const fs::path& folder)
 {
-    std::error_code error;
-    if (!fs::exists(folder, error))
-        return Error{folder.string() + ": " + (error ? error.message() : "no such folder on the server")};
-    return folder;
+    switch (stateOf(folder)) {
+    case FolderState::Usable:
+        return folder;
+    case FolderState::Missing:
+        return Error{folder.string() + ": no such folder on the server"};
+    case FolderState::NotYet:
+        break;
+    }
+    return Error{folder.string() + ": the folder can't be read"};
 }
 
-// Just after a session's first mount gvfs' FUSE folder may still be on its way.
 std::optional<LocalFolder> awaitLocalFolder(const std::string& url, const std::function<bool()>& isWanted)
 {
-    for (int i = 0; i < fusePolls; ++i) {
-        auto local = localFolder(url);
-        std::error_code error;
-        if (local && fs::exists(local->root, error))
+    for (int i = 0; i < fusePolls && isWanted(); ++i) {
+        if (auto local = localFolder(url); local && isUsable(local->root))
             return local;
-        if (!isWanted())
-            return {};
         std::this_thread::sleep_for(pollInterval);
     }
     return {};
@@ -166,13 +184,11 @@ std::optional<LocalFolder> awaitLocalFolder(const std::string& url, const std::f
 Result<fs::path> useMounted(const std::string& url, MountOutcome outcome, const std::function<bool()>& isWanted)
 {
     const auto local = awaitLocalFolder(url, isWanted);
-    if (!local)
-        return Error{url + ": mounted, but there is no local folder for it (is gvfs-fuse installed?)"};
-    registry().claim(*local, outcome == MountOutcome::Mounted);
-    if (!isWanted()) {
-        unmount(local->folder);
+    if (!isWanted())
         return Error{"cancelled"};
-    }
+    if (!local)
+        return Error{url + ": mounted, but its local folder can't be read (is gvfs-fuse installed?)"};
+    registry().claim(*local, outcome == MountOutcome::Mounted);
     auto folder = existingFolder(local->folder);
     if (!folder)
         unmount(local->folder);
@@ -204,10 +220,10 @@ std::optional<fs::path> findExistingMount(const std::string& shareUrl, const std
 {
     const std::string url = shareUrlForUser(shareUrl, user);
     for (const std::string& candidate : {url, shareUrl}) {
-        if (const auto local = localFolder(candidate))
+        if (const auto local = localFolder(candidate); local && isUsable(local->root))
             return local->folder;
     }
-    if (auto found = findInFuseFolder(url))
+    if (const auto found = findInFuseFolder(url))
         return found;
     return findKernelMount(readMountTable(), shareUrl, user);
 }
