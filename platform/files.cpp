@@ -100,7 +100,8 @@ public:
         if (::close(m_descriptor.release()) != 0)
             return systemError(m_target, errno);
         // An smb server stamps a file that was written when it is closed, so the times are set once more.
-        if (m_times && ::utimensat(AT_FDCWD, m_path.c_str(), m_times->data(), 0) != 0 && !isUnsupported(errno))
+        if (m_times && ::utimensat(AT_FDCWD, m_path.c_str(), m_times->data(), 0) != 0 &&
+            !isUnsupported(errno))
             return systemError(m_target, errno);
         if (existing == Existing::Keep)
             return takeFreePlace();
@@ -288,8 +289,8 @@ Result<void> writeFile(const fs::path& path, std::string_view bytes, unsigned ne
         return systemError(path, temporary.openError());
     if (auto written = writeAll(temporary.descriptor(), bytes, path); !written)
         return written;
-    if (replaces && ::fchown(temporary.descriptor(), old.st_uid, old.st_gid) != 0 && errno != EPERM
-        && !isUnsupported(errno))
+    if (replaces && ::fchown(temporary.descriptor(), old.st_uid, old.st_gid) != 0 && errno != EPERM &&
+        !isUnsupported(errno))
         return systemError(path, errno);
     const mode_t mask = ::umask(0);
     ::umask(mask);

@@ -69,15 +69,16 @@ private:
             emit m_owner.unmounted(known.mapped());
     }
 
-    // GVolumeMonitor reports on GLib's default main context, which Qt's event loop drives unless Qt was told to go
-    // without GLib.
+    // GVolumeMonitor reports on GLib's default main context, which Qt's event loop drives unless Qt was told
+    // to go without GLib.
     void runGLibContext()
     {
         const QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
         if (dispatcher && dispatcher->inherits("QEventDispatcherGlib"))
             return;
         QObject::connect(&m_pump, &QTimer::timeout, [] {
-            while (g_main_context_iteration(nullptr, FALSE) != FALSE) {}
+            while (g_main_context_iteration(nullptr, FALSE) != FALSE) {
+            }
         });
         m_pump.start(std::chrono::milliseconds(250));
     }

@@ -24,7 +24,8 @@ public:
     ~OwnContext()
     {
         // What GLib left to be done at idle time would otherwise keep its objects for ever.
-        while (g_main_context_iteration(m_context.get(), FALSE) != FALSE) {}
+        while (g_main_context_iteration(m_context.get(), FALSE) != FALSE) {
+        }
         g_main_context_pop_thread_default(m_context.get());
     }
 
@@ -34,15 +35,13 @@ private:
     GPointer<GMainContext> m_context{g_main_context_new()};
 };
 
-// One request under way on its own context: runs until the answer is there, and gives up when it takes too long or
-// nobody wants it any more.
+// One request under way on its own context: runs until the answer is there, and gives up when it takes too
+// long or nobody wants it any more.
 class Request final
 {
 public:
     Request(std::function<bool()> isWanted, Clock::duration limit)
-        : m_isWanted(std::move(isWanted)),
-          m_limit(limit),
-          m_deadline(Clock::now() + limit)
+        : m_isWanted(std::move(isWanted)), m_limit(limit), m_deadline(Clock::now() + limit)
     {}
 
     [[nodiscard]] GCancellable* cancellable() const { return m_cancellable.get(); }
@@ -73,8 +72,9 @@ private:
         if (m_isWanted && !m_isWanted())
             m_reason = "cancelled";
         else if (Clock::now() >= m_deadline)
-            m_reason = "the server did not answer within "
-                       + std::to_string(std::chrono::duration_cast<std::chrono::seconds>(m_limit).count()) + " seconds";
+            m_reason = "the server did not answer within " +
+                       std::to_string(std::chrono::duration_cast<std::chrono::seconds>(m_limit).count()) +
+                       " seconds";
         if (wasGivenUp())
             g_cancellable_cancel(m_cancellable.get());
     }
@@ -108,8 +108,9 @@ public:
     [[nodiscard]] const std::string& refusal() const { return m_refusal; }
 
 private:
-    static void onAskPassword(GMountOperation* operation, const char* /*message*/, const char* /*defaultUser*/,
-                              const char* /*defaultDomain*/, GAskPasswordFlags /*flags*/, gpointer self)
+    static void onAskPassword(GMountOperation* operation, const char* /*message*/,
+                              const char* /*defaultUser*/, const char* /*defaultDomain*/,
+                              GAskPasswordFlags /*flags*/, gpointer self)
     {
         static_cast<Answers*>(self)->givePassword(operation);
     }
@@ -118,8 +119,8 @@ private:
                               gpointer self)
     {
         // gvfs asks only whether to trust a server that it can't identify.
-        static_cast<Answers*>(self)->m_refusal =
-            "the server's identity is not known; connect to it once by the remote-login set-up, or in the file manager";
+        static_cast<Answers*>(self)->m_refusal = "the server's identity is not known; connect to it once by "
+                                                 "the remote-login set-up, or in the file manager";
         g_mount_operation_reply(operation, G_MOUNT_OPERATION_ABORTED);
     }
 
@@ -178,8 +179,8 @@ void onUnmountAnswer(GObject* mount, GAsyncResult* result, gpointer request)
 
 } // namespace
 
-Result<MountOutcome> requestMount(const std::string& url, const std::string& user, const std::string& password,
-                                  const std::function<bool()>& isWanted)
+Result<MountOutcome> requestMount(const std::string& url, const std::string& user,
+                                  const std::string& password, const std::function<bool()>& isWanted)
 {
     PendingMount pending{Request(isWanted, mountLimit), nullptr};
     const Answers answers(user, password);
@@ -207,8 +208,8 @@ void requestUnmount(const std::string& path)
     const GPointer<GMount> mount(g_file_find_enclosing_mount(file.get(), request.cancellable(), nullptr));
     if (!mount)
         return;
-    g_mount_unmount_with_operation(mount.get(), G_MOUNT_UNMOUNT_NONE, answers.operation(), request.cancellable(),
-                                   onUnmountAnswer, &request);
+    g_mount_unmount_with_operation(mount.get(), G_MOUNT_UNMOUNT_NONE, answers.operation(),
+                                   request.cancellable(), onUnmountAnswer, &request);
     request.waitForAnswer();
 }
 

@@ -10,9 +10,9 @@ namespace luma {
 /// How a mount request ended when it did not fail.
 enum class MountOutcome { Mounted, MountedBefore };
 
-/// Asks gvfs to mount the volume that encloses `url` and answers its questions: the first one for a password with
-/// `user` and `password`, every other with a refusal. Blocks the calling thread, on a main context of its own.
-/// `isWanted` as in mountShare.
+/// Asks gvfs to mount the volume that encloses `url` and answers its questions: the first one for a password
+/// with `user` and `password`, every other with a refusal. Blocks the calling thread, on a main context of
+/// its own. `isWanted` as in mountShare.
 Result<MountOutcome> requestMount(const std::string& url, const std::string& user,
                                   const std::string& password, const std::function<bool()>& isWanted);
 

@@ -146,7 +146,8 @@ std::optional<fs::path> findInFuseFolder(const std::string& shareUrl)
     const auto wanted = parseShareUrl(shareUrl);
     std::error_code error;
     const fs::path fuseFolder = fs::path(g_get_user_runtime_dir()) / "gvfs";
-    for (fs::directory_iterator entry(fuseFolder, error), end; !error && entry != end; entry.increment(error)) {
+    for (fs::directory_iterator entry(fuseFolder, error), end; !error && entry != end;
+         entry.increment(error)) {
         const GPointer<GFile> root(g_file_new_for_path(entry->path().c_str()));
         const GPointer<char> url(g_file_get_uri(root.get()));
         const auto share = parseShareUrl(url.get());
@@ -181,7 +182,8 @@ std::optional<LocalFolder> awaitLocalFolder(const std::string& url, const std::f
     return {};
 }
 
-Result<fs::path> useMounted(const std::string& url, MountOutcome outcome, const std::function<bool()>& isWanted)
+Result<fs::path> useMounted(const std::string& url, MountOutcome outcome,
+                            const std::function<bool()>& isWanted)
 {
     const auto local = awaitLocalFolder(url, isWanted);
     if (!isWanted())
@@ -223,7 +225,7 @@ std::optional<fs::path> findExistingMount(const std::string& shareUrl, const std
         if (const auto local = localFolder(candidate); local && isUsable(local->root))
             return local->folder;
     }
-    if (const auto found = findInFuseFolder(url))
+    if (auto found = findInFuseFolder(url))
         return found;
     return findKernelMount(readMountTable(), shareUrl, user);
 }

@@ -22,12 +22,12 @@ std::string unescaped(std::string_view text)
 {
     std::string result;
     for (std::size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == '\\' && i + 3 < text.size() && isOctal(text[i + 1]) && isOctal(text[i + 2])
-            && isOctal(text[i + 3])) {
-            result += static_cast<char>((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 + (text[i + 3] - '0'));
+        if (text[i] == '\\' && i + 3 < text.size() && isOctal(text[i + 1]) && isOctal(text[i + 2]) &&
+            isOctal(text[i + 3])) {
+            result +=
+                static_cast<char>((text[i + 1] - '0') * 64 + (text[i + 2] - '0') * 8 + (text[i + 3] - '0'));
             i += 3;
-        }
-        else
+        } else
             result += text[i];
     }
     return result;
@@ -78,8 +78,8 @@ std::optional<ShareUrl> shareOfCifs(const KernelMount& mount)
     return share;
 }
 
-// "host:/export", "user@host:/folder", "[::1]:/export". A folder that does not begin with '/' is the login's own
-// and can't be compared.
+// "host:/export", "user@host:/folder", "[::1]:/export". A folder that does not begin with '/' is the login's
+// own and can't be compared.
 std::optional<ShareUrl> shareOfHostAndPath(const KernelMount& mount, const char* scheme)
 {
     const std::size_t colon = mount.source.find(":/");

@@ -24,11 +24,11 @@ std::vector<KernelMount> parseMountTable(std::string_view mountinfo);
 /// The mounts of this process; empty where there is no /proc. Any thread.
 std::vector<KernelMount> readMountTable();
 
-/// The local folder of the share URL on one of `mounts` (cifs for smb, nfs for nfs, sshfs for sftp), or nothing.
-/// Host (letter case ignored) and path must be the mount's; a path below the mounted one gives the folder
-/// below the mount point, and the mount that reaches furthest wins. The share's name is compared without
-/// letter case, as servers do. A mount that names another user than a non-empty `user` is not the same share.
-/// The port is not compared: the table does not tell it.
+/// The local folder of the share URL on one of `mounts` (cifs for smb, nfs for nfs, sshfs for sftp), or
+/// nothing. Host (letter case ignored) and path must be the mount's; a path below the mounted one gives the
+/// folder below the mount point, and the mount that reaches furthest wins. The share's name is compared
+/// without letter case, as servers do. A mount that names another user than a non-empty `user` is not the
+/// same share. The port is not compared: the table does not tell it.
 std::optional<std::filesystem::path> findKernelMount(const std::vector<KernelMount>& mounts,
                                                      std::string_view shareUrl, std::string_view user);
 

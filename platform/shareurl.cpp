@@ -54,8 +54,8 @@ std::string percentEncoded(std::string_view text)
     static constexpr std::string_view plain = "-._~";
     std::string result;
     for (const char c : text) {
-        const bool isPlain =
-            (c >= '0' && c <= '9') || (lowered(c) >= 'a' && lowered(c) <= 'z') || plain.find(c) != plain.npos;
+        const bool isPlain = (c >= '0' && c <= '9') || (lowered(c) >= 'a' && lowered(c) <= 'z') ||
+                             plain.find(c) != std::string_view::npos;
         const auto byte = static_cast<unsigned char>(c);
         if (isPlain)
             result += c;
@@ -86,7 +86,7 @@ struct Authority
 std::optional<Authority> authorityOf(std::string_view url)
 {
     const std::size_t colon = url.find("://");
-    if (colon == url.npos || colon == 0)
+    if (colon == std::string_view::npos || colon == 0)
         return {};
     return Authority{colon + 3, std::min(url.find('/', colon + 3), url.size())};
 }
@@ -95,13 +95,13 @@ void splitHost(std::string_view text, ShareUrl& into)
 {
     const std::size_t bracket = text.rfind(']');
     std::size_t colon = text.rfind(':');
-    if (bracket != text.npos && colon != text.npos && colon < bracket)
-        colon = text.npos;
+    if (bracket != std::string_view::npos && colon != std::string_view::npos && colon < bracket)
+        colon = std::string_view::npos;
     std::string_view host = text.substr(0, colon);
     if (host.size() > 1 && host.front() == '[' && host.back() == ']')
         host = host.substr(1, host.size() - 2);
     into.host = lowered(percentDecoded(host));
-    if (colon != text.npos)
+    if (colon != std::string_view::npos)
         into.port = text.substr(colon + 1);
 }
 
@@ -115,7 +115,7 @@ std::optional<ShareUrl> parseShareUrl(std::string_view url)
     ShareUrl result;
     result.scheme = lowered(url.substr(0, authority->begin - 3));
     std::string_view host = url.substr(authority->begin, authority->end - authority->begin);
-    if (const std::size_t at = host.rfind('@'); at != host.npos) {
+    if (const std::size_t at = host.rfind('@'); at != std::string_view::npos) {
         result.user = percentDecoded(host.substr(0, at));
         host.remove_prefix(at + 1);
     }
@@ -132,9 +132,10 @@ std::string shareUrlForUser(const std::string& url, const std::string& user)
     if (!parts || user.empty() || !parts->user.empty())
         return url;
     const std::size_t backslash = parts->scheme == "smb" ? user.find('\\') : std::string::npos;
-    const std::string name = backslash == std::string::npos ? percentEncoded(user)
-                                                            : percentEncoded(user.substr(0, backslash)) + ';'
-                                                                  + percentEncoded(user.substr(backslash + 1));
+    const std::string name =
+        backslash == std::string::npos
+            ? percentEncoded(user)
+            : percentEncoded(user.substr(0, backslash)) + ';' + percentEncoded(user.substr(backslash + 1));
     return std::string(url).insert(authorityOf(url)->begin, name + '@');
 }
 
@@ -161,8 +162,8 @@ std::optional<std::string> pathBelow(std::string_view path, std::string_view fol
 bool isBelowShare(const ShareUrl& url, const ShareUrl& share)
 {
     const bool sameUser = url.user.empty() || share.user.empty() || url.user == share.user;
-    return url.scheme == share.scheme && url.host == share.host && url.port == share.port && sameUser
-           && pathBelow(url.path, share.path, url.scheme == "smb").has_value();
+    return url.scheme == share.scheme && url.host == share.host && url.port == share.port && sameUser &&
+           pathBelow(url.path, share.path, url.scheme == "smb").has_value();
 }
 
 } // namespace luma

@@ -24,7 +24,8 @@ std::optional<ShareUrl> parseShareUrl(std::string_view url);
 std::string shareUrlForUser(const std::string& url, const std::string& user);
 
 /// True when both name the same share or the first a folder below the second: same scheme, host, port and
-/// user (an absent user fits any), the second's path leading. An smb share's name is compared without letter case.
+/// user (an absent user fits any), the second's path leading. An smb share's name is compared without letter
+/// case.
 bool isBelowShare(const ShareUrl& url, const ShareUrl& share);
 
 /// The rest of `path` below `folder`, without a leading '/'; nothing when `folder` does not lead to it.

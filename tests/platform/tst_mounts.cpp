@@ -36,9 +36,9 @@ private:
     std::string archiveUrl() const { return m_samba.address() + "/Archive"; }
 
     // As a pane does it: on a thread of the pool, while the main thread's event loop runs.
-    static Result<fs::path> mountInBackground(const std::string& url, const std::string& user,
-                                              const std::string& password,
-                                              const std::function<bool()>& isWanted = [] { return true; })
+    static Result<fs::path> mountInBackground(
+        const std::string& url, const std::string& user, const std::string& password,
+        const std::function<bool()>& isWanted = [] { return true; })
     {
         std::optional<Result<fs::path>> result;
         std::atomic<bool> isDone = false;
@@ -46,7 +46,8 @@ private:
             result = mountShare(url, user, password, isWanted);
             isDone = true;
         });
-        while (!QTest::qWaitFor([&] { return isDone.load(); })) {}
+        while (!QTest::qWaitFor([&] { return isDone.load(); })) {
+        }
         return *result;
     }
     Result<fs::path> mount(const std::string& url) const
@@ -138,11 +139,15 @@ private slots:
         const QByteArray user = QByteArray::fromStdString(test::SambaServer::user());
         const QByteArray password = QByteArray::fromStdString(m_samba.password());
         const QByteArray refused = "refused the user or the password";
-        QTest::newRow("wrong password") << QByteArray("/Web%20Site") << user << QByteArray("No Secret 7") << refused;
-        QTest::newRow("unknown user") << QByteArray("/Web%20Site") << QByteArray("nobody-here") << password << refused;
-        QTest::newRow("guest") << QByteArray("/Web%20Site") << QByteArray() << QByteArray() << QByteArray("smb://");
+        QTest::newRow("wrong password")
+            << QByteArray("/Web%20Site") << user << QByteArray("No Secret 7") << refused;
+        QTest::newRow("unknown user")
+            << QByteArray("/Web%20Site") << QByteArray("nobody-here") << password << refused;
+        QTest::newRow("guest") << QByteArray("/Web%20Site") << QByteArray() << QByteArray()
+                               << QByteArray("smb://");
         QTest::newRow("no such share") << QByteArray("/Nowhere") << user << password << QByteArray("Nowhere");
-        QTest::newRow("no such folder") << QByteArray("/Web%20Site/gone") << user << password << QByteArray("gone");
+        QTest::newRow("no such folder")
+            << QByteArray("/Web%20Site/gone") << user << password << QByteArray("gone");
     }
     void mountShare_refusesWithoutAsking()
     {
@@ -150,8 +155,8 @@ private slots:
         QFETCH(QByteArray, user);
         QFETCH(QByteArray, password);
         QFETCH(QByteArray, reason);
-        const auto folder =
-            mountInBackground(m_samba.address() + path.toStdString(), user.toStdString(), password.toStdString());
+        const auto folder = mountInBackground(m_samba.address() + path.toStdString(), user.toStdString(),
+                                              password.toStdString());
         QVERIFY(!folder);
         const QByteArray error = text(folder);
         QVERIFY2(error.contains(reason), error.constData());
@@ -186,8 +191,8 @@ private slots:
         const std::string port = std::to_string(silent.port());
         for (const char* protocol : {"smb://127.0.0.1:", "ftp://127.0.0.1:", "sftp://127.0.0.1:"}) {
             int asked = 0;
-            const auto folder =
-                mountInBackground(protocol + port + "/share", "bob", "No Secret 7", [&] { return ++asked < 5; });
+            const auto folder = mountInBackground(protocol + port + "/share", "bob", "No Secret 7",
+                                                  [&] { return ++asked < 5; });
             QVERIFY(!folder);
             QVERIFY2(folder.error().text.find("cancelled") != std::string::npos, text(folder));
         }
@@ -301,7 +306,8 @@ private slots:
         QCOMPARE(bytesOf(source.parent_path() / "whole/moved.html"), std::string("third"));
         QVERIFY(removeItem(*folder / "docs of mine/moved.html"));
         // No temporary file is left, on either side.
-        const auto count = std::distance(fs::directory_iterator(m_samba.folder(site)), fs::directory_iterator());
+        const auto count =
+            std::distance(fs::directory_iterator(m_samba.folder(site)), fs::directory_iterator());
         QCOMPARE(count, 2);
         unmountAndWait(*folder);
     }

@@ -76,11 +76,16 @@ private slots:
         QTest::addColumn<QByteArray>("url");
         QTest::addColumn<QByteArray>("user");
         QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("plain") << QByteArray("sftp://h:22//a@b") << QByteArray("bob") << QByteArray("sftp://bob@h:22//a@b");
-        QTest::newRow("escaped") << QByteArray("dav://h/") << QByteArray("a@b:c/") << QByteArray("dav://a%40b%3Ac%2F@h/");
-        QTest::newRow("domain") << QByteArray("smb://h/s") << QByteArray("D\\bob") << QByteArray("smb://D;bob@h/s");
-        QTest::newRow("backslash elsewhere") << QByteArray("ftp://h/") << QByteArray("D\\b") << QByteArray("ftp://D%5Cb@h/");
-        QTest::newRow("named already") << QByteArray("smb://eve@h/s") << QByteArray("bob") << QByteArray("smb://eve@h/s");
+        QTest::newRow("plain") << QByteArray("sftp://h:22//a@b") << QByteArray("bob")
+                               << QByteArray("sftp://bob@h:22//a@b");
+        QTest::newRow("escaped") << QByteArray("dav://h/") << QByteArray("a@b:c/")
+                                 << QByteArray("dav://a%40b%3Ac%2F@h/");
+        QTest::newRow("domain") << QByteArray("smb://h/s") << QByteArray("D\\bob")
+                                << QByteArray("smb://D;bob@h/s");
+        QTest::newRow("backslash elsewhere")
+            << QByteArray("ftp://h/") << QByteArray("D\\b") << QByteArray("ftp://D%5Cb@h/");
+        QTest::newRow("named already")
+            << QByteArray("smb://eve@h/s") << QByteArray("bob") << QByteArray("smb://eve@h/s");
         QTest::newRow("nobody") << QByteArray("smb://h/s") << QByteArray() << QByteArray("smb://h/s");
     }
     void shareUrlForUser_namesTheAccountOnce()

@@ -20,8 +20,8 @@ public:
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t length = sizeof address;
         auto* const any = reinterpret_cast<sockaddr*>(&address);
-        if (::bind(m_listener.get(), any, length) == 0 && ::listen(m_listener.get(), 16) == 0
-            && ::getsockname(m_listener.get(), any, &length) == 0)
+        if (::bind(m_listener.get(), any, length) == 0 && ::listen(m_listener.get(), 16) == 0 &&
+            ::getsockname(m_listener.get(), any, &length) == 0)
             m_port = ntohs(address.sin_port);
     }
 

@@ -45,7 +45,8 @@ read only = no
 QString program(const char* name)
 {
     return QStandardPaths::findExecutable(
-        QLatin1String(name), {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/bin"), QStringLiteral("/sbin")});
+        QLatin1String(name),
+        {QStringLiteral("/usr/sbin"), QStringLiteral("/usr/bin"), QStringLiteral("/sbin")});
 }
 
 bool write(const QString& path, const QByteArray& bytes)
@@ -72,18 +73,19 @@ SambaServer::~SambaServer()
 
 bool SambaServer::writeConfiguration()
 {
-    for (const char* name : {"private", "lock", "state", "cache", "pid", "ncalrpc", "shares/Web Site", "shares/Archive"})
+    for (const char* name :
+         {"private", "lock", "state", "cache", "pid", "ncalrpc", "shares/Web Site", "shares/Archive"})
         QDir().mkpath(at(name));
-    return write(at("smb.conf"), QLatin1String(configuration).arg(m_folder.path()).arg(m_port).toUtf8())
-           && write(at("users"), "root = webmaster\n");
+    return write(at("smb.conf"), QLatin1String(configuration).arg(m_folder.path()).arg(m_port).toUtf8()) &&
+           write(at("users"), "root = webmaster\n");
 }
 
 bool SambaServer::addAccount()
 {
     m_password = QUuid::createUuid().toByteArray(QUuid::Id128).toStdString();
     QProcess smbpasswd;
-    smbpasswd.start(program("smbpasswd"),
-                    {QStringLiteral("-c"), at("smb.conf"), QStringLiteral("-a"), QStringLiteral("-s"), QStringLiteral("root")});
+    smbpasswd.start(program("smbpasswd"), {QStringLiteral("-c"), at("smb.conf"), QStringLiteral("-a"),
+                                           QStringLiteral("-s"), QStringLiteral("root")});
     const QByteArray line = QByteArray::fromStdString(m_password) + '\n';
     smbpasswd.write(line + line);
     smbpasswd.closeWriteChannel();
@@ -102,8 +104,9 @@ bool SambaServer::start()
     });
     m_process.setStandardOutputFile(at("output"));
     m_process.setStandardErrorFile(at("output"));
-    m_process.start(program("smbd"), {QStringLiteral("--configfile=") + at("smb.conf"), QStringLiteral("--foreground"),
-                                      QStringLiteral("--no-process-group"), QStringLiteral("--debug-stdout")});
+    m_process.start(program("smbd"),
+                    {QStringLiteral("--configfile=") + at("smb.conf"), QStringLiteral("--foreground"),
+                     QStringLiteral("--no-process-group"), QStringLiteral("--debug-stdout")});
     return m_process.waitForStarted() && QTest::qWaitFor([this] { return answers(m_port); }, 30'000);
 }
 

@@ -8,9 +8,9 @@
 
 namespace luma::test {
 
-/// A real smbd on a free port of the loopback interface, with its own configuration, state and password file in a
-/// temporary folder. Two shares, "Web Site" and "Archive", one account with a throw-away password, no guests.
-/// Needs root. Stops with the object.
+/// A real smbd on a free port of the loopback interface, with its own configuration, state and password file
+/// in a temporary folder. Two shares, "Web Site" and "Archive", one account with a throw-away password, no
+/// guests. Needs root. Stops with the object.
 class SambaServer final
 {
 public:
