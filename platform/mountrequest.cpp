@@ -1,6 +1,7 @@
 #include "platform/gpointer.h"
 // GLib's headers come first: they use Qt's word `signals` for a member.
 #include "platform/mountrequest.h"
+#include "platform/owncontext.h"
 
 #include <chrono>
 
@@ -13,27 +14,6 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds mountLimit{60};
 constexpr std::chrono::seconds unmountLimit{10};
 constexpr guint pollMilliseconds = 100;
-
-// A main context for the calling thread alone: callbacks of what starts while it lives arrive in run().
-class OwnContext final
-{
-public:
-    OwnContext() { g_main_context_push_thread_default(m_context.get()); }
-    OwnContext(const OwnContext&) = delete;
-    OwnContext& operator=(const OwnContext&) = delete;
-    ~OwnContext()
-    {
-        // What GLib left to be done at idle time would otherwise keep its objects for ever.
-        while (g_main_context_iteration(m_context.get(), FALSE) != FALSE) {
-        }
-        g_main_context_pop_thread_default(m_context.get());
-    }
-
-    [[nodiscard]] GMainContext* get() const { return m_context.get(); }
-
-private:
-    GPointer<GMainContext> m_context{g_main_context_new()};
-};
 
 // One request under way on its own context: runs until the answer is there, and gives up when it takes too
 // long or nobody wants it any more.

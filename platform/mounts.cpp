@@ -3,6 +3,7 @@
 #include "platform/mountrequest.h"
 #include "platform/mounts.h"
 #include "platform/mounttable.h"
+#include "platform/owncontext.h"
 #include "platform/shareurl.h"
 
 #include <QThreadPool>
@@ -110,6 +111,7 @@ std::optional<fs::path> localPath(GFile* file)
 // Where the URL's folder lies when the volume that encloses it is mounted.
 std::optional<LocalFolder> localFolder(const std::string& url)
 {
+    const OwnContext context;
     const GPointer<GFile> file(g_file_new_for_uri(url.c_str()));
     const GPointer<GMount> mount(g_file_find_enclosing_mount(file.get(), nullptr, nullptr));
     if (!mount)
