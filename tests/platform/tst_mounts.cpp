@@ -1,4 +1,5 @@
 #include "platform/files.h"
+#include "platform/gvfsmounter.h"
 #include "platform/mountmonitor.h"
 #include "platform/mounts.h"
 #include "platform/mounttable.h"
@@ -17,6 +18,7 @@
 #include <sys/mount.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <atomic>
 #include <fstream>
 #include <optional>
@@ -248,6 +250,22 @@ private slots:
         QTRY_COMPARE(lateSpy.size(), 1);
         QVERIFY(liesOnMount(*folder, lateSpy[0][0].value<fs::path>()));
         QCOMPARE(spy.size(), 2);
+    }
+
+    void mounter_tellsForTheFolderThatItGave()
+    {
+        GvfsMounter mounter;
+        QSignalSpy spy(&mounter, &GvfsMounter::unmounted);
+        const QString url = QString::fromStdString(siteUrl("/docs%20of%20mine"));
+        const QString user = QString::fromStdString(test::SambaServer::user());
+        QVERIFY(!mounter.mount(url, user, QStringLiteral("No Secret 7")));
+        QVERIFY(!mounter.existingMount(url));
+        const auto folder = mounter.mount(url, user, QString::fromStdString(m_samba.password()));
+        QVERIFY(folder);
+        QCOMPARE(mounter.existingMount(url).value_or(""), *folder);
+        mounter.unmount(*folder);
+        const auto isTold = [&](const auto& told) { return told[0].template value<fs::path>() == *folder; };
+        QTRY_VERIFY(std::any_of(spy.begin(), spy.end(), isTold));
     }
 
     void monitor_tellsWhenTheKernelUnmounts()
