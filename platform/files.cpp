@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <climits>
 #include <cstring>
+#include <optional>
 #include <system_error>
 
 namespace luma {
@@ -21,6 +22,33 @@ namespace {
 Error systemError(const fs::path& path, int code)
 {
     return Error{path.string() + ": " + std::generic_category().message(code)};
+}
+
+// Network file systems without owners, modes or times that can be set say so; nobody's file is lost by that.
+bool isUnsupported(int code)
+{
+    return code == ENOTSUP || code == EOPNOTSUPP || code == ENOSYS;
+}
+
+Result<void> keepMode(int descriptor, mode_t mode, const fs::path& target)
+{
+    if (::fchmod(descriptor, mode & 07777U) != 0 && !isUnsupported(errno))
+        return systemError(target, errno);
+    return {};
+}
+
+using Times = std::array<timespec, 2>;
+
+Times timesOf(const struct stat& status)
+{
+    return {status.st_atim, status.st_mtim};
+}
+
+Result<void> keepTimes(int descriptor, const Times& times, const fs::path& target)
+{
+    if (::futimens(descriptor, times.data()) != 0 && !isUnsupported(errno))
+        return systemError(target, errno);
+    return {};
 }
 
 Result<void> writeAll(int descriptor, std::string_view bytes, const fs::path& path)
@@ -59,12 +87,22 @@ public:
     [[nodiscard]] int descriptor() const { return m_descriptor.get(); }
     [[nodiscard]] int openError() const { return m_openError; }
 
+    Result<void> setTimes(const Times& times)
+    {
+        m_times = times;
+        return keepTimes(m_descriptor.get(), times, m_target);
+    }
+
     Result<void> takePlace(Existing existing, Durability durability)
     {
         if (durability == Durability::Synced && ::fsync(m_descriptor.get()) != 0)
             return systemError(m_target, errno);
         // close() is where a network file system reports what it could not store.
         if (::close(m_descriptor.release()) != 0)
+            return systemError(m_target, errno);
+        // An smb server stamps a file that was written when it is closed, so the times are set once more.
+        if (m_times && ::utimensat(AT_FDCWD, m_path.c_str(), m_times->data(), 0) != 0 &&
+            !isUnsupported(errno))
             return systemError(m_target, errno);
         if (existing == Existing::Keep)
             return takeFreePlace();
@@ -98,6 +136,7 @@ private:
     FileDescriptor m_descriptor;
     int m_openError;
     bool m_exists;
+    std::optional<Times> m_times;
 };
 
 Result<void> copyBytes(int from, int to, const fs::path& source, const fs::path& target)
@@ -157,14 +196,6 @@ Result<void> copyLink(const fs::path& source, const fs::path& target, Existing e
     return {};
 }
 
-Result<void> keepTimes(int descriptor, const struct stat& status, const fs::path& target)
-{
-    const std::array<timespec, 2> times = {status.st_atim, status.st_mtim};
-    if (::futimens(descriptor, times.data()) != 0)
-        return systemError(target, errno);
-    return {};
-}
-
 Result<void> copyFolder(const fs::path& source, const fs::path& target);
 
 Result<void> copyAny(const fs::path& source, const fs::path& target)
@@ -191,9 +222,11 @@ Result<void> copyFolder(const fs::path& source, const fs::path& target)
     if (error)
         return systemError(source, error.value());
     const FileDescriptor folder(::open(target.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder || ::fchmod(folder.get(), status.st_mode & 07777U) != 0)
+    if (!folder)
         return systemError(target, errno);
-    return keepTimes(folder.get(), status, target);
+    if (auto kept = keepMode(folder.get(), status.st_mode, target); !kept)
+        return kept;
+    return keepTimes(folder.get(), timesOf(status), target);
 }
 
 bool isInside(const fs::path& path, const fs::path& folder)
@@ -271,12 +304,13 @@ Result<void> writeFile(const fs::path& path, std::string_view bytes, unsigned ne
         return systemError(path, temporary.openError());
     if (auto written = writeAll(temporary.descriptor(), bytes, path); !written)
         return written;
-    if (replaces && ::fchown(temporary.descriptor(), old.st_uid, old.st_gid) != 0 && errno != EPERM)
+    if (replaces && ::fchown(temporary.descriptor(), old.st_uid, old.st_gid) != 0 && errno != EPERM &&
+        !isUnsupported(errno))
         return systemError(path, errno);
     const mode_t mask = ::umask(0);
     ::umask(mask);
-    if (::fchmod(temporary.descriptor(), replaces ? old.st_mode & 07777U : newMode & ~mask) != 0)
-        return systemError(path, errno);
+    if (auto kept = keepMode(temporary.descriptor(), replaces ? old.st_mode : newMode & ~mask, path); !kept)
+        return kept;
     return temporary.takePlace(Existing::Replace, Durability::Synced);
 }
 
@@ -298,9 +332,9 @@ Result<void> copyFile(const fs::path& source, const fs::path& target, Existing e
         return systemError(target, temporary.openError());
     if (auto copied = copyBytes(from.get(), temporary.descriptor(), source, target); !copied)
         return copied;
-    if (::fchmod(temporary.descriptor(), status.st_mode & 07777U) != 0)
-        return systemError(target, errno);
-    if (auto kept = keepTimes(temporary.descriptor(), status, target); !kept)
+    if (auto kept = keepMode(temporary.descriptor(), status.st_mode, target); !kept)
+        return kept;
+    if (auto kept = temporary.setTimes(timesOf(status)); !kept)
         return kept;
     return temporary.takePlace(existing, durability);
 }

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include <filesystem>
+#include <string>
+
+namespace luma::test {
+
+/// A real smbd on a free port of the loopback interface, with its own configuration, state and password file
+/// in a temporary folder. Two shares, "Web Site" and "Archive", one account with a throw-away password, no
+/// guests. Needs root. Stops with the object.
+class SambaServer final
+{
+public:
+    SambaServer() = default;
+    ~SambaServer();
+
+    /// Why there can be no server here; empty when there can.
+    static QString whyNot();
+
+    /// True when the server answers on its port.
+    bool start();
+    void stop();
+
+    /// "smb://127.0.0.1:PORT".
+    [[nodiscard]] std::string address() const;
+    [[nodiscard]] static std::string user() { return "webmaster"; }
+    [[nodiscard]] const std::string& password() const { return m_password; }
+    /// The local folder behind a share.
+    [[nodiscard]] std::filesystem::path folder(const char* share) const;
+
+private:
+    [[nodiscard]] QString at(const char* name) const { return m_folder.filePath(QLatin1String(name)); }
+    bool writeConfiguration();
+    bool addAccount();
+
+    QTemporaryDir m_folder;
+    QProcess m_process;
+    quint16 m_port = 0;
+    std::string m_password;
+};
+
+} // namespace luma::test
