@@ -8,6 +8,7 @@
 #include <QBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QScrollBar>
 
 namespace luma {
@@ -347,8 +348,10 @@ bool Browser::eventFilter(QObject* watched, QEvent* event)
     const int column = columnOfList(watched);
     if (column < 0)
         return QScrollArea::eventFilter(watched, event);
+    // A name's editor passes on the keys that it has done with; they are not the browser's.
+    const bool fromEditor = qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr;
     if (event->type() == QEvent::KeyPress)
-        return handleKey(column, *static_cast<QKeyEvent*>(event));
+        return !fromEditor && handleKey(column, *static_cast<QKeyEvent*>(event));
     if (event->type() == QEvent::ContextMenu) {
         askForMenu(column, *static_cast<QContextMenuEvent*>(event));
         return true;

@@ -12,6 +12,7 @@ namespace {
 
 /// The screen gets at least this many times what a refresh takes.
 constexpr qint64 restPerRefresh = 4;
+constexpr int patienceWithWatcher = 200;
 
 } // namespace
 
@@ -52,12 +53,14 @@ void FolderWatcher::stop()
     m_delay.stop();
     if (!watcherTask)
         return;
-    // It is reaped whenever it ends; nobody waits for it.
-    connect(watcherTask, &QProcess::finished, watcherTask, &QObject::deleteLater);
-    if (watcherTask->state() == QProcess::NotRunning)
-        watcherTask->deleteLater();
     watcherTask->closeWriteChannel();
     watcherTask->terminate();
+    // It ends at once, unless the disk holds it up.
+    if (watcherTask->state() != QProcess::NotRunning && !watcherTask->waitForFinished(patienceWithWatcher)) {
+        watcherTask->kill();
+        watcherTask->waitForFinished();
+    }
+    delete watcherTask;
     watcherTask = nullptr;
 }
 
