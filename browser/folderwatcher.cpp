@@ -39,7 +39,8 @@ void FolderWatcher::start(const QString& caption, const std::filesystem::path& f
     watcherTask = new QProcess(this);
     watcherTask->setWorkingDirectory(resources);
     watcherTask->setStandardErrorFile(QProcess::nullDevice());
-    watcherTask->start(resources + QLatin1String("/LUMAWatcher"), {caption, QFile::decodeName(folder.c_str())});
+    watcherTask->start(resources + QLatin1String("/LUMAWatcher"),
+                       {caption, QFile::decodeName(folder.c_str())});
     if (watcherTask->processId() == 0)
         return;
     m_observer = std::make_unique<NotificationObserver>(QLatin1String("folderChanged") + caption,

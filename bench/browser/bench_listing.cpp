@@ -39,7 +39,8 @@ fs::path makeFolder()
 
 } // namespace
 
-/// Listing 50,000 entries through FileSystemNode against `ls -lU` of the same folder, turn by turn, warm cache.
+/// Listing 50,000 entries through FileSystemNode against `ls -lU` of the same folder, turn by turn, warm
+/// cache.
 int main()
 {
     std::srand(static_cast<unsigned>(std::chrono::system_clock::now().time_since_epoch().count()));
@@ -56,7 +57,7 @@ int main()
                         }));
     }
     fs::remove_all(folder);
-    std::printf("%zu entries: FileSystemNode %.1f ms, ls -lU %.1f ms, ratio %.2f (at most 3)\n", count, ours, theirs,
-                ours / theirs);
+    std::printf("%zu entries: FileSystemNode %.1f ms, ls -lU %.1f ms, ratio %.2f (at most 3)\n", count, ours,
+                theirs, ours / theirs);
     return count == entries && ours <= 3 * theirs ? 0 : 1;
 }

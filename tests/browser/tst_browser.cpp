@@ -63,7 +63,8 @@ private slots:
     void init()
     {
         m_folder = std::make_unique<QTemporaryDir>();
-        for (const char* name : {"css/deep/a.css", "css/main.css", "css/print.css", "images/logo.svg", "index.html"})
+        for (const char* name :
+             {"css/deep/a.css", "css/main.css", "css/print.css", "images/logo.svg", "index.html"})
             put(name);
         m_browser = std::make_unique<Browser>();
         m_browser->setBeep([this] { ++m_beeps; });

@@ -93,7 +93,8 @@ private slots:
         auto* sheet = site.find<ConfigPanel>("configPanel");
         QTRY_VERIFY(sheet->isVisible());
         PaneFixture::shoot(*sheet, "settings-local");
-        QTest::mouseClick(sheet->findChild<QPushButton*>(QStringLiteral("configConnectButton")), Qt::LeftButton);
+        QTest::mouseClick(sheet->findChild<QPushButton*>(QStringLiteral("configConnectButton")),
+                          Qt::LeftButton);
         QVERIFY(!sheet->isVisible());
         QTRY_VERIFY(site.pane->rootNode());
         // The sheet's button connects again; it never disconnects.
@@ -113,7 +114,8 @@ private slots:
             if (!(widget->focusPolicy() & Qt::TabFocus) || !widget->isVisible() || widget->focusProxy())
                 continue;
             const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(widget);
-            QVERIFY2(accessible && !accessible->text(QAccessible::Name).isEmpty(), qPrintable(widget->objectName()));
+            QVERIFY2(accessible && !accessible->text(QAccessible::Name).isEmpty(),
+                     qPrintable(widget->objectName()));
         }
     }
 };

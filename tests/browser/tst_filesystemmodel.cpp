@@ -35,8 +35,8 @@ private:
     {
         m_tester.reset();
         m_model = std::make_unique<FileSystemModel>();
-        m_tester = std::make_unique<QAbstractItemModelTester>(m_model.get(),
-                                                              QAbstractItemModelTester::FailureReportingMode::Fatal);
+        m_tester = std::make_unique<QAbstractItemModelTester>(
+            m_model.get(), QAbstractItemModelTester::FailureReportingMode::Fatal);
         m_model->setRootNode(std::make_shared<FileSystemNode>(at("")));
     }
     QStringList names(const QModelIndex& folder = {}) const
@@ -46,7 +46,10 @@ private:
             all += m_model->index(row, 0, folder).data().toString();
         return all;
     }
-    QModelIndex child(const char* name, const QModelIndex& folder = {}) const { return m_model->childNamed(folder, name); }
+    QModelIndex child(const char* name, const QModelIndex& folder = {}) const
+    {
+        return m_model->childNamed(folder, name);
+    }
 
 private slots:
     void init() { m_folder = std::make_unique<QTemporaryDir>(); }
@@ -84,7 +87,8 @@ private slots:
         show();
         for (int round = 0; round < 60; ++round) {
             for (int change = random.bounded(12); change >= 0; --change) {
-                const std::string name = (random.bounded(2) ? "f/n" : "n") + std::to_string(random.bounded(20));
+                const std::string name =
+                    (random.bounded(2) ? "f/n" : "n") + std::to_string(random.bounded(20));
                 if (fs::exists(at(name)))
                     fs::remove_all(at(name));
                 else if (random.bounded(3) == 0)
@@ -96,7 +100,8 @@ private slots:
             FileSystemNode fresh(at(""));
             QCOMPARE(m_model->rowCount(), static_cast<int>(fresh.children().size()));
             for (int row = 0; row < m_model->rowCount(); ++row)
-                QCOMPARE(m_model->node(m_model->index(row, 0))->url(), fresh.children().at(std::size_t(row))->url());
+                QCOMPARE(m_model->node(m_model->index(row, 0))->url(),
+                         fresh.children().at(std::size_t(row))->url());
         }
     }
 

@@ -36,7 +36,8 @@ private slots:
 
     void children_areSortedWithoutCaseAndWithoutHiddenOnes()
     {
-        for (const char* name : {".htaccess", ".luma-a1B2c3", "b.html", "A.html", "\xc3\x84pfel.html", "a.HTML"})
+        for (const char* name :
+             {".htaccess", ".luma-a1B2c3", "b.html", "A.html", "\xc3\x84pfel.html", "a.HTML"})
             put(name);
         fs::create_directory(at("Assets"));
         FileSystemNode node(at(""));
@@ -136,8 +137,8 @@ private slots:
         QTest::addColumn<QByteArray>("name");
         QTest::addColumn<QString>("shown");
         QTest::newRow("not UTF-8") << QByteArray("caf\xe9.html") << QString::fromUtf8("caf\xef\xbf\xbd.html");
-        QTest::newRow("newline") << QByteArray("a\nb.html") << QString::fromUtf8("a\u240ab.html");
-        QTest::newRow("escape") << QByteArray("\x1b[31m") << QString::fromUtf8("\u241b[31m");
+        QTest::newRow("newline") << QByteArray("a\nb.html") << QStringLiteral("a\\nb.html");
+        QTest::newRow("escape") << QByteArray("\x1b[31m") << QStringLiteral("\\x1b[31m");
     }
     void oddNames_areShownSanelyAndStayOperable()
     {

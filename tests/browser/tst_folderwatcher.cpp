@@ -55,12 +55,17 @@ private slots:
     {
         QTest::addColumn<std::function<void(const fs::path&)>>("change");
         using Change = std::function<void(const fs::path&)>;
-        QTest::newRow("new file") << Change([](const fs::path& root) { std::ofstream(root / "new.html") << 1; });
-        QTest::newRow("odd name") << Change([](const fs::path& root) { std::ofstream(root / "\xff\n") << 1; });
+        QTest::newRow("new file") << Change(
+            [](const fs::path& root) { std::ofstream(root / "new.html") << 1; });
+        QTest::newRow("odd name") << Change(
+            [](const fs::path& root) { std::ofstream(root / "\xff\n") << 1; });
         QTest::newRow("removed") << Change([](const fs::path& root) { fs::remove(root / "there.html"); });
-        QTest::newRow("renamed") << Change([](const fs::path& r) { fs::rename(r / "there.html", r / "b.html"); });
-        QTest::newRow("rewritten") << Change([](const fs::path& root) { std::ofstream(root / "deep/a/b/f") << 2; });
-        QTest::newRow("deep") << Change([](const fs::path& root) { std::ofstream(root / "deep/a/b/new") << 1; });
+        QTest::newRow("renamed") << Change(
+            [](const fs::path& r) { fs::rename(r / "there.html", r / "b.html"); });
+        QTest::newRow("rewritten") << Change(
+            [](const fs::path& root) { std::ofstream(root / "deep/a/b/f") << 2; });
+        QTest::newRow("deep") << Change(
+            [](const fs::path& root) { std::ofstream(root / "deep/a/b/new") << 1; });
     }
     void change_isTold()
     {
@@ -103,7 +108,8 @@ private slots:
         QVERIFY(!spy.wait(500));
     }
 
-    // The queue of the kernel holds 16,384 events by default; this is more, and made while the watcher is stopped.
+    // The queue of the kernel holds 16,384 events by default; this is more, and made while the watcher is
+    // stopped.
     void overflowAndBurst_loseNothing()
     {
         QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);

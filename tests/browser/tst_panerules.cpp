@@ -2,9 +2,9 @@
 #include "browser/displaytext.h"
 #include "browser/endpoint.h"
 #include "browser/fileoperations.h"
+#include "browser/labelcolor.h"
 #include "browser/mountstep.h"
 #include "browser/mounturl.h"
-#include "browser/labelcolor.h"
 #include "browser/relativepath.h"
 #include "browser/transformers.h"
 #include "platform/volumemounter.h"
@@ -39,9 +39,12 @@ public:
 
 QVariantMap shareRequest()
 {
-    return {{connectionrequest::protocolString, u"smb://"_s}, {connectionrequest::serverString, u"host"_s},
-            {connectionrequest::volumeString, u"Web"_s},      {connectionrequest::pathValue, u"/docs"_s},
-            {connectionrequest::user, u"anna"_s},             {connectionrequest::password, u"secret"_s}};
+    return {{connectionrequest::protocolString, u"smb://"_s},
+            {connectionrequest::serverString, u"host"_s},
+            {connectionrequest::volumeString, u"Web"_s},
+            {connectionrequest::pathValue, u"/docs"_s},
+            {connectionrequest::user, u"anna"_s},
+            {connectionrequest::password, u"secret"_s}};
 }
 
 } // namespace
@@ -59,13 +62,16 @@ private slots:
         QTest::newRow("blanks") << QStringList{u"smb://"_s, u"example host"_s, u"Web Site"_s, u"/docs"_s}
                                 << u"smb://example%20host/Web%20Site/docs"_s;
         QTest::newRow("server only") << QStringList{u"smb://"_s, u"host"_s, u""_s, u""_s} << u"smb://host/"_s;
-        QTest::newRow("port") << QStringList{u"smb://"_s, u"127.0.0.1:4450"_s, u"v"_s, u""_s} << u"smb://127.0.0.1:4450/v"_s;
+        QTest::newRow("port") << QStringList{u"smb://"_s, u"127.0.0.1:4450"_s, u"v"_s, u""_s}
+                              << u"smb://127.0.0.1:4450/v"_s;
         QTest::newRow("no volume") << QStringList{u"FTP"_s, u"h"_s, u"v"_s, u"/p"_s} << u"FTPh//p"_s;
         QTest::newRow("no path") << QStringList{u"SMB"_s, u"h"_s, u"v"_s, u"/p"_s} << u"SMBh/v"_s;
         QTest::newRow("reserved") << QStringList{u"davs://"_s, u"h"_s, u"50%"_s, u"/a?b#c\"<>[]^`{|}"_s}
                                   << u"davs://h/50%25/a%3Fb%23c%22%3C%3E%5B%5D%5E%60%7B%7C%7D"_s;
-        QTest::newRow("not ASCII") << QStringList{u"smb://"_s, u"h"_s, QString::fromUtf8("B\xc3\xa4r"), u""_s} << u"smb://h/B%C3%A4r"_s;
-        QTest::newRow("no Unicode") << QStringList{u"smb://"_s, u"h"_s, QString(QChar(0xd800)), u"/p"_s} << u"smb://h//p"_s;
+        QTest::newRow("not ASCII") << QStringList{u"smb://"_s, u"h"_s, QString::fromUtf8("B\xc3\xa4r"), u""_s}
+                                   << u"smb://h/B%C3%A4r"_s;
+        QTest::newRow("no Unicode") << QStringList{u"smb://"_s, u"h"_s, QString(QChar(0xd800)), u"/p"_s}
+                                    << u"smb://h//p"_s;
     }
     void mountURL_isComposed()
     {
@@ -152,7 +158,8 @@ private slots:
         QTest::addColumn<QByteArray>("folder");
         QTest::addColumn<QByteArray>("item");
         QTest::addColumn<QByteArray>("rest");
-        QTest::newRow("file") << QByteArray("/v/site") << QByteArray("/v/site/css/main.css") << QByteArray("css/main.css");
+        QTest::newRow("file") << QByteArray("/v/site") << QByteArray("/v/site/css/main.css")
+                              << QByteArray("css/main.css");
         QTest::newRow("slash") << QByteArray("/v/site/") << QByteArray("/v/site/a") << QByteArray("a");
         QTest::newRow("root") << QByteArray("/") << QByteArray("/a") << QByteArray("a");
         QTest::newRow("neighbour") << QByteArray("/v/site") << QByteArray("/v/site2/a") << QByteArray();
