@@ -8,6 +8,7 @@
 #include <QBoxLayout>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QScrollBar>
 
 namespace luma {
@@ -63,7 +64,7 @@ void Browser::makeContent()
     m_emptyLabel->setObjectName(QStringLiteral("emptyText"));
     m_emptyLabel->setAlignment(Qt::AlignCenter);
     m_emptyLabel->setWordWrap(true);
-    m_emptyLabel->setEnabled(false);
+    m_emptyLabel->setForegroundRole(QPalette::PlaceholderText);
     // The columns are put in before these three.
     auto* columns = new QHBoxLayout(m_content);
     columns->setContentsMargins({});
@@ -105,7 +106,8 @@ void Browser::rebuild()
 
 QModelIndex Browser::parentForItemsInColumn(int column) const
 {
-    return column >= 0 && column < columnCount() ? m_columns[static_cast<std::size_t>(column)]->folder() : QModelIndex();
+    return column >= 0 && column < columnCount() ? m_columns[static_cast<std::size_t>(column)]->folder()
+                                                 : QModelIndex();
 }
 
 int Browser::clickedColumn() const
@@ -143,8 +145,10 @@ void Browser::connectColumn(BrowserColumn& column, int number)
     BrowserListView& list = column.list();
     list.installEventFilter(this);
     list.viewport()->installEventFilter(this);
-    connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this, [=, this] { selectionChanged(number); });
-    connect(&list, &QListView::clicked, this, [=, this](const QModelIndex& item) { noteClick(number, item); });
+    connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this,
+            [=, this] { selectionChanged(number); });
+    connect(&list, &QListView::clicked, this,
+            [=, this](const QModelIndex& item) { noteClick(number, item); });
     connect(&list, &QListView::doubleClicked, this, &Browser::doubleClicked);
     connect(&list, &BrowserListView::dragStarted, this, [=, this] { m_draggedColumn = number; });
     connect(&column, &BrowserColumn::widthChosen, this, [=, this](int width) {
@@ -164,6 +168,8 @@ void Browser::closeColumnsFrom(int number)
         const bool focused = column->isAncestorOf(QApplication::focusWidget());
         column->hide();
         column->detach();
+        // Its own signal may be on the way here, so it goes later; but it is none of the columns any more.
+        column->setParent(nullptr);
         column->deleteLater();
         if (focused && !m_columns.empty())
             m_columns.back()->list().setFocus();
@@ -189,7 +195,8 @@ void Browser::selectionChanged(int number)
     const QModelIndexList rows = m_columns[static_cast<std::size_t>(number)]->selectedRows();
     const QModelIndex item = rows.size() == 1 ? rows.first() : QModelIndex();
     const bool opensFolder = item.isValid() && !item.data(FileSystemModel::LeafRole).toBool();
-    const bool alreadyOpen = opensFolder && columnCount() > number + 1 && parentForItemsInColumn(number + 1) == item;
+    const bool alreadyOpen =
+        opensFolder && columnCount() > number + 1 && parentForItemsInColumn(number + 1) == item;
     if (!alreadyOpen) {
         closeColumnsFrom(number + 1);
         if (opensFolder)
@@ -347,8 +354,10 @@ bool Browser::eventFilter(QObject* watched, QEvent* event)
     const int column = columnOfList(watched);
     if (column < 0)
         return QScrollArea::eventFilter(watched, event);
+    // A name's editor passes on the keys that it has done with; they are not the browser's.
+    const bool fromEditor = qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr;
     if (event->type() == QEvent::KeyPress)
-        return handleKey(column, *static_cast<QKeyEvent*>(event));
+        return !fromEditor && handleKey(column, *static_cast<QKeyEvent*>(event));
     if (event->type() == QEvent::ContextMenu) {
         askForMenu(column, *static_cast<QContextMenuEvent*>(event));
         return true;
@@ -364,10 +373,11 @@ void Browser::askForMenu(int column, const QContextMenuEvent& event)
 {
     const BrowserListView& list = m_columns[static_cast<std::size_t>(column)]->list();
     const bool byKey = event.reason() == QContextMenuEvent::Keyboard;
-    const QModelIndex item = byKey ? list.currentIndex() : list.indexAt(list.viewport()->mapFromGlobal(event.globalPos()));
+    const QModelIndex item =
+        byKey ? list.currentIndex() : list.indexAt(list.viewport()->mapFromGlobal(event.globalPos()));
     noteClick(column, item);
-    emit contextMenuRequested(
-        item, byKey ? list.viewport()->mapToGlobal(list.visualRect(item).bottomLeft()) : event.globalPos());
+    emit contextMenuRequested(item, byKey ? list.viewport()->mapToGlobal(list.visualRect(item).bottomLeft())
+                                          : event.globalPos());
 }
 
 /// True when the key needs no further handling.

@@ -17,9 +17,10 @@ class BrowserListView;
 class IconPreviewController;
 
 /// The column browser: one column of rows for each folder on the way to the selected item, the preview of a
-/// selected leaf after the last one. A column's single selected folder opens as the next column, so neighbours
-/// always agree. Columns keep their scroll position and the widths that the user gave them. Every key but
-/// Control+Delete and Control+Backspace beeps and is then handled as usual; these two ask for deletion.
+/// selected leaf after the last one. A column's single selected folder opens as the next column, so
+/// neighbours always agree. Columns keep their scroll position and the widths that the user gave them. Every
+/// key but Control+Delete and Control+Backspace beeps and is then handled as usual; these two ask for
+/// deletion.
 class Browser final : public QScrollArea
 {
     Q_OBJECT

@@ -38,7 +38,8 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     m_ui->setupUi(m_widget);
     m_ui->label->setText(caption);
     m_ui->configureButton->setIcon(icons::symbol(QStringLiteral("settings")));
-    m_ui->myBrowser->setEmptyText(tr("Not connected. Choose Connect, or set the folder in the connection settings."));
+    m_ui->myBrowser->setEmptyText(
+        tr("Not connected. Choose Connect, or set the folder in the connection settings."));
     connect(m_watcher, &FolderWatcher::changed, this, &BrowserController::folderChanged);
     connectSheet();
     connectBrowser();
@@ -79,9 +80,10 @@ void BrowserController::connectBrowser()
     connect(&browser(), &Browser::clicked, this, &BrowserController::doBrowserClick);
     connect(&browser(), &Browser::doubleClicked, this, &BrowserController::openItem);
     connect(&browser(), &Browser::deleteRequested, this, &BrowserController::deleteSelectedItems);
-    connect(&browser(), &Browser::contextMenuRequested, this, [this](const QModelIndex& item, const QPoint& position) {
-        contextualMenu->popupFor(item.isValid(), position);
-    });
+    connect(&browser(), &Browser::contextMenuRequested, this,
+            [this](const QModelIndex& item, const QPoint& position) {
+                contextualMenu->popupFor(item.isValid(), position);
+            });
     connect(&browser().model(), &FileSystemModel::renamed, this,
             [this](const std::filesystem::path& oldPath, const std::filesystem::path& newPath) {
                 // The links to the item are updated by who hears of it.
@@ -236,7 +238,8 @@ std::filesystem::path BrowserController::pathOf(const QModelIndex& item) const
 
 void BrowserController::doBrowserClick(const QModelIndex& item)
 {
-    m_ui->fullPathToSelectedItem->setText(tr("Relative Path: ") + displayText(pathBelow(m_mountPath, pathOf(item))));
+    m_ui->fullPathToSelectedItem->setText(tr("Relative Path: ") +
+                                          displayText(pathBelow(m_mountPath, pathOf(item))));
 }
 
 void BrowserController::openItem()

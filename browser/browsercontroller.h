@@ -29,18 +29,18 @@ class PaneHost;
 class PaneMenu;
 class VolumeMounter;
 
-/// One pane of a site's window: connects to the folder of its endpoint, shows it as columns, keeps them in step
-/// with the disk, and offers what can be done to files. The controller reads and shows; connection, watcher,
-/// file operations and columns are classes of their own. Main thread only. It may go at any moment: jobs that
-/// still run find nobody and end.
+/// One pane of a site's window: connects to the folder of its endpoint, shows it as columns, keeps them in
+/// step with the disk, and offers what can be done to files. The controller reads and shows; connection,
+/// watcher, file operations and columns are classes of their own. Main thread only. It may go at any moment:
+/// jobs that still run find nobody and end.
 class BrowserController final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `caption` names the pane and its watcher. `endpoint` is shared with the site record; the pane reads it through
-    /// its settings sheet. `host` (may be null) outlives the pane. `parent` gets the pane's widget as its child
-    /// and owns the controller.
+    /// `caption` names the pane and its watcher. `endpoint` is shared with the site record; the pane reads it
+    /// through its settings sheet. `host` (may be null) outlives the pane. `parent` gets the pane's widget as
+    /// its child and owns the controller.
     BrowserController(const QString& caption, std::shared_ptr<ObservedDictionary> endpoint, PaneHost* host,
                       QWidget* parent);
     ~BrowserController() override;

@@ -37,8 +37,8 @@ void BrowserListView::paintEvent(QPaintEvent* event)
         return;
     QPainter painter(viewport());
     painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect().adjusted(8, 12, -8, -8), Qt::AlignTop | Qt::AlignHCenter | Qt::TextWordWrap,
-                     m_emptyText);
+    painter.drawText(viewport()->rect().adjusted(8, 12, -8, -8),
+                     Qt::AlignTop | Qt::AlignHCenter | Qt::TextWordWrap, m_emptyText);
 }
 
 } // namespace luma

@@ -4,7 +4,8 @@
 
 namespace luma {
 
-/// The rows of one browser column. Tells when a drag starts, and says in the empty space why there are no rows.
+/// The rows of one browser column. Tells when a drag starts, and says in the empty space why there are no
+/// rows.
 class BrowserListView final : public QListView
 {
     Q_OBJECT

@@ -15,8 +15,9 @@ namespace {
 
 QStringList protocols()
 {
-    return {QStringLiteral("file://"), QStringLiteral("smb://"),  QStringLiteral("sftp://"), QStringLiteral("dav://"),
-            QStringLiteral("davs://"), QStringLiteral("ftp://"), QStringLiteral("afp://"),  QStringLiteral("nfs://")};
+    return {QStringLiteral("file://"), QStringLiteral("smb://"),  QStringLiteral("sftp://"),
+            QStringLiteral("dav://"),  QStringLiteral("davs://"), QStringLiteral("ftp://"),
+            QStringLiteral("afp://"),  QStringLiteral("nfs://")};
 }
 
 } // namespace
@@ -47,10 +48,11 @@ void ConfigPanel::bindText(QLineEdit& field, const QString& key)
         if (text != m_endpoint->string(key))
             m_endpoint->setValue(key, text);
     });
-    connect(m_endpoint.get(), &ObservedDictionary::changed, &field, [this, &field, key](const QString& changed) {
-        if (changed == key && field.text() != m_endpoint->string(key))
-            field.setText(m_endpoint->string(key));
-    });
+    connect(m_endpoint.get(), &ObservedDictionary::changed, &field,
+            [this, &field, key](const QString& changed) {
+                if (changed == key && field.text() != m_endpoint->string(key))
+                    field.setText(m_endpoint->string(key));
+            });
 }
 
 void ConfigPanel::bindProtocol()
@@ -67,7 +69,9 @@ void ConfigPanel::bindProtocol()
 
 void ConfigPanel::bindAutoconnect()
 {
-    const auto show = [this] { m_ui->autoconnect->setChecked(m_endpoint->integer(endpoint::autoconnect) == 1); };
+    const auto show = [this] {
+        m_ui->autoconnect->setChecked(m_endpoint->integer(endpoint::autoconnect) == 1);
+    };
     show();
     connect(m_ui->autoconnect, &QCheckBox::clicked, this,
             [this](bool on) { m_endpoint->setValue(endpoint::autoconnect, on ? 1 : 0); });
@@ -101,8 +105,8 @@ void ConfigPanel::updateFields()
 {
     const QVariant chosen = protocol();
     const bool onServer = Transformers::named(u"FilePathTransformer")(chosen) == QLatin1String("1");
-    for (QWidget* field : std::initializer_list<QWidget*>{m_ui->server, m_ui->volume, m_ui->user, m_ui->password,
-                                                          m_ui->showPasswordButton})
+    for (QWidget* field : std::initializer_list<QWidget*>{m_ui->server, m_ui->volume, m_ui->user,
+                                                          m_ui->password, m_ui->showPasswordButton})
         field->setEnabled(onServer);
     m_ui->chooseFolderButton->setEnabled(!onServer);
     const bool isShare = Transformers::named(u"SMBPathTransformer")(chosen) == QLatin1String("0");

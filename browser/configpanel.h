@@ -14,8 +14,8 @@ class QLineEdit;
 
 namespace luma {
 
-/// The connection settings sheet of a pane. Its fields and the endpoint dictionary (see endpoint.h) are one: an
-/// edit on either side shows on the other at once. Fields that the protocol does not use are disabled.
+/// The connection settings sheet of a pane. Its fields and the endpoint dictionary (see endpoint.h) are one:
+/// an edit on either side shows on the other at once. Fields that the protocol does not use are disabled.
 class ConfigPanel final : public QDialog
 {
     Q_OBJECT

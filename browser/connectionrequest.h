@@ -4,8 +4,8 @@
 
 #include <QLatin1StringView>
 
-/// The keys of the request that a connection job gets, all strings: the job never looks at the screen. A missing
-/// key is an absent value.
+/// The keys of the request that a connection job gets, all strings: the job never looks at the screen. A
+/// missing key is an absent value.
 namespace luma::connectionrequest {
 
 inline constexpr QLatin1StringView protocolString{"protocolString"};

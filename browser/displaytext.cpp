@@ -6,19 +6,18 @@ namespace luma {
 
 namespace {
 
-constexpr char16_t picturesOfControls = 0x2400;
-constexpr char16_t pictureOfDelete = 0x2421;
-constexpr char16_t pictureOfNewline = 0x2424;
-
-char16_t visible(char16_t unit)
+/// Nothing for what can be shown as it is.
+QString escapeOf(char16_t unit)
 {
-    if (unit < 0x20)
-        return static_cast<char16_t>(picturesOfControls + unit);
-    if (unit == 0x7f)
-        return pictureOfDelete;
-    if (unit == 0x85 || unit == 0x2028 || unit == 0x2029)
-        return pictureOfNewline;
-    return unit;
+    if (unit == u'\n')
+        return QStringLiteral("\\n");
+    if (unit == u'\t')
+        return QStringLiteral("\\t");
+    if (unit < 0x20 || unit == 0x7f || unit == 0x85)
+        return QStringLiteral("\\x%1").arg(unit, 2, 16, QLatin1Char('0'));
+    if (unit == 0x2028 || unit == 0x2029)
+        return QStringLiteral("\\u%1").arg(unit, 4, 16);
+    return {};
 }
 
 bool isAscii(std::string_view name)
@@ -35,10 +34,17 @@ QString decoded(std::string_view name)
 
 QString displayText(std::string_view name)
 {
-    QString text = decoded(name);
-    for (QChar& unit : text)
-        unit = QChar(visible(unit.unicode()));
-    return text;
+    const QString text = decoded(name);
+    QString shown;
+    shown.reserve(text.size());
+    for (const QChar unit : text) {
+        const QString escape = escapeOf(unit.unicode());
+        if (escape.isEmpty())
+            shown += unit;
+        else
+            shown += escape;
+    }
+    return shown;
 }
 
 std::string collationKey(std::string_view name)

@@ -21,8 +21,8 @@ void ElidingLabel::paintEvent(QPaintEvent* /*event*/)
 {
     QPainter painter(this);
     const QString shown = fontMetrics().elidedText(text(), Qt::ElideMiddle, contentsRect().width());
-    style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment() | Qt::TextSingleLine), palette(),
-                          isEnabled(), shown, foregroundRole());
+    style()->drawItemText(&painter, contentsRect(), static_cast<int>(alignment() | Qt::TextSingleLine),
+                          palette(), isEnabled(), shown, foregroundRole());
 }
 
 bool ElidingLabel::event(QEvent* event)
@@ -30,7 +30,8 @@ bool ElidingLabel::event(QEvent* event)
     if (event->type() != QEvent::ToolTip)
         return QLabel::event(event);
     const bool cut = fontMetrics().horizontalAdvance(text()) > contentsRect().width();
-    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), cut ? text().toHtmlEscaped() : QString(), this);
+    QToolTip::showText(static_cast<QHelpEvent*>(event)->globalPos(), cut ? text().toHtmlEscaped() : QString(),
+                       this);
     return true;
 }
 

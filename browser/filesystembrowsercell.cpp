@@ -63,7 +63,8 @@ QRect textRect(const QStyleOptionViewItem& option, const QModelIndex& index)
 void paintArrow(QPainter* painter, const QStyleOptionViewItem& option)
 {
     QStyleOption arrow = option;
-    arrow.rect = QRect(option.rect.right() - arrowWidth + 1, option.rect.top(), arrowWidth - 4, option.rect.height());
+    arrow.rect =
+        QRect(option.rect.right() - arrowWidth + 1, option.rect.top(), arrowWidth - 4, option.rect.height());
     arrow.rect = QStyle::alignedRect(option.direction, Qt::AlignCenter, QSize(10, 10), arrow.rect);
     styleOf(option).drawPrimitive(QStyle::PE_IndicatorArrowRight, &arrow, painter, option.widget);
 }
@@ -94,7 +95,8 @@ void FileSystemBrowserCell::initStyleOption(QStyleOptionViewItem* option, const 
     option->icon = isLeaf(index) ? icons::forFileName(option->text) : icons::folder();
 }
 
-void FileSystemBrowserCell::paint(QPainter* painter, const QStyleOptionViewItem& given, const QModelIndex& index) const
+void FileSystemBrowserCell::paint(QPainter* painter, const QStyleOptionViewItem& given,
+                                  const QModelIndex& index) const
 {
     QStyleOptionViewItem option = given;
     initStyleOption(&option, index);
@@ -106,7 +108,8 @@ void FileSystemBrowserCell::paint(QPainter* painter, const QStyleOptionViewItem&
         painter->fillRect(option.rect, tint);
     }
     option.icon.paint(painter, imageRectForBounds(option.rect), Qt::AlignCenter,
-                      selected && option.state.testFlag(QStyle::State_Active) ? QIcon::Selected : QIcon::Normal);
+                      selected && option.state.testFlag(QStyle::State_Active) ? QIcon::Selected
+                                                                              : QIcon::Normal);
     const auto group = option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
     painter->setPen(option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
     painter->setFont(option.font);
@@ -146,7 +149,8 @@ void FileSystemBrowserCell::setEditorData(QWidget* editor, const QModelIndex& in
     line->setText(name);
     // The view selects everything once the editor is open; the base name alone is what a rename changes.
     const int length = editedLength(name, !isLeaf(index));
-    QMetaObject::invokeMethod(line, [line, length] { line->setSelection(0, length); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(
+        line, [line, length] { line->setSelection(0, length); }, Qt::QueuedConnection);
 }
 
 void FileSystemBrowserCell::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
@@ -155,8 +159,8 @@ void FileSystemBrowserCell::updateEditorGeometry(QWidget* editor, const QStyleOp
     editor->setGeometry(titleRectForBounds(option.rect).adjusted(-2, -2, 0, 0));
 }
 
-bool FileSystemBrowserCell::helpEvent(QHelpEvent* event, QAbstractItemView* view, const QStyleOptionViewItem& option,
-                                      const QModelIndex& index)
+bool FileSystemBrowserCell::helpEvent(QHelpEvent* event, QAbstractItemView* view,
+                                      const QStyleOptionViewItem& option, const QModelIndex& index)
 {
     if (event->type() != QEvent::ToolTip || !index.isValid())
         return QStyledItemDelegate::helpEvent(event, view, option, index);

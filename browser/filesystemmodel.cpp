@@ -116,8 +116,9 @@ QModelIndex FileSystemModel::childNamed(const QModelIndex& folder, const std::st
     Folder* record = folderAt(folder);
     if (!record)
         return {};
-    const auto found = std::find_if(record->rows.begin(), record->rows.end(),
-                                    [&](const FileSystemNodePointer& child) { return child->name() == name; });
+    const auto found =
+        std::find_if(record->rows.begin(), record->rows.end(),
+                     [&](const FileSystemNodePointer& child) { return child->name() == name; });
     return found == record->rows.end()
                ? QModelIndex()
                : createIndex(static_cast<int>(found - record->rows.begin()), 0, record);
@@ -161,7 +162,8 @@ void FileSystemModel::refreshFolder(Folder& folder)
     for (const RowRange& range : difference.removed)
         removeRange(folder, range.first, range.last);
     for (const RowRange& range : difference.inserted)
-        insertRange(folder, range.first, Nodes(listed.begin() + range.first, listed.begin() + range.last + 1));
+        insertRange(folder, range.first,
+                    Nodes(listed.begin() + range.first, listed.begin() + range.last + 1));
     adoptNodes(folder, listed);
 }
 
@@ -169,7 +171,8 @@ void FileSystemModel::removeRange(Folder& folder, int first, int last)
 {
     beginRemoveRows(indexOf(folder), first, last);
     folder.rows.erase(folder.rows.begin() + first, folder.rows.begin() + last + 1);
-    std::erase_if(folder.opened, [&](const auto& opened) { return opened->row >= first && opened->row <= last; });
+    std::erase_if(folder.opened,
+                  [&](const auto& opened) { return opened->row >= first && opened->row <= last; });
     folder.shiftOpened(last + 1, first - last - 1);
     endRemoveRows();
 }
@@ -217,7 +220,8 @@ QModelIndex FileSystemModel::index(int row, int column, const QModelIndex& paren
     if (row < 0 || column != 0 || parent.column() > 0)
         return {};
     Folder* folder = folderAt(parent);
-    return folder && row < static_cast<int>(folder->rows.size()) ? createIndex(row, 0, folder) : QModelIndex();
+    return folder && row < static_cast<int>(folder->rows.size()) ? createIndex(row, 0, folder)
+                                                                 : QModelIndex();
 }
 
 QModelIndex FileSystemModel::parent(const QModelIndex& index) const

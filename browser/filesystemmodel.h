@@ -6,17 +6,16 @@
 
 namespace luma {
 
-/// The tree of FileSystemNode as the columns of a Browser see it, one column wide. Folders are listed when their
-/// rows are first asked for. refresh() lists again and tells exactly what came and went, so that selection, scroll
-/// position and open columns stay; nodes do not survive it, indexes of what is still there do. Renames go
-/// through setData() with Qt::EditRole. Main thread only.
+/// The tree of FileSystemNode as the columns of a Browser see it, one column wide. Folders are listed when
+/// their rows are first asked for. refresh() lists again and tells exactly what came and went, so that
+/// selection, scroll position and open columns stay; nodes do not survive it, indexes of what is still there
+/// do. Renames go through setData() with Qt::EditRole. Main thread only.
 class FileSystemModel final : public QAbstractItemModel
 {
     Q_OBJECT
 
 public:
-    enum Role
-    {
+    enum Role {
         LabelColorRole = Qt::UserRole + 1, ///< int, a LabelColor
         LeafRole,                          ///< bool
         PathRole,                          ///< QByteArray, the full path

@@ -26,9 +26,9 @@ class FileSystemNode;
 using FileSystemNodePointer = std::shared_ptr<FileSystemNode>;
 
 /// One item of the file tree that a pane shows. Owns its children, which are listed when they are first asked
-/// for and kept until `childrenDirty` is set; knows no parent and never watches the disk. A symbolic link is an
-/// item of its own, never the folder it points to, so a tree holds no circles. Identity is the object's; to find
-/// a file again compare `url`. Main thread only.
+/// for and kept until `childrenDirty` is set; knows no parent and never watches the disk. A symbolic link is
+/// an item of its own, never the folder it points to, so a tree holds no circles. Identity is the object's;
+/// to find a file again compare `url`. Main thread only.
 class FileSystemNode final
 {
 public:
@@ -44,8 +44,8 @@ public:
     [[nodiscard]] const std::string& name() const;
     /// The name as the screen shows it (see displayText).
     [[nodiscard]] QString displayName() const;
-    /// Renames the item on disk within its folder. Refused, with the node and the disk left as they were, when
-    /// the name is empty, is "." or "..", holds a slash, or is taken.
+    /// Renames the item on disk within its folder. Refused, with the node and the disk left as they were,
+    /// when the name is empty, is "." or "..", holds a slash, or is taken.
     Result<void> setDisplayName(const QString& newName);
 
     [[nodiscard]] bool isDirectory() const { return m_fileProperties && m_fileProperties->isDirectory; }

@@ -41,7 +41,8 @@ std::vector<RowRange> missingFrom(const LeafByName& others, const Nodes& nodes)
 
 FolderDifference folderDifference(const Nodes& before, const Nodes& after)
 {
-    FolderDifference difference = {missingFrom(leavesByName(after), before), missingFrom(leavesByName(before), after)};
+    FolderDifference difference = {missingFrom(leavesByName(after), before),
+                                   missingFrom(leavesByName(before), after)};
     std::reverse(difference.removed.begin(), difference.removed.end());
     return difference;
 }

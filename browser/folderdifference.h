@@ -13,9 +13,9 @@ struct RowRange
     int last = 0;
 };
 
-/// What turns one listing of a folder into a later one: first `removed`, rows of the old listing from the last
-/// range to the first; then `inserted`, rows of the new listing from the first range to the last. An item that
-/// turned from a file into a folder, or back, is another item.
+/// What turns one listing of a folder into a later one: first `removed`, rows of the old listing from the
+/// last range to the first; then `inserted`, rows of the new listing from the first range to the last. An
+/// item that turned from a file into a folder, or back, is another item.
 struct FolderDifference
 {
     std::vector<RowRange> removed;

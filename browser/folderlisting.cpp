@@ -79,7 +79,8 @@ std::vector<FileSystemNodePointer> inDisplayOrder(std::vector<FileSystemNodePoin
         const int order = a.key.compare(b.key);
         return order != 0 ? order < 0 : a.node->name() < b.node->name();
     });
-    std::transform(keyed.begin(), keyed.end(), nodes.begin(), [](Keyed& entry) { return std::move(entry.node); });
+    std::transform(keyed.begin(), keyed.end(), nodes.begin(),
+                   [](Keyed& entry) { return std::move(entry.node); });
     return nodes;
 }
 
@@ -94,7 +95,8 @@ std::optional<FileProperties> readProperties(const std::string& url)
     if (!path.has_filename() && path.has_parent_path())
         path = path.parent_path();
     LabelReader labels;
-    return propertiesOf(path.filename().string(), static_cast<unsigned char>(IFTODT(status.st_mode)), url, labels);
+    return propertiesOf(path.filename().string(), static_cast<unsigned char>(IFTODT(status.st_mode)), url,
+                        labels);
 }
 
 std::optional<std::vector<FileSystemNodePointer>> listFolder(const std::string& url)
@@ -111,7 +113,8 @@ std::optional<std::vector<FileSystemNodePointer>> listFolder(const std::string& 
         if (entry->d_name[0] == '.')
             continue;
         std::string itemUrl = prefix + entry->d_name;
-        FileProperties properties = propertiesOf(entry->d_name, typeOf(::dirfd(folder.get()), *entry), itemUrl, labels);
+        FileProperties properties =
+            propertiesOf(entry->d_name, typeOf(::dirfd(folder.get()), *entry), itemUrl, labels);
         nodes.push_back(std::make_shared<FileSystemNode>(std::move(itemUrl), std::move(properties)));
     }
     return inDisplayOrder(std::move(nodes));

@@ -12,6 +12,7 @@ namespace {
 
 /// The screen gets at least this many times what a refresh takes.
 constexpr qint64 restPerRefresh = 4;
+constexpr int patienceWithWatcher = 200;
 
 } // namespace
 
@@ -38,7 +39,8 @@ void FolderWatcher::start(const QString& caption, const std::filesystem::path& f
     watcherTask = new QProcess(this);
     watcherTask->setWorkingDirectory(resources);
     watcherTask->setStandardErrorFile(QProcess::nullDevice());
-    watcherTask->start(resources + QLatin1String("/LUMAWatcher"), {caption, QFile::decodeName(folder.c_str())});
+    watcherTask->start(resources + QLatin1String("/LUMAWatcher"),
+                       {caption, QFile::decodeName(folder.c_str())});
     if (watcherTask->processId() == 0)
         return;
     m_observer = std::make_unique<NotificationObserver>(QLatin1String("folderChanged") + caption,
@@ -52,12 +54,14 @@ void FolderWatcher::stop()
     m_delay.stop();
     if (!watcherTask)
         return;
-    // It is reaped whenever it ends; nobody waits for it.
-    connect(watcherTask, &QProcess::finished, watcherTask, &QObject::deleteLater);
-    if (watcherTask->state() == QProcess::NotRunning)
-        watcherTask->deleteLater();
     watcherTask->closeWriteChannel();
     watcherTask->terminate();
+    // It ends at once, unless the disk holds it up.
+    if (watcherTask->state() != QProcess::NotRunning && !watcherTask->waitForFinished(patienceWithWatcher)) {
+        watcherTask->kill();
+        watcherTask->waitForFinished();
+    }
+    delete watcherTask;
     watcherTask = nullptr;
 }
 

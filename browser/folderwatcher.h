@@ -13,9 +13,10 @@ namespace luma {
 
 class NotificationObserver;
 
-/// The watcher process of one pane: runs from start() to stop() and ends with this object, or with this program,
-/// however that ends. Without a watcher program the pane works on, only changed() never comes. When what hears
-/// changed() is slow, the next one waits until the screen has had its share of the time. Main thread only.
+/// The watcher process of one pane: runs from start() to stop() and ends with this object, or with this
+/// program, however that ends. Without a watcher program the pane works on, only changed() never comes. When
+/// what hears changed() is slow, the next one waits until the screen has had its share of the time. Main
+/// thread only.
 class FolderWatcher final : public QObject
 {
     Q_OBJECT

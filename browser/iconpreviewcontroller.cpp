@@ -37,7 +37,8 @@ QString factsOf(const std::filesystem::path& path)
 
 } // namespace
 
-IconPreviewController::IconPreviewController(Layout layout, QWidget* parent) : m_layout(layout), m_view(new QWidget(parent))
+IconPreviewController::IconPreviewController(Layout layout, QWidget* parent)
+    : m_layout(layout), m_view(new QWidget(parent))
 {
     if (layout == Layout::PreviewView) {
         Ui::PreviewView ui;
@@ -45,6 +46,7 @@ IconPreviewController::IconPreviewController(Layout layout, QWidget* parent) : m
         iconImageView = ui.iconImageView;
         label = ui.label;
         details = ui.details;
+        details->setForegroundRole(QPalette::PlaceholderText);
     } else {
         Ui::HeaderView ui;
         ui.setupUi(m_view);
@@ -78,8 +80,9 @@ void IconPreviewController::viewWillAppear()
 
 void IconPreviewController::showIcon(const QSize& size)
 {
-    const QIcon icon = m_node->isLeaf() && m_layout == Layout::PreviewView ? icons::forFileName(m_node->displayName())
-                                                                          : icons::folder();
+    const QIcon icon = m_node->isLeaf() && m_layout == Layout::PreviewView
+                           ? icons::forFileName(m_node->displayName())
+                           : icons::folder();
     iconImageView->setPixmap(icon.pixmap(size, m_view->devicePixelRatioF()));
 }
 

@@ -10,9 +10,9 @@ class QWidget;
 
 namespace luma {
 
-/// Shows one node: as the preview of a leaf (layout PreviewView: a thumbnail of the file, its name and facts) or
-/// as the header of a column (layout HeaderView: icon and name). The thumbnail is made on a background thread; a
-/// later one, or the end of the view, drops it.
+/// Shows one node: as the preview of a leaf (layout PreviewView: a thumbnail of the file, its name and facts)
+/// or as the header of a column (layout HeaderView: icon and name). The thumbnail is made on a background
+/// thread; a later one, or the end of the view, drops it.
 class IconPreviewController final : public QObject
 {
     Q_OBJECT

@@ -7,11 +7,13 @@ namespace luma {
 
 namespace {
 
-constexpr std::array colorNames = {
-    std::pair{std::string_view("Red"), LabelColor::Red},       std::pair{std::string_view("Orange"), LabelColor::Orange},
-    std::pair{std::string_view("Yellow"), LabelColor::Yellow}, std::pair{std::string_view("Green"), LabelColor::Green},
-    std::pair{std::string_view("Blue"), LabelColor::Blue},     std::pair{std::string_view("Purple"), LabelColor::Purple},
-    std::pair{std::string_view("Gray"), LabelColor::Gray}};
+constexpr std::array colorNames = {std::pair{std::string_view("Red"), LabelColor::Red},
+                                   std::pair{std::string_view("Orange"), LabelColor::Orange},
+                                   std::pair{std::string_view("Yellow"), LabelColor::Yellow},
+                                   std::pair{std::string_view("Green"), LabelColor::Green},
+                                   std::pair{std::string_view("Blue"), LabelColor::Blue},
+                                   std::pair{std::string_view("Purple"), LabelColor::Purple},
+                                   std::pair{std::string_view("Gray"), LabelColor::Gray}};
 
 LabelColor colorNamed(std::string_view tag)
 {

@@ -29,8 +29,9 @@ MountResult mountStep(const QVariantMap& request, VolumeMounter& mounter)
     const QString protocol = text(connectionrequest::protocolString);
     if (protocol == endpoint::fileProtocol)
         return localFolder(text(connectionrequest::pathValue));
-    const QString shareURL = mountURL(protocol, text(connectionrequest::serverString),
-                                      text(connectionrequest::volumeString), text(connectionrequest::pathValue));
+    const QString shareURL =
+        mountURL(protocol, text(connectionrequest::serverString), text(connectionrequest::volumeString),
+                 text(connectionrequest::pathValue));
     auto folder = mounter.mount(shareURL, text(connectionrequest::user), text(connectionrequest::password));
     if (!folder)
         folder = mounter.existingMount(shareURL);

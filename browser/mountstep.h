@@ -18,8 +18,9 @@ struct MountResult
     std::filesystem::path mountPath;
 };
 
-/// Makes the folder of a connection request reachable: a local folder must exist, a share is mounted, or found
-/// where it is mounted already. A share that is neither is named on standard output. Blocks; any thread.
+/// Makes the folder of a connection request reachable: a local folder must exist, a share is mounted, or
+/// found where it is mounted already. A share that is neither is named on standard output. Blocks; any
+/// thread.
 MountResult mountStep(const QVariantMap& request, VolumeMounter& mounter);
 
 } // namespace luma

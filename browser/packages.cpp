@@ -11,9 +11,9 @@ namespace {
 
 // Folders that programs treat as one document or one program. Sorted.
 constexpr std::array<std::string_view, 20> bundleExtensions = {
-    "app",     "bundle", "component", "download",  "framework", "kext",       "key",
-    "lproj",   "mdimporter", "numbers", "pages",   "photoslibrary", "pkg",    "plugin",
-    "prefpane", "qlgenerator", "rtfd", "saver",    "scptd",     "xcodeproj"};
+    "app",      "bundle",      "component", "download", "framework",     "kext",     "key",
+    "lproj",    "mdimporter",  "numbers",   "pages",    "photoslibrary", "pkg",      "plugin",
+    "prefpane", "qlgenerator", "rtfd",      "saver",    "scptd",         "xcodeproj"};
 
 } // namespace
 
@@ -22,7 +22,8 @@ bool isPackageName(std::string_view name)
     const auto dot = name.rfind('.');
     if (dot == std::string_view::npos || dot == 0)
         return false;
-    return std::binary_search(bundleExtensions.begin(), bundleExtensions.end(), collationKey(name.substr(dot + 1)));
+    return std::binary_search(bundleExtensions.begin(), bundleExtensions.end(),
+                              collationKey(name.substr(dot + 1)));
 }
 
 } // namespace luma

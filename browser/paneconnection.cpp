@@ -33,7 +33,8 @@ void run(const Guard& guard, const WorkItem& item, const QVariantMap& request, V
             emit connection.finished(result, request);
     });
     // Nobody is left who would unmount it.
-    if (!wanted && result.folder && request.value(connectionrequest::protocolString) != endpoint::fileProtocol)
+    if (!wanted && result.folder &&
+        request.value(connectionrequest::protocolString) != endpoint::fileProtocol)
         mounter.unmount(result.mountPath);
 }
 
@@ -52,7 +53,9 @@ void PaneConnection::begin(const QVariantMap& request)
 {
     workItem = std::make_shared<WorkItem>();
     const Guard guard(this);
-    start(workItem, [guard, request, mounter = m_mounter](const WorkItem& item) { run(guard, item, request, *mounter); });
+    start(workItem, [guard, request, mounter = m_mounter](const WorkItem& item) {
+        run(guard, item, request, *mounter);
+    });
 }
 
 void PaneConnection::cancel()

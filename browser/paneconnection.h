@@ -9,8 +9,9 @@ namespace luma {
 
 class VolumeMounter;
 
-/// The background job that makes a pane's folder reachable. A second connection does not stop the first; the later
-/// one to finish counts. What was cancelled reports nothing any more. Main thread only; may go at any time.
+/// The background job that makes a pane's folder reachable. A second connection does not stop the first; the
+/// later one to finish counts. What was cancelled reports nothing any more. Main thread only; may go at any
+/// time.
 class PaneConnection final : public QObject
 {
     Q_OBJECT

@@ -27,7 +27,8 @@ private:
     QList<QAction*> m_itemActions;
 
     QAction* add(const QString& name, const QString& text, const QString& icon, void (PaneMenu::*chosen)());
-    QAction* addForItem(const QString& name, const QString& text, const QString& icon, void (PaneMenu::*chosen)());
+    QAction* addForItem(const QString& name, const QString& text, const QString& icon,
+                        void (PaneMenu::*chosen)());
 };
 
 } // namespace luma

@@ -15,8 +15,8 @@ std::string pathBelow(const std::filesystem::path& folder, const std::filesystem
     rest.remove_prefix(prefix.size());
     if (!rest.starts_with('/'))
         return {};
-    return std::string(rest.substr(rest.find_first_not_of('/') == std::string_view::npos ? rest.size()
-                                                                                          : rest.find_first_not_of('/')));
+    return std::string(rest.substr(
+        rest.find_first_not_of('/') == std::string_view::npos ? rest.size() : rest.find_first_not_of('/')));
 }
 
 } // namespace luma

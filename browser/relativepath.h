@@ -5,8 +5,8 @@
 
 namespace luma {
 
-/// The path of `item` below `folder` (bytes), without a leading slash; empty for the folder itself or an item that
-/// does not lie below it. Nothing is resolved.
+/// The path of `item` below `folder` (bytes), without a leading slash; empty for the folder itself or an item
+/// that does not lie below it. Nothing is resolved.
 std::string pathBelow(const std::filesystem::path& folder, const std::filesystem::path& item);
 
 } // namespace luma

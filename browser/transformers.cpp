@@ -6,7 +6,8 @@ namespace {
 
 QString zeroFor(QLatin1StringView text, const QVariant& value)
 {
-    return value.typeId() == QMetaType::QString && value.toString() == text ? QStringLiteral("0") : QStringLiteral("1");
+    return value.typeId() == QMetaType::QString && value.toString() == text ? QStringLiteral("0")
+                                                                            : QStringLiteral("1");
 }
 
 } // namespace

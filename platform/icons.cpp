@@ -97,7 +97,8 @@ QIcon forFileName(const QString& fileName)
     const auto found = cache.constFind(extension);
     if (found != cache.constEnd())
         return *found;
-    const QMimeType type = QMimeDatabase().mimeTypeForFile(QLatin1String("name.") + extension, QMimeDatabase::MatchExtension);
+    const QMimeType type =
+        QMimeDatabase().mimeTypeForFile(QLatin1String("name.") + extension, QMimeDatabase::MatchExtension);
     const QIcon icon = ofType(type);
     cache.insert(extension, icon);
     return icon;
@@ -110,8 +111,9 @@ QIcon symbol(const QString& name)
     if (found != cache.constEnd())
         return *found;
     const QString desktopName = themeName(name);
-    const QIcon icon = !desktopName.isEmpty() && QIcon::hasThemeIcon(desktopName) ? QIcon::fromTheme(desktopName)
-                                                                                : bundled(name);
+    const QIcon icon = !desktopName.isEmpty() && QIcon::hasThemeIcon(desktopName)
+                           ? QIcon::fromTheme(desktopName)
+                           : bundled(name);
     cache.insert(name, icon);
     return icon;
 }

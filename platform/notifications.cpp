@@ -23,14 +23,14 @@ bool postNotification(const QString& name, const QString& object)
 NotificationObserver::NotificationObserver(const QString& name, const QString& object, QObject* parent)
     : QObject(parent), m_name(name), m_object(object)
 {
-    QDBusConnection::sessionBus().connect({}, objectPath, interfaceName, memberName, {m_name, m_object}, {}, this,
-                                          SLOT(receive(QString, QString)));
+    QDBusConnection::sessionBus().connect({}, objectPath, interfaceName, memberName, {m_name, m_object}, {},
+                                          this, SLOT(receive(QString, QString)));
 }
 
 NotificationObserver::~NotificationObserver()
 {
-    QDBusConnection::sessionBus().disconnect({}, objectPath, interfaceName, memberName, {m_name, m_object}, {},
-                                             this, SLOT(receive(QString, QString)));
+    QDBusConnection::sessionBus().disconnect({}, objectPath, interfaceName, memberName, {m_name, m_object},
+                                             {}, this, SLOT(receive(QString, QString)));
 }
 
 void NotificationObserver::receive(const QString& name, const QString& object)

@@ -4,8 +4,8 @@
 
 namespace luma {
 
-/// Draws an SVG whose "currentColor" is the palette's text colour at the moment of drawing; grey when disabled,
-/// the highlighted text's colour when selected.
+/// Draws an SVG whose "currentColor" is the palette's text colour at the moment of drawing; grey when
+/// disabled, the highlighted text's colour when selected.
 class SymbolIconEngine final : public QIconEngine
 {
 public:

@@ -48,7 +48,8 @@ QImage cached(const std::filesystem::path& path, const QSize& size)
     struct stat status = {};
     if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
         return {};
-    const QString name = QString::fromLatin1(QCryptographicHash::hash(fileUri(path), QCryptographicHash::Md5).toHex());
+    const QString name =
+        QString::fromLatin1(QCryptographicHash::hash(fileUri(path), QCryptographicHash::Md5).toHex());
     const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
     for (const char* shelf : {"large", "normal", "x-large"}) {
         const QImage image(QStringLiteral("%1/thumbnails/%2/%3.png").arg(cache, QLatin1String(shelf), name));

@@ -9,8 +9,8 @@
 namespace luma {
 
 /// Mounts shares of servers. A mounter never asks the user anything: what it is given must do. mount(),
-/// existingMount() and unmount() are called on any thread and may block there for as long as the server takes;
-/// unmounted() comes on the main thread.
+/// existingMount() and unmount() are called on any thread and may block there for as long as the server
+/// takes; unmounted() comes on the main thread.
 class VolumeMounter : public QObject
 {
     Q_OBJECT
@@ -18,8 +18,8 @@ class VolumeMounter : public QObject
 public:
     using QObject::QObject;
 
-    /// Mounts the share at `shareURL` as that user; the mount point, or nothing on any failure (the share being
-    /// mounted already is one).
+    /// Mounts the share at `shareURL` as that user; the mount point, or nothing on any failure (the share
+    /// being mounted already is one).
     virtual std::optional<std::filesystem::path> mount(const QString& shareURL, const QString& user,
                                                        const QString& password) = 0;
     /// Where a share of the same host and path is mounted already.

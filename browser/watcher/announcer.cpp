@@ -7,7 +7,8 @@
 namespace luma {
 
 Announcer::Announcer(const QString& caption)
-    : m_name(QLatin1String("folderChanged") + caption), m_object(QString::number(QCoreApplication::applicationPid()))
+    : m_name(QLatin1String("folderChanged") + caption),
+      m_object(QString::number(QCoreApplication::applicationPid()))
 {}
 
 int Announcer::postIfDue()

@@ -6,7 +6,8 @@
 
 namespace luma {
 
-/// Posts the watcher's notification, at most once in the shortest interval and never leaving out the last change.
+/// Posts the watcher's notification, at most once in the shortest interval and never leaving out the last
+/// change.
 class Announcer final
 {
 public:

@@ -13,8 +13,9 @@ namespace luma {
 
 namespace {
 
-constexpr std::uint32_t interesting = IN_CREATE | IN_DELETE | IN_CLOSE_WRITE | IN_ATTRIB | IN_MOVED_FROM | IN_MOVED_TO |
-                                      IN_DELETE_SELF | IN_MOVE_SELF | IN_EXCL_UNLINK | IN_ONLYDIR;
+constexpr std::uint32_t interesting = IN_CREATE | IN_DELETE | IN_CLOSE_WRITE | IN_ATTRIB | IN_MOVED_FROM |
+                                      IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_EXCL_UNLINK |
+                                      IN_ONLYDIR;
 constexpr int lookAroundEvery = 2000;
 
 struct FolderCloser
@@ -119,7 +120,8 @@ void FolderTreeWatch::forget(int watch)
     const auto found = m_pathByWatch.find(watch);
     if (found == m_pathByWatch.end())
         return;
-    if (const auto path = m_watchByPath.find(found->second); path != m_watchByPath.end() && path->second == watch)
+    if (const auto path = m_watchByPath.find(found->second);
+        path != m_watchByPath.end() && path->second == watch)
         m_watchByPath.erase(path);
     m_pathByWatch.erase(found);
 }

@@ -13,10 +13,10 @@
 
 namespace luma {
 
-/// Watches a folder with all below it through inotify(7). Folders that come are watched, folders that go are let go;
-/// a symbolic link is never followed, but for the root itself. When the kernel's queue overflows everything is set up
-/// anew; a folder that the kernel has no watch left for is looked at from time to time; a root that goes is waited
-/// for. Not thread-safe.
+/// Watches a folder with all below it through inotify(7). Folders that come are watched, folders that go are
+/// let go; a symbolic link is never followed, but for the root itself. When the kernel's queue overflows
+/// everything is set up anew; a folder that the kernel has no watch left for is looked at from time to time;
+/// a root that goes is waited for. Not thread-safe.
 class FolderTreeWatch final
 {
 public:

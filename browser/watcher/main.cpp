@@ -65,9 +65,9 @@ void watch(const std::filesystem::path& folder, Announcer& announcer, int termin
 
 } // namespace
 
-/// Watches a folder with all below it and posts the notification "folderChanged" followed by the caption, with
-/// this process's id as the object, whenever something in it has changed. Ends with SIGTERM, or when standard
-/// input is closed.
+/// Watches a folder with all below it and posts the notification "folderChanged" followed by the caption,
+/// with this process's id as the object, whenever something in it has changed. Ends with SIGTERM, or when
+/// standard input is closed.
 int main(int argc, char** argv)
 {
     const int termination = terminationDescriptor();

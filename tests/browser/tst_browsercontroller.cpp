@@ -1,28 +1,276 @@
 #include "browser/browser.h"
+#include "browser/panehost.h"
+#include "platform/mainhop.h"
+#include "platform/volumemounter.h"
 #include "tests/browser/panefixture.h"
 #include "tests/support/registry.h"
 
+#include <QAbstractItemModel>
+#include <QApplication>
 #include <QListView>
+#include <QMenu>
+#include <QMessageBox>
+#include <QProgressBar>
 #include <QPushButton>
+#include <QSemaphore>
+#include <QSignalSpy>
 #include <QTest>
+#include <QThreadPool>
 
+namespace fs = std::filesystem;
 using namespace luma;
 using luma::test::PaneFixture;
+
+namespace {
+
+/// A server whose answer the test holds back.
+class SlowMounter final : public VolumeMounter
+{
+public:
+    QSemaphore answer;
+    std::optional<fs::path> mountPoint;
+    std::atomic<int> unmounts = 0;
+
+    std::optional<fs::path> mount(const QString& /*url*/, const QString& /*user*/,
+                                  const QString& /*pw*/) override
+    {
+        answer.acquire();
+        return mountPoint;
+    }
+    std::optional<fs::path> existingMount(const QString& /*url*/) override { return {}; }
+    void unmount(const fs::path& /*mountPoint*/) override { ++unmounts; }
+};
+
+} // namespace
 
 class tst_browsercontroller final : public QObject
 {
     Q_OBJECT
 
-private slots:
-    void autoconnect_showsTheFolder()
+private:
+    static void click(const PaneFixture& site, const char* list, const char* name)
     {
-        PaneFixture site;
+        auto* view = site.find<QListView>(list);
+        const QModelIndex item = site.pane->browser().model().childNamed(view->rootIndex(), name);
+        QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->visualRect(item).center());
+    }
+    static void connectPane(const PaneFixture& site)
+    {
         site.pane->doConnect();
         QTRY_VERIFY(site.pane->rootNode());
+        QVERIFY(QTest::qWaitForWindowExposed(&const_cast<QMainWindow&>(site.window)));
+    }
+    static void answerAlert(const PaneFixture& site, const char* button)
+    {
+        auto* alert = site.find<QMessageBox>("deleteAlert");
+        QVERIFY(alert);
+        QCOMPARE(alert->text(), QStringLiteral("Warning"));
+        QCOMPARE(alert->informativeText(), QStringLiteral("Are you sure you want to delete this item(s)?"));
+        QCOMPARE(alert->buttons().first()->text(), QStringLiteral("Delete"));
+        for (QAbstractButton* choice : alert->buttons()) {
+            if (choice->text() == QLatin1String(button))
+                choice->click();
+        }
+    }
+    static QString selectedName(const PaneFixture& site)
+    {
+        const QModelIndexList items = site.pane->browser().selectedItems();
+        return items.size() == 1 ? items.first().data().toString() : QString();
+    }
+
+private slots:
+    void connection_showsTheFolderAndDisconnectingEmptiesIt()
+    {
+        PaneFixture site;
+        auto* button = site.find<QPushButton>("connectButton");
+        QCOMPARE(button->text(), QStringLiteral("Connect"));
+        connectPane(site);
         QCOMPARE(site.text("connectStateField"), QLatin1String("file://") + site.folder.path());
-        QCOMPARE(site.find<QPushButton>("connectButton")->text(), QStringLiteral("Disconnect"));
+        QCOMPARE(site.pane->mountPath(), site.at("").parent_path());
+        QCOMPARE(button->text(), QStringLiteral("Disconnect"));
         QCOMPARE(site.find<QListView>("browserList0")->model()->rowCount(), 3);
-        PaneFixture::shoot(site.window, "pane-connected");
+        click(site, "browserList0", "css");
+        click(site, "browserList1", "main.css");
+        QCOMPARE(site.text("fullPathToSelectedItem"), QStringLiteral("Relative Path: css/main.css"));
+        QTest::mouseClick(button, Qt::LeftButton);
+        QVERIFY(!site.pane->rootNode());
+        QCOMPARE(site.text("connectStateField") + site.text("fullPathToSelectedItem"), QString());
+        QCOMPARE(button->text(), QStringLiteral("Connect"));
+    }
+
+    void withoutAutoconnect_thePaneStaysEmpty()
+    {
+        PaneFixture site;
+        site.endpoint->setValue(endpoint::autoconnect, 0);
+        site.pane->doConnect();
+        QThreadPool::globalInstance()->waitForDone();
+        QVERIFY(!site.pane->rootNode());
+        QCOMPARE(site.text("connectStateField"), QString());
+    }
+
+    void missingFolder_isAnError()
+    {
+        PaneFixture site;
+        site.endpoint->setValue(endpoint::path, QStringLiteral("/nowhere/at/all"));
+        site.pane->doConnect();
+        QTRY_COMPARE(site.text("connectStateField"),
+                     QStringLiteral("There is an error connecting to the Destination Server"));
+        QVERIFY(!site.pane->rootNode());
+        QVERIFY(!site.find<QProgressBar>("progressIndicator")->isVisible());
+    }
+
+    void newFolderAndDuplicate_endUpSelectedNewOrNot()
+    {
+        PaneFixture site;
+        connectPane(site);
+        click(site, "browserList0", "css");
+        click(site, "browserList1", "main.css");
+        for (int i = 0; i < 2; ++i) {
+            site.pane->duplicateItem();
+            QTRY_COMPARE(selectedName(site), QStringLiteral("main copy.css"));
+            click(site, "browserList1", "main.css");
+        }
+        QVERIFY(!fs::exists(site.at("css/main copy copy.css")));
+        for (int i = 0; i < 2; ++i) {
+            site.pane->newFolder();
+            QTRY_COMPARE(selectedName(site), QStringLiteral("New Folder"));
+            click(site, "browserList1", "main.css");
+        }
+        QVERIFY(fs::is_directory(site.at("css/New Folder")));
+        QVERIFY(!fs::exists(site.at("New Folder")));
+    }
+
+    void deletion_asksOnceAndDeletesAllSelected()
+    {
+        PaneFixture site;
+        connectPane(site);
+        auto* list = site.find<QListView>("browserList0");
+        list->setFocus();
+        list->selectAll();
+        QTest::keyClick(list, Qt::Key_Delete, Qt::ControlModifier);
+        answerAlert(site, "No");
+        QVERIFY(fs::exists(site.at("index.html")));
+        QTRY_VERIFY(!site.find<QMessageBox>("deleteAlert"));
+        QTest::keyClick(list, Qt::Key_Backspace, Qt::ControlModifier);
+        answerAlert(site, "Delete");
+        QTRY_COMPARE(list->model()->rowCount(), 0);
+        QVERIFY(!fs::exists(site.at("index.html")) && !fs::exists(site.at("css")));
+        QVERIFY(fs::exists(site.at(".htaccess")));
+    }
+
+    void menu_deletesTheClickedItemAlone()
+    {
+        PaneFixture site;
+        connectPane(site);
+        auto* list = site.find<QListView>("browserList0");
+        click(site, "browserList0", "index.html");
+        const QPoint place = list->visualRect(list->currentIndex()).center();
+        QContextMenuEvent event(QContextMenuEvent::Mouse, place, list->viewport()->mapToGlobal(place));
+        QApplication::sendEvent(list->viewport(), &event);
+        auto* menu = site.find<QMenu>("contextualMenu");
+        QTRY_VERIFY(menu->isVisible());
+        PaneFixture::shoot(*menu, "context-menu");
+        menu->close();
+        site.find<QAction>("deleteAction")->trigger();
+        answerAlert(site, "Delete");
+        QTRY_VERIFY(!fs::exists(site.at("index.html")));
+        QTRY_COMPARE(list->model()->rowCount(), 2);
+    }
+
+    void changeByAnother_appearsAndThePathStays()
+    {
+        PaneFixture site;
+        connectPane(site);
+        click(site, "browserList0", "css");
+        click(site, "browserList1", "main.css");
+        const QPointer<QListView> css = site.find<QListView>("browserList1");
+        // The watcher may not be up yet; what it missed it tells of when it is.
+        int attempt = 0;
+        QTRY_VERIFY_WITH_TIMEOUT((site.put(("css/new" + std::to_string(++attempt)).c_str()),
+                                  css->model()->rowCount(css->rootIndex()) > 2),
+                                 20000);
+        QCOMPARE(selectedName(site), QStringLiteral("main.css"));
+        fs::remove_all(site.folder.path().toStdString());
+        QTRY_VERIFY(!css);
+        QTRY_COMPARE(site.find<QListView>("browserList0")->model()->rowCount(), 0);
+        QVERIFY(site.pane->rootNode());
+    }
+
+    void doubleClickAndReturn_open()
+    {
+        PaneFixture site;
+        connectPane(site);
+        QSignalSpy opened(site.pane, &BrowserController::openRequested);
+        auto* list = site.find<QListView>("browserList0");
+        click(site, "browserList0", "index.html");
+        QTest::mouseDClick(list->viewport(), Qt::LeftButton, {},
+                           list->visualRect(list->currentIndex()).center());
+        QCOMPARE(opened.count(), 1);
+        QCOMPARE(opened.first().at(0).value<fs::path>(), site.at("index.html"));
+        QCOMPARE(opened.first().at(1).value<fs::path>(), site.pane->mountPath());
+        QTest::keyClick(list, Qt::Key_Return);
+        QCOMPARE(opened.count(), 2);
+    }
+
+    void reload_listsAgainAndForgetsTheSelection()
+    {
+        PaneFixture site;
+        connectPane(site);
+        click(site, "browserList0", "css");
+        site.put("zebra.html");
+        site.pane->reload();
+        QCOMPARE(site.find<QListView>("browserList0")->model()->rowCount(), 4);
+        QVERIFY(site.pane->browser().selectedItems().isEmpty());
+    }
+
+    void share_isUnmountedOnDisconnectAndEmptiesWhenUnmountedByAnother()
+    {
+        PaneFixture site;
+        const auto mounter = std::make_shared<SlowMounter>();
+        mounter->mountPoint = site.folder.path().toStdString();
+        site.pane->setMounter(mounter);
+        site.endpoint->setValue(endpoint::protocol, QStringLiteral("smb://"));
+        for (const bool byAnother : {true, false}) {
+            mounter->answer.release();
+            site.pane->doConnect();
+            QTRY_VERIFY(site.pane->rootNode());
+            if (byAnother) {
+                emit mounter->unmounted("/somewhere/else");
+                QVERIFY(site.pane->rootNode());
+                emit mounter->unmounted(*mounter->mountPoint);
+            } else {
+                site.pane->disconnectPane();
+            }
+            QVERIFY(!site.pane->rootNode());
+            QVERIFY(site.pane->mountPath().empty());
+        }
+        QCOMPARE(mounter->unmounts.load(), 1);
+    }
+
+    void closingOrDisconnectingDuringAConnection_isSafe_data()
+    {
+        QTest::addColumn<bool>("close");
+        QTest::newRow("disconnect") << false;
+        QTest::newRow("close") << true;
+    }
+    void closingOrDisconnectingDuringAConnection_isSafe()
+    {
+        QFETCH(bool, close);
+        auto site = std::make_unique<PaneFixture>();
+        const auto mounter = std::make_shared<SlowMounter>();
+        mounter->mountPoint = "/";
+        site->pane->setMounter(mounter);
+        site->endpoint->setValue(endpoint::protocol, QStringLiteral("smb://"));
+        site->pane->doConnect();
+        QTRY_COMPARE(site->text("connectStateField"), QStringLiteral("Connecting... Please wait."));
+        if (close)
+            site.reset();
+        else
+            site->pane->disconnectPane();
+        mounter->answer.release();
+        QTRY_COMPARE(mounter->unmounts.load(), 1);
+        QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
+        QVERIFY(close || (!site->pane->rootNode() && site->text("connectStateField").isEmpty()));
     }
 };
 

@@ -1,0 +1,171 @@
+#include "browser/folderwatcher.h"
+#include "platform/notifications.h"
+#include "tests/support/registry.h"
+
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+namespace fs = std::filesystem;
+using namespace luma;
+
+/// The real watcher program over the test's own session bus.
+class tst_folderwatcher final : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<FolderWatcher> m_watcher;
+
+    fs::path at(const std::string& name) const { return fs::path(m_folder->path().toStdString()) / name; }
+    void put(const std::string& name) const { std::ofstream(at(name)) << name; }
+
+    /// Starts the watcher and waits until it hears of changes.
+    void watch(QSignalSpy& spy)
+    {
+        m_watcher->start(QStringLiteral("Source & \"caption\""), at(""));
+        QVERIFY(m_watcher->processId() > 0);
+        int attempt = 0;
+        QTRY_VERIFY_WITH_TIMEOUT((put("probe" + std::to_string(++attempt)), !spy.isEmpty()), 20000);
+        settle(spy);
+    }
+    /// Until nothing more is told.
+    static void settle(QSignalSpy& spy)
+    {
+        while (spy.wait(400))
+            spy.clear();
+        spy.clear();
+    }
+
+private slots:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        m_watcher = std::make_unique<FolderWatcher>();
+    }
+    void cleanup() { m_watcher.reset(); }
+
+    void change_isTold_data()
+    {
+        QTest::addColumn<std::function<void(const fs::path&)>>("change");
+        using Change = std::function<void(const fs::path&)>;
+        QTest::newRow("new file") << Change(
+            [](const fs::path& root) { std::ofstream(root / "new.html") << 1; });
+        QTest::newRow("odd name") << Change(
+            [](const fs::path& root) { std::ofstream(root / "\xff\n") << 1; });
+        QTest::newRow("removed") << Change([](const fs::path& root) { fs::remove(root / "there.html"); });
+        QTest::newRow("renamed") << Change(
+            [](const fs::path& r) { fs::rename(r / "there.html", r / "b.html"); });
+        QTest::newRow("rewritten") << Change(
+            [](const fs::path& root) { std::ofstream(root / "deep/a/b/f") << 2; });
+        QTest::newRow("deep") << Change(
+            [](const fs::path& root) { std::ofstream(root / "deep/a/b/new") << 1; });
+    }
+    void change_isTold()
+    {
+        QFETCH(std::function<void(const fs::path&)>, change);
+        fs::create_directories(at("deep/a/b"));
+        put("deep/a/b/f");
+        put("there.html");
+        QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
+        watch(spy);
+        change(at(""));
+        QTRY_VERIFY(!spy.isEmpty());
+    }
+
+    void foldersThatComeAndGo_areFollowed()
+    {
+        QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
+        watch(spy);
+        fs::create_directories(at("new/below"));
+        settle(spy);
+        put("new/below/page.html");
+        QTRY_VERIFY(!spy.isEmpty());
+        settle(spy);
+        fs::rename(at("new"), at("moved"));
+        settle(spy);
+        put("moved/below/page2.html");
+        QTRY_VERIFY(!spy.isEmpty());
+        settle(spy);
+        fs::remove_all(at("moved"));
+        QTRY_VERIFY(!spy.isEmpty());
+    }
+
+    void linkOut_isNotFollowed()
+    {
+        const QTemporaryDir outside;
+        fs::create_directory_symlink(outside.path().toStdString(), at("link"));
+        fs::create_directory_symlink(at(""), at("circle"));
+        QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
+        watch(spy);
+        std::ofstream(outside.path().toStdString() + "/file") << 1;
+        QVERIFY(!spy.wait(500));
+    }
+
+    // The queue of the kernel holds 16,384 events by default; this is more, and made while the watcher is
+    // stopped.
+    void overflowAndBurst_loseNothing()
+    {
+        QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
+        watch(spy);
+        ::kill(static_cast<pid_t>(m_watcher->processId()), SIGSTOP);
+        for (int i = 0; i < 9000; ++i)
+            put("burst" + std::to_string(i));
+        fs::create_directory(at("late"));
+        ::kill(static_cast<pid_t>(m_watcher->processId()), SIGCONT);
+        QTRY_VERIFY(!spy.isEmpty());
+        settle(spy);
+        put("late/page.html");
+        QTRY_VERIFY(!spy.isEmpty());
+    }
+
+    void rootThatReturns_isWatchedAgain()
+    {
+        QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
+        watch(spy);
+        fs::remove_all(at(""));
+        QTRY_VERIFY(!spy.isEmpty());
+        settle(spy);
+        fs::create_directory(at(""));
+        QTRY_VERIFY(!spy.isEmpty());
+        settle(spy);
+        put("page.html");
+        QTRY_VERIFY(!spy.isEmpty());
+    }
+
+    void anotherPanesNotification_isIgnored()
+    {
+        QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
+        watch(spy);
+        postNotification(QStringLiteral("folderChangedSource & \"caption\""), QStringLiteral("1"));
+        postNotification(QStringLiteral("folderChangedOther"), QString::number(m_watcher->processId()));
+        QVERIFY(!spy.wait(300));
+    }
+
+    void watcher_endsWithStopAndWithItsParent()
+    {
+        QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
+        watch(spy);
+        const auto stopped = static_cast<pid_t>(m_watcher->processId());
+        m_watcher->stop();
+        QTRY_COMPARE(::kill(stopped, 0), -1);
+        // A parent that crashes closes the pipe and sends no signal.
+        QProcess alone;
+        alone.start(QStringLiteral(LUMA_WATCHER), {QStringLiteral("x"), m_folder->path()});
+        QVERIFY(alone.waitForStarted());
+        alone.closeWriteChannel();
+        QVERIFY(alone.waitForFinished());
+        QCOMPARE(alone.exitStatus(), QProcess::NormalExit);
+    }
+};
+
+Q_DECLARE_METATYPE(std::function<void(const fs::path&)>)
+
+LUMA_TEST(tst_folderwatcher)
+#include "tst_folderwatcher.moc"
