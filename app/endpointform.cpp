@@ -1,6 +1,7 @@
 #include "app/endpointform.h"
 
 #include "browser/endpoint.h"
+#include "platform/icons.h"
 #include "ui_EndpointForm.h"
 
 #include <array>
@@ -19,8 +20,8 @@ constexpr std::array protocols = {
     Protocol{"file://", QT_TRANSLATE_NOOP("luma::EndpointForm", "Local folder")},
     Protocol{"smb://", QT_TRANSLATE_NOOP("luma::EndpointForm", "Windows share")},
     Protocol{"sftp://", QT_TRANSLATE_NOOP("luma::EndpointForm", "SSH")},
-    Protocol{"davs://", QT_TRANSLATE_NOOP("luma::EndpointForm", "WebDAV, encrypted")},
     Protocol{"dav://", QT_TRANSLATE_NOOP("luma::EndpointForm", "WebDAV")},
+    Protocol{"davs://", QT_TRANSLATE_NOOP("luma::EndpointForm", "WebDAV, encrypted")},
     Protocol{"ftp://", QT_TRANSLATE_NOOP("luma::EndpointForm", "FTP")},
     Protocol{"afp://", QT_TRANSLATE_NOOP("luma::EndpointForm", "Apple share")},
     Protocol{"nfs://", QT_TRANSLATE_NOOP("luma::EndpointForm", "NFS")},
@@ -34,6 +35,8 @@ EndpointForm::EndpointForm(QWidget* parent) : QGroupBox(parent), m_ui(std::make_
     m_fields = {{endpoint::server, m_ui->server},     {endpoint::volume, m_ui->volume},
                 {endpoint::path, m_ui->path},         {endpoint::user, m_ui->user},
                 {endpoint::password, m_ui->password}, {endpoint::sshPortNo, m_ui->sshPortNo}};
+    m_ui->pathButton->setIcon(icons::folder());
+    m_ui->showPassword->setIcon(icons::symbol(QStringLiteral("show-password")));
     fillProtocols();
     connectFields();
     setEndpoint(nullptr);

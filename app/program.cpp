@@ -33,22 +33,24 @@ bool openWithDesktop(const std::filesystem::path& file)
     return QDesktopServices::openUrl(QUrl::fromEncoded("file://" + bytes.toPercentEncoding("/")));
 }
 
-void showSite(const SiteList::Record& siteDict)
-{
-    Q_UNUSED(siteDict)
-}
-
 } // namespace
 
 Program::Program(const QString& preferencesFile)
-    : m_preferences(preferencesFile),
-      m_documents(openWithDesktop),
-      m_delegate(m_preferences,
-                 {runShell, showSite, [](const QUrl& url) { return QDesktopServices::openUrl(url); }})
+    : m_preferences(preferencesFile), m_documents(openWithDesktop), m_delegate(m_preferences, services())
 {
     connect(qApp, &QCoreApplication::aboutToQuit, this, &Program::terminate);
     m_delegate.applicationWillFinishLaunching();
     m_delegate.applicationDidFinishLaunching();
+}
+
+LUMAAppDelegate::Services Program::services()
+{
+    return {runShell,
+            [this](const SiteList::Record& siteDict) {
+                if (m_openSite)
+                    m_openSite(siteDict);
+            },
+            [](const QUrl& url) { return QDesktopServices::openUrl(url); }};
 }
 
 Result<void> Program::launch(const CommandLine& line)
@@ -69,7 +71,9 @@ Result<void> Program::openFolders(const CommandLine& line)
     const auto record = transientRecord(line.source, line.destination);
     if (!record)
         return record.error();
-    showSite(std::make_shared<SiteRecord>(*record));
+    if (!m_openSite)
+        return Error{"there is no window for a site"};
+    m_openSite(std::make_shared<SiteRecord>(*record));
     return {};
 }
 

@@ -19,6 +19,10 @@ public:
     LUMAAppDelegate& delegate() { return m_delegate; }
     DocumentController& documents() { return m_documents; }
 
+    /// Shows a site's window and enters it in the WindowRegistry; its title is the destination's server.
+    using SiteOpener = std::function<void(const SiteList::Record& siteDict)>;
+    void setSiteOpener(const SiteOpener& opener) { m_openSite = opener; }
+
     /// Shows what the command line asks for. An error is for standard error; nothing is open then.
     Result<void> launch(const CommandLine& line);
 
@@ -29,6 +33,9 @@ public:
 private:
     Result<void> openFolders(const CommandLine& line);
 
+    LUMAAppDelegate::Services services();
+
+    SiteOpener m_openSite;
     Preferences m_preferences;
     DocumentController m_documents;
     LUMAAppDelegate m_delegate;

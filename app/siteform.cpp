@@ -1,5 +1,6 @@
 #include "app/siteform.h"
 
+#include "platform/icons.h"
 #include "ui_SiteForm.h"
 
 #include <QResizeEvent>
@@ -9,6 +10,7 @@ namespace luma {
 SiteForm::SiteForm(QWidget* parent) : QWidget(parent), m_ui(std::make_unique<Ui::SiteForm>())
 {
     m_ui->setupUi(this);
+    m_ui->openButton->setIcon(icons::symbol(QStringLiteral("open")));
     QFont prominent = m_ui->openButton->font();
     prominent.setBold(true);
     m_ui->openButton->setFont(prominent);

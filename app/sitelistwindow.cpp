@@ -2,6 +2,7 @@
 
 #include "app/preferences.h"
 #include "app/siteitemdelegate.h"
+#include "platform/icons.h"
 #include "platform/windowregistry.h"
 #include "ui_SiteListWindow.h"
 
@@ -74,6 +75,8 @@ void SiteListWindow::connectList()
     connect(&m_found, &QAbstractItemModel::modelReset, this, &SiteListWindow::showSelected);
     connect(&m_found, &QAbstractItemModel::rowsInserted, this, &SiteListWindow::showSelected);
     connect(&m_found, &QAbstractItemModel::rowsRemoved, this, &SiteListWindow::showSelected);
+    m_ui->addButton->setIcon(icons::symbol(QStringLiteral("add")));
+    m_ui->removeButton->setIcon(icons::symbol(QStringLiteral("remove")));
     connect(m_ui->addButton, &QPushButton::clicked, this, &SiteListWindow::addRequested);
     connect(m_ui->removeButton, &QPushButton::clicked, this, &SiteListWindow::removeRequested);
 }

@@ -1,14 +1,45 @@
 #include "app/makerhosts.h"
 #include "app/versioncheck.h"
+#include "platform/workitem.h"
+#include "shell/taskwrapper.h"
 #include "tests/support/registry.h"
 
+#include <QTcpServer>
+#include <QTcpSocket>
 #include <QTest>
+#include <QThreadPool>
+
+#include <atomic>
 
 using namespace luma;
 
 class tst_versioncheck final : public QObject
 {
     Q_OBJECT
+
+    static std::optional<QString> zsh(const QStringList& arguments)
+    {
+        TaskWrapper task;
+        for (const QString& argument : arguments)
+            task.arguments.push_back(argument.toStdString());
+        const auto output = task.run();
+        return output ? std::optional(QString::fromStdString(*output)) : std::nullopt;
+    }
+
+    // Runs the check in the background, as the application does, while this thread serves.
+    static std::optional<VersionCheck::Notice> checkAgainst(quint16 port)
+    {
+        qputenv(maker::updateServerVariable, "127.0.0.1:" + QByteArray::number(port));
+        std::optional<VersionCheck::Notice> notice;
+        std::atomic<bool> done = false;
+        start(std::make_shared<WorkItem>(), [&](const WorkItem&) {
+            notice = VersionCheck::run(zsh, QStringLiteral("1.0"));
+            done = true;
+        });
+        [&done] { QTRY_VERIFY_WITH_TIMEOUT(done, 60'000); }();
+        QThreadPool::globalInstance()->waitForDone();
+        return notice;
+    }
 
 private slots:
     void cleanup() { qunsetenv(maker::updateServerVariable); }
@@ -53,6 +84,45 @@ private slots:
         QCOMPARE(notice.has_value(), !message.isEmpty());
         if (notice)
             QCOMPARE(notice->message, message);
+    }
+
+    void run_asksAServerWithCurl_data()
+    {
+        QTest::addColumn<QByteArray>("body");
+        QTest::addColumn<QString>("message");
+        QTest::newRow("same") << QByteArray("1.0\n") << "There are no newer versions available";
+        QTest::newRow("other") << QByteArray("0.9\n") << "An update for Postwick is available";
+        QTest::newRow("nothing") << QByteArray() << QString();
+    }
+    void run_asksAServerWithCurl()
+    {
+        QFETCH(QByteArray, body);
+        QFETCH(QString, message);
+        QByteArray request;
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        connect(&server, &QTcpServer::newConnection, &server, [&] {
+            QTcpSocket* socket = server.nextPendingConnection();
+            connect(socket, &QTcpSocket::readyRead, socket, [&, socket] {
+                request += socket->readAll();
+                if (!request.contains("\r\n\r\n"))
+                    return;
+                socket->write("HTTP/1.1 200 OK\r\nConnection: close\r\n\r\n" + body);
+                socket->disconnectFromHost();
+            });
+        });
+        const auto notice = checkAgainst(server.serverPort());
+        QVERIFY(request.startsWith("GET /software/version.php?item_number=4010 HTTP/1."));
+        QCOMPARE(notice ? notice->message : QString(), message);
+    }
+
+    void run_withoutAServerIsSilent()
+    {
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        const quint16 port = server.serverPort();
+        server.close();
+        QVERIFY(!checkAgainst(port));
     }
 
     void notice_namesTheVersion()

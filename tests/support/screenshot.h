@@ -4,8 +4,8 @@
 
 namespace luma::test {
 
-/// Saves what the widget shows as NAME.png in the folder that LUMA_SCREENSHOTS names; without it, nothing. For whoever
-/// wants to look at the windows that a test walks through.
+/// Saves what the widget shows as NAME.png in the folder that LUMA_SCREENSHOTS names; without it, nothing.
+/// For whoever wants to look at the windows that a test walks through.
 inline void screenshot(QWidget& widget, const char* name)
 {
     if (qEnvironmentVariableIsSet("LUMA_SCREENSHOTS"))

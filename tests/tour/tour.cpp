@@ -1,0 +1,135 @@
+#include "tests/tour/tour.h"
+
+#include "app/sitelistwindow.h"
+#include "app/transientrecord.h"
+#include "platform/files.h"
+#include "platform/windowregistry.h"
+
+#include <QAbstractButton>
+#include <QAbstractItemView>
+#include <QElapsedTimer>
+#include <QTest>
+
+#include <cstdio>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int patience = 60'000;
+
+template <class Widget>
+Widget* shown(const QWidget& window, const char* name)
+{
+    auto* found = window.findChild<Widget*>(QLatin1StringView(name));
+    return found && found->isVisible() ? found : nullptr;
+}
+
+bool clickOn(const QWidget& window, const char* name)
+{
+    auto* button = shown<QAbstractButton>(window, name);
+    if (!button || !button->isEnabled())
+        return false;
+    QTest::mouseClick(button, Qt::LeftButton);
+    return true;
+}
+
+} // namespace
+
+Tour::Tour(fs::path source, fs::path destination, QString pictureFolder)
+    : m_source(std::move(source)),
+      m_destination(std::move(destination)),
+      m_pictureFolder(std::move(pictureFolder))
+{}
+
+int Tour::run()
+{
+    showSites();
+    publish();
+    compareSides();
+    m_program.terminate();
+    for (const QString& what : m_missing)
+        (void)std::fprintf(stderr, "tour: %s\n", qPrintable(what));
+    return m_missing.isEmpty() ? 0 : 1;
+}
+
+void Tour::miss(const QString& what)
+{
+    m_missing += what;
+}
+
+bool Tour::await(const char* what, const std::function<bool()>& isThere)
+{
+    const bool came = QTest::qWaitFor(isThere, patience);
+    if (!came)
+        miss(QStringLiteral("never came: ") + QLatin1StringView(what));
+    return came;
+}
+
+void Tour::picture(QWidget& widget, const QString& name)
+{
+    QCoreApplication::processEvents();
+    const QString file = m_pictureFolder + u'/' + name + QStringLiteral(".png");
+    if (!widget.grab().save(file))
+        miss(QStringLiteral("not saved: ") + file);
+    else
+        std::printf("%s\n", qPrintable(file));
+}
+
+void Tour::showSites()
+{
+    const auto record = transientRecord(m_source, m_destination);
+    if (!record)
+        return miss(QString::fromStdString(record.error().text));
+    SiteListWindow& window = m_program.delegate().siteListWindow();
+    window.show();
+    window.editNameOf(m_program.delegate().sites().add(*record));
+    if (await("the list of sites", [&] { return window.isVisible() && window.windowHandle()->isExposed(); }))
+        picture(window, QStringLiteral("1-sites"));
+}
+
+void Tour::publish()
+{
+    SiteListWindow& list = m_program.delegate().siteListWindow();
+    clickOn(list, "openButton");
+    QWidget* window = WindowRegistry::instance().windowTitled(QStringLiteral("localhost"));
+    if (!window)
+        return miss(QStringLiteral("the site's window did not open"));
+    const auto listsFiles = [&](const char* pane) {
+        const auto* side = window->findChild<QWidget*>(QLatin1StringView(pane));
+        const auto* view = side ? side->findChild<QAbstractItemView*>() : nullptr;
+        return view && view->model() && view->model()->rowCount(view->rootIndex()) > 0;
+    };
+    await("the source's files", [&] { return listsFiles("sourceBrowserController"); });
+    await("the destination's files", [&] { return listsFiles("destinationBrowserController"); });
+    picture(*window, QStringLiteral("2-site"));
+
+    if (!clickOn(*window, "uploadButton"))
+        return miss(QStringLiteral("no upload button"));
+    auto* rows = window->findChild<QAbstractItemView*>(QStringLiteral("syncTableView"));
+    if (!rows ||
+        !await("the changed files", [&] { return rows->isVisible() && rows->model()->rowCount() == 4; }))
+        return;
+    picture(*rows->window(), QStringLiteral("3-changed-files"));
+    if (!await("the move button", [&] { return clickOn(*rows->window(), "syncButton"); }))
+        return;
+    await("the end of the transfer", [&] { return rows->model()->rowCount() == 0 || !rows->isVisible(); });
+    picture(*window, QStringLiteral("4-published"));
+}
+
+void Tour::compareSides()
+{
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(m_source)) {
+        if (!entry.is_regular_file())
+            continue;
+        const fs::path relative = fs::relative(entry.path(), m_source);
+        const auto here = readFile(entry.path());
+        const auto there = readFile(m_destination / relative);
+        if (!here || !there || *here != *there)
+            miss(QStringLiteral("not published: ") + QString::fromStdString(relative.string()));
+    }
+}
+
+} // namespace luma
