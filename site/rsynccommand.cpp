@@ -62,7 +62,7 @@ std::string patternFor(const std::string& name)
 
 // The paths that a row's line may speak of: a link is listed with what it points to, and a file's own name
 // may hold the words that rsync adds.
-std::vector<std::string> pathsBehind(const SyncRow& row)
+std::vector<std::string> pathsBehind(const SyncRow& row, bool deletes)
 {
     std::vector<std::string> paths = {bytesOfShownName(nameWithoutDeleting(row.displayName))};
     const auto add = [&paths](std::string path) {
@@ -70,7 +70,7 @@ std::vector<std::string> pathsBehind(const SyncRow& row)
             paths.push_back(std::move(path));
     };
     std::string_view line = row.displayName;
-    if (line.starts_with(deletingPrefix))
+    if (deletes && line.starts_with(deletingPrefix))
         line.remove_prefix(deletingPrefix.size());
     if (line.find(deletingPrefix) != std::string_view::npos)
         add(bytesOfShownName(line));
@@ -103,13 +103,13 @@ bool isNamesakeMatched(const std::string& path, const std::unordered_set<std::st
 }
 
 // The steps to all ticked rows, each of which no rule may leave out.
-std::unordered_set<std::string> tickedSteps(const std::vector<SyncRow>& rows)
+std::unordered_set<std::string> tickedSteps(const std::vector<SyncRow>& rows, bool deletes)
 {
     std::unordered_set<std::string> steps;
     for (const SyncRow& row : rows) {
         if (row.select != 1)
             continue;
-        for (const std::string& path : pathsBehind(row))
+        for (const std::string& path : pathsBehind(row, deletes))
             forEachStep(path, [&steps](std::string step) { steps.insert(std::move(step)); });
     }
     return steps;
@@ -176,15 +176,15 @@ std::string nameWithoutDeleting(std::string_view displayName)
     return name;
 }
 
-std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows)
+std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows, bool deletes)
 {
-    const std::unordered_set<std::string> wanted = tickedSteps(rows);
+    const std::unordered_set<std::string> wanted = tickedSteps(rows, deletes);
     std::vector<RsyncRule> exclusions;
     std::unordered_set<std::string> unanchored;
     for (const SyncRow& row : rows) {
         if (row.select == 1)
             continue;
-        const std::vector<std::string> paths = pathsBehind(row);
+        const std::vector<std::string> paths = pathsBehind(row, deletes);
         exclusions.push_back({true, patternFor(paths.front())});
         if (isPlainName(paths.front()))
             unanchored.insert(paths.front());

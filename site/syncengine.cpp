@@ -250,7 +250,7 @@ void SyncEngine::transferWithRsync(bool deletes)
     arguments.deletes = deletes;
     startDetached(m_workItem, [self = QPointer(this), arguments, rows = m_table.rows(),
                                runShell = m_runShell](const WorkItem& item) {
-        const bool done = runTransfer(runShell, RsyncCommand(arguments), rsyncRules(rows));
+        const bool done = runTransfer(runShell, RsyncCommand(arguments), rsyncRules(rows, arguments.deletes));
         const std::vector<std::size_t> moved = done ? tickedRows(rows) : std::vector<std::size_t>();
         std::vector<std::string> problems;
         if (!done)

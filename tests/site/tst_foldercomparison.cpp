@@ -151,8 +151,6 @@ private slots:
         ::close(::openat(folder, "page.html", O_CREAT | O_WRONLY, 0600));
         ::close(folder);
         QCOMPARE(text(compare(folders)), "copy " + expected + "page.html\n");
-        // The temporary folder's own removal does not reach so deep.
-        TwoFolders::run("rm -rf '" + folders.sending().string() + "'");
     }
 
     void anUnreadableFolderIsNamedAndTheRestDone()

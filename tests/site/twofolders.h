@@ -2,12 +2,14 @@
 
 #include "platform/files.h"
 
-#include <QTemporaryDir>
+#include <QTest>
 
+#include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <fstream>
 #include <string>
+#include <vector>
 
 namespace luma::test {
 
@@ -18,11 +20,22 @@ class TwoFolders final
 public:
     TwoFolders()
     {
+        std::string name = (std::filesystem::temp_directory_path() / "luma-two-XXXXXX").string();
+        m_root = ::mkdtemp(name.data());
         std::filesystem::create_directories(sending());
         std::filesystem::create_directories(receiving());
     }
 
-    [[nodiscard]] std::filesystem::path root() const { return m_folder.path().toStdString(); }
+    TwoFolders(const TwoFolders&) = delete;
+    TwoFolders& operator=(const TwoFolders&) = delete;
+    // QTemporaryDir does not remove names that are not UTF-8.
+    ~TwoFolders()
+    {
+        std::error_code error;
+        std::filesystem::remove_all(m_root, error);
+    }
+
+    [[nodiscard]] std::filesystem::path root() const { return m_root; }
     [[nodiscard]] std::filesystem::path sending() const { return root() / "sending"; }
     [[nodiscard]] std::filesystem::path receiving() const { return root() / "receiving"; }
     [[nodiscard]] std::filesystem::path at(const std::string& path) const { return root() / path; }
@@ -52,13 +65,23 @@ public:
     /// Every file and link below `folder`, one a line, sorted; folders with nothing in them end in "/".
     [[nodiscard]] std::string listing(const std::string& folder) const
     {
-        std::string command = "cd '" + at(folder).string()
-                              + "' && find . \\( -type d -empty -printf '%P/\\n' \\) -o \\( ! -type d -printf "
-                                "'%P\\n' \\) | LC_ALL=C sort";
-        return run(command);
+        std::vector<std::string> paths;
+        for (const auto& entry : std::filesystem::recursive_directory_iterator(at(folder))) {
+            const bool isFolder = entry.is_directory() && !entry.is_symlink();
+            const std::string path = entry.path().lexically_relative(at(folder)).string();
+            if (!isFolder)
+                paths.push_back(path + "\n");
+            else if (std::filesystem::is_empty(entry.path()))
+                paths.push_back(path + "/\n");
+        }
+        std::sort(paths.begin(), paths.end());
+        std::string text;
+        for (const std::string& path : paths)
+            text += path;
+        return text;
     }
 
-    /// What a shell command prints.
+    /// What a shell command prints; nothing when it fails.
     static std::string run(const std::string& command)
     {
         std::string output;
@@ -66,12 +89,22 @@ public:
         char buffer[4096];
         while (const std::size_t got = std::fread(buffer, 1, sizeof buffer, pipe))
             output.append(buffer, got);
-        (void)::pclose(pipe);
-        return output;
+        return ::pclose(pipe) == 0 ? output : std::string();
     }
 
 private:
-    QTemporaryDir m_folder;
+    std::filesystem::path m_root;
 };
 
 } // namespace luma::test
+
+/// For QCOMPARE, which by itself does not show what differs in a std::string.
+namespace QTest {
+
+template <>
+inline char* toString(const std::string& text)
+{
+    return ::strdup(text.c_str());
+}
+
+} // namespace QTest
