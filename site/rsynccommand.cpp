@@ -1,6 +1,7 @@
 #include "site/rsynccommand.h"
 
 #include "browser/endpoint.h"
+#include "shell/quote.h"
 #include "site/shownname.h"
 
 #include <algorithm>
@@ -12,23 +13,6 @@ namespace {
 
 constexpr std::string_view deletingPrefix = "deleting ";
 constexpr std::string_view linkArrow = " -> ";
-
-std::string quotedForShell(std::string_view name)
-{
-    std::string quoted;
-    for (const char c : name) {
-        const bool isPlain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')
-                             || std::string_view("._-/").find(c) != std::string_view::npos;
-        if (c == '\n') {
-            quoted += "'\n'";
-            continue;
-        }
-        if (!isPlain)
-            quoted.push_back('\\');
-        quoted.push_back(c);
-    }
-    return quoted;
-}
 
 bool isPlainCharacter(char c)
 {

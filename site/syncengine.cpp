@@ -168,7 +168,7 @@ void SyncEngine::listWithRsync(bool deletes)
                                    : RsyncArguments::forDownload(*m_record.sourceDict(),
                                                                  *m_record.destinationDict());
     arguments.deletes = deletes;
-    startDetached(m_workItem, [self = QPointer(this), arguments, runShell = m_runShell](const WorkItem& item) {
+    start(m_workItem, [self = QPointer(this), arguments, runShell = m_runShell](const WorkItem& item) {
         const std::string output = runShell(shellCommand(RsyncCommand(arguments).dryRun()));
         std::vector<SyncRow> rows = rowsOf(RsyncCommand::listing(output));
         onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(rows), {}); });
@@ -248,7 +248,7 @@ void SyncEngine::transferWithRsync(bool deletes)
                                    : RsyncArguments::forDownload(*m_record.sourceDict(),
                                                                  *m_record.destinationDict());
     arguments.deletes = deletes;
-    startDetached(m_workItem, [self = QPointer(this), arguments, rows = m_table.rows(),
+    start(m_workItem, [self = QPointer(this), arguments, rows = m_table.rows(),
                                runShell = m_runShell](const WorkItem& item) {
         const bool done = runTransfer(runShell, RsyncCommand(arguments), rsyncRules(rows, arguments.deletes));
         const std::vector<std::size_t> moved = done ? tickedRows(rows) : std::vector<std::size_t>();
