@@ -31,6 +31,8 @@ void SyncPanel::setUpTable()
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
     table->installEventFilter(this);
+    m_ui->syncPlaceholder->setBackgroundRole(QPalette::Base);
+    m_ui->syncPlaceholder->setForegroundRole(QPalette::PlaceholderText);
 }
 
 void SyncPanel::connectControls()
