@@ -60,8 +60,10 @@ class Transfer final
 {
 public:
     explicit Transfer(const SyncFolders& folders)
-        : m_sendingRoot(openSiteFolder(folders.sending)), m_sendingError(errno),
-          m_receivingRoot(openSiteFolder(folders.receiving)), m_receivingError(errno)
+        : m_sendingRoot(openSiteFolder(folders.sending)),
+          m_sendingError(errno),
+          m_receivingRoot(openSiteFolder(folders.receiving)),
+          m_receivingError(errno)
     {}
 
     // Empty when the row was copied, else why not.

@@ -37,7 +37,8 @@ LogView::LogView(QWidget* parent) : QTableView(parent)
     m_publishTimer.setSingleShot(true);
     m_publishTimer.setInterval(publishInterval);
     connect(&m_publishTimer, &QTimer::timeout, this, &LogView::publish);
-    connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) { emit lineActivated(index.row()); });
+    connect(this, &QTableView::clicked, this,
+            [this](const QModelIndex& index) { emit lineActivated(index.row()); });
 }
 
 void LogView::clear()
@@ -123,7 +124,8 @@ void LogView::keyPressEvent(QKeyEvent* event)
 {
     if (event->matches(QKeySequence::Copy)) {
         copySelected();
-    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && currentIndex().isValid()) {
+    } else if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) &&
+               currentIndex().isValid()) {
         emit lineActivated(currentIndex().row());
     } else {
         QTableView::keyPressEvent(event);

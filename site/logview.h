@@ -7,9 +7,9 @@
 
 namespace luma {
 
-/// Shows a log in a fixed-pitch font: lines of one height, so that hundreds of thousands scroll smoothly. Lines
-/// may be selected and copied. Appended lines come to the screen in batches; the view follows the end unless
-/// the user has scrolled up. Main thread only.
+/// Shows a log in a fixed-pitch font: lines of one height, so that hundreds of thousands scroll smoothly.
+/// Lines may be selected and copied. Appended lines come to the screen in batches; the view follows the end
+/// unless the user has scrolled up. Main thread only.
 class LogView final : public QTableView
 {
     Q_OBJECT

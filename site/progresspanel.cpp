@@ -10,7 +10,9 @@
 namespace luma {
 
 ProgressPanel::ProgressPanel(QWidget* window)
-    : ProgressReporter(window), m_window(window), m_panel(new QDialog(window)),
+    : ProgressReporter(window),
+      m_window(window),
+      m_panel(new QDialog(window)),
       m_ui(std::make_unique<Ui::ProgressPanel>())
 {
     m_ui->setupUi(m_panel);
@@ -34,7 +36,8 @@ void ProgressPanel::connectControls()
 bool ProgressPanel::windowShowsASheet() const
 {
     const auto dialogs = m_window->findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
-    return std::any_of(dialogs.begin(), dialogs.end(), [](const QDialog* dialog) { return dialog->isVisible(); });
+    return std::any_of(dialogs.begin(), dialogs.end(),
+                       [](const QDialog* dialog) { return dialog->isVisible(); });
 }
 
 void ProgressPanel::begin(const QString& status)

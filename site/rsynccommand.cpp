@@ -16,8 +16,8 @@ constexpr std::string_view linkArrow = " -> ";
 
 bool isPlainCharacter(char c)
 {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')
-           || std::string_view(" ._-/").find(c) != std::string_view::npos;
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+           std::string_view(" ._-/").find(c) != std::string_view::npos;
 }
 
 // A leading "- " would be read as the word for an exclusion, not as part of the name.
@@ -155,7 +155,8 @@ RsyncArguments RsyncArguments::forDownload(const ObservedDictionary& source,
 std::string nameWithoutDeleting(std::string_view displayName)
 {
     std::string name(displayName);
-    for (std::size_t at = name.find(deletingPrefix); at != std::string::npos; at = name.find(deletingPrefix, at))
+    for (std::size_t at = name.find(deletingPrefix); at != std::string::npos;
+         at = name.find(deletingPrefix, at))
         name.erase(at, deletingPrefix.size());
     return name;
 }
@@ -191,21 +192,21 @@ std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows, bool deletes
 
 std::string RsyncCommand::start() const
 {
-    return "rsync -e \"ssh -p " + m_arguments.port + "\" -avzC --update "
-           + (m_arguments.deletes ? "--delete" : "");
+    return "rsync -e \"ssh -p " + m_arguments.port + "\" -avzC --update " +
+           (m_arguments.deletes ? "--delete" : "");
 }
 
 std::string RsyncCommand::dryRun() const
 {
     // The filter deletes the header, the last three lines (a blank one and the summary), and the folders.
-    return start() + " --dry-run --exclude=.DS_Store " + m_arguments.source + ' ' + m_arguments.destination
-           + " | sed '1d' | sed -n -e :a -e '1,3!{P;N;D;};N;ba' | grep -v .*/$";
+    return start() + " --dry-run --exclude=.DS_Store " + m_arguments.source + ' ' + m_arguments.destination +
+           " | sed '1d' | sed -n -e :a -e '1,3!{P;N;D;};N;ba' | grep -v .*/$";
 }
 
 std::string RsyncCommand::transferWith(const std::string& options) const
 {
-    return start() + " --exclude=.DS_Store " + options + ' ' + m_arguments.source + ' '
-           + m_arguments.destination;
+    return start() + " --exclude=.DS_Store " + options + ' ' + m_arguments.source + ' ' +
+           m_arguments.destination;
 }
 
 std::string RsyncCommand::transfer(const std::vector<RsyncRule>& rules) const

@@ -50,8 +50,8 @@ public:
     [[nodiscard]] std::string dryRun() const;
     [[nodiscard]] std::string transfer(const std::vector<RsyncRule>& rules) const;
 
-    /// For more rules than a command line holds (the system limits one argument to 128 KiB): the same run with
-    /// its rules in a file that holds rulesFile().
+    /// For more rules than a command line holds (the system limits one argument to 128 KiB): the same run
+    /// with its rules in a file that holds rulesFile().
     [[nodiscard]] static bool fitCommandLine(const std::vector<RsyncRule>& rules);
     [[nodiscard]] static std::string rulesFile(const std::vector<RsyncRule>& rules);
     [[nodiscard]] std::string transferWithRulesFile(const std::string& path) const;

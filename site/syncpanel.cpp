@@ -42,7 +42,8 @@ void SyncPanel::connectControls()
     connect(m_ui->deleteOptionCheckBox, &QCheckBox::clicked, this, &SyncPanel::reloadSyncArray);
     connect(m_ui->allOnOffCheckBox, &QCheckBox::clicked, this, &SyncPanel::AllOffOrOn);
     connect(m_ui->syncButton, &QPushButton::clicked, this, &SyncPanel::move);
-    connect(m_ui->cancelButton, &QPushButton::clicked, this, [this] { closeSheet(m_ui->cancelButton->text()); });
+    connect(m_ui->cancelButton, &QPushButton::clicked, this,
+            [this] { closeSheet(m_ui->cancelButton->text()); });
     connect(&m_engine, &SyncEngine::changed, this, &SyncPanel::updateControls);
     connect(&m_engine.table(), &SyncTableModel::selectionChanged, this, &SyncPanel::updateSelection);
     connect(&m_engine, &SyncEngine::progressed, this, [this](int done, int total) {
@@ -151,8 +152,8 @@ void SyncPanel::updateSelection()
     m_ui->allOnOffCheckBox->setCheckState(ticked == all && all > 0 ? Qt::Checked : some);
     m_ui->allOnOffCheckBox->setEnabled(all > 0 && m_engine.state() == State::Ready);
     const QLocale locale;
-    m_ui->syncCount->setText(all == 0 ? QString()
-                                      : tr("%1 of %2 selected").arg(locale.toString(ticked), locale.toString(all)));
+    m_ui->syncCount->setText(
+        all == 0 ? QString() : tr("%1 of %2 selected").arg(locale.toString(ticked), locale.toString(all)));
 }
 
 bool SyncPanel::eventFilter(QObject* watched, QEvent* event)

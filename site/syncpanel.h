@@ -29,8 +29,8 @@ public:
     SyncPanel(SyncEngine& engine, QWidget* parent);
     ~SyncPanel() override;
 
-    /// Shows the panel as a sheet and compares in the direction whose title is `senderTitle`; an unknown title
-    /// leaves the direction as it is.
+    /// Shows the panel as a sheet and compares in the direction whose title is `senderTitle`; an unknown
+    /// title leaves the direction as it is.
     void sync(const QString& senderTitle);
 
 public slots:

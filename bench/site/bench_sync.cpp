@@ -16,15 +16,17 @@ using namespace luma;
 
 namespace {
 
-// 2,000 folders of `files` / 2,000 small files; every hundredth is new or an hour younger on the sending side.
+// 2,000 folders of `files` / 2,000 small files; every hundredth is new or an hour younger on the sending
+// side.
 void makeTrees(const fs::path& root, int files)
 {
     const auto now = fs::file_time_type::clock::now();
     constexpr int folderCount = 2000;
     for (int i = 0; i < files; ++i) {
         const int folder = i % folderCount;
-        const fs::path relative = fs::path("area" + std::to_string(folder % 20)) / ("folder" + std::to_string(folder))
-                                  / ("page-" + std::to_string(i) + ".html");
+        const fs::path relative = fs::path("area" + std::to_string(folder % 20)) /
+                                  ("folder" + std::to_string(folder)) /
+                                  ("page-" + std::to_string(i) + ".html");
         for (const char* side : {"sending", "receiving"}) {
             const bool isSending = std::strcmp(side, "sending") == 0;
             const bool isChanged = i % 100 == 0;

@@ -85,7 +85,8 @@ private slots:
         QCOMPARE(folders.bytes("receiving/changed.html"), std::string("young"));
         QCOMPARE(int(fs::status(folders.at("receiving/a/b/new \xff\n.html")).permissions()), 0640);
         QCOMPARE(int(fs::status(folders.at("receiving/a/b")).permissions()), 0550);
-        QCOMPARE(fs::last_write_time(folders.at("receiving/a/b")), fs::last_write_time(folders.at("sending/a/b")));
+        QCOMPARE(fs::last_write_time(folders.at("receiving/a/b")),
+                 fs::last_write_time(folders.at("sending/a/b")));
         QCOMPARE(changed(folders).size(), std::size_t{1});
         for (const char* side : {"sending/a/b", "receiving/a/b"})
             fs::permissions(folders.at(side), fs::perms::owner_all);
@@ -98,23 +99,25 @@ private slots:
         QTest::addColumn<std::string>("problems");
         QTest::addColumn<std::string>("left");
         using Change = std::function<void(const TwoFolders&)>;
-        QTest::newRow("source gone") << Change([](const TwoFolders& f) { fs::remove(f.at("sending/s/new.html")); })
-                                     << std::string("s/new.html: No such file or directory\n")
+        QTest::newRow("source gone") << Change([](const TwoFolders& f) {
+            fs::remove(f.at("sending/s/new.html"));
+        }) << std::string("s/new.html: No such file or directory\n")
                                      << std::string("s/old.html\n");
-        QTest::newRow("source now a folder")
-            << Change([](const TwoFolders& f) {
-                   fs::remove(f.at("sending/s/new.html"));
-                   fs::create_directory(f.at("sending/s/new.html"));
-               })
-            << std::string("s/new.html: no longer a file\n") << std::string("s/old.html\n");
-        QTest::newRow("target appeared") << Change([](const TwoFolders& f) { f.put("receiving/s/new.html", "mine"); })
-                                         << std::string("s/new.html: something has appeared in its place since the "
-                                                        "comparison\n")
-                                         << std::string("s/new.html\ns/old.html\n");
-        QTest::newRow("target edited") << Change([](const TwoFolders& f) { f.put("receiving/s/old.html", "mine", 1); })
-                                       << std::string("s/old.html: the receiving side has been changed since the "
-                                                      "comparison\n")
-                                       << std::string("s/new.html\ns/old.html\n");
+        QTest::newRow("source now a folder") << Change([](const TwoFolders& f) {
+            fs::remove(f.at("sending/s/new.html"));
+            fs::create_directory(f.at("sending/s/new.html"));
+        }) << std::string("s/new.html: no longer a file\n")
+                                             << std::string("s/old.html\n");
+        QTest::newRow("target appeared")
+            << Change([](const TwoFolders& f) { f.put("receiving/s/new.html", "mine"); })
+            << std::string("s/new.html: something has appeared in its place since the "
+                           "comparison\n")
+            << std::string("s/new.html\ns/old.html\n");
+        QTest::newRow("target edited")
+            << Change([](const TwoFolders& f) { f.put("receiving/s/old.html", "mine", 1); })
+            << std::string("s/old.html: the receiving side has been changed since the "
+                           "comparison\n")
+            << std::string("s/new.html\ns/old.html\n");
         QTest::newRow("folder now a link out of the site")
             << Change([](const TwoFolders& f) {
                    fs::rename(f.at("receiving/s"), f.at("outside"));
@@ -131,10 +134,11 @@ private slots:
             << std::string("s/new.html: a file stands where the folder should be\n"
                            "s/old.html: a file stands where the folder should be\n")
             << std::string("s\n");
-        QTest::newRow("receiving folder gone") << Change([](const TwoFolders& f) { fs::remove_all(f.receiving()); })
-                                               << std::string("s/new.html: No such file or directory\n"
-                                                              "s/old.html: No such file or directory\n")
-                                               << std::string();
+        QTest::newRow("receiving folder gone")
+            << Change([](const TwoFolders& f) { fs::remove_all(f.receiving()); })
+            << std::string("s/new.html: No such file or directory\n"
+                           "s/old.html: No such file or directory\n")
+            << std::string();
     }
     void whatChangedMeanwhileIsLeftAndNamed()
     {
@@ -161,7 +165,8 @@ private slots:
         const TwoFolders folders;
         folders.put("sending/page");
         folders.put("receiving/page/precious.html");
-        QCOMPARE(problemsOf(changed(folders)), std::string("page: a folder stands where the file should be\n"));
+        QCOMPARE(problemsOf(changed(folders)),
+                 std::string("page: a folder stands where the file should be\n"));
         QCOMPARE(folders.listing("receiving"), std::string("page/precious.html\n"));
     }
 

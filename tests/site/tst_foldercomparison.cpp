@@ -36,9 +36,9 @@ private:
 
     static std::string shownByRsync(const TwoFolders& folders)
     {
-        return TwoFolders::run("cd '" + folders.root().string()
-                               + "' && LC_ALL=C.UTF-8 rsync -a --update -n --out-format=%n sending/ receiving/"
-                                 " | grep -v '/$' | LC_ALL=C sort");
+        return TwoFolders::run("cd '" + folders.root().string() +
+                               "' && LC_ALL=C.UTF-8 rsync -a --update -n --out-format=%n sending/ receiving/"
+                               " | grep -v '/$' | LC_ALL=C sort");
     }
 
 private slots:
@@ -119,10 +119,27 @@ private slots:
     void everyNameIsOneLine_asRsyncPrintsIt()
     {
         const TwoFolders folders;
-        for (const char* name :
-             {"plain", "a b", "\xc3\xbc\xe2\x82\xac\xf0\x9f\x98\x80", "new\nline", "tab\there", "del\x7f", "bad\xff",
-              "cut\xe2\x82", "overlong\xc0\xaf", "surrogate\xed\xa0\x80", "back\\slash", "esc\\#012x", "esc\\#999",
-              "esc\\#01", "c1\xc2\x85", "\xe2\x80\xa8", "bell\a", "folder\n/in\xfe", "\\#", "\\\\#123", "a\\#123b\\#1"})
+        for (const char* name : {"plain",
+                                 "a b",
+                                 "\xc3\xbc\xe2\x82\xac\xf0\x9f\x98\x80",
+                                 "new\nline",
+                                 "tab\there",
+                                 "del\x7f",
+                                 "bad\xff",
+                                 "cut\xe2\x82",
+                                 "overlong\xc0\xaf",
+                                 "surrogate\xed\xa0\x80",
+                                 "back\\slash",
+                                 "esc\\#012x",
+                                 "esc\\#999",
+                                 "esc\\#01",
+                                 "c1\xc2\x85",
+                                 "\xe2\x80\xa8",
+                                 "bell\a",
+                                 "folder\n/in\xfe",
+                                 "\\#",
+                                 "\\\\#123",
+                                 "a\\#123b\\#1"})
             folders.put("sending/" + std::string(name));
         std::string shown;
         for (const SyncRow& row : compare(folders).rows) {

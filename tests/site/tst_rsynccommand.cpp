@@ -44,12 +44,49 @@ private:
 
     static void putNames(const TwoFolders& folders)
     {
-        for (const char* name :
-             {"plain.html", "My Page.html", "sub/plain.html", "sub/deep/x_y-z", "'single'", "\"double\"", "$HOME",
-              "`touch evil`", "a;touch evil", "(x)", "a&b", "*", "a*b", "axb", "[a]", "a", "back\\slash", "\\*", "-rf",
-              "- dash", "dash", "+ plus", "#hash", ";semi", "!", "\xc3\xbc.html", "new\nline", "bad\xff", "esc\\#012x",
-              "?", "q?b", "~", "{a,b}", "a -> b", " lead", "trail ", "two  blanks", "tab\there", "***", "sub/*",
-              "sub/[x]\\", "deleting foo", "a deleting b"})
+        for (const char* name : {"plain.html",
+                                 "My Page.html",
+                                 "sub/plain.html",
+                                 "sub/deep/x_y-z",
+                                 "'single'",
+                                 "\"double\"",
+                                 "$HOME",
+                                 "`touch evil`",
+                                 "a;touch evil",
+                                 "(x)",
+                                 "a&b",
+                                 "*",
+                                 "a*b",
+                                 "axb",
+                                 "[a]",
+                                 "a",
+                                 "back\\slash",
+                                 "\\*",
+                                 "-rf",
+                                 "- dash",
+                                 "dash",
+                                 "+ plus",
+                                 "#hash",
+                                 ";semi",
+                                 "!",
+                                 "\xc3\xbc.html",
+                                 "new\nline",
+                                 "bad\xff",
+                                 "esc\\#012x",
+                                 "?",
+                                 "q?b",
+                                 "~",
+                                 "{a,b}",
+                                 "a -> b",
+                                 " lead",
+                                 "trail ",
+                                 "two  blanks",
+                                 "tab\there",
+                                 "***",
+                                 "sub/*",
+                                 "sub/[x]\\",
+                                 "deleting foo",
+                                 "a deleting b"})
             folders.put("sending/" + std::string(name));
         fs::create_symlink("nowhere", folders.at("sending/sub/link"));
     }
@@ -58,24 +95,31 @@ private slots:
     void commandLinesAreTheDescribedOnes()
     {
         RsyncCommand command({"/home/me/My Site/", "me@host:/var/www/", "2222", false});
-        QCOMPARE(command.dryRun(),
-                 std::string("rsync -e \"ssh -p 2222\" -avzC --update  --dry-run --exclude=.DS_Store /home/me/My Site/ "
-                             "me@host:/var/www/ | sed '1d' | sed -n -e :a -e '1,3!{P;N;D;};N;ba' | grep -v .*/$"));
-        const auto rules = rsyncRules({row(0, "My Page.html"), row(1, "index.html"), row(0, "deleting old/a_b-1.css")}, true);
+        QCOMPARE(
+            command.dryRun(),
+            std::string(
+                "rsync -e \"ssh -p 2222\" -avzC --update  --dry-run --exclude=.DS_Store /home/me/My Site/ "
+                "me@host:/var/www/ | sed '1d' | sed -n -e :a -e '1,3!{P;N;D;};N;ba' | grep -v .*/$"));
+        const auto rules = rsyncRules(
+            {row(0, "My Page.html"), row(1, "index.html"), row(0, "deleting old/a_b-1.css")}, true);
         QCOMPARE(command.transfer(rules),
-                 std::string("rsync -e \"ssh -p 2222\" -avzC --update  --exclude=.DS_Store --exclude=My\\ Page.html "
-                             "--exclude=old/a_b-1.css  /home/me/My Site/ me@host:/var/www/"));
+                 std::string(
+                     "rsync -e \"ssh -p 2222\" -avzC --update  --exclude=.DS_Store --exclude=My\\ Page.html "
+                     "--exclude=old/a_b-1.css  /home/me/My Site/ me@host:/var/www/"));
         RsyncCommand deleting({"a/", "b/", "22", true});
         QVERIFY(deleting.dryRun().starts_with("rsync -e \"ssh -p 22\" -avzC --update --delete --dry-run "));
-        QVERIFY(deleting.transfer({}).starts_with("rsync -e \"ssh -p 22\" -avzC --update --delete --exclude=.DS"));
+        QVERIFY(deleting.transfer({}).starts_with(
+            "rsync -e \"ssh -p 22\" -avzC --update --delete --exclude=.DS"));
     }
 
     void argumentsComeFromTheRecord()
     {
         const ObservedDictionary source({{"path", "/home/me/site"}});
-        const QVariantMap whole = {{"user", "me"}, {"server", "host"}, {"path", "/www"}, {"sshPortNo", "2222"}};
+        const QVariantMap whole = {
+            {"user", "me"}, {"server", "host"}, {"path", "/www"}, {"sshPortNo", "2222"}};
         const auto up = RsyncArguments::forUpload(source, ObservedDictionary(whole));
-        QCOMPARE(join({up.source, up.destination, up.port}), std::string("/home/me/site/|me@host:/www/|2222|"));
+        QCOMPARE(join({up.source, up.destination, up.port}),
+                 std::string("/home/me/site/|me@host:/www/|2222|"));
         const auto down = RsyncArguments::forDownload(source, ObservedDictionary(whole));
         QCOMPARE(join({down.source, down.destination}), std::string("me@host:/www/|/home/me/site/|"));
         QVariantMap partial = whole;
@@ -154,7 +198,8 @@ private slots:
             }
             const auto rules = rsyncRules(rows, false);
             QVERIFY(writeFile(folders.at("rules"), RsyncCommand::rulesFile(rules)));
-            inShell(inFile ? command.transferWithRulesFile(folders.at("rules").string()) : command.transfer(rules));
+            inShell(inFile ? command.transferWithRulesFile(folders.at("rules").string())
+                           : command.transfer(rules));
             std::string left;
             for (const SyncRow& row : list(command, locale))
                 left += row.displayName + "\n";

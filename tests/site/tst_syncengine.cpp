@@ -34,7 +34,9 @@ struct Site
                       line.erase(login, 8);
                   return TwoFolders::run(line);
               },
-              [this, rsync] { return SyncSides{rsync, folders.sending(), folders.receiving()}; })
+              [this, rsync] {
+                  return SyncSides{rsync, folders.sending(), folders.receiving()};
+              })
     {}
 
     static QString path(const fs::path& folder) { return QString::fromStdString(folder.string()); }
@@ -219,8 +221,9 @@ private slots:
         TwoFolders folders;
         for (int i = 0; i < 500; ++i)
             folders.put("sending/" + std::to_string(i));
-        auto files = std::make_unique<SyncEngine>(
-            record, runner, [&] { return SyncSides{false, folders.sending(), folders.receiving()}; });
+        auto files = std::make_unique<SyncEngine>(record, runner, [&] {
+            return SyncSides{false, folders.sending(), folders.receiving()};
+        });
         files->compare(upload, false);
         QTRY_COMPARE(files->state(), State::Ready);
         files->transfer(false);

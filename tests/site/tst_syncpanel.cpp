@@ -21,11 +21,12 @@ namespace {
 struct Fixture
 {
     explicit Fixture(std::string rsyncListing = {})
-        : record({}), engine(
-                          record, [rsyncListing](const std::vector<std::string>&) { return rsyncListing; },
-                          [this, rsyncListing] {
-                              return SyncSides{!rsyncListing.empty(), folders.sending(), folders.receiving()};
-                          }),
+        : record({}),
+          engine(
+              record, [rsyncListing](const std::vector<std::string>&) { return rsyncListing; },
+              [this, rsyncListing] {
+                  return SyncSides{!rsyncListing.empty(), folders.sending(), folders.receiving()};
+              }),
           panel(new SyncPanel(engine, &window))
     {
         window.resize(900, 700);
@@ -59,7 +60,9 @@ private slots:
     void publishesTickedFiles_rememberingTheOthers()
     {
         Fixture f;
-        for (const char* name : {"about us.html", "index.html", "css/main.css", "news/2026/\xc3\xbc" "bersicht.html"})
+        for (const char* name : {"about us.html", "index.html", "css/main.css",
+                                 "news/2026/\xc3\xbc"
+                                 "bersicht.html"})
             f.folders.put(std::string("sending/") + name);
         f.panel->sync(QStringLiteral("Upload"));
         QVERIFY(f.panel->isVisible());
@@ -77,9 +80,10 @@ private slots:
         test::saveScreenshots(*f.panel, QStringLiteral("sync-rows"));
         f.click("syncButton");
         QTRY_COMPARE(f.rowCount(), 1);
-        QCOMPARE(f.folders.listing("receiving"),
-                 std::string("css/main.css\nindex.html\nnews/2026/\xc3\xbc" "bersicht.html\n"));
-        QCOMPARE(f.record.untickedNames(QStringLiteral("Upload")), QStringList{QStringLiteral("about us.html")});
+        QCOMPARE(f.folders.listing("receiving"), std::string("css/main.css\nindex.html\nnews/2026/\xc3\xbc"
+                                                             "bersicht.html\n"));
+        QCOMPARE(f.record.untickedNames(QStringLiteral("Upload")),
+                 QStringList{QStringLiteral("about us.html")});
         f.click("cancelButton");
         QVERIFY(!f.panel->isVisible());
         f.panel->sync(QStringLiteral("Upload"));
@@ -127,7 +131,8 @@ private slots:
     {
         std::string listing;
         for (int i = 0; i < 20000; ++i)
-            listing += (i % 50 == 7 ? "deleting " : "") + std::string("archive/2026/page-") + std::to_string(i) + ".html\n";
+            listing += (i % 50 == 7 ? "deleting " : "") + std::string("archive/2026/page-") +
+                       std::to_string(i) + ".html\n";
         Fixture f(listing);
         f.panel->sync(QStringLiteral("Upload"));
         QTRY_COMPARE(f.rowCount(), 20000);

@@ -51,8 +51,8 @@ public:
     {
         const auto moment = std::chrono::file_clock::from_sys(
             std::chrono::sys_seconds(std::chrono::sys_days(std::chrono::year(2026) / 1 / 1)));
-        const auto before = std::chrono::duration_cast<std::chrono::file_clock::duration>(
-            std::chrono::duration<double>(age));
+        const auto before =
+            std::chrono::duration_cast<std::chrono::file_clock::duration>(std::chrono::duration<double>(age));
         std::filesystem::last_write_time(at(path), moment - before);
     }
 
