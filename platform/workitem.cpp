@@ -2,9 +2,6 @@
 
 #include <QThreadPool>
 
-#include <system_error>
-#include <thread>
-
 namespace luma {
 
 namespace {
@@ -29,19 +26,6 @@ void start(const WorkItemPointer& item, std::function<void(const WorkItem&)> job
         if (!item->isCancelled())
             job(*item);
     });
-}
-
-void startDetached(const WorkItemPointer& item, std::function<void(const WorkItem&)> job)
-{
-    const auto run = [item, job = std::move(job)] {
-        if (!item->isCancelled())
-            job(*item);
-    };
-    try {
-        std::thread(run).detach();
-    } catch (const std::system_error&) {
-        QThreadPool::globalInstance()->start(run);
-    }
 }
 
 } // namespace luma

@@ -24,8 +24,4 @@ using WorkItemPointer = std::shared_ptr<WorkItem>;
 /// the item alive; `job` owns by value whatever it needs.
 void start(const WorkItemPointer& item, std::function<void(const WorkItem&)> job);
 
-/// The same on a thread of its own, for a job that blocks in a child process and cannot ask: ending the
-/// application does not wait for it.
-void startDetached(const WorkItemPointer& item, std::function<void(const WorkItem&)> job);
-
 } // namespace luma

@@ -60,7 +60,10 @@ class Transfer final
 {
 public:
     explicit Transfer(const SyncFolders& folders)
-        : m_sendingRoot(openSiteFolder(folders.sending)), m_receivingRoot(openSiteFolder(folders.receiving))
+        : m_sendingRoot(openSiteFolder(folders.sending)),
+          m_sendingError(errno),
+          m_receivingRoot(openSiteFolder(folders.receiving)),
+          m_receivingError(errno)
     {}
 
     // Empty when the row was copied, else why not.
@@ -70,7 +73,9 @@ public:
 
 private:
     FileDescriptor m_sendingRoot;
+    int m_sendingError;
     FileDescriptor m_receivingRoot;
+    int m_receivingError;
     std::string m_folder;
     FileDescriptor m_sending;
     FileDescriptor m_receiving;
@@ -106,6 +111,8 @@ std::string Transfer::enterFolder(std::string_view folder)
     if (m_receiving && folder == m_folder)
         return {};
     m_receiving.reset();
+    if (!m_sendingRoot || !m_receivingRoot)
+        return systemReason(m_sendingRoot ? m_receivingError : m_sendingError);
     m_sending = openFolderBelow(m_sendingRoot, folder);
     if (!m_sending)
         return whyNoFolder(errno);

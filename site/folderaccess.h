@@ -11,7 +11,8 @@ namespace luma {
 
 /// Folders reached from a site's own folder downwards, one open descriptor at a time, so that a path may be
 /// longer than the system takes in one call and no symbolic link below the site's folder is ever followed,
-/// whoever puts one there meanwhile. Safe on any thread. On failure the descriptor is empty and errno says why.
+/// whoever puts one there meanwhile. Safe on any thread. On failure the descriptor is empty and errno says
+/// why.
 
 /// The folder itself; a link to it is followed, for that is what the user chose.
 FileDescriptor openSiteFolder(const std::filesystem::path& folder);

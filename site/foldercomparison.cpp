@@ -90,8 +90,8 @@ std::string linkTarget(int folder, const char* name)
 class OpenDirectory final
 {
 public:
-    // Takes the descriptor over.
-    explicit OpenDirectory(FileDescriptor folder) : m_stream(::fdopendir(folder.get()))
+    // Takes the descriptor over; an empty one leaves errno as it is.
+    explicit OpenDirectory(FileDescriptor folder) : m_stream(folder ? ::fdopendir(folder.get()) : nullptr)
     {
         if (m_stream)
             (void)folder.release();

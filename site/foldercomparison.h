@@ -19,10 +19,11 @@ struct ComparisonReport
 
 /// Finds the files of one folder that are missing in another, or older there by whole seconds.
 ///
-/// Symbolic links are compared as links, by what they hold, and never followed. What is neither file, link nor
-/// folder is left out, and so are ".DS_Store" and files that are being written under their temporary name;
-/// other hidden files are files. A file or link where the other side needs a folder counts as "nothing there",
-/// a folder where the other side needs a file is listed for replacement: it is the transfer that refuses.
+/// Symbolic links are compared as links, by what they hold, and never followed. What is neither file, link
+/// nor folder is left out, and so are ".DS_Store" and files that are being written under their temporary
+/// name; other hidden files are files. A file or link where the other side needs a folder counts as "nothing
+/// there", a folder where the other side needs a file is listed for replacement: it is the transfer that
+/// refuses.
 class FolderComparison final
 {
 public:

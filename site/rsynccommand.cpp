@@ -1,6 +1,7 @@
 #include "site/rsynccommand.h"
 
 #include "browser/endpoint.h"
+#include "shell/quote.h"
 #include "site/shownname.h"
 
 #include <algorithm>
@@ -13,27 +14,10 @@ namespace {
 constexpr std::string_view deletingPrefix = "deleting ";
 constexpr std::string_view linkArrow = " -> ";
 
-std::string quotedForShell(std::string_view name)
-{
-    std::string quoted;
-    for (const char c : name) {
-        const bool isPlain = (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')
-                             || std::string_view("._-/").find(c) != std::string_view::npos;
-        if (c == '\n') {
-            quoted += "'\n'";
-            continue;
-        }
-        if (!isPlain)
-            quoted.push_back('\\');
-        quoted.push_back(c);
-    }
-    return quoted;
-}
-
 bool isPlainCharacter(char c)
 {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z')
-           || std::string_view(" ._-/").find(c) != std::string_view::npos;
+    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
+           std::string_view(" ._-/").find(c) != std::string_view::npos;
 }
 
 // A leading "- " would be read as the word for an exclusion, not as part of the name.
@@ -62,7 +46,7 @@ std::string patternFor(const std::string& name)
 
 // The paths that a row's line may speak of: a link is listed with what it points to, and a file's own name
 // may hold the words that rsync adds.
-std::vector<std::string> pathsBehind(const SyncRow& row)
+std::vector<std::string> pathsBehind(const SyncRow& row, bool deletes)
 {
     std::vector<std::string> paths = {bytesOfShownName(nameWithoutDeleting(row.displayName))};
     const auto add = [&paths](std::string path) {
@@ -70,7 +54,7 @@ std::vector<std::string> pathsBehind(const SyncRow& row)
             paths.push_back(std::move(path));
     };
     std::string_view line = row.displayName;
-    if (line.starts_with(deletingPrefix))
+    if (deletes && line.starts_with(deletingPrefix))
         line.remove_prefix(deletingPrefix.size());
     if (line.find(deletingPrefix) != std::string_view::npos)
         add(bytesOfShownName(line));
@@ -103,13 +87,13 @@ bool isNamesakeMatched(const std::string& path, const std::unordered_set<std::st
 }
 
 // The steps to all ticked rows, each of which no rule may leave out.
-std::unordered_set<std::string> tickedSteps(const std::vector<SyncRow>& rows)
+std::unordered_set<std::string> tickedSteps(const std::vector<SyncRow>& rows, bool deletes)
 {
     std::unordered_set<std::string> steps;
     for (const SyncRow& row : rows) {
         if (row.select != 1)
             continue;
-        for (const std::string& path : pathsBehind(row))
+        for (const std::string& path : pathsBehind(row, deletes))
             forEachStep(path, [&steps](std::string step) { steps.insert(std::move(step)); });
     }
     return steps;
@@ -171,20 +155,21 @@ RsyncArguments RsyncArguments::forDownload(const ObservedDictionary& source,
 std::string nameWithoutDeleting(std::string_view displayName)
 {
     std::string name(displayName);
-    for (std::size_t at = name.find(deletingPrefix); at != std::string::npos; at = name.find(deletingPrefix, at))
+    for (std::size_t at = name.find(deletingPrefix); at != std::string::npos;
+         at = name.find(deletingPrefix, at))
         name.erase(at, deletingPrefix.size());
     return name;
 }
 
-std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows)
+std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows, bool deletes)
 {
-    const std::unordered_set<std::string> wanted = tickedSteps(rows);
+    const std::unordered_set<std::string> wanted = tickedSteps(rows, deletes);
     std::vector<RsyncRule> exclusions;
     std::unordered_set<std::string> unanchored;
     for (const SyncRow& row : rows) {
         if (row.select == 1)
             continue;
-        const std::vector<std::string> paths = pathsBehind(row);
+        const std::vector<std::string> paths = pathsBehind(row, deletes);
         exclusions.push_back({true, patternFor(paths.front())});
         if (isPlainName(paths.front()))
             unanchored.insert(paths.front());
@@ -207,21 +192,21 @@ std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows)
 
 std::string RsyncCommand::start() const
 {
-    return "rsync -e \"ssh -p " + m_arguments.port + "\" -avzC --update "
-           + (m_arguments.deletes ? "--delete" : "");
+    return "rsync -e \"ssh -p " + m_arguments.port + "\" -avzC --update " +
+           (m_arguments.deletes ? "--delete" : "");
 }
 
 std::string RsyncCommand::dryRun() const
 {
     // The filter deletes the header, the last three lines (a blank one and the summary), and the folders.
-    return start() + " --dry-run --exclude=.DS_Store " + m_arguments.source + ' ' + m_arguments.destination
-           + " | sed '1d' | sed -n -e :a -e '1,3!{P;N;D;};N;ba' | grep -v .*/$";
+    return start() + " --dry-run --exclude=.DS_Store " + m_arguments.source + ' ' + m_arguments.destination +
+           " | sed '1d' | sed -n -e :a -e '1,3!{P;N;D;};N;ba' | grep -v .*/$";
 }
 
 std::string RsyncCommand::transferWith(const std::string& options) const
 {
-    return start() + " --exclude=.DS_Store " + options + ' ' + m_arguments.source + ' '
-           + m_arguments.destination;
+    return start() + " --exclude=.DS_Store " + options + ' ' + m_arguments.source + ' ' +
+           m_arguments.destination;
 }
 
 std::string RsyncCommand::transfer(const std::vector<RsyncRule>& rules) const

@@ -35,7 +35,7 @@ struct RsyncRule
 /// A name of letters, digits, blanks and "._-/" stands as it is, and would leave out its namesakes in other
 /// folders too; rules before it take the ticked ones among them in again. Any other name is anchored at the
 /// transferred folder and its wildcards are escaped.
-std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows);
+std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows, bool deletes);
 
 /// A row's name without the word that announces a deletion.
 std::string nameWithoutDeleting(std::string_view displayName);
@@ -50,8 +50,8 @@ public:
     [[nodiscard]] std::string dryRun() const;
     [[nodiscard]] std::string transfer(const std::vector<RsyncRule>& rules) const;
 
-    /// For more rules than a command line holds (the system limits one argument to 128 KiB): the same run with
-    /// its rules in a file that holds rulesFile().
+    /// For more rules than a command line holds (the system limits one argument to 128 KiB): the same run
+    /// with its rules in a file that holds rulesFile().
     [[nodiscard]] static bool fitCommandLine(const std::vector<RsyncRule>& rules);
     [[nodiscard]] static std::string rulesFile(const std::vector<RsyncRule>& rules);
     [[nodiscard]] std::string transferWithRulesFile(const std::string& path) const;

@@ -28,8 +28,8 @@ std::size_t characterLength(std::string_view text)
     if (!std::all_of(text.begin() + 1, text.begin() + static_cast<std::ptrdiff_t>(length), isContinuation))
         return 0;
     const auto second = static_cast<unsigned char>(text[1]);
-    const bool isForbidden = (first == 0xE0U && second < 0xA0U) || (first == 0xEDU && second > 0x9FU)
-                             || (first == 0xF0U && second < 0x90U) || (first == 0xF4U && second > 0x8FU);
+    const bool isForbidden = (first == 0xE0U && second < 0xA0U) || (first == 0xEDU && second > 0x9FU) ||
+                             (first == 0xF0U && second < 0x90U) || (first == 0xF4U && second > 0x8FU);
     return isForbidden ? 0 : length;
 }
 
@@ -37,8 +37,8 @@ bool looksEscaped(std::string_view text, char lastDigit, char lastLeadingDigit)
 {
     if (text.size() < escapeLength || text[0] != '\\' || text[1] != '#')
         return false;
-    return text[2] >= '0' && text[2] <= lastLeadingDigit && text[3] >= '0' && text[3] <= lastDigit
-           && text[4] >= '0' && text[4] <= lastDigit;
+    return text[2] >= '0' && text[2] <= lastLeadingDigit && text[3] >= '0' && text[3] <= lastDigit &&
+           text[4] >= '0' && text[4] <= lastDigit;
 }
 
 void appendEscaped(std::string& shown, char c)

@@ -163,12 +163,11 @@ void SyncEngine::compareFolders(const SyncFolders& folders)
 
 void SyncEngine::listWithRsync(bool deletes)
 {
-    RsyncArguments arguments = isUpload()
-                                   ? RsyncArguments::forUpload(*m_record.sourceDict(), *m_record.destinationDict())
-                                   : RsyncArguments::forDownload(*m_record.sourceDict(),
-                                                                 *m_record.destinationDict());
+    RsyncArguments arguments =
+        isUpload() ? RsyncArguments::forUpload(*m_record.sourceDict(), *m_record.destinationDict())
+                   : RsyncArguments::forDownload(*m_record.sourceDict(), *m_record.destinationDict());
     arguments.deletes = deletes;
-    startDetached(m_workItem, [self = QPointer(this), arguments, runShell = m_runShell](const WorkItem& item) {
+    start(m_workItem, [self = QPointer(this), arguments, runShell = m_runShell](const WorkItem& item) {
         const std::string output = runShell(shellCommand(RsyncCommand(arguments).dryRun()));
         std::vector<SyncRow> rows = rowsOf(RsyncCommand::listing(output));
         onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(rows), {}); });
@@ -184,7 +183,8 @@ void SyncEngine::endComparison(const WorkItem& item, std::vector<SyncRow> rows,
     const QStringList names = m_record.untickedNames(m_direction);
     const QSet<QString> unticked(names.begin(), names.end());
     for (SyncRow& row : rows) {
-        const bool isUnticked = unticked.contains(QString::fromStdString(nameWithoutDeleting(row.displayName)));
+        const bool isUnticked =
+            unticked.contains(QString::fromStdString(nameWithoutDeleting(row.displayName)));
         row.select = isUnticked ? 0 : 1;
     }
     setMessage(problems);
@@ -243,14 +243,13 @@ void SyncEngine::transferFiles()
 
 void SyncEngine::transferWithRsync(bool deletes)
 {
-    RsyncArguments arguments = isUpload()
-                                   ? RsyncArguments::forUpload(*m_record.sourceDict(), *m_record.destinationDict())
-                                   : RsyncArguments::forDownload(*m_record.sourceDict(),
-                                                                 *m_record.destinationDict());
+    RsyncArguments arguments =
+        isUpload() ? RsyncArguments::forUpload(*m_record.sourceDict(), *m_record.destinationDict())
+                   : RsyncArguments::forDownload(*m_record.sourceDict(), *m_record.destinationDict());
     arguments.deletes = deletes;
-    startDetached(m_workItem, [self = QPointer(this), arguments, rows = m_table.rows(),
-                               runShell = m_runShell](const WorkItem& item) {
-        const bool done = runTransfer(runShell, RsyncCommand(arguments), rsyncRules(rows));
+    start(m_workItem, [self = QPointer(this), arguments, rows = m_table.rows(),
+                       runShell = m_runShell](const WorkItem& item) {
+        const bool done = runTransfer(runShell, RsyncCommand(arguments), rsyncRules(rows, arguments.deletes));
         const std::vector<std::size_t> moved = done ? tickedRows(rows) : std::vector<std::size_t>();
         std::vector<std::string> problems;
         if (!done)

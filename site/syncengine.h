@@ -48,6 +48,8 @@ public:
     /// What could not be compared or copied, for one line of the panel; mostly empty.
     [[nodiscard]] const QString& message() const { return m_message; }
     [[nodiscard]] SyncTableModel& table() { return m_table; }
+    /// What the next comparison would use; without rsync nothing is ever deleted.
+    [[nodiscard]] bool usesRsync() const { return m_sides().rsync; }
 
     /// Fills the table anew. `deletes` lets rsync also list what only the receiving side has.
     void compare(const QString& direction, bool deletes);

@@ -1,0 +1,123 @@
+#include "site/progresspanel.h"
+
+#include "platform/files.h"
+#include "ui_ProgressPanel.h"
+
+#include <QFileDialog>
+#include <QKeyEvent>
+#include <QMessageBox>
+
+namespace luma {
+
+ProgressPanel::ProgressPanel(QWidget* window)
+    : ProgressReporter(window),
+      m_window(window),
+      m_panel(new QDialog(window)),
+      m_ui(std::make_unique<Ui::ProgressPanel>())
+{
+    m_ui->setupUi(m_panel);
+    m_panel->setWindowModality(Qt::WindowModal);
+    m_panel->installEventFilter(this);
+    connectControls();
+    updateControls();
+}
+
+ProgressPanel::~ProgressPanel() = default;
+
+void ProgressPanel::connectControls()
+{
+    connect(m_ui->progressPanelStopButton, &QPushButton::clicked, this, &ProgressPanel::stop);
+    connect(m_ui->progressPanelOKButton, &QPushButton::clicked, m_panel, &QDialog::accept);
+    connect(m_ui->copyAllButton, &QPushButton::clicked, m_ui->progressPanelTextField2, &LogView::copyAll);
+    connect(m_ui->saveButton, &QPushButton::clicked, this, &ProgressPanel::saveAsText);
+    connect(m_ui->progressPanelTextField2, &LogView::lineActivated, this, &ProgressPanel::lineActivated);
+}
+
+bool ProgressPanel::windowShowsASheet() const
+{
+    const auto dialogs = m_window->findChildren<QDialog*>(QString(), Qt::FindDirectChildrenOnly);
+    return std::any_of(dialogs.begin(), dialogs.end(),
+                       [](const QDialog* dialog) { return dialog->isVisible(); });
+}
+
+void ProgressPanel::begin(const QString& status)
+{
+    m_isRunning = true;
+    m_ui->progressPanelTextField1->setText(status);
+    m_ui->progressPanelTextField2->clear();
+    updateControls();
+    if (!windowShowsASheet())
+        m_panel->open();
+}
+
+void ProgressPanel::append(const QString& text)
+{
+    m_ui->progressPanelTextField2->append(text);
+}
+
+void ProgressPanel::finish()
+{
+    m_isRunning = false;
+    m_ui->progressPanelTextField2->showEnd();
+    updateControls();
+}
+
+QString ProgressPanel::lineText(int number) const
+{
+    return m_ui->progressPanelTextField2->log().lineText(number);
+}
+
+void ProgressPanel::updateControls()
+{
+    // A range of nothing lets the bar run without an end; a full range at rest shows an empty bar.
+    m_ui->progressPanelProgressIndicator->setRange(0, m_isRunning ? 0 : 1);
+    m_ui->progressPanelProgressIndicator->setValue(0);
+    m_ui->progressPanelStopButton->setEnabled(m_isRunning);
+    m_ui->progressPanelOKButton->setEnabled(!m_isRunning);
+    if (!m_isRunning)
+        m_ui->progressPanelOKButton->setFocus();
+}
+
+void ProgressPanel::stop()
+{
+    // The job ends at its next file; asking twice would not hurry it.
+    m_ui->progressPanelStopButton->setEnabled(false);
+    emit stopRequested();
+}
+
+bool ProgressPanel::eventFilter(QObject* watched, QEvent* event)
+{
+    const bool isEscape =
+        event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
+    if (m_isRunning && (isEscape || event->type() == QEvent::Close)) {
+        event->ignore();
+        return true;
+    }
+    return ProgressReporter::eventFilter(watched, event);
+}
+
+void ProgressPanel::saveAsText()
+{
+    auto* const dialog = new QFileDialog(m_panel, tr("Save the log"), QString(), tr("Text (*.txt)"));
+    dialog->setObjectName(QStringLiteral("saveLogDialog"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QStringLiteral("txt"));
+    connect(dialog, &QFileDialog::fileSelected, this, &ProgressPanel::writeLog);
+    dialog->open();
+}
+
+void ProgressPanel::writeLog(const QString& path)
+{
+    const QByteArray& text = m_ui->progressPanelTextField2->log().text();
+    const auto written = writeFile(QFile::encodeName(path).toStdString(),
+                                   {text.constData(), static_cast<std::size_t>(text.size())});
+    if (written)
+        return;
+    auto* const box = new QMessageBox(QMessageBox::Warning, tr("The log could not be saved"),
+                                      QString::fromStdString(written.error().text), QMessageBox::Ok, m_panel);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
+}
+
+} // namespace luma

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "browser/panehost.h"
+
+#include <QDialog>
+
+#include <memory>
+
+namespace Ui {
+class ProgressPanel;
+}
+
+namespace luma {
+
+/// The window's panel for long jobs: a status line, a bar that runs, a log, Stop and OK. It cannot be closed
+/// while a job runs, only stopped. Main thread only.
+class ProgressPanel final : public ProgressReporter
+{
+    Q_OBJECT
+
+public:
+    /// The panel is a sheet of `window`, which owns it.
+    explicit ProgressPanel(QWidget* window);
+    ~ProgressPanel() override;
+
+    void begin(const QString& status) override;
+    void append(const QString& text) override;
+    void finish() override;
+    [[nodiscard]] QString lineText(int number) const override;
+
+    [[nodiscard]] QDialog& panel() const { return *m_panel; }
+    [[nodiscard]] bool isRunning() const { return m_isRunning; }
+
+    /// Writes the log to a file that the user chooses.
+    void saveAsText();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    QWidget* m_window;
+    QDialog* m_panel;
+    std::unique_ptr<Ui::ProgressPanel> m_ui;
+    bool m_isRunning = false;
+
+    void connectControls();
+    void updateControls();
+    void stop();
+    void writeLog(const QString& path);
+    [[nodiscard]] bool windowShowsASheet() const;
+};
+
+} // namespace luma

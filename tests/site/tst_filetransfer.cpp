@@ -1,0 +1,217 @@
+#include "site/filetransfer.h"
+#include "site/foldercomparison.h"
+#include "tests/site/twofolders.h"
+#include "tests/support/registry.h"
+
+#include <QTest>
+
+#include <sys/mount.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+
+namespace fs = std::filesystem;
+using namespace luma;
+using luma::test::TwoFolders;
+
+class tst_filetransfer final : public QObject
+{
+    Q_OBJECT
+
+private:
+    static std::vector<SyncRow> changed(const TwoFolders& folders)
+    {
+        const WorkItem item;
+        auto report = FolderComparison(folders.sending(), folders.receiving()).run(item);
+        return report ? std::move(report->rows) : std::vector<SyncRow>();
+    }
+
+    static std::string problemsOf(const std::vector<SyncRow>& rows)
+    {
+        const WorkItem item;
+        std::string text;
+        for (const TransferProblem& problem : FileTransfer(rows).run(item).problems)
+            text += problem.text + "\n";
+        return text;
+    }
+
+    // A file system of its own at "receiving", gone with the object; empty where this cannot be had.
+    class SmallDisk final
+    {
+    public:
+        explicit SmallDisk(fs::path folder) : m_folder(std::move(folder))
+        {
+            m_isMounted = ::mount("luma", m_folder.c_str(), "tmpfs", 0, "size=64k") == 0;
+        }
+        SmallDisk(const SmallDisk&) = delete;
+        SmallDisk& operator=(const SmallDisk&) = delete;
+        ~SmallDisk()
+        {
+            if (m_isMounted)
+                (void)::umount(m_folder.c_str());
+        }
+        [[nodiscard]] bool isMounted() const { return m_isMounted; }
+        [[nodiscard]] bool becomeReadOnly() const
+        {
+            return ::mount("luma", m_folder.c_str(), "tmpfs", MS_REMOUNT | MS_RDONLY, "size=64k") == 0;
+        }
+
+    private:
+        fs::path m_folder;
+        bool m_isMounted = false;
+    };
+
+private slots:
+    void copiesTickedRows_withTimeModeAndFolders()
+    {
+        const TwoFolders folders;
+        folders.put("sending/a/b/new \xff\n.html", "new");
+        folders.put("sending/changed.html", "young", 10);
+        folders.put("receiving/changed.html", "old", 20);
+        folders.put("sending/unticked.html");
+        fs::create_symlink("../../outside", folders.at("sending/a/link"));
+        fs::permissions(folders.at("sending/a/b/new \xff\n.html"), fs::perms(0640));
+        fs::permissions(folders.at("sending/a/b"), fs::perms(0550));
+        folders.setAge("sending/a/b", 77);
+        std::vector<SyncRow> rows = changed(folders);
+        QCOMPARE(rows.size(), std::size_t{4});
+        rows[3].select = 0;
+        const WorkItem item;
+        const TransferReport report = FileTransfer(rows).run(item);
+        QVERIFY(report.problems.empty());
+        QCOMPARE(report.copied, (std::vector<std::size_t>{0, 1, 2}));
+        QCOMPARE(folders.listing("receiving"), std::string("a/b/new \xff\n.html\na/link\nchanged.html\n"));
+        QCOMPARE(folders.bytes("receiving/changed.html"), std::string("young"));
+        QCOMPARE(int(fs::status(folders.at("receiving/a/b/new \xff\n.html")).permissions()), 0640);
+        QCOMPARE(int(fs::status(folders.at("receiving/a/b")).permissions()), 0550);
+        QCOMPARE(fs::last_write_time(folders.at("receiving/a/b")),
+                 fs::last_write_time(folders.at("sending/a/b")));
+        QCOMPARE(changed(folders).size(), std::size_t{1});
+        for (const char* side : {"sending/a/b", "receiving/a/b"})
+            fs::permissions(folders.at(side), fs::perms::owner_all);
+    }
+
+    // Each case changes something after the comparison; what stood on the receiving side must still stand.
+    void whatChangedMeanwhileIsLeftAndNamed_data()
+    {
+        QTest::addColumn<std::function<void(const TwoFolders&)>>("meanwhile");
+        QTest::addColumn<std::string>("problems");
+        QTest::addColumn<std::string>("left");
+        using Change = std::function<void(const TwoFolders&)>;
+        QTest::newRow("source gone") << Change([](const TwoFolders& f) {
+            fs::remove(f.at("sending/s/new.html"));
+        }) << std::string("s/new.html: No such file or directory\n")
+                                     << std::string("s/old.html\n");
+        QTest::newRow("source now a folder") << Change([](const TwoFolders& f) {
+            fs::remove(f.at("sending/s/new.html"));
+            fs::create_directory(f.at("sending/s/new.html"));
+        }) << std::string("s/new.html: no longer a file\n")
+                                             << std::string("s/old.html\n");
+        QTest::newRow("target appeared")
+            << Change([](const TwoFolders& f) { f.put("receiving/s/new.html", "mine"); })
+            << std::string("s/new.html: something has appeared in its place since the "
+                           "comparison\n")
+            << std::string("s/new.html\ns/old.html\n");
+        QTest::newRow("target edited")
+            << Change([](const TwoFolders& f) { f.put("receiving/s/old.html", "mine", 1); })
+            << std::string("s/old.html: the receiving side has been changed since the "
+                           "comparison\n")
+            << std::string("s/new.html\ns/old.html\n");
+        QTest::newRow("folder now a link out of the site")
+            << Change([](const TwoFolders& f) {
+                   fs::rename(f.at("receiving/s"), f.at("outside"));
+                   fs::create_directory_symlink("../outside", f.at("receiving/s"));
+               })
+            << std::string("s/new.html: a symbolic link stands where the folder should be\n"
+                           "s/old.html: a symbolic link stands where the folder should be\n")
+            << std::string("s\n");
+        QTest::newRow("folder now a file")
+            << Change([](const TwoFolders& f) {
+                   fs::remove_all(f.at("receiving/s"));
+                   f.put("receiving/s");
+               })
+            << std::string("s/new.html: a file stands where the folder should be\n"
+                           "s/old.html: a file stands where the folder should be\n")
+            << std::string("s\n");
+        QTest::newRow("receiving folder gone")
+            << Change([](const TwoFolders& f) { fs::remove_all(f.receiving()); })
+            << std::string("s/new.html: No such file or directory\n"
+                           "s/old.html: No such file or directory\n")
+            << std::string();
+    }
+    void whatChangedMeanwhileIsLeftAndNamed()
+    {
+        QFETCH(std::function<void(const TwoFolders&)>, meanwhile);
+        QFETCH(std::string, problems);
+        QFETCH(std::string, left);
+        const TwoFolders folders;
+        folders.put("sending/s/new.html", "new");
+        folders.put("sending/s/old.html", "young", 10);
+        folders.put("receiving/s/old.html", "old", 20);
+        const std::vector<SyncRow> rows = changed(folders);
+        meanwhile(folders);
+        QCOMPARE(problemsOf(rows), problems);
+        if (fs::exists(folders.receiving()))
+            QCOMPARE(folders.listing("receiving"), left);
+        if (fs::exists(folders.at("outside")))
+            QCOMPARE(folders.listing("outside"), std::string("old.html\n"));
+        if (problems.find("edited") != std::string::npos || problems.find("appeared") != std::string::npos)
+            QCOMPARE(folders.bytes(problems.substr(0, 10).insert(0, "receiving/")), std::string("mine"));
+    }
+
+    void aFolderInTheWayStays()
+    {
+        const TwoFolders folders;
+        folders.put("sending/page");
+        folders.put("receiving/page/precious.html");
+        QCOMPARE(problemsOf(changed(folders)),
+                 std::string("page: a folder stands where the file should be\n"));
+        QCOMPARE(folders.listing("receiving"), std::string("page/precious.html\n"));
+    }
+
+    void aFullDiskCostsNothing()
+    {
+        const TwoFolders folders;
+        const SmallDisk disk(folders.receiving());
+        if (!disk.isMounted())
+            QSKIP("needs the right to mount");
+        folders.put("receiving/big.html", "old", 200);
+        folders.put("sending/big.html", std::string(200'000, 'x'));
+        folders.put("sending/made/big.html", std::string(200'000, 'x'));
+        folders.put("sending/small.html");
+        QCOMPARE(problemsOf(changed(folders)),
+                 std::string("big.html: No space left on device\nmade/big.html: No space left on device\n"));
+        QCOMPARE(folders.listing("receiving"), std::string("big.html\nsmall.html\n"));
+        QCOMPARE(folders.bytes("receiving/big.html"), std::string("old"));
+    }
+
+    void aReadOnlyDestinationIsNamed()
+    {
+        const TwoFolders folders;
+        const SmallDisk disk(folders.receiving());
+        if (!disk.isMounted() || !disk.becomeReadOnly())
+            QSKIP("needs the right to mount");
+        folders.put("sending/a.html");
+        folders.put("sending/made/b.html");
+        QCOMPARE(problemsOf(changed(folders)),
+                 std::string("a.html: Read-only file system\nmade/b.html: Read-only file system\n"));
+    }
+
+    void cancellingStopsBetweenFiles()
+    {
+        const TwoFolders folders;
+        for (const char* name : {"sending/a", "sending/b", "sending/c"})
+            folders.put(name);
+        WorkItem item;
+        const TransferReport report = FileTransfer(changed(folders)).run(item, [&](std::size_t done) {
+            if (done == 2)
+                item.cancel();
+        });
+        QCOMPARE(report.copied, (std::vector<std::size_t>{0, 1}));
+        QCOMPARE(folders.listing("receiving"), std::string("a\nb\n"));
+    }
+};
+
+LUMA_TEST(tst_filetransfer)
+#include "tst_filetransfer.moc"

@@ -1,0 +1,162 @@
+#include "site/logview.h"
+#include "site/progresspanel.h"
+#include "tests/site/screenshot.h"
+#include "tests/site/twofolders.h"
+#include "tests/support/registry.h"
+
+#include <QAbstractItemModelTester>
+#include <QClipboard>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace luma;
+
+class tst_progresspanel final : public QObject
+{
+    Q_OBJECT
+
+private:
+    QWidget m_window;
+    ProgressPanel* m_progress = nullptr;
+
+    template <class T>
+    T& find(const char* name)
+    {
+        return *m_progress->panel().findChild<T*>(QLatin1String(name));
+    }
+    LogView& log() { return find<LogView>("progressPanelTextField2"); }
+    bool isAtEnd() { return log().verticalScrollBar()->value() == log().verticalScrollBar()->maximum(); }
+
+private slots:
+    void init()
+    {
+        m_window.show();
+        m_progress = new ProgressPanel(&m_window);
+    }
+    void cleanup() { delete m_progress; }
+
+    void aJobFromBeginToOK()
+    {
+        m_progress->begin(QStringLiteral("Checking source files for missing links (*** MISSING ***)"));
+        QVERIFY(m_progress->panel().isVisible());
+        QVERIFY(!find<QPushButton>("progressPanelOKButton").isEnabled());
+        QTest::keyClick(&m_progress->panel(), Qt::Key_Escape);
+        m_progress->panel().close();
+        QVERIFY(m_progress->panel().isVisible());
+        test::saveScreenshots(m_progress->panel(), QStringLiteral("progress-empty"));
+        for (int i = 0; i < 60; ++i)
+            m_progress->append(QStringLiteral("/srv/site/page %1.html\n    href : css/main.css\n"
+                                              "    src : images/none.png    *** MISSING ***\n")
+                                   .arg(i));
+        QCOMPARE(m_progress->lineText(1), QStringLiteral("    href : css/main.css"));
+        QTRY_COMPARE(log().model()->rowCount(), 180);
+        QSignalSpy stopped(m_progress, &ProgressReporter::stopRequested);
+        find<QPushButton>("progressPanelStopButton").click();
+        find<QPushButton>("progressPanelStopButton").click();
+        QCOMPARE(stopped.count(), 1);
+        m_progress->append(QStringLiteral("\nDone"));
+        m_progress->finish();
+        QCOMPARE(m_progress->lineText(181), QStringLiteral("Done"));
+        QCOMPARE(log().model()->rowCount(), 182);
+        QVERIFY(isAtEnd());
+        test::saveScreenshots(m_progress->panel(), QStringLiteral("progress-rows"));
+        QSignalSpy activated(m_progress, &ProgressReporter::lineActivated);
+        const QModelIndex line = log().model()->index(170, 0);
+        log().scrollTo(line);
+        QTest::mouseClick(log().viewport(), Qt::LeftButton, {}, log().visualRect(line).center());
+        QCOMPARE(activated.value(0), QVariantList{170});
+        QTest::keyClick(&log(), Qt::Key_C, Qt::ControlModifier);
+        QCOMPARE(QGuiApplication::clipboard()->text(), m_progress->lineText(170) + QLatin1Char('\n'));
+        find<QPushButton>("progressPanelOKButton").click();
+        QVERIFY(!m_progress->panel().isVisible());
+    }
+
+    void staysAwayWhileTheWindowShowsASheet()
+    {
+        QDialog sheet(&m_window);
+        sheet.open();
+        m_progress->begin(QStringLiteral("Listing"));
+        QVERIFY(!m_progress->panel().isVisible());
+        m_progress->finish();
+    }
+
+    void followsTheEnd_unlessScrolledUp()
+    {
+        m_progress->begin(QString());
+        for (int i = 0; i < 1000; ++i)
+            m_progress->append(QStringLiteral("line %1\n").arg(i));
+        QTRY_COMPARE(log().model()->rowCount(), 1000);
+        QVERIFY(isAtEnd());
+        log().verticalScrollBar()->setValue(10);
+        m_progress->append(QStringLiteral("one more\n"));
+        QTRY_COMPARE(log().model()->rowCount(), 1001);
+        QCOMPARE(log().verticalScrollBar()->value(), 10);
+        m_progress->finish();
+        QVERIFY(isAtEnd());
+    }
+
+    void threeHundredThousandLines()
+    {
+        m_progress->begin(QStringLiteral("Checking"));
+        QString all;
+        for (int i = 0; i < 300'000; ++i) {
+            const QString line = QStringLiteral("    href : folder/page-%1.html\n").arg(i);
+            m_progress->append(line);
+            all += line;
+        }
+        m_progress->append(QString(400, QLatin1Char('w')) + QLatin1String("end\n"));
+        m_progress->finish();
+        QCOMPARE(log().model()->rowCount(), 300'001);
+        QCOMPARE(m_progress->lineText(299'999), QStringLiteral("    href : folder/page-299999.html"));
+        QVERIFY(log().horizontalScrollBar()->maximum() > 0);
+        log().selectAll();
+        log().copySelected();
+        QCOMPARE(QGuiApplication::clipboard()->text().size(), all.size() + 404);
+        log().verticalScrollBar()->setValue(150'000);
+        test::saveScreenshots(m_progress->panel(), QStringLiteral("progress-300000"));
+    }
+
+    void savesTheLog()
+    {
+        const test::TwoFolders folders;
+        m_progress->begin(QString());
+        m_progress->append(QStringLiteral("one\n\u00fc\n\nDone"));
+        m_progress->finish();
+        find<QPushButton>("saveButton").click();
+        auto* const dialog = m_progress->panel().findChild<QFileDialog*>(QStringLiteral("saveLogDialog"));
+        QVERIFY(dialog);
+        emit dialog->fileSelected(QString::fromStdString(folders.at("log.txt").string()));
+        dialog->close();
+        QCOMPARE(folders.bytes("log.txt"), std::string("one\n\xc3\xbc\n\nDone"));
+    }
+
+    void theModelTellsExactlyWhatItShows()
+    {
+        LogModel model;
+        const QAbstractItemModelTester tester(&model);
+        model.append(QStringLiteral("a\nhalf"));
+        QCOMPARE(model.rowCount(), 0);
+        QCOMPARE(model.lineText(1), QStringLiteral("half"));
+        model.publish();
+        QCOMPARE(model.rowCount(), 2);
+        QSignalSpy changed(&model, &LogModel::dataChanged);
+        model.append(QStringLiteral(" whole\n\n"));
+        model.publish();
+        QCOMPARE(changed.count(), 1);
+        QCOMPARE(model.rowCount(), 3);
+        QCOMPARE(model.lineText(1), QStringLiteral("half whole"));
+        QVERIFY(model.lineText(2).isEmpty());
+        QVERIFY(model.lineText(3).isEmpty());
+        QVERIFY(model.lineText(-1).isEmpty());
+        model.clear();
+        QCOMPARE(model.lineCount(), 0);
+    }
+};
+
+LUMA_TEST(tst_progresspanel)
+#include "tst_progresspanel.moc"

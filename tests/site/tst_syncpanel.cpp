@@ -1,0 +1,169 @@
+#include "site/syncpanel.h"
+#include "tests/site/screenshot.h"
+#include "tests/site/twofolders.h"
+#include "tests/support/registry.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QProgressBar>
+#include <QPushButton>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTest>
+
+using namespace luma;
+using luma::test::TwoFolders;
+
+namespace {
+
+// The panel on a window, over two real folders; rsync, where asked for, lists what the test says.
+struct Fixture
+{
+    explicit Fixture(std::string rsyncListing = {})
+        : record({}),
+          engine(
+              record, [rsyncListing](const std::vector<std::string>&) { return rsyncListing; },
+              [this, rsyncListing] {
+                  return SyncSides{!rsyncListing.empty(), folders.sending(), folders.receiving()};
+              }),
+          panel(new SyncPanel(engine, &window))
+    {
+        window.resize(900, 700);
+        window.show();
+    }
+
+    template <class T>
+    T& find(const char* name)
+    {
+        return *panel->findChild<T*>(QLatin1String(name));
+    }
+
+    void click(const char* button) { QTest::mouseClick(&find<QPushButton>(button), Qt::LeftButton); }
+    [[nodiscard]] QString title() { return find<QLabel>("syncPanelTitle").text(); }
+    [[nodiscard]] int rowCount() { return find<QTableView>("syncTableView").model()->rowCount(); }
+
+    TwoFolders folders;
+    SiteRecord record;
+    SyncEngine engine;
+    QWidget window;
+    SyncPanel* panel;
+};
+
+} // namespace
+
+class tst_syncpanel final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void publishesTickedFiles_rememberingTheOthers()
+    {
+        Fixture f;
+        for (const char* name : {"about us.html", "index.html", "css/main.css",
+                                 "news/2026/\xc3\xbc"
+                                 "bersicht.html"})
+            f.folders.put(std::string("sending/") + name);
+        f.panel->sync(QStringLiteral("Upload"));
+        QVERIFY(f.panel->isVisible());
+        QCOMPARE(f.panel->windowModality(), Qt::WindowModal);
+        QTRY_COMPARE(f.rowCount(), 4);
+        QVERIFY(f.find<QPushButton>("syncButton").isEnabled());
+        QVERIFY(!f.find<QProgressBar>("syncProgressIndicator").isVisible());
+        QVERIFY(!f.find<QCheckBox>("deleteOptionCheckBox").isEnabled());
+        QCOMPARE(f.find<QCheckBox>("allOnOffCheckBox").checkState(), Qt::Checked);
+        auto& table = f.find<QTableView>("syncTableView");
+        table.setCurrentIndex(table.model()->index(0, 0));
+        QTest::keyClick(&table, Qt::Key_Space);
+        QCOMPARE(f.find<QCheckBox>("allOnOffCheckBox").checkState(), Qt::PartiallyChecked);
+        QCOMPARE(f.find<QLabel>("syncCount").text(), QStringLiteral("3 of 4 selected"));
+        test::saveScreenshots(*f.panel, QStringLiteral("sync-rows"));
+        f.click("syncButton");
+        QTRY_COMPARE(f.rowCount(), 1);
+        QCOMPARE(f.folders.listing("receiving"), std::string("css/main.css\nindex.html\nnews/2026/\xc3\xbc"
+                                                             "bersicht.html\n"));
+        QCOMPARE(f.record.untickedNames(QStringLiteral("Upload")),
+                 QStringList{QStringLiteral("about us.html")});
+        f.click("cancelButton");
+        QVERIFY(!f.panel->isVisible());
+        f.panel->sync(QStringLiteral("Upload"));
+        QTRY_COMPARE(f.rowCount(), 1);
+        QVERIFY(!f.find<QCheckBox>("allOnOffCheckBox").isChecked());
+        f.find<QCheckBox>("allOnOffCheckBox").click();
+        f.click("syncButton");
+        QTRY_COMPARE(f.title(), QStringLiteral("No more files to be moved."));
+        test::saveScreenshots(*f.panel, QStringLiteral("sync-done"));
+    }
+
+    void nothingChanged_andTheOtherDirection()
+    {
+        Fixture f;
+        f.folders.put("receiving/index.html");
+        f.panel->sync(QStringLiteral("Upload"));
+        QTRY_COMPARE(f.title(), QStringLiteral("Nothing changed from Source to Destination"));
+        QVERIFY(!f.find<QPushButton>("syncButton").isEnabled());
+        test::saveScreenshots(*f.panel, QStringLiteral("sync-empty"));
+        auto& direction = f.find<QComboBox>("uploadDownloadPopupButton");
+        QTest::keyClick(&direction, Qt::Key_Down);
+        QTRY_COMPARE(f.rowCount(), 1);
+        QCOMPARE(direction.currentText(), QStringLiteral("Download"));
+        QCOMPARE(f.title(), QStringLiteral("Move these new/modified files from Destination to Source?"));
+        QTest::keyClick(f.panel, Qt::Key_Escape);
+        QVERIFY(!f.panel->isVisible());
+    }
+
+    void whatFailedStaysAndIsNamed()
+    {
+        Fixture f;
+        f.folders.put("sending/a.html");
+        f.folders.put("sending/b.html");
+        f.panel->sync(QStringLiteral("Upload"));
+        QTRY_COMPARE(f.rowCount(), 2);
+        f.folders.put("receiving/a.html/in the way");
+        f.click("syncButton");
+        QTRY_COMPARE(f.rowCount(), 1);
+        QCOMPARE(f.find<QLabel>("syncMessage").text(),
+                 QStringLiteral("a.html: a folder stands where the file should be"));
+        test::saveScreenshots(*f.panel, QStringLiteral("sync-failed"));
+    }
+
+    void twentyThousandRows()
+    {
+        std::string listing;
+        for (int i = 0; i < 20000; ++i)
+            listing += (i % 50 == 7 ? "deleting " : "") + std::string("archive/2026/page-") +
+                       std::to_string(i) + ".html\n";
+        Fixture f(listing);
+        f.panel->sync(QStringLiteral("Upload"));
+        QTRY_COMPARE(f.rowCount(), 20000);
+        QVERIFY(f.find<QCheckBox>("deleteOptionCheckBox").isEnabled());
+        auto& table = f.find<QTableView>("syncTableView");
+        auto& all = f.find<QCheckBox>("allOnOffCheckBox");
+        all.click();
+        QCOMPARE(f.engine.table().selectedCount(), std::size_t{0});
+        all.click();
+        QCOMPARE(f.engine.table().selectedCount(), std::size_t{20000});
+        table.verticalScrollBar()->setValue(table.verticalScrollBar()->maximum() / 2);
+        test::saveScreenshots(*f.panel, QStringLiteral("sync-20000"));
+        f.find<QCheckBox>("deleteOptionCheckBox").click();
+        QCOMPARE(f.engine.state(), SyncEngine::State::Comparing);
+        QTRY_COMPARE(f.rowCount(), 20000);
+    }
+
+    void closingTheWindowInTheMiddle()
+    {
+        for (int round = 0; round < 20; ++round) {
+            Fixture f;
+            for (int i = 0; i < 50; ++i)
+                f.folders.put("sending/" + std::to_string(i));
+            f.panel->sync(QStringLiteral("Upload"));
+            if (round % 2 == 0)
+                continue;
+            QTRY_COMPARE(f.rowCount(), 50);
+            f.click("syncButton");
+        }
+    }
+};
+
+LUMA_TEST(tst_syncpanel)
+#include "tst_syncpanel.moc"
