@@ -10,6 +10,7 @@
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QWebEngineScript>
 #include <QWebEngineSettings>
 #include <QWebEngineView>
 
@@ -31,7 +32,9 @@ private:
     {
         const QString path = m_folder.filePath(u"page.html"_qs);
         QFile file(path);
-        if (!file.open(QFile::WriteOnly) || file.write(QByteArray::fromStdString(page)) < 0)
+        // The mark says UTF-8 where the page itself does not.
+        const std::string mark = page.starts_with("\xEF\xBB\xBF") ? "" : "\xEF\xBB\xBF";
+        if (!file.open(QFile::WriteOnly) || file.write(QByteArray::fromStdString(mark + page)) < 0)
             return {};
         file.close();
         QSignalSpy loaded(m_view.get(), &QWebEngineView::loadFinished);
