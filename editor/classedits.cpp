@@ -49,7 +49,7 @@ std::string trimmed(const std::string& text)
 Attributes withClass(Attributes attributes, std::string_view name)
 {
     std::string value = valueOf(attributes, "class");
-    value += (value.empty() ? "" : " ") + std::string(name);
+    value.append(value.empty() ? "" : " ").append(name);
     return changed(std::move(attributes), "class", std::move(value));
 }
 

@@ -7,15 +7,16 @@ namespace luma {
 
 QString outlineText(const html::Element& element)
 {
-    std::string text = "<" + element.tagName();
+    std::string text = "<";
+    text += element.tagName();
     const char* separator = " ";
     for (const html::Attribute& attribute : element.attributes()) {
-        text += separator + html::markup(attribute);
+        text.append(separator).append(html::markup(attribute));
         separator = ", ";
     }
     text += '>';
     if (const std::string own = element.ownText(); !own.empty())
-        text += " " + own;
+        text.append(" ").append(own);
     return QString::fromStdString(text);
 }
 

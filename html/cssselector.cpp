@@ -38,7 +38,7 @@ std::string step(const Element& element)
 {
     std::string result = escapedIdentifier(element.tagName());
     for (const std::string_view name : words(element.attr("class")))
-        result += "." + escapedIdentifier(name);
+        result.append(".").append(escapedIdentifier(name));
     std::size_t position = 1;
     bool isAlone = true;
     if (const ParentNode* parent = element.parent()) {
@@ -51,7 +51,9 @@ std::string step(const Element& element)
                 isAlone = false;
         }
     }
-    return isAlone ? result : result + ":nth-child(" + std::to_string(position) + ")";
+    if (!isAlone)
+        result.append(":nth-child(").append(std::to_string(position)).append(")");
+    return result;
 }
 
 } // namespace
@@ -66,14 +68,14 @@ std::string cssSelector(const Element& element)
         if (!at)
             break;
         if (hasUniqueId(*at)) {
-            steps.push_back("#" + escapedIdentifier(at->attr("id")));
+            steps.push_back(escapedIdentifier(at->attr("id")).insert(0, 1, '#'));
             break;
         }
         steps.push_back(at->parent() && at->parent()->kind() == Node::Kind::Document ? ":root" : step(*at));
     }
     std::string result;
     for (auto it = steps.rbegin(); it != steps.rend(); ++it)
-        result += (result.empty() ? "" : " > ") + *it;
+        result.append(result.empty() ? "" : " > ").append(*it);
     return result;
 }
 

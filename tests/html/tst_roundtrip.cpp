@@ -9,6 +9,8 @@
 
 #include <QTest>
 
+#include <set>
+
 using namespace luma;
 using namespace luma::html;
 
@@ -32,16 +34,17 @@ bool isStray(const Element& element)
 }
 
 /// Trees that no markup gives (HTML standard, 13.3, warning): what `plaintext` swallows, a script that never
-/// left its comment, formatting elements that foster parenting nested in themselves, strays.
+/// left its comment, elements that foster parenting nested in themselves, strays.
 bool hasNoMarkup(const Document& document)
 {
     for (const Node* node = &document; node; node = node->following(document)) {
         const Element* element = node->asElement();
         if (!element)
             continue;
-        const bool isLink = element->is("a") || element->is("nobr");
-        if (element->is("plaintext") || isStray(*element) ||
-            (isLink && isNested(*element, element->tagName())))
+        static const std::set<std::string> neverNested = {"a", "form", "nobr", "p"};
+        const bool isNestedInItself =
+            neverNested.contains(element->tagName()) && isNested(*element, element->tagName());
+        if (element->is("plaintext") || isStray(*element) || isNestedInItself)
             return true;
         const std::string* script = element->firstChild() ? textOf(*element->firstChild()) : nullptr;
         if (element->is("script") && script && script->find("<!--") != std::string::npos)

@@ -1,0 +1,30 @@
+#include "html/element.h"
+#include "html/parse.h"
+#include "html/prettyprinter.h"
+
+#include <cstdint>
+#include <cstdlib>
+
+// Reads what the fuzzer makes up, writes it, and reads it again. Some trees have no markup, so the second
+// tree may differ from the first; but what was read must always be writable, valid, and must copy faithfully.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    using namespace luma::html;
+    const std::string_view source(reinterpret_cast<const char*>(data), size);
+    const auto document = parse(source);
+    if (!document)
+        return 0;
+    if (!sameTree(*(*document)->copy(), **document))
+        std::abort();
+    // A page that reads at all is written as UTF-8, which reads again unless it grew beyond a limit.
+    for (const std::string& written : {(*document)->outerHtml(), prettyPrint(**document)}) {
+        const auto again = parse(written);
+        if (!again && again.error().text.find("UTF-8") != std::string::npos)
+            std::abort();
+    }
+    for (Element* element : (*document)->select("*"))
+        (void)element->cssSelector();
+    if (Element* body = (*document)->body())
+        (void)body->setHtml(source);
+    return 0;
+}

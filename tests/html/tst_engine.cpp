@@ -1,0 +1,175 @@
+#include "html/element.h"
+#include "html/parse.h"
+#include "html/prettyprinter.h"
+#include "tests/html/pages.h"
+#include "tests/support/registry.h"
+
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QWebEngineScript>
+#include <QWebEngineSettings>
+#include <QWebEngineView>
+
+using namespace luma;
+using namespace luma::html;
+
+/// The tree's promises held against the engine that shows the pages. Scripts of the pages stay off, as in the
+/// editor.
+class tst_engine final : public QObject
+{
+    Q_OBJECT
+
+private:
+    QTemporaryDir m_folder;
+    std::unique_ptr<QWebEngineView> m_view;
+
+    /// Shows the page and gives the answer of the script, which must be a string.
+    QString ask(const std::string& page, const QString& script)
+    {
+        const QString path = m_folder.filePath(u"page.html"_qs);
+        QFile file(path);
+        // The mark says UTF-8 where the page itself does not.
+        const std::string mark = page.starts_with("\xEF\xBB\xBF") ? "" : "\xEF\xBB\xBF";
+        if (!file.open(QFile::WriteOnly) || file.write(QByteArray::fromStdString(mark + page)) < 0)
+            return {};
+        file.close();
+        QSignalSpy loaded(m_view.get(), &QWebEngineView::loadFinished);
+        m_view->load(QUrl::fromLocalFile(path));
+        if (!loaded.wait(60'000))
+            return {};
+        QString answer;
+        bool hasAnswer = false;
+        m_view->page()->runJavaScript(script, QWebEngineScript::ApplicationWorld, [&](const QVariant& value) {
+            answer = value.toString();
+            hasAnswer = true;
+        });
+        (void)QTest::qWaitFor([&hasAnswer] { return hasAnswer; }, 60'000);
+        return answer;
+    }
+
+    /// What there is to see: the text, and where each element stands.
+    QString shown(const std::string& page)
+    {
+        return ask(page,
+                   u"(() => { const lines = [document.body ? document.body.innerText : ''];"
+                   "for (const e of document.querySelectorAll('*')) { const r = e.getBoundingClientRect();"
+                   "lines.push([e.localName, r.x, r.y, r.width, r.height].join(' ')); }"
+                   "return lines.join('\\n'); })()"_qs);
+    }
+
+    /// The page with its own folder as base, so that its sheets and images are found from the test's folder.
+    static std::string based(const test::Page& page)
+    {
+        std::string source = page.source;
+        const std::size_t head = source.find("<head>");
+        if (head != std::string::npos && page.name.starts_with('/'))
+            source.insert(head + 6, "<base href=\"file://" + page.name + "\">");
+        return source;
+    }
+
+    static std::vector<test::Page> pages()
+    {
+        auto all = test::ownPages();
+        for (test::Page& page : test::documentationPages(40, 100'000))
+            all.push_back(std::move(page));
+        return all;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        m_view = std::make_unique<QWebEngineView>();
+        m_view->settings()->setAttribute(QWebEngineSettings::JavascriptEnabled, false);
+        m_view->resize(1000, 800);
+        m_view->show();
+    }
+    void cleanupTestCase() { m_view.reset(); }
+
+    void printing_changesNothingThatIsShown()
+    {
+        int compared = 0;
+        for (const test::Page& page : pages()) {
+            const std::string source = based(page);
+            const auto document = parse(source);
+            if (!document)
+                continue;
+            const QString before = shown(source);
+            const QString after = shown(prettyPrint(**document));
+            QVERIFY2(!before.isEmpty(), page.name.c_str());
+            if (before != after) {
+                const QStringList one = before.split(u'\n');
+                const QStringList other = after.split(u'\n');
+                qsizetype line = 0;
+                while (line < one.size() && line < other.size() && one[line] == other[line])
+                    ++line;
+                QFAIL(qPrintable(u"%1: \"%2\" became \"%3\""_qs.arg(QString::fromStdString(page.name),
+                                                                    one.value(line), other.value(line))));
+            }
+            ++compared;
+        }
+        qInfo("%d pages compared", compared);
+    }
+
+    void cssSelector_selectsThatElementAlone()
+    {
+        const QString script =
+            u"(() => { const all = [...document.querySelectorAll('*')]; const wrong = [];"
+            "if (all.length !== wanted.length) wrong.push(all.length + ' elements, not ' + wanted.length);"
+            "wanted.forEach((selector, i) => { const found = document.querySelectorAll(selector);"
+            "if (found.length !== 1 || found[0] !== all[i]) wrong.push(selector); });"
+            "return 'wrong:' + wrong.slice(0, 3).join('; '); })()"_qs;
+        qsizetype count = 0;
+        for (const test::Page& page : pages()) {
+            const auto document = parse(page.source);
+            if (!document)
+                continue;
+            QJsonArray selectors;
+            for (const Element* element : (*document)->select("*")) {
+                const std::string selector = element->cssSelector();
+                if (!selector.empty())
+                    selectors.append(QString::fromStdString(selector));
+            }
+            const QString wanted = QString::fromUtf8(QJsonDocument(selectors).toJson(QJsonDocument::Compact));
+            const QString answer = ask(page.source, u"const wanted = "_qs + wanted + u";"_qs + script);
+            QVERIFY2(answer == u"wrong:", (page.name + " " + answer.toStdString()).c_str());
+            count += selectors.size();
+        }
+        qInfo("%lld selectors asked", static_cast<long long>(count));
+    }
+
+    void cssSelector_escapesWhateverStandsInIdsAndClasses()
+    {
+        std::string source = "<!doctype html><body>";
+        for (const char* name :
+             {"1a", "-1", "-", "--x", "a b", "a.b#c:d", "\"'\\", "\xC3\xA9\xF0\x9F\x98\x80", "[x]>y",
+              "\x01\x7F", "a\nb", "\xC2\x85", "*", "$&%!", "\\31 ", "{}"}) {
+            std::string escaped;
+            for (const char* c = name; *c; ++c)
+                escaped += *c == '"' ? std::string("&quot;") : std::string(1, *c);
+            source += "<p id=\"" + escaped + "\">i</p><p class=\"" + escaped + "\">c<b>x</b></p>";
+        }
+        source +=
+            "<o:p>a</o:p><x.y>b</x.y><p id=Twin></p><p id=twin></p><svg><linearGradient/><g><a/></g></svg>";
+        const auto document = parse(source);
+        QVERIFY(document);
+        QJsonArray selectors;
+        for (const Element* element : (*document)->select("*"))
+            selectors.append(QString::fromStdString(element->cssSelector()));
+        const QString wanted = QString::fromUtf8(QJsonDocument(selectors).toJson(QJsonDocument::Compact));
+        for (const std::string& shownPage : {source, source.substr(15)}) {
+            QCOMPARE(ask(shownPage,
+                         u"const wanted = "_qs + wanted +
+                             u"; const all = [...document.querySelectorAll('*')];"
+                             "'wrong:' + wanted.filter((s, i) => { const f = document.querySelectorAll(s);"
+                             "return f.length !== 1 || f[0] !== all[i]; }).join('; ')"_qs),
+                     u"wrong:"_qs);
+        }
+    }
+};
+
+LUMA_TEST(tst_engine)
+#include "tst_engine.moc"
