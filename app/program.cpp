@@ -6,6 +6,7 @@
 #include "platform/resources.h"
 #include "shell/runningchildren.h"
 #include "shell/taskwrapper.h"
+#include "site/haldendoc.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -16,6 +17,8 @@
 namespace luma {
 
 namespace {
+
+const QString siteLayoutKey = QStringLiteral("siteWindowLayout");
 
 std::optional<QString> runShell(const QStringList& arguments)
 {
@@ -45,11 +48,7 @@ Program::Program(const QString& preferencesFile)
 
 LUMAAppDelegate::Services Program::services()
 {
-    return {runShell,
-            [this](const SiteList::Record& siteDict) {
-                if (m_openSite)
-                    m_openSite(siteDict);
-            },
+    return {runShell, [this](const SiteList::Record& siteDict) { openSite(siteDict); },
             [](const QUrl& url) { return QDesktopServices::openUrl(url); }};
 }
 
@@ -71,10 +70,24 @@ Result<void> Program::openFolders(const CommandLine& line)
     const auto record = transientRecord(line.source, line.destination);
     if (!record)
         return record.error();
-    if (!m_openSite)
-        return Error{"there is no window for a site"};
-    m_openSite(std::make_shared<SiteRecord>(*record));
+    openSite(std::make_shared<SiteRecord>(*record));
     return {};
+}
+
+void Program::openSite(const SiteList::Record& siteDict)
+{
+    auto* const window = new HaldenDoc(siteDict, HaldenDoc::standardServices());
+    window->restoreLayoutState(m_preferences.value(siteLayoutKey).toByteArray());
+    connect(window, &HaldenDoc::windowWillClose, this,
+            [this, window] { m_preferences.setValue(siteLayoutKey, window->layoutState()); });
+    connect(window, &HaldenDoc::openRequested, this, &Program::openFile);
+    window->windowDidLoad();
+}
+
+void Program::openFile(const std::filesystem::path& file, const std::filesystem::path& siteFolder)
+{
+    if (const auto opened = m_documents.open(file, siteFolder); !opened)
+        std::fprintf(stderr, "luma: %s\n", opened.error().text.c_str());
 }
 
 void Program::terminate()

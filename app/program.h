@@ -19,10 +19,6 @@ public:
     LUMAAppDelegate& delegate() { return m_delegate; }
     DocumentController& documents() { return m_documents; }
 
-    /// Shows a site's window and enters it in the WindowRegistry; its title is the destination's server.
-    using SiteOpener = std::function<void(const SiteList::Record& siteDict)>;
-    void setSiteOpener(const SiteOpener& opener) { m_openSite = opener; }
-
     /// Shows what the command line asks for. An error is for standard error; nothing is open then.
     Result<void> launch(const CommandLine& line);
 
@@ -32,10 +28,12 @@ public:
 
 private:
     Result<void> openFolders(const CommandLine& line);
+    /// Shows the site's window; its title, the destination's server, is how it is found again.
+    void openSite(const SiteList::Record& siteDict);
+    void openFile(const std::filesystem::path& file, const std::filesystem::path& siteFolder);
 
     LUMAAppDelegate::Services services();
 
-    SiteOpener m_openSite;
     Preferences m_preferences;
     DocumentController m_documents;
     LUMAAppDelegate m_delegate;

@@ -68,6 +68,7 @@ public:
     void duplicateItem();
     void renameItem();
     void deleteItem();
+    void deleteSelectedItems();
     void openItem();
 
 signals:
@@ -104,7 +105,6 @@ private:
     void emptyPane();
     void folderChanged();
     void doBrowserClick(const QModelIndex& item);
-    void deleteSelectedItems();
     void confirmDeletion(const Paths& items);
     void deleteItems(const Paths& items);
     void runFileJob(std::function<bool()> job, const Paths& select);

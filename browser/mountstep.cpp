@@ -23,7 +23,8 @@ MountResult localFolder(const QString& path)
 
 } // namespace
 
-MountResult mountStep(const QVariantMap& request, VolumeMounter& mounter)
+MountResult mountStep(const QVariantMap& request, VolumeMounter& mounter,
+                      const std::function<bool()>& isWanted)
 {
     const auto text = [&request](QLatin1StringView key) { return request.value(key).toString(); };
     const QString protocol = text(connectionrequest::protocolString);
@@ -32,10 +33,11 @@ MountResult mountStep(const QVariantMap& request, VolumeMounter& mounter)
     const QString shareURL =
         mountURL(protocol, text(connectionrequest::serverString), text(connectionrequest::volumeString),
                  text(connectionrequest::pathValue));
-    auto folder = mounter.mount(shareURL, text(connectionrequest::user), text(connectionrequest::password));
-    if (!folder)
+    auto folder =
+        mounter.mount(shareURL, text(connectionrequest::user), text(connectionrequest::password), isWanted);
+    if (!folder && isWanted())
         folder = mounter.existingMount(shareURL);
-    if (!folder) {
+    if (!folder && isWanted()) {
         std::printf("Error: sharePath: %s) Not Valid\n", qUtf8Printable(shareURL));
         std::fflush(stdout);
     }

@@ -3,6 +3,7 @@
 #include <QVariantMap>
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 
 namespace luma {
@@ -19,8 +20,9 @@ struct MountResult
 };
 
 /// Makes the folder of a connection request reachable: a local folder must exist, a share is mounted, or
-/// found where it is mounted already. A share that is neither is named on standard output. Blocks; any
-/// thread.
-MountResult mountStep(const QVariantMap& request, VolumeMounter& mounter);
+/// found where it is mounted already. A share that is neither is named on standard output. Blocks, but not
+/// for long once `isWanted` answers false; any thread.
+MountResult mountStep(const QVariantMap& request, VolumeMounter& mounter,
+                      const std::function<bool()>& isWanted);
 
 } // namespace luma

@@ -25,7 +25,7 @@ void run(const Guard& guard, const WorkItem& item, const QVariantMap& request, V
         std::fflush(stdout);
         return;
     }
-    const MountResult result = mountStep(request, mounter);
+    const MountResult result = mountStep(request, mounter, [&item] { return !item.isCancelled(); });
     bool wanted = false;
     onMain(guard, [&](PaneConnection& connection) {
         wanted = !item.isCancelled();

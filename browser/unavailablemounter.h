@@ -13,7 +13,8 @@ public:
     using VolumeMounter::VolumeMounter;
 
     std::optional<std::filesystem::path> mount(const QString& /*shareURL*/, const QString& /*user*/,
-                                               const QString& /*password*/) override
+                                               const QString& /*password*/,
+                                               const std::function<bool()>& /*isWanted*/) override
     {
         return {};
     }

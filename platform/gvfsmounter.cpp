@@ -14,14 +14,14 @@ GvfsMounter::GvfsMounter(QObject* parent) : VolumeMounter(parent)
 }
 
 std::optional<fs::path> GvfsMounter::mount(const QString& shareURL, const QString& user,
-                                           const QString& password)
+                                           const QString& password, const std::function<bool()>& isWanted)
 {
     const std::string url = shareURL.toStdString();
     {
         const std::scoped_lock lock(m_mutex);
         m_users[url] = user.toStdString();
     }
-    const auto folder = mountShare(url, user.toStdString(), password.toStdString(), [] { return true; });
+    const auto folder = mountShare(url, user.toStdString(), password.toStdString(), isWanted);
     if (!folder)
         return {};
     remember(*folder);

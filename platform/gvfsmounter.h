@@ -21,7 +21,8 @@ public:
     explicit GvfsMounter(QObject* parent = nullptr);
 
     std::optional<std::filesystem::path> mount(const QString& shareURL, const QString& user,
-                                               const QString& password) override;
+                                               const QString& password,
+                                               const std::function<bool()>& isWanted) override;
     /// Of the account that mount() was last asked for with this address; of any when it was not asked.
     std::optional<std::filesystem::path> existingMount(const QString& shareURL) override;
     void unmount(const std::filesystem::path& mountPoint) override;

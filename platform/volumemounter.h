@@ -4,6 +4,7 @@
 #include <QString>
 
 #include <filesystem>
+#include <functional>
 #include <optional>
 
 namespace luma {
@@ -19,9 +20,11 @@ public:
     using QObject::QObject;
 
     /// Mounts the share at `shareURL` as that user; the mount point, or nothing on any failure (the share
-    /// being mounted already is one).
+    /// being mounted already is one). `isWanted` is asked on the calling thread while the server is waited
+    /// for; when it turns false the call ends soon, with nothing.
     virtual std::optional<std::filesystem::path> mount(const QString& shareURL, const QString& user,
-                                                       const QString& password) = 0;
+                                                       const QString& password,
+                                                       const std::function<bool()>& isWanted) = 0;
     /// Where a share of the same host and path is mounted already.
     virtual std::optional<std::filesystem::path> existingMount(const QString& shareURL) = 0;
     /// Asks for the volume at `mountPoint` to be unmounted, without waiting for it; errors are ignored.

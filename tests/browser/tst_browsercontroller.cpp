@@ -31,8 +31,8 @@ public:
     std::optional<fs::path> mountPoint;
     std::atomic<int> unmounts = 0;
 
-    std::optional<fs::path> mount(const QString& /*url*/, const QString& /*user*/,
-                                  const QString& /*pw*/) override
+    std::optional<fs::path> mount(const QString& /*url*/, const QString& /*user*/, const QString& /*pw*/,
+                                  const std::function<bool()>& /*isWanted*/) override
     {
         answer.acquire();
         return mountPoint;

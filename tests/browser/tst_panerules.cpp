@@ -28,7 +28,8 @@ public:
     std::optional<fs::path> existing;
     QStringList asked;
 
-    std::optional<fs::path> mount(const QString& url, const QString& user, const QString& password) override
+    std::optional<fs::path> mount(const QString& url, const QString& user, const QString& password,
+                                  const std::function<bool()>& /*isWanted*/) override
     {
         asked += url + QLatin1Char('|') + user + QLatin1Char('|') + password;
         return mounted;
@@ -83,13 +84,13 @@ private slots:
     {
         FakeMounter mounter;
         mounter.mounted = "/mnt/web";
-        QCOMPARE(*mountStep(shareRequest(), mounter).folder, fs::path("/mnt/web"));
+        QCOMPARE(*mountStep(shareRequest(), mounter, [] { return true; }).folder, fs::path("/mnt/web"));
         QCOMPARE(mounter.asked, QStringList{u"smb://host/Web/docs|anna|secret"_s});
         mounter.mounted.reset();
         mounter.existing = "/mnt/there";
-        QCOMPARE(mountStep(shareRequest(), mounter).mountPath, fs::path("/mnt/there"));
+        QCOMPARE(mountStep(shareRequest(), mounter, [] { return true; }).mountPath, fs::path("/mnt/there"));
         mounter.existing.reset();
-        const MountResult failed = mountStep(shareRequest(), mounter);
+        const MountResult failed = mountStep(shareRequest(), mounter, [] { return true; });
         QVERIFY(!failed.folder);
         QVERIFY(failed.mountPath.empty());
     }
@@ -100,13 +101,13 @@ private slots:
         const QTemporaryDir folder;
         QVariantMap request = {{connectionrequest::protocolString, QString(endpoint::fileProtocol)},
                                {connectionrequest::pathValue, folder.path()}};
-        QVERIFY(mountStep(request, mounter).folder);
+        QVERIFY(mountStep(request, mounter, [] { return true; }).folder);
         request.insert(connectionrequest::pathValue, folder.path() + u"/gone"_s);
-        const MountResult failed = mountStep(request, mounter);
+        const MountResult failed = mountStep(request, mounter, [] { return true; });
         QVERIFY(!failed.folder);
         QCOMPARE(failed.mountPath, fs::path(folder.path().toStdString()) / "gone");
         request.remove(connectionrequest::pathValue);
-        QVERIFY(!mountStep(request, mounter).folder);
+        QVERIFY(!mountStep(request, mounter, [] { return true; }).folder);
         QVERIFY(mounter.asked.isEmpty());
     }
 

@@ -258,9 +258,10 @@ private slots:
         QSignalSpy spy(&mounter, &GvfsMounter::unmounted);
         const QString url = QString::fromStdString(siteUrl("/docs%20of%20mine"));
         const QString user = QString::fromStdString(test::SambaServer::user());
-        QVERIFY(!mounter.mount(url, user, QStringLiteral("No Secret 7")));
+        QVERIFY(!mounter.mount(url, user, QStringLiteral("No Secret 7"), [] { return true; }));
         QVERIFY(!mounter.existingMount(url));
-        const auto folder = mounter.mount(url, user, QString::fromStdString(m_samba.password()));
+        const auto folder =
+            mounter.mount(url, user, QString::fromStdString(m_samba.password()), [] { return true; });
         QVERIFY(folder);
         QCOMPARE(mounter.existingMount(url).value_or(""), *folder);
         mounter.unmount(*folder);

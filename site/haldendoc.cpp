@@ -1,0 +1,253 @@
+#include "site/haldendoc.h"
+
+#include "browser/browser.h"
+#include "browser/browsercontroller.h"
+#include "browser/endpoint.h"
+#include "platform/gvfsmounter.h"
+#include "platform/icons.h"
+#include "platform/windowregistry.h"
+#include "shell/sshcontroller.h"
+#include "site/progresspanel.h"
+#include "site/syncpanel.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QDataStream>
+#include <QToolButton>
+
+#include "ui_HaldenDoc.h"
+
+namespace luma {
+
+namespace {
+
+const QString uploadTitle = QStringLiteral("Upload");
+const QString downloadTitle = QStringLiteral("Download");
+
+// A prominent button of the tool bar, called as the window's other controls know it.
+QToolButton* addButton(QToolBar& bar, QAction* before, QAction* action, const QString& title)
+{
+    bar.insertAction(before, action);
+    action->setIconText(title);
+    auto* const button = qobject_cast<QToolButton*>(bar.widgetForAction(action));
+    button->setAccessibleName(title);
+    return button;
+}
+
+} // namespace
+
+HaldenDoc::Services HaldenDoc::standardServices()
+{
+    const auto checkConnection = [](const QString& login, const QString& port) {
+        return QString::fromStdString(
+            SSHController::checkConnectionOK(login.toStdString(), port.toStdString()));
+    };
+    const auto setUp = [](const QString& login, const QString& port, const QString& password) {
+        return QString::fromStdString(
+            SSHController::setUpRemoteLogin(login.toStdString(), port.toStdString(), password.toStdString()));
+    };
+    // One for all windows: a volume that two of them show is mounted once.
+    static std::weak_ptr<VolumeMounter> shared;
+    std::shared_ptr<VolumeMounter> mounter = shared.lock();
+    if (!mounter)
+        shared = mounter = std::make_shared<GvfsMounter>();
+    return {{checkConnection, setUp}, &SSHController::unixShellWithResultAndArguments, mounter};
+}
+
+HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QWidget* parent)
+    : QMainWindow(parent),
+      m_ui(std::make_unique<Ui::HaldenDoc>()),
+      m_record(std::move(siteDict)),
+      m_remoteLogin(m_record->destinationDict(), std::move(services.remoteLogin)),
+      m_engine(*m_record, std::move(services.runShell), [this] { return sides(); })
+{
+    setAttribute(Qt::WA_DeleteOnClose);
+    m_ui->setupUi(this);
+    createToolBar();
+    setIcons();
+    createPanes(services.mounter);
+    m_progressPanel = new ProgressPanel(this);
+    m_syncPanel = new SyncPanel(m_engine, this);
+    connectActions();
+    connectRemoteLogin();
+    connect(m_record.get(), &SiteRecord::changed, this, &HaldenDoc::updateForRecord);
+    updateForRecord();
+    WindowRegistry::instance().add(this);
+    WindowRegistry::instance().fill(m_ui->windowsMenu);
+}
+
+HaldenDoc::~HaldenDoc() = default;
+
+void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
+{
+    m_source = new BrowserController(tr("Source"), m_record->sourceDict(), this, m_ui->splitView);
+    m_destination =
+        new BrowserController(tr("Destination"), m_record->destinationDict(), this, m_ui->splitView);
+    m_ui->splitView->addWidget(m_source->widget());
+    m_ui->splitView->addWidget(m_destination->widget());
+    m_ui->splitView->setSizes({panesplit::minimumUpper * 2, panesplit::minimumUpper * 2});
+    m_source->widget()->setObjectName(QStringLiteral("sourceBrowserController"));
+    m_destination->widget()->setObjectName(QStringLiteral("destinationBrowserController"));
+    for (BrowserController* pane : {m_source, m_destination}) {
+        pane->setMounter(mounter);
+        connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
+    }
+}
+
+void HaldenDoc::createToolBar()
+{
+    QAction* const first = m_ui->siteToolBar->actions().constFirst();
+    addButton(*m_ui->siteToolBar, first, m_ui->uploadAction, uploadTitle)
+        ->setObjectName(QStringLiteral("uploadButton"));
+    addButton(*m_ui->siteToolBar, first, m_ui->downloadAction, downloadTitle)
+        ->setObjectName(QStringLiteral("downloadButton"));
+    m_ui->siteToolBar->insertSeparator(first);
+}
+
+void HaldenDoc::setIcons()
+{
+    m_ui->uploadAction->setIcon(icons::symbol(QStringLiteral("upload")));
+    m_ui->downloadAction->setIcon(icons::symbol(QStringLiteral("download")));
+    m_ui->newFolderAction->setIcon(icons::symbol(QStringLiteral("new-folder")));
+    m_ui->reloadAction->setIcon(icons::symbol(QStringLiteral("reload")));
+    m_ui->missingLinksAction->setIcon(icons::symbol(QStringLiteral("missing-links")));
+    m_ui->unlinkedItemsAction->setIcon(icons::symbol(QStringLiteral("unlinked-items")));
+}
+
+void HaldenDoc::connectActions()
+{
+    const auto onPane = [this](QAction* action, void (BrowserController::*does)()) {
+        connect(action, &QAction::triggered, this, [this, does] { (currentPane().*does)(); });
+    };
+    onPane(m_ui->openAction, &BrowserController::openItem);
+    onPane(m_ui->newFolderAction, &BrowserController::newFolder);
+    onPane(m_ui->renameAction, &BrowserController::renameItem);
+    onPane(m_ui->duplicateAction, &BrowserController::duplicateItem);
+    onPane(m_ui->deleteAction, &BrowserController::deleteSelectedItems);
+    connect(m_ui->reloadAction, &QAction::triggered, m_source, &BrowserController::reload);
+    connect(m_ui->reloadAction, &QAction::triggered, m_destination, &BrowserController::reload);
+    connect(m_ui->sourceSettingsAction, &QAction::triggered, m_source, &BrowserController::configure);
+    connect(m_ui->destinationSettingsAction, &QAction::triggered, m_destination,
+            &BrowserController::configure);
+    connect(m_ui->uploadAction, &QAction::triggered, this, [this] { sync(uploadTitle); });
+    connect(m_ui->downloadAction, &QAction::triggered, this, [this] { sync(downloadTitle); });
+    connect(m_ui->closeAction, &QAction::triggered, this, &QWidget::close);
+    connect(m_ui->quitAction, &QAction::triggered, qApp, &QApplication::closeAllWindows);
+    connect(&m_engine, &SyncEngine::transferred, m_source, &BrowserController::reloadColumnZero);
+    connect(&m_engine, &SyncEngine::transferred, m_destination, &BrowserController::reloadColumnZero);
+}
+
+void HaldenDoc::connectRemoteLogin()
+{
+    connect(&m_remoteLogin, &RemoteLogin::checked, this, &HaldenDoc::showCheck);
+    connect(&m_remoteLogin, &RemoteLogin::setUpEnded, this, &HaldenDoc::setUpEnded);
+    connect(m_ui->setUpRemoteLoginConnectionButton, &QPushButton::clicked, this, &HaldenDoc::setUpRsync);
+    connect(m_ui->setUpRemoteLoginAction, &QAction::triggered, this, &HaldenDoc::setUpRsync);
+    connect(m_ui->checkConnectionAction, &QAction::triggered, this, &HaldenDoc::checkConnectionOK);
+}
+
+void HaldenDoc::windowDidLoad()
+{
+    show();
+    m_source->doConnect();
+    m_destination->doConnect();
+}
+
+void HaldenDoc::updateForRecord()
+{
+    const ObservedDictionary& destination = *m_record->destinationDict();
+    setWindowTitle(destination.string(endpoint::server));
+    // A local folder has nobody to log in to.
+    const bool isRemote = destination.string(endpoint::protocol) != endpoint::fileProtocol;
+    m_ui->connectionLine->setVisible(isRemote);
+    m_ui->setUpRemoteLoginAction->setEnabled(isRemote);
+    m_ui->checkConnectionAction->setEnabled(isRemote);
+}
+
+QByteArray HaldenDoc::layoutState() const
+{
+    QByteArray state;
+    QDataStream stream(&state, QIODevice::WriteOnly);
+    stream << saveGeometry() << m_ui->splitView->saveState();
+    return state;
+}
+
+void HaldenDoc::restoreLayoutState(const QByteArray& state)
+{
+    QByteArray geometry;
+    QByteArray split;
+    QDataStream stream(state);
+    stream >> geometry >> split;
+    restoreGeometry(geometry);
+    m_ui->splitView->restoreState(split);
+}
+
+void HaldenDoc::checkConnectionOK()
+{
+    m_remoteLogin.check();
+}
+
+void HaldenDoc::showCheck(bool works)
+{
+    m_rsync = works;
+    m_ui->connectionResultText->setText(works ? tr("LUMA is using rsync for faster uploads and downloads.")
+                                              : tr("Turn on rsync to make uploads and downloads go faster."));
+    m_ui->setUpRemoteLoginConnectionButton->setEnabled(!works);
+    m_ui->setUpRemoteLoginAction->setEnabled(!works);
+}
+
+void HaldenDoc::setUpRsync()
+{
+    // A field that is being edited commits its value to the record.
+    setFocus();
+    m_ui->connectionResultText->setText(tr("Remote Login setup requested."));
+    // Twice at once would install two keys.
+    m_ui->setUpRemoteLoginConnectionButton->setEnabled(false);
+    m_ui->setUpRemoteLoginAction->setEnabled(false);
+    m_remoteLogin.setUp();
+}
+
+void HaldenDoc::setUpEnded(const QString& message)
+{
+    m_ui->setUpRemoteLoginConnectionButton->setEnabled(true);
+    m_ui->setUpRemoteLoginAction->setEnabled(true);
+    if (!message.isEmpty()) {
+        m_ui->connectionResultText->setText(message);
+        return;
+    }
+    m_ui->connectionResultText->setText(tr("Remote Login setup done. Verifying connection..."));
+    checkConnectionOK();
+}
+
+void HaldenDoc::sync(const QString& direction)
+{
+    m_syncPanel->sync(direction);
+}
+
+ProgressReporter& HaldenDoc::progress()
+{
+    return *m_progressPanel;
+}
+
+SyncSides HaldenDoc::sides() const
+{
+    return {m_rsync, m_source->mountPath(), m_destination->mountPath()};
+}
+
+BrowserController& HaldenDoc::currentPane() const
+{
+    const QWidget* const focused = QApplication::focusWidget();
+    const bool inDestination = focused && m_destination->widget()->isAncestorOf(focused);
+    return inDestination ? *m_destination : *m_source;
+}
+
+void HaldenDoc::closeEvent(QCloseEvent* event)
+{
+    emit windowWillClose();
+    m_engine.cancel();
+    m_source->disconnectPane();
+    m_destination->disconnectPane();
+    QMainWindow::closeEvent(event);
+}
+
+} // namespace luma

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "browser/panehost.h"
+#include "platform/volumemounter.h"
+#include "site/remotelogin.h"
+#include "site/siterecord.h"
+#include "site/syncengine.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+namespace Ui {
+class HaldenDoc;
+}
+
+namespace luma {
+
+class BrowserController;
+class ProgressPanel;
+class SyncPanel;
+
+/// The window of one open site: its two panes, the connection line, and the panels of its long jobs. It
+/// shares the record with the site list. It decides whether transfers go through rsync: `rsync` is false
+/// until the connection check has found that login by key works. Its title is the destination's server, by
+/// which the site list finds it. Main thread only; closing it at any moment drops its jobs.
+class HaldenDoc final : public QMainWindow, public PaneHost
+{
+    Q_OBJECT
+
+public:
+    /// What the window has done by others, so that a test needs no server.
+    struct Services
+    {
+        RemoteLogin::Calls remoteLogin;
+        SyncEngine::ShellRunner runShell;
+        std::shared_ptr<VolumeMounter> mounter;
+    };
+    /// The real ones: ssh, expect, the shell, and the desktop's network file systems.
+    static Services standardServices();
+
+    HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QWidget* parent = nullptr);
+    ~HaldenDoc() override;
+
+    [[nodiscard]] const std::shared_ptr<SiteRecord>& siteDict() const { return m_record; }
+    [[nodiscard]] bool rsync() const { return m_rsync; }
+    [[nodiscard]] BrowserController& sourceBrowserController() const { return *m_source; }
+    [[nodiscard]] BrowserController& destinationBrowserController() const { return *m_destination; }
+
+    /// Shows the window and has both panes connect, the source first.
+    void windowDidLoad();
+
+    /// Size and divider, for the next window; restoring what is no such state does nothing.
+    [[nodiscard]] QByteArray layoutState() const;
+    void restoreLayoutState(const QByteArray& state);
+
+    // PaneHost
+    void checkConnectionOK() override;
+    ProgressReporter& progress() override;
+
+    void setUpRsync();
+    /// Opens the sync panel on `direction`, the title of an upload or download button.
+    void sync(const QString& direction);
+
+signals:
+    /// Open a file of the site; `mountPath` is the site's folder.
+    void openRequested(const std::filesystem::path& path, const std::filesystem::path& mountPath);
+    void windowWillClose();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+
+private:
+    std::unique_ptr<Ui::HaldenDoc> m_ui;
+    std::shared_ptr<SiteRecord> m_record;
+    BrowserController* m_source = nullptr;
+    BrowserController* m_destination = nullptr;
+    RemoteLogin m_remoteLogin;
+    SyncEngine m_engine;
+    ProgressPanel* m_progressPanel = nullptr;
+    SyncPanel* m_syncPanel = nullptr;
+    bool m_rsync = false;
+
+    void createPanes(const std::shared_ptr<VolumeMounter>& mounter);
+    void createToolBar();
+    void connectActions();
+    void connectRemoteLogin();
+    void setIcons();
+    void updateForRecord();
+    void showCheck(bool works);
+    void setUpEnded(const QString& message);
+    [[nodiscard]] SyncSides sides() const;
+    [[nodiscard]] BrowserController& currentPane() const;
+};
+
+} // namespace luma
