@@ -69,6 +69,16 @@ std::string CommandArguments::value(std::string_view name) const
     return found == m_given.rend() ? std::string() : found->value;
 }
 
+std::vector<std::string> CommandArguments::values(std::string_view name) const
+{
+    std::vector<std::string> values;
+    for (const Given& given : m_given) {
+        if (given.name == name)
+            values.push_back(given.value);
+    }
+    return values;
+}
+
 void complain(std::string_view text)
 {
     int ignored = 0;

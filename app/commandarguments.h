@@ -23,6 +23,8 @@ public:
     [[nodiscard]] const std::vector<std::string>& operands() const { return m_operands; }
     [[nodiscard]] bool has(std::string_view name) const;
     [[nodiscard]] std::string value(std::string_view name) const;
+    /// Every value given for an option, in order.
+    [[nodiscard]] std::vector<std::string> values(std::string_view name) const;
 
 private:
     struct Given

@@ -24,8 +24,8 @@ struct LumactlCommand
     ExitCode (*run)(const std::vector<std::string>& arguments);
 };
 
-extern const LumactlCommand changedEntry;
-extern const LumactlCommand publishEntry;
+extern const LumactlCommand changedCommand;
+extern const LumactlCommand publishCommand;
 extern const LumactlCommand linksFromCommand;
 extern const LumactlCommand checkCommand;
 extern const LumactlCommand linksToCommand;

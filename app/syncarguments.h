@@ -1,26 +1,12 @@
 #pragma once
 
-#include "platform/result.h"
-#include "site/foldercomparison.h"
-
-#include <string>
-#include <vector>
+#include "app/commandarguments.h"
+#include "site/syncrow.h"
 
 namespace luma {
 
-/// What `lumactl changed` and `lumactl publish` are given on the command line.
-struct SyncCommandArguments
-{
-    SyncFolders folders;
-    std::vector<std::string> exceptions; ///< names left out
-    bool wantsHelp = false;
-};
-
-enum class ExceptOption { Refused, Taken };
-
-/// Reads the arguments after the command's name. An option that is not known, a missing value and any
-/// number of folders but two are errors. "--" ends the options.
-Result<SyncCommandArguments> readSyncArguments(const std::vector<std::string>& arguments,
-                                               ExceptOption exceptOption);
+/// The two folders that `lumactl changed` and `lumactl publish` are given, in the direction of the transfer;
+/// nothing, with a complaint, when they are of no use.
+std::optional<SyncFolders> syncFolders(const LumactlCommand& command, const CommandArguments& arguments);
 
 } // namespace luma
