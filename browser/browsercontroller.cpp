@@ -84,6 +84,10 @@ void BrowserController::connectBrowser()
             [this](const QModelIndex& item, const QPoint& position) {
                 contextualMenu->popupFor(item.isValid(), position);
             });
+    // The name is taken or cannot be one: the line below the columns says so, for the old name just comes
+    // back.
+    connect(&browser().model(), &FileSystemModel::renameFailed, m_ui->fullPathToSelectedItem,
+            &QLabel::setText);
     connect(&browser().model(), &FileSystemModel::renamed, this,
             [this](const std::filesystem::path& oldPath, const std::filesystem::path& newPath) {
                 // The links to the item are updated by who hears of it.
