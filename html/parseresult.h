@@ -32,6 +32,7 @@ private:
     std::variant<T, ParseError> m_state;
 };
 
+/// Done, or why the markup was refused.
 template <>
 class [[nodiscard]] ParseResult<void> final
 {
