@@ -203,9 +203,12 @@ bool EditorPage::javaScriptPrompt(const QUrl&, const QString&, const QString&, Q
 void EditorPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message,
                                           int line, const QString& source)
 {
-    // Only what our own scripts say is of interest; a page's complaints are its own.
-    if (level == ErrorMessageLevel && !PageScheme::isOfPage(QUrl(source), m_host))
-        qWarning("page-side script %s:%d: %s", qUtf8Printable(source), line, qUtf8Printable(message));
+    // What the engine finds wrong with the page itself is of no interest here.
+    if (PageScheme::isOfPage(QUrl(source), m_host))
+        return;
+    if (level == ErrorMessageLevel && source.startsWith(QLatin1String("userscript:")))
+        qWarning("%s:%d: %s", qUtf8Printable(source), line, qUtf8Printable(message));
+    emit scriptMessage(message);
 }
 
 } // namespace luma

@@ -41,6 +41,8 @@ public:
 signals:
     /// The page handed over last stands there whole.
     void shown();
+    /// What a script of the editor's world, such as one of the script console, wrote to the console.
+    void scriptMessage(const QString& message);
     /// The page's process ended by itself or was ended; the page is blank until it is shown again.
     void processDied();
 

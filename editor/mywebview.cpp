@@ -4,6 +4,7 @@
 
 #include <QContextMenuEvent>
 #include <QDropEvent>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
 
@@ -36,9 +37,36 @@ MyWebView::MyWebView(QWidget* parent)
       m_page(std::make_unique<EditorPage>(*m_profile))
 {
     setPage(m_page.get());
+    connect(m_page.get(), &EditorPage::shown, this, &MyWebView::watchKeys);
 }
 
 MyWebView::~MyWebView() = default;
+
+// The engine receives keys in a widget of its own, which is another one after its process was replaced.
+void MyWebView::watchKeys()
+{
+    if (m_keyReceiver == focusProxy())
+        return;
+    m_keyReceiver = focusProxy();
+    if (m_keyReceiver)
+        m_keyReceiver->installEventFilter(this);
+}
+
+bool MyWebView::eventFilter(QObject* watched, QEvent* event)
+{
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (watched == m_keyReceiver && isKey) {
+        auto& key = static_cast<QKeyEvent&>(*event);
+        const bool ours = key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo);
+        if (ours) {
+            event->accept();
+            if (event->type() == QEvent::KeyPress)
+                key.matches(QKeySequence::Undo) ? emit undoWanted() : emit redoWanted();
+            return true;
+        }
+    }
+    return QWebEngineView::eventFilter(watched, event);
+}
 
 void MyWebView::setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu)
 {

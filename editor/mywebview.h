@@ -36,16 +36,23 @@ signals:
     /// Files were dropped at a point of the view, in the view's pixels.
     void filesDropped(const QList<QUrl>& files, const QPointF& where);
     void inspectElementWanted();
+    /// The undo or redo keys were pressed; the engine's own history is not used.
+    void undoWanted();
+    void redoWanted();
 
 protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
     void dragEnterEvent(QDragEnterEvent* event) override;
     void dragMoveEvent(QDragMoveEvent* event) override;
     void dropEvent(QDropEvent* event) override;
 
 private:
+    void watchKeys();
+
     std::shared_ptr<EditorProfile> m_profile;
     std::unique_ptr<EditorPage> m_page;
+    QPointer<QWidget> m_keyReceiver;
     QPointer<QMenu> m_fontSubMenu;
     QPointer<QMenu> m_justificationSubMenu;
 };
