@@ -18,8 +18,10 @@ function postChanges(records) {
     post('mutationObserver', ++changes.count);
 }
 
-// How many changes there were, those of this very moment included.
+// How many changes there were, those of this very moment included. A blank that stands for the moment only is
+// settled first.
 function countOfChanges() {
+    settleBlank();
     postChanges(changes.observer.takeRecords());
     return changes.count;
 }

@@ -1,17 +1,12 @@
 // The links of the page: the one at the selection, and what a click on one does.
 
 function linkAtSelection() {
-    const selection = getSelection();
-    if (selection.rangeCount === 0)
+    const range = currentRange();
+    if (!range)
         return null;
-    const range = selection.getRangeAt(0);
-    const node = range.commonAncestorContainer;
-    const element = node instanceof Element ? node : node.parentElement;
-    const around = element && element.closest('a[href]');
-    if (around)
-        return around;
-    const links = element ? Array.from(element.querySelectorAll('a[href]')) : [];
-    return links.find((link) => range.intersectsNode(link) && !selection.isCollapsed) || null;
+    const around = closestAt(range.commonAncestorContainer, 'a[href]');
+    const leaf = around || range.collapsed ? null : leavesOf(range).find((node) => closestAt(node, 'a[href]'));
+    return around || leaf && closestAt(leaf, 'a[href]');
 }
 
 // The address of the link at the selection as it is written; empty when there is none.

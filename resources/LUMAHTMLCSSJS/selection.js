@@ -73,7 +73,7 @@ function postActiveElement() {
     if (!path)
         return;
     activeElement.told = element;
-    countOfChanges(); // The editor must know the page in which the path counts.
+    postChanges(changes.observer.takeRecords()); // The editor must know the page in which the path counts.
     post('activeElementHTML', path);
 }
 

@@ -62,6 +62,37 @@ bool WebFixture::showBody(const QByteArray& body)
     return show("<!DOCTYPE html><html><head><title>t</title></head><body>" + body + "</body></html>");
 }
 
+const QString WebFixture::setMarks = QStringLiteral(R"(
+(function () {
+    function take(mark) {
+        const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
+        for (let node; (node = walker.nextNode());) {
+            const offset = node.data.indexOf(mark);
+            if (offset < 0)
+                continue;
+            node.deleteData(offset, 1);
+            if (node.length > 0)
+                return [node, offset];
+            const place = [node.parentNode, [...node.parentNode.childNodes].indexOf(node)];
+            node.remove();
+            return place;
+        }
+        return null;
+    }
+    const start = take('|') || take('[');
+    const end = take(']') || start;
+    if (start)
+        getSelection().setBaseAndExtent(...start, ...end);
+})())");
+
+bool WebFixture::showMarked(const QByteArray& body)
+{
+    if (!showBody(body))
+        return false;
+    (void)answer(setMarks);
+    return true;
+}
+
 QString WebFixture::answer(const QString& script)
 {
     return ScriptCall::wait(&view.editorPage(), script).toString();

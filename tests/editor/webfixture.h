@@ -25,6 +25,11 @@ public:
     /// The same for the body of a page.
     bool showBody(const QByteArray& body);
 
+    /// The same for a body with the caret as "|" or the selection as "[" and "]".
+    bool showMarked(const QByteArray& body);
+    /// The script that makes such marks the selection.
+    static const QString setMarks;
+
     /// The script's answer, as text.
     [[nodiscard]] QString answer(const QString& script);
     [[nodiscard]] QString answer(const char* script) { return answer(QString::fromUtf8(script)); }
