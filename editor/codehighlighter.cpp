@@ -1,0 +1,119 @@
+#include "editor/codehighlighter.h"
+
+#include <QGuiApplication>
+#include <QPalette>
+
+namespace luma {
+
+namespace {
+
+constexpr qsizetype longestLine = 10'000; // Longer ones, of machine-made text, stay plain.
+constexpr QColor commentColour(0x6a, 0x73, 0x7d);
+constexpr QColor nameColour(0x0b, 0x5c, 0xad);
+constexpr QColor stringColour(0x9a, 0x3b, 0x12);
+constexpr QColor numberColour(0x1a, 0x7f, 0x37);
+constexpr QColor wordColour(0x82, 0x30, 0xa8);
+
+// The colours are chosen for a light ground; on a dark one they are as much lighter.
+QColor suited(const QColor& colour)
+{
+    const bool dark = QGuiApplication::palette().color(QPalette::Base).lightness() < 128;
+    return dark ? QColor::fromHsl(colour.hslHue(), colour.hslSaturation(), 255 - colour.lightness() / 2 - 20)
+                : colour;
+}
+
+} // namespace
+
+CodeHighlighter::CodeHighlighter(Language language, QTextDocument* document) : QSyntaxHighlighter(document)
+{
+    switch (language) {
+    case Language::Html:
+        addHtmlRules();
+        break;
+    case Language::Css:
+        addCssRules();
+        break;
+    case Language::Script:
+        addScriptRules();
+        break;
+    }
+}
+
+void CodeHighlighter::addRule(const char* pattern, QColor lightColour, const char* endPattern)
+{
+    QTextCharFormat format;
+    format.setForeground(suited(lightColour));
+    m_rules.push_back({QRegularExpression(QString::fromLatin1(pattern)),
+                       QRegularExpression(QString::fromLatin1(endPattern)), format});
+}
+
+void CodeHighlighter::addHtmlRules()
+{
+    addRule("<!--", commentColour, "-->");
+    addRule("<![^>]*>", commentColour);
+    addRule("</?[A-Za-z][^\\s>/]*|/?>", nameColour);
+    addRule("\"[^\"]*\"|'[^']*'", stringColour);
+    addRule("&#?\\w+;", numberColour);
+}
+
+void CodeHighlighter::addCssRules()
+{
+    addRule("/\\*", commentColour, "\\*/");
+    addRule("\"(?:\\\\.|[^\"\\\\])*\"|'(?:\\\\.|[^'\\\\])*'", stringColour);
+    addRule("@[-\\w]+", wordColour);
+    addRule("[-\\w]+(?=\\s*:[^{]*(?:;|$))", nameColour);
+    addRule("#[0-9a-fA-F]{3,8}\\b|(?<![-\\w])[+-]?\\d*\\.?\\d+(?:%|[a-z]+)?", numberColour);
+}
+
+void CodeHighlighter::addScriptRules()
+{
+    addRule("/\\*", commentColour, "\\*/");
+    addRule("//.*", commentColour);
+    addRule("\"(?:\\\\.|[^\"\\\\])*\"|'(?:\\\\.|[^'\\\\])*'", stringColour);
+    addRule("`", stringColour, "`");
+    addRule(
+        "\\b(?:const|let|var|function|return|if|else|for|while|of|in|new|class|true|false|null|typeof)\\b",
+        wordColour);
+    addRule("\\b\\d+(?:\\.\\d+)?\\b", numberColour);
+}
+
+void CodeHighlighter::highlightBlock(const QString& text)
+{
+    setCurrentBlockState(0);
+    if (text.size() > longestLine)
+        return;
+    qsizetype at = 0;
+    if (const int open = previousBlockState(); open > 0)
+        at = colour(m_rules[static_cast<std::size_t>(open - 1)], text, 0, 0);
+    std::vector<QRegularExpressionMatch> next(m_rules.size());
+    while (at < text.size()) {
+        const Rule* rule = nullptr;
+        QRegularExpressionMatch first;
+        for (std::size_t i = 0; i < m_rules.size(); ++i) {
+            const bool known = next[i].isValid() && (!next[i].hasMatch() || next[i].capturedStart() >= at);
+            if (!known)
+                next[i] = m_rules[i].begins.match(text, at);
+            if (next[i].hasMatch() && (!rule || next[i].capturedStart() < first.capturedStart())) {
+                rule = &m_rules[i];
+                first = next[i];
+            }
+        }
+        if (!rule)
+            return;
+        at = colour(*rule, text, first.capturedStart(), first.capturedEnd());
+    }
+}
+
+qsizetype CodeHighlighter::colour(const Rule& rule, const QString& text, qsizetype from, qsizetype to)
+{
+    if (!rule.ends.pattern().isEmpty()) {
+        const auto end = rule.ends.match(text, to);
+        to = end.hasMatch() ? end.capturedEnd() : text.size();
+        if (!end.hasMatch())
+            setCurrentBlockState(static_cast<int>(&rule - m_rules.data()) + 1);
+    }
+    setFormat(static_cast<int>(from), static_cast<int>(to - from), rule.format);
+    return to;
+}
+
+} // namespace luma

@@ -1,0 +1,214 @@
+#include "editor/editorpage.h"
+
+#include "editor/pagescheme.h"
+#include "platform/files.h"
+#include "platform/resources.h"
+
+#include <QDesktopServices>
+#include <QFile>
+#include <QWebChannel>
+#include <QWebEngineFullScreenRequest>
+#include <QWebEngineRegisterProtocolHandlerRequest>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
+#include <QWebEngineSettings>
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace luma {
+
+namespace {
+
+QWebEngineScript editorScript(const QString& name, const QString& source,
+                              QWebEngineScript::InjectionPoint point)
+{
+    QWebEngineScript script;
+    script.setName(name);
+    script.setSourceCode(source);
+    script.setInjectionPoint(point);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setRunsOnSubFrames(false);
+    return script;
+}
+
+// The channel's own client script, which Qt carries as a resource.
+QString channelScript()
+{
+    QFile file(QStringLiteral(":/qtwebchannel/qwebchannel.js"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+std::vector<fs::path> pageSideScripts()
+{
+    std::vector<fs::path> scripts;
+    std::error_code error;
+    for (fs::directory_iterator entry(resourceFolder() / "LUMAHTMLCSSJS", error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (entry->path().extension() == ".js")
+            scripts.push_back(entry->path());
+    }
+    std::sort(scripts.begin(), scripts.end());
+    return scripts;
+}
+
+bool isForTheBrowser(const QUrl& url)
+{
+    static const QStringList schemes = {QStringLiteral("http"), QStringLiteral("https"),
+                                        QStringLiteral("ftp"), QStringLiteral("mailto"),
+                                        QStringLiteral("tel")};
+    return schemes.contains(url.scheme());
+}
+
+// The desktop opens a file with whatever it has for the type: what it might run instead is not opened.
+bool mightRun(const fs::path& file)
+{
+    std::error_code error;
+    const auto status = fs::status(file, error);
+    const auto anyExecute = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+    return error || file.extension() == ".desktop" ||
+           (fs::is_regular_file(status) && (status.permissions() & anyExecute) != fs::perms::none);
+}
+
+} // namespace
+
+EditorPage::EditorPage(EditorProfile& profile, QObject* parent)
+    : QWebEnginePage(&profile, parent), m_profile(profile), m_host(EditorProfile::newHost())
+{
+    m_bridge = new PageBridge(this);
+    m_channel = new QWebChannel(this);
+    m_channel->registerObject(QStringLiteral("bridge"), m_bridge);
+    setWebChannel(m_channel, QWebEngineScript::ApplicationWorld);
+    addEditorScripts();
+    connectRefusals();
+    connectState();
+}
+
+EditorPage::~EditorPage()
+{
+    m_profile.files().withdraw(m_host);
+}
+
+void EditorPage::addEditorScripts()
+{
+    scripts().insert(
+        editorScript(QStringLiteral("qwebchannel.js"), channelScript(), QWebEngineScript::DocumentCreation));
+    for (const fs::path& path : pageSideScripts()) {
+        if (const auto source = readFile(path))
+            scripts().insert(editorScript(QString::fromStdString(path.filename().string()),
+                                          QString::fromStdString(*source), QWebEngineScript::DocumentReady));
+    }
+}
+
+void EditorPage::connectRefusals()
+{
+    connect(this, &QWebEnginePage::featurePermissionRequested, this,
+            [this](const QUrl& origin, Feature feature) {
+                setFeaturePermission(origin, feature, PermissionDeniedByUser);
+            });
+    connect(this, &QWebEnginePage::fullScreenRequested, this,
+            [](QWebEngineFullScreenRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::registerProtocolHandlerRequested, this,
+            [](QWebEngineRegisterProtocolHandlerRequest request) { request.reject(); });
+}
+
+void EditorPage::connectState()
+{
+    // A refresh that was refused ends as a failed load of its own, and a page shown before may end late.
+    connect(this, &QWebEnginePage::loadFinished, this, [this](bool done) {
+        if (!done || m_complete || url() != m_address)
+            return;
+        m_complete = true;
+        emit shown();
+    });
+    connect(this, &QWebEnginePage::renderProcessTerminated, this, [this](RenderProcessTerminationStatus) {
+        m_complete = false;
+        emit processDied();
+    });
+}
+
+void EditorPage::show(const QByteArray& markup, const SiteFolder& files)
+{
+    m_files = files;
+    m_complete = false;
+    m_loadIsOurs = true;
+    ++m_generation;
+    m_profile.files().serve(m_host, markup, files);
+    m_address = SiteSchemeHandler::address(m_host, files.page());
+    m_address.setQuery(QString::number(m_generation)); // Each page shown has an address of its own.
+    load(m_address);
+}
+
+void EditorPage::clearCaches()
+{
+    m_profile.clearHttpCache();
+}
+
+bool EditorPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame)
+{
+    if (type == NavigationTypeLinkClicked) {
+        activateLink(url);
+        return false;
+    }
+    // A frame within the page may show a page of the site; it stays where the page put it.
+    if (!isMainFrame)
+        return type == NavigationTypeOther &&
+               (PageScheme::isOfPage(url, m_host) || url.scheme() == QLatin1String("about"));
+    return std::exchange(m_loadIsOurs, false) && type == NavigationTypeTyped;
+}
+
+void EditorPage::activateLink(const QUrl& url)
+{
+    const QUrl address = addressForTheBrowser(url);
+    if (address.isValid() && !address.isEmpty())
+        QDesktopServices::openUrl(address);
+}
+
+QUrl EditorPage::addressForTheBrowser(const QUrl& url) const
+{
+    if (!PageScheme::isOfPage(url, m_host))
+        return isForTheBrowser(url) ? url : QUrl();
+    const auto file = m_files.fileAt(url.path(QUrl::FullyEncoded).toStdString());
+    if (!file || !m_files.realPath(*file) || mightRun(*file))
+        return {};
+    QUrl address =
+        QUrl::fromEncoded("file://" + QByteArray::fromStdString(file->native()).toPercentEncoding("/"));
+    if (*file != m_files.page())
+        address.setQuery(url.query(QUrl::FullyEncoded));
+    address.setFragment(url.fragment(QUrl::FullyEncoded));
+    return address;
+}
+
+QStringList EditorPage::chooseFiles(FileSelectionMode, const QStringList&, const QStringList&)
+{
+    return {};
+}
+
+void EditorPage::javaScriptAlert(const QUrl&, const QString&) {}
+
+bool EditorPage::javaScriptConfirm(const QUrl&, const QString&)
+{
+    return false;
+}
+
+bool EditorPage::javaScriptPrompt(const QUrl&, const QString&, const QString&, QString*)
+{
+    return false;
+}
+
+void EditorPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message,
+                                          int line, const QString& source)
+{
+    // What the engine finds wrong with the page itself is of no interest here.
+    if (PageScheme::isOfPage(QUrl(source), m_host))
+        return;
+    if (level == ErrorMessageLevel && source.startsWith(QLatin1String("userscript:")))
+        qWarning("%s:%d: %s", qUtf8Printable(source), line, qUtf8Printable(message));
+    emit scriptMessage(message);
+}
+
+} // namespace luma

@@ -1,0 +1,106 @@
+#include "editor/linksheet.h"
+
+#include "ui_LinkSheet.h"
+
+#include <QFile>
+#include <QFileDialog>
+
+namespace luma {
+
+namespace {
+
+bool runsScripts(const QString& address)
+{
+    // Browsers skip white space and control characters before and within a scheme (URL Standard, 4.4).
+    QString scheme;
+    for (const QChar c : address) {
+        if (c == u':')
+            break;
+        if (c > QChar(0x20))
+            scheme += c.toLower();
+    }
+    return address.contains(u':') && (scheme == QLatin1String("javascript") ||
+                                      scheme == QLatin1String("vbscript") || scheme == QLatin1String("data"));
+}
+
+bool isOnlyAScheme(const QString& address)
+{
+    return address == QLatin1String("http://") || address == QLatin1String("https://");
+}
+
+} // namespace
+
+LinkSheet::LinkSheet(QWidget* parent) : QDialog(parent), m_ui(std::make_unique<Ui::LinkSheet>())
+{
+    m_ui->setupUi(this);
+    m_ui->linkButton->setProperty("tag", 1);
+    m_ui->linkCancelButton->setProperty("tag", 0);
+    connect(m_ui->linkAddress, &QLineEdit::textChanged, this, &LinkSheet::checkAddress);
+    connect(m_ui->linkButton, &QPushButton::clicked, this, [this] { closeSheet(m_ui->linkButton); });
+    connect(m_ui->linkCancelButton, &QPushButton::clicked, this,
+            [this] { closeSheet(m_ui->linkCancelButton); });
+    connect(m_ui->linkChooseButton, &QPushButton::clicked, this, &LinkSheet::chooseFile);
+}
+
+LinkSheet::~LinkSheet() = default;
+
+void LinkSheet::begin(Purpose purpose, const QString& address, const std::filesystem::path& folder)
+{
+    m_purpose = purpose;
+    m_folder = folder;
+    const bool isImage = purpose == Purpose::Image;
+    setWindowTitle(isImage ? tr("Insert image") : tr("Link"));
+    // The button's title says which action the sheet performs.
+    m_ui->linkButton->setText(isImage                    ? QStringLiteral("IMG")
+                              : purpose == Purpose::Link ? QStringLiteral("Link")
+                                                         : QStringLiteral("Edit Link"));
+    m_ui->linkChooseButton->setVisible(isImage);
+    m_ui->linkAddress->setText(address);
+    m_ui->linkAddress->selectAll();
+    checkAddress();
+    open();
+    m_ui->linkAddress->setFocus();
+}
+
+QUrl LinkSheet::imageUrl(const QString& address)
+{
+    if (address.startsWith(u'/'))
+        return QUrl::fromLocalFile(address);
+    return QUrl(address, QUrl::StrictMode);
+}
+
+std::filesystem::path LinkSheet::fileOf(const QUrl& url)
+{
+    return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString();
+}
+
+void LinkSheet::checkAddress()
+{
+    const QString address = m_ui->linkAddress->text().trimmed();
+    QString complaint;
+    if (runsScripts(address))
+        complaint = tr("An address that runs a script can't be used");
+    else if (m_purpose == Purpose::Image && !address.isEmpty() && !imageUrl(address).isValid())
+        complaint = tr("This is not an address");
+    m_ui->linkComplaint->setText(complaint);
+    m_ui->linkButton->setEnabled(complaint.isEmpty() && !address.isEmpty() && !isOnlyAScheme(address));
+}
+
+void LinkSheet::chooseFile()
+{
+    const QString file = QFileDialog::getOpenFileName(
+        this, tr("Choose an image"), QFile::decodeName(m_folder.c_str()),
+        tr("Images (*.png *.jpg *.jpeg *.gif *.svg *.webp *.avif *.bmp *.ico);;All files (*)"));
+    if (!file.isEmpty())
+        m_ui->linkAddress->setText(file);
+}
+
+void LinkSheet::closeSheet(QObject* sender)
+{
+    const QString address = m_ui->linkAddress->text().trimmed();
+    done(sender->property("tag").toInt());
+    if (sender->property("tag").toInt() == 1)
+        emit confirmed(address);
+}
+
+} // namespace luma

@@ -1,0 +1,140 @@
+#include "editor/mywebview.h"
+
+#include "editor/scriptcall.h"
+
+#include <QContextMenuEvent>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMimeData>
+
+namespace luma {
+
+namespace {
+
+bool carriesFiles(const QMimeData* data)
+{
+    const QList<QUrl> urls = data->urls();
+    return !urls.isEmpty() && urls.first().isLocalFile();
+}
+
+void check(QMenu* menu, const QStringList& titles)
+{
+    if (!menu)
+        return;
+    const QList<QAction*> actions = menu->actions();
+    for (QAction* action : actions) {
+        action->setCheckable(!action->isSeparator());
+        action->setChecked(titles.contains(action->text()));
+    }
+}
+
+} // namespace
+
+MyWebView::MyWebView(QWidget* parent)
+    : QWebEngineView(parent),
+      m_profile(EditorProfile::shared()),
+      m_page(std::make_unique<EditorPage>(*m_profile))
+{
+    setPage(m_page.get());
+    connect(m_page.get(), &EditorPage::shown, this, &MyWebView::watchKeys);
+}
+
+MyWebView::~MyWebView() = default;
+
+// The engine receives keys in a widget of its own, which is another one after its process was replaced.
+void MyWebView::watchKeys()
+{
+    if (m_keyReceiver == focusProxy())
+        return;
+    m_keyReceiver = focusProxy();
+    if (m_keyReceiver)
+        m_keyReceiver->installEventFilter(this);
+}
+
+bool MyWebView::eventFilter(QObject* watched, QEvent* event)
+{
+    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
+    if (watched == m_keyReceiver && isKey) {
+        auto& key = static_cast<QKeyEvent&>(*event);
+        const bool ours = key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo);
+        if (ours) {
+            event->accept();
+            if (event->type() == QEvent::KeyPress)
+                key.matches(QKeySequence::Undo) ? emit undoWanted() : emit redoWanted();
+            return true;
+        }
+    }
+    return QWebEngineView::eventFilter(watched, event);
+}
+
+void MyWebView::setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu)
+{
+    m_fontSubMenu = fontSubMenu;
+    m_justificationSubMenu = justificationSubMenu;
+}
+
+void MyWebView::updateMenuMarks()
+{
+    const QPointer<MyWebView> self = this;
+    const QVariant styles = ScriptCall::wait(m_page.get(), QStringLiteral("getTextTags()"));
+    if (!self)
+        return;
+    check(m_fontSubMenu, styles.toStringList());
+    const QVariant justification =
+        ScriptCall::wait(m_page.get(), QStringLiteral("getCurrentJustification()"));
+    if (self)
+        check(m_justificationSubMenu, justification.toStringList());
+}
+
+void MyWebView::contextMenuEvent(QContextMenuEvent* event)
+{
+    const QPoint where = event->globalPos();
+    event->accept();
+    const QPointer<MyWebView> self = this;
+    updateMenuMarks();
+    if (!self)
+        return;
+    auto* menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("webViewMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(tr("Inspect Element"), this, &MyWebView::inspectElementWanted);
+    if (m_fontSubMenu) {
+        m_fontSubMenu->setTitle(tr("Text Style"));
+        menu->addMenu(m_fontSubMenu);
+    }
+    if (m_justificationSubMenu) {
+        m_justificationSubMenu->setTitle(tr("Text Justification"));
+        menu->addMenu(m_justificationSubMenu);
+    }
+    menu->popup(where);
+}
+
+void MyWebView::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (carriesFiles(event->mimeData()))
+        event->acceptProposedAction();
+    else
+        QWebEngineView::dragEnterEvent(event);
+}
+
+void MyWebView::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (carriesFiles(event->mimeData()))
+        event->acceptProposedAction();
+    else
+        QWebEngineView::dragMoveEvent(event);
+}
+
+void MyWebView::dropEvent(QDropEvent* event)
+{
+    if (!carriesFiles(event->mimeData())) {
+        QWebEngineView::dropEvent(event);
+        return;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    emit filesDropped(event->mimeData()->urls(), event->position());
+}
+
+} // namespace luma

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QJsonValue>
+#include <QObject>
+
+namespace luma {
+
+/// The page's end of the script bridge: page-side scripts post messages by name, and each comes out as a
+/// signal. A message of another name, or with a body that is not what its name asks for, is ignored: what
+/// arrives here is not to be trusted. Main thread; published to the page's web channel as "bridge".
+class PageBridge final : public QObject
+{
+    Q_OBJECT
+
+public:
+    using QObject::QObject;
+
+    Q_INVOKABLE void post(const QString& name, const QJsonValue& body);
+
+signals:
+    /// Text for the element that is selected in the outline.
+    void callbackText(const QString& text);
+    /// What lies under the mouse, for the information text.
+    void mouseEventText(const QString& text);
+    /// The element under the caret: for each step from the root element on, the position among the element
+    /// children. Empty means the root element.
+    void activeElementHTML(const QList<int>& path);
+    /// The page changed, for the `count`th time since it was shown.
+    void mutationObserver(int count);
+};
+
+} // namespace luma

@@ -1,0 +1,106 @@
+#include "editor/renderingreader.h"
+
+#include "editor/editorpage.h"
+#include "editor/scriptcall.h"
+
+#include <QPointer>
+
+#include <algorithm>
+
+namespace luma {
+
+namespace {
+
+const QString outerHTML = QStringLiteral("document.documentElement.outerHTML.toString()");
+constexpr qint64 shortestPause = 10; // milliseconds
+constexpr qint64 longestPause = 1000;
+
+} // namespace
+
+RenderingReader::RenderingReader(EditorPage& page, std::function<void(std::string_view)> deliver,
+                                 QObject* parent)
+    : QObject(parent), m_page(page), m_deliver(std::move(deliver))
+{
+    m_timer.setSingleShot(true);
+    connect(&m_timer, &QTimer::timeout, this, &RenderingReader::read);
+    connect(&page, &EditorPage::shown, this, &RenderingReader::startOver);
+    connect(&page, &EditorPage::processDied, this, &RenderingReader::startOver);
+    connect(&page.bridge(), &PageBridge::mutationObserver, this, &RenderingReader::noteChange);
+}
+
+void RenderingReader::startOver()
+{
+    m_timer.stop();
+    m_told = 0;
+    m_delivered = 0;
+    m_reading = false;
+}
+
+void RenderingReader::noteChange(int count)
+{
+    // While a page is being replaced its last words are not heard any more.
+    if (!m_page.isComplete())
+        return;
+    m_told = std::max(m_told, count);
+    schedule();
+}
+
+void RenderingReader::schedule()
+{
+    if (m_told > m_delivered && !m_reading && !m_timer.isActive())
+        m_timer.start(static_cast<int>(std::clamp(2 * m_lastCost, shortestPause, longestPause)));
+}
+
+void RenderingReader::read()
+{
+    m_reading = true;
+    m_clock.start();
+    const QPointer<RenderingReader> self = this;
+    ScriptCall::run(&m_page, outerHTML,
+                    [self, generation = m_page.generation(), count = m_told](const QVariant& answer) {
+                        if (!self || generation != self->m_page.generation() || !self->m_page.isComplete())
+                            return;
+                        self->m_reading = false;
+                        self->deliverMarkup(answer.toString(), count);
+                        if (self)
+                            self->schedule();
+                    });
+}
+
+void RenderingReader::deliverMarkup(const QString& markup, int count)
+{
+    if (count <= m_delivered)
+        return;
+    m_delivered = count;
+    const QPointer<RenderingReader> self = this;
+    if (!markup.isEmpty())
+        m_deliver(markup.toStdString());
+    if (!self)
+        return;
+    m_lastCost = m_clock.isValid() ? m_clock.elapsed() : 0;
+    if (isUpToDate())
+        emit upToDate();
+}
+
+void RenderingReader::catchUp()
+{
+    if (!m_page.isComplete())
+        return;
+    const QPointer<RenderingReader> self = this;
+    const int generation = m_page.generation();
+    const int count = ScriptCall::wait(&m_page, QStringLiteral("countOfChanges()")).toInt();
+    if (!self || count <= m_delivered || generation != m_page.generation())
+        return;
+    const QString markup = currentMarkup();
+    if (!self || generation != m_page.generation())
+        return;
+    m_told = std::max(m_told, count);
+    deliverMarkup(markup, count);
+}
+
+QString RenderingReader::currentMarkup() const
+{
+    return m_page.isComplete() ? ScriptCall::wait(&m_page, outerHTML).toString() : QString();
+}
+
+} // namespace luma

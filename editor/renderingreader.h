@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QTimer>
+
+#include <functional>
+#include <string_view>
+
+namespace luma {
+
+class EditorPage;
+
+/// Reads the page's markup back when the page has changed. Changes that come while one reading and all that
+/// follows from it is under way make one more reading, and readings are spaced by twice the time that the
+/// last one took: typing into a big page stays fluent, and the last change is never left out. An answer of
+/// a page that has been replaced meanwhile is dropped. Main thread.
+class RenderingReader final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// `deliver` gets the root element's markup, UTF-8.
+    RenderingReader(EditorPage& page, std::function<void(std::string_view)> deliver, QObject* parent);
+
+    /// Reads at once, and waits for it, when the page holds changes that were not delivered.
+    void catchUp();
+
+    /// The root element's markup as it is now, waiting for it; null when the page does not answer.
+    [[nodiscard]] QString currentMarkup() const;
+
+    [[nodiscard]] bool isUpToDate() const { return m_delivered >= m_told; }
+
+signals:
+    /// Everything told so far has been delivered.
+    void upToDate();
+
+private:
+    void noteChange(int count);
+    void schedule();
+    void read();
+    void deliverMarkup(const QString& markup, int count);
+    void startOver();
+
+    EditorPage& m_page;
+    std::function<void(std::string_view)> m_deliver;
+    QTimer m_timer;
+    QElapsedTimer m_clock;
+    qint64 m_lastCost = 0;
+    int m_told = 0;
+    int m_delivered = 0;
+    bool m_reading = false;
+};
+
+} // namespace luma

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+#include <functional>
+
+class QWebEnginePage;
+
+namespace luma {
+
+/// Scripts evaluated in the editor's own script world of a page (QWebEngineScript::ApplicationWorld), where
+/// no script of the page can reach. Main thread.
+class ScriptCall final
+{
+public:
+    /// Evaluates and forgets.
+    static void run(QWebEnginePage* page, const QString& script);
+
+    /// Evaluates; `answered` gets the answer, or an invalid value when the script failed or the page went. It
+    /// may not be called at all when the page loads something else first.
+    static void run(QWebEnginePage* page, const QString& script,
+                    const std::function<void(const QVariant&)>& answered);
+
+    /// Evaluates and waits for the answer in a nested event loop, the only one of the house: other events are
+    /// worked off meanwhile, so whoever calls must expect anything to have happened, its window's end too.
+    /// An invalid value comes back when the script failed or has no answer, the page's process dies, the page
+    /// is deleted or loads something that takes the question with it, or the application quits. Calls may be
+    /// nested.
+    static QVariant wait(QWebEnginePage* page, const QString& script);
+};
+
+} // namespace luma

@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QDialog>
+#include <QVariant>
+
+#include <memory>
+
+namespace Ui {
+class ScriptConsole;
+}
+
+namespace luma {
+
+/// The window in which the user writes a script, has it run in the page and sees its answer; a script can be
+/// kept as a file in the user's data folder. Main thread.
+class ScriptConsole final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    explicit ScriptConsole(QWidget* parent);
+    ~ScriptConsole() override;
+
+    void showAnswer(const QVariant& answer);
+    void addMessage(const QString& message);
+
+    /// Where scripts are kept.
+    static QString scriptFolder();
+
+signals:
+    void runWanted(const QString& script);
+
+private:
+    void runJS();
+    void saveJS();
+
+    std::unique_ptr<Ui::ScriptConsole> m_ui;
+};
+
+} // namespace luma

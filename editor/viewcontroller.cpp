@@ -1,0 +1,376 @@
+#include "editor/viewcontroller.h"
+
+#include "editor/formatmenus.h"
+#include "editor/linksheet.h"
+#include "editor/pagedocument.h"
+#include "editor/renderingreader.h"
+#include "editor/scriptcall.h"
+#include "editor/scriptconsole.h"
+#include "editor/scriptquote.h"
+#include "editor/sourcepanel.h"
+#include "editor/stoppednotice.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMenu>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace luma {
+
+namespace {
+
+constexpr int deathsInARow = 3;
+constexpr qint64 aRow = 30'000; // milliseconds
+
+QString titleOf(const QObject* sender)
+{
+    if (const auto* action = qobject_cast<const QAction*>(sender))
+        return action->text();
+    return sender ? sender->property("text").toString() : QString();
+}
+
+QString commandWordOf(const QObject* sender)
+{
+    const QVariant word = sender ? sender->property("commandWord") : QVariant();
+    return word.isValid() ? word.toString() : titleOf(sender);
+}
+
+} // namespace
+
+ViewController::ViewController(PageDocument& document, QWidget* contentView, QLabel* infoText)
+    : QObject(contentView),
+      m_document(document),
+      m_contentView(contentView),
+      m_infoText(infoText),
+      m_webView(new MyWebView(contentView))
+{
+    m_webView->setObjectName(QStringLiteral("webView"));
+    m_webView->setAccessibleName(tr("Page"));
+    auto* layout = new QVBoxLayout(contentView);
+    layout->setContentsMargins({});
+    layout->addWidget(m_webView);
+    m_reader = new RenderingReader(
+        m_webView->editorPage(),
+        [this](std::string_view markup) {
+            m_document.setHTML(markup);
+            m_document.markEdited(tr("Typing"));
+        },
+        this);
+    createMenus();
+    createSheets();
+    connectPage();
+    connectView();
+}
+
+ViewController::~ViewController()
+{
+    delete m_webView;
+}
+
+void ViewController::createMenus()
+{
+    m_fontSubMenu = FormatMenus::textStyle(m_contentView, *this);
+    m_justificationSubMenu = FormatMenus::justification(m_contentView, *this);
+    m_webView->setMenus(m_fontSubMenu, m_justificationSubMenu);
+}
+
+void ViewController::createSheets()
+{
+    m_linkSheet = new LinkSheet(m_contentView);
+    m_sourcePanel = new SourcePanel(m_contentView);
+    m_console = new ScriptConsole(m_contentView);
+    connect(m_linkSheet, &LinkSheet::confirmed, this, &ViewController::confirmLink);
+    connect(m_sourcePanel, &SourcePanel::saved, this, &ViewController::saveSource);
+    connect(m_console, &ScriptConsole::runWanted, this, &ViewController::runJS);
+    connect(&m_webView->editorPage(), &EditorPage::scriptMessage, m_console, &ScriptConsole::addMessage);
+}
+
+void ViewController::connectPage()
+{
+    EditorPage& page = m_webView->editorPage();
+    connect(&page, &EditorPage::shown, this, &ViewController::didFinish);
+    connect(&page, &EditorPage::processDied, this, &ViewController::rebuildAfterDeath);
+    connect(&page.bridge(), &PageBridge::callbackText, this,
+            [this](const QString& text) { m_document.applyCallbackText(text); });
+    connect(&page.bridge(), &PageBridge::mouseEventText, this, [this](const QString& text) {
+        if (m_infoText)
+            m_infoText->setText(text);
+    });
+    connect(&page.bridge(), &PageBridge::activeElementHTML, this, &ViewController::takeActiveElement);
+    connect(m_reader, &RenderingReader::upToDate, this, &ViewController::tellActiveElement);
+}
+
+void ViewController::connectView()
+{
+    connect(m_webView, &MyWebView::undoWanted, this, [this] { m_document.undo(); });
+    connect(m_webView, &MyWebView::redoWanted, this, [this] { m_document.redo(); });
+    connect(m_webView, &MyWebView::filesDropped, this, &ViewController::insertFiles);
+    connect(m_webView, &MyWebView::inspectElementWanted, this, &ViewController::inspectElement);
+}
+
+void ViewController::evaluate(const QString& script)
+{
+    ScriptCall::run(&m_webView->editorPage(), script);
+}
+
+QVariant ViewController::evaluateAndWait(const QString& script)
+{
+    return ScriptCall::wait(&m_webView->editorPage(), script);
+}
+
+void ViewController::catchUp()
+{
+    m_reader->catchUp();
+}
+
+QString ViewController::renderedMarkup() const
+{
+    return m_reader->currentMarkup();
+}
+
+void ViewController::setMagnification(double factor)
+{
+    m_magnification = factor;
+    m_webView->setZoomFactor(factor);
+}
+
+// Showing
+
+void ViewController::show(Position position)
+{
+    const QPointer<ViewController> self = this;
+    EditorPage& page = m_webView->editorPage();
+    if (position == Position::Start) {
+        m_currentScrollPosition.clear();
+        m_currentCaret.clear();
+    } else if (page.isComplete()) {
+        const QVariant scroll = evaluateAndWait(QStringLiteral("document.body.scrollTop.toString()"));
+        const QVariant caret = self ? evaluateAndWait(QStringLiteral("caretPosition()")) : QVariant();
+        if (!self)
+            return;
+        m_currentScrollPosition = scroll.toString();
+        m_currentCaret = caret.toString();
+    }
+    delete m_stopped;
+    m_activeElementWaits = false;
+    page.clearCaches();
+    page.show(QByteArray::fromStdString(m_document.pageMarkup()), m_document.siteFolder());
+}
+
+void ViewController::didFinish()
+{
+    const QPointer<ViewController> self = this;
+    // At once, so that nothing is seen to jump; and again at the end, when the window has its width.
+    restorePosition();
+    m_webView->setZoomFactor(m_magnification);
+    m_document.loadCSSNames();
+    if (!self)
+        return;
+    const QVariant width = evaluateAndWait(QStringLiteral("document.body.offsetWidth.toString()"));
+    if (!self)
+        return;
+    if (const int pixels = width.toString().toInt(); pixels > 0)
+        m_document.fitWindowToPage(pixels);
+    restorePosition();
+}
+
+void ViewController::restorePosition()
+{
+    // The position came from a page, and goes into a script only as the number it should be.
+    bool isNumber = false;
+    const double offset = m_currentScrollPosition.toDouble(&isNumber);
+    if (!m_currentCaret.isEmpty())
+        evaluate(scriptCall(QStringLiteral("restoreCaret"), m_currentCaret));
+    if (isNumber)
+        evaluate(QStringLiteral("document.body.scrollTop = ") + QString::number(offset, 'f', 3));
+}
+
+void ViewController::rebuildAfterDeath()
+{
+    if (!m_sinceDeath.isValid() || m_sinceDeath.elapsed() > aRow)
+        m_deaths = 0;
+    m_sinceDeath.start();
+    if (++m_deaths <= deathsInARow)
+        QMetaObject::invokeMethod(
+            this, [this] { show(Position::Keep); }, Qt::QueuedConnection);
+    else
+        showStopped();
+}
+
+void ViewController::showStopped()
+{
+    if (m_stopped || !m_contentView)
+        return;
+    auto* notice = new StoppedNotice(m_contentView);
+    m_stopped = notice;
+    connect(notice, &StoppedNotice::reloadWanted, this, [this] {
+        m_deaths = 0;
+        show(Position::Keep);
+    });
+    notice->show();
+}
+
+// The caret's element is told after the markup in which its path counts.
+
+void ViewController::takeActiveElement(const QList<int>& path)
+{
+    m_activeElement.assign(path.begin(), path.end());
+    m_activeElementWaits = true;
+    if (m_reader->isUpToDate())
+        tellActiveElement();
+}
+
+void ViewController::tellActiveElement()
+{
+    if (std::exchange(m_activeElementWaits, false))
+        m_document.setActiveElement(m_activeElement);
+}
+
+// Commands
+
+void ViewController::removeLink()
+{
+    evaluate(scriptCall(QStringLiteral("doCommand"), QStringLiteral("Unlink")));
+}
+
+void ViewController::applyStyle(QObject* sender)
+{
+    evaluate(scriptCall(QStringLiteral("applyStyle"), titleOf(sender)));
+}
+
+void ViewController::removeStyle(QObject* sender)
+{
+    evaluate(scriptCall(QStringLiteral("removeStyle"), titleOf(sender)));
+}
+
+void ViewController::removeAllStyles()
+{
+    evaluate(scriptCall(QStringLiteral("removeStyle"), QString()));
+}
+
+void ViewController::removeJustfication()
+{
+    evaluate(scriptCall(QStringLiteral("removeJustfication"), QString()));
+}
+
+void ViewController::doExecCommand(QObject* sender)
+{
+    evaluate(scriptCall(QStringLiteral("doCommand"), titleOf(sender)));
+}
+
+void ViewController::formatText(QObject* sender)
+{
+    evaluate(scriptCall(QStringLiteral("doCommand"), commandWordOf(sender)));
+}
+
+// Links and images
+
+void ViewController::makeLink()
+{
+    m_linkSheet->begin(LinkSheet::Purpose::Link, QStringLiteral("http://"), m_document.siteFolder().folder());
+}
+
+void ViewController::editLink()
+{
+    const QPointer<ViewController> self = this;
+    const QString address = evaluateAndWait(QStringLiteral("getLink()")).toString();
+    if (self)
+        m_linkSheet->begin(LinkSheet::Purpose::EditLink, address, m_document.siteFolder().folder());
+}
+
+void ViewController::insertImage()
+{
+    m_linkSheet->begin(LinkSheet::Purpose::Image, QString(), m_document.siteFolder().folder());
+}
+
+void ViewController::confirmLink(const QString& address)
+{
+    const QString doCommand = QStringLiteral("doCommand");
+    const QString createLink = scriptCall(doCommand, QStringLiteral("Create Link"), address);
+    switch (m_linkSheet->purpose()) {
+    case LinkSheet::Purpose::Image: {
+        const QUrl url = LinkSheet::imageUrl(address);
+        if (url.isValid())
+            evaluate(scriptCall(doCommand, QStringLiteral("Insert Image"),
+                                url.isLocalFile() ? m_document.linkTo(LinkSheet::fileOf(url)) : address));
+        break;
+    }
+    case LinkSheet::Purpose::Link:
+        evaluate(createLink);
+        break;
+    case LinkSheet::Purpose::EditLink:
+        evaluate(scriptCall(doCommand, QStringLiteral("Unlink")) + QStringLiteral(" ; ") + createLink);
+        break;
+    }
+    m_webView->setFocus();
+}
+
+void ViewController::insertFiles(const QList<QUrl>& files, const QPointF& where)
+{
+    const double zoom = m_webView->zoomFactor();
+    evaluate(QStringLiteral("setCaretAt(%1, %2)").arg(where.x() / zoom).arg(where.y() / zoom));
+    for (const QUrl& url : files) {
+        const auto file = LinkSheet::fileOf(url);
+        const QString link = m_document.linkTo(file);
+        if (contentTypeOf(file).starts_with("image/"))
+            evaluate(scriptCall(QStringLiteral("doCommand"), QStringLiteral("Insert Image"), link));
+        else
+            evaluate(scriptCall(QStringLiteral("insertLink"), link, url.fileName()));
+        if (m_infoText && !m_document.siteFolder().realPath(file))
+            m_infoText->setText(tr("%1 lies outside the site").arg(url.fileName()));
+    }
+    m_webView->setFocus();
+}
+
+// Source and console
+
+void ViewController::showSource()
+{
+    const QPointer<ViewController> self = this;
+    catchUp();
+    const QString source = self ? renderedMarkup() : QString();
+    if (self && !source.isNull())
+        m_sourcePanel->begin(source);
+}
+
+void ViewController::saveSource(const QString& source)
+{
+    m_document.setHTML(source.toStdString());
+    m_document.markEdited(tr("Edit Source"));
+    m_document.reload();
+    m_document.buildCSSMenu();
+}
+
+void ViewController::showScriptConsole()
+{
+    m_console->show();
+    m_console->raise();
+}
+
+void ViewController::runJS(const QString& script)
+{
+    ScriptCall::run(&m_webView->editorPage(), script,
+                    [console = QPointer(m_console)](const QVariant& answer) {
+                        if (console)
+                            console->showAnswer(answer);
+                    });
+}
+
+void ViewController::inspectElement()
+{
+    auto* tools = new QWebEngineView;
+    tools->setAttribute(Qt::WA_DeleteOnClose);
+    tools->setWindowTitle(tr("Inspect Element"));
+    tools->resize(900, 600);
+    // In the default profile, as the tools are a page whose scripts must run.
+    auto* toolsPage = new QWebEnginePage(tools);
+    tools->setPage(toolsPage);
+    m_webView->page()->setDevToolsPage(toolsPage);
+    m_webView->page()->triggerAction(QWebEnginePage::InspectElement);
+    connect(m_webView, &QObject::destroyed, tools, &QWidget::close);
+    tools->show();
+}
+
+} // namespace luma

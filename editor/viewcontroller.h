@@ -1,0 +1,116 @@
+#pragma once
+
+#include "editor/mywebview.h"
+
+#include <QElapsedTimer>
+#include <QObject>
+#include <QPointer>
+
+#include <vector>
+
+class QLabel;
+class QMenu;
+class QVBoxLayout;
+
+namespace luma {
+
+class LinkSheet;
+class PageDocument;
+class RenderingReader;
+class ScriptConsole;
+class SourcePanel;
+
+/// Runs the rendering of a document's window: turns the user's commands into short script calls inside the
+/// page, takes the page's messages, reads the page's markup back and hands it to the document, whose tree is
+/// the master copy. It owns the web view, the two menus of its context menu, and the sheets for links, the
+/// page's source and the script console. Actions take what was triggered as their sender: its text is the
+/// command's title. Main thread; the document outlives it.
+class ViewController final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The web view is put into `contentView`; `infoText` shows what the page says of the mouse's place.
+    ViewController(PageDocument& document, QWidget* contentView, QLabel* infoText);
+    ~ViewController() override;
+
+    [[nodiscard]] MyWebView* webView() const { return m_webView; }
+    [[nodiscard]] QMenu* fontSubMenu() const { return m_fontSubMenu; }
+    [[nodiscard]] QMenu* justificationSubMenu() const { return m_justificationSubMenu; }
+    [[nodiscard]] LinkSheet* linkSheet() const { return m_linkSheet; }
+    [[nodiscard]] SourcePanel* sourcePanel() const { return m_sourcePanel; }
+    [[nodiscard]] ScriptConsole* scriptConsole() const { return m_console; }
+
+    /// Shows the document's markup. The scroll position and the caret of what was shown come back when it
+    /// stands there, unless `start` asks for the page's beginning.
+    enum class Position { Keep, Start };
+    void show(Position position);
+
+    /// Hands edits of the rendering to the document that it has not heard of. Call it before the tree is
+    /// changed or saved: it waits for the page, for a moment.
+    void catchUp();
+
+    /// The page's markup as the rendering has it; null when it does not answer.
+    [[nodiscard]] QString renderedMarkup() const;
+
+    /// Evaluates in the page. evaluateAndWait may run other events (see ScriptCall).
+    void evaluate(const QString& script);
+    [[nodiscard]] QVariant evaluateAndWait(const QString& script);
+
+    /// 1 is the page's own size.
+    void setMagnification(double factor);
+
+public slots:
+    void removeLink();
+    void applyStyle(QObject* sender);
+    void removeStyle(QObject* sender);
+    void removeAllStyles();
+    void removeJustfication();
+    void doExecCommand(QObject* sender);
+    /// The command word is the sender's "commandWord" property, or its title when it has none.
+    void formatText(QObject* sender);
+
+    void makeLink();
+    void editLink();
+    void insertImage();
+    void showSource();
+    void showScriptConsole();
+    void inspectElement();
+
+private:
+    void createMenus();
+    void createSheets();
+    void connectPage();
+    void connectView();
+    void takeActiveElement(const QList<int>& path);
+    void tellActiveElement();
+    void didFinish();
+    void restorePosition();
+    void rebuildAfterDeath();
+    void showStopped();
+    void confirmLink(const QString& address);
+    void saveSource(const QString& source);
+    void runJS(const QString& script);
+    void insertFiles(const QList<QUrl>& files, const QPointF& where);
+
+    PageDocument& m_document;
+    QPointer<QWidget> m_contentView;
+    QPointer<QLabel> m_infoText;
+    MyWebView* m_webView = nullptr;
+    RenderingReader* m_reader = nullptr;
+    QMenu* m_fontSubMenu = nullptr;
+    QMenu* m_justificationSubMenu = nullptr;
+    LinkSheet* m_linkSheet = nullptr;
+    SourcePanel* m_sourcePanel = nullptr;
+    ScriptConsole* m_console = nullptr;
+    QPointer<QWidget> m_stopped;
+    QString m_currentScrollPosition;
+    QString m_currentCaret;
+    std::vector<int> m_activeElement;
+    QElapsedTimer m_sinceDeath;
+    double m_magnification = 1;
+    int m_deaths = 0;
+    bool m_activeElementWaits = false;
+};
+
+} // namespace luma

@@ -1,0 +1,231 @@
+// Blocks: the elements that stand on lines of their own, and how they are split and joined.
+
+const blockNames = new Set(('address article aside blockquote body caption center dd details dialog dir div dl dt '
+    + 'fieldset figcaption figure footer form h1 h2 h3 h4 h5 h6 header hgroup hr html legend li main menu nav ol '
+    + 'p pre search section summary table tbody td tfoot th thead tr ul').split(' '));
+
+// Blocks that hold running text and nothing else (HTML, phrasing content).
+const textBlocks = new Set('p h1 h2 h3 h4 h5 h6 pre address dt summary legend figcaption caption'.split(' '));
+
+const isBlock = (node) => node instanceof Element && blockNames.has(node.localName);
+const isHeading = (node) => /^h[1-6]$/.test(node.localName);
+const isBlank = (node) => node instanceof Text && !/[^ \t\r\n\f]/.test(node.data);
+
+// The innermost block around a node, the node itself included.
+function blockOf(node) {
+    while (node && !isBlock(node))
+        node = node.parentNode;
+    return node || document.body;
+}
+
+function closestAt(node, selector) {
+    const element = node instanceof Element ? node : node && node.parentElement;
+    return element ? element.closest(selector) : null;
+}
+
+function currentRange() {
+    const selection = getSelection();
+    return selection.rangeCount ? selection.getRangeAt(0) : null;
+}
+
+function setCaret(node, offset) {
+    getSelection().collapse(node, offset);
+}
+
+function isEmptyBlock(block) {
+    return block.textContent.replace(/[ \t\r\n\f]/g, '') === '' && !block.querySelector('img, hr, table, video, '
+        + 'audio, iframe, object, svg, input, textarea, select, canvas');
+}
+
+// Nodes that show something by themselves: text that is not blank, and elements with nothing in them.
+function isLeaf(node) {
+    return node instanceof Text ? !isBlank(node) : node instanceof Element && holdsNothing(node);
+}
+
+function leavesOf(range) {
+    const leaves = [];
+    const walker = document.createTreeWalker(range.commonAncestorContainer, NodeFilter.SHOW_ALL);
+    for (let node = walker.currentNode; node; node = walker.nextNode())
+        if (isLeaf(node) && range.intersectsNode(node) && !onlyTouches(range, node))
+            leaves.push(node);
+    return leaves;
+}
+
+// A selection that ends before the first letter, or begins behind the last, has nothing of a node.
+function onlyTouches(range, node) {
+    if (range.collapsed || !(node instanceof Text))
+        return false;
+    return range.startContainer === node && range.startOffset === node.length
+        || range.endContainer === node && range.endOffset === 0;
+}
+
+// The innermost blocks that the selection is in, in document order, the body itself not.
+function selectedBlocks() {
+    const range = currentRange();
+    if (!range)
+        return [];
+    const blocks = new Set(leavesOf(range).map(blockOf));
+    if (blocks.size === 0)
+        blocks.add(blockOf(range.startContainer));
+    blocks.delete(document.body);
+    return Array.from(blocks);
+}
+
+// Bare text in a block that also holds blocks, or in the body, gets a block of its own: everything inline around
+// `node`, up to the blocks beside it.
+function wrapInline(node, name) {
+    const block = blockOf(node);
+    while (node.parentNode !== block)
+        node = node.parentNode;
+    let first = node;
+    let last = node;
+    while (first.previousSibling && !isBlock(first.previousSibling) && !(first.previousSibling instanceof Comment))
+        first = first.previousSibling;
+    while (last.nextSibling && !isBlock(last.nextSibling) && !(last.nextSibling instanceof Comment))
+        last = last.nextSibling;
+    const wrapper = document.createElement(name);
+    keepingSelection(() => {
+        first.before(wrapper);
+        while (wrapper.nextSibling !== last)
+            wrapper.append(wrapper.nextSibling);
+        wrapper.append(last);
+    });
+    return wrapper;
+}
+
+// Gives a block another name, its attributes and contents as they are.
+function renameBlock(block, name) {
+    if (block.localName === name)
+        return block;
+    const renamed = document.createElement(name);
+    for (const { name: attribute, value } of block.attributes)
+        renamed.setAttribute(attribute, value);
+    keepingSelection(() => {
+        renamed.append(...block.childNodes);
+        block.replaceWith(renamed);
+    });
+    return renamed;
+}
+
+function unwrap(element) {
+    keepingSelection(() => element.replaceWith(...element.childNodes));
+}
+
+// Runs `change`, which moves nodes about, and sets the selection again where its nodes are then.
+function keepingSelection(change) {
+    const selection = getSelection();
+    const { anchorNode, anchorOffset, focusNode, focusOffset } = selection;
+    const child = anchorNode instanceof Element ? anchorNode.childNodes[anchorOffset] : null;
+    change();
+    if (anchorNode && anchorNode.isConnected && focusNode.isConnected)
+        selection.setBaseAndExtent(anchorNode, Math.min(anchorOffset, lengthOf(anchorNode)),
+            focusNode, Math.min(focusOffset, lengthOf(focusNode)));
+    else if (child && child.isConnected)
+        selection.collapse(child.parentNode, Array.prototype.indexOf.call(child.parentNode.childNodes, child));
+}
+
+function lengthOf(node) {
+    return node instanceof CharacterData ? node.length : node.childNodes.length;
+}
+
+// Whether nothing to be seen lies between the caret and the block's start, or its end.
+function isAtEdge(range, block, edge) {
+    const rest = document.createRange();
+    rest.selectNodeContents(block);
+    if (edge === 'start')
+        rest.setEnd(range.startContainer, range.startOffset);
+    else
+        rest.setStart(range.endContainer, range.endOffset);
+    const held = rest.cloneContents();
+    held.querySelectorAll('br').forEach((br) => edge === 'end' && !br.nextSibling && br.remove());
+    return /^[ \t\r\n\f]*$/.test(held.textContent)
+        && !Array.from(held.querySelectorAll('*')).some((element) => holdsNothing(element));
+}
+
+// Splits a block at the caret; what lies behind it goes into a block of the same kind, which is given back. An
+// id stays with the first, as there may be one of it only.
+function splitBlock(block, range) {
+    const rest = document.createRange();
+    rest.setStart(range.endContainer, range.endOffset);
+    rest.setEnd(block, block.childNodes.length);
+    const second = block.cloneNode(false);
+    second.append(rest.extractContents());
+    for (const element of [second, ...second.querySelectorAll('[id]')])
+        if (element === second || document.getElementById(element.id))
+            element.removeAttribute('id');
+    block.after(second);
+    knowStyles(second);
+    for (const each of [block, second]) {
+        each.normalize();
+        removeEmptyInline(each);
+        keepOpen(each);
+    }
+    return second;
+}
+
+function removeEmptyInline(block) {
+    for (const element of Array.from(block.querySelectorAll('*')).reverse())
+        if (!isBlock(element) && !holdsNothing(element) && element.childNodes.length === 0
+            && !['script', 'template', 'a', 'slot'].includes(element.localName))
+            element.remove();
+    for (const link of block.querySelectorAll('a[href]:empty'))
+        link.remove();
+}
+
+// An empty block needs a line break to have a line.
+function keepOpen(block) {
+    if (isEmptyBlock(block) && !block.querySelector('br') && !Array.from(block.children).some(isBlock))
+        block.append(document.createElement('br'));
+}
+
+function caretToStart(block) {
+    const walker = document.createTreeWalker(block, NodeFilter.SHOW_TEXT);
+    const text = walker.nextNode();
+    if (text && blockOf(text) === block)
+        setCaret(text, 0);
+    else
+        setCaret(block, 0);
+}
+
+// Puts the second block's contents behind the first's, takes away what that empties, and sets the caret between.
+function joinBlocks(first, second) {
+    dropLastBreak(first);
+    const at = first.lastChild;
+    const around = second.parentElement;
+    const nested = Array.from(second.childNodes).filter((child) => isBlock(child));
+    const inline = Array.from(second.childNodes).filter((child) => !isBlock(child));
+    if (isEmptyBlock(second))
+        inline.filter((node) => node instanceof Element && node.localName === 'br').forEach((br) => br.remove());
+    first.append(...inline.filter((node) => node.parentNode === second));
+    if (nested.length > 0)
+        second.replaceWith(...nested);
+    else
+        second.remove();
+    removeEmptied(around);
+    keepOpen(first);
+    caretBehind(first, at);
+}
+
+function dropLastBreak(block) {
+    const last = block.lastChild;
+    if (last instanceof Element && last.localName === 'br')
+        last.remove();
+}
+
+function caretBehind(block, node) {
+    if (!node)
+        caretToStart(block);
+    else if (node instanceof Text)
+        setCaret(node, node.length);
+    else
+        setCaret(block, Array.prototype.indexOf.call(block.childNodes, node) + 1);
+}
+
+function removeEmptied(element) {
+    while (element && element !== document.body && !['td', 'th'].includes(element.localName)
+        && isEmptyBlock(element) && !element.querySelector('br, li')) {
+        const around = element.parentElement;
+        element.remove();
+        element = around;
+    }
+}

@@ -1,0 +1,33 @@
+// The links of the page: the one at the selection, and what a click on one does.
+
+function linkAtSelection() {
+    const range = currentRange();
+    if (!range)
+        return null;
+    const around = closestAt(range.commonAncestorContainer, 'a[href]');
+    const leaf = around || range.collapsed ? null : leavesOf(range).find((node) => closestAt(node, 'a[href]'));
+    return around || leaf && closestAt(leaf, 'a[href]');
+}
+
+// The address of the link at the selection as it is written; empty when there is none.
+function getLink() {
+    const link = linkAtSelection();
+    return link ? link.getAttribute('href') : '';
+}
+
+// In an editable page the engine follows no link. A click that selects nothing activates the link from outside
+// the page, where the editor hands it to the desktop's browser; the page's own link stays as it is.
+function activateLink(link) {
+    const outside = document.createElement('a');
+    outside.href = link.href;
+    outside.click();
+}
+
+document.addEventListener('click', (event) => {
+    const link = event.target instanceof Element && event.target.closest('a[href], area[href]');
+    if (!link || event.button !== 0)
+        return;
+    event.preventDefault();
+    if (event.isTrusted && getSelection().isCollapsed)
+        activateLink(link);
+}, true);

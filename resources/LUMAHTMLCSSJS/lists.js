@@ -1,0 +1,121 @@
+// Lists: making and undoing them, and moving items in and out.
+
+const listNames = { 'Ordered List': 'ol', 'Unordered List': 'ul' };
+
+const itemAt = (node) => closestAt(node, 'li');
+const listOf = (item) => item.parentElement.closest('ol, ul, menu');
+
+// Makes the selected blocks items of a list, or, where they are items of such a list, paragraphs again.
+function toggleList(name) {
+    const blocks = selectedBlocks();
+    if (blocks.length === 0 && currentRange())
+        blocks.push(wrapInline(inlineAtCaret(), 'p'));
+    const items = blocks.map(itemAt);
+    if (items.every((item) => item && listOf(item).localName === name)) {
+        new Set(items).forEach(leaveList);
+    } else if (items.every((item) => item)) {
+        new Set(items.map(listOf)).forEach((list) => renameBlock(list, name));
+    } else {
+        makeList(blocks.filter((block, index) => !items[index]), name);
+    }
+}
+
+function makeList(blocks, name) {
+    const list = document.createElement(name);
+    keepingSelection(() => {
+        blocks[0].before(list);
+        for (const block of blocks) {
+            const item = document.createElement('li');
+            item.append(...block.childNodes);
+            block.remove();
+            list.append(item);
+        }
+    });
+    list.querySelectorAll('li').forEach(keepOpen);
+}
+
+// Takes an item out of its list: a nested one becomes the next item of the list around, one of an outermost list
+// a paragraph. The items behind it stay a list.
+function leaveList(item) {
+    const list = listOf(item);
+    const behind = list.cloneNode(false);
+    behind.removeAttribute('id');
+    const outer = itemAt(list.parentElement);
+    const hadCaret = item.contains(getSelection().anchorNode);
+    const blocks = [];
+    keepingSelection(() => {
+        blocks.push(...(outer ? [item] : paragraphsOf(item)));
+        while (item.nextSibling)
+            behind.append(item.nextSibling);
+        if (outer) {
+            outer.after(item);
+            if (behind.querySelector('li'))
+                item.append(behind);
+        } else {
+            list.after(...blocks, ...(behind.querySelector('li') ? [behind] : []));
+            item.remove();
+        }
+        if (!list.querySelector('li'))
+            list.remove();
+    });
+    blocks.forEach(keepOpen);
+    if (hadCaret && !blocks.some((block) => block.contains(getSelection().anchorNode)))
+        caretToStart(blocks[0]);
+}
+
+// An item's contents as blocks: bare text becomes a paragraph.
+function paragraphsOf(item) {
+    const blocks = [];
+    let paragraph = null;
+    for (const node of Array.from(item.childNodes)) {
+        if (isBlock(node)) {
+            paragraph = null;
+            blocks.push(node);
+        } else if (paragraph) {
+            paragraph.append(node);
+        } else if (!isBlank(node)) {
+            paragraph = document.createElement('p');
+            paragraph.append(node);
+            blocks.push(paragraph);
+        }
+    }
+    if (blocks.length === 0) {
+        blocks.push(document.createElement('p'));
+        keepOpen(blocks[0]);
+    }
+    return blocks;
+}
+
+// An item goes into a list within the item before it; other blocks go into a block quote.
+function indent() {
+    const blocks = selectedBlocks();
+    const items = new Set(blocks.map(itemAt).filter((item) => item && item.previousElementSibling));
+    keepingSelection(() => items.forEach(indentItem));
+    const others = blocks.filter((block) => !itemAt(block));
+    if (others.length > 0)
+        quoteBlocks(others);
+}
+
+function indentItem(item) {
+    const before = item.previousElementSibling;
+    const last = before.lastElementChild;
+    const list = last && last.localName === listOf(item).localName ? last : before.appendChild(
+        document.createElement(listOf(item).localName));
+    list.append(item);
+}
+
+function outdent() {
+    const blocks = selectedBlocks();
+    const items = new Set(blocks.map(itemAt).filter((item) => item));
+    Array.from(items).reverse().forEach(leaveList);
+    new Set(blocks.filter((block) => !itemAt(block)).map((block) => block.closest('blockquote')))
+        .forEach((quote) => quote && unwrap(quote));
+}
+
+function quoteBlocks(blocks) {
+    const quote = document.createElement('blockquote');
+    keepingSelection(() => {
+        blocks[0].before(quote);
+        quote.append(...blocks);
+    });
+}

@@ -1,0 +1,194 @@
+// Pasting and dropping: the structure of what comes is kept, its origin's looks, classes, ids and scripts are not.
+
+const pasting = {
+    // Elements that stay, with the attributes that stay on them.
+    kept: {
+        a: ['href', 'title'], abbr: ['title'], address: [], b: [], blockquote: ['cite'], br: [], caption: [],
+        cite: [], code: [], col: ['span'], colgroup: ['span'], dd: [], del: [], details: [], dfn: [], dl: [], dt: [],
+        em: [], figcaption: [], figure: [], h1: [], h2: [], h3: [], h4: [], h5: [], h6: [], hr: [], i: [],
+        img: ['src', 'alt', 'width', 'height', 'title'], ins: [], kbd: [], li: [], mark: [], ol: ['start', 'type'],
+        p: [], pre: [], q: ['cite'], s: [], samp: [], small: [], strong: [], sub: [], summary: [], sup: [],
+        table: [], tbody: [], td: ['colspan', 'rowspan'], tfoot: [], th: ['colspan', 'rowspan', 'scope'], thead: [],
+        time: ['datetime'], tr: [], u: [], ul: [], var: [],
+    },
+    // Elements that go with all that is in them.
+    dropped: new Set(('script style link meta base title head template noscript iframe object embed applet param '
+        + 'form input button select textarea svg math canvas audio video source track').split(' ')),
+};
+
+document.addEventListener('paste', (event) => {
+    event.preventDefault();
+    event.stopPropagation();
+    insertTransferred(event.clipboardData);
+}, true);
+
+document.addEventListener('beforeinput', (event) => {
+    if (event.inputType !== 'insertFromDrop' && event.inputType !== 'insertFromPaste')
+        return;
+    event.preventDefault();
+    const [target] = event.getTargetRanges();
+    if (target)
+        getSelection().setBaseAndExtent(target.startContainer, target.startOffset,
+            target.endContainer, target.endOffset);
+    insertTransferred(event.dataTransfer);
+}, true);
+
+function insertTransferred(transfer) {
+    if (!transfer)
+        return;
+    const html = transfer.getData('text/html');
+    const inPre = closestAt(getSelection().anchorNode, 'pre, textarea');
+    const fragment = html && !inPre ? cleanedFragment(html)
+        : plainFragment(transfer.getData('text/plain'), Boolean(inPre));
+    insertFragment(fragment);
+}
+
+// The clipboard's markup as clean nodes. Nothing in it is run or fetched: it is parsed as a document of its own.
+function cleanedFragment(html) {
+    const parsed = new DOMParser().parseFromString(html, 'text/html');
+    const fragment = document.createDocumentFragment();
+    fragment.append(...Array.from(parsed.body.childNodes).flatMap(cleanedNode));
+    return asBlocks(fragment);
+}
+
+function cleanedNode(node) {
+    if (node instanceof Text)
+        return [document.createTextNode(node.data.replace(/[ \t\r\n\f]+/g, ' '))];
+    if (!(node instanceof Element) || pasting.dropped.has(node.localName))
+        return [];
+    const children = Array.from(node.childNodes).flatMap(
+        node.localName === 'pre' ? (child) => [document.createTextNode(child.textContent)] : cleanedNode);
+    const name = nameWhenPasted(node);
+    if (!name)
+        return children;
+    const element = document.createElement(name);
+    for (const attribute of pasting.kept[name])
+        if (node.hasAttribute(attribute) && isHarmless(attribute, node.getAttribute(attribute)))
+            element.setAttribute(attribute, node.getAttribute(attribute));
+    element.append(...children);
+    return name === 'a' && !element.hasAttribute('href') ? children : [element];
+}
+
+// Word processors wrap everything in one "b" of normal weight, and use divisions for paragraphs.
+function nameWhenPasted(node) {
+    if (node.localName === 'div')
+        return Array.from(node.childNodes).some(isBlock) ? '' : 'p';
+    if (/^(b|strong|i|em)$/.test(node.localName) && /normal/.test(node.style.fontWeight + node.style.fontStyle))
+        return '';
+    return Object.hasOwn(pasting.kept, node.localName) ? node.localName : '';
+}
+
+function isHarmless(attribute, value) {
+    if (!['href', 'src', 'cite'].includes(attribute))
+        return true;
+    const scheme = value.replace(/[\0- ]/g, '').match(/^([a-z][a-z0-9+.-]*):/i);
+    return !scheme || /^(https?|mailto|tel|ftp)$/i.test(scheme[1])
+        || attribute === 'src' && /^data:image\/(png|jpeg|gif|webp)[;,]/i.test(value);
+}
+
+// Where there are blocks, text between them becomes paragraphs; blanks between them go.
+function asBlocks(fragment) {
+    const hasBlocks = Array.from(fragment.childNodes).some(isBlock);
+    if (!hasBlocks)
+        return fragment;
+    const holder = document.createElement('li');
+    holder.append(fragment);
+    const blocks = document.createDocumentFragment();
+    blocks.append(...paragraphsOf(holder).filter((block) => !isEmptyBlock(block) || block.localName === 'hr'
+        || block.querySelector('td')));
+    return blocks;
+}
+
+// Plain text: blank lines part paragraphs, line ends are line breaks.
+function plainFragment(text, asItIs) {
+    const fragment = document.createDocumentFragment();
+    const lines = text.replace(/\r\n?/g, '\n');
+    if (asItIs) {
+        fragment.append(lines);
+        return fragment;
+    }
+    const paragraphs = lines.split(/\n[ \t]*\n\s*/).map((paragraph) => paragraph.replace(/^\n+|\n+$/g, ''));
+    if (paragraphs.length === 1) {
+        fragment.append(...linesOf(paragraphs[0]));
+        return fragment;
+    }
+    for (const paragraph of paragraphs.filter((each) => each.trim() !== '')) {
+        const block = document.createElement('p');
+        block.append(...linesOf(paragraph));
+        fragment.append(block);
+    }
+    return fragment;
+}
+
+function linesOf(text) {
+    return text.split('\n').flatMap((line, index) => index === 0 ? [line] : [document.createElement('br'), line]);
+}
+
+// Puts nodes at the caret and the caret behind them. Blocks part the paragraph in which the caret stands.
+function insertFragment(fragment) {
+    if (!currentRange() || !fragment.lastChild)
+        return;
+    deleteSelection();
+    settleBlank();
+    const last = fragment.lastChild;
+    if (Array.from(fragment.childNodes).some(isBlock))
+        insertBlocks(fragment);
+    else
+        insertInline(fragment);
+    if (last instanceof Text)
+        setCaret(last, last.length);
+    else if (isBlock(last) && !holdsNothing(last))
+        caretToEnd(last);
+    else
+        setCaret(last.parentNode, Array.prototype.indexOf.call(last.parentNode.childNodes, last) + 1);
+    reveal(last instanceof Element ? last : last.parentElement);
+}
+
+function insertInline(fragment) {
+    if (blockOf(currentRange().startContainer) === document.body)
+        caretToStart(wrapInline(inlineAtCaret(), 'p'));
+    const block = blockOf(currentRange().startContainer);
+    const wasEmpty = isEmptyBlock(block);
+    currentRange().insertNode(fragment);
+    if (wasEmpty)
+        dropLastBreak(block);
+}
+
+function insertBlocks(fragment) {
+    const range = currentRange();
+    const block = blockOf(range.startContainer);
+    if (!textBlocks.has(block.localName)) {
+        insertBetween(fragment, range, block);
+        return;
+    }
+    const second = splitBlock(block, range);
+    block.after(fragment);
+    for (const part of [block, second])
+        if (isEmptyBlock(part))
+            part.remove();
+}
+
+function insertBetween(fragment, range, block) {
+    let node = range.startContainer;
+    if (node === block) {
+        range.insertNode(fragment);
+    } else {
+        const around = wrapInline(node, 'p');
+        const second = splitBlock(around, currentRange());
+        around.after(fragment);
+        [around, second].forEach((part) => isEmptyBlock(part) && part.remove());
+    }
+    if (isEmptyBlock(block))
+        dropLastBreak(block);
+}
+
+function caretToEnd(block) {
+    const walker = document.createTreeWalker(block, NodeFilter.SHOW_TEXT);
+    let last = null;
+    while (walker.nextNode())
+        last = walker.currentNode;
+    if (last)
+        setCaret(last, last.length);
+    else
+        setCaret(block, block.childNodes.length);
+}

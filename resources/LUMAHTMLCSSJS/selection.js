@@ -1,0 +1,80 @@
+// Selecting, and telling which element holds the caret ("activeElementHTML").
+
+const activeElement = {
+    told: null, // the element last told
+    chosen: null, // the range that the editor itself selected, which is not told back
+};
+
+// Selects what is in `element`, or the element itself where nothing can be in it, and shows it.
+function selectText(element) {
+    if (!element || !document.body || !document.body.contains(element))
+        return;
+    const range = document.createRange();
+    if (holdsNothing(element))
+        range.selectNode(element);
+    else
+        range.selectNodeContents(element);
+    activeElement.chosen = range;
+    activeElement.told = null;
+    const selection = getSelection();
+    selection.removeAllRanges();
+    selection.addRange(range);
+    reveal(element);
+}
+
+const emptyElements = new Set(('area audio base br canvas col embed hr iframe img input link meta object param '
+    + 'picture select source svg textarea track video wbr').split(' '));
+
+function holdsNothing(element) {
+    return emptyElements.has(element.localName);
+}
+
+// Scrolls no further than needed, and not at all when the element can be seen.
+function reveal(element) {
+    const box = element.getBoundingClientRect();
+    if (box.top < 0 || box.bottom > innerHeight)
+        element.scrollIntoView({ block: box.height > innerHeight ? 'start' : 'center', behavior: 'instant' });
+}
+
+function isChosenByEditor(range) {
+    const chosen = activeElement.chosen;
+    return chosen !== null && range.startContainer === chosen.startContainer
+        && range.startOffset === chosen.startOffset && range.endContainer === chosen.endContainer
+        && range.endOffset === chosen.endOffset;
+}
+
+// The element that a range lies in: the one element that it selects, else the innermost around it.
+function elementOfRange(range) {
+    const { startContainer, startOffset, endContainer, endOffset } = range;
+    if (startContainer === endContainer && endOffset === startOffset + 1
+        && startContainer.childNodes[startOffset] instanceof Element)
+        return startContainer.childNodes[startOffset];
+    const node = range.commonAncestorContainer;
+    return node instanceof Element ? node : node.parentElement;
+}
+
+// The way from the root element down, as positions among element children.
+function pathOfElement(element) {
+    const path = [];
+    for (; element.parentElement; element = element.parentElement)
+        path.unshift(Array.prototype.indexOf.call(element.parentElement.children, element));
+    return element === document.documentElement ? path : null;
+}
+
+function postActiveElement() {
+    const selection = getSelection();
+    if (selection.rangeCount === 0 || isChosenByEditor(selection.getRangeAt(0)))
+        return;
+    activeElement.chosen = null;
+    const element = elementOfRange(selection.getRangeAt(0));
+    if (!element || element === activeElement.told)
+        return;
+    const path = pathOfElement(element);
+    if (!path)
+        return;
+    activeElement.told = element;
+    postChanges(changes.observer.takeRecords()); // The editor must know the page in which the path counts.
+    post('activeElementHTML', path);
+}
+
+document.addEventListener('selectionchange', postActiveElement);

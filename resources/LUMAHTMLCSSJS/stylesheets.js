@@ -1,0 +1,61 @@
+// The names that the page's style sheets define, as the engine has read them: linked sheets and style blocks,
+// rules within rules (@media, @layer, @supports, nesting, imported sheets). Always answers an array.
+
+function findAllDotClassNamesFromCSS() {
+    return namesInSelectors('.');
+}
+
+function findAllIDNamesFromCSS() {
+    return namesInSelectors('#');
+}
+
+function namesInSelectors(mark) {
+    const names = new Set();
+    for (const selector of selectorsOfPage())
+        for (const name of namesInSelector(selector, mark))
+            names.add(name);
+    return Array.from(names).sort();
+}
+
+function* selectorsOfPage() {
+    for (const sheet of [...document.styleSheets, ...(document.adoptedStyleSheets || [])])
+        yield* selectorsOfRules(rulesOf(sheet), new Set([sheet]));
+}
+
+// A sheet of another origin can't be read (CSSOM, cssRules).
+function rulesOf(sheet) {
+    try {
+        return sheet.cssRules || [];
+    } catch (error) {
+        return [];
+    }
+}
+
+function* selectorsOfRules(rules, seen) {
+    for (const rule of rules) {
+        if (rule.selectorText)
+            yield rule.selectorText;
+        if (rule.cssRules)
+            yield* selectorsOfRules(rule.cssRules, seen);
+        if (rule.styleSheet && !seen.has(rule.styleSheet)) {
+            seen.add(rule.styleSheet);
+            yield* selectorsOfRules(rulesOf(rule.styleSheet), seen);
+        }
+    }
+}
+
+// Names follow their mark outside of strings and of attribute brackets; escapes in them are undone (CSS
+// Syntax, 4.3.7). The engine writes selectors out anew, so no comment stands in one.
+function namesInSelector(selector, mark) {
+    const names = [];
+    const token = /"(?:\\[^]|[^"\\])*"|'(?:\\[^]|[^'\\])*'|\[(?:"(?:\\[^]|[^"\\])*"|[^\]"])*\]|([.#])((?:\\[0-9a-f]{1,6}\s?|\\[^]|[-\w]|[^\0-\x7f])+)|\\[^]|[^]/gi;
+    for (const [, found, name] of selector.matchAll(token))
+        if (found === mark)
+            names.push(withoutEscapes(name));
+    return names;
+}
+
+function withoutEscapes(name) {
+    return name.replace(/\\(?:([0-9a-f]{1,6})\s?|([^]))/gi, (all, code, character) =>
+        code ? String.fromCodePoint(parseInt(code, 16) > 0x10ffff ? 0xfffd : parseInt(code, 16)) : character);
+}

@@ -1,0 +1,185 @@
+// Text styles and block formats by their titles, as the menus show them.
+
+const textStyles = {
+    'Bold': { inline: 'b', selector: 'b, strong' },
+    'Italic': { inline: 'i', selector: 'i, em' },
+    'Underline': { inline: 'u', selector: 'u' },
+    'Strike Through': { inline: 's', selector: 's, strike, del' },
+    'Superscript': { inline: 'sup', selector: 'sup' },
+    'Subscript': { inline: 'sub', selector: 'sub' },
+    'Code': { inline: 'code', selector: 'code' },
+    'Paragraph': { block: 'p' },
+    'Heading 1': { block: 'h1' },
+    'Heading 2': { block: 'h2' },
+    'Heading 3': { block: 'h3' },
+    'Heading 4': { block: 'h4' },
+    'Heading 5': { block: 'h5' },
+    'Heading 6': { block: 'h6' },
+    'Preformatted': { block: 'pre' },
+    'Block Quote': { around: 'blockquote' },
+    'Ordered List': { list: 'ol' },
+    'Unordered List': { list: 'ul' },
+};
+
+const allInlineStyles = 'b, strong, i, em, u, s, strike, del, sup, sub, code, font, big, small, tt, mark, kbd, samp, '
+    + 'var, span[style]:not([class]):not([id])';
+
+// The titles of all styles at the selection.
+function getTextTags() {
+    const range = currentRange();
+    if (!range)
+        return [];
+    const nodes = range.collapsed ? [range.startContainer] : leavesOf(range);
+    return Object.keys(textStyles).filter((title) =>
+        nodes.length > 0 && nodes.every((node) => closestAt(node, selectorOfStyle(textStyles[title]))));
+}
+
+function selectorOfStyle(style) {
+    return style.selector || style.block || style.around || style.list;
+}
+
+function toggleStyle(title) {
+    if (getTextTags().includes(title))
+        removeStyle(title);
+    else
+        applyStyle(title);
+}
+
+function applyStyle(title) {
+    const style = Object.hasOwn(textStyles, title) ? textStyles[title] : null;
+    if (!style || !currentRange())
+        return;
+    if (style.inline)
+        applyInline(style);
+    else if (style.block)
+        applyBlock(style.block);
+    else if (style.around)
+        quoteBlocks(outermost(blocksOrWrapped()));
+    else if (!getTextTags().includes(title))
+        toggleList(style.list);
+    cleanUp();
+}
+
+// Takes a style away from the selection; without a title all styles of text.
+function removeStyle(title) {
+    if (!currentRange() || title && !Object.hasOwn(textStyles, title))
+        return;
+    const style = title ? textStyles[title] : { inline: 'span', selector: allInlineStyles };
+    if (style.inline)
+        removeInline(style.selector);
+    else if (style.block)
+        selectedBlocks().filter((block) => block.localName === style.block)
+            .forEach((block) => renameBlock(block, 'p'));
+    else if (style.around)
+        new Set(selectedBlocks().map((block) => block.closest(style.around)))
+            .forEach((quote) => quote && unwrap(quote));
+    else if (getTextTags().includes(title))
+        toggleList(style.list);
+    cleanUp();
+}
+
+// Blocks
+
+function blocksOrWrapped() {
+    const blocks = selectedBlocks();
+    return blocks.length > 0 ? blocks : [wrapInline(inlineAtCaret(), 'p')];
+}
+
+const outermost = (blocks) => blocks.filter((block) => !blocks.some((other) => other !== block && other.contains(block)));
+
+// The node of the caret's text, made where there is none.
+function inlineAtCaret() {
+    const { startContainer, startOffset } = currentRange();
+    if (!isBlock(startContainer))
+        return startContainer;
+    const child = startContainer.childNodes[startOffset] || startContainer.lastChild;
+    if (child && !isBlock(child) && !(child instanceof Comment))
+        return child;
+    const line = document.createElement('br');
+    startContainer.insertBefore(line, startContainer.childNodes[startOffset] || null);
+    setCaret(startContainer, Array.prototype.indexOf.call(startContainer.childNodes, line));
+    return line;
+}
+
+function applyBlock(name) {
+    const leaves = leavesOf(currentRange());
+    const blocks = new Set();
+    for (const leaf of leaves.length > 0 ? leaves : [inlineAtCaret()]) {
+        const block = blockOf(leaf);
+        blocks.add(textBlocks.has(block.localName) ? block : wrapInline(leaf, name));
+    }
+    blocks.forEach((block) => renameBlock(block, name));
+}
+
+// Running text
+
+// The text nodes of the selection, cut at its ends so that they are selected whole.
+function selectedTexts() {
+    if (currentRange().collapsed)
+        selectWord();
+    const range = currentRange();
+    const texts = leavesOf(range).filter((node) => node instanceof Text);
+    const { startContainer, startOffset, endContainer, endOffset } = range;
+    const last = texts.length - 1;
+    if (last >= 0 && texts[last] === endContainer && endOffset < endContainer.length)
+        endContainer.splitText(endOffset);
+    if (last >= 0 && texts[0] === startContainer && startOffset > 0)
+        texts[0] = startContainer.splitText(startOffset);
+    return texts;
+}
+
+function selectWord() {
+    const selection = getSelection();
+    const { anchorNode, anchorOffset } = selection;
+    if (!(anchorNode instanceof Text))
+        return;
+    const before = anchorNode.data.slice(0, anchorOffset).match(/[\p{L}\p{N}_]*$/u)[0].length;
+    const after = anchorNode.data.slice(anchorOffset).match(/^[\p{L}\p{N}_]*/u)[0].length;
+    selection.setBaseAndExtent(anchorNode, anchorOffset - before, anchorNode, anchorOffset + after);
+}
+
+function selectTexts(texts) {
+    const connected = texts.filter((text) => text.isConnected);
+    if (connected.length === 0)
+        return;
+    const last = connected[connected.length - 1];
+    getSelection().setBaseAndExtent(connected[0], 0, last, last.length);
+}
+
+function applyInline(style) {
+    const texts = selectedTexts();
+    for (const text of texts) {
+        if (text.parentElement.closest(style.selector))
+            continue;
+        const before = text.previousSibling;
+        if (before instanceof Element && before.localName === style.inline && texts.includes(before.lastChild)) {
+            before.append(text);
+            continue;
+        }
+        const wrapper = document.createElement(style.inline);
+        text.replaceWith(wrapper);
+        wrapper.append(text);
+    }
+    selectTexts(texts);
+}
+
+function removeInline(selector) {
+    const texts = selectedTexts();
+    for (const text of texts)
+        for (let styled; (styled = text.parentElement.closest(selector));)
+            freeFrom(styled, text);
+    selectTexts(texts);
+}
+
+// Takes `styled` away around `node` and keeps it around everything else that it holds.
+function freeFrom(styled, node) {
+    for (let inner = node; inner !== styled; inner = inner.parentNode)
+        for (const sibling of Array.from(inner.parentNode.childNodes))
+            if (sibling !== inner && !isBlank(sibling)) {
+                const copy = styled.cloneNode(false);
+                sibling.replaceWith(copy);
+                copy.append(sibling);
+                knowStyles(copy);
+            }
+    styled.replaceWith(...styled.childNodes);
+}

@@ -1,0 +1,338 @@
+// What keys do: Enter, Backspace and Delete, blanks, and the first letter on an empty page.
+
+const typing = { blank: null }; // the text node that ends in a no-break space of ours
+
+document.addEventListener('beforeinput', (event) => {
+    const handler = Object.hasOwn(inputHandlers, event.inputType) && inputHandlers[event.inputType];
+    if (handler && handler(event))
+        event.preventDefault();
+}, true);
+
+document.addEventListener('input', () => cleanUp(), true);
+
+const inputHandlers = {
+    insertParagraph,
+    insertText,
+    deleteContentBackward: (event) => deleteAt('start', event),
+    deleteContentForward: (event) => deleteAt('end', event),
+    deleteWordBackward: () => deleteUnit('backward', 'word'),
+    deleteWordForward: () => deleteUnit('forward', 'word'),
+    deleteSoftLineBackward: () => deleteUnit('backward', 'lineboundary'),
+    deleteSoftLineForward: () => deleteUnit('forward', 'lineboundary'),
+    deleteByCut: (event) => deleteAt('start', event),
+    historyUndo: () => true,
+    historyRedo: () => true,
+};
+
+// Enter
+
+function insertParagraph() {
+    if (!currentRange())
+        return false;
+    deleteSelection();
+    settleBlank();
+    const range = currentRange();
+    let block = blockOf(range.startContainer);
+    const item = itemAt(block);
+    if (block.localName === 'pre')
+        return insertLineInPre(range);
+    if (['td', 'th', 'dd', 'caption', 'summary', 'legend'].includes(block.localName))
+        return !execute('insertLineBreak') || true;
+    if (item && isEmptyBlock(item)) {
+        leaveList(item);
+        return true;
+    }
+    if (block !== item && !textBlocks.has(block.localName))
+        block = wrapInline(inlineAtCaret(), 'p');
+    const quote = block.closest('blockquote');
+    if (quote && isEmptyBlock(block) && block === quote.lastElementChild && quote.children.length > 1) {
+        quote.after(block);
+        keepOpen(block);
+        caretToStart(block);
+        return true;
+    }
+    const atEnd = isAtEdge(currentRange(), block, 'end');
+    let second = splitBlock(item && block.parentElement === item && item.children.length === 1 ? item : block,
+        currentRange());
+    if (isHeading(second) && atEnd)
+        second = asParagraph(second);
+    caretToStart(second.localName === 'li' && second.firstElementChild && isBlock(second.firstElementChild)
+        ? second.firstElementChild : second);
+    return true;
+}
+
+// A line end at the very end of a "pre" needs a second one to have a line.
+function insertLineInPre(range) {
+    const atEnd = isAtEdge(range, blockOf(range.startContainer), 'end')
+        && !blockOf(range.startContainer).textContent.endsWith('\n');
+    const text = document.createTextNode(atEnd ? '\n\n' : '\n');
+    range.insertNode(text);
+    setCaret(text, 1);
+    return true;
+}
+
+// Letters and blanks
+
+function insertText(event) {
+    const range = currentRange();
+    if (!range || event.data === null)
+        return false;
+    if (!range.collapsed)
+        deleteSelection();
+    if (blockOf(currentRange().startContainer) === document.body)
+        caretToStart(wrapInline(inlineAtCaret(), 'p'));
+    const { node, offset } = textAtCaret();
+    if (event.data === ' ' && !keepsBlanks(node))
+        return insertBlank(node, offset);
+    insertInto(node, offset, event.data);
+    dropPlaceholder(node);
+    settleBlank();
+    return true;
+}
+
+// The text node at the caret, made where there is none.
+function textAtCaret() {
+    const { startContainer, startOffset } = currentRange();
+    if (startContainer instanceof Text)
+        return { node: startContainer, offset: startOffset };
+    const before = startContainer.childNodes[startOffset - 1];
+    if (before instanceof Text)
+        return { node: before, offset: before.length };
+    const node = document.createTextNode('');
+    startContainer.insertBefore(node, startContainer.childNodes[startOffset] || null);
+    return { node, offset: 0 };
+}
+
+// The last line break of a block only keeps its line open: with text on the line it goes.
+function dropPlaceholder(node) {
+    const next = node.nextSibling;
+    if (next instanceof Element && next.localName === 'br' && isAtEdge(currentRange(), blockOf(node), 'end'))
+        next.remove();
+}
+
+const keepsBlanks = (node) => /^(pre|break-spaces)/.test(getComputedStyle(node.parentElement).whiteSpace);
+
+function insertInto(node, offset, text) {
+    node.insertData(offset, text);
+    setCaret(node, offset + text.length);
+}
+
+// One blank separates words. A second one beside it would not be seen, so the caret only steps over it. At the end
+// of a line a blank is a no-break space, which can be seen, until something follows or the caret leaves.
+function insertBlank(node, offset) {
+    const isSpace = (character) => /[ \t\r\n\f\u00a0]/.test(character || '');
+    if (isSpace(node.data[offset - 1]))
+        return true;
+    if (isSpace(node.data[offset]) && node.data.slice(offset).trim() !== '') {
+        setCaret(node, offset + 1);
+        return true;
+    }
+    if (isAtEdge(currentRange(), blockOf(node), 'end')) {
+        node.replaceData(offset, node.length - offset, '\u00a0');
+        setCaret(node, offset + 1);
+        typing.blank = node;
+    } else {
+        insertInto(node, offset, ' ');
+    }
+    return true;
+}
+
+// Makes the no-break space of ours a blank: there is something behind it now, or the caret has gone.
+function settleBlank() {
+    const node = typing.blank;
+    typing.blank = null;
+    if (!node || !node.isConnected)
+        return;
+    const at = node.data.lastIndexOf('\u00a0');
+    if (at < 0)
+        return;
+    const { anchorNode, anchorOffset } = getSelection();
+    node.replaceData(at, 1, ' ');
+    if (anchorNode === node)
+        setCaret(node, Math.min(anchorOffset, node.length));
+}
+
+document.addEventListener('selectionchange', () => {
+    const { anchorNode, anchorOffset } = getSelection();
+    if (typing.blank && !(anchorNode === typing.blank && anchorOffset === typing.blank.length))
+        settleBlank();
+});
+
+// Backspace and Delete
+
+function deleteAt(edge, event) {
+    const range = currentRange();
+    if (!range)
+        return false;
+    if (!range.collapsed) {
+        if (event.inputType === 'deleteByCut')
+            return false;
+        deleteSelection();
+        return true;
+    }
+    const block = blockOf(range.startContainer);
+    if (!isAtEdge(range, block, edge))
+        return edge === 'start' ? deleteBefore(range) : deleteAfter(range);
+    return edge === 'start' ? joinBackward(block) : joinForward(block);
+}
+
+function deleteUnit(direction, unit) {
+    if (currentRange() && currentRange().collapsed)
+        getSelection().modify('extend', direction, unit);
+    deleteSelection();
+    showLastBlank();
+    return true;
+}
+
+// One letter as the reader sees letters, or all the blanks that show as one. Where it is not plain text, the
+// engine does it.
+function deleteBefore({ startContainer: node, startOffset: offset }) {
+    const length = node instanceof Text ? lengthOfLast(node.data.slice(0, offset)) : 0;
+    return deleteLetters(node, offset - length, length);
+}
+
+function deleteAfter({ startContainer: node, startOffset: offset }) {
+    const length = node instanceof Text ? lengthOfFirst(node.data.slice(offset)) : 0;
+    return deleteLetters(node, offset, length);
+}
+
+function deleteLetters(node, from, length) {
+    if (length === 0 || length === node.length)
+        return false;
+    settleBlank();
+    node.deleteData(from, length);
+    setCaret(node, from);
+    showLastBlank();
+    return true;
+}
+
+function lengthOfLast(text) {
+    const blanks = text.match(/[ \t\r\n\f]+$/);
+    if (blanks)
+        return blanks[0].length;
+    const letters = Array.from(new Intl.Segmenter().segment(text.slice(-64)));
+    return letters.length > 0 ? letters[letters.length - 1].segment.length : 0;
+}
+
+function lengthOfFirst(text) {
+    const blanks = text.match(/^[ \t\r\n\f]+/);
+    if (blanks)
+        return blanks[0].length;
+    const [letter] = new Intl.Segmenter().segment(text.slice(0, 64));
+    return letter ? letter.segment.length : 0;
+}
+
+// A blank that a deletion left at the end of a line can be seen, as a typed one.
+function showLastBlank() {
+    const range = currentRange();
+    const { startContainer: node, startOffset: offset } = range;
+    if (!(node instanceof Text) || node.data[offset - 1] !== ' ' || keepsBlanks(node)
+        || !isAtEdge(range, blockOf(node), 'end'))
+        return;
+    node.replaceData(offset - 1, 1, '\u00a0');
+    setCaret(node, offset);
+    typing.blank = node;
+}
+
+function joinBackward(block) {
+    const item = itemAt(block);
+    if (item && isAtEdge(currentRange(), item, 'start') && !item.previousElementSibling) {
+        leaveList(item);
+        return true;
+    }
+    const before = neighbourOf(block, 'previousNode');
+    if (!before)
+        return true;
+    return joinOver(before, block, before);
+}
+
+function joinForward(block) {
+    const after = neighbourOf(block, 'nextNode');
+    if (!after)
+        return true;
+    return joinOver(block, isBlock(after) && holdsNothing(after) ? after : blockOf(after), after);
+}
+
+// Cells are never joined with anything, and a rule between two blocks is what goes.
+function joinOver(first, second, neighbour) {
+    if (neighbour instanceof Element && neighbour.localName === 'hr') {
+        neighbour.remove();
+        return true;
+    }
+    const firstBlock = blockOf(first);
+    const secondBlock = blockOf(second);
+    if (closestAt(firstBlock, 'td, th, caption') !== closestAt(secondBlock, 'td, th, caption'))
+        return true;
+    if (firstBlock === document.body || secondBlock === document.body || firstBlock.contains(secondBlock)
+        && firstBlock.localName !== 'li')
+        return false;
+    if (isEmptyBlock(firstBlock) && firstBlock.localName !== 'li' && !firstBlock.contains(secondBlock)) {
+        const around = firstBlock.parentElement;
+        keepingSelection(() => firstBlock.remove());
+        removeEmptied(around);
+        caretToStart(secondBlock);
+        return true;
+    }
+    joinBlocks(firstBlock, secondBlock);
+    return true;
+}
+
+// The nearest thing to be seen outside the block: text, an image, a rule, or an empty block's line.
+function neighbourOf(block, direction) {
+    const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_ELEMENT | NodeFilter.SHOW_TEXT);
+    walker.currentNode = block;
+    let node = block;
+    if (direction === 'nextNode') {
+        const within = document.createTreeWalker(block, NodeFilter.SHOW_ALL);
+        const { endContainer, endOffset } = currentRange();
+        within.currentNode = endContainer.childNodes[endOffset] || endContainer;
+        while (within.nextNode() && blockOf(within.currentNode) === block);
+        if (within.currentNode !== block && block.contains(within.currentNode)
+            && blockOf(within.currentNode) !== block)
+            return firstLeafFrom(within.currentNode, walker, block);
+        while (walker.lastChild());
+    }
+    while ((node = walker[direction]()))
+        if (isLeaf(node))
+            return node;
+    return null;
+}
+
+function firstLeafFrom(node, walker) {
+    walker.currentNode = node;
+    for (; node; node = walker.nextNode())
+        if (isLeaf(node))
+            return node;
+    return null;
+}
+
+// Deletes what is selected; blocks that only parts are left of become one, without the engine's styled spans.
+function deleteSelection() {
+    const range = currentRange();
+    if (!range || range.collapsed)
+        return;
+    const first = blockOf(range.startContainer);
+    const last = blockOf(range.endContainer);
+    range.deleteContents();
+    if (first !== last && first.isConnected && last.isConnected && first !== document.body && last !== document.body
+        && closestAt(first, 'td, th') === closestAt(last, 'td, th') && !first.contains(last) && !last.contains(first))
+        joinBlocks(first, last);
+    for (const block of [first, last]) {
+        if (block.isConnected && block !== document.body) {
+            block.normalize();
+            removeEmptyInline(block);
+            keepOpen(block);
+        }
+    }
+    if (first.isConnected && isEmptyBlock(first) && first !== document.body)
+        caretToStart(isEmptyBlock(document.body) ? asParagraph(first) : first);
+}
+
+// A block in a paragraph's stead that carries nothing over; items and cells stay what they are.
+function asParagraph(block) {
+    if (!textBlocks.has(block.localName))
+        return block;
+    const paragraph = renameBlock(block, 'p');
+    Array.from(paragraph.attributes, ({ name }) => name).forEach((name) => paragraph.removeAttribute(name));
+    return paragraph;
+}
