@@ -104,7 +104,7 @@ bool HtmlScanner::startsWith(std::size_t position, std::string_view text) const
 bool HtmlScanner::isTagAt(std::size_t position, std::string_view opening, std::string_view name) const
 {
     const std::size_t nameEnd = position + opening.size() + name.size();
-    return nameEnd < m_source.size() && startsWith(position, opening) && is(m_source[nameEnd], NameEnd) &&
+    return !name.empty() && nameEnd < m_source.size() && startsWith(position, opening) && is(m_source[nameEnd], NameEnd) &&
            equalIgnoringAsciiCase(m_source.substr(position + opening.size(), name.size()), name);
 }
 

@@ -93,9 +93,9 @@ std::string rebasedLink(const std::string& value, const fs::path& oldFolder, con
     const fs::path place = resolveRelativeLink(value, oldFolder);
     if (isExternalLink(value) || (hasSchemeOrHost(value) && !standsOnDisk(place)))
         return value;
-    if (!value.starts_with('/') && placeOf(value, newFolder) == comparablePath(place.native()))
-        return value;
-    return relativePath(place, newFolder);
+    std::string rebased = relativePath(place, newFolder);
+    // ".." and "../" mean the same.
+    return rebased == value + "/" ? value : rebased;
 }
 
 LinkMapping::LinkMapping(const std::vector<MovedItem>& items)
