@@ -9,12 +9,15 @@
 
 namespace luma::test {
 
-/// A site in a temporary folder, made of texts by subpath.
+/// Texts by subpath.
+using Files = std::map<std::string, std::string>;
+
+/// A site in a temporary folder.
 class Site final
 {
 public:
     Site() = default;
-    explicit Site(const std::map<std::string, std::string>& files);
+    explicit Site(const Files& files);
 
     [[nodiscard]] std::filesystem::path root() const;
     [[nodiscard]] std::filesystem::path at(std::string_view subpath) const { return root() / subpath; }

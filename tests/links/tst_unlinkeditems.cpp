@@ -137,7 +137,9 @@ private slots:
     {
         int compared = 0;
         int unlinked = 0;
-        for (unsigned seed = 0; seed < 1500; ++seed) {
+        bool chosen = false;
+        const int count = qEnvironmentVariableIntValue("LUMA_RANDOM_SITES", &chosen);
+        for (unsigned seed = 0; seed < (chosen ? static_cast<unsigned>(count) : 150U); ++seed) {
             const RandomSite random(seed);
             const auto expected = test::unlinkedByLiteralLoops(random.site().root());
             const auto found = unlinkedIn(random.site().root());
@@ -151,7 +153,7 @@ private slots:
             QCOMPARE(lines(found), lines(expected));
         }
         qInfo("%d files compared, %d of them unlinked", compared, unlinked);
-        QVERIFY(unlinked > 1000 && unlinked < compared - 1000);
+        QVERIFY(unlinked > 100 && unlinked < compared - 100);
     }
 
     void rows_data()
