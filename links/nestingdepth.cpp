@@ -30,9 +30,8 @@ constexpr auto impliedEnds = std::to_array<ImpliedEnd>({
     {{"p"}, {"p"}, {"button", "td", "th", "table", "caption"}},
 });
 
-constexpr auto formattingElements =
-    std::to_array<std::string_view>({"a", "b", "big", "code", "em", "font", "i", "nobr", "s", "small", "strike",
-                                     "strong", "tt", "u"});
+constexpr auto formattingElements = std::to_array<std::string_view>(
+    {"a", "b", "big", "code", "em", "font", "i", "nobr", "s", "small", "strike", "strong", "tt", "u"});
 
 bool contains(const auto& list, std::string_view name)
 {
@@ -41,8 +40,8 @@ bool contains(const auto& list, std::string_view name)
     });
 }
 
-// The open elements. One that is closed implicitly goes alone: what stands above it may be formatting that a tree
-// builder opens again.
+// The open elements. One that is closed implicitly goes alone: what stands above it may be formatting that a
+// tree builder opens again.
 class OpenElements final
 {
 public:

@@ -48,7 +48,8 @@ PageTree treeOf(const std::string& source)
             continue;
         for (std::size_t i = 0; i < linkAttributes.size(); ++i) {
             const std::string name(linkAttributes.at(i));
-            if (const GumboAttribute* const attribute = gumbo_get_attribute(&node->v.element.attributes, name.c_str()))
+            if (const GumboAttribute* const attribute =
+                    gumbo_get_attribute(&node->v.element.attributes, name.c_str()))
                 tree.links[i].emplace_back(attribute->value);
         }
         const GumboVector& children = node->v.element.children;
@@ -97,7 +98,7 @@ Candidate candidateAt(const fs::path& path)
     candidate.path = path;
     const QString extension = textOf(path.extension()).mid(1);
     static const QStringList known = {QStringLiteral("html"), QStringLiteral("xhtml"), QStringLiteral("xml"),
-                                      QStringLiteral("css"), QStringLiteral("txt"), QStringLiteral("js")};
+                                      QStringLiteral("css"),  QStringLiteral("txt"),   QStringLiteral("js")};
     const auto bytes = readFile(path);
     if (!known.contains(extension) || !bytes)
         return candidate;

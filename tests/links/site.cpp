@@ -45,10 +45,11 @@ std::map<std::string, std::string> Site::contentsOf(const fs::path& root)
 std::map<std::string, fs::path> realSites()
 {
     std::map<std::string, fs::path> sites;
-    const std::map<std::string, fs::path> packaged = {{"python3-doc", "/usr/share/doc/python3.11/html"},
-                                                      {"postgresql-doc-15", "/usr/share/doc/postgresql-doc-15/html"},
-                                                      {"openjdk-17-doc", "/usr/share/doc/openjdk-17-jre-headless/api"},
-                                                      {"qtbase5-doc-html", "/usr/share/qt5/doc"}};
+    const std::map<std::string, fs::path> packaged = {
+        {"python3-doc", "/usr/share/doc/python3.11/html"},
+        {"postgresql-doc-15", "/usr/share/doc/postgresql-doc-15/html"},
+        {"openjdk-17-doc", "/usr/share/doc/openjdk-17-jre-headless/api"},
+        {"qtbase5-doc-html", "/usr/share/qt5/doc"}};
     std::error_code error;
     for (const auto& [name, folder] : packaged) {
         if (fs::is_directory(folder, error))

@@ -54,14 +54,20 @@ private slots:
     {
         QTest::addColumn<std::string>("page");
         QTest::addColumn<bool>("isPage");
-        QTest::newRow("deep") << repeated("<div>", 100'000) + repeated("<svg><desc>", 50'000) + repeated("</x>", 100'000) << true;
+        QTest::newRow("deep") << repeated("<div>", 100'000) + repeated("<svg><desc>", 50'000) +
+                                     repeated("</x>", 100'000)
+                              << true;
         QTest::newRow("50 MB") << repeated("<p title='x'>text &amp; more</p>\n", 1'700'000) << true;
-        QTest::newRow("attribute of 1 MB") << "<a href='" + repeated("x/", 500'000) + "'><a title='" + repeated("&amp;", 200'000) + "'>" << true;
+        QTest::newRow("attribute of 1 MB")
+            << "<a href='" + repeated("x/", 500'000) + "'><a title='" + repeated("&amp;", 200'000) + "'>"
+            << true;
         QTest::newRow("many attributes") << "<a " + repeated("href=x ", 200'000) + ">" << true;
         QTest::newRow("unended") << repeated("<a href=\"", 50'000) + repeated("<!--", 50'000) << true;
         QTest::newRow("brackets") << repeated("<", 1'000'000) + repeated("</", 100'000) << true;
         QTest::newRow("climbing") << "<a href='" + repeated("../", 300'000) + "x'>" << true;
-        QTest::newRow("odd values") << std::string("<a href='%'><a href='\\'><a href='a\nb'><a href='a\0b'><a href=`\"'>", 54) << true;
+        QTest::newRow("odd values")
+            << std::string("<a href='%'><a href='\\'><a href='a\nb'><a href='a\0b'><a href=`\"'>", 54)
+            << true;
         QTest::newRow("binary") << std::string("\x89PNG\r\n\x1A\n\0\0<a href=x.png>", 26) << false;
         QTest::newRow("truncated UTF-8") << std::string("<a href=x.png>\xE2\x82") << false;
     }
@@ -84,12 +90,16 @@ private slots:
 
     void namesOfAllKinds_areKept()
     {
-        for (const std::string name : {"a\nb.png", "a\"b'.png", "100%.png", "a&amp;b.png", "\xFF.png", "a b#c?.png", "\\.png"}) {
+        for (const std::string name :
+             {"a\nb.png", "a\"b'.png", "100%.png", "a&amp;b.png", "\xFF.png", "a b#c?.png", "\\.png"}) {
             const bool text = name != "\xFF.png";
             std::string value;
             for (const char c : name)
-                value += c == '&' ? std::string("&amp;") : c == '"' ? std::string("&quot;") : std::string(1, c);
-            const Site site({{name, ""}, {"b/z", ""}, {"o.html", text ? "<img src=\"" + value + "\">" : "<img src=x>"}});
+                value += c == '&'   ? std::string("&amp;")
+                         : c == '"' ? std::string("&quot;")
+                                    : std::string(1, c);
+            const Site site(
+                {{name, ""}, {"b/z", ""}, {"o.html", text ? "<img src=\"" + value + "\">" : "<img src=x>"}});
             const MoveOutcome outcome =
                 LinkUpdatingMove(site.root(), {}).run(MoveOperation::Move, {site.at(name)}, site.at("b"));
             QVERIFY(outcome.problems.empty());
@@ -147,7 +157,11 @@ private slots:
 
     void readOnlyPagesAndFolders_stayAndAreNamed()
     {
-        const Site site({{"x.png", ""}, {"b/z", ""}, {"o.html", "<img src=x.png>"}, {"r.html", "<img src=x.png>"}, {"f/o.html", "<img src=../x.png>"}});
+        const Site site({{"x.png", ""},
+                         {"b/z", ""},
+                         {"o.html", "<img src=x.png>"},
+                         {"r.html", "<img src=x.png>"},
+                         {"f/o.html", "<img src=../x.png>"}});
         if (::getuid() == 0) {
             QCOMPARE(::chown(site.root().c_str(), 65534, 65534), 0);
             for (const auto& entry : std::filesystem::recursive_directory_iterator(site.root()))
@@ -178,7 +192,9 @@ private slots:
         std::filesystem::create_symlink("loop.html", site.at("loop.html"));
         QVERIFY(findMissingLinks(site.root(), FindingsKept::All, [](const PageFindings&) {}));
         QVERIFY(findUnlinkedItems(site.root(), "", {}));
-        QVERIFY(LinkUpdatingMove(site.root(), {}).run(MoveOperation::Move, {site.at("x.png")}, site.at("b")).problems.empty());
+        QVERIFY(LinkUpdatingMove(site.root(), {})
+                    .run(MoveOperation::Move, {site.at("x.png")}, site.at("b"))
+                    .problems.empty());
     }
 };
 

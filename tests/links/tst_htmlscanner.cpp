@@ -56,8 +56,8 @@ QString text(std::string_view bytes)
     return QString::fromStdString(std::string(1, ' ').append(bytes)).mid(1);
 }
 
-// The scanner's tokens in the form of the test files: ["StartTag", name, {attributes}, true]. A doctype's parts
-// are not reported, so only its kind is compared.
+// The scanner's tokens in the form of the test files: ["StartTag", name, {attributes}, true]. A doctype's
+// parts are not reported, so only its kind is compared.
 class TokenList final
 {
 public:
@@ -145,7 +145,8 @@ private:
 
 QString unescaped(QString text)
 {
-    for (qsizetype i = text.indexOf(QLatin1String("\\u")); i >= 0; i = text.indexOf(QLatin1String("\\u"), i + 1))
+    for (qsizetype i = text.indexOf(QLatin1String("\\u")); i >= 0;
+         i = text.indexOf(QLatin1String("\\u"), i + 1))
         text.replace(i, 6, QChar(text.mid(i + 2, 4).toUShort(nullptr, 16)));
     return text;
 }
@@ -184,8 +185,9 @@ TextKind kindOfState(const QString& state)
 QString conformanceFolder()
 {
     const QString chosen = qEnvironmentVariable("HTML5LIB_TESTS");
-    return chosen.isEmpty() ? qEnvironmentVariable("LUMA_SOURCE_DIR") + QLatin1String("/../shared/html5lib-tests")
-                            : chosen;
+    return chosen.isEmpty()
+               ? qEnvironmentVariable("LUMA_SOURCE_DIR") + QLatin1String("/../shared/html5lib-tests")
+               : chosen;
 }
 
 bool hasLoneSurrogate(const QString& text)
@@ -222,7 +224,8 @@ void runCase(const QJsonObject& testCase, const QString& file, Tally& tally)
         else
             tally.failed << file + QLatin1String(": ") + testCase[QLatin1String("description")].toString() +
                                 QLatin1String(" [") + state.toString() + QLatin1String("] gives ") +
-                                QString::fromUtf8(QJsonDocument(list.tokens()).toJson(QJsonDocument::Compact));
+                                QString::fromUtf8(
+                                    QJsonDocument(list.tokens()).toJson(QJsonDocument::Compact));
     }
 }
 
@@ -274,18 +277,22 @@ private slots:
         row("not in end tags", "</a href=1><a href=2>", "2 ");
         row("comment", "<!-- <a href=1> --><!--><a href=2>--><a href=3>", "2 3 ");
         row("declaration", "<!x '<a href=1>'><a href=2><?php echo '<a href=3>' ?>", "2 ");
-        row("raw text", "<style><a href=1></style><title><a href=2></title><script><a href=3></script><a href=4>",
-            "4 ");
+        row("raw text",
+            "<style><a href=1></style><title><a href=2></title><script><a href=3></script><a href=4>", "4 ");
         row("script escapes", "<script><!--<script></script><a href=1>--></script><a href=2>", "2 ");
         row("unended title", "<title>a<a href=1>", "");
         row("svg title", "<svg><title><a href=1></a></title><style><a href=2></style></svg>", "1 2 ");
         row("cdata in svg", "<svg><![CDATA[<a href=1>]]></svg><![CDATA[<a href=2>]]>", "");
-        row("cdata after foreignObject", "<svg><foreignObject><![CDATA[<a href=1>]]></foreignObject></svg>", "");
+        row("cdata after foreignObject", "<svg><foreignObject><![CDATA[<a href=1>]]></foreignObject></svg>",
+            "");
         row("html in foreignObject",
-            "<svg><foreignObject><p><title><a href=1></title></p></foreignObject><title><a href=2></title></svg>", "2 ");
+            "<svg><foreignObject><p><title><a href=1></title></p></foreignObject><title><a "
+            "href=2></title></svg>",
+            "2 ");
         row("breakout", "<svg><p><title><a href=1></title>", "");
         row("math text", "<math><mi><title><a href=1></title></mi><title><a href=2></title></math>", "2 ");
-        row("references", "<a href='a&amp;b&notit;&not=&#x41;&#128;&#0;&'>", "a&b&notit;&not=A\u20AC\uFFFD& ");
+        row("references", "<a href='a&amp;b&notit;&not=&#x41;&#128;&#0;&'>",
+            "a&b&notit;&not=A\u20AC\uFFFD& ");
         row("cut off", "<a href=1><a href='2", "1 ");
         row("noscript", "<noscript><img src=1></noscript>", "1 ");
         row("template", "<template><img src=1></template>", "1 ");

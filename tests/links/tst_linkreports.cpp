@@ -32,8 +32,8 @@ std::string checked(const Site& site, FindingsKept kept)
 std::string linksTo(const Site& site, const char* target)
 {
     std::string text;
-    const auto done =
-        findLinksTo(site.root(), site.at(target), [&text](const std::string& subpath) { text += subpath + " "; });
+    const auto done = findLinksTo(site.root(), site.at(target),
+                                  [&text](const std::string& subpath) { text += subpath + " "; });
     return done ? text : "error";
 }
 
@@ -46,10 +46,12 @@ class tst_linkreports final : public QObject
 private slots:
     void listLinksFrom_marksWhatIsMissing()
     {
-        const Site site({{"a/x.html", "<img src=p.png><a href='../b'><a href=q.html><a href=http://x><a href=x.html?y>"
-                                      "<a href=../shop.php?id=3&amp;x><a href=../b/index><a href=/x.html><body background=''>"},
-                         {"b/y.html", ""},
-                         {"shop.php", ""}});
+        const Site site(
+            {{"a/x.html",
+              "<img src=p.png><a href='../b'><a href=q.html><a href=http://x><a href=x.html?y>"
+              "<a href=../shop.php?id=3&amp;x><a href=../b/index><a href=/x.html><body background=''>"},
+             {"b/y.html", ""},
+             {"shop.php", ""}});
         QCOMPARE(linesFrom(site.at("a/x.html")), site.at("a/x.html").native() + "\n" +
                                                      "    href : ../b\n"
                                                      "    href : q.html    *** MISSING ***\n"
@@ -67,13 +69,14 @@ private slots:
     // The report on a whole site looks links up in the listing; the one on a page asks the disk.
     void findMissingLinks_agreesWithTheDisk()
     {
-        const Site site({{"a/x.html", "<a href=../a/x.html><a href=../gone/../a/x.html><a href=x.html/><a href=./x.html>"
-                                      "<a href=x.html/.><a href=..//a/x.html><a href=../../><a href=link/y.html>"
-                                      "<a href=link/../a/x.html><a href=broken><a href=dangling/../x.html><a href=''>"
-                                      "<a href=X.html><a href='../b/'><a href=../b/../b/y.html><a href=index>"},
-                         {"b/y.html", "<a href=../a/link/y.html>"},
-                         {"z.xml", "<a href=.DS_Store><a href=a/x.html/../x.html>"},
-                         {".DS_Store", "x"}});
+        const Site site(
+            {{"a/x.html", "<a href=../a/x.html><a href=../gone/../a/x.html><a href=x.html/><a href=./x.html>"
+                          "<a href=x.html/.><a href=..//a/x.html><a href=../../><a href=link/y.html>"
+                          "<a href=link/../a/x.html><a href=broken><a href=dangling/../x.html><a href=''>"
+                          "<a href=X.html><a href='../b/'><a href=../b/../b/y.html><a href=index>"},
+             {"b/y.html", "<a href=../a/link/y.html>"},
+             {"z.xml", "<a href=.DS_Store><a href=a/x.html/../x.html>"},
+             {".DS_Store", "x"}});
         std::filesystem::create_directory_symlink("../b", site.at("a/link"));
         std::filesystem::create_symlink("nowhere", site.at("a/broken"));
         std::string expected;
@@ -95,7 +98,11 @@ private slots:
     {
         std::map<std::string, std::string> files;
         for (int i = 0; i < 600; ++i)
-            files["f" + std::to_string(i % 7) + (i % 2 ? "-" : "") + "/p" + std::to_string(i) + ".html"] = "";
+            files[QStringLiteral("f%1%2/p%3.html")
+                      .arg(i % 7)
+                      .arg(QLatin1String(i % 2 ? "-" : ""))
+                      .arg(i)
+                      .toStdString()] = "";
         files["f1.html"] = files["f1-.html"] = "";
         const Site site(files);
         std::vector<std::string> pages;
@@ -128,7 +135,8 @@ private slots:
     {
         QTest::addColumn<QByteArray>("target");
         QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("prefix, letter case, self") << QByteArray("a/x.html") << QByteArray("a/x.html b.html c.txt ");
+        QTest::newRow("prefix, letter case, self")
+            << QByteArray("a/x.html") << QByteArray("a/x.html b.html c.txt ");
         QTest::newRow("index page by its folder") << QByteArray("sub/index.html") << QByteArray("b.html ");
         QTest::newRow("sheet and style element") << QByteArray("a/p.png") << QByteArray("b.html s.css ");
         QTest::newRow("name that is no pattern") << QByteArray("a/q(.png") << QByteArray("c.txt ");

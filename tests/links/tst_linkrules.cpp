@@ -17,7 +17,8 @@ private slots:
         QTest::addColumn<QByteArray>("base");
         QTest::addColumn<QByteArray>("expected");
         const auto row = [](const char* target, const char* base, const char* expected) {
-            QTest::newRow(qPrintable(QString::fromLatin1(target) + QLatin1Char(' ') + QString::fromLatin1(base)))
+            QTest::newRow(
+                qPrintable(QString::fromLatin1(target) + QLatin1Char(' ') + QString::fromLatin1(base)))
                 << QByteArray(target) << QByteArray(base) << QByteArray(expected);
         };
         row("/s/a/c/x.html", "/s/a/b", "../c/x.html");
@@ -63,7 +64,8 @@ private slots:
     {
         QFETCH(QByteArray, link);
         QFETCH(QByteArray, expected);
-        QCOMPARE(QByteArray::fromStdString(resolveRelativeLink(link.toStdString(), "/s/a").native()), expected);
+        QCOMPARE(QByteArray::fromStdString(resolveRelativeLink(link.toStdString(), "/s/a").native()),
+                 expected);
     }
 
     // The quick test must agree with the expression that defines it.
@@ -73,9 +75,9 @@ private slots:
             QString::fromUtf8(externalLinkPattern.data(), static_cast<qsizetype>(externalLinkPattern.size())),
             QRegularExpression::CaseInsensitiveOption);
         int external = 0;
-        for (const char* const link :
-             {"http://x", "HTTPS://x", "https:/x", " http://x", "ftp://x", "#top", "a#top", "mailto:me", "x?MailTo:y",
-              "mailto", "", "//host/x", "httpss://x", "h", "javascript:x", "a:b", "http:/", "\nhttp://x"}) {
+        for (const char* const link : {"http://x", "HTTPS://x", "https:/x", " http://x", "ftp://x", "#top",
+                                       "a#top", "mailto:me", "x?MailTo:y", "mailto", "", "//host/x",
+                                       "httpss://x", "h", "javascript:x", "a:b", "http:/", "\nhttp://x"}) {
             const bool expected = pattern.match(QString::fromLatin1(link)).hasMatch();
             QVERIFY2(isExternalLink(link) == expected, link);
             external += expected ? 1 : 0;
@@ -86,8 +88,8 @@ private slots:
     void withoutPhpQuery_agreesWithTheExpression()
     {
         const QRegularExpression expression(QStringLiteral(".php\\?.*"));
-        for (const char* const link : {"shop.php?id=3", "shopXphp?id=3", "a.php?b.php?c", "php?x", "x.html?y", "\nphp?x",
-                                       "a.php?1\nb.php?2\nc", "\xC3\xA4php?x", "", "aphp"}) {
+        for (const char* const link : {"shop.php?id=3", "shopXphp?id=3", "a.php?b.php?c", "php?x", "x.html?y",
+                                       "\nphp?x", "a.php?1\nb.php?2\nc", "\xC3\xA4php?x", "", "aphp"}) {
             const QString expected = QString::fromUtf8(link).replace(expression, QStringLiteral(".php"));
             QCOMPARE(QString::fromStdString(withoutPhpQuery(link)), expected);
         }
@@ -105,9 +107,11 @@ private slots:
     {
         const QRegularExpression expression(QStringLiteral("/index\\..*html"));
         for (const char* const path :
-             {"sub/index.html", "index.html", "../index.html", "sub/index.xhtml", "sub/index.htm", "a/index.d/x.html",
-              "a/index.html5", "a/index.html/index.html", "a/index.\nhtml", "a/index.htm\n/index.html", "Index.html"}) {
-            QCOMPARE(QString::fromStdString(linkedPrefix(path)), QString::fromLatin1(path).remove(expression));
+             {"sub/index.html", "index.html", "../index.html", "sub/index.xhtml", "sub/index.htm",
+              "a/index.d/x.html", "a/index.html5", "a/index.html/index.html", "a/index.\nhtml",
+              "a/index.htm\n/index.html", "Index.html"}) {
+            QCOMPARE(QString::fromStdString(linkedPrefix(path)),
+                     QString::fromLatin1(path).remove(expression));
         }
     }
 

@@ -6,8 +6,8 @@
 #include <QTest>
 
 using namespace luma;
-using test::Site;
 using test::Files;
+using test::Site;
 Q_DECLARE_METATYPE(Files)
 
 namespace {
@@ -36,7 +36,8 @@ void compare(const Site& site, const Files& expected)
 {
     const Files contents = site.contents();
     for (const auto& [subpath, bytes] : expected)
-        QCOMPARE(QByteArray::fromStdString(subpath + ": " + (contents.count(subpath) ? contents.at(subpath) : "gone")),
+        QCOMPARE(QByteArray::fromStdString(subpath + ": " +
+                                           (contents.count(subpath) ? contents.at(subpath) : "gone")),
                  QByteArray::fromStdString(subpath + ": " + bytes));
     QCOMPARE(contents.size(), expected.size());
 }
@@ -53,34 +54,78 @@ private slots:
         QTest::addColumn<Files>("before");
         QTest::addColumn<QByteArrayList>("items");
         QTest::addColumn<Files>("after");
-        const auto row = [](const char* name, const Files& before, const QByteArrayList& items, const Files& after) {
-            QTest::newRow(name) << before << items << after;
-        };
-        row("a page", {{"a/x.html", "<a href=img/p.png><a href=x.html><a href=../b/z.html>"}, {"a/y.html", "<a href=x.html#t>"}, {"b/z.html", ""}},
+        const auto row = [](const char* name, const Files& before, const QByteArrayList& items,
+                            const Files& after) { QTest::newRow(name) << before << items << after; };
+        row("a page",
+            {{"a/x.html", "<a href=img/p.png><a href=x.html><a href=../b/z.html>"},
+             {"a/y.html", "<a href=x.html#t>"},
+             {"b/z.html", ""}},
             {"a/x.html"},
-            {{"b/x.html", "<a href=../a/img/p.png><a href=x.html><a href=z.html>"}, {"a/y.html", "<a href=../b/x.html#t>"}, {"b/z.html", ""}});
-        row("pages that stay together", {{"a/x.html", "<a href=y.html><a href='./y.html?q'>"}, {"a/y.html", "<a href=x.html>"}, {"b/z", ""}},
+            {{"b/x.html", "<a href=../a/img/p.png><a href=x.html><a href=z.html>"},
+             {"a/y.html", "<a href=../b/x.html#t>"},
+             {"b/z.html", ""}});
+        row("pages that stay together",
+            {{"a/x.html", "<a href=y.html><a href='./y.html?q'>"},
+             {"a/y.html", "<a href=x.html>"},
+             {"b/z", ""}},
             {"a/x.html", "a/y.html"},
-            {{"b/x.html", "<a href=y.html><a href='./y.html?q'>"}, {"b/y.html", "<a href=x.html>"}, {"b/z", ""}});
-        row("a folder", {{"a/x.html", "<a href=sub/y.html><a href=../o.html><a href=http://h/>"}, {"a/sub/y.html", "<a href=../x.html><a href=../../o.html>"},
-                         {"o.html", "<a href=a/sub/y.html><a href=a><a href=a/>"}, {"b/z", ""}},
+            {{"b/x.html", "<a href=y.html><a href='./y.html?q'>"},
+             {"b/y.html", "<a href=x.html>"},
+             {"b/z", ""}});
+        row("a folder",
+            {{"a/x.html", "<a href=sub/y.html><a href=../o.html><a href=http://h/>"},
+             {"a/sub/y.html", "<a href=../x.html><a href=../../o.html>"},
+             {"o.html", "<a href=a/sub/y.html><a href=a><a href=a/>"},
+             {"b/z", ""}},
             {"a"},
-            {{"b/a/x.html", "<a href=sub/y.html><a href=../../o.html><a href=http://h/>"}, {"b/a/sub/y.html", "<a href=../x.html><a href=../../../o.html>"},
-             {"o.html", "<a href=b/a/sub/y.html><a href=b/a><a href=b/a/>"}, {"b/z", ""}});
-        row("names that begin alike", {{"doc/x.html", ""}, {"docs/x.html", ""}, {"a.htm", ""}, {"a.html", ""}, {"b/z", ""},
-                                       {"o.html", "<a href=docs/x.html#t><a href=doc/x.html><a href=a.html><a href=a.htm><a href=a.html?q>"}},
+            {{"b/a/x.html", "<a href=sub/y.html><a href=../../o.html><a href=http://h/>"},
+             {"b/a/sub/y.html", "<a href=../x.html><a href=../../../o.html>"},
+             {"o.html", "<a href=b/a/sub/y.html><a href=b/a><a href=b/a/>"},
+             {"b/z", ""}});
+        row("names that begin alike",
+            {{"doc/x.html", ""},
+             {"docs/x.html", ""},
+             {"a.htm", ""},
+             {"a.html", ""},
+             {"b/z", ""},
+             {"o.html",
+              "<a href=docs/x.html#t><a href=doc/x.html><a href=a.html><a href=a.htm><a href=a.html?q>"}},
             {"doc", "a.htm"},
-            {{"b/doc/x.html", ""}, {"docs/x.html", ""}, {"b/a.htm", ""}, {"a.html", ""}, {"b/z", ""},
-             {"o.html", "<a href=docs/x.html#t><a href=b/doc/x.html><a href=a.html><a href=b/a.htm><a href=a.html?q>"}});
-        row("name within its own path", {{"a/a.html", ""}, {"b/z", ""}, {"o.html", "<a href=a/a.html><a href=a/a.html#a>"}, {"x.html", ""}, {"p.html", "<a href='x.html?next=x.html'>"}},
+            {{"b/doc/x.html", ""},
+             {"docs/x.html", ""},
+             {"b/a.htm", ""},
+             {"a.html", ""},
+             {"b/z", ""},
+             {"o.html", "<a href=docs/x.html#t><a href=b/doc/x.html><a href=a.html><a href=b/a.htm><a "
+                        "href=a.html?q>"}});
+        row("name within its own path",
+            {{"a/a.html", ""},
+             {"b/z", ""},
+             {"o.html", "<a href=a/a.html><a href=a/a.html#a>"},
+             {"x.html", ""},
+             {"p.html", "<a href='x.html?next=x.html'>"}},
             {"a", "x.html"},
-            {{"b/a/a.html", ""}, {"b/z", ""}, {"o.html", "<a href=b/a/a.html><a href=b/a/a.html#a>"}, {"b/x.html", ""}, {"p.html", "<a href='b/x.html?next=b/x.html'>"}});
-        row("what must not change", {{"x.png", ""}, {"b/z", ""}, {"o.html", "x.png<script>'x.png'</script><a title=x.png><a href='#x.png'><a href='http://h/x.png'><!-- <a href=x.png> -->"}},
+            {{"b/a/a.html", ""},
+             {"b/z", ""},
+             {"o.html", "<a href=b/a/a.html><a href=b/a/a.html#a>"},
+             {"b/x.html", ""},
+             {"p.html", "<a href='b/x.html?next=b/x.html'>"}});
+        row("what must not change",
+            {{"x.png", ""},
+             {"b/z", ""},
+             {"o.html", "x.png<script>'x.png'</script><a title=x.png><a href='#x.png'><a "
+                        "href='http://h/x.png'><!-- <a href=x.png> -->"}},
             {"x.png"},
-            {{"b/x.png", ""}, {"b/z", ""}, {"o.html", "x.png<script>'x.png'</script><a title=x.png><a href='#x.png'><a href='http://h/x.png'><!-- <a href=x.png> -->"}});
-        row("spelled with references", {{"x y.png", ""}, {"b/z", ""}, {"o.html", "<img src='x&#32;y.png'><img src='x y&period;png'>"}},
+            {{"b/x.png", ""},
+             {"b/z", ""},
+             {"o.html", "x.png<script>'x.png'</script><a title=x.png><a href='#x.png'><a "
+                        "href='http://h/x.png'><!-- <a href=x.png> -->"}});
+        row("spelled with references",
+            {{"x y.png", ""}, {"b/z", ""}, {"o.html", "<img src='x&#32;y.png'><img src='x y&period;png'>"}},
             {"x y.png"},
-            {{"b/x y.png", ""}, {"b/z", ""}, {"o.html", "<img src='b/x&#32;y.png'><img src='b/x y&period;png'>"}});
+            {{"b/x y.png", ""},
+             {"b/z", ""},
+             {"o.html", "<img src='b/x&#32;y.png'><img src='b/x y&period;png'>"}});
         row("not UTF-8", {{"x.png", ""}, {"b/z", ""}, {"o.html", "<img src=x.png>\xE9"}}, {"x.png"},
             {{"b/x.png", ""}, {"b/z", ""}, {"o.html", "<img src=x.png>\xE9"}});
     }
@@ -97,8 +142,11 @@ private slots:
 
     void copy_leadsLinksToTheCopy()
     {
-        const Site site({{"a/x.html", "<a href=x.html><a href=p.png>"}, {"a/y.html", "<a href=x.html>"}, {"d/m.html", "<a href=n.html>"},
-                         {"d/n.html", "<a href=../d/m.html>"}, {"b/z", ""}});
+        const Site site({{"a/x.html", "<a href=x.html><a href=p.png>"},
+                         {"a/y.html", "<a href=x.html>"},
+                         {"d/m.html", "<a href=n.html>"},
+                         {"d/n.html", "<a href=../d/m.html>"},
+                         {"b/z", ""}});
         const Run result = run(site, MoveOperation::Copy, {"a/x.html", "d"}, "b");
         QVERIFY(result.outcome.problems.empty());
         compare(site, {{"a/x.html", "<a href=../b/x.html><a href=p.png>"},
@@ -129,11 +177,16 @@ private slots:
         QTest::addColumn<QByteArray>("item");
         QTest::addColumn<QByteArray>("name");
         QTest::addColumn<Files>("after");
-        QTest::newRow("page") << Files{{"a/x.html", "<a href=x.html><a href=/abs>"}, {"o.html", "<a href=a/x.html>"}} << QByteArray("a/x.html") << QByteArray("y.html")
-                              << Files{{"a/y.html", "<a href=y.html><a href=/abs>"}, {"o.html", "<a href=a/y.html>"}};
-        QTest::newRow("folder") << Files{{"a/x.html", "<a href=../a/y.png><a href=../o.html><a href=y.png>"}, {"o.html", "<a href=a/x.html>"}}
+        QTest::newRow("page") << Files{{"a/x.html", "<a href=x.html><a href=/abs>"},
+                                       {"o.html", "<a href=a/x.html>"}}
+                              << QByteArray("a/x.html") << QByteArray("y.html")
+                              << Files{{"a/y.html", "<a href=y.html><a href=/abs>"},
+                                       {"o.html", "<a href=a/y.html>"}};
+        QTest::newRow("folder") << Files{{"a/x.html", "<a href=../a/y.png><a href=../o.html><a href=y.png>"},
+                                         {"o.html", "<a href=a/x.html>"}}
                                 << QByteArray("a/") << QByteArray("new")
-                                << Files{{"new/x.html", "<a href=y.png><a href=../o.html><a href=y.png>"}, {"o.html", "<a href=new/x.html>"}};
+                                << Files{{"new/x.html", "<a href=y.png><a href=../o.html><a href=y.png>"},
+                                         {"o.html", "<a href=new/x.html>"}};
     }
     void rename_updatesLinksToTheItem()
     {
@@ -145,12 +198,13 @@ private slots:
         std::string log;
         LinkUpdatingMove::Callbacks callbacks;
         callbacks.log = [&log](const std::string& text) { log += text; };
-        const MoveOutcome outcome = LinkUpdatingMove(site.root(), callbacks).rename(site.at(item.toStdString()), name.toStdString());
+        const MoveOutcome outcome =
+            LinkUpdatingMove(site.root(), callbacks).rename(site.at(item.toStdString()), name.toStdString());
         QVERIFY(outcome.problems.empty());
         compare(site, after);
         const std::string old = item.startsWith("a/x") ? "x.html" : "a";
-        QCOMPARE(log, "Updating links from: " + old + " to " + name.toStdString() + "\n\nUpdating links to: " + old +
-                          "\n\n\nDone");
+        QCOMPARE(log, "Updating links from: " + old + " to " + name.toStdString() +
+                          "\n\nUpdating links to: " + old + "\n\n\nDone");
     }
 
     void rename_refusesWhatIsNoName()
@@ -172,7 +226,8 @@ private slots:
 
     void moveThere_andBack_changesNoByte()
     {
-        const Files files = {{"a/x.html", "<A HREF = y.html?a&b=1 ><img src='&amp;&#x61;\"'>\r\n<a href=''><a href=../o.html#t><a href=//h/x><a href='./s/'>"},
+        const Files files = {{"a/x.html", "<A HREF = y.html?a&b=1 ><img src='&amp;&#x61;\"'>\r\n<a "
+                                          "href=''><a href=../o.html#t><a href=//h/x><a href='./s/'>"},
                              {"a/y.html", "\uFEFF<a href='x.html'/><a href=\"x.html\"><a href=x.html>"},
                              {"o.html", "<a href=\"a/x.html?p=1&amp;q='2'&r\">"},
                              {"b c/z", ""}};

@@ -21,11 +21,13 @@ Answer lumactl(const test_site& site, const QByteArray& arguments)
     QProcess process;
     QProcessEnvironment environment;
     environment.insert(QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin"));
-    environment.insert(QStringLiteral("LUMACTL"), qEnvironmentVariable("LUMA_BUILD_DIR") + QLatin1String("/bin/lumactl"));
+    environment.insert(QStringLiteral("LUMACTL"),
+                       qEnvironmentVariable("LUMA_BUILD_DIR") + QLatin1String("/bin/lumactl"));
     environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(QString::fromStdString(site.root().native()));
-    process.start(QStringLiteral("sh"), {QStringLiteral("-c"), QLatin1String("exec \"$LUMACTL\" ") + QString::fromUtf8(arguments)});
+    process.start(QStringLiteral("sh"),
+                  {QStringLiteral("-c"), QLatin1String("exec \"$LUMACTL\" ") + QString::fromUtf8(arguments)});
     Answer answer;
     if (process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit)
         answer.code = process.exitCode();
@@ -55,7 +57,8 @@ private slots:
         const auto row = [](const char* arguments, int code, const char* output) {
             QTest::newRow(arguments) << QByteArray(arguments) << code << QByteArray(output);
         };
-        row("links-from index.html", 0, "index.html\n    href : sub/x.html\n    href : gone    *** MISSING ***\n    src : p.png\n");
+        row("links-from index.html", 0,
+            "index.html\n    href : sub/x.html\n    href : gone    *** MISSING ***\n    src : p.png\n");
         row("links-from gone.html", 2, "");
         row("links-from p.png", 2, "");
         row("check site", 2, "");
@@ -77,7 +80,8 @@ private slots:
         row("move . lonely.png sub", 1, "\nDone\n");
         row("move . p.png sub", 0, "Updating links to: p.png\n\n\nDone\n");
         row("copy . sub/x.html .", 0, "Updating links to: x.html\n\n\nDone\n");
-        row("rename . p.png q.png", 0, "Updating links from: p.png to q.png\n\nUpdating links to: p.png\n\n\nDone\n");
+        row("rename . p.png q.png", 0,
+            "Updating links from: p.png to q.png\n\nUpdating links to: p.png\n\n\nDone\n");
         row("rename . p.png lonely.png", 1, "");
         row("rename . p.png a/b", 2, "");
         row("rename . gone.png b", 1, "");
@@ -98,7 +102,8 @@ private slots:
         const Answer answer = lumactl(site, arguments);
         QCOMPARE(answer.output, output.replace("ROOT", QByteArray::fromStdString(site.root().native())));
         QCOMPARE(answer.code, code);
-        QCOMPARE(answer.errors.isEmpty(), code != 2 && !output.startsWith("\nDone") && !(code == 1 && output.isEmpty()));
+        QCOMPARE(answer.errors.isEmpty(),
+                 code != 2 && !output.startsWith("\nDone") && !(code == 1 && output.isEmpty()));
     }
 
     void clash_isNamedOnStandardError()
@@ -120,7 +125,8 @@ private slots:
     {
         const test_site site;
         const QByteArray help = lumactl(site, "--help").output;
-        for (const char* const command : {"links-from", "check", "links-to", "unlinked", "move", "copy", "rename"}) {
+        for (const char* const command :
+             {"links-from", "check", "links-to", "unlinked", "move", "copy", "rename"}) {
             QVERIFY(help.contains(command));
             const Answer answer = lumactl(site, QByteArray(command) + " --help");
             QCOMPARE(answer.code, 0);
@@ -133,13 +139,15 @@ private slots:
     void program_needsNoDesktopLibraries()
     {
         QProcess readelf;
-        readelf.start(QStringLiteral("readelf"),
-                      {QStringLiteral("-d"), qEnvironmentVariable("LUMA_BUILD_DIR") + QLatin1String("/bin/lumactl")});
+        readelf.start(
+            QStringLiteral("readelf"),
+            {QStringLiteral("-d"), qEnvironmentVariable("LUMA_BUILD_DIR") + QLatin1String("/bin/lumactl")});
         if (!readelf.waitForFinished() || readelf.exitCode() != 0)
             QSKIP("no readelf");
         const QByteArray libraries = readelf.readAllStandardOutput();
         QVERIFY(libraries.contains("libQt6Core"));
-        for (const char* const library : {"Qt6Gui", "Qt6Widgets", "Qt6DBus", "Qt6WebEngine", "gio-2", "libX11"})
+        for (const char* const library :
+             {"Qt6Gui", "Qt6Widgets", "Qt6DBus", "Qt6WebEngine", "gio-2", "libX11"})
             QVERIFY2(!libraries.contains(library), library);
     }
 };

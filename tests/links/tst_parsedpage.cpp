@@ -18,7 +18,9 @@ private slots:
         QTest::addColumn<std::string>("value");
         QTest::addColumn<std::string>("expected");
         const auto row = [](const char* name, const std::string& source, const std::string& value,
-                            const std::string& expected) { QTest::newRow(name) << source << value << expected; };
+                            const std::string& expected) {
+            QTest::newRow(name) << source << value << expected;
+        };
         row("double quotes", "<A  HREF = \"x\"\t>", "y", "<A  HREF = \"y\"\t>");
         row("escapes", "<a href=\"x\">", "a\"b&c'", "<a href=\"a&quot;b&amp;c'\">");
         row("single quotes", "<a href='x'>", "a\"b'c", "<a href='a\"b&#39;c'>");
@@ -87,7 +89,8 @@ private slots:
 
     void parsePageFile_givesNothingForWhatIsNoPage()
     {
-        const test::Site site({{"latin1.html", "<a href='caf\xE9'>"}, {"cut.html", "<a href=x>\xE2\x82"}, {"ok.html", ""}});
+        const test::Site site(
+            {{"latin1.html", "<a href='caf\xE9'>"}, {"cut.html", "<a href=x>\xE2\x82"}, {"ok.html", ""}});
         QVERIFY(!parsePageFile(site.at("latin1.html")));
         QVERIFY(!parsePageFile(site.at("cut.html")));
         QVERIFY(!parsePageFile(site.at("gone.html")));

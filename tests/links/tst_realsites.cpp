@@ -64,11 +64,12 @@ private slots:
             }
         }
         for (const fs::path& item : items) {
-            const MoveOutcome there = LinkUpdatingMove(root, {}).run(MoveOperation::Move, {item}, root / "moved here");
+            const MoveOutcome there =
+                LinkUpdatingMove(root, {}).run(MoveOperation::Move, {item}, root / "moved here");
             QVERIFY(there.problems.empty() && !there.moved.empty());
             rewritten += there.rewritten.size();
-            const MoveOutcome back =
-                LinkUpdatingMove(root, {}).run(MoveOperation::Move, {there.moved.front().to}, item.parent_path());
+            const MoveOutcome back = LinkUpdatingMove(root, {}).run(
+                MoveOperation::Move, {there.moved.front().to}, item.parent_path());
             QVERIFY(back.problems.empty());
         }
         fs::remove(root / "moved here");
@@ -111,7 +112,8 @@ private slots:
             if (found != test::linksByGumbo(page->source))
                 different << QByteArray::fromStdString(tree->subpath(pages[i]));
         }
-        qInfo("%zu pages with %zu links compared, %d differ", compared, links, static_cast<int>(different.size()));
+        qInfo("%zu pages with %zu links compared, %d differ", compared, links,
+              static_cast<int>(different.size()));
         for (const QByteArray& subpath : different)
             qInfo("differs: %s", subpath.constData());
         QVERIFY(static_cast<std::size_t>(different.size()) * 100 <= compared);

@@ -51,7 +51,10 @@ public:
     [[nodiscard]] const Site& site() const { return m_site; }
 
 private:
-    std::size_t upTo(std::size_t limit) { return std::uniform_int_distribution<std::size_t>(0, limit - 1)(m_random); }
+    std::size_t upTo(std::size_t limit)
+    {
+        return std::uniform_int_distribution<std::size_t>(0, limit - 1)(m_random);
+    }
     template <class List>
     auto pick(const List& list)
     {
@@ -60,7 +63,8 @@ private:
 
     [[nodiscard]] bool isBelowFile(const std::string& path) const
     {
-        for (std::size_t slash = path.find('/'); slash != std::string::npos; slash = path.find('/', slash + 1)) {
+        for (std::size_t slash = path.find('/'); slash != std::string::npos;
+             slash = path.find('/', slash + 1)) {
             if (std::filesystem::is_regular_file(m_site.at(path.substr(0, slash))))
                 return true;
         }
@@ -69,12 +73,13 @@ private:
 
     std::string path()
     {
-        static constexpr const char* folders[] = {"a", "ab", "A", "sub", "index.d", "a b", "x+y", "index.html.d"};
-        static constexpr const char* names[] = {"a",      "ab",   "abc", "index", "Index", "a.b",   "a b", " a",
-                                                "a+b",    "a(b",  "a|b", "[a]",   "a*",    "\xC3\x84", "\xC3\xA4", "x?y",
-                                                "x#y",    "axb",  "index.x", "..a", "a$", "html"};
-        static constexpr const char* extensions[] = {".html", ".html", ".css", ".js", ".txt", ".png",
-                                                     "",      ".xml",  ".html5", ".xhtml"};
+        static constexpr const char* folders[] = {"a",       "ab",  "A",   "sub",
+                                                  "index.d", "a b", "x+y", "index.html.d"};
+        static constexpr const char* names[] = {
+            "a",   "ab", "abc",      "index",    "Index", "a.b", "a b", " a",      "a+b", "a(b", "a|b",
+            "[a]", "a*", "\xC3\x84", "\xC3\xA4", "x?y",   "x#y", "axb", "index.x", "..a", "a$",  "html"};
+        static constexpr const char* extensions[] = {".html", ".html", ".css", ".js",    ".txt",
+                                                     ".png",  "",      ".xml", ".html5", ".xhtml"};
         std::string path;
         for (std::size_t depth = upTo(4); depth > 0; --depth)
             path += std::string(pick(folders)) + "/";
@@ -90,7 +95,8 @@ private:
         if (upTo(4) == 0 && text.size() > 1)
             text.resize(text.size() - 1 - upTo(text.size() - 1));
         if (upTo(4) == 0)
-            std::transform(text.begin(), text.end(), text.begin(), [](char c) { return static_cast<char>(std::toupper(c)); });
+            std::transform(text.begin(), text.end(), text.begin(),
+                           [](char c) { return static_cast<char>(std::toupper(c)); });
         if (upTo(5) == 0)
             std::replace(text.begin(), text.end(), '.', upTo(2) == 0 ? 'x' : '/');
         return text + pick(endings);
@@ -114,7 +120,8 @@ private:
             else if (page)
                 text += "<style>a{b: URL( " + link(path) + std::string(upTo(3), ' ') + ")}</style>";
             else if (extension == ".css")
-                text += "url(" + std::string(upTo(2), ' ') + std::filesystem::path(link(path)).filename().native() + ")\n";
+                text += "url(" + std::string(upTo(2), ' ') +
+                        std::filesystem::path(link(path)).filename().native() + ")\n";
             else
                 text += link(path) + "\n";
         }
@@ -161,9 +168,11 @@ private slots:
         QTest::addColumn<QByteArray>("excluded");
         QTest::addColumn<QByteArray>("expected");
         QTest::newRow("all") << QByteArray() << QByteArray("Images/b.png\ndocs/images/c.png\nlonely.html\n");
-        QTest::newRow("excluded at the top") << QByteArray(" images ,, x") << QByteArray("docs/images/c.png\nlonely.html\n");
+        QTest::newRow("excluded at the top")
+            << QByteArray(" images ,, x") << QByteArray("docs/images/c.png\nlonely.html\n");
         QTest::newRow("a pattern") << QByteArray("docs|I.*s") << QByteArray("lonely.html\n");
-        QTest::newRow("no pattern") << QByteArray("images(") << QByteArray("Images/b.png\ndocs/images/c.png\nlonely.html\n");
+        QTest::newRow("no pattern") << QByteArray("images(")
+                                    << QByteArray("Images/b.png\ndocs/images/c.png\nlonely.html\n");
     }
     // What is excluded still counts as linking; a page that links to itself is linked.
     void rows()
