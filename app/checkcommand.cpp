@@ -36,13 +36,13 @@ ExitCode run(const std::vector<std::string>& arguments)
 
 } // namespace
 
-const LumactlCommand checkCommand = {
-    "check", "SITE [--missing]", "list the links of all pages of a site, missing ones marked",
-    "Prints every page's path and its links as links-from does.\n"
-    "\n"
-    "  --missing    only missing links, and only pages that have one\n"
-    "\n"
-    "The exit code is 1 when a link is missing.\n",
-    run};
+const LumactlCommand checkCommand = {"check", "SITE [--missing]",
+                                     "list the links of all pages of a site, missing ones marked",
+                                     "Prints every page's path and its links as links-from does.\n"
+                                     "\n"
+                                     "  --missing    only missing links, and only pages that have one\n"
+                                     "\n"
+                                     "The exit code is 1 when a link is missing.\n",
+                                     run};
 
 } // namespace luma

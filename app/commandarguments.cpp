@@ -59,13 +59,14 @@ CommandArguments::CommandArguments(const std::vector<std::string>& arguments, st
 
 bool CommandArguments::has(std::string_view name) const
 {
-    return std::any_of(m_given.begin(), m_given.end(), [name](const Given& given) { return given.name == name; });
+    return std::any_of(m_given.begin(), m_given.end(),
+                       [name](const Given& given) { return given.name == name; });
 }
 
 std::string CommandArguments::value(std::string_view name) const
 {
-    const auto found =
-        std::find_if(m_given.rbegin(), m_given.rend(), [name](const Given& given) { return given.name == name; });
+    const auto found = std::find_if(m_given.rbegin(), m_given.rend(),
+                                    [name](const Given& given) { return given.name == name; });
     return found == m_given.rend() ? std::string() : found->value;
 }
 
@@ -96,7 +97,8 @@ ExitCode wrongUsage(const LumactlCommand& command, std::string_view text)
     complain(text);
     int ignored = 0;
     writeAll(STDERR_FILENO,
-             std::string("Usage: lumactl ").append(command.name).append(" ").append(command.usage) + "\n", ignored);
+             std::string("Usage: lumactl ").append(command.name).append(" ").append(command.usage) + "\n",
+             ignored);
     return ExitCode::Unusable;
 }
 

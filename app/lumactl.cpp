@@ -38,9 +38,8 @@ std::string helpOf(const LumactlCommand& command)
 bool asksForHelp(const std::vector<std::string>& arguments)
 {
     const auto end = std::find(arguments.begin(), arguments.end(), "--");
-    return std::any_of(arguments.begin(), end, [](const std::string& argument) {
-        return argument == "--help" || argument == "-h";
-    });
+    return std::any_of(arguments.begin(), end,
+                       [](const std::string& argument) { return argument == "--help" || argument == "-h"; });
 }
 
 int runCommand(const std::string& name, const std::vector<std::string>& arguments)

@@ -34,7 +34,8 @@ extern const LumactlCommand moveCommand;
 extern const LumactlCommand copyCommand;
 extern const LumactlCommand renameCommand;
 
-/// In the order of lumactl's help. A new command is a file of its own, an extern line above and an entry here.
+/// In the order of lumactl's help. A new command is a file of its own, an extern line above and an entry
+/// here.
 std::span<const LumactlCommand* const> lumactlCommands();
 
 } // namespace luma

@@ -9,7 +9,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-ExitCode run(const LumactlCommand& command, MoveOperation operation, const std::vector<std::string>& arguments)
+ExitCode run(const LumactlCommand& command, MoveOperation operation,
+             const std::vector<std::string>& arguments)
 {
     const CommandArguments line(arguments, {}, {});
     if (!line.error().empty())
@@ -53,7 +54,8 @@ const LumactlCommand moveCommand = {
     runMove};
 
 const LumactlCommand copyCommand = {
-    "copy", "SITE ITEM... FOLDER", "copy files or folders into a folder of a site and lead links to the copies",
+    "copy", "SITE ITEM... FOLDER",
+    "copy files or folders into a folder of a site and lead links to the copies",
     "As move, but with a copy: the links of copied pages are kept right, and what\n"
     "linked to an item links to its copy from now on.\n"
     "\n"

@@ -9,6 +9,10 @@ if(LUMA_SANITIZE)
   target_compile_options(luma_flags INTERFACE -fsanitize=address,undefined -fno-sanitize-recover=undefined)
   target_link_options(luma_flags INTERFACE -fsanitize=address,undefined)
 endif()
+if(LUMA_FUZZ)
+  target_compile_options(luma_flags INTERFACE -fsanitize=fuzzer-no-link,address,undefined)
+  target_link_options(luma_flags INTERFACE -fsanitize=address,undefined)
+endif()
 
 # luma_library(NAME SOURCES a.cpp ... LINK Qt6::Core ...)
 #   A static library. Its own headers are reached as "room/header.h".

@@ -21,7 +21,8 @@ constexpr auto namedReferences = std::to_array<NamedReference>({
 
 constexpr std::size_t longestName = 32;
 
-// Numbers 0x80 to 0x9F mean windows-1252 (HTML standard, numeric character reference end state); 0 = no change.
+// Numbers 0x80 to 0x9F mean windows-1252 (HTML standard, numeric character reference end state); 0 = no
+// change.
 constexpr std::array<char32_t, 32> windows1252 = {
     0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -40,8 +41,8 @@ const NamedReference* findName(std::string_view name)
     return found != namedReferences.end() && found->name == name ? found : nullptr;
 }
 
-// Each reader appends what the reference at the start of `raw` stands for and gives its length in bytes; 0 when
-// there is none.
+// Each reader appends what the reference at the start of `raw` stands for and gives its length in bytes; 0
+// when there is none.
 std::size_t readNamed(std::string_view raw, ReferenceContext context, std::string& text)
 {
     std::size_t run = 1;
@@ -87,8 +88,8 @@ std::size_t readNumeric(std::string_view raw, std::string& text)
     std::size_t end = digits;
     char32_t codePoint = 0;
     for (; end < raw.size() && digitValue(raw[end], hexadecimal) >= 0; ++end) {
-        codePoint = codePoint * (hexadecimal ? 16U : 10U) +
-                    static_cast<char32_t>(digitValue(raw[end], hexadecimal));
+        codePoint =
+            codePoint * (hexadecimal ? 16U : 10U) + static_cast<char32_t>(digitValue(raw[end], hexadecimal));
         codePoint = std::min<char32_t>(codePoint, 0x110000);
     }
     if (end == digits)

@@ -13,10 +13,10 @@ namespace {
 
 // Start tags that end svg and math (13.2.6.5); font does so with one of three attributes.
 constexpr auto breakoutTags = std::to_array<std::string_view>(
-    {"b",       "big",  "blockquote", "body", "br",    "center", "code",  "dd",   "div",    "dl",   "dt",
-     "em",      "embed", "h1",        "h2",   "h3",    "h4",     "h5",    "h6",   "head",   "hr",   "i",
-     "img",     "li",   "listing",    "menu", "meta",  "nobr",   "ol",    "p",    "pre",    "ruby", "s",
-     "small",   "span", "strong",     "strike", "sub", "sup",    "table", "tt",   "u",      "ul",   "var"});
+    {"b",     "big",   "blockquote", "body",   "br",   "center", "code",  "dd", "div",  "dl",   "dt",
+     "em",    "embed", "h1",         "h2",     "h3",   "h4",     "h5",    "h6", "head", "hr",   "i",
+     "img",   "li",    "listing",    "menu",   "meta", "nobr",   "ol",    "p",  "pre",  "ruby", "s",
+     "small", "span",  "strong",     "strike", "sub",  "sup",    "table", "tt", "u",    "ul",   "var"});
 constexpr auto breakoutFontAttributes = std::to_array<std::string_view>({"color", "face", "size"});
 constexpr auto svgHtmlPoints = std::to_array<std::string_view>({"foreignobject", "desc", "title"});
 constexpr auto mathTextPoints = std::to_array<std::string_view>({"mi", "mo", "mn", "ms", "mtext"});

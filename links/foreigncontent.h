@@ -28,7 +28,15 @@ public:
 
 private:
     // What holds HTML again is an integration point; the text elements of math do but for two of its own.
-    enum class Kind : std::uint8_t { Html, Svg, Math, SvgHtmlPoint, MathHtmlPoint, MathTextPoint, MathAnnotation };
+    enum class Kind : std::uint8_t {
+        Html,
+        Svg,
+        Math,
+        SvgHtmlPoint,
+        MathHtmlPoint,
+        MathTextPoint,
+        MathAnnotation
+    };
     struct Element
     {
         std::string_view name;

@@ -13,8 +13,8 @@ constexpr std::size_t npos = std::string_view::npos;
 
 enum CharacterClass : std::uint8_t {
     Letter = 1,
-    Space = 2,     // tab, line feed, form feed, carriage return, blank
-    NameEnd = 4,   // ends a tag's name: space, '/', '>'
+    Space = 2,      // tab, line feed, form feed, carriage return, blank
+    NameEnd = 4,    // ends a tag's name: space, '/', '>'
     UnquotedEnd = 8 // ends an unquoted value: space, '>'
 };
 
@@ -104,7 +104,8 @@ bool HtmlScanner::startsWith(std::size_t position, std::string_view text) const
 bool HtmlScanner::isTagAt(std::size_t position, std::string_view opening, std::string_view name) const
 {
     const std::size_t nameEnd = position + opening.size() + name.size();
-    return nameEnd < m_source.size() && startsWith(position, opening) && is(m_source[nameEnd], NameEnd) &&
+    return !name.empty() && nameEnd < m_source.size() && startsWith(position, opening) &&
+           is(m_source[nameEnd], NameEnd) &&
            equalIgnoringAsciiCase(m_source.substr(position + opening.size(), name.size()), name);
 }
 

@@ -12,8 +12,8 @@ namespace {
 
 enum class Answer : std::uint8_t { Yes, No, AskDisk };
 
-// Follows a link through the tree as the system would follow it on the disk. What leads out of the site, through
-// a symbolic link or a folder that could not be read, only the disk can tell.
+// Follows a link through the tree as the system would follow it on the disk. What leads out of the site,
+// through a symbolic link or a folder that could not be read, only the disk can tell.
 Answer existsInTree(const SiteTree& tree, SiteTree::Id folder, std::string_view link)
 {
     using Type = SiteTree::Type;
@@ -126,7 +126,8 @@ LinkState LinkChecker::stateOf(std::string_view value, const std::string& folder
     if (folderId != SiteTree::none) {
         constexpr std::string_view index = "index";
         const bool isIndex = value.ends_with("/index") || value == index;
-        answer = existsInTree(*m_tree, folderId, value.substr(0, value.size() - (isIndex ? index.size() : 0)));
+        answer =
+            existsInTree(*m_tree, folderId, value.substr(0, value.size() - (isIndex ? index.size() : 0)));
     }
     if (answer == Answer::AskDisk)
         answer = existsOnDisk(checkedPath(folder, value)) ? Answer::Yes : Answer::No;

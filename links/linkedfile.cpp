@@ -26,9 +26,9 @@ QRegularExpression urlReference(std::string_view name)
 {
     if (!isValidUtf8(name))
         return QRegularExpression(QStringLiteral("("));
-    const QString pattern =
-        QStringLiteral("url\\( *") +
-        QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) + QStringLiteral(" *\\)");
+    const QString pattern = QStringLiteral("url\\( *") +
+                            QString::fromUtf8(name.data(), static_cast<qsizetype>(name.size())) +
+                            QStringLiteral(" *\\)");
     return QRegularExpression(pattern, QRegularExpression::CaseInsensitiveOption);
 }
 
@@ -48,9 +48,7 @@ bool mayHoldUrlReference(std::string_view text)
 }
 
 LinkedFile::LinkedFile(std::filesystem::path target)
-    : m_target(std::move(target)),
-      m_name(m_target.filename().native()),
-      m_nameReference(urlReference(m_name))
+    : m_target(std::move(target)), m_name(m_target.filename().native()), m_nameReference(urlReference(m_name))
 {}
 
 bool LinkedFile::isLinkedFrom(const std::filesystem::path& candidate)

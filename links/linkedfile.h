@@ -11,11 +11,11 @@
 
 namespace luma {
 
-/// Answers for one target whether files of the site refer to it: a page by an attribute or by url(...) in a style
-/// element, a style sheet by url(...) with the file's name, a plain text by holding the file's name.
+/// Answers for one target whether files of the site refer to it: a page by an attribute or by url(...) in a
+/// style element, a style sheet by url(...) with the file's name, a plain text by holding the file's name.
 ///
-/// What is used as part of a regular expression is used unescaped: a name may be a pattern, and one that is no
-/// valid pattern matches nothing. Not for several threads at once.
+/// What is used as part of a regular expression is used unescaped: a name may be a pattern, and one that is
+/// no valid pattern matches nothing. Not for several threads at once.
 class LinkedFile final
 {
 public:
@@ -39,8 +39,8 @@ private:
 /// The same for a single pair.
 bool isLinkedFromSite(const std::filesystem::path& target, const std::filesystem::path& candidate);
 
-/// Matches, letter case ignored, url(...) around `name`, blanks inside the brackets; `name` is a pattern. Invalid
-/// when `name` is none or not UTF-8.
+/// Matches, letter case ignored, url(...) around `name`, blanks inside the brackets; `name` is a pattern.
+/// Invalid when `name` is none or not UTF-8.
 QRegularExpression urlReference(std::string_view name);
 
 /// Whether a valid `expression` matches in `text`.

@@ -82,7 +82,8 @@ bool LinkIndex::Seen::insert(std::uint64_t hash)
     constexpr std::size_t mostRemembered = std::size_t{1} << 22U;
     hash += hash == 0 ? 1 : 0;
     if (m_count * 2 >= m_table.size()) {
-        std::vector<std::uint64_t> old(m_count >= mostRemembered ? 1024 : std::max<std::size_t>(m_table.size() * 2, 1024));
+        std::vector<std::uint64_t> old(
+            m_count >= mostRemembered ? 1024 : std::max<std::size_t>(m_table.size() * 2, 1024));
         old.swap(m_table);
         if (m_count >= mostRemembered)
             old.clear();
@@ -103,8 +104,7 @@ bool LinkIndex::Seen::insert(std::uint64_t hash)
 }
 
 LinkIndex::LinkIndex(const SiteTree& tree)
-    : m_tree(tree),
-      m_linked(std::make_unique<std::atomic<bool>[]>(tree.size()))
+    : m_tree(tree), m_linked(std::make_unique<std::atomic<bool>[]>(tree.size()))
 {
     addFolders();
     for (const Id file : tree.files())
@@ -130,8 +130,9 @@ void LinkIndex::addFolders()
     }
 }
 
-// With no index name on the way a file has one pattern: its name, in its folder. Each index name gives one more
-// for the starts far enough above it, where the link may end before it; and takes those starts from the others.
+// With no index name on the way a file has one pattern: its name, in its folder. Each index name gives one
+// more for the starts far enough above it, where the link may end before it; and takes those starts from the
+// others.
 void LinkIndex::addPatternsOf(Id file, std::string& texts)
 {
     const std::string path = m_tree.subpath(file);
@@ -242,14 +243,16 @@ void LinkIndex::markUp(const Start& start, std::string_view rest)
     }
 }
 
-// The last pattern of the folder that does not come after `wanted`; all patterns that are prefixes of `wanted`
-// are among its own prefixes.
+// The last pattern of the folder that does not come after `wanted`; all patterns that are prefixes of
+// `wanted` are among its own prefixes.
 std::uint32_t LinkIndex::lastNotAfter(Id folder, std::string_view wanted) const
 {
     const auto begin = m_patterns.begin() + m_firstPattern[folder];
     const auto end = m_patterns.begin() + m_firstPattern[folder + 1];
-    const auto after = std::upper_bound(
-        begin, end, wanted, [this](std::string_view key, const Pattern& pattern) { return key < text(pattern); });
+    const auto after =
+        std::upper_bound(begin, end, wanted, [this](std::string_view key, const Pattern& pattern) {
+            return key < text(pattern);
+        });
     return after == begin ? none : static_cast<std::uint32_t>(after - m_patterns.begin() - 1);
 }
 
@@ -285,7 +288,8 @@ std::vector<std::string_view> LinkIndex::references(std::string_view text) const
         const std::size_t name = std::min(text.find_first_not_of(' ', open + 1), text.size());
         // Climbing takes three bytes a level; a folded character is not longer than four bytes.
         const std::size_t longest = 4 * (m_longestReference + 3 * m_longestReference);
-        const std::size_t end = std::min(text.find_first_not_of(' ', std::min(name + longest, text.size())), text.size());
+        const std::size_t end =
+            std::min(text.find_first_not_of(' ', std::min(name + longest, text.size())), text.size());
         references.push_back(text.substr(open + 1, std::min(end + 1, text.size()) - open - 1));
     }
     return references;
@@ -294,7 +298,8 @@ std::vector<std::string_view> LinkIndex::references(std::string_view text) const
 void LinkIndex::addShape(Shapes& shapes, std::u32string name, std::uint32_t index)
 {
     std::u32string shape = name;
-    std::replace_if(shape.begin(), shape.end(), [](char32_t c) { return c != U'.'; }, U'x');
+    std::replace_if(
+        shape.begin(), shape.end(), [](char32_t c) { return c != U'.'; }, U'x');
     shapes[shape][std::move(name)].push_back(index);
 }
 
@@ -355,10 +360,12 @@ void LinkIndex::referUp(const Start& start, std::u32string_view text, std::size_
     if (found == m_upPatterns.end())
         return;
     for (const UpPattern& pattern : found->second) {
-        if (!isPlainPattern(pattern.rest) || (pattern.via != SiteTree::none && pattern.via == start.forbidden))
+        if (!isPlainPattern(pattern.rest) ||
+            (pattern.via != SiteTree::none && pattern.via == start.forbidden))
             continue;
         const std::u32string name = U".." + caseFoldedCodePoints(pattern.rest);
-        if (position <= text.size() && matchesAt(text, position, name) && closesAt(text, position + name.size()))
+        if (position <= text.size() && matchesAt(text, position, name) &&
+            closesAt(text, position + name.size()))
             setLinked(pattern.target);
     }
 }

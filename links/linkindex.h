@@ -13,9 +13,9 @@
 
 namespace luma {
 
-/// Knows for every file of a site the texts that a link must begin with to count as one to it (the relative path
-/// from the page, index pages by their folder, letter case ignored), laid out so that one link finds all files
-/// it counts for without a look at the others: per folder a sorted table of names.
+/// Knows for every file of a site the texts that a link must begin with to count as one to it (the relative
+/// path from the page, index pages by their folder, letter case ignored), laid out so that one link finds all
+/// files it counts for without a look at the others: per folder a sorted table of names.
 ///
 /// Marking is safe on any thread; the tree must outlive the index.
 class LinkIndex final
@@ -44,9 +44,9 @@ public:
     /// Marks every file that a link with this decoded value, in a page in `folder`, counts for.
     void markLinkedBy(std::string_view value, Id folder, Seen& seen);
 
-    /// Marks every file that a url(...) in a style element of a page in `folder` counts for; `reference` is what
-    /// follows the opening bracket. Only files whose path holds no character special to regular expressions but
-    /// the dot, which stands for any character. One thread.
+    /// Marks every file that a url(...) in a style element of a page in `folder` counts for; `reference` is
+    /// what follows the opening bracket. Only files whose path holds no character special to regular
+    /// expressions but the dot, which stands for any character. One thread.
     void markReferencedBy(std::string_view reference, Id folder);
 
     /// The same for a style sheet, where only the file's name counts.
@@ -81,7 +81,8 @@ private:
         Id target = 0;
         Id via = SiteTree::none;
     };
-    // Where a way through the tree starts: `levels` above the page's folder, and not back down into `forbidden`.
+    // Where a way through the tree starts: `levels` above the page's folder, and not back down into
+    // `forbidden`.
     struct Start
     {
         Id folder = SiteTree::root;

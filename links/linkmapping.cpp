@@ -35,7 +35,8 @@ std::string placeOf(std::string_view link, const fs::path& folder)
 
 bool isBoundary(std::string_view value, std::size_t position)
 {
-    return position == value.size() || value[position] == '/' || value[position] == '?' || value[position] == '#';
+    return position == value.size() || value[position] == '/' || value[position] == '?' ||
+           value[position] == '#';
 }
 
 // A run of "../" alone says that the page is inside of the item.
@@ -76,8 +77,8 @@ std::string withAllReplaced(std::string_view value, std::string_view old, std::s
     }
 }
 
-// Every occurrence is replaced, as in "a.html?next=a.html"; but not where only the replacement at the begin leads
-// somewhere, as in "a/a.html" when the folder a has moved.
+// Every occurrence is replaced, as in "a.html?next=a.html"; but not where only the replacement at the begin
+// leads somewhere, as in "a/a.html" when the folder a has moved.
 std::string replaced(std::string_view value, std::string_view old, std::string_view replacement,
                      const fs::path& folder)
 {
@@ -93,9 +94,9 @@ std::string rebasedLink(const std::string& value, const fs::path& oldFolder, con
     const fs::path place = resolveRelativeLink(value, oldFolder);
     if (isExternalLink(value) || (hasSchemeOrHost(value) && !standsOnDisk(place)))
         return value;
-    if (!value.starts_with('/') && placeOf(value, newFolder) == comparablePath(place.native()))
-        return value;
-    return relativePath(place, newFolder);
+    std::string rebased = relativePath(place, newFolder);
+    // ".." and "../" mean the same.
+    return rebased == value + "/" ? value : rebased;
 }
 
 LinkMapping::LinkMapping(const std::vector<MovedItem>& items)
@@ -106,6 +107,10 @@ LinkMapping::LinkMapping(const std::vector<MovedItem>& items)
         m_byFrom.try_emplace(m_items.back().from, m_items.size() - 1);
         names.insert(fs::path(m_items.back().from).filename().native());
     }
+    for (const Item& item : m_items)
+        m_fromLengths.push_back(item.from.size());
+    std::sort(m_fromLengths.begin(), m_fromLengths.end(), std::greater<>());
+    m_fromLengths.erase(std::unique(m_fromLengths.begin(), m_fromLengths.end()), m_fromLengths.end());
     std::string characters;
     for (const std::string& name : names) {
         characters += name;
@@ -130,8 +135,9 @@ bool LinkMapping::mayConcern(std::string_view source) const
         return true;
     for (std::size_t i = source.find('&'); i != std::string_view::npos; i = source.find('&', i + 1)) {
         const std::string_view rest = source.substr(i + 1);
-        if (rest.starts_with('#') || std::any_of(m_references.begin(), m_references.end(),
-                                                 [rest](const std::string& name) { return rest.starts_with(name); }))
+        if (rest.starts_with('#') ||
+            std::any_of(m_references.begin(), m_references.end(),
+                        [rest](const std::string& name) { return rest.starts_with(name); }))
             return true;
     }
     return false;
@@ -149,15 +155,14 @@ std::optional<fs::path> LinkMapping::oldFolderOf(const fs::path& path) const
 
 const LinkMapping::Item* LinkMapping::itemAt(const std::string& place) const
 {
-    std::string_view path = place;
-    for (;;) {
-        if (const auto found = m_byFrom.find(std::string(path)); found != m_byFrom.end())
+    // By the lengths that occur: a hostile place may have a million components.
+    for (const std::size_t length : m_fromLengths) {
+        if (length > place.size() || (length < place.size() && place[length] != '/'))
+            continue;
+        if (const auto found = m_byFrom.find(place.substr(0, length)); found != m_byFrom.end())
             return &m_items[found->second];
-        const std::size_t slash = path.rfind('/');
-        if (slash == std::string_view::npos || slash == 0)
-            return nullptr;
-        path = path.substr(0, slash);
     }
+    return nullptr;
 }
 
 LinkMapping::WrittenItems LinkMapping::writtenFrom(const fs::path& folder) const
@@ -205,7 +210,8 @@ std::optional<std::string> LinkMapping::updated(const std::string& value, const 
     return std::nullopt;
 }
 
-std::string LinkMapping::moved(const std::string& value, const fs::path& oldFolder, const fs::path& folder) const
+std::string LinkMapping::moved(const std::string& value, const fs::path& oldFolder,
+                               const fs::path& folder) const
 {
     const Item* item = nullptr;
     std::string place;
@@ -230,7 +236,8 @@ std::vector<LinkChange> LinkMapping::changesOf(const ParsedPage& page, const fs:
     std::vector<LinkChange> changes;
     const WrittenItems written = writtenFrom(folder);
     for (std::size_t i = 0; i < page.links.size(); ++i) {
-        if (auto value = updated(page.links[i].value, folder, written); value && *value != page.links[i].value)
+        if (auto value = updated(page.links[i].value, folder, written);
+            value && *value != page.links[i].value)
             changes.push_back({i, *std::move(value)});
     }
     return changes;

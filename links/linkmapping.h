@@ -20,13 +20,14 @@ struct MovedItem
     std::filesystem::path to;
 };
 
-/// The link's value for a page that goes from one folder to another, so that it means the same file; the value
-/// itself where it does already, is external, or is no path.
+/// The link's value for a page that goes from one folder to another, so that it means the same file; the
+/// value itself where it does already, is external, or is no path.
 std::string rebasedLink(const std::string& value, const std::filesystem::path& oldFolder,
                         const std::filesystem::path& newFolder);
 
-/// What a set of moved, copied or renamed items means for the links of pages. The items are at their new places
-/// already: whether something stands where a link leads is looked up on the disk. Any thread, once made.
+/// What a set of moved, copied or renamed items means for the links of pages. The items are at their new
+/// places already: whether something stands where a link leads is looked up on the disk. Any thread, once
+/// made.
 class LinkMapping final
 {
 public:
@@ -41,8 +42,8 @@ public:
     /// The changes of a page in `folder` that stayed there: links to the items.
     [[nodiscard]] std::vector<LinkChange> changesOf(const ParsedPage& page,
                                                     const std::filesystem::path& folder) const;
-    /// The changes of a page that came from `oldFolder` with one of the items: links to items that moved, and all
-    /// that would lead elsewhere now.
+    /// The changes of a page that came from `oldFolder` with one of the items: links to items that moved, and
+    /// all that would lead elsewhere now.
     [[nodiscard]] std::vector<LinkChange> changesOfMoved(const ParsedPage& page,
                                                          const std::filesystem::path& oldFolder,
                                                          const std::filesystem::path& folder) const;
@@ -63,9 +64,8 @@ private:
 
     [[nodiscard]] WrittenItems writtenFrom(const std::filesystem::path& folder) const;
     [[nodiscard]] const Item* itemAt(const std::string& place) const;
-    [[nodiscard]] std::optional<std::string> updated(const std::string& value,
-                                                     const std::filesystem::path& folder,
-                                                     const WrittenItems& written) const;
+    [[nodiscard]] std::optional<std::string>
+    updated(const std::string& value, const std::filesystem::path& folder, const WrittenItems& written) const;
     [[nodiscard]] bool isGuarded(const std::string& value, const std::filesystem::path& folder,
                                  const Item& item) const;
     [[nodiscard]] std::string moved(const std::string& value, const std::filesystem::path& oldFolder,
@@ -73,6 +73,7 @@ private:
 
     std::vector<Item> m_items;
     std::unordered_map<std::string, std::size_t> m_byFrom;
+    std::vector<std::size_t> m_fromLengths; // longest first
     NameSearch m_names;
     std::vector<std::string> m_references; // named ones that may stand for a part of a name
     bool m_anyBytes = false;               // a name that may be written in too many ways

@@ -68,14 +68,12 @@ Result<bool> findLinksTo(const fs::path& site, const fs::path& target, const Sub
     for (std::size_t worker = 0; worker < Work::workerCount(); ++worker)
         targets.push_back(std::make_unique<LinkedFile>(target));
     return Work(files.size(), stillWanted)
-        .run(
-            [&](std::size_t index, std::size_t worker) {
-                return targets[worker]->isLinkedFrom(tree->path(files[index]));
-            },
-            [&](std::size_t index, bool linked) {
-                if (linked)
-                    subpath(tree->subpath(files[index]));
-            });
+        .run([&](std::size_t index,
+                 std::size_t worker) { return targets[worker]->isLinkedFrom(tree->path(files[index])); },
+             [&](std::size_t index, bool linked) {
+                 if (linked)
+                     subpath(tree->subpath(files[index]));
+             });
 }
 
 } // namespace luma

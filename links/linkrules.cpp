@@ -90,8 +90,8 @@ bool isExternalLink(std::string_view link)
         return false;
     if (link.front() == '#')
         return true;
-    if (asciiLower(link.front()) == 'h' && (startsWithIgnoringAsciiCase(link, "http://") ||
-                                            startsWithIgnoringAsciiCase(link, "https://")))
+    if (asciiLower(link.front()) == 'h' &&
+        (startsWithIgnoringAsciiCase(link, "http://") || startsWithIgnoringAsciiCase(link, "https://")))
         return true;
     return link.find(':') != std::string_view::npos && containsIgnoringAsciiCase(link, "mailto:");
 }

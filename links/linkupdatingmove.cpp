@@ -63,8 +63,7 @@ private:
 } // namespace
 
 LinkUpdatingMove::LinkUpdatingMove(fs::path site, Callbacks callbacks)
-    : m_site(trimmed(site)),
-      m_callbacks(std::move(callbacks))
+    : m_site(trimmed(site)), m_callbacks(std::move(callbacks))
 {}
 
 void LinkUpdatingMove::log(const std::string& text) const

@@ -32,17 +32,18 @@ struct MoveProblem
 struct MoveOutcome
 {
     std::vector<MovedItem> moved;
-    std::vector<std::filesystem::path> rewritten; // pages, in the byte order of their subpaths, where they are now
+    std::vector<std::filesystem::path>
+        rewritten; // pages, in the byte order of their subpaths, where they are now
     std::vector<MoveProblem> problems;
     bool complete = true; // false: it was no longer wanted
 };
 
-/// Moves, copies or renames items of a site and keeps the links right: pages that moved go on meaning the same
-/// files, links to what moved are rewritten in every page of the site. After a copy links lead to the copy.
-/// All file operations come first, then one pass over the pages, each of which is read once at most.
+/// Moves, copies or renames items of a site and keeps the links right: pages that moved go on meaning the
+/// same files, links to what moved are rewritten in every page of the site. After a copy links lead to the
+/// copy. All file operations come first, then one pass over the pages, each of which is read once at most.
 ///
-/// Run it on a background thread; it uses the other cores too. The callables are called on the thread that runs
-/// it, in order, but for stillWanted. There is no way back: what was done when it is stopped stays.
+/// Run it on a background thread; it uses the other cores too. The callables are called on the thread that
+/// runs it, in order, but for stillWanted. There is no way back: what was done when it is stopped stays.
 class LinkUpdatingMove final
 {
 public:
@@ -57,8 +58,8 @@ public:
         StillWanted stillWanted;
     };
 
-    /// `site` is the folder whose pages are looked through, as an absolute path; items and folders are spelled
-    /// with the same beginning where they are inside of it.
+    /// `site` is the folder whose pages are looked through, as an absolute path; items and folders are
+    /// spelled with the same beginning where they are inside of it.
     LinkUpdatingMove(std::filesystem::path site, Callbacks callbacks);
 
     /// Moves or copies the items into `folder` and updates the links.

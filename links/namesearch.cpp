@@ -46,7 +46,8 @@ void NameSearch::Group::index()
 {
     if (anchors.empty())
         return;
-    std::sort(anchors.begin(), anchors.end(), [](const Anchor& a, const Anchor& b) { return a.gram < b.gram; });
+    std::sort(anchors.begin(), anchors.end(),
+              [](const Anchor& a, const Anchor& b) { return a.gram < b.gram; });
     const std::size_t slots = std::bit_ceil(anchors.size() * 2);
     const std::size_t bitCount = std::max<std::size_t>(slots * 8, 64);
     table.assign(slots, 0);

@@ -20,8 +20,8 @@ public:
 
     [[nodiscard]] const std::vector<std::string>& names() const { return m_names; }
 
-    /// Calls found(index) for every place in `text` where the name of that index stands; stops when it answers
-    /// false.
+    /// Calls found(index) for every place in `text` where the name of that index stands; stops when it
+    /// answers false.
     template <class Found>
     void search(std::string_view text, Found found) const;
 
@@ -45,13 +45,13 @@ private:
         std::uint32_t offset = 0; // of the gram in the name
     };
 
-    // All names whose grams are of one width: names of at least that length and less than twice of it, but for
-    // the widest.
+    // All names whose grams are of one width: names of at least that length and less than twice of it, but
+    // for the widest.
     struct Group
     {
-        std::vector<Anchor> anchors; // sorted by gram
+        std::vector<Anchor> anchors;      // sorted by gram
         std::vector<std::uint32_t> table; // by hash: index of a gram's first anchor, plus 1
-        std::vector<std::uint64_t> bits; // by hash: whether any gram has it
+        std::vector<std::uint64_t> bits;  // by hash: whether any gram has it
         unsigned bitShift = 64;
         unsigned tableShift = 64;
 

@@ -54,9 +54,9 @@ ValueParts partsOf(std::string_view raw, std::string_view old, std::string_view 
     const auto first = std::find_if(boundaries.begin(), boundaries.end(), [&](const ValueBoundary& boundary) {
         return boundary.decoded >= old.size() - atEnd;
     });
-    const auto last = std::find_if(boundaries.rbegin(), boundaries.rend(), [&](const ValueBoundary& boundary) {
-        return boundary.decoded <= atBegin;
-    });
+    const auto last =
+        std::find_if(boundaries.rbegin(), boundaries.rend(),
+                     [&](const ValueBoundary& boundary) { return boundary.decoded <= atBegin; });
     const std::size_t tail = old.size() - first->decoded;
     return {raw.substr(0, last->raw), value.substr(last->decoded, value.size() - tail - last->decoded),
             raw.substr(first->raw)};
@@ -69,9 +69,10 @@ Quotes quotesFor(Quotes old, const ValueParts& parts)
         return old;
     const bool empty = parts.before.empty() && parts.changed.empty() && parts.after.empty();
     const bool slashAtEnd = parts.after.empty() && parts.changed.ends_with('/');
-    const bool bare = old == Quotes::None && !empty && !slashAtEnd &&
-                      parts.changed.find_first_of("\t\n\f\r \"'=<>`") == std::string_view::npos &&
-                      !(parts.before.empty() && parts.changed.empty() && parts.after.find_first_of("\"'") == 0);
+    const bool bare =
+        old == Quotes::None && !empty && !slashAtEnd &&
+        parts.changed.find_first_of("\t\n\f\r \"'=<>`") == std::string_view::npos &&
+        !(parts.before.empty() && parts.changed.empty() && parts.after.find_first_of("\"'") == 0);
     return bare ? Quotes::None : Quotes::Double;
 }
 
@@ -80,10 +81,12 @@ std::string writtenValue(const PageLink& link, std::string_view raw, std::string
 {
     const ValueParts parts = partsOf(raw, link.value, value);
     const Quotes quotes = quotesFor(link.quotes, parts);
-    std::string written = std::string(parts.before).append(escaped(parts.changed, quotes)).append(parts.after);
-    // A reference without a semicolon may swallow what now follows it, and a quote may stand in the wrong place.
-    const bool mixesQuotes = link.quotes == Quotes::None && quotes == Quotes::Double &&
-                             written.find('"') != std::string::npos;
+    std::string written =
+        std::string(parts.before).append(escaped(parts.changed, quotes)).append(parts.after);
+    // A reference without a semicolon may swallow what now follows it, and a quote may stand in the wrong
+    // place.
+    const bool mixesQuotes =
+        link.quotes == Quotes::None && quotes == Quotes::Double && written.find('"') != std::string::npos;
     if (mixesQuotes || decodeCharacters(written, ReferenceContext::AttributeValue) != value)
         written = escaped(value, quotes);
     if (quotes == link.quotes)
@@ -112,7 +115,8 @@ std::optional<ParsedPage> parsePage(std::string source)
             continue;
         forEachLinkOf(token, [&](std::size_t index, const HtmlAttribute& attribute) {
             const std::size_t begin = offsetIn(page.source, attribute.value);
-            links.at(index).push_back({index, decodeCharacters(attribute.value, ReferenceContext::AttributeValue),
+            links.at(index).push_back({index,
+                                       decodeCharacters(attribute.value, ReferenceContext::AttributeValue),
                                        begin, begin + attribute.value.size(), attribute.quotes});
         });
     }

@@ -12,8 +12,8 @@
 
 namespace luma {
 
-/// One link of a page: `value` is decoded, the bytes from `begin` to `end` of the source are how it is written,
-/// without quotes.
+/// One link of a page: `value` is decoded, the bytes from `begin` to `end` of the source are how it is
+/// written, without quotes.
 struct PageLink
 {
     std::size_t attribute = 0; // index into linkAttributes
@@ -50,8 +50,8 @@ struct LinkChange
     std::string value;    // decoded
 };
 
-/// The page's source with the values of these links changed and every other byte as it was. `changes` name each
-/// link at most once. The part of a value that stays at its end keeps its spelling.
+/// The page's source with the values of these links changed and every other byte as it was. `changes` name
+/// each link at most once. The part of a value that stays at its end keeps its spelling.
 std::string withChangedLinks(const ParsedPage& page, std::vector<LinkChange> changes);
 
 template <class Sink>

@@ -132,7 +132,8 @@ void SiteTree::buildTable()
 SiteTree::Id SiteTree::child(Id folder, std::string_view wanted) const
 {
     const std::size_t mask = m_table.size() - 1;
-    for (std::size_t slot = hashBytes(wanted, folder) & mask; m_table[slot] != none; slot = (slot + 1) & mask) {
+    for (std::size_t slot = hashBytes(wanted, folder) & mask; m_table[slot] != none;
+         slot = (slot + 1) & mask) {
         const Id id = m_table[slot];
         if (m_entries[id].parent == folder && name(id) == wanted)
             return id;

@@ -12,7 +12,8 @@
 
 namespace luma {
 
-/// What stands below a site's folder, as it was when it was read: hidden items too, symbolic links not followed,
+/// What stands below a site's folder, as it was when it was read: hidden items too, symbolic links not
+/// followed,
 /// ".DS_Store" left out. Reports ask it instead of the disk. Unchanging once read, so any thread may ask.
 class SiteTree final
 {
@@ -23,8 +24,8 @@ public:
 
     enum class Type : std::uint8_t { File, Folder, LinkToFile, LinkToFolder, BrokenLink, UnreadableFolder };
 
-    /// Error: the site's folder itself can't be read, or the job is no longer wanted. A folder inside that can't
-    /// be read counts as empty.
+    /// Error: the site's folder itself can't be read, or the job is no longer wanted. A folder inside that
+    /// can't be read counts as empty.
     static Result<SiteTree> read(const std::filesystem::path& root, const StillWanted& stillWanted = {});
 
     /// Everything but folders, in the byte order of the subpaths.

@@ -59,7 +59,8 @@ private:
         while (scanner.next(token)) {
             if (token.kind != HtmlTokenKind::StartTag)
                 continue;
-            page.hasStyle = page.hasStyle || (token.name.size() == 5 && equalIgnoringAsciiCase(token.name, "style"));
+            page.hasStyle =
+                page.hasStyle || (token.name.size() == 5 && equalIgnoringAsciiCase(token.name, "style"));
             forEachLinkOf(token, [&](std::size_t, const HtmlAttribute& attribute) {
                 if (needsDecoding(attribute.value))
                     m_index->markLinkedBy(decodeCharacters(attribute.value, ReferenceContext::AttributeValue),
@@ -94,9 +95,7 @@ class UnlinkedItems final
 {
 public:
     UnlinkedItems(const SiteTree& tree, const UnlinkedItemsCallbacks& callbacks)
-        : m_tree(tree),
-          m_callbacks(callbacks),
-          m_index(tree)
+        : m_tree(tree), m_callbacks(callbacks), m_index(tree)
     {}
 
     // Each step is false when the report is no longer wanted.

@@ -15,18 +15,19 @@ struct UnlinkedItemsCallbacks
 {
     /// The file that is being looked through.
     std::function<void(const std::string& subpath)> examining;
-    /// An unlinked file, in the byte order of the subpaths. Rows come when all files have been looked through.
+    /// An unlinked file, in the byte order of the subpaths. Rows come when all files have been looked
+    /// through.
     std::function<void(const std::string& subpath)> row;
     StillWanted stillWanted;
 };
 
-/// Finds the files of a site that no file of it refers to, in the sense of isLinkedFromSite. Every file is read
-/// once (but for those with characters special to regular expressions in their names, which are asked for one by
-/// one when nothing else speaks for them).
+/// Finds the files of a site that no file of it refers to, in the sense of isLinkedFromSite. Every file is
+/// read once (but for those with characters special to regular expressions in their names, which are asked
+/// for one by one when nothing else speaks for them).
 ///
-/// `excludedFolders` are names with commas between, regular expressions with letter case ignored: what is below
-/// such a folder at the top of the site is not reported, though its links count. One that is no valid expression
-/// is taken literally. False when it was no longer wanted. Error: the site's folder can't be read.
+/// `excludedFolders` are names with commas between, regular expressions with letter case ignored: what is
+/// below such a folder at the top of the site is not reported, though its links count. One that is no valid
+/// expression is taken literally. False when it was no longer wanted. Error: the site's folder can't be read.
 Result<bool> findUnlinkedItems(const std::filesystem::path& site, std::string_view excludedFolders,
                                const UnlinkedItemsCallbacks& callbacks);
 

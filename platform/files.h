@@ -16,7 +16,8 @@ namespace luma {
 /// The whole file as bytes. Refuses what is not a regular file (a FIFO would block for ever).
 Result<std::string> readFile(const std::filesystem::path& path);
 
-/// Reads one file after another into memory that it uses again, for work that goes over many files. One thread.
+/// Reads one file after another into memory that it uses again, for work that goes over many files. One
+/// thread.
 class FileReader final
 {
 public:

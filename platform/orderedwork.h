@@ -21,9 +21,7 @@ class OrderedWork final
 {
 public:
     explicit OrderedWork(std::size_t count, StillWanted stillWanted)
-        : m_count(count),
-          m_stillWanted(std::move(stillWanted)),
-          m_slots(window)
+        : m_count(count), m_stillWanted(std::move(stillWanted)), m_slots(window)
     {}
 
     static std::size_t workerCount()

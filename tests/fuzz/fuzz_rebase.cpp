@@ -1,0 +1,54 @@
+#include "links/linkoperations.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdlib>
+
+// Rebasing one page: the page that comes out has the same links with the values that were asked for, and all
+// bytes outside of them are the same.
+
+using namespace luma;
+
+namespace {
+
+void require(bool holds)
+{
+    if (!holds)
+        std::abort();
+}
+
+std::string withoutValues(const ParsedPage& page)
+{
+    std::string rest = page.source;
+    std::vector<PageLink> links = page.links;
+    std::sort(links.begin(), links.end(),
+              [](const PageLink& a, const PageLink& b) { return a.begin > b.begin; });
+    for (const PageLink& link : links) {
+        // Quotes and the equals sign may have been added.
+        const bool quoted = link.quotes == Quotes::Double;
+        const std::size_t begin = link.begin - (quoted ? 1 : 0);
+        rest.erase(begin, link.end + (quoted ? 1 : 0) - begin);
+        if (begin > 0 && rest[begin - 1] == '=' && link.quotes == Quotes::Double)
+            rest.erase(begin - 1, 1);
+    }
+    return rest;
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+{
+    const auto page = parsePage(std::string(reinterpret_cast<const char*>(data), size));
+    if (!page)
+        return 0;
+    const auto rebased = parsePage(rebaseLinks(*page, "/s/a \"'&", "/s/b"));
+    require(rebased && rebased->links.size() == page->links.size());
+    bool plain = true;
+    for (std::size_t i = 0; i < page->links.size(); ++i) {
+        require(rebased->links[i].value == rebasedLink(page->links[i].value, "/s/a \"'&", "/s/b"));
+        plain = plain && page->links[i].quotes == Quotes::Double;
+    }
+    if (plain)
+        require(withoutValues(*page) == withoutValues(*rebased));
+    return 0;
+}

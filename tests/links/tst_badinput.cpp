@@ -1,0 +1,202 @@
+#include "links/linkoperations.h"
+#include "links/linkreports.h"
+#include "links/linkupdatingmove.h"
+#include "links/unlinkeditems.h"
+#include "tests/links/site.h"
+#include "tests/support/registry.h"
+
+#include <QTest>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+
+using namespace luma;
+using test::Site;
+
+namespace {
+
+std::string repeated(std::string_view text, std::size_t times)
+{
+    std::string all;
+    all.reserve(text.size() * times);
+    for (std::size_t i = 0; i < times; ++i)
+        all += text;
+    return all;
+}
+
+// Runs `f` in a child of an ordinary user, whose exit code is the answer.
+template <class Function>
+int asOrdinaryUser(Function f)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::getuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0))
+            ::_exit(100);
+        ::_exit(f());
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) ? WEXITSTATUS(status) : 101;
+}
+
+} // namespace
+
+class tst_badinput final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void hostilePages_areReadAndRewritten_data()
+    {
+        QTest::addColumn<std::string>("page");
+        QTest::addColumn<bool>("isPage");
+        QTest::newRow("deep") << repeated("<div>", 100'000) + repeated("<svg><desc>", 50'000) +
+                                     repeated("</x>", 100'000)
+                              << true;
+        QTest::newRow("50 MB") << repeated("<p title='x'>text &amp; more</p>\n", 1'700'000) << true;
+        QTest::newRow("attribute of 1 MB")
+            << "<a href='" + repeated("x/", 500'000) + "'><a title='" + repeated("&amp;", 200'000) + "'>"
+            << true;
+        QTest::newRow("many attributes") << "<a " + repeated("href=x ", 200'000) + ">" << true;
+        QTest::newRow("unended") << repeated("<a href=\"", 50'000) + repeated("<!--", 50'000) << true;
+        QTest::newRow("brackets") << repeated("<", 1'000'000) + repeated("</", 100'000) << true;
+        QTest::newRow("climbing") << "<a href='" + repeated("../", 300'000) + "x'>" << true;
+        QTest::newRow("odd values")
+            << std::string("<a href='%'><a href='\\'><a href='a\nb'><a href='a\0b'><a href=`\"'>", 54)
+            << true;
+        QTest::newRow("binary") << std::string("\x89PNG\r\n\x1A\n\0\0<a href=x.png>", 26) << false;
+        QTest::newRow("truncated UTF-8") << std::string("<a href=x.png>\xE2\x82") << false;
+    }
+    void hostilePages_areReadAndRewritten()
+    {
+        QFETCH(std::string, page);
+        QFETCH(bool, isPage);
+        const std::string tail = "<!-- \"' --><a href=x.png>";
+        const Site site({{"a/page.html", isPage ? page : page + tail}, {"x.png", ""}, {"b/z", ""}});
+        const Site inFront({{"page.html", "<a href=x.png>" + page}, {"x.png", ""}, {"b/z", ""}});
+        QVERIFY(findMissingLinks(site.root(), FindingsKept::All, [](const PageFindings&) {}));
+        QVERIFY(findUnlinkedItems(site.root(), "", {}));
+        LinkUpdatingMove(inFront.root(), {}).run(MoveOperation::Move, {inFront.at("x.png")}, inFront.at("b"));
+        QVERIFY(inFront.bytesOf("page.html") == (isPage ? "<a href=b/x.png>" : "<a href=x.png>") + page);
+        const std::string before = site.bytesOf("a/page.html");
+        LinkUpdatingMove(site.root(), {}).run(MoveOperation::Move, {site.at("a/page.html")}, site.at("b"));
+        if (!isPage)
+            QVERIFY(site.bytesOf("b/page.html") == before);
+    }
+
+    void namesOfAllKinds_areKept()
+    {
+        for (const std::string name :
+             {"a\nb.png", "a\"b'.png", "100%.png", "a&amp;b.png", "\xFF.png", "a b#c?.png", "\\.png"}) {
+            const bool text = name != "\xFF.png";
+            std::string value;
+            for (const char c : name)
+                value += c == '&'   ? std::string("&amp;")
+                         : c == '"' ? std::string("&quot;")
+                                    : std::string(1, c);
+            const Site site(
+                {{name, ""}, {"b/z", ""}, {"o.html", text ? "<img src=\"" + value + "\">" : "<img src=x>"}});
+            const MoveOutcome outcome =
+                LinkUpdatingMove(site.root(), {}).run(MoveOperation::Move, {site.at(name)}, site.at("b"));
+            QVERIFY(outcome.problems.empty());
+            QVERIFY(site.contents().count("b/" + name));
+            QCOMPARE(QByteArray::fromStdString(site.bytesOf("o.html")),
+                     QByteArray::fromStdString(text ? "<img src=\"b/" + value + "\">" : "<img src=x>"));
+        }
+    }
+
+    void pageChangedMeanwhile_isReadAgain()
+    {
+        const Site site(test::Files{{"x.html", "old"}});
+        int reads = 0;
+        const auto written = rewritePage(site.at("x.html"), [&](std::string source) {
+            if (++reads == 1)
+                site.put("x.html", "somebody else's");
+            return source + "!";
+        });
+        QVERIFY(written && *written);
+        QCOMPARE(site.bytesOf("x.html"), std::string("somebody else's!"));
+    }
+
+    void pageDeletedMeanwhile_staysDeleted()
+    {
+        const Site site(test::Files{{"x.html", "old"}});
+        const auto written = rewritePage(site.at("x.html"), [&](std::string source) {
+            std::filesystem::remove(site.at("x.html"));
+            return source + "!";
+        });
+        QVERIFY(written && !*written);
+        QVERIFY(!std::filesystem::exists(site.at("x.html")));
+    }
+
+    // The file size limit stands for a disk that fills up.
+    void fullDisk_leavesThePageAndIsNamed()
+    {
+        const std::string page = "<img src=x.png>" + std::string(200'000, 'y');
+        const Site site({{"x.png", ""}, {"b/z", ""}, {"big.html", page}, {"small.html", "<img src=x.png>"}});
+        const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit old = {};
+        getrlimit(RLIMIT_FSIZE, &old);
+        const rlimit small = {100'000, old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+        const MoveOutcome outcome =
+            LinkUpdatingMove(site.root(), {}).run(MoveOperation::Move, {site.at("x.png")}, site.at("b"));
+        setrlimit(RLIMIT_FSIZE, &old);
+        (void)std::signal(SIGXFSZ, oldHandler);
+        QCOMPARE(outcome.problems.size(), std::size_t{1});
+        QVERIFY(outcome.problems.front().text.find("big.html") != std::string::npos);
+        QVERIFY(outcome.problems.front().kind == MoveProblem::Kind::NotRewritten);
+        QVERIFY(site.bytesOf("big.html") == page);
+        QCOMPARE(site.bytesOf("small.html"), std::string("<img src=b/x.png>"));
+        QCOMPARE(site.contents().size(), std::size_t{4});
+    }
+
+    void readOnlyPagesAndFolders_stayAndAreNamed()
+    {
+        const Site site({{"x.png", ""},
+                         {"b/z", ""},
+                         {"o.html", "<img src=x.png>"},
+                         {"r.html", "<img src=x.png>"},
+                         {"f/o.html", "<img src=../x.png>"}});
+        if (::getuid() == 0) {
+            QCOMPARE(::chown(site.root().c_str(), 65534, 65534), 0);
+            for (const auto& entry : std::filesystem::recursive_directory_iterator(site.root()))
+                QCOMPARE(::chown(entry.path().c_str(), 65534, 65534), 0);
+        }
+        std::filesystem::permissions(site.at("r.html"), std::filesystem::perms(0444));
+        std::filesystem::permissions(site.at("f"), std::filesystem::perms(0555));
+        const int problems = asOrdinaryUser([&] {
+            const MoveOutcome outcome =
+                LinkUpdatingMove(site.root(), {}).run(MoveOperation::Move, {site.at("x.png")}, site.at("b"));
+            bool named = outcome.problems.size() == 2;
+            for (const MoveProblem& problem : outcome.problems)
+                named = named && problem.text.find(problem.path.filename().native()) != std::string::npos;
+            return named ? 2 : 50;
+        });
+        std::filesystem::permissions(site.at("f"), std::filesystem::perms(0755));
+        QCOMPARE(problems, 2);
+        QCOMPARE(site.bytesOf("o.html"), std::string("<img src=b/x.png>"));
+        QCOMPARE(site.bytesOf("r.html"), std::string("<img src=x.png>"));
+        QCOMPARE(site.bytesOf("f/o.html"), std::string("<img src=../x.png>"));
+        QCOMPARE(site.contents().size(), std::size_t{5});
+    }
+
+    void specialFiles_areNotOpened()
+    {
+        const Site site({{"x.png", ""}, {"b/z", ""}});
+        QCOMPARE(::mkfifo(site.at("pipe.html").c_str(), 0600), 0);
+        std::filesystem::create_symlink("loop.html", site.at("loop.html"));
+        QVERIFY(findMissingLinks(site.root(), FindingsKept::All, [](const PageFindings&) {}));
+        QVERIFY(findUnlinkedItems(site.root(), "", {}));
+        QVERIFY(LinkUpdatingMove(site.root(), {})
+                    .run(MoveOperation::Move, {site.at("x.png")}, site.at("b"))
+                    .problems.empty());
+    }
+};
+
+LUMA_TEST(tst_badinput)
+#include "tst_badinput.moc"

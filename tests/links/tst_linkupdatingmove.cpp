@@ -1,0 +1,264 @@
+#include "links/linkoperations.h"
+#include "links/linkupdatingmove.h"
+#include "tests/links/site.h"
+#include "tests/support/registry.h"
+
+#include <QTest>
+
+using namespace luma;
+using test::Files;
+using test::Site;
+Q_DECLARE_METATYPE(Files)
+
+namespace {
+
+struct Run
+{
+    MoveOutcome outcome;
+    std::string log;
+};
+
+Run run(const Site& site, MoveOperation operation, const QByteArrayList& items, const char* folder,
+        StillWanted stillWanted = {})
+{
+    Run result;
+    LinkUpdatingMove::Callbacks callbacks;
+    callbacks.log = [&result](const std::string& text) { result.log += text; };
+    callbacks.stillWanted = std::move(stillWanted);
+    std::vector<std::filesystem::path> paths;
+    for (const QByteArray& item : items)
+        paths.push_back(site.at(item.toStdString()));
+    result.outcome = LinkUpdatingMove(site.root(), callbacks).run(operation, paths, site.at(folder));
+    return result;
+}
+
+void compare(const Site& site, const Files& expected)
+{
+    const Files contents = site.contents();
+    for (const auto& [subpath, bytes] : expected)
+        QCOMPARE(QByteArray::fromStdString(subpath + ": " +
+                                           (contents.count(subpath) ? contents.at(subpath) : "gone")),
+                 QByteArray::fromStdString(subpath + ": " + bytes));
+    QCOMPARE(contents.size(), expected.size());
+}
+
+} // namespace
+
+class tst_linkupdatingmove final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void move_keepsLinksRight_data()
+    {
+        QTest::addColumn<Files>("before");
+        QTest::addColumn<QByteArrayList>("items");
+        QTest::addColumn<Files>("after");
+        const auto row = [](const char* name, const Files& before, const QByteArrayList& items,
+                            const Files& after) { QTest::newRow(name) << before << items << after; };
+        row("a page",
+            {{"a/x.html", "<a href=img/p.png><a href=x.html><a href=../b/z.html>"},
+             {"a/y.html", "<a href=x.html#t>"},
+             {"b/z.html", ""}},
+            {"a/x.html"},
+            {{"b/x.html", "<a href=../a/img/p.png><a href=x.html><a href=z.html>"},
+             {"a/y.html", "<a href=../b/x.html#t>"},
+             {"b/z.html", ""}});
+        row("pages that stay together",
+            {{"a/x.html", "<a href=y.html><a href='./y.html?q'>"},
+             {"a/y.html", "<a href=x.html>"},
+             {"b/z", ""}},
+            {"a/x.html", "a/y.html"},
+            {{"b/x.html", "<a href=y.html><a href='./y.html?q'>"},
+             {"b/y.html", "<a href=x.html>"},
+             {"b/z", ""}});
+        row("a folder",
+            {{"a/x.html", "<a href=sub/y.html><a href=../o.html><a href=http://h/>"},
+             {"a/sub/y.html", "<a href=../x.html><a href=../../o.html>"},
+             {"o.html", "<a href=a/sub/y.html><a href=a><a href=a/>"},
+             {"b/z", ""}},
+            {"a"},
+            {{"b/a/x.html", "<a href=sub/y.html><a href=../../o.html><a href=http://h/>"},
+             {"b/a/sub/y.html", "<a href=../x.html><a href=../../../o.html>"},
+             {"o.html", "<a href=b/a/sub/y.html><a href=b/a><a href=b/a/>"},
+             {"b/z", ""}});
+        row("names that begin alike",
+            {{"doc/x.html", ""},
+             {"docs/x.html", ""},
+             {"a.htm", ""},
+             {"a.html", ""},
+             {"b/z", ""},
+             {"o.html",
+              "<a href=docs/x.html#t><a href=doc/x.html><a href=a.html><a href=a.htm><a href=a.html?q>"}},
+            {"doc", "a.htm"},
+            {{"b/doc/x.html", ""},
+             {"docs/x.html", ""},
+             {"b/a.htm", ""},
+             {"a.html", ""},
+             {"b/z", ""},
+             {"o.html", "<a href=docs/x.html#t><a href=b/doc/x.html><a href=a.html><a href=b/a.htm><a "
+                        "href=a.html?q>"}});
+        row("name within its own path",
+            {{"a/a.html", ""},
+             {"b/z", ""},
+             {"o.html", "<a href=a/a.html><a href=a/a.html#a>"},
+             {"x.html", ""},
+             {"p.html", "<a href='x.html?next=x.html'>"}},
+            {"a", "x.html"},
+            {{"b/a/a.html", ""},
+             {"b/z", ""},
+             {"o.html", "<a href=b/a/a.html><a href=b/a/a.html#a>"},
+             {"b/x.html", ""},
+             {"p.html", "<a href='b/x.html?next=b/x.html'>"}});
+        row("what must not change",
+            {{"x.png", ""},
+             {"b/z", ""},
+             {"o.html", "x.png<script>'x.png'</script><a title=x.png><a href='#x.png'><a "
+                        "href='http://h/x.png'><!-- <a href=x.png> -->"}},
+            {"x.png"},
+            {{"b/x.png", ""},
+             {"b/z", ""},
+             {"o.html", "x.png<script>'x.png'</script><a title=x.png><a href='#x.png'><a "
+                        "href='http://h/x.png'><!-- <a href=x.png> -->"}});
+        row("spelled with references",
+            {{"x y.png", ""}, {"b/z", ""}, {"o.html", "<img src='x&#32;y.png'><img src='x y&period;png'>"}},
+            {"x y.png"},
+            {{"b/x y.png", ""},
+             {"b/z", ""},
+             {"o.html", "<img src='b/x&#32;y.png'><img src='b/x y&period;png'>"}});
+        row("not UTF-8", {{"x.png", ""}, {"b/z", ""}, {"o.html", "<img src=x.png>\xE9"}}, {"x.png"},
+            {{"b/x.png", ""}, {"b/z", ""}, {"o.html", "<img src=x.png>\xE9"}});
+    }
+    void move_keepsLinksRight()
+    {
+        QFETCH(Files, before);
+        QFETCH(QByteArrayList, items);
+        QFETCH(Files, after);
+        const Site site(before);
+        const Run result = run(site, MoveOperation::Move, items, "b");
+        QVERIFY(result.outcome.problems.empty() && result.outcome.complete);
+        compare(site, after);
+    }
+
+    void copy_leadsLinksToTheCopy()
+    {
+        const Site site({{"a/x.html", "<a href=x.html><a href=p.png>"},
+                         {"a/y.html", "<a href=x.html>"},
+                         {"d/m.html", "<a href=n.html>"},
+                         {"d/n.html", "<a href=../d/m.html>"},
+                         {"b/z", ""}});
+        const Run result = run(site, MoveOperation::Copy, {"a/x.html", "d"}, "b");
+        QVERIFY(result.outcome.problems.empty());
+        compare(site, {{"a/x.html", "<a href=../b/x.html><a href=p.png>"},
+                       {"b/x.html", "<a href=x.html><a href=../a/p.png>"},
+                       {"a/y.html", "<a href=../b/x.html>"},
+                       {"d/m.html", "<a href=n.html>"},
+                       {"d/n.html", "<a href=../d/m.html>"},
+                       {"b/d/m.html", "<a href=n.html>"},
+                       {"b/d/n.html", "<a href=../d/m.html>"},
+                       {"b/z", ""}});
+    }
+
+    void log_hasABlockForEveryItem()
+    {
+        const Site site({{"x.html", ""}, {"y.html", ""}, {"b/y.html", "old"}});
+        const Run result = run(site, MoveOperation::Move, {"x.html", "y.html", "gone.html"}, "b");
+        QCOMPARE(QByteArray::fromStdString(result.log), QByteArray("Updating links to: x.html\n\n\nDone"));
+        QCOMPARE(result.outcome.problems.size(), std::size_t{2});
+        QCOMPARE(result.outcome.problems[0].text, std::string("File y.html exists, not overwritten"));
+        QVERIFY(result.outcome.problems[0].kind == MoveProblem::Kind::Clash);
+        QVERIFY(result.outcome.problems[1].text.find("gone.html") != std::string::npos);
+        compare(site, {{"b/x.html", ""}, {"y.html", ""}, {"b/y.html", "old"}});
+    }
+
+    void rename_updatesLinksToTheItem_data()
+    {
+        QTest::addColumn<Files>("before");
+        QTest::addColumn<QByteArray>("item");
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<Files>("after");
+        QTest::newRow("page") << Files{{"a/x.html", "<a href=x.html><a href=/abs>"},
+                                       {"o.html", "<a href=a/x.html>"}}
+                              << QByteArray("a/x.html") << QByteArray("y.html")
+                              << Files{{"a/y.html", "<a href=y.html><a href=/abs>"},
+                                       {"o.html", "<a href=a/y.html>"}};
+        QTest::newRow("folder") << Files{{"a/x.html", "<a href=../a/y.png><a href=../o.html><a href=y.png>"},
+                                         {"o.html", "<a href=a/x.html>"}}
+                                << QByteArray("a/") << QByteArray("new")
+                                << Files{{"new/x.html", "<a href=y.png><a href=../o.html><a href=y.png>"},
+                                         {"o.html", "<a href=new/x.html>"}};
+    }
+    void rename_updatesLinksToTheItem()
+    {
+        QFETCH(Files, before);
+        QFETCH(QByteArray, item);
+        QFETCH(QByteArray, name);
+        QFETCH(Files, after);
+        const Site site(before);
+        std::string log;
+        LinkUpdatingMove::Callbacks callbacks;
+        callbacks.log = [&log](const std::string& text) { log += text; };
+        const MoveOutcome outcome =
+            LinkUpdatingMove(site.root(), callbacks).rename(site.at(item.toStdString()), name.toStdString());
+        QVERIFY(outcome.problems.empty());
+        compare(site, after);
+        const std::string old = item.startsWith("a/x") ? "x.html" : "a";
+        QCOMPARE(log, "Updating links from: " + old + " to " + name.toStdString() +
+                          "\n\nUpdating links to: " + old + "\n\n\nDone");
+    }
+
+    void rename_refusesWhatIsNoName()
+    {
+        const Site site({{"a/x.html", ""}, {"a/y.html", ""}});
+        for (const char* const name : {"", ".", "..", "../x.html", "y.html"})
+            QVERIFY(!LinkUpdatingMove(site.root(), {}).rename(site.at("a/x.html"), name).problems.empty());
+        compare(site, {{"a/x.html", ""}, {"a/y.html", ""}});
+    }
+
+    void updateLinksTo_withoutAnOldPathRewritesNothing()
+    {
+        const Site site(Files{{"a/x.html", "<a href=y.html><a href=../y.html><a href=''>"}});
+        const auto changed = updateLinksTo(site.at("a/x.html"), site.at("a"), site.at("b"));
+        QVERIFY(changed && !*changed);
+        const auto above = updateLinksTo(site.at("a/x.html"), site.root(), site.at("b"));
+        QVERIFY(above && !*above);
+    }
+
+    void moveThere_andBack_changesNoByte()
+    {
+        const Files files = {{"a/x.html", "<A HREF = y.html?a&b=1 ><img src='&amp;&#x61;\"'>\r\n<a "
+                                          "href=''><a href=../o.html#t><a href=//h/x><a href='./s/'>"},
+                             {"a/y.html", "\uFEFF<a href='x.html'/><a href=\"x.html\"><a href=x.html>"},
+                             {"o.html", "<a href=\"a/x.html?p=1&amp;q='2'&r\">"},
+                             {"b c/z", ""}};
+        const Site site(files);
+        run(site, MoveOperation::Move, {"a/x.html"}, "b c");
+        QVERIFY(site.contents() != files);
+        run(site, MoveOperation::Move, {"b c/x.html"}, "a");
+        Files expected = files;
+        // A value that needed quotes keeps them.
+        expected["a/y.html"] = "\uFEFF<a href='x.html'/><a href=\"x.html\"><a href=\"x.html\">";
+        compare(site, expected);
+    }
+
+    void symbolicLinks_areWrittenOnce()
+    {
+        const Site site({{"a/x.html", "<a href=p.png>"}, {"a/p.png", ""}, {"b/z", ""}});
+        std::filesystem::create_symlink("../a/x.html", site.at("b/x.html"));
+        run(site, MoveOperation::Move, {"a/p.png"}, "b");
+        QVERIFY(std::filesystem::is_symlink(site.at("b/x.html")));
+        QCOMPARE(site.bytesOf("a/x.html"), std::string("<a href=../b/p.png>"));
+    }
+
+    void stopped_leavesPagesAsTheyAre()
+    {
+        const Site site({{"x.png", ""}, {"b/z", ""}, {"o.html", "<img src=x.png>"}});
+        int asked = 0;
+        const Run result = run(site, MoveOperation::Move, {"x.png"}, "b", [&asked] { return asked++ == 0; });
+        QVERIFY(!result.outcome.complete);
+        compare(site, {{"b/x.png", ""}, {"b/z", ""}, {"o.html", "<img src=x.png>"}});
+    }
+};
+
+LUMA_TEST(tst_linkupdatingmove)
+#include "tst_linkupdatingmove.moc"

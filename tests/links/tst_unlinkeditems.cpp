@@ -1,0 +1,241 @@
+#include "links/linkreports.h"
+#include "links/namesearch.h"
+#include "links/unlinkeditems.h"
+#include "tests/links/literalloops.h"
+#include "tests/links/site.h"
+#include "tests/support/registry.h"
+
+#include <QTest>
+
+#include <random>
+
+using namespace luma;
+using test::Site;
+
+namespace {
+
+std::vector<std::string> unlinkedIn(const std::filesystem::path& root, const char* excluded = "")
+{
+    std::vector<std::string> rows;
+    UnlinkedItemsCallbacks callbacks;
+    callbacks.row = [&rows](const std::string& subpath) { rows.push_back(subpath); };
+    if (!findUnlinkedItems(root, excluded, callbacks))
+        rows = {"error"};
+    return rows;
+}
+
+QByteArray lines(const std::vector<std::string>& rows)
+{
+    QByteArray text;
+    for (const std::string& row : rows)
+        text += QByteArray::fromStdString(row) + '\n';
+    return text;
+}
+
+// A small site whose names are made of what is easy to get wrong.
+class RandomSite final
+{
+public:
+    explicit RandomSite(unsigned seed) : m_random(seed)
+    {
+        for (int i = 0; i < 14; ++i)
+            m_paths.push_back(path());
+        for (std::size_t i = 0; i < m_paths.size(); ++i) {
+            // A name may be a folder's already.
+            if (std::filesystem::is_directory(m_site.at(m_paths[i])) || isBelowFile(m_paths[i]))
+                continue;
+            m_site.put(m_paths[i], content(m_paths[i]));
+        }
+    }
+
+    [[nodiscard]] const Site& site() const { return m_site; }
+
+private:
+    std::size_t upTo(std::size_t limit)
+    {
+        return std::uniform_int_distribution<std::size_t>(0, limit - 1)(m_random);
+    }
+    template <class List>
+    auto pick(const List& list)
+    {
+        return list[upTo(std::size(list))];
+    }
+
+    [[nodiscard]] bool isBelowFile(const std::string& path) const
+    {
+        for (std::size_t slash = path.find('/'); slash != std::string::npos;
+             slash = path.find('/', slash + 1)) {
+            if (std::filesystem::is_regular_file(m_site.at(path.substr(0, slash))))
+                return true;
+        }
+        return false;
+    }
+
+    std::string path()
+    {
+        static constexpr const char* folders[] = {"a",       "ab",  "A",   "sub",
+                                                  "index.d", "a b", "x+y", "index.html.d"};
+        static constexpr const char* names[] = {
+            "a",   "ab", "abc",      "index",    "Index", "a.b", "a b", " a",      "a+b", "a(b", "a|b",
+            "[a]", "a*", "\xC3\x84", "\xC3\xA4", "x?y",   "x#y", "axb", "index.x", "..a", "a$",  "html"};
+        static constexpr const char* extensions[] = {".html", ".html", ".css", ".js",    ".txt",
+                                                     ".png",  "",      ".xml", ".html5", ".xhtml"};
+        std::string path;
+        for (std::size_t depth = upTo(4); depth > 0; --depth)
+            path += std::string(pick(folders)) + "/";
+        return path + pick(names) + pick(extensions);
+    }
+
+    // A way to some file, not always the right one.
+    std::string link(const std::string& from)
+    {
+        const std::filesystem::path target = pick(m_paths);
+        std::string text = target.lexically_relative(std::filesystem::path(from).parent_path()).native();
+        static constexpr const char* endings[] = {"", "", "", "#x", "?y", "x", "/"};
+        if (upTo(4) == 0 && text.size() > 1)
+            text.resize(text.size() - 1 - upTo(text.size() - 1));
+        if (upTo(4) == 0)
+            std::transform(text.begin(), text.end(), text.begin(),
+                           [](char c) { return static_cast<char>(std::toupper(c)); });
+        if (upTo(5) == 0)
+            std::replace(text.begin(), text.end(), '.', upTo(2) == 0 ? 'x' : '/');
+        return text + pick(endings);
+    }
+
+    static std::string escaped(std::string text)
+    {
+        for (std::size_t i = text.find('"'); i != std::string::npos; i = text.find('"', i))
+            text.erase(i, 1);
+        return text;
+    }
+
+    std::string content(const std::string& path)
+    {
+        std::string text;
+        const std::string extension = std::filesystem::path(path).extension();
+        const bool page = extension == ".html" || extension == ".xml" || extension == ".xhtml";
+        for (std::size_t count = upTo(4); count > 0; --count) {
+            if (page && upTo(3) > 0)
+                text += "<a " + std::string(pick(linkAttributes)) + "=\"" + escaped(link(path)) + "\">";
+            else if (page)
+                text += "<style>a{b: URL( " + link(path) + std::string(upTo(3), ' ') + ")}</style>";
+            else if (extension == ".css")
+                text += "url(" + std::string(upTo(2), ' ') +
+                        std::filesystem::path(link(path)).filename().native() + ")\n";
+            else
+                text += link(path) + "\n";
+        }
+        return text;
+    }
+
+    std::mt19937 m_random;
+    std::vector<std::string> m_paths;
+    Site m_site;
+};
+
+} // namespace
+
+class tst_unlinkeditems final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void index_answersAsTheLiteralLoops()
+    {
+        int compared = 0;
+        int unlinked = 0;
+        bool chosen = false;
+        const int count = qEnvironmentVariableIntValue("LUMA_RANDOM_SITES", &chosen);
+        for (unsigned seed = 0; seed < (chosen ? static_cast<unsigned>(count) : 150U); ++seed) {
+            const RandomSite random(seed);
+            const auto expected = test::unlinkedByLiteralLoops(random.site().root());
+            const auto found = unlinkedIn(random.site().root());
+            compared += static_cast<int>(random.site().contents().size());
+            unlinked += static_cast<int>(expected.size());
+            if (found == expected)
+                continue;
+            for (const auto& [subpath, bytes] : random.site().contents())
+                qInfo("%s: %s", subpath.c_str(), bytes.c_str());
+            qInfo("seed %u", seed);
+            QCOMPARE(lines(found), lines(expected));
+        }
+        qInfo("%d files compared, %d of them unlinked", compared, unlinked);
+        QVERIFY(unlinked > 100 && unlinked < compared - 100);
+    }
+
+    void rows_data()
+    {
+        QTest::addColumn<QByteArray>("excluded");
+        QTest::addColumn<QByteArray>("expected");
+        QTest::newRow("all") << QByteArray() << QByteArray("Images/b.png\ndocs/images/c.png\nlonely.html\n");
+        QTest::newRow("excluded at the top")
+            << QByteArray(" images ,, x") << QByteArray("docs/images/c.png\nlonely.html\n");
+        QTest::newRow("a pattern") << QByteArray("docs|I.*s") << QByteArray("lonely.html\n");
+        QTest::newRow("no pattern") << QByteArray("images(")
+                                    << QByteArray("Images/b.png\ndocs/images/c.png\nlonely.html\n");
+    }
+    // What is excluded still counts as linking; a page that links to itself is linked.
+    void rows()
+    {
+        QFETCH(QByteArray, excluded);
+        QFETCH(QByteArray, expected);
+        const Site site({{"index.html", "<a href=sub>"},
+                         {"sub/index.html", "<link href=../style.css><a href=../index.html>"},
+                         {"style.css", "a{b:url(a.png)}"},
+                         {"Images/a.png", ""},
+                         {"Images/b.png", ""},
+                         {"Images/self.html", "<a href=self.html>"},
+                         {"docs/images/c.png", ""},
+                         {"lonely.html", ""},
+                         {".DS_Store", ""}});
+        QCOMPARE(lines(unlinkedIn(site.root(), excluded.constData())), expected);
+    }
+
+    void withoutPages_allIsUnlinked()
+    {
+        const Site site({{"a.png", ""}, {"a/b.png", ""}});
+        QCOMPARE(lines(unlinkedIn(site.root())), QByteArray("a.png\na/b.png\n"));
+    }
+
+    void stopped_endsWithoutRows()
+    {
+        const Site site({{"a.html", ""}, {"b.html", ""}});
+        int rows = 0;
+        bool stop = false;
+        UnlinkedItemsCallbacks callbacks;
+        callbacks.row = [&rows](const std::string&) { ++rows; };
+        callbacks.examining = [&stop](const std::string&) { stop = true; };
+        callbacks.stillWanted = [&stop] { return !stop; };
+        const auto done = findUnlinkedItems(site.root(), "", callbacks);
+        QVERIFY(done && !*done);
+        QCOMPARE(rows, 0);
+        QVERIFY(!findUnlinkedItems(site.at("gone"), "", {}));
+    }
+
+    void nameSearch_findsEveryNameAnywhere()
+    {
+        std::mt19937 random(7);
+        const auto word = [&random](std::size_t longest) {
+            std::string text(1 + random() % longest, 'a');
+            for (char& c : text)
+                c = static_cast<char>('a' + random() % 2);
+            return text;
+        };
+        for (int round = 0; round < 200; ++round) {
+            std::vector<std::string> names;
+            for (int i = 0; i < 20; ++i)
+                names.push_back(word(20));
+            const std::string text = word(60);
+            std::vector<bool> found(names.size());
+            NameSearch(names).search(text, [&](std::size_t i) {
+                found[i] = true;
+                return true;
+            });
+            for (std::size_t i = 0; i < names.size(); ++i)
+                QCOMPARE(bool(found[i]), text.find(names[i]) != std::string::npos);
+        }
+    }
+};
+
+LUMA_TEST(tst_unlinkeditems)
+#include "tst_unlinkeditems.moc"
