@@ -16,7 +16,7 @@ class CommandArguments final
 public:
     /// `flags` stand alone, `options` take the next argument as their value or have it after "=".
     CommandArguments(const std::vector<std::string>& arguments, std::vector<std::string_view> flags,
-                std::vector<std::string_view> options);
+                     std::vector<std::string_view> options);
 
     /// Why the arguments are unusable; empty when they are not.
     [[nodiscard]] const std::string& error() const { return m_error; }

@@ -6,9 +6,9 @@ namespace luma {
 
 std::span<const LumactlCommand* const> lumactlCommands()
 {
-    static constexpr auto commands =
-        std::to_array<const LumactlCommand*>({&changedCommand, &publishCommand, &linksFromCommand, &checkCommand, &linksToCommand,
-                                              &unlinkedCommand, &moveCommand, &copyCommand, &renameCommand});
+    static constexpr auto commands = std::to_array<const LumactlCommand*>(
+        {&changedCommand, &publishCommand, &linksFromCommand, &checkCommand, &linksToCommand,
+         &unlinkedCommand, &moveCommand, &copyCommand, &renameCommand});
     return commands;
 }
 
