@@ -66,7 +66,7 @@ private slots:
             site.put(name);
         std::filesystem::remove(site.at("empty/x"));
         ::setxattr(site.at("labelled.html").c_str(), "user.xdg.tags", "Red", 3, 0);
-        QTest::qWait(0);
+        QCoreApplication::processEvents();
         PaneFixture::shoot(site.window, (std::string("pane-disconnected") + suffix).c_str());
         const QImage disconnected = site.window.grab().toImage();
         site.pane->doConnect();
