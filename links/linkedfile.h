@@ -1,7 +1,7 @@
 #pragma once
 
 #include "links/linkrules.h"
-#include "platform/files.h"
+#include "platform/filereader.h"
 
 #include <QRegularExpression>
 

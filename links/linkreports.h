@@ -1,6 +1,6 @@
 #pragma once
 
-#include "links/linkcheck.h"
+#include "links/linkchecker.h"
 #include "links/sitetree.h"
 #include "platform/result.h"
 #include "platform/stillwanted.h"

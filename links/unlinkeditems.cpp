@@ -8,7 +8,7 @@
 #include "links/namesearch.h"
 #include "links/parsedpage.h"
 #include "links/utf8.h"
-#include "platform/files.h"
+#include "platform/filereader.h"
 #include "platform/orderedwork.h"
 
 #include <map>

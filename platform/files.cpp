@@ -1,6 +1,7 @@
 #include "platform/files.h"
 
 #include "platform/filedescriptor.h"
+#include "platform/filereader.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

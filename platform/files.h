@@ -3,7 +3,6 @@
 #include "platform/result.h"
 
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -15,19 +14,6 @@ namespace luma {
 
 /// The whole file as bytes. Refuses what is not a regular file (a FIFO would block for ever).
 Result<std::string> readFile(const std::filesystem::path& path);
-
-/// Reads one file after another into memory that it uses again, for work that goes over many files. One
-/// thread.
-class FileReader final
-{
-public:
-    /// The whole file as bytes, under readFile's rules. They stay until the next read.
-    Result<std::string_view> read(const std::string& path);
-
-private:
-    std::unique_ptr<char[]> m_buffer;
-    std::size_t m_capacity = 0;
-};
 
 /// Replaces or creates `path`. A symbolic link at `path` stays and its target is written; the mode of an
 /// existing file stays; a new file gets `newMode` less the umask. Synced to the disk before the rename.

@@ -26,6 +26,13 @@ fs::path somePage(const SiteTree& tree, std::size_t share)
     return tree.path(pages[pages.size() * share / 4]);
 }
 
+bool hasAbsoluteLink(const std::string& source)
+{
+    const auto page = parsePage(source);
+    return page && std::any_of(page->links.begin(), page->links.end(),
+                               [](const PageLink& link) { return link.value.starts_with('/'); });
+}
+
 void addSites()
 {
     QTest::addColumn<QByteArray>("folder");
@@ -77,7 +84,8 @@ private slots:
         QCOMPARE(after.size(), before.size());
         QByteArrayList different;
         for (const auto& [subpath, bytes] : before) {
-            if (after.at(subpath) != bytes)
+            // An absolute link of a page that moves becomes a relative one and stays so.
+            if (after.at(subpath) != bytes && !hasAbsoluteLink(bytes))
                 different << QByteArray::fromStdString(subpath);
         }
         qInfo("%zu pages, %zu items there and back, %zu pages rewritten on the way, %d files differ",

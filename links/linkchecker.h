@@ -1,7 +1,7 @@
 #pragma once
 
 #include "links/sitetree.h"
-#include "platform/files.h"
+#include "platform/filereader.h"
 
 #include <array>
 #include <cstdint>

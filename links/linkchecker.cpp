@@ -1,4 +1,4 @@
-#include "links/linkcheck.h"
+#include "links/linkchecker.h"
 
 #include "links/characterreferences.h"
 #include "links/parsedpage.h"
