@@ -57,7 +57,7 @@ int main(int argc, char** argv)
         return 0;
     }
     if ((what != "compare" && what != "transfer") || argc != 4) {
-        std::fprintf(stderr, "bench_sync make ROOT FILES | compare A B | transfer A B\n");
+        (void)std::fprintf(stderr, "bench_sync make ROOT FILES | compare A B | transfer A B\n");
         return 2;
     }
     auto report = FolderComparison(argv[2], argv[3]).run(WorkItem());
@@ -67,6 +67,6 @@ int main(int argc, char** argv)
     std::size_t copied = 0;
     if (what == "transfer")
         copied = FileTransfer(std::move(report->rows)).run(WorkItem()).copied.size();
-    std::printf("%zu found, %zu copied, %ld kB at most\n", found, copied, peakKilobytes());
+    (void)std::printf("%zu found, %zu copied, %ld kB at most\n", found, copied, peakKilobytes());
     return 0;
 }
