@@ -3,6 +3,8 @@
 #include <QGuiApplication>
 #include <QPalette>
 
+#include <optional>
+
 namespace luma {
 
 namespace {
@@ -85,17 +87,16 @@ void CodeHighlighter::highlightBlock(const QString& text)
     qsizetype at = 0;
     if (const int open = previousBlockState(); open > 0)
         at = colour(m_rules[static_cast<std::size_t>(open - 1)], text, 0, 0);
-    std::vector<QRegularExpressionMatch> next(m_rules.size());
+    std::vector<std::optional<QRegularExpressionMatch>> next(m_rules.size());
     while (at < text.size()) {
         const Rule* rule = nullptr;
         QRegularExpressionMatch first;
         for (std::size_t i = 0; i < m_rules.size(); ++i) {
-            const bool known = next[i].isValid() && (!next[i].hasMatch() || next[i].capturedStart() >= at);
-            if (!known)
+            if (!next[i] || (next[i]->hasMatch() && next[i]->capturedStart() < at))
                 next[i] = m_rules[i].begins.match(text, at);
-            if (next[i].hasMatch() && (!rule || next[i].capturedStart() < first.capturedStart())) {
+            if (next[i]->hasMatch() && (!rule || next[i]->capturedStart() < first.capturedStart())) {
                 rule = &m_rules[i];
-                first = next[i];
+                first = *next[i];
             }
         }
         if (!rule)

@@ -24,8 +24,8 @@ void check(QMenu* menu, const QStringList& titles)
         return;
     const QList<QAction*> actions = menu->actions();
     for (QAction* action : actions) {
-        action->setCheckable(!action->isSeparator());
-        action->setChecked(titles.contains(action->text()));
+        if (action->isCheckable())
+            action->setChecked(titles.contains(action->text()));
     }
 }
 

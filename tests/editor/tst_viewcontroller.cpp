@@ -254,6 +254,27 @@ private slots:
         QCOMPARE(answer("document.body.innerText.trim()"), QStringLiteral("New"));
     }
 
+    void contextMenu_marksTheSelection()
+    {
+        QVERIFY(show("<h2 style='margin: 0; font-size: 80px; text-align: center'><b>wide heading</b></h2>"));
+        QTest::mouseClick(controller->webView()->focusProxy(), Qt::RightButton, {}, QPoint(300, 50));
+        QTRY_VERIFY(controller->webView()->findChild<QMenu*>(QStringLiteral("webViewMenu")));
+        auto* menu = controller->webView()->findChild<QMenu*>(QStringLiteral("webViewMenu"));
+        QStringList titles;
+        for (const QAction* action : menu->actions())
+            titles.append(action->text());
+        QCOMPARE(titles, (QStringList{QStringLiteral("Inspect Element"), QStringLiteral("Text Style"),
+                                      QStringLiteral("Text Justification")}));
+        QStringList marked;
+        for (const QMenu* each : {controller->fontSubMenu(), controller->justificationSubMenu()})
+            for (const QAction* action : each->actions())
+                if (action->isChecked())
+                    marked.append(action->text());
+        QCOMPARE(marked, (QStringList{QStringLiteral("Bold"), QStringLiteral("Heading 2"),
+                                      QStringLiteral("Justify Center")}));
+        menu->close();
+    }
+
     void undoKeys_goToTheDocument()
     {
         QVERIFY(show("<p>one</p>"));
