@@ -1,3 +1,4 @@
+#include "app/standardoutput.h"
 #include "app/syncarguments.h"
 #include "site/foldercomparison.h"
 

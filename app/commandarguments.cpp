@@ -1,11 +1,9 @@
 #include "app/commandarguments.h"
 
+#include "app/standardoutput.h"
 #include "platform/files.h"
 
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <system_error>
 
 namespace luma {
@@ -13,17 +11,6 @@ namespace luma {
 namespace fs = std::filesystem;
 
 namespace {
-
-void writeAll(int descriptor, std::string_view text, int& error)
-{
-    while (!text.empty() && error == 0) {
-        const ssize_t written = ::write(descriptor, text.data(), text.size());
-        if (written >= 0)
-            text.remove_prefix(static_cast<std::size_t>(written));
-        else if (errno != EINTR)
-            error = errno;
-    }
-}
 
 template <class List>
 bool contains(const List& list, std::string_view name)
@@ -80,28 +67,6 @@ std::vector<std::string> CommandArguments::values(std::string_view name) const
     return values;
 }
 
-void complain(std::string_view text)
-{
-    int ignored = 0;
-    writeAll(STDERR_FILENO, "lumactl: " + std::string(text) + "\n", ignored);
-}
-
-ExitCode unusable(std::string_view text)
-{
-    complain(text);
-    return ExitCode::Unusable;
-}
-
-ExitCode wrongUsage(const LumactlCommand& command, std::string_view text)
-{
-    complain(text);
-    int ignored = 0;
-    writeAll(STDERR_FILENO,
-             std::string("Usage: lumactl ").append(command.name).append(" ").append(command.usage) + "\n",
-             ignored);
-    return ExitCode::Unusable;
-}
-
 fs::path absolutePath(const fs::path& path)
 {
     std::error_code error;
@@ -123,29 +88,6 @@ fs::path itemPath(const fs::path& site, const std::string& argument)
 {
     const fs::path inside = absolutePath(site / argument);
     return fs::path(argument).is_absolute() || !itemExists(inside) ? absolutePath(argument) : inside;
-}
-
-void StandardOutput::flush()
-{
-    writeAll(STDOUT_FILENO, m_text, m_error);
-    m_text.clear();
-}
-
-void StandardOutput::flushIfLarge()
-{
-    constexpr std::size_t large = std::size_t{256} * 1024;
-    if (m_text.size() >= large)
-        flush();
-}
-
-bool StandardOutput::finish()
-{
-    flush();
-    if (m_error == 0)
-        return true;
-    complain("standard output: " + std::generic_category().message(m_error));
-    m_error = 0;
-    return false;
 }
 
 } // namespace luma

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "app/lumactlcommands.h"
-
 #include <filesystem>
 #include <optional>
 #include <string>
@@ -38,13 +36,6 @@ private:
     std::string m_error;
 };
 
-/// Writes "lumactl: text" to standard error. The answer is ExitCode::Unusable.
-ExitCode unusable(std::string_view text);
-void complain(std::string_view text);
-
-/// Unusable because of how the command was called: says so and shows its usage.
-ExitCode wrongUsage(const LumactlCommand& command, std::string_view text);
-
 /// `path` as an absolute path without "." and "..", symbolic links as they are.
 std::filesystem::path absolutePath(const std::filesystem::path& path);
 
@@ -53,27 +44,5 @@ std::optional<std::filesystem::path> siteFolder(const std::string& argument);
 
 /// What an argument names in a site: a subpath of it, or any path. As a subpath where something stands there.
 std::filesystem::path itemPath(const std::filesystem::path& site, const std::string& argument);
-
-/// Standard output, written in large pieces. A failed write is told once, by finish().
-class StandardOutput final
-{
-public:
-    StandardOutput() = default;
-    StandardOutput(const StandardOutput&) = delete;
-    StandardOutput& operator=(const StandardOutput&) = delete;
-    ~StandardOutput() { finish(); }
-
-    /// What is appended to this string is written by flushIfLarge() and finish().
-    [[nodiscard]] std::string& text() { return m_text; }
-    void flushIfLarge();
-    /// False when something could not be written; says so on standard error.
-    bool finish();
-
-private:
-    void flush();
-
-    std::string m_text;
-    int m_error = 0;
-};
 
 } // namespace luma

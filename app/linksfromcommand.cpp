@@ -1,5 +1,6 @@
 #include "app/commandarguments.h"
 #include "app/lumactlcommands.h"
+#include "app/standardoutput.h"
 #include "links/linkreports.h"
 #include "platform/files.h"
 

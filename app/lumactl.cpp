@@ -1,5 +1,6 @@
 #include "app/commandarguments.h"
 #include "app/lumactlcommands.h"
+#include "app/standardoutput.h"
 
 #include <algorithm>
 #include <string>

@@ -1,5 +1,6 @@
 #include "app/lumactlcommands.h"
 #include "app/movereport.h"
+#include "app/standardoutput.h"
 
 #include <system_error>
 

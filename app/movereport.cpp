@@ -1,4 +1,5 @@
 #include "app/movereport.h"
+#include "app/standardoutput.h"
 
 namespace luma {
 

@@ -1,4 +1,5 @@
 #include "app/syncarguments.h"
+#include "app/standardoutput.h"
 
 namespace luma {
 
