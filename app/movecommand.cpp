@@ -1,3 +1,4 @@
+#include "app/commandarguments.h"
 #include "app/lumactlcommands.h"
 #include "app/movereport.h"
 #include "app/standardoutput.h"

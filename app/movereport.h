@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/commandarguments.h"
+#include "app/standardoutput.h"
 #include "links/linkupdatingmove.h"
 
 namespace luma {
