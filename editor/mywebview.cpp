@@ -87,10 +87,16 @@ void MyWebView::updateMenuMarks()
         check(m_justificationSubMenu, justification.toStringList());
 }
 
+// The engine asks for the menu from within its own work and answers no question until that is done.
 void MyWebView::contextMenuEvent(QContextMenuEvent* event)
 {
-    const QPoint where = event->globalPos();
     event->accept();
+    QMetaObject::invokeMethod(
+        this, [this, where = event->globalPos()] { openMenu(where); }, Qt::QueuedConnection);
+}
+
+void MyWebView::openMenu(const QPoint& where)
+{
     const QPointer<MyWebView> self = this;
     updateMenuMarks();
     if (!self)

@@ -49,6 +49,7 @@ protected:
 
 private:
     void watchKeys();
+    void openMenu(const QPoint& where);
 
     std::shared_ptr<EditorProfile> m_profile;
     std::unique_ptr<EditorPage> m_page;

@@ -58,13 +58,27 @@ void RenderingReader::read()
     const QPointer<RenderingReader> self = this;
     ScriptCall::run(&m_page, outerHTML,
                     [self, generation = m_page.generation(), count = m_told](const QVariant& answer) {
-                        if (!self || generation != self->m_page.generation() || !self->m_page.isComplete())
+                        if (!self)
                             return;
-                        self->m_reading = false;
-                        self->deliverMarkup(answer.toString(), count);
-                        if (self)
-                            self->schedule();
+                        // Outside of the engine's work, as the document may want to ask the page something.
+                        QMetaObject::invokeMethod(
+                            self,
+                            [self, generation, count, markup = answer.toString()] {
+                                self->takeAnswer(generation, count, markup);
+                            },
+                            Qt::QueuedConnection);
                     });
+}
+
+void RenderingReader::takeAnswer(int generation, int count, const QString& markup)
+{
+    if (generation != m_page.generation() || !m_page.isComplete())
+        return;
+    m_reading = false;
+    const QPointer<RenderingReader> self = this;
+    deliverMarkup(markup, count);
+    if (self)
+        schedule();
 }
 
 void RenderingReader::deliverMarkup(const QString& markup, int count)

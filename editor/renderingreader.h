@@ -39,6 +39,7 @@ private:
     void noteChange(int count);
     void schedule();
     void read();
+    void takeAnswer(int generation, int count, const QString& markup);
     void deliverMarkup(const QString& markup, int count);
     void startOver();
 

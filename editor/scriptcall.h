@@ -26,7 +26,8 @@ public:
     /// worked off meanwhile, so whoever calls must expect anything to have happened, its window's end too.
     /// An invalid value comes back when the script failed or has no answer, the page's process dies, the page
     /// is deleted or loads something that takes the question with it, or the application quits. Calls may be
-    /// nested.
+    /// nested. Never call it from within a signal or callback of the engine's page or channel: the engine
+    /// answers nothing while it is at work itself. Queue the call instead.
     static QVariant wait(QWebEnginePage* page, const QString& script);
 };
 

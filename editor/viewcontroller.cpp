@@ -90,15 +90,20 @@ void ViewController::createSheets()
 void ViewController::connectPage()
 {
     EditorPage& page = m_webView->editorPage();
-    connect(&page, &EditorPage::shown, this, &ViewController::didFinish);
+    // At once, so that nothing is seen to jump. What waits for the page comes later, as the engine answers
+    // no question while it is at work itself.
+    connect(&page, &EditorPage::shown, this, &ViewController::restorePosition);
+    connect(&page, &EditorPage::shown, this, &ViewController::didFinish, Qt::QueuedConnection);
     connect(&page, &EditorPage::processDied, this, &ViewController::rebuildAfterDeath);
-    connect(&page.bridge(), &PageBridge::callbackText, this,
-            [this](const QString& text) { m_document.applyCallbackText(text); });
+    connect(
+        &page.bridge(), &PageBridge::callbackText, this,
+        [this](const QString& text) { m_document.applyCallbackText(text); }, Qt::QueuedConnection);
     connect(&page.bridge(), &PageBridge::mouseEventText, this, [this](const QString& text) {
         if (m_infoText)
             m_infoText->setText(text);
     });
-    connect(&page.bridge(), &PageBridge::activeElementHTML, this, &ViewController::takeActiveElement);
+    connect(&page.bridge(), &PageBridge::activeElementHTML, this, &ViewController::takeActiveElement,
+            Qt::QueuedConnection);
     connect(m_reader, &RenderingReader::upToDate, this, &ViewController::tellActiveElement);
 }
 
@@ -162,8 +167,6 @@ void ViewController::show(Position position)
 void ViewController::didFinish()
 {
     const QPointer<ViewController> self = this;
-    // At once, so that nothing is seen to jump; and again at the end, when the window has its width.
-    restorePosition();
     m_webView->setZoomFactor(m_magnification);
     m_document.loadCSSNames();
     if (!self)

@@ -83,7 +83,9 @@ private:
         document->markup = "<html><head></head><body>" + body + "</body></html>";
         QSignalSpy shown(&page(), &EditorPage::shown);
         controller->show(ViewController::Position::Start);
-        const bool done = shown.wait(30'000);
+        bool done = shown.wait(30'000);
+        done = done &&
+               QTest::qWaitFor([this] { return !document->told.filter(QStringLiteral("width")).isEmpty(); });
         document->told.clear();
         controller->webView()->setFocus();
         return done;
