@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/commandarguments.h"
+#include "app/lumactlcommands.h"
 #include "site/syncrow.h"
 
 namespace luma {
