@@ -41,7 +41,7 @@ private slots:
         QTest::addColumn<QByteArray>("name");
         QTest::addColumn<QSize>("full");
         QTest::addColumn<QSize>("scaled");
-        QTest::newRow("wide") << QByteArray("a.png") << QSize(1000, 500) << QSize(195, 98);
+        QTest::newRow("wide") << QByteArray("a.png") << QSize(1000, 400) << QSize(195, 78);
         QTest::newRow("small stays") << QByteArray("a.png") << QSize(20, 10) << QSize(20, 10);
         QTest::newRow("line") << QByteArray("a.png") << QSize(2000, 1) << QSize(195, 1);
         QTest::newRow("bytes for a name") << QByteArray("\xff\n#%.png") << QSize(300, 300) << QSize(165, 165);
