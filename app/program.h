@@ -4,6 +4,7 @@
 #include "app/documentcontroller.h"
 #include "app/lumaappdelegate.h"
 #include "app/preferences.h"
+#include "platform/quitsignals.h"
 
 namespace luma {
 
@@ -34,6 +35,7 @@ private:
 
     LUMAAppDelegate::Services services();
 
+    QuitSignals m_quitSignals;
     Preferences m_preferences;
     DocumentController m_documents;
     LUMAAppDelegate m_delegate;

@@ -1,0 +1,76 @@
+#include "app/preferences.h"
+#include "app/sitearchive.h"
+#include "tests/support/registry.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace luma;
+
+/// The real program, in a process namespace of its own: at start and at quit it ends every folder watcher it
+/// sees.
+class tst_quit final : public QObject
+{
+    Q_OBJECT
+
+    QTemporaryDir m_home;
+
+    // Starts the program, waits until it catches the signal, sends it, and answers the program's exit status.
+    int runAndSignal(const QString& signal)
+    {
+        const QString script =
+            QStringLiteral(
+                "\"$1\" & pid=$!\n"
+                "caught() { echo $((0x$(sed -n 's/^SigCgt:[[:space:]]*//p' /proc/$pid/status) & 0x4000)); }\n"
+                "until [ \"$(caught)\" -ne 0 ]; do :; done\n"
+                "kill -%1 $pid; wait $pid")
+                .arg(signal);
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("XDG_CONFIG_HOME"), m_home.path());
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        process.setProcessEnvironment(environment);
+        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process.start(QStringLiteral("unshare"),
+                      {QStringLiteral("-pf"), QStringLiteral("--mount-proc"), QStringLiteral("--kill-child"),
+                       QStringLiteral("sh"), QStringLiteral("-c"), script, QStringLiteral("sh"),
+                       qEnvironmentVariable("LUMA_BUILD_DIR") + QStringLiteral("/bin/luma")});
+        return process.waitForFinished(-1) ? process.exitCode() : -1;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        if (::geteuid() != 0)
+            QSKIP("only root gets a process namespace of its own");
+    }
+
+    void aSignal_savesTheListAndQuits_data()
+    {
+        QTest::addColumn<QString>("signal");
+        QTest::newRow("end of the session") << "TERM";
+        QTest::newRow("Control+C") << "INT";
+    }
+    void aSignal_savesTheListAndQuits()
+    {
+        QFETCH(QString, signal);
+        const QString file = m_home.filePath(QStringLiteral("luma/luma.conf"));
+        QFile::remove(file);
+        QCOMPARE(runAndSignal(signal), 0);
+        const Preferences preferences(file);
+        const auto records = unarchiveSites(preferences.value(Preferences::sitesArrayData).toByteArray());
+        QVERIFY(records);
+        QCOMPARE(records->size(), 1);
+        struct stat status = {};
+        QCOMPARE(::stat(QFile::encodeName(file).constData(), &status), 0);
+        QCOMPARE(status.st_mode & 0777U, mode_t{0600});
+    }
+};
+
+LUMA_TEST(tst_quit)
+#include "tst_quit.moc"
