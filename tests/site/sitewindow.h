@@ -15,6 +15,7 @@
 #include <QDropEvent>
 #include <QLabel>
 #include <QMimeData>
+#include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
 #include <QTimer>
@@ -44,10 +45,12 @@ public:
     BrowserController& source() const { return window->sourceBrowserController(); }
     BrowserController& destination() const { return window->destinationBrowserController(); }
 
+    /// Of the source pane, or of the window.
     template <class Widget>
     Widget& find(const char* name) const
     {
-        return *window->findChild<Widget*>(QLatin1String(name));
+        auto* const ofPane = source().widget()->findChild<Widget*>(QLatin1String(name));
+        return ofPane ? *ofPane : *window->findChild<Widget*>(QLatin1String(name));
     }
     QString status() const { return find<QLabel>("progressPanelTextField1").text(); }
     QString log() const { return QString::fromUtf8(find<LogView>("progressPanelTextField2").log().text()); }
@@ -91,17 +94,24 @@ public:
                                       Qt::KeyboardModifiers modifiers = {})
     {
         Qt::DropAction action = Qt::IgnoreAction;
-        QTimer::singleShot(0, &target, [&] {
+        const auto overTarget = [&] {
             const std::unique_ptr<QMimeData> data(
                 from.model()->mimeData(from.selectionModel()->selectedRows()));
             action = drop(target, row, *data, modifiers);
             QDrag::cancel();
-        });
+        };
+        const auto started = QObject::connect(&from, &BrowserListView::dragStarted, &target,
+                                              [&] { QTimer::singleShot(0, &target, overTarget); });
         const QPoint begin = from.visualRect(from.currentIndex()).center();
         QTest::mousePress(from.viewport(), Qt::LeftButton, {}, begin);
-        QTest::mouseMove(from.viewport(), begin + QPoint(4, 0));
-        QTest::mouseMove(from.viewport(), begin + QPoint(40, 3));
+        for (const int distance : {4, 40}) {
+            const QPoint place = begin + QPoint(distance, 0);
+            QMouseEvent move(QEvent::MouseMove, place, from.viewport()->mapToGlobal(place), Qt::NoButton,
+                             Qt::LeftButton, {});
+            QApplication::sendEvent(from.viewport(), &move);
+        }
         QTest::mouseRelease(from.viewport(), Qt::LeftButton, {}, begin);
+        QObject::disconnect(started);
         return action;
     }
 

@@ -41,6 +41,11 @@ private:
         QCOMPARE(site.source().browser().path(), (Browser::Path{folder, name}));
     }
 
+    static QMessageBox* findAlert(const SiteWindow& site)
+    {
+        return site.window->findChild<QMessageBox*>(QStringLiteral("deleteUnlinkedItemsAlert"));
+    }
+
 private slots:
     void drop_movesOrCopiesAndUpdatesLinks_data()
     {
@@ -189,7 +194,7 @@ private slots:
         QTRY_VERIFY(site.isConnected());
         choose(site, "a", "x.html");
         const QString root = QString::fromStdString(folders.sending().string());
-        site.window->findChild<QAction*>(action)->trigger();
+        site.find<QAction>(qPrintable(action)).trigger();
         QVERIFY(site.find<QDialog>("progressPanel").isVisible());
         QTRY_VERIFY(site.isDone());
         QCOMPARE(site.log(), log.contains(QLatin1String("%1")) ? log.arg(root) : log);
@@ -243,14 +248,13 @@ private slots:
         rows.setData(rows.index(1, 0), Qt::Checked, Qt::CheckStateRole);
         for (const char* answer : {"No", "Delete"}) {
             remove.click();
-            auto* const alert =
-                site.window->findChild<QMessageBox*>(QStringLiteral("deleteUnlinkedItemsAlert"));
+            auto* const alert = findAlert(site);
             QVERIFY(alert);
             for (QAbstractButton* choice : alert->buttons()) {
                 if (choice->text() == QLatin1String(answer))
                     choice->click();
             }
-            QTRY_VERIFY(!site.window->findChild<QMessageBox*>(QStringLiteral("deleteUnlinkedItemsAlert")));
+            QTRY_VERIFY(!findAlert(site));
             QTRY_COMPARE(rows.rowCount(), *answer == 'N' ? 4 : 2);
         }
         QCOMPARE(folders.listing("sending/b"), std::string());
