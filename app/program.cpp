@@ -76,7 +76,9 @@ Result<void> Program::openFolders(const CommandLine& line)
 
 void Program::openSite(const SiteList::Record& siteDict)
 {
-    auto* const window = new HaldenDoc(siteDict, HaldenDoc::standardServices());
+    HaldenDoc::Services services = HaldenDoc::standardServices();
+    services.excludedFolders = [this] { return m_preferences.excludedFolderNames(); };
+    auto* const window = new HaldenDoc(siteDict, std::move(services));
     window->restoreLayoutState(m_preferences.value(siteLayoutKey).toByteArray());
     connect(window, &HaldenDoc::windowWillClose, this,
             [this, window] { m_preferences.setValue(siteLayoutKey, window->layoutState()); });

@@ -3,6 +3,7 @@
 #include "browser/browsercolumn.h"
 #include "browser/browserlistview.h"
 #include "browser/iconpreviewcontroller.h"
+#include "browser/relativepath.h"
 
 #include <QApplication>
 #include <QBoxLayout>
@@ -151,6 +152,8 @@ void Browser::connectColumn(BrowserColumn& column, int number)
             [=, this](const QModelIndex& item) { noteClick(number, item); });
     connect(&list, &QListView::doubleClicked, this, &Browser::doubleClicked);
     connect(&list, &BrowserListView::dragStarted, this, [=, this] { m_draggedColumn = number; });
+    list.setDropTarget(&m_dropTarget);
+    connect(&list, &BrowserListView::dropped, this, &Browser::dropped);
     connect(&column, &BrowserColumn::widthChosen, this, [=, this](int width) {
         while (m_widths.size() <= number)
             m_widths.append(usualWidth);
@@ -270,6 +273,29 @@ void Browser::select(int column, const QModelIndex& item)
         return;
     shown.list().setCurrentIndex(item);
     shown.list().scrollTo(item);
+}
+
+bool Browser::reveal(const std::filesystem::path& item)
+{
+    if (!m_model.rootNode())
+        return false;
+    Path names;
+    for (const std::filesystem::path& name :
+         std::filesystem::path(pathBelow(m_model.rootNode()->url(), item)))
+        names.push_back(name.native());
+    if (names.empty())
+        return false;
+    const auto isSelected = [&] {
+        const Path selected = path();
+        return selected.size() >= names.size() && std::equal(names.begin(), names.end(), selected.begin());
+    };
+    setPath(names);
+    // It may have come after the last listing.
+    if (!isSelected()) {
+        refresh();
+        setPath(names);
+    }
+    return isSelected();
 }
 
 void Browser::refresh()

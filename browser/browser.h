@@ -1,5 +1,7 @@
 #pragma once
 
+#include "browser/drop.h"
+#include "browser/droptarget.h"
 #include "browser/filesystemmodel.h"
 
 #include <QPersistentModelIndex>
@@ -48,6 +50,9 @@ public:
     void selectInLastColumn(const std::vector<std::string>& names);
     /// The same in the column that shows `folder`, when there is one.
     void selectInFolder(const std::filesystem::path& folder, const std::vector<std::string>& names);
+    /// Opens the columns on the way to `item` and selects it. False, and as far as it goes, when it is not to
+    /// be seen: outside of the root, hidden, or gone.
+    bool reveal(const std::filesystem::path& item);
     /// Starts the in-place edit of a name.
     void rename(const QModelIndex& item);
 
@@ -70,6 +75,8 @@ signals:
     void doubleClicked(const QModelIndex& item);
     /// Control+Delete or Control+Backspace: the selected items are to go.
     void deleteRequested();
+    /// Items were dropped where that is allowed.
+    void dropped(const Drop& drop);
     void contextMenuRequested(const QModelIndex& item, const QPoint& globalPosition);
     void columnWidthsChanged();
 
@@ -78,6 +85,7 @@ protected:
 
 private:
     FileSystemModel m_model;
+    DropTarget m_dropTarget{*this, m_model};
     std::vector<BrowserColumn*> m_columns;
     QWidget* m_content = nullptr;
     QLabel* m_emptyLabel = nullptr;

@@ -7,12 +7,14 @@
 #include "browser/endpoint.h"
 #include "browser/fileoperations.h"
 #include "browser/folderwatcher.h"
+#include "browser/linkjobs.h"
 #include "browser/paneconnection.h"
 #include "browser/panehost.h"
 #include "browser/panemenu.h"
 #include "browser/relativepath.h"
 #include "browser/transformers.h"
 #include "browser/unavailablemounter.h"
+#include "browser/unlinkeditemspanel.h"
 #include "platform/files.h"
 #include "platform/icons.h"
 #include "platform/mainhop.h"
@@ -44,6 +46,7 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     connectSheet();
     connectBrowser();
     connectMenu();
+    connectLinks();
     connectConnection(std::make_shared<UnavailableMounter>());
     setRootNode(nullptr);
     showBusy(0);
@@ -90,8 +93,8 @@ void BrowserController::connectBrowser()
             &QLabel::setText);
     connect(&browser().model(), &FileSystemModel::renamed, this,
             [this](const std::filesystem::path& oldPath, const std::filesystem::path& newPath) {
-                // The links to the item are updated by who hears of it.
                 emit itemRenamed(oldPath, newPath);
+                m_linkJobs->updateAfterRename(m_mountPath, oldPath, newPath);
                 refreshLater({newPath});
             });
 }
@@ -104,6 +107,25 @@ void BrowserController::connectMenu()
     connect(contextualMenu, &PaneMenu::renameChosen, this, &BrowserController::renameItem);
     connect(contextualMenu, &PaneMenu::deleteChosen, this, &BrowserController::deleteItem);
     connect(contextualMenu, &PaneMenu::reloadChosen, this, &BrowserController::reload);
+}
+
+void BrowserController::connectLinks()
+{
+    m_linkJobs = new LinkJobs([this] { return parentDoc ? &parentDoc->progress() : nullptr; }, this);
+    unlinkedItemsPanel = new UnlinkedItemsPanel(m_widget);
+    const auto reveal = [this](const std::filesystem::path& file) { browser().reveal(file); };
+    connect(m_linkJobs, &LinkJobs::fileActivated, this, reveal);
+    connect(unlinkedItemsPanel, &UnlinkedItemsPanel::fileActivated, this, reveal);
+    connect(unlinkedItemsPanel, &UnlinkedItemsPanel::restartRequested, this,
+            &BrowserController::startFindUnlinkedItems);
+    connect(unlinkedItemsPanel, &UnlinkedItemsPanel::itemsDeleted, this, [this] { refreshLater({}); });
+    // Only when the drag is over: its source is still in the middle of it.
+    connect(
+        &browser(), &Browser::dropped, this,
+        [this](const Drop& drop) { m_linkJobs->acceptDrop(m_mountPath, drop); }, Qt::QueuedConnection);
+    connect(contextualMenu, &PaneMenu::showLinksChosen, this, &BrowserController::showLinksForItem);
+    connect(contextualMenu, &PaneMenu::missingLinksChosen, this, &BrowserController::startFindMissingLinks);
+    connect(contextualMenu, &PaneMenu::unlinkedItemsChosen, this, &BrowserController::startFindUnlinkedItems);
 }
 
 void BrowserController::connectConnection(std::shared_ptr<VolumeMounter> mounter)
@@ -191,6 +213,8 @@ void BrowserController::volumeUnmounted(const std::filesystem::path& mountPoint)
 
 void BrowserController::emptyPane()
 {
+    stopFindMissingLinks();
+    stopFindUnlinkedItems();
     setConnectState({});
     m_ui->fullPathToSelectedItem->clear();
     setRootNode(nullptr);
@@ -296,6 +320,39 @@ void BrowserController::deleteSelectedItems()
         items.push_back(pathOf(item));
     if (!items.empty())
         confirmDeletion(items);
+}
+
+void BrowserController::showLinksForItem(const QString& senderTitle)
+{
+    const QModelIndex item = browser().clickedItem();
+    if (!item.isValid())
+        return;
+    const bool isTo = senderTitle == QLatin1String("Show Links To Item...");
+    m_linkJobs->showLinks(m_mountPath, pathOf(item),
+                          isTo ? LinkJobs::Direction::To : LinkJobs::Direction::From);
+}
+
+void BrowserController::startFindMissingLinks()
+{
+    if (rootNode())
+        m_linkJobs->findMissingLinks(m_mountPath);
+}
+
+void BrowserController::stopFindMissingLinks()
+{
+    m_linkJobs->stopReport();
+}
+
+void BrowserController::startFindUnlinkedItems()
+{
+    if (rootNode())
+        unlinkedItemsPanel->startFindUnlinkedItems(m_mountPath,
+                                                   m_excludedFolders ? m_excludedFolders() : QString());
+}
+
+void BrowserController::stopFindUnlinkedItems()
+{
+    unlinkedItemsPanel->stopFindUnlinkedItems();
 }
 
 void BrowserController::confirmDeletion(const Paths& items)

@@ -23,10 +23,12 @@ namespace luma {
 class Browser;
 class ConfigPanel;
 class FolderWatcher;
+class LinkJobs;
 class ObservedDictionary;
 class PaneConnection;
 class PaneHost;
 class PaneMenu;
+class UnlinkedItemsPanel;
 class VolumeMounter;
 
 /// One pane of a site's window: connects to the folder of its endpoint, shows it as columns, keeps them in
@@ -52,6 +54,8 @@ public:
     [[nodiscard]] const std::filesystem::path& mountPath() const { return m_mountPath; }
     /// Who mounts shares from now on.
     void setMounter(std::shared_ptr<VolumeMounter> mounter);
+    /// Who knows the names of the folders that the report on unlinked items leaves out, commas between.
+    void setExcludedFolders(std::function<QString()> names) { m_excludedFolders = std::move(names); }
 
     /// The window has opened: connects when the endpoint asks for it, else disconnects.
     void doConnect();
@@ -70,13 +74,22 @@ public:
     void deleteItem();
     void deleteSelectedItems();
     void openItem();
+    /// Lists the links to or from the clicked item, as `senderTitle` says: "Show Links To Item..." or "Show
+    /// Links From Item...".
+    void showLinksForItem(const QString& senderTitle);
+    /// Lists all links of the site's pages and marks the missing ones.
+    void startFindMissingLinks();
+    void stopFindMissingLinks();
+    /// Lists the files that nothing links to, in a panel that can delete them.
+    void startFindUnlinkedItems();
+    void stopFindUnlinkedItems();
 
 signals:
     /// A double click: the item, and the site folder that it belongs to.
     void openRequested(const std::filesystem::path& path, const std::filesystem::path& mountPath);
     /// Connected, disconnected, failed, or began to connect.
     void stateChanged();
-    /// The user has renamed an item; the file has its new name already.
+    /// The user has renamed an item; the file has its new name already, and its links are being updated.
     void itemRenamed(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
 
 private:
@@ -89,12 +102,16 @@ private:
     PaneMenu* contextualMenu = nullptr;
     FolderWatcher* m_watcher = nullptr;
     PaneConnection* m_connection = nullptr;
+    LinkJobs* m_linkJobs = nullptr;
+    UnlinkedItemsPanel* unlinkedItemsPanel = nullptr;
+    std::function<QString()> m_excludedFolders;
     std::filesystem::path m_mountPath;
     int m_jobs = 0;
 
     void connectSheet();
     void connectBrowser();
     void connectMenu();
+    void connectLinks();
     void connectConnection(std::shared_ptr<VolumeMounter> mounter);
     void beginConnection();
     void finishConnection(const MountResult& result, const QVariantMap& request);

@@ -1,5 +1,8 @@
 #include "browser/browserlistview.h"
 
+#include "browser/droptarget.h"
+
+#include <QDropEvent>
 #include <QPainter>
 
 namespace luma {
@@ -16,6 +19,13 @@ BrowserListView::BrowserListView(QWidget* parent) : QListView(parent)
     setTextElideMode(Qt::ElideMiddle);
     setDragEnabled(true);
     setDefaultDropAction(Qt::CopyAction);
+    setDropIndicatorShown(false);
+    viewport()->setAcceptDrops(true);
+}
+
+void BrowserListView::setDropTarget(const DropTarget* target)
+{
+    m_dropTarget = target;
 }
 
 void BrowserListView::setEmptyText(const QString& text)
@@ -30,9 +40,85 @@ void BrowserListView::startDrag(Qt::DropActions supportedActions)
     QListView::startDrag(supportedActions);
 }
 
+/// Accepts or refuses the event, and says what its drop would do.
+std::optional<Drop> BrowserListView::judge(QDropEvent& event)
+{
+    const QModelIndex row = indexAt(event.position().toPoint());
+    std::optional<Drop> drop;
+    if (m_dropTarget)
+        drop = m_dropTarget->validateDrop(event, m_dragged, row, rootIndex());
+    const Qt::DropAction action =
+        drop && drop->operation == MoveOperation::Move ? Qt::MoveAction : Qt::CopyAction;
+    if (!event.possibleActions().testFlag(action))
+        drop.reset();
+    event.setDropAction(drop ? action : Qt::IgnoreAction);
+    event.setAccepted(drop.has_value());
+    markDrop(drop.has_value(), row);
+    return drop;
+}
+
+void BrowserListView::dragEnterEvent(QDragEnterEvent* event)
+{
+    // Read once: a drag of thousands of files moves over every row.
+    m_dragged = DropTarget::droppedPaths(*event->mimeData());
+    setState(DraggingState);
+    (void)judge(*event);
+    // Refused here, it may still be welcome a few rows below; only a drag without files never is.
+    event->setAccepted(!m_dragged.empty());
+}
+
+void BrowserListView::dragMoveEvent(QDragMoveEvent* event)
+{
+    // The inherited part scrolls at the edges.
+    QListView::dragMoveEvent(event);
+    (void)judge(*event);
+}
+
+void BrowserListView::dragLeaveEvent(QDragLeaveEvent* event)
+{
+    markDrop(false, {});
+    m_dragged.clear();
+    QListView::dragLeaveEvent(event);
+}
+
+void BrowserListView::dropEvent(QDropEvent* event)
+{
+    const std::optional<Drop> drop = judge(*event);
+    const Qt::DropAction action = event->dropAction();
+    markDrop(false, {});
+    m_dragged.clear();
+    // Taken already, so that the inherited part only ends the drag.
+    event->accept();
+    QListView::dropEvent(event);
+    event->setDropAction(action);
+    event->setAccepted(drop.has_value());
+    if (drop)
+        emit dropped(*drop);
+}
+
+void BrowserListView::markDrop(bool wouldDrop, const QModelIndex& row)
+{
+    m_wouldDrop = wouldDrop;
+    m_dropRow = row;
+    viewport()->update();
+}
+
+/// A frame around the row, or around the whole column when its own folder is meant.
+void BrowserListView::paintDropMark()
+{
+    if (!m_wouldDrop)
+        return;
+    QPainter painter(viewport());
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(palette().color(QPalette::Highlight), 2));
+    const QRect area = m_dropRow.isValid() ? visualRect(m_dropRow) : viewport()->rect();
+    painter.drawRoundedRect(QRectF(area).adjusted(1, 1, -1, -1), 3, 3);
+}
+
 void BrowserListView::paintEvent(QPaintEvent* event)
 {
     QListView::paintEvent(event);
+    paintDropMark();
     if (m_emptyText.isEmpty() || !model() || model()->rowCount(rootIndex()) > 0)
         return;
     QPainter painter(viewport());

@@ -2,7 +2,9 @@
 
 #include "platform/fileuri.h"
 
+#include <QList>
 #include <QStringDecoder>
+#include <QSysInfo>
 
 #include <plist/plist.h>
 
@@ -44,6 +46,28 @@ std::string bytesOf(plist_t node)
     return copy;
 }
 
+// The bytes of the path; empty for what is no file of this machine.
+QByteArray localPathOf(QByteArray uri)
+{
+    if (uri.left(5).toLower() != "file:")
+        return {};
+    uri.remove(0, 5);
+    // RFC 8089: "file:/path" is right too, and the host may be named.
+    if (uri.startsWith("//")) {
+        const qsizetype path = uri.indexOf('/', 2);
+        const QByteArray host = path < 0 ? uri.mid(2) : uri.mid(2, path - 2);
+        const bool isHere =
+            host.isEmpty() || host.toLower() == "localhost" || host == QSysInfo::machineHostName().toUtf8();
+        if (path < 0 || !isHere)
+            return {};
+        uri.remove(0, path);
+    }
+    QByteArray path = QByteArray::fromPercentEncoding(uri);
+    while (path.size() > 1 && path.endsWith('/'))
+        path.chop(1);
+    return path.startsWith('/') && !path.contains('\0') ? path : QByteArray();
+}
+
 } // namespace
 
 QByteArray dragRecord(const std::vector<std::filesystem::path>& paths)
@@ -83,6 +107,16 @@ QByteArray uriList(const std::vector<std::filesystem::path>& paths)
     for (const std::filesystem::path& path : paths)
         list += fileUri(path) + "\r\n";
     return list;
+}
+
+std::vector<std::filesystem::path> pathsOfUriList(const QByteArray& list)
+{
+    std::vector<std::filesystem::path> paths;
+    for (const QByteArray& line : list.split('\n')) {
+        if (const QByteArray path = localPathOf(line.trimmed()); !path.isEmpty())
+            paths.emplace_back(path.toStdString());
+    }
+    return paths;
 }
 
 } // namespace luma

@@ -19,5 +19,8 @@ std::vector<std::filesystem::path> pathsOfDragRecord(const QByteArray& record);
 /// The same paths for other programs (text/uri-list, RFC 2483): every byte that may not stand in a URL is
 /// percent-encoded, so that a name of any bytes arrives.
 QByteArray uriList(const std::vector<std::filesystem::path>& paths);
+/// The local files of such a list, whoever wrote it; comments, other URLs and files of other machines are
+/// left out.
+std::vector<std::filesystem::path> pathsOfUriList(const QByteArray& list);
 
 } // namespace luma

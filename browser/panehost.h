@@ -21,10 +21,14 @@ public:
     virtual void append(const QString& text) = 0;
     /// The job has ended: the bar stops, Stop is disabled, OK enabled.
     virtual void finish() = 0;
+    /// Between begin() and finish().
+    [[nodiscard]] virtual bool isRunning() const = 0;
     /// Line `number` of the log, counted from 0, without its line feed; empty when there is none.
     [[nodiscard]] virtual QString lineText(int number) const = 0;
 
 signals:
+    /// begin() was called.
+    void began();
     void stopRequested();
     /// The user clicked line `number` of the log.
     void lineActivated(int number);

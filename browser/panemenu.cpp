@@ -18,7 +18,27 @@ PaneMenu::PaneMenu(QWidget* parent) : QMenu(parent)
     addForItem(QStringLiteral("deleteAction"), tr("&Delete..."), QStringLiteral("delete"),
                &PaneMenu::deleteChosen);
     addSeparator();
+    addLinkReports();
+    addSeparator();
     add(QStringLiteral("reloadAction"), tr("Re&load"), QStringLiteral("reload"), &PaneMenu::reloadChosen);
+}
+
+void PaneMenu::addLinkReports()
+{
+    addShowLinks(QStringLiteral("showLinksFromAction"), QStringLiteral("Show Links From Item..."));
+    addShowLinks(QStringLiteral("showLinksToAction"), QStringLiteral("Show Links To Item..."));
+    add(QStringLiteral("paneMissingLinksAction"), tr("&Missing Links"), QStringLiteral("missing-links"),
+        &PaneMenu::missingLinksChosen);
+    add(QStringLiteral("paneUnlinkedItemsAction"), tr("Un&linked Items"), QStringLiteral("unlinked-items"),
+        &PaneMenu::unlinkedItemsChosen);
+}
+
+void PaneMenu::addShowLinks(const QString& name, const QString& title)
+{
+    QAction* action = addAction(title);
+    action->setObjectName(name);
+    m_itemActions.append(action);
+    connect(action, &QAction::triggered, this, [this, title] { emit showLinksChosen(title); });
 }
 
 QAction* PaneMenu::add(const QString& name, const QString& text, const QString& icon,

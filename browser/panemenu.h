@@ -22,10 +22,16 @@ signals:
     void renameChosen();
     void deleteChosen();
     void reloadChosen();
+    /// With the title of the action, which tells the direction.
+    void showLinksChosen(const QString& title);
+    void missingLinksChosen();
+    void unlinkedItemsChosen();
 
 private:
     QList<QAction*> m_itemActions;
 
+    void addLinkReports();
+    void addShowLinks(const QString& name, const QString& title);
     QAction* add(const QString& name, const QString& text, const QString& icon, void (PaneMenu::*chosen)());
     QAction* addForItem(const QString& name, const QString& text, const QString& icon,
                         void (PaneMenu::*chosen)());

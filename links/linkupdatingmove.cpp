@@ -84,7 +84,8 @@ bool LinkUpdatingMove::moveItemTo(MoveOutcome& outcome, MoveOperation operation,
 {
     const std::string name = target.filename().native();
     bool clash = false;
-    Result<void> done;
+    // Stays so when nobody runs the operation any more.
+    Result<void> done = Error{item.native() + ": not moved"};
     const auto act = [&] {
         clash = itemExists(target);
         if (!clash)

@@ -53,7 +53,8 @@ public:
         std::function<void(const std::string& text)> log;
         /// At once when a problem is met; MoveOutcome holds them all.
         std::function<void(const MoveProblem& problem)> problem;
-        /// Runs a file operation, on the main thread for instance; without it it is just called.
+        /// Runs a file operation, on the main thread for instance; without it it is just called. An operation
+        /// that it does not run counts as failed.
         std::function<void(const std::function<void()>& operation)> fileOperation;
         StillWanted stillWanted;
     };

@@ -51,7 +51,7 @@ HaldenDoc::Services HaldenDoc::standardServices()
     std::shared_ptr<VolumeMounter> mounter = shared.lock();
     if (!mounter)
         shared = mounter = std::make_shared<GvfsMounter>();
-    return {{checkConnection, setUp}, &SSHController::unixShellWithResultAndArguments, mounter};
+    return {{checkConnection, setUp}, &SSHController::unixShellWithResultAndArguments, mounter, {}};
 }
 
 HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QWidget* parent)
@@ -65,20 +65,21 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
     m_ui->setupUi(this);
     createToolBar();
     setIcons();
-    createPanes(services.mounter);
+    createPanes(services);
     m_progressPanel = new ProgressPanel(this);
     m_syncPanel = new SyncPanel(m_engine, this);
     connectActions();
     connectRemoteLogin();
     connect(m_record.get(), &SiteRecord::changed, this, &HaldenDoc::updateForRecord);
     updateForRecord();
+    updateActions();
     WindowRegistry::instance().add(this);
     WindowRegistry::instance().fill(m_ui->windowsMenu);
 }
 
 HaldenDoc::~HaldenDoc() = default;
 
-void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
+void HaldenDoc::createPanes(const Services& services)
 {
     m_source = new BrowserController(tr("Source"), m_record->sourceDict(), this, m_ui->splitView);
     m_destination =
@@ -89,7 +90,9 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
     m_source->widget()->setObjectName(QStringLiteral("sourceBrowserController"));
     m_destination->widget()->setObjectName(QStringLiteral("destinationBrowserController"));
     for (BrowserController* pane : {m_source, m_destination}) {
-        pane->setMounter(mounter);
+        pane->setMounter(services.mounter);
+        pane->setExcludedFolders(services.excludedFolders);
+        connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::updateActions);
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
     }
 }
@@ -126,6 +129,10 @@ void HaldenDoc::connectActions()
     onPane(m_ui->deleteAction, &BrowserController::deleteSelectedItems);
     connect(m_ui->reloadAction, &QAction::triggered, m_source, &BrowserController::reload);
     connect(m_ui->reloadAction, &QAction::triggered, m_destination, &BrowserController::reload);
+    connect(m_ui->missingLinksAction, &QAction::triggered, this,
+            [this] { currentSitePane().startFindMissingLinks(); });
+    connect(m_ui->unlinkedItemsAction, &QAction::triggered, this,
+            [this] { currentSitePane().startFindUnlinkedItems(); });
     connect(m_ui->sourceSettingsAction, &QAction::triggered, m_source, &BrowserController::configure);
     connect(m_ui->destinationSettingsAction, &QAction::triggered, m_destination,
             &BrowserController::configure);
@@ -162,6 +169,13 @@ void HaldenDoc::updateForRecord()
     m_ui->connectionLine->setVisible(isRemote);
     m_ui->setUpRemoteLoginAction->setEnabled(isRemote);
     m_ui->checkConnectionAction->setEnabled(isRemote);
+}
+
+void HaldenDoc::updateActions()
+{
+    const bool isConnected = m_source->rootNode() || m_destination->rootNode();
+    m_ui->missingLinksAction->setEnabled(isConnected);
+    m_ui->unlinkedItemsAction->setEnabled(isConnected);
 }
 
 QByteArray HaldenDoc::layoutState() const
@@ -239,6 +253,13 @@ BrowserController& HaldenDoc::currentPane() const
     const QWidget* const focused = QApplication::focusWidget();
     const bool inDestination = focused && m_destination->widget()->isAncestorOf(focused);
     return inDestination ? *m_destination : *m_source;
+}
+
+BrowserController& HaldenDoc::currentSitePane() const
+{
+    BrowserController& current = currentPane();
+    BrowserController& other = &current == m_source ? *m_destination : *m_source;
+    return current.rootNode() || !other.rootNode() ? current : other;
 }
 
 void HaldenDoc::closeEvent(QCloseEvent* event)

@@ -8,6 +8,7 @@
 
 #include <QMainWindow>
 
+#include <functional>
 #include <memory>
 
 namespace Ui {
@@ -35,6 +36,9 @@ public:
         RemoteLogin::Calls remoteLogin;
         SyncEngine::ShellRunner runShell;
         std::shared_ptr<VolumeMounter> mounter;
+        /// The names of the folders that the report on unlinked items leaves out, commas between; may be
+        /// empty.
+        std::function<QString()> excludedFolders;
     };
     /// The real ones: ssh, expect, the shell, and the desktop's network file systems.
     static Services standardServices();
@@ -81,16 +85,19 @@ private:
     SyncPanel* m_syncPanel = nullptr;
     bool m_rsync = false;
 
-    void createPanes(const std::shared_ptr<VolumeMounter>& mounter);
+    void createPanes(const Services& services);
     void createToolBar();
     void connectActions();
     void connectRemoteLogin();
     void setIcons();
     void updateForRecord();
+    void updateActions();
     void showCheck(bool works);
     void setUpEnded(const QString& message);
     [[nodiscard]] SyncSides sides() const;
     [[nodiscard]] BrowserController& currentPane() const;
+    /// The current pane, or the other one when that is not connected.
+    [[nodiscard]] BrowserController& currentSitePane() const;
 };
 
 } // namespace luma

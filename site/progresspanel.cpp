@@ -48,6 +48,7 @@ void ProgressPanel::begin(const QString& status)
     updateControls();
     if (!windowShowsASheet())
         m_panel->open();
+    emit began();
 }
 
 void ProgressPanel::append(const QString& text)

@@ -26,10 +26,10 @@ public:
     void begin(const QString& status) override;
     void append(const QString& text) override;
     void finish() override;
+    [[nodiscard]] bool isRunning() const override { return m_isRunning; }
     [[nodiscard]] QString lineText(int number) const override;
 
     [[nodiscard]] QDialog& panel() const { return *m_panel; }
-    [[nodiscard]] bool isRunning() const { return m_isRunning; }
 
     /// Writes the log to a file that the user chooses.
     void saveAsText();

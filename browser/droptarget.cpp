@@ -1,0 +1,50 @@
+#include "browser/droptarget.h"
+
+#include "browser/dragrecord.h"
+#include "browser/filesystemmodel.h"
+
+#include <QDropEvent>
+#include <QMimeData>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Such a move would only fail, after a slip of the mouse most often.
+bool movesNothing(const Drop& drop)
+{
+    return std::all_of(drop.items.begin(), drop.items.end(), [&](const fs::path& item) {
+        return item.parent_path() == drop.folder || item == drop.folder;
+    });
+}
+
+} // namespace
+
+std::vector<fs::path> DropTarget::droppedPaths(const QMimeData& data)
+{
+    if (data.hasFormat(QLatin1String(dragRecordType)))
+        return pathsOfDragRecord(data.data(QLatin1String(dragRecordType)));
+    return pathsOfUriList(data.data(QStringLiteral("text/uri-list")));
+}
+
+std::optional<Drop> DropTarget::validateDrop(const QDropEvent& event, const std::vector<fs::path>& items,
+                                             const QModelIndex& row, const QModelIndex& columnFolder) const
+{
+    const FileSystemNodePointer folder = m_model.node(row.isValid() ? row : columnFolder);
+    if (items.empty() || !folder || folder->isLeaf())
+        return {};
+    const auto* const source = qobject_cast<const QWidget*>(event.source());
+    const bool isWithin = source && m_browser.isAncestorOf(source);
+    const bool isMove = isWithin && !event.modifiers().testFlag(Qt::ControlModifier);
+    Drop drop{isMove ? MoveOperation::Move : MoveOperation::Copy, items, folder->url()};
+    if (isMove && movesNothing(drop))
+        return {};
+    return drop;
+}
+
+} // namespace luma

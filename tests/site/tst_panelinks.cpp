@@ -1,0 +1,338 @@
+#include "browser/dragrecord.h"
+#include "browser/filesystemmodel.h"
+#include "browser/unlinkeditemsmodel.h"
+#include "tests/site/screenshot.h"
+#include "tests/site/sitewindow.h"
+#include "tests/support/registry.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QDialog>
+#include <QMenu>
+#include <QMessageBox>
+#include <QTableView>
+#include <QThreadPool>
+
+namespace fs = std::filesystem;
+using namespace luma;
+using luma::test::SiteWindow;
+using luma::test::TwoFolders;
+
+/// Links maintenance as the user meets it: in the panes of a real window.
+class tst_panelinks final : public QObject
+{
+    Q_OBJECT
+
+private:
+    static void makeSite(const TwoFolders& folders)
+    {
+        folders.put("sending/index.html", "<a href=\"a/x.html\">x</a><img src=\"img/none.png\">");
+        folders.put("sending/a/x.html", "<img src=\"img/p.png\"><a href=x.html>me</a>");
+        folders.put("sending/a/y.html", "<a href=\"x.html#top\">x</a>");
+        folders.put("sending/a/img/p.png");
+        folders.put("sending/b/lonely.txt");
+        folders.put("sending/images/logo.png");
+        folders.put("receiving/c/z.html", "<a href='http://example.org'>out</a>");
+    }
+
+    static void choose(const SiteWindow& site, const char* folder, const char* name)
+    {
+        site.source().browser().setPath({folder, name});
+        QCOMPARE(site.source().browser().path(), (Browser::Path{folder, name}));
+    }
+
+    static QMessageBox* findAlert(const SiteWindow& site)
+    {
+        return site.window->findChild<QMessageBox*>(QStringLiteral("deleteUnlinkedItemsAlert"));
+    }
+
+private slots:
+    void drop_movesOrCopiesAndUpdatesLinks_data()
+    {
+        QTest::addColumn<bool>("control");
+        QTest::newRow("moves within the pane") << false;
+        QTest::newRow("copies with Control") << true;
+    }
+    void drop_movesOrCopiesAndUpdatesLinks()
+    {
+        QFETCH(bool, control);
+        const TwoFolders folders;
+        makeSite(folders);
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        choose(site, "a", "x.html");
+        const Qt::DropAction action = SiteWindow::dragAndDrop(
+            SiteWindow::list(site.source(), 1), SiteWindow::list(site.source(), 0),
+            SiteWindow::item(site.source(), 0, "b"), control ? Qt::ControlModifier : Qt::NoModifier);
+        QCOMPARE(action, control ? Qt::CopyAction : Qt::MoveAction);
+        QTRY_COMPARE(site.log(), QStringLiteral("Updating links to: x.html\n\n\nDone"));
+        QTRY_VERIFY(site.isDone());
+        QCOMPARE(site.status(),
+                 QStringLiteral("Please wait while links in all possible files are being updated..."));
+        QVERIFY(site.find<QDialog>("progressPanel").isVisible());
+        QCOMPARE(fs::exists(folders.at("sending/a/x.html")), control);
+        QCOMPARE(folders.bytes("sending/b/x.html"),
+                 std::string("<img src=\"../a/img/p.png\"><a href=x.html>me</a>"));
+        QCOMPARE(folders.bytes("sending/a/y.html"), std::string("<a href=\"../b/x.html#top\">x</a>"));
+        QCOMPARE(folders.bytes("sending/index.html"),
+                 std::string("<a href=\"b/x.html\">x</a><img src=\"img/none.png\">"));
+    }
+
+    void dropFromTheOtherPane_copiesIntoTheColumnsFolder()
+    {
+        const TwoFolders folders;
+        makeSite(folders);
+        folders.put("receiving/lonely.txt", "mine");
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        choose(site, "b", "lonely.txt");
+        BrowserListView& from = SiteWindow::list(site.source(), 1);
+        site.destination().browser().setPath({"c"});
+        QCOMPARE(SiteWindow::dragAndDrop(from, SiteWindow::list(site.destination(), 1), {}), Qt::CopyAction);
+        QTRY_COMPARE(folders.bytes("receiving/c/lonely.txt"), std::string("text"));
+        QTRY_VERIFY(site.isDone());
+        QVERIFY(fs::exists(folders.at("sending/b/lonely.txt")));
+        site.find<QDialog>("progressPanel").accept();
+        // Where the name is taken nothing is overwritten.
+        QCOMPARE(SiteWindow::dragAndDrop(from, SiteWindow::list(site.destination(), 0), {}), Qt::CopyAction);
+        QTRY_COMPARE(site.log(), QStringLiteral("File lonely.txt exists, not overwritten\n\nDone"));
+        QCOMPARE(folders.bytes("receiving/lonely.txt"), std::string("mine"));
+    }
+
+    void drop_isRefused()
+    {
+        const TwoFolders folders;
+        makeSite(folders);
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        choose(site, "a", "x.html");
+        BrowserListView& root = SiteWindow::list(site.source(), 0);
+        BrowserListView& column = SiteWindow::list(site.source(), 1);
+        const QModelIndex folder = SiteWindow::item(site.source(), 0, "b");
+        QMimeData data;
+        data.setText(QStringLiteral("no file"));
+        QCOMPARE(SiteWindow::drop(root, folder, data), Qt::IgnoreAction);
+        data.setData(QStringLiteral("text/uri-list"), "http://example.org/x\r\n#file:///a\r\n");
+        QCOMPARE(SiteWindow::drop(root, folder, data), Qt::IgnoreAction);
+        const QModelIndex file = SiteWindow::item(site.source(), 0, "index.html");
+        QCOMPARE(SiteWindow::dragAndDrop(column, root, file), Qt::IgnoreAction);
+        // To where it is.
+        QCOMPARE(SiteWindow::dragAndDrop(column, column, {}), Qt::IgnoreAction);
+        QVERIFY(!site.find<QDialog>("progressPanel").isVisible());
+    }
+
+    void dropFromAnotherProgram_takesNamesAsBytes()
+    {
+        const TwoFolders folders;
+        makeSite(folders);
+        const std::vector<std::string> names{"a b%20#?.txt", "line\nfeed.txt", "caf\xe9.txt", "'\"$x`.txt"};
+        std::vector<fs::path> outside;
+        for (const std::string& name : names) {
+            folders.put("outside/" + name, name);
+            outside.push_back(folders.at("outside/" + name));
+        }
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        QMimeData data;
+        data.setData(QStringLiteral("text/uri-list"), uriList(outside));
+        QCOMPARE(SiteWindow::drop(SiteWindow::list(site.source(), 0), SiteWindow::item(site.source(), 0, "b"),
+                                  data),
+                 Qt::CopyAction);
+        QTRY_VERIFY(site.log().endsWith(QLatin1String("\nDone")));
+        for (const std::string& name : names) {
+            QCOMPARE(folders.bytes("sending/b/" + name), name);
+            QVERIFY(fs::exists(folders.at("outside/" + name)));
+        }
+    }
+
+    void rename_rewritesLinks()
+    {
+        const TwoFolders folders;
+        makeSite(folders);
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"),
+                                                QStringLiteral("new a"), Qt::EditRole);
+        QTRY_COMPARE(site.log(),
+                     QStringLiteral("Updating links from: a to new a\n\nUpdating links to: a\n\n\nDone"));
+        QTRY_VERIFY(site.isDone());
+        QCOMPARE(folders.bytes("sending/index.html"),
+                 std::string("<a href=\"new a/x.html\">x</a><img src=\"img/none.png\">"));
+        QCOMPARE(folders.bytes("sending/new a/y.html"), std::string("<a href=\"x.html#top\">x</a>"));
+        QTRY_COMPARE(site.source().browser().path(), Browser::Path{"new a"});
+    }
+
+    void reports_data()
+    {
+        QTest::addColumn<QString>("action");
+        QTest::addColumn<QString>("status");
+        QTest::addColumn<QString>("log");
+        QTest::newRow("from") << QStringLiteral("showLinksFromAction")
+                              << QStringLiteral("Listing all links from: %1/a/x.html")
+                              << QStringLiteral(
+                                     "%1/a/x.html\n    href : x.html\n    src : img/p.png\n\nDone");
+        QTest::newRow("to") << QStringLiteral("showLinksToAction")
+                            << QStringLiteral("Listing all links to: %1/a/x.html")
+                            << QStringLiteral("a/x.html\na/y.html\nindex.html\n\nDone");
+        const QString missing = QStringLiteral(
+            "%1/a/x.html\n    href : x.html\n    src : img/p.png\n"
+            "%1/a/y.html\n    href : x.html#top    *** MISSING ***\n"
+            "%1/index.html\n    href : a/x.html\n    src : img/none.png    *** MISSING ***\n\nDone");
+        const QString title = QStringLiteral("Checking source files for missing links (*** MISSING ***)");
+        QTest::newRow("missing") << QStringLiteral("missingLinksAction") << title << missing;
+        QTest::newRow("missing, by the pane's menu")
+            << QStringLiteral("paneMissingLinksAction") << title << missing;
+    }
+    void reports()
+    {
+        QFETCH(QString, action);
+        QFETCH(QString, status);
+        QFETCH(QString, log);
+        const TwoFolders folders;
+        makeSite(folders);
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        choose(site, "a", "x.html");
+        const QString root = QString::fromStdString(folders.sending().string());
+        site.find<QAction>(qPrintable(action)).trigger();
+        QVERIFY(site.find<QDialog>("progressPanel").isVisible());
+        QTRY_VERIFY(site.isDone());
+        QCOMPARE(site.log(), log.contains(QLatin1String("%1")) ? log.arg(root) : log);
+        QCOMPARE(site.status(), status.contains(QLatin1String("%1")) ? status.arg(root) : status);
+        test::saveScreenshots(site.find<QDialog>("progressPanel"), QLatin1String(QTest::currentDataTag()));
+    }
+
+    void aClickedLine_selectsItsFile()
+    {
+        const TwoFolders folders;
+        makeSite(folders);
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        site.source().startFindMissingLinks();
+        QTRY_VERIFY(site.isDone());
+        auto& log = site.find<LogView>("progressPanelTextField2");
+        const auto selectedBy = [&](int line) {
+            const QModelIndex row = log.model()->index(line, 0);
+            QTest::mouseClick(log.viewport(), Qt::LeftButton, {}, log.visualRect(row).center());
+            return site.source().browser().path();
+        };
+        QCOMPARE(selectedBy(3), (Browser::Path{"a", "y.html"}));
+        QCOMPARE(selectedBy(2), (Browser::Path{"a", "img", "p.png"}));
+        QCOMPARE(selectedBy(7), (Browser::Path{"index.html"})); // a missing link: the page to mend
+        QCOMPARE(selectedBy(9), (Browser::Path{"index.html"}));
+    }
+
+    void unlinkedItems_listDeleteAndRestart()
+    {
+        const TwoFolders folders;
+        makeSite(folders);
+        folders.put("sending/old/x.txt");
+        folders.put("sending/b/\xff\n.txt");
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        site.find<QAction>("unlinkedItemsAction").trigger();
+        auto& panel = site.find<QDialog>("unlinkedItemsPanel");
+        auto& rows = site.find<UnlinkedItemsModel>("unlinkedItemsArrayController");
+        auto& remove = site.find<QPushButton>("unlinkedItemsDeleteButton");
+        QVERIFY(panel.isVisible());
+        QCOMPARE(site.find<QLabel>("unlinkedItemsPanelTitle").text(),
+                 QStringLiteral("Listing all files with no links."));
+        QTRY_VERIFY(remove.isEnabled());
+        QCOMPARE(rows.selectedNames(),
+                 (std::vector<std::string>{"a/y.html", "b/lonely.txt", "b/\xff\n.txt", "index.html"}));
+        QVERIFY(!site.find<QPushButton>("unlinkedItemsStopButton").isEnabled());
+        test::saveScreenshots(panel, QStringLiteral("unlinked-rows"));
+        site.find<QCheckBox>("unlinkedItemsAllCheckBox").click();
+        QVERIFY(rows.selectedNames().empty());
+        rows.setData(rows.index(2, 0), Qt::Checked, Qt::CheckStateRole);
+        rows.setData(rows.index(1, 0), Qt::Checked, Qt::CheckStateRole);
+        for (const char* answer : {"No", "Delete"}) {
+            remove.click();
+            auto* const alert = findAlert(site);
+            QVERIFY(alert);
+            for (QAbstractButton* choice : alert->buttons()) {
+                if (choice->text() == QLatin1String(answer))
+                    choice->click();
+            }
+            QTRY_VERIFY(!findAlert(site));
+            QTRY_COMPARE(rows.rowCount(), *answer == 'N' ? 4 : 2);
+        }
+        QCOMPARE(folders.listing("sending/b"), std::string());
+        QVERIFY(fs::exists(folders.at("sending/index.html")));
+        folders.put("sending/b/new.txt");
+        site.find<QPushButton>("unlinkedItemsRestartButton").click();
+        QTRY_COMPARE(rows.selectedNames(), (std::vector<std::string>{"a/y.html", "b/new.txt", "index.html"}));
+    }
+
+    void allUnlinkedItemsGone_thePanelSaysSo()
+    {
+        const TwoFolders folders;
+        folders.put("sending/a.txt");
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        site.source().startFindUnlinkedItems();
+        auto& remove = site.find<QPushButton>("unlinkedItemsDeleteButton");
+        QTRY_VERIFY(remove.isEnabled());
+        remove.click();
+        site.find<QMessageBox>("deleteUnlinkedItemsAlert").buttons().first()->click();
+        QTRY_COMPARE(site.find<QLabel>("unlinkedItemsPanelTitle").text(),
+                     QStringLiteral("No more files to be deleted."));
+        QVERIFY(!remove.isEnabled());
+        QVERIFY(!fs::exists(folders.at("sending/a.txt")));
+        QTRY_COMPARE(SiteWindow::list(site.source(), 0).model()->rowCount(), 0);
+        test::saveScreenshots(site.find<QDialog>("unlinkedItemsPanel"), QStringLiteral("unlinked-none"));
+    }
+
+    void inTheMiddle_data()
+    {
+        QTest::addColumn<int>("job");
+        QTest::addColumn<bool>("close");
+        for (int job = 0; job < 4; ++job) {
+            QTest::addRow("close %d", job) << job << true;
+            QTest::addRow("stop %d", job) << job << false;
+        }
+    }
+    void inTheMiddle()
+    {
+        QFETCH(int, job);
+        QFETCH(bool, close);
+        const TwoFolders folders;
+        makeSite(folders);
+        const std::string links(20'000, ' ');
+        for (int i = 0; i < 400; ++i)
+            folders.put("sending/many/" + std::to_string(i) + ".html", "<a href='../a/x.html'>" + links);
+        SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        site.source().browser().setPath({"a"});
+        switch (job) {
+        case 0:
+            site.source().startFindMissingLinks();
+            break;
+        case 1:
+            site.source().startFindUnlinkedItems();
+            break;
+        case 2:
+            site.source().showLinksForItem(QStringLiteral("Show Links To Item..."));
+            break;
+        default:
+            site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"),
+                                                    QStringLiteral("z"), Qt::EditRole);
+        }
+        if (close)
+            site.window->close();
+        else if (job == 1)
+            site.find<QPushButton>("unlinkedItemsStopButton").click();
+        else
+            site.find<QPushButton>("progressPanelStopButton").click();
+        QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
+        if (!close)
+            QTRY_VERIFY(job == 1 ? site.find<QPushButton>("unlinkedItemsRestartButton").isEnabled()
+                                 : site.isDone());
+        if (job == 3 && close)
+            QCOMPARE(folders.bytes("sending/many/7.html"), "<a href='../z/x.html'>" + links);
+        QVERIFY(folders.listing("sending").find(".luma-") == std::string::npos);
+    }
+};
+
+LUMA_TEST(tst_panelinks)
+#include "tst_panelinks.moc"
