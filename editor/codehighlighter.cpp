@@ -53,30 +53,30 @@ void CodeHighlighter::addHtmlRules()
 {
     addRule("<!--", commentColour, "-->");
     addRule("<![^>]*>", commentColour);
-    addRule("</?[A-Za-z][^\\s>/]*|/?>", nameColour);
-    addRule("\"[^\"]*\"|'[^']*'", stringColour);
-    addRule("&#?\\w+;", numberColour);
+    addRule(R"~(</?[A-Za-z][^\s>/]*|/?>)~", nameColour);
+    addRule(R"~("[^"]*"|'[^']*')~", stringColour);
+    addRule(R"~(&#?\w+;)~", numberColour);
 }
 
 void CodeHighlighter::addCssRules()
 {
-    addRule("/\\*", commentColour, "\\*/");
-    addRule("\"(?:\\\\.|[^\"\\\\])*\"|'(?:\\\\.|[^'\\\\])*'", stringColour);
-    addRule("@[-\\w]+", wordColour);
-    addRule("[-\\w]+(?=\\s*:[^{]*(?:;|$))", nameColour);
-    addRule("#[0-9a-fA-F]{3,8}\\b|(?<![-\\w])[+-]?\\d*\\.?\\d+(?:%|[a-z]+)?", numberColour);
+    addRule(R"~(/\*)~", commentColour, R"~(\*/)~");
+    addRule(R"~("(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])*')~", stringColour);
+    addRule(R"~(@[-\w]+)~", wordColour);
+    addRule(R"~([-\w]+(?=\s*:[^{]*(?:;|$)))~", nameColour);
+    addRule(R"~(#[0-9a-fA-F]{3,8}\b|(?<![-\w])[+-]?\d*\.?\d+(?:%|[a-z]+)?)~", numberColour);
 }
 
 void CodeHighlighter::addScriptRules()
 {
-    addRule("/\\*", commentColour, "\\*/");
+    addRule(R"~(/\*)~", commentColour, R"~(\*/)~");
     addRule("//.*", commentColour);
-    addRule("\"(?:\\\\.|[^\"\\\\])*\"|'(?:\\\\.|[^'\\\\])*'", stringColour);
+    addRule(R"~("(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])*')~", stringColour);
     addRule("`", stringColour, "`");
     addRule(
-        "\\b(?:const|let|var|function|return|if|else|for|while|of|in|new|class|true|false|null|typeof)\\b",
+        R"~(\b(?:const|let|var|function|return|if|else|for|while|of|in|new|class|true|false|null|typeof)\b)~",
         wordColour);
-    addRule("\\b\\d+(?:\\.\\d+)?\\b", numberColour);
+    addRule(R"~(\b\d+(?:\.\d+)?\b)~", numberColour);
 }
 
 void CodeHighlighter::highlightBlock(const QString& text)

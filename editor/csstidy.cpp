@@ -44,7 +44,7 @@ std::string echoCommand(std::string_view plain)
             command += '\\';
         // One pair for the quotes and one for echo.
         if (c == '\\')
-            command += "\\\\\\";
+            command += R"(\\\)";
         command += c;
     }
     return command.append("\"").append(formatter);

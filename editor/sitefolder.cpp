@@ -46,8 +46,8 @@ std::optional<std::string> decodedName(std::string_view encoded)
 
 } // namespace
 
-SiteFolder::SiteFolder(fs::path page, const fs::path& site)
-    : m_page(fs::absolute(std::move(page)).lexically_normal()), m_folder(m_page.parent_path())
+SiteFolder::SiteFolder(const fs::path& page, const fs::path& site)
+    : m_page(fs::absolute(page).lexically_normal()), m_folder(m_page.parent_path())
 {
     if (site.empty())
         return;

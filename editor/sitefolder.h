@@ -22,7 +22,7 @@ class SiteFolder final
 public:
     SiteFolder() = default;
     /// `site` may be empty. Both are made absolute.
-    SiteFolder(std::filesystem::path page, const std::filesystem::path& site);
+    SiteFolder(const std::filesystem::path& page, const std::filesystem::path& site);
 
     [[nodiscard]] const std::filesystem::path& page() const { return m_page; }
     [[nodiscard]] const std::filesystem::path& folder() const { return m_folder; }
