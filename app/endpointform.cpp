@@ -4,30 +4,9 @@
 #include "platform/icons.h"
 #include "ui_EndpointForm.h"
 
-#include <array>
+#include <QCoreApplication>
 
 namespace luma {
-
-namespace {
-
-struct Protocol
-{
-    const char* scheme;
-    const char* meaning;
-};
-
-constexpr std::array protocols = {
-    Protocol{"file://", QT_TRANSLATE_NOOP("luma::EndpointForm", "Local folder")},
-    Protocol{"smb://", QT_TRANSLATE_NOOP("luma::EndpointForm", "Windows share")},
-    Protocol{"sftp://", QT_TRANSLATE_NOOP("luma::EndpointForm", "SSH")},
-    Protocol{"dav://", QT_TRANSLATE_NOOP("luma::EndpointForm", "WebDAV")},
-    Protocol{"davs://", QT_TRANSLATE_NOOP("luma::EndpointForm", "WebDAV, encrypted")},
-    Protocol{"ftp://", QT_TRANSLATE_NOOP("luma::EndpointForm", "FTP")},
-    Protocol{"afp://", QT_TRANSLATE_NOOP("luma::EndpointForm", "Apple share")},
-    Protocol{"nfs://", QT_TRANSLATE_NOOP("luma::EndpointForm", "NFS")},
-};
-
-} // namespace
 
 EndpointForm::EndpointForm(QWidget* parent) : QGroupBox(parent), m_ui(std::make_unique<Ui::EndpointForm>())
 {
@@ -46,9 +25,10 @@ EndpointForm::~EndpointForm() = default;
 
 void EndpointForm::fillProtocols()
 {
-    for (const Protocol& protocol : protocols) {
-        const QString scheme = QLatin1StringView(protocol.scheme);
-        m_ui->protocol->addItem(tr("%1 (%2)").arg(tr(protocol.meaning), scheme), scheme);
+    for (const endpoint::Protocol& protocol : endpoint::protocols) {
+        const QString scheme = protocol.scheme;
+        const QString meaning = QCoreApplication::translate("luma::endpoint", protocol.meaning);
+        m_ui->protocol->addItem(tr("%1 (%2)").arg(meaning, scheme), scheme);
     }
     m_ui->protocol->setPlaceholderText(tr("Choose…"));
 }
@@ -131,7 +111,7 @@ void EndpointForm::show(const QString& key)
 void EndpointForm::showProtocol()
 {
     const QString scheme = shownText(endpoint::protocol);
-    while (m_ui->protocol->count() > static_cast<int>(protocols.size()))
+    while (m_ui->protocol->count() > static_cast<int>(endpoint::protocols.size()))
         m_ui->protocol->removeItem(m_ui->protocol->count() - 1);
     int row = m_ui->protocol->findData(scheme);
     if (row < 0 && !scheme.isEmpty()) {

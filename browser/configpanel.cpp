@@ -11,17 +11,6 @@
 
 namespace luma {
 
-namespace {
-
-QStringList protocols()
-{
-    return {QStringLiteral("file://"), QStringLiteral("smb://"),  QStringLiteral("sftp://"),
-            QStringLiteral("dav://"),  QStringLiteral("davs://"), QStringLiteral("ftp://"),
-            QStringLiteral("afp://"),  QStringLiteral("nfs://")};
-}
-
-} // namespace
-
 ConfigPanel::ConfigPanel(std::shared_ptr<ObservedDictionary> endpoint, QWidget* parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::ConfigPanel>()), m_endpoint(std::move(endpoint))
 {
@@ -57,7 +46,8 @@ void ConfigPanel::bindText(QLineEdit& field, const QString& key)
 
 void ConfigPanel::bindProtocol()
 {
-    m_ui->theProtocol->addItems(protocols());
+    for (const endpoint::Protocol& offered : endpoint::protocols)
+        m_ui->theProtocol->addItem(offered.scheme);
     showProtocol(m_endpoint->string(endpoint::protocol));
     connect(m_ui->theProtocol, &QComboBox::textActivated, this,
             [this](const QString& chosen) { m_endpoint->setValue(endpoint::protocol, chosen); });

@@ -1,49 +1,33 @@
 #include "browser/dragrecord.h"
 
 #include "platform/fileuri.h"
+#include "platform/propertylist.h"
 
 #include <QList>
 #include <QStringDecoder>
 #include <QSysInfo>
 
-#include <plist/plist.h>
-
 #include <algorithm>
-#include <cstdlib>
-#include <memory>
 
 namespace luma {
 
 namespace {
 
-struct PropertyListCloser
+// As a string where one can hold it: a name's bytes may be no text, or characters that XML refuses.
+QVariant entryFor(const std::filesystem::path& path)
 {
-    void operator()(void* list) const { plist_free(list); }
-};
-using PropertyList = std::unique_ptr<void, PropertyListCloser>;
-
-bool fitsString(const std::string& path)
-{
-    if (std::any_of(path.begin(), path.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }))
-        return false;
+    const QByteArray bytes = QByteArray::fromStdString(path.native());
+    if (std::any_of(bytes.begin(), bytes.end(), [](char c) { return static_cast<unsigned char>(c) < 0x20; }))
+        return bytes;
     QStringDecoder decoder(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    const QString decoded = decoder(QByteArrayView(path.data(), static_cast<qsizetype>(path.size())));
-    return !decoder.hasError() && decoded.isValidUtf16();
+    const QString text = decoder(bytes);
+    return decoder.hasError() || !text.isValidUtf16() ? QVariant(bytes) : QVariant(text);
 }
 
-std::string bytesOf(plist_t node)
+std::string bytesOf(const QVariant& entry)
 {
-    char* bytes = nullptr;
-    std::uint64_t length = 0;
-    if (plist_get_node_type(node) == PLIST_STRING) {
-        plist_get_string_val(node, &bytes);
-        length = bytes ? std::char_traits<char>::length(bytes) : 0;
-    } else if (plist_get_node_type(node) == PLIST_DATA) {
-        plist_get_data_val(node, &bytes, &length);
-    }
-    std::string copy = bytes ? std::string(bytes, length) : std::string();
-    std::free(bytes);
-    return copy;
+    return entry.typeId() == QMetaType::QString ? entry.toString().toStdString()
+                                                : entry.toByteArray().toStdString();
 }
 
 // The bytes of the path; empty for what is no file of this machine.
@@ -72,30 +56,21 @@ QByteArray localPathOf(QByteArray uri)
 
 QByteArray dragRecord(const std::vector<std::filesystem::path>& paths)
 {
-    const PropertyList list(plist_new_array());
-    for (const std::filesystem::path& path : paths) {
-        const std::string& bytes = path.native();
-        plist_array_append_item(list.get(), fitsString(bytes) ? plist_new_string(bytes.c_str())
-                                                              : plist_new_data(bytes.data(), bytes.size()));
-    }
-    char* xml = nullptr;
-    std::uint32_t length = 0;
-    plist_to_xml(list.get(), &xml, &length);
-    QByteArray record(xml, static_cast<qsizetype>(length));
-    std::free(xml);
-    return record;
+    QVariantList entries;
+    for (const std::filesystem::path& path : paths)
+        entries.append(entryFor(path));
+    const auto record = writePropertyList(entries, PropertyListFormat::Xml);
+    return record ? *record : QByteArray();
 }
 
 std::vector<std::filesystem::path> pathsOfDragRecord(const QByteArray& record)
 {
-    plist_t parsed = nullptr;
-    plist_from_memory(record.constData(), static_cast<std::uint32_t>(record.size()), &parsed);
-    const PropertyList list(parsed);
+    const auto list = readPropertyList(record);
     std::vector<std::filesystem::path> paths;
-    if (!list || plist_get_node_type(list.get()) != PLIST_ARRAY)
+    if (!list)
         return paths;
-    for (std::uint32_t i = 0; i < plist_array_get_size(list.get()); ++i) {
-        if (std::string bytes = bytesOf(plist_array_get_item(list.get(), i)); bytes.starts_with('/'))
+    for (const QVariant& entry : list->toList()) {
+        if (std::string bytes = bytesOf(entry); bytes.starts_with('/'))
             paths.emplace_back(std::move(bytes));
     }
     return paths;

@@ -1,6 +1,9 @@
 #pragma once
 
 #include <QLatin1StringView>
+#include <QtGlobal>
+
+#include <array>
 
 /// The keys of an endpoint dictionary: where one side of a site lies and how it is reached. All values are
 /// strings but for `autoconnect`, an integer number (1 = connect when the site's window opens). The ssh port
@@ -18,5 +21,26 @@ inline constexpr QLatin1StringView sshPortNo{"sshPortNo"};
 
 /// The protocol of a local folder; any other is a server's.
 inline constexpr QLatin1StringView fileProtocol{"file://"};
+
+/// A protocol that a user can choose: as it begins a URL, and in words, untranslated, in the translation
+/// context "luma::endpoint".
+struct Protocol
+{
+    QLatin1StringView scheme;
+    const char* meaning;
+};
+
+/// What can be chosen, in the order of the menus: local folders, and what the desktop's network file systems
+/// serve.
+inline constexpr std::array protocols = {
+    Protocol{fileProtocol, QT_TRANSLATE_NOOP("luma::endpoint", "Local folder")},
+    Protocol{QLatin1StringView("smb://"), QT_TRANSLATE_NOOP("luma::endpoint", "Windows share")},
+    Protocol{QLatin1StringView("sftp://"), QT_TRANSLATE_NOOP("luma::endpoint", "SSH")},
+    Protocol{QLatin1StringView("dav://"), QT_TRANSLATE_NOOP("luma::endpoint", "WebDAV")},
+    Protocol{QLatin1StringView("davs://"), QT_TRANSLATE_NOOP("luma::endpoint", "WebDAV, encrypted")},
+    Protocol{QLatin1StringView("ftp://"), QT_TRANSLATE_NOOP("luma::endpoint", "FTP")},
+    Protocol{QLatin1StringView("afp://"), QT_TRANSLATE_NOOP("luma::endpoint", "Apple share")},
+    Protocol{QLatin1StringView("nfs://"), QT_TRANSLATE_NOOP("luma::endpoint", "NFS")},
+};
 
 } // namespace luma::endpoint
