@@ -59,7 +59,8 @@ class tst_haldendoc final : public QObject
                     m_shellMayAnswer.acquire();
                     return std::string();
                 },
-                std::make_shared<UnavailableMounter>()};
+                std::make_shared<UnavailableMounter>(),
+                {}};
     }
 
     void onMainCall(const QString& call)
