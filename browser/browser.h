@@ -85,7 +85,7 @@ protected:
 
 private:
     FileSystemModel m_model;
-    DropTarget m_dropTarget{*this, m_model};
+    DropTarget m_dropTarget{m_model};
     std::vector<BrowserColumn*> m_columns;
     QWidget* m_content = nullptr;
     QLabel* m_emptyLabel = nullptr;

@@ -23,7 +23,7 @@ BrowserListView::BrowserListView(QWidget* parent) : QListView(parent)
     viewport()->setAcceptDrops(true);
 }
 
-void BrowserListView::setDropTarget(const DropTarget* target)
+void BrowserListView::setDropTarget(DropTarget* target)
 {
     m_dropTarget = target;
 }
@@ -36,6 +36,8 @@ void BrowserListView::setEmptyText(const QString& text)
 
 void BrowserListView::startDrag(Qt::DropActions supportedActions)
 {
+    // The view may go while the drag runs; the token ends with the drag all the same.
+    const std::shared_ptr<const void> drag = m_dropTarget ? m_dropTarget->beginDrag() : nullptr;
     emit dragStarted();
     QListView::startDrag(supportedActions);
 }

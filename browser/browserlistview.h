@@ -23,7 +23,7 @@ public:
     /// Shown in grey while there are no rows.
     void setEmptyText(const QString& text);
     /// Who decides on drops; null refuses them all. Outlives the view.
-    void setDropTarget(const DropTarget* target);
+    void setDropTarget(DropTarget* target);
 
 signals:
     void dragStarted();
@@ -39,7 +39,7 @@ protected:
 
 private:
     QString m_emptyText;
-    const DropTarget* m_dropTarget = nullptr;
+    DropTarget* m_dropTarget = nullptr;
     std::vector<std::filesystem::path> m_dragged; // what hovers over the view
     bool m_wouldDrop = false;
     QPersistentModelIndex m_dropRow;

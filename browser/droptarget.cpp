@@ -5,7 +5,6 @@
 
 #include <QDropEvent>
 #include <QMimeData>
-#include <QWidget>
 
 #include <algorithm>
 
@@ -25,6 +24,13 @@ bool movesNothing(const Drop& drop)
 
 } // namespace
 
+std::shared_ptr<const void> DropTarget::beginDrag()
+{
+    std::shared_ptr<const void> drag = std::make_shared<bool>(true);
+    m_drag = drag;
+    return drag;
+}
+
 std::vector<fs::path> DropTarget::droppedPaths(const QMimeData& data)
 {
     if (data.hasFormat(QLatin1String(dragRecordType)))
@@ -38,9 +44,7 @@ std::optional<Drop> DropTarget::validateDrop(const QDropEvent& event, const std:
     const FileSystemNodePointer folder = m_model.node(row.isValid() ? row : columnFolder);
     if (items.empty() || !folder || folder->isLeaf())
         return {};
-    const auto* const source = qobject_cast<const QWidget*>(event.source());
-    const bool isWithin = source && m_browser.isAncestorOf(source);
-    const bool isMove = isWithin && !event.modifiers().testFlag(Qt::ControlModifier);
+    const bool isMove = !m_drag.expired() && !event.modifiers().testFlag(Qt::ControlModifier);
     Drop drop{isMove ? MoveOperation::Move : MoveOperation::Copy, items, folder->url()};
     if (isMove && movesNothing(drop))
         return {};

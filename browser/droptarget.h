@@ -2,23 +2,26 @@
 
 #include "browser/drop.h"
 
+#include <memory>
 #include <optional>
 
 class QDropEvent;
 class QMimeData;
 class QModelIndex;
-class QWidget;
 
 namespace luma {
 
 class FileSystemModel;
 
 /// Decides what a drag over a browser's columns would do there. Within one browser it moves, unless Control
-/// is held; everything else copies. Main thread only; browser and model outlive it.
+/// is held; everything else copies. Main thread only; the model outlives it.
 class DropTarget final
 {
 public:
-    DropTarget(const QWidget& browser, const FileSystemModel& model) : m_browser(browser), m_model(model) {}
+    explicit DropTarget(const FileSystemModel& model) : m_model(model) {}
+
+    /// A drag out of this browser runs for as long as the token lives.
+    [[nodiscard]] std::shared_ptr<const void> beginDrag();
 
     /// The drop of `items` on the row `row` of the column that shows `columnFolder`, or below its rows when
     /// `row` is invalid. Nothing where it is refused: a drag without files, a row that is no folder, a move
@@ -32,8 +35,8 @@ public:
     static std::vector<std::filesystem::path> droppedPaths(const QMimeData& data);
 
 private:
-    const QWidget& m_browser;
     const FileSystemModel& m_model;
+    std::weak_ptr<const void> m_drag;
 };
 
 } // namespace luma

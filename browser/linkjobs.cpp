@@ -87,10 +87,10 @@ void LinkJobs::begin(Kind kind, const QString& status, Work work)
     });
     const auto item = std::make_shared<WorkItem>();
     if (isSeen) {
+        takePanel(*progress, status);
         linksWorkItem = item;
         m_log = log;
         m_kind = kind;
-        takePanel(*progress, status);
     }
     // Under an item of its own: one that is stopped before its turn has to end in the panel too.
     start(std::make_shared<WorkItem>(), [guard, item, log, work = std::move(work)](const WorkItem&) {

@@ -106,7 +106,7 @@ void UnlinkedItemsPanel::startFindUnlinkedItems(const fs::path& site, const QStr
     if (workItem)
         workItem->cancel();
     m_site = site;
-    m_error.clear();
+    m_note.clear();
     unlinkedItemsArrayController->clear();
     m_ui->unlinkedItemsPanelTitle->setText(QStringLiteral("Listing all files with no links."));
     workItem = std::make_shared<WorkItem>();
@@ -159,15 +159,15 @@ void UnlinkedItemsPanel::stopFindUnlinkedItems()
     workItem->cancel();
     // A deletion tells itself what it has come to.
     if (m_state == State::Scanning)
-        endScan({});
+        endScan(tr("Stopped. Restart looks through the files again."));
 }
 
-void UnlinkedItemsPanel::endScan(const QString& error)
+void UnlinkedItemsPanel::endScan(const QString& note)
 {
     m_showTimer.stop();
     showFindings();
     m_findings.reset();
-    m_error = error;
+    m_note = note;
     setState(State::Idle);
 }
 
@@ -268,8 +268,8 @@ void UnlinkedItemsPanel::updateSelection()
     m_ui->unlinkedItemsCount->setText(
         all == 0 ? QString() : tr("%1 of %2 selected").arg(locale.toString(ticked), locale.toString(all)));
     QString nothing = isIdle ? tr("No files without links.") : tr("Looking through all files of the site");
-    if (!m_error.isEmpty())
-        nothing = m_error;
+    if (!m_note.isEmpty())
+        nothing = m_note;
     m_ui->unlinkedItemsPlaceholder->setText(nothing);
     m_ui->unlinkedItemsStack->setCurrentWidget(all > 0 ? static_cast<QWidget*>(m_ui->unlinkedItemsTableView)
                                                        : m_ui->unlinkedItemsPlaceholder);

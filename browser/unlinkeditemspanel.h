@@ -60,13 +60,13 @@ private:
     std::shared_ptr<Findings> m_findings;
     std::filesystem::path m_site;
     State m_state = State::Idle;
-    QString m_error;
+    QString m_note; // in place of rows: why there are none
     QTimer m_showTimer;
 
     void setUpTable();
     void connectControls();
     void showFindings();
-    void endScan(const QString& error);
+    void endScan(const QString& note);
     void deleteFiles(const Names& names);
     void endDeletion(const Names& deleted);
     void setState(State state);
