@@ -4,6 +4,7 @@
 #include "platform/owncontext.h"
 
 #include <chrono>
+#include <thread>
 
 namespace luma {
 
@@ -14,6 +15,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds mountLimit{60};
 constexpr std::chrono::seconds unmountLimit{10};
 constexpr guint pollMilliseconds = 100;
+constexpr int unmountAttempts = 5;
 
 // One request under way on its own context: runs until the answer is there, and gives up when it takes too
 // long or nobody wants it any more.
@@ -170,9 +172,11 @@ bool unmountEnclosing(GFile* file)
     PendingUnmount pending{Request({}, unmountLimit)};
     const std::string none;
     const Answers answers(none, none);
-    const GPointer<GMount> mount(g_file_find_enclosing_mount(file, pending.request.cancellable(), nullptr));
+    GError* rawError = nullptr;
+    const GPointer<GMount> mount(g_file_find_enclosing_mount(file, pending.request.cancellable(), &rawError));
+    const GPointer<GError> error(rawError);
     if (!mount)
-        return true;
+        return error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_NOT_FOUND) != FALSE;
     g_mount_unmount_with_operation(mount.get(), G_MOUNT_UNMOUNT_NONE, answers.operation(),
                                    pending.request.cancellable(), onUnmountAnswer, &pending);
     pending.request.waitForAnswer();
@@ -204,12 +208,12 @@ Result<MountOutcome> requestMount(const std::string& url, const std::string& use
 void requestUnmount(const std::string& path)
 {
     const GPointer<GFile> file(g_file_new_for_path(path.c_str()));
-    if (unmountEnclosing(file.get()))
-        return;
     // GIO remembers who serves a volume. When it went and came back since, that one is gone; a look at a file
-    // of the volume makes GIO ask again.
-    (void)g_file_query_exists(file.get(), nullptr);
-    (void)unmountEnclosing(file.get());
+    // of the volume makes GIO ask again, which may take it a moment.
+    for (int attempt = 0; attempt < unmountAttempts && !unmountEnclosing(file.get()); ++attempt) {
+        (void)g_file_query_exists(file.get(), nullptr);
+        std::this_thread::sleep_for(std::chrono::milliseconds(pollMilliseconds));
+    }
 }
 
 } // namespace luma
