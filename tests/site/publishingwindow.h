@@ -5,6 +5,8 @@
 #include "site/haldendoc.h"
 
 #include <QAbstractButton>
+#include <QCoreApplication>
+#include <QEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QTableView>
