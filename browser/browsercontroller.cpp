@@ -24,6 +24,7 @@
 #include <QMessageBox>
 
 #include <cstdio>
+#include <utility>
 
 namespace luma {
 
@@ -168,7 +169,12 @@ void BrowserController::beginConnection()
 
 void BrowserController::finishConnection(const MountResult& result, const QVariantMap& request)
 {
-    m_mountPath = result.mountPath;
+    const bool isShare = request.value(connectionrequest::protocolString) != endpoint::fileProtocol;
+    const std::filesystem::path former = std::exchange(m_mountPath, result.mountPath);
+    const bool wasShare = std::exchange(m_isShare, isShare);
+    // Connected once more, the pane has taken the share twice, or another one instead.
+    if (result.folder && wasShare && !former.empty())
+        m_connection->mounter().unmount(former);
     if (result.folder)
         setRootNode(std::make_shared<FileSystemNode>(*result.folder));
     showBusy(m_jobs);

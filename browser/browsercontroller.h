@@ -106,6 +106,7 @@ private:
     UnlinkedItemsPanel* unlinkedItemsPanel = nullptr;
     std::function<QString()> m_excludedFolders;
     std::filesystem::path m_mountPath;
+    bool m_isShare = false;
     int m_jobs = 0;
 
     void connectSheet();

@@ -4,6 +4,7 @@
 #include "platform/owncontext.h"
 
 #include <chrono>
+#include <thread>
 
 namespace luma {
 
@@ -14,6 +15,7 @@ using Clock = std::chrono::steady_clock;
 constexpr std::chrono::seconds mountLimit{60};
 constexpr std::chrono::seconds unmountLimit{10};
 constexpr guint pollMilliseconds = 100;
+constexpr int unmountAttempts = 5;
 
 // One request under way on its own context: runs until the answer is there, and gives up when it takes too
 // long or nobody wants it any more.
@@ -151,10 +153,34 @@ void onMountAnswer(GObject* file, GAsyncResult* result, gpointer pending)
     mount->request.setAnswered();
 }
 
-void onUnmountAnswer(GObject* mount, GAsyncResult* result, gpointer request)
+struct PendingUnmount
 {
-    g_mount_unmount_with_operation_finish(G_MOUNT(mount), result, nullptr);
-    static_cast<Request*>(request)->setAnswered();
+    Request request;
+    bool isDone = false;
+};
+
+void onUnmountAnswer(GObject* mount, GAsyncResult* result, gpointer pending)
+{
+    auto* unmount = static_cast<PendingUnmount*>(pending);
+    unmount->isDone = g_mount_unmount_with_operation_finish(G_MOUNT(mount), result, nullptr) != FALSE;
+    unmount->request.setAnswered();
+}
+
+// True when the volume that encloses `file` has gone, or was not there.
+bool unmountEnclosing(GFile* file)
+{
+    PendingUnmount pending{Request({}, unmountLimit)};
+    const std::string none;
+    const Answers answers(none, none);
+    GError* rawError = nullptr;
+    const GPointer<GMount> mount(g_file_find_enclosing_mount(file, pending.request.cancellable(), &rawError));
+    const GPointer<GError> error(rawError);
+    if (!mount)
+        return error && g_error_matches(error.get(), G_IO_ERROR, G_IO_ERROR_NOT_FOUND) != FALSE;
+    g_mount_unmount_with_operation(mount.get(), G_MOUNT_UNMOUNT_NONE, answers.operation(),
+                                   pending.request.cancellable(), onUnmountAnswer, &pending);
+    pending.request.waitForAnswer();
+    return pending.isDone;
 }
 
 } // namespace
@@ -181,16 +207,13 @@ Result<MountOutcome> requestMount(const std::string& url, const std::string& use
 
 void requestUnmount(const std::string& path)
 {
-    Request request({}, unmountLimit);
-    const std::string none;
-    const Answers answers(none, none);
     const GPointer<GFile> file(g_file_new_for_path(path.c_str()));
-    const GPointer<GMount> mount(g_file_find_enclosing_mount(file.get(), request.cancellable(), nullptr));
-    if (!mount)
-        return;
-    g_mount_unmount_with_operation(mount.get(), G_MOUNT_UNMOUNT_NONE, answers.operation(),
-                                   request.cancellable(), onUnmountAnswer, &request);
-    request.waitForAnswer();
+    // GIO remembers who serves a volume. When it went and came back since, that one is gone; a look at a file
+    // of the volume makes GIO ask again, which may take it a moment.
+    for (int attempt = 0; attempt < unmountAttempts && !unmountEnclosing(file.get()); ++attempt) {
+        (void)g_file_query_exists(file.get(), nullptr);
+        std::this_thread::sleep_for(std::chrono::milliseconds(pollMilliseconds));
+    }
 }
 
 } // namespace luma

@@ -8,13 +8,14 @@
 
 #include <QThreadPool>
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <map>
 #include <mutex>
-#include <set>
 #include <system_error>
 #include <thread>
+#include <vector>
 
 namespace luma {
 
@@ -32,38 +33,61 @@ struct LocalFolder
     fs::path root;
 };
 
-// What we mounted and which of its folders are in use, and the unmounts under way. Thread-safe.
+// Who uses which folder of a gvfs volume, and the unmounts under way. Thread-safe.
 class MountRegistry final
 {
 public:
-    void claim(const LocalFolder& local, bool isOurs)
+    // To be taken before a mount is asked for: what was claimed earlier lay on a volume that has gone since.
+    int now()
     {
         const std::scoped_lock lock(m_mutex);
-        if (isOurs || m_folders.contains(local.root))
-            m_folders[local.root].insert(local.folder);
+        return m_moment;
     }
 
-    // The volume to be unmounted now that `folder` is not in use any more; nothing while another folder is.
+    // Each claim wants a release() of its own. `mountedAfter` is there when the claimer mounted the volume.
+    void claim(const LocalFolder& local, std::optional<int> mountedAfter)
+    {
+        const std::scoped_lock lock(m_mutex);
+        Volume& volume = m_volumes[local.root];
+        if (mountedAfter) {
+            volume.isOurs = true;
+            std::erase_if(volume.claims, [&](const Claim& claim) { return claim.moment <= *mountedAfter; });
+        }
+        volume.claims.push_back({local.folder, ++m_moment});
+    }
+
+    // The volume to be unmounted now that `folder` is not in use any more; nothing while somebody uses it or
+    // another folder of it, or when it is not ours.
     std::optional<fs::path> release(const fs::path& folder)
     {
         const std::scoped_lock lock(m_mutex);
-        auto entry = m_folders.begin();
-        while (entry != m_folders.end() && entry->second.erase(folder) == 0)
-            ++entry;
-        if (entry == m_folders.end() || !entry->second.empty())
+        for (auto entry = m_volumes.begin(); entry != m_volumes.end(); ++entry) {
+            std::vector<Claim>& claims = entry->second.claims;
+            const auto claim = std::find_if(claims.begin(), claims.end(),
+                                            [&](const Claim& each) { return each.folder == folder; });
+            if (claim == claims.end())
+                continue;
+            claims.erase(claim);
+            if (!claims.empty())
+                return {};
+            if (entry->second.isOurs) {
+                ++m_unmounting;
+                return entry->first;
+            }
+            m_volumes.erase(entry);
             return {};
-        ++m_unmounting;
-        return entry->first;
+        }
+        return {};
     }
 
     // False when the volume came into use again between release() and now.
     bool mayUnmount(const fs::path& root)
     {
         const std::scoped_lock lock(m_mutex);
-        const auto entry = m_folders.find(root);
-        if (entry == m_folders.end() || !entry->second.empty())
+        const auto entry = m_volumes.find(root);
+        if (entry == m_volumes.end() || !entry->second.claims.empty())
             return false;
-        m_folders.erase(entry);
+        m_volumes.erase(entry);
         return true;
     }
 
@@ -90,9 +114,21 @@ public:
     }
 
 private:
+    struct Claim
+    {
+        fs::path folder;
+        int moment;
+    };
+    struct Volume
+    {
+        std::vector<Claim> claims;
+        bool isOurs = false;
+    };
+
     std::mutex m_mutex;
     std::condition_variable m_unmountEnded;
-    std::map<fs::path, std::set<fs::path>> m_folders;
+    std::map<fs::path, Volume> m_volumes;
+    int m_moment = 0;
     int m_unmounting = 0;
 };
 
@@ -184,7 +220,7 @@ std::optional<LocalFolder> awaitLocalFolder(const std::string& url, const std::f
     return {};
 }
 
-Result<fs::path> useMounted(const std::string& url, MountOutcome outcome,
+Result<fs::path> useMounted(const std::string& url, std::optional<int> mountedAfter,
                             const std::function<bool()>& isWanted)
 {
     const auto local = awaitLocalFolder(url, isWanted);
@@ -192,7 +228,7 @@ Result<fs::path> useMounted(const std::string& url, MountOutcome outcome,
         return Error{"cancelled"};
     if (!local)
         return Error{url + ": mounted, but its local folder can't be read (is gvfs-fuse installed?)"};
-    registry().claim(*local, outcome == MountOutcome::Mounted);
+    registry().claim(*local, mountedAfter);
     auto folder = existingFolder(local->folder);
     if (!folder)
         unmount(local->folder);
@@ -209,9 +245,11 @@ Result<fs::path> mountShare(const std::string& shareUrl, const std::string& user
     if (!registry().waitForUnmounts(isWanted))
         return Error{"cancelled"};
     const std::string url = shareUrlForUser(shareUrl, user);
+    const int before = registry().now();
     const auto outcome = requestMount(url, user, password, isWanted);
     if (outcome)
-        return useMounted(url, *outcome, isWanted);
+        return useMounted(url, *outcome == MountOutcome::Mounted ? std::optional(before) : std::nullopt,
+                          isWanted);
     if (!isWanted())
         return Error{"cancelled"};
     const auto found = findExistingMount(shareUrl, user);

@@ -30,9 +30,10 @@ Result<std::filesystem::path> mountShare(const std::string& shareUrl, const std:
 /// sshfs). A mount known to be another user's than a non-empty `user` is not taken.
 std::optional<std::filesystem::path> findExistingMount(const std::string& shareUrl, const std::string& user);
 
-/// Says that `folder`, a path that mountShare gave, is not needed any more. When mountShare mounted it (and
-/// did not find it mounted), and no other folder that it gave lies there, the share is unmounted in the
-/// background; what others mounted stays. Errors are ignored; returns at once.
+/// Says that `folder`, a path that mountShare gave, is not needed any more; to be called once for each time
+/// that it was given. When mountShare mounted it (and did not find it mounted), and nobody else was given a
+/// folder there that is still in use, the share is unmounted in the background; what others mounted stays.
+/// Errors are ignored; returns at once.
 void unmount(const std::filesystem::path& folder);
 
 } // namespace luma

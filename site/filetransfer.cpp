@@ -5,7 +5,9 @@
 #include "site/shownname.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 
 #include <algorithm>
 #include <array>
@@ -55,6 +57,19 @@ std::string whyNoFolder(int code)
     return systemReason(code);
 }
 
+bool isOnFuse(const FileDescriptor& folder)
+{
+    struct statfs status = {};
+    return folder && ::fstatfs(folder.get(), &status) == 0 && status.f_type == FUSE_SUPER_MAGIC;
+}
+
+// As the server has it now, not as the kernel remembers it.
+bool lookAgain(const FileDescriptor& folder, const std::string& name, struct statx& status)
+{
+    constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_STATX_FORCE_SYNC;
+    return ::statx(folder.get(), name.c_str(), flags, STATX_MTIME | STATX_SIZE, &status) == 0;
+}
+
 // The two sides of a transfer. Rows come sorted, so the folders of the last one are kept open.
 class Transfer final
 {
@@ -63,7 +78,8 @@ public:
         : m_sendingRoot(openSiteFolder(folders.sending)),
           m_sendingError(errno),
           m_receivingRoot(openSiteFolder(folders.receiving)),
-          m_receivingError(errno)
+          m_receivingError(errno),
+          m_receivesOnFuse(isOnFuse(m_receivingRoot))
     {}
 
     // Empty when the row was copied, else why not.
@@ -76,6 +92,8 @@ private:
     int m_sendingError;
     FileDescriptor m_receivingRoot;
     int m_receivingError;
+    bool m_receivesOnFuse;
+    std::vector<std::string> m_maybeStamped;
     std::string m_folder;
     FileDescriptor m_sending;
     FileDescriptor m_receiving;
@@ -88,6 +106,7 @@ private:
     [[nodiscard]] std::string objection(const SyncRow& row, const std::string& name) const;
     [[nodiscard]] bool removeIfEmpty(const std::string& folder) const;
     void finishFolder(const std::string& folder) const;
+    void restoreTime(const std::string& path) const;
 };
 
 std::string Transfer::copy(const SyncRow& row)
@@ -103,6 +122,8 @@ std::string Transfer::copy(const SyncRow& row)
     // Synced one by one, a thousand small files cost seconds; finish() syncs them all at once.
     const auto copied = copyFile(source, target, existing, Durability::Unsynced);
     m_copiedAny = m_copiedAny || copied;
+    if (copied && m_receivesOnFuse)
+        m_maybeStamped.push_back(row.relativePath);
     return copied ? std::string() : reasonIn(copied.error(), source, target);
 }
 
@@ -195,8 +216,28 @@ void Transfer::finishFolder(const std::string& folder) const
     (void)::futimens(receiving.get(), times.data());
 }
 
+// On FUSE a file is closed some time after close() has returned, and a server may stamp it only then, after
+// its time was set.
+void Transfer::restoreTime(const std::string& path) const
+{
+    const FileDescriptor sending = openFolderBelow(m_sendingRoot, folderPart(path));
+    const FileDescriptor receiving = openFolderBelow(m_receivingRoot, folderPart(path));
+    const std::string name = namePart(path);
+    struct statx sent = {};
+    struct statx received = {};
+    if (!sending || !receiving || !lookAgain(sending, name, sent) || !lookAgain(receiving, name, received))
+        return;
+    if (sent.stx_mtime.tv_sec == received.stx_mtime.tv_sec || sent.stx_size != received.stx_size)
+        return;
+    const std::array<timespec, 2> times = {
+        timespec{0, UTIME_OMIT}, timespec{sent.stx_mtime.tv_sec, static_cast<long>(sent.stx_mtime.tv_nsec)}};
+    (void)::utimensat(receiving.get(), name.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
+}
+
 std::string Transfer::finish()
 {
+    for (const std::string& path : m_maybeStamped)
+        restoreTime(path);
     // The innermost first: a folder's time changes with what is made in it.
     for (auto folder = m_madeFolders.rbegin(); folder != m_madeFolders.rend(); ++folder)
         finishFolder(*folder);

@@ -1,0 +1,212 @@
+#include "platform/mounts.h"
+#include "tests/site/publishingwindow.h"
+#include "tests/site/screenshot.h"
+#include "tests/site/twofolders.h"
+#include "tests/support/mainthread.h"
+#include "tests/support/registry.h"
+#include "tests/support/sambaserver.h"
+
+#include <QApplication>
+#include <QFile>
+#include <QProcess>
+#include <QTest>
+
+namespace fs = std::filesystem;
+using namespace luma;
+using luma::test::PublishingWindow;
+using luma::test::runFlow;
+
+/// One story over the real window, a share and the desktop's network file systems: each test goes on where
+/// the one before it ended.
+class tst_publishovershare final : public QObject
+{
+    Q_OBJECT
+
+private:
+    test::SambaServer m_samba;
+    test::TwoFolders m_folders;
+    std::shared_ptr<SiteRecord> m_record;
+    std::unique_ptr<PublishingWindow> m_site;
+
+    // No ssh server belongs to the share.
+    static HaldenDoc::Services services()
+    {
+        HaldenDoc::Services all = HaldenDoc::standardServices();
+        all.remoteLogin.checkConnection = [](const QString&, const QString&) {
+            return QStringLiteral("fail - unknown user, host and port combination");
+        };
+        return all;
+    }
+    [[nodiscard]] QString address() const { return QString::fromStdString(m_samba.address()); }
+    [[nodiscard]] fs::path site() const { return m_samba.folder("Web Site"); }
+
+    bool connectPane(const char* flow) const
+    {
+        return runFlow(
+            flow, [&] { m_site->connectButton().click(); },
+            [&] { return m_site->connectState() == address(); });
+    }
+    bool compare(const char* button = "uploadButton") const
+    {
+        return runFlow(
+            "comparison", [&] { m_site->click(button); }, [&] { return m_site->isSyncIdle(); });
+    }
+    bool transfer() const
+    {
+        return runFlow(
+            "transfer", [&] { m_site->click("syncButton"); }, [&] { return m_site->isSyncIdle(); });
+    }
+    std::string onShare(const char* name) const
+    {
+        const auto bytes = readFile(site() / name);
+        return bytes ? *bytes : "unreadable: " + bytes.error().text;
+    }
+    static bool unmountByDesktop(const QString& address)
+    {
+        return QProcess::execute(QStringLiteral("gio"),
+                                 {QStringLiteral("mount"), QStringLiteral("-u"), address}) == 0;
+    }
+
+private slots:
+    void initTestCase()
+    {
+        if (!qEnvironmentVariableIsSet("LUMA_PRIVATE_SESSION"))
+            QSKIP("not in a session of its own (scripts/private-session)");
+        if (QFile device(QStringLiteral("/dev/fuse")); !device.open(QIODevice::ReadWrite))
+            QSKIP("no FUSE here");
+        if (const QString reason = test::SambaServer::whyNot(); !reason.isEmpty())
+            QSKIP(qPrintable(reason));
+        QVERIFY(m_samba.start());
+        m_record = std::make_shared<SiteRecord>(QVariantMap{
+            {QStringLiteral("sourceDict"),
+             QVariantMap{{QStringLiteral("protocol"), QStringLiteral("file://")},
+                         {QStringLiteral("path"), QString::fromStdString(m_folders.sending().string())},
+                         {QStringLiteral("autoconnect"), 1}}},
+            {QStringLiteral("destinationDict"),
+             QVariantMap{{QStringLiteral("protocol"), QStringLiteral("smb://")},
+                         {QStringLiteral("server"), address().mid(6)},
+                         {QStringLiteral("volume"), QStringLiteral("Web Site")},
+                         {QStringLiteral("user"), QString::fromStdString(test::SambaServer::user())},
+                         {QStringLiteral("password"), QStringLiteral("No Secret 7")},
+                         {QStringLiteral("autoconnect"), 1}}}});
+        for (const char* name : {"index.html", "My Page.html",
+                                 "docs/gr\xc3\xb6\xc3\x9f"
+                                 "e.html",
+                                 "docs/deep/#1 & 100%.html"})
+            m_folders.put(std::string("sending/") + name, "first", 100.5);
+    }
+    void cleanupTestCase() { m_site.reset(); }
+
+    void wrongPassword_isRefusedWithoutAsking()
+    {
+        m_site = std::make_unique<PublishingWindow>(m_record, services());
+        QVERIFY(runFlow(
+            "refused connection", [] {},
+            [&] {
+                return m_site->connectState() ==
+                       QStringLiteral("There is an error connecting to the Destination Server");
+            }));
+        QVERIFY(!QApplication::activeModalWidget() && !QApplication::activePopupWidget());
+        QVERIFY(!m_site->destination().rootNode());
+        QCOMPARE(m_site->connectButton().text(), QStringLiteral("Connect"));
+        test::saveScreenshots(m_site->window(), QStringLiteral("share-refused"));
+    }
+
+    void rightPassword_showsTheShare()
+    {
+        std::ofstream(site() / "old.html") << "old";
+        m_record->destinationDict()->setValue(QStringLiteral("password"),
+                                              QString::fromStdString(m_samba.password()));
+        QVERIFY(connectPane("connection"));
+        QCOMPARE(m_site->connectButton().text(), QStringLiteral("Disconnect"));
+        QCOMPARE(m_site->shownNames(), QStringList{QStringLiteral("old.html")});
+        QTRY_COMPARE(m_site->text("connectionResultText"),
+                     QStringLiteral("Turn on rsync to make uploads and downloads go faster."));
+    }
+
+    void upload_leavesNothingToCompare()
+    {
+        QVERIFY(compare());
+        QCOMPARE(m_site->rows().size(), 4);
+        QVERIFY(transfer());
+        QCOMPARE(m_site->text("syncMessage"), QString());
+        QCOMPARE(m_site->text("syncPanelTitle"), QStringLiteral("No more files to be moved."));
+        QCOMPARE(onShare("docs/deep/#1 & 100%.html"), std::string("first"));
+        m_folders.put("sending/index.html", "second", 50);
+        m_site->click("cancelButton");
+        QVERIFY(compare());
+        QCOMPARE(m_site->rows(), QStringList{QStringLiteral("+index.html")});
+        QVERIFY(transfer());
+        QCOMPARE(onShare("index.html"), std::string("second"));
+        for (const char* name : {"index.html", "My Page.html", "docs/deep/#1 & 100%.html"}) {
+            const auto sent = fs::last_write_time(m_folders.sending() / name);
+            const auto kept = fs::last_write_time(site() / name);
+            QCOMPARE(std::chrono::floor<std::chrono::seconds>(kept).time_since_epoch().count(),
+                     std::chrono::floor<std::chrono::seconds>(sent).time_since_epoch().count());
+        }
+        m_site->click("cancelButton");
+        QVERIFY(compare());
+        QCOMPARE(m_site->text("syncPanelTitle"),
+                 QStringLiteral("Nothing changed from Source to Destination"));
+        m_site->click("cancelButton");
+        QTRY_VERIFY(m_site->shownNames().contains(QStringLiteral("My Page.html")));
+    }
+
+    void download_leavesNothingToCompare()
+    {
+        fs::create_directories(site() / "theirs");
+        std::ofstream(site() / "theirs/news of 2026.html") << "news";
+        QVERIFY(compare("downloadButton"));
+        const QStringList listed = {QStringLiteral("+old.html"), QStringLiteral("+theirs/news of 2026.html")};
+        QVERIFY2(m_site->rows() == listed, qPrintable(m_site->rows().join(u'\n')));
+        QVERIFY(transfer());
+        QCOMPARE(m_folders.bytes("sending/theirs/news of 2026.html"), std::string("news"));
+        m_site->click("cancelButton");
+        QVERIFY(compare("downloadButton"));
+        QCOMPARE(m_site->text("syncPanelTitle"),
+                 QStringLiteral("Nothing changed from Destination to Source"));
+        m_site->click("cancelButton");
+    }
+
+    void secondWindow_takesTheShareThatIsMounted()
+    {
+        const fs::path folder = m_site->destination().mountPath();
+        {
+            // Taken as it is mounted, for the same account: the password is not asked again.
+            const PublishingWindow other(m_record, services());
+            QTRY_COMPARE(other.connectState(), address());
+            QCOMPARE(other.destination().mountPath(), folder);
+        }
+    }
+
+    void unmountedBehindOurBack_emptiesThePane()
+    {
+        if (!m_site->destination().rootNode())
+            QVERIFY(connectPane("connection"));
+        const QString volume = QLatin1String("smb://") + QString::fromStdString(test::SambaServer::user()) +
+                               u'@' + address().mid(6) + QStringLiteral("/web%20site");
+        QVERIFY(unmountByDesktop(volume));
+        QTRY_COMPARE(m_site->connectState(), QString());
+        QVERIFY(!m_site->destination().rootNode());
+        QVERIFY(m_site->destination().mountPath().empty());
+        QCOMPARE(m_site->connectButton().text(), QStringLiteral("Connect"));
+        QVERIFY(m_site->window().sourceBrowserController().rootNode());
+    }
+
+    void disconnecting_unmounts()
+    {
+        QVERIFY(connectPane("connection once more"));
+        const fs::path folder = m_site->destination().mountPath();
+        QVERIFY(fs::exists(folder));
+        QVERIFY(runFlow(
+            "disconnection", [&] { m_site->connectButton().click(); },
+            [&] { return m_site->connectState().isEmpty(); }));
+        // Its folder may be seen a while longer, when the volume went and came before.
+        const std::string share = m_samba.address() + "/Web%20Site";
+        QTRY_VERIFY(!findExistingMount(share, test::SambaServer::user()));
+        QTRY_VERIFY(!fs::exists(folder / "index.html"));
+    }
+};
+
+LUMA_TEST(tst_publishovershare)
+#include "tst_publishovershare.moc"

@@ -1,0 +1,278 @@
+#include "platform/volumemounter.h"
+#include "shell/sshcontroller.h"
+#include "tests/site/publishingwindow.h"
+#include "tests/site/screenshot.h"
+#include "tests/site/twofolders.h"
+#include "tests/support/mainthread.h"
+#include "tests/support/registry.h"
+#include "tests/support/sshserver.h"
+
+#include <QAction>
+#include <QTest>
+
+namespace fs = std::filesystem;
+using namespace luma;
+using luma::test::PublishingWindow;
+using luma::test::runFlow;
+
+namespace {
+
+const QString worksText = QStringLiteral("LUMA is using rsync for faster uploads and downloads.");
+const QString offerText = QStringLiteral("Turn on rsync to make uploads and downloads go faster.");
+
+// What a shell, rsync's patterns or a terminal would act on. The names that a pattern would mean as well
+// stand among plainNames.
+const QStringList hardNames = {QStringLiteral("$HOME.html"),       QStringLiteral("(x).html"),
+                               QStringLiteral("-lead.html"),       QStringLiteral("My Page.html"),
+                               QStringLiteral("[ab].html"),        QStringLiteral("`touch x`.html"),
+                               QStringLiteral("a;id.html"),        QStringLiteral("b&c.html"),
+                               QStringLiteral("back\\slash.html"), QStringLiteral("gr\u00f6\u00dfe.html"),
+                               QStringLiteral("it's \"q\".html"),  QStringLiteral("st*r.html")};
+const QStringList plainNames = {QStringLiteral("a.html"), QStringLiteral("docs/My Page.html"),
+                                QStringLiteral("index.html"), QStringLiteral("star.html")};
+
+// In place of the network file system: the server's folder lies on this computer anyhow.
+class SameComputerMounter final : public VolumeMounter
+{
+    Q_OBJECT
+
+public:
+    explicit SameComputerMounter(fs::path folder) : m_folder(std::move(folder)) {}
+
+    std::optional<fs::path> mount(const QString& /*shareURL*/, const QString& /*user*/,
+                                  const QString& /*password*/,
+                                  const std::function<bool()>& /*isWanted*/) override
+    {
+        return m_folder;
+    }
+    std::optional<fs::path> existingMount(const QString& /*shareURL*/) override { return {}; }
+    void unmount(const fs::path& /*mountPoint*/) override {}
+
+private:
+    fs::path m_folder;
+};
+
+QStringList ticked(QStringList names)
+{
+    std::sort(names.begin(), names.end());
+    for (QString& name : names)
+        name.prepend(u'+');
+    return names;
+}
+
+} // namespace
+
+/// One story over the real window, ssh, expect and rsync: each test goes on where the one before it ended.
+class tst_publishoverssh final : public QObject
+{
+    Q_OBJECT
+
+private:
+    test::SshServer m_server;
+    test::TwoFolders m_folders;
+    std::shared_ptr<SiteRecord> m_record;
+    std::unique_ptr<PublishingWindow> m_site;
+
+    void open()
+    {
+        m_site.reset();
+        HaldenDoc::Services services = HaldenDoc::standardServices();
+        services.mounter = std::make_shared<SameComputerMounter>(m_folders.receiving());
+        m_site = std::make_unique<PublishingWindow>(m_record, std::move(services));
+    }
+    bool awaitText(const char* flow, const std::function<void()>& begin, const QString& text)
+    {
+        return runFlow(flow, begin, [&] { return m_site->text("connectionResultText") == text; });
+    }
+    bool setUpWith(const std::string& password, const QString& expected)
+    {
+        m_record->destinationDict()->setValue(QStringLiteral("password"), QString::fromStdString(password));
+        return awaitText(
+            "set-up", [&] { m_site->click("setUpRemoteLoginConnectionButton"); }, expected);
+    }
+    bool compare(const char* button = "uploadButton")
+    {
+        return runFlow(
+            "dry run", [&] { m_site->click(button); }, [&] { return m_site->isSyncIdle(); });
+    }
+    bool transfer()
+    {
+        return runFlow(
+            "transfer", [&] { m_site->click("syncButton"); }, [&] { return m_site->isSyncIdle(); });
+    }
+    void put(const char* side, const QStringList& names, std::string_view bytes, double age) const
+    {
+        for (const QString& name : names)
+            m_folders.put(side + name.toStdString(), bytes, age);
+        m_server.giveToUser(m_folders.receiving());
+    }
+    void picture(const char* name) const { test::saveScreenshots(m_site->window(), QLatin1StringView(name)); }
+
+private slots:
+    void initTestCase()
+    {
+        if (!m_server.start())
+            QSKIP(qPrintable(m_server.skipReason()));
+        m_server.setLogFormat(true);
+        fs::permissions(m_folders.root(), fs::perms(0755));
+        m_server.giveToUser(m_folders.receiving());
+        const auto text = [](const std::string& bytes) { return QString::fromStdString(bytes); };
+        m_record = std::make_shared<SiteRecord>(
+            QVariantMap{{QStringLiteral("sourceDict"),
+                         QVariantMap{{QStringLiteral("protocol"), QStringLiteral("file://")},
+                                     {QStringLiteral("path"), text(m_folders.sending().string())},
+                                     {QStringLiteral("autoconnect"), 1}}},
+                        {QStringLiteral("destinationDict"),
+                         QVariantMap{{QStringLiteral("protocol"), QStringLiteral("sftp://")},
+                                     {QStringLiteral("server"), text(m_server.server())},
+                                     {QStringLiteral("path"), text(m_folders.receiving().string())},
+                                     {QStringLiteral("user"), text(m_server.user())},
+                                     {QStringLiteral("sshPortNo"), text(m_server.port())},
+                                     {QStringLiteral("autoconnect"), 1}}}});
+        put("sending/", hardNames + plainNames, "first", 100);
+    }
+    void cleanupTestCase() { m_site.reset(); }
+    void cleanup() { QTRY_COMPARE(m_server.processesAtPort(), 0); }
+
+    void opening_checksTheLoginAndOffersTheSetUp()
+    {
+        QVERIFY(runFlow(
+            "opening", [&] { open(); },
+            [&] { return m_site && m_site->text("connectionResultText") == offerText; }));
+        QVERIFY(m_site->isEnabled("setUpRemoteLoginConnectionButton"));
+        QVERIFY(!m_site->window().rsync());
+        picture("line-offer");
+    }
+
+    void setUp_saysThatThePasswordIsWrong()
+    {
+        QVERIFY(
+            setUpWith("wrong", QStringLiteral("Permission denied, please try entering the password again.")));
+        QVERIFY(m_site->isEnabled("setUpRemoteLoginConnectionButton"));
+        QVERIFY(!m_site->window().rsync());
+        picture("line-refused");
+    }
+
+    void setUp_turnsRsyncOn()
+    {
+        m_record->destinationDict()->setValue(QStringLiteral("password"),
+                                              QString::fromStdString(m_server.password()));
+        const auto shows = [&](const char* text) {
+            return m_site->text("connectionResultText") == QLatin1StringView(text);
+        };
+        m_site->click("setUpRemoteLoginConnectionButton");
+        QVERIFY(shows("Remote Login setup requested."));
+        QVERIFY(!m_site->isEnabled("setUpRemoteLoginConnectionButton"));
+        picture("line-requested");
+        QVERIFY(runFlow(
+            "set-up", [] {}, [&] { return shows("Remote Login setup done. Verifying connection..."); }));
+        picture("line-verifying");
+        QVERIFY(awaitText(
+            "connection check", [] {}, worksText));
+        QVERIFY(!m_site->isEnabled("setUpRemoteLoginConnectionButton"));
+        QVERIFY(m_site->window().rsync());
+        picture("line-rsync");
+    }
+
+    void upload_movesTheTickedFiles()
+    {
+        QVERIFY(compare());
+        QCOMPARE(m_site->rows(), ticked(hardNames + plainNames));
+        m_site->untick({QStringLiteral("index.html"), QStringLiteral("st*r.html")});
+        test::saveScreenshots(m_site->find<QWidget>("syncPanel"), QStringLiteral("sync-rsync"));
+        QVERIFY(transfer());
+        const QStringList left = {QStringLiteral("-index.html"), QStringLiteral("-st*r.html")};
+        QCOMPARE(m_site->rows(), left);
+        m_site->click("cancelButton");
+        QTRY_VERIFY(m_site->shownNames().contains(QStringLiteral("star.html")));
+        QVERIFY(!fs::exists(m_folders.at("receiving/index.html")));
+        QVERIFY(!fs::exists(m_folders.at("receiving/st*r.html")));
+        for (const QString& name : hardNames + plainNames) {
+            if (left.contains(u'-' + name))
+                continue;
+            const fs::path sent = m_folders.at("sending/" + name.toStdString());
+            const fs::path received = m_folders.at("receiving/" + name.toStdString());
+            QCOMPARE(m_folders.bytes("receiving/" + name.toStdString()), std::string("first"));
+            QCOMPARE(fs::last_write_time(received), fs::last_write_time(sent));
+        }
+    }
+
+    void secondOpening_remembersTheUnticked()
+    {
+        QVERIFY(runFlow(
+            "opening and connection check", [&] { open(); },
+            [&] { return m_site->text("connectionResultText") == worksText; }));
+        QVERIFY(compare());
+        const QStringList left = {QStringLiteral("-index.html"), QStringLiteral("-st*r.html")};
+        QCOMPARE(m_site->rows(), left);
+        m_site->click("cancelButton");
+    }
+
+    void untickedNames_areLeftOutWhateverTheyHold()
+    {
+        put("sending/", hardNames + plainNames, "second", 50);
+        QVERIFY(compare());
+        QCOMPARE(m_site->rows().size(), hardNames.size() + plainNames.size());
+        m_site->tickOnly(plainNames);
+        QVERIFY(transfer());
+        for (const QString& name : plainNames)
+            QCOMPARE(m_folders.bytes("receiving/" + name.toStdString()), std::string("second"));
+        for (const QString& name : hardNames) {
+            const std::string path = "receiving/" + name.toStdString();
+            QVERIFY2(!fs::exists(m_folders.at(path)) || m_folders.bytes(path) == "first", path.c_str());
+        }
+        QCOMPARE(m_site->rows().size(), hardNames.size());
+        m_site->click("allOnOffCheckBox");
+        QVERIFY(transfer());
+        QCOMPARE(m_site->text("syncPanelTitle"), QStringLiteral("No more files to be moved."));
+        QCOMPARE(m_folders.listing("receiving"), m_folders.listing("sending"));
+        m_site->click("cancelButton");
+    }
+
+    void deleteOption_removesWhatItListed()
+    {
+        put("receiving/", {QStringLiteral("old/page.html"), QStringLiteral("it's $old.html")}, "old", 10);
+        QVERIFY(compare());
+        QCOMPARE(m_site->text("syncPanelTitle"),
+                 QStringLiteral("Nothing changed from Source to Destination"));
+        QVERIFY(runFlow(
+            "dry run", [&] { m_site->click("deleteOptionCheckBox"); }, [&] { return m_site->isSyncIdle(); }));
+        const QStringList listed = {QStringLiteral("+deleting it's $old.html"),
+                                    QStringLiteral("+deleting old/page.html")};
+        QCOMPARE(m_site->rows(), listed);
+        m_site->untick({QStringLiteral("deleting it's $old.html")});
+        test::saveScreenshots(m_site->find<QWidget>("syncPanel"), QStringLiteral("sync-delete"));
+        QVERIFY(transfer());
+        QVERIFY(!fs::exists(m_folders.at("receiving/old/page.html")));
+        QCOMPARE(m_folders.bytes("receiving/it's $old.html"), std::string("old"));
+        m_site->click("cancelButton");
+    }
+
+    void download_bringsWhatIsNewerThere()
+    {
+        put("receiving/", {QStringLiteral("index.html")}, "theirs", 10);
+        QVERIFY(compare("downloadButton"));
+        m_site->tickOnly({QStringLiteral("index.html")});
+        QVERIFY(transfer());
+        QCOMPARE(m_folders.bytes("sending/index.html"), std::string("theirs"));
+        m_site->click("cancelButton");
+    }
+
+    void changedHostKey_isOfferedTheSetUp_whichFails()
+    {
+        const fs::path knownHosts = m_server.clientFolder() / "known_hosts";
+        const std::string known = *readFile(knownHosts);
+        const std::string otherKey = *readFile(m_server.clientFolder() / "id_rsa.pub");
+        QVERIFY(writeFile(knownHosts, "[127.0.0.1]:" + m_server.port() + " " + otherKey));
+        QVERIFY(awaitText(
+            "connection check", [&] { m_site->find<QAction>("checkConnectionAction").trigger(); },
+            offerText));
+        QVERIFY(!m_site->window().rsync());
+        QVERIFY(setUpWith(m_server.password(), QStringLiteral("Error in connection")));
+        QVERIFY(!m_site->window().rsync());
+        QVERIFY(writeFile(knownHosts, known));
+    }
+};
+
+LUMA_TEST(tst_publishoverssh)
+#include "tst_publishoverssh.moc"
