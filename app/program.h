@@ -3,6 +3,7 @@
 #include "app/commandline.h"
 #include "app/documentcontroller.h"
 #include "app/lumaappdelegate.h"
+#include "app/pagewindows.h"
 #include "app/preferences.h"
 
 namespace luma {
@@ -36,6 +37,7 @@ private:
 
     Preferences m_preferences;
     DocumentController m_documents;
+    PageWindows m_pages;
     LUMAAppDelegate m_delegate;
     bool m_terminated = false;
 };

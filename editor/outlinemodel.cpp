@@ -37,18 +37,16 @@ void OutlineModel::followTree()
         forgetRows();
         endResetModel();
     });
-    connect(&m_tree, &PageTree::aboutToInsert, this,
-            [this](html::ParentNode* parent, int first, int last) {
-                beginInsertRows(indexOfParent(parent), first, last);
-            });
+    connect(&m_tree, &PageTree::aboutToInsert, this, [this](html::ParentNode* parent, int first, int last) {
+        beginInsertRows(indexOfParent(parent), first, last);
+    });
     connect(&m_tree, &PageTree::inserted, this, [this] {
         forgetRows();
         endInsertRows();
     });
-    connect(&m_tree, &PageTree::aboutToRemove, this,
-            [this](html::ParentNode* parent, int first, int last) {
-                beginRemoveRows(indexOfParent(parent), first, last);
-            });
+    connect(&m_tree, &PageTree::aboutToRemove, this, [this](html::ParentNode* parent, int first, int last) {
+        beginRemoveRows(indexOfParent(parent), first, last);
+    });
     connect(&m_tree, &PageTree::removed, this, [this] {
         forgetRows();
         endRemoveRows();
@@ -238,8 +236,7 @@ html::Element* OutlineModel::draggedElement(const QMimeData* data) const
     if (!record)
         return nullptr;
     bool isNumber = false;
-    const qlonglong row =
-        record->toMap().value(QStringLiteral("sourceItemRowNo")).toLongLong(&isNumber);
+    const qlonglong row = record->toMap().value(QStringLiteral("sourceItemRowNo")).toLongLong(&isNumber);
     return isNumber && row >= 0 ? elementAtRow(row) : nullptr;
 }
 

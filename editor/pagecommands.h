@@ -27,8 +27,8 @@ public:
     /// Several elements' attributes in one step.
     void setAttributes(std::vector<std::pair<html::Element*, Attributes>> changes, const QString& name);
     void setTitle(const QString& title);
-    /// Exchanges the element's contents; in a style sheet or script the markup is the text as it stands. False
-    /// when the markup can't be parsed.
+    /// Exchanges the element's contents; in a style sheet or script the markup is the text as it stands.
+    /// False when the markup can't be parsed.
     bool setInnerMarkup(html::Element& element, const QString& markup, const QString& name);
     /// Makes the page what a parsed other one is. Steps of one name that follow each other within a moment
     /// become one, as typing comes in pieces.
