@@ -30,7 +30,7 @@ AttributeChanges rebased(const html::Document& document, const fs::path& oldFold
     for (html::Element* element : document.select("*")) {
         std::vector<html::Attribute> attributes = element->attributes();
         for (html::Attribute& attribute : attributes) {
-            if (isLink(attribute))
+            if (isLink(attribute) && !attribute.value.starts_with('/'))
                 attribute.value = rebasedLink(attribute.value, oldFolder, newFolder);
         }
         if (attributes != element->attributes())

@@ -64,6 +64,7 @@ private:
         window->activateWindow();
         window->windowDidLoad();
         QTRY_VERIFY_WITH_TIMEOUT(isShown(), 30'000);
+        QTRY_VERIFY(window->isActiveWindow());
     }
     QModelIndex row(const char* text) const
     {
@@ -138,9 +139,11 @@ private slots:
     {
         open("<title>T</title><p>one</p>");
         window->viewController().webView()->setFocus();
+        QTRY_VERIFY(window->viewController().webView()->focusProxy()->hasFocus());
+        QTRY_COMPARE(answer("document.hasFocus()"), QStringLiteral("true"));
         (void)answer("getSelection().collapse(document.querySelector('p').firstChild, 3)");
         QTest::keyClicks(window->viewController().webView()->focusProxy(), QStringLiteral(" two"));
-        QTRY_VERIFY(row("<p> one two").isValid());
+        QTRY_COMPARE(row("<p>").data().toString(), QStringLiteral("<p> one two"));
         QTRY_COMPARE(outline()->currentIndex(), row("<p>"));
         trigger("saveAction");
         QVERIFY(file("page.html").find("<p>one two</p>") != std::string::npos);
