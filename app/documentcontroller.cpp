@@ -60,6 +60,12 @@ Result<void> DocumentController::open(const fs::path& path, const fs::path& site
     return {};
 }
 
+void DocumentController::relocate(QWidget* window, const fs::path& path)
+{
+    std::erase_if(m_windows, [window](const auto& entry) { return !entry.second || entry.second == window; });
+    m_windows[locationOf(path)] = window;
+}
+
 Result<void> DocumentController::makeUntitledDocument(const QString& type)
 {
     return Error{"no document type " + type.toStdString()};

@@ -41,6 +41,9 @@ public:
     /// belongs to; empty when it is not known.
     Result<void> open(const std::filesystem::path& path, const std::filesystem::path& siteFolder = {});
 
+    /// The document in `window` stands at `path` now. A window without a location is entered so.
+    void relocate(QWidget* window, const std::filesystem::path& path);
+
     /// A new document of a type given by its name. There is no type that can be made so today.
     static Result<void> makeUntitledDocument(const QString& type);
 

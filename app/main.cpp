@@ -1,4 +1,5 @@
 #include "app/program.h"
+#include "editor/pagescheme.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -29,6 +30,7 @@ int main(int argc, char** argv)
     if (const auto early = argumentsIn(argc, argv); luma::isAnsweredOnTerminal(early))
         return answerOnTerminal(luma::readCommandLine(early));
 
+    luma::PageScheme::registerScheme();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("luma"));
     QApplication::setApplicationDisplayName(QStringLiteral("LUMA"));

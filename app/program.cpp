@@ -39,7 +39,10 @@ bool openWithDesktop(const std::filesystem::path& file)
 } // namespace
 
 Program::Program(const QString& preferencesFile)
-    : m_preferences(preferencesFile), m_documents(openWithDesktop), m_delegate(m_preferences, services())
+    : m_preferences(preferencesFile),
+      m_documents(openWithDesktop),
+      m_pages(m_documents, m_preferences),
+      m_delegate(m_preferences, services())
 {
     connect(qApp, &QCoreApplication::aboutToQuit, this, &Program::terminate);
     m_delegate.applicationWillFinishLaunching();
@@ -58,7 +61,7 @@ Result<void> Program::launch(const CommandLine& line)
     case CommandLine::Request::Folders:
         return openFolders(line);
     case CommandLine::Request::Page:
-        return m_documents.open(line.page);
+        return m_documents.open(line.page, line.page.parent_path());
     default:
         m_delegate.siteListWindow().show();
         return {};

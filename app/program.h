@@ -3,6 +3,7 @@
 #include "app/commandline.h"
 #include "app/documentcontroller.h"
 #include "app/lumaappdelegate.h"
+#include "app/pagewindows.h"
 #include "app/preferences.h"
 #include "platform/quitsignals.h"
 
@@ -38,6 +39,7 @@ private:
     QuitSignals m_quitSignals;
     Preferences m_preferences;
     DocumentController m_documents;
+    PageWindows m_pages;
     LUMAAppDelegate m_delegate;
     bool m_terminated = false;
 };

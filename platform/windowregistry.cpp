@@ -19,6 +19,7 @@ QString entryText(const QWidget& window)
     QString title = window.windowTitle();
     if (title.isEmpty())
         return QObject::tr("Untitled");
+    title.replace(QStringLiteral("[*]"), window.isWindowModified() ? QStringLiteral("*") : QString());
     // A single ampersand would mark a mnemonic.
     return title.replace(u'&', QStringLiteral("&&"));
 }

@@ -1,0 +1,103 @@
+#include "app/pagewindows.h"
+
+#include "app/documentcontroller.h"
+#include "app/preferences.h"
+#include "editor/htmldocument.h"
+#include "editor/tidyshell.h"
+
+#include <QFile>
+#include <QVariant>
+
+#include <cstdio>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const QString layoutKey = QStringLiteral("pageWindowLayout");
+const QString recentKey = QStringLiteral("recentPages");
+constexpr qsizetype longestList = 10;
+
+} // namespace
+
+PageWindows::PageWindows(DocumentController& documents, Preferences& preferences)
+    : m_documents(documents), m_preferences(preferences)
+{
+    documents.setPageOpener([this](const fs::path& page, const fs::path& siteFolder, QWidget* isOpen) {
+        return open(page, siteFolder, isOpen);
+    });
+}
+
+QWidget* PageWindows::open(const fs::path& page, const fs::path& siteFolder, QWidget* open)
+{
+    if (auto* window = qobject_cast<HTMLDocument*>(open)) {
+        window->checkFile();
+        return window;
+    }
+    HTMLDocument* const window = makeWindow(siteFolder);
+    window->readFromURL(page);
+    window->show();
+    window->windowDidLoad();
+    return window;
+}
+
+void PageWindows::newPage(const fs::path& siteFolder)
+{
+    HTMLDocument* const window = makeWindow(siteFolder);
+    window->show();
+    window->windowDidLoad();
+}
+
+HTMLDocument* PageWindows::makeWindow(const fs::path& siteFolder)
+{
+    auto* const window = new HTMLDocument({runTidyCommand, [this] { return recentPages(); }});
+    window->mountPath = siteFolder;
+    window->restoreLayoutState(m_preferences.value(layoutKey).toByteArray());
+    connectWindow(window);
+    return window;
+}
+
+void PageWindows::connectWindow(HTMLDocument* window)
+{
+    connect(window, &HTMLDocument::newRequested, this, [this, window] { newPage(window->mountPath); });
+    connect(window, &HTMLDocument::openRequested, this,
+            [this, window](const fs::path& page) { openFrom(window, page); });
+    connect(window, &HTMLDocument::locationChanged, this, [this, window](const fs::path& page) {
+        m_documents.relocate(window, page);
+        noteRecent(page);
+    });
+    connect(window, &HTMLDocument::windowWillClose, this,
+            [this, window] { m_preferences.setValue(layoutKey, window->layoutState()); });
+}
+
+// A page of the same site keeps the site; another one has its own folder.
+void PageWindows::openFrom(const HTMLDocument* window, const fs::path& page)
+{
+    const fs::path& site = window->mountPath;
+    const fs::path below = page.lexically_relative(site);
+    const bool isInside = !site.empty() && !below.empty() && *below.begin() != "..";
+    if (const auto opened = m_documents.open(page, isInside ? site : page.parent_path()); !opened)
+        std::fprintf(stderr, "luma: %s\n", opened.error().text.c_str());
+}
+
+std::vector<fs::path> PageWindows::recentPages() const
+{
+    std::vector<fs::path> pages;
+    const QStringList stored = m_preferences.value(recentKey).toStringList();
+    for (const QString& page : stored)
+        pages.emplace_back(QFile::encodeName(page).toStdString());
+    return pages;
+}
+
+void PageWindows::noteRecent(const fs::path& page)
+{
+    QStringList stored = m_preferences.value(recentKey).toStringList();
+    const QString name = QFile::decodeName(QByteArray::fromStdString(page.native()));
+    stored.removeAll(name);
+    stored.prepend(name);
+    m_preferences.setValue(recentKey, stored.mid(0, longestList));
+}
+
+} // namespace luma

@@ -1,0 +1,87 @@
+#pragma once
+
+#include "editor/tagrules.h"
+
+#include <QAbstractItemModel>
+#include <QColor>
+
+#include <unordered_map>
+#include <vector>
+
+namespace luma::html {
+class Element;
+class ParentNode;
+} // namespace luma::html
+
+namespace luma {
+
+class PageTree;
+
+/// The elements of a page as the outline shows them: elements alone, the `html` element at the top. It
+/// follows the tree's changes row by row. Elements are dragged with a record (a property list under
+/// nodeDragType) and dropped where the rules allow; what a drop does is the listener's. Main thread.
+class OutlineModel final : public QAbstractItemModel
+{
+    Q_OBJECT
+
+public:
+    enum Role { ElementRole = Qt::UserRole, IsActiveRole };
+
+    OutlineModel(PageTree& tree, const TagRules& rules, QObject* parent = nullptr);
+
+    /// The element of an index, null for the invalid one; and the other way round.
+    [[nodiscard]] static html::Element* elementAt(const QModelIndex& index);
+    [[nodiscard]] QModelIndex indexOf(const html::Element* element) const;
+
+    /// The row that `path` leads to: positions among element children from the root element on; invalid when
+    /// it leads nowhere.
+    [[nodiscard]] QModelIndex indexAtPath(const std::vector<int>& path) const;
+
+    /// The element whose row is drawn as the active one, in `colour`.
+    void setActiveElement(const QModelIndex& index);
+    [[nodiscard]] html::Element* activeElement() const { return elementAt(m_activeElement); }
+    void setActiveColour(const QColor& colour) { m_activeColour = colour; }
+
+    [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QModelIndex parent(const QModelIndex& child) const override;
+    using QObject::parent;
+    [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] bool hasChildren(const QModelIndex& parent = {}) const override;
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
+
+    [[nodiscard]] QStringList mimeTypes() const override;
+    [[nodiscard]] QMimeData* mimeData(const QModelIndexList& indexes) const override;
+    [[nodiscard]] Qt::DropActions supportedDropActions() const override;
+    [[nodiscard]] bool canDropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                                       const QModelIndex& parent) const override;
+    bool dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                      const QModelIndex& parent) override;
+
+signals:
+    /// A drop that is allowed: at `childIndex` among the target's element children, -1 onto the target.
+    void elementDropped(const QPersistentModelIndex& dragged, const QPersistentModelIndex& target,
+                        int childIndex, Qt::DropAction action);
+
+private:
+    void followTree();
+    const std::vector<html::Element*>& childrenOf(const html::ParentNode& parent) const;
+    [[nodiscard]] const html::ParentNode* nodeOf(const QModelIndex& index) const;
+    [[nodiscard]] QModelIndex indexOfParent(html::ParentNode* parent) const;
+    void forgetRows();
+    /// Rows as the outline has them with everything expanded, counted from 0.
+    [[nodiscard]] int outlineRow(const html::Element& element) const;
+    [[nodiscard]] html::Element* elementAtRow(qlonglong row) const;
+    [[nodiscard]] html::Element* draggedElement(const QMimeData* data) const;
+
+    PageTree& m_tree;
+    const TagRules& m_rules;
+    QPersistentModelIndex m_activeElement;
+    QColor m_activeColour;
+    // Looked up once between two changes: the tree's own lists are linked.
+    mutable std::unordered_map<const html::ParentNode*, std::vector<html::Element*>> m_children;
+    mutable std::unordered_map<const html::Element*, int> m_rows;
+};
+
+} // namespace luma

@@ -1,0 +1,114 @@
+#include "editor/outlineview.h"
+
+#include <QContextMenuEvent>
+#include <QDrag>
+#include <QMimeData>
+
+namespace luma {
+
+namespace {
+
+constexpr int narrowIndentation = 12;
+
+} // namespace
+
+OutlineView::OutlineView(QWidget* parent) : QTreeView(parent)
+{
+    setUniformRowHeights(true);
+    setHeaderHidden(true);
+    setIndentation(narrowIndentation);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setTextElideMode(Qt::ElideRight);
+    setDragEnabled(true);
+    setAcceptDrops(true);
+    setDragDropMode(DragDrop);
+    setDropIndicatorShown(true);
+    setDefaultDropAction(Qt::MoveAction);
+}
+
+void OutlineView::setModel(QAbstractItemModel* model)
+{
+    QTreeView::setModel(model);
+    connect(model, &QAbstractItemModel::modelReset, this, &OutlineView::expandAll);
+    expandAll();
+}
+
+void OutlineView::rowsInserted(const QModelIndex& parent, int start, int end)
+{
+    QTreeView::rowsInserted(parent, start, end);
+    expand(parent);
+    for (int row = start; row <= end; ++row)
+        expandRecursively(model()->index(row, 0, parent));
+}
+
+// What was dragged is moved by the document, not taken out of the model by the view.
+void OutlineView::startDrag(Qt::DropActions supportedActions)
+{
+    const QModelIndex index = currentIndex();
+    QMimeData* const record = model()->mimeData({index});
+    if (!record)
+        return;
+    auto* const drag = new QDrag(this);
+    drag->setMimeData(record);
+    const QRect row = visualRect(index).intersected(viewport()->rect());
+    QPixmap picture(viewport()->grab(row));
+    picture.setDevicePixelRatio(devicePixelRatioF());
+    drag->setPixmap(picture);
+    drag->exec(supportedActions | Qt::MoveAction | Qt::CopyAction, Qt::MoveAction);
+}
+
+// The record names a row of this outline; one from another window means nothing here.
+void OutlineView::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (event->source() == this)
+        QTreeView::dragEnterEvent(event);
+    else
+        event->ignore();
+}
+
+void OutlineView::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (event->source() == this)
+        QTreeView::dragMoveEvent(event);
+    else
+        event->ignore();
+}
+
+void OutlineView::dropEvent(QDropEvent* event)
+{
+    if (event->source() == this)
+        QTreeView::dropEvent(event);
+    else
+        event->ignore();
+}
+
+void OutlineView::keyPressEvent(QKeyEvent* event)
+{
+    switch (event->key()) {
+    case Qt::Key_Delete:
+    case Qt::Key_Backspace:
+        emit deleteWanted();
+        return;
+    case Qt::Key_F2:
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+        emit editWanted(currentIndex());
+        return;
+    default:
+        QTreeView::keyPressEvent(event);
+    }
+}
+
+void OutlineView::contextMenuEvent(QContextMenuEvent* event)
+{
+    const bool byKeyboard = event->reason() == QContextMenuEvent::Keyboard;
+    const QModelIndex index = byKeyboard ? currentIndex() : indexAt(event->pos());
+    if (!index.isValid())
+        return;
+    setCurrentIndex(index);
+    const QPoint below = viewport()->mapToGlobal(visualRect(index).bottomLeft());
+    emit menuWanted(byKeyboard ? below : event->globalPos());
+}
+
+} // namespace luma

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QTreeView>
+
+namespace luma {
+
+/// The outline of a page: everything expanded, elements dragged within it, the rows that come expanded as
+/// well. Delete, and Return or F2, are told as wishes. Main thread.
+class OutlineView final : public QTreeView
+{
+    Q_OBJECT
+
+public:
+    explicit OutlineView(QWidget* parent = nullptr);
+
+    void setModel(QAbstractItemModel* model) override;
+
+signals:
+    void deleteWanted();
+    void editWanted(const QModelIndex& index);
+    /// The context menu of a row, which is the current one by now.
+    void menuWanted(const QPoint& globalPosition);
+
+protected:
+    void rowsInserted(const QModelIndex& parent, int start, int end) override;
+    void startDrag(Qt::DropActions supportedActions) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dragMoveEvent(QDragMoveEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void contextMenuEvent(QContextMenuEvent* event) override;
+};
+
+} // namespace luma

@@ -1,0 +1,126 @@
+#include "editor/stylesheeteditor.h"
+
+#include "editor/cssmenu.h"
+#include "editor/pagetree.h"
+#include "platform/files.h"
+
+#include <QComboBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalBlocker>
+
+namespace luma {
+
+StyleSheetEditor::StyleSheetEditor(const Controls& controls, PageTree& tree,
+                                   std::function<std::filesystem::path()> folder, ShellRunner runShell,
+                                   QObject* parent)
+    : QObject(parent),
+      m_controls(controls),
+      m_tree(tree),
+      m_folder(std::move(folder)),
+      m_runShell(std::move(runShell))
+{
+    connect(controls.cssMenu, &QComboBox::activated, this, &StyleSheetEditor::selectCSS);
+    connect(controls.cssField, &QPlainTextEdit::textChanged, this, &StyleSheetEditor::textDidChange);
+    connect(controls.cssButton, &QPushButton::clicked, this, &StyleSheetEditor::updateCSS);
+}
+
+void StyleSheetEditor::buildCSSMenu()
+{
+    m_controls.cssMenu->clear();
+    if (m_tree.document())
+        m_controls.cssMenu->addItems(cssMenuTitles(*m_tree.document()));
+    m_controls.cssMenu->setCurrentIndex(m_controls.cssMenu->count() - 1);
+    m_controls.cssMenu->setEnabled(m_controls.cssMenu->count() > 0);
+    selectCSS();
+}
+
+void StyleSheetEditor::updateCSSMenu()
+{
+    QStringList shown;
+    for (int i = 0; i < m_controls.cssMenu->count(); ++i)
+        shown.append(m_controls.cssMenu->itemText(i));
+    if (m_tree.document() && shown != cssMenuTitles(*m_tree.document()))
+        buildCSSMenu();
+}
+
+QString StyleSheetEditor::shownTitle() const
+{
+    return m_controls.cssMenu->currentText();
+}
+
+std::filesystem::path StyleSheetEditor::fileOf(const QString& title) const
+{
+    return m_folder() / title.toStdString();
+}
+
+std::optional<std::string> StyleSheetEditor::textOf(const QString& title) const
+{
+    if (isStyleBlock(title)) {
+        const html::Element* block = m_tree.document() ? styleBlock(*m_tree.document(), title) : nullptr;
+        return block ? std::optional(block->html()) : std::nullopt;
+    }
+    const auto bytes = title.isEmpty() ? Error{} : readFile(fileOf(title));
+    return bytes && QString::fromUtf8(bytes->data(), static_cast<qsizetype>(bytes->size())).toStdString() ==
+                        *bytes
+               ? std::optional(*bytes)
+               : std::nullopt;
+}
+
+void StyleSheetEditor::selectCSS()
+{
+    const QString title = shownTitle();
+    const auto text = textOf(title);
+    const auto draft = m_drafts.constFind(title);
+    const bool isDraft = text && draft != m_drafts.constEnd();
+    QString css = isDraft ? *draft : QString();
+    if (text && !isDraft && !text->empty())
+        css = QString::fromStdString(tidyCSS(*text, m_runShell));
+    {
+        const QSignalBlocker quiet(m_controls.cssField);
+        m_controls.cssField->setPlainText(css);
+    }
+    // A sheet that can't be read must not be written over.
+    m_controls.cssField->setReadOnly(!text);
+    m_controls.cssField->setEnabled(text.has_value());
+    m_controls.cssButton->setText(isStyleBlock(title) ? tr("Update CSS") : tr("Save CSS"));
+    m_controls.cssButton->setEnabled(isDraft);
+}
+
+void StyleSheetEditor::textDidChange()
+{
+    m_drafts[shownTitle()] = m_controls.cssField->toPlainText();
+    m_controls.cssButton->setEnabled(true);
+}
+
+void StyleSheetEditor::updateCSS()
+{
+    store(shownTitle(), m_controls.cssField->toPlainText());
+    selectCSS();
+}
+
+void StyleSheetEditor::storeDrafts()
+{
+    const QMap<QString, QString> drafts = m_drafts;
+    for (auto draft = drafts.begin(); draft != drafts.end(); ++draft)
+        store(draft.key(), draft.value());
+    selectCSS();
+}
+
+void StyleSheetEditor::store(const QString& title, const QString& css)
+{
+    if (isStyleBlock(title)) {
+        m_drafts.remove(title);
+        emit styleBlockWanted(title, css);
+        return;
+    }
+    const std::string tidied = tidyCSS(css.toStdString(), m_runShell);
+    if (const auto written = writeFile(fileOf(title), tidied); !written) {
+        emit failed(QString::fromStdString(written.error().text));
+        return;
+    }
+    m_drafts.remove(title);
+    emit fileStored();
+}
+
+} // namespace luma

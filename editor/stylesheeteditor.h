@@ -1,0 +1,71 @@
+#pragma once
+
+#include "editor/csstidy.h"
+
+#include <QMap>
+#include <QObject>
+#include <QString>
+
+#include <filesystem>
+#include <functional>
+
+class QComboBox;
+class QPlainTextEdit;
+class QPushButton;
+
+namespace luma {
+
+class PageTree;
+
+/// Shows the style sheets of a page, one at a time, and stores what the user makes of them. What was typed
+/// and not stored yet is kept by sheet while another one is looked at. It blocks while a sheet is formatted.
+/// Main thread.
+class StyleSheetEditor final : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Controls
+    {
+        QComboBox* cssMenu;
+        QPlainTextEdit* cssField;
+        QPushButton* cssButton;
+    };
+    /// `folder` gives the page's folder, against which linked sheets are found.
+    StyleSheetEditor(const Controls& controls, PageTree& tree, std::function<std::filesystem::path()> folder,
+                     ShellRunner runShell, QObject* parent);
+
+    void buildCSSMenu();
+    /// Builds the menu anew where the page's sheets are not those in it any more.
+    void updateCSSMenu();
+    void selectCSS();
+    void updateCSS();
+
+    /// Whether anything is typed and not stored; and storing all of it.
+    [[nodiscard]] bool hasDrafts() const { return !m_drafts.isEmpty(); }
+    void storeDrafts();
+
+signals:
+    /// A linked sheet was written.
+    void fileStored();
+    /// The text is to become the contents of the page's own `style` element of that entry.
+    void styleBlockWanted(const QString& title, const QString& css);
+    /// A linked sheet could not be written, for this reason.
+    void failed(const QString& reason);
+
+private:
+    void textDidChange();
+    void store(const QString& title, const QString& css);
+    [[nodiscard]] QString shownTitle() const;
+    [[nodiscard]] std::filesystem::path fileOf(const QString& title) const;
+    /// The sheet's text as it stands; nothing when it can't be read.
+    [[nodiscard]] std::optional<std::string> textOf(const QString& title) const;
+
+    Controls m_controls;
+    PageTree& m_tree;
+    std::function<std::filesystem::path()> m_folder;
+    ShellRunner m_runShell;
+    QMap<QString, QString> m_drafts; // by title
+};
+
+} // namespace luma

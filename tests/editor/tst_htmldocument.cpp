@@ -1,0 +1,290 @@
+#include "editor/htmldocument.h"
+#include "editor/outlinemodel.h"
+#include "editor/tidyshell.h"
+#include "editor/viewcontroller.h"
+#include "platform/files.h"
+#include "tests/support/registry.h"
+#include "tests/support/screenshot.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QComboBox>
+#include <QDialog>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPointer>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTreeView>
+
+#include <csignal>
+
+using namespace luma;
+namespace fs = std::filesystem;
+
+/// The window of a page with the real rendering, driven as a user drives it.
+class tst_htmldocument final : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> folder;
+    QPointer<HTMLDocument> window;
+
+    fs::path at(const char* name) const { return fs::path(folder->path().toStdString()) / name; }
+    void put(const char* name, std::string_view bytes) const { QVERIFY(writeFile(at(name), bytes)); }
+    std::string file(const char* name) const
+    {
+        const auto bytes = readFile(at(name));
+        return bytes ? *bytes : std::string();
+    }
+
+    template <class T>
+    T* the(const char* name) const
+    {
+        return window->findChild<T*>(QString::fromLatin1(name));
+    }
+    void trigger(const char* action) const { the<QAction>(action)->trigger(); }
+    QTreeView* outline() const { return the<QTreeView>("myOutlineView"); }
+    bool isShown() const { return window->viewController().webView()->editorPage().isComplete(); }
+
+    void open(std::string_view page)
+    {
+        put("page.html", page);
+        window = new HTMLDocument({runTidyCommand, {}});
+        window->mountPath = at("");
+        window->readFromURL(at("page.html"));
+        window->show();
+        window->activateWindow();
+        window->windowDidLoad();
+        QTRY_VERIFY_WITH_TIMEOUT(isShown(), 30'000);
+        QTRY_VERIFY(window->isActiveWindow());
+    }
+    QModelIndex row(const char* text) const
+    {
+        const QModelIndexList found =
+            outline()->model()->match(outline()->model()->index(0, 0), Qt::DisplayRole,
+                                      QString::fromLatin1(text), 1, Qt::MatchStartsWith | Qt::MatchRecursive);
+        return found.isEmpty() ? QModelIndex() : found.first();
+    }
+    void click(const char* text) const
+    {
+        outline()->scrollTo(row(text));
+        QTest::mouseClick(outline()->viewport(), Qt::LeftButton, {},
+                          outline()->visualRect(row(text)).center());
+    }
+    QString answer(const char* script) const
+    {
+        return window->viewController().evaluateAndWait(QString::fromLatin1(script)).toString();
+    }
+    QString selectionInPage() const { return answer("getSelection().toString()"); }
+    void answerQuestion(const char* name, QMessageBox::StandardButton button) const
+    {
+        QTRY_VERIFY(the<QMessageBox>(name));
+        QTest::mouseClick(the<QMessageBox>(name)->button(button), Qt::LeftButton);
+    }
+    std::string body() const { return window->tree().document()->body()->html(); }
+
+private slots:
+    void init() { folder = std::make_unique<QTemporaryDir>(); }
+    void cleanup()
+    {
+        delete window;
+        folder.reset();
+    }
+
+    void selection_isShownInThePage()
+    {
+        open("<title>T</title><section><h2>Head</h2><p>one</p></section>");
+        QCOMPARE(the<QPushButton>("deleteTagButton")->isEnabled(), false);
+        click("<p>");
+        QTRY_COMPARE(selectionInPage(), QStringLiteral("one"));
+        QVERIFY(the<QPushButton>("deleteTagButton")->isEnabled());
+        QVERIFY(!the<QPushButton>("addTagButton")->isEnabled());
+        QVERIFY(the<QLabel>("elementPath")->text().endsWith(QStringLiteral("section \u203a p")));
+        click("<section>");
+        QVERIFY(the<QPushButton>("addTagButton")->isEnabled());
+        QCOMPARE(the<QPushButton>("addTagButton")->menu()->actions().first()->text(),
+                 QStringLiteral("article"));
+        click("<html>");
+        QVERIFY(!the<QPushButton>("deleteTagButton")->isEnabled());
+    }
+
+    void insertDeleteUndo_goToOutlineAndPage()
+    {
+        open("<title>T</title><section><p>one</p></section>");
+        click("<section>");
+        the<QPushButton>("addTagButton")->menu()->actions().first()->trigger();
+        QTRY_VERIFY(row("<article>").isValid());
+        QTRY_COMPARE(answer("document.querySelector('article > p').textContent"), QStringLiteral("Lorem"));
+        QVERIFY(window->isWindowModified());
+        click("<article>");
+        QTest::keyClick(outline(), Qt::Key_Delete);
+        QTRY_VERIFY(!row("<article>").isValid());
+        trigger("undoAction");
+        QTRY_VERIFY(row("<article>").isValid());
+        trigger("undoAction");
+        QTRY_COMPARE(body(), std::string("<section><p>one</p></section>"));
+        QTRY_COMPARE(answer("document.querySelectorAll('article').length"), QStringLiteral("0"));
+        QVERIFY(!window->isWindowModified());
+    }
+
+    void typing_comesToTheOutlineAndIsSaved()
+    {
+        open("<title>T</title><p>one</p>");
+        window->viewController().webView()->setFocus();
+        QTRY_VERIFY(window->viewController().webView()->focusProxy()->hasFocus());
+        QTRY_COMPARE(answer("document.hasFocus()"), QStringLiteral("true"));
+        (void)answer("getSelection().collapse(document.querySelector('p').firstChild, 3)");
+        QTest::keyClicks(window->viewController().webView()->focusProxy(), QStringLiteral(" two"));
+        QTRY_COMPARE(row("<p>").data().toString(), QStringLiteral("<p> one two"));
+        QTRY_COMPARE(outline()->currentIndex(), row("<p>"));
+        trigger("saveAction");
+        QVERIFY(file("page.html").find("<p>one two</p>") != std::string::npos);
+        QCOMPARE(file("page.html").find("contenteditable"), std::string::npos);
+        QVERIFY(!window->isWindowModified());
+        trigger("undoAction");
+        QTRY_VERIFY(row("<p> one").isValid());
+        QVERIFY(window->isWindowModified());
+    }
+
+    void titleSheet_changesTheTitle()
+    {
+        open("<title>Old</title><p>x");
+        outline()->setCurrentIndex(row("<title>"));
+        QTest::keyClick(outline(), Qt::Key_Return);
+        auto* field = the<QLineEdit>("metaSheetTextField");
+        QTRY_VERIFY(field->isVisible());
+        QCOMPARE(field->text(), QStringLiteral("Old"));
+        QTest::keyClicks(field, QStringLiteral("New"));
+        QTest::mouseClick(the<QPushButton>("metaSheetOKButton"), Qt::LeftButton);
+        QTRY_VERIFY(row("<title> New").isValid());
+        QCOMPARE(window->tree().document()->title(), std::string("New"));
+    }
+
+    void contextMenu_addsAClassOfTheSheets()
+    {
+        open("<title>T</title><style>.big{color:red} #one{color:blue}</style><div class=box>x</div>");
+        QTRY_COMPARE(the<QComboBox>("cssMenu")->count(), 1);
+        const QModelIndex div = row("<div");
+        QContextMenuEvent event(QContextMenuEvent::Mouse, outline()->visualRect(div).center(),
+                                outline()->viewport()->mapToGlobal(outline()->visualRect(div).center()));
+        QTRY_VERIFY([&] {
+            delete the<QMenu>("outlineMenu");
+            QApplication::sendEvent(outline()->viewport(), &event);
+            return the<QMenu>("outlineMenu")->actions().first()->text() == QStringLiteral("Add Class");
+        }());
+        QMenu* menu = the<QMenu>("outlineMenu");
+        luma::test::screenshot(*menu, "outline menu");
+        menu->actions().first()->menu()->actions().first()->trigger();
+        menu->close();
+        QTRY_VERIFY(row("<div class=\"box big\">").isValid());
+    }
+
+    void styleBlock_isUpdated()
+    {
+        open("<title>T</title><style>p{color:red}</style><p>x</p>");
+        auto* field = the<QPlainTextEdit>("cssField");
+        QVERIFY(field->toPlainText().contains(QStringLiteral("color: red")));
+        QCOMPARE(the<QPushButton>("cssButton")->text(), QStringLiteral("Update CSS"));
+        QVERIFY(!the<QPushButton>("cssButton")->isEnabled());
+        field->selectAll();
+        QTest::keyClicks(field, QStringLiteral("p{color:rgb(0,0,255)}"));
+        QVERIFY(window->isWindowModified());
+        QTest::mouseClick(the<QPushButton>("cssButton"), Qt::LeftButton);
+        QCOMPARE(window->tree().document()->select("style").front()->html(),
+                 std::string("p{color:rgb(0,0,255)}"));
+        QTRY_COMPARE(answer("getComputedStyle(document.querySelector('p')).color"),
+                     QStringLiteral("rgb(0, 0, 255)"));
+    }
+
+    void closing_asksAboutUnsavedEdits()
+    {
+        open("<title>Old</title><p>x");
+        PageCommands commands(window->tree(), *window->undoStack());
+        commands.setTitle(QStringLiteral("New"));
+        window->close();
+        answerQuestion("saveQuestion", QMessageBox::Cancel);
+        QVERIFY(window->isVisible());
+        QTRY_VERIFY(!the<QMessageBox>("saveQuestion"));
+        window->close();
+        answerQuestion("saveQuestion", QMessageBox::Save);
+        QTRY_VERIFY(!window);
+        QVERIFY(file("page.html").find("<title>New</title>") != std::string::npos);
+    }
+
+    void changedFile_isReadOrAskedFor()
+    {
+        open("<title>Old</title><p>x</p>");
+        put("page.html", "<title>Theirs</title><p>x</p>");
+        QTRY_COMPARE(window->tree().document()->title(), std::string("Theirs"));
+        QVERIFY(!window->isWindowModified());
+        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("Mine"));
+        put("page.html", "<title>Again theirs</title><p>x</p>");
+        QTRY_VERIFY(the<QWidget>("noticeBar")->isVisible());
+        trigger("saveAction");
+        answerQuestion("overwriteQuestion", QMessageBox::Cancel);
+        QVERIFY(file("page.html").find("Again theirs") != std::string::npos);
+        QTRY_VERIFY(!the<QMessageBox>("overwriteQuestion"));
+        trigger("saveAction");
+        QTRY_VERIFY(the<QMessageBox>("overwriteQuestion"));
+        for (QAbstractButton* button : the<QMessageBox>("overwriteQuestion")->buttons()) {
+            if (button->text() == QStringLiteral("Replace"))
+                QTest::mouseClick(button, Qt::LeftButton);
+        }
+        QTRY_VERIFY(file("page.html").find("Mine") != std::string::npos);
+    }
+
+    void badPage_isToldInTheWindow()
+    {
+        put("page.html", std::string_view("\xff\xfe", 2));
+        window = new HTMLDocument({runTidyCommand, {}});
+        window->readFromURL(at("page.html"));
+        window->show();
+        window->windowDidLoad();
+        QVERIFY(the<QWidget>("noticeBar")->isVisible());
+        QVERIFY(!the<QAction>("saveAction")->isEnabled());
+        window->close();
+        QTRY_VERIFY(!window);
+    }
+
+    void killedProcess_losesNothing()
+    {
+        open("<title>T</title><p>one</p>");
+        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("New"));
+        const qint64 process = window->viewController().webView()->page()->renderProcessPid();
+        QVERIFY(process > 0);
+        QCOMPARE(::kill(static_cast<pid_t>(process), SIGKILL), 0);
+        QTRY_VERIFY(window->viewController().webView()->page()->renderProcessPid() != process);
+        QTRY_VERIFY_WITH_TIMEOUT(isShown(), 30'000);
+        QCOMPARE(answer("document.title"), QStringLiteral("New"));
+        QVERIFY(window->isWindowModified());
+    }
+
+    void newPage_isSavedUnderAName()
+    {
+        window = new HTMLDocument({runTidyCommand, {}});
+        window->show();
+        window->windowDidLoad();
+        QTRY_VERIFY_WITH_TIMEOUT(isShown(), 30'000);
+        QCOMPARE(window->windowTitle(), QStringLiteral("Untitled[*]"));
+        trigger("saveAction");
+        auto* panel = the<QFileDialog>("savePanel");
+        QVERIFY(panel);
+        panel->close();
+        QSignalSpy located(window, &HTMLDocument::locationChanged);
+        QVERIFY(window->saveToURL(at("new.html")));
+        QCOMPARE(located.size(), 1);
+        QCOMPARE(window->windowTitle(), QStringLiteral("new.html[*]"));
+        QVERIFY(file("new.html").starts_with("<!DOCTYPE html>"));
+    }
+};
+
+LUMA_TEST(tst_htmldocument)
+#include "tst_htmldocument.moc"

@@ -1,0 +1,246 @@
+#include "editor/elementdrop.h"
+#include "editor/outlinemodel.h"
+#include "editor/pagecommands.h"
+#include "editor/pagesplit.h"
+#include "editor/pagetree.h"
+#include "editor/tagrules.h"
+#include "html/parse.h"
+#include "html/prettyprinter.h"
+#include "platform/propertylist.h"
+#include "tests/support/registry.h"
+
+#include <QAbstractItemModelTester>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
+#include <QUndoStack>
+
+using namespace luma;
+
+namespace {
+
+std::unique_ptr<html::Document> parsed(std::string_view page)
+{
+    auto document = html::parse(page);
+    return document ? std::move(*document) : nullptr;
+}
+
+} // namespace
+
+/// The tree, its commands and the model that follows them, without a window.
+class tst_outlinemodel final : public QObject
+{
+    Q_OBJECT
+
+private:
+    TagRules rules;
+    std::unique_ptr<PageTree> tree;
+    std::unique_ptr<QUndoStack> stack;
+    std::unique_ptr<PageCommands> commands;
+    std::unique_ptr<OutlineModel> model;
+    std::unique_ptr<QAbstractItemModelTester> tester;
+
+    html::Element* find(std::string_view selector) const
+    {
+        const auto found = tree->document()->select(selector);
+        return found.empty() ? nullptr : found.front();
+    }
+    std::string body() const { return tree->document()->body()->html(); }
+
+    void become(std::string_view page)
+    {
+        const auto other = parsed(page);
+        commands->apply(differenceTo(*tree->document(), *other), QStringLiteral("Typing"),
+                        PageCommands::Merging::Separate);
+    }
+
+    /// The rows as text, a blank for each level.
+    QStringList rows(const QModelIndex& parent = {}, int level = 0) const
+    {
+        QStringList lines;
+        for (int row = 0; row < model->rowCount(parent); ++row) {
+            const QModelIndex index = model->index(row, 0, parent);
+            lines += QString(level, u' ') + index.data().toString();
+            lines += rows(index, level + 1);
+        }
+        return lines;
+    }
+
+private slots:
+    void init()
+    {
+        tree = std::make_unique<PageTree>();
+        stack = std::make_unique<QUndoStack>();
+        commands = std::make_unique<PageCommands>(*tree, *stack);
+        model = std::make_unique<OutlineModel>(*tree, rules);
+        tester = std::make_unique<QAbstractItemModelTester>(
+            model.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+        tree->setDocument(parsed("<!DOCTYPE html><title>T</title><body><section id=s><h2>H</h2>text<p>one</p>"
+                                 "<p class=a>two</p></section><div id=d></div>"));
+    }
+    void cleanup()
+    {
+        tester.reset();
+        model.reset();
+    }
+
+    void rows_areTheElements()
+    {
+        const QStringList expected = {QStringLiteral("<html>"),
+                                      QStringLiteral(" <head>"),
+                                      QStringLiteral("  <title> T"),
+                                      QStringLiteral(" <body>"),
+                                      QStringLiteral("  <section id=\"s\"> text"),
+                                      QStringLiteral("   <h2> H"),
+                                      QStringLiteral("   <p> one"),
+                                      QStringLiteral("   <p class=\"a\"> two"),
+                                      QStringLiteral("  <div id=\"d\">")};
+        QCOMPARE(rows(), expected);
+    }
+
+    void edit_isUndoneAndMadeAgain_data()
+    {
+        QTest::addColumn<int>("edit");
+        QTest::addColumn<QByteArray>("result");
+        QTest::newRow("insert") << 0 << QByteArray("<div id=\"d\"><section> <h2>Header</h2></section></div>");
+        QTest::newRow("remove") << 1 << QByteArray("<section id=\"s\"><h2>H</h2>text<p>one</p></section>");
+        QTest::newRow("move") << 2 << QByteArray("<div id=\"d\"><p class=\"a\">two</p></div>");
+        QTest::newRow("copy") << 3
+                              << QByteArray("<p class=\"a\">two</p></section><div id=\"d\">"
+                                            "<p class=\"a\">two</p></div>");
+        QTest::newRow("attributes") << 4 << QByteArray("<p id=\"new\">two</p>");
+        QTest::newRow("typing") << 5 << QByteArray("<p class=\"a\">two more<b>!</b></p></section><div id");
+        QTest::newRow("inner markup") << 6 << QByteArray("<div id=\"d\"><i>x</i>y</div>");
+    }
+    void edit_isUndoneAndMadeAgain()
+    {
+        QFETCH(int, edit);
+        QFETCH(QByteArray, result);
+        const std::string before = tree->document()->outerHtml();
+        const QStringList rowsBefore = rows();
+        html::Element& div = *find("#d");
+        html::Element& second = *find("[class=a]");
+        if (edit == 0)
+            commands->insert(rules.newElement(QStringLiteral("section")), {&div, nullptr}, {});
+        else if (edit == 1)
+            commands->remove(second);
+        else if (edit == 2)
+            commands->move(second, {&div, nullptr});
+        else if (edit == 3)
+            commands->copy(second, {&div, nullptr});
+        else if (edit == 4)
+            commands->setAttributes(second, {{"id", "new"}}, {});
+        else if (edit == 5)
+            become("<!DOCTYPE html><title>T</title><body><section id=s><h2>H</h2>text<p>one</p>"
+                   "<p class=a>two more<b>!</b></p></section><div id=d></div>");
+        else
+            QVERIFY(commands->setInnerMarkup(div, QStringLiteral("<i>x</i>y"), {}));
+        QVERIFY2(body().find(result.toStdString()) != std::string::npos, body().c_str());
+        const std::string after = tree->document()->outerHtml();
+        const QStringList rowsAfter = rows();
+        stack->setClean();
+        stack->undo();
+        QCOMPARE(tree->document()->outerHtml(), before);
+        QCOMPARE(rows(), rowsBefore);
+        QVERIFY(!stack->isClean());
+        stack->redo();
+        QCOMPARE(tree->document()->outerHtml(), after);
+        QCOMPARE(rows(), rowsAfter);
+        QVERIFY(stack->isClean());
+    }
+
+    void title_isChangedOrMade()
+    {
+        commands->setTitle(QStringLiteral("New & <old>"));
+        QCOMPARE(tree->document()->title(), std::string("New & <old>"));
+        commands->remove(*find("title"));
+        commands->setTitle(QStringLiteral("Again"));
+        QCOMPARE(tree->document()->title(), std::string("Again"));
+        stack->setIndex(0);
+        QCOMPARE(tree->document()->title(), std::string("T"));
+    }
+
+    void typing_leavesTheOtherRowsAlone()
+    {
+        const QPersistentModelIndex section(model->indexOf(find("#s")));
+        const QPersistentModelIndex paragraph(model->indexOf(find("p")));
+        QSignalSpy reset(model.get(), &QAbstractItemModel::modelReset);
+        QSignalSpy removed(model.get(), &QAbstractItemModel::rowsRemoved);
+        become("<!DOCTYPE html><title>T</title><body class=x><section id=s><h2>H</h2>text<p>one</p>"
+               "<p class=a>twofold</p></section><div id=d></div>");
+        QVERIFY(section.isValid());
+        QVERIFY(paragraph.isValid());
+        QCOMPARE(reset.size() + removed.size(), 0);
+        QCOMPARE(find("[class=a]")->text(), std::string("twofold"));
+        QVERIFY(find("body")->hasAttr("class"));
+        become("<!DOCTYPE html><title>T</title><body class=x><section id=s><h2>H</h2>text<p>one</p>"
+               "<p class=a>twofold</p></section><div id=d></div>");
+        QCOMPARE(stack->count(), 1);
+    }
+
+    void typing_isOneStepUnlessItWasSaved()
+    {
+        const auto type = [this](const char* text) {
+            const auto other = parsed(std::string("<!DOCTYPE html><title>T</title><body>") + text);
+            commands->apply(differenceTo(*tree->document(), *other), QStringLiteral("Typing"),
+                            PageCommands::Merging::WithTheLast);
+        };
+        type("a");
+        type("ab");
+        type("a<b>c</b>");
+        QCOMPARE(stack->count(), 1);
+        stack->setClean();
+        type("abd");
+        QCOMPARE(stack->count(), 2);
+        stack->undo();
+        QCOMPARE(body(), std::string("a<b>c</b>"));
+        stack->undo();
+        QVERIFY(find("#s"));
+    }
+
+    void drag_carriesTheRecordAndDropsByTheRules()
+    {
+        const QModelIndex dragged = model->indexOf(find("[class=a]"));
+        const std::unique_ptr<QMimeData> data(model->mimeData({dragged}));
+        const auto record = readPropertyList(data->data(QLatin1String(nodeDragType)));
+        QVERIFY(data->data(QLatin1String(nodeDragType)).startsWith("<?xml"));
+        const QVariantMap expected = {{QStringLiteral("sourceParentRowNo"), qlonglong{4}},
+                                      {QStringLiteral("sourceChildIndex"), qlonglong{2}},
+                                      {QStringLiteral("sourceItemRowNo"), qlonglong{7}}};
+        QCOMPARE(record->toMap(), expected);
+        const auto allowed = [&](const QModelIndex& target) {
+            return model->canDropMimeData(data.get(), Qt::MoveAction, -1, 0, target);
+        };
+        QVERIFY(allowed(model->indexOf(find("#d"))));
+        QVERIFY(!allowed(model->indexOf(find("p"))));
+        QVERIFY(!allowed({}));
+        QVERIFY(!model->mimeData({model->indexOf(find("body"))}));
+        QSignalSpy dropped(model.get(), &OutlineModel::elementDropped);
+        QVERIFY(model->dropMimeData(data.get(), Qt::CopyAction, 0, 0, model->indexOf(find("#d"))));
+        QCOMPARE(dropped.size(), 1);
+        data->setData(QLatin1String(nodeDragType), "<plist><dict/></plist>");
+        QVERIFY(model->dropMimeData(data.get(), Qt::MoveAction, 0, 0, model->indexOf(find("#d"))));
+        QCOMPARE(dropped.size(), 1);
+    }
+
+    void activeElement_goesWithItsRow()
+    {
+        model->setActiveColour(Qt::blue);
+        model->setActiveElement(model->indexAtPath({1, 0, 2}));
+        QCOMPARE(model->activeElement(), find("[class=a]"));
+        QCOMPARE(model->indexOf(find("[class=a]")).data(Qt::ForegroundRole).value<QColor>(),
+                 QColor(Qt::blue));
+        commands->remove(*find("[class=a]"));
+        QVERIFY(!model->activeElement());
+        QVERIFY(!model->indexAtPath({1, 7, 2}).isValid());
+    }
+
+    void dividers_haveTheirLimits()
+    {
+        QCOMPARE(pagesplit::firstDivider(), (pagesplit::Limits{179, 289}));
+        QCOMPARE(pagesplit::secondDivider(1000, 5), (pagesplit::Limits{706, 816}));
+    }
+};
+
+LUMA_TEST(tst_outlinemodel)
+#include "tst_outlinemodel.moc"

@@ -1,0 +1,147 @@
+#include "editor/pagecommands.h"
+#include "editor/pagestore.h"
+#include "editor/pagetree.h"
+#include "platform/files.h"
+#include "tests/support/registry.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUndoStack>
+
+#include <unistd.h>
+
+#include <filesystem>
+
+using namespace luma;
+namespace fs = std::filesystem;
+
+class tst_pagestore final : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> folder;
+    std::unique_ptr<PageTree> tree;
+    std::unique_ptr<QUndoStack> stack;
+    std::unique_ptr<PageStore> store;
+
+    fs::path at(const std::string& name) const { return fs::path(folder->path().toStdString()) / name; }
+    void put(const std::string& name, std::string_view bytes) const
+    {
+        fs::create_directories(at(name).parent_path());
+        QVERIFY(writeFile(at(name), bytes));
+    }
+    Result<void> open(const std::string& name)
+    {
+        store->setLocation(at(name), PageStore::Origin::File);
+        return store->load(QString());
+    }
+    void setTitle(const char* title) { PageCommands(*tree, *stack).setTitle(QString::fromLatin1(title)); }
+
+private slots:
+    void init()
+    {
+        folder = std::make_unique<QTemporaryDir>();
+        tree = std::make_unique<PageTree>();
+        stack = std::make_unique<QUndoStack>();
+        store = std::make_unique<PageStore>(*tree, *stack);
+    }
+
+    void badFile_isRefusedWithAReason_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("refused");
+        QTest::newRow("empty") << QByteArray("") << false;
+        QTest::newRow("plain text") << QByteArray("no page at all") << false;
+        QTest::newRow("binary") << QByteArray("\x89PNG\0\1\2", 7) << true;
+        QTest::newRow("not UTF-8") << QByteArray("<p>caf\xe9") << true;
+        QTest::newRow("50 MB") << QByteArray(50 << 20, 'x') << true;
+        QTest::newRow("100,000 levels") << QByteArray("<div>").repeated(100'000) << true;
+    }
+    void badFile_isRefusedWithAReason()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, refused);
+        put("page.html", {bytes.data(), static_cast<std::size_t>(bytes.size())});
+        const auto loaded = open("page.html");
+        QCOMPARE(!loaded, refused);
+        QCOMPARE(tree->document() == nullptr, refused);
+        if (refused)
+            QVERIFY(loaded.error().text.size() > at("page.html").native().size());
+    }
+
+    void noFile_isRefused()
+    {
+        put("page.html", "<p>");
+        QVERIFY(!open("."));
+        QVERIFY(!open("gone.html"));
+        fs::permissions(at("page.html"), fs::perms::none);
+        if (::geteuid() != 0)
+            QVERIFY(!open("page.html"));
+    }
+
+    void save_writesThePrintedPageAndIsClean()
+    {
+        put("page.html", "<!DOCTYPE html><title>A</title><p>x");
+        QVERIFY(open("page.html"));
+        setTitle("B");
+        QVERIFY(!stack->isClean());
+        QVERIFY(store->save(at("page.html")));
+        QVERIFY(stack->isClean());
+        QVERIFY(!store->changedOnDisk());
+        const auto written = readFile(at("page.html"));
+        QCOMPARE(*written, std::string("<!DOCTYPE html>\n<html>\n <head>\n  <title>B</title>\n </head>\n"
+                                       " <body>\n  <p>x</p>\n </body>\n</html>\n"));
+        stack->undo();
+        QCOMPARE(tree->document()->title(), std::string("A"));
+        QVERIFY(!stack->isClean());
+    }
+
+    void saveElsewhere_rebasesLinks()
+    {
+        put("site/page.html", "<link href=css/a.css><body background=../b.png><a href='news/'>n</a>"
+                              "<img src='http://x/y.png'><a href='#top'></a><a href='/abs.html'></a>");
+        QVERIFY(open("site/page.html"));
+        fs::create_directories(at("site/deep"));
+        QVERIFY(store->save(at("site/deep/copy.html")));
+        QCOMPARE(store->docURL(), at("site/deep/copy.html"));
+        const std::string copy = *readFile(at("site/deep/copy.html"));
+        for (const char* part : {"href=\"../css/a.css\"", "background=\"../../b.png\"", "href=\"../news",
+                                 "src=\"http://x/y.png\"", "href=\"#top\"", "href=\"/abs.html\""})
+            QVERIFY2(copy.find(part) != std::string::npos, part);
+        QVERIFY(readFile(at("site/page.html"))->find("href=css/a.css") != std::string::npos);
+    }
+
+    void failedSave_leavesEverything()
+    {
+        put("page.html", "<title>A</title><a href=x.html>x</a>");
+        QVERIFY(open("page.html"));
+        setTitle("B");
+        const std::string before = tree->document()->outerHtml();
+        QVERIFY(!store->save(at("no/such/folder/page.html")));
+        QCOMPARE(tree->document()->outerHtml(), before);
+        QVERIFY(!stack->isClean());
+        QCOMPARE(store->docURL(), at("page.html"));
+        QCOMPARE(*readFile(at("page.html")), std::string("<title>A</title><a href=x.html>x</a>"));
+    }
+
+    void loadAgain_canBeUndone()
+    {
+        put("page.html", "<title>A</title><p>x");
+        QVERIFY(open("page.html"));
+        setTitle("Mine");
+        put("page.html", "<title>Theirs</title><p>x");
+        QVERIFY(store->changedOnDisk());
+        QVERIFY(store->load(QStringLiteral("Revert")));
+        QVERIFY(!store->changedOnDisk());
+        QCOMPARE(tree->document()->title(), std::string("Theirs"));
+        QVERIFY(stack->isClean());
+        stack->undo();
+        QCOMPARE(tree->document()->title(), std::string("Mine"));
+        fs::remove(at("page.html"));
+        QVERIFY(!store->changedOnDisk());
+    }
+};
+
+LUMA_TEST(tst_pagestore)
+#include "tst_pagestore.moc"
