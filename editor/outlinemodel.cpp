@@ -210,7 +210,7 @@ QStringList OutlineModel::mimeTypes() const
 QMimeData* OutlineModel::mimeData(const QModelIndexList& indexes) const
 {
     const html::Element* const element = indexes.isEmpty() ? nullptr : elementAt(indexes.first());
-    if (!m_rules.canDrag(element))
+    if (!element || !m_rules.canDrag(element))
         return nullptr;
     const html::Element* const above = element->parent()->asElement();
     const QVariantMap record = {

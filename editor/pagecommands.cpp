@@ -7,6 +7,7 @@
 #include <QUndoCommand>
 #include <QUndoStack>
 
+#include <ranges>
 #include <utility>
 
 namespace luma {
@@ -82,8 +83,8 @@ public:
     }
     void undo() override
     {
-        for (auto step = m_steps.rbegin(); step != m_steps.rend(); ++step)
-            exchange(*step);
+        for (MarkupDifference& step : m_steps | std::views::reverse)
+            exchange(step);
     }
     int id() const override { return m_merging == PageCommands::Merging::WithTheLast ? 1 : -1; }
     bool mergeWith(const QUndoCommand* command) override
