@@ -2,7 +2,7 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
-#include <QPointer>
+#include <QTimer>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
 
@@ -12,6 +12,7 @@ namespace luma {
 
 namespace {
 
+constexpr int deliveryInterval = 10; // milliseconds
 constexpr auto editorWorld = QWebEngineScript::ApplicationWorld;
 
 // Shared with the engine's callback, which may come long after the waiting has ended.
@@ -65,6 +66,11 @@ QVariant ScriptCall::wait(QWebEnginePage* page, const QString& script)
             wait->answer = answer;
         wait->end();
     });
+    // Called from within a posted event, Qt's event dispatcher may sleep on the engine's own posted event
+    // until something else wakes it (seen with Qt 6.4 and GLib: one call in fifteen never returned).
+    QTimer delivery;
+    QObject::connect(&delivery, &QTimer::timeout, &loop, [] { QCoreApplication::sendPostedEvents(); });
+    delivery.start(deliveryInterval);
     if (!wait->ended)
         loop.exec();
     wait->ended = true;
