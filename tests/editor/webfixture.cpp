@@ -126,16 +126,31 @@ void WebFixture::select(const QString& text, Caret caret)
                               .arg(quotedForScript(text), QLatin1String(names[static_cast<int>(caret)])));
 }
 
+// Keys take their own way to the page, and none of its other answers tells that they have arrived.
+void WebFixture::waitForKeys(qsizetype count)
+{
+    QVERIFY(QTest::qWaitFor([this, count] { return answer("window.releasedKeys").toLongLong() >= count; },
+                            30'000));
+}
+
+void WebFixture::countKeys()
+{
+    (void)answer("if (!('releasedKeys' in window)) addEventListener('keyup', () => ++releasedKeys, true);"
+                 "window.releasedKeys = 0");
+}
+
 void WebFixture::press(int key, Qt::KeyboardModifiers modifiers)
 {
+    countKeys();
     QTest::keyClick(view.focusProxy(), static_cast<Qt::Key>(key), modifiers);
-    (void)answer("0");
+    waitForKeys(1);
 }
 
 void WebFixture::type(const QString& text)
 {
+    countKeys();
     QTest::keyClicks(view.focusProxy(), text);
-    (void)answer("0");
+    waitForKeys(text.size());
 }
 
 } // namespace luma::test

@@ -42,11 +42,16 @@ public:
     enum class Caret { Start, End, Whole };
     void select(const QString& text, Caret caret = Caret::Whole);
 
+    /// Presses and releases keys, and waits until the page has taken them.
     void press(int key, Qt::KeyboardModifiers modifiers = {});
     void type(const QString& text);
 
     QTemporaryDir folder;
     MyWebView view;
+
+private:
+    void countKeys();
+    void waitForKeys(qsizetype count);
 };
 
 } // namespace luma::test
