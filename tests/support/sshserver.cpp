@@ -17,6 +17,7 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -33,7 +34,10 @@ const fs::path configurationFolder = "/usr/local/palisan/apache2";
 std::string contents(const fs::path& path)
 {
     std::ifstream file(path, std::ios::binary);
-    return {std::istreambuf_iterator<char>(file), {}};
+    // A process may go while its entry in /proc is read; this way that is an empty text, not an exception.
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
 }
 
 // A port that was free a moment ago.
