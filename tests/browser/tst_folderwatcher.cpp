@@ -14,6 +14,8 @@
 namespace fs = std::filesystem;
 using namespace luma;
 
+Q_DECLARE_METATYPE(std::function<void(const fs::path&)>)
+
 /// The real watcher program over the test's own session bus.
 class tst_folderwatcher final : public QObject
 {
@@ -164,8 +166,6 @@ private slots:
         QCOMPARE(alone.exitStatus(), QProcess::NormalExit);
     }
 };
-
-Q_DECLARE_METATYPE(std::function<void(const fs::path&)>)
 
 LUMA_TEST(tst_folderwatcher)
 #include "tst_folderwatcher.moc"
