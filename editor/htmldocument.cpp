@@ -7,6 +7,7 @@
 #include "editor/metasheet.h"
 #include "editor/outlinemodel.h"
 #include "editor/pagesplit.h"
+#include "editor/scriptcall.h"
 #include "editor/scriptquote.h"
 #include "editor/stylesheeteditor.h"
 #include "editor/viewcontroller.h"
@@ -139,7 +140,7 @@ void HTMLDocument::createStyleSheets()
 {
     new CodeHighlighter(CodeHighlighter::Language::Css, m_ui->cssField->document());
     m_styleSheets = new StyleSheetEditor(
-        {m_ui->cssMenu, m_ui->cssField, m_ui->cssButton}, m_tree, [this] { return docURL().parent_path(); },
+        {m_ui->cssMenu, m_ui->cssField, m_ui->cssButton}, m_tree, [this] { return siteFolder(); },
         m_services.runShell, this);
     connect(m_styleSheets, &StyleSheetEditor::fileStored, this, &HTMLDocument::reload);
     connect(m_styleSheets, &StyleSheetEditor::styleBlockWanted, this, &HTMLDocument::updateStyleBlock);
@@ -276,6 +277,7 @@ bool HTMLDocument::load(Reading reading, const QString& name)
         }
     }
     m_ui->noticeBar->hide();
+    m_styleSheets->dropDrafts();
     m_viewController->show(reading == Reading::First ? ViewController::Position::Start
                                                      : ViewController::Position::Keep);
     buildCSSMenu();
@@ -392,11 +394,10 @@ void HTMLDocument::loadCSSNames()
         m_viewController->evaluateAndWait(QStringLiteral("findAllDotClassNamesFromCSS()"));
     if (!self)
         return;
-    if (classes.canConvert<QStringList>())
-        m_cssClassArray = classes.toStringList();
+    m_cssClassArray = ScriptCall::strings(classes).value_or(m_cssClassArray);
     const QVariant ids = m_viewController->evaluateAndWait(QStringLiteral("findAllIDNamesFromCSS()"));
-    if (self && ids.canConvert<QStringList>())
-        m_cssIDArray = ids.toStringList();
+    if (self)
+        m_cssIDArray = ScriptCall::strings(ids).value_or(m_cssIDArray);
 }
 
 void HTMLDocument::applyCallbackText(const QString& text)
