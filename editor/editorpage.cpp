@@ -1,6 +1,7 @@
 #include "editor/editorpage.h"
 
 #include "editor/pagescheme.h"
+#include "editor/scriptcall.h"
 #include "platform/files.h"
 #include "platform/resources.h"
 
@@ -23,6 +24,9 @@ namespace fs = std::filesystem;
 namespace luma {
 
 namespace {
+
+constexpr int handshakePause = 250; // milliseconds
+constexpr int mostHandshakes = 8;
 
 QWebEngineScript editorScript(const QString& name, const QString& source,
                               QWebEngineScript::InjectionPoint point)
@@ -124,6 +128,7 @@ void EditorPage::connectState()
         if (QUrl(address) != m_address)
             return;
         m_complete = true;
+        m_handshake.stop();
         emit ready();
     });
     connect(m_bridge, &PageBridge::documentLoaded, this, [this](const QString& address) {
@@ -131,15 +136,38 @@ void EditorPage::connectState()
         tellShown();
     });
     connect(this, &QWebEnginePage::loadFinished, this, &EditorPage::tellShown);
+    m_handshake.setInterval(handshakePause);
+    connect(&m_handshake, &QTimer::timeout, this, &EditorPage::connectAgain);
+    connect(this, &QWebEnginePage::loadFinished, this, [this](bool done) {
+        m_handshakes = 0;
+        if (done && !m_complete && url() == m_address)
+            m_handshake.start();
+    });
     connect(this, &QWebEnginePage::renderProcessTerminated, this, [this](RenderProcessTerminationStatus) {
         m_complete = false;
         m_isLoaded = false;
+        m_handshake.stop();
         emit processDied();
     });
 }
 
-// A process that dies before the engine has ended its load takes the next load with it: nobody is called
-// before.
+// The channel to a process that has replaced another one may be dead (seen with Qt 6.4), and is made anew. A
+// page whose channel stays dead is shown all the same: its edits are read when they are needed.
+void EditorPage::connectAgain()
+{
+    if (++m_handshakes > mostHandshakes) {
+        m_handshake.stop();
+        m_complete = true;
+        m_isLoaded = true;
+        emit ready();
+        tellShown();
+        return;
+    }
+    setWebChannel(nullptr, QWebEngineScript::ApplicationWorld);
+    setWebChannel(m_channel, QWebEngineScript::ApplicationWorld);
+    ScriptCall::run(this, QStringLiteral("connectBridge()"));
+}
+
 void EditorPage::tellShown()
 {
     if (!isLoading() && std::exchange(m_isLoaded, false))
@@ -151,6 +179,7 @@ void EditorPage::show(const QByteArray& markup, const SiteFolder& files)
     m_files = files;
     m_complete = false;
     m_isLoaded = false;
+    m_handshake.stop();
     m_loadIsDue = true;
     ++m_generation;
     m_profile.files().serve(m_host, markup, files);

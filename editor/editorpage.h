@@ -4,6 +4,7 @@
 #include "editor/pagebridge.h"
 #include "editor/sitefolder.h"
 
+#include <QTimer>
 #include <QWebEnginePage>
 
 #include <filesystem>
@@ -65,6 +66,7 @@ private:
     void connectState();
     void addEditorScripts();
     void tellShown();
+    void connectAgain();
     void activateLink(const QUrl& url);
     [[nodiscard]] QUrl addressForTheBrowser(const QUrl& url) const;
 
@@ -74,6 +76,8 @@ private:
     SiteFolder m_files;
     QWebChannel* m_channel = nullptr;
     PageBridge* m_bridge = nullptr;
+    QTimer m_handshake; // runs while a loaded page has not told that it is ready
+    int m_handshakes = 0;
     int m_generation = 0;
     bool m_loadIsDue = false;
     bool m_complete = false;

@@ -1,6 +1,5 @@
 // The page's end of the bridge: it tells that the page stands there, and post(name, body) sends one of the four
-// messages to the editor.
-// What is posted before the channel stands is sent, in order, as soon as it does.
+// messages to the editor. What is posted before the channel stands is sent, in order, as soon as it does.
 
 const bridge = {
     object: null,
@@ -14,7 +13,15 @@ function post(name, body) {
         bridge.waiting.push([name, body]);
 }
 
-new QWebChannel(qt.webChannelTransport, (channel) => {
+// The editor calls it again when it has heard nothing.
+function connectBridge() {
+    if (!bridge.object)
+        new QWebChannel(qt.webChannelTransport, useChannel);
+}
+
+function useChannel(channel) {
+    if (bridge.object)
+        return;
     bridge.object = channel.objects.bridge;
     bridge.object.tellReady(location.href);
     for (const [name, body] of bridge.waiting.splice(0))
@@ -23,4 +30,6 @@ new QWebChannel(qt.webChannelTransport, (channel) => {
         bridge.object.tellLoaded(location.href);
     else
         addEventListener('load', () => bridge.object.tellLoaded(location.href));
-});
+}
+
+connectBridge();
