@@ -8,10 +8,13 @@ namespace luma {
 
 namespace {
 
-constexpr std::string_view formatter = " | /opt/homebrew-palisan/bin/php LUMAHTMLCSSJS/bin/pcsstidy";
-
 // Linux takes no argument of 128 KiB (execve(2), MAX_ARG_STRLEN).
 constexpr std::size_t longestCommand = 131'000;
+
+std::string formatter()
+{
+    return " | " + std::string(tidyInterpreter) + " LUMAHTMLCSSJS/bin/pcsstidy";
+}
 
 void replaceAll(std::string& text, std::string_view from, std::string_view to)
 {
@@ -47,7 +50,7 @@ std::string echoCommand(std::string_view plain)
             command += R"(\\\)";
         command += c;
     }
-    return command.append("\"").append(formatter);
+    return command.append("\"").append(formatter());
 }
 
 // What no command line can hold goes through a file that only we can read.
@@ -58,7 +61,7 @@ std::string tidyThroughFile(const std::string& plain, const ShellRunner& runShel
         !file.putChar('\n') || !file.flush())
         return {};
     const std::string name = quotedForShell(file.fileName().toStdString());
-    return runShell({"-c", "cat " + name + std::string(formatter)}).value_or(std::string());
+    return runShell({"-c", "cat " + name + formatter()}).value_or(std::string());
 }
 
 } // namespace

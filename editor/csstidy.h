@@ -8,6 +8,9 @@
 
 namespace luma {
 
+/// Where that command calls PHP. The set-up and the installation put a link to the system's php there.
+inline constexpr std::string_view tidyInterpreter = "/opt/homebrew-palisan/bin/php";
+
 /// The shell command that formats a style sheet: prints `text` into the formatting script, which stands in
 /// LUMAHTMLCSSJS/bin of the working folder. First each double quote becomes a single one and each "&amp;" an
 /// "&". Then the text stands between double quotes as it is but for what a shell would act on there (POSIX.1,

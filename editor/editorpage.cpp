@@ -118,12 +118,17 @@ void EditorPage::connectRefusals()
 
 void EditorPage::connectState()
 {
-    // A refresh that was refused ends as a failed load of its own, and a page shown before may end late.
-    connect(this, &QWebEnginePage::loadFinished, this, [this](bool done) {
-        if (!done || m_complete || url() != m_address)
+    // The engine may leave out the end of a load that another one overtook, and end one that is not the last:
+    // it is the page itself that tells when it stands there, and which it is.
+    connect(m_bridge, &PageBridge::documentReady, this, [this](const QString& address) {
+        if (QUrl(address) != m_address)
             return;
         m_complete = true;
-        emit shown();
+        emit ready();
+    });
+    connect(m_bridge, &PageBridge::documentLoaded, this, [this](const QString& address) {
+        if (m_complete && QUrl(address) == m_address)
+            emit shown();
     });
     connect(this, &QWebEnginePage::renderProcessTerminated, this, [this](RenderProcessTerminationStatus) {
         m_complete = false;
@@ -135,7 +140,7 @@ void EditorPage::show(const QByteArray& markup, const SiteFolder& files)
 {
     m_files = files;
     m_complete = false;
-    m_loadIsOurs = true;
+    m_loadIsDue = true;
     ++m_generation;
     m_profile.files().serve(m_host, markup, files);
     m_address = SiteSchemeHandler::address(m_host, files.page());
@@ -158,7 +163,11 @@ bool EditorPage::acceptNavigationRequest(const QUrl& url, NavigationType type, b
     if (!isMainFrame)
         return type == NavigationTypeOther &&
                (PageScheme::isOfPage(url, m_host) || url.scheme() == QLatin1String("about"));
-    return std::exchange(m_loadIsOurs, false) && type == NavigationTypeTyped;
+    // Once, and the last page handed over alone: an earlier one may ask after it.
+    if (!m_loadIsDue || type != NavigationTypeTyped || url != m_address)
+        return false;
+    m_loadIsDue = false;
+    return true;
 }
 
 void EditorPage::activateLink(const QUrl& url)

@@ -39,7 +39,10 @@ public:
     [[nodiscard]] PageBridge& bridge() { return *m_bridge; }
 
 signals:
-    /// The page handed over last stands there whole.
+    /// The page handed over last stands there whole and can be edited, though sheets and images may be
+    /// missing.
+    void ready();
+    /// So do its sheets and images, or they failed. Comes after ready().
     void shown();
     /// What a script of the editor's world, such as one of the script console, wrote to the console.
     void scriptMessage(const QString& message);
@@ -71,7 +74,7 @@ private:
     QWebChannel* m_channel = nullptr;
     PageBridge* m_bridge = nullptr;
     int m_generation = 0;
-    bool m_loadIsOurs = false;
+    bool m_loadIsDue = false;
     bool m_complete = false;
 };
 

@@ -10,6 +10,7 @@
 #include "editor/pagesplit.h"
 #include "editor/pagewatch.h"
 #include "editor/pathtext.h"
+#include "editor/scriptcall.h"
 #include "editor/stylesheeteditor.h"
 #include "editor/tagcontrols.h"
 #include "editor/viewactions.h"
@@ -99,7 +100,7 @@ void HTMLDocument::createStyleSheets()
 {
     new CodeHighlighter(CodeHighlighter::Language::Css, m_ui->cssField->document());
     m_styleSheets = new StyleSheetEditor(
-        {m_ui->cssMenu, m_ui->cssField, m_ui->cssButton}, m_tree, [this] { return docURL().parent_path(); },
+        {m_ui->cssMenu, m_ui->cssField, m_ui->cssButton}, m_tree, [this] { return siteFolder(); },
         m_services.runShell, this);
     connect(m_styleSheets, &StyleSheetEditor::fileStored, this, &HTMLDocument::reload);
     connect(m_styleSheets, &StyleSheetEditor::styleBlockWanted, m_edits, &PageEdits::updateStyleBlock);
@@ -181,6 +182,7 @@ bool HTMLDocument::load(Reading reading, const QString& name)
         }
     }
     m_ui->noticeBar->hide();
+    m_styleSheets->dropDrafts();
     m_viewController->show(reading == Reading::First ? ViewController::Position::Start
                                                      : ViewController::Position::Keep);
     buildCSSMenu();
@@ -268,11 +270,10 @@ void HTMLDocument::loadCSSNames()
         m_viewController->evaluateAndWait(QStringLiteral("findAllDotClassNamesFromCSS()"));
     if (!self)
         return;
-    if (classes.canConvert<QStringList>())
-        m_cssNames.classes = classes.toStringList();
+    m_cssNames.classes = ScriptCall::strings(classes).value_or(m_cssNames.classes);
     const QVariant ids = m_viewController->evaluateAndWait(QStringLiteral("findAllIDNamesFromCSS()"));
-    if (self && ids.canConvert<QStringList>())
-        m_cssNames.ids = ids.toStringList();
+    if (self)
+        m_cssNames.ids = ScriptCall::strings(ids).value_or(m_cssNames.ids);
 }
 
 void HTMLDocument::applyCallbackText(const QString& text)

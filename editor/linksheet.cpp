@@ -44,10 +44,10 @@ LinkSheet::LinkSheet(QWidget* parent) : QDialog(parent), m_ui(std::make_unique<U
 
 LinkSheet::~LinkSheet() = default;
 
-void LinkSheet::begin(Purpose purpose, const QString& address, const std::filesystem::path& folder)
+void LinkSheet::begin(Purpose purpose, const QString& address, const SiteFolder& site)
 {
     m_purpose = purpose;
-    m_folder = folder;
+    m_site = site;
     const bool isImage = purpose == Purpose::Image;
     setWindowTitle(isImage ? tr("Insert image") : tr("Link"));
     // The button's title says which action the sheet performs.
@@ -82,17 +82,31 @@ void LinkSheet::checkAddress()
         complaint = tr("An address that runs a script can't be used");
     else if (m_purpose == Purpose::Image && !address.isEmpty() && !imageUrl(address).isValid())
         complaint = tr("This is not an address");
-    m_ui->linkComplaint->setText(complaint);
+    m_ui->linkComplaint->setText(complaint.isEmpty() ? adviceOn(address) : complaint);
     m_ui->linkButton->setEnabled(complaint.isEmpty() && !address.isEmpty() && !isOnlyAScheme(address));
+}
+
+QString LinkSheet::adviceOn(const QString& address) const
+{
+    const bool isFile = m_purpose == Purpose::Image && imageUrl(address).isLocalFile();
+    const auto file = isFile ? fileOf(imageUrl(address)) : m_site.fileOfLink(address.toStdString());
+    if (!file || m_site.realPath(*file))
+        return {};
+    std::error_code error;
+    return std::filesystem::exists(*file, error) ? tr("This lies outside the site")
+                                                 : tr("There is no such file in the site");
 }
 
 void LinkSheet::chooseFile()
 {
-    const QString file = QFileDialog::getOpenFileName(
-        this, tr("Choose an image"), QFile::decodeName(m_folder.c_str()),
+    auto* const panel = new QFileDialog(
+        this, tr("Choose an image"), QFile::decodeName(m_site.folder().c_str()),
         tr("Images (*.png *.jpg *.jpeg *.gif *.svg *.webp *.avif *.bmp *.ico);;All files (*)"));
-    if (!file.isEmpty())
-        m_ui->linkAddress->setText(file);
+    panel->setObjectName(QStringLiteral("imagePanel"));
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    panel->setFileMode(QFileDialog::ExistingFile);
+    connect(panel, &QFileDialog::fileSelected, m_ui->linkAddress, &QLineEdit::setText);
+    panel->open();
 }
 
 void LinkSheet::closeSheet(QObject* sender)

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "editor/sitefolder.h"
+
 #include <QDialog>
 #include <QUrl>
 
@@ -13,8 +15,8 @@ class LinkSheet;
 namespace luma {
 
 /// The sheet that asks for the address of a link or an image. Its confirming button says what it does and is
-/// enabled while the address is one that may stand in a page: addresses that run scripts are not. Main
-/// thread.
+/// enabled while the address is one that may stand in a page: addresses that run scripts are not. A file that
+/// is not in the site is only remarked upon. Main thread.
 class LinkSheet final : public QDialog
 {
     Q_OBJECT
@@ -25,8 +27,8 @@ public:
     explicit LinkSheet(QWidget* parent);
     ~LinkSheet() override;
 
-    /// Opens the sheet with an address to begin with. Images are looked for in `folder`.
-    void begin(Purpose purpose, const QString& address, const std::filesystem::path& folder);
+    /// Opens the sheet with an address to begin with. Images are looked for in the site.
+    void begin(Purpose purpose, const QString& address, const SiteFolder& site);
     [[nodiscard]] Purpose purpose() const { return m_purpose; }
 
     /// The URL that an image's address is: a whole path on disk becomes a file's, anything else is read
@@ -40,11 +42,12 @@ signals:
 
 private:
     void checkAddress();
+    [[nodiscard]] QString adviceOn(const QString& address) const;
     void chooseFile();
     void closeSheet(QObject* sender);
 
     std::unique_ptr<Ui::LinkSheet> m_ui;
-    std::filesystem::path m_folder;
+    SiteFolder m_site;
     Purpose m_purpose = Purpose::Link;
 };
 

@@ -37,7 +37,7 @@ MyWebView::MyWebView(QWidget* parent)
       m_page(std::make_unique<EditorPage>(*m_profile))
 {
     setPage(m_page.get());
-    connect(m_page.get(), &EditorPage::shown, this, &MyWebView::watchKeys);
+    connect(m_page.get(), &EditorPage::ready, this, &MyWebView::watchKeys);
 }
 
 MyWebView::~MyWebView() = default;
@@ -80,11 +80,11 @@ void MyWebView::updateMenuMarks()
     const QVariant styles = ScriptCall::wait(m_page.get(), QStringLiteral("getTextTags()"));
     if (!self)
         return;
-    check(m_fontSubMenu, styles.toStringList());
+    check(m_fontSubMenu, ScriptCall::strings(styles).value_or(QStringList()));
     const QVariant justification =
         ScriptCall::wait(m_page.get(), QStringLiteral("getCurrentJustification()"));
     if (self)
-        check(m_justificationSubMenu, justification.toStringList());
+        check(m_justificationSubMenu, ScriptCall::strings(justification).value_or(QStringList()));
 }
 
 // The engine asks for the menu from within its own work and answers no question until that is done.

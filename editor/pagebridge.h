@@ -17,7 +17,14 @@ public:
 
     Q_INVOKABLE void post(const QString& name, const QJsonValue& body);
 
+    /// The page at `address` has been read to its end and the editor's scripts stand.
+    Q_INVOKABLE void tellReady(const QString& address) { emit documentReady(address); }
+    /// So have its sheets and images, or they failed. Comes after tellReady().
+    Q_INVOKABLE void tellLoaded(const QString& address) { emit documentLoaded(address); }
+
 signals:
+    void documentReady(const QString& address);
+    void documentLoaded(const QString& address);
     /// Text for the element that is selected in the outline.
     void callbackText(const QString& text);
     /// What lies under the mouse, for the information text.

@@ -1,6 +1,7 @@
 #include "editor/pagecommands.h"
 
 #include "editor/pagetree.h"
+#include "editor/typedtext.h"
 #include "html/characterdata.h"
 
 #include <QDateTime>
@@ -71,7 +72,11 @@ class ExchangeCommand final : public QUndoCommand
 public:
     ExchangeCommand(PageTree& tree, MarkupDifference difference, const QString& name,
                     PageCommands::Merging merging)
-        : QUndoCommand(name), m_tree(tree), m_merging(merging), m_made(QDateTime::currentMSecsSinceEpoch())
+        : QUndoCommand(name),
+          m_tree(tree),
+          m_merging(merging),
+          m_typed(typedText(difference)),
+          m_made(QDateTime::currentMSecsSinceEpoch())
     {
         m_steps.push_back(std::move(difference));
     }
@@ -91,15 +96,27 @@ public:
     {
         // Commands of this id are of this class; the stack deletes the merged one.
         auto* next = const_cast<ExchangeCommand*>(static_cast<const ExchangeCommand*>(command));
-        if (next->text() != text() || next->m_made - m_made > pause)
+        if (next->text() != text() || next->m_made - m_made > pause || !isContinuedBy(*next))
             return false;
         m_made = next->m_made;
+        m_typed = next->m_typed;
         for (MarkupDifference& step : next->m_steps)
             m_steps.push_back(std::move(step));
         return true;
     }
 
 private:
+    /// Letter after letter of one word, or one removal after the other, at one place.
+    [[nodiscard]] bool isContinuedBy(const ExchangeCommand& next) const
+    {
+        if (next.m_steps.front().parent != m_steps.back().parent)
+            return false;
+        if (next.m_typed == TypedText::Removes)
+            return m_typed == TypedText::Removes;
+        return next.m_typed == TypedText::AddsToWord &&
+               (m_typed == TypedText::AddsToWord || m_typed == TypedText::BeginsWord);
+    }
+
     void exchange(MarkupDifference& step)
     {
         for (auto& [element, attributes] : step.attributes)
@@ -111,6 +128,7 @@ private:
     PageTree& m_tree;
     std::vector<MarkupDifference> m_steps;
     PageCommands::Merging m_merging;
+    TypedText m_typed;
     qint64 m_made;
 };
 

@@ -30,8 +30,8 @@ public:
     /// Exchanges the element's contents; in a style sheet or script the markup is the text as it stands.
     /// False when the markup can't be parsed.
     bool setInnerMarkup(html::Element& element, const QString& markup, const QString& name);
-    /// Makes the page what a parsed other one is. Steps of one name that follow each other within a moment
-    /// become one, as typing comes in pieces.
+    /// Makes the page what a parsed other one is. Steps of typing of one name that follow each other within a
+    /// moment become one, a word at a time, as typing comes in pieces.
     enum class Merging { Separate, WithTheLast };
     void apply(MarkupDifference difference, const QString& name, Merging merging);
 

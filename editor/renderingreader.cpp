@@ -17,13 +17,12 @@ constexpr qint64 longestPause = 1000;
 
 } // namespace
 
-RenderingReader::RenderingReader(EditorPage& page, std::function<void(std::string_view)> deliver,
-                                 QObject* parent)
+RenderingReader::RenderingReader(EditorPage& page, Deliver deliver, QObject* parent)
     : QObject(parent), m_page(page), m_deliver(std::move(deliver))
 {
     m_timer.setSingleShot(true);
     connect(&m_timer, &QTimer::timeout, this, &RenderingReader::read);
-    connect(&page, &EditorPage::shown, this, &RenderingReader::startOver);
+    connect(&page, &EditorPage::ready, this, &RenderingReader::startOver);
     connect(&page, &EditorPage::processDied, this, &RenderingReader::startOver);
     connect(&page.bridge(), &PageBridge::mutationObserver, this, &RenderingReader::noteChange);
 }
@@ -33,6 +32,7 @@ void RenderingReader::startOver()
     m_timer.stop();
     m_told = 0;
     m_delivered = 0;
+    m_named = 0;
     m_reading = false;
 }
 
@@ -43,6 +43,28 @@ void RenderingReader::noteChange(int count)
         return;
     m_told = std::max(m_told, count);
     schedule();
+}
+
+// Questions are answered in their order: the count is of the moment after the script.
+void RenderingReader::nameChange(const QString& name)
+{
+    const QPointer<RenderingReader> self = this;
+    ScriptCall::run(&m_page, QStringLiteral("countOfChanges()"),
+                    [self, generation = m_page.generation(), name](const QVariant& answer) {
+                        if (!self || generation != self->m_page.generation() ||
+                            answer.toInt() <= self->m_delivered)
+                            return;
+                        self->m_named = answer.toInt();
+                        self->m_name = name;
+                    });
+}
+
+QString RenderingReader::takeName(int count)
+{
+    if (m_named == 0 || count < m_named)
+        return {};
+    m_named = 0;
+    return m_name;
 }
 
 void RenderingReader::schedule()
@@ -88,7 +110,7 @@ void RenderingReader::deliverMarkup(const QString& markup, int count)
     m_delivered = count;
     const QPointer<RenderingReader> self = this;
     if (!markup.isEmpty())
-        m_deliver(markup.toStdString());
+        m_deliver(markup.toStdString(), takeName(count));
     if (!self)
         return;
     m_lastCost = m_clock.isValid() ? m_clock.elapsed() : 0;

@@ -20,8 +20,13 @@ class RenderingReader final : public QObject
     Q_OBJECT
 
 public:
-    /// `deliver` gets the root element's markup, UTF-8.
-    RenderingReader(EditorPage& page, std::function<void(std::string_view)> deliver, QObject* parent);
+    /// `deliver` gets the root element's markup, UTF-8, and what the change is called; the name is empty when
+    /// nothing but the user's keys may have made it.
+    using Deliver = std::function<void(std::string_view markup, const QString& name)>;
+    RenderingReader(EditorPage& page, Deliver deliver, QObject* parent);
+
+    /// Names what the script evaluated last changed, if it changed anything.
+    void nameChange(const QString& name);
 
     /// Reads at once, and waits for it, when the page holds changes that were not delivered.
     void catchUp();
@@ -41,15 +46,18 @@ private:
     void read();
     void takeAnswer(int generation, int count, const QString& markup);
     void deliverMarkup(const QString& markup, int count);
+    [[nodiscard]] QString takeName(int count);
     void startOver();
 
     EditorPage& m_page;
-    std::function<void(std::string_view)> m_deliver;
+    Deliver m_deliver;
     QTimer m_timer;
     QElapsedTimer m_clock;
     qint64 m_lastCost = 0;
     int m_told = 0;
     int m_delivered = 0;
+    int m_named = 0; // the change that m_name is for; 0 without one
+    QString m_name;
     bool m_reading = false;
 };
 

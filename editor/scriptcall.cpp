@@ -78,4 +78,18 @@ QVariant ScriptCall::wait(QWebEnginePage* page, const QString& script)
     return wait->answer;
 }
 
+std::optional<QStringList> ScriptCall::strings(const QVariant& answer)
+{
+    if (answer.typeId() != QMetaType::QVariantList)
+        return {};
+    QStringList strings;
+    const QVariantList list = answer.toList();
+    for (const QVariant& each : list) {
+        if (each.typeId() != QMetaType::QString)
+            return {};
+        strings.append(each.toString());
+    }
+    return strings;
+}
+
 } // namespace luma

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 #include <QVariant>
 
 #include <functional>
+#include <optional>
 
 class QWebEnginePage;
 
@@ -29,6 +31,9 @@ public:
     /// nested. Never call it from within a signal or callback of the engine's page or channel: the engine
     /// answers nothing while it is at work itself. Queue the call instead.
     static QVariant wait(QWebEnginePage* page, const QString& script);
+
+    /// The answer as a list of strings; nothing when it is anything else.
+    static std::optional<QStringList> strings(const QVariant& answer);
 };
 
 } // namespace luma

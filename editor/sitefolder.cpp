@@ -1,6 +1,7 @@
 #include "editor/sitefolder.h"
 
 #include <QMimeDatabase>
+#include <QUrl>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -83,6 +84,16 @@ std::optional<fs::path> SiteFolder::fileAt(std::string_view addressPath) const
         addressPath.remove_prefix(name.size());
     }
     return file;
+}
+
+std::optional<fs::path> SiteFolder::fileOfLink(std::string_view link) const
+{
+    const QUrl address(QString::fromUtf8(link.data(), static_cast<qsizetype>(link.size())).trimmed());
+    if (!address.isValid() || !address.scheme().isEmpty() || !address.authority().isEmpty() ||
+        address.path().isEmpty())
+        return {};
+    const QUrl page = QUrl::fromEncoded("page://here" + QByteArray::fromStdString(addressPath(m_page)));
+    return fileAt(page.resolved(address).path(QUrl::FullyEncoded).toStdString());
 }
 
 std::optional<fs::path> SiteFolder::realPath(const fs::path& file) const

@@ -34,6 +34,10 @@ public:
     /// slash, a NUL).
     [[nodiscard]] std::optional<std::filesystem::path> fileAt(std::string_view addressPath) const;
 
+    /// The file that a link of the page (as written, UTF-8) leads to, whether or not it is there; nothing for
+    /// an address elsewhere, for a fragment of the page, and for what is no address.
+    [[nodiscard]] std::optional<std::filesystem::path> fileOfLink(std::string_view link) const;
+
     /// Opens a regular file of the folder for reading. What lies outside is refused, be it through "..", a
     /// symbolic link or a race with one; so is anything that is not a regular file. May block on a mount.
     [[nodiscard]] Result<FileDescriptor> open(const std::filesystem::path& file) const;

@@ -9,15 +9,16 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 
+namespace fs = std::filesystem;
+
 namespace luma {
 
-StyleSheetEditor::StyleSheetEditor(const Controls& controls, PageTree& tree,
-                                   std::function<std::filesystem::path()> folder, ShellRunner runShell,
-                                   QObject* parent)
+StyleSheetEditor::StyleSheetEditor(const Controls& controls, PageTree& tree, std::function<SiteFolder()> site,
+                                   ShellRunner runShell, QObject* parent)
     : QObject(parent),
       m_controls(controls),
       m_tree(tree),
-      m_folder(std::move(folder)),
+      m_site(std::move(site)),
       m_runShell(std::move(runShell))
 {
     connect(controls.cssMenu, &QComboBox::activated, this, &StyleSheetEditor::selectCSS);
@@ -49,9 +50,14 @@ QString StyleSheetEditor::shownTitle() const
     return m_controls.cssMenu->currentText();
 }
 
-std::filesystem::path StyleSheetEditor::fileOf(const QString& title) const
+fs::path StyleSheetEditor::fileOf(const QString& title) const
 {
-    return m_folder() / title.toStdString();
+    const SiteFolder site = m_site();
+    const fs::path beside = site.page().parent_path() / fs::path(title.toStdString()).relative_path();
+    if (itemExists(beside))
+        return beside;
+    const std::optional<fs::path> linked = site.fileOfLink(title.toStdString());
+    return linked && itemExists(*linked) ? *linked : beside;
 }
 
 std::optional<std::string> StyleSheetEditor::textOf(const QString& title) const

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editor/csstidy.h"
+#include "editor/sitefolder.h"
 
 #include <QMap>
 #include <QObject>
@@ -31,8 +32,8 @@ public:
         QPlainTextEdit* cssField;
         QPushButton* cssButton;
     };
-    /// `folder` gives the page's folder, against which linked sheets are found.
-    StyleSheetEditor(const Controls& controls, PageTree& tree, std::function<std::filesystem::path()> folder,
+    /// `site` says where the page stands, against which linked sheets are found.
+    StyleSheetEditor(const Controls& controls, PageTree& tree, std::function<SiteFolder()> site,
                      ShellRunner runShell, QObject* parent);
 
     void buildCSSMenu();
@@ -41,9 +42,10 @@ public:
     void selectCSS();
     void updateCSS();
 
-    /// Whether anything is typed and not stored; and storing all of it.
+    /// Whether anything is typed and not stored; storing all of it; giving it up.
     [[nodiscard]] bool hasDrafts() const { return !m_drafts.isEmpty(); }
     void storeDrafts();
+    void dropDrafts() { m_drafts.clear(); }
 
 signals:
     /// A linked sheet was written.
@@ -57,13 +59,14 @@ private:
     void textDidChange();
     void store(const QString& title, const QString& css);
     [[nodiscard]] QString shownTitle() const;
+    /// The file beside the page that is named as the link is written, else the one that a browser would take.
     [[nodiscard]] std::filesystem::path fileOf(const QString& title) const;
     /// The sheet's text as it stands; nothing when it can't be read.
     [[nodiscard]] std::optional<std::string> textOf(const QString& title) const;
 
     Controls m_controls;
     PageTree& m_tree;
-    std::function<std::filesystem::path()> m_folder;
+    std::function<SiteFolder()> m_site;
     ShellRunner m_runShell;
     QMap<QString, QString> m_drafts; // by title
 };

@@ -4,8 +4,8 @@
 
 namespace luma {
 
-/// Runs the formatting command in the resource folder (see TaskWrapper; it blocks). Where the command's
-/// interpreter is not installed at the place that the command names, the system's own stands in.
+/// Runs the formatting command, the last of `arguments`, in the resource folder (see TaskWrapper; it blocks).
+/// Where nothing can be run at tidyInterpreter, the php of the search path stands in.
 std::optional<std::string> runTidyCommand(std::vector<std::string> arguments);
 
 } // namespace luma

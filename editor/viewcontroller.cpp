@@ -53,9 +53,9 @@ ViewController::ViewController(PageDocument& document, QWidget* contentView, QLa
     layout->addWidget(m_webView);
     m_reader = new RenderingReader(
         m_webView->editorPage(),
-        [this](std::string_view markup) {
+        [this](std::string_view markup, const QString& name) {
             m_document.setHTML(markup);
-            m_document.markEdited(tr("Typing"));
+            m_document.markEdited(name.isEmpty() ? tr("Typing") : name);
         },
         this);
     createMenus();
@@ -92,7 +92,7 @@ void ViewController::connectPage()
     EditorPage& page = m_webView->editorPage();
     // At once, so that nothing is seen to jump. What waits for the page comes later, as the engine answers
     // no question while it is at work itself.
-    connect(&page, &EditorPage::shown, this, &ViewController::restorePosition);
+    connect(&page, &EditorPage::ready, this, &ViewController::restorePosition);
     connect(&page, &EditorPage::shown, this, &ViewController::didFinish, Qt::QueuedConnection);
     connect(&page, &EditorPage::processDied, this, &ViewController::rebuildAfterDeath);
     connect(
@@ -233,46 +233,62 @@ void ViewController::tellActiveElement()
 
 // Commands
 
+// What was typed before is an edit of its own.
+void ViewController::perform(const QString& name, const QString& script)
+{
+    const QPointer<ViewController> self = this;
+    catchUp();
+    if (!self)
+        return;
+    evaluate(script);
+    m_reader->nameChange(name);
+}
+
+void ViewController::performCommand(const QString& title)
+{
+    perform(title, scriptCall(QStringLiteral("doCommand"), title));
+}
+
 void ViewController::removeLink()
 {
-    evaluate(scriptCall(QStringLiteral("doCommand"), QStringLiteral("Unlink")));
+    performCommand(QStringLiteral("Unlink"));
 }
 
 void ViewController::applyStyle(QObject* sender)
 {
-    evaluate(scriptCall(QStringLiteral("applyStyle"), titleOf(sender)));
+    perform(titleOf(sender), scriptCall(QStringLiteral("applyStyle"), titleOf(sender)));
 }
 
 void ViewController::removeStyle(QObject* sender)
 {
-    evaluate(scriptCall(QStringLiteral("removeStyle"), titleOf(sender)));
+    perform(titleOf(sender), scriptCall(QStringLiteral("removeStyle"), titleOf(sender)));
 }
 
 void ViewController::removeAllStyles()
 {
-    evaluate(scriptCall(QStringLiteral("removeStyle"), QString()));
+    perform(tr("Remove Format"), scriptCall(QStringLiteral("removeStyle"), QString()));
 }
 
 void ViewController::removeJustfication()
 {
-    evaluate(scriptCall(QStringLiteral("removeJustfication"), QString()));
+    perform(tr("Remove Justification"), scriptCall(QStringLiteral("removeJustfication"), QString()));
 }
 
 void ViewController::doExecCommand(QObject* sender)
 {
-    evaluate(scriptCall(QStringLiteral("doCommand"), titleOf(sender)));
+    performCommand(titleOf(sender));
 }
 
 void ViewController::formatText(QObject* sender)
 {
-    evaluate(scriptCall(QStringLiteral("doCommand"), commandWordOf(sender)));
+    performCommand(commandWordOf(sender));
 }
 
 // Links and images
 
 void ViewController::makeLink()
 {
-    m_linkSheet->begin(LinkSheet::Purpose::Link, QStringLiteral("http://"), m_document.siteFolder().folder());
+    m_linkSheet->begin(LinkSheet::Purpose::Link, QStringLiteral("http://"), m_document.siteFolder());
 }
 
 void ViewController::editLink()
@@ -280,39 +296,47 @@ void ViewController::editLink()
     const QPointer<ViewController> self = this;
     const QString address = evaluateAndWait(QStringLiteral("getLink()")).toString();
     if (self)
-        m_linkSheet->begin(LinkSheet::Purpose::EditLink, address, m_document.siteFolder().folder());
+        m_linkSheet->begin(LinkSheet::Purpose::EditLink, address, m_document.siteFolder());
 }
 
 void ViewController::insertImage()
 {
-    m_linkSheet->begin(LinkSheet::Purpose::Image, QString(), m_document.siteFolder().folder());
+    m_linkSheet->begin(LinkSheet::Purpose::Image, QString(), m_document.siteFolder());
 }
 
 void ViewController::confirmLink(const QString& address)
 {
+    const QPointer<ViewController> self = this;
     const QString doCommand = QStringLiteral("doCommand");
     const QString createLink = scriptCall(doCommand, QStringLiteral("Create Link"), address);
     switch (m_linkSheet->purpose()) {
     case LinkSheet::Purpose::Image: {
         const QUrl url = LinkSheet::imageUrl(address);
         if (url.isValid())
-            evaluate(scriptCall(doCommand, QStringLiteral("Insert Image"),
-                                url.isLocalFile() ? m_document.linkTo(LinkSheet::fileOf(url)) : address));
+            perform(tr("Insert Image"),
+                    scriptCall(doCommand, QStringLiteral("Insert Image"),
+                               url.isLocalFile() ? m_document.linkTo(LinkSheet::fileOf(url)) : address));
         break;
     }
     case LinkSheet::Purpose::Link:
-        evaluate(createLink);
+        perform(tr("Link"), createLink);
         break;
     case LinkSheet::Purpose::EditLink:
-        evaluate(scriptCall(doCommand, QStringLiteral("Unlink")) + QStringLiteral(" ; ") + createLink);
+        perform(tr("Edit Link"),
+                scriptCall(doCommand, QStringLiteral("Unlink")) + QStringLiteral(" ; ") + createLink);
         break;
     }
-    m_webView->setFocus();
+    if (self)
+        m_webView->setFocus();
 }
 
 void ViewController::insertFiles(const QList<QUrl>& files, const QPointF& where)
 {
+    const QPointer<ViewController> self = this;
     const double zoom = m_webView->zoomFactor();
+    catchUp();
+    if (!self)
+        return;
     evaluate(QStringLiteral("setCaretAt(%1, %2)").arg(where.x() / zoom).arg(where.y() / zoom));
     for (const QUrl& url : files) {
         const auto file = LinkSheet::fileOf(url);
@@ -324,6 +348,7 @@ void ViewController::insertFiles(const QList<QUrl>& files, const QPointF& where)
         if (m_infoText && !m_document.siteFolder().realPath(file))
             m_infoText->setText(tr("%1 lies outside the site").arg(url.fileName()));
     }
+    m_reader->nameChange(tr("Drop"));
     m_webView->setFocus();
 }
 

@@ -88,6 +88,9 @@ private:
     void restorePosition();
     void rebuildAfterDeath();
     void showStopped();
+    /// Evaluates a script that edits the page; its edit has this name in the undo history.
+    void perform(const QString& name, const QString& script);
+    void performCommand(const QString& title);
     void confirmLink(const QString& address);
     void saveSource(const QString& source);
     void runJS(const QString& script);

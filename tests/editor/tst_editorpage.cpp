@@ -365,7 +365,7 @@ private slots:
                         SiteFolder(web->at("page.html"), web->at("")));
             (void)ScriptCall::wait(&page(), QStringLiteral("1"));
         }
-        QTRY_VERIFY(page().isComplete());
+        QTRY_VERIFY_WITH_TIMEOUT(page().isComplete(), 60000);
         QCOMPARE(web->answer("1"), QStringLiteral("1"));
     }
 
