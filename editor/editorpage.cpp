@@ -127,19 +127,30 @@ void EditorPage::connectState()
         emit ready();
     });
     connect(m_bridge, &PageBridge::documentLoaded, this, [this](const QString& address) {
-        if (m_complete && QUrl(address) == m_address)
-            emit shown();
+        m_isLoaded = m_complete && QUrl(address) == m_address;
+        tellShown();
     });
+    connect(this, &QWebEnginePage::loadFinished, this, &EditorPage::tellShown);
     connect(this, &QWebEnginePage::renderProcessTerminated, this, [this](RenderProcessTerminationStatus) {
         m_complete = false;
+        m_isLoaded = false;
         emit processDied();
     });
+}
+
+// A process that dies before the engine has ended its load takes the next load with it: nobody is called
+// before.
+void EditorPage::tellShown()
+{
+    if (!isLoading() && std::exchange(m_isLoaded, false))
+        emit shown();
 }
 
 void EditorPage::show(const QByteArray& markup, const SiteFolder& files)
 {
     m_files = files;
     m_complete = false;
+    m_isLoaded = false;
     m_loadIsDue = true;
     ++m_generation;
     m_profile.files().serve(m_host, markup, files);

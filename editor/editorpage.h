@@ -64,6 +64,7 @@ private:
     void connectRefusals();
     void connectState();
     void addEditorScripts();
+    void tellShown();
     void activateLink(const QUrl& url);
     [[nodiscard]] QUrl addressForTheBrowser(const QUrl& url) const;
 
@@ -76,6 +77,7 @@ private:
     int m_generation = 0;
     bool m_loadIsDue = false;
     bool m_complete = false;
+    bool m_isLoaded = false; // told by the page, and not passed on yet
 };
 
 } // namespace luma

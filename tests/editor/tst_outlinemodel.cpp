@@ -178,7 +178,7 @@ private slots:
         QCOMPARE(stack->count(), 1);
     }
 
-    void typing_isOneStepUnlessItWasSaved()
+    void typing_isUndoneAWordAtATimeAndNeverOverASave()
     {
         const auto type = [this](const char* text) {
             const auto other = parsed(std::string("<!DOCTYPE html><title>T</title><body>") + text);
@@ -187,14 +187,20 @@ private slots:
         };
         type("a");
         type("ab");
-        type("a<b>c</b>");
-        QCOMPARE(stack->count(), 1);
+        type("ab\u00a0");
+        type("ab c");
+        type("ab cd");
+        type("ab c");
+        type("ab ");
+        type("ab <b>c</b>");
         stack->setClean();
-        type("abd");
-        QCOMPARE(stack->count(), 2);
-        stack->undo();
-        QCOMPARE(body(), std::string("a<b>c</b>"));
-        stack->undo();
+        type("ab <b>cd</b>");
+        for (const char* before : {"ab <b>c</b>", "ab ", "ab cd", "ab&nbsp;"}) {
+            stack->undo();
+            QCOMPARE(body(), std::string(before));
+        }
+        while (stack->canUndo())
+            stack->undo();
         QVERIFY(find("#s"));
     }
 
