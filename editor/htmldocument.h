@@ -1,24 +1,19 @@
 #pragma once
 
 #include "editor/csstidy.h"
-#include "editor/pagecommands.h"
 #include "editor/pagedocument.h"
 #include "editor/pagestore.h"
 #include "editor/pagetree.h"
-#include "editor/tagmenu.h"
+#include "editor/tagcontrols.h"
 #include "editor/tagrules.h"
 
 #include <QMainWindow>
-#include <QStringList>
 #include <QUndoStack>
 
 #include <filesystem>
 #include <functional>
 #include <memory>
 #include <vector>
-
-class QFileSystemWatcher;
-class QMenu;
 
 namespace Ui {
 class HTMLDocument;
@@ -28,6 +23,10 @@ namespace luma {
 
 class MetaSheet;
 class OutlineModel;
+class OutlineSelection;
+class PageEdits;
+class PageSaver;
+class PageWatch;
 class StyleSheetEditor;
 class ViewController;
 
@@ -115,74 +114,45 @@ private:
 
     void createOutline();
     void createRendering();
+    void createEdits();
     void createStyleSheets();
-    void createFormatBar();
+    void createSaver();
     void connectFileMenu();
     void connectEditMenu();
-    void connectViewMenu();
     void connectChanges();
 
     enum class Reading { First, Again };
     bool load(Reading reading, const QString& name);
+    void watchFile();
 
-    // Edits of the selected element; each first takes over what the rendering has.
-    [[nodiscard]] html::Element* selectedElement() const;
-    /// Runs `edit` on the selected element and refreshes. Nothing happens without one.
-    void editSelected(const std::function<void(html::Element&)>& edit);
-    void addTag(const QString& tagName);
-    void deleteTag();
-    void editAttributes(TagAction action, const QString& title);
-    void perform(TagAction action, const QString& title);
     void handleDoubleClick(const QModelIndex& index);
     void editTitle();
-    void changeTitle(const QString& title);
-    void acceptDrop(const QPersistentModelIndex& dragged, const QPersistentModelIndex& target, int childIndex,
-                    Qt::DropAction action);
-    void travelHistory(void (QUndoStack::*step)());
-    void updateStyleBlock(const QString& title, const QString& css);
-
-    // Selection
+    void refreshAfterRedo();
     void outlineViewSelectionDidChange();
-    void showSelectionInPage();
-    void updateTagControls();
-    void menuWillOpen(const QPoint& where);
-    void addEntries(QMenu* menu, const std::vector<TagMenuEntry>& entries);
-    void fillInsertMenu(QMenu* menu);
-
-    // Files
-    void save(const std::function<void()>& then);
-    void saveAs(const std::function<void()>& then);
-    void askToOverwrite(const std::function<void()>& then);
-    void askToSave();
-    void openPanel();
     void fillRecentMenu();
-    void watchFile();
+    void saveEverything();
 
     void showNotice(const QString& text, bool offersReload);
     void updateTitle();
     void updateActions();
     [[nodiscard]] bool isEdited() const;
-    void sendToFocus(const char* slot, int webAction);
-    void zoom(double factor);
 
     std::unique_ptr<Ui::HTMLDocument> m_ui;
     Services m_services;
     TagRules m_rules;
     PageTree m_tree;
     QUndoStack m_stack;
-    PageCommands m_commands{m_tree, m_stack};
     PageStore m_store{m_tree, m_stack};
     OutlineModel* m_outline = nullptr;
     ViewController* m_viewController = nullptr;
+    OutlineSelection* m_selection = nullptr;
+    PageEdits* m_edits = nullptr;
+    TagControls* m_tagControls = nullptr;
     StyleSheetEditor* m_styleSheets = nullptr;
     MetaSheet* m_metaSheet = nullptr;
-    QFileSystemWatcher* m_watcher = nullptr;
-    QStringList m_cssClassArray;
-    QStringList m_cssIDArray;
-    MarkupDifference m_readBack; // markup taken over that is no command yet
-    double m_magnification = 1;
-    bool m_quiet = false; // the selection follows an edit or the caret, not the user's hand in the outline
-    bool m_selectsWhenShown = false;
+    PageSaver* m_saver = nullptr;
+    PageWatch* m_watch = nullptr;
+    TagControls::CssNames m_cssNames;
     bool m_wasFitted = false;
     bool m_mayClose = false;
 };

@@ -76,6 +76,11 @@ Result<void> PageStore::load(const QString& name)
     return {};
 }
 
+bool PageStore::hasPage() const
+{
+    return m_tree.document() != nullptr;
+}
+
 std::string PageStore::markup() const
 {
     return m_tree.document() ? html::prettyPrint(*m_tree.document()) : std::string();

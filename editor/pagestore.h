@@ -24,6 +24,8 @@ public:
     /// Where the page was read from: its own file, or the template of a page that has none yet.
     [[nodiscard]] const std::filesystem::path& docURL() const { return m_docURL; }
     [[nodiscard]] bool hasFile() const { return m_hasFile; }
+    /// Whether a page has been read.
+    [[nodiscard]] bool hasPage() const;
     enum class Origin { File, Template };
     void setLocation(const std::filesystem::path& path, Origin origin);
 

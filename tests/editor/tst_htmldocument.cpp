@@ -1,5 +1,6 @@
 #include "editor/htmldocument.h"
 #include "editor/outlinemodel.h"
+#include "editor/pagecommands.h"
 #include "editor/tidyshell.h"
 #include "editor/viewcontroller.h"
 #include "platform/files.h"

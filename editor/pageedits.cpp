@@ -1,0 +1,177 @@
+#include "editor/pageedits.h"
+
+#include "editor/classedits.h"
+#include "editor/cssmenu.h"
+#include "editor/elementdrop.h"
+#include "editor/outlinemodel.h"
+#include "editor/outlineselection.h"
+#include "editor/pagetree.h"
+#include "editor/viewcontroller.h"
+#include "html/parse.h"
+
+#include <QPointer>
+#include <QUndoStack>
+
+#include <string>
+#include <utility>
+
+namespace luma {
+
+PageEdits::PageEdits(const TagRules& rules, PageTree& tree, QUndoStack& stack, OutlineSelection& selection,
+                     ViewController& rendering, QObject* parent)
+    : QObject(parent),
+      m_rules(rules),
+      m_tree(tree),
+      m_stack(stack),
+      m_selection(selection),
+      m_rendering(rendering)
+{}
+
+bool PageEdits::catchUp()
+{
+    const QPointer<PageEdits> self = this;
+    m_rendering.catchUp();
+    return self && m_tree.document();
+}
+
+void PageEdits::editSelected(const std::function<void(html::Element&)>& edit)
+{
+    html::Element* const element = catchUp() ? m_selection.element() : nullptr;
+    if (!element)
+        return;
+    {
+        const auto quiet = m_selection.quietly();
+        edit(*element);
+    }
+    emit edited();
+}
+
+void PageEdits::addTag(const QString& tagName)
+{
+    html::NodePtr added = m_rules.newElement(tagName);
+    if (!added)
+        return;
+    editSelected([&](html::Element& target) {
+        m_commands.insert(std::move(added), {&target, target.firstChild()}, tr("Insert <%1>").arg(tagName));
+    });
+}
+
+void PageEdits::deleteTag()
+{
+    if (m_rules.canDelete(m_selection.element()))
+        editSelected([this](html::Element& element) { m_commands.remove(element); });
+}
+
+void PageEdits::editAttributes(TagAction action, const QString& title)
+{
+    const std::string name = title.toStdString();
+    editSelected([&](html::Element& element) {
+        if (action == TagAction::AddClass)
+            m_commands.setAttributes(element, withClass(element.attributes(), name), tr("Add Class"));
+        else if (action == TagAction::RemoveClass)
+            m_commands.setAttributes(element, withoutClass(element.attributes(), name), tr("Remove Class"));
+        else if (action == TagAction::AddID)
+            m_commands.setAttributes(element, withID(element.attributes(), name), tr("Add ID"));
+        else
+            m_commands.setAttributes(element, withoutID(element.attributes()), tr("Remove ID"));
+    });
+}
+
+void PageEdits::perform(TagAction action, const QString& title)
+{
+    if (action == TagAction::AddTag)
+        addTag(title);
+    else if (action == TagAction::DeleteTag)
+        deleteTag();
+    else if (action != TagAction::None)
+        editAttributes(action, title);
+}
+
+void PageEdits::changeTitle(const QString& title)
+{
+    if (!catchUp() || QString::fromStdString(m_tree.document()->title()) == title)
+        return;
+    m_commands.setTitle(title);
+    emit edited();
+}
+
+void PageEdits::updateStyleBlock(const QString& title, const QString& css)
+{
+    html::Element* const block = catchUp() ? styleBlock(*m_tree.document(), title) : nullptr;
+    if (!block)
+        return;
+    m_commands.setInnerMarkup(*block, css, tr("Update CSS"));
+    emit redone();
+}
+
+void PageEdits::acceptDrop(const QPersistentModelIndex& dragged, const QPersistentModelIndex& target,
+                           int childIndex, Qt::DropAction action)
+{
+    if (!catchUp())
+        return;
+    html::Element* const element = OutlineModel::elementAt(dragged);
+    html::Element* const parent = OutlineModel::elementAt(target);
+    if (!isDropAllowed(m_rules, element, parent))
+        return;
+    {
+        const auto quiet = m_selection.quietly();
+        if (action == Qt::CopyAction)
+            m_commands.copy(*element, dropPosition(*parent, childIndex, nullptr));
+        else
+            m_commands.move(*element, dropPosition(*parent, childIndex, element));
+        m_selection.select(element);
+    }
+    emit edited();
+}
+
+void PageEdits::undo()
+{
+    travelHistory(&QUndoStack::undo);
+}
+
+void PageEdits::redo()
+{
+    travelHistory(&QUndoStack::redo);
+}
+
+void PageEdits::travelHistory(void (QUndoStack::*step)())
+{
+    if (!catchUp())
+        return;
+    const int before = m_stack.index();
+    {
+        const auto quiet = m_selection.quietly();
+        (m_stack.*step)();
+    }
+    if (m_stack.index() != before)
+        emit redone();
+}
+
+Result<void> PageEdits::takeMarkup(std::string_view markup)
+{
+    html::Document* const document = m_tree.document();
+    if (!document)
+        return {};
+    keepMarkup(tr("Edit"));
+    // The markup is the root element's: the doctype decides how it is read.
+    std::string page;
+    for (const html::Node* node = document->firstChild(); node; node = node->next()) {
+        if (node->kind() == html::Node::Kind::Doctype)
+            page = node->outerHtml();
+    }
+    auto parsed = html::parse(page.append(markup));
+    if (!parsed)
+        return Error{parsed.error().text};
+    if (html::Element* body = (*parsed)->body())
+        body->removeAttr("contenteditable");
+    m_taken = differenceTo(*document->documentElement(), *(*parsed)->documentElement());
+    return {};
+}
+
+void PageEdits::keepMarkup(const QString& name)
+{
+    const auto quiet = m_selection.quietly();
+    m_commands.apply(std::exchange(m_taken, {}), name, PageCommands::Merging::WithTheLast);
+}
+
+} // namespace luma

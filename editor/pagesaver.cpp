@@ -1,0 +1,129 @@
+#include "editor/pagesaver.h"
+
+#include "editor/pagestore.h"
+#include "editor/pathtext.h"
+#include "editor/viewcontroller.h"
+
+#include <QFileDialog>
+#include <QMessageBox>
+#include <QPushButton>
+
+#include <utility>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+QFileDialog* panelOf(QWidget* window, const QString& title, const QString& name)
+{
+    auto* const panel = new QFileDialog(window, title, QString(),
+                                        PageSaver::tr("Pages (*.html *.xhtml *.xml);;All files (*)"));
+    panel->setObjectName(name);
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    return panel;
+}
+
+} // namespace
+
+PageSaver::PageSaver(QWidget* window, PageStore& store, ViewController& rendering, const fs::path& siteFolder,
+                     Writer write)
+    : QObject(window),
+      m_window(window),
+      m_store(store),
+      m_rendering(rendering),
+      m_siteFolder(siteFolder),
+      m_write(std::move(write))
+{}
+
+QString PageSaver::name() const
+{
+    return m_store.hasFile() ? textOf(m_store.docURL().filename()) : tr("Untitled");
+}
+
+bool PageSaver::catchUp()
+{
+    const QPointer<PageSaver> self = this;
+    m_rendering.catchUp();
+    return self && m_store.hasPage();
+}
+
+void PageSaver::write(const fs::path& path, const Then& then)
+{
+    if (m_write(path) && then)
+        then();
+}
+
+void PageSaver::save(const Then& then)
+{
+    if (!catchUp())
+        return;
+    if (!m_store.hasFile())
+        saveAs(then);
+    else if (m_store.changedOnDisk())
+        askToOverwrite(then);
+    else
+        write(m_store.docURL(), then);
+}
+
+void PageSaver::saveAs(const Then& then)
+{
+    if (!catchUp())
+        return;
+    QFileDialog* const panel = panelOf(m_window, tr("Save As"), QStringLiteral("savePanel"));
+    panel->setAcceptMode(QFileDialog::AcceptSave);
+    panel->setDefaultSuffix(QStringLiteral("html"));
+    if (m_store.hasFile())
+        panel->selectFile(textOf(m_store.docURL()));
+    else if (!m_siteFolder.empty())
+        panel->setDirectory(textOf(m_siteFolder));
+    connect(panel, &QFileDialog::fileSelected, this,
+            [this, then](const QString& file) { write(pathOf(file), then); });
+    panel->open();
+}
+
+void PageSaver::openPanel()
+{
+    QFileDialog* const panel = panelOf(m_window, tr("Open"), QStringLiteral("openPanel"));
+    panel->setFileMode(QFileDialog::ExistingFile);
+    panel->setDirectory(textOf(m_store.hasFile() ? m_store.docURL().parent_path() : m_siteFolder));
+    connect(panel, &QFileDialog::fileSelected, this,
+            [this](const QString& file) { emit openRequested(pathOf(file)); });
+    panel->open();
+}
+
+void PageSaver::askToOverwrite(const Then& then)
+{
+    auto* const question =
+        new QMessageBox(QMessageBox::Warning, tr("Save"),
+                        tr("Another program has changed \u201c%1\u201d since it was read.").arg(name()),
+                        QMessageBox::Cancel, m_window);
+    question->setObjectName(QStringLiteral("overwriteQuestion"));
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    question->setInformativeText(tr("Saving replaces that version with yours."));
+    QPushButton* const overwrite = question->addButton(tr("Replace"), QMessageBox::AcceptRole);
+    connect(overwrite, &QPushButton::clicked, this, [this, then] { write(m_store.docURL(), then); });
+    question->open();
+}
+
+void PageSaver::askToSave()
+{
+    if (m_question)
+        return;
+    m_question = new QMessageBox(QMessageBox::Question, tr("Close"),
+                                 tr("Save the changes of \u201c%1\u201d?").arg(name()),
+                                 QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, m_window);
+    m_question->setObjectName(QStringLiteral("saveQuestion"));
+    m_question->setAttribute(Qt::WA_DeleteOnClose);
+    m_question->setDefaultButton(QMessageBox::Save);
+    connect(m_question, &QMessageBox::finished, this, [this](int answer) {
+        if (answer == QMessageBox::Save)
+            emit savingWanted();
+        else if (answer == QMessageBox::Discard)
+            emit discarded();
+    });
+    m_question->open();
+}
+
+} // namespace luma
