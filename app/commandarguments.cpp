@@ -78,8 +78,12 @@ std::optional<fs::path> siteFolder(const std::string& argument)
 {
     std::error_code error;
     const fs::path site = absolutePath(argument);
-    if (!argument.empty() && fs::is_directory(site, error))
-        return site;
+    if (!argument.empty() && fs::is_directory(site, error)) {
+        // Before anything is moved: a site that can't be listed can't have its links updated.
+        const fs::directory_iterator entries(site, error);
+        if (!error)
+            return site;
+    }
     complain(argument + ": " + (error ? error.message() : "Not a folder"));
     return std::nullopt;
 }

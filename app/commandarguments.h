@@ -39,7 +39,7 @@ private:
 /// `path` as an absolute path without "." and "..", symbolic links as they are.
 std::filesystem::path absolutePath(const std::filesystem::path& path);
 
-/// The site's folder as an absolute path; nothing, with a complaint, when it is no folder.
+/// The site's folder as an absolute path; nothing, with a complaint, when it is no folder or can't be listed.
 std::optional<std::filesystem::path> siteFolder(const std::string& argument);
 
 /// What an argument names in a site: a subpath of it, or any path. As a subpath where something stands there.
