@@ -23,7 +23,7 @@ const QString updateStatus =
 
 StillWanted wantedAs(const WorkItemPointer& item)
 {
-    return [item] { return !item->isCancelled(); };
+    return [item] { return !item->isCancelled() && !isMainHopClosed(); };
 }
 
 void addFindings(JobLog& log, const PageFindings& page)

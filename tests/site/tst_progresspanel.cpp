@@ -6,6 +6,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>
+#include <QCloseEvent>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
@@ -15,6 +16,23 @@
 #include <QTest>
 
 using namespace luma;
+
+namespace {
+
+class RefusingWindow final : public QWidget
+{
+public:
+    bool wasAsked = false;
+
+protected:
+    void closeEvent(QCloseEvent* event) override
+    {
+        wasAsked = true;
+        event->ignore();
+    }
+};
+
+} // namespace
 
 class tst_progresspanel final : public QObject
 {
@@ -74,6 +92,22 @@ private slots:
         QCOMPARE(QGuiApplication::clipboard()->text(), m_progress->lineText(170) + QLatin1Char('\n'));
         find<QPushButton>("progressPanelOKButton").click();
         QVERIFY(!m_progress->panel().isVisible());
+    }
+
+    void quittingThatAnotherWindowRefuses_bringsThePanelBack()
+    {
+        RefusingWindow other;
+        other.show();
+        m_progress->begin(QStringLiteral("Listing"));
+        QEvent quit(QEvent::Quit);
+        QCoreApplication::sendEvent(qApp, &quit);
+        QVERIFY(other.wasAsked);
+        QVERIFY(!quit.isAccepted());
+        m_window.show();
+        QTRY_VERIFY(m_progress->panel().isVisible());
+        m_progress->panel().close();
+        QVERIFY(m_progress->panel().isVisible());
+        m_progress->finish();
     }
 
     void staysAwayWhileTheWindowShowsASheet()
