@@ -21,6 +21,10 @@ constexpr int showInterval = 30; // milliseconds
 const QString updateStatus =
     QStringLiteral("Please wait while links in all possible files are being updated...");
 
+constexpr std::string_view stoppedAtOnce = "\nStopped before anything was moved or copied.";
+constexpr std::string_view stoppedInPages =
+    "\nStopped before all pages were looked at; links in the others are as they were.";
+
 StillWanted wantedAs(const WorkItemPointer& item)
 {
     return [item] { return !item->isCancelled() && !isMainHopClosed(); };
@@ -202,9 +206,9 @@ void LinkJobs::beginUpdate(const fs::path& site, std::function<MoveOutcome(LinkU
                   callbacks.fileOperation = [](const std::function<void()>& move) { onMain(move); };
               callbacks.stillWanted = wantedAs(item);
               LinkUpdatingMove move(site, callbacks);
-              if (!update(move).complete)
-                  log.addText(
-                      "\nStopped before all pages were looked at; links in the others are as they were.");
+              const MoveOutcome outcome = update(move);
+              if (!outcome.complete)
+                  log.addText(outcome.moved.empty() ? stoppedAtOnce : stoppedInPages);
           });
 }
 
