@@ -85,7 +85,8 @@ void LinkJobs::begin(Kind kind, const QString& status, Work work)
     const QPointer<LinkJobs> guard(this);
     const auto log = std::make_shared<JobLog>([guard](JobLog& full) {
         onMain(guard, [&](LinkJobs& self) {
-            if (self.m_log.get() == &full)
+            // A report that was stopped has written its last line, wherever in a page it still is.
+            if (self.m_log.get() == &full && self.m_isRunning)
                 self.showText();
         });
     });

@@ -10,6 +10,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
@@ -49,6 +50,15 @@ private:
     }
     LogView& log() { return find<LogView>("progressPanelTextField2"); }
     bool isAtEnd() { return log().verticalScrollBar()->value() == log().verticalScrollBar()->maximum(); }
+
+    void chooseFile(const std::filesystem::path& file)
+    {
+        find<QPushButton>("saveButton").click();
+        auto* const dialog = m_progress->panel().findChild<QFileDialog*>(QStringLiteral("saveLogDialog"));
+        QVERIFY(dialog);
+        emit dialog->fileSelected(QString::fromStdString(file.string()));
+        dialog->close();
+    }
 
 private slots:
     void init()
@@ -155,18 +165,31 @@ private slots:
         test::saveScreenshots(m_progress->panel(), QStringLiteral("progress-300000"));
     }
 
-    void savesTheLog()
+    void copiesAndSavesTheLogAsText()
     {
         const test::TwoFolders folders;
         m_progress->begin(QString());
         m_progress->append(QStringLiteral("one\n\u00fc\n\nDone"));
         m_progress->finish();
-        find<QPushButton>("saveButton").click();
-        auto* const dialog = m_progress->panel().findChild<QFileDialog*>(QStringLiteral("saveLogDialog"));
-        QVERIFY(dialog);
-        emit dialog->fileSelected(QString::fromStdString(folders.at("log.txt").string()));
-        dialog->close();
+        find<QPushButton>("copyAllButton").click();
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("one\n\u00fc\n\nDone"));
+        chooseFile(folders.at("log.txt"));
         QCOMPARE(folders.bytes("log.txt"), std::string("one\n\xc3\xbc\n\nDone"));
+    }
+
+    void aLogThatCannotBeSaved_isSaid()
+    {
+        const test::TwoFolders folders;
+        m_progress->begin(QString());
+        m_progress->append(QStringLiteral("one\n"));
+        m_progress->finish();
+        chooseFile(folders.at("no such folder/log.txt"));
+        auto* const box = m_progress->panel().findChild<QMessageBox*>();
+        QVERIFY(box && box->isVisible());
+        QVERIFY(box->informativeText().contains(QLatin1String("no such folder")) ||
+                box->text().contains(QLatin1String("no such folder")));
+        box->close();
+        QVERIFY(folders.listing(".") == "receiving/\nsending/\n");
     }
 
     void theModelTellsExactlyWhatItShows()
