@@ -47,6 +47,16 @@ private:
         return site.window->findChild<QMessageBox*>(QStringLiteral("deleteUnlinkedItemsAlert"));
     }
 
+    static void deleteAllUnlinked(const SiteWindow& site)
+    {
+        site.source().startFindUnlinkedItems();
+        auto& remove = site.find<QPushButton>("unlinkedItemsDeleteButton");
+        QTRY_VERIFY(remove.isEnabled());
+        remove.click();
+        QVERIFY(findAlert(site));
+        findAlert(site)->buttons().first()->click();
+    }
+
 private slots:
     void drop_movesOrCopiesAndUpdatesLinks_data()
     {
@@ -300,24 +310,42 @@ private slots:
         folders.put("sending/a.txt");
         const SiteWindow site(folders);
         QTRY_VERIFY(site.isConnected());
-        site.source().startFindUnlinkedItems();
-        auto& remove = site.find<QPushButton>("unlinkedItemsDeleteButton");
-        QTRY_VERIFY(remove.isEnabled());
-        remove.click();
-        site.find<QMessageBox>("deleteUnlinkedItemsAlert").buttons().first()->click();
+        deleteAllUnlinked(site);
         QTRY_COMPARE(site.find<QLabel>("unlinkedItemsPanelTitle").text(),
                      QStringLiteral("No more files to be deleted."));
-        QVERIFY(!remove.isEnabled());
+        QVERIFY(!site.find<QPushButton>("unlinkedItemsDeleteButton").isEnabled());
         QVERIFY(!fs::exists(folders.at("sending/a.txt")));
         QTRY_COMPARE(SiteWindow::list(site.source(), 0).model()->rowCount(), 0);
         test::saveScreenshots(site.find<QDialog>("unlinkedItemsPanel"), QStringLiteral("unlinked-none"));
+    }
+
+    // A folder has taken the name of a file meanwhile.
+    void anUnlinkedItemThatCannotBeDeleted_staysListed()
+    {
+        const TwoFolders folders;
+        folders.put("sending/a.txt");
+        folders.put("sending/b.txt");
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        site.source().startFindUnlinkedItems();
+        auto& rows = site.find<UnlinkedItemsModel>("unlinkedItemsArrayController");
+        QTRY_COMPARE(rows.rowCount(), 2);
+        fs::remove(folders.at("sending/a.txt"));
+        folders.put("sending/a.txt/kept");
+        auto& remove = site.find<QPushButton>("unlinkedItemsDeleteButton");
+        QTRY_VERIFY(remove.isEnabled());
+        remove.click();
+        findAlert(site)->buttons().first()->click();
+        QTRY_COMPARE(rows.selectedNames(), std::vector<std::string>{"a.txt"});
+        QCOMPARE(folders.listing("sending"), std::string("a.txt/kept\n"));
+        QTRY_VERIFY(remove.isEnabled());
     }
 
     void inTheMiddle_data()
     {
         QTest::addColumn<int>("job");
         QTest::addColumn<bool>("close");
-        for (int job = 0; job < 4; ++job) {
+        for (int job = 0; job < 5; ++job) {
             QTest::addRow("close %d", job) << job << true;
             QTest::addRow("stop %d", job) << job << false;
         }
@@ -326,6 +354,7 @@ private slots:
     {
         QFETCH(int, job);
         QFETCH(bool, close);
+        const bool isUnlinked = job == 1 || job == 3;
         const TwoFolders folders;
         makeSite(folders);
         const std::string links(20'000, ' ');
@@ -344,21 +373,24 @@ private slots:
         case 2:
             site.source().showLinksForItem(QStringLiteral("Show Links To Item..."));
             break;
+        case 3:
+            deleteAllUnlinked(site);
+            break;
         default:
             site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"),
                                                     QStringLiteral("z"), Qt::EditRole);
         }
         if (close)
             site.window->close();
-        else if (job == 1)
+        else if (isUnlinked)
             site.find<QPushButton>("unlinkedItemsStopButton").click();
         else
             site.find<QPushButton>("progressPanelStopButton").click();
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         if (!close)
-            QTRY_VERIFY(job == 1 ? site.find<QPushButton>("unlinkedItemsRestartButton").isEnabled()
-                                 : site.isDone());
-        if (job == 3 && close)
+            QTRY_VERIFY(isUnlinked ? site.find<QPushButton>("unlinkedItemsRestartButton").isEnabled()
+                                   : site.isDone());
+        if (job == 4 && close)
             QCOMPARE(folders.bytes("sending/many/7.html"), "<a href='../z/x.html'>" + links);
         QVERIFY(folders.listing("sending").find(".luma-") == std::string::npos);
     }
