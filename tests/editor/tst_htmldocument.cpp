@@ -90,6 +90,14 @@ private:
         QTRY_VERIFY(the<QMessageBox>(name));
         QTest::mouseClick(the<QMessageBox>(name)->button(button), Qt::LeftButton);
     }
+    void click(const char* question, const char* button) const
+    {
+        QTRY_VERIFY(the<QMessageBox>(question));
+        for (QAbstractButton* each : the<QMessageBox>(question)->buttons()) {
+            if (each->text() == QLatin1String(button))
+                QTest::mouseClick(each, Qt::LeftButton);
+        }
+    }
     std::string body() const { return window->tree().document()->body()->html(); }
 
 private slots:
@@ -234,12 +242,32 @@ private slots:
         QVERIFY(file("page.html").find("Again theirs") != std::string::npos);
         QTRY_VERIFY(!the<QMessageBox>("overwriteQuestion"));
         trigger("saveAction");
-        QTRY_VERIFY(the<QMessageBox>("overwriteQuestion"));
-        for (QAbstractButton* button : the<QMessageBox>("overwriteQuestion")->buttons()) {
-            if (button->text() == QStringLiteral("Replace"))
-                QTest::mouseClick(button, Qt::LeftButton);
-        }
+        click("overwriteQuestion", "Replace");
         QTRY_VERIFY(file("page.html").find("Mine") != std::string::npos);
+    }
+
+    void xhtml_isSavedAsHtmlOnlyWhenAgreed()
+    {
+        const std::string page =
+            "<?xml version=\"1.0\"?>\n<html><head><title>Old</title></head><body><br/></body></html>";
+        open(page);
+        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("New"));
+        trigger("saveAction");
+        answerQuestion("xhtmlQuestion", QMessageBox::Cancel);
+        QTRY_VERIFY(!the<QMessageBox>("xhtmlQuestion"));
+        QCOMPARE(file("page.html"), page);
+        QVERIFY(window->isWindowModified());
+        trigger("saveAction");
+        QTRY_VERIFY(the<QMessageBox>("xhtmlQuestion"));
+        luma::test::screenshot(*the<QMessageBox>("xhtmlQuestion"), "xhtml question");
+        click("xhtmlQuestion", "Save as HTML");
+        QTRY_VERIFY(file("page.html").find("<title>New</title>") != std::string::npos);
+        QTRY_VERIFY(!the<QMessageBox>("xhtmlQuestion"));
+        trigger("undoAction");
+        QVERIFY(window->isWindowModified());
+        trigger("saveAction");
+        QVERIFY(!the<QMessageBox>("xhtmlQuestion"));
+        QVERIFY(file("page.html").find("<title>Old</title>") != std::string::npos);
     }
 
     void badPage_isToldInTheWindow()
