@@ -134,6 +134,7 @@ void PageSaver::ask(const QString& name, const QString& text, const QString& con
     question->setAttribute(Qt::WA_DeleteOnClose);
     question->setTextFormat(Qt::PlainText);
     question->setInformativeText(consequence);
+    question->setDefaultButton(QMessageBox::Cancel);
     connect(question->addButton(button, QMessageBox::AcceptRole), &QPushButton::clicked, this, then);
     question->open();
 }
