@@ -49,6 +49,12 @@ signals:
 
 private:
     void askToOverwrite(const Then& then);
+    void askToSaveAsHtml(const Then& then);
+    /// Asks the window's user to agree with the button of that text; `then` follows only on that.
+    void ask(const QString& name, const QString& text, const QString& consequence, const QString& button,
+             const Then& then);
+    void replace(const Then& then);
+    void saveUnder(const std::filesystem::path& path, const Then& then);
     void write(const std::filesystem::path& path, const Then& then);
     /// False when there is no page, or the window went meanwhile.
     [[nodiscard]] bool catchUp();

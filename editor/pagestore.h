@@ -29,7 +29,8 @@ public:
     enum class Origin { File, Template };
     void setLocation(const std::filesystem::path& path, Origin origin);
 
-    /// Reads and parses the file. On an error, a sentence for the reader, the tree stays as it is.
+    /// Reads and parses the file. On an error, a sentence for the reader, the tree stays as it is. XML that
+    /// is no page is refused: what the tree would make of it is something else.
     Result<void> load(const QString& name);
 
     /// The page as it is saved, UTF-8; empty without a tree.
@@ -39,6 +40,9 @@ public:
     /// tree too, so that they lead to the same files. On an error neither the tree nor a file has changed.
     Result<void> save(const std::filesystem::path& path);
 
+    /// Whether the page's file is XHTML. Saved over it, the page becomes HTML.
+    [[nodiscard]] bool isXhtml() const { return m_isXhtml; }
+
     [[nodiscard]] bool changedOnDisk() const { return m_hasFile && m_file.changedOnDisk(); }
 
 private:
@@ -47,6 +51,7 @@ private:
     PageFile m_file;
     std::filesystem::path m_docURL;
     bool m_hasFile = false;
+    bool m_isXhtml = false;
 };
 
 } // namespace luma

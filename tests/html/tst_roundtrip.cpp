@@ -103,7 +103,7 @@ private slots:
     {
         const auto cases = test::allTreeCases();
         if (cases.empty())
-            QSKIP("html5lib's cases are not here (LUMA_HTML5LIB_TESTS)");
+            QSKIP("html5lib's cases are not here (HTML5LIB_TESTS)");
         std::size_t withoutMarkup = 0;
         for (const test::TreeCase& each : cases) {
             const auto document = parse(each.data);
