@@ -12,6 +12,8 @@
 #include <QLineEdit>
 #include <QScrollBar>
 
+#include <algorithm>
+
 namespace luma {
 
 namespace {
@@ -360,7 +362,7 @@ void Browser::setColumnWidths(const QList<int>& widths)
 {
     m_widths = widths;
     for (int& width : m_widths)
-        width = std::max(BrowserColumn::smallestWidth, width);
+        width = std::clamp(width, BrowserColumn::smallestWidth, BrowserColumn::largestWidth);
     for (int number = 0; number < columnCount() && number < m_widths.size(); ++number)
         m_columns[static_cast<std::size_t>(number)]->setFixedWidth(m_widths[number]);
 }

@@ -68,6 +68,7 @@ public:
 
     /// The widths that the user gave the columns, from the first one on.
     [[nodiscard]] QList<int> columnWidths() const { return m_widths; }
+    /// Widths that no column can have become the nearest that it can.
     void setColumnWidths(const QList<int>& widths);
 
 signals:

@@ -8,6 +8,8 @@
 
 #include <QBoxLayout>
 
+#include <algorithm>
+
 namespace luma {
 
 namespace {
@@ -76,7 +78,7 @@ void BrowserColumn::updateTexts()
 
 void BrowserColumn::changeWidth(int delta)
 {
-    setFixedWidth(std::max(smallestWidth, width() + delta));
+    setFixedWidth(std::clamp(width() + delta, smallestWidth, largestWidth));
 }
 
 void BrowserColumn::fitWidth()

@@ -18,6 +18,7 @@ class BrowserColumn final : public QWidget
 
 public:
     static constexpr int smallestWidth = 96;
+    static constexpr int largestWidth = 4000;
 
     BrowserColumn(FileSystemModel& model, const QModelIndex& folder, int number, QWidget* parent);
     ~BrowserColumn() override;

@@ -1,11 +1,20 @@
 #include "browser/browserlistview.h"
 
+#include "browser/dragimage.h"
 #include "browser/droptarget.h"
 
+#include <QDrag>
 #include <QDropEvent>
+#include <QMimeData>
 #include <QPainter>
 
 namespace luma {
+
+namespace {
+
+constexpr QPoint besidePointer(-14, -10);
+
+} // namespace
 
 BrowserListView::BrowserListView(QWidget* parent) : QListView(parent)
 {
@@ -39,7 +48,16 @@ void BrowserListView::startDrag(Qt::DropActions supportedActions)
     // The view may go while the drag runs; the token ends with the drag all the same.
     const std::shared_ptr<const void> drag = m_dropTarget ? m_dropTarget->beginDrag() : nullptr;
     emit dragStarted();
-    QListView::startDrag(supportedActions);
+    const QModelIndexList rows = selectionModel()->selectedRows();
+    QMimeData* const record = model()->mimeData(rows);
+    if (!record)
+        return;
+    auto* const out = new QDrag(this);
+    out->setMimeData(record);
+    out->setPixmap(dragImage(*this, rows));
+    out->setHotSpot(besidePointer);
+    // Whatever has become of the items, the columns learn it from the disk.
+    (void)out->exec(supportedActions, defaultDropAction());
 }
 
 /// Accepts or refuses the event, and says what its drop would do.
@@ -89,9 +107,9 @@ void BrowserListView::dropEvent(QDropEvent* event)
     const Qt::DropAction action = event->dropAction();
     markDrop(false, {});
     m_dragged.clear();
-    // Taken already, so that the inherited part only ends the drag.
-    event->accept();
-    QListView::dropEvent(event);
+    // The inherited part would have the model read the data as rows. It has only to end the drag.
+    QDragLeaveEvent over;
+    QListView::dragLeaveEvent(&over);
     event->setDropAction(action);
     event->setAccepted(drop.has_value());
     if (drop)

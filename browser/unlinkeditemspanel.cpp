@@ -67,6 +67,9 @@ void UnlinkedItemsPanel::setUpTable()
     table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
     table->installEventFilter(this);
+    QSizePolicy policy = m_ui->unlinkedItemsProgressIndicator->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    m_ui->unlinkedItemsProgressIndicator->setSizePolicy(policy);
     m_ui->unlinkedItemsPlaceholder->setBackgroundRole(QPalette::Base);
     m_ui->unlinkedItemsPlaceholder->setForegroundRole(QPalette::PlaceholderText);
     m_ui->unlinkedItemsCuurentResourcePath->setForegroundRole(QPalette::PlaceholderText);
@@ -159,7 +162,7 @@ void UnlinkedItemsPanel::stopFindUnlinkedItems()
     workItem->cancel();
     // A deletion tells itself what it has come to.
     if (m_state == State::Scanning)
-        endScan(tr("Stopped. Restart looks through the files again."));
+        endScan(tr("Stopped before all files were looked through. Restart begins again."));
 }
 
 void UnlinkedItemsPanel::endScan(const QString& note)
@@ -242,9 +245,8 @@ void UnlinkedItemsPanel::setState(State state)
 void UnlinkedItemsPanel::updateControls()
 {
     const bool isBusy = m_state != State::Idle;
-    // A range of nothing lets the bar run without an end; a full range at rest shows an empty bar.
-    m_ui->unlinkedItemsProgressIndicator->setRange(0, isBusy ? 0 : 1);
-    m_ui->unlinkedItemsProgressIndicator->setValue(0);
+    // Its range of nothing lets the bar run without an end; at rest it would look like a field to type in.
+    m_ui->unlinkedItemsProgressIndicator->setVisible(isBusy);
     m_ui->unlinkedItemsStopButton->setEnabled(isBusy);
     m_ui->unlinkedItemsRestartButton->setEnabled(!isBusy);
     m_ui->unlinkedItemsTableView->setEnabled(m_state != State::Deleting);

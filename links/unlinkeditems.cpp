@@ -105,7 +105,7 @@ public:
             if (!excluded.contain(m_tree.subpath(file)))
                 m_asked.push_back(file);
         }
-        return readPagesAndSheets() && searchTexts() && askForPatterns() && tellRows();
+        return readPagesAndSheets() && searchTexts() && tellRows();
     }
 
 private:
@@ -174,34 +174,33 @@ private:
         return true;
     }
 
-    // A path that is a pattern may match anywhere in a style element or sheet.
-    bool askForPatterns()
-    {
-        for (const Id file : m_asked) {
-            if (m_index.isLinked(file) || LinkIndex::isPlainPattern(m_tree.subpath(file)))
-                continue;
-            LinkedFile target(m_tree.path(file));
-            for (const Id styled : m_styled) {
-                if (!isWanted(m_callbacks.stillWanted))
-                    return false;
-                if (target.isLinkedFrom(m_tree.path(styled))) {
-                    m_index.setLinked(file);
-                    break;
-                }
-            }
-        }
-        return true;
-    }
-
+    // In the order of the listing, each row as soon as it is sure. Stopped here, the rows so far stand.
     bool tellRows()
     {
         for (const Id file : m_asked) {
+            if (!m_index.isLinked(file) && !LinkIndex::isPlainPattern(m_tree.subpath(file)))
+                askForPattern(file);
             if (!isWanted(m_callbacks.stillWanted))
                 return false;
             if (!m_index.isLinked(file) && m_callbacks.row)
                 m_callbacks.row(m_tree.subpath(file));
         }
         return true;
+    }
+
+    // A path that is a pattern may match anywhere in a style element or sheet.
+    void askForPattern(Id file)
+    {
+        examining(file);
+        LinkedFile target(m_tree.path(file));
+        for (const Id styled : m_styled) {
+            if (!isWanted(m_callbacks.stillWanted))
+                return;
+            if (target.isLinkedFrom(m_tree.path(styled))) {
+                m_index.setLinked(file);
+                return;
+            }
+        }
     }
 
     void examining(Id file) const

@@ -15,8 +15,8 @@ struct UnlinkedItemsCallbacks
 {
     /// The file that is being looked through.
     std::function<void(const std::string& subpath)> examining;
-    /// An unlinked file, in the byte order of the subpaths. Rows come when all files have been looked
-    /// through.
+    /// An unlinked file, in the byte order of the subpaths. Before all files have been looked through nobody
+    /// knows of one; rows that came before a stop are right.
     std::function<void(const std::string& subpath)> row;
     StillWanted stillWanted;
 };

@@ -34,6 +34,31 @@ QToolButton* addButton(QToolBar& bar, QAction* before, QAction* action, const QS
     return button;
 }
 
+constexpr int mostColumns = 255; // their number is one byte of the stored layout
+
+void writeColumnWidths(QDataStream& stream, const Browser& browser)
+{
+    const QList<int> widths = browser.columnWidths().mid(0, mostColumns);
+    stream << static_cast<quint8>(widths.size());
+    for (const int width : widths)
+        stream << static_cast<qint32>(width);
+}
+
+// Number by number: a list read whole would get as much memory as a damaged layout asks for.
+void restoreColumnWidths(QDataStream& stream, Browser& browser)
+{
+    quint8 count = 0;
+    stream >> count;
+    QList<int> widths;
+    for (int i = 0; i < count && stream.status() == QDataStream::Ok; ++i) {
+        qint32 width = 0;
+        stream >> width;
+        widths.append(width);
+    }
+    if (stream.status() == QDataStream::Ok)
+        browser.setColumnWidths(widths);
+}
+
 } // namespace
 
 HaldenDoc::Services HaldenDoc::standardServices()
@@ -183,6 +208,8 @@ QByteArray HaldenDoc::layoutState() const
     QByteArray state;
     QDataStream stream(&state, QIODevice::WriteOnly);
     stream << saveGeometry() << m_ui->splitView->saveState();
+    writeColumnWidths(stream, m_source->browser());
+    writeColumnWidths(stream, m_destination->browser());
     return state;
 }
 
@@ -194,6 +221,8 @@ void HaldenDoc::restoreLayoutState(const QByteArray& state)
     stream >> geometry >> split;
     restoreGeometry(geometry);
     m_ui->splitView->restoreState(split);
+    restoreColumnWidths(stream, m_source->browser());
+    restoreColumnWidths(stream, m_destination->browser());
 }
 
 void HaldenDoc::checkConnectionOK()

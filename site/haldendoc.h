@@ -54,7 +54,8 @@ public:
     /// Shows the window and has both panes connect, the source first.
     void windowDidLoad();
 
-    /// Size and divider, for the next window; restoring what is no such state does nothing.
+    /// Size, divider and the widths of the columns, for the next window; what is damaged in a state, or
+    /// missing, is left as it is.
     [[nodiscard]] QByteArray layoutState() const;
     void restoreLayoutState(const QByteArray& state);
 

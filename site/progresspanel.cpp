@@ -21,6 +21,7 @@ ProgressPanel::ProgressPanel(QWidget* window)
     m_ui->setupUi(m_panel);
     m_panel->setWindowModality(Qt::WindowModal);
     m_panel->installEventFilter(this);
+    keepPlaceOfBar();
     connectControls();
     updateControls();
 }
@@ -34,6 +35,13 @@ void ProgressPanel::connectControls()
     connect(m_ui->copyAllButton, &QPushButton::clicked, m_ui->progressPanelTextField2, &LogView::copyAll);
     connect(m_ui->saveButton, &QPushButton::clicked, this, &ProgressPanel::saveAsText);
     connect(m_ui->progressPanelTextField2, &LogView::lineActivated, this, &ProgressPanel::lineActivated);
+}
+
+void ProgressPanel::keepPlaceOfBar()
+{
+    QSizePolicy policy = m_ui->progressPanelProgressIndicator->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    m_ui->progressPanelProgressIndicator->setSizePolicy(policy);
 }
 
 bool ProgressPanel::windowShowsASheet() const
@@ -80,9 +88,8 @@ QString ProgressPanel::lineText(int number) const
 
 void ProgressPanel::updateControls()
 {
-    // A range of nothing lets the bar run without an end; a full range at rest shows an empty bar.
-    m_ui->progressPanelProgressIndicator->setRange(0, m_isRunning ? 0 : 1);
-    m_ui->progressPanelProgressIndicator->setValue(0);
+    // Its range of nothing lets the bar run without an end; at rest it would look like a field to type in.
+    m_ui->progressPanelProgressIndicator->setVisible(m_isRunning);
     m_ui->progressPanelStopButton->setEnabled(m_isRunning);
     m_ui->progressPanelOKButton->setEnabled(!m_isRunning);
     if (!m_isRunning)

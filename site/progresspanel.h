@@ -46,6 +46,7 @@ private:
     bool m_isQuitting = false;
 
     void connectControls();
+    void keepPlaceOfBar();
     void updateControls();
     void stop();
     void letQuit();

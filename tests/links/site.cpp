@@ -42,19 +42,24 @@ std::map<std::string, std::string> Site::contentsOf(const fs::path& root)
     return contents;
 }
 
-std::map<std::string, fs::path> realSites()
+bool RealSite::isInstalled() const
 {
-    std::map<std::string, fs::path> sites;
-    const std::map<std::string, fs::path> packaged = {
-        {"python3-doc", "/usr/share/doc/python3.11/html"},
-        {"postgresql-doc-15", "/usr/share/doc/postgresql-doc-15/html"},
-        {"openjdk-17-doc", "/usr/share/doc/openjdk-17-jre-headless/api"},
-        {"qtbase5-doc-html", "/usr/share/qt5/doc"}};
     std::error_code error;
-    for (const auto& [name, folder] : packaged) {
-        if (fs::is_directory(folder, error))
-            sites[name] = folder;
-    }
+    return fs::is_directory(folder, error);
+}
+
+fs::path RealSite::usual() const
+{
+    return qEnvironmentVariableIsSet("LUMA_REAL_SITES") ? folder : folder / part;
+}
+
+const std::vector<RealSite>& realSites()
+{
+    static const std::vector<RealSite> sites = {
+        {"python3-doc", "/usr/share/doc/python3.11/html", "c-api"},
+        {"postgresql-doc-15", "/usr/share/doc/postgresql-doc-15/html", ""},
+        {"openjdk-17-doc", "/usr/share/doc/openjdk-17-jre-headless/api", "java.sql"},
+        {"qtbase5-doc-html", "/usr/share/qt5/doc", "qtnetwork"}};
     return sites;
 }
 

@@ -6,6 +6,7 @@
 #include <map>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace luma::test {
 
@@ -33,8 +34,19 @@ private:
     QTemporaryDir m_folder;
 };
 
-/// The folders of real sites on this machine that the tests may read: documentation packages of the reference
-/// system. Empty where they are not installed.
-std::map<std::string, std::filesystem::path> realSites();
+/// A documentation package of the reference system, which a test may read as a real site.
+struct RealSite
+{
+    std::string package;
+    std::filesystem::path folder;
+    std::string part; // a folder of it that makes a site of its own, for work that grows with the square
+
+    /// The part, or all of it where the environment asks for that (LUMA_REAL_SITES is set); empty where the
+    /// package is not installed.
+    [[nodiscard]] std::filesystem::path usual() const;
+    [[nodiscard]] bool isInstalled() const;
+};
+
+const std::vector<RealSite>& realSites();
 
 } // namespace luma::test

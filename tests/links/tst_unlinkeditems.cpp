@@ -212,6 +212,21 @@ private slots:
         QVERIFY(!findUnlinkedItems(site.at("gone"), "", {}));
     }
 
+    // A name with a bracket is asked for on its own wherever there is a style element, which takes its time.
+    void stoppedAmongTheRows_keepsThoseThatCame()
+    {
+        const Site site({{"a.png", ""}, {"b(.png", ""}, {"c(.png", ""}, {"p.html", "<style>x{}</style>"}});
+        std::vector<std::string> rows;
+        bool stop = false;
+        UnlinkedItemsCallbacks callbacks;
+        callbacks.row = [&rows](const std::string& subpath) { rows.push_back(subpath); };
+        callbacks.examining = [&stop](const std::string& subpath) { stop = stop || subpath == "c(.png"; };
+        callbacks.stillWanted = [&] { return !(stop && rows.size() == 2); };
+        const auto done = findUnlinkedItems(site.root(), "", callbacks);
+        QVERIFY(done && !*done);
+        QCOMPARE(rows, (std::vector<std::string>{"a.png", "b(.png"}));
+    }
+
     void nameSearch_findsEveryNameAnywhere()
     {
         std::mt19937 random(7);

@@ -239,6 +239,33 @@ private slots:
         QCOMPARE(m_window->size(), QSize(900, 800));
     }
 
+    void columnWidths_areKeptForTheNextWindow()
+    {
+        m_folders->put("sending/a/index.html");
+        open();
+        m_window->sourceBrowserController().browser().setColumnWidths({310, 150});
+        m_window->destinationBrowserController().browser().setColumnWidths({99});
+        const QByteArray state = m_window->layoutState();
+        m_window->close();
+        QTRY_VERIFY(!m_window);
+        open();
+        // Every beginning of it, and damage anywhere, does no harm.
+        for (int size = 0; size < state.size(); ++size) {
+            m_window->restoreLayoutState(state.left(size));
+            QByteArray damaged = state;
+            damaged[size] = static_cast<char>(~state[size]);
+            m_window->restoreLayoutState(damaged);
+        }
+        m_window->restoreLayoutState(state);
+        BrowserController& source = m_window->sourceBrowserController();
+        QCOMPARE(source.browser().columnWidths(), (QList<int>{310, 150}));
+        QCOMPARE(m_window->destinationBrowserController().browser().columnWidths(), QList<int>{99});
+        QTRY_VERIFY(source.rootNode());
+        source.browser().setPath({"a"});
+        QCOMPARE(source.widget()->findChild<QWidget*>(QStringLiteral("browserColumn0"))->width(), 310);
+        QCOMPARE(source.widget()->findChild<QWidget*>(QStringLiteral("browserColumn1"))->width(), 150);
+    }
+
     void tab_reachesOnlyWhatHasAName_data()
     {
         QTest::addColumn<Qt::Key>("key");
