@@ -113,7 +113,7 @@ struct Times
 
 HTMLDocument* openWindow(const fs::path& file)
 {
-    auto* window = new HTMLDocument({{}, {}});
+    auto* window = new HTMLDocument(HTMLDocument::Services{});
     window->mountPath = file.parent_path();
     window->readFromURL(file);
     window->show();
