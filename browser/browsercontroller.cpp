@@ -302,7 +302,7 @@ void BrowserController::duplicateItem()
     const std::filesystem::path item = pathOf(clicked);
     runFileJob(
         [item] {
-            (void)fileoperations::duplicate(item);
+            (void)fileoperations::duplicate(item, [] { return !isMainHopClosed(); });
             return true;
         },
         {fileoperations::duplicatePath(item)});
@@ -382,7 +382,7 @@ void BrowserController::deleteItems(const Paths& items)
         [items] {
             bool deleted = false;
             for (const std::filesystem::path& item : items)
-                deleted = bool(removeItem(item)) || deleted;
+                deleted = (!isMainHopClosed() && removeItem(item)) || deleted;
             return deleted;
         },
         {});

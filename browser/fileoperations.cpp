@@ -32,9 +32,9 @@ std::filesystem::path duplicatePath(const std::filesystem::path& item)
     return item.parent_path() / (base + " copy" + extension);
 }
 
-Result<void> duplicate(const std::filesystem::path& item)
+Result<void> duplicate(const std::filesystem::path& item, const StillWanted& stillWanted)
 {
-    return copyItem(item, duplicatePath(item));
+    return copyItem(item, duplicatePath(item), stillWanted);
 }
 
 } // namespace luma::fileoperations

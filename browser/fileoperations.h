@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/result.h"
+#include "platform/stillwanted.h"
 
 #include <filesystem>
 
@@ -14,7 +15,8 @@ Result<void> newFolder(const std::filesystem::path& parent);
 
 /// Where the copy of an item goes: beside it, " copy" put before the extension.
 std::filesystem::path duplicatePath(const std::filesystem::path& item);
-/// Copies an item, a folder whole, to that place; an error, and nothing changed, when the name is taken.
-Result<void> duplicate(const std::filesystem::path& item);
+/// Copies an item, a folder whole, to that place; an error, and nothing changed, when the name is taken or
+/// the copy is no longer wanted.
+Result<void> duplicate(const std::filesystem::path& item, const StillWanted& stillWanted = {});
 
 } // namespace luma::fileoperations

@@ -21,9 +21,13 @@ constexpr int showInterval = 30; // milliseconds
 const QString updateStatus =
     QStringLiteral("Please wait while links in all possible files are being updated...");
 
+constexpr std::string_view stoppedAtOnce = "\nStopped before anything was moved or copied.";
+constexpr std::string_view stoppedInPages =
+    "\nStopped before all pages were looked at; links in the others are as they were.";
+
 StillWanted wantedAs(const WorkItemPointer& item)
 {
-    return [item] { return !item->isCancelled(); };
+    return [item] { return !item->isCancelled() && !isMainHopClosed(); };
 }
 
 void addFindings(JobLog& log, const PageFindings& page)
@@ -81,7 +85,8 @@ void LinkJobs::begin(Kind kind, const QString& status, Work work)
     const QPointer<LinkJobs> guard(this);
     const auto log = std::make_shared<JobLog>([guard](JobLog& full) {
         onMain(guard, [&](LinkJobs& self) {
-            if (self.m_log.get() == &full)
+            // A report that was stopped has written its last line, wherever in a page it still is.
+            if (self.m_log.get() == &full && self.m_isRunning)
                 self.showText();
         });
     });
@@ -202,9 +207,9 @@ void LinkJobs::beginUpdate(const fs::path& site, std::function<MoveOutcome(LinkU
                   callbacks.fileOperation = [](const std::function<void()>& move) { onMain(move); };
               callbacks.stillWanted = wantedAs(item);
               LinkUpdatingMove move(site, callbacks);
-              if (!update(move).complete)
-                  log.addText(
-                      "\nStopped before all pages were looked at; links in the others are as they were.");
+              const MoveOutcome outcome = update(move);
+              if (!outcome.complete)
+                  log.addText(outcome.moved.empty() ? stoppedAtOnce : stoppedInPages);
           });
 }
 

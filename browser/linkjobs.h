@@ -19,7 +19,8 @@ class ProgressReporter;
 /// The jobs of a pane that go over the links of its site and tell of it in the window's progress panel: link
 /// updates after a drop or a rename, and the reports on links. Each runs in the background on values of its
 /// own. A report ends at once when it is stopped or its pane goes; a link update goes on to its end without
-/// the pane, for links that lead nowhere would be the worse surprise. Main thread only.
+/// the pane, for links that lead nowhere would be the worse surprise. Quitting ends both, at the next page.
+/// Main thread only.
 class LinkJobs final : public QObject
 {
     Q_OBJECT

@@ -38,7 +38,7 @@ MountResult mountStep(const QVariantMap& request, VolumeMounter& mounter,
     if (!folder && isWanted())
         folder = mounter.existingMount(shareURL);
     if (!folder && isWanted()) {
-        std::printf("Error: sharePath: %s) Not Valid\n", qUtf8Printable(shareURL));
+        (void)std::printf("Error: sharePath: %s) Not Valid\n", qUtf8Printable(shareURL));
         std::fflush(stdout);
     }
     return {folder, folder.value_or(std::filesystem::path())};

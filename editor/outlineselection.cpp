@@ -58,7 +58,7 @@ void OutlineSelection::showInPage()
     if (!shown)
         return;
     const QString selector = QString::fromStdString(shown->cssSelector());
-    std::printf("OutlineView = %s\n", qUtf8Printable(selector));
+    (void)std::printf("OutlineView = %s\n", qUtf8Printable(selector));
     m_rendering.evaluate(
         QStringLiteral("selectText(document.querySelector('%1'))").arg(quotedForScript(selector)));
 }

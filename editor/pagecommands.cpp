@@ -8,7 +8,6 @@
 #include <QUndoCommand>
 #include <QUndoStack>
 
-#include <ranges>
 #include <utility>
 
 namespace luma {
@@ -88,8 +87,8 @@ public:
     }
     void undo() override
     {
-        for (MarkupDifference& step : m_steps | std::views::reverse)
-            exchange(step);
+        for (auto step = m_steps.rbegin(); step != m_steps.rend(); ++step)
+            exchange(*step);
     }
     int id() const override { return m_merging == PageCommands::Merging::WithTheLast ? 1 : -1; }
     bool mergeWith(const QUndoCommand* command) override

@@ -89,7 +89,8 @@ bool LinkUpdatingMove::moveItemTo(MoveOutcome& outcome, MoveOperation operation,
     const auto act = [&] {
         clash = itemExists(target);
         if (!clash)
-            done = operation == MoveOperation::Copy ? copyItem(item, target) : moveItem(item, target);
+            done = operation == MoveOperation::Copy ? copyItem(item, target, m_callbacks.stillWanted)
+                                                    : moveItem(item, target);
     };
     if (m_callbacks.fileOperation)
         m_callbacks.fileOperation(act);
@@ -109,14 +110,13 @@ MoveOutcome LinkUpdatingMove::run(MoveOperation operation, const std::vector<fs:
 {
     MoveOutcome outcome;
     for (const fs::path& path : items) {
-        if (!isWanted(m_callbacks.stillWanted)) {
-            outcome.complete = false;
+        if (!isWanted(m_callbacks.stillWanted))
             break;
-        }
         const fs::path item = trimmed(path);
         if (moveItemTo(outcome, operation, item, trimmed(folder) / item.filename()))
             log("Updating links to: " + item.filename().native() + "\n\n");
     }
+    outcome.complete = isWanted(m_callbacks.stillWanted);
     updateLinks(outcome, MovedPages::Rebased);
     log("\nDone");
     return outcome;

@@ -1,5 +1,6 @@
 #include "platform/files.h"
 
+#include "platform/filecalls.h"
 #include "platform/filedescriptor.h"
 #include "platform/filereader.h"
 
@@ -19,38 +20,6 @@ namespace luma {
 namespace fs = std::filesystem;
 
 namespace {
-
-Error systemError(const fs::path& path, int code)
-{
-    return Error{path.string() + ": " + std::generic_category().message(code)};
-}
-
-// Network file systems without owners, modes or times that can be set say so; nobody's file is lost by that.
-bool isUnsupported(int code)
-{
-    return code == ENOTSUP || code == EOPNOTSUPP || code == ENOSYS;
-}
-
-Result<void> keepMode(int descriptor, mode_t mode, const fs::path& target)
-{
-    if (::fchmod(descriptor, mode & 07777U) != 0 && !isUnsupported(errno))
-        return systemError(target, errno);
-    return {};
-}
-
-using Times = std::array<timespec, 2>;
-
-Times timesOf(const struct stat& status)
-{
-    return {status.st_atim, status.st_mtim};
-}
-
-Result<void> keepTimes(int descriptor, const Times& times, const fs::path& target)
-{
-    if (::futimens(descriptor, times.data()) != 0 && !isUnsupported(errno))
-        return systemError(target, errno);
-    return {};
-}
 
 Result<void> writeAll(int descriptor, std::string_view bytes, const fs::path& path)
 {
@@ -105,33 +74,16 @@ public:
         if (m_times && ::utimensat(AT_FDCWD, m_path.c_str(), m_times->data(), 0) != 0 &&
             !isUnsupported(errno))
             return systemError(m_target, errno);
+        Result<void> placed;
         if (existing == Existing::Keep)
-            return takeFreePlace();
-        if (::rename(m_path.c_str(), m_target.c_str()) != 0)
-            return systemError(m_target, errno);
-        m_exists = false;
-        return {};
+            placed = renameToFreePlace(m_path, m_target);
+        else if (::rename(m_path.c_str(), m_target.c_str()) != 0)
+            placed = systemError(m_target, errno);
+        m_exists = !placed;
+        return placed;
     }
 
 private:
-    // The flag keeps a file that appeared meanwhile.
-    Result<void> takeFreePlace()
-    {
-        if (::renameat2(AT_FDCWD, m_path.c_str(), AT_FDCWD, m_target.c_str(), RENAME_NOREPLACE) == 0) {
-            m_exists = false;
-            return {};
-        }
-        if (errno != EINVAL && errno != ENOSYS)
-            return systemError(m_target, errno);
-        // Some network file systems do not know the flag; a look before the rename must do there.
-        if (itemExists(m_target))
-            return systemError(m_target, EEXIST);
-        if (::rename(m_path.c_str(), m_target.c_str()) != 0)
-            return systemError(m_target, errno);
-        m_exists = false;
-        return {};
-    }
-
     fs::path m_target;
     std::string m_path;
     FileDescriptor m_descriptor;
@@ -140,12 +92,16 @@ private:
     std::optional<Times> m_times;
 };
 
-Result<void> copyBytes(int from, int to, const fs::path& source, const fs::path& target)
+Result<void> copyBytes(int from, int to, const fs::path& source, const fs::path& target,
+                       const StillWanted& stillWanted)
 {
     // copy_file_range lets the file system share or copy by itself; it does not work everywhere, and not for
     // files that claim to be empty and are not.
+    constexpr std::size_t chunk = std::size_t{16} * 1024 * 1024;
     for (;;) {
-        const ssize_t copied = ::copy_file_range(from, nullptr, to, nullptr, std::size_t{1} << 30, 0);
+        if (!isWanted(stillWanted))
+            return stoppedError(source);
+        const ssize_t copied = ::copy_file_range(from, nullptr, to, nullptr, chunk, 0);
         if (copied > 0)
             continue;
         if (copied == 0)
@@ -158,6 +114,8 @@ Result<void> copyBytes(int from, int to, const fs::path& source, const fs::path&
     }
     std::array<char, std::size_t{256} * 1024> buffer;
     for (;;) {
+        if (!isWanted(stillWanted))
+            return stoppedError(source);
         const ssize_t got = ::read(from, buffer.data(), buffer.size());
         if (got < 0 && errno == EINTR)
             continue;
@@ -195,47 +153,6 @@ Result<void> copyLink(const fs::path& source, const fs::path& target, Existing e
         return systemError(target, code);
     }
     return {};
-}
-
-Result<void> copyFolder(const fs::path& source, const fs::path& target);
-
-Result<void> copyAny(const fs::path& source, const fs::path& target)
-{
-    struct stat status = {};
-    if (::lstat(source.c_str(), &status) != 0)
-        return systemError(source, errno);
-    return S_ISDIR(status.st_mode) ? copyFolder(source, target) : copyFile(source, target, Existing::Keep);
-}
-
-Result<void> copyFolder(const fs::path& source, const fs::path& target)
-{
-    struct stat status = {};
-    if (::stat(source.c_str(), &status) != 0)
-        return systemError(source, errno);
-    if (::mkdir(target.c_str(), 0700) != 0)
-        return systemError(target, errno);
-    std::error_code error;
-    fs::directory_iterator entries(source, error);
-    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-        if (auto copied = copyAny(entries->path(), target / entries->path().filename()); !copied)
-            return copied;
-    }
-    if (error)
-        return systemError(source, error.value());
-    const FileDescriptor folder(::open(target.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder)
-        return systemError(target, errno);
-    if (auto kept = keepMode(folder.get(), status.st_mode, target); !kept)
-        return kept;
-    return keepTimes(folder.get(), timesOf(status), target);
-}
-
-bool isInside(const fs::path& path, const fs::path& folder)
-{
-    std::error_code error;
-    const fs::path relative =
-        fs::weakly_canonical(path, error).lexically_relative(fs::weakly_canonical(folder, error));
-    return !relative.empty() && *relative.begin() != "..";
 }
 
 } // namespace
@@ -316,7 +233,7 @@ Result<void> writeFile(const fs::path& path, std::string_view bytes, unsigned ne
 }
 
 Result<void> copyFile(const fs::path& source, const fs::path& target, Existing existing,
-                      Durability durability)
+                      Durability durability, const StillWanted& stillWanted)
 {
     struct stat status = {};
     if (::lstat(source.c_str(), &status) != 0)
@@ -331,48 +248,13 @@ Result<void> copyFile(const fs::path& source, const fs::path& target, Existing e
     TemporaryFile temporary(target);
     if (!temporary.isOpen())
         return systemError(target, temporary.openError());
-    if (auto copied = copyBytes(from.get(), temporary.descriptor(), source, target); !copied)
+    if (auto copied = copyBytes(from.get(), temporary.descriptor(), source, target, stillWanted); !copied)
         return copied;
     if (auto kept = keepMode(temporary.descriptor(), status.st_mode, target); !kept)
         return kept;
     if (auto kept = temporary.setTimes(timesOf(status)); !kept)
         return kept;
     return temporary.takePlace(existing, durability);
-}
-
-Result<void> copyItem(const fs::path& source, const fs::path& target)
-{
-    if (itemExists(target))
-        return systemError(target, EEXIST);
-    std::error_code error;
-    if (fs::is_directory(fs::symlink_status(source, error)) && isInside(target, source))
-        return systemError(target, EINVAL);
-    auto copied = copyAny(source, target);
-    if (!copied)
-        (void)removeItem(target);
-    return copied;
-}
-
-Result<void> moveItem(const fs::path& source, const fs::path& target)
-{
-    if (::renameat2(AT_FDCWD, source.c_str(), AT_FDCWD, target.c_str(), RENAME_NOREPLACE) == 0)
-        return {};
-    int code = errno;
-    if (code != EXDEV && code != EINVAL && code != ENOSYS)
-        return systemError(code == EEXIST ? target : source, code);
-    if (itemExists(target))
-        return systemError(target, EEXIST);
-    // A file system that does not know the flag; moving a folder into itself is EINVAL here too.
-    if (code != EXDEV) {
-        if (::rename(source.c_str(), target.c_str()) == 0)
-            return {};
-        code = errno;
-    }
-    if (code != EXDEV)
-        return systemError(source, code);
-    if (auto copied = copyItem(source, target); !copied)
-        return copied;
-    return removeItem(source);
 }
 
 Result<void> removeItem(const fs::path& path)

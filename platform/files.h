@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/result.h"
+#include "platform/stillwanted.h"
 
 #include <filesystem>
 #include <string>
@@ -24,13 +25,17 @@ enum class Durability { Synced, Unsynced };
 
 /// Copies one regular file or symbolic link (as a link) with modification time and mode. With Existing::Keep
 /// a thing at `target` is an error and stays; with Existing::Replace a file or link there is replaced in one
-/// step.
+/// step. `stillWanted` is asked every few megabytes; stopping is an error and leaves nothing behind.
 Result<void> copyFile(const std::filesystem::path& source, const std::filesystem::path& target,
-                      Existing existing, Durability durability = Durability::Synced);
+                      Existing existing, Durability durability = Durability::Synced,
+                      const StillWanted& stillWanted = {});
 
 /// Copies a file, link or whole folder to `target`, which must not exist. Links are copied as links, times
-/// and modes kept. On failure what was copied is removed again. A folder cannot be copied into itself.
-Result<void> copyItem(const std::filesystem::path& source, const std::filesystem::path& target);
+/// and modes kept. A folder grows under a temporary name beside its target and gets its own when it is whole;
+/// after a failure, or when it is no longer wanted (an error too), nothing is left of it. A folder cannot be
+/// copied into itself.
+Result<void> copyItem(const std::filesystem::path& source, const std::filesystem::path& target,
+                      const StillWanted& stillWanted = {});
 
 /// Moves an item to `target`, which must not exist; across file systems by copying, then removing.
 Result<void> moveItem(const std::filesystem::path& source, const std::filesystem::path& target);

@@ -3,6 +3,7 @@
 #include <QCoreApplication>
 #include <QThread>
 
+#include <atomic>
 #include <condition_variable>
 #include <deque>
 #include <memory>
@@ -33,13 +34,14 @@ public:
     bool runAndWait(const std::function<void()>& f);
     void runNext();
     void close();
+    [[nodiscard]] bool isClosed() const { return m_closed.load(std::memory_order_relaxed); }
 
 private:
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<std::shared_ptr<Hop>> m_waiting;
     QObject* m_receiver = nullptr;
-    bool m_closed = false;
+    std::atomic<bool> m_closed = false;
 
     QObject* receiver();
 };
@@ -110,6 +112,11 @@ bool onMain(const std::function<void()>& f)
 void closeMainHop()
 {
     HopQueue::instance().close();
+}
+
+bool isMainHopClosed()
+{
+    return HopQueue::instance().isClosed();
 }
 
 } // namespace luma

@@ -32,4 +32,8 @@ bool onMain(const QPointer<Target>& target, Function f)
 /// loop ends or the application object dies; call it before waiting for jobs on the main thread.
 void closeMainHop();
 
+/// True from then on, on any thread: nobody sees any more what a job does, so a long one ends at its next
+/// step.
+bool isMainHopClosed();
+
 } // namespace luma

@@ -139,7 +139,7 @@ void HaldenDoc::connectActions()
     connect(m_ui->uploadAction, &QAction::triggered, this, [this] { sync(uploadTitle); });
     connect(m_ui->downloadAction, &QAction::triggered, this, [this] { sync(downloadTitle); });
     connect(m_ui->closeAction, &QAction::triggered, this, &QWidget::close);
-    connect(m_ui->quitAction, &QAction::triggered, qApp, &QApplication::closeAllWindows);
+    connect(m_ui->quitAction, &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     connect(&m_engine, &SyncEngine::transferred, m_source, &BrowserController::reloadColumnZero);
     connect(&m_engine, &SyncEngine::transferred, m_destination, &BrowserController::reloadColumnZero);
 }

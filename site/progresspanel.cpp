@@ -3,9 +3,12 @@
 #include "platform/files.h"
 #include "ui_ProgressPanel.h"
 
+#include <QApplication>
 #include <QFileDialog>
 #include <QKeyEvent>
 #include <QMessageBox>
+
+#include <utility>
 
 namespace luma {
 
@@ -46,9 +49,15 @@ void ProgressPanel::begin(const QString& status)
     m_ui->progressPanelTextField1->setText(status);
     m_ui->progressPanelTextField2->clear();
     updateControls();
+    show();
+    qApp->installEventFilter(this);
+    emit began();
+}
+
+void ProgressPanel::show()
+{
     if (!windowShowsASheet())
         m_panel->open();
-    emit began();
 }
 
 void ProgressPanel::append(const QString& text)
@@ -59,6 +68,7 @@ void ProgressPanel::append(const QString& text)
 void ProgressPanel::finish()
 {
     m_isRunning = false;
+    qApp->removeEventFilter(this);
     m_ui->progressPanelTextField2->showEnd();
     updateControls();
 }
@@ -88,13 +98,32 @@ void ProgressPanel::stop()
 
 bool ProgressPanel::eventFilter(QObject* watched, QEvent* event)
 {
+    if (watched == qApp && event->type() == QEvent::Quit)
+        letQuit();
+    if (watched != m_panel || !m_isRunning || m_isQuitting)
+        return ProgressReporter::eventFilter(watched, event);
     const bool isEscape =
         event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
-    if (m_isRunning && (isEscape || event->type() == QEvent::Close)) {
+    if (isEscape || event->type() == QEvent::Close) {
         event->ignore();
         return true;
     }
     return ProgressReporter::eventFilter(watched, event);
+}
+
+/// Quitting asks every window to close, and stops at the first that refuses.
+void ProgressPanel::letQuit()
+{
+    if (std::exchange(m_isQuitting, true))
+        return;
+    // Deleted when the event loop that quits goes on, not by a loop that another window's question runs.
+    auto* const attempt = new QObject(this);
+    connect(attempt, &QObject::destroyed, this, [this] {
+        m_isQuitting = false;
+        if (m_isRunning && m_window->isVisible())
+            show();
+    });
+    attempt->deleteLater();
 }
 
 void ProgressPanel::saveAsText()

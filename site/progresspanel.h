@@ -12,8 +12,9 @@ class ProgressPanel;
 
 namespace luma {
 
-/// The window's panel for long jobs: a status line, a bar that runs, a log, Stop and OK. It cannot be closed
-/// while a job runs, only stopped. Main thread only.
+/// The window's panel for long jobs: a status line, a bar that runs, a log, Stop and OK. The user can't close
+/// it while a job runs, only stop that. Quitting may: it comes back when the application stays after all.
+/// Main thread only.
 class ProgressPanel final : public ProgressReporter
 {
     Q_OBJECT
@@ -42,10 +43,13 @@ private:
     QDialog* m_panel;
     std::unique_ptr<Ui::ProgressPanel> m_ui;
     bool m_isRunning = false;
+    bool m_isQuitting = false;
 
     void connectControls();
     void updateControls();
     void stop();
+    void letQuit();
+    void show();
     void writeLog(const QString& path);
     [[nodiscard]] bool windowShowsASheet() const;
 };

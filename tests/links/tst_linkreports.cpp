@@ -1,10 +1,16 @@
 #include "links/linkreports.h"
+#include "links/unlinkeditems.h"
+#include "platform/files.h"
 #include "tests/links/site.h"
 #include "tests/support/registry.h"
 
 #include <QTest>
 
+#include <array>
+#include <atomic>
 #include <filesystem>
+#include <fstream>
+#include <thread>
 
 using namespace luma;
 using test::Site;
@@ -35,6 +41,40 @@ std::string linksTo(const Site& site, const char* target)
     const auto done = findLinksTo(site.root(), site.at(target),
                                   [&text](const std::string& subpath) { text += subpath + " "; });
     return done ? text : "error";
+}
+
+std::string pageOf(const std::string& name, int links)
+{
+    std::string page;
+    for (int i = 0; i < links; ++i)
+        page += "<a href=" + name + std::to_string(i) + ">";
+    return page;
+}
+
+// What somebody else may do to the page of this number, by its last digit.
+void changePage(const Site& site, int turn, const std::string& source)
+{
+    const std::filesystem::path page = site.at(std::to_string(turn % 60) + ".html");
+    switch (turn % 10) {
+    case 7: // written over in place
+        std::ofstream(page) << source;
+        break;
+    case 8: // gone, then back
+        if (!std::filesystem::remove(page))
+            (void)writeFile(page, source);
+        break;
+    case 9: // a folder, then a page again
+        if (std::filesystem::is_directory(page)) {
+            std::filesystem::remove(page);
+            (void)writeFile(page, source);
+        } else {
+            std::filesystem::remove(page);
+            std::filesystem::create_directory(page);
+        }
+        break;
+    default:
+        (void)writeFile(page, source);
+    }
 }
 
 } // namespace
@@ -129,6 +169,36 @@ private slots:
             [&stop] { return !stop; });
         QVERIFY(done && !*done);
         QCOMPARE(pages, 1);
+    }
+
+    // Pages are replaced, emptied, deleted and made folders while the reports read them. A page that is
+    // replaced in one step is reported as it was or as it is, not as both.
+    void pagesThatChangeMeanwhile_doNoHarm()
+    {
+        std::map<std::string, std::string> files;
+        const std::array<std::string, 2> sources = {pageOf("old", 400), pageOf("new", 700)};
+        for (int i = 0; i < 60; ++i)
+            files[std::to_string(i) + ".html"] = sources[0];
+        const Site site(files);
+        std::atomic<bool> stop = false;
+        std::thread other([&] {
+            for (int turn = 0; !stop; ++turn)
+                changePage(site, turn, sources[static_cast<std::size_t>(turn / 60 % 2)]);
+        });
+        bool whole = true;
+        for (int run = 0; run < 20; ++run) {
+            const auto done = findMissingLinks(site.root(), FindingsKept::All, [&](const PageFindings& page) {
+                const std::size_t links = page.links.size();
+                const bool emptied = page.path.ends_with("7.html");
+                whole = whole && (emptied || links == 400 || links == 700);
+            });
+            whole = whole && done && *done;
+            whole = whole && findLinksTo(site.root(), site.at("old1"), [](const std::string&) {});
+            whole = whole && findUnlinkedItems(site.root(), "", {});
+        }
+        stop = true;
+        other.join();
+        QVERIFY(whole);
     }
 
     void findLinksTo_looksWhereAFileKindCanRefer_data()

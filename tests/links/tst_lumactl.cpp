@@ -115,10 +115,27 @@ private slots:
         QCOMPARE(site.bytesOf("b/a.png"), std::string("2"));
     }
 
-    void names_areBytes()
+    // Nobody's alphabet: capitals come first, '-' comes before '/', and letters beyond ASCII come last.
+    void names_areBytesInByteOrder()
     {
-        const test_site site(luma::test::Files{{"\xFF\n.png", ""}});
-        QCOMPARE(lumactl(site, "unlinked .").output, QByteArray("\xFF\n.png\n"));
+        const std::vector<std::string> names = {
+            "Z.html",   "a b.html",      "a-.html",   "a.html",          "a/b.html",     "a0.html",
+            "z\n.html", "\xC3\xA9.html", "\xFF.html", "\xFF/x\xFE.html", "\xFF\x80.html"};
+        const test_site site(luma::test::Files{{"old/target.png", ""}});
+        QByteArray lines;
+        QByteArray report;
+        for (const std::string& name : names) {
+            const bool isBelow = name.find('/') != std::string::npos;
+            const std::string link = isBelow ? "../old/target.png" : "old/target.png";
+            site.put(name, "<a href=" + link + ">");
+            lines += QByteArray::fromStdString(name + "\n");
+            report += QByteArray::fromStdString(site.at(name).native() + "\n    href : " + link + "\n");
+        }
+        QCOMPARE(lumactl(site, "unlinked . --except old").output, lines);
+        QCOMPARE(lumactl(site, "links-to . old/target.png").output, lines);
+        QCOMPARE(lumactl(site, "check .").output, report);
+        QCOMPARE(lumactl(site, "links-from \"$(printf '\\377.html')\"").output,
+                 QByteArray("\xFF.html\n    href : old/target.png\n"));
     }
 
     void help_isThereForEachCommand()

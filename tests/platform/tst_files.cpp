@@ -118,6 +118,46 @@ private slots:
         fs::permissions(at("copy/sub"), fs::perms(0700));
     }
 
+    void copyItem_isThereWholeOrNotAtAll_data()
+    {
+        QTest::addColumn<bool>("stop");
+        QTest::newRow("stopped") << true;
+        QTest::newRow("a pipe, which can't be copied") << false;
+    }
+    void copyItem_isThereWholeOrNotAtAll()
+    {
+        QFETCH(bool, stop);
+        fs::create_directories(at("site/sub/read only"));
+        put(at("site/sub/read only/page.html"), "page");
+        for (int i = 0; i < 20; ++i)
+            put(at("site") / std::to_string(i), std::string(100'000, 'x'));
+        fs::permissions(at("site/sub/read only"), fs::perms(0500));
+        if (!stop)
+            QCOMPARE(::mkfifo(at("site/sub/pipe").c_str(), 0600), 0);
+        int asked = 0;
+        const auto copied = copyItem(at("site"), at("copy"), [&] {
+            ++asked;
+            return !itemExists(at("copy")) && !(stop && asked > 30);
+        });
+        QVERIFY(!copied);
+        QVERIFY(copied.error().text.find(stop ? "stopped" : "pipe") != std::string::npos);
+        QVERIFY(asked > 1);
+        QCOMPARE(entryCount(), std::size_t{1});
+        fs::permissions(at("site/sub/read only"), fs::perms(0700));
+    }
+
+    void copyFile_stops_andLeavesTheOldFile()
+    {
+        put(at("large"), std::string(50'000'000, 'x'));
+        put(at("old"), "old");
+        int asked = 0;
+        QVERIFY(!copyFile(at("large"), at("old"), Existing::Replace, Durability::Unsynced,
+                          [&] { return ++asked < 3; }));
+        QCOMPARE(bytesOf(at("old")), std::string("old"));
+        QVERIFY(!copyItem(at("large"), at("new"), [] { return false; }));
+        QCOMPARE(entryCount(), std::size_t{2});
+    }
+
     void moveItem_neverReplaces()
     {
         put(at("a"), "a");

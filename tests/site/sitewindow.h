@@ -21,15 +21,16 @@
 
 namespace luma::test {
 
-/// The window of a site whose source is "sending" and whose destination is "receiving" of a TwoFolders, both
+/// The window of a site between two local folders ("sending" and "receiving" of a TwoFolders), both
 /// connected. The window deletes itself when it closes.
 class SiteWindow final
 {
 public:
-    explicit SiteWindow(const TwoFolders& folders)
+    explicit SiteWindow(const TwoFolders& folders) : SiteWindow(folders.sending(), folders.receiving()) {}
+    SiteWindow(const std::filesystem::path& source, const std::filesystem::path& destination)
     {
-        connectTo(*record->sourceDict(), folders.sending());
-        connectTo(*record->destinationDict(), folders.receiving());
+        connectTo(*record->sourceDict(), source);
+        connectTo(*record->destinationDict(), destination);
         HaldenDoc::Services services;
         services.mounter = std::make_shared<UnavailableMounter>();
         services.excludedFolders = [] { return QStringLiteral("old, images"); };

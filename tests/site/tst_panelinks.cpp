@@ -145,6 +145,33 @@ private slots:
         }
     }
 
+    void droppedCopy_stopsAndLeavesNothingHalf()
+    {
+        const TwoFolders folders;
+        makeSite(folders);
+        for (int i = 0; i < 500; ++i)
+            folders.put("outside/many/" + std::to_string(i) + ".txt");
+        folders.put("outside/large", std::string(64'000'000, 'x'));
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        const std::string before = folders.listing("sending");
+        QMimeData data;
+        data.setData(QStringLiteral("text/uri-list"),
+                     uriList({folders.at("outside/many"), folders.at("outside/large")}));
+        QCOMPARE(SiteWindow::drop(SiteWindow::list(site.source(), 0), {}, data), Qt::CopyAction);
+        QTRY_VERIFY(site.window->progress().isRunning());
+        site.find<QPushButton>("progressPanelStopButton").click();
+        QTRY_VERIFY(site.isDone());
+        const bool hasMany = fs::exists(folders.at("sending/many"));
+        QVERIFY(site.log().endsWith(hasMany
+                                        ? QLatin1String("links in the others are as they were.")
+                                        : QLatin1String("\nStopped before anything was moved or copied.")));
+        if (hasMany)
+            QCOMPARE(std::distance(fs::directory_iterator(folders.at("sending/many")), {}), 500);
+        fs::remove_all(folders.at("sending/many"));
+        QCOMPARE(folders.listing("sending"), before);
+    }
+
     void rename_rewritesLinks()
     {
         const TwoFolders folders;

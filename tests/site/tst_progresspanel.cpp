@@ -6,15 +6,34 @@
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>
+#include <QCloseEvent>
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMessageBox>
 #include <QPushButton>
 #include <QScrollBar>
 #include <QSignalSpy>
 #include <QTest>
 
 using namespace luma;
+
+namespace {
+
+class RefusingWindow final : public QWidget
+{
+public:
+    bool wasAsked = false;
+
+protected:
+    void closeEvent(QCloseEvent* event) override
+    {
+        wasAsked = true;
+        event->ignore();
+    }
+};
+
+} // namespace
 
 class tst_progresspanel final : public QObject
 {
@@ -31,6 +50,15 @@ private:
     }
     LogView& log() { return find<LogView>("progressPanelTextField2"); }
     bool isAtEnd() { return log().verticalScrollBar()->value() == log().verticalScrollBar()->maximum(); }
+
+    void chooseFile(const std::filesystem::path& file)
+    {
+        find<QPushButton>("saveButton").click();
+        auto* const dialog = m_progress->panel().findChild<QFileDialog*>(QStringLiteral("saveLogDialog"));
+        QVERIFY(dialog);
+        emit dialog->fileSelected(QString::fromStdString(file.string()));
+        dialog->close();
+    }
 
 private slots:
     void init()
@@ -74,6 +102,22 @@ private slots:
         QCOMPARE(QGuiApplication::clipboard()->text(), m_progress->lineText(170) + QLatin1Char('\n'));
         find<QPushButton>("progressPanelOKButton").click();
         QVERIFY(!m_progress->panel().isVisible());
+    }
+
+    void quittingThatAnotherWindowRefuses_bringsThePanelBack()
+    {
+        RefusingWindow other;
+        other.show();
+        m_progress->begin(QStringLiteral("Listing"));
+        QEvent quit(QEvent::Quit);
+        QCoreApplication::sendEvent(qApp, &quit);
+        QVERIFY(other.wasAsked);
+        QVERIFY(!quit.isAccepted());
+        m_window.show();
+        QTRY_VERIFY(m_progress->panel().isVisible());
+        m_progress->panel().close();
+        QVERIFY(m_progress->panel().isVisible());
+        m_progress->finish();
     }
 
     void staysAwayWhileTheWindowShowsASheet()
@@ -121,18 +165,31 @@ private slots:
         test::saveScreenshots(m_progress->panel(), QStringLiteral("progress-300000"));
     }
 
-    void savesTheLog()
+    void copiesAndSavesTheLogAsText()
     {
         const test::TwoFolders folders;
         m_progress->begin(QString());
         m_progress->append(QStringLiteral("one\n\u00fc\n\nDone"));
         m_progress->finish();
-        find<QPushButton>("saveButton").click();
-        auto* const dialog = m_progress->panel().findChild<QFileDialog*>(QStringLiteral("saveLogDialog"));
-        QVERIFY(dialog);
-        emit dialog->fileSelected(QString::fromStdString(folders.at("log.txt").string()));
-        dialog->close();
+        find<QPushButton>("copyAllButton").click();
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("one\n\u00fc\n\nDone"));
+        chooseFile(folders.at("log.txt"));
         QCOMPARE(folders.bytes("log.txt"), std::string("one\n\xc3\xbc\n\nDone"));
+    }
+
+    void aLogThatCannotBeSaved_isSaid()
+    {
+        const test::TwoFolders folders;
+        m_progress->begin(QString());
+        m_progress->append(QStringLiteral("one\n"));
+        m_progress->finish();
+        chooseFile(folders.at("no such folder/log.txt"));
+        auto* const box = m_progress->panel().findChild<QMessageBox*>();
+        QVERIFY(box && box->isVisible());
+        QVERIFY(box->informativeText().contains(QLatin1String("no such folder")) ||
+                box->text().contains(QLatin1String("no such folder")));
+        box->close();
+        QVERIFY(folders.listing(".") == "receiving/\nsending/\n");
     }
 
     void theModelTellsExactlyWhatItShows()

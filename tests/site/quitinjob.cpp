@@ -1,0 +1,104 @@
+// The window of a site that is quit in the middle of a job; tst_quitinjob runs it and looks at what it left.
+//     quit_in_job FOLDER JOB WAY
+// FOLDER is a TwoFolders with a site in "sending". Ends with 0 when quitting ended it, with 3 when it went
+// on.
+
+#include "browser/filesystemmodel.h"
+#include "platform/quitsignals.h"
+#include "tests/site/sitewindow.h"
+
+#include <QAction>
+#include <QDialog>
+#include <QMessageBox>
+#include <QThreadPool>
+#include <QTimer>
+
+#include <csignal>
+#include <functional>
+#include <map>
+
+using luma::BrowserListView;
+using luma::test::SiteWindow;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int wentOn = 3;
+
+bool isWaiting(const std::function<bool()>& condition)
+{
+    return QTest::qWaitFor(condition, 60'000);
+}
+
+void drop(const SiteWindow& site, Qt::KeyboardModifiers modifiers)
+{
+    site.source().browser().setPath({"a"});
+    SiteWindow::dragAndDrop(SiteWindow::list(site.source(), 0), SiteWindow::list(site.source(), 0),
+                            SiteWindow::item(site.source(), 0, "b"), modifiers);
+    // The pane takes it when the drag is over.
+    (void)isWaiting([&] { return site.window->progress().isRunning(); });
+}
+
+void deleteUnlinkedItems(const SiteWindow& site)
+{
+    site.source().startFindUnlinkedItems();
+    auto& remove = site.find<QPushButton>("unlinkedItemsDeleteButton");
+    (void)isWaiting([&] { return remove.isEnabled(); });
+    remove.click();
+    site.find<QMessageBox>("deleteUnlinkedItemsAlert").buttons().first()->click();
+}
+
+const std::map<std::string, std::function<void(const SiteWindow&)>> jobs = {
+    {"move", [](const SiteWindow& site) { drop(site, Qt::NoModifier); }},
+    {"copy", [](const SiteWindow& site) { drop(site, Qt::ControlModifier); }},
+    {"rename",
+     [](const SiteWindow& site) {
+         site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"), QStringLiteral("z"),
+                                                 Qt::EditRole);
+     }},
+    {"duplicate",
+     [](const SiteWindow& site) {
+         site.source().browser().setPath({"a"});
+         site.source().duplicateItem();
+     }},
+    {"missing", [](const SiteWindow& site) { site.source().startFindMissingLinks(); }},
+    {"links to",
+     [](const SiteWindow& site) {
+         site.source().browser().setPath({"a"});
+         site.source().showLinksForItem(QStringLiteral("Show Links To Item..."));
+     }},
+    {"unlinked", [](const SiteWindow& site) { site.source().startFindUnlinkedItems(); }},
+    {"delete", deleteUnlinkedItems}};
+
+const std::map<std::string, std::function<void(const SiteWindow&)>> ways = {
+    {"quit", [](const SiteWindow&) { QCoreApplication::quit(); }},
+    {"menu", [](const SiteWindow& site) { site.find<QAction>("quitAction").trigger(); }},
+    {"signal", [](const SiteWindow&) { (void)std::raise(SIGTERM); }}};
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QApplication application(argc, argv);
+    if (argc != 4 || !jobs.count(argv[2]) || !ways.count(argv[3]))
+        return 2;
+    const luma::QuitSignals signalsQuit;
+    auto site = std::make_unique<SiteWindow>(fs::path(argv[1]) / "sending", fs::path(argv[1]) / "receiving");
+    if (!isWaiting([&] { return site->isConnected(); }))
+        return 2;
+    QTimer::singleShot(0, qApp, [&] {
+        jobs.at(argv[2])(*site);
+        ways.at(argv[3])(*site);
+        // When the job comes to its end and the program is still there, it did not quit.
+        auto* const look = new QTimer(qApp);
+        QObject::connect(look, &QTimer::timeout, qApp, [] {
+            if (QThreadPool::globalInstance()->activeThreadCount() == 0)
+                QCoreApplication::exit(wentOn);
+        });
+        look->start(50);
+    });
+    const int code = QApplication::exec();
+    // As the program does it: the windows are gone, and with the application object the pool runs empty.
+    site.reset();
+    return code;
+}
