@@ -216,6 +216,24 @@ private slots:
         QVERIFY(window->isWindowModified());
     }
 
+    void darkTheme_isTakenOver()
+    {
+        const QPalette light = QApplication::palette();
+        open("<!DOCTYPE html><title>T</title><style>p { color: #444 }</style><section><p>one</p></section>");
+        type("p", " two");
+        QTRY_COMPARE(outline()->currentIndex(), row("<p>"));
+        QPalette dark(QColor(0x31, 0x36, 0x3b), QColor(0x2a, 0x2e, 0x32));
+        dark.setColor(QPalette::Base, QColor(0x1b, 0x1e, 0x20));
+        dark.setColor(QPalette::Text, Qt::white);
+        dark.setColor(QPalette::Link, QColor(0x1d, 0x99, 0xf3));
+        QApplication::setPalette(dark);
+        QTRY_COMPARE(row("<p>").data(Qt::ForegroundRole).value<QColor>(), dark.color(QPalette::Link));
+        QVERIFY(qGray(outline()->viewport()->grab().toImage().pixel(200, outline()->viewport()->height() -
+                                                                             5)) < 60);
+        luma::test::screenshot(*window, "dark");
+        QApplication::setPalette(light);
+    }
+
     void newPage_isSavedUnderAName()
     {
         openUntitled();
