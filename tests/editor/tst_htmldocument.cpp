@@ -193,6 +193,22 @@ private slots:
         QVERIFY(file("page.html").find("<title>Old</title>") != std::string::npos);
     }
 
+    void elementsThatAreLost_areAskedAbout()
+    {
+        open("<title>T</title><select><option>a</option><hr></select><p>one</p>");
+        const std::string page = file("page.html");
+        trigger("saveAction");
+        QTRY_VERIFY(the<QMessageBox>("lossQuestion"));
+        luma::test::screenshot(*the<QMessageBox>("lossQuestion"), "loss question");
+        answerQuestion("lossQuestion", QMessageBox::Cancel);
+        QCOMPARE(file("page.html"), page);
+        QTRY_VERIFY(!the<QMessageBox>("lossQuestion"));
+        trigger("saveAction");
+        answerQuestion("lossQuestion", "Leave Out");
+        QTRY_VERIFY(file("page.html") != page);
+        QCOMPARE(file("page.html").find("<hr>"), std::string::npos);
+    }
+
     void badPage_isToldInTheWindow()
     {
         put("page.html", std::string_view("\xff\xfe", 2));
