@@ -15,6 +15,7 @@
 #include "editor/viewactions.h"
 #include "editor/viewcontroller.h"
 #include "links/linkrules.h"
+#include "platform/files.h"
 #include "platform/resources.h"
 #include "platform/windowregistry.h"
 #include "ui_HTMLDocument.h"
@@ -170,6 +171,11 @@ void HTMLDocument::revertDocumentToSaved()
     m_viewController->catchUp();
     if (self && load(Reading::Again, tr("Revert")))
         updateTitle();
+}
+
+void HTMLDocument::printDocument()
+{
+    (void)readFile(docURL());
 }
 
 void HTMLDocument::checkFile()
@@ -382,16 +388,6 @@ void HTMLDocument::updateActions()
 {
     m_actions->update();
     m_tagControls->update();
-}
-
-QByteArray HTMLDocument::layoutState() const
-{
-    return m_layout->state();
-}
-
-void HTMLDocument::restoreLayoutState(const QByteArray& state)
-{
-    m_layout->restore(state);
 }
 
 } // namespace luma

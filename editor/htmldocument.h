@@ -77,6 +77,9 @@ public:
     /// The same, with the links rebased when the folder is another one.
     bool saveToURL(const std::filesystem::path& url) { return writeToURL(url); }
 
+    /// Reads the file and ends there: pages are not printed, the command is inert.
+    void printDocument();
+
     /// Reads the file again when it has changed on disk: at once in a page without edits, else the window
     /// tells.
     void checkFile();
@@ -87,8 +90,8 @@ public:
     /// The edits made so far; clean means saved.
     [[nodiscard]] QUndoStack* undoStack() { return &m_stack; }
 
-    [[nodiscard]] QByteArray layoutState() const;
-    void restoreLayoutState(const QByteArray& state);
+    [[nodiscard]] QByteArray layoutState() const { return m_layout->state(); }
+    void restoreLayoutState(const QByteArray& state) { m_layout->restore(state); }
 
 signals:
     void newRequested();

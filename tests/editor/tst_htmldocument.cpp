@@ -250,6 +250,18 @@ private slots:
         QApplication::setPalette(light);
     }
 
+    void print_doesNothing()
+    {
+        open("<title>Old</title><p>x</p>");
+        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("New"));
+        window->printDocument();
+        QVERIFY(std::filesystem::remove(at("page.html")));
+        window->printDocument();
+        QCOMPARE(window->tree().document()->title(), std::string("New"));
+        QVERIFY(window->isWindowModified());
+        QVERIFY(!the<QWidget>("noticeBar")->isVisible());
+    }
+
     void newPage_isSavedUnderAName()
     {
         openUntitled();
