@@ -15,6 +15,7 @@
 #include "browser/transformers.h"
 #include "browser/unavailablemounter.h"
 #include "browser/unlinkeditemspanel.h"
+#include "platform/console.h"
 #include "platform/files.h"
 #include "platform/icons.h"
 #include "platform/mainhop.h"
@@ -23,7 +24,6 @@
 
 #include <QMessageBox>
 
-#include <cstdio>
 #include <utility>
 
 namespace luma {
@@ -260,8 +260,7 @@ void BrowserController::reload()
 
 void BrowserController::folderChanged()
 {
-    std::printf("folderChanged at path = %s\n", m_mountPath.c_str());
-    std::fflush(stdout);
+    printLine("folderChanged at path = " + m_mountPath.string());
     browser().refresh();
 }
 
