@@ -53,6 +53,8 @@ void DocumentActions::update()
           m_ui.inspectElementAction, m_ui.makeLinkAction, m_ui.editLinkAction, m_ui.removeLinkAction,
           m_ui.insertImageAction, m_ui.boldAction, m_ui.italicAction, m_ui.underlineAction})
         action->setEnabled(m_store.hasPage());
+    m_ui.formatBar->setEnabled(m_store.hasPage());
+    m_ui.formatMenu->setEnabled(m_store.hasPage());
     const QUndoStack& stack = *m_document.undoStack();
     m_ui.revertAction->setEnabled(m_store.hasFile());
     m_ui.undoAction->setEnabled(stack.canUndo());

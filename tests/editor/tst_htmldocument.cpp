@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QToolBar>
 
 #include <csignal>
 
@@ -215,6 +216,7 @@ private slots:
         openWindow("page.html");
         QVERIFY(the<QWidget>("noticeBar")->isVisible());
         QVERIFY(!the<QAction>("saveAction")->isEnabled());
+        QVERIFY(!the<QToolBar>("formatBar")->isEnabled());
         window->close();
         QTRY_VERIFY(!window);
     }
