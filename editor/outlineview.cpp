@@ -9,6 +9,7 @@
 #include <QScrollBar>
 
 #include <algorithm>
+#include <memory>
 
 namespace luma {
 
@@ -96,6 +97,19 @@ void OutlineView::startDrag(Qt::DropActions supportedActions)
     picture.setDevicePixelRatio(devicePixelRatioF());
     drag->setPixmap(picture);
     drag->exec(supportedActions | Qt::MoveAction | Qt::CopyAction, Qt::MoveAction);
+}
+
+void OutlineView::take(Qt::DropAction action)
+{
+    m_taken = currentIndex();
+    m_takenFor = action;
+}
+
+void OutlineView::paste()
+{
+    const std::unique_ptr<QMimeData> record(m_taken.isValid() ? model()->mimeData({m_taken}) : nullptr);
+    if (record)
+        model()->dropMimeData(record.get(), m_takenFor, -1, 0, currentIndex());
 }
 
 // The record names a row of this outline; one from another window means nothing here.

@@ -17,6 +17,13 @@ public:
     void setModel(QAbstractItemModel* model) override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
+public slots:
+    /// Dragging by keyboard: the current element is remembered, and paste drops it, or its copy, onto the
+    /// element that is current then.
+    void cut() { take(Qt::MoveAction); }
+    void copy() { take(Qt::CopyAction); }
+    void paste();
+
 signals:
     void deleteWanted();
     void editWanted(const QModelIndex& index);
@@ -36,6 +43,10 @@ protected:
 private:
     /// The width that a row's text gets at least, where there is as much of it.
     [[nodiscard]] int readableWidth() const;
+    void take(Qt::DropAction action);
+
+    QPersistentModelIndex m_taken;
+    Qt::DropAction m_takenFor = Qt::IgnoreAction;
 };
 
 } // namespace luma

@@ -72,7 +72,15 @@ void PageSaver::replace(const Then& then)
     if (m_store.isXhtml())
         askToSaveAsHtml(then);
     else
+        replaceHtml(then);
+}
+
+void PageSaver::replaceHtml(const Then& then)
+{
+    if (m_store.lostElements().empty())
         write(m_store.docURL(), then);
+    else
+        askToLeaveOut(then);
 }
 
 void PageSaver::saveAs(const Then& then)
@@ -122,7 +130,21 @@ void PageSaver::askToSaveAsHtml(const Then& then)
         tr("Saving writes it as HTML, which browsers show but programs that read XML may refuse. Save As "
            "keeps "
            "the file as it is."),
-        tr("Save as HTML"), [this, then] { write(m_store.docURL(), then); });
+        tr("Save as HTML"), [this, then] { replaceHtml(then); });
+}
+
+void PageSaver::askToLeaveOut(const Then& then)
+{
+    QStringList tags;
+    for (const std::string& name : m_store.lostElements())
+        tags += u'<' + QString::fromStdString(name) + u'>';
+    ask(QStringLiteral("lossQuestion"),
+        tr("\u201c%1\u201d holds elements that can't be edited here.").arg(name()),
+        tr("Saving leaves out what stands within <select> besides its options: %1. Save As keeps the file as "
+           "it "
+           "is.")
+            .arg(tags.join(QStringLiteral(", "))),
+        tr("Leave Out"), [this, then] { write(m_store.docURL(), then); });
 }
 
 void PageSaver::ask(const QString& name, const QString& text, const QString& consequence,

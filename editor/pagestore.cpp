@@ -1,5 +1,6 @@
 #include "editor/pagestore.h"
 
+#include "editor/lostelements.h"
 #include "editor/pagecommands.h"
 #include "editor/pagelanguage.h"
 #include "editor/pagetree.h"
@@ -70,6 +71,7 @@ Result<void> PageStore::load(const QString& name)
     if (!parsed)
         return Error{m_docURL.string() + ": " + parsed.error().text};
     m_isXhtml = language.kind == PageLanguage::Kind::Xhtml;
+    m_lostElements = luma::lostElements(*bytes);
     if (html::Document* document = m_tree.document()) {
         document->setByteOrderMark((*parsed)->hasByteOrderMark());
         PageCommands(m_tree, m_stack)
@@ -111,6 +113,7 @@ Result<void> PageStore::save(const fs::path& path)
     m_file = std::move(file);
     m_hasFile = true;
     m_isXhtml = false;
+    m_lostElements.clear();
     m_stack.setClean();
     return {};
 }

@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 class QUndoStack;
 
@@ -43,6 +44,9 @@ public:
     /// Whether the page's file is XHTML. Saved over it, the page becomes HTML.
     [[nodiscard]] bool isXhtml() const { return m_isXhtml; }
 
+    /// The names of the elements in the page's file that the tree does not hold, and saving leaves out.
+    [[nodiscard]] const std::vector<std::string>& lostElements() const { return m_lostElements; }
+
     [[nodiscard]] bool changedOnDisk() const { return m_hasFile && m_file.changedOnDisk(); }
 
 private:
@@ -52,6 +56,7 @@ private:
     std::filesystem::path m_docURL;
     bool m_hasFile = false;
     bool m_isXhtml = false;
+    std::vector<std::string> m_lostElements;
 };
 
 } // namespace luma

@@ -17,6 +17,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QToolBar>
 
 #include <csignal>
 
@@ -193,12 +194,29 @@ private slots:
         QVERIFY(file("page.html").find("<title>Old</title>") != std::string::npos);
     }
 
+    void elementsThatAreLost_areAskedAbout()
+    {
+        open("<title>T</title><select><option>a</option><hr></select><p>one</p>");
+        const std::string page = file("page.html");
+        trigger("saveAction");
+        QTRY_VERIFY(the<QMessageBox>("lossQuestion"));
+        luma::test::screenshot(*the<QMessageBox>("lossQuestion"), "loss question");
+        answerQuestion("lossQuestion", QMessageBox::Cancel);
+        QCOMPARE(file("page.html"), page);
+        QTRY_VERIFY(!the<QMessageBox>("lossQuestion"));
+        trigger("saveAction");
+        answerQuestion("lossQuestion", "Leave Out");
+        QTRY_VERIFY(file("page.html") != page);
+        QCOMPARE(file("page.html").find("<hr>"), std::string::npos);
+    }
+
     void badPage_isToldInTheWindow()
     {
         put("page.html", std::string_view("\xff\xfe", 2));
         openWindow("page.html");
         QVERIFY(the<QWidget>("noticeBar")->isVisible());
         QVERIFY(!the<QAction>("saveAction")->isEnabled());
+        QVERIFY(!the<QToolBar>("formatBar")->isEnabled());
         window->close();
         QTRY_VERIFY(!window);
     }
@@ -214,6 +232,36 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(isShown(), 30'000);
         QCOMPARE(answer("document.title"), QStringLiteral("New"));
         QVERIFY(window->isWindowModified());
+    }
+
+    void darkTheme_isTakenOver()
+    {
+        const QPalette light = QApplication::palette();
+        open("<!DOCTYPE html><title>T</title><style>p { color: #444 }</style><section><p>one</p></section>");
+        type("p", " two");
+        QTRY_COMPARE(outline()->currentIndex(), row("<p>"));
+        QPalette dark(QColor(0x31, 0x36, 0x3b), QColor(0x2a, 0x2e, 0x32));
+        dark.setColor(QPalette::Base, QColor(0x1b, 0x1e, 0x20));
+        dark.setColor(QPalette::Text, Qt::white);
+        dark.setColor(QPalette::Link, QColor(0x1d, 0x99, 0xf3));
+        QApplication::setPalette(dark);
+        QTRY_COMPARE(row("<p>").data(Qt::ForegroundRole).value<QColor>(), dark.color(QPalette::Link));
+        QVERIFY(qGray(outline()->viewport()->grab().toImage().pixel(200, outline()->viewport()->height() -
+                                                                             5)) < 60);
+        luma::test::screenshot(*window, "dark");
+        QApplication::setPalette(light);
+    }
+
+    void print_doesNothing()
+    {
+        open("<title>Old</title><p>x</p>");
+        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("New"));
+        window->printDocument();
+        QVERIFY(std::filesystem::remove(at("page.html")));
+        window->printDocument();
+        QCOMPARE(window->tree().document()->title(), std::string("New"));
+        QVERIFY(window->isWindowModified());
+        QVERIFY(!the<QWidget>("noticeBar")->isVisible());
     }
 
     void newPage_isSavedUnderAName()

@@ -73,6 +73,31 @@ private slots:
         QCOMPARE(outline()->currentIndex(), row("<article>"));
     }
 
+    void elements_areMovedAndCopiedByKeyboard()
+    {
+        open("<title>T</title><section><p>one</p></section><article></article>");
+        const auto paste = [this](const char* taken, const char* action, const char* target) {
+            click(taken);
+            trigger(action);
+            click(target);
+            trigger("pasteAction");
+            QCoreApplication::processEvents();
+        };
+        paste("<p>", "copyAction", "<article>");
+        QTRY_COMPARE(body(), std::string("<section><p>one</p></section><article><p>one</p></article>"));
+        paste("<article>", "cutAction", "<section>");
+        const std::string moved = "<section><article><p>one</p></article><p>one</p></section>";
+        QTRY_COMPARE(body(), moved);
+        trigger("pasteAction"); // it was moved once
+        paste("<section>", "cutAction", "<article>");
+        paste("<title>", "copyAction", "<section>");
+        paste("<body>", "cutAction", "<head>");
+        QCOMPARE(body(), moved);
+        trigger("undoAction");
+        trigger("undoAction");
+        QTRY_COMPARE(body(), std::string("<section><p>one</p></section><article></article>"));
+    }
+
     void scrollPositions_stayOverEditUndoAndReload()
     {
         open("<title>T</title>" + repeated("<section><h2>Head</h2><p>text</p></section>", 300));

@@ -109,6 +109,38 @@ private slots:
         QCOMPARE(store->isXhtml(), isXhtml);
     }
 
+    void elementsThatTheTreeLacks_areKnown_data()
+    {
+        QTest::addColumn<QByteArray>("markup");
+        QTest::addColumn<QByteArray>("lost");
+        QTest::newRow("none") << QByteArray("<select><option>a<optgroup></select><hr><button>b")
+                              << QByteArray();
+        QTest::newRow("some") << QByteArray("<select><option>a<HR><option>b<button><b>c</select><i>d")
+                              << QByteArray("hr button b");
+        QTest::newRow("in two") << QByteArray("<select><hr></select><select><hr><img></select>")
+                                << QByteArray("hr img");
+        QTest::newRow("ended by a field") << QByteArray("<select><input><hr>") << QByteArray();
+        QTest::newRow("in a template")
+            << QByteArray("<select><template><b>x</b></template><u></select>") << QByteArray("u");
+        QTest::newRow("in a script") << QByteArray("<script>'<select><hr>'</script><!-- <select> --><hr>")
+                                     << QByteArray();
+    }
+    void elementsThatTheTreeLacks_areKnown()
+    {
+        QFETCH(QByteArray, markup);
+        QFETCH(QByteArray, lost);
+        put("page.html", markup.toStdString());
+        QVERIFY(open("page.html"));
+        QByteArrayList names;
+        for (const std::string& name : store->lostElements()) {
+            names += QByteArray::fromStdString(name);
+            QVERIFY(tree->document()->select("select " + name).empty());
+        }
+        QCOMPARE(names.join(' '), lost);
+        QVERIFY(store->save(at("page.html")));
+        QVERIFY(store->lostElements().empty());
+    }
+
     void noFile_isRefused()
     {
         put("page.html", "<p>");

@@ -90,6 +90,14 @@ private slots:
             QVERIFY2(fault(page.source).isEmpty(), (page.name + ": " + fault(page.source).data()).c_str());
     }
 
+    void sampleSitePages_surviveWritingAndPrinting()
+    {
+        const auto pages = test::sampleSitePages();
+        QVERIFY(pages.size() > 5);
+        for (const test::Page& page : pages)
+            QVERIFY2(fault(page.source).isEmpty(), (page.name + ": " + fault(page.source).data()).c_str());
+    }
+
     void documentationPages_surviveWritingAndPrinting()
     {
         const auto pages = test::documentationPages(200, 1'000'000);
