@@ -21,7 +21,8 @@ bool contains(const List& list, std::string_view name)
 } // namespace
 
 CommandArguments::CommandArguments(const std::vector<std::string>& arguments,
-                                   std::vector<std::string_view> flags, std::vector<std::string_view> options)
+                                   const std::vector<std::string_view>& flags,
+                                   const std::vector<std::string_view>& options)
 {
     auto next = arguments.begin();
     for (; next != arguments.end() && *next != "--" && m_error.empty(); ++next) {

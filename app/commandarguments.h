@@ -13,8 +13,8 @@ class CommandArguments final
 {
 public:
     /// `flags` stand alone, `options` take the next argument as their value or have it after "=".
-    CommandArguments(const std::vector<std::string>& arguments, std::vector<std::string_view> flags,
-                     std::vector<std::string_view> options);
+    CommandArguments(const std::vector<std::string>& arguments, const std::vector<std::string_view>& flags,
+                     const std::vector<std::string_view>& options);
 
     /// Why the arguments are unusable; empty when they are not.
     [[nodiscard]] const std::string& error() const { return m_error; }

@@ -73,7 +73,7 @@ void LUMAAppDelegate::connectWindow()
     connect(from, &SiteListWindow::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
-void LUMAAppDelegate::applicationWillFinishLaunching()
+void LUMAAppDelegate::applicationWillFinishLaunching() const
 {
     endStrayWatchers(m_services.shell);
 }
@@ -174,7 +174,7 @@ void LUMAAppDelegate::getPath(QObject* sender)
     panel->open();
 }
 
-void LUMAAppDelegate::loadURLWithSender(QObject* /*sender*/)
+void LUMAAppDelegate::loadURLWithSender(QObject* /*sender*/) const
 {
     (void)m_services.openUrl(QUrl(QStringLiteral("http://") + maker::webSite + maker::productPage));
 }

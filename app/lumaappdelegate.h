@@ -41,7 +41,7 @@ public:
     [[nodiscard]] SiteListWindow& siteListWindow() const { return *window; }
 
     /// Ends stray folder watchers.
-    void applicationWillFinishLaunching();
+    void applicationWillFinishLaunching() const;
     /// Loads the list. Its window is ready to be shown.
     void applicationDidFinishLaunching();
     static bool applicationShouldOpenUntitledFile() { return false; }
@@ -56,7 +56,7 @@ public slots:
     void remove(QObject* sender);
     /// The sender's property `tag`: 0 for the source's path, any other for the destination's.
     void getPath(QObject* sender);
-    void loadURLWithSender(QObject* sender);
+    void loadURLWithSender(QObject* sender) const;
     void checkForUpdateWithSender(QObject* sender);
     void showPreferences(QObject* sender);
     void showAbout(QObject* sender);

@@ -79,7 +79,7 @@ void PageWindows::openFrom(const HTMLDocument* window, const fs::path& page)
     const fs::path below = page.lexically_relative(site);
     const bool isInside = !site.empty() && !below.empty() && *below.begin() != "..";
     if (const auto opened = m_documents.open(page, isInside ? site : page.parent_path()); !opened)
-        std::fprintf(stderr, "luma: %s\n", opened.error().text.c_str());
+        (void)std::fprintf(stderr, "luma: %s\n", opened.error().text.c_str());
 }
 
 std::vector<fs::path> PageWindows::recentPages() const

@@ -92,7 +92,7 @@ void Program::openSite(const SiteList::Record& siteDict)
 void Program::openFile(const std::filesystem::path& file, const std::filesystem::path& siteFolder)
 {
     if (const auto opened = m_documents.open(file, siteFolder); !opened)
-        std::fprintf(stderr, "luma: %s\n", opened.error().text.c_str());
+        (void)std::fprintf(stderr, "luma: %s\n", opened.error().text.c_str());
 }
 
 void Program::terminate()
@@ -100,7 +100,7 @@ void Program::terminate()
     if (std::exchange(m_terminated, true))
         return;
     if (const auto saved = m_delegate.applicationWillTerminate(); !saved)
-        std::fprintf(stderr, "luma: %s\n", saved.error().text.c_str());
+        (void)std::fprintf(stderr, "luma: %s\n", saved.error().text.c_str());
     closeMainHop();
     terminateRunningChildren();
 }

@@ -1,3 +1,4 @@
+#include "bench/measuring.h"
 #include "html/characterdata.h"
 #include "html/element.h"
 #include "html/parse.h"
@@ -5,8 +6,6 @@
 
 #include <gumbo.h>
 
-#include <algorithm>
-#include <chrono>
 #include <cstdio>
 #include <string>
 #include <vector>
@@ -18,21 +17,7 @@
 namespace {
 
 using namespace luma::html;
-
-std::string makePage()
-{
-    std::string page =
-        "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>Page</title>\n"
-        "</head>\n<body>\n";
-    for (int i = 0; i < 5000; ++i) {
-        page += "<section class=\"entry odd\" id=\"entry" + std::to_string(i) +
-                "\">\n<h2>Entry &amp; heading</h2>\n<p>Some text of the entry, long enough to look like one "
-                "that was "
-                "written, with a <a href=\"../pages/page" +
-                std::to_string(i) + ".html\">link to another</a> in it.</p>\n</section>\n";
-    }
-    return page + "</body>\n</html>\n";
-}
+using namespace luma::bench;
 
 /// What the outline asks of every row.
 std::size_t readRows(const Document& document)
@@ -52,30 +37,11 @@ std::size_t readRows(const Document& document)
     return seen;
 }
 
-class Stopwatch
-{
-public:
-    double milliseconds() const
-    {
-        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - m_start).count();
-    }
-
-private:
-    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
-};
-
-double middle(std::vector<double> times)
-{
-    std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2),
-                     times.end());
-    return times[times.size() / 2];
-}
-
 } // namespace
 
 int main()
 {
-    const std::string page = makePage();
+    const std::string page = samplePage(5000);
     std::vector<double> bare;
     std::vector<double> parsed;
     std::vector<double> withRows;

@@ -15,11 +15,11 @@
 #include "browser/transformers.h"
 #include "browser/unavailablemounter.h"
 #include "browser/unlinkeditemspanel.h"
+#include "platform/console.h"
 #include "platform/icons.h"
 
 #include "ui_BrowserPane.h"
 
-#include <cstdio>
 #include <utility>
 
 namespace luma {
@@ -259,8 +259,7 @@ void BrowserController::reload()
 
 void BrowserController::folderChanged()
 {
-    std::printf("folderChanged at path = %s\n", m_mountPath.c_str());
-    std::fflush(stdout);
+    printLine("folderChanged at path = " + m_mountPath.string());
     browser().refresh();
 }
 

@@ -62,7 +62,7 @@ QRect textRect(const QStyleOptionViewItem& option, const QModelIndex& index)
 
 void paintArrow(QPainter* painter, const QStyleOptionViewItem& option)
 {
-    QStyleOption arrow = option;
+    QStyleOptionViewItem arrow = option;
     arrow.rect =
         QRect(option.rect.right() - arrowWidth + 1, option.rect.top(), arrowWidth - 4, option.rect.height());
     arrow.rect = QStyle::alignedRect(option.direction, Qt::AlignCenter, QSize(10, 10), arrow.rect);

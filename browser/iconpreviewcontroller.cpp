@@ -27,7 +27,7 @@ QString factsOf(const std::filesystem::path& path)
     if (::lstat(path.c_str(), &status) != 0)
         return {};
     const QDateTime changed = QDateTime::fromSecsSinceEpoch(status.st_mtime);
-    const QString time = QLocale().toString(changed, QLocale::ShortFormat);
+    QString time = QLocale().toString(changed, QLocale::ShortFormat);
     if (S_ISLNK(status.st_mode))
         return IconPreviewController::tr("Symbolic link\n%1").arg(time);
     if (S_ISDIR(status.st_mode))

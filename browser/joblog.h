@@ -33,7 +33,7 @@ public:
     [[nodiscard]] std::filesystem::path fileOfLine(int number) const;
 
 private:
-    static constexpr std::size_t mostWaiting = 256 * 1024; // bytes
+    static constexpr std::size_t mostWaiting = 256UL * 1024; // bytes
 
     std::function<void(JobLog&)> m_whenFull;
     mutable std::mutex m_mutex;

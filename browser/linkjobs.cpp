@@ -5,9 +5,9 @@
 #include "browser/panehost.h"
 #include "browser/relativepath.h"
 #include "links/linkreports.h"
+#include "platform/console.h"
 #include "platform/mainhop.h"
 
-#include <cstdio>
 #include <system_error>
 
 namespace luma {
@@ -195,10 +195,8 @@ void LinkJobs::beginUpdate(const fs::path& site, std::function<MoveOutcome(LinkU
               LinkUpdatingMove::Callbacks callbacks;
               callbacks.log = [&log](const std::string& text) { log.addText(text); };
               callbacks.problem = [&log](const MoveProblem& problem) {
-                  if (problem.kind == MoveProblem::Kind::Clash) {
-                      std::printf("%s\n", problem.text.c_str());
-                      std::fflush(stdout);
-                  }
+                  if (problem.kind == MoveProblem::Kind::Clash)
+                      printLine(problem.text);
                   log.addLine(problem.text, problem.path);
               };
               // A move is done before anybody looks at the columns; a copy may take long and would make the

@@ -3,9 +3,8 @@
 #include "browser/connectionrequest.h"
 #include "browser/endpoint.h"
 #include "browser/mounturl.h"
+#include "platform/console.h"
 #include "platform/volumemounter.h"
-
-#include <cstdio>
 
 namespace luma {
 
@@ -38,8 +37,7 @@ MountResult mountStep(const QVariantMap& request, VolumeMounter& mounter,
     if (!folder && isWanted())
         folder = mounter.existingMount(shareURL);
     if (!folder && isWanted()) {
-        std::printf("Error: sharePath: %s) Not Valid\n", qUtf8Printable(shareURL));
-        std::fflush(stdout);
+        printLine("Error: sharePath: " + shareURL.toStdString() + ") Not Valid");
     }
     return {folder, folder.value_or(std::filesystem::path())};
 }

@@ -2,10 +2,9 @@
 
 #include "browser/connectionrequest.h"
 #include "browser/endpoint.h"
+#include "platform/console.h"
 #include "platform/mainhop.h"
 #include "platform/volumemounter.h"
-
-#include <cstdio>
 
 namespace luma {
 
@@ -21,8 +20,7 @@ void run(const Guard& guard, const WorkItem& item, const QVariantMap& request, V
             emit connection.started();
     });
     if (item.isCancelled()) {
-        std::puts("workItem is cancelled");
-        std::fflush(stdout);
+        printLine("workItem is cancelled");
         return;
     }
     const MountResult result = mountStep(request, mounter, [&item] { return !item.isCancelled(); });

@@ -1,29 +1,27 @@
 #include "editor/htmldocument.h"
 
 #include "editor/codehighlighter.h"
+#include "editor/documentactions.h"
 #include "editor/formatbar.h"
 #include "editor/metasheet.h"
+#include "editor/noticebar.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
 #include "editor/pageedits.h"
 #include "editor/pagesaver.h"
-#include "editor/pagesplit.h"
 #include "editor/pagewatch.h"
-#include "editor/pathtext.h"
-#include "editor/scriptcall.h"
 #include "editor/stylesheeteditor.h"
 #include "editor/tagcontrols.h"
 #include "editor/viewactions.h"
 #include "editor/viewcontroller.h"
 #include "links/linkrules.h"
+#include "platform/files.h"
 #include "platform/resources.h"
 #include "platform/windowregistry.h"
 #include "ui_HTMLDocument.h"
 
 #include <QCloseEvent>
-#include <QDataStream>
 #include <QPointer>
-#include <QScreen>
 
 #include <cstdio>
 #include <utility>
@@ -37,21 +35,16 @@ HTMLDocument::HTMLDocument(Services services, QWidget* parent)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->setupUi(this);
-    m_ui->noticeBar->hide();
+    m_notice = new NoticeBar(*m_ui, this);
     createOutline();
     createRendering();
     createEdits();
     createStyleSheets();
     createSaver();
-    connectFileMenu();
-    connectEditMenu();
+    m_actions = new DocumentActions(*m_ui, *this, m_store, m_services.recentPages);
+    m_actions->connectTo(*m_saver, *m_edits);
     connectChanges();
-    for (QWidget* side : {m_ui->outlinePane, m_ui->stylePane}) {
-        side->setMinimumWidth(pagesplit::narrowestSide);
-        side->setMaximumWidth(pagesplit::widestSide);
-    }
-    m_ui->splitView->setStretchFactor(1, 1);
-    m_ui->splitView->setSizes({pagesplit::widestSide, width(), pagesplit::widestSide});
+    m_layout.emplace(*this, *m_ui->splitView);
     WindowRegistry::instance().add(this);
     WindowRegistry::instance().fill(m_ui->windowsMenu);
     updateTitle();
@@ -105,7 +98,7 @@ void HTMLDocument::createStyleSheets()
     connect(m_styleSheets, &StyleSheetEditor::fileStored, this, &HTMLDocument::reload);
     connect(m_styleSheets, &StyleSheetEditor::styleBlockWanted, m_edits, &PageEdits::updateStyleBlock);
     connect(m_styleSheets, &StyleSheetEditor::failed, this, [this](const QString& reason) {
-        showNotice(tr("The style sheet could not be saved: %1").arg(reason), false);
+        m_notice->tell(tr("The style sheet could not be saved: %1").arg(reason));
     });
 }
 
@@ -123,29 +116,11 @@ void HTMLDocument::createSaver()
     connect(m_watch, &PageWatch::mayHaveChanged, this, &HTMLDocument::checkFile);
 }
 
-void HTMLDocument::connectFileMenu()
-{
-    connect(m_ui->newAction, &QAction::triggered, this, &HTMLDocument::newRequested);
-    connect(m_ui->openAction, &QAction::triggered, m_saver, &PageSaver::openPanel);
-    connect(m_ui->openRecentMenu, &QMenu::aboutToShow, this, &HTMLDocument::fillRecentMenu);
-    connect(m_ui->saveAction, &QAction::triggered, m_saver, [this] { m_saver->save({}); });
-    connect(m_ui->saveAsAction, &QAction::triggered, m_saver, [this] { m_saver->saveAs({}); });
-    connect(m_ui->revertAction, &QAction::triggered, this, &HTMLDocument::revertDocumentToSaved);
-    connect(m_ui->closeAction, &QAction::triggered, this, &HTMLDocument::close);
-    connect(m_ui->noticeReloadButton, &QPushButton::clicked, this, &HTMLDocument::revertDocumentToSaved);
-    connect(m_ui->noticeCloseButton, &QPushButton::clicked, m_ui->noticeBar, &QWidget::hide);
-}
-
-void HTMLDocument::connectEditMenu()
-{
-    connect(m_ui->undoAction, &QAction::triggered, m_edits, &PageEdits::undo);
-    connect(m_ui->redoAction, &QAction::triggered, m_edits, &PageEdits::redo);
-    connect(m_ui->pageTitleAction, &QAction::triggered, this, &HTMLDocument::editTitle);
-    connect(m_ui->reloadAction, &QAction::triggered, this, &HTMLDocument::reload);
-}
-
 void HTMLDocument::connectChanges()
 {
+    connect(m_notice, &NoticeBar::reloadWanted, this, &HTMLDocument::revertDocumentToSaved);
+    connect(m_ui->pageTitleAction, &QAction::triggered, this, &HTMLDocument::editTitle);
+    connect(m_ui->reloadAction, &QAction::triggered, this, &HTMLDocument::reload);
     connect(&m_stack, &QUndoStack::cleanChanged, this, &HTMLDocument::updateTitle);
     connect(&m_stack, &QUndoStack::indexChanged, this, &HTMLDocument::updateActions);
     connect(m_ui->cssField, &QPlainTextEdit::textChanged, this, &HTMLDocument::updateTitle);
@@ -176,12 +151,12 @@ bool HTMLDocument::load(Reading reading, const QString& name)
     {
         const auto quiet = m_selection->quietly();
         if (const auto loaded = m_store.load(name); !loaded) {
-            showNotice(tr("This page can't be edited. %1").arg(QString::fromStdString(loaded.error().text)),
-                       false);
+            m_notice->tell(
+                tr("This page can't be edited. %1").arg(QString::fromStdString(loaded.error().text)));
             return false;
         }
     }
-    m_ui->noticeBar->hide();
+    m_notice->hide();
     m_styleSheets->dropDrafts();
     m_viewController->show(reading == Reading::First ? ViewController::Position::Start
                                                      : ViewController::Position::Keep);
@@ -198,6 +173,11 @@ void HTMLDocument::revertDocumentToSaved()
         updateTitle();
 }
 
+void HTMLDocument::printDocument()
+{
+    (void)readFile(docURL());
+}
+
 void HTMLDocument::checkFile()
 {
     watchFile();
@@ -208,9 +188,9 @@ void HTMLDocument::checkFile()
     if (!self)
         return;
     if (isEdited())
-        showNotice(tr("Another program has changed this page. Reload takes its version; undo brings yours "
-                      "back."),
-                   true);
+        m_notice->tellAndOfferReload(
+            tr("Another program has changed this page. Reload takes its version; undo brings yours "
+               "back."));
     else
         load(Reading::Again, tr("Reload"));
 }
@@ -228,11 +208,6 @@ std::string HTMLDocument::pageMarkup() const
     return m_tree.document() ? m_tree.document()->outerHtml() : std::string();
 }
 
-SiteFolder HTMLDocument::siteFolder() const
-{
-    return {docURL(), mountPath};
-}
-
 QString HTMLDocument::getHTML(const QString& source)
 {
     if (source != QLatin1String("OutlineView"))
@@ -243,7 +218,7 @@ QString HTMLDocument::getHTML(const QString& source)
 void HTMLDocument::setHTML(std::string_view markup)
 {
     if (const auto taken = m_edits->takeMarkup(markup); !taken)
-        showNotice(tr("The page was not changed: %1").arg(QString::fromStdString(taken.error().text)), false);
+        m_notice->tell(tr("The page was not changed: %1").arg(QString::fromStdString(taken.error().text)));
 }
 
 void HTMLDocument::markEdited(const QString& name)
@@ -266,14 +241,9 @@ void HTMLDocument::buildCSSMenu()
 void HTMLDocument::loadCSSNames()
 {
     const QPointer<HTMLDocument> self = this;
-    const QVariant classes =
-        m_viewController->evaluateAndWait(QStringLiteral("findAllDotClassNamesFromCSS()"));
-    if (!self)
-        return;
-    m_cssNames.classes = ScriptCall::strings(classes).value_or(m_cssNames.classes);
-    const QVariant ids = m_viewController->evaluateAndWait(QStringLiteral("findAllIDNamesFromCSS()"));
+    CssNames names = cssNamesOf(*m_viewController, m_cssNames);
     if (self)
-        m_cssNames.ids = ScriptCall::strings(ids).value_or(m_cssNames.ids);
+        m_cssNames = std::move(names);
 }
 
 void HTMLDocument::applyCallbackText(const QString& text)
@@ -293,11 +263,7 @@ void HTMLDocument::setActiveElement(const std::vector<int>& path)
 
 void HTMLDocument::fitWindowToPage(int width)
 {
-    const int missing = width - m_viewController->webView()->width();
-    if (std::exchange(m_wasFitted, true) || missing <= 0 || isMaximized() || isFullScreen())
-        return;
-    const int most = screen()->availableGeometry().width();
-    resize(std::max(this->width(), std::min(this->width() + missing, most)), height());
+    m_layout->fitTo(width);
 }
 
 QString HTMLDocument::linkTo(const fs::path& file) const
@@ -356,12 +322,11 @@ bool HTMLDocument::writeToURL(const fs::path& url)
     const fs::path before = docURL();
     const bool hadFile = m_store.hasFile();
     if (const auto saved = m_store.save(url); !saved) {
-        showNotice(tr("The page could not be saved, your edits are kept. %1")
-                       .arg(QString::fromStdString(saved.error().text)),
-                   false);
+        m_notice->tell(tr("The page could not be saved, your edits are kept. %1")
+                           .arg(QString::fromStdString(saved.error().text)));
         return false;
     }
-    m_ui->noticeBar->hide();
+    m_notice->hide();
     watchFile();
     updateTitle();
     if (!hadFile || before != docURL()) {
@@ -370,17 +335,6 @@ bool HTMLDocument::writeToURL(const fs::path& url)
         buildCSSMenu();
     }
     return true;
-}
-
-void HTMLDocument::fillRecentMenu()
-{
-    m_ui->openRecentMenu->clear();
-    const auto pages = m_services.recentPages ? m_services.recentPages() : std::vector<fs::path>();
-    for (const fs::path& page : pages)
-        m_ui->openRecentMenu->addAction(textOf(page).replace(u'&', QStringLiteral("&&")), this,
-                                        [this, page] { emit openRequested(page); });
-    if (pages.empty())
-        m_ui->openRecentMenu->addAction(tr("No Recent Pages"))->setEnabled(false);
 }
 
 // Closing
@@ -424,13 +378,6 @@ void HTMLDocument::changeEvent(QEvent* event)
 
 // The window
 
-void HTMLDocument::showNotice(const QString& text, bool offersReload)
-{
-    m_ui->noticeText->setText(text);
-    m_ui->noticeReloadButton->setVisible(offersReload);
-    m_ui->noticeBar->show();
-}
-
 void HTMLDocument::updateTitle()
 {
     setWindowTitle(m_saver->name() + QStringLiteral("[*]"));
@@ -439,38 +386,8 @@ void HTMLDocument::updateTitle()
 
 void HTMLDocument::updateActions()
 {
-    const bool hasPage = m_tree.document() != nullptr;
-    for (QAction* action : {m_ui->saveAction, m_ui->saveAsAction, m_ui->pageTitleAction, m_ui->reloadAction,
-                            m_ui->showSourceAction, m_ui->inspectElementAction, m_ui->makeLinkAction,
-                            m_ui->editLinkAction, m_ui->removeLinkAction, m_ui->insertImageAction,
-                            m_ui->boldAction, m_ui->italicAction, m_ui->underlineAction})
-        action->setEnabled(hasPage);
-    m_ui->revertAction->setEnabled(m_store.hasFile());
-    m_ui->undoAction->setEnabled(m_stack.canUndo());
-    m_ui->redoAction->setEnabled(m_stack.canRedo());
-    m_ui->undoAction->setText(tr("&Undo %1").arg(m_stack.undoText()).trimmed());
-    m_ui->redoAction->setText(tr("&Redo %1").arg(m_stack.redoText()).trimmed());
+    m_actions->update();
     m_tagControls->update();
-}
-
-QByteArray HTMLDocument::layoutState() const
-{
-    QByteArray state;
-    QDataStream stream(&state, QIODevice::WriteOnly);
-    stream << saveGeometry() << m_ui->splitView->saveState();
-    return state;
-}
-
-void HTMLDocument::restoreLayoutState(const QByteArray& state)
-{
-    QByteArray geometry;
-    QByteArray split;
-    QDataStream stream(state);
-    stream >> geometry >> split;
-    if (stream.status() != QDataStream::Ok)
-        return;
-    restoreGeometry(geometry);
-    m_ui->splitView->restoreState(split);
 }
 
 } // namespace luma

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "editor/cssnames.h"
 #include "editor/csstidy.h"
 #include "editor/pagedocument.h"
+#include "editor/pagelayout.h"
 #include "editor/pagestore.h"
 #include "editor/pagetree.h"
 #include "editor/tagcontrols.h"
@@ -13,6 +15,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace Ui {
@@ -21,7 +24,9 @@ class HTMLDocument;
 
 namespace luma {
 
+class DocumentActions;
 class MetaSheet;
+class NoticeBar;
 class OutlineModel;
 class OutlineSelection;
 class PageEdits;
@@ -72,6 +77,9 @@ public:
     /// The same, with the links rebased when the folder is another one.
     bool saveToURL(const std::filesystem::path& url) { return writeToURL(url); }
 
+    /// Reads the file and ends there: pages are not printed, the command is inert.
+    void printDocument();
+
     /// Reads the file again when it has changed on disk: at once in a page without edits, else the window
     /// tells.
     void checkFile();
@@ -82,8 +90,8 @@ public:
     /// The edits made so far; clean means saved.
     [[nodiscard]] QUndoStack* undoStack() { return &m_stack; }
 
-    [[nodiscard]] QByteArray layoutState() const;
-    void restoreLayoutState(const QByteArray& state);
+    [[nodiscard]] QByteArray layoutState() const { return m_layout->state(); }
+    void restoreLayoutState(const QByteArray& state) { m_layout->restore(state); }
 
 signals:
     void newRequested();
@@ -99,7 +107,7 @@ protected:
 private:
     // PageDocument
     [[nodiscard]] std::string pageMarkup() const override;
-    [[nodiscard]] SiteFolder siteFolder() const override;
+    [[nodiscard]] SiteFolder siteFolder() const override { return {docURL(), mountPath}; }
     void setHTML(std::string_view markup) override;
     void markEdited(const QString& name) override;
     void reload() override;
@@ -117,8 +125,6 @@ private:
     void createEdits();
     void createStyleSheets();
     void createSaver();
-    void connectFileMenu();
-    void connectEditMenu();
     void connectChanges();
 
     enum class Reading { First, Again };
@@ -129,10 +135,8 @@ private:
     void editTitle();
     void refreshAfterRedo();
     void outlineViewSelectionDidChange();
-    void fillRecentMenu();
     void saveEverything();
 
-    void showNotice(const QString& text, bool offersReload);
     void updateTitle();
     void updateActions();
     [[nodiscard]] bool isEdited() const;
@@ -152,8 +156,10 @@ private:
     MetaSheet* m_metaSheet = nullptr;
     PageSaver* m_saver = nullptr;
     PageWatch* m_watch = nullptr;
-    TagControls::CssNames m_cssNames;
-    bool m_wasFitted = false;
+    DocumentActions* m_actions = nullptr;
+    NoticeBar* m_notice = nullptr;
+    std::optional<PageLayout> m_layout; // made when there is a window to lay out
+    CssNames m_cssNames;
     bool m_mayClose = false;
 };
 

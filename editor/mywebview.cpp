@@ -54,6 +54,10 @@ void MyWebView::watchKeys()
 
 bool MyWebView::eventFilter(QObject* watched, QEvent* event)
 {
+    const auto type = event->type();
+    if (watched == m_keyReceiver &&
+        (type == QEvent::KeyPress || type == QEvent::MouseButtonPress || type == QEvent::Wheel))
+        emit touched();
     const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
     if (watched == m_keyReceiver && isKey) {
         auto& key = static_cast<QKeyEvent&>(*event);

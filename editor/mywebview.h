@@ -33,6 +33,8 @@ public:
     void updateMenuMarks();
 
 signals:
+    /// The user pressed a key or a button, or turned the wheel.
+    void touched();
     /// Files were dropped at a point of the view, in the view's pixels.
     void filesDropped(const QList<QUrl>& files, const QPointF& where);
     void inspectElementWanted();

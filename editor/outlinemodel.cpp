@@ -8,6 +8,8 @@
 
 #include <QMimeData>
 
+#include <algorithm>
+
 namespace luma {
 
 namespace {
@@ -20,6 +22,30 @@ QString toolTipOf(const html::Element& element)
     if (text.size() > longestToolTip)
         text = text.left(longestToolTip) + QChar(0x2026);
     return text.toHtmlEscaped();
+}
+
+/// The number of elements on the longest way down from the document.
+int elementDepth(const html::Document& document)
+{
+    int depth = 0;
+    int deepest = 0;
+    for (const html::Node* node = document.firstChild(); node;) {
+        const html::ParentNode* const parent = node->asParent();
+        if (parent) {
+            deepest = std::max(deepest, ++depth);
+            if (parent->firstChild()) {
+                node = parent->firstChild();
+                continue;
+            }
+            --depth;
+        }
+        while (!node->next() && node->parent() != &document) {
+            node = node->parent();
+            --depth;
+        }
+        node = node->next();
+    }
+    return deepest;
 }
 
 } // namespace
@@ -111,6 +137,14 @@ void OutlineModel::forgetRows()
 {
     m_children.clear();
     m_rows.clear();
+    m_deepestLevel.reset();
+}
+
+int OutlineModel::deepestLevel() const
+{
+    if (!m_deepestLevel)
+        m_deepestLevel = m_tree.document() ? std::max(elementDepth(*m_tree.document()) - 1, 0) : 0;
+    return *m_deepestLevel;
 }
 
 const html::ParentNode* OutlineModel::nodeOf(const QModelIndex& index) const

@@ -5,6 +5,7 @@
 #include <QAbstractItemModel>
 #include <QColor>
 
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -36,6 +37,9 @@ public:
     /// The row that `path` leads to: positions among element children from the root element on; invalid when
     /// it leads nowhere.
     [[nodiscard]] QModelIndex indexAtPath(const std::vector<int>& path) const;
+
+    /// How many levels the deepest row lies below the first.
+    [[nodiscard]] int deepestLevel() const;
 
     /// The element whose row is drawn as the active one, in `colour`.
     void setActiveElement(const QModelIndex& index);
@@ -82,6 +86,7 @@ private:
     // Looked up once between two changes: the tree's own lists are linked.
     mutable std::unordered_map<const html::ParentNode*, std::vector<html::Element*>> m_children;
     mutable std::unordered_map<const html::Element*, int> m_rows;
+    mutable std::optional<int> m_deepestLevel;
 };
 
 } // namespace luma

@@ -5,8 +5,8 @@
 #include "editor/scriptquote.h"
 #include "editor/viewcontroller.h"
 #include "html/element.h"
+#include "platform/console.h"
 
-#include <cstdio>
 #include <utility>
 
 namespace luma {
@@ -17,7 +17,7 @@ OutlineSelection::OutlineSelection(OutlineView& view, OutlineModel& model, ViewC
 {
     connect(view.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &OutlineSelection::noteChange);
-    connect(&rendering.webView()->editorPage(), &EditorPage::shown, this, [this] {
+    connect(&rendering, &ViewController::selectionRestored, this, [this] {
         if (std::exchange(m_waitsForPage, false))
             showInPage();
     });
@@ -58,7 +58,7 @@ void OutlineSelection::showInPage()
     if (!shown)
         return;
     const QString selector = QString::fromStdString(shown->cssSelector());
-    std::printf("OutlineView = %s\n", qUtf8Printable(selector));
+    printLine("OutlineView = " + selector.toStdString());
     m_rendering.evaluate(
         QStringLiteral("selectText(document.querySelector('%1'))").arg(quotedForScript(selector)));
 }

@@ -1,14 +1,22 @@
 #include "editor/outlineview.h"
 
+#include "editor/outlinemodel.h"
+
 #include <QContextMenuEvent>
 #include <QDrag>
+#include <QHeaderView>
 #include <QMimeData>
+#include <QScrollBar>
+
+#include <algorithm>
+#include <memory>
 
 namespace luma {
 
 namespace {
 
 constexpr int narrowIndentation = 12;
+constexpr int readableCharacters = 16;
 
 } // namespace
 
@@ -20,6 +28,9 @@ OutlineView::OutlineView(QWidget* parent) : QTreeView(parent)
     setSelectionMode(SingleSelection);
     setEditTriggers(NoEditTriggers);
     setTextElideMode(Qt::ElideRight);
+    setHorizontalScrollMode(ScrollPerPixel);
+    header()->setStretchLastSection(false);
+    header()->setMinimumSectionSize(0);
     setDragEnabled(true);
     setAcceptDrops(true);
     setDragDropMode(DragDrop);
@@ -32,6 +43,36 @@ void OutlineView::setModel(QAbstractItemModel* model)
     QTreeView::setModel(model);
     connect(model, &QAbstractItemModel::modelReset, this, &OutlineView::expandAll);
     expandAll();
+}
+
+int OutlineView::readableWidth() const
+{
+    return readableCharacters * fontMetrics().averageCharWidth();
+}
+
+void OutlineView::updateGeometries()
+{
+    const auto* outline = qobject_cast<const OutlineModel*>(model());
+    const int levels = outline ? outline->deepestLevel() + 1 : 1;
+    const int width = std::max(viewport()->width(), levels * indentation() + readableWidth());
+    if (header()->count() > 0 && header()->sectionSize(0) != width)
+        header()->resizeSection(0, width);
+    QTreeView::updateGeometries();
+}
+
+// The view itself would show the column's beginning, where a deep row has nothing but lines.
+void OutlineView::scrollTo(const QModelIndex& index, ScrollHint hint)
+{
+    QScrollBar& bar = *horizontalScrollBar();
+    const int before = bar.value();
+    QTreeView::scrollTo(index, hint);
+    bar.setValue(before);
+    const int left = visualRect(index).left();
+    const int width = std::min(readableWidth(), sizeHintForIndex(index).width());
+    if (left - indentation() < 0)
+        bar.setValue(before + left - indentation());
+    else if (left + width > viewport()->width())
+        bar.setValue(before + left + width - viewport()->width());
 }
 
 void OutlineView::rowsInserted(const QModelIndex& parent, int start, int end)
@@ -56,6 +97,19 @@ void OutlineView::startDrag(Qt::DropActions supportedActions)
     picture.setDevicePixelRatio(devicePixelRatioF());
     drag->setPixmap(picture);
     drag->exec(supportedActions | Qt::MoveAction | Qt::CopyAction, Qt::MoveAction);
+}
+
+void OutlineView::take(Qt::DropAction action)
+{
+    m_taken = currentIndex();
+    m_takenFor = action;
+}
+
+void OutlineView::paste()
+{
+    const std::unique_ptr<QMimeData> record(m_taken.isValid() ? model()->mimeData({m_taken}) : nullptr);
+    if (record)
+        model()->dropMimeData(record.get(), m_takenFor, -1, 0, currentIndex());
 }
 
 // The record names a row of this outline; one from another window means nothing here.

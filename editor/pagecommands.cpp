@@ -8,7 +8,6 @@
 #include <QUndoCommand>
 #include <QUndoStack>
 
-#include <ranges>
 #include <utility>
 
 namespace luma {
@@ -88,8 +87,8 @@ public:
     }
     void undo() override
     {
-        for (MarkupDifference& step : m_steps | std::views::reverse)
-            exchange(step);
+        for (auto step = m_steps.rbegin(); step != m_steps.rend(); ++step)
+            exchange(*step);
     }
     int id() const override { return m_merging == PageCommands::Merging::WithTheLast ? 1 : -1; }
     bool mergeWith(const QUndoCommand* command) override
@@ -158,9 +157,12 @@ void PageCommands::move(html::Element& element, const html::Position& position)
     m_stack.push(new MoveCommand(m_tree, element, position, name));
 }
 
-void PageCommands::copy(const html::Element& element, const html::Position& position)
+const html::Element* PageCommands::copy(const html::Element& element, const html::Position& position)
 {
-    insert(element.copy(), position, tr("Copy <%1>").arg(QString::fromStdString(element.tagName())));
+    html::NodePtr copied = element.copy();
+    const html::Element* const added = copied->asElement();
+    insert(std::move(copied), position, tr("Copy <%1>").arg(QString::fromStdString(element.tagName())));
+    return added;
 }
 
 void PageCommands::setAttributes(html::Element& element, Attributes attributes, const QString& name)

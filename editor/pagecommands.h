@@ -21,7 +21,8 @@ public:
     void insert(html::NodePtr node, const html::Position& position, const QString& name);
     void remove(html::Element& element);
     void move(html::Element& element, const html::Position& position);
-    void copy(const html::Element& element, const html::Position& position);
+    /// Gives the copy.
+    const html::Element* copy(const html::Element& element, const html::Position& position);
     using Attributes = std::vector<html::Attribute>;
     void setAttributes(html::Element& element, Attributes attributes, const QString& name);
     /// Several elements' attributes in one step.

@@ -115,11 +115,12 @@ void PageEdits::acceptDrop(const QPersistentModelIndex& dragged, const QPersiste
         return;
     {
         const auto quiet = m_selection.quietly();
+        const html::Element* dropped = element;
         if (action == Qt::CopyAction)
-            m_commands.copy(*element, dropPosition(*parent, childIndex, nullptr));
+            dropped = m_commands.copy(*element, dropPosition(*parent, childIndex, nullptr));
         else
             m_commands.move(*element, dropPosition(*parent, childIndex, element));
-        m_selection.select(element);
+        m_selection.select(dropped);
     }
     emit edited();
 }

@@ -64,7 +64,23 @@ void PageSaver::save(const Then& then)
     else if (m_store.changedOnDisk())
         askToOverwrite(then);
     else
+        replace(then);
+}
+
+void PageSaver::replace(const Then& then)
+{
+    if (m_store.isXhtml())
+        askToSaveAsHtml(then);
+    else
+        replaceHtml(then);
+}
+
+void PageSaver::replaceHtml(const Then& then)
+{
+    if (m_store.lostElements().empty())
         write(m_store.docURL(), then);
+    else
+        askToLeaveOut(then);
 }
 
 void PageSaver::saveAs(const Then& then)
@@ -79,8 +95,16 @@ void PageSaver::saveAs(const Then& then)
     else if (!m_siteFolder.empty())
         panel->setDirectory(textOf(m_siteFolder));
     connect(panel, &QFileDialog::fileSelected, this,
-            [this, then](const QString& file) { write(pathOf(file), then); });
+            [this, then](const QString& file) { saveUnder(pathOf(file), then); });
     panel->open();
+}
+
+void PageSaver::saveUnder(const fs::path& path, const Then& then)
+{
+    if (m_store.hasFile() && path == m_store.docURL())
+        replace(then);
+    else
+        write(path, then);
 }
 
 void PageSaver::openPanel()
@@ -95,15 +119,45 @@ void PageSaver::openPanel()
 
 void PageSaver::askToOverwrite(const Then& then)
 {
+    ask(QStringLiteral("overwriteQuestion"),
+        tr("Another program has changed \u201c%1\u201d since it was read.").arg(name()),
+        tr("Saving replaces that version with yours."), tr("Replace"), [this, then] { replace(then); });
+}
+
+void PageSaver::askToSaveAsHtml(const Then& then)
+{
+    ask(QStringLiteral("xhtmlQuestion"), tr("\u201c%1\u201d is written in XHTML.").arg(name()),
+        tr("Saving writes it as HTML, which browsers show but programs that read XML may refuse. Save As "
+           "keeps "
+           "the file as it is."),
+        tr("Save as HTML"), [this, then] { replaceHtml(then); });
+}
+
+void PageSaver::askToLeaveOut(const Then& then)
+{
+    QStringList tags;
+    for (const std::string& name : m_store.lostElements())
+        tags += u'<' + QString::fromStdString(name) + u'>';
+    ask(QStringLiteral("lossQuestion"),
+        tr("\u201c%1\u201d holds elements that can't be edited here.").arg(name()),
+        tr("Saving leaves out what stands within <select> besides its options: %1. Save As keeps the file as "
+           "it "
+           "is.")
+            .arg(tags.join(QStringLiteral(", "))),
+        tr("Leave Out"), [this, then] { write(m_store.docURL(), then); });
+}
+
+void PageSaver::ask(const QString& name, const QString& text, const QString& consequence,
+                    const QString& button, const Then& then)
+{
     auto* const question =
-        new QMessageBox(QMessageBox::Warning, tr("Save"),
-                        tr("Another program has changed \u201c%1\u201d since it was read.").arg(name()),
-                        QMessageBox::Cancel, m_window);
-    question->setObjectName(QStringLiteral("overwriteQuestion"));
+        new QMessageBox(QMessageBox::Warning, tr("Save"), text, QMessageBox::Cancel, m_window);
+    question->setObjectName(name);
     question->setAttribute(Qt::WA_DeleteOnClose);
-    question->setInformativeText(tr("Saving replaces that version with yours."));
-    QPushButton* const overwrite = question->addButton(tr("Replace"), QMessageBox::AcceptRole);
-    connect(overwrite, &QPushButton::clicked, this, [this, then] { write(m_store.docURL(), then); });
+    question->setTextFormat(Qt::PlainText);
+    question->setInformativeText(consequence);
+    question->setDefaultButton(QMessageBox::Cancel);
+    connect(question->addButton(button, QMessageBox::AcceptRole), &QPushButton::clicked, this, then);
     question->open();
 }
 
@@ -116,6 +170,7 @@ void PageSaver::askToSave()
                                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, m_window);
     m_question->setObjectName(QStringLiteral("saveQuestion"));
     m_question->setAttribute(Qt::WA_DeleteOnClose);
+    m_question->setTextFormat(Qt::PlainText);
     m_question->setDefaultButton(QMessageBox::Save);
     connect(m_question, &QMessageBox::finished, this, [this](int answer) {
         if (answer == QMessageBox::Save)

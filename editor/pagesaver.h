@@ -49,6 +49,15 @@ signals:
 
 private:
     void askToOverwrite(const Then& then);
+    void askToSaveAsHtml(const Then& then);
+    void askToLeaveOut(const Then& then);
+    /// Asks the window's user to agree with the button of that text; `then` follows only on that.
+    void ask(const QString& name, const QString& text, const QString& consequence, const QString& button,
+             const Then& then);
+    /// Writes over the page's own file, when the user agrees to what becomes of it.
+    void replace(const Then& then);
+    void replaceHtml(const Then& then);
+    void saveUnder(const std::filesystem::path& path, const Then& then);
     void write(const std::filesystem::path& path, const Then& then);
     /// False when there is no page, or the window went meanwhile.
     [[nodiscard]] bool catchUp();

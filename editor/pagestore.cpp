@@ -1,6 +1,8 @@
 #include "editor/pagestore.h"
 
+#include "editor/lostelements.h"
 #include "editor/pagecommands.h"
+#include "editor/pagelanguage.h"
 #include "editor/pagetree.h"
 #include "html/parse.h"
 #include "html/prettyprinter.h"
@@ -61,9 +63,15 @@ Result<void> PageStore::load(const QString& name)
     const auto bytes = m_file.read();
     if (!bytes)
         return bytes.error();
+    const PageLanguage language = pageLanguage(m_docURL, *bytes);
+    if (language.kind == PageLanguage::Kind::OtherXml)
+        return Error{m_docURL.string() + " is not HTML but XML, with the root element <" +
+                     language.rootElement + ">."};
     auto parsed = html::parse(*bytes);
     if (!parsed)
         return Error{m_docURL.string() + ": " + parsed.error().text};
+    m_isXhtml = language.kind == PageLanguage::Kind::Xhtml;
+    m_lostElements = luma::lostElements(*bytes);
     if (html::Document* document = m_tree.document()) {
         document->setByteOrderMark((*parsed)->hasByteOrderMark());
         PageCommands(m_tree, m_stack)
@@ -104,6 +112,8 @@ Result<void> PageStore::save(const fs::path& path)
     m_docURL = target;
     m_file = std::move(file);
     m_hasFile = true;
+    m_isXhtml = false;
+    m_lostElements.clear();
     m_stack.setClean();
     return {};
 }

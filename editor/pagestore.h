@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 class QUndoStack;
 
@@ -29,7 +30,8 @@ public:
     enum class Origin { File, Template };
     void setLocation(const std::filesystem::path& path, Origin origin);
 
-    /// Reads and parses the file. On an error, a sentence for the reader, the tree stays as it is.
+    /// Reads and parses the file. On an error, a sentence for the reader, the tree stays as it is. XML that
+    /// is no page is refused: what the tree would make of it is something else.
     Result<void> load(const QString& name);
 
     /// The page as it is saved, UTF-8; empty without a tree.
@@ -39,6 +41,12 @@ public:
     /// tree too, so that they lead to the same files. On an error neither the tree nor a file has changed.
     Result<void> save(const std::filesystem::path& path);
 
+    /// Whether the page's file is XHTML. Saved over it, the page becomes HTML.
+    [[nodiscard]] bool isXhtml() const { return m_isXhtml; }
+
+    /// The names of the elements in the page's file that the tree does not hold, and saving leaves out.
+    [[nodiscard]] const std::vector<std::string>& lostElements() const { return m_lostElements; }
+
     [[nodiscard]] bool changedOnDisk() const { return m_hasFile && m_file.changedOnDisk(); }
 
 private:
@@ -47,6 +55,8 @@ private:
     PageFile m_file;
     std::filesystem::path m_docURL;
     bool m_hasFile = false;
+    bool m_isXhtml = false;
+    std::vector<std::string> m_lostElements;
 };
 
 } // namespace luma

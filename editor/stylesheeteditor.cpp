@@ -53,7 +53,7 @@ QString StyleSheetEditor::shownTitle() const
 fs::path StyleSheetEditor::fileOf(const QString& title) const
 {
     const SiteFolder site = m_site();
-    const fs::path beside = site.page().parent_path() / fs::path(title.toStdString()).relative_path();
+    fs::path beside = site.page().parent_path() / fs::path(title.toStdString()).relative_path();
     if (itemExists(beside))
         return beside;
     const std::optional<fs::path> linked = site.fileOfLink(title.toStdString());

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "editor/cssnames.h"
+
 #include <QObject>
-#include <QStringList>
 
 class QMenu;
 class QPoint;
@@ -23,13 +24,6 @@ class TagControls final : public QObject
     Q_OBJECT
 
 public:
-    /// The class and ID names that the page's style sheets define, without "." and "#".
-    struct CssNames
-    {
-        QStringList classes;
-        QStringList ids;
-    };
-
     /// `names` are looked at whenever the context menu opens.
     TagControls(Ui::HTMLDocument& ui, const TagRules& rules, const CssNames& names,
                 OutlineSelection& selection, PageEdits& edits, QObject* parent);

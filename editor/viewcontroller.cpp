@@ -92,7 +92,7 @@ void ViewController::connectPage()
     EditorPage& page = m_webView->editorPage();
     // At once, so that nothing is seen to jump. What waits for the page comes later, as the engine answers
     // no question while it is at work itself.
-    connect(&page, &EditorPage::ready, this, &ViewController::restorePosition);
+    connect(&page, &EditorPage::ready, this, &ViewController::restoreSelection);
     connect(&page, &EditorPage::shown, this, &ViewController::didFinish, Qt::QueuedConnection);
     connect(&page, &EditorPage::processDied, this, &ViewController::rebuildAfterDeath);
     connect(
@@ -111,6 +111,7 @@ void ViewController::connectView()
 {
     connect(m_webView, &MyWebView::undoWanted, this, [this] { m_document.undo(); });
     connect(m_webView, &MyWebView::redoWanted, this, [this] { m_document.redo(); });
+    connect(m_webView, &MyWebView::touched, this, [this] { m_isTouched = true; });
     connect(m_webView, &MyWebView::filesDropped, this, &ViewController::insertFiles);
     connect(m_webView, &MyWebView::inspectElementWanted, this, &ViewController::inspectElement);
 }
@@ -176,6 +177,17 @@ void ViewController::didFinish()
         return;
     if (const int pixels = width.toString().toInt(); pixels > 0)
         m_document.fitWindowToPage(pixels);
+    // Once more, as images have made the page longer; they may come late, when the user is long at work.
+    if (!m_isTouched)
+        restorePosition();
+}
+
+void ViewController::restoreSelection()
+{
+    m_isTouched = false;
+    if (!m_currentCaret.isEmpty())
+        evaluate(scriptCall(QStringLiteral("restoreCaret"), m_currentCaret));
+    emit selectionRestored();
     restorePosition();
 }
 
@@ -184,8 +196,6 @@ void ViewController::restorePosition()
     // The position came from a page, and goes into a script only as the number it should be.
     bool isNumber = false;
     const double offset = m_currentScrollPosition.toDouble(&isNumber);
-    if (!m_currentCaret.isEmpty())
-        evaluate(scriptCall(QStringLiteral("restoreCaret"), m_currentCaret));
     if (isNumber)
         evaluate(QStringLiteral("document.body.scrollTop = ") + QString::number(offset, 'f', 3));
 }

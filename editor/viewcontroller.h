@@ -77,6 +77,11 @@ public slots:
     void showScriptConsole();
     void inspectElement();
 
+signals:
+    /// A page shown anew stands there with its selection; who wants another one says so now, before the user
+    /// goes on and before the scroll position comes back.
+    void selectionRestored();
+
 private:
     void createMenus();
     void createSheets();
@@ -85,6 +90,7 @@ private:
     void takeActiveElement(const QList<int>& path);
     void tellActiveElement();
     void didFinish();
+    void restoreSelection();
     void restorePosition();
     void rebuildAfterDeath();
     void showStopped();
@@ -114,6 +120,7 @@ private:
     double m_magnification = 1;
     int m_deaths = 0;
     bool m_activeElementWaits = false;
+    bool m_isTouched = false; // by the user, since the page stands there
 };
 
 } // namespace luma

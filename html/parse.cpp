@@ -204,21 +204,20 @@ ParseError refusal(ParseArena::Excess excess)
 {
     switch (excess) {
     case ParseArena::Excess::Memory:
-        return {"The page can't be edited: its unclosed tags multiply its elements beyond measure."};
+        return {"Its unclosed tags multiply its elements beyond measure."};
     case ParseArena::Excess::Attributes:
-        return {"The page can't be edited: one of its tags has too many attributes."};
+        return {"One of its tags has too many attributes."};
     default:
-        return {"The page can't be edited: its elements are nested too deeply."};
+        return {"Its elements are nested too deeply."};
     }
 }
 
 std::optional<ParseError> refusal(std::string_view source, const ParseLimits& limits)
 {
     if (source.size() > limits.bytes)
-        return ParseError{"The page can't be edited: it is larger than " +
-                          std::to_string(limits.bytes >> 20U) + " MB."};
+        return ParseError{"It is larger than " + std::to_string(limits.bytes >> 20U) + " MB."};
     if (!isUtf8(source))
-        return ParseError{"The page can't be edited: its text is not UTF-8."};
+        return ParseError{"Its text is not UTF-8."};
     return {};
 }
 

@@ -7,7 +7,7 @@
 
 namespace luma::html {
 
-/// Why markup was refused, in a sentence for the reader.
+/// Why markup was refused, in a sentence about it ("it") for the reader.
 struct ParseError
 {
     std::string text;

@@ -67,7 +67,7 @@ void logKeyComment()
 {
     const std::string comment = SSHController::unixShellWithResultAndArguments(
         {"/bin/sh", "-c", "cat ~/.ssh/id_rsa.pub | sed 's/^ssh-rsa .* //'"});
-    std::printf("fileName = %s\n", comment.substr(0, comment.find('\n')).c_str());
+    (void)std::printf("fileName = %s\n", comment.substr(0, comment.find('\n')).c_str());
     (void)std::fflush(stdout);
 }
 

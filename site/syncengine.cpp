@@ -1,5 +1,6 @@
 #include "site/syncengine.h"
 
+#include "platform/console.h"
 #include "platform/files.h"
 #include "platform/mainhop.h"
 #include "site/filetransfer.h"
@@ -11,7 +12,6 @@
 #include <QTemporaryDir>
 
 #include <algorithm>
-#include <cstdio>
 
 namespace luma {
 
@@ -34,8 +34,7 @@ QString nothingChangedTitle(bool isUpload)
 void printLines(const std::vector<std::string>& lines)
 {
     for (const std::string& line : lines)
-        (void)std::printf("%s\n", line.c_str());
-    (void)std::fflush(stdout);
+        printLine(line);
 }
 
 std::vector<std::string> shellCommand(const std::string& commandLine)

@@ -103,7 +103,8 @@ bool FolderTreeWatch::addFolder(const std::string& folder)
     if (errno != ENOSPC && errno != ENOMEM && errno != EBADF)
         return false;
     if (m_lookedAt.empty())
-        std::fprintf(stderr, "LUMAWatcher: no watches left; some folders are looked at from time to time\n");
+        (void)std::fprintf(stderr,
+                           "LUMAWatcher: no watches left; some folders are looked at from time to time\n");
     m_lookedAt[folder] = changeTime(folder);
     return true;
 }

@@ -73,7 +73,7 @@ int main(int argc, char** argv)
     const int termination = terminationDescriptor();
     const QCoreApplication application(argc, argv);
     if (argc != 3) {
-        std::fprintf(stderr, "usage: LUMAWatcher CAPTION FOLDER\n");
+        (void)std::fprintf(stderr, "usage: LUMAWatcher CAPTION FOLDER\n");
         return 2;
     }
     const std::filesystem::path folder = argv[2];

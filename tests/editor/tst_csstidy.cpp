@@ -48,7 +48,8 @@ QString sheetFolder()
     return qEnvironmentVariable("LUMA_BUILD_DIR") + QStringLiteral("/sheets");
 }
 
-/// Fetches well-known sheets once; without npm or the network there are none.
+/// Fetches well-known sheets once; without npm or the network there are none. No second try: npm's own ones
+/// go on for minutes where no registry answers.
 void fetchSheets()
 {
     if (QDir(sheetFolder() + QStringLiteral("/node_modules")).exists())
@@ -57,6 +58,7 @@ void fetchSheets()
     QProcess npm;
     npm.start(QStringLiteral("npm"),
               {QStringLiteral("install"), QStringLiteral("--ignore-scripts"), QStringLiteral("--no-audit"),
+               QStringLiteral("--fetch-retries=0"), QStringLiteral("--fetch-timeout=60000"),
                QStringLiteral("--prefix"), sheetFolder(), QStringLiteral("bootstrap@5.3.3"),
                QStringLiteral("bulma@1.0.2"), QStringLiteral("normalize.css@8.0.1"),
                QStringLiteral("tailwindcss@2.2.19"), QStringLiteral("water.css@2.1.1")});

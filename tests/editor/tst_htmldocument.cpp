@@ -1,13 +1,11 @@
-#include "editor/htmldocument.h"
 #include "editor/outlinemodel.h"
 #include "editor/pagecommands.h"
-#include "editor/tidyshell.h"
 #include "editor/viewcontroller.h"
 #include "platform/files.h"
+#include "tests/editor/documentfixture.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
 
-#include <QAbstractButton>
 #include <QAction>
 #include <QComboBox>
 #include <QDialog>
@@ -15,14 +13,11 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QMessageBox>
 #include <QPlainTextEdit>
-#include <QPointer>
 #include <QPushButton>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
-#include <QTreeView>
+#include <QToolBar>
 
 #include <csignal>
 
@@ -30,75 +25,16 @@ using namespace luma;
 namespace fs = std::filesystem;
 
 /// The window of a page with the real rendering, driven as a user drives it.
-class tst_htmldocument final : public QObject
+class tst_htmldocument final : public QObject, private luma::test::DocumentFixture
 {
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> folder;
-    QPointer<HTMLDocument> window;
-
-    fs::path at(const char* name) const { return fs::path(folder->path().toStdString()) / name; }
-    void put(const char* name, std::string_view bytes) const { QVERIFY(writeFile(at(name), bytes)); }
-    std::string file(const char* name) const
-    {
-        const auto bytes = readFile(at(name));
-        return bytes ? *bytes : std::string();
-    }
-
-    template <class T>
-    T* the(const char* name) const
-    {
-        return window->findChild<T*>(QString::fromLatin1(name));
-    }
-    void trigger(const char* action) const { the<QAction>(action)->trigger(); }
-    QTreeView* outline() const { return the<QTreeView>("myOutlineView"); }
-    bool isShown() const { return window->viewController().webView()->editorPage().isComplete(); }
-
-    void open(std::string_view page)
-    {
-        put("page.html", page);
-        window = new HTMLDocument({runTidyCommand, {}});
-        window->mountPath = at("");
-        window->readFromURL(at("page.html"));
-        window->show();
-        window->activateWindow();
-        window->windowDidLoad();
-        QTRY_VERIFY_WITH_TIMEOUT(isShown(), 30'000);
-        QTRY_VERIFY(window->isActiveWindow());
-    }
-    QModelIndex row(const char* text) const
-    {
-        const QModelIndexList found =
-            outline()->model()->match(outline()->model()->index(0, 0), Qt::DisplayRole,
-                                      QString::fromLatin1(text), 1, Qt::MatchStartsWith | Qt::MatchRecursive);
-        return found.isEmpty() ? QModelIndex() : found.first();
-    }
-    void click(const char* text) const
-    {
-        outline()->scrollTo(row(text));
-        QTest::mouseClick(outline()->viewport(), Qt::LeftButton, {},
-                          outline()->visualRect(row(text)).center());
-    }
-    QString answer(const char* script) const
-    {
-        return window->viewController().evaluateAndWait(QString::fromLatin1(script)).toString();
-    }
     QString selectionInPage() const { return answer("getSelection().toString()"); }
-    void answerQuestion(const char* name, QMessageBox::StandardButton button) const
-    {
-        QTRY_VERIFY(the<QMessageBox>(name));
-        QTest::mouseClick(the<QMessageBox>(name)->button(button), Qt::LeftButton);
-    }
-    std::string body() const { return window->tree().document()->body()->html(); }
 
 private slots:
-    void init() { folder = std::make_unique<QTemporaryDir>(); }
-    void cleanup()
-    {
-        delete window;
-        folder.reset();
-    }
+    void init() { begin(); }
+    void cleanup() { end(); }
 
     void selection_isShownInThePage()
     {
@@ -139,11 +75,7 @@ private slots:
     void typing_comesToTheOutlineAndIsSaved()
     {
         open("<title>T</title><p>one</p>");
-        window->viewController().webView()->setFocus();
-        QTRY_VERIFY(window->viewController().webView()->focusProxy()->hasFocus());
-        QTRY_COMPARE(answer("document.hasFocus()"), QStringLiteral("true"));
-        (void)answer("getSelection().collapse(document.querySelector('p').firstChild, 3)");
-        QTest::keyClicks(window->viewController().webView()->focusProxy(), QStringLiteral(" two"));
+        type("p", " two");
         QTRY_COMPARE(row("<p>").data().toString(), QStringLiteral("<p> one two"));
         QTRY_COMPARE(outline()->currentIndex(), row("<p>"));
         trigger("saveAction");
@@ -234,23 +166,57 @@ private slots:
         QVERIFY(file("page.html").find("Again theirs") != std::string::npos);
         QTRY_VERIFY(!the<QMessageBox>("overwriteQuestion"));
         trigger("saveAction");
-        QTRY_VERIFY(the<QMessageBox>("overwriteQuestion"));
-        for (QAbstractButton* button : the<QMessageBox>("overwriteQuestion")->buttons()) {
-            if (button->text() == QStringLiteral("Replace"))
-                QTest::mouseClick(button, Qt::LeftButton);
-        }
+        answerQuestion("overwriteQuestion", "Replace");
         QTRY_VERIFY(file("page.html").find("Mine") != std::string::npos);
+    }
+
+    void xhtml_isSavedAsHtmlOnlyWhenAgreed()
+    {
+        const std::string page =
+            "<?xml version=\"1.0\"?>\n<html><head><title>Old</title></head><body><br/></body></html>";
+        open(page);
+        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("New"));
+        trigger("saveAction");
+        answerQuestion("xhtmlQuestion", QMessageBox::Cancel);
+        QTRY_VERIFY(!the<QMessageBox>("xhtmlQuestion"));
+        QCOMPARE(file("page.html"), page);
+        QVERIFY(window->isWindowModified());
+        trigger("saveAction");
+        QTRY_VERIFY(the<QMessageBox>("xhtmlQuestion"));
+        luma::test::screenshot(*the<QMessageBox>("xhtmlQuestion"), "xhtml question");
+        answerQuestion("xhtmlQuestion", "Save as HTML");
+        QTRY_VERIFY(file("page.html").find("<title>New</title>") != std::string::npos);
+        QTRY_VERIFY(!the<QMessageBox>("xhtmlQuestion"));
+        trigger("undoAction");
+        QVERIFY(window->isWindowModified());
+        trigger("saveAction");
+        QVERIFY(!the<QMessageBox>("xhtmlQuestion"));
+        QVERIFY(file("page.html").find("<title>Old</title>") != std::string::npos);
+    }
+
+    void elementsThatAreLost_areAskedAbout()
+    {
+        open("<title>T</title><select><option>a</option><hr></select><p>one</p>");
+        const std::string page = file("page.html");
+        trigger("saveAction");
+        QTRY_VERIFY(the<QMessageBox>("lossQuestion"));
+        luma::test::screenshot(*the<QMessageBox>("lossQuestion"), "loss question");
+        answerQuestion("lossQuestion", QMessageBox::Cancel);
+        QCOMPARE(file("page.html"), page);
+        QTRY_VERIFY(!the<QMessageBox>("lossQuestion"));
+        trigger("saveAction");
+        answerQuestion("lossQuestion", "Leave Out");
+        QTRY_VERIFY(file("page.html") != page);
+        QCOMPARE(file("page.html").find("<hr>"), std::string::npos);
     }
 
     void badPage_isToldInTheWindow()
     {
         put("page.html", std::string_view("\xff\xfe", 2));
-        window = new HTMLDocument({runTidyCommand, {}});
-        window->readFromURL(at("page.html"));
-        window->show();
-        window->windowDidLoad();
+        openWindow("page.html");
         QVERIFY(the<QWidget>("noticeBar")->isVisible());
         QVERIFY(!the<QAction>("saveAction")->isEnabled());
+        QVERIFY(!the<QToolBar>("formatBar")->isEnabled());
         window->close();
         QTRY_VERIFY(!window);
     }
@@ -268,11 +234,39 @@ private slots:
         QVERIFY(window->isWindowModified());
     }
 
+    void darkTheme_isTakenOver()
+    {
+        const QPalette light = QApplication::palette();
+        open("<!DOCTYPE html><title>T</title><style>p { color: #444 }</style><section><p>one</p></section>");
+        type("p", " two");
+        QTRY_COMPARE(outline()->currentIndex(), row("<p>"));
+        QPalette dark(QColor(0x31, 0x36, 0x3b), QColor(0x2a, 0x2e, 0x32));
+        dark.setColor(QPalette::Base, QColor(0x1b, 0x1e, 0x20));
+        dark.setColor(QPalette::Text, Qt::white);
+        dark.setColor(QPalette::Link, QColor(0x1d, 0x99, 0xf3));
+        QApplication::setPalette(dark);
+        QTRY_COMPARE(row("<p>").data(Qt::ForegroundRole).value<QColor>(), dark.color(QPalette::Link));
+        QVERIFY(qGray(outline()->viewport()->grab().toImage().pixel(200, outline()->viewport()->height() -
+                                                                             5)) < 60);
+        luma::test::screenshot(*window, "dark");
+        QApplication::setPalette(light);
+    }
+
+    void print_doesNothing()
+    {
+        open("<title>Old</title><p>x</p>");
+        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("New"));
+        window->printDocument();
+        QVERIFY(std::filesystem::remove(at("page.html")));
+        window->printDocument();
+        QCOMPARE(window->tree().document()->title(), std::string("New"));
+        QVERIFY(window->isWindowModified());
+        QVERIFY(!the<QWidget>("noticeBar")->isVisible());
+    }
+
     void newPage_isSavedUnderAName()
     {
-        window = new HTMLDocument({runTidyCommand, {}});
-        window->show();
-        window->windowDidLoad();
+        openUntitled();
         QTRY_VERIFY_WITH_TIMEOUT(isShown(), 30'000);
         QCOMPARE(window->windowTitle(), QStringLiteral("Untitled[*]"));
         trigger("saveAction");

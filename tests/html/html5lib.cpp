@@ -5,6 +5,11 @@
 #include "html/doctype.h"
 #include "html/element.h"
 
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
@@ -103,11 +108,85 @@ std::size_t depthBelow(const Node& node, const Node& top)
     return depth;
 }
 
+std::vector<Attribute> attributesOf(const QJsonValue& value)
+{
+    std::vector<Attribute> attributes;
+    for (const QJsonValue& each : value.toArray())
+        attributes.push_back(
+            {each[u"name"].toString().toStdString(), each[u"value"].toString().toStdString()});
+    return attributes;
+}
+
+/// As a browser writes one that a script has made.
+NodePtr doctypeOf(const QJsonArray& token)
+{
+    const std::string name = token[1].toString().toStdString();
+    const std::string publicId = token[2].toString().toStdString();
+    const std::string systemId = token[3].toString().toStdString();
+    std::string declaration = "<!DOCTYPE " + name;
+    if (!publicId.empty())
+        declaration += " PUBLIC \"" + publicId + '"';
+    else if (!systemId.empty())
+        declaration += " SYSTEM";
+    if (!systemId.empty())
+        declaration += " \"" + systemId + '"';
+    return std::make_unique<Doctype>(name, publicId, systemId, declaration + '>');
+}
+
+std::unique_ptr<Document> treeOf(const QJsonArray& tokens)
+{
+    auto document = std::make_unique<Document>();
+    ParentNode* parent = document.get();
+    for (const QJsonValue& each : tokens) {
+        const QJsonArray token = each.toArray();
+        const QString kind = token[0].toString();
+        const std::string text = token[1].toString().toStdString();
+        if (kind == u"StartTag")
+            parent = parent
+                         ->append(std::make_unique<Element>(token[2].toString().toStdString(),
+                                                            NameSpace::Html, attributesOf(token[3])))
+                         .asParent();
+        else if (kind == u"EmptyTag")
+            parent->append(std::make_unique<Element>(text, NameSpace::Html, attributesOf(token[2])));
+        else if (kind == u"EndTag")
+            parent = parent->parent() ? parent->parent() : parent;
+        else if (kind == u"Comment")
+            parent->append(CharacterData::comment(text));
+        else if (kind == u"Doctype")
+            parent->append(doctypeOf(token));
+        else
+            parent->append(CharacterData::text(text));
+    }
+    return document;
+}
+
 } // namespace
+
+std::vector<SerializerCase> allSerializerCases()
+{
+    std::vector<SerializerCase> cases;
+    for (const fs::path& path : filesIn(html5libFolder() / "serializer", ".test")) {
+        QFile file(path);
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        const QJsonArray tests = QJsonDocument::fromJson(file.readAll())[u"tests"].toArray();
+        for (const QJsonValue& test : tests) {
+            SerializerCase& added = cases.emplace_back();
+            added.place = path.filename().string() + " " + test[u"description"].toString().toStdString();
+            added.options = test[u"options"].toObject().keys().join(u' ').toStdString();
+            if (test[u"input"].toArray().first().toArray().first() == QStringLiteral("EndTag"))
+                added.options = "stray end tag";
+            added.tree = treeOf(test[u"input"].toArray());
+            for (const QJsonValue& text : test[u"expected"].toArray())
+                added.expected.push_back(text.toString().toStdString());
+        }
+    }
+    return cases;
+}
 
 fs::path html5libFolder()
 {
-    if (const char* folder = std::getenv("LUMA_HTML5LIB_TESTS"))
+    if (const char* folder = std::getenv("HTML5LIB_TESTS"))
         return folder;
     const char* source = std::getenv("LUMA_SOURCE_DIR");
     for (fs::path above = source ? source : "."; above.has_relative_path(); above = above.parent_path()) {

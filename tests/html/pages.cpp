@@ -1,6 +1,8 @@
 #include "tests/html/pages.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -8,6 +10,32 @@
 namespace fs = std::filesystem;
 
 namespace luma::test {
+
+namespace {
+
+std::vector<fs::path> pagesBelow(const fs::path& folder, std::size_t maximumSize)
+{
+    std::vector<fs::path> files;
+    std::error_code error;
+    const auto options = fs::directory_options::skip_permission_denied;
+    for (const auto& entry : fs::recursive_directory_iterator(folder, options, error)) {
+        if (entry.path().extension() == ".html" && entry.is_regular_file(error) &&
+            entry.file_size(error) <= maximumSize)
+            files.push_back(entry.path());
+    }
+    std::sort(files.begin(), files.end());
+    return files;
+}
+
+std::string bytesOf(const fs::path& file)
+{
+    std::ifstream stream(file, std::ios::binary);
+    std::stringstream bytes;
+    bytes << stream.rdbuf();
+    return bytes.str();
+}
+
+} // namespace
 
 std::vector<Page> ownPages()
 {
@@ -44,25 +72,24 @@ std::vector<Page> ownPages()
     };
 }
 
+std::vector<Page> sampleSitePages()
+{
+    const char* source = std::getenv("LUMA_SOURCE_DIR");
+    std::vector<Page> pages;
+    for (const fs::path& file :
+         pagesBelow(fs::path(source ? source : ".") / "resources/sample-site", SIZE_MAX))
+        pages.push_back({file.string(), bytesOf(file)});
+    return pages;
+}
+
 std::vector<Page> documentationPages(std::size_t count, std::size_t maximumSize)
 {
-    std::vector<fs::path> files;
-    std::error_code error;
-    const auto options = fs::directory_options::skip_permission_denied;
-    for (const auto& entry : fs::recursive_directory_iterator("/usr/share/doc", options, error)) {
-        if (entry.path().extension() == ".html" && entry.is_regular_file(error) &&
-            entry.file_size(error) <= maximumSize)
-            files.push_back(entry.path());
-    }
-    std::sort(files.begin(), files.end());
+    const std::vector<fs::path> files = pagesBelow("/usr/share/doc", maximumSize);
     std::vector<Page> pages;
     const std::size_t wanted = std::min(count, files.size());
     for (std::size_t i = 0; i < wanted; ++i) {
         const fs::path& file = files[i * files.size() / wanted];
-        std::ifstream stream(file, std::ios::binary);
-        std::stringstream bytes;
-        bytes << stream.rdbuf();
-        pages.push_back({file.string(), bytes.str()});
+        pages.push_back({file.string(), bytesOf(file)});
     }
     return pages;
 }

@@ -74,6 +74,8 @@ private:
     static std::vector<test::Page> pages()
     {
         auto all = test::ownPages();
+        for (test::Page& page : test::sampleSitePages())
+            all.push_back(std::move(page));
         for (test::Page& page : test::documentationPages(40, 100'000))
             all.push_back(std::move(page));
         return all;

@@ -90,6 +90,14 @@ private slots:
             QVERIFY2(fault(page.source).isEmpty(), (page.name + ": " + fault(page.source).data()).c_str());
     }
 
+    void sampleSitePages_surviveWritingAndPrinting()
+    {
+        const auto pages = test::sampleSitePages();
+        QVERIFY(pages.size() > 5);
+        for (const test::Page& page : pages)
+            QVERIFY2(fault(page.source).isEmpty(), (page.name + ": " + fault(page.source).data()).c_str());
+    }
+
     void documentationPages_surviveWritingAndPrinting()
     {
         const auto pages = test::documentationPages(200, 1'000'000);
@@ -103,7 +111,7 @@ private slots:
     {
         const auto cases = test::allTreeCases();
         if (cases.empty())
-            QSKIP("html5lib's cases are not here (LUMA_HTML5LIB_TESTS)");
+            QSKIP("html5lib's cases are not here (HTML5LIB_TESTS)");
         std::size_t withoutMarkup = 0;
         for (const test::TreeCase& each : cases) {
             const auto document = parse(each.data);

@@ -125,6 +125,45 @@ private slots:
         QTRY_COMPARE(m_window->destinationBrowserController().browser().model().rowCount({}), 1);
     }
 
+    void oddRecord_opensAndIsKeptAsItIs_data()
+    {
+        const QVariantMap connecting{{endpoint::autoconnect, 1}};
+        const QVariantMap mistyped{{endpoint::protocol, 7},
+                                   {endpoint::server, QVariantList{1}},
+                                   {endpoint::path, QByteArray("/")},
+                                   {endpoint::user, QVariantMap{}},
+                                   {endpoint::autoconnect, QStringLiteral("1")},
+                                   {endpoint::sshPortNo, 22}};
+        QTest::addColumn<QVariantMap>("values");
+        QTest::newRow("nothing") << QVariantMap{};
+        QTest::newRow("no endpoints") << QVariantMap{{QStringLiteral("sourceDict"), 1},
+                                                     {QStringLiteral("destinationDict"), QVariantList{}}};
+        QTest::newRow("empty endpoints connect") << QVariantMap{
+            {QStringLiteral("sourceDict"), connecting}, {QStringLiteral("destinationDict"), connecting}};
+        QTest::newRow("wrong types") << QVariantMap{{QStringLiteral("sourceDict"), mistyped},
+                                                    {QStringLiteral("destinationDict"), mistyped},
+                                                    {QStringLiteral("Upload"), QStringLiteral("a")}};
+    }
+    void oddRecord_opensAndIsKeptAsItIs()
+    {
+        QFETCH(QVariantMap, values);
+        m_record = std::make_shared<SiteRecord>(values);
+        const QVariantMap before = m_record->values();
+        m_window = new HaldenDoc(m_record, services());
+        m_window->windowDidLoad();
+        click("uploadButton");
+        QTRY_COMPARE(find<QLabel>("syncPanelTitle")->text(),
+                     QStringLiteral("Nothing changed from Source to Destination"));
+        QTest::keyClick(find<QWidget>("syncPanel"), Qt::Key_Escape);
+        m_window->setUpRsync();
+        QTRY_COMPARE(m_calls.size(), 1);
+        QVERIFY(!m_window->sourceBrowserController().rootNode());
+        const QVariantMap after = m_record->values();
+        QCOMPARE(after.value(QStringLiteral("sourceDict")), before.value(QStringLiteral("sourceDict")));
+        QCOMPARE(after.value(QStringLiteral("destinationDict")),
+                 before.value(QStringLiteral("destinationDict")));
+    }
+
     void title_isTheServerAndFollowsIt()
     {
         open();

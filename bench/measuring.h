@@ -1,0 +1,47 @@
+#pragma once
+
+#include <algorithm>
+#include <chrono>
+#include <string>
+#include <vector>
+
+/// What the benchmarks share: the page that they work on, and how they measure.
+namespace luma::bench {
+
+/// A page of four elements for each entry; 5000 entries make 1 MB.
+inline std::string samplePage(int entries)
+{
+    std::string page =
+        "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>Page</title>\n"
+        "</head>\n<body>\n";
+    for (int i = 0; i < entries; ++i) {
+        page += "<section class=\"entry odd\" id=\"entry" + std::to_string(i) +
+                "\">\n<h2>Entry &amp; heading</h2>\n<p>Some text of the entry, long enough to look like one "
+                "that was "
+                "written, with a <a href=\"../pages/page" +
+                std::to_string(i) + ".html\">link to another</a> in it.</p>\n</section>\n";
+    }
+    return page + "</body>\n</html>\n";
+}
+
+/// Milliseconds since it was made.
+class Stopwatch final
+{
+public:
+    double milliseconds() const
+    {
+        return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - m_start).count();
+    }
+
+private:
+    std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
+};
+
+inline double middle(std::vector<double> times)
+{
+    std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2),
+                     times.end());
+    return times[times.size() / 2];
+}
+
+} // namespace luma::bench

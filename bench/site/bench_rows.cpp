@@ -1,0 +1,96 @@
+// The sync panel with a listing of 20,000 rows: the longest time that its window could not answer.
+#include "site/syncpanel.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QElapsedTimer>
+#include <QProgressBar>
+#include <QScrollBar>
+#include <QTableView>
+#include <QTimer>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+
+using namespace luma;
+
+namespace {
+
+constexpr int rowCount = 20'000;
+
+std::string listing()
+{
+    std::string text;
+    for (int i = 0; i < rowCount; ++i)
+        text += "archive/" + std::to_string(i % 365) + "/a page of the archive, number " + std::to_string(i) +
+                ".html\n";
+    return text;
+}
+
+double millisecondsSince(QElapsedTimer& timer)
+{
+    const double elapsed = static_cast<double>(timer.nsecsElapsed()) / 1e6;
+    timer.restart();
+    return elapsed;
+}
+
+// Turns the event loop until `isDone`; gives the longest time that it did not get round, in milliseconds.
+template <class Condition>
+double longestPauseUntil(Condition isDone)
+{
+    double longest = 0;
+    QElapsedTimer lap;
+    lap.start();
+    QTimer tick;
+    QObject::connect(&tick, &QTimer::timeout, [&] { longest = std::max(longest, millisecondsSince(lap)); });
+    tick.start(0);
+    while (!isDone())
+        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+    return longest;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const QApplication application(argc, argv);
+    SiteRecord record({});
+    SyncEngine engine(
+        record, [text = listing()](const std::vector<std::string>&) { return text; },
+        [] {
+            return SyncSides{true, "/", "/"};
+        });
+    QWidget window;
+    window.resize(900, 700);
+    window.show();
+    SyncPanel panel(engine, &window);
+    panel.sync(QStringLiteral("Upload"));
+    auto& table = *panel.findChild<QTableView*>(QStringLiteral("syncTableView"));
+    const double filling = longestPauseUntil(
+        [&] { return table.model()->rowCount() == rowCount && engine.state() == SyncEngine::State::Ready; });
+
+    QElapsedTimer timer;
+    timer.start();
+    panel.grab();
+    const double painting = millisecondsSince(timer);
+    QScrollBar& bar = *table.verticalScrollBar();
+    double scrolling = 0;
+    for (int value = 0; value < bar.maximum(); value += std::max(1, bar.maximum() / 500)) {
+        timer.restart();
+        bar.setValue(value);
+        panel.grab();
+        scrolling = std::max(scrolling, millisecondsSince(timer));
+    }
+    double ticking = 0;
+    for (int i = 0; i < 4; ++i) {
+        timer.restart();
+        panel.findChild<QCheckBox*>(QStringLiteral("allOnOffCheckBox"))->click();
+        panel.grab();
+        ticking = std::max(ticking, millisecondsSince(timer));
+    }
+    std::printf("%d rows: longest pause while they came %.1f ms; one painting %.1f ms; worst scroll with its "
+                "painting %.1f ms; all on or off with its painting %.1f ms\n",
+                rowCount, filling, painting, scrolling, ticking);
+    return 0;
+}

@@ -1,0 +1,56 @@
+#include "editor/pagelayout.h"
+
+#include "editor/pagesplit.h"
+
+#include <QDataStream>
+#include <QIODevice>
+#include <QMainWindow>
+#include <QScreen>
+#include <QSplitter>
+
+#include <algorithm>
+#include <utility>
+
+namespace luma {
+
+PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView) : m_window(window), m_splitView(splitView)
+{
+    for (const int side : {0, 2}) {
+        splitView.widget(side)->setMinimumWidth(pagesplit::narrowestSide);
+        splitView.widget(side)->setMaximumWidth(pagesplit::widestSide);
+    }
+    splitView.setStretchFactor(1, 1);
+    splitView.setSizes({pagesplit::widestSide, window.width(), pagesplit::widestSide});
+}
+
+QByteArray PageLayout::state() const
+{
+    QByteArray state;
+    QDataStream stream(&state, QIODevice::WriteOnly);
+    stream << m_window.saveGeometry() << m_splitView.saveState();
+    return state;
+}
+
+void PageLayout::restore(const QByteArray& state)
+{
+    QByteArray geometry;
+    QByteArray split;
+    QDataStream stream(state);
+    stream >> geometry >> split;
+    if (stream.status() != QDataStream::Ok)
+        return;
+    m_window.restoreGeometry(geometry);
+    m_splitView.restoreState(split);
+}
+
+void PageLayout::fitTo(int pageWidth)
+{
+    const int missing = pageWidth - m_splitView.widget(1)->width();
+    if (std::exchange(m_wasFitted, true) || missing <= 0 || m_window.isMaximized() || m_window.isFullScreen())
+        return;
+    const int most = m_window.screen()->availableGeometry().width();
+    m_window.resize(std::max(m_window.width(), std::min(m_window.width() + missing, most)),
+                    m_window.height());
+}
+
+} // namespace luma
