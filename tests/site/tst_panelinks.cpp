@@ -1,6 +1,7 @@
 #include "browser/dragrecord.h"
 #include "browser/filesystemmodel.h"
 #include "browser/unlinkeditemsmodel.h"
+#include "platform/filedescriptor.h"
 #include "tests/site/screenshot.h"
 #include "tests/site/sitewindow.h"
 #include "tests/support/registry.h"
@@ -14,10 +15,42 @@
 #include <QTableView>
 #include <QThreadPool>
 
+#include <fcntl.h>
+
+#include <cstdio>
+
 namespace fs = std::filesystem;
 using namespace luma;
 using luma::test::SiteWindow;
 using luma::test::TwoFolders;
+
+namespace {
+
+/// Standard output goes to a file for as long as this lives.
+class StandardOutput final
+{
+public:
+    explicit StandardOutput(const fs::path& file)
+        : m_former(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)),
+          m_file(::open(file.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600))
+    {
+        (void)std::fflush(stdout);
+        ::dup2(m_file.get(), STDOUT_FILENO);
+    }
+    ~StandardOutput()
+    {
+        (void)std::fflush(stdout);
+        ::dup2(m_former.get(), STDOUT_FILENO);
+    }
+    StandardOutput(const StandardOutput&) = delete;
+    StandardOutput& operator=(const StandardOutput&) = delete;
+
+private:
+    FileDescriptor m_former;
+    FileDescriptor m_file;
+};
+
+} // namespace
 
 /// Links maintenance as the user meets it: in the panes of a real window.
 class tst_panelinks final : public QObject
@@ -106,10 +139,13 @@ private slots:
         QTRY_VERIFY(site.isDone());
         QVERIFY(fs::exists(folders.at("sending/b/lonely.txt")));
         site.find<QDialog>("progressPanel").accept();
-        // Where the name is taken nothing is overwritten.
+        // Where the name is taken nothing is overwritten, and standard output names it too.
+        const StandardOutput output(folders.at("output"));
         QCOMPARE(SiteWindow::dragAndDrop(from, SiteWindow::list(site.destination(), 0), {}), Qt::CopyAction);
         QTRY_COMPARE(site.log(), QStringLiteral("File lonely.txt exists, not overwritten\n\nDone"));
         QCOMPARE(folders.bytes("receiving/lonely.txt"), std::string("mine"));
+        QVERIFY(folders.bytes("output").find("File lonely.txt exists, not overwritten\n") !=
+                std::string::npos);
     }
 
     void drop_isRefused()
