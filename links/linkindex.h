@@ -87,7 +87,7 @@ private:
     struct Start
     {
         Id folder = SiteTree::root;
-        unsigned levels = 0;
+        std::size_t levels = 0;
         Id forbidden = SiteTree::none;
     };
     struct FolderNames
