@@ -176,6 +176,10 @@ private slots:
         row("block quote off", "<blockquote><p>a|</p></blockquote>", "removeStyle('Block Quote')",
             "<p>a</p>");
         row("list", "<p>[a</p><p>b]</p>", "doCommand('Ordered List')", "<ol><li>a</li><li>b</li></ol>");
+        row("list keeps attributes", "<p id=\"i\" class=\"c\">a|</p>", "doCommand('Ordered List')",
+            "<ol><li id=\"i\" class=\"c\">a</li></ol>");
+        row("list off keeps attributes", "<ul><li id=\"i\">a|</li></ul>", "doCommand('Unordered List')",
+            "<p id=\"i\">a</p>");
         row("list off", "<ul><li>[a</li><li>b]</li></ul>", "doCommand('Unordered List')", "<p>a</p><p>b</p>");
         row("other list", "<ul class=\"x\"><li>a|</li></ul>", "applyStyle('Ordered List')",
             "<ol class=\"x\"><li>a</li></ol>");
