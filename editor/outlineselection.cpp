@@ -17,7 +17,7 @@ OutlineSelection::OutlineSelection(OutlineView& view, OutlineModel& model, ViewC
 {
     connect(view.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &OutlineSelection::noteChange);
-    connect(&rendering.webView()->editorPage(), &EditorPage::shown, this, [this] {
+    connect(&rendering.webView()->editorPage(), &EditorPage::ready, this, [this] {
         if (std::exchange(m_waitsForPage, false))
             showInPage();
     });
