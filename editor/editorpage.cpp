@@ -282,8 +282,9 @@ bool EditorPage::javaScriptPrompt(const QUrl&, const QString&, const QString&, Q
 void EditorPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message,
                                           int line, const QString& source)
 {
-    // What the engine finds wrong with the page itself is of no interest here.
-    if (PageScheme::isOfPage(QUrl(source), m_host))
+    // What the engine finds wrong with the page itself is of no interest here; what it can't run is the
+    // editor's, as no script of the page runs.
+    if (PageScheme::isOfPage(QUrl(source), m_host) && !message.startsWith(QLatin1String("Uncaught ")))
         return;
     if (level == ErrorMessageLevel && source.startsWith(QLatin1String("userscript:")))
         qWarning("%s:%d: %s", qUtf8Printable(source), line, qUtf8Printable(message));
