@@ -34,12 +34,19 @@ void RenderingReader::startOver()
     m_delivered = 0;
     m_named = 0;
     m_reading = false;
+    m_stopped = false;
+}
+
+void RenderingReader::stopUntilReady()
+{
+    startOver();
+    m_stopped = true;
 }
 
 void RenderingReader::noteChange(int count)
 {
     // While a page is being replaced its last words are not heard any more.
-    if (!m_page.isComplete())
+    if (m_stopped || !m_page.isComplete())
         return;
     m_told = std::max(m_told, count);
     schedule();
@@ -94,7 +101,7 @@ void RenderingReader::read()
 
 void RenderingReader::takeAnswer(int generation, int count, const QString& markup)
 {
-    if (generation != m_page.generation() || !m_page.isComplete())
+    if (m_stopped || generation != m_page.generation() || !m_page.isComplete())
         return;
     m_reading = false;
     const QPointer<RenderingReader> self = this;
@@ -120,15 +127,15 @@ void RenderingReader::deliverMarkup(const QString& markup, int count)
 
 void RenderingReader::catchUp()
 {
-    if (!m_page.isComplete())
+    if (m_stopped || !m_page.isComplete())
         return;
     const QPointer<RenderingReader> self = this;
     const int generation = m_page.generation();
     const int count = ScriptCall::wait(&m_page, QStringLiteral("countOfChanges()")).toInt();
-    if (!self || count <= m_delivered || generation != m_page.generation())
+    if (!self || m_stopped || count <= m_delivered || generation != m_page.generation())
         return;
     const QString markup = currentMarkup();
-    if (!self || generation != m_page.generation())
+    if (!self || m_stopped || generation != m_page.generation())
         return;
     m_told = std::max(m_told, count);
     deliverMarkup(markup, count);

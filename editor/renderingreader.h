@@ -25,6 +25,9 @@ public:
     using Deliver = std::function<void(std::string_view markup, const QString& name)>;
     RenderingReader(EditorPage& page, Deliver deliver, QObject* parent);
 
+    /// Reads nothing more of the page that is shown: it is about to be replaced by another.
+    void stopUntilReady();
+
     /// Names what the script evaluated last changed, if it changed anything.
     void nameChange(const QString& name);
 
@@ -59,6 +62,7 @@ private:
     int m_named = 0; // the change that m_name is for; 0 without one
     QString m_name;
     bool m_reading = false;
+    bool m_stopped = false;
 };
 
 } // namespace luma

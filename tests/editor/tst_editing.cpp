@@ -130,6 +130,11 @@ private slots:
         row("delete a selection over blocks", "<h1>o[ne</h1><p>x</p><p style=\"color: red\">tw]o</p>",
             "<Delete>", "<h1>oo</h1>");
         row("backspace of a word", "<p>one two|</p>", "<Word>x", "<p>one x</p>");
+        row("letter over a styled selection", "<p>a <b>[one</b> two]</p>", "xy", "<p>a <b>xy</b></p>");
+        row("letter over a plain selection", "<p>[one <b>two]</b></p>", "x", "<p>x</p>");
+        row("letter over blocks", "<h1>o[ne</h1><p class=\"c\">x</p><p>tw]o</p>", "x", "<h1>oxo</h1>");
+        row("blank over a selection", "<p>a[b]c</p>", " d", "<p>a dc</p>");
+        row("letter over an image", "<p>a<img src=\"x\">[b]</p>", "c", "<p>a<img src=\"x\">c</p>");
         row("empty page", "|", "Hi", "<p>Hi</p>");
         row("emptied page", "<h1>One</h1><p>two</p>", "<All><Delete>Hi", "<p>Hi</p>");
         row("emptied block", "<p>one</p><p>[two]</p>", "<Delete>", "<p>one</p><p><br></p>");
@@ -176,6 +181,10 @@ private slots:
         row("block quote off", "<blockquote><p>a|</p></blockquote>", "removeStyle('Block Quote')",
             "<p>a</p>");
         row("list", "<p>[a</p><p>b]</p>", "doCommand('Ordered List')", "<ol><li>a</li><li>b</li></ol>");
+        row("list keeps attributes", "<p id=\"i\" class=\"c\">a|</p>", "doCommand('Ordered List')",
+            "<ol><li id=\"i\" class=\"c\">a</li></ol>");
+        row("list off keeps attributes", "<ul><li id=\"i\">a|</li></ul>", "doCommand('Unordered List')",
+            "<p id=\"i\">a</p>");
         row("list off", "<ul><li>[a</li><li>b]</li></ul>", "doCommand('Unordered List')", "<p>a</p><p>b</p>");
         row("other list", "<ul class=\"x\"><li>a|</li></ul>", "applyStyle('Ordered List')",
             "<ol class=\"x\"><li>a</li></ol>");
