@@ -3,7 +3,6 @@
 #include "browser/browsercolumn.h"
 #include "browser/browserlistview.h"
 #include "browser/iconpreviewcontroller.h"
-#include "browser/relativepath.h"
 
 #include <QApplication>
 #include <QBoxLayout>
@@ -245,59 +244,15 @@ void Browser::scrollToEnd()
         Qt::QueuedConnection);
 }
 
-Browser::Path Browser::path() const
-{
-    Path names;
-    for (const BrowserColumn* column : m_columns) {
-        const QModelIndexList rows = column->selectedRows();
-        if (rows.size() != 1)
-            break;
-        names.push_back(m_model.node(rows.first())->name());
-    }
-    return names;
-}
-
-void Browser::setPath(const Path& path)
-{
-    for (int number = 0; number < static_cast<int>(path.size()) && number < columnCount(); ++number) {
-        const QModelIndex item =
-            m_model.childNamed(parentForItemsInColumn(number), path[static_cast<std::size_t>(number)]);
-        if (!item.isValid())
-            return;
-        select(number, item);
-    }
-}
-
-void Browser::select(int column, const QModelIndex& item)
-{
-    BrowserColumn& shown = *m_columns[static_cast<std::size_t>(column)];
-    if (shown.selectedRows() == QModelIndexList{item})
-        return;
-    shown.list().setCurrentIndex(item);
-    shown.list().scrollTo(item);
-}
-
 bool Browser::reveal(const std::filesystem::path& item)
 {
     if (!m_model.rootNode())
         return false;
-    Path names;
-    for (const std::filesystem::path& name :
-         std::filesystem::path(pathBelow(m_model.rootNode()->url(), item)))
-        names.push_back(name.native());
-    if (names.empty())
-        return false;
-    const auto isSelected = [&] {
-        const Path selected = path();
-        return selected.size() >= names.size() && std::equal(names.begin(), names.end(), selected.begin());
-    };
-    setPath(names);
+    if (m_selection.reach(item))
+        return true;
     // It may have come after the last listing.
-    if (!isSelected()) {
-        refresh();
-        setPath(names);
-    }
-    return isSelected();
+    refresh();
+    return m_selection.reach(item);
 }
 
 void Browser::refresh()
@@ -311,40 +266,6 @@ void Browser::refresh()
         setPath(before);
     for (BrowserColumn* column : m_columns)
         column->updateTexts();
-}
-
-void Browser::selectInLastColumn(const std::vector<std::string>& names)
-{
-    if (!m_columns.empty())
-        selectRows(*m_columns.back(), names);
-}
-
-void Browser::selectInFolder(const std::filesystem::path& folder, const std::vector<std::string>& names)
-{
-    for (BrowserColumn* column : m_columns) {
-        if (m_model.node(column->folder())->url() == folder) {
-            selectRows(*column, names);
-            return;
-        }
-    }
-}
-
-void Browser::selectRows(BrowserColumn& column, const std::vector<std::string>& names)
-{
-    QItemSelection rows;
-    QModelIndex first;
-    for (const std::string& name : names) {
-        const QModelIndex item = m_model.childNamed(column.folder(), name);
-        if (!item.isValid())
-            continue;
-        rows.select(item, item);
-        first = first.isValid() ? first : item;
-    }
-    if (!first.isValid())
-        return;
-    column.list().selectionModel()->setCurrentIndex(first, QItemSelectionModel::NoUpdate);
-    column.list().selectionModel()->select(rows, QItemSelectionModel::ClearAndSelect);
-    column.list().scrollTo(first);
 }
 
 void Browser::rename(const QModelIndex& item)

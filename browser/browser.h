@@ -1,5 +1,6 @@
 #pragma once
 
+#include "browser/columnselection.h"
 #include "browser/drop.h"
 #include "browser/droptarget.h"
 #include "browser/filesystemmodel.h"
@@ -28,8 +29,7 @@ class Browser final : public QScrollArea
     Q_OBJECT
 
 public:
-    /// The names (bytes) from the root to the last selected item.
-    using Path = std::vector<std::string>;
+    using Path = ColumnSelection::Path;
 
     explicit Browser(QWidget* parent = nullptr);
     ~Browser() override;
@@ -41,15 +41,16 @@ public:
     /// What sounds on a key press; the desktop's beep unless a test listens.
     void setBeep(std::function<void()> beep) { m_beep = std::move(beep); }
 
-    [[nodiscard]] Path path() const;
-    /// Selects along `path` as far as it goes; what is selected already stays as it is.
-    void setPath(const Path& path);
+    // As ColumnSelection has them.
+    [[nodiscard]] Path path() const { return m_selection.path(); }
+    void setPath(const Path& path) { m_selection.setPath(path); }
+    void selectInLastColumn(const std::vector<std::string>& names) { m_selection.selectInLastColumn(names); }
+    void selectInFolder(const std::filesystem::path& folder, const std::vector<std::string>& names)
+    {
+        m_selection.selectInFolder(folder, names);
+    }
     /// Lists the shown folders again and keeps path, selection and scroll position.
     void refresh();
-    /// Selects in the last column the rows of these names, when there are any, and shows the first.
-    void selectInLastColumn(const std::vector<std::string>& names);
-    /// The same in the column that shows `folder`, when there is one.
-    void selectInFolder(const std::filesystem::path& folder, const std::vector<std::string>& names);
     /// Opens the columns on the way to `item` and selects it. False, and as far as it goes, when it is not to
     /// be seen: outside of the root, hidden, or gone.
     bool reveal(const std::filesystem::path& item);
@@ -88,6 +89,7 @@ private:
     FileSystemModel m_model;
     DropTarget m_dropTarget{m_model};
     std::vector<BrowserColumn*> m_columns;
+    ColumnSelection m_selection{m_model, m_columns};
     QWidget* m_content = nullptr;
     QLabel* m_emptyLabel = nullptr;
     IconPreviewController* m_preview = nullptr;
@@ -108,8 +110,6 @@ private:
     void showPreview(const QModelIndex& leaf);
     void hidePreview();
     void selectionChanged(int number);
-    void selectRows(BrowserColumn& column, const std::vector<std::string>& names);
-    void select(int column, const QModelIndex& item);
     void noteClick(int column, const QModelIndex& item);
     void askForMenu(int column, const QContextMenuEvent& event);
     bool handleKey(int column, const QKeyEvent& event);

@@ -5,7 +5,7 @@
 #include "browser/connectionrequest.h"
 #include "browser/displaytext.h"
 #include "browser/endpoint.h"
-#include "browser/fileoperations.h"
+#include "browser/filejobs.h"
 #include "browser/folderwatcher.h"
 #include "browser/linkjobs.h"
 #include "browser/paneconnection.h"
@@ -16,13 +16,9 @@
 #include "browser/unavailablemounter.h"
 #include "browser/unlinkeditemspanel.h"
 #include "platform/console.h"
-#include "platform/files.h"
 #include "platform/icons.h"
-#include "platform/mainhop.h"
 
 #include "ui_BrowserPane.h"
-
-#include <QMessageBox>
 
 #include <utility>
 
@@ -36,7 +32,8 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
       parentDoc(host),
       configPanel(new ConfigPanel(std::move(endpoint), m_widget)),
       contextualMenu(new PaneMenu(m_widget)),
-      m_watcher(new FolderWatcher(this))
+      m_watcher(new FolderWatcher(this)),
+      m_fileJobs(new FileJobs(m_widget))
 {
     m_ui->setupUi(m_widget);
     m_ui->label->setText(caption);
@@ -47,10 +44,12 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     connectSheet();
     connectBrowser();
     connectMenu();
+    connect(m_fileJobs, &FileJobs::runningChanged, this, &BrowserController::showBusy);
+    connect(m_fileJobs, &FileJobs::changed, this, &BrowserController::refreshLater);
     connectLinks();
     connectConnection(std::make_shared<UnavailableMounter>());
     setRootNode(nullptr);
-    showBusy(0);
+    showBusy();
 }
 
 BrowserController::~BrowserController() = default;
@@ -177,7 +176,7 @@ void BrowserController::finishConnection(const MountResult& result, const QVaria
         m_connection->mounter().unmount(former);
     if (result.folder)
         setRootNode(std::make_shared<FileSystemNode>(*result.folder));
-    showBusy(m_jobs);
+    showBusy();
     if (rootNode())
         connectionSucceeded(request);
     else
@@ -224,7 +223,7 @@ void BrowserController::emptyPane()
     setConnectState({});
     m_ui->fullPathToSelectedItem->clear();
     setRootNode(nullptr);
-    showBusy(m_jobs);
+    showBusy();
 }
 
 void BrowserController::setRootNode(FileSystemNodePointer root)
@@ -287,24 +286,13 @@ void BrowserController::newFolder()
         return;
     const int clicked = browser().clickedColumn();
     const int column = clicked >= 0 ? clicked : browser().columnCount() - 1;
-    const std::filesystem::path parent = pathOf(browser().parentForItemsInColumn(column));
-    // Whether it is new or was there before, it ends up selected.
-    (void)fileoperations::newFolder(parent);
-    refreshLater({fileoperations::newFolderPath(parent)});
+    m_fileJobs->newFolder(pathOf(browser().parentForItemsInColumn(column)));
 }
 
 void BrowserController::duplicateItem()
 {
-    const QModelIndex clicked = browser().clickedItem();
-    if (!clicked.isValid())
-        return;
-    const std::filesystem::path item = pathOf(clicked);
-    runFileJob(
-        [item] {
-            (void)fileoperations::duplicate(item, [] { return !isMainHopClosed(); });
-            return true;
-        },
-        {fileoperations::duplicatePath(item)});
+    if (const QModelIndex item = browser().clickedItem(); item.isValid())
+        m_fileJobs->duplicate(pathOf(item));
 }
 
 void BrowserController::renameItem()
@@ -315,7 +303,7 @@ void BrowserController::renameItem()
 void BrowserController::deleteItem()
 {
     if (const QModelIndex item = browser().clickedItem(); item.isValid())
-        confirmDeletion({pathOf(item)});
+        m_fileJobs->confirmDeletion({pathOf(item)});
 }
 
 void BrowserController::deleteSelectedItems()
@@ -324,7 +312,7 @@ void BrowserController::deleteSelectedItems()
     for (const QModelIndex& item : browser().selectedItems())
         items.push_back(pathOf(item));
     if (!items.empty())
-        confirmDeletion(items);
+        m_fileJobs->confirmDeletion(items);
 }
 
 void BrowserController::showLinksForItem(const QString& senderTitle)
@@ -360,48 +348,6 @@ void BrowserController::stopFindUnlinkedItems()
     unlinkedItemsPanel->stopFindUnlinkedItems();
 }
 
-void BrowserController::confirmDeletion(const Paths& items)
-{
-    auto* alert = new QMessageBox(QMessageBox::Warning, tr("Warning"), tr("Warning"), QMessageBox::NoButton,
-                                  m_widget->window());
-    alert->setObjectName(QStringLiteral("deleteAlert"));
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setInformativeText(tr("Are you sure you want to delete this item(s)?"));
-    QPushButton* accepted = alert->addButton(tr("Delete"), QMessageBox::AcceptRole);
-    QPushButton* refused = alert->addButton(tr("No"), QMessageBox::RejectRole);
-    alert->setDefaultButton(refused);
-    alert->setEscapeButton(refused);
-    connect(accepted, &QAbstractButton::clicked, this, [this, items] { deleteItems(items); });
-    alert->open();
-}
-
-void BrowserController::deleteItems(const Paths& items)
-{
-    runFileJob(
-        [items] {
-            bool deleted = false;
-            for (const std::filesystem::path& item : items)
-                deleted = (!isMainHopClosed() && removeItem(item)) || deleted;
-            return deleted;
-        },
-        {});
-}
-
-/// Runs `job` in the background; when it answers true the columns are refreshed and `select` is selected.
-void BrowserController::runFileJob(std::function<bool()> job, const Paths& select)
-{
-    showBusy(m_jobs + 1);
-    const QPointer<BrowserController> guard(this);
-    start(std::make_shared<WorkItem>(), [guard, job = std::move(job), select](const WorkItem&) {
-        const bool refresh = job();
-        onMain(guard, [&](BrowserController& self) {
-            self.showBusy(self.m_jobs - 1);
-            if (refresh)
-                self.refreshLater(select);
-        });
-    });
-}
-
 void BrowserController::refreshLater(const Paths& select)
 {
     QMetaObject::invokeMethod(
@@ -414,10 +360,9 @@ void BrowserController::refreshLater(const Paths& select)
         Qt::QueuedConnection);
 }
 
-void BrowserController::showBusy(int jobs)
+void BrowserController::showBusy()
 {
-    m_jobs = jobs;
-    m_ui->progressIndicator->setVisible(jobs > 0);
+    m_ui->progressIndicator->setVisible(m_fileJobs->isRunning());
 }
 
 } // namespace luma

@@ -22,6 +22,7 @@ namespace luma {
 
 class Browser;
 class ConfigPanel;
+class FileJobs;
 class FolderWatcher;
 class LinkJobs;
 class ObservedDictionary;
@@ -101,13 +102,13 @@ private:
     ConfigPanel* configPanel = nullptr;
     PaneMenu* contextualMenu = nullptr;
     FolderWatcher* m_watcher = nullptr;
+    FileJobs* m_fileJobs = nullptr;
     PaneConnection* m_connection = nullptr;
     LinkJobs* m_linkJobs = nullptr;
     UnlinkedItemsPanel* unlinkedItemsPanel = nullptr;
     std::function<QString()> m_excludedFolders;
     std::filesystem::path m_mountPath;
     bool m_isShare = false;
-    int m_jobs = 0;
 
     void connectSheet();
     void connectBrowser();
@@ -123,11 +124,8 @@ private:
     void emptyPane();
     void folderChanged();
     void doBrowserClick(const QModelIndex& item);
-    void confirmDeletion(const Paths& items);
-    void deleteItems(const Paths& items);
-    void runFileJob(std::function<bool()> job, const Paths& select);
     void refreshLater(const Paths& select);
-    void showBusy(int jobs);
+    void showBusy();
     [[nodiscard]] std::filesystem::path pathOf(const QModelIndex& item) const;
 };
 

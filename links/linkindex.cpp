@@ -295,60 +295,32 @@ std::vector<std::string_view> LinkIndex::references(std::string_view text) const
     return references;
 }
 
-void LinkIndex::addShape(Shapes& shapes, std::u32string name, std::uint32_t index)
+const LinkIndex::FolderNames& LinkIndex::namesOf(Id folder)
 {
-    std::u32string shape = name;
-    std::replace_if(
-        shape.begin(), shape.end(), [](char32_t c) { return c != U'.'; }, U'x');
-    shapes[shape][std::move(name)].push_back(index);
-}
-
-template <class Found>
-void LinkIndex::findShapes(const Shapes& shapes, std::u32string_view text, std::size_t position, Found found)
-{
-    std::u32string candidate;
-    for (const auto& [shape, names] : shapes) {
-        if (position > text.size() || shape.size() > text.size() - position)
-            continue;
-        candidate = text.substr(position, shape.size());
-        bool lineFeed = false;
-        for (std::size_t i = 0; i < shape.size(); ++i) {
-            lineFeed = lineFeed || (shape[i] == U'.' && candidate[i] == U'\n');
-            if (shape[i] == U'.')
-                candidate[i] = U'.';
-        }
-        const auto known = lineFeed ? names.end() : names.find(candidate);
-        for (std::size_t i = 0; known != names.end() && i < known->second.size(); ++i)
-            found(known->second[i], position + shape.size());
-    }
-}
-
-const LinkIndex::FolderShapes& LinkIndex::shapesOf(Id folder)
-{
-    const auto [entry, isNew] = m_shapes.try_emplace(folder);
+    const auto [entry, isNew] = m_folderNames.try_emplace(folder);
     if (!isNew)
         return entry->second;
     for (std::uint32_t i = m_firstPattern[folder]; i < m_firstPattern[folder + 1]; ++i) {
         if (isPlainPattern(text(m_patterns[i])))
-            addShape(entry->second.patterns, caseFoldedCodePoints(text(m_patterns[i])), i);
+            entry->second.patterns.add(caseFoldedCodePoints(text(m_patterns[i])), i);
     }
     for (Id child = folder + 1; child < m_tree.size(); ++child) {
         if (m_tree.parent(child) == folder && m_tree.type(child) == SiteTree::Type::Folder &&
             isPlainPattern(m_foldedFolderNames[child]))
-            addShape(entry->second.folders, caseFoldedCodePoints(m_foldedFolderNames[child]), child);
+            entry->second.folders.add(caseFoldedCodePoints(m_foldedFolderNames[child]), child);
     }
     return entry->second;
 }
 
 void LinkIndex::referDown(const Start& start, Id folder, std::u32string_view text, std::size_t position)
 {
-    // A copy of the pointer only: filling in another folder's shapes leaves this one's where they are.
-    const FolderShapes& shapes = shapesOf(folder);
-    findShapes(shapes.patterns, text, position, [&](std::uint32_t pattern, std::size_t end) {
+    // A copy of the pointer only: filling in another folder's names leaves this one's where they are.
+    const FolderNames& names = namesOf(folder);
+    names.patterns.find(text, position, [&](std::uint32_t pattern, std::size_t end) {
         if (closesAt(text, end) && applies(m_patterns[pattern], start))
             setLinked(m_patterns[pattern].target);
     });
-    findShapes(shapes.folders, text, position, [&](std::uint32_t child, std::size_t end) {
+    names.folders.find(text, position, [&](std::uint32_t child, std::size_t end) {
         if (child != start.forbidden && end < text.size() && text[end] == U'/')
             referDown(start, child, text, end + 1);
     });
@@ -401,14 +373,14 @@ void LinkIndex::markNamedBy(std::string_view reference)
                 known.try_emplace(m_tree.name(file), static_cast<std::uint32_t>(m_filesByName.size()));
             if (isNew) {
                 m_filesByName.emplace_back();
-                addShape(m_nameShapes, caseFoldedCodePoints(m_tree.name(file)), entry->second);
+                m_names.add(caseFoldedCodePoints(m_tree.name(file)), entry->second);
             }
             m_filesByName[entry->second].push_back(file);
         }
     }
     const std::u32string folded = caseFoldedCodePoints(reference);
     for (std::size_t begin = 0; begin < folded.size(); ++begin) {
-        findShapes(m_nameShapes, folded, begin, [&](std::uint32_t name, std::size_t end) {
+        m_names.find(folded, begin, [&](std::uint32_t name, std::size_t end) {
             for (const Id file : closesAt(folded, end) ? m_filesByName[name] : std::vector<Id>())
                 setLinked(file);
         });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "links/dottednames.h"
 #include "links/sitetree.h"
 
 #include <atomic>
@@ -89,13 +90,10 @@ private:
         unsigned levels = 0;
         Id forbidden = SiteTree::none;
     };
-    // Names with their dots at the same places, by the name.
-    using Shape = std::unordered_map<std::u32string, std::vector<std::uint32_t>>;
-    using Shapes = std::unordered_map<std::u32string, Shape>;
-    struct FolderShapes
+    struct FolderNames
     {
-        Shapes patterns;
-        Shapes folders;
+        DottedNames patterns;
+        DottedNames folders;
     };
 
     void addPatternsOf(Id file, std::string& texts);
@@ -108,12 +106,9 @@ private:
     void markUp(const Start& start, std::string_view rest);
     void markDown(const Start& start, Id folder, std::string_view rest);
 
-    const FolderShapes& shapesOf(Id folder);
+    const FolderNames& namesOf(Id folder);
     void referDown(const Start& start, Id folder, std::u32string_view text, std::size_t position);
     void referUp(const Start& start, std::u32string_view text, std::size_t position);
-    static void addShape(Shapes& shapes, std::u32string name, std::uint32_t index);
-    template <class Found>
-    static void findShapes(const Shapes& shapes, std::u32string_view text, std::size_t position, Found found);
 
     const SiteTree& m_tree;
     std::unique_ptr<std::atomic<bool>[]> m_linked;
@@ -127,9 +122,9 @@ private:
     bool m_namesHoldCutCharacters = false;                      // '#' or '?'
     bool m_hasIndexFolders = false;
     std::size_t m_longestReference = 0;
-    std::unordered_map<Id, FolderShapes> m_shapes;
-    Shapes m_nameShapes;
-    std::vector<std::vector<Id>> m_filesByName; // what m_nameShapes counts
+    std::unordered_map<Id, FolderNames> m_folderNames;
+    DottedNames m_names;
+    std::vector<std::vector<Id>> m_filesByName; // what m_names counts
 };
 
 } // namespace luma

@@ -1,6 +1,7 @@
 #include "browser/dragrecord.h"
 #include "browser/filesystemmodel.h"
 #include "browser/unlinkeditemsmodel.h"
+#include "platform/filedescriptor.h"
 #include "tests/site/screenshot.h"
 #include "tests/site/sitewindow.h"
 #include "tests/support/registry.h"
@@ -14,10 +15,42 @@
 #include <QTableView>
 #include <QThreadPool>
 
+#include <fcntl.h>
+
+#include <cstdio>
+
 namespace fs = std::filesystem;
 using namespace luma;
 using luma::test::SiteWindow;
 using luma::test::TwoFolders;
+
+namespace {
+
+/// Standard output goes to a file for as long as this lives.
+class StandardOutput final
+{
+public:
+    explicit StandardOutput(const fs::path& file)
+        : m_former(::fcntl(STDOUT_FILENO, F_DUPFD_CLOEXEC, 0)),
+          m_file(::open(file.c_str(), O_CREAT | O_WRONLY | O_CLOEXEC, 0600))
+    {
+        (void)std::fflush(stdout);
+        ::dup2(m_file.get(), STDOUT_FILENO);
+    }
+    ~StandardOutput()
+    {
+        (void)std::fflush(stdout);
+        ::dup2(m_former.get(), STDOUT_FILENO);
+    }
+    StandardOutput(const StandardOutput&) = delete;
+    StandardOutput& operator=(const StandardOutput&) = delete;
+
+private:
+    FileDescriptor m_former;
+    FileDescriptor m_file;
+};
+
+} // namespace
 
 /// Links maintenance as the user meets it: in the panes of a real window.
 class tst_panelinks final : public QObject
@@ -45,6 +78,16 @@ private:
     static QMessageBox* findAlert(const SiteWindow& site)
     {
         return site.window->findChild<QMessageBox*>(QStringLiteral("deleteUnlinkedItemsAlert"));
+    }
+
+    static void deleteAllUnlinked(const SiteWindow& site)
+    {
+        site.source().startFindUnlinkedItems();
+        auto& remove = site.find<QPushButton>("unlinkedItemsDeleteButton");
+        QTRY_VERIFY(remove.isEnabled());
+        remove.click();
+        QVERIFY(findAlert(site));
+        findAlert(site)->buttons().first()->click();
     }
 
 private slots:
@@ -96,10 +139,13 @@ private slots:
         QTRY_VERIFY(site.isDone());
         QVERIFY(fs::exists(folders.at("sending/b/lonely.txt")));
         site.find<QDialog>("progressPanel").accept();
-        // Where the name is taken nothing is overwritten.
+        // Where the name is taken nothing is overwritten, and standard output names it too.
+        const StandardOutput output(folders.at("output"));
         QCOMPARE(SiteWindow::dragAndDrop(from, SiteWindow::list(site.destination(), 0), {}), Qt::CopyAction);
         QTRY_COMPARE(site.log(), QStringLiteral("File lonely.txt exists, not overwritten\n\nDone"));
         QCOMPARE(folders.bytes("receiving/lonely.txt"), std::string("mine"));
+        QVERIFY(folders.bytes("output").find("File lonely.txt exists, not overwritten\n") !=
+                std::string::npos);
     }
 
     void drop_isRefused()
@@ -300,24 +346,42 @@ private slots:
         folders.put("sending/a.txt");
         const SiteWindow site(folders);
         QTRY_VERIFY(site.isConnected());
-        site.source().startFindUnlinkedItems();
-        auto& remove = site.find<QPushButton>("unlinkedItemsDeleteButton");
-        QTRY_VERIFY(remove.isEnabled());
-        remove.click();
-        site.find<QMessageBox>("deleteUnlinkedItemsAlert").buttons().first()->click();
+        deleteAllUnlinked(site);
         QTRY_COMPARE(site.find<QLabel>("unlinkedItemsPanelTitle").text(),
                      QStringLiteral("No more files to be deleted."));
-        QVERIFY(!remove.isEnabled());
+        QVERIFY(!site.find<QPushButton>("unlinkedItemsDeleteButton").isEnabled());
         QVERIFY(!fs::exists(folders.at("sending/a.txt")));
         QTRY_COMPARE(SiteWindow::list(site.source(), 0).model()->rowCount(), 0);
         test::saveScreenshots(site.find<QDialog>("unlinkedItemsPanel"), QStringLiteral("unlinked-none"));
+    }
+
+    // A folder has taken the name of a file meanwhile.
+    void anUnlinkedItemThatCannotBeDeleted_staysListed()
+    {
+        const TwoFolders folders;
+        folders.put("sending/a.txt");
+        folders.put("sending/b.txt");
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        site.source().startFindUnlinkedItems();
+        auto& rows = site.find<UnlinkedItemsModel>("unlinkedItemsArrayController");
+        QTRY_COMPARE(rows.rowCount(), 2);
+        fs::remove(folders.at("sending/a.txt"));
+        folders.put("sending/a.txt/kept");
+        auto& remove = site.find<QPushButton>("unlinkedItemsDeleteButton");
+        QTRY_VERIFY(remove.isEnabled());
+        remove.click();
+        findAlert(site)->buttons().first()->click();
+        QTRY_COMPARE(rows.selectedNames(), std::vector<std::string>{"a.txt"});
+        QCOMPARE(folders.listing("sending"), std::string("a.txt/kept\n"));
+        QTRY_VERIFY(remove.isEnabled());
     }
 
     void inTheMiddle_data()
     {
         QTest::addColumn<int>("job");
         QTest::addColumn<bool>("close");
-        for (int job = 0; job < 4; ++job) {
+        for (int job = 0; job < 5; ++job) {
             QTest::addRow("close %d", job) << job << true;
             QTest::addRow("stop %d", job) << job << false;
         }
@@ -326,6 +390,7 @@ private slots:
     {
         QFETCH(int, job);
         QFETCH(bool, close);
+        const bool isUnlinked = job == 1 || job == 3;
         const TwoFolders folders;
         makeSite(folders);
         const std::string links(20'000, ' ');
@@ -344,21 +409,24 @@ private slots:
         case 2:
             site.source().showLinksForItem(QStringLiteral("Show Links To Item..."));
             break;
+        case 3:
+            deleteAllUnlinked(site);
+            break;
         default:
             site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"),
                                                     QStringLiteral("z"), Qt::EditRole);
         }
         if (close)
             site.window->close();
-        else if (job == 1)
+        else if (isUnlinked)
             site.find<QPushButton>("unlinkedItemsStopButton").click();
         else
             site.find<QPushButton>("progressPanelStopButton").click();
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         if (!close)
-            QTRY_VERIFY(job == 1 ? site.find<QPushButton>("unlinkedItemsRestartButton").isEnabled()
-                                 : site.isDone());
-        if (job == 3 && close)
+            QTRY_VERIFY(isUnlinked ? site.find<QPushButton>("unlinkedItemsRestartButton").isEnabled()
+                                   : site.isDone());
+        if (job == 4 && close)
             QCOMPARE(folders.bytes("sending/many/7.html"), "<a href='../z/x.html'>" + links);
         QVERIFY(folders.listing("sending").find(".luma-") == std::string::npos);
     }

@@ -1,0 +1,79 @@
+#include "browser/filejobs.h"
+
+#include "browser/fileoperations.h"
+#include "platform/files.h"
+#include "platform/mainhop.h"
+#include "platform/workitem.h"
+
+#include <QMessageBox>
+#include <QPushButton>
+
+namespace luma {
+
+FileJobs::FileJobs(QWidget* pane) : QObject(pane), m_pane(pane) {}
+
+void FileJobs::newFolder(const std::filesystem::path& parent)
+{
+    (void)fileoperations::newFolder(parent);
+    emit changed({fileoperations::newFolderPath(parent)});
+}
+
+void FileJobs::duplicate(const std::filesystem::path& item)
+{
+    run(
+        [item] {
+            (void)fileoperations::duplicate(item, [] { return !isMainHopClosed(); });
+            return true;
+        },
+        {fileoperations::duplicatePath(item)});
+}
+
+void FileJobs::confirmDeletion(const Paths& items)
+{
+    auto* alert = new QMessageBox(QMessageBox::Warning, tr("Warning"), tr("Warning"), QMessageBox::NoButton,
+                                  m_pane->window());
+    alert->setObjectName(QStringLiteral("deleteAlert"));
+    alert->setAttribute(Qt::WA_DeleteOnClose);
+    alert->setInformativeText(tr("Are you sure you want to delete this item(s)?"));
+    QPushButton* accepted = alert->addButton(tr("Delete"), QMessageBox::AcceptRole);
+    QPushButton* refused = alert->addButton(tr("No"), QMessageBox::RejectRole);
+    alert->setDefaultButton(refused);
+    alert->setEscapeButton(refused);
+    connect(accepted, &QAbstractButton::clicked, this, [this, items] { deleteItems(items); });
+    alert->open();
+}
+
+void FileJobs::deleteItems(const Paths& items)
+{
+    run(
+        [items] {
+            bool deleted = false;
+            for (const std::filesystem::path& item : items)
+                deleted = (!isMainHopClosed() && removeItem(item)) || deleted;
+            return deleted;
+        },
+        {});
+}
+
+/// Runs `job` in the background; it answers whether the disk may have changed.
+void FileJobs::run(std::function<bool()> job, const Paths& select)
+{
+    setRunning(m_running + 1);
+    const QPointer<FileJobs> guard(this);
+    start(std::make_shared<WorkItem>(), [guard, job = std::move(job), select](const WorkItem&) {
+        const bool mayHaveChanged = job();
+        onMain(guard, [&](FileJobs& self) {
+            self.setRunning(self.m_running - 1);
+            if (mayHaveChanged)
+                emit self.changed(select);
+        });
+    });
+}
+
+void FileJobs::setRunning(int count)
+{
+    m_running = count;
+    emit runningChanged();
+}
+
+} // namespace luma
