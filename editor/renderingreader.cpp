@@ -12,7 +12,7 @@ namespace luma {
 namespace {
 
 const QString outerHTML = QStringLiteral("document.documentElement.outerHTML.toString()");
-constexpr qint64 shortestPause = 10; // milliseconds
+constexpr qint64 shortestPause = 5; // milliseconds
 constexpr qint64 longestPause = 1000;
 
 } // namespace
@@ -76,8 +76,10 @@ QString RenderingReader::takeName(int count)
 
 void RenderingReader::schedule()
 {
-    if (m_told > m_delivered && !m_reading && !m_timer.isActive())
-        m_timer.start(static_cast<int>(std::clamp(2 * m_lastCost, shortestPause, longestPause)));
+    if (m_told <= m_delivered || m_reading || m_timer.isActive())
+        return;
+    const qint64 rested = m_sinceLast.isValid() ? m_sinceLast.elapsed() : longestPause;
+    m_timer.start(static_cast<int>(std::clamp(2 * m_lastCost - rested, shortestPause, longestPause)));
 }
 
 void RenderingReader::read()
@@ -121,6 +123,7 @@ void RenderingReader::deliverMarkup(const QString& markup, int count)
     if (!self)
         return;
     m_lastCost = m_clock.isValid() ? m_clock.elapsed() : 0;
+    m_sinceLast.start();
     if (isUpToDate())
         emit upToDate();
 }

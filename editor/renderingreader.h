@@ -56,6 +56,7 @@ private:
     Deliver m_deliver;
     QTimer m_timer;
     QElapsedTimer m_clock;
+    QElapsedTimer m_sinceLast; // runs from the last delivery on
     qint64 m_lastCost = 0;
     int m_told = 0;
     int m_delivered = 0;
