@@ -24,6 +24,11 @@ CodeEdit::CodeEdit(QWidget* parent) : QPlainTextEdit(parent), m_margin(new QWidg
     layOut();
 }
 
+QString CodeEdit::textIn(const QPlainTextEdit& field)
+{
+    return field.document()->toRawText().replace(QChar::ParagraphSeparator, u'\n');
+}
+
 void CodeEdit::setLineNumbers(bool shown)
 {
     m_lineNumbers = shown;

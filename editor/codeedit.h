@@ -13,6 +13,10 @@ class CodeEdit final : public QPlainTextEdit
 public:
     explicit CodeEdit(QWidget* parent = nullptr);
 
+    /// The text as it was set or typed, with no-break spaces and line separators, which toPlainText() makes
+    /// blanks and line ends.
+    static QString textIn(const QPlainTextEdit& field);
+
     [[nodiscard]] bool lineNumbers() const { return m_lineNumbers; }
     void setLineNumbers(bool shown);
 

@@ -1,7 +1,9 @@
 #include "editor/codehighlighter.h"
 
-#include <QGuiApplication>
+#include <QEvent>
 #include <QPalette>
+#include <QPlainTextEdit>
+#include <QSignalBlocker>
 
 #include <optional>
 
@@ -17,16 +19,17 @@ constexpr QColor numberColour(0x1a, 0x7f, 0x37);
 constexpr QColor wordColour(0x82, 0x30, 0xa8);
 
 // The colours are chosen for a light ground; on a dark one they are as much lighter.
-QColor suited(const QColor& colour)
+QColor suited(const QColor& colour, const QPalette& palette)
 {
-    const bool dark = QGuiApplication::palette().color(QPalette::Base).lightness() < 128;
+    const bool dark = palette.color(QPalette::Base).lightness() < 128;
     return dark ? QColor::fromHsl(colour.hslHue(), colour.hslSaturation(), 255 - colour.lightness() / 2 - 20)
                 : colour;
 }
 
 } // namespace
 
-CodeHighlighter::CodeHighlighter(Language language, QTextDocument* document) : QSyntaxHighlighter(document)
+CodeHighlighter::CodeHighlighter(Language language, QPlainTextEdit* field)
+    : QSyntaxHighlighter(field->document()), m_field(field)
 {
     switch (language) {
     case Language::Html:
@@ -39,14 +42,33 @@ CodeHighlighter::CodeHighlighter(Language language, QTextDocument* document) : Q
         addScriptRules();
         break;
     }
+    suitPalette();
+    field->installEventFilter(this);
+}
+
+bool CodeHighlighter::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_field && event->type() == QEvent::PaletteChange)
+        suitPalette();
+    return QSyntaxHighlighter::eventFilter(watched, event);
+}
+
+void CodeHighlighter::suitPalette()
+{
+    for (Rule& rule : m_rules)
+        rule.format.setForeground(suited(rule.lightColour, m_field->palette()));
+    // Other colours are no other text.
+    const QSignalBlocker quiet(m_field);
+    rehighlight();
+    m_field->viewport()->update();
 }
 
 void CodeHighlighter::addRule(const char* pattern, QColor lightColour, const char* endPattern)
 {
-    QTextCharFormat format;
-    format.setForeground(suited(lightColour));
     m_rules.push_back({QRegularExpression(QString::fromLatin1(pattern)),
-                       QRegularExpression(QString::fromLatin1(endPattern)), format});
+                       QRegularExpression(QString::fromLatin1(endPattern)),
+                       lightColour,
+                       {}});
 }
 
 void CodeHighlighter::addHtmlRules()

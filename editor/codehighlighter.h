@@ -1,13 +1,17 @@
 #pragma once
 
+#include <QColor>
 #include <QRegularExpression>
 #include <QSyntaxHighlighter>
 
 #include <vector>
 
+class QPlainTextEdit;
+
 namespace luma {
 
-/// Colours HTML, CSS or script text, in colours that suit the palette, light or dark. It looks at one line at
+/// Colours HTML, CSS or script text, in colours that suit the field's palette, light or dark, also when that
+/// changes. It looks at one line at
 /// a time and carries over what stays open: a comment, a tag, a declaration block.
 class CodeHighlighter final : public QSyntaxHighlighter
 {
@@ -16,16 +20,19 @@ class CodeHighlighter final : public QSyntaxHighlighter
 public:
     enum class Language { Html, Css, Script };
 
-    CodeHighlighter(Language language, QTextDocument* document);
+    /// The field becomes the owner.
+    CodeHighlighter(Language language, QPlainTextEdit* field);
 
 protected:
     void highlightBlock(const QString& text) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     struct Rule
     {
         QRegularExpression begins;
         QRegularExpression ends; // of what may go over line ends; empty for what does not
+        QColor lightColour;
         QTextCharFormat format;
     };
 
@@ -35,6 +42,9 @@ private:
     void addScriptRules();
     void addRule(const char* pattern, QColor lightColour, const char* endPattern = nullptr);
 
+    void suitPalette();
+
+    QPlainTextEdit* m_field;
     std::vector<Rule> m_rules;
 };
 

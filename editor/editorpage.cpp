@@ -7,6 +7,7 @@
 
 #include <QDesktopServices>
 #include <QFile>
+#include <QPointer>
 #include <QWebChannel>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineRegisterProtocolHandlerRequest>
@@ -25,8 +26,8 @@ namespace luma {
 
 namespace {
 
-constexpr int handshakePause = 250; // milliseconds
-constexpr int mostHandshakes = 8;
+constexpr int longestSilence = 250; // milliseconds
+constexpr int fetchPause = 50;      // milliseconds
 
 QWebEngineScript editorScript(const QString& name, const QString& source,
                               QWebEngineScript::InjectionPoint point)
@@ -99,13 +100,27 @@ EditorPage::~EditorPage()
 
 void EditorPage::addEditorScripts()
 {
-    scripts().insert(
+    m_scripts.append(
         editorScript(QStringLiteral("qwebchannel.js"), channelScript(), QWebEngineScript::DocumentCreation));
     for (const fs::path& path : pageSideScripts()) {
         if (const auto source = readFile(path))
-            scripts().insert(editorScript(QString::fromStdString(path.filename().string()),
+            m_scripts.append(editorScript(QString::fromStdString(path.filename().string()),
                                           QString::fromStdString(*source), QWebEngineScript::DocumentReady));
     }
+    scripts().insert(m_scripts);
+}
+
+// A process that has replaced another one may not have been given them (seen with Qt 6.4).
+void EditorPage::addMissingScripts()
+{
+    const QPointer<EditorPage> self = this;
+    ScriptCall::run(this, QStringLiteral("typeof takeMessages"),
+                    [self, generation = m_generation](const QVariant& type) {
+                        if (!self || generation != self->m_generation || type != QStringLiteral("undefined"))
+                            return;
+                        for (const QWebEngineScript& script : std::as_const(self->m_scripts))
+                            ScriptCall::run(self, script.sourceCode());
+                    });
 }
 
 void EditorPage::connectRefusals()
@@ -128,7 +143,7 @@ void EditorPage::connectState()
         if (QUrl(address) != m_address)
             return;
         m_complete = true;
-        m_handshake.stop();
+        m_silence.stop();
         emit ready();
     });
     connect(m_bridge, &PageBridge::documentLoaded, this, [this](const QString& address) {
@@ -136,36 +151,49 @@ void EditorPage::connectState()
         tellShown();
     });
     connect(this, &QWebEnginePage::loadFinished, this, &EditorPage::tellShown);
-    m_handshake.setInterval(handshakePause);
-    connect(&m_handshake, &QTimer::timeout, this, &EditorPage::connectAgain);
-    connect(this, &QWebEnginePage::loadFinished, this, [this](bool done) {
-        m_handshakes = 0;
-        if (done && !m_complete && url() == m_address)
-            m_handshake.start();
-    });
+    watchChannel();
     connect(this, &QWebEnginePage::renderProcessTerminated, this, [this](RenderProcessTerminationStatus) {
         m_complete = false;
         m_isLoaded = false;
-        m_handshake.stop();
+        m_silence.stop();
+        m_fetch.stop();
         emit processDied();
     });
 }
 
-// The channel to a process that has replaced another one may be dead (seen with Qt 6.4), and is made anew. A
-// page whose channel stays dead is shown all the same: its edits are read when they are needed.
-void EditorPage::connectAgain()
+// The channel to a process that has replaced another one may be dead (seen with Qt 6.4), and one made anew is
+// dead too. Then the page's messages are fetched.
+void EditorPage::watchChannel()
 {
-    if (++m_handshakes > mostHandshakes) {
-        m_handshake.stop();
-        m_complete = true;
-        m_isLoaded = true;
-        emit ready();
-        tellShown();
+    m_silence.setSingleShot(true);
+    connect(&m_silence, &QTimer::timeout, this, [this] {
+        m_deafProcess = renderProcessPid();
+        m_fetch.start(fetchPause);
+    });
+    connect(&m_fetch, &QTimer::timeout, this, &EditorPage::fetchMessages);
+    connect(this, &QWebEnginePage::loadFinished, this, [this](bool done) {
+        if (!done || m_complete || url() != m_address)
+            return;
+        addMissingScripts();
+        m_silence.start(renderProcessPid() == m_deafProcess ? 0 : longestSilence);
+    });
+}
+
+void EditorPage::fetchMessages()
+{
+    if (std::exchange(m_isFetching, true))
         return;
-    }
-    setWebChannel(nullptr, QWebEngineScript::ApplicationWorld);
-    setWebChannel(m_channel, QWebEngineScript::ApplicationWorld);
-    ScriptCall::run(this, QStringLiteral("connectBridge()"));
+    const QPointer<EditorPage> self = this;
+    ScriptCall::run(
+        this, QStringLiteral("takeMessages()"), [self, generation = m_generation](const QVariant& messages) {
+            if (!self || generation != self->m_generation)
+                return;
+            self->m_isFetching = false;
+            // Outside of the engine's work, which answers no question until it is done.
+            QMetaObject::invokeMethod(
+                self->m_bridge, [bridge = self->m_bridge, messages] { bridge->takeMessages(messages); },
+                Qt::QueuedConnection);
+        });
 }
 
 void EditorPage::tellShown()
@@ -179,7 +207,9 @@ void EditorPage::show(const QByteArray& markup, const SiteFolder& files)
     m_files = files;
     m_complete = false;
     m_isLoaded = false;
-    m_handshake.stop();
+    m_silence.stop();
+    m_fetch.stop();
+    m_isFetching = false;
     m_loadIsDue = true;
     ++m_generation;
     m_profile.files().serve(m_host, markup, files);
@@ -252,8 +282,9 @@ bool EditorPage::javaScriptPrompt(const QUrl&, const QString&, const QString&, Q
 void EditorPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message,
                                           int line, const QString& source)
 {
-    // What the engine finds wrong with the page itself is of no interest here.
-    if (PageScheme::isOfPage(QUrl(source), m_host))
+    // What the engine finds wrong with the page itself is of no interest here; what it can't run is the
+    // editor's, as no script of the page runs.
+    if (PageScheme::isOfPage(QUrl(source), m_host) && !message.startsWith(QLatin1String("Uncaught ")))
         return;
     if (level == ErrorMessageLevel && source.startsWith(QLatin1String("userscript:")))
         qWarning("%s:%d: %s", qUtf8Printable(source), line, qUtf8Printable(message));

@@ -4,8 +4,10 @@
 #include "editor/pagebridge.h"
 #include "editor/sitefolder.h"
 
+#include <QList>
 #include <QTimer>
 #include <QWebEnginePage>
+#include <QWebEngineScript>
 
 #include <filesystem>
 
@@ -65,8 +67,10 @@ private:
     void connectRefusals();
     void connectState();
     void addEditorScripts();
+    void addMissingScripts();
     void tellShown();
-    void connectAgain();
+    void watchChannel();
+    void fetchMessages();
     void activateLink(const QUrl& url);
     [[nodiscard]] QUrl addressForTheBrowser(const QUrl& url) const;
 
@@ -74,10 +78,13 @@ private:
     QString m_host;
     QUrl m_address;
     SiteFolder m_files;
+    QList<QWebEngineScript> m_scripts;
     QWebChannel* m_channel = nullptr;
     PageBridge* m_bridge = nullptr;
-    QTimer m_handshake; // runs while a loaded page has not told that it is ready
-    int m_handshakes = 0;
+    QTimer m_silence;          // runs while a loaded page has not told that it is ready
+    QTimer m_fetch;            // runs while the page's messages are fetched, its channel being dead
+    bool m_isFetching = false; // one answer is awaited
+    qint64 m_deafProcess = 0;  // the process that no channel leads to
     int m_generation = 0;
     bool m_loadIsDue = false;
     bool m_complete = false;

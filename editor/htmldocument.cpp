@@ -91,7 +91,7 @@ void HTMLDocument::createEdits()
 
 void HTMLDocument::createStyleSheets()
 {
-    new CodeHighlighter(CodeHighlighter::Language::Css, m_ui->cssField->document());
+    new CodeHighlighter(CodeHighlighter::Language::Css, m_ui->cssField);
     m_styleSheets = new StyleSheetEditor(
         {m_ui->cssMenu, m_ui->cssField, m_ui->cssButton}, m_tree, [this] { return siteFolder(); },
         m_services.runShell, this);

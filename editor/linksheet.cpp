@@ -4,6 +4,7 @@
 
 #include <QFile>
 #include <QFileDialog>
+#include <QRegularExpression>
 
 namespace luma {
 
@@ -21,6 +22,13 @@ bool runsScripts(const QString& address)
     }
     return address.contains(u':') && (scheme == QLatin1String("javascript") ||
                                       scheme == QLatin1String("vbscript") || scheme == QLatin1String("data"));
+}
+
+// Tabs and line ends, as an address pasted out of a mail may have, are no part of it (URL Standard, 4.4).
+QString addressIn(const QLineEdit& field)
+{
+    static const QRegularExpression noPart(QStringLiteral("[\\t\\r\\n]"));
+    return field.text().remove(noPart).trimmed();
 }
 
 bool isOnlyAScheme(const QString& address)
@@ -76,7 +84,7 @@ std::filesystem::path LinkSheet::fileOf(const QUrl& url)
 
 void LinkSheet::checkAddress()
 {
-    const QString address = m_ui->linkAddress->text().trimmed();
+    const QString address = addressIn(*m_ui->linkAddress);
     QString complaint;
     if (runsScripts(address))
         complaint = tr("An address that runs a script can't be used");
@@ -111,7 +119,7 @@ void LinkSheet::chooseFile()
 
 void LinkSheet::closeSheet(QObject* sender)
 {
-    const QString address = m_ui->linkAddress->text().trimmed();
+    const QString address = addressIn(*m_ui->linkAddress);
     done(sender->property("tag").toInt());
     if (sender->property("tag").toInt() == 1)
         emit confirmed(address);

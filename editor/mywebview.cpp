@@ -3,6 +3,7 @@
 #include "editor/scriptcall.h"
 
 #include <QContextMenuEvent>
+#include <QCoreApplication>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QMenu>
@@ -11,6 +12,19 @@
 namespace luma {
 
 namespace {
+
+bool isOfKeys(QEvent::Type type)
+{
+    return type == QEvent::KeyPress || type == QEvent::KeyRelease || type == QEvent::ShortcutOverride ||
+           type == QEvent::InputMethod;
+}
+
+// Keys of the window's commands, for which the engine has commands of its own.
+bool isCommandKey(const QKeyEvent& key)
+{
+    return key.matches(QKeySequence::Bold) || key.matches(QKeySequence::Italic) ||
+           key.matches(QKeySequence::Underline);
+}
 
 bool carriesFiles(const QMimeData* data)
 {
@@ -45,6 +59,7 @@ MyWebView::~MyWebView() = default;
 // The engine receives keys in a widget of its own, which is another one after its process was replaced.
 void MyWebView::watchKeys()
 {
+    m_countOfKeys = 0;
     if (m_keyReceiver == focusProxy())
         return;
     m_keyReceiver = focusProxy();
@@ -54,22 +69,43 @@ void MyWebView::watchKeys()
 
 bool MyWebView::eventFilter(QObject* watched, QEvent* event)
 {
-    const auto type = event->type();
-    if (watched == m_keyReceiver &&
-        (type == QEvent::KeyPress || type == QEvent::MouseButtonPress || type == QEvent::Wheel))
-        emit touched();
-    const bool isKey = event->type() == QEvent::KeyPress || event->type() == QEvent::ShortcutOverride;
-    if (watched == m_keyReceiver && isKey) {
-        auto& key = static_cast<QKeyEvent&>(*event);
-        const bool ours = key.matches(QKeySequence::Undo) || key.matches(QKeySequence::Redo);
-        if (ours) {
-            event->accept();
-            if (event->type() == QEvent::KeyPress)
-                key.matches(QKeySequence::Undo) ? emit undoWanted() : emit redoWanted();
-            return true;
-        }
+    if (watched != m_keyReceiver || !isOfKeys(event->type()))
+        return QWebEngineView::eventFilter(watched, event);
+    if (event->type() == QEvent::ShortcutOverride)
+        return takeUndoKey(static_cast<QKeyEvent&>(*event)) || isCommandKey(static_cast<QKeyEvent&>(*event));
+    if (m_heldInput.isHolding() && event != m_madeUp) {
+        keepForLater(*event);
+        return true;
     }
-    return QWebEngineView::eventFilter(watched, event);
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    if (takeUndoKey(static_cast<QKeyEvent&>(*event)))
+        return true;
+    ++m_countOfKeys;
+    return false;
+}
+
+void MyWebView::keepForLater(const QEvent& event)
+{
+    m_heldInput.take([this, kept = std::shared_ptr<QEvent>(event.clone())] {
+        const QPointer<MyWebView> self = this;
+        m_madeUp = kept.get();
+        if (m_keyReceiver)
+            QCoreApplication::sendEvent(m_keyReceiver, kept.get());
+        if (self)
+            m_madeUp = nullptr;
+    });
+}
+
+bool MyWebView::takeUndoKey(QKeyEvent& key)
+{
+    const bool isUndo = key.matches(QKeySequence::Undo);
+    if (!isUndo && !key.matches(QKeySequence::Redo))
+        return false;
+    key.accept();
+    if (key.type() == QEvent::KeyPress)
+        isUndo ? emit undoWanted() : emit redoWanted();
+    return true;
 }
 
 void MyWebView::setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu)

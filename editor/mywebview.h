@@ -1,6 +1,7 @@
 #pragma once
 
 #include "editor/editorpage.h"
+#include "editor/heldinput.h"
 
 #include <QList>
 #include <QPointer>
@@ -9,6 +10,7 @@
 
 #include <memory>
 
+class QKeyEvent;
 class QMenu;
 
 namespace luma {
@@ -26,6 +28,14 @@ public:
 
     [[nodiscard]] EditorPage& editorPage() { return *m_page; }
 
+    /// Holds the view's keys; whoever edits the page otherwise asks it too.
+    [[nodiscard]] HeldInput& heldInput() { return m_heldInput; }
+
+    /// How many keys have been pressed since the page stood there; the page counts them too (countOfKeys), as
+    /// scripts overtake keys on the way to it.
+    [[nodiscard]] int countOfKeys() const { return m_countOfKeys; }
+    void setCountOfKeys(int count) { m_countOfKeys = count; }
+
     /// The submenus of the context menu; they stay the caller's.
     void setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu);
 
@@ -33,8 +43,6 @@ public:
     void updateMenuMarks();
 
 signals:
-    /// The user pressed a key or a button, or turned the wheel.
-    void touched();
     /// Files were dropped at a point of the view, in the view's pixels.
     void filesDropped(const QList<QUrl>& files, const QPointF& where);
     void inspectElementWanted();
@@ -51,10 +59,15 @@ protected:
 
 private:
     void watchKeys();
+    void keepForLater(const QEvent& event);
+    bool takeUndoKey(QKeyEvent& key);
     void openMenu(const QPoint& where);
 
     std::shared_ptr<EditorProfile> m_profile;
     std::unique_ptr<EditorPage> m_page;
+    HeldInput m_heldInput;
+    int m_countOfKeys = 0;
+    const QEvent* m_madeUp = nullptr; // the event that was held and is sent now
     QPointer<QWidget> m_keyReceiver;
     QPointer<QMenu> m_fontSubMenu;
     QPointer<QMenu> m_justificationSubMenu;

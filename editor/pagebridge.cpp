@@ -39,4 +39,19 @@ void PageBridge::post(const QString& name, const QJsonValue& body)
     }
 }
 
+void PageBridge::takeMessages(const QVariant& messages)
+{
+    const QVariantList list = messages.toList();
+    for (const QVariant& each : list) {
+        const QVariantList message = each.toList();
+        const QString function = message.value(0).toString();
+        if (function == QLatin1String("post"))
+            post(message.value(1).toString(), QJsonValue::fromVariant(message.value(2)));
+        else if (function == QLatin1String("tellReady"))
+            tellReady(message.value(1).toString());
+        else if (function == QLatin1String("tellLoaded"))
+            tellLoaded(message.value(1).toString());
+    }
+}
+
 } // namespace luma

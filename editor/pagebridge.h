@@ -2,6 +2,7 @@
 
 #include <QJsonValue>
 #include <QObject>
+#include <QVariant>
 
 namespace luma {
 
@@ -21,6 +22,10 @@ public:
     Q_INVOKABLE void tellReady(const QString& address) { emit documentReady(address); }
     /// So have its sheets and images, or they failed. Comes after tellReady().
     Q_INVOKABLE void tellLoaded(const QString& address) { emit documentLoaded(address); }
+
+    /// What the page sent while its channel was dead: lists of a function's name, as above, and its
+    /// arguments.
+    void takeMessages(const QVariant& messages);
 
 signals:
     void documentReady(const QString& address);

@@ -12,7 +12,7 @@ namespace luma {
 namespace {
 
 const QString outerHTML = QStringLiteral("document.documentElement.outerHTML.toString()");
-constexpr qint64 shortestPause = 10; // milliseconds
+constexpr qint64 shortestPause = 5; // milliseconds
 constexpr qint64 longestPause = 1000;
 
 } // namespace
@@ -34,12 +34,19 @@ void RenderingReader::startOver()
     m_delivered = 0;
     m_named = 0;
     m_reading = false;
+    m_stopped = false;
+}
+
+void RenderingReader::stopUntilReady()
+{
+    startOver();
+    m_stopped = true;
 }
 
 void RenderingReader::noteChange(int count)
 {
     // While a page is being replaced its last words are not heard any more.
-    if (!m_page.isComplete())
+    if (m_stopped || !m_page.isComplete())
         return;
     m_told = std::max(m_told, count);
     schedule();
@@ -69,8 +76,10 @@ QString RenderingReader::takeName(int count)
 
 void RenderingReader::schedule()
 {
-    if (m_told > m_delivered && !m_reading && !m_timer.isActive())
-        m_timer.start(static_cast<int>(std::clamp(2 * m_lastCost, shortestPause, longestPause)));
+    if (m_told <= m_delivered || m_reading || m_timer.isActive())
+        return;
+    const qint64 rested = m_sinceLast.isValid() ? m_sinceLast.elapsed() : longestPause;
+    m_timer.start(static_cast<int>(std::clamp(2 * m_lastCost - rested, shortestPause, longestPause)));
 }
 
 void RenderingReader::read()
@@ -94,7 +103,7 @@ void RenderingReader::read()
 
 void RenderingReader::takeAnswer(int generation, int count, const QString& markup)
 {
-    if (generation != m_page.generation() || !m_page.isComplete())
+    if (m_stopped || generation != m_page.generation() || !m_page.isComplete())
         return;
     m_reading = false;
     const QPointer<RenderingReader> self = this;
@@ -114,21 +123,22 @@ void RenderingReader::deliverMarkup(const QString& markup, int count)
     if (!self)
         return;
     m_lastCost = m_clock.isValid() ? m_clock.elapsed() : 0;
+    m_sinceLast.start();
     if (isUpToDate())
         emit upToDate();
 }
 
 void RenderingReader::catchUp()
 {
-    if (!m_page.isComplete())
+    if (m_stopped || !m_page.isComplete())
         return;
     const QPointer<RenderingReader> self = this;
     const int generation = m_page.generation();
     const int count = ScriptCall::wait(&m_page, QStringLiteral("countOfChanges()")).toInt();
-    if (!self || count <= m_delivered || generation != m_page.generation())
+    if (!self || m_stopped || count <= m_delivered || generation != m_page.generation())
         return;
     const QString markup = currentMarkup();
-    if (!self || generation != m_page.generation())
+    if (!self || m_stopped || generation != m_page.generation())
         return;
     m_told = std::max(m_told, count);
     deliverMarkup(markup, count);

@@ -25,6 +25,9 @@ public:
     using Deliver = std::function<void(std::string_view markup, const QString& name)>;
     RenderingReader(EditorPage& page, Deliver deliver, QObject* parent);
 
+    /// Reads nothing more of the page that is shown: it is about to be replaced by another.
+    void stopUntilReady();
+
     /// Names what the script evaluated last changed, if it changed anything.
     void nameChange(const QString& name);
 
@@ -53,12 +56,14 @@ private:
     Deliver m_deliver;
     QTimer m_timer;
     QElapsedTimer m_clock;
+    QElapsedTimer m_sinceLast; // runs from the last delivery on
     qint64 m_lastCost = 0;
     int m_told = 0;
     int m_delivered = 0;
     int m_named = 0; // the change that m_name is for; 0 without one
     QString m_name;
     bool m_reading = false;
+    bool m_stopped = false;
 };
 
 } // namespace luma

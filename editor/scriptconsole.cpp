@@ -34,7 +34,7 @@ QString textOf(const QVariant& answer)
 ScriptConsole::ScriptConsole(QWidget* parent) : QDialog(parent), m_ui(std::make_unique<Ui::ScriptConsole>())
 {
     m_ui->setupUi(this);
-    new CodeHighlighter(CodeHighlighter::Language::Script, m_ui->jsSourceField->document());
+    new CodeHighlighter(CodeHighlighter::Language::Script, m_ui->jsSourceField);
     connect(m_ui->runJSButton, &QPushButton::clicked, this, &ScriptConsole::runJS);
     connect(m_ui->saveJSButton, &QPushButton::clicked, this, &ScriptConsole::saveJS);
     connect(new QShortcut(QKeySequence(Qt::CTRL | Qt::Key_Return), this), &QShortcut::activated, this,
@@ -46,7 +46,7 @@ ScriptConsole::~ScriptConsole() = default;
 void ScriptConsole::runJS()
 {
     m_ui->jsResultField->clear();
-    emit runWanted(m_ui->jsSourceField->toPlainText());
+    emit runWanted(CodeEdit::textIn(*m_ui->jsSourceField));
 }
 
 void ScriptConsole::showAnswer(const QVariant& answer)
@@ -72,7 +72,7 @@ void ScriptConsole::saveJS()
                          QStringLiteral(".js");
     const QString path = scriptFolder() + u'/' + name;
     QDir().mkpath(scriptFolder());
-    const auto written = writeFile(path.toStdString(), m_ui->jsSourceField->toPlainText().toStdString());
+    const auto written = writeFile(path.toStdString(), CodeEdit::textIn(*m_ui->jsSourceField).toStdString());
     m_ui->jsResultField->setPlainText(written ? tr("Saved as %1").arg(path)
                                               : QString::fromStdString(written.error().text));
 }

@@ -12,7 +12,7 @@ namespace luma {
 SourcePanel::SourcePanel(QWidget* parent) : QDialog(parent), m_ui(std::make_unique<Ui::SourcePanel>())
 {
     m_ui->setupUi(this);
-    new CodeHighlighter(CodeHighlighter::Language::Html, m_ui->sourceField->document());
+    new CodeHighlighter(CodeHighlighter::Language::Html, m_ui->sourceField);
     connect(m_ui->sourceField, &QPlainTextEdit::textChanged, this, &SourcePanel::textDidChange);
     connect(m_ui->saveSourceButton, &QPushButton::clicked, this, &SourcePanel::save);
     connect(m_ui->sourceCancelButton, &QPushButton::clicked, this, &SourcePanel::reject);
@@ -48,7 +48,7 @@ void SourcePanel::save()
 {
     if (!m_ui->saveSourceButton->isEnabled())
         return;
-    const QString source = m_ui->sourceField->toPlainText();
+    const QString source = CodeEdit::textIn(*m_ui->sourceField);
     accept();
     emit saved(source);
 }

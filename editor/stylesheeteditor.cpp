@@ -1,5 +1,6 @@
 #include "editor/stylesheeteditor.h"
 
+#include "editor/codeedit.h"
 #include "editor/cssmenu.h"
 #include "editor/pagetree.h"
 #include "platform/files.h"
@@ -95,38 +96,40 @@ void StyleSheetEditor::selectCSS()
 
 void StyleSheetEditor::textDidChange()
 {
-    m_drafts[shownTitle()] = m_controls.cssField->toPlainText();
+    m_drafts[shownTitle()] = CodeEdit::textIn(*m_controls.cssField);
     m_controls.cssButton->setEnabled(true);
 }
 
 void StyleSheetEditor::updateCSS()
 {
-    store(shownTitle(), m_controls.cssField->toPlainText());
+    // What can't be written is not told of: it stays in the field, and the button can be pressed again.
+    (void)store(shownTitle(), CodeEdit::textIn(*m_controls.cssField));
     selectCSS();
 }
 
 void StyleSheetEditor::storeDrafts()
 {
     const QMap<QString, QString> drafts = m_drafts;
-    for (auto draft = drafts.begin(); draft != drafts.end(); ++draft)
-        store(draft.key(), draft.value());
+    for (auto draft = drafts.begin(); draft != drafts.end(); ++draft) {
+        if (const auto stored = store(draft.key(), draft.value()); !stored)
+            emit failed(QString::fromStdString(stored.error().text));
+    }
     selectCSS();
 }
 
-void StyleSheetEditor::store(const QString& title, const QString& css)
+Result<void> StyleSheetEditor::store(const QString& title, const QString& css)
 {
     if (isStyleBlock(title)) {
         m_drafts.remove(title);
         emit styleBlockWanted(title, css);
-        return;
+        return {};
     }
     const std::string tidied = tidyCSS(css.toStdString(), m_runShell);
-    if (const auto written = writeFile(fileOf(title), tidied); !written) {
-        emit failed(QString::fromStdString(written.error().text));
-        return;
-    }
+    if (const auto written = writeFile(fileOf(title), tidied); !written)
+        return written.error();
     m_drafts.remove(title);
     emit fileStored();
+    return {};
 }
 
 } // namespace luma

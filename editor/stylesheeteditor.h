@@ -2,6 +2,7 @@
 
 #include "editor/csstidy.h"
 #include "editor/sitefolder.h"
+#include "platform/result.h"
 
 #include <QMap>
 #include <QObject>
@@ -42,7 +43,7 @@ public:
     void selectCSS();
     void updateCSS();
 
-    /// Whether anything is typed and not stored; storing all of it; giving it up.
+    /// Whether anything is typed and not stored; storing all of it, which tells what failed; giving it up.
     [[nodiscard]] bool hasDrafts() const { return !m_drafts.isEmpty(); }
     void storeDrafts();
     void dropDrafts() { m_drafts.clear(); }
@@ -57,7 +58,7 @@ signals:
 
 private:
     void textDidChange();
-    void store(const QString& title, const QString& css);
+    Result<void> store(const QString& title, const QString& css);
     [[nodiscard]] QString shownTitle() const;
     /// The file beside the page that is named as the link is written, else the one that a browser would take.
     [[nodiscard]] std::filesystem::path fileOf(const QString& title) const;

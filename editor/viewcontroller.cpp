@@ -22,13 +22,20 @@ namespace luma {
 namespace {
 
 constexpr int deathsInARow = 3;
-constexpr qint64 aRow = 30'000; // milliseconds
+constexpr qint64 aRow = 30'000;            // milliseconds
+constexpr qint64 longestWaitForKeys = 300; // milliseconds
 
 QString titleOf(const QObject* sender)
 {
     if (const auto* action = qobject_cast<const QAction*>(sender))
         return action->text();
     return sender ? sender->property("text").toString() : QString();
+}
+
+// The position came from a page, and goes into a script only as the number it should be.
+QString scrollingTo(const QString& position)
+{
+    return QStringLiteral("document.body.scrollTop = ") + QString::number(position.toDouble(), 'f', 3);
 }
 
 QString commandWordOf(const QObject* sender)
@@ -92,7 +99,7 @@ void ViewController::connectPage()
     EditorPage& page = m_webView->editorPage();
     // At once, so that nothing is seen to jump. What waits for the page comes later, as the engine answers
     // no question while it is at work itself.
-    connect(&page, &EditorPage::ready, this, &ViewController::restoreSelection);
+    connect(&page, &EditorPage::ready, this, &ViewController::restorePosition);
     connect(&page, &EditorPage::shown, this, &ViewController::didFinish, Qt::QueuedConnection);
     connect(&page, &EditorPage::processDied, this, &ViewController::rebuildAfterDeath);
     connect(
@@ -111,7 +118,6 @@ void ViewController::connectView()
 {
     connect(m_webView, &MyWebView::undoWanted, this, [this] { m_document.undo(); });
     connect(m_webView, &MyWebView::redoWanted, this, [this] { m_document.redo(); });
-    connect(m_webView, &MyWebView::touched, this, [this] { m_isTouched = true; });
     connect(m_webView, &MyWebView::filesDropped, this, &ViewController::insertFiles);
     connect(m_webView, &MyWebView::inspectElementWanted, this, &ViewController::inspectElement);
 }
@@ -128,7 +134,34 @@ QVariant ViewController::evaluateAndWait(const QString& script)
 
 void ViewController::catchUp()
 {
-    m_reader->catchUp();
+    const QPointer<ViewController> self = this;
+    HeldInput& input = m_webView->heldInput();
+    input.hold();
+    waitForKeys();
+    if (self)
+        m_reader->catchUp();
+    // What a key does may come behind the key.
+    if (self)
+        m_reader->catchUp();
+    if (self)
+        QMetaObject::invokeMethod(&input, &HeldInput::release, Qt::QueuedConnection);
+}
+
+// Not for ever, as a key may have had no meaning for the page.
+void ViewController::waitForKeys()
+{
+    const QPointer<ViewController> self = this;
+    QElapsedTimer clock;
+    clock.start();
+    while (m_webView->editorPage().isComplete()) {
+        const QVariant count = evaluateAndWait(QStringLiteral("countOfKeys()"));
+        if (!self || !count.isValid() || count.toInt() >= m_webView->countOfKeys())
+            return;
+        if (clock.hasExpired(longestWaitForKeys)) {
+            m_webView->setCountOfKeys(count.toInt());
+            return;
+        }
+    }
 }
 
 QString ViewController::renderedMarkup() const
@@ -146,23 +179,48 @@ void ViewController::setMagnification(double factor)
 
 void ViewController::show(Position position)
 {
-    const QPointer<ViewController> self = this;
     EditorPage& page = m_webView->editorPage();
+    holdUntilReady();
     if (position == Position::Start) {
         m_currentScrollPosition.clear();
         m_currentCaret.clear();
-    } else if (page.isComplete()) {
-        const QVariant scroll = evaluateAndWait(QStringLiteral("document.body.scrollTop.toString()"));
-        const QVariant caret = self ? evaluateAndWait(QStringLiteral("caretPosition()")) : QVariant();
-        if (!self)
-            return;
-        m_currentScrollPosition = scroll.toString();
-        m_currentCaret = caret.toString();
+    } else if (page.isComplete() && !readPosition()) {
+        return;
     }
     delete m_stopped;
     m_activeElementWaits = false;
     page.clearCaches();
     page.show(QByteArray::fromStdString(m_document.pageMarkup()), m_document.siteFolder());
+}
+
+bool ViewController::readPosition()
+{
+    const QPointer<ViewController> self = this;
+    const int shows = m_shows;
+    const QVariant scroll = evaluateAndWait(QStringLiteral("document.body.scrollTop.toString()"));
+    const QVariant caret = self ? evaluateAndWait(QStringLiteral("caretPosition()")) : QVariant();
+    if (!self || shows != m_shows)
+        return false;
+    if (scroll.isValid() && caret.isValid()) {
+        m_currentScrollPosition = scroll.toString();
+        m_currentCaret = caret.toString();
+    }
+    return true;
+}
+
+// The page as it is has nothing more to say, and takes nothing more.
+void ViewController::holdUntilReady()
+{
+    ++m_shows;
+    m_reader->stopUntilReady();
+    if (!std::exchange(m_holdsInput, true))
+        m_webView->heldInput().hold();
+}
+
+void ViewController::goOnAfterHold(int shows)
+{
+    if (shows == m_shows && std::exchange(m_holdsInput, false))
+        m_webView->heldInput().release();
 }
 
 void ViewController::didFinish()
@@ -177,27 +235,26 @@ void ViewController::didFinish()
         return;
     if (const int pixels = width.toString().toInt(); pixels > 0)
         m_document.fitWindowToPage(pixels);
-    // Once more, as images have made the page longer; they may come late, when the user is long at work.
-    if (!m_isTouched)
-        restorePosition();
-}
-
-void ViewController::restoreSelection()
-{
-    m_isTouched = false;
-    if (!m_currentCaret.isEmpty())
-        evaluate(scriptCall(QStringLiteral("restoreCaret"), m_currentCaret));
-    emit selectionRestored();
-    restorePosition();
+    // Images have made the page longer; but the user may have gone elsewhere meanwhile.
+    if (!m_currentScrollPosition.isEmpty())
+        evaluate(QStringLiteral("if (isAsShown()) ") + scrollingTo(m_currentScrollPosition));
 }
 
 void ViewController::restorePosition()
 {
-    // The position came from a page, and goes into a script only as the number it should be.
-    bool isNumber = false;
-    const double offset = m_currentScrollPosition.toDouble(&isNumber);
-    if (isNumber)
-        evaluate(QStringLiteral("document.body.scrollTop = ") + QString::number(offset, 'f', 3));
+    if (!m_currentCaret.isEmpty())
+        evaluate(scriptCall(QStringLiteral("restoreCaret"), m_currentCaret));
+    emit selectionRestored();
+    if (!m_currentScrollPosition.isEmpty())
+        evaluate(scrollingTo(m_currentScrollPosition));
+    evaluate(QStringLiteral("markAsShown()"));
+    // Once that has been done, and outside of the engine's work.
+    const QPointer<ViewController> self = this;
+    ScriptCall::run(&m_webView->editorPage(), QStringLiteral("0"), [self, shows = m_shows](const QVariant&) {
+        if (self)
+            QMetaObject::invokeMethod(
+                self, [self, shows] { self->goOnAfterHold(shows); }, Qt::QueuedConnection);
+    });
 }
 
 void ViewController::rebuildAfterDeath()
@@ -216,6 +273,7 @@ void ViewController::showStopped()
 {
     if (m_stopped || !m_contentView)
         return;
+    m_webView->heldInput().clear();
     auto* notice = new StoppedNotice(m_contentView);
     m_stopped = notice;
     connect(notice, &StoppedNotice::reloadWanted, this, [this] {
@@ -243,8 +301,13 @@ void ViewController::tellActiveElement()
 
 // Commands
 
-// What was typed before is an edit of its own.
 void ViewController::perform(const QString& name, const QString& script)
+{
+    m_webView->heldInput().take([this, name, script] { performNow(name, script); });
+}
+
+// What was typed before is an edit of its own.
+void ViewController::performNow(const QString& name, const QString& script)
 {
     const QPointer<ViewController> self = this;
     catchUp();
@@ -342,24 +405,23 @@ void ViewController::confirmLink(const QString& address)
 
 void ViewController::insertFiles(const QList<QUrl>& files, const QPointF& where)
 {
-    const QPointer<ViewController> self = this;
     const double zoom = m_webView->zoomFactor();
-    catchUp();
-    if (!self)
-        return;
-    evaluate(QStringLiteral("setCaretAt(%1, %2)").arg(where.x() / zoom).arg(where.y() / zoom));
-    for (const QUrl& url : files) {
-        const auto file = LinkSheet::fileOf(url);
-        const QString link = m_document.linkTo(file);
-        if (contentTypeOf(file).starts_with("image/"))
-            evaluate(scriptCall(QStringLiteral("doCommand"), QStringLiteral("Insert Image"), link));
-        else
-            evaluate(scriptCall(QStringLiteral("insertLink"), link, url.fileName()));
-        if (m_infoText && !m_document.siteFolder().realPath(file))
-            m_infoText->setText(tr("%1 lies outside the site").arg(url.fileName()));
-    }
-    m_reader->nameChange(tr("Drop"));
+    QString script = QStringLiteral("setCaretAt(%1, %2)").arg(where.x() / zoom).arg(where.y() / zoom);
+    for (const QUrl& url : files)
+        script += QStringLiteral("; ") + insertionOf(url);
+    perform(tr("Drop"), script);
     m_webView->setFocus();
+}
+
+QString ViewController::insertionOf(const QUrl& url)
+{
+    const auto file = LinkSheet::fileOf(url);
+    const QString link = m_document.linkTo(file);
+    if (m_infoText && !m_document.siteFolder().realPath(file))
+        m_infoText->setText(tr("%1 lies outside the site").arg(url.fileName()));
+    return contentTypeOf(file).starts_with("image/")
+               ? scriptCall(QStringLiteral("doCommand"), QStringLiteral("Insert Image"), link)
+               : scriptCall(QStringLiteral("insertLink"), link, url.fileName());
 }
 
 // Source and console
@@ -389,11 +451,16 @@ void ViewController::showScriptConsole()
 
 void ViewController::runJS(const QString& script)
 {
+    const QPointer<ViewController> self = this;
+    catchUp();
+    if (!self)
+        return;
     ScriptCall::run(&m_webView->editorPage(), script,
                     [console = QPointer(m_console)](const QVariant& answer) {
                         if (console)
                             console->showAnswer(answer);
                     });
+    m_reader->nameChange(tr("Script"));
 }
 
 void ViewController::inspectElement()

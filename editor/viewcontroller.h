@@ -47,7 +47,8 @@ public:
     void show(Position position);
 
     /// Hands edits of the rendering to the document that it has not heard of. Call it before the tree is
-    /// changed or saved: it waits for the page, for a moment.
+    /// changed or saved: it waits for the page, for a moment. What the user types meanwhile, and until the
+    /// page stands anew when the caller goes on to show it, comes into the page after that.
     void catchUp();
 
     /// The page's markup as the rendering has it; null when it does not answer.
@@ -90,17 +91,23 @@ private:
     void takeActiveElement(const QList<int>& path);
     void tellActiveElement();
     void didFinish();
-    void restoreSelection();
     void restorePosition();
+    void waitForKeys();
+    void holdUntilReady();
+    void goOnAfterHold(int shows);
+    /// False when the page has been replaced meanwhile, or the controller has gone.
+    [[nodiscard]] bool readPosition();
     void rebuildAfterDeath();
     void showStopped();
     /// Evaluates a script that edits the page; its edit has this name in the undo history.
     void perform(const QString& name, const QString& script);
+    void performNow(const QString& name, const QString& script);
     void performCommand(const QString& title);
     void confirmLink(const QString& address);
     void saveSource(const QString& source);
     void runJS(const QString& script);
     void insertFiles(const QList<QUrl>& files, const QPointF& where);
+    [[nodiscard]] QString insertionOf(const QUrl& file);
 
     PageDocument& m_document;
     QPointer<QWidget> m_contentView;
@@ -119,8 +126,9 @@ private:
     QElapsedTimer m_sinceDeath;
     double m_magnification = 1;
     int m_deaths = 0;
+    int m_shows = 0;
+    bool m_holdsInput = false;
     bool m_activeElementWaits = false;
-    bool m_isTouched = false; // by the user, since the page stands there
 };
 
 } // namespace luma

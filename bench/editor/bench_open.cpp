@@ -17,6 +17,8 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QTemporaryDir>
+#include <QWebEngineSettings>
+#include <QWebEngineView>
 
 #include <gumbo.h>
 #include <unistd.h>
@@ -108,7 +110,7 @@ struct Memory
 /// The parts of opening, and of one edit, in the window of a page.
 struct Times
 {
-    std::vector<double> bare, read, parsed, rows, dragBegun, dragMoved, shown, edited, editShown;
+    std::vector<double> bare, read, parsed, rows, dragBegun, dragMoved, bareShown, shown, edited, editShown;
 };
 
 HTMLDocument* openWindow(const fs::path& file)
@@ -157,6 +159,23 @@ void measureOutline(const fs::path& file, Times& times)
     measureDrag(model, times);
 }
 
+/// The engine alone: the same file in a view of its own, without scripts.
+bool measureEngine(const fs::path& file, Times& times)
+{
+    QWebEngineView view;
+    view.settings()->setAttribute(QWebEngineSettings::JavascriptEnabled, false);
+    view.resize(600, 700);
+    view.show();
+    bool isLoaded = false;
+    QObject::connect(&view, &QWebEngineView::loadFinished, &view, [&] { isLoaded = true; });
+    const Stopwatch loading;
+    view.load(QUrl::fromLocalFile(QString::fromStdString(file.string())));
+    if (!waitUntil([&] { return isLoaded; }))
+        return false;
+    times.bareShown.push_back(loading.milliseconds());
+    return true;
+}
+
 bool measureWindow(const fs::path& file, Times& times)
 {
     const Stopwatch opening;
@@ -192,6 +211,7 @@ void printTimes(const Times& times)
     line("read, parse and rows together", middle(times.read) + middle(times.parsed) + middle(times.rows));
     line("drag of the last row begun", middle(times.dragBegun));
     line("one step of the mouse while dragging", middle(times.dragMoved));
+    line("engine alone until the file is loaded", middle(times.bareShown));
     line("window opened until the rendering stands there", middle(times.shown));
     line("one edit until the outline is painted", middle(times.edited));
     line("one edit until the rendering is back", middle(times.editShown));
@@ -237,7 +257,7 @@ int main(int argc, char** argv)
     for (int round = 0; round < rounds; ++round) {
         times.bare.push_back(bareParse(page));
         measureOutline(folder / "page.html", times);
-        if (!measureWindow(folder / "page.html", times))
+        if (!measureEngine(folder / "page.html", times) || !measureWindow(folder / "page.html", times))
             return 1;
     }
     printTimes(times);

@@ -93,13 +93,17 @@ function wrapInline(node, name) {
     return wrapper;
 }
 
+function copyAttributes(from, to) {
+    for (const attribute of from.attributes)
+        to.setAttributeNode(attribute.cloneNode());
+}
+
 // Gives a block another name, its attributes and contents as they are.
 function renameBlock(block, name) {
     if (block.localName === name)
         return block;
     const renamed = document.createElement(name);
-    for (const { name: attribute, value } of block.attributes)
-        renamed.setAttribute(attribute, value);
+    copyAttributes(block, renamed);
     keepingSelection(() => {
         renamed.append(...block.childNodes);
         block.replaceWith(renamed);

@@ -1,5 +1,5 @@
 // The page's end of the bridge: it tells that the page stands there, and post(name, body) sends one of the four
-// messages to the editor. What is posted before the channel stands is sent, in order, as soon as it does.
+// messages to the editor. While no channel stands, messages wait until it does or the editor fetches them.
 
 const bridge = {
     object: null,
@@ -7,29 +7,32 @@ const bridge = {
 };
 
 function post(name, body) {
-    if (bridge.object)
-        bridge.object.post(name, body);
-    else
-        bridge.waiting.push([name, body]);
+    send('post', name, body);
 }
 
-// The editor calls it again when it has heard nothing.
-function connectBridge() {
-    if (!bridge.object)
-        new QWebChannel(qt.webChannelTransport, useChannel);
+function send(method, ...values) {
+    if (bridge.object)
+        bridge.object[method](...values);
+    else
+        bridge.waiting.push([method, ...values]);
+}
+
+// What waits, for an editor whose channel is dead.
+function takeMessages() {
+    return bridge.waiting.splice(0);
 }
 
 function useChannel(channel) {
-    if (bridge.object)
-        return;
     bridge.object = channel.objects.bridge;
-    bridge.object.tellReady(location.href);
-    for (const [name, body] of bridge.waiting.splice(0))
-        post(name, body);
-    if (document.readyState === 'complete')
-        bridge.object.tellLoaded(location.href);
-    else
-        addEventListener('load', () => bridge.object.tellLoaded(location.href));
+    for (const [method, ...values] of takeMessages())
+        send(method, ...values);
 }
 
-connectBridge();
+send('tellReady', location.href);
+if (document.readyState === 'complete')
+    send('tellLoaded', location.href);
+else
+    addEventListener('load', () => send('tellLoaded', location.href));
+
+if (globalThis.qt && qt.webChannelTransport)
+    new QWebChannel(qt.webChannelTransport, useChannel);

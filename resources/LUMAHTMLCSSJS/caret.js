@@ -17,6 +17,13 @@ function restoreCaret(position) {
     activeElement.chosen = range.getRangeAt(0).cloneRange();
 }
 
+// Whether the user has not touched the page since it was shown.
+const isAsShown = () => caret.isAsShown;
+const caret = { isAsShown: true };
+const markAsShown = () => { caret.isAsShown = true; };
+for (const type of ['keydown', 'mousedown', 'wheel', 'drop'])
+    document.addEventListener(type, () => { caret.isAsShown = false; }, { capture: true, passive: true });
+
 function wayToNode(node) {
     const way = [];
     for (; node.parentNode && node !== document.documentElement; node = node.parentNode)

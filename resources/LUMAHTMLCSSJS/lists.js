@@ -12,7 +12,7 @@ function toggleList(name) {
         blocks.push(wrapInline(inlineAtCaret(), 'p'));
     const items = blocks.map(itemAt);
     if (items.every((item) => item && listOf(item).localName === name)) {
-        new Set(items).forEach(leaveList);
+        new Set(items).forEach((item) => leaveList(item, { keepsAttributes: true }));
     } else if (items.every((item) => item)) {
         new Set(items.map(listOf)).forEach((list) => renameBlock(list, name));
     } else {
@@ -26,6 +26,7 @@ function makeList(blocks, name) {
         blocks[0].before(list);
         for (const block of blocks) {
             const item = document.createElement('li');
+            copyAttributes(block, item);
             item.append(...block.childNodes);
             block.remove();
             list.append(item);
@@ -36,7 +37,7 @@ function makeList(blocks, name) {
 
 // Takes an item out of its list: a nested one becomes the next item of the list around, one of an outermost list
 // a paragraph. The items behind it stay a list.
-function leaveList(item) {
+function leaveList(item, { keepsAttributes = false } = {}) {
     const list = listOf(item);
     const behind = list.cloneNode(false);
     behind.removeAttribute('id');
@@ -45,6 +46,8 @@ function leaveList(item) {
     const blocks = [];
     keepingSelection(() => {
         blocks.push(...(outer ? [item] : paragraphsOf(item)));
+        if (keepsAttributes && !outer && blocks[0].attributes.length === 0)
+            copyAttributes(item, blocks[0]);
         while (item.nextSibling)
             behind.append(item.nextSibling);
         if (outer) {
@@ -107,7 +110,7 @@ function indentItem(item) {
 function outdent() {
     const blocks = selectedBlocks();
     const items = new Set(blocks.map(itemAt).filter((item) => item));
-    Array.from(items).reverse().forEach(leaveList);
+    Array.from(items).reverse().forEach((item) => leaveList(item, { keepsAttributes: true }));
     new Set(blocks.filter((block) => !itemAt(block)).map((block) => block.closest('blockquote')))
         .forEach((quote) => quote && unwrap(quote));
 }

@@ -22,6 +22,32 @@ document.addEventListener('paste', (event) => {
     insertTransferred(event.clipboardData);
 }, true);
 
+// What is in a range, within the styles and links around it.
+function markupOf(range) {
+    let contents = range.cloneContents();
+    const node = range.commonAncestorContainer;
+    for (let around = node instanceof Element ? node : node.parentElement; !isBlock(around); around = around.parentElement) {
+        const copy = around.cloneNode(false);
+        copy.append(contents);
+        contents = copy;
+    }
+    const holder = document.createElement('div');
+    holder.append(contents);
+    return holder.innerHTML;
+}
+
+// Cutting is copying and deleting: the engine's own leaves no-break spaces behind.
+document.addEventListener('cut', (event) => {
+    const range = currentRange();
+    if (!range || range.collapsed)
+        return;
+    event.preventDefault();
+    event.clipboardData.setData('text/html', markupOf(range));
+    event.clipboardData.setData('text/plain', getSelection().toString());
+    deleteSelection();
+    showLastBlank();
+}, true);
+
 document.addEventListener('beforeinput', (event) => {
     if (event.inputType !== 'insertFromDrop' && event.inputType !== 'insertFromPaste')
         return;

@@ -19,6 +19,7 @@ function selectText(element) {
     const selection = getSelection();
     selection.removeAllRanges();
     selection.addRange(range);
+    caret.isAsShown = false;
     reveal(element);
 }
 

@@ -1,6 +1,14 @@
 // What keys do: Enter, Backspace and Delete, blanks, and the first letter on an empty page.
 
-const typing = { blank: null }; // the text node that ends in a no-break space of ours
+const typing = {
+    blank: null, // the text node that ends in a no-break space of ours
+    keys: 0, // pressed since the page stands there
+};
+
+// How many keys have come; the editor waits for those that it sent.
+const countOfKeys = () => typing.keys;
+
+document.addEventListener('keydown', () => ++typing.keys, true);
 
 document.addEventListener('beforeinput', (event) => {
     const handler = Object.hasOwn(inputHandlers, event.inputType) && inputHandlers[event.inputType];
@@ -20,6 +28,9 @@ const inputHandlers = {
     deleteSoftLineBackward: () => deleteUnit('backward', 'lineboundary'),
     deleteSoftLineForward: () => deleteUnit('forward', 'lineboundary'),
     deleteByCut: (event) => deleteAt('start', event),
+    formatBold: () => doCommand('Bold') || true,
+    formatItalic: () => doCommand('Italic') || true,
+    formatUnderline: () => doCommand('Underline') || true,
     historyUndo: () => true,
     historyRedo: () => true,
 };
@@ -78,7 +89,7 @@ function insertText(event) {
     if (!range || event.data === null)
         return false;
     if (!range.collapsed)
-        deleteSelection();
+        makeRoomInSelection();
     if (blockOf(currentRange().startContainer) === document.body)
         caretToStart(wrapInline(inlineAtCaret(), 'p'));
     const { node, offset } = textAtCaret();
@@ -88,6 +99,31 @@ function insertText(event) {
     dropPlaceholder(node);
     settleBlank();
     return true;
+}
+
+// Deletes what is selected but for the elements around its first letter, whose styles are those of what is typed.
+function makeRoomInSelection() {
+    const placeholder = '\ufdd0'; // a noncharacter, which no page has
+    const range = currentRange();
+    const [leaf] = leavesOf(range);
+    if (!(leaf instanceof Text)) {
+        deleteSelection();
+        return;
+    }
+    const start = leaf === range.startContainer ? range.startOffset : 0;
+    leaf.insertData(start, placeholder);
+    getSelection().setBaseAndExtent(leaf, start + 1, range.endContainer, range.endOffset);
+    const block = blockOf(leaf);
+    deleteSelection();
+    const texts = document.createTreeWalker(block, NodeFilter.SHOW_TEXT);
+    for (let node; (node = texts.nextNode());) {
+        const at = node.data.indexOf(placeholder);
+        if (at >= 0) {
+            node.deleteData(at, 1);
+            setCaret(node, at);
+            return;
+        }
+    }
 }
 
 // The text node at the caret, made where there is none.

@@ -44,6 +44,8 @@ private:
             {"All", {Qt::Key_A, Qt::ControlModifier}},
             {"Paste", {Qt::Key_V, Qt::ControlModifier}},
             {"PastePlain", {Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier}},
+            {"Cut", {Qt::Key_X, Qt::ControlModifier}},
+            {"WordBehind", {Qt::Key_Delete, Qt::ControlModifier}},
             {"Word", {Qt::Key_Backspace, Qt::ControlModifier}},
         };
         for (qsizetype at = 0; at < keys.size();) {
@@ -105,6 +107,21 @@ private slots:
         row("enter leaves a quote", "<blockquote><p>one</p><p>|</p></blockquote>", "<Enter>x",
             "<blockquote><p>one</p></blockquote><p>x</p>");
         row("line break", "<p>one|</p>", "<Break>two", "<p>one<br>two</p>");
+        row("line break in the middle", "<p>o|ne</p>", "<Break>", "<p>o<br>ne</p>");
+        row("line break in an item", "<ul><li>one|</li></ul>", "<Break>two", "<ul><li>one<br>two</li></ul>");
+        row("line break in a heading", "<h1>one|</h1>", "<Break>two", "<h1>one<br>two</h1>");
+        row("line break in a styled text", "<p><b>on|e</b></p>", "<Break>", "<p><b>on<br>e</b></p>");
+        row("line break in pre", "<pre>a|b</pre>", "<Break>", "<pre>a\nb</pre>");
+        row("line break in bare text", "a|b", "<Break>", "a<br>b");
+        row("line break over a selection", "<p>o[n]e</p>", "<Break>", "<p>o<br>e</p>");
+        row("enter in a link", "<p><a href=\"x\">on|e</a></p>", "<Enter>",
+            "<p><a href=\"x\">on</a></p><p><a href=\"x\">e</a></p>");
+        row("enter behind an image", "<p><img src=\"x\">|</p>", "<Enter>a", "<p><img src=\"x\"></p><p>a</p>");
+        row("enter over blocks", "<p>o[ne</p><p>tw]o</p>", "<Enter>", "<p>o</p><p>o</p>");
+        row("enter at an item's start", "<ul><li>|one</li></ul>", "<Enter>",
+            "<ul><li><br></li><li>one</li></ul>");
+        row("enter twice at a list's end", "<ol class=\"c\"><li>one|</li></ol>", "<Enter><Enter>two",
+            "<ol class=\"c\"><li>one</li></ol><p>two</p>");
         row("backspace", "<p>one|</p>", "<Backspace>x", "<p>onx</p>");
         row("backspace to the last letter", "<p>ab|</p>", "<Backspace><Backspace>c", "<p>c</p>");
         row("backspace of an emoji", "<p>a\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x91\xa7|b</p>", "<Backspace>",
@@ -127,9 +144,30 @@ private slots:
         row("backspace at the page's start", "<p>|one</p>", "<Backspace>", "<p>one</p>");
         row("delete", "<p>|one</p>", "<Delete>", "<p>ne</p>");
         row("delete joins", "<p>one|</p><h1><b>two</b> x</h1>", "<Delete>-", "<p>one-<b>two</b> x</p>");
+        row("delete joins items", "<ul><li>one|</li><li>two</li></ul>", "<Delete>-",
+            "<ul><li>one-two</li></ul>");
+        row("delete into a list", "<p>one|</p><ul><li>two</li><li>three</li></ul>", "<Delete>-",
+            "<p>one-two</p><ul><li>three</li></ul>");
+        row("delete takes a rule", "<p>one|</p><hr><p>two</p>", "<Delete>", "<p>one</p><p>two</p>");
+        row("delete takes an image", "<p>one|<img src=\"x\">two</p>", "<Delete>-", "<p>one-two</p>");
+        row("backspace takes an image", "<p>one<img src=\"x\">|two</p>", "<Backspace>-", "<p>one-two</p>");
+        row("backspace takes a line break", "<p>one<br>|two</p>", "<Backspace>-", "<p>one-two</p>");
+        row("delete in an empty block", "<p>|</p><p class=\"c\">two</p>", "<Delete>x",
+            "<p class=\"c\">xtwo</p>");
+        row("delete at a cell's end", "<table><tbody><tr><td>a|</td><td>b</td></tr></tbody></table>",
+            "<Delete>", "<table><tbody><tr><td>a</td><td>b</td></tr></tbody></table>");
+        row("delete at the page's end", "<p>one|</p>", "<Delete>", "<p>one</p>");
+        row("delete of a word", "<p>|one two</p>", "<WordBehind>x", "<p>x two</p>");
+        row("cut over blocks", "<h1>o[ne</h1><p>tw]o</p>", "<Cut>", "<h1>oo</h1>");
+        row("cut a styled word", "<p>a <b>[one]</b> b</p>", "<Cut>", "<p>a  b</p>");
         row("delete a selection over blocks", "<h1>o[ne</h1><p>x</p><p style=\"color: red\">tw]o</p>",
             "<Delete>", "<h1>oo</h1>");
         row("backspace of a word", "<p>one two|</p>", "<Word>x", "<p>one x</p>");
+        row("letter over a styled selection", "<p>a <b>[one</b> two]</p>", "xy", "<p>a <b>xy</b></p>");
+        row("letter over a plain selection", "<p>[one <b>two]</b></p>", "x", "<p>x</p>");
+        row("letter over blocks", "<h1>o[ne</h1><p class=\"c\">x</p><p>tw]o</p>", "x", "<h1>oxo</h1>");
+        row("blank over a selection", "<p>a[b]c</p>", " d", "<p>a dc</p>");
+        row("letter over an image", "<p>a<img src=\"x\">[b]</p>", "c", "<p>a<img src=\"x\">c</p>");
         row("empty page", "|", "Hi", "<p>Hi</p>");
         row("emptied page", "<h1>One</h1><p>two</p>", "<All><Delete>Hi", "<p>Hi</p>");
         row("emptied block", "<p>one</p><p>[two]</p>", "<Delete>", "<p>one</p><p><br></p>");
@@ -176,6 +214,10 @@ private slots:
         row("block quote off", "<blockquote><p>a|</p></blockquote>", "removeStyle('Block Quote')",
             "<p>a</p>");
         row("list", "<p>[a</p><p>b]</p>", "doCommand('Ordered List')", "<ol><li>a</li><li>b</li></ol>");
+        row("list keeps attributes", "<p id=\"i\" class=\"c\">a|</p>", "doCommand('Ordered List')",
+            "<ol><li id=\"i\" class=\"c\">a</li></ol>");
+        row("list off keeps attributes", "<ul><li id=\"i\">a|</li></ul>", "doCommand('Unordered List')",
+            "<p id=\"i\">a</p>");
         row("list off", "<ul><li>[a</li><li>b]</li></ul>", "doCommand('Unordered List')", "<p>a</p><p>b</p>");
         row("other list", "<ul class=\"x\"><li>a|</li></ul>", "applyStyle('Ordered List')",
             "<ol class=\"x\"><li>a</li></ol>");
@@ -267,6 +309,16 @@ private slots:
         QGuiApplication::clipboard()->setMimeData(data);
         press("<Paste>");
         QTRY_COMPARE(bodyAfter(), QString::fromUtf8(after));
+    }
+
+    void cutText_isPastedAgain()
+    {
+        QVERIFY(web->showMarked("<p>a <b>[one]</b> b</p><p>c</p>"));
+        press("<Cut>");
+        web->select(QStringLiteral("c"), WebFixture::Caret::End);
+        press("<Paste>");
+        QTRY_COMPARE(bodyAfter(), QStringLiteral("<p>a  b</p><p>c<b>one</b></p>"));
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("one"));
     }
 
     void pastePlain_data()

@@ -1,0 +1,220 @@
+#include "editor/htmldocument.h"
+#include "editor/pagescheme.h"
+#include "editor/scriptcall.h"
+#include "editor/tidyshell.h"
+#include "editor/viewcontroller.h"
+#include "html/parse.h"
+#include "platform/files.h"
+
+#include <QApplication>
+#include <QElapsedTimer>
+#include <QKeyEvent>
+#include <QTemporaryDir>
+#include <QTimer>
+#include <QTreeView>
+
+#include <algorithm>
+#include <cstdio>
+#include <string>
+#include <vector>
+
+// From a letter typed into a page to the tree and the outline renewed, for pages of two sizes, and where the
+// time goes: until the page has told of its change, the page's markup read, parsed, and all of it. Figures
+// are middle ones of many letters. A burst of letters shows how long the window is deaf at the most.
+// Milliseconds, and as multiples of one bare reading and parsing of the same page in the same run.
+
+namespace {
+
+using namespace luma;
+
+class Stopwatch
+{
+public:
+    Stopwatch() { m_timer.start(); }
+    double milliseconds() const { return static_cast<double>(m_timer.nsecsElapsed()) / 1e6; }
+
+private:
+    QElapsedTimer m_timer;
+};
+
+double middle(std::vector<double> times)
+{
+    std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2),
+                     times.end());
+    return times[times.size() / 2];
+}
+
+std::string makePage(std::size_t size)
+{
+    std::string page = "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
+                       "<title>Page</title>\n</head>\n<body>\n";
+    for (int i = 0; page.size() < size; ++i) {
+        page += "<section class=\"entry odd\" id=\"entry" + std::to_string(i) +
+                "\">\n<h2>Entry &amp; heading</h2>\n<p>Some text of the entry, long enough to look like one "
+                "that was written, with a <a href=\"../pages/page" +
+                std::to_string(i) + ".html\">link to another</a> in it.</p>\n</section>\n";
+    }
+    return page + "</body>\n</html>\n";
+}
+
+template <class Condition>
+void waitFor(const Condition& condition)
+{
+    while (!condition())
+        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
+void rest(int milliseconds)
+{
+    bool over = false;
+    QTimer::singleShot(milliseconds, [&over] { over = true; });
+    waitFor([&over] { return over; });
+}
+
+/// A page's window with the caret in the middle of the page.
+class Window final
+{
+public:
+    explicit Window(const std::string& markup)
+    {
+        const std::filesystem::path page = std::filesystem::path(m_folder.path().toStdString()) / "page.html";
+        if (!writeFile(page, markup))
+            std::exit(1);
+        m_document.readFromURL(page);
+        m_document.show();
+        m_document.activateWindow();
+        m_document.windowDidLoad();
+        waitFor([this] { return rendering().webView()->editorPage().isComplete(); });
+        rest(1500);
+        rendering().webView()->setFocus();
+        (void)rendering().evaluateAndWait(
+            QStringLiteral("const texts = document.querySelectorAll('p');"
+                           "getSelection().collapse(texts[texts.length >> 1].firstChild, 5)"));
+        rest(500);
+    }
+    ~Window() { m_document.undoStack()->setClean(); }
+
+    ViewController& rendering() { return m_document.viewController(); }
+    HTMLDocument& document() { return m_document; }
+    void type()
+    {
+        QWidget* const keys = rendering().webView()->focusProxy();
+        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
+            QKeyEvent key(type, Qt::Key_X, {}, QStringLiteral("x"));
+            QCoreApplication::sendEvent(keys, &key);
+        }
+    }
+
+private:
+    QTemporaryDir m_folder;
+    HTMLDocument m_document{{runTidyCommand, {}}};
+};
+
+struct Times
+{
+    std::vector<double> told;
+    std::vector<double> whole;
+    std::vector<double> read;
+    std::vector<double> parsed;
+};
+
+void measureLetter(Window& window, Times& times)
+{
+    bool told = false;
+    bool renewed = false;
+    double toldAfter = 0;
+    const Stopwatch watch;
+    QObject here;
+    QObject::connect(&window.rendering().webView()->editorPage().bridge(), &PageBridge::mutationObserver,
+                     &here, [&](int) {
+                         if (!std::exchange(told, true))
+                             toldAfter = watch.milliseconds();
+                     });
+    QObject::connect(&window.document().tree(), &PageTree::elementChanged, &here, [&] { renewed = true; });
+    window.type();
+    waitFor([&] { return renewed; });
+    window.document().findChild<QTreeView*>(QStringLiteral("myOutlineView"))->viewport()->repaint();
+    times.whole.push_back(watch.milliseconds());
+    times.told.push_back(toldAfter);
+}
+
+void measureParts(Window& window, Times& times)
+{
+    const Stopwatch reading;
+    const QString markup = window.rendering().renderedMarkup();
+    times.read.push_back(reading.milliseconds());
+    const std::string bytes = markup.toStdString();
+    const Stopwatch parsing;
+    const auto parsed = html::parse(bytes);
+    times.parsed.push_back(parsing.milliseconds());
+}
+
+/// The longest time in which the window worked off no event while somebody types 20 letters a second.
+double longestDeafness(Window& window)
+{
+    double longest = 0;
+    QElapsedTimer last;
+    QTimer beat;
+    last.start();
+    QObject::connect(&beat, &QTimer::timeout, &beat, [&] {
+        longest = std::max(longest, static_cast<double>(last.nsecsElapsed()) / 1e6);
+        last.start();
+    });
+    beat.start(2);
+    for (int i = 0; i < 40; ++i) {
+        window.type();
+        rest(50);
+    }
+    rest(1000);
+    return longest;
+}
+
+void measurePage(const char* name, std::size_t size, int letters)
+{
+    Window window(makePage(size));
+    Times times;
+    for (int i = 0; i < letters; ++i) {
+        measureLetter(window, times);
+        rest(static_cast<int>(3 * times.whole.back()) + 50);
+        measureParts(window, times);
+    }
+    const double bare = middle(times.read) + middle(times.parsed);
+    std::printf(
+        "%s: letter to tree and outline %.1f (told after %.1f); bare: read %.1f, parse %.1f; ratio %.2f; "
+        "deaf at most %.1f in a burst\n",
+        name, middle(times.whole), middle(times.told), middle(times.read), middle(times.parsed),
+        middle(times.whole) / bare, longestDeafness(window));
+}
+
+void measureSheet()
+{
+    std::string sheet;
+    for (int i = 0; sheet.size() < 300'000; ++i)
+        sheet += ".c" + std::to_string(i) +
+                 ">a:hover,#d .e{color:red;background:url(x.png) no-repeat;margin:0 1px}\n";
+    std::vector<double> whole;
+    std::vector<double> start;
+    for (int i = 0; i < 5; ++i) {
+        const Stopwatch watch;
+        (void)tidyCSS(sheet, runTidyCommand);
+        whole.push_back(watch.milliseconds());
+        const Stopwatch empty;
+        (void)tidyCSS("a{}", runTidyCommand);
+        start.push_back(empty.milliseconds());
+    }
+    std::printf("sheet of 300 KB formatted %.0f, one rule %.0f\n", middle(whole), middle(start));
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    PageScheme::registerScheme();
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    const QApplication application(argc, argv);
+    const int letters = argc > 1 ? std::max(1, std::atoi(argv[1])) : 30;
+    measureSheet();
+    measurePage("100 KB", 100'000, letters);
+    measurePage("1 MB", 1'000'000, letters);
+    return 0;
+}

@@ -1,0 +1,297 @@
+#include "editor/codehighlighter.h"
+#include "editor/linksheet.h"
+#include "editor/scriptconsole.h"
+#include "editor/sourcepanel.h"
+#include "platform/files.h"
+#include "tests/editor/pagewindow.h"
+#include "tests/support/registry.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QFileDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextLayout>
+#include <QTreeView>
+#include <QUndoStack>
+
+using namespace luma;
+using luma::test::PageWindow;
+namespace fs = std::filesystem;
+
+/// The sheets and fields around the rendering: style sheets, link, source, script console.
+class tst_editorsheets final : public QObject
+{
+    Q_OBJECT
+
+private:
+    PageWindow page;
+
+    QPushButton* button(const char* name) const { return page.the<QPushButton>(name); }
+    QPlainTextEdit* cssField() const { return page.the<QPlainTextEdit>("cssField"); }
+    void press(const char* name) const { QTest::mouseClick(button(name), Qt::LeftButton); }
+    QColor colourOf(QPlainTextEdit* field, int line, int at) const
+    {
+        const auto formats = field->document()->findBlockByNumber(line).layout()->formats();
+        for (const auto& format : formats) {
+            if (at >= format.start && at < format.start + format.length)
+                return format.format.foreground().color();
+        }
+        return {};
+    }
+
+private slots:
+    void cleanup() { page.close(); }
+
+    void linkedSheet_isShownTidiedAndSaved()
+    {
+        page.put("css/a.css", "p{color:red;background:url(\"x.png\")}");
+        QVERIFY(page.open("<head><style>i{}</style><link rel=stylesheet href=\"css/a.css\"></head><p>x</p>"));
+        auto* const menu = page.the<QComboBox>("cssMenu");
+        QCOMPARE(menu->currentText(), QStringLiteral("<style> [0]"));
+        menu->setCurrentIndex(0);
+        emit menu->activated(0);
+        QCOMPARE(button("cssButton")->text(), QStringLiteral("Save CSS"));
+        QCOMPARE(cssField()->toPlainText(),
+                 QStringLiteral("p {\n    color: red;\n    background: url('x.png')\n}"));
+        QVERIFY(!button("cssButton")->isEnabled());
+        cssField()->moveCursor(QTextCursor::End);
+        QTest::keyClicks(cssField(), QStringLiteral("p{color:rgb(0,0,255)}"));
+        press("cssButton");
+        QVERIFY(!button("cssButton")->isEnabled());
+        QVERIFY(page.file("css/a.css").ends_with("}\n\np {\n    color: rgb(0,0,255)\n}"));
+        QCOMPARE(cssField()->toPlainText().toStdString(), page.file("css/a.css"));
+        QTRY_COMPARE(page.answer("getComputedStyle(document.querySelector('p')).color"),
+                     QStringLiteral("rgb(0, 0, 255)"));
+        QVERIFY(!page.window->isWindowModified());
+    }
+
+    // What can't be stored stays, and nothing is said.
+    void sheetThatCantBeWritten_staysInTheField()
+    {
+        page.put("css/a.css", "p{color:red}");
+        QVERIFY(page.open("<head><link rel=stylesheet href=\"css/a.css\"></head><p>x</p>"));
+        QTest::keyClicks(cssField(), QStringLiteral("/**/"));
+        fs::remove_all(page.at("css"));
+        press("cssButton");
+        QVERIFY(cssField()->toPlainText().startsWith(QStringLiteral("/**/")) || !cssField()->isEnabled());
+        QVERIFY(page.window->isWindowModified());
+        QVERIFY(!page.the<QWidget>("noticeBar")->isVisible());
+        fs::create_directory(page.at("css"));
+        page.put("css/a.css", "p{color:red}");
+        auto* const menu = page.the<QComboBox>("cssMenu");
+        emit menu->activated(0);
+        QVERIFY(cssField()->toPlainText().startsWith(QStringLiteral("/**/")));
+        QVERIFY(button("cssButton")->isEnabled());
+        press("cssButton");
+        QVERIFY(page.file("css/a.css").starts_with("/**/"));
+        QVERIFY(!page.window->isWindowModified());
+    }
+
+    void pageWithoutSheets_hasAnEmptyMenuAndField()
+    {
+        QVERIFY(page.open("<p>x</p>"));
+        QCOMPARE(page.the<QComboBox>("cssMenu")->count(), 0);
+        QVERIFY(cssField()->toPlainText().isEmpty());
+        QVERIFY(!button("cssButton")->isEnabled());
+    }
+
+    // No-break spaces and line separators are what they are.
+    void oddSpaces_stayInStylesAndSource()
+    {
+        const QByteArray odd = "\xc2\xa0|\xe2\x80\xa8|";
+        QVERIFY(
+            page.open("<head><style>q::before{content:'" + odd.toStdString() + "'}</style></head><p>x</p>"));
+        cssField()->moveCursor(QTextCursor::End);
+        QTest::keyClicks(cssField(), QStringLiteral("b{}"));
+        press("cssButton");
+        QTRY_VERIFY(page.tree().contains("b{}"));
+        QVERIFY(page.tree().contains(odd));
+        QVERIFY(page.waitUntilShown());
+        page.trigger("showSourceAction");
+        auto* const source = page.the<QPlainTextEdit>("sourceField");
+        QTRY_VERIFY(source->isVisible());
+        QTest::keyClicks(source, QStringLiteral("<!-- -->"));
+        press("saveSourceButton");
+        QVERIFY(page.tree().contains(odd));
+    }
+
+    void linkAddress_losesLineEnds()
+    {
+        QVERIFY(page.open("<p>one</p>"));
+        page.select("one");
+        page.trigger("makeLinkAction");
+        page.the<QLineEdit>("linkAddress")->setText(QStringLiteral(" http://example.org/a\n b\r\n?c\td "));
+        press("linkButton");
+        QTRY_COMPARE(page.body(), QByteArray("<p><a href=\"http://example.org/a b?cd\">one</a></p>"));
+        page.trigger("makeLinkAction");
+        page.the<QLineEdit>("linkAddress")->setText(QStringLiteral("java\nscript:alert(1)"));
+        QVERIFY(!button("linkButton")->isEnabled());
+    }
+
+    void imageChooser_beginsInTheSite()
+    {
+        page.put("images/a.png", "");
+        QVERIFY(page.open("<p>one</p>"));
+        page.setCaretBehind("one");
+        page.trigger("insertImageAction");
+        QVERIFY(button("linkChooseButton")->isVisible());
+        press("linkChooseButton");
+        auto* const panel = page.the<QFileDialog>("imagePanel");
+        QVERIFY(panel);
+        QCOMPARE(QDir(panel->directory()).canonicalPath().toStdString(), fs::canonical(page.at("")).native());
+        emit panel->fileSelected(QString::fromStdString(page.at("images/a.png").native()));
+        panel->close();
+        QVERIFY(page.the<QLabel>("linkComplaint")->text().isEmpty());
+        press("linkButton");
+        QTRY_COMPARE(page.body(), QByteArray("<p>one<img src=\"images/a.png\" alt=\"\"></p>"));
+        page.trigger("makeLinkAction");
+        QVERIFY(!button("linkChooseButton")->isVisible());
+    }
+
+    void sourcePanel_findsBothWaysAndAround()
+    {
+        QVERIFY(page.open("<p>word</p><p>Word</p>"));
+        page.trigger("showSourceAction");
+        auto* const source = page.the<QPlainTextEdit>("sourceField");
+        QTRY_VERIFY(source->isVisible());
+        source->activateWindow();
+        QTRY_VERIFY(source->isActiveWindow());
+        QTest::keyClick(source, Qt::Key_F, Qt::ControlModifier);
+        auto* const find = page.the<QLineEdit>("sourceFindField");
+        QTRY_VERIFY(find->hasFocus());
+        QTest::keyClicks(find, QStringLiteral("word"));
+        QList<int> places;
+        const auto note = [&] { places.append(source->textCursor().selectionStart()); };
+        QTest::keyClick(find, Qt::Key_Return);
+        note();
+        press("sourceFindNextButton");
+        note();
+        press("sourceFindNextButton");
+        note();
+        press("sourceFindPreviousButton");
+        note();
+        QVERIFY(places[0] < places[1]);
+        QCOMPARE(places[2], places[0]);
+        QCOMPARE(places[3], places[1]);
+        QVERIFY(source->isVisible());
+        QCOMPARE(source->textCursor().selectedText(), QStringLiteral("Word"));
+        find->setText(QStringLiteral("nowhere"));
+        QTest::keyClick(find, Qt::Key_Return);
+        QCOMPARE(page.the<QLabel>("sourceFindResult")->text(), QStringLiteral("Not found"));
+    }
+
+    void scriptConsole_runsAndKeepsScripts()
+    {
+        QVERIFY(page.open("<p>one</p>"));
+        page.trigger("scriptConsoleAction");
+        auto* const source = page.the<QPlainTextEdit>("jsSourceField");
+        auto* const result = page.the<QPlainTextEdit>("jsResultField");
+        const auto answerTo = [&](const char* script) {
+            source->setPlainText(QString::fromUtf8(script));
+            press("runJSButton");
+        };
+        answerTo("[1, {a: 'b'}]");
+        QTRY_VERIFY(result->toPlainText().contains(QStringLiteral("\"a\": \"b\"")));
+        answerTo("console.log('said'); 6 * 7");
+        QTRY_COMPARE(result->toPlainText(), QStringLiteral("said\n42"));
+        answerTo("nonsense(");
+        QTRY_VERIFY(result->toPlainText().contains(QStringLiteral("SyntaxError")));
+        answerTo("document.querySelector('p').textContent = 'two'");
+        QTRY_COMPARE(page.body(), QByteArray("<p>two</p>"));
+        QTRY_COMPARE(page.the<QAction>("undoAction")->text(), QStringLiteral("&Undo Script"));
+        press("saveJSButton");
+        const QStringList kept = QDir(ScriptConsole::scriptFolder()).entryList({QStringLiteral("*.js")});
+        QCOMPARE(kept.size(), 1);
+        const auto bytes = readFile((ScriptConsole::scriptFolder() + u'/' + kept.first()).toStdString());
+        QVERIFY(bytes);
+        QCOMPARE(*bytes, source->toPlainText().toStdString());
+        QVERIFY(result->toPlainText().contains(kept.first()));
+    }
+
+    // The rendering, the outline, the source panel and the style blocks have one history.
+    void history_isOneForAll()
+    {
+        QVERIFY(page.open("<head><title>t</title><style>p{}</style></head><section><p>one</p></section>"));
+        const QByteArray first = page.tree();
+        page.setCaretBehind("one");
+        page.type(QStringLiteral("s"));
+        QTRY_VERIFY(page.body().contains("ones"));
+        auto* const outline = page.the<QTreeView>("myOutlineView");
+        outline->setCurrentIndex(outline->model()->match(outline->model()->index(0, 0), Qt::DisplayRole,
+                                                         QStringLiteral("<section>"), 1,
+                                                         Qt::MatchStartsWith | Qt::MatchRecursive)[0]);
+        button("addTagButton")->menu()->actions().first()->trigger();
+        QTRY_VERIFY(page.body().contains("<article>"));
+        QVERIFY(page.waitUntilShown());
+        cssField()->setPlainText(QStringLiteral("b{}"));
+        press("cssButton");
+        QTRY_VERIFY(page.tree().contains("<style>b{}</style>"));
+        QVERIFY(page.waitUntilShown());
+        page.trigger("showSourceAction");
+        auto* const source = page.the<QPlainTextEdit>("sourceField");
+        QTRY_VERIFY(source->isVisible());
+        source->setPlainText(source->toPlainText().replace(QStringLiteral("Lorem"), QStringLiteral("Ipsum")));
+        press("saveSourceButton");
+        QTRY_VERIFY(page.body().contains("Ipsum"));
+        const QByteArray last = page.tree();
+        QStringList names;
+        while (page.the<QAction>("undoAction")->isEnabled() && names.size() < 9) {
+            names.append(page.the<QAction>("undoAction")->text().mid(6));
+            page.trigger("undoAction");
+            QVERIFY(page.waitUntilShown());
+        }
+        QCOMPARE(names, (QStringList{QStringLiteral("Edit Source"), QStringLiteral("Update CSS"),
+                                     QStringLiteral("Insert <article>"), QStringLiteral("Typing")}));
+        QCOMPARE(page.tree(), first);
+        for (int i = 0; i < 4; ++i)
+            page.trigger("redoAction");
+        QTRY_COMPARE(page.tree(), last);
+    }
+
+    // Words that belong to no title change nothing.
+    void textOfThePage_becomesTheTitleOnly()
+    {
+        QVERIFY(page.open("<head><title>t</title></head><p>one</p>"));
+        auto* const outline = page.the<QTreeView>("myOutlineView");
+        const auto select = [&](const char* text) {
+            outline->setCurrentIndex(outline->model()->match(outline->model()->index(0, 0), Qt::DisplayRole,
+                                                             QString::fromLatin1(text), 1,
+                                                             Qt::MatchStartsWith | Qt::MatchRecursive)[0]);
+        };
+        select("<p>");
+        (void)page.answer("post('callback_text', 'New'); 1");
+        select("<title>");
+        (void)page.answer("post('callback_text', 'Newer'); 1");
+        QTRY_COMPARE(page.window->tree().document()->title(), std::string("Newer"));
+        QCOMPARE(page.body(), QByteArray("<p>one</p>"));
+        QCOMPARE(page.window->undoStack()->count(), 1);
+        QVERIFY(outline->currentIndex().data().toString().startsWith(QStringLiteral("<title> Newer")));
+    }
+
+    void colours_suitTheTheme()
+    {
+        QVERIFY(page.open("<head><style>p{color:red}</style></head><p>x</p>"));
+        const int line = 1;
+        const int name = 5;
+        const QColor light = colourOf(cssField(), line, name);
+        QVERIFY(light.isValid());
+        QPalette dark = page.window->palette();
+        dark.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x1e));
+        dark.setColor(QPalette::Text, Qt::white);
+        page.window->setPalette(dark);
+        QTRY_VERIFY(colourOf(cssField(), line, name).lightness() > 128);
+        QVERIFY(light.lightness() < 128);
+        QVERIFY(!button("cssButton")->isEnabled());
+        QVERIFY(!page.window->isWindowModified());
+    }
+};
+
+LUMA_TEST(tst_editorsheets)
+#include "tst_editorsheets.moc"
