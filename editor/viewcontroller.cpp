@@ -1,7 +1,7 @@
 #include "editor/viewcontroller.h"
 
 #include "editor/formatmenus.h"
-#include "editor/linksheet.h"
+#include "editor/linkactions.h"
 #include "editor/pagedocument.h"
 #include "editor/renderingreader.h"
 #include "editor/scriptcall.h"
@@ -85,10 +85,11 @@ void ViewController::createMenus()
 
 void ViewController::createSheets()
 {
-    m_linkSheet = new LinkSheet(m_contentView);
+    m_links = new LinkActions(
+        m_document, *m_webView, m_infoText,
+        [this](const QString& name, const QString& script) { perform(name, script); }, this);
     m_sourcePanel = new SourcePanel(m_contentView);
     m_console = new ScriptConsole(m_contentView);
-    connect(m_linkSheet, &LinkSheet::confirmed, this, &ViewController::confirmLink);
     connect(m_sourcePanel, &SourcePanel::saved, this, &ViewController::saveSource);
     connect(m_console, &ScriptConsole::runWanted, this, &ViewController::runJS);
     connect(&m_webView->editorPage(), &EditorPage::scriptMessage, m_console, &ScriptConsole::addMessage);
@@ -118,7 +119,6 @@ void ViewController::connectView()
 {
     connect(m_webView, &MyWebView::undoWanted, this, [this] { m_document.undo(); });
     connect(m_webView, &MyWebView::redoWanted, this, [this] { m_document.redo(); });
-    connect(m_webView, &MyWebView::filesDropped, this, &ViewController::insertFiles);
     connect(m_webView, &MyWebView::inspectElementWanted, this, &ViewController::inspectElement);
 }
 
@@ -361,67 +361,22 @@ void ViewController::formatText(QObject* sender)
 
 void ViewController::makeLink()
 {
-    m_linkSheet->begin(LinkSheet::Purpose::Link, QStringLiteral("http://"), m_document.siteFolder());
+    m_links->makeLink();
 }
 
 void ViewController::editLink()
 {
-    const QPointer<ViewController> self = this;
-    const QString address = evaluateAndWait(QStringLiteral("getLink()")).toString();
-    if (self)
-        m_linkSheet->begin(LinkSheet::Purpose::EditLink, address, m_document.siteFolder());
+    m_links->editLink();
 }
 
 void ViewController::insertImage()
 {
-    m_linkSheet->begin(LinkSheet::Purpose::Image, QString(), m_document.siteFolder());
+    m_links->insertImage();
 }
 
-void ViewController::confirmLink(const QString& address)
+LinkSheet* ViewController::linkSheet() const
 {
-    const QPointer<ViewController> self = this;
-    const QString doCommand = QStringLiteral("doCommand");
-    const QString createLink = scriptCall(doCommand, QStringLiteral("Create Link"), address);
-    switch (m_linkSheet->purpose()) {
-    case LinkSheet::Purpose::Image: {
-        const QUrl url = LinkSheet::imageUrl(address);
-        if (url.isValid())
-            perform(tr("Insert Image"),
-                    scriptCall(doCommand, QStringLiteral("Insert Image"),
-                               url.isLocalFile() ? m_document.linkTo(LinkSheet::fileOf(url)) : address));
-        break;
-    }
-    case LinkSheet::Purpose::Link:
-        perform(tr("Link"), createLink);
-        break;
-    case LinkSheet::Purpose::EditLink:
-        perform(tr("Edit Link"),
-                scriptCall(doCommand, QStringLiteral("Unlink")) + QStringLiteral(" ; ") + createLink);
-        break;
-    }
-    if (self)
-        m_webView->setFocus();
-}
-
-void ViewController::insertFiles(const QList<QUrl>& files, const QPointF& where)
-{
-    const double zoom = m_webView->zoomFactor();
-    QString script = QStringLiteral("setCaretAt(%1, %2)").arg(where.x() / zoom).arg(where.y() / zoom);
-    for (const QUrl& url : files)
-        script += QStringLiteral("; ") + insertionOf(url);
-    perform(tr("Drop"), script);
-    m_webView->setFocus();
-}
-
-QString ViewController::insertionOf(const QUrl& url)
-{
-    const auto file = LinkSheet::fileOf(url);
-    const QString link = m_document.linkTo(file);
-    if (m_infoText && !m_document.siteFolder().realPath(file))
-        m_infoText->setText(tr("%1 lies outside the site").arg(url.fileName()));
-    return contentTypeOf(file).starts_with("image/")
-               ? scriptCall(QStringLiteral("doCommand"), QStringLiteral("Insert Image"), link)
-               : scriptCall(QStringLiteral("insertLink"), link, url.fileName());
+    return m_links->sheet();
 }
 
 // Source and console

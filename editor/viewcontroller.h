@@ -14,6 +14,7 @@ class QVBoxLayout;
 
 namespace luma {
 
+class LinkActions;
 class LinkSheet;
 class PageDocument;
 class RenderingReader;
@@ -37,7 +38,7 @@ public:
     [[nodiscard]] MyWebView* webView() const { return m_webView; }
     [[nodiscard]] QMenu* fontSubMenu() const { return m_fontSubMenu; }
     [[nodiscard]] QMenu* justificationSubMenu() const { return m_justificationSubMenu; }
-    [[nodiscard]] LinkSheet* linkSheet() const { return m_linkSheet; }
+    [[nodiscard]] LinkSheet* linkSheet() const;
     [[nodiscard]] SourcePanel* sourcePanel() const { return m_sourcePanel; }
     [[nodiscard]] ScriptConsole* scriptConsole() const { return m_console; }
 
@@ -103,11 +104,8 @@ private:
     void perform(const QString& name, const QString& script);
     void performNow(const QString& name, const QString& script);
     void performCommand(const QString& title);
-    void confirmLink(const QString& address);
     void saveSource(const QString& source);
     void runJS(const QString& script);
-    void insertFiles(const QList<QUrl>& files, const QPointF& where);
-    [[nodiscard]] QString insertionOf(const QUrl& file);
 
     PageDocument& m_document;
     QPointer<QWidget> m_contentView;
@@ -116,7 +114,7 @@ private:
     RenderingReader* m_reader = nullptr;
     QMenu* m_fontSubMenu = nullptr;
     QMenu* m_justificationSubMenu = nullptr;
-    LinkSheet* m_linkSheet = nullptr;
+    LinkActions* m_links = nullptr;
     SourcePanel* m_sourcePanel = nullptr;
     ScriptConsole* m_console = nullptr;
     QPointer<QWidget> m_stopped;
