@@ -113,13 +113,13 @@ void EditorPage::addEditorScripts()
 // A process that has replaced another one may not have been given them (seen with Qt 6.4).
 void EditorPage::addMissingScripts()
 {
-    const QPointer<EditorPage> self = this;
     ScriptCall::run(this, QStringLiteral("typeof takeMessages"),
-                    [self, generation = m_generation](const QVariant& type) {
+                    [page = std::weak_ptr(m_self), generation = m_generation](const QVariant& type) {
+                        const auto self = page.lock();
                         if (!self || generation != self->m_generation || type != QStringLiteral("undefined"))
                             return;
                         for (const QWebEngineScript& script : std::as_const(self->m_scripts))
-                            ScriptCall::run(self, script.sourceCode());
+                            ScriptCall::run(self.get(), script.sourceCode());
                     });
 }
 
@@ -183,17 +183,18 @@ void EditorPage::fetchMessages()
 {
     if (std::exchange(m_isFetching, true))
         return;
-    const QPointer<EditorPage> self = this;
-    ScriptCall::run(
-        this, QStringLiteral("takeMessages()"), [self, generation = m_generation](const QVariant& messages) {
-            if (!self || generation != self->m_generation)
-                return;
-            self->m_isFetching = false;
-            // Outside of the engine's work, which answers no question until it is done.
-            QMetaObject::invokeMethod(
-                self->m_bridge, [bridge = self->m_bridge, messages] { bridge->takeMessages(messages); },
-                Qt::QueuedConnection);
-        });
+    ScriptCall::run(this, QStringLiteral("takeMessages()"),
+                    [page = std::weak_ptr(m_self), generation = m_generation](const QVariant& messages) {
+                        const auto self = page.lock();
+                        if (!self || generation != self->m_generation)
+                            return;
+                        self->m_isFetching = false;
+                        // Outside of the engine's work, which answers no question until it is done.
+                        QMetaObject::invokeMethod(
+                            self->m_bridge,
+                            [bridge = self->m_bridge, messages] { bridge->takeMessages(messages); },
+                            Qt::QueuedConnection);
+                    });
 }
 
 void EditorPage::tellShown()

@@ -10,6 +10,7 @@
 #include <QWebEngineScript>
 
 #include <filesystem>
+#include <memory>
 
 class QWebChannel;
 
@@ -74,6 +75,9 @@ private:
     void activateLink(const QUrl& url);
     [[nodiscard]] QUrl addressForTheBrowser(const QUrl& url) const;
 
+    // For answers that may come late: the engine gives what is left of them at its end, when this is no
+    // EditorPage any more and no QPointer knows it yet.
+    const std::shared_ptr<EditorPage> m_self{this, [](EditorPage*) {}};
     EditorProfile& m_profile;
     QString m_host;
     QUrl m_address;
