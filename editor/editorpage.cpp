@@ -7,7 +7,6 @@
 
 #include <QDesktopServices>
 #include <QFile>
-#include <QPointer>
 #include <QWebChannel>
 #include <QWebEngineFullScreenRequest>
 #include <QWebEngineRegisterProtocolHandlerRequest>
