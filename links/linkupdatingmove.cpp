@@ -37,7 +37,7 @@ bool isOtherNameInside(const SiteTree& tree, SiteTree::Id page)
 class PageUpdate final
 {
 public:
-    PageUpdate(const LinkMapping& mapping, fs::path page, bool rebase)
+    PageUpdate(const LinkMapping& mapping, const fs::path& page, bool rebase)
         : m_mapping(mapping),
           m_folder(page.parent_path()),
           m_oldFolder(rebase ? mapping.oldFolderOf(page) : std::nullopt)
