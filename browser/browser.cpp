@@ -120,7 +120,7 @@ int Browser::clickedColumn() const
 QModelIndexList Browser::selectedItems() const
 {
     for (auto column = m_columns.rbegin(); column != m_columns.rend(); ++column) {
-        if (const QModelIndexList rows = (*column)->selectedRows(); !rows.isEmpty())
+        if (QModelIndexList rows = (*column)->selectedRows(); !rows.isEmpty())
             return rows;
     }
     return {};

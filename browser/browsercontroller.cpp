@@ -295,6 +295,8 @@ void BrowserController::duplicateItem()
         m_fileJobs->duplicate(pathOf(item));
 }
 
+// It changes the folder that is shown.
+// NOLINTNEXTLINE(readability-make-member-function-const)
 void BrowserController::renameItem()
 {
     browser().rename(browser().clickedItem());

@@ -258,7 +258,7 @@ void UnlinkedItemsPanel::updateControls()
 void UnlinkedItemsPanel::updateSelection()
 {
     const std::size_t all = unlinkedItemsArrayController->rows().size();
-    const std::size_t ticked = static_cast<std::size_t>(std::count_if(
+    const auto ticked = static_cast<std::size_t>(std::count_if(
         unlinkedItemsArrayController->rows().begin(), unlinkedItemsArrayController->rows().end(),
         [](const UnlinkedItemsModel::Row& row) { return row.select == 1; }));
     const bool isIdle = m_state == State::Idle;

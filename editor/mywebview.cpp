@@ -87,13 +87,13 @@ bool MyWebView::eventFilter(QObject* watched, QEvent* event)
 
 void MyWebView::keepForLater(const QEvent& event)
 {
-    m_heldInput.take([this, kept = std::shared_ptr<QEvent>(event.clone())] {
-        const QPointer<MyWebView> self = this;
-        m_madeUp = kept.get();
-        if (m_keyReceiver)
-            QCoreApplication::sendEvent(m_keyReceiver, kept.get());
+    m_heldInput.take([self = QPointer(this), kept = std::shared_ptr<QEvent>(event.clone())] {
+        if (!self || !self->m_keyReceiver)
+            return;
+        self->m_madeUp = kept.get();
+        QCoreApplication::sendEvent(self->m_keyReceiver, kept.get());
         if (self)
-            m_madeUp = nullptr;
+            self->m_madeUp = nullptr;
     });
 }
 

@@ -62,7 +62,7 @@ private:
 
 } // namespace
 
-LinkUpdatingMove::LinkUpdatingMove(fs::path site, Callbacks callbacks)
+LinkUpdatingMove::LinkUpdatingMove(const fs::path& site, Callbacks callbacks)
     : m_site(trimmed(site)), m_callbacks(std::move(callbacks))
 {}
 
@@ -72,7 +72,7 @@ void LinkUpdatingMove::log(const std::string& text) const
         m_callbacks.log(text);
 }
 
-void LinkUpdatingMove::report(MoveOutcome& outcome, MoveProblem problem)
+void LinkUpdatingMove::report(MoveOutcome& outcome, MoveProblem problem) const
 {
     outcome.problems.push_back(std::move(problem));
     if (m_callbacks.problem)

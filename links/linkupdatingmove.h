@@ -61,7 +61,7 @@ public:
 
     /// `site` is the folder whose pages are looked through, as an absolute path; items and folders are
     /// spelled with the same beginning where they are inside of it.
-    LinkUpdatingMove(std::filesystem::path site, Callbacks callbacks);
+    LinkUpdatingMove(const std::filesystem::path& site, Callbacks callbacks);
 
     /// Moves or copies the items into `folder` and updates the links.
     MoveOutcome run(MoveOperation operation, const std::vector<std::filesystem::path>& items,
@@ -79,7 +79,7 @@ private:
     bool moveItemTo(MoveOutcome& outcome, MoveOperation operation, const std::filesystem::path& item,
                     const std::filesystem::path& target);
     void updateLinks(MoveOutcome& outcome, MovedPages movedPages);
-    void report(MoveOutcome& outcome, MoveProblem problem);
+    void report(MoveOutcome& outcome, MoveProblem problem) const;
     void log(const std::string& text) const;
 
     std::filesystem::path m_site;
