@@ -173,7 +173,7 @@ void HTMLDocument::revertDocumentToSaved()
         updateTitle();
 }
 
-void HTMLDocument::printDocument()
+void HTMLDocument::printDocument() const
 {
     (void)readFile(docURL());
 }

@@ -78,7 +78,7 @@ public:
     bool saveToURL(const std::filesystem::path& url) { return writeToURL(url); }
 
     /// Reads the file and ends there: pages are not printed, the command is inert.
-    void printDocument();
+    void printDocument() const;
 
     /// Reads the file again when it has changed on disk: at once in a page without edits, else the window
     /// tells.
