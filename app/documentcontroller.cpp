@@ -1,6 +1,6 @@
 #include "app/documentcontroller.h"
 
-#include "platform/windowregistry.h"
+#include "desktop/windowregistry.h"
 
 #include <QWidget>
 

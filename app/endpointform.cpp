@@ -1,7 +1,7 @@
 #include "app/endpointform.h"
 
 #include "browser/endpoint.h"
-#include "platform/icons.h"
+#include "desktop/icons.h"
 #include "ui_EndpointForm.h"
 
 #include <QCoreApplication>

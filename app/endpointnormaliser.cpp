@@ -1,7 +1,7 @@
 #include "app/endpointnormaliser.h"
 
+#include "base/observeddictionary.h"
 #include "browser/endpoint.h"
-#include "platform/observeddictionary.h"
 
 namespace luma {
 

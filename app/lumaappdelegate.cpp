@@ -8,10 +8,10 @@
 #include "app/sitelistwindow.h"
 #include "app/sitetemplate.h"
 #include "app/watcherkill.h"
+#include "base/mainhop.h"
+#include "base/workitem.h"
 #include "browser/endpoint.h"
-#include "platform/mainhop.h"
-#include "platform/windowregistry.h"
-#include "platform/workitem.h"
+#include "desktop/windowregistry.h"
 
 #include <QCoreApplication>
 #include <QFileDialog>

@@ -1,5 +1,5 @@
 #include "app/program.h"
-#include "editor/pagescheme.h"
+#include "web/pagescheme.h"
 
 #include <QApplication>
 #include <QIcon>

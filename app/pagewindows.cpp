@@ -3,7 +3,7 @@
 #include "app/documentcontroller.h"
 #include "app/preferences.h"
 #include "editor/htmldocument.h"
-#include "editor/tidyshell.h"
+#include "page/tidyshell.h"
 
 #include <QFile>
 #include <QVariant>

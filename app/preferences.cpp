@@ -1,6 +1,6 @@
 #include "app/preferences.h"
 
-#include "platform/filedescriptor.h"
+#include "base/filedescriptor.h"
 
 #include <QDir>
 #include <QFile>

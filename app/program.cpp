@@ -2,8 +2,8 @@
 
 #include "app/sitelistwindow.h"
 #include "app/transientrecord.h"
-#include "platform/mainhop.h"
-#include "platform/resources.h"
+#include "base/mainhop.h"
+#include "base/resources.h"
 #include "shell/runningchildren.h"
 #include "shell/taskwrapper.h"
 #include "site/haldendoc.h"

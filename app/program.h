@@ -5,7 +5,7 @@
 #include "app/lumaappdelegate.h"
 #include "app/pagewindows.h"
 #include "app/preferences.h"
-#include "platform/quitsignals.h"
+#include "base/quitsignals.h"
 
 namespace luma {
 

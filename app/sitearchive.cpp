@@ -1,6 +1,6 @@
 #include "app/sitearchive.h"
 
-#include "platform/propertylist.h"
+#include "base/propertylist.h"
 
 namespace luma {
 

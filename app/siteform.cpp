@@ -1,6 +1,6 @@
 #include "app/siteform.h"
 
-#include "platform/icons.h"
+#include "desktop/icons.h"
 #include "ui_SiteForm.h"
 
 #include <QResizeEvent>

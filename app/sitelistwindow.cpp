@@ -2,8 +2,8 @@
 
 #include "app/preferences.h"
 #include "app/siteitemdelegate.h"
-#include "platform/icons.h"
-#include "platform/windowregistry.h"
+#include "desktop/icons.h"
+#include "desktop/windowregistry.h"
 #include "ui_SiteListWindow.h"
 
 #include <QKeyEvent>

@@ -1,5 +1,6 @@
 #include "browser/browsercontroller.h"
 
+#include "base/console.h"
 #include "browser/browser.h"
 #include "browser/configpanel.h"
 #include "browser/connectionrequest.h"
@@ -15,8 +16,7 @@
 #include "browser/transformers.h"
 #include "browser/unavailablemounter.h"
 #include "browser/unlinkeditemspanel.h"
-#include "platform/console.h"
-#include "platform/icons.h"
+#include "desktop/icons.h"
 
 #include "ui_BrowserPane.h"
 

@@ -3,7 +3,7 @@
 #include "browser/connectionrequest.h"
 #include "browser/endpoint.h"
 #include "browser/transformers.h"
-#include "platform/icons.h"
+#include "desktop/icons.h"
 
 #include "ui_ConfigPanel.h"
 

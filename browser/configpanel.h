@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/observeddictionary.h"
+#include "base/observeddictionary.h"
 
 #include <QDialog>
 

@@ -1,7 +1,7 @@
 #include "browser/dragrecord.h"
 
-#include "platform/fileuri.h"
-#include "platform/propertylist.h"
+#include "base/fileuri.h"
+#include "base/propertylist.h"
 
 #include <QList>
 #include <QStringDecoder>

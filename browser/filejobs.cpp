@@ -1,9 +1,9 @@
 #include "browser/filejobs.h"
 
+#include "base/files.h"
+#include "base/mainhop.h"
+#include "base/workitem.h"
 #include "browser/fileoperations.h"
-#include "platform/files.h"
-#include "platform/mainhop.h"
-#include "platform/workitem.h"
 
 #include <QMessageBox>
 #include <QPushButton>

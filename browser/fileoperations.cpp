@@ -1,6 +1,6 @@
 #include "browser/fileoperations.h"
 
-#include "platform/files.h"
+#include "base/files.h"
 
 #include <sys/stat.h>
 

@@ -1,7 +1,7 @@
 #include "browser/filesystembrowsercell.h"
 
 #include "browser/filesystemmodel.h"
-#include "platform/icons.h"
+#include "desktop/icons.h"
 
 #include <QAbstractItemView>
 #include <QApplication>

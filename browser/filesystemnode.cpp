@@ -1,8 +1,8 @@
 #include "browser/filesystemnode.h"
 
+#include "base/files.h"
 #include "browser/displaytext.h"
 #include "browser/folderlisting.h"
-#include "platform/files.h"
 
 namespace luma {
 

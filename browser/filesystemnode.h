@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/result.h"
 #include "browser/labelcolor.h"
-#include "platform/result.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #include "browser/folderwatcher.h"
 
-#include "platform/notifications.h"
-#include "platform/resources.h"
+#include "base/resources.h"
+#include "desktop/notifications.h"
 
 #include <QFile>
 #include <QProcess>

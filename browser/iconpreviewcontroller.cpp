@@ -1,8 +1,8 @@
 #include "browser/iconpreviewcontroller.h"
 
-#include "platform/icons.h"
-#include "platform/mainhop.h"
-#include "platform/thumbnails.h"
+#include "base/mainhop.h"
+#include "desktop/icons.h"
+#include "desktop/thumbnails.h"
 
 #include "ui_HeaderView.h"
 #include "ui_PreviewView.h"

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/workitem.h"
 #include "browser/filesystemnode.h"
-#include "platform/workitem.h"
 
 #include <QObject>
 

@@ -1,12 +1,12 @@
 #include "browser/linkjobs.h"
 
+#include "base/console.h"
+#include "base/mainhop.h"
 #include "browser/displaytext.h"
 #include "browser/joblog.h"
 #include "browser/panehost.h"
 #include "browser/relativepath.h"
 #include "links/linkreports.h"
-#include "platform/console.h"
-#include "platform/mainhop.h"
 
 #include <system_error>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/workitem.h"
 #include "browser/drop.h"
-#include "platform/workitem.h"
 
 #include <QObject>
 #include <QPointer>

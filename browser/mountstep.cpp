@@ -1,10 +1,10 @@
 #include "browser/mountstep.h"
 
+#include "base/console.h"
 #include "browser/connectionrequest.h"
 #include "browser/endpoint.h"
 #include "browser/mounturl.h"
-#include "platform/console.h"
-#include "platform/volumemounter.h"
+#include "mounts/volumemounter.h"
 
 namespace luma {
 

@@ -1,10 +1,10 @@
 #include "browser/paneconnection.h"
 
+#include "base/console.h"
+#include "base/mainhop.h"
 #include "browser/connectionrequest.h"
 #include "browser/endpoint.h"
-#include "platform/console.h"
-#include "platform/mainhop.h"
-#include "platform/volumemounter.h"
+#include "mounts/volumemounter.h"
 
 namespace luma {
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/workitem.h"
 #include "browser/mountstep.h"
-#include "platform/workitem.h"
 
 #include <QObject>
 

@@ -1,6 +1,6 @@
 #include "browser/panemenu.h"
 
-#include "platform/icons.h"
+#include "desktop/icons.h"
 
 namespace luma {
 

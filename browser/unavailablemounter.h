@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/volumemounter.h"
+#include "mounts/volumemounter.h"
 
 namespace luma {
 

@@ -1,9 +1,9 @@
 #include "browser/unlinkeditemspanel.h"
 
+#include "base/files.h"
+#include "base/mainhop.h"
 #include "browser/displaytext.h"
 #include "links/unlinkeditems.h"
-#include "platform/files.h"
-#include "platform/mainhop.h"
 
 #include "ui_UnlinkedItemsPanel.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/workitem.h"
 #include "browser/unlinkeditemsmodel.h"
-#include "platform/workitem.h"
 
 #include <QDialog>
 #include <QTimer>

@@ -1,7 +1,7 @@
 #include "editor/cssnames.h"
 
-#include "editor/scriptcall.h"
-#include "editor/viewcontroller.h"
+#include "web/scriptcall.h"
+#include "web/viewcontroller.h"
 
 #include <QPointer>
 

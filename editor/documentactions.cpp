@@ -1,9 +1,9 @@
 #include "editor/documentactions.h"
 
+#include "base/pathtext.h"
 #include "editor/htmldocument.h"
 #include "editor/pageedits.h"
 #include "editor/pagesaver.h"
-#include "editor/pathtext.h"
 #include "ui_HTMLDocument.h"
 
 #include <utility>

@@ -1,8 +1,8 @@
 #include "editor/formatbar.h"
 
-#include "editor/viewcontroller.h"
-#include "platform/icons.h"
+#include "desktop/icons.h"
 #include "ui_HTMLDocument.h"
+#include "web/viewcontroller.h"
 
 #include <QToolButton>
 

@@ -1,6 +1,8 @@
 #include "editor/htmldocument.h"
 
-#include "editor/codehighlighter.h"
+#include "base/files.h"
+#include "base/resources.h"
+#include "desktop/windowregistry.h"
 #include "editor/documentactions.h"
 #include "editor/formatbar.h"
 #include "editor/metasheet.h"
@@ -13,12 +15,10 @@
 #include "editor/stylesheeteditor.h"
 #include "editor/tagcontrols.h"
 #include "editor/viewactions.h"
-#include "editor/viewcontroller.h"
 #include "links/linkrules.h"
-#include "platform/files.h"
-#include "platform/resources.h"
-#include "platform/windowregistry.h"
 #include "ui_HTMLDocument.h"
+#include "web/codehighlighter.h"
+#include "web/viewcontroller.h"
 
 #include <QCloseEvent>
 #include <QPointer>

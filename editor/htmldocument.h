@@ -1,13 +1,13 @@
 #pragma once
 
 #include "editor/cssnames.h"
-#include "editor/csstidy.h"
-#include "editor/pagedocument.h"
 #include "editor/pagelayout.h"
-#include "editor/pagestore.h"
-#include "editor/pagetree.h"
 #include "editor/tagcontrols.h"
-#include "editor/tagrules.h"
+#include "page/csstidy.h"
+#include "page/pagestore.h"
+#include "page/pagetree.h"
+#include "page/tagrules.h"
+#include "web/pagedocument.h"
 
 #include <QMainWindow>
 #include <QUndoStack>

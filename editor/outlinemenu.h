@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editor/tagmenu.h"
+#include "page/tagmenu.h"
 
 #include <QMenu>
 

@@ -1,10 +1,10 @@
 #include "editor/outlinemodel.h"
 
-#include "editor/elementdrop.h"
-#include "editor/outlinetext.h"
-#include "editor/pagetree.h"
+#include "base/propertylist.h"
 #include "html/element.h"
-#include "platform/propertylist.h"
+#include "page/elementdrop.h"
+#include "page/outlinetext.h"
+#include "page/pagetree.h"
 
 #include <QMimeData>
 

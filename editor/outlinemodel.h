@@ -1,6 +1,6 @@
 #pragma once
 
-#include "editor/tagrules.h"
+#include "page/tagrules.h"
 
 #include <QAbstractItemModel>
 #include <QColor>

@@ -1,11 +1,11 @@
 #include "editor/outlineselection.h"
 
+#include "base/console.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineview.h"
-#include "editor/scriptquote.h"
-#include "editor/viewcontroller.h"
 #include "html/element.h"
-#include "platform/console.h"
+#include "web/scriptquote.h"
+#include "web/viewcontroller.h"
 
 #include <utility>
 

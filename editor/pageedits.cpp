@@ -1,13 +1,13 @@
 #include "editor/pageedits.h"
 
-#include "editor/classedits.h"
-#include "editor/cssmenu.h"
-#include "editor/elementdrop.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
-#include "editor/pagetree.h"
-#include "editor/viewcontroller.h"
 #include "html/parse.h"
+#include "page/classedits.h"
+#include "page/cssmenu.h"
+#include "page/elementdrop.h"
+#include "page/pagetree.h"
+#include "web/viewcontroller.h"
 
 #include <QPointer>
 #include <QUndoStack>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "editor/pagecommands.h"
-#include "editor/tagmenu.h"
-#include "platform/result.h"
+#include "base/result.h"
+#include "page/pagecommands.h"
+#include "page/tagmenu.h"
 
 #include <QObject>
 #include <QPersistentModelIndex>

@@ -1,8 +1,8 @@
 #include "editor/pagesaver.h"
 
-#include "editor/pagestore.h"
-#include "editor/pathtext.h"
-#include "editor/viewcontroller.h"
+#include "base/pathtext.h"
+#include "page/pagestore.h"
+#include "web/viewcontroller.h"
 
 #include <QFileDialog>
 #include <QMessageBox>

@@ -1,6 +1,6 @@
 #include "editor/pagewatch.h"
 
-#include "editor/pathtext.h"
+#include "base/pathtext.h"
 
 namespace luma {
 

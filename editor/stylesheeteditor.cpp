@@ -1,9 +1,9 @@
 #include "editor/stylesheeteditor.h"
 
-#include "editor/codeedit.h"
-#include "editor/cssmenu.h"
-#include "editor/pagetree.h"
-#include "platform/files.h"
+#include "base/files.h"
+#include "page/cssmenu.h"
+#include "page/pagetree.h"
+#include "web/codeedit.h"
 
 #include <QComboBox>
 #include <QPlainTextEdit>

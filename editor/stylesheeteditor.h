@@ -1,8 +1,8 @@
 #pragma once
 
-#include "editor/csstidy.h"
-#include "editor/sitefolder.h"
-#include "platform/result.h"
+#include "base/result.h"
+#include "page/csstidy.h"
+#include "page/sitefolder.h"
 
 #include <QMap>
 #include <QObject>

@@ -1,10 +1,10 @@
 #include "editor/tagcontrols.h"
 
+#include "desktop/icons.h"
 #include "editor/outlinemenu.h"
 #include "editor/outlineselection.h"
 #include "editor/pageedits.h"
-#include "editor/tagmenu.h"
-#include "platform/icons.h"
+#include "page/tagmenu.h"
 #include "ui_HTMLDocument.h"
 
 namespace luma {

@@ -1,7 +1,7 @@
 #include "editor/viewactions.h"
 
-#include "editor/viewcontroller.h"
 #include "ui_HTMLDocument.h"
+#include "web/viewcontroller.h"
 
 #include <QApplication>
 

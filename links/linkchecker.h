@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/filereader.h"
 #include "links/sitetree.h"
-#include "platform/filereader.h"
 
 #include <array>
 #include <cstdint>

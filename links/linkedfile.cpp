@@ -1,8 +1,8 @@
 #include "links/linkedfile.h"
 
-#include "links/characterreferences.h"
+#include "base/utf8.h"
+#include "html/characterreferences.h"
 #include "links/parsedpage.h"
-#include "links/utf8.h"
 
 #include <QString>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "base/filereader.h"
 #include "links/linkrules.h"
-#include "platform/filereader.h"
 
 #include <QRegularExpression>
 

@@ -1,7 +1,7 @@
 #include "links/linkindex.h"
 
+#include "base/utf8.h"
 #include "links/bytehash.h"
-#include "links/utf8.h"
 
 #include <algorithm>
 

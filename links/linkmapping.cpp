@@ -1,7 +1,7 @@
 #include "links/linkmapping.h"
 
-#include "links/characterreferences.h"
-#include "platform/files.h"
+#include "base/files.h"
+#include "html/characterreferences.h"
 
 #include <sys/stat.h>
 

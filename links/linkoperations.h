@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/result.h"
 #include "links/linkmapping.h"
 #include "links/parsedpage.h"
-#include "platform/result.h"
 
 #include <filesystem>
 #include <functional>

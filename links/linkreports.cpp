@@ -1,7 +1,7 @@
 #include "links/linkreports.h"
 
+#include "base/orderedwork.h"
 #include "links/linkedfile.h"
-#include "platform/orderedwork.h"
 
 #include <memory>
 #include <vector>

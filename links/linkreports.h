@@ -1,9 +1,9 @@
 #pragma once
 
+#include "base/result.h"
+#include "base/stillwanted.h"
 #include "links/linkchecker.h"
 #include "links/sitetree.h"
-#include "platform/result.h"
-#include "platform/stillwanted.h"
 
 #include <filesystem>
 #include <functional>

@@ -1,7 +1,7 @@
 #include "links/linkrules.h"
 
-#include "links/htmlnames.h"
-#include "links/utf8.h"
+#include "base/utf8.h"
+#include "html/htmlnames.h"
 
 #include <algorithm>
 #include <vector>

@@ -1,9 +1,9 @@
 #include "links/linkupdatingmove.h"
 
+#include "base/files.h"
+#include "base/orderedwork.h"
 #include "links/linkoperations.h"
 #include "links/sitetree.h"
-#include "platform/files.h"
-#include "platform/orderedwork.h"
 
 #include <system_error>
 

@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/result.h"
+#include "base/stillwanted.h"
 #include "links/linkmapping.h"
-#include "platform/result.h"
-#include "platform/stillwanted.h"
 
 #include <cstdint>
 #include <filesystem>

@@ -1,8 +1,8 @@
 #include "links/parsedpage.h"
 
-#include "links/characterreferences.h"
-#include "links/utf8.h"
-#include "platform/files.h"
+#include "base/files.h"
+#include "base/utf8.h"
+#include "html/characterreferences.h"
 
 #include <algorithm>
 #include <array>

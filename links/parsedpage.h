@@ -1,8 +1,8 @@
 #pragma once
 
-#include "links/htmlscanner.h"
+#include "base/utf8.h"
+#include "html/htmlscanner.h"
 #include "links/linkrules.h"
-#include "links/utf8.h"
 
 #include <filesystem>
 #include <optional>

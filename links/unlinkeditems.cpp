@@ -1,15 +1,15 @@
 #include "links/unlinkeditems.h"
 
+#include "base/filereader.h"
+#include "base/orderedwork.h"
+#include "base/utf8.h"
+#include "html/characterreferences.h"
 #include "links/bytehash.h"
-#include "links/characterreferences.h"
 #include "links/excludedfolders.h"
 #include "links/linkedfile.h"
 #include "links/linkindex.h"
 #include "links/namesearch.h"
 #include "links/parsedpage.h"
-#include "links/utf8.h"
-#include "platform/filereader.h"
-#include "platform/orderedwork.h"
 
 #include <map>
 #include <set>

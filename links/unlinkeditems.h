@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/result.h"
-#include "platform/stillwanted.h"
+#include "base/result.h"
+#include "base/stillwanted.h"
 
 #include <filesystem>
 #include <functional>

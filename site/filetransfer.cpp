@@ -1,6 +1,6 @@
 #include "site/filetransfer.h"
 
-#include "platform/files.h"
+#include "base/files.h"
 #include "site/folderaccess.h"
 #include "site/shownname.h"
 

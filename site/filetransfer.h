@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/workitem.h"
+#include "base/workitem.h"
 #include "site/syncrow.h"
 
 #include <functional>

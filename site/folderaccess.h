@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/filedescriptor.h"
-#include "platform/result.h"
+#include "base/filedescriptor.h"
+#include "base/result.h"
 
 #include <filesystem>
 #include <string>

@@ -1,6 +1,6 @@
 #include "site/foldercomparison.h"
 
-#include "platform/parallel.h"
+#include "base/parallel.h"
 #include "site/folderaccess.h"
 #include "site/shownname.h"
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "platform/result.h"
-#include "platform/workitem.h"
+#include "base/result.h"
+#include "base/workitem.h"
 #include "site/syncrow.h"
 
 #include <string>

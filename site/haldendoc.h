@@ -1,7 +1,7 @@
 #pragma once
 
 #include "browser/panehost.h"
-#include "platform/volumemounter.h"
+#include "mounts/volumemounter.h"
 #include "site/remotelogin.h"
 #include "site/siterecord.h"
 #include "site/syncengine.h"

@@ -1,6 +1,6 @@
 #include "site/progresspanel.h"
 
-#include "platform/files.h"
+#include "base/files.h"
 #include "ui_ProgressPanel.h"
 
 #include <QApplication>

@@ -1,8 +1,8 @@
 #include "site/remotelogin.h"
 
+#include "base/mainhop.h"
+#include "base/workitem.h"
 #include "browser/endpoint.h"
-#include "platform/mainhop.h"
-#include "platform/workitem.h"
 
 namespace luma {
 

@@ -1,8 +1,8 @@
 #include "site/syncengine.h"
 
-#include "platform/console.h"
-#include "platform/files.h"
-#include "platform/mainhop.h"
+#include "base/console.h"
+#include "base/files.h"
+#include "base/mainhop.h"
 #include "site/filetransfer.h"
 #include "site/foldercomparison.h"
 #include "site/rsynccommand.h"

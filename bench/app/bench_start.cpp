@@ -8,7 +8,7 @@
 #include "app/lumaappdelegate.h"
 #include "app/program.h"
 #include "app/sitelistwindow.h"
-#include "editor/pagescheme.h"
+#include "web/pagescheme.h"
 
 #include <QApplication>
 #include <QTest>

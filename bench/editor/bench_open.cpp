@@ -1,13 +1,13 @@
+#include "base/files.h"
 #include "bench/measuring.h"
 #include "editor/htmldocument.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineview.h"
-#include "editor/pagefile.h"
-#include "editor/pagescheme.h"
-#include "editor/viewcontroller.h"
 #include "html/element.h"
 #include "html/parse.h"
-#include "platform/files.h"
+#include "page/pagefile.h"
+#include "web/pagescheme.h"
+#include "web/viewcontroller.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

@@ -1,10 +1,10 @@
+#include "base/files.h"
 #include "editor/htmldocument.h"
-#include "editor/pagescheme.h"
-#include "editor/scriptcall.h"
-#include "editor/tidyshell.h"
-#include "editor/viewcontroller.h"
 #include "html/parse.h"
-#include "platform/files.h"
+#include "page/tidyshell.h"
+#include "web/pagescheme.h"
+#include "web/scriptcall.h"
+#include "web/viewcontroller.h"
 
 #include <QApplication>
 #include <QElapsedTimer>

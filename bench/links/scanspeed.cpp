@@ -1,8 +1,8 @@
+#include "base/files.h"
+#include "base/utf8.h"
 #include "links/linkreports.h"
 #include "links/parsedpage.h"
 #include "links/sitetree.h"
-#include "links/utf8.h"
-#include "platform/files.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,6 +1,6 @@
 #include "browser/watcher/announcer.h"
 
-#include "platform/notifications.h"
+#include "desktop/notifications.h"
 
 #include <QCoreApplication>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/filedescriptor.h"
+#include "base/filedescriptor.h"
 
 #include <sys/inotify.h>
 #include <time.h>

@@ -1,6 +1,6 @@
 #include "app/sitearchive.h"
 #include "app/sitetemplate.h"
-#include "platform/propertylist.h"
+#include "base/propertylist.h"
 #include "tests/support/registry.h"
 
 #include <QTest>

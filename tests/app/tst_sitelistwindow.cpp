@@ -4,7 +4,7 @@
 #include "app/sitelistwindow.h"
 #include "app/sitetemplate.h"
 #include "browser/endpoint.h"
-#include "platform/windowregistry.h"
+#include "desktop/windowregistry.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
 

@@ -1,6 +1,6 @@
 #include "app/makerhosts.h"
 #include "app/versioncheck.h"
-#include "platform/workitem.h"
+#include "base/workitem.h"
 #include "shell/taskwrapper.h"
 #include "tests/support/registry.h"
 

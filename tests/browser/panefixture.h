@@ -1,8 +1,8 @@
 #pragma once
 
+#include "base/observeddictionary.h"
 #include "browser/browsercontroller.h"
 #include "browser/endpoint.h"
-#include "platform/observeddictionary.h"
 
 #include <QLabel>
 #include <QMainWindow>

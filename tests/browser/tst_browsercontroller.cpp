@@ -1,7 +1,7 @@
+#include "base/mainhop.h"
 #include "browser/browser.h"
 #include "browser/panehost.h"
-#include "platform/mainhop.h"
-#include "platform/volumemounter.h"
+#include "mounts/volumemounter.h"
 #include "tests/browser/panefixture.h"
 #include "tests/support/registry.h"
 

@@ -1,5 +1,5 @@
 #include "browser/folderwatcher.h"
-#include "platform/notifications.h"
+#include "desktop/notifications.h"
 #include "tests/support/registry.h"
 
 #include <QProcess>

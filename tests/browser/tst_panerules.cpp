@@ -7,7 +7,7 @@
 #include "browser/mounturl.h"
 #include "browser/relativepath.h"
 #include "browser/transformers.h"
-#include "platform/volumemounter.h"
+#include "mounts/volumemounter.h"
 #include "tests/support/registry.h"
 
 #include <QTemporaryDir>

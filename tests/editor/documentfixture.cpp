@@ -1,9 +1,9 @@
 #include "tests/editor/documentfixture.h"
 
-#include "editor/tidyshell.h"
-#include "editor/viewcontroller.h"
+#include "base/files.h"
 #include "html/element.h"
-#include "platform/files.h"
+#include "page/tidyshell.h"
+#include "web/viewcontroller.h"
 
 #include <QAbstractButton>
 #include <QAction>

@@ -1,7 +1,7 @@
 #include "tests/editor/pagewindow.h"
 
-#include "editor/scriptquote.h"
-#include "platform/files.h"
+#include "base/files.h"
+#include "web/scriptquote.h"
 
 #include <QTest>
 

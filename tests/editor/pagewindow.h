@@ -1,8 +1,8 @@
 #pragma once
 
 #include "editor/htmldocument.h"
-#include "editor/tidyshell.h"
-#include "editor/viewcontroller.h"
+#include "page/tidyshell.h"
+#include "web/viewcontroller.h"
 
 #include <QAction>
 #include <QPointer>

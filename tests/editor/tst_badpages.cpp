@@ -1,8 +1,8 @@
-#include "editor/pagecommands.h"
-#include "editor/viewcontroller.h"
 #include "html/element.h"
+#include "page/pagecommands.h"
 #include "tests/editor/documentfixture.h"
 #include "tests/support/registry.h"
+#include "web/viewcontroller.h"
 
 #include <QMenu>
 #include <QPushButton>

@@ -1,10 +1,10 @@
-#include "editor/codehighlighter.h"
-#include "editor/linksheet.h"
-#include "editor/scriptconsole.h"
-#include "editor/sourcepanel.h"
-#include "platform/files.h"
+#include "base/files.h"
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
+#include "web/codehighlighter.h"
+#include "web/linksheet.h"
+#include "web/scriptconsole.h"
+#include "web/sourcepanel.h"
 
 #include <QComboBox>
 #include <QDir>

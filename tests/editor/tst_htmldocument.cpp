@@ -1,10 +1,10 @@
+#include "base/files.h"
 #include "editor/outlinemodel.h"
-#include "editor/pagecommands.h"
-#include "editor/viewcontroller.h"
-#include "platform/files.h"
+#include "page/pagecommands.h"
 #include "tests/editor/documentfixture.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
+#include "web/viewcontroller.h"
 
 #include <QAction>
 #include <QComboBox>

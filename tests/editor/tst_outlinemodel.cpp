@@ -1,12 +1,12 @@
-#include "editor/elementdrop.h"
+#include "base/propertylist.h"
 #include "editor/outlinemodel.h"
-#include "editor/pagecommands.h"
 #include "editor/pagesplit.h"
-#include "editor/pagetree.h"
-#include "editor/tagrules.h"
 #include "html/parse.h"
 #include "html/prettyprinter.h"
-#include "platform/propertylist.h"
+#include "page/elementdrop.h"
+#include "page/pagecommands.h"
+#include "page/pagetree.h"
+#include "page/tagrules.h"
 #include "tests/support/registry.h"
 
 #include <QAbstractItemModelTester>

@@ -1,8 +1,8 @@
 #include "editor/outlineview.h"
-#include "editor/viewcontroller.h"
 #include "html/element.h"
 #include "tests/editor/documentfixture.h"
 #include "tests/support/registry.h"
+#include "web/viewcontroller.h"
 
 #include <QAction>
 #include <QMimeData>

@@ -1,4 +1,4 @@
-#include "links/nestingdepth.h"
+#include "html/nestingdepth.h"
 #include "links/parsedpage.h"
 
 #include <cstdint>

@@ -12,22 +12,27 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
-# Who may include whom, besides itself. A room stands on those named here and knows no other.
+# Who includes whom, besides itself; each room stands on those named here, knows no other, and uses every one.
 FLOORS = {
-    "platform": set(),
-    "html": set(),
-    "shell": {"platform"},  # for the resource folder and the owner of a file descriptor
-    "links": {"platform"},
-    "browser": {"links", "platform", "shell"},
-    "editor": {"html", "links", "platform", "shell"},
-    "site": {"browser", "editor", "html", "links", "platform", "shell"},
-    "app": {"browser", "editor", "html", "links", "platform", "shell", "site"},
+    "base": set(),
+    "shell": set(),
+    "html": {"base"},
+    "desktop": {"base"},
+    "mounts": {"base"},
+    "links": {"base", "html"},
+    "page": {"base", "html", "links", "shell"},
+    "web": {"base", "page"},
+    "browser": {"base", "desktop", "links", "mounts"},
+    "editor": {"base", "desktop", "html", "links", "page", "web"},
+    "site": {"base", "browser", "desktop", "mounts", "shell"},
+    "lumactl": {"base", "links", "site"},
+    "app": {"base", "browser", "desktop", "editor", "page", "shell", "site", "web"},
 }
 ROOMS = sorted(FLOORS)
 # Headers whose classes are not one class of the header's name, and why.
 SHARED_HEADERS = {
     "browser/panehost.h": "the pane's two questions to its window, read together",
-    "platform/notifications.h": "posting and hearing, the two ends of one thing",
+    "desktop/notifications.h": "posting and hearing, the two ends of one thing",
 }
 
 
@@ -47,14 +52,20 @@ def breach(path, number, text):
 
 
 def arrows():
-    """No room includes one above it."""
+    """A room includes those it stands on and no other, and each of them is used."""
     include = re.compile(r'#include "(\w+)/')
     for room in ROOMS:
+        unused = set(FLOORS[room])
         for path in files([room], ".h", ".cpp"):
             for number, line in lines(path):
                 found = include.match(line)
-                if found and found[1] != room and found[1] not in FLOORS[room]:
+                if not found or found[1] == room:
+                    continue
+                unused.discard(found[1])
+                if found[1] not in FLOORS[room]:
                     yield breach(path, number, f"{room} does not stand on {found[1]}")
+        for grant in sorted(unused):
+            yield breach(Path(__file__), 1, f"{room} is granted {grant}, which nothing in it includes")
 
 
 def circles():

@@ -1,7 +1,7 @@
 #include "tests/links/literalloops.h"
 
+#include "base/files.h"
 #include "links/linkrules.h"
-#include "platform/files.h"
 
 #include <QRegularExpression>
 #include <QString>

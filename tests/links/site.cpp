@@ -1,6 +1,6 @@
 #include "tests/links/site.h"
 
-#include "platform/files.h"
+#include "base/files.h"
 
 #include <fstream>
 #include <system_error>

@@ -1,6 +1,6 @@
+#include "base/files.h"
 #include "links/linkreports.h"
 #include "links/unlinkeditems.h"
-#include "platform/files.h"
 #include "tests/links/site.h"
 #include "tests/support/registry.h"
 

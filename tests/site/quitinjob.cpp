@@ -3,8 +3,8 @@
 // FOLDER is a TwoFolders with a site in "sending". Ends with 0 when quitting ended it, with 3 when it went
 // on.
 
+#include "base/quitsignals.h"
 #include "browser/filesystemmodel.h"
-#include "platform/quitsignals.h"
 #include "tests/site/sitewindow.h"
 
 #include <QAction>

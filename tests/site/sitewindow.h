@@ -1,11 +1,11 @@
 #pragma once
 
+#include "base/observeddictionary.h"
 #include "browser/browser.h"
 #include "browser/browsercontroller.h"
 #include "browser/browserlistview.h"
 #include "browser/endpoint.h"
 #include "browser/unavailablemounter.h"
-#include "platform/observeddictionary.h"
 #include "site/haldendoc.h"
 #include "site/logview.h"
 #include "tests/site/twofolders.h"

@@ -2,7 +2,7 @@
 #include "browser/browsercontroller.h"
 #include "browser/endpoint.h"
 #include "browser/unavailablemounter.h"
-#include "platform/windowregistry.h"
+#include "desktop/windowregistry.h"
 #include "site/haldendoc.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/registry.h"

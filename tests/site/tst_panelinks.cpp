@@ -1,7 +1,7 @@
+#include "base/filedescriptor.h"
 #include "browser/dragrecord.h"
 #include "browser/filesystemmodel.h"
 #include "browser/unlinkeditemsmodel.h"
-#include "platform/filedescriptor.h"
 #include "tests/site/screenshot.h"
 #include "tests/site/sitewindow.h"
 #include "tests/support/registry.h"

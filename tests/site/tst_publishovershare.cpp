@@ -1,4 +1,4 @@
-#include "platform/mounts.h"
+#include "mounts/mounts.h"
 #include "tests/site/publishingwindow.h"
 #include "tests/site/screenshot.h"
 #include "tests/site/twofolders.h"

@@ -1,4 +1,4 @@
-#include "platform/volumemounter.h"
+#include "mounts/volumemounter.h"
 #include "shell/sshcontroller.h"
 #include "tests/site/publishingwindow.h"
 #include "tests/site/screenshot.h"

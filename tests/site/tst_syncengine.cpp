@@ -1,4 +1,4 @@
-#include "platform/mainhop.h"
+#include "base/mainhop.h"
 #include "site/syncengine.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/registry.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/filedescriptor.h"
+#include "base/filedescriptor.h"
 
 #include <netinet/in.h>
 #include <sys/socket.h>

@@ -2,8 +2,8 @@
 
 #include "app/sitelistwindow.h"
 #include "app/transientrecord.h"
-#include "platform/files.h"
-#include "platform/windowregistry.h"
+#include "base/files.h"
+#include "desktop/windowregistry.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>

@@ -1,0 +1,16 @@
+#include "base/console.h"
+
+#include <cstdio>
+#include <string>
+
+namespace luma {
+
+void printLine(std::string_view line)
+{
+    // In one piece, so that lines of two threads do not mix.
+    const std::string text = std::string(line) + '\n';
+    (void)std::fwrite(text.data(), 1, text.size(), stdout);
+    (void)std::fflush(stdout);
+}
+
+} // namespace luma

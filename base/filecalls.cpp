@@ -1,0 +1,62 @@
+#include "base/filecalls.h"
+
+#include "base/files.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <system_error>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+Error systemError(const fs::path& path, int code)
+{
+    return Error{path.string() + ": " + std::generic_category().message(code)};
+}
+
+Error stoppedError(const fs::path& path)
+{
+    return Error{path.string() + ": stopped"};
+}
+
+bool isUnsupported(int code)
+{
+    return code == ENOTSUP || code == EOPNOTSUPP || code == ENOSYS;
+}
+
+Times timesOf(const struct stat& status)
+{
+    return {status.st_atim, status.st_mtim};
+}
+
+Result<void> keepMode(int descriptor, mode_t mode, const fs::path& target)
+{
+    if (::fchmod(descriptor, mode & 07777U) != 0 && !isUnsupported(errno))
+        return systemError(target, errno);
+    return {};
+}
+
+Result<void> keepTimes(int descriptor, const Times& times, const fs::path& target)
+{
+    if (::futimens(descriptor, times.data()) != 0 && !isUnsupported(errno))
+        return systemError(target, errno);
+    return {};
+}
+
+Result<void> renameToFreePlace(const fs::path& from, const fs::path& to)
+{
+    if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)
+        return {};
+    if (errno != EINVAL && errno != ENOSYS)
+        return systemError(to, errno);
+    // Some network file systems do not know the flag; a look before the rename must do there.
+    if (itemExists(to))
+        return systemError(to, EEXIST);
+    if (::rename(from.c_str(), to.c_str()) != 0)
+        return systemError(to, errno);
+    return {};
+}
+
+} // namespace luma

@@ -1,0 +1,271 @@
+#include "base/files.h"
+
+#include "base/filecalls.h"
+#include "base/filedescriptor.h"
+#include "base/filereader.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <cstring>
+#include <optional>
+#include <system_error>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+Result<void> writeAll(int descriptor, std::string_view bytes, const fs::path& path)
+{
+    while (!bytes.empty()) {
+        const ssize_t written = ::write(descriptor, bytes.data(), bytes.size());
+        if (written < 0 && errno == EINTR)
+            continue;
+        if (written < 0)
+            return systemError(path, errno);
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return {};
+}
+
+// A file under a temporary name in the folder of its target; gone again unless it takes the target's place.
+class TemporaryFile final
+{
+public:
+    explicit TemporaryFile(const fs::path& target)
+        : m_target(target),
+          m_path((target.parent_path() / ".luma-XXXXXX").string()),
+          m_descriptor(::mkostemp(m_path.data(), O_CLOEXEC)),
+          m_openError(errno),
+          m_exists(bool(m_descriptor))
+    {}
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile()
+    {
+        if (m_exists)
+            ::unlink(m_path.c_str());
+    }
+
+    [[nodiscard]] bool isOpen() const { return bool(m_descriptor); }
+    [[nodiscard]] int descriptor() const { return m_descriptor.get(); }
+    [[nodiscard]] int openError() const { return m_openError; }
+
+    Result<void> setTimes(const Times& times)
+    {
+        m_times = times;
+        return keepTimes(m_descriptor.get(), times, m_target);
+    }
+
+    Result<void> takePlace(Existing existing, Durability durability)
+    {
+        if (durability == Durability::Synced && ::fsync(m_descriptor.get()) != 0)
+            return systemError(m_target, errno);
+        // close() is where a network file system reports what it could not store.
+        if (::close(m_descriptor.release()) != 0)
+            return systemError(m_target, errno);
+        // An smb server stamps a file that was written when it is closed, so the times are set once more.
+        if (m_times && ::utimensat(AT_FDCWD, m_path.c_str(), m_times->data(), 0) != 0 &&
+            !isUnsupported(errno))
+            return systemError(m_target, errno);
+        Result<void> placed;
+        if (existing == Existing::Keep)
+            placed = renameToFreePlace(m_path, m_target);
+        else if (::rename(m_path.c_str(), m_target.c_str()) != 0)
+            placed = systemError(m_target, errno);
+        m_exists = !placed;
+        return placed;
+    }
+
+private:
+    fs::path m_target;
+    std::string m_path;
+    FileDescriptor m_descriptor;
+    int m_openError;
+    bool m_exists;
+    std::optional<Times> m_times;
+};
+
+Result<void> copyBytes(int from, int to, const fs::path& source, const fs::path& target,
+                       const StillWanted& stillWanted)
+{
+    // copy_file_range lets the file system share or copy by itself; it does not work everywhere, and not for
+    // files that claim to be empty and are not.
+    constexpr std::size_t chunk = std::size_t{16} * 1024 * 1024;
+    for (;;) {
+        if (!isWanted(stillWanted))
+            return stoppedError(source);
+        const ssize_t copied = ::copy_file_range(from, nullptr, to, nullptr, chunk, 0);
+        if (copied > 0)
+            continue;
+        if (copied == 0)
+            break;
+        if (errno == EINTR)
+            continue;
+        if (errno == ENOSPC || errno == EDQUOT || errno == EFBIG || errno == EIO)
+            return systemError(target, errno);
+        break;
+    }
+    std::array<char, std::size_t{256} * 1024> buffer;
+    for (;;) {
+        if (!isWanted(stillWanted))
+            return stoppedError(source);
+        const ssize_t got = ::read(from, buffer.data(), buffer.size());
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return systemError(source, errno);
+        if (got == 0)
+            return {};
+        if (auto written = writeAll(to, {buffer.data(), static_cast<std::size_t>(got)}, target); !written)
+            return written;
+    }
+}
+
+Result<void> copyLink(const fs::path& source, const fs::path& target, Existing existing)
+{
+    std::error_code error;
+    const fs::path destination = fs::read_symlink(source, error);
+    if (error)
+        return systemError(source, error.value());
+    if (existing == Existing::Keep) {
+        if (::symlink(destination.c_str(), target.c_str()) != 0)
+            return systemError(target, errno);
+        return {};
+    }
+    std::string aside = (target.parent_path() / ".luma-XXXXXX").string();
+    // mkostemp only to find a free name.
+    FileDescriptor placeholder(::mkostemp(aside.data(), O_CLOEXEC));
+    if (!placeholder)
+        return systemError(target, errno);
+    ::unlink(aside.c_str());
+    if (::symlink(destination.c_str(), aside.c_str()) != 0)
+        return systemError(target, errno);
+    if (::rename(aside.c_str(), target.c_str()) != 0) {
+        const int code = errno;
+        ::unlink(aside.c_str());
+        return systemError(target, code);
+    }
+    return {};
+}
+
+} // namespace
+
+bool itemExists(const fs::path& path)
+{
+    struct stat status = {};
+    return ::lstat(path.c_str(), &status) == 0;
+}
+
+Result<std::string_view> FileReader::read(const std::string& path)
+{
+    // O_NONBLOCK: opening a FIFO must not wait for a writer.
+    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file)
+        return systemError(path, errno);
+    struct stat status = {};
+    if (::fstat(file.get(), &status) != 0)
+        return systemError(path, errno);
+    if (!S_ISREG(status.st_mode))
+        return systemError(path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+    std::size_t size = 0;
+    // One byte more than it should hold shows its end without a second look.
+    std::size_t wanted = static_cast<std::size_t>(status.st_size) + 1;
+    for (;;) {
+        if (wanted > m_capacity) {
+            auto larger = std::make_unique_for_overwrite<char[]>(wanted);
+            std::copy_n(m_buffer.get(), size, larger.get());
+            m_buffer = std::move(larger);
+            m_capacity = wanted;
+        }
+        const ssize_t got = ::read(file.get(), m_buffer.get() + size, m_capacity - size);
+        if (got < 0 && errno == EINTR)
+            continue;
+        if (got < 0)
+            return systemError(path, errno);
+        size += static_cast<std::size_t>(got);
+        if (got == 0 || size == static_cast<std::size_t>(status.st_size))
+            return std::string_view(m_buffer.get(), size);
+        if (size == m_capacity)
+            wanted = m_capacity * 2;
+    }
+}
+
+Result<std::string> readFile(const fs::path& path)
+{
+    FileReader reader;
+    auto bytes = reader.read(path.native());
+    if (!bytes)
+        return bytes.error();
+    return std::string(*bytes);
+}
+
+Result<void> writeFile(const fs::path& path, std::string_view bytes, unsigned newMode)
+{
+    std::error_code error;
+    const fs::path target = fs::is_symlink(path, error) ? fs::weakly_canonical(path, error) : path;
+    struct stat old = {};
+    const bool replaces = ::stat(target.c_str(), &old) == 0;
+    if (replaces && !S_ISREG(old.st_mode))
+        return systemError(path, S_ISDIR(old.st_mode) ? EISDIR : EINVAL);
+    // Renaming over a read-only file would succeed; its owner wrote-protected it for a reason.
+    if (replaces && ::access(target.c_str(), W_OK) != 0)
+        return systemError(path, errno);
+    TemporaryFile temporary(target);
+    if (!temporary.isOpen())
+        return systemError(path, temporary.openError());
+    if (auto written = writeAll(temporary.descriptor(), bytes, path); !written)
+        return written;
+    if (replaces && ::fchown(temporary.descriptor(), old.st_uid, old.st_gid) != 0 && errno != EPERM &&
+        !isUnsupported(errno))
+        return systemError(path, errno);
+    const mode_t mask = ::umask(0);
+    ::umask(mask);
+    if (auto kept = keepMode(temporary.descriptor(), replaces ? old.st_mode : newMode & ~mask, path); !kept)
+        return kept;
+    return temporary.takePlace(Existing::Replace, Durability::Synced);
+}
+
+Result<void> copyFile(const fs::path& source, const fs::path& target, Existing existing,
+                      Durability durability, const StillWanted& stillWanted)
+{
+    struct stat status = {};
+    if (::lstat(source.c_str(), &status) != 0)
+        return systemError(source, errno);
+    if (S_ISLNK(status.st_mode))
+        return copyLink(source, target, existing);
+    if (!S_ISREG(status.st_mode))
+        return systemError(source, EINVAL);
+    const FileDescriptor from(::open(source.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (!from || ::fstat(from.get(), &status) != 0)
+        return systemError(source, errno);
+    TemporaryFile temporary(target);
+    if (!temporary.isOpen())
+        return systemError(target, temporary.openError());
+    if (auto copied = copyBytes(from.get(), temporary.descriptor(), source, target, stillWanted); !copied)
+        return copied;
+    if (auto kept = keepMode(temporary.descriptor(), status.st_mode, target); !kept)
+        return kept;
+    if (auto kept = temporary.setTimes(timesOf(status)); !kept)
+        return kept;
+    return temporary.takePlace(existing, durability);
+}
+
+Result<void> removeItem(const fs::path& path)
+{
+    std::error_code error;
+    if (!itemExists(path))
+        return systemError(path, ENOENT);
+    fs::remove_all(path, error);
+    if (error)
+        return systemError(path, error.value());
+    return {};
+}
+
+} // namespace luma

@@ -1,0 +1,61 @@
+#include "base/quitsignals.h"
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+
+#include <fcntl.h>
+
+#include <array>
+#include <csignal>
+
+namespace luma {
+
+namespace {
+
+constexpr std::array quitting = {SIGTERM, SIGINT, SIGHUP};
+
+// Written by the signal handler, which may do nothing else.
+int writeEnd = -1;
+
+void handleSignals(void (*handler)(int), int flags)
+{
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = flags;
+    for (const int number : quitting)
+        ::sigaction(number, &action, nullptr);
+}
+
+void noteSignal(int /*number*/)
+{
+    const char byte = 1;
+    [[maybe_unused]] const ssize_t written = ::write(writeEnd, &byte, 1);
+}
+
+} // namespace
+
+QuitSignals::QuitSignals(QObject* parent) : QObject(parent)
+{
+    std::array<int, 2> ends = {-1, -1};
+    if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0)
+        return;
+    m_readEnd.reset(ends[0]);
+    writeEnd = ends[1];
+    auto* const notifier = new QSocketNotifier(m_readEnd.get(), QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [notifier] {
+        notifier->setEnabled(false);
+        QCoreApplication::quit();
+    });
+    // SA_RESETHAND: the second time the signal does what it always does.
+    handleSignals(noteSignal, static_cast<int>(SA_RESETHAND) | SA_RESTART);
+}
+
+QuitSignals::~QuitSignals()
+{
+    handleSignals(SIG_DFL, 0);
+    if (writeEnd >= 0)
+        ::close(writeEnd);
+    writeEnd = -1;
+}
+
+} // namespace luma

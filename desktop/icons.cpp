@@ -1,0 +1,121 @@
+#include "desktop/icons.h"
+
+#include "base/files.h"
+#include "base/resources.h"
+#include "desktop/symboliconengine.h"
+
+#include <QFileInfo>
+#include <QHash>
+#include <QMimeDatabase>
+
+namespace luma::icons {
+
+namespace {
+
+/// The name of our icon for a content type that the theme has no icon for.
+QString fallbackName(const QMimeType& type)
+{
+    static const std::pair<QLatin1StringView, QLatin1StringView> names[] = {
+        {QLatin1StringView("text/html"), QLatin1StringView("page")},
+        {QLatin1StringView("application/xhtml+xml"), QLatin1StringView("page")},
+        {QLatin1StringView("text/css"), QLatin1StringView("style-sheet")},
+        {QLatin1StringView("application/javascript"), QLatin1StringView("script")},
+        {QLatin1StringView("text/javascript"), QLatin1StringView("script")},
+        {QLatin1StringView("application/json"), QLatin1StringView("script")},
+        {QLatin1StringView("application/x-php"), QLatin1StringView("script")},
+        {QLatin1StringView("application/x-shellscript"), QLatin1StringView("script")},
+        {QLatin1StringView("text/plain"), QLatin1StringView("text")},
+    };
+    if (type.name().startsWith(QLatin1String("image/")))
+        return QStringLiteral("image");
+    for (const auto& [typeName, icon] : names) {
+        if (type.inherits(typeName))
+            return icon;
+    }
+    return QStringLiteral("file");
+}
+
+QIcon ofType(const QMimeType& type)
+{
+    for (const QString& name : {type.iconName(), type.genericIconName()}) {
+        if (QIcon::hasThemeIcon(name))
+            return QIcon::fromTheme(name);
+    }
+    return symbol(fallbackName(type));
+}
+
+/// What desktops call our symbols (freedesktop.org, Icon Naming Specification).
+QString themeName(const QString& symbolName)
+{
+    static const QHash<QString, QString> names = {
+        {QStringLiteral("folder"), QStringLiteral("folder")},
+        {QStringLiteral("new-folder"), QStringLiteral("folder-new")},
+        {QStringLiteral("reload"), QStringLiteral("view-refresh")},
+        {QStringLiteral("add"), QStringLiteral("list-add")},
+        {QStringLiteral("remove"), QStringLiteral("list-remove")},
+        {QStringLiteral("settings"), QStringLiteral("configure")},
+        {QStringLiteral("stop"), QStringLiteral("process-stop")},
+        {QStringLiteral("delete"), QStringLiteral("edit-delete")},
+        {QStringLiteral("duplicate"), QStringLiteral("edit-copy")},
+        {QStringLiteral("rename"), QStringLiteral("edit-rename")},
+        {QStringLiteral("open"), QStringLiteral("document-open")},
+        {QStringLiteral("show-password"), QStringLiteral("view-reveal")},
+    };
+    return names.value(symbolName);
+}
+
+// Never destroyed: pixmaps must not outlive the application object's end.
+QHash<QString, QIcon>& byExtension()
+{
+    static auto* const icons = new QHash<QString, QIcon>;
+    return *icons;
+}
+
+QHash<QString, QIcon>& bySymbol()
+{
+    static auto* const icons = new QHash<QString, QIcon>;
+    return *icons;
+}
+
+QIcon bundled(const QString& name)
+{
+    const auto svg = readFile(resourceFolder() / "icons" / (name.toStdString() + ".svg"));
+    return svg ? QIcon(new SymbolIconEngine(QByteArray::fromStdString(*svg))) : QIcon();
+}
+
+} // namespace
+
+QIcon folder()
+{
+    return symbol(QStringLiteral("folder"));
+}
+
+QIcon forFileName(const QString& fileName)
+{
+    QHash<QString, QIcon>& cache = byExtension();
+    const QString extension = QFileInfo(fileName).suffix().toLower();
+    const auto found = cache.constFind(extension);
+    if (found != cache.constEnd())
+        return *found;
+    const QMimeType type =
+        QMimeDatabase().mimeTypeForFile(QLatin1String("name.") + extension, QMimeDatabase::MatchExtension);
+    const QIcon icon = ofType(type);
+    cache.insert(extension, icon);
+    return icon;
+}
+
+QIcon symbol(const QString& name)
+{
+    QHash<QString, QIcon>& cache = bySymbol();
+    const auto found = cache.constFind(name);
+    if (found != cache.constEnd())
+        return *found;
+    const QString desktopName = themeName(name);
+    const QIcon icon = !desktopName.isEmpty() && QIcon::hasThemeIcon(desktopName)
+                           ? QIcon::fromTheme(desktopName)
+                           : bundled(name);
+    cache.insert(name, icon);
+    return icon;
+}
+
+} // namespace luma::icons

@@ -1,0 +1,42 @@
+#include "desktop/notifications.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+
+namespace luma {
+
+namespace {
+
+const QString objectPath = QStringLiteral("/org/luma/Notification");
+const QString interfaceName = QStringLiteral("org.luma.Notification");
+const QString memberName = QStringLiteral("posted");
+
+} // namespace
+
+bool postNotification(const QString& name, const QString& object)
+{
+    QDBusMessage signal = QDBusMessage::createSignal(objectPath, interfaceName, memberName);
+    signal << name << object;
+    return QDBusConnection::sessionBus().send(signal);
+}
+
+NotificationObserver::NotificationObserver(const QString& name, const QString& object, QObject* parent)
+    : QObject(parent), m_name(name), m_object(object)
+{
+    QDBusConnection::sessionBus().connect({}, objectPath, interfaceName, memberName, {m_name, m_object}, {},
+                                          this, SLOT(receive(QString, QString)));
+}
+
+NotificationObserver::~NotificationObserver()
+{
+    QDBusConnection::sessionBus().disconnect({}, objectPath, interfaceName, memberName, {m_name, m_object},
+                                             {}, this, SLOT(receive(QString, QString)));
+}
+
+void NotificationObserver::receive(const QString& name, const QString& object)
+{
+    if (name == m_name && object == m_object)
+        emit posted();
+}
+
+} // namespace luma

@@ -1,0 +1,73 @@
+#include "desktop/thumbnails.h"
+
+#include "base/filedescriptor.h"
+#include "base/fileuri.h"
+
+#include <QCryptographicHash>
+#include <QFile>
+#include <QImageReader>
+#include <QStandardPaths>
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace luma {
+
+namespace {
+
+constexpr qint64 maximumPixels = 200'000'000;
+constexpr off_t maximumBytes = 100'000'000;
+
+QImage decoded(const std::filesystem::path& path, const QSize& size)
+{
+    // Without blocking, for a pipe has no end; by its bytes, for a QString can't hold every name.
+    FileDescriptor descriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    struct stat status = {};
+    if (!descriptor || ::fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+        status.st_size > maximumBytes)
+        return {};
+    QFile file;
+    if (!file.open(descriptor.release(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        return {};
+    QImageReader reader(&file);
+    reader.setDecideFormatFromContent(true);
+    reader.setAutoTransform(true);
+    const QSize full = reader.size();
+    if (full.isValid() && qint64{full.width()} * full.height() > maximumPixels)
+        return {};
+    if (full.width() > size.width() || full.height() > size.height())
+        reader.setScaledSize(full.scaled(size, Qt::KeepAspectRatio).expandedTo({1, 1}));
+    QImage image = reader.read();
+    if (image.width() > size.width() || image.height() > size.height())
+        image = image.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    return image;
+}
+
+QImage cached(const std::filesystem::path& path, const QSize& size)
+{
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode))
+        return {};
+    const QString name =
+        QString::fromLatin1(QCryptographicHash::hash(fileUri(path), QCryptographicHash::Md5).toHex());
+    const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
+    for (const char* shelf : {"large", "normal", "x-large"}) {
+        const QImage image(QStringLiteral("%1/thumbnails/%2/%3.png").arg(cache, QLatin1String(shelf), name));
+        // Made of this very version of the file, or of no use.
+        if (!image.isNull() && image.text(QStringLiteral("Thumb::MTime")).toLongLong() == status.st_mtime)
+            return image.width() > size.width() || image.height() > size.height()
+                       ? image.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation)
+                       : image;
+    }
+    return {};
+}
+
+} // namespace
+
+QImage thumbnail(const std::filesystem::path& path, const QSize& size)
+{
+    QImage image = decoded(path, size);
+    return image.isNull() ? cached(path, size) : image;
+}
+
+} // namespace luma

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "html/foreigncontent.h"
+#include "html/htmltoken.h"
+
+#include <string_view>
+
+namespace luma {
+
+/// The tokenizer of the HTML standard (13.2.5) for work that goes over many pages: it reports tags with the
+/// place of each attribute's value, in one pass, without a tree, without recursion, at any depth of nesting.
+///
+/// It knows by itself what the standard's tree builder tells its tokenizer: the elements whose content is raw
+/// text, and the other rules inside svg and math. Scripting counts as off: noscript holds elements.
+/// The source is any bytes and must outlive the scanner. Any thread.
+class HtmlScanner final
+{
+public:
+    explicit HtmlScanner(std::string_view source) : m_source(source) {}
+
+    /// Starts inside an element of raw text, `element` being its name: for fragments.
+    void startInText(TextKind kind, std::string_view element);
+    /// Starts inside svg or math, where CDATA sections are known.
+    void startInForeignContent() { m_foreign.enterSvg(); }
+
+    /// Reads the next token into `token`, whose memory is used again. False at the end of the page: then the
+    /// token is of kind End.
+    bool next(HtmlToken& token);
+
+private:
+    bool nextInData(HtmlToken& token);
+    bool nextInText(HtmlToken& token);
+    bool readMarkup(HtmlToken& token, std::size_t open);
+    bool readTag(HtmlToken& token, std::size_t open, HtmlTokenKind kind);
+    std::size_t readAttribute(HtmlToken& token, std::size_t position);
+    void readDeclaration(HtmlToken& token, std::size_t open);
+    void readComment(HtmlToken& token, std::size_t open);
+    void readUpTo(HtmlToken& token, HtmlTokenKind kind, std::size_t open, std::size_t content,
+                  std::string_view closing);
+    bool finish(HtmlToken& token, std::size_t textEnd);
+    void enterContentOf(const HtmlToken& startTag);
+    [[nodiscard]] std::size_t findEndOfText() const;
+    [[nodiscard]] std::size_t findEndOfScript() const;
+    [[nodiscard]] bool isTagAt(std::size_t position, std::string_view opening, std::string_view name) const;
+    [[nodiscard]] bool startsWith(std::size_t position, std::string_view text) const;
+
+    std::string_view m_source;
+    std::size_t m_position = 0;
+    TextKind m_textKind = TextKind::Data;
+    std::string_view m_textElement;
+    ForeignContent m_foreign;
+};
+
+} // namespace luma

@@ -1,0 +1,98 @@
+#include "lumactl/commandarguments.h"
+
+#include "base/files.h"
+#include "lumactl/standardoutput.h"
+
+#include <algorithm>
+#include <system_error>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+template <class List>
+bool contains(const List& list, std::string_view name)
+{
+    return std::find(list.begin(), list.end(), name) != list.end();
+}
+
+} // namespace
+
+CommandArguments::CommandArguments(const std::vector<std::string>& arguments,
+                                   const std::vector<std::string_view>& flags,
+                                   const std::vector<std::string_view>& options)
+{
+    auto next = arguments.begin();
+    for (; next != arguments.end() && *next != "--" && m_error.empty(); ++next) {
+        const std::size_t equals = std::min(next->find('='), next->size());
+        const std::string name = next->substr(0, equals);
+        if (next->size() < 2 || !next->starts_with('-'))
+            m_operands.push_back(*next);
+        else if (contains(flags, *next))
+            m_given.push_back({*next, {}});
+        else if (!contains(options, name))
+            m_error = "unknown option " + *next;
+        else if (equals < next->size())
+            m_given.push_back({name, next->substr(equals + 1)});
+        else if (std::next(next) == arguments.end())
+            m_error = name + " needs a value";
+        else
+            m_given.push_back({name, *++next});
+    }
+    if (m_error.empty() && next != arguments.end())
+        m_operands.insert(m_operands.end(), std::next(next), arguments.end());
+}
+
+bool CommandArguments::has(std::string_view name) const
+{
+    return std::any_of(m_given.begin(), m_given.end(),
+                       [name](const Given& given) { return given.name == name; });
+}
+
+std::string CommandArguments::value(std::string_view name) const
+{
+    const auto found = std::find_if(m_given.rbegin(), m_given.rend(),
+                                    [name](const Given& given) { return given.name == name; });
+    return found == m_given.rend() ? std::string() : found->value;
+}
+
+std::vector<std::string> CommandArguments::values(std::string_view name) const
+{
+    std::vector<std::string> values;
+    for (const Given& given : m_given) {
+        if (given.name == name)
+            values.push_back(given.value);
+    }
+    return values;
+}
+
+fs::path absolutePath(const fs::path& path)
+{
+    std::error_code error;
+    fs::path absolute = fs::absolute(path, error).lexically_normal();
+    return absolute.has_filename() || absolute == absolute.root_path() ? absolute : absolute.parent_path();
+}
+
+std::optional<fs::path> siteFolder(const std::string& argument)
+{
+    std::error_code error;
+    const fs::path site = absolutePath(argument);
+    if (!argument.empty() && fs::is_directory(site, error)) {
+        // Before anything is moved: a site that can't be listed can't have its links updated.
+        const fs::directory_iterator entries(site, error);
+        if (!error)
+            return site;
+    }
+    complain(argument + ": " + (error ? error.message() : "Not a folder"));
+    return std::nullopt;
+}
+
+fs::path itemPath(const fs::path& site, const std::string& argument)
+{
+    const fs::path inside = absolutePath(site / argument);
+    return fs::path(argument).is_absolute() || !itemExists(inside) ? absolutePath(argument) : inside;
+}
+
+} // namespace luma

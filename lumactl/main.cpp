@@ -1,0 +1,70 @@
+#include "lumactl/commandarguments.h"
+#include "lumactl/lumactlcommands.h"
+#include "lumactl/standardoutput.h"
+
+#include <algorithm>
+#include <string>
+
+using namespace luma;
+
+namespace {
+
+int print(const std::string& text, ExitCode code)
+{
+    StandardOutput output;
+    output.text() += text;
+    return static_cast<int>(output.finish() ? code : ExitCode::Found);
+}
+
+std::string programHelp()
+{
+    std::string text = "Usage: lumactl COMMAND ARGUMENTS\n"
+                       "Looks after the links of web sites that are folders of pages.\n\n";
+    for (const LumactlCommand* const command : lumactlCommands()) {
+        text.append("  ").append(command->name).append(" ").append(command->usage).append("\n      ");
+        text.append(command->summary).append("\n");
+    }
+    return text + "\nlumactl COMMAND --help tells more about a command, lumactl --version the version.\n"
+                  "Exit codes: 0 all is well, 1 something was found or could not be done,\n"
+                  "2 unusable arguments or an unreadable site.\n";
+}
+
+std::string helpOf(const LumactlCommand& command)
+{
+    std::string text = "Usage: lumactl ";
+    text.append(command.name).append(" ").append(command.usage).append("\n\n").append(command.help);
+    return text;
+}
+
+bool asksForHelp(const std::vector<std::string>& arguments)
+{
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    return std::any_of(arguments.begin(), end,
+                       [](const std::string& argument) { return argument == "--help" || argument == "-h"; });
+}
+
+int runCommand(const std::string& name, const std::vector<std::string>& arguments)
+{
+    for (const LumactlCommand* const command : lumactlCommands()) {
+        if (command->name != name)
+            continue;
+        if (asksForHelp(arguments))
+            return print(helpOf(*command), ExitCode::Ok);
+        return static_cast<int>(command->run(arguments));
+    }
+    return static_cast<int>(unusable("unknown command " + name + "; lumactl --help lists them"));
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    const std::vector<std::string> arguments(argv + std::min(argc, 1), argv + argc);
+    if (arguments.empty())
+        return static_cast<int>(unusable("a command is needed; lumactl --help lists them"));
+    if (arguments.front() == "--help" || arguments.front() == "-h")
+        return print(programHelp(), ExitCode::Ok);
+    if (arguments.front() == "--version")
+        return print("lumactl " LUMA_VERSION "\n", ExitCode::Ok);
+    return runCommand(arguments.front(), {arguments.begin() + 1, arguments.end()});
+}

@@ -1,0 +1,46 @@
+#include "links/unlinkeditems.h"
+#include "lumactl/commandarguments.h"
+#include "lumactl/lumactlcommands.h"
+#include "lumactl/standardoutput.h"
+
+namespace luma {
+
+namespace {
+
+ExitCode run(const std::vector<std::string>& arguments)
+{
+    const CommandArguments line(arguments, {}, {"--except"});
+    if (!line.error().empty())
+        return wrongUsage(unlinkedCommand, line.error());
+    if (line.operands().size() != 1)
+        return wrongUsage(unlinkedCommand, "one site is needed");
+    const auto site = siteFolder(line.operands().front());
+    if (!site)
+        return ExitCode::Unusable;
+    StandardOutput output;
+    bool anyFound = false;
+    UnlinkedItemsCallbacks callbacks;
+    callbacks.row = [&](const std::string& subpath) {
+        anyFound = true;
+        output.text().append(subpath).append("\n");
+        output.flushIfLarge();
+    };
+    if (const auto done = findUnlinkedItems(*site, line.value("--except"), callbacks); !done)
+        return unusable(done.error().text);
+    return output.finish() && !anyFound ? ExitCode::Ok : ExitCode::Found;
+}
+
+} // namespace
+
+const LumactlCommand unlinkedCommand = {
+    "unlinked", "SITE [--except \"a, b\"]", "list the files of a site that nothing refers to",
+    "Prints a subpath a line.\n"
+    "\n"
+    "  --except \"a, b\"    leaves out what is below the folders a and b of SITE.\n"
+    "                     Names are regular expressions, letter case does not count;\n"
+    "                     what stands in these folders still counts as referring\n"
+    "\n"
+    "The exit code is 1 when there is such a file.\n",
+    run};
+
+} // namespace luma

@@ -1,0 +1,73 @@
+#include "mounts/gvfsmounter.h"
+
+#include "mounts/mountmonitor.h"
+#include "mounts/mounts.h"
+#include "mounts/mounttable.h"
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+GvfsMounter::GvfsMounter(QObject* parent) : VolumeMounter(parent)
+{
+    connect(new MountMonitor(this), &MountMonitor::unmounted, this, &GvfsMounter::tellUnmounted);
+}
+
+std::optional<fs::path> GvfsMounter::mount(const QString& shareURL, const QString& user,
+                                           const QString& password, const std::function<bool()>& isWanted)
+{
+    const std::string url = shareURL.toStdString();
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_users[url] = user.toStdString();
+    }
+    const auto folder = mountShare(url, user.toStdString(), password.toStdString(), isWanted);
+    if (!folder)
+        return {};
+    remember(*folder);
+    return *folder;
+}
+
+std::optional<fs::path> GvfsMounter::existingMount(const QString& shareURL)
+{
+    const std::string url = shareURL.toStdString();
+    std::string user;
+    {
+        const std::scoped_lock lock(m_mutex);
+        if (const auto known = m_users.find(url); known != m_users.end())
+            user = known->second;
+    }
+    auto folder = findExistingMount(url, user);
+    std::error_code error;
+    if (!folder || !fs::exists(*folder, error))
+        return {};
+    remember(*folder);
+    return folder;
+}
+
+void GvfsMounter::unmount(const fs::path& mountPoint)
+{
+    luma::unmount(mountPoint);
+}
+
+void GvfsMounter::remember(const fs::path& folder)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_folders.insert(folder);
+}
+
+void GvfsMounter::tellUnmounted(const fs::path& mountPoint)
+{
+    std::set<fs::path> gone = {mountPoint};
+    {
+        const std::scoped_lock lock(m_mutex);
+        for (const fs::path& folder : m_folders) {
+            if (liesOnMount(folder, mountPoint))
+                gone.insert(folder);
+        }
+    }
+    for (const fs::path& folder : gone)
+        emit unmounted(folder);
+}
+
+} // namespace luma

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "mounts/gpointer.h"
+
+namespace luma {
+
+/// A GLib main context for the calling thread alone: while it lives, the callbacks of what GIO starts on this
+/// thread arrive when the context is run. Goes on the thread that made it.
+class OwnContext final
+{
+public:
+    OwnContext() { g_main_context_push_thread_default(m_context.get()); }
+    OwnContext(const OwnContext&) = delete;
+    OwnContext& operator=(const OwnContext&) = delete;
+    ~OwnContext()
+    {
+        // What GLib left to be done at idle time would otherwise keep its objects for ever.
+        while (g_main_context_iteration(m_context.get(), FALSE) != FALSE) {
+        }
+        g_main_context_pop_thread_default(m_context.get());
+    }
+
+    [[nodiscard]] GMainContext* get() const { return m_context.get(); }
+
+private:
+    GPointer<GMainContext> m_context{g_main_context_new()};
+};
+
+} // namespace luma

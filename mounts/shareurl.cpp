@@ -1,0 +1,169 @@
+#include "mounts/shareurl.h"
+
+#include <algorithm>
+
+namespace luma {
+
+namespace {
+
+char lowered(char c)
+{
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+std::string lowered(std::string_view text)
+{
+    std::string result(text);
+    std::transform(result.begin(), result.end(), result.begin(), [](char c) { return lowered(c); });
+    return result;
+}
+
+bool sameName(std::string_view a, std::string_view b, bool ignoreCase)
+{
+    return ignoreCase ? lowered(a) == lowered(b) : a == b;
+}
+
+int hexValue(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    c = lowered(c);
+    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
+}
+
+std::string percentDecoded(std::string_view text)
+{
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const int high = i + 2 < text.size() && text[i] == '%' ? hexValue(text[i + 1]) : -1;
+        const int low = high >= 0 ? hexValue(text[i + 2]) : -1;
+        if (low < 0) {
+            result += text[i];
+            continue;
+        }
+        result += static_cast<char>(high * 16 + low);
+        i += 2;
+    }
+    return result;
+}
+
+// RFC 3986: what may stand in a user name without being escaped, less ':' (which would begin a password).
+std::string percentEncoded(std::string_view text)
+{
+    static constexpr std::string_view digits = "0123456789ABCDEF";
+    static constexpr std::string_view plain = "-._~";
+    std::string result;
+    for (const char c : text) {
+        const bool isPlain = (c >= '0' && c <= '9') || (lowered(c) >= 'a' && lowered(c) <= 'z') ||
+                             plain.find(c) != std::string_view::npos;
+        const auto byte = static_cast<unsigned char>(c);
+        if (isPlain)
+            result += c;
+        else
+            result.append({'%', digits[byte >> 4U], digits[byte & 15U]});
+    }
+    return result;
+}
+
+std::string tidyPath(std::string_view path)
+{
+    std::string result = "/";
+    for (const char c : path) {
+        if (c != '/' || result.back() != '/')
+            result += c;
+    }
+    if (result.size() > 1 && result.back() == '/')
+        result.pop_back();
+    return result;
+}
+
+struct Authority
+{
+    std::size_t begin;
+    std::size_t end;
+};
+
+std::optional<Authority> authorityOf(std::string_view url)
+{
+    const std::size_t colon = url.find("://");
+    if (colon == std::string_view::npos || colon == 0)
+        return {};
+    return Authority{colon + 3, std::min(url.find('/', colon + 3), url.size())};
+}
+
+void splitHost(std::string_view text, ShareUrl& into)
+{
+    const std::size_t bracket = text.rfind(']');
+    std::size_t colon = text.rfind(':');
+    if (bracket != std::string_view::npos && colon != std::string_view::npos && colon < bracket)
+        colon = std::string_view::npos;
+    std::string_view host = text.substr(0, colon);
+    if (host.size() > 1 && host.front() == '[' && host.back() == ']')
+        host = host.substr(1, host.size() - 2);
+    into.host = lowered(percentDecoded(host));
+    if (colon != std::string_view::npos)
+        into.port = text.substr(colon + 1);
+}
+
+} // namespace
+
+std::optional<ShareUrl> parseShareUrl(std::string_view url)
+{
+    const auto authority = authorityOf(url);
+    if (!authority)
+        return {};
+    ShareUrl result;
+    result.scheme = lowered(url.substr(0, authority->begin - 3));
+    std::string_view host = url.substr(authority->begin, authority->end - authority->begin);
+    if (const std::size_t at = host.rfind('@'); at != std::string_view::npos) {
+        result.user = percentDecoded(host.substr(0, at));
+        host.remove_prefix(at + 1);
+    }
+    splitHost(host, result);
+    result.path = tidyPath(percentDecoded(url.substr(authority->end)));
+    if (result.host.empty())
+        return {};
+    return result;
+}
+
+std::string shareUrlForUser(const std::string& url, const std::string& user)
+{
+    const auto parts = parseShareUrl(url);
+    if (!parts || user.empty() || !parts->user.empty())
+        return url;
+    const std::size_t backslash = parts->scheme == "smb" ? user.find('\\') : std::string::npos;
+    const std::string name =
+        backslash == std::string::npos
+            ? percentEncoded(user)
+            : percentEncoded(user.substr(0, backslash)) + ';' + percentEncoded(user.substr(backslash + 1));
+    return std::string(url).insert(authorityOf(url)->begin, name + '@');
+}
+
+std::optional<std::string> pathBelow(std::string_view path, std::string_view folder, bool ignoreCaseOfFirst)
+{
+    while (!folder.empty() && folder.back() == '/')
+        folder.remove_suffix(1);
+    bool ignoreCase = ignoreCaseOfFirst;
+    while (!folder.empty()) {
+        const std::size_t length = std::min(folder.find('/', 1), folder.size());
+        if (!sameName(path.substr(0, length), folder.substr(0, length), ignoreCase))
+            return {};
+        path.remove_prefix(length);
+        folder.remove_prefix(length);
+        if (!path.empty() && path.front() != '/')
+            return {};
+        ignoreCase = false;
+    }
+    while (!path.empty() && path.front() == '/')
+        path.remove_prefix(1);
+    return std::string(path);
+}
+
+bool isBelowShare(const ShareUrl& url, const ShareUrl& share)
+{
+    const bool sameUser = url.user.empty() || share.user.empty() || url.user == share.user;
+    return url.scheme == share.scheme && url.host == share.host && url.port == share.port && sameUser &&
+           pathBelow(url.path, share.path, url.scheme == "smb").has_value();
+}
+
+} // namespace luma

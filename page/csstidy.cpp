@@ -1,0 +1,83 @@
+#include "page/csstidy.h"
+
+#include "shell/quote.h"
+
+#include <QTemporaryFile>
+
+namespace luma {
+
+namespace {
+
+// Linux takes no argument of 128 KiB (execve(2), MAX_ARG_STRLEN).
+constexpr std::size_t longestCommand = 131'000;
+
+std::string formatter()
+{
+    return " | " + std::string(tidyInterpreter) + " LUMAHTMLCSSJS/bin/pcsstidy";
+}
+
+void replaceAll(std::string& text, std::string_view from, std::string_view to)
+{
+    for (std::size_t at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
+}
+
+std::string withoutDoubleQuotes(std::string_view text)
+{
+    std::string plain;
+    plain.reserve(text.size());
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        if (text.substr(at).starts_with("&amp;")) {
+            plain += '&';
+            at += 4;
+        } else {
+            plain += text[at] == '"' ? '\'' : text[at];
+        }
+    }
+    // No command line holds a NUL; a browser reads one as U+FFFD (CSS Syntax, 3.3).
+    replaceAll(plain, std::string_view("\0", 1), "\xef\xbf\xbd");
+    return plain;
+}
+
+std::string echoCommand(std::string_view plain)
+{
+    std::string command = plain.starts_with('-') ? "echo - \"" : "echo \"";
+    for (const char c : plain) {
+        if (c == '$' || c == '`')
+            command += '\\';
+        // One pair for the quotes and one for echo.
+        if (c == '\\')
+            command += R"(\\\)";
+        command += c;
+    }
+    return command.append("\"").append(formatter());
+}
+
+// What no command line can hold goes through a file that only we can read.
+std::string tidyThroughFile(const std::string& plain, const ShellRunner& runShell)
+{
+    QTemporaryFile file;
+    if (!file.open() || file.write(plain.data(), static_cast<qint64>(plain.size())) < 0 ||
+        !file.putChar('\n') || !file.flush())
+        return {};
+    const std::string name = quotedForShell(file.fileName().toStdString());
+    return runShell({"-c", "cat " + name + formatter()}).value_or(std::string());
+}
+
+} // namespace
+
+std::string tidyCommand(std::string_view text)
+{
+    return echoCommand(withoutDoubleQuotes(text));
+}
+
+std::string tidyCSS(std::string_view text, const ShellRunner& runShell)
+{
+    const std::string plain = withoutDoubleQuotes(text);
+    const std::string command = echoCommand(plain);
+    if (command.size() > longestCommand)
+        return tidyThroughFile(plain, runShell);
+    return runShell({"-c", command}).value_or(std::string());
+}
+
+} // namespace luma

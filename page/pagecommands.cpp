@@ -1,0 +1,217 @@
+#include "page/pagecommands.h"
+
+#include "html/characterdata.h"
+#include "page/pagetree.h"
+#include "page/typedtext.h"
+
+#include <QDateTime>
+#include <QUndoCommand>
+#include <QUndoStack>
+
+#include <utility>
+
+namespace luma {
+
+namespace {
+
+constexpr qint64 pause = 2000; // milliseconds that end a run of typing
+
+class InsertCommand final : public QUndoCommand
+{
+public:
+    InsertCommand(PageTree& tree, html::NodePtr node, const html::Position& position, const QString& name)
+        : QUndoCommand(name), m_tree(tree), m_detached(std::move(node)), m_position(position)
+    {}
+    void redo() override { m_node = &m_tree.insert(std::move(m_detached), m_position); }
+    void undo() override { m_detached = m_tree.take(*m_node); }
+
+private:
+    PageTree& m_tree;
+    html::NodePtr m_detached;
+    html::Node* m_node = nullptr;
+    html::Position m_position;
+};
+
+class RemoveCommand final : public QUndoCommand
+{
+public:
+    RemoveCommand(PageTree& tree, html::Node& node, const QString& name)
+        : QUndoCommand(name), m_tree(tree), m_node(node), m_position(node.position())
+    {}
+    void redo() override { m_detached = m_tree.take(m_node); }
+    void undo() override { m_tree.insert(std::move(m_detached), m_position); }
+
+private:
+    PageTree& m_tree;
+    html::Node& m_node;
+    html::Position m_position;
+    html::NodePtr m_detached;
+};
+
+class MoveCommand final : public QUndoCommand
+{
+public:
+    MoveCommand(PageTree& tree, html::Node& node, const html::Position& to, const QString& name)
+        : QUndoCommand(name), m_tree(tree), m_node(node), m_from(node.position()), m_to(to)
+    {}
+    void redo() override { m_tree.insert(m_tree.take(m_node), m_to); }
+    void undo() override { m_tree.insert(m_tree.take(m_node), m_from); }
+
+private:
+    PageTree& m_tree;
+    html::Node& m_node;
+    html::Position m_from;
+    html::Position m_to;
+};
+
+/// Attributes and a run of nodes that change places with others, there and back. Commands that were merged
+/// are the steps of one.
+class ExchangeCommand final : public QUndoCommand
+{
+public:
+    ExchangeCommand(PageTree& tree, MarkupDifference difference, const QString& name,
+                    PageCommands::Merging merging)
+        : QUndoCommand(name),
+          m_tree(tree),
+          m_merging(merging),
+          m_typed(typedText(difference)),
+          m_made(QDateTime::currentMSecsSinceEpoch())
+    {
+        m_steps.push_back(std::move(difference));
+    }
+
+    void redo() override
+    {
+        for (MarkupDifference& step : m_steps)
+            exchange(step);
+    }
+    void undo() override
+    {
+        for (auto step = m_steps.rbegin(); step != m_steps.rend(); ++step)
+            exchange(*step);
+    }
+    int id() const override { return m_merging == PageCommands::Merging::WithTheLast ? 1 : -1; }
+    bool mergeWith(const QUndoCommand* command) override
+    {
+        // Commands of this id are of this class; the stack deletes the merged one.
+        auto* next = const_cast<ExchangeCommand*>(static_cast<const ExchangeCommand*>(command));
+        if (next->text() != text() || next->m_made - m_made > pause || !isContinuedBy(*next))
+            return false;
+        m_made = next->m_made;
+        m_typed = next->m_typed;
+        for (MarkupDifference& step : next->m_steps)
+            m_steps.push_back(std::move(step));
+        return true;
+    }
+
+private:
+    /// Letter after letter of one word, or one removal after the other, at one place.
+    [[nodiscard]] bool isContinuedBy(const ExchangeCommand& next) const
+    {
+        if (next.m_steps.front().parent != m_steps.back().parent)
+            return false;
+        if (next.m_typed == TypedText::Removes)
+            return m_typed == TypedText::Removes;
+        return next.m_typed == TypedText::AddsToWord &&
+               (m_typed == TypedText::AddsToWord || m_typed == TypedText::BeginsWord);
+    }
+
+    void exchange(MarkupDifference& step)
+    {
+        for (auto& [element, attributes] : step.attributes)
+            m_tree.swapAttributes(*element, attributes);
+        if (step.parent)
+            m_tree.exchange(*step.parent, step.previous, step.next, step.nodes);
+    }
+
+    PageTree& m_tree;
+    std::vector<MarkupDifference> m_steps;
+    PageCommands::Merging m_merging;
+    TypedText m_typed;
+    qint64 m_made;
+};
+
+QString tr(const char* text)
+{
+    return QObject::tr(text);
+}
+
+} // namespace
+
+void PageCommands::insert(html::NodePtr node, const html::Position& position, const QString& name)
+{
+    m_stack.push(new InsertCommand(m_tree, std::move(node), position, name));
+}
+
+void PageCommands::remove(html::Element& element)
+{
+    const QString name = tr("Delete <%1>").arg(QString::fromStdString(element.tagName()));
+    m_stack.push(new RemoveCommand(m_tree, element, name));
+}
+
+void PageCommands::move(html::Element& element, const html::Position& position)
+{
+    if (position.parent == element.parent() && position.next == element.next())
+        return;
+    const QString name = tr("Move <%1>").arg(QString::fromStdString(element.tagName()));
+    m_stack.push(new MoveCommand(m_tree, element, position, name));
+}
+
+const html::Element* PageCommands::copy(const html::Element& element, const html::Position& position)
+{
+    html::NodePtr copied = element.copy();
+    const html::Element* const added = copied->asElement();
+    insert(std::move(copied), position, tr("Copy <%1>").arg(QString::fromStdString(element.tagName())));
+    return added;
+}
+
+void PageCommands::setAttributes(html::Element& element, Attributes attributes, const QString& name)
+{
+    std::vector<std::pair<html::Element*, Attributes>> changes;
+    if (attributes != element.attributes())
+        changes.emplace_back(&element, std::move(attributes));
+    setAttributes(std::move(changes), name);
+}
+
+void PageCommands::setAttributes(std::vector<std::pair<html::Element*, Attributes>> changes,
+                                 const QString& name)
+{
+    MarkupDifference difference;
+    difference.attributes = std::move(changes);
+    apply(std::move(difference), name, Merging::Separate);
+}
+
+void PageCommands::setTitle(const QString& title)
+{
+    html::Document& document = *m_tree.document();
+    html::NodePtr text = html::CharacterData::text(title.toStdString());
+    const auto titles = document.select("head title");
+    if (!titles.empty()) {
+        MarkupDifference difference;
+        difference.parent = titles.front();
+        if (!title.isEmpty())
+            difference.nodes.push_back(std::move(text));
+        apply(std::move(difference), tr("Change Title"), Merging::Separate);
+    } else if (html::Element* head = document.head()) {
+        auto element = std::make_unique<html::Element>("title");
+        element->append(std::move(text));
+        insert(std::move(element), {head, nullptr}, tr("Change Title"));
+    }
+}
+
+bool PageCommands::setInnerMarkup(html::Element& element, const QString& markup, const QString& name)
+{
+    html::Element other(element.tagName(), element.nameSpace(), element.attributes());
+    if (!other.setHtml(markup.toStdString()))
+        return false;
+    apply(differenceTo(element, other), name, Merging::Separate);
+    return true;
+}
+
+void PageCommands::apply(MarkupDifference difference, const QString& name, Merging merging)
+{
+    if (!difference.isEmpty())
+        m_stack.push(new ExchangeCommand(m_tree, std::move(difference), name, merging));
+}
+
+} // namespace luma

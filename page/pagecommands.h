@@ -1,0 +1,44 @@
+#pragma once
+
+#include "html/element.h"
+#include "page/markupdifference.h"
+
+#include <QString>
+
+class QUndoStack;
+
+namespace luma {
+
+class PageTree;
+
+/// The edits of a page. Each is made at once and left on the undo stack as one named command, which is undone
+/// and made again over any number of saves. An edit that would change nothing leaves no command. Main thread.
+class PageCommands final
+{
+public:
+    PageCommands(PageTree& tree, QUndoStack& stack) : m_tree(tree), m_stack(stack) {}
+
+    void insert(html::NodePtr node, const html::Position& position, const QString& name);
+    void remove(html::Element& element);
+    void move(html::Element& element, const html::Position& position);
+    /// Gives the copy.
+    const html::Element* copy(const html::Element& element, const html::Position& position);
+    using Attributes = std::vector<html::Attribute>;
+    void setAttributes(html::Element& element, Attributes attributes, const QString& name);
+    /// Several elements' attributes in one step.
+    void setAttributes(std::vector<std::pair<html::Element*, Attributes>> changes, const QString& name);
+    void setTitle(const QString& title);
+    /// Exchanges the element's contents; in a style sheet or script the markup is the text as it stands.
+    /// False when the markup can't be parsed.
+    bool setInnerMarkup(html::Element& element, const QString& markup, const QString& name);
+    /// Makes the page what a parsed other one is. Steps of typing of one name that follow each other within a
+    /// moment become one, a word at a time, as typing comes in pieces.
+    enum class Merging { Separate, WithTheLast };
+    void apply(MarkupDifference difference, const QString& name, Merging merging);
+
+private:
+    PageTree& m_tree;
+    QUndoStack& m_stack;
+};
+
+} // namespace luma

@@ -1,0 +1,73 @@
+#include "page/pagefile.h"
+
+#include "base/files.h"
+#include "html/parse.h"
+
+#include <functional>
+#include <system_error>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// Twice what a page may have: the parser says the exact limit.
+const std::uintmax_t largestFile = 2 * std::uintmax_t{html::ParseLimits().bytes};
+
+std::size_t hashOf(std::string_view bytes)
+{
+    return std::hash<std::string_view>()(bytes);
+}
+
+} // namespace
+
+PageFile::Stamp PageFile::stamp() const
+{
+    std::error_code error;
+    Stamp found;
+    found.time = fs::last_write_time(m_path, error);
+    found.size = fs::file_size(m_path, error);
+    return found;
+}
+
+void PageFile::remember(std::string_view bytes, const Stamp& stamp)
+{
+    m_contents = hashOf(bytes);
+    m_stamp = stamp;
+}
+
+Result<std::string> PageFile::read()
+{
+    std::error_code error;
+    // Taken before the bytes: what changes in between is seen as a change.
+    const Stamp before = stamp();
+    if (fs::is_regular_file(m_path, error) && before.size > largestFile)
+        return Error{m_path.string() + " is too large for a page"};
+    auto bytes = readFile(m_path);
+    if (!bytes)
+        return bytes.error();
+    if (bytes->find('\0') != std::string::npos)
+        return Error{m_path.string() + " is no page: it holds binary data"};
+    remember(*bytes, before);
+    return bytes;
+}
+
+Result<void> PageFile::write(std::string_view bytes)
+{
+    if (auto written = writeFile(m_path, bytes); !written)
+        return written;
+    remember(bytes, stamp());
+    return {};
+}
+
+bool PageFile::changedOnDisk() const
+{
+    std::error_code error;
+    if (!fs::exists(m_path, error) || stamp() == m_stamp)
+        return false;
+    const auto bytes = readFile(m_path);
+    return !bytes || hashOf(*bytes) != m_contents;
+}
+
+} // namespace luma

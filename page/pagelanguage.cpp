@@ -1,0 +1,43 @@
+#include "page/pagelanguage.h"
+
+#include "base/pathtext.h"
+
+#include <QMimeDatabase>
+#include <QXmlStreamReader>
+
+namespace luma {
+
+namespace {
+
+/// The text from its first character on that is no byte-order mark and no white space.
+std::string_view trimmedStart(std::string_view text)
+{
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(byteOrderMark))
+        text.remove_prefix(byteOrderMark.size());
+    const std::size_t start = text.find_first_not_of(" \t\r\n");
+    return start == std::string_view::npos ? std::string_view() : text.substr(start);
+}
+
+bool isNamedAsXml(const std::filesystem::path& file)
+{
+    const QMimeDatabase types;
+    return types.mimeTypeForFile(textOf(file.filename()), QMimeDatabase::MatchExtension)
+        .inherits(QStringLiteral("application/xml"));
+}
+
+} // namespace
+
+PageLanguage pageLanguage(const std::filesystem::path& file, std::string_view text)
+{
+    text = trimmedStart(text);
+    if (!text.starts_with("<?xml") && !isNamedAsXml(file))
+        return {};
+    QXmlStreamReader xml(QByteArray::fromRawData(text.data(), static_cast<qsizetype>(text.size())));
+    xml.setNamespaceProcessing(false);
+    if (!xml.readNextStartElement() || xml.qualifiedName() == QLatin1String("html"))
+        return {PageLanguage::Kind::Xhtml, {}};
+    return {PageLanguage::Kind::OtherXml, xml.qualifiedName().toString().toStdString()};
+}
+
+} // namespace luma

@@ -1,0 +1,121 @@
+#include "page/pagestore.h"
+
+#include "html/parse.h"
+#include "html/prettyprinter.h"
+#include "links/linkmapping.h"
+#include "page/lostelements.h"
+#include "page/pagecommands.h"
+#include "page/pagelanguage.h"
+#include "page/pagetree.h"
+
+#include <QObject>
+#include <QUndoStack>
+
+#include <algorithm>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using AttributeChanges = std::vector<std::pair<html::Element*, std::vector<html::Attribute>>>;
+
+bool isLink(const html::Attribute& attribute)
+{
+    return std::find(linkAttributes.begin(), linkAttributes.end(), attribute.name) != linkAttributes.end();
+}
+
+AttributeChanges rebased(const html::Document& document, const fs::path& oldFolder, const fs::path& newFolder)
+{
+    AttributeChanges changes;
+    for (html::Element* element : document.select("*")) {
+        std::vector<html::Attribute> attributes = element->attributes();
+        for (html::Attribute& attribute : attributes) {
+            if (isLink(attribute) && !attribute.value.starts_with('/'))
+                attribute.value = rebasedLink(attribute.value, oldFolder, newFolder);
+        }
+        if (attributes != element->attributes())
+            changes.emplace_back(element, std::move(attributes));
+    }
+    return changes;
+}
+
+void swapAll(AttributeChanges& changes)
+{
+    for (auto& [element, attributes] : changes)
+        element->swapAttributes(attributes);
+}
+
+} // namespace
+
+void PageStore::setLocation(const fs::path& path, Origin origin)
+{
+    std::error_code error;
+    const fs::path absolute = fs::absolute(path, error);
+    m_docURL = (error ? path : absolute).lexically_normal();
+    m_hasFile = origin == Origin::File;
+    m_file = PageFile(m_docURL);
+}
+
+Result<void> PageStore::load(const QString& name)
+{
+    const auto bytes = m_file.read();
+    if (!bytes)
+        return bytes.error();
+    const PageLanguage language = pageLanguage(m_docURL, *bytes);
+    if (language.kind == PageLanguage::Kind::OtherXml)
+        return Error{m_docURL.string() + " is not HTML but XML, with the root element <" +
+                     language.rootElement + ">."};
+    auto parsed = html::parse(*bytes);
+    if (!parsed)
+        return Error{m_docURL.string() + ": " + parsed.error().text};
+    m_isXhtml = language.kind == PageLanguage::Kind::Xhtml;
+    m_lostElements = luma::lostElements(*bytes);
+    if (html::Document* document = m_tree.document()) {
+        document->setByteOrderMark((*parsed)->hasByteOrderMark());
+        PageCommands(m_tree, m_stack)
+            .apply(differenceTo(*document, **parsed), name, PageCommands::Merging::Separate);
+    } else {
+        m_tree.setDocument(std::move(*parsed));
+        m_stack.clear();
+    }
+    m_stack.setClean();
+    return {};
+}
+
+bool PageStore::hasPage() const
+{
+    return m_tree.document() != nullptr;
+}
+
+std::string PageStore::markup() const
+{
+    return m_tree.document() ? html::prettyPrint(*m_tree.document()) : std::string();
+}
+
+Result<void> PageStore::save(const fs::path& path)
+{
+    if (!m_tree.document())
+        return Error{"there is no page to save"};
+    AttributeChanges changes;
+    const fs::path target = path.lexically_normal();
+    if (target.parent_path() != m_docURL.parent_path())
+        changes = rebased(*m_tree.document(), m_docURL.parent_path(), target.parent_path());
+    swapAll(changes);
+    const std::string bytes = markup();
+    swapAll(changes);
+    PageFile file = target == m_docURL ? m_file : PageFile(target);
+    if (const auto written = file.write(bytes); !written)
+        return written.error();
+    PageCommands(m_tree, m_stack).setAttributes(std::move(changes), QObject::tr("Rebase Links"));
+    m_docURL = target;
+    m_file = std::move(file);
+    m_hasFile = true;
+    m_isXhtml = false;
+    m_lostElements.clear();
+    m_stack.setClean();
+    return {};
+}
+
+} // namespace luma

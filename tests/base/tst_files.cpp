@@ -1,0 +1,184 @@
+#include "base/files.h"
+#include "tests/support/registry.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <fstream>
+
+namespace fs = std::filesystem;
+using namespace luma;
+
+class tst_files final : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> m_folder;
+    fs::path at(const char* name) const { return fs::path(m_folder->path().toStdString()) / name; }
+
+    static std::string bytesOf(const fs::path& path)
+    {
+        const auto bytes = readFile(path);
+        return bytes ? *bytes : "unreadable: " + bytes.error().text;
+    }
+
+    static void put(const fs::path& path, std::string_view bytes) { std::ofstream(path) << bytes; }
+
+    std::size_t entryCount() const
+    {
+        return static_cast<std::size_t>(
+            std::distance(fs::directory_iterator(m_folder->path().toStdString()), fs::directory_iterator()));
+    }
+
+private slots:
+    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+
+    void writeFile_keepsModeAndLink()
+    {
+        put(at("page.html"), "old");
+        fs::permissions(at("page.html"), fs::perms(0640));
+        fs::create_symlink("page.html", at("link"));
+        QVERIFY(writeFile(at("link"), "new"));
+        QVERIFY(fs::is_symlink(at("link")));
+        QCOMPARE(bytesOf(at("page.html")), std::string("new"));
+        QCOMPARE(static_cast<int>(fs::status(at("page.html")).permissions()), 0640);
+        QCOMPARE(entryCount(), std::size_t{2});
+    }
+
+    // The file size limit stands for a disk that fills up after some bytes.
+    void fullDisk_keepsOldFileAndLeavesNothing_data()
+    {
+        QTest::addColumn<bool>("copy");
+        QTest::newRow("write") << false;
+        QTest::newRow("copy") << true;
+    }
+    void fullDisk_keepsOldFileAndLeavesNothing()
+    {
+        QFETCH(bool, copy);
+        put(at("big"), std::string(300'000, 'x'));
+        put(at("page.html"), "old");
+        const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
+        rlimit old = {};
+        getrlimit(RLIMIT_FSIZE, &old);
+        const rlimit small = {100'000, old.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &small);
+        const auto done = copy ? copyFile(at("big"), at("page.html"), Existing::Replace)
+                               : writeFile(at("page.html"), std::string(300'000, 'y'));
+        setrlimit(RLIMIT_FSIZE, &old);
+        (void)std::signal(SIGXFSZ, oldHandler);
+        QVERIFY(!done);
+        QVERIFY(done.error().text.find("page.html") != std::string::npos);
+        QCOMPARE(bytesOf(at("page.html")), std::string("old"));
+        QCOMPARE(entryCount(), std::size_t{2});
+    }
+
+    void copyFile_keepsTimeAndMode()
+    {
+        put(at("a"), "a");
+        fs::permissions(at("a"), fs::perms(0751));
+        fs::last_write_time(at("a"), fs::file_time_type::clock::now() - std::chrono::hours(50));
+        QVERIFY(copyFile(at("a"), at("b"), Existing::Keep));
+        QCOMPARE(fs::last_write_time(at("b")), fs::last_write_time(at("a")));
+        QCOMPARE(static_cast<int>(fs::status(at("b")).permissions()), 0751);
+        put(at("c"), "precious");
+        QVERIFY(!copyFile(at("a"), at("c"), Existing::Keep));
+        QCOMPARE(bytesOf(at("c")), std::string("precious"));
+        QVERIFY(copyFile(at("a"), at("c"), Existing::Replace));
+        QCOMPARE(bytesOf(at("c")), std::string("a"));
+    }
+
+    void copyFile_copiesALinkAsALink()
+    {
+        fs::create_symlink("/nowhere", at("link"));
+        put(at("old"), "old");
+        QVERIFY(copyFile(at("link"), at("old"), Existing::Replace));
+        QCOMPARE(fs::read_symlink(at("old")), fs::path("/nowhere"));
+        QCOMPARE(entryCount(), std::size_t{2});
+    }
+
+    void copyItem_copiesAFolderWhole()
+    {
+        fs::create_directories(at("site/sub"));
+        put(at("site/sub/\xff\n page.html"), "page");
+        fs::create_symlink("..", at("site/sub/circle"));
+        fs::permissions(at("site/sub"), fs::perms(0500));
+        QVERIFY(copyItem(at("site"), at("copy")));
+        QCOMPARE(bytesOf(at("copy/sub/\xff\n page.html")), std::string("page"));
+        QVERIFY(fs::is_symlink(at("copy/sub/circle")));
+        QCOMPARE(static_cast<int>(fs::status(at("copy/sub")).permissions()), 0500);
+        QVERIFY(!copyItem(at("site"), at("copy")));
+        QVERIFY(!copyItem(at("site"), at("site/sub/site")));
+        QVERIFY(!itemExists(at("site/sub/site")));
+        fs::permissions(at("site/sub"), fs::perms(0700));
+        fs::permissions(at("copy/sub"), fs::perms(0700));
+    }
+
+    void copyItem_isThereWholeOrNotAtAll_data()
+    {
+        QTest::addColumn<bool>("stop");
+        QTest::newRow("stopped") << true;
+        QTest::newRow("a pipe, which can't be copied") << false;
+    }
+    void copyItem_isThereWholeOrNotAtAll()
+    {
+        QFETCH(bool, stop);
+        fs::create_directories(at("site/sub/read only"));
+        put(at("site/sub/read only/page.html"), "page");
+        for (int i = 0; i < 20; ++i)
+            put(at("site") / std::to_string(i), std::string(100'000, 'x'));
+        fs::permissions(at("site/sub/read only"), fs::perms(0500));
+        if (!stop)
+            QCOMPARE(::mkfifo(at("site/sub/pipe").c_str(), 0600), 0);
+        int asked = 0;
+        const auto copied = copyItem(at("site"), at("copy"), [&] {
+            ++asked;
+            return !itemExists(at("copy")) && !(stop && asked > 30);
+        });
+        QVERIFY(!copied);
+        QVERIFY(copied.error().text.find(stop ? "stopped" : "pipe") != std::string::npos);
+        QVERIFY(asked > 1);
+        QCOMPARE(entryCount(), std::size_t{1});
+        fs::permissions(at("site/sub/read only"), fs::perms(0700));
+    }
+
+    void copyFile_stops_andLeavesTheOldFile()
+    {
+        put(at("large"), std::string(50'000'000, 'x'));
+        put(at("old"), "old");
+        int asked = 0;
+        QVERIFY(!copyFile(at("large"), at("old"), Existing::Replace, Durability::Unsynced,
+                          [&] { return ++asked < 3; }));
+        QCOMPARE(bytesOf(at("old")), std::string("old"));
+        QVERIFY(!copyItem(at("large"), at("new"), [] { return false; }));
+        QCOMPARE(entryCount(), std::size_t{2});
+    }
+
+    void moveItem_neverReplaces()
+    {
+        put(at("a"), "a");
+        put(at("b"), "b");
+        QVERIFY(!moveItem(at("a"), at("b")));
+        QCOMPARE(bytesOf(at("b")), std::string("b"));
+        QVERIFY(moveItem(at("a"), at("c")));
+        QCOMPARE(bytesOf(at("c")), std::string("a"));
+        fs::create_directories(at("folder"));
+        QVERIFY(!moveItem(at("folder"), at("folder/inside")));
+        QVERIFY(itemExists(at("folder")));
+    }
+
+    void readFile_refusesWhatIsNoFile()
+    {
+        QVERIFY(!readFile(at("gone")));
+        QVERIFY(!readFile(m_folder->path().toStdString()));
+        QCOMPARE(::mkfifo(at("pipe").c_str(), 0600), 0);
+        QVERIFY(!readFile(at("pipe")));
+    }
+};
+
+LUMA_TEST(tst_files)
+#include "tst_files.moc"

@@ -1,0 +1,336 @@
+#include "base/files.h"
+#include "mounts/gvfsmounter.h"
+#include "mounts/mountmonitor.h"
+#include "mounts/mounts.h"
+#include "mounts/mounttable.h"
+#include "tests/support/loopback.h"
+#include "tests/support/registry.h"
+#include "tests/support/sambaserver.h"
+
+#include <QFile>
+#include <QProcess>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QThreadPool>
+
+#include <fcntl.h>
+#include <sys/mount.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <atomic>
+#include <fstream>
+#include <optional>
+
+namespace fs = std::filesystem;
+using namespace luma;
+
+class tst_mounts final : public QObject
+{
+    Q_OBJECT
+
+private:
+    test::SambaServer m_samba;
+    static constexpr const char* site = "Web Site";
+
+    std::string siteUrl(const char* path = "") const { return m_samba.address() + "/Web%20Site" + path; }
+    std::string archiveUrl() const { return m_samba.address() + "/Archive"; }
+
+    // As a pane does it: on a thread of the pool, while the main thread's event loop runs.
+    static Result<fs::path> mountInBackground(
+        const std::string& url, const std::string& user, const std::string& password,
+        const std::function<bool()>& isWanted = [] { return true; })
+    {
+        std::optional<Result<fs::path>> result;
+        std::atomic<bool> isDone = false;
+        QThreadPool::globalInstance()->start([&] {
+            result = mountShare(url, user, password, isWanted);
+            isDone = true;
+        });
+        while (!QTest::qWaitFor([&] { return isDone.load(); })) {
+        }
+        return *result;
+    }
+    Result<fs::path> mount(const std::string& url) const
+    {
+        return mountInBackground(url, test::SambaServer::user(), m_samba.password());
+    }
+
+    static void unmountAndWait(const fs::path& folder)
+    {
+        unmount(folder);
+        QThreadPool::globalInstance()->waitForDone();
+    }
+
+    // Another program of the session.
+    static bool runGio(const QStringList& arguments, const std::string& input = {})
+    {
+        QProcess gio;
+        gio.start(QStringLiteral("gio"), arguments);
+        gio.write(QByteArray::fromStdString(input));
+        gio.closeWriteChannel();
+        return gio.waitForFinished() && gio.exitCode() == 0;
+    }
+
+    static void put(const fs::path& path, std::string_view bytes) { std::ofstream(path) << bytes; }
+
+    static std::string bytesOf(const fs::path& path)
+    {
+        const auto bytes = readFile(path);
+        return bytes ? *bytes : "unreadable: " + bytes.error().text;
+    }
+
+    static const char* text(const Result<fs::path>& result)
+    {
+        return result ? result->c_str() : result.error().text.c_str();
+    }
+
+private slots:
+    void initTestCase()
+    {
+        if (!qEnvironmentVariableIsSet("LUMA_PRIVATE_SESSION"))
+            QSKIP("not in a session of its own (scripts/private-session)");
+        if (QFile device(QStringLiteral("/dev/fuse")); !device.open(QIODevice::ReadWrite))
+            QSKIP("no FUSE here");
+        if (const QString reason = test::SambaServer::whyNot(); !reason.isEmpty())
+            QSKIP(qPrintable(reason));
+        QVERIFY(m_samba.start());
+        put(m_samba.folder(site) / "index.html", "home");
+        fs::create_directories(m_samba.folder(site) / "docs of mine");
+        put(m_samba.folder(site) / "docs of mine/page.html", "page");
+    }
+
+    void mountShare_givesTheFolderOnTheShare()
+    {
+        const auto root = mount(siteUrl("/"));
+        QVERIFY2(root, text(root));
+        QCOMPARE(bytesOf(*root / "index.html"), std::string("home"));
+        const auto folder = mount(siteUrl("/docs%20of%20mine"));
+        QVERIFY2(folder, text(folder));
+        QCOMPARE(bytesOf(*folder / "page.html"), std::string("page"));
+        QVERIFY(liesOnMount(*folder, *root));
+
+        // The share stays while one of its folders is in use.
+        unmountAndWait(*root);
+        QVERIFY(fs::exists(*folder));
+        unmountAndWait(*folder);
+        QTRY_VERIFY(!fs::exists(*folder));
+    }
+
+    void mountShare_afterUnmountWithoutWaiting()
+    {
+        auto folder = mount(siteUrl());
+        for (int i = 0; i < 5; ++i) {
+            QVERIFY2(folder, text(folder));
+            unmount(*folder);
+            folder = mount(siteUrl());
+        }
+        QVERIFY2(folder, text(folder));
+        const std::string bytes = bytesOf(*folder / "index.html");
+        unmountAndWait(*folder);
+        QVERIFY2(bytes == "home", bytes.c_str());
+    }
+
+    void mountShare_refusesWithoutAsking_data()
+    {
+        QTest::addColumn<QByteArray>("path");
+        QTest::addColumn<QByteArray>("user");
+        QTest::addColumn<QByteArray>("password");
+        QTest::addColumn<QByteArray>("reason");
+        const QByteArray user = QByteArray::fromStdString(test::SambaServer::user());
+        const QByteArray password = QByteArray::fromStdString(m_samba.password());
+        const QByteArray refused = "refused the user or the password";
+        QTest::newRow("wrong password")
+            << QByteArray("/Web%20Site") << user << QByteArray("No Secret 7") << refused;
+        QTest::newRow("unknown user")
+            << QByteArray("/Web%20Site") << QByteArray("nobody-here") << password << refused;
+        QTest::newRow("guest") << QByteArray("/Web%20Site") << QByteArray() << QByteArray()
+                               << QByteArray("smb://");
+        QTest::newRow("no such share") << QByteArray("/Nowhere") << user << password << QByteArray("Nowhere");
+        QTest::newRow("no such folder")
+            << QByteArray("/Web%20Site/gone") << user << password << QByteArray("gone");
+    }
+    void mountShare_refusesWithoutAsking()
+    {
+        QFETCH(QByteArray, path);
+        QFETCH(QByteArray, user);
+        QFETCH(QByteArray, password);
+        QFETCH(QByteArray, reason);
+        const auto folder = mountInBackground(m_samba.address() + path.toStdString(), user.toStdString(),
+                                              password.toStdString());
+        QVERIFY(!folder);
+        const QByteArray error = text(folder);
+        QVERIFY2(error.contains(reason), error.constData());
+        QVERIFY2(password.isEmpty() || !error.contains(password), "the password is in the error text");
+        QThreadPool::globalInstance()->waitForDone();
+        QVERIFY(!findExistingMount(siteUrl(), user.toStdString()));
+    }
+
+    void mountShare_refusesWhatIsNoServer_data()
+    {
+        QTest::addColumn<QByteArray>("url");
+        QTest::newRow("nobody listens") << QByteArray("smb://127.0.0.1:1/share");
+        QTest::newRow("unknown host") << QByteArray("smb://no-such-host.invalid/share");
+        QTest::newRow("blank in the host") << QByteArray("smb://example%20host/Web%20Site/docs");
+        QTest::newRow("no host") << QByteArray("smb:///Web%20Site");
+        QTest::newRow("unknown protocol") << QByteArray("gopher://127.0.0.1/share");
+        QTest::newRow("no protocol") << QByteArray("127.0.0.1/share");
+        QTest::newRow("empty") << QByteArray();
+    }
+    void mountShare_refusesWhatIsNoServer()
+    {
+        QFETCH(QByteArray, url);
+        const auto folder = mountInBackground(url.toStdString(), "bob", "No Secret 7");
+        QVERIFY(!folder);
+        QVERIFY(!folder.error().text.empty());
+    }
+
+    void mountShare_endsWhenNotWanted()
+    {
+        const test::SilentServer silent;
+        QVERIFY(silent.port() != 0);
+        const std::string port = std::to_string(silent.port());
+        for (const char* protocol : {"smb://127.0.0.1:", "ftp://127.0.0.1:", "sftp://127.0.0.1:"}) {
+            int asked = 0;
+            const auto folder = mountInBackground(protocol + port + "/share", "bob", "No Secret 7",
+                                                  [&] { return ++asked < 5; });
+            QVERIFY(!folder);
+            QVERIFY2(folder.error().text.find("cancelled") != std::string::npos, text(folder));
+        }
+    }
+
+    void mountShare_findsWhatTheDesktopMounted()
+    {
+        const std::string answers = test::SambaServer::user() + "\nWORKGROUP\n" + m_samba.password() + "\n";
+        const QString address = QString::fromStdString(archiveUrl());
+        QVERIFY(!findExistingMount(archiveUrl(), ""));
+        QVERIFY(runGio({QStringLiteral("mount"), address}, answers));
+        put(m_samba.folder("Archive") / "old.html", "old");
+
+        const auto folder = mountInBackground(archiveUrl(), test::SambaServer::user(), "No Secret 7");
+        QVERIFY2(folder, text(folder));
+        QCOMPARE(bytesOf(*folder / "old.html"), std::string("old"));
+        QCOMPARE(findExistingMount(archiveUrl() + "/sub", "").value_or(""), *folder / "sub");
+        // What the desktop mounted, the desktop unmounts.
+        unmountAndWait(*folder);
+        QCOMPARE(findExistingMount(archiveUrl(), "").value_or(""), *folder);
+        QVERIFY(runGio({QStringLiteral("mount"), QStringLiteral("-u"), address}));
+        QTRY_VERIFY(!findExistingMount(archiveUrl(), ""));
+    }
+
+    void findExistingMount_keepsAccountsApart()
+    {
+        const auto folder = mount(archiveUrl());
+        QVERIFY2(folder, text(folder));
+        QCOMPARE(findExistingMount(archiveUrl(), test::SambaServer::user()).value_or(""), *folder);
+        // An account that is not named is anybody's, one that is named is not.
+        QCOMPARE(findExistingMount(archiveUrl(), "").value_or(""), *folder);
+        QVERIFY(!findExistingMount(archiveUrl(), "somebody-else"));
+        unmountAndWait(*folder);
+    }
+
+    void monitor_tellsWhenAVolumeGoesBehindOurBack()
+    {
+        const MountMonitor monitor;
+        QSignalSpy spy(&monitor, &MountMonitor::unmounted);
+        const auto folder = mount(siteUrl("/docs%20of%20mine"));
+        QVERIFY2(folder, text(folder));
+        const auto other = mount(archiveUrl());
+        QVERIFY2(other, text(other));
+        const std::string address = "smb://" + test::SambaServer::user() + "@" + archiveUrl().substr(6);
+        QVERIFY(runGio({QStringLiteral("mount"), QStringLiteral("-u"), QString::fromStdString(address)}));
+        QTRY_COMPARE(spy.size(), 1);
+        QVERIFY(!liesOnMount(*folder, spy[0][0].value<fs::path>()));
+        QVERIFY(liesOnMount(*other, spy[0][0].value<fs::path>()));
+
+        const MountMonitor late;
+        QSignalSpy lateSpy(&late, &MountMonitor::unmounted);
+        unmountAndWait(*folder);
+        QTRY_COMPARE(lateSpy.size(), 1);
+        QVERIFY(liesOnMount(*folder, lateSpy[0][0].value<fs::path>()));
+        QCOMPARE(spy.size(), 2);
+    }
+
+    void mounter_tellsForTheFolderThatItGave()
+    {
+        GvfsMounter mounter;
+        QSignalSpy spy(&mounter, &GvfsMounter::unmounted);
+        const QString url = QString::fromStdString(siteUrl("/docs%20of%20mine"));
+        const QString user = QString::fromStdString(test::SambaServer::user());
+        QVERIFY(!mounter.mount(url, user, QStringLiteral("No Secret 7"), [] { return true; }));
+        QVERIFY(!mounter.existingMount(url));
+        const auto folder =
+            mounter.mount(url, user, QString::fromStdString(m_samba.password()), [] { return true; });
+        QVERIFY(folder);
+        QCOMPARE(mounter.existingMount(url).value_or(""), *folder);
+        mounter.unmount(*folder);
+        const auto isTold = [&](const auto& told) { return told[0].template value<fs::path>() == *folder; };
+        QTRY_VERIFY(std::any_of(spy.begin(), spy.end(), isTold));
+    }
+
+    void monitor_tellsWhenTheKernelUnmounts()
+    {
+        const QTemporaryDir point;
+        const QByteArray path = QFile::encodeName(point.path());
+        if (::mount("luma-test", path.constData(), "tmpfs", 0, nullptr) != 0)
+            QSKIP("no right to mount here");
+        const MountMonitor monitor;
+        QSignalSpy spy(&monitor, &MountMonitor::unmounted);
+        QCOMPARE(::umount(path.constData()), 0);
+        QTRY_COMPARE(spy.size(), 1);
+        QCOMPARE(spy[0][0].value<fs::path>(), fs::path(path.toStdString()));
+    }
+
+    void files_workOnTheVolume()
+    {
+        const auto folder = mount(siteUrl());
+        QVERIFY2(folder, text(folder));
+        const QTemporaryDir local;
+        const fs::path source = fs::path(local.path().toStdString()) / "page.html";
+        const std::string bytes(3'000'000, 'x');
+        put(source, bytes);
+        fs::permissions(source, fs::perms(0640));
+        const timespec times[2] = {{1'500'000'000, 0}, {1'500'000'001, 0}};
+        QCOMPARE(::utimensat(AT_FDCWD, source.c_str(), times, 0), 0);
+
+        const fs::path copy = *folder / "copy \xc3\xa4 #1%.html";
+        const fs::path behind = m_samba.folder(site) / copy.filename();
+        const auto copied = copyFile(source, copy, Existing::Keep);
+        QVERIFY2(copied, copied ? "" : copied.error().text.c_str());
+        QCOMPARE(bytesOf(behind), bytes);
+        QVERIFY2(!copyFile(source, copy, Existing::Keep), "a file that is there was replaced");
+        struct stat status = {};
+        QCOMPARE(::stat(copy.c_str(), &status), 0);
+        QCOMPARE(status.st_mtim.tv_sec, 1'500'000'001);
+
+        put(source, "second");
+        QCOMPARE(::utimensat(AT_FDCWD, source.c_str(), times, 0), 0);
+        const auto replaced = copyFile(source, copy, Existing::Replace);
+        QVERIFY2(replaced, replaced ? "" : replaced.error().text.c_str());
+        QCOMPARE(bytesOf(behind), std::string("second"));
+        QCOMPARE(::stat(behind.c_str(), &status), 0);
+        QCOMPARE(status.st_mtim.tv_sec, 1'500'000'001);
+
+        const auto written = writeFile(copy, "third");
+        QVERIFY2(written, written ? "" : written.error().text.c_str());
+        QCOMPARE(bytesOf(behind), std::string("third"));
+        const auto moved = moveItem(copy, *folder / "docs of mine/moved.html");
+        QVERIFY2(moved, moved ? "" : moved.error().text.c_str());
+        QVERIFY(!moveItem(*folder / "index.html", *folder / "docs of mine/moved.html"));
+        QCOMPARE(bytesOf(*folder / "docs of mine/moved.html"), std::string("third"));
+        const auto whole = copyItem(*folder / "docs of mine", *folder / "whole");
+        QVERIFY2(whole, whole ? "" : whole.error().text.c_str());
+        QVERIFY(moveItem(*folder / "whole", source.parent_path() / "whole"));
+        QCOMPARE(bytesOf(source.parent_path() / "whole/moved.html"), std::string("third"));
+        QVERIFY(removeItem(*folder / "docs of mine/moved.html"));
+        // No temporary file is left, on either side.
+        const auto count =
+            std::distance(fs::directory_iterator(m_samba.folder(site)), fs::directory_iterator());
+        QCOMPARE(count, 2);
+        unmountAndWait(*folder);
+    }
+};
+
+LUMA_TEST(tst_mounts)
+#include "tst_mounts.moc"

@@ -1,0 +1,174 @@
+#include "html/element.h"
+#include "html/parse.h"
+#include "page/classedits.h"
+#include "page/cssmenu.h"
+#include "page/elementdrop.h"
+#include "page/outlinetext.h"
+#include "page/tagrules.h"
+#include "tests/support/registry.h"
+
+#include <QTest>
+
+using namespace luma;
+
+class tst_elementedits final : public QObject
+{
+    Q_OBJECT
+
+private:
+    static std::unique_ptr<html::Document> page(std::string_view source)
+    {
+        auto parsed = html::parse(source);
+        return parsed ? std::move(*parsed) : nullptr;
+    }
+
+private slots:
+    void drop_isAllowedByTheRules_data()
+    {
+        QTest::addColumn<QByteArray>("dragged");
+        QTest::addColumn<QByteArray>("target");
+        QTest::addColumn<bool>("allowed");
+        const auto row = [](const char* dragged, const char* target, bool allowed) {
+            QTest::addRow("%s onto %s", dragged, target)
+                << QByteArray(dragged) << QByteArray(target) << allowed;
+        };
+        row("p", "section", true);
+        row("p", "head", true);
+        row("p", "html", false);
+        row("p", "none", false);
+        row("none", "section", false);
+        row("meta", "head", true);
+        row("meta", "body", false);
+        row("#out", "#in", false);
+        row("section", "section", false);
+        row("section", "i", false);
+        row("i", "section", true);
+        row("div", "body", true);
+    }
+    void drop_isAllowedByTheRules()
+    {
+        QFETCH(QByteArray, dragged);
+        QFETCH(QByteArray, target);
+        QFETCH(bool, allowed);
+        const auto document =
+            page("<meta name=a><div id=out><p></p></div><div id=in></div><section><b><i></i></b></section>");
+        const auto find = [&document](const QByteArray& selector) {
+            const auto found = document->select(selector.toStdString());
+            return found.empty() ? nullptr : found.front();
+        };
+        QCOMPARE(isDropAllowed(TagRules(), find(dragged), find(target)), allowed);
+    }
+
+    // The place is one further up than the outline proposes, on purpose.
+    void drop_landsOneBefore_data()
+    {
+        QTest::addColumn<QByteArray>("moved");
+        QTest::addColumn<int>("childIndex");
+        QTest::addColumn<QByteArray>("order");
+        const auto row = [](const char* moved, int childIndex, const char* order) {
+            QTest::addRow("%s to %d", moved, childIndex)
+                << QByteArray(moved) << childIndex << QByteArray(order);
+        };
+        row("x", -1, "xabc");
+        row("x", 0, "xabc");
+        row("x", 1, "xabc");
+        row("x", 2, "axbc");
+        row("x", 3, "abxc");
+        row("x", 4, "abcx");
+        row("x", 9, "abcx");
+        row("b", 2, "abc");
+        row("b", 3, "abc");
+        row("b", 4, "acb");
+        row("a", 0, "abc");
+        row("a", 3, "bac");
+        row("c", 4, "abc");
+        row("c", 2, "acb");
+    }
+    void drop_landsOneBefore()
+    {
+        QFETCH(QByteArray, moved);
+        QFETCH(int, childIndex);
+        QFETCH(QByteArray, order);
+        const auto document = page("<p id=x></p><div>1<i id=a></i>2<i id=b></i>3<i id=c></i>4</div>");
+        html::Element& target = *document->select("div").front();
+        html::Element& element = *document->select("#" + moved.toStdString()).front();
+        const html::Position place = dropPosition(target, childIndex, &element);
+        html::ParentNode::insertAt(place, element.detach());
+        QByteArray found;
+        for (const html::Element* child : target.children())
+            found += QByteArray::fromStdString(std::string(child->attr("id")));
+        QCOMPARE(found, order);
+    }
+
+    void classes_areAddedAndTakenOut_data()
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>("added");
+        QTest::addColumn<QByteArray>("removed");
+        const auto row = [](const char* before, const char* added, const char* removed) {
+            QTest::newRow(before) << QByteArray(before) << QByteArray(added) << QByteArray(removed);
+        };
+        row("<p>", "<p class=\"nav\"></p>", "<p></p>");
+        row("<p class>", "<p class=\"nav\"></p>", "<p class=\"\"></p>");
+        row("<p class='nav' id=i>", "<p class=\"nav nav\" id=\"i\"></p>", "<p id=\"i\"></p>");
+        row("<p class='nav navbar'>", "<p class=\"nav navbar nav\"></p>", "<p class=\"bar\"></p>");
+        row("<p class='box nav'>", "<p class=\"box nav nav\"></p>", "<p class=\"box\"></p>");
+        row("<p class='box'>", "<p class=\"box nav\"></p>", "<p class=\"box\"></p>");
+        row("<p class='a nanavv'>", "<p class=\"a nanavv nav\"></p>", "<p class=\"a nav\"></p>");
+    }
+    void classes_areAddedAndTakenOut()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, added);
+        QFETCH(QByteArray, removed);
+        const auto document = page(before.toStdString());
+        html::Element& element = *document->body()->firstElement();
+        auto attributes = withClass(element.attributes(), "nav");
+        element.swapAttributes(attributes);
+        QCOMPARE(QByteArray::fromStdString(element.outerHtml()), added);
+        element.swapAttributes(attributes);
+        attributes = withoutClass(element.attributes(), "nav");
+        element.swapAttributes(attributes);
+        QCOMPARE(QByteArray::fromStdString(element.outerHtml()), removed);
+    }
+
+    void ids_areSetAndRemoved()
+    {
+        const auto document = page("<p id=old class=c>");
+        html::Element& element = *document->body()->firstElement();
+        auto attributes = withID(element.attributes(), "new");
+        element.swapAttributes(attributes);
+        QCOMPARE(element.outerHtml(), std::string("<p id=\"new\" class=\"c\"></p>"));
+        attributes = withoutID(element.attributes());
+        element.swapAttributes(attributes);
+        QCOMPARE(element.outerHtml(), std::string("<p class=\"c\"></p>"));
+    }
+
+    void outlineText_showsTagAttributesAndText()
+    {
+        const auto document =
+            page("<p>\n</p><p a='x &quot;' b>one <b>two</b>\n three\xC3\xA9</p><style>x{}</style>");
+        QStringList rows;
+        for (const html::Element* child : document->body()->children())
+            rows.append(outlineText(*child));
+        QCOMPARE(rows,
+                 QStringList({u"<p>"_qs, u"<p a=\"x &quot;\", b=\"\"> one three\u00E9"_qs, u"<style>"_qs}));
+    }
+
+    void cssMenu_listsSheetsAndBlocks()
+    {
+        const auto document =
+            page("<head><style>a{}</style><link rel=StyleSheet href='a b.css'><link rel=icon href=i>"
+                 "<link href=c.css rel=stylesheet><style>b{}</style></head><p></p><style>body</style>");
+        QCOMPARE(cssMenuTitles(*document),
+                 QStringList({u"a b.css"_qs, u"c.css"_qs, u"<style> [0]"_qs, u"<style> [1]"_qs}));
+        QCOMPARE(styleBlock(*document, u"<style> [1]"_qs)->html(), std::string("b{}"));
+        for (const QString& title : {u"<style> [2]"_qs, u"<style> [x]"_qs, u"<style> 1"_qs, u"<style> [1"_qs,
+                                     u"<style> []"_qs, u"a[0].css"_qs})
+            QVERIFY(!styleBlock(*document, title));
+        QVERIFY(cssMenuTitles(*page("")).isEmpty());
+    }
+};
+
+LUMA_TEST(tst_elementedits)
+#include "tst_elementedits.moc"

@@ -1,0 +1,235 @@
+#include "base/files.h"
+#include "page/pagecommands.h"
+#include "page/pagestore.h"
+#include "page/pagetree.h"
+#include "tests/support/registry.h"
+
+#include <QTemporaryDir>
+#include <QTest>
+#include <QUndoStack>
+
+#include <unistd.h>
+
+#include <filesystem>
+
+using namespace luma;
+namespace fs = std::filesystem;
+
+class tst_pagestore final : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QTemporaryDir> folder;
+    std::unique_ptr<PageTree> tree;
+    std::unique_ptr<QUndoStack> stack;
+    std::unique_ptr<PageStore> store;
+
+    fs::path at(const std::string& name) const { return fs::path(folder->path().toStdString()) / name; }
+    void put(const std::string& name, std::string_view bytes) const
+    {
+        fs::create_directories(at(name).parent_path());
+        QVERIFY(writeFile(at(name), bytes));
+    }
+    Result<void> open(const std::string& name)
+    {
+        store->setLocation(at(name), PageStore::Origin::File);
+        return store->load(QString());
+    }
+    void setTitle(const char* title) { PageCommands(*tree, *stack).setTitle(QString::fromLatin1(title)); }
+
+private slots:
+    void init()
+    {
+        folder = std::make_unique<QTemporaryDir>();
+        tree = std::make_unique<PageTree>();
+        stack = std::make_unique<QUndoStack>();
+        store = std::make_unique<PageStore>(*tree, *stack);
+    }
+
+    void badFile_isRefusedWithAReason_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<bool>("refused");
+        QTest::newRow("empty") << QByteArray("") << false;
+        QTest::newRow("plain text") << QByteArray("no page at all") << false;
+        QTest::newRow("binary") << QByteArray("\x89PNG\0\1\2", 7) << true;
+        QTest::newRow("not UTF-8") << QByteArray("<p>caf\xe9") << true;
+        QTest::newRow("50 MB") << QByteArray(50 << 20, 'x') << true;
+        QTest::newRow("100,000 levels") << QByteArray("<div>").repeated(100'000) << true;
+    }
+    void badFile_isRefusedWithAReason()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(bool, refused);
+        put("page.html", {bytes.data(), static_cast<std::size_t>(bytes.size())});
+        const auto loaded = open("page.html");
+        QCOMPARE(!loaded, refused);
+        QCOMPARE(tree->document() == nullptr, refused);
+        if (refused)
+            QVERIFY(loaded.error().text.size() > at("page.html").native().size());
+    }
+
+    void xmlThatIsNoPage_isRefused_data()
+    {
+        QTest::addColumn<QByteArray>("name");
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QByteArray>("root");
+        QTest::addColumn<bool>("isXhtml");
+        const auto row = [](const char* what, const char* name, const char* bytes, const char* root,
+                            bool isXhtml = false) {
+            QTest::newRow(what) << QByteArray(name) << QByteArray(bytes) << QByteArray(root) << isXhtml;
+        };
+        row("feed", "feed.xml", "<?xml version='1.0'?>\n<!-- <html> --><rss version='2.0'/>", "<rss>");
+        row("feed without a declaration", "feed.rss", "<rss version='2.0'><channel/></rss>", "<rss>");
+        row("picture", "logo.svg", "<svg xmlns='http://www.w3.org/2000/svg'/>", "<svg>");
+        row("style sheet instruction", "a.html", "<?xml-stylesheet href='a.xsl'?><d:doc xmlns:d='d'/>",
+            "<d:doc>");
+        row("doctype with a subset", "a.xml", "\xEF\xBB\xBF <!DOCTYPE a [<!ENTITY e '<html/>'>]><a>&e;</a>",
+            "<a>");
+        row("XHTML", "a.html", "<?xml version='1.0'?><!DOCTYPE html><html><body/></html>", "", true);
+        row("XHTML by its name", "a.xhtml", "<html xmlns='http://www.w3.org/1999/xhtml'/>", "", true);
+        row("damaged XHTML", "a.xml", "<?xml version='1.0'?><html lang=en><p>", "", true);
+        row("empty", "a.xml", "", "", true);
+        row("picture in a page", "a.html", "<svg xmlns='http://www.w3.org/2000/svg'></svg><p>", "");
+        row("HTML with a name space", "a.htm", "<html xmlns='http://www.w3.org/1999/xhtml'></html>", "");
+        row("server code", "a.php", "<?php echo '<rss>' ?><html></html>", "");
+    }
+    void xmlThatIsNoPage_isRefused()
+    {
+        QFETCH(QByteArray, name);
+        QFETCH(QByteArray, bytes);
+        QFETCH(QByteArray, root);
+        QFETCH(bool, isXhtml);
+        put(name.toStdString(), bytes.toStdString());
+        const auto loaded = open(name.toStdString());
+        QCOMPARE(!loaded, !root.isEmpty());
+        if (!root.isEmpty())
+            QVERIFY(loaded.error().text.find(root.toStdString()) != std::string::npos);
+        QCOMPARE(store->isXhtml(), isXhtml);
+    }
+
+    void elementsThatTheTreeLacks_areKnown_data()
+    {
+        QTest::addColumn<QByteArray>("markup");
+        QTest::addColumn<QByteArray>("lost");
+        QTest::newRow("none") << QByteArray("<select><option>a<optgroup></select><hr><button>b")
+                              << QByteArray();
+        QTest::newRow("some") << QByteArray("<select><option>a<HR><option>b<button><b>c</select><i>d")
+                              << QByteArray("hr button b");
+        QTest::newRow("in two") << QByteArray("<select><hr></select><select><hr><img></select>")
+                                << QByteArray("hr img");
+        QTest::newRow("ended by a field") << QByteArray("<select><input><hr>") << QByteArray();
+        QTest::newRow("in a template")
+            << QByteArray("<select><template><b>x</b></template><u></select>") << QByteArray("u");
+        QTest::newRow("in a script") << QByteArray("<script>'<select><hr>'</script><!-- <select> --><hr>")
+                                     << QByteArray();
+    }
+    void elementsThatTheTreeLacks_areKnown()
+    {
+        QFETCH(QByteArray, markup);
+        QFETCH(QByteArray, lost);
+        put("page.html", markup.toStdString());
+        QVERIFY(open("page.html"));
+        QByteArrayList names;
+        for (const std::string& name : store->lostElements()) {
+            names += QByteArray::fromStdString(name);
+            QVERIFY(tree->document()->select("select " + name).empty());
+        }
+        QCOMPARE(names.join(' '), lost);
+        QVERIFY(store->save(at("page.html")));
+        QVERIFY(store->lostElements().empty());
+    }
+
+    void noFile_isRefused()
+    {
+        put("page.html", "<p>");
+        QVERIFY(!open("."));
+        QVERIFY(!open("gone.html"));
+    }
+
+    void unreadableFile_isRefused()
+    {
+        constexpr uid_t nobody = 65534;
+        put("page.html", "<p>");
+        put("open.html", "<p>");
+        fs::permissions(at("."), fs::perms(0755));
+        fs::permissions(at("open.html"), fs::perms(0644));
+        fs::permissions(at("page.html"), fs::perms::none);
+        const bool isRoot = ::geteuid() == 0;
+        if (isRoot && ::seteuid(nobody) != 0)
+            QSKIP("root reads every file, and may not become another user here");
+        const bool canRead = static_cast<bool>(readFile(at("open.html")));
+        const auto loaded = open("page.html");
+        if (isRoot)
+            QCOMPARE(::seteuid(0), 0);
+        QVERIFY(canRead);
+        QVERIFY(!loaded);
+        QVERIFY2(loaded.error().text.find("ermission") != std::string::npos, loaded.error().text.c_str());
+    }
+
+    void save_writesThePrintedPageAndIsClean()
+    {
+        put("page.html", "<!DOCTYPE html><title>A</title><p>x");
+        QVERIFY(open("page.html"));
+        setTitle("B");
+        QVERIFY(!stack->isClean());
+        QVERIFY(store->save(at("page.html")));
+        QVERIFY(stack->isClean());
+        QVERIFY(!store->changedOnDisk());
+        const auto written = readFile(at("page.html"));
+        QCOMPARE(*written, std::string("<!DOCTYPE html>\n<html>\n <head>\n  <title>B</title>\n </head>\n"
+                                       " <body>\n  <p>x</p>\n </body>\n</html>\n"));
+        stack->undo();
+        QCOMPARE(tree->document()->title(), std::string("A"));
+        QVERIFY(!stack->isClean());
+    }
+
+    void saveElsewhere_rebasesLinks()
+    {
+        put("site/page.html", "<link href=css/a.css><body background=../b.png><a href='news/'>n</a>"
+                              "<img src='http://x/y.png'><a href='#top'></a><a href='/abs.html'></a>");
+        QVERIFY(open("site/page.html"));
+        fs::create_directories(at("site/deep"));
+        QVERIFY(store->save(at("site/deep/copy.html")));
+        QCOMPARE(store->docURL(), at("site/deep/copy.html"));
+        const std::string copy = *readFile(at("site/deep/copy.html"));
+        for (const char* part : {"href=\"../css/a.css\"", "background=\"../../b.png\"", "href=\"../news",
+                                 "src=\"http://x/y.png\"", "href=\"#top\"", "href=\"/abs.html\""})
+            QVERIFY2(copy.find(part) != std::string::npos, part);
+        QVERIFY(readFile(at("site/page.html"))->find("href=css/a.css") != std::string::npos);
+    }
+
+    void failedSave_leavesEverything()
+    {
+        put("page.html", "<title>A</title><a href=x.html>x</a>");
+        QVERIFY(open("page.html"));
+        setTitle("B");
+        const std::string before = tree->document()->outerHtml();
+        QVERIFY(!store->save(at("no/such/folder/page.html")));
+        QCOMPARE(tree->document()->outerHtml(), before);
+        QVERIFY(!stack->isClean());
+        QCOMPARE(store->docURL(), at("page.html"));
+        QCOMPARE(*readFile(at("page.html")), std::string("<title>A</title><a href=x.html>x</a>"));
+    }
+
+    void loadAgain_canBeUndone()
+    {
+        put("page.html", "<title>A</title><p>x");
+        QVERIFY(open("page.html"));
+        setTitle("Mine");
+        put("page.html", "<title>Theirs</title><p>x");
+        QVERIFY(store->changedOnDisk());
+        QVERIFY(store->load(QStringLiteral("Revert")));
+        QVERIFY(!store->changedOnDisk());
+        QCOMPARE(tree->document()->title(), std::string("Theirs"));
+        QVERIFY(stack->isClean());
+        stack->undo();
+        QCOMPARE(tree->document()->title(), std::string("Mine"));
+        fs::remove(at("page.html"));
+        QVERIFY(!store->changedOnDisk());
+    }
+};
+
+LUMA_TEST(tst_pagestore)
+#include "tst_pagestore.moc"

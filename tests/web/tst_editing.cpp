@@ -1,0 +1,369 @@
+#include "tests/support/registry.h"
+#include "tests/web/webfixture.h"
+#include "web/scriptquote.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace luma;
+using luma::test::WebFixture;
+
+/// The page-side editing in the real engine: a body with the caret as "|", or the selection as "[" and "]",
+/// keys or a script in, the body out.
+class tst_editing final : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<WebFixture> web;
+
+    void columns(const char* input)
+    {
+        QTest::addColumn<QByteArray>("before");
+        QTest::addColumn<QByteArray>(input);
+        QTest::addColumn<QByteArray>("after");
+    }
+    void row(const char* name, const char* before, const char* input, const char* after)
+    {
+        QTest::newRow(name) << QByteArray(before) << QByteArray(input) << QByteArray(after);
+    }
+
+    /// Words in angle brackets are keys, everything else is typed.
+    void press(const QByteArray& keys)
+    {
+        static const QHash<QByteArray, QPair<int, Qt::KeyboardModifiers>> named = {
+            {"Enter", {Qt::Key_Return, {}}},
+            {"Break", {Qt::Key_Return, Qt::ShiftModifier}},
+            {"Backspace", {Qt::Key_Backspace, {}}},
+            {"Delete", {Qt::Key_Delete, {}}},
+            {"Left", {Qt::Key_Left, {}}},
+            {"Right", {Qt::Key_Right, {}}},
+            {"All", {Qt::Key_A, Qt::ControlModifier}},
+            {"Paste", {Qt::Key_V, Qt::ControlModifier}},
+            {"PastePlain", {Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier}},
+            {"Cut", {Qt::Key_X, Qt::ControlModifier}},
+            {"WordBehind", {Qt::Key_Delete, Qt::ControlModifier}},
+            {"Word", {Qt::Key_Backspace, Qt::ControlModifier}},
+        };
+        for (qsizetype at = 0; at < keys.size();) {
+            const qsizetype end = keys.indexOf('>', at);
+            if (keys[at] == '<' && named.contains(keys.mid(at + 1, end - at - 1))) {
+                const auto [key, modifiers] = named.value(keys.mid(at + 1, end - at - 1));
+                web->press(key, modifiers);
+                at = end + 1;
+            } else {
+                web->type(QString(QChar::fromLatin1(keys[at++])));
+            }
+        }
+    }
+
+    QString bodyAfter(const QString& script = QString())
+    {
+        if (!script.isEmpty())
+            (void)web->answer(script);
+        (void)web->answer("countOfChanges()");
+        return web->body();
+    }
+
+private slots:
+    void initTestCase() { web = std::make_unique<WebFixture>(); }
+    void cleanupTestCase() { web.reset(); }
+
+    void keys_data()
+    {
+        columns("keys");
+        row("letter", "<p>on|e</p>", "x", "<p>onxe</p>");
+        row("words", "<p>one|</p>", " two three", "<p>one two three</p>");
+        row("blanks", "<p>one|</p>", "  two  ", "<p>one two </p>");
+        row("blank in the middle", "<p>one|two</p>", " ", "<p>one two</p>");
+        row("over a blank", "<p>one| two</p>", " x", "<p>one xtwo</p>");
+        row("no-break space stays", "<p>10&nbsp;|km</p>", "0", "<p>10&nbsp;0km</p>");
+        row("no-break space behind stays", "<p>10|&nbsp;km</p>", "0 ", "<p>100&nbsp;km</p>");
+        row("enter at the end", "<p class=\"a\" id=\"b\">one|</p>", "<Enter>two",
+            "<p class=\"a\" id=\"b\">one</p><p class=\"a\">two</p>");
+        row("enter in the middle", "<p>one <b>t|wo</b></p>", "<Enter>x",
+            "<p>one <b>t</b></p><p><b>xwo</b></p>");
+        row("enter at the start", "<p>|one</p>", "<Enter>", "<p><br></p><p>one</p>");
+        row("enter keeps styled spans", "<p><span style=\"color: red\">on|e</span></p>", "<Enter>x",
+            "<p><span style=\"color: red\">on</span></p><p><span style=\"color: red\">xe</span></p>");
+        row("enter after a heading", "<h2 class=\"a\">one|</h2>", "<Enter>two",
+            "<h2 class=\"a\">one</h2><p>two</p>");
+        row("enter within a heading", "<h2>o|ne</h2>", "<Enter>", "<h2>o</h2><h2>ne</h2>");
+        row("enter in an item", "<ul><li>one|</li></ul>", "<Enter>two", "<ul><li>one</li><li>two</li></ul>");
+        row("enter on an empty item", "<ul><li>one</li><li>|</li></ul><p>x</p>", "<Enter>two",
+            "<ul><li>one</li></ul><p>two</p><p>x</p>");
+        row("enter on an empty item within", "<ol><li>a</li><li>|</li><li>b</li></ol>", "<Enter>c",
+            "<ol><li>a</li></ol><p>c</p><ol><li>b</li></ol>");
+        row("enter on an empty nested item", "<ul><li>a<ul><li>b</li><li>|</li></ul></li></ul>", "<Enter>c",
+            "<ul><li>a<ul><li>b</li></ul></li><li>c</li></ul>");
+        row("enter on a selection", "<p>o[n]e</p>", "<Enter>", "<p>o</p><p>e</p>");
+        row("enter in pre", "<pre>one|</pre>", "<Enter>two", "<pre>one\ntwo\n</pre>");
+        row("enter in bare text", "one|", "<Enter>two", "<p>one</p><p>two</p>");
+        row("enter in a cell", "<table><tbody><tr><td>one|</td></tr></tbody></table>", "<Enter>two",
+            "<table><tbody><tr><td>one<br>two</td></tr></tbody></table>");
+        row("enter leaves a quote", "<blockquote><p>one</p><p>|</p></blockquote>", "<Enter>x",
+            "<blockquote><p>one</p></blockquote><p>x</p>");
+        row("line break", "<p>one|</p>", "<Break>two", "<p>one<br>two</p>");
+        row("line break in the middle", "<p>o|ne</p>", "<Break>", "<p>o<br>ne</p>");
+        row("line break in an item", "<ul><li>one|</li></ul>", "<Break>two", "<ul><li>one<br>two</li></ul>");
+        row("line break in a heading", "<h1>one|</h1>", "<Break>two", "<h1>one<br>two</h1>");
+        row("line break in a styled text", "<p><b>on|e</b></p>", "<Break>", "<p><b>on<br>e</b></p>");
+        row("line break in pre", "<pre>a|b</pre>", "<Break>", "<pre>a\nb</pre>");
+        row("line break in bare text", "a|b", "<Break>", "a<br>b");
+        row("line break over a selection", "<p>o[n]e</p>", "<Break>", "<p>o<br>e</p>");
+        row("enter in a link", "<p><a href=\"x\">on|e</a></p>", "<Enter>",
+            "<p><a href=\"x\">on</a></p><p><a href=\"x\">e</a></p>");
+        row("enter behind an image", "<p><img src=\"x\">|</p>", "<Enter>a", "<p><img src=\"x\"></p><p>a</p>");
+        row("enter over blocks", "<p>o[ne</p><p>tw]o</p>", "<Enter>", "<p>o</p><p>o</p>");
+        row("enter at an item's start", "<ul><li>|one</li></ul>", "<Enter>",
+            "<ul><li><br></li><li>one</li></ul>");
+        row("enter twice at a list's end", "<ol class=\"c\"><li>one|</li></ol>", "<Enter><Enter>two",
+            "<ol class=\"c\"><li>one</li></ol><p>two</p>");
+        row("backspace", "<p>one|</p>", "<Backspace>x", "<p>onx</p>");
+        row("backspace to the last letter", "<p>ab|</p>", "<Backspace><Backspace>c", "<p>c</p>");
+        row("backspace of an emoji", "<p>a\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x91\xa7|b</p>", "<Backspace>",
+            "<p>ab</p>");
+        row("backspace joins", "<h1>one</h1><p class=\"x\"><i>|two</i> three</p>", "<Backspace>-",
+            "<h1>one-<i>two</i> three</h1>");
+        row("backspace joins with blanks between", "<p>one</p>\n <p>|two</p>", "<Backspace>-",
+            "<p>one-two</p>\n ");
+        row("backspace joins items", "<ul><li>one</li><li>|two</li></ul>", "<Backspace>-",
+            "<ul><li>one-two</li></ul>");
+        row("backspace in the first item", "<ul><li>|one</li><li>two</li></ul>", "<Backspace>",
+            "<p>one</p><ul><li>two</li></ul>");
+        row("backspace into a list", "<ul><li>one</li></ul><p>|two</p>", "<Backspace>-",
+            "<ul><li>one-two</li></ul>");
+        row("backspace takes a rule", "<p>one</p><hr><p>|two</p>", "<Backspace>", "<p>one</p><p>two</p>");
+        row("backspace takes an empty block", "<p class=\"e\"><br></p><h2>|two</h2>", "<Backspace>x",
+            "<h2>xtwo</h2>");
+        row("backspace at a cell", "<p>x</p><table><tbody><tr><td>|one</td></tr></tbody></table>",
+            "<Backspace>", "<p>x</p><table><tbody><tr><td>one</td></tr></tbody></table>");
+        row("backspace at the page's start", "<p>|one</p>", "<Backspace>", "<p>one</p>");
+        row("delete", "<p>|one</p>", "<Delete>", "<p>ne</p>");
+        row("delete joins", "<p>one|</p><h1><b>two</b> x</h1>", "<Delete>-", "<p>one-<b>two</b> x</p>");
+        row("delete joins items", "<ul><li>one|</li><li>two</li></ul>", "<Delete>-",
+            "<ul><li>one-two</li></ul>");
+        row("delete into a list", "<p>one|</p><ul><li>two</li><li>three</li></ul>", "<Delete>-",
+            "<p>one-two</p><ul><li>three</li></ul>");
+        row("delete takes a rule", "<p>one|</p><hr><p>two</p>", "<Delete>", "<p>one</p><p>two</p>");
+        row("delete takes an image", "<p>one|<img src=\"x\">two</p>", "<Delete>-", "<p>one-two</p>");
+        row("backspace takes an image", "<p>one<img src=\"x\">|two</p>", "<Backspace>-", "<p>one-two</p>");
+        row("backspace takes a line break", "<p>one<br>|two</p>", "<Backspace>-", "<p>one-two</p>");
+        row("delete in an empty block", "<p>|</p><p class=\"c\">two</p>", "<Delete>x",
+            "<p class=\"c\">xtwo</p>");
+        row("delete at a cell's end", "<table><tbody><tr><td>a|</td><td>b</td></tr></tbody></table>",
+            "<Delete>", "<table><tbody><tr><td>a</td><td>b</td></tr></tbody></table>");
+        row("delete at the page's end", "<p>one|</p>", "<Delete>", "<p>one</p>");
+        row("delete of a word", "<p>|one two</p>", "<WordBehind>x", "<p>x two</p>");
+        row("cut over blocks", "<h1>o[ne</h1><p>tw]o</p>", "<Cut>", "<h1>oo</h1>");
+        row("cut a styled word", "<p>a <b>[one]</b> b</p>", "<Cut>", "<p>a  b</p>");
+        row("delete a selection over blocks", "<h1>o[ne</h1><p>x</p><p style=\"color: red\">tw]o</p>",
+            "<Delete>", "<h1>oo</h1>");
+        row("backspace of a word", "<p>one two|</p>", "<Word>x", "<p>one x</p>");
+        row("letter over a styled selection", "<p>a <b>[one</b> two]</p>", "xy", "<p>a <b>xy</b></p>");
+        row("letter over a plain selection", "<p>[one <b>two]</b></p>", "x", "<p>x</p>");
+        row("letter over blocks", "<h1>o[ne</h1><p class=\"c\">x</p><p>tw]o</p>", "x", "<h1>oxo</h1>");
+        row("blank over a selection", "<p>a[b]c</p>", " d", "<p>a dc</p>");
+        row("letter over an image", "<p>a<img src=\"x\">[b]</p>", "c", "<p>a<img src=\"x\">c</p>");
+        row("empty page", "|", "Hi", "<p>Hi</p>");
+        row("emptied page", "<h1>One</h1><p>two</p>", "<All><Delete>Hi", "<p>Hi</p>");
+        row("emptied block", "<p>one</p><p>[two]</p>", "<Delete>", "<p>one</p><p><br></p>");
+        row("own styles stay", "<p><span style=\"color: red\">a|</span> <font color=\"red\">b</font></p>",
+            "x", "<p><span style=\"color: red\">ax</span> <font color=\"red\">b</font></p>");
+    }
+    void keys()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, keys);
+        QFETCH(QByteArray, after);
+        QVERIFY(web->showMarked(before));
+        press(keys);
+        QCOMPARE(bodyAfter(), QString::fromUtf8(after));
+    }
+
+    void commands_data()
+    {
+        columns("script");
+        row("bold", "<p>o[n]e</p>", "doCommand('Bold')", "<p>o<b>n</b>e</p>");
+        row("bold of a word", "<p>one t|wo</p>", "applyStyle('Bold')", "<p>one <b>two</b></p>");
+        row("bold off", "<p><strong>o[n]e</strong></p>", "doCommand('Bold')",
+            "<p><strong>o</strong>n<strong>e</strong></p>");
+        row("bold in a heading", "<h1>o[n]e</h1>", "doCommand('Bold')", "<h1>o<b>n</b>e</h1>");
+        row("italic over blocks", "<p>o[ne</p><p>tw]o</p>", "applyStyle('Italic')",
+            "<p>o<i>ne</i></p><p><i>tw</i>o</p>");
+        row("underline", "<p>[one]</p>", "doCommand('Underline')", "<p><u>one</u></p>");
+        row("strike", "<p>[one]</p>", "doCommand('Strike Through')", "<p><s>one</s></p>");
+        row("sub", "<p>H[2]O</p>", "doCommand('Subscript')", "<p>H<sub>2</sub>O</p>");
+        row("super", "<p>x[2]</p>", "doCommand('Superscript')", "<p>x<sup>2</sup></p>");
+        row("code", "<p>[a <b>c</b>]</p>", "applyStyle('Code')",
+            "<p><code>a </code><b><code>c</code></b></p>");
+        row("remove one", "<p><b><i>[one]</i></b></p>", "removeStyle('Bold')", "<p><i>one</i></p>");
+        row("remove all", "<p><b>x<i>[one]</i></b><a href=\"#\">y</a></p>", "removeStyle('')",
+            "<p><b>x</b>one<a href=\"#\">y</a></p>");
+        row("remove format", "<p><b>[one]</b></p>", "doCommand('Remove Format')", "<p>one</p>");
+        row("heading", "<p class=\"a\">o|ne</p>", "applyStyle('Heading 2')", "<h2 class=\"a\">one</h2>");
+        row("heading of bare text", "o|ne<p>x</p>", "applyStyle('Heading 1')", "<h1>one</h1><p>x</p>");
+        row("heading off", "<h3>o|ne</h3>", "doCommand('Heading 3')", "<p>one</p>");
+        row("paragraphs", "<h1>[a</h1><h2>b]</h2>", "doCommand('Paragraph')", "<p>a</p><p>b</p>");
+        row("preformatted", "<p>a|</p>", "applyStyle('Preformatted')", "<pre>a</pre>");
+        row("block quote", "<p>[a</p><p>b]</p>", "doCommand('Block Quote')",
+            "<blockquote><p>a</p><p>b</p></blockquote>");
+        row("block quote off", "<blockquote><p>a|</p></blockquote>", "removeStyle('Block Quote')",
+            "<p>a</p>");
+        row("list", "<p>[a</p><p>b]</p>", "doCommand('Ordered List')", "<ol><li>a</li><li>b</li></ol>");
+        row("list keeps attributes", "<p id=\"i\" class=\"c\">a|</p>", "doCommand('Ordered List')",
+            "<ol><li id=\"i\" class=\"c\">a</li></ol>");
+        row("list off keeps attributes", "<ul><li id=\"i\">a|</li></ul>", "doCommand('Unordered List')",
+            "<p id=\"i\">a</p>");
+        row("list off", "<ul><li>[a</li><li>b]</li></ul>", "doCommand('Unordered List')", "<p>a</p><p>b</p>");
+        row("other list", "<ul class=\"x\"><li>a|</li></ul>", "applyStyle('Ordered List')",
+            "<ol class=\"x\"><li>a</li></ol>");
+        row("indent item", "<ul><li>a</li><li>b|</li></ul>", "doCommand('Indent')",
+            "<ul><li>a<ul><li>b</li></ul></li></ul>");
+        row("outdent item", "<ul><li>a<ul><li>b|</li><li>c</li></ul></li></ul>", "doCommand('Outdent')",
+            "<ul><li>a</li><li>b<ul><li>c</li></ul></li></ul>");
+        row("indent paragraph", "<p>a|</p>", "doCommand('Indent')", "<blockquote><p>a</p></blockquote>");
+        row("outdent paragraph", "<blockquote><p>a|</p></blockquote>", "doCommand('Outdent')", "<p>a</p>");
+        row("centre", "<p>a|</p>", "doCommand('Justify Center')", "<p style=\"text-align: center;\">a</p>");
+        row("left", "<p style=\"color: red; text-align: right;\">a|</p>", "doCommand('Justify Left')",
+            "<p style=\"color: red;\">a</p>");
+        row("full", "<p align=\"right\">a|</p>", "doCommand('Justify Full')",
+            "<p style=\"text-align: justify;\">a</p>");
+        row("no justification", "<p style=\"text-align: right\">a|</p>", "removeJustfication('')",
+            "<p>a</p>");
+        row("link", "<p>[a]</p>", "doCommand('Create Link', 'x.html')", "<p><a href=\"x.html\">a</a></p>");
+        row("link without a selection", "<p>a|</p>", "doCommand('Create Link', 'x')",
+            "<p>a<a href=\"x\">x</a></p>");
+        row("unlink", "<p><a href=\"x\">a|b</a></p>", "doCommand('Unlink')", "<p>ab</p>");
+        row("image", "<p>a|b</p>", "doCommand('Insert Image', 'x y.png')",
+            "<p>a<img src=\"x y.png\" alt=\"\">b</p>");
+        row("unknown", "<p>a|</p>", "doCommand('constructor'); applyStyle('toString'); removeStyle('x')",
+            "<p>a</p>");
+    }
+    void commands()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, script);
+        QFETCH(QByteArray, after);
+        QVERIFY(web->showMarked(before));
+        QCOMPARE(bodyAfter(QString::fromUtf8(script)), QString::fromUtf8(after));
+    }
+
+    void state_followsTheSelection_data()
+    {
+        columns("script");
+        row("styles", "<ul><li><b>a<em>|b</em></b></li></ul>", "getTextTags().join()",
+            "Bold,Italic,Unordered List");
+        row("block", "<blockquote><h2>|b</h2></blockquote>", "getTextTags().join()", "Heading 2,Block Quote");
+        row("all of it", "<p>[a<b>b</b>]</p>", "getTextTags().join()", "Paragraph");
+        row("left", "<p>a|</p>", "getCurrentJustification().join()", "Justify Left");
+        row("right to left", "<p dir=\"rtl\">a|</p>", "getCurrentJustification().join()", "Justify Right");
+        row("inherited", "<div align=\"center\"><p>a|</p></div>", "getCurrentJustification().join()",
+            "Justify Center");
+        row("link", "<p><a href=\"a'b.html\">x|</a></p>", "getLink()", "a'b.html");
+        row("link selected", "<p>[a <a href=\"b\">x</a>]</p>", "getLink()", "b");
+        row("no link", "<p>x|</p>", "getLink()", "");
+    }
+    void state_followsTheSelection()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, script);
+        QFETCH(QByteArray, after);
+        QVERIFY(web->showMarked(before));
+        QCOMPARE(web->answer(QString::fromUtf8(script)), QString::fromUtf8(after));
+    }
+
+    void paste_data()
+    {
+        columns("clipboard");
+        row("inline", "<p>a|b</p>", "x <b class=\"c\" style=\"color:red\">y</b>", "<p>ax <b>y</b>b</p>");
+        row("blocks", "<p>a|b</p>", "<h2 id=\"x\">one</h2><div class=\"MsoNormal\">two</div>",
+            "<p>a</p><h2>one</h2><p>two</p><p>b</p>");
+        row("into an empty paragraph", "<p>|</p>", "<ul><li>one</li></ul>", "<ul><li>one</li></ul>");
+        row("into an item", "<ul><li>a|</li></ul>", "<span>b</span>", "<ul><li>ab</li></ul>");
+        row("scripts", "<p>a|</p>",
+            "x<script>document.body.remove()</script><img src=x onerror=\"alert(1)\">"
+            "<a href=\"java\nscript:alert(1)\">y</a><svg onload=\"alert(1)\"></svg>",
+            "<p>ax<img src=\"x\">y</p>");
+        row("word processor", "<p>|</p>",
+            "<meta charset=\"utf-8\"><b style=\"font-weight:normal\"><p dir=\"ltr\" "
+            "style=\"margin:0\"><span style=\"font-size:11pt\">one</span></p></b>",
+            "<p>one</p>");
+        row("table", "<p>a|</p>", "<table border=1 class=x><tr><td style=\"x\">1</td></tr></table>",
+            "<p>a</p><table><tbody><tr><td>1</td></tr></tbody></table>");
+        row("into pre", "<pre>a|</pre>", "<b>x</b>", "<pre>ax</pre>");
+        row("empty page", "|", "one", "<p>one</p>");
+    }
+    void paste()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, clipboard);
+        QFETCH(QByteArray, after);
+        QVERIFY(web->showMarked(before));
+        auto* data = new QMimeData;
+        data->setHtml(QString::fromUtf8(clipboard));
+        data->setText(QStringLiteral("x"));
+        QGuiApplication::clipboard()->setMimeData(data);
+        press("<Paste>");
+        QTRY_COMPARE(bodyAfter(), QString::fromUtf8(after));
+    }
+
+    void cutText_isPastedAgain()
+    {
+        QVERIFY(web->showMarked("<p>a <b>[one]</b> b</p><p>c</p>"));
+        press("<Cut>");
+        web->select(QStringLiteral("c"), WebFixture::Caret::End);
+        press("<Paste>");
+        QTRY_COMPARE(bodyAfter(), QStringLiteral("<p>a  b</p><p>c<b>one</b></p>"));
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("one"));
+    }
+
+    void pastePlain_data()
+    {
+        columns("clipboard");
+        row("words", "<p>a|b</p>", "x <b>y", "<p>ax &lt;b&gt;yb</p>");
+        row("lines", "<p>a|</p>", "x\ny", "<p>ax<br>y</p>");
+        row("paragraphs", "<p>a|b</p>", "x\ny\n\nz", "<p>a</p><p>x<br>y</p><p>z</p><p>b</p>");
+    }
+    void pastePlain()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, clipboard);
+        QFETCH(QByteArray, after);
+        QVERIFY(web->showMarked(before));
+        auto* data = new QMimeData;
+        data->setHtml(QStringLiteral("<h1>styled</h1>"));
+        data->setText(QString::fromUtf8(clipboard));
+        QGuiApplication::clipboard()->setMimeData(data);
+        press("<PastePlain>");
+        QTRY_COMPARE(bodyAfter(), QString::fromUtf8(after));
+    }
+
+    // After one letter the page differs in that text alone, whatever else it holds.
+    void typedLetter_changesItsTextNodeAlone()
+    {
+        const QByteArray page =
+            "<!DOCTYPE html><!-- before --><html lang=\"de\" data-x='\"'><head><title>t &amp; u</title>"
+            "<style>p > b { }</style><script>if (a < b) c();</script></head><body class=\"b  c\">"
+            "<x-unknown odd:name=\"1\">u</x-unknown><p>First <span style=\"color:red\">s</span> word|s</p>"
+            "<svg viewBox=\"0 0 1 1\"><path d=\"M0 0\"></path></svg><template><p>in</p></template>"
+            "<math><mi>x</mi></math><noscript><b>n</b></noscript><pre>\n\nkept  </pre><!-- c -->\n"
+            "<textarea> t "
+            "</textarea><details><summary>s</summary>d</details>&nbsp;<table><tr><td>1</table></body>"
+            "</html>";
+        const QString outer = QStringLiteral("document.documentElement.outerHTML");
+        QVERIFY(web->show(page));
+        (void)web->answer(WebFixture::setMarks);
+        QString expected = web->answer(outer);
+        QCOMPARE(expected.count(QStringLiteral(" words</p>")), 1);
+        expected.replace(QStringLiteral(" words</p>"), QStringLiteral(" wordxs</p>"));
+        press("x");
+        QCOMPARE(web->answer(outer), expected);
+    }
+};
+
+LUMA_TEST(tst_editing)
+#include "tst_editing.moc"

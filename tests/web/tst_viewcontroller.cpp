@@ -1,0 +1,302 @@
+#include "tests/support/registry.h"
+#include "web/linksheet.h"
+#include "web/pagedocument.h"
+#include "web/scriptquote.h"
+#include "web/sourcepanel.h"
+#include "web/viewcontroller.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QVBoxLayout>
+
+#include <csignal>
+
+using namespace luma;
+
+namespace {
+
+/// A document that keeps its markup as text and notes what it is told.
+class TextDocument final : public PageDocument
+{
+public:
+    std::string pageMarkup() const override { return markup; }
+    SiteFolder siteFolder() const override { return {folder + "/page.html", folder}; }
+    void setHTML(std::string_view html) override
+    {
+        markup = html;
+        told.append(QStringLiteral("html"));
+    }
+    void markEdited(const QString& name) override { told.append(name); }
+    void reload() override
+    {
+        told.append(QStringLiteral("reload"));
+        controller->show(ViewController::Position::Keep);
+    }
+    void buildCSSMenu() override { told.append(QStringLiteral("css")); }
+    void loadCSSNames() override { told.append(QStringLiteral("names")); }
+    void applyCallbackText(const QString& text) override { told.append(QStringLiteral("text ") + text); }
+    void setActiveElement(const std::vector<int>& path) override
+    {
+        told.append(QStringLiteral("active %1").arg(path.size()));
+    }
+    void fitWindowToPage(int width) override { told.append(QStringLiteral("width %1").arg(width)); }
+    QString linkTo(const std::filesystem::path& file) const override
+    {
+        return QString::fromStdString(file.lexically_relative(folder).native());
+    }
+    void undo() override { told.append(QStringLiteral("undo")); }
+    void redo() override { told.append(QStringLiteral("redo")); }
+
+    QTemporaryDir temporary;
+    std::string folder = temporary.path().toStdString();
+    std::string markup;
+    QStringList told;
+    ViewController* controller = nullptr;
+};
+
+QPushButton* button(QDialog* sheet, const char* name)
+{
+    return sheet->findChild<QPushButton*>(QString::fromLatin1(name));
+}
+
+} // namespace
+
+/// The controller with a real rendering and a document that only takes notes.
+class tst_viewcontroller final : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::unique_ptr<QWidget> window;
+    std::unique_ptr<TextDocument> document;
+    ViewController* controller = nullptr;
+    QLabel* infoText = nullptr;
+
+    bool show(const std::string& body)
+    {
+        document->markup = "<html><head></head><body>" + body + "</body></html>";
+        QSignalSpy shown(&page(), &EditorPage::shown);
+        controller->show(ViewController::Position::Start);
+        bool done = shown.wait(30'000);
+        done = done &&
+               QTest::qWaitFor([this] { return !document->told.filter(QStringLiteral("width")).isEmpty(); });
+        document->told.clear();
+        controller->webView()->setFocus();
+        return done;
+    }
+    EditorPage& page() { return controller->webView()->editorPage(); }
+    QString answer(const char* script)
+    {
+        return controller->evaluateAndWait(QString::fromLatin1(script)).toString();
+    }
+
+private slots:
+    void init()
+    {
+        window = std::make_unique<QWidget>();
+        document = std::make_unique<TextDocument>();
+        infoText = new QLabel(window.get());
+        auto* content = new QWidget(window.get());
+        (new QVBoxLayout(window.get()))->addWidget(content);
+        controller = new ViewController(*document, content, infoText);
+        document->controller = controller;
+        window->resize(700, 500);
+        window->show();
+        window->activateWindow();
+    }
+    void cleanup()
+    {
+        window.reset();
+        document.reset();
+    }
+
+    void typing_comesIntoTheDocumentAndThenTheElement()
+    {
+        QVERIFY(show("<p>one</p><p></p>"));
+        (void)answer("getSelection().collapse(document.querySelector('p').firstChild, 3)");
+        QTest::keyClicks(controller->webView()->focusProxy(), QStringLiteral("abc"));
+        QTRY_VERIFY(document->markup.find("oneabc") != std::string::npos);
+        QTRY_VERIFY(document->told.contains(QStringLiteral("active 2")));
+        QVERIFY(document->told.contains(QStringLiteral("Typing")));
+        QCOMPARE(document->markup.find("contenteditable"), std::string::npos);
+    }
+
+    void catchUp_leavesNoEditBehind()
+    {
+        QVERIFY(show("<p>one</p>"));
+        controller->evaluate(QStringLiteral("document.querySelector('p').textContent = 'two'"));
+        controller->catchUp();
+        QVERIFY(document->markup.find("<p>two</p>") != std::string::npos);
+        document->told.clear();
+        controller->catchUp();
+        QVERIFY(document->told.isEmpty());
+    }
+
+    void reload_keepsScrollAndCaret()
+    {
+        QVERIFY(show("<p>one</p><div style='height: 5000px'></div><p id=it>two</p>"));
+        (void)answer("getSelection().collapse(document.querySelector('#it').firstChild, 2);"
+                     "document.body.scrollTop = 1234");
+        QTRY_VERIFY(document->told.contains(QStringLiteral("active 2")));
+        document->told.clear();
+        QSignalSpy shown(&page(), &EditorPage::shown);
+        document->reload();
+        QVERIFY(shown.wait());
+        QCOMPARE(answer("document.body.scrollTop"), QStringLiteral("1234"));
+        QCOMPARE(answer("getSelection().focusNode.data + getSelection().focusOffset"),
+                 QStringLiteral("two2"));
+        QTRY_VERIFY(document->told.contains(QStringLiteral("names")));
+        QVERIFY(document->told.filter(QStringLiteral("width")).count() >= 1);
+        QVERIFY(document->told.filter(QStringLiteral("active")).isEmpty());
+    }
+
+    void deadProcess_isReplacedUntilItDiesTooOften()
+    {
+        QVERIFY(show("<p>one</p>"));
+        for (int i = 0; i < 3; ++i) {
+            QSignalSpy shown(&page(), &EditorPage::shown);
+            ::kill(static_cast<pid_t>(page().renderProcessPid()), SIGKILL);
+            QVERIFY(shown.wait());
+            QCOMPARE(answer("document.body.innerText.trim()"), QStringLiteral("one"));
+        }
+        ::kill(static_cast<pid_t>(page().renderProcessPid()), SIGKILL);
+        QTRY_VERIFY(window->findChild<QPushButton*>(QStringLiteral("showAgainButton")));
+        QSignalSpy shown(&page(), &EditorPage::shown);
+        window->findChild<QPushButton*>(QStringLiteral("showAgainButton"))->click();
+        QVERIFY(shown.wait());
+        QVERIFY(!window->findChild<QPushButton*>(QStringLiteral("showAgainButton")));
+    }
+
+    void linkSheet_makesAndEditsLinks_data()
+    {
+        QTest::addColumn<QString>("address");
+        QTest::newRow("plain") << QStringLiteral("https://example.org/a?b=c&d");
+        QTest::newRow("quotes") << QStringLiteral("a'); document.body.remove(); ('");
+        QTest::newRow("double quotes") << QStringLiteral("a\" onclick=\"alert(1)");
+        QTest::newRow("end of script") << QStringLiteral("</script><script>alert(1)");
+        QTest::newRow("backslash") << QStringLiteral("a\\");
+        QTest::newRow("other signs") << QStringLiteral("gr\u00fcn\u2028\U0001F600");
+    }
+    void linkSheet_makesAndEditsLinks()
+    {
+        QFETCH(QString, address);
+        QVERIFY(show("<p>one two</p>"));
+        (void)answer("getSelection().setBaseAndExtent(document.querySelector('p').firstChild, 0,"
+                     "document.querySelector('p').firstChild, 3)");
+        controller->makeLink();
+        auto* field = controller->linkSheet()->findChild<QLineEdit*>(QStringLiteral("linkAddress"));
+        QCOMPARE(field->text(), QStringLiteral("http://"));
+        QVERIFY(!button(controller->linkSheet(), "linkButton")->isEnabled());
+        field->setText(QStringLiteral("first.html"));
+        QCOMPARE(button(controller->linkSheet(), "linkButton")->text(), QStringLiteral("Link"));
+        button(controller->linkSheet(), "linkButton")->click();
+        QCOMPARE(answer("document.querySelector('a').outerHTML"),
+                 QStringLiteral("<a href=\"first.html\">one</a>"));
+        controller->editLink();
+        QTRY_COMPARE(field->text(), QStringLiteral("first.html"));
+        QCOMPARE(button(controller->linkSheet(), "linkButton")->text(), QStringLiteral("Edit Link"));
+        field->setText(address);
+        button(controller->linkSheet(), "linkButton")->click();
+        QCOMPARE(answer("document.querySelectorAll('a').length"), QStringLiteral("1"));
+        QCOMPARE(answer("document.querySelector('a').getAttribute('href')"), address);
+        QCOMPARE(answer("document.querySelector('a').attributes.length"), QStringLiteral("1"));
+    }
+
+    void linkSheet_refusesScripts()
+    {
+        QVERIFY(show("<p>one</p>"));
+        controller->makeLink();
+        auto* field = controller->linkSheet()->findChild<QLineEdit*>(QStringLiteral("linkAddress"));
+        for (const char* address :
+             {"javascript:alert(1)", " JavaScript :x", "data:text/html,x", "", "http://"}) {
+            field->setText(QString::fromLatin1(address));
+            QVERIFY2(!button(controller->linkSheet(), "linkButton")->isEnabled(), address);
+        }
+        field->setText(QStringLiteral("page.html?javascript:"));
+        QVERIFY(button(controller->linkSheet(), "linkButton")->isEnabled());
+        button(controller->linkSheet(), "linkCancelButton")->click();
+        QCOMPARE(answer("document.querySelectorAll('a').length"), QStringLiteral("0"));
+    }
+
+    void insertImage_insertsTheRelativePath()
+    {
+        QVERIFY(show("<p>one</p>"));
+        (void)answer("getSelection().collapse(document.querySelector('p').firstChild, 3)");
+        controller->insertImage();
+        auto* field = controller->linkSheet()->findChild<QLineEdit*>(QStringLiteral("linkAddress"));
+        QCOMPARE(field->text(), QString());
+        QCOMPARE(button(controller->linkSheet(), "linkButton")->text(), QStringLiteral("IMG"));
+        field->setText(QString::fromStdString(document->folder) + QStringLiteral("/img/a.png"));
+        button(controller->linkSheet(), "linkButton")->click();
+        QCOMPARE(answer("document.querySelector('p').innerHTML"),
+                 QStringLiteral("one<img src=\"img/a.png\" alt=\"\">"));
+    }
+
+    void sourcePanel_savesIntoTheDocument()
+    {
+        QVERIFY(show("<p>one</p>"));
+        controller->showSource();
+        auto* field = controller->sourcePanel()->findChild<QPlainTextEdit*>(QStringLiteral("sourceField"));
+        QPushButton* save = button(controller->sourcePanel(), "saveSourceButton");
+        QVERIFY(field->toPlainText().contains(QStringLiteral("<p>one</p>")));
+        QVERIFY(!save->isEnabled());
+        field->setPlainText(QStringLiteral("<html><body><h1>New</h1></body></html>"));
+        QVERIFY(save->isEnabled());
+        QSignalSpy shown(&page(), &EditorPage::shown);
+        save->click();
+        QVERIFY(shown.wait());
+        QCOMPARE(document->told.mid(0, 4), (QStringList{QStringLiteral("html"), QStringLiteral("Edit Source"),
+                                                        QStringLiteral("reload"), QStringLiteral("css")}));
+        QCOMPARE(answer("document.body.innerText.trim()"), QStringLiteral("New"));
+    }
+
+    void contextMenu_marksTheSelection()
+    {
+        QVERIFY(show("<h2 style='margin: 0; font-size: 80px; text-align: center'><b>wide heading</b></h2>"));
+        QTest::mouseClick(controller->webView()->focusProxy(), Qt::RightButton, {}, QPoint(300, 50));
+        QTRY_VERIFY(controller->webView()->findChild<QMenu*>(QStringLiteral("webViewMenu")));
+        auto* menu = controller->webView()->findChild<QMenu*>(QStringLiteral("webViewMenu"));
+        QStringList titles;
+        for (const QAction* action : menu->actions())
+            titles.append(action->text());
+        QCOMPARE(titles, (QStringList{QStringLiteral("Inspect Element"), QStringLiteral("Text Style"),
+                                      QStringLiteral("Text Justification")}));
+        QStringList marked;
+        for (const QMenu* each : {controller->fontSubMenu(), controller->justificationSubMenu()})
+            for (const QAction* action : each->actions())
+                if (action->isChecked())
+                    marked.append(action->text());
+        QCOMPARE(marked, (QStringList{QStringLiteral("Bold"), QStringLiteral("Heading 2"),
+                                      QStringLiteral("Justify Center")}));
+        menu->close();
+    }
+
+    void undoKeys_goToTheDocument()
+    {
+        QVERIFY(show("<p>one</p>"));
+        QTest::keyClick(controller->webView()->focusProxy(), Qt::Key_Z, Qt::ControlModifier);
+        QTest::keyClick(controller->webView()->focusProxy(), Qt::Key_Z,
+                        Qt::ControlModifier | Qt::ShiftModifier);
+        QCOMPARE(document->told.filter(QStringLiteral("do")),
+                 (QStringList{QStringLiteral("undo"), QStringLiteral("redo")}));
+    }
+
+    void scriptCall_leavesPlainTitlesAsTheyAre()
+    {
+        QCOMPARE(scriptCall(QStringLiteral("applyStyle"), QStringLiteral("Heading 1")),
+                 QStringLiteral("applyStyle('Heading 1')"));
+        QCOMPARE(scriptCall(QStringLiteral("doCommand"), QStringLiteral("Insert Image"),
+                            QStringLiteral("a/b.png")),
+                 QStringLiteral("doCommand('Insert Image', 'a/b.png')"));
+        QVERIFY(!quotedForScript(QStringLiteral("');</script>\n\\")).contains(u'\''));
+    }
+};
+
+LUMA_TEST(tst_viewcontroller)
+#include "tst_viewcontroller.moc"

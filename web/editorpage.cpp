@@ -1,0 +1,294 @@
+#include "web/editorpage.h"
+
+#include "base/files.h"
+#include "base/resources.h"
+#include "web/pagescheme.h"
+#include "web/scriptcall.h"
+
+#include <QDesktopServices>
+#include <QFile>
+#include <QWebChannel>
+#include <QWebEngineFullScreenRequest>
+#include <QWebEngineRegisterProtocolHandlerRequest>
+#include <QWebEngineScript>
+#include <QWebEngineScriptCollection>
+#include <QWebEngineSettings>
+
+#include <algorithm>
+#include <system_error>
+#include <utility>
+#include <vector>
+
+namespace fs = std::filesystem;
+
+namespace luma {
+
+namespace {
+
+constexpr int longestSilence = 250; // milliseconds
+constexpr int fetchPause = 50;      // milliseconds
+
+QWebEngineScript editorScript(const QString& name, const QString& source,
+                              QWebEngineScript::InjectionPoint point)
+{
+    QWebEngineScript script;
+    script.setName(name);
+    script.setSourceCode(source);
+    script.setInjectionPoint(point);
+    script.setWorldId(QWebEngineScript::ApplicationWorld);
+    script.setRunsOnSubFrames(false);
+    return script;
+}
+
+// The channel's own client script, which Qt carries as a resource.
+QString channelScript()
+{
+    QFile file(QStringLiteral(":/qtwebchannel/qwebchannel.js"));
+    return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
+}
+
+std::vector<fs::path> pageSideScripts()
+{
+    std::vector<fs::path> scripts;
+    std::error_code error;
+    for (fs::directory_iterator entry(resourceFolder() / "LUMAHTMLCSSJS", error), end; !error && entry != end;
+         entry.increment(error)) {
+        if (entry->path().extension() == ".js")
+            scripts.push_back(entry->path());
+    }
+    std::sort(scripts.begin(), scripts.end());
+    return scripts;
+}
+
+bool isForTheBrowser(const QUrl& url)
+{
+    static const QStringList schemes = {QStringLiteral("http"), QStringLiteral("https"),
+                                        QStringLiteral("ftp"), QStringLiteral("mailto"),
+                                        QStringLiteral("tel")};
+    return schemes.contains(url.scheme());
+}
+
+// The desktop opens a file with whatever it has for the type: what it might run instead is not opened.
+bool mightRun(const fs::path& file)
+{
+    std::error_code error;
+    const auto status = fs::status(file, error);
+    const auto anyExecute = fs::perms::owner_exec | fs::perms::group_exec | fs::perms::others_exec;
+    return error || file.extension() == ".desktop" ||
+           (fs::is_regular_file(status) && (status.permissions() & anyExecute) != fs::perms::none);
+}
+
+} // namespace
+
+EditorPage::EditorPage(EditorProfile& profile, QObject* parent)
+    : QWebEnginePage(&profile, parent), m_profile(profile), m_host(EditorProfile::newHost())
+{
+    m_bridge = new PageBridge(this);
+    m_channel = new QWebChannel(this);
+    m_channel->registerObject(QStringLiteral("bridge"), m_bridge);
+    setWebChannel(m_channel, QWebEngineScript::ApplicationWorld);
+    addEditorScripts();
+    connectRefusals();
+    connectState();
+}
+
+EditorPage::~EditorPage()
+{
+    m_profile.files().withdraw(m_host);
+}
+
+void EditorPage::addEditorScripts()
+{
+    m_scripts.append(
+        editorScript(QStringLiteral("qwebchannel.js"), channelScript(), QWebEngineScript::DocumentCreation));
+    for (const fs::path& path : pageSideScripts()) {
+        if (const auto source = readFile(path))
+            m_scripts.append(editorScript(QString::fromStdString(path.filename().string()),
+                                          QString::fromStdString(*source), QWebEngineScript::DocumentReady));
+    }
+    scripts().insert(m_scripts);
+}
+
+// A process that has replaced another one may not have been given them (seen with Qt 6.4).
+void EditorPage::addMissingScripts()
+{
+    ScriptCall::run(this, QStringLiteral("typeof takeMessages"),
+                    [page = std::weak_ptr(m_self), generation = m_generation](const QVariant& type) {
+                        const auto self = page.lock();
+                        if (!self || generation != self->m_generation || type != QStringLiteral("undefined"))
+                            return;
+                        for (const QWebEngineScript& script : std::as_const(self->m_scripts))
+                            ScriptCall::run(self.get(), script.sourceCode());
+                    });
+}
+
+void EditorPage::connectRefusals()
+{
+    connect(this, &QWebEnginePage::featurePermissionRequested, this,
+            [this](const QUrl& origin, Feature feature) {
+                setFeaturePermission(origin, feature, PermissionDeniedByUser);
+            });
+    connect(this, &QWebEnginePage::fullScreenRequested, this,
+            [](QWebEngineFullScreenRequest request) { request.reject(); });
+    connect(this, &QWebEnginePage::registerProtocolHandlerRequested, this,
+            [](QWebEngineRegisterProtocolHandlerRequest request) { request.reject(); });
+}
+
+void EditorPage::connectState()
+{
+    // The engine may leave out the end of a load that another one overtook, and end one that is not the last:
+    // it is the page itself that tells when it stands there, and which it is.
+    connect(m_bridge, &PageBridge::documentReady, this, [this](const QString& address) {
+        if (QUrl(address) != m_address)
+            return;
+        m_complete = true;
+        m_silence.stop();
+        emit ready();
+    });
+    connect(m_bridge, &PageBridge::documentLoaded, this, [this](const QString& address) {
+        m_isLoaded = m_complete && QUrl(address) == m_address;
+        tellShown();
+    });
+    connect(this, &QWebEnginePage::loadFinished, this, &EditorPage::tellShown);
+    watchChannel();
+    connect(this, &QWebEnginePage::renderProcessTerminated, this, [this](RenderProcessTerminationStatus) {
+        m_complete = false;
+        m_isLoaded = false;
+        m_silence.stop();
+        m_fetch.stop();
+        emit processDied();
+    });
+}
+
+// The channel to a process that has replaced another one may be dead (seen with Qt 6.4), and one made anew is
+// dead too. Then the page's messages are fetched.
+void EditorPage::watchChannel()
+{
+    m_silence.setSingleShot(true);
+    connect(&m_silence, &QTimer::timeout, this, [this] {
+        m_deafProcess = renderProcessPid();
+        m_fetch.start(fetchPause);
+    });
+    connect(&m_fetch, &QTimer::timeout, this, &EditorPage::fetchMessages);
+    connect(this, &QWebEnginePage::loadFinished, this, [this](bool done) {
+        if (!done || m_complete || url() != m_address)
+            return;
+        addMissingScripts();
+        m_silence.start(renderProcessPid() == m_deafProcess ? 0 : longestSilence);
+    });
+}
+
+void EditorPage::fetchMessages()
+{
+    if (std::exchange(m_isFetching, true))
+        return;
+    ScriptCall::run(this, QStringLiteral("takeMessages()"),
+                    [page = std::weak_ptr(m_self), generation = m_generation](const QVariant& messages) {
+                        const auto self = page.lock();
+                        if (!self || generation != self->m_generation)
+                            return;
+                        self->m_isFetching = false;
+                        // Outside of the engine's work, which answers no question until it is done.
+                        QMetaObject::invokeMethod(
+                            self->m_bridge,
+                            [bridge = self->m_bridge, messages] { bridge->takeMessages(messages); },
+                            Qt::QueuedConnection);
+                    });
+}
+
+void EditorPage::tellShown()
+{
+    if (!isLoading() && std::exchange(m_isLoaded, false))
+        emit shown();
+}
+
+void EditorPage::show(const QByteArray& markup, const SiteFolder& files)
+{
+    m_files = files;
+    m_complete = false;
+    m_isLoaded = false;
+    m_silence.stop();
+    m_fetch.stop();
+    m_isFetching = false;
+    m_loadIsDue = true;
+    ++m_generation;
+    m_profile.files().serve(m_host, markup, files);
+    m_address = SiteSchemeHandler::address(m_host, files.page());
+    m_address.setQuery(QString::number(m_generation)); // Each page shown has an address of its own.
+    load(m_address);
+}
+
+void EditorPage::clearCaches()
+{
+    m_profile.clearHttpCache();
+}
+
+bool EditorPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame)
+{
+    if (type == NavigationTypeLinkClicked) {
+        activateLink(url);
+        return false;
+    }
+    // A frame within the page may show a page of the site; it stays where the page put it.
+    if (!isMainFrame)
+        return type == NavigationTypeOther &&
+               (PageScheme::isOfPage(url, m_host) || url.scheme() == QLatin1String("about"));
+    // Once, and the last page handed over alone: an earlier one may ask after it.
+    if (!m_loadIsDue || type != NavigationTypeTyped || url != m_address)
+        return false;
+    m_loadIsDue = false;
+    return true;
+}
+
+void EditorPage::activateLink(const QUrl& url)
+{
+    const QUrl address = addressForTheBrowser(url);
+    if (address.isValid() && !address.isEmpty())
+        QDesktopServices::openUrl(address);
+}
+
+QUrl EditorPage::addressForTheBrowser(const QUrl& url) const
+{
+    if (!PageScheme::isOfPage(url, m_host))
+        return isForTheBrowser(url) ? url : QUrl();
+    const auto file = m_files.fileAt(url.path(QUrl::FullyEncoded).toStdString());
+    if (!file || !m_files.realPath(*file) || mightRun(*file))
+        return {};
+    QUrl address =
+        QUrl::fromEncoded("file://" + QByteArray::fromStdString(file->native()).toPercentEncoding("/"));
+    if (*file != m_files.page())
+        address.setQuery(url.query(QUrl::FullyEncoded));
+    address.setFragment(url.fragment(QUrl::FullyEncoded));
+    return address;
+}
+
+QStringList EditorPage::chooseFiles(FileSelectionMode, const QStringList&, const QStringList&)
+{
+    return {};
+}
+
+void EditorPage::javaScriptAlert(const QUrl&, const QString&) {}
+
+bool EditorPage::javaScriptConfirm(const QUrl&, const QString&)
+{
+    return false;
+}
+
+bool EditorPage::javaScriptPrompt(const QUrl&, const QString&, const QString&, QString*)
+{
+    return false;
+}
+
+void EditorPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message,
+                                          int line, const QString& source)
+{
+    // What the engine finds wrong with the page itself is of no interest here; what it can't run is the
+    // editor's, as no script of the page runs.
+    if (PageScheme::isOfPage(QUrl(source), m_host) && !message.startsWith(QLatin1String("Uncaught ")))
+        return;
+    if (level == ErrorMessageLevel && source.startsWith(QLatin1String("userscript:")))
+        qWarning("%s:%d: %s", qUtf8Printable(source), line, qUtf8Printable(message));
+    emit scriptMessage(message);
+}
+
+} // namespace luma

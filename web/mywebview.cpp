@@ -1,0 +1,186 @@
+#include "web/mywebview.h"
+
+#include "web/scriptcall.h"
+
+#include <QContextMenuEvent>
+#include <QCoreApplication>
+#include <QDropEvent>
+#include <QKeyEvent>
+#include <QMenu>
+#include <QMimeData>
+
+namespace luma {
+
+namespace {
+
+bool isOfKeys(QEvent::Type type)
+{
+    return type == QEvent::KeyPress || type == QEvent::KeyRelease || type == QEvent::ShortcutOverride ||
+           type == QEvent::InputMethod;
+}
+
+// Keys of the window's commands, for which the engine has commands of its own.
+bool isCommandKey(const QKeyEvent& key)
+{
+    return key.matches(QKeySequence::Bold) || key.matches(QKeySequence::Italic) ||
+           key.matches(QKeySequence::Underline);
+}
+
+bool carriesFiles(const QMimeData* data)
+{
+    const QList<QUrl> urls = data->urls();
+    return !urls.isEmpty() && urls.first().isLocalFile();
+}
+
+void check(QMenu* menu, const QStringList& titles)
+{
+    if (!menu)
+        return;
+    const QList<QAction*> actions = menu->actions();
+    for (QAction* action : actions) {
+        if (action->isCheckable())
+            action->setChecked(titles.contains(action->text()));
+    }
+}
+
+} // namespace
+
+MyWebView::MyWebView(QWidget* parent)
+    : QWebEngineView(parent),
+      m_profile(EditorProfile::shared()),
+      m_page(std::make_unique<EditorPage>(*m_profile))
+{
+    setPage(m_page.get());
+    connect(m_page.get(), &EditorPage::ready, this, &MyWebView::watchKeys);
+}
+
+MyWebView::~MyWebView() = default;
+
+// The engine receives keys in a widget of its own, which is another one after its process was replaced.
+void MyWebView::watchKeys()
+{
+    m_countOfKeys = 0;
+    if (m_keyReceiver == focusProxy())
+        return;
+    m_keyReceiver = focusProxy();
+    if (m_keyReceiver)
+        m_keyReceiver->installEventFilter(this);
+}
+
+bool MyWebView::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched != m_keyReceiver || !isOfKeys(event->type()))
+        return QWebEngineView::eventFilter(watched, event);
+    if (event->type() == QEvent::ShortcutOverride)
+        return takeUndoKey(static_cast<QKeyEvent&>(*event)) || isCommandKey(static_cast<QKeyEvent&>(*event));
+    if (m_heldInput.isHolding() && event != m_madeUp) {
+        keepForLater(*event);
+        return true;
+    }
+    if (event->type() != QEvent::KeyPress)
+        return false;
+    if (takeUndoKey(static_cast<QKeyEvent&>(*event)))
+        return true;
+    ++m_countOfKeys;
+    return false;
+}
+
+void MyWebView::keepForLater(const QEvent& event)
+{
+    m_heldInput.take([self = QPointer(this), kept = std::shared_ptr<QEvent>(event.clone())] {
+        if (!self || !self->m_keyReceiver)
+            return;
+        self->m_madeUp = kept.get();
+        QCoreApplication::sendEvent(self->m_keyReceiver, kept.get());
+        if (self)
+            self->m_madeUp = nullptr;
+    });
+}
+
+bool MyWebView::takeUndoKey(QKeyEvent& key)
+{
+    const bool isUndo = key.matches(QKeySequence::Undo);
+    if (!isUndo && !key.matches(QKeySequence::Redo))
+        return false;
+    key.accept();
+    if (key.type() == QEvent::KeyPress)
+        isUndo ? emit undoWanted() : emit redoWanted();
+    return true;
+}
+
+void MyWebView::setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu)
+{
+    m_fontSubMenu = fontSubMenu;
+    m_justificationSubMenu = justificationSubMenu;
+}
+
+void MyWebView::updateMenuMarks()
+{
+    const QPointer<MyWebView> self = this;
+    const QVariant styles = ScriptCall::wait(m_page.get(), QStringLiteral("getTextTags()"));
+    if (!self)
+        return;
+    check(m_fontSubMenu, ScriptCall::strings(styles).value_or(QStringList()));
+    const QVariant justification =
+        ScriptCall::wait(m_page.get(), QStringLiteral("getCurrentJustification()"));
+    if (self)
+        check(m_justificationSubMenu, ScriptCall::strings(justification).value_or(QStringList()));
+}
+
+// The engine asks for the menu from within its own work and answers no question until that is done.
+void MyWebView::contextMenuEvent(QContextMenuEvent* event)
+{
+    event->accept();
+    QMetaObject::invokeMethod(
+        this, [this, where = event->globalPos()] { openMenu(where); }, Qt::QueuedConnection);
+}
+
+void MyWebView::openMenu(const QPoint& where)
+{
+    const QPointer<MyWebView> self = this;
+    updateMenuMarks();
+    if (!self)
+        return;
+    auto* menu = new QMenu(this);
+    menu->setObjectName(QStringLiteral("webViewMenu"));
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->addAction(tr("Inspect Element"), this, &MyWebView::inspectElementWanted);
+    if (m_fontSubMenu) {
+        m_fontSubMenu->setTitle(tr("Text Style"));
+        menu->addMenu(m_fontSubMenu);
+    }
+    if (m_justificationSubMenu) {
+        m_justificationSubMenu->setTitle(tr("Text Justification"));
+        menu->addMenu(m_justificationSubMenu);
+    }
+    menu->popup(where);
+}
+
+void MyWebView::dragEnterEvent(QDragEnterEvent* event)
+{
+    if (carriesFiles(event->mimeData()))
+        event->acceptProposedAction();
+    else
+        QWebEngineView::dragEnterEvent(event);
+}
+
+void MyWebView::dragMoveEvent(QDragMoveEvent* event)
+{
+    if (carriesFiles(event->mimeData()))
+        event->acceptProposedAction();
+    else
+        QWebEngineView::dragMoveEvent(event);
+}
+
+void MyWebView::dropEvent(QDropEvent* event)
+{
+    if (!carriesFiles(event->mimeData())) {
+        QWebEngineView::dropEvent(event);
+        return;
+    }
+    event->setDropAction(Qt::CopyAction);
+    event->accept();
+    emit filesDropped(event->mimeData()->urls(), event->position());
+}
+
+} // namespace luma

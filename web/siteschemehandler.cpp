@@ -1,0 +1,106 @@
+#include "web/siteschemehandler.h"
+
+#include "base/workitem.h"
+#include "web/pagescheme.h"
+
+#include <QBuffer>
+#include <QCoreApplication>
+#include <QFile>
+#include <QPointer>
+#include <QWebEngineUrlRequestJob>
+
+namespace fs = std::filesystem;
+
+namespace luma {
+
+namespace {
+
+void replyWithFile(const QPointer<QWebEngineUrlRequestJob>& job, FileDescriptor opened,
+                   const QByteArray& type)
+{
+    if (!job)
+        return;
+    auto* file = new QFile(job);
+    if (file->open(opened.get(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        (void)opened.release();
+        job->reply(type, file);
+    } else {
+        job->fail(QWebEngineUrlRequestJob::RequestFailed);
+    }
+}
+
+void refuse(const QPointer<QWebEngineUrlRequestJob>& job)
+{
+    if (job)
+        job->fail(QWebEngineUrlRequestJob::UrlNotFound);
+}
+
+bool comesFromPage(const QWebEngineUrlRequestJob* job, const QString& host)
+{
+    return job->initiator().isEmpty() || PageScheme::isOfPage(job->initiator(), host);
+}
+
+} // namespace
+
+void SiteSchemeHandler::serve(const QString& host, const QByteArray& markup, const SiteFolder& files)
+{
+    m_pages.insert(host, {markup, files});
+}
+
+void SiteSchemeHandler::withdraw(const QString& host)
+{
+    m_pages.remove(host);
+}
+
+QUrl SiteSchemeHandler::address(const QString& host, const fs::path& file)
+{
+    const QByteArray path = QByteArray::fromStdString(SiteFolder::addressPath(file));
+    return QUrl::fromEncoded(PageScheme::name() + "://" + host.toLatin1() + path, QUrl::StrictMode);
+}
+
+void SiteSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job)
+{
+    const QUrl url = job->requestUrl();
+    const auto page = m_pages.constFind(url.host());
+    if (page == m_pages.constEnd() || job->requestMethod() != "GET" || !comesFromPage(job, url.host())) {
+        job->fail(QWebEngineUrlRequestJob::RequestDenied);
+        return;
+    }
+    const QByteArray path = url.path(QUrl::FullyEncoded).toLatin1();
+    const auto file = page->files.fileAt(path.toStdString());
+    if (!file)
+        job->fail(QWebEngineUrlRequestJob::UrlInvalid);
+    else if (*file == page->files.page())
+        answerMarkup(job, page->markup);
+    else
+        answerFile(job, page->files, *file);
+}
+
+void SiteSchemeHandler::answerMarkup(QWebEngineUrlRequestJob* job, const QByteArray& markup)
+{
+    auto* buffer = new QBuffer(job);
+    // The byte order mark outranks whatever encoding the page claims: what is served is UTF-8.
+    buffer->setData(markup.startsWith("\xef\xbb\xbf") ? markup : "\xef\xbb\xbf" + markup);
+    buffer->open(QIODevice::ReadOnly);
+    job->reply("text/html;charset=utf-8", buffer);
+}
+
+void SiteSchemeHandler::answerFile(QWebEngineUrlRequestJob* job, const SiteFolder& files,
+                                   const fs::path& file)
+{
+    start(std::make_shared<WorkItem>(), [files, file, job = QPointer(job)](const WorkItem&) {
+        auto opened = std::make_shared<Result<FileDescriptor>>(files.open(file));
+        const QByteArray type = QByteArray::fromStdString(contentTypeOf(file));
+        QMetaObject::invokeMethod(
+            QCoreApplication::instance(),
+            [job, opened, type] {
+                if (*opened)
+                    replyWithFile(job, std::move(**opened), type);
+                else
+                    refuse(job);
+            },
+            Qt::QueuedConnection);
+    });
+}
+
+} // namespace luma
