@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/propertylist.h"
 
 #include "base/propertylistshape.h"

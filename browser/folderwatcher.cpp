@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/folderwatcher.h"
 
 #include "base/resources.h"

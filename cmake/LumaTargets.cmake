@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: GPL-3.0-or-later
 # Flags that every target of ours carries.
 add_library(luma_flags INTERFACE)
 target_compile_options(luma_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -fno-omit-frame-pointer)

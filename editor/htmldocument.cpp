@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/htmldocument.h"
 
 #include "base/files.h"

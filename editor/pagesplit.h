@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
 /// Where the two dividers of the page editor's window may stand, as plain arithmetic in pixels.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/linkupdatingmove.h"
 
 #include "base/files.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "lumactl/standardoutput.h"
 #include "lumactl/syncarguments.h"
 #include "site/foldercomparison.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "mounts/gpointer.h"
 // GLib's headers come first: they use Qt's word `signals` for a member.
 #include "mounts/mountrequest.h"

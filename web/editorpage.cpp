@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "web/editorpage.h"
 
 #include "base/files.h"

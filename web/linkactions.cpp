@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "web/linkactions.h"
 
 #include "page/sitefolder.h"

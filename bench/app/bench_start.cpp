@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the start of the application is made of. The second call prints, in milliseconds since the process
 // began, when each step stood:
 //

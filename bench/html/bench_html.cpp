@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "bench/measuring.h"
 #include "html/characterdata.h"
 #include "html/element.h"

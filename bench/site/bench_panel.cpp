@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The missing-links report of a site: without a screen, and in the progress panel of a window.
 #include "browser/linkjobs.h"
 #include "links/linkreports.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The sync panel with a listing of 20,000 rows: the longest time that its window could not answer.
 #include "site/syncpanel.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // One side of bench/site/run: makes the trees, compares them, transfers what changed.
 #include "site/filetransfer.h"
 #include "site/foldercomparison.h"

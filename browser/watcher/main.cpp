@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/watcher/announcer.h"
 #include "browser/watcher/foldertreewatch.h"
 

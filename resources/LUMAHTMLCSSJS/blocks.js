@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Blocks: the elements that stand on lines of their own, and how they are split and joined.
 
 const blockNames = new Set(('address article aside blockquote body caption center dd details dialog dir div dl dt '

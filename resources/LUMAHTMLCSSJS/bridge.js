@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The page's end of the bridge: it tells that the page stands there, and post(name, body) sends one of the four
 // messages to the editor. While no channel stands, messages wait until it does or the editor fetches them.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Where the caret stands, kept while the page is shown anew, and set where something is dropped.
 
 // Both ends of the selection, each as the way from the root node down over child nodes and an offset; the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Tells the editor that the page changed ("mutationObserver"), once for all that one event changed, with the
 // number of such changes so far. The editor reads the page when it has the time: timers do not run here, as
 // the page's scripts are switched off, so it is the editor that lets a burst pass.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What the engine leaves behind when it edits: spans and fonts that carry the look of where text came from. Those
 // that the page had stay, those that came up while editing go.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The editor's commands by their titles: doCommand('Bold'), doCommand('Create Link', 'address'). Those that are
 // neither in the table nor a text style are the engine's own (execCommand), named by the title without blanks.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Makes the page editable. The design mode belongs to the document, not to its markup: no attribute and no
 // helper element is added, so nothing of it can reach the file.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Justification: the alignment of the selected blocks' text, as an inline style of theirs.
 
 const justifications = {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The links of the page: the one at the selection, and what a click on one does.
 
 function linkAtSelection() {

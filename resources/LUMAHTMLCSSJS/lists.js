@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Lists: making and undoing them, and moving items in and out.
 
 const listNames = { 'Ordered List': 'ol', 'Unordered List': 'ul' };

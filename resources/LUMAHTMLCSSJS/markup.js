@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // "document.documentElement.outerHTML" as markup that is read as the same page again: a parser drops the line end
 // right behind these tags (HTML, "in body", pre), and the engine writes none that it could drop. The accessor is
 // seen by the editor's scripts alone.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Tells what lies under the mouse ("mouseEvent_text"): the elements around the point, and where a link or
 // an image leads.
 

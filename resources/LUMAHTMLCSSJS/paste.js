@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Pasting and dropping: the structure of what comes is kept, its origin's looks, classes, ids and scripts are not.
 
 const pasting = {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Selecting, and telling which element holds the caret ("activeElementHTML").
 
 const activeElement = {

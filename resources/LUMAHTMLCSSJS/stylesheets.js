@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The names that the page's style sheets define, as the engine has read them: linked sheets and style blocks,
 // rules within rules (@media, @layer, @supports, nesting, imported sheets). Always answers an array.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // Text styles and block formats by their titles, as the menus show them.
 
 const textStyles = {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // What keys do: Enter, Backspace and Delete, blanks, and the first letter on an empty page.
 
 const typing = {

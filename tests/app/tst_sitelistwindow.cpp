@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/lumaappdelegate.h"
 #include "app/makerhosts.h"
 #include "app/sitearchive.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/dragrecord.h"
 #include "browser/filesystemmodel.h"
 #include "tests/support/registry.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/connectionrequest.h"
 #include "browser/displaytext.h"
 #include "browser/endpoint.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/propertylist.h"
 #include "editor/outlinemodel.h"
 #include "editor/pagesplit.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/outlineview.h"
 #include "html/element.h"
 #include "tests/editor/documentfixture.h"

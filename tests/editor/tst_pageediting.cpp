@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
 

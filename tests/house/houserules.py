@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: GPL-3.0-or-later
 """The house rules that a machine can read. Prints every breach as file:line: text; fails when there is one.
 
     houserules.py [RULE...]     without a name: all of them
@@ -29,6 +30,7 @@ FLOORS = {
     "app": {"base", "browser", "desktop", "editor", "page", "shell", "site", "web"},
 }
 ROOMS = sorted(FLOORS)
+LICENSED_SUFFIXES = {".cpp", ".h", ".inc", ".in", ".js", ".py", ".exp", ".cmake"}
 # Headers whose classes are not one class of the header's name, and why.
 SHARED_HEADERS = {
     "browser/panehost.h": "the pane's two questions to its window, read together",
@@ -132,6 +134,19 @@ def unfinished():
                 yield breach(path, number, "left open")
 
 
+def licence():
+    """Every source names its licence in its first three lines."""
+    listed = subprocess.run(["git", "ls-files"], capture_output=True, text=True, cwd=ROOT, check=False).stdout
+    scripts = re.compile(r"^(scripts|bench|\.ci)/[^.]+$")
+    for name in listed.splitlines():
+        path = ROOT / name
+        source = path.suffix in LICENSED_SUFFIXES or path.name == "CMakeLists.txt" or scripts.match(name)
+        if not source or not path.exists() or "sample-site" in name:
+            continue
+        if not any("SPDX-License-Identifier: GPL-3.0-or-later" in line for _, line in lines(path)[:3]):
+            yield breach(path, 1, "names no licence")
+
+
 def form():
     """clang-format has nothing to change."""
     if not shutil.which("clang-format"):
@@ -146,7 +161,7 @@ def form():
             yield line
 
 
-RULES = [arrows, circles, classes, sleeping, unfinished, form]
+RULES = [arrows, circles, classes, sleeping, unfinished, licence, form]
 
 
 def main(names):

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/linkoperations.h"
 #include "links/parsedpage.h"
 #include "tests/links/site.h"

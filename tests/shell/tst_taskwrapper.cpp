@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/taskwrapper.h"
 #include "tests/support/registry.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // A window on a real display for tst_realdrags, which drives the mouse. Answers each line of its standard
 // input, fields between tabs, with one line:
 //     drag_helper site FOLDER     the window of the site in a TwoFolders

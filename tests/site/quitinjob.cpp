@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 // The window of a site that is quit in the middle of a job; tst_quitinjob runs it and looks at what it left.
 //     quit_in_job FOLDER JOB WAY
 // FOLDER is a TwoFolders with a site in "sending". Ends with 0 when quitting ended it, with 3 when it went

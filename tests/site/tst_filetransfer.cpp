@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/filetransfer.h"
 #include "site/foldercomparison.h"
 #include "tests/site/twofolders.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/browser.h"
 #include "browser/browsercontroller.h"
 #include "browser/endpoint.h"

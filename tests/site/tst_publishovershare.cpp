@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "mounts/mounts.h"
 #include "tests/site/publishingwindow.h"
 #include "tests/site/screenshot.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "mounts/volumemounter.h"
 #include "shell/sshcontroller.h"
 #include "tests/site/publishingwindow.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/syncpanel.h"
 #include "tests/site/screenshot.h"
 #include "tests/site/twofolders.h"
