@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/web/webfixture.h"
 
-#include "web/pagescheme.h"
 #include "web/scriptcall.h"
 #include "web/scriptquote.h"
 
@@ -13,16 +12,6 @@
 namespace fs = std::filesystem;
 
 namespace luma::test {
-
-namespace {
-
-// As main() does, before the application object is made.
-const struct RegisteredScheme
-{
-    RegisteredScheme() { PageScheme::registerScheme(); }
-} registeredScheme;
-
-} // namespace
 
 WebFixture::WebFixture()
 {
