@@ -4,6 +4,7 @@
 #include "base/observeddictionary.h"
 #include "browser/browsercontroller.h"
 #include "browser/endpoint.h"
+#include "tests/support/screenshot.h"
 
 #include <QLabel>
 #include <QMainWindow>
@@ -49,12 +50,6 @@ public:
         return window.findChild<Widget*>(QLatin1String(name));
     }
     [[nodiscard]] QString text(const char* label) const { return find<QLabel>(label)->text(); }
-    /// Saves a picture of `widget` as `name` when LUMA_SCREENSHOTS names a folder.
-    static void shoot(QWidget& widget, const char* name)
-    {
-        if (const QString shots = qEnvironmentVariable("LUMA_SCREENSHOTS"); !shots.isEmpty())
-            widget.grab().save(QStringLiteral("%1/%2.png").arg(shots, QLatin1String(name)));
-    }
 
     QTemporaryDir folder;
     std::shared_ptr<ObservedDictionary> endpoint = std::make_shared<ObservedDictionary>();

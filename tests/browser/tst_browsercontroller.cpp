@@ -170,7 +170,7 @@ private slots:
         QApplication::sendEvent(list->viewport(), &event);
         auto* menu = site.find<QMenu>("contextualMenu");
         QTRY_VERIFY(menu->isVisible());
-        PaneFixture::shoot(*menu, "context-menu");
+        luma::test::screenshot(*menu, "context-menu");
         menu->close();
         site.find<QAction>("deleteAction")->trigger();
         answerAlert(site, "Delete");

@@ -43,7 +43,7 @@ private slots:
         const QVariantMap request = site.find<ConfigPanel>("configPanel")->request();
         QCOMPARE(request.value(connectionrequest::protocolString).toString(), QStringLiteral("smb://"));
         QCOMPARE(request.value(connectionrequest::password).toString(), QStringLiteral("pw"));
-        PaneFixture::shoot(*site.find<ConfigPanel>("configPanel"), "settings-share");
+        luma::test::screenshot(*site.find<ConfigPanel>("configPanel"), "settings-share");
     }
 
     void fields_followTheProtocol()
@@ -93,7 +93,7 @@ private slots:
         site.pane->configure();
         auto* sheet = site.find<ConfigPanel>("configPanel");
         QTRY_VERIFY(sheet->isVisible());
-        PaneFixture::shoot(*sheet, "settings-local");
+        luma::test::screenshot(*sheet, "settings-local");
         QTest::mouseClick(sheet->findChild<QPushButton*>(QStringLiteral("configConnectButton")),
                           Qt::LeftButton);
         QVERIFY(!sheet->isVisible());

@@ -3,9 +3,9 @@
 #include "browser/dragrecord.h"
 #include "browser/filesystemmodel.h"
 #include "browser/unlinkeditemsmodel.h"
-#include "tests/site/screenshot.h"
 #include "tests/site/sitewindow.h"
 #include "tests/support/registry.h"
+#include "tests/support/screenshot.h"
 
 #include <QAction>
 #include <QCheckBox>

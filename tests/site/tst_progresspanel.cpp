@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/logview.h"
 #include "site/progresspanel.h"
-#include "tests/site/screenshot.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/registry.h"
+#include "tests/support/screenshot.h"
 
 #include <QAbstractItemModelTester>
 #include <QClipboard>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "mounts/mounts.h"
 #include "tests/site/publishingwindow.h"
-#include "tests/site/screenshot.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/mainthread.h"
 #include "tests/support/registry.h"
 #include "tests/support/sambaserver.h"
+#include "tests/support/screenshot.h"
 
 #include <QApplication>
 #include <QFile>

@@ -2,10 +2,10 @@
 #include "mounts/volumemounter.h"
 #include "shell/sshcontroller.h"
 #include "tests/site/publishingwindow.h"
-#include "tests/site/screenshot.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/mainthread.h"
 #include "tests/support/registry.h"
+#include "tests/support/screenshot.h"
 #include "tests/support/sshserver.h"
 
 #include <QAction>

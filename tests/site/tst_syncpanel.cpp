@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/syncpanel.h"
-#include "tests/site/screenshot.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/registry.h"
+#include "tests/support/screenshot.h"
 
 #include <QCheckBox>
 #include <QComboBox>

@@ -2,7 +2,6 @@
 #include "tests/tour/tour.h"
 
 #include <QApplication>
-#include <QFile>
 
 #include <cstdio>
 
@@ -11,8 +10,9 @@ int main(int argc, char** argv)
     QApplication application(argc, argv);
     QApplication::setApplicationDisplayName(QStringLiteral("LUMA"));
     if (argc != 4) {
-        (void)std::fputs("usage: luma_tour SOURCE DESTINATION PICTURE-FOLDER\n", stderr);
+        (void)std::fputs("usage: luma_tour SOURCE DESTINATION SCREENSHOT-FOLDER\n", stderr);
         return 2;
     }
-    return luma::Tour(argv[1], argv[2], QFile::decodeName(argv[3])).run();
+    qputenv("LUMA_SCREENSHOTS", argv[3]);
+    return luma::Tour(argv[1], argv[2]).run();
 }

@@ -5,6 +5,7 @@
 #include "app/transientrecord.h"
 #include "base/files.h"
 #include "desktop/windowregistry.h"
+#include "tests/support/screenshot.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -39,10 +40,8 @@ bool clickOn(const QWidget& window, const char* name)
 
 } // namespace
 
-Tour::Tour(fs::path source, fs::path destination, QString pictureFolder)
-    : m_source(std::move(source)),
-      m_destination(std::move(destination)),
-      m_pictureFolder(std::move(pictureFolder))
+Tour::Tour(fs::path source, fs::path destination)
+    : m_source(std::move(source)), m_destination(std::move(destination))
 {}
 
 int Tour::run()
@@ -63,20 +62,17 @@ void Tour::miss(const QString& what)
 
 bool Tour::await(const char* what, const std::function<bool()>& isThere)
 {
-    const bool came = QTest::qWaitFor(isThere, patience);
-    if (!came)
-        miss(QStringLiteral("never came: ") + QLatin1StringView(what));
-    return came;
+    const bool appeared = QTest::qWaitFor(isThere, patience);
+    if (!appeared)
+        miss(QStringLiteral("did not appear: ") + QLatin1StringView(what));
+    return appeared;
 }
 
 void Tour::picture(QWidget& widget, const QString& name)
 {
     QCoreApplication::processEvents();
-    const QString file = m_pictureFolder + u'/' + name + QStringLiteral(".png");
-    if (!widget.grab().save(file))
-        miss(QStringLiteral("not saved: ") + file);
-    else
-        std::printf("%s\n", qPrintable(file));
+    if (!test::screenshot(widget, name))
+        miss(QStringLiteral("not saved: ") + name);
 }
 
 void Tour::showSites()

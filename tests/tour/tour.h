@@ -7,29 +7,28 @@
 
 namespace luma {
 
-/// A walk through the real windows, as a user would take it: shows the list of sites, opens two folders as a
-/// site, publishes what has changed, and takes a picture of every window on the way. Main thread only; runs
-/// event loops.
+/// Uses the real windows as a user would: shows the list of sites, opens two folders as a site and publishes
+/// what has changed, with a screenshot of every window (tests/support/screenshot.h). Main thread; runs event
+/// loops.
 class Tour final
 {
 public:
-    Tour(std::filesystem::path source, std::filesystem::path destination, QString pictureFolder);
+    Tour(std::filesystem::path source, std::filesystem::path destination);
 
-    /// 0 when everything was there and the destination ended up with all that the source has.
+    /// 0 if every window appeared and the destination ends up with all files of the source.
     int run();
 
 private:
     void showSites();
     void publish();
     void compareSides();
-    /// Waits until `isThere` says so; notes `what` as missing when it never does.
+    /// Waits until `isThere` is true; notes `what` as missing after a minute.
     bool await(const char* what, const std::function<bool()>& isThere);
     void picture(QWidget& widget, const QString& name);
     void miss(const QString& what);
 
     std::filesystem::path m_source;
     std::filesystem::path m_destination;
-    QString m_pictureFolder;
     Program m_program;
     QStringList m_missing;
 };
