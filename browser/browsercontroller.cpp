@@ -102,12 +102,12 @@ void BrowserController::connectBrowser()
 
 void BrowserController::connectMenu()
 {
-    connect(contextualMenu, &PaneMenu::openChosen, this, &BrowserController::openItem);
-    connect(contextualMenu, &PaneMenu::newFolderChosen, this, &BrowserController::newFolder);
-    connect(contextualMenu, &PaneMenu::duplicateChosen, this, &BrowserController::duplicateItem);
-    connect(contextualMenu, &PaneMenu::renameChosen, this, &BrowserController::renameItem);
-    connect(contextualMenu, &PaneMenu::deleteChosen, this, &BrowserController::deleteItem);
-    connect(contextualMenu, &PaneMenu::reloadChosen, this, &BrowserController::reload);
+    connect(contextualMenu, &PaneMenu::openRequested, this, &BrowserController::openItem);
+    connect(contextualMenu, &PaneMenu::newFolderRequested, this, &BrowserController::newFolder);
+    connect(contextualMenu, &PaneMenu::duplicateRequested, this, &BrowserController::duplicateItem);
+    connect(contextualMenu, &PaneMenu::renameRequested, this, &BrowserController::renameItem);
+    connect(contextualMenu, &PaneMenu::deleteRequested, this, &BrowserController::deleteItem);
+    connect(contextualMenu, &PaneMenu::reloadRequested, this, &BrowserController::reload);
 }
 
 void BrowserController::connectLinks()
@@ -124,9 +124,11 @@ void BrowserController::connectLinks()
     connect(
         &browser(), &Browser::dropped, this,
         [this](const Drop& drop) { m_linkJobs->acceptDrop(m_mountPath, drop); }, Qt::QueuedConnection);
-    connect(contextualMenu, &PaneMenu::showLinksChosen, this, &BrowserController::showLinksForItem);
-    connect(contextualMenu, &PaneMenu::missingLinksChosen, this, &BrowserController::startFindMissingLinks);
-    connect(contextualMenu, &PaneMenu::unlinkedItemsChosen, this, &BrowserController::startFindUnlinkedItems);
+    connect(contextualMenu, &PaneMenu::showLinksRequested, this, &BrowserController::showLinksForItem);
+    connect(contextualMenu, &PaneMenu::missingLinksRequested, this,
+            &BrowserController::startFindMissingLinks);
+    connect(contextualMenu, &PaneMenu::unlinkedItemsRequested, this,
+            &BrowserController::startFindUnlinkedItems);
 }
 
 void BrowserController::connectConnection(std::shared_ptr<VolumeMounter> mounter)

@@ -8,20 +8,20 @@ namespace luma {
 PaneMenu::PaneMenu(QWidget* parent) : QMenu(parent)
 {
     setObjectName(QStringLiteral("contextualMenu"));
-    addForItem(QStringLiteral("openAction"), tr("&Open"), QStringLiteral("open"), &PaneMenu::openChosen);
+    addForItem(QStringLiteral("openAction"), tr("&Open"), QStringLiteral("open"), &PaneMenu::openRequested);
     addSeparator();
     add(QStringLiteral("newFolderAction"), tr("&New Folder"), QStringLiteral("new-folder"),
-        &PaneMenu::newFolderChosen);
+        &PaneMenu::newFolderRequested);
     addForItem(QStringLiteral("duplicateAction"), tr("D&uplicate"), QStringLiteral("duplicate"),
-               &PaneMenu::duplicateChosen);
+               &PaneMenu::duplicateRequested);
     addForItem(QStringLiteral("renameAction"), tr("&Rename"), QStringLiteral("rename"),
-               &PaneMenu::renameChosen);
+               &PaneMenu::renameRequested);
     addForItem(QStringLiteral("deleteAction"), tr("&Delete..."), QStringLiteral("delete"),
-               &PaneMenu::deleteChosen);
+               &PaneMenu::deleteRequested);
     addSeparator();
     addLinkReports();
     addSeparator();
-    add(QStringLiteral("reloadAction"), tr("Re&load"), QStringLiteral("reload"), &PaneMenu::reloadChosen);
+    add(QStringLiteral("reloadAction"), tr("Re&load"), QStringLiteral("reload"), &PaneMenu::reloadRequested);
 }
 
 void PaneMenu::addLinkReports()
@@ -29,9 +29,9 @@ void PaneMenu::addLinkReports()
     addShowLinks(QStringLiteral("showLinksFromAction"), QStringLiteral("Show Links From Item..."));
     addShowLinks(QStringLiteral("showLinksToAction"), QStringLiteral("Show Links To Item..."));
     add(QStringLiteral("paneMissingLinksAction"), tr("&Missing Links"), QStringLiteral("missing-links"),
-        &PaneMenu::missingLinksChosen);
+        &PaneMenu::missingLinksRequested);
     add(QStringLiteral("paneUnlinkedItemsAction"), tr("Un&linked Items"), QStringLiteral("unlinked-items"),
-        &PaneMenu::unlinkedItemsChosen);
+        &PaneMenu::unlinkedItemsRequested);
 }
 
 void PaneMenu::addShowLinks(const QString& name, const QString& title)
@@ -39,7 +39,7 @@ void PaneMenu::addShowLinks(const QString& name, const QString& title)
     QAction* action = addAction(title);
     action->setObjectName(name);
     m_itemActions.append(action);
-    connect(action, &QAction::triggered, this, [this, title] { emit showLinksChosen(title); });
+    connect(action, &QAction::triggered, this, [this, title] { emit showLinksRequested(title); });
 }
 
 QAction* PaneMenu::add(const QString& name, const QString& text, const QString& icon,

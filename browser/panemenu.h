@@ -17,16 +17,16 @@ public:
     void popupFor(bool hasItem, const QPoint& globalPosition);
 
 signals:
-    void openChosen();
-    void newFolderChosen();
-    void duplicateChosen();
-    void renameChosen();
-    void deleteChosen();
-    void reloadChosen();
+    void openRequested();
+    void newFolderRequested();
+    void duplicateRequested();
+    void renameRequested();
+    void deleteRequested();
+    void reloadRequested();
     /// With the title of the action, which tells the direction.
-    void showLinksChosen(const QString& title);
-    void missingLinksChosen();
-    void unlinkedItemsChosen();
+    void showLinksRequested(const QString& title);
+    void missingLinksRequested();
+    void unlinkedItemsRequested();
 
 private:
     QList<QAction*> m_itemActions;

@@ -75,7 +75,7 @@ void HTMLDocument::createRendering()
     m_selection = new OutlineSelection(*view, *m_outline, *m_viewController, this);
     connect(m_selection, &OutlineSelection::didChange, this, &HTMLDocument::outlineViewSelectionDidChange);
     connect(view, &OutlineView::doubleClicked, this, &HTMLDocument::handleDoubleClick);
-    connect(view, &OutlineView::editWanted, this, &HTMLDocument::handleDoubleClick);
+    connect(view, &OutlineView::editRequested, this, &HTMLDocument::handleDoubleClick);
 }
 
 void HTMLDocument::createEdits()
@@ -97,7 +97,7 @@ void HTMLDocument::createStyleSheets()
         {m_ui->cssMenu, m_ui->cssField, m_ui->cssButton}, m_tree, [this] { return siteFolder(); },
         m_services.runShell, this);
     connect(m_styleSheets, &StyleSheetEditor::fileStored, this, &HTMLDocument::reload);
-    connect(m_styleSheets, &StyleSheetEditor::styleBlockWanted, m_edits, &PageEdits::updateStyleBlock);
+    connect(m_styleSheets, &StyleSheetEditor::styleBlockRequested, m_edits, &PageEdits::updateStyleBlock);
     connect(m_styleSheets, &StyleSheetEditor::failed, this, [this](const QString& reason) {
         m_notice->tell(tr("The style sheet could not be saved: %1").arg(reason));
     });
@@ -108,7 +108,7 @@ void HTMLDocument::createSaver()
     m_saver = new PageSaver(this, m_store, *m_viewController, mountPath,
                             [this](const fs::path& url) { return saveToURL(url); });
     connect(m_saver, &PageSaver::openRequested, this, &HTMLDocument::openRequested);
-    connect(m_saver, &PageSaver::savingWanted, this, &HTMLDocument::saveEverything);
+    connect(m_saver, &PageSaver::saveRequested, this, &HTMLDocument::saveEverything);
     connect(m_saver, &PageSaver::discarded, this, [this] {
         m_mayClose = true;
         close();
@@ -119,7 +119,7 @@ void HTMLDocument::createSaver()
 
 void HTMLDocument::connectChanges()
 {
-    connect(m_notice, &NoticeBar::reloadWanted, this, &HTMLDocument::revertDocumentToSaved);
+    connect(m_notice, &NoticeBar::reloadRequested, this, &HTMLDocument::revertDocumentToSaved);
     connect(m_ui->pageTitleAction, &QAction::triggered, this, &HTMLDocument::editTitle);
     connect(m_ui->reloadAction, &QAction::triggered, this, &HTMLDocument::reload);
     connect(&m_stack, &QUndoStack::cleanChanged, this, &HTMLDocument::updateTitle);

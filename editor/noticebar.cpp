@@ -8,7 +8,7 @@ namespace luma {
 NoticeBar::NoticeBar(Ui::HTMLDocument& ui, QObject* parent) : QObject(parent), m_ui(ui)
 {
     hide();
-    connect(ui.noticeReloadButton, &QPushButton::clicked, this, &NoticeBar::reloadWanted);
+    connect(ui.noticeReloadButton, &QPushButton::clicked, this, &NoticeBar::reloadRequested);
     connect(ui.noticeCloseButton, &QPushButton::clicked, this, &NoticeBar::hide);
 }
 

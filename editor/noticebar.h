@@ -24,7 +24,7 @@ public:
     void hide();
 
 signals:
-    void reloadWanted();
+    void reloadRequested();
 
 private:
     Ui::HTMLDocument& m_ui;

@@ -143,12 +143,12 @@ void OutlineView::keyPressEvent(QKeyEvent* event)
     switch (event->key()) {
     case Qt::Key_Delete:
     case Qt::Key_Backspace:
-        emit deleteWanted();
+        emit deleteRequested();
         return;
     case Qt::Key_F2:
     case Qt::Key_Return:
     case Qt::Key_Enter:
-        emit editWanted(currentIndex());
+        emit editRequested(currentIndex());
         return;
     default:
         QTreeView::keyPressEvent(event);
@@ -163,7 +163,7 @@ void OutlineView::contextMenuEvent(QContextMenuEvent* event)
         return;
     setCurrentIndex(index);
     const QPoint below = viewport()->mapToGlobal(visualRect(index).bottomLeft());
-    emit menuWanted(byKeyboard ? below : event->globalPos());
+    emit menuRequested(byKeyboard ? below : event->globalPos());
 }
 
 } // namespace luma

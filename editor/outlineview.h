@@ -26,10 +26,10 @@ public slots:
     void paste();
 
 signals:
-    void deleteWanted();
-    void editWanted(const QModelIndex& index);
+    void deleteRequested();
+    void editRequested(const QModelIndex& index);
     /// The context menu of a row, which is the current one by now.
-    void menuWanted(const QPoint& globalPosition);
+    void menuRequested(const QPoint& globalPosition);
 
 protected:
     void updateGeometries() override;

@@ -175,7 +175,7 @@ void PageSaver::askToSave()
     m_question->setDefaultButton(QMessageBox::Save);
     connect(m_question, &QMessageBox::finished, this, [this](int answer) {
         if (answer == QMessageBox::Save)
-            emit savingWanted();
+            emit saveRequested();
         else if (answer == QMessageBox::Discard)
             emit discarded();
     });

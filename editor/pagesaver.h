@@ -44,7 +44,7 @@ public:
 
 signals:
     /// The user wants all edits saved, or given up, and the window closed.
-    void savingWanted();
+    void saveRequested();
     void discarded();
     void openRequested(const std::filesystem::path& page);
 

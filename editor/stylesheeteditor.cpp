@@ -122,7 +122,7 @@ Result<void> StyleSheetEditor::store(const QString& title, const QString& css)
 {
     if (isStyleBlock(title)) {
         m_drafts.remove(title);
-        emit styleBlockWanted(title, css);
+        emit styleBlockRequested(title, css);
         return {};
     }
     const std::string tidied = tidyCSS(css.toStdString(), m_runShell);

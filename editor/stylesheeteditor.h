@@ -53,7 +53,7 @@ signals:
     /// A linked sheet was written.
     void fileStored();
     /// The text is to become the contents of the page's own `style` element of that entry.
-    void styleBlockWanted(const QString& title, const QString& css);
+    void styleBlockRequested(const QString& title, const QString& css);
     /// A linked sheet could not be written, for this reason.
     void failed(const QString& reason);
 

@@ -38,8 +38,8 @@ TagControls::TagControls(Ui::HTMLDocument& ui, const TagRules& rules, const CssN
     connect(ui.deleteTagButton, &QPushButton::clicked, &edits, &PageEdits::deleteTag);
     connect(ui.deleteTagAction, &QAction::triggered, &edits, &PageEdits::deleteTag);
     connect(ui.insertMenu, &QMenu::aboutToShow, this, [this] { fillInsertMenu(m_ui.insertMenu); });
-    connect(ui.myOutlineView, &OutlineView::deleteWanted, &edits, &PageEdits::deleteTag);
-    connect(ui.myOutlineView, &OutlineView::menuWanted, this, &TagControls::menuWillOpen);
+    connect(ui.myOutlineView, &OutlineView::deleteRequested, &edits, &PageEdits::deleteTag);
+    connect(ui.myOutlineView, &OutlineView::menuRequested, this, &TagControls::menuWillOpen);
 }
 
 void TagControls::update()

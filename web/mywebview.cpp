@@ -105,7 +105,7 @@ bool MyWebView::takeUndoKey(QKeyEvent& key)
         return false;
     key.accept();
     if (key.type() == QEvent::KeyPress)
-        isUndo ? emit undoWanted() : emit redoWanted();
+        isUndo ? emit undoRequested() : emit redoRequested();
     return true;
 }
 
@@ -145,7 +145,7 @@ void MyWebView::openMenu(const QPoint& where)
     auto* menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("webViewMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    menu->addAction(tr("Inspect Element"), this, &MyWebView::inspectElementWanted);
+    menu->addAction(tr("Inspect Element"), this, &MyWebView::inspectElementRequested);
     if (m_fontSubMenu) {
         m_fontSubMenu->setTitle(tr("Text Style"));
         menu->addMenu(m_fontSubMenu);

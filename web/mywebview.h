@@ -46,10 +46,10 @@ public:
 signals:
     /// Files were dropped at a point of the view, in the view's pixels.
     void filesDropped(const QList<QUrl>& files, const QPointF& where);
-    void inspectElementWanted();
+    void inspectElementRequested();
     /// The undo or redo keys were pressed; the engine's own history is not used.
-    void undoWanted();
-    void redoWanted();
+    void undoRequested();
+    void redoRequested();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -47,7 +47,7 @@ ScriptConsole::~ScriptConsole() = default;
 void ScriptConsole::runJS()
 {
     m_ui->jsResultField->clear();
-    emit runWanted(CodeEdit::textIn(*m_ui->jsSourceField));
+    emit runRequested(CodeEdit::textIn(*m_ui->jsSourceField));
 }
 
 void ScriptConsole::showAnswer(const QVariant& answer)

@@ -29,7 +29,7 @@ public:
     static QString scriptFolder();
 
 signals:
-    void runWanted(const QString& script);
+    void runRequested(const QString& script);
 
 private:
     void runJS();

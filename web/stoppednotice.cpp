@@ -22,7 +22,7 @@ StoppedNotice::StoppedNotice(QWidget* covered) : QWidget(covered)
     layout->addWidget(text);
     layout->addWidget(button, 0, Qt::AlignHCenter);
     layout->addStretch();
-    connect(button, &QPushButton::clicked, this, &StoppedNotice::reloadWanted);
+    connect(button, &QPushButton::clicked, this, &StoppedNotice::reloadRequested);
     covered->installEventFilter(this);
     resize(covered->size());
 }

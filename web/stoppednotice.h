@@ -15,7 +15,7 @@ public:
     explicit StoppedNotice(QWidget* covered);
 
 signals:
-    void reloadWanted();
+    void reloadRequested();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

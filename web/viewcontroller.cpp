@@ -92,7 +92,7 @@ void ViewController::createSheets()
     m_sourcePanel = new SourcePanel(m_contentView);
     m_console = new ScriptConsole(m_contentView);
     connect(m_sourcePanel, &SourcePanel::saved, this, &ViewController::saveSource);
-    connect(m_console, &ScriptConsole::runWanted, this, &ViewController::runJS);
+    connect(m_console, &ScriptConsole::runRequested, this, &ViewController::runJS);
     connect(&m_webView->editorPage(), &EditorPage::scriptMessage, m_console, &ScriptConsole::addMessage);
 }
 
@@ -118,9 +118,9 @@ void ViewController::connectPage()
 
 void ViewController::connectView()
 {
-    connect(m_webView, &MyWebView::undoWanted, this, [this] { m_document.undo(); });
-    connect(m_webView, &MyWebView::redoWanted, this, [this] { m_document.redo(); });
-    connect(m_webView, &MyWebView::inspectElementWanted, this, &ViewController::inspectElement);
+    connect(m_webView, &MyWebView::undoRequested, this, [this] { m_document.undo(); });
+    connect(m_webView, &MyWebView::redoRequested, this, [this] { m_document.redo(); });
+    connect(m_webView, &MyWebView::inspectElementRequested, this, &ViewController::inspectElement);
 }
 
 void ViewController::evaluate(const QString& script)
@@ -277,7 +277,7 @@ void ViewController::showStopped()
     m_webView->heldInput().clear();
     auto* notice = new StoppedNotice(m_contentView);
     m_stopped = notice;
-    connect(notice, &StoppedNotice::reloadWanted, this, [this] {
+    connect(notice, &StoppedNotice::reloadRequested, this, [this] {
         m_deaths = 0;
         show(Position::Keep);
     });
