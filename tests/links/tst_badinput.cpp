@@ -3,8 +3,8 @@
 #include "links/linkreports.h"
 #include "links/linkupdatingmove.h"
 #include "links/unlinkeditems.h"
-#include "tests/links/site.h"
 #include "tests/support/registry.h"
+#include "tests/support/site.h"
 
 #include <QTest>
 

@@ -2,8 +2,8 @@
 #include "base/files.h"
 #include "links/linkreports.h"
 #include "links/unlinkeditems.h"
-#include "tests/links/site.h"
 #include "tests/support/registry.h"
+#include "tests/support/site.h"
 
 #include <QTest>
 

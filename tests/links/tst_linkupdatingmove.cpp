@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/linkoperations.h"
 #include "links/linkupdatingmove.h"
-#include "tests/links/site.h"
 #include "tests/support/registry.h"
+#include "tests/support/site.h"
 
 #include <QTest>
 

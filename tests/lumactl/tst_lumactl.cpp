@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "tests/links/site.h"
 #include "tests/support/registry.h"
+#include "tests/support/site.h"
 
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTest>
 
-using test_site = luma::test::Site;
+using luma::test::Files;
+using luma::test::Site;
 
 namespace {
 
@@ -16,8 +18,8 @@ struct Answer
     QByteArray errors;
 };
 
-// In an environment without a display and a session bus. Arguments are bytes, so a shell hands them on.
-Answer lumactl(const test_site& site, const QByteArray& arguments)
+// Without a display and a session bus. The arguments go through a shell, which passes any bytes on.
+Answer lumactl(const Site& site, const QByteArray& arguments)
 {
     QProcess process;
     QProcessEnvironment environment;
@@ -39,6 +41,7 @@ Answer lumactl(const test_site& site, const QByteArray& arguments)
 
 } // namespace
 
+/// The real lumactl, called as a script calls it.
 class tst_lumactl final : public QObject
 {
     Q_OBJECT
@@ -52,77 +55,114 @@ private slots:
 
     void commands_data()
     {
-        QTest::addColumn<QByteArray>("arguments");
         QTest::addColumn<int>("code");
         QTest::addColumn<QByteArray>("output");
-        const auto row = [](const char* arguments, int code, const char* output) {
-            QTest::newRow(arguments) << QByteArray(arguments) << code << QByteArray(output);
+        QTest::addColumn<bool>("complains");
+        const auto succeeds = [](const char* arguments, const char* output) {
+            QTest::newRow(arguments) << 0 << QByteArray(output) << false;
         };
-        row("links-from index.html", 0,
-            "index.html\n    href : sub/x.html\n    href : gone    *** MISSING ***\n    src : p.png\n");
-        row("links-from gone.html", 2, "");
-        row("links-from p.png", 2, "");
-        row("check site", 2, "");
-        row("check . --missing", 1, "ROOT/index.html\n    href : gone    *** MISSING ***\n");
-        row("check --missing sub", 0, "");
-        row("check sub", 0, "ROOT/sub/x.html\n    href : ../index.html\n");
-        row("check", 2, "");
-        row("check . --all", 2, "");
-        row("links-to . sub/x.html", 0, "index.html\n");
-        row("links-to \"$PWD\" \"$PWD/index.html\"", 0, "sub/x.html\n");
-        row("links-to . nothing", 2, "");
-        row("unlinked .", 1, "lonely.png\nsub/lonely.png\n");
-        row("unlinked . --except 'sub, x'", 1, "lonely.png\n");
-        row("unlinked . --except=.*,lonely.png", 1, "lonely.png\n");
-        row("unlinked sub", 1, "lonely.png\nx.html\n");
-        row("unlinked", 2, "");
-        row("move . sub/x.html p.png", 2, "");
-        row("move . sub", 2, "");
-        row("move . lonely.png sub", 1, "\nDone\n");
-        row("move . p.png sub", 0, "Updating links to: p.png\n\n\nDone\n");
-        row("copy . sub/x.html .", 0, "Updating links to: x.html\n\n\nDone\n");
-        row("rename . p.png q.png", 0,
-            "Updating links from: p.png to q.png\n\nUpdating links to: p.png\n\n\nDone\n");
-        row("rename . p.png lonely.png", 1, "");
-        row("rename . p.png a/b", 2, "");
-        row("rename . gone.png b", 1, "");
-        row("nonsense", 2, "");
-        row("", 2, "");
-        row("--version", 0, "lumactl 1.0\n");
+        const auto finds = [](const char* arguments, const char* output) {
+            QTest::newRow(arguments) << 1 << QByteArray(output) << false;
+        };
+        const auto fails = [](const char* arguments, const char* output) {
+            QTest::newRow(arguments) << 1 << QByteArray(output) << true;
+        };
+        succeeds("links-from index.html",
+                 "index.html\n    href : sub/x.html\n    href : gone    *** MISSING ***\n    src : p.png\n");
+        finds("check . --missing", "ROOT/index.html\n    href : gone    *** MISSING ***\n");
+        succeeds("check --missing sub", "");
+        succeeds("check sub", "ROOT/sub/x.html\n    href : ../index.html\n");
+        succeeds("links-to . sub/x.html", "index.html\n");
+        succeeds("links-to \"$PWD\" \"$PWD/index.html\"", "sub/x.html\n");
+        finds("unlinked .", "lonely.png\nsub/lonely.png\n");
+        finds("unlinked . --except 'sub, x'", "lonely.png\n");
+        finds("unlinked . --except=.*,lonely.png", "lonely.png\n");
+        finds("unlinked sub", "lonely.png\nx.html\n");
+        fails("move . lonely.png sub", "\nDone\n");
+        succeeds("move . p.png sub", "Updating links to: p.png\n\n\nDone\n");
+        succeeds("copy . sub/x.html .", "Updating links to: x.html\n\n\nDone\n");
+        succeeds("rename . p.png q.png",
+                 "Updating links from: p.png to q.png\n\nUpdating links to: p.png\n\n\nDone\n");
+        fails("rename . p.png lonely.png", "");
+        fails("rename . gone.png b", "");
+        succeeds("changed . sub", "index.html\np.png\nsub/lonely.png\nsub/x.html\n");
+        succeeds("changed . sub --download", "x.html\n");
+        succeeds("--version", "lumactl 1.0\n");
+        for (const char* const unusable :
+             {"", "nonsense", "links-from gone.html", "links-from p.png", "check", "check site",
+              "check . --all", "links-to . nothing", "unlinked", "move . sub", "move . sub/x.html p.png",
+              "rename . p.png a/b", "changed", "publish .", "changed . sub .", "changed . gone",
+              "publish . sub --force", "changed . sub --except a", "publish . sub --except"})
+            QTest::newRow(*unusable ? unusable : "no command") << 2 << QByteArray() << true;
     }
     void commands()
     {
-        QFETCH(QByteArray, arguments);
         QFETCH(int, code);
         QFETCH(QByteArray, output);
-        const test_site site({{"index.html", "<img src=p.png><a href=sub/x.html><a href=gone>"},
-                              {"sub/x.html", "<a href=../index.html>"},
-                              {"p.png", ""},
-                              {"lonely.png", ""},
-                              {"sub/lonely.png", ""}});
-        const Answer answer = lumactl(site, arguments);
+        QFETCH(bool, complains);
+        const Site site({{"index.html", "<img src=p.png><a href=sub/x.html><a href=gone>"},
+                         {"sub/x.html", "<a href=../index.html>"},
+                         {"p.png", ""},
+                         {"lonely.png", ""},
+                         {"sub/lonely.png", ""}});
+        for (const auto& [subpath, bytes] : site.contents())
+            site.setAge(subpath, 100);
+        const QByteArray arguments = QTest::currentDataTag();
+        const Answer answer = lumactl(site, arguments == "no command" ? QByteArray() : arguments);
         QCOMPARE(answer.output, output.replace("ROOT", QByteArray::fromStdString(site.root().native())));
         QCOMPARE(answer.code, code);
-        QCOMPARE(answer.errors.isEmpty(),
-                 code != 2 && !output.startsWith("\nDone") && !(code == 1 && output.isEmpty()));
+        QCOMPARE(answer.errors.startsWith("lumactl: "), complains);
+        QCOMPARE(answer.errors.isEmpty(), !complains);
+        if (code == 2)
+            QCOMPARE(site.contents().size(), std::size_t{5});
     }
 
     void clash_isNamedOnStandardError()
     {
-        const test_site site({{"a.png", "1"}, {"b/a.png", "2"}});
+        const Site site({{"a.png", "1"}, {"b/a.png", "2"}});
         const Answer answer = lumactl(site, "move . a.png b");
         QCOMPARE(answer.code, 1);
         QCOMPARE(answer.errors, QByteArray("lumactl: File a.png exists, not overwritten\n"));
         QCOMPARE(site.bytesOf("b/a.png"), std::string("2"));
     }
 
-    // Nobody's alphabet: capitals come first, '-' comes before '/', and letters beyond ASCII come last.
+    void publish_copiesWhatChangedLists()
+    {
+        const Site site({{"from/new\npage \xc3\xbc.html", "text"},
+                         {"from/index.html", "new"},
+                         {"from/kept back.html", ""},
+                         {"to/index.html", "old"},
+                         {"to/only here.html", "text"}});
+        site.setAge("from/index.html", 10);
+        site.setAge("to/index.html", 20);
+        QCOMPARE(lumactl(site, "changed from to").output,
+                 QByteArray("index.html\nkept back.html\nnew\\#012page \xc3\xbc.html\n"));
+        QCOMPARE(lumactl(site, "changed from to --download").output, QByteArray("only here.html\n"));
+        const Answer published =
+            lumactl(site, "publish --except 'kept back.html' --except='new\\#012page \xc3\xbc.html' from to");
+        QCOMPARE(published.code, 0);
+        QCOMPARE(published.output + published.errors, QByteArray());
+        QCOMPARE(site.listing("to"), std::string("index.html\nonly here.html\n"));
+        QCOMPARE(lumactl(site, "publish --download from to").code, 0);
+        QCOMPARE(site.bytesOf("from/only here.html"), std::string("text"));
+    }
+
+    void publish_namesWhatCannotBeCopied()
+    {
+        const Site site({{"from/a.html", ""}, {"from/b.html", ""}, {"to/a.html/in the way", ""}});
+        const Answer published = lumactl(site, "publish from to");
+        QCOMPARE(published.code, 1);
+        QCOMPARE(published.errors, QByteArray("lumactl: a.html: a folder stands where the file should be\n"));
+        QCOMPARE(site.listing("to"), std::string("a.html/in the way\nb.html\n"));
+    }
+
+    // Capitals come first, '-' comes before '/', and letters beyond ASCII come last.
     void names_areBytesInByteOrder()
     {
         const std::vector<std::string> names = {
             "Z.html",   "a b.html",      "a-.html",   "a.html",          "a/b.html",     "a0.html",
             "z\n.html", "\xC3\xA9.html", "\xFF.html", "\xFF/x\xFE.html", "\xFF\x80.html"};
-        const test_site site(luma::test::Files{{"old/target.png", ""}});
+        const Site site(Files{{"old/target.png", ""}});
         QByteArray lines;
         QByteArray report;
         for (const std::string& name : names) {
@@ -139,17 +179,21 @@ private slots:
                  QByteArray("\xFF.html\n    href : old/target.png\n"));
     }
 
-    void help_isThereForEachCommand()
+    void help_describesEachCommand()
     {
-        const test_site site;
-        const QByteArray help = lumactl(site, "--help").output;
-        for (const char* const command :
-             {"links-from", "check", "links-to", "unlinked", "move", "copy", "rename"}) {
-            QVERIFY(help.contains(command));
-            const Answer answer = lumactl(site, QByteArray(command) + " --help");
+        const Site site;
+        const QString help = QString::fromUtf8(lumactl(site, "--help").output);
+        QByteArrayList listed;
+        static const QRegularExpression command(QStringLiteral("^  ([a-z-]+) "),
+                                                QRegularExpression::MultilineOption);
+        for (auto match = command.globalMatch(help); match.hasNext();)
+            listed << match.next().captured(1).toUtf8();
+        QCOMPARE(listed.size(), 9);
+        for (const QByteArray& name : listed) {
+            const Answer answer = lumactl(site, name + " --help");
             QCOMPARE(answer.code, 0);
-            QVERIFY(answer.output.startsWith(QByteArray("Usage: lumactl ") + command));
-            QVERIFY(answer.errors.isEmpty());
+            QVERIFY2(answer.output.startsWith("Usage: lumactl " + name + " "), name.constData());
+            QVERIFY2(answer.output.contains("\n\n") && answer.errors.isEmpty(), name.constData());
         }
     }
 
