@@ -196,7 +196,7 @@ function insertBlocks(fragment) {
 }
 
 function insertBetween(fragment, range, block) {
-    let node = range.startContainer;
+    const node = range.startContainer;
     if (node === block) {
         range.insertNode(fragment);
     } else {

@@ -27,7 +27,7 @@ function* selectorsOfPage() {
 function rulesOf(sheet) {
     try {
         return sheet.cssRules || [];
-    } catch (error) {
+    } catch {
         return [];
     }
 }

@@ -1,8 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: GPL-3.0-or-later
-"""The house rules that a machine can read. Prints every breach as file:line: text; fails when there is one.
+"""The house rules that a program can check. Prints every breach as file:line: text and fails if there is one.
 
     houserules.py [RULE...]     without a name: all of them
+
+A rule whose tool is missing prints "not checked" and why; ctest counts it as skipped.
 """
 
 import re
@@ -13,7 +15,8 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
 
-# Who includes whom, besides itself; each room stands on those named here, knows no other, and uses every one.
+# The rooms that each room includes, besides itself: these, no others, and every one of them.
+# docs/architecture.md shows the same table.
 FLOORS = {
     "base": set(),
     "shell": set(),
@@ -54,7 +57,7 @@ def breach(path, number, text):
 
 
 def arrows():
-    """A room includes those it stands on and no other, and each of them is used."""
+    """A room includes the rooms that FLOORS grants it and no others, and uses each of them."""
     include = re.compile(r'#include "(\w+)/')
     for room in ROOMS:
         unused = set(FLOORS[room])
@@ -65,9 +68,9 @@ def arrows():
                     continue
                 unused.discard(found[1])
                 if found[1] not in FLOORS[room]:
-                    yield breach(path, number, f"{room} does not stand on {found[1]}")
+                    yield breach(path, number, f"{room} must not include {found[1]}")
         for grant in sorted(unused):
-            yield breach(Path(__file__), 1, f"{room} is granted {grant}, which nothing in it includes")
+            yield breach(Path(__file__), 1, f"{room} is granted {grant} but never includes it")
 
 
 def circles():
@@ -95,7 +98,7 @@ CLASS = re.compile(r"^class\s+(?:\[\[\w+\]\]\s+)?(\w+)(?!.*;\s*$)")
 
 
 def classes():
-    """A header holds one class, is named as it, and says above it what it is for."""
+    """A header holds one class, has its name, and has a contract above it."""
     for path in files(ROOMS, ".h"):
         text = lines(path)
         names = []
@@ -111,13 +114,13 @@ def classes():
         if str(path.relative_to(ROOT)) in SHARED_HEADERS:
             continue
         if names and path.stem not in [name.lower() for name in names]:
-            yield breach(path, 1, f"holds {', '.join(names)}, none named as the file")
+            yield breach(path, 1, f"holds {', '.join(names)}, none named like the file")
         if len(names) > 1:
             yield breach(path, 1, f"holds {len(names)} classes: {', '.join(names)}")
 
 
 def sleeping():
-    """A test waits for what it wants to see, never for a time."""
+    """A test waits for a condition, never for a time."""
     nap = re.compile(r"\b(qSleep|qWait|sleep_for|sleep_until|usleep|nanosleep|msleep|sleep)\s*\(")
     for path in files(["tests"], ".h", ".cpp"):
         for number, line in lines(path):
@@ -126,42 +129,122 @@ def sleeping():
 
 
 def unfinished():
-    """What is left open is finished or written down elsewhere, not marked in the source."""
+    """No marks for unfinished work in the sources."""
     mark = re.compile(r"\b(TODO|FIXME|XXX)\b")
     for path in files(ROOMS + ["tests", "bench"], ".h", ".cpp"):
         for number, line in lines(path):
             if mark.search(line):
-                yield breach(path, number, "left open")
+                yield breach(path, number, "a mark for unfinished work")
+
+
+def listed(*patterns):
+    """The files under version control, and new ones that are not ignored."""
+    command = ["git", "ls-files", "-z", "--cached", "--others", "--exclude-standard", "--", *patterns]
+    names = subprocess.run(command, capture_output=True, text=True, cwd=ROOT, check=False).stdout
+    return [ROOT / name for name in names.split("\0") if name and (ROOT / name).is_file()]
+
+
+def scripts(interpreter):
+    """The listed files whose first line names the interpreter."""
+    for path in listed():
+        with path.open("rb") as file:
+            first = file.readline(80)
+        if first.startswith(b"#!") and re.search(rb"\b" + interpreter, first):
+            yield path
 
 
 def licence():
-    """Every source names its licence in its first three lines."""
-    listed = subprocess.run(["git", "ls-files"], capture_output=True, text=True, cwd=ROOT, check=False).stdout
-    scripts = re.compile(r"^(scripts|bench|\.ci)/[^.]+$")
-    for name in listed.splitlines():
-        path = ROOT / name
-        source = path.suffix in LICENSED_SUFFIXES or path.name == "CMakeLists.txt" or scripts.match(name)
-        if not source or not path.exists() or "sample-site" in name:
+    """Every source names the licence in its first three lines."""
+    without_suffix = re.compile(r"^(scripts|bench|\.ci)/[^.]+$")
+    for path in listed():
+        name = str(path.relative_to(ROOT))
+        source = path.suffix in LICENSED_SUFFIXES or path.name == "CMakeLists.txt" or without_suffix.match(name)
+        if not source or "sample-site" in name:
             continue
         if not any("SPDX-License-Identifier: GPL-3.0-or-later" in line for _, line in lines(path)[:3]):
-            yield breach(path, 1, "names no licence")
+            yield breach(path, 1, "does not name the licence")
+
+
+def floorplan():
+    """The table of rooms in docs/architecture.md shows the arrows of FLOORS."""
+    path = ROOT / "docs/architecture.md"
+    row = re.compile(r"^\| `(\w+)/` \|.*\| ([^|]*) \|$")
+    shown = {m[1]: (n, set(re.findall(r"\w+", m[2]))) for n, line in lines(path) if (m := row.match(line))}
+    for room in ROOMS:
+        number, arrows_shown = shown.get(room, (1, None))
+        if arrows_shown != FLOORS[room]:
+            yield breach(path, number, f"{room} includes: {', '.join(sorted(FLOORS[room])) or '-'}")
+
+
+def outcome(command, pattern=r".+"):
+    """The lines of the command's output that match, if it fails; "not checked" if it isn't installed."""
+    if not shutil.which(command[0]):
+        print(f"not checked: {Path(command[0]).name} is not installed")
+        return []
+    done = subprocess.run(command, capture_output=True, text=True, cwd=ROOT, check=False)
+    if done.returncode == 0:
+        return []
+    output = (done.stdout + done.stderr).splitlines()
+    return [line for line in output if re.search(pattern, line)] or [f"{command[0]}: exit code {done.returncode}"]
 
 
 def form():
     """clang-format has nothing to change."""
-    if not shutil.which("clang-format"):
-        print("form: clang-format is not installed, not checked")
+    sources = [str(path) for path in files(ROOMS + ["tests", "bench"], ".h", ".cpp")]
+    yield from outcome(["clang-format", "--dry-run", "--Werror", "--ferror-limit=3", *sources], "warning:|error:")
+
+
+def shell_scripts():
+    """shellcheck has no complaint."""
+    names = [str(path.relative_to(ROOT)) for path in scripts(rb"(ba)?sh$")]
+    yield from outcome(["shellcheck", "--format=gcc", *names])
+
+
+def php_scripts():
+    """The PHP programs parse."""
+    for path in scripts(rb"php$"):
+        yield from outcome(["php", "-l", str(path.relative_to(ROOT))])
+
+
+def python_scripts():
+    """The Python programs parse."""
+    for path in scripts(rb"python3$"):
+        try:
+            compile(path.read_text(encoding="utf-8"), str(path), "exec")
+        except SyntaxError as error:
+            yield breach(path, error.lineno or 1, error.msg)
+
+
+def page_scripts():
+    """ESLint has no complaint about the page-side scripts. Installed from npm's registry when first needed."""
+    if not shutil.which("npm"):
+        print("not checked: npm is not installed")
         return
-    sources = [str(p) for p in files(ROOMS + ["tests", "bench"], ".h", ".cpp")]
-    done = subprocess.run(
-        ["clang-format", "--dry-run", "--ferror-limit=3", *sources], capture_output=True, text=True, cwd=ROOT, check=False
-    )
-    for line in done.stderr.splitlines():
-        if "warning:" in line or "error:" in line:
-            yield line
+    here = Path(__file__).parent
+    tools = ROOT / "build/eslint"
+    lock = (here / "package-lock.json").read_bytes()
+    installed = tools / "installed.json"
+    if not installed.exists() or installed.read_bytes() != lock:
+        tools.mkdir(parents=True, exist_ok=True)
+        for name in ["package.json", "package-lock.json"]:
+            shutil.copy(here / name, tools)
+        install = ["npm", "ci", "--silent", "--ignore-scripts", "--no-audit", "--no-fund", "--fetch-retries=0"]
+        try:
+            done = subprocess.run(install, cwd=tools, capture_output=True, timeout=120, check=False).returncode == 0
+        except subprocess.TimeoutExpired:
+            done = False
+        if not done:
+            print("not checked: ESLint could not be installed from npm's registry")
+            return
+        installed.write_bytes(lock)
+    eslint = str(tools / "node_modules/.bin/eslint")
+    config = str(here / "eslint.config.mjs")
+    yield from outcome([eslint, "--max-warnings=0", "--config", config, "resources/LUMAHTMLCSSJS"])
 
 
-RULES = [arrows, circles, classes, sleeping, unfinished, licence, form]
+SOURCE_RULES = [arrows, circles, classes, sleeping, unfinished, licence]
+TOOL_RULES = [form, shell_scripts, php_scripts, python_scripts, page_scripts]
+RULES = SOURCE_RULES + TOOL_RULES
 
 
 def main(names):
