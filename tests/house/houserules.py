@@ -165,15 +165,21 @@ def licence():
             yield breach(path, 1, "does not name the licence")
 
 
-def floorplan():
-    """The table of rooms in docs/architecture.md shows the arrows of FLOORS."""
+def papers():
+    """The table of rooms in docs/architecture.md shows FLOORS, and files that the papers name exist."""
     path = ROOT / "docs/architecture.md"
     row = re.compile(r"^\| `(\w+)/` \|.*\| ([^|]*) \|$")
     shown = {m[1]: (n, set(re.findall(r"\w+", m[2]))) for n, line in lines(path) if (m := row.match(line))}
     for room in ROOMS:
-        number, arrows_shown = shown.get(room, (1, None))
-        if arrows_shown != FLOORS[room]:
-            yield breach(path, number, f"{room} includes: {', '.join(sorted(FLOORS[room])) or '-'}")
+        number, granted = shown.get(room, (1, None))
+        if granted != FLOORS[room]:
+            yield breach(path, number, f"{room} includes {', '.join(sorted(FLOORS[room])) or '-'}")
+    mentioned = re.compile(r"`((?:\w[\w.-]*/)+[\w.-]+\.\w+)`")
+    for paper in listed("*.md"):
+        for number, line in lines(paper):
+            for name in mentioned.findall(line):
+                if not (ROOT / name).exists():
+                    yield breach(paper, number, f"names {name}, which does not exist")
 
 
 def outcome(command, pattern=r".+"):
@@ -242,7 +248,7 @@ def page_scripts():
     yield from outcome([eslint, "--max-warnings=0", "--config", config, "resources/LUMAHTMLCSSJS"])
 
 
-SOURCE_RULES = [arrows, circles, classes, sleeping, unfinished, licence]
+SOURCE_RULES = [arrows, circles, classes, sleeping, unfinished, licence, papers]
 TOOL_RULES = [form, shell_scripts, php_scripts, python_scripts, page_scripts]
 RULES = SOURCE_RULES + TOOL_RULES
 
