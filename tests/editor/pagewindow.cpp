@@ -2,9 +2,15 @@
 #include "tests/editor/pagewindow.h"
 
 #include "base/files.h"
+#include "page/pagecommands.h"
+#include "page/tidyshell.h"
 #include "web/scriptquote.h"
 
+#include <QAbstractButton>
+#include <QMenu>
 #include <QTest>
+
+#include <csignal>
 
 namespace luma::test {
 
@@ -29,65 +35,57 @@ QString selectionScript(const char* text, const char* start)
 
 } // namespace
 
-PageWindow::~PageWindow()
+fs::path PageWindow::at(const std::string& name) const
 {
-    close();
+    return fs::path(m_folder->path().toStdString()) / name;
 }
 
-void PageWindow::close()
-{
-    delete window;
-}
-
-fs::path PageWindow::at(const char* name) const
-{
-    return fs::path(m_folder.path().toStdString()) / name;
-}
-
-void PageWindow::put(const char* name, std::string_view bytes) const
+void PageWindow::put(const std::string& name, std::string_view bytes) const
 {
     fs::create_directories(at(name).parent_path());
     QVERIFY(writeFile(at(name), bytes));
 }
 
-std::string PageWindow::file(const char* name) const
+std::string PageWindow::file(const std::string& name) const
 {
     const auto bytes = readFile(at(name));
     return bytes ? *bytes : std::string();
 }
 
-bool PageWindow::open(std::string_view markup)
+void PageWindow::open(std::string_view markup)
 {
     put("page.html", markup);
-    return open(at("page.html"), at(""));
+    open(at("page.html"), at(""));
 }
 
-bool PageWindow::open(const fs::path& file, const fs::path& site)
+void PageWindow::open(const fs::path& file, const fs::path& site)
 {
-    close();
+    openWindow(file, site);
+    waitUntilShown();
+    QTRY_VERIFY(window->isActiveWindow());
+}
+
+void PageWindow::openWindow(const fs::path& file, const fs::path& site)
+{
+    delete window;
     window = new HTMLDocument({runTidyCommand, {}});
     window->mountPath = site;
-    window->readFromURL(file);
+    if (!file.empty())
+        window->readFromURL(file);
     window->show();
     window->activateWindow();
     window->windowDidLoad();
-    return waitUntilShown() && waitForFocus();
 }
 
-bool PageWindow::waitForFocus() const
+void PageWindow::close()
 {
-    const auto hasFocus = [this] {
-        rendering().webView()->setFocus();
-        return answer("document.hasFocus()") == QStringLiteral("true");
-    };
-    [&] { QTRY_VERIFY(hasFocus()); }();
-    return hasFocus();
+    delete window;
+    m_folder = std::make_unique<QTemporaryDir>();
 }
 
-bool PageWindow::waitUntilShown() const
+void PageWindow::waitUntilShown() const
 {
-    [this] { QTRY_VERIFY_WITH_TIMEOUT(page().isComplete(), 60'000); }();
-    return page().isComplete();
+    QTRY_VERIFY_WITH_TIMEOUT(isShown(), 60'000);
 }
 
 void PageWindow::trigger(const char* action) const
@@ -95,24 +93,88 @@ void PageWindow::trigger(const char* action) const
     the<QAction>(action)->trigger();
 }
 
+void PageWindow::insertFirstTag() const
+{
+    auto* const menu = the<QMenu>("insertMenu");
+    emit menu->aboutToShow();
+    menu->actions().constFirst()->trigger();
+}
+
+void PageWindow::answerQuestion(const char* name, const char* button) const
+{
+    QTRY_VERIFY(the<QMessageBox>(name));
+    const QList<QAbstractButton*> buttons = the<QMessageBox>(name)->buttons();
+    for (QAbstractButton* each : buttons) {
+        if (each->text().remove(u'&') == QLatin1String(button))
+            QTest::mouseClick(each, Qt::LeftButton);
+    }
+}
+
+QModelIndex PageWindow::row(const char* text) const
+{
+    const QAbstractItemModel& model = *outline()->model();
+    const QModelIndexList found = model.match(model.index(0, 0), Qt::DisplayRole, QString::fromUtf8(text), 1,
+                                              Qt::MatchStartsWith | Qt::MatchRecursive);
+    return found.isEmpty() ? QModelIndex() : found.first();
+}
+
+void PageWindow::click(const char* text) const
+{
+    outline()->scrollTo(row(text));
+    QTest::mouseClick(outline()->viewport(), Qt::LeftButton, {}, outline()->visualRect(row(text)).center());
+}
+
 QString PageWindow::answer(const QString& script) const
 {
     return rendering().evaluateAndWait(script).toString();
 }
 
-void PageWindow::type(const QString& text) const
+void PageWindow::focusPage() const
 {
-    QTest::keyClicks(rendering().webView()->focusProxy(), text);
+    rendering().webView()->setFocus();
+    QTRY_VERIFY(rendering().webView()->focusProxy()->hasFocus());
+    QTRY_COMPARE(answer("document.hasFocus()"), QStringLiteral("true"));
 }
 
 void PageWindow::select(const char* text) const
 {
+    focusPage();
     QCOMPARE(answer(selectionScript(text, "at")), QStringLiteral("found"));
 }
 
 void PageWindow::setCaretBehind(const char* text) const
 {
+    focusPage();
     QCOMPARE(answer(selectionScript(text, "end")), QStringLiteral("found"));
+}
+
+void PageWindow::type(const char* text) const
+{
+    QTest::keyClicks(rendering().webView()->focusProxy(), QString::fromUtf8(text));
+}
+
+void PageWindow::typeInto(const char* selector, const char* text) const
+{
+    focusPage();
+    const QString script = QStringLiteral("{ getSelection().selectAllChildren(document.querySelector('%1'));"
+                                          "  getSelection().collapseToEnd() }");
+    (void)answer(script.arg(QLatin1String(selector)));
+    type(text);
+}
+
+void PageWindow::killRenderer() const
+{
+    QTRY_VERIFY(page().renderProcessPid() > 0);
+    QCOMPARE(::kill(static_cast<pid_t>(page().renderProcessPid()), SIGKILL), 0);
+}
+
+void PageWindow::replaceRenderer() const
+{
+    QTRY_VERIFY(page().renderProcessPid() > 0);
+    const qint64 process = page().renderProcessPid();
+    killRenderer();
+    QTRY_VERIFY(page().renderProcessPid() != process);
+    waitUntilShown();
 }
 
 QByteArray PageWindow::tree() const
@@ -123,6 +185,11 @@ QByteArray PageWindow::tree() const
 QByteArray PageWindow::body() const
 {
     return QByteArray::fromStdString(window->tree().document()->body()->html());
+}
+
+void PageWindow::setTitle(const char* title) const
+{
+    PageCommands(window->tree(), *window->undoStack()).setTitle(QString::fromUtf8(title));
 }
 
 } // namespace luma::test

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/element.h"
 #include "page/pagecommands.h"
-#include "tests/editor/documentfixture.h"
+#include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
 #include "web/viewcontroller.h"
 
@@ -41,31 +41,21 @@ std::vector<pid_t> childProcesses()
 
 /// Pages that want what they must not get, that lack what they need, or whose process is killed: each is
 /// edited, saved and closed in the window as any other.
-class tst_badpages final : public QObject, private luma::test::DocumentFixture
+class tst_badpages final : public QObject, private luma::test::PageWindow
 {
     Q_OBJECT
 
 private:
     void changeTitle() const
     {
-        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("New"));
+        setTitle("New");
         window->refreshAfterEdit();
         QTRY_COMPARE_WITH_TIMEOUT(answer("document.title"), QStringLiteral("New"), 30'000);
         QTRY_VERIFY(isShown());
     }
-    pid_t renderer() const
-    {
-        return static_cast<pid_t>(window->viewController().webView()->page()->renderProcessPid());
-    }
-    void killRenderer() const
-    {
-        QTRY_VERIFY(renderer() > 0);
-        QCOMPARE(::kill(renderer(), SIGKILL), 0);
-    }
 
 private slots:
-    void init() { begin(); }
-    void cleanup() { end(); }
+    void cleanup() { close(); }
 
     void hostilePage_isEditedAndSaved_data()
     {
@@ -104,7 +94,7 @@ private slots:
         open("<!DOCTYPE html><title>Old</title><body>" + markup.toStdString() + "<p>one</p>");
         const std::size_t elements = window->tree().document()->select("*").size();
         changeTitle();
-        type("p", " two");
+        typeInto("p", " two");
         QTRY_VERIFY(row("<p> one two").isValid());
         trigger("saveAction");
         QVERIFY(!window->isWindowModified());
@@ -128,7 +118,7 @@ private slots:
         click("<section>");
         changeTitle();
         QTRY_COMPARE(answer("getSelection().toString()"), QStringLiteral("one"));
-        type("p", " two");
+        typeInto("p", " two");
         QTRY_VERIFY(row("<p> one two").isValid());
         const auto isLoadedAfterRefusals = [&] {
             while (QTcpSocket* socket = server.nextPendingConnection())
@@ -136,7 +126,7 @@ private slots:
             return answer("document.readyState") == QStringLiteral("complete");
         };
         QTRY_VERIFY_WITH_TIMEOUT(isLoadedAfterRefusals(), 30'000);
-        type("p", "!");
+        typeInto("p", "!");
         QTRY_VERIFY(row("<p> one two!").isValid());
         QCOMPARE(answer("getSelection().isCollapsed"), QStringLiteral("true"));
     }
@@ -145,16 +135,13 @@ private slots:
     {
         open("<title>T</title><p>one</p>");
         changeTitle();
-        type("p", " two");
+        typeInto("p", " two");
         QTRY_VERIFY(row("<p> one two").isValid());
-        const pid_t before = renderer();
-        killRenderer();
-        QTRY_VERIFY(renderer() != before);
-        QTRY_VERIFY_WITH_TIMEOUT(isShown(), 30'000);
+        replaceRenderer();
         QCOMPARE(answer("document.title + ' ' + document.querySelector('p').textContent"),
                  QStringLiteral("New one two"));
         QVERIFY(window->isWindowModified());
-        type("p", "!");
+        typeInto("p", "!");
         QTRY_VERIFY(row("<p> one two!").isValid());
         trigger("undoAction");
         QTRY_VERIFY(!row("<p> one two").isValid());
@@ -167,7 +154,7 @@ private slots:
         open("<title>T</title><section><p>one</p></section>");
         click("<section>");
         killRenderer();
-        the<QPushButton>("addTagButton")->menu()->actions().first()->trigger();
+        insertFirstTag();
         killRenderer();
         QVERIFY(row("<article>").isValid());
         trigger("saveAction");
@@ -180,18 +167,18 @@ private slots:
     void processThatKeepsDying_isShownAgainOnDemand()
     {
         open("<title>T</title><p>one</p>");
-        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("New"));
+        setTitle("New");
         for (int deaths = 0; deaths < 4; ++deaths) {
-            QTRY_VERIFY_WITH_TIMEOUT(isShown(), 30'000);
-            const pid_t before = renderer();
+            waitUntilShown();
+            const qint64 process = page().renderProcessPid();
             killRenderer();
-            QTRY_VERIFY(renderer() != before);
+            QTRY_VERIFY(page().renderProcessPid() != process);
         }
         QTRY_VERIFY(the<QWidget>("stoppedNotice"));
         trigger("saveAction");
         QVERIFY(file("page.html").find("New") != std::string::npos);
         QTest::mouseClick(the<QPushButton>("showAgainButton"), Qt::LeftButton);
-        QTRY_VERIFY_WITH_TIMEOUT(isShown(), 30'000);
+        waitUntilShown();
         QCOMPARE(answer("document.title"), QStringLiteral("New"));
     }
 
@@ -201,7 +188,7 @@ private slots:
         open("<title>T</title><section><p>one</p></section>");
         for (const pid_t process : childProcesses())
             ::kill(process, SIGKILL);
-        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("New"));
+        setTitle("New");
         window->refreshAfterEdit();
         QTRY_VERIFY(row("<title> New").isValid());
         trigger("saveAction");

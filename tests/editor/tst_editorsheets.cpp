@@ -23,19 +23,16 @@
 #include <QUndoStack>
 
 using namespace luma;
-using luma::test::PageWindow;
 namespace fs = std::filesystem;
 
 /// The sheets and fields around the rendering: style sheets, link, source, script console.
-class tst_editorsheets final : public QObject
+class tst_editorsheets final : public QObject, private luma::test::PageWindow
 {
     Q_OBJECT
 
 private:
-    PageWindow page;
-
-    QPushButton* button(const char* name) const { return page.the<QPushButton>(name); }
-    QPlainTextEdit* cssField() const { return page.the<QPlainTextEdit>("cssField"); }
+    QPushButton* button(const char* name) const { return the<QPushButton>(name); }
+    QPlainTextEdit* cssField() const { return the<QPlainTextEdit>("cssField"); }
     void press(const char* name) const { QTest::mouseClick(button(name), Qt::LeftButton); }
     QColor colourOf(QPlainTextEdit* field, int line, int at) const
     {
@@ -48,13 +45,13 @@ private:
     }
 
 private slots:
-    void cleanup() { page.close(); }
+    void cleanup() { close(); }
 
     void linkedSheet_isShownTidiedAndSaved()
     {
-        page.put("css/a.css", "p{color:red;background:url(\"x.png\")}");
-        QVERIFY(page.open("<head><style>i{}</style><link rel=stylesheet href=\"css/a.css\"></head><p>x</p>"));
-        auto* const menu = page.the<QComboBox>("cssMenu");
+        put("css/a.css", "p{color:red;background:url(\"x.png\")}");
+        open("<head><style>i{}</style><link rel=stylesheet href=\"css/a.css\"></head><p>x</p>");
+        auto* const menu = the<QComboBox>("cssMenu");
         QCOMPARE(menu->currentText(), QStringLiteral("<style> [0]"));
         menu->setCurrentIndex(0);
         emit menu->activated(0);
@@ -66,39 +63,39 @@ private slots:
         QTest::keyClicks(cssField(), QStringLiteral("p{color:rgb(0,0,255)}"));
         press("cssButton");
         QVERIFY(!button("cssButton")->isEnabled());
-        QVERIFY(page.file("css/a.css").ends_with("}\n\np {\n    color: rgb(0,0,255)\n}"));
-        QCOMPARE(cssField()->toPlainText().toStdString(), page.file("css/a.css"));
-        QTRY_COMPARE(page.answer("getComputedStyle(document.querySelector('p')).color"),
+        QVERIFY(file("css/a.css").ends_with("}\n\np {\n    color: rgb(0,0,255)\n}"));
+        QCOMPARE(cssField()->toPlainText().toStdString(), file("css/a.css"));
+        QTRY_COMPARE(answer("getComputedStyle(document.querySelector('p')).color"),
                      QStringLiteral("rgb(0, 0, 255)"));
-        QVERIFY(!page.window->isWindowModified());
+        QVERIFY(!window->isWindowModified());
     }
 
     // What can't be stored stays, and nothing is said.
     void sheetThatCantBeWritten_staysInTheField()
     {
-        page.put("css/a.css", "p{color:red}");
-        QVERIFY(page.open("<head><link rel=stylesheet href=\"css/a.css\"></head><p>x</p>"));
+        put("css/a.css", "p{color:red}");
+        open("<head><link rel=stylesheet href=\"css/a.css\"></head><p>x</p>");
         QTest::keyClicks(cssField(), QStringLiteral("/**/"));
-        fs::remove_all(page.at("css"));
+        fs::remove_all(at("css"));
         press("cssButton");
         QVERIFY(cssField()->toPlainText().startsWith(QStringLiteral("/**/")) || !cssField()->isEnabled());
-        QVERIFY(page.window->isWindowModified());
-        QVERIFY(!page.the<QWidget>("noticeBar")->isVisible());
-        fs::create_directory(page.at("css"));
-        page.put("css/a.css", "p{color:red}");
-        auto* const menu = page.the<QComboBox>("cssMenu");
+        QVERIFY(window->isWindowModified());
+        QVERIFY(!the<QWidget>("noticeBar")->isVisible());
+        fs::create_directory(at("css"));
+        put("css/a.css", "p{color:red}");
+        auto* const menu = the<QComboBox>("cssMenu");
         emit menu->activated(0);
         QVERIFY(cssField()->toPlainText().startsWith(QStringLiteral("/**/")));
         QVERIFY(button("cssButton")->isEnabled());
         press("cssButton");
-        QVERIFY(page.file("css/a.css").starts_with("/**/"));
-        QVERIFY(!page.window->isWindowModified());
+        QVERIFY(file("css/a.css").starts_with("/**/"));
+        QVERIFY(!window->isWindowModified());
     }
 
     void pageWithoutSheets_hasAnEmptyMenuAndField()
     {
-        QVERIFY(page.open("<p>x</p>"));
-        QCOMPARE(page.the<QComboBox>("cssMenu")->count(), 0);
+        open("<p>x</p>");
+        QCOMPARE(the<QComboBox>("cssMenu")->count(), 0);
         QVERIFY(cssField()->toPlainText().isEmpty());
         QVERIFY(!button("cssButton")->isEnabled());
     }
@@ -107,65 +104,64 @@ private slots:
     void oddSpaces_stayInStylesAndSource()
     {
         const QByteArray odd = "\xc2\xa0|\xe2\x80\xa8|";
-        QVERIFY(
-            page.open("<head><style>q::before{content:'" + odd.toStdString() + "'}</style></head><p>x</p>"));
+        open("<head><style>q::before{content:'" + odd.toStdString() + "'}</style></head><p>x</p>");
         cssField()->moveCursor(QTextCursor::End);
         QTest::keyClicks(cssField(), QStringLiteral("b{}"));
         press("cssButton");
-        QTRY_VERIFY(page.tree().contains("b{}"));
-        QVERIFY(page.tree().contains(odd));
-        QVERIFY(page.waitUntilShown());
-        page.trigger("showSourceAction");
-        auto* const source = page.the<QPlainTextEdit>("sourceField");
+        QTRY_VERIFY(tree().contains("b{}"));
+        QVERIFY(tree().contains(odd));
+        waitUntilShown();
+        trigger("showSourceAction");
+        auto* const source = the<QPlainTextEdit>("sourceField");
         QTRY_VERIFY(source->isVisible());
         QTest::keyClicks(source, QStringLiteral("<!-- -->"));
         press("saveSourceButton");
-        QVERIFY(page.tree().contains(odd));
+        QVERIFY(tree().contains(odd));
     }
 
     void linkAddress_losesLineEnds()
     {
-        QVERIFY(page.open("<p>one</p>"));
-        page.select("one");
-        page.trigger("makeLinkAction");
-        page.the<QLineEdit>("linkAddress")->setText(QStringLiteral(" http://example.org/a\n b\r\n?c\td "));
+        open("<p>one</p>");
+        select("one");
+        trigger("makeLinkAction");
+        the<QLineEdit>("linkAddress")->setText(QStringLiteral(" http://example.org/a\n b\r\n?c\td "));
         press("linkButton");
-        QTRY_COMPARE(page.body(), QByteArray("<p><a href=\"http://example.org/a b?cd\">one</a></p>"));
-        page.trigger("makeLinkAction");
-        page.the<QLineEdit>("linkAddress")->setText(QStringLiteral("java\nscript:alert(1)"));
+        QTRY_COMPARE(body(), QByteArray("<p><a href=\"http://example.org/a b?cd\">one</a></p>"));
+        trigger("makeLinkAction");
+        the<QLineEdit>("linkAddress")->setText(QStringLiteral("java\nscript:alert(1)"));
         QVERIFY(!button("linkButton")->isEnabled());
     }
 
     void imageChooser_beginsInTheSite()
     {
-        page.put("images/a.png", "");
-        QVERIFY(page.open("<p>one</p>"));
-        page.setCaretBehind("one");
-        page.trigger("insertImageAction");
+        put("images/a.png", "");
+        open("<p>one</p>");
+        setCaretBehind("one");
+        trigger("insertImageAction");
         QVERIFY(button("linkChooseButton")->isVisible());
         press("linkChooseButton");
-        auto* const panel = page.the<QFileDialog>("imagePanel");
+        auto* const panel = the<QFileDialog>("imagePanel");
         QVERIFY(panel);
-        QCOMPARE(QDir(panel->directory()).canonicalPath().toStdString(), fs::canonical(page.at("")).native());
-        emit panel->fileSelected(QString::fromStdString(page.at("images/a.png").native()));
+        QCOMPARE(QDir(panel->directory()).canonicalPath().toStdString(), fs::canonical(at("")).native());
+        emit panel->fileSelected(QString::fromStdString(at("images/a.png").native()));
         panel->close();
-        QVERIFY(page.the<QLabel>("linkComplaint")->text().isEmpty());
+        QVERIFY(the<QLabel>("linkComplaint")->text().isEmpty());
         press("linkButton");
-        QTRY_COMPARE(page.body(), QByteArray("<p>one<img src=\"images/a.png\" alt=\"\"></p>"));
-        page.trigger("makeLinkAction");
+        QTRY_COMPARE(body(), QByteArray("<p>one<img src=\"images/a.png\" alt=\"\"></p>"));
+        trigger("makeLinkAction");
         QVERIFY(!button("linkChooseButton")->isVisible());
     }
 
     void sourcePanel_findsBothWaysAndAround()
     {
-        QVERIFY(page.open("<p>word</p><p>Word</p>"));
-        page.trigger("showSourceAction");
-        auto* const source = page.the<QPlainTextEdit>("sourceField");
+        open("<p>word</p><p>Word</p>");
+        trigger("showSourceAction");
+        auto* const source = the<QPlainTextEdit>("sourceField");
         QTRY_VERIFY(source->isVisible());
         source->activateWindow();
         QTRY_VERIFY(source->isActiveWindow());
         QTest::keyClick(source, Qt::Key_F, Qt::ControlModifier);
-        auto* const find = page.the<QLineEdit>("sourceFindField");
+        auto* const find = the<QLineEdit>("sourceFindField");
         QTRY_VERIFY(find->hasFocus());
         QTest::keyClicks(find, QStringLiteral("word"));
         QList<int> places;
@@ -185,15 +181,15 @@ private slots:
         QCOMPARE(source->textCursor().selectedText(), QStringLiteral("Word"));
         find->setText(QStringLiteral("nowhere"));
         QTest::keyClick(find, Qt::Key_Return);
-        QCOMPARE(page.the<QLabel>("sourceFindResult")->text(), QStringLiteral("Not found"));
+        QCOMPARE(the<QLabel>("sourceFindResult")->text(), QStringLiteral("Not found"));
     }
 
     void scriptConsole_runsAndKeepsScripts()
     {
-        QVERIFY(page.open("<p>one</p>"));
-        page.trigger("scriptConsoleAction");
-        auto* const source = page.the<QPlainTextEdit>("jsSourceField");
-        auto* const result = page.the<QPlainTextEdit>("jsResultField");
+        open("<p>one</p>");
+        trigger("scriptConsoleAction");
+        auto* const source = the<QPlainTextEdit>("jsSourceField");
+        auto* const result = the<QPlainTextEdit>("jsResultField");
         const auto answerTo = [&](const char* script) {
             source->setPlainText(QString::fromUtf8(script));
             press("runJSButton");
@@ -205,8 +201,8 @@ private slots:
         answerTo("nonsense(");
         QTRY_VERIFY(result->toPlainText().contains(QStringLiteral("SyntaxError")));
         answerTo("document.querySelector('p').textContent = 'two'");
-        QTRY_COMPARE(page.body(), QByteArray("<p>two</p>"));
-        QTRY_COMPARE(page.the<QAction>("undoAction")->text(), QStringLiteral("&Undo Script"));
+        QTRY_COMPARE(body(), QByteArray("<p>two</p>"));
+        QTRY_COMPARE(the<QAction>("undoAction")->text(), QStringLiteral("&Undo Script"));
         press("saveJSButton");
         const QStringList kept = QDir(ScriptConsole::scriptFolder()).entryList({QStringLiteral("*.js")});
         QCOMPARE(kept.size(), 1);
@@ -219,78 +215,69 @@ private slots:
     // The rendering, the outline, the source panel and the style blocks have one history.
     void history_isOneForAll()
     {
-        QVERIFY(page.open("<head><title>t</title><style>p{}</style></head><section><p>one</p></section>"));
-        const QByteArray first = page.tree();
-        page.setCaretBehind("one");
-        page.type(QStringLiteral("s"));
-        QTRY_VERIFY(page.body().contains("ones"));
-        auto* const outline = page.the<QTreeView>("myOutlineView");
-        outline->setCurrentIndex(outline->model()->match(outline->model()->index(0, 0), Qt::DisplayRole,
-                                                         QStringLiteral("<section>"), 1,
-                                                         Qt::MatchStartsWith | Qt::MatchRecursive)[0]);
-        button("addTagButton")->menu()->actions().first()->trigger();
-        QTRY_VERIFY(page.body().contains("<article>"));
-        QVERIFY(page.waitUntilShown());
+        open("<head><title>t</title><style>p{}</style></head><section><p>one</p></section>");
+        const QByteArray first = tree();
+        setCaretBehind("one");
+        type("s");
+        QTRY_VERIFY(body().contains("ones"));
+        outline()->setCurrentIndex(row("<section>"));
+        insertFirstTag();
+        QTRY_VERIFY(body().contains("<article>"));
+        waitUntilShown();
         cssField()->setPlainText(QStringLiteral("b{}"));
         press("cssButton");
-        QTRY_VERIFY(page.tree().contains("<style>b{}</style>"));
-        QVERIFY(page.waitUntilShown());
-        page.trigger("showSourceAction");
-        auto* const source = page.the<QPlainTextEdit>("sourceField");
+        QTRY_VERIFY(tree().contains("<style>b{}</style>"));
+        waitUntilShown();
+        trigger("showSourceAction");
+        auto* const source = the<QPlainTextEdit>("sourceField");
         QTRY_VERIFY(source->isVisible());
         source->setPlainText(source->toPlainText().replace(QStringLiteral("Lorem"), QStringLiteral("Ipsum")));
         press("saveSourceButton");
-        QTRY_VERIFY(page.body().contains("Ipsum"));
-        const QByteArray last = page.tree();
+        QTRY_VERIFY(body().contains("Ipsum"));
+        const QByteArray last = tree();
         QStringList names;
-        while (page.the<QAction>("undoAction")->isEnabled() && names.size() < 9) {
-            names.append(page.the<QAction>("undoAction")->text().mid(6));
-            page.trigger("undoAction");
-            QVERIFY(page.waitUntilShown());
+        while (the<QAction>("undoAction")->isEnabled() && names.size() < 9) {
+            names.append(the<QAction>("undoAction")->text().mid(6));
+            trigger("undoAction");
+            waitUntilShown();
         }
         QCOMPARE(names, (QStringList{QStringLiteral("Edit Source"), QStringLiteral("Update CSS"),
                                      QStringLiteral("Insert <article>"), QStringLiteral("Typing")}));
-        QCOMPARE(page.tree(), first);
+        QCOMPARE(tree(), first);
         for (int i = 0; i < 4; ++i)
-            page.trigger("redoAction");
-        QTRY_COMPARE(page.tree(), last);
+            trigger("redoAction");
+        QTRY_COMPARE(tree(), last);
     }
 
     // Words that belong to no title change nothing.
     void textOfThePage_becomesTheTitleOnly()
     {
-        QVERIFY(page.open("<head><title>t</title></head><p>one</p>"));
-        auto* const outline = page.the<QTreeView>("myOutlineView");
-        const auto select = [&](const char* text) {
-            outline->setCurrentIndex(outline->model()->match(outline->model()->index(0, 0), Qt::DisplayRole,
-                                                             QString::fromLatin1(text), 1,
-                                                             Qt::MatchStartsWith | Qt::MatchRecursive)[0]);
-        };
-        select("<p>");
-        (void)page.answer("post('callback_text', 'New'); 1");
-        select("<title>");
-        (void)page.answer("post('callback_text', 'Newer'); 1");
-        QTRY_COMPARE(page.window->tree().document()->title(), std::string("Newer"));
-        QCOMPARE(page.body(), QByteArray("<p>one</p>"));
-        QCOMPARE(page.window->undoStack()->count(), 1);
-        QVERIFY(outline->currentIndex().data().toString().startsWith(QStringLiteral("<title> Newer")));
+        open("<head><title>t</title></head><p>one</p>");
+        outline()->setCurrentIndex(row("<p>"));
+        (void)answer("post('callback_text', 'New'); 1");
+        outline()->setCurrentIndex(row("<title>"));
+        (void)answer("post('callback_text', 'Newer'); 1");
+        QTRY_COMPARE(window->tree().document()->title(), std::string("Newer"));
+        QCOMPARE(body(), QByteArray("<p>one</p>"));
+        QCOMPARE(window->undoStack()->count(), 1);
+        QVERIFY(outline()->currentIndex().data().toString().startsWith(QStringLiteral("<title> Newer")));
     }
 
     void colours_suitTheTheme()
     {
-        QVERIFY(page.open("<head><style>p{color:red}</style></head><p>x</p>"));
+        open("<head><style>p{color:red}</style></head><p>x</p>");
         const int line = 1;
         const int name = 5;
         const QColor light = colourOf(cssField(), line, name);
         QVERIFY(light.isValid());
-        QPalette dark = page.window->palette();
+        QPalette dark = window->palette();
         dark.setColor(QPalette::Base, QColor(0x1e, 0x1e, 0x1e));
         dark.setColor(QPalette::Text, Qt::white);
-        page.window->setPalette(dark);
+        window->setPalette(dark);
         QTRY_VERIFY(colourOf(cssField(), line, name).lightness() > 128);
         QVERIFY(light.lightness() < 128);
         QVERIFY(!button("cssButton")->isEnabled());
-        QVERIFY(!page.window->isWindowModified());
+        QVERIFY(!window->isWindowModified());
     }
 };
 

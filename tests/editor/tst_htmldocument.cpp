@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
 #include "editor/outlinemodel.h"
-#include "page/pagecommands.h"
-#include "tests/editor/documentfixture.h"
+#include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
 #include "web/viewcontroller.h"
@@ -20,13 +19,11 @@
 #include <QTest>
 #include <QToolBar>
 
-#include <csignal>
-
 using namespace luma;
 namespace fs = std::filesystem;
 
 /// The window of a page with the real rendering, driven as a user drives it.
-class tst_htmldocument final : public QObject, private luma::test::DocumentFixture
+class tst_htmldocument final : public QObject, private luma::test::PageWindow
 {
     Q_OBJECT
 
@@ -34,8 +31,7 @@ private:
     QString selectionInPage() const { return answer("getSelection().toString()"); }
 
 private slots:
-    void init() { begin(); }
-    void cleanup() { end(); }
+    void cleanup() { close(); }
 
     void selection_isShownInThePage()
     {
@@ -48,8 +44,8 @@ private slots:
         QVERIFY(the<QLabel>("elementPath")->text().endsWith(QStringLiteral("section \u203a p")));
         click("<section>");
         QVERIFY(the<QPushButton>("addTagButton")->isEnabled());
-        QCOMPARE(the<QPushButton>("addTagButton")->menu()->actions().first()->text(),
-                 QStringLiteral("article"));
+        emit the<QMenu>("insertMenu")->aboutToShow();
+        QCOMPARE(the<QMenu>("insertMenu")->actions().first()->text(), QStringLiteral("article"));
         click("<html>");
         QVERIFY(!the<QPushButton>("deleteTagButton")->isEnabled());
     }
@@ -58,7 +54,7 @@ private slots:
     {
         open("<title>T</title><section><p>one</p></section>");
         click("<section>");
-        the<QPushButton>("addTagButton")->menu()->actions().first()->trigger();
+        insertFirstTag();
         QTRY_VERIFY(row("<article>").isValid());
         QTRY_COMPARE(answer("document.querySelector('article > p').textContent"), QStringLiteral("Lorem"));
         QVERIFY(window->isWindowModified());
@@ -68,7 +64,7 @@ private slots:
         trigger("undoAction");
         QTRY_VERIFY(row("<article>").isValid());
         trigger("undoAction");
-        QTRY_COMPARE(body(), std::string("<section><p>one</p></section>"));
+        QTRY_COMPARE(body(), QByteArray("<section><p>one</p></section>"));
         QTRY_COMPARE(answer("document.querySelectorAll('article').length"), QStringLiteral("0"));
         QVERIFY(!window->isWindowModified());
     }
@@ -76,7 +72,7 @@ private slots:
     void typing_comesToTheOutlineAndIsSaved()
     {
         open("<title>T</title><p>one</p>");
-        type("p", " two");
+        typeInto("p", " two");
         QTRY_COMPARE(row("<p>").data().toString(), QStringLiteral("<p> one two"));
         QTRY_COMPARE(outline()->currentIndex(), row("<p>"));
         trigger("saveAction");
@@ -141,14 +137,13 @@ private slots:
     void closing_asksAboutUnsavedEdits()
     {
         open("<title>Old</title><p>x");
-        PageCommands commands(window->tree(), *window->undoStack());
-        commands.setTitle(QStringLiteral("New"));
+        setTitle("New");
         window->close();
-        answerQuestion("saveQuestion", QMessageBox::Cancel);
+        answerQuestion("saveQuestion", "Cancel");
         QVERIFY(window->isVisible());
         QTRY_VERIFY(!the<QMessageBox>("saveQuestion"));
         window->close();
-        answerQuestion("saveQuestion", QMessageBox::Save);
+        answerQuestion("saveQuestion", "Save");
         QTRY_VERIFY(!window);
         QVERIFY(file("page.html").find("<title>New</title>") != std::string::npos);
     }
@@ -159,11 +154,11 @@ private slots:
         put("page.html", "<title>Theirs</title><p>x</p>");
         QTRY_COMPARE(window->tree().document()->title(), std::string("Theirs"));
         QVERIFY(!window->isWindowModified());
-        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("Mine"));
+        setTitle("Mine");
         put("page.html", "<title>Again theirs</title><p>x</p>");
         QTRY_VERIFY(the<QWidget>("noticeBar")->isVisible());
         trigger("saveAction");
-        answerQuestion("overwriteQuestion", QMessageBox::Cancel);
+        answerQuestion("overwriteQuestion", "Cancel");
         QVERIFY(file("page.html").find("Again theirs") != std::string::npos);
         QTRY_VERIFY(!the<QMessageBox>("overwriteQuestion"));
         trigger("saveAction");
@@ -176,9 +171,9 @@ private slots:
         const std::string page =
             "<?xml version=\"1.0\"?>\n<html><head><title>Old</title></head><body><br/></body></html>";
         open(page);
-        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("New"));
+        setTitle("New");
         trigger("saveAction");
-        answerQuestion("xhtmlQuestion", QMessageBox::Cancel);
+        answerQuestion("xhtmlQuestion", "Cancel");
         QTRY_VERIFY(!the<QMessageBox>("xhtmlQuestion"));
         QCOMPARE(file("page.html"), page);
         QVERIFY(window->isWindowModified());
@@ -202,7 +197,7 @@ private slots:
         trigger("saveAction");
         QTRY_VERIFY(the<QMessageBox>("lossQuestion"));
         luma::test::screenshot(*the<QMessageBox>("lossQuestion"), "loss question");
-        answerQuestion("lossQuestion", QMessageBox::Cancel);
+        answerQuestion("lossQuestion", "Cancel");
         QCOMPARE(file("page.html"), page);
         QTRY_VERIFY(!the<QMessageBox>("lossQuestion"));
         trigger("saveAction");
@@ -214,7 +209,7 @@ private slots:
     void badPage_isToldInTheWindow()
     {
         put("page.html", std::string_view("\xff\xfe", 2));
-        openWindow("page.html");
+        openWindow(at("page.html"), at(""));
         QVERIFY(the<QWidget>("noticeBar")->isVisible());
         QVERIFY(!the<QAction>("saveAction")->isEnabled());
         QVERIFY(!the<QToolBar>("formatBar")->isEnabled());
@@ -222,24 +217,11 @@ private slots:
         QTRY_VERIFY(!window);
     }
 
-    void killedProcess_losesNothing()
-    {
-        open("<title>T</title><p>one</p>");
-        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("New"));
-        const qint64 process = window->viewController().webView()->page()->renderProcessPid();
-        QVERIFY(process > 0);
-        QCOMPARE(::kill(static_cast<pid_t>(process), SIGKILL), 0);
-        QTRY_VERIFY(window->viewController().webView()->page()->renderProcessPid() != process);
-        QTRY_VERIFY_WITH_TIMEOUT(isShown(), 30'000);
-        QCOMPARE(answer("document.title"), QStringLiteral("New"));
-        QVERIFY(window->isWindowModified());
-    }
-
     void darkTheme_isTakenOver()
     {
         const QPalette light = QApplication::palette();
         open("<!DOCTYPE html><title>T</title><style>p { color: #444 }</style><section><p>one</p></section>");
-        type("p", " two");
+        typeInto("p", " two");
         QTRY_COMPARE(outline()->currentIndex(), row("<p>"));
         QPalette dark(QColor(0x31, 0x36, 0x3b), QColor(0x2a, 0x2e, 0x32));
         dark.setColor(QPalette::Base, QColor(0x1b, 0x1e, 0x20));
@@ -256,7 +238,7 @@ private slots:
     void print_doesNothing()
     {
         open("<title>Old</title><p>x</p>");
-        PageCommands(window->tree(), *window->undoStack()).setTitle(QStringLiteral("New"));
+        setTitle("New");
         window->printDocument();
         QVERIFY(std::filesystem::remove(at("page.html")));
         window->printDocument();
@@ -267,8 +249,8 @@ private slots:
 
     void newPage_isSavedUnderAName()
     {
-        openUntitled();
-        QTRY_VERIFY_WITH_TIMEOUT(isShown(), 30'000);
+        openWindow({}, at(""));
+        waitUntilShown();
         QCOMPARE(window->windowTitle(), QStringLiteral("Untitled[*]"));
         trigger("saveAction");
         auto* panel = the<QFileDialog>("savePanel");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/outlineview.h"
 #include "html/element.h"
-#include "tests/editor/documentfixture.h"
+#include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
 #include "web/viewcontroller.h"
 
@@ -25,7 +25,7 @@ std::string repeated(const std::string& text, int count)
 } // namespace
 
 /// How the outline scrolls, and what is selected in it after an edit, in the window of a page.
-class tst_outlineview final : public QObject, private luma::test::DocumentFixture
+class tst_outlineview final : public QObject, private luma::test::PageWindow
 {
     Q_OBJECT
 
@@ -39,8 +39,7 @@ private:
     }
 
 private slots:
-    void init() { begin(); }
-    void cleanup() { end(); }
+    void cleanup() { close(); }
 
     void deepRow_isScrolledIntoView()
     {
@@ -67,10 +66,10 @@ private slots:
         open("<title>T</title><section><p>one</p></section><article></article>");
         click("<p>");
         drop("<p>", "<article>", Qt::CopyAction);
-        QTRY_COMPARE(body(), std::string("<section><p>one</p></section><article><p>one</p></article>"));
+        QTRY_COMPARE(body(), QByteArray("<section><p>one</p></section><article><p>one</p></article>"));
         QCOMPARE(outline()->currentIndex().parent(), row("<article>"));
         drop("<article>", "<section>", Qt::MoveAction);
-        QTRY_COMPARE(body(), std::string("<section><article><p>one</p></article><p>one</p></section>"));
+        QTRY_COMPARE(body(), QByteArray("<section><article><p>one</p></article><p>one</p></section>"));
         QCOMPARE(outline()->currentIndex(), row("<article>"));
     }
 
@@ -85,9 +84,9 @@ private slots:
             QCoreApplication::processEvents();
         };
         paste("<p>", "copyAction", "<article>");
-        QTRY_COMPARE(body(), std::string("<section><p>one</p></section><article><p>one</p></article>"));
+        QTRY_COMPARE(body(), QByteArray("<section><p>one</p></section><article><p>one</p></article>"));
         paste("<article>", "cutAction", "<section>");
-        const std::string moved = "<section><article><p>one</p></article><p>one</p></section>";
+        const QByteArray moved = "<section><article><p>one</p></article><p>one</p></section>";
         QTRY_COMPARE(body(), moved);
         trigger("pasteAction"); // it was moved once
         paste("<section>", "cutAction", "<article>");
@@ -96,7 +95,7 @@ private slots:
         QCOMPARE(body(), moved);
         trigger("undoAction");
         trigger("undoAction");
-        QTRY_COMPARE(body(), std::string("<section><p>one</p></section><article></article>"));
+        QTRY_COMPARE(body(), QByteArray("<section><p>one</p></section><article></article>"));
     }
 
     void scrollPositions_stayOverEditUndoAndReload()
@@ -111,7 +110,7 @@ private slots:
         const int rows = outline()->verticalScrollBar()->value();
         for (const char* action :
              {"deleteTagAction", "undoAction", "redoAction", "undoAction", "reloadAction"}) {
-            const std::string markup = body();
+            const QByteArray markup = body();
             trigger(action);
             QTRY_VERIFY(isShown());
             QTRY_COMPARE(answer("document.body.scrollTop"), before);

@@ -12,36 +12,23 @@
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
 
-#include <csignal>
-
 using namespace luma;
-using luma::test::PageWindow;
 
 /// Editing in the rendering of a page's window: what reaches the tree, under which name, and what is never
 /// lost.
-class tst_pageediting final : public QObject
+class tst_pageediting final : public QObject, private luma::test::PageWindow
 {
     Q_OBJECT
 
 private:
-    PageWindow page;
-
-    QWidget* keys() const { return page.rendering().webView()->focusProxy(); }
-    QString undoText() const { return page.the<QAction>("undoAction")->text(); }
-    void kill() const
-    {
-        const qint64 process = page.page().renderProcessPid();
-        QVERIFY(process > 0);
-        QCOMPARE(::kill(static_cast<pid_t>(process), SIGKILL), 0);
-        QTRY_VERIFY(page.page().renderProcessPid() != process);
-        QVERIFY(page.waitUntilShown());
-    }
+    QWidget* keys() const { return rendering().webView()->focusProxy(); }
+    QString undoText() const { return the<QAction>("undoAction")->text(); }
     /// As a pane or another program would drop it on the first letters of the page.
     void drop(const QList<QUrl>& files) const
     {
         QMimeData data;
         data.setUrls(files);
-        MyWebView* const view = page.rendering().webView();
+        MyWebView* const view = rendering().webView();
         QDragEnterEvent enter(QPoint(20, 30), Qt::CopyAction, &data, Qt::LeftButton, {});
         QApplication::sendEvent(view, &enter);
         QVERIFY(enter.isAccepted());
@@ -51,7 +38,7 @@ private:
     }
 
 private slots:
-    void cleanup() { page.close(); }
+    void cleanup() { close(); }
 
     void commandKeys_areStepsOfTheirName_data()
     {
@@ -67,19 +54,19 @@ private slots:
         QFETCH(Qt::Key, key);
         QFETCH(QString, name);
         QFETCH(QByteArray, tag);
-        QVERIFY(page.open("<p>one two</p>"));
-        page.setCaretBehind("two");
-        page.type(QStringLiteral("s"));
-        page.rendering().catchUp();
-        page.select("one");
+        open("<p>one two</p>");
+        setCaretBehind("two");
+        type("s");
+        rendering().catchUp();
+        select("one");
         QTest::keyClick(keys(), key, Qt::ControlModifier);
-        QTRY_COMPARE(page.body(), "<p><" + tag + ">one</" + tag + "> twos</p>");
+        QTRY_COMPARE(body(), "<p><" + tag + ">one</" + tag + "> twos</p>");
         QCOMPARE(undoText(), QStringLiteral("&Undo ") + name);
-        page.trigger("undoAction");
+        trigger("undoAction");
         QTRY_COMPARE(undoText(), QStringLiteral("&Undo Typing"));
-        QTRY_COMPARE(page.body(), QByteArray("<p>one twos</p>"));
-        page.trigger("undoAction");
-        QTRY_COMPARE(page.body(), QByteArray("<p>one two</p>"));
+        QTRY_COMPARE(body(), QByteArray("<p>one twos</p>"));
+        trigger("undoAction");
+        QTRY_COMPARE(body(), QByteArray("<p>one two</p>"));
         QTRY_COMPARE(undoText(), QStringLiteral("&Undo"));
     }
 
@@ -119,28 +106,28 @@ private slots:
     {
         QFETCH(QByteArray, before);
         QFETCH(QByteArray, after);
-        QVERIFY(page.open(before.toStdString()));
-        page.select("word");
-        page.the<QAction>(QTest::currentDataTag())->trigger();
-        QTRY_COMPARE(page.body(), after);
+        open(before.toStdString());
+        select("word");
+        the<QAction>(QTest::currentDataTag())->trigger();
+        QTRY_COMPARE(body(), after);
         QCOMPARE(undoText(), QStringLiteral("&Undo ") + QLatin1String(QTest::currentDataTag()));
-        page.trigger("undoAction");
-        QTRY_COMPARE(page.body(), before);
+        trigger("undoAction");
+        QTRY_COMPARE(body(), before);
     }
 
     void droppedFiles_becomeImagesAndLinks()
     {
-        page.put("images/a b.png", "");
-        page.put("other.html", "");
-        QVERIFY(page.open("<body style=\"margin: 0; font-size: 60px\"><p style=\"margin: 0\">one</p>"));
-        drop({QUrl::fromLocalFile(QString::fromStdString(page.at("images/a b.png").native()))});
-        QTRY_VERIFY(page.body().contains("<img src=\"images/a b.png\" alt=\"\">"));
+        put("images/a b.png", "");
+        put("other.html", "");
+        open("<body style=\"margin: 0; font-size: 60px\"><p style=\"margin: 0\">one</p>");
+        drop({QUrl::fromLocalFile(QString::fromStdString(at("images/a b.png").native()))});
+        QTRY_VERIFY(body().contains("<img src=\"images/a b.png\" alt=\"\">"));
         QCOMPARE(undoText(), QStringLiteral("&Undo Drop"));
-        page.trigger("undoAction");
-        QTRY_COMPARE(page.answer("document.body.innerText.trim()"), QStringLiteral("one"));
-        drop({QUrl::fromLocalFile(QString::fromStdString(page.at("other.html").native()))});
-        QTRY_VERIFY(page.body().contains("<a href=\"other.html\">other.html</a>"));
-        QCOMPARE(page.page().url().fileName(), QStringLiteral("page.html"));
+        trigger("undoAction");
+        QTRY_COMPARE(answer("document.body.innerText.trim()"), QStringLiteral("one"));
+        drop({QUrl::fromLocalFile(QString::fromStdString(at("other.html").native()))});
+        QTRY_VERIFY(body().contains("<a href=\"other.html\">other.html</a>"));
+        QCOMPARE(page().url().fileName(), QStringLiteral("page.html"));
     }
 
     // What a process that replaced a killed one may be without.
@@ -153,75 +140,75 @@ private slots:
     void deafPage_isEditedAllTheSame()
     {
         QFETCH(bool, hasScripts);
-        QVERIFY(page.open("<p>one</p><p>two</p>"));
-        page.page().setWebChannel(nullptr, QWebEngineScript::ApplicationWorld);
+        open("<p>one</p><p>two</p>");
+        page().setWebChannel(nullptr, QWebEngineScript::ApplicationWorld);
         if (!hasScripts)
-            page.page().scripts().clear();
-        page.trigger("reloadAction");
-        QVERIFY(page.waitUntilShown());
-        page.setCaretBehind("two");
-        page.type(QStringLiteral("s"));
-        QTRY_COMPARE(page.body(), QByteArray("<p>one</p><p>twos</p>"));
-        QTRY_COMPARE(page.the<QWidget>("elementPath")->property("text").toString(),
+            page().scripts().clear();
+        trigger("reloadAction");
+        waitUntilShown();
+        setCaretBehind("two");
+        type("s");
+        QTRY_COMPARE(body(), QByteArray("<p>one</p><p>twos</p>"));
+        QTRY_COMPARE(the<QWidget>("elementPath")->property("text").toString(),
                      QStringLiteral("html \u203a body \u203a p"));
     }
 
     void processKilledTwice_losesNothing()
     {
-        QVERIFY(page.open("<p>one</p>"));
-        page.setCaretBehind("one");
-        page.type(QStringLiteral("a"));
-        QTRY_COMPARE(page.body(), QByteArray("<p>onea</p>"));
+        open("<p>one</p>");
+        setCaretBehind("one");
+        type("a");
+        QTRY_COMPARE(body(), QByteArray("<p>onea</p>"));
         for (const char* typed : {"b", "c"}) {
-            kill();
-            QTRY_COMPARE(page.answer("document.hasFocus()"), QStringLiteral("true"));
-            QVERIFY(!page.answer("document.body.innerText").isEmpty());
-            page.setCaretBehind(page.answer("document.body.innerText.trim()").toUtf8().constData());
-            page.type(QLatin1String(typed));
-            QTRY_VERIFY(page.body().contains(typed));
+            replaceRenderer();
+            QTRY_COMPARE(answer("document.hasFocus()"), QStringLiteral("true"));
+            QVERIFY(!answer("document.body.innerText").isEmpty());
+            setCaretBehind(answer("document.body.innerText.trim()").toUtf8().constData());
+            type(typed);
+            QTRY_VERIFY(body().contains(typed));
         }
-        kill();
-        QCOMPARE(page.answer("document.body.innerText.trim()"), QStringLiteral("oneabc"));
-        page.trigger("undoAction");
-        QTRY_COMPARE(page.body(), QByteArray("<p>one</p>"));
+        replaceRenderer();
+        QCOMPARE(answer("document.body.innerText.trim()"), QStringLiteral("oneabc"));
+        trigger("undoAction");
+        QTRY_COMPARE(body(), QByteArray("<p>one</p>"));
     }
 
     void typedWhileThePageIsShownAnew_comesIn()
     {
-        QVERIFY(page.open("<p>one</p>"));
-        page.setCaretBehind("one");
-        page.trigger("reloadAction");
-        page.type(QStringLiteral("ab"));
-        QVERIFY(page.rendering().webView()->heldInput().isHolding());
-        QTRY_COMPARE(page.body(), QByteArray("<p>oneab</p>"));
-        QCOMPARE(page.window->undoStack()->count(), 1);
+        open("<p>one</p>");
+        setCaretBehind("one");
+        trigger("reloadAction");
+        type("ab");
+        QVERIFY(rendering().webView()->heldInput().isHolding());
+        QTRY_COMPARE(body(), QByteArray("<p>oneab</p>"));
+        QCOMPARE(window->undoStack()->count(), 1);
     }
 
     // Letters, an undo and letters again at full speed, also while the undo waits for the page.
     void typedAroundAnUndo_comesInItsOrder()
     {
-        QVERIFY(page.open("<p>one</p>"));
-        page.setCaretBehind("one");
-        page.type(QStringLiteral(" two"));
-        QTimer::singleShot(0, this, [this] { page.type(QStringLiteral(" thr")); });
+        open("<p>one</p>");
+        setCaretBehind("one");
+        type(" two");
+        QTimer::singleShot(0, this, [this] { type(" thr"); });
         QTest::keyClick(keys(), Qt::Key_Z, Qt::ControlModifier);
-        page.type(QStringLiteral("ee"));
-        QTRY_COMPARE(page.body(), QByteArray("<p>one three</p>"));
-        page.trigger("undoAction");
-        QTRY_COMPARE(page.body(), QByteArray("<p>one</p>"));
+        type("ee");
+        QTRY_COMPARE(body(), QByteArray("<p>one three</p>"));
+        trigger("undoAction");
+        QTRY_COMPARE(body(), QByteArray("<p>one</p>"));
     }
 
     // A command waits as keys do, and an edit of the tree is not undone by what the old rendering still
     // tells.
     void editsAtOnce_allStay()
     {
-        QVERIFY(page.open("<title>T</title><section><p>one</p></section>"));
-        page.select("one");
-        page.trigger("reloadAction");
-        page.trigger("boldAction");
-        page.type(QStringLiteral("x"));
-        page.trigger("italicAction");
-        QTRY_COMPARE(page.body(), QByteArray("<section><p><b><i>x</i></b></p></section>"));
+        open("<title>T</title><section><p>one</p></section>");
+        select("one");
+        trigger("reloadAction");
+        trigger("boldAction");
+        type("x");
+        trigger("italicAction");
+        QTRY_COMPARE(body(), QByteArray("<section><p><b><i>x</i></b></p></section>"));
     }
 };
 

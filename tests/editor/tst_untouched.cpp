@@ -10,7 +10,6 @@
 #include <algorithm>
 
 using namespace luma;
-using luma::test::PageWindow;
 namespace fs = std::filesystem;
 
 namespace {
@@ -70,12 +69,9 @@ const std::string everything =
 } // namespace
 
 /// What the user did not touch stays as it is.
-class tst_untouched final : public QObject
+class tst_untouched final : public QObject, private luma::test::PageWindow
 {
     Q_OBJECT
-
-private:
-    PageWindow page;
 
 private slots:
     void typedLetter_changesNothingElse_data()
@@ -92,20 +88,21 @@ private slots:
     {
         QFETCH(QString, file);
         QFETCH(QString, site);
-        QVERIFY(page.open(fs::path(file.toStdString()), fs::path(site.toStdString())));
-        if (page.answer(caretIntoTheMiddle) == QStringLiteral("none"))
+        open(fs::path(file.toStdString()), fs::path(site.toStdString()));
+        focusPage();
+        if (answer(caretIntoTheMiddle) == QStringLiteral("none"))
             QSKIP("a page without text");
-        const QByteArray before = page.tree();
-        page.type(QStringLiteral("q"));
-        QTRY_VERIFY(page.tree() != before);
-        const QByteArray after = page.tree();
+        const QByteArray before = tree();
+        type("q");
+        QTRY_VERIFY(tree() != before);
+        const QByteArray after = tree();
         const auto same = std::mismatch(before.begin(), before.end(), after.begin(), after.end());
         const qsizetype at = same.first - before.begin();
         QCOMPARE(after.mid(at - 20, 60).replace("q", ""), before.mid(at - 20, 59).replace("q", ""));
         QCOMPARE(after, before.left(at) + "q" + before.mid(at));
-        QCOMPARE(page.window->undoStack()->count(), 1);
-        page.window->undoStack()->undo();
-        QCOMPARE(page.tree(), before);
+        QCOMPARE(window->undoStack()->count(), 1);
+        window->undoStack()->undo();
+        QCOMPARE(tree(), before);
     }
 
     void everyCommand_leavesTheRest_data()
@@ -130,12 +127,12 @@ private slots:
     void everyCommand_leavesTheRest()
     {
         QFETCH(QString, script);
-        QVERIFY(page.open(everything));
-        page.select("words");
-        const QByteArray before = page.tree();
-        (void)page.answer(script + QStringLiteral("; 1"));
-        page.rendering().catchUp();
-        const QByteArray after = page.tree();
+        open(everything);
+        select("words");
+        const QByteArray before = tree();
+        (void)answer(script + QStringLiteral("; 1"));
+        rendering().catchUp();
+        const QByteArray after = tree();
         const auto partOf = [](const QByteArray& tree, const char* from, const char* to) {
             const qsizetype start = tree.indexOf(from);
             return tree.mid(start, tree.indexOf(to, start) - start);
