@@ -2,20 +2,17 @@
 #include "editor/htmldocument.h"
 
 #include "base/files.h"
+#include "base/pathtext.h"
 #include "base/resources.h"
 #include "desktop/windowregistry.h"
-#include "editor/documentactions.h"
-#include "editor/formatbar.h"
 #include "editor/metasheet.h"
-#include "editor/noticebar.h"
+#include "editor/outlinemenu.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
+#include "editor/pageactions.h"
 #include "editor/pageedits.h"
 #include "editor/pagesaver.h"
-#include "editor/pagewatch.h"
 #include "editor/stylesheeteditor.h"
-#include "editor/tagcontrols.h"
-#include "editor/viewactions.h"
 #include "links/linkrules.h"
 #include "ui_HTMLDocument.h"
 #include "web/codehighlighter.h"
@@ -36,20 +33,20 @@ HTMLDocument::HTMLDocument(Services services, QWidget* parent)
 {
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->setupUi(this);
-    m_notice = new NoticeBar(*m_ui, this);
+    m_ui->noticeBar->hide();
     createOutline();
     createRendering();
     createEdits();
     createStyleSheets();
     createSaver();
-    m_actions = new DocumentActions(*m_ui, *this, m_store, m_services.recentPages);
-    m_actions->connectTo(*m_saver, *m_edits);
+    m_actions =
+        new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_edits, *m_saver, *m_viewController},
+                        m_services.recentPages);
     connectChanges();
     m_layout.emplace(*this, *m_ui->splitView);
     WindowRegistry::instance().add(this);
     WindowRegistry::instance().fill(m_ui->windowsMenu);
-    updateTitle();
-    updateActions();
+    updateWindow();
 }
 
 HTMLDocument::~HTMLDocument()
@@ -69,13 +66,12 @@ void HTMLDocument::createOutline()
 void HTMLDocument::createRendering()
 {
     m_viewController = new ViewController(*this, m_ui->contentView, m_ui->infoText);
-    fillFormatBar(*m_ui, *m_viewController);
-    new ViewActions(*m_ui, *m_viewController, this);
     OutlineView* const view = m_ui->myOutlineView;
     m_selection = new OutlineSelection(*view, *m_outline, *m_viewController, this);
-    connect(m_selection, &OutlineSelection::didChange, this, &HTMLDocument::outlineViewSelectionDidChange);
+    connect(m_selection, &OutlineSelection::selectedByUser, m_selection, &OutlineSelection::showInPage);
     connect(view, &OutlineView::doubleClicked, this, &HTMLDocument::handleDoubleClick);
     connect(view, &OutlineView::editRequested, this, &HTMLDocument::handleDoubleClick);
+    connect(view, &OutlineView::menuRequested, this, &HTMLDocument::openOutlineMenu);
 }
 
 void HTMLDocument::createEdits()
@@ -83,7 +79,6 @@ void HTMLDocument::createEdits()
     m_edits = new PageEdits(m_rules, m_tree, m_stack, *m_selection, *m_viewController, this);
     connect(m_edits, &PageEdits::edited, this, &HTMLDocument::refreshAfterEdit);
     connect(m_edits, &PageEdits::redone, this, &HTMLDocument::refreshAfterRedo);
-    m_tagControls = new TagControls(*m_ui, m_rules, m_cssNames, *m_selection, *m_edits, this);
     // Queued, so that the drag is over before the page is built anew.
     connect(m_outline, &OutlineModel::elementDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);
     m_metaSheet = new MetaSheet(this);
@@ -99,7 +94,7 @@ void HTMLDocument::createStyleSheets()
     connect(m_styleSheets, &StyleSheetEditor::fileStored, this, &HTMLDocument::reload);
     connect(m_styleSheets, &StyleSheetEditor::styleBlockRequested, m_edits, &PageEdits::updateStyleBlock);
     connect(m_styleSheets, &StyleSheetEditor::failed, this, [this](const QString& reason) {
-        m_notice->tell(tr("The style sheet could not be saved: %1").arg(reason));
+        tell(tr("The style sheet could not be saved: %1").arg(reason));
     });
 }
 
@@ -113,19 +108,19 @@ void HTMLDocument::createSaver()
         m_mayClose = true;
         close();
     });
-    m_watch = new PageWatch(this);
-    connect(m_watch, &PageWatch::mayHaveChanged, this, &HTMLDocument::checkFile);
 }
 
 void HTMLDocument::connectChanges()
 {
-    connect(m_notice, &NoticeBar::reloadRequested, this, &HTMLDocument::revertDocumentToSaved);
-    connect(m_ui->pageTitleAction, &QAction::triggered, this, &HTMLDocument::editTitle);
-    connect(m_ui->reloadAction, &QAction::triggered, this, &HTMLDocument::reload);
-    connect(&m_stack, &QUndoStack::cleanChanged, this, &HTMLDocument::updateTitle);
-    connect(&m_stack, &QUndoStack::indexChanged, this, &HTMLDocument::updateActions);
-    connect(m_ui->cssField, &QPlainTextEdit::textChanged, this, &HTMLDocument::updateTitle);
-    connect(m_ui->cssButton, &QPushButton::clicked, this, &HTMLDocument::updateTitle);
+    connect(m_ui->noticeReloadButton, &QPushButton::clicked, this, &HTMLDocument::revertDocumentToSaved);
+    connect(m_ui->noticeCloseButton, &QPushButton::clicked, m_ui->noticeBar, &QWidget::hide);
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &HTMLDocument::checkFile);
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &HTMLDocument::checkFile);
+    connect(&m_stack, &QUndoStack::cleanChanged, this, &HTMLDocument::updateWindow);
+    connect(&m_stack, &QUndoStack::indexChanged, this, &HTMLDocument::updateWindow);
+    connect(m_selection, &OutlineSelection::changed, this, &HTMLDocument::updateWindow);
+    connect(m_ui->cssField, &QPlainTextEdit::textChanged, this, &HTMLDocument::updateWindow);
+    connect(m_ui->cssButton, &QPushButton::clicked, this, &HTMLDocument::updateWindow);
 }
 
 // Opening
@@ -143,8 +138,7 @@ void HTMLDocument::windowDidLoad()
     if (load(Reading::First, QString()) && m_store.hasFile())
         emit locationChanged(docURL());
     watchFile();
-    updateTitle();
-    updateActions();
+    updateWindow();
 }
 
 bool HTMLDocument::load(Reading reading, const QString& name)
@@ -152,17 +146,15 @@ bool HTMLDocument::load(Reading reading, const QString& name)
     {
         const auto quiet = m_selection->quietly();
         if (const auto loaded = m_store.load(name); !loaded) {
-            m_notice->tell(
-                tr("This page can't be edited. %1").arg(QString::fromStdString(loaded.error().text)));
+            tell(tr("This page can't be edited. %1").arg(QString::fromStdString(loaded.error().text)));
             return false;
         }
     }
-    m_notice->hide();
+    m_ui->noticeBar->hide();
     m_styleSheets->dropDrafts();
     m_viewController->show(reading == Reading::First ? ViewController::Position::Start
                                                      : ViewController::Position::Keep);
     buildCSSMenu();
-    m_tagControls->update();
     return true;
 }
 
@@ -171,7 +163,7 @@ void HTMLDocument::revertDocumentToSaved()
     const QPointer<HTMLDocument> self = this;
     m_viewController->catchUp();
     if (self && load(Reading::Again, tr("Revert")))
-        updateTitle();
+        updateWindow();
 }
 
 void HTMLDocument::printDocument() const
@@ -189,17 +181,29 @@ void HTMLDocument::checkFile()
     if (!self)
         return;
     if (isEdited())
-        m_notice->tellAndOfferReload(
-            tr("Another program has changed this page. Reload takes its version; undo brings yours "
-               "back."));
+        tell(tr("Another program has changed this page. Reload takes its version; undo brings yours "
+                "back."),
+             Offer::Reload);
     else
         load(Reading::Again, tr("Reload"));
 }
 
+// A file that another program replaces is a new one, on which the watch ends: so the folder is watched too, and
+// the file again after each change.
 void HTMLDocument::watchFile()
 {
-    if (m_store.hasFile())
-        m_watch->setFile(docURL());
+    if (!m_store.hasFile())
+        return;
+    const QStringList wanted = {textOf(docURL()), textOf(docURL().parent_path())};
+    const QStringList watched = m_watcher.files() + m_watcher.directories();
+    for (const QString& path : watched) {
+        if (!wanted.contains(path))
+            m_watcher.removePath(path);
+    }
+    for (const QString& path : wanted) {
+        if (!watched.contains(path) && QFile::exists(path))
+            m_watcher.addPath(path);
+    }
 }
 
 // What the rendering asks
@@ -219,13 +223,12 @@ QString HTMLDocument::getHTML(const QString& source)
 void HTMLDocument::setHTML(std::string_view markup)
 {
     if (const auto taken = m_edits->takeMarkup(markup); !taken)
-        m_notice->tell(tr("The page was not changed: %1").arg(QString::fromStdString(taken.error().text)));
+        tell(tr("The page was not changed: %1").arg(QString::fromStdString(taken.error().text)));
 }
 
 void HTMLDocument::markEdited(const QString& name)
 {
     m_edits->keepMarkup(name);
-    m_tagControls->update();
 }
 
 void HTMLDocument::reload()
@@ -259,7 +262,6 @@ void HTMLDocument::applyCallbackText(const QString& text)
 void HTMLDocument::setActiveElement(const std::vector<int>& path)
 {
     m_selection->setActiveElement(path);
-    m_tagControls->update();
 }
 
 void HTMLDocument::fitWindowToPage(int width)
@@ -293,7 +295,6 @@ void HTMLDocument::refreshAfterEdit()
 void HTMLDocument::refreshAfterRedo()
 {
     m_styleSheets->updateCSSMenu();
-    m_tagControls->update();
     reload();
 }
 
@@ -310,10 +311,11 @@ void HTMLDocument::editTitle()
         m_metaSheet->begin(tr("Title:"), QString::fromStdString(m_tree.document()->title()));
 }
 
-void HTMLDocument::outlineViewSelectionDidChange()
+void HTMLDocument::openOutlineMenu(const QPoint& where)
 {
-    m_selection->showInPage();
-    m_tagControls->update();
+    const auto entries = buildTagMenu(m_rules, m_selection->element(), m_cssNames.classes, m_cssNames.ids);
+    if (!entries.empty())
+        (new OutlineMenu(entries, *m_edits, m_ui->myOutlineView))->popup(where);
 }
 
 // Saving
@@ -323,13 +325,13 @@ bool HTMLDocument::writeToURL(const fs::path& url)
     const fs::path before = docURL();
     const bool hadFile = m_store.hasFile();
     if (const auto saved = m_store.save(url); !saved) {
-        m_notice->tell(tr("The page could not be saved, your edits are kept. %1")
-                           .arg(QString::fromStdString(saved.error().text)));
+        tell(tr("The page could not be saved, your edits are kept. %1")
+                 .arg(QString::fromStdString(saved.error().text)));
         return false;
     }
-    m_notice->hide();
+    m_ui->noticeBar->hide();
     watchFile();
-    updateTitle();
+    updateWindow();
     if (!hadFile || before != docURL()) {
         emit locationChanged(docURL());
         reload();
@@ -379,16 +381,19 @@ void HTMLDocument::changeEvent(QEvent* event)
 
 // The window
 
-void HTMLDocument::updateTitle()
+void HTMLDocument::tell(const QString& text, Offer offer)
+{
+    m_ui->noticeText->setText(text);
+    m_ui->noticeReloadButton->setVisible(offer == Offer::Reload);
+    m_ui->noticeBar->show();
+}
+
+void HTMLDocument::updateWindow()
 {
     setWindowTitle(m_saver->name() + QStringLiteral("[*]"));
     setWindowModified(isEdited());
-}
-
-void HTMLDocument::updateActions()
-{
     m_actions->update();
-    m_tagControls->update();
+    m_ui->elementPath->setText(m_selection->path());
 }
 
 } // namespace luma

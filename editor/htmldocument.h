@@ -3,13 +3,13 @@
 
 #include "editor/cssnames.h"
 #include "editor/pagelayout.h"
-#include "editor/tagcontrols.h"
 #include "page/csstidy.h"
 #include "page/pagestore.h"
 #include "page/pagetree.h"
 #include "page/tagrules.h"
 #include "web/pagedocument.h"
 
+#include <QFileSystemWatcher>
 #include <QMainWindow>
 #include <QUndoStack>
 
@@ -25,14 +25,12 @@ class HTMLDocument;
 
 namespace luma {
 
-class DocumentActions;
 class MetaSheet;
-class NoticeBar;
 class OutlineModel;
 class OutlineSelection;
+class PageActions;
 class PageEdits;
 class PageSaver;
-class PageWatch;
 class StyleSheetEditor;
 class ViewController;
 
@@ -67,6 +65,10 @@ public:
 
     /// Reads the page from its file again, as one edit that can be undone.
     void revertDocumentToSaved();
+    /// Rebuilds the rendering, with style sheets and images as they are on disk.
+    void reload() override;
+    /// Opens the sheet for the page's title.
+    void editTitle();
     /// The page's markup: for the source "OutlineView" as it would be saved, for any other as the rendering
     /// has it. Null when there is none.
     [[nodiscard]] QString getHTML(const QString& source);
@@ -111,7 +113,6 @@ private:
     [[nodiscard]] SiteFolder siteFolder() const override { return {docURL(), mountPath}; }
     void setHTML(std::string_view markup) override;
     void markEdited(const QString& name) override;
-    void reload() override;
     void buildCSSMenu() override;
     void loadCSSNames() override;
     void applyCallbackText(const QString& text) override;
@@ -133,13 +134,15 @@ private:
     void watchFile();
 
     void handleDoubleClick(const QModelIndex& index);
-    void editTitle();
+    void openOutlineMenu(const QPoint& where);
     void refreshAfterRedo();
-    void outlineViewSelectionDidChange();
     void saveEverything();
 
-    void updateTitle();
-    void updateActions();
+    enum class Offer { Nothing, Reload };
+    /// Shows the text in the bar at the top, until it is dismissed or the page is read or saved.
+    void tell(const QString& text, Offer offer = Offer::Nothing);
+    /// Brings title, actions and the path at the foot up to date.
+    void updateWindow();
     [[nodiscard]] bool isEdited() const;
 
     std::unique_ptr<Ui::HTMLDocument> m_ui;
@@ -152,13 +155,11 @@ private:
     ViewController* m_viewController = nullptr;
     OutlineSelection* m_selection = nullptr;
     PageEdits* m_edits = nullptr;
-    TagControls* m_tagControls = nullptr;
     StyleSheetEditor* m_styleSheets = nullptr;
     MetaSheet* m_metaSheet = nullptr;
     PageSaver* m_saver = nullptr;
-    PageWatch* m_watch = nullptr;
-    DocumentActions* m_actions = nullptr;
-    NoticeBar* m_notice = nullptr;
+    PageActions* m_actions = nullptr;
+    QFileSystemWatcher m_watcher;
     std::optional<PageLayout> m_layout; // made when there is a window to lay out
     CssNames m_cssNames;
     bool m_mayClose = false;

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/outlinemenu.h"
 
+#include "editor/pageedits.h"
+
 namespace luma {
 
-OutlineMenu::OutlineMenu(const std::vector<TagMenuEntry>& entries, QWidget* parent) : QMenu(parent)
+OutlineMenu::OutlineMenu(const std::vector<TagMenuEntry>& entries, PageEdits& edits, QWidget* parent)
+    : QMenu(parent), m_edits(edits)
 {
     setObjectName(QStringLiteral("outlineMenu"));
     setAttribute(Qt::WA_DeleteOnClose);
@@ -20,9 +23,11 @@ void OutlineMenu::addEntries(QMenu& menu, const std::vector<TagMenuEntry>& entri
             submenu->setWindowTitle(entry.submenuTitle);
             addEntries(*submenu, entry.submenu);
         } else {
-            menu.addAction(entry.title, this, [this, action = entry.action, title = entry.title] {
-                emit chosen(action, title);
-            });
+            const auto perform = [&edits = m_edits, action = entry.action, title = entry.title] {
+                edits.perform(action, title);
+            };
+            connect(menu.addAction(entry.title), &QAction::triggered, &m_edits, perform,
+                    Qt::QueuedConnection);
         }
     }
 }

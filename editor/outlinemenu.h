@@ -9,20 +9,21 @@
 
 namespace luma {
 
-/// The outline's context menu, shown from its entries. What is chosen is told once the menu is closed.
+class PageEdits;
+
+/// The outline's context menu, built from its entries. Performs the chosen entry once it has closed, and
+/// deletes itself.
 class OutlineMenu final : public QMenu
 {
     Q_OBJECT
 
 public:
-    OutlineMenu(const std::vector<TagMenuEntry>& entries, QWidget* parent);
-
-signals:
-    /// `title` is the chosen entry's.
-    void chosen(luma::TagAction action, const QString& title);
+    OutlineMenu(const std::vector<TagMenuEntry>& entries, PageEdits& edits, QWidget* parent);
 
 private:
     void addEntries(QMenu& menu, const std::vector<TagMenuEntry>& entries);
+
+    PageEdits& m_edits;
 };
 
 } // namespace luma

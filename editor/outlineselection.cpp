@@ -5,6 +5,7 @@
 #include "editor/outlinemodel.h"
 #include "editor/outlineview.h"
 #include "html/element.h"
+#include "page/tagrules.h"
 #include "web/scriptquote.h"
 #include "web/viewcontroller.h"
 
@@ -30,6 +31,17 @@ html::Element* OutlineSelection::element() const
     return selected.isEmpty() ? nullptr : OutlineModel::elementAt(selected.first());
 }
 
+QString OutlineSelection::path() const
+{
+    QStringList names;
+    for (const html::Element* each = element(); each; each = each->parent()->asElement()) {
+        const std::string id(each->attr("id"));
+        const QString name = tagNameOf(*each);
+        names.prepend(id.empty() ? name : name + u'#' + QString::fromStdString(id));
+    }
+    return names.join(QStringLiteral(" \u203a "));
+}
+
 void OutlineSelection::select(const html::Element* element)
 {
     m_view.setCurrentIndex(m_model.indexOf(element));
@@ -39,7 +51,8 @@ void OutlineSelection::setActiveElement(const std::vector<int>& path)
 {
     const auto quiet = quietly();
     const QModelIndex index = m_model.indexAtPath(path);
-    m_view.clearSelection();
+    if (!index.isValid())
+        m_view.clearSelection();
     m_model.setActiveElement(index);
     m_view.setCurrentIndex(index);
     m_view.scrollTo(index);
@@ -47,10 +60,11 @@ void OutlineSelection::setActiveElement(const std::vector<int>& path)
 
 void OutlineSelection::noteChange()
 {
-    if (m_quiet)
-        return;
-    m_model.setActiveElement({});
-    emit didChange();
+    if (!m_quiet) {
+        m_model.setActiveElement({});
+        emit selectedByUser();
+    }
+    emit changed();
 }
 
 void OutlineSelection::showInPage()

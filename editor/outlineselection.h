@@ -27,6 +27,8 @@ public:
 
     /// The element of the selected row; null when none is selected.
     [[nodiscard]] html::Element* element() const;
+    /// The way from the root to that element as text: "html › body › p#intro".
+    [[nodiscard]] QString path() const;
     void select(const html::Element* element);
 
     /// Selects the row of the element that holds the caret and draws it as the active one. `path` counts as
@@ -41,8 +43,10 @@ public:
     [[nodiscard]] QScopedValueRollback<bool> quietly() { return QScopedValueRollback(m_quiet, true); }
 
 signals:
-    /// The user selected another row.
-    void didChange();
+    /// Another row is selected, or none.
+    void changed();
+    /// The user selected it.
+    void selectedByUser();
 
 private:
     void noteChange();

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/pagelayout.h"
 
-#include "editor/pagesplit.h"
-
 #include <QDataStream>
 #include <QIODevice>
 #include <QMainWindow>
@@ -14,14 +12,22 @@
 
 namespace luma {
 
+namespace {
+
+// Pixels that the outline and the style sheets may be wide.
+constexpr int narrowestSide = 179;
+constexpr int widestSide = narrowestSide + 110;
+
+} // namespace
+
 PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView) : m_window(window), m_splitView(splitView)
 {
     for (const int side : {0, 2}) {
-        splitView.widget(side)->setMinimumWidth(pagesplit::narrowestSide);
-        splitView.widget(side)->setMaximumWidth(pagesplit::widestSide);
+        splitView.widget(side)->setMinimumWidth(narrowestSide);
+        splitView.widget(side)->setMaximumWidth(widestSide);
     }
     splitView.setStretchFactor(1, 1);
-    splitView.setSizes({pagesplit::widestSide, window.width(), pagesplit::widestSide});
+    splitView.setSizes({widestSide, window.width(), widestSide});
 }
 
 QByteArray PageLayout::state() const

@@ -61,6 +61,7 @@ public:
     [[nodiscard]] QVariant evaluateAndWait(const QString& script);
 
     /// 1 is the page's own size.
+    [[nodiscard]] double magnification() const { return m_magnification; }
     void setMagnification(double factor);
 
 public slots:

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/propertylist.h"
 #include "editor/outlinemodel.h"
-#include "editor/pagesplit.h"
 #include "html/parse.h"
 #include "html/prettyprinter.h"
 #include "page/elementdrop.h"
@@ -240,12 +239,6 @@ private slots:
         commands->remove(*find("[class=a]"));
         QVERIFY(!model->activeElement());
         QVERIFY(!model->indexAtPath({1, 7, 2}).isValid());
-    }
-
-    void dividers_haveTheirLimits()
-    {
-        QCOMPARE(pagesplit::firstDivider(), (pagesplit::Limits{179, 289}));
-        QCOMPARE(pagesplit::secondDivider(1000, 5), (pagesplit::Limits{706, 816}));
     }
 };
 

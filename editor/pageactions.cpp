@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/pageactions.h"
+
+#include "base/pathtext.h"
+#include "desktop/icons.h"
+#include "editor/htmldocument.h"
+#include "editor/outlineselection.h"
+#include "editor/pageedits.h"
+#include "editor/pagesaver.h"
+#include "ui_HTMLDocument.h"
+#include "web/viewcontroller.h"
+
+#include <QApplication>
+#include <QToolButton>
+
+#include <algorithm>
+#include <utility>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr double zoomStep = 1.1;
+constexpr double smallestZoom = 0.25;
+constexpr double largestZoom = 5;
+
+/// A button of the bar that opens the menu, with its check marks brought up to date.
+QToolButton* menuButton(QMenu* menu, const char* icon, const ViewController& rendering)
+{
+    menu->setIcon(icons::symbol(QString::fromLatin1(icon)));
+    QObject::connect(menu, &QMenu::aboutToShow, rendering.webView(), &MyWebView::updateMenuMarks);
+    auto* const button = new QToolButton;
+    button->setObjectName(menu->objectName() + QStringLiteral("Button"));
+    button->setAccessibleName(menu->title());
+    button->setToolTip(menu->title());
+    button->setIcon(menu->icon());
+    button->setPopupMode(QToolButton::InstantPopup);
+    button->setMenu(menu);
+    return button;
+}
+
+} // namespace
+
+PageActions::PageActions(const Parts& parts, RecentPages recentPages)
+    : QObject(&parts.document), m_parts(parts), m_recentPages(std::move(recentPages))
+{
+    for (const Command& command : m_commands) {
+        connect(command.action, &QAction::triggered, this, command.run);
+        if (command.icon)
+            command.action->setIcon(icons::symbol(QString::fromLatin1(command.icon)));
+    }
+    connectControls();
+    addMenusToFormatBar();
+}
+
+std::vector<PageActions::Command> PageActions::table()
+{
+    using enum When;
+    const Ui::HTMLDocument& ui = m_parts.ui;
+    HTMLDocument& page = m_parts.document;
+    PageSaver& saver = m_parts.saver;
+    PageEdits& edits = m_parts.edits;
+    ViewController& view = m_parts.rendering;
+    return {
+        {ui.newAction, Always, [&page] { emit page.newRequested(); }},
+        {ui.openAction, Always, [&saver] { saver.openPanel(); }},
+        {ui.saveAction, HasPage, [&saver] { saver.save({}); }},
+        {ui.saveAsAction, HasPage, [&saver] { saver.saveAs({}); }},
+        {ui.revertAction, HasFile, [&page] { page.revertDocumentToSaved(); }},
+        {ui.closeAction, Always, [&page] { page.close(); }},
+        {ui.undoAction, CanUndo, [&edits] { edits.undo(); }},
+        {ui.redoAction, CanRedo, [&edits] { edits.redo(); }},
+        {ui.cutAction, Always, [this] { sendToFocus("cut", QWebEnginePage::Cut); }},
+        {ui.copyAction, Always, [this] { sendToFocus("copy", QWebEnginePage::Copy); }},
+        {ui.pasteAction, Always, [this] { sendToFocus("paste", QWebEnginePage::Paste); }},
+        {ui.selectAllAction, Always, [this] { sendToFocus("selectAll", QWebEnginePage::SelectAll); }},
+        {ui.deleteTagAction, CanDelete, [&edits] { edits.deleteTag(); }},
+        {ui.pageTitleAction, HasPage, [&page] { page.editTitle(); }},
+        {ui.reloadAction, HasPage, [&page] { page.reload(); }, "reload"},
+        {ui.showSourceAction, HasPage, [&view] { view.showSource(); }, "script"},
+        {ui.scriptConsoleAction, Always, [&view] { view.showScriptConsole(); }},
+        {ui.inspectElementAction, HasPage, [&view] { view.inspectElement(); }},
+        {ui.zoomInAction, Always, [this] { zoomBy(zoomStep); }},
+        {ui.zoomOutAction, Always, [this] { zoomBy(1 / zoomStep); }},
+        {ui.actualSizeAction, Always, [&view] { view.setMagnification(1); }},
+        {ui.boldAction, HasPage, [&view, action = ui.boldAction] { view.formatText(action); }, "bold"},
+        {ui.italicAction, HasPage, [&view, action = ui.italicAction] { view.formatText(action); }, "italic"},
+        {ui.underlineAction, HasPage, [&view, action = ui.underlineAction] { view.formatText(action); },
+         "underline"},
+        {ui.makeLinkAction, HasPage, [&view] { view.makeLink(); }, "link"},
+        {ui.editLinkAction, HasPage, [&view] { view.editLink(); }},
+        {ui.removeLinkAction, HasPage, [&view] { view.removeLink(); }},
+        {ui.insertImageAction, HasPage, [&view] { view.insertImage(); }, "image"},
+    };
+}
+
+bool PageActions::isAvailable(When when) const
+{
+    switch (when) {
+    case When::Always:
+        return true;
+    case When::HasPage:
+        return m_parts.store.hasPage();
+    case When::HasFile:
+        return m_parts.store.hasFile();
+    case When::CanUndo:
+        return m_parts.document.undoStack()->canUndo();
+    case When::CanRedo:
+        return m_parts.document.undoStack()->canRedo();
+    case When::CanDelete:
+        return m_parts.rules.canDelete(m_parts.selection.element());
+    }
+    return false;
+}
+
+void PageActions::update()
+{
+    const Ui::HTMLDocument& ui = m_parts.ui;
+    for (const Command& command : m_commands)
+        command.action->setEnabled(isAvailable(command.when));
+    const QUndoStack& history = *m_parts.document.undoStack();
+    ui.undoAction->setText(tr("&Undo %1").arg(history.undoText()).trimmed());
+    ui.redoAction->setText(tr("&Redo %1").arg(history.redoText()).trimmed());
+    ui.formatBar->setEnabled(m_parts.store.hasPage());
+    ui.formatMenu->setEnabled(m_parts.store.hasPage());
+    const bool canInsert = m_parts.rules.canEnable(m_parts.selection.element());
+    ui.insertMenu->setEnabled(canInsert);
+    ui.addTagButton->setEnabled(canInsert);
+    ui.deleteTagButton->setEnabled(ui.deleteTagAction->isEnabled());
+}
+
+void PageActions::connectControls()
+{
+    const Ui::HTMLDocument& ui = m_parts.ui;
+    ui.addTagButton->setMenu(ui.insertMenu);
+    ui.addTagButton->setIcon(icons::symbol(QStringLiteral("add")));
+    ui.deleteTagButton->setIcon(icons::symbol(QStringLiteral("delete")));
+    connect(ui.deleteTagButton, &QPushButton::clicked, ui.deleteTagAction, &QAction::trigger);
+    connect(ui.myOutlineView, &OutlineView::deleteRequested, ui.deleteTagAction, &QAction::trigger);
+    connect(ui.openRecentMenu, &QMenu::aboutToShow, this, &PageActions::fillRecentMenu);
+    connect(ui.insertMenu, &QMenu::aboutToShow, this, &PageActions::fillInsertMenu);
+}
+
+// The layout holds the rest of the bar and the menu; these two menus belong to the rendering.
+void PageActions::addMenusToFormatBar()
+{
+    const Ui::HTMLDocument& ui = m_parts.ui;
+    QMenu* const styles = m_parts.rendering.fontSubMenu();
+    QMenu* const justification = m_parts.rendering.justificationSubMenu();
+    const QList<QAction*> bar = ui.formatBar->actions();
+    QAction* const afterStyles = bar.value(bar.indexOf(ui.underlineAction) + 1);
+    ui.formatBar->insertWidget(afterStyles, menuButton(styles, "text-style", m_parts.rendering));
+    ui.formatBar->insertWidget(afterStyles, menuButton(justification, "justify", m_parts.rendering));
+    QAction* const first = ui.formatMenu->actions().constFirst();
+    ui.formatMenu->insertMenu(first, styles);
+    ui.formatMenu->insertMenu(first, justification);
+}
+
+void PageActions::fillRecentMenu()
+{
+    QMenu& menu = *m_parts.ui.openRecentMenu;
+    menu.clear();
+    const auto pages = m_recentPages ? m_recentPages() : std::vector<fs::path>();
+    for (const fs::path& page : pages)
+        menu.addAction(textOf(page).replace(u'&', QStringLiteral("&&")), &m_parts.document,
+                       [this, page] { emit m_parts.document.openRequested(page); });
+    if (pages.empty())
+        menu.addAction(tr("No Recent Pages"))->setEnabled(false);
+}
+
+void PageActions::fillInsertMenu()
+{
+    QMenu& menu = *m_parts.ui.insertMenu;
+    menu.clear();
+    const QStringList tags = m_parts.rules.insertableTags(m_parts.selection.element());
+    for (const QString& tag : tags)
+        menu.addAction(tag, &m_parts.edits, [&edits = m_parts.edits, tag] { edits.addTag(tag); });
+}
+
+void PageActions::sendToFocus(const char* slot, int webAction)
+{
+    QWidget* const focus = QApplication::focusWidget();
+    if (focus && focus->metaObject()->indexOfSlot(QByteArray(slot).append("()").constData()) >= 0)
+        QMetaObject::invokeMethod(focus, slot);
+    else
+        m_parts.rendering.webView()->page()->triggerAction(static_cast<QWebEnginePage::WebAction>(webAction));
+}
+
+void PageActions::zoomBy(double factor)
+{
+    ViewController& view = m_parts.rendering;
+    view.setMagnification(std::clamp(view.magnification() * factor, smallestZoom, largestZoom));
+}
+
+} // namespace luma

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+
+#include <filesystem>
+#include <functional>
+#include <vector>
+
+class QAction;
+
+namespace Ui {
+class HTMLDocument;
+}
+
+namespace luma {
+
+class HTMLDocument;
+class OutlineSelection;
+class PageEdits;
+class PageSaver;
+class PageStore;
+class TagRules;
+class ViewController;
+
+/// The commands of a page's window in one table: what each does and when it is available. The layout says
+/// where a command appears, its title and its shortcut. Also fills the menus whose entries change, "Open
+/// Recent" and "Insert", when they open. Main thread.
+class PageActions final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// The pages opened before, the latest first.
+    using RecentPages = std::function<std::vector<std::filesystem::path>()>;
+
+    /// What the commands work on; all of it outlives them.
+    struct Parts
+    {
+        Ui::HTMLDocument& ui;
+        HTMLDocument& document;
+        const PageStore& store;
+        const TagRules& rules;
+        const OutlineSelection& selection;
+        PageEdits& edits;
+        PageSaver& saver;
+        ViewController& rendering;
+    };
+
+    /// The document becomes the parent.
+    PageActions(const Parts& parts, RecentPages recentPages);
+
+    /// Enables what the page, the selected element and the undo history allow.
+    void update();
+
+private:
+    enum class When { Always, HasPage, HasFile, CanUndo, CanRedo, CanDelete };
+
+    struct Command
+    {
+        QAction* action;
+        When when;
+        std::function<void()> run;
+        const char* icon = nullptr;
+    };
+
+    [[nodiscard]] std::vector<Command> table();
+    [[nodiscard]] bool isAvailable(When when) const;
+    void connectControls();
+    void addMenusToFormatBar();
+    void fillRecentMenu();
+    void fillInsertMenu();
+    /// Calls the slot of the field that has the focus, else the page's own command.
+    void sendToFocus(const char* slot, int webAction);
+    void zoomBy(double factor);
+
+    Parts m_parts;
+    RecentPages m_recentPages;
+    std::vector<Command> m_commands = table();
+};
+
+} // namespace luma
