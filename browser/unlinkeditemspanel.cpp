@@ -8,9 +8,9 @@
 
 #include "ui_UnlinkedItemsPanel.h"
 
-#include <QKeyEvent>
 #include <QLocale>
 #include <QMessageBox>
+#include <QTableView>
 
 #include <algorithm>
 #include <mutex>
@@ -24,7 +24,7 @@ namespace {
 
 constexpr int showInterval = 40; // milliseconds
 
-// A folder that has taken a file's name meanwhile is not what the user ticked.
+// A folder that has since taken the name of a ticked file is kept.
 bool deleteFile(const fs::path& file)
 {
     std::error_code error;
@@ -33,22 +33,19 @@ bool deleteFile(const fs::path& file)
 
 } // namespace
 
-/// What the scan has found and the screen has not shown yet.
+/// What the scan has found and the screen does not show yet.
 struct UnlinkedItemsPanel::Findings
 {
     std::mutex mutex;
     std::string current;
-    Names rows;
+    std::vector<Item> items;
 };
 
 UnlinkedItemsPanel::UnlinkedItemsPanel(QWidget* parent)
-    : QDialog(parent),
-      m_ui(std::make_unique<Ui::UnlinkedItemsPanel>()),
-      unlinkedItemsArrayController(new UnlinkedItemsModel(this))
+    : QDialog(parent), m_ui(std::make_unique<Ui::UnlinkedItemsPanel>())
 {
     m_ui->setupUi(this);
     setWindowModality(Qt::WindowModal);
-    unlinkedItemsArrayController->setObjectName(QStringLiteral("unlinkedItemsArrayController"));
     m_showTimer.setInterval(showInterval);
     setUpTable();
     connectControls();
@@ -63,23 +60,25 @@ UnlinkedItemsPanel::~UnlinkedItemsPanel()
 
 void UnlinkedItemsPanel::setUpTable()
 {
-    QTableView* const table = m_ui->unlinkedItemsTableView;
-    table->setModel(unlinkedItemsArrayController);
-    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
-    table->installEventFilter(this);
+    static constexpr TickColumn<Item> columns[] = {
+        {.title = QT_TR_NOOP("File"),
+         .text = [](const Item& item) { return displayText(item.displayName); }}};
+    unlinkedItemsArrayController = new TickTable<Item>(columns, this);
+    unlinkedItemsArrayController->setObjectName(QStringLiteral("unlinkedItemsArrayController"));
+    m_ui->unlinkedItemsTickList->setUp(*unlinkedItemsArrayController,
+                                       {.table = "unlinkedItemsTableView",
+                                        .all = "unlinkedItemsAllCheckBox",
+                                        .count = "unlinkedItemsCount",
+                                        .placeholder = "unlinkedItemsPlaceholder"});
     QSizePolicy policy = m_ui->unlinkedItemsProgressIndicator->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     m_ui->unlinkedItemsProgressIndicator->setSizePolicy(policy);
-    m_ui->unlinkedItemsPlaceholder->setBackgroundRole(QPalette::Base);
-    m_ui->unlinkedItemsPlaceholder->setForegroundRole(QPalette::PlaceholderText);
     m_ui->unlinkedItemsCuurentResourcePath->setForegroundRole(QPalette::PlaceholderText);
 }
 
 void UnlinkedItemsPanel::connectControls()
 {
     connect(&m_showTimer, &QTimer::timeout, this, &UnlinkedItemsPanel::showFindings);
-    connect(m_ui->unlinkedItemsAllCheckBox, &QCheckBox::clicked, this, &UnlinkedItemsPanel::AllOffOrOn);
     connect(m_ui->unlinkedItemsStopButton, &QPushButton::clicked, this,
             &UnlinkedItemsPanel::stopFindUnlinkedItems);
     connect(m_ui->unlinkedItemsRestartButton, &QPushButton::clicked, this,
@@ -87,12 +86,13 @@ void UnlinkedItemsPanel::connectControls()
     connect(m_ui->unlinkedItemsDeleteButton, &QPushButton::clicked, this,
             &UnlinkedItemsPanel::deleteUnlinkedItems);
     connect(m_ui->unlinkedItemsCloseButton, &QPushButton::clicked, this, &UnlinkedItemsPanel::reject);
-    connect(unlinkedItemsArrayController, &UnlinkedItemsModel::selectionChanged, this,
-            &UnlinkedItemsPanel::updateSelection);
-    connect(m_ui->unlinkedItemsTableView, &QTableView::doubleClicked, this, [this](const QModelIndex& row) {
-        emit fileActivated(
-            m_site / unlinkedItemsArrayController->rows()[static_cast<std::size_t>(row.row())].displayName);
-    });
+    connect(unlinkedItemsArrayController, &TickListModel::ticksChanged, this,
+            &UnlinkedItemsPanel::updateControls);
+    connect(&m_ui->unlinkedItemsTickList->table(), &QTableView::doubleClicked, this,
+            [this](const QModelIndex& index) {
+                const auto& items = unlinkedItemsArrayController->rows();
+                emit fileActivated(m_site / items[static_cast<std::size_t>(index.row())].displayName);
+            });
 }
 
 bool UnlinkedItemsPanel::windowShowsASheet() const
@@ -104,14 +104,13 @@ bool UnlinkedItemsPanel::windowShowsASheet() const
 
 void UnlinkedItemsPanel::startFindUnlinkedItems(const fs::path& site, const QString& excludedFolders)
 {
-    // What is being deleted has to be through first.
     if (m_state == State::Deleting)
         return;
     if (workItem)
         workItem->cancel();
     m_site = site;
     m_note.clear();
-    unlinkedItemsArrayController->clear();
+    unlinkedItemsArrayController->setRows({});
     m_ui->unlinkedItemsPanelTitle->setText(QStringLiteral("Listing all files with no links."));
     workItem = std::make_shared<WorkItem>();
     m_findings = std::make_shared<Findings>();
@@ -127,7 +126,7 @@ void UnlinkedItemsPanel::startFindUnlinkedItems(const fs::path& site, const QStr
         };
         callbacks.row = [&](const std::string& subpath) {
             const std::scoped_lock lock(findings->mutex);
-            findings->rows.push_back(subpath);
+            findings->items.push_back({.displayName = subpath});
         };
         callbacks.stillWanted = [token] { return !token->isCancelled(); };
         const auto done = findUnlinkedItems(site, excluded, callbacks);
@@ -144,14 +143,14 @@ void UnlinkedItemsPanel::showFindings()
 {
     if (!m_findings)
         return;
-    Names rows;
+    std::vector<Item> items;
     std::string current;
     {
         const std::scoped_lock lock(m_findings->mutex);
-        rows.swap(m_findings->rows);
+        items.swap(m_findings->items);
         current = m_findings->current;
     }
-    unlinkedItemsArrayController->append(rows);
+    unlinkedItemsArrayController->append(std::move(items));
     if (m_state == State::Scanning)
         m_ui->unlinkedItemsCuurentResourcePath->setText(displayText(current));
 }
@@ -161,9 +160,9 @@ void UnlinkedItemsPanel::stopFindUnlinkedItems()
     if (!workItem || m_state == State::Idle)
         return;
     workItem->cancel();
-    // A deletion tells itself what it has come to.
+    // A deletion reports its own end.
     if (m_state == State::Scanning)
-        endScan(tr("Stopped before all files were looked through. Restart begins again."));
+        endScan(tr("Stopped before all files were checked. Restart begins again."));
 }
 
 void UnlinkedItemsPanel::endScan(const QString& note)
@@ -175,56 +174,48 @@ void UnlinkedItemsPanel::endScan(const QString& note)
     setState(State::Idle);
 }
 
-void UnlinkedItemsPanel::AllOffOrOn()
-{
-    // A click on the box's half state ticks all.
-    unlinkedItemsArrayController->selectAll(m_ui->unlinkedItemsAllCheckBox->checkState() != Qt::Unchecked);
-}
-
 void UnlinkedItemsPanel::deleteUnlinkedItems()
 {
-    const Names names = unlinkedItemsArrayController->selectedNames();
-    if (names.empty() || m_state != State::Idle)
+    const std::size_t ticked = unlinkedItemsArrayController->tickedCount();
+    if (ticked == 0 || m_state != State::Idle)
         return;
     auto* const alert =
         new QMessageBox(QMessageBox::Warning, tr("Warning"), tr("Warning"), QMessageBox::NoButton, this);
     alert->setObjectName(QStringLiteral("deleteUnlinkedItemsAlert"));
     alert->setAttribute(Qt::WA_DeleteOnClose);
-    const QString count = QLocale().toString(names.size());
+    const QString count = QLocale().toString(ticked);
     alert->setInformativeText(
-        names.size() == 1
-            ? tr("Are you sure you want to delete this file? It is not moved to the trash.")
-            : tr("Are you sure you want to delete these %1 files? They are not moved to the trash.")
-                  .arg(count));
+        ticked == 1 ? tr("Are you sure you want to delete this file? It is not moved to the trash.")
+                    : tr("Are you sure you want to delete these %1 files? They are not moved to the trash.")
+                          .arg(count));
     QPushButton* const accepted = alert->addButton(tr("Delete"), QMessageBox::AcceptRole);
     QPushButton* const refused = alert->addButton(tr("No"), QMessageBox::RejectRole);
     alert->setDefaultButton(refused);
     alert->setEscapeButton(refused);
-    connect(accepted, &QAbstractButton::clicked, this, [this, names] { deleteFiles(names); });
+    connect(accepted, &QAbstractButton::clicked, this,
+            [this, items = unlinkedItemsArrayController->rows()] { deleteFiles(items); });
     alert->open();
 }
 
-void UnlinkedItemsPanel::deleteFiles(const Names& names)
+void UnlinkedItemsPanel::deleteFiles(const std::vector<Item>& items)
 {
     workItem = std::make_shared<WorkItem>();
     setState(State::Deleting);
     const QPointer<UnlinkedItemsPanel> guard(this);
-    // Under an item of its own: one that is stopped before its turn has to end in the panel too.
-    start(std::make_shared<WorkItem>(), [guard, names, site = m_site, token = workItem](const WorkItem&) {
-        Names deleted;
-        for (const std::string& name : names) {
-            if (token->isCancelled())
-                break;
-            if (deleteFile(site / name))
-                deleted.push_back(name);
+    // Under another work item: a job cancelled before it starts would never reach endDeletion().
+    start(std::make_shared<WorkItem>(), [guard, items, site = m_site, token = workItem](const WorkItem&) {
+        std::vector<std::size_t> deleted;
+        for (std::size_t i = 0; i < items.size() && !token->isCancelled(); ++i) {
+            if (items[i].select && deleteFile(site / items[i].displayName))
+                deleted.push_back(i);
         }
         onMain(guard, [&](UnlinkedItemsPanel& self) { self.endDeletion(deleted); });
     });
 }
 
-void UnlinkedItemsPanel::endDeletion(const Names& deleted)
+void UnlinkedItemsPanel::endDeletion(const std::vector<std::size_t>& deleted)
 {
-    unlinkedItemsArrayController->remove(deleted);
+    unlinkedItemsArrayController->removeRowsAt(deleted);
     if (unlinkedItemsArrayController->rowCount() == 0)
         m_ui->unlinkedItemsPanelTitle->setText(QStringLiteral("No more files to be deleted."));
     setState(State::Idle);
@@ -245,58 +236,20 @@ void UnlinkedItemsPanel::setState(State state)
 
 void UnlinkedItemsPanel::updateControls()
 {
-    const bool isBusy = m_state != State::Idle;
-    // Its range of nothing lets the bar run without an end; at rest it would look like a field to type in.
-    m_ui->unlinkedItemsProgressIndicator->setVisible(isBusy);
-    m_ui->unlinkedItemsStopButton->setEnabled(isBusy);
-    m_ui->unlinkedItemsRestartButton->setEnabled(!isBusy);
-    m_ui->unlinkedItemsTableView->setEnabled(m_state != State::Deleting);
+    const bool isIdle = m_state == State::Idle;
+    // At rest the bar, which has no range, would look like a text field.
+    m_ui->unlinkedItemsProgressIndicator->setVisible(!isIdle);
+    m_ui->unlinkedItemsStopButton->setEnabled(!isIdle);
+    m_ui->unlinkedItemsRestartButton->setEnabled(isIdle);
+    m_ui->unlinkedItemsDeleteButton->setEnabled(isIdle && unlinkedItemsArrayController->rowCount() > 0);
+    m_ui->unlinkedItemsTickList->setTickingEnabled(m_state != State::Deleting);
     if (m_state != State::Scanning)
         m_ui->unlinkedItemsCuurentResourcePath->clear();
-    updateSelection();
-}
-
-void UnlinkedItemsPanel::updateSelection()
-{
-    const std::size_t all = unlinkedItemsArrayController->rows().size();
-    const auto ticked = static_cast<std::size_t>(std::count_if(
-        unlinkedItemsArrayController->rows().begin(), unlinkedItemsArrayController->rows().end(),
-        [](const UnlinkedItemsModel::Row& row) { return row.select == 1; }));
-    const bool isIdle = m_state == State::Idle;
-    const Qt::CheckState some = ticked == 0 ? Qt::Unchecked : Qt::PartiallyChecked;
-    m_ui->unlinkedItemsAllCheckBox->setCheckState(ticked == all && all > 0 ? Qt::Checked : some);
-    m_ui->unlinkedItemsAllCheckBox->setEnabled(all > 0 && m_state != State::Deleting);
-    m_ui->unlinkedItemsDeleteButton->setEnabled(all > 0 && isIdle);
-    const QLocale locale;
-    m_ui->unlinkedItemsCount->setText(
-        all == 0 ? QString() : tr("%1 of %2 selected").arg(locale.toString(ticked), locale.toString(all)));
-    QString nothing = isIdle ? tr("No files without links.") : tr("Looking through all files of the site");
+    QString placeholder =
+        isIdle ? tr("No files without links.") : tr("Looking through all files of the site");
     if (!m_note.isEmpty())
-        nothing = m_note;
-    m_ui->unlinkedItemsPlaceholder->setText(nothing);
-    m_ui->unlinkedItemsStack->setCurrentWidget(all > 0 ? static_cast<QWidget*>(m_ui->unlinkedItemsTableView)
-                                                       : m_ui->unlinkedItemsPlaceholder);
-}
-
-bool UnlinkedItemsPanel::eventFilter(QObject* watched, QEvent* event)
-{
-    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space) {
-        toggleSelectedRows();
-        return true;
-    }
-    return QDialog::eventFilter(watched, event);
-}
-
-// The space bar gives all selected rows the state that the current one does not have.
-void UnlinkedItemsPanel::toggleSelectedRows()
-{
-    const QModelIndex current = m_ui->unlinkedItemsTableView->currentIndex();
-    if (!current.isValid())
-        return;
-    const bool isTicked = current.data(Qt::CheckStateRole).toInt() == Qt::Checked;
-    for (const QModelIndex& index : m_ui->unlinkedItemsTableView->selectionModel()->selectedRows())
-        unlinkedItemsArrayController->setData(index, isTicked ? Qt::Unchecked : Qt::Checked,
-                                              Qt::CheckStateRole);
+        placeholder = m_note;
+    m_ui->unlinkedItemsTickList->setPlaceholder(placeholder);
 }
 
 } // namespace luma

@@ -2,13 +2,15 @@
 #pragma once
 
 #include "base/workitem.h"
-#include "browser/unlinkeditemsmodel.h"
+#include "browser/ticktable.h"
 
 #include <QDialog>
 #include <QTimer>
 
 #include <filesystem>
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace Ui {
 class UnlinkedItemsPanel;
@@ -16,64 +18,62 @@ class UnlinkedItemsPanel;
 
 namespace luma {
 
-/// The sheet that lists the files of a site that nothing links to, and deletes the ticked ones for good,
-/// after one question. Scan and deletion run in the background on values of their own; the panel may close or
-/// go at any moment: a scan ends then, and a deletion after the file at which it is. Main thread only.
+/// The sheet that lists the files of a site to which nothing links, and deletes the ticked ones for good after
+/// asking once. Scan and deletion run in the background on copies of what they need. The panel may be closed
+/// or destroyed at any time: that ends a scan at once and a deletion after the current file. Main thread only.
 class UnlinkedItemsPanel final : public QDialog
 {
     Q_OBJECT
 
 public:
-    /// A sheet of the window that `parent` is in.
+    /// A sheet of the window that holds `parent`.
     explicit UnlinkedItemsPanel(QWidget* parent);
     ~UnlinkedItemsPanel() override;
 
-    /// Begins from an empty table; a running scan is dropped. `excludedFolders` are names with commas
-    /// between. Opens as a sheet unless the window shows one already.
+    /// Empties the table and scans `site`; a running scan is dropped, and during a deletion nothing happens.
+    /// `excludedFolders` are names separated by commas. Opens the sheet unless the window already shows one.
     void startFindUnlinkedItems(const std::filesystem::path& site, const QString& excludedFolders);
     void stopFindUnlinkedItems();
-    /// Ticks or unticks every row, as its check box says.
-    void AllOffOrOn();
     /// Asks, then deletes the ticked files.
     void deleteUnlinkedItems();
-    /// Closing stops what runs.
+    /// Closes the sheet and stops what runs.
     void reject() override;
 
 signals:
-    /// The user wants another scan.
+    /// The user asked for another scan.
     void restartRequested();
-    /// Files have gone from the disk.
+    /// Files were deleted from the disk.
     void itemsDeleted();
     /// The user double-clicked this file's row.
     void fileActivated(const std::filesystem::path& file);
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
     enum class State { Idle, Scanning, Deleting };
     struct Findings;
-    using Names = std::vector<std::string>;
+    /// A file, named by the bytes of its path below the site's folder.
+    struct Item
+    {
+        bool select = true;
+        std::string displayName;
+    };
 
     std::unique_ptr<Ui::UnlinkedItemsPanel> m_ui;
-    UnlinkedItemsModel* unlinkedItemsArrayController;
+    TickTable<Item>* unlinkedItemsArrayController;
     WorkItemPointer workItem;
     std::shared_ptr<Findings> m_findings;
     std::filesystem::path m_site;
     State m_state = State::Idle;
-    QString m_note; // in place of rows: why there are none
+    QString m_note; // why there are no rows, when the scan did not end normally
     QTimer m_showTimer;
 
     void setUpTable();
     void connectControls();
     void showFindings();
     void endScan(const QString& note);
-    void deleteFiles(const Names& names);
-    void endDeletion(const Names& deleted);
+    void deleteFiles(const std::vector<Item>& items);
+    void endDeletion(const std::vector<std::size_t>& deleted);
     void setState(State state);
     void updateControls();
-    void updateSelection();
-    void toggleSelectedRows();
     [[nodiscard]] bool windowShowsASheet() const;
 };
 

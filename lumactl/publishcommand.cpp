@@ -15,7 +15,7 @@ void untick(std::vector<SyncRow>& rows, const std::vector<std::string>& exceptio
 {
     const std::unordered_set<std::string> names(exceptions.begin(), exceptions.end());
     for (SyncRow& row : rows)
-        row.select = names.contains(row.displayName) || names.contains(row.relativePath) ? 0 : 1;
+        row.select = !names.contains(row.displayName) && !names.contains(row.relativePath);
 }
 
 ExitCode run(const std::vector<std::string>& arguments)

@@ -119,7 +119,7 @@ std::string Transfer::copy(const SyncRow& row)
         return reason;
     const fs::path source = entryOf(m_sending, name);
     const fs::path target = entryOf(m_receiving, name);
-    const Existing existing = row.mode == syncmode::deleteFirst ? Existing::Replace : Existing::Keep;
+    const Existing existing = row.mode == SyncMode::DeleteFirst ? Existing::Replace : Existing::Keep;
     // Synced one by one, a thousand small files cost seconds; finish() syncs them all at once.
     const auto copied = copyFile(source, target, existing, Durability::Unsynced);
     m_copiedAny = m_copiedAny || copied;
@@ -187,7 +187,7 @@ std::string Transfer::objection(const SyncRow& row, const std::string& name) con
         return {};
     if (S_ISDIR(received.st_mode))
         return "a folder stands where the file should be";
-    if (row.mode == syncmode::copy)
+    if (row.mode == SyncMode::Copy)
         return "something has appeared in its place since the comparison";
     const bool areFiles = S_ISREG(sent.st_mode) && S_ISREG(received.st_mode);
     if (areFiles && received.st_mtim.tv_sec >= sent.st_mtim.tv_sec)
@@ -260,19 +260,19 @@ TransferReport FileTransfer::run(const WorkItem& item, const std::function<void(
     Transfer transfer(*m_rows.front().folders);
     std::size_t dealtWith = 0;
     for (std::size_t i = 0; i < m_rows.size() && !item.isCancelled(); ++i) {
-        if (m_rows[i].select != 1)
+        if (!m_rows[i].select)
             continue;
         if (const std::string reason = transfer.copy(m_rows[i]); reason.empty())
             report.copied.push_back(i);
         else
-            report.problems.push_back({i, m_rows[i].displayName + ": " + reason});
+            report.problems.push_back({.row = i, .text = m_rows[i].displayName + ": " + reason});
         if (progress)
             progress(++dealtWith);
     }
     if (const std::string reason = transfer.finish(); !reason.empty()) {
         // What did not reach the disk does not count as copied.
         for (const std::size_t row : report.copied)
-            report.problems.push_back({row, m_rows[row].displayName + ": " + reason});
+            report.problems.push_back({.row = row, .text = m_rows[row].displayName + ": " + reason});
         report.copied.clear();
     }
     return report;

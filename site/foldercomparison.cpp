@@ -151,7 +151,7 @@ private:
     bool openReceiving(const PendingFolder& folder);
     void examine(int sending, const dirent& entry);
     void compare(const char* name, int sending, const struct stat& sent);
-    void addRow(std::string_view mode, const char* name);
+    void addRow(SyncMode mode, const char* name);
     void addProblem(const char* name, int code);
     [[nodiscard]] std::string pathOf(std::string_view name) const;
 };
@@ -166,14 +166,13 @@ std::string Worker::pathOf(std::string_view name) const
     return path.append(name);
 }
 
-void Worker::addRow(std::string_view mode, const char* name)
+void Worker::addRow(SyncMode mode, const char* name)
 {
-    SyncRow row;
-    row.relativePath = pathOf(name);
-    row.displayName = shownName(row.relativePath);
-    row.mode = mode;
-    row.folders = m_folders;
-    report.rows.push_back(std::move(row));
+    std::string path = pathOf(name);
+    report.rows.push_back({.displayName = shownName(path),
+                           .mode = mode,
+                           .relativePath = std::move(path),
+                           .folders = m_folders});
 }
 
 void Worker::addProblem(const char* name, int code)
@@ -230,7 +229,7 @@ void Worker::examine(int sending, const dirent& entry)
         return;
     }
     if (entry.d_type == DT_DIR || S_ISDIR(sent.st_mode))
-        m_subfolders.push_back({pathOf(name), !m_receiving});
+        m_subfolders.push_back({.relativePath = pathOf(name), .isMissing = !m_receiving});
     else if (S_ISREG(sent.st_mode) || S_ISLNK(sent.st_mode))
         compare(name, sending, sent);
 }
@@ -239,17 +238,17 @@ void Worker::compare(const char* name, int sending, const struct stat& sent)
 {
     struct stat received = {};
     if (!m_receiving) {
-        addRow(syncmode::copy, name);
+        addRow(SyncMode::Copy, name);
     } else if (::fstatat(m_receiving.get(), name, &received, AT_SYMLINK_NOFOLLOW) != 0) {
         if (errno == ENOENT)
-            addRow(syncmode::copy, name);
+            addRow(SyncMode::Copy, name);
         else
             addProblem(name, errno);
     } else if (S_ISLNK(sent.st_mode) && S_ISLNK(received.st_mode)) {
         if (linkTarget(sending, name) != linkTarget(m_receiving.get(), name))
-            addRow(syncmode::deleteFirst, name);
+            addRow(SyncMode::DeleteFirst, name);
     } else if (S_ISDIR(received.st_mode) || received.st_mtim.tv_sec < sent.st_mtim.tv_sec) {
-        addRow(syncmode::deleteFirst, name);
+        addRow(SyncMode::DeleteFirst, name);
     }
 }
 

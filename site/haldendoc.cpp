@@ -22,10 +22,7 @@ namespace luma {
 
 namespace {
 
-const QString uploadTitle = QStringLiteral("Upload");
-const QString downloadTitle = QStringLiteral("Download");
-
-// A prominent button of the tool bar, called as the window's other controls know it.
+// A prominent button of the tool bar.
 QToolButton* addButton(QToolBar& bar, QAction* before, QAction* action, const QString& title)
 {
     bar.insertAction(before, action);
@@ -126,9 +123,9 @@ void HaldenDoc::createPanes(const Services& services)
 void HaldenDoc::createToolBar()
 {
     QAction* const first = m_ui->siteToolBar->actions().constFirst();
-    addButton(*m_ui->siteToolBar, first, m_ui->uploadAction, uploadTitle)
+    addButton(*m_ui->siteToolBar, first, m_ui->uploadAction, QStringLiteral("Upload"))
         ->setObjectName(QStringLiteral("uploadButton"));
-    addButton(*m_ui->siteToolBar, first, m_ui->downloadAction, downloadTitle)
+    addButton(*m_ui->siteToolBar, first, m_ui->downloadAction, QStringLiteral("Download"))
         ->setObjectName(QStringLiteral("downloadButton"));
     m_ui->siteToolBar->insertSeparator(first);
 }
@@ -162,8 +159,8 @@ void HaldenDoc::connectActions()
     connect(m_ui->sourceSettingsAction, &QAction::triggered, m_source, &BrowserController::configure);
     connect(m_ui->destinationSettingsAction, &QAction::triggered, m_destination,
             &BrowserController::configure);
-    connect(m_ui->uploadAction, &QAction::triggered, this, [this] { sync(uploadTitle); });
-    connect(m_ui->downloadAction, &QAction::triggered, this, [this] { sync(downloadTitle); });
+    connect(m_ui->uploadAction, &QAction::triggered, this, [this] { sync(Direction::Upload); });
+    connect(m_ui->downloadAction, &QAction::triggered, this, [this] { sync(Direction::Download); });
     connect(m_ui->closeAction, &QAction::triggered, this, &QWidget::close);
     connect(m_ui->quitAction, &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     connect(&m_engine, &SyncEngine::transferred, m_source, &BrowserController::reloadColumnZero);
@@ -263,7 +260,7 @@ void HaldenDoc::setUpEnded(const QString& message)
     checkConnectionOK();
 }
 
-void HaldenDoc::sync(const QString& direction)
+void HaldenDoc::sync(Direction direction)
 {
     m_syncPanel->sync(direction);
 }

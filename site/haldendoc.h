@@ -65,8 +65,8 @@ public:
     ProgressReporter& progress() override;
 
     void setUpRsync();
-    /// Opens the sync panel on `direction`, the title of an upload or download button.
-    void sync(const QString& direction);
+    /// Opens the sync panel and compares in `direction`.
+    void sync(Direction direction);
 
 signals:
     /// Open a file of the site; `mountPath` is the site's folder.

@@ -21,7 +21,7 @@ bool isPlainCharacter(char c)
            std::string_view(" ._-/").find(c) != std::string_view::npos;
 }
 
-// A leading "- " would be read as the word for an exclusion, not as part of the name.
+// rsync would read a leading "- " as its prefix for an exclusion.
 bool isPlainName(std::string_view name)
 {
     return std::all_of(name.begin(), name.end(), isPlainCharacter) && !name.starts_with("- ");
@@ -45,8 +45,8 @@ std::string patternFor(const std::string& name)
     return isPlainName(name) ? name : anchoredPattern(name);
 }
 
-// The paths that a row's line may speak of: a link is listed with what it points to, and a file's own name
-// may hold the words that rsync adds.
+// The paths that a row's line may mean: a link is listed with its target, and a file name may contain the
+// words that rsync adds.
 std::vector<std::string> pathsBehind(const SyncRow& row, bool deletes)
 {
     std::vector<std::string> paths = {bytesOfShownName(nameWithoutDeleting(row.displayName))};
@@ -74,8 +74,8 @@ void forEachStep(const std::string& path, Function f)
     f(path);
 }
 
-// A pattern without a leading slash matches at the end of a path, at a component's border. True for the path
-// of another file than the one that the pattern was made for.
+// A pattern without a leading slash matches the last components of a path. True when one of `patterns` matches
+// a file that it was not made for.
 bool isNamesakeMatched(const std::string& path, const std::unordered_set<std::string>& patterns)
 {
     if (patterns.contains(path))
@@ -87,12 +87,12 @@ bool isNamesakeMatched(const std::string& path, const std::unordered_set<std::st
     return false;
 }
 
-// The steps to all ticked rows, each of which no rule may leave out.
+// All ticked paths and the folders above them, which no rule may leave out.
 std::unordered_set<std::string> tickedSteps(const std::vector<SyncRow>& rows, bool deletes)
 {
     std::unordered_set<std::string> steps;
     for (const SyncRow& row : rows) {
-        if (row.select != 1)
+        if (!row.select)
             continue;
         for (const std::string& path : pathsBehind(row, deletes))
             forEachStep(path, [&steps](std::string step) { steps.insert(std::move(step)); });
@@ -135,21 +135,16 @@ std::string optionsFor(const std::vector<RsyncRule>& rules)
 
 } // namespace
 
-RsyncArguments RsyncArguments::forUpload(const ObservedDictionary& source,
-                                         const ObservedDictionary& destination)
+RsyncArguments RsyncArguments::of(const SiteRecord& record, Direction direction, bool deletes)
 {
-    RsyncArguments arguments;
-    arguments.source = localArgument(source);
-    arguments.destination = remoteArgument(destination);
-    arguments.port = destination.string(endpoint::sshPortNo, QStringLiteral("22")).toStdString();
-    return arguments;
-}
-
-RsyncArguments RsyncArguments::forDownload(const ObservedDictionary& source,
-                                           const ObservedDictionary& destination)
-{
-    RsyncArguments arguments = forUpload(source, destination);
-    std::swap(arguments.source, arguments.destination);
+    const ObservedDictionary& destination = *record.destinationDict();
+    RsyncArguments arguments = {
+        .source = localArgument(*record.sourceDict()),
+        .destination = remoteArgument(destination),
+        .port = destination.string(endpoint::sshPortNo, QStringLiteral("22")).toStdString(),
+        .deletes = deletes};
+    if (direction == Direction::Download)
+        std::swap(arguments.source, arguments.destination);
     return arguments;
 }
 
@@ -168,22 +163,22 @@ std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows, bool deletes
     std::vector<RsyncRule> exclusions;
     std::unordered_set<std::string> unanchored;
     for (const SyncRow& row : rows) {
-        if (row.select == 1)
+        if (row.select)
             continue;
         const std::vector<std::string> paths = pathsBehind(row, deletes);
-        exclusions.push_back({true, patternFor(paths.front())});
+        exclusions.push_back({.excludes = true, .pattern = patternFor(paths.front())});
         if (isPlainName(paths.front()))
             unanchored.insert(paths.front());
-        // The other readings of the line are void where a ticked row needs them.
+        // The line's other meanings are excluded too, unless a ticked row needs them.
         for (auto path = paths.begin() + 1; path != paths.end(); ++path) {
             if (!wanted.contains(*path))
-                exclusions.push_back({true, anchoredPattern(*path)});
+                exclusions.push_back({.excludes = true, .pattern = anchoredPattern(*path)});
         }
     }
     std::vector<RsyncRule> rules;
     for (const std::string& step : wanted) {
         if (isNamesakeMatched(step, unanchored))
-            rules.push_back({false, anchoredPattern(step)});
+            rules.push_back({.excludes = false, .pattern = anchoredPattern(step)});
     }
     std::sort(rules.begin(), rules.end(),
               [](const RsyncRule& a, const RsyncRule& b) { return a.pattern < b.pattern; });
@@ -199,7 +194,7 @@ std::string RsyncCommand::start() const
 
 std::string RsyncCommand::dryRun() const
 {
-    // The filter deletes the header, the last three lines (a blank one and the summary), and the folders.
+    // The filters remove the header, the last three lines (a blank one and the summary) and the folders.
     return start() + " --dry-run --exclude=.DS_Store " + m_arguments.source + ' ' + m_arguments.destination +
            " | sed '1d' | sed -n -e :a -e '1,3!{P;N;D;};N;ba' | grep -v .*/$";
 }
@@ -226,8 +221,8 @@ bool RsyncCommand::fitCommandLine(const std::vector<RsyncRule>& rules)
 
 std::string RsyncCommand::rulesFile(const std::vector<RsyncRule>& rules)
 {
-    // Ended by NUL, for a name may hold a newline. In a file, "#" and ";" begin a comment and "+ " a word of
-    // the filter's; only plain and anchored patterns occur, which begin with neither.
+    // Separated by NUL, as a name may contain a newline. In a file "#" and ";" begin a comment and "+ " an
+    // inclusion; plain and anchored patterns begin with none of these.
     std::string text;
     for (const RsyncRule& rule : rules)
         text.append(rule.excludes ? "" : "+ ").append(rule.pattern).push_back('\0');

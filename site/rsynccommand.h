@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/observeddictionary.h"
+#include "site/siterecord.h"
 #include "site/syncrow.h"
 
 #include <string>
@@ -10,18 +10,16 @@
 
 namespace luma {
 
-/// The arguments of one run, as they go into the command line: what the user typed, unquoted.
+/// The arguments of one run. They go into the command line unquoted, as the user typed them.
 struct RsyncArguments
 {
     std::string source;
     std::string destination;
     std::string port = "22";
-    bool deletes = false; ///< remove on the receiving side what the sending side does not have
+    bool deletes = false; ///< deletes from the receiving side what the sending side does not have
 
-    /// From a record's endpoints. An argument whose parts are not all there is empty.
-    static RsyncArguments forUpload(const ObservedDictionary& source, const ObservedDictionary& destination);
-    static RsyncArguments forDownload(const ObservedDictionary& source,
-                                      const ObservedDictionary& destination);
+    /// From the endpoints of `record`. A side that lacks its path, user or server is empty.
+    static RsyncArguments of(const SiteRecord& record, Direction direction, bool deletes);
 };
 
 /// A rule of rsync's filter (rsync(1), FILTER RULES); the first one that matches a path decides.
@@ -33,12 +31,12 @@ struct RsyncRule
 
 /// The rules that leave out the unticked rows and nothing else.
 ///
-/// A name of letters, digits, blanks and "._-/" stands as it is, and would leave out its namesakes in other
-/// folders too; rules before it take the ticked ones among them in again. Any other name is anchored at the
-/// transferred folder and its wildcards are escaped.
+/// A name of letters, digits, blanks and "._-/" is a pattern by itself, which also matches files of that name in
+/// other folders; rules before it include those that are ticked. Any other name is anchored at the transferred
+/// folder and its wildcards are escaped.
 std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows, bool deletes);
 
-/// A row's name without the word that announces a deletion.
+/// A row's name without the word that marks a deletion.
 std::string nameWithoutDeleting(std::string_view displayName);
 
 /// The shell command lines of rsync over ssh: the dry run that lists, and the run that transfers.
@@ -51,8 +49,8 @@ public:
     [[nodiscard]] std::string dryRun() const;
     [[nodiscard]] std::string transfer(const std::vector<RsyncRule>& rules) const;
 
-    /// For more rules than a command line holds (the system limits one argument to 128 KiB): the same run
-    /// with its rules in a file that holds rulesFile().
+    /// For more rules than a command line holds (one argument is limited to 128 KiB): the same run with the rules
+    /// in a file, whose text is rulesFile().
     [[nodiscard]] static bool fitCommandLine(const std::vector<RsyncRule>& rules);
     [[nodiscard]] static std::string rulesFile(const std::vector<RsyncRule>& rules);
     [[nodiscard]] std::string transferWithRulesFile(const std::string& path) const;

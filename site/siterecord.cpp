@@ -9,6 +9,11 @@ constexpr QLatin1StringView siteIDKey{"siteID"};
 constexpr QLatin1StringView sourceKey{"sourceDict"};
 constexpr QLatin1StringView destinationKey{"destinationDict"};
 
+QString keyFor(Direction direction)
+{
+    return direction == Direction::Upload ? QStringLiteral("Upload") : QStringLiteral("Download");
+}
+
 QVariantMap dictionary(const QVariantMap& values, QLatin1StringView key)
 {
     const QVariant found = values.value(key);
@@ -52,15 +57,15 @@ void SiteRecord::setSiteID(const QString& name)
     m_values.setValue(siteIDKey, name);
 }
 
-QStringList SiteRecord::untickedNames(const QString& direction) const
+QStringList SiteRecord::untickedNames(Direction direction) const
 {
-    return m_values.stringList(direction);
+    return m_values.stringList(keyFor(direction));
 }
 
-void SiteRecord::setUntickedNames(const QString& direction, const QStringList& names)
+void SiteRecord::setUntickedNames(Direction direction, const QStringList& names)
 {
-    // A list of strings, not QStringList: that is the type the archive gives back.
-    m_values.setValue(direction, QVariantList(names.begin(), names.end()));
+    // The type that the archive gives back; a QStringList would compare unequal.
+    m_values.setValue(keyFor(direction), QVariantList(names.begin(), names.end()));
 }
 
 } // namespace luma

@@ -7,16 +7,20 @@
 
 namespace luma {
 
-/// One site: its name and its two endpoints, and per direction the names left unticked. Shared by reference:
-/// an edit in the site's window is an edit of the list's record. Main thread only.
+enum class Direction {
+    Upload,  ///< from source to destination
+    Download ///< from destination to source
+};
+
+/// One site: its name, its two endpoints, and the names left unticked in each direction. Shared by reference:
+/// an edit in the site's window changes the record in the list of sites. Main thread only.
 class SiteRecord final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Takes `siteID`, `sourceDict`, `destinationDict` and whatever else stands in `values`. What is missing
-    /// or of another type is taken as an empty dictionary, which is written back only once it has been
-    /// edited.
+    /// Keeps all of `values`. A `sourceDict` or `destinationDict` that is missing or not a dictionary counts as
+    /// empty, and values() changes it only after an edit.
     explicit SiteRecord(const QVariantMap& values, QObject* parent = nullptr);
 
     [[nodiscard]] QVariantMap values() const;
@@ -27,12 +31,12 @@ public:
     [[nodiscard]] const std::shared_ptr<ObservedDictionary>& sourceDict() const { return m_source; }
     [[nodiscard]] const std::shared_ptr<ObservedDictionary>& destinationDict() const { return m_destination; }
 
-    /// The names that the user left unticked in `direction`, the direction's title.
-    [[nodiscard]] QStringList untickedNames(const QString& direction) const;
-    void setUntickedNames(const QString& direction, const QStringList& names);
+    /// The names of the rows that the user left unticked.
+    [[nodiscard]] QStringList untickedNames(Direction direction) const;
+    void setUntickedNames(Direction direction, const QStringList& names);
 
 signals:
-    /// Anything of the record, an endpoint's value too, has changed.
+    /// Something in the record or in an endpoint has changed.
     void changed();
 
 private:

@@ -20,16 +20,17 @@ namespace {
 
 constexpr int progressInterval = 100; // milliseconds
 
-QString comparisonTitle(bool isUpload)
+QString comparisonTitle(Direction direction)
 {
-    return isUpload ? QStringLiteral("Move these new/modified files from Source to Destination?")
-                    : QStringLiteral("Move these new/modified files from Destination to Source?");
+    return direction == Direction::Upload
+               ? QStringLiteral("Move these new/modified files from Source to Destination?")
+               : QStringLiteral("Move these new/modified files from Destination to Source?");
 }
 
-QString nothingChangedTitle(bool isUpload)
+QString nothingChangedTitle(Direction direction)
 {
-    return isUpload ? QStringLiteral("Nothing changed from Source to Destination")
-                    : QStringLiteral("Nothing changed from Destination to Source");
+    return direction == Direction::Upload ? QStringLiteral("Nothing changed from Source to Destination")
+                                          : QStringLiteral("Nothing changed from Destination to Source");
 }
 
 void printLines(const std::vector<std::string>& lines)
@@ -48,11 +49,11 @@ std::vector<SyncRow> rowsOf(const std::vector<std::string>& listing)
     std::vector<SyncRow> rows;
     rows.reserve(listing.size());
     for (const std::string& line : listing)
-        rows.push_back({1, line, {}, {}, {}});
+        rows.push_back({.displayName = line});
     return rows;
 }
 
-// True when rsync succeeded: it always prints a report.
+// True when rsync succeeded: then it always prints a report.
 bool runTransfer(const SyncEngine::ShellRunner& runShell, const RsyncCommand& command,
                  const std::vector<RsyncRule>& rules)
 {
@@ -69,7 +70,7 @@ std::vector<std::size_t> tickedRows(const std::vector<SyncRow>& rows)
 {
     std::vector<std::size_t> ticked;
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (rows[i].select == 1)
+        if (rows[i].select)
             ticked.push_back(i);
     }
     return ticked;
@@ -87,16 +88,11 @@ SyncEngine::~SyncEngine()
     dropItem();
 }
 
-bool SyncEngine::isUpload() const
-{
-    return m_direction == QLatin1String("Upload");
-}
-
 SyncFolders SyncEngine::folders(const SyncSides& sides) const
 {
-    if (isUpload())
-        return {sides.source, sides.destination};
-    return {sides.destination, sides.source};
+    if (m_direction == Direction::Upload)
+        return {.sending = sides.source, .receiving = sides.destination};
+    return {.sending = sides.destination, .receiving = sides.source};
 }
 
 void SyncEngine::dropItem()
@@ -129,12 +125,12 @@ void SyncEngine::setMessage(const std::vector<std::string>& problems)
         m_message = tr("%1 (and %2 more)").arg(m_message).arg(problems.size() - 1);
 }
 
-void SyncEngine::compare(const QString& direction, bool deletes)
+void SyncEngine::compare(Direction direction, bool deletes)
 {
     startItem();
     m_direction = direction;
     m_table.setRows({});
-    m_title = comparisonTitle(isUpload());
+    m_title = comparisonTitle(m_direction);
     setState(State::Comparing);
     const SyncSides sides = m_sides();
     if (sides.rsync)
@@ -163,10 +159,7 @@ void SyncEngine::compareFolders(const SyncFolders& folders)
 
 void SyncEngine::listWithRsync(bool deletes)
 {
-    RsyncArguments arguments =
-        isUpload() ? RsyncArguments::forUpload(*m_record.sourceDict(), *m_record.destinationDict())
-                   : RsyncArguments::forDownload(*m_record.sourceDict(), *m_record.destinationDict());
-    arguments.deletes = deletes;
+    const auto arguments = RsyncArguments::of(m_record, m_direction, deletes);
     start(m_workItem, [self = QPointer(this), arguments, runShell = m_runShell](const WorkItem& item) {
         const std::string output = runShell(shellCommand(RsyncCommand(arguments).dryRun()));
         std::vector<SyncRow> rows = rowsOf(RsyncCommand::listing(output));
@@ -183,13 +176,12 @@ void SyncEngine::endComparison(const WorkItem& item, std::vector<SyncRow> rows,
     const QStringList names = m_record.untickedNames(m_direction);
     const QSet<QString> unticked(names.begin(), names.end());
     for (SyncRow& row : rows) {
-        const bool isUnticked =
-            unticked.contains(QString::fromStdString(nameWithoutDeleting(row.displayName)));
-        row.select = isUnticked ? 0 : 1;
+        const std::string name = nameWithoutDeleting(row.displayName);
+        row.select = !unticked.contains(QString::fromStdString(name));
     }
     setMessage(problems);
     if (rows.empty())
-        m_title = nothingChangedTitle(isUpload());
+        m_title = nothingChangedTitle(m_direction);
     m_table.setRows(std::move(rows));
     setState(m_table.rows().empty() ? State::Empty : State::Ready);
 }
@@ -198,7 +190,7 @@ void SyncEngine::rememberUnticked()
 {
     QStringList names;
     for (const SyncRow& row : m_table.rows()) {
-        if (row.select != 1)
+        if (!row.select)
             names.append(QString::fromStdString(nameWithoutDeleting(row.displayName)));
     }
     m_record.setUntickedNames(m_direction, names);
@@ -211,11 +203,11 @@ void SyncEngine::transfer(bool deletes)
     startItem();
     rememberUnticked();
     setState(State::Transferring);
-    // The rows know how they were found, whatever the connection check has said since.
-    if (m_table.rows().front().folders)
-        transferFiles();
-    else
+    // As the rows were found, even if a connection check has ended since.
+    if (m_table.rows().front().mode == SyncMode::Rsync)
         transferWithRsync(deletes);
+    else
+        transferFiles();
 }
 
 void SyncEngine::transferFiles()
@@ -243,10 +235,7 @@ void SyncEngine::transferFiles()
 
 void SyncEngine::transferWithRsync(bool deletes)
 {
-    RsyncArguments arguments =
-        isUpload() ? RsyncArguments::forUpload(*m_record.sourceDict(), *m_record.destinationDict())
-                   : RsyncArguments::forDownload(*m_record.sourceDict(), *m_record.destinationDict());
-    arguments.deletes = deletes;
+    const auto arguments = RsyncArguments::of(m_record, m_direction, deletes);
     start(m_workItem, [self = QPointer(this), arguments, rows = m_table.rows(),
                        runShell = m_runShell](const WorkItem& item) {
         const bool done = runTransfer(runShell, RsyncCommand(arguments), rsyncRules(rows, arguments.deletes));
@@ -276,7 +265,7 @@ void SyncEngine::endTransfer(const WorkItem& item, const std::vector<std::size_t
 void SyncEngine::cancel()
 {
     dropItem();
-    // A comparison that was not seen to its end says nothing about what the user leaves out.
+    // The rows of an unfinished comparison don't show what the user leaves out.
     if (m_state != State::Comparing && m_state != State::Idle)
         rememberUnticked();
     setState(State::Idle);

@@ -13,20 +13,19 @@
 
 namespace luma {
 
-/// What the window knows of its two sides when a job begins.
+/// The two sides of the window when a job begins.
 struct SyncSides
 {
-    bool rsync = false;                ///< key-based login works, so rsync does the work
+    bool rsync = false;                ///< key-based login works, so rsync compares and transfers
     std::filesystem::path source;      ///< the folder of the source pane; empty when not connected
     std::filesystem::path destination; ///< of the destination pane
 };
 
 /// Compares a site's two sides and copies the ticked rows in one direction, with rsync or by itself.
 ///
-/// Lives on the main thread; its jobs run in the background, own what they need and come back by onMain. A
-/// newer job, cancel() and the engine's end drop the older job. A direction is the title of the direction
-/// menu: "Upload" means source to destination, any other the way back. The names left unticked are
-/// remembered in the record under the direction's title.
+/// Lives on the main thread; its jobs run in the background on copies of what they need and report by onMain.
+/// A newer job, cancel() and the destructor drop a running job. The names left unticked are remembered in the
+/// record.
 class SyncEngine final : public QObject
 {
     Q_OBJECT
@@ -34,11 +33,11 @@ class SyncEngine final : public QObject
 public:
     enum class State { Idle, Comparing, Ready, Empty, Transferring, Done };
 
-    /// Runs a program, the first element, and gives its standard output; nothing when it failed. Called on
-    /// any thread, also when the engine is gone.
+    /// Runs the program named first with the other elements as arguments; returns its standard output, empty on
+    /// failure. Called on any thread, even after the engine is destroyed.
     using ShellRunner = std::function<std::string(const std::vector<std::string>&)>;
 
-    /// `record` outlives the engine. `sides` is asked on the main thread whenever a job begins.
+    /// `record` outlives the engine. `sides` is called on the main thread when a job begins.
     SyncEngine(SiteRecord& record, ShellRunner runShell, std::function<SyncSides()> sides,
                QObject* parent = nullptr);
     ~SyncEngine() override;
@@ -46,24 +45,25 @@ public:
     [[nodiscard]] State state() const { return m_state; }
     /// The panel's title line.
     [[nodiscard]] const QString& title() const { return m_title; }
-    /// What could not be compared or copied, for one line of the panel; mostly empty.
+    /// What could not be compared or copied, as one line for the panel; empty when all went well.
     [[nodiscard]] const QString& message() const { return m_message; }
     [[nodiscard]] SyncTableModel& table() { return m_table; }
-    /// What the next comparison would use; without rsync nothing is ever deleted.
+    /// Whether the next comparison uses rsync. Without rsync nothing is ever deleted.
     [[nodiscard]] bool usesRsync() const { return m_sides().rsync; }
 
-    /// Fills the table anew. `deletes` lets rsync also list what only the receiving side has.
-    void compare(const QString& direction, bool deletes);
-    /// Copies the ticked rows and takes those that were copied out of the table. Only in the state Ready.
+    /// Fills the table again. With `deletes`, rsync also lists what only the receiving side has.
+    void compare(Direction direction, bool deletes);
+    /// Copies the ticked rows and removes those that were copied from the table. Does nothing unless the state is
+    /// Ready.
     void transfer(bool deletes);
-    /// Drops the job and remembers the rows left unticked. rsync, once it runs, is not stopped.
+    /// Drops the job and remembers the rows left unticked. An rsync that already runs is not stopped.
     void cancel();
 
 signals:
     void changed();
-    /// Rows dealt with, of the ticked ones; in file mode only, a few times a second.
+    /// `done` of the `total` ticked rows have been processed; several times a second, not with rsync.
     void progressed(int done, int total);
-    /// A transfer has ended: both sides may look different.
+    /// A transfer has ended; both sides may have changed.
     void transferred();
 
 private:
@@ -72,12 +72,11 @@ private:
     std::function<SyncSides()> m_sides;
     SyncTableModel m_table;
     State m_state = State::Idle;
-    QString m_direction;
+    Direction m_direction = Direction::Upload;
     QString m_title;
     QString m_message;
     WorkItemPointer m_workItem;
 
-    [[nodiscard]] bool isUpload() const;
     [[nodiscard]] SyncFolders folders(const SyncSides& sides) const;
     void startItem();
     void dropItem();

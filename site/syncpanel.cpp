@@ -3,12 +3,21 @@
 
 #include "ui_SyncPanel.h"
 
-#include <QKeyEvent>
-#include <QLocale>
+#include <QTableView>
 
 namespace luma {
 
 using State = SyncEngine::State;
+
+namespace {
+
+// Of the pop-up button.
+int itemOf(Direction direction)
+{
+    return direction == Direction::Upload ? 0 : 1;
+}
+
+} // namespace
 
 SyncPanel::SyncPanel(SyncEngine& engine, QWidget* parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::SyncPanel>()), m_engine(engine)
@@ -18,62 +27,45 @@ SyncPanel::SyncPanel(SyncEngine& engine, QWidget* parent)
     QSizePolicy keepsPlace = m_ui->syncProgressIndicator->sizePolicy();
     keepsPlace.setRetainSizeWhenHidden(true);
     m_ui->syncProgressIndicator->setSizePolicy(keepsPlace);
-    setUpTable();
+    m_ui->syncTickList->setUp(m_engine.table(), {.table = "syncTableView",
+                                                 .all = "allOnOffCheckBox",
+                                                 .count = "syncCount",
+                                                 .placeholder = "syncPlaceholder"});
     connectControls();
     updateControls();
 }
 
 SyncPanel::~SyncPanel() = default;
 
-void SyncPanel::setUpTable()
-{
-    QTableView* const table = m_ui->syncTableView;
-    table->setModel(&m_engine.table());
-    table->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
-    table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
-    table->installEventFilter(this);
-    m_ui->syncPlaceholder->setBackgroundRole(QPalette::Base);
-    m_ui->syncPlaceholder->setForegroundRole(QPalette::PlaceholderText);
-}
-
 void SyncPanel::connectControls()
 {
-    connect(m_ui->uploadDownloadPopupButton, &QComboBox::activated, this,
-            &SyncPanel::uploadDownloadPopupButtonAction);
+    connect(m_ui->uploadDownloadPopupButton, &QComboBox::activated, this, &SyncPanel::reloadSyncArray);
     connect(m_ui->deleteOptionCheckBox, &QCheckBox::clicked, this, &SyncPanel::reloadSyncArray);
-    connect(m_ui->allOnOffCheckBox, &QCheckBox::clicked, this, &SyncPanel::AllOffOrOn);
     connect(m_ui->syncButton, &QPushButton::clicked, this, &SyncPanel::move);
-    connect(m_ui->cancelButton, &QPushButton::clicked, this,
-            [this] { closeSheet(m_ui->cancelButton->text()); });
+    connect(m_ui->cancelButton, &QPushButton::clicked, this, &SyncPanel::closeSheet);
     connect(&m_engine, &SyncEngine::changed, this, &SyncPanel::updateControls);
-    connect(&m_engine.table(), &SyncTableModel::selectionChanged, this, &SyncPanel::updateSelection);
     connect(&m_engine, &SyncEngine::progressed, this, [this](int done, int total) {
         m_ui->syncProgressIndicator->setRange(0, total);
         m_ui->syncProgressIndicator->setValue(done);
     });
 }
 
-void SyncPanel::sync(const QString& senderTitle)
+void SyncPanel::sync(Direction direction)
 {
-    const int item = m_ui->uploadDownloadPopupButton->findText(senderTitle);
-    if (item >= 0)
-        m_ui->uploadDownloadPopupButton->setCurrentIndex(item);
+    m_ui->uploadDownloadPopupButton->setCurrentIndex(itemOf(direction));
     reloadSyncArray();
     open();
-    m_ui->syncTableView->setFocus();
-}
-
-void SyncPanel::uploadDownloadPopupButtonAction()
-{
-    reloadSyncArray();
+    m_ui->syncTickList->table().setFocus();
 }
 
 void SyncPanel::reloadSyncArray()
 {
-    // A running transfer goes on in its direction; the controls that lead here are disabled meanwhile.
+    // A running transfer keeps its direction.
     if (m_engine.state() == State::Transferring)
         return;
-    m_engine.compare(m_ui->uploadDownloadPopupButton->currentText(), m_ui->deleteOptionCheckBox->isChecked());
+    const bool isUpload = m_ui->uploadDownloadPopupButton->currentIndex() == itemOf(Direction::Upload);
+    m_engine.compare(isUpload ? Direction::Upload : Direction::Download,
+                     m_ui->deleteOptionCheckBox->isChecked());
 }
 
 void SyncPanel::move()
@@ -81,22 +73,21 @@ void SyncPanel::move()
     m_engine.transfer(m_ui->deleteOptionCheckBox->isChecked());
 }
 
-void SyncPanel::AllOffOrOn()
+bool SyncPanel::isOver() const
 {
-    // A click on the box's half state ticks all.
-    m_engine.table().selectAll(m_ui->allOnOffCheckBox->checkState() != Qt::Unchecked);
+    return m_engine.state() == State::Empty || m_engine.state() == State::Done;
 }
 
-void SyncPanel::closeSheet(const QString& senderTitle)
+void SyncPanel::closeSheet()
 {
-    if (senderTitle == QLatin1String("Cancel"))
+    if (!isOver())
         m_engine.cancel();
     hide();
 }
 
 void SyncPanel::reject()
 {
-    closeSheet(m_ui->cancelButton->text());
+    closeSheet();
 }
 
 void SyncPanel::updateControls()
@@ -107,15 +98,13 @@ void SyncPanel::updateControls()
     m_ui->syncMessage->setText(m_engine.message());
     m_ui->syncMessage->setVisible(!m_engine.message().isEmpty());
     m_ui->syncButton->setEnabled(state == State::Ready);
-    m_ui->syncTableView->setEnabled(!isTransferring);
+    m_ui->syncTickList->setTickingEnabled(!isTransferring);
     m_ui->uploadDownloadPopupButton->setEnabled(!isTransferring);
     m_ui->deleteOptionCheckBox->setEnabled(!isTransferring && m_engine.usesRsync());
     m_ui->deleteOptionCheckBox->setToolTip(m_engine.usesRsync() ? QString() : tr("Needs rsync over ssh"));
-    const bool isOver = state == State::Empty || state == State::Done;
-    m_ui->cancelButton->setText(isOver ? QStringLiteral("Close") : QStringLiteral("Cancel"));
+    m_ui->cancelButton->setText(isOver() ? QStringLiteral("Close") : QStringLiteral("Cancel"));
     updateProgress();
     updatePlaceholder();
-    updateSelection();
 }
 
 void SyncPanel::updateProgress()
@@ -127,54 +116,20 @@ void SyncPanel::updateProgress()
 
 void SyncPanel::updatePlaceholder()
 {
-    QWidget* page = m_ui->syncPlaceholder;
     switch (m_engine.state()) {
     case State::Comparing:
-        m_ui->syncPlaceholder->setText(tr("Comparing both sides"));
+        m_ui->syncTickList->setPlaceholder(tr("Comparing both sides"));
         break;
     case State::Empty:
-        m_ui->syncPlaceholder->setText(tr("Every file is there, and none is newer.\n"
-                                          "To look the other way, choose the other direction above."));
+        m_ui->syncTickList->setPlaceholder(tr("Every file is there, and none is newer.\n"
+                                              "To look the other way, choose the other direction above."));
         break;
     case State::Done:
-        m_ui->syncPlaceholder->setText(tr("All files have been moved."));
+        m_ui->syncTickList->setPlaceholder(tr("All files have been moved."));
         break;
     default:
-        page = m_ui->syncTableView;
+        break;
     }
-    m_ui->syncStack->setCurrentWidget(page);
-}
-
-void SyncPanel::updateSelection()
-{
-    const std::size_t all = m_engine.table().rows().size();
-    const std::size_t ticked = m_engine.table().selectedCount();
-    const Qt::CheckState some = ticked == 0 ? Qt::Unchecked : Qt::PartiallyChecked;
-    m_ui->allOnOffCheckBox->setCheckState(ticked == all && all > 0 ? Qt::Checked : some);
-    m_ui->allOnOffCheckBox->setEnabled(all > 0 && m_engine.state() == State::Ready);
-    const QLocale locale;
-    m_ui->syncCount->setText(
-        all == 0 ? QString() : tr("%1 of %2 selected").arg(locale.toString(ticked), locale.toString(all)));
-}
-
-bool SyncPanel::eventFilter(QObject* watched, QEvent* event)
-{
-    if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Space) {
-        toggleSelectedRows();
-        return true;
-    }
-    return QDialog::eventFilter(watched, event);
-}
-
-// The space bar gives all selected rows the state that the current one does not have.
-void SyncPanel::toggleSelectedRows()
-{
-    const QModelIndex current = m_ui->syncTableView->currentIndex();
-    if (!current.isValid())
-        return;
-    const bool isTicked = current.data(Qt::CheckStateRole).toInt() == Qt::Checked;
-    for (const QModelIndex& index : m_ui->syncTableView->selectionModel()->selectedRows())
-        m_engine.table().setData(index, isTicked ? Qt::Unchecked : Qt::Checked, Qt::CheckStateRole);
 }
 
 } // namespace luma

@@ -7,21 +7,14 @@
 
 #include <memory>
 
-class QCheckBox;
-class QComboBox;
-class QLabel;
-class QProgressBar;
-class QPushButton;
-class QTableView;
-
 namespace Ui {
 class SyncPanel;
 }
 
 namespace luma {
 
-/// The sheet that lists the changed files of one direction and moves the ticked ones. It asks the engine and
-/// shows its state; the rules are the engine's. Main thread only; the engine outlives it.
+/// The sheet that lists the changed files of one direction and moves the ticked ones. It shows the state of the
+/// engine, which holds the rules and outlives the panel. Main thread only.
 class SyncPanel final : public QDialog
 {
     Q_OBJECT
@@ -30,37 +23,28 @@ public:
     SyncPanel(SyncEngine& engine, QWidget* parent);
     ~SyncPanel() override;
 
-    /// Shows the panel as a sheet and compares in the direction whose title is `senderTitle`; an unknown
-    /// title leaves the direction as it is.
-    void sync(const QString& senderTitle);
+    /// Shows the panel as a sheet and compares in `direction`.
+    void sync(Direction direction);
 
 public slots:
-    void uploadDownloadPopupButtonAction();
     /// Compares again in the chosen direction.
     void reloadSyncArray();
     /// Transfers the ticked rows.
     void move();
-    /// Ticks or unticks every row, as its check box says.
-    void AllOffOrOn();
-    /// Ends the sheet; with the title "Cancel" the job is dropped and the unticked names are remembered.
-    void closeSheet(const QString& senderTitle);
-    /// Escape and the window's own close button cancel, as the button does.
+    /// Closes the sheet. Unless all work is over, drops the job and remembers the unticked names.
+    void closeSheet();
+    /// Escape and the close button of the window.
     void reject() override;
-
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     std::unique_ptr<Ui::SyncPanel> m_ui;
     SyncEngine& m_engine;
 
-    void setUpTable();
+    [[nodiscard]] bool isOver() const;
     void connectControls();
     void updateControls();
     void updateProgress();
     void updatePlaceholder();
-    void updateSelection();
-    void toggleSelectedRows();
 };
 
 } // namespace luma

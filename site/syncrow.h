@@ -4,38 +4,32 @@
 #include <filesystem>
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace luma {
 
-/// The two folders of one comparison, in the direction of the transfer.
+/// The two folders of a comparison, in the direction of the transfer.
 struct SyncFolders
 {
     std::filesystem::path sending;
     std::filesystem::path receiving;
 };
 
-namespace syncmode {
+/// What a transfer does with a row.
+enum class SyncMode {
+    Rsync,      ///< rsync does it; the row is a line of its listing
+    Copy,       ///< copies the file; nothing exists in its place
+    DeleteFirst ///< replaces what exists in its place
+};
 
-/// Nothing stands at the receiving location.
-inline constexpr std::string_view copy{"copy"};
-/// What stands at the receiving location gives way to the copy.
-inline constexpr std::string_view deleteFirst{"deleteFirst"};
-
-} // namespace syncmode
-
-/// One line of the sync table. What a comparison of two folders found names its file by `relativePath`; what
-/// rsync listed has its `displayName` alone.
+/// A row of the publish table: a file that a comparison found, or a line that rsync listed.
 struct SyncRow
 {
-    int select = 1;                             ///< 1 = transfer this file, 0 = leave it out
-    std::string displayName;                    ///< UTF-8, one line, as rsync prints names
-    std::string_view mode;                      ///< syncmode::copy or deleteFirst; empty for a row of rsync's
-    std::string relativePath;                   ///< the bytes of the path below both folders
-    std::shared_ptr<const SyncFolders> folders; ///< shared by all rows of a comparison
-
-    [[nodiscard]] std::filesystem::path sourceURL() const { return folders->sending / relativePath; }
-    [[nodiscard]] std::filesystem::path destinationURL() const { return folders->receiving / relativePath; }
+    bool select = true;           ///< ticked: transfer this file
+    std::string displayName = {}; ///< UTF-8, one line, as rsync prints names
+    SyncMode mode = SyncMode::Rsync;
+    std::string relativePath = {}; ///< the bytes of the path below both folders; empty in rsync's rows
+    std::shared_ptr<const SyncFolders> folders =
+        {}; ///< shared by the rows of a comparison; none in rsync's rows
 };
 
 } // namespace luma

@@ -66,7 +66,7 @@ int main(int argc, char** argv)
     window.resize(900, 700);
     window.show();
     SyncPanel panel(engine, &window);
-    panel.sync(QStringLiteral("Upload"));
+    panel.sync(Direction::Upload);
     auto& table = *panel.findChild<QTableView*>(QStringLiteral("syncTableView"));
     const double filling = longestPauseUntil(
         [&] { return table.model()->rowCount() == rowCount && engine.state() == SyncEngine::State::Ready; });

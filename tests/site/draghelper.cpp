@@ -64,32 +64,30 @@ public:
     QString answer(const QStringList& command)
     {
         const QString& what = command.constFirst();
-        if (what == QLatin1String("log"))
+        if (what == "log")
             return m_site.window->progress().isRunning()
-                       ? QStringLiteral("running")
+                       ? "running"
                        : m_site.log().replace(QLatin1Char('\n'), QLatin1Char('|'));
-        if (what == QLatin1String("dismiss")) {
+        if (what == "dismiss") {
             m_site.find<QDialog>("progressPanel").accept();
-            return QStringLiteral("ok");
+            return "ok";
         }
         if (!m_site.isConnected())
-            return QStringLiteral("not connected");
-        const BrowserController& pane =
-            command.value(1) == QLatin1String("source") ? m_site.source() : m_site.destination();
-        if (what == QLatin1String("open")) {
+            return "not connected";
+        const BrowserController& pane = command.value(1) == "source" ? m_site.source() : m_site.destination();
+        if (what == "open") {
             luma::Browser::Path path;
             for (const QString& name : command.mid(2))
                 path.push_back(name.toStdString());
             pane.browser().setPath(path);
-            return QStringLiteral("ok");
+            return "ok";
         }
         BrowserListView& list = SiteWindow::list(pane, command.value(2).toInt());
         const QModelIndex row =
             SiteWindow::item(pane, command.value(2).toInt(), command.value(3).toUtf8().constData());
-        if (what == QLatin1String("over"))
-            return m_watch.viewport == list.viewport() && list.indexAt(m_watch.position) == row
-                       ? QStringLiteral("yes")
-                       : QStringLiteral("no");
+        if (what == "over")
+            return m_watch.viewport == list.viewport() && list.indexAt(m_watch.position) == row ? "yes"
+                                                                                                : "no";
         const QPoint place = row.isValid()
                                  ? list.visualRect(row).center()
                                  : QPoint(list.viewport()->width() / 2, list.viewport()->height() - 8);
@@ -113,11 +111,11 @@ public:
 
     QString answer(const QStringList& command) const
     {
-        if (command.constFirst() == QLatin1String("place"))
+        if (command.constFirst() == "place")
             return shown(mapToGlobal(rect().center()));
-        if (command.constFirst() == QLatin1String("moves"))
+        if (command.constFirst() == "moves")
             return QString::number(m_moves);
-        return QString::fromUtf8(m_taken).replace(QLatin1String("\r\n"), QLatin1String("|"));
+        return QString::fromUtf8(m_taken).replace("\r\n", "|");
     }
 
 protected:
@@ -127,7 +125,7 @@ protected:
             return;
         auto* const drag = new QDrag(this);
         auto* const offer = new QMimeData;
-        offer->setData(QStringLiteral("text/uri-list"), m_offered);
+        offer->setData("text/uri-list", m_offered);
         drag->setMimeData(offer);
         drag->exec(Qt::CopyAction | Qt::MoveAction, Qt::MoveAction);
     }
@@ -139,7 +137,7 @@ protected:
     }
     void dropEvent(QDropEvent* event) override
     {
-        m_taken = event->mimeData()->data(QStringLiteral("text/uri-list"));
+        m_taken = event->mimeData()->data("text/uri-list");
         event->setDropAction(Qt::CopyAction);
         event->accept();
     }

@@ -51,11 +51,11 @@ public:
     /// Of the destination's pane.
     [[nodiscard]] QString connectState() const
     {
-        return destination().widget()->findChild<QLabel*>(QStringLiteral("connectStateField"))->text();
+        return destination().widget()->findChild<QLabel*>("connectStateField")->text();
     }
     [[nodiscard]] QAbstractButton& connectButton() const
     {
-        return *destination().widget()->findChild<QAbstractButton*>(QStringLiteral("connectButton"));
+        return *destination().widget()->findChild<QAbstractButton*>("connectButton");
     }
     /// What the destination's first column lists.
     [[nodiscard]] QStringList shownNames() const

@@ -54,8 +54,7 @@ const std::map<std::string, std::function<void(const SiteWindow&)>> jobs = {
     {"copy", [](const SiteWindow& site) { drop(site, Qt::ControlModifier); }},
     {"rename",
      [](const SiteWindow& site) {
-         site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"), QStringLiteral("z"),
-                                                 Qt::EditRole);
+         site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"), "z", Qt::EditRole);
      }},
     {"duplicate",
      [](const SiteWindow& site) {
@@ -66,7 +65,7 @@ const std::map<std::string, std::function<void(const SiteWindow&)>> jobs = {
     {"links to",
      [](const SiteWindow& site) {
          site.source().browser().setPath({"a"});
-         site.source().showLinksForItem(QStringLiteral("Show Links To Item..."));
+         site.source().showLinksForItem("Show Links To Item...");
      }},
     {"unlinked", [](const SiteWindow& site) { site.source().startFindUnlinkedItems(); }},
     {"delete", deleteUnlinkedItems}};

@@ -34,7 +34,7 @@ public:
         connectTo(*record->destinationDict(), destination);
         HaldenDoc::Services services;
         services.mounter = std::make_shared<UnavailableMounter>();
-        services.excludedFolders = [] { return QStringLiteral("old, images"); };
+        services.excludedFolders = [] { return "old, images"; };
         window = new HaldenDoc(record, std::move(services));
         window->windowDidLoad();
     }

@@ -77,7 +77,7 @@ private slots:
         folders.setAge("sending/a/b", 77);
         std::vector<SyncRow> rows = changed(folders);
         QCOMPARE(rows.size(), std::size_t{4});
-        rows[3].select = 0;
+        rows[3].select = false;
         const WorkItem item;
         const TransferReport report = FileTransfer(rows).run(item);
         QVERIFY(report.problems.empty());

@@ -29,7 +29,7 @@ private:
     {
         std::string lines;
         for (const SyncRow& row : report.rows)
-            lines.append(row.mode).append(" ").append(row.displayName).append("\n");
+            lines += (row.mode == SyncMode::Copy ? "copy " : "deleteFirst ") + row.displayName + "\n";
         for (const std::string& problem : report.problems)
             lines.append("problem ").append(problem).append("\n");
         return lines;

@@ -40,10 +40,10 @@ class tst_haldendoc final : public QObject
         return {{endpoint::protocol, QString(endpoint::fileProtocol)},
                 {endpoint::server, server},
                 {endpoint::path, QString::fromStdString(folder.string())},
-                {endpoint::user, QStringLiteral("anna")},
-                {endpoint::password, QStringLiteral("secret")},
+                {endpoint::user, "anna"},
+                {endpoint::password, "secret"},
                 {endpoint::autoconnect, 1},
-                {endpoint::sshPortNo, QStringLiteral("22")}};
+                {endpoint::sshPortNo, "22"}};
     }
 
     HaldenDoc::Services services()
@@ -89,10 +89,9 @@ private slots:
     void init()
     {
         m_folders = std::make_unique<TwoFolders>();
-        m_record = std::make_shared<SiteRecord>(QVariantMap{
-            {QStringLiteral("sourceDict"), endpointAt(m_folders->sending(), QStringLiteral("localhost"))},
-            {QStringLiteral("destinationDict"),
-             endpointAt(m_folders->receiving(), QStringLiteral("web.example"))}});
+        m_record = std::make_shared<SiteRecord>(
+            QVariantMap{{"sourceDict", endpointAt(m_folders->sending(), "localhost")},
+                        {"destinationDict", endpointAt(m_folders->receiving(), "web.example")}});
         m_calls.clear();
         m_checkAnswer.clear();
         m_setUpAnswer.clear();
@@ -120,8 +119,7 @@ private slots:
         QTRY_COMPARE(table->model()->rowCount(), 1);
         QCOMPARE(m_folders->bytes("receiving/index.html"), std::string("new"));
         QVERIFY(!std::filesystem::exists(m_folders->at("receiving/draft.html")));
-        QCOMPARE(m_record->untickedNames(QStringLiteral("Upload")),
-                 QStringList{QStringLiteral("draft.html")});
+        QCOMPARE(m_record->untickedNames(Direction::Upload), QStringList{"draft.html"});
         // The pane shows what has come, without being asked.
         QTRY_COMPARE(m_window->destinationBrowserController().browser().model().rowCount({}), 1);
     }
@@ -129,21 +127,16 @@ private slots:
     void oddRecord_opensAndIsKeptAsItIs_data()
     {
         const QVariantMap connecting{{endpoint::autoconnect, 1}};
-        const QVariantMap mistyped{{endpoint::protocol, 7},
-                                   {endpoint::server, QVariantList{1}},
-                                   {endpoint::path, QByteArray("/")},
-                                   {endpoint::user, QVariantMap{}},
-                                   {endpoint::autoconnect, QStringLiteral("1")},
-                                   {endpoint::sshPortNo, 22}};
+        const QVariantMap mistyped{{endpoint::protocol, 7},           {endpoint::server, QVariantList{1}},
+                                   {endpoint::path, QByteArray("/")}, {endpoint::user, QVariantMap{}},
+                                   {endpoint::autoconnect, "1"},      {endpoint::sshPortNo, 22}};
         QTest::addColumn<QVariantMap>("values");
         QTest::newRow("nothing") << QVariantMap{};
-        QTest::newRow("no endpoints") << QVariantMap{{QStringLiteral("sourceDict"), 1},
-                                                     {QStringLiteral("destinationDict"), QVariantList{}}};
-        QTest::newRow("empty endpoints connect") << QVariantMap{
-            {QStringLiteral("sourceDict"), connecting}, {QStringLiteral("destinationDict"), connecting}};
-        QTest::newRow("wrong types") << QVariantMap{{QStringLiteral("sourceDict"), mistyped},
-                                                    {QStringLiteral("destinationDict"), mistyped},
-                                                    {QStringLiteral("Upload"), QStringLiteral("a")}};
+        QTest::newRow("no endpoints") << QVariantMap{{"sourceDict", 1}, {"destinationDict", QVariantList{}}};
+        QTest::newRow("empty endpoints connect")
+            << QVariantMap{{"sourceDict", connecting}, {"destinationDict", connecting}};
+        QTest::newRow("wrong types") << QVariantMap{
+            {"sourceDict", mistyped}, {"destinationDict", mistyped}, {"Upload", "a"}};
     }
     void oddRecord_opensAndIsKeptAsItIs()
     {
@@ -153,40 +146,38 @@ private slots:
         m_window = new HaldenDoc(m_record, services());
         m_window->windowDidLoad();
         click("uploadButton");
-        QTRY_COMPARE(find<QLabel>("syncPanelTitle")->text(),
-                     QStringLiteral("Nothing changed from Source to Destination"));
+        QTRY_COMPARE(find<QLabel>("syncPanelTitle")->text(), "Nothing changed from Source to Destination");
         QTest::keyClick(find<QWidget>("syncPanel"), Qt::Key_Escape);
         m_window->setUpRsync();
         QTRY_COMPARE(m_calls.size(), 1);
         QVERIFY(!m_window->sourceBrowserController().rootNode());
         const QVariantMap after = m_record->values();
-        QCOMPARE(after.value(QStringLiteral("sourceDict")), before.value(QStringLiteral("sourceDict")));
-        QCOMPARE(after.value(QStringLiteral("destinationDict")),
-                 before.value(QStringLiteral("destinationDict")));
+        QCOMPARE(after.value("sourceDict"), before.value("sourceDict"));
+        QCOMPARE(after.value("destinationDict"), before.value("destinationDict"));
     }
 
     void title_isTheServerAndFollowsIt()
     {
         open();
-        QCOMPARE(WindowRegistry::instance().windowTitled(QStringLiteral("web.example")), m_window.data());
-        m_record->destinationDict()->setValue(endpoint::server, QStringLiteral("other.example"));
-        QCOMPARE(m_window->windowTitle(), QStringLiteral("other.example"));
+        QCOMPARE(WindowRegistry::instance().windowTitled("web.example"), m_window.data());
+        m_record->destinationDict()->setValue(endpoint::server, "other.example");
+        QCOMPARE(m_window->windowTitle(), "other.example");
     }
 
     void connectionLine_followsCheckAndSetUp()
     {
-        m_record->destinationDict()->setValue(endpoint::protocol, QStringLiteral("sftp://"));
+        m_record->destinationDict()->setValue(endpoint::protocol, "sftp://");
         m_record->destinationDict()->setValue(endpoint::autoconnect, 0);
         m_window = new HaldenDoc(m_record, services());
         m_window->windowDidLoad();
         auto* text = find<QLabel>("connectionResultText");
         auto* button = find<QAbstractButton>("setUpRemoteLoginConnectionButton");
-        m_checkAnswer = QStringLiteral("fail - timeout");
+        m_checkAnswer = "fail - timeout";
         m_window->checkConnectionOK();
-        QTRY_COMPARE(text->text(), QStringLiteral("Turn on rsync to make uploads and downloads go faster."));
+        QTRY_COMPARE(text->text(), "Turn on rsync to make uploads and downloads go faster.");
         QVERIFY(!m_window->rsync());
 
-        m_setUpAnswer = QStringLiteral("Permission denied, please try entering the password again.");
+        m_setUpAnswer = "Permission denied, please try entering the password again.";
         QTest::mouseClick(button, Qt::LeftButton);
         QTRY_COMPARE(text->text(), m_setUpAnswer);
         QVERIFY(!m_window->rsync());
@@ -195,11 +186,11 @@ private slots:
         m_setUpAnswer.clear();
         m_checkAnswer.clear();
         QTest::mouseClick(button, Qt::LeftButton);
-        QTRY_COMPARE(text->text(), QStringLiteral("LUMA is using rsync for faster uploads and downloads."));
+        QTRY_COMPARE(text->text(), "LUMA is using rsync for faster uploads and downloads.");
         QVERIFY(m_window->rsync());
         QVERIFY(!button->isEnabled());
-        QCOMPARE(m_calls.last(), QStringLiteral("check anna@web.example 22"));
-        QVERIFY(m_calls.contains(QStringLiteral("set up anna@web.example 22 secret")));
+        QCOMPARE(m_calls.last(), "check anna@web.example 22");
+        QVERIFY(m_calls.contains("set up anna@web.example 22 secret"));
         luma::test::screenshot(*m_window, "site-rsync");
     }
 
@@ -219,7 +210,7 @@ private slots:
             m_window->checkConnectionOK();
             QTRY_VERIFY(m_window->rsync());
         }
-        m_window->sync(QStringLiteral("Upload"));
+        m_window->sync(Direction::Upload);
         m_window->close();
         QTRY_VERIFY(!m_window);
         m_shellMayAnswer.release();
@@ -263,8 +254,8 @@ private slots:
         QCOMPARE(m_window->destinationBrowserController().browser().columnWidths(), QList<int>{99});
         QTRY_VERIFY(source.rootNode());
         source.browser().setPath({"a"});
-        QCOMPARE(source.widget()->findChild<QWidget*>(QStringLiteral("browserColumn0"))->width(), 310);
-        QCOMPARE(source.widget()->findChild<QWidget*>(QStringLiteral("browserColumn1"))->width(), 150);
+        QCOMPARE(source.widget()->findChild<QWidget*>("browserColumn0")->width(), 310);
+        QCOMPARE(source.widget()->findChild<QWidget*>("browserColumn1")->width(), 150);
     }
 
     void tab_reachesOnlyWhatHasAName_data()

@@ -55,7 +55,7 @@ private:
     void chooseFile(const std::filesystem::path& file)
     {
         find<QPushButton>("saveButton").click();
-        auto* const dialog = m_progress->panel().findChild<QFileDialog*>(QStringLiteral("saveLogDialog"));
+        auto* const dialog = m_progress->panel().findChild<QFileDialog*>("saveLogDialog");
         QVERIFY(dialog);
         emit dialog->fileSelected(QString::fromStdString(file.string()));
         dialog->close();
@@ -71,29 +71,29 @@ private slots:
 
     void aJobFromBeginToOK()
     {
-        m_progress->begin(QStringLiteral("Checking source files for missing links (*** MISSING ***)"));
+        m_progress->begin("Checking source files for missing links (*** MISSING ***)");
         QVERIFY(m_progress->panel().isVisible());
         QVERIFY(!find<QPushButton>("progressPanelOKButton").isEnabled());
         QTest::keyClick(&m_progress->panel(), Qt::Key_Escape);
         m_progress->panel().close();
         QVERIFY(m_progress->panel().isVisible());
-        test::saveScreenshots(m_progress->panel(), QStringLiteral("progress-empty"));
+        test::saveScreenshots(m_progress->panel(), "progress-empty");
         for (int i = 0; i < 60; ++i)
             m_progress->append(QStringLiteral("/srv/site/page %1.html\n    href : css/main.css\n"
                                               "    src : images/none.png    *** MISSING ***\n")
                                    .arg(i));
-        QCOMPARE(m_progress->lineText(1), QStringLiteral("    href : css/main.css"));
+        QCOMPARE(m_progress->lineText(1), "    href : css/main.css");
         QTRY_COMPARE(log().model()->rowCount(), 180);
         QSignalSpy stopped(m_progress, &ProgressReporter::stopRequested);
         find<QPushButton>("progressPanelStopButton").click();
         find<QPushButton>("progressPanelStopButton").click();
         QCOMPARE(stopped.count(), 1);
-        m_progress->append(QStringLiteral("\nDone"));
+        m_progress->append("\nDone");
         m_progress->finish();
-        QCOMPARE(m_progress->lineText(181), QStringLiteral("Done"));
+        QCOMPARE(m_progress->lineText(181), "Done");
         QCOMPARE(log().model()->rowCount(), 182);
         QVERIFY(isAtEnd());
-        test::saveScreenshots(m_progress->panel(), QStringLiteral("progress-rows"));
+        test::saveScreenshots(m_progress->panel(), "progress-rows");
         QSignalSpy activated(m_progress, &ProgressReporter::lineActivated);
         const QModelIndex line = log().model()->index(170, 0);
         log().scrollTo(line);
@@ -109,7 +109,7 @@ private slots:
     {
         RefusingWindow other;
         other.show();
-        m_progress->begin(QStringLiteral("Listing"));
+        m_progress->begin("Listing");
         QEvent quit(QEvent::Quit);
         QCoreApplication::sendEvent(qApp, &quit);
         QVERIFY(other.wasAsked);
@@ -125,7 +125,7 @@ private slots:
     {
         QDialog sheet(&m_window);
         sheet.open();
-        m_progress->begin(QStringLiteral("Listing"));
+        m_progress->begin("Listing");
         QVERIFY(!m_progress->panel().isVisible());
         m_progress->finish();
     }
@@ -138,7 +138,7 @@ private slots:
         QTRY_COMPARE(log().model()->rowCount(), 1000);
         QVERIFY(isAtEnd());
         log().verticalScrollBar()->setValue(10);
-        m_progress->append(QStringLiteral("one more\n"));
+        m_progress->append("one more\n");
         QTRY_COMPARE(log().model()->rowCount(), 1001);
         QCOMPARE(log().verticalScrollBar()->value(), 10);
         m_progress->finish();
@@ -147,33 +147,33 @@ private slots:
 
     void threeHundredThousandLines()
     {
-        m_progress->begin(QStringLiteral("Checking"));
+        m_progress->begin("Checking");
         QString all;
         for (int i = 0; i < 300'000; ++i) {
             const QString line = QStringLiteral("    href : folder/page-%1.html\n").arg(i);
             m_progress->append(line);
             all += line;
         }
-        m_progress->append(QString(400, QLatin1Char('w')) + QLatin1String("end\n"));
+        m_progress->append(QString(400, QLatin1Char('w')) + "end\n");
         m_progress->finish();
         QCOMPARE(log().model()->rowCount(), 300'001);
-        QCOMPARE(m_progress->lineText(299'999), QStringLiteral("    href : folder/page-299999.html"));
+        QCOMPARE(m_progress->lineText(299'999), "    href : folder/page-299999.html");
         QVERIFY(log().horizontalScrollBar()->maximum() > 0);
         log().selectAll();
         log().copySelected();
         QCOMPARE(QGuiApplication::clipboard()->text().size(), all.size() + 404);
         log().verticalScrollBar()->setValue(150'000);
-        test::saveScreenshots(m_progress->panel(), QStringLiteral("progress-300000"));
+        test::saveScreenshots(m_progress->panel(), "progress-300000");
     }
 
     void copiesAndSavesTheLogAsText()
     {
         const test::TwoFolders folders;
         m_progress->begin(QString());
-        m_progress->append(QStringLiteral("one\n\u00fc\n\nDone"));
+        m_progress->append("one\n\u00fc\n\nDone");
         m_progress->finish();
         find<QPushButton>("copyAllButton").click();
-        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("one\n\u00fc\n\nDone"));
+        QCOMPARE(QGuiApplication::clipboard()->text(), "one\n\u00fc\n\nDone");
         chooseFile(folders.at("log.txt"));
         QCOMPARE(folders.bytes("log.txt"), std::string("one\n\xc3\xbc\n\nDone"));
     }
@@ -182,13 +182,12 @@ private slots:
     {
         const test::TwoFolders folders;
         m_progress->begin(QString());
-        m_progress->append(QStringLiteral("one\n"));
+        m_progress->append("one\n");
         m_progress->finish();
         chooseFile(folders.at("no such folder/log.txt"));
         auto* const box = m_progress->panel().findChild<QMessageBox*>();
         QVERIFY(box && box->isVisible());
-        QVERIFY(box->informativeText().contains(QLatin1String("no such folder")) ||
-                box->text().contains(QLatin1String("no such folder")));
+        QVERIFY(box->informativeText().contains("no such folder") || box->text().contains("no such folder"));
         box->close();
         QVERIFY(folders.listing(".") == "receiving/\nsending/\n");
     }
@@ -197,17 +196,17 @@ private slots:
     {
         LogModel model;
         const QAbstractItemModelTester tester(&model);
-        model.append(QStringLiteral("a\nhalf"));
+        model.append("a\nhalf");
         QCOMPARE(model.rowCount(), 0);
-        QCOMPARE(model.lineText(1), QStringLiteral("half"));
+        QCOMPARE(model.lineText(1), "half");
         model.publish();
         QCOMPARE(model.rowCount(), 2);
         QSignalSpy changed(&model, &LogModel::dataChanged);
-        model.append(QStringLiteral(" whole\n\n"));
+        model.append(" whole\n\n");
         model.publish();
         QCOMPARE(changed.count(), 1);
         QCOMPARE(model.rowCount(), 3);
-        QCOMPARE(model.lineText(1), QStringLiteral("half whole"));
+        QCOMPARE(model.lineText(1), "half whole");
         QVERIFY(model.lineText(2).isEmpty());
         QVERIFY(model.lineText(3).isEmpty());
         QVERIFY(model.lineText(-1).isEmpty());

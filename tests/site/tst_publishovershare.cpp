@@ -34,7 +34,7 @@ private:
     {
         HaldenDoc::Services all = HaldenDoc::standardServices();
         all.remoteLogin.checkConnection = [](const QString&, const QString&) {
-            return QStringLiteral("fail - unknown user, host and port combination");
+            return "fail - unknown user, host and port combination";
         };
         return all;
     }
@@ -64,8 +64,7 @@ private:
     }
     static bool unmountByDesktop(const QString& address)
     {
-        return QProcess::execute(QStringLiteral("gio"),
-                                 {QStringLiteral("mount"), QStringLiteral("-u"), address}) == 0;
+        return QProcess::execute("gio", {"mount", "-u", address}) == 0;
     }
 
 private slots:
@@ -73,23 +72,21 @@ private slots:
     {
         if (!qEnvironmentVariableIsSet("LUMA_PRIVATE_SESSION"))
             QSKIP("not in a session of its own (scripts/private-session)");
-        if (QFile device(QStringLiteral("/dev/fuse")); !device.open(QIODevice::ReadWrite))
+        if (QFile device("/dev/fuse"); !device.open(QIODevice::ReadWrite))
             QSKIP("no FUSE here");
         if (const QString reason = test::SambaServer::whyNot(); !reason.isEmpty())
             QSKIP(qPrintable(reason));
         QVERIFY(m_samba.start());
         m_record = std::make_shared<SiteRecord>(QVariantMap{
-            {QStringLiteral("sourceDict"),
-             QVariantMap{{QStringLiteral("protocol"), QStringLiteral("file://")},
-                         {QStringLiteral("path"), QString::fromStdString(m_folders.sending().string())},
-                         {QStringLiteral("autoconnect"), 1}}},
-            {QStringLiteral("destinationDict"),
-             QVariantMap{{QStringLiteral("protocol"), QStringLiteral("smb://")},
-                         {QStringLiteral("server"), address().mid(6)},
-                         {QStringLiteral("volume"), QStringLiteral("Web Site")},
-                         {QStringLiteral("user"), QString::fromStdString(test::SambaServer::user())},
-                         {QStringLiteral("password"), QStringLiteral("No Secret 7")},
-                         {QStringLiteral("autoconnect"), 1}}}});
+            {"sourceDict", QVariantMap{{"protocol", "file://"},
+                                       {"path", QString::fromStdString(m_folders.sending().string())},
+                                       {"autoconnect", 1}}},
+            {"destinationDict", QVariantMap{{"protocol", "smb://"},
+                                            {"server", address().mid(6)},
+                                            {"volume", "Web Site"},
+                                            {"user", QString::fromStdString(test::SambaServer::user())},
+                                            {"password", "No Secret 7"},
+                                            {"autoconnect", 1}}}});
         for (const char* name : {"index.html", "My Page.html",
                                  "docs/gr\xc3\xb6\xc3\x9f"
                                  "e.html",
@@ -104,25 +101,23 @@ private slots:
         QVERIFY(runFlow(
             "refused connection", [] {},
             [&] {
-                return m_site->connectState() ==
-                       QStringLiteral("There is an error connecting to the Destination Server");
+                return m_site->connectState() == "There is an error connecting to the Destination Server";
             }));
         QVERIFY(!QApplication::activeModalWidget() && !QApplication::activePopupWidget());
         QVERIFY(!m_site->destination().rootNode());
-        QCOMPARE(m_site->connectButton().text(), QStringLiteral("Connect"));
-        test::saveScreenshots(m_site->window(), QStringLiteral("share-refused"));
+        QCOMPARE(m_site->connectButton().text(), "Connect");
+        test::saveScreenshots(m_site->window(), "share-refused");
     }
 
     void rightPassword_showsTheShare()
     {
         std::ofstream(site() / "old.html") << "old";
-        m_record->destinationDict()->setValue(QStringLiteral("password"),
-                                              QString::fromStdString(m_samba.password()));
+        m_record->destinationDict()->setValue("password", QString::fromStdString(m_samba.password()));
         QVERIFY(connectPane("connection"));
-        QCOMPARE(m_site->connectButton().text(), QStringLiteral("Disconnect"));
-        QCOMPARE(m_site->shownNames(), QStringList{QStringLiteral("old.html")});
+        QCOMPARE(m_site->connectButton().text(), "Disconnect");
+        QCOMPARE(m_site->shownNames(), QStringList{"old.html"});
         QTRY_COMPARE(m_site->text("connectionResultText"),
-                     QStringLiteral("Turn on rsync to make uploads and downloads go faster."));
+                     "Turn on rsync to make uploads and downloads go faster.");
     }
 
     void upload_leavesNothingToCompare()
@@ -131,12 +126,12 @@ private slots:
         QCOMPARE(m_site->rows().size(), 4);
         QVERIFY(transfer());
         QCOMPARE(m_site->text("syncMessage"), QString());
-        QCOMPARE(m_site->text("syncPanelTitle"), QStringLiteral("No more files to be moved."));
+        QCOMPARE(m_site->text("syncPanelTitle"), "No more files to be moved.");
         QCOMPARE(onShare("docs/deep/#1 & 100%.html"), std::string("first"));
         m_folders.put("sending/index.html", "second", 50);
         m_site->click("cancelButton");
         QVERIFY(compare());
-        QCOMPARE(m_site->rows(), QStringList{QStringLiteral("+index.html")});
+        QCOMPARE(m_site->rows(), QStringList{"+index.html"});
         QVERIFY(transfer());
         QCOMPARE(onShare("index.html"), std::string("second"));
         for (const char* name : {"index.html", "My Page.html", "docs/deep/#1 & 100%.html"}) {
@@ -147,10 +142,9 @@ private slots:
         }
         m_site->click("cancelButton");
         QVERIFY(compare());
-        QCOMPARE(m_site->text("syncPanelTitle"),
-                 QStringLiteral("Nothing changed from Source to Destination"));
+        QCOMPARE(m_site->text("syncPanelTitle"), "Nothing changed from Source to Destination");
         m_site->click("cancelButton");
-        QTRY_VERIFY(m_site->shownNames().contains(QStringLiteral("My Page.html")));
+        QTRY_VERIFY(m_site->shownNames().contains("My Page.html"));
     }
 
     void download_leavesNothingToCompare()
@@ -158,14 +152,13 @@ private slots:
         fs::create_directories(site() / "theirs");
         std::ofstream(site() / "theirs/news of 2026.html") << "news";
         QVERIFY(compare("downloadButton"));
-        const QStringList listed = {QStringLiteral("+old.html"), QStringLiteral("+theirs/news of 2026.html")};
+        const QStringList listed = {"+old.html", "+theirs/news of 2026.html"};
         QVERIFY2(m_site->rows() == listed, qPrintable(m_site->rows().join(u'\n')));
         QVERIFY(transfer());
         QCOMPARE(m_folders.bytes("sending/theirs/news of 2026.html"), std::string("news"));
         m_site->click("cancelButton");
         QVERIFY(compare("downloadButton"));
-        QCOMPARE(m_site->text("syncPanelTitle"),
-                 QStringLiteral("Nothing changed from Destination to Source"));
+        QCOMPARE(m_site->text("syncPanelTitle"), "Nothing changed from Destination to Source");
         m_site->click("cancelButton");
     }
 
@@ -185,12 +178,12 @@ private slots:
         if (!m_site->destination().rootNode())
             QVERIFY(connectPane("connection"));
         const QString volume = QLatin1String("smb://") + QString::fromStdString(test::SambaServer::user()) +
-                               u'@' + address().mid(6) + QStringLiteral("/web%20site");
+                               u'@' + address().mid(6) + "/web%20site";
         QVERIFY(unmountByDesktop(volume));
         QTRY_COMPARE(m_site->connectState(), QString());
         QVERIFY(!m_site->destination().rootNode());
         QVERIFY(m_site->destination().mountPath().empty());
-        QCOMPARE(m_site->connectButton().text(), QStringLiteral("Connect"));
+        QCOMPARE(m_site->connectButton().text(), "Connect");
         QVERIFY(m_site->window().sourceBrowserController().rootNode());
     }
 

@@ -18,19 +18,15 @@ using luma::test::runFlow;
 
 namespace {
 
-const QString worksText = QStringLiteral("LUMA is using rsync for faster uploads and downloads.");
-const QString offerText = QStringLiteral("Turn on rsync to make uploads and downloads go faster.");
+const QString worksText = "LUMA is using rsync for faster uploads and downloads.";
+const QString offerText = "Turn on rsync to make uploads and downloads go faster.";
 
 // What a shell, rsync's patterns or a terminal would act on. The names that a pattern would mean as well
 // stand among plainNames.
-const QStringList hardNames = {QStringLiteral("$HOME.html"),       QStringLiteral("(x).html"),
-                               QStringLiteral("-lead.html"),       QStringLiteral("My Page.html"),
-                               QStringLiteral("[ab].html"),        QStringLiteral("`touch x`.html"),
-                               QStringLiteral("a;id.html"),        QStringLiteral("b&c.html"),
-                               QStringLiteral("back\\slash.html"), QStringLiteral("gr\u00f6\u00dfe.html"),
-                               QStringLiteral("it's \"q\".html"),  QStringLiteral("st*r.html")};
-const QStringList plainNames = {QStringLiteral("a.html"), QStringLiteral("docs/My Page.html"),
-                                QStringLiteral("index.html"), QStringLiteral("star.html")};
+const QStringList hardNames = {
+    "$HOME.html", "(x).html", "-lead.html",       "My Page.html",         "[ab].html",       "`touch x`.html",
+    "a;id.html",  "b&c.html", "back\\slash.html", "gr\u00f6\u00dfe.html", "it's \"q\".html", "st*r.html"};
+const QStringList plainNames = {"a.html", "docs/My Page.html", "index.html", "star.html"};
 
 // In place of the network file system: the server's folder lies on this computer anyhow.
 class SameComputerMounter final : public VolumeMounter
@@ -87,7 +83,7 @@ private:
     }
     bool setUpWith(const std::string& password, const QString& expected)
     {
-        m_record->destinationDict()->setValue(QStringLiteral("password"), QString::fromStdString(password));
+        m_record->destinationDict()->setValue("password", QString::fromStdString(password));
         return awaitText(
             "set-up", [&] { m_site->click("setUpRemoteLoginConnectionButton"); }, expected);
     }
@@ -119,17 +115,15 @@ private slots:
         m_server.giveToUser(m_folders.receiving());
         const auto text = [](const std::string& bytes) { return QString::fromStdString(bytes); };
         m_record = std::make_shared<SiteRecord>(
-            QVariantMap{{QStringLiteral("sourceDict"),
-                         QVariantMap{{QStringLiteral("protocol"), QStringLiteral("file://")},
-                                     {QStringLiteral("path"), text(m_folders.sending().string())},
-                                     {QStringLiteral("autoconnect"), 1}}},
-                        {QStringLiteral("destinationDict"),
-                         QVariantMap{{QStringLiteral("protocol"), QStringLiteral("sftp://")},
-                                     {QStringLiteral("server"), text(m_server.server())},
-                                     {QStringLiteral("path"), text(m_folders.receiving().string())},
-                                     {QStringLiteral("user"), text(m_server.user())},
-                                     {QStringLiteral("sshPortNo"), text(m_server.port())},
-                                     {QStringLiteral("autoconnect"), 1}}}});
+            QVariantMap{{"sourceDict", QVariantMap{{"protocol", "file://"},
+                                                   {"path", text(m_folders.sending().string())},
+                                                   {"autoconnect", 1}}},
+                        {"destinationDict", QVariantMap{{"protocol", "sftp://"},
+                                                        {"server", text(m_server.server())},
+                                                        {"path", text(m_folders.receiving().string())},
+                                                        {"user", text(m_server.user())},
+                                                        {"sshPortNo", text(m_server.port())},
+                                                        {"autoconnect", 1}}}});
         put("sending/", hardNames + plainNames, "first", 100);
     }
     void cleanupTestCase() { m_site.reset(); }
@@ -147,8 +141,7 @@ private slots:
 
     void setUp_saysThatThePasswordIsWrong()
     {
-        QVERIFY(
-            setUpWith("wrong", QStringLiteral("Permission denied, please try entering the password again.")));
+        QVERIFY(setUpWith("wrong", "Permission denied, please try entering the password again."));
         QVERIFY(m_site->isEnabled("setUpRemoteLoginConnectionButton"));
         QVERIFY(!m_site->window().rsync());
         picture("line-refused");
@@ -156,8 +149,7 @@ private slots:
 
     void setUp_turnsRsyncOn()
     {
-        m_record->destinationDict()->setValue(QStringLiteral("password"),
-                                              QString::fromStdString(m_server.password()));
+        m_record->destinationDict()->setValue("password", QString::fromStdString(m_server.password()));
         const auto shows = [&](const char* text) {
             return m_site->text("connectionResultText") == QLatin1StringView(text);
         };
@@ -179,13 +171,13 @@ private slots:
     {
         QVERIFY(compare());
         QCOMPARE(m_site->rows(), ticked(hardNames + plainNames));
-        m_site->untick({QStringLiteral("index.html"), QStringLiteral("st*r.html")});
-        test::saveScreenshots(m_site->find<QWidget>("syncPanel"), QStringLiteral("sync-rsync"));
+        m_site->untick({"index.html", "st*r.html"});
+        test::saveScreenshots(m_site->find<QWidget>("syncPanel"), "sync-rsync");
         QVERIFY(transfer());
-        const QStringList left = {QStringLiteral("-index.html"), QStringLiteral("-st*r.html")};
+        const QStringList left = {"-index.html", "-st*r.html"};
         QCOMPARE(m_site->rows(), left);
         m_site->click("cancelButton");
-        QTRY_VERIFY(m_site->shownNames().contains(QStringLiteral("star.html")));
+        QTRY_VERIFY(m_site->shownNames().contains("star.html"));
         QVERIFY(!fs::exists(m_folders.at("receiving/index.html")));
         QVERIFY(!fs::exists(m_folders.at("receiving/st*r.html")));
         for (const QString& name : hardNames + plainNames) {
@@ -204,7 +196,7 @@ private slots:
             "opening and connection check", [&] { open(); },
             [&] { return m_site->text("connectionResultText") == worksText; }));
         QVERIFY(compare());
-        const QStringList left = {QStringLiteral("-index.html"), QStringLiteral("-st*r.html")};
+        const QStringList left = {"-index.html", "-st*r.html"};
         QCOMPARE(m_site->rows(), left);
         m_site->click("cancelButton");
     }
@@ -225,24 +217,22 @@ private slots:
         QCOMPARE(m_site->rows().size(), hardNames.size());
         m_site->click("allOnOffCheckBox");
         QVERIFY(transfer());
-        QCOMPARE(m_site->text("syncPanelTitle"), QStringLiteral("No more files to be moved."));
+        QCOMPARE(m_site->text("syncPanelTitle"), "No more files to be moved.");
         QCOMPARE(m_folders.listing("receiving"), m_folders.listing("sending"));
         m_site->click("cancelButton");
     }
 
     void deleteOption_removesWhatItListed()
     {
-        put("receiving/", {QStringLiteral("old/page.html"), QStringLiteral("it's $old.html")}, "old", 10);
+        put("receiving/", {"old/page.html", "it's $old.html"}, "old", 10);
         QVERIFY(compare());
-        QCOMPARE(m_site->text("syncPanelTitle"),
-                 QStringLiteral("Nothing changed from Source to Destination"));
+        QCOMPARE(m_site->text("syncPanelTitle"), "Nothing changed from Source to Destination");
         QVERIFY(runFlow(
             "dry run", [&] { m_site->click("deleteOptionCheckBox"); }, [&] { return m_site->isSyncIdle(); }));
-        const QStringList listed = {QStringLiteral("+deleting it's $old.html"),
-                                    QStringLiteral("+deleting old/page.html")};
+        const QStringList listed = {"+deleting it's $old.html", "+deleting old/page.html"};
         QCOMPARE(m_site->rows(), listed);
-        m_site->untick({QStringLiteral("deleting it's $old.html")});
-        test::saveScreenshots(m_site->find<QWidget>("syncPanel"), QStringLiteral("sync-delete"));
+        m_site->untick({"deleting it's $old.html"});
+        test::saveScreenshots(m_site->find<QWidget>("syncPanel"), "sync-delete");
         QVERIFY(transfer());
         QVERIFY(!fs::exists(m_folders.at("receiving/old/page.html")));
         QCOMPARE(m_folders.bytes("receiving/it's $old.html"), std::string("old"));
@@ -251,9 +241,9 @@ private slots:
 
     void download_bringsWhatIsNewerThere()
     {
-        put("receiving/", {QStringLiteral("index.html")}, "theirs", 10);
+        put("receiving/", {"index.html"}, "theirs", 10);
         QVERIFY(compare("downloadButton"));
-        m_site->tickOnly({QStringLiteral("index.html")});
+        m_site->tickOnly({"index.html"});
         QVERIFY(transfer());
         QCOMPARE(m_folders.bytes("sending/index.html"), std::string("theirs"));
         m_site->click("cancelButton");
@@ -269,7 +259,7 @@ private slots:
             "connection check", [&] { m_site->find<QAction>("checkConnectionAction").trigger(); },
             offerText));
         QVERIFY(!m_site->window().rsync());
-        QVERIFY(setUpWith(m_server.password(), QStringLiteral("Error in connection")));
+        QVERIFY(setUpWith(m_server.password(), "Error in connection"));
         QVERIFY(!m_site->window().rsync());
         QVERIFY(writeFile(knownHosts, known));
     }

@@ -34,11 +34,11 @@ private:
     {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        environment.insert("QT_QPA_PLATFORM", "offscreen");
         process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         process.setStandardOutputFile(QProcess::nullDevice());
-        process.start(qEnvironmentVariable("LUMA_BUILD_DIR") + QLatin1String("/bin/quit_in_job"),
+        process.start(qEnvironmentVariable("LUMA_BUILD_DIR") + "/bin/quit_in_job",
                       {QString::fromStdString(folders.root().native()), QString::fromStdString(job),
                        QString::fromStdString(way)});
         const bool ended = process.waitForFinished(-1);

@@ -17,12 +17,11 @@ public:
     Helper(const QString& display, const QStringList& arguments)
     {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-        environment.insert(QStringLiteral("DISPLAY"), display);
+        environment.insert("QT_QPA_PLATFORM", "xcb");
+        environment.insert("DISPLAY", display);
         m_process.setProcessEnvironment(environment);
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(qEnvironmentVariable("LUMA_BUILD_DIR") + QLatin1String("/bin/drag_helper"),
-                        arguments);
+        m_process.start(qEnvironmentVariable("LUMA_BUILD_DIR") + "/bin/drag_helper", arguments);
     }
     ~Helper()
     {
@@ -41,10 +40,10 @@ public:
         for (;;) {
             while (!m_process.canReadLine()) {
                 if (!m_process.waitForReadyRead(-1))
-                    return QStringLiteral("gone");
+                    return "gone";
             }
             const QString line = QString::fromUtf8(m_process.readLine()).trimmed();
-            if (!line.startsWith(QLatin1String("folderChanged")))
+            if (!line.startsWith("folderChanged"))
                 return line;
         }
     }
@@ -76,32 +75,30 @@ private:
     {
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("DISPLAY"), m_display);
+        environment.insert("DISPLAY", m_display);
         process.setProcessEnvironment(environment);
-        process.start(QStringLiteral("xdotool"), arguments.split(QLatin1Char(' ')));
+        process.start("xdotool", arguments.split(QLatin1Char(' ')));
         QVERIFY(process.waitForFinished(-1) && process.exitCode() == 0);
     }
     void moveTo(const Place& place) const { xdotool(QLatin1String("mousemove ") + place); }
     // So that another program's answer to the first place has come back when it sees the second.
-    void nudge() const { xdotool(QStringLiteral("mousemove_relative -- 2 1")); }
+    void nudge() const { xdotool("mousemove_relative -- 2 1"); }
     void press(const Place& place) const
     {
         moveTo(place);
-        xdotool(QStringLiteral("mousedown 1"));
+        xdotool("mousedown 1");
         // Far enough to be a drag, in more steps than one.
         for (int i = 0; i < 4; ++i)
-            xdotool(QStringLiteral("mousemove_relative -- 6 2"));
+            xdotool("mousemove_relative -- 6 2");
     }
-    void release() const { xdotool(QStringLiteral("mouseup 1")); }
+    void release() const { xdotool("mouseup 1"); }
 
     void screenshot(const char* name) const
     {
         if (qEnvironmentVariableIsSet("LUMA_SCREENSHOTS"))
-            QProcess::execute(QStringLiteral("import"),
-                              {QStringLiteral("-display"), m_display, QStringLiteral("-window"),
-                               QStringLiteral("root"),
-                               qEnvironmentVariable("LUMA_SCREENSHOTS") + QLatin1Char('/') +
-                                   QLatin1String(name) + QLatin1String(".png")});
+            QProcess::execute("import", {"-display", m_display, "-window", "root",
+                                         qEnvironmentVariable("LUMA_SCREENSHOTS") + QLatin1Char('/') +
+                                             QLatin1String(name) + ".png"});
     }
 
     static void makeSite(const TwoFolders& folders)
@@ -127,10 +124,7 @@ private slots:
             if (QStandardPaths::findExecutable(QLatin1String(program)).isEmpty())
                 QSKIP(program);
         }
-        m_server.start(QStringLiteral("Xvfb"),
-                       {QStringLiteral("-displayfd"), QStringLiteral("1"), QStringLiteral("-screen"),
-                        QStringLiteral("0"), QStringLiteral("1500x900x24"), QStringLiteral("-nolisten"),
-                        QStringLiteral("tcp")});
+        m_server.start("Xvfb", {"-displayfd", "1", "-screen", "0", "1500x900x24", "-nolisten", "tcp"});
         while (!m_server.canReadLine()) {
             if (!m_server.waitForReadyRead(-1))
                 QSKIP("Xvfb gives no display");
@@ -148,10 +142,10 @@ private slots:
         QTest::addColumn<QStringList>("target");
         QTest::addColumn<bool>("control");
         QTest::addColumn<QString>("left"); // what "sending" and "receiving" hold then
-        const QStringList folder{QStringLiteral("source"), QStringLiteral("0"), QStringLiteral("b")};
-        const QStringList other{QStringLiteral("destination"), QStringLiteral("0"), QString()};
-        const QStringList file{QStringLiteral("source"), QStringLiteral("0"), QStringLiteral("index.html")};
-        const QStringList here{QStringLiteral("source"), QStringLiteral("1"), QString()};
+        const QStringList folder{"source", "0", "b"};
+        const QStringList other{"destination", "0", QString()};
+        const QStringList file{"source", "0", "index.html"};
+        const QStringList here{"source", "1", QString()};
         const char* const as = "a/p.png|a/x.html|b/y.html|index.html|/c/z.html|";
         QTest::newRow("within a pane: moves")
             << folder << false << "a/p.png|b/x.html|b/y.html|index.html|/c/z.html|";
@@ -169,34 +163,30 @@ private slots:
         QFETCH(QString, left);
         const TwoFolders folders;
         makeSite(folders);
-        Helper site(m_display, {QStringLiteral("site"), QString::fromStdString(folders.root().native())});
-        QVERIFY(site.waitFor(
-            {QStringLiteral("open"), QStringLiteral("source"), QStringLiteral("a"), QStringLiteral("x.html")},
-            QStringLiteral("ok")));
-        press(site.ask({QStringLiteral("place"), QStringLiteral("source"), QStringLiteral("1"),
-                        QStringLiteral("x.html")}));
+        Helper site(m_display, {"site", QString::fromStdString(folders.root().native())});
+        QVERIFY(site.waitFor({"open", "source", "a", "x.html"}, "ok"));
+        press(site.ask({"place", "source", "1", "x.html"}));
         if (control)
-            xdotool(QStringLiteral("keydown Control_L"));
-        moveTo(site.ask(QStringList{QStringLiteral("place")} + target));
-        const bool seen = site.waitFor(QStringList{QStringLiteral("over")} + target, QStringLiteral("yes"));
+            xdotool("keydown Control_L");
+        moveTo(site.ask(QStringList{"place"} + target));
+        const bool seen = site.waitFor(QStringList{"over"} + target, "yes");
         nudge();
         screenshot(qPrintable(
             QLatin1String("drag, ") +
             QString::fromUtf8(QTest::currentDataTag()).replace(QLatin1Char(':'), QLatin1Char(','))));
         release();
         if (control)
-            xdotool(QStringLiteral("keyup Control_L"));
+            xdotool("keyup Control_L");
         QVERIFY(seen);
         const bool isRefused = QByteArray(QTest::currentDataTag()).contains("refused");
         if (isRefused)
-            QCOMPARE(site.ask({QStringLiteral("log")}), QString());
+            QCOMPARE(site.ask({"log"}), QString());
         else
-            QVERIFY(
-                site.waitFor({QStringLiteral("log")}, QStringLiteral("Updating links to: x.html|||Done")));
+            QVERIFY(site.waitFor({"log"}, "Updating links to: x.html|||Done"));
         QString found =
             QString::fromStdString(folders.listing("sending") + '/' + folders.listing("receiving"));
         QCOMPARE(found.replace(QLatin1Char('\n'), QLatin1Char('|')), left);
-        if (!isRefused && target.constFirst() == QLatin1String("source"))
+        if (!isRefused && target.constFirst() == "source")
             QCOMPARE(folders.bytes("sending/index.html"), std::string("<a href=b/x.html>"));
     }
 
@@ -204,18 +194,17 @@ private slots:
     {
         const TwoFolders folders;
         makeSite(folders);
-        Helper site(m_display, {QStringLiteral("site"), QString::fromStdString(folders.root().native())});
-        Helper peer(m_display, {QStringLiteral("peer"), path(folders, "outside/a b%.txt")});
-        QVERIFY(site.waitFor({QStringLiteral("open"), QStringLiteral("source"), QStringLiteral("b")},
-                             QStringLiteral("ok")));
-        const QStringList target{QStringLiteral("source"), QStringLiteral("0"), QStringLiteral("b")};
-        press(peer.ask({QStringLiteral("place")}));
-        moveTo(site.ask(QStringList{QStringLiteral("place")} + target));
-        const bool seen = site.waitFor(QStringList{QStringLiteral("over")} + target, QStringLiteral("yes"));
+        Helper site(m_display, {"site", QString::fromStdString(folders.root().native())});
+        Helper peer(m_display, {"peer", path(folders, "outside/a b%.txt")});
+        QVERIFY(site.waitFor({"open", "source", "b"}, "ok"));
+        const QStringList target{"source", "0", "b"};
+        press(peer.ask({"place"}));
+        moveTo(site.ask(QStringList{"place"} + target));
+        const bool seen = site.waitFor(QStringList{"over"} + target, "yes");
         nudge();
         release();
         QVERIFY(seen);
-        QVERIFY(site.waitFor({QStringLiteral("log")}, QStringLiteral("Updating links to: a b%.txt|||Done")));
+        QVERIFY(site.waitFor({"log"}, "Updating links to: a b%.txt|||Done"));
         QVERIFY(fs::exists(folders.at("sending/b/a b%.txt")));
         QVERIFY(fs::exists(folders.at("outside/a b%.txt")));
     }
@@ -224,25 +213,20 @@ private slots:
     {
         const TwoFolders folders;
         makeSite(folders);
-        Helper site(m_display, {QStringLiteral("site"), QString::fromStdString(folders.root().native())});
-        Helper peer(m_display, {QStringLiteral("peer"), path(folders, "outside/a b%.txt")});
-        QVERIFY(site.waitFor(
-            {QStringLiteral("open"), QStringLiteral("source"), QStringLiteral("a"), QStringLiteral("x.html")},
-            QStringLiteral("ok")));
-        press(site.ask({QStringLiteral("place"), QStringLiteral("source"), QStringLiteral("1"),
-                        QStringLiteral("x.html")}));
-        moveTo(peer.ask({QStringLiteral("place")}));
-        const bool seen = QTest::qWaitFor([&] { return peer.ask({QStringLiteral("moves")}).toInt() > 0; },
-                                          Helper::patience);
-        const int moves = peer.ask({QStringLiteral("moves")}).toInt();
+        Helper site(m_display, {"site", QString::fromStdString(folders.root().native())});
+        Helper peer(m_display, {"peer", path(folders, "outside/a b%.txt")});
+        QVERIFY(site.waitFor({"open", "source", "a", "x.html"}, "ok"));
+        press(site.ask({"place", "source", "1", "x.html"}));
+        moveTo(peer.ask({"place"}));
+        const bool seen = QTest::qWaitFor([&] { return peer.ask({"moves"}).toInt() > 0; }, Helper::patience);
+        const int moves = peer.ask({"moves"}).toInt();
         nudge();
-        const bool answered = QTest::qWaitFor(
-            [&] { return peer.ask({QStringLiteral("moves")}).toInt() > moves; }, Helper::patience);
+        const bool answered =
+            QTest::qWaitFor([&] { return peer.ask({"moves"}).toInt() > moves; }, Helper::patience);
         release();
         QVERIFY(seen && answered);
-        QVERIFY(
-            peer.waitFor({QStringLiteral("taken")},
-                         QLatin1String("file://") + path(folders, "sending/a/x.html") + QLatin1Char('|')));
+        QVERIFY(peer.waitFor({"taken"}, QLatin1String("file://") + path(folders, "sending/a/x.html") +
+                                            QLatin1Char('|')));
         QVERIFY(fs::exists(folders.at("sending/a/x.html")));
     }
 };

@@ -20,9 +20,8 @@ private slots:
     {
         QTest::addColumn<QVariantMap>("destination");
         QTest::addColumn<QString>("expectedCall");
-        const QVariantMap whole = {{endpoint::user, QStringLiteral("anna")},
-                                   {endpoint::server, QStringLiteral("web.example")},
-                                   {endpoint::sshPortNo, QStringLiteral("2222")}};
+        const QVariantMap whole = {
+            {endpoint::user, "anna"}, {endpoint::server, "web.example"}, {endpoint::sshPortNo, "2222"}};
         QTest::newRow("all there") << whole << "anna@web.example 2222";
         QVariantMap numberedPort = whole;
         numberedPort[endpoint::sshPortNo] = 2222;
@@ -54,8 +53,7 @@ private slots:
         std::atomic<bool> release = false;
         std::atomic<bool> ended = false;
         auto login = std::make_unique<RemoteLogin>(
-            std::make_shared<ObservedDictionary>(
-                QVariantMap{{endpoint::user, QStringLiteral("a")}, {endpoint::server, QStringLiteral("b")}}),
+            std::make_shared<ObservedDictionary>(QVariantMap{{endpoint::user, "a"}, {endpoint::server, "b"}}),
             RemoteLogin::Calls{[&](const QString&, const QString&) {
                                    while (!release)
                                        std::this_thread::yield();

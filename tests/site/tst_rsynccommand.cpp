@@ -29,11 +29,11 @@ private:
     {
         std::vector<SyncRow> rows;
         for (const std::string& line : RsyncCommand::listing(inShell(command.dryRun(), locale)))
-            rows.push_back({1, line, {}, {}, {}});
+            rows.push_back({.displayName = line});
         return rows;
     }
 
-    static SyncRow row(int select, const char* name) { return {select, name, {}, {}, {}}; }
+    static SyncRow row(bool select, const char* name) { return {.select = select, .displayName = name}; }
 
     static std::string join(const std::vector<std::string>& lines)
     {
@@ -102,7 +102,8 @@ private slots:
                 "rsync -e \"ssh -p 2222\" -avzC --update  --dry-run --exclude=.DS_Store /home/me/My Site/ "
                 "me@host:/var/www/ | sed '1d' | sed -n -e :a -e '1,3!{P;N;D;};N;ba' | grep -v .*/$"));
         const auto rules = rsyncRules(
-            {row(0, "My Page.html"), row(1, "index.html"), row(0, "deleting old/a_b-1.css")}, true);
+            {row(false, "My Page.html"), row(true, "index.html"), row(false, "deleting old/a_b-1.css")},
+            true);
         QCOMPARE(command.transfer(rules),
                  std::string(
                      "rsync -e \"ssh -p 2222\" -avzC --update  --exclude=.DS_Store --exclude=My\\ Page.html "
@@ -115,18 +116,19 @@ private slots:
 
     void argumentsComeFromTheRecord()
     {
-        const ObservedDictionary source({{"path", "/home/me/site"}});
-        const QVariantMap whole = {
+        QVariantMap destination = {
             {"user", "me"}, {"server", "host"}, {"path", "/www"}, {"sshPortNo", "2222"}};
-        const auto up = RsyncArguments::forUpload(source, ObservedDictionary(whole));
+        const SiteRecord whole(
+            {{"sourceDict", QVariantMap{{"path", "/home/me/site"}}}, {"destinationDict", destination}});
+        const auto up = RsyncArguments::of(whole, Direction::Upload, false);
         QCOMPARE(join({up.source, up.destination, up.port}),
                  std::string("/home/me/site/|me@host:/www/|2222|"));
-        const auto down = RsyncArguments::forDownload(source, ObservedDictionary(whole));
+        const auto down = RsyncArguments::of(whole, Direction::Download, false);
         QCOMPARE(join({down.source, down.destination}), std::string("me@host:/www/|/home/me/site/|"));
-        QVariantMap partial = whole;
-        partial.remove("user");
-        partial["sshPortNo"] = 2222;
-        const auto incomplete = RsyncArguments::forUpload(ObservedDictionary(), ObservedDictionary(partial));
+        destination.remove("user");
+        destination["sshPortNo"] = 2222;
+        const auto incomplete =
+            RsyncArguments::of(SiteRecord({{"destinationDict", destination}}), Direction::Upload, false);
         QCOMPARE(join({incomplete.source, incomplete.destination, incomplete.port}), std::string("||22|"));
     }
 
@@ -162,12 +164,12 @@ private slots:
         const auto listed = folders.listing("sending");
         QVERIFY(rows.size() > 40);
         for (SyncRow& unticked : rows) {
-            unticked.select = 0;
+            unticked.select = false;
             inShell("cd '" + folders.root().string() + "' && " + command.transfer(rsyncRules(rows, false)));
             const auto left = list(command);
             QVERIFY2(left.size() == 1, unticked.displayName.c_str());
             QCOMPARE(left.front().displayName, unticked.displayName);
-            unticked.select = 1;
+            unticked.select = true;
             fs::remove_all(folders.receiving());
             fs::create_directory(folders.receiving());
         }
@@ -194,7 +196,7 @@ private slots:
             std::vector<SyncRow> rows = list(command, locale);
             std::string expected;
             for (std::size_t i = remainder; i < rows.size(); i += 2) {
-                rows[i].select = 0;
+                rows[i].select = false;
                 expected += rows[i].displayName + "\n";
             }
             const auto rules = rsyncRules(rows, false);
@@ -214,9 +216,9 @@ private slots:
         putNames(folders);
         std::vector<SyncRow> rows = list(RsyncCommand(localArguments(folders)));
         for (SyncRow& unticked : rows)
-            unticked.select = 0;
+            unticked.select = false;
         for (int i = 0; i < 5000; ++i)
-            rows.push_back(row(0, ("no such page " + std::to_string(i) + ".html").c_str()));
+            rows.push_back(row(false, ("no such page " + std::to_string(i) + ".html").c_str()));
         const auto rules = rsyncRules(rows, false);
         QVERIFY(!RsyncCommand::fitCommandLine(rules));
         QVERIFY(writeFile(folders.at("rules"), RsyncCommand::rulesFile(rules)));

@@ -17,8 +17,8 @@ using State = SyncEngine::State;
 
 namespace {
 
-const QString upload = QStringLiteral("Upload");
-const QString download = QStringLiteral("Download");
+constexpr Direction upload = Direction::Upload;
+constexpr Direction download = Direction::Download;
 
 // A site whose "server" is the receiving folder: the runner drops the login before the shell sees it.
 struct Site
@@ -42,7 +42,7 @@ struct Site
 
     static QString path(const fs::path& folder) { return QString::fromStdString(folder.string()); }
 
-    bool compare(const QString& direction = upload, bool deletes = false)
+    bool compare(Direction direction = upload, bool deletes = false)
     {
         engine.compare(direction, deletes);
         return QTest::qWaitFor([this] { return engine.state() != State::Comparing; }, 60000);
@@ -63,7 +63,7 @@ struct Site
     {
         std::string text;
         for (const SyncRow& row : engine.table().rows())
-            text += (row.select == 1 ? "+" : "-") + row.displayName + "\n";
+            text += (row.select ? "+" : "-") + row.displayName + "\n";
         return text;
     }
 
@@ -116,7 +116,7 @@ private slots:
         QCOMPARE(site.names(), std::string("-My Page.html\n-index.html\n"));
         QVERIFY(site.transfer());
         QCOMPARE(site.names(), std::string("-My Page.html\n-index.html\n"));
-        site.engine.table().selectAll(true);
+        site.engine.table().tickAll(true);
         QVERIFY(site.transfer());
         QCOMPARE(site.engine.title(), "No more files to be moved.");
         QCOMPARE(site.engine.state(), State::Done);
@@ -137,7 +137,7 @@ private slots:
         QCOMPARE(site.names(), std::string("+page.html\n"));
         QVERIFY(site.transfer());
         QCOMPARE(site.folders.bytes("sending/page.html"), std::string("theirs"));
-        QVERIFY(site.compare(QString()));
+        QVERIFY(site.compare(download));
         QCOMPARE(site.engine.title(), "Nothing changed from Destination to Source");
     }
 
@@ -152,7 +152,7 @@ private slots:
         QCOMPARE(site.record.untickedNames(upload), QStringList{"old/page.html"});
         QVERIFY(site.compare(upload, true));
         QCOMPARE(site.names(), std::string("-deleting old/page.html\n"));
-        site.engine.table().selectAll(true);
+        site.engine.table().tickAll(true);
         QVERIFY(site.transfer(true));
         QCOMPARE(site.folders.listing("receiving"), std::string());
     }

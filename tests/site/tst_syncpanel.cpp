@@ -65,7 +65,7 @@ private slots:
                                  "news/2026/\xc3\xbc"
                                  "bersicht.html"})
             f.folders.put(std::string("sending/") + name);
-        f.panel->sync(QStringLiteral("Upload"));
+        f.panel->sync(Direction::Upload);
         QVERIFY(f.panel->isVisible());
         QCOMPARE(f.panel->windowModality(), Qt::WindowModal);
         QTRY_COMPARE(f.rowCount(), 4);
@@ -77,38 +77,37 @@ private slots:
         table.setCurrentIndex(table.model()->index(0, 0));
         QTest::keyClick(&table, Qt::Key_Space);
         QCOMPARE(f.find<QCheckBox>("allOnOffCheckBox").checkState(), Qt::PartiallyChecked);
-        QCOMPARE(f.find<QLabel>("syncCount").text(), QStringLiteral("3 of 4 selected"));
-        test::saveScreenshots(*f.panel, QStringLiteral("sync-rows"));
+        QCOMPARE(f.find<QLabel>("syncCount").text(), "3 of 4 selected");
+        test::saveScreenshots(*f.panel, "sync-rows");
         f.click("syncButton");
         QTRY_COMPARE(f.rowCount(), 1);
         QCOMPARE(f.folders.listing("receiving"), std::string("css/main.css\nindex.html\nnews/2026/\xc3\xbc"
                                                              "bersicht.html\n"));
-        QCOMPARE(f.record.untickedNames(QStringLiteral("Upload")),
-                 QStringList{QStringLiteral("about us.html")});
+        QCOMPARE(f.record.untickedNames(Direction::Upload), QStringList{"about us.html"});
         f.click("cancelButton");
         QVERIFY(!f.panel->isVisible());
-        f.panel->sync(QStringLiteral("Upload"));
+        f.panel->sync(Direction::Upload);
         QTRY_COMPARE(f.rowCount(), 1);
         QVERIFY(!f.find<QCheckBox>("allOnOffCheckBox").isChecked());
         f.find<QCheckBox>("allOnOffCheckBox").click();
         f.click("syncButton");
-        QTRY_COMPARE(f.title(), QStringLiteral("No more files to be moved."));
-        test::saveScreenshots(*f.panel, QStringLiteral("sync-done"));
+        QTRY_COMPARE(f.title(), "No more files to be moved.");
+        test::saveScreenshots(*f.panel, "sync-done");
     }
 
     void nothingChanged_andTheOtherDirection()
     {
         Fixture f;
         f.folders.put("receiving/index.html");
-        f.panel->sync(QStringLiteral("Upload"));
-        QTRY_COMPARE(f.title(), QStringLiteral("Nothing changed from Source to Destination"));
+        f.panel->sync(Direction::Upload);
+        QTRY_COMPARE(f.title(), "Nothing changed from Source to Destination");
         QVERIFY(!f.find<QPushButton>("syncButton").isEnabled());
-        test::saveScreenshots(*f.panel, QStringLiteral("sync-empty"));
+        test::saveScreenshots(*f.panel, "sync-empty");
         auto& direction = f.find<QComboBox>("uploadDownloadPopupButton");
         QTest::keyClick(&direction, Qt::Key_Down);
         QTRY_COMPARE(f.rowCount(), 1);
-        QCOMPARE(direction.currentText(), QStringLiteral("Download"));
-        QCOMPARE(f.title(), QStringLiteral("Move these new/modified files from Destination to Source?"));
+        QCOMPARE(direction.currentText(), "Download");
+        QCOMPARE(f.title(), "Move these new/modified files from Destination to Source?");
         QTest::keyClick(f.panel, Qt::Key_Escape);
         QVERIFY(!f.panel->isVisible());
     }
@@ -118,14 +117,13 @@ private slots:
         Fixture f;
         f.folders.put("sending/a.html");
         f.folders.put("sending/b.html");
-        f.panel->sync(QStringLiteral("Upload"));
+        f.panel->sync(Direction::Upload);
         QTRY_COMPARE(f.rowCount(), 2);
         f.folders.put("receiving/a.html/in the way");
         f.click("syncButton");
         QTRY_COMPARE(f.rowCount(), 1);
-        QCOMPARE(f.find<QLabel>("syncMessage").text(),
-                 QStringLiteral("a.html: a folder stands where the file should be"));
-        test::saveScreenshots(*f.panel, QStringLiteral("sync-failed"));
+        QCOMPARE(f.find<QLabel>("syncMessage").text(), "a.html: a folder stands where the file should be");
+        test::saveScreenshots(*f.panel, "sync-failed");
     }
 
     void twentyThousandRows()
@@ -135,17 +133,17 @@ private slots:
             listing += (i % 50 == 7 ? "deleting " : "") + std::string("archive/2026/page-") +
                        std::to_string(i) + ".html\n";
         Fixture f(listing);
-        f.panel->sync(QStringLiteral("Upload"));
+        f.panel->sync(Direction::Upload);
         QTRY_COMPARE(f.rowCount(), 20000);
         QVERIFY(f.find<QCheckBox>("deleteOptionCheckBox").isEnabled());
         auto& table = f.find<QTableView>("syncTableView");
         auto& all = f.find<QCheckBox>("allOnOffCheckBox");
         all.click();
-        QCOMPARE(f.engine.table().selectedCount(), std::size_t{0});
+        QCOMPARE(f.engine.table().tickedCount(), std::size_t{0});
         all.click();
-        QCOMPARE(f.engine.table().selectedCount(), std::size_t{20000});
+        QCOMPARE(f.engine.table().tickedCount(), std::size_t{20000});
         table.verticalScrollBar()->setValue(table.verticalScrollBar()->maximum() / 2);
-        test::saveScreenshots(*f.panel, QStringLiteral("sync-20000"));
+        test::saveScreenshots(*f.panel, "sync-20000");
         f.find<QCheckBox>("deleteOptionCheckBox").click();
         QCOMPARE(f.engine.state(), SyncEngine::State::Comparing);
         QTRY_COMPARE(f.rowCount(), 20000);
@@ -157,7 +155,7 @@ private slots:
             Fixture f;
             for (int i = 0; i < 50; ++i)
                 f.folders.put("sending/" + std::to_string(i));
-            f.panel->sync(QStringLiteral("Upload"));
+            f.panel->sync(Direction::Upload);
             if (round % 2 == 0)
                 continue;
             QTRY_COMPARE(f.rowCount(), 50);

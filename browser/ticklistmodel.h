@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QAbstractTableModel>
+
+namespace luma {
+
+/// The model behind a TickList: every row has a check box in its first column, and the ticked rows are
+/// counted. TickTable adds the rows. Main thread only.
+class TickListModel : public QAbstractTableModel
+{
+    Q_OBJECT
+
+public:
+    [[nodiscard]] std::size_t tickedCount() const { return m_tickedCount; }
+    /// Checked when all rows are ticked, PartiallyChecked when some are, Unchecked when none is or there are
+    /// no rows.
+    [[nodiscard]] Qt::CheckState tickState() const;
+    /// Ticks or unticks the rows of `indexes`.
+    void tick(const QModelIndexList& indexes, bool on);
+    void tickAll(bool on);
+
+    [[nodiscard]] QVariant data(const QModelIndex& index, int role) const final;
+    bool setData(const QModelIndex& index, const QVariant& value, int role) final;
+    [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const final;
+
+signals:
+    /// Rows were added, removed, ticked or unticked.
+    void ticksChanged();
+
+protected:
+    using QAbstractTableModel::QAbstractTableModel;
+
+    /// To be called after rows were added or removed.
+    void countTicks();
+
+    [[nodiscard]] virtual bool isTicked(int row) const = 0;
+    virtual void setTicked(int row, bool on) = 0;
+    [[nodiscard]] virtual QString text(int row, int column) const = 0;
+
+private:
+    std::size_t m_tickedCount = 0;
+
+    void announce(int first, int last);
+};
+
+} // namespace luma
