@@ -18,9 +18,10 @@ class UnlinkedItemsPanel;
 
 namespace luma {
 
-/// The sheet that lists the files of a site to which nothing links, and deletes the ticked ones for good after
-/// asking once. Scan and deletion run in the background on copies of what they need. The panel may be closed
-/// or destroyed at any time: that ends a scan at once and a deletion after the current file. Main thread only.
+/// The sheet that lists the files of a site to which nothing links, and deletes the ticked ones for good
+/// after asking once. Scan and deletion run in the background on copies of what they need. The panel may be
+/// closed or destroyed at any time: that ends a scan at once and a deletion after the current file. Main
+/// thread only.
 class UnlinkedItemsPanel final : public QDialog
 {
     Q_OBJECT

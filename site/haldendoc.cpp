@@ -32,7 +32,7 @@ QToolButton* addButton(QToolBar& bar, QAction* before, QAction* action, const QS
     return button;
 }
 
-constexpr int mostColumns = 255; // their number is one byte of the stored layout
+constexpr int mostColumns = 255; // the layout stores their number in one byte
 
 void writeColumnWidths(QDataStream& stream, const Browser& browser)
 {
@@ -42,7 +42,7 @@ void writeColumnWidths(QDataStream& stream, const Browser& browser)
         stream << static_cast<qint32>(width);
 }
 
-// Number by number: a list read whole would get as much memory as a damaged layout asks for.
+// Read one by one: reading a whole QList would allocate whatever size a damaged layout names.
 void restoreColumnWidths(QDataStream& stream, Browser& browser)
 {
     quint8 count = 0;
@@ -69,12 +69,15 @@ HaldenDoc::Services HaldenDoc::standardServices()
         return QString::fromStdString(
             SSHController::setUpRemoteLogin(login.toStdString(), port.toStdString(), password.toStdString()));
     };
-    // One for all windows: a volume that two of them show is mounted once.
+    // Shared by all windows, so that a volume that two of them show is mounted once.
     static std::weak_ptr<VolumeMounter> shared;
     std::shared_ptr<VolumeMounter> mounter = shared.lock();
     if (!mounter)
         shared = mounter = std::make_shared<GvfsMounter>();
-    return {{checkConnection, setUp}, &SSHController::unixShellWithResultAndArguments, mounter, {}};
+    return {.remoteLogin = {.checkConnection = checkConnection, .setUp = setUp},
+            .runShell = &SSHController::unixShellWithResultAndArguments,
+            .mounter = mounter,
+            .excludedFolders = {}};
 }
 
 HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QWidget* parent)
@@ -187,7 +190,7 @@ void HaldenDoc::updateForRecord()
 {
     const ObservedDictionary& destination = *m_record->destinationDict();
     setWindowTitle(destination.string(endpoint::server));
-    // A local folder has nobody to log in to.
+    // A local folder needs no login.
     const bool isRemote = destination.string(endpoint::protocol) != endpoint::fileProtocol;
     m_ui->connectionLine->setVisible(isRemote);
     m_ui->setUpRemoteLoginAction->setEnabled(isRemote);
@@ -239,10 +242,10 @@ void HaldenDoc::showCheck(bool works)
 
 void HaldenDoc::setUpRsync()
 {
-    // A field that is being edited commits its value to the record.
+    // Moving the focus commits the field that is being edited to the record.
     setFocus();
     m_ui->connectionResultText->setText(tr("Remote Login setup requested."));
-    // Twice at once would install two keys.
+    // Two set-ups at the same time would install two keys.
     m_ui->setUpRemoteLoginConnectionButton->setEnabled(false);
     m_ui->setUpRemoteLoginAction->setEnabled(false);
     m_remoteLogin.setUp();
@@ -272,7 +275,7 @@ ProgressReporter& HaldenDoc::progress()
 
 SyncSides HaldenDoc::sides() const
 {
-    return {m_rsync, m_source->mountPath(), m_destination->mountPath()};
+    return {.rsync = m_rsync, .source = m_source->mountPath(), .destination = m_destination->mountPath()};
 }
 
 BrowserController& HaldenDoc::currentPane() const

@@ -23,25 +23,24 @@ class ProgressPanel;
 class SyncPanel;
 
 /// The window of one open site: its two panes, the connection line, and the panels of its long jobs. It
-/// shares the record with the site list. It decides whether transfers go through rsync: `rsync` is false
-/// until the connection check has found that login by key works. Its title is the destination's server, by
-/// which the site list finds it. Main thread only; closing it at any moment drops its jobs.
+/// shares its record with the site list, which finds the window by its title, the destination's server.
+/// Transfers go through rsync once the connection check has found that login by key works. Main thread only;
+/// closing the window at any time drops its jobs.
 class HaldenDoc final : public QMainWindow, public PaneHost
 {
     Q_OBJECT
 
 public:
-    /// What the window has done by others, so that a test needs no server.
+    /// What the window needs from outside. Injected so that a test needs no server.
     struct Services
     {
         RemoteLogin::Calls remoteLogin;
         SyncEngine::ShellRunner runShell;
         std::shared_ptr<VolumeMounter> mounter;
-        /// The names of the folders that the report on unlinked items leaves out, commas between; may be
-        /// empty.
+        /// Returns the folders that the report on unlinked items skips, separated by commas. May be empty.
         std::function<QString()> excludedFolders;
     };
-    /// The real ones: ssh, expect, the shell, and the desktop's network file systems.
+    /// The real services: ssh, expect, the shell and the desktop's network file systems.
     static Services standardServices();
 
     HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QWidget* parent = nullptr);
@@ -52,11 +51,11 @@ public:
     [[nodiscard]] BrowserController& sourceBrowserController() const { return *m_source; }
     [[nodiscard]] BrowserController& destinationBrowserController() const { return *m_destination; }
 
-    /// Shows the window and has both panes connect, the source first.
+    /// Shows the window and connects both panes, the source first.
     void windowDidLoad();
 
-    /// Size, divider and the widths of the columns, for the next window; what is damaged in a state, or
-    /// missing, is left as it is.
+    /// Size, divider and column widths, to be restored in the next window. Restoring skips damaged or missing
+    /// parts.
     [[nodiscard]] QByteArray layoutState() const;
     void restoreLayoutState(const QByteArray& state);
 
@@ -69,7 +68,7 @@ public:
     void sync(Direction direction);
 
 signals:
-    /// Open a file of the site; `mountPath` is the site's folder.
+    /// The user wants to open a file of the site; `mountPath` is the site's folder.
     void openRequested(const std::filesystem::path& path, const std::filesystem::path& mountPath);
     void windowWillClose();
 

@@ -8,8 +8,9 @@
 
 namespace luma {
 
-/// A log of any length as rows of text: one UTF-8 buffer and the ends of its lines. What is appended can be
-/// read at once and becomes rows with publish(), so that views hear of many lines together. Main thread only.
+/// A log of any length as rows of text: one UTF-8 buffer and the ends of its lines. Appended text can be read
+/// at once but becomes rows only in publish(), so that views are told of many lines together. Main thread
+/// only.
 class LogModel final : public QAbstractListModel
 {
     Q_OBJECT
@@ -18,16 +19,16 @@ public:
     using QAbstractListModel::QAbstractListModel;
 
     void clear();
-    /// Appends text whose lines end with a line feed; the last one may be still without.
+    /// Appends text whose lines end with a line feed. The last line may be unfinished.
     void append(const QString& text);
-    /// Shows all that was appended.
+    /// Turns all appended lines into rows.
     void publish();
 
-    /// The lines appended, shown or not.
+    /// The number of lines appended, shown or not.
     [[nodiscard]] int lineCount() const;
-    /// Line `number`, counted from 0, without its line feed; empty when there is none.
+    /// Line `number`, counted from 0, without its line feed; empty for a number out of range.
     [[nodiscard]] QString lineText(int number) const;
-    /// The line with the most bytes; -1 when there is none.
+    /// The number of the line with the most bytes; -1 for an empty log.
     [[nodiscard]] int longestLine() const { return m_longestLine; }
     /// The whole log, UTF-8.
     [[nodiscard]] const QByteArray& text() const { return m_text; }
@@ -37,7 +38,7 @@ public:
 
 private:
     QByteArray m_text;
-    std::vector<qsizetype> m_ends; // of the finished lines, each the place of its line feed
+    std::vector<qsizetype> m_ends; // the positions of the line feeds
     int m_shown = 0;
     bool m_isLastShownOpen = false;
     int m_longestLine = -1;

@@ -8,8 +8,8 @@
 
 namespace luma {
 
-/// Shows a log in a fixed-pitch font: lines of one height, so that hundreds of thousands scroll smoothly.
-/// Lines may be selected and copied. Appended lines come to the screen in batches; the view follows the end
+/// Shows a log in a fixed-pitch font. All lines have the same height, so that hundreds of thousands scroll
+/// smoothly; they can be selected and copied. Appended lines appear in batches, and the view follows the end
 /// unless the user has scrolled up. Main thread only.
 class LogView final : public QTableView
 {
@@ -22,13 +22,13 @@ public:
 
     void clear();
     void append(const QString& text);
-    /// Shows everything now and goes to the end.
+    /// Shows all lines now and scrolls to the end.
     void showEnd();
     void copyAll() const;
     void copySelected() const;
 
 signals:
-    /// A line was clicked, or Return was pressed on it.
+    /// The user clicked a line or pressed Return on it.
     void lineActivated(int number);
 
 protected:

@@ -68,7 +68,7 @@ void PaneSplitter::resizeEvent(QResizeEvent* event)
 {
     const QList<int> before = sizes();
     QSplitter::resizeEvent(event);
-    // Before the first layout there is nothing to keep.
+    // The first layout has no height to keep.
     if (count() != 2 || event->oldSize().height() <= 0 || before[1] == 0)
         return;
     if (event->oldSize().height() == event->size().height())

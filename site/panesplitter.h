@@ -6,7 +6,7 @@
 
 namespace luma {
 
-/// Where the divider between the two panes may stand, as plain arithmetic in pixels.
+/// The limits of the divider between the two panes, in pixels.
 namespace panesplit {
 
 inline constexpr int minimumUpper = 181;
@@ -31,15 +31,15 @@ struct Heights
     bool operator==(const Heights&) const = default;
 };
 
-/// The panes' heights in a splitter of `height`: the lower pane keeps `lower`, the upper takes the change;
-/// when that would leave the upper one too short it gets its minimum and the lower one the rest, never less
-/// than nothing.
+/// The panes' heights in a splitter of `height`: the lower pane keeps `lower` and the upper one takes the
+/// rest. Where that would be less than the upper pane's minimum, it gets the minimum and the lower one the
+/// rest.
 Heights resized(int lower, int height, int divider);
 
 } // namespace panesplit
 
-/// The splitter between source and destination pane: keeps the limits above while the divider is dragged, and
-/// the lower pane's height while the window is resized. Holds exactly two widgets, one above the other.
+/// The splitter between source and destination pane: it keeps the limits above while the divider is dragged,
+/// and the lower pane's height while the window is resized. Holds exactly two widgets, one above the other.
 class PaneSplitter final : public QSplitter
 {
     Q_OBJECT
@@ -47,7 +47,7 @@ class PaneSplitter final : public QSplitter
 public:
     explicit PaneSplitter(QWidget* parent = nullptr);
 
-    /// `position`, the height asked for the upper pane, moved into the limits.
+    /// `position`, a height for the upper pane, moved into the limits.
     [[nodiscard]] int constrained(int position) const;
 
 protected:

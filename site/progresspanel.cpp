@@ -119,12 +119,12 @@ bool ProgressPanel::eventFilter(QObject* watched, QEvent* event)
     return ProgressReporter::eventFilter(watched, event);
 }
 
-/// Quitting asks every window to close, and stops at the first that refuses.
+// Quitting asks every window to close and stops at the first that refuses.
 void ProgressPanel::letQuit()
 {
     if (std::exchange(m_isQuitting, true))
         return;
-    // Deleted when the event loop that quits goes on, not by a loop that another window's question runs.
+    // deleteLater() waits for the loop that quits, not for the loop of another window's question.
     auto* const attempt = new QObject(this);
     connect(attempt, &QObject::destroyed, this, [this] {
         m_isQuitting = false;

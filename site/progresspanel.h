@@ -13,9 +13,9 @@ class ProgressPanel;
 
 namespace luma {
 
-/// The window's panel for long jobs: a status line, a bar that runs, a log, Stop and OK. The user can't close
-/// it while a job runs, only stop that. Quitting may: it comes back when the application stays after all.
-/// Main thread only.
+/// The window's panel for long jobs: a status line, a progress bar, a log, Stop and OK. While a job runs, the
+/// user can stop it but not close the panel. Quitting closes the panel; it opens again if another window
+/// refuses to close. Main thread only.
 class ProgressPanel final : public ProgressReporter
 {
     Q_OBJECT
@@ -33,7 +33,7 @@ public:
 
     [[nodiscard]] QDialog& panel() const { return *m_panel; }
 
-    /// Writes the log to a file that the user chooses.
+    /// Asks for a file and writes the log to it.
     void saveAsText();
 
 protected:

@@ -32,7 +32,6 @@ void RemoteLogin::check()
     start(std::make_shared<WorkItem>(),
           [guard, number, call = m_calls.checkConnection, login = login(*m_destination),
            port = port(*m_destination)](const WorkItem&) {
-              // Without a user or a server there is nobody to ask.
               const bool works = !login.isEmpty() && call(login, port).isEmpty();
               onMain(guard, [&](RemoteLogin& alive) {
                   if (number == alive.m_newestCheck)

@@ -10,16 +10,16 @@
 
 namespace luma {
 
-/// Finds out whether key-based ssh login to a site's destination works, and sets it up. Both take their time,
-/// so both run in the background; the answers are signals on the main thread. Asking again while an answer is
-/// outstanding lets the newer one count. Main thread only.
+/// Checks whether key-based ssh login to a site's destination works, and sets it up. Both run in the
+/// background and answer with a signal on the main thread. Of several checks only the newest answers. Main
+/// thread only.
 class RemoteLogin final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What does the work; each answers the empty string for success, else a message. Called on a background
-    /// thread. Injected so that a test needs no server.
+    /// The calls that do the work, on a background thread. Both return an empty string on success, else a
+    /// message. Injected so that a test needs no server.
     struct Calls
     {
         std::function<QString(const QString& login, const QString& port)> checkConnection;
@@ -30,9 +30,9 @@ public:
                          QObject* parent = nullptr);
     ~RemoteLogin() override;
 
-    /// user@server; empty when either is missing.
+    /// user@server, or empty when either is missing.
     [[nodiscard]] static QString login(const ObservedDictionary& destination);
-    /// The ssh port; "22" when it is missing or not a string.
+    /// The ssh port, or "22" when it is missing or not a string.
     [[nodiscard]] static QString port(const ObservedDictionary& destination);
 
     void check();
@@ -40,7 +40,7 @@ public:
 
 signals:
     void checked(bool works);
-    /// `message` is empty for success.
+    /// `message` is empty on success.
     void setUpEnded(const QString& message);
 
 private:

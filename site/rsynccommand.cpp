@@ -74,8 +74,8 @@ void forEachStep(const std::string& path, Function f)
     f(path);
 }
 
-// A pattern without a leading slash matches the last components of a path. True when one of `patterns` matches
-// a file that it was not made for.
+// A pattern without a leading slash matches the last components of a path. True when one of `patterns`
+// matches a file that it was not made for.
 bool isNamesakeMatched(const std::string& path, const std::unordered_set<std::string>& patterns)
 {
     if (patterns.contains(path))

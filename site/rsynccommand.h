@@ -31,9 +31,9 @@ struct RsyncRule
 
 /// The rules that leave out the unticked rows and nothing else.
 ///
-/// A name of letters, digits, blanks and "._-/" is a pattern by itself, which also matches files of that name in
-/// other folders; rules before it include those that are ticked. Any other name is anchored at the transferred
-/// folder and its wildcards are escaped.
+/// A name of letters, digits, blanks and "._-/" is a pattern by itself, which also matches files of that name
+/// in other folders; rules before it include those that are ticked. Any other name is anchored at the
+/// transferred folder and its wildcards are escaped.
 std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows, bool deletes);
 
 /// A row's name without the word that marks a deletion.
@@ -49,8 +49,8 @@ public:
     [[nodiscard]] std::string dryRun() const;
     [[nodiscard]] std::string transfer(const std::vector<RsyncRule>& rules) const;
 
-    /// For more rules than a command line holds (one argument is limited to 128 KiB): the same run with the rules
-    /// in a file, whose text is rulesFile().
+    /// For more rules than a command line holds (one argument is limited to 128 KiB): the same run with the
+    /// rules in a file, whose text is rulesFile().
     [[nodiscard]] static bool fitCommandLine(const std::vector<RsyncRule>& rules);
     [[nodiscard]] static std::string rulesFile(const std::vector<RsyncRule>& rules);
     [[nodiscard]] std::string transferWithRulesFile(const std::string& path) const;

@@ -16,8 +16,8 @@ bool isContinuation(char c)
     return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
 }
 
-// The length of the UTF-8 character at the front of `text`, 0 when there is none: overlong forms, surrogates
-// and what lies above U+10FFFF are none (RFC 3629).
+// The length of the UTF-8 character at the start of `text`. 0 for invalid UTF-8, which includes overlong
+// forms, surrogates and code points above U+10FFFF (RFC 3629).
 std::size_t characterLength(std::string_view text)
 {
     const auto first = static_cast<unsigned char>(text.front());

@@ -19,8 +19,8 @@ class SiteRecord final : public QObject
     Q_OBJECT
 
 public:
-    /// Keeps all of `values`. A `sourceDict` or `destinationDict` that is missing or not a dictionary counts as
-    /// empty, and values() changes it only after an edit.
+    /// Keeps all of `values`. A `sourceDict` or `destinationDict` that is missing or not a dictionary counts
+    /// as empty, and values() changes it only after an edit.
     explicit SiteRecord(const QVariantMap& values, QObject* parent = nullptr);
 
     [[nodiscard]] QVariantMap values() const;

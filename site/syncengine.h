@@ -33,8 +33,8 @@ class SyncEngine final : public QObject
 public:
     enum class State { Idle, Comparing, Ready, Empty, Transferring, Done };
 
-    /// Runs the program named first with the other elements as arguments; returns its standard output, empty on
-    /// failure. Called on any thread, even after the engine is destroyed.
+    /// Runs the program named first with the other elements as arguments; returns its standard output, empty
+    /// on failure. Called on any thread, even after the engine is destroyed.
     using ShellRunner = std::function<std::string(const std::vector<std::string>&)>;
 
     /// `record` outlives the engine. `sides` is called on the main thread when a job begins.
@@ -53,8 +53,8 @@ public:
 
     /// Fills the table again. With `deletes`, rsync also lists what only the receiving side has.
     void compare(Direction direction, bool deletes);
-    /// Copies the ticked rows and removes those that were copied from the table. Does nothing unless the state is
-    /// Ready.
+    /// Copies the ticked rows and removes those that were copied from the table. Does nothing unless the
+    /// state is Ready.
     void transfer(bool deletes);
     /// Drops the job and remembers the rows left unticked. An rsync that already runs is not stopped.
     void cancel();

@@ -13,8 +13,8 @@ class SyncPanel;
 
 namespace luma {
 
-/// The sheet that lists the changed files of one direction and moves the ticked ones. It shows the state of the
-/// engine, which holds the rules and outlives the panel. Main thread only.
+/// The sheet that lists the changed files of one direction and moves the ticked ones. It shows the state of
+/// the engine, which holds the rules and outlives the panel. Main thread only.
 class SyncPanel final : public QDialog
 {
     Q_OBJECT

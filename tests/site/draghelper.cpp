@@ -3,7 +3,7 @@
 // input, fields between tabs, with one line:
 //     drag_helper site FOLDER     the window of the site in a TwoFolders
 //         open PANE NAME...           selects along the names                     ok
-//         place PANE COLUMN NAME      the middle of a row; of no row without NAME X Y
+//         place PANE COLUMN NAME      the middle of a row; below the rows without NAME  X Y
 //         over PANE COLUMN NAME       whether a drag was last seen there          yes or no
 //         log                         what the progress panel says, or "running"  \n as |
 //         dismiss                     presses OK in the progress panel            ok

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The window of a site that is quit in the middle of a job; tst_quitinjob runs it and looks at what it left.
+// Quits with a site's window open in the middle of a job; tst_quitinjob runs it and checks what is left.
 //     quit_in_job FOLDER JOB WAY
-// FOLDER is a TwoFolders with a site in "sending". Ends with 0 when quitting ended it, with 3 when it went
-// on.
+// FOLDER is a TwoFolders with a site in "sending". The exit code is 0 when quitting ended the program, 3 when
+// it went on.
 
 #include "base/quitsignals.h"
 #include "browser/filesystemmodel.h"
@@ -36,7 +36,7 @@ void drop(const SiteWindow& site, Qt::KeyboardModifiers modifiers)
     site.source().browser().setPath({"a"});
     SiteWindow::dragAndDrop(SiteWindow::list(site.source(), 0), SiteWindow::list(site.source(), 0),
                             SiteWindow::item(site.source(), 0, "b"), modifiers);
-    // The pane takes it when the drag is over.
+    // The job begins after the drag has ended.
     (void)isWaiting([&] { return site.window->progress().isRunning(); });
 }
 
@@ -84,12 +84,10 @@ int main(int argc, char** argv)
         return 2;
     const luma::QuitSignals signalsQuit;
     auto site = std::make_unique<SiteWindow>(fs::path(argv[1]) / "sending", fs::path(argv[1]) / "receiving");
-    if (!isWaiting([&] { return site->isConnected(); }))
-        return 2;
     QTimer::singleShot(0, qApp, [&] {
         jobs.at(argv[2])(*site);
         ways.at(argv[3])(*site);
-        // When the job comes to its end and the program is still there, it did not quit.
+        // Still running after the job has ended: the program did not quit.
         auto* const look = new QTimer(qApp);
         QObject::connect(look, &QTimer::timeout, qApp, [] {
             if (QThreadPool::globalInstance()->activeThreadCount() == 0)
@@ -98,7 +96,7 @@ int main(int argc, char** argv)
         look->start(50);
     });
     const int code = QApplication::exec();
-    // As the program does it: the windows are gone, and with the application object the pool runs empty.
+    // In the order of the real program: first the windows, then the pool with the application object.
     site.reset();
     return code;
 }

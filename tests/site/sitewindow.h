@@ -10,6 +10,7 @@
 #include "site/haldendoc.h"
 #include "site/logview.h"
 #include "tests/site/twofolders.h"
+#include "tests/support/mainthread.h"
 
 #include <QApplication>
 #include <QDropEvent>
@@ -18,29 +19,51 @@
 #include <QMouseEvent>
 #include <QPointer>
 #include <QPushButton>
+#include <QTableView>
 #include <QTest>
+
+#include <algorithm>
+#include <memory>
+#include <optional>
 
 namespace luma::test {
 
-/// The window of a site between two local folders ("sending" and "receiving" of a TwoFolders), both
-/// connected. The window deletes itself when it closes.
+/// A site's real window, driven by the names of its widgets. Closes it at its end.
 class SiteWindow final
 {
 public:
+    /// Between the two local folders, connected.
     explicit SiteWindow(const TwoFolders& folders) : SiteWindow(folders.sending(), folders.receiving()) {}
     SiteWindow(const std::filesystem::path& source, const std::filesystem::path& destination)
+        : SiteWindow(std::make_shared<SiteRecord>(QVariantMap{{"sourceDict", localFolder(source)},
+                                                              {"destinationDict", localFolder(destination)}}),
+                     {.mounter = std::make_shared<UnavailableMounter>(),
+                      .excludedFolders = [] { return "old, images"; }})
     {
-        connectTo(*record->sourceDict(), source);
-        connectTo(*record->destinationDict(), destination);
-        HaldenDoc::Services services;
-        services.mounter = std::make_shared<UnavailableMounter>();
-        services.excludedFolders = [] { return "old, images"; };
-        window = new HaldenDoc(record, std::move(services));
+        if (!QTest::qWaitFor([this] { return isConnected(); }, 60'000))
+            qFatal("the panes did not connect");
+    }
+    SiteWindow(const std::shared_ptr<SiteRecord>& record, HaldenDoc::Services services)
+        : window(new HaldenDoc(record, std::move(services)))
+    {
+        window->resize(1000, 760);
         window->windowDidLoad();
     }
-    ~SiteWindow() { delete window; }
     SiteWindow(const SiteWindow&) = delete;
     SiteWindow& operator=(const SiteWindow&) = delete;
+    ~SiteWindow()
+    {
+        if (window)
+            window->close();
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    }
+
+    static QVariantMap localFolder(const std::filesystem::path& folder)
+    {
+        return {{endpoint::protocol, QString(endpoint::fileProtocol)},
+                {endpoint::path, QString::fromStdString(folder.string())},
+                {endpoint::autoconnect, 1}};
+    }
 
     bool isConnected() const { return source().rootNode() && destination().rootNode(); }
     BrowserController& source() const { return window->sourceBrowserController(); }
@@ -53,9 +76,63 @@ public:
         auto* const ofPane = source().widget()->findChild<Widget*>(QLatin1String(name));
         return ofPane ? *ofPane : *window->findChild<Widget*>(QLatin1String(name));
     }
-    QString status() const { return find<QLabel>("progressPanelTextField1").text(); }
+    QString text(const char* label) const { return find<QLabel>(label).text(); }
+    void click(const char* button) const { find<QAbstractButton>(button).click(); }
+    bool isEnabled(const char* name) const { return find<QWidget>(name).isEnabled(); }
+
+    /// The progress panel.
+    QString status() const { return text("progressPanelTextField1"); }
     QString log() const { return QString::fromUtf8(find<LogView>("progressPanelTextField2").log().text()); }
-    bool isDone() const { return find<QPushButton>("progressPanelOKButton").isEnabled(); }
+    bool isDone() const { return isEnabled("progressPanelOKButton"); }
+
+    /// The destination's pane.
+    QString connectState() const
+    {
+        return destination().widget()->findChild<QLabel*>("connectStateField")->text();
+    }
+    QAbstractButton& connectButton() const
+    {
+        return *destination().widget()->findChild<QAbstractButton*>("connectButton");
+    }
+    /// What the destination's first column lists.
+    QStringList shownNames() const
+    {
+        QStringList names;
+        const auto& model = destination().browser().model();
+        for (int row = 0; row < model.rowCount({}); ++row)
+            names.append(model.index(row, 0, {}).data().toString());
+        return names;
+    }
+
+    /// Compares by `button`, or transfers what is ticked, and waits for the end.
+    bool compare(const char* button = "uploadButton") const { return syncBy("comparison", button); }
+    bool transfer() const { return syncBy("transfer", "syncButton"); }
+    /// Neither a comparison nor a transfer is running.
+    bool isSyncIdle() const
+    {
+        return !find<QWidget>("syncProgressIndicator").isVisibleTo(&find<QWidget>("syncPanel"));
+    }
+    /// The rows of the publish table sorted by name, ticked ones with a plus, the others with a minus.
+    QStringList rows() const
+    {
+        QStringList rows;
+        const QAbstractItemModel& model = *find<QTableView>("syncTableView").model();
+        for (int row = 0; row < model.rowCount(); ++row) {
+            const bool isTicked = model.index(row, 0).data(Qt::CheckStateRole).toInt() == Qt::Checked;
+            rows.append((isTicked ? u'+' : u'-') + nameAt(model, row));
+        }
+        std::sort(rows.begin(), rows.end(),
+                  [](const QString& a, const QString& b) { return a.mid(1) < b.mid(1); });
+        return rows;
+    }
+    void tickOnly(const QStringList& names) const
+    {
+        QAbstractItemModel& model = *find<QTableView>("syncTableView").model();
+        for (int row = 0; row < model.rowCount(); ++row) {
+            const bool isTicked = names.contains(nameAt(model, row));
+            model.setData(model.index(row, 0), isTicked ? Qt::Checked : Qt::Unchecked, Qt::CheckStateRole);
+        }
+    }
 
     /// The column of a pane.
     static BrowserListView& list(const BrowserController& pane, int column)
@@ -67,8 +144,8 @@ public:
         return pane.browser().model().childNamed(list(pane, column).rootIndex(), name);
     }
 
-    /// Moves a drag over `target` at `row`, or below its rows, and drops it there when it is welcome: what
-    /// would happen, Qt::IgnoreAction for nothing.
+    /// Moves a drag over `target` at `row`, or below its rows, and drops it if it is accepted there. Returns
+    /// the action; Qt::IgnoreAction when the drop is refused.
     static Qt::DropAction drop(BrowserListView& target, const QModelIndex& row, const QMimeData& data,
                                Qt::KeyboardModifiers modifiers = {})
     {
@@ -90,13 +167,13 @@ public:
         return dropped.isAccepted() ? dropped.dropAction() : Qt::IgnoreAction;
     }
 
-    /// The same with the selected rows of `from` dragged by the mouse.
+    /// As drop(), with the selected rows of `from` dragged by the mouse.
     static Qt::DropAction dragAndDrop(BrowserListView& from, BrowserListView& target, const QModelIndex& row,
                                       Qt::KeyboardModifiers modifiers = {})
     {
         std::optional<Qt::DropAction> action;
-        QCoreApplication::processEvents(); // columns that have just opened get their places
-        // The platform without a screen has no drags of its own to wait in.
+        QCoreApplication::processEvents(); // lays out columns that have just opened
+        // The offscreen platform has no drag loop.
         const auto started = QObject::connect(&from, &BrowserListView::dragStarted, &target, [&] {
             const std::unique_ptr<QMimeData> data(
                 from.model()->mimeData(from.selectionModel()->selectedRows()));
@@ -115,15 +192,17 @@ public:
         return action.value();
     }
 
-    std::shared_ptr<SiteRecord> record = std::make_shared<SiteRecord>(QVariantMap());
     QPointer<HaldenDoc> window;
 
 private:
-    static void connectTo(ObservedDictionary& side, const std::filesystem::path& folder)
+    bool syncBy(const char* flow, const char* button) const
     {
-        side.setValue(endpoint::protocol, QString(endpoint::fileProtocol));
-        side.setValue(endpoint::path, QString::fromStdString(folder.string()));
-        side.setValue(endpoint::autoconnect, 1);
+        return runFlow(
+            flow, [&] { click(button); }, [&] { return isSyncIdle(); });
+    }
+    static QString nameAt(const QAbstractItemModel& table, int row)
+    {
+        return table.index(row, SyncTableModel::NameColumn).data().toString();
     }
 };
 

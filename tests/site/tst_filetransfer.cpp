@@ -37,7 +37,8 @@ private:
         return text;
     }
 
-    // A file system of its own at "receiving", gone with the object; empty where this cannot be had.
+    // A small file system at "receiving" during the object's lifetime; not mounted without the right to
+    // mount.
     class SmallDisk final
     {
     public:
@@ -83,7 +84,7 @@ private slots:
         QVERIFY(report.problems.empty());
         QCOMPARE(report.copied, (std::vector<std::size_t>{0, 1, 2}));
         QCOMPARE(folders.listing("receiving"), std::string("a/b/new \xff\n.html\na/link\nchanged.html\n"));
-        QCOMPARE(folders.bytes("receiving/changed.html"), std::string("young"));
+        QCOMPARE(folders.bytesOf("receiving/changed.html"), std::string("young"));
         QCOMPARE(int(fs::status(folders.at("receiving/a/b/new \xff\n.html")).permissions()), 0640);
         QCOMPARE(int(fs::status(folders.at("receiving/a/b")).permissions()), 0550);
         QCOMPARE(fs::last_write_time(folders.at("receiving/a/b")),
@@ -93,53 +94,42 @@ private slots:
             fs::permissions(folders.at(side), fs::perms::owner_all);
     }
 
-    // Each case changes something after the comparison; what stood on the receiving side must still stand.
+    // Each case changes something after the comparison; nothing on the receiving side may be lost.
     void whatChangedMeanwhileIsLeftAndNamed_data()
     {
         QTest::addColumn<std::function<void(const TwoFolders&)>>("meanwhile");
         QTest::addColumn<std::string>("problems");
         QTest::addColumn<std::string>("left");
-        using Change = std::function<void(const TwoFolders&)>;
-        QTest::newRow("source gone") << Change([](const TwoFolders& f) {
+        const auto add = [](const char* name, const std::string& problems, const std::string& left,
+                            const std::function<void(const TwoFolders&)>& meanwhile) {
+            QTest::newRow(name) << meanwhile << problems << left;
+        };
+        const auto both = [](const std::string& reason) {
+            return "s/new.html: " + reason + "\ns/old.html: " + reason + "\n";
+        };
+        add("source gone", "s/new.html: No such file or directory\n", "s/old.html\n",
+            [](const TwoFolders& f) { fs::remove(f.at("sending/s/new.html")); });
+        add("source now a folder", "s/new.html: no longer a file\n", "s/old.html\n", [](const TwoFolders& f) {
             fs::remove(f.at("sending/s/new.html"));
-        }) << std::string("s/new.html: No such file or directory\n")
-                                     << std::string("s/old.html\n");
-        QTest::newRow("source now a folder") << Change([](const TwoFolders& f) {
-            fs::remove(f.at("sending/s/new.html"));
-            fs::create_directory(f.at("sending/s/new.html"));
-        }) << std::string("s/new.html: no longer a file\n")
-                                             << std::string("s/old.html\n");
-        QTest::newRow("target appeared")
-            << Change([](const TwoFolders& f) { f.put("receiving/s/new.html", "mine"); })
-            << std::string("s/new.html: something has appeared in its place since the "
-                           "comparison\n")
-            << std::string("s/new.html\ns/old.html\n");
-        QTest::newRow("target edited")
-            << Change([](const TwoFolders& f) { f.put("receiving/s/old.html", "mine", 1); })
-            << std::string("s/old.html: the receiving side has been changed since the "
-                           "comparison\n")
-            << std::string("s/new.html\ns/old.html\n");
-        QTest::newRow("folder now a link out of the site")
-            << Change([](const TwoFolders& f) {
-                   fs::rename(f.at("receiving/s"), f.at("outside"));
-                   fs::create_directory_symlink("../outside", f.at("receiving/s"));
-               })
-            << std::string("s/new.html: a symbolic link stands where the folder should be\n"
-                           "s/old.html: a symbolic link stands where the folder should be\n")
-            << std::string("s\n");
-        QTest::newRow("folder now a file")
-            << Change([](const TwoFolders& f) {
-                   fs::remove_all(f.at("receiving/s"));
-                   f.put("receiving/s");
-               })
-            << std::string("s/new.html: a file stands where the folder should be\n"
-                           "s/old.html: a file stands where the folder should be\n")
-            << std::string("s\n");
-        QTest::newRow("receiving folder gone")
-            << Change([](const TwoFolders& f) { fs::remove_all(f.receiving()); })
-            << std::string("s/new.html: No such file or directory\n"
-                           "s/old.html: No such file or directory\n")
-            << std::string();
+            f.makeFolder("sending/s/new.html");
+        });
+        add("target appeared", "s/new.html: something has appeared in its place since the comparison\n",
+            "s/new.html\ns/old.html\n", [](const TwoFolders& f) { f.put("receiving/s/new.html", "mine"); });
+        add("target edited", "s/old.html: the receiving side has been changed since the comparison\n",
+            "s/new.html\ns/old.html\n",
+            [](const TwoFolders& f) { f.put("receiving/s/old.html", "mine", 1); });
+        add("folder now a link out of the site", both("a symbolic link stands where the folder should be"),
+            "s\n", [](const TwoFolders& f) {
+                fs::rename(f.at("receiving/s"), f.at("outside"));
+                fs::create_directory_symlink("../outside", f.at("receiving/s"));
+            });
+        add("folder now a file", both("a file stands where the folder should be"), "s\n",
+            [](const TwoFolders& f) {
+                fs::remove_all(f.at("receiving/s"));
+                f.put("receiving/s");
+            });
+        add("receiving folder gone", both("No such file or directory"), "",
+            [](const TwoFolders& f) { fs::remove_all(f.receiving()); });
     }
     void whatChangedMeanwhileIsLeftAndNamed()
     {
@@ -158,7 +148,7 @@ private slots:
         if (fs::exists(folders.at("outside")))
             QCOMPARE(folders.listing("outside"), std::string("old.html\n"));
         if (problems.find("edited") != std::string::npos || problems.find("appeared") != std::string::npos)
-            QCOMPARE(folders.bytes(problems.substr(0, 10).insert(0, "receiving/")), std::string("mine"));
+            QCOMPARE(folders.bytesOf(problems.substr(0, 10).insert(0, "receiving/")), std::string("mine"));
     }
 
     void aFolderInTheWayStays()
@@ -184,7 +174,7 @@ private slots:
         QCOMPARE(problemsOf(changed(folders)),
                  std::string("big.html: No space left on device\nmade/big.html: No space left on device\n"));
         QCOMPARE(folders.listing("receiving"), std::string("big.html\nsmall.html\n"));
-        QCOMPARE(folders.bytes("receiving/big.html"), std::string("old"));
+        QCOMPARE(folders.bytesOf("receiving/big.html"), std::string("old"));
     }
 
     void aReadOnlyDestinationIsNamed()
@@ -202,8 +192,7 @@ private slots:
     void cancellingStopsBetweenFiles()
     {
         const TwoFolders folders;
-        for (const char* name : {"sending/a", "sending/b", "sending/c"})
-            folders.put(name);
+        folders.putAll("sending", "a|b|c");
         WorkItem item;
         const TransferReport report = FileTransfer(changed(folders)).run(item, [&](std::size_t done) {
             if (done == 2)

@@ -46,9 +46,8 @@ private slots:
     void onlyNewAndOlderFilesAreListed()
     {
         const TwoFolders folders;
-        folders.put("sending/new.html");
-        folders.put("sending/.htaccess");
-        folders.put("sending/sub/deep/new.html");
+        folders.putAll("sending", "new.html|.htaccess|sub/deep/new.html|.DS_Store|sub/.DS_Store|.luma-a1B2c3|"
+                                  ".luma-notes");
         for (const char* side : {"sending/", "receiving/"})
             folders.put(side + std::string("same.html"), side, 50);
         folders.put("sending/changed.html", "new", 50);
@@ -56,10 +55,6 @@ private slots:
         folders.put("sending/older.html", "old", 51);
         folders.put("receiving/older.html", "new", 50);
         folders.put("receiving/only there.html");
-        folders.put("sending/.DS_Store");
-        folders.put("sending/sub/.DS_Store");
-        folders.put("sending/.luma-a1B2c3");
-        folders.put("sending/.luma-notes");
         QCOMPARE(text(compare(folders)), std::string("copy .htaccess\n"
                                                      "copy .luma-notes\n"
                                                      "deleteFirst changed.html\n"
@@ -120,34 +115,17 @@ private slots:
     void everyNameIsOneLine_asRsyncPrintsIt()
     {
         const TwoFolders folders;
-        for (const char* name : {"plain",
-                                 "a b",
-                                 "\xc3\xbc\xe2\x82\xac\xf0\x9f\x98\x80",
-                                 "new\nline",
-                                 "tab\there",
-                                 "del\x7f",
-                                 "bad\xff",
-                                 "cut\xe2\x82",
-                                 "overlong\xc0\xaf",
-                                 "surrogate\xed\xa0\x80",
-                                 "back\\slash",
-                                 "esc\\#012x",
-                                 "esc\\#999",
-                                 "esc\\#01",
-                                 "c1\xc2\x85",
-                                 "\xe2\x80\xa8",
-                                 "bell\a",
-                                 "folder\n/in\xfe",
-                                 "\\#",
-                                 "\\\\#123",
-                                 "a\\#123b\\#1"})
-            folders.put("sending/" + std::string(name));
+        folders.putAll("sending",
+                       "plain|a b|\xc3\xbc\xe2\x82\xac\xf0\x9f\x98\x80|new\nline|tab\there|del\x7f|bad\xff|"
+                       "cut\xe2\x82|overlong\xc0\xaf|surrogate\xed\xa0\x80|back\\slash|esc\\#012x|"
+                       "esc\\#999|esc\\#01|c1\xc2\x85|\xe2\x80\xa8|bell\a|folder\n/in\xfe|\\#|\\\\#123|"
+                       "a\\#123b\\#1");
         std::string shown;
         for (const SyncRow& row : compare(folders).rows) {
             QVERIFY(QString::fromStdString(row.displayName).toStdString() == row.displayName);
             shown += row.displayName + "\n";
         }
-        // The order is that of the names' own bytes; rsync's output is sorted as it is shown.
+        // Rows are sorted by the bytes of the names, rsync's output by the shown names.
         QCOMPARE(TwoFolders::run("printf '%s' \"$(cat <<'end'\n" + shown + "end\n)\" | LC_ALL=C sort"),
                  shownByRsync(folders));
     }

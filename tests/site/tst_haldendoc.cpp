@@ -10,7 +10,6 @@
 #include "tests/support/screenshot.h"
 
 #include <QAbstractButton>
-#include <QAbstractItemView>
 #include <QAccessible>
 #include <QApplication>
 #include <QLabel>
@@ -102,26 +101,6 @@ private slots:
         if (m_window)
             m_window->close();
         QTRY_VERIFY(!m_window);
-    }
-
-    void upload_publishesAndRemembersWhatIsUnticked()
-    {
-        m_folders->put("sending/index.html", "new");
-        m_folders->put("sending/draft.html", "draft");
-        m_folders->put("receiving/index.html", "old", 500);
-        open();
-        click("uploadButton");
-        auto* table = find<QAbstractItemView>("syncTableView");
-        QTRY_COMPARE(table->model()->rowCount(), 2);
-        table->model()->setData(table->model()->index(0, 0), Qt::Unchecked, Qt::CheckStateRole);
-        QTRY_VERIFY(find<QAbstractButton>("syncButton")->isEnabled());
-        click("syncButton");
-        QTRY_COMPARE(table->model()->rowCount(), 1);
-        QCOMPARE(m_folders->bytes("receiving/index.html"), std::string("new"));
-        QVERIFY(!std::filesystem::exists(m_folders->at("receiving/draft.html")));
-        QCOMPARE(m_record->untickedNames(Direction::Upload), QStringList{"draft.html"});
-        // The pane shows what has come, without being asked.
-        QTRY_COMPARE(m_window->destinationBrowserController().browser().model().rowCount({}), 1);
     }
 
     void oddRecord_opensAndIsKeptAsItIs_data()
@@ -219,8 +198,11 @@ private slots:
 
     void layout_comesBack()
     {
+        m_folders->put("sending/a/index.html");
         open();
         m_window->resize(900, 800);
+        m_window->sourceBrowserController().browser().setColumnWidths({310, 150});
+        m_window->destinationBrowserController().browser().setColumnWidths({99});
         const QByteArray state = m_window->layoutState();
         m_window->close();
         QTRY_VERIFY(!m_window);
@@ -229,19 +211,7 @@ private slots:
         m_window->restoreLayoutState("nonsense");
         m_window->windowDidLoad();
         QCOMPARE(m_window->size(), QSize(900, 800));
-    }
-
-    void columnWidths_areKeptForTheNextWindow()
-    {
-        m_folders->put("sending/a/index.html");
-        open();
-        m_window->sourceBrowserController().browser().setColumnWidths({310, 150});
-        m_window->destinationBrowserController().browser().setColumnWidths({99});
-        const QByteArray state = m_window->layoutState();
-        m_window->close();
-        QTRY_VERIFY(!m_window);
-        open();
-        // Every beginning of it, and damage anywhere, does no harm.
+        // A layout cut off or damaged anywhere does no harm.
         for (int size = 0; size < state.size(); ++size) {
             m_window->restoreLayoutState(state.left(size));
             QByteArray damaged = state;
@@ -282,7 +252,7 @@ private slots:
                 accessible && !accessible->text(QAccessible::Name).isEmpty(),
                 qPrintable(stop->objectName() + u' ' + QLatin1StringView(stop->metaObject()->className())));
         }
-        // Both panes' columns and buttons at least.
+        // At least both panes' columns and buttons.
         QVERIFY(stops.size() >= 6);
     }
 };

@@ -28,7 +28,7 @@ using luma::test::TwoFolders;
 
 namespace {
 
-/// Standard output goes to a file for as long as this lives.
+/// Redirects standard output to a file during its lifetime.
 class StandardOutput final
 {
 public:
@@ -52,25 +52,30 @@ private:
     FileDescriptor m_file;
 };
 
+/// Two folders with links within and out of them.
+class LinkedSite final : public TwoFolders
+{
+public:
+    LinkedSite()
+    {
+        put("sending/index.html", "<a href=\"a/x.html\">x</a><img src=\"img/none.png\">");
+        put("sending/a/x.html", "<img src=\"img/p.png\"><a href=x.html>me</a>");
+        put("sending/a/y.html", "<a href=\"x.html#top\">x</a>");
+        put("sending/a/img/p.png");
+        put("sending/b/lonely.txt");
+        put("sending/images/logo.png");
+        put("receiving/c/z.html", "<a href='http://example.org'>out</a>");
+    }
+};
+
 } // namespace
 
-/// Links maintenance as the user meets it: in the panes of a real window.
+/// Links maintenance in the panes of a real window.
 class tst_panelinks final : public QObject
 {
     Q_OBJECT
 
 private:
-    static void makeSite(const TwoFolders& folders)
-    {
-        folders.put("sending/index.html", "<a href=\"a/x.html\">x</a><img src=\"img/none.png\">");
-        folders.put("sending/a/x.html", "<img src=\"img/p.png\"><a href=x.html>me</a>");
-        folders.put("sending/a/y.html", "<a href=\"x.html#top\">x</a>");
-        folders.put("sending/a/img/p.png");
-        folders.put("sending/b/lonely.txt");
-        folders.put("sending/images/logo.png");
-        folders.put("receiving/c/z.html", "<a href='http://example.org'>out</a>");
-    }
-
     static void choose(const SiteWindow& site, const char* folder, const char* name)
     {
         site.source().browser().setPath({folder, name});
@@ -112,12 +117,9 @@ private slots:
     void drop_movesOrCopiesAndUpdatesLinks()
     {
         QFETCH(bool, control);
-        // The paths are nobody's rows.
         QTest::failOnWarning(QRegularExpression("invalid type"));
-        const TwoFolders folders;
-        makeSite(folders);
+        const LinkedSite folders;
         const SiteWindow site(folders);
-        QTRY_VERIFY(site.isConnected());
         choose(site, "a", "x.html");
         const Qt::DropAction action = SiteWindow::dragAndDrop(
             SiteWindow::list(site.source(), 1), SiteWindow::list(site.source(), 0),
@@ -128,43 +130,39 @@ private slots:
         QCOMPARE(site.status(), "Please wait while links in all possible files are being updated...");
         QVERIFY(site.find<QDialog>("progressPanel").isVisible());
         QCOMPARE(fs::exists(folders.at("sending/a/x.html")), control);
-        QCOMPARE(folders.bytes("sending/b/x.html"),
+        QCOMPARE(folders.bytesOf("sending/b/x.html"),
                  std::string("<img src=\"../a/img/p.png\"><a href=x.html>me</a>"));
-        QCOMPARE(folders.bytes("sending/a/y.html"), std::string("<a href=\"../b/x.html#top\">x</a>"));
-        QCOMPARE(folders.bytes("sending/index.html"),
+        QCOMPARE(folders.bytesOf("sending/a/y.html"), std::string("<a href=\"../b/x.html#top\">x</a>"));
+        QCOMPARE(folders.bytesOf("sending/index.html"),
                  std::string("<a href=\"b/x.html\">x</a><img src=\"img/none.png\">"));
     }
 
     void dropFromTheOtherPane_copiesIntoTheColumnsFolder()
     {
-        const TwoFolders folders;
-        makeSite(folders);
+        const LinkedSite folders;
         folders.put("receiving/lonely.txt", "mine");
         const SiteWindow site(folders);
-        QTRY_VERIFY(site.isConnected());
         choose(site, "b", "lonely.txt");
         BrowserListView& from = SiteWindow::list(site.source(), 1);
         site.destination().browser().setPath({"c"});
         QCOMPARE(SiteWindow::dragAndDrop(from, SiteWindow::list(site.destination(), 1), {}), Qt::CopyAction);
-        QTRY_COMPARE(folders.bytes("receiving/c/lonely.txt"), std::string("text"));
+        QTRY_COMPARE(folders.bytesOf("receiving/c/lonely.txt"), std::string("text"));
         QTRY_VERIFY(site.isDone());
         QVERIFY(fs::exists(folders.at("sending/b/lonely.txt")));
         site.find<QDialog>("progressPanel").accept();
-        // Where the name is taken nothing is overwritten, and standard output names it too.
+        // An existing file is not overwritten but named, on standard output too.
         const StandardOutput output(folders.at("output"));
         QCOMPARE(SiteWindow::dragAndDrop(from, SiteWindow::list(site.destination(), 0), {}), Qt::CopyAction);
         QTRY_COMPARE(site.log(), "File lonely.txt exists, not overwritten\n\nDone");
-        QCOMPARE(folders.bytes("receiving/lonely.txt"), std::string("mine"));
-        QVERIFY(folders.bytes("output").find("File lonely.txt exists, not overwritten\n") !=
+        QCOMPARE(folders.bytesOf("receiving/lonely.txt"), std::string("mine"));
+        QVERIFY(folders.bytesOf("output").find("File lonely.txt exists, not overwritten\n") !=
                 std::string::npos);
     }
 
     void drop_isRefused()
     {
-        const TwoFolders folders;
-        makeSite(folders);
+        const LinkedSite folders;
         const SiteWindow site(folders);
-        QTRY_VERIFY(site.isConnected());
         choose(site, "a", "x.html");
         BrowserListView& root = SiteWindow::list(site.source(), 0);
         BrowserListView& column = SiteWindow::list(site.source(), 1);
@@ -176,15 +174,13 @@ private slots:
         QCOMPARE(SiteWindow::drop(root, folder, data), Qt::IgnoreAction);
         const QModelIndex file = SiteWindow::item(site.source(), 0, "index.html");
         QCOMPARE(SiteWindow::dragAndDrop(column, root, file), Qt::IgnoreAction);
-        // To where it is.
         QCOMPARE(SiteWindow::dragAndDrop(column, column, {}), Qt::IgnoreAction);
         QVERIFY(!site.find<QDialog>("progressPanel").isVisible());
     }
 
     void dropFromAnotherProgram_takesNamesAsBytes()
     {
-        const TwoFolders folders;
-        makeSite(folders);
+        const LinkedSite folders;
         const std::vector<std::string> names{"a b%20#?.txt", "line\nfeed.txt", "caf\xe9.txt", "'\"$x`.txt"};
         std::vector<fs::path> outside;
         for (const std::string& name : names) {
@@ -192,7 +188,6 @@ private slots:
             outside.push_back(folders.at("outside/" + name));
         }
         const SiteWindow site(folders);
-        QTRY_VERIFY(site.isConnected());
         QMimeData data;
         data.setData("text/uri-list", uriList(outside));
         QCOMPARE(SiteWindow::drop(SiteWindow::list(site.source(), 0), SiteWindow::item(site.source(), 0, "b"),
@@ -200,20 +195,18 @@ private slots:
                  Qt::CopyAction);
         QTRY_VERIFY(site.log().endsWith("\nDone"));
         for (const std::string& name : names) {
-            QCOMPARE(folders.bytes("sending/b/" + name), name);
+            QCOMPARE(folders.bytesOf("sending/b/" + name), name);
             QVERIFY(fs::exists(folders.at("outside/" + name)));
         }
     }
 
     void droppedCopy_stopsAndLeavesNothingHalf()
     {
-        const TwoFolders folders;
-        makeSite(folders);
+        const LinkedSite folders;
         for (int i = 0; i < 500; ++i)
             folders.put("outside/many/" + std::to_string(i) + ".txt");
         folders.put("outside/large", std::string(64'000'000, 'x'));
         const SiteWindow site(folders);
-        QTRY_VERIFY(site.isConnected());
         const std::string before = folders.listing("sending");
         QMimeData data;
         data.setData("text/uri-list", uriList({folders.at("outside/many"), folders.at("outside/large")}));
@@ -232,17 +225,15 @@ private slots:
 
     void rename_rewritesLinks()
     {
-        const TwoFolders folders;
-        makeSite(folders);
+        const LinkedSite folders;
         const SiteWindow site(folders);
-        QTRY_VERIFY(site.isConnected());
         site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"), "new a",
                                                 Qt::EditRole);
         QTRY_COMPARE(site.log(), "Updating links from: a to new a\n\nUpdating links to: a\n\n\nDone");
         QTRY_VERIFY(site.isDone());
-        QCOMPARE(folders.bytes("sending/index.html"),
+        QCOMPARE(folders.bytesOf("sending/index.html"),
                  std::string("<a href=\"new a/x.html\">x</a><img src=\"img/none.png\">"));
-        QCOMPARE(folders.bytes("sending/new a/y.html"), std::string("<a href=\"x.html#top\">x</a>"));
+        QCOMPARE(folders.bytesOf("sending/new a/y.html"), std::string("<a href=\"x.html#top\">x</a>"));
         QTRY_COMPARE(site.source().browser().path(), Browser::Path{"new a"});
     }
 
@@ -270,10 +261,8 @@ private slots:
         QFETCH(QString, action);
         QFETCH(QString, status);
         QFETCH(QString, log);
-        const TwoFolders folders;
-        makeSite(folders);
+        const LinkedSite folders;
         const SiteWindow site(folders);
-        QTRY_VERIFY(site.isConnected());
         choose(site, "a", "x.html");
         const QString root = QString::fromStdString(folders.sending().string());
         site.find<QAction>(qPrintable(action)).trigger();
@@ -286,10 +275,8 @@ private slots:
 
     void aClickedLine_selectsItsFile()
     {
-        const TwoFolders folders;
-        makeSite(folders);
+        const LinkedSite folders;
         const SiteWindow site(folders);
-        QTRY_VERIFY(site.isConnected());
         site.source().startFindMissingLinks();
         QTRY_VERIFY(site.isDone());
         auto& log = site.find<LogView>("progressPanelTextField2");
@@ -300,18 +287,16 @@ private slots:
         };
         QCOMPARE(selectedBy(3), (Browser::Path{"a", "y.html"}));
         QCOMPARE(selectedBy(2), (Browser::Path{"a", "img", "p.png"}));
-        QCOMPARE(selectedBy(7), (Browser::Path{"index.html"})); // a missing link: the page to mend
+        QCOMPARE(selectedBy(7), (Browser::Path{"index.html"})); // a missing link selects its page
         QCOMPARE(selectedBy(9), (Browser::Path{"index.html"}));
     }
 
     void unlinkedItems_listDeleteAndRestart()
     {
-        const TwoFolders folders;
-        makeSite(folders);
+        const LinkedSite folders;
         folders.put("sending/old/x.txt");
         folders.put("sending/b/\xff\n.txt");
         const SiteWindow site(folders);
-        QTRY_VERIFY(site.isConnected());
         site.find<QAction>("unlinkedItemsAction").trigger();
         auto& panel = site.find<QDialog>("unlinkedItemsPanel");
         auto& rows = *site.find<QTableView>("unlinkedItemsTableView").model();
@@ -351,7 +336,6 @@ private slots:
         const TwoFolders folders;
         folders.put("sending/a.txt");
         const SiteWindow site(folders);
-        QTRY_VERIFY(site.isConnected());
         deleteAllUnlinked(site);
         QTRY_COMPARE(site.find<QLabel>("unlinkedItemsPanelTitle").text(), "No more files to be deleted.");
         QVERIFY(!site.find<QPushButton>("unlinkedItemsDeleteButton").isEnabled());
@@ -360,14 +344,13 @@ private slots:
         test::saveScreenshots(site.find<QDialog>("unlinkedItemsPanel"), "unlinked-none");
     }
 
-    // A folder has taken the name of a file meanwhile.
+    // Here because a folder has taken the file's name since the scan.
     void anUnlinkedItemThatCannotBeDeleted_staysListed()
     {
         const TwoFolders folders;
         folders.put("sending/a.txt");
         folders.put("sending/b.txt");
         const SiteWindow site(folders);
-        QTRY_VERIFY(site.isConnected());
         site.source().startFindUnlinkedItems();
         auto& rows = *site.find<QTableView>("unlinkedItemsTableView").model();
         QTRY_COMPARE(rows.rowCount(), 2);
@@ -384,55 +367,46 @@ private slots:
 
     void inTheMiddle_data()
     {
-        QTest::addColumn<int>("job");
+        QTest::addColumn<std::function<void(const SiteWindow&)>>("begin");
+        QTest::addColumn<bool>("isUnlinked");
         QTest::addColumn<bool>("close");
-        for (int job = 0; job < 5; ++job) {
-            QTest::addRow("close %d", job) << job << true;
-            QTest::addRow("stop %d", job) << job << false;
-        }
+        const auto addJob = [](const char* name, bool isUnlinked,
+                               const std::function<void(const SiteWindow&)>& begin) {
+            QTest::addRow("close: %s", name) << begin << isUnlinked << true;
+            QTest::addRow("stop: %s", name) << begin << isUnlinked << false;
+        };
+        addJob("missing links", false, [](const SiteWindow& site) { site.source().startFindMissingLinks(); });
+        addJob("unlinked items", true,
+               [](const SiteWindow& site) { site.source().startFindUnlinkedItems(); });
+        addJob("links to", false,
+               [](const SiteWindow& site) { site.source().showLinksForItem("Show Links To Item..."); });
+        addJob("delete unlinked items", true, deleteAllUnlinked);
+        addJob("rename", false, [](const SiteWindow& site) {
+            site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"), "z",
+                                                    Qt::EditRole);
+        });
     }
     void inTheMiddle()
     {
-        QFETCH(int, job);
+        QFETCH(std::function<void(const SiteWindow&)>, begin);
+        QFETCH(bool, isUnlinked);
         QFETCH(bool, close);
-        const bool isUnlinked = job == 1 || job == 3;
-        const TwoFolders folders;
-        makeSite(folders);
+        const LinkedSite folders;
         const std::string links(20'000, ' ');
         for (int i = 0; i < 400; ++i)
             folders.put("sending/many/" + std::to_string(i) + ".html", "<a href='../a/x.html'>" + links);
-        SiteWindow site(folders);
-        QTRY_VERIFY(site.isConnected());
+        const SiteWindow site(folders);
         site.source().browser().setPath({"a"});
-        switch (job) {
-        case 0:
-            site.source().startFindMissingLinks();
-            break;
-        case 1:
-            site.source().startFindUnlinkedItems();
-            break;
-        case 2:
-            site.source().showLinksForItem("Show Links To Item...");
-            break;
-        case 3:
-            deleteAllUnlinked(site);
-            break;
-        default:
-            site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"), "z",
-                                                    Qt::EditRole);
-        }
+        begin(site);
         if (close)
             site.window->close();
-        else if (isUnlinked)
-            site.find<QPushButton>("unlinkedItemsStopButton").click();
         else
-            site.find<QPushButton>("progressPanelStopButton").click();
+            site.click(isUnlinked ? "unlinkedItemsStopButton" : "progressPanelStopButton");
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         if (!close)
-            QTRY_VERIFY(isUnlinked ? site.find<QPushButton>("unlinkedItemsRestartButton").isEnabled()
-                                   : site.isDone());
-        if (job == 4 && close)
-            QCOMPARE(folders.bytes("sending/many/7.html"), "<a href='../z/x.html'>" + links);
+            QTRY_VERIFY(isUnlinked ? site.isEnabled("unlinkedItemsRestartButton") : site.isDone());
+        if (close && QByteArray(QTest::currentDataTag()).contains("rename"))
+            QCOMPARE(folders.bytesOf("sending/many/7.html"), "<a href='../z/x.html'>" + links);
         QVERIFY(folders.listing("sending").find(".luma-") == std::string::npos);
     }
 };

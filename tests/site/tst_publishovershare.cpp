@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "mounts/mounts.h"
-#include "tests/site/publishingwindow.h"
-#include "tests/site/twofolders.h"
+#include "tests/site/sitewindow.h"
 #include "tests/support/mainthread.h"
 #include "tests/support/registry.h"
 #include "tests/support/sambaserver.h"
@@ -14,11 +13,11 @@
 
 namespace fs = std::filesystem;
 using namespace luma;
-using luma::test::PublishingWindow;
 using luma::test::runFlow;
+using luma::test::SiteWindow;
 
-/// One story over the real window, a share and the desktop's network file systems: each test goes on where
-/// the one before it ended.
+/// One story over the real window, a share and the desktop's network file systems: each test
+/// continues from the one before.
 class tst_publishovershare final : public QObject
 {
     Q_OBJECT
@@ -27,9 +26,9 @@ private:
     test::SambaServer m_samba;
     test::TwoFolders m_folders;
     std::shared_ptr<SiteRecord> m_record;
-    std::unique_ptr<PublishingWindow> m_site;
+    std::unique_ptr<SiteWindow> m_site;
 
-    // No ssh server belongs to the share.
+    // There is no ssh server.
     static HaldenDoc::Services services()
     {
         HaldenDoc::Services all = HaldenDoc::standardServices();
@@ -46,16 +45,6 @@ private:
         return runFlow(
             flow, [&] { m_site->connectButton().click(); },
             [&] { return m_site->connectState() == address(); });
-    }
-    bool compare(const char* button = "uploadButton") const
-    {
-        return runFlow(
-            "comparison", [&] { m_site->click(button); }, [&] { return m_site->isSyncIdle(); });
-    }
-    bool transfer() const
-    {
-        return runFlow(
-            "transfer", [&] { m_site->click("syncButton"); }, [&] { return m_site->isSyncIdle(); });
     }
     std::string onShare(const char* name) const
     {
@@ -78,26 +67,22 @@ private slots:
             QSKIP(qPrintable(reason));
         QVERIFY(m_samba.start());
         m_record = std::make_shared<SiteRecord>(QVariantMap{
-            {"sourceDict", QVariantMap{{"protocol", "file://"},
-                                       {"path", QString::fromStdString(m_folders.sending().string())},
-                                       {"autoconnect", 1}}},
+            {"sourceDict", SiteWindow::localFolder(m_folders.sending())},
             {"destinationDict", QVariantMap{{"protocol", "smb://"},
                                             {"server", address().mid(6)},
                                             {"volume", "Web Site"},
                                             {"user", QString::fromStdString(test::SambaServer::user())},
                                             {"password", "No Secret 7"},
                                             {"autoconnect", 1}}}});
-        for (const char* name : {"index.html", "My Page.html",
-                                 "docs/gr\xc3\xb6\xc3\x9f"
-                                 "e.html",
-                                 "docs/deep/#1 & 100%.html"})
+        for (const char* name :
+             {"index.html", "My Page.html", "docs/gr\u00f6\u00dfe.html", "docs/deep/#1 & 100%.html"})
             m_folders.put(std::string("sending/") + name, "first", 100.5);
     }
     void cleanupTestCase() { m_site.reset(); }
 
     void wrongPassword_isRefusedWithoutAsking()
     {
-        m_site = std::make_unique<PublishingWindow>(m_record, services());
+        m_site = std::make_unique<SiteWindow>(m_record, services());
         QVERIFY(runFlow(
             "refused connection", [] {},
             [&] {
@@ -106,7 +91,7 @@ private slots:
         QVERIFY(!QApplication::activeModalWidget() && !QApplication::activePopupWidget());
         QVERIFY(!m_site->destination().rootNode());
         QCOMPARE(m_site->connectButton().text(), "Connect");
-        test::saveScreenshots(m_site->window(), "share-refused");
+        test::saveScreenshots(*m_site->window, "share-refused");
     }
 
     void rightPassword_showsTheShare()
@@ -122,17 +107,17 @@ private slots:
 
     void upload_leavesNothingToCompare()
     {
-        QVERIFY(compare());
+        QVERIFY(m_site->compare());
         QCOMPARE(m_site->rows().size(), 4);
-        QVERIFY(transfer());
+        QVERIFY(m_site->transfer());
         QCOMPARE(m_site->text("syncMessage"), QString());
         QCOMPARE(m_site->text("syncPanelTitle"), "No more files to be moved.");
         QCOMPARE(onShare("docs/deep/#1 & 100%.html"), std::string("first"));
         m_folders.put("sending/index.html", "second", 50);
         m_site->click("cancelButton");
-        QVERIFY(compare());
+        QVERIFY(m_site->compare());
         QCOMPARE(m_site->rows(), QStringList{"+index.html"});
-        QVERIFY(transfer());
+        QVERIFY(m_site->transfer());
         QCOMPARE(onShare("index.html"), std::string("second"));
         for (const char* name : {"index.html", "My Page.html", "docs/deep/#1 & 100%.html"}) {
             const auto sent = fs::last_write_time(m_folders.sending() / name);
@@ -141,7 +126,7 @@ private slots:
                      std::chrono::floor<std::chrono::seconds>(sent).time_since_epoch().count());
         }
         m_site->click("cancelButton");
-        QVERIFY(compare());
+        QVERIFY(m_site->compare());
         QCOMPARE(m_site->text("syncPanelTitle"), "Nothing changed from Source to Destination");
         m_site->click("cancelButton");
         QTRY_VERIFY(m_site->shownNames().contains("My Page.html"));
@@ -151,13 +136,13 @@ private slots:
     {
         fs::create_directories(site() / "theirs");
         std::ofstream(site() / "theirs/news of 2026.html") << "news";
-        QVERIFY(compare("downloadButton"));
+        QVERIFY(m_site->compare("downloadButton"));
         const QStringList listed = {"+old.html", "+theirs/news of 2026.html"};
         QVERIFY2(m_site->rows() == listed, qPrintable(m_site->rows().join(u'\n')));
-        QVERIFY(transfer());
-        QCOMPARE(m_folders.bytes("sending/theirs/news of 2026.html"), std::string("news"));
+        QVERIFY(m_site->transfer());
+        QCOMPARE(m_folders.bytesOf("sending/theirs/news of 2026.html"), std::string("news"));
         m_site->click("cancelButton");
-        QVERIFY(compare("downloadButton"));
+        QVERIFY(m_site->compare("downloadButton"));
         QCOMPARE(m_site->text("syncPanelTitle"), "Nothing changed from Destination to Source");
         m_site->click("cancelButton");
     }
@@ -166,8 +151,7 @@ private slots:
     {
         const fs::path folder = m_site->destination().mountPath();
         {
-            // Taken as it is mounted, for the same account: the password is not asked again.
-            const PublishingWindow other(m_record, services());
+            const SiteWindow other(m_record, services());
             QTRY_COMPARE(other.connectState(), address());
             QCOMPARE(other.destination().mountPath(), folder);
         }
@@ -184,7 +168,7 @@ private slots:
         QVERIFY(!m_site->destination().rootNode());
         QVERIFY(m_site->destination().mountPath().empty());
         QCOMPARE(m_site->connectButton().text(), "Connect");
-        QVERIFY(m_site->window().sourceBrowserController().rootNode());
+        QVERIFY(m_site->window->sourceBrowserController().rootNode());
     }
 
     void disconnecting_unmounts()
@@ -195,7 +179,7 @@ private slots:
         QVERIFY(runFlow(
             "disconnection", [&] { m_site->connectButton().click(); },
             [&] { return m_site->connectState().isEmpty(); }));
-        // Its folder may be seen a while longer, when the volume went and came before.
+        // The mount point may outlive the mount for a while.
         const std::string share = m_samba.address() + "/Web%20Site";
         QTRY_VERIFY(!findExistingMount(share, test::SambaServer::user()));
         QTRY_VERIFY(!fs::exists(folder / "index.html"));

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "mounts/volumemounter.h"
 #include "shell/sshcontroller.h"
-#include "tests/site/publishingwindow.h"
-#include "tests/site/twofolders.h"
+#include "tests/site/sitewindow.h"
 #include "tests/support/mainthread.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
@@ -13,22 +12,22 @@
 
 namespace fs = std::filesystem;
 using namespace luma;
-using luma::test::PublishingWindow;
 using luma::test::runFlow;
+using luma::test::SiteWindow;
 
 namespace {
 
 const QString worksText = "LUMA is using rsync for faster uploads and downloads.";
 const QString offerText = "Turn on rsync to make uploads and downloads go faster.";
 
-// What a shell, rsync's patterns or a terminal would act on. The names that a pattern would mean as well
-// stand among plainNames.
+// Names with a meaning for a shell, a terminal or rsync's patterns. plainNames has the names that such a
+// pattern would also match.
 const QStringList hardNames = {
     "$HOME.html", "(x).html", "-lead.html",       "My Page.html",         "[ab].html",       "`touch x`.html",
     "a;id.html",  "b&c.html", "back\\slash.html", "gr\u00f6\u00dfe.html", "it's \"q\".html", "st*r.html"};
 const QStringList plainNames = {"a.html", "docs/My Page.html", "index.html", "star.html"};
 
-// In place of the network file system: the server's folder lies on this computer anyhow.
+// Replaces the network file system: the server's folder is on this computer.
 class SameComputerMounter final : public VolumeMounter
 {
     Q_OBJECT
@@ -49,6 +48,12 @@ private:
     fs::path m_folder;
 };
 
+QStringList without(QStringList names, const QStringList& others)
+{
+    names.removeIf([&others](const QString& name) { return others.contains(name); });
+    return names;
+}
+
 QStringList ticked(QStringList names)
 {
     std::sort(names.begin(), names.end());
@@ -59,7 +64,7 @@ QStringList ticked(QStringList names)
 
 } // namespace
 
-/// One story over the real window, ssh, expect and rsync: each test goes on where the one before it ended.
+/// One story over the real window, ssh, expect and rsync: each test continues from the one before.
 class tst_publishoverssh final : public QObject
 {
     Q_OBJECT
@@ -68,14 +73,14 @@ private:
     test::SshServer m_server;
     test::TwoFolders m_folders;
     std::shared_ptr<SiteRecord> m_record;
-    std::unique_ptr<PublishingWindow> m_site;
+    std::unique_ptr<SiteWindow> m_site;
 
     void open()
     {
         m_site.reset();
         HaldenDoc::Services services = HaldenDoc::standardServices();
         services.mounter = std::make_shared<SameComputerMounter>(m_folders.receiving());
-        m_site = std::make_unique<PublishingWindow>(m_record, std::move(services));
+        m_site = std::make_unique<SiteWindow>(m_record, std::move(services));
     }
     bool awaitText(const char* flow, const std::function<void()>& begin, const QString& text)
     {
@@ -87,23 +92,13 @@ private:
         return awaitText(
             "set-up", [&] { m_site->click("setUpRemoteLoginConnectionButton"); }, expected);
     }
-    bool compare(const char* button = "uploadButton")
-    {
-        return runFlow(
-            "dry run", [&] { m_site->click(button); }, [&] { return m_site->isSyncIdle(); });
-    }
-    bool transfer()
-    {
-        return runFlow(
-            "transfer", [&] { m_site->click("syncButton"); }, [&] { return m_site->isSyncIdle(); });
-    }
     void put(const char* side, const QStringList& names, std::string_view bytes, double age) const
     {
         for (const QString& name : names)
             m_folders.put(side + name.toStdString(), bytes, age);
         m_server.giveToUser(m_folders.receiving());
     }
-    void picture(const char* name) const { test::saveScreenshots(m_site->window(), QLatin1StringView(name)); }
+    void picture(const char* name) const { test::saveScreenshots(*m_site->window, QLatin1StringView(name)); }
 
 private slots:
     void initTestCase()
@@ -115,9 +110,7 @@ private slots:
         m_server.giveToUser(m_folders.receiving());
         const auto text = [](const std::string& bytes) { return QString::fromStdString(bytes); };
         m_record = std::make_shared<SiteRecord>(
-            QVariantMap{{"sourceDict", QVariantMap{{"protocol", "file://"},
-                                                   {"path", text(m_folders.sending().string())},
-                                                   {"autoconnect", 1}}},
+            QVariantMap{{"sourceDict", SiteWindow::localFolder(m_folders.sending())},
                         {"destinationDict", QVariantMap{{"protocol", "sftp://"},
                                                         {"server", text(m_server.server())},
                                                         {"path", text(m_folders.receiving().string())},
@@ -135,7 +128,7 @@ private slots:
             "opening", [&] { open(); },
             [&] { return m_site && m_site->text("connectionResultText") == offerText; }));
         QVERIFY(m_site->isEnabled("setUpRemoteLoginConnectionButton"));
-        QVERIFY(!m_site->window().rsync());
+        QVERIFY(!m_site->window->rsync());
         picture("line-offer");
     }
 
@@ -143,7 +136,7 @@ private slots:
     {
         QVERIFY(setUpWith("wrong", "Permission denied, please try entering the password again."));
         QVERIFY(m_site->isEnabled("setUpRemoteLoginConnectionButton"));
-        QVERIFY(!m_site->window().rsync());
+        QVERIFY(!m_site->window->rsync());
         picture("line-refused");
     }
 
@@ -163,17 +156,17 @@ private slots:
         QVERIFY(awaitText(
             "connection check", [] {}, worksText));
         QVERIFY(!m_site->isEnabled("setUpRemoteLoginConnectionButton"));
-        QVERIFY(m_site->window().rsync());
+        QVERIFY(m_site->window->rsync());
         picture("line-rsync");
     }
 
     void upload_movesTheTickedFiles()
     {
-        QVERIFY(compare());
+        QVERIFY(m_site->compare());
         QCOMPARE(m_site->rows(), ticked(hardNames + plainNames));
-        m_site->untick({"index.html", "st*r.html"});
+        m_site->tickOnly(without(hardNames + plainNames, {"index.html", "st*r.html"}));
         test::saveScreenshots(m_site->find<QWidget>("syncPanel"), "sync-rsync");
-        QVERIFY(transfer());
+        QVERIFY(m_site->transfer());
         const QStringList left = {"-index.html", "-st*r.html"};
         QCOMPARE(m_site->rows(), left);
         m_site->click("cancelButton");
@@ -185,7 +178,7 @@ private slots:
                 continue;
             const fs::path sent = m_folders.at("sending/" + name.toStdString());
             const fs::path received = m_folders.at("receiving/" + name.toStdString());
-            QCOMPARE(m_folders.bytes("receiving/" + name.toStdString()), std::string("first"));
+            QCOMPARE(m_folders.bytesOf("receiving/" + name.toStdString()), std::string("first"));
             QCOMPARE(fs::last_write_time(received), fs::last_write_time(sent));
         }
     }
@@ -195,7 +188,7 @@ private slots:
         QVERIFY(runFlow(
             "opening and connection check", [&] { open(); },
             [&] { return m_site->text("connectionResultText") == worksText; }));
-        QVERIFY(compare());
+        QVERIFY(m_site->compare());
         const QStringList left = {"-index.html", "-st*r.html"};
         QCOMPARE(m_site->rows(), left);
         m_site->click("cancelButton");
@@ -204,19 +197,19 @@ private slots:
     void untickedNames_areLeftOutWhateverTheyHold()
     {
         put("sending/", hardNames + plainNames, "second", 50);
-        QVERIFY(compare());
+        QVERIFY(m_site->compare());
         QCOMPARE(m_site->rows().size(), hardNames.size() + plainNames.size());
         m_site->tickOnly(plainNames);
-        QVERIFY(transfer());
+        QVERIFY(m_site->transfer());
         for (const QString& name : plainNames)
-            QCOMPARE(m_folders.bytes("receiving/" + name.toStdString()), std::string("second"));
+            QCOMPARE(m_folders.bytesOf("receiving/" + name.toStdString()), std::string("second"));
         for (const QString& name : hardNames) {
             const std::string path = "receiving/" + name.toStdString();
-            QVERIFY2(!fs::exists(m_folders.at(path)) || m_folders.bytes(path) == "first", path.c_str());
+            QVERIFY2(!fs::exists(m_folders.at(path)) || m_folders.bytesOf(path) == "first", path.c_str());
         }
         QCOMPARE(m_site->rows().size(), hardNames.size());
         m_site->click("allOnOffCheckBox");
-        QVERIFY(transfer());
+        QVERIFY(m_site->transfer());
         QCOMPARE(m_site->text("syncPanelTitle"), "No more files to be moved.");
         QCOMPARE(m_folders.listing("receiving"), m_folders.listing("sending"));
         m_site->click("cancelButton");
@@ -225,27 +218,27 @@ private slots:
     void deleteOption_removesWhatItListed()
     {
         put("receiving/", {"old/page.html", "it's $old.html"}, "old", 10);
-        QVERIFY(compare());
+        QVERIFY(m_site->compare());
         QCOMPARE(m_site->text("syncPanelTitle"), "Nothing changed from Source to Destination");
         QVERIFY(runFlow(
             "dry run", [&] { m_site->click("deleteOptionCheckBox"); }, [&] { return m_site->isSyncIdle(); }));
         const QStringList listed = {"+deleting it's $old.html", "+deleting old/page.html"};
         QCOMPARE(m_site->rows(), listed);
-        m_site->untick({"deleting it's $old.html"});
+        m_site->tickOnly({"deleting old/page.html"});
         test::saveScreenshots(m_site->find<QWidget>("syncPanel"), "sync-delete");
-        QVERIFY(transfer());
+        QVERIFY(m_site->transfer());
         QVERIFY(!fs::exists(m_folders.at("receiving/old/page.html")));
-        QCOMPARE(m_folders.bytes("receiving/it's $old.html"), std::string("old"));
+        QCOMPARE(m_folders.bytesOf("receiving/it's $old.html"), std::string("old"));
         m_site->click("cancelButton");
     }
 
     void download_bringsWhatIsNewerThere()
     {
         put("receiving/", {"index.html"}, "theirs", 10);
-        QVERIFY(compare("downloadButton"));
+        QVERIFY(m_site->compare("downloadButton"));
         m_site->tickOnly({"index.html"});
-        QVERIFY(transfer());
-        QCOMPARE(m_folders.bytes("sending/index.html"), std::string("theirs"));
+        QVERIFY(m_site->transfer());
+        QCOMPARE(m_folders.bytesOf("sending/index.html"), std::string("theirs"));
         m_site->click("cancelButton");
     }
 
@@ -258,9 +251,9 @@ private slots:
         QVERIFY(awaitText(
             "connection check", [&] { m_site->find<QAction>("checkConnectionAction").trigger(); },
             offerText));
-        QVERIFY(!m_site->window().rsync());
+        QVERIFY(!m_site->window->rsync());
         QVERIFY(setUpWith(m_server.password(), "Error in connection"));
-        QVERIFY(!m_site->window().rsync());
+        QVERIFY(!m_site->window->rsync());
         QVERIFY(writeFile(knownHosts, known));
     }
 };

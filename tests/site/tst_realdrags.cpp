@@ -36,7 +36,7 @@ public:
     QString ask(const QStringList& command)
     {
         m_process.write(command.join(QLatin1Char('\t')).toUtf8() + '\n');
-        // The folder watcher speaks on the same output.
+        // The folder watcher prints to the same output.
         for (;;) {
             while (!m_process.canReadLine()) {
                 if (!m_process.waitForReadyRead(-1))
@@ -62,7 +62,7 @@ using Place = QString; // "X Y"
 
 } // namespace
 
-/// Drags by a real mouse on a display of its own: what the platform without a screen has not.
+/// Drags by a real mouse on a separate display; the offscreen platform has none.
 class tst_realdrags final : public QObject
 {
     Q_OBJECT
@@ -81,13 +81,13 @@ private:
         QVERIFY(process.waitForFinished(-1) && process.exitCode() == 0);
     }
     void moveTo(const Place& place) const { xdotool(QLatin1String("mousemove ") + place); }
-    // So that another program's answer to the first place has come back when it sees the second.
+    // The other program has answered the first position by the time it sees the second.
     void nudge() const { xdotool("mousemove_relative -- 2 1"); }
     void press(const Place& place) const
     {
         moveTo(place);
         xdotool("mousedown 1");
-        // Far enough to be a drag, in more steps than one.
+        // Far enough to be a drag, in several steps.
         for (int i = 0; i < 4; ++i)
             xdotool("mousemove_relative -- 6 2");
     }
@@ -187,7 +187,7 @@ private slots:
             QString::fromStdString(folders.listing("sending") + '/' + folders.listing("receiving"));
         QCOMPARE(found.replace(QLatin1Char('\n'), QLatin1Char('|')), left);
         if (!isRefused && target.constFirst() == "source")
-            QCOMPARE(folders.bytes("sending/index.html"), std::string("<a href=b/x.html>"));
+            QCOMPARE(folders.bytesOf("sending/index.html"), std::string("<a href=b/x.html>"));
     }
 
     void drag_fromAnotherProgram_copies()

@@ -45,50 +45,12 @@ private:
 
     static void putNames(const TwoFolders& folders)
     {
-        for (const char* name : {"plain.html",
-                                 "My Page.html",
-                                 "sub/plain.html",
-                                 "sub/deep/x_y-z",
-                                 "'single'",
-                                 "\"double\"",
-                                 "$HOME",
-                                 "`touch evil`",
-                                 "a;touch evil",
-                                 "(x)",
-                                 "a&b",
-                                 "*",
-                                 "a*b",
-                                 "axb",
-                                 "[a]",
-                                 "a",
-                                 "back\\slash",
-                                 "\\*",
-                                 "-rf",
-                                 "- dash",
-                                 "dash",
-                                 "+ plus",
-                                 "#hash",
-                                 ";semi",
-                                 "!",
-                                 "\xc3\xbc.html",
-                                 "new\nline",
-                                 "bad\xff",
-                                 "esc\\#012x",
-                                 "?",
-                                 "q?b",
-                                 "~",
-                                 "{a,b}",
-                                 "a -> b",
-                                 " lead",
-                                 "trail ",
-                                 "two  blanks",
-                                 "tab\there",
-                                 "***",
-                                 "sub/*",
-                                 "sub/[x]\\",
-                                 "deleting foo",
-                                 "a deleting b"})
-            folders.put("sending/" + std::string(name));
+        folders.putAll("sending",
+                       "plain.html|My Page.html|sub/plain.html|sub/deep/x_y-z|'single'|\"double\"|$HOME|"
+                       "`touch evil`|a;touch evil|(x)|a&b|*|a*b|axb|[a]|a|back\\slash|\\*|-rf|- dash|"
+                       "dash|+ plus|#hash|;semi|!|\xc3\xbc.html|new\nline|bad\xff|esc\\#012x|?|q?b|~|"
+                       "{a,b}|a -> b| lead|trail |two  blanks|tab\there|***|sub/*|sub/[x]\\|"
+                       "deleting foo|a deleting b");
         fs::create_symlink("nowhere", folders.at("sending/sub/link"));
     }
 
@@ -154,7 +116,7 @@ private slots:
         QCOMPARE(names, std::string("deleting gone.html\nonly/a.html\n"));
     }
 
-    // Unticks each listed name by itself: it alone must stay behind, whatever it is made of.
+    // Unticks one listed name at a time: only this one must be left out.
     void anUntickedNameAloneIsLeftOut()
     {
         const TwoFolders folders;
@@ -229,13 +191,12 @@ private slots:
     void anUntickedDeletionIsSpared_aTickedOneDone()
     {
         const TwoFolders folders;
-        for (const char* name : {"receiving/old/a[1].html", "receiving/old/b.html", "receiving/c.html"})
-            folders.put(name);
+        folders.putAll("receiving", "old/a[1].html|old/b.html|c.html");
         const RsyncCommand command(localArguments(folders, true));
         std::vector<SyncRow> rows = list(command);
         QCOMPARE(rows.size(), std::size_t{3});
         for (SyncRow& candidate : rows)
-            candidate.select = candidate.displayName == "deleting old/a[1].html" ? 0 : 1;
+            candidate.select = candidate.displayName != "deleting old/a[1].html";
         inShell(command.transfer(rsyncRules(rows, true)));
         QCOMPARE(folders.listing("receiving"), std::string("old/a[1].html\n"));
     }

@@ -20,7 +20,7 @@ namespace {
 constexpr Direction upload = Direction::Upload;
 constexpr Direction download = Direction::Download;
 
-// A site whose "server" is the receiving folder: the runner drops the login before the shell sees it.
+// A site whose "server" is the receiving folder: the runner removes the login from the command line.
 struct Site
 {
     explicit Site(bool rsync)
@@ -107,7 +107,7 @@ private slots:
         QVERIFY(site.transfer());
         QCOMPARE(transferred.count(), 1);
         QCOMPARE(site.folders.listing("receiving"), std::string("index.html\nsub/index.html\n"));
-        QCOMPARE(site.folders.bytes("receiving/index.html"), std::string("old"));
+        QCOMPARE(site.folders.bytesOf("receiving/index.html"), std::string("old"));
         QCOMPARE(site.names(), std::string("-My Page.html\n-index.html\n"));
         QCOMPARE(site.engine.state(), State::Ready);
         QCOMPARE(site.record.untickedNames(upload), (QStringList{"My Page.html", "index.html"}));
@@ -136,7 +136,7 @@ private slots:
         QVERIFY(site.compare(download));
         QCOMPARE(site.names(), std::string("+page.html\n"));
         QVERIFY(site.transfer());
-        QCOMPARE(site.folders.bytes("sending/page.html"), std::string("theirs"));
+        QCOMPARE(site.folders.bytesOf("sending/page.html"), std::string("theirs"));
         QVERIFY(site.compare(download));
         QCOMPARE(site.engine.title(), "Nothing changed from Destination to Source");
     }
@@ -162,10 +162,9 @@ private slots:
     {
         QFETCH(bool, rsync);
         Site site(rsync);
-        for (const char* name : {"sending/a.html", "sending/b.html"})
-            site.folders.put(name);
+        site.folders.putAll("sending", "a.html|b.html");
         QVERIFY(site.compare());
-        // rsync fails as a whole when its receiving folder cannot be had; a folder in the way stops one file.
+        // rsync fails as a whole without its receiving folder; a folder in the way stops only one file.
         if (rsync) {
             fs::remove_all(site.folders.receiving());
             site.folders.put("receiving");
@@ -193,7 +192,7 @@ private slots:
         QCOMPARE(site.names(), std::string());
     }
 
-    // Ends the engine at every stage of a job that its runner holds still.
+    // Destroys the engine in each stage of a job; the runner blocks until the test lets it go on.
     void theEngineMayGoAtAnyMoment()
     {
         QSemaphore entered;

@@ -1,88 +1,43 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/files.h"
-
-#include <QTest>
+#include "tests/support/site.h"
 
 #include <algorithm>
-#include <chrono>
-#include <cstdlib>
-#include <fstream>
-#include <string>
-#include <vector>
+#include <cstdio>
 
 namespace luma::test {
 
-/// Two folders to compare, "sending" and "receiving", in a temporary folder of their own. Files are named by
-/// their path from there; their age is in seconds before one fixed moment.
-class TwoFolders final
+/// Two folders to compare, "sending" and "receiving". Ages are in seconds before a fixed moment.
+class TwoFolders : public Site
 {
 public:
     TwoFolders()
     {
-        std::string name = (std::filesystem::temp_directory_path() / "luma-two-XXXXXX").string();
-        m_root = ::mkdtemp(name.data());
-        std::filesystem::create_directories(sending());
-        std::filesystem::create_directories(receiving());
+        makeFolder("sending");
+        makeFolder("receiving");
     }
 
-    TwoFolders(const TwoFolders&) = delete;
-    TwoFolders& operator=(const TwoFolders&) = delete;
-    // QTemporaryDir does not remove names that are not UTF-8.
-    ~TwoFolders()
-    {
-        std::error_code error;
-        std::filesystem::remove_all(m_root, error);
-    }
+    [[nodiscard]] std::filesystem::path sending() const { return at("sending"); }
+    [[nodiscard]] std::filesystem::path receiving() const { return at("receiving"); }
 
-    [[nodiscard]] std::filesystem::path root() const { return m_root; }
-    [[nodiscard]] std::filesystem::path sending() const { return root() / "sending"; }
-    [[nodiscard]] std::filesystem::path receiving() const { return root() / "receiving"; }
-    [[nodiscard]] std::filesystem::path at(const std::string& path) const { return root() / path; }
-
-    void put(const std::string& path, std::string_view bytes = "text", double age = 100) const
+    void put(std::string_view path, std::string_view bytes = "text", double age = 100) const
     {
-        std::filesystem::create_directories(at(path).parent_path());
-        std::ofstream(at(path)) << bytes;
+        Site::put(path, bytes);
         setAge(path, age);
     }
 
-    void setAge(const std::string& path, double age) const
+    /// Puts a file below `folder` for each of `names`, which are separated by "|".
+    void putAll(const std::string& folder, std::string_view names) const
     {
-        const auto moment = std::chrono::file_clock::from_sys(
-            std::chrono::sys_seconds(std::chrono::sys_days(std::chrono::year(2026) / 1 / 1)));
-        const auto before =
-            std::chrono::duration_cast<std::chrono::file_clock::duration>(std::chrono::duration<double>(age));
-        std::filesystem::last_write_time(at(path), moment - before);
-    }
-
-    [[nodiscard]] std::string bytes(const std::string& path) const
-    {
-        const auto read = readFile(at(path));
-        return read ? *read : "unreadable: " + read.error().text;
-    }
-
-    /// Every file and link below `folder`, one a line, sorted; folders with nothing in them end in "/".
-    [[nodiscard]] std::string listing(const std::string& folder) const
-    {
-        std::vector<std::string> paths;
-        for (const auto& entry : std::filesystem::recursive_directory_iterator(at(folder))) {
-            const bool isFolder = entry.is_directory() && !entry.is_symlink();
-            const std::string path = entry.path().lexically_relative(at(folder)).string();
-            if (!isFolder)
-                paths.push_back(path + "\n");
-            else if (std::filesystem::is_empty(entry.path()))
-                paths.push_back(path + "/\n");
+        while (!names.empty()) {
+            const std::size_t end = std::min(names.find('|'), names.size());
+            put(folder + '/' + std::string(names.substr(0, end)));
+            names.remove_prefix(std::min(end + 1, names.size()));
         }
-        std::sort(paths.begin(), paths.end());
-        std::string text;
-        for (const std::string& path : paths)
-            text += path;
-        return text;
     }
 
-    /// What a shell command prints; nothing when it fails.
+    /// The output of a shell command; empty when it fails.
     static std::string run(const std::string& command)
     {
         std::string output;
@@ -92,20 +47,6 @@ public:
             output.append(buffer, got);
         return ::pclose(pipe) == 0 ? output : std::string();
     }
-
-private:
-    std::filesystem::path m_root;
 };
 
 } // namespace luma::test
-
-/// For QCOMPARE, which by itself does not show what differs in a std::string.
-namespace QTest {
-
-template <>
-inline char* toString(const std::string& text)
-{
-    return ::strdup(text.c_str());
-}
-
-} // namespace QTest

@@ -16,7 +16,7 @@ using Files = std::map<std::string, std::string>;
 
 /// A site in a temporary folder of its own, which is removed with everything in it at the end of the test.
 /// Names and contents are bytes; subpaths are relative to the site's folder and have no slash in front.
-class Site final
+class Site
 {
 public:
     explicit Site(const Files& files = {});
