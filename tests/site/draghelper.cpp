@@ -6,7 +6,6 @@
 //         place PANE COLUMN NAME      the middle of a row; below the rows without NAME  X Y
 //         over PANE COLUMN NAME       whether a drag was last seen there          yes or no
 //         log                         what the progress panel says, or "running"  \n as |
-//         dismiss                     presses OK in the progress panel            ok
 //     drag_helper peer PATH...    another program: a window that offers files and takes any
 //         place                                                                   X Y
 //         moves                       how often a drag was seen over it           N
@@ -68,10 +67,6 @@ public:
             return m_site.window->progress().isRunning()
                        ? "running"
                        : m_site.log().replace(QLatin1Char('\n'), QLatin1Char('|'));
-        if (what == "dismiss") {
-            m_site.find<QDialog>("progressPanel").accept();
-            return "ok";
-        }
         if (!m_site.isConnected())
             return "not connected";
         const BrowserController& pane = command.value(1) == "source" ? m_site.source() : m_site.destination();

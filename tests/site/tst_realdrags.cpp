@@ -93,22 +93,11 @@ private:
     }
     void release() const { xdotool("mouseup 1"); }
 
-    void screenshot(const char* name) const
-    {
-        if (qEnvironmentVariableIsSet("LUMA_SCREENSHOTS"))
-            QProcess::execute("import", {"-display", m_display, "-window", "root",
-                                         qEnvironmentVariable("LUMA_SCREENSHOTS") + QLatin1Char('/') +
-                                             QLatin1String(name) + ".png"});
-    }
-
     static void makeSite(const TwoFolders& folders)
     {
+        folders.putAll(".", "sending/a/p.png|sending/b/y.html|receiving/c/z.html|outside/a b%.txt");
         folders.put("sending/index.html", "<a href=a/x.html>");
         folders.put("sending/a/x.html", "<img src=p.png>");
-        folders.put("sending/a/p.png");
-        folders.put("sending/b/y.html");
-        folders.put("receiving/c/z.html");
-        folders.put("outside/a b%.txt");
     }
     static QString path(const TwoFolders& folders, const char* name)
     {
@@ -171,9 +160,6 @@ private slots:
         moveTo(site.ask(QStringList{"place"} + target));
         const bool seen = site.waitFor(QStringList{"over"} + target, "yes");
         nudge();
-        screenshot(qPrintable(
-            QLatin1String("drag, ") +
-            QString::fromUtf8(QTest::currentDataTag()).replace(QLatin1Char(':'), QLatin1Char(','))));
         release();
         if (control)
             xdotool("keyup Control_L");
