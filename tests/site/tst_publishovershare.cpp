@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/files.h"
 #include "mounts/mounts.h"
 #include "tests/site/sitewindow.h"
 #include "tests/support/mainthread.h"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/files.h"
 #include "mounts/volumemounter.h"
 #include "shell/sshcontroller.h"
 #include "tests/site/sitewindow.h"

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/files.h"
 #include "site/rsynccommand.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/registry.h"
