@@ -37,7 +37,9 @@ public:
     SiteWindow(const std::filesystem::path& source, const std::filesystem::path& destination)
         : SiteWindow(std::make_shared<SiteRecord>(QVariantMap{{"sourceDict", localFolder(source)},
                                                               {"destinationDict", localFolder(destination)}}),
-                     {.mounter = std::make_shared<UnavailableMounter>(),
+                     {.remoteLogin = {},
+                      .runShell = {},
+                      .mounter = std::make_shared<UnavailableMounter>(),
                       .excludedFolders = [] { return "old, images"; }})
     {
         if (!QTest::qWaitFor([this] { return isConnected(); }, 60'000))

@@ -12,6 +12,8 @@
 #include <QProcess>
 #include <QTest>
 
+#include <fstream>
+
 namespace fs = std::filesystem;
 using namespace luma;
 using luma::test::runFlow;
