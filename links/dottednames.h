@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -9,16 +10,23 @@
 
 namespace luma {
 
-/// Names whose dots stand for any character but a line feed, as in a regular expression that is a file name
-/// as it is. Finds those that stand at a place of a text without a look at the others: names with their dots
-/// at the same places lie together, where one look-up finds them. Text is UTF-32. No two threads at once.
+/// Names in which a dot matches any character but a line feed, as in a file name used as a regular
+/// expression. All names that match at one place of a text are found at once: names with their dots at the
+/// same places lie in one table, where a single look-up finds them. Text is UTF-32. Any thread may search
+/// once all names are in.
 class DottedNames final
 {
 public:
-    /// `number` is what find() gives for this name; several may have the same name.
-    void add(std::u32string name, std::uint32_t number);
+    /// `number` is what find() passes on for this name. Several names may be equal.
+    void add(std::u32string name, std::uint32_t number)
+    {
+        std::u32string shape = name;
+        std::replace_if(
+            shape.begin(), shape.end(), [](char32_t c) { return c != U'.'; }, U'x');
+        m_shapes[shape][std::move(name)].push_back(number);
+    }
 
-    /// Calls `found(number, end)` for every name that stands at `position`, `end` being the place behind it.
+    /// Calls `found(number, end)` for every name that matches at `position`; `end` is the place after it.
     template <class Found>
     void find(std::u32string_view text, std::size_t position, Found found) const;
 

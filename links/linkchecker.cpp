@@ -13,8 +13,8 @@ namespace {
 
 enum class Answer : std::uint8_t { Yes, No, AskDisk };
 
-// Follows a link through the tree as the system would follow it on the disk. What leads out of the site,
-// through a symbolic link or a folder that could not be read, only the disk can tell.
+// Follows a link through the tree as the system would on the disk. The disk is asked when the link leads out of
+// the site, or through a symbolic link or an unreadable folder.
 Answer existsInTree(const SiteTree& tree, SiteTree::Id folder, std::string_view link)
 {
     using Type = SiteTree::Type;
@@ -55,6 +55,13 @@ void appendLinkLine(std::string& text, const PageFindings& page, const LinkFindi
     if (link.state == LinkState::Missing)
         text.append("    *** MISSING ***");
     text.append("\n");
+}
+
+void appendLines(std::string& text, const PageFindings& page)
+{
+    appendHeaderLine(text, page);
+    for (const LinkFinding& link : page.links)
+        appendLinkLine(text, page, link);
 }
 
 PageFindings LinkChecker::check(SiteTree::Id id)
@@ -138,12 +145,12 @@ LinkState LinkChecker::stateOf(std::string_view value, const std::string& folder
 bool LinkChecker::existsOnDisk(const std::string& path)
 {
     constexpr std::size_t mostRemembered = 16'384;
-    if (m_askedBefore.size() >= mostRemembered)
-        m_askedBefore.clear();
-    const auto [entry, isNew] = m_askedBefore.try_emplace(path, false);
+    if (m_existsOnDisk.size() >= mostRemembered)
+        m_existsOnDisk.clear();
+    const auto [entry, isNew] = m_existsOnDisk.try_emplace(path, false);
     if (isNew) {
         struct stat status = {};
-        // A NUL would cut the path for the system.
+        // The system would read the path only up to a NUL.
         entry->second = path.find('\0') == std::string::npos && ::stat(path.c_str(), &status) == 0;
     }
     return entry->second;

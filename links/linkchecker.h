@@ -15,7 +15,7 @@ namespace luma {
 
 enum class LinkState : std::uint8_t { External, Present, Missing };
 
-/// One link of a page as a report has found it. The value is decoded and without a query after ".php".
+/// One link of a page in a report. Its value is decoded and has no query after ".php".
 struct LinkFinding
 {
     std::uint8_t attribute = 0; // index into linkAttributes
@@ -24,11 +24,11 @@ struct LinkFinding
     std::uint32_t valueLength = 0;
 };
 
-/// What a report has found in one page; links in the order in which they are reported.
+/// What a report found in one page. Links are in the order of linkAttributes, then in document order.
 struct PageFindings
 {
     std::string path;
-    bool isPage = false; // false: not readable or not UTF-8, and nothing is reported
+    bool isPage = false; // false: no readable UTF-8, so nothing is reported
     std::vector<LinkFinding> links;
     std::string values;
 
@@ -38,32 +38,27 @@ struct PageFindings
     }
 };
 
-/// The lines of a report, each with its line feed: the page's path, then one a link.
+/// Append lines of a report, each with its line feed: the page's path, one link, or the path and all links.
 void appendHeaderLine(std::string& text, const PageFindings& page);
 void appendLinkLine(std::string& text, const PageFindings& page, const LinkFinding& link);
+void appendLines(std::string& text, const PageFindings& page);
 
 enum class FindingsKept : std::uint8_t { All, Missing };
 
-/// Reads pages and looks up where their links lead. It keeps buffers and what it has asked the disk, so each
-/// thread has one of its own and uses it for many pages. The tree must outlive it; without one every link is
-/// looked up on the disk.
+/// Reads pages and checks where their links lead. It keeps buffers and answers from the disk, so use one for
+/// many pages, and one for each thread. The tree must outlive it; without a tree every link is looked up on
+/// the disk.
 class LinkChecker final
 {
 public:
     LinkChecker(const SiteTree* tree, FindingsKept kept) : m_tree(tree), m_kept(kept) {}
 
-    /// For the page `id` of the tree.
+    /// Checks the page `id` of the tree.
     PageFindings check(SiteTree::Id id);
-    /// For any page.
+    /// Checks any page; `folder` is the one it is in.
     PageFindings check(const std::string& path, const std::string& folder);
 
 private:
-    struct Found
-    {
-        std::string_view raw;
-        LinkState state;
-    };
-
     PageFindings check(const std::string& path, const std::string& folder, SiteTree::Id folderId);
     void collect(std::string_view source);
     void keep(PageFindings& page, std::size_t attribute, std::string_view raw, const std::string& folder,
@@ -74,8 +69,8 @@ private:
     const SiteTree* m_tree;
     FindingsKept m_kept;
     FileReader m_reader;
-    std::array<std::vector<std::string_view>, linkAttributes.size()> m_links;
-    std::unordered_map<std::string, bool> m_askedBefore;
+    std::array<std::vector<std::string_view>, linkAttributes.size()> m_links; // of one page, as written
+    std::unordered_map<std::string, bool> m_existsOnDisk;                     // by path
 };
 
 } // namespace luma

@@ -7,11 +7,13 @@
 
 #include <QString>
 
+#include <algorithm>
+
 namespace luma {
 
 namespace {
 
-// Folding is worth its while only where the value is long enough.
+// Folding costs more than the look at the length; folded text is at most twice as long.
 bool startsWithFolded(std::string_view raw, std::string_view foldedPrefix)
 {
     if (raw.size() < foldedPrefix.size() / 2)
@@ -21,8 +23,8 @@ bool startsWithFolded(std::string_view raw, std::string_view foldedPrefix)
     return caseFolded(decodeCharacters(raw, ReferenceContext::AttributeValue)).starts_with(foldedPrefix);
 }
 
-} // namespace
-
+// Matches url(...) around `name`, blanks inside the brackets, letter case ignored. Invalid when `name` is no
+// valid pattern or not UTF-8.
 QRegularExpression urlReference(std::string_view name)
 {
     if (!isValidUtf8(name))
@@ -39,14 +41,7 @@ bool matchesIn(const QRegularExpression& expression, std::string_view text)
            expression.match(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))).hasMatch();
 }
 
-bool mayHoldUrlReference(std::string_view text)
-{
-    for (std::size_t i = text.find('('); i != std::string_view::npos; i = text.find('(', i + 1)) {
-        if (i >= 3 && equalIgnoringAsciiCase(text.substr(i - 3, 3), "url"))
-            return true;
-    }
-    return false;
-}
+} // namespace
 
 LinkedFile::LinkedFile(std::filesystem::path target)
     : m_target(std::move(target)), m_name(m_target.filename().native()), m_nameReference(urlReference(m_name))
@@ -89,11 +84,6 @@ bool LinkedFile::isLinkedFromPage(std::string_view source, const std::filesystem
     const std::vector<std::string_view> styles = styleContents(source);
     return std::any_of(styles.begin(), styles.end(),
                        [this](std::string_view style) { return matchesIn(m_pageReference, style); });
-}
-
-bool isLinkedFromSite(const std::filesystem::path& target, const std::filesystem::path& candidate)
-{
-    return LinkedFile(target).isLinkedFrom(candidate);
 }
 
 } // namespace luma

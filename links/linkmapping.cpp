@@ -21,7 +21,7 @@ bool standsOnDisk(const fs::path& path)
     return path.native().find('\0') == std::string::npos && ::stat(path.c_str(), &status) == 0;
 }
 
-// With and without query and fragment.
+// Tried with and without query and fragment.
 bool leadsSomewhere(std::string_view value, const fs::path& folder)
 {
     return standsOnDisk(resolveRelativeLink(value, folder)) ||
@@ -40,7 +40,7 @@ bool isBoundary(std::string_view value, std::size_t position)
            value[position] == '#';
 }
 
-// A run of "../" alone says that the page is inside of the item.
+// A relative path that only climbs means that the page is inside the item.
 bool climbsOnly(std::string_view relative)
 {
     while (relative.starts_with("../"))
@@ -48,7 +48,7 @@ bool climbsOnly(std::string_view relative)
     return relative.empty();
 }
 
-// `text` is put in front of `rest`; where it ends with a slash or is nothing, `rest` brings none.
+// Appends both without doubling the slash between them; after an empty `text` there is none.
 void appendJoined(std::string& value, std::string_view text, std::string_view rest)
 {
     value += text;
@@ -78,8 +78,8 @@ std::string withAllReplaced(std::string_view value, std::string_view old, std::s
     }
 }
 
-// Every occurrence is replaced, as in "a.html?next=a.html"; but not where only the replacement at the begin
-// leads somewhere, as in "a/a.html" when the folder a has moved.
+// Replaces every occurrence, as in "a.html?next=a.html", or the first one alone where only that leads
+// somewhere, as in "a/a.html" when folder a has moved.
 std::string replaced(std::string_view value, std::string_view old, std::string_view replacement,
                      const fs::path& folder)
 {
@@ -115,7 +115,7 @@ LinkMapping::LinkMapping(const std::vector<MovedItem>& items)
     std::string characters;
     for (const std::string& name : names) {
         characters += name;
-        // Line ends, NUL and what stands for it are changed on the way from the source to the value.
+        // Line ends, NUL and the replacement character are not spelled in the source as in the value.
         m_anyBytes = m_anyBytes || name.find_first_of("\r\n") != std::string::npos ||
                      name.find("\xEF\xBF\xBD") != std::string::npos;
     }
@@ -156,7 +156,7 @@ std::optional<fs::path> LinkMapping::oldFolderOf(const fs::path& path) const
 
 const LinkMapping::Item* LinkMapping::itemAt(const std::string& place) const
 {
-    // By the lengths that occur: a hostile place may have a million components.
+    // Tries the lengths that occur, not every parent: a hostile path may have a million components.
     for (const std::size_t length : m_fromLengths) {
         if (length > place.size() || (length < place.size() && place[length] != '/'))
             continue;
@@ -181,7 +181,7 @@ LinkMapping::WrittenItems LinkMapping::writtenFrom(const fs::path& folder) const
     return written;
 }
 
-// A link to something that exists and is not the item only looks like one to the item.
+// A link that begins like the item's path may lead to something else that exists, or to another item.
 bool LinkMapping::isGuarded(const std::string& value, const fs::path& folder, const Item& item) const
 {
     const std::string place = placeOf(value, folder);

@@ -14,49 +14,48 @@
 
 namespace luma {
 
-/// An item's place before and after; absolute paths, spelled alike up to the site's folder.
+/// Where an item was and where it is now; absolute paths with the same spelling up to the site's folder.
 struct MovedItem
 {
     std::filesystem::path from;
     std::filesystem::path to;
 };
 
-/// The link's value for a page that goes from one folder to another, so that it means the same file; the
-/// value itself where it does already, is external, or is no path.
+/// The value that a link needs to lead to the same file when its page moves from one folder to the other; the
+/// old value where that still does, is external or is no path.
 std::string rebasedLink(const std::string& value, const std::filesystem::path& oldFolder,
                         const std::filesystem::path& newFolder);
 
-/// What a set of moved, copied or renamed items means for the links of pages. The items are at their new
-/// places already: whether something stands where a link leads is looked up on the disk. Any thread, once
-/// made.
+/// How links change when items have been moved, copied or renamed. The items must be in their new places
+/// already, because whether a link leads to something is looked up on the disk. Any thread, once made.
 class LinkMapping final
 {
 public:
     explicit LinkMapping(const std::vector<MovedItem>& items);
 
-    /// Whether a page with this source may hold a link to one of the items. A quick look at the bytes.
+    /// Whether a page with this source may have a link to one of the items: a quick search for their names.
     [[nodiscard]] bool mayConcern(std::string_view source) const;
 
-    /// The folder that the page at `path` came from with one of the items; nothing for a page that stayed.
+    /// The folder that the page now at `path` was in before it moved with an item; nothing if it did not move.
     [[nodiscard]] std::optional<std::filesystem::path> oldFolderOf(const std::filesystem::path& path) const;
 
-    /// The changes of a page in `folder` that stayed there: links to the items.
+    /// The changes to a page in `folder` that did not move: its links to the items.
     [[nodiscard]] std::vector<LinkChange> changesOf(const ParsedPage& page,
                                                     const std::filesystem::path& folder) const;
-    /// The changes of a page that came from `oldFolder` with one of the items: links to items that moved, and
-    /// all that would lead elsewhere now.
+    /// The changes to a page that moved from `oldFolder` with an item: its links to the items, and all others
+    /// that would lead elsewhere now.
     [[nodiscard]] std::vector<LinkChange> changesOfMoved(const ParsedPage& page,
                                                          const std::filesystem::path& oldFolder,
                                                          const std::filesystem::path& folder) const;
 
 private:
-    // Its places as comparable paths.
+    // MovedItem with comparable paths.
     struct Item
     {
         std::string from;
         std::string to;
     };
-    // How the pages of one folder write the items: old text to index, and the lengths that occur.
+    // How pages in one folder wrote links to the items: old text to index of the item, and all lengths.
     struct WrittenItems
     {
         std::unordered_map<std::string, std::size_t> byText;
@@ -76,8 +75,8 @@ private:
     std::unordered_map<std::string, std::size_t> m_byFrom;
     std::vector<std::size_t> m_fromLengths; // longest first
     NameSearch m_names;
-    std::vector<std::string> m_references; // named ones that may stand for a part of a name
-    bool m_anyBytes = false;               // a name that may be written in too many ways
+    std::vector<std::string> m_references; // character references that may stand for a part of a name
+    bool m_anyBytes = false;               // some name may be written in too many ways
 };
 
 } // namespace luma

@@ -23,21 +23,6 @@ PageFindings findLinksFrom(const fs::path& page)
         .check(page.native(), folder.empty() ? std::string(".") : folder.native());
 }
 
-void listLinksFrom(const fs::path& page, const LineSink& line)
-{
-    const PageFindings findings = findLinksFrom(page);
-    if (!findings.isPage)
-        return;
-    std::string text;
-    appendHeaderLine(text, findings);
-    line(text);
-    for (const LinkFinding& link : findings.links) {
-        text.clear();
-        appendLinkLine(text, findings, link);
-        line(text);
-    }
-}
-
 Result<bool> findMissingLinks(const fs::path& site, FindingsKept kept, const FindingsSink& page,
                               const StillWanted& stillWanted)
 {

@@ -12,30 +12,23 @@
 
 namespace luma {
 
-/// A line of a report with its line feed.
-using LineSink = std::function<void(std::string_view line)>;
-
-/// Gets the findings of one page.
+/// Receives the findings of one page.
 using FindingsSink = std::function<void(const PageFindings& page)>;
 
-/// Gets a path relative to the site's folder.
+/// Receives a path relative to the site's folder.
 using SubpathSink = std::function<void(const std::string& subpath)>;
 
-/// The links of one page, in the order of the report; of what is no page: none, and isPage is false.
+/// The links of one page. For anything but a page isPage is false and there are none.
 PageFindings findLinksFrom(const std::filesystem::path& page);
 
-/// The same as lines of text. Reports nothing for what is no page.
-void listLinksFrom(const std::filesystem::path& page, const LineSink& line);
-
-/// Hands on every page of the site with its links, in the byte order of the subpaths, on the calling thread;
-/// with FindingsKept::Missing only missing links, and only pages that have one. False when it was no longer
-/// wanted. Error: the site's folder can't be read.
+/// Delivers every page of the site with its links, in the byte order of the subpaths, on the calling thread;
+/// with FindingsKept::Missing only missing links and only pages that have one. False when the report was
+/// stopped. Error: the site's folder can't be read.
 Result<bool> findMissingLinks(const std::filesystem::path& site, FindingsKept kept, const FindingsSink& page,
                               const StillWanted& stillWanted = {});
 
-/// Hands on every file of the site that refers to `target` (isLinkedFromSite), in the byte order of the
-/// subpaths, on the calling thread. False when it was no longer wanted. Error: the site's folder can't be
-/// read.
+/// Delivers every file of the site that refers to `target`, as LinkedFile decides, in the byte order of the
+/// subpaths, on the calling thread. False when the report was stopped. Error: the site's folder can't be read.
 Result<bool> findLinksTo(const std::filesystem::path& site, const std::filesystem::path& target,
                          const SubpathSink& subpath, const StillWanted& stillWanted = {});
 

@@ -1,9 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/linkrules.h"
 
-#include "base/utf8.h"
-#include "html/htmlnames.h"
-
 #include <algorithm>
 #include <vector>
 
@@ -13,7 +10,7 @@ namespace {
 
 using Components = std::vector<std::string_view>;
 
-// The first component of an absolute path is "/"; empty components between and behind slashes are kept.
+// The first component of an absolute path is "/". Empty components between and after slashes are kept.
 Components componentsOf(std::string_view path)
 {
     Components components;

@@ -3,7 +3,7 @@
 
 #include "base/files.h"
 #include "base/orderedwork.h"
-#include "links/linkoperations.h"
+#include "links/rewritepage.h"
 #include "links/sitetree.h"
 
 #include <system_error>
@@ -14,7 +14,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Without slashes at its end, so that it has a last component.
+// Without slashes at the end, so that the path has a last component.
 fs::path trimmed(const fs::path& path)
 {
     std::string text = path.native();
@@ -23,8 +23,8 @@ fs::path trimmed(const fs::path& path)
     return text;
 }
 
-// A page that is a symbolic link to another item of the site is rewritten there, under its own name.
-bool isOtherNameInside(const SiteTree& tree, SiteTree::Id page)
+// A symbolic link into the site: the page is rewritten under its real path.
+bool isLinkIntoSite(const SiteTree& tree, SiteTree::Id page)
 {
     if (tree.type(page) != SiteTree::Type::LinkToFile)
         return false;
@@ -34,7 +34,7 @@ bool isOtherNameInside(const SiteTree& tree, SiteTree::Id page)
     return !error && isAtOrBelow(real.native(), root.native());
 }
 
-// The new source of one page.
+// Gives the new source of one page.
 class PageUpdate final
 {
 public:
@@ -85,7 +85,7 @@ bool LinkUpdatingMove::moveItemTo(MoveOutcome& outcome, MoveOperation operation,
 {
     const std::string name = target.filename().native();
     bool clash = false;
-    // Stays so when nobody runs the operation any more.
+    // Remains if the operation is dropped.
     Result<void> done = Error{item.native() + ": not moved"};
     const auto act = [&] {
         clash = itemExists(target);
@@ -129,7 +129,7 @@ MoveOutcome LinkUpdatingMove::rename(const fs::path& item, const std::string& ne
     const fs::path from = trimmed(item);
     const fs::path to = from.parent_path() / newName;
     if (newName.empty() || newName == "." || newName == ".." || newName.find('/') != std::string::npos)
-        report(outcome, {MoveProblem::Kind::NotMoved, from, "\"" + newName + "\" is no name for a file"});
+        report(outcome, {MoveProblem::Kind::NotMoved, from, "\"" + newName + "\" is not a valid file name"});
     else if (moveItemTo(outcome, MoveOperation::Move, from, to))
         return updateAfterRename(from, to);
     return outcome;
@@ -143,7 +143,7 @@ MoveOutcome LinkUpdatingMove::updateAfterRename(const fs::path& oldPath, const f
     outcome.moved.push_back({from, to});
     log("Updating links from: " + from.filename().native() + " to " + to.filename().native() + "\n\n");
     log("Updating links to: " + from.filename().native() + "\n\n");
-    // The item has stayed in its folder, so what its pages link to is where it was.
+    // The item is still in its folder, so the links of its own pages are right.
     updateLinks(outcome, MovedPages::Kept);
     log("\nDone");
     return outcome;
@@ -165,7 +165,7 @@ void LinkUpdatingMove::updateLinks(MoveOutcome& outcome, MovedPages movedPages)
     OrderedWork<Result<bool>> work(pages.size(), m_callbacks.stillWanted);
     const bool complete = work.run(
         [&](std::size_t index, std::size_t) -> Result<bool> {
-            if (isOtherNameInside(*tree, pages[index]))
+            if (isLinkIntoSite(*tree, pages[index]))
                 return false;
             const fs::path page = tree->path(pages[index]);
             return rewritePage(page, PageUpdate(mapping, page, movedPages == MovedPages::Rebased));

@@ -15,36 +15,36 @@ namespace luma {
 
 enum class MoveOperation : std::uint8_t { Move, Copy };
 
-/// Something that a move could not do; it went on with the rest.
+/// Something that a move could not do. It went on with the rest.
 struct MoveProblem
 {
     enum class Kind : std::uint8_t {
-        Clash,        // something of that name stands in the target folder
+        Clash,        // the target folder has something of that name
         NotMoved,     // the file system refused to move or copy the item
-        NotRewritten, // a page's links should have changed; it stays as it was
+        NotRewritten, // a page's links could not be changed; the page is unchanged
         SiteUnreadable
     };
     Kind kind = Kind::NotMoved;
     std::filesystem::path path;
-    std::string text; // for the reader, without line feed
+    std::string text; // for the user, without line feed
 };
 
-/// What came of it.
+/// What a move did.
 struct MoveOutcome
 {
     std::vector<MovedItem> moved;
-    std::vector<std::filesystem::path>
-        rewritten; // pages, in the byte order of their subpaths, where they are now
+    // Pages, at their new places, in the byte order of their subpaths.
+    std::vector<std::filesystem::path> rewritten;
     std::vector<MoveProblem> problems;
-    bool complete = true; // false: it was no longer wanted
+    bool complete = true; // false: stopped
 };
 
-/// Moves, copies or renames items of a site and keeps the links right: pages that moved go on meaning the
-/// same files, links to what moved are rewritten in every page of the site. After a copy links lead to the
-/// copy. All file operations come first, then one pass over the pages, each of which is read once at most.
+/// Moves, copies or renames items of a site and keeps the links right: links in pages that move keep their
+/// targets, and links to the items are rewritten in every page of the site (after a copy they lead to the copy).
+/// All file operations come first, then one pass over the pages, which reads each page at most once.
 ///
-/// Run it on a background thread; it uses the other cores too. The callables are called on the thread that
-/// runs it, in order, but for stillWanted. There is no way back: what was done when it is stopped stays.
+/// Run it on a background thread; it uses the other cores too. The callbacks run on that thread, in order, but
+/// for stillWanted. When it is stopped, what has been done stays: there is no undo.
 class LinkUpdatingMove final
 {
 public:
@@ -52,16 +52,16 @@ public:
     {
         /// Text for the log, with its line feeds.
         std::function<void(const std::string& text)> log;
-        /// At once when a problem is met; MoveOutcome holds them all.
+        /// Called as soon as a problem occurs; MoveOutcome holds them all.
         std::function<void(const MoveProblem& problem)> problem;
-        /// Runs a file operation, on the main thread for instance; without it it is just called. An operation
-        /// that it does not run counts as failed.
+        /// Runs a file operation, for example on the main thread; an operation that it drops has failed. If it
+        /// is empty, operations run in place.
         std::function<void(const std::function<void()>& operation)> fileOperation;
         StillWanted stillWanted;
     };
 
-    /// `site` is the folder whose pages are looked through, as an absolute path; items and folders are
-    /// spelled with the same beginning where they are inside of it.
+    /// `site` is the folder whose pages are searched, as an absolute path. Items and folders inside it must
+    /// begin with it, in the same spelling.
     LinkUpdatingMove(const std::filesystem::path& site, Callbacks callbacks);
 
     /// Moves or copies the items into `folder` and updates the links.
@@ -71,7 +71,7 @@ public:
     /// Renames an item within its folder and updates the links.
     MoveOutcome rename(const std::filesystem::path& item, const std::string& newName);
 
-    /// Updates the links to an item that has been renamed already.
+    /// Updates the links to an item that was renamed already.
     MoveOutcome updateAfterRename(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
 
 private:

@@ -10,8 +10,8 @@
 
 namespace luma {
 
-/// Finds all of many names in a text in one pass. For each name it keeps the rarest few bytes of it, and only
-/// where a text holds these the name itself is compared. Unchanging once made, so any thread may search.
+/// Finds many names in a text in one pass. It looks for the rarest few bytes of each name (its anchor) and
+/// compares the name only where they occur. It never changes, so any thread may search.
 class NameSearch final
 {
 public:
@@ -21,8 +21,7 @@ public:
 
     [[nodiscard]] const std::vector<std::string>& names() const { return m_names; }
 
-    /// Calls found(index) for every place in `text` where the name of that index stands; stops when it
-    /// answers false.
+    /// Calls found(index of the name) for every place in `text` where a name occurs, until it returns false.
     template <class Found>
     void search(std::string_view text, Found found) const;
 
@@ -46,13 +45,13 @@ private:
         std::uint32_t offset = 0; // of the gram in the name
     };
 
-    // All names whose grams are of one width: names of at least that length and less than twice of it, but
-    // for the widest.
+    // The names whose anchors have one width: at least that long and, but for the widest, less than twice
+    // as long.
     struct Group
     {
         std::vector<Anchor> anchors;      // sorted by gram
-        std::vector<std::uint32_t> table; // by hash: index of a gram's first anchor, plus 1
-        std::vector<std::uint64_t> bits;  // by hash: whether any gram has it
+        std::vector<std::uint32_t> table; // by hash: index of a gram's first anchor plus 1, or 0
+        std::vector<std::uint64_t> bits;  // by hash: whether a gram has it
         unsigned bitShift = 64;
         unsigned tableShift = 64;
 

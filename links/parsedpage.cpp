@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/parsedpage.h"
 
-#include "base/files.h"
 #include "base/utf8.h"
 #include "html/characterreferences.h"
 
@@ -12,7 +11,7 @@ namespace luma {
 
 namespace {
 
-// `raw` lies in `source`.
+// `raw` is a part of `source`.
 std::size_t offsetIn(std::string_view source, std::string_view raw)
 {
     return static_cast<std::size_t>(raw.data() - source.data());
@@ -35,12 +34,12 @@ std::string escaped(std::string_view text, Quotes quotes)
     return raw;
 }
 
-// A new value beside the old one: what stands at both ends keeps its spelling.
+// A new value, split by what it shares with the old one.
 struct ValueParts
 {
-    std::string_view before;  // as written
+    std::string_view before;  // shared, as written
     std::string_view changed; // decoded
-    std::string_view after;   // as written
+    std::string_view after;   // shared, as written
 };
 
 ValueParts partsOf(std::string_view raw, std::string_view old, std::string_view value)
@@ -63,7 +62,7 @@ ValueParts partsOf(std::string_view raw, std::string_view old, std::string_view 
             raw.substr(first->raw)};
 }
 
-// Quotes are added only where the value can't do without.
+// Quotes are added only where the value needs them.
 Quotes quotesFor(Quotes old, const ValueParts& parts)
 {
     if (old == Quotes::Double || old == Quotes::Single)
@@ -77,15 +76,14 @@ Quotes quotesFor(Quotes old, const ValueParts& parts)
     return bare ? Quotes::None : Quotes::Double;
 }
 
-// The new value of one link as it goes into the source in place of the old one.
+// What replaces the bytes of the old value in the source.
 std::string writtenValue(const PageLink& link, std::string_view raw, std::string_view value)
 {
     const ValueParts parts = partsOf(raw, link.value, value);
     const Quotes quotes = quotesFor(link.quotes, parts);
     std::string written =
         std::string(parts.before).append(escaped(parts.changed, quotes)).append(parts.after);
-    // A reference without a semicolon may swallow what now follows it, and a quote may stand in the wrong
-    // place.
+    // A reference without a semicolon may take in what now follows it, and a kept quote may end the value.
     const bool mixesQuotes =
         link.quotes == Quotes::None && quotes == Quotes::Double && written.find('"') != std::string::npos;
     if (mixesQuotes || decodeCharacters(written, ReferenceContext::AttributeValue) != value)
@@ -126,12 +124,9 @@ std::optional<ParsedPage> parsePage(std::string source)
     return page;
 }
 
-std::optional<ParsedPage> parsePageFile(const std::filesystem::path& path)
+bool isStyleTag(const HtmlToken& tag)
 {
-    auto source = readFile(path);
-    if (!source)
-        return std::nullopt;
-    return parsePage(*std::move(source));
+    return tag.name.size() == 5 && equalIgnoringAsciiCase(tag.name, "style");
 }
 
 std::vector<std::string_view> styleContents(std::string_view source)
@@ -147,11 +142,9 @@ std::vector<std::string_view> styleContents(std::string_view source)
         open = false;
     };
     while (scanner.next(token)) {
-        if (token.name.size() != 5 || !equalIgnoringAsciiCase(token.name, "style"))
-            continue;
-        if (token.kind == HtmlTokenKind::EndTag) {
+        if (token.kind == HtmlTokenKind::EndTag && isStyleTag(token)) {
             close(token.begin);
-        } else if (token.kind == HtmlTokenKind::StartTag && !open) {
+        } else if (token.kind == HtmlTokenKind::StartTag && !open && isStyleTag(token)) {
             open = true;
             begin = token.end;
         }

@@ -25,7 +25,7 @@ using OpenFolder = std::unique_ptr<DIR, FolderCloser>;
 
 struct Item
 {
-    std::string sortKey; // the name; a folder's with the slash that follows it in the subpaths below it
+    std::string sortKey; // the name; a folder's has the slash that follows it in subpaths
     SiteTree::Type type;
 
     [[nodiscard]] bool isFolder() const { return type == SiteTree::Type::Folder; }
@@ -107,7 +107,7 @@ void SiteTree::addFolder(Id folder, const std::string& path, const StillWanted& 
         return;
     }
     const std::vector<Item> items = itemsOf(open.get(), path);
-    // Closed before going down: the depth of a site must not use up the process's files.
+    // Closed before the recursion, so that a deep site does not use up the file descriptors.
     open.reset();
     for (const Item& item : items) {
         const Id id = add(folder, item.name(), item.type);

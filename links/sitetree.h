@@ -13,9 +13,9 @@
 
 namespace luma {
 
-/// What stands below a site's folder, as it was when it was read: hidden items too, symbolic links not
-/// followed,
-/// ".DS_Store" left out. Reports ask it instead of the disk. Unchanging once read, so any thread may ask.
+/// Everything below a site's folder at the time it was read, with hidden items but without ".DS_Store";
+/// symbolic links are not followed. Reports use it instead of the disk. It never changes, so any thread may use
+/// it.
 class SiteTree final
 {
 public:
@@ -25,25 +25,25 @@ public:
 
     enum class Type : std::uint8_t { File, Folder, LinkToFile, LinkToFolder, BrokenLink, UnreadableFolder };
 
-    /// Error: the site's folder itself can't be read, or the job is no longer wanted. A folder inside that
-    /// can't be read counts as empty.
+    /// Error: the site's folder can't be read, or the job was stopped. An unreadable folder below it counts as
+    /// empty.
     static Result<SiteTree> read(const std::filesystem::path& root, const StillWanted& stillWanted = {});
 
-    /// Everything but folders, in the byte order of the subpaths.
+    /// All items but folders and symbolic links to folders, in the byte order of the subpaths.
     [[nodiscard]] const std::vector<Id>& files() const { return m_files; }
-    /// The pages among them.
+    /// Those that are pages.
     [[nodiscard]] std::vector<Id> pages() const;
     [[nodiscard]] std::size_t size() const { return m_entries.size(); }
 
     [[nodiscard]] const std::string& rootPath() const { return m_rootPath; }
-    /// Relative to the site's folder, without a slash in front.
+    /// The path relative to the site's folder.
     [[nodiscard]] std::string subpath(Id id) const;
     [[nodiscard]] std::string path(Id id) const;
     [[nodiscard]] std::string_view name(Id id) const;
     [[nodiscard]] Id parent(Id id) const { return m_entries[id].parent; }
     [[nodiscard]] Type type(Id id) const { return m_entries[id].type; }
     [[nodiscard]] FileKind kind(Id id) const { return m_entries[id].kind; }
-    /// The item of this name directly in `folder`, or none.
+    /// The item with this name in `folder`, or none.
     [[nodiscard]] Id child(Id folder, std::string_view name) const;
     /// The item at `subpath`, or none.
     [[nodiscard]] Id find(std::string_view subpath) const;

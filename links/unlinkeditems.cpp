@@ -5,15 +5,19 @@
 #include "base/orderedwork.h"
 #include "base/utf8.h"
 #include "html/characterreferences.h"
+#include "links/attributelinks.h"
 #include "links/bytehash.h"
-#include "links/excludedfolders.h"
 #include "links/linkedfile.h"
-#include "links/linkindex.h"
 #include "links/namesearch.h"
 #include "links/parsedpage.h"
+#include "links/urlreferences.h"
 
+#include <QRegularExpression>
+#include <QString>
+#include <QStringList>
+
+#include <algorithm>
 #include <map>
-#include <set>
 
 namespace luma {
 
@@ -23,29 +27,71 @@ namespace {
 
 using Id = SiteTree::Id;
 
-// What one file gives for the work that follows the reading.
+QString textOf(std::string_view bytes)
+{
+    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+}
+
+// The folders at the top of the site that the report leaves out.
+class ExcludedFolders final
+{
+public:
+    explicit ExcludedFolders(std::string_view names)
+    {
+        const QStringList parts = textOf(names).split(QLatin1Char(','));
+        for (const QString& part : parts) {
+            const QString name = part.trimmed();
+            if (name.isEmpty())
+                continue;
+            const QRegularExpression expression = startingWith(name);
+            m_expressions.push_back(expression.isValid() ? expression
+                                                         : startingWith(QRegularExpression::escape(name)));
+        }
+    }
+
+    [[nodiscard]] bool contain(std::string_view subpath) const
+    {
+        const QString text = m_expressions.empty() ? QString() : textOf(subpath);
+        return std::any_of(
+            m_expressions.begin(), m_expressions.end(),
+            [&](const QRegularExpression& expression) { return expression.match(text).hasMatch(); });
+    }
+
+private:
+    static QRegularExpression startingWith(const QString& name)
+    {
+        return QRegularExpression(QLatin1Char('^') + name + QLatin1Char('/'),
+                                  QRegularExpression::CaseInsensitiveOption);
+    }
+
+    std::vector<QRegularExpression> m_expressions;
+};
+
+// What the scan of one file leaves for the calling thread.
 struct FileReferences
 {
     bool hasStyle = false;
     std::vector<std::string> references; // url(...)
 };
 
-// Reads pages and style sheets; each thread has one.
+// Reads pages and style sheets. Each thread has its own.
 class ReferenceReader final
 {
 public:
-    ReferenceReader(LinkIndex& index) : m_index(&index) {}
+    ReferenceReader(const SiteTree& tree, AttributeLinks& links, const UrlReferences& references)
+        : m_tree(&tree), m_links(&links), m_urlReferences(&references)
+    {}
 
     FileReferences read(Id file)
     {
-        const FileKind kind = m_index->tree().kind(file);
+        const FileKind kind = m_tree->kind(file);
         if (kind != FileKind::Page && kind != FileKind::StyleSheet)
             return {};
-        const auto text = m_reader.read(m_index->tree().path(file));
+        const auto text = m_reader.read(m_tree->path(file));
         if (!text || !isValidUtf8(*text))
             return {};
         if (kind == FileKind::Page)
-            return readPage(*text, m_index->tree().parent(file));
+            return readPage(*text, m_tree->parent(file));
         FileReferences sheet;
         addReferences(sheet, *text, SiteTree::none);
         return sheet;
@@ -60,14 +106,13 @@ private:
         while (scanner.next(token)) {
             if (token.kind != HtmlTokenKind::StartTag)
                 continue;
-            page.hasStyle =
-                page.hasStyle || (token.name.size() == 5 && equalIgnoringAsciiCase(token.name, "style"));
+            page.hasStyle = page.hasStyle || isStyleTag(token);
             forEachLinkOf(token, [&](std::size_t, const HtmlAttribute& attribute) {
                 if (needsDecoding(attribute.value))
-                    m_index->markLinkedBy(decodeCharacters(attribute.value, ReferenceContext::AttributeValue),
-                                          folder, m_seen);
+                    m_links->mark(decodeCharacters(attribute.value, ReferenceContext::AttributeValue), folder,
+                                  m_seenValues);
                 else
-                    m_index->markLinkedBy(attribute.value, folder, m_seen);
+                    m_links->mark(attribute.value, folder, m_seenValues);
             });
         }
         if (page.hasStyle) {
@@ -79,15 +124,17 @@ private:
 
     void addReferences(FileReferences& file, std::string_view text, Id folder)
     {
-        for (const std::string_view reference : m_index->references(text)) {
+        for (const std::string_view reference : m_urlReferences->in(text)) {
             if (m_seenReferences.insert(hashBytes(reference, folder)))
                 file.references.emplace_back(reference);
         }
     }
 
-    LinkIndex* m_index;
-    LinkIndex::Seen m_seen;
-    LinkIndex::Seen m_seenReferences;
+    const SiteTree* m_tree;
+    AttributeLinks* m_links;
+    const UrlReferences* m_urlReferences;
+    SeenHashes m_seenValues;
+    SeenHashes m_seenReferences;
     FileReader m_reader;
 };
 
@@ -96,17 +143,17 @@ class UnlinkedItems final
 {
 public:
     UnlinkedItems(const SiteTree& tree, const UnlinkedItemsCallbacks& callbacks)
-        : m_tree(tree), m_callbacks(callbacks), m_index(tree)
+        : m_tree(tree), m_callbacks(callbacks), m_index(tree), m_links(m_index), m_urlReferences(m_index)
     {}
 
-    // Each step is false when the report is no longer wanted.
+    // Each step is false when the report was stopped.
     bool run(const ExcludedFolders& excluded)
     {
         for (const Id file : m_tree.files()) {
             if (!excluded.contain(m_tree.subpath(file)))
-                m_asked.push_back(file);
+                m_candidates.push_back(file);
         }
-        return readPagesAndSheets() && searchTexts() && tellRows();
+        return readPagesAndSheets() && searchTexts() && deliverRows();
     }
 
 private:
@@ -116,7 +163,7 @@ private:
         const std::vector<Id>& files = m_tree.files();
         std::vector<ReferenceReader> readers;
         for (std::size_t worker = 0; worker < Work::workerCount(); ++worker)
-            readers.emplace_back(m_index);
+            readers.emplace_back(m_tree, m_links, m_urlReferences);
         return Work(files.size(), m_callbacks.stillWanted)
             .run([&](std::size_t i, std::size_t worker) { return readers[worker].read(files[i]); },
                  [&](std::size_t i, const FileReferences& found) { takeReferences(files[i], found); });
@@ -129,17 +176,17 @@ private:
             m_styled.push_back(file);
         for (const std::string& reference : found.references) {
             if (m_tree.kind(file) == FileKind::Page)
-                m_index.markReferencedBy(reference, m_tree.parent(file));
+                m_urlReferences.markFromPage(reference, m_tree.parent(file));
             else
-                m_index.markNamedBy(reference);
+                m_urlReferences.markFromSheet(reference);
         }
     }
 
-    // Texts and scripts: one pass over each for all names that nothing has spoken for yet.
+    // Reads each plain-text file once and looks for the names of all files that are still unlinked.
     bool searchTexts()
     {
         std::map<std::string, std::vector<Id>> filesByName;
-        for (const Id file : m_asked) {
+        for (const Id file : m_candidates) {
             if (!m_index.isLinked(file))
                 filesByName[std::string(m_tree.name(file))].push_back(file);
         }
@@ -175,12 +222,11 @@ private:
         return true;
     }
 
-    // In the order of the listing, each row as soon as it is sure. Stopped here, the rows so far stand.
-    bool tellRows()
+    bool deliverRows()
     {
-        for (const Id file : m_asked) {
-            if (!m_index.isLinked(file) && !LinkIndex::isPlainPattern(m_tree.subpath(file)))
-                askForPattern(file);
+        for (const Id file : m_candidates) {
+            if (!m_index.isLinked(file) && !UrlReferences::isPlainPattern(m_tree.subpath(file)))
+                searchStylesFor(file);
             if (!isWanted(m_callbacks.stillWanted))
                 return false;
             if (!m_index.isLinked(file) && m_callbacks.row)
@@ -189,8 +235,8 @@ private:
         return true;
     }
 
-    // A path that is a pattern may match anywhere in a style element or sheet.
-    void askForPattern(Id file)
+    // A path that is a real pattern may match anywhere in a style element or style sheet.
+    void searchStylesFor(Id file)
     {
         examining(file);
         LinkedFile target(m_tree.path(file));
@@ -213,8 +259,10 @@ private:
     const SiteTree& m_tree;
     const UnlinkedItemsCallbacks& m_callbacks;
     LinkIndex m_index;
-    std::vector<Id> m_asked;
-    std::vector<Id> m_styled; // style sheets, and pages with a style element
+    AttributeLinks m_links;
+    UrlReferences m_urlReferences;
+    std::vector<Id> m_candidates; // files that the report may list
+    std::vector<Id> m_styled;     // style sheets, and pages with a style element
 };
 
 } // namespace

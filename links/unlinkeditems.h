@@ -11,24 +11,24 @@
 
 namespace luma {
 
-/// What the report on unlinked items tells while it runs, on the calling thread. Either may be empty.
+/// What the report on unlinked items calls while it runs, on the calling thread but for stillWanted. All may
+/// be empty.
 struct UnlinkedItemsCallbacks
 {
-    /// The file that is being looked through.
+    /// The file being examined.
     std::function<void(const std::string& subpath)> examining;
-    /// An unlinked file, in the byte order of the subpaths. Before all files have been looked through nobody
-    /// knows of one; rows that came before a stop are right.
+    /// An unlinked file, in the byte order of the subpaths. Rows arrive only after the scan of all files; those
+    /// delivered before a stop are valid.
     std::function<void(const std::string& subpath)> row;
     StillWanted stillWanted;
 };
 
-/// Finds the files of a site that no file of it refers to, in the sense of isLinkedFromSite. Every file is
-/// read once (but for those with characters special to regular expressions in their names, which are asked
-/// for one by one when nothing else speaks for them).
+/// Finds the files of a site that no file of it refers to, as LinkedFile decides. Every file is read once; only
+/// for names with characters special to regular expressions are style elements and style sheets read again.
 ///
-/// `excludedFolders` are names with commas between, regular expressions with letter case ignored: what is
-/// below such a folder at the top of the site is not reported, though its links count. One that is no valid
-/// expression is taken literally. False when it was no longer wanted. Error: the site's folder can't be read.
+/// `excludedFolders` are folders at the top of the site, separated by commas, each a regular expression with
+/// letter case ignored (taken literally if it is invalid). Files below them are not reported, but their links
+/// count. False when the report was stopped. Error: the site's folder can't be read.
 Result<bool> findUnlinkedItems(const std::filesystem::path& site, std::string_view excludedFolders,
                                const UnlinkedItemsCallbacks& callbacks);
 

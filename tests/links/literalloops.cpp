@@ -11,7 +11,7 @@
 #include <gumbo.h>
 
 #include <algorithm>
-#include <map>
+#include <array>
 
 namespace luma::test {
 
@@ -30,7 +30,7 @@ struct Candidate
 
 struct PageTree
 {
-    std::vector<std::string> links[3];
+    std::array<std::vector<std::string>, linkAttributes.size()> links;
     std::vector<std::string> styles;
 };
 
@@ -51,7 +51,7 @@ PageTree treeOf(const std::string& source)
             const std::string name(linkAttributes.at(i));
             if (const GumboAttribute* const attribute =
                     gumbo_get_attribute(&node->v.element.attributes, name.c_str()))
-                tree.links[i].emplace_back(attribute->value);
+                tree.links.at(i).emplace_back(attribute->value);
         }
         const GumboVector& children = node->v.element.children;
         if (node->v.element.tag == GUMBO_TAG_STYLE && children.length > 0)
@@ -127,7 +127,7 @@ std::vector<std::string> linksByGumbo(const std::string& source)
     std::vector<std::string> lines;
     const PageTree tree = treeOf(source);
     for (std::size_t i = 0; i < linkAttributes.size(); ++i) {
-        for (const std::string& link : tree.links[i])
+        for (const std::string& link : tree.links.at(i))
             lines.push_back(std::string(linkAttributes.at(i)) + " : " + link);
     }
     return lines;

@@ -7,12 +7,12 @@
 
 namespace luma::test {
 
-/// The subpaths of the files of a site to which no file of it refers, in byte order, found the plain way:
-/// every file is asked about every other, with regular expressions and a prefix test on each link of a tree
-/// that libgumbo has built. Nothing of it is shared with the index.
+/// The subpaths of the files of a site that no file of it refers to, in byte order, found the plain way: every
+/// file is compared with every other, by regular expressions and a prefix test on each link of a tree built by
+/// libgumbo. It shares nothing with the index.
 std::vector<std::string> unlinkedByLiteralLoops(const std::filesystem::path& site);
 
-/// The values of a page's links in libgumbo's tree: attribute by attribute, in document order, a line each.
+/// The links of a page in libgumbo's tree as "ATTRIBUTE : VALUE", in the order of ParsedPage::links.
 std::vector<std::string> linksByGumbo(const std::string& source);
 
 } // namespace luma::test

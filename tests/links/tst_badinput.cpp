@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "links/linkoperations.h"
 #include "links/linkreports.h"
 #include "links/linkupdatingmove.h"
+#include "links/rewritepage.h"
 #include "links/unlinkeditems.h"
 #include "tests/support/registry.h"
 #include "tests/support/site.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "links/linkoperations.h"
+#include "links/rewritepage.h"
 
 #include "base/files.h"
 
@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// What tells one state of a file from the next.
+// Differs when the file was written or replaced in between.
 struct FileState
 {
     dev_t device;
@@ -38,18 +38,7 @@ std::optional<FileState> stateOf(const fs::path& path)
 
 } // namespace
 
-std::string rebaseLinks(const ParsedPage& page, const fs::path& oldFolder, const fs::path& newFolder)
-{
-    std::vector<LinkChange> changes;
-    for (std::size_t i = 0; i < page.links.size(); ++i) {
-        std::string value = rebasedLink(page.links[i].value, oldFolder, newFolder);
-        if (value != page.links[i].value)
-            changes.push_back({i, std::move(value)});
-    }
-    return withChangedLinks(page, std::move(changes));
-}
-
-Result<bool> rewritePage(const fs::path& page, const PageChanges& changed)
+Result<bool> rewritePage(const fs::path& page, const PageChanges& changes)
 {
     constexpr int mostAttempts = 3;
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
@@ -57,7 +46,7 @@ Result<bool> rewritePage(const fs::path& page, const PageChanges& changed)
         const auto source = readFile(page);
         if (!before || !source)
             return false;
-        const std::string result = changed(*source);
+        const std::string result = changes(*source);
         if (result == *source)
             return false;
         const auto now = stateOf(page);
@@ -69,20 +58,7 @@ Result<bool> rewritePage(const fs::path& page, const PageChanges& changed)
             return written.error();
         return true;
     }
-    return Error{page.string() + ": is being changed by somebody else"};
-}
-
-Result<bool> updateLinksTo(const fs::path& page, const fs::path& oldTarget, const fs::path& newTarget)
-{
-    const LinkMapping mapping({{oldTarget, newTarget}});
-    return rewritePage(page, [&](std::string source) {
-        if (!mapping.mayConcern(source))
-            return source;
-        const auto parsed = parsePage(source);
-        if (!parsed)
-            return source;
-        return withChangedLinks(*parsed, mapping.changesOf(*parsed, page.parent_path()));
-    });
+    return Error{page.string() + ": keeps being changed by another program"};
 }
 
 } // namespace luma
