@@ -23,11 +23,9 @@ ExitCode run(const std::vector<std::string>& arguments)
     StandardOutput output;
     bool anyMissing = false;
     const auto show = [&](const PageFindings& page) {
-        appendHeaderLine(output.text(), page);
-        for (const LinkFinding& link : page.links) {
+        appendLines(output.text(), page);
+        for (const LinkFinding& link : page.links)
             anyMissing = anyMissing || link.state == LinkState::Missing;
-            appendLinkLine(output.text(), page, link);
-        }
         output.flushIfLarge();
     };
     const FindingsKept kept = line.has("--missing") ? FindingsKept::Missing : FindingsKept::All;
@@ -40,11 +38,11 @@ ExitCode run(const std::vector<std::string>& arguments)
 
 const LumactlCommand checkCommand = {"check", "SITE [--missing]",
                                      "list the links of all pages of a site, missing ones marked",
-                                     "Prints every page's path and its links as links-from does.\n"
+                                     "Prints the path and the links of every page, as links-from does.\n"
                                      "\n"
                                      "  --missing    only missing links, and only pages that have one\n"
                                      "\n"
-                                     "The exit code is 1 when a link is missing.\n",
+                                     "The exit code is 1 if a link is missing.\n",
                                      run};
 
 } // namespace luma

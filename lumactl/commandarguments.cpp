@@ -19,6 +19,14 @@ bool contains(const List& list, std::string_view name)
     return std::find(list.begin(), list.end(), name) != list.end();
 }
 
+// Without "." and ".."; symbolic links stay as they are.
+fs::path absolutePath(const fs::path& path)
+{
+    std::error_code error;
+    fs::path absolute = fs::absolute(path, error).lexically_normal();
+    return absolute.has_filename() || absolute == absolute.root_path() ? absolute : absolute.parent_path();
+}
+
 } // namespace
 
 CommandArguments::CommandArguments(const std::vector<std::string>& arguments,
@@ -69,19 +77,12 @@ std::vector<std::string> CommandArguments::values(std::string_view name) const
     return values;
 }
 
-fs::path absolutePath(const fs::path& path)
-{
-    std::error_code error;
-    fs::path absolute = fs::absolute(path, error).lexically_normal();
-    return absolute.has_filename() || absolute == absolute.root_path() ? absolute : absolute.parent_path();
-}
-
 std::optional<fs::path> siteFolder(const std::string& argument)
 {
     std::error_code error;
     const fs::path site = absolutePath(argument);
     if (!argument.empty() && fs::is_directory(site, error)) {
-        // Before anything is moved: a site that can't be listed can't have its links updated.
+        // In a site that can't be listed no links can be updated, so nothing may be moved.
         const fs::directory_iterator entries(site, error);
         if (!error)
             return site;

@@ -17,16 +17,14 @@ ExitCode run(const std::vector<std::string>& arguments)
     if (line.operands().size() != 1)
         return wrongUsage(linksFromCommand, "one page is needed");
     const std::string& page = line.operands().front();
-    // A report about nothing would look like a page without links.
+    // An unreadable file must not look like a page without links.
     if (const auto source = readFile(page); !source)
         return unusable(source.error().text);
     const PageFindings findings = findLinksFrom(page);
     if (!findings.isPage)
-        return unusable(page + ": not a page");
+        return unusable(page + ": Not a page");
     StandardOutput output;
-    appendHeaderLine(output.text(), findings);
-    for (const LinkFinding& link : findings.links)
-        appendLinkLine(output.text(), findings, link);
+    appendLines(output.text(), findings);
     return output.finish() ? ExitCode::Ok : ExitCode::Found;
 }
 
@@ -34,8 +32,8 @@ ExitCode run(const std::vector<std::string>& arguments)
 
 const LumactlCommand linksFromCommand = {
     "links-from", "PAGE", "list the links of one page",
-    "Prints the page's path and then a line for each link, first all of href, then\n"
-    "src, then background. A link that leads to no file or folder is marked.\n",
+    "Prints the page's path and then one line for each link, grouped by attribute,\n"
+    "href first. A link that leads to no file or folder is marked.\n",
     run};
 
 } // namespace luma

@@ -21,7 +21,7 @@ ExitCode run(const std::vector<std::string>& arguments)
         return ExitCode::Unusable;
     const std::filesystem::path target = itemPath(*site, line.operands()[1]);
     if (!itemExists(target))
-        return unusable(line.operands()[1] + ": no such file");
+        return unusable(line.operands()[1] + ": No such file");
     StandardOutput output;
     const auto show = [&output](const std::string& subpath) {
         output.text().append(subpath).append("\n");
@@ -36,9 +36,9 @@ ExitCode run(const std::vector<std::string>& arguments)
 
 const LumactlCommand linksToCommand = {
     "links-to", "SITE FILE", "list the files of a site that refer to one of its files",
-    "FILE is a subpath of SITE, or any other path to the file. Pages refer to it by\n"
-    "a link or in a style element, style sheets by url(...), texts and scripts by\n"
-    "holding its name. Prints a subpath a line.\n",
+    "FILE is a subpath of SITE, or any other path to the file. A page refers to it by\n"
+    "a link or in a style element, a style sheet by url(...), a text or script by\n"
+    "containing its name. Prints one subpath a line.\n",
     run};
 
 } // namespace luma

@@ -1,27 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <span>
+#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace luma {
 
-/// What lumactl gives back to the shell.
+/// What lumactl returns to the shell.
 enum class ExitCode : int {
     Ok = 0,
-    Found = 1,   // something is missing, unlinked or could not be done
-    Unusable = 2 // arguments that make no sense, or a site that can't be read
+    Found = 1,   // something is missing or unlinked, or could not be done
+    Unusable = 2 // wrong arguments, or a site that can't be read
 };
 
-/// One command of lumactl: `run` gets the arguments behind the command's name, never "--help".
+/// One command of lumactl.
 struct LumactlCommand
 {
     std::string_view name;
-    std::string_view usage; // the arguments, for the line "lumactl NAME USAGE"
+    std::string_view usage; // the arguments, as in "lumactl NAME USAGE"
     std::string_view summary;
-    std::string_view help; // what the usage leaves open, lines of at most 80 characters
+    std::string_view help; // what usage and summary leave open; lines of at most 80 characters
+    // Gets the arguments after the name, never "--help".
     ExitCode (*run)(const std::vector<std::string>& arguments);
 };
 
@@ -35,8 +36,10 @@ extern const LumactlCommand moveCommand;
 extern const LumactlCommand copyCommand;
 extern const LumactlCommand renameCommand;
 
-/// In the order of lumactl's help. A new command is a file of its own, an extern line above and an entry
-/// here.
-std::span<const LumactlCommand* const> lumactlCommands();
+/// All commands, in the order of the help. To add one, write a file for it, name the file in CMakeLists.txt and
+/// the command here and above.
+inline constexpr auto lumactlCommands = std::to_array<const LumactlCommand*>(
+    {&changedCommand, &publishCommand, &linksFromCommand, &checkCommand, &linksToCommand, &unlinkedCommand,
+     &moveCommand, &copyCommand, &renameCommand});
 
 } // namespace luma

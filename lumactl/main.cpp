@@ -20,14 +20,14 @@ int print(const std::string& text, ExitCode code)
 std::string programHelp()
 {
     std::string text = "Usage: lumactl COMMAND ARGUMENTS\n"
-                       "Looks after the links of web sites that are folders of pages.\n\n";
-    for (const LumactlCommand* const command : lumactlCommands()) {
+                       "Checks links, moves files and publishes, for web sites kept as folders of pages.\n\n";
+    for (const LumactlCommand* const command : lumactlCommands) {
         text.append("  ").append(command->name).append(" ").append(command->usage).append("\n      ");
         text.append(command->summary).append("\n");
     }
-    return text + "\nlumactl COMMAND --help tells more about a command, lumactl --version the version.\n"
-                  "Exit codes: 0 all is well, 1 something was found or could not be done,\n"
-                  "2 unusable arguments or an unreadable site.\n";
+    return text + "\nlumactl COMMAND --help describes a command, lumactl --version prints the version.\n"
+                  "Exit codes: 0 success, 1 something was found or could not be done,\n"
+                  "2 wrong arguments or an unreadable site.\n";
 }
 
 std::string helpOf(const LumactlCommand& command)
@@ -46,7 +46,7 @@ bool asksForHelp(const std::vector<std::string>& arguments)
 
 int runCommand(const std::string& name, const std::vector<std::string>& arguments)
 {
-    for (const LumactlCommand* const command : lumactlCommands()) {
+    for (const LumactlCommand* const command : lumactlCommands) {
         if (command->name != name)
             continue;
         if (asksForHelp(arguments))

@@ -8,14 +8,16 @@
 
 namespace luma {
 
-/// Writes "lumactl: text" to standard error. The answer is ExitCode::Unusable.
-ExitCode unusable(std::string_view text);
+/// Writes "lumactl: text" to standard error.
 void complain(std::string_view text);
 
-/// Unusable because of how the command was called: says so and shows its usage.
+/// The same; returns ExitCode::Unusable.
+ExitCode unusable(std::string_view text);
+
+/// The same for wrong arguments; also shows the command's usage.
 ExitCode wrongUsage(const LumactlCommand& command, std::string_view text);
 
-/// Standard output, written in large pieces. A failed write is told once, by finish().
+/// Standard output, written in large pieces. finish() reports the first write that failed.
 class StandardOutput final
 {
 public:
@@ -24,10 +26,10 @@ public:
     StandardOutput& operator=(const StandardOutput&) = delete;
     ~StandardOutput() { finish(); }
 
-    /// What is appended to this string is written by flushIfLarge() and finish().
+    /// Append here; flushIfLarge() and finish() write it.
     [[nodiscard]] std::string& text() { return m_text; }
     void flushIfLarge();
-    /// False when something could not be written; says so on standard error.
+    /// Writes the rest. False, after a message on standard error, if anything could not be written.
     bool finish();
 
 private:

@@ -35,13 +35,13 @@ ExitCode run(const std::vector<std::string>& arguments)
 
 const LumactlCommand unlinkedCommand = {
     "unlinked", "SITE [--except \"a, b\"]", "list the files of a site that nothing refers to",
-    "Prints a subpath a line.\n"
+    "Prints one subpath a line.\n"
     "\n"
-    "  --except \"a, b\"    leaves out what is below the folders a and b of SITE.\n"
-    "                     Names are regular expressions, letter case does not count;\n"
-    "                     what stands in these folders still counts as referring\n"
+    "  --except \"a, b\"    leave out the files below the folders a and b of SITE; the\n"
+    "                     names are regular expressions, letter case ignored. Links\n"
+    "                     in these folders still count\n"
     "\n"
-    "The exit code is 1 when there is such a file.\n",
+    "The exit code is 1 if there is such a file.\n",
     run};
 
 } // namespace luma
