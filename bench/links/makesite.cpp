@@ -7,14 +7,14 @@
 #include <string>
 #include <vector>
 
-// Writes a site of which everything is known: the same arguments give the same bytes.
+// Writes a site with known contents: the same arguments give the same bytes.
 //
 //     makesite FOLDER PAGES [LINKS-A-PAGE [BYTES-A-PAGE]]
 //
 // Pages lie a hundred to a folder, each folder with a style sheet, an image and a script. Every page links to
-// its neighbours in the same and in other folders; every tenth has one link to nothing. Every hundredth page,
-// and one image a folder, is linked from nowhere. One percent of the pages link to shared/target.html. The
-// last line printed says how many of each there are.
+// its neighbours in the same and in other folders; every tenth has one broken link. Every hundredth page and one
+// image in each folder are unlinked. One percent of the pages link to shared/target.html. Prints how many pages,
+// links, missing links and unlinked files there are.
 
 namespace fs = std::filesystem;
 
@@ -45,7 +45,7 @@ std::string pageName(std::size_t page)
     return "page" + std::to_string(page) + ".html";
 }
 
-// Spread over all pages but those that nothing links to: 7 has no divisor in common with 99.
+// Spreads the links over all pages but those that stay unlinked; 7 and 99 have no common divisor.
 std::size_t linkedPage(const Plan& plan, std::size_t page, std::size_t link)
 {
     const std::size_t other = (page + 1 + link * 7) % plan.pages;

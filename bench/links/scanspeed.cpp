@@ -10,8 +10,8 @@
 #include <cstdio>
 #include <ctime>
 
-// On one core: how fast the pages of a site are scanned once they are in memory, beside a plain search for
-// '<' in the same bytes, and how many report lines a second are handed on.
+// Measures how fast one core scans the pages of a site in memory, compared with a plain count of '<' in the same
+// bytes, and how many report lines are delivered a second.
 //
 //     scanspeed SITE
 
@@ -19,7 +19,7 @@ using namespace luma;
 
 namespace {
 
-// Of this process's own work, whatever else the machine does.
+// Processor time, so that other load on the machine does not count.
 template <class Function>
 double processorSecondsOf(Function f)
 {

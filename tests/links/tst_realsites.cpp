@@ -10,6 +10,8 @@
 
 #include <QTest>
 
+#include <algorithm>
+
 using namespace luma;
 namespace fs = std::filesystem;
 
@@ -29,26 +31,15 @@ const std::vector<RealSite> realSites = {
     {"openjdk-17-doc", "/usr/share/doc/openjdk-17-jre-headless/api", "java.sql"},
     {"qtbase5-doc-html", "/usr/share/qt5/doc", "qtnetwork"}};
 
-// The page after so many quarters of the site, in byte order.
-fs::path pageAt(const SiteTree& tree, std::size_t quarters)
-{
-    const auto pages = tree.pages();
-    return tree.path(pages[pages.size() * quarters / 4]);
-}
-
 // Two pages and the first folder at the top that has pages.
 std::vector<fs::path> itemsToMove(const SiteTree& tree)
 {
-    std::vector<fs::path> items = {pageAt(tree, 1), pageAt(tree, 3)};
-    for (const SiteTree::Id page : tree.pages()) {
-        SiteTree::Id item = page;
-        while (tree.parent(item) != SiteTree::root)
-            item = tree.parent(item);
-        if (item != page) {
-            items.push_back(tree.path(item));
-            break;
-        }
-    }
+    const std::vector<SiteTree::Id> pages = tree.pages();
+    std::vector<fs::path> items = {tree.path(pages[pages.size() / 4]),
+                                   tree.path(pages[pages.size() * 3 / 4])};
+    const auto isInFolder = [&tree](SiteTree::Id page) { return tree.parent(page) != SiteTree::root; };
+    if (const auto page = std::find_if(pages.begin(), pages.end(), isInFolder); page != pages.end())
+        items.push_back(fs::path(tree.rootPath()) / *fs::path(tree.subpath(*page)).begin());
     return items;
 }
 
