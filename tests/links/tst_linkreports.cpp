@@ -51,28 +51,19 @@ std::string pageOf(const std::string& name, int links)
 }
 
 // What another program may do to a page, by the last digit of its number.
-void changePage(const Site& site, int turn, const std::string& source)
+void changePage(const std::filesystem::path& page, int turn, const std::string& source)
 {
-    const std::filesystem::path page = site.at(std::to_string(turn % 60) + ".html");
-    switch (turn % 10) {
-    case 7: // written over in place
-        std::ofstream(page) << source;
-        break;
-    case 8: // gone, then back
-        if (!std::filesystem::remove(page))
-            (void)writeFile(page, source);
-        break;
-    case 9: // a folder, then a page again
-        if (std::filesystem::is_directory(page)) {
-            std::filesystem::remove(page);
-            (void)writeFile(page, source);
-        } else {
-            std::filesystem::remove(page);
-            std::filesystem::create_directory(page);
-        }
-        break;
-    default:
+    if (turn % 10 == 7) {
+        std::ofstream(page) << source; // written over in place
+    } else if (turn % 10 < 7) {
         (void)writeFile(page, source);
+    } else { // gone and back (8), a folder and back (9)
+        const bool isPage = std::filesystem::is_regular_file(page);
+        std::filesystem::remove(page);
+        if (!isPage)
+            (void)writeFile(page, source);
+        else if (turn % 10 == 9)
+            std::filesystem::create_directory(page);
     }
 }
 
@@ -167,7 +158,8 @@ private slots:
         std::atomic<bool> stop = false;
         std::thread other([&] {
             for (int turn = 0; !stop; ++turn)
-                changePage(site, turn, sources[static_cast<std::size_t>(turn / 60 % 2)]);
+                changePage(site.at(std::to_string(turn % 60) + ".html"), turn,
+                           sources[static_cast<std::size_t>(turn / 60 % 2)]);
         });
         bool whole = true;
         for (int run = 0; run < 20; ++run) {

@@ -98,19 +98,20 @@ private slots:
              {"o.html", "<a href=b/a/a.html><a href=b/a/a.html#a>"},
              {"b/x.html", ""},
              {"p.html", "<a href='b/x.html?next=b/x.html'>"}});
-        row("what must not change",
+        const std::string noLinks = "x.png<script>'x.png'</script><a title=x.png><a href='#x.png'>"
+                                    "<a href='http://h/x.png'><!-- <a href=x.png> -->";
+        row("what must not change, and references",
             {{"x.png", ""},
-             {"o.html", "x.png<script>'x.png'</script><a title=x.png><a href='#x.png'><a "
-                        "href='http://h/x.png'><!-- <a href=x.png> -->"}},
-            {"x.png"},
+             {"x y.png", ""},
+             {"no links.html", noLinks},
+             {"no UTF-8.html", "<img src=x.png>\xE9"},
+             {"references.html", "<img src='x&#32;y.png'><img src='x y&period;png'>"}},
+            {"x.png", "x y.png"},
             {{"b/x.png", ""},
-             {"o.html", "x.png<script>'x.png'</script><a title=x.png><a href='#x.png'><a "
-                        "href='http://h/x.png'><!-- <a href=x.png> -->"}});
-        row("spelled with references",
-            {{"x y.png", ""}, {"o.html", "<img src='x&#32;y.png'><img src='x y&period;png'>"}}, {"x y.png"},
-            {{"b/x y.png", ""}, {"o.html", "<img src='b/x&#32;y.png'><img src='b/x y&period;png'>"}});
-        row("not UTF-8", {{"x.png", ""}, {"o.html", "<img src=x.png>\xE9"}}, {"x.png"},
-            {{"b/x.png", ""}, {"o.html", "<img src=x.png>\xE9"}});
+             {"b/x y.png", ""},
+             {"no links.html", noLinks},
+             {"no UTF-8.html", "<img src=x.png>\xE9"},
+             {"references.html", "<img src='b/x&#32;y.png'><img src='b/x y&period;png'>"}});
     }
     void move_keepsLinksRight()
     {
