@@ -220,15 +220,10 @@ QString HTMLDocument::getHTML(const QString& source)
     return m_tree.document() ? QString::fromStdString(m_store.markup()) : QString();
 }
 
-void HTMLDocument::setHTML(std::string_view markup)
+void HTMLDocument::setHTML(std::string_view markup, const QString& name)
 {
-    if (const auto taken = m_edits->takeMarkup(markup); !taken)
+    if (const auto taken = m_edits->takeMarkup(markup, name); !taken)
         tell(tr("The page was not changed: %1").arg(QString::fromStdString(taken.error().text)));
-}
-
-void HTMLDocument::markEdited(const QString& name)
-{
-    m_edits->keepMarkup(name);
 }
 
 void HTMLDocument::reload()

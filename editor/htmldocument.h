@@ -111,8 +111,7 @@ private:
     // PageDocument
     [[nodiscard]] std::string pageMarkup() const override;
     [[nodiscard]] SiteFolder siteFolder() const override { return {docURL(), mountPath}; }
-    void setHTML(std::string_view markup) override;
-    void markEdited(const QString& name) override;
+    void setHTML(std::string_view markup, const QString& name) override;
     void buildCSSMenu() override;
     void loadCSSNames() override;
     void applyCallbackText(const QString& text) override;

@@ -149,12 +149,11 @@ void PageEdits::travelHistory(void (QUndoStack::*step)())
         emit redone();
 }
 
-Result<void> PageEdits::takeMarkup(std::string_view markup)
+Result<void> PageEdits::takeMarkup(std::string_view markup, const QString& name)
 {
     html::Document* const document = m_tree.document();
     if (!document)
         return {};
-    keepMarkup(tr("Edit"));
     // The markup is the root element's: the doctype decides how it is read.
     std::string page;
     for (const html::Node* node = document->firstChild(); node; node = node->next()) {
@@ -166,14 +165,10 @@ Result<void> PageEdits::takeMarkup(std::string_view markup)
         return Error{parsed.error().text};
     if (html::Element* body = (*parsed)->body())
         body->removeAttr("contenteditable");
-    m_taken = differenceTo(*document->documentElement(), *(*parsed)->documentElement());
-    return {};
-}
-
-void PageEdits::keepMarkup(const QString& name)
-{
     const auto quiet = m_selection.quietly();
-    m_commands.apply(std::exchange(m_taken, {}), name, PageCommands::Merging::WithTheLast);
+    m_commands.apply(differenceTo(*document->documentElement(), *(*parsed)->documentElement()), name,
+                     PageCommands::Merging::WithTheLast);
+    return {};
 }
 
 } // namespace luma

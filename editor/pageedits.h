@@ -45,10 +45,9 @@ public:
     void undo();
     void redo();
 
-    /// Takes what the rendering, or the user in the source panel, made of the page: the root element's
-    /// markup. keepMarkup makes it a command, which joins the last one of that name within a moment.
-    Result<void> takeMarkup(std::string_view markup);
-    void keepMarkup(const QString& name);
+    /// Makes the page what its root element's markup, UTF-8, says: one command of that name, which joins the
+    /// last one of the same name within a moment. On an error the page stays as it was.
+    Result<void> takeMarkup(std::string_view markup, const QString& name);
 
 signals:
     /// The tree was edited; the element selected in the outline is to be shown in the rendering.
@@ -69,7 +68,6 @@ private:
     OutlineSelection& m_selection;
     ViewController& m_rendering;
     PageCommands m_commands{m_tree, m_stack};
-    MarkupDifference m_taken; // markup that is no command yet
 };
 
 } // namespace luma

@@ -25,11 +25,10 @@ public:
     /// Where the page stands and what it may read.
     [[nodiscard]] virtual SiteFolder siteFolder() const = 0;
 
-    /// Parses what the rendering, or the user in the source panel, made of the page: the root element's
-    /// markup. The doctype and the comments outside the root element are not in it and stay.
-    virtual void setHTML(std::string_view markup) = 0;
-    /// The user changed the page; the name is for the undo history ("Typing").
-    virtual void markEdited(const QString& name) = 0;
+    /// Takes an edit that the user made in the rendering or the source panel: the root element's markup,
+    /// UTF-8, and the edit's name in the undo history ("Typing"). The doctype and comments outside the root
+    /// element are not part of it and stay.
+    virtual void setHTML(std::string_view markup, const QString& name) = 0;
     /// Rebuilds the rendering from the tree.
     virtual void reload() = 0;
     virtual void buildCSSMenu() = 0;

@@ -62,8 +62,7 @@ ViewController::ViewController(PageDocument& document, QWidget* contentView, QLa
     m_reader = new RenderingReader(
         m_webView->editorPage(),
         [this](std::string_view markup, const QString& name) {
-            m_document.setHTML(markup);
-            m_document.markEdited(name.isEmpty() ? tr("Typing") : name);
+            m_document.setHTML(markup, name.isEmpty() ? tr("Typing") : name);
         },
         this);
     createMenus();
@@ -393,8 +392,7 @@ void ViewController::showSource()
 
 void ViewController::saveSource(const QString& source)
 {
-    m_document.setHTML(source.toStdString());
-    m_document.markEdited(tr("Edit Source"));
+    m_document.setHTML(source.toStdString(), tr("Edit Source"));
     m_document.reload();
     m_document.buildCSSMenu();
 }
