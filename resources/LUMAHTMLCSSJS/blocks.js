@@ -1,18 +1,20 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Blocks: the elements that stand on lines of their own, and how they are split and joined.
+// Blocks: the elements that start on a line of their own, and how they are split and joined.
+
+'use strict';
 
 const blockNames = new Set(('address article aside blockquote body caption center dd details dialog dir div dl dt '
     + 'fieldset figcaption figure footer form h1 h2 h3 h4 h5 h6 header hgroup hr html legend li main menu nav ol '
     + 'p pre search section summary table tbody td tfoot th thead tr ul').split(' '));
 
-// Blocks that hold running text and nothing else (HTML, phrasing content).
+// Blocks that hold nothing but running text (HTML, phrasing content).
 const textBlocks = new Set('p h1 h2 h3 h4 h5 h6 pre address dt summary legend figcaption caption'.split(' '));
 
 const isBlock = (node) => node instanceof Element && blockNames.has(node.localName);
 const isHeading = (node) => /^h[1-6]$/.test(node.localName);
 const isBlank = (node) => node instanceof Text && !/[^ \t\r\n\f]/.test(node.data);
 
-// The innermost block around a node, the node itself included.
+// The innermost block around a node, which may be the node itself.
 function blockOf(node) {
     while (node && !isBlock(node))
         node = node.parentNode;
@@ -38,7 +40,7 @@ function isEmptyBlock(block) {
         + 'audio, iframe, object, svg, input, textarea, select, canvas');
 }
 
-// Nodes that show something by themselves: text that is not blank, and elements with nothing in them.
+// Nodes that are visible by themselves: text that is not blank, and elements that can't have content.
 function isLeaf(node) {
     return node instanceof Text ? !isBlank(node) : node instanceof Element && holdsNothing(node);
 }
@@ -52,7 +54,7 @@ function leavesOf(range) {
     return leaves;
 }
 
-// A selection that ends before the first letter, or begins behind the last, has nothing of a node.
+// A selection that starts at the end of a text, or ends at its beginning, contains nothing of it.
 function onlyTouches(range, node) {
     if (range.collapsed || !(node instanceof Text))
         return false;
@@ -60,7 +62,7 @@ function onlyTouches(range, node) {
         || range.endContainer === node && range.endOffset === 0;
 }
 
-// The innermost blocks that the selection is in, in document order, the body itself not.
+// The innermost blocks of the selection, in document order, without the body.
 function selectedBlocks() {
     const range = currentRange();
     if (!range)
@@ -72,8 +74,8 @@ function selectedBlocks() {
     return Array.from(blocks);
 }
 
-// Bare text in a block that also holds blocks, or in the body, gets a block of its own: everything inline around
-// `node`, up to the blocks beside it.
+// Wraps inline content that stands beside blocks, or directly in the body, in a block: everything inline around
+// `node`, up to the neighbouring blocks.
 function wrapInline(node, name) {
     const block = blockOf(node);
     while (node.parentNode !== block)
@@ -99,7 +101,7 @@ function copyAttributes(from, to) {
         to.setAttributeNode(attribute.cloneNode());
 }
 
-// Gives a block another name, its attributes and contents as they are.
+// Changes a block's name; attributes and content stay.
 function renameBlock(block, name) {
     if (block.localName === name)
         return block;
@@ -116,7 +118,7 @@ function unwrap(element) {
     keepingSelection(() => element.replaceWith(...element.childNodes));
 }
 
-// Runs `change`, which moves nodes about, and sets the selection again where its nodes are then.
+// Runs `change`, which moves nodes, and restores the selection at their new place.
 function keepingSelection(change) {
     const selection = getSelection();
     const { anchorNode, anchorOffset, focusNode, focusOffset } = selection;
@@ -133,7 +135,7 @@ function lengthOf(node) {
     return node instanceof CharacterData ? node.length : node.childNodes.length;
 }
 
-// Whether nothing to be seen lies between the caret and the block's start, or its end.
+// Whether nothing visible lies between the caret and the block's start or end.
 function isAtEdge(range, block, edge) {
     const rest = document.createRange();
     rest.selectNodeContents(block);
@@ -147,8 +149,8 @@ function isAtEdge(range, block, edge) {
         && !Array.from(held.querySelectorAll('*')).some((element) => holdsNothing(element));
 }
 
-// Splits a block at the caret; what lies behind it goes into a block of the same kind, which is given back. An
-// id stays with the first, as there may be one of it only.
+// Splits a block at the caret and returns the second half, a block of the same kind. Ids stay with the first
+// half, as they must be unique.
 function splitBlock(block, range) {
     const rest = document.createRange();
     rest.setStart(range.endContainer, range.endOffset);
@@ -177,7 +179,7 @@ function removeEmptyInline(block) {
         link.remove();
 }
 
-// An empty block needs a line break to have a line.
+// An empty block has no line to type in without a line break.
 function keepOpen(block) {
     if (isEmptyBlock(block) && !block.querySelector('br') && !Array.from(block.children).some(isBlock))
         block.append(document.createElement('br'));
@@ -192,7 +194,7 @@ function caretToStart(block) {
         setCaret(block, 0);
 }
 
-// Puts the second block's contents behind the first's, takes away what that empties, and sets the caret between.
+// Appends the second block's content to the first, removes what that leaves empty, and sets the caret between.
 function joinBlocks(first, second) {
     dropLastBreak(first);
     const at = first.lastChild;

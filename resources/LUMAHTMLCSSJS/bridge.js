@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The page's end of the bridge: it tells that the page stands there, and post(name, body) sends one of the four
-// messages to the editor. While no channel stands, messages wait until it does or the editor fetches them.
+// The page's end of the bridge to the editor: reports that the page is ready, and post(name, body) sends one of
+// the four messages. Until there is a channel, messages wait here for it or for the editor to fetch them.
+
+'use strict';
 
 const bridge = {
     object: null,
@@ -18,7 +20,7 @@ function send(method, ...values) {
         bridge.waiting.push([method, ...values]);
 }
 
-// What waits, for an editor whose channel is dead.
+// The waiting messages, for an editor that no channel reaches.
 function takeMessages() {
     return bridge.waiting.splice(0);
 }

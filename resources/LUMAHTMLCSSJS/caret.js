@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Where the caret stands, kept while the page is shown anew, and set where something is dropped.
+// The position of the caret: kept while the page is reloaded, and set where something is dropped.
 
-// Both ends of the selection, each as the way from the root node down over child nodes and an offset; the
+'use strict';
+
+// Both ends of the selection, each as the path of child positions from the root element and an offset; an
 // empty text without a selection.
 function caretPosition() {
     const { anchorNode, anchorOffset, focusNode, focusOffset } = getSelection();
@@ -10,7 +12,7 @@ function caretPosition() {
     return JSON.stringify([[wayToNode(anchorNode), anchorOffset], [wayToNode(focusNode), focusOffset]]);
 }
 
-// Sets the selection as caretPosition() told it, as far as the page still has such places.
+// Restores the selection that caretPosition() returned, as far as the page still has such places.
 function restoreCaret(position) {
     const [anchor, focus] = JSON.parse(position).map(([way, offset]) => placeAt(way, offset));
     const range = getSelection();
@@ -18,7 +20,7 @@ function restoreCaret(position) {
     activeElement.chosen = range.getRangeAt(0).cloneRange();
 }
 
-// Whether the user has not touched the page since it was shown.
+// Whether the page is untouched since it was shown.
 const isAsShown = () => caret.isAsShown;
 const caret = { isAsShown: true };
 const markAsShown = () => { caret.isAsShown = true; };
@@ -43,7 +45,7 @@ function placeAt(way, offset) {
     return { node, offset: Math.min(offset, length) };
 }
 
-// Sets the caret at a point of the window, in CSS pixels.
+// Sets the caret at a point of the viewport, in CSS pixels.
 function setCaretAt(x, y) {
     const range = document.caretRangeFromPoint(x, y);
     if (range && document.body.contains(range.startContainer))

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells the editor that the page changed ("mutationObserver"), once for all that one event changed, with the
-// number of such changes so far. The editor reads the page when it has the time: timers do not run here, as
-// the page's scripts are switched off, so it is the editor that lets a burst pass.
+// Reports changes of the page ("mutationObserver"), once for everything that one event changed, with the number
+// of changes so far. The editor decides when to read the page: with the page's own scripts switched off, timers
+// don't run here.
+
+'use strict';
 
 const changes = { count: 0 };
 
-// A change of the title's text, which only a script can make here, is told as text too.
+// A change of the title's text, which only a script can make here, is also sent as text.
 function postTitle(records) {
     const title = document.querySelector('head > title');
     if (title && records.some((record) => title.contains(record.target)))
@@ -19,12 +21,17 @@ function postChanges(records) {
     post('mutationObserver', ++changes.count);
 }
 
-// How many changes there were, those of this very moment included. A blank that stands for the moment only is
-// settled first.
+// The number of changes, those of the current event included. A blank that is a no-break space for the moment is
+// made a plain one first.
 function countOfChanges() {
     settleBlank();
     postChanges(changes.observer.takeRecords());
     return changes.count;
+}
+
+// That number and the page's markup if it is greater than `known`; otherwise an empty list.
+function markupSince(known) {
+    return countOfChanges() > known ? [changes.count, document.documentElement.outerHTML] : [];
 }
 
 changes.observer = new MutationObserver(postChanges);

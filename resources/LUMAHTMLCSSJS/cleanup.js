@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the engine leaves behind when it edits: spans and fonts that carry the look of where text came from. Those
-// that the page had stay, those that came up while editing go.
+// Removes what the engine leaves behind when it edits: spans and fonts that carry over the look of moved text.
+// Those that came with the page stay.
+
+'use strict';
 
 const knownStyles = new WeakSet();
 const styleCarriers = 'span[style], font';

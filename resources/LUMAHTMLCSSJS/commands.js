@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The editor's commands by their titles: doCommand('Bold'), doCommand('Create Link', 'address'). Those that are
-// neither in the table nor a text style are the engine's own (execCommand), named by the title without blanks.
+// The editor's commands by title: doCommand('Bold'), doCommand('Create Link', 'address'). A title that is neither
+// in this table nor a text style names a command of the engine (execCommand) when its blanks are removed.
+
+'use strict';
 
 const commands = {
     'Create Link': createLink,
@@ -27,13 +29,13 @@ function doCommand(title, argument) {
     cleanUp();
 }
 
-// A command of the engine's. It writes elements, not styles, whatever was asked before.
+// A command of the engine, which must write elements, not styles.
 function execute(command, argument = null) {
     document.execCommand('styleWithCSS', false, false);
     return document.execCommand(command, false, argument);
 }
 
-// Makes the selection a link; with nothing selected the address itself is the text.
+// Makes the selection a link; if nothing is selected, inserts the address as the link's text.
 function createLink(address) {
     if (currentRange() && !currentRange().collapsed)
         execute('createLink', address);
@@ -41,8 +43,8 @@ function createLink(address) {
         insertLink(address, address);
 }
 
-// Takes the link at the caret, or the links in the selection, away; their text is selected then, so that it can
-// be made another link.
+// Removes the link at the caret, or the links in the selection, and selects their text, so that it can become
+// another link.
 function unlink() {
     const link = linkAtSelection();
     if (!link)
@@ -66,7 +68,7 @@ function insertImage(address) {
     insertNode(image);
 }
 
-// At the caret, or at the page's end while it has none.
+// Inserts at the caret, or at the end of the page if there is none.
 function insertNode(node) {
     if (!currentRange())
         setCaret(document.body, document.body.childNodes.length);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Makes the page editable. The design mode belongs to the document, not to its markup: no attribute and no
-// helper element is added, so nothing of it can reach the file.
+// Makes the page editable. The design mode is a property of the document, not of its markup: it adds no attribute
+// and no element that could reach the file.
+
+'use strict';
 
 function makeEditable() {
     document.designMode = 'on';
@@ -11,9 +13,9 @@ function makeEditable() {
 
 makeEditable();
 
-// "document.body.scrollTop" is how far the page is scrolled, whichever element scrolls it: in standards mode
-// that is the root element, and the body's own value stays 0 (CSSOM View, scrollingElement). The accessor is
-// seen by the editor's scripts alone.
+// Makes "document.body.scrollTop" the scroll position of the page, whichever element scrolls: in standards mode
+// that is the root element, and the body's own value stays 0 (CSSOM View, scrollingElement). Only the editor's
+// scripts see this accessor.
 (function () {
     const own = Object.getOwnPropertyDescriptor(Element.prototype, 'scrollTop');
 

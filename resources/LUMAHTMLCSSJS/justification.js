@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Justification: the alignment of the selected blocks' text, as an inline style of theirs.
+// Justification: the text alignment of the selected blocks, as an inline style.
+
+'use strict';
 
 const justifications = {
     'left': 'Justify Left',
@@ -20,7 +22,7 @@ function removeJustfication() {
     blocksToJustify().forEach(clearJustification);
 }
 
-// The title of the selection's alignment, in a list.
+// The title of the selection's alignment, as a list.
 function getCurrentJustification() {
     const range = currentRange();
     const title = range && justifications[alignmentOf(blockOf(range.startContainer))];

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The links of the page: the one at the selection, and what a click on one does.
 
+'use strict';
+
 function linkAtSelection() {
     const range = currentRange();
     if (!range)
@@ -10,14 +12,14 @@ function linkAtSelection() {
     return around || leaf && closestAt(leaf, 'a[href]');
 }
 
-// The address of the link at the selection as it is written; empty when there is none.
+// The address of the link at the selection, as written in the page; empty if there is none.
 function getLink() {
     const link = linkAtSelection();
     return link ? link.getAttribute('href') : '';
 }
 
-// In an editable page the engine follows no link. A click that selects nothing activates the link from outside
-// the page, where the editor hands it to the desktop's browser; the page's own link stays as it is.
+// The engine follows no links in an editable page. A click that selects nothing clicks a link outside the page
+// instead, which the editor passes to the desktop's browser.
 function activateLink(link) {
     const outside = document.createElement('a');
     outside.href = link.href;

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Lists: making and undoing them, and moving items in and out.
+// Lists: making and removing them, and moving items in and out.
 
-const listNames = { 'Ordered List': 'ol', 'Unordered List': 'ul' };
+'use strict';
 
 const itemAt = (node) => closestAt(node, 'li');
 const listOf = (item) => item.parentElement.closest('ol, ul, menu');
 
-// Makes the selected blocks items of a list, or, where they are items of such a list, paragraphs again.
+// Makes the selected blocks items of a list, or paragraphs again if they already are items of such a list.
 function toggleList(name) {
     const blocks = selectedBlocks();
     if (blocks.length === 0 && currentRange())
@@ -36,8 +36,8 @@ function makeList(blocks, name) {
     list.querySelectorAll('li').forEach(keepOpen);
 }
 
-// Takes an item out of its list: a nested one becomes the next item of the list around, one of an outermost list
-// a paragraph. The items behind it stay a list.
+// Takes an item out of its list: a nested item becomes the next item of the outer list, any other a paragraph.
+// The items after it stay a list.
 function leaveList(item, { keepsAttributes = false } = {}) {
     const list = listOf(item);
     const behind = list.cloneNode(false);
@@ -67,7 +67,7 @@ function leaveList(item, { keepsAttributes = false } = {}) {
         caretToStart(blocks[0]);
 }
 
-// An item's contents as blocks: bare text becomes a paragraph.
+// An item's content as blocks; inline content becomes a paragraph.
 function paragraphsOf(item) {
     const blocks = [];
     let paragraph = null;
@@ -90,7 +90,7 @@ function paragraphsOf(item) {
     return blocks;
 }
 
-// An item goes into a list within the item before it; other blocks go into a block quote.
+// Items move into a list inside the previous item, other blocks into a block quote.
 function indent() {
     const blocks = selectedBlocks();
     const items = new Set(blocks.map(itemAt).filter((item) => item && item.previousElementSibling));

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// "document.documentElement.outerHTML" as markup that is read as the same page again: a parser drops the line end
-// right behind these tags (HTML, "in body", pre), and the engine writes none that it could drop. The accessor is
-// seen by the editor's scripts alone.
+// Makes "document.documentElement.outerHTML" markup that parses to the same page again: a parser drops a line end
+// directly after these tags (HTML, "in body", pre), and the engine does not write an extra one. Only the editor's
+// scripts see this accessor.
+
+'use strict';
 
 (function () {
     const own = Object.getOwnPropertyDescriptor(Element.prototype, 'outerHTML');
@@ -18,7 +20,7 @@
         },
     });
 
-    // What is in a template is a tree of its own.
+    // The content of a template is a separate tree.
     function partsOf(root) {
         return [root, ...Array.from(root.querySelectorAll('template'), (template) => partsOf(template.content)).flat()];
     }

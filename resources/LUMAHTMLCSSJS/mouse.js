@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Tells what lies under the mouse ("mouseEvent_text"): the elements around the point, and where a link or
-// an image leads.
+// Reports what is under the mouse ("mouseEvent_text"): the elements around the point, and the target of a link or
+// the source of an image.
+
+'use strict';
 
 const mouse = { told: '' };
 

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Pasting and dropping: the structure of what comes is kept, its origin's looks, classes, ids and scripts are not.
+// Pasting and dropping: keeps the structure of what is inserted, but not its looks, classes, ids and scripts.
+
+'use strict';
 
 const pasting = {
-    // Elements that stay, with the attributes that stay on them.
+    // Elements that are kept, with the attributes they keep.
     kept: {
         a: ['href', 'title'], abbr: ['title'], address: [], b: [], blockquote: ['cite'], br: [], caption: [],
         cite: [], code: [], col: ['span'], colgroup: ['span'], dd: [], del: [], details: [], dfn: [], dl: [], dt: [],
@@ -12,7 +14,7 @@ const pasting = {
         table: [], tbody: [], td: ['colspan', 'rowspan'], tfoot: [], th: ['colspan', 'rowspan', 'scope'], thead: [],
         time: ['datetime'], tr: [], u: [], ul: [], var: [],
     },
-    // Elements that go with all that is in them.
+    // Elements that are removed with everything in them.
     dropped: new Set(('script style link meta base title head template noscript iframe object embed applet param '
         + 'form input button select textarea svg math canvas audio video source track').split(' ')),
 };
@@ -23,7 +25,7 @@ document.addEventListener('paste', (event) => {
     insertTransferred(event.clipboardData);
 }, true);
 
-// What is in a range, within the styles and links around it.
+// The markup of a range, inside the styles and links around it.
 function markupOf(range) {
     let contents = range.cloneContents();
     const node = range.commonAncestorContainer;
@@ -37,7 +39,7 @@ function markupOf(range) {
     return holder.innerHTML;
 }
 
-// Cutting is copying and deleting: the engine's own leaves no-break spaces behind.
+// Cutting copies and deletes here, as the engine's own leaves no-break spaces behind.
 document.addEventListener('cut', (event) => {
     const range = currentRange();
     if (!range || range.collapsed)
@@ -70,7 +72,7 @@ function insertTransferred(transfer) {
     insertFragment(fragment);
 }
 
-// The clipboard's markup as clean nodes. Nothing in it is run or fetched: it is parsed as a document of its own.
+// The clipboard's markup as clean nodes. Parsed as a separate document, so nothing in it is run or fetched.
 function cleanedFragment(html) {
     const parsed = new DOMParser().parseFromString(html, 'text/html');
     const fragment = document.createDocumentFragment();
@@ -96,7 +98,7 @@ function cleanedNode(node) {
     return name === 'a' && !element.hasAttribute('href') ? children : [element];
 }
 
-// Word processors wrap everything in one "b" of normal weight, and use divisions for paragraphs.
+// Word processors wrap everything in a "b" of normal weight, and use divisions as paragraphs.
 function nameWhenPasted(node) {
     if (node.localName === 'div')
         return Array.from(node.childNodes).some(isBlock) ? '' : 'p';
@@ -113,7 +115,7 @@ function isHarmless(attribute, value) {
         || attribute === 'src' && /^data:image\/(png|jpeg|gif|webp)[;,]/i.test(value);
 }
 
-// Where there are blocks, text between them becomes paragraphs; blanks between them go.
+// Beside blocks, text becomes paragraphs and blanks are dropped.
 function asBlocks(fragment) {
     const hasBlocks = Array.from(fragment.childNodes).some(isBlock);
     if (!hasBlocks)
@@ -126,7 +128,7 @@ function asBlocks(fragment) {
     return blocks;
 }
 
-// Plain text: blank lines part paragraphs, line ends are line breaks.
+// Plain text: blank lines separate paragraphs, line ends become line breaks.
 function plainFragment(text, asItIs) {
     const fragment = document.createDocumentFragment();
     const lines = text.replace(/\r\n?/g, '\n');
@@ -151,7 +153,7 @@ function linesOf(text) {
     return text.split('\n').flatMap((line, index) => index === 0 ? [line] : [document.createElement('br'), line]);
 }
 
-// Puts nodes at the caret and the caret behind them. Blocks part the paragraph in which the caret stands.
+// Inserts nodes at the caret and sets the caret after them. Blocks split the paragraph at the caret.
 function insertFragment(fragment) {
     if (!currentRange() || !fragment.lastChild)
         return;

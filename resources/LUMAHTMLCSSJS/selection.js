@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Selecting, and telling which element holds the caret ("activeElementHTML").
+// Selects elements for the editor, and reports the element that holds the caret ("activeElementHTML").
+
+'use strict';
 
 const activeElement = {
-    told: null, // the element last told
-    chosen: null, // the range that the editor itself selected, which is not told back
+    told: null, // the element last reported
+    chosen: null, // the range that the editor selected, which is not reported back
 };
 
-// Selects what is in `element`, or the element itself where nothing can be in it, and shows it.
+// Selects the content of `element`, or the element itself if it can't have any, and scrolls to it.
 function selectText(element) {
     if (!element || !document.body || !document.body.contains(element))
         return;
@@ -31,7 +33,7 @@ function holdsNothing(element) {
     return emptyElements.has(element.localName);
 }
 
-// Scrolls no further than needed, and not at all when the element can be seen.
+// Scrolls no further than needed, and not at all if the element is visible.
 function reveal(element) {
     const box = element.getBoundingClientRect();
     if (box.top < 0 || box.bottom > innerHeight)
@@ -45,7 +47,7 @@ function isChosenByEditor(range) {
         && range.endOffset === chosen.endOffset;
 }
 
-// The element that a range lies in: the one element that it selects, else the innermost around it.
+// The element that a range belongs to: the one element that it selects, else the innermost one around it.
 function elementOfRange(range) {
     const { startContainer, startOffset, endContainer, endOffset } = range;
     if (startContainer === endContainer && endOffset === startOffset + 1
@@ -55,7 +57,7 @@ function elementOfRange(range) {
     return node instanceof Element ? node : node.parentElement;
 }
 
-// The way from the root element down, as positions among element children.
+// The path from the root element, as positions among element children; null for elements outside the page.
 function pathOfElement(element) {
     const path = [];
     for (; element.parentElement; element = element.parentElement)
@@ -75,7 +77,7 @@ function postActiveElement() {
     if (!path)
         return;
     activeElement.told = element;
-    postChanges(changes.observer.takeRecords()); // The editor must know the page in which the path counts.
+    postChanges(changes.observer.takeRecords()); // First the change of the page to which the path refers.
     post('activeElementHTML', path);
 }
 

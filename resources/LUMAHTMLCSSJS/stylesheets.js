@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The names that the page's style sheets define, as the engine has read them: linked sheets and style blocks,
-// rules within rules (@media, @layer, @supports, nesting, imported sheets). Always answers an array.
+// The names defined by the page's style sheets as the engine has parsed them: linked sheets and style blocks,
+// nested rules (@media, @layer, @supports, nesting) and imported sheets. Always returns an array.
+
+'use strict';
 
 function findAllDotClassNamesFromCSS() {
     return namesInSelectors('.');
@@ -23,7 +25,7 @@ function* selectorsOfPage() {
         yield* selectorsOfRules(rulesOf(sheet), new Set([sheet]));
 }
 
-// A sheet of another origin can't be read (CSSOM, cssRules).
+// Sheets of another origin can't be read (CSSOM, cssRules).
 function rulesOf(sheet) {
     try {
         return sheet.cssRules || [];
@@ -45,8 +47,8 @@ function* selectorsOfRules(rules, seen) {
     }
 }
 
-// Names follow their mark outside of strings and of attribute brackets; escapes in them are undone (CSS
-// Syntax, 4.3.7). The engine writes selectors out anew, so no comment stands in one.
+// Names follow their mark outside strings and attribute brackets; escapes in them are resolved (CSS Syntax,
+// 4.3.7). The engine serialises selectors itself, so there are no comments in them.
 function namesInSelector(selector, mark) {
     const names = [];
     const token = /"(?:\\[^]|[^"\\])*"|'(?:\\[^]|[^'\\])*'|\[(?:"(?:\\[^]|[^"\\])*"|[^\]"])*\]|([.#])((?:\\[0-9a-f]{1,6}\s?|\\[^]|[-\w]|[^\0-\x7f])+)|\\[^]|[^]/gi;

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Text styles and block formats by their titles, as the menus show them.
+// Text styles and block formats by title, as in the menus.
+
+'use strict';
 
 const textStyles = {
     'Bold': { inline: 'b', selector: 'b, strong' },
@@ -61,7 +63,7 @@ function applyStyle(title) {
     cleanUp();
 }
 
-// Takes a style away from the selection; without a title all styles of text.
+// Removes a style from the selection; without a title, all text styles.
 function removeStyle(title) {
     if (!currentRange() || title && !Object.hasOwn(textStyles, title))
         return;
@@ -88,7 +90,7 @@ function blocksOrWrapped() {
 
 const outermost = (blocks) => blocks.filter((block) => !blocks.some((other) => other !== block && other.contains(block)));
 
-// The node of the caret's text, made where there is none.
+// The inline node at the caret; a new line break if there is none.
 function inlineAtCaret() {
     const { startContainer, startOffset } = currentRange();
     if (!isBlock(startContainer))
@@ -114,7 +116,7 @@ function applyBlock(name) {
 
 // Running text
 
-// The text nodes of the selection, cut at its ends so that they are selected whole.
+// The text nodes of the selection, split at its ends so that each is selected entirely.
 function selectedTexts() {
     if (currentRange().collapsed)
         selectWord();
@@ -172,7 +174,7 @@ function removeInline(selector) {
     selectTexts(texts);
 }
 
-// Takes `styled` away around `node` and keeps it around everything else that it holds.
+// Removes `styled` around `node` and keeps it around the rest of its content.
 function freeFrom(styled, node) {
     for (let inner = node; inner !== styled; inner = inner.parentNode)
         for (const sibling of Array.from(inner.parentNode.childNodes))

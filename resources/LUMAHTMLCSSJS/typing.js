@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // What keys do: Enter, Backspace and Delete, blanks, and the first letter on an empty page.
 
+'use strict';
+
 const typing = {
     blank: null, // the text node that ends in a no-break space of ours
-    keys: 0, // pressed since the page stands there
+    keys: 0, // pressed since the page was loaded
 };
 
-// How many keys have come; the editor waits for those that it sent.
+// The number of keys that have arrived; the editor waits for those that it sent.
 const countOfKeys = () => typing.keys;
 
 document.addEventListener('keydown', () => ++typing.keys, true);
@@ -73,7 +75,7 @@ function insertParagraph() {
     return true;
 }
 
-// A line end at the very end of a "pre" needs a second one to have a line.
+// At the very end of a "pre", only a second line end makes the first one visible.
 function insertLineInPre(range) {
     const atEnd = isAtEdge(range, blockOf(range.startContainer), 'end')
         && !blockOf(range.startContainer).textContent.endsWith('\n');
@@ -102,9 +104,9 @@ function insertText(event) {
     return true;
 }
 
-// Deletes what is selected but for the elements around its first letter, whose styles are those of what is typed.
+// Deletes the selection but keeps the elements around its first letter, whose styles the typed text gets.
 function makeRoomInSelection() {
-    const placeholder = '\ufdd0'; // a noncharacter, which no page has
+    const placeholder = '\ufdd0'; // a noncharacter, which no page contains
     const range = currentRange();
     const [leaf] = leavesOf(range);
     if (!(leaf instanceof Text)) {
@@ -127,7 +129,7 @@ function makeRoomInSelection() {
     }
 }
 
-// The text node at the caret, made where there is none.
+// The text node at the caret, created if there is none.
 function textAtCaret() {
     const { startContainer, startOffset } = currentRange();
     if (startContainer instanceof Text)
@@ -140,7 +142,7 @@ function textAtCaret() {
     return { node, offset: 0 };
 }
 
-// The last line break of a block only keeps its line open: with text on the line it goes.
+// A block's last line break only keeps its line open: it goes when there is text on the line.
 function dropPlaceholder(node) {
     const next = node.nextSibling;
     if (next instanceof Element && next.localName === 'br' && isAtEdge(currentRange(), blockOf(node), 'end'))
@@ -154,8 +156,8 @@ function insertInto(node, offset, text) {
     setCaret(node, offset + text.length);
 }
 
-// One blank separates words. A second one beside it would not be seen, so the caret only steps over it. At the end
-// of a line a blank is a no-break space, which can be seen, until something follows or the caret leaves.
+// One blank separates words. A second one would be invisible, so the caret only moves over the first. At the end of
+// a line a blank is a no-break space, which is visible, until something follows it or the caret leaves.
 function insertBlank(node, offset) {
     const isSpace = (character) => /[ \t\r\n\f\u00a0]/.test(character || '');
     if (isSpace(node.data[offset - 1]))
@@ -174,7 +176,7 @@ function insertBlank(node, offset) {
     return true;
 }
 
-// Makes the no-break space of ours a blank: there is something behind it now, or the caret has gone.
+// Turns our no-break space into a plain blank: something follows it now, or the caret has left.
 function settleBlank() {
     const node = typing.blank;
     typing.blank = null;
@@ -221,8 +223,8 @@ function deleteUnit(direction, unit) {
     return true;
 }
 
-// One letter as the reader sees letters, or all the blanks that show as one. Where it is not plain text, the
-// engine does it.
+// Deletes one letter as readers see letters, or all blanks that show as one. Anything but plain text is left to the
+// engine.
 function deleteBefore({ startContainer: node, startOffset: offset }) {
     const length = node instanceof Text ? lengthOfLast(node.data.slice(0, offset)) : 0;
     return deleteLetters(node, offset - length, length);
@@ -259,7 +261,7 @@ function lengthOfFirst(text) {
     return letter ? letter.segment.length : 0;
 }
 
-// A blank that a deletion left at the end of a line can be seen, as a typed one.
+// Makes a blank that a deletion left at the end of a line visible, like a typed one.
 function showLastBlank() {
     const range = currentRange();
     const { startContainer: node, startOffset: offset } = range;
@@ -290,7 +292,7 @@ function joinForward(block) {
     return joinOver(block, isBlock(after) && holdsNothing(after) ? after : blockOf(after), after);
 }
 
-// Cells are never joined with anything, and a rule between two blocks is what goes.
+// Cells are never joined with anything; a rule between two blocks is deleted instead.
 function joinOver(first, second, neighbour) {
     if (neighbour instanceof Element && neighbour.localName === 'hr') {
         neighbour.remove();
@@ -314,7 +316,7 @@ function joinOver(first, second, neighbour) {
     return true;
 }
 
-// The nearest thing to be seen outside the block: text, an image, a rule, or an empty block's line.
+// The nearest visible thing outside the block: text, an image, a rule, or the line of an empty block.
 function neighbourOf(block, direction) {
     const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_ELEMENT | NodeFilter.SHOW_TEXT);
     walker.currentNode = block;
@@ -343,7 +345,7 @@ function firstLeafFrom(node, walker) {
     return null;
 }
 
-// Deletes what is selected; blocks that only parts are left of become one, without the engine's styled spans.
+// Deletes the selection and joins blocks that are only partly left, without the engine's styled spans.
 function deleteSelection() {
     const range = currentRange();
     if (!range || range.collapsed)
@@ -365,7 +367,7 @@ function deleteSelection() {
         caretToStart(isEmptyBlock(document.body) ? asParagraph(first) : first);
 }
 
-// A block in a paragraph's stead that carries nothing over; items and cells stay what they are.
+// Turns a block into a plain paragraph without attributes; items and cells stay what they are.
 function asParagraph(block) {
     if (!textBlocks.has(block.localName))
         return block;
