@@ -1,24 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/cssnames.h"
 
-#include "web/scriptcall.h"
 #include "web/viewcontroller.h"
 
-#include <QPointer>
+#include <utility>
 
 namespace luma {
 
-CssNames cssNamesOf(ViewController& rendering, CssNames before)
+void loadCssNames(ViewController& rendering, QObject* context, CssNames& names)
 {
-    const QPointer<ViewController> alive = &rendering;
-    for (const auto& [script, names] : {std::pair("findAllDotClassNamesFromCSS()", &before.classes),
-                                        std::pair("findAllIDNamesFromCSS()", &before.ids)}) {
-        if (!alive)
-            break;
-        const QVariant answer = rendering.evaluateAndWait(QLatin1String(script));
-        *names = ScriptCall::strings(answer).value_or(*names);
-    }
-    return before;
+    for (const auto& [script, list] : {std::pair("findAllDotClassNamesFromCSS()", &names.classes),
+                                       std::pair("findAllIDNamesFromCSS()", &names.ids)})
+        rendering.ask(QLatin1String(script), context, [kept = list](const QVariant& answer) {
+            *kept = ScriptCall::strings(answer).value_or(*kept);
+        });
 }
 
 } // namespace luma

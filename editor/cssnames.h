@@ -3,6 +3,8 @@
 
 #include <QStringList>
 
+class QObject;
+
 namespace luma {
 
 class ViewController;
@@ -14,8 +16,8 @@ struct CssNames
     QStringList ids;
 };
 
-/// Asks the rendering for them, and waits for its answers; null ones keep the names of before. Other events
-/// run meanwhile, which may end the window.
-CssNames cssNamesOf(ViewController& rendering, CssNames before);
+/// Asks the rendering for them and stores its answers in `names`, which lives as long as `context`. Where the
+/// rendering does not answer, the previous names stay.
+void loadCssNames(ViewController& rendering, QObject* context, CssNames& names);
 
 } // namespace luma

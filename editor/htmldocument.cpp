@@ -93,6 +93,7 @@ void HTMLDocument::createStyleSheets()
         m_services.runShell, this);
     connect(m_styleSheets, &StyleSheetEditor::fileStored, this, &HTMLDocument::reload);
     connect(m_styleSheets, &StyleSheetEditor::styleBlockRequested, m_edits, &PageEdits::updateStyleBlock);
+    connect(m_edits, &PageEdits::styleBlockUpdated, m_styleSheets, &StyleSheetEditor::selectCSS);
     connect(m_styleSheets, &StyleSheetEditor::failed, this, [this](const QString& reason) {
         tell(tr("The style sheet could not be saved: %1").arg(reason));
     });
@@ -160,10 +161,10 @@ bool HTMLDocument::load(Reading reading, const QString& name)
 
 void HTMLDocument::revertDocumentToSaved()
 {
-    const QPointer<HTMLDocument> self = this;
-    m_viewController->catchUp();
-    if (self && load(Reading::Again, tr("Revert")))
-        updateWindow();
+    m_viewController->whenCaughtUp(this, [this] {
+        if (load(Reading::Again, tr("Revert")))
+            updateWindow();
+    });
 }
 
 void HTMLDocument::printDocument() const
@@ -176,16 +177,16 @@ void HTMLDocument::checkFile()
     watchFile();
     if (!m_store.changedOnDisk())
         return;
-    const QPointer<HTMLDocument> self = this;
-    m_viewController->catchUp();
-    if (!self)
-        return;
-    if (isEdited())
-        tell(tr("Another program has changed this page. Reload takes its version; undo brings yours "
-                "back."),
-             Offer::Reload);
-    else
-        load(Reading::Again, tr("Reload"));
+    m_viewController->whenCaughtUp(this, [this] {
+        if (!m_store.changedOnDisk())
+            return;
+        if (isEdited())
+            tell(tr("Another program has changed this page. Reload takes its version; undo brings yours "
+                    "back."),
+                 Offer::Reload);
+        else
+            load(Reading::Again, tr("Reload"));
+    });
 }
 
 // A file that another program replaces is a new one, on which the watch ends: so the folder is watched too, and
@@ -239,10 +240,7 @@ void HTMLDocument::buildCSSMenu()
 
 void HTMLDocument::loadCSSNames()
 {
-    const QPointer<HTMLDocument> self = this;
-    CssNames names = cssNamesOf(*m_viewController, m_cssNames);
-    if (self)
-        m_cssNames = std::move(names);
+    loadCssNames(*m_viewController, this, m_cssNames);
 }
 
 void HTMLDocument::applyCallbackText(const QString& text)

@@ -37,8 +37,8 @@ class ViewController;
 /// The document of one page and its window: the outline beside the live rendering and the style sheets. The
 /// tree is the master copy; every edit of it is an undo command, after which the rendering is rebuilt; an
 /// edit made in the rendering comes back as markup and becomes a command too. The window deletes itself when
-/// it is closed, and asks before it gives up unsaved edits. Main thread; most actions may run other events
-/// (see ScriptCall).
+/// it is closed, and asks before it gives up unsaved edits. Main thread; most edits wait for the
+/// rendering and are made soon after their call (see PageEdits).
 class HTMLDocument final : public QMainWindow, private PageDocument
 {
     Q_OBJECT

@@ -6,7 +6,6 @@
 #include "editor/outlineview.h"
 #include "html/element.h"
 #include "page/tagrules.h"
-#include "web/scriptquote.h"
 #include "web/viewcontroller.h"
 
 #include <utility>

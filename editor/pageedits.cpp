@@ -10,11 +10,9 @@
 #include "page/pagetree.h"
 #include "web/viewcontroller.h"
 
-#include <QPointer>
 #include <QUndoStack>
 
 #include <string>
-#include <utility>
 
 namespace luma {
 
@@ -28,32 +26,35 @@ PageEdits::PageEdits(const TagRules& rules, PageTree& tree, QUndoStack& stack, O
       m_rendering(rendering)
 {}
 
-bool PageEdits::catchUp()
+void PageEdits::whenCaughtUp(const std::function<void()>& edit)
 {
-    const QPointer<PageEdits> self = this;
-    m_rendering.catchUp();
-    return self && m_tree.document();
+    m_rendering.whenCaughtUp(this, [this, edit] {
+        if (m_tree.document())
+            edit();
+    });
 }
 
 void PageEdits::editSelected(const std::function<void(html::Element&)>& edit)
 {
-    html::Element* const element = catchUp() ? m_selection.element() : nullptr;
-    if (!element)
-        return;
-    {
-        const auto quiet = m_selection.quietly();
-        edit(*element);
-    }
-    emit edited();
+    whenCaughtUp([this, edit] {
+        html::Element* const element = m_selection.element();
+        if (!element)
+            return;
+        {
+            const auto quiet = m_selection.quietly();
+            edit(*element);
+        }
+        emit edited();
+    });
 }
 
 void PageEdits::addTag(const QString& tagName)
 {
-    html::NodePtr added = m_rules.newElement(tagName);
-    if (!added)
+    if (!m_rules.newElement(tagName))
         return;
-    editSelected([&](html::Element& target) {
-        m_commands.insert(std::move(added), {&target, target.firstChild()}, tr("Insert <%1>").arg(tagName));
+    editSelected([this, tagName](html::Element& target) {
+        m_commands.insert(m_rules.newElement(tagName), {&target, target.firstChild()},
+                          tr("Insert <%1>").arg(tagName));
     });
 }
 
@@ -65,8 +66,7 @@ void PageEdits::deleteTag()
 
 void PageEdits::editAttributes(TagAction action, const QString& title)
 {
-    const std::string name = title.toStdString();
-    editSelected([&](html::Element& element) {
+    editSelected([this, action, name = title.toStdString()](html::Element& element) {
         if (action == TagAction::AddClass)
             m_commands.setAttributes(element, withClass(element.attributes(), name), tr("Add Class"));
         else if (action == TagAction::RemoveClass)
@@ -90,40 +90,45 @@ void PageEdits::perform(TagAction action, const QString& title)
 
 void PageEdits::changeTitle(const QString& title)
 {
-    if (!catchUp() || QString::fromStdString(m_tree.document()->title()) == title)
-        return;
-    m_commands.setTitle(title);
-    emit edited();
+    whenCaughtUp([this, title] {
+        if (QString::fromStdString(m_tree.document()->title()) == title)
+            return;
+        m_commands.setTitle(title);
+        emit edited();
+    });
 }
 
 void PageEdits::updateStyleBlock(const QString& title, const QString& css)
 {
-    html::Element* const block = catchUp() ? styleBlock(*m_tree.document(), title) : nullptr;
-    if (!block)
-        return;
-    m_commands.setInnerMarkup(*block, css, tr("Update CSS"));
-    emit redone();
+    whenCaughtUp([this, title, css] {
+        html::Element* const block = styleBlock(*m_tree.document(), title);
+        if (block)
+            m_commands.setInnerMarkup(*block, css, tr("Update CSS"));
+        emit styleBlockUpdated();
+        if (block)
+            emit redone();
+    });
 }
 
 void PageEdits::acceptDrop(const QPersistentModelIndex& dragged, const QPersistentModelIndex& target,
                            int childIndex, Qt::DropAction action)
 {
-    if (!catchUp())
-        return;
-    html::Element* const element = OutlineModel::elementAt(dragged);
-    html::Element* const parent = OutlineModel::elementAt(target);
-    if (!isDropAllowed(m_rules, element, parent))
-        return;
-    {
-        const auto quiet = m_selection.quietly();
-        const html::Element* dropped = element;
-        if (action == Qt::CopyAction)
-            dropped = m_commands.copy(*element, dropPosition(*parent, childIndex, nullptr));
-        else
-            m_commands.move(*element, dropPosition(*parent, childIndex, element));
-        m_selection.select(dropped);
-    }
-    emit edited();
+    whenCaughtUp([this, dragged, target, childIndex, action] {
+        html::Element* const element = OutlineModel::elementAt(dragged);
+        html::Element* const parent = OutlineModel::elementAt(target);
+        if (!isDropAllowed(m_rules, element, parent))
+            return;
+        {
+            const auto quiet = m_selection.quietly();
+            const html::Element* dropped = element;
+            if (action == Qt::CopyAction)
+                dropped = m_commands.copy(*element, dropPosition(*parent, childIndex, nullptr));
+            else
+                m_commands.move(*element, dropPosition(*parent, childIndex, element));
+            m_selection.select(dropped);
+        }
+        emit edited();
+    });
 }
 
 void PageEdits::undo()
@@ -138,15 +143,15 @@ void PageEdits::redo()
 
 void PageEdits::travelHistory(void (QUndoStack::*step)())
 {
-    if (!catchUp())
-        return;
-    const int before = m_stack.index();
-    {
-        const auto quiet = m_selection.quietly();
-        (m_stack.*step)();
-    }
-    if (m_stack.index() != before)
-        emit redone();
+    whenCaughtUp([this, step] {
+        const int before = m_stack.index();
+        {
+            const auto quiet = m_selection.quietly();
+            (m_stack.*step)();
+        }
+        if (m_stack.index() != before)
+            emit redone();
+    });
 }
 
 Result<void> PageEdits::takeMarkup(std::string_view markup, const QString& name)

@@ -19,10 +19,10 @@ class OutlineSelection;
 class TagRules;
 class ViewController;
 
-/// The edits that the user of a page's window makes, as commands on its undo stack. Those of the outline
-/// first take over what the rendering has, for which they may run other events, and tell when they are done;
-/// nothing happens where the rules or a missing element forbid one. Those of the rendering come as markup.
-/// Main thread.
+/// The edits that the user makes in a page's window, as commands on its undo stack. Edits of the outline wait
+/// until the document has everything that was done in the rendering (ViewController::whenCaughtUp), so they
+/// return at once and report when they are done; edits that the rules forbid, or that miss their element, are
+/// ignored. Edits of the rendering arrive as markup. Main thread.
 class PageEdits final : public QObject
 {
     Q_OBJECT
@@ -54,13 +54,14 @@ signals:
     void edited();
     /// An edit was undone or made again, or a style sheet changed: the rendering keeps its selection.
     void redone();
+    /// The style block has its new contents, or is no longer in the page.
+    void styleBlockUpdated();
 
 private:
     void editSelected(const std::function<void(html::Element&)>& edit);
     void editAttributes(TagAction action, const QString& title);
     void travelHistory(void (QUndoStack::*step)());
-    /// False when the window went meanwhile.
-    [[nodiscard]] bool catchUp();
+    void whenCaughtUp(const std::function<void()>& edit);
 
     const TagRules& m_rules;
     PageTree& m_tree;

@@ -43,11 +43,12 @@ QString PageSaver::name() const
     return m_store.hasFile() ? textOf(m_store.docURL().filename()) : tr("Untitled");
 }
 
-bool PageSaver::catchUp()
+void PageSaver::whenCaughtUp(const Then& then)
 {
-    const QPointer<PageSaver> self = this;
-    m_rendering.catchUp();
-    return self && m_store.hasPage();
+    m_rendering.whenCaughtUp(this, [this, then] {
+        if (m_store.hasPage())
+            then();
+    });
 }
 
 void PageSaver::write(const fs::path& path, const Then& then)
@@ -58,14 +59,14 @@ void PageSaver::write(const fs::path& path, const Then& then)
 
 void PageSaver::save(const Then& then)
 {
-    if (!catchUp())
-        return;
-    if (!m_store.hasFile())
-        saveAs(then);
-    else if (m_store.changedOnDisk())
-        askToOverwrite(then);
-    else
-        replace(then);
+    whenCaughtUp([this, then] {
+        if (!m_store.hasFile())
+            chooseName(then);
+        else if (m_store.changedOnDisk())
+            askToOverwrite(then);
+        else
+            replace(then);
+    });
 }
 
 void PageSaver::replace(const Then& then)
@@ -86,8 +87,11 @@ void PageSaver::replaceHtml(const Then& then)
 
 void PageSaver::saveAs(const Then& then)
 {
-    if (!catchUp())
-        return;
+    whenCaughtUp([this, then] { chooseName(then); });
+}
+
+void PageSaver::chooseName(const Then& then)
+{
     QFileDialog* const panel = panelOf(m_window, tr("Save As"), QStringLiteral("savePanel"));
     panel->setAcceptMode(QFileDialog::AcceptSave);
     panel->setDefaultSuffix(QStringLiteral("html"));

@@ -60,8 +60,9 @@ private:
     void replaceHtml(const Then& then);
     void saveUnder(const std::filesystem::path& path, const Then& then);
     void write(const std::filesystem::path& path, const Then& then);
-    /// False when there is no page, or the window went meanwhile.
-    [[nodiscard]] bool catchUp();
+    /// `then` follows only if there is a page.
+    void whenCaughtUp(const Then& then);
+    void chooseName(const Then& then);
 
     QWidget* m_window;
     PageStore& m_store;

@@ -103,9 +103,10 @@ void StyleSheetEditor::textDidChange()
 
 void StyleSheetEditor::updateCSS()
 {
-    // What can't be written is not told of: it stays in the field, and the button can be pressed again.
+    // Failures are ignored: the text stays in the field, and the button can be pressed again.
     (void)store(shownTitle(), CodeEdit::textIn(*m_controls.cssField));
-    selectCSS();
+    if (!isStyleBlock(shownTitle()))
+        selectCSS();
 }
 
 void StyleSheetEditor::storeDrafts()

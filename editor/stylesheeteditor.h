@@ -52,7 +52,8 @@ public:
 signals:
     /// A linked sheet was written.
     void fileStored();
-    /// The text is to become the contents of the page's own `style` element of that entry.
+    /// The text is to become the contents of the page's own `style` element of that entry. Call selectCSS()
+    /// when it has.
     void styleBlockRequested(const QString& title, const QString& css);
     /// A linked sheet could not be written, for this reason.
     void failed(const QString& reason);

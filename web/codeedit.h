@@ -5,7 +5,7 @@
 
 namespace luma {
 
-/// A text field for code: fixed pitch, no wrapping, and line numbers unless they are switched off.
+/// A text field for code: fixed pitch, no wrapping, line numbers unless switched off.
 class CodeEdit final : public QPlainTextEdit
 {
     Q_OBJECT
@@ -14,8 +14,8 @@ class CodeEdit final : public QPlainTextEdit
 public:
     explicit CodeEdit(QWidget* parent = nullptr);
 
-    /// The text as it was set or typed, with no-break spaces and line separators, which toPlainText() makes
-    /// blanks and line ends.
+    /// The text exactly as set or typed. QPlainTextEdit::toPlainText() would turn no-break spaces into blanks
+    /// and line separators into line ends.
     static QString textIn(const QPlainTextEdit& field);
 
     [[nodiscard]] bool lineNumbers() const { return m_lineNumbers; }

@@ -12,14 +12,14 @@ namespace luma {
 
 namespace {
 
-constexpr qsizetype longestLine = 10'000; // Longer ones, of machine-made text, stay plain.
+constexpr qsizetype longestLine = 10'000; // longer ones, usually generated, stay plain
 constexpr QColor commentColour(0x6a, 0x73, 0x7d);
 constexpr QColor nameColour(0x0b, 0x5c, 0xad);
 constexpr QColor stringColour(0x9a, 0x3b, 0x12);
 constexpr QColor numberColour(0x1a, 0x7f, 0x37);
 constexpr QColor wordColour(0x82, 0x30, 0xa8);
 
-// The colours are chosen for a light ground; on a dark one they are as much lighter.
+// The colours are made for a light background; on a dark one they are lightened by as much.
 QColor suited(const QColor& colour, const QPalette& palette)
 {
     const bool dark = palette.color(QPalette::Base).lightness() < 128;
@@ -58,7 +58,7 @@ void CodeHighlighter::suitPalette()
 {
     for (Rule& rule : m_rules)
         rule.format.setForeground(suited(rule.lightColour, m_field->palette()));
-    // Other colours are no other text.
+    // Recolouring is no change of the text.
     const QSignalBlocker quiet(m_field);
     rehighlight();
     m_field->viewport()->update();

@@ -11,9 +11,8 @@ class QPlainTextEdit;
 
 namespace luma {
 
-/// Colours HTML, CSS or script text, in colours that suit the field's palette, light or dark, also when that
-/// changes. It looks at one line at
-/// a time and carries over what stays open: a comment, a tag, a declaration block.
+/// Colours HTML, CSS or script text to suit the field's palette, light or dark, and follows its changes. Works
+/// line by line and carries over what is still open: a comment, a tag, a declaration block.
 class CodeHighlighter final : public QSyntaxHighlighter
 {
     Q_OBJECT
@@ -32,7 +31,7 @@ private:
     struct Rule
     {
         QRegularExpression begins;
-        QRegularExpression ends; // of what may go over line ends; empty for what does not
+        QRegularExpression ends; // for rules that span lines; empty for others
         QColor lightColour;
         QTextCharFormat format;
     };

@@ -41,13 +41,15 @@ QWebEngineScript editorScript(const QString& name, const QString& source,
     return script;
 }
 
-// The channel's own client script, which Qt carries as a resource.
+// The channel's client script, a resource of Qt.
 QString channelScript()
 {
     QFile file(QStringLiteral(":/qtwebchannel/qwebchannel.js"));
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
+// In the order of their names; bridge.js comes last, as it reports the page ready. No other one depends on the order:
+// at the top they only declare, and listen to events.
 std::vector<fs::path> pageSideScripts()
 {
     std::vector<fs::path> scripts;
@@ -58,6 +60,8 @@ std::vector<fs::path> pageSideScripts()
             scripts.push_back(entry->path());
     }
     std::sort(scripts.begin(), scripts.end());
+    std::stable_partition(scripts.begin(), scripts.end(),
+                          [](const fs::path& script) { return script.filename() != "bridge.js"; });
     return scripts;
 }
 
@@ -69,7 +73,7 @@ bool isForTheBrowser(const QUrl& url)
     return schemes.contains(url.scheme());
 }
 
-// The desktop opens a file with whatever it has for the type: what it might run instead is not opened.
+// The desktop opens a file with the program for its type. Files that it might run instead are not opened.
 bool mightRun(const fs::path& file)
 {
     std::error_code error;
@@ -110,16 +114,15 @@ void EditorPage::addEditorScripts()
     scripts().insert(m_scripts);
 }
 
-// A process that has replaced another one may not have been given them (seen with Qt 6.4).
+// The engine may not give them to a process that has replaced another (seen with Qt 6.4).
 void EditorPage::addMissingScripts()
 {
-    ScriptCall::run(this, QStringLiteral("typeof takeMessages"),
-                    [page = std::weak_ptr(m_self), generation = m_generation](const QVariant& type) {
-                        const auto self = page.lock();
-                        if (!self || generation != self->m_generation || type != QStringLiteral("undefined"))
+    ScriptCall::ask(this, QStringLiteral("typeof takeMessages"), this,
+                    [this, generation = m_generation](const QVariant& type) {
+                        if (generation != m_generation || type != QStringLiteral("undefined"))
                             return;
-                        for (const QWebEngineScript& script : std::as_const(self->m_scripts))
-                            ScriptCall::run(self.get(), script.sourceCode());
+                        for (const QWebEngineScript& script : std::as_const(m_scripts))
+                            ScriptCall::run(this, script.sourceCode());
                     });
 }
 
@@ -137,8 +140,8 @@ void EditorPage::connectRefusals()
 
 void EditorPage::connectState()
 {
-    // The engine may leave out the end of a load that another one overtook, and end one that is not the last:
-    // it is the page itself that tells when it stands there, and which it is.
+    // The engine may not report the end of a load that another one overtook, or report one that is not the
+    // last, so the page itself reports that it is ready, with its address.
     connect(m_bridge, &PageBridge::documentReady, this, [this](const QString& address) {
         if (QUrl(address) != m_address)
             return;
@@ -161,8 +164,8 @@ void EditorPage::connectState()
     });
 }
 
-// The channel to a process that has replaced another one may be dead (seen with Qt 6.4), and one made anew is
-// dead too. Then the page's messages are fetched.
+// The channel to a process that has replaced another may be dead (seen with Qt 6.4), and so is a new one. Then
+// the page's messages are fetched.
 void EditorPage::watchChannel()
 {
     m_silence.setSingleShot(true);
@@ -183,17 +186,12 @@ void EditorPage::fetchMessages()
 {
     if (std::exchange(m_isFetching, true))
         return;
-    ScriptCall::run(this, QStringLiteral("takeMessages()"),
-                    [page = std::weak_ptr(m_self), generation = m_generation](const QVariant& messages) {
-                        const auto self = page.lock();
-                        if (!self || generation != self->m_generation)
+    ScriptCall::ask(this, QStringLiteral("takeMessages()"), this,
+                    [this, generation = m_generation](const QVariant& messages) {
+                        if (generation != m_generation)
                             return;
-                        self->m_isFetching = false;
-                        // Outside of the engine's work, which answers no question until it is done.
-                        QMetaObject::invokeMethod(
-                            self->m_bridge,
-                            [bridge = self->m_bridge, messages] { bridge->takeMessages(messages); },
-                            Qt::QueuedConnection);
+                        m_isFetching = false;
+                        m_bridge->takeMessages(messages);
                     });
 }
 
@@ -215,7 +213,7 @@ void EditorPage::show(const QByteArray& markup, const SiteFolder& files)
     ++m_generation;
     m_profile.files().serve(m_host, markup, files);
     m_address = SiteSchemeHandler::address(m_host, files.page());
-    m_address.setQuery(QString::number(m_generation)); // Each page shown has an address of its own.
+    m_address.setQuery(QString::number(m_generation)); // Each page shown has its own address.
     load(m_address);
 }
 
@@ -230,11 +228,11 @@ bool EditorPage::acceptNavigationRequest(const QUrl& url, NavigationType type, b
         activateLink(url);
         return false;
     }
-    // A frame within the page may show a page of the site; it stays where the page put it.
+    // A frame may show a page of the site, but not go elsewhere.
     if (!isMainFrame)
         return type == NavigationTypeOther &&
                (PageScheme::isOfPage(url, m_host) || url.scheme() == QLatin1String("about"));
-    // Once, and the last page handed over alone: an earlier one may ask after it.
+    // Only the page handed over last, and only once: requests for earlier ones may still arrive.
     if (!m_loadIsDue || type != NavigationTypeTyped || url != m_address)
         return false;
     m_loadIsDue = false;
@@ -283,8 +281,8 @@ bool EditorPage::javaScriptPrompt(const QUrl&, const QString&, const QString&, Q
 void EditorPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message,
                                           int line, const QString& source)
 {
-    // What the engine finds wrong with the page itself is of no interest here; what it can't run is the
-    // editor's, as no script of the page runs.
+    // The engine's complaints about the page don't matter here. Uncaught errors are the editor's, as no script
+    // of the page runs.
     if (PageScheme::isOfPage(QUrl(source), m_host) && !message.startsWith(QLatin1String("Uncaught ")))
         return;
     if (level == ErrorMessageLevel && source.startsWith(QLatin1String("userscript:")))

@@ -11,16 +11,15 @@
 #include <QWebEngineScript>
 
 #include <filesystem>
-#include <memory>
 
 class QWebChannel;
 
 namespace luma {
 
-/// One page in the editor: shows markup that is handed over, with the site's files beside it, and lets
-/// nothing else happen. The page's own scripts do not run; the editor's run in a world of their own. A link
-/// that the user activates goes to the desktop (QDesktopServices), every other navigation (redirects,
-/// refreshes, forms, windows, downloads) is refused, as are dialogs and permissions. Main thread.
+/// One page in the editor: shows given markup with the site's files, and nothing else. The page's own scripts
+/// do not run; the editor's run in a separate world. Links that the user activates open in the desktop's browser
+/// (QDesktopServices); every other navigation (redirects, refreshes, forms, windows, downloads) is refused, as
+/// are dialogs and permissions. Main thread.
 class EditorPage final : public QWebEnginePage
 {
     Q_OBJECT
@@ -30,28 +29,27 @@ public:
     explicit EditorPage(EditorProfile& profile, QObject* parent = nullptr);
     ~EditorPage() override;
 
-    /// Shows `markup` (UTF-8, any size) as the page that stands at files.page(). shown() follows.
+    /// Shows `markup` (UTF-8, any size) as the page at files.page(). ready() and shown() follow.
     void show(const QByteArray& markup, const SiteFolder& files);
 
-    /// True while a page handed over stands there whole: false while one loads, and after its process died.
+    /// Whether the page handed over last is ready: false while it loads and after its process has died.
     [[nodiscard]] bool isComplete() const { return m_complete; }
 
-    /// Counts the pages shown, so that a late answer is known for what it is.
+    /// Counts the pages shown; tells a late answer from a current one.
     [[nodiscard]] int generation() const { return m_generation; }
 
-    /// Forgets what was fetched, so that changed sheets and images are read again.
+    /// Discards fetched files, so that changed style sheets and images are read again.
     void clearCaches();
     [[nodiscard]] PageBridge& bridge() { return *m_bridge; }
 
 signals:
-    /// The page handed over last stands there whole and can be edited, though sheets and images may be
-    /// missing.
+    /// The page handed over last is parsed and can be edited; style sheets and images may still be loading.
     void ready();
-    /// So do its sheets and images, or they failed. Comes after ready().
+    /// Its style sheets and images have been loaded or have failed. Comes after ready().
     void shown();
-    /// What a script of the editor's world, such as one of the script console, wrote to the console.
+    /// A console message from a script of the editor's world, such as one run in the script console.
     void scriptMessage(const QString& message);
-    /// The page's process ended by itself or was ended; the page is blank until it is shown again.
+    /// The page's process has ended; the page is blank until it is shown again.
     void processDied();
 
 protected:
@@ -76,9 +74,6 @@ private:
     void activateLink(const QUrl& url);
     [[nodiscard]] QUrl addressForTheBrowser(const QUrl& url) const;
 
-    // For answers that may come late: the engine gives what is left of them at its end, when this is no
-    // EditorPage any more and no QPointer knows it yet.
-    const std::shared_ptr<EditorPage> m_self{this, [](EditorPage*) {}};
     EditorProfile& m_profile;
     QString m_host;
     QUrl m_address;
@@ -86,14 +81,14 @@ private:
     QList<QWebEngineScript> m_scripts;
     QWebChannel* m_channel = nullptr;
     PageBridge* m_bridge = nullptr;
-    QTimer m_silence;          // runs while a loaded page has not told that it is ready
-    QTimer m_fetch;            // runs while the page's messages are fetched, its channel being dead
-    bool m_isFetching = false; // one answer is awaited
-    qint64 m_deafProcess = 0;  // the process that no channel leads to
+    QTimer m_silence;          // runs while a loaded page has not reported that it is ready
+    QTimer m_fetch;            // runs while messages are fetched from a page with a dead channel
+    bool m_isFetching = false; // an answer is pending
+    qint64 m_deafProcess = 0;  // the process that no channel reaches
     int m_generation = 0;
     bool m_loadIsDue = false;
     bool m_complete = false;
-    bool m_isLoaded = false; // told by the page, and not passed on yet
+    bool m_isLoaded = false; // reported by the page, and not passed on yet
 };
 
 } // namespace luma

@@ -3,10 +3,57 @@
 
 #include "web/pagescheme.h"
 
+#include <QUrl>
 #include <QWebEngineCookieStore>
 #include <QWebEngineSettings>
+#include <QWebEngineUrlRequestInfo>
 
 namespace luma {
+
+namespace {
+
+bool determinesLooks(QWebEngineUrlRequestInfo::ResourceType type)
+{
+    switch (type) {
+    case QWebEngineUrlRequestInfo::ResourceTypeStylesheet:
+    case QWebEngineUrlRequestInfo::ResourceTypeImage:
+    case QWebEngineUrlRequestInfo::ResourceTypeFontResource:
+    case QWebEngineUrlRequestInfo::ResourceTypeMedia:
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool isAllowed(const QWebEngineUrlRequestInfo& request)
+{
+    const QString scheme = request.requestUrl().scheme();
+    if (scheme.toLatin1() == PageScheme::name() || scheme == QLatin1String("data"))
+        return true;
+    if (scheme == QLatin1String("devtools"))
+        return request.firstPartyUrl().scheme() == scheme ||
+               request.resourceType() == QWebEngineUrlRequestInfo::ResourceTypeMainFrame;
+    return (scheme == QLatin1String("http") || scheme == QLatin1String("https")) &&
+           request.requestMethod() == "GET" && determinesLooks(request.resourceType());
+}
+
+/// What a page in the editor may fetch: its own files through the private scheme and, over http and https,
+/// whatever determines its looks (style sheets, images, fonts, sound and video), without cookies and referrer.
+/// Scripts, frames, pings and all other schemes, above all file:, are refused: a page being edited runs
+/// nothing and reads nothing outside its site.
+class RequestFilter final : public QWebEngineUrlRequestInterceptor
+{
+public:
+    void interceptRequest(QWebEngineUrlRequestInfo& request) override
+    {
+        if (!isAllowed(request))
+            request.block(true);
+        else if (request.requestUrl().scheme().startsWith(QLatin1String("http")))
+            request.setHttpHeader("Referer", {});
+    }
+};
+
+} // namespace
 
 std::shared_ptr<EditorProfile> EditorProfile::shared()
 {
@@ -19,14 +66,14 @@ std::shared_ptr<EditorProfile> EditorProfile::shared()
     return profile;
 }
 
-EditorProfile::EditorProfile()
+EditorProfile::EditorProfile() : m_filter(std::make_unique<RequestFilter>())
 {
     installUrlSchemeHandler(PageScheme::name(), &m_files);
-    setUrlRequestInterceptor(&m_filter);
+    setUrlRequestInterceptor(m_filter.get());
     setHttpCacheType(MemoryHttpCache);
     setPersistentCookiesPolicy(NoPersistentCookies);
     cookieStore()->setCookieFilter([](const QWebEngineCookieStore::FilterRequest&) { return false; });
-    switchOffWhatAnEditorNeedsNot();
+    switchOffFeatures();
 }
 
 EditorProfile::~EditorProfile()
@@ -41,7 +88,7 @@ QString EditorProfile::newHost()
     return QStringLiteral("page%1").arg(++count);
 }
 
-void EditorProfile::switchOffWhatAnEditorNeedsNot()
+void EditorProfile::switchOffFeatures()
 {
     using Settings = QWebEngineSettings;
     for (const auto attribute :
@@ -53,7 +100,7 @@ void EditorProfile::switchOffWhatAnEditorNeedsNot()
           Settings::FocusOnNavigationEnabled, Settings::AllowRunningInsecureContent})
         settings()->setAttribute(attribute, false);
     settings()->setAttribute(Settings::PlaybackRequiresUserGesture, true);
-    // So that a link to a mail address gets as far as the page, which decides.
+    // Lets links to mail addresses reach the page, which decides.
     settings()->setUnknownUrlSchemePolicy(Settings::AllowAllUnknownUrlSchemes);
 }
 

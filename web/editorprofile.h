@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "web/requestfilter.h"
 #include "web/siteschemehandler.h"
 
 #include <QWebEngineProfile>
+#include <QWebEngineUrlRequestInterceptor>
 
 #include <memory>
 
 namespace luma {
 
-/// The web engine's profile that all open pages share: nothing is kept on disk, no cookie is taken, no
-/// download starts. It lives as long as someone holds it; a holder gives it back after its page is deleted.
+/// The web engine's profile for all open pages: stores nothing on disk, accepts no cookies, starts no
+/// downloads. Shared by its users; each must keep it until its page has been deleted. Main thread.
 class EditorProfile final : public QWebEngineProfile
 {
     Q_OBJECT
@@ -24,14 +24,14 @@ public:
 
     [[nodiscard]] SiteSchemeHandler& files() { return m_files; }
 
-    /// A host name that no page of this run had before.
+    /// A host name not used before in this process.
     static QString newHost();
 
 private:
-    void switchOffWhatAnEditorNeedsNot();
+    void switchOffFeatures();
 
     SiteSchemeHandler m_files;
-    RequestFilter m_filter;
+    std::unique_ptr<QWebEngineUrlRequestInterceptor> m_filter;
 };
 
 } // namespace luma

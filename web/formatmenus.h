@@ -8,12 +8,12 @@ namespace luma {
 
 class ViewController;
 
-/// The menus of text styles and justification, in the web view's context menu and the menu bar alike. Their
-/// titles are the command words of the page-side scripts, so they are not translated.
+/// The menus for text style and justification, used in the web view's context menu and in the menu bar. Their
+/// titles are the command words of the page-side scripts and therefore not translated.
 class FormatMenus final
 {
 public:
-    /// Styles and block formats; choosing a checked one takes it away.
+    /// Styles and block formats; choosing a checked one removes it.
     static QMenu* textStyle(QWidget* parent, ViewController& controller);
     static QMenu* justification(QWidget* parent, ViewController& controller);
 };

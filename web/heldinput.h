@@ -8,9 +8,8 @@
 
 namespace luma {
 
-/// What the user does to a page that can't take it. While an edit is made and the page is shown anew, keys
-/// and commands wait here in their order, and are made up for when the last reason to hold them has gone.
-/// Main thread.
+/// Holds back the user's keys and commands while the page can't accept them, because an edit is being made or
+/// the page is loading, and replays them in order as soon as it can. Main thread.
 class HeldInput final : public QObject
 {
     Q_OBJECT
@@ -18,14 +17,14 @@ class HeldInput final : public QObject
 public:
     using QObject::QObject;
 
-    /// Each reason to hold is one hold() and one release(), which may run what was held.
+    /// Calls are paired; the last release() runs the actions held.
     void hold() { ++m_reasons; }
     void release();
     [[nodiscard]] bool isHolding() const { return m_reasons > 0; }
 
-    /// Runs the action now, or in its turn.
+    /// Runs the action now, or later in its turn.
     void take(const std::function<void()>& action);
-    /// Gives up what is held.
+    /// Discards the actions held.
     void clear() { m_actions.clear(); }
 
 private:

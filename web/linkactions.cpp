@@ -6,7 +6,6 @@
 #include "web/mywebview.h"
 #include "web/pagedocument.h"
 #include "web/scriptcall.h"
-#include "web/scriptquote.h"
 
 #include <QLabel>
 #include <QUrl>
@@ -35,10 +34,9 @@ void LinkActions::makeLink()
 
 void LinkActions::editLink()
 {
-    const QPointer<LinkActions> self = this;
-    const QString address = ScriptCall::wait(&m_view.editorPage(), QStringLiteral("getLink()")).toString();
-    if (self)
-        m_sheet->begin(LinkSheet::Purpose::EditLink, address, m_document.siteFolder());
+    ScriptCall::ask(&m_view.editorPage(), QStringLiteral("getLink()"), this, [this](const QVariant& address) {
+        m_sheet->begin(LinkSheet::Purpose::EditLink, address.toString(), m_document.siteFolder());
+    });
 }
 
 void LinkActions::insertImage()
@@ -48,7 +46,6 @@ void LinkActions::insertImage()
 
 void LinkActions::confirm(const QString& address)
 {
-    const QPointer<LinkActions> self = this;
     const QString doCommand = QStringLiteral("doCommand");
     const QString createLink = scriptCall(doCommand, QStringLiteral("Create Link"), address);
     switch (m_sheet->purpose()) {
@@ -68,20 +65,17 @@ void LinkActions::confirm(const QString& address)
                   scriptCall(doCommand, QStringLiteral("Unlink")) + QStringLiteral(" ; ") + createLink);
         break;
     }
-    if (self)
-        m_view.setFocus();
+    m_view.setFocus();
 }
 
 void LinkActions::insertFiles(const QList<QUrl>& files, const QPointF& where)
 {
-    const QPointer<LinkActions> self = this;
     const double zoom = m_view.zoomFactor();
     QString script = QStringLiteral("setCaretAt(%1, %2)").arg(where.x() / zoom).arg(where.y() / zoom);
     for (const QUrl& url : files)
         script += QStringLiteral("; ") + insertionOf(url);
     m_perform(tr("Drop"), script);
-    if (self)
-        m_view.setFocus();
+    m_view.setFocus();
 }
 
 QString LinkActions::insertionOf(const QUrl& url)
@@ -89,7 +83,7 @@ QString LinkActions::insertionOf(const QUrl& url)
     const auto file = LinkSheet::fileOf(url);
     const QString link = m_document.linkTo(file);
     if (m_infoText && !m_document.siteFolder().realPath(file))
-        m_infoText->setText(tr("%1 lies outside the site").arg(url.fileName()));
+        m_infoText->setText(tr("%1 is outside the site").arg(url.fileName()));
     return contentTypeOf(file).starts_with("image/")
                ? scriptCall(QStringLiteral("doCommand"), QStringLiteral("Insert Image"), link)
                : scriptCall(QStringLiteral("insertLink"), link, url.fileName());

@@ -17,8 +17,8 @@ class LinkSheet;
 class MyWebView;
 class PageDocument;
 
-/// The links and images of a rendering: asks for their addresses with a sheet of the view's window, and puts
-/// them, and files that are dropped, at the caret. Main thread only; document and view outlive it.
+/// Inserts links, images and dropped files at the caret; asks for addresses in a sheet of the view's window.
+/// Main thread; document and view outlive it.
 class LinkActions final : public QObject
 {
     Q_OBJECT
@@ -27,7 +27,7 @@ public:
     /// Evaluates a script that edits the page; its edit has this name in the undo history.
     using Perform = std::function<void(const QString& name, const QString& script)>;
 
-    /// `infoText` tells of a dropped file outside the site.
+    /// `infoText` reports dropped files outside the site.
     LinkActions(PageDocument& document, MyWebView& view, QLabel* infoText, Perform perform, QObject* parent);
 
     [[nodiscard]] LinkSheet* sheet() const { return m_sheet; }

@@ -25,7 +25,7 @@ bool runsScripts(const QString& address)
                                       scheme == QLatin1String("vbscript") || scheme == QLatin1String("data"));
 }
 
-// Tabs and line ends, as an address pasted out of a mail may have, are no part of it (URL Standard, 4.4).
+// Tabs and line ends, as in an address pasted from a mail, are removed (URL Standard, 4.4).
 QString addressIn(const QLineEdit& field)
 {
     static const QRegularExpression noPart(QStringLiteral("[\\t\\r\\n]"));
@@ -59,7 +59,7 @@ void LinkSheet::begin(Purpose purpose, const QString& address, const SiteFolder&
     m_site = site;
     const bool isImage = purpose == Purpose::Image;
     setWindowTitle(isImage ? tr("Insert image") : tr("Link"));
-    // The button's title says which action the sheet performs.
+    // The button's title names the action.
     m_ui->linkButton->setText(isImage                    ? QStringLiteral("IMG")
                               : purpose == Purpose::Link ? QStringLiteral("Link")
                                                          : QStringLiteral("Edit Link"));
@@ -90,7 +90,7 @@ void LinkSheet::checkAddress()
     if (runsScripts(address))
         complaint = tr("An address that runs a script can't be used");
     else if (m_purpose == Purpose::Image && !address.isEmpty() && !imageUrl(address).isValid())
-        complaint = tr("This is not an address");
+        complaint = tr("Not an address");
     m_ui->linkComplaint->setText(complaint.isEmpty() ? adviceOn(address) : complaint);
     m_ui->linkButton->setEnabled(complaint.isEmpty() && !address.isEmpty() && !isOnlyAScheme(address));
 }
@@ -102,7 +102,7 @@ QString LinkSheet::adviceOn(const QString& address) const
     if (!file || m_site.realPath(*file))
         return {};
     std::error_code error;
-    return std::filesystem::exists(*file, error) ? tr("This lies outside the site")
+    return std::filesystem::exists(*file, error) ? tr("The file is outside the site")
                                                  : tr("There is no such file in the site");
 }
 

@@ -15,9 +15,9 @@ class LinkSheet;
 
 namespace luma {
 
-/// The sheet that asks for the address of a link or an image. Its confirming button says what it does and is
-/// enabled while the address is one that may stand in a page: addresses that run scripts are not. A file that
-/// is not in the site is only remarked upon. Main thread.
+/// The sheet that asks for the address of a link or an image. Its button names the action and is enabled while
+/// the address is acceptable: addresses that run scripts are not. Files outside the site are accepted with a
+/// remark. Main thread.
 class LinkSheet final : public QDialog
 {
     Q_OBJECT
@@ -28,14 +28,14 @@ public:
     explicit LinkSheet(QWidget* parent);
     ~LinkSheet() override;
 
-    /// Opens the sheet with an address to begin with. Images are looked for in the site.
+    /// Opens the sheet with an initial address. The file chooser for images starts in the site.
     void begin(Purpose purpose, const QString& address, const SiteFolder& site);
     [[nodiscard]] Purpose purpose() const { return m_purpose; }
 
-    /// The URL that an image's address is: a whole path on disk becomes a file's, anything else is read
-    /// strictly (RFC 3986). Invalid when it is none.
+    /// An image's address as a URL: an absolute path becomes a file URL, anything else is parsed strictly
+    /// (RFC 3986). Invalid if it can't be parsed.
     static QUrl imageUrl(const QString& address);
-    /// A local URL's path, as bytes.
+    /// The path of a local URL, as bytes.
     static std::filesystem::path fileOf(const QUrl& url);
 
 signals:

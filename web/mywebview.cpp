@@ -20,7 +20,7 @@ bool isOfKeys(QEvent::Type type)
            type == QEvent::InputMethod;
 }
 
-// Keys of the window's commands, for which the engine has commands of its own.
+// Shortcuts of the window's commands that the engine would use for its own.
 bool isCommandKey(const QKeyEvent& key)
 {
     return key.matches(QKeySequence::Bold) || key.matches(QKeySequence::Italic) ||
@@ -57,7 +57,7 @@ MyWebView::MyWebView(QWidget* parent)
 
 MyWebView::~MyWebView() = default;
 
-// The engine receives keys in a widget of its own, which is another one after its process was replaced.
+// The engine receives keys in its own widget, a new one after its process has been replaced.
 void MyWebView::watchKeys()
 {
     m_countOfKeys = 0;
@@ -88,13 +88,12 @@ bool MyWebView::eventFilter(QObject* watched, QEvent* event)
 
 void MyWebView::keepForLater(const QEvent& event)
 {
-    m_heldInput.take([self = QPointer(this), kept = std::shared_ptr<QEvent>(event.clone())] {
-        if (!self || !self->m_keyReceiver)
+    m_heldInput.take([this, kept = std::shared_ptr<QEvent>(event.clone())] {
+        if (!m_keyReceiver)
             return;
-        self->m_madeUp = kept.get();
-        QCoreApplication::sendEvent(self->m_keyReceiver, kept.get());
-        if (self)
-            self->m_madeUp = nullptr;
+        m_madeUp = kept.get();
+        QCoreApplication::sendEvent(m_keyReceiver, kept.get());
+        m_madeUp = nullptr;
     });
 }
 
@@ -117,31 +116,29 @@ void MyWebView::setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu)
 
 void MyWebView::updateMenuMarks()
 {
-    const QPointer<MyWebView> self = this;
-    const QVariant styles = ScriptCall::wait(m_page.get(), QStringLiteral("getTextTags()"));
-    if (!self)
-        return;
-    check(m_fontSubMenu, ScriptCall::strings(styles).value_or(QStringList()));
-    const QVariant justification =
-        ScriptCall::wait(m_page.get(), QStringLiteral("getCurrentJustification()"));
-    if (self)
-        check(m_justificationSubMenu, ScriptCall::strings(justification).value_or(QStringList()));
+    whenMarked([] {});
 }
 
-// The engine asks for the menu from within its own work and answers no question until that is done.
+void MyWebView::whenMarked(const std::function<void()>& then)
+{
+    ScriptCall::ask(m_page.get(), QStringLiteral("[getTextTags(), getCurrentJustification()]"), this,
+                    [this, then](const QVariant& answer) {
+                        const QVariantList marks = answer.toList();
+                        check(m_fontSubMenu, ScriptCall::strings(marks.value(0)).value_or(QStringList()));
+                        check(m_justificationSubMenu,
+                              ScriptCall::strings(marks.value(1)).value_or(QStringList()));
+                        then();
+                    });
+}
+
 void MyWebView::contextMenuEvent(QContextMenuEvent* event)
 {
     event->accept();
-    QMetaObject::invokeMethod(
-        this, [this, where = event->globalPos()] { openMenu(where); }, Qt::QueuedConnection);
+    whenMarked([this, where = event->globalPos()] { openMenu(where); });
 }
 
 void MyWebView::openMenu(const QPoint& where)
 {
-    const QPointer<MyWebView> self = this;
-    updateMenuMarks();
-    if (!self)
-        return;
     auto* menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("webViewMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);

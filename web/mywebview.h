@@ -9,6 +9,7 @@
 #include <QUrl>
 #include <QWebEngineView>
 
+#include <functional>
 #include <memory>
 
 class QKeyEvent;
@@ -16,9 +17,8 @@ class QMenu;
 
 namespace luma {
 
-/// The view in which a page is edited. It owns its EditorPage; its context menu holds the page's text styles
-/// and justification with the state of the selection, and what is dropped on it as files is told instead of
-/// being loaded. Main thread.
+/// The view in which a page is edited; owns its EditorPage. Its context menu shows the text styles and the
+/// justification of the selection, and files dropped on it are reported instead of being loaded. Main thread.
 class MyWebView final : public QWebEngineView
 {
     Q_OBJECT
@@ -29,22 +29,22 @@ public:
 
     [[nodiscard]] EditorPage& editorPage() { return *m_page; }
 
-    /// Holds the view's keys; whoever edits the page otherwise asks it too.
+    /// Holds the view's keys; other edits of the page go through it, too.
     [[nodiscard]] HeldInput& heldInput() { return m_heldInput; }
 
-    /// How many keys have been pressed since the page stood there; the page counts them too (countOfKeys), as
-    /// scripts overtake keys on the way to it.
+    /// The number of keys pressed since the page was ready. The page counts those that have arrived
+    /// (countOfKeys), because scripts overtake keys on their way to it.
     [[nodiscard]] int countOfKeys() const { return m_countOfKeys; }
     void setCountOfKeys(int count) { m_countOfKeys = count; }
 
-    /// The submenus of the context menu; they stay the caller's.
+    /// The submenus of the context menu; the caller keeps them.
     void setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu);
 
-    /// Checks in both submenus what the page says of its selection. Waits for the page's answers.
+    /// Checks the items of both submenus that apply to the page's selection, as soon as the page has answered.
     void updateMenuMarks();
 
 signals:
-    /// Files were dropped at a point of the view, in the view's pixels.
+    /// Files were dropped at a point of the view, in its pixels.
     void filesDropped(const QList<QUrl>& files, const QPointF& where);
     void inspectElementRequested();
     /// The undo or redo keys were pressed; the engine's own history is not used.
@@ -62,13 +62,14 @@ private:
     void watchKeys();
     void keepForLater(const QEvent& event);
     bool takeUndoKey(QKeyEvent& key);
+    void whenMarked(const std::function<void()>& then);
     void openMenu(const QPoint& where);
 
     std::shared_ptr<EditorProfile> m_profile;
     std::unique_ptr<EditorPage> m_page;
     HeldInput m_heldInput;
     int m_countOfKeys = 0;
-    const QEvent* m_madeUp = nullptr; // the event that was held and is sent now
+    const QEvent* m_madeUp = nullptr; // the held event that is being sent
     QPointer<QWidget> m_keyReceiver;
     QPointer<QMenu> m_fontSubMenu;
     QPointer<QMenu> m_justificationSubMenu;

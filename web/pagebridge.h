@@ -7,9 +7,9 @@
 
 namespace luma {
 
-/// The page's end of the script bridge: page-side scripts post messages by name, and each comes out as a
-/// signal. A message of another name, or with a body that is not what its name asks for, is ignored: what
-/// arrives here is not to be trusted. Main thread; published to the page's web channel as "bridge".
+/// Receives the messages of the page-side scripts and emits each as a signal. What arrives here is not
+/// trusted: messages with an unknown name or an unsuitable body are ignored. Main thread; published to the
+/// page's web channel as "bridge".
 class PageBridge final : public QObject
 {
     Q_OBJECT
@@ -19,26 +19,26 @@ public:
 
     Q_INVOKABLE void post(const QString& name, const QJsonValue& body);
 
-    /// The page at `address` has been read to its end and the editor's scripts stand.
+    /// The page at `address` has been parsed and the editor's scripts are loaded.
     Q_INVOKABLE void tellReady(const QString& address) { emit documentReady(address); }
-    /// So have its sheets and images, or they failed. Comes after tellReady().
+    /// Its style sheets and images have been loaded or have failed. Comes after tellReady().
     Q_INVOKABLE void tellLoaded(const QString& address) { emit documentLoaded(address); }
 
-    /// What the page sent while its channel was dead: lists of a function's name, as above, and its
+    /// The messages that a page with a dead channel has kept: lists of a function's name, as above, and its
     /// arguments.
     void takeMessages(const QVariant& messages);
 
 signals:
     void documentReady(const QString& address);
     void documentLoaded(const QString& address);
-    /// Text for the element that is selected in the outline.
+    /// Text for the element selected in the outline.
     void callbackText(const QString& text);
-    /// What lies under the mouse, for the information text.
+    /// What is under the mouse, for the information text.
     void mouseEventText(const QString& text);
-    /// The element under the caret: for each step from the root element on, the position among the element
+    /// The element at the caret: for each step down from the root element, the position among the element
     /// children. Empty means the root element.
     void activeElementHTML(const QList<int>& path);
-    /// The page changed, for the `count`th time since it was shown.
+    /// The page has changed, for the `count`th time since it was shown.
     void mutationObserver(int count);
 };
 

@@ -11,7 +11,7 @@
 
 namespace luma {
 
-/// What the rendering asks of the page's document, whose tree is the master copy. Main thread.
+/// The page's document as the rendering sees it; its tree is the master copy. Main thread.
 class PageDocument
 {
 public:
@@ -22,7 +22,7 @@ public:
 
     /// The tree as markup, UTF-8.
     [[nodiscard]] virtual std::string pageMarkup() const = 0;
-    /// Where the page stands and what it may read.
+    /// The page's location and the files it may read.
     [[nodiscard]] virtual SiteFolder siteFolder() const = 0;
 
     /// Takes an edit that the user made in the rendering or the source panel: the root element's markup,
@@ -32,16 +32,16 @@ public:
     /// Rebuilds the rendering from the tree.
     virtual void reload() = 0;
     virtual void buildCSSMenu() = 0;
-    /// Gathers the names that the rendering's style sheets define.
+    /// The rendering is shown: ask it for the names that its style sheets define.
     virtual void loadCSSNames() = 0;
-    /// Text that the page sent for the element selected in the outline.
+    /// The page sent text for the element selected in the outline.
     virtual void applyCallbackText(const QString& text) = 0;
-    /// The caret stands in the element that `path` leads to: positions among element children, from the root
-    /// element (the empty path) on. The path may lead nowhere.
+    /// The caret is in the element at `path`: positions among element children, down from the root element (the
+    /// empty path). There may be no such element.
     virtual void setActiveElement(const std::vector<int>& path) = 0;
-    /// The page's width in CSS pixels, when it has been shown.
+    /// The page is shown; its width is in CSS pixels.
     virtual void fitWindowToPage(int width) = 0;
-    /// The link from this page to a file, as it stands in a `src` or `href`.
+    /// The link from this page to a file, for a `src` or `href`.
     [[nodiscard]] virtual QString linkTo(const std::filesystem::path& file) const = 0;
 
     virtual void undo() = 0;

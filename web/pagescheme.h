@@ -9,17 +9,17 @@ class QUrl;
 namespace luma {
 
 /// The private scheme under which pages are served to the editor's web view: "luma://PAGE/path". The host
-/// names the open page, so that every page is an origin of its own and none reads another's files.
+/// names the open page, which makes every page a separate origin that can't read another's files.
 class PageScheme final
 {
 public:
     static QByteArray name();
 
-    /// Makes the scheme known and, for the root user alone (containers, CI), switches the web engine's
-    /// sandbox off. main() calls it once, before the application object is made.
+    /// Registers the scheme and, for the root user only (containers, CI), switches off the web engine's
+    /// sandbox. Called once by main(), before it creates the application object.
     static void registerScheme();
 
-    /// True when `url` has the scheme and the given page as its host.
+    /// Whether `url` has this scheme and the given page as its host.
     static bool isOfPage(const QUrl& url, const QString& page);
 };
 

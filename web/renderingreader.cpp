@@ -4,19 +4,18 @@
 #include "web/editorpage.h"
 #include "web/scriptcall.h"
 
-#include <QPointer>
-
 #include <algorithm>
 
 namespace luma {
 
 namespace {
 
-const QString outerHTML = QStringLiteral("document.documentElement.outerHTML.toString()");
 constexpr qint64 shortestPause = 5; // milliseconds
 constexpr qint64 longestPause = 1000;
 
 } // namespace
+
+const QString RenderingReader::markupScript = QStringLiteral("document.documentElement.outerHTML.toString()");
 
 RenderingReader::RenderingReader(EditorPage& page, Deliver deliver, QObject* parent)
     : QObject(parent), m_page(page), m_deliver(std::move(deliver))
@@ -44,26 +43,28 @@ void RenderingReader::stopUntilReady()
     m_stopped = true;
 }
 
+bool RenderingReader::canRead() const
+{
+    return !m_stopped && m_page.isComplete();
+}
+
 void RenderingReader::noteChange(int count)
 {
-    // While a page is being replaced its last words are not heard any more.
-    if (m_stopped || !m_page.isComplete())
+    if (!canRead())
         return;
     m_told = std::max(m_told, count);
     schedule();
 }
 
-// Questions are answered in their order: the count is of the moment after the script.
+// Questions are answered in order, so this is the count right after the script.
 void RenderingReader::nameChange(const QString& name)
 {
-    const QPointer<RenderingReader> self = this;
-    ScriptCall::run(&m_page, QStringLiteral("countOfChanges()"),
-                    [self, generation = m_page.generation(), name](const QVariant& answer) {
-                        if (!self || generation != self->m_page.generation() ||
-                            answer.toInt() <= self->m_delivered)
+    ScriptCall::ask(&m_page, QStringLiteral("countOfChanges()"), this,
+                    [this, generation = m_page.generation(), name](const QVariant& answer) {
+                        if (generation != m_page.generation() || answer.toInt() <= m_delivered)
                             return;
-                        self->m_named = answer.toInt();
-                        self->m_name = name;
+                        m_named = answer.toInt();
+                        m_name = name;
                     });
 }
 
@@ -87,30 +88,14 @@ void RenderingReader::read()
 {
     m_reading = true;
     m_clock.start();
-    const QPointer<RenderingReader> self = this;
-    ScriptCall::run(&m_page, outerHTML,
-                    [self, generation = m_page.generation(), count = m_told](const QVariant& answer) {
-                        if (!self)
+    ScriptCall::ask(&m_page, markupScript, this,
+                    [this, generation = m_page.generation(), count = m_told](const QVariant& answer) {
+                        if (!canRead() || generation != m_page.generation())
                             return;
-                        // Outside of the engine's work, as the document may want to ask the page something.
-                        QMetaObject::invokeMethod(
-                            self,
-                            [self, generation, count, markup = answer.toString()] {
-                                self->takeAnswer(generation, count, markup);
-                            },
-                            Qt::QueuedConnection);
+                        m_reading = false;
+                        deliverMarkup(answer.toString(), count);
+                        schedule();
                     });
-}
-
-void RenderingReader::takeAnswer(int generation, int count, const QString& markup)
-{
-    if (m_stopped || generation != m_page.generation() || !m_page.isComplete())
-        return;
-    m_reading = false;
-    const QPointer<RenderingReader> self = this;
-    deliverMarkup(markup, count);
-    if (self)
-        schedule();
 }
 
 void RenderingReader::deliverMarkup(const QString& markup, int count)
@@ -118,36 +103,31 @@ void RenderingReader::deliverMarkup(const QString& markup, int count)
     if (count <= m_delivered)
         return;
     m_delivered = count;
-    const QPointer<RenderingReader> self = this;
     if (!markup.isEmpty())
         m_deliver(markup.toStdString(), takeName(count));
-    if (!self)
-        return;
-    m_lastCost = m_clock.isValid() ? m_clock.elapsed() : 0;
+    m_lastCost = m_clock.elapsed();
     m_sinceLast.start();
     if (isUpToDate())
         emit upToDate();
 }
 
-void RenderingReader::catchUp()
+void RenderingReader::catchUp(const std::function<void()>& then)
 {
-    if (m_stopped || !m_page.isComplete())
+    if (!canRead()) {
+        then();
         return;
-    const QPointer<RenderingReader> self = this;
-    const int generation = m_page.generation();
-    const int count = ScriptCall::wait(&m_page, QStringLiteral("countOfChanges()")).toInt();
-    if (!self || m_stopped || count <= m_delivered || generation != m_page.generation())
-        return;
-    const QString markup = currentMarkup();
-    if (!self || m_stopped || generation != m_page.generation())
-        return;
-    m_told = std::max(m_told, count);
-    deliverMarkup(markup, count);
-}
-
-QString RenderingReader::currentMarkup() const
-{
-    return m_page.isComplete() ? ScriptCall::wait(&m_page, outerHTML).toString() : QString();
+    }
+    m_clock.start();
+    ScriptCall::ask(&m_page, QStringLiteral("markupSince(%1)").arg(m_delivered), this,
+                    [this, generation = m_page.generation(), then](const QVariant& answer) {
+                        const QVariantList changed = answer.toList();
+                        if (changed.size() == 2 && canRead() && generation == m_page.generation()) {
+                            const int count = changed.first().toInt();
+                            m_told = std::max(m_told, count);
+                            deliverMarkup(changed.last().toString(), count);
+                        }
+                        then();
+                    });
 }
 
 } // namespace luma

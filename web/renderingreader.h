@@ -12,43 +12,45 @@ namespace luma {
 
 class EditorPage;
 
-/// Reads the page's markup back when the page has changed. Changes that come while one reading and all that
-/// follows from it is under way make one more reading, and readings are spaced by twice the time that the
-/// last one took: typing into a big page stays fluent, and the last change is never left out. An answer of
-/// a page that has been replaced meanwhile is dropped. Main thread.
+/// Reads the page's markup back when the page has changed. Changes that arrive during one reading cause one
+/// more, and readings are spaced by twice the time that the last one took, so typing into a big page stays
+/// fluent and the last change is never missed. Answers from a page that has been replaced since are dropped.
+/// Main thread.
 class RenderingReader final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `deliver` gets the root element's markup, UTF-8, and what the change is called; the name is empty when
-    /// nothing but the user's keys may have made it.
+    /// `deliver` gets the root element's markup, UTF-8, and the change's name; the name is empty for changes
+    /// that no script made.
     using Deliver = std::function<void(std::string_view markup, const QString& name)>;
     RenderingReader(EditorPage& page, Deliver deliver, QObject* parent);
 
-    /// Reads nothing more of the page that is shown: it is about to be replaced by another.
+    /// Stops reading the page that is shown, which is about to be replaced by another.
     void stopUntilReady();
+    /// Whether the page shown is complete and being read.
+    [[nodiscard]] bool canRead() const;
 
-    /// Names what the script evaluated last changed, if it changed anything.
+    /// Names the change made by the script evaluated last, if it made one.
     void nameChange(const QString& name);
 
-    /// Reads at once, and waits for it, when the page holds changes that were not delivered.
-    void catchUp();
-
-    /// The root element's markup as it is now, waiting for it; null when the page does not answer.
-    [[nodiscard]] QString currentMarkup() const;
+    /// Delivers the changes that the page holds, without the usual pause, then runs `then`. Runs it at once if
+    /// the page can't be read; not at all if the reader is deleted first.
+    void catchUp(const std::function<void()>& then);
 
     [[nodiscard]] bool isUpToDate() const { return m_delivered >= m_told; }
 
+    /// The script that gives the root element's markup.
+    static const QString markupScript;
+
 signals:
-    /// Everything told so far has been delivered.
+    /// Every change reported so far has been delivered.
     void upToDate();
 
 private:
     void noteChange(int count);
     void schedule();
     void read();
-    void takeAnswer(int generation, int count, const QString& markup);
     void deliverMarkup(const QString& markup, int count);
     [[nodiscard]] QString takeName(int count);
     void startOver();
@@ -61,7 +63,7 @@ private:
     qint64 m_lastCost = 0;
     int m_told = 0;
     int m_delivered = 0;
-    int m_named = 0; // the change that m_name is for; 0 without one
+    int m_named = 0; // the change that m_name belongs to; 0 for none
     QString m_name;
     bool m_reading = false;
     bool m_stopped = false;

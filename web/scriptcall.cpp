@@ -3,11 +3,13 @@
 
 #include <QCoreApplication>
 #include <QEventLoop>
+#include <QPointer>
 #include <QTimer>
 #include <QWebEnginePage>
 #include <QWebEngineScript>
 
 #include <memory>
+#include <utility>
 
 namespace luma {
 
@@ -16,26 +18,38 @@ namespace {
 constexpr int deliveryInterval = 10; // milliseconds
 constexpr auto editorWorld = QWebEngineScript::ApplicationWorld;
 
-// Shared with the engine's callback, which may come long after the waiting has ended.
-struct Wait
+/// A question that was asked and not answered yet. Shared with the engine's callback, which may come late.
+struct Question
 {
-    QEventLoop* loop = nullptr;
-    QVariant answer;
-    bool ended = false;
+    QPointer<QObject> context;
+    ScriptCall::Answered answered;
+    QPointer<QObject> connections;
 
-    void end()
+    void end(const QVariant& answer)
     {
-        ended = true;
-        if (loop)
-            loop->quit();
+        const auto receiver = std::exchange(answered, {});
+        if (receiver && context)
+            // From the event loop: inside its callbacks the engine answers no further question.
+            QMetaObject::invokeMethod(
+                context, [receiver, answer] { receiver(answer); }, Qt::QueuedConnection);
+        if (connections)
+            connections->deleteLater();
     }
 };
 
-// Questions are answered in their order. When one asked after a load has finished is answered first, the load
-// has swallowed ours.
-void endWhenSwallowed(QWebEnginePage* page, const std::shared_ptr<Wait>& wait)
+/// Ends the question where the engine leaves it without an answer.
+void watchForSilence(QWebEnginePage* page, const std::shared_ptr<Question>& question)
 {
-    page->runJavaScript(QStringLiteral("0"), editorWorld, [wait](const QVariant&) { wait->end(); });
+    auto* const connections = new QObject(page);
+    question->connections = connections;
+    QObject::connect(page, &QObject::destroyed, connections, [question] { question->end({}); });
+    QObject::connect(page, &QWebEnginePage::renderProcessTerminated, connections,
+                     [question] { question->end({}); });
+    // If a question asked after a load has finished is answered first, the load has discarded ours.
+    QObject::connect(page, &QWebEnginePage::loadFinished, connections, [page, question] {
+        page->runJavaScript(QStringLiteral("0"), editorWorld,
+                            [question](const QVariant&) { question->end({}); });
+    });
 }
 
 } // namespace
@@ -45,38 +59,50 @@ void ScriptCall::run(QWebEnginePage* page, const QString& script)
     page->runJavaScript(script, editorWorld);
 }
 
-void ScriptCall::run(QWebEnginePage* page, const QString& script,
-                     const std::function<void(const QVariant&)>& answered)
+void ScriptCall::ask(QWebEnginePage* page, const QString& script, QObject* context, const Answered& answered)
 {
-    page->runJavaScript(script, editorWorld, answered);
+    const auto question = std::make_shared<Question>(Question{context, answered, {}});
+    // A page without a process never answers.
+    if (page->renderProcessPid() == 0) {
+        question->end({});
+        return;
+    }
+    watchForSilence(page, question);
+    page->runJavaScript(script, editorWorld, [question](const QVariant& answer) { question->end(answer); });
 }
 
 QVariant ScriptCall::wait(QWebEnginePage* page, const QString& script)
 {
-    // A page without a process never answers.
-    if (!page || page->renderProcessPid() == 0 || QCoreApplication::closingDown())
-        return {};
-    const auto wait = std::make_shared<Wait>();
-    QEventLoop loop;
-    wait->loop = &loop;
-    QObject::connect(page, &QObject::destroyed, &loop, [&] { wait->end(); });
-    QObject::connect(page, &QWebEnginePage::renderProcessTerminated, &loop, [&] { wait->end(); });
-    QObject::connect(page, &QWebEnginePage::loadFinished, &loop, [&] { endWhenSwallowed(page, wait); });
-    page->runJavaScript(script, editorWorld, [wait](const QVariant& answer) {
-        if (!wait->ended)
-            wait->answer = answer;
-        wait->end();
+    QVariant answer;
+    waitInLoop(page, [&](QObject* loop, const Done& done) {
+        ask(page, script, loop, [&answer, done](const QVariant& given) {
+            answer = given;
+            done();
+        });
     });
+    return answer;
+}
+
+void ScriptCall::waitInLoop(const QObject* source,
+                            const std::function<void(QObject* loop, const Done& done)>& begin)
+{
+    if (QCoreApplication::closingDown())
+        return;
+    QEventLoop loop;
+    bool isDone = false;
+    const auto end = [&] {
+        isDone = true;
+        loop.quit();
+    };
+    QObject::connect(source, &QObject::destroyed, &loop, end);
     // Called from within a posted event, Qt's event dispatcher may sleep on the engine's own posted event
     // until something else wakes it (seen with Qt 6.4 and GLib: one call in fifteen never returned).
     QTimer delivery;
     QObject::connect(&delivery, &QTimer::timeout, &loop, [] { QCoreApplication::sendPostedEvents(); });
     delivery.start(deliveryInterval);
-    if (!wait->ended)
+    begin(&loop, end);
+    if (!isDone)
         loop.exec();
-    wait->ended = true;
-    wait->loop = nullptr;
-    return wait->answer;
 }
 
 std::optional<QStringList> ScriptCall::strings(const QVariant& answer)
@@ -91,6 +117,32 @@ std::optional<QStringList> ScriptCall::strings(const QVariant& answer)
         strings.append(each.toString());
     }
     return strings;
+}
+
+QString quotedForScript(const QString& text)
+{
+    QString quoted;
+    quoted.reserve(text.size());
+    for (const QChar c : text) {
+        const bool plain = c.unicode() >= 0x20 && c != u'\'' && c != u'\\' && c != u'<' && c != QChar(0x7f) &&
+                           c != QChar(0x2028) && c != QChar(0x2029) && !c.isSurrogate();
+        if (plain)
+            quoted += c;
+        else
+            quoted += QStringLiteral("\\u%1").arg(c.unicode(), 4, 16, QLatin1Char('0'));
+    }
+    return quoted;
+}
+
+QString scriptCall(const QString& function, const QString& argument)
+{
+    return function + QStringLiteral("('") + quotedForScript(argument) + QStringLiteral("')");
+}
+
+QString scriptCall(const QString& function, const QString& first, const QString& second)
+{
+    return function + QStringLiteral("('") + quotedForScript(first) + QStringLiteral("', '") +
+           quotedForScript(second) + QStringLiteral("')");
 }
 
 } // namespace luma

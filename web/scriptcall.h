@@ -8,33 +8,51 @@
 #include <functional>
 #include <optional>
 
+class QObject;
 class QWebEnginePage;
 
 namespace luma {
 
-/// Scripts evaluated in the editor's own script world of a page (QWebEngineScript::ApplicationWorld), where
-/// no script of the page can reach. Main thread.
+/// Scripts evaluated in the editor's own script world of a page (QWebEngineScript::ApplicationWorld), which no
+/// script of the page can reach. The engine answers questions in the order in which they are asked. Main
+/// thread.
 class ScriptCall final
 {
 public:
-    /// Evaluates and forgets.
+    using Answered = std::function<void(const QVariant& answer)>;
+
+    /// Evaluates without waiting for an answer.
     static void run(QWebEnginePage* page, const QString& script);
 
-    /// Evaluates; `answered` gets the answer, or an invalid value when the script failed or the page went. It
-    /// may not be called at all when the page loads something else first.
-    static void run(QWebEnginePage* page, const QString& script,
-                    const std::function<void(const QVariant&)>& answered);
+    /// Evaluates, then calls `answered` once from the event loop; never if `context` has been deleted by then.
+    /// The answer is invalid if the script failed or returns nothing, the page's process died, the page was
+    /// deleted, or a load discarded the question.
+    static void ask(QWebEnginePage* page, const QString& script, QObject* context, const Answered& answered);
 
-    /// Evaluates and waits for the answer in a nested event loop, the only one of the house: other events are
-    /// worked off meanwhile, so whoever calls must expect anything to have happened, its window's end too.
-    /// An invalid value comes back when the script failed or has no answer, the page's process dies, the page
-    /// is deleted or loads something that takes the question with it, or the application quits. Calls may be
-    /// nested. Never call it from within a signal or callback of the engine's page or channel: the engine
-    /// answers nothing while it is at work itself. Queue the call instead.
+    /// The same, blocking, for callers that need the answer at once: see waitInLoop().
     static QVariant wait(QWebEnginePage* page, const QString& script);
 
-    /// The answer as a list of strings; nothing when it is anything else.
+    /// Calls `begin` and runs a nested event loop, the only one in the program, until `done` is called,
+    /// `source` is deleted or the application quits. Other events are processed meanwhile, so the caller must
+    /// expect anything to have changed, its own deletion included. `loop` is the context for what `begin`
+    /// starts. Never call it from a signal or callback of the engine's page or channel: the engine answers
+    /// nothing until that returns.
+    using Done = std::function<void()>;
+    static void waitInLoop(const QObject* source,
+                           const std::function<void(QObject* loop, const Done& done)>& begin);
+
+    /// The answer as a list of strings; nullopt if it is anything else.
     static std::optional<QStringList> strings(const QVariant& answer);
 };
+
+/// `text` for use between single quotes in a script. Plain text stays as it is; quotes, backslashes, line ends
+/// and everything else that would end the literal (ECMA-262, String Literals) or a script element ("</") is
+/// escaped, so the script gets exactly `text` and none of it is run.
+QString quotedForScript(const QString& text);
+
+/// The call NAME('ARGUMENT').
+QString scriptCall(const QString& function, const QString& argument);
+/// The call NAME('FIRST', 'SECOND').
+QString scriptCall(const QString& function, const QString& first, const QString& second);
 
 } // namespace luma

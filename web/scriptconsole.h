@@ -12,8 +12,8 @@ class ScriptConsole;
 
 namespace luma {
 
-/// The window in which the user writes a script, has it run in the page and sees its answer; a script can be
-/// kept as a file in the user's data folder. Main thread.
+/// The window in which the user writes a script, runs it in the page and sees its answer. Scripts can be saved
+/// in the user's data folder. Main thread.
 class ScriptConsole final : public QDialog
 {
     Q_OBJECT
@@ -25,7 +25,7 @@ public:
     void showAnswer(const QVariant& answer);
     void addMessage(const QString& message);
 
-    /// Where scripts are kept.
+    /// The folder for saved scripts.
     static QString scriptFolder();
 
 signals:

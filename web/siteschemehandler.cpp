@@ -80,7 +80,7 @@ void SiteSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job)
 void SiteSchemeHandler::answerMarkup(QWebEngineUrlRequestJob* job, const QByteArray& markup)
 {
     auto* buffer = new QBuffer(job);
-    // The byte order mark outranks whatever encoding the page claims: what is served is UTF-8.
+    // The byte order mark overrides any encoding that the page declares: what is served is UTF-8.
     buffer->setData(markup.startsWith("\xef\xbb\xbf") ? markup : "\xef\xbb\xbf" + markup);
     buffer->open(QIODevice::ReadOnly);
     job->reply("text/html;charset=utf-8", buffer);

@@ -8,9 +8,9 @@
 
 namespace luma {
 
-/// Answers the requests of every open page under the private scheme: the page itself from the markup handed
-/// over, of any size, every other path from the page's SiteFolder, and nothing else. Files are opened on the
-/// thread pool, as a mount may be slow; a page asks for its own files only. Main thread.
+/// Answers requests under the private scheme for all open pages: the page itself from the given markup, of any
+/// size, every other path from the page's SiteFolder. A page gets no other page's files. Files are opened on the
+/// thread pool, as a mount may be slow. Main thread.
 class SiteSchemeHandler final : public QWebEngineUrlSchemeHandler
 {
     Q_OBJECT
@@ -18,11 +18,11 @@ class SiteSchemeHandler final : public QWebEngineUrlSchemeHandler
 public:
     using QWebEngineUrlSchemeHandler::QWebEngineUrlSchemeHandler;
 
-    /// What page `host` is from now on: UTF-8 markup and the files beside it.
+    /// Sets the content of page `host`: UTF-8 markup and the site's files.
     void serve(const QString& host, const QByteArray& markup, const SiteFolder& files);
     void withdraw(const QString& host);
 
-    /// The address of a file as page `host` sees it.
+    /// The address of a file for page `host`.
     static QUrl address(const QString& host, const std::filesystem::path& file);
 
     void requestStarted(QWebEngineUrlRequestJob* job) override;

@@ -61,7 +61,7 @@ void SourcePanel::reject()
         return;
     }
     auto* question =
-        new QMessageBox(QMessageBox::Question, windowTitle(), tr("Discard the changes of the page source?"),
+        new QMessageBox(QMessageBox::Question, windowTitle(), tr("Discard the changes to the page source?"),
                         QMessageBox::Discard | QMessageBox::Cancel, this);
     question->setAttribute(Qt::WA_DeleteOnClose);
     connect(question->button(QMessageBox::Discard), &QAbstractButton::clicked, this,

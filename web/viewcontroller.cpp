@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "web/viewcontroller.h"
 
+#include "web/catchup.h"
 #include "web/formatmenus.h"
 #include "web/linkactions.h"
 #include "web/pagedocument.h"
+#include "web/processrecovery.h"
 #include "web/renderingreader.h"
-#include "web/scriptcall.h"
 #include "web/scriptconsole.h"
-#include "web/scriptquote.h"
 #include "web/sourcepanel.h"
-#include "web/stoppednotice.h"
 
 #include <QAction>
 #include <QLabel>
@@ -22,10 +21,6 @@ namespace luma {
 
 namespace {
 
-constexpr int deathsInARow = 3;
-constexpr qint64 aRow = 30'000;            // milliseconds
-constexpr qint64 longestWaitForKeys = 300; // milliseconds
-
 QString titleOf(const QObject* sender)
 {
     if (const auto* action = qobject_cast<const QAction*>(sender))
@@ -33,7 +28,7 @@ QString titleOf(const QObject* sender)
     return sender ? sender->property("text").toString() : QString();
 }
 
-// The position came from a page, and goes into a script only as the number it should be.
+// The position comes from a page, so it enters the script as a number only.
 QString scrollingTo(const QString& position)
 {
     return QStringLiteral("document.body.scrollTop = ") + QString::number(position.toDouble(), 'f', 3);
@@ -65,6 +60,8 @@ ViewController::ViewController(PageDocument& document, QWidget* contentView, QLa
             m_document.setHTML(markup, name.isEmpty() ? tr("Typing") : name);
         },
         this);
+    m_catchUp = new CatchUp(*m_webView, *m_reader, this);
+    m_recovery = new ProcessRecovery(*m_webView, this);
     createMenus();
     createSheets();
     connectPage();
@@ -98,11 +95,9 @@ void ViewController::createSheets()
 void ViewController::connectPage()
 {
     EditorPage& page = m_webView->editorPage();
-    // At once, so that nothing is seen to jump. What waits for the page comes later, as the engine answers
-    // no question while it is at work itself.
     connect(&page, &EditorPage::ready, this, &ViewController::restorePosition);
-    connect(&page, &EditorPage::shown, this, &ViewController::didFinish, Qt::QueuedConnection);
-    connect(&page, &EditorPage::processDied, this, &ViewController::rebuildAfterDeath);
+    connect(&page, &EditorPage::shown, this, &ViewController::didFinish);
+    connect(m_recovery, &ProcessRecovery::showingRequested, this, [this] { show(Position::Keep); });
     connect(
         &page.bridge(), &PageBridge::callbackText, this,
         [this](const QString& text) { m_document.applyCallbackText(text); }, Qt::QueuedConnection);
@@ -127,46 +122,26 @@ void ViewController::evaluate(const QString& script)
     ScriptCall::run(&m_webView->editorPage(), script);
 }
 
-QVariant ViewController::evaluateAndWait(const QString& script)
+void ViewController::ask(const QString& script, QObject* context, const ScriptCall::Answered& answered)
 {
-    return ScriptCall::wait(&m_webView->editorPage(), script);
+    ScriptCall::ask(&m_webView->editorPage(), script, context, answered);
+}
+
+void ViewController::whenCaughtUp(QObject* context, const std::function<void()>& then)
+{
+    m_catchUp->whenCaughtUp(context, then);
 }
 
 void ViewController::catchUp()
 {
-    const QPointer<ViewController> self = this;
-    HeldInput& input = m_webView->heldInput();
-    input.hold();
-    waitForKeys();
-    if (self)
-        m_reader->catchUp();
-    // What a key does may come behind the key.
-    if (self)
-        m_reader->catchUp();
-    if (self)
-        QMetaObject::invokeMethod(&input, &HeldInput::release, Qt::QueuedConnection);
-}
-
-// Not for ever, as a key may have had no meaning for the page.
-void ViewController::waitForKeys()
-{
-    const QPointer<ViewController> self = this;
-    QElapsedTimer clock;
-    clock.start();
-    while (m_webView->editorPage().isComplete()) {
-        const QVariant count = evaluateAndWait(QStringLiteral("countOfKeys()"));
-        if (!self || !count.isValid() || count.toInt() >= m_webView->countOfKeys())
-            return;
-        if (clock.hasExpired(longestWaitForKeys)) {
-            m_webView->setCountOfKeys(count.toInt());
-            return;
-        }
-    }
+    ScriptCall::waitInLoop(
+        this, [this](QObject* loop, const ScriptCall::Done& done) { m_catchUp->whenCaughtUp(loop, done); });
 }
 
 QString ViewController::renderedMarkup() const
 {
-    return m_reader->currentMarkup();
+    EditorPage& page = m_webView->editorPage();
+    return page.isComplete() ? ScriptCall::wait(&page, RenderingReader::markupScript).toString() : QString();
 }
 
 void ViewController::setMagnification(double factor)
@@ -179,36 +154,42 @@ void ViewController::setMagnification(double factor)
 
 void ViewController::show(Position position)
 {
-    EditorPage& page = m_webView->editorPage();
     holdUntilReady();
     if (position == Position::Start) {
         m_currentScrollPosition.clear();
         m_currentCaret.clear();
-    } else if (page.isComplete() && !readPosition()) {
-        return;
+        load();
+    } else if (m_webView->editorPage().isComplete()) {
+        keepPositionAndLoad();
+    } else {
+        load();
     }
-    delete m_stopped;
+}
+
+void ViewController::keepPositionAndLoad()
+{
+    ask(QStringLiteral("[document.body.scrollTop.toString(), caretPosition()]"), this,
+        [this, shows = m_shows](const QVariant& answer) {
+            if (shows != m_shows)
+                return;
+            if (const auto position = ScriptCall::strings(answer); position && position->size() == 2) {
+                m_currentScrollPosition = position->first();
+                m_currentCaret = position->last();
+            }
+            load();
+        });
+}
+
+void ViewController::load()
+{
+    EditorPage& page = m_webView->editorPage();
+    m_recovery->hideNotice();
     m_activeElementWaits = false;
     page.clearCaches();
     page.show(QByteArray::fromStdString(m_document.pageMarkup()), m_document.siteFolder());
 }
 
-bool ViewController::readPosition()
-{
-    const QPointer<ViewController> self = this;
-    const int shows = m_shows;
-    const QVariant scroll = evaluateAndWait(QStringLiteral("document.body.scrollTop.toString()"));
-    const QVariant caret = self ? evaluateAndWait(QStringLiteral("caretPosition()")) : QVariant();
-    if (!self || shows != m_shows)
-        return false;
-    if (scroll.isValid() && caret.isValid()) {
-        m_currentScrollPosition = scroll.toString();
-        m_currentCaret = caret.toString();
-    }
-    return true;
-}
-
-// The page as it is has nothing more to say, and takes nothing more.
+// From here on the page shown is neither read nor typed into.
 void ViewController::holdUntilReady()
 {
     ++m_shows;
@@ -223,23 +204,7 @@ void ViewController::goOnAfterHold(int shows)
         m_webView->heldInput().release();
 }
 
-void ViewController::didFinish()
-{
-    const QPointer<ViewController> self = this;
-    m_webView->setZoomFactor(m_magnification);
-    m_document.loadCSSNames();
-    if (!self)
-        return;
-    const QVariant width = evaluateAndWait(QStringLiteral("document.body.offsetWidth.toString()"));
-    if (!self)
-        return;
-    if (const int pixels = width.toString().toInt(); pixels > 0)
-        m_document.fitWindowToPage(pixels);
-    // Images have made the page longer; but the user may have gone elsewhere meanwhile.
-    if (!m_currentScrollPosition.isEmpty())
-        evaluate(QStringLiteral("if (isAsShown()) ") + scrollingTo(m_currentScrollPosition));
-}
-
+// Before anything of the page is seen, so that nothing jumps.
 void ViewController::restorePosition()
 {
     if (!m_currentCaret.isEmpty())
@@ -247,46 +212,29 @@ void ViewController::restorePosition()
     emit selectionRestored();
     if (!m_currentScrollPosition.isEmpty())
         evaluate(scrollingTo(m_currentScrollPosition));
-    evaluate(QStringLiteral("markAsShown()"));
-    // Once that has been done, and outside of the engine's work.
-    const QPointer<ViewController> self = this;
-    ScriptCall::run(&m_webView->editorPage(), QStringLiteral("0"), [self, shows = m_shows](const QVariant&) {
-        if (self)
-            QMetaObject::invokeMethod(
-                self, [self, shows] { self->goOnAfterHold(shows); }, Qt::QueuedConnection);
+    ask(QStringLiteral("markAsShown()"), this,
+        [this, shows = m_shows](const QVariant&) { goOnAfterHold(shows); });
+}
+
+void ViewController::didFinish()
+{
+    m_webView->setZoomFactor(m_magnification);
+    m_document.loadCSSNames();
+    ask(QStringLiteral("document.body.offsetWidth"), this, [this](const QVariant& width) {
+        if (width.toInt() > 0)
+            m_document.fitWindowToPage(width.toInt());
+        // Images have made the page longer; but the user may have scrolled meanwhile.
+        if (!m_currentScrollPosition.isEmpty())
+            evaluate(QStringLiteral("if (isAsShown()) ") + scrollingTo(m_currentScrollPosition));
     });
 }
 
-void ViewController::rebuildAfterDeath()
-{
-    if (!m_sinceDeath.isValid() || m_sinceDeath.elapsed() > aRow)
-        m_deaths = 0;
-    m_sinceDeath.start();
-    if (++m_deaths <= deathsInARow)
-        QMetaObject::invokeMethod(
-            this, [this] { show(Position::Keep); }, Qt::QueuedConnection);
-    else
-        showStopped();
-}
-
-void ViewController::showStopped()
-{
-    if (m_stopped || !m_contentView)
-        return;
-    m_webView->heldInput().clear();
-    auto* notice = new StoppedNotice(m_contentView);
-    m_stopped = notice;
-    connect(notice, &StoppedNotice::reloadRequested, this, [this] {
-        m_deaths = 0;
-        show(Position::Keep);
-    });
-    notice->show();
-}
-
-// The caret's element is told after the markup in which its path counts.
+// The caret's element is passed on after the markup to which its path refers.
 
 void ViewController::takeActiveElement(const QList<int>& path)
 {
+    if (!m_reader->canRead())
+        return;
     m_activeElement.assign(path.begin(), path.end());
     m_activeElementWaits = true;
     if (m_reader->isUpToDate())
@@ -309,12 +257,10 @@ void ViewController::perform(const QString& name, const QString& script)
 // What was typed before is an edit of its own.
 void ViewController::performNow(const QString& name, const QString& script)
 {
-    const QPointer<ViewController> self = this;
-    catchUp();
-    if (!self)
-        return;
-    evaluate(script);
-    m_reader->nameChange(name);
+    whenCaughtUp(this, [this, name, script] {
+        evaluate(script);
+        m_reader->nameChange(name);
+    });
 }
 
 void ViewController::performCommand(const QString& title)
@@ -383,11 +329,12 @@ LinkSheet* ViewController::linkSheet() const
 
 void ViewController::showSource()
 {
-    const QPointer<ViewController> self = this;
-    catchUp();
-    const QString source = self ? renderedMarkup() : QString();
-    if (self && !source.isNull())
-        m_sourcePanel->begin(source);
+    whenCaughtUp(this, [this] {
+        ask(RenderingReader::markupScript, this, [this](const QVariant& source) {
+            if (source.isValid())
+                m_sourcePanel->begin(source.toString());
+        });
+    });
 }
 
 void ViewController::saveSource(const QString& source)
@@ -405,16 +352,10 @@ void ViewController::showScriptConsole()
 
 void ViewController::runJS(const QString& script)
 {
-    const QPointer<ViewController> self = this;
-    catchUp();
-    if (!self)
-        return;
-    ScriptCall::run(&m_webView->editorPage(), script,
-                    [console = QPointer(m_console)](const QVariant& answer) {
-                        if (console)
-                            console->showAnswer(answer);
-                    });
-    m_reader->nameChange(tr("Script"));
+    whenCaughtUp(this, [this, script] {
+        ask(script, m_console, [this](const QVariant& answer) { m_console->showAnswer(answer); });
+        m_reader->nameChange(tr("Script"));
+    });
 }
 
 void ViewController::inspectElement()

@@ -2,31 +2,33 @@
 #pragma once
 
 #include "web/mywebview.h"
+#include "web/scriptcall.h"
 
-#include <QElapsedTimer>
 #include <QObject>
 #include <QPointer>
 
+#include <functional>
 #include <vector>
 
 class QLabel;
 class QMenu;
-class QVBoxLayout;
 
 namespace luma {
 
+class CatchUp;
 class LinkActions;
 class LinkSheet;
 class PageDocument;
+class ProcessRecovery;
 class RenderingReader;
 class ScriptConsole;
 class SourcePanel;
 
-/// Runs the rendering of a document's window: turns the user's commands into short script calls inside the
-/// page, takes the page's messages, reads the page's markup back and hands it to the document, whose tree is
-/// the master copy. It owns the web view, the two menus of its context menu, and the sheets for links, the
-/// page's source and the script console. Actions take what was triggered as their sender: its text is the
-/// command's title. Main thread; the document outlives it.
+/// The rendering of a document's window: turns the user's commands into short script calls inside the page,
+/// receives the page's messages, reads the page's markup back and hands it to the document, whose tree is the
+/// master copy. It owns the web view, the two menus of its context menu, and the sheets for links, the page's
+/// source and the script console. Actions take their trigger as the sender; its text is the command's title.
+/// Main thread; the document outlives it.
 class ViewController final : public QObject
 {
     Q_OBJECT
@@ -43,24 +45,26 @@ public:
     [[nodiscard]] SourcePanel* sourcePanel() const { return m_sourcePanel; }
     [[nodiscard]] ScriptConsole* scriptConsole() const { return m_console; }
 
-    /// Shows the document's markup. The scroll position and the caret of what was shown come back when it
-    /// stands there, unless `start` asks for the page's beginning.
+    /// Shows the document's markup. Scroll position and caret are kept, unless Position::Start asks for the beginning
+    /// of the page. What the user types until the page is shown is applied to it then.
     enum class Position { Keep, Start };
     void show(Position position);
 
-    /// Hands edits of the rendering to the document that it has not heard of. Call it before the tree is
-    /// changed or saved: it waits for the page, for a moment. What the user types meanwhile, and until the
-    /// page stands anew when the caller goes on to show it, comes into the page after that.
+    /// Hands over edits of the rendering that the document doesn't know yet, then runs `then`, which may
+    /// change or save the tree; not at all if `context` has been deleted by then. Calls are served in order.
+    /// What the user types meanwhile comes after `then`, and after the page is shown if `then` calls show().
+    void whenCaughtUp(QObject* context, const std::function<void()>& then);
+    /// The same, blocking (see ScriptCall::waitInLoop).
     void catchUp();
 
-    /// The page's markup as the rendering has it; null when it does not answer.
+    /// The page's markup in the rendering; null if it does not answer. Blocks (see ScriptCall::wait).
     [[nodiscard]] QString renderedMarkup() const;
 
-    /// Evaluates in the page. evaluateAndWait may run other events (see ScriptCall).
+    /// Evaluates in the page (see ScriptCall).
     void evaluate(const QString& script);
-    [[nodiscard]] QVariant evaluateAndWait(const QString& script);
+    void ask(const QString& script, QObject* context, const ScriptCall::Answered& answered);
 
-    /// 1 is the page's own size.
+    /// 1 shows the page in its own size.
     [[nodiscard]] double magnification() const { return m_magnification; }
     void setMagnification(double factor);
 
@@ -82,8 +86,8 @@ public slots:
     void inspectElement();
 
 signals:
-    /// A page shown anew stands there with its selection; who wants another one says so now, before the user
-    /// goes on and before the scroll position comes back.
+    /// A page that was shown again has its selection back. To set another one, do so now: before the user goes
+    /// on and before the scroll position is restored.
     void selectionRestored();
 
 private:
@@ -93,15 +97,12 @@ private:
     void connectView();
     void takeActiveElement(const QList<int>& path);
     void tellActiveElement();
-    void didFinish();
-    void restorePosition();
-    void waitForKeys();
+    void keepPositionAndLoad();
+    void load();
     void holdUntilReady();
     void goOnAfterHold(int shows);
-    /// False when the page has been replaced meanwhile, or the controller has gone.
-    [[nodiscard]] bool readPosition();
-    void rebuildAfterDeath();
-    void showStopped();
+    void restorePosition();
+    void didFinish();
     /// Evaluates a script that edits the page; its edit has this name in the undo history.
     void perform(const QString& name, const QString& script);
     void performNow(const QString& name, const QString& script);
@@ -114,18 +115,17 @@ private:
     QPointer<QLabel> m_infoText;
     MyWebView* m_webView = nullptr;
     RenderingReader* m_reader = nullptr;
+    CatchUp* m_catchUp = nullptr;
+    ProcessRecovery* m_recovery = nullptr;
     QMenu* m_fontSubMenu = nullptr;
     QMenu* m_justificationSubMenu = nullptr;
     LinkActions* m_links = nullptr;
     SourcePanel* m_sourcePanel = nullptr;
     ScriptConsole* m_console = nullptr;
-    QPointer<QWidget> m_stopped;
     QString m_currentScrollPosition;
     QString m_currentCaret;
     std::vector<int> m_activeElement;
-    QElapsedTimer m_sinceDeath;
     double m_magnification = 1;
-    int m_deaths = 0;
     int m_shows = 0;
     bool m_holdsInput = false;
     bool m_activeElementWaits = false;

@@ -88,7 +88,8 @@ public:
         waitFor([this] { return rendering().webView()->editorPage().isComplete(); });
         rest(1500);
         rendering().webView()->setFocus();
-        (void)rendering().evaluateAndWait(
+        (void)ScriptCall::wait(
+            &rendering().webView()->editorPage(),
             QStringLiteral("const texts = document.querySelectorAll('p');"
                            "getSelection().collapse(texts[texts.length >> 1].firstChild, 5)"));
         rest(500);

@@ -4,7 +4,7 @@
 #include "base/files.h"
 #include "page/pagecommands.h"
 #include "page/tidyshell.h"
-#include "web/scriptquote.h"
+#include "web/scriptcall.h"
 
 #include <QAbstractButton>
 #include <QMenu>
@@ -91,6 +91,8 @@ void PageWindow::waitUntilShown() const
 void PageWindow::trigger(const char* action) const
 {
     the<QAction>(action)->trigger();
+    if (window)
+        rendering().catchUp();
 }
 
 void PageWindow::insertFirstTag() const
@@ -98,6 +100,7 @@ void PageWindow::insertFirstTag() const
     auto* const menu = the<QMenu>("insertMenu");
     emit menu->aboutToShow();
     menu->actions().constFirst()->trigger();
+    rendering().catchUp();
 }
 
 void PageWindow::answerQuestion(const char* name, const char* button) const
@@ -126,7 +129,7 @@ void PageWindow::click(const char* text) const
 
 QString PageWindow::answer(const QString& script) const
 {
-    return rendering().evaluateAndWait(script).toString();
+    return ScriptCall::wait(&page(), script).toString();
 }
 
 void PageWindow::focusPage() const

@@ -43,7 +43,10 @@ public:
     void close();
 
     /// Whether the page is shown, all that follows from it included.
-    [[nodiscard]] bool isShown() const { return page().isComplete(); }
+    [[nodiscard]] bool isShown() const
+    {
+        return page().isComplete() && !rendering().webView()->heldInput().isHolding();
+    }
     void waitUntilShown() const;
 
     template <class T>
@@ -51,6 +54,7 @@ public:
     {
         return window->findChild<T*>(QString::fromLatin1(name));
     }
+    /// Triggers the action and waits until its edit is made.
     void trigger(const char* action) const;
     /// Chooses the first entry of the insert menu.
     void insertFirstTag() const;

@@ -156,7 +156,7 @@ private slots:
         killRenderer();
         insertFirstTag();
         killRenderer();
-        QVERIFY(row("<article>").isValid());
+        QTRY_VERIFY(row("<article>").isValid());
         trigger("saveAction");
         QVERIFY(file("page.html").find("<article>") != std::string::npos);
         QTRY_VERIFY_WITH_TIMEOUT(isShown() && answer("document.querySelectorAll('article').length") ==

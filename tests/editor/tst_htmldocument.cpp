@@ -128,8 +128,8 @@ private slots:
         QTest::keyClicks(field, QStringLiteral("p{color:rgb(0,0,255)}"));
         QVERIFY(window->isWindowModified());
         QTest::mouseClick(the<QPushButton>("cssButton"), Qt::LeftButton);
-        QCOMPARE(window->tree().document()->select("style").front()->html(),
-                 std::string("p{color:rgb(0,0,255)}"));
+        QTRY_COMPARE(window->tree().document()->select("style").front()->html(),
+                     std::string("p{color:rgb(0,0,255)}"));
         QTRY_COMPARE(answer("getComputedStyle(document.querySelector('p')).color"),
                      QStringLiteral("rgb(0, 0, 255)"));
     }

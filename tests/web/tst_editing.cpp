@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/registry.h"
 #include "tests/web/webfixture.h"
-#include "web/scriptquote.h"
+#include "web/scriptcall.h"
 
 #include <QClipboard>
 #include <QGuiApplication>

@@ -2,7 +2,7 @@
 #include "tests/support/registry.h"
 #include "web/linksheet.h"
 #include "web/pagedocument.h"
-#include "web/scriptquote.h"
+#include "web/scriptcall.h"
 #include "web/sourcepanel.h"
 #include "web/viewcontroller.h"
 
@@ -93,7 +93,7 @@ private:
     EditorPage& page() { return controller->webView()->editorPage(); }
     QString answer(const char* script)
     {
-        return controller->evaluateAndWait(QString::fromLatin1(script)).toString();
+        return ScriptCall::wait(&page(), QString::fromLatin1(script)).toString();
     }
 
 private slots:
@@ -196,13 +196,15 @@ private slots:
         field->setText(QStringLiteral("first.html"));
         QCOMPARE(button(controller->linkSheet(), "linkButton")->text(), QStringLiteral("Link"));
         button(controller->linkSheet(), "linkButton")->click();
+        controller->catchUp();
         QCOMPARE(answer("document.querySelector('a').outerHTML"),
                  QStringLiteral("<a href=\"first.html\">one</a>"));
         controller->editLink();
-        QTRY_COMPARE(field->text(), QStringLiteral("first.html"));
-        QCOMPARE(button(controller->linkSheet(), "linkButton")->text(), QStringLiteral("Edit Link"));
+        QTRY_COMPARE(button(controller->linkSheet(), "linkButton")->text(), QStringLiteral("Edit Link"));
+        QCOMPARE(field->text(), QStringLiteral("first.html"));
         field->setText(address);
         button(controller->linkSheet(), "linkButton")->click();
+        controller->catchUp();
         QCOMPARE(answer("document.querySelectorAll('a').length"), QStringLiteral("1"));
         QCOMPARE(answer("document.querySelector('a').getAttribute('href')"), address);
         QCOMPARE(answer("document.querySelector('a').attributes.length"), QStringLiteral("1"));
@@ -234,6 +236,7 @@ private slots:
         QCOMPARE(button(controller->linkSheet(), "linkButton")->text(), QStringLiteral("IMG"));
         field->setText(QString::fromStdString(document->folder) + QStringLiteral("/img/a.png"));
         button(controller->linkSheet(), "linkButton")->click();
+        controller->catchUp();
         QCOMPARE(answer("document.querySelector('p').innerHTML"),
                  QStringLiteral("one<img src=\"img/a.png\" alt=\"\">"));
     }
@@ -244,15 +247,15 @@ private slots:
         controller->showSource();
         auto* field = controller->sourcePanel()->findChild<QPlainTextEdit*>(QStringLiteral("sourceField"));
         QPushButton* save = button(controller->sourcePanel(), "saveSourceButton");
-        QVERIFY(field->toPlainText().contains(QStringLiteral("<p>one</p>")));
+        QTRY_VERIFY(field->toPlainText().contains(QStringLiteral("<p>one</p>")));
         QVERIFY(!save->isEnabled());
         field->setPlainText(QStringLiteral("<html><body><h1>New</h1></body></html>"));
         QVERIFY(save->isEnabled());
         QSignalSpy shown(&page(), &EditorPage::shown);
         save->click();
         QVERIFY(shown.wait());
-        QCOMPARE(document->told.mid(0, 3), (QStringList{QStringLiteral("Edit Source"), QStringLiteral("reload"),
-                                                        QStringLiteral("css")}));
+        QCOMPARE(document->told.mid(0, 3), (QStringList{QStringLiteral("Edit Source"),
+                                                        QStringLiteral("reload"), QStringLiteral("css")}));
         QCOMPARE(answer("document.body.innerText.trim()"), QStringLiteral("New"));
     }
 

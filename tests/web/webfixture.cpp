@@ -2,7 +2,6 @@
 #include "tests/web/webfixture.h"
 
 #include "web/scriptcall.h"
-#include "web/scriptquote.h"
 
 #include <QSignalSpy>
 #include <QTest>
