@@ -76,7 +76,6 @@ private slots:
     void keys_data()
     {
         columns("keys");
-        row("letter", "<p>on|e</p>", "x", "<p>onxe</p>");
         row("words", "<p>one|</p>", " two three", "<p>one two three</p>");
         row("blanks", "<p>one|</p>", "  two  ", "<p>one two </p>");
         row("blank in the middle", "<p>one|two</p>", " ", "<p>one two</p>");
@@ -93,7 +92,6 @@ private slots:
         row("enter after a heading", "<h2 class=\"a\">one|</h2>", "<Enter>two",
             "<h2 class=\"a\">one</h2><p>two</p>");
         row("enter within a heading", "<h2>o|ne</h2>", "<Enter>", "<h2>o</h2><h2>ne</h2>");
-        row("enter in an item", "<ul><li>one|</li></ul>", "<Enter>two", "<ul><li>one</li><li>two</li></ul>");
         row("enter on an empty item", "<ul><li>one</li><li>|</li></ul><p>x</p>", "<Enter>two",
             "<ul><li>one</li></ul><p>two</p><p>x</p>");
         row("enter on an empty item within", "<ol><li>a</li><li>|</li><li>b</li></ol>", "<Enter>c",
@@ -108,7 +106,6 @@ private slots:
         row("enter leaves a quote", "<blockquote><p>one</p><p>|</p></blockquote>", "<Enter>x",
             "<blockquote><p>one</p></blockquote><p>x</p>");
         row("line break", "<p>one|</p>", "<Break>two", "<p>one<br>two</p>");
-        row("line break in the middle", "<p>o|ne</p>", "<Break>", "<p>o<br>ne</p>");
         row("line break in an item", "<ul><li>one|</li></ul>", "<Break>two", "<ul><li>one<br>two</li></ul>");
         row("line break in a heading", "<h1>one|</h1>", "<Break>two", "<h1>one<br>two</h1>");
         row("line break in a styled text", "<p><b>on|e</b></p>", "<Break>", "<p><b>on<br>e</b></p>");
@@ -123,7 +120,6 @@ private slots:
             "<ul><li><br></li><li>one</li></ul>");
         row("enter twice at a list's end", "<ol class=\"c\"><li>one|</li></ol>", "<Enter><Enter>two",
             "<ol class=\"c\"><li>one</li></ol><p>two</p>");
-        row("backspace", "<p>one|</p>", "<Backspace>x", "<p>onx</p>");
         row("backspace to the last letter", "<p>ab|</p>", "<Backspace><Backspace>c", "<p>c</p>");
         row("backspace of an emoji", "<p>a\xf0\x9f\x91\xa9\xe2\x80\x8d\xf0\x9f\x91\xa7|b</p>", "<Backspace>",
             "<p>ab</p>");
@@ -167,7 +163,6 @@ private slots:
         row("letter over a styled selection", "<p>a <b>[one</b> two]</p>", "xy", "<p>a <b>xy</b></p>");
         row("letter over a plain selection", "<p>[one <b>two]</b></p>", "x", "<p>x</p>");
         row("letter over blocks", "<h1>o[ne</h1><p class=\"c\">x</p><p>tw]o</p>", "x", "<h1>oxo</h1>");
-        row("blank over a selection", "<p>a[b]c</p>", " d", "<p>a dc</p>");
         row("letter over an image", "<p>a<img src=\"x\">[b]</p>", "c", "<p>a<img src=\"x\">c</p>");
         row("empty page", "|", "Hi", "<p>Hi</p>");
         row("emptied page", "<h1>One</h1><p>two</p>", "<All><Delete>Hi", "<p>Hi</p>");
@@ -195,12 +190,9 @@ private slots:
         row("bold in a heading", "<h1>o[n]e</h1>", "doCommand('Bold')", "<h1>o<b>n</b>e</h1>");
         row("italic over blocks", "<p>o[ne</p><p>tw]o</p>", "applyStyle('Italic')",
             "<p>o<i>ne</i></p><p><i>tw</i>o</p>");
-        row("underline", "<p>[one]</p>", "doCommand('Underline')", "<p><u>one</u></p>");
         row("strike", "<p>[one]</p>", "doCommand('Strike Through')", "<p><s>one</s></p>");
         row("sub", "<p>H[2]O</p>", "doCommand('Subscript')", "<p>H<sub>2</sub>O</p>");
         row("super", "<p>x[2]</p>", "doCommand('Superscript')", "<p>x<sup>2</sup></p>");
-        row("code", "<p>[a <b>c</b>]</p>", "applyStyle('Code')",
-            "<p><code>a </code><b><code>c</code></b></p>");
         row("remove one", "<p><b><i>[one]</i></b></p>", "removeStyle('Bold')", "<p><i>one</i></p>");
         row("remove all", "<p><b>x<i>[one]</i></b><a href=\"#\">y</a></p>", "removeStyle('')",
             "<p><b>x</b>one<a href=\"#\">y</a></p>");
@@ -297,6 +289,9 @@ private slots:
             "<p>a</p><table><tbody><tr><td>1</td></tr></tbody></table>");
         row("into pre", "<pre>a|</pre>", "<b>x</b>", "<pre>ax</pre>");
         row("empty page", "|", "one", "<p>one</p>");
+        row("plain words", "<p>a|b</p>", "text:x <b>y", "<p>ax &lt;b&gt;yb</p>");
+        row("plain lines", "<p>a|</p>", "text:x\ny", "<p>ax<br>y</p>");
+        row("plain paragraphs", "<p>a|b</p>", "text:x\ny\n\nz", "<p>a</p><p>x<br>y</p><p>z</p><p>b</p>");
     }
     void paste()
     {
@@ -304,11 +299,12 @@ private slots:
         QFETCH(QByteArray, clipboard);
         QFETCH(QByteArray, after);
         QVERIFY(web->showMarked(before));
+        const bool isPlain = clipboard.startsWith("text:");
         auto* data = new QMimeData;
-        data->setHtml(QString::fromUtf8(clipboard));
-        data->setText(QStringLiteral("x"));
+        data->setHtml(isPlain ? QStringLiteral("<h1>styled</h1>") : QString::fromUtf8(clipboard));
+        data->setText(isPlain ? QString::fromUtf8(clipboard.mid(5)) : QStringLiteral("x"));
         QGuiApplication::clipboard()->setMimeData(data);
-        press("<Paste>");
+        press(isPlain ? "<PastePlain>" : "<Paste>");
         QTRY_COMPARE(bodyAfter(), QString::fromUtf8(after));
     }
 
@@ -320,27 +316,6 @@ private slots:
         press("<Paste>");
         QTRY_COMPARE(bodyAfter(), QStringLiteral("<p>a  b</p><p>c<b>one</b></p>"));
         QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("one"));
-    }
-
-    void pastePlain_data()
-    {
-        columns("clipboard");
-        row("words", "<p>a|b</p>", "x <b>y", "<p>ax &lt;b&gt;yb</p>");
-        row("lines", "<p>a|</p>", "x\ny", "<p>ax<br>y</p>");
-        row("paragraphs", "<p>a|b</p>", "x\ny\n\nz", "<p>a</p><p>x<br>y</p><p>z</p><p>b</p>");
-    }
-    void pastePlain()
-    {
-        QFETCH(QByteArray, before);
-        QFETCH(QByteArray, clipboard);
-        QFETCH(QByteArray, after);
-        QVERIFY(web->showMarked(before));
-        auto* data = new QMimeData;
-        data->setHtml(QStringLiteral("<h1>styled</h1>"));
-        data->setText(QString::fromUtf8(clipboard));
-        QGuiApplication::clipboard()->setMimeData(data);
-        press("<PastePlain>");
-        QTRY_COMPARE(bodyAfter(), QString::fromUtf8(after));
     }
 
     // After one letter the page differs in that text alone, whatever else it holds.
