@@ -1,14 +1,14 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
-# Flags that every target of ours carries.
+# The flags of all targets.
 add_library(luma_flags INTERFACE)
 target_compile_options(luma_flags INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -fno-omit-frame-pointer)
-# GCC 12 sees overlaps in std::string at -O3 that aren't there (GCC bug 105651).
+# GCC 12 warns at -O3 of overlaps in std::string that don't exist (GCC bug 105651).
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   target_compile_options(luma_flags INTERFACE -Wno-restrict)
 endif()
 target_compile_definitions(luma_flags INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_FOREACH QT_NO_URL_CAST_FROM_STRING)
 target_include_directories(luma_flags INTERFACE ${CMAKE_SOURCE_DIR})
-# lumactl must not drag in the desktop's libraries because a neighbour in its static library needs them.
+# lumactl must not link the desktop's libraries because another file of the same static library needs them.
 target_link_options(luma_flags INTERFACE -Wl,--as-needed)
 if(LUMA_SANITIZE)
   target_compile_options(luma_flags INTERFACE -fsanitize=${LUMA_SANITIZE} -fno-sanitize-recover=undefined)
@@ -20,7 +20,7 @@ if(LUMA_FUZZ)
 endif()
 
 # luma_library(NAME SOURCES a.cpp ... LINK Qt6::Core ...)
-#   A static library. Its own headers are reached as "room/header.h".
+#   A static library. Headers are included as "room/header.h".
 function(luma_library NAME)
   cmake_parse_arguments(ARG "" "" "SOURCES;LINK" ${ARGN})
   add_library(${NAME} STATIC ${ARG_SOURCES})
@@ -36,9 +36,9 @@ function(luma_program NAME)
 endfunction()
 
 # luma_tests(NAME MAIN core|gui CLASSES tst_a tst_b ... [SOURCES helper.cpp ...] [LINK ...])
-#   One executable for a folder of tests; each class is a ctest case of its own, NAME.tst_a.
-#   core: a QCoreApplication. gui: a QApplication, offscreen unless QT_QPA_PLATFORM says otherwise,
-#   inside a private D-Bus session. Both live in a home folder of their own.
+#   One executable for a folder of tests; each class is a ctest case, NAME.tst_a.
+#   core: a QCoreApplication. gui: a QApplication in a private D-Bus session, offscreen unless
+#   QT_QPA_PLATFORM says otherwise. Both have a temporary home folder.
 function(luma_tests NAME)
   cmake_parse_arguments(ARG "" "MAIN" "CLASSES;SOURCES;LINK" ${ARGN})
   set(files ${ARG_CLASSES})
@@ -53,6 +53,6 @@ function(luma_tests NAME)
     add_test(NAME ${NAME}.${class} COMMAND ${session} $<TARGET_FILE:${NAME}> ${class})
     set_tests_properties(${NAME}.${class} PROPERTIES
       TIMEOUT 900
-      ENVIRONMENT "LUMA_SOURCE_DIR=${CMAKE_SOURCE_DIR};LUMA_BUILD_DIR=${CMAKE_BINARY_DIR};ASAN_OPTIONS=detect_leaks=0:new_delete_type_mismatch=0;UBSAN_OPTIONS=print_stacktrace=1;QTWEBENGINE_DISABLE_SANDBOX=1")
+      ENVIRONMENT "LUMA_SOURCE_DIR=${CMAKE_SOURCE_DIR};LUMA_BUILD_DIR=${CMAKE_BINARY_DIR};ASAN_OPTIONS=detect_leaks=0:new_delete_type_mismatch=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/tsan.supp;QTWEBENGINE_DISABLE_SANDBOX=1")
   endforeach()
 endfunction()

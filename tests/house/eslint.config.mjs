@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// ESLint's rules for the page-side scripts. They are plain scripts in one scope: the page runs them in the order of
-// their names, and a function, const or class declared at the top of one file is known in all others. So each file
-// is checked with the names of the others as globals that must be neither declared again nor assigned.
+// ESLint's rules for the page-side scripts. These are plain scripts in one scope: a function, const or class declared at
+// the top of one file is known in all others. So each file is checked with the names of the others as globals that must
+// be neither declared again nor assigned. EditorPage decides in which order they run.
 import { readdirSync, readFileSync } from 'node:fs';
 
 const folder = 'resources/LUMAHTMLCSSJS';
@@ -12,7 +12,7 @@ const declared = new Map(files.map((name) => {
     return [name, Array.from(source.matchAll(declaration), (found) => found[1])];
 }));
 
-// Of the browser and of Qt's web channel.
+// The names of the browser and of Qt's web channel that the scripts use.
 const browser = `
     addEventListener CharacterData Comment CSS document DOMParser Element getComputedStyle getSelection HTMLBodyElement
     HTMLHtmlElement innerHeight location MutationObserver NodeFilter QWebChannel qt Text`.trim().split(/\s+/);
@@ -75,7 +75,7 @@ const rules = {
     'no-unsafe-optional-chaining': 'error',
     'no-unused-expressions': 'error',
     'no-unused-labels': 'error',
-    // A function at the top may be used by another file or by the editor.
+    // Another file or the editor may use a function declared at the top.
     'no-unused-vars': ['error', { vars: 'local' }],
     'no-useless-backreference': 'error',
     'no-useless-catch': 'error',

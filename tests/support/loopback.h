@@ -10,7 +10,7 @@
 
 namespace luma::test {
 
-/// A listener on a free TCP port of the loopback interface that accepts connections and never says a word.
+/// A listener on a free TCP port of the loopback interface that accepts connections and never sends anything.
 class SilentServer final
 {
 public:
@@ -26,7 +26,7 @@ public:
             m_port = ntohs(address.sin_port);
     }
 
-    /// 0 when there is none.
+    /// 0 if no port could be opened.
     [[nodiscard]] std::uint16_t port() const { return m_port; }
 
 private:
@@ -34,13 +34,13 @@ private:
     std::uint16_t m_port = 0;
 };
 
-/// A port that was free a moment ago.
+/// A TCP port of the loopback interface that was free at the time of the call; 0 if there is none.
 inline std::uint16_t freePort()
 {
     return SilentServer().port();
 }
 
-/// True when something accepts connections on the loopback port.
+/// True if something accepts connections on the port of the loopback interface.
 inline bool answers(std::uint16_t port)
 {
     const FileDescriptor client(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0));

@@ -10,10 +10,9 @@
 
 namespace luma::test {
 
-/// Runs `begin` from the event loop and then the loop until `isThere` answers true; false when it never does.
-/// Prints how long the flow took and the longest time for which the main thread served no timer meanwhile.
-inline bool runFlow(const char* name, const std::function<void()>& begin,
-                    const std::function<bool()>& isThere)
+/// Calls `begin` from the event loop and runs the loop until `isDone` is true; false after two minutes. Prints
+/// how long that took and the longest time for which the main thread was blocked.
+inline bool runFlow(const char* name, const std::function<void()>& begin, const std::function<bool()>& isDone)
 {
     constexpr qint64 patience = 120'000;
     constexpr double nanosecondsPerMillisecond = 1e6;
@@ -21,13 +20,13 @@ inline bool runFlow(const char* name, const std::function<void()>& begin,
     QElapsedTimer whole;
     QElapsedTimer sinceTick;
     qint64 longest = 0;
-    bool came = false;
+    bool done = false;
     QTimer ticks;
     ticks.setTimerType(Qt::PreciseTimer);
     QObject::connect(&ticks, &QTimer::timeout, &loop, [&] {
         longest = std::max(longest, sinceTick.nsecsElapsed());
-        came = isThere();
-        if (came || whole.elapsed() > patience)
+        done = isDone();
+        if (done || whole.elapsed() > patience)
             loop.quit();
         sinceTick.start();
     });
@@ -38,7 +37,7 @@ inline bool runFlow(const char* name, const std::function<void()>& begin,
     loop.exec();
     qInfo("%s: %lld ms, of them the main thread was blocked for %.1f ms at most", name, whole.elapsed(),
           static_cast<double>(longest) / nanosecondsPerMillisecond);
-    return came;
+    return done;
 }
 
 } // namespace luma::test

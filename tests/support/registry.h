@@ -8,19 +8,19 @@
 
 namespace luma::test {
 
-/// The test classes of one executable. LUMA_TEST(Class) at the end of a tst_class.cpp enters the class; the
-/// program runs the one named by its first argument (further arguments go to QtTest), or all of them.
+/// Registers a test class. LUMA_TEST(Class) at the end of tst_class.cpp does this; the program runs the class
+/// named by its first argument, with further arguments for QtTest, or all classes.
 class Registration final
 {
 public:
     Registration(const char* name, std::function<std::unique_ptr<QObject>()> make);
 };
 
-/// Runs as the command line says; 0 when everything passed. Call with an application object alive.
+/// Runs the tests that the command line names; 0 if all passed. Needs an application object.
 int run(int argc, char** argv);
 
-/// Gives the process a home folder, settings, cache and runtime folder of its own, removed at exit. Call
-/// before the application object is made.
+/// Gives the process temporary folders for home, settings, cache and runtime files. Call it before the
+/// application object is created.
 void useOwnHome();
 
 } // namespace luma::test

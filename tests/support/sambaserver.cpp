@@ -98,7 +98,7 @@ bool SambaServer::start()
     m_port = freePort();
     if (!writeConfiguration() || !addAccount())
         return false;
-    // A process group of its own, so that stop() reaches the children that serve connections.
+    // In a separate process group, so that stop() also ends the children that serve connections.
     m_process.setChildProcessModifier([] {
         ::setpgid(0, 0);
         ::prctl(PR_SET_PDEATHSIG, SIGTERM);

@@ -9,19 +9,19 @@
 
 namespace luma::test {
 
-/// A real smbd on a free port of the loopback interface, with its own configuration, state and password file
-/// in a temporary folder. Two shares, "Web Site" and "Archive", one account with a throw-away password, no
-/// guests. Needs root. Stops with the object.
+/// A real smbd on a free port of the loopback interface, with configuration, state and password file in a
+/// temporary folder: two shares, "Web Site" and "Archive", one account with a random password, no guests.
+/// Needs root. Stops with the object.
 class SambaServer final
 {
 public:
     SambaServer() = default;
     ~SambaServer();
 
-    /// Why there can be no server here; empty when there can.
+    /// Why the server can't run on this machine; empty if it can.
     static QString whyNot();
 
-    /// True when the server answers on its port.
+    /// True once the server accepts connections.
     bool start();
     void stop();
 

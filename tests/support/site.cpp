@@ -23,7 +23,7 @@ Site::Site(const Files& files)
         put(subpath, bytes);
 }
 
-// QTemporaryDir leaves names behind that are not UTF-8.
+// QTemporaryDir can't remove names that are not UTF-8.
 Site::~Site()
 {
     std::error_code error;

@@ -14,8 +14,8 @@ namespace luma::test {
 /// File contents by subpath.
 using Files = std::map<std::string, std::string>;
 
-/// A site in a temporary folder of its own, which is removed with everything in it at the end of the test.
-/// Names and contents are bytes; subpaths are relative to the site's folder and have no slash in front.
+/// A site in a temporary folder, which is removed with the object.
+/// Names and contents are bytes; subpaths are relative to the site's folder and don't start with a slash.
 class Site
 {
 public:

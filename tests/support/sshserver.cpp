@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/sshserver.h"
 
+#include "tests/support/loopback.h"
+
 #include <QDir>
 #include <QFile>
 #include <QRandomGenerator>
 
-#include <arpa/inet.h>
 #include <fcntl.h>
 #include <pwd.h>
 #include <sched.h>
 #include <sys/mount.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -28,34 +28,20 @@ namespace {
 
 constexpr auto accountName = "luma-throw-away";
 constexpr auto serverProgram = "/usr/sbin/sshd";
-// Above what useradd gives to people, below the dynamic users of the system.
+// Above the numbers that useradd assigns, below those of the system's dynamic users.
 constexpr unsigned accountId = 60917;
 const fs::path configurationFolder = "/usr/local/palisan/apache2";
 
 std::string contents(const fs::path& path)
 {
     std::ifstream file(path, std::ios::binary);
-    // A process may go while its entry in /proc is read; this way that is an empty text, not an exception.
+    // A process may end while its entry in /proc is read; this gives an empty text then, not an exception.
     std::ostringstream text;
     text << file.rdbuf();
     return text.str();
 }
 
-// A port that was free a moment ago.
-int freePort()
-{
-    const int descriptor = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0);
-    sockaddr_in address = {};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    socklen_t size = sizeof address;
-    const bool bound = ::bind(descriptor, reinterpret_cast<sockaddr*>(&address), size) == 0 &&
-                       ::getsockname(descriptor, reinterpret_cast<sockaddr*>(&address), &size) == 0;
-    ::close(descriptor);
-    return bound ? ntohs(address.sin_port) : 0;
-}
-
-// The line of root, with `home` in its sixth field.
+// `passwd` with `home` as root's home folder.
 std::string withRootHome(std::string passwd, const std::string& home)
 {
     const std::size_t root = passwd.find("root:");
@@ -65,7 +51,7 @@ std::string withRootHome(std::string passwd, const std::string& home)
     return passwd.replace(from, passwd.find(':', from) - from, home);
 }
 
-// As /etc/shadow wants it. By perl, which is on every such system: the sanitizer's own crypt() calls nothing.
+// In the format of /etc/shadow. By perl, because crypt() fails under the address sanitizer.
 std::string hashOf(const std::string& password)
 {
     QProcess perl;
@@ -118,26 +104,26 @@ bool SshServer::start()
 {
     m_folder = std::make_unique<QTemporaryDir>();
     if (::geteuid() != 0) {
-        m_skipReason = QStringLiteral("only root can start an ssh server with an account of its own");
+        m_skipReason = QStringLiteral("an ssh server with a temporary account needs root");
         return false;
     }
     const passwd* self = ::getpwuid(::geteuid());
     if (!self || qgetenv("HOME") == self->pw_dir) {
-        m_skipReason = QStringLiteral("the test has no home folder of its own");
+        m_skipReason = QStringLiteral("the test has no temporary home folder");
         return false;
     }
     if (!fs::exists(serverProgram)) {
-        m_skipReason = QStringLiteral("there is no sshd");
+        m_skipReason = QStringLiteral("sshd is not installed");
         return false;
     }
     return enterNamespace() && addAccount() && makeLocalFolder() && startServer();
 }
 
-// What is mounted outside still appears inside; what we mount does not appear outside.
+// Later mounts from outside appear in the namespace, ours don't appear outside.
 bool SshServer::enterNamespace()
 {
     if (::unshare(CLONE_NEWNS) != 0 || ::mount(nullptr, "/", nullptr, MS_REC | MS_SLAVE, nullptr) != 0)
-        return fail("cannot have a mount namespace");
+        return fail("no mount namespace");
     return true;
 }
 
@@ -161,18 +147,18 @@ bool SshServer::addAccount()
                                      << name + ":" + hash + ":19000:0:99999:7:::\n";
     fs::permissions(folder / "shadow", fs::perms(0600));
     if (!mountOver(folder / "passwd", "/etc/passwd") || !mountOver(folder / "shadow", "/etc/shadow"))
-        return fail("cannot add an account");
+        return fail("no temporary account");
     return true;
 }
 
-// The server's configuration lies under /usr/local: that becomes a folder of our own, in which what was there
-// appears again, read-only.
+// The web server's configuration is looked for in /usr/local, so a temporary file system covers it. Its old
+// contents reappear there, read-only.
 bool SshServer::makeLocalFolder()
 {
     const int original = ::open("/usr/local", O_PATH | O_DIRECTORY | O_CLOEXEC);
     const fs::path path = "/proc/self/fd/" + std::to_string(original);
     if (original < 0 || ::mount("tmpfs", "/usr/local", "tmpfs", 0, "mode=0755") != 0)
-        return fail("cannot have a /usr/local");
+        return fail("/usr/local can't be covered");
     for (const auto& entry : fs::directory_iterator(path)) {
         const fs::path copy = "/usr/local" / entry.path().filename();
         if (!entry.is_directory() || entry.is_symlink() || copy == configurationFolder.parent_path())
@@ -180,7 +166,7 @@ bool SshServer::makeLocalFolder()
         fs::create_directory(copy);
         if (!mountOver(entry.path(), copy) ||
             ::mount(nullptr, copy.c_str(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr) != 0)
-            return fail("cannot fill /usr/local");
+            return fail("/usr/local can't be filled");
     }
     ::close(original);
     return true;
@@ -189,7 +175,7 @@ bool SshServer::makeLocalFolder()
 bool SshServer::startServer()
 {
     const fs::path folder = m_folder->path().toStdString();
-    // sshd's own empty folder; the service makes it at start, and so do we.
+    // sshd needs this empty folder, which its service would create.
     ::mkdir("/run/sshd", 0755);
     QProcess::execute(QStringLiteral("ssh-keygen"),
                       {QStringLiteral("-q"), QStringLiteral("-t"), QStringLiteral("ed25519"),
@@ -213,7 +199,7 @@ bool SshServer::startServer()
             if (log.contains("Server listening"))
                 return true;
         }
-        m_skipReason = QStringLiteral("sshd does not start: ") + QString::fromLocal8Bit(log);
+        m_skipReason = QStringLiteral("sshd did not start: ") + QString::fromLocal8Bit(log);
         m_server.kill();
         m_server.waitForFinished();
     }
@@ -224,10 +210,10 @@ void SshServer::giveToUser(const fs::path& folder) const
 {
     fs::recursive_directory_iterator entries(folder);
     if (::lchown(folder.c_str(), accountId, accountId) != 0)
-        qFatal("cannot give %s away", folder.c_str());
+        qFatal("can't change the owner of %s", folder.c_str());
     for (const auto& entry : entries)
         if (::lchown(entry.path().c_str(), accountId, accountId) != 0)
-            qFatal("cannot give %s away", entry.path().c_str());
+            qFatal("can't change the owner of %s", entry.path().c_str());
 }
 
 void SshServer::reset() const

@@ -10,14 +10,14 @@
 
 namespace luma::test {
 
-/// An ssh server of our own on the loopback interface, and a world in which ssh touches nobody's files.
+/// A real sshd on a free port of the loopback interface, with a temporary account, isolated from the user's
+/// ssh files.
 ///
-/// start() moves the calling thread, and every process and thread that it starts from then on, into a mount
-/// namespace of its own. There, copies stand over /etc/passwd and /etc/shadow that hold one more account, a
-/// throw-away one with a password, and that name $HOME as our own home folder, so that ssh uses
-/// $HOME/.ssh. Nothing of it is seen outside, and it is gone with the process even after a crash. Call
-/// start() in initTestCase(), before jobs have given the thread pool threads. Needs root; where it cannot
-/// run, start() is false and skipReason() says why.
+/// start() moves the calling thread, and every process and thread that it starts later, into a private mount
+/// namespace. There, /etc/passwd and /etc/shadow are covered by copies with one more account, in which root's
+/// home folder is $HOME, so that ssh uses $HOME/.ssh. Nothing is visible outside, and everything ends with
+/// the process, even after a crash. Call start() in initTestCase(), before the thread pool has threads. Needs
+/// root; if the server can't run, start() is false and skipReason() gives the reason.
 class SshServer final
 {
 public:
@@ -29,25 +29,26 @@ public:
     bool start();
     [[nodiscard]] QString skipReason() const { return m_skipReason; }
 
-    /// What ssh is given: "NAME@127.0.0.1".
+    /// The destination for ssh: "NAME@127.0.0.1".
     [[nodiscard]] std::string login() const { return user() + "@" + server(); }
     [[nodiscard]] std::string user() const;
     [[nodiscard]] std::string server() const { return "127.0.0.1"; }
     [[nodiscard]] std::string port() const { return std::to_string(m_port); }
-    /// Has a blank, quotes, and characters that shells and Tcl act on, and one that is not ASCII.
+    /// Contains a blank, quotes, characters special to shells and Tcl, and one that is not ASCII.
     [[nodiscard]] std::string password() const { return m_password; }
-    /// The account's home folder on the server, empty but for what a test puts there.
+    /// The account's home folder on the server, empty at first.
     [[nodiscard]] std::filesystem::path home() const;
-    /// Our own .ssh, as the ssh client sees it.
+    /// The folder that the ssh client uses as ~/.ssh.
     [[nodiscard]] std::filesystem::path clientFolder() const;
 
-    /// Makes `folder` and all in it the account's own.
+    /// Makes the account the owner of `folder` and everything in it.
     void giveToUser(const std::filesystem::path& folder) const;
-    /// Empties both homes: no keys, no known hosts.
+    /// Removes all keys and known hosts, and empties the account's home folder.
     void reset() const;
-    /// Puts the server's configuration file where it is looked for, with or without the log format line.
+    /// Writes the web server's configuration file to the place where LUMA looks for it, with or without the log
+    /// format line.
     void setLogFormat(bool present) const;
-    /// Processes, of whatever program, whose command line names our port.
+    /// The number of processes of any program whose command line contains the port.
     [[nodiscard]] int processesAtPort() const;
 
 private:
