@@ -84,6 +84,7 @@ const rules = {
     'no-var': 'error',
     'no-with': 'error',
     'prefer-const': 'error',
+    'strict': ['error', 'global'],
     'use-isnan': 'error',
     'valid-typeof': 'error',
 };
