@@ -9,7 +9,7 @@
 
 namespace luma {
 
-/// What a transfer did not manage. `text` is for a reader: the row's shown name and the reason.
+/// A row that could not be transferred. `text` is for the user: the row's shown name and the reason.
 struct TransferProblem
 {
     std::size_t row = 0;
@@ -18,24 +18,25 @@ struct TransferProblem
 
 struct TransferReport
 {
-    std::vector<std::size_t> copied; ///< the rows that stand on the receiving side now, ascending
+    std::vector<std::size_t> copied; ///< the rows that were copied, ascending
     std::vector<TransferProblem> problems;
 };
 
 /// Copies the ticked rows of one comparison to the receiving folder.
 ///
-/// A file keeps its modification time and mode; a link is copied as a link; missing folders are made with the
-/// mode and time of their originals. What is replaced gives way only to the finished copy. The two sides are
-/// looked at again: what has since appeared or become newer on the receiving side, and what turned into a
-/// folder there, stays, and no link below the receiving folder is followed. At the end all is synced at once.
+/// A file keeps its modification time and mode, a link is copied as a link, and missing folders are created
+/// with the mode and time of their originals. A file is replaced only by the finished copy. Both sides are
+/// checked again first: a file that has appeared or become newer on the receiving side since the comparison,
+/// or turned into a folder, is kept, and no link below the receiving folder is followed. All copies are
+/// synced together at the end.
 class FileTransfer final
 {
 public:
     /// `rows` come from one FolderComparison.
     explicit FileTransfer(std::vector<SyncRow> rows);
 
-    /// Runs on the calling thread until done or until `item` is cancelled, which is asked between files.
-    /// `progress`, if any, hears after each ticked row how many are dealt with.
+    /// Runs on the calling thread until done or until `item` is cancelled, which is checked between files.
+    /// `progress`, if any, is called after each ticked row with the number processed so far.
     [[nodiscard]] TransferReport run(const WorkItem& item,
                                      const std::function<void(std::size_t)>& progress = {}) const;
 

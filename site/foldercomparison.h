@@ -10,8 +10,8 @@
 
 namespace luma {
 
-/// What a comparison found. A problem is a line for a reader: the shown name of what could not be compared,
-/// and why.
+/// The result of a comparison. A problem is a line for the user: the shown name of what could not be
+/// compared, and the reason.
 struct ComparisonReport
 {
     std::vector<SyncRow> rows;         ///< in byte order of their paths
@@ -20,18 +20,17 @@ struct ComparisonReport
 
 /// Finds the files of one folder that are missing in another, or older there by whole seconds.
 ///
-/// Symbolic links are compared as links, by what they hold, and never followed. What is neither file, link
-/// nor folder is left out, and so are ".DS_Store" and files that are being written under their temporary
-/// name; other hidden files are files. A file or link where the other side needs a folder counts as "nothing
-/// there", a folder where the other side needs a file is listed for replacement: it is the transfer that
-/// refuses.
+/// Symbolic links are compared by their targets and never followed. Anything but files, links and folders is
+/// left out, and so are ".DS_Store" and temporary files still being written; other hidden files are compared.
+/// A file or link in the place of a folder counts as missing. A folder in the place of a file is listed for
+/// replacement, which the transfer then refuses.
 class FolderComparison final
 {
 public:
     FolderComparison(std::filesystem::path sending, std::filesystem::path receiving);
 
-    /// Runs on the calling thread and one helper, until done or until `item` is cancelled: then the report
-    /// holds what was found so far. An error when one of the two folders itself cannot be read.
+    /// Runs on the calling thread and a second one until done or until `item` is cancelled; then the report
+    /// holds what was found so far. An error when one of the two folders itself can't be opened.
     [[nodiscard]] Result<ComparisonReport> run(const WorkItem& item) const;
 
 private:

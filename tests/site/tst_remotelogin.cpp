@@ -26,9 +26,9 @@ private slots:
         QVariantMap numberedPort = whole;
         numberedPort[endpoint::sshPortNo] = 2222;
         QTest::newRow("a port that is no string") << numberedPort << "anna@web.example 22";
-        QVariantMap nobody = whole;
-        nobody.remove(endpoint::user);
-        QTest::newRow("no user, nobody asked, not working") << nobody << QString();
+        QVariantMap withoutUser = whole;
+        withoutUser.remove(endpoint::user);
+        QTest::newRow("no user: not checked, does not work") << withoutUser << QString();
     }
     void check_asksWithLoginAndPort()
     {
