@@ -4,7 +4,6 @@
 #include "app/documentcontroller.h"
 #include "app/preferences.h"
 #include "editor/htmldocument.h"
-#include "page/tidyshell.h"
 
 #include <QFile>
 #include <QVariant>
@@ -53,7 +52,7 @@ void PageWindows::newPage(const fs::path& siteFolder)
 
 HTMLDocument* PageWindows::makeWindow(const fs::path& siteFolder)
 {
-    auto* const window = new HTMLDocument({runTidyCommand, [this] { return recentPages(); }});
+    auto* const window = new HTMLDocument([this] { return recentPages(); });
     window->mountPath = siteFolder;
     window->restoreLayoutState(m_preferences.value(layoutKey).toByteArray());
     connectWindow(window);

@@ -9,7 +9,6 @@
 #include "editor/outlinemenu.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
-#include "editor/pageactions.h"
 #include "editor/pageedits.h"
 #include "editor/pagesaver.h"
 #include "editor/stylesheeteditor.h"
@@ -28,8 +27,8 @@ namespace luma {
 
 namespace fs = std::filesystem;
 
-HTMLDocument::HTMLDocument(Services services, QWidget* parent)
-    : QMainWindow(parent), m_ui(std::make_unique<Ui::HTMLDocument>()), m_services(std::move(services))
+HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent)
+    : QMainWindow(parent), m_ui(std::make_unique<Ui::HTMLDocument>())
 {
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->setupUi(this);
@@ -41,7 +40,7 @@ HTMLDocument::HTMLDocument(Services services, QWidget* parent)
     createSaver();
     m_actions =
         new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_edits, *m_saver, *m_viewController},
-                        m_services.recentPages);
+                        std::move(recentPages));
     connectChanges();
     m_layout.emplace(*this, *m_ui->splitView);
     WindowRegistry::instance().add(this);
@@ -89,8 +88,7 @@ void HTMLDocument::createStyleSheets()
 {
     new CodeHighlighter(CodeHighlighter::Language::Css, m_ui->cssField);
     m_styleSheets = new StyleSheetEditor(
-        {m_ui->cssMenu, m_ui->cssField, m_ui->cssButton}, m_tree, [this] { return siteFolder(); },
-        m_services.runShell, this);
+        {m_ui->cssMenu, m_ui->cssField, m_ui->cssButton}, m_tree, [this] { return siteFolder(); }, this);
     connect(m_styleSheets, &StyleSheetEditor::fileStored, this, &HTMLDocument::reload);
     connect(m_styleSheets, &StyleSheetEditor::styleBlockRequested, m_edits, &PageEdits::updateStyleBlock);
     connect(m_edits, &PageEdits::styleBlockUpdated, m_styleSheets, &StyleSheetEditor::selectCSS);

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "editor/cssnames.h"
+#include "editor/pageactions.h"
 #include "editor/pagelayout.h"
-#include "page/csstidy.h"
 #include "page/pagestore.h"
 #include "page/pagetree.h"
 #include "page/tagrules.h"
@@ -14,7 +14,6 @@
 #include <QUndoStack>
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -28,7 +27,6 @@ namespace luma {
 class MetaSheet;
 class OutlineModel;
 class OutlineSelection;
-class PageActions;
 class PageEdits;
 class PageSaver;
 class StyleSheetEditor;
@@ -44,14 +42,7 @@ class HTMLDocument final : public QMainWindow, private PageDocument
     Q_OBJECT
 
 public:
-    struct Services
-    {
-        ShellRunner runShell;
-        /// The pages opened before, for the menu.
-        std::function<std::vector<std::filesystem::path>()> recentPages;
-    };
-
-    explicit HTMLDocument(Services services, QWidget* parent = nullptr);
+    explicit HTMLDocument(PageActions::RecentPages recentPages = {}, QWidget* parent = nullptr);
     ~HTMLDocument() override;
 
     /// The site's folder, whose files the page may show; empty when it is not known.
@@ -145,7 +136,6 @@ private:
     [[nodiscard]] bool isEdited() const;
 
     std::unique_ptr<Ui::HTMLDocument> m_ui;
-    Services m_services;
     TagRules m_rules;
     PageTree m_tree;
     QUndoStack m_stack;

@@ -3,8 +3,7 @@
 
 #include "base/propertylist.h"
 #include "html/element.h"
-#include "page/elementdrop.h"
-#include "page/outlinetext.h"
+#include "html/serializer.h"
 #include "page/pagetree.h"
 
 #include <QMimeData>
@@ -17,9 +16,25 @@ namespace {
 
 constexpr qsizetype longestToolTip = 1000;
 
+/// An element's row: its tag with all attributes, and its own text.
+QString rowText(const html::Element& element)
+{
+    std::string text = "<";
+    text += element.tagName();
+    const char* separator = " ";
+    for (const html::Attribute& attribute : element.attributes()) {
+        text.append(separator).append(html::markup(attribute));
+        separator = ", ";
+    }
+    text += '>';
+    if (const std::string own = element.ownText(); !own.empty())
+        text.append(" ").append(own);
+    return QString::fromStdString(text);
+}
+
 QString toolTipOf(const html::Element& element)
 {
-    QString text = outlineText(element);
+    QString text = rowText(element);
     if (text.size() > longestToolTip)
         text = text.left(longestToolTip) + QChar(0x2026);
     return text.toHtmlEscaped();
@@ -118,7 +133,7 @@ void OutlineModel::setActiveElement(const QModelIndex& index)
     const QModelIndex before = std::exchange(m_activeElement, QPersistentModelIndex(index));
     for (const QModelIndex& changed : {before, index}) {
         if (changed.isValid())
-            emit dataChanged(changed, changed, {Qt::ForegroundRole, IsActiveRole});
+            emit dataChanged(changed, changed, {Qt::ForegroundRole});
     }
 }
 
@@ -190,20 +205,16 @@ bool OutlineModel::hasChildren(const QModelIndex& parent) const
 
 QVariant OutlineModel::data(const QModelIndex& index, int role) const
 {
-    html::Element* const element = elementAt(index);
+    const html::Element* const element = elementAt(index);
     if (!element)
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return outlineText(*element);
+        return rowText(*element);
     case Qt::ToolTipRole:
         return toolTipOf(*element);
     case Qt::ForegroundRole:
         return index == m_activeElement && m_activeColour.isValid() ? QVariant(m_activeColour) : QVariant();
-    case ElementRole:
-        return QVariant::fromValue(static_cast<void*>(element));
-    case IsActiveRole:
-        return index == m_activeElement;
     default:
         return {};
     }
@@ -279,7 +290,7 @@ bool OutlineModel::canDropMimeData(const QMimeData* data, Qt::DropAction action,
                                    const QModelIndex& parent) const
 {
     return supportedDropActions().testFlag(action) &&
-           isDropAllowed(m_rules, draggedElement(data), elementAt(parent));
+           m_rules.canDrop(draggedElement(data), elementAt(parent));
 }
 
 bool OutlineModel::dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,

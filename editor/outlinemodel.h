@@ -27,7 +27,8 @@ class OutlineModel final : public QAbstractItemModel
     Q_OBJECT
 
 public:
-    enum Role { ElementRole = Qt::UserRole, IsActiveRole };
+    /// The type of the record that a drag carries.
+    static constexpr const char* nodeDragType = "com.palisanlabs.LUMA.nodeDragType";
 
     OutlineModel(PageTree& tree, const TagRules& rules, QObject* parent = nullptr);
 
@@ -44,7 +45,6 @@ public:
 
     /// The element whose row is drawn as the active one, in `colour`.
     void setActiveElement(const QModelIndex& index);
-    [[nodiscard]] html::Element* activeElement() const { return elementAt(m_activeElement); }
     void setActiveColour(const QColor& colour) { m_activeColour = colour; }
 
     [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;

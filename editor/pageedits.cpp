@@ -6,7 +6,6 @@
 #include "html/parse.h"
 #include "page/classedits.h"
 #include "page/cssmenu.h"
-#include "page/elementdrop.h"
 #include "page/pagetree.h"
 #include "web/viewcontroller.h"
 
@@ -116,15 +115,15 @@ void PageEdits::acceptDrop(const QPersistentModelIndex& dragged, const QPersiste
     whenCaughtUp([this, dragged, target, childIndex, action] {
         html::Element* const element = OutlineModel::elementAt(dragged);
         html::Element* const parent = OutlineModel::elementAt(target);
-        if (!isDropAllowed(m_rules, element, parent))
+        if (!m_rules.canDrop(element, parent))
             return;
         {
             const auto quiet = m_selection.quietly();
             const html::Element* dropped = element;
             if (action == Qt::CopyAction)
-                dropped = m_commands.copy(*element, dropPosition(*parent, childIndex, nullptr));
+                dropped = m_commands.copy(*element, TagRules::dropPosition(*parent, childIndex, nullptr));
             else
-                m_commands.move(*element, dropPosition(*parent, childIndex, element));
+                m_commands.move(*element, TagRules::dropPosition(*parent, childIndex, element));
             m_selection.select(dropped);
         }
         emit edited();

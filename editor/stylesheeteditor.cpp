@@ -3,6 +3,7 @@
 
 #include "base/files.h"
 #include "page/cssmenu.h"
+#include "page/csstidy.h"
 #include "page/pagetree.h"
 #include "web/codeedit.h"
 
@@ -16,12 +17,8 @@ namespace fs = std::filesystem;
 namespace luma {
 
 StyleSheetEditor::StyleSheetEditor(const Controls& controls, PageTree& tree, std::function<SiteFolder()> site,
-                                   ShellRunner runShell, QObject* parent)
-    : QObject(parent),
-      m_controls(controls),
-      m_tree(tree),
-      m_site(std::move(site)),
-      m_runShell(std::move(runShell))
+                                   QObject* parent)
+    : QObject(parent), m_controls(controls), m_tree(tree), m_site(std::move(site))
 {
     connect(controls.cssMenu, &QComboBox::activated, this, &StyleSheetEditor::selectCSS);
     connect(controls.cssField, &QPlainTextEdit::textChanged, this, &StyleSheetEditor::textDidChange);
@@ -83,7 +80,7 @@ void StyleSheetEditor::selectCSS()
     const bool isDraft = text && draft != m_drafts.constEnd();
     QString css = isDraft ? *draft : QString();
     if (text && !isDraft && !text->empty())
-        css = QString::fromStdString(tidyCSS(*text, m_runShell));
+        css = QString::fromStdString(tidyCSS(*text));
     {
         const QSignalBlocker quiet(m_controls.cssField);
         m_controls.cssField->setPlainText(css);
@@ -126,7 +123,7 @@ Result<void> StyleSheetEditor::store(const QString& title, const QString& css)
         emit styleBlockRequested(title, css);
         return {};
     }
-    const std::string tidied = tidyCSS(css.toStdString(), m_runShell);
+    const std::string tidied = tidyCSS(css.toStdString());
     if (const auto written = writeFile(fileOf(title), tidied); !written)
         return written.error();
     m_drafts.remove(title);

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "base/result.h"
-#include "page/csstidy.h"
 #include "page/sitefolder.h"
 
 #include <QMap>
@@ -36,7 +35,7 @@ public:
     };
     /// `site` says where the page stands, against which linked sheets are found.
     StyleSheetEditor(const Controls& controls, PageTree& tree, std::function<SiteFolder()> site,
-                     ShellRunner runShell, QObject* parent);
+                     QObject* parent);
 
     void buildCSSMenu();
     /// Builds the menu anew where the page's sheets are not those in it any more.
@@ -70,7 +69,6 @@ private:
     Controls m_controls;
     PageTree& m_tree;
     std::function<SiteFolder()> m_site;
-    ShellRunner m_runShell;
     QMap<QString, QString> m_drafts; // by title
 };
 

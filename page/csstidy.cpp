@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/csstidy.h"
 
+#include "base/resources.h"
 #include "shell/quote.h"
+#include "shell/taskwrapper.h"
 
+#include <QStandardPaths>
 #include <QTemporaryFile>
+
+#include <unistd.h>
 
 namespace luma {
 
@@ -12,9 +17,23 @@ namespace {
 // Linux takes no argument of 128 KiB (execve(2), MAX_ARG_STRLEN).
 constexpr std::size_t longestCommand = 131'000;
 
-std::string formatter()
+std::string formatter(std::string_view interpreter)
 {
-    return " | " + std::string(tidyInterpreter) + " LUMAHTMLCSSJS/bin/pcsstidy";
+    return " | " + std::string(interpreter) + " LUMAHTMLCSSJS/bin/pcsstidy";
+}
+
+std::string installedInterpreter()
+{
+    const std::string found = QStandardPaths::findExecutable(QStringLiteral("php")).toStdString();
+    const bool isThere = ::access(tidyInterpreter.data(), X_OK) == 0;
+    return isThere || found.empty() ? std::string(tidyInterpreter) : quotedForShell(found);
+}
+
+std::string output(std::string command)
+{
+    TaskWrapper shell(resourceFolder());
+    shell.arguments = {"-c", std::move(command)};
+    return shell.run().value_or(std::string());
 }
 
 void replaceAll(std::string& text, std::string_view from, std::string_view to)
@@ -40,7 +59,7 @@ std::string withoutDoubleQuotes(std::string_view text)
     return plain;
 }
 
-std::string echoCommand(std::string_view plain)
+std::string echoCommand(std::string_view plain, std::string_view interpreter)
 {
     std::string command = plain.starts_with('-') ? "echo - \"" : "echo \"";
     for (const char c : plain) {
@@ -51,34 +70,33 @@ std::string echoCommand(std::string_view plain)
             command += R"(\\\)";
         command += c;
     }
-    return command.append("\"").append(formatter());
+    return command.append("\"").append(formatter(interpreter));
 }
 
 // What no command line can hold goes through a file that only we can read.
-std::string tidyThroughFile(const std::string& plain, const ShellRunner& runShell)
+std::string tidyThroughFile(const std::string& plain, std::string_view interpreter)
 {
     QTemporaryFile file;
     if (!file.open() || file.write(plain.data(), static_cast<qint64>(plain.size())) < 0 ||
         !file.putChar('\n') || !file.flush())
         return {};
     const std::string name = quotedForShell(file.fileName().toStdString());
-    return runShell({"-c", "cat " + name + formatter()}).value_or(std::string());
+    return output("cat " + name + formatter(interpreter));
 }
 
 } // namespace
 
 std::string tidyCommand(std::string_view text)
 {
-    return echoCommand(withoutDoubleQuotes(text));
+    return echoCommand(withoutDoubleQuotes(text), tidyInterpreter);
 }
 
-std::string tidyCSS(std::string_view text, const ShellRunner& runShell)
+std::string tidyCSS(std::string_view text)
 {
     const std::string plain = withoutDoubleQuotes(text);
-    const std::string command = echoCommand(plain);
-    if (command.size() > longestCommand)
-        return tidyThroughFile(plain, runShell);
-    return runShell({"-c", command}).value_or(std::string());
+    const std::string interpreter = installedInterpreter();
+    const std::string command = echoCommand(plain, interpreter);
+    return command.size() > longestCommand ? tidyThroughFile(plain, interpreter) : output(command);
 }
 
 } // namespace luma

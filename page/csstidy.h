@@ -1,11 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <functional>
-#include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace luma {
 
@@ -20,10 +17,9 @@ inline constexpr std::string_view tidyInterpreter = "/opt/homebrew-palisan/bin/p
 /// letter.
 std::string tidyCommand(std::string_view text);
 
-/// Formats CSS (UTF-8) with that command, or, when it would be too long for the system, with the same command
-/// that reads the text from a temporary file. `runShell` runs the shell with its arguments and gives what it
-/// printed, less the last character, or nothing (TaskWrapper). Empty when the command printed nothing.
-using ShellRunner = std::function<std::optional<std::string>(std::vector<std::string> arguments)>;
-std::string tidyCSS(std::string_view text, const ShellRunner& runShell);
+/// Formats CSS (UTF-8) with that command, run by the shell in the resource folder; it blocks. A command that
+/// would be too long for the system reads the text from a temporary file instead. Where nothing can be run at
+/// tidyInterpreter, the php of the search path stands in. Empty when nothing was printed.
+std::string tidyCSS(std::string_view text);
 
 } // namespace luma

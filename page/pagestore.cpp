@@ -1,16 +1,18 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/pagestore.h"
 
+#include "base/pathtext.h"
 #include "html/parse.h"
 #include "html/prettyprinter.h"
 #include "links/linkmapping.h"
 #include "page/lostelements.h"
 #include "page/pagecommands.h"
-#include "page/pagelanguage.h"
 #include "page/pagetree.h"
 
+#include <QMimeDatabase>
 #include <QObject>
 #include <QUndoStack>
+#include <QXmlStreamReader>
 
 #include <algorithm>
 
@@ -46,6 +48,45 @@ void swapAll(AttributeChanges& changes)
 {
     for (auto& [element, attributes] : changes)
         element->swapAttributes(attributes);
+}
+
+/// What a page is written in. All that does not call itself XML, by a declaration or the file's extension, is
+/// HTML; XHTML is XML whose root element is `html`.
+struct PageLanguage
+{
+    enum class Kind { Html, Xhtml, OtherXml };
+    Kind kind = Kind::Html;
+    std::string rootElement; // of other XML
+};
+
+/// The text from its first character on that is no byte-order mark and no white space.
+std::string_view trimmedStart(std::string_view text)
+{
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    if (text.starts_with(byteOrderMark))
+        text.remove_prefix(byteOrderMark.size());
+    const std::size_t start = text.find_first_not_of(" \t\r\n");
+    return start == std::string_view::npos ? std::string_view() : text.substr(start);
+}
+
+bool isNamedAsXml(const std::filesystem::path& file)
+{
+    const QMimeDatabase types;
+    return types.mimeTypeForFile(textOf(file.filename()), QMimeDatabase::MatchExtension)
+        .inherits(QStringLiteral("application/xml"));
+}
+
+// XML that is not well-formed counts as XHTML: the parser reads what it can of it.
+PageLanguage pageLanguage(const std::filesystem::path& file, std::string_view text)
+{
+    text = trimmedStart(text);
+    if (!text.starts_with("<?xml") && !isNamedAsXml(file))
+        return {};
+    QXmlStreamReader xml(QByteArray::fromRawData(text.data(), static_cast<qsizetype>(text.size())));
+    xml.setNamespaceProcessing(false);
+    if (!xml.readNextStartElement() || xml.qualifiedName() == QLatin1String("html"))
+        return {PageLanguage::Kind::Xhtml, {}};
+    return {PageLanguage::Kind::OtherXml, xml.qualifiedName().toString().toStdString()};
 }
 
 } // namespace

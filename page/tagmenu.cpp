@@ -126,9 +126,4 @@ std::vector<TagMenuEntry> buildTagMenu(const TagRules& rules, const html::Elemen
     return menu.take();
 }
 
-QStringList insertTitles(const TagRules& rules, const html::Element* element)
-{
-    return rules.insertableTags(element);
-}
-
 } // namespace luma

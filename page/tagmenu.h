@@ -27,7 +27,4 @@ struct TagMenuEntry
 std::vector<TagMenuEntry> buildTagMenu(const TagRules& rules, const html::Element* element,
                                        const QStringList& cssClassArray, const QStringList& cssIDArray);
 
-/// The titles of the "Insert" pull-down below its own title, in order; empty where it is disabled.
-QStringList insertTitles(const TagRules& rules, const html::Element* element);
-
 } // namespace luma

@@ -105,6 +105,31 @@ bool TagRules::canDrag(const html::Element* element) const
     return element && !unmoveableTags.contains(tagNameOf(*element));
 }
 
+bool TagRules::canDrop(const html::Element* dragged, const html::Element* target) const
+{
+    if (!dragged || !target || target->isInside(*dragged))
+        return false;
+    if (dragged->tagName() == target->tagName() || target->is("html"))
+        return false;
+    // What belongs in the head goes nowhere else; the head takes anything.
+    return !headTags.contains(tagNameOf(*dragged)) || target->is("head");
+}
+
+html::Position TagRules::dropPosition(html::Element& target, int childIndex, const html::Element* moved)
+{
+    const std::vector<html::Element*> children = target.children();
+    const int before = childIndex - 1;
+    html::Position place = {&target, target.firstChild()};
+    if (before >= 1 && !children.empty()) {
+        const auto index = static_cast<std::size_t>(before);
+        place.next = index < children.size() ? children[index] : children.back()->next();
+    }
+    // A position is the node that follows, which must not be the one that moves away.
+    if (moved && place.next == moved)
+        place.next = moved->next();
+    return place;
+}
+
 QString TagRules::innerMarkup(const QString& tagName) const
 {
     if (articleTags.contains(tagName))

@@ -116,7 +116,7 @@ struct Times
 
 HTMLDocument* openWindow(const fs::path& file)
 {
-    auto* window = new HTMLDocument(HTMLDocument::Services{});
+    auto* window = new HTMLDocument;
     window->mountPath = file.parent_path();
     window->readFromURL(file);
     window->show();

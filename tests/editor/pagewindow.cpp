@@ -3,7 +3,6 @@
 
 #include "base/files.h"
 #include "page/pagecommands.h"
-#include "page/tidyshell.h"
 #include "web/scriptcall.h"
 
 #include <QAbstractButton>
@@ -68,7 +67,7 @@ void PageWindow::open(const fs::path& file, const fs::path& site)
 void PageWindow::openWindow(const fs::path& file, const fs::path& site)
 {
     delete window;
-    window = new HTMLDocument({runTidyCommand, {}});
+    window = new HTMLDocument;
     window->mountPath = site;
     if (!file.empty())
         window->readFromURL(file);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
+#include "base/resources.h"
 #include "page/csstidy.h"
-#include "shell/taskwrapper.h"
 #include "tests/page/csstokens.h"
 #include "tests/support/registry.h"
 
@@ -19,20 +19,6 @@ using luma::test::cssTokens;
 namespace {
 
 const QString resources = qEnvironmentVariable("LUMA_SOURCE_DIR") + QStringLiteral("/resources");
-
-/// Where the command line has its interpreter; where that is not installed the system's stands in.
-std::optional<std::string> runShell(std::vector<std::string> arguments)
-{
-    const std::string installed = "/opt/homebrew-palisan/bin/php";
-    if (!itemExists(installed)) {
-        const std::size_t at = arguments.back().rfind(installed);
-        arguments.back().replace(at, installed.size(),
-                                 QStandardPaths::findExecutable(QStringLiteral("php")).toStdString());
-    }
-    TaskWrapper task(resources.toStdString());
-    task.arguments = std::move(arguments);
-    return task.run();
-}
 
 /// The formatting script alone.
 std::string formatted(const std::string& css)
@@ -213,7 +199,7 @@ private slots:
         std::string plain = *css;
         std::replace(plain.begin(), plain.end(), '"', '\'');
         QCOMPARE(plain.find("&amp;"), std::string::npos);
-        QVERIFY(tidyCSS(*css, runShell) + '\n' == formatted(plain + '\n'));
+        QVERIFY(tidyCSS(*css) + '\n' == formatted(plain + '\n'));
     }
 
     void linkPhp_putsTheInterpreterWhereItIsCalled()
@@ -257,15 +243,14 @@ private slots:
     {
         QFETCH(QByteArray, text);
         const std::string expected = formatted(text.toStdString() + "\n");
-        QCOMPARE(tidyCSS(text.toStdString(), runShell) + '\n', expected);
-        QVERIFY(!itemExists((resources + QStringLiteral("/RAN")).toStdString()));
+        QCOMPARE(tidyCSS(text.toStdString()) + '\n', expected);
+        QVERIFY(!itemExists(resourceFolder() / "RAN"));
     }
 
     void tidyCSS_replacesQuotesAndReferences()
     {
-        QCOMPARE(tidyCSS("a{b:\"c\";d:'&amp;amp;'}", runShell),
-                 std::string("a {\n    b: 'c';\n    d: '&amp;'\n}"));
-        QCOMPARE(tidyCSS("", runShell), std::string());
+        QCOMPARE(tidyCSS("a{b:\"c\";d:'&amp;amp;'}"), std::string("a {\n    b: 'c';\n    d: '&amp;'\n}"));
+        QCOMPARE(tidyCSS(""), std::string());
     }
 
     void tidyCSS_takesBigSheets()
@@ -273,7 +258,7 @@ private slots:
         std::string sheet;
         for (int i = 0; i < 50'000; ++i)
             sheet += ".c" + std::to_string(i) + "{a:'$HOME\\31 `'}\n";
-        const std::string tidied = tidyCSS(sheet, runShell);
+        const std::string tidied = tidyCSS(sheet);
         QVERIFY(sheet.size() > 1'000'000);
         QCOMPARE(tidied.size() + 1, formatted(sheet).size());
         QVERIFY(tidied.find(".c49999 {\n    a: '$HOME\\31 `'\n}") != std::string::npos);

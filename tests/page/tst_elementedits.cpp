@@ -3,8 +3,6 @@
 #include "html/parse.h"
 #include "page/classedits.h"
 #include "page/cssmenu.h"
-#include "page/elementdrop.h"
-#include "page/outlinetext.h"
 #include "page/tagrules.h"
 #include "tests/support/registry.h"
 
@@ -57,7 +55,7 @@ private slots:
             const auto found = document->select(selector.toStdString());
             return found.empty() ? nullptr : found.front();
         };
-        QCOMPARE(isDropAllowed(TagRules(), find(dragged), find(target)), allowed);
+        QCOMPARE(TagRules().canDrop(find(dragged), find(target)), allowed);
     }
 
     // The place is one further up than the outline proposes, on purpose.
@@ -93,7 +91,7 @@ private slots:
         const auto document = page("<p id=x></p><div>1<i id=a></i>2<i id=b></i>3<i id=c></i>4</div>");
         html::Element& target = *document->select("div").front();
         html::Element& element = *document->select("#" + moved.toStdString()).front();
-        const html::Position place = dropPosition(target, childIndex, &element);
+        const html::Position place = TagRules::dropPosition(target, childIndex, &element);
         html::ParentNode::insertAt(place, element.detach());
         QByteArray found;
         for (const html::Element* child : target.children())
@@ -143,17 +141,6 @@ private slots:
         attributes = withoutID(element.attributes());
         element.swapAttributes(attributes);
         QCOMPARE(element.outerHtml(), std::string("<p class=\"c\"></p>"));
-    }
-
-    void outlineText_showsTagAttributesAndText()
-    {
-        const auto document =
-            page("<p>\n</p><p a='x &quot;' b>one <b>two</b>\n three\xC3\xA9</p><style>x{}</style>");
-        QStringList rows;
-        for (const html::Element* child : document->body()->children())
-            rows.append(outlineText(*child));
-        QCOMPARE(rows,
-                 QStringList({u"<p>"_qs, u"<p a=\"x &quot;\", b=\"\"> one three\u00E9"_qs, u"<style>"_qs}));
     }
 
     void cssMenu_listsSheetsAndBlocks()

@@ -90,16 +90,16 @@ private slots:
                  selector != "html" && selector != "head" && selector != "body" && element);
     }
 
-    void insertTitles_followTheTables()
+    void insertableTags_followTheTables()
     {
-        QCOMPARE(insertTitles(m_rules, find("head")).join(u' '), u"style meta link script base"_qs);
-        QCOMPARE(insertTitles(m_rules, find("body")).join(u' '),
+        QCOMPARE(m_rules.insertableTags(find("head")).join(u' '), u"style meta link script base"_qs);
+        QCOMPARE(m_rules.insertableTags(find("body")).join(u' '),
                  u"header footer nav section details main mark time div span"_qs);
-        QCOMPARE(insertTitles(m_rules, find("section")).join(u' '),
+        QCOMPARE(m_rules.insertableTags(find("section")).join(u' '),
                  u"article summary aside figure figcaption h1 h2 h3 h4 h5 h6 div"_qs);
-        QCOMPARE(insertTitles(m_rules, find("article")).join(u' '), u"p h1 h2 h3 h4 h5 h6 img href"_qs);
-        QCOMPARE(insertTitles(m_rules, find("ul")).join(u' '), u"li"_qs);
-        QVERIFY(insertTitles(m_rules, find("p")).isEmpty());
+        QCOMPARE(m_rules.insertableTags(find("article")).join(u' '), u"p h1 h2 h3 h4 h5 h6 img href"_qs);
+        QCOMPARE(m_rules.insertableTags(find("ul")).join(u' '), u"li"_qs);
+        QVERIFY(m_rules.insertableTags(find("p")).isEmpty());
         QVERIFY(m_rules.headTags.contains(u"title"_qs));
     }
 
