@@ -33,7 +33,7 @@ FLOORS = {
     "editor": {"base", "desktop", "html", "links", "page", "web"},
     "site": {"base", "browser", "desktop", "mounts", "shell"},
     "lumactl": {"base", "links", "site"},
-    "app": {"base", "browser", "desktop", "editor", "page", "shell", "site", "web"},
+    "app": {"base", "browser", "desktop", "editor", "shell", "site", "web"},
 }
 ROOMS = sorted(FLOORS)
 LICENSED_SUFFIXES = {".cpp", ".h", ".inc", ".in", ".js", ".py", ".exp", ".cmake"}
