@@ -12,14 +12,28 @@ namespace luma {
 
 namespace fs = std::filesystem;
 
+std::string systemReason(std::errc code)
+{
+    return std::make_error_code(code).message();
+}
+
 Error systemError(const fs::path& path, int code)
 {
-    return Error{path.string() + ": " + std::generic_category().message(code)};
+    const auto reason = static_cast<std::errc>(code);
+    return {path.string() + ": " + systemReason(reason), reason};
 }
 
 Error stoppedError(const fs::path& path)
 {
-    return Error{path.string() + ": stopped"};
+    return {path.string() + ": stopped", std::errc::operation_canceled};
+}
+
+Result<FileDescriptor> openFile(const std::string& path, int flags)
+{
+    FileDescriptor file(::open(path.c_str(), flags | O_CLOEXEC));
+    if (!file)
+        return systemError(path, errno);
+    return file;
 }
 
 bool isUnsupported(int code)
@@ -52,7 +66,7 @@ Result<void> renameToFreePlace(const fs::path& from, const fs::path& to)
         return {};
     if (errno != EINVAL && errno != ENOSYS)
         return systemError(to, errno);
-    // Some network file systems do not know the flag; a look before the rename must do there.
+    // Some network file systems do not know the flag; there a check before the rename must do.
     if (itemExists(to))
         return systemError(to, EEXIST);
     if (::rename(from.c_str(), to.c_str()) != 0)

@@ -1,33 +1,40 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/filedescriptor.h"
 #include "base/result.h"
 
 #include <sys/stat.h>
 
 #include <array>
 #include <filesystem>
+#include <string>
 
 namespace luma {
 
-/// The system's calls on files with this house's errors, for the functions of base/files.h alone.
+/// System calls on files with errors as Result. Safe on any thread. Paths are bytes.
 
-/// Names the path and the system's reason, an errno.
+/// The system's words for `code`: "No such file or directory".
+std::string systemReason(std::errc code);
+/// Names the path and the system's reason; `code` is an errno, read directly after the call that failed.
 Error systemError(const std::filesystem::path& path, int code);
-/// Somebody has stopped the work on `path`.
+/// The error of a job on `path` that was stopped: isStopped() is true.
 Error stoppedError(const std::filesystem::path& path);
 
-/// Network file systems without owners, modes or times that can be set say so; nobody's file is lost by that.
+/// open(2); O_CLOEXEC is added to `flags`. With O_NONBLOCK opening a FIFO does not wait for its writer.
+Result<FileDescriptor> openFile(const std::string& path, int flags);
+
+/// True for the errors of file systems, mostly on a network, that have no owners, modes or times to set.
 bool isUnsupported(int code);
 
-using Times = std::array<timespec, 2>; // of the last reading and writing, as futimens takes them
+using Times = std::array<timespec, 2>; // last access and last modification, as futimens(3) takes them
 Times timesOf(const struct stat& status);
 
-/// Sets mode or times of an open file; `target` is for the error.
+/// Sets the mode or the times of an open file, where the file system has them; errors name `target`.
 Result<void> keepMode(int descriptor, mode_t mode, const std::filesystem::path& target);
 Result<void> keepTimes(int descriptor, const Times& times, const std::filesystem::path& target);
 
-/// Renames, but for an error where something stands at `to`. It may have appeared only now.
+/// Renames `from` to `to`. An error when `to` exists, even if it appeared only now.
 Result<void> renameToFreePlace(const std::filesystem::path& from, const std::filesystem::path& to);
 
 } // namespace luma

@@ -7,7 +7,7 @@
 
 namespace luma {
 
-/// Owns one file descriptor and closes it; -1 is none.
+/// Owns one file descriptor and closes it; empty (-1) when there is none.
 class FileDescriptor final
 {
 public:
@@ -26,6 +26,9 @@ public:
     [[nodiscard]] int get() const { return m_descriptor; }
     explicit operator bool() const { return m_descriptor >= 0; }
     [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
+    /// Closes it now. False, with errno set, when close(2) fails: a network file system reports there what it
+    /// could not store.
+    [[nodiscard]] bool close() { return ::close(release()) == 0; }
     void reset(int descriptor = -1)
     {
         if (m_descriptor >= 0)

@@ -10,12 +10,12 @@
 
 namespace luma {
 
-/// Reads one file after another into memory that it uses again, for work that goes over many files. One
-/// thread.
+/// Reads one file after another into the same memory, for jobs that go through many files. One thread at a
+/// time.
 class FileReader final
 {
 public:
-    /// The whole file as bytes, under readFile's rules. They stay until the next read.
+    /// The whole file as bytes, under readFile's rules; valid until the next read.
     Result<std::string_view> read(const std::string& path);
 
 private:

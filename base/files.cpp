@@ -2,7 +2,6 @@
 #include "base/files.h"
 
 #include "base/filecalls.h"
-#include "base/filedescriptor.h"
 #include "base/filereader.h"
 
 #include <fcntl.h>
@@ -11,8 +10,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <climits>
-#include <cstring>
 #include <optional>
 #include <system_error>
 
@@ -35,17 +32,18 @@ Result<void> writeAll(int descriptor, std::string_view bytes, const fs::path& pa
     return {};
 }
 
-// A file under a temporary name in the folder of its target; gone again unless it takes the target's place.
+// A file under a temporary name beside its target; removed again unless it takes the target's place.
 class TemporaryFile final
 {
 public:
     explicit TemporaryFile(const fs::path& target)
-        : m_target(target),
-          m_path((target.parent_path() / ".luma-XXXXXX").string()),
-          m_descriptor(::mkostemp(m_path.data(), O_CLOEXEC)),
-          m_openError(errno),
-          m_exists(bool(m_descriptor))
-    {}
+        : m_target(target), m_path((target.parent_path() / ".luma-XXXXXX").string())
+    {
+        m_descriptor.reset(::mkostemp(m_path.data(), O_CLOEXEC));
+        m_exists = bool(m_descriptor);
+        if (!m_exists)
+            m_made = systemError(target, errno);
+    }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile()
@@ -54,9 +52,8 @@ public:
             ::unlink(m_path.c_str());
     }
 
-    [[nodiscard]] bool isOpen() const { return bool(m_descriptor); }
+    [[nodiscard]] const Result<void>& made() const { return m_made; }
     [[nodiscard]] int descriptor() const { return m_descriptor.get(); }
-    [[nodiscard]] int openError() const { return m_openError; }
 
     Result<void> setTimes(const Times& times)
     {
@@ -68,10 +65,9 @@ public:
     {
         if (durability == Durability::Synced && ::fsync(m_descriptor.get()) != 0)
             return systemError(m_target, errno);
-        // close() is where a network file system reports what it could not store.
-        if (::close(m_descriptor.release()) != 0)
+        if (!m_descriptor.close())
             return systemError(m_target, errno);
-        // An smb server stamps a file that was written when it is closed, so the times are set once more.
+        // An smb server stamps a written file when it is closed, so the times are set once more.
         if (m_times && ::utimensat(AT_FDCWD, m_path.c_str(), m_times->data(), 0) != 0 &&
             !isUnsupported(errno))
             return systemError(m_target, errno);
@@ -88,16 +84,16 @@ private:
     fs::path m_target;
     std::string m_path;
     FileDescriptor m_descriptor;
-    int m_openError;
-    bool m_exists;
+    Result<void> m_made;
+    bool m_exists = false;
     std::optional<Times> m_times;
 };
 
 Result<void> copyBytes(int from, int to, const fs::path& source, const fs::path& target,
                        const StillWanted& stillWanted)
 {
-    // copy_file_range lets the file system share or copy by itself; it does not work everywhere, and not for
-    // files that claim to be empty and are not.
+    // copy_file_range lets the file system share or copy the bytes itself; it does not work everywhere, and
+    // not for files that claim to be empty but are not (those of /proc).
     constexpr std::size_t chunk = std::size_t{16} * 1024 * 1024;
     for (;;) {
         if (!isWanted(stillWanted))
@@ -140,20 +136,19 @@ Result<void> copyLink(const fs::path& source, const fs::path& target, Existing e
             return systemError(target, errno);
         return {};
     }
-    std::string aside = (target.parent_path() / ".luma-XXXXXX").string();
-    // mkostemp only to find a free name.
-    FileDescriptor placeholder(::mkostemp(aside.data(), O_CLOEXEC));
+    // mkostemp only finds a free name.
+    std::string temporary = (target.parent_path() / ".luma-XXXXXX").string();
+    const FileDescriptor placeholder(::mkostemp(temporary.data(), O_CLOEXEC));
     if (!placeholder)
         return systemError(target, errno);
-    ::unlink(aside.c_str());
-    if (::symlink(destination.c_str(), aside.c_str()) != 0)
+    ::unlink(temporary.c_str());
+    if (::symlink(destination.c_str(), temporary.c_str()) != 0)
         return systemError(target, errno);
-    if (::rename(aside.c_str(), target.c_str()) != 0) {
-        const int code = errno;
-        ::unlink(aside.c_str());
-        return systemError(target, code);
-    }
-    return {};
+    if (::rename(temporary.c_str(), target.c_str()) == 0)
+        return {};
+    auto failed = systemError(target, errno);
+    ::unlink(temporary.c_str());
+    return failed;
 }
 
 } // namespace
@@ -166,17 +161,16 @@ bool itemExists(const fs::path& path)
 
 Result<std::string_view> FileReader::read(const std::string& path)
 {
-    // O_NONBLOCK: opening a FIFO must not wait for a writer.
-    const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    const auto file = openFile(path, O_RDONLY | O_NONBLOCK);
     if (!file)
-        return systemError(path, errno);
+        return file.error();
     struct stat status = {};
-    if (::fstat(file.get(), &status) != 0)
+    if (::fstat(file->get(), &status) != 0)
         return systemError(path, errno);
     if (!S_ISREG(status.st_mode))
         return systemError(path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
     std::size_t size = 0;
-    // One byte more than it should hold shows its end without a second look.
+    // With one byte more than it should hold, the first read shows the end.
     std::size_t wanted = static_cast<std::size_t>(status.st_size) + 1;
     for (;;) {
         if (wanted > m_capacity) {
@@ -185,7 +179,7 @@ Result<std::string_view> FileReader::read(const std::string& path)
             m_buffer = std::move(larger);
             m_capacity = wanted;
         }
-        const ssize_t got = ::read(file.get(), m_buffer.get() + size, m_capacity - size);
+        const ssize_t got = ::read(file->get(), m_buffer.get() + size, m_capacity - size);
         if (got < 0 && errno == EINTR)
             continue;
         if (got < 0)
@@ -215,12 +209,12 @@ Result<void> writeFile(const fs::path& path, std::string_view bytes, unsigned ne
     const bool replaces = ::stat(target.c_str(), &old) == 0;
     if (replaces && !S_ISREG(old.st_mode))
         return systemError(path, S_ISDIR(old.st_mode) ? EISDIR : EINVAL);
-    // Renaming over a read-only file would succeed; its owner wrote-protected it for a reason.
+    // Renaming over a read-only file would succeed, but its owner protected it.
     if (replaces && ::access(target.c_str(), W_OK) != 0)
         return systemError(path, errno);
     TemporaryFile temporary(target);
-    if (!temporary.isOpen())
-        return systemError(path, temporary.openError());
+    if (!temporary.made())
+        return temporary.made();
     if (auto written = writeAll(temporary.descriptor(), bytes, path); !written)
         return written;
     if (replaces && ::fchown(temporary.descriptor(), old.st_uid, old.st_gid) != 0 && errno != EPERM &&
@@ -243,13 +237,15 @@ Result<void> copyFile(const fs::path& source, const fs::path& target, Existing e
         return copyLink(source, target, existing);
     if (!S_ISREG(status.st_mode))
         return systemError(source, EINVAL);
-    const FileDescriptor from(::open(source.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
-    if (!from || ::fstat(from.get(), &status) != 0)
+    const auto from = openFile(source.native(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK);
+    if (!from)
+        return from.error();
+    if (::fstat(from->get(), &status) != 0)
         return systemError(source, errno);
     TemporaryFile temporary(target);
-    if (!temporary.isOpen())
-        return systemError(target, temporary.openError());
-    if (auto copied = copyBytes(from.get(), temporary.descriptor(), source, target, stillWanted); !copied)
+    if (!temporary.made())
+        return temporary.made();
+    if (auto copied = copyBytes(from->get(), temporary.descriptor(), source, target, stillWanted); !copied)
         return copied;
     if (auto kept = keepMode(temporary.descriptor(), status.st_mode, target); !kept)
         return kept;

@@ -10,41 +10,41 @@
 
 namespace luma {
 
-/// Files as the house reads, writes and copies them. Paths are bytes. Every file written is written beside
-/// its target under a temporary name (".luma-" and six letters) and renamed over it, so that a failure at any
-/// point leaves the old file. Safe on any thread. Errors name the path and the system's reason.
+/// Reads, writes, copies, moves and removes files. Paths are bytes. A file is written beside its target under
+/// a temporary name (".luma-" and six letters) and then renamed over it, so a failure at any point leaves the
+/// old file. Safe on any thread. Errors name the path and the system's reason.
 
-/// The whole file as bytes. Refuses what is not a regular file (a FIFO would block for ever).
+/// The whole file as bytes. Anything but a regular file is an error; a FIFO does not block.
 Result<std::string> readFile(const std::filesystem::path& path);
 
-/// Replaces or creates `path`. A symbolic link at `path` stays and its target is written; the mode of an
-/// existing file stays; a new file gets `newMode` less the umask. Synced to the disk before the rename.
+/// Replaces or creates `path`. A symbolic link at `path` stays and its target is written. An existing file
+/// keeps its mode; a new one gets `newMode` less the umask. Synced to the disk before the rename.
 Result<void> writeFile(const std::filesystem::path& path, std::string_view bytes, unsigned newMode = 0666);
 
 enum class Existing { Keep, Replace };
 enum class Durability { Synced, Unsynced };
 
-/// Copies one regular file or symbolic link (as a link) with modification time and mode. With Existing::Keep
-/// a thing at `target` is an error and stays; with Existing::Replace a file or link there is replaced in one
-/// step. `stillWanted` is asked every few megabytes; stopping is an error and leaves nothing behind.
+/// Copies one regular file, or a symbolic link as a link, with modification time and mode. If `target`
+/// exists, Existing::Keep is an error and leaves it; Existing::Replace replaces a file or link in one step.
+/// `stillWanted` is asked every few megabytes. A stopped copy is an error (isStopped()) and leaves nothing.
 Result<void> copyFile(const std::filesystem::path& source, const std::filesystem::path& target,
                       Existing existing, Durability durability = Durability::Synced,
                       const StillWanted& stillWanted = {});
 
 /// Copies a file, link or whole folder to `target`, which must not exist. Links are copied as links, times
-/// and modes kept. A folder grows under a temporary name beside its target and gets its own when it is whole;
-/// after a failure, or when it is no longer wanted (an error too), nothing is left of it. A folder cannot be
-/// copied into itself.
+/// and modes are kept. A folder is copied under a temporary name beside its target and renamed once it is
+/// complete; a copy that fails or is stopped (also an error) is removed. Copying a folder into itself is an
+/// error.
 Result<void> copyItem(const std::filesystem::path& source, const std::filesystem::path& target,
                       const StillWanted& stillWanted = {});
 
-/// Moves an item to `target`, which must not exist; across file systems by copying, then removing.
+/// Moves an item to `target`, which must not exist. Across file systems it is copied, then removed.
 Result<void> moveItem(const std::filesystem::path& source, const std::filesystem::path& target);
 
-/// Removes an item, a folder with all below it; never follows a link.
+/// Removes an item, a folder with everything below it. Links are not followed.
 Result<void> removeItem(const std::filesystem::path& path);
 
-/// True when something, a dangling link too, stands at `path`.
+/// True when there is an item at `path`, even a broken link.
 bool itemExists(const std::filesystem::path& path);
 
 } // namespace luma

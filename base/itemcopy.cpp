@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/filecalls.h"
-#include "base/filedescriptor.h"
 #include "base/files.h"
+#include "base/folderreader.h"
+#include "base/pathbelow.h"
 
 #include <fcntl.h>
 
@@ -15,7 +16,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// A folder under a temporary name beside its target; gone again unless it takes the target's place.
+// A folder under a temporary name beside its target; removed again unless it takes the target's place.
 class TemporaryFolder final
 {
 public:
@@ -23,7 +24,8 @@ public:
     {
         std::string name = (target.parent_path() / ".luma-XXXXXX").string();
         m_exists = ::mkdtemp(name.data()) != nullptr;
-        m_openError = errno;
+        if (!m_exists)
+            m_made = systemError(target, errno);
         m_path = name;
     }
     TemporaryFolder(const TemporaryFolder&) = delete;
@@ -34,10 +36,7 @@ public:
             discard(m_path);
     }
 
-    [[nodiscard]] Result<void> isMade() const
-    {
-        return m_exists ? Result<void>() : systemError(m_target, m_openError);
-    }
+    [[nodiscard]] const Result<void>& made() const { return m_made; }
     [[nodiscard]] const fs::path& path() const { return m_path; }
 
     Result<void> takePlace()
@@ -48,21 +47,23 @@ public:
     }
 
 private:
-    // Folders in it may have been made read-only already, as their originals are.
+    // Folders in it may already be read-only, as their originals are.
     static void discard(const fs::path& folder)
     {
         std::error_code error;
         fs::permissions(folder, fs::perms::owner_all, error);
-        for (const fs::directory_entry& entry : fs::directory_iterator(folder, error)) {
-            if (!entry.is_symlink(error) && entry.is_directory(error))
-                discard(entry.path());
+        if (auto reader = FolderReader::open(folder.native())) {
+            while (const auto entry = reader->next()) {
+                if (entry->type() == FolderReader::Type::Folder)
+                    discard(folder / entry->name());
+            }
         }
         fs::remove_all(folder, error);
     }
 
     fs::path m_target;
     fs::path m_path;
-    int m_openError = 0;
+    Result<void> m_made;
     bool m_exists = false;
 };
 
@@ -80,37 +81,41 @@ Result<void> copyEntry(const fs::path& source, const fs::path& target, const Sti
     return copyInto(source, target, stillWanted);
 }
 
-// What is in the folder `source`, and then its mode and times, goes into the empty folder `target`.
+// Copies the content of the folder `source` into the empty folder `target`, then its mode and times.
 Result<void> copyInto(const fs::path& source, const fs::path& target, const StillWanted& stillWanted)
 {
     struct stat status = {};
     if (::stat(source.c_str(), &status) != 0)
         return systemError(source, errno);
-    std::error_code error;
-    fs::directory_iterator entries(source, error);
-    for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
+    auto entries = FolderReader::open(source.native());
+    if (!entries)
+        return entries.error();
+    while (const auto entry = entries->next()) {
         if (!isWanted(stillWanted))
             return stoppedError(source);
-        if (auto copied = copyEntry(entries->path(), target / entries->path().filename(), stillWanted);
-            !copied)
+        if (auto copied = copyEntry(source / entry->name(), target / entry->name(), stillWanted); !copied)
             return copied;
     }
-    if (error)
-        return systemError(source, error.value());
-    const FileDescriptor folder(::open(target.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (entries->error())
+        return *entries->error();
+    const auto folder = openFile(target.native(), O_RDONLY | O_DIRECTORY);
     if (!folder)
-        return systemError(target, errno);
-    if (auto kept = keepMode(folder.get(), status.st_mode, target); !kept)
+        return folder.error();
+    if (auto kept = keepMode(folder->get(), status.st_mode, target); !kept)
         return kept;
-    return keepTimes(folder.get(), timesOf(status), target);
+    return keepTimes(folder->get(), timesOf(status), target);
 }
 
-bool isInside(const fs::path& path, const fs::path& folder)
+Result<void> checkOutside(const fs::path& target, const fs::path& folder)
 {
     std::error_code error;
-    const fs::path relative =
-        fs::weakly_canonical(path, error).lexically_relative(fs::weakly_canonical(folder, error));
-    return !relative.empty() && *relative.begin() != "..";
+    const fs::path realFolder = fs::canonical(folder, error);
+    const fs::path realTarget = error ? fs::path() : fs::weakly_canonical(target, error);
+    if (error)
+        return systemError(target, error.value());
+    if (isAtOrBelow(realTarget.native(), realFolder.native()))
+        return systemError(target, EINVAL);
+    return {};
 }
 
 } // namespace
@@ -122,11 +127,11 @@ Result<void> copyItem(const fs::path& source, const fs::path& target, const Stil
     std::error_code error;
     if (!fs::is_directory(fs::symlink_status(source, error)))
         return copyFile(source, target, Existing::Keep, Durability::Synced, stillWanted);
-    if (isInside(target, source))
-        return systemError(target, EINVAL);
+    if (auto outside = checkOutside(target, source); !outside)
+        return outside;
     TemporaryFolder temporary(target);
-    if (auto made = temporary.isMade(); !made)
-        return made;
+    if (!temporary.made())
+        return temporary.made();
     if (auto copied = copyInto(source, temporary.path(), stillWanted); !copied)
         return copied;
     return temporary.takePlace();
@@ -141,7 +146,7 @@ Result<void> moveItem(const fs::path& source, const fs::path& target)
         return systemError(code == EEXIST ? target : source, code);
     if (itemExists(target))
         return systemError(target, EEXIST);
-    // A file system that does not know the flag; moving a folder into itself is EINVAL here too.
+    // A file system without the flag; moving a folder into itself gives EINVAL, too.
     if (code != EXDEV) {
         if (::rename(source.c_str(), target.c_str()) == 0)
             return {};

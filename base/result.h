@@ -3,18 +3,23 @@
 
 #include <optional>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <variant>
 
 namespace luma {
 
-/// What went wrong, for a reader. Names of files stand in it as the bytes they are.
+/// What went wrong, in words for the user; names of files are in it as raw bytes.
 struct Error
 {
     std::string text;
+    /// The system's reason when a system call failed, operation_canceled when the job was stopped, else none.
+    std::errc code = {};
+
+    [[nodiscard]] bool isStopped() const { return code == std::errc::operation_canceled; }
 };
 
-/// A value, or the error that stood in its way. The one way to fail inside the rooms: no exception
+/// A value, or the error that prevented it. The only way to report a failure between rooms: no exception
 /// leaves a room, and [[nodiscard]] keeps a failure from being overlooked.
 template <class T>
 class [[nodiscard]] Result final
@@ -35,7 +40,7 @@ private:
     std::variant<T, Error> m_state;
 };
 
-/// Success, or the error that stood in its way.
+/// Success, or the error that prevented it.
 template <>
 class [[nodiscard]] Result<void> final
 {

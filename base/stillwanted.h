@@ -5,8 +5,8 @@
 
 namespace luma {
 
-/// Asked by a long job between two files: false means stop. Called on any of the job's threads, so it must be
-/// safe there, as WorkItem::isCancelled is. An empty one means always.
+/// A long job asks it between files; false means stop. Called on any of the job's threads, so it must be
+/// thread-safe, as WorkItem::isCancelled is. An empty function means "always".
 using StillWanted = std::function<bool()>;
 
 inline bool isWanted(const StillWanted& stillWanted)
