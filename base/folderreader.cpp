@@ -10,27 +10,35 @@
 
 namespace luma {
 
-namespace {
-
-FolderReader::Type typeOf(mode_t mode)
+FolderReader::Type FolderReader::typeOf(const struct stat& status)
 {
-    if (S_ISREG(mode))
-        return FolderReader::Type::File;
-    if (S_ISDIR(mode))
-        return FolderReader::Type::Folder;
-    return S_ISLNK(mode) ? FolderReader::Type::Link : FolderReader::Type::Other;
+    switch (status.st_mode & S_IFMT) {
+    case S_IFREG:
+        return Type::File;
+    case S_IFDIR:
+        return Type::Folder;
+    case S_IFLNK:
+        return Type::Link;
+    default:
+        return Type::Other;
+    }
 }
-
-} // namespace
 
 FolderReader::Type FolderReader::Entry::type() const
 {
-    if (m_entry->d_type != DT_UNKNOWN)
-        return typeOf(DTTOIF(m_entry->d_type));
     struct stat status = {};
-    if (::fstatat(m_folder, name(), &status, AT_SYMLINK_NOFOLLOW) != 0)
+    switch (m_entry->d_type) {
+    case DT_REG:
+        return Type::File;
+    case DT_DIR:
+        return Type::Folder;
+    case DT_LNK:
+        return Type::Link;
+    case DT_UNKNOWN:
+        return ::fstatat(m_folder, name(), &status, AT_SYMLINK_NOFOLLOW) == 0 ? typeOf(status) : Type::Other;
+    default:
         return Type::Other;
-    return typeOf(status.st_mode);
+    }
 }
 
 std::optional<FolderReader::Type> FolderReader::Entry::targetType() const
@@ -38,7 +46,7 @@ std::optional<FolderReader::Type> FolderReader::Entry::targetType() const
     struct stat status = {};
     if (::fstatat(m_folder, name(), &status, 0) != 0)
         return {};
-    return typeOf(status.st_mode);
+    return typeOf(status);
 }
 
 Result<FolderReader> FolderReader::open(const std::string& path)

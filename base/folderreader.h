@@ -5,6 +5,7 @@
 #include "base/result.h"
 
 #include <dirent.h>
+#include <sys/stat.h>
 
 #include <memory>
 #include <optional>
@@ -43,6 +44,8 @@ public:
         int m_folder;
         const dirent* m_entry;
     };
+
+    static Type typeOf(const struct stat& status);
 
     /// Opens the folder at `path`; a link to a folder is followed.
     static Result<FolderReader> open(const std::string& path);
