@@ -2,6 +2,7 @@
 #include "links/linkmapping.h"
 
 #include "base/files.h"
+#include "base/pathbelow.h"
 #include "html/characterreferences.h"
 
 #include <sys/stat.h>

@@ -28,7 +28,7 @@ Result<bool> findMissingLinks(const fs::path& site, FindingsKept kept, const Fin
 {
     const auto tree = SiteTree::read(site, stillWanted);
     if (!tree)
-        return isWanted(stillWanted) ? Result<bool>(tree.error()) : Result<bool>(false);
+        return tree.error().isStopped() ? Result<bool>(false) : Result<bool>(tree.error());
     const std::vector<SiteTree::Id> pages = tree->pages();
     using Work = OrderedWork<PageFindings>;
     std::vector<LinkChecker> checkers;
@@ -47,7 +47,7 @@ Result<bool> findLinksTo(const fs::path& site, const fs::path& target, const Sub
 {
     const auto tree = SiteTree::read(site, stillWanted);
     if (!tree)
-        return isWanted(stillWanted) ? Result<bool>(tree.error()) : Result<bool>(false);
+        return tree.error().isStopped() ? Result<bool>(false) : Result<bool>(tree.error());
     const std::vector<SiteTree::Id>& files = tree->files();
     using Work = OrderedWork<bool>;
     std::vector<std::unique_ptr<LinkedFile>> targets;

@@ -175,12 +175,6 @@ std::string comparablePath(std::string_view path)
     return joined(components, 0);
 }
 
-bool isAtOrBelow(std::string_view path, std::string_view ancestor)
-{
-    return path.starts_with(ancestor) &&
-           (path.size() == ancestor.size() || path[ancestor.size()] == '/' || ancestor.ends_with('/'));
-}
-
 std::string_view pathPart(std::string_view link)
 {
     return link.substr(0, link.find_first_of("?#"));

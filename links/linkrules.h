@@ -80,9 +80,6 @@ std::filesystem::path resolveRelativeLink(std::string_view link, const std::file
 /// `path` without "." and empty components, for comparing paths.
 std::string comparablePath(std::string_view path);
 
-/// Whether `path` is `ancestor` or below it; both as comparablePath gives them.
-bool isAtOrBelow(std::string_view path, std::string_view ancestor);
-
 /// `link` up to its query or fragment.
 std::string_view pathPart(std::string_view link);
 

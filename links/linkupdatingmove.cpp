@@ -3,6 +3,7 @@
 
 #include "base/files.h"
 #include "base/orderedwork.h"
+#include "base/pathbelow.h"
 #include "links/rewritepage.h"
 #include "links/sitetree.h"
 
@@ -155,7 +156,7 @@ void LinkUpdatingMove::updateLinks(MoveOutcome& outcome, MovedPages movedPages)
         return;
     const auto tree = SiteTree::read(m_site, m_callbacks.stillWanted);
     if (!tree) {
-        outcome.complete = isWanted(m_callbacks.stillWanted);
+        outcome.complete = !tree.error().isStopped();
         if (outcome.complete)
             report(outcome, {MoveProblem::Kind::SiteUnreadable, m_site, tree.error().text});
         return;

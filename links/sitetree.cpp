@@ -1,27 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/sitetree.h"
 
+#include "base/filecalls.h"
+#include "base/folderreader.h"
 #include "links/bytehash.h"
-
-#include <dirent.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <bit>
-#include <cerrno>
-#include <memory>
-#include <system_error>
 
 namespace luma {
 
 namespace {
-
-struct FolderCloser
-{
-    void operator()(DIR* folder) const { ::closedir(folder); }
-};
-
-using OpenFolder = std::unique_ptr<DIR, FolderCloser>;
 
 struct Item
 {
@@ -35,35 +24,29 @@ struct Item
     }
 };
 
-SiteTree::Type typeOfLink(const std::string& path)
+SiteTree::Type typeOf(const FolderReader::Entry& entry)
 {
-    struct stat status = {};
-    if (::stat(path.c_str(), &status) != 0)
+    const FolderReader::Type type = entry.type();
+    if (type != FolderReader::Type::Link)
+        return type == FolderReader::Type::Folder ? SiteTree::Type::Folder : SiteTree::Type::File;
+    const auto target = entry.targetType();
+    if (!target)
         return SiteTree::Type::BrokenLink;
-    return S_ISDIR(status.st_mode) ? SiteTree::Type::LinkToFolder : SiteTree::Type::LinkToFile;
+    return target == FolderReader::Type::Folder ? SiteTree::Type::LinkToFolder : SiteTree::Type::LinkToFile;
 }
 
-SiteTree::Type typeOf(const dirent& entry, const std::string& path)
+// The folder is closed before the recursion, so that a deep site does not use up the file descriptors.
+Result<std::vector<Item>> itemsIn(const std::string& path)
 {
-    unsigned char type = entry.d_type;
-    if (type == DT_UNKNOWN) {
-        struct stat status = {};
-        if (::lstat(path.c_str(), &status) == 0)
-            type = static_cast<unsigned char>(IFTODT(status.st_mode));
-    }
-    if (type == DT_LNK)
-        return typeOfLink(path);
-    return type == DT_DIR ? SiteTree::Type::Folder : SiteTree::Type::File;
-}
-
-std::vector<Item> itemsOf(DIR* folder, const std::string& path)
-{
+    auto folder = FolderReader::open(path);
+    if (!folder)
+        return folder.error();
     std::vector<Item> items;
-    while (const dirent* const entry = ::readdir(folder)) {
-        const std::string_view name = entry->d_name;
-        if (name == "." || name == ".." || name == folderSettingsName)
+    while (const auto entry = folder->next()) {
+        const std::string_view name = entry->name();
+        if (name == folderSettingsName)
             continue;
-        const SiteTree::Type type = typeOf(*entry, path + "/" + entry->d_name);
+        const SiteTree::Type type = typeOf(*entry);
         items.push_back({std::string(name) + (type == SiteTree::Type::Folder ? "/" : ""), type});
     }
     std::sort(items.begin(), items.end(), [](const Item& a, const Item& b) { return a.sortKey < b.sortKey; });
@@ -79,11 +62,10 @@ Result<SiteTree> SiteTree::read(const std::filesystem::path& root, const StillWa
     while (tree.m_rootPath.size() > 1 && tree.m_rootPath.ends_with('/'))
         tree.m_rootPath.pop_back();
     tree.add(none, {}, Type::Folder);
-    tree.addFolder(SiteTree::root, tree.m_rootPath, stillWanted);
-    if (tree.m_entries.front().type == Type::UnreadableFolder)
-        return Error{tree.m_rootPath + ": " + std::generic_category().message(errno)};
+    if (const auto added = tree.addFolder(SiteTree::root, tree.m_rootPath, stillWanted); !added)
+        return added.error();
     if (!isWanted(stillWanted))
-        return Error{"Stopped"};
+        return stoppedError(tree.m_rootPath);
     tree.buildTable();
     return tree;
 }
@@ -97,25 +79,23 @@ SiteTree::Id SiteTree::add(Id parent, std::string_view name, Type type)
     return static_cast<Id>(m_entries.size() - 1);
 }
 
-void SiteTree::addFolder(Id folder, const std::string& path, const StillWanted& stillWanted)
+Result<void> SiteTree::addFolder(Id folder, const std::string& path, const StillWanted& stillWanted)
 {
     if (!isWanted(stillWanted))
-        return;
-    OpenFolder open(::opendir(path.c_str()));
-    if (!open) {
+        return stoppedError(path);
+    const auto items = itemsIn(path);
+    if (!items) {
         m_entries[folder].type = Type::UnreadableFolder;
-        return;
+        return items.error();
     }
-    const std::vector<Item> items = itemsOf(open.get(), path);
-    // Closed before the recursion, so that a deep site does not use up the file descriptors.
-    open.reset();
-    for (const Item& item : items) {
+    for (const Item& item : *items) {
         const Id id = add(folder, item.name(), item.type);
         if (item.isFolder())
-            addFolder(id, path + "/" + std::string(item.name()), stillWanted);
+            (void)addFolder(id, path + "/" + std::string(item.name()), stillWanted);
         else if (item.type != Type::LinkToFolder)
             m_files.push_back(id);
     }
+    return {};
 }
 
 void SiteTree::buildTable()

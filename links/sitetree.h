@@ -25,7 +25,8 @@ public:
 
     enum class Type : std::uint8_t { File, Folder, LinkToFile, LinkToFolder, BrokenLink, UnreadableFolder };
 
-    /// Error: the site's folder can't be read, or the job was stopped. An unreadable folder below it counts as
+    /// Error: the site's folder can't be read, or the job was stopped (isStopped()). An unreadable folder below it
+    /// counts as
     /// empty.
     static Result<SiteTree> read(const std::filesystem::path& root, const StillWanted& stillWanted = {});
 
@@ -58,7 +59,7 @@ private:
         FileKind kind;
     };
 
-    void addFolder(Id folder, const std::string& path, const StillWanted& stillWanted);
+    Result<void> addFolder(Id folder, const std::string& path, const StillWanted& stillWanted);
     Id add(Id parent, std::string_view name, Type type);
     void buildTable();
 

@@ -272,7 +272,7 @@ Result<bool> findUnlinkedItems(const fs::path& site, std::string_view excludedFo
 {
     const auto tree = SiteTree::read(site, callbacks.stillWanted);
     if (!tree)
-        return isWanted(callbacks.stillWanted) ? Result<bool>(tree.error()) : Result<bool>(false);
+        return tree.error().isStopped() ? Result<bool>(false) : Result<bool>(tree.error());
     return UnlinkedItems(*tree, callbacks).run(ExcludedFolders(excludedFolders));
 }
 
