@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "mounts/gvfsmounter.h"
 
+#include "base/pathbelow.h"
 #include "mounts/mountmonitor.h"
 #include "mounts/mounts.h"
-#include "mounts/mounttable.h"
 
 namespace luma {
 
@@ -11,7 +11,7 @@ namespace fs = std::filesystem;
 
 GvfsMounter::GvfsMounter(QObject* parent) : VolumeMounter(parent)
 {
-    connect(new MountMonitor(this), &MountMonitor::unmounted, this, &GvfsMounter::tellUnmounted);
+    connect(new MountMonitor(this), &MountMonitor::unmounted, this, &GvfsMounter::reportUnmounted);
 }
 
 std::optional<fs::path> GvfsMounter::mount(const QString& shareURL, const QString& user,
@@ -57,13 +57,13 @@ void GvfsMounter::remember(const fs::path& folder)
     m_folders.insert(folder);
 }
 
-void GvfsMounter::tellUnmounted(const fs::path& mountPoint)
+void GvfsMounter::reportUnmounted(const fs::path& mountPoint)
 {
     std::set<fs::path> gone = {mountPoint};
     {
         const std::scoped_lock lock(m_mutex);
         for (const fs::path& folder : m_folders) {
-            if (liesOnMount(folder, mountPoint))
+            if (isAtOrBelow(folder.native(), mountPoint.native()))
                 gone.insert(folder);
         }
     }

@@ -12,8 +12,8 @@ namespace luma {
 
 class MountMonitor;
 
-/// The mounter for the desktop: mounts.h and MountMonitor behind one interface. Made and destroyed on the
-/// main thread, one for the application; a first monitor of a session takes some hundredths of a second.
+/// The desktop's mounter: mounts.h and MountMonitor behind one interface. One for the application, created
+/// and destroyed on the main thread. The first one of a session takes some hundredths of a second.
 class GvfsMounter final : public VolumeMounter
 {
     Q_OBJECT
@@ -24,14 +24,14 @@ public:
     std::optional<std::filesystem::path> mount(const QString& shareURL, const QString& user,
                                                const QString& password,
                                                const std::function<bool()>& isWanted) override;
-    /// Of the account that mount() was last asked for with this address; of any when it was not asked.
+    /// The mount of the account that mount() last used for this address, or of any account if there was none.
     std::optional<std::filesystem::path> existingMount(const QString& shareURL) override;
     void unmount(const std::filesystem::path& mountPoint) override;
 
 private:
     void remember(const std::filesystem::path& folder);
-    /// A folder below a volume's root goes with the volume: told for each that we gave out.
-    void tellUnmounted(const std::filesystem::path& mountPoint);
+    /// Emits unmounted() for the mount point and for every folder on it that mount() returned.
+    void reportUnmounted(const std::filesystem::path& mountPoint);
 
     std::mutex m_mutex;
     std::map<std::string, std::string> m_users;

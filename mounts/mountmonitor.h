@@ -9,7 +9,7 @@
 namespace luma {
 
 /// Tells when a volume goes away, whoever unmounted it: one of gvfs' or one in the kernel's table of mounts.
-/// Main thread only. A path is concerned when it is the mount point or below it (liesOnMount, mounttable.h).
+/// Main thread only. A path is concerned when it is the mount point or below it (isAtOrBelow, pathbelow.h).
 /// The same mount point may be told twice.
 class MountMonitor final : public QObject
 {

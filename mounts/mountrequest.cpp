@@ -5,6 +5,7 @@
 #include "mounts/owncontext.h"
 
 #include <chrono>
+#include <optional>
 #include <thread>
 
 namespace luma {
@@ -18,8 +19,8 @@ constexpr std::chrono::seconds unmountLimit{10};
 constexpr guint pollMilliseconds = 100;
 constexpr int unmountAttempts = 5;
 
-// One request under way on its own context: runs until the answer is there, and gives up when it takes too
-// long or nobody wants it any more.
+// One request on its own main context. Waits for the answer, and gives up when that takes too long or the
+// request is no longer wanted.
 class Request final
 {
 public:
@@ -28,8 +29,8 @@ public:
     {}
 
     [[nodiscard]] GCancellable* cancellable() const { return m_cancellable.get(); }
-    [[nodiscard]] bool wasGivenUp() const { return !m_reason.empty(); }
-    [[nodiscard]] const std::string& reason() const { return m_reason; }
+    // Why the request was given up; nothing when it was not.
+    [[nodiscard]] const std::optional<Error>& failure() const { return m_failure; }
 
     void waitForAnswer()
     {
@@ -50,15 +51,16 @@ public:
 private:
     void giveUpWhenDue()
     {
-        if (wasGivenUp())
+        if (m_failure)
             return;
         if (m_isWanted && !m_isWanted())
-            m_reason = "cancelled";
+            m_failure = Error{"stopped", std::errc::operation_canceled};
         else if (Clock::now() >= m_deadline)
-            m_reason = "the server did not answer within " +
-                       std::to_string(std::chrono::duration_cast<std::chrono::seconds>(m_limit).count()) +
-                       " seconds";
-        if (wasGivenUp())
+            m_failure =
+                Error{"the server did not answer within " +
+                      std::to_string(std::chrono::duration_cast<std::chrono::seconds>(m_limit).count()) +
+                      " seconds"};
+        if (m_failure)
             g_cancellable_cancel(m_cancellable.get());
     }
 
@@ -67,7 +69,7 @@ private:
     std::function<bool()> m_isWanted;
     Clock::duration m_limit;
     Clock::time_point m_deadline;
-    std::string m_reason;
+    std::optional<Error> m_failure;
     bool m_isAnswered = false;
 };
 
@@ -83,11 +85,11 @@ public:
     }
     Answers(const Answers&) = delete;
     Answers& operator=(const Answers&) = delete;
-    // GIO may hold the operation a little longer than we do.
+    // GIO may keep the operation longer than this object lives.
     ~Answers() { g_signal_handlers_disconnect_by_data(m_operation.get(), this); }
 
     [[nodiscard]] GMountOperation* operation() const { return m_operation.get(); }
-    // Why the mount was aborted, where it was.
+    // Why the mount was aborted; empty when it was not.
     [[nodiscard]] const std::string& refusal() const { return m_refusal; }
 
 private:
@@ -101,9 +103,10 @@ private:
     static void onAskQuestion(GMountOperation* operation, const char* /*message*/, const char** /*choices*/,
                               gpointer self)
     {
-        // gvfs asks only whether to trust a server that it can't identify.
-        static_cast<Answers*>(self)->m_refusal = "the server's identity is not known; connect to it once by "
-                                                 "the remote-login set-up, or in the file manager";
+        // The only question of gvfs is whether to trust a server that it can't identify.
+        static_cast<Answers*>(self)->m_refusal =
+            "the server's identity is not known; connect to it once with "
+            "the remote-login set-up or the file manager";
         g_mount_operation_reply(operation, G_MOUNT_OPERATION_ABORTED);
     }
 
@@ -167,7 +170,7 @@ void onUnmountAnswer(GObject* mount, GAsyncResult* result, gpointer pending)
     unmount->request.setAnswered();
 }
 
-// True when the volume that encloses `file` has gone, or was not there.
+// True when the volume that encloses `file` is unmounted, or was not mounted.
 bool unmountEnclosing(GFile* file)
 {
     PendingUnmount pending{Request({}, unmountLimit)};
@@ -199,8 +202,8 @@ Result<MountOutcome> requestMount(const std::string& url, const std::string& use
         return MountOutcome::Mounted;
     if (g_error_matches(pending.error.get(), G_IO_ERROR, G_IO_ERROR_ALREADY_MOUNTED) != FALSE)
         return MountOutcome::MountedBefore;
-    if (pending.request.wasGivenUp())
-        return Error{pending.request.reason()};
+    if (pending.request.failure())
+        return *pending.request.failure();
     if (!answers.refusal().empty())
         return Error{answers.refusal()};
     return Error{pending.error->message};
@@ -209,8 +212,8 @@ Result<MountOutcome> requestMount(const std::string& url, const std::string& use
 void requestUnmount(const std::string& path)
 {
     const GPointer<GFile> file(g_file_new_for_path(path.c_str()));
-    // GIO remembers who serves a volume. When it went and came back since, that one is gone; a look at a file
-    // of the volume makes GIO ask again, which may take it a moment.
+    // GIO remembers which process serves a volume. If the volume was unmounted and mounted again since, that
+    // process is gone; querying a file of the volume makes GIO look it up again, which may take a moment.
     for (int attempt = 0; attempt < unmountAttempts && !unmountEnclosing(file.get()); ++attempt) {
         (void)g_file_query_exists(file.get(), nullptr);
         std::this_thread::sleep_for(std::chrono::milliseconds(pollMilliseconds));

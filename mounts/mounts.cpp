@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "mounts/gpointer.h"
 // GLib's headers come first: they use Qt's word `signals` for a member.
+#include "base/filecalls.h"
+#include "base/folderreader.h"
 #include "mounts/mountrequest.h"
 #include "mounts/mounts.h"
 #include "mounts/mounttable.h"
@@ -27,25 +29,25 @@ namespace {
 constexpr std::chrono::milliseconds pollInterval{100};
 constexpr int fusePolls = 50;
 
-// A folder on a gvfs volume and the volume's own root.
+// A folder on a gvfs volume, and the volume's root.
 struct LocalFolder
 {
     fs::path folder;
     fs::path root;
 };
 
-// Who uses which folder of a gvfs volume, and the unmounts under way. Thread-safe.
+// Which folders of gvfs volumes are in use, and which volumes are being unmounted. Thread-safe.
 class MountRegistry final
 {
 public:
-    // To be taken before a mount is asked for: what was claimed earlier lay on a volume that has gone since.
+    // Taken before a mount is requested: claims made earlier were on a volume that is gone by now.
     int now()
     {
         const std::scoped_lock lock(m_mutex);
         return m_moment;
     }
 
-    // Each claim wants a release() of its own. `mountedAfter` is there when the claimer mounted the volume.
+    // Each claim needs its own release(). `mountedAfter` is set when the claimer mounted the volume.
     void claim(const LocalFolder& local, std::optional<int> mountedAfter)
     {
         const std::scoped_lock lock(m_mutex);
@@ -57,8 +59,8 @@ public:
         volume.claims.push_back({local.folder, ++m_moment});
     }
 
-    // The volume to be unmounted now that `folder` is not in use any more; nothing while somebody uses it or
-    // another folder of it, or when it is not ours.
+    // The volume to unmount now that `folder` is no longer in use; nothing while the volume is still in use or
+    // when we did not mount it.
     std::optional<fs::path> release(const fs::path& folder)
     {
         const std::scoped_lock lock(m_mutex);
@@ -81,7 +83,7 @@ public:
         return {};
     }
 
-    // False when the volume came into use again between release() and now.
+    // False when the volume was claimed again since release().
     bool mayUnmount(const fs::path& root)
     {
         const std::scoped_lock lock(m_mutex);
@@ -99,7 +101,7 @@ public:
         m_unmountEnded.notify_all();
     }
 
-    // A mount asked for while its share is being unmounted would be told that it is there, and then lose it.
+    // A mount requested while its share is being unmounted would succeed and then vanish.
     bool waitForUnmounts(const std::function<bool()>& isWanted)
     {
         std::unique_lock lock(m_mutex);
@@ -145,7 +147,7 @@ std::optional<fs::path> localPath(GFile* file)
     return path ? std::optional<fs::path>(path.get()) : std::nullopt;
 }
 
-// Where the URL's folder lies when the volume that encloses it is mounted.
+// The URL's local folder, when the volume that encloses it is mounted.
 std::optional<LocalFolder> localFolder(const std::string& url)
 {
     const OwnContext context;
@@ -161,15 +163,17 @@ std::optional<LocalFolder> localFolder(const std::string& url)
     return LocalFolder{std::move(*folderPath), std::move(*rootPath)};
 }
 
-// gvfs' FUSE daemon lags behind: its folder comes a moment after a session's first mount, a volume that was
-// unmounted shows for a second or two, and one that is mounted again in that time gives I/O errors.
+// gvfs' FUSE daemon lags behind: its folder appears a moment after a session's first mount, an unmounted
+// volume still shows for a second or two, and one that is mounted again in that time gives I/O errors.
 enum class FolderState { Usable, Missing, NotYet };
 
 FolderState stateOf(const fs::path& folder)
 {
-    std::error_code error;
-    const fs::directory_iterator entries(folder, error);
-    if (!error || error == std::errc::permission_denied || error == std::errc::not_a_directory)
+    auto reader = FolderReader::open(folder.native());
+    std::errc error = reader ? std::errc() : reader.error().code;
+    if (reader && !reader->next() && reader->error())
+        error = reader->error()->code;
+    if (error == std::errc() || error == std::errc::permission_denied || error == std::errc::not_a_directory)
         return FolderState::Usable;
     return error == std::errc::no_such_file_or_directory ? FolderState::Missing : FolderState::NotYet;
 }
@@ -179,21 +183,22 @@ bool isUsable(const fs::path& folder)
     return stateOf(folder) == FolderState::Usable;
 }
 
-// The volumes that gvfs shows in its FUSE folder, whatever user they were mounted for.
+// Looks through the volumes in gvfs' FUSE folder, whichever user they were mounted for.
 std::optional<fs::path> findInFuseFolder(const std::string& shareUrl)
 {
     const auto wanted = parseShareUrl(shareUrl);
-    std::error_code error;
     const fs::path fuseFolder = fs::path(g_get_user_runtime_dir()) / "gvfs";
-    for (fs::directory_iterator entry(fuseFolder, error), end; !error && entry != end;
-         entry.increment(error)) {
-        const GPointer<GFile> root(g_file_new_for_path(entry->path().c_str()));
+    auto reader = FolderReader::open(fuseFolder.native());
+    if (!wanted || !reader)
+        return {};
+    while (const auto entry = reader->next()) {
+        const fs::path volume = fuseFolder / entry->name();
+        const GPointer<GFile> root(g_file_new_for_path(volume.c_str()));
         const GPointer<char> url(g_file_get_uri(root.get()));
         const auto share = parseShareUrl(url.get());
-        if (!wanted || !share || !isBelowShare(*wanted, *share) || !isUsable(entry->path()))
-            continue;
-        const std::string rest = *pathBelow(wanted->path, share->path, wanted->scheme == "smb");
-        return rest.empty() ? entry->path() : entry->path() / rest;
+        const auto below = share ? pathBelowShare(*wanted, *share) : std::nullopt;
+        if (below && isUsable(volume))
+            return below->empty() ? volume : volume / *below;
     }
     return {};
 }
@@ -226,7 +231,7 @@ Result<fs::path> useMounted(const std::string& url, std::optional<int> mountedAf
 {
     const auto local = awaitLocalFolder(url, isWanted);
     if (!isWanted())
-        return Error{"cancelled"};
+        return stoppedError(url);
     if (!local)
         return Error{url + ": mounted, but its local folder can't be read (is gvfs-fuse installed?)"};
     registry().claim(*local, mountedAfter);
@@ -244,7 +249,7 @@ Result<fs::path> mountShare(const std::string& shareUrl, const std::string& user
     if (!parseShareUrl(shareUrl))
         return Error{shareUrl + ": not the address of a share"};
     if (!registry().waitForUnmounts(isWanted))
-        return Error{"cancelled"};
+        return stoppedError(shareUrl);
     const std::string url = shareUrlForUser(shareUrl, user);
     const int before = registry().now();
     const auto outcome = requestMount(url, user, password, isWanted);
@@ -252,7 +257,7 @@ Result<fs::path> mountShare(const std::string& shareUrl, const std::string& user
         return useMounted(url, *outcome == MountOutcome::Mounted ? std::optional(before) : std::nullopt,
                           isWanted);
     if (!isWanted())
-        return Error{"cancelled"};
+        return stoppedError(shareUrl);
     const auto found = findExistingMount(shareUrl, user);
     if (!found)
         return Error{shareUrl + ": " + outcome.error().text};

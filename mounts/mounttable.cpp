@@ -18,7 +18,7 @@ bool isOctal(char c)
     return c >= '0' && c <= '7';
 }
 
-// The kernel writes blank, tab, line feed and backslash as a backslash and three octal digits.
+// The kernel writes space, tab, line feed and backslash as a backslash and three octal digits.
 std::string unescaped(std::string_view text)
 {
     std::string result;
@@ -48,7 +48,7 @@ std::vector<std::string_view> fieldsOf(std::string_view line)
 std::optional<KernelMount> parseLine(std::string_view line)
 {
     const std::vector<std::string_view> fields = fieldsOf(line);
-    // Optional fields of any number stand between the sixth and a lone hyphen.
+    // Between the sixth field and a lone hyphen there are any number of optional fields.
     for (std::size_t i = 6; i + 2 < fields.size(); ++i) {
         if (fields[i] == "-")
             return KernelMount{unescaped(fields[i + 1]), unescaped(fields[i + 2]), unescaped(fields[3]),
@@ -79,8 +79,8 @@ std::optional<ShareUrl> shareOfCifs(const KernelMount& mount)
     return share;
 }
 
-// "host:/export", "user@host:/folder", "[::1]:/export". A folder that does not begin with '/' is the login's
-// own and can't be compared.
+// "host:/export", "user@host:/folder", "[::1]:/export". A folder without a leading '/' is relative to the
+// login's home, which is unknown here.
 std::optional<ShareUrl> shareOfHostAndPath(const KernelMount& mount, const char* scheme)
 {
     const std::size_t colon = mount.source.find(":/");
@@ -138,19 +138,14 @@ std::optional<fs::path> findKernelMount(const std::vector<KernelMount>& mounts, 
         if (!share)
             continue;
         share->port = wanted->port;
-        // Of mounts at one place the later one covers the earlier.
-        if (!isBelowShare(*wanted, *share) || share->path.size() < reach)
+        // Of two mounts at one place the later covers the earlier.
+        const auto below = pathBelowShare(*wanted, *share);
+        if (!below || share->path.size() < reach)
             continue;
         reach = share->path.size();
-        const std::string rest = *pathBelow(wanted->path, share->path, wanted->scheme == "smb");
-        found = rest.empty() ? mount.mountPoint : mount.mountPoint / rest;
+        found = below->empty() ? mount.mountPoint : mount.mountPoint / *below;
     }
     return found;
-}
-
-bool liesOnMount(const fs::path& path, const fs::path& mountPoint)
-{
-    return pathBelow(path.native(), mountPoint.native(), false).has_value() && !mountPoint.empty();
 }
 
 } // namespace luma

@@ -14,26 +14,23 @@ struct KernelMount
 {
     std::string type;                 ///< "cifs", "nfs4", "fuse.sshfs", ...
     std::string source;               ///< "//host/share", "host:/export", "user@host:/folder"
-    std::string root;                 ///< the folder of the file system that is mounted, "/" for all of it
+    std::string root;                 ///< the mounted folder of the file system, "/" for all of it
     std::filesystem::path mountPoint; ///< where it is mounted
 };
 
-/// Reads a text of the form of /proc/self/mountinfo (man 5 proc_pid_mountinfo). Lines of another form are
-/// passed over.
+/// Parses a text in the format of /proc/self/mountinfo (man 5 proc_pid_mountinfo). Malformed lines are
+/// skipped.
 std::vector<KernelMount> parseMountTable(std::string_view mountinfo);
 
-/// The mounts of this process; empty where there is no /proc. Any thread.
+/// The mounts of this process; empty without /proc. Any thread.
 std::vector<KernelMount> readMountTable();
 
 /// The local folder of the share URL on one of `mounts` (cifs for smb, nfs for nfs, sshfs for sftp), or
-/// nothing. Host (letter case ignored) and path must be the mount's; a path below the mounted one gives the
-/// folder below the mount point, and the mount that reaches furthest wins. The share's name is compared
-/// without letter case, as servers do. A mount that names another user than a non-empty `user` is not the
-/// same share. The port is not compared: the table does not tell it.
+/// nothing. The host (letter case ignored) must be the mount's, and the path at or below the mounted one; the
+/// mount with the longest path wins. The letter case of an smb share's name is ignored, as servers do. A mount
+/// of another user than a non-empty `user` does not match. The port is not compared, because the table does
+/// not contain it.
 std::optional<std::filesystem::path> findKernelMount(const std::vector<KernelMount>& mounts,
                                                      std::string_view shareUrl, std::string_view user);
-
-/// True when `path` is `mountPoint` or below it.
-bool liesOnMount(const std::filesystem::path& path, const std::filesystem::path& mountPoint);
 
 } // namespace luma

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "mounts/shareurl.h"
 
+#include "base/pathbelow.h"
+
 #include <algorithm>
 
 namespace luma {
@@ -19,9 +21,13 @@ std::string lowered(std::string_view text)
     return result;
 }
 
-bool sameName(std::string_view a, std::string_view b, bool ignoreCase)
+// An smb server ignores the letter case of the share's name, which comes first.
+std::string comparablePath(const ShareUrl& url)
 {
-    return ignoreCase ? lowered(a) == lowered(b) : a == b;
+    if (url.scheme != "smb")
+        return url.path;
+    const std::size_t end = std::min(url.path.find('/', 1), url.path.size());
+    return lowered(std::string_view(url.path).substr(0, end)) + url.path.substr(end);
 }
 
 int hexValue(char c)
@@ -48,7 +54,7 @@ std::string percentDecoded(std::string_view text)
     return result;
 }
 
-// RFC 3986: what may stand in a user name without being escaped, less ':' (which would begin a password).
+// Keeps what RFC 3986 allows unescaped in a user name, without ':', which would begin a password.
 std::string percentEncoded(std::string_view text)
 {
     static constexpr std::string_view digits = "0123456789ABCDEF";
@@ -140,31 +146,13 @@ std::string shareUrlForUser(const std::string& url, const std::string& user)
     return std::string(url).insert(authorityOf(url)->begin, name + '@');
 }
 
-std::optional<std::string> pathBelow(std::string_view path, std::string_view folder, bool ignoreCaseOfFirst)
-{
-    while (!folder.empty() && folder.back() == '/')
-        folder.remove_suffix(1);
-    bool ignoreCase = ignoreCaseOfFirst;
-    while (!folder.empty()) {
-        const std::size_t length = std::min(folder.find('/', 1), folder.size());
-        if (!sameName(path.substr(0, length), folder.substr(0, length), ignoreCase))
-            return {};
-        path.remove_prefix(length);
-        folder.remove_prefix(length);
-        if (!path.empty() && path.front() != '/')
-            return {};
-        ignoreCase = false;
-    }
-    while (!path.empty() && path.front() == '/')
-        path.remove_prefix(1);
-    return std::string(path);
-}
-
-bool isBelowShare(const ShareUrl& url, const ShareUrl& share)
+std::optional<std::string> pathBelowShare(const ShareUrl& url, const ShareUrl& share)
 {
     const bool sameUser = url.user.empty() || share.user.empty() || url.user == share.user;
-    return url.scheme == share.scheme && url.host == share.host && url.port == share.port && sameUser &&
-           pathBelow(url.path, share.path, url.scheme == "smb").has_value();
+    if (url.scheme != share.scheme || url.host != share.host || url.port != share.port || !sameUser)
+        return {};
+    const auto below = pathBelow(comparablePath(url), comparablePath(share));
+    return below ? std::optional(url.path.substr(url.path.size() - below->size())) : std::nullopt;
 }
 
 } // namespace luma

@@ -11,26 +11,22 @@ namespace luma {
 struct ShareUrl
 {
     std::string scheme; ///< in lower case, "smb"
-    std::string user;   ///< what stands before the '@'; mostly empty
+    std::string user;   ///< the part before '@', mostly empty
     std::string host;   ///< in lower case, without brackets
     std::string port;   ///< digits, or empty
     std::string path;   ///< begins with one '/', no '/' doubled, none at the end but for "/" itself
 };
 
-/// Nothing where the text is no URL with a host.
+/// Nothing when the text is not a URL with a host.
 std::optional<ShareUrl> parseShareUrl(std::string_view url);
 
 /// The share URL with the account's name in it, so that one account's mount is never taken for another's.
-/// For smb "DOMAIN\user" names a domain. A URL that names a user already, or an empty `user`, stays.
+/// For smb, "DOMAIN\user" names a domain. Unchanged when the URL already names a user or `user` is empty.
 std::string shareUrlForUser(const std::string& url, const std::string& user);
 
-/// True when both name the same share or the first a folder below the second: same scheme, host, port and
-/// user (an absent user fits any), the second's path leading. An smb share's name is compared without letter
-/// case.
-bool isBelowShare(const ShareUrl& url, const ShareUrl& share);
-
-/// The rest of `path` below `folder`, without a leading '/'; nothing when `folder` does not lead to it.
-/// `ignoreCaseOfFirst` compares the first name (an smb share) without letter case.
-std::optional<std::string> pathBelow(std::string_view path, std::string_view folder, bool ignoreCaseOfFirst);
+/// The path of `url` below `share`, without a leading '/'; empty when both name the same folder; nothing when
+/// `url` is elsewhere. Scheme, host, port and user must be equal (no user matches any), and `url` must be at or
+/// below the share's path. The letter case of an smb share's name is ignored.
+std::optional<std::string> pathBelowShare(const ShareUrl& url, const ShareUrl& share);
 
 } // namespace luma

@@ -38,12 +38,11 @@ private slots:
 
     void find_comparesHostAndPath_data()
     {
-        QTest::addColumn<QByteArray>("url");
-        QTest::addColumn<QByteArray>("user");
-        QTest::addColumn<QByteArray>("folder");
-        const auto row = [](const char* name, const char* url, const char* user, const char* folder) {
-            QTest::newRow(name) << QByteArray(url) << QByteArray(user) << QByteArray(folder);
-        };
+        QTest::addColumn<std::string>("url");
+        QTest::addColumn<std::string>("user");
+        QTest::addColumn<std::string>("folder");
+        const auto row = [](const char* name, const std::string& url, const std::string& user,
+                            const std::string& folder) { QTest::newRow(name) << url << user << folder; };
         row("cifs, blanks and case", "smb://nas.LOCAL/web%20site", "", "/mnt/web site");
         row("trailing slash", "smb://nas.local/Web%20Site/", "", "/mnt/web site");
         row("below the share", "smb://nas.local/Web%20Site/a/b%23c", "", "/mnt/web site/a/b#c");
@@ -65,47 +64,30 @@ private slots:
     }
     void find_comparesHostAndPath()
     {
-        QFETCH(QByteArray, url);
-        QFETCH(QByteArray, user);
-        QFETCH(QByteArray, folder);
-        const auto found = findKernelMount(parseMountTable(table), url.toStdString(), user.toStdString());
-        QCOMPARE(QByteArray::fromStdString(found.value_or("").string()), folder);
+        QFETCH(std::string, url);
+        QFETCH(std::string, user);
+        QTEST(findKernelMount(parseMountTable(table), url, user).value_or("").string(), "folder");
     }
 
     void shareUrlForUser_namesTheAccountOnce_data()
     {
-        QTest::addColumn<QByteArray>("url");
-        QTest::addColumn<QByteArray>("user");
-        QTest::addColumn<QByteArray>("expected");
-        QTest::newRow("plain") << QByteArray("sftp://h:22//a@b") << QByteArray("bob")
-                               << QByteArray("sftp://bob@h:22//a@b");
-        QTest::newRow("escaped") << QByteArray("dav://h/") << QByteArray("a@b:c/")
-                                 << QByteArray("dav://a%40b%3Ac%2F@h/");
-        QTest::newRow("domain") << QByteArray("smb://h/s") << QByteArray("D\\bob")
-                                << QByteArray("smb://D;bob@h/s");
-        QTest::newRow("backslash elsewhere")
-            << QByteArray("ftp://h/") << QByteArray("D\\b") << QByteArray("ftp://D%5Cb@h/");
-        QTest::newRow("named already")
-            << QByteArray("smb://eve@h/s") << QByteArray("bob") << QByteArray("smb://eve@h/s");
-        QTest::newRow("nobody") << QByteArray("smb://h/s") << QByteArray() << QByteArray("smb://h/s");
+        QTest::addColumn<std::string>("url");
+        QTest::addColumn<std::string>("user");
+        QTest::addColumn<std::string>("expected");
+        const auto row = [](const char* name, const std::string& url, const std::string& user,
+                            const std::string& expected) { QTest::newRow(name) << url << user << expected; };
+        row("plain", "sftp://h:22//a@b", "bob", "sftp://bob@h:22//a@b");
+        row("escaped", "dav://h/", "a@b:c/", "dav://a%40b%3Ac%2F@h/");
+        row("domain", "smb://h/s", "D\\bob", "smb://D;bob@h/s");
+        row("backslash elsewhere", "ftp://h/", "D\\b", "ftp://D%5Cb@h/");
+        row("named already", "smb://eve@h/s", "bob", "smb://eve@h/s");
+        row("nobody", "smb://h/s", "", "smb://h/s");
     }
     void shareUrlForUser_namesTheAccountOnce()
     {
-        QFETCH(QByteArray, url);
-        QFETCH(QByteArray, user);
-        QFETCH(QByteArray, expected);
-        QCOMPARE(QByteArray::fromStdString(shareUrlForUser(url.toStdString(), user.toStdString())), expected);
-    }
-
-    void liesOnMount_endsAtNames()
-    {
-        QVERIFY(liesOnMount("/mnt/a", "/mnt/a"));
-        QVERIFY(liesOnMount("/mnt/a/b", "/mnt/a/"));
-        QVERIFY(liesOnMount("/mnt/a", "/"));
-        QVERIFY(!liesOnMount("/mnt/ab", "/mnt/a"));
-        QVERIFY(!liesOnMount("/mnt", "/mnt/a"));
-        QVERIFY(!liesOnMount("/mnt", ""));
-        QVERIFY(!liesOnMount("", "/mnt"));
+        QFETCH(std::string, url);
+        QFETCH(std::string, user);
+        QTEST(shareUrlForUser(url, user), "expected");
     }
 };
 
