@@ -2,6 +2,7 @@
 #include "browser/browsercontroller.h"
 
 #include "base/console.h"
+#include "base/pathbelow.h"
 #include "browser/browser.h"
 #include "browser/configpanel.h"
 #include "browser/connectionrequest.h"
@@ -13,7 +14,6 @@
 #include "browser/paneconnection.h"
 #include "browser/panehost.h"
 #include "browser/panemenu.h"
-#include "browser/relativepath.h"
 #include "browser/transformers.h"
 #include "browser/unavailablemounter.h"
 #include "browser/unlinkeditemspanel.h"
@@ -273,8 +273,9 @@ std::filesystem::path BrowserController::pathOf(const QModelIndex& item) const
 
 void BrowserController::doBrowserClick(const QModelIndex& item)
 {
+    const std::string path = pathOf(item).native();
     m_ui->fullPathToSelectedItem->setText(tr("Relative Path: ") +
-                                          displayText(pathBelow(m_mountPath, pathOf(item))));
+                                          displayText(pathBelow(path, m_mountPath.native()).value_or("")));
 }
 
 void BrowserController::openItem()

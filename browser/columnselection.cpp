@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/columnselection.h"
 
+#include "base/pathbelow.h"
 #include "browser/browsercolumn.h"
 #include "browser/browserlistview.h"
 #include "browser/filesystemmodel.h"
-#include "browser/relativepath.h"
 
 #include <algorithm>
 
@@ -38,8 +38,9 @@ bool ColumnSelection::reach(const std::filesystem::path& item) const
     if (!m_model.rootNode())
         return false;
     Path names;
-    for (const std::filesystem::path& name :
-         std::filesystem::path(pathBelow(m_model.rootNode()->url(), item)))
+    const std::filesystem::path below =
+        pathBelow(item.native(), m_model.rootNode()->url().native()).value_or("");
+    for (const std::filesystem::path& name : below)
         names.push_back(name.native());
     if (names.empty())
         return false;

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/fileoperations.h"
 
+#include "base/filecalls.h"
 #include "base/files.h"
 
 #include <sys/stat.h>
 
 #include <cerrno>
-#include <cstring>
 
 namespace luma::fileoperations {
 
@@ -19,7 +19,7 @@ Result<void> newFolder(const std::filesystem::path& parent)
 {
     const std::filesystem::path folder = newFolderPath(parent);
     if (::mkdir(folder.c_str(), 0777) != 0)
-        return Error{folder.string() + ": " + std::strerror(errno)};
+        return systemError(folder, errno);
     return {};
 }
 

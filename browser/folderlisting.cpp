@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/folderlisting.h"
 
+#include "base/folderreader.h"
 #include "browser/displaytext.h"
 #include "browser/packages.h"
 
-#include <dirent.h>
-#include <fcntl.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
@@ -16,11 +15,6 @@
 namespace luma {
 
 namespace {
-
-struct FolderCloser
-{
-    void operator()(DIR* folder) const { ::closedir(folder); }
-};
 
 /// Reads labels until the file system says that it keeps no attributes.
 class LabelReader final
@@ -43,24 +37,15 @@ private:
     bool m_supported = true;
 };
 
-unsigned char typeOf(int folder, const dirent& entry)
-{
-    if (entry.d_type != DT_UNKNOWN)
-        return entry.d_type;
-    struct stat status = {};
-    if (::fstatat(folder, entry.d_name, &status, AT_SYMLINK_NOFOLLOW) != 0)
-        return DT_REG;
-    return static_cast<unsigned char>(IFTODT(status.st_mode));
-}
-
-FileProperties propertiesOf(std::string name, unsigned char type, const std::string& url, LabelReader& labels)
+FileProperties propertiesOf(std::string name, FolderReader::Type type, const std::string& url,
+                            LabelReader& labels)
 {
     FileProperties properties;
     properties.name = std::move(name);
-    properties.isDirectory = type == DT_DIR;
+    properties.isDirectory = type == FolderReader::Type::Folder;
     properties.isPackage = properties.isDirectory && isPackageName(properties.name);
     // Only files and folders can carry attributes of the user.
-    if (type == DT_DIR || type == DT_REG)
+    if (type == FolderReader::Type::Folder || type == FolderReader::Type::File)
         properties.labelColor = labels.read(url);
     return properties;
 }
@@ -96,13 +81,12 @@ std::optional<FileProperties> readProperties(const std::string& url)
     if (!path.has_filename() && path.has_parent_path())
         path = path.parent_path();
     LabelReader labels;
-    return propertiesOf(path.filename().string(), static_cast<unsigned char>(IFTODT(status.st_mode)), url,
-                        labels);
+    return propertiesOf(path.filename().string(), FolderReader::typeOf(status), url, labels);
 }
 
 std::optional<std::vector<FileSystemNodePointer>> listFolder(const std::string& url)
 {
-    const std::unique_ptr<DIR, FolderCloser> folder(::opendir(url.c_str()));
+    auto folder = FolderReader::open(url);
     if (!folder)
         return {};
     std::string prefix = url;
@@ -110,12 +94,11 @@ std::optional<std::vector<FileSystemNodePointer>> listFolder(const std::string& 
         prefix += '/';
     LabelReader labels;
     std::vector<FileSystemNodePointer> nodes;
-    while (const dirent* entry = ::readdir(folder.get())) {
-        if (entry->d_name[0] == '.')
+    while (const auto entry = folder->next()) {
+        if (entry->name()[0] == '.')
             continue;
-        std::string itemUrl = prefix + entry->d_name;
-        FileProperties properties =
-            propertiesOf(entry->d_name, typeOf(::dirfd(folder.get()), *entry), itemUrl, labels);
+        std::string itemUrl = prefix + entry->name();
+        FileProperties properties = propertiesOf(entry->name(), entry->type(), itemUrl, labels);
         nodes.push_back(std::make_shared<FileSystemNode>(std::move(itemUrl), std::move(properties)));
     }
     return inDisplayOrder(std::move(nodes));

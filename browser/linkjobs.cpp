@@ -6,7 +6,6 @@
 #include "browser/displaytext.h"
 #include "browser/joblog.h"
 #include "browser/panehost.h"
-#include "browser/relativepath.h"
 #include "links/linkreports.h"
 
 #include <system_error>

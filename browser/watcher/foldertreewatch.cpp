@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/watcher/foldertreewatch.h"
 
-#include <dirent.h>
-#include <fcntl.h>
+#include "base/folderreader.h"
+#include "base/pathbelow.h"
+
 #include <sys/stat.h>
 
 #include <array>
 #include <cerrno>
 #include <cstdio>
-#include <memory>
 
 namespace luma {
 
@@ -18,11 +18,6 @@ constexpr std::uint32_t interesting = IN_CREATE | IN_DELETE | IN_CLOSE_WRITE | I
                                       IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_EXCL_UNLINK |
                                       IN_ONLYDIR;
 constexpr int lookAroundEvery = 2000;
-
-struct FolderCloser
-{
-    void operator()(DIR* folder) const { ::closedir(folder); }
-};
 
 bool operator<(const timespec& a, const timespec& b)
 {
@@ -38,19 +33,12 @@ timespec changeTime(const std::string& path)
 std::vector<std::string> foldersIn(const std::string& parent)
 {
     std::vector<std::string> folders;
-    const std::unique_ptr<DIR, FolderCloser> listing(::opendir(parent.c_str()));
-    while (const dirent* entry = listing ? ::readdir(listing.get()) : nullptr) {
-        const std::string_view name = entry->d_name;
-        if (name == "." || name == "..")
-            continue;
-        bool isFolder = entry->d_type == DT_DIR;
-        if (entry->d_type == DT_UNKNOWN) {
-            struct stat status = {};
-            isFolder = ::fstatat(::dirfd(listing.get()), entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 &&
-                       S_ISDIR(status.st_mode);
-        }
-        if (isFolder)
-            folders.push_back(parent + '/' + entry->d_name);
+    auto reader = FolderReader::open(parent);
+    if (!reader)
+        return folders;
+    while (const auto entry = reader->next()) {
+        if (entry->type() == FolderReader::Type::Folder)
+            folders.push_back(parent + '/' + entry->name());
     }
     return folders;
 }
@@ -131,12 +119,9 @@ void FolderTreeWatch::forget(int watch)
 /// A folder that was moved away keeps its watches unless they are taken back.
 void FolderTreeWatch::removeTree(const std::string& folder)
 {
-    const auto isBelow = [&folder](const std::string& path) {
-        return path.starts_with(folder) && (path.size() == folder.size() || path[folder.size()] == '/');
-    };
     for (auto entry = m_watchByPath.lower_bound(folder);
          entry != m_watchByPath.end() && entry->first.starts_with(folder);) {
-        if (!isBelow(entry->first)) {
+        if (!isAtOrBelow(entry->first, folder)) {
             ++entry;
             continue;
         }
@@ -144,7 +129,7 @@ void FolderTreeWatch::removeTree(const std::string& folder)
         m_pathByWatch.erase(entry->second);
         entry = m_watchByPath.erase(entry);
     }
-    std::erase_if(m_lookedAt, [&](const auto& entry) { return isBelow(entry.first); });
+    std::erase_if(m_lookedAt, [&](const auto& entry) { return isAtOrBelow(entry.first, folder); });
 }
 
 void FolderTreeWatch::handle(const inotify_event& event)

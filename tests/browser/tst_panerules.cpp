@@ -6,7 +6,6 @@
 #include "browser/labelcolor.h"
 #include "browser/mountstep.h"
 #include "browser/mounturl.h"
-#include "browser/relativepath.h"
 #include "browser/transformers.h"
 #include "mounts/volumemounter.h"
 #include "tests/support/registry.h"
@@ -153,25 +152,6 @@ private slots:
         QVERIFY(fileoperations::newFolder(root));
         QVERIFY(!fileoperations::newFolder(root));
         QVERIFY(!fileoperations::newFolder(root / "gone"));
-    }
-
-    void pathBelow_leavesOutTheMountPoint_data()
-    {
-        QTest::addColumn<QByteArray>("folder");
-        QTest::addColumn<QByteArray>("item");
-        QTest::addColumn<QByteArray>("rest");
-        QTest::newRow("file") << QByteArray("/v/site") << QByteArray("/v/site/css/main.css")
-                              << QByteArray("css/main.css");
-        QTest::newRow("slash") << QByteArray("/v/site/") << QByteArray("/v/site/a") << QByteArray("a");
-        QTest::newRow("root") << QByteArray("/") << QByteArray("/a") << QByteArray("a");
-        QTest::newRow("neighbour") << QByteArray("/v/site") << QByteArray("/v/site2/a") << QByteArray();
-        QTest::newRow("itself") << QByteArray("/v/site") << QByteArray("/v/site") << QByteArray();
-    }
-    void pathBelow_leavesOutTheMountPoint()
-    {
-        QFETCH(QByteArray, folder);
-        QFETCH(QByteArray, item);
-        QTEST(QByteArray::fromStdString(pathBelow(folder.toStdString(), item.toStdString())), "rest");
     }
 
     void label_isTheFirstColourAmongTheTags()
