@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
+#include "base/pathbelow.h"
 #include "tests/support/registry.h"
 
 #include <QTemporaryDir>
@@ -141,7 +142,8 @@ private slots:
             return !itemExists(at("copy")) && !(stop && asked > 30);
         });
         QVERIFY(!copied);
-        QVERIFY(copied.error().text.find(stop ? "stopped" : "pipe") != std::string::npos);
+        QCOMPARE(copied.error().isStopped(), stop);
+        QVERIFY(stop || copied.error().text.find("pipe") != std::string::npos);
         QVERIFY(asked > 1);
         QCOMPARE(entryCount(), std::size_t{1});
         fs::permissions(at("site/sub/read only"), fs::perms(0700));
@@ -170,6 +172,31 @@ private slots:
         fs::create_directories(at("folder"));
         QVERIFY(!moveItem(at("folder"), at("folder/inside")));
         QVERIFY(itemExists(at("folder")));
+    }
+
+    void pathBelow_endsAtNames_data()
+    {
+        QTest::addColumn<std::string>("path");
+        QTest::addColumn<std::string>("folder");
+        QTest::addColumn<std::string>("rest");
+        const auto row = [](const char* name, const std::string& path, const std::string& folder,
+                            const std::string& rest) { QTest::newRow(name) << path << folder << rest; };
+        row("below", "/v/site/css/main.css", "/v/site", "css/main.css");
+        row("slash at the end", "/v/site//a", "/v/site/", "a");
+        row("root", "/a", "/", "a");
+        row("itself", "/v/site", "/v/site/", "");
+        row("relative", "a/b", "a", "b");
+        row("neighbour", "/v/site2/a", "/v/site", "outside");
+        row("above", "/v", "/v/site", "outside");
+        row("relative, not in the root", "a", "/", "outside");
+        row("no folder", "/v", "", "outside");
+        row("no path", "", "/v", "outside");
+    }
+    void pathBelow_endsAtNames()
+    {
+        QFETCH(std::string, path);
+        QFETCH(std::string, folder);
+        QTEST(std::string(pathBelow(path, folder).value_or("outside")), "rest");
     }
 
     void readFile_refusesWhatIsNoFile()
