@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/filetransfer.h"
 
+#include "base/filecalls.h"
 #include "base/files.h"
 #include "site/folderaccess.h"
 #include "site/shownname.h"
@@ -20,8 +21,8 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// An open folder's entry as a path that nobody can lead elsewhere by moving the folder or putting a link in
-// its place (proc(5), /proc/self/fd).
+// An open folder's entry as a path that stays right when the folder is moved or replaced by a link (proc(5),
+// /proc/self/fd).
 fs::path entryOf(const FileDescriptor& folder, const std::string& name)
 {
     return fs::path("/proc/self/fd") / std::to_string(folder.get()) / name;
@@ -38,30 +39,24 @@ std::string namePart(std::string_view path)
     return std::string(path.substr(path.rfind('/') + 1));
 }
 
-// The reason alone, for the path before it names a descriptor.
-std::string reasonIn(const Error& error, const fs::path& source, const fs::path& target)
+std::string whyNoFolder(std::errc code)
 {
-    for (const fs::path& path : {source, target}) {
-        const std::string prefix = path.string() + ": ";
-        if (error.text.starts_with(prefix))
-            return error.text.substr(prefix.size());
-    }
-    return error.text;
-}
-
-std::string whyNoFolder(int code)
-{
-    if (code == ELOOP)
+    if (code == std::errc::too_many_symbolic_link_levels)
         return "a symbolic link stands where the folder should be";
-    if (code == ENOTDIR)
+    if (code == std::errc::not_a_directory)
         return "a file stands where the folder should be";
     return systemReason(code);
+}
+
+bool isMissing(const Error& error)
+{
+    return error.code == std::errc::no_such_file_or_directory;
 }
 
 bool isOnFuse(const FileDescriptor& folder)
 {
     struct statfs status = {};
-    return folder && ::fstatfs(folder.get(), &status) == 0 && status.f_type == FUSE_SUPER_MAGIC;
+    return ::fstatfs(folder.get(), &status) == 0 && status.f_type == FUSE_SUPER_MAGIC;
 }
 
 // As the server has it now, not as the kernel remembers it.
@@ -77,10 +72,8 @@ class Transfer final
 public:
     explicit Transfer(const SyncFolders& folders)
         : m_sendingRoot(openSiteFolder(folders.sending)),
-          m_sendingError(errno),
           m_receivingRoot(openSiteFolder(folders.receiving)),
-          m_receivingError(errno),
-          m_receivesOnFuse(isOnFuse(m_receivingRoot))
+          m_receivesOnFuse(m_receivingRoot && isOnFuse(*m_receivingRoot))
     {}
 
     // Empty when the row was copied, else why not.
@@ -89,10 +82,8 @@ public:
     std::string finish();
 
 private:
-    FileDescriptor m_sendingRoot;
-    int m_sendingError;
-    FileDescriptor m_receivingRoot;
-    int m_receivingError;
+    Result<FileDescriptor> m_sendingRoot;
+    Result<FileDescriptor> m_receivingRoot;
     bool m_receivesOnFuse;
     std::vector<std::string> m_maybeStamped;
     std::string m_folder;
@@ -102,8 +93,8 @@ private:
     bool m_copiedAny = false;
 
     std::string enterFolder(std::string_view folder);
-    FileDescriptor openOrMakeReceiving(std::string_view folder);
-    FileDescriptor makeFolder(const FileDescriptor& parent, const std::string& path);
+    Result<FileDescriptor> openOrMakeReceiving(std::string_view folder);
+    Result<FileDescriptor> makeFolder(const FileDescriptor& parent, const std::string& path);
     [[nodiscard]] std::string objection(const SyncRow& row, const std::string& name) const;
     [[nodiscard]] bool removeIfEmpty(const std::string& folder) const;
     void finishFolder(const std::string& folder) const;
@@ -125,7 +116,8 @@ std::string Transfer::copy(const SyncRow& row)
     m_copiedAny = m_copiedAny || copied;
     if (copied && m_receivesOnFuse)
         m_maybeStamped.push_back(row.relativePath);
-    return copied ? std::string() : reasonIn(copied.error(), source, target);
+    // The code's words, for the text names a descriptor.
+    return copied ? std::string() : systemReason(copied.error().code);
 }
 
 std::string Transfer::enterFolder(std::string_view folder)
@@ -134,43 +126,47 @@ std::string Transfer::enterFolder(std::string_view folder)
         return {};
     m_receiving.reset();
     if (!m_sendingRoot || !m_receivingRoot)
-        return systemReason(m_sendingRoot ? m_receivingError : m_sendingError);
-    m_sending = openFolderBelow(m_sendingRoot, folder);
-    if (!m_sending)
-        return whyNoFolder(errno);
-    m_receiving = openOrMakeReceiving(folder);
-    if (!m_receiving)
-        return whyNoFolder(errno);
+        return systemReason((m_sendingRoot ? m_receivingRoot : m_sendingRoot).error().code);
+    auto sending = openFolderBelow(*m_sendingRoot, folder);
+    if (!sending)
+        return whyNoFolder(sending.error().code);
+    auto receiving = openOrMakeReceiving(folder);
+    if (!receiving)
+        return whyNoFolder(receiving.error().code);
+    m_sending = *std::move(sending);
+    m_receiving = *std::move(receiving);
     m_folder = folder;
     return {};
 }
 
-FileDescriptor Transfer::openOrMakeReceiving(std::string_view folder)
+Result<FileDescriptor> Transfer::openOrMakeReceiving(std::string_view folder)
 {
-    FileDescriptor opened = openFolderBelow(m_receivingRoot, folder);
-    if (opened || errno != ENOENT || folder.empty())
+    auto opened = openFolderBelow(*m_receivingRoot, folder);
+    if (opened || !isMissing(opened.error()) || folder.empty())
         return opened;
-    FileDescriptor parent = openFolderBelow(m_receivingRoot, {});
+    auto parent = openFolderBelow(*m_receivingRoot, {});
     for (std::size_t end = 0; parent && end < folder.size();) {
         end = std::min(folder.find('/', end + 1), folder.size());
         const std::string path(folder.substr(0, end));
-        FileDescriptor next = openFolderBelow(parent, namePart(path));
-        if (!next && errno == ENOENT)
-            next = makeFolder(parent, path);
+        auto next = openFolderBelow(*parent, namePart(path));
+        if (!next && isMissing(next.error()))
+            next = makeFolder(*parent, path);
         parent = std::move(next);
     }
     return parent;
 }
 
-FileDescriptor Transfer::makeFolder(const FileDescriptor& parent, const std::string& path)
+Result<FileDescriptor> Transfer::makeFolder(const FileDescriptor& parent, const std::string& path)
 {
+    const auto sending = openFolderBelow(*m_sendingRoot, path);
+    if (!sending)
+        return sending.error();
     struct stat original = {};
-    const FileDescriptor sending = openFolderBelow(m_sendingRoot, path);
-    if (!sending || ::fstat(sending.get(), &original) != 0)
-        return {};
-    // Its files are still to come, so the owner may write for now.
+    if (::fstat(sending->get(), &original) != 0)
+        return systemError(path, errno);
+    // The owner may write for now, because the folder's files are still to come.
     if (::mkdirat(parent.get(), namePart(path).c_str(), (original.st_mode & 0777U) | 0700U) != 0)
-        return {};
+        return systemError(path, errno);
     m_madeFolders.push_back(path);
     return openFolderBelow(parent, namePart(path));
 }
@@ -179,7 +175,7 @@ std::string Transfer::objection(const SyncRow& row, const std::string& name) con
 {
     struct stat sent = {};
     if (::fstatat(m_sending.get(), name.c_str(), &sent, AT_SYMLINK_NOFOLLOW) != 0)
-        return systemReason(errno);
+        return systemReason(std::errc(errno));
     if (!S_ISREG(sent.st_mode) && !S_ISLNK(sent.st_mode))
         return "no longer a file";
     struct stat received = {};
@@ -197,8 +193,8 @@ std::string Transfer::objection(const SyncRow& row, const std::string& name) con
 
 bool Transfer::removeIfEmpty(const std::string& folder) const
 {
-    const FileDescriptor parent = openFolderBelow(m_receivingRoot, folderPart(folder));
-    return parent && ::unlinkat(parent.get(), namePart(folder).c_str(), AT_REMOVEDIR) == 0;
+    const auto parent = openFolderBelow(*m_receivingRoot, folderPart(folder));
+    return parent && ::unlinkat(parent->get(), namePart(folder).c_str(), AT_REMOVEDIR) == 0;
 }
 
 void Transfer::finishFolder(const std::string& folder) const
@@ -207,32 +203,32 @@ void Transfer::finishFolder(const std::string& folder) const
     if (removeIfEmpty(folder))
         return;
     struct stat original = {};
-    const FileDescriptor sending = openFolderBelow(m_sendingRoot, folder);
-    const FileDescriptor receiving = openFolderBelow(m_receivingRoot, folder);
-    if (!sending || !receiving || ::fstat(sending.get(), &original) != 0)
+    const auto sending = openFolderBelow(*m_sendingRoot, folder);
+    const auto receiving = openFolderBelow(*m_receivingRoot, folder);
+    if (!sending || !receiving || ::fstat(sending->get(), &original) != 0)
         return;
     const std::array<timespec, 2> times = {original.st_atim, original.st_mtim};
     // A server that keeps neither has the files all the same.
-    (void)::fchmod(receiving.get(), original.st_mode & 07777U);
-    (void)::futimens(receiving.get(), times.data());
+    (void)::fchmod(receiving->get(), original.st_mode & 07777U);
+    (void)::futimens(receiving->get(), times.data());
 }
 
 // On FUSE a file is closed some time after close() has returned, and a server may stamp it only then, after
 // its time was set.
 void Transfer::restoreTime(const std::string& path) const
 {
-    const FileDescriptor sending = openFolderBelow(m_sendingRoot, folderPart(path));
-    const FileDescriptor receiving = openFolderBelow(m_receivingRoot, folderPart(path));
+    const auto sending = openFolderBelow(*m_sendingRoot, folderPart(path));
+    const auto receiving = openFolderBelow(*m_receivingRoot, folderPart(path));
     const std::string name = namePart(path);
     struct statx sent = {};
     struct statx received = {};
-    if (!sending || !receiving || !lookAgain(sending, name, sent) || !lookAgain(receiving, name, received))
+    if (!sending || !receiving || !lookAgain(*sending, name, sent) || !lookAgain(*receiving, name, received))
         return;
     if (sent.stx_mtime.tv_sec == received.stx_mtime.tv_sec || sent.stx_size != received.stx_size)
         return;
     const std::array<timespec, 2> times = {
         timespec{0, UTIME_OMIT}, timespec{sent.stx_mtime.tv_sec, static_cast<long>(sent.stx_mtime.tv_nsec)}};
-    (void)::utimensat(receiving.get(), name.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
+    (void)::utimensat(receiving->get(), name.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
 }
 
 std::string Transfer::finish()
@@ -242,10 +238,10 @@ std::string Transfer::finish()
     // The innermost first: a folder's time changes with what is made in it.
     for (auto folder = m_madeFolders.rbegin(); folder != m_madeFolders.rend(); ++folder)
         finishFolder(*folder);
-    if (!m_copiedAny || ::syncfs(m_receivingRoot.get()) == 0)
+    if (!m_copiedAny || ::syncfs(m_receivingRoot->get()) == 0)
         return {};
     const bool isUnknown = errno == EINVAL || errno == ENOSYS || errno == ENOTSUP;
-    return isUnknown ? std::string() : systemReason(errno);
+    return isUnknown ? std::string() : systemReason(std::errc(errno));
 }
 
 } // namespace

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/folderaccess.h"
 
+#include "base/filecalls.h"
+
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <sys/syscall.h>
 
 #include <cerrno>
 #include <climits>
-#include <system_error>
 
 namespace luma {
 
@@ -15,8 +16,8 @@ namespace {
 
 constexpr int folderFlags = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
-// One step of a path: as much of it as the system takes at once, or one component where links can only be
-// refused one by one.
+// One step of a path: as much as the system takes at once, or one component where links can only be refused
+// one by one.
 std::string takeStep(std::string_view& path, std::size_t limit)
 {
     std::size_t end = path.size();
@@ -31,51 +32,57 @@ std::string takeStep(std::string_view& path, std::size_t limit)
     return step;
 }
 
-FileDescriptor openStep(int folder, const char* path)
+int openStep(int folder, const char* path)
 {
     open_how how = {};
     how.flags = static_cast<unsigned>(folderFlags);
     how.resolve = RESOLVE_NO_SYMLINKS | RESOLVE_BENEATH;
-    return FileDescriptor(static_cast<int>(::syscall(SYS_openat2, folder, path, &how, sizeof how)));
+    return static_cast<int>(::syscall(SYS_openat2, folder, path, &how, sizeof how));
 }
 
-FileDescriptor openComponent(int folder, const char* name)
+int openComponent(int folder, const char* name)
 {
-    FileDescriptor opened(::openat(folder, name, folderFlags | O_NOFOLLOW));
-    return opened;
+    return ::openat(folder, name, folderFlags | O_NOFOLLOW);
 }
 
-using Opener = FileDescriptor (*)(int, const char*);
+// As openat(2): a descriptor, or -1 with errno set.
+using Opener = int (*)(int, const char*);
 
-FileDescriptor openInSteps(const FileDescriptor& root, std::string_view path, std::size_t limit, Opener open)
+Result<FileDescriptor> openInSteps(const FileDescriptor& root, std::string_view path, std::size_t limit,
+                                   Opener open)
 {
     FileDescriptor current(::fcntl(root.get(), F_DUPFD_CLOEXEC, 0));
-    while (current && !path.empty())
-        current = open(current.get(), takeStep(path, limit).c_str());
+    for (std::string_view rest = path; current && !rest.empty();) {
+        const std::string step = takeStep(rest, limit);
+        FileDescriptor next(open(current.get(), step.c_str()));
+        if (!next)
+            return systemError(path, errno);
+        current = std::move(next);
+    }
+    if (!current)
+        return systemError(path, errno);
     return current;
 }
 
 } // namespace
 
-FileDescriptor openSiteFolder(const std::filesystem::path& folder)
+Result<FileDescriptor> openSiteFolder(const std::filesystem::path& folder)
 {
-    return FileDescriptor(::open(folder.c_str(), folderFlags));
+    return openFile(folder.native(), folderFlags);
 }
 
-FileDescriptor openFolderBelow(const FileDescriptor& root, std::string_view relativePath)
+Result<FileDescriptor> openFolderBelow(const FileDescriptor& root, std::string_view relativePath)
 {
     if (relativePath.empty())
         relativePath = ".";
-    FileDescriptor opened = openInSteps(root, relativePath, PATH_MAX - 1, openStep);
-    // Kernels before 5.6, and sandboxes that know no openat2: component by component.
-    if (!opened && (errno == ENOSYS || errno == EPERM))
-        opened = openInSteps(root, relativePath, 0, openComponent);
+    auto opened = openInSteps(root, relativePath, PATH_MAX - 1, openStep);
+    if (opened)
+        return opened;
+    // Kernels before 5.6, and sandboxes without openat2: component by component.
+    const std::errc code = opened.error().code;
+    if (code == std::errc::function_not_supported || code == std::errc::operation_not_permitted)
+        return openInSteps(root, relativePath, 0, openComponent);
     return opened;
-}
-
-std::string systemReason(int code)
-{
-    return std::generic_category().message(code);
 }
 
 } // namespace luma

@@ -10,19 +10,15 @@
 
 namespace luma {
 
-/// Folders reached from a site's own folder downwards, one open descriptor at a time, so that a path may be
-/// longer than the system takes in one call and no symbolic link below the site's folder is ever followed,
-/// whoever puts one there meanwhile. Safe on any thread. On failure the descriptor is empty and errno says
-/// why.
+/// Opens folders from a site's own folder downwards, one descriptor at a time, so that a path may be longer
+/// than the system takes in one call and no symbolic link below the site's folder is followed, even one made
+/// meanwhile. Safe on any thread. Errors carry the system's code.
 
-/// The folder itself; a link to it is followed, for that is what the user chose.
-FileDescriptor openSiteFolder(const std::filesystem::path& folder);
+/// The site's folder itself; a link to it is followed, because the user chose it.
+Result<FileDescriptor> openSiteFolder(const std::filesystem::path& folder);
 
-/// The folder at `relativePath` below `root`, empty for `root` itself. A link on the way is ELOOP, and what
-/// is no folder ENOTDIR.
-FileDescriptor openFolderBelow(const FileDescriptor& root, std::string_view relativePath);
-
-/// The system's words for `code`, an errno.
-std::string systemReason(int code);
+/// The folder at `relativePath` below `root`; an empty path opens `root` itself. Errors: a link on the way is
+/// too_many_symbolic_link_levels, anything else that is not a folder not_a_directory.
+Result<FileDescriptor> openFolderBelow(const FileDescriptor& root, std::string_view relativePath);
 
 } // namespace luma

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/foldercomparison.h"
 
+#include "base/filecalls.h"
+#include "base/folderreader.h"
 #include "base/parallel.h"
 #include "site/folderaccess.h"
 #include "site/shownname.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 
@@ -78,7 +79,7 @@ bool isTemporaryName(std::string_view name)
 
 bool isLeftOut(std::string_view name)
 {
-    return name == "." || name == ".." || name == ".DS_Store" || isTemporaryName(name);
+    return name == ".DS_Store" || isTemporaryName(name);
 }
 
 std::string linkTarget(int folder, const char* name)
@@ -88,35 +89,13 @@ std::string linkTarget(int folder, const char* name)
     return {target.data(), length < 0 ? 0 : static_cast<std::size_t>(length)};
 }
 
-class OpenDirectory final
+Result<FolderReader> readFolderBelow(const FileDescriptor& root, const std::string& relativePath)
 {
-public:
-    // Takes the descriptor over; an empty one leaves errno as it is.
-    explicit OpenDirectory(FileDescriptor folder) : m_stream(folder ? ::fdopendir(folder.get()) : nullptr)
-    {
-        if (m_stream)
-            (void)folder.release();
-    }
-    OpenDirectory(const OpenDirectory&) = delete;
-    OpenDirectory& operator=(const OpenDirectory&) = delete;
-    ~OpenDirectory()
-    {
-        if (m_stream)
-            (void)::closedir(m_stream);
-    }
-
-    [[nodiscard]] bool isOpen() const { return m_stream != nullptr; }
-    [[nodiscard]] int descriptor() const { return ::dirfd(m_stream); }
-    // Nothing at the end, and with errno set on failure.
-    [[nodiscard]] const dirent* next() const
-    {
-        errno = 0;
-        return ::readdir(m_stream);
-    }
-
-private:
-    DIR* m_stream;
-};
+    auto folder = openFolderBelow(root, relativePath);
+    if (!folder)
+        return folder.error();
+    return FolderReader::open(*std::move(folder), relativePath);
+}
 
 // One of the threads at work: visits folders and keeps what it finds to itself.
 class Worker final
@@ -143,16 +122,16 @@ private:
     const std::shared_ptr<const SyncFolders>& m_folders;
     FolderQueue& m_queue;
     const WorkItem& m_item;
-    std::string m_folder; // the relative path of the folder being visited
-    FileDescriptor m_receiving;
+    std::string m_folder;       // the relative path of the folder being visited
+    FileDescriptor m_receiving; // empty where the receiving side has no such folder
     std::vector<PendingFolder> m_subfolders;
 
     void visit(const PendingFolder& folder);
-    bool openReceiving(const PendingFolder& folder);
-    void examine(int sending, const dirent& entry);
+    Result<void> openReceiving(const PendingFolder& folder);
+    void examine(int sending, const FolderReader::Entry& entry);
     void compare(const char* name, int sending, const struct stat& sent);
     void addRow(SyncMode mode, const char* name);
-    void addProblem(const char* name, int code);
+    void addProblem(const char* name, std::errc code);
     [[nodiscard]] std::string pathOf(std::string_view name) const;
 };
 
@@ -175,20 +154,28 @@ void Worker::addRow(SyncMode mode, const char* name)
                            .folders = m_folders});
 }
 
-void Worker::addProblem(const char* name, int code)
+void Worker::addProblem(const char* name, std::errc code)
 {
     const std::string path = pathOf(name);
     report.problems.push_back(shownName(path.empty() ? "." : path) + ": " + systemReason(code));
 }
 
-// False when the folder exists on the receiving side and cannot be compared with.
-bool Worker::openReceiving(const PendingFolder& folder)
+// An error when the folder exists on the receiving side but can't be compared with.
+Result<void> Worker::openReceiving(const PendingFolder& folder)
 {
     m_receiving.reset();
     if (folder.isMissing)
-        return true;
-    m_receiving = openFolderBelow(m_receivingRoot, folder.relativePath);
-    return m_receiving || errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
+        return {};
+    auto opened = openFolderBelow(m_receivingRoot, folder.relativePath);
+    if (opened) {
+        m_receiving = *std::move(opened);
+        return {};
+    }
+    const std::errc code = opened.error().code;
+    if (code == std::errc::no_such_file_or_directory || code == std::errc::not_a_directory ||
+        code == std::errc::too_many_symbolic_link_levels)
+        return {};
+    return opened.error();
 }
 
 void Worker::visit(const PendingFolder& folder)
@@ -196,39 +183,39 @@ void Worker::visit(const PendingFolder& folder)
     m_folder = folder.relativePath;
     if (m_item.isCancelled())
         return;
-    const OpenDirectory sending(openFolderBelow(m_sendingRoot, m_folder));
-    if (!sending.isOpen()) {
-        // Removed since its name was read.
-        if (errno != ENOENT)
-            addProblem("", errno);
+    auto sending = readFolderBelow(m_sendingRoot, m_folder);
+    if (!sending) {
+        // Not found: removed since its name was read.
+        if (sending.error().code != std::errc::no_such_file_or_directory)
+            addProblem("", sending.error().code);
         return;
     }
-    if (!openReceiving(folder)) {
-        addProblem("", errno);
+    if (const auto opened = openReceiving(folder); !opened) {
+        addProblem("", opened.error().code);
         return;
     }
-    while (const dirent* entry = sending.next()) {
+    while (const auto entry = sending->next()) {
         if (m_item.isCancelled())
             return;
-        examine(sending.descriptor(), *entry);
+        examine(sending->descriptor(), *entry);
     }
-    if (errno != 0)
-        addProblem("", errno);
+    if (sending->error())
+        addProblem("", sending->error()->code);
     m_queue.add(m_subfolders);
 }
 
-void Worker::examine(int sending, const dirent& entry)
+void Worker::examine(int sending, const FolderReader::Entry& entry)
 {
-    const char* name = entry.d_name;
+    const char* name = entry.name();
     if (isLeftOut(name))
         return;
     struct stat sent = {};
-    if (entry.d_type != DT_DIR && ::fstatat(sending, name, &sent, AT_SYMLINK_NOFOLLOW) != 0) {
+    if (!entry.isListedAsFolder() && ::fstatat(sending, name, &sent, AT_SYMLINK_NOFOLLOW) != 0) {
         if (errno != ENOENT)
-            addProblem(name, errno);
+            addProblem(name, std::errc(errno));
         return;
     }
-    if (entry.d_type == DT_DIR || S_ISDIR(sent.st_mode))
+    if (entry.isListedAsFolder() || S_ISDIR(sent.st_mode))
         m_subfolders.push_back({.relativePath = pathOf(name), .isMissing = !m_receiving});
     else if (S_ISREG(sent.st_mode) || S_ISLNK(sent.st_mode))
         compare(name, sending, sent);
@@ -243,7 +230,7 @@ void Worker::compare(const char* name, int sending, const struct stat& sent)
         if (errno == ENOENT)
             addRow(SyncMode::Copy, name);
         else
-            addProblem(name, errno);
+            addProblem(name, std::errc(errno));
     } else if (S_ISLNK(sent.st_mode) && S_ISLNK(received.st_mode)) {
         if (linkTarget(sending, name) != linkTarget(m_receiving.get(), name))
             addRow(SyncMode::DeleteFirst, name);
@@ -266,19 +253,19 @@ FolderComparison::FolderComparison(std::filesystem::path sending, std::filesyste
 
 Result<ComparisonReport> FolderComparison::run(const WorkItem& item) const
 {
-    const FileDescriptor sending = openSiteFolder(m_folders->sending);
+    const auto sending = openSiteFolder(m_folders->sending);
     if (!sending)
-        return Error{m_folders->sending.string() + ": " + systemReason(errno)};
-    const FileDescriptor receiving = openSiteFolder(m_folders->receiving);
+        return sending.error();
+    const auto receiving = openSiteFolder(m_folders->receiving);
     if (!receiving)
-        return Error{m_folders->receiving.string() + ": " + systemReason(errno)};
+        return receiving.error();
     FolderQueue queue;
     std::vector<PendingFolder> first(1);
     queue.add(first);
     ComparisonReport report;
     std::mutex reportMutex;
     runInParallel(workerCount, [&] {
-        Worker worker(sending, receiving, m_folders, queue, item);
+        Worker worker(*sending, *receiving, m_folders, queue, item);
         worker.run();
         const std::scoped_lock lock(reportMutex);
         append(report.rows, worker.report.rows);
