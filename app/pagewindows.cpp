@@ -3,6 +3,7 @@
 
 #include "app/documentcontroller.h"
 #include "app/preferences.h"
+#include "base/pathbelow.h"
 #include "editor/htmldocument.h"
 
 #include <QFile>
@@ -76,8 +77,7 @@ void PageWindows::connectWindow(HTMLDocument* window)
 void PageWindows::openFrom(const HTMLDocument* window, const fs::path& page)
 {
     const fs::path& site = window->mountPath;
-    const fs::path below = page.lexically_relative(site);
-    const bool isInside = !site.empty() && !below.empty() && *below.begin() != "..";
+    const bool isInside = isAtOrBelow(page.native(), site.native());
     if (const auto opened = m_documents.open(page, isInside ? site : page.parent_path()); !opened)
         (void)std::fprintf(stderr, "luma: %s\n", opened.error().text.c_str());
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "desktop/thumbnails.h"
 
-#include "base/filedescriptor.h"
+#include "base/filecalls.h"
 #include "base/fileuri.h"
 
 #include <QCryptographicHash>
@@ -21,14 +21,14 @@ constexpr off_t maximumBytes = 100'000'000;
 
 QImage decoded(const std::filesystem::path& path, const QSize& size)
 {
-    // Without blocking, for a pipe has no end; by its bytes, for a QString can't hold every name.
-    FileDescriptor descriptor(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
+    // Not blocking, for a FIFO never ends; not by a QString, which can't hold every name.
+    auto opened = openFile(path.native(), O_RDONLY | O_NONBLOCK);
     struct stat status = {};
-    if (!descriptor || ::fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
+    if (!opened || ::fstat(opened->get(), &status) != 0 || !S_ISREG(status.st_mode) ||
         status.st_size > maximumBytes)
         return {};
     QFile file;
-    if (!file.open(descriptor.release(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+    if (!file.open(opened->release(), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
         return {};
     QImageReader reader(&file);
     reader.setDecideFormatFromContent(true);

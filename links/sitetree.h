@@ -26,8 +26,7 @@ public:
     enum class Type : std::uint8_t { File, Folder, LinkToFile, LinkToFolder, BrokenLink, UnreadableFolder };
 
     /// Error: the site's folder can't be read, or the job was stopped (isStopped()). An unreadable folder below it
-    /// counts as
-    /// empty.
+    /// counts as empty.
     static Result<SiteTree> read(const std::filesystem::path& root, const StillWanted& stillWanted = {});
 
     /// All items but folders and symbolic links to folders, in the byte order of the subpaths.

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "lumactl/commandarguments.h"
 
+#include "base/filecalls.h"
 #include "base/files.h"
+#include "base/folderreader.h"
 #include "lumactl/standardoutput.h"
 
 #include <algorithm>
@@ -79,15 +81,15 @@ std::vector<std::string> CommandArguments::values(std::string_view name) const
 
 std::optional<fs::path> siteFolder(const std::string& argument)
 {
-    std::error_code error;
+    // Read before anything is moved: links can't be updated in a site that can't be listed.
     const fs::path site = absolutePath(argument);
-    if (!argument.empty() && fs::is_directory(site, error)) {
-        // In a site that can't be listed no links can be updated, so nothing may be moved.
-        const fs::directory_iterator entries(site, error);
-        if (!error)
-            return site;
-    }
-    complain(argument + ": " + (error ? error.message() : "Not a folder"));
+    const auto reader = FolderReader::open(argument.empty() ? "" : site.native());
+    if (reader)
+        return site;
+    const std::errc reason = reader.error().code;
+    complain(
+        argument + ": " +
+        (argument.empty() || reason == std::errc::not_a_directory ? "Not a folder" : systemReason(reason)));
     return std::nullopt;
 }
 

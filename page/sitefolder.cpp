@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/sitefolder.h"
 
+#include "base/filecalls.h"
+#include "base/pathbelow.h"
+
 #include <QMimeDatabase>
 #include <QUrl>
 
 #include <fcntl.h>
 #include <sys/stat.h>
 
-#include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <system_error>
 
 namespace fs = std::filesystem;
@@ -19,12 +19,6 @@ namespace luma {
 namespace {
 
 constexpr std::string_view onDisk = "/:";
-
-bool isBeneath(const fs::path& path, const fs::path& folder)
-{
-    const auto inFolder = std::mismatch(folder.begin(), folder.end(), path.begin(), path.end()).first;
-    return inFolder == folder.end();
-}
 
 fs::path absoluteFolder(const fs::path& path)
 {
@@ -55,8 +49,9 @@ SiteFolder::SiteFolder(const fs::path& page, const fs::path& site)
         return;
     std::error_code ignored;
     const fs::path folder = absoluteFolder(site);
-    if (isBeneath(m_page, folder) ||
-        isBeneath(fs::weakly_canonical(m_page, ignored), fs::weakly_canonical(folder, ignored)))
+    if (isAtOrBelow(m_page.native(), folder.native()) ||
+        isAtOrBelow(fs::weakly_canonical(m_page, ignored).native(),
+                    fs::weakly_canonical(folder, ignored).native()))
         m_folder = folder;
 }
 
@@ -104,7 +99,7 @@ std::optional<fs::path> SiteFolder::realPath(const fs::path& file) const
     if (error)
         return {};
     fs::path real = fs::canonical(file, error);
-    if (error || !isBeneath(real, folder))
+    if (error || !isAtOrBelow(real.native(), folder.native()))
         return {};
     return real;
 }
@@ -115,18 +110,18 @@ Result<FileDescriptor> SiteFolder::open(const fs::path& file) const
     if (!real)
         return refusal(file, "no such file in the site");
     // Not blocking, as a FIFO would block for ever.
-    FileDescriptor descriptor(::open(real->c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOFOLLOW));
-    if (!descriptor)
-        return refusal(file, std::strerror(errno));
+    auto opened = openFile(real->native(), O_RDONLY | O_NONBLOCK | O_NOFOLLOW);
+    if (!opened)
+        return opened.error();
     struct stat status = {};
-    if (::fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode))
+    if (::fstat(opened->get(), &status) != 0 || !S_ISREG(status.st_mode))
         return refusal(file, "not a regular file");
     // What was opened is what was meant: a folder of the path may have become a link in between.
     std::error_code error;
-    const fs::path opened = fs::read_symlink("/proc/self/fd/" + std::to_string(descriptor.get()), error);
-    if (error || opened != *real)
+    const fs::path inFact = fs::read_symlink("/proc/self/fd/" + std::to_string(opened->get()), error);
+    if (error || inFact != *real)
         return refusal(file, "changed while it was opened");
-    return descriptor;
+    return opened;
 }
 
 std::string contentTypeOf(const fs::path& file)
