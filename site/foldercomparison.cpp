@@ -3,7 +3,6 @@
 
 #include "base/filecalls.h"
 #include "base/folderreader.h"
-#include "base/parallel.h"
 #include "site/folderaccess.h"
 #include "site/shownname.h"
 
@@ -15,8 +14,11 @@
 #include <cerrno>
 #include <climits>
 #include <condition_variable>
+#include <functional>
 #include <mutex>
 #include <optional>
+#include <system_error>
+#include <thread>
 
 namespace luma {
 
@@ -237,6 +239,20 @@ void Worker::compare(const char* name, int sending, const struct stat& sent)
     } else if (S_ISDIR(received.st_mode) || received.st_mtim.tv_sec < sent.st_mtim.tv_sec) {
         addRow(SyncMode::DeleteFirst, name);
     }
+}
+
+// Runs `worker` on that many threads, the caller's included; on fewer where the system gives no more.
+void runInParallel(unsigned threads, const std::function<void()>& worker)
+{
+    std::vector<std::jthread> others;
+    for (unsigned i = 1; i < threads; ++i) {
+        try {
+            others.emplace_back(worker);
+        } catch (const std::system_error&) {
+            break;
+        }
+    }
+    worker();
 }
 
 template <class T>
