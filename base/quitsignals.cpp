@@ -15,8 +15,8 @@ namespace {
 
 constexpr std::array quitting = {SIGTERM, SIGINT, SIGHUP};
 
-// Written by the signal handler, which may do nothing else.
-int writeEnd = -1;
+// The write end of the pipe, for the signal handler, which may only call write(2).
+int signalled = -1;
 
 void handleSignals(void (*handler)(int), int flags)
 {
@@ -30,7 +30,7 @@ void handleSignals(void (*handler)(int), int flags)
 void noteSignal(int /*number*/)
 {
     const char byte = 1;
-    [[maybe_unused]] const ssize_t written = ::write(writeEnd, &byte, 1);
+    [[maybe_unused]] const ssize_t written = ::write(signalled, &byte, 1);
 }
 
 } // namespace
@@ -41,7 +41,8 @@ QuitSignals::QuitSignals(QObject* parent) : QObject(parent)
     if (::pipe2(ends.data(), O_CLOEXEC | O_NONBLOCK) != 0)
         return;
     m_readEnd.reset(ends[0]);
-    writeEnd = ends[1];
+    m_writeEnd.reset(ends[1]);
+    signalled = m_writeEnd.get();
     auto* const notifier = new QSocketNotifier(m_readEnd.get(), QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [notifier] {
         notifier->setEnabled(false);
@@ -54,9 +55,7 @@ QuitSignals::QuitSignals(QObject* parent) : QObject(parent)
 QuitSignals::~QuitSignals()
 {
     handleSignals(SIG_DFL, 0);
-    if (writeEnd >= 0)
-        ::close(writeEnd);
-    writeEnd = -1;
+    signalled = -1;
 }
 
 } // namespace luma

@@ -20,6 +20,7 @@ public:
 
 private:
     FileDescriptor m_readEnd;
+    FileDescriptor m_writeEnd;
 };
 
 } // namespace luma
