@@ -109,13 +109,6 @@ void setAttributes(posix_spawnattr_t& attributes)
 
 } // namespace
 
-void ChildProcess::Descriptor::set(int descriptor)
-{
-    if (m_descriptor >= 0)
-        ::close(m_descriptor);
-    m_descriptor = descriptor;
-}
-
 ChildProcess::ChildProcess(const ChildCommand& command) : m_input(command.input.value_or(std::string_view()))
 {
     if (!isTerminating())
@@ -128,35 +121,34 @@ ChildProcess::~ChildProcess()
 }
 
 // Both ends above 2, so that putting one in the place of 0, 1 or 2 never overwrites the other.
-bool ChildProcess::openPipe(Descriptor& readEnd, Descriptor& writeEnd)
+bool ChildProcess::openPipe(FileDescriptor& readEnd, FileDescriptor& writeEnd)
 {
     std::array<int, 2> ends = {-1, -1};
     if (::pipe2(ends.data(), O_CLOEXEC) != 0)
         return false;
     for (int& end : ends) {
-        const int low = end;
-        end = ::fcntl(low, F_DUPFD_CLOEXEC, firstFreeDescriptor);
-        ::close(low);
+        const FileDescriptor low(end);
+        end = ::fcntl(low.get(), F_DUPFD_CLOEXEC, firstFreeDescriptor);
     }
-    readEnd.set(ends[0]);
-    writeEnd.set(ends[1]);
-    return readEnd.isOpen() && writeEnd.isOpen();
+    readEnd.reset(ends[0]);
+    writeEnd.reset(ends[1]);
+    return readEnd && writeEnd;
 }
 
 void ChildProcess::start(const ChildCommand& command)
 {
-    Descriptor childInput;
-    Descriptor childOutput;
+    FileDescriptor childInput;
+    FileDescriptor childOutput;
     if (!openPipe(m_output, childOutput) || (command.input && !openPipe(childInput, m_inputEnd)))
         return;
     setNonBlocking(m_output.get());
-    if (m_inputEnd.isOpen())
+    if (m_inputEnd)
         setNonBlocking(m_inputEnd.get());
     spawn(command, childInput.get(), childOutput.get());
     if (m_input.empty())
-        m_inputEnd.set(-1);
+        m_inputEnd.reset();
     if (m_pid > 0)
-        m_exit.set(static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0)));
+        m_exit.reset(static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0)));
 }
 
 void ChildProcess::spawn(const ChildCommand& command, int inputEnd, int collectedEnd)
@@ -207,7 +199,7 @@ bool ChildProcess::waitForNextEvent(Awaited awaited)
 int ChildProcess::timeoutFor(Awaited awaited) const
 {
     const bool isEnding = m_ending != Ending::NotAsked;
-    if (!m_exit.isOpen() && (isEnding || awaited == Awaited::Exit))
+    if (!m_exit && (isEnding || awaited == Awaited::Exit))
         return exitPollMilliseconds;
     if (!isEnding)
         return -1;
@@ -224,17 +216,17 @@ void ChildProcess::readCollected(std::size_t atMost)
     if (count > 0)
         m_collected.append(buffer.data(), static_cast<std::size_t>(count));
     else if (count == 0 || (errno != EAGAIN && errno != EINTR))
-        m_output.set(-1);
+        m_output.reset();
 }
 
 // What the child wrote is all in the pipe by now; more could only come from somebody it left behind.
 void ChildProcess::takeRestOfOutput()
 {
     int rest = 0;
-    if (!m_output.isOpen() || ::ioctl(m_output.get(), FIONREAD, &rest) != 0)
+    if (!m_output || ::ioctl(m_output.get(), FIONREAD, &rest) != 0)
         return;
     const std::size_t whole = m_collected.size() + static_cast<std::size_t>(rest);
-    while (m_output.isOpen() && m_collected.size() < whole)
+    while (m_output && m_collected.size() < whole)
         readCollected(whole - m_collected.size());
 }
 
@@ -246,7 +238,7 @@ void ChildProcess::writeInput()
         m_input.remove_prefix(static_cast<std::size_t>(count));
     const bool isRefused = count < 0 && errno != EAGAIN && errno != EINTR;
     if (isRefused || m_input.empty())
-        m_inputEnd.set(-1);
+        m_inputEnd.reset();
 }
 
 // The child is not reaped yet, so its id cannot have become somebody else's.
@@ -299,12 +291,12 @@ bool ChildProcess::waitForEndOfOutput()
 {
     if (m_pid < 0)
         return false;
-    while (m_output.isOpen() && !(m_ending != Ending::NotAsked && hasExited())) {
+    while (m_output && !(m_ending != Ending::NotAsked && hasExited())) {
         if (!waitForNextEvent(Awaited::EndOfOutput))
             break;
     }
     leave();
-    return !m_output.isOpen() && m_ending == Ending::NotAsked;
+    return !m_output && m_ending == Ending::NotAsked;
 }
 
 std::optional<int> ChildProcess::waitForExit()

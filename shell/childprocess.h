@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/filedescriptor.h"
+
 #include <sys/types.h>
 
 #include <chrono>
@@ -53,25 +55,10 @@ public:
     [[nodiscard]] std::string takeCollected() { return std::exchange(m_collected, {}); }
 
 private:
-    class Descriptor final
-    {
-    public:
-        Descriptor() = default;
-        Descriptor(const Descriptor&) = delete;
-        Descriptor& operator=(const Descriptor&) = delete;
-        ~Descriptor() { set(-1); }
-        void set(int descriptor);
-        [[nodiscard]] int get() const { return m_descriptor; }
-        [[nodiscard]] bool isOpen() const { return m_descriptor >= 0; }
-
-    private:
-        int m_descriptor = -1;
-    };
-
     enum class Ending { NotAsked, Terminated, Killed, GivenUp };
     enum class Awaited { EndOfOutput, Exit };
 
-    static bool openPipe(Descriptor& readEnd, Descriptor& writeEnd);
+    static bool openPipe(FileDescriptor& readEnd, FileDescriptor& writeEnd);
     void start(const ChildCommand& command);
     void spawn(const ChildCommand& command, int inputEnd, int collectedEnd);
     bool waitForNextEvent(Awaited awaited);
@@ -85,9 +72,9 @@ private:
     void leave();
 
     pid_t m_pid = -1; // until reaped or left
-    Descriptor m_exit;
-    Descriptor m_output;
-    Descriptor m_inputEnd;
+    FileDescriptor m_exit;
+    FileDescriptor m_output;
+    FileDescriptor m_inputEnd;
     std::string_view m_input;
     std::string m_collected;
     Ending m_ending = Ending::NotAsked;

@@ -22,7 +22,7 @@ ROOT = Path(__file__).resolve().parents[2]
 # docs/architecture.md shows the same table.
 FLOORS = {
     "base": set(),
-    "shell": set(),
+    "shell": {"base"},
     "html": {"base"},
     "desktop": {"base"},
     "mounts": {"base"},
