@@ -12,11 +12,11 @@
 
 namespace luma {
 
-/// Spreads a numbered list of work over all cores and hands the results back in the list's order.
+/// Spreads a numbered list of work over all cores and delivers the results in the list's order.
 ///
-/// `work(index, worker)` runs on any of the workers, `worker` being its number below workerCount();
-/// `take(index, Value&&)` runs on the calling thread, in order. The calling thread works too while it has
-/// nothing to take. No worker runs more than a few hundred items ahead, so memory stays bounded.
+/// `work(index, worker)` runs on any worker; `worker` is its number, below workerCount(). `take(index,
+/// Value&&)` runs on the calling thread, in order; while there is nothing to take, that thread works, too. The
+/// workers stay at most a few hundred items ahead, so memory is bounded.
 template <class Value>
 class OrderedWork final
 {
@@ -31,7 +31,7 @@ public:
         return cores == 0 ? 1 : cores;
     }
 
-    /// True when everything was taken, false when it was no longer wanted.
+    /// True when everything was taken, false when the job was stopped.
     template <class Work, class Take>
     bool run(Work work, Take take)
     {
@@ -72,7 +72,7 @@ private:
         return true;
     }
 
-    // The next item of the list; nothing when there is none, or, for who does not wait, none yet.
+    // The next item of the list; nothing at its end, or, without `wait`, when the window is full.
     std::optional<std::size_t> claim(bool wait)
     {
         if (wait && !isWanted(m_stillWanted))

@@ -13,7 +13,7 @@ namespace luma::icons {
 
 namespace {
 
-/// The name of our icon for a content type that the theme has no icon for.
+// Our icon for a content type for which the theme has none.
 QString fallbackName(const QMimeType& type)
 {
     static const std::pair<QLatin1StringView, QLatin1StringView> names[] = {
@@ -45,7 +45,7 @@ QIcon ofType(const QMimeType& type)
     return symbol(fallbackName(type));
 }
 
-/// What desktops call our symbols (freedesktop.org, Icon Naming Specification).
+// The standard names of our symbols (freedesktop.org, Icon Naming Specification).
 QString themeName(const QString& symbolName)
 {
     static const QHash<QString, QString> names = {
@@ -65,7 +65,7 @@ QString themeName(const QString& symbolName)
     return names.value(symbolName);
 }
 
-// Never destroyed: pixmaps must not outlive the application object's end.
+// Never destroyed, because pixmaps must not be destroyed after the application object.
 QHash<QString, QIcon>& byExtension()
 {
     static auto* const icons = new QHash<QString, QIcon>;

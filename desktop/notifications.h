@@ -5,12 +5,12 @@
 
 namespace luma {
 
-/// Tells every program of the session that listens. A notification is a signal on the D-Bus session bus
-/// (interface org.luma.Notification, member posted) whose two string arguments are its name and its object.
-/// False when there is no session bus. Any thread.
+/// Sends a notification to every listening program of the session: a signal on the D-Bus session bus
+/// (interface org.luma.Notification, member posted) with two string arguments, its name and its object. False
+/// without a session bus. Any thread.
 bool postNotification(const QString& name, const QString& object);
 
-/// Hears of the notifications with one name and one object for as long as it lives. Main thread only.
+/// Emits posted() for each notification with the given name and object. Main thread only.
 class NotificationObserver final : public QObject
 {
     Q_OBJECT

@@ -5,8 +5,8 @@
 
 namespace luma {
 
-/// Draws an SVG whose "currentColor" is the palette's text colour at the moment of drawing; grey when
-/// disabled, the highlighted text's colour when selected.
+/// Draws an SVG in which "currentColor" is the palette's text colour at the time of drawing; in the disabled
+/// and the selected mode it is the text colour of that state.
 class SymbolIconEngine final : public QIconEngine
 {
 public:

@@ -54,7 +54,7 @@ QImage cached(const std::filesystem::path& path, const QSize& size)
     const QString cache = QStandardPaths::writableLocation(QStandardPaths::GenericCacheLocation);
     for (const char* shelf : {"large", "normal", "x-large"}) {
         const QImage image(QStringLiteral("%1/thumbnails/%2/%3.png").arg(cache, QLatin1String(shelf), name));
-        // Made of this very version of the file, or of no use.
+        // Use it only if it was made from this version of the file.
         if (!image.isNull() && image.text(QStringLiteral("Thumb::MTime")).toLongLong() == status.st_mtime)
             return image.width() > size.width() || image.height() > size.height()
                        ? image.scaled(size, Qt::KeepAspectRatio, Qt::SmoothTransformation)

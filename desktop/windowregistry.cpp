@@ -29,7 +29,7 @@ QString entryText(const QWidget& window)
 
 WindowRegistry& WindowRegistry::instance()
 {
-    // Owned by the application, so that it goes before the windows' platform does.
+    // Owned by the application, so that it is destroyed before the window system's connection.
     static QPointer<WindowRegistry> registry;
     if (!registry)
         registry = new WindowRegistry(qApp);
@@ -103,7 +103,7 @@ void WindowRegistry::listIn(QMenu* menu) const
 
 bool WindowRegistry::eventFilter(QObject* watched, QEvent* event)
 {
-    // A window that the user closes is hidden first; one that refuses to close is not.
+    // A window that closes is hidden; one that refuses to close is not.
     if (event->type() == QEvent::Hide && !event->spontaneous())
         m_windows.removeIf([watched](const QPointer<QWidget>& window) { return window.data() == watched; });
     if (event->type() == QEvent::Show && !event->spontaneous())

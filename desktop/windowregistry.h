@@ -10,8 +10,8 @@ class QWidget;
 
 namespace luma {
 
-/// The open windows of the application, in the order they came, and the Windows menus that list them. A
-/// window is entered once and leaves by itself when it is closed or destroyed. Main thread only.
+/// The application's open windows, in the order they were opened, and the Windows menus that list them. A
+/// window is added once and removed when it is closed or destroyed. Main thread only.
 class WindowRegistry final : public QObject
 {
     Q_OBJECT
@@ -19,22 +19,21 @@ class WindowRegistry final : public QObject
 public:
     using QObject::QObject;
 
-    /// The registry of the application, made at the first call.
+    /// The application's registry, created by the first call.
     static WindowRegistry& instance();
 
     void add(QWidget* window);
-    /// The same for the window that the others lead back to: it stays listed, first, while it is closed.
+    /// Adds the main window, which is listed first and stays listed while it is closed.
     void addHome(QWidget* window);
     [[nodiscard]] QList<QWidget*> windows() const;
 
-    /// The first window whose title is exactly `title`, or none.
+    /// The first window whose title is exactly `title`, or null.
     [[nodiscard]] QWidget* windowTitled(const QString& title) const;
 
-    /// Brings a window to the front, out of the task bar too, with the keyboard.
+    /// Raises a window, restores it when minimized, and gives it the keyboard focus.
     static void bringToFront(QWidget* window);
 
-    /// Makes `menu` list the windows whenever it opens, below the entries it has already. The active window's
-    /// entry is ticked.
+    /// Lists the windows below the menu's other entries whenever it opens; the active window is checked.
     void fill(QMenu* menu);
 
 protected:

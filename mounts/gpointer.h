@@ -7,8 +7,8 @@
 
 namespace luma {
 
-/// Handles of GLib that let go of what they own. GLib's headers use Qt's word `signals` for a member: include
-/// this file before any header of Qt, and only in .cpp files.
+/// Releases GLib's objects for GPointer. GLib's headers use Qt's word `signals` for a member, so include this
+/// file before any header of Qt, and only in .cpp files.
 struct GRelease final
 {
     void operator()(gpointer object) const { g_object_unref(object); }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "mounts/gpointer.h"
-// GLib's headers come first: they use Qt's word `signals` for a member.
+// GLib's headers come first, because they use Qt's word `signals` for a member.
 #include "base/filedescriptor.h"
 #include "mounts/mountmonitor.h"
 #include "mounts/mounttable.h"
@@ -20,7 +20,7 @@ namespace luma {
 
 namespace fs = std::filesystem;
 
-// The volumes of gvfs. Their local path is asked for while they are there: it can't be had afterwards.
+// The volumes of gvfs. Their local paths are recorded while they are mounted, as they are unknown afterwards.
 class MountMonitor::VolumeWatch final
 {
 public:
@@ -70,8 +70,8 @@ private:
             emit m_owner.unmounted(known.mapped());
     }
 
-    // GVolumeMonitor reports on GLib's default main context, which Qt's event loop drives unless Qt was told
-    // to go without GLib.
+    // GVolumeMonitor reports on GLib's default main context. Qt's event loop runs it, unless Qt goes without
+    // GLib.
     void runGLibContext()
     {
         const QAbstractEventDispatcher* dispatcher = QAbstractEventDispatcher::instance();
@@ -90,7 +90,7 @@ private:
     QTimer m_pump;
 };
 
-// The kernel's table of mounts, which GVolumeMonitor shows in part only. The kernel signals a change as an
+// The kernel's table of mounts, of which GVolumeMonitor shows only a part. The kernel signals a change as an
 // exceptional condition (man 5 proc_pid_mounts).
 class MountMonitor::MountTableWatch final
 {

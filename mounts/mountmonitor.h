@@ -8,9 +8,9 @@
 
 namespace luma {
 
-/// Tells when a volume goes away, whoever unmounted it: one of gvfs' or one in the kernel's table of mounts.
-/// Main thread only. A path is concerned when it is the mount point or below it (isAtOrBelow, pathbelow.h).
-/// The same mount point may be told twice.
+/// Reports unmounted volumes, those of gvfs and those in the kernel's table of mounts, whichever program
+/// unmounted them. Main thread only. A path was on the volume when it is at or below the mount point
+/// (isAtOrBelow, pathbelow.h). The same mount point may be reported twice.
 class MountMonitor final : public QObject
 {
     Q_OBJECT

@@ -8,17 +8,17 @@
 
 namespace luma {
 
-/// How a mount request ended when it did not fail.
+/// How a successful mount request ended.
 enum class MountOutcome { Mounted, MountedBefore };
 
-/// Asks gvfs to mount the volume that encloses `url` and answers its questions: the first one for a password
-/// with `user` and `password`, every other with a refusal. Blocks the calling thread, on a main context of
-/// its own. `isWanted` as in mountShare.
+/// Asks gvfs to mount the volume that encloses `url`. Its first question for a password is answered with
+/// `user` and `password`, every other question is refused. Blocks the calling thread, on a main context of its
+/// own. `isWanted` as in mountShare.
 Result<MountOutcome> requestMount(const std::string& url, const std::string& user,
                                   const std::string& password, const std::function<bool()>& isWanted);
 
-/// Asks gvfs to unmount the volume that encloses the local folder `path` and waits for the answer, ten
-/// seconds at most. Whatever still uses it keeps it. Errors are ignored.
+/// Asks gvfs to unmount the volume that encloses the local folder `path` and waits at most ten seconds for
+/// the answer. A volume in use stays mounted. Errors are ignored.
 void requestUnmount(const std::string& path);
 
 } // namespace luma

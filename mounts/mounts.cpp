@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "mounts/gpointer.h"
-// GLib's headers come first: they use Qt's word `signals` for a member.
+// GLib's headers come first, because they use Qt's word `signals` for a member.
 #include "base/filecalls.h"
 #include "base/folderreader.h"
 #include "mounts/mountrequest.h"

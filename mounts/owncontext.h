@@ -5,8 +5,8 @@
 
 namespace luma {
 
-/// A GLib main context for the calling thread alone: while it lives, the callbacks of what GIO starts on this
-/// thread arrive when the context is run. Goes on the thread that made it.
+/// A GLib main context for the calling thread: during its lifetime, the callbacks of GIO operations started on
+/// this thread arrive when the context is iterated. Destroyed on the thread that created it.
 class OwnContext final
 {
 public:
@@ -15,7 +15,7 @@ public:
     OwnContext& operator=(const OwnContext&) = delete;
     ~OwnContext()
     {
-        // What GLib left to be done at idle time would otherwise keep its objects for ever.
+        // Otherwise idle callbacks left by GLib would keep their objects for ever.
         while (g_main_context_iteration(m_context.get(), FALSE) != FALSE) {
         }
         g_main_context_pop_thread_default(m_context.get());

@@ -10,9 +10,9 @@
 
 namespace luma {
 
-/// Mounts shares of servers. A mounter never asks the user anything: what it is given must do. mount(),
-/// existingMount() and unmount() are called on any thread and may block there for as long as the server
-/// takes; unmounted() comes on the main thread.
+/// Mounts shares of servers, without ever asking the user anything. mount(), existingMount() and unmount()
+/// may be called on any thread and block as long as the server takes; unmounted() is emitted on the main
+/// thread.
 class VolumeMounter : public QObject
 {
     Q_OBJECT
@@ -20,19 +20,19 @@ class VolumeMounter : public QObject
 public:
     using QObject::QObject;
 
-    /// Mounts the share at `shareURL` as that user; the mount point, or nothing on any failure (the share
-    /// being mounted already is one). `isWanted` is asked on the calling thread while the server is waited
-    /// for; when it turns false the call ends soon, with nothing.
+    /// Mounts the share at `shareURL` as `user` and returns the mount point, or nothing on any failure, an
+    /// already mounted share included. `isWanted` is asked on the calling thread while waiting for the server;
+    /// once it is false, the call soon returns nothing.
     virtual std::optional<std::filesystem::path> mount(const QString& shareURL, const QString& user,
                                                        const QString& password,
                                                        const std::function<bool()>& isWanted) = 0;
-    /// Where a share of the same host and path is mounted already.
+    /// The mount point of a share of the same host and path that is already mounted.
     virtual std::optional<std::filesystem::path> existingMount(const QString& shareURL) = 0;
-    /// Asks for the volume at `mountPoint` to be unmounted, without waiting for it; errors are ignored.
+    /// Starts unmounting the volume at `mountPoint` and returns at once; errors are ignored.
     virtual void unmount(const std::filesystem::path& mountPoint) = 0;
 
 signals:
-    /// A volume was unmounted, by whomever.
+    /// A volume was unmounted, by this or any other program.
     void unmounted(const std::filesystem::path& mountPoint);
 };
 
