@@ -3,6 +3,7 @@
 
 #include <unistd.h>
 
+#include <cerrno>
 #include <utility>
 
 namespace luma {
@@ -26,9 +27,9 @@ public:
     [[nodiscard]] int get() const { return m_descriptor; }
     explicit operator bool() const { return m_descriptor >= 0; }
     [[nodiscard]] int release() { return std::exchange(m_descriptor, -1); }
-    /// Closes it now. False, with errno set, when close(2) fails: a network file system reports there what it
+    /// Closes it now and returns 0, or the errno of close(2), by which a network file system reports what it
     /// could not store.
-    [[nodiscard]] bool close() { return ::close(release()) == 0; }
+    [[nodiscard]] int close() { return ::close(release()) == 0 ? 0 : errno; }
     void reset(int descriptor = -1)
     {
         if (m_descriptor >= 0)

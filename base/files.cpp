@@ -65,8 +65,8 @@ public:
     {
         if (durability == Durability::Synced && ::fsync(m_descriptor.get()) != 0)
             return systemError(m_target, errno);
-        if (!m_descriptor.close())
-            return systemError(m_target, errno);
+        if (const int code = m_descriptor.close(); code != 0)
+            return systemError(m_target, code);
         // An smb server stamps a written file when it is closed, so the times are set once more.
         if (m_times && ::utimensat(AT_FDCWD, m_path.c_str(), m_times->data(), 0) != 0 &&
             !isUnsupported(errno))

@@ -32,35 +32,36 @@ std::string takeStep(std::string_view& path, std::size_t limit)
     return step;
 }
 
-int openStep(int folder, const char* path)
+Result<FileDescriptor> openStep(int folder, const std::string& path)
 {
     open_how how = {};
     how.flags = static_cast<unsigned>(folderFlags);
     how.resolve = RESOLVE_NO_SYMLINKS | RESOLVE_BENEATH;
-    return static_cast<int>(::syscall(SYS_openat2, folder, path, &how, sizeof how));
+    FileDescriptor opened(static_cast<int>(::syscall(SYS_openat2, folder, path.c_str(), &how, sizeof how)));
+    if (!opened)
+        return systemError(path, errno);
+    return opened;
 }
 
-int openComponent(int folder, const char* name)
+Result<FileDescriptor> openComponent(int folder, const std::string& name)
 {
-    return ::openat(folder, name, folderFlags | O_NOFOLLOW);
+    FileDescriptor opened(::openat(folder, name.c_str(), folderFlags | O_NOFOLLOW));
+    if (!opened)
+        return systemError(name, errno);
+    return opened;
 }
 
-// As openat(2): a descriptor, or -1 with errno set.
-using Opener = int (*)(int, const char*);
+using Opener = Result<FileDescriptor> (*)(int, const std::string&);
 
 Result<FileDescriptor> openInSteps(const FileDescriptor& root, std::string_view path, std::size_t limit,
                                    Opener open)
 {
-    FileDescriptor current(::fcntl(root.get(), F_DUPFD_CLOEXEC, 0));
-    for (std::string_view rest = path; current && !rest.empty();) {
-        const std::string step = takeStep(rest, limit);
-        FileDescriptor next(open(current.get(), step.c_str()));
-        if (!next)
-            return systemError(path, errno);
-        current = std::move(next);
-    }
-    if (!current)
+    FileDescriptor copy(::fcntl(root.get(), F_DUPFD_CLOEXEC, 0));
+    if (!copy)
         return systemError(path, errno);
+    Result<FileDescriptor> current = std::move(copy);
+    while (current && !path.empty())
+        current = open(current->get(), takeStep(path, limit));
     return current;
 }
 
