@@ -82,6 +82,7 @@ private:
         return bytes ? *bytes : "unreadable: " + bytes.error().text;
     }
 
+    static std::string failure(const Result<void>& done) { return done ? "" : done.error().text; }
     static const char* text(const Result<fs::path>& result)
     {
         return result ? result->c_str() : result.error().text.c_str();
@@ -286,8 +287,7 @@ private slots:
 
         const fs::path copy = *folder / "copy \xc3\xa4 #1%.html";
         const fs::path behind = m_samba.folder(site) / copy.filename();
-        const auto copied = copyFile(source, copy, Existing::Keep);
-        QVERIFY2(copied, copied ? "" : copied.error().text.c_str());
+        QCOMPARE(failure(copyFile(source, copy, Existing::Keep)), std::string());
         QCOMPARE(bytesOf(behind), bytes);
         QVERIFY2(!copyFile(source, copy, Existing::Keep), "a file that is there was replaced");
         struct stat status = {};
@@ -296,21 +296,17 @@ private slots:
 
         put(source, "second");
         QCOMPARE(::utimensat(AT_FDCWD, source.c_str(), times, 0), 0);
-        const auto replaced = copyFile(source, copy, Existing::Replace);
-        QVERIFY2(replaced, replaced ? "" : replaced.error().text.c_str());
+        QCOMPARE(failure(copyFile(source, copy, Existing::Replace)), std::string());
         QCOMPARE(bytesOf(behind), std::string("second"));
         QCOMPARE(::stat(behind.c_str(), &status), 0);
         QCOMPARE(status.st_mtim.tv_sec, 1'500'000'001);
 
-        const auto written = writeFile(copy, "third");
-        QVERIFY2(written, written ? "" : written.error().text.c_str());
+        QCOMPARE(failure(writeFile(copy, "third")), std::string());
         QCOMPARE(bytesOf(behind), std::string("third"));
-        const auto moved = moveItem(copy, *folder / "docs of mine/moved.html");
-        QVERIFY2(moved, moved ? "" : moved.error().text.c_str());
+        QCOMPARE(failure(moveItem(copy, *folder / "docs of mine/moved.html")), std::string());
         QVERIFY(!moveItem(*folder / "index.html", *folder / "docs of mine/moved.html"));
         QCOMPARE(bytesOf(*folder / "docs of mine/moved.html"), std::string("third"));
-        const auto whole = copyItem(*folder / "docs of mine", *folder / "whole");
-        QVERIFY2(whole, whole ? "" : whole.error().text.c_str());
+        QCOMPARE(failure(copyItem(*folder / "docs of mine", *folder / "whole")), std::string());
         QVERIFY(moveItem(*folder / "whole", source.parent_path() / "whole"));
         QCOMPARE(bytesOf(source.parent_path() / "whole/moved.html"), std::string("third"));
         QVERIFY(removeItem(*folder / "docs of mine/moved.html"));

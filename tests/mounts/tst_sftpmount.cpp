@@ -41,6 +41,7 @@ private:
         return std::any_of(mounts.begin(), mounts.end(),
                            [&](const auto& entry) { return entry.mountPoint == folder; });
     }
+    static std::string failure(const Result<void>& done) { return done ? "" : done.error().text; }
     static const char* text(const Result<fs::path>& result)
     {
         return result ? result->c_str() : result.error().text.c_str();
@@ -76,16 +77,14 @@ private slots:
         std::ofstream(source) << "page";
         fs::permissions(source, fs::perms(0604));
         fs::last_write_time(source, fs::file_time_type::clock::now() - std::chrono::hours(50));
-        const auto copied = copyFile(source, *folder / "a page.html", Existing::Keep);
-        QVERIFY2(copied, copied ? "" : copied.error().text.c_str());
+        QCOMPARE(failure(copyFile(source, *folder / "a page.html", Existing::Keep)), std::string());
         struct stat before = {};
         struct stat after = {};
         QCOMPARE(::stat(source.c_str(), &before), 0);
         QCOMPARE(::stat((m_server.home() / "a page.html").c_str(), &after), 0);
         QCOMPARE(after.st_mtim.tv_sec, before.st_mtim.tv_sec);
         QCOMPARE(after.st_mode, before.st_mode);
-        const auto written = writeFile(*folder / "a page.html", "changed");
-        QVERIFY2(written, written ? "" : written.error().text.c_str());
+        QCOMPARE(failure(writeFile(*folder / "a page.html", "changed")), std::string());
         const auto bytes = readFile(m_server.home() / "a page.html");
         QVERIFY(bytes);
         QCOMPARE(*bytes, std::string("changed"));
