@@ -199,7 +199,7 @@ private slots:
         QTEST(std::string(pathBelow(path, folder).value_or("outside")), "rest");
     }
 
-    void readFile_refusesWhatIsNoFile()
+    void readFile_refusesAllButRegularFiles()
     {
         QVERIFY(!readFile(at("gone")));
         QVERIFY(!readFile(m_folder->path().toStdString()));

@@ -56,7 +56,7 @@ private slots:
         QTEST(thumbnail(at(name.toStdString()), {195, 165}).size(), "scaled");
     }
 
-    void whatIsNoImage_hasNone()
+    void filesWithoutAnImage_haveNone()
     {
         std::ofstream(at("page.html")) << "<p>";
         std::ofstream(at("broken.png")) << "\x89PNG\r\n\x1a\n and no more";
@@ -65,7 +65,7 @@ private slots:
             QVERIFY(thumbnail(at(name), {195, 165}).isNull());
     }
 
-    void otherFiles_haveTheDesktopsThumbnailOfThisVersion()
+    void otherFiles_haveTheDesktopsThumbnailOfTheSameVersion()
     {
         std::ofstream(at("film of \xff.mp4")) << "film";
         const fs::path film = at("film of \xff.mp4");

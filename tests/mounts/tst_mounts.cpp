@@ -38,7 +38,7 @@ private:
     std::string siteUrl(const char* path = "") const { return m_samba.address() + "/Web%20Site" + path; }
     std::string archiveUrl() const { return m_samba.address() + "/Archive"; }
 
-    // As a pane does it: on a thread of the pool, while the main thread's event loop runs.
+    // As a pane does: on a thread of the pool, while the main thread runs its event loop.
     static Result<fs::path> mountInBackground(
         const std::string& url, const std::string& user, const std::string& password,
         const std::function<bool()>& isWanted = [] { return true; })
@@ -203,7 +203,7 @@ private slots:
         QVERIFY2(folder, text(folder));
         QCOMPARE(bytesOf(*folder / "old.html"), std::string("old"));
         QCOMPARE(findExistingMount(archiveUrl() + "/sub", "").value_or(""), *folder / "sub");
-        // What the desktop mounted, the desktop unmounts.
+        // The desktop's own mount stays mounted.
         unmountAndWait(*folder);
         QCOMPARE(findExistingMount(archiveUrl(), "").value_or(""), *folder);
         QVERIFY(runGio({QStringLiteral("mount"), QStringLiteral("-u"), address}));
@@ -215,13 +215,13 @@ private slots:
         const auto folder = mount(archiveUrl());
         QVERIFY2(folder, text(folder));
         QCOMPARE(findExistingMount(archiveUrl(), test::SambaServer::user()).value_or(""), *folder);
-        // An account that is not named is anybody's, one that is named is not.
+        // No user matches any account's mount; another user matches none.
         QCOMPARE(findExistingMount(archiveUrl(), "").value_or(""), *folder);
         QVERIFY(!findExistingMount(archiveUrl(), "somebody-else"));
         unmountAndWait(*folder);
     }
 
-    void monitor_tellsWhenAVolumeGoesBehindOurBack()
+    void monitor_reportsWhatOthersUnmount()
     {
         const MountMonitor monitor;
         QSignalSpy spy(&monitor, &MountMonitor::unmounted);
@@ -243,7 +243,7 @@ private slots:
         QCOMPARE(spy.size(), 2);
     }
 
-    void mounter_tellsForTheFolderThatItGave()
+    void mounter_reportsEachFolderItReturned()
     {
         GvfsMounter mounter;
         QSignalSpy spy(&mounter, &GvfsMounter::unmounted);
@@ -256,11 +256,13 @@ private slots:
         QVERIFY(folder);
         QCOMPARE(mounter.existingMount(url).value_or(""), *folder);
         mounter.unmount(*folder);
-        const auto isTold = [&](const auto& told) { return told[0].template value<fs::path>() == *folder; };
-        QTRY_VERIFY(std::any_of(spy.begin(), spy.end(), isTold));
+        const auto isReported = [&](const auto& told) {
+            return told[0].template value<fs::path>() == *folder;
+        };
+        QTRY_VERIFY(std::any_of(spy.begin(), spy.end(), isReported));
     }
 
-    void monitor_tellsWhenTheKernelUnmounts()
+    void monitor_reportsTheKernelsUnmounts()
     {
         const QTemporaryDir point;
         const QByteArray path = QFile::encodeName(point.path());
@@ -289,7 +291,7 @@ private slots:
         const fs::path behind = m_samba.folder(site) / copy.filename();
         QCOMPARE(failure(copyFile(source, copy, Existing::Keep)), std::string());
         QCOMPARE(bytesOf(behind), bytes);
-        QVERIFY2(!copyFile(source, copy, Existing::Keep), "a file that is there was replaced");
+        QVERIFY2(!copyFile(source, copy, Existing::Keep), "an existing file was replaced");
         struct stat status = {};
         QCOMPARE(::stat(copy.c_str(), &status), 0);
         QCOMPARE(status.st_mtim.tv_sec, 1'500'000'001);

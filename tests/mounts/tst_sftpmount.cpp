@@ -18,7 +18,7 @@
 namespace fs = std::filesystem;
 using namespace luma;
 
-/// Volumes of an ssh server. Logging in uses nobody's keys: the throw-away account has none.
+/// Volumes of an ssh server. The throw-away account logs in by password; it has no keys.
 class tst_sftpmount final : public QObject
 {
     Q_OBJECT
@@ -54,7 +54,7 @@ private slots:
             QSKIP("not in a session of its own (scripts/private-session)");
         if (QFile device(QStringLiteral("/dev/fuse")); !device.open(QIODevice::ReadWrite))
             QSKIP("no FUSE here");
-        // The server's fixture goes into a mount namespace, where later mounts may not be seen.
+        // The server's fixture enters a mount namespace, in which later mounts may be invisible.
         QVERIFY(!findExistingMount("sftp://127.0.0.1:1/", ""));
         QTRY_VERIFY(hasFuseFolder());
         if (!m_server.start())
