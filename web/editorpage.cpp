@@ -48,8 +48,8 @@ QString channelScript()
     return file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : QString();
 }
 
-// In the order of their names; bridge.js comes last, as it reports the page ready. No other one depends on the order:
-// at the top they only declare, and listen to events.
+// In the order of their names; bridge.js comes last, as it reports the page ready. The others don't depend on
+// the order: at the top they only declare, and listen to events.
 std::vector<fs::path> pageSideScripts()
 {
     std::vector<fs::path> scripts;
@@ -164,8 +164,8 @@ void EditorPage::connectState()
     });
 }
 
-// The channel to a process that has replaced another may be dead (seen with Qt 6.4), and so is a new one. Then
-// the page's messages are fetched.
+// The channel to a process that has replaced another may be dead (seen with Qt 6.4), and so is a new one.
+// Then the page's messages are fetched.
 void EditorPage::watchChannel()
 {
     m_silence.setSingleShot(true);
@@ -281,8 +281,8 @@ bool EditorPage::javaScriptPrompt(const QUrl&, const QString&, const QString&, Q
 void EditorPage::javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message,
                                           int line, const QString& source)
 {
-    // The engine's complaints about the page don't matter here. Uncaught errors are the editor's, as no script
-    // of the page runs.
+    // The engine's complaints about the page don't matter here. Uncaught errors are the editor's, as no
+    // script of the page runs.
     if (PageScheme::isOfPage(QUrl(source), m_host) && !message.startsWith(QLatin1String("Uncaught ")))
         return;
     if (level == ErrorMessageLevel && source.startsWith(QLatin1String("userscript:")))

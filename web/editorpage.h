@@ -17,9 +17,9 @@ class QWebChannel;
 namespace luma {
 
 /// One page in the editor: shows given markup with the site's files, and nothing else. The page's own scripts
-/// do not run; the editor's run in a separate world. Links that the user activates open in the desktop's browser
-/// (QDesktopServices); every other navigation (redirects, refreshes, forms, windows, downloads) is refused, as
-/// are dialogs and permissions. Main thread.
+/// do not run; the editor's run in a separate world. Links that the user activates open in the desktop's
+/// browser (QDesktopServices); every other navigation (redirects, refreshes, forms, windows, downloads) is
+/// refused, as are dialogs and permissions. Main thread.
 class EditorPage final : public QWebEnginePage
 {
     Q_OBJECT

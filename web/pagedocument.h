@@ -36,8 +36,8 @@ public:
     virtual void loadCSSNames() = 0;
     /// The page sent text for the element selected in the outline.
     virtual void applyCallbackText(const QString& text) = 0;
-    /// The caret is in the element at `path`: positions among element children, down from the root element (the
-    /// empty path). There may be no such element.
+    /// The caret is in the element at `path`: positions among element children, down from the root element
+    /// (the empty path). There may be no such element.
     virtual void setActiveElement(const std::vector<int>& path) = 0;
     /// The page is shown; its width is in CSS pixels.
     virtual void fitWindowToPage(int width) = 0;

@@ -8,9 +8,9 @@
 
 namespace luma {
 
-/// Answers requests under the private scheme for all open pages: the page itself from the given markup, of any
-/// size, every other path from the page's SiteFolder. A page gets no other page's files. Files are opened on the
-/// thread pool, as a mount may be slow. Main thread.
+/// Answers requests under the private scheme for all open pages: the page itself from the given markup, of
+/// any size, every other path from the page's SiteFolder. A page gets no other page's files. Files are opened
+/// on the thread pool, as a mount may be slow. Main thread.
 class SiteSchemeHandler final : public QWebEngineUrlSchemeHandler
 {
     Q_OBJECT

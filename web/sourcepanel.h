@@ -11,8 +11,8 @@ class SourcePanel;
 
 namespace luma {
 
-/// The sheet for editing the page's source as text, with line numbers, colours and find. Asks before it discards
-/// unsaved edits. Main thread.
+/// The sheet for editing the page's source as text, with line numbers, colours and find. Asks before it
+/// discards unsaved edits. Main thread.
 class SourcePanel final : public QDialog
 {
     Q_OBJECT
