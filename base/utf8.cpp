@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/utf8.h"
 
+#include "base/ascii.h"
+
 #include <QChar>
 
-#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -20,43 +21,39 @@ std::uint64_t load(const char* p)
     return word;
 }
 
-// Most pages are ASCII nearly throughout: four words at a time until a byte has its high bit set.
+bool isAscii(char c)
+{
+    return static_cast<unsigned char>(c) < 0x80;
+}
+
+// Pages are nearly all ASCII, so four words at a time until a byte has its high bit set.
 const char* skipAscii(const char* p, const char* end)
 {
     while (end - p >= 32 && ((load(p) | load(p + 8) | load(p + 16) | load(p + 24)) & highBits) == 0)
         p += 32;
-    while (p < end && static_cast<unsigned char>(*p) < 0x80)
+    while (p < end && isAscii(*p))
         ++p;
     return p;
 }
 
-bool isContinuation(char c)
-{
-    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
-}
-
-// The length of the sequence at `p`, which is not ASCII; 0 when it is none. RFC 3629, section 4.
-int sequenceLength(const char* p, const char* end)
+// The length of the character at `p`, which is not ASCII; 0 if it is not valid (RFC 3629, section 4).
+std::size_t sequenceLength(const char* p, const char* end)
 {
     const auto lead = static_cast<unsigned char>(*p);
     const int length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
     if (lead < 0xC2 || lead > 0xF4 || end - p < length)
         return 0;
-    if (!std::all_of(p + 1, p + length, isContinuation))
+    if (!std::all_of(p + 1, p + length, isUtf8Continuation))
         return 0;
     const auto second = static_cast<unsigned char>(p[1]);
     const bool overlong = (lead == 0xE0 && second < 0xA0) || (lead == 0xF0 && second < 0x90);
     const bool outside = (lead == 0xED && second > 0x9F) || (lead == 0xF4 && second > 0x8F);
-    return overlong || outside ? 0 : length;
+    return overlong || outside ? 0 : static_cast<std::size_t>(length);
 }
 
-char32_t decode(const char* p, int length)
+char32_t folded(std::string_view character)
 {
-    const auto lead = static_cast<unsigned char>(*p);
-    char32_t codePoint = length == 1 ? lead : lead & (0x7FU >> static_cast<unsigned>(length));
-    for (int i = 1; i < length; ++i)
-        codePoint = (codePoint << 6U) | (static_cast<unsigned char>(p[i]) & 0x3FU);
-    return codePoint;
+    return static_cast<char32_t>(QChar::toCaseFolded(codePoint(character)));
 }
 
 } // namespace
@@ -66,12 +63,29 @@ bool isValidUtf8(std::string_view bytes)
     const char* p = bytes.data();
     const char* const end = p + bytes.size();
     while ((p = skipAscii(p, end)) < end) {
-        const int length = sequenceLength(p, end);
+        const std::size_t length = sequenceLength(p, end);
         if (length == 0)
             return false;
         p += length;
     }
     return true;
+}
+
+std::size_t characterLength(std::string_view bytes)
+{
+    if (bytes.empty())
+        return 0;
+    return isAscii(bytes.front()) ? 1 : sequenceLength(bytes.data(), bytes.data() + bytes.size());
+}
+
+char32_t codePoint(std::string_view character)
+{
+    const auto lead = static_cast<unsigned char>(character.front());
+    const auto length = static_cast<unsigned>(character.size());
+    char32_t result = length == 1 ? lead : lead & (0x7FU >> length);
+    for (const char c : character.substr(1))
+        result = (result << 6U) | (static_cast<unsigned char>(c) & 0x3FU);
+    return result;
 }
 
 void appendUtf8(std::string& text, char32_t codePoint)
@@ -90,45 +104,29 @@ void appendUtf8(std::string& text, char32_t codePoint)
 
 std::u32string caseFoldedCodePoints(std::string_view text)
 {
-    std::u32string folded;
-    folded.reserve(text.size());
-    const char* p = text.data();
-    const char* const end = p + text.size();
-    while (p < end) {
-        const int length = static_cast<unsigned char>(*p) < 0x80 ? 1 : sequenceLength(p, end);
-        if (length == 0)
-            return folded;
-        folded += static_cast<char32_t>(QChar::toCaseFolded(decode(p, length)));
-        p += length;
+    std::u32string result;
+    result.reserve(text.size());
+    while (const std::size_t length = characterLength(text)) {
+        result += folded(text.substr(0, length));
+        text.remove_prefix(length);
     }
-    return folded;
+    return result;
 }
 
 std::string caseFolded(std::string_view text)
 {
-    std::string folded(text);
-    const char* p = text.data();
-    const char* const end = p + text.size();
-    if (skipAscii(p, end) == end) {
-        std::transform(folded.begin(), folded.end(), folded.begin(), asciiLower);
-        return folded;
-    }
-    folded.clear();
-    while (p < end) {
-        const int length = static_cast<unsigned char>(*p) < 0x80 ? 1 : sequenceLength(p, end);
+    if (skipAscii(text.data(), text.data() + text.size()) == text.data() + text.size())
+        return asciiLower(text);
+    std::string result;
+    while (!text.empty()) {
+        const std::size_t length = characterLength(text);
         if (length == 0)
-            folded += *p++;
+            result += text.front();
         else
-            appendUtf8(folded, static_cast<char32_t>(QChar::toCaseFolded(decode(p, length))));
-        p += length;
+            appendUtf8(result, folded(text.substr(0, length)));
+        text.remove_prefix(std::max<std::size_t>(length, 1));
     }
-    return folded;
-}
-
-bool equalIgnoringAsciiCase(std::string_view a, std::string_view b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return asciiLower(x) == asciiLower(y); });
+    return result;
 }
 
 } // namespace luma

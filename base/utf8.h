@@ -1,31 +1,35 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
+/// UTF-8 after RFC 3629: overlong forms, surrogates and code points above U+10FFFF are not valid.
 namespace luma {
 
-/// Whether `bytes` are UTF-8 as RFC 3629 has it: no overlong form, no surrogate, nothing above U+10FFFF.
 bool isValidUtf8(std::string_view bytes);
 
-/// Appends the UTF-8 form of `codePoint`, which is a Unicode scalar value.
-void appendUtf8(std::string& text, char32_t codePoint);
-
-/// The code points of valid UTF-8, each folded to the one it is compared by when letter case does not count
-/// (Unicode simple case folding).
-std::u32string caseFoldedCodePoints(std::string_view text);
-
-/// The same as UTF-8; bytes that are none come back as they are.
-std::string caseFolded(std::string_view text);
-
-/// ASCII letters in lower case, every other byte as it is.
-constexpr char asciiLower(char c)
+/// Whether `c` is the second or a later byte of a character.
+constexpr bool isUtf8Continuation(char c)
 {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c | 0x20) : c;
+    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
 }
 
-/// Whether the two are equal but for the case of ASCII letters.
-bool equalIgnoringAsciiCase(std::string_view a, std::string_view b);
+/// The length in bytes of the character at the start of `bytes`; 0 if no valid character starts there.
+std::size_t characterLength(std::string_view bytes);
+
+/// The code point of `character`, which must be exactly one valid character.
+char32_t codePoint(std::string_view character);
+
+/// Appends the UTF-8 form of `codePoint`, which must be a Unicode scalar value.
+void appendUtf8(std::string& text, char32_t codePoint);
+
+/// The code points of valid UTF-8, each with Unicode simple case folding applied, for comparing text
+/// regardless of letter case.
+std::u32string caseFoldedCodePoints(std::string_view text);
+
+/// The same as UTF-8; invalid bytes are kept unchanged.
+std::string caseFolded(std::string_view text);
 
 } // namespace luma

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/displaytext.h"
 
+#include "base/ascii.h"
+
 #include <algorithm>
 
 namespace luma {
@@ -52,12 +54,7 @@ std::string collationKey(std::string_view name)
 {
     if (!isAscii(name))
         return decoded(name).toCaseFolded().toStdString();
-    std::string key(name);
-    for (char& c : key) {
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c + ('a' - 'A'));
-    }
-    return key;
+    return asciiLower(name);
 }
 
 } // namespace luma

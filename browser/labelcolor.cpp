@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/labelcolor.h"
 
+#include "base/ascii.h"
+
 #include <array>
 #include <utility>
 
@@ -23,13 +25,6 @@ LabelColor colorNamed(std::string_view tag)
             return color;
     }
     return LabelColor::None;
-}
-
-std::string_view trimmed(std::string_view text)
-{
-    const auto first = text.find_first_not_of(" \t\n");
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(" \t\n") - first + 1);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/characterreferences.h"
 
+#include "base/ascii.h"
 #include "base/utf8.h"
 
 #include <algorithm>
@@ -29,11 +30,6 @@ constexpr std::array<char32_t, 32> windows1252 = {
     0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178};
 
-bool isAlphanumeric(char c)
-{
-    return (c >= '0' && c <= '9') || (asciiLower(c) >= 'a' && asciiLower(c) <= 'z');
-}
-
 const NamedReference* findName(std::string_view name)
 {
     const auto* const found =
@@ -47,7 +43,7 @@ const NamedReference* findName(std::string_view name)
 std::size_t readNamed(std::string_view raw, ReferenceContext context, std::string& text)
 {
     std::size_t run = 1;
-    while (run < raw.size() && run <= longestName && isAlphanumeric(raw[run]))
+    while (run < raw.size() && run <= longestName && isAsciiAlphanumeric(raw[run]))
         ++run;
     if (run < raw.size() && raw[run] == ';')
         ++run;
@@ -57,7 +53,7 @@ std::size_t readNamed(std::string_view raw, ReferenceContext context, std::strin
             continue;
         const char next = end < raw.size() ? raw[end] : '\0';
         if (context == ReferenceContext::AttributeValue && raw[end - 1] != ';' &&
-            (next == '=' || isAlphanumeric(next)))
+            (next == '=' || isAsciiAlphanumeric(next)))
             return 0;
         text += found->text;
         return end;
@@ -67,10 +63,7 @@ std::size_t readNamed(std::string_view raw, ReferenceContext context, std::strin
 
 int digitValue(char c, bool hexadecimal)
 {
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    const char lower = asciiLower(c);
-    return hexadecimal && lower >= 'a' && lower <= 'f' ? lower - 'a' + 10 : -1;
+    return hexadecimal || isAsciiDigit(c) ? hexValue(c) : -1;
 }
 
 char32_t replacedCodePoint(char32_t codePoint)

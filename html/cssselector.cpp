@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/cssselector.h"
 
-#include "html/ascii.h"
+#include "base/ascii.h"
 #include "html/element.h"
 
 #include <vector>
@@ -28,7 +28,7 @@ bool hasUniqueId(const Element& element)
     const Node& root = element.root();
     for (const Node* node = &root; node; node = node->following(root)) {
         const Element* other = node->asElement();
-        if (other && other != &element && equalIgnoringCase(other->attr("id"), id))
+        if (other && other != &element && equalIgnoringAsciiCase(other->attr("id"), id))
             return false;
     }
     return true;
@@ -48,7 +48,7 @@ std::string step(const Element& element)
             ++count;
             if (child == &element)
                 position = count;
-            else if (equalIgnoringCase(child->tagName(), element.tagName()))
+            else if (equalIgnoringAsciiCase(child->tagName(), element.tagName()))
                 isAlone = false;
         }
     }
@@ -87,9 +87,8 @@ std::string escapedIdentifier(std::string_view text)
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
         const auto code = static_cast<unsigned char>(c);
-        const bool isDigit = c >= '0' && c <= '9';
         const bool isFirst = i == 0 || (i == 1 && text[0] == '-');
-        if (code < 0x20 || code == 0x7F || (isDigit && isFirst)) {
+        if (code < 0x20 || code == 0x7F || (isAsciiDigit(c) && isFirst)) {
             result += '\\';
             if (code >= 0x10)
                 result += hexDigits[code >> 4U];
@@ -97,8 +96,7 @@ std::string escapedIdentifier(std::string_view text)
             result += ' ';
             continue;
         }
-        const bool isPlain =
-            code >= 0x80 || isDigit || c == '_' || c == '-' || (lowered(c) >= 'a' && lowered(c) <= 'z');
+        const bool isPlain = code >= 0x80 || isAsciiAlphanumeric(c) || c == '_' || c == '-';
         if (!isPlain || (c == '-' && text.size() == 1))
             result += '\\';
         result += c;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/element.h"
 
-#include "html/ascii.h"
+#include "base/ascii.h"
 #include "html/characterdata.h"
 #include "html/cssselector.h"
 #include "html/parse.h"

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/foreigncontent.h"
 
-#include "base/utf8.h"
+#include "base/ascii.h"
 #include "html/characterreferences.h"
-#include "html/htmlnames.h"
+#include "html/tagtraits.h"
 
 #include <algorithm>
 #include <array>
@@ -96,7 +96,7 @@ bool ForeignContent::startHtml(const HtmlToken& tag)
             open(tag.name, svg ? Kind::Svg : Kind::Math);
         return false;
     }
-    if (!m_open.empty() && !isVoidElement(tag.name))
+    if (!m_open.empty() && !html::isVoidStartTag(tag.name))
         open(tag.name, Kind::Html);
     return true;
 }

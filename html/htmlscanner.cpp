@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/htmlscanner.h"
 
-#include "base/utf8.h"
+#include "base/ascii.h"
 
 #include <array>
 #include <cstring>

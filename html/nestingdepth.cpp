@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/nestingdepth.h"
 
-#include "html/htmlnames.h"
+#include "base/ascii.h"
 #include "html/htmlscanner.h"
+#include "html/tagtraits.h"
 
 #include <array>
 #include <unordered_map>
@@ -55,15 +56,15 @@ public:
                 closeImplied(implied);
         }
         const bool foreign = tag.selfClosing && (m_open["svg"] > 0 || m_open["math"] > 0);
-        if (foreign || isVoidElement(tag.name))
+        if (foreign || html::isVoidStartTag(tag.name))
             return;
-        m_names.push_back(lowered(tag.name));
+        m_names.push_back(asciiLower(tag.name));
         ++m_open[m_names.back()];
     }
 
     void end(std::string_view name)
     {
-        const std::string wanted = lowered(name);
+        const std::string wanted = asciiLower(name);
         const auto open = m_open.find(wanted);
         if (open == m_open.end() || open->second == 0)
             return;
@@ -82,13 +83,6 @@ public:
     }
 
 private:
-    static std::string lowered(std::string_view name)
-    {
-        std::string text(name);
-        std::transform(text.begin(), text.end(), text.begin(), asciiLower);
-        return text;
-    }
-
     void closeImplied(const ImpliedEnd& implied)
     {
         for (std::size_t i = m_names.size(); i-- > 0 && !contains(implied.barriers, m_names[i]);) {

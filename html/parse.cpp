@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/parse.h"
 
-#include "html/ascii.h"
+#include "base/ascii.h"
+#include "base/utf8.h"
 #include "html/characterdata.h"
 #include "html/doctype.h"
 #include "html/element.h"
 #include "html/parsearena.h"
 #include "html/strangecharacters.h"
 #include "html/tagtraits.h"
-#include "html/utf8.h"
 
 #include <gumbo.h>
 
@@ -122,7 +122,7 @@ public:
         const std::size_t end = source.find('>', at);
         std::string declaration =
             "<!DOCTYPE" + std::string(*parsed.name ? " " : "") + m_source.restored(parsed.name) + ">";
-        if (end != std::string_view::npos && startsWithIgnoringCase(source.substr(at), "<!doctype"))
+        if (end != std::string_view::npos && startsWithIgnoringAsciiCase(source.substr(at), "<!doctype"))
             declaration = m_source.restored(source.substr(at, end + 1 - at));
         document.insert(std::make_unique<Doctype>(m_source.restored(parsed.name),
                                                   m_source.restored(parsed.public_identifier),
@@ -175,7 +175,7 @@ private:
     {
         std::string_view tag = view(element.original_tag);
         tag.remove_prefix(std::min<std::size_t>(tag.size(), tag.starts_with("</") ? 2 : 1));
-        std::string name = lowered(m_source.restored(tag.substr(0, tag.find_first_of(" \t\n\f\r/>"))));
+        std::string name = asciiLower(m_source.restored(tag.substr(0, tag.find_first_of(" \t\n\f\r/>"))));
         for (std::size_t at = name.find('\0'); at != std::string::npos; at = name.find('\0', at))
             name.replace(at, 1, "\xEF\xBF\xBD");
         return name;
@@ -217,7 +217,7 @@ std::optional<ParseError> refusal(std::string_view source, const ParseLimits& li
 {
     if (source.size() > limits.bytes)
         return ParseError{"It is larger than " + std::to_string(limits.bytes >> 20U) + " MB."};
-    if (!isUtf8(source))
+    if (!isValidUtf8(source))
         return ParseError{"Its text is not UTF-8."};
     return {};
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/prettyprinter.h"
 
-#include "html/ascii.h"
+#include "base/ascii.h"
 #include "html/characterdata.h"
 #include "html/document.h"
 #include "html/element.h"
@@ -39,7 +39,7 @@ bool isOnOwnLine(const Node& node)
 
 bool setsWhiteSpace(const Element& element)
 {
-    return lowered(element.attr("style")).find("white-space") != std::string::npos;
+    return asciiLower(element.attr("style")).find("white-space") != std::string::npos;
 }
 
 /// Whether the element's children are set on lines of their own; else it is written as it is.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/selector.h"
 
-#include "html/ascii.h"
+#include "base/ascii.h"
 #include "html/element.h"
 
 #include <algorithm>
@@ -51,7 +51,7 @@ bool Selector::parseCompound(std::string_view& rest, Compound& compound)
     constexpr std::string_view stops = " \t\n\f\r#[]>+~,:.\"'";
     const std::string_view tagName = takeUntil(rest, stops);
     if (tagName != "*")
-        compound.tagName = lowered(tagName);
+        compound.tagName = asciiLower(tagName);
     bool hasPart = !tagName.empty();
     while (!rest.empty() && !isWhiteSpace(rest.front())) {
         hasPart = true;
@@ -83,7 +83,7 @@ bool Selector::parseAttribute(std::string_view& rest, Compound& compound)
     std::string_view inside = rest.substr(1, end - 1);
     rest.remove_prefix(end + 1);
     AttributeTest test;
-    test.name = lowered(simplified(takeUntil(inside, "^=")));
+    test.name = asciiLower(simplified(takeUntil(inside, "^=")));
     if (inside.starts_with("^=")) {
         test.kind = AttributeTest::Kind::Prefix;
         inside.remove_prefix(2);
@@ -93,16 +93,14 @@ bool Selector::parseAttribute(std::string_view& rest, Compound& compound)
     } else if (!inside.empty()) {
         return false;
     }
-    skipWhiteSpace(inside);
-    inside.remove_suffix(inside.size() - std::min(inside.find_last_not_of(whiteSpace) + 1, inside.size()));
-    test.value = unquoted(inside);
+    test.value = unquoted(trimmed(inside));
     compound.attributes.push_back(test);
     return !test.name.empty();
 }
 
 bool Selector::matches(const Element& element, const Compound& compound)
 {
-    if (!compound.tagName.empty() && !equalIgnoringCase(element.tagName(), compound.tagName))
+    if (!compound.tagName.empty() && !equalIgnoringAsciiCase(element.tagName(), compound.tagName))
         return false;
     if (!compound.id.empty() && element.attr("id") != compound.id)
         return false;
@@ -110,14 +108,14 @@ bool Selector::matches(const Element& element, const Compound& compound)
         compound.attributes.begin(), compound.attributes.end(), [&](const AttributeTest& test) {
             return std::any_of(element.attributes().begin(), element.attributes().end(),
                                [&test](const Attribute& attribute) {
-                                   if (!equalIgnoringCase(attribute.name, test.name))
+                                   if (!equalIgnoringAsciiCase(attribute.name, test.name))
                                        return false;
                                    switch (test.kind) {
                                    case AttributeTest::Kind::Equal:
-                                       return equalIgnoringCase(attribute.value, test.value);
+                                       return equalIgnoringAsciiCase(attribute.value, test.value);
                                    case AttributeTest::Kind::Prefix:
                                        return !test.value.empty() &&
-                                              startsWithIgnoringCase(attribute.value, test.value);
+                                              startsWithIgnoringAsciiCase(attribute.value, test.value);
                                    case AttributeTest::Kind::Present:
                                        break;
                                    }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/strangecharacters.h"
 
-#include "html/utf8.h"
+#include "base/utf8.h"
 
 namespace luma::html {
 
@@ -68,8 +68,8 @@ char32_t freeGuise(std::string_view source)
         // The characters share their bytes but the last, in two halves.
         std::string half;
         std::string otherHalf;
-        appendCharacter(first, half);
-        appendCharacter(first + 0x40, otherHalf);
+        appendUtf8(half, first);
+        appendUtf8(otherHalf, first + 0x40);
         half.pop_back();
         otherHalf.pop_back();
         if (source.find(half) == std::string_view::npos && source.find(otherHalf) == std::string_view::npos)
@@ -87,7 +87,7 @@ std::string exchanged(std::string_view text, Exchange exchange)
     while (!text.empty()) {
         const std::size_t length = characterLength(text);
         const char32_t code = length > 0 ? codePoint(text.substr(0, length)) : replacementCharacter;
-        appendCharacter(exchange(code), result);
+        appendUtf8(result, exchange(code));
         text.remove_prefix(length > 0 ? length : 1);
     }
     return result;
@@ -111,7 +111,7 @@ StrangeCharacters::StrangeCharacters(std::string_view source) : m_source(source)
 
 std::string StrangeCharacters::restored(std::string_view text) const
 {
-    if (!m_isDisguised && isUtf8(text))
+    if (!m_isDisguised && isValidUtf8(text))
         return std::string(text);
     return exchanged(text, [this](char32_t code) {
         const bool isGuise = m_isDisguised && code >= m_guise && code < m_guise + strangeCount;

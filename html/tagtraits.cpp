@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/tagtraits.h"
 
+#include "base/ascii.h"
 #include "html/element.h"
 
 #include <algorithm>
@@ -47,6 +48,11 @@ bool isOneOf(const Tags& tags, const Element& element)
 bool isVoid(const Element& element)
 {
     return isOneOf(voidTags, element);
+}
+
+bool isVoidStartTag(std::string_view name)
+{
+    return luma::isOneOf(name, voidTags) || equalIgnoringAsciiCase(name, "image");
 }
 
 bool hasRawText(const Element& element)

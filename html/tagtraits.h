@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <string_view>
+
 namespace luma::html {
 
 class Element;
@@ -10,6 +12,9 @@ class Node;
 
 /// Written without an end tag: br, img, meta ... (HTML standard, 13.3).
 bool isVoid(const Element& element);
+/// Whether the parser opens no element for a start tag of this name (any letter case): a void element's, or
+/// "image", which it reads as img (HTML standard, 13.2.6.4.7).
+bool isVoidStartTag(std::string_view name);
 /// Its text is written as it stands: script, style ... (HTML standard, 13.3; scripting off, so not noscript).
 bool hasRawText(const Element& element);
 /// The parser drops a line feed right after its start tag: pre, textarea, listing.

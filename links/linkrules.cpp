@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/linkrules.h"
 
+#include "base/utf8.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -59,11 +61,6 @@ bool containsIgnoringAsciiCase(std::string_view text, std::string_view wanted)
     return std::search(text.begin(), text.end(), wanted.begin(), wanted.end(), same) != text.end();
 }
 
-bool startsWithIgnoringAsciiCase(std::string_view text, std::string_view wanted)
-{
-    return equalIgnoringAsciiCase(text.substr(0, wanted.size()), wanted);
-}
-
 } // namespace
 
 FileKind fileKind(std::string_view name)
@@ -99,11 +96,9 @@ bool hasSchemeOrHost(std::string_view link)
     if (link.starts_with("//"))
         return true;
     const auto end = std::find_if_not(link.begin(), link.end(), [](char c) {
-        const char lower = asciiLower(c);
-        return (lower >= 'a' && lower <= 'z') || (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.';
+        return isAsciiAlphanumeric(c) || c == '+' || c == '-' || c == '.';
     });
-    const char first = link.empty() ? '\0' : asciiLower(link.front());
-    return end != link.end() && *end == ':' && first >= 'a' && first <= 'z';
+    return end != link.end() && *end == ':' && isAsciiLetter(link.front());
 }
 
 std::string withoutPhpQuery(std::string_view link)
@@ -115,7 +110,7 @@ std::string withoutPhpQuery(std::string_view link)
         if (found == std::string_view::npos || link[found - 1] == '\n')
             return text.append(link);
         std::size_t before = found - 1;
-        while (before > 0 && (static_cast<unsigned char>(link[before]) & 0xC0U) == 0x80U)
+        while (before > 0 && isUtf8Continuation(link[before]))
             --before;
         text.append(link.substr(0, before)).append(".php");
         link.remove_prefix(std::min(link.find('\n', found), link.size()));

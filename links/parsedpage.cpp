@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/parsedpage.h"
 
+#include "base/ascii.h"
 #include "base/utf8.h"
 #include "html/characterreferences.h"
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/unlinkeditems.h"
 
+#include "base/ascii.h"
 #include "base/filereader.h"
 #include "base/orderedwork.h"
 #include "base/utf8.h"

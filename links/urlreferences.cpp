@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/urlreferences.h"
 
+#include "base/ascii.h"
 #include "base/utf8.h"
 
 #include <algorithm>

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "mounts/shareurl.h"
 
+#include "base/ascii.h"
 #include "base/pathbelow.h"
+
+#include <QByteArray>
 
 #include <algorithm>
 
@@ -9,33 +12,13 @@ namespace luma {
 
 namespace {
 
-char lowered(char c)
-{
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-std::string lowered(std::string_view text)
-{
-    std::string result(text);
-    std::transform(result.begin(), result.end(), result.begin(), [](char c) { return lowered(c); });
-    return result;
-}
-
 // An smb server ignores the letter case of the share's name, which comes first.
 std::string comparablePath(const ShareUrl& url)
 {
     if (url.scheme != "smb")
         return url.path;
     const std::size_t end = std::min(url.path.find('/', 1), url.path.size());
-    return lowered(std::string_view(url.path).substr(0, end)) + url.path.substr(end);
-}
-
-int hexValue(char c)
-{
-    if (c >= '0' && c <= '9')
-        return c - '0';
-    c = lowered(c);
-    return c >= 'a' && c <= 'f' ? c - 'a' + 10 : -1;
+    return asciiLower(std::string_view(url.path).substr(0, end)) + url.path.substr(end);
 }
 
 std::string percentDecoded(std::string_view text)
@@ -54,22 +37,10 @@ std::string percentDecoded(std::string_view text)
     return result;
 }
 
-// Keeps what RFC 3986 allows unescaped in a user name, without ':', which would begin a password.
+// A user name with every reserved character escaped, ':' included, which would begin a password.
 std::string percentEncoded(std::string_view text)
 {
-    static constexpr std::string_view digits = "0123456789ABCDEF";
-    static constexpr std::string_view plain = "-._~";
-    std::string result;
-    for (const char c : text) {
-        const bool isPlain = (c >= '0' && c <= '9') || (lowered(c) >= 'a' && lowered(c) <= 'z') ||
-                             plain.find(c) != std::string_view::npos;
-        const auto byte = static_cast<unsigned char>(c);
-        if (isPlain)
-            result += c;
-        else
-            result.append({'%', digits[byte >> 4U], digits[byte & 15U]});
-    }
-    return result;
+    return QByteArray(text.data(), static_cast<qsizetype>(text.size())).toPercentEncoding().toStdString();
 }
 
 std::string tidyPath(std::string_view path)
@@ -107,7 +78,7 @@ void splitHost(std::string_view text, ShareUrl& into)
     std::string_view host = text.substr(0, colon);
     if (host.size() > 1 && host.front() == '[' && host.back() == ']')
         host = host.substr(1, host.size() - 2);
-    into.host = lowered(percentDecoded(host));
+    into.host = asciiLower(percentDecoded(host));
     if (colon != std::string_view::npos)
         into.port = text.substr(colon + 1);
 }
@@ -120,7 +91,7 @@ std::optional<ShareUrl> parseShareUrl(std::string_view url)
     if (!authority)
         return {};
     ShareUrl result;
-    result.scheme = lowered(url.substr(0, authority->begin - 3));
+    result.scheme = asciiLower(url.substr(0, authority->begin - 3));
     std::string_view host = url.substr(authority->begin, authority->end - authority->begin);
     if (const std::size_t at = host.rfind('@'); at != std::string_view::npos) {
         result.user = percentDecoded(host.substr(0, at));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/classedits.h"
 
-#include "html/ascii.h"
+#include "base/ascii.h"
 #include "html/element.h"
 
 namespace luma {
@@ -35,14 +35,6 @@ Attributes without(Attributes attributes, std::string_view name)
 {
     std::erase_if(attributes, [name](const html::Attribute& attribute) { return attribute.name == name; });
     return attributes;
-}
-
-std::string trimmed(const std::string& text)
-{
-    const std::size_t begin = text.find_first_not_of(html::whiteSpace);
-    if (begin == std::string::npos)
-        return {};
-    return text.substr(begin, text.find_last_not_of(html::whiteSpace) + 1 - begin);
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/lostelements.h"
 
-#include "html/htmlnames.h"
+#include "base/ascii.h"
 #include "html/htmlscanner.h"
 
 #include <QByteArray>
@@ -56,8 +56,7 @@ std::vector<std::string> lostElements(std::string_view page)
         const bool isTag = token.kind == HtmlTokenKind::StartTag || token.kind == HtmlTokenKind::EndTag;
         if (!isTag || !selects.loses(token))
             continue;
-        const std::string name =
-            QByteArray(token.name.data(), static_cast<qsizetype>(token.name.size())).toLower().toStdString();
+        const std::string name = asciiLower(token.name);
         if (std::find(names.begin(), names.end(), name) == names.end())
             names.push_back(name);
     }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/typedtext.h"
 
-#include "html/ascii.h"
+#include "base/ascii.h"
 #include "html/characterdata.h"
 
 #include <algorithm>
@@ -51,15 +51,10 @@ void makeBlanksPlain(std::string& text)
         text.replace(at, noBreakSpace.size(), " ");
 }
 
-bool isBlank(char c)
-{
-    return html::whiteSpace.find(c) != std::string_view::npos;
-}
-
 bool beginsWord(std::string_view text, std::size_t from, std::size_t to)
 {
     for (std::size_t at = std::max<std::size_t>(from, 1); at < to; ++at) {
-        if (isBlank(text[at - 1]) && !isBlank(text[at]))
+        if (isWhiteSpace(text[at - 1]) && !isWhiteSpace(text[at]))
             return true;
     }
     return false;

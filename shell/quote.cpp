@@ -1,19 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/quote.h"
 
+#include "base/ascii.h"
+
 namespace luma {
 
 namespace {
 
-// Spelt out, because isalnum() follows the locale.
-constexpr std::string_view plainCharacters = "abcdefghijklmnopqrstuvwxyz"
-                                             "ABCDEFGHIJKLMNOPQRSTUVWXYZ"
-                                             "0123456789._-/";
-
-bool needsBackslash(char character)
+bool needsBackslash(char c)
 {
-    const bool isAscii = static_cast<unsigned char>(character) < 0x80;
-    return isAscii && plainCharacters.find(character) == std::string_view::npos;
+    const bool isAscii = static_cast<unsigned char>(c) < 0x80;
+    return isAscii && !isAsciiAlphanumeric(c) && std::string_view("._-/").find(c) == std::string_view::npos;
 }
 
 } // namespace

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/taskwrapper.h"
 
+#include "base/utf8.h"
 #include "shell/childprocess.h"
-
-#include <QUtf8StringView>
 
 #include <utility>
 
@@ -13,10 +12,9 @@ namespace {
 
 constexpr auto shell = "/bin/zsh";
 
-// A character of UTF-8 is one byte and the continuation bytes (10xxxxxx) that follow it.
 void removeLastCharacter(std::string& text)
 {
-    while ((static_cast<unsigned char>(text.back()) & 0xC0U) == 0x80U)
+    while (isUtf8Continuation(text.back()))
         text.pop_back();
     text.pop_back();
 }
@@ -36,7 +34,7 @@ std::optional<std::string> TaskWrapper::run()
     if (!m_task->waitForEndOfOutput())
         return std::nullopt;
     std::string output = m_task->takeCollected();
-    if (output.empty() || !QUtf8StringView(output).isValidUtf8())
+    if (output.empty() || !isValidUtf8(output))
         return std::nullopt;
     removeLastCharacter(output);
     return output;

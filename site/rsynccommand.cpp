@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/rsynccommand.h"
 
+#include "base/ascii.h"
 #include "browser/endpoint.h"
 #include "shell/quote.h"
 #include "site/shownname.h"
@@ -17,8 +18,7 @@ constexpr std::string_view linkArrow = " -> ";
 
 bool isPlainCharacter(char c)
 {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') ||
-           std::string_view(" ._-/").find(c) != std::string_view::npos;
+    return isAsciiAlphanumeric(c) || std::string_view(" ._-/").find(c) != std::string_view::npos;
 }
 
 // rsync would read a leading "- " as its prefix for an exclusion.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/shownname.h"
 
+#include "base/utf8.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -10,29 +12,6 @@ namespace luma {
 namespace {
 
 constexpr std::size_t escapeLength = 5;
-
-bool isContinuation(char c)
-{
-    return (static_cast<unsigned char>(c) & 0xC0U) == 0x80U;
-}
-
-// The length of the UTF-8 character at the start of `text`. 0 for invalid UTF-8, which includes overlong
-// forms, surrogates and code points above U+10FFFF (RFC 3629).
-std::size_t characterLength(std::string_view text)
-{
-    const auto first = static_cast<unsigned char>(text.front());
-    if (first < 0x80U)
-        return 1;
-    const std::size_t length = first >= 0xF0U ? 4 : first >= 0xE0U ? 3 : 2;
-    if (first < 0xC2U || first > 0xF4U || text.size() < length)
-        return 0;
-    if (!std::all_of(text.begin() + 1, text.begin() + static_cast<std::ptrdiff_t>(length), isContinuation))
-        return 0;
-    const auto second = static_cast<unsigned char>(text[1]);
-    const bool isForbidden = (first == 0xE0U && second < 0xA0U) || (first == 0xEDU && second > 0x9FU) ||
-                             (first == 0xF0U && second < 0x90U) || (first == 0xF4U && second > 0x8FU);
-    return isForbidden ? 0 : length;
-}
 
 bool looksEscaped(std::string_view text, char lastDigit, char lastLeadingDigit)
 {

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
-#include "base/utf8.h"
 #include "links/linkreports.h"
 #include "links/parsedpage.h"
 #include "links/sitetree.h"

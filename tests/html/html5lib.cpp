@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/html/html5lib.h"
 
-#include "html/ascii.h"
+#include "base/ascii.h"
 #include "html/characterdata.h"
 #include "html/doctype.h"
 #include "html/element.h"

@@ -37,9 +37,7 @@ std::string withLineFeeds(std::string_view raw)
 
 std::string lowered(std::string_view name)
 {
-    std::string text(name);
-    std::transform(text.begin(), text.end(), text.begin(), asciiLower);
-    return replacedNul(text);
+    return replacedNul(asciiLower(name));
 }
 
 std::string decodedText(std::string_view raw, TextKind kind)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "html/ascii.h"
+#include "base/ascii.h"
 #include "html/characterdata.h"
 #include "html/element.h"
 #include "html/parse.h"

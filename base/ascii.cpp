@@ -1,33 +1,37 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "html/ascii.h"
+#include "base/ascii.h"
 
-#include <algorithm>
+namespace luma {
 
-namespace luma::html {
-
-std::string lowered(std::string_view text)
+std::string asciiLower(std::string_view text)
 {
     std::string result(text);
     for (char& c : result)
-        c = lowered(c);
+        c = asciiLower(c);
     return result;
 }
 
-bool equalIgnoringCase(std::string_view a, std::string_view b)
+bool equalIgnoringAsciiCase(std::string_view a, std::string_view b)
 {
-    return a.size() == b.size() && startsWithIgnoringCase(a, b);
+    return a.size() == b.size() && startsWithIgnoringAsciiCase(a, b);
 }
 
-bool startsWithIgnoringCase(std::string_view text, std::string_view prefix)
+bool startsWithIgnoringAsciiCase(std::string_view text, std::string_view prefix)
 {
     return text.size() >= prefix.size() &&
            std::equal(prefix.begin(), prefix.end(), text.begin(),
-                      [](char a, char b) { return lowered(a) == lowered(b); });
+                      [](char a, char b) { return asciiLower(a) == asciiLower(b); });
 }
 
 bool isBlank(std::string_view text)
 {
     return text.find_first_not_of(whiteSpace) == std::string_view::npos;
+}
+
+std::string_view trimmed(std::string_view text)
+{
+    text.remove_prefix(std::min(text.find_first_not_of(whiteSpace), text.size()));
+    return text.substr(0, text.find_last_not_of(whiteSpace) + 1);
 }
 
 std::vector<std::string_view> words(std::string_view text)
@@ -52,4 +56,4 @@ std::string simplified(std::string_view text)
     return result;
 }
 
-} // namespace luma::html
+} // namespace luma
