@@ -65,7 +65,7 @@ std::string Element::ownText() const
     return simplified(all);
 }
 
-ParseResult<void> Element::setHtml(std::string_view markup)
+Result<void> Element::setHtml(std::string_view markup)
 {
     auto nodes = parseFragment(markup, *this);
     if (!nodes)

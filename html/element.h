@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/result.h"
 #include "html/parentnode.h"
-#include "html/parseresult.h"
 
 #include <string>
 #include <string_view>
@@ -52,7 +52,7 @@ public:
     std::string ownText() const;
     /// Replaces all child nodes by what the markup gives inside this element. In a script, a style sheet
     /// and their like the markup is the text as it stands. On an error nothing changes.
-    [[nodiscard]] ParseResult<void> setHtml(std::string_view markup);
+    Result<void> setHtml(std::string_view markup);
     using ParentNode::html;
 
     /// A selector that in a browser showing this page selects this element and no other: "#id" where the

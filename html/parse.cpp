@@ -201,7 +201,7 @@ private:
     std::size_t m_depthLimit;
 };
 
-ParseError refusal(ParseArena::Excess excess)
+Error refusal(ParseArena::Excess excess)
 {
     switch (excess) {
     case ParseArena::Excess::Memory:
@@ -213,12 +213,12 @@ ParseError refusal(ParseArena::Excess excess)
     }
 }
 
-std::optional<ParseError> refusal(std::string_view source, const ParseLimits& limits)
+std::optional<Error> refusal(std::string_view source, const ParseLimits& limits)
 {
     if (source.size() > limits.bytes)
-        return ParseError{"It is larger than " + std::to_string(limits.bytes >> 20U) + " MB."};
+        return Error{"It is larger than " + std::to_string(limits.bytes >> 20U) + " MB."};
     if (!isValidUtf8(source))
-        return ParseError{"Its text is not UTF-8."};
+        return Error{"Its text is not UTF-8."};
     return {};
 }
 
@@ -252,7 +252,7 @@ public:
     /// The parser's tree, which lives as long as this object; null when it was too much.
     const GumboOutput* run() { return html::run(m_arena, m_options, m_source.disguised()); }
     const TreeBuilder& builder() const { return m_builder; }
-    ParseError error() const { return refusal(m_arena.excess()); }
+    Error error() const { return refusal(m_arena.excess()); }
 
 private:
     StrangeCharacters m_source;
@@ -263,7 +263,7 @@ private:
 
 } // namespace
 
-ParseResult<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits& limits)
+Result<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits& limits)
 {
     if (auto error = refusal(page, limits))
         return *error;
@@ -280,8 +280,7 @@ ParseResult<std::unique_ptr<Document>> parse(std::string_view page, const ParseL
     return document;
 }
 
-ParseResult<NodeList> parseFragment(std::string_view markup, const Element& context,
-                                    const ParseLimits& limits)
+Result<NodeList> parseFragment(std::string_view markup, const Element& context, const ParseLimits& limits)
 {
     if (auto error = refusal(markup, limits))
         return *error;

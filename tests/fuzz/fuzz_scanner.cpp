@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "html/nestingdepth.h"
+#include "html/htmlscanner.h"
 #include "links/parsedpage.h"
 
 #include <cstdint>
@@ -39,7 +39,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     const std::string source(reinterpret_cast<const char*>(data), size);
     checkTokens(source);
-    (void)nestingDepth(source, 1000);
     (void)styleContents(source);
     const auto page = parsePage(source);
     if (!page)

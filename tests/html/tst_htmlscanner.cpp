@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/characterreferences.h"
 #include "html/htmlscanner.h"
-#include "html/nestingdepth.h"
 #include "links/parsedpage.h"
 #include "tests/support/registry.h"
 
@@ -303,32 +302,6 @@ private slots:
         QFETCH(std::string, source);
         QFETCH(std::string, links);
         QCOMPARE(linksIn(source), links);
-    }
-
-    void nestingDepth_countsWhatStaysOpen_data()
-    {
-        QTest::addColumn<std::string>("source");
-        QTest::addColumn<int>("depth");
-        const auto repeated = [](const std::string& text, int times) {
-            std::string all;
-            for (int i = 0; i < times; ++i)
-                all += text;
-            return all;
-        };
-        QTest::newRow("closed") << repeated("<div><p>x</p><br></div>", 500) << 2;
-        QTest::newRow("left out ends") << "<ul>" + repeated("<li>x<p>y", 500) + "</ul>" << 3;
-        QTest::newRow("rows") << "<table>" + repeated("<tr><td>1<td>2", 500) << 3;
-        QTest::newRow("nested lists") << repeated("<ul><li>", 50) << 100;
-        QTest::newRow("svg") << "<svg>" + repeated("<path/>", 500) << 1;
-        QTest::newRow("formatting goes on") << repeated("<p><b>x</p>", 100) << 101;
-        QTest::newRow("deep") << repeated("<div>", 100'000) << 1001;
-        QTest::newRow("in a comment") << "<!--" + repeated("<div>", 500) << 0;
-    }
-    void nestingDepth_countsWhatStaysOpen()
-    {
-        QFETCH(std::string, source);
-        QFETCH(int, depth);
-        QCOMPARE(static_cast<int>(nestingDepth(source, 1000)), depth);
     }
 };
 
