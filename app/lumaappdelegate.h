@@ -2,9 +2,9 @@
 #pragma once
 
 #include "app/preferences.h"
-#include "app/shellrunner.h"
 #include "app/sitelist.h"
 #include "app/versioncheck.h"
+#include "shell/commandrunner.h"
 
 #include <QObject>
 
@@ -28,7 +28,7 @@ public:
     /// for them.
     struct Services
     {
-        ShellRunner shell;
+        CommandRunner shell; ///< runs zsh
         /// Shows a site's window and enters it in the WindowRegistry; its title is the destination's server.
         std::function<void(const SiteList::Record& siteDict)> showSite;
         std::function<bool(const QUrl& url)> openUrl;

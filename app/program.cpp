@@ -3,6 +3,7 @@
 
 #include "app/sitelistwindow.h"
 #include "app/transientrecord.h"
+#include "base/fileuri.h"
 #include "base/mainhop.h"
 #include "base/resources.h"
 #include "shell/runningchildren.h"
@@ -21,20 +22,9 @@ namespace {
 
 const QString siteLayoutKey = QStringLiteral("siteWindowLayout");
 
-std::optional<QString> runShell(const QStringList& arguments)
-{
-    TaskWrapper task(resourceFolder());
-    for (const QString& argument : arguments)
-        task.arguments.push_back(argument.toStdString());
-    const auto output = task.run();
-    return output ? std::optional(QString::fromStdString(*output)) : std::nullopt;
-}
-
 bool openWithDesktop(const std::filesystem::path& file)
 {
-    // Percent-encoded from the bytes, for the name may be no text.
-    const QByteArray bytes = QByteArray::fromStdString(file.string());
-    return QDesktopServices::openUrl(QUrl::fromEncoded("file://" + bytes.toPercentEncoding("/")));
+    return QDesktopServices::openUrl(QUrl::fromEncoded(fileUri(file)));
 }
 
 } // namespace
@@ -52,7 +42,7 @@ Program::Program(const QString& preferencesFile)
 
 LUMAAppDelegate::Services Program::services()
 {
-    return {runShell, [this](const SiteList::Record& siteDict) { openSite(siteDict); },
+    return {shellRunner(resourceFolder()), [this](const SiteList::Record& siteDict) { openSite(siteDict); },
             [](const QUrl& url) { return QDesktopServices::openUrl(url); }};
 }
 

@@ -27,24 +27,23 @@ QString VersionCheck::command()
         .arg(updateServer());
 }
 
-std::optional<VersionCheck::Notice> VersionCheck::notice(const std::optional<QString>& answer,
-                                                         const QString& ownVersion)
+std::optional<VersionCheck::Notice> VersionCheck::notice(const QString& answer, const QString& ownVersion)
 {
-    if (!answer || answer->isEmpty())
+    if (answer.isEmpty())
         return std::nullopt;
-    if (!ownVersion.isEmpty() && *answer == ownVersion)
+    if (!ownVersion.isEmpty() && answer == ownVersion)
         return Notice{QStringLiteral("There are no newer versions available"),
                       QStringLiteral("You are running the latest version of LUMA for Ventura.")};
     return Notice{QStringLiteral("An update for Postwick is available"),
                   QStringLiteral("\nThere is a newer version available (version ") +
-                      answer->left(longestAnswer) +
+                      answer.left(longestAnswer) +
                       QStringLiteral(").\nClick OK to go to the LUMA for Ventura web site.\n"),
                   Offer::ProductPage};
 }
 
-std::optional<VersionCheck::Notice> VersionCheck::run(const ShellRunner& shell, const QString& ownVersion)
+std::optional<VersionCheck::Notice> VersionCheck::run(const CommandRunner& shell, const QString& ownVersion)
 {
-    return notice(shell({QStringLiteral("-c"), command()}), ownVersion);
+    return notice(QString::fromStdString(shell({"-c", command().toStdString()})), ownVersion);
 }
 
 } // namespace luma

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/shellrunner.h"
+#include "shell/commandrunner.h"
 
 #include <QString>
+
+#include <optional>
 
 namespace luma {
 
@@ -25,10 +27,10 @@ public:
     /// ignored.
     static QString command();
 
-    /// Nothing when the server did not answer.
-    static std::optional<Notice> notice(const std::optional<QString>& answer, const QString& ownVersion);
+    /// Nothing when the server did not answer (an empty answer).
+    static std::optional<Notice> notice(const QString& answer, const QString& ownVersion);
 
-    static std::optional<Notice> run(const ShellRunner& shell, const QString& ownVersion);
+    static std::optional<Notice> run(const CommandRunner& shell, const QString& ownVersion);
 };
 
 } // namespace luma

@@ -3,10 +3,9 @@
 
 namespace luma {
 
-void endStrayWatchers(const ShellRunner& run)
+void endStrayWatchers(const CommandRunner& run)
 {
-    (void)run({QStringLiteral("-c"),
-               QStringLiteral("ps aux | grep -v grep | grep LUMAWatcher | awk '{print $2}' | xargs kill")});
+    (void)run({"-c", "ps aux | grep -v grep | grep LUMAWatcher | awk '{print $2}' | xargs kill"});
 }
 
 } // namespace luma

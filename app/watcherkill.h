@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "app/shellrunner.h"
+#include "shell/commandrunner.h"
 
 namespace luma {
 
 /// Ends every folder watcher left over from an earlier run, or still running at quit. It acts on whatever
 /// process carries the watcher's name in its command line. Blocks until done.
-void endStrayWatchers(const ShellRunner& run);
+void endStrayWatchers(const CommandRunner& run);
 
 } // namespace luma

@@ -40,4 +40,13 @@ std::optional<std::string> TaskWrapper::run()
     return output;
 }
 
+CommandRunner shellRunner(std::filesystem::path workingFolder)
+{
+    return [folder = std::move(workingFolder)](const std::vector<std::string>& words) {
+        TaskWrapper task(folder);
+        task.arguments = words;
+        return task.run().value_or(std::string());
+    };
+}
+
 } // namespace luma

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/commandrunner.h"
+
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -34,5 +36,8 @@ private:
     std::filesystem::path m_workingFolder;
     std::unique_ptr<ChildProcess> m_task;
 };
+
+/// A runner of zsh in `workingFolder`: each call is a TaskWrapper with the words as its arguments.
+CommandRunner shellRunner(std::filesystem::path workingFolder = {});
 
 } // namespace luma

@@ -75,7 +75,7 @@ HaldenDoc::Services HaldenDoc::standardServices()
     if (!mounter)
         shared = mounter = std::make_shared<GvfsMounter>();
     return {.remoteLogin = {.checkConnection = checkConnection, .setUp = setUp},
-            .runShell = &SSHController::unixShellWithResultAndArguments,
+            .runProgram = &SSHController::unixShellWithResultAndArguments,
             .mounter = mounter,
             .excludedFolders = {}};
 }
@@ -85,7 +85,7 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
       m_ui(std::make_unique<Ui::HaldenDoc>()),
       m_record(std::move(siteDict)),
       m_remoteLogin(m_record->destinationDict(), std::move(services.remoteLogin)),
-      m_engine(*m_record, std::move(services.runShell), [this] { return sides(); })
+      m_engine(*m_record, std::move(services.runProgram), [this] { return sides(); })
 {
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->setupUi(this);

@@ -35,7 +35,7 @@ public:
     struct Services
     {
         RemoteLogin::Calls remoteLogin;
-        SyncEngine::ShellRunner runShell;
+        CommandRunner runProgram;
         std::shared_ptr<VolumeMounter> mounter;
         /// Returns the folders that the report on unlinked items skips, separated by commas. May be empty.
         std::function<QString()> excludedFolders;

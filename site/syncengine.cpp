@@ -54,16 +54,16 @@ std::vector<SyncRow> rowsOf(const std::vector<std::string>& listing)
 }
 
 // True when rsync succeeded: then it always prints a report.
-bool runTransfer(const SyncEngine::ShellRunner& runShell, const RsyncCommand& command,
+bool runTransfer(const CommandRunner& runProgram, const RsyncCommand& command,
                  const std::vector<RsyncRule>& rules)
 {
     if (RsyncCommand::fitCommandLine(rules))
-        return !runShell(shellCommand(command.transfer(rules))).empty();
+        return !runProgram(shellCommand(command.transfer(rules))).empty();
     const QTemporaryDir folder;
     const std::filesystem::path file = folder.filePath(QStringLiteral("rules")).toStdString();
     if (!folder.isValid() || !writeFile(file, RsyncCommand::rulesFile(rules), 0600))
         return false;
-    return !runShell(shellCommand(command.transferWithRulesFile(file.string()))).empty();
+    return !runProgram(shellCommand(command.transferWithRulesFile(file.string()))).empty();
 }
 
 std::vector<std::size_t> tickedRows(const std::vector<SyncRow>& rows)
@@ -78,9 +78,9 @@ std::vector<std::size_t> tickedRows(const std::vector<SyncRow>& rows)
 
 } // namespace
 
-SyncEngine::SyncEngine(SiteRecord& record, ShellRunner runShell, std::function<SyncSides()> sides,
+SyncEngine::SyncEngine(SiteRecord& record, CommandRunner runProgram, std::function<SyncSides()> sides,
                        QObject* parent)
-    : QObject(parent), m_record(record), m_runShell(std::move(runShell)), m_sides(std::move(sides))
+    : QObject(parent), m_record(record), m_runProgram(std::move(runProgram)), m_sides(std::move(sides))
 {}
 
 SyncEngine::~SyncEngine()
@@ -160,8 +160,8 @@ void SyncEngine::compareFolders(const SyncFolders& folders)
 void SyncEngine::listWithRsync(bool deletes)
 {
     const auto arguments = RsyncArguments::of(m_record, m_direction, deletes);
-    start(m_workItem, [self = QPointer(this), arguments, runShell = m_runShell](const WorkItem& item) {
-        const std::string output = runShell(shellCommand(RsyncCommand(arguments).dryRun()));
+    start(m_workItem, [self = QPointer(this), arguments, runProgram = m_runProgram](const WorkItem& item) {
+        const std::string output = runProgram(shellCommand(RsyncCommand(arguments).dryRun()));
         std::vector<SyncRow> rows = rowsOf(RsyncCommand::listing(output));
         onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(rows), {}); });
     });
@@ -237,8 +237,9 @@ void SyncEngine::transferWithRsync(bool deletes)
 {
     const auto arguments = RsyncArguments::of(m_record, m_direction, deletes);
     start(m_workItem, [self = QPointer(this), arguments, rows = m_table.rows(),
-                       runShell = m_runShell](const WorkItem& item) {
-        const bool done = runTransfer(runShell, RsyncCommand(arguments), rsyncRules(rows, arguments.deletes));
+                       runProgram = m_runProgram](const WorkItem& item) {
+        const bool done =
+            runTransfer(runProgram, RsyncCommand(arguments), rsyncRules(rows, arguments.deletes));
         const std::vector<std::size_t> moved = done ? tickedRows(rows) : std::vector<std::size_t>();
         std::vector<std::string> problems;
         if (!done)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/workitem.h"
+#include "shell/commandrunner.h"
 #include "site/siterecord.h"
 #include "site/synctablemodel.h"
 
@@ -33,12 +34,9 @@ class SyncEngine final : public QObject
 public:
     enum class State { Idle, Comparing, Ready, Empty, Transferring, Done };
 
-    /// Runs the program named first with the other elements as arguments; returns its standard output, empty
-    /// on failure. Called on any thread, even after the engine is destroyed.
-    using ShellRunner = std::function<std::string(const std::vector<std::string>&)>;
-
-    /// `record` outlives the engine. `sides` is called on the main thread when a job begins.
-    SyncEngine(SiteRecord& record, ShellRunner runShell, std::function<SyncSides()> sides,
+    /// `record` outlives the engine. `runProgram` runs the program named by the first word; it is called on any
+    /// thread, even after the engine is destroyed. `sides` is called on the main thread when a job begins.
+    SyncEngine(SiteRecord& record, CommandRunner runProgram, std::function<SyncSides()> sides,
                QObject* parent = nullptr);
     ~SyncEngine() override;
 
@@ -68,7 +66,7 @@ signals:
 
 private:
     SiteRecord& m_record;
-    ShellRunner m_runShell;
+    CommandRunner m_runProgram;
     std::function<SyncSides()> m_sides;
     SyncTableModel m_table;
     State m_state = State::Idle;

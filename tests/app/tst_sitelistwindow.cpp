@@ -35,14 +35,14 @@ class tst_sitelistwindow final : public QObject
     std::unique_ptr<Preferences> m_preferences;
     std::unique_ptr<LUMAAppDelegate> m_delegate;
     QStringList m_commands;
-    std::optional<QString> m_shellAnswer;
+    std::string m_shellAnswer;
     QList<SiteList::Record> m_shown;
     QList<QUrl> m_urls;
 
     LUMAAppDelegate::Services services()
     {
-        return {[this](const QStringList& arguments) {
-                    m_commands += arguments.join(u' ');
+        return {[this](const std::vector<std::string>& words) {
+                    m_commands += QString::fromStdString(words.back());
                     return m_shellAnswer;
                 },
                 [this](const SiteList::Record& record) { m_shown += record; },
@@ -114,7 +114,7 @@ private slots:
         m_commands.clear();
         m_shown.clear();
         m_urls.clear();
-        m_shellAnswer.reset();
+        m_shellAnswer.clear();
     }
     void cleanup() { m_delegate.reset(); }
 
@@ -342,7 +342,7 @@ private slots:
     void updateCheck_offersTheProductPage()
     {
         launch();
-        m_shellAnswer = QStringLiteral("<b>2.0</b>");
+        m_shellAnswer = "<b>2.0</b>";
         m_delegate->checkForUpdateWithSender(nullptr);
         QTRY_VERIFY(find<QMessageBox>("updateSheet"));
         auto* sheet = find<QMessageBox>("updateSheet");

@@ -18,15 +18,6 @@ class tst_versioncheck final : public QObject
 {
     Q_OBJECT
 
-    static std::optional<QString> zsh(const QStringList& arguments)
-    {
-        TaskWrapper task;
-        for (const QString& argument : arguments)
-            task.arguments.push_back(argument.toStdString());
-        const auto output = task.run();
-        return output ? std::optional(QString::fromStdString(*output)) : std::nullopt;
-    }
-
     // Runs the check in the background, as the application does, while this thread serves.
     static std::optional<VersionCheck::Notice> checkAgainst(quint16 port)
     {
@@ -34,7 +25,7 @@ class tst_versioncheck final : public QObject
         std::optional<VersionCheck::Notice> notice;
         std::atomic<bool> done = false;
         start(std::make_shared<WorkItem>(), [&](const WorkItem&) {
-            notice = VersionCheck::run(zsh, QStringLiteral("1.0"));
+            notice = VersionCheck::run(shellRunner(), QStringLiteral("1.0"));
             done = true;
         });
         [&done] { QTRY_VERIFY_WITH_TIMEOUT(done, 60'000); }();
@@ -64,21 +55,24 @@ private slots:
 
     void notice_comparesTexts_data()
     {
-        QTest::addColumn<std::optional<QString>>("answer");
+        QTest::addColumn<QString>("answer");
         QTest::addColumn<QString>("own");
         QTest::addColumn<QString>("message");
         const QString update = QStringLiteral("An update for Postwick is available");
         const QString none = QStringLiteral("There are no newer versions available");
-        QTest::newRow("no answer") << std::optional<QString>() << "1.0" << QString();
-        QTest::newRow("same") << std::optional(QStringLiteral("1.0")) << "1.0" << none;
-        QTest::newRow("newer") << std::optional(QStringLiteral("1.1")) << "1.0" << update;
-        QTest::newRow("older") << std::optional(QStringLiteral("1.0")) << "1.1" << update;
-        QTest::newRow("same but for a blank") << std::optional(QStringLiteral("1.0 ")) << "1.0" << update;
-        QTest::newRow("own unknown") << std::optional(QStringLiteral("1.0")) << "" << update;
+        const auto row = [](const char* name, const char* answer, const char* own, const QString& message) {
+            QTest::newRow(name) << QString::fromLatin1(answer) << QString::fromLatin1(own) << message;
+        };
+        row("no answer", "", "1.0", QString());
+        row("same", "1.0", "1.0", none);
+        row("newer", "1.1", "1.0", update);
+        row("older", "1.0", "1.1", update);
+        row("same but for a blank", "1.0 ", "1.0", update);
+        row("own unknown", "1.0", "", update);
     }
     void notice_comparesTexts()
     {
-        QFETCH(std::optional<QString>, answer);
+        QFETCH(QString, answer);
         QFETCH(QString, own);
         QFETCH(QString, message);
         const auto notice = VersionCheck::notice(answer, own);

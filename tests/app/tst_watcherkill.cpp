@@ -18,15 +18,6 @@ class tst_watcherkill final : public QObject
 
     static constexpr const char* insideMark = "LUMA_TEST_OWN_PROCESSES";
 
-    static std::optional<QString> zsh(const QStringList& arguments)
-    {
-        TaskWrapper task;
-        for (const QString& argument : arguments)
-            task.arguments.push_back(argument.toStdString());
-        const auto output = task.run();
-        return output ? std::optional(QString::fromStdString(*output)) : std::nullopt;
-    }
-
     static bool startNamed(QProcess& process, const char* name)
     {
         process.start(
@@ -38,15 +29,14 @@ class tst_watcherkill final : public QObject
 private slots:
     void command_isTheFixedOne()
     {
-        QStringList arguments;
-        endStrayWatchers([&](const QStringList& given) {
+        std::vector<std::string> arguments;
+        endStrayWatchers([&](const std::vector<std::string>& given) {
             arguments = given;
-            return std::optional<QString>();
+            return std::string();
         });
-        QCOMPARE(arguments,
-                 (QStringList{QStringLiteral("-c"),
-                              QStringLiteral("ps aux | grep -v grep | grep LUMAWatcher | awk '{print $2}' | "
-                                             "xargs kill")}));
+        const std::string command =
+            "ps aux | grep -v grep | grep LUMAWatcher | awk '{print $2}' | xargs kill";
+        QVERIFY(arguments == std::vector<std::string>({"-c", command}));
     }
 
     void pipeline_endsWatchersAndNobodyElse()
@@ -87,7 +77,7 @@ private:
             QFile file(name);
             return file.open(QFile::ReadOnly) && file.readAll().startsWith("/usr/share/luma/LUMAWatcher");
         }());
-        endStrayWatchers(zsh);
+        endStrayWatchers(shellRunner());
         QVERIFY(watcher.waitForFinished(60'000));
         QCOMPARE(watcher.exitStatus(), QProcess::CrashExit);
         QCOMPARE(other.state(), QProcess::Running);

@@ -38,7 +38,7 @@ public:
         : SiteWindow(std::make_shared<SiteRecord>(QVariantMap{{"sourceDict", localFolder(source)},
                                                               {"destinationDict", localFolder(destination)}}),
                      {.remoteLogin = {},
-                      .runShell = {},
+                      .runProgram = {},
                       .mounter = std::make_shared<UnavailableMounter>(),
                       .excludedFolders = [] { return "old, images"; }})
     {
