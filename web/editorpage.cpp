@@ -2,6 +2,7 @@
 #include "web/editorpage.h"
 
 #include "base/files.h"
+#include "base/fileuri.h"
 #include "base/resources.h"
 #include "web/pagescheme.h"
 #include "web/scriptcall.h"
@@ -253,8 +254,7 @@ QUrl EditorPage::addressForTheBrowser(const QUrl& url) const
     const auto file = m_files.fileAt(url.path(QUrl::FullyEncoded).toStdString());
     if (!file || !m_files.realPath(*file) || mightRun(*file))
         return {};
-    QUrl address =
-        QUrl::fromEncoded("file://" + QByteArray::fromStdString(file->native()).toPercentEncoding("/"));
+    QUrl address = QUrl::fromEncoded(fileUri(*file));
     if (*file != m_files.page())
         address.setQuery(url.query(QUrl::FullyEncoded));
     address.setFragment(url.fragment(QUrl::FullyEncoded));
