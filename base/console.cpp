@@ -8,7 +8,7 @@ namespace luma {
 
 void printLine(std::string_view line)
 {
-    // In one piece, so that lines of two threads do not mix.
+    // One write, so that lines of two threads do not mix.
     const std::string text = std::string(line) + '\n';
     (void)std::fwrite(text.data(), 1, text.size(), stdout);
     (void)std::fflush(stdout);

@@ -5,8 +5,8 @@
 
 namespace luma {
 
-/// Prints `line`, bytes as they are, and a line end on standard output, at once: somebody may watch. Any
-/// thread. A failure has nobody to be told to.
+/// Prints the bytes of `line` and a line end to standard output and flushes it. Any thread; lines of two
+/// threads do not mix. Failures are ignored.
 void printLine(std::string_view line);
 
 } // namespace luma

@@ -7,8 +7,8 @@
 
 namespace luma {
 
-/// The file: URL of an absolute path, every byte that may not stand in a URL's path percent-encoded (RFC
-/// 8089). A name of any bytes survives, valid UTF-8 or not.
+/// The file: URL of an absolute path (RFC 8089). Every byte not allowed in a URL's path is percent-encoded, so
+/// names that are not valid UTF-8 survive.
 QByteArray fileUri(const std::filesystem::path& path);
 
 } // namespace luma

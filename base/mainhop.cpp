@@ -22,7 +22,7 @@ struct Hop
     HopState state = HopState::Waiting;
 };
 
-// Jobs may outlive the application object, so the queue is never destroyed.
+// Never destroyed, because jobs may outlive the application object.
 class HopQueue final
 {
 public:
@@ -47,7 +47,7 @@ private:
     QObject* receiver();
 };
 
-// Lives on the main thread, made by the first hop.
+// Created by the first hop; lives on the main thread.
 QObject* HopQueue::receiver()
 {
     if (!m_receiver) {

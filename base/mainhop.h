@@ -7,15 +7,13 @@
 
 namespace luma {
 
-/// The hop from a background job to the main thread.
-///
-/// onMain(f) runs `f` on the main thread and returns when it has run; called on the main thread it just calls
-/// `f`. The answer is false when `f` was not run: the application is quitting, or there is none. Nobody waits
-/// for ever: quitting releases every waiting job.
+/// Runs `f` on the main thread and returns when it is done; called on the main thread, it just calls `f`.
+/// False if `f` did not run because the application is quitting or there is none. It never blocks for ever:
+/// quitting releases every waiting job.
 bool onMain(const std::function<void()>& f);
 
-/// The same for a job that speaks to `target`, which may be gone by the time the main thread gets there: then
-/// `f` is not run and the answer is false.
+/// The same with `target` as the argument of `f`. If it has been destroyed by the time the main thread gets to
+/// it, `f` does not run and the answer is false.
 template <class Target, class Function>
 bool onMain(const QPointer<Target>& target, Function f)
 {
@@ -29,12 +27,12 @@ bool onMain(const QPointer<Target>& target, Function f)
     return hopped && ran;
 }
 
-/// From here on every hop, waiting or to come, does nothing. Happens by itself when the application's event
-/// loop ends or the application object dies; call it before waiting for jobs on the main thread.
+/// Makes every waiting and future hop do nothing. This happens by itself when the application's event loop
+/// ends or the application object is destroyed; call it before waiting for jobs on the main thread.
 void closeMainHop();
 
-/// True from then on, on any thread: nobody sees any more what a job does, so a long one ends at its next
-/// step.
+/// True after closeMainHop(). A long job checks this and ends at its next step, as its results are no longer
+/// wanted. Any thread.
 bool isMainHopClosed();
 
 } // namespace luma

@@ -6,9 +6,9 @@
 
 namespace luma {
 
-/// A string-keyed dictionary shared by reference: the site list, the site's window and a pane's settings
-/// sheet hold the same one and hear of each other's edits. Values keep the type they came with; a reader that
-/// needs another type gets the fallback, never a conversion. Main thread only.
+/// A dictionary with string keys, shared by reference: the site list, the site's window and a pane's settings
+/// sheet hold the same one and see each other's edits. Values keep their types; a reader that asks for another
+/// type gets the fallback, not a conversion. Main thread only.
 class ObservedDictionary final : public QObject
 {
     Q_OBJECT
@@ -19,14 +19,14 @@ public:
     [[nodiscard]] const QVariantMap& values() const { return m_values; }
     [[nodiscard]] QVariant value(const QString& key) const { return m_values.value(key); }
 
-    /// The value when it is a string, else `fallback`.
+    /// The value if it is a string, else `fallback`.
     [[nodiscard]] QString string(const QString& key, const QString& fallback = {}) const;
-    /// The value when it is an integer number, else `fallback`.
+    /// The value if it is an integer, else `fallback`.
     [[nodiscard]] qint64 integer(const QString& key, qint64 fallback = 0) const;
-    /// The value when it is a list, its strings in order; else nothing.
+    /// The strings in the value if it is a list, in order; else none.
     [[nodiscard]] QStringList stringList(const QString& key) const;
 
-    /// Stores `value` and tells, unless the same value of the same type stands there.
+    /// Stores `value` and emits changed(), unless the stored value has the same type and is equal.
     void setValue(const QString& key, const QVariant& value);
 
 signals:

@@ -16,7 +16,7 @@ namespace luma {
 namespace {
 
 constexpr qsizetype maxSize = qsizetype{64} << 20U;
-// A property list's dates count from 2001-01-01T00:00:00Z.
+// Dates in a property list count from 2001-01-01T00:00:00Z.
 constexpr qint64 dateEpoch = 978'307'200;
 
 struct NodeDeleter
@@ -31,7 +31,7 @@ struct Release
 };
 using Text = std::unique_ptr<char, Release>;
 
-// The library takes C strings, which end at a NUL.
+// The library takes C strings, which a NUL would end.
 QByteArray utf8(const QString& string)
 {
     return QString(string).remove(QChar(u'\0')).toUtf8();

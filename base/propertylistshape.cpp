@@ -11,9 +11,9 @@ constexpr int maxDepth = 100;
 constexpr int maxValues = 1'000'000;
 constexpr quint64 trailerSize = 32;
 
-// Walks the references of a binary property list. The layout: a header, the objects, a table of their
-// offsets, and a trailer that says how wide offsets and references are, how many objects there are, which is
-// the top one, and where the table lies.
+// Walks the references of a binary property list. The layout: a header, the objects, a table of their offsets,
+// and a trailer with the widths of offsets and references, the number of objects, the top object and the
+// table's offset.
 class BinaryWalk final
 {
 public:
@@ -42,7 +42,7 @@ private:
         return width <= size() && offset <= size() - width;
     }
 
-    // Big-endian; the caller has made sure that the bytes are there.
+    // Big-endian. The caller has checked that the bytes exist.
     [[nodiscard]] quint64 number(quint64 offset, quint64 width) const
     {
         quint64 value = 0;
@@ -76,8 +76,8 @@ private:
         return true;
     }
 
-    // A count of 15 and more follows as an integer object: a marker with its width as a power of two, then
-    // the bytes.
+    // A count of 15 or more follows as an integer object: a marker with the width as a power of two, then the
+    // bytes.
     bool readLongCount(quint64& offset, quint64& count) const
     {
         if (!holds(offset, 1))

@@ -5,9 +5,9 @@
 
 namespace luma {
 
-/// True when these bytes are a property list, binary or XML, whose nesting and number of values stay within
-/// what recursive code can take: at most 100 levels and a million values, an object that is referred to twice
-/// counting twice. The library that reads property lists trusts both. Any thread.
+/// Whether the bytes are a property list, binary or XML, of at most 100 levels and a million values, which
+/// recursive code can handle; an object referred to twice counts twice. The library that reads property lists
+/// does not check. Any thread.
 bool hasReadableShape(const QByteArray& bytes);
 
 } // namespace luma

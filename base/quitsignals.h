@@ -7,9 +7,9 @@
 
 namespace luma {
 
-/// Turns SIGTERM, SIGINT and SIGHUP into an ordinary quit, so that the end of a desktop session loses
-/// nothing: windows are asked to close, and what is saved at quit is saved. A second signal ends the program
-/// at once. One for the application, made on the main thread after the application object.
+/// Turns SIGTERM, SIGINT and SIGHUP into an ordinary quit, so that nothing is lost when the desktop session
+/// ends: windows are asked to close, and what is saved at quit is saved. A second signal ends the program at
+/// once. Create one, on the main thread, after the application object.
 class QuitSignals final : public QObject
 {
     Q_OBJECT

@@ -15,7 +15,7 @@ std::filesystem::path resourceFolder()
     const fs::path program = fs::read_symlink("/proc/self/exe", error);
     if (error)
         return {};
-    // bin/luma beside share/luma: the same shape in the build tree and installed.
+    // bin/luma is next to share/luma, installed as in the build tree.
     for (const fs::path& folder : {program.parent_path().parent_path() / "share/luma",
                                    program.parent_path().parent_path().parent_path() / "share/luma"}) {
         if (fs::is_directory(folder, error))

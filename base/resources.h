@@ -5,9 +5,9 @@
 
 namespace luma {
 
-/// The application's resource folder: the installed share/luma beside the program, or the build tree's copy.
-/// It holds the page-side scripts, the template page, the icons, the sample site and the folder watcher.
-/// The environment variable LUMA_RESOURCES points elsewhere. Empty when there is none. Any thread.
+/// The application's resource folder: the installed share/luma next to the program, or the build tree's copy.
+/// It has the page-side scripts, the template page, the icons, the sample site and the folder watcher. The
+/// environment variable LUMA_RESOURCES overrides it. Empty if there is none. Any thread.
 std::filesystem::path resourceFolder();
 
 } // namespace luma

@@ -7,7 +7,7 @@ namespace luma {
 
 namespace {
 
-// Jobs mostly wait, for servers and for child processes; one a core would let two silent servers stop all
+// Jobs mostly wait for servers and child processes; with one per core, a few silent servers would block all
 // others.
 constexpr int jobsAtOnce = 16;
 

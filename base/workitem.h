@@ -7,8 +7,8 @@
 
 namespace luma {
 
-/// A token shared by a background job and whoever may want to stop it. Cancelling is cooperative: a job
-/// that has not begun never begins, a running one asks isCancelled() between files. Safe on any thread.
+/// A token shared by a background job and the code that may stop it. Cancelling is cooperative: a job that has
+/// not started never starts, a running one checks isCancelled() between files. Any thread.
 class WorkItem final
 {
 public:
@@ -21,8 +21,8 @@ private:
 
 using WorkItemPointer = std::shared_ptr<WorkItem>;
 
-/// Runs `job` on the global thread pool, unless `item` is cancelled before its turn comes. The pool keeps
-/// the item alive; `job` owns by value whatever it needs.
+/// Runs `job` on the global thread pool, unless `item` is cancelled first. The pool keeps the item alive;
+/// `job` must own everything it needs.
 void start(const WorkItemPointer& item, std::function<void(const WorkItem&)> job);
 
 } // namespace luma
