@@ -7,8 +7,7 @@
 
 namespace luma::html {
 
-/// A run of text, or a comment (its text without the delimiters). UTF-8, as it reads once character
-/// references are resolved.
+/// A run of text, or a comment (its text without the delimiters). UTF-8 with character references resolved.
 class CharacterData final : public Node
 {
 public:

@@ -23,8 +23,7 @@ constexpr auto namedReferences = std::to_array<NamedReference>({
 
 constexpr std::size_t longestName = 32;
 
-// Numbers 0x80 to 0x9F mean windows-1252 (HTML standard, numeric character reference end state); 0 = no
-// change.
+// Numbers 0x80 to 0x9F mean windows-1252 (HTML standard, numeric character reference end state); 0: unchanged.
 constexpr std::array<char32_t, 32> windows1252 = {
     0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
     0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
@@ -38,8 +37,8 @@ const NamedReference* findName(std::string_view name)
     return found != namedReferences.end() && found->name == name ? found : nullptr;
 }
 
-// Each reader appends what the reference at the start of `raw` stands for and gives its length in bytes; 0
-// when there is none.
+// Each reader appends the text of the reference at the start of `raw` and gives its length in bytes; 0 if
+// there is none.
 std::size_t readNamed(std::string_view raw, ReferenceContext context, std::string& text)
 {
     std::size_t run = 1;
@@ -92,7 +91,7 @@ std::size_t readNumeric(std::string_view raw, std::string& text)
     return end < raw.size() && raw[end] == ';' ? end + 1 : end;
 }
 
-// One unit of source: a reference, a line end, or a byte that stands for itself.
+// Reads one unit of source: a reference, a line end, or any other byte.
 std::size_t readUnit(std::string_view raw, ReferenceContext context, std::string& text)
 {
     std::size_t length = 0;

@@ -19,7 +19,7 @@ bool isInTemplate(const Element& element)
     return false;
 }
 
-/// Whether no other element has the id. Browsers ignore its letter case on pages without a proper doctype.
+/// Whether no other element has the id, ignoring letter case as browsers do on pages in quirks mode.
 bool hasUniqueId(const Element& element)
 {
     const std::string_view id = element.attr("id");
@@ -34,7 +34,7 @@ bool hasUniqueId(const Element& element)
     return true;
 }
 
-/// The classes help a reader; the position makes the step unique among its siblings.
+/// Classes make the step readable; the position makes it unique among siblings.
 std::string step(const Element& element)
 {
     std::string result = escapedIdentifier(element.tagName());

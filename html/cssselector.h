@@ -11,7 +11,7 @@ class Element;
 /// See `Element::cssSelector`.
 std::string cssSelector(const Element& element);
 
-/// The text as a CSS identifier, escaped where it must be (CSSOM, 2.1, serialise an identifier).
+/// The text as a CSS identifier, escaped where needed (CSSOM, 2.1, serialise an identifier).
 std::string escapedIdentifier(std::string_view text);
 
 } // namespace luma::html

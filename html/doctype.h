@@ -5,9 +5,9 @@
 
 namespace luma::html {
 
-/// The document type declaration. Besides its parts it keeps the declaration as it was written, and is
-/// serialised so: the parts don't tell whether an identifier was absent or empty, and browsers choose their
-/// mode by that.
+/// The document type declaration. Keeps the source text of the declaration as well as its parts and is
+/// serialised from it: browsers choose their mode by whether an identifier is absent or empty, and the parts
+/// do not tell.
 class Doctype final : public Node
 {
 public:

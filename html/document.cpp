@@ -17,7 +17,7 @@ Element* Document::part(std::string_view name) const
 
 Element* Document::titleElement() const
 {
-    // The first one in document order, as a browser takes it; an svg has titles of its own.
+    // The first HTML one in document order, as in browsers; the title of an svg does not count.
     for (Node* node = following(*this); node; node = node->following(*this)) {
         if (Element* element = node->asElement(); element && element->is("title"))
             return element;

@@ -8,23 +8,23 @@
 
 namespace luma::html {
 
-/// The root of a page's tree. Its children are the doctype, comments and one element, `html`.
+/// The root of a page's tree. Its children are the doctype, comments and one `html` element.
 class Document final : public ParentNode
 {
 public:
     Document() : ParentNode(Kind::Document) {}
 
-    /// The `html` element and its two parts; null when the page has none (a page of frames has no body).
+    /// The `html` element and its two parts; null if the page has none (a page of frames has no body).
     Element* documentElement() const { return firstElement(); }
     Element* head() const { return part("head"); }
     Element* body() const { return part("body"); }
 
-    /// The text of the page's title, white space trimmed and simplified; empty without a title.
+    /// The text of the page's title, simplified(); empty if there is none.
     std::string title() const;
-    /// Replaces the text of the title; a page without one gets it, as the last child of `head`.
+    /// Replaces the text of the title. A page without one gets it as the last child of `head`.
     void setTitle(std::string_view title);
 
-    /// Whether the page began with a byte-order mark; its serialisation begins with one again.
+    /// Whether the page began with a byte-order mark; if so, it is serialised with one.
     bool hasByteOrderMark() const { return m_hasByteOrderMark; }
     void setByteOrderMark(bool has) { m_hasByteOrderMark = has; }
 

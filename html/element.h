@@ -10,8 +10,7 @@
 
 namespace luma::html {
 
-/// An attribute as it is written: the name with its prefix ("xlink:href"), the value with character
-/// references resolved. UTF-8.
+/// An attribute: the name with its prefix ("xlink:href"), the value with character references resolved. UTF-8.
 struct Attribute
 {
     std::string name;
@@ -22,8 +21,8 @@ struct Attribute
 
 enum class NameSpace { Html, Svg, MathMl };
 
-/// An element. Names are in lower case, but for the mixed-case ones of SVG and MathML ("foreignObject",
-/// "viewBox"), which the parser sets right. Attributes keep their order.
+/// An element. Names are in lower case, except the mixed-case ones of SVG and MathML ("foreignObject",
+/// "viewBox"), which the parser corrects. Attributes keep their order.
 class Element final : public ParentNode
 {
 public:
@@ -36,28 +35,27 @@ public:
     bool is(std::string_view htmlTagName) const;
 
     const std::vector<Attribute>& attributes() const { return m_attributes; }
-    /// Exchanges all attributes: the whole of an undo command that changes some, since doing it twice
-    /// restores what was.
+    /// Swaps all attributes with the given ones. An undo command needs no more: a second call restores the
+    /// first state.
     void swapAttributes(std::vector<Attribute>& attributes) { m_attributes.swap(attributes); }
-    /// The value; empty when the attribute is not there.
+    /// The value; empty if there is no such attribute.
     std::string_view attr(std::string_view name) const;
     bool hasAttr(std::string_view name) const;
-    /// Changes the value, or adds the attribute behind the others. The name must be one that can be written
-    /// in a tag: no white space, "/", ">" or "=".
+    /// Changes the value, or appends the attribute. The name must be valid in a tag: no white space, "/", ">"
+    /// or "=".
     void setAttr(std::string_view name, std::string_view value);
     void removeAttr(std::string_view name);
 
-    /// The text of the direct text children, white space trimmed and simplified. Scripts and style sheets
-    /// are no text: theirs is empty.
+    /// The text of the direct text children, simplified(); empty for scripts and style sheets.
     std::string ownText() const;
-    /// Replaces all child nodes by what the markup gives inside this element. In a script, a style sheet
-    /// and their like the markup is the text as it stands. On an error nothing changes.
+    /// Replaces all child nodes with the parsed markup; in a script, a style sheet and other raw text
+    /// elements, with the markup as text. On an error nothing changes.
     Result<void> setHtml(std::string_view markup);
     using ParentNode::html;
 
-    /// A selector that in a browser showing this page selects this element and no other: "#id" where the
-    /// element's id is unique, else a path of steps from such an ancestor or from the root. Empty for what
-    /// no selector reaches, the contents of a `template`.
+    /// A selector that selects this element and no other in a browser: "#id" if the element's id is unique,
+    /// else a path from such an ancestor or from the root. Empty inside a `template`, where no selector
+    /// reaches.
     std::string cssSelector() const;
 
     NodePtr shallowCopy() const override;

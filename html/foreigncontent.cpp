@@ -12,7 +12,7 @@ namespace luma {
 
 namespace {
 
-// Start tags that end svg and math (13.2.6.5); font does so with one of three attributes.
+// Start tags that end svg and math (13.2.6.5); font does only with one of three attributes.
 constexpr auto breakoutTags = std::to_array<std::string_view>(
     {"b",     "big",   "blockquote", "body",   "br",   "center", "code",  "dd", "div",  "dl",   "dt",
      "em",    "embed", "h1",         "h2",     "h3",   "h4",     "h5",    "h6", "head", "hr",   "i",
@@ -82,7 +82,7 @@ ForeignContent::Kind ForeignContent::kindOf(Kind parent, const HtmlToken& tag)
 
 void ForeignContent::open(std::string_view name, Kind kind)
 {
-    // As deep as browsers build a tree; a bound also on the search for an end tag's element.
+    // Browsers build no deeper trees. It also bounds the search for an end tag's element.
     constexpr std::size_t deepest = 512;
     if (m_open.size() < deepest)
         m_open.push_back({name, kind});
@@ -120,7 +120,7 @@ bool ForeignContent::startTag(const HtmlToken& tag)
     return false;
 }
 
-// Looks for an open HTML element below `top`, no further down than the integration point that holds it.
+// Looks for an open HTML element below `top`, down to the integration point that holds it.
 void ForeignContent::endHtml(std::string_view name, std::size_t top)
 {
     for (std::size_t i = top; i-- > 0;) {
@@ -132,7 +132,7 @@ void ForeignContent::endHtml(std::string_view name, std::size_t top)
         if (isHtmlPoint(element.kind) || element.kind == Kind::MathTextPoint)
             return;
     }
-    // An element that was open before svg or math began: its end ends them too.
+    // The element was open before svg or math began, so its end ends them too.
     m_open.clear();
 }
 

@@ -9,26 +9,26 @@
 
 namespace luma {
 
-/// Follows a page's tags far enough to know which of them stand in svg or math: a CDATA section exists only
-/// there, and title, style or script are no raw text there. It keeps the elements open since the outermost
-/// svg or math, and nothing outside of these (HTML standard, 13.2.6.5, tree construction in foreign content).
+/// Follows a page's tags to tell which of them are inside svg or math, where CDATA sections exist and title,
+/// style and script are not raw text. Keeps the elements open since the outermost svg or math and nothing
+/// outside (HTML standard, 13.2.6.5, tree construction in foreign content).
 class ForeignContent final
 {
 public:
     void enterSvg() { m_open.push_back({"svg", Kind::Svg}); }
 
-    /// Whether svg or math is open at all: else only their own start tags need be told.
+    /// Whether svg or math is open. If not, only their start tags need to be reported.
     [[nodiscard]] bool isActive() const { return !m_open.empty(); }
 
-    /// Whether the text that comes now belongs to an element of svg or math.
+    /// Whether the text that follows belongs to an element of svg or math.
     [[nodiscard]] bool isForeign() const { return !m_open.empty() && m_open.back().kind != Kind::Html; }
 
-    /// Takes note of a start tag; whether it starts an element of HTML.
+    /// Reports a start tag. True if it starts an HTML element.
     bool startTag(const HtmlToken& tag);
     void endTag(std::string_view name);
 
 private:
-    // What holds HTML again is an integration point; the text elements of math do but for two of its own.
+    // Integration points hold HTML again; math text elements hold it except for two elements of their own.
     enum class Kind : std::uint8_t {
         Html,
         Svg,

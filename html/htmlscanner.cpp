@@ -46,7 +46,7 @@ std::size_t find(std::string_view text, char c, std::size_t from)
     return found ? static_cast<std::size_t>(static_cast<const char*>(found) - text.data()) : npos;
 }
 
-// How the content of an HTML element is read (13.2.6.4: which start tags switch the tokenizer).
+// How the content of an HTML element is read (13.2.6.4 says which start tags switch the tokenizer).
 TextKind contentKind(std::string_view name)
 {
     struct Entry
@@ -72,7 +72,7 @@ TextKind contentKind(std::string_view name)
     return TextKind::Data;
 }
 
-// Only these letters begin a name that changes how the page is read on.
+// A fast test: only names with these initials change how the page is read.
 bool mayMatter(std::string_view name)
 {
     switch (asciiLower(name.front())) {
@@ -215,13 +215,13 @@ void HtmlScanner::readComment(HtmlToken& token, std::size_t open)
     token.end = m_position = m_source.size();
 }
 
-// Reads the attribute at `position`, which is not its tag's end; npos when the page ends in it.
+// Reads the attribute at `position`, which is not at the end of its tag; npos if the page ends in it.
 std::size_t HtmlScanner::readAttribute(HtmlToken& token, std::size_t position)
 {
     const char* const source = m_source.data();
     const std::size_t size = m_source.size();
     const std::size_t nameBegin = position;
-    // A name may begin with '='.
+    // A name may start with '='.
     do
         ++position;
     while (position < size && !is(source[position], NameEnd) && source[position] != '=');
@@ -315,8 +315,8 @@ std::size_t HtmlScanner::findEndOfText() const
     return npos;
 }
 
-// A script may hold "<!--", and inside it "<script", up to whose end its own end tag does not count
-// (13.2.5.15 and following).
+// After "<!--" a script may contain "<script", and until that one's end tag its own does not count (13.2.5.15
+// and following).
 std::size_t HtmlScanner::findEndOfScript() const
 {
     enum class State { Plain, Escaped, DoublyEscaped } state = State::Plain;
@@ -336,7 +336,7 @@ std::size_t HtmlScanner::findEndOfScript() const
             state = State::Escaped;
         } else if (state == State::Plain && startsWith(i, "<!--")) {
             state = State::Escaped;
-            ++i; // both dashes may belong to the "-->" already
+            ++i; // both dashes may already belong to "-->"
         } else if (state == State::Escaped && isTagAt(i, "<", "script")) {
             state = State::DoublyEscaped;
         }

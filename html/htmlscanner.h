@@ -8,24 +8,24 @@
 
 namespace luma {
 
-/// The tokenizer of the HTML standard (13.2.5) for work that goes over many pages: it reports tags with the
-/// place of each attribute's value, in one pass, without a tree, without recursion, at any depth of nesting.
+/// The tokenizer of the HTML standard (13.2.5), for work on many pages: reports tags and where each
+/// attribute's value is, in one pass, without a tree or recursion, however deep the nesting.
 ///
-/// It knows by itself what the standard's tree builder tells its tokenizer: the elements whose content is raw
-/// text, and the other rules inside svg and math. Scripting counts as off: noscript holds elements.
-/// The source is any bytes and must outlive the scanner. Any thread.
+/// It works out what the standard's tree builder tells its tokenizer: which elements hold raw text, and the
+/// other rules inside svg and math. Scripting is off, so noscript holds elements. The source may be any bytes
+/// and must outlive the scanner. Any thread.
 class HtmlScanner final
 {
 public:
     explicit HtmlScanner(std::string_view source) : m_source(source) {}
 
-    /// Starts inside an element of raw text, `element` being its name: for fragments.
+    /// Starts inside a raw text element named `element`; for fragments.
     void startInText(TextKind kind, std::string_view element);
-    /// Starts inside svg or math, where CDATA sections are known.
+    /// Starts inside svg or math, where CDATA sections exist; for fragments.
     void startInForeignContent() { m_foreign.enterSvg(); }
 
-    /// Reads the next token into `token`, whose memory is used again. False at the end of the page: then the
-    /// token is of kind End.
+    /// Reads the next token into `token`, reusing its memory. False at the end of the page, with a token of
+    /// kind End.
     bool next(HtmlToken& token);
 
 private:

@@ -11,8 +11,8 @@ namespace luma {
 /// How an attribute's value is written.
 enum class Quotes : std::uint8_t { NoValue, None, Single, Double };
 
-/// An attribute as written: both views lie in the source, the value without its quotes and not decoded. For
-/// NoValue the value is empty and stands where the name ends.
+/// An attribute as written: both views point into the source, the value without its quotes and not decoded.
+/// For NoValue the value is empty and points to the end of the name.
 struct HtmlAttribute
 {
     std::string_view name;
@@ -20,7 +20,7 @@ struct HtmlAttribute
     Quotes quotes = Quotes::NoValue;
 };
 
-/// What the text before a token is: whether character references count in it.
+/// What the text before a token is, which decides whether it has character references.
 enum class TextKind : std::uint8_t { Data, Rcdata, Rawtext, ScriptData, Plaintext };
 
 enum class HtmlTokenKind : std::uint8_t {
@@ -29,11 +29,11 @@ enum class HtmlTokenKind : std::uint8_t {
     Comment, // bogus comments too
     Doctype,
     Cdata,
-    EmptyEndTag, // "</>", which stands for nothing
-    End          // begins where the page's last text ends: a tag that is cut off by the page's end is none
+    EmptyEndTag, // "</>", which browsers ignore
+    End          // starts where the last text ends: a tag cut off by the end of the page is dropped
 };
 
-/// One token of HTML; all between two tokens is text.
+/// One token of HTML; everything between two tokens is text.
 struct HtmlToken
 {
     HtmlTokenKind kind = HtmlTokenKind::End;
@@ -43,7 +43,7 @@ struct HtmlToken
     std::size_t end = 0;
     std::string_view name;    // of a tag, as written
     std::string_view content; // of a comment or CDATA section, as written
-    /// As written, duplicates too; of attributes with the same name the first one counts.
+    /// As written, duplicates included; of attributes with the same name the first counts.
     std::vector<HtmlAttribute> attributes;
 };
 

@@ -14,8 +14,8 @@ class ParentNode;
 using NodePtr = std::unique_ptr<Node>;
 using NodeList = std::vector<NodePtr>;
 
-/// A place between two nodes: inside `parent`, before `next` (at the end when that is null). Held by an undo
-/// command, it stays right as long as the edits made since are undone first.
+/// A place between two nodes: inside `parent`, before `next` (null means at the end). An undo command may keep
+/// one: it is valid again once all later edits have been undone.
 struct Position
 {
     ParentNode* parent = nullptr;
@@ -23,9 +23,9 @@ struct Position
 };
 
 /// One node of a page's tree. A node in the tree is owned by its parent, a detached one by the NodePtr that
-/// `detach` gave; its address is its identity and stays the same through moves, so an undo command holds
-/// either the plain pointer or the NodePtr. Nothing here recurses, however deep the tree. A tree belongs to
-/// one thread at a time. Const promises only that this node stays: its neighbours are given as they are.
+/// detach() gave. Its address is its identity and survives moves, so an undo command holds either the plain
+/// pointer or the NodePtr. Nothing here recurses, however deep the tree. A tree belongs to one thread at a
+/// time. Const covers this node alone, not its neighbours.
 class Node
 {
 public:
@@ -43,35 +43,35 @@ public:
     ParentNode* asParent();
     const ParentNode* asParent() const;
 
-    /// Neighbours; null at the ends, and for a detached node.
+    /// Neighbours; null at the ends and for a detached node.
     ParentNode* parent() const { return m_parent; }
     Node* previous() const { return m_previous; }
     Node* next() const { return m_next; }
     /// The nearest element after this node among its siblings, or null.
     Element* nextElement() const;
-    /// The topmost node above (the document, for a node of a page), or the node itself.
+    /// The topmost ancestor (the document, for a node of a page), or the node itself.
     const Node& root() const;
-    /// The node after this one in document order within the tree under `top`, or null at its end.
+    /// The next node in document order in the tree under `top`, or null at its end.
     Node* following(const Node& top) const;
-    /// True when `other` is this node or above it.
+    /// Whether `other` is this node or an ancestor.
     bool isInside(const Node& other) const;
 
-    /// Where the node stands, for `ParentNode::insert` to put it back.
+    /// Where the node is, for ParentNode::insertAt() to put it back.
     Position position() const { return {m_parent, m_next}; }
-    /// Takes the node with all below it out of the tree. It must have a parent.
+    /// Takes the node and its subtree out of the tree. It must have a parent.
     NodePtr detach();
-    /// Takes the node out of the tree and destroys it with all below it.
+    /// Takes the node and its subtree out of the tree and destroys them.
     void remove() { detach(); }
-    /// Puts a detached node right before or after this one, which must have a parent. To move a node of the
-    /// tree, detach it first. Gives the inserted node.
+    /// Inserts a detached node right before or after this one, which must have a parent, and gives it back. To
+    /// move a node within the tree, detach it first.
     Node& before(NodePtr node);
     Node& after(NodePtr node);
 
-    /// A detached copy of the node and all below it.
+    /// A detached copy of the node and its subtree.
     NodePtr copy() const;
     /// A detached copy of this node alone.
     virtual NodePtr shallowCopy() const = 0;
-    /// The node and all below it as markup, as the HTML standard serialises it (UTF-8).
+    /// The node and its subtree as markup (UTF-8), serialised as the HTML standard says.
     std::string outerHtml() const;
 
 protected:
@@ -86,7 +86,7 @@ private:
     Kind m_kind;
 };
 
-/// Whether the two trees are the same: kinds, names, name spaces, attributes in their order, text.
+/// Whether the two trees are equal: kinds, names, name spaces, attributes in order, text.
 bool sameTree(const Node& a, const Node& b);
 
 } // namespace luma::html

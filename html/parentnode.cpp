@@ -13,8 +13,8 @@ namespace luma::html {
 
 ParentNode::~ParentNode()
 {
-    // A child's own children join the queue before it goes, so no destructor ever finds any: the depth of the
-    // tree costs no stack.
+    // A child's children join the queue before it is deleted, so no destructor finds any and a deep tree
+    // needs no stack.
     Node* node = m_first;
     while (node) {
         if (ParentNode* parent = node->asParent(); parent && parent->m_first) {

@@ -7,8 +7,8 @@
 
 namespace luma::html {
 
-/// A node with children: the document or an element. Owns them. The contents of a `template` element are its
-/// children here.
+/// A node with children, which it owns: the document or an element. The contents of a `template` element are
+/// its children here.
 class ParentNode : public Node
 {
 public:
@@ -20,25 +20,25 @@ public:
     /// The element children, in order.
     std::vector<Element*> children() const;
 
-    /// Puts a detached node before the child `next`, at the end when that is null. Gives the inserted node.
+    /// Inserts a detached node before the child `next` (null means at the end) and gives it back.
     Node& insert(NodePtr node, Node* next);
     Node& append(NodePtr node) { return insert(std::move(node), nullptr); }
-    /// Puts a detached node among the child nodes (text and comments count) so that it becomes number
-    /// `index`, counted from 0; beyond the last one means at the end.
+    /// Inserts a detached node as child number `index`, from 0, text and comments included; beyond the last
+    /// means at the end.
     Node& insertChildren(std::size_t index, NodePtr node);
-    /// Exchanges all child nodes for the given detached ones: the whole of an undo command that changes
-    /// inner markup, since doing it twice restores what was.
+    /// Swaps all child nodes with the given detached ones. An undo command needs no more: a second call
+    /// restores the first state.
     void swapChildren(NodeList& nodes);
-    /// Puts the node back where `position` says.
+    /// Inserts a detached node at `position`, and gives it back.
     static Node& insertAt(const Position& position, NodePtr node);
 
-    /// The elements below this node that match, in document order. Known selectors: a tag name or "*",
-    /// "#id", "[attr]", "[attr=value]" and "[attr^=prefix]" (values may stand in quotes), any of them joined
-    /// ("link[rel=stylesheet]"), and ancestors before a blank ("head style"). Letter case of tag names,
-    /// attribute names and attribute values is ignored, that of an id counts. Anything else matches nothing.
+    /// The elements below this node that match, in document order. A selector is a tag name or "*", "#id",
+    /// "[attr]", "[attr=value]" or "[attr^=prefix]" (the value may be quoted), any of these joined
+    /// ("link[rel=stylesheet]"), and steps from ancestors separated by blanks ("head style"). Letter case
+    /// matters for ids only. Any other selector matches nothing.
     std::vector<Element*> select(std::string_view selector) const;
 
-    /// All text below, white space trimmed and simplified.
+    /// All text below this node, simplified().
     std::string text() const;
     /// The markup of all child nodes.
     std::string html() const;

@@ -26,10 +26,10 @@ const void* parentOf(const void* node)
     return static_cast<const GumboNode*>(node)->parent;
 }
 
-/// Runs the parser in the arena; null when the arena stopped it.
+/// Runs the parser in the arena; null if the arena stopped it.
 const GumboOutput* run(ParseArena& arena, const GumboOptions& options, std::string_view source)
 {
-    // Nothing with a destructor may stand between here and the jump.
+    // No object with a destructor may live between here and the jump.
     if (setjmp(arena.escape) != 0) // NOLINT(cert-err52-cpp): the parser is C and can't be left otherwise
         return nullptr;
     return gumbo_parse_with_options(&options, source.data(), source.size());
@@ -66,16 +66,16 @@ const GumboVector* childrenOf(const GumboNode& node)
     }
 }
 
-/// Makes our tree from the parser's.
+/// Builds our tree from the parser's.
 class TreeBuilder final
 {
 public:
-    /// `source` is what the parser has read.
+    /// `source` is what the parser read.
     TreeBuilder(const StrangeCharacters& source, std::size_t depthLimit)
         : m_source(source), m_depthLimit(depthLimit)
     {}
 
-    /// Builds all below `from` into `to`. False when that is deeper than the limit.
+    /// Builds the nodes `from` and their subtrees into `to`. False if they are deeper than the limit.
     bool build(const GumboVector& from, ParentNode& to) const
     {
         struct Level
@@ -102,8 +102,8 @@ public:
         return true;
     }
 
-    /// Puts the doctype among the document's comments. The parser does not say where it stood, but only
-    /// comments and white space can stand before it: it is the first tag that is no comment.
+    /// Inserts the doctype among the document's comments. The parser does not say where it was, but only
+    /// comments and white space can precede it, so it is the first tag that is not a comment.
     void placeDoctype(const GumboDocument& parsed, Document& document) const
     {
         if (!parsed.has_doctype)
@@ -118,7 +118,7 @@ public:
                 break;
             at = source.find('<', at + comment.size());
         }
-        // The standard's tokenizer ends a doctype at the first ">", whatever the quotes.
+        // The standard's tokenizer ends a doctype at the first ">", even in quotes.
         const std::size_t end = source.find('>', at);
         std::string declaration =
             "<!DOCTYPE" + std::string(*parsed.name ? " " : "") + m_source.restored(parsed.name) + ">";
@@ -131,7 +131,7 @@ public:
     }
 
 private:
-    /// Appends our node for the parser's. Text next to text becomes one node, CDATA sections included.
+    /// Appends our node for the parser's. Adjacent texts, CDATA sections included, become one node.
     Node& append(ParentNode& parent, const GumboNode& node) const
     {
         if (node.type == GUMBO_NODE_ELEMENT || node.type == GUMBO_NODE_TEMPLATE)
@@ -170,7 +170,7 @@ private:
         return name;
     }
 
-    /// The name of an element that the parser has no number for, as the standard's tokenizer reads it.
+    /// The name of an element unknown to the parser, as the standard's tokenizer reads it.
     std::string unknownName(const GumboElement& element) const
     {
         std::string_view tag = view(element.original_tag);
@@ -222,14 +222,14 @@ std::optional<Error> refusal(std::string_view source, const ParseLimits& limits)
     return {};
 }
 
-/// One run of the parser, in an arena of its own.
+/// One run of the parser, with its arena.
 class Parser final
 {
 public:
     Parser(std::string_view source, const ParseLimits& limits)
         : m_source(source),
           m_builder(m_source, limits.depth),
-          // An ordinary page needs some 30 times its size.
+          // An ordinary page needs about 30 times its size.
           m_arena({sizeof(GumboNode), sizeof(GumboAttribute)}, parentOf, limits.depth,
                   (std::size_t{64} << 20U) + 64 * source.size())
     {
@@ -249,7 +249,7 @@ public:
                                                                                   : GUMBO_NAMESPACE_HTML;
     }
 
-    /// The parser's tree, which lives as long as this object; null when it was too much.
+    /// The parser's tree, valid as long as this object; null if the page was refused.
     const GumboOutput* run() { return html::run(m_arena, m_options, m_source.disguised()); }
     const TreeBuilder& builder() const { return m_builder; }
     Error error() const { return refusal(m_arena.excess()); }

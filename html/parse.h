@@ -19,9 +19,10 @@ struct ParseLimits
     std::size_t depth = 4096;
 };
 
-/// Reads a whole page (HTML standard, scripting off: what is in `noscript` becomes elements). Any UTF-8 text is
-/// a page, except one that is too large, nested deeper than the limit, or built so that parsing multiplies its
-/// elements. The error is a sentence about the page ("It is larger than 16 MB."). Line ends become line feeds.
+/// Reads a whole page (HTML standard, scripting off: what is in `noscript` becomes elements). Any UTF-8 text
+/// is a page, except one that is too large, nested deeper than the limit, or built so that parsing multiplies
+/// its elements. The error is a sentence about the page ("It is larger than 16 MB."). Line ends become line
+/// feeds.
 Result<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits& limits = {});
 
 /// Reads markup inside `context`, as setting innerHTML does in a browser, and gives detached nodes. Fails as

@@ -9,11 +9,11 @@ namespace luma::html {
 namespace {
 
 constexpr std::size_t chunkSize = std::size_t{256} << 10U;
-// The depth is measured at one node in so many.
+// The depth is measured at every 16th node.
 constexpr std::size_t measuredNodes = 16;
-// The sum of depths measured so stands for the parser's time: about ten seconds of it.
+// The sum of these depths measures the parser's time: this much takes about ten seconds.
 constexpr std::size_t depthsLimit = 200'000'000;
-// In one tag, or in tags that make no node. The parser compares each with all before it.
+// In one tag, or in tags that make no node. The parser compares each attribute with all before it.
 constexpr std::size_t attributesLimit = 8192;
 
 constexpr std::size_t aligned(std::size_t size)
@@ -81,7 +81,7 @@ void ParseArena::watchNode()
     m_attributes = 0;
     if (++m_nodes % measuredNodes != 0)
         return;
-    // The last node has found its place by now.
+    // By now the last node has a parent.
     std::size_t depth = 0;
     for (const void* above = m_lastNode; isNode(above); above = m_parentOf(above)) {
         if (++depth > m_depthLimit)

@@ -8,39 +8,39 @@
 
 namespace luma::html {
 
-/// Memory for one parse, given back at once, and the meter on it: the parser asks for memory with every node
-/// and attribute, so here a page is seen to nest too deeply or to multiply (unclosed formatting elements are
-/// opened again in every paragraph) while it happens, whatever tricks of mis-nesting led there. The parser
-/// has no way to stop, so the arena jumps out of it to `escape`; the parser is plain C and all it holds is in
-/// here. A node is known by its size alone, so now and then another block is taken for one: what it holds is
-/// followed only where it points to such a block again.
+/// The memory of one parse, freed all at once, and the limit on it. The parser allocates for every node and
+/// attribute, so this is where a page shows that it nests too deeply or multiplies its elements (unclosed
+/// formatting elements reopen in every paragraph), however it does so. The parser can't be told to stop, so
+/// the arena jumps out of it to `escape`; that is safe because the parser is plain C and all its memory is
+/// here. A node is recognised by its size alone, so another block may be taken for one: a pointer in it is
+/// followed only to another such block.
 class ParseArena final
 {
 public:
-    /// What was too much.
+    /// What exceeded its limit.
     enum class Excess { None, Depth, Memory, Attributes };
 
-    /// Sizes that tell what the parser is about to make.
+    /// The sizes by which allocations are recognised.
     struct Sizes
     {
         std::size_t node;
         std::size_t attribute;
     };
-    /// Gives the node above one that the parser made, or null.
+    /// Gives the parent of one of the parser's nodes, or null.
     using ParentOf = const void* (*)(const void* node);
 
     ParseArena(Sizes sizes, ParentOf parentOf, std::size_t depthLimit, std::size_t memoryLimit)
         : m_sizes(sizes), m_parentOf(parentOf), m_depthLimit(depthLimit), m_memoryLimit(memoryLimit)
     {}
 
-    /// Memory aligned for any type. Does not return once something is too much; `escape` must be set.
+    /// Memory aligned for any type. `escape` must be set: this does not return once a limit is exceeded.
     void* allocate(std::size_t size);
 
     Excess excess() const { return m_excess; }
     std::jmp_buf escape = {};
 
 private:
-    /// Memory that is given out piece by piece.
+    /// A block that is handed out piece by piece.
     struct Chunk
     {
         std::byte* free = nullptr;
@@ -65,7 +65,7 @@ private:
     const void* m_lastNode = nullptr;
     std::vector<std::unique_ptr<std::byte[]>> m_blocks;
     Chunk m_chunk;
-    // Nodes have chunks of their own; where those begin is kept in order of address.
+    // Nodes have separate chunks, whose starts are kept sorted by address.
     Chunk m_nodeChunk;
     std::vector<const std::byte*> m_nodeChunks;
     Excess m_excess = Excess::None;

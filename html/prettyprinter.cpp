@@ -20,7 +20,7 @@ bool isBlankText(const Node& node)
     return text && isBlank(*text);
 }
 
-/// html, head and body: the parser itself moves white space about at their edges.
+/// html, head, body and frameset, at whose edges the parser itself moves white space.
 bool isFrame(const ParentNode& parent)
 {
     const Element* element = parent.asElement();
@@ -42,7 +42,7 @@ bool setsWhiteSpace(const Element& element)
     return asciiLower(element.attr("style")).find("white-space") != std::string::npos;
 }
 
-/// Whether the element's children are set on lines of their own; else it is written as it is.
+/// Whether the element's children get their own lines; otherwise it is written unchanged.
 bool isBroken(const Element& element)
 {
     if (element.is("pre") || element.is("listing") || hasRawText(element) || setsWhiteSpace(element))
@@ -56,7 +56,7 @@ bool isBroken(const Element& element)
     return false;
 }
 
-/// Walks the blocks of a page; everything between two of them is a run, written as it is but for its ends.
+/// Walks the blocks of a page. Everything between two of them is a run, of which only the ends change.
 class Printer final
 {
 public:
@@ -118,7 +118,7 @@ private:
         m_touching = false;
     }
 
-    /// Writes what stands between blocks from `first` on; gives the block that ends it, or null.
+    /// Writes the run that starts at `first` and gives the block that ends it, or null.
     const Node* writeRun(const ParentNode& parent, const Node& first)
     {
         std::vector<const Node*> run;
@@ -135,7 +135,7 @@ private:
         return end;
     }
 
-    /// A run without anything to see: each of its members gets its line.
+    /// Writes a run with no visible content, each of its nodes on its own line.
     void writeUnseen(const std::vector<const Node*>& run)
     {
         m_touching = false;
@@ -147,8 +147,8 @@ private:
         }
     }
 
-    /// A run of text and elements in it. White space at its ends becomes a line break; where there is none,
-    /// a break is added only towards a block.
+    /// Writes a run of text and inline elements. White space at its ends becomes a line break; without white
+    /// space a break is added only next to a block.
     void writeShown(const std::vector<const Node*>& run, bool breakBefore, bool breakAfter)
     {
         std::string markup;
@@ -175,7 +175,7 @@ private:
     std::string m_markup;
     std::size_t m_start = 0;
     std::vector<Level> m_levels;
-    // Whether an end tag would follow at once upon what it must touch.
+    // Whether an end tag written now must follow directly, without a line break.
     bool m_touching = false;
 };
 

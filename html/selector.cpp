@@ -71,7 +71,7 @@ bool Selector::parseAttribute(std::string_view& rest, Compound& compound)
 {
     if (rest.front() != '[')
         return false;
-    // The bracket that ends it, not one in a quoted value.
+    // Find the closing bracket; one in a quoted value does not count.
     char quote = 0;
     std::size_t end = 1;
     for (; end < rest.size() && (quote || rest[end] != ']'); ++end) {
@@ -128,7 +128,7 @@ bool Selector::matches(const Element& element) const
 {
     if (m_compounds.empty() || !matches(element, m_compounds.back()))
         return false;
-    // With blanks alone between the steps, the nearest ancestor that fits is always as good as any.
+    // All steps are separated by blanks, so taking the nearest matching ancestor is always right.
     auto wanted = m_compounds.rbegin() + 1;
     for (const Node* above = element.parent(); above && wanted != m_compounds.rend();
          above = above->parent()) {

@@ -9,11 +9,11 @@ namespace luma::html {
 
 class Element;
 
-/// A parsed query; what it may say stands with `ParentNode::select`.
+/// A parsed selector; ParentNode::select() says what it may contain.
 class Selector final
 {
 public:
-    /// Text that is no selector known here makes one that matches nothing.
+    /// Unknown syntax makes a selector that matches nothing.
     explicit Selector(std::string_view text);
 
     bool matches(const Element& element) const;
@@ -26,7 +26,7 @@ private:
         Kind kind = Kind::Present;
         std::string value;
     };
-    /// What one element must be: "link[rel=stylesheet]".
+    /// What one element must match: "link[rel=stylesheet]".
     struct Compound
     {
         std::string tagName;
@@ -38,7 +38,7 @@ private:
     static bool parseAttribute(std::string_view& rest, Compound& compound);
     static bool matches(const Element& element, const Compound& compound);
 
-    // The ancestors first, the element itself last; empty matches nothing.
+    // Ancestors first, the element itself last; empty matches nothing.
     std::vector<Compound> m_compounds;
 };
 

@@ -13,7 +13,7 @@ namespace {
 
 enum class Escaping { Text, AttributeValue };
 
-/// Escapes as the standard says: "&" and no-break spaces everywhere, "<" and ">" in text, quotes in values.
+/// Escapes "&" and no-break spaces everywhere, "<" and ">" in text, quotes in values (HTML standard, 13.3).
 void writeEscaped(std::string_view text, Escaping escaping, std::string& markup)
 {
     const std::string_view special = escaping == Escaping::Text ? "&<>\r\xC2" : "&\"\r\xC2";
@@ -39,7 +39,7 @@ void writeEscaped(std::string_view text, Escaping escaping, std::string& markup)
             escaped = "&#13;";
             break;
         default:
-            // The lead byte of U+0080 to U+00BF, of which only the no-break space is meant.
+            // The lead byte of U+0080 to U+00BF, of which only the no-break space is escaped.
             if (text.substr(at, 2) != "\xC2\xA0")
                 continue;
             escaped = "&nbsp;";

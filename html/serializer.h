@@ -10,18 +10,18 @@ class Element;
 class Node;
 struct Attribute;
 
-/// Writing a tree as markup, after the HTML standard, 13.3 (serialising HTML fragments), with what it takes
-/// to read the same again: the doctype is written whole, a line feed that the parser would drop after `pre`,
-/// `textarea` or `listing` is written twice, and a carriage return as a reference. All append UTF-8.
+/// Writes a tree as markup by the HTML standard, 13.3 (serialising HTML fragments), so that parsing gives the
+/// same tree again: the doctype is written whole, a line feed that the parser would drop after `pre`,
+/// `textarea` or `listing` is doubled, and a carriage return becomes a reference. All functions append UTF-8.
 
-/// The node and all below it.
+/// The node and its subtree.
 void serialize(const Node& node, std::string& markup);
 
 /// The tags alone. A void element has no end tag.
 void writeStartTag(const Element& element, std::string& markup);
 void writeEndTag(const Element& element, std::string& markup);
 
-/// An attribute as it stands in a tag: name="value".
+/// An attribute as written in a tag: name="value".
 std::string markup(const Attribute& attribute);
 
 } // namespace luma::html

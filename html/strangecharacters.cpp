@@ -17,8 +17,8 @@ struct Range
 };
 constexpr Range ranges[] = {{0x01, 0x08}, {0x0B, 0x0B}, {0x0E, 0x1F}, {0x7F, 0x9F}, {0xFDD0, 0xFDEF}};
 
-/// The number of a strange character, or `strangeCount` for any other: first those of the ranges, then the
-/// last two of each plane.
+/// The number of a strange character, or `strangeCount` for any other. The ranges come first, then the last
+/// two code points of each plane.
 char32_t indexOf(char32_t code)
 {
     char32_t index = 0;
@@ -41,7 +41,7 @@ char32_t strangeAt(char32_t index)
     return (index / 2) << 16U | 0xFFFEU | (index & 1U);
 }
 
-/// Whether a strange character can begin with this byte.
+/// Whether a strange character can start with this byte.
 bool isSuspect(unsigned char byte)
 {
     const bool isControl =
@@ -61,11 +61,11 @@ bool hasStrange(std::string_view source)
     return false;
 }
 
-/// The first of 128 private-use characters none of which is in the source.
+/// The first of 128 consecutive private-use characters that the source does not contain; 0 if there are none.
 char32_t freeGuise(std::string_view source)
 {
     for (char32_t first = 0xF0000; first < 0x10FF80; first += 0x80) {
-        // The characters share their bytes but the last, in two halves.
+        // Each half of the 128 characters shares all bytes but the last.
         std::string half;
         std::string otherHalf;
         appendUtf8(half, first);
@@ -78,7 +78,7 @@ char32_t freeGuise(std::string_view source)
     return 0;
 }
 
-/// The text with each character exchanged for what `exchange` gives; what is no character becomes U+FFFD.
+/// The text with `exchange` applied to each character; invalid bytes become U+FFFD.
 template <class Exchange>
 std::string exchanged(std::string_view text, Exchange exchange)
 {

@@ -6,19 +6,19 @@
 
 namespace luma::html {
 
-/// The control characters and non-characters that the parser would replace by U+FFFD, though HTML keeps them
-/// (old pages have them where an encoding was mistaken): they go through it under the guise of private-use
-/// characters that the page does not contain.
+/// Carries control characters and non-characters through the parser, which would replace them with U+FFFD
+/// although HTML keeps them (old pages have them where an encoding was mistaken). During the parse each is
+/// disguised as a private-use character that the page does not contain.
 class StrangeCharacters final
 {
 public:
-    /// Takes the page or markup, which must be UTF-8 and outlive this object.
+    /// `source` must be UTF-8 and outlive this object.
     explicit StrangeCharacters(std::string_view source);
 
-    /// What the parser is to read; the source itself when nothing strange is in it.
+    /// The text for the parser; the source itself if it has no strange characters.
     std::string_view disguised() const { return m_isDisguised ? std::string_view(m_disguised) : m_source; }
-    /// Parsed text as it was meant. Text that is no UTF-8 comes from references beyond Unicode; what is
-    /// wrong in it becomes U+FFFD.
+    /// The original form of parsed text. References beyond Unicode make the parser give invalid UTF-8; its
+    /// invalid bytes become U+FFFD.
     std::string restored(std::string_view text) const;
 
 private:
