@@ -28,7 +28,7 @@ namespace {
 
 constexpr int firstFreeDescriptor = 3;
 constexpr std::chrono::seconds patience(2);
-// Where the kernel gives no descriptor for a child's exit, the exit is looked for this often.
+// How often to look for a child's exit if the kernel gives no descriptor for it.
 constexpr int exitPollMilliseconds = 20;
 
 bool isTerminating()
@@ -37,7 +37,7 @@ bool isTerminating()
     return ::poll(&event, 1, 0) > 0;
 }
 
-// Writing to a child that has closed its input raises SIGPIPE in the writing thread; this swallows it.
+// Swallows the SIGPIPE that the writing thread gets from a child that has closed its input.
 class WithoutBrokenPipeSignal final
 {
 public:
@@ -94,7 +94,7 @@ std::vector<std::string> childEnvironment()
     return environment;
 }
 
-// Pointers into the strings, ended by a null pointer, as exec wants them.
+// Pointers to the strings with a null pointer at the end, as exec takes them.
 std::vector<char*> pointersTo(std::vector<std::string>& strings)
 {
     std::vector<char*> pointers;
@@ -110,7 +110,7 @@ void setNonBlocking(int descriptor)
     ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) | O_NONBLOCK);
 }
 
-// The child's descriptors 0 to 2: our pipe ends, our own, or nothing where we have none ourselves.
+// The child's descriptors 0 to 2: our pipe ends, our own, or /dev/null where ours is closed.
 void addDescriptors(posix_spawn_file_actions_t& actions, const std::array<int, firstFreeDescriptor>& ends)
 {
     for (int target = 0; target < firstFreeDescriptor; ++target) {
@@ -119,7 +119,7 @@ void addDescriptors(posix_spawn_file_actions_t& actions, const std::array<int, f
             ::posix_spawn_file_actions_adddup2(&actions, end, target);
         else if (::fcntl(target, F_GETFD) < 0)
             ::posix_spawn_file_actions_addopen(&actions, target, "/dev/null", O_RDWR, 0);
-        else // a copy onto itself takes a close-on-exec flag away
+        else // a copy onto itself clears the close-on-exec flag
             ::posix_spawn_file_actions_adddup2(&actions, target, target);
     }
     ::posix_spawn_file_actions_addclosefrom_np(&actions, firstFreeDescriptor);
@@ -150,7 +150,7 @@ ChildProcess::~ChildProcess()
     leave();
 }
 
-// Both ends above 2, so that putting one in the place of 0, 1 or 2 never overwrites the other.
+// Both ends are above 2, so that copying one to 0, 1 or 2 never overwrites the other.
 bool ChildProcess::openPipe(FileDescriptor& readEnd, FileDescriptor& writeEnd)
 {
     std::array<int, 2> ends = {-1, -1};
@@ -205,8 +205,7 @@ void ChildProcess::spawn(const ChildCommand& command, int inputEnd, int collecte
     ::posix_spawn_file_actions_destroy(&actions);
 }
 
-// Sleeps until there is something to read, write or notice, and deals with it. False when the child would not
-// end and is given up.
+// Waits for the next event and handles it. False if the child did not end even when killed and is given up.
 bool ChildProcess::waitForNextEvent(Awaited awaited)
 {
     const bool isEnding = m_ending != Ending::NotAsked;
@@ -238,7 +237,7 @@ int ChildProcess::timeoutFor(Awaited awaited) const
     return std::max(0, static_cast<int>(left.count()));
 }
 
-// One read at a time, so that an endless stream cannot keep us from the other events.
+// One read at a time, so that an endless stream cannot hold up other events.
 void ChildProcess::readCollected(std::size_t atMost)
 {
     std::array<char, 65536> buffer;
@@ -249,7 +248,7 @@ void ChildProcess::readCollected(std::size_t atMost)
         m_output.reset();
 }
 
-// What the child wrote is all in the pipe by now; more could only come from somebody it left behind.
+// All that the child wrote is in the pipe by now; any more would come from processes it left behind.
 void ChildProcess::takeRestOfOutput()
 {
     int rest = 0;
@@ -271,7 +270,7 @@ void ChildProcess::writeInput()
         m_inputEnd.reset();
 }
 
-// The child is not reaped yet, so its id cannot have become somebody else's.
+// The child is not reaped yet, so its id cannot belong to another process.
 void ChildProcess::endHarder()
 {
     m_patienceEnds = std::chrono::steady_clock::now() + patience;
@@ -309,7 +308,7 @@ std::optional<int> ChildProcess::reap()
     return WIFEXITED(status) ? std::optional<int>(WEXITSTATUS(status)) : std::nullopt;
 }
 
-// A child that nobody waits for any more is reaped whenever it ends.
+// Stops waiting for the child; it is reaped when it ends.
 void ChildProcess::leave()
 {
     const pid_t pid = std::exchange(m_pid, -1);

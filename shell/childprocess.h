@@ -16,42 +16,41 @@
 
 namespace luma {
 
-/// Which of the child's two output streams its runner collects; the other one is inherited.
+/// Which of the child's two output streams is collected; the other one is inherited.
 enum class Collected { StandardOutput, StandardError };
 
-/// What to start, with which ends. Strings are bytes.
+/// What to start, and how. Strings are bytes.
 struct ChildCommand
 {
-    std::string executable;              ///< its path; there is no search
+    std::string executable;              ///< a path; no search
     std::vector<std::string> arguments;  ///< without the executable's name
     std::filesystem::path workingFolder; ///< empty: ours
     Collected collected = Collected::StandardOutput;
-    std::optional<std::string_view> input; ///< what standard input, a pipe, carries; none: ours is inherited
+    std::optional<std::string_view> input; ///< for standard input, through a pipe; none: ours is inherited
 };
 
-/// One child process of a runner, and our ends of its pipes. The child leads a session of its own (one
-/// process group to end, no terminal to be stopped by), gets descriptors 0 to 2 alone, no blocked or ignored
-/// signal, and a UTF-8 locale. What it writes is taken while it runs. The calls block; use it from one
-/// thread. terminateRunningChildren() ends it. However it ends, it is reaped.
+/// One child process and our ends of its pipes. The child leads a new session, so its process group can be
+/// ended and no terminal can stop it; it gets descriptors 0 to 2 only, no blocked or ignored signals, and a
+/// UTF-8 locale. Its output is read while it runs. All calls block; use it from one thread.
+/// terminateRunningChildren() ends it. However it ends, it is reaped.
 class ChildProcess final
 {
 public:
-    /// Starts the child. What `command.input` points to must outlive this object.
+    /// Starts the child. The text of `command.input` must outlive this object.
     explicit ChildProcess(const ChildCommand& command);
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
     ~ChildProcess();
 
-    /// Waits until everybody who holds the collected stream has closed it; the child may go on without it.
-    /// False when nothing was started, or a termination came first.
+    /// Waits until every process that holds the collected stream has closed it; the child may still be
+    /// running. False if the child did not start or was terminated.
     bool waitForEndOfOutput();
 
-    /// Waits until the child has exited and takes what it wrote until then; whoever it left behind with the
-    /// stream open is not waited for. The exit status; none when nothing was started, after a signal, or when
-    /// a termination came first.
+    /// Waits until the child has exited and gives its exit status; none if it did not start, died of a signal
+    /// or was terminated. Does not wait for processes it left behind with the stream open.
     std::optional<int> waitForExit();
 
-    /// What the child has written, handed over.
+    /// What the child has written since the last call.
     [[nodiscard]] std::string takeCollected() { return std::exchange(m_collected, {}); }
 
 private:

@@ -22,7 +22,7 @@ std::string quotedForShell(std::string_view name)
     std::string word;
     word.reserve(name.size() + name.size() / 8);
     for (const char character : name) {
-        if (character == '\n') { // after a backslash the shell would drop it
+        if (character == '\n') { // the shell would drop it after a backslash
             word += "'\n'";
             continue;
         }

@@ -6,9 +6,9 @@
 
 namespace luma {
 
-/// A word of a shell command line that the shell reads as exactly `name`: blanks and everything else of ASCII
-/// but letters, digits and "._-/" get a backslash before them, a newline goes in single quotes, other bytes
-/// stay (POSIX.1-2017, Shell Command Language, 2.2). An empty name becomes ''. `name` holds no NUL.
+/// A word for a shell command line that the shell reads as exactly `name` (POSIX.1-2017, Shell Command
+/// Language, 2.2): every ASCII character except letters, digits and "._-/" is escaped by a backslash, a
+/// newline by single quotes; other bytes stay. An empty name becomes ''. `name` must not contain NUL.
 std::string quotedForShell(std::string_view name);
 
 } // namespace luma

@@ -5,7 +5,7 @@
 
 namespace luma::remotelogin {
 
-/// The texts of the expect scripts in shell/remote-login, built into the library. Each file's head says what
+/// The texts of the expect scripts in shell/remote-login. The comment at the top of each file says what
 /// arguments it takes and what it answers.
 extern const std::string_view checkConnection;
 extern const std::string_view makeKey;

@@ -8,7 +8,7 @@
 
 namespace luma {
 
-// Never closed: a runner's thread may look at it until the process is gone.
+// Never closed, because other threads may poll it until the process ends.
 int terminationEvent()
 {
     static const int event = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);

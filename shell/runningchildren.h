@@ -3,16 +3,16 @@
 
 namespace luma {
 
-/// Quitting: every child that a runner waits for gets SIGTERM, its whole process group, and SIGKILL two
-/// seconds later, so that the threads blocked in runners come back with that runner's failure. Runners called
-/// from now on fail at once and start nothing. Returns immediately; any thread. Call it after the
-/// application's own last command and before waiting for the thread pool.
+/// For quitting: every ChildProcess that is waited for gets SIGTERM, its whole process group, and SIGKILL two
+/// seconds later, so that the threads blocked on them return with a failure. From now on no ChildProcess
+/// starts. Returns immediately; any thread. Call it after the application's last command and before waiting
+/// for the thread pool.
 void terminateRunningChildren();
 
-/// Takes terminateRunningChildren() back, for a quit that was called off.
+/// Lets children start again after a quit that was called off.
 void acceptNewChildren();
 
-/// A descriptor that is readable from terminateRunningChildren() on, for poll(). Owned by the process.
+/// A descriptor for poll() that is readable after terminateRunningChildren(). Owned by the process.
 int terminationEvent();
 
 } // namespace luma

@@ -34,7 +34,7 @@ std::string inHexadecimal(std::string_view bytes)
     return text;
 }
 
-// A line of Tcl that sets the argument vector. In hexadecimal no argument can be taken for code.
+// A line of Tcl that sets argv. In hexadecimal no argument can be read as code.
 std::string argumentLine(const std::vector<std::string>& arguments)
 {
     std::string line = "set argv {}; foreach argument {";
@@ -45,7 +45,7 @@ std::string argumentLine(const std::vector<std::string>& arguments)
     return line;
 }
 
-// Where ssh and its kin look for .ssh, whatever HOME says.
+// ssh looks for .ssh here, regardless of HOME.
 std::string homeFolder()
 {
     std::array<char, 16384> buffer = {};
@@ -108,7 +108,7 @@ std::string SSHController::setUpRemoteLogin(const std::string& login, const std:
 std::string SSHController::setUpRemoteLogin(const std::string& login, const std::string& port,
                                             const std::string& password)
 {
-    // Its outcome shows in the next step: without a key there is nothing to install.
+    // If this fails, the next step does too: there is no key to install.
     (void)runExpectScript(remotelogin::makeKey, {});
     logKeyComment();
     const std::string home = homeFolder();

@@ -13,23 +13,23 @@ namespace luma {
 
 class ChildProcess;
 
-/// Runs zsh once and takes what it prints. It blocks the calling thread, any one, until everybody who holds
-/// the shell's standard output has closed it; the exit status counts for nothing. Standard input is a pipe
-/// that carries nothing, standard error is ours.
+/// Runs zsh once and collects what it prints. Blocks the calling thread, which may be any, until every
+/// process that holds the shell's standard output has closed it; the exit status is ignored. Standard input
+/// is an empty pipe, standard error is inherited.
 class TaskWrapper final
 {
 public:
-    /// The shell runs in `workingFolder`, the application's resource folder; an empty path means ours.
+    /// The shell runs in `workingFolder`; empty means ours.
     explicit TaskWrapper(std::filesystem::path workingFolder = {});
     TaskWrapper(const TaskWrapper&) = delete;
     TaskWrapper& operator=(const TaskWrapper&) = delete;
     ~TaskWrapper();
 
-    /// The shell's arguments, as bytes; mostly "-c" and a command line.
+    /// The shell's arguments as bytes, usually "-c" and a command line.
     std::vector<std::string> arguments;
 
-    /// The output, UTF-8, without its last character, whatever that is. Nothing when nothing was printed, it
-    /// is not UTF-8, the shell could not be started, or this is not the first run.
+    /// The output without its last character (usually the line end). Nothing if there is no output, it is not
+    /// UTF-8, the shell could not be started, or this is not the first run.
     std::optional<std::string> run();
 
 private:
