@@ -38,13 +38,13 @@ public:
     [[nodiscard]] bool isClosed() const { return m_closed.load(std::memory_order_relaxed); }
 
 private:
+    QObject* receiver();
+
     std::mutex m_mutex;
     std::condition_variable m_changed;
     std::deque<std::shared_ptr<Hop>> m_waiting;
     QObject* m_receiver = nullptr;
     std::atomic<bool> m_closed = false;
-
-    QObject* receiver();
 };
 
 // Created by the first hop; lives on the main thread.

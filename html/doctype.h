@@ -3,6 +3,9 @@
 
 #include "html/node.h"
 
+#include <string>
+#include <utility>
+
 namespace luma::html {
 
 /// The document type declaration. Keeps the source text of the declaration as well as its parts and is
@@ -11,14 +14,23 @@ namespace luma::html {
 class Doctype final : public Node
 {
 public:
-    Doctype(std::string name, std::string publicId, std::string systemId, std::string declaration);
+    Doctype(std::string name, std::string publicId, std::string systemId, std::string declaration)
+        : Node(Kind::Doctype),
+          m_name(std::move(name)),
+          m_publicId(std::move(publicId)),
+          m_systemId(std::move(systemId)),
+          m_declaration(std::move(declaration))
+    {}
 
     const std::string& name() const { return m_name; }
     const std::string& publicId() const { return m_publicId; }
     const std::string& systemId() const { return m_systemId; }
     const std::string& declaration() const { return m_declaration; }
 
-    NodePtr shallowCopy() const override;
+    NodePtr shallowCopy() const override
+    {
+        return std::make_unique<Doctype>(m_name, m_publicId, m_systemId, m_declaration);
+    }
 
 private:
     std::string m_name;

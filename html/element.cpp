@@ -3,12 +3,87 @@
 
 #include "base/ascii.h"
 #include "html/characterdata.h"
-#include "html/cssselector.h"
 #include "html/parse.h"
 
 #include <algorithm>
 
 namespace luma::html {
+
+namespace {
+
+/// The text as a CSS identifier, escaped where needed (CSSOM, 2.1, serialise an identifier).
+std::string escapedIdentifier(std::string_view text)
+{
+    constexpr std::string_view hexDigits = "0123456789abcdef";
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        const auto code = static_cast<unsigned char>(c);
+        const bool isFirst = i == 0 || (i == 1 && text[0] == '-');
+        if (code < 0x20 || code == 0x7F || (isAsciiDigit(c) && isFirst)) {
+            result += '\\';
+            if (code >= 0x10)
+                result += hexDigits[code >> 4U];
+            result += hexDigits[code & 0xFU];
+            result += ' ';
+            continue;
+        }
+        const bool isPlain = code >= 0x80 || isAsciiAlphanumeric(c) || c == '_' || c == '-';
+        if (!isPlain || (c == '-' && text.size() == 1))
+            result += '\\';
+        result += c;
+    }
+    return result;
+}
+
+bool isInTemplate(const Element& element)
+{
+    for (const Node* above = element.parent(); above; above = above->parent()) {
+        if (const Element* ancestor = above->asElement(); ancestor && ancestor->is("template"))
+            return true;
+    }
+    return false;
+}
+
+/// Whether no other element has the id, ignoring letter case as browsers do on pages in quirks mode.
+bool hasUniqueId(const Element& element)
+{
+    const std::string_view id = element.attr("id");
+    if (id.empty())
+        return false;
+    const Node& root = element.root();
+    for (const Node* node = &root; node; node = node->following(root)) {
+        const Element* other = node->asElement();
+        if (other && other != &element && equalIgnoringAsciiCase(other->attr("id"), id))
+            return false;
+    }
+    return true;
+}
+
+/// Classes make the step readable; the position makes it unique among siblings.
+std::string step(const Element& element)
+{
+    std::string result = escapedIdentifier(element.tagName());
+    for (const std::string_view name : words(element.attr("class")))
+        result.append(".").append(escapedIdentifier(name));
+    std::size_t position = 1;
+    bool isAlone = true;
+    if (const ParentNode* parent = element.parent()) {
+        std::size_t count = 0;
+        for (const Element* child = parent->firstElement(); child; child = child->nextElement()) {
+            ++count;
+            if (child == &element)
+                position = count;
+            else if (equalIgnoringAsciiCase(child->tagName(), element.tagName()))
+                isAlone = false;
+        }
+    }
+    if (!isAlone)
+        result.append(":nth-child(").append(std::to_string(position)).append(")");
+    return result;
+}
+
+} // namespace
 
 Element::Element(std::string tagName, NameSpace nameSpace, std::vector<Attribute> attributes)
     : ParentNode(Kind::Element),
@@ -76,7 +151,23 @@ Result<void> Element::setHtml(std::string_view markup)
 
 std::string Element::cssSelector() const
 {
-    return html::cssSelector(*this);
+    if (isInTemplate(*this))
+        return {};
+    std::vector<std::string> steps;
+    for (const Node* node = this; node; node = node->parent()) {
+        const Element* at = node->asElement();
+        if (!at)
+            break;
+        if (hasUniqueId(*at)) {
+            steps.push_back(escapedIdentifier(at->attr("id")).insert(0, 1, '#'));
+            break;
+        }
+        steps.push_back(at->parent() && at->parent()->kind() == Node::Kind::Document ? ":root" : step(*at));
+    }
+    std::string result;
+    for (auto it = steps.rbegin(); it != steps.rend(); ++it)
+        result.append(result.empty() ? "" : " > ").append(*it);
+    return result;
 }
 
 NodePtr Element::shallowCopy() const
