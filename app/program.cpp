@@ -6,7 +6,7 @@
 #include "base/fileuri.h"
 #include "base/mainhop.h"
 #include "base/resources.h"
-#include "shell/runningchildren.h"
+#include "shell/childprocess.h"
 #include "shell/taskwrapper.h"
 #include "site/haldendoc.h"
 

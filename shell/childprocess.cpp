@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/childprocess.h"
 
-#include "shell/runningchildren.h"
-
 #include <fcntl.h>
 #include <langinfo.h>
 #include <locale.h> // NOLINT(modernize-deprecated-headers): newlocale() is POSIX, not C++
 #include <poll.h>
 #include <spawn.h>
+#include <sys/eventfd.h>
 #include <sys/ioctl.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
@@ -30,6 +29,14 @@ constexpr int firstFreeDescriptor = 3;
 constexpr std::chrono::seconds patience(2);
 // How often to look for a child's exit if the kernel gives no descriptor for it.
 constexpr int exitPollMilliseconds = 20;
+
+// Readable after terminateRunningChildren(). Never closed, because other threads may poll it until the process
+// ends.
+int terminationEvent()
+{
+    static const int event = ::eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK);
+    return event;
+}
 
 bool isTerminating()
 {
@@ -339,6 +346,18 @@ std::optional<int> ChildProcess::waitForExit()
     takeRestOfOutput();
     const std::optional<int> status = reap();
     return m_ending == Ending::NotAsked ? status : std::nullopt;
+}
+
+void terminateRunningChildren()
+{
+    const std::uint64_t one = 1;
+    [[maybe_unused]] const ssize_t written = ::write(terminationEvent(), &one, sizeof one);
+}
+
+void acceptNewChildren()
+{
+    std::uint64_t count = 0;
+    [[maybe_unused]] const ssize_t taken = ::read(terminationEvent(), &count, sizeof count);
 }
 
 } // namespace luma

@@ -80,4 +80,13 @@ private:
     std::chrono::steady_clock::time_point m_patienceEnds;
 };
 
+/// For quitting: every ChildProcess that is waited for gets SIGTERM, its whole process group, and SIGKILL two
+/// seconds later, so that the threads blocked on them return with a failure. From now on no ChildProcess
+/// starts. Returns immediately; any thread. Call it after the application's last command and before waiting
+/// for the thread pool.
+void terminateRunningChildren();
+
+/// Lets children start again after a quit that was called off.
+void acceptNewChildren();
+
 } // namespace luma
