@@ -6,17 +6,11 @@
 #include "html/doctype.h"
 #include "html/element.h"
 
-#include <QFile>
-#include <QJsonArray>
-#include <QJsonDocument>
-#include <QJsonObject>
-
 #include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <map>
 #include <set>
-#include <sstream>
 
 namespace fs = std::filesystem;
 
@@ -26,12 +20,12 @@ namespace {
 
 using namespace luma::html;
 
-std::vector<fs::path> filesIn(const fs::path& folder, const char* extension)
+std::vector<fs::path> casesIn(const fs::path& folder)
 {
     std::vector<fs::path> files;
     std::error_code error;
     for (const auto& entry : fs::directory_iterator(folder, error)) {
-        if (entry.path().extension() == extension)
+        if (entry.path().extension() == ".dat")
             files.push_back(entry.path());
     }
     std::sort(files.begin(), files.end());
@@ -51,7 +45,7 @@ std::string nameSpacePrefix(const Element& element)
     return {};
 }
 
-/// html5lib writes a name space prefix that the parser knew with a blank.
+/// html5lib writes a blank, not a colon, after a name space prefix that the standard adjusts.
 std::string attributeName(const Element& element, const std::string& name)
 {
     static const std::set<std::string> known = {"xlink:actuate", "xlink:arcrole", "xlink:href", "xlink:role",
@@ -109,94 +103,6 @@ std::size_t depthBelow(const Node& node, const Node& top)
     return depth;
 }
 
-std::vector<Attribute> attributesOf(const QJsonValue& value)
-{
-    std::vector<Attribute> attributes;
-    for (const QJsonValue& each : value.toArray())
-        attributes.push_back(
-            {each[u"name"].toString().toStdString(), each[u"value"].toString().toStdString()});
-    return attributes;
-}
-
-/// As a browser writes one that a script has made.
-NodePtr doctypeOf(const QJsonArray& token)
-{
-    const std::string name = token[1].toString().toStdString();
-    const std::string publicId = token[2].toString().toStdString();
-    const std::string systemId = token[3].toString().toStdString();
-    std::string declaration = "<!DOCTYPE " + name;
-    if (!publicId.empty())
-        declaration += " PUBLIC \"" + publicId + '"';
-    else if (!systemId.empty())
-        declaration += " SYSTEM";
-    if (!systemId.empty())
-        declaration += " \"" + systemId + '"';
-    return std::make_unique<Doctype>(name, publicId, systemId, declaration + '>');
-}
-
-std::unique_ptr<Document> treeOf(const QJsonArray& tokens)
-{
-    auto document = std::make_unique<Document>();
-    ParentNode* parent = document.get();
-    for (const QJsonValue& each : tokens) {
-        const QJsonArray token = each.toArray();
-        const QString kind = token[0].toString();
-        const std::string text = token[1].toString().toStdString();
-        if (kind == u"StartTag")
-            parent = parent
-                         ->append(std::make_unique<Element>(token[2].toString().toStdString(),
-                                                            NameSpace::Html, attributesOf(token[3])))
-                         .asParent();
-        else if (kind == u"EmptyTag")
-            parent->append(std::make_unique<Element>(text, NameSpace::Html, attributesOf(token[2])));
-        else if (kind == u"EndTag")
-            parent = parent->parent() ? parent->parent() : parent;
-        else if (kind == u"Comment")
-            parent->append(CharacterData::comment(text));
-        else if (kind == u"Doctype")
-            parent->append(doctypeOf(token));
-        else
-            parent->append(CharacterData::text(text));
-    }
-    return document;
-}
-
-} // namespace
-
-std::vector<SerializerCase> allSerializerCases()
-{
-    std::vector<SerializerCase> cases;
-    for (const fs::path& path : filesIn(html5libFolder() / "serializer", ".test")) {
-        QFile file(path);
-        if (!file.open(QIODevice::ReadOnly))
-            continue;
-        const QJsonArray tests = QJsonDocument::fromJson(file.readAll())[u"tests"].toArray();
-        for (const QJsonValue& test : tests) {
-            SerializerCase& added = cases.emplace_back();
-            added.place = path.filename().string() + " " + test[u"description"].toString().toStdString();
-            added.options = test[u"options"].toObject().keys().join(u' ').toStdString();
-            if (test[u"input"].toArray().first().toArray().first() == QStringLiteral("EndTag"))
-                added.options = "stray end tag";
-            added.tree = treeOf(test[u"input"].toArray());
-            for (const QJsonValue& text : test[u"expected"].toArray())
-                added.expected.push_back(text.toString().toStdString());
-        }
-    }
-    return cases;
-}
-
-fs::path html5libFolder()
-{
-    if (const char* folder = std::getenv("HTML5LIB_TESTS"))
-        return folder;
-    const char* source = std::getenv("LUMA_SOURCE_DIR");
-    for (fs::path above = source ? source : "."; above.has_relative_path(); above = above.parent_path()) {
-        if (fs::exists(above / "shared/html5lib-tests"))
-            return above / "shared/html5lib-tests";
-    }
-    return {};
-}
-
 std::vector<TreeCase> treeCases(const fs::path& file)
 {
     std::ifstream stream(file, std::ios::binary);
@@ -219,7 +125,7 @@ std::vector<TreeCase> treeCases(const fs::path& file)
         sections.clear();
     };
     for (std::string text; std::getline(stream, text);) {
-        // A blank line may belong to a text node of the expected tree.
+        // A blank line may be part of a text node in the expected tree.
         if (text == "#data" && sections.contains("#document"))
             finish();
         static const std::set<std::string> names = {
@@ -236,10 +142,24 @@ std::vector<TreeCase> treeCases(const fs::path& file)
     return cases;
 }
 
+} // namespace
+
+fs::path html5libFolder()
+{
+    if (const char* folder = std::getenv("HTML5LIB_TESTS"))
+        return folder;
+    const char* source = std::getenv("LUMA_SOURCE_DIR");
+    for (fs::path above = source ? source : "."; above.has_relative_path(); above = above.parent_path()) {
+        if (fs::exists(above / "shared/html5lib-tests"))
+            return above / "shared/html5lib-tests";
+    }
+    return {};
+}
+
 std::vector<TreeCase> allTreeCases()
 {
     std::vector<TreeCase> all;
-    for (const fs::path& file : filesIn(html5libFolder() / "tree-construction", ".dat")) {
+    for (const fs::path& file : casesIn(html5libFolder() / "tree-construction")) {
         for (TreeCase& each : treeCases(file))
             all.push_back(std::move(each));
     }

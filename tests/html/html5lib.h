@@ -20,26 +20,12 @@ struct TreeCase
     std::string tree;
 };
 
-/// One case of html5lib's serializer files: tokens as a tree, and how its serializer may write them.
-struct SerializerCase
-{
-    std::string place; // file and description
-    std::string
-        options; // the names of the options that it asks for, in one line, or "stray end tag"; empty for none
-    std::unique_ptr<html::Document> tree;
-    std::vector<std::string> expected;
-};
-
-/// Where html5lib's cases are: the folder named by HTML5LIB_TESTS, or shared/html5lib-tests beside one
-/// of the folders above the source tree. Empty when there are none.
+/// The folder of html5lib's cases: HTML5LIB_TESTS, or shared/html5lib-tests in a folder above the source tree.
+/// Empty if there is none.
 std::filesystem::path html5libFolder();
 
-std::vector<TreeCase> treeCases(const std::filesystem::path& file);
-/// Of all files, in the order of their names.
+/// The tree construction cases of all files, in order of file names.
 std::vector<TreeCase> allTreeCases();
-
-/// Those of all files, in the order of the files' names.
-std::vector<SerializerCase> allSerializerCases();
 
 /// The tree below `top` in html5lib's notation.
 std::string dump(const html::ParentNode& top);

@@ -36,8 +36,6 @@ std::string bytesOf(const fs::path& file)
     return bytes.str();
 }
 
-} // namespace
-
 std::vector<Page> ownPages()
 {
     return {
@@ -73,20 +71,16 @@ std::vector<Page> ownPages()
     };
 }
 
-std::vector<Page> sampleSitePages()
+} // namespace
+
+std::vector<Page> allPages(std::size_t count, std::size_t maximumSize)
 {
+    std::vector<Page> pages = ownPages();
     const char* source = std::getenv("LUMA_SOURCE_DIR");
-    std::vector<Page> pages;
     for (const fs::path& file :
          pagesBelow(fs::path(source ? source : ".") / "resources/sample-site", SIZE_MAX))
         pages.push_back({file.string(), bytesOf(file)});
-    return pages;
-}
-
-std::vector<Page> documentationPages(std::size_t count, std::size_t maximumSize)
-{
     const std::vector<fs::path> files = pagesBelow("/usr/share/doc", maximumSize);
-    std::vector<Page> pages;
     const std::size_t wanted = std::min(count, files.size());
     for (std::size_t i = 0; i < wanted; ++i) {
         const fs::path& file = files[i * files.size() / wanted];

@@ -2,7 +2,6 @@
 #include "base/ascii.h"
 #include "html/element.h"
 #include "html/parse.h"
-#include "html/prettyprinter.h"
 #include "tests/html/html5lib.h"
 #include "tests/support/registry.h"
 
@@ -69,7 +68,7 @@ private:
         {"webkit02.dat", "elements within select", 22},
     });
 
-    /// Tells the cases that fail in files, or in numbers, where none are known to.
+    /// Warns of failures in files or in numbers that are not known.
     static bool areKnown(const std::map<std::string, QStringList>& failures)
     {
         std::map<std::string, int> byReason;
@@ -90,18 +89,12 @@ private:
         return known;
     }
 
-    static std::string pageOf(const std::string& markup)
-    {
-        const auto page = parse(markup);
-        return page ? test::dump(**page) : page.error().text;
-    }
-
 private slots:
     void treeConstruction_failsOnlyWhereKnown()
     {
         const auto cases = test::allTreeCases();
         if (cases.empty())
-            QSKIP("html5lib's cases are not here (HTML5LIB_TESTS)");
+            QSKIP("html5lib's cases were not found (HTML5LIB_TESTS)");
         std::map<std::string, QStringList> failures;
         std::size_t passed = 0;
         std::size_t run = 0;
@@ -123,48 +116,6 @@ private slots:
               100.0 * static_cast<double>(passed) / static_cast<double>(run));
         QVERIFY(areKnown(failures));
         QVERIFY(passed * 1000 >= run * 955);
-    }
-
-    // Those cases are written by another serializer's taste: it leaves out quotes and tags where it may, and
-    // has options. What counts is that both spellings are the same page.
-    void serializer_meansTheSamePage()
-    {
-        const auto cases = test::allSerializerCases();
-        if (cases.empty())
-            QSKIP("html5lib's cases are not here (HTML5LIB_TESTS)");
-        std::size_t exact = 0;
-        std::size_t same = 0;
-        std::map<std::string, int> others;
-        for (const test::SerializerCase& each : cases) {
-            const std::string written = each.tree->outerHtml();
-            const auto isSamePage = [&](const std::string& expected) {
-                return pageOf(expected) == pageOf(written);
-            };
-            if (std::find(each.expected.begin(), each.expected.end(), written) != each.expected.end()) {
-                ++exact;
-            } else if (std::any_of(each.expected.begin(), each.expected.end(), isSamePage)) {
-                ++same;
-            } else {
-                ++others[each.options.empty() ? each.place : each.options];
-                if (qEnvironmentVariableIsSet("LUMA_SHOW_FAILURES"))
-                    qInfo("%s\n%s\nfound\n%s", each.place.c_str(), each.expected.front().c_str(),
-                          written.c_str());
-            }
-        }
-        qInfo("%zu serializer cases: %zu to the letter, %zu the same page in other letters", cases.size(),
-              exact, same);
-        for (const auto& [reason, count] : others)
-            qInfo("%3d differ for %s", count, reason.c_str());
-        // Options that ours has not; carriage returns, which only a reference brings through a reader; tokens
-        // that are no tree.
-        const std::map<std::string, int> known = {{"core.test proper attribute value quoting (with CR)", 1},
-                                                  {"encoding inject_meta_charset", 8},
-                                                  {"escape_rcdata", 1},
-                                                  {"quote_attr_values", 2},
-                                                  {"stray end tag", 6},
-                                                  {"strip_whitespace", 5}};
-        QCOMPARE(others, known);
-        QVERIFY(exact >= 29);
     }
 };
 

@@ -2,6 +2,7 @@
 #include "html/characterreferences.h"
 #include "html/htmlscanner.h"
 #include "links/parsedpage.h"
+#include "tests/html/html5lib.h"
 #include "tests/support/registry.h"
 
 #include <QDir>
@@ -50,12 +51,12 @@ std::string decodedText(std::string_view raw, TextKind kind)
 
 QString text(std::string_view bytes)
 {
-    // Something in front, or a byte-order mark would be taken away.
+    // The blank keeps a byte-order mark from being dropped.
     return QString::fromStdString(std::string(1, ' ').append(bytes)).mid(1);
 }
 
-// The scanner's tokens in the form of the test files: ["StartTag", name, {attributes}, true]. A doctype's
-// parts are not reported, so only its kind is compared.
+// The scanner's tokens as the test files write them: ["StartTag", name, {attributes}, true]. The scanner does not
+// report the parts of a doctype, so only its kind is compared.
 class TokenList final
 {
 public:
@@ -180,19 +181,6 @@ TextKind kindOfState(const QString& state)
     return state == QLatin1String("PLAINTEXT state") ? TextKind::Plaintext : TextKind::Data;
 }
 
-QString conformanceFolder()
-{
-    const QString chosen = qEnvironmentVariable("HTML5LIB_TESTS");
-    return chosen.isEmpty()
-               ? qEnvironmentVariable("LUMA_SOURCE_DIR") + QLatin1String("/../shared/html5lib-tests")
-               : chosen;
-}
-
-bool hasLoneSurrogate(const QString& text)
-{
-    return !text.isValidUtf16();
-}
-
 struct Tally
 {
     int passed = 0;
@@ -210,7 +198,7 @@ void runCase(const QJsonObject& testCase, const QString& file, Tally& tally)
     if (states.isEmpty())
         states.append(QLatin1String("Data state"));
     for (const QJsonValue& state : states) {
-        if (hasLoneSurrogate(input)) {
+        if (!input.isValidUtf16()) {
             ++tally.notUnicode;
             continue;
         }
@@ -245,14 +233,14 @@ class tst_htmlscanner final : public QObject
 private slots:
     void conformance()
     {
-        const QDir folder(conformanceFolder() + QLatin1String("/tokenizer"));
+        const QDir folder(test::html5libFolder() / "tokenizer");
         if (!folder.exists())
-            QSKIP("no tokenizer cases; HTML5LIB_TESTS may name their folder");
+            QSKIP("html5lib's cases were not found (HTML5LIB_TESTS)");
         Tally tally;
         for (const QString& name : folder.entryList({QStringLiteral("*.test")})) {
             QFile file(folder.filePath(name));
             QVERIFY(file.open(QIODevice::ReadOnly));
-            // A file of cases for the conversion to XML has another key: nothing of it is run.
+            // The cases for converting to XML have another key and do not run.
             const QJsonObject cases = QJsonDocument::fromJson(file.readAll()).object();
             for (const QJsonValue& testCase : cases[QLatin1String("tests")].toArray())
                 runCase(testCase.toObject(), name, tally);
