@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/childprocess.h"
-#include "shell/runningchildren.h"
-#include "shell/sshcontroller.h"
-#include "shell/taskwrapper.h"
+#include "tests/shell/runners.h"
 #include "tests/support/registry.h"
 
 #include <QTemporaryDir>
@@ -19,29 +17,15 @@
 
 namespace fs = std::filesystem;
 using namespace luma;
+using namespace luma::test;
 
-// What holds for the children of every runner.
+// What holds for the children of all runners.
 class tst_childprocess final : public QObject
 {
     Q_OBJECT
 
 private:
-    static std::string sh(const std::string& command)
-    {
-        return SSHController::unixShellWithResultAndArguments({"/bin/sh", "-c", command});
-    }
-
-    static std::string zsh(const std::string& command)
-    {
-        TaskWrapper task;
-        task.arguments = {"-c", command};
-        return task.run().value_or("nothing");
-    }
-
-    static std::string expect(const std::string& script)
-    {
-        return SSHController::runExpectScript(script, {});
-    }
+    using Run = std::function<std::string()>;
 
     static std::size_t openDescriptors()
     {
@@ -49,7 +33,7 @@ private:
             std::distance(fs::directory_iterator("/proc/self/fd"), fs::directory_iterator()));
     }
 
-    // Our children, zombies too.
+    // Our children, zombies included.
     static std::string children()
     {
         std::string all;
@@ -69,7 +53,7 @@ private slots:
         const std::string seen = sh("ls /proc/$$/fd; true");
         const std::string seenByZsh = zsh("print $(ls /proc/$$/fd)");
         ::close(leak);
-        // 10 is where the shells keep their own.
+        // zsh keeps its own descriptors at 10 and above.
         QCOMPARE(QByteArray::fromStdString(seen).simplified(), QByteArray("0 1 2"));
         QCOMPARE(QByteArray::fromStdString(seenByZsh).replace(" 10", "").replace(" 11", ""),
                  QByteArray("0 1 2"));
@@ -86,7 +70,7 @@ private slots:
         const std::string seen = sh("grep -E 'SigBlk|SigIgn' /proc/self/status");
         pthread_sigmask(SIG_SETMASK, &before, nullptr);
         (void)std::signal(SIGPIPE, old);
-        // 32 and 33 belong to the C library, which ignores them in what it spawns.
+        // 32 and 33 belong to the C library, which ignores them in spawned processes.
         const QByteArray ours =
             QByteArray::fromStdString(seen).replace("0000000180000000", "0000000000000000");
         QCOMPARE(ours, QByteArray("SigBlk:\t0000000000000000\nSigIgn:\t0000000000000000\n"));
@@ -98,7 +82,7 @@ private slots:
                  std::string("ok\n"));
     }
 
-    void closedStandardInput_isNoTrap()
+    void closedStandardInput_changesNothing()
     {
         const int input = ::fcntl(0, F_DUPFD_CLOEXEC, 3);
         ::close(0);
@@ -132,7 +116,7 @@ private slots:
         QTRY_COMPARE(children(), std::string());
     }
 
-    // The child that stops reading must not cost us our life.
+    // A child that stops reading must not kill us by SIGPIPE.
     void refusedInput_raisesNoSignal()
     {
         const std::string input(1'000'000, 'x');
@@ -148,33 +132,33 @@ private slots:
     void termination_releasesEveryRunner_data()
     {
         QTest::addColumn<QByteArray>("mark");
-        QTest::addColumn<std::function<std::string()>>("run");
+        QTest::addColumn<Run>("run");
         QTest::addColumn<QByteArray>("failure");
-        using Run = std::function<std::string()>;
-        QTest::newRow("sh") << QByteArray("4711.1") << Run([] { return sh("echo a; sleep 4711.1; echo b"); })
-                            << QByteArray();
-        QTest::newRow("zsh") << QByteArray("4711.2")
-                             << Run([] { return zsh("print a; sleep 4711.2; print b"); })
-                             << QByteArray("nothing");
-        QTest::newRow("zsh, output held by another")
-            << QByteArray("4711.3") << Run([] { return zsh("sleep 4711.3 & exit"); })
-            << QByteArray("nothing");
-        QTest::newRow("deaf child") << QByteArray("4711.4") << Run([] {
-            return sh("trap '' TERM; sleep 4711.4; sleep 4711.4; echo b");
-        }) << QByteArray();
-        QTest::newRow("deaf and chatty child") << QByteArray("4711.5") << Run([] {
-            return zsh("trap '' TERM; while true; do print 4711.5; done");
-        }) << QByteArray("nothing");
-        QTest::newRow("expect and what it spawned") << QByteArray("4711.6") << Run([] {
-            return expect("spawn sleep 4711.6\nset timeout -1\nexpect eof\n");
-        }) << QByteArray("Error in connection");
+        const auto row = [](const char* name, const char* mark, const Run& run, const char* failure) {
+            QTest::newRow(name) << QByteArray(mark) << run << QByteArray(failure);
+        };
+        row(
+            "sh", "4711.1", [] { return sh("echo a; sleep 4711.1; echo b"); }, "");
+        row(
+            "zsh", "4711.2", [] { return zsh("print a; sleep 4711.2; print b"); }, "nothing");
+        row(
+            "zsh, output held by another", "4711.3", [] { return zsh("sleep 4711.3 & exit"); }, "nothing");
+        row(
+            "deaf child", "4711.4", [] { return sh("trap '' TERM; sleep 4711.4; sleep 4711.4; echo b"); },
+            "");
+        row(
+            "deaf and chatty child", "4711.5",
+            [] { return zsh("trap '' TERM; while true; do print 4711.5; done"); }, "nothing");
+        row(
+            "expect and its child", "4711.6",
+            [] { return expect("spawn sleep 4711.6\nset timeout -1\nexpect eof\n"); }, "Error in connection");
     }
     void termination_releasesEveryRunner()
     {
         QFETCH(QByteArray, mark);
-        QFETCH(std::function<std::string()>, run);
+        QFETCH(Run, run);
         QFETCH(QByteArray, failure);
-        // Not the mark itself, or it would find itself.
+        // A pattern that does not match itself.
         const std::string pattern = mark.replace('.', "[.]").toStdString();
         const auto isRunning = [&] {
             return sh("grep -l '" + pattern + "' /proc/[0-9]*/cmdline 2>/dev/null || true");

@@ -8,19 +8,19 @@
 
 using namespace luma;
 
-// Names on their way into a command line.
+// Names in command lines.
 class tst_quote final : public QObject
 {
     Q_OBJECT
 
 private slots:
-    void plainName_changesOnlyItsBlanks()
+    void plainName_changesOnlyInItsBlanks()
     {
         QCOMPARE(quotedForShell("My Page.html"), std::string("My\\ Page.html"));
         QCOMPARE(quotedForShell("old/A-b_c.d 1  2"), std::string("old/A-b_c.d\\ 1\\ \\ 2"));
     }
 
-    void anyName_isSeenByTheShellAsItIs_data()
+    void anyName_reachesTheProgramUnchanged_data()
     {
         QTest::addColumn<QByteArray>("name");
         QByteArray all;
@@ -36,7 +36,7 @@ private slots:
         QTest::newRow("home") << QByteArray("~root/*?[a-z]{a,b}!!");
         QTest::newRow("UTF-8") << QByteArray("gr\xc3\xbc\xc3\x9f e \xe2\x82\xac");
     }
-    void anyName_isSeenByTheShellAsItIs()
+    void anyName_reachesTheProgramUnchanged()
     {
         QFETCH(QByteArray, name);
         const std::string word = quotedForShell(name.toStdString());
@@ -51,13 +51,15 @@ private slots:
     {
         QTest::addColumn<QByteArray>("key");
         QTest::addColumn<QByteArray>("tag");
-        QTest::newRow("usual") << QByteArray("ssh-rsa AAAA+/= root@my-host.local\n")
-                               << QByteArray("root@my-host.local");
-        QTest::newRow("blanks") << QByteArray("ssh-rsa AAAA my key") << QByteArray("my_key");
-        QTest::newRow("special") << QByteArray("ssh-rsa AAAA a/$b'\xff*") << QByteArray("a__b___");
-        QTest::newRow("no comment") << QByteArray("ssh-rsa AAAA\n") << QByteArray("luma@desktop");
-        QTest::newRow("no key") << QByteArray() << QByteArray("luma@desktop");
-        QTest::newRow("too long") << "ssh-rsa AAAA " + QByteArray(300, 'x') << QByteArray("luma@desktop");
+        const auto row = [](const char* name, const QByteArray& key, const QByteArray& tag) {
+            QTest::newRow(name) << key << tag;
+        };
+        row("usual", "ssh-rsa AAAA+/= root@my-host.local\n", "root@my-host.local");
+        row("blanks", "ssh-rsa AAAA my key", "my_key");
+        row("special", "ssh-rsa AAAA a/$b'\xff*", "a__b___");
+        row("no comment", "ssh-rsa AAAA\n", "luma@desktop");
+        row("no key", "", "luma@desktop");
+        row("too long", "ssh-rsa AAAA " + QByteArray(300, 'x'), "luma@desktop");
     }
     void keyTag_isTheCommentMadeSafe()
     {

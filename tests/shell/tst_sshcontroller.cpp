@@ -31,7 +31,7 @@ std::string contents(const fs::path& path)
     return {std::istreambuf_iterator<char>(file), {}};
 }
 
-// Listens on a loopback port; a caller is cut off at once, or never gets a word.
+// Listens on a loopback port and either closes every connection at once or never sends anything.
 class RudeServer final
 {
 public:
@@ -113,7 +113,7 @@ private:
         std::ofstream(keysOnServer()) << keys;
         m_server.giveToUser(keysOnServer().parent_path());
     }
-    // Another server's key under our server's name.
+    // Stores another server's key under our server's name.
     void knowHost(const fs::path& key) const
     {
         fs::create_directories(m_server.clientFolder());
@@ -160,25 +160,22 @@ private slots:
         QCOMPARE(check(), needsSetup);
     }
 
-    // A new key takes the place of the one that went by its name, and of no other.
+    // A new key replaces the one with its tag and no other.
     void setUp_replacesTheKeyOfTheSameTag_data()
     {
         QTest::addColumn<QByteArray>("comment");
         QTest::addColumn<QByteArray>("before");
         QTest::addColumn<QByteArray>("kept");
-        QTest::newRow("same name") << QByteArray("me@pc.local")
-                                   << QByteArray("ssh-rsa OLD me@pc.local\nssh-rsa B you\n")
-                                   << QByteArray("ssh-rsa B you\n");
-        QTest::newRow("similar names")
-            << QByteArray("me@pc")
-            << QByteArray("ssh-rsa A some@pc\nssh-rsa B me@pc2\nfrom=\"x\" ssh-rsa C me@pc\n")
-            << QByteArray("ssh-rsa A some@pc\nssh-rsa B me@pc2\nfrom=\"x\" ssh-rsa C me@pc\n");
-        QTest::newRow("a dot is a dot")
-            << QByteArray("me@a.b") << QByteArray("ssh-rsa A me@a-b\n") << QByteArray("ssh-rsa A me@a-b\n");
-        QTest::newRow("blanks and specials")
-            << QByteArray("my 'key' $(touch x) /a\\|&;*") << QByteArray("ssh-rsa A my key\n")
-            << QByteArray("ssh-rsa A my key\n");
-        QTest::newRow("no comment") << QByteArray("") << QByteArray() << QByteArray();
+        const auto row = [](const char* name, const char* comment, const char* before, const char* kept) {
+            QTest::newRow(name) << QByteArray(comment) << QByteArray(before) << QByteArray(kept);
+        };
+        row("same name", "me@pc.local", "ssh-rsa OLD me@pc.local\nssh-rsa B you\n", "ssh-rsa B you\n");
+        const char* const others = "ssh-rsa A some@pc\nssh-rsa B me@pc2\nfrom=\"x\" ssh-rsa C me@pc\n";
+        row("similar names", "me@pc", others, others);
+        row("a dot is a dot", "me@a.b", "ssh-rsa A me@a-b\n", "ssh-rsa A me@a-b\n");
+        row("blanks and specials", "my 'key' $(touch x) /a\\|&;*", "ssh-rsa A my key\n",
+            "ssh-rsa A my key\n");
+        row("no comment", "", "", "");
     }
     void setUp_replacesTheKeyOfTheSameTag()
     {
@@ -223,19 +220,16 @@ private slots:
         QTest::addColumn<QByteArray>("login");
         QTest::addColumn<QByteArray>("port");
         QTest::addColumn<QByteArray>("text");
-        QTest::newRow("wrong port") << QByteArray("me@127.0.0.1") << QByteArray("1")
-                                    << QByteArray(unknownHost);
-        QTest::newRow("no such server")
-            << QByteArray("me@luma.invalid") << QByteArray("22") << QByteArray(unknownHost);
-        QTest::newRow("port that is none")
-            << QByteArray("me@127.0.0.1") << QByteArray("ssh; id") << QByteArray(noConnection);
-        QTest::newRow("no port") << QByteArray("me@127.0.0.1") << QByteArray() << QByteArray(noConnection);
-        QTest::newRow("no login") << QByteArray() << QByteArray("22") << QByteArray(unknownHost);
-        QTest::newRow("option as login") << QByteArray("-oProxyCommand=touch /tmp/luma-was-here")
-                                         << QByteArray("22") << QByteArray(noConnection);
-        QTest::newRow("option as port")
-            << QByteArray("me@127.0.0.1") << QByteArray("-oProxyCommand=touch /tmp/luma-was-here")
-            << QByteArray(noConnection);
+        const auto row = [](const char* name, const char* login, const char* port, const char* text) {
+            QTest::newRow(name) << QByteArray(login) << QByteArray(port) << QByteArray(text);
+        };
+        row("wrong port", "me@127.0.0.1", "1", unknownHost);
+        row("no such server", "me@luma.invalid", "22", unknownHost);
+        row("invalid port", "me@127.0.0.1", "ssh; id", noConnection);
+        row("no port", "me@127.0.0.1", "", noConnection);
+        row("no login", "", "22", unknownHost);
+        row("option as login", "-oProxyCommand=touch /tmp/luma-was-here", "22", noConnection);
+        row("option as port", "me@127.0.0.1", "-oProxyCommand=touch /tmp/luma-was-here", noConnection);
     }
     void unreachableServer_hasItsText()
     {
@@ -278,7 +272,7 @@ private slots:
         QCOMPARE(checkAt("localhost", "1"), "fail - customlog needs setup\n");
     }
 
-    // A stand-in on the search path: it asks on the terminal, as sudo does, and takes one password.
+    // With a replacement on the search path that asks on the terminal, as sudo does, and accepts one password.
     void sudo_isAskedOnce_data()
     {
         QTest::addColumn<QByteArray>("password");
