@@ -205,7 +205,7 @@ Error refusal(ParseArena::Excess excess)
 {
     switch (excess) {
     case ParseArena::Excess::Memory:
-        return {"Its unclosed tags multiply its elements beyond measure."};
+        return {"Its unclosed tags multiply its elements without limit."};
     case ParseArena::Excess::Attributes:
         return {"One of its tags has too many attributes."};
     default:
@@ -218,7 +218,7 @@ std::optional<Error> refusal(std::string_view source, const ParseLimits& limits)
     if (source.size() > limits.bytes)
         return Error{"It is larger than " + std::to_string(limits.bytes >> 20U) + " MB."};
     if (!isValidUtf8(source))
-        return Error{"Its text is not UTF-8."};
+        return Error{"It is not UTF-8."};
     return {};
 }
 

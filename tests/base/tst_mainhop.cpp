@@ -16,7 +16,7 @@ class tst_mainhop final : public QObject
     Q_OBJECT
 
 private slots:
-    void hop_runsOnMainInOrder()
+    void hops_runOnMainInOrder()
     {
         QList<int> order;
         std::atomic<bool> done = false;
@@ -31,7 +31,7 @@ private slots:
             QCOMPARE(order[i], i);
     }
 
-    void hop_toWhatIsGoneDoesNothing()
+    void hop_toADestroyedTargetDoesNothing()
     {
         auto target = std::make_unique<QObject>();
         const QPointer<QObject> guard(target.get());
@@ -52,7 +52,7 @@ private slots:
         QVERIFY(!ran);
     }
 
-    // Last, for the hop stays closed.
+    // Runs last, because the hop stays closed.
     void zClosing_releasesWaitingJobs()
     {
         std::atomic<int> answer = -1;

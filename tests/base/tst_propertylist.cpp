@@ -60,7 +60,7 @@ private slots:
             QCOMPARE(back->toMap().value(entry.key()).typeId(), entry->typeId());
     }
 
-    void write_refusesWhatCannotBeHeld()
+    void write_refusesOtherTypes()
     {
         const QVariantMap values = {{QStringLiteral("a"), QVariantList{QVariant()}}};
         QVERIFY(!writePropertyList(values, PropertyListFormat::Binary));
@@ -73,10 +73,10 @@ private slots:
         QTest::newRow("nothing") << QByteArray();
         QTest::newRow("text") << QByteArray("sitesArray");
         QTest::newRow("header alone") << QByteArray("bplist00");
-        QTest::newRow("values without number") << doubling(40);
+        QTest::newRow("a trillion values") << doubling(40);
         QTest::newRow("deep XML") << QByteArray("<plist>" + deep + QByteArray(deep).replace("<", "</") +
                                                 "</plist>");
-        QTest::newRow("no property list") << QByteArray("<html><body>404</body></html>");
+        QTest::newRow("not a property list") << QByteArray("<html><body>404</body></html>");
     }
     void read_refusesHostileShapes()
     {

@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <cstdlib>
 
-// Reads what the fuzzer makes up, writes it, and reads it again. Some trees have no markup, so the second
-// tree may differ from the first; but what was read must always be writable, valid, and must copy faithfully.
+// Reads the fuzzer's input, writes it, and reads it again. Some trees have no markup, so the second tree may
+// differ from the first; but every tree must be writable as valid UTF-8 and must copy faithfully.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
     using namespace luma::html;
@@ -17,7 +17,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     if (!sameTree(*(*document)->copy(), **document))
         std::abort();
-    // A page that reads at all is written as UTF-8, which reads again unless it grew beyond a limit.
+    // A page is written as UTF-8, which can be read again unless it has grown beyond a limit.
     for (const std::string& written : {(*document)->outerHtml(), prettyPrint(**document)}) {
         const auto again = parse(written);
         if (!again && again.error().text.find("UTF-8") != std::string::npos)

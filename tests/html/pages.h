@@ -12,8 +12,9 @@ struct Page
     std::string source;
 };
 
-/// Small pages with everything that a page can contain; the pages of the sample site; and at most `count` pages of
-/// the system's documentation, spread evenly over what is installed, none larger than `maximumSize` bytes.
+/// Small pages with everything that a page can contain; the pages of the sample site; and at most `count`
+/// pages of the system's documentation, spread evenly over what is installed, none larger than `maximumSize`
+/// bytes.
 std::vector<Page> allPages(std::size_t count, std::size_t maximumSize);
 
 } // namespace luma::test

@@ -18,7 +18,8 @@
 using namespace luma;
 using namespace luma::html;
 
-/// Compares the tree's promises with the engine that shows the pages. The pages' scripts are off, as in the editor.
+/// Compares the tree's promises with the engine that shows the pages. The pages' scripts are off, as in the
+/// editor.
 class tst_engine final : public QObject
 {
     Q_OBJECT
@@ -73,7 +74,8 @@ private:
 
     static std::vector<test::Page> pages() { return test::allPages(40, 100'000); }
 
-    /// Asks the engine, showing `page`, which of the elements' selectors select anything else: "wrong:" and three.
+    /// Asks the engine, showing `page`, which of the elements' selectors select anything else: "wrong:" and
+    /// three.
     QString wrongSelectors(const Document& document, const std::string& page)
     {
         QJsonArray selectors;

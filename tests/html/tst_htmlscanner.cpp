@@ -55,8 +55,8 @@ QString text(std::string_view bytes)
     return QString::fromStdString(std::string(1, ' ').append(bytes)).mid(1);
 }
 
-// The scanner's tokens as the test files write them: ["StartTag", name, {attributes}, true]. The scanner does not
-// report the parts of a doctype, so only its kind is compared.
+// The scanner's tokens as the test files write them: ["StartTag", name, {attributes}, true]. The scanner does
+// not report the parts of a doctype, so only its kind is compared.
 class TokenList final
 {
 public:

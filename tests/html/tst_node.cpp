@@ -44,7 +44,7 @@ private slots:
         QVERIFY(p.isInside(find("#d")) && !find("#d").isInside(p));
     }
 
-    // What the undo commands do: each edit, then back in reverse order, gives the page as it was.
+    // As undo commands do: edits taken back in reverse order restore the page.
     void edits_areUndoneInReverse()
     {
         const std::string before = body();
@@ -106,7 +106,7 @@ private slots:
         QVERIFY(!sameTree(*copy, *m_page));
     }
 
-    // Copying, comparing, writing, searching and destroying must not cost stack.
+    // Copying, comparing, writing, searching and destroying must not recurse.
     void deepTree_needsNoStack()
     {
         constexpr std::size_t depth = 100'000;
