@@ -4,6 +4,7 @@
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
+#include "tests/support/tabwalk.h"
 #include "web/viewcontroller.h"
 
 #include <QAction>
@@ -211,8 +212,6 @@ private slots:
         put("page.html", std::string_view("\xff\xfe", 2));
         openWindow(at("page.html"), at(""));
         QVERIFY(the<QWidget>("noticeBar")->isVisible());
-        QVERIFY(!the<QAction>("saveAction")->isEnabled());
-        QVERIFY(!the<QToolBar>("formatBar")->isEnabled());
         window->close();
         QTRY_VERIFY(!window);
     }
@@ -233,6 +232,58 @@ private slots:
                                                                              5)) < 60);
         luma::test::screenshot(*window, "dark");
         QApplication::setPalette(light);
+    }
+
+    // Every control that can be on is on, so that each has its turn.
+    void tab_walksEveryStopBothWays()
+    {
+        open("<title>T</title><style>p{}</style><section>one</section>");
+        click("<section>");
+        the<QPlainTextEdit>("cssField")->insertPlainText(QStringLiteral("/* */"));
+        put("page.html", "<title>Theirs</title>");
+        QTRY_VERIFY(the<QPushButton>("noticeReloadButton")->isVisible());
+        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+            outline()->setFocus();
+            QCOMPARE(luma::test::tabWalk(key), luma::test::tabStops(*window));
+        }
+        QVERIFY(luma::test::tabStops(*window).size() >= 10);
+    }
+
+    void commands_areOnWhereTheyWork_data()
+    {
+        QTest::addColumn<QString>("page");
+        QTest::addColumn<QString>("off");
+        const QString whileFresh = QStringLiteral("undo redo deleteTag ");
+        QTest::newRow("page") << QStringLiteral("page.html") << whileFresh;
+        QTest::newRow("new page") << QString() << whileFresh + QStringLiteral("revert");
+        QTest::newRow("no page") << QStringLiteral("damaged.html")
+                                 << whileFresh + QStringLiteral("save saveAs pageTitle reload showSource "
+                                                                "inspectElement bold italic underline "
+                                                                "makeLink editLink removeLink insertImage");
+    }
+    void commands_areOnWhereTheyWork()
+    {
+        QFETCH(QString, page);
+        QFETCH(QString, off);
+        put("page.html", "<p>one</p>");
+        put("damaged.html", std::string_view("\xff\xfe", 2));
+        openWindow(page.isEmpty() ? fs::path() : at(page.toStdString()), at(""));
+        QStringList found;
+        int count = 0;
+        const QList<QAction*> actions = window->findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly);
+        for (const QAction* action : actions) {
+            if (!action->objectName().endsWith(QStringLiteral("Action")))
+                continue;
+            ++count;
+            if (!action->isEnabled())
+                found.append(action->objectName().chopped(6));
+        }
+        QCOMPARE(count, 28);
+        QStringList expected = off.split(u' ', Qt::SkipEmptyParts);
+        found.sort();
+        expected.sort();
+        QCOMPARE(found, expected);
+        QCOMPARE(the<QToolBar>("formatBar")->isEnabled(), page != QStringLiteral("damaged.html"));
     }
 
     void print_doesNothing()
