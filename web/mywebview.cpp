@@ -64,8 +64,10 @@ void MyWebView::watchKeys()
     if (m_keyReceiver == focusProxy())
         return;
     m_keyReceiver = focusProxy();
-    if (m_keyReceiver)
-        m_keyReceiver->installEventFilter(this);
+    if (!m_keyReceiver)
+        return;
+    m_keyReceiver->installEventFilter(this);
+    m_keyReceiver->setAccessibleName(tr("Page"));
 }
 
 bool MyWebView::eventFilter(QObject* watched, QEvent* event)
@@ -80,7 +82,7 @@ bool MyWebView::eventFilter(QObject* watched, QEvent* event)
     }
     if (event->type() != QEvent::KeyPress)
         return false;
-    if (takeUndoKey(static_cast<QKeyEvent&>(*event)))
+    if (takeUndoKey(static_cast<QKeyEvent&>(*event)) || takeTabKey(static_cast<QKeyEvent&>(*event)))
         return true;
     ++m_countOfKeys;
     return false;
@@ -95,6 +97,15 @@ void MyWebView::keepForLater(const QEvent& event)
         QCoreApplication::sendEvent(m_keyReceiver, kept.get());
         m_madeUp = nullptr;
     });
+}
+
+// The engine would keep the focus in a page that is edited as a whole.
+bool MyWebView::takeTabKey(const QKeyEvent& key)
+{
+    const bool isBack =
+        key.key() == Qt::Key_Backtab || (key.key() == Qt::Key_Tab && key.modifiers() == Qt::ShiftModifier);
+    const bool isForward = key.key() == Qt::Key_Tab && key.modifiers() == Qt::NoModifier;
+    return (isBack || isForward) && focusNextPrevChild(isForward);
 }
 
 bool MyWebView::takeUndoKey(QKeyEvent& key)

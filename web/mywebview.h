@@ -61,6 +61,8 @@ protected:
 private:
     void watchKeys();
     void keepForLater(const QEvent& event);
+    /// Tab and Backtab leave the page.
+    bool takeTabKey(const QKeyEvent& key);
     bool takeUndoKey(QKeyEvent& key);
     void whenMarked(const std::function<void()>& then);
     void openMenu(const QPoint& where);
