@@ -68,7 +68,7 @@ void Browser::makeContent()
     m_emptyLabel->setAlignment(Qt::AlignCenter);
     m_emptyLabel->setWordWrap(true);
     m_emptyLabel->setForegroundRole(QPalette::PlaceholderText);
-    // The columns are put in before these three.
+    // Columns are inserted before these three.
     auto* columns = new QHBoxLayout(m_content);
     columns->setContentsMargins({});
     columns->setSpacing(0);
@@ -80,7 +80,7 @@ void Browser::makeContent()
 
 Browser::~Browser()
 {
-    // The columns' last signals must not reach a browser that is half gone.
+    // The columns' last signals must not reach a partly destroyed browser.
     m_changing = true;
     for (BrowserColumn* column : m_columns)
         column->detach();
@@ -133,7 +133,7 @@ void Browser::openColumn(const QModelIndex& folder)
     m_model.bringUpToDate(folder);
     const int number = columnCount();
     const bool hadFocus = number > 0;
-    auto* column = new BrowserColumn(m_model, folder, number, m_content);
+    auto* column = new BrowserColumn(m_model, m_dropTarget, folder, number, m_content);
     column->setFixedWidth(number < m_widths.size() ? m_widths[number] : usualWidth);
     m_columns.push_back(column);
     static_cast<QHBoxLayout*>(m_content->layout())->insertWidget(number, column);
@@ -154,9 +154,8 @@ void Browser::connectColumn(BrowserColumn& column, int number)
             [=, this](const QModelIndex& item) { noteClick(number, item); });
     connect(&list, &QListView::doubleClicked, this, &Browser::doubleClicked);
     connect(&list, &BrowserListView::dragStarted, this, [=, this] { m_draggedColumn = number; });
-    list.setDropTarget(&m_dropTarget);
     connect(&list, &BrowserListView::dropped, this, &Browser::dropped);
-    connect(&column, &BrowserColumn::widthChosen, this, [=, this](int width) {
+    connect(&column, &BrowserColumn::resizedByUser, this, [=, this](int width) {
         while (m_widths.size() <= number)
             m_widths.append(usualWidth);
         m_widths[number] = width;
@@ -173,7 +172,7 @@ void Browser::closeColumnsFrom(int number)
         const bool focused = column->isAncestorOf(QApplication::focusWidget());
         column->hide();
         column->detach();
-        // Its own signal may be on the way here, so it goes later; but it is none of the columns any more.
+        // Deleted later, for one of its own signals may have led here; but it is no longer a column.
         column->setParent(nullptr);
         column->deleteLater();
         if (focused && !m_columns.empty())
@@ -181,7 +180,7 @@ void Browser::closeColumnsFrom(int number)
     }
 }
 
-/// A view whose folder goes would show the root instead; so it goes first.
+/// Closed before the rows are removed: a view that loses its folder would show the root instead.
 void Browser::closeLostColumns(const QModelIndex& parent, int first, int last)
 {
     for (int number = 1; number < columnCount(); ++number) {
@@ -235,7 +234,7 @@ void Browser::hidePreview()
 
 void Browser::scrollToEnd()
 {
-    // The new column has its place only after the layout has run.
+    // The layout places the new column first.
     QMetaObject::invokeMethod(
         this,
         [this] {
@@ -251,7 +250,7 @@ bool Browser::reveal(const std::filesystem::path& item)
         return false;
     if (m_selection.reach(item))
         return true;
-    // It may have come after the last listing.
+    // The item may be newer than the last listing.
     refresh();
     return m_selection.reach(item);
 }
@@ -304,7 +303,7 @@ bool Browser::eventFilter(QObject* watched, QEvent* event)
     const int column = columnOfList(watched);
     if (column < 0)
         return QScrollArea::eventFilter(watched, event);
-    // A name's editor passes on the keys that it has done with; they are not the browser's.
+    // The editor of a name passes on keys that it has handled; the browser must ignore them.
     const bool fromEditor = qobject_cast<QLineEdit*>(QApplication::focusWidget()) != nullptr;
     if (event->type() == QEvent::KeyPress)
         return !fromEditor && handleKey(column, *static_cast<QKeyEvent*>(event));
@@ -330,7 +329,7 @@ void Browser::askForMenu(int column, const QContextMenuEvent& event)
                                           : event.globalPos());
 }
 
-/// True when the key needs no further handling.
+/// True if the key needs no further handling.
 bool Browser::handleKey(int column, const QKeyEvent& event)
 {
     if (asksForDeletion(event)) {

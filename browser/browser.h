@@ -2,7 +2,6 @@
 #pragma once
 
 #include "browser/columnselection.h"
-#include "browser/drop.h"
 #include "browser/droptarget.h"
 #include "browser/filesystemmodel.h"
 
@@ -20,11 +19,11 @@ class BrowserColumn;
 class BrowserListView;
 class IconPreviewController;
 
-/// The column browser: one column of rows for each folder on the way to the selected item, the preview of a
-/// selected leaf after the last one. A column's single selected folder opens as the next column, so
-/// neighbours always agree. Columns keep their scroll position and the widths that the user gave them. Every
-/// key but Control+Delete and Control+Backspace beeps and is then handled as usual; these two ask for
-/// deletion.
+/// The column browser: one column of rows for each folder on the way to the selected item, and after the last
+/// one the preview of a selected leaf. A single selected folder opens as the next column, so neighbouring
+/// columns always agree. Columns keep their scroll position and the widths that the user gave them.
+/// Control+Delete and Control+Backspace request deletion; every other key beeps and is then handled as usual.
+/// Main thread only.
 class Browser final : public QScrollArea
 {
     Q_OBJECT
@@ -37,12 +36,12 @@ public:
 
     [[nodiscard]] FileSystemModel& model() { return m_model; }
 
-    /// Shown instead of columns while there is no root.
+    /// The text shown instead of columns while there is no root.
     void setEmptyText(const QString& text);
-    /// What sounds on a key press; the desktop's beep unless a test listens.
+    /// Replaces the desktop's beep on a key press; a seam for tests.
     void setBeep(std::function<void()> beep) { m_beep = std::move(beep); }
 
-    // As ColumnSelection has them.
+    // See ColumnSelection.
     [[nodiscard]] Path path() const { return m_selection.path(); }
     void setPath(const Path& path) { m_selection.setPath(path); }
     void selectInLastColumn(const std::vector<std::string>& names) { m_selection.selectInLastColumn(names); }
@@ -50,35 +49,35 @@ public:
     {
         m_selection.selectInFolder(folder, names);
     }
-    /// Lists the shown folders again and keeps path, selection and scroll position.
+    /// Lists the shown folders again; keeps path, selection and scroll position.
     void refresh();
-    /// Opens the columns on the way to `item` and selects it. False, and as far as it goes, when it is not to
-    /// be seen: outside of the root, hidden, or gone.
+    /// Opens the columns on the way to `item` and selects it. If the item can't be shown (outside the root,
+    /// hidden, or gone), selects as far as possible and returns false.
     bool reveal(const std::filesystem::path& item);
-    /// Starts the in-place edit of a name.
+    /// Starts editing the name in place.
     void rename(const QModelIndex& item);
 
     [[nodiscard]] int columnCount() const { return static_cast<int>(m_columns.size()); }
     [[nodiscard]] QModelIndex parentForItemsInColumn(int column) const;
-    /// The item that was clicked last, or moved to with the keyboard; invalid when it is gone.
+    /// The item last clicked, or reached with the keyboard; invalid if it is gone.
     [[nodiscard]] QModelIndex clickedItem() const { return m_clicked; }
-    /// The column of the last click, in a blank place too; -1 for none.
+    /// The column last clicked, on a row or below the rows; -1 for none.
     [[nodiscard]] int clickedColumn() const;
     /// The selected rows of the last column that has any.
     [[nodiscard]] QModelIndexList selectedItems() const;
     [[nodiscard]] int draggedColumnIndex() const { return m_draggedColumn; }
 
-    /// The widths that the user gave the columns, from the first one on.
+    /// The widths that the user gave the columns, in pixels, from the first column on.
     [[nodiscard]] QList<int> columnWidths() const { return m_widths; }
-    /// Widths that no column can have become the nearest that it can.
+    /// Widths outside the allowed range become the nearest allowed one.
     void setColumnWidths(const QList<int>& widths);
 
 signals:
     void clicked(const QModelIndex& item);
     void doubleClicked(const QModelIndex& item);
-    /// Control+Delete or Control+Backspace: the selected items are to go.
+    /// Deletion of the selected items.
     void deleteRequested();
-    /// Items were dropped where that is allowed.
+    /// Items were dropped where dropping is allowed.
     void dropped(const Drop& drop);
     void contextMenuRequested(const QModelIndex& item, const QPoint& globalPosition);
     void columnWidthsChanged();

@@ -2,12 +2,13 @@
 #include "browser/browsercolumn.h"
 
 #include "browser/browserlistview.h"
-#include "browser/columnhandle.h"
 #include "browser/filesystembrowsercell.h"
 #include "browser/filesystemmodel.h"
 #include "browser/iconpreviewcontroller.h"
 
 #include <QBoxLayout>
+#include <QMouseEvent>
+#include <QPainter>
 
 #include <algorithm>
 
@@ -17,14 +18,56 @@ namespace {
 
 constexpr int widestFit = 600;
 
+/// The line to the right of a column. Dragging it changes the column's width, a double click fits the column
+/// to its names.
+class ColumnHandle final : public QWidget
+{
+    Q_OBJECT
+
+public:
+    explicit ColumnHandle(QWidget* parent) : QWidget(parent)
+    {
+        setFixedWidth(5);
+        setCursor(Qt::SplitHCursor);
+    }
+
+signals:
+    /// The mouse has moved by `delta` pixels since the last signal.
+    void dragged(int delta);
+    void released();
+    void fitRequested();
+
+protected:
+    void mousePressEvent(QMouseEvent* event) override { m_lastX = qRound(event->globalPosition().x()); }
+    void mouseMoveEvent(QMouseEvent* event) override
+    {
+        const int x = qRound(event->globalPosition().x());
+        if (event->buttons().testFlag(Qt::LeftButton) && x != m_lastX)
+            emit dragged(x - m_lastX);
+        m_lastX = x;
+    }
+    void mouseReleaseEvent(QMouseEvent* /*event*/) override { emit released(); }
+    void mouseDoubleClickEvent(QMouseEvent* /*event*/) override { emit fitRequested(); }
+    void paintEvent(QPaintEvent* /*event*/) override
+    {
+        QPainter painter(this);
+        painter.fillRect(rect(), palette().color(QPalette::Base));
+        painter.fillRect(QRect(width() / 2, 0, 1, height()), palette().color(QPalette::Mid));
+    }
+
+private:
+    int m_lastX = 0;
+};
+
 } // namespace
 
-BrowserColumn::BrowserColumn(FileSystemModel& model, const QModelIndex& folder, int number, QWidget* parent)
+BrowserColumn::BrowserColumn(FileSystemModel& model, DropTarget& dropTarget, const QModelIndex& folder,
+                             int number, QWidget* parent)
     : QWidget(parent),
       m_model(model),
       m_folder(folder),
       m_isRoot(!folder.isValid()),
-      m_list(new BrowserListView(this)),
+      m_list(new BrowserListView(dropTarget, this)),
       m_header(std::make_unique<IconPreviewController>(IconPreviewController::Layout::HeaderView, this))
 {
     setObjectName(QStringLiteral("browserColumn%1").arg(number));
@@ -53,7 +96,7 @@ void BrowserColumn::connectHandle()
     auto* handle = new ColumnHandle(this);
     layout()->addWidget(handle);
     connect(handle, &ColumnHandle::dragged, this, &BrowserColumn::changeWidth);
-    connect(handle, &ColumnHandle::released, this, [this] { emit widthChosen(width()); });
+    connect(handle, &ColumnHandle::released, this, [this] { emit resizedByUser(width()); });
     connect(handle, &ColumnHandle::fitRequested, this, &BrowserColumn::fitWidth);
 }
 
@@ -85,13 +128,15 @@ void BrowserColumn::changeWidth(int delta)
 void BrowserColumn::fitWidth()
 {
     int widest = 0;
-    // What is in sight: measuring 50,000 names to fit one that nobody sees helps nobody.
+    // Only the visible rows: measuring 50,000 names takes long, and the widest may be far out of sight.
     const QModelIndex top = m_list->indexAt(QPoint(1, 1));
     for (QModelIndex row = top; row.isValid() && m_list->visualRect(row).top() < m_list->viewport()->height();
          row = row.siblingAtRow(row.row() + 1))
         widest = std::max(widest, m_list->sizeHintForIndex(row).width());
     setFixedWidth(std::clamp(widest + width() - m_list->viewport()->width(), smallestWidth, widestFit));
-    emit widthChosen(width());
+    emit resizedByUser(width());
 }
 
 } // namespace luma
+
+#include "browsercolumn.moc"

@@ -9,10 +9,12 @@
 namespace luma {
 
 class BrowserListView;
+class DropTarget;
 class FileSystemModel;
 class IconPreviewController;
 
-/// One column of a Browser: the header that names the folder, its rows, and the handle that sets the width.
+/// One column of a Browser: the header that names the folder, the rows, and the handle that sets the width.
+/// Main thread only.
 class BrowserColumn final : public QWidget
 {
     Q_OBJECT
@@ -21,21 +23,23 @@ public:
     static constexpr int smallestWidth = 96;
     static constexpr int largestWidth = 4000;
 
-    BrowserColumn(FileSystemModel& model, const QModelIndex& folder, int number, QWidget* parent);
+    /// `model` and `dropTarget` outlive the column; `number` counts from 0 at the root.
+    BrowserColumn(FileSystemModel& model, DropTarget& dropTarget, const QModelIndex& folder, int number,
+                  QWidget* parent);
     ~BrowserColumn() override;
 
     [[nodiscard]] QModelIndex folder() const { return m_folder; }
     [[nodiscard]] bool isRoot() const { return m_isRoot; }
     [[nodiscard]] BrowserListView& list() const { return *m_list; }
     [[nodiscard]] QModelIndexList selectedRows() const;
-    /// Cuts the rows off from the model, for the folder is about to go.
+    /// Disconnects the rows from the model; call before the folder is removed.
     void detach();
-    /// The header and the text for no rows, once more from the node.
+    /// Reads the header and the text for an empty column from the node again.
     void updateTexts();
 
 signals:
-    /// The user has set this width, in pixels.
-    void widthChosen(int width);
+    /// `width` is in pixels.
+    void resizedByUser(int width);
 
 private:
     FileSystemModel& m_model;

@@ -5,7 +5,6 @@
 #include "base/pathbelow.h"
 #include "browser/browser.h"
 #include "browser/configpanel.h"
-#include "browser/connectionrequest.h"
 #include "browser/displaytext.h"
 #include "browser/endpoint.h"
 #include "browser/filejobs.h"
@@ -15,9 +14,9 @@
 #include "browser/panehost.h"
 #include "browser/panemenu.h"
 #include "browser/transformers.h"
-#include "browser/unavailablemounter.h"
 #include "browser/unlinkeditemspanel.h"
 #include "desktop/icons.h"
+#include "mounts/volumemounter.h"
 
 #include "ui_BrowserPane.h"
 
@@ -26,7 +25,7 @@
 namespace luma {
 
 BrowserController::BrowserController(const QString& caption, std::shared_ptr<ObservedDictionary> endpoint,
-                                     PaneHost* host, QWidget* parent)
+                                     std::shared_ptr<VolumeMounter> mounter, PaneHost& host, QWidget* parent)
     : QObject(parent),
       m_widget(new QWidget(parent)),
       m_ui(std::make_unique<Ui::BrowserPane>()),
@@ -34,7 +33,10 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
       configPanel(new ConfigPanel(std::move(endpoint), m_widget)),
       contextualMenu(new PaneMenu(m_widget)),
       m_watcher(new FolderWatcher(this)),
-      m_fileJobs(new FileJobs(m_widget))
+      m_fileJobs(new FileJobs(m_widget)),
+      m_connection(new PaneConnection(std::move(mounter), this)),
+      m_linkJobs(new LinkJobs(host.progress(), this)),
+      unlinkedItemsPanel(new UnlinkedItemsPanel(m_widget))
 {
     m_ui->setupUi(m_widget);
     m_ui->label->setText(caption);
@@ -48,7 +50,7 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     connect(m_fileJobs, &FileJobs::runningChanged, this, &BrowserController::showBusy);
     connect(m_fileJobs, &FileJobs::changed, this, &BrowserController::refreshLater);
     connectLinks();
-    connectConnection(std::make_shared<UnavailableMounter>());
+    connectConnection();
     setRootNode(nullptr);
     showBusy();
 }
@@ -65,17 +67,13 @@ FileSystemNodePointer BrowserController::rootNode() const
     return browser().model().rootNode();
 }
 
-void BrowserController::setMounter(std::shared_ptr<VolumeMounter> mounter)
-{
-    connectConnection(std::move(mounter));
-}
-
 void BrowserController::connectSheet()
 {
-    connect(m_ui->connectButton, &QAbstractButton::clicked, this, [this] { doConnect(m_ui->connectButton); });
+    // Its title says which of the two it does.
+    connect(m_ui->connectButton, &QAbstractButton::clicked, this,
+            [this] { rootNode() ? disconnectPane() : beginConnection(); });
     connect(m_ui->configureButton, &QAbstractButton::clicked, this, &BrowserController::configure);
-    connect(configPanel, &ConfigPanel::connectRequested, this,
-            qOverload<const QAbstractButton*>(&BrowserController::doConnect));
+    connect(configPanel, &ConfigPanel::connectRequested, this, &BrowserController::beginConnection);
     connect(configPanel, &ConfigPanel::closeRequested, this, &BrowserController::closeSheet);
 }
 
@@ -88,8 +86,7 @@ void BrowserController::connectBrowser()
             [this](const QModelIndex& item, const QPoint& position) {
                 contextualMenu->popupFor(item.isValid(), position);
             });
-    // The name is taken or cannot be one: the line below the columns says so, for the old name just comes
-    // back.
+    // The old name just reappears, so the line below the columns says why.
     connect(&browser().model(), &FileSystemModel::renameFailed, m_ui->fullPathToSelectedItem,
             &QLabel::setText);
     connect(&browser().model(), &FileSystemModel::renamed, this,
@@ -112,29 +109,26 @@ void BrowserController::connectMenu()
 
 void BrowserController::connectLinks()
 {
-    m_linkJobs = new LinkJobs([this] { return parentDoc ? &parentDoc->progress() : nullptr; }, this);
-    unlinkedItemsPanel = new UnlinkedItemsPanel(m_widget);
     const auto reveal = [this](const std::filesystem::path& file) { browser().reveal(file); };
     connect(m_linkJobs, &LinkJobs::fileActivated, this, reveal);
     connect(unlinkedItemsPanel, &UnlinkedItemsPanel::fileActivated, this, reveal);
     connect(unlinkedItemsPanel, &UnlinkedItemsPanel::restartRequested, this,
             &BrowserController::startFindUnlinkedItems);
     connect(unlinkedItemsPanel, &UnlinkedItemsPanel::itemsDeleted, this, [this] { refreshLater({}); });
-    // Only when the drag is over: its source is still in the middle of it.
+    // Queued, for the source is still inside its drag.
     connect(
         &browser(), &Browser::dropped, this,
         [this](const Drop& drop) { m_linkJobs->acceptDrop(m_mountPath, drop); }, Qt::QueuedConnection);
-    connect(contextualMenu, &PaneMenu::showLinksRequested, this, &BrowserController::showLinksForItem);
+    connect(contextualMenu, &PaneMenu::linksFromItemRequested, this, &BrowserController::showLinksFromItem);
+    connect(contextualMenu, &PaneMenu::linksToItemRequested, this, &BrowserController::showLinksToItem);
     connect(contextualMenu, &PaneMenu::missingLinksRequested, this,
             &BrowserController::startFindMissingLinks);
     connect(contextualMenu, &PaneMenu::unlinkedItemsRequested, this,
             &BrowserController::startFindUnlinkedItems);
 }
 
-void BrowserController::connectConnection(std::shared_ptr<VolumeMounter> mounter)
+void BrowserController::connectConnection()
 {
-    delete m_connection;
-    m_connection = new PaneConnection(std::move(mounter), this);
     connect(m_connection, &PaneConnection::started, this, [this] {
         setConnectState(tr("Connecting... Please wait."));
         m_ui->progressIndicator->show();
@@ -152,29 +146,17 @@ void BrowserController::doConnect()
         disconnectPane();
 }
 
-void BrowserController::doConnect(const QAbstractButton* sender)
-{
-    // Some desktops put a mnemonic into every button.
-    QString title = sender ? sender->text() : QString();
-    title.remove(QLatin1Char('&'));
-    if (title == QLatin1String("Connect"))
-        beginConnection();
-    else
-        disconnectPane();
-}
-
 void BrowserController::beginConnection()
 {
     closeSheet();
     m_connection->begin(configPanel->request());
 }
 
-void BrowserController::finishConnection(const MountResult& result, const QVariantMap& request)
+void BrowserController::finishConnection(const MountResult& result, const ConnectionRequest& request)
 {
-    const bool isShare = request.value(connectionrequest::protocolString) != endpoint::fileProtocol;
     const std::filesystem::path former = std::exchange(m_mountPath, result.mountPath);
-    const bool wasShare = std::exchange(m_isShare, isShare);
-    // Connected once more, the pane has taken the share twice, or another one instead.
+    const bool wasShare = std::exchange(m_isShare, !request.isLocal());
+    // The pane was already connected and has now mounted the same share again, or another one.
     if (result.folder && wasShare && !former.empty())
         m_connection->mounter().unmount(former);
     if (result.folder)
@@ -187,14 +169,12 @@ void BrowserController::finishConnection(const MountResult& result, const QVaria
     emit stateChanged();
 }
 
-void BrowserController::connectionSucceeded(const QVariantMap& request)
+void BrowserController::connectionSucceeded(const ConnectionRequest& request)
 {
-    const QString protocol = request.value(connectionrequest::protocolString).toString();
-    setConnectState(protocol + request.value(connectionrequest::serverString).toString() +
-                    request.value(connectionrequest::pathValue).toString());
+    setConnectState(request.protocol + request.server + request.path);
     m_watcher->start(m_ui->label->text(), m_mountPath);
-    if (protocol != endpoint::fileProtocol && parentDoc)
-        parentDoc->checkConnectionOK();
+    if (!request.isLocal())
+        parentDoc.checkConnectionOK();
 }
 
 void BrowserController::disconnectPane()
@@ -321,14 +301,16 @@ void BrowserController::deleteSelectedItems()
         m_fileJobs->confirmDeletion(items);
 }
 
-void BrowserController::showLinksForItem(const QString& senderTitle)
+void BrowserController::showLinksFromItem()
 {
-    const QModelIndex item = browser().clickedItem();
-    if (!item.isValid())
-        return;
-    const bool isTo = senderTitle == QLatin1String("Show Links To Item...");
-    m_linkJobs->showLinks(m_mountPath, pathOf(item),
-                          isTo ? LinkJobs::Direction::To : LinkJobs::Direction::From);
+    if (const QModelIndex item = browser().clickedItem(); item.isValid())
+        m_linkJobs->showLinks(m_mountPath, pathOf(item), LinkJobs::Direction::From);
+}
+
+void BrowserController::showLinksToItem()
+{
+    if (const QModelIndex item = browser().clickedItem(); item.isValid())
+        m_linkJobs->showLinks(m_mountPath, pathOf(item), LinkJobs::Direction::To);
 }
 
 void BrowserController::startFindMissingLinks()
@@ -345,8 +327,7 @@ void BrowserController::stopFindMissingLinks()
 void BrowserController::startFindUnlinkedItems()
 {
     if (rootNode())
-        unlinkedItemsPanel->startFindUnlinkedItems(m_mountPath,
-                                                   m_excludedFolders ? m_excludedFolders() : QString());
+        unlinkedItemsPanel->startFindUnlinkedItems(m_mountPath, parentDoc.excludedFolders());
 }
 
 void BrowserController::stopFindUnlinkedItems()

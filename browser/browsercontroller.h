@@ -5,16 +5,13 @@
 #include "browser/mountstep.h"
 
 #include <QObject>
-#include <QVariantMap>
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 
 namespace Ui {
 class BrowserPane;
 }
-class QAbstractButton;
 class QMenu;
 class QModelIndex;
 class QWidget;
@@ -34,19 +31,19 @@ class UnlinkedItemsPanel;
 class VolumeMounter;
 
 /// One pane of a site's window: connects to the folder of its endpoint, shows it as columns, keeps them in
-/// step with the disk, and offers what can be done to files. The controller reads and shows; connection,
-/// watcher, file operations and columns are classes of their own. Main thread only. It may go at any moment:
-/// jobs that still run find nobody and end.
+/// step with the disk, and offers the operations on files and links. The controller connects the parts;
+/// connection, watcher, file jobs, link jobs and columns are classes of their own. Main thread only; may be
+/// destroyed at any time, even while jobs run.
 class BrowserController final : public QObject
 {
     Q_OBJECT
 
 public:
     /// `caption` names the pane and its watcher. `endpoint` is shared with the site record; the pane reads it
-    /// through its settings sheet. `host` (may be null) outlives the pane. `parent` gets the pane's widget as
-    /// its child and owns the controller.
-    BrowserController(const QString& caption, std::shared_ptr<ObservedDictionary> endpoint, PaneHost* host,
-                      QWidget* parent);
+    /// through its settings sheet. `mounter` mounts shares. `host` outlives the pane. `parent` owns the
+    /// controller and becomes the parent of the pane's widget.
+    BrowserController(const QString& caption, std::shared_ptr<ObservedDictionary> endpoint,
+                      std::shared_ptr<VolumeMounter> mounter, PaneHost& host, QWidget* parent);
     ~BrowserController() override;
 
     [[nodiscard]] QWidget* widget() const { return m_widget; }
@@ -54,44 +51,36 @@ public:
     [[nodiscard]] FileSystemNodePointer rootNode() const;
     /// The mount point, or the local folder; empty while not connected.
     [[nodiscard]] const std::filesystem::path& mountPath() const { return m_mountPath; }
-    /// Who mounts shares from now on.
-    void setMounter(std::shared_ptr<VolumeMounter> mounter);
-    /// Who knows the names of the folders that the report on unlinked items leaves out, commas between.
-    void setExcludedFolders(std::function<QString()> names) { m_excludedFolders = std::move(names); }
 
-    /// The window has opened: connects when the endpoint asks for it, else disconnects.
+    /// Called when the window has opened: connects if the endpoint says so, otherwise disconnects.
     void doConnect();
-    /// The title of `sender` decides: "Connect" connects, anything else disconnects.
-    void doConnect(const QAbstractButton* sender);
     void disconnectPane();
     void configure();
     void closeSheet();
-    /// Lists everything again; the selection is not kept.
+    /// Lists everything again and drops the selection.
     void reload();
-    /// The same under the name that the window's jobs use.
-    void reloadColumnZero() { reload(); }
     void newFolder();
     void duplicateItem();
     void renameItem();
     void deleteItem();
     void deleteSelectedItems();
     void openItem();
-    /// Lists the links to or from the clicked item, as `senderTitle` says: "Show Links To Item..." or "Show
-    /// Links From Item...".
-    void showLinksForItem(const QString& senderTitle);
+    /// List the links from or to the clicked item.
+    void showLinksFromItem();
+    void showLinksToItem();
     /// Lists all links of the site's pages and marks the missing ones.
     void startFindMissingLinks();
     void stopFindMissingLinks();
-    /// Lists the files that nothing links to, in a panel that can delete them.
+    /// Lists the files without any link to them in a panel that can delete them.
     void startFindUnlinkedItems();
     void stopFindUnlinkedItems();
 
 signals:
-    /// A double click: the item, and the site folder that it belongs to.
+    /// An item is to be opened; `mountPath` is its site folder.
     void openRequested(const std::filesystem::path& path, const std::filesystem::path& mountPath);
-    /// Connected, disconnected, failed, or began to connect.
+    /// A connection has begun, succeeded, failed or ended.
     void stateChanged();
-    /// The user has renamed an item; the file has its new name already, and its links are being updated.
+    /// The user has renamed an item: the file has its new name, and its links are being updated.
     void itemRenamed(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
 
 private:
@@ -99,7 +88,7 @@ private:
 
     QWidget* m_widget = nullptr;
     std::unique_ptr<Ui::BrowserPane> m_ui;
-    PaneHost* parentDoc = nullptr;
+    PaneHost& parentDoc;
     ConfigPanel* configPanel = nullptr;
     PaneMenu* contextualMenu = nullptr;
     FolderWatcher* m_watcher = nullptr;
@@ -107,7 +96,6 @@ private:
     PaneConnection* m_connection = nullptr;
     LinkJobs* m_linkJobs = nullptr;
     UnlinkedItemsPanel* unlinkedItemsPanel = nullptr;
-    std::function<QString()> m_excludedFolders;
     std::filesystem::path m_mountPath;
     bool m_isShare = false;
 
@@ -115,10 +103,10 @@ private:
     void connectBrowser();
     void connectMenu();
     void connectLinks();
-    void connectConnection(std::shared_ptr<VolumeMounter> mounter);
+    void connectConnection();
     void beginConnection();
-    void finishConnection(const MountResult& result, const QVariantMap& request);
-    void connectionSucceeded(const QVariantMap& request);
+    void finishConnection(const MountResult& result, const ConnectionRequest& request);
+    void connectionSucceeded(const ConnectionRequest& request);
     void volumeUnmounted(const std::filesystem::path& mountPoint);
     void setRootNode(FileSystemNodePointer root);
     void setConnectState(const QString& text);

@@ -2,7 +2,6 @@
 #include "browser/browserlistview.h"
 
 #include "browser/dragimage.h"
-#include "browser/droptarget.h"
 
 #include <QDrag>
 #include <QDropEvent>
@@ -17,10 +16,11 @@ constexpr QPoint besidePointer(-14, -10);
 
 } // namespace
 
-BrowserListView::BrowserListView(QWidget* parent) : QListView(parent)
+BrowserListView::BrowserListView(DropTarget& dropTarget, QWidget* parent)
+    : QListView(parent), m_dropTarget(dropTarget)
 {
     setFrameShape(QFrame::NoFrame);
-    // All rows are alike, so that 50,000 of them need no measuring.
+    // All rows have the same height, so 50,000 of them need no measuring.
     setUniformItemSizes(true);
     setLayoutMode(QListView::SinglePass);
     setSelectionMode(QAbstractItemView::ExtendedSelection);
@@ -33,11 +33,6 @@ BrowserListView::BrowserListView(QWidget* parent) : QListView(parent)
     viewport()->setAcceptDrops(true);
 }
 
-void BrowserListView::setDropTarget(DropTarget* target)
-{
-    m_dropTarget = target;
-}
-
 void BrowserListView::setEmptyText(const QString& text)
 {
     m_emptyText = text;
@@ -46,8 +41,8 @@ void BrowserListView::setEmptyText(const QString& text)
 
 void BrowserListView::startDrag(Qt::DropActions supportedActions)
 {
-    // The view may go while the drag runs; the token ends with the drag all the same.
-    const std::shared_ptr<const void> drag = m_dropTarget ? m_dropTarget->beginDrag() : nullptr;
+    // The view may be destroyed while the drag runs; the token still ends with the drag.
+    const std::shared_ptr<const void> drag = m_dropTarget.beginDrag();
     emit dragStarted();
     const QModelIndexList rows = selectionModel()->selectedRows();
     QMimeData* const record = model()->mimeData(rows);
@@ -57,17 +52,15 @@ void BrowserListView::startDrag(Qt::DropActions supportedActions)
     out->setMimeData(record);
     out->setPixmap(dragImage(*this, rows));
     out->setHotSpot(besidePointer);
-    // Whatever has become of the items, the columns learn it from the disk.
+    // The columns learn from the disk what has become of the items.
     (void)out->exec(supportedActions, defaultDropAction());
 }
 
-/// Accepts or refuses the event, and says what its drop would do.
+/// Accepts or refuses the event; the drop that it would be, or none if refused.
 std::optional<Drop> BrowserListView::judge(QDropEvent& event)
 {
     const QModelIndex row = indexAt(event.position().toPoint());
-    std::optional<Drop> drop;
-    if (m_dropTarget)
-        drop = m_dropTarget->validateDrop(event, m_dragged, row, rootIndex());
+    std::optional<Drop> drop = m_dropTarget.validateDrop(event, m_dragged, row, rootIndex());
     const Qt::DropAction action =
         drop && drop->operation == MoveOperation::Move ? Qt::MoveAction : Qt::CopyAction;
     if (!event.possibleActions().testFlag(action))
@@ -84,13 +77,13 @@ void BrowserListView::dragEnterEvent(QDragEnterEvent* event)
     m_dragged = DropTarget::droppedPaths(*event->mimeData());
     setState(DraggingState);
     (void)judge(*event);
-    // Refused here, it may still be welcome a few rows below; only a drag without files never is.
+    // Another row may accept what this one refuses; only a drag without files is refused everywhere.
     event->setAccepted(!m_dragged.empty());
 }
 
 void BrowserListView::dragMoveEvent(QDragMoveEvent* event)
 {
-    // The inherited part scrolls at the edges.
+    // The base class scrolls at the edges.
     QListView::dragMoveEvent(event);
     (void)judge(*event);
 }
@@ -108,7 +101,7 @@ void BrowserListView::dropEvent(QDropEvent* event)
     const Qt::DropAction action = event->dropAction();
     markDrop(false, {});
     m_dragged.clear();
-    // The inherited part would have the model read the data as rows. It has only to end the drag.
+    // The base class would make the model read the data as rows; it only has to end the drag.
     QDragLeaveEvent over;
     QListView::dragLeaveEvent(&over);
     event->setDropAction(action);
@@ -124,7 +117,7 @@ void BrowserListView::markDrop(bool wouldDrop, const QModelIndex& row)
     viewport()->update();
 }
 
-/// A frame around the row, or around the whole column when its own folder is meant.
+/// Frames the row, or the whole column if the drop goes into the column's folder.
 void BrowserListView::paintDropMark()
 {
     if (!m_wouldDrop)

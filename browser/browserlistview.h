@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "browser/drop.h"
+#include "browser/droptarget.h"
 
 #include <QListView>
 #include <QPersistentModelIndex>
@@ -10,21 +10,18 @@
 
 namespace luma {
 
-class DropTarget;
-
-/// The rows of one browser column. Tells when a drag starts and what is dropped on it, marks where a drop
-/// would go, and says in the empty space why there are no rows.
+/// The rows of one browser column. Reports the start of a drag and drops onto it, marks where a drop would
+/// go, and says in the empty space why there are no rows. Main thread only.
 class BrowserListView final : public QListView
 {
     Q_OBJECT
 
 public:
-    explicit BrowserListView(QWidget* parent = nullptr);
+    /// `dropTarget` decides on drops and outlives the view.
+    explicit BrowserListView(DropTarget& dropTarget, QWidget* parent = nullptr);
 
-    /// Shown in grey while there are no rows.
+    /// The text shown in grey while there are no rows.
     void setEmptyText(const QString& text);
-    /// Who decides on drops; null refuses them all. Outlives the view.
-    void setDropTarget(DropTarget* target);
 
 signals:
     void dragStarted();
@@ -40,8 +37,8 @@ protected:
 
 private:
     QString m_emptyText;
-    DropTarget* m_dropTarget = nullptr;
-    std::vector<std::filesystem::path> m_dragged; // what hovers over the view
+    DropTarget& m_dropTarget;
+    std::vector<std::filesystem::path> m_dragged; // the files of the drag over the view
     bool m_wouldDrop = false;
     QPersistentModelIndex m_dropRow;
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/configpanel.h"
 
-#include "browser/connectionrequest.h"
 #include "browser/endpoint.h"
 #include "browser/transformers.h"
 #include "desktop/icons.h"
@@ -34,7 +33,7 @@ void ConfigPanel::bindText(QLineEdit& field, const QString& key)
 {
     field.setText(m_endpoint->string(key));
     connect(&field, &QLineEdit::textChanged, this, [this, key](const QString& text) {
-        // A record that has no such value gets none from merely being shown.
+        // Merely showing a record must not add values to it.
         if (text != m_endpoint->string(key))
             m_endpoint->setValue(key, text);
     });
@@ -77,15 +76,14 @@ void ConfigPanel::connectButtons()
     m_ui->showPasswordButton->setIcon(icons::symbol(QStringLiteral("show-password")));
     connect(m_ui->showPasswordButton, &QAbstractButton::toggled, this, &ConfigPanel::togglePassword);
     connect(m_ui->chooseFolderButton, &QAbstractButton::clicked, this, &ConfigPanel::chooseFolder);
-    connect(m_ui->configConnectButton, &QAbstractButton::clicked, this,
-            [this] { emit connectRequested(m_ui->configConnectButton); });
+    connect(m_ui->configConnectButton, &QAbstractButton::clicked, this, &ConfigPanel::connectRequested);
     connect(m_ui->closeSheetButton, &QAbstractButton::clicked, this, &ConfigPanel::closeRequested);
     connect(this, &QDialog::finished, this, [this] { m_ui->showPasswordButton->setChecked(false); });
 }
 
 void ConfigPanel::showProtocol(const QString& protocol)
 {
-    // A protocol that we don't offer is the record's own business; it must not be lost.
+    // A record may name a protocol that is not offered here; it must not be lost.
     if (!protocol.isEmpty() && m_ui->theProtocol->findText(protocol) < 0)
         m_ui->theProtocol->addItem(protocol);
     m_ui->theProtocol->setCurrentIndex(m_ui->theProtocol->findText(protocol));
@@ -104,16 +102,14 @@ void ConfigPanel::updateFields()
     m_ui->volumeLabel->setText(isShare ? tr("S&hare:") : tr("&Volume:"));
 }
 
-QVariantMap ConfigPanel::request() const
+ConnectionRequest ConfigPanel::request() const
 {
-    QVariantMap request = {{connectionrequest::pathValue, m_ui->path->text()},
-                           {connectionrequest::serverString, m_ui->server->text()},
-                           {connectionrequest::volumeString, m_ui->volume->text()},
-                           {connectionrequest::user, m_ui->user->text()},
-                           {connectionrequest::password, m_ui->password->text()}};
-    if (!protocol().isEmpty())
-        request.insert(connectionrequest::protocolString, protocol());
-    return request;
+    return {.protocol = protocol(),
+            .server = m_ui->server->text(),
+            .volume = m_ui->volume->text(),
+            .path = m_ui->path->text(),
+            .user = m_ui->user->text(),
+            .password = m_ui->password->text()};
 }
 
 QString ConfigPanel::protocol() const

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/observeddictionary.h"
+#include "browser/mountstep.h"
 
 #include <QDialog>
 
@@ -10,13 +11,13 @@
 namespace Ui {
 class ConfigPanel;
 }
-class QAbstractButton;
 class QLineEdit;
 
 namespace luma {
 
-/// The connection settings sheet of a pane. Its fields and the endpoint dictionary (see endpoint.h) are one:
-/// an edit on either side shows on the other at once. Fields that the protocol does not use are disabled.
+/// The connection settings sheet of a pane. Its fields are bound to the endpoint dictionary (see endpoint.h):
+/// a change on either side shows on the other at once. Fields that the protocol does not use are disabled.
+/// Main thread only.
 class ConfigPanel final : public QDialog
 {
     Q_OBJECT
@@ -25,15 +26,15 @@ public:
     ConfigPanel(std::shared_ptr<ObservedDictionary> endpoint, QWidget* parent);
     ~ConfigPanel() override;
 
-    /// The fields as a connection job gets them (see connectionrequest.h).
-    [[nodiscard]] QVariantMap request() const;
-    /// The selected protocol; empty when none is.
+    /// The present values of the fields.
+    [[nodiscard]] ConnectionRequest request() const;
+    /// The selected protocol; empty if none is selected.
     [[nodiscard]] QString protocol() const;
     [[nodiscard]] bool connectsOnOpening() const;
     void clearErrorMessage();
 
 signals:
-    void connectRequested(QAbstractButton* sender);
+    void connectRequested();
     void closeRequested();
 
 private:

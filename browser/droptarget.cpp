@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// Such a move would only fail, after a slip of the mouse most often.
+// Usually a slip of the mouse; the move would only fail.
 bool movesNothing(const Drop& drop)
 {
     return std::all_of(drop.items.begin(), drop.items.end(), [&](const fs::path& item) {

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "browser/drop.h"
+#include "links/linkupdatingmove.h"
 
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <vector>
 
 class QDropEvent;
 class QMimeData;
@@ -14,25 +16,33 @@ namespace luma {
 
 class FileSystemModel;
 
-/// Decides what a drag over a browser's columns would do there. Within one browser it moves, unless Control
-/// is held; everything else copies. Main thread only; the model outlives it.
+/// A drop onto a pane: the items to move or copy into a folder.
+struct Drop
+{
+    MoveOperation operation = MoveOperation::Copy;
+    std::vector<std::filesystem::path> items;
+    std::filesystem::path folder;
+};
+
+/// Decides what a drop onto a browser's columns does. Within one browser it moves, unless Control is held;
+/// everything else copies. Main thread only; the model outlives it.
 class DropTarget final
 {
 public:
     explicit DropTarget(const FileSystemModel& model) : m_model(model) {}
 
-    /// A drag out of this browser runs for as long as the token lives.
+    /// Begins a drag out of this browser; it lasts as long as the returned token.
     [[nodiscard]] std::shared_ptr<const void> beginDrag();
 
-    /// The drop of `items` on the row `row` of the column that shows `columnFolder`, or below its rows when
-    /// `row` is invalid. Nothing where it is refused: a drag without files, a row that is no folder, a move
-    /// of items to where they are already or of a folder onto itself.
+    /// The drop of `items` on row `row` of the column that shows `columnFolder`, or into that folder if `row`
+    /// is invalid. None if it is refused: a drag without files, a row that is not a folder, or a move of
+    /// items into the folder they are in or of a folder onto itself.
     [[nodiscard]] std::optional<Drop> validateDrop(const QDropEvent& event,
                                                    const std::vector<std::filesystem::path>& items,
                                                    const QModelIndex& row,
                                                    const QModelIndex& columnFolder) const;
 
-    /// The files that a drag carries: what a pane wrote, else the file URLs of another program.
+    /// The files that a drag carries: the record of a pane, or else the file URLs of another program.
     static std::vector<std::filesystem::path> droppedPaths(const QMimeData& data);
 
 private:

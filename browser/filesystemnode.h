@@ -2,7 +2,6 @@
 #pragma once
 
 #include "base/result.h"
-#include "browser/labelcolor.h"
 
 #include <QString>
 
@@ -14,7 +13,10 @@
 
 namespace luma {
 
-/// What is read of an item, once, when its node is made.
+/// The colour label of an item.
+enum class LabelColor { None, Red, Orange, Yellow, Green, Blue, Purple, Gray };
+
+/// The attributes of an item, read once when its node is created.
 struct FileProperties
 {
     std::string name;
@@ -26,42 +28,42 @@ struct FileProperties
 class FileSystemNode;
 using FileSystemNodePointer = std::shared_ptr<FileSystemNode>;
 
-/// One item of the file tree that a pane shows. Owns its children, which are listed when they are first asked
-/// for and kept until `childrenDirty` is set; knows no parent and never watches the disk. A symbolic link is
-/// an item of its own, never the folder it points to, so a tree holds no circles. Identity is the object's;
-/// to find a file again compare `url`. Main thread only.
+/// One item of the file tree that a pane shows. Owns its children, which are listed on first use and kept
+/// until `childrenDirty` is set; has no link to its parent and never watches the disk. A symbolic link is a
+/// leaf, never the folder it points to, so the tree has no cycles. Two nodes of one file are different
+/// objects; compare `url` to find a file again. Main thread only.
 class FileSystemNode final
 {
 public:
-    /// Reads the attributes of the item at `url`; they stay absent when there is none.
+    /// Reads the attributes of the item at `url`; there are none if it does not exist.
     explicit FileSystemNode(const std::filesystem::path& url);
-    /// The same with attributes that a listing has read already.
+    /// With attributes that a listing has already read.
     FileSystemNode(std::string url, FileProperties properties);
 
     [[nodiscard]] std::filesystem::path url() const { return m_url; }
     [[nodiscard]] const std::optional<FileProperties>& fileProperties() const { return m_fileProperties; }
 
-    /// The name's bytes; empty when the attributes could not be read.
+    /// The name's bytes; empty if the attributes could not be read.
     [[nodiscard]] const std::string& name() const;
     /// The name as the screen shows it (see displayText).
     [[nodiscard]] QString displayName() const;
-    /// Renames the item on disk within its folder. Refused, with the node and the disk left as they were,
-    /// when the name is empty, is "." or "..", holds a slash, or is taken.
+    /// Renames the item on disk within its folder. Fails, and changes neither node nor disk, if the name is
+    /// empty, is "." or "..", contains a slash or a null character, or is taken.
     Result<void> setDisplayName(const QString& newName);
 
     [[nodiscard]] bool isDirectory() const { return m_fileProperties && m_fileProperties->isDirectory; }
     [[nodiscard]] bool isPackage() const { return m_fileProperties && m_fileProperties->isPackage; }
-    /// True for everything that is not opened as a folder.
+    /// True for everything that does not open as a folder.
     [[nodiscard]] bool isLeaf() const { return !isDirectory() || isPackage(); }
     [[nodiscard]] LabelColor labelColor() const;
 
-    /// The items of the folder but for hidden ones, ordered by name with letter case ignored; names that are
-    /// then equal stand in the order of their bytes. What can't be read ends the list without a message.
+    /// The items of the folder except hidden ones, ordered by name ignoring letter case; names that differ in
+    /// case only are ordered by their bytes. A read error ends the list without a message.
     const std::vector<FileSystemNodePointer>& children();
-    /// True when the last listing could not open the folder.
+    /// True if the last listing could not open the folder.
     [[nodiscard]] bool isUnreadable() const { return m_unreadable; }
 
-    /// Set to have the next children() list the folder again.
+    /// Set it to make the next children() list the folder again.
     bool childrenDirty = true;
 
 private:

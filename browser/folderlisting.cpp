@@ -3,7 +3,6 @@
 
 #include "base/folderreader.h"
 #include "browser/displaytext.h"
-#include "browser/packages.h"
 
 #include <sys/stat.h>
 #include <sys/xattr.h>
@@ -11,12 +10,53 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <utility>
 
 namespace luma {
 
 namespace {
 
-/// Reads labels until the file system says that it keeps no attributes.
+// Folders that programs treat as one document or one program. Sorted.
+constexpr std::array<std::string_view, 20> bundleExtensions = {
+    "app",      "bundle",      "component", "download", "framework",     "kext",     "key",
+    "lproj",    "mdimporter",  "numbers",   "pages",    "photoslibrary", "pkg",      "plugin",
+    "prefpane", "qlgenerator", "rtfd",      "saver",    "scptd",         "xcodeproj"};
+
+/// Whether a folder of this name is shown as one item.
+bool isPackageName(std::string_view name)
+{
+    const auto dot = name.rfind('.');
+    if (dot == std::string_view::npos || dot == 0)
+        return false;
+    return std::binary_search(bundleExtensions.begin(), bundleExtensions.end(),
+                              collationKey(name.substr(dot + 1)));
+}
+
+constexpr std::array colorNames = {std::pair{std::string_view("Red"), LabelColor::Red},
+                                   std::pair{std::string_view("Orange"), LabelColor::Orange},
+                                   std::pair{std::string_view("Yellow"), LabelColor::Yellow},
+                                   std::pair{std::string_view("Green"), LabelColor::Green},
+                                   std::pair{std::string_view("Blue"), LabelColor::Blue},
+                                   std::pair{std::string_view("Purple"), LabelColor::Purple},
+                                   std::pair{std::string_view("Gray"), LabelColor::Gray}};
+
+LabelColor colorNamed(std::string_view tag)
+{
+    for (const auto& [name, color] : colorNames) {
+        if (name == tag)
+            return color;
+    }
+    return LabelColor::None;
+}
+
+std::string_view trimmed(std::string_view text)
+{
+    const auto first = text.find_first_not_of(" \t\n");
+    return first == std::string_view::npos ? std::string_view()
+                                           : text.substr(first, text.find_last_not_of(" \t\n") - first + 1);
+}
+
+/// Reads labels until the file system reports that it has no extended attributes.
 class LabelReader final
 {
 public:
@@ -44,7 +84,7 @@ FileProperties propertiesOf(std::string name, FolderReader::Type type, const std
     properties.name = std::move(name);
     properties.isDirectory = type == FolderReader::Type::Folder;
     properties.isPackage = properties.isDirectory && isPackageName(properties.name);
-    // Only files and folders can carry attributes of the user.
+    // Only files and folders can have user attributes (xattr(7)).
     if (type == FolderReader::Type::Folder || type == FolderReader::Type::File)
         properties.labelColor = labels.read(url);
     return properties;
@@ -71,6 +111,17 @@ std::vector<FileSystemNodePointer> inDisplayOrder(std::vector<FileSystemNodePoin
 }
 
 } // namespace
+
+LabelColor labelColorFromTags(std::string_view tags)
+{
+    while (!tags.empty()) {
+        const auto comma = tags.find(',');
+        if (const LabelColor color = colorNamed(trimmed(tags.substr(0, comma))); color != LabelColor::None)
+            return color;
+        tags = comma == std::string_view::npos ? std::string_view() : tags.substr(comma + 1);
+    }
+    return LabelColor::None;
+}
 
 std::optional<FileProperties> readProperties(const std::string& url)
 {

@@ -4,14 +4,19 @@
 #include "browser/filesystemnode.h"
 
 #include <optional>
+#include <string_view>
 
 namespace luma {
 
-/// Reads what a node keeps of the item at `url`; nothing when there is no such item.
+/// The colour label that the extended attribute user.xdg.tags gives an item: the first tag of this
+/// comma-separated list that names a colour (freedesktop.org, Common Extended Attributes).
+LabelColor labelColorFromTags(std::string_view tags);
+
+/// Reads the attributes of the item at `url`; none if it does not exist.
 std::optional<FileProperties> readProperties(const std::string& url);
 
-/// One level of a folder, hidden names left out, in display order. Nothing when the folder can't be opened;
-/// an error on the way ends the list.
+/// The items of a folder in display order, without hidden ones. None if the folder can't be opened; a read
+/// error ends the list.
 std::optional<std::vector<FileSystemNodePointer>> listFolder(const std::string& url);
 
 } // namespace luma

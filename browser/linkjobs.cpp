@@ -48,7 +48,7 @@ void addError(JobLog& log, const Result<bool>& done)
         log.addLine(done.error().text);
 }
 
-/// What a link's line of a report leads to from `page`; empty when that is nothing.
+/// The existing target of a link, given its line in a report on `page`; empty if there is none.
 fs::path targetOfLine(const QString& line, const fs::path& page)
 {
     const qsizetype value = line.startsWith(QLatin1String("    ")) ? line.indexOf(QLatin1String(" : ")) : -1;
@@ -61,8 +61,7 @@ fs::path targetOfLine(const QString& line, const fs::path& page)
 
 } // namespace
 
-LinkJobs::LinkJobs(std::function<ProgressReporter*()> reporter, QObject* parent)
-    : QObject(parent), m_reporter(std::move(reporter))
+LinkJobs::LinkJobs(ProgressReporter& reporter, QObject* parent) : QObject(parent), m_progress(&reporter)
 {
     m_showTimer.setInterval(showInterval);
     connect(&m_showTimer, &QTimer::timeout, this, &LinkJobs::showText);
@@ -74,45 +73,43 @@ LinkJobs::~LinkJobs()
         linksWorkItem->cancel();
 }
 
-/// Runs `work` in the background. When another job has the panel, an update runs unseen and a report not at
-/// all.
+/// Runs `work` in the background. While another job uses the panel, an update runs unseen and a report does
+/// not run.
 void LinkJobs::begin(Kind kind, const QString& status, Work work)
 {
-    ProgressReporter* const progress = m_reporter();
-    const bool isSeen = progress && !progress->isRunning() && !m_isRunning;
+    const bool isSeen = m_progress && !m_progress->isRunning() && !m_isRunning;
     if (!isSeen && kind == Kind::Report)
         return;
     const QPointer<LinkJobs> guard(this);
     const auto log = std::make_shared<JobLog>([guard](JobLog& full) {
         onMain(guard, [&](LinkJobs& self) {
-            // A report that was stopped has written its last line, wherever in a page it still is.
+            // A stopped report has already shown its last line, even if its job is still inside a page.
             if (self.m_log.get() == &full && self.m_isRunning)
                 self.showText();
         });
     });
     const auto item = std::make_shared<WorkItem>();
     if (isSeen) {
-        takePanel(*progress, status);
+        takePanel(status);
         linksWorkItem = item;
         m_log = log;
         m_kind = kind;
     }
-    // Under an item of its own: one that is stopped before its turn has to end in the panel too.
+    // Not under `item`: a job stopped before it starts must still reach end().
     start(std::make_shared<WorkItem>(), [guard, item, log, work = std::move(work)](const WorkItem&) {
         work(item, *log);
         onMain(guard, [&](LinkJobs& self) { self.end(log.get()); });
     });
 }
 
-void LinkJobs::takePanel(ProgressReporter& progress, const QString& status)
+void LinkJobs::takePanel(const QString& status)
 {
-    m_progress = &progress;
     m_isRunning = true;
-    progress.begin(status);
-    connect(&progress, &ProgressReporter::stopRequested, this, &LinkJobs::stop);
-    connect(&progress, &ProgressReporter::lineActivated, this, &LinkJobs::activateLine);
-    // From the next job on, whosever it is, the lines are not ours.
-    connect(&progress, &ProgressReporter::began, this, [this] {
+    m_progress->begin(status);
+    connect(m_progress, &ProgressReporter::stopRequested, this, &LinkJobs::stop);
+    connect(m_progress, &ProgressReporter::lineActivated, this, &LinkJobs::activateLine);
+    // The next job of the panel, ours or another's, replaces these lines.
+    connect(m_progress, &ProgressReporter::began, this, [this] {
         m_progress->disconnect(this);
         m_log.reset();
     });
@@ -127,7 +124,7 @@ void LinkJobs::showText()
         m_progress->append(text);
 }
 
-/// The job with this log has ended by itself.
+/// Called when the job with this log has ended by itself.
 void LinkJobs::end(const JobLog* log)
 {
     if (!m_isRunning || m_log.get() != log)
@@ -199,8 +196,8 @@ void LinkJobs::beginUpdate(const fs::path& site, std::function<MoveOutcome(LinkU
                       printLine(problem.text);
                   log.addLine(problem.text, problem.path);
               };
-              // A move is done before anybody looks at the columns; a copy may take long and would make the
-              // window stand still.
+              // A move is short and must be complete before the columns are drawn again; a copy may take
+              // long and would block the window.
               if (operation == MoveOperation::Move)
                   callbacks.fileOperation = [](const std::function<void()>& move) { onMain(move); };
               callbacks.stillWanted = wantedAs(item);

@@ -2,14 +2,21 @@
 #include "browser/mountstep.h"
 
 #include "base/console.h"
-#include "browser/connectionrequest.h"
 #include "browser/endpoint.h"
-#include "browser/mounturl.h"
 #include "mounts/volumemounter.h"
 
 namespace luma {
 
 namespace {
+
+QString encoded(const QString& text)
+{
+    if (!text.isValidUtf16())
+        return {};
+    // Letters, digits and "-._~" are never encoded; these are the others that a path may hold.
+    static const QByteArray allowed = "!$&'()*+,;=:@/";
+    return QString::fromLatin1(text.toUtf8().toPercentEncoding(allowed));
+}
 
 MountResult localFolder(const QString& path)
 {
@@ -23,23 +30,32 @@ MountResult localFolder(const QString& path)
 
 } // namespace
 
-MountResult mountStep(const QVariantMap& request, VolumeMounter& mounter,
+bool ConnectionRequest::isLocal() const
+{
+    return protocol == endpoint::fileProtocol;
+}
+
+QString mountURL(const ConnectionRequest& request)
+{
+    QString url = request.protocol + encoded(request.server) + QLatin1Char('/');
+    if (request.protocol != QLatin1String("FTP"))
+        url += encoded(request.volume);
+    if (request.protocol != QLatin1String("SMB"))
+        url += encoded(request.path);
+    return url;
+}
+
+MountResult mountStep(const ConnectionRequest& request, VolumeMounter& mounter,
                       const std::function<bool()>& isWanted)
 {
-    const auto text = [&request](QLatin1StringView key) { return request.value(key).toString(); };
-    const QString protocol = text(connectionrequest::protocolString);
-    if (protocol == endpoint::fileProtocol)
-        return localFolder(text(connectionrequest::pathValue));
-    const QString shareURL =
-        mountURL(protocol, text(connectionrequest::serverString), text(connectionrequest::volumeString),
-                 text(connectionrequest::pathValue));
-    auto folder =
-        mounter.mount(shareURL, text(connectionrequest::user), text(connectionrequest::password), isWanted);
+    if (request.isLocal())
+        return localFolder(request.path);
+    const QString shareURL = mountURL(request);
+    auto folder = mounter.mount(shareURL, request.user, request.password, isWanted);
     if (!folder && isWanted())
         folder = mounter.existingMount(shareURL);
-    if (!folder && isWanted()) {
+    if (!folder && isWanted())
         printLine("Error: sharePath: " + shareURL.toStdString() + ") Not Valid");
-    }
     return {folder, folder.value_or(std::filesystem::path())};
 }
 

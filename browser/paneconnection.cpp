@@ -3,8 +3,6 @@
 
 #include "base/console.h"
 #include "base/mainhop.h"
-#include "browser/connectionrequest.h"
-#include "browser/endpoint.h"
 #include "mounts/volumemounter.h"
 
 namespace luma {
@@ -13,8 +11,8 @@ namespace {
 
 using Guard = QPointer<PaneConnection>;
 
-/// The steps of one job, on its own thread.
-void run(const Guard& guard, const WorkItem& item, const QVariantMap& request, VolumeMounter& mounter)
+/// Runs one job on its background thread.
+void run(const Guard& guard, const WorkItem& item, const ConnectionRequest& request, VolumeMounter& mounter)
 {
     onMain(guard, [&](PaneConnection& connection) {
         if (!item.isCancelled())
@@ -31,9 +29,8 @@ void run(const Guard& guard, const WorkItem& item, const QVariantMap& request, V
         if (wanted)
             emit connection.finished(result, request);
     });
-    // Nobody is left who would unmount it.
-    if (!wanted && result.folder &&
-        request.value(connectionrequest::protocolString) != endpoint::fileProtocol)
+    // The pane will not unmount what it was never told of.
+    if (!wanted && result.folder && !request.isLocal())
         mounter.unmount(result.mountPath);
 }
 
@@ -48,7 +45,7 @@ PaneConnection::~PaneConnection()
     cancel();
 }
 
-void PaneConnection::begin(const QVariantMap& request)
+void PaneConnection::begin(const ConnectionRequest& request)
 {
     workItem = std::make_shared<WorkItem>();
     const Guard guard(this);

@@ -11,8 +11,8 @@ namespace luma {
 class VolumeMounter;
 
 /// The background job that makes a pane's folder reachable. A second connection does not stop the first; the
-/// later one to finish counts. What was cancelled reports nothing any more. Main thread only; may go at any
-/// time.
+/// one that finishes last wins. A cancelled job emits no further signals and unmounts what it has mounted.
+/// Main thread only; may be destroyed at any time.
 class PaneConnection final : public QObject
 {
     Q_OBJECT
@@ -21,14 +21,13 @@ public:
     explicit PaneConnection(std::shared_ptr<VolumeMounter> mounter, QObject* parent = nullptr);
     ~PaneConnection() override;
 
-    /// Begins a job for `request` (see connectionrequest.h).
-    void begin(const QVariantMap& request);
+    void begin(const ConnectionRequest& request);
     void cancel();
     [[nodiscard]] VolumeMounter& mounter() const { return *m_mounter; }
 
 signals:
     void started();
-    void finished(const luma::MountResult& result, const QVariantMap& request);
+    void finished(const luma::MountResult& result, const luma::ConnectionRequest& request);
 
 private:
     std::shared_ptr<VolumeMounter> m_mounter;

@@ -6,8 +6,8 @@
 
 namespace luma {
 
-/// The window's report of one long job: a status line, a bar that runs, a log, Stop and OK. Main thread only;
-/// jobs get here by onMain. One job at a time uses it.
+/// The window's report of one long job: a status line, a busy bar, a log, Stop and OK. Serves one job at a
+/// time. Main thread only; jobs call it through onMain.
 class ProgressReporter : public QObject
 {
     Q_OBJECT
@@ -15,16 +15,16 @@ class ProgressReporter : public QObject
 public:
     using QObject::QObject;
 
-    /// A job begins: the status line is set, the log emptied, OK disabled, Stop enabled, the bar runs; the
-    /// panel opens as a sheet on the window unless the window shows a sheet already.
+    /// Begins a job: sets the status line, empties the log, disables OK, enables Stop and starts the bar. The
+    /// panel opens as a sheet unless the window already shows one.
     virtual void begin(const QString& status) = 0;
-    /// Appends to the log, in which every line ends with a line feed, and scrolls to its end.
+    /// Appends to the log, whose lines end with a line feed, and scrolls to its end.
     virtual void append(const QString& text) = 0;
-    /// The job has ended: the bar stops, Stop is disabled, OK enabled.
+    /// Ends the job: stops the bar, disables Stop, enables OK.
     virtual void finish() = 0;
     /// Between begin() and finish().
     [[nodiscard]] virtual bool isRunning() const = 0;
-    /// Line `number` of the log, counted from 0, without its line feed; empty when there is none.
+    /// Line `number` of the log, counted from 0, without its line feed; empty if there is no such line.
     [[nodiscard]] virtual QString lineText(int number) const = 0;
 
 signals:
@@ -35,15 +35,17 @@ signals:
     void lineActivated(int number);
 };
 
-/// What a pane asks of the window that holds it. Main thread only; outlives its panes.
+/// What a pane needs of its window. Main thread only; outlives its panes.
 class PaneHost
 {
 public:
     virtual ~PaneHost() = default;
 
-    /// A pane has connected to a server: find out whether rsync over ssh can be used.
+    /// Called when a pane has connected to a server: checks whether rsync over ssh can be used.
     virtual void checkConnectionOK() = 0;
     virtual ProgressReporter& progress() = 0;
+    /// The names of the folders that the report on unlinked items skips, separated by commas.
+    [[nodiscard]] virtual QString excludedFolders() const = 0;
 
 protected:
     PaneHost() = default;

@@ -26,37 +26,29 @@ PaneMenu::PaneMenu(QWidget* parent) : QMenu(parent)
 
 void PaneMenu::addLinkReports()
 {
-    addShowLinks(QStringLiteral("showLinksFromAction"), QStringLiteral("Show Links From Item..."));
-    addShowLinks(QStringLiteral("showLinksToAction"), QStringLiteral("Show Links To Item..."));
+    addForItem(QStringLiteral("showLinksFromAction"), QStringLiteral("Show Links From Item..."), {},
+               &PaneMenu::linksFromItemRequested);
+    addForItem(QStringLiteral("showLinksToAction"), QStringLiteral("Show Links To Item..."), {},
+               &PaneMenu::linksToItemRequested);
     add(QStringLiteral("paneMissingLinksAction"), tr("&Missing Links"), QStringLiteral("missing-links"),
         &PaneMenu::missingLinksRequested);
     add(QStringLiteral("paneUnlinkedItemsAction"), tr("Un&linked Items"), QStringLiteral("unlinked-items"),
         &PaneMenu::unlinkedItemsRequested);
 }
 
-void PaneMenu::addShowLinks(const QString& name, const QString& title)
-{
-    QAction* action = addAction(title);
-    action->setObjectName(name);
-    m_itemActions.append(action);
-    connect(action, &QAction::triggered, this, [this, title] { emit showLinksRequested(title); });
-}
-
 QAction* PaneMenu::add(const QString& name, const QString& text, const QString& icon,
-                       void (PaneMenu::*chosen)())
+                       void (PaneMenu::*wish)())
 {
-    QAction* action = addAction(icons::symbol(icon), text);
+    QAction* action = addAction(icon.isEmpty() ? QIcon() : icons::symbol(icon), text);
     action->setObjectName(name);
-    connect(action, &QAction::triggered, this, [this, chosen] { emit(this->*chosen)(); });
+    connect(action, &QAction::triggered, this, wish);
     return action;
 }
 
-QAction* PaneMenu::addForItem(const QString& name, const QString& text, const QString& icon,
-                              void (PaneMenu::*chosen)())
+void PaneMenu::addForItem(const QString& name, const QString& text, const QString& icon,
+                          void (PaneMenu::*wish)())
 {
-    QAction* action = add(name, text, icon, chosen);
-    m_itemActions.append(action);
-    return action;
+    m_itemActions.append(add(name, text, icon, wish));
 }
 
 void PaneMenu::popupFor(bool hasItem, const QPoint& globalPosition)

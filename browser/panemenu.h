@@ -6,7 +6,7 @@
 namespace luma {
 
 /// The menu of an item in a pane, and of the blank space below the items. Actions that need an item are
-/// disabled without one. Each action has an object name; what it does is up to who connects its signal.
+/// disabled without one. Each action has an object name and only emits its signal. Main thread only.
 class PaneMenu final : public QMenu
 {
     Q_OBJECT
@@ -23,8 +23,8 @@ signals:
     void renameRequested();
     void deleteRequested();
     void reloadRequested();
-    /// With the title of the action, which tells the direction.
-    void showLinksRequested(const QString& title);
+    void linksFromItemRequested();
+    void linksToItemRequested();
     void missingLinksRequested();
     void unlinkedItemsRequested();
 
@@ -32,10 +32,8 @@ private:
     QList<QAction*> m_itemActions;
 
     void addLinkReports();
-    void addShowLinks(const QString& name, const QString& title);
-    QAction* add(const QString& name, const QString& text, const QString& icon, void (PaneMenu::*chosen)());
-    QAction* addForItem(const QString& name, const QString& text, const QString& icon,
-                        void (PaneMenu::*chosen)());
+    QAction* add(const QString& name, const QString& text, const QString& icon, void (PaneMenu::*wish)());
+    void addForItem(const QString& name, const QString& text, const QString& icon, void (PaneMenu::*wish)());
 };
 
 } // namespace luma

@@ -84,6 +84,7 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
     : QMainWindow(parent),
       m_ui(std::make_unique<Ui::HaldenDoc>()),
       m_record(std::move(siteDict)),
+      m_excludedFolders(std::move(services.excludedFolders)),
       m_remoteLogin(m_record->destinationDict(), std::move(services.remoteLogin)),
       m_engine(*m_record, std::move(services.runProgram), [this] { return sides(); })
 {
@@ -91,8 +92,8 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
     m_ui->setupUi(this);
     createToolBar();
     setIcons();
-    createPanes(services);
     m_progressPanel = new ProgressPanel(this);
+    createPanes(services.mounter);
     m_syncPanel = new SyncPanel(m_engine, this);
     connectActions();
     connectRemoteLogin();
@@ -105,19 +106,17 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
 
 HaldenDoc::~HaldenDoc() = default;
 
-void HaldenDoc::createPanes(const Services& services)
+void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
 {
-    m_source = new BrowserController(tr("Source"), m_record->sourceDict(), this, m_ui->splitView);
-    m_destination =
-        new BrowserController(tr("Destination"), m_record->destinationDict(), this, m_ui->splitView);
+    m_source = new BrowserController(tr("Source"), m_record->sourceDict(), mounter, *this, m_ui->splitView);
+    m_destination = new BrowserController(tr("Destination"), m_record->destinationDict(), mounter, *this,
+                                          m_ui->splitView);
     m_ui->splitView->addWidget(m_source->widget());
     m_ui->splitView->addWidget(m_destination->widget());
     m_ui->splitView->setSizes({panesplit::minimumUpper * 2, panesplit::minimumUpper * 2});
     m_source->widget()->setObjectName(QStringLiteral("sourceBrowserController"));
     m_destination->widget()->setObjectName(QStringLiteral("destinationBrowserController"));
     for (BrowserController* pane : {m_source, m_destination}) {
-        pane->setMounter(services.mounter);
-        pane->setExcludedFolders(services.excludedFolders);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::updateActions);
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
     }
@@ -166,8 +165,8 @@ void HaldenDoc::connectActions()
     connect(m_ui->downloadAction, &QAction::triggered, this, [this] { sync(Direction::Download); });
     connect(m_ui->closeAction, &QAction::triggered, this, &QWidget::close);
     connect(m_ui->quitAction, &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-    connect(&m_engine, &SyncEngine::transferred, m_source, &BrowserController::reloadColumnZero);
-    connect(&m_engine, &SyncEngine::transferred, m_destination, &BrowserController::reloadColumnZero);
+    connect(&m_engine, &SyncEngine::transferred, m_source, &BrowserController::reload);
+    connect(&m_engine, &SyncEngine::transferred, m_destination, &BrowserController::reload);
 }
 
 void HaldenDoc::connectRemoteLogin()
@@ -271,6 +270,11 @@ void HaldenDoc::sync(Direction direction)
 ProgressReporter& HaldenDoc::progress()
 {
     return *m_progressPanel;
+}
+
+QString HaldenDoc::excludedFolders() const
+{
+    return m_excludedFolders ? m_excludedFolders() : QString();
 }
 
 SyncSides HaldenDoc::sides() const

@@ -37,7 +37,7 @@ public:
         RemoteLogin::Calls remoteLogin;
         CommandRunner runProgram;
         std::shared_ptr<VolumeMounter> mounter;
-        /// Returns the folders that the report on unlinked items skips, separated by commas. May be empty.
+        /// See PaneHost::excludedFolders; may be null.
         std::function<QString()> excludedFolders;
     };
     /// The real services: ssh, expect, the shell and the desktop's network file systems.
@@ -62,6 +62,7 @@ public:
     // PaneHost
     void checkConnectionOK() override;
     ProgressReporter& progress() override;
+    [[nodiscard]] QString excludedFolders() const override;
 
     void setUpRsync();
     /// Opens the sync panel and compares in `direction`.
@@ -80,13 +81,14 @@ private:
     std::shared_ptr<SiteRecord> m_record;
     BrowserController* m_source = nullptr;
     BrowserController* m_destination = nullptr;
+    std::function<QString()> m_excludedFolders;
     RemoteLogin m_remoteLogin;
     SyncEngine m_engine;
     ProgressPanel* m_progressPanel = nullptr;
     SyncPanel* m_syncPanel = nullptr;
     bool m_rsync = false;
 
-    void createPanes(const Services& services);
+    void createPanes(const std::shared_ptr<VolumeMounter>& mounter);
     void createToolBar();
     void connectActions();
     void connectRemoteLogin();

@@ -44,7 +44,7 @@ double inPanel(const std::filesystem::path& site)
     QWidget window;
     window.show();
     ProgressPanel panel(&window);
-    LinkJobs jobs([&] { return &panel; }, &window);
+    LinkJobs jobs(panel, &window);
     double longest = 0;
     auto last = Clock::now();
     QTimer tick;

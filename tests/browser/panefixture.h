@@ -4,7 +4,9 @@
 #include "base/observeddictionary.h"
 #include "browser/browsercontroller.h"
 #include "browser/endpoint.h"
+#include "browser/panehost.h"
 #include "tests/support/screenshot.h"
+#include "tests/support/unavailablemounter.h"
 
 #include <QLabel>
 #include <QMainWindow>
@@ -15,11 +17,41 @@
 
 namespace luma::test {
 
-/// A window with one pane over a small site in a temporary folder.
-class PaneFixture final
+/// The window's report, written down.
+class Recorder final : public ProgressReporter
 {
 public:
-    PaneFixture()
+    QString log;
+    std::function<void()> whenAppended;
+
+    void begin(const QString& /*status*/) override
+    {
+        m_isRunning = true;
+        log.clear();
+        emit began();
+    }
+    void append(const QString& text) override
+    {
+        log += text;
+        if (whenAppended)
+            std::exchange(whenAppended, {})();
+    }
+    void finish() override { m_isRunning = false; }
+    [[nodiscard]] bool isRunning() const override { return m_isRunning; }
+    [[nodiscard]] QString lineText(int number) const override
+    {
+        return log.split(QLatin1Char('\n')).value(number);
+    }
+
+private:
+    bool m_isRunning = false;
+};
+
+/// A window with one pane on a small site in a temporary folder.
+class PaneFixture final : public PaneHost
+{
+public:
+    explicit PaneFixture(std::shared_ptr<VolumeMounter> mounter = std::make_shared<UnavailableMounter>())
     {
         put("index.html");
         put("css/main.css");
@@ -29,7 +61,7 @@ public:
         endpoint->setValue(endpoint::protocol, QString(endpoint::fileProtocol));
         endpoint->setValue(endpoint::path, folder.path());
         endpoint->setValue(endpoint::autoconnect, 1);
-        pane = new BrowserController(QStringLiteral("Source"), endpoint, nullptr, &window);
+        pane = new BrowserController(QStringLiteral("Source"), endpoint, std::move(mounter), *this, &window);
         window.setCentralWidget(pane->widget());
         window.resize(900, 360);
         window.show();
@@ -51,7 +83,12 @@ public:
     }
     [[nodiscard]] QString text(const char* label) const { return find<QLabel>(label)->text(); }
 
+    void checkConnectionOK() override {}
+    ProgressReporter& progress() override { return report; }
+    QString excludedFolders() const override { return {}; }
+
     QTemporaryDir folder;
+    Recorder report;
     std::shared_ptr<ObservedDictionary> endpoint = std::make_shared<ObservedDictionary>();
     QMainWindow window;
     BrowserController* pane = nullptr;

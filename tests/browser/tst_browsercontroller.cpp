@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/mainhop.h"
 #include "browser/browser.h"
-#include "browser/panehost.h"
 #include "mounts/volumemounter.h"
 #include "tests/browser/panefixture.h"
 #include "tests/support/registry.h"
@@ -170,7 +169,7 @@ private slots:
         QApplication::sendEvent(list->viewport(), &event);
         auto* menu = site.find<QMenu>("contextualMenu");
         QTRY_VERIFY(menu->isVisible());
-        luma::test::screenshot(*menu, "context-menu");
+        test::screenshot(*menu, "context-menu");
         menu->close();
         site.find<QAction>("deleteAction")->trigger();
         answerAlert(site, "Delete");
@@ -226,10 +225,9 @@ private slots:
 
     void share_isUnmountedOnDisconnectAndEmptiesWhenUnmountedByAnother()
     {
-        PaneFixture site;
         const auto mounter = std::make_shared<SlowMounter>();
+        PaneFixture site(mounter);
         mounter->mountPoint = site.folder.path().toStdString();
-        site.pane->setMounter(mounter);
         site.endpoint->setValue(endpoint::protocol, QStringLiteral("smb://"));
         for (const bool byAnother : {true, false}) {
             mounter->answer.release();
@@ -257,10 +255,9 @@ private slots:
     void closingOrDisconnectingDuringAConnection_isSafe()
     {
         QFETCH(bool, close);
-        auto site = std::make_unique<PaneFixture>();
         const auto mounter = std::make_shared<SlowMounter>();
         mounter->mountPoint = "/";
-        site->pane->setMounter(mounter);
+        auto site = std::make_unique<PaneFixture>(mounter);
         site->endpoint->setValue(endpoint::protocol, QStringLiteral("smb://"));
         site->pane->doConnect();
         QTRY_COMPARE(site->text("connectStateField"), QStringLiteral("Connecting... Please wait."));

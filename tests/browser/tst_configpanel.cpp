@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/browser.h"
 #include "browser/configpanel.h"
-#include "browser/connectionrequest.h"
 #include "tests/browser/panefixture.h"
 #include "tests/support/registry.h"
 
@@ -40,10 +39,10 @@ private slots:
         QVERIFY(!site.endpoint->values().contains(endpoint::user));
         site.endpoint->setValue(endpoint::volume, QStringLiteral("Web"));
         QCOMPARE(site.find<QLineEdit>("volume")->text(), QStringLiteral("Web"));
-        const QVariantMap request = site.find<ConfigPanel>("configPanel")->request();
-        QCOMPARE(request.value(connectionrequest::protocolString).toString(), QStringLiteral("smb://"));
-        QCOMPARE(request.value(connectionrequest::password).toString(), QStringLiteral("pw"));
-        luma::test::screenshot(*site.find<ConfigPanel>("configPanel"), "settings-share");
+        const ConnectionRequest request = site.find<ConfigPanel>("configPanel")->request();
+        QCOMPARE(request.protocol, QStringLiteral("smb://"));
+        QCOMPARE(request.password, QStringLiteral("pw"));
+        test::screenshot(*site.find<ConfigPanel>("configPanel"), "settings-share");
     }
 
     void fields_followTheProtocol()
@@ -58,8 +57,7 @@ private slots:
         site.endpoint->setValue(endpoint::protocol, QStringLiteral("gopher://"));
         QCOMPARE(site.find<QComboBox>("theProtocol")->currentText(), QStringLiteral("gopher://"));
         site.endpoint->setValue(endpoint::protocol, 7);
-        const QVariantMap request = site.find<ConfigPanel>("configPanel")->request();
-        QVERIFY(!request.contains(connectionrequest::protocolString));
+        QCOMPARE(site.find<ConfigPanel>("configPanel")->request().protocol, QString());
     }
 
     void password_isMaskedUntilShown()
@@ -93,7 +91,7 @@ private slots:
         site.pane->configure();
         auto* sheet = site.find<ConfigPanel>("configPanel");
         QTRY_VERIFY(sheet->isVisible());
-        luma::test::screenshot(*sheet, "settings-local");
+        test::screenshot(*sheet, "settings-local");
         QTest::mouseClick(sheet->findChild<QPushButton*>(QStringLiteral("configConnectButton")),
                           Qt::LeftButton);
         QVERIFY(!sheet->isVisible());

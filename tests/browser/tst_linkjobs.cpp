@@ -1,50 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/linkjobs.h"
-#include "browser/panehost.h"
+#include "tests/browser/panefixture.h"
 #include "tests/support/registry.h"
 
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
 
-#include <fstream>
-
 namespace fs = std::filesystem;
 using namespace luma;
-
-namespace {
-
-/// The window's report, written down.
-class Recorder final : public ProgressReporter
-{
-public:
-    QString log;
-    std::function<void()> whenAppended;
-
-    void begin(const QString& /*status*/) override
-    {
-        m_isRunning = true;
-        log.clear();
-        emit began();
-    }
-    void append(const QString& text) override
-    {
-        log += text;
-        if (whenAppended)
-            std::exchange(whenAppended, {})();
-    }
-    void finish() override { m_isRunning = false; }
-    [[nodiscard]] bool isRunning() const override { return m_isRunning; }
-    [[nodiscard]] QString lineText(int number) const override
-    {
-        return log.split(QLatin1Char('\n')).value(number);
-    }
-
-private:
-    bool m_isRunning = false;
-};
-
-} // namespace
+using luma::test::Recorder;
 
 class tst_linkjobs final : public QObject
 {
@@ -62,7 +27,7 @@ private slots:
                 page << "<a href='somewhere/in/this/site/page-" << i << ".html'>";
         }
         Recorder progress;
-        LinkJobs jobs([&progress] { return &progress; }, this);
+        LinkJobs jobs(progress, this);
         progress.whenAppended = [&jobs] { jobs.stop(); };
         jobs.findMissingLinks(site);
         QTRY_VERIFY(!progress.isRunning());
@@ -78,7 +43,7 @@ private slots:
         Recorder progress;
         progress.begin(QString());
         progress.append(QStringLiteral("another's"));
-        LinkJobs jobs([&progress] { return &progress; }, this);
+        LinkJobs jobs(progress, this);
         jobs.findMissingLinks(folder.path().toStdString());
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         QCOMPARE(progress.log, QStringLiteral("another's"));

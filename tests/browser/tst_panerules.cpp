@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "browser/connectionrequest.h"
 #include "browser/displaytext.h"
 #include "browser/endpoint.h"
 #include "browser/fileoperations.h"
-#include "browser/labelcolor.h"
+#include "browser/folderlisting.h"
 #include "browser/mountstep.h"
-#include "browser/mounturl.h"
 #include "browser/transformers.h"
 #include "mounts/volumemounter.h"
 #include "tests/support/registry.h"
@@ -38,15 +36,7 @@ public:
     void unmount(const fs::path& /*mountPoint*/) override {}
 };
 
-QVariantMap shareRequest()
-{
-    return {{connectionrequest::protocolString, u"smb://"_s},
-            {connectionrequest::serverString, u"host"_s},
-            {connectionrequest::volumeString, u"Web"_s},
-            {connectionrequest::pathValue, u"/docs"_s},
-            {connectionrequest::user, u"anna"_s},
-            {connectionrequest::password, u"secret"_s}};
-}
+const ConnectionRequest shareRequest = {u"smb://"_s, u"host"_s, u"Web"_s, u"/docs"_s, u"anna"_s, u"secret"_s};
 
 } // namespace
 
@@ -77,20 +67,20 @@ private slots:
     void mountURL_isComposed()
     {
         QFETCH(QStringList, parts);
-        QTEST(mountURL(parts[0], parts[1], parts[2], parts[3]), "url");
+        QTEST(mountURL({parts[0], parts[1], parts[2], parts[3], {}, {}}), "url");
     }
 
     void mountStep_usesTheShareOrItsExistingMount()
     {
         FakeMounter mounter;
         mounter.mounted = "/mnt/web";
-        QCOMPARE(*mountStep(shareRequest(), mounter, [] { return true; }).folder, fs::path("/mnt/web"));
+        QCOMPARE(*mountStep(shareRequest, mounter, [] { return true; }).folder, fs::path("/mnt/web"));
         QCOMPARE(mounter.asked, QStringList{u"smb://host/Web/docs|anna|secret"_s});
         mounter.mounted.reset();
         mounter.existing = "/mnt/there";
-        QCOMPARE(mountStep(shareRequest(), mounter, [] { return true; }).mountPath, fs::path("/mnt/there"));
+        QCOMPARE(mountStep(shareRequest, mounter, [] { return true; }).mountPath, fs::path("/mnt/there"));
         mounter.existing.reset();
-        const MountResult failed = mountStep(shareRequest(), mounter, [] { return true; });
+        const MountResult failed = mountStep(shareRequest, mounter, [] { return true; });
         QVERIFY(!failed.folder);
         QVERIFY(failed.mountPath.empty());
     }
@@ -99,14 +89,15 @@ private slots:
     {
         FakeMounter mounter;
         const QTemporaryDir folder;
-        QVariantMap request = {{connectionrequest::protocolString, QString(endpoint::fileProtocol)},
-                               {connectionrequest::pathValue, folder.path()}};
+        ConnectionRequest request;
+        request.protocol = endpoint::fileProtocol;
+        request.path = folder.path();
         QVERIFY(mountStep(request, mounter, [] { return true; }).folder);
-        request.insert(connectionrequest::pathValue, folder.path() + u"/gone"_s);
+        request.path = folder.path() + u"/gone"_s;
         const MountResult failed = mountStep(request, mounter, [] { return true; });
         QVERIFY(!failed.folder);
         QCOMPARE(failed.mountPath, fs::path(folder.path().toStdString()) / "gone");
-        request.remove(connectionrequest::pathValue);
+        request.path.clear();
         QVERIFY(!mountStep(request, mounter, [] { return true; }).folder);
         QVERIFY(mounter.asked.isEmpty());
     }

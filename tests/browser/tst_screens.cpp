@@ -68,20 +68,20 @@ private slots:
         std::filesystem::remove(site.at("empty/x"));
         ::setxattr(site.at("labelled.html").c_str(), "user.xdg.tags", "Red", 3, 0);
         QCoreApplication::processEvents();
-        luma::test::screenshot(site.window, (std::string("pane-disconnected") + suffix).c_str());
+        test::screenshot(site.window, (std::string("pane-disconnected") + suffix).c_str());
         const QImage disconnected = site.window.grab().toImage();
         site.pane->doConnect();
         QTRY_VERIFY(site.pane->rootNode());
         site.pane->browser().setPath({"images", "sunrise.png"});
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         QCoreApplication::processEvents();
-        luma::test::screenshot(site.window, (std::string("pane-preview") + suffix).c_str());
+        test::screenshot(site.window, (std::string("pane-preview") + suffix).c_str());
         const auto* preview =
             site.find<QWidget>("previewView")->findChild<QLabel*>(QStringLiteral("iconImageView"));
         QTRY_COMPARE(preview->pixmap().deviceIndependentSize().toSize().width(), 195);
         site.pane->browser().setPath({"empty"});
         QCoreApplication::processEvents();
-        luma::test::screenshot(site.window, (std::string("pane-empty-folder") + suffix).c_str());
+        test::screenshot(site.window, (std::string("pane-empty-folder") + suffix).c_str());
         QVERIFY(site.window.grab().toImage() != disconnected);
         QApplication::setPalette(before);
     }

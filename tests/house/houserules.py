@@ -39,7 +39,7 @@ ROOMS = sorted(FLOORS)
 LICENSED_SUFFIXES = {".cpp", ".h", ".inc", ".in", ".js", ".py", ".exp", ".cmake"}
 # Headers whose classes are not one class of the header's name, and why.
 SHARED_HEADERS = {
-    "browser/panehost.h": "the pane's two questions to its window, read together",
+    "browser/panehost.h": "what a pane needs of its window, read together",
     "desktop/notifications.h": "posting and hearing, the two ends of one thing",
 }
 

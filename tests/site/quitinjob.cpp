@@ -65,7 +65,7 @@ const std::map<std::string, std::function<void(const SiteWindow&)>> jobs = {
     {"links to",
      [](const SiteWindow& site) {
          site.source().browser().setPath({"a"});
-         site.source().showLinksForItem("Show Links To Item...");
+         site.source().showLinksToItem();
      }},
     {"unlinked", [](const SiteWindow& site) { site.source().startFindUnlinkedItems(); }},
     {"delete", deleteUnlinkedItems}};

@@ -6,11 +6,11 @@
 #include "browser/browsercontroller.h"
 #include "browser/browserlistview.h"
 #include "browser/endpoint.h"
-#include "browser/unavailablemounter.h"
 #include "site/haldendoc.h"
 #include "site/logview.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/mainthread.h"
+#include "tests/support/unavailablemounter.h"
 
 #include <QApplication>
 #include <QDropEvent>

@@ -2,12 +2,12 @@
 #include "browser/browser.h"
 #include "browser/browsercontroller.h"
 #include "browser/endpoint.h"
-#include "browser/unavailablemounter.h"
 #include "desktop/windowregistry.h"
 #include "site/haldendoc.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
+#include "tests/support/unavailablemounter.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -59,7 +59,7 @@ class tst_haldendoc final : public QObject
                     m_shellMayAnswer.acquire();
                     return std::string();
                 },
-                std::make_shared<UnavailableMounter>(),
+                std::make_shared<test::UnavailableMounter>(),
                 {}};
     }
 

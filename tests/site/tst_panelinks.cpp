@@ -379,7 +379,7 @@ private slots:
         addJob("unlinked items", true,
                [](const SiteWindow& site) { site.source().startFindUnlinkedItems(); });
         addJob("links to", false,
-               [](const SiteWindow& site) { site.source().showLinksForItem("Show Links To Item..."); });
+               [](const SiteWindow& site) { site.source().showLinksToItem(); });
         addJob("delete unlinked items", true, deleteAllUnlinked);
         addJob("rename", false, [](const SiteWindow& site) {
             site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"), "z",

@@ -3,16 +3,12 @@
 
 #include "mounts/volumemounter.h"
 
-namespace luma {
+namespace luma::test {
 
-/// Stands in where no network client is: no share can be mounted, local folders alone can be shown.
+/// Mounts nothing: only local folders can be shown.
 class UnavailableMounter final : public VolumeMounter
 {
-    Q_OBJECT
-
 public:
-    using VolumeMounter::VolumeMounter;
-
     std::optional<std::filesystem::path> mount(const QString& /*shareURL*/, const QString& /*user*/,
                                                const QString& /*password*/,
                                                const std::function<bool()>& /*isWanted*/) override
@@ -23,4 +19,4 @@ public:
     void unmount(const std::filesystem::path& /*mountPoint*/) override {}
 };
 
-} // namespace luma
+} // namespace luma::test
