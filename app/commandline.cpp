@@ -10,11 +10,11 @@ namespace fs = std::filesystem;
 
 const char* const usageText = R"(Usage: luma [SOURCE DESTINATION | PAGE]
 
-LUMA keeps web sites as folders: it publishes what has changed, keeps the links
-between pages right when files move, and edits pages.
+LUMA manages web sites kept as folders: it publishes changes, updates links when
+files move, and edits pages.
 
   luma                      show the list of sites
-  luma SOURCE DESTINATION   open two folders as a site that is not kept in the list
+  luma SOURCE DESTINATION   open two folders as a site, without adding it to the list
   luma PAGE                 open a page (.html, .xhtml, .xml)
 
   -h, --help                print this help
@@ -38,7 +38,7 @@ CommandLine foldersIn(const std::vector<std::string>& names)
     std::error_code error;
     for (const std::string& name : names) {
         if (!fs::is_directory(name, error))
-            return unusable(name + " is no folder");
+            return unusable(name + ": not a folder");
     }
     line.source = fs::canonical(names[0], error);
     line.destination = fs::canonical(names[1], error);
@@ -52,8 +52,8 @@ CommandLine pageIn(const std::string& name)
     CommandLine line;
     std::error_code error;
     if (!fs::is_regular_file(name, error))
-        return unusable(fs::is_directory(name, error) ? "a destination folder is missing"
-                                                      : "there is no page " + name);
+        return unusable(fs::is_directory(name, error) ? "the destination folder is missing"
+                                                      : name + ": no such page");
     line.request = CommandLine::Request::Page;
     line.page = fs::absolute(name, error);
     return line;

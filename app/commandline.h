@@ -7,7 +7,7 @@
 
 namespace luma {
 
-/// What the user asked for on the command line.
+/// The request on the command line.
 struct CommandLine
 {
     enum class Request { SiteList, Folders, Page, Help, Version, Unusable };
@@ -16,14 +16,13 @@ struct CommandLine
     std::filesystem::path source;
     std::filesystem::path destination;
     std::filesystem::path page;
-    std::string message; ///< why it is unusable, for standard error
+    std::string message; ///< the error, for standard error, if unusable
 };
 
-/// Reads the arguments, without the program's name. Folders and pages are looked at: what is named must be
-/// there.
+/// Reads the arguments, without the program's name. The named folders or page must exist.
 CommandLine readCommandLine(const std::vector<std::string>& arguments);
 
-/// True when the answer needs no screen: help, version.
+/// Whether the request is answered on the terminal (help or version).
 bool isAnsweredOnTerminal(const std::vector<std::string>& arguments);
 
 extern const char* const usageText;

@@ -25,8 +25,8 @@ fs::path locationOf(const fs::path& path)
 
 } // namespace
 
-DocumentController::DocumentController(FileOpener openFile, QObject* parent)
-    : QObject(parent), m_openFile(std::move(openFile))
+DocumentController::DocumentController(FileOpener openFile, PageOpener openPage, QObject* parent)
+    : QObject(parent), m_openFile(std::move(openFile)), m_openPage(std::move(openPage))
 {}
 
 QWidget* DocumentController::windowOf(const fs::path& path) const
@@ -46,8 +46,8 @@ Result<void> DocumentController::open(const fs::path& path, const fs::path& site
 {
     std::error_code error;
     if (!fs::exists(path, error))
-        return Error{path.string() + ": there is no such file"};
-    if (m_openPage && isPage(path)) {
+        return Error{path.string() + ": no such file"};
+    if (isPage(path)) {
         QWidget* window = m_openPage(path, siteFolder, windowOf(path));
         std::erase_if(m_windows, [](const auto& entry) { return !entry.second; });
         if (window) {
@@ -57,7 +57,7 @@ Result<void> DocumentController::open(const fs::path& path, const fs::path& site
         return {};
     }
     if (!m_openFile(path))
-        return Error{path.string() + ": no application opens it"};
+        return Error{path.string() + ": no application can open it"};
     return {};
 }
 
@@ -65,11 +65,6 @@ void DocumentController::relocate(QWidget* window, const fs::path& path)
 {
     std::erase_if(m_windows, [window](const auto& entry) { return !entry.second || entry.second == window; });
     m_windows[locationOf(path)] = window;
-}
-
-Result<void> DocumentController::makeUntitledDocument(const QString& type)
-{
-    return Error{"no document type " + type.toStdString()};
 }
 
 } // namespace luma

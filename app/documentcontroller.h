@@ -5,7 +5,6 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QString>
 
 #include <filesystem>
 #include <functional>
@@ -15,40 +14,34 @@ class QWidget;
 
 namespace luma {
 
-/// The open documents, at most one for each location; two names of one file are one location. It opens pages
-/// in the page editor, once there is one, and every other file with the desktop's application. Main thread
-/// only.
+/// The open documents, at most one for each location; two names of one file are one location. Opens pages in
+/// the page editor and every other file with the desktop's application. Main thread only.
 class DocumentController final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Shows a page's editor window, which deletes itself when it is closed; null when the page cannot be
-    /// opened, and the user has been told. Called with a page that is open already, it brings that window,
-    /// `open`, up to date.
+    /// Shows the editor window of a page; the window deletes itself when it is closed. If the page is already
+    /// open in the window `open`, updates that window and returns it. Null if the page can't be opened; the
+    /// user has then been told.
     using PageOpener = std::function<QWidget*(const std::filesystem::path& page,
                                               const std::filesystem::path& siteFolder, QWidget* open)>;
-    /// Opens a file with the desktop's application; false when that cannot be done.
+    /// Opens a file with the desktop's application; false on failure.
     using FileOpener = std::function<bool(const std::filesystem::path& file)>;
 
-    explicit DocumentController(FileOpener openFile, QObject* parent = nullptr);
+    DocumentController(FileOpener openFile, PageOpener openPage, QObject* parent = nullptr);
 
-    void setPageOpener(const PageOpener& opener) { m_openPage = opener; }
-
-    /// The window of the document at `path`, or none.
+    /// The window of the document at `path`, or null.
     [[nodiscard]] QWidget* windowOf(const std::filesystem::path& path) const;
 
-    /// Shows the document at `path`, opening it when it is not open. `siteFolder` is the site that a page
-    /// belongs to; empty when it is not known.
+    /// Shows the document at `path`; opens it if it is not open. `siteFolder` is the site that a page belongs
+    /// to; empty if unknown. Fails if there is no such file or no application for it.
     Result<void> open(const std::filesystem::path& path, const std::filesystem::path& siteFolder = {});
 
-    /// The document in `window` stands at `path` now. A window without a location is entered so.
+    /// Notes that the document in `window` is now at `path`; also registers a window of a new document.
     void relocate(QWidget* window, const std::filesystem::path& path);
 
-    /// A new document of a type given by its name. There is no type that can be made so today.
-    static Result<void> makeUntitledDocument(const QString& type);
-
-    /// A page, by its extension.
+    /// Whether the extension is that of a page.
     static bool isPage(const std::filesystem::path& path);
 
 private:

@@ -9,7 +9,8 @@
 
 namespace luma {
 
-EndpointForm::EndpointForm(QWidget* parent) : QGroupBox(parent), m_ui(std::make_unique<Ui::EndpointForm>())
+EndpointForm::EndpointForm(SiteSide side, QWidget* parent)
+    : QGroupBox(parent), m_ui(std::make_unique<Ui::EndpointForm>()), m_side(side)
 {
     m_ui->setupUi(this);
     m_fields = {{endpoint::server, m_ui->server},     {endpoint::volume, m_ui->volume},
@@ -48,13 +49,7 @@ void EndpointForm::connectFields()
     connect(m_ui->showPassword, &QPushButton::toggled, this, [this](bool clear) {
         m_ui->password->setEchoMode(clear ? QLineEdit::Normal : QLineEdit::Password);
     });
-    connect(m_ui->pathButton, &QPushButton::clicked, this, [this] { emit pathRequested(m_ui->pathButton); });
-}
-
-void EndpointForm::setTag(int tag)
-{
-    m_tag = tag;
-    m_ui->pathButton->setProperty("tag", tag);
+    connect(m_ui->pathButton, &QPushButton::clicked, this, &EndpointForm::folderRequested);
 }
 
 void EndpointForm::setEndpoint(const std::shared_ptr<ObservedDictionary>& endpoint)
@@ -62,7 +57,7 @@ void EndpointForm::setEndpoint(const std::shared_ptr<ObservedDictionary>& endpoi
     if (m_endpoint)
         disconnect(m_endpoint.get(), nullptr, this, nullptr);
     m_endpoint = endpoint;
-    // The next site's password must not come up in clear because this one's was looked at.
+    // Showing one site's password must not reveal the next one's.
     m_ui->showPassword->setChecked(false);
     if (m_endpoint)
         connect(m_endpoint.get(), &ObservedDictionary::changed, this, &EndpointForm::show);
@@ -101,7 +96,7 @@ void EndpointForm::show(const QString& key)
         m_ui->autoconnect->setChecked(m_endpoint && m_endpoint->integer(key) == 1);
     } else if (QLineEdit* field = m_fields.value(key)) {
         const QString text = shownText(key);
-        // Setting the same text would move the cursor of whoever is typing.
+        // Setting the same text would move the cursor while the user is typing.
         if (field->text() != text) {
             field->setText(text);
             field->setCursorPosition(0);
@@ -127,7 +122,7 @@ void EndpointForm::updateEnabled()
     const bool remote = shownText(endpoint::protocol) != endpoint::fileProtocol;
     setEnabled(m_endpoint != nullptr);
     // The destination's server names the site's window, whatever the protocol.
-    const bool server = remote || m_tag != 0;
+    const bool server = remote || m_side == SiteSide::Destination;
     m_ui->server->setEnabled(server);
     m_ui->serverLabel->setEnabled(server);
     for (QWidget* widget : std::initializer_list<QWidget*>{

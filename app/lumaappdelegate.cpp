@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/lumaappdelegate.h"
 
-#include "app/documentcontroller.h"
-#include "app/endpointnormaliser.h"
 #include "app/makerhosts.h"
 #include "app/preferencesdialog.h"
 #include "app/sitearchive.h"
 #include "app/sitelistwindow.h"
 #include "app/sitetemplate.h"
-#include "app/watcherkill.h"
 #include "base/mainhop.h"
 #include "base/workitem.h"
 #include "browser/endpoint.h"
@@ -24,10 +21,10 @@ namespace luma {
 
 namespace {
 
-// An unreadable list is kept under this key before an empty one takes its place.
+// Keeps an unreadable list before an empty one replaces it.
 const QString unreadableKey = QStringLiteral("sitesArrayDataUnreadable");
 
-// A sheet on `window` that deletes itself; the texts are shown as they are, whatever marks they hold.
+// A sheet on `window` that deletes itself when closed. The texts are plain, never markup.
 QMessageBox* sheet(QWidget* window, const QString& name, const QString& message, const QString& information)
 {
     auto* box = new QMessageBox(window);
@@ -44,33 +41,69 @@ QMessageBox* sheet(QWidget* window, const QString& name, const QString& message,
     return box;
 }
 
+QString trimmed(QStringView text)
+{
+    const auto isBlank = [](QChar character) { return character == u' ' || character == u'\t'; };
+    while (!text.isEmpty() && isBlank(text.front()))
+        text = text.mid(1);
+    while (!text.isEmpty() && isBlank(text.back()))
+        text.chop(1);
+    return text.toString();
+}
+
+// Tidies an endpoint before its site opens: strings lose the blanks and tabs at both ends, and the path then
+// loses one slash at its end. Values of other types stay unchanged.
+void normalise(ObservedDictionary& endpoint)
+{
+    const QVariantMap values = endpoint.values();
+    for (auto entry = values.begin(); entry != values.end(); ++entry) {
+        if (entry->typeId() != QMetaType::QString)
+            continue;
+        QString text = trimmed(entry->toString());
+        if (entry.key() == endpoint::path && text.endsWith(u'/'))
+            text.chop(1);
+        endpoint.setValue(entry.key(), text);
+    }
+}
+
 } // namespace
 
 LUMAAppDelegate::LUMAAppDelegate(Preferences& preferences, Services services, QObject* parent)
-    : QObject(parent), m_preferences(preferences), m_services(std::move(services))
+    : QObject(parent),
+      m_preferences(preferences),
+      m_services(std::move(services)),
+      window(std::make_unique<SiteListWindow>(sitesArrayController))
 {
     sitesArrayController.setObjectName(QStringLiteral("sitesArrayController"));
-    const QVariantMap record = siteTemplate();
-    m_preferences.setInitialValues({{Preferences::sitesArrayData, archiveSites({record})},
-                                    {Preferences::siteTemplate, record},
-                                    {Preferences::excludedFolders, QStringLiteral("folder1, folder2")}});
-    window = std::make_unique<SiteListWindow>(sitesArrayController);
     connectWindow();
 }
 
 LUMAAppDelegate::~LUMAAppDelegate() = default;
 
+QVariantMap LUMAAppDelegate::initialValues()
+{
+    const QVariantMap record = siteTemplate();
+    return {{Preferences::sitesArrayData, archiveSites({record})},
+            {Preferences::siteTemplate, record},
+            {Preferences::excludedFolders, QStringLiteral("folder1, folder2")}};
+}
+
+void LUMAAppDelegate::endStrayWatchers(const CommandRunner& shell)
+{
+    (void)shell({"-c", "ps aux | grep -v grep | grep LUMAWatcher | awk '{print $2}' | xargs kill"});
+}
+
 void LUMAAppDelegate::connectWindow()
 {
     SiteListWindow* from = window.get();
-    connect(from, &SiteListWindow::openRequested, this, [this, from] { handleDoubleClick(from); });
-    connect(from, &SiteListWindow::addRequested, this, [this, from] { add(from); });
-    connect(from, &SiteListWindow::removeRequested, this, [this, from] { remove(from); });
-    connect(from, &SiteListWindow::pathRequested, this, &LUMAAppDelegate::getPath);
-    connect(from, &SiteListWindow::productPageRequested, this, [this, from] { loadURLWithSender(from); });
-    connect(from, &SiteListWindow::updateRequested, this, [this, from] { checkForUpdateWithSender(from); });
-    connect(from, &SiteListWindow::preferencesRequested, this, [this, from] { showPreferences(from); });
-    connect(from, &SiteListWindow::aboutRequested, this, [this, from] { showAbout(from); });
+    connect(from, &SiteListWindow::openRequested, this, &LUMAAppDelegate::handleDoubleClick);
+    connect(from, &SiteListWindow::addRequested, this, &LUMAAppDelegate::add);
+    connect(from, &SiteListWindow::removeRequested, this, &LUMAAppDelegate::remove);
+    connect(from, &SiteListWindow::folderRequested, this, &LUMAAppDelegate::getPath);
+    connect(from, &SiteListWindow::productPageRequested, this, &LUMAAppDelegate::loadURL);
+    connect(from, &SiteListWindow::updateRequested, this, &LUMAAppDelegate::checkForUpdate);
+    connect(from, &SiteListWindow::preferencesRequested, this, &LUMAAppDelegate::showPreferences);
+    connect(from, &SiteListWindow::aboutRequested, this, &LUMAAppDelegate::showAbout);
     connect(from, &SiteListWindow::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
@@ -111,7 +144,7 @@ Result<void> LUMAAppDelegate::applicationWillTerminate()
     return saved;
 }
 
-void LUMAAppDelegate::handleDoubleClick(QObject* /*sender*/)
+void LUMAAppDelegate::handleDoubleClick()
 {
     const SiteList::Record record = sitesArrayController.record(window->selectedRow());
     if (!record)
@@ -121,17 +154,12 @@ void LUMAAppDelegate::handleDoubleClick(QObject* /*sender*/)
         WindowRegistry::bringToFront(open);
         return;
     }
-    normaliseEndpoint(*record->sourceDict());
-    normaliseEndpoint(*record->destinationDict());
+    normalise(*record->sourceDict());
+    normalise(*record->destinationDict());
     m_services.showSite(record);
 }
 
-void LUMAAppDelegate::weblog(QObject* /*sender*/)
-{
-    (void)DocumentController::makeUntitledDocument(QStringLiteral("WeblogDocumentType"));
-}
-
-void LUMAAppDelegate::add(QObject* /*sender*/)
+void LUMAAppDelegate::add()
 {
     const QVariant record = m_preferences.value(Preferences::siteTemplate);
     if (record.typeId() != QMetaType::QVariantMap)
@@ -139,7 +167,7 @@ void LUMAAppDelegate::add(QObject* /*sender*/)
     window->editNameOf(sitesArrayController.add(record.toMap()));
 }
 
-void LUMAAppDelegate::remove(QObject* /*sender*/)
+void LUMAAppDelegate::remove()
 {
     if (sitesArrayController.rowCount() == 1)
         warnOfLastRecord();
@@ -154,14 +182,13 @@ void LUMAAppDelegate::warnOfLastRecord()
         ->open();
 }
 
-void LUMAAppDelegate::getPath(QObject* sender)
+void LUMAAppDelegate::getPath(SiteSide side)
 {
     const SiteList::Record record = sitesArrayController.record(window->selectedRow());
     if (!record)
         return;
-    const bool source = !sender || sender->property("tag").toInt() == 0;
     const std::shared_ptr<ObservedDictionary> target =
-        source ? record->sourceDict() : record->destinationDict();
+        side == SiteSide::Source ? record->sourceDict() : record->destinationDict();
     auto* panel = new QFileDialog(window.get(), QStringLiteral("Select the path to the site folder"),
                                   target->string(endpoint::path));
     panel->setObjectName(QStringLiteral("getPathPanel"));
@@ -175,12 +202,12 @@ void LUMAAppDelegate::getPath(QObject* sender)
     panel->open();
 }
 
-void LUMAAppDelegate::loadURLWithSender(QObject* /*sender*/) const
+void LUMAAppDelegate::loadURL() const
 {
     (void)m_services.openUrl(QUrl(QStringLiteral("http://") + maker::webSite + maker::productPage));
 }
 
-void LUMAAppDelegate::checkForUpdateWithSender(QObject* /*sender*/)
+void LUMAAppDelegate::checkForUpdate()
 {
     window->setUpdateEnabled(false);
     const QPointer<LUMAAppDelegate> here(this);
@@ -200,21 +227,21 @@ void LUMAAppDelegate::showNotice(const std::optional<VersionCheck::Notice>& noti
         sheet(window.get(), QStringLiteral("updateSheet"), notice->message, notice->information);
     if (notice->offer == VersionCheck::Offer::ProductPage) {
         box->addButton(QStringLiteral("Cancel"), QMessageBox::RejectRole);
-        connect(box, &QMessageBox::accepted, this, [this] { loadURLWithSender(window.get()); });
+        connect(box, &QMessageBox::accepted, this, &LUMAAppDelegate::loadURL);
     }
     box->open();
 }
 
-void LUMAAppDelegate::showPreferences(QObject* /*sender*/)
+void LUMAAppDelegate::showPreferences()
 {
     (new PreferencesDialog(m_preferences, window.get()))->open();
 }
 
-void LUMAAppDelegate::showAbout(QObject* /*sender*/)
+void LUMAAppDelegate::showAbout()
 {
     sheet(window.get(), QStringLiteral("aboutSheet"),
           tr("LUMA %1").arg(QCoreApplication::applicationVersion()),
-          tr("Keeps web sites as folders of pages, publishes what has changed, and keeps their links right."))
+          tr("Manages web sites kept as folders of pages: publishes changes and keeps links correct."))
         ->open();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/endpointform.h"
 #include "app/preferences.h"
 #include "app/sitelist.h"
 #include "app/versioncheck.h"
@@ -16,51 +17,55 @@ namespace luma {
 
 class SiteListWindow;
 
-/// Starts the program and ends it, keeps the list of sites and its window, opens a site, checks for a newer
-/// version. It lives for the whole run. Order: will-finish-launching, did-finish-launching, the user's
-/// actions, will-terminate. An action takes its sender, which may be null. Main thread only.
+/// Keeps the list of sites and its window, opens sites, and checks for a newer version. Lives for the whole
+/// run; called in this order: will-finish-launching, did-finish-launching, the user's actions,
+/// will-terminate. Main thread only.
 class LUMAAppDelegate final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// What the delegate needs of the rooms and the desktop, so that it knows neither and a test can stand in
-    /// for them.
+    /// What the delegate needs of other rooms and the desktop; a seam for tests.
     struct Services
     {
         CommandRunner shell; ///< runs zsh
-        /// Shows a site's window and enters it in the WindowRegistry; its title is the destination's server.
+        /// Shows a site's window, titled with the destination's server, and adds it to the WindowRegistry.
         std::function<void(const SiteList::Record& siteDict)> showSite;
         std::function<bool(const QUrl& url)> openUrl;
     };
 
-    /// `preferences` outlives the delegate.
+    /// `preferences` outlives the delegate and starts with initialValues().
     LUMAAppDelegate(Preferences& preferences, Services services, QObject* parent = nullptr);
     ~LUMAAppDelegate() override;
+
+    /// The preferences of a user who has stored none.
+    static QVariantMap initialValues();
+    /// Ends every folder watcher left over from an earlier run, or still running at quit: any process with
+    /// the watcher's name in its command line. Blocks until done.
+    static void endStrayWatchers(const CommandRunner& shell);
 
     [[nodiscard]] SiteList& sites() { return sitesArrayController; }
     [[nodiscard]] SiteListWindow& siteListWindow() const { return *window; }
 
     /// Ends stray folder watchers.
     void applicationWillFinishLaunching() const;
-    /// Loads the list. Its window is ready to be shown.
+    /// Loads the list; its window can then be shown.
     void applicationDidFinishLaunching();
-    static bool applicationShouldOpenUntitledFile() { return false; }
-    /// Saves the list, then ends the folder watchers. The error, if any, is for the console: the windows are
-    /// gone.
+    /// Saves the list, then ends the folder watchers. An error is for the console, for no window is open.
     Result<void> applicationWillTerminate();
 
-public slots:
-    void handleDoubleClick(QObject* sender);
-    void weblog(QObject* sender);
-    void add(QObject* sender);
-    void remove(QObject* sender);
-    /// The sender's property `tag`: 0 for the source's path, any other for the destination's.
-    void getPath(QObject* sender);
-    void loadURLWithSender(QObject* sender) const;
-    void checkForUpdateWithSender(QObject* sender);
-    void showPreferences(QObject* sender);
-    void showAbout(QObject* sender);
+    /// Opens the selected site, or brings its window to the front.
+    void handleDoubleClick();
+    void add();
+    /// Removes the selected record, but never the last one.
+    void remove();
+    /// Lets the user choose the folder of one side of the selected site.
+    void getPath(SiteSide side);
+    /// Opens the product's page in the browser.
+    void loadURL() const;
+    void checkForUpdate();
+    void showPreferences();
+    void showAbout();
 
 private:
     void connectWindow();

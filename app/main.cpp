@@ -37,7 +37,7 @@ int main(int argc, char** argv)
     QApplication::setApplicationDisplayName(QStringLiteral("LUMA"));
     QApplication::setApplicationVersion(QStringLiteral(LUMA_VERSION));
 
-    // The application object has taken the options that are the desktop's.
+    // The application object has removed Qt's own options.
     const luma::CommandLine line = luma::readCommandLine(argumentsIn(argc, argv));
     if (line.request == luma::CommandLine::Request::Unusable)
         return answerOnTerminal(line);

@@ -3,17 +3,16 @@
 
 #include <QLatin1StringView>
 
-/// The hosts that belong to the maker, in one place. They lie under a name that is reserved for examples
-/// until there are real ones.
+/// The maker's hosts: names reserved for examples (RFC 2606) until there are real ones.
 namespace luma::maker {
 
 inline constexpr QLatin1StringView webSite{"www.luma.example"};
 inline constexpr QLatin1StringView productPage{"/software/LUMA/"};
 inline constexpr QLatin1StringView updateServer{"update.luma.example"};
-/// Names another update server, host or host:port.
+/// The environment variable for another update server, as host or host:port.
 inline constexpr const char* updateServerVariable = "LUMA_UPDATE_SERVER";
 
-/// Stands in a new record until the user gives the real host.
+/// The server of a new record until the user enters the real one.
 inline constexpr QLatin1StringView placeholderServer{"www.your-site.example"};
 
 } // namespace luma::maker

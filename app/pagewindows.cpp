@@ -23,14 +23,6 @@ constexpr qsizetype longestList = 10;
 
 } // namespace
 
-PageWindows::PageWindows(DocumentController& documents, Preferences& preferences)
-    : m_documents(documents), m_preferences(preferences)
-{
-    documents.setPageOpener([this](const fs::path& page, const fs::path& siteFolder, QWidget* isOpen) {
-        return open(page, siteFolder, isOpen);
-    });
-}
-
 QWidget* PageWindows::open(const fs::path& page, const fs::path& siteFolder, QWidget* open)
 {
     if (auto* window = qobject_cast<HTMLDocument*>(open)) {
@@ -73,7 +65,7 @@ void PageWindows::connectWindow(HTMLDocument* window)
             [this, window] { m_preferences.setValue(layoutKey, window->layoutState()); });
 }
 
-// A page of the same site keeps the site; another one has its own folder.
+// A page inside the site belongs to that site; any other page gets its own folder as its site.
 void PageWindows::openFrom(const HTMLDocument* window, const fs::path& page)
 {
     const fs::path& site = window->mountPath;

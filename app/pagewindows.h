@@ -13,20 +13,24 @@ class DocumentController;
 class HTMLDocument;
 class Preferences;
 
-/// Opens the windows of the page editor for the document controller, keeps the list of pages opened before
-/// and the layout of the window closed last. Both outlive it. Main thread only.
+/// Opens the windows of the page editor; keeps the list of recent pages and the layout of the window closed
+/// last. Main thread only.
 class PageWindows final : public QObject
 {
     Q_OBJECT
 
 public:
-    PageWindows(DocumentController& documents, Preferences& preferences);
+    /// Both outlive it.
+    PageWindows(DocumentController& documents, Preferences& preferences)
+        : m_documents(documents), m_preferences(preferences)
+    {}
 
-    /// A new page from the template, of the site in `siteFolder`.
+    /// See DocumentController::PageOpener.
+    QWidget* open(const std::filesystem::path& page, const std::filesystem::path& siteFolder, QWidget* open);
+    /// Opens a new page from the template in the site at `siteFolder`.
     void newPage(const std::filesystem::path& siteFolder);
 
 private:
-    QWidget* open(const std::filesystem::path& page, const std::filesystem::path& siteFolder, QWidget* open);
     HTMLDocument* makeWindow(const std::filesystem::path& siteFolder);
     void connectWindow(HTMLDocument* window);
     void openFrom(const HTMLDocument* window, const std::filesystem::path& page);

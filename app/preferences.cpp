@@ -15,8 +15,8 @@ namespace luma {
 
 namespace {
 
-// QSettings writes a temporary file and renames it. Where the target exists, that file has the mode 0600 from
-// the start and then takes the target's; where it does not, it is readable by others until it is complete.
+// QSettings writes a temporary file and renames it. If the target exists, the temporary file has mode 0600
+// from the start and then gets the target's mode; if not, others can read it until it is complete.
 const QString& guarded(const QString& file)
 {
     const QByteArray folder = QFile::encodeName(QFileInfo(file).path());
@@ -33,7 +33,9 @@ const QString& guarded(const QString& file)
 
 } // namespace
 
-Preferences::Preferences(const QString& file) : m_settings(guarded(file), QSettings::IniFormat) {}
+Preferences::Preferences(const QString& file, QVariantMap initialValues)
+    : m_settings(guarded(file), QSettings::IniFormat), m_initialValues(std::move(initialValues))
+{}
 
 QString Preferences::defaultFile()
 {
@@ -48,7 +50,7 @@ QVariant Preferences::value(const QString& key) const
 
 QString Preferences::excludedFolderNames() const
 {
-    // Written by hand, without quotes, the file's format makes a list of names with commas between them.
+    // The file's format turns unquoted names with commas between them into a list.
     const QVariant names = value(excludedFolders);
     return names.typeId() == QMetaType::QStringList ? names.toStringList().join(QStringLiteral(", "))
                                                     : names.toString();
@@ -58,7 +60,7 @@ Result<void> Preferences::save()
 {
     m_settings.sync();
     if (m_settings.status() == QSettings::AccessError)
-        return Error{QFile::encodeName(m_settings.fileName()).toStdString() + ": cannot be written"};
+        return Error{QFile::encodeName(m_settings.fileName()).toStdString() + ": can't be written"};
     return {};
 }
 

@@ -8,9 +8,9 @@
 
 namespace luma {
 
-/// The user's preferences: a settings file that only the user can read, for site records carry passwords. A
-/// key's initial value counts only while nothing is stored under it. A file that cannot be read counts as
-/// empty. Main thread only.
+/// The user's preferences: a settings file that only the user can read, for site records contain passwords. A
+/// key's initial value counts only while nothing is stored under it. An unreadable file counts as empty. Main
+/// thread only.
 class Preferences final
 {
 public:
@@ -18,16 +18,14 @@ public:
     static constexpr QLatin1StringView siteTemplate{"siteTemplate"};
     static constexpr QLatin1StringView excludedFolders{"ExcludedFolders"};
 
-    /// `file` is made with mode 0600, in a folder with mode 0700, or set to it, before anything is written.
-    explicit Preferences(const QString& file = defaultFile());
+    /// Before anything is written, `file` gets mode 0600; a new folder for it gets mode 0700.
+    explicit Preferences(const QString& file, QVariantMap initialValues = {});
 
     /// luma/luma.conf in the user's configuration folder.
     static QString defaultFile();
 
-    void setInitialValues(const QVariantMap& values) { m_initialValues = values; }
-
     [[nodiscard]] QVariant value(const QString& key) const;
-    /// The names as they stand, separated by commas.
+    /// As the user has written them, separated by commas.
     [[nodiscard]] QString excludedFolderNames() const;
 
     /// Kept in memory until save().

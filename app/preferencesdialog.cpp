@@ -22,7 +22,7 @@ PreferencesDialog::~PreferencesDialog() = default;
 void PreferencesDialog::accept()
 {
     m_preferences.setValue(Preferences::excludedFolders, m_ui->excludedFolders->text());
-    // A failure comes back at quit, where the list is saved to the same file.
+    // A failure is reported at quit, when the list is saved to the same file.
     (void)m_preferences.save();
     QDialog::accept();
 }

@@ -2,7 +2,7 @@
 #include "app/program.h"
 
 #include "app/sitelistwindow.h"
-#include "app/transientrecord.h"
+#include "app/sitetemplate.h"
 #include "base/fileuri.h"
 #include "base/mainhop.h"
 #include "base/resources.h"
@@ -30,8 +30,10 @@ bool openWithDesktop(const std::filesystem::path& file)
 } // namespace
 
 Program::Program(const QString& preferencesFile)
-    : m_preferences(preferencesFile),
-      m_documents(openWithDesktop),
+    : m_preferences(preferencesFile, LUMAAppDelegate::initialValues()),
+      m_documents(openWithDesktop,
+                  [this](const std::filesystem::path& page, const std::filesystem::path& siteFolder,
+                         QWidget* open) { return m_pages.open(page, siteFolder, open); }),
       m_pages(m_documents, m_preferences),
       m_delegate(m_preferences, services())
 {

@@ -10,8 +10,8 @@
 
 namespace luma {
 
-/// The application put together: preferences, document controller and delegate, joined to the rooms below and
-/// to the desktop. It lives inside the application object's life. Main thread only.
+/// The application: creates preferences, document controller and delegate, and connects them to the other
+/// rooms and the desktop. Created after the application object and destroyed before it. Main thread only.
 class Program final : public QObject
 {
     Q_OBJECT
@@ -22,16 +22,16 @@ public:
     LUMAAppDelegate& delegate() { return m_delegate; }
     DocumentController& documents() { return m_documents; }
 
-    /// Shows what the command line asks for. An error is for standard error; nothing is open then.
+    /// Shows what the command line asks for. On an error, which is for standard error, nothing is open.
     Result<void> launch(const CommandLine& line);
 
-    /// Saves the list, ends the watchers, and releases every job and child that still runs. Also called at
-    /// quit.
+    /// Saves the list and ends the watchers and all running jobs and child processes. Also called at quit;
+    /// later calls do nothing.
     void terminate();
 
 private:
     Result<void> openFolders(const CommandLine& line);
-    /// Shows the site's window; its title, the destination's server, is how it is found again.
+    /// Shows a new window for the site.
     void openSite(const SiteList::Record& siteDict);
     void openFile(const std::filesystem::path& file, const std::filesystem::path& siteFolder);
 

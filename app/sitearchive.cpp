@@ -29,16 +29,16 @@ Result<QList<QVariantMap>> unarchiveSites(const QByteArray& archive)
         return outer.error();
     const QVariant data = outer->toMap().value(sitesKey);
     if (data.typeId() != QMetaType::QByteArray)
-        return Error{"the archive holds no list"};
+        return Error{"the archive contains no site list"};
     const auto inner = readPropertyList(data.toByteArray());
     if (!inner)
         return inner.error();
     if (inner->typeId() != QMetaType::QVariantList)
-        return Error{"the archive's root is no list"};
+        return Error{"the site list is not an array"};
     QList<QVariantMap> records;
     for (const QVariant& record : inner->toList()) {
         if (record.typeId() != QMetaType::QVariantMap)
-            return Error{"the list holds what is no record"};
+            return Error{"the site list contains an entry that is not a record"};
         records += record.toMap();
     }
     return records;

@@ -12,10 +12,10 @@ namespace luma {
 /// The stored form of the site list: a binary property list of the records, held as data under the key
 /// `sitesArray` of an outer binary property list. Strings stay strings and integers integers. Any thread.
 
-/// When a record holds what cannot be stored, the outer list comes without `sitesArray`.
+/// If a record contains a value that can't be stored, the outer list has no `sitesArray`.
 QByteArray archiveSites(const QList<QVariantMap>& records);
 
-/// Fails for bytes that are no such archive, whatever they are.
+/// Fails for any bytes that are not such an archive.
 Result<QList<QVariantMap>> unarchiveSites(const QByteArray& archive);
 
 } // namespace luma

@@ -16,25 +16,34 @@ SiteForm::SiteForm(QWidget* parent) : QWidget(parent), m_ui(std::make_unique<Ui:
     prominent.setBold(true);
     m_ui->openButton->setFont(prominent);
     m_ui->openButton->setMinimumWidth(m_ui->openButton->sizeHint().width() * 5 / 4);
-    m_ui->sourceDict->setTag(0);
-    m_ui->destinationDict->setTag(1);
+    sourceDict = addEndpoint(SiteSide::Source, QStringLiteral("sourceDict"), tr("Source: the working copy"));
+    destinationDict = addEndpoint(SiteSide::Destination, QStringLiteral("destinationDict"),
+                                  tr("Destination: the web server"));
     connect(m_ui->siteID, &QLineEdit::textEdited, this,
             [this](const QString& name) { m_record->setSiteID(name); });
     connect(m_ui->openButton, &QPushButton::clicked, this, &SiteForm::openRequested);
-    connect(m_ui->sourceDict, &EndpointForm::pathRequested, this, &SiteForm::pathRequested);
-    connect(m_ui->destinationDict, &EndpointForm::pathRequested, this, &SiteForm::pathRequested);
     setRecord(nullptr);
 }
 
 SiteForm::~SiteForm() = default;
+
+EndpointForm* SiteForm::addEndpoint(SiteSide side, const QString& name, const QString& title)
+{
+    auto* form = new EndpointForm(side, this);
+    form->setObjectName(name);
+    form->setTitle(title);
+    m_ui->endpointLayout->addWidget(form, 1);
+    connect(form, &EndpointForm::folderRequested, this, [this, side] { emit folderRequested(side); });
+    return form;
+}
 
 void SiteForm::setRecord(const std::shared_ptr<SiteRecord>& record)
 {
     if (m_record)
         disconnect(m_record.get(), nullptr, this, nullptr);
     m_record = record;
-    m_ui->sourceDict->setEndpoint(record ? record->sourceDict() : nullptr);
-    m_ui->destinationDict->setEndpoint(record ? record->destinationDict() : nullptr);
+    sourceDict->setEndpoint(record ? record->sourceDict() : nullptr);
+    destinationDict->setEndpoint(record ? record->destinationDict() : nullptr);
     setEnabled(record != nullptr);
     if (record)
         connect(record.get(), &SiteRecord::changed, this, &SiteForm::showName);
@@ -56,7 +65,7 @@ void SiteForm::editName()
 
 void SiteForm::resizeEvent(QResizeEvent* event)
 {
-    const int sideBySide = m_ui->sourceDict->sizeHint().width() + m_ui->destinationDict->sizeHint().width() +
+    const int sideBySide = sourceDict->sizeHint().width() + destinationDict->sizeHint().width() +
                            m_ui->endpointLayout->spacing();
     m_ui->endpointLayout->setDirection(event->size().width() < sideBySide ? QBoxLayout::TopToBottom
                                                                           : QBoxLayout::LeftToRight);

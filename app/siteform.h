@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/endpointform.h"
 #include "site/siterecord.h"
 
 #include <QWidget>
@@ -13,9 +14,9 @@ class SiteForm;
 
 namespace luma {
 
-/// The selected site as a form: its name, its two endpoints, and the button that opens it. The endpoints
-/// stand side by side where there is room, else one above the other. Edits go straight to the record. Main
-/// thread only.
+/// The selected site as a form: its name, its two endpoints, and the button that opens it. The endpoints are
+/// side by side if there is room, otherwise one above the other. Edits go straight to the record. Main thread
+/// only.
 class SiteForm final : public QWidget
 {
     Q_OBJECT
@@ -24,24 +25,27 @@ public:
     explicit SiteForm(QWidget* parent = nullptr);
     ~SiteForm() override;
 
-    /// Shows `record`, or an empty, disabled form when it is null.
+    /// Shows `record`, or an empty, disabled form if it is null.
     void setRecord(const std::shared_ptr<SiteRecord>& record);
 
-    /// Puts the keyboard into the name, all of it selected: where a new site begins.
+    /// Focuses the name and selects all of it.
     void editName();
 
 signals:
     void openRequested();
-    /// The user wants to choose an endpoint's folder; the sender's property `tag` says which: 0 the source's.
-    void pathRequested(QObject* sender);
+    /// A chooser for the folder of one side.
+    void folderRequested(SiteSide side);
 
 protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    EndpointForm* addEndpoint(SiteSide side, const QString& name, const QString& title);
     void showName();
 
     std::unique_ptr<Ui::SiteForm> m_ui;
+    EndpointForm* sourceDict = nullptr;
+    EndpointForm* destinationDict = nullptr;
     std::shared_ptr<SiteRecord> m_record;
 };
 

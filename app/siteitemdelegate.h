@@ -5,8 +5,8 @@
 
 namespace luma {
 
-/// Draws a row of the site list: the site's name, and below it in a quieter tone where the site is published
-/// to. Colours and fonts are the desktop's. Main thread only.
+/// Draws a row of the site list: the site's name, and below it, in a fainter colour, the destination. Uses
+/// the desktop's colours and fonts. Main thread only.
 class SiteItemDelegate final : public QStyledItemDelegate
 {
     Q_OBJECT

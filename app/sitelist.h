@@ -11,17 +11,17 @@
 
 namespace luma {
 
-/// The site records in their order, as a model of one column. It owns them; an open site's window shares the
-/// one it shows, so a record that is removed lives on until that window closes. Main thread only.
+/// The site records in their order, as a model of one column. An open site's window shares its record, so a
+/// removed record lives until that window closes. Main thread only.
 class SiteList final : public QAbstractListModel
 {
     Q_OBJECT
 
 public:
     enum Role {
-        /// Where the site is published to, for reading.
+        /// The destination, for display.
         DestinationRole = Qt::UserRole,
-        /// Everything that a search may look for: name, servers, paths.
+        /// The text that a search looks through: name, servers, paths.
         SearchRole,
     };
     using Record = std::shared_ptr<SiteRecord>;
@@ -31,16 +31,16 @@ public:
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex& index, int role) const override;
 
-    /// The record at `row`, or null.
+    /// The record at `row`; null if there is no such row.
     [[nodiscard]] Record record(int row) const;
     [[nodiscard]] QList<QVariantMap> records() const;
     void setRecords(const QList<QVariantMap>& records);
 
-    /// Appends a record with these values and endpoints of its own; gives its row.
+    /// Appends a record with a copy of these values; returns its row.
     int add(const QVariantMap& values);
 
-    /// Removes the record at `row` and gives the row to select then. Nothing is removed, and nothing given,
-    /// when it is the only one or there is none.
+    /// Removes the record at `row` and returns the row to select next. Does nothing and returns none if it is
+    /// the only record or there is no such row.
     std::optional<int> remove(int row);
 
 private:

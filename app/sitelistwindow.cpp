@@ -23,9 +23,7 @@ SiteListWindow::SiteListWindow(SiteList& sites, QWidget* parent)
     : QMainWindow(parent), m_sites(sites), m_ui(std::make_unique<Ui::SiteListWindow>())
 {
     m_ui->setupUi(this);
-    m_ui->sourcePathAction->setProperty("tag", 0);
-    m_ui->destinationPathAction->setProperty("tag", 1);
-    // The form scrolls up and down only.
+    // The form scrolls vertically only.
     m_ui->formArea->setMinimumWidth(m_ui->siteForm->minimumSizeHint().width() +
                                     m_ui->formArea->verticalScrollBar()->sizeHint().width());
     m_ui->splitter->setStretchFactor(1, 1);
@@ -52,8 +50,10 @@ void SiteListWindow::connectActions()
     connect(m_ui->updateAction, &QAction::triggered, this, &SiteListWindow::updateRequested);
     connect(m_ui->aboutAction, &QAction::triggered, this, &SiteListWindow::aboutRequested);
     connect(m_ui->quitAction, &QAction::triggered, this, &SiteListWindow::quitRequested);
-    for (QAction* action : {m_ui->sourcePathAction, m_ui->destinationPathAction})
-        connect(action, &QAction::triggered, this, [this, action] { emit pathRequested(action); });
+    connect(m_ui->sourcePathAction, &QAction::triggered, this,
+            [this] { emit folderRequested(SiteSide::Source); });
+    connect(m_ui->destinationPathAction, &QAction::triggered, this,
+            [this] { emit folderRequested(SiteSide::Destination); });
     connect(m_ui->searchAction, &QAction::triggered, m_ui->searchField, qOverload<>(&QWidget::setFocus));
     connect(m_ui->searchAction, &QAction::triggered, m_ui->searchField, &QLineEdit::selectAll);
 }
@@ -63,7 +63,7 @@ void SiteListWindow::connectList()
     m_found.setSourceModel(&m_sites);
     m_found.setFilterRole(SiteList::SearchRole);
     m_found.setFilterCaseSensitivity(Qt::CaseInsensitive);
-    // A record that is being edited stays in sight even when it no longer fits the search.
+    // The record being edited stays visible even if it no longer matches the search.
     m_found.setDynamicSortFilter(false);
     m_ui->sitesTableView->setModel(&m_found);
     m_ui->sitesTableView->setItemDelegate(new SiteItemDelegate(m_ui->sitesTableView));
@@ -85,7 +85,7 @@ void SiteListWindow::connectList()
 void SiteListWindow::connectForm()
 {
     connect(m_ui->siteForm, &SiteForm::openRequested, this, &SiteListWindow::openRequested);
-    connect(m_ui->siteForm, &SiteForm::pathRequested, this, &SiteListWindow::pathRequested);
+    connect(m_ui->siteForm, &SiteForm::folderRequested, this, &SiteListWindow::folderRequested);
 }
 
 int SiteListWindow::selectedRow() const
@@ -119,7 +119,7 @@ void SiteListWindow::search(const QString& text)
 {
     const int before = selectedRow();
     m_found.setFilterFixedString(text);
-    // What was selected stays so while the search finds it; else the first that it finds.
+    // Keep the selection while the search finds it, otherwise select the first match.
     const QModelIndex kept = m_found.mapFromSource(m_sites.index(before));
     m_ui->sitesTableView->setCurrentIndex(kept.isValid() ? kept : m_found.index(0, 0));
     m_ui->sitesTableView->scrollTo(m_ui->sitesTableView->currentIndex());
@@ -133,7 +133,7 @@ void SiteListWindow::showSelected()
     m_ui->sitesTableView->setVisible(!nothing);
     m_ui->emptyListLabel->setVisible(nothing);
     m_ui->emptyListLabel->setText(m_sites.rowCount() == 0 ? tr("No sites yet.\nAdd one to begin.")
-                                                          : tr("No site fits the search."));
+                                                          : tr("No site matches the search."));
     updateActions();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "app/endpointform.h"
 #include "app/sitelist.h"
 
 #include <QMainWindow>
@@ -16,9 +17,8 @@ namespace luma {
 
 class Preferences;
 
-/// The window of the site list: left the sites, to be searched, right the form of the selected one. It shows
-/// and asks; what an action does is decided by who hears its signals. The object's name is `window`. Main
-/// thread only.
+/// The window of the site list: on the left the searchable list, on the right the form of the selected site.
+/// Actions only emit signals. The object's name is `window`. Main thread only.
 class SiteListWindow final : public QMainWindow
 {
     Q_OBJECT
@@ -28,16 +28,16 @@ public:
     explicit SiteListWindow(SiteList& sites, QWidget* parent = nullptr);
     ~SiteListWindow() override;
 
-    /// The selected row of the list, not of what the search has left of it; -1 for none.
+    /// The selected row of the whole list, not of the search result; -1 for none.
     [[nodiscard]] int selectedRow() const;
 
-    /// Selects a row and scrolls to it; a search that hides it is ended.
+    /// Selects a row and scrolls to it; clears a search that hides it.
     void select(int row);
 
-    /// Selects a row and puts the keyboard into its name.
+    /// Selects a row and focuses its name.
     void editNameOf(int row);
 
-    /// Off while a check for updates is running.
+    /// Enables the check for updates; it is disabled while one is running.
     void setUpdateEnabled(bool enabled);
 
     void restoreFrom(const Preferences& preferences);
@@ -47,8 +47,8 @@ signals:
     void addRequested();
     void removeRequested();
     void openRequested();
-    /// The sender's property `tag`: 0 for the source's folder, any other for the destination's.
-    void pathRequested(QObject* sender);
+    /// A chooser for the folder of one side.
+    void folderRequested(SiteSide side);
     void preferencesRequested();
     void productPageRequested();
     void updateRequested();

@@ -9,7 +9,7 @@ namespace luma {
 
 namespace {
 
-// More than a version ever needs: a server's error page must not fill the screen.
+// In characters; keeps a server's error page from filling the screen.
 constexpr qsizetype longestAnswer = 200;
 
 QString updateServer()

@@ -9,9 +9,8 @@
 
 namespace luma {
 
-/// Asks the maker's update server for the current version and words the answer. The versions are compared as
-/// texts: an older one on the server counts as an update too. No state; blocks until the server has answered,
-/// so a window runs it in the background.
+/// Asks the maker's update server for the current version and phrases the answer. Versions are compared as
+/// text: an older one on the server also counts as an update. Stateless.
 class VersionCheck final
 {
 public:
@@ -23,13 +22,14 @@ public:
         Offer offer = Offer::None;
     };
 
-    /// The shell's command line. The environment may name another server; what cannot be a host's name is
+    /// The command line for the shell. The environment may name another server; an invalid host name is
     /// ignored.
     static QString command();
 
-    /// Nothing when the server did not answer (an empty answer).
+    /// None if the server did not answer (an empty answer).
     static std::optional<Notice> notice(const QString& answer, const QString& ownVersion);
 
+    /// Blocks until the server has answered; run it in the background.
     static std::optional<Notice> run(const CommandRunner& shell, const QString& ownVersion);
 };
 

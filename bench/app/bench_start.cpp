@@ -55,7 +55,7 @@ void tell(const char* what)
 void makeSites(Program& program, int count)
 {
     for (int site = 0; site < count; ++site)
-        program.delegate().add(nullptr);
+        program.delegate().add();
 }
 
 // Painted, and a key typed into the search has narrowed the list.

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/commandline.h"
-#include "app/transientrecord.h"
+#include "app/sitetemplate.h"
 #include "browser/endpoint.h"
 #include "tests/support/registry.h"
 
@@ -21,30 +21,24 @@ class tst_commandline final : public QObject
 private slots:
     void arguments_areUnderstood_data()
     {
-        QTest::addColumn<QStringList>("arguments");
+        QTest::addColumn<QString>("arguments");
         QTest::addColumn<Request>("request");
-        QTest::newRow("none") << QStringList() << Request::SiteList;
-        QTest::newRow("two folders") << QStringList{QStringLiteral("a"), QStringLiteral("b")}
-                                     << Request::Folders;
-        QTest::newRow("dash folder") << QStringList{QStringLiteral("--"), QStringLiteral("-c"),
-                                                    QStringLiteral("b")}
-                                     << Request::Folders;
-        QTest::newRow("page") << QStringList{QStringLiteral("page.html")} << Request::Page;
-        QTest::newRow("help") << QStringList{QStringLiteral("a"), QStringLiteral("--help")} << Request::Help;
-        QTest::newRow("version") << QStringList{QStringLiteral("--version")} << Request::Version;
-        QTest::newRow("one folder") << QStringList{QStringLiteral("a")} << Request::Unusable;
-        QTest::newRow("same folder twice")
-            << QStringList{QStringLiteral("a"), QStringLiteral("b/../a")} << Request::Unusable;
-        QTest::newRow("no such folder")
-            << QStringList{QStringLiteral("a"), QStringLiteral("gone")} << Request::Unusable;
-        QTest::newRow("no such page") << QStringList{QStringLiteral("gone.html")} << Request::Unusable;
-        QTest::newRow("unknown option") << QStringList{QStringLiteral("--fast")} << Request::Unusable;
-        QTest::newRow("three") << QStringList{QStringLiteral("a"), QStringLiteral("b"), QStringLiteral("a")}
-                               << Request::Unusable;
+        QTest::newRow("none") << "" << Request::SiteList;
+        QTest::newRow("two folders") << "a b" << Request::Folders;
+        QTest::newRow("dash folder") << "-- -c b" << Request::Folders;
+        QTest::newRow("page") << "page.html" << Request::Page;
+        QTest::newRow("help") << "a --help" << Request::Help;
+        QTest::newRow("version") << "--version" << Request::Version;
+        QTest::newRow("one folder") << "a" << Request::Unusable;
+        QTest::newRow("same folder twice") << "a b/../a" << Request::Unusable;
+        QTest::newRow("no such folder") << "a gone" << Request::Unusable;
+        QTest::newRow("no such page") << "gone.html" << Request::Unusable;
+        QTest::newRow("unknown option") << "--fast" << Request::Unusable;
+        QTest::newRow("three") << "a b a" << Request::Unusable;
     }
     void arguments_areUnderstood()
     {
-        QFETCH(QStringList, arguments);
+        QFETCH(QString, arguments);
         QFETCH(Request, request);
         const QTemporaryDir folder;
         for (const char* name : {"a", "b", "-c"})
@@ -53,7 +47,7 @@ private slots:
         const fs::path before = fs::current_path();
         fs::current_path(folder.path().toStdString());
         std::vector<std::string> given;
-        for (const QString& argument : arguments)
+        for (const QString& argument : arguments.split(u' ', Qt::SkipEmptyParts))
             given.push_back(argument.toStdString());
         const CommandLine line = readCommandLine(given);
         fs::current_path(before);

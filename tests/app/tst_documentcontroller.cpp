@@ -33,15 +33,16 @@ private slots:
         for (const char* name : {"page.html", "photo.png", "PAGE.HTML", "\xff.txt"})
             std::ofstream(at(name)) << name;
         fs::create_symlink("page.html", at("again.html"));
-        m_controller = std::make_unique<DocumentController>([this](const fs::path& file) {
-            m_opened.push_back(file);
-            return true;
-        });
-        m_controller->setPageOpener([this](const fs::path&, const fs::path& siteFolder, QWidget* open) {
-            m_siteFolders.push_back(siteFolder);
-            m_windowsMade += open ? 0 : 1;
-            return open ? open : new QWidget;
-        });
+        m_controller = std::make_unique<DocumentController>(
+            [this](const fs::path& file) {
+                m_opened.push_back(file);
+                return true;
+            },
+            [this](const fs::path&, const fs::path& siteFolder, QWidget* open) {
+                m_siteFolders.push_back(siteFolder);
+                m_windowsMade += open ? 0 : 1;
+                return open ? open : new QWidget;
+            });
     }
 
     void page_hasOneWindowHoweverItIsNamed()
@@ -69,11 +70,6 @@ private slots:
         }
         QVERIFY(!m_controller->open(at("gone.html")));
         QCOMPARE(m_windowsMade, 0);
-    }
-
-    void untitledDocument_isRefusedWithoutHarm()
-    {
-        QVERIFY(!DocumentController::makeUntitledDocument(QStringLiteral("WeblogDocumentType")));
     }
 };
 

@@ -1,5 +1,4 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/endpointnormaliser.h"
 #include "app/sitelist.h"
 #include "app/sitetemplate.h"
 #include "browser/endpoint.h"
@@ -123,37 +122,6 @@ private slots:
         list.setRecords({odd, {}});
         QCOMPARE(list.index(0).data().toString(), QString());
         QCOMPARE(list.records(), (QList<QVariantMap>{odd, {}}));
-    }
-
-    void normalise_trimsBlanksAndOneSlash_data()
-    {
-        QTest::addColumn<QString>("key");
-        QTest::addColumn<QVariant>("before");
-        QTest::addColumn<QVariant>("after");
-        const QString path = endpoint::path;
-        const auto text = [](const char* string) { return QVariant(QString::fromUtf8(string)); };
-        QTest::newRow("path") << path << text("/Users/me/site/ ") << text("/Users/me/site");
-        QTest::newRow("root") << path << text("/") << text("");
-        QTest::newRow("two slashes") << path << text("a//") << text("a/");
-        QTest::newRow("blank before slash") << path << text("a /") << text("a ");
-        QTest::newRow("tabs") << QString(endpoint::server) << text("\t host \t") << text("host");
-        QTest::newRow("line feed stays") << QString(endpoint::server) << text("host\n") << text("host\n");
-        QTest::newRow("slash elsewhere stays") << QString(endpoint::volume) << text(" v/ ") << text("v/");
-        QTest::newRow("blanks alone") << QString(endpoint::user) << text(" \t ") << text("");
-        QTest::newRow("number") << QString(endpoint::sshPortNo) << QVariant(qlonglong{22})
-                                << QVariant(qlonglong{22});
-        QTest::newRow("path that is none")
-            << path << QVariant(QByteArray("/a/ ")) << QVariant(QByteArray("/a/ "));
-    }
-    void normalise_trimsBlanksAndOneSlash()
-    {
-        QFETCH(QString, key);
-        QFETCH(QVariant, before);
-        QFETCH(QVariant, after);
-        ObservedDictionary endpoint({{key, before}});
-        normaliseEndpoint(endpoint);
-        QCOMPARE(endpoint.value(key).typeId(), after.typeId());
-        QCOMPARE(endpoint.value(key), after);
     }
 };
 

@@ -2,7 +2,7 @@
 #include "tests/tour/tour.h"
 
 #include "app/sitelistwindow.h"
-#include "app/transientrecord.h"
+#include "app/sitetemplate.h"
 #include "base/files.h"
 #include "desktop/windowregistry.h"
 #include "tests/support/screenshot.h"
