@@ -38,7 +38,7 @@ protected:
 private:
     QString m_emptyText;
     DropTarget& m_dropTarget;
-    std::vector<std::filesystem::path> m_dragged; // the files of the drag over the view
+    std::vector<std::filesystem::path> m_dragged; // the files of the drag above the view
     bool m_wouldDrop = false;
     QPersistentModelIndex m_dropRow;
 

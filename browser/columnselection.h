@@ -12,9 +12,8 @@ namespace luma {
 class BrowserColumn;
 class FileSystemModel;
 
-/// What is selected in the columns of a browser, by the names of the items. Selecting a folder opens its
-/// column, so the columns may grow and shrink under every call. Main thread only; model and columns outlive
-/// it.
+/// The selection in the columns of a browser, by the names of the items. Selecting a folder opens its column,
+/// so every call may add and remove columns. Main thread only; model and columns outlive it.
 class ColumnSelection final
 {
 public:
@@ -26,13 +25,14 @@ public:
     {}
 
     [[nodiscard]] Path path() const;
-    /// Selects along `path` as far as it goes; what is selected already stays as it is.
+    /// Selects along `path` as far as its items exist; keeps what is already selected.
     void setPath(const Path& path) const;
-    /// The same to `item`. False, and as far as it goes, when the columns don't show it.
+    /// Selects along the path to `item`. If the columns don't show the item, selects as far as possible and
+    /// returns false.
     [[nodiscard]] bool reach(const std::filesystem::path& item) const;
-    /// Selects in the last column the rows of these names, when there are any, and shows the first.
+    /// Selects the rows with these names in the last column, if there are any, and scrolls to the first.
     void selectInLastColumn(const std::vector<std::string>& names) const;
-    /// The same in the column that shows `folder`, when there is one.
+    /// The same in the column of `folder`, if it is shown.
     void selectInFolder(const std::filesystem::path& folder, const std::vector<std::string>& names) const;
 
 private:

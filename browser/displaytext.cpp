@@ -9,7 +9,7 @@ namespace luma {
 
 namespace {
 
-/// Nothing for what can be shown as it is.
+/// Empty for a character that is shown unchanged.
 QString escapeOf(char16_t unit)
 {
     if (unit == u'\n')

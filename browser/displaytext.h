@@ -8,14 +8,12 @@
 
 namespace luma {
 
-/// A file name as the screen shows it: UTF-8 decoded, U+FFFD for what is not UTF-8, and a visible escape
-/// ("\n",
-/// "\x1b") for every control character and line separator, so that a name keeps to one line. For reading
-/// only: the file is always found by its bytes.
+/// A file name for display: decoded from UTF-8, with U+FFFD for invalid bytes and a visible escape ("\n",
+/// "\x1b") for every control character and line separator, so that it stays on one line. Not for finding
+/// the file again.
 QString displayText(std::string_view name);
 
-/// The key by which names are ordered when letter case is ignored: the case-folded name. Keys compare as
-/// bytes.
+/// The key for ordering names regardless of letter case: the case-folded name. Compare keys as bytes.
 std::string collationKey(std::string_view name);
 
 } // namespace luma

@@ -14,7 +14,7 @@ namespace luma {
 
 namespace {
 
-// As a string where one can hold it: a name's bytes may be no text, or characters that XML refuses.
+// As a string if possible: a name may not be valid text, or contain characters that XML forbids.
 QVariant entryFor(const std::filesystem::path& path)
 {
     const QByteArray bytes = QByteArray::fromStdString(path.native());
@@ -31,13 +31,13 @@ std::string bytesOf(const QVariant& entry)
                                                 : entry.toByteArray().toStdString();
 }
 
-// The bytes of the path; empty for what is no file of this machine.
+// The bytes of the path; empty if it is not a file on this host.
 QByteArray localPathOf(QByteArray uri)
 {
     if (uri.left(5).toLower() != "file:")
         return {};
     uri.remove(0, 5);
-    // RFC 8089: "file:/path" is right too, and the host may be named.
+    // RFC 8089: "file:/path" is valid too, and the host may be given.
     if (uri.startsWith("//")) {
         const qsizetype path = uri.indexOf('/', 2);
         const QByteArray host = path < 0 ? uri.mid(2) : uri.mid(2, path - 2);

@@ -8,20 +8,19 @@
 
 namespace luma {
 
-/// The type under which panes hand each other paths: an XML property list holding an array of full paths.
+/// The MIME type of drags between panes: an XML property list of an array of full paths.
 inline constexpr char dragRecordType[] = "application/x-luma-paths";
 
-/// A path is a string where a property list can hold it, else data (a name that is not UTF-8, or that holds
-/// control characters).
+/// A path is stored as a string if possible, otherwise as data (a name that is not UTF-8 or contains control
+/// characters).
 QByteArray dragRecord(const std::vector<std::filesystem::path>& paths);
-/// What dragRecord() wrote; entries of another kind are left out, and anything else is no paths at all.
+/// The paths in a record of dragRecord(), without entries of other types; none if it is not such a record.
 std::vector<std::filesystem::path> pathsOfDragRecord(const QByteArray& record);
 
-/// The same paths for other programs (text/uri-list, RFC 2483): every byte that may not stand in a URL is
-/// percent-encoded, so that a name of any bytes arrives.
+/// The same paths for other programs (text/uri-list, RFC 2483): every byte not allowed in a URL is
+/// percent-encoded, so names of any bytes are preserved.
 QByteArray uriList(const std::vector<std::filesystem::path>& paths);
-/// The local files of such a list, whoever wrote it; comments, other URLs and files of other machines are
-/// left out.
+/// The local files in a list written by any program, without comments, other URLs and files on other hosts.
 std::vector<std::filesystem::path> pathsOfUriList(const QByteArray& list);
 
 } // namespace luma

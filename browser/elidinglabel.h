@@ -5,7 +5,7 @@
 
 namespace luma {
 
-/// A label of one line that leaves out the middle of a text that has no room; text() stays whole.
+/// A label of one line that elides the middle of a text that does not fit; text() is always complete.
 class ElidingLabel final : public QLabel
 {
     Q_OBJECT

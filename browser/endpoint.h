@@ -6,9 +6,9 @@
 
 #include <array>
 
-/// The keys of an endpoint dictionary: where one side of a site lies and how it is reached. All values are
-/// strings but for `autoconnect`, an integer number (1 = connect when the site's window opens). The ssh port
-/// is a string on purpose: it is pasted into command lines as it stands.
+/// The keys of an endpoint dictionary: where one side of a site is and how it is reached. All values are
+/// strings except `autoconnect`, an integer (1 = connect when the site's window opens). The ssh port is a
+/// string because it goes into command lines unchanged.
 namespace luma::endpoint {
 
 inline constexpr QLatin1StringView protocol{"protocol"};
@@ -20,19 +20,19 @@ inline constexpr QLatin1StringView password{"password"};
 inline constexpr QLatin1StringView autoconnect{"autoconnect"};
 inline constexpr QLatin1StringView sshPortNo{"sshPortNo"};
 
-/// The protocol of a local folder; any other is a server's.
+/// The protocol of a local folder; any other means a server.
 inline constexpr QLatin1StringView fileProtocol{"file://"};
 
-/// A protocol that a user can choose: as it begins a URL, and in words, untranslated, in the translation
-/// context "luma::endpoint".
+/// A protocol that a user can choose: the beginning of its URLs, and its description, untranslated, in the
+/// translation context "luma::endpoint".
 struct Protocol
 {
     QLatin1StringView scheme;
     const char* meaning;
 };
 
-/// What can be chosen, in the order of the menus: local folders, and what the desktop's network file systems
-/// serve.
+/// The protocols to choose from, in the order of the menus: local folders and those of the desktop's network
+/// file systems.
 inline constexpr std::array protocols = {
     Protocol{fileProtocol, QT_TRANSLATE_NOOP("luma::endpoint", "Local folder")},
     Protocol{QLatin1StringView("smb://"), QT_TRANSLATE_NOOP("luma::endpoint", "Windows share")},

@@ -56,7 +56,7 @@ void FileJobs::deleteItems(const Paths& items)
         {});
 }
 
-/// Runs `job` in the background; it answers whether the disk may have changed.
+/// Runs `job` in the background; it returns whether the disk may have changed.
 void FileJobs::run(std::function<bool()> job, const Paths& select)
 {
     setRunning(m_running + 1);

@@ -11,9 +11,9 @@ class QWidget;
 
 namespace luma {
 
-/// What a pane's menu and keys do to files: new folders, duplicates, and deletions after one question.
-/// Copying and deleting run in the background on values of their own; the pane may go meanwhile. What fails
-/// leaves the disk as it was and is told to nobody. Main thread only.
+/// The file operations of a pane's menu and keys: new folders, duplicates, and deletions after one question.
+/// Copying and deleting run in the background on copies of their values, even if the pane is destroyed. A
+/// failed operation changes nothing; failures are ignored. Main thread only.
 class FileJobs final : public QObject
 {
     Q_OBJECT
@@ -21,22 +21,22 @@ class FileJobs final : public QObject
 public:
     using Paths = std::vector<std::filesystem::path>;
 
-    /// The question is a sheet of the window that `pane` is in; `pane` owns the jobs.
+    /// `pane` owns the jobs; its window gets the question as a sheet.
     explicit FileJobs(QWidget* pane);
 
     [[nodiscard]] bool isRunning() const { return m_running > 0; }
 
-    /// Makes "New Folder" in `parent`; whether it is new or was there before, it is to be selected.
+    /// Creates "New Folder" in `parent` and has it selected, even if it existed before.
     void newFolder(const std::filesystem::path& parent);
-    /// Copies an item beside itself; the copy, or what had its name before, is to be selected.
+    /// Copies an item beside itself and has the copy selected, or the item that already has its name.
     void duplicate(const std::filesystem::path& item);
-    /// Asks, then deletes the items for good.
+    /// Asks, then permanently deletes the items.
     void confirmDeletion(const Paths& items);
 
 signals:
-    /// A job has begun or ended.
+    /// A job has started or ended.
     void runningChanged();
-    /// The disk may have changed; these items are to be selected.
+    /// The disk may have changed; select these items.
     void changed(const luma::FileJobs::Paths& select);
 
 private:

@@ -26,7 +26,7 @@ Result<void> newFolder(const std::filesystem::path& parent)
 std::filesystem::path duplicatePath(const std::filesystem::path& item)
 {
     std::string extension = item.extension().string();
-    // A dot at the end begins no extension.
+    // A final dot does not start an extension.
     const std::string base = extension == "." ? item.filename().string() : item.stem().string();
     if (extension == ".")
         extension.clear();

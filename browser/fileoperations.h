@@ -6,18 +6,18 @@
 
 #include <filesystem>
 
-/// What the pane's menu does to files, without a screen. Any thread.
+/// The file operations behind the pane's menu. Any thread.
 namespace luma::fileoperations {
 
-/// Where a new folder of `parent` goes: "New Folder" in it.
+/// The path of a new folder in `parent`: "New Folder".
 std::filesystem::path newFolderPath(const std::filesystem::path& parent);
-/// Creates that folder; an error, and nothing changed, when the name is taken.
+/// Creates that folder. Fails if the name is taken.
 Result<void> newFolder(const std::filesystem::path& parent);
 
-/// Where the copy of an item goes: beside it, " copy" put before the extension.
+/// The path of an item's copy: beside it, with " copy" before the extension.
 std::filesystem::path duplicatePath(const std::filesystem::path& item);
-/// Copies an item, a folder whole, to that place; an error, and nothing changed, when the name is taken or
-/// the copy is no longer wanted.
+/// Copies an item, a folder with its contents, to that path. Fails and leaves no copy if the name is taken
+/// or the copy is no longer wanted.
 Result<void> duplicate(const std::filesystem::path& item, const StillWanted& stillWanted = {});
 
 } // namespace luma::fileoperations

@@ -143,12 +143,12 @@ QWidget* FileSystemBrowserCell::createEditor(QWidget* parent, const QStyleOption
 void FileSystemBrowserCell::setEditorData(QWidget* editor, const QModelIndex& index) const
 {
     auto* line = qobject_cast<QLineEdit*>(editor);
-    // A refresh must not take away what the user has typed so far.
+    // A refresh must not overwrite what the user has typed so far.
     if (!line || line->isModified())
         return;
     const QString name = index.data(Qt::EditRole).toString();
     line->setText(name);
-    // The view selects everything once the editor is open; the base name alone is what a rename changes.
+    // Queued, for the view selects everything once the editor is open.
     const int length = editedLength(name, !isLeaf(index));
     QMetaObject::invokeMethod(
         line, [line, length] { line->setSelection(0, length); }, Qt::QueuedConnection);
@@ -167,7 +167,7 @@ bool FileSystemBrowserCell::helpEvent(QHelpEvent* event, QAbstractItemView* view
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     const QString name = index.data().toString();
     const bool cut = option.fontMetrics.horizontalAdvance(name) > textRect(option, index).width();
-    // As plain text: a file name is no markup.
+    // A file name is plain text, not markup.
     QToolTip::showText(event->globalPos(), cut ? name.toHtmlEscaped() : QString(), view);
     return true;
 }

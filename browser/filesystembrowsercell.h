@@ -5,8 +5,8 @@
 
 namespace luma {
 
-/// Draws one item of a browser column: the tint of its label over the whole row, its icon, its name with the
-/// middle left out when it is too long, and an arrow for what opens as a folder. Edits the name in place.
+/// Draws one item of a browser column: the tint of its label over the whole row, its icon, its name, elided in
+/// the middle if it is too long, and an arrow for a folder that opens. Edits the name in place.
 class FileSystemBrowserCell final : public QStyledItemDelegate
 {
     Q_OBJECT
@@ -14,11 +14,11 @@ class FileSystemBrowserCell final : public QStyledItemDelegate
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
 
-    /// Where the icon goes within a cell: 16 by 16, 4 from the left, centred, rounded to whole points.
+    /// The place of the icon in a cell: 16 by 16, 4 from the left, vertically centred, on whole points.
     static QRect imageRectForBounds(const QRect& bounds);
-    /// Where the name goes, the editor too: from 22 points on, and from 2 below the top.
+    /// The place of the name and its editor: 22 points from the left, 2 below the top.
     static QRect titleRectForBounds(const QRect& bounds);
-    /// How many characters of a name the rename editor selects: all before the extension, of a folder all.
+    /// How many characters the rename editor selects: those before the extension; for a folder all.
     static int editedLength(const QString& name, bool isFolder);
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,

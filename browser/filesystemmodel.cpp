@@ -15,7 +15,7 @@ namespace {
 
 using Nodes = std::vector<FileSystemNodePointer>;
 
-/// With more changes than this it is cheaper for everybody to show the folder anew.
+/// With more changes than this it is faster to replace all rows of the folder.
 constexpr std::size_t maximumRanges = 500;
 
 bool standsBefore(const FileSystemNode& a, const FileSystemNode& b)
@@ -26,7 +26,7 @@ bool standsBefore(const FileSystemNode& a, const FileSystemNode& b)
 
 } // namespace
 
-/// A folder whose rows have been asked for. An index points at the record of the folder that it is a row of.
+/// A folder whose rows have been used. An index points to the record of the folder that contains its row.
 struct FileSystemModel::Folder
 {
     FileSystemNodePointer node;
@@ -78,7 +78,7 @@ FileSystemNodePointer FileSystemModel::node(const QModelIndex& index) const
     return static_cast<Folder*>(index.internalPointer())->rows[static_cast<std::size_t>(index.row())];
 }
 
-/// The record of the folder at `index`, made and listed when there is none yet; null for a leaf.
+/// The record of the folder at `index`; creates and lists it on first use. Null for a leaf.
 FileSystemModel::Folder* FileSystemModel::folderAt(const QModelIndex& index) const
 {
     auto* self = const_cast<FileSystemModel*>(this);
@@ -130,7 +130,7 @@ void FileSystemModel::refresh(const QModelIndexList& shown)
     if (!m_root)
         return;
     QList<QPersistentModelIndex> wanted(shown.begin(), shown.end());
-    // A folder passed by keeps its rows until it is shown; whoever stands on the way to a shown one is shown.
+    // A skipped folder keeps its rows until it is shown; all folders above a shown one are shown too.
     const auto markStale = [](auto&& self, Folder& folder) -> void {
         folder.stale = true;
         for (const auto& opened : folder.opened)
@@ -196,7 +196,7 @@ void FileSystemModel::replaceAll(Folder& folder, const Nodes& nodes)
         insertRange(folder, 0, nodes);
 }
 
-/// The rows stand for the right items by now; the new nodes take the place of the old ones.
+/// The rows already match the listing; replaces the old nodes by the new ones.
 void FileSystemModel::adoptNodes(Folder& folder, const Nodes& nodes)
 {
     int firstChanged = -1;
@@ -271,7 +271,7 @@ bool FileSystemModel::setData(const QModelIndex& index, const QVariant& value, i
     if (!index.isValid() || role != Qt::EditRole)
         return false;
     const FileSystemNodePointer item = node(index);
-    // What the screen shows may be less than the name's bytes; an untouched text renames nothing.
+    // The displayed text may not contain all of the name's bytes, so an unchanged text must not rename.
     if (value.toString() == item->displayName())
         return false;
     const std::filesystem::path oldPath = item->url();
@@ -310,7 +310,7 @@ void FileSystemModel::moveToSortedPlace(Folder& folder, int row)
             opened->row = target;
         endMoveRows();
     }
-    // Everything below it has another path now.
+    // Everything below it has a new path.
     if (opened)
         refreshFolder(*opened);
 }

@@ -7,10 +7,10 @@
 
 namespace luma {
 
-/// The tree of FileSystemNode as the columns of a Browser see it, one column wide. Folders are listed when
-/// their rows are first asked for. refresh() lists again and tells exactly what came and went, so that
-/// selection, scroll position and open columns stay; nodes do not survive it, indexes of what is still there
-/// do. Renames go through setData() with Qt::EditRole. Main thread only.
+/// The tree of FileSystemNode as a model of one column for a Browser. Folders are listed on first use.
+/// refresh() lists again and reports exactly which rows came and went, so that selection, scroll position and
+/// open columns stay; it replaces the nodes, but indexes of remaining items stay valid. Renames go through
+/// setData() with Qt::EditRole. Main thread only.
 class FileSystemModel final : public QAbstractItemModel
 {
     Q_OBJECT
@@ -25,20 +25,20 @@ public:
     explicit FileSystemModel(QObject* parent = nullptr);
     ~FileSystemModel() override;
 
-    /// The root whose children fill the first column; null empties the model.
+    /// Sets the root, whose children fill the first column; null empties the model.
     void setRootNode(FileSystemNodePointer root);
     [[nodiscard]] const FileSystemNodePointer& rootNode() const;
 
-    /// The node at `index`, the root for an invalid one. Null when there is no root.
+    /// The node at `index`, or the root for an invalid index; null without a root.
     [[nodiscard]] FileSystemNodePointer node(const QModelIndex& index) const;
     /// The row of the item called `name` (bytes) in `folder`, or an invalid index.
     [[nodiscard]] QModelIndex childNamed(const QModelIndex& folder, const std::string& name) const;
 
-    /// Forgets every listing and all indexes; the root is listed anew.
+    /// Discards all listings and indexes and lists the root again.
     void reload();
-    /// Lists the root and the folders in `shown` again; other folders follow when bringUpToDate() is called.
+    /// Lists the root and the folders in `shown` again; other folders only when bringUpToDate() is called.
     void refresh(const QModelIndexList& shown);
-    /// Lists a folder again if a refresh() passed it by. Call before showing it.
+    /// Lists a folder again if a refresh() has skipped it. Call before showing it.
     void bringUpToDate(const QModelIndex& folder);
 
     [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
@@ -54,7 +54,7 @@ public:
     [[nodiscard]] Qt::DropActions supportedDragActions() const override;
 
 signals:
-    /// An item has got a new name on the disk.
+    /// An item has been renamed on disk.
     void renamed(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
     void renameFailed(const QString& reason);
 

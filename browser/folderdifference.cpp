@@ -21,7 +21,7 @@ LeafByName leavesByName(const Nodes& nodes)
     return leaves;
 }
 
-/// The runs of `nodes` that `others` does not hold, in ascending order.
+/// The ranges of `nodes` that `others` does not contain, in ascending order.
 std::vector<RowRange> missingFrom(const LeafByName& others, const Nodes& nodes)
 {
     std::vector<RowRange> ranges;

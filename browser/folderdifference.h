@@ -7,16 +7,16 @@
 
 namespace luma {
 
-/// Rows first to last, both in.
+/// The rows from `first` to `last`, both included.
 struct RowRange
 {
     int first = 0;
     int last = 0;
 };
 
-/// What turns one listing of a folder into a later one: first `removed`, rows of the old listing from the
-/// last range to the first; then `inserted`, rows of the new listing from the first range to the last. An
-/// item that turned from a file into a folder, or back, is another item.
+/// The changes that turn one listing of a folder into a later one: first remove `removed`, rows of the old
+/// listing, last range first; then insert `inserted`, rows of the new listing, first range first. A file that
+/// has become a folder, or the reverse, is a different item.
 struct FolderDifference
 {
     std::vector<RowRange> removed;

@@ -11,9 +11,9 @@ namespace luma {
 
 namespace {
 
-/// The screen gets at least this many times what a refresh takes.
+/// The pause after a refresh, as a multiple of the time that the refresh took.
 constexpr qint64 restPerRefresh = 4;
-constexpr int patienceWithWatcher = 200;
+constexpr int patienceWithWatcher = 200; // milliseconds
 
 } // namespace
 
@@ -57,7 +57,7 @@ void FolderWatcher::stop()
         return;
     watcherTask->closeWriteChannel();
     watcherTask->terminate();
-    // It ends at once, unless the disk holds it up.
+    // Ends at once, unless the disk blocks it.
     if (watcherTask->state() != QProcess::NotRunning && !watcherTask->waitForFinished(patienceWithWatcher)) {
         watcherTask->kill();
         watcherTask->waitForFinished();

@@ -14,10 +14,10 @@ namespace luma {
 
 class NotificationObserver;
 
-/// The watcher process of one pane: runs from start() to stop() and ends with this object, or with this
-/// program, however that ends. Without a watcher program the pane works on, only changed() never comes. When
-/// what hears changed() is slow, the next one waits until the screen has had its share of the time. Main
-/// thread only.
+/// The watcher process of one pane: runs from start() to stop(), and ends with this object or with this
+/// program, even if that crashes. If the watcher can't be started, changed() is never emitted. When the slots
+/// of changed() are slow, the next one is delayed so that the user interface keeps responding. Main thread
+/// only.
 class FolderWatcher final : public QObject
 {
     Q_OBJECT
@@ -26,10 +26,10 @@ public:
     explicit FolderWatcher(QObject* parent = nullptr);
     ~FolderWatcher() override;
 
-    /// Watches `folder` with all below it. `caption` tells the panes' watchers apart.
+    /// Watches `folder` recursively. `caption` distinguishes the watchers of the panes.
     void start(const QString& caption, const std::filesystem::path& folder);
     void stop();
-    /// The process id of the running watcher; 0 for none.
+    /// The process id of the watcher; 0 if none is running.
     [[nodiscard]] qint64 processId() const;
 
 signals:

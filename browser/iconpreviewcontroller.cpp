@@ -21,7 +21,7 @@ constexpr QSize thumbnailSize(195, 165);
 constexpr QSize previewIconSize(96, 96);
 constexpr QSize headerIconSize(16, 16);
 
-/// Size and time of the last change, for a reader.
+/// Size and time of the last change, for display.
 QString factsOf(const std::filesystem::path& path)
 {
     struct stat status = {};

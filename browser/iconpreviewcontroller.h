@@ -11,9 +11,9 @@ class QWidget;
 
 namespace luma {
 
-/// Shows one node: as the preview of a leaf (layout PreviewView: a thumbnail of the file, its name and facts)
-/// or as the header of a column (layout HeaderView: icon and name). The thumbnail is made on a background
-/// thread; a later one, or the end of the view, drops it.
+/// Shows one node: as the preview of a leaf (layout PreviewView: thumbnail, name, size and time) or as the
+/// header of a column (layout HeaderView: icon and name). The thumbnail is made in the background and dropped
+/// if another node is set or the view is destroyed first. Main thread only.
 class IconPreviewController final : public QObject
 {
     Q_OBJECT
@@ -21,7 +21,7 @@ class IconPreviewController final : public QObject
 public:
     enum class Layout { PreviewView, HeaderView };
 
-    /// The view belongs to `parent`.
+    /// `parent` owns the view.
     IconPreviewController(Layout layout, QWidget* parent);
     ~IconPreviewController() override;
 

@@ -54,7 +54,7 @@ void JobLog::passOn(bool isFull)
     if (!isFull)
         return;
     m_whenFull(*this);
-    // The screen may be gone; then nobody will ever read it.
+    // Not taken: the window is gone.
     const std::scoped_lock lock(m_mutex);
     if (m_waiting.size() > mostWaiting)
         m_waiting.clear();

@@ -13,24 +13,24 @@
 
 namespace luma {
 
-/// What a job says, on its way from the job's thread to the screen: text gathers here, and the main thread
-/// takes it in lots, in the order in which it came. It remembers which file a line speaks of. A job that runs
-/// far ahead of the screen is held up by the callable for a full log. Any thread.
+/// The log of a job on its way from the job's thread to the screen: text collects here, and the main thread
+/// takes it in batches, in order. Remembers which file a line is about. A job that gets far ahead of the
+/// screen has to wait in `whenFull`. Any thread.
 class JobLog final
 {
 public:
-    /// `whenFull` is called on the job's thread and should take(); what nobody took by then is dropped.
+    /// `whenFull` is called on the job's thread and should call take(); text not taken then is dropped.
     explicit JobLog(std::function<void(JobLog& log)> whenFull) : m_whenFull(std::move(whenFull)) {}
 
     /// Text with its line feeds.
     void addText(std::string_view text);
-    /// One line without its line feed; control characters in it are shown as escapes, so that it stays one.
-    /// This line and those up to the next one with a file speak of `file`, unless that is empty.
+    /// One line without its line feed; control characters become visible escapes, so that it stays one line.
+    /// Unless `file` is empty, this line and those up to the next line with a file are about `file`.
     void addLine(std::string_view line, std::filesystem::path file = {});
 
-    /// All that was added since it was last called.
+    /// The text added since the last call.
     QString take();
-    /// The file that line `number`, counted from 0, speaks of; empty when there is none.
+    /// The file that line `number`, counted from 0, is about; empty for none.
     [[nodiscard]] std::filesystem::path fileOfLine(int number) const;
 
 private:

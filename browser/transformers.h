@@ -6,8 +6,7 @@
 
 namespace luma {
 
-/// The named functions through which the pane's controls follow its values. An absent value is an invalid
-/// QVariant.
+/// The value transformers of the pane's controls, found by name. An absent value is an invalid QVariant.
 class Transformers final
 {
 public:
@@ -16,7 +15,7 @@ public:
     /// "ConnectTransformer", "FilePathTransformer" or "SMBPathTransformer"; null for any other name.
     static Function named(QStringView className);
 
-    /// The title of a button that connects or disconnects: "Disconnect" for a present value, else "Connect".
+    /// The title of the button that connects or disconnects: "Disconnect" for a present value, else "Connect".
     static QString ConnectTransformer(const QVariant& value);
     /// "0" for the text "file://", "1" for anything else.
     static QString FilePathTransformer(const QVariant& value);

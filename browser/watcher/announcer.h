@@ -7,18 +7,17 @@
 
 namespace luma {
 
-/// Posts the watcher's notification, at most once in the shortest interval and never leaving out the last
-/// change.
+/// Posts the watcher's notification: at most once per interval, and always after the last change.
 class Announcer final
 {
 public:
     static constexpr auto shortestInterval = std::chrono::milliseconds(100);
 
-    /// The notification is called "folderChanged" followed by `caption`; its object is this process's id.
+    /// The notification's name is "folderChanged" followed by `caption`; its object is this process's id.
     explicit Announcer(const QString& caption);
 
     void changed() { m_pending = true; }
-    /// Posts when it is time; answers how many milliseconds until then, -1 when nothing waits.
+    /// Posts if it is time; returns the milliseconds until then, or -1 if nothing is pending.
     int postIfDue();
 
 private:

@@ -63,7 +63,7 @@ void FolderTreeWatch::setUp()
         addTree(m_root.native());
 }
 
-/// Watches first and lists then: what comes in between is seen twice rather than never.
+/// Watches first and lists then, so that an item created in between is seen twice rather than missed.
 void FolderTreeWatch::addTree(const std::string& folder)
 {
     std::vector<std::string> waiting = {folder};
@@ -78,7 +78,7 @@ void FolderTreeWatch::addTree(const std::string& folder)
     }
 }
 
-/// False when there is no such folder, or none that may be read.
+/// False if the folder does not exist or can't be read.
 bool FolderTreeWatch::addFolder(const std::string& folder)
 {
     const std::uint32_t follow = folder == m_root.native() ? 0U : IN_DONT_FOLLOW;
@@ -98,7 +98,7 @@ bool FolderTreeWatch::addFolder(const std::string& folder)
     return true;
 }
 
-/// What changed after the start but before its folder was watched has changed as well.
+/// Also detects changes made after the start but before the folder was watched.
 void FolderTreeWatch::noteEarlyChange(const std::string& folder)
 {
     if (m_started < changeTime(folder))
@@ -116,7 +116,7 @@ void FolderTreeWatch::forget(int watch)
     m_pathByWatch.erase(found);
 }
 
-/// A folder that was moved away keeps its watches unless they are taken back.
+/// A folder that was moved away would keep its watches.
 void FolderTreeWatch::removeTree(const std::string& folder)
 {
     for (auto entry = m_watchByPath.lower_bound(folder);

@@ -14,22 +14,22 @@
 
 namespace luma {
 
-/// Watches a folder with all below it through inotify(7). Folders that come are watched, folders that go are
-/// let go; a symbolic link is never followed, but for the root itself. When the kernel's queue overflows
-/// everything is set up anew; a folder that the kernel has no watch left for is looked at from time to time;
-/// a root that goes is waited for. Not thread-safe.
+/// Watches a folder recursively through inotify(7). Follows folders as they come and go; never follows a
+/// symbolic link, except for the root itself. When the kernel's queue overflows, everything is set up again;
+/// folders for which the kernel has no watch left are polled; a root that disappears is waited for. Not
+/// thread-safe.
 class FolderTreeWatch final
 {
 public:
     explicit FolderTreeWatch(std::filesystem::path root);
 
-    /// Readable when something has happened; -1 when the kernel gives no descriptor.
+    /// Readable when there are events; -1 if inotify is not available.
     [[nodiscard]] int descriptor() const { return m_inotify.get(); }
-    /// How long, in milliseconds, until lookAround() should be called; -1 for never.
+    /// Milliseconds until lookAround() should be called; -1 for never.
     [[nodiscard]] int patience() const;
-    /// Takes in what has happened. True when something has changed.
+    /// Reads the pending events. True if something has changed.
     bool readEvents();
-    /// Looks at what inotify does not tell. True when something has changed.
+    /// Polls what inotify does not report. True if something has changed.
     bool lookAround();
     [[nodiscard]] std::size_t watchCount() const { return m_pathByWatch.size(); }
 

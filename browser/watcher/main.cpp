@@ -25,12 +25,12 @@ int terminationDescriptor()
     sigaddset(&endings, SIGTERM);
     sigaddset(&endings, SIGINT);
     sigaddset(&endings, SIGHUP);
-    // Blocked before any thread is made, so that every thread inherits it.
+    // Blocked before any thread is created, so that every thread inherits it.
     sigprocmask(SIG_BLOCK, &endings, nullptr);
     return ::signalfd(-1, &endings, SFD_CLOEXEC);
 }
 
-/// True once the other end of standard input is closed.
+/// Whether the other end of standard input is closed.
 bool parentIsGone(short events)
 {
     std::array<char, 256> ignored = {};
@@ -66,9 +66,9 @@ void watch(const std::filesystem::path& folder, Announcer& announcer, int termin
 
 } // namespace
 
-/// Watches a folder with all below it and posts the notification "folderChanged" followed by the caption,
-/// with this process's id as the object, whenever something in it has changed. Ends with SIGTERM, or when
-/// standard input is closed.
+/// Watches a folder recursively and posts the notification "folderChanged" followed by the caption, with this
+/// process's id as its object, whenever something in it has changed. Ends on SIGTERM, or when standard input
+/// is closed.
 int main(int argc, char** argv)
 {
     const int termination = terminationDescriptor();
