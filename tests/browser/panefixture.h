@@ -6,18 +6,17 @@
 #include "browser/endpoint.h"
 #include "browser/panehost.h"
 #include "tests/support/screenshot.h"
+#include "tests/support/site.h"
 #include "tests/support/unavailablemounter.h"
 
 #include <QLabel>
 #include <QMainWindow>
-#include <QTemporaryDir>
 
 #include <filesystem>
-#include <fstream>
 
 namespace luma::test {
 
-/// The window's report, written down.
+/// A report that records its log.
 class Recorder final : public ProgressReporter
 {
 public:
@@ -53,13 +52,8 @@ class PaneFixture final : public PaneHost
 public:
     explicit PaneFixture(std::shared_ptr<VolumeMounter> mounter = std::make_shared<UnavailableMounter>())
     {
-        put("index.html");
-        put("css/main.css");
-        put("css/print.css");
-        put("images/logo.png");
-        put(".htaccess");
         endpoint->setValue(endpoint::protocol, QString(endpoint::fileProtocol));
-        endpoint->setValue(endpoint::path, folder.path());
+        endpoint->setValue(endpoint::path, QString::fromStdString(folder.root()));
         endpoint->setValue(endpoint::autoconnect, 1);
         pane = new BrowserController(QStringLiteral("Source"), endpoint, std::move(mounter), *this, &window);
         window.setCentralWidget(pane->widget());
@@ -67,15 +61,8 @@ public:
         window.show();
     }
 
-    [[nodiscard]] std::filesystem::path at(const char* name) const
-    {
-        return std::filesystem::path(folder.path().toStdString()) / name;
-    }
-    void put(const char* name) const
-    {
-        std::filesystem::create_directories(at(name).parent_path());
-        std::ofstream(at(name)) << name;
-    }
+    [[nodiscard]] std::filesystem::path at(const char* name) const { return folder.at(name); }
+    void put(const char* name) const { folder.put(name); }
     template <class Widget>
     [[nodiscard]] Widget* find(const char* name) const
     {
@@ -87,7 +74,11 @@ public:
     ProgressReporter& progress() override { return report; }
     QString excludedFolders() const override { return {}; }
 
-    QTemporaryDir folder;
+    Site folder{{{"index.html", ""},
+                 {"css/main.css", ""},
+                 {"css/print.css", ""},
+                 {"images/logo.png", ""},
+                 {".htaccess", ""}}};
     Recorder report;
     std::shared_ptr<ObservedDictionary> endpoint = std::make_shared<ObservedDictionary>();
     QMainWindow window;

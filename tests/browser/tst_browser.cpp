@@ -2,16 +2,14 @@
 #include "browser/browser.h"
 #include "browser/filesystembrowsercell.h"
 #include "tests/support/registry.h"
+#include "tests/support/site.h"
 
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QScrollBar>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
-
-#include <fstream>
 
 namespace fs = std::filesystem;
 using namespace luma;
@@ -21,16 +19,12 @@ class tst_browser final : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<test::Site> m_site;
     std::unique_ptr<Browser> m_browser;
     int m_beeps = 0;
 
-    fs::path at(const std::string& name) const { return fs::path(m_folder->path().toStdString()) / name; }
-    void put(const std::string& name) const
-    {
-        fs::create_directories(at(name).parent_path());
-        std::ofstream(at(name)) << name;
-    }
+    fs::path at(std::string_view name) const { return m_site->at(name); }
+    void put(std::string_view name) const { m_site->put(name); }
     QListView& list(int column) const
     {
         auto* view = m_browser->findChild<QListView*>(QStringLiteral("browserList%1").arg(column));
@@ -63,10 +57,11 @@ private:
 private slots:
     void init()
     {
-        m_folder = std::make_unique<QTemporaryDir>();
-        for (const char* name :
-             {"css/deep/a.css", "css/main.css", "css/print.css", "images/logo.svg", "index.html"})
-            put(name);
+        m_site = std::make_unique<test::Site>(test::Files{{"css/deep/a.css", ""},
+                                                          {"css/main.css", ""},
+                                                          {"css/print.css", ""},
+                                                          {"images/logo.svg", ""},
+                                                          {"index.html", ""}});
         m_browser = std::make_unique<Browser>();
         m_browser->setBeep([this] { ++m_beeps; });
         m_browser->resize(800, 300);

@@ -2,10 +2,10 @@
 #include "browser/folderwatcher.h"
 #include "desktop/notifications.h"
 #include "tests/support/registry.h"
+#include "tests/support/site.h"
 
 #include <QProcess>
 #include <QSignalSpy>
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <csignal>
@@ -23,11 +23,11 @@ class tst_folderwatcher final : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<test::Site> m_site;
     std::unique_ptr<FolderWatcher> m_watcher;
 
-    fs::path at(const std::string& name) const { return fs::path(m_folder->path().toStdString()) / name; }
-    void put(const std::string& name) const { std::ofstream(at(name)) << name; }
+    fs::path at(std::string_view name) const { return m_site->at(name); }
+    void put(std::string_view name) const { m_site->put(name); }
 
     /// Starts the watcher and waits until it hears of changes.
     void watch(QSignalSpy& spy)
@@ -49,7 +49,7 @@ private:
 private slots:
     void init()
     {
-        m_folder = std::make_unique<QTemporaryDir>();
+        m_site = std::make_unique<test::Site>();
         m_watcher = std::make_unique<FolderWatcher>();
     }
     void cleanup() { m_watcher.reset(); }
@@ -102,12 +102,12 @@ private slots:
 
     void linkOut_isNotFollowed()
     {
-        const QTemporaryDir outside;
-        fs::create_directory_symlink(outside.path().toStdString(), at("link"));
+        const test::Site outside;
+        fs::create_directory_symlink(outside.root(), at("link"));
         fs::create_directory_symlink(at(""), at("circle"));
         QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
         watch(spy);
-        std::ofstream(outside.path().toStdString() + "/file") << 1;
+        outside.put("file");
         QVERIFY(!spy.wait(500));
     }
 
@@ -160,7 +160,8 @@ private slots:
         QTRY_COMPARE(::kill(stopped, 0), -1);
         // A parent that crashes closes the pipe and sends no signal.
         QProcess alone;
-        alone.start(QStringLiteral(LUMA_WATCHER), {QStringLiteral("x"), m_folder->path()});
+        alone.start(QStringLiteral(LUMA_WATCHER),
+                    {QStringLiteral("x"), QString::fromStdString(m_site->root())});
         QVERIFY(alone.waitForStarted());
         alone.closeWriteChannel();
         QVERIFY(alone.waitForFinished());

@@ -3,11 +3,9 @@
 #include "tests/browser/panefixture.h"
 #include "tests/support/registry.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
 
-namespace fs = std::filesystem;
 using namespace luma;
 using luma::test::Recorder;
 
@@ -19,17 +17,14 @@ private slots:
     // One page fills the log many times over.
     void stoppedWithinAPage_theLogEndsWithDone()
     {
-        const QTemporaryDir folder;
-        const fs::path site = folder.path().toStdString();
-        {
-            std::ofstream page(site / "large.html");
-            for (int i = 0; i < 100'000; ++i)
-                page << "<a href='somewhere/in/this/site/page-" << i << ".html'>";
-        }
+        std::string page;
+        for (int i = 0; i < 100'000; ++i)
+            page += "<a href='somewhere/in/this/site/page-" + std::to_string(i) + ".html'>";
+        const test::Site site({{"large.html", page}});
         Recorder progress;
         LinkJobs jobs(progress, this);
         progress.whenAppended = [&jobs] { jobs.stop(); };
-        jobs.findMissingLinks(site);
+        jobs.findMissingLinks(site.root());
         QTRY_VERIFY(!progress.isRunning());
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         QCoreApplication::processEvents();
@@ -39,12 +34,12 @@ private slots:
 
     void aJobThatHasThePanel_keepsAReportAway()
     {
-        const QTemporaryDir folder;
+        const test::Site site;
         Recorder progress;
         progress.begin(QString());
         progress.append(QStringLiteral("another's"));
         LinkJobs jobs(progress, this);
-        jobs.findMissingLinks(folder.path().toStdString());
+        jobs.findMissingLinks(site.root());
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         QCOMPARE(progress.log, QStringLiteral("another's"));
         QVERIFY(progress.isRunning());

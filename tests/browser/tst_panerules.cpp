@@ -7,11 +7,9 @@
 #include "browser/transformers.h"
 #include "mounts/volumemounter.h"
 #include "tests/support/registry.h"
+#include "tests/support/site.h"
 
-#include <QTemporaryDir>
 #include <QTest>
-
-#include <fstream>
 
 namespace fs = std::filesystem;
 using namespace luma;
@@ -88,15 +86,16 @@ private slots:
     void mountStep_wantsALocalFolderToExist()
     {
         FakeMounter mounter;
-        const QTemporaryDir folder;
+        const test::Site site;
+        const QString folder = QString::fromStdString(site.root());
         ConnectionRequest request;
         request.protocol = endpoint::fileProtocol;
-        request.path = folder.path();
+        request.path = folder;
         QVERIFY(mountStep(request, mounter, [] { return true; }).folder);
-        request.path = folder.path() + u"/gone"_s;
+        request.path = folder + u"/gone"_s;
         const MountResult failed = mountStep(request, mounter, [] { return true; });
         QVERIFY(!failed.folder);
-        QCOMPARE(failed.mountPath, fs::path(folder.path().toStdString()) / "gone");
+        QCOMPARE(failed.mountPath, site.at("gone"));
         request.path.clear();
         QVERIFY(!mountStep(request, mounter, [] { return true; }).folder);
         QVERIFY(mounter.asked.isEmpty());
@@ -134,12 +133,10 @@ private slots:
 
     void operations_neverReplace()
     {
-        const QTemporaryDir folder;
-        const fs::path root = folder.path().toStdString();
-        std::ofstream(root / "a.html") << "new";
-        std::ofstream(root / "a copy.html") << "old";
+        const test::Site site({{"a.html", "new"}, {"a copy.html", "old"}});
+        const fs::path root = site.root();
         QVERIFY(!fileoperations::duplicate(root / "a.html"));
-        QCOMPARE(fs::file_size(root / "a copy.html"), std::uintmax_t{3});
+        QCOMPARE(site.bytesOf("a copy.html"), std::string("old"));
         QVERIFY(fileoperations::newFolder(root));
         QVERIFY(!fileoperations::newFolder(root));
         QVERIFY(!fileoperations::newFolder(root / "gone"));
