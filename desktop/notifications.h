@@ -22,12 +22,12 @@ public:
 signals:
     void posted();
 
-private slots:
-    void receive(const QString& name, const QString& object);
-
 private:
     QString m_name;
     QString m_object;
+
+private slots:
+    void receive(const QString& name, const QString& object);
 };
 
 } // namespace luma

@@ -122,6 +122,25 @@ def classes():
             yield breach(path, 1, f"holds {len(names)} classes: {', '.join(names)}")
 
 
+SECTIONS = ["public", "public slots", "signals", "protected", "private", "private slots"]
+
+
+def sections():
+    """A class has its sections in the order of SECTIONS, each at most once."""
+    # Labels are aligned with the class they belong to, so the indentation tells nested classes apart.
+    opening = re.compile(r"^(\s*)(?:class|struct)\s[^;]*$")
+    label = re.compile(rf"^(\s*)({'|'.join(SECTIONS)}):\s*$")
+    for path in files(ROOMS + ["tests", "bench"], ".h", ".cpp"):
+        last = {}
+        for number, line in lines(path):
+            if found := opening.match(line):
+                last[found[1]] = -1
+            elif found := label.match(line):
+                if SECTIONS.index(found[2]) <= last.get(found[1], -1):
+                    yield breach(path, number, f"{found[2]} comes after {SECTIONS[last[found[1]]]}")
+                last[found[1]] = max(SECTIONS.index(found[2]), last.get(found[1], -1))
+
+
 def sleeping():
     """A test waits for a condition, never for a time."""
     nap = re.compile(r"\b(qSleep|qWait|sleep_for|sleep_until|usleep|nanosleep|msleep|sleep)\s*\(")
@@ -264,7 +283,7 @@ def tidy_sample():
     yield from outcome(["clang-tidy", "--quiet", "-p", str(database.parent), *sources[:12]], "(warning|error):")
 
 
-SOURCE_RULES = [arrows, circles, classes, sleeping, unfinished, licence, papers]
+SOURCE_RULES = [arrows, circles, classes, sections, sleeping, unfinished, licence, papers]
 TOOL_RULES = [form, shell_scripts, php_scripts, python_scripts, page_scripts]
 SLOW_RULES = [tidy_sample]
 RULES = SOURCE_RULES + TOOL_RULES + SLOW_RULES

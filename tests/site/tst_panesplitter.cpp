@@ -10,6 +10,15 @@ class tst_panesplitter final : public QObject
 {
     Q_OBJECT
 
+    static void dragTo(PaneSplitter& splitter, int y)
+    {
+        QSplitterHandle* handle = splitter.handle(1);
+        QTest::mousePress(handle, Qt::LeftButton, {}, QPoint(50, 1));
+        QTest::mouseMove(handle, handle->mapFrom(&splitter, QPoint(50, (y + handle->y()) / 2)));
+        QTest::mouseMove(handle, handle->mapFrom(&splitter, QPoint(50, y)));
+        QTest::mouseRelease(handle, Qt::LeftButton, {}, handle->mapFrom(&splitter, QPoint(50, y)));
+    }
+
 private slots:
     void resize_givesTheChangeToTheUpperPane_data()
     {
@@ -51,16 +60,6 @@ private slots:
         splitter.resize(400, 300);
         QTRY_COMPARE(splitter.height(), 300);
         QCOMPARE(splitter.sizes()[0], 181);
-    }
-
-private:
-    static void dragTo(PaneSplitter& splitter, int y)
-    {
-        QSplitterHandle* handle = splitter.handle(1);
-        QTest::mousePress(handle, Qt::LeftButton, {}, QPoint(50, 1));
-        QTest::mouseMove(handle, handle->mapFrom(&splitter, QPoint(50, (y + handle->y()) / 2)));
-        QTest::mouseMove(handle, handle->mapFrom(&splitter, QPoint(50, y)));
-        QTest::mouseRelease(handle, Qt::LeftButton, {}, handle->mapFrom(&splitter, QPoint(50, y)));
     }
 };
 
