@@ -38,21 +38,6 @@ class tst_sitelist final : public QObject
     }
 
 private slots:
-    void template_hasTheKeysAndTypesOfARecord()
-    {
-        const QVariantMap record = siteTemplate();
-        const QVariantMap source = record.value(QStringLiteral("sourceDict")).toMap();
-        const QVariantMap destination = record.value(QStringLiteral("destinationDict")).toMap();
-        QCOMPARE(record.value(QStringLiteral("siteID")).toString(),
-                 QString(QStringLiteral("Site: ") + destination.value(endpoint::server).toString()));
-        QCOMPARE(source.size(), 8);
-        QCOMPARE(source.keys(), destination.keys());
-        QCOMPARE(source.value(endpoint::protocol), QVariant(QStringLiteral("file://")));
-        QCOMPARE(destination.value(endpoint::user), QVariant(QStringLiteral("username")));
-        QCOMPARE(destination.value(endpoint::autoconnect), QVariant(qlonglong{1}));
-        QCOMPARE(destination.value(endpoint::sshPortNo), QVariant(QStringLiteral("22")));
-    }
-
     void add_givesEveryRecordEndpointsOfItsOwn()
     {
         SiteList list;
@@ -111,17 +96,6 @@ private slots:
         QCOMPARE(changes.size(), 1);
         QCOMPARE(changes[0][0].toModelIndex().row(), 1);
         QVERIFY(list.index(1).data(SiteList::SearchRole).toString().contains(QStringLiteral("/srv/site")));
-    }
-
-    void oddRecord_isShownAndKeptAsItIs()
-    {
-        const QVariantMap odd = {{QStringLiteral("siteID"), qlonglong{7}},
-                                 {QStringLiteral("sourceDict"), QStringLiteral("no dictionary")},
-                                 {QStringLiteral("future"), true}};
-        SiteList list;
-        list.setRecords({odd, {}});
-        QCOMPARE(list.index(0).data().toString(), QString());
-        QCOMPARE(list.records(), (QList<QVariantMap>{odd, {}}));
     }
 };
 

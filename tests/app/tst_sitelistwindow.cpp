@@ -205,7 +205,9 @@ private slots:
     // A number where a text belongs, texts where numbers belong, and keys that are missing.
     void oddRecord_isShownAndNotConverted()
     {
-        const QVariantMap odd = {{QStringLiteral("destinationDict"),
+        const QVariantMap odd = {{QStringLiteral("siteID"), qlonglong{7}},
+                                 {QStringLiteral("future"), true},
+                                 {QStringLiteral("destinationDict"),
                                   QVariantMap{{endpoint::sshPortNo, qlonglong{2222}},
                                               {endpoint::autoconnect, QStringLiteral("1")},
                                               {endpoint::protocol, QStringLiteral("gopher://")},
@@ -215,6 +217,7 @@ private slots:
         QCOMPARE(find<QLineEdit>("sshPortNo", "destinationDict")->text(), QStringLiteral("2222"));
         QCOMPARE(find<QComboBox>("protocol", "destinationDict")->currentText(), QStringLiteral("gopher://"));
         QVERIFY(!find<QCheckBox>("autoconnect", "destinationDict")->isChecked());
+        QCOMPARE(m_delegate->sites().index(0).data().toString(), QString());
         test::screenshot(window(), "sites-odd");
         window().select(1);
         QCOMPARE(find<QComboBox>("protocol", "destinationDict")->currentData(),
@@ -370,6 +373,10 @@ private slots:
         QTRY_VERIFY(find<QMessageBox>("updateSheet"));
         auto* sheet = find<QMessageBox>("updateSheet");
         QCOMPARE(sheet->text(), QStringLiteral("An update for Postwick is available"));
+        QCOMPARE(
+            sheet->informativeText(),
+            QStringLiteral("\nThere is a newer version available (version <b>2.0</b>).\nClick OK to go to "
+                           "the LUMA for Ventura web site.\n"));
         QCOMPARE(sheet->buttons().size(), 2);
         QCOMPARE(sheet->buttons().first()->text(), QStringLiteral("OK"));
         for (const QLabel* label : sheet->findChildren<QLabel*>())

@@ -113,17 +113,6 @@ private slots:
         server.close();
         QVERIFY(!checkAgainst(port));
     }
-
-    void notice_namesTheVersion()
-    {
-        const auto notice = VersionCheck::notice(QStringLiteral("2.0"), QStringLiteral("1.0"));
-        QVERIFY(notice);
-        QCOMPARE(notice->information,
-                 QStringLiteral(
-                     "\nThere is a newer version available (version 2.0).\nClick OK to go to the LUMA for "
-                     "Ventura web site.\n"));
-        QVERIFY(notice->offer == VersionCheck::Offer::ProductPage);
-    }
 };
 
 LUMA_TEST(tst_versioncheck)

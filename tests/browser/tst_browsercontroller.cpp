@@ -193,7 +193,7 @@ private slots:
         QVERIFY(site.pane->rootNode());
     }
 
-    void doubleClickAndReturn_open()
+    void doubleClickAndReturn_openAndReloadForgetsTheSelection()
     {
         PaneFixture site;
         connectPane(site);
@@ -207,13 +207,6 @@ private slots:
         QCOMPARE(opened.first().at(1).value<fs::path>(), site.pane->mountPath());
         QTest::keyClick(list, Qt::Key_Return);
         QCOMPARE(opened.count(), 2);
-    }
-
-    void reload_listsAgainAndForgetsTheSelection()
-    {
-        PaneFixture site;
-        connectPane(site);
-        click(site, "browserList0", "css");
         site.put("zebra.html");
         site.pane->reload();
         QCOMPARE(site.find<QListView>("browserList0")->model()->rowCount(), 4);
