@@ -378,8 +378,7 @@ private slots:
         addJob("missing links", false, [](const SiteWindow& site) { site.source().startFindMissingLinks(); });
         addJob("unlinked items", true,
                [](const SiteWindow& site) { site.source().startFindUnlinkedItems(); });
-        addJob("links to", false,
-               [](const SiteWindow& site) { site.source().showLinksToItem(); });
+        addJob("links to", false, [](const SiteWindow& site) { site.source().showLinksToItem(); });
         addJob("delete unlinked items", true, deleteAllUnlinked);
         addJob("rename", false, [](const SiteWindow& site) {
             site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"), "z",
