@@ -25,6 +25,15 @@ class tst_runners final : public QObject
         QTest::addColumn<QByteArray>("result");
     }
 
+private:
+    static void compare()
+    {
+        QFETCH(Runner, run);
+        QFETCH(QByteArray, command);
+        QFETCH(QByteArray, result);
+        QVERIFY(QByteArray::fromStdString(run(command.toStdString())) == result);
+    }
+
 private slots:
     void sh_givesTheOutputOfSuccess_data()
     {
@@ -169,15 +178,6 @@ private slots:
         for (const char* name : names)
             qputenv(name, old[name]);
         QCOMPARE(characters, std::string("UTF-8\n"));
-    }
-
-private:
-    static void compare()
-    {
-        QFETCH(Runner, run);
-        QFETCH(QByteArray, command);
-        QFETCH(QByteArray, result);
-        QVERIFY(QByteArray::fromStdString(run(command.toStdString())) == result);
     }
 };
 
