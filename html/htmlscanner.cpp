@@ -3,6 +3,7 @@
 
 #include "base/ascii.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
 
@@ -152,7 +153,7 @@ bool HtmlScanner::readMarkup(HtmlToken& token, std::size_t open)
         readDeclaration(token, open);
         break;
     case '?':
-        readUpTo(token, HtmlTokenKind::Comment, open, open + 1, ">");
+        readUpTo(token, HtmlTokenKind::Comment, open, open + 1, m_markup == Markup::Xml ? "?>" : ">");
         break;
     default:
         readUpTo(token, m_source[open + 2] == '>' ? HtmlTokenKind::EmptyEndTag : HtmlTokenKind::Comment, open,
@@ -177,11 +178,22 @@ void HtmlScanner::readDeclaration(HtmlToken& token, std::size_t open)
     if (startsWith(open + 2, "--"))
         readComment(token, open);
     else if (equalIgnoringAsciiCase(m_source.substr(open + 2, 7), "doctype"))
-        readUpTo(token, HtmlTokenKind::Doctype, open, open + 9, ">");
-    else if (m_foreign.isForeign() && startsWith(open + 2, "[CDATA["))
+        readDoctype(token, open);
+    else if ((m_foreign.isForeign() || m_markup == Markup::Xml) && startsWith(open + 2, "[CDATA["))
         readUpTo(token, HtmlTokenKind::Cdata, open, open + 9, "]]>");
     else
         readUpTo(token, HtmlTokenKind::Comment, open, open + 2, ">");
+}
+
+void HtmlScanner::readDoctype(HtmlToken& token, std::size_t open)
+{
+    // XML may declare entities in it, between brackets.
+    const std::size_t bracket = m_markup == Markup::Xml ? m_source.find_first_of("[>", open) : npos;
+    const bool hasSubset = bracket != npos && m_source[bracket] == '[';
+    const std::size_t subsetEnd = hasSubset ? m_source.find(']', bracket) : npos;
+    readUpTo(token, HtmlTokenKind::Doctype, open, open + 9, ">");
+    if (subsetEnd != npos)
+        m_position = token.end = std::min(m_source.find('>', subsetEnd), m_source.size() - 1) + 1;
 }
 
 void HtmlScanner::readComment(HtmlToken& token, std::size_t open)
@@ -297,6 +309,8 @@ bool HtmlScanner::readTag(HtmlToken& token, std::size_t open, HtmlTokenKind kind
 
 void HtmlScanner::enterContentOf(const HtmlToken& startTag)
 {
+    if (m_markup == Markup::Xml)
+        return;
     if (!m_foreign.isActive() && !mayMatter(startTag.name))
         return;
     if (!m_foreign.startTag(startTag))

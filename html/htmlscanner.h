@@ -4,6 +4,7 @@
 #include "html/foreigncontent.h"
 #include "html/htmltoken.h"
 
+#include <cstdint>
 #include <string_view>
 
 namespace luma {
@@ -12,12 +13,17 @@ namespace luma {
 /// attribute's value is, in one pass, without a tree or recursion, however deep the nesting.
 ///
 /// It works out what the standard's tree builder tells its tokenizer: which elements hold raw text, and the
-/// other rules inside svg and math. Scripting is off, so noscript holds elements. The source may be any bytes
-/// and must outlive the scanner. Any thread.
+/// other rules inside svg and math. Scripting is off, so noscript holds elements. XML is read too (XHTML, svg,
+/// feeds): there no element holds raw text and CDATA is text. The source may be any bytes and must outlive the
+/// scanner. Any thread.
 class HtmlScanner final
 {
 public:
-    explicit HtmlScanner(std::string_view source) : m_source(source) {}
+    enum class Markup : std::uint8_t { Html, Xml };
+
+    explicit HtmlScanner(std::string_view source, Markup markup = Markup::Html)
+        : m_source(source), m_markup(markup)
+    {}
 
     /// Starts inside a raw text element named `element`; for fragments.
     void startInText(TextKind kind, std::string_view element);
@@ -35,6 +41,7 @@ private:
     bool readTag(HtmlToken& token, std::size_t open, HtmlTokenKind kind);
     std::size_t readAttribute(HtmlToken& token, std::size_t position);
     void readDeclaration(HtmlToken& token, std::size_t open);
+    void readDoctype(HtmlToken& token, std::size_t open);
     void readComment(HtmlToken& token, std::size_t open);
     void readUpTo(HtmlToken& token, HtmlTokenKind kind, std::size_t open, std::size_t content,
                   std::string_view closing);
@@ -46,6 +53,7 @@ private:
     [[nodiscard]] bool startsWith(std::size_t position, std::string_view text) const;
 
     std::string_view m_source;
+    Markup m_markup;
     std::size_t m_position = 0;
     TextKind m_textKind = TextKind::Data;
     std::string_view m_textElement;
