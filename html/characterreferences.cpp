@@ -95,7 +95,7 @@ std::size_t readNumeric(std::string_view raw, std::string& text)
 std::size_t readUnit(std::string_view raw, ReferenceContext context, std::string& text)
 {
     std::size_t length = 0;
-    if (raw[0] == '&' && raw.size() > 1)
+    if (raw[0] == '&' && raw.size() > 1 && context != ReferenceContext::RawText)
         length = raw[1] == '#' ? readNumeric(raw, text) : readNamed(raw, context, text);
     if (length > 0)
         return length;
@@ -103,7 +103,7 @@ std::size_t readUnit(std::string_view raw, ReferenceContext context, std::string
         text += '\n';
         return raw.size() > 1 && raw[1] == '\n' ? 2 : 1;
     }
-    if (raw[0] == '\0' && context == ReferenceContext::AttributeValue)
+    if (raw[0] == '\0' && context != ReferenceContext::Text)
         appendUtf8(text, 0xFFFD);
     else
         text += raw[0];
@@ -133,14 +133,14 @@ std::string decodeCharacters(std::string_view raw, ReferenceContext context)
     return text;
 }
 
-std::vector<ValueBoundary> valueBoundaries(std::string_view raw)
+std::vector<ValueBoundary> valueBoundaries(std::string_view raw, ReferenceContext context)
 {
     std::vector<ValueBoundary> boundaries;
     std::string text;
     std::size_t position = 0;
     while (position < raw.size()) {
         boundaries.push_back({position, text.size()});
-        position += readUnit(raw.substr(position), ReferenceContext::AttributeValue, text);
+        position += readUnit(raw.substr(position), context, text);
     }
     boundaries.push_back({position, text.size()});
     return boundaries;

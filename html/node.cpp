@@ -83,13 +83,18 @@ Node& Node::after(NodePtr node)
 
 NodePtr Node::copy() const
 {
-    NodePtr result = shallowCopy();
+    const auto copyOf = [](const Node& node) {
+        NodePtr copy = node.shallowCopy();
+        copy->setOrigin(node.origin());
+        return copy;
+    };
+    NodePtr result = copyOf(*this);
     Node* copied = result.get();
     const Node* node = this;
     for (;;) {
         if (const ParentNode* parent = node->asParent(); parent && parent->firstChild()) {
             node = parent->firstChild();
-            copied = &copied->asParent()->append(node->shallowCopy());
+            copied = &copied->asParent()->append(copyOf(*node));
             continue;
         }
         while (node != this && !node->next()) {
@@ -99,7 +104,7 @@ NodePtr Node::copy() const
         if (node == this)
             return result;
         node = node->next();
-        copied = &copied->parent()->append(node->shallowCopy());
+        copied = &copied->parent()->append(copyOf(*node));
     }
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@ namespace luma::html {
 
 class Element;
 class Node;
+class PageSource;
 class ParentNode;
 
 using NodePtr = std::unique_ptr<Node>;
@@ -20,6 +22,14 @@ struct Position
 {
     ParentNode* parent = nullptr;
     Node* next = nullptr;
+};
+
+/// The record of a page's text that a node was parsed from; no source for a node made otherwise. It stays with the node
+/// through moves and edits, and a copy has it too.
+struct Origin
+{
+    std::shared_ptr<const PageSource> source;
+    std::uint32_t record = 0;
 };
 
 /// One node of a page's tree. A node in the tree is owned by its parent, a detached one by the NodePtr that
@@ -71,6 +81,9 @@ public:
     NodePtr copy() const;
     /// A detached copy of this node alone.
     virtual NodePtr shallowCopy() const = 0;
+    [[nodiscard]] const Origin& origin() const { return m_origin; }
+    void setOrigin(Origin origin) { m_origin = std::move(origin); }
+
     /// The node and its subtree as markup (UTF-8), serialised as the HTML standard says.
     std::string outerHtml() const;
 
@@ -83,6 +96,7 @@ private:
     ParentNode* m_parent = nullptr;
     Node* m_previous = nullptr;
     Node* m_next = nullptr;
+    Origin m_origin;
     Kind m_kind;
 };
 

@@ -4,8 +4,11 @@
 #include "base/ascii.h"
 #include "base/utf8.h"
 #include "html/characterdata.h"
+#include "html/characterreferences.h"
 #include "html/doctype.h"
 #include "html/element.h"
+#include "html/htmlscanner.h"
+#include "html/pagesource.h"
 #include "html/parsearena.h"
 #include "html/strangecharacters.h"
 #include "html/tagtraits.h"
@@ -75,8 +78,11 @@ public:
         : m_source(source), m_depthLimit(depthLimit)
     {}
 
-    /// Builds the nodes `from` and their subtrees into `to`. False if they are deeper than the limit.
-    bool build(const GumboVector& from, ParentNode& to) const
+    /// Where the nodes made stand in the source, by the record numbers of their origins.
+    const std::vector<SourceMarks>& marks() const { return m_marks; }
+
+    /// Builds all below `from` into `to`. False when that is deeper than the limit.
+    bool build(const GumboVector& from, ParentNode& to)
     {
         struct Level
         {
@@ -102,9 +108,9 @@ public:
         return true;
     }
 
-    /// Inserts the doctype among the document's comments. The parser does not say where it was, but only
-    /// comments and white space can precede it, so it is the first tag that is not a comment.
-    void placeDoctype(const GumboDocument& parsed, Document& document) const
+    /// Puts the doctype among the document's comments. The parser does not say where it stood, but only
+    /// comments and white space can stand before it: it is the first tag that is no comment.
+    void placeDoctype(const GumboDocument& parsed, Document& document)
     {
         if (!parsed.has_doctype)
             return;
@@ -124,26 +130,105 @@ public:
             "<!DOCTYPE" + std::string(*parsed.name ? " " : "") + m_source.restored(parsed.name) + ">";
         if (end != std::string_view::npos && startsWithIgnoringAsciiCase(source.substr(at), "<!doctype"))
             declaration = m_source.restored(source.substr(at, end + 1 - at));
-        document.insert(std::make_unique<Doctype>(m_source.restored(parsed.name),
-                                                  m_source.restored(parsed.public_identifier),
-                                                  m_source.restored(parsed.system_identifier), declaration),
-                        next);
+        Node& doctype = document.insert(std::make_unique<Doctype>(m_source.restored(parsed.name),
+                                                                  m_source.restored(parsed.public_identifier),
+                                                                  m_source.restored(parsed.system_identifier),
+                                                                  declaration),
+                                        next);
+        if (end != std::string_view::npos)
+            mark(doctype, {rangeOf(source.substr(at, end + 1 - at)), {}});
+        else
+            mark(doctype, {});
     }
 
 private:
-    /// Appends our node for the parser's. Adjacent texts, CDATA sections included, become one node.
-    Node& append(ParentNode& parent, const GumboNode& node) const
+    /// Appends our node for the parser's. Text next to text becomes one node, CDATA sections included.
+    Node& append(ParentNode& parent, const GumboNode& node)
     {
-        if (node.type == GUMBO_NODE_ELEMENT || node.type == GUMBO_NODE_TEMPLATE)
-            return parent.append(makeElement(node.v.element));
-        const std::string text = m_source.restored(node.v.text.text);
-        if (node.type == GUMBO_NODE_COMMENT)
-            return parent.append(CharacterData::comment(text));
+        if (node.type == GUMBO_NODE_ELEMENT || node.type == GUMBO_NODE_TEMPLATE) {
+            Node& element = parent.append(makeElement(node.v.element));
+            // What the parser made by itself carries the tag that it copied.
+            constexpr unsigned copies = GUMBO_INSERTION_BY_PARSER | GUMBO_INSERTION_ADOPTION_AGENCY_CLONED |
+                                        GUMBO_INSERTION_RECONSTRUCTED_FORMATTING_ELEMENT;
+            const bool isCopy = (node.parse_flags & copies) != 0;
+            mark(element, {isCopy ? SourceRange() : rangeOf(view(node.v.element.original_tag)),
+                           rangeOf(view(node.v.element.original_end_tag))});
+            return element;
+        }
+        const std::string_view original = view(node.v.text.original_text);
+        if (node.type == GUMBO_NODE_COMMENT) {
+            Node& comment = parent.append(CharacterData::comment(m_source.restored(node.v.text.text)));
+            mark(comment, {rangeOf(original), {}});
+            return comment;
+        }
+        std::string text = m_source.restored(node.v.text.text);
+        const std::string_view rest = moveIntoForm(parent, text, original);
+        return text.empty() && rest.size() < original.size() ? *parent.lastChild()
+                                                             : appendText(parent, text, rest);
+    }
+
+    // The parser puts text that stands directly before </form> behind the form, in one with what follows the tag.
+    std::string_view moveIntoForm(ParentNode& parent, std::string& text, std::string_view original)
+    {
+        Element* const form = parent.lastChild() ? parent.lastChild()->asElement() : nullptr;
+        const std::size_t open = original.find("</");
+        if (!form || !form->is("form") || open == std::string_view::npos)
+            return original;
+        HtmlScanner scanner(original);
+        HtmlToken token;
+        if (!scanner.next(token) || token.kind != HtmlTokenKind::EndTag ||
+            !equalIgnoringAsciiCase(token.name, "form"))
+            return original;
+        const std::string inside = decodeCharacters(original.substr(0, token.begin), ReferenceContext::Text);
+        if (!text.starts_with(inside))
+            return original;
+        if (!inside.empty())
+            appendText(*form, inside, original.substr(0, token.begin));
+        m_marks[form->origin().record].end = rangeOf(original.substr(token.begin, token.end - token.begin));
+        text.erase(0, inside.size());
+        return original.substr(token.end);
+    }
+
+    Node& appendText(ParentNode& parent, const std::string& text, std::string_view original)
+    {
+        const SourceRange range = textRangeOf(original);
         Node* const last = parent.lastChild();
-        if (!last || last->kind() != Node::Kind::Text)
-            return parent.append(CharacterData::text(text));
+        if (!last || last->kind() != Node::Kind::Text) {
+            Node& added = parent.append(CharacterData::text(text));
+            mark(added, {range, {}});
+            return added;
+        }
         static_cast<CharacterData*>(last)->append(text);
+        SourceRange& whole = m_marks[last->origin().record].start;
+        whole = {std::min(whole.begin, range.begin), std::max(whole.end, range.end)};
         return *last;
+    }
+
+    void mark(Node& node, const SourceMarks& marks)
+    {
+        node.setOrigin({nullptr, static_cast<std::uint32_t>(m_marks.size())});
+        m_marks.push_back(marks);
+    }
+
+    SourceRange rangeOf(std::string_view part) const
+    {
+        const std::string_view source = m_source.disguised();
+        if (part.empty() || part.data() < source.data() || part.data() > source.data() + source.size())
+            return {};
+        const auto begin = static_cast<std::size_t>(part.data() - source.data());
+        return {static_cast<std::uint32_t>(m_source.sourcePlace(begin)),
+                static_cast<std::uint32_t>(m_source.sourcePlace(begin + part.size()))};
+    }
+
+    // The parser lets a text begin behind the carriage return of its first line end.
+    SourceRange textRangeOf(std::string_view part) const
+    {
+        SourceRange range = rangeOf(part);
+        const char* const begin = part.data();
+        if (!range.isEmpty() && begin != m_source.disguised().data() && *begin == '\n' &&
+            *(begin - 1) == '\r')
+            --range.begin;
+        return range;
     }
 
     NodePtr makeElement(const GumboElement& element) const
@@ -199,6 +284,7 @@ private:
 
     const StrangeCharacters& m_source;
     std::size_t m_depthLimit;
+    std::vector<SourceMarks> m_marks;
 };
 
 Error refusal(ParseArena::Excess excess)
@@ -251,7 +337,7 @@ public:
 
     /// The parser's tree, valid as long as this object; null if the page was refused.
     const GumboOutput* run() { return html::run(m_arena, m_options, m_source.disguised()); }
-    const TreeBuilder& builder() const { return m_builder; }
+    TreeBuilder& builder() { return m_builder; }
     Error error() const { return refusal(m_arena.excess()); }
 
 private:
@@ -263,7 +349,11 @@ private:
 
 } // namespace
 
-Result<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits& limits)
+namespace {
+
+enum class Sources { Forgotten, Kept };
+
+Result<std::unique_ptr<Document>> parsed(std::string_view page, const ParseLimits& limits, Sources sources)
 {
     if (auto error = refusal(page, limits))
         return *error;
@@ -277,7 +367,21 @@ Result<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits
         return parser.error();
     parser.builder().placeDoctype(output->document->v.document, *document);
     document->setByteOrderMark(hasMark);
+    if (sources == Sources::Kept)
+        PageSource::attach(std::string(page), *document, parser.builder().marks());
     return document;
+}
+
+} // namespace
+
+Result<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits& limits)
+{
+    return parsed(page, limits, Sources::Forgotten);
+}
+
+Result<std::unique_ptr<Document>> parseWithSource(std::string_view page, const ParseLimits& limits)
+{
+    return parsed(page, limits, Sources::Kept);
 }
 
 Result<NodeList> parseFragment(std::string_view markup, const Element& context, const ParseLimits& limits)

@@ -25,6 +25,10 @@ struct ParseLimits
 /// feeds.
 Result<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits& limits = {});
 
+/// The same, and the tree knows the text it came from (Node::origin), so that writePage() can write it back. A
+/// byte-order mark does not belong to that text.
+Result<std::unique_ptr<Document>> parseWithSource(std::string_view page, const ParseLimits& limits = {});
+
 /// Reads markup inside `context`, as setting innerHTML does in a browser, and gives detached nodes. Fails as
 /// parse() does.
 Result<NodeList> parseFragment(std::string_view markup, const Element& context,

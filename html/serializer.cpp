@@ -142,6 +142,13 @@ void serialize(const Node& node, std::string& markup)
     }
 }
 
+std::string escapedText(std::string_view text)
+{
+    std::string markup;
+    writeEscaped(text, Escaping::Text, markup);
+    return markup;
+}
+
 std::string markup(const Attribute& attribute)
 {
     std::string result;

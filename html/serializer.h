@@ -21,7 +21,10 @@ void serialize(const Node& node, std::string& markup);
 void writeStartTag(const Element& element, std::string& markup);
 void writeEndTag(const Element& element, std::string& markup);
 
-/// An attribute as written in a tag: name="value".
+/// A text as it stands in an element that holds no raw text.
+std::string escapedText(std::string_view text);
+
+/// An attribute as it stands in a tag: name="value".
 std::string markup(const Attribute& attribute);
 
 } // namespace luma::html

@@ -3,6 +3,8 @@
 
 #include "base/utf8.h"
 
+#include <algorithm>
+
 namespace luma::html {
 
 namespace {
@@ -107,6 +109,26 @@ StrangeCharacters::StrangeCharacters(std::string_view source) : m_source(source)
         const char32_t index = indexOf(code);
         return index == strangeCount ? code : m_guise + index;
     });
+    std::size_t disguised = 0;
+    for (std::size_t at = 0; at < source.size();) {
+        const std::size_t length = characterLength(source.substr(at));
+        const bool strange = indexOf(codePoint(source.substr(at, length))) != strangeCount;
+        at += length;
+        disguised += strange ? characterLength(std::string_view(m_disguised).substr(disguised)) : length;
+        if (strange)
+            m_places.push_back({disguised, at});
+    }
+}
+
+std::size_t StrangeCharacters::sourcePlace(std::size_t disguisedPlace) const
+{
+    const auto behind =
+        std::upper_bound(m_places.begin(), m_places.end(), disguisedPlace,
+                         [](std::size_t wanted, const Place& place) { return wanted < place.disguised; });
+    if (behind == m_places.begin())
+        return disguisedPlace;
+    const Place& place = *std::prev(behind);
+    return place.source + (disguisedPlace - place.disguised);
 }
 
 std::string StrangeCharacters::restored(std::string_view text) const

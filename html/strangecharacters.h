@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace luma::html {
 
@@ -20,11 +22,20 @@ public:
     /// The original form of parsed text. References beyond Unicode make the parser give invalid UTF-8; its
     /// invalid bytes become U+FFFD.
     std::string restored(std::string_view text) const;
+    /// The place in the source that belongs to one in the disguised text, both between characters, in bytes.
+    std::size_t sourcePlace(std::size_t disguisedPlace) const;
 
 private:
     std::string_view m_source;
+    struct Place
+    {
+        std::size_t disguised;
+        std::size_t source;
+    };
+
     std::string m_disguised;
-    char32_t m_guise = 0; // the private-use character that stands for the first strange one
+    std::vector<Place> m_places; // behind each character that was exchanged
+    char32_t m_guise = 0;        // the private-use character that stands for the first strange one
     bool m_isDisguised = false;
 };
 

@@ -1,0 +1,92 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace luma::html {
+
+class Document;
+class Node;
+
+/// A stretch of a page's text, in bytes.
+struct SourceRange
+{
+    std::uint32_t begin = 0;
+    std::uint32_t end = 0;
+
+    [[nodiscard]] bool isEmpty() const { return begin == end; }
+    [[nodiscard]] bool contains(const SourceRange& other) const
+    {
+        return begin <= other.begin && other.end <= end;
+    }
+    bool operator==(const SourceRange&) const = default;
+};
+
+/// What the parser tells of a node: its start tag, or the whole of a text, comment or doctype, and its end tag.
+struct SourceMarks
+{
+    SourceRange start;
+    SourceRange end;
+};
+
+/// What the page's text says about one node of the tree that was parsed from it.
+struct SourceRecord
+{
+    SourceRange start;  // the start tag; the whole of what is no element; empty where the markup has none
+    SourceRange end;    // the end tag; empty where the markup has none
+    SourceRange extent; // all that belongs to the node
+    std::uint32_t parent = 0;  // record numbers; children follow their parent, in document order
+    std::uint32_t after = 0;   // the first record behind the node's own
+    std::uint64_t content = 0; // contentHash() of the node as it was parsed
+    /// No markup of another node lies in the extent, and the extent lies inside the parent's: the bytes can be written
+    /// in another place.
+    bool isWhole = false;
+};
+
+/// The text that a tree was parsed from, and what it says about each node: unchanging, and shared by the nodes that came
+/// from it (Node::origin), so that an undone deletion still finds its bytes. Any thread.
+class PageSource final
+{
+public:
+    /// Takes the text of a page, UTF-8 without a byte-order mark, and makes it the origin of all nodes of `document`, the
+    /// tree parsed from it. `marks` are the parser's, in any order: a node's own is the one whose number its origin has.
+    static std::shared_ptr<const PageSource> attach(std::string text, Document& document,
+                                                    const std::vector<SourceMarks>& marks);
+
+    /// Makes the nodes of `to` come from where the same nodes of `from` came from; the two are the same tree, but for text
+    /// nodes that touch.
+    static void transfer(Document& from, Document& to);
+
+    [[nodiscard]] std::string_view text() const { return m_text; }
+    [[nodiscard]] std::string_view text(const SourceRange& range) const
+    {
+        return std::string_view(m_text).substr(range.begin, range.end - range.begin);
+    }
+    [[nodiscard]] const SourceRecord& record(std::uint32_t number) const { return m_records[number]; }
+    /// The record of the document itself is 0.
+    [[nodiscard]] std::uint32_t size() const { return static_cast<std::uint32_t>(m_records.size()); }
+
+    /// A hash of what a node itself says: its kind, name, attributes or text, without its children.
+    static std::uint64_t contentHash(const Node& node);
+    /// The contentHash() of a text node with this text.
+    static std::uint64_t textHash(std::string_view text);
+
+private:
+    explicit PageSource(std::string text) : m_text(std::move(text)) {}
+
+    void addRecords(const std::vector<Node*>& nodes, const std::vector<SourceMarks>& marks);
+    void claimEndTags(const std::vector<Node*>& nodes);
+    void setExtents(const std::vector<Node*>& nodes);
+    void claimFormEnd(SourceRecord& record) const;
+    void findWholeOnes();
+
+    std::string m_text;
+    std::vector<SourceRecord> m_records; // in document order
+};
+
+} // namespace luma::html

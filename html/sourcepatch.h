@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Changing a stretch of a page's source as little as an edit needs: what stays keeps its spelling, its references and its
+/// white space. Text is UTF-8; any thread.
+namespace luma::html {
+
+class Element;
+
+/// Where a text stands, which says what must be escaped in it.
+enum class TextPlace { Text, RawText, DoubleQuoted, SingleQuoted };
+
+/// `raw` changed so that it reads as `text`: the characters at both ends that stay are kept as they are written. Line feeds
+/// of new text become `lineEnd`.
+std::string patchedText(std::string_view raw, std::string_view text, TextPlace place,
+                        std::string_view lineEnd);
+
+/// The start tag `tag`, which was written for an element of this name, with the element's attributes: those that stay keep
+/// their bytes, new ones stand behind the others, of repeated ones all go. Nothing when `tag` is no start tag.
+std::optional<std::string> patchedStartTag(std::string_view tag, const Element& element,
+                                           std::string_view lineEnd);
+
+} // namespace luma::html
