@@ -1,0 +1,197 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "links/pagereader.h"
+
+#include "base/ascii.h"
+#include "base/utf8.h"
+#include "html/characterreferences.h"
+#include "links/addressparts.h"
+
+#include <algorithm>
+
+namespace luma {
+
+namespace {
+
+std::size_t offsetIn(std::string_view source, std::string_view part)
+{
+    return static_cast<std::size_t>(part.data() - source.data());
+}
+
+const HtmlAttribute* findAttribute(const HtmlToken& tag, std::string_view name)
+{
+    const auto found =
+        std::find_if(tag.attributes.begin(), tag.attributes.end(), [name](const HtmlAttribute& attribute) {
+            return equalIgnoringAsciiCase(attribute.name, name);
+        });
+    return found == tag.attributes.end() ? nullptr : &*found;
+}
+
+// Of attributes with the same name the first one counts.
+bool isRepeated(const HtmlToken& tag, const HtmlAttribute& attribute)
+{
+    return findAttribute(tag, attribute.name) != &attribute;
+}
+
+// The places in an attribute's value as written that belong to places in its decoded text.
+class RawPlaces final
+{
+public:
+    RawPlaces(std::string_view raw, std::string_view decoded) : m_same(raw.data() == decoded.data())
+    {
+        if (!m_same)
+            m_boundaries = valueBoundaries(raw);
+    }
+
+    [[nodiscard]] std::size_t operator()(std::size_t decoded) const
+    {
+        if (m_same)
+            return decoded;
+        const auto found = std::lower_bound(
+            m_boundaries.begin(), m_boundaries.end(), decoded,
+            [](const ValueBoundary& boundary, std::size_t place) { return boundary.decoded < place; });
+        return found == m_boundaries.end() ? m_boundaries.back().raw : found->raw;
+    }
+
+private:
+    bool m_same;
+    std::vector<ValueBoundary> m_boundaries;
+};
+
+} // namespace
+
+void PageReader::read(std::string_view source, PageFormat format)
+{
+    m_source = source;
+    m_references.clear();
+    m_anchors.clear();
+    m_decoded.clear();
+    m_base = {};
+    m_hasBase = false;
+    if (format == PageFormat::StyleSheet) {
+        addCss(source, 0);
+        return;
+    }
+    HtmlScanner scanner(source,
+                        format == PageFormat::Xml ? HtmlScanner::Markup::Xml : HtmlScanner::Markup::Html);
+    HtmlToken token;
+    std::size_t styleBegin = std::string_view::npos;
+    const auto closeStyle = [&](std::size_t end) {
+        if (styleBegin != std::string_view::npos)
+            addCss(m_source.substr(styleBegin, end - styleBegin), styleBegin);
+        styleBegin = std::string_view::npos;
+    };
+    while (scanner.next(token)) {
+        const bool isStyle = token.name.size() == 5 && equalIgnoringAsciiCase(token.name, "style");
+        if (token.kind == HtmlTokenKind::StartTag) {
+            if (!token.attributes.empty())
+                readTag(token);
+            if (isStyle && styleBegin == std::string_view::npos)
+                styleBegin = token.end;
+        } else if (token.kind == HtmlTokenKind::EndTag && isStyle) {
+            closeStyle(token.begin);
+        }
+    }
+    closeStyle(token.begin);
+}
+
+void PageReader::readTag(const HtmlToken& tag)
+{
+    if (tag.name.size() == 4 && equalIgnoringAsciiCase(tag.name, "meta"))
+        readMeta(tag);
+    else if (tag.name.size() == 4 && equalIgnoringAsciiCase(tag.name, "base")) {
+        const HtmlAttribute* const href = findAttribute(tag, "href");
+        if (href != nullptr && !m_hasBase) {
+            m_hasBase = true;
+            m_base = decoded(href->value);
+        }
+    }
+    for (const HtmlAttribute& attribute : tag.attributes)
+        readAttribute(tag, attribute);
+}
+
+void PageReader::readAttribute(const HtmlToken& tag, const HtmlAttribute& attribute)
+{
+    const std::size_t length = attribute.name.size();
+    if (length == 2) {
+        if (equalIgnoringAsciiCase(attribute.name, "id") && !isRepeated(tag, attribute))
+            m_anchors.push_back(decoded(attribute.value));
+        return;
+    }
+    if (length == 4 && equalIgnoringAsciiCase(attribute.name, "name")) {
+        if (equalIgnoringAsciiCase(tag.name, "a"))
+            m_anchors.push_back(decoded(attribute.value));
+        else if (equalIgnoringAsciiCase(tag.name, "map"))
+            m_anchors.push_back(m_decoded.emplace_back('\1' + std::string(decoded(attribute.value))));
+        return;
+    }
+    const std::optional<PlaceAndSyntax> found = linkPlaceOf(tag.name, attribute.name);
+    if (found && attribute.quotes != Quotes::NoValue && !isRepeated(tag, attribute))
+        readValue(attribute, found->place, found->syntax);
+}
+
+void PageReader::readMeta(const HtmlToken& tag)
+{
+    const HtmlAttribute* const content = findAttribute(tag, "content");
+    if (content == nullptr)
+        return;
+    const HtmlAttribute* const equivalent = findAttribute(tag, "http-equiv");
+    const HtmlAttribute* const property = findAttribute(tag, "property");
+    const HtmlAttribute* const name = findAttribute(tag, "name");
+    if (equivalent != nullptr && equalIgnoringAsciiCase(decoded(equivalent->value), "refresh"))
+        readValue(*content, LinkPlace::MetaContent, LinkSyntax::Refresh);
+    else if ((property != nullptr && isAddressProperty(decoded(property->value))) ||
+             (name != nullptr && isAddressProperty(decoded(name->value))))
+        readValue(*content, LinkPlace::MetaContent, LinkSyntax::Address);
+}
+
+void PageReader::readValue(const HtmlAttribute& attribute, LinkPlace place, LinkSyntax syntax)
+{
+    if (syntax != LinkSyntax::Address) {
+        readParts(attribute, place, syntax);
+        return;
+    }
+    const std::size_t begin = offsetIn(m_source, attribute.value);
+    m_references.push_back({decoded(attribute.value), begin, begin + attribute.value.size(), place, syntax,
+                            attribute.quotes, CssQuotes::None});
+}
+
+void PageReader::readParts(const HtmlAttribute& attribute, LinkPlace place, LinkSyntax syntax)
+{
+    const std::string_view value = decoded(attribute.value);
+    const std::size_t begin = offsetIn(m_source, attribute.value);
+    const RawPlaces raw(attribute.value, value);
+    if (syntax != LinkSyntax::StyleDeclarations) {
+        for (const TextRange& part : addressesIn(value, syntax))
+            m_references.push_back({value.substr(part.begin, part.end - part.begin), begin + raw(part.begin),
+                                    begin + raw(part.end), place, syntax, attribute.quotes, CssQuotes::None});
+        return;
+    }
+    for (const CssReference& css : cssReferences(value)) {
+        const std::string_view text = value.substr(css.begin, css.end - css.begin);
+        const bool escaped = text.find('\\') != std::string_view::npos;
+        m_references.push_back({escaped ? m_decoded.emplace_back(decodedCss(text)) : text,
+                                begin + raw(css.begin), begin + raw(css.end), place, syntax, attribute.quotes,
+                                css.quotes});
+    }
+}
+
+void PageReader::addCss(std::string_view css, std::size_t begin)
+{
+    for (const CssReference& reference : cssReferences(css)) {
+        const std::string_view text = css.substr(reference.begin, reference.end - reference.begin);
+        const bool escaped = text.find('\\') != std::string_view::npos;
+        m_references.push_back({escaped ? m_decoded.emplace_back(decodedCss(text)) : text,
+                                begin + reference.begin, begin + reference.end,
+                                reference.isImport ? LinkPlace::SheetImport : LinkPlace::SheetUrl,
+                                LinkSyntax::StyleSheet, Quotes::NoValue, reference.quotes});
+    }
+}
+
+std::string_view PageReader::decoded(std::string_view raw)
+{
+    if (!needsDecoding(raw))
+        return raw;
+    return m_decoded.emplace_back(decodeCharacters(raw, ReferenceContext::AttributeValue));
+}
+
+} // namespace luma

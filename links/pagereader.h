@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "html/cssreferences.h"
+#include "html/htmlscanner.h"
+#include "html/htmltoken.h"
+#include "links/linkplaces.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace luma {
+
+/// An address that a page or style sheet holds.
+struct LinkReference
+{
+    /// As a browser takes it from the page: character references and CSS escapes replaced, UTF-8. Not yet read as
+    /// an address: blanks, percent signs and all are as written.
+    std::string_view value;
+    /// The address as written: bytes into the source, without quotes.
+    std::size_t begin = 0;
+    std::size_t end = 0;
+    LinkPlace place = LinkPlace::Href;
+    LinkSyntax syntax = LinkSyntax::Address; // how the attribute holds it
+    Quotes quotes = Quotes::NoValue;         // of the attribute
+    CssQuotes cssQuotes = CssQuotes::None;   // of an address in CSS
+};
+
+enum class PageFormat : std::uint8_t { Html, Xml, StyleSheet };
+
+/// Reads the addresses of pages and style sheets, one after another, into memory that it uses again: every place
+/// of the HTML standard's table of addresses, those of svg, meta elements, style elements and attributes, and style
+/// sheets. What it gives is valid until the next read. Each thread has one of its own.
+class PageReader final
+{
+public:
+    /// `source` is UTF-8 or bytes of another encoding that holds ASCII (values with other bytes are then not
+    /// decoded) and must outlive what is read. Server code should be masked.
+    void read(std::string_view source, PageFormat format);
+
+    /// In document order.
+    [[nodiscard]] const std::vector<LinkReference>& references() const { return m_references; }
+    /// The ids and anchor names of the page, decoded, where fragments lead; those of maps begin with "\1".
+    [[nodiscard]] const std::vector<std::string_view>& anchors() const { return m_anchors; }
+    /// The address of the page's first base element that has one, decoded; empty without.
+    [[nodiscard]] std::string_view base() const { return m_base; }
+
+private:
+    void readTag(const HtmlToken& tag);
+    void readAttribute(const HtmlToken& tag, const HtmlAttribute& attribute);
+    void readMeta(const HtmlToken& tag);
+    void readValue(const HtmlAttribute& attribute, LinkPlace place, LinkSyntax syntax);
+    void readParts(const HtmlAttribute& attribute, LinkPlace place, LinkSyntax syntax);
+    void addCss(std::string_view css, std::size_t begin);
+    std::string_view decoded(std::string_view raw);
+
+    std::string_view m_source;
+    std::vector<LinkReference> m_references;
+    std::vector<std::string_view> m_anchors;
+    std::string_view m_base;
+    bool m_hasBase = false;
+    std::deque<std::string> m_decoded;
+};
+
+} // namespace luma
