@@ -2,6 +2,7 @@
 #include "base/files.h"
 #include "editor/htmldocument.h"
 #include "html/parse.h"
+#include "page/csstidy.h"
 #include "web/pagescheme.h"
 #include "web/scriptcall.h"
 #include "web/viewcontroller.h"
