@@ -18,18 +18,18 @@ public:
     void setModel(QAbstractItemModel* model) override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
 
+signals:
+    void deleteRequested();
+    void editRequested(const QModelIndex& index);
+    /// The context menu of a row, which is the current one by now.
+    void menuRequested(const QPoint& globalPosition);
+
 public slots:
     /// Dragging by keyboard: the current element is remembered, and paste drops it, or its copy, onto the
     /// element that is current then.
     void cut() { take(Qt::MoveAction); }
     void copy() { take(Qt::CopyAction); }
     void paste();
-
-signals:
-    void deleteRequested();
-    void editRequested(const QModelIndex& index);
-    /// The context menu of a row, which is the current one by now.
-    void menuRequested(const QPoint& globalPosition);
 
 protected:
     void updateGeometries() override;

@@ -68,6 +68,11 @@ public:
     [[nodiscard]] double magnification() const { return m_magnification; }
     void setMagnification(double factor);
 
+signals:
+    /// A page that was shown again has its selection back. To set another one, do so now: before the user
+    /// goes on and before the scroll position is restored.
+    void selectionRestored();
+
 public slots:
     void removeLink();
     void applyStyle(QObject* sender);
@@ -84,11 +89,6 @@ public slots:
     void showSource();
     void showScriptConsole();
     void inspectElement();
-
-signals:
-    /// A page that was shown again has its selection back. To set another one, do so now: before the user
-    /// goes on and before the scroll position is restored.
-    void selectionRestored();
 
 private:
     void createMenus();

@@ -122,7 +122,7 @@ def classes():
             yield breach(path, 1, f"holds {len(names)} classes: {', '.join(names)}")
 
 
-SECTIONS = ["public", "public slots", "signals", "protected", "private", "private slots"]
+SECTIONS = ["public", "signals", "public slots", "protected", "private", "private slots"]
 
 
 def sections():
