@@ -33,10 +33,7 @@ inline std::optional<std::size_t> linkAttributeIndex(std::string_view name)
     if (name.size() >= 64 || (linkAttributeLengths >> name.size() & 1U) == 0)
         return std::nullopt;
     for (std::size_t i = 0; i < linkAttributes.size(); ++i) {
-        // The first letter is compared here, because most names differ in it and this is the innermost loop.
-        if (name.size() == linkAttributes[i].size() &&
-            asciiLower(name.front()) == linkAttributes[i].front() &&
-            equalIgnoringAsciiCase(name, linkAttributes[i]))
+        if (name.size() == linkAttributes[i].size() && equalIgnoringAsciiCase(name, linkAttributes[i]))
             return i;
     }
     return std::nullopt;
