@@ -71,18 +71,17 @@ void PageSaver::save(const Then& then)
 
 void PageSaver::replace(const Then& then)
 {
-    if (m_store.isXhtml())
-        askToSaveAsHtml(then);
+    const PageStore::Loss loss = m_store.lossOfSaving();
+    const Then next = [this, then, loss] {
+        if (loss.elements.empty())
+            write(m_store.docURL(), then);
+        else
+            askToLeaveOut(loss.elements, then);
+    };
+    if (loss.isXml)
+        askToSaveAsHtml(next);
     else
-        replaceHtml(then);
-}
-
-void PageSaver::replaceHtml(const Then& then)
-{
-    if (m_store.lostElements().empty())
-        write(m_store.docURL(), then);
-    else
-        askToLeaveOut(then);
+        next();
 }
 
 void PageSaver::saveAs(const Then& then)
@@ -132,22 +131,20 @@ void PageSaver::askToOverwrite(const Then& then)
 void PageSaver::askToSaveAsHtml(const Then& then)
 {
     ask(QStringLiteral("xhtmlQuestion"), tr("\u201c%1\u201d is written in XHTML.").arg(name()),
-        tr("Saving writes it as HTML, which browsers show but programs that read XML may refuse. Save As "
-           "keeps "
-           "the file as it is."),
-        tr("Save as HTML"), [this, then] { replaceHtml(then); });
+        tr("Your edits can only be written as HTML, which browsers show but programs that read XML may refuse. "
+           "Save As keeps the file unchanged."),
+        tr("Save as HTML"), then);
 }
 
-void PageSaver::askToLeaveOut(const Then& then)
+void PageSaver::askToLeaveOut(const std::vector<std::string>& elements, const Then& then)
 {
     QStringList tags;
-    for (const std::string& name : m_store.lostElements())
+    for (const std::string& name : elements)
         tags += u'<' + QString::fromStdString(name) + u'>';
     ask(QStringLiteral("lossQuestion"),
         tr("\u201c%1\u201d holds elements that can't be edited here.").arg(name()),
-        tr("Saving leaves out what stands within <select> besides its options: %1. Save As keeps the file as "
-           "it "
-           "is.")
+        tr("Saving leaves out what stands within <select> besides its options: %1. Save As keeps the file "
+           "unchanged.")
             .arg(tags.join(QStringLiteral(", "))),
         tr("Leave Out"), [this, then] { write(m_store.docURL(), then); });
 }

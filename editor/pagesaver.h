@@ -6,6 +6,8 @@
 
 #include <filesystem>
 #include <functional>
+#include <string>
+#include <vector>
 
 class QMessageBox;
 class QWidget;
@@ -51,13 +53,12 @@ signals:
 private:
     void askToOverwrite(const Then& then);
     void askToSaveAsHtml(const Then& then);
-    void askToLeaveOut(const Then& then);
+    void askToLeaveOut(const std::vector<std::string>& elements, const Then& then);
     /// Asks the window's user to agree with the button of that text; `then` follows only on that.
     void ask(const QString& name, const QString& text, const QString& consequence, const QString& button,
              const Then& then);
     /// Writes over the page's own file, when the user agrees to what becomes of it.
     void replace(const Then& then);
-    void replaceHtml(const Then& then);
     void saveUnder(const std::filesystem::path& path, const Then& then);
     void write(const std::filesystem::path& path, const Then& then);
     /// `then` follows only if there is a page.

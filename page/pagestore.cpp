@@ -2,8 +2,9 @@
 #include "page/pagestore.h"
 
 #include "base/pathtext.h"
+#include "html/pagesource.h"
+#include "html/pagewriter.h"
 #include "html/parse.h"
-#include "html/prettyprinter.h"
 #include "links/linkmapping.h"
 #include "page/lostelements.h"
 #include "page/pagecommands.h"
@@ -76,6 +77,14 @@ bool isNamedAsXml(const std::filesystem::path& file)
         .inherits(QStringLiteral("application/xml"));
 }
 
+bool isWellFormedXml(std::string_view text)
+{
+    QXmlStreamReader xml(QByteArray::fromRawData(text.data(), static_cast<qsizetype>(text.size())));
+    while (!xml.atEnd())
+        xml.readNext();
+    return !xml.hasError();
+}
+
 // XML that is not well-formed counts as XHTML: the parser reads what it can of it.
 PageLanguage pageLanguage(const std::filesystem::path& file, std::string_view text)
 {
@@ -109,15 +118,18 @@ Result<void> PageStore::load(const QString& name)
     if (language.kind == PageLanguage::Kind::OtherXml)
         return Error{m_docURL.string() + " is not HTML but XML, with the root element <" +
                      language.rootElement + ">."};
-    auto parsed = html::parse(*bytes);
+    auto parsed = html::parseWithSource(*bytes);
     if (!parsed)
         return Error{m_docURL.string() + ": " + parsed.error().text};
     m_isXhtml = language.kind == PageLanguage::Kind::Xhtml;
-    m_lostElements = luma::lostElements(*bytes);
+    m_isWellFormed = m_isXhtml && isWellFormedXml(*bytes);
+    m_lostElements = lostElements(*bytes);
     if (html::Document* document = m_tree.document()) {
+        const html::NodePtr read = (*parsed)->copy();
         document->setByteOrderMark((*parsed)->hasByteOrderMark());
         PageCommands(m_tree, m_stack)
             .apply(differenceTo(*document, **parsed), name, PageCommands::Merging::Separate);
+        html::PageSource::transfer(static_cast<html::Document&>(*read), *document);
     } else {
         m_tree.setDocument(std::move(*parsed));
         m_stack.clear();
@@ -133,7 +145,24 @@ bool PageStore::hasPage() const
 
 std::string PageStore::markup() const
 {
-    return m_tree.document() ? html::prettyPrint(*m_tree.document()) : std::string();
+    return m_tree.document() ? html::patchedPage(*m_tree.document()) : std::string();
+}
+
+PageStore::Loss PageStore::lossOfSaving() const
+{
+    Loss loss;
+    if (!m_tree.document() || (!m_isWellFormed && m_lostElements.empty()))
+        return loss;
+    const auto page = html::writePage(*m_tree.document());
+    if (!page)
+        return loss; // saving will say why
+    loss.isXml = m_isWellFormed && !isWellFormedXml(page->text);
+    const std::vector<std::string> kept = lostElements(page->text);
+    for (const std::string& name : m_lostElements) {
+        if (std::find(kept.begin(), kept.end(), name) == kept.end())
+            loss.elements.push_back(name);
+    }
+    return loss;
 }
 
 Result<void> PageStore::save(const fs::path& path)
@@ -145,17 +174,22 @@ Result<void> PageStore::save(const fs::path& path)
     if (target.parent_path() != m_docURL.parent_path())
         changes = rebased(*m_tree.document(), m_docURL.parent_path(), target.parent_path());
     swapAll(changes);
-    const std::string bytes = markup();
+    const auto page = html::writePage(*m_tree.document());
     swapAll(changes);
+    if (!page)
+        return Error{target.string() + " would not be a page any more: " + page.error().text};
     PageFile file = target == m_docURL ? m_file : PageFile(target);
-    if (const auto written = file.write(bytes); !written)
+    if (const auto written = file.write(page->text); !written)
         return written.error();
     PageCommands(m_tree, m_stack).setAttributes(std::move(changes), QObject::tr("Rebase Links"));
+    if (page->isSame)
+        html::PageSource::transfer(*page->parsed, *m_tree.document());
     m_docURL = target;
     m_file = std::move(file);
     m_hasFile = true;
-    m_isXhtml = false;
-    m_lostElements.clear();
+    m_isWellFormed = m_isWellFormed && isWellFormedXml(page->text);
+    m_isXhtml = m_isXhtml && m_isWellFormed;
+    m_lostElements = lostElements(page->text);
     m_stack.setClean();
     return {};
 }

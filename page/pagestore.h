@@ -16,8 +16,8 @@ namespace luma {
 
 class PageTree;
 
-/// Brings a page from its file into the tree and back. Reading a page again is an edit like any other, which
-/// can be undone; after reading and writing the undo stack is clean. Main thread.
+/// Brings a page from its file into the tree and back. What was not edited keeps its bytes in the file. Reading a page
+/// again is an edit that can be undone; after reading and writing the undo stack is clean. Main thread.
 class PageStore final
 {
 public:
@@ -31,22 +31,28 @@ public:
     enum class Origin { File, Template };
     void setLocation(const std::filesystem::path& path, Origin origin);
 
-    /// Reads and parses the file. On an error, a sentence for the reader, the tree stays as it is. XML that
-    /// is no page is refused: what the tree would make of it is something else.
+    /// Reads and parses the file; the step on the undo stack gets the name. The error is a sentence for the user, and the
+    /// tree stays unchanged. XML other than XHTML is refused: parsed as HTML it would be something else.
     Result<void> load(const QString& name);
 
-    /// The page as it is saved, UTF-8; empty without a tree.
+    /// The page as saving writes it (html::patchedPage), UTF-8; empty without a tree.
     [[nodiscard]] std::string markup() const;
 
-    /// Writes the page to `path`, which becomes its file. In another folder its links are rebased, in the
-    /// tree too, so that they lead to the same files. On an error neither the tree nor a file has changed.
+    /// Writes the page to `path`, which becomes its file, as html::writePage does. In another folder its links are rebased,
+    /// in the tree too, so that they lead to the same files. On an error neither the tree nor a file has changed.
     Result<void> save(const std::filesystem::path& path);
 
-    /// Whether the page's file is XHTML. Saved over it, the page becomes HTML.
+    /// Whether the page's file is XHTML.
     [[nodiscard]] bool isXhtml() const { return m_isXhtml; }
-
-    /// The names of the elements in the page's file that the tree does not hold, and saving leaves out.
-    [[nodiscard]] const std::vector<std::string>& lostElements() const { return m_lostElements; }
+    /// What saving now would cost: whether XML that can be read becomes HTML, and the names of the elements in the file
+    /// that the tree does not hold (lostElements()) and saving leaves out. Takes the time of a save where the page is such
+    /// a one.
+    struct Loss
+    {
+        bool isXml = false;
+        std::vector<std::string> elements;
+    };
+    [[nodiscard]] Loss lossOfSaving() const;
 
     [[nodiscard]] bool changedOnDisk() const { return m_hasFile && m_file.changedOnDisk(); }
 
@@ -57,6 +63,7 @@ private:
     std::filesystem::path m_docURL;
     bool m_hasFile = false;
     bool m_isXhtml = false;
+    bool m_isWellFormed = false; // the XHTML
     std::vector<std::string> m_lostElements;
 };
 
