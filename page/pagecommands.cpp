@@ -2,6 +2,7 @@
 #include "page/pagecommands.h"
 
 #include "html/characterdata.h"
+#include "page/originmatching.h"
 #include "page/pagetree.h"
 #include "page/typedtext.h"
 
@@ -211,8 +212,10 @@ bool PageCommands::setInnerMarkup(html::Element& element, const QString& markup,
 
 void PageCommands::apply(MarkupDifference difference, const QString& name, Merging merging)
 {
-    if (!difference.isEmpty())
-        m_stack.push(new ExchangeCommand(m_tree, std::move(difference), name, merging));
+    if (difference.isEmpty())
+        return;
+    adoptOrigins(difference);
+    m_stack.push(new ExchangeCommand(m_tree, std::move(difference), name, merging));
 }
 
 } // namespace luma

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
+#include "html/parse.h"
 #include "page/lostelements.h"
 #include "page/pagecommands.h"
 #include "page/pagestore.h"
@@ -225,6 +226,57 @@ private slots:
         stack->undo();
         QVERIFY(!stack->isClean());
         QCOMPARE(QByteArray::fromStdString(store->markup()), page);
+    }
+
+    // The rendering gives the whole page anew, in the parser's spelling.
+    void editInTheRendering_changesItsBytes_data()
+    {
+        QTest::addColumn<QByteArray>("page");
+        QTest::addColumn<QByteArray>("from"); // in the rendering's markup
+        QTest::addColumn<QByteArray>("to");
+        QTest::addColumn<QByteArray>("expected");
+        const auto row = [](const char* name, const char* page, const char* from, const char* to,
+                            const char* expected) {
+            QTest::newRow(name) << QByteArray(page) << QByteArray(from) << QByteArray(to)
+                                << QByteArray(expected);
+        };
+        row("letter", "<TITLE>A</TITLE>\r\n<P ID=a>one &eacute;<BR>two", "two", "twoq",
+            "<TITLE>A</TITLE>\r\n<P ID=a>one &eacute;<BR>twoq");
+        row("two letters", "<UL><LI>one<LI>two<LI>three</UL><P>x&nbsp;y", "three</li></ul><p>",
+            "thre</li></ul><p>q", "<UL><LI>one<LI>two<LI>thre</UL><P>qx&nbsp;y");
+        row("wrapped", "<P>one <B CLASS=x>two</B> three</P>", "<b class=\"x\">two</b>",
+            "<i><b class=\"x\">two</b></i>", "<P>one <i><B CLASS=x>two</B></i> three</P>");
+        row("split", "<P>one</P>\r\n<P>two <B>three</B></P>\r\n<P>four</P>", "two <b>three</b></p>",
+            "two </p><p><b>three</b></p>", "<P>one</P>\r\n<P>two </P><p><B>three</B></p>\r\n<P>four</P>");
+        row("inserted between", "<P>one\n<P>two\n<P>three", "<p>two", "<p>new</p><p>two",
+            "<P>one\n<p>new</p><P>two\n<P>three");
+        row("moved", "<P>1</P><P ID=x>2</P><P>3</P><P>4</P>", "<p id=\"x\">2</p><p>3</p>",
+            "<p>3</p><p id=\"x\">2</p>", "<P>1</P><P>3</P><P ID=x>2</P><P>4</P>");
+        row("attributes in two", "<P ALIGN=left>1<P CLASS=a\nTITLE='y'>2",
+            "align=\"left\">1</p><p class=\"a\"", "align=\"right\">1</p><p class=\"b\"",
+            "<P ALIGN=right>1<P CLASS=b\nTITLE='y'>2");
+    }
+    void editInTheRendering_changesItsBytes()
+    {
+        QFETCH(QByteArray, page);
+        QFETCH(QByteArray, from);
+        QFETCH(QByteArray, to);
+        QFETCH(QByteArray, expected);
+        put("page.html", page.toStdString());
+        QVERIFY(open("page.html"));
+        QByteArray rendered = QByteArray::fromStdString(tree->document()->outerHtml());
+        QVERIFY2(rendered.contains(from), rendered.constData());
+        auto edited = html::parse(rendered.replace(from, to).toStdString());
+        PageCommands(*tree, *stack)
+            .apply(differenceTo(*tree->document(), **edited), QString(), PageCommands::Merging::Separate);
+        for (int i = 0; i < 2; ++i) { // also over a save
+            QCOMPARE(QByteArray::fromStdString(store->markup()), expected);
+            stack->undo();
+            QCOMPARE(QByteArray::fromStdString(store->markup()), page);
+            stack->redo();
+            QVERIFY(store->save(at("page.html")));
+            QCOMPARE(QByteArray::fromStdString(*readFile(at("page.html"))), expected);
+        }
     }
 
     void saveOfATreeThatNoMarkupGives_writesTheNearest()
