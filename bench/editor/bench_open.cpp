@@ -64,7 +64,8 @@ bool waitUntil(const std::function<bool()>& isDone)
 
 bool isShown(HTMLDocument& window)
 {
-    return window.viewController().webView()->editorPage().isComplete();
+    MyWebView& view = *window.viewController().webView();
+    return view.editorPage().isComplete() && !view.heldInput().isHolding();
 }
 
 /// The memory that is a process's own share of what it uses, in MB.
@@ -190,7 +191,9 @@ bool measureWindow(const fs::path& file, Times& times)
     QMenu* const insert = window->findChild<QPushButton*>(QStringLiteral("addTagButton"))->menu();
     paint(*outline);
     const Stopwatch editing;
+    emit insert->aboutToShow();
     insert->actions().first()->trigger();
+    window->viewController().catchUp();
     paint(*outline);
     times.edited.push_back(editing.milliseconds());
     const bool back = waitUntil([&] { return isShown(*window); });
