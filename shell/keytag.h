@@ -12,4 +12,8 @@ namespace luma {
 /// type, key, comment.
 std::string keyTag(std::string_view publicKey);
 
+/// Whether the text of a .pub file is one whole RSA key: a single line whose key is base64 of the three fields
+/// of RFC 4253, section 6.6, each with its length, and nothing else.
+bool isWholePublicKey(std::string_view file);
+
 } // namespace luma

@@ -18,6 +18,7 @@ namespace {
 
 constexpr auto expectProgram = "/usr/bin/expect";
 constexpr auto errorInConnection = "Error in connection";
+constexpr auto damagedKey = "fail - the public key in ~/.ssh/id_rsa.pub is missing, empty or damaged";
 constexpr auto standardPort = "22";
 constexpr auto thisComputer = "localhost";
 
@@ -56,12 +57,15 @@ std::string homeFolder()
     return found->pw_dir;
 }
 
-std::string firstLineOf(const std::string& path)
+// Empty if the file is missing or far too long for a key.
+std::string contentsOf(const std::string& path)
 {
-    std::string line;
-    std::ifstream file(path);
-    std::getline(file, line);
-    return line;
+    constexpr std::streamsize longestKey = 64 * 1024;
+    std::string text(longestKey + 1, '\0');
+    std::ifstream file(path, std::ios::binary);
+    file.read(text.data(), static_cast<std::streamsize>(text.size()));
+    text.resize(file.gcount() > longestKey ? 0 : static_cast<std::size_t>(file.gcount()));
+    return text;
 }
 
 void logKeyComment()
@@ -108,11 +112,14 @@ std::string SSHController::setUpRemoteLogin(const std::string& login, const std:
 std::string SSHController::setUpRemoteLogin(const std::string& login, const std::string& port,
                                             const std::string& password)
 {
-    // If this fails, the next step does too: there is no key to install.
+    // If this fails, there is no key to install.
     (void)runExpectScript(remotelogin::makeKey, {});
     logKeyComment();
     const std::string home = homeFolder();
-    const std::string tag = keyTag(firstLineOf(home + "/.ssh/id_rsa.pub"));
+    const std::string key = contentsOf(home + "/.ssh/id_rsa.pub");
+    if (!isWholePublicKey(key))
+        return damagedKey;
+    const std::string tag = keyTag(key);
     return runExpectScript(remotelogin::installKey, {login, port, password, home, tag});
 }
 
