@@ -3,8 +3,10 @@
 
 #include <QCoreApplication>
 #include <QSocketNotifier>
+#include <QTimer>
 
 #include <fcntl.h>
+#include <unistd.h>
 
 #include <array>
 #include <csignal>
@@ -44,12 +46,24 @@ QuitSignals::QuitSignals(QObject* parent) : QObject(parent)
     m_writeEnd.reset(ends[1]);
     signalled = m_writeEnd.get();
     auto* const notifier = new QSocketNotifier(m_readEnd.get(), QSocketNotifier::Read, this);
-    connect(notifier, &QSocketNotifier::activated, this, [notifier] {
-        notifier->setEnabled(false);
-        QCoreApplication::quit();
-    });
-    // SA_RESETHAND: the second time the signal does what it always does.
+    connect(notifier, &QSocketNotifier::activated, this, &QuitSignals::quit);
+    arm();
+}
+
+// SA_RESETHAND: while the program quits, a second signal does what it always does.
+void QuitSignals::arm()
+{
     handleSignals(noteSignal, static_cast<int>(SA_RESETHAND) | SA_RESTART);
+}
+
+void QuitSignals::quit()
+{
+    std::array<char, 16> noted = {};
+    while (::read(m_readEnd.get(), noted.data(), noted.size()) > 0) {
+    }
+    QCoreApplication::quit();
+    // Comes only if a window has refused and the event loop goes on.
+    QTimer::singleShot(0, this, &QuitSignals::arm);
 }
 
 QuitSignals::~QuitSignals()

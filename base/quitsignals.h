@@ -9,7 +9,7 @@ namespace luma {
 
 /// Turns SIGTERM, SIGINT and SIGHUP into an ordinary quit, so that nothing is lost when the desktop session
 /// ends: windows are asked to close, and what is saved at quit is saved. A second signal ends the program at
-/// once. Create one, on the main thread, after the application object.
+/// once, unless a window has refused to close: then it asks again. Create one, on the main thread, after the application object.
 class QuitSignals final : public QObject
 {
     Q_OBJECT
@@ -19,6 +19,9 @@ public:
     ~QuitSignals() override;
 
 private:
+    static void arm();
+    void quit();
+
     FileDescriptor m_readEnd;
     FileDescriptor m_writeEnd;
 };
