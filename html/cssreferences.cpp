@@ -5,6 +5,7 @@
 #include "base/utf8.h"
 
 #include <algorithm>
+#include <optional>
 
 namespace luma {
 
@@ -15,13 +16,18 @@ bool isNameCharacter(char c)
     return isAsciiAlphanumeric(c) || c == '-' || c == '_' || static_cast<unsigned char>(c) >= 0x80;
 }
 
+bool isLineEnd(char c)
+{
+    return c == '\n' || c == '\r' || c == '\f';
+}
+
 // The escape at `raw[i]`, a backslash: appends its text and gives the place behind it.
 std::size_t appendEscape(std::string_view raw, std::size_t i, std::string& text)
 {
     ++i;
     if (i == raw.size())
         return i;
-    if (raw[i] == '\n' || raw[i] == '\f' || raw[i] == '\r')
+    if (isLineEnd(raw[i]))
         return i + (raw.substr(i).starts_with("\r\n") ? 2 : 1);
     char32_t code = 0;
     std::size_t digits = 0;
@@ -132,9 +138,9 @@ private:
         while (!ended() && isWhiteSpace(m_source[m_at]))
             ++m_at;
         if (!ended() && (m_source[m_at] == '"' || m_source[m_at] == '\'')) {
-            const CssReference reference = stringReference();
-            if (m_rule != Rule::Namespace)
-                m_found.push_back(reference);
+            const std::optional<CssReference> reference = stringReference();
+            if (reference && m_rule != Rule::Namespace)
+                m_found.push_back(*reference);
             ++m_depth;
             return;
         }
@@ -164,10 +170,10 @@ private:
 
     void readString()
     {
-        const CssReference reference = stringReference();
+        const std::optional<CssReference> reference = stringReference();
         const bool inImageSet = m_imageSetDepth > 0 && m_depth == m_imageSetDepth;
-        if (m_rule == Rule::Import || inImageSet)
-            m_found.push_back(reference);
+        if (reference && (m_rule == Rule::Import || inImageSet))
+            m_found.push_back(*reference);
         endOfUrl();
     }
 
@@ -178,17 +184,20 @@ private:
             m_rule = Rule::Other;
     }
 
-    // At the opening quote; goes behind the closing one. A line end closes a damaged string.
-    CssReference stringReference()
+    // At the opening quote; goes behind the closing one. Nothing for a string damaged by a line end, which closes it
+    // (CSS Syntax 3, 4.3.5).
+    std::optional<CssReference> stringReference()
     {
         const char quote = m_source[m_at++];
         CssReference reference{m_at, m_at, quote == '"' ? CssQuotes::Double : CssQuotes::Single,
                                m_rule == Rule::Import};
-        while (!ended() && m_source[m_at] != quote && m_source[m_at] != '\n')
+        const auto atLineEnd = [this] { return !ended() && isLineEnd(m_source[m_at]); };
+        while (!ended() && m_source[m_at] != quote && !atLineEnd())
             m_at += m_source[m_at] == '\\' && m_at + 1 < m_source.size() ? 2 : 1;
+        const bool isDamaged = atLineEnd();
         reference.end = std::min(m_at, m_source.size());
         m_at = std::min(m_at + 1, m_source.size());
-        return reference;
+        return isDamaged ? std::nullopt : std::optional(reference);
     }
 
     std::string_view m_source;
