@@ -13,7 +13,8 @@
 
 namespace luma {
 
-enum class LinkState : std::uint8_t { External, Present, Missing };
+/// NotJudged: holds server code, so that only the server knows; never by the letter.
+enum class LinkState : std::uint8_t { External, Present, Missing, NotJudged };
 
 /// One link of a page in a report. Its value is decoded and has no query after ".php".
 struct LinkFinding

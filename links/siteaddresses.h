@@ -48,6 +48,9 @@ public:
     /// no such address is left out. Pages count as being at the first one; without any, on a server of unknown name.
     explicit SiteAddresses(const std::vector<std::string>& ownAddresses = {});
 
+    /// Whether the site's own address is known.
+    [[nodiscard]] bool isNameKnown() const { return m_isNameKnown; }
+
     /// `base`: the address of the page's base element, decoded; empty without one.
     [[nodiscard]] Page page(std::string_view path, std::string_view base = {}) const;
 

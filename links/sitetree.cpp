@@ -70,6 +70,15 @@ Result<SiteTree> SiteTree::read(const std::filesystem::path& root, const StillWa
     return tree;
 }
 
+SiteTree SiteTree::unread(const std::filesystem::path& root)
+{
+    SiteTree tree;
+    tree.m_rootPath = root.native();
+    tree.add(none, {}, Type::UnreadableFolder);
+    tree.buildTable();
+    return tree;
+}
+
 SiteTree::Id SiteTree::add(Id parent, std::string_view name, Type type)
 {
     m_entries.push_back({parent, static_cast<std::uint32_t>(m_names.size()),

@@ -29,6 +29,9 @@ public:
     /// counts as empty.
     static Result<SiteTree> read(const std::filesystem::path& root, const StillWanted& stillWanted = {});
 
+    /// A tree of which nothing has been read: its root counts as an unreadable folder.
+    static SiteTree unread(const std::filesystem::path& root);
+
     /// All items but folders and symbolic links to folders, in the byte order of the subpaths.
     [[nodiscard]] const std::vector<Id>& files() const { return m_files; }
     /// Those that are pages.

@@ -8,14 +8,11 @@
 #include "html/characterreferences.h"
 #include "links/attributelinks.h"
 #include "links/bytehash.h"
+#include "links/excludedfolders.h"
 #include "links/linkedfile.h"
 #include "links/namesearch.h"
 #include "links/parsedpage.h"
 #include "links/urlreferences.h"
-
-#include <QRegularExpression>
-#include <QString>
-#include <QStringList>
 
 #include <algorithm>
 #include <map>
@@ -27,46 +24,6 @@ namespace fs = std::filesystem;
 namespace {
 
 using Id = SiteTree::Id;
-
-QString textOf(std::string_view bytes)
-{
-    return QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
-}
-
-// The folders at the top of the site that the report leaves out.
-class ExcludedFolders final
-{
-public:
-    explicit ExcludedFolders(std::string_view names)
-    {
-        const QStringList parts = textOf(names).split(QLatin1Char(','));
-        for (const QString& part : parts) {
-            const QString name = part.trimmed();
-            if (name.isEmpty())
-                continue;
-            const QRegularExpression expression = startingWith(name);
-            m_expressions.push_back(expression.isValid() ? expression
-                                                         : startingWith(QRegularExpression::escape(name)));
-        }
-    }
-
-    [[nodiscard]] bool contain(std::string_view subpath) const
-    {
-        const QString text = m_expressions.empty() ? QString() : textOf(subpath);
-        return std::any_of(
-            m_expressions.begin(), m_expressions.end(),
-            [&](const QRegularExpression& expression) { return expression.match(text).hasMatch(); });
-    }
-
-private:
-    static QRegularExpression startingWith(const QString& name)
-    {
-        return QRegularExpression(QLatin1Char('^') + name + QLatin1Char('/'),
-                                  QRegularExpression::CaseInsensitiveOption);
-    }
-
-    std::vector<QRegularExpression> m_expressions;
-};
 
 // What the scan of one file leaves for the calling thread.
 struct FileReferences

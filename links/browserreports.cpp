@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "links/browserreports.h"
+
+#include "base/orderedwork.h"
+#include "base/pathbelow.h"
+#include "links/namesearch.h"
+
+#include <memory>
+#include <vector>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Id = SiteTree::Id;
+
+// Reads pages for links to one target. Each thread has its own.
+class TargetReader final
+{
+public:
+    TargetReader(BrowserSite& site, Id target, const NameSearch& name)
+        : m_site(&site), m_target(target), m_name(&name), m_checker(site, FindingsKept::All)
+    {}
+
+    // Nothing where the file does not refer to the target.
+    std::optional<WebPage> read(Id file)
+    {
+        const std::string_view name = m_site->tree().name(file);
+        if (webFileKind(name) != WebFileKind::Other) {
+            WebPage page = m_checker.check(file);
+            std::erase_if(page.links, [&](const WebLink& link) {
+                return link.file != m_target && link.folder != m_target;
+            });
+            if (!page.links.empty())
+                return page;
+        }
+        if (!mentionsFiles(name) || file == m_target)
+            return std::nullopt;
+        const auto text = m_reader.read(m_site->tree().path(file));
+        if (!text || !m_name->holdsAny(*text))
+            return std::nullopt;
+        return WebPage{m_site->tree().subpath(file), {}, {}};
+    }
+
+private:
+    BrowserSite* m_site;
+    Id m_target;
+    const NameSearch* m_name;
+    BrowserChecker m_checker;
+    FileReader m_reader;
+};
+
+Result<bool> stoppedOrError(const Error& error)
+{
+    return error.isStopped() ? Result<bool>(false) : Result<bool>(error);
+}
+
+std::string subpathOf(const fs::path& item, const fs::path& site)
+{
+    return item.lexically_relative(site).native();
+}
+
+} // namespace
+
+Result<bool> checkWebLinks(const fs::path& site, const WebRules& rules, FindingsKept kept,
+                           const WebPageSink& page, const StillWanted& stillWanted)
+{
+    const auto tree = SiteTree::read(site, stillWanted);
+    if (!tree)
+        return stoppedOrError(tree.error());
+    std::vector<Id> pages;
+    for (const Id file : tree->files()) {
+        if (webFileKind(tree->name(file)) != WebFileKind::Other)
+            pages.push_back(file);
+    }
+    BrowserSite shared(*tree, rules);
+    using Work = OrderedWork<WebPage>;
+    std::vector<BrowserChecker> checkers;
+    for (std::size_t worker = 0; worker < Work::workerCount(); ++worker)
+        checkers.emplace_back(shared, kept);
+    return Work(pages.size(), stillWanted)
+        .run([&](std::size_t index, std::size_t worker) { return checkers[worker].check(pages[index]); },
+             [&](std::size_t, const WebPage& found) {
+                 if (kept == FindingsKept::All || !found.links.empty() || !found.unreadable.empty())
+                     page(found);
+             });
+}
+
+Result<WebPage> checkWebPage(const fs::path& site, const fs::path& page, const WebRules& rules)
+{
+    if (webFileKind(page.filename().native()) == WebFileKind::Other)
+        return Error{page.native() + ": Not a page"};
+    const fs::path root = site.empty() ? fs::path("/") : site;
+    const std::string subpath = subpathOf(fs::absolute(page).lexically_normal(), root);
+    if (subpath.starts_with("../"))
+        return Error{page.native() + ": Not in the site"};
+    const Result<SiteTree> tree = site.empty() ? SiteTree::unread(root) : SiteTree::read(root);
+    if (!tree)
+        return tree.error();
+    BrowserSite shared(*tree, rules);
+    BrowserChecker checker(shared, FindingsKept::All);
+    const Id id = shared.paths().find(subpath);
+    WebPage found = id == SiteTree::none ? checker.check(subpath) : checker.check(id);
+    if (!found.unreadable.empty())
+        return Error{found.unreadable};
+    return found;
+}
+
+Result<bool> findWebLinksTo(const fs::path& site, const fs::path& target, const WebRules& rules,
+                            const WebPageSink& page, const StillWanted& stillWanted)
+{
+    const auto tree = SiteTree::read(site, stillWanted);
+    if (!tree)
+        return stoppedOrError(tree.error());
+    WebRules withoutFragments = rules;
+    withoutFragments.fragmentsAreChecked = false;
+    BrowserSite shared(*tree, withoutFragments);
+    const std::string subpath = subpathOf(target, site);
+    const Id id = shared.paths().find(subpath == "." ? std::string() : subpath);
+    if (id == SiteTree::none)
+        return Error{target.native() + ": Not in the site"};
+    const NameSearch name({target.filename().native()});
+    using Work = OrderedWork<std::optional<WebPage>>;
+    std::vector<std::unique_ptr<TargetReader>> readers;
+    for (std::size_t worker = 0; worker < Work::workerCount(); ++worker)
+        readers.push_back(std::make_unique<TargetReader>(shared, id, name));
+    const std::vector<Id>& files = tree->files();
+    return Work(files.size(), stillWanted)
+        .run([&](std::size_t index, std::size_t worker) { return readers[worker]->read(files[index]); },
+             [&](std::size_t, const std::optional<WebPage>& found) {
+                 if (found)
+                     page(*found);
+             });
+}
+
+} // namespace luma

@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "links/sitepagereader.h"
+
+#include "base/utf8.h"
+#include "html/pageencoding.h"
+#include "links/servercode.h"
+#include "links/webrules.h"
+
+#include <algorithm>
+
+namespace luma {
+
+namespace {
+
+bool isAscii(std::string_view text)
+{
+    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
+}
+
+// Whether the bytes can be read as they are, because they are valid UTF-8 and mean what it says.
+bool needsNoDecoding(std::string_view bytes, const PageEncoding& encoding, MarkupLanguage language)
+{
+    if (!encoding.encoding.isUtf8())
+        return encoding.encoding.holdsAscii() && isAscii(bytes);
+    const bool isKnownValid =
+        encoding.source == PageEncoding::Source::Guessed && language != MarkupLanguage::Xml;
+    return isKnownValid || isValidUtf8(bytes);
+}
+
+std::string_view nameOf(std::string_view path)
+{
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string_view::npos ? path : path.substr(slash + 1);
+}
+
+} // namespace
+
+Result<void> SitePageReader::read(const std::string& path)
+{
+    const auto bytes = m_reader.read(path);
+    if (!bytes)
+        return bytes.error();
+    const WebFileKind kind = webFileKind(nameOf(path));
+    const MarkupLanguage language = kind == WebFileKind::XmlPage      ? MarkupLanguage::Xml
+                                    : kind == WebFileKind::StyleSheet ? MarkupLanguage::Css
+                                                                      : MarkupLanguage::Html;
+    const PageEncoding encoding = encodingOf(*bytes, language);
+    m_text = bytes->substr(encoding.markLength);
+    if (!needsNoDecoding(m_text, encoding, language)) {
+        m_decoded = encoding.encoding.decoded(m_text);
+        m_text = m_decoded;
+    }
+    m_holdsServerCode = false;
+    if (kind != WebFileKind::StyleSheet) {
+        if (auto masked = withMaskedServerCode(m_text)) {
+            m_masked = *std::move(masked);
+            m_text = m_masked;
+            m_holdsServerCode = true;
+        }
+    }
+    m_page.read(m_text, kind == WebFileKind::XmlPage      ? PageFormat::Xml
+                        : kind == WebFileKind::StyleSheet ? PageFormat::StyleSheet
+                                                          : PageFormat::Html);
+    return {};
+}
+
+} // namespace luma
