@@ -1,22 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
+#include "links/browserreports.h"
 #include "links/linkreports.h"
-#include "lumactl/commandarguments.h"
 #include "lumactl/lumactlcommands.h"
+#include "lumactl/reportoptions.h"
 #include "lumactl/standardoutput.h"
 
 namespace luma {
 
 namespace {
 
-ExitCode run(const std::vector<std::string>& arguments)
+ExitCode listByLetter(const std::string& page)
 {
-    const CommandArguments line(arguments, {}, {});
-    if (!line.error().empty())
-        return wrongUsage(linksFromCommand, line.error());
-    if (line.operands().size() != 1)
-        return wrongUsage(linksFromCommand, "one page is needed");
-    const std::string& page = line.operands().front();
     // An unreadable file must not look like a page without links.
     if (const auto source = readFile(page); !source)
         return unusable(source.error().text);
@@ -28,12 +23,53 @@ ExitCode run(const std::vector<std::string>& arguments)
     return output.finish() ? ExitCode::Ok : ExitCode::Found;
 }
 
+ExitCode run(const std::vector<std::string>& arguments)
+{
+    const CommandArguments line = reportArguments(arguments, {"--no-fragments"}, {"--site"});
+    if (!line.error().empty())
+        return wrongUsage(linksFromCommand, line.error());
+    if (line.operands().size() != 1)
+        return wrongUsage(linksFromCommand, "one page is needed");
+    if (const std::string conflict = conflictIn(line); !conflict.empty())
+        return wrongUsage(linksFromCommand, conflict);
+    const std::string& page = line.operands().front();
+    if (linkRules(line) == LinkRules::Letter)
+        return listByLetter(page);
+    std::filesystem::path site;
+    if (line.has("--site")) {
+        const auto folder = siteFolder(line.value("--site"));
+        if (!folder)
+            return ExitCode::Unusable;
+        site = *folder;
+    }
+    const auto found = checkWebPage(site, page, webRules(line));
+    if (!found)
+        return unusable(found.error().text);
+    StandardOutput output;
+    if (line.has("--json"))
+        appendJson(output.text(), *found);
+    else
+        appendLines(output.text(), page, *found);
+    return output.finish() ? ExitCode::Ok : ExitCode::Found;
+}
+
+constexpr std::string_view help =
+    "Prints the page's path and then one line for each link, as a browser reads them,\n"
+    "with line and column. A link that leads nowhere is marked and says why.\n"
+    "\n"
+    "  --site SITE          the site that PAGE is in, where \"/x\" starts. Without it\n"
+    "                       PAGE is read as a browser does that opens the file\n"
+    "  --no-fragments       don't look for the places that \"#name\" leads to\n"
+    "\n"
+    "  lumactl links-from ~/site/docs/index.html --site ~/site\n";
+
 } // namespace
 
-const LumactlCommand linksFromCommand = {
-    "links-from", "PAGE", "list the links of one page",
-    "Prints the page's path and then one line for each link, grouped by attribute,\n"
-    "href first. A link that leads to no file or folder is marked.\n",
-    run};
+const LumactlCommand linksFromCommand = {"links-from",
+                                         "PAGE [--site SITE] [--no-fragments] [--json] [--by-letter]",
+                                         "list the links of one page",
+                                         help,
+                                         run,
+                                         true};
 
 } // namespace luma

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
+#include "links/browserreports.h"
 #include "links/linkreports.h"
-#include "lumactl/commandarguments.h"
 #include "lumactl/lumactlcommands.h"
+#include "lumactl/reportoptions.h"
 #include "lumactl/standardoutput.h"
 
 namespace luma {
@@ -11,11 +12,13 @@ namespace {
 
 ExitCode run(const std::vector<std::string>& arguments)
 {
-    const CommandArguments line(arguments, {}, {});
+    const CommandArguments line = reportArguments(arguments);
     if (!line.error().empty())
         return wrongUsage(linksToCommand, line.error());
     if (line.operands().size() != 2)
         return wrongUsage(linksToCommand, "a site and a file are needed");
+    if (const std::string conflict = conflictIn(line); !conflict.empty())
+        return wrongUsage(linksToCommand, conflict);
     const auto site = siteFolder(line.operands()[0]);
     if (!site)
         return ExitCode::Unusable;
@@ -27,18 +30,37 @@ ExitCode run(const std::vector<std::string>& arguments)
         output.text().append(subpath).append("\n");
         output.flushIfLarge();
     };
-    if (const auto done = findLinksTo(*site, target, show); !done)
+    const auto showPage = [&](const WebPage& page) {
+        if (!line.has("--json"))
+            show(page.path);
+        else if (page.links.empty())
+            appendJson(output.text(), "page", page.path);
+        else
+            appendJson(output.text(), page);
+        output.flushIfLarge();
+    };
+    const auto done = linkRules(line) == LinkRules::Letter
+                          ? findLinksTo(*site, target, show)
+                          : findWebLinksTo(*site, target, webRules(line), showPage);
+    if (!done)
         return unusable(done.error().text);
     return output.finish() ? ExitCode::Ok : ExitCode::Found;
 }
 
+constexpr std::string_view help =
+    "FILE is a subpath of SITE, or any other path to the file or folder. A page or\n"
+    "style sheet refers to it by a link as a browser reads it, a script, data file or\n"
+    "text by containing its name. Prints one subpath a line.\n"
+    "\n"
+    "  lumactl links-to ~/site images/logo.png --json\n";
+
 } // namespace
 
-const LumactlCommand linksToCommand = {
-    "links-to", "SITE FILE", "list the files of a site that refer to one of its files",
-    "FILE is a subpath of SITE, or any other path to the file. A page refers to it by\n"
-    "a link or in a style element, a style sheet by url(...), a text or script by\n"
-    "containing its name. Prints one subpath a line.\n",
-    run};
+const LumactlCommand linksToCommand = {"links-to",
+                                       "SITE FILE [--json] [--by-letter]",
+                                       "list the files of a site that refer to one of its files",
+                                       help,
+                                       run,
+                                       true};
 
 } // namespace luma

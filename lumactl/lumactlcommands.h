@@ -24,6 +24,7 @@ struct LumactlCommand
     std::string_view help; // what usage and summary leave open; lines of at most 80 characters
     // Gets the arguments after the name, never "--help".
     ExitCode (*run)(const std::vector<std::string>& arguments);
+    bool isReport = false; // has the options of every report (reportoptions.h)
 };
 
 extern const LumactlCommand changedCommand;

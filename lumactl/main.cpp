@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "lumactl/commandarguments.h"
 #include "lumactl/lumactlcommands.h"
+#include "lumactl/reportoptions.h"
 #include "lumactl/standardoutput.h"
 
 #include <algorithm>
@@ -34,6 +35,8 @@ std::string helpOf(const LumactlCommand& command)
 {
     std::string text = "Usage: lumactl ";
     text.append(command.name).append(" ").append(command.usage).append("\n\n").append(command.help);
+    if (command.isReport)
+        text.append("\nOptions of all reports:\n\n").append(reportOptionsHelp);
     return text;
 }
 

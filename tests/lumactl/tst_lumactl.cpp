@@ -67,17 +67,34 @@ private slots:
         const auto fails = [](const char* arguments, const char* output) {
             QTest::newRow(arguments) << 1 << QByteArray(output) << true;
         };
-        succeeds("links-from index.html",
+        succeeds("links-from index.html --by-letter",
                  "index.html\n    href : sub/x.html\n    href : gone    *** MISSING ***\n    src : p.png\n");
-        finds("check . --missing", "ROOT/index.html\n    href : gone    *** MISSING ***\n");
-        succeeds("check --missing sub", "");
-        succeeds("check sub", "ROOT/sub/x.html\n    href : ../index.html\n");
-        succeeds("links-to . sub/x.html", "index.html\n");
+        finds("check . --missing --by-letter", "ROOT/index.html\n    href : gone    *** MISSING ***\n");
+        succeeds("check --by-letter --missing sub", "");
+        succeeds("check sub --by-letter", "ROOT/sub/x.html\n    href : ../index.html\n");
+        succeeds("links-to . sub/x.html --by-letter", "index.html\n");
         succeeds("links-to \"$PWD\" \"$PWD/index.html\"", "sub/x.html\n");
-        finds("unlinked .", "lonely.png\nsub/lonely.png\n");
+        finds("unlinked . --by-letter", "lonely.png\nsub/lonely.png\n");
         finds("unlinked . --except 'sub, x'", "lonely.png\n");
         finds("unlinked . --except=.*,lonely.png", "lonely.png\n");
-        finds("unlinked sub", "lonely.png\nx.html\n");
+        finds("unlinked sub --by-letter", "lonely.png\nx.html\n");
+        succeeds("links-from index.html --site .",
+                 "index.html\n    1:10  src : p.png\n    1:24  href : sub/x.html\n"
+                 "    1:43  href : gone    *** MISSING *** no such file\n");
+        finds("check . --missing",
+              "ROOT/index.html\n    1:43  href : gone    *** MISSING *** no such file\n");
+        finds("check sub",
+              "ROOT/sub/x.html\n    1:9  href : ../index.html    *** MISSING *** outside the site\n");
+        succeeds("check sub --web-address=https://example.org/sub/",
+                 "ROOT/sub/x.html\n    1:9  href : ../index.html\n");
+        finds("check . --missing --json",
+              "{\"page\":\"index.html\",\"line\":1,\"column\":43,\"place\":\"href\",\"link\":\"gone\","
+              "\"state\":\"missing\",\"why\":\"no such file\",\"suggestion\":null}\n");
+        succeeds("links-to . sub/x.html --json",
+                 "{\"page\":\"index.html\",\"line\":1,\"column\":24,\"place\":\"href\","
+                 "\"link\":\"sub/x.html\",\"state\":\"present\",\"why\":null,\"suggestion\":null}\n");
+        finds("unlinked .", "lonely.png\nsub/lonely.png\n");
+        finds("unlinked . --json", "{\"file\":\"lonely.png\"}\n{\"file\":\"sub/lonely.png\"}\n");
         fails("move . lonely.png sub", "\nDone\n");
         succeeds("move . p.png sub", "Updating links to: p.png\n\n\nDone\n");
         succeeds("copy . sub/x.html .", "Updating links to: x.html\n\n\nDone\n");
@@ -88,11 +105,27 @@ private slots:
         succeeds("changed . sub", "index.html\np.png\nsub/lonely.png\nsub/x.html\n");
         succeeds("changed . sub --download", "x.html\n");
         succeeds("--version", "lumactl 1.0\n");
-        for (const char* const unusable :
-             {"", "nonsense", "links-from gone.html", "links-from p.png", "check", "check site",
-              "check . --all", "links-to . nothing", "unlinked", "move . sub", "move . sub/x.html p.png",
-              "rename . p.png a/b", "changed", "publish .", "changed . sub .", "changed . gone",
-              "publish . sub --force", "changed . sub --except a", "publish . sub --except"})
+        for (const char* const unusable : {"",
+                                           "nonsense",
+                                           "links-from gone.html",
+                                           "links-from p.png",
+                                           "check",
+                                           "check site",
+                                           "check . --all",
+                                           "check . --json --by-letter",
+                                           "links-from index.html --site sub",
+                                           "links-to . nothing",
+                                           "unlinked",
+                                           "move . sub",
+                                           "move . sub/x.html p.png",
+                                           "rename . p.png a/b",
+                                           "changed",
+                                           "publish .",
+                                           "changed . sub .",
+                                           "changed . gone",
+                                           "publish . sub --force",
+                                           "changed . sub --except a",
+                                           "publish . sub --except"})
             QTest::newRow(*unusable ? unusable : "no command") << 2 << QByteArray() << true;
     }
     void commands()
@@ -172,10 +205,10 @@ private slots:
             lines += QByteArray::fromStdString(name + "\n");
             report += QByteArray::fromStdString(site.at(name).native() + "\n    href : " + link + "\n");
         }
-        QCOMPARE(lumactl(site, "unlinked . --except old").output, lines);
-        QCOMPARE(lumactl(site, "links-to . old/target.png").output, lines);
-        QCOMPARE(lumactl(site, "check .").output, report);
-        QCOMPARE(lumactl(site, "links-from \"$(printf '\\377.html')\"").output,
+        QCOMPARE(lumactl(site, "unlinked . --except old --by-letter").output, lines);
+        QCOMPARE(lumactl(site, "links-to . old/target.png --by-letter").output, lines);
+        QCOMPARE(lumactl(site, "check . --by-letter").output, report);
+        QCOMPARE(lumactl(site, "links-from --by-letter \"$(printf '\\377.html')\"").output,
                  QByteArray("\xFF.html\n    href : old/target.png\n"));
     }
 
