@@ -2,6 +2,7 @@
 #include "page/pagefile.h"
 
 #include "base/files.h"
+#include "html/pageencoding.h"
 #include "html/parse.h"
 
 #include <functional>
@@ -41,14 +42,16 @@ void PageFile::remember(std::string_view bytes, const Stamp& stamp)
 Result<std::string> PageFile::read()
 {
     std::error_code error;
-    // Taken before the bytes: what changes in between is seen as a change.
+    // Taken before the bytes, so that a change in between is noticed.
     const Stamp before = stamp();
     if (fs::is_regular_file(m_path, error) && before.size > largestFile)
         return Error{m_path.string() + " is too large for a page"};
     auto bytes = readFile(m_path);
     if (!bytes)
         return bytes.error();
-    if (bytes->find('\0') != std::string::npos)
+    // In UTF-16 every second byte of English text is 0.
+    const bool mayHoldZeros = !encodingOf(*bytes, MarkupLanguage::Html).encoding.holdsAscii();
+    if (!mayHoldZeros && bytes->find('\0') != std::string::npos)
         return Error{m_path.string() + " is no page: it holds binary data"};
     remember(*bytes, before);
     return bytes;

@@ -10,8 +10,8 @@
 
 namespace luma {
 
-/// A page's file as the editor reads and writes it, and what it knew of it last: whether somebody else has
-/// changed the file since. Any thread, one at a time; may block on a mount.
+/// A page's file, which notices changes by other programs since it was last read or written. Any thread, one at a time; may
+/// block on a mount.
 class PageFile final
 {
 public:
@@ -20,15 +20,15 @@ public:
 
     [[nodiscard]] const std::filesystem::path& path() const { return m_path; }
 
-    /// The whole file. Refused, with a sentence for the reader: what is no regular file or can't be read,
-    /// what is too large for a page, and what holds binary data.
+    /// The whole file. The error is a sentence for the user: it is no regular file, can't be read, is too large for a page,
+    /// or holds binary data.
     Result<std::string> read();
 
-    /// Replaces the file as writeFile does; on an error it is as it was.
+    /// Replaces the file as writeFile does; on an error it stays unchanged.
     Result<void> write(std::string_view bytes);
 
-    /// Whether the file holds something else than what was read or written last. A file that is gone has not
-    /// changed, for there is nothing in it to lose.
+    /// Whether the file differs from what was last read or written. A deleted file counts as unchanged: saving loses
+    /// nothing.
     [[nodiscard]] bool changedOnDisk() const;
 
 private:

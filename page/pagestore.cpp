@@ -1,19 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/pagestore.h"
 
-#include "base/pathtext.h"
+#include "html/pagelanguage.h"
 #include "html/pagesource.h"
 #include "html/pagewriter.h"
-#include "html/parse.h"
 #include "links/linkmapping.h"
 #include "page/lostelements.h"
 #include "page/pagecommands.h"
 #include "page/pagetree.h"
 
-#include <QMimeDatabase>
 #include <QObject>
 #include <QUndoStack>
-#include <QXmlStreamReader>
 
 #include <algorithm>
 
@@ -51,53 +48,6 @@ void swapAll(AttributeChanges& changes)
         element->swapAttributes(attributes);
 }
 
-/// What a page is written in. All that does not call itself XML, by a declaration or the file's extension, is
-/// HTML; XHTML is XML whose root element is `html`.
-struct PageLanguage
-{
-    enum class Kind { Html, Xhtml, OtherXml };
-    Kind kind = Kind::Html;
-    std::string rootElement; // of other XML
-};
-
-/// The text from its first character on that is no byte-order mark and no white space.
-std::string_view trimmedStart(std::string_view text)
-{
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (text.starts_with(byteOrderMark))
-        text.remove_prefix(byteOrderMark.size());
-    const std::size_t start = text.find_first_not_of(" \t\r\n");
-    return start == std::string_view::npos ? std::string_view() : text.substr(start);
-}
-
-bool isNamedAsXml(const std::filesystem::path& file)
-{
-    const QMimeDatabase types;
-    return types.mimeTypeForFile(textOf(file.filename()), QMimeDatabase::MatchExtension)
-        .inherits(QStringLiteral("application/xml"));
-}
-
-bool isWellFormedXml(std::string_view text)
-{
-    QXmlStreamReader xml(QByteArray::fromRawData(text.data(), static_cast<qsizetype>(text.size())));
-    while (!xml.atEnd())
-        xml.readNext();
-    return !xml.hasError();
-}
-
-// XML that is not well-formed counts as XHTML: the parser reads what it can of it.
-PageLanguage pageLanguage(const std::filesystem::path& file, std::string_view text)
-{
-    text = trimmedStart(text);
-    if (!text.starts_with("<?xml") && !isNamedAsXml(file))
-        return {};
-    QXmlStreamReader xml(QByteArray::fromRawData(text.data(), static_cast<qsizetype>(text.size())));
-    xml.setNamespaceProcessing(false);
-    if (!xml.readNextStartElement() || xml.qualifiedName() == QLatin1String("html"))
-        return {PageLanguage::Kind::Xhtml, {}};
-    return {PageLanguage::Kind::OtherXml, xml.qualifiedName().toString().toStdString()};
-}
-
 } // namespace
 
 void PageStore::setLocation(const fs::path& path, Origin origin)
@@ -114,15 +64,16 @@ Result<void> PageStore::load(const QString& name)
     const auto bytes = m_file.read();
     if (!bytes)
         return bytes.error();
-    const PageLanguage language = pageLanguage(m_docURL, *bytes);
-    if (language.kind == PageLanguage::Kind::OtherXml)
+    const html::PageLanguage language = html::pageLanguage(m_docURL, *bytes);
+    if (language.kind == html::PageLanguage::Kind::OtherXml)
         return Error{m_docURL.string() + " is not HTML but XML, with the root element <" +
                      language.rootElement + ">."};
-    auto parsed = html::parseWithSource(*bytes);
+    auto parsed = m_codec.read(*bytes, language.markup());
     if (!parsed)
         return Error{m_docURL.string() + ": " + parsed.error().text};
-    m_isXhtml = language.kind == PageLanguage::Kind::Xhtml;
-    m_isWellFormed = m_isXhtml && isWellFormedXml(*bytes);
+    m_language = language.markup();
+    m_isXhtml = language.kind == html::PageLanguage::Kind::Xhtml;
+    m_isWellFormed = m_isXhtml && html::isWellFormedXml(*bytes);
     m_lostElements = lostElements(*bytes);
     if (html::Document* document = m_tree.document()) {
         const html::NodePtr read = (*parsed)->copy();
@@ -148,16 +99,16 @@ std::string PageStore::markup() const
     return m_tree.document() ? html::patchedPage(*m_tree.document()) : std::string();
 }
 
-PageStore::Loss PageStore::lossOfSaving() const
+PageStore::Loss PageStore::lossOfSaving()
 {
     Loss loss;
     if (!m_tree.document() || (!m_isWellFormed && m_lostElements.empty()))
         return loss;
-    const auto page = html::writePage(*m_tree.document());
+    const auto page = m_codec.write(*m_tree.document(), m_language);
     if (!page)
         return loss; // saving will say why
-    loss.isXml = m_isWellFormed && !isWellFormedXml(page->text);
-    const std::vector<std::string> kept = lostElements(page->text);
+    loss.isXml = m_isWellFormed && !html::isWellFormedXml(page->bytes);
+    const std::vector<std::string> kept = lostElements(page->bytes);
     for (const std::string& name : m_lostElements) {
         if (std::find(kept.begin(), kept.end(), name) == kept.end())
             loss.elements.push_back(name);
@@ -174,22 +125,22 @@ Result<void> PageStore::save(const fs::path& path)
     if (target.parent_path() != m_docURL.parent_path())
         changes = rebased(*m_tree.document(), m_docURL.parent_path(), target.parent_path());
     swapAll(changes);
-    const auto page = html::writePage(*m_tree.document());
+    const auto page = m_codec.write(*m_tree.document(), m_language);
     swapAll(changes);
     if (!page)
-        return Error{target.string() + " would not be a page any more: " + page.error().text};
+        return Error{target.string() + ": " + page.error().text};
     PageFile file = target == m_docURL ? m_file : PageFile(target);
-    if (const auto written = file.write(page->text); !written)
+    if (const auto written = file.write(page->bytes); !written)
         return written.error();
     PageCommands(m_tree, m_stack).setAttributes(std::move(changes), QObject::tr("Rebase Links"));
-    if (page->isSame)
+    if (page->parsed)
         html::PageSource::transfer(*page->parsed, *m_tree.document());
     m_docURL = target;
     m_file = std::move(file);
     m_hasFile = true;
-    m_isWellFormed = m_isWellFormed && isWellFormedXml(page->text);
+    m_isWellFormed = m_isWellFormed && html::isWellFormedXml(page->bytes);
     m_isXhtml = m_isXhtml && m_isWellFormed;
-    m_lostElements = lostElements(page->text);
+    m_lostElements = lostElements(page->bytes);
     m_stack.setClean();
     return {};
 }

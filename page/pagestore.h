@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/result.h"
+#include "html/pagecodec.h"
 #include "page/pagefile.h"
 
 #include <QString>
@@ -38,7 +39,7 @@ public:
     /// The page as saving writes it (html::patchedPage), UTF-8; empty without a tree.
     [[nodiscard]] std::string markup() const;
 
-    /// Writes the page to `path`, which becomes its file, as html::writePage does. In another folder its links are rebased,
+    /// Writes the page to `path`, which becomes its file, in its encoding as html::PageCodec does. In another folder its links are rebased,
     /// in the tree too, so that they lead to the same files. On an error neither the tree nor a file has changed.
     Result<void> save(const std::filesystem::path& path);
 
@@ -52,7 +53,7 @@ public:
         bool isXml = false;
         std::vector<std::string> elements;
     };
-    [[nodiscard]] Loss lossOfSaving() const;
+    [[nodiscard]] Loss lossOfSaving();
 
     [[nodiscard]] bool changedOnDisk() const { return m_hasFile && m_file.changedOnDisk(); }
 
@@ -60,6 +61,8 @@ private:
     PageTree& m_tree;
     QUndoStack& m_stack;
     PageFile m_file;
+    html::PageCodec m_codec;
+    MarkupLanguage m_language = MarkupLanguage::Html;
     std::filesystem::path m_docURL;
     bool m_hasFile = false;
     bool m_isXhtml = false;

@@ -78,8 +78,7 @@ private slots:
         QTRY_COMPARE(row("<p>").data().toString(), QStringLiteral("<p> one two"));
         QTRY_COMPARE(outline()->currentIndex(), row("<p>"));
         trigger("saveAction");
-        QVERIFY(file("page.html").find("<p>one two</p>") != std::string::npos);
-        QCOMPARE(file("page.html").find("contenteditable"), std::string::npos);
+        QCOMPARE(file("page.html"), std::string("<title>T</title><p>one two</p>"));
         QVERIFY(!window->isWindowModified());
         trigger("undoAction");
         QTRY_VERIFY(row("<p> one").isValid());
@@ -221,7 +220,7 @@ private slots:
 
     void badPage_isToldInTheWindow()
     {
-        put("page.html", std::string_view("\xff\xfe", 2));
+        put("page.html", std::string_view("\x89PNG\0", 5));
         openWindow(at("page.html"), at(""));
         QVERIFY(the<QWidget>("noticeBar")->isVisible());
         window->close();
@@ -278,7 +277,7 @@ private slots:
         QFETCH(QString, page);
         QFETCH(QString, off);
         put("page.html", "<p>one</p>");
-        put("damaged.html", std::string_view("\xff\xfe", 2));
+        put("damaged.html", std::string_view("\x89PNG\0", 5));
         openWindow(page.isEmpty() ? fs::path() : at(page.toStdString()), at(""));
         QStringList found;
         int count = 0;

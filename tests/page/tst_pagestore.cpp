@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
+#include "html/characterdata.h"
 #include "html/parse.h"
 #include "page/lostelements.h"
 #include "page/pagecommands.h"
@@ -57,7 +58,7 @@ private slots:
         QTest::newRow("empty") << QByteArray("") << false;
         QTest::newRow("plain text") << QByteArray("no page at all") << false;
         QTest::newRow("binary") << QByteArray("\x89PNG\0\1\2", 7) << true;
-        QTest::newRow("not UTF-8") << QByteArray("<p>caf\xe9") << true;
+        QTest::newRow("not UTF-8") << QByteArray("<p>caf\xe9") << false;
         QTest::newRow("50 MB") << QByteArray(50 << 20, 'x') << true;
         QTest::newRow("100,000 levels") << QByteArray("<div>").repeated(100'000) << true;
     }
@@ -277,6 +278,81 @@ private slots:
             QVERIFY(store->save(at("page.html")));
             QCOMPARE(QByteArray::fromStdString(*readFile(at("page.html"))), expected);
         }
+    }
+
+    void encodings_areKept_data()
+    {
+        QTest::addColumn<QByteArray>("page");
+        QTest::addColumn<QByteArray>("typed"); // behind the paragraph's text, UTF-8
+        QTest::addColumn<QByteArray>("written");
+        const auto row = [](const char* name, const QByteArray& page, const char* typed,
+                            const QByteArray& written) {
+            QTest::newRow(name) << page << QByteArray(typed) << written;
+        };
+        const auto utf16 = [](const char* ascii) {
+            QByteArray bytes = "\xFF\xFE";
+            for (const char* at = ascii; *at; ++at)
+                bytes.append(*at).append('\0');
+            return bytes;
+        };
+        row("windows-1252", "<!-- \xE9\x81 --><P>caf\xE9 \x80", "\xC3\xBC\xD0\x96",
+            "<!-- \xE9\x81 --><P>caf\xE9 \x80\xFC&#1046;");
+        row("ISO-8859-15", "<meta charset=iso-8859-15><p>\xA4", "\xE2\x82\xAC",
+            "<meta charset=iso-8859-15><p>\xA4\xA4");
+        row("Shift_JIS", "<meta charset=shift_jis><p title='\x83\x5C'>\x93\xFA\xB1\x81<b>\x5C</b><p>\x96\x7B",
+            "\xE6\x97\xA5",
+            "<meta charset=shift_jis><p title='\x83\x5C'>\x93\xFA\xB1\x81<b>\x5C</b><p>\x96\x7B\x93\xFA");
+        row("UTF-16", utf16("<title>A</title>\r\n<p>x"), "\xE2\x82\xAC",
+            utf16("<title>A</title>\r\n<p>x") + QByteArray("\xAC\x20"));
+        row("damaged UTF-8", "<meta charset=utf-8><i>\xC3</i>\xFF<p>x", "\xC3\xBC",
+            "<meta charset=utf-8><i>\xC3</i>\xFF<p>x\xC3\xBC");
+        row("XML", "<?xml version='1.0' encoding='iso-8859-1'?><html><body>\xE9<p>x</p></body></html>",
+            "\xC3\xBC",
+            "<?xml version='1.0' encoding='iso-8859-1'?><html><body>\xE9<p>x\xFC</p></body></html>");
+        row("ISO-2022-JP", "<meta charset=iso-2022-jp><p>\x1B$BF|K\\\x1B(B<i>x</i><p>a", "\xE6\x97\xA5",
+            "<meta charset=iso-2022-jp><p>\x1B$BF|K\\\x1B(B<i>x</i><p>a\x1B$BF|\x1B(B");
+    }
+    void encodings_areKept()
+    {
+        QFETCH(QByteArray, page);
+        QFETCH(QByteArray, typed);
+        QFETCH(QByteArray, written);
+        put("page.html", page.toStdString());
+        QVERIFY(open("page.html"));
+        QVERIFY(store->save(at("page.html")));
+        QCOMPARE(QByteArray::fromStdString(*readFile(at("page.html"))), page);
+        html::Element* const paragraph = tree->document()->select("p").back();
+        auto& text = static_cast<html::CharacterData&>(*paragraph->firstChild());
+        const std::string before = text.data();
+        for (int i = 0; i < 2; ++i) { // again from what was written
+            text.setData(before + typed.toStdString());
+            QVERIFY(store->save(at("page.html")));
+            QCOMPARE(QByteArray::fromStdString(*readFile(at("page.html"))), written);
+            text.setData(before);
+            QVERIFY(store->save(at("page.html")));
+            QCOMPARE(QByteArray::fromStdString(*readFile(at("page.html"))), page);
+        }
+    }
+
+    void otherDeclaredEncoding_isWritten()
+    {
+        put("page.html", "<meta charset=windows-1252><p>\xE9</p>");
+        QVERIFY(open("page.html"));
+        tree->document()->select("meta").front()->setAttr("charset", "utf-8");
+        QVERIFY(store->save(at("page.html")));
+        QCOMPARE(*readFile(at("page.html")), std::string("<meta charset=utf-8><p>\xC3\xA9</p>"));
+    }
+
+    void characterThatTheEncodingLacks_isRefusedInAScript()
+    {
+        const std::string page = "<meta charset=windows-1252><script>x='\xE9'</script>";
+        put("page.html", page);
+        QVERIFY(open("page.html"));
+        QVERIFY(tree->document()->select("script").front()->setHtml("x='\xD0\x96'"));
+        const auto saved = store->save(at("page.html"));
+        QVERIFY(!saved);
+        QVERIFY2(saved.error().text.find("windows-1252") != std::string::npos, saved.error().text.c_str());
+        QCOMPARE(*readFile(at("page.html")), page);
     }
 
     void saveOfATreeThatNoMarkupGives_writesTheNearest()

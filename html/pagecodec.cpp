@@ -1,0 +1,194 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "html/pagecodec.h"
+
+#include "base/utf8.h"
+#include "html/pagesource.h"
+#include "html/parse.h"
+#include "html/treecomparison.h"
+
+#include <QStringDecoder>
+
+#include <algorithm>
+#include <array>
+
+namespace luma::html {
+
+namespace {
+
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+/// Whether escape sequences switch between character sets.
+bool canSwitch(const Encoding& encoding)
+{
+    return encoding.name() == "ISO-2022-JP";
+}
+
+struct Decoded
+{
+    std::string text; // UTF-8
+    std::vector<std::uint32_t> places;
+};
+
+/// Decodes byte by byte, to know which bytes a character comes from.
+class PlacedDecoder final
+{
+public:
+    PlacedDecoder(std::string_view bytes, const Encoding& encoding)
+        : m_bytes(bytes),
+          m_decoder(std::string(encoding.name()).c_str(), QStringConverter::Flag::ConvertInitialBom),
+          m_canSwitch(canSwitch(encoding))
+    {}
+
+    Decoded run()
+    {
+        for (std::size_t i = 0; i < m_bytes.size(); ++i) {
+            std::array<QChar, 64> buffer;
+            const QChar* const end =
+                m_decoder.appendToBuffer(buffer.data(), QByteArrayView(m_bytes.data() + i, 1));
+            m_pending.append(buffer.data(), end - buffer.data());
+            if (!m_pending.isEmpty() && !m_pending.back().isHighSurrogate())
+                take(i);
+        }
+        // Bytes that only switch between character sets are no character.
+        if (m_begin < m_bytes.size() && !m_canSwitch) {
+            m_pending = QChar(QChar::ReplacementCharacter);
+            take(m_bytes.size() - 1);
+        }
+        m_result.places.push_back(static_cast<std::uint32_t>(m_bytes.size()));
+        return std::move(m_result);
+    }
+
+private:
+    // A character that can't be read is often told only with the next one, which has a byte of its own.
+    void take(std::size_t last)
+    {
+        m_result.text += m_pending.toStdString();
+        m_result.places.resize(m_result.text.size(), static_cast<std::uint32_t>(m_begin));
+        if (m_result.text.back() == m_bytes[last])
+            m_result.places.back() = static_cast<std::uint32_t>(last);
+        m_begin = last + 1;
+        m_pending.clear();
+    }
+
+    std::string_view m_bytes;
+    QStringDecoder m_decoder;
+    bool m_canSwitch;
+    QString m_pending;
+    std::size_t m_begin = 0; // of the bytes that belong to m_pending
+    Decoded m_result;
+};
+
+bool areTheirText(std::string_view bytes, const Encoding& encoding)
+{
+    return encoding.isUtf8() && isValidUtf8(bytes);
+}
+
+/// `text` with its byte-order mark in the encoding, and so that ASCII may follow.
+std::string encodedPiece(std::string_view text, const Encoding& encoding)
+{
+    std::string bytes;
+    if (text.starts_with(byteOrderMark)) {
+        text.remove_prefix(byteOrderMark.size());
+        if (encoding.isUtf8())
+            bytes = byteOrderMark;
+        else if (!encoding.holdsAscii())
+            bytes = encoding.name() == "UTF-16BE" ? "\xFE\xFF" : "\xFF\xFE";
+    }
+    if (!canSwitch(encoding))
+        return bytes + encoding.encodedWithReferences(text);
+    bytes += encoding.encodedWithReferences(std::string(text) + '\n');
+    bytes.pop_back();
+    return bytes;
+}
+
+std::string joinedText(const std::vector<WrittenPiece>& pieces)
+{
+    std::string text;
+    for (const WrittenPiece& piece : pieces)
+        text += piece.source ? piece.source->text(piece.range) : std::string_view(piece.text);
+    return text;
+}
+
+} // namespace
+
+Result<std::unique_ptr<Document>> PageCodec::read(std::string_view bytes, MarkupLanguage language)
+{
+    return readAs(bytes, encodingOf(bytes, language).encoding);
+}
+
+Result<std::unique_ptr<Document>> PageCodec::readAs(std::string_view bytes, const Encoding& encoding)
+{
+    if (areTheirText(bytes, encoding))
+        return parseWithSource(bytes);
+    Decoded decoded = PlacedDecoder(bytes, encoding).run();
+    auto document = parseWithSource(decoded.text);
+    if (!document)
+        return document;
+    if (decoded.text.starts_with(byteOrderMark))
+        decoded.places.erase(decoded.places.begin(), decoded.places.begin() + byteOrderMark.size());
+    std::erase_if(m_bytes, [](const Bytes& known) { return known.source.expired(); });
+    m_bytes.push_back(
+        {(*document)->origin().source, encoding, std::string(bytes), std::move(decoded.places)});
+    return document;
+}
+
+const PageCodec::Bytes* PageCodec::bytesOf(const std::shared_ptr<const PageSource>& source) const
+{
+    const auto found = std::find_if(m_bytes.begin(), m_bytes.end(),
+                                    [&source](const Bytes& known) { return known.source.lock() == source; });
+    return found == m_bytes.end() ? nullptr : &*found;
+}
+
+std::string PageCodec::join(const std::vector<WrittenPiece>& pieces, const Encoding& encoding) const
+{
+    std::string bytes;
+    for (const WrittenPiece& piece : pieces) {
+        const Bytes* const known = piece.source ? bytesOf(piece.source) : nullptr;
+        if (known && known->encoding == encoding) {
+            const std::uint32_t begin = known->places[piece.range.begin];
+            bytes.append(known->bytes, begin, known->places[piece.range.end] - begin);
+        } else {
+            bytes += encodedPiece(
+                piece.source ? piece.source->text(piece.range) : std::string_view(piece.text), encoding);
+        }
+    }
+    return bytes;
+}
+
+Result<PageCodec::Written> PageCodec::write(const Document& document, MarkupLanguage language)
+{
+    auto page = writePage(document);
+    if (!page)
+        return page.error();
+    const std::shared_ptr<const PageSource>& source = document.origin().source;
+    const Bytes* const known = source ? bytesOf(source) : nullptr;
+    Written written;
+    written.way = page->way;
+    Encoding encoding = known ? known->encoding : Encoding();
+    written.bytes = join(page->pieces, encoding);
+    if (const Encoding declared = encodingOf(written.bytes, language).encoding; declared != encoding) {
+        encoding = declared;
+        written.bytes = join(page->pieces, encoding);
+    }
+    const bool isText = areTheirText(written.bytes, encoding) && written.bytes == page->text;
+    // What has to be escaped, and bytes that mean something else beside others, show when the bytes are read again.
+    const Document& wanted = page->isSame ? document : *page->parsed;
+    for (int i = 0; !isText && i < 2; ++i) {
+        if (i == 1)
+            written.bytes = encodedPiece(joinedText(page->pieces), encoding);
+        auto parsed = read(written.bytes, language);
+        if (parsed && !smallestDifferent(wanted, **parsed)) {
+            page->parsed = *std::move(parsed);
+            break;
+        }
+        if (i == 1)
+            return Error{
+                "It holds a character that " + std::string(encoding.name()) +
+                " lacks, in a script, a style sheet or a comment, where it can't be written otherwise."};
+    }
+    if (page->isSame)
+        written.parsed = std::move(page->parsed);
+    return written;
+}
+
+} // namespace luma::html

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "html/document.h"
+#include "html/pageencoding.h"
+#include "html/pagewriter.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace luma::html {
+
+/// A page in its encoding: reads the bytes of its file, and writes the edited tree with the bytes that it was read from.
+/// One codec belongs to one page. Any thread, one at a time.
+class PageCodec final
+{
+public:
+    /// The page in `bytes`, decoded as encodingOf() says and parsed as parseWithSource() does.
+    Result<std::unique_ptr<Document>> read(std::string_view bytes, MarkupLanguage language);
+
+    struct Written
+    {
+        std::string bytes;
+        WritingWay way = WritingWay::Unchanged;
+        /// What the bytes are read as; for PageSource::transfer where it is the same tree. Null when no markup gives the
+        /// document: then `bytes` come nearest to it.
+        std::unique_ptr<Document> parsed;
+    };
+    /// The tree as writePage() writes it, in the encoding that the page declares then, else the one that it was read in.
+    /// What has no bytes in it becomes a character reference. Error: such a character stands where references mean nothing
+    /// (in a script, a style sheet, a comment), or what writePage() says. The tree is not changed.
+    Result<Written> write(const Document& document, MarkupLanguage language);
+
+private:
+    /// The file's bytes of a source that they don't equal.
+    struct Bytes
+    {
+        std::weak_ptr<const PageSource> source;
+        Encoding encoding;
+        std::string bytes;
+        std::vector<std::uint32_t> places; // in `bytes`, of each byte of the source's text and of its end
+    };
+
+    [[nodiscard]] const Bytes* bytesOf(const std::shared_ptr<const PageSource>& source) const;
+    [[nodiscard]] std::string join(const std::vector<WrittenPiece>& pieces, const Encoding& encoding) const;
+    Result<std::unique_ptr<Document>> readAs(std::string_view bytes, const Encoding& encoding);
+
+    std::vector<Bytes> m_bytes;
+};
+
+} // namespace luma::html
