@@ -32,7 +32,7 @@ FLOORS = {
     "browser": {"base", "desktop", "links", "mounts"},
     "editor": {"base", "desktop", "html", "links", "page", "web"},
     "site": {"base", "browser", "desktop", "mounts", "shell"},
-    "lumactl": {"base", "links", "site"},
+    "lumactl": {"base", "html", "links", "site"},
     "app": {"base", "browser", "desktop", "editor", "shell", "site", "web"},
 }
 ROOMS = sorted(FLOORS)

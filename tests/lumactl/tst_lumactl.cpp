@@ -124,6 +124,11 @@ private slots:
                                            "changed . sub .",
                                            "changed . gone",
                                            "publish . sub --force",
+                                           "edit index.html p",
+                                           "edit index.html --remove",
+                                           "edit index.html p --remove --text x",
+                                           "edit index.html p --attr x",
+                                           "edit gone.html p --remove",
                                            "changed . sub --except a",
                                            "publish . sub --except"})
             QTest::newRow(*unusable ? unusable : "no command") << 2 << QByteArray() << true;
@@ -157,6 +162,68 @@ private slots:
         QCOMPARE(answer.code, 1);
         QCOMPARE(answer.errors, QByteArray("lumactl: File a.png exists, not overwritten\n"));
         QCOMPARE(site.bytesOf("b/a.png"), std::string("2"));
+    }
+
+    void edit_changesOneElement_data()
+    {
+        QTest::addColumn<QByteArray>("arguments");
+        QTest::addColumn<int>("code");
+        QTest::addColumn<QByteArray>("from"); // in the page
+        QTest::addColumn<QByteArray>("to");
+        const auto row = [](const char* arguments, int code, const char* from = "", const char* to = "") {
+            QTest::newRow(arguments) << QByteArray(arguments) << code << QByteArray(from) << QByteArray(to);
+        };
+        row("'#a' --text '2 < 3'", 0, ">caf\xE9<", ">2 &lt; 3<");
+        row("'#a' --text='caf\xC3\xA9 \xD0\x96'", 0, "caf\xE9", "caf\xE9 &#1046;");
+        row("ul --html '<li>x'", 0, "<LI>1\r\n<LI>2\r\n", "<li>x</li>");
+        row("'#a' --attr class=b", 0, ">caf", " class=\"b\">caf");
+        row("'#a' --remove-attr title", 0, " TITLE='t'");
+        row("'#a' --remove", 0, "<P ID=a TITLE='t'>caf\xE9</P>");
+        row("'#a' --before '<hr>'", 0, "<P ID=a", "<hr><P ID=a");
+        row("'#a' --after '<hr>'", 0, "</P>", "</P><hr>");
+        row("li --attr value=3 --all", 0, "<LI>1\r\n<LI>2", "<LI value=\"3\">1\r\n<LI value=\"3\">2");
+        row("'body *' --remove --all", 0, "<P ID=a TITLE='t'>caf\xE9</P>\r\n<UL><LI>1\r\n<LI>2\r\n</UL>",
+            "\r\n");
+        row("'#a' --attr title=t", 0);
+        row("li --remove", 1);
+        row("'#b' --remove", 1);
+        row("'#a' --html '<div>x</div><p>y'", 1);
+        row("html --before x", 1);
+    }
+    void edit_changesOneElement()
+    {
+        QFETCH(QByteArray, arguments);
+        QFETCH(int, code);
+        QFETCH(QByteArray, from);
+        QFETCH(QByteArray, to);
+        const QByteArray page = "<TITLE>t</TITLE>\r\n<BODY><P ID=a TITLE='t'>caf\xE9</P>\r\n"
+                                "<UL><LI>1\r\n<LI>2\r\n</UL>\r\n";
+        const Site site(Files{{"page.html", page.toStdString()}});
+        QByteArray expected = page;
+        if (!from.isEmpty())
+            expected.replace(from, to);
+        const Answer dry = lumactl(site, "edit page.html --dry-run " + arguments);
+        QCOMPARE(dry.code, code);
+        QCOMPARE(dry.output.isEmpty(), expected == page);
+        QCOMPARE(QByteArray::fromStdString(site.bytesOf("page.html")), page);
+        const Answer answer = lumactl(site, "edit page.html " + arguments);
+        QCOMPARE(answer.code, code);
+        QCOMPARE(answer.output, QByteArray());
+        QCOMPARE(answer.errors.startsWith("lumactl: page.html: "), code != 0);
+        QCOMPARE(QByteArray::fromStdString(site.bytesOf("page.html")), expected);
+    }
+
+    void dryEdit_printsTheLines()
+    {
+        const Site site(Files{{"page.html", "<h1>a</h1>\n<p>1\n<p>x\n<p>2\n<div>d</div>"}});
+        QCOMPARE(
+            lumactl(site, "edit page.html p --attr id=y --all --dry-run").output,
+            QByteArray("--- page.html\n+++ page.html\n@@ -2,3 +2,3 @@\n-<p>1\n-<p>x\n-<p>2\n+<p id=\"y\">1\n"
+                       "+<p id=\"y\">x\n+<p id=\"y\">2\n"));
+        QCOMPARE(
+            lumactl(site, "edit page.html div --after '<hr>' --dry-run").output,
+            QByteArray("--- page.html\n+++ page.html\n@@ -5,1 +5,1 @@\n-<div>d</div>\n"
+                       "\\ No newline at end of file\n+<div>d</div><hr>\n\\ No newline at end of file\n"));
     }
 
     void publish_copiesWhatChangedLists()
@@ -221,7 +288,7 @@ private slots:
                                                 QRegularExpression::MultilineOption);
         for (auto match = command.globalMatch(help); match.hasNext();)
             listed << match.next().captured(1).toUtf8();
-        QCOMPARE(listed.size(), 9);
+        QCOMPARE(listed.size(), 10);
         for (const QByteArray& name : listed) {
             const Answer answer = lumactl(site, name + " --help");
             QCOMPARE(answer.code, 0);
