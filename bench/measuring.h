@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-/// What the benchmarks share: the page that they work on, and how they measure.
+/// Shared by the benchmarks: the page they work on, and how they measure.
 namespace luma::bench {
 
 /// A page of four elements for each entry; 5000 entries make 1 MB.
@@ -18,14 +18,13 @@ inline std::string samplePage(int entries)
     for (int i = 0; i < entries; ++i) {
         page += "<section class=\"entry odd\" id=\"entry" + std::to_string(i) +
                 "\">\n<h2>Entry &amp; heading</h2>\n<p>Some text of the entry, long enough to look like one "
-                "that was "
-                "written, with a <a href=\"../pages/page" +
+                "that was written, with a <a href=\"../pages/page" +
                 std::to_string(i) + ".html\">link to another</a> in it.</p>\n</section>\n";
     }
     return page + "</body>\n</html>\n";
 }
 
-/// Milliseconds since it was made.
+/// The milliseconds since its construction.
 class Stopwatch final
 {
 public:
@@ -38,6 +37,7 @@ private:
     std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
 };
 
+/// The median.
 inline double middle(std::vector<double> times)
 {
     std::nth_element(times.begin(), times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2),

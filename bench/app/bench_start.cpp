@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// What the start of the application is made of. The second call prints, in milliseconds since the process
-// began, when each step stood:
+// Times the steps of the application's start. The second call prints when each step was done, in milliseconds
+// since the process began:
 //
 //     bench_start make FOLDER SITES
 //     bench_start start FOLDER
 //
-// The start ends stray watchers, so it belongs into a process namespace of its own: see run.
+// The start ends stray watchers, so run it in its own process namespace, as run does.
 #include "app/lumaappdelegate.h"
 #include "app/program.h"
 #include "app/sitelistwindow.h"
@@ -34,7 +34,7 @@ double sinceBoot()
     return static_cast<double>(now.tv_sec) * 1e3 + static_cast<double>(now.tv_nsec) / 1e6;
 }
 
-// The 22nd field of the process's line, in clock ticks: good to a hundredth of a second (proc(5)).
+// Field 22 of /proc/self/stat, in clock ticks; accurate to a hundredth of a second (proc(5)).
 double processBegin()
 {
     std::ifstream file("/proc/self/stat");
@@ -58,7 +58,7 @@ void makeSites(Program& program, int count)
         program.delegate().add();
 }
 
-// Painted, and a key typed into the search has narrowed the list.
+// The window is painted, and a key typed into the search has narrowed the list.
 bool showAndSearch(Program& program)
 {
     SiteListWindow& window = program.delegate().siteListWindow();

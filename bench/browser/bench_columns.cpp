@@ -34,8 +34,8 @@ double millisecondsSince(QElapsedTimer& timer)
 
 } // namespace
 
-/// A column of 50,000 rows: how long until it is painted, how long a page of scrolling takes at worst, how
-/// long a refresh takes; each against the bare listing of the same folder in the same run.
+/// A column of 50,000 rows: the time until it is painted, the longest time to scroll by a page, and the time
+/// of a refresh, each compared with a bare listing of the same folder in the same run.
 int main(int argc, char** argv)
 {
     qputenv("QT_QPA_PLATFORM", "offscreen");

@@ -40,8 +40,8 @@ fs::path makeFolder()
 
 } // namespace
 
-/// Listing 50,000 entries through FileSystemNode against `ls -lU` of the same folder, turn by turn, warm
-/// cache.
+/// Lists 50,000 entries through FileSystemNode and by `ls -lU` of the same folder, in alternation and with
+/// warm caches.
 int main()
 {
     std::srand(static_cast<unsigned>(std::chrono::system_clock::now().time_since_epoch().count()));

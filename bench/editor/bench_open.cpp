@@ -52,7 +52,7 @@ void paint(QWidget& widget)
     widget.grab();
 }
 
-/// Runs events until `isDone`; false after a minute.
+/// Processes events until `isDone` returns true; false after a minute.
 bool waitUntil(const std::function<bool()>& isDone)
 {
     QElapsedTimer timer;
@@ -68,7 +68,7 @@ bool isShown(HTMLDocument& window)
     return view.editorPage().isComplete() && !view.heldInput().isHolding();
 }
 
-/// The memory that is a process's own share of what it uses, in MB.
+/// A process's proportional share of memory (Pss), in MB.
 double proportionalMemory(const std::string& process)
 {
     std::ifstream file("/proc/" + process + "/smaps_rollup");
@@ -109,7 +109,7 @@ struct Memory
     }
 };
 
-/// The parts of opening, and of one edit, in the window of a page.
+/// Times the parts of opening a page in its window, and of one edit.
 struct Times
 {
     std::vector<double> bare, read, parsed, rows, dragBegun, dragMoved, bareShown, shown, edited, editShown;
@@ -125,7 +125,7 @@ HTMLDocument* openWindow(const fs::path& file)
     return window;
 }
 
-/// Picking up the last row, and one step of the mouse over the row before.
+/// Times starting a drag of the last row, and one mouse move over the row before it.
 void measureDrag(const OutlineModel& model, Times& times)
 {
     const QModelIndex body = model.index(1, 0, model.index(0, 0));
@@ -138,7 +138,7 @@ void measureDrag(const OutlineModel& model, Times& times)
     times.dragMoved.push_back(moving.milliseconds());
 }
 
-/// Reading, parsing, and the rows of an outline, expanded and painted.
+/// Times reading, parsing, and building and painting the expanded outline.
 void measureOutline(const fs::path& file, Times& times)
 {
     const TagRules rules;
@@ -161,7 +161,7 @@ void measureOutline(const fs::path& file, Times& times)
     measureDrag(model, times);
 }
 
-/// The engine alone: the same file in a view of its own, without scripts.
+/// Times the engine alone: the same file in a separate view, without scripts.
 bool measureEngine(const fs::path& file, Times& times)
 {
     QWebEngineView view;
@@ -244,8 +244,8 @@ bool measureMemory(const fs::path& folder, const std::string& page, int count)
 
 } // namespace
 
-/// A page of 1 MB and 20,000 elements, as multiples of the bare parser's time for it in the same rounds: the
-/// parts of opening it, and one edit. Then the memory of 20 open pages, small ones and such as that.
+/// Opening a page of 1 MB and 20,000 elements, part by part, and one edit, as multiples of the bare parser's
+/// time for it in the same rounds. Then the memory used by 20 open pages, small and large.
 int main(int argc, char** argv)
 {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))

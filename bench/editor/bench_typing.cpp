@@ -19,10 +19,10 @@
 #include <string>
 #include <vector>
 
-// From a letter typed into a page to the tree and the outline renewed, for pages of two sizes, and where the
-// time goes: until the page has told of its change, the page's markup read, parsed, and all of it. Figures
-// are middle ones of many letters. A burst of letters shows how long the window is deaf at the most.
-// Milliseconds, and as multiples of one bare reading and parsing of the same page in the same run.
+// Times a typed letter until the tree and the outline are updated, for pages of two sizes, and its parts: until
+// the page reports the change, reading the markup, parsing it, and the total. The figures are medians of many
+// letters. A burst of letters shows the longest time in which the window does not respond. In milliseconds,
+// and as multiples of once reading and parsing the same page in the same run.
 
 namespace {
 
@@ -72,7 +72,7 @@ void rest(int milliseconds)
     waitFor([&over] { return over; });
 }
 
-/// A page's window with the caret in the middle of the page.
+/// The window of a page, with the caret in the middle of the page.
 class Window final
 {
 public:
@@ -151,7 +151,7 @@ void measureParts(Window& window, Times& times)
     times.parsed.push_back(parsing.milliseconds());
 }
 
-/// The longest time in which the window worked off no event while somebody types 20 letters a second.
+/// The longest time without the window processing an event, while 20 letters a second are typed.
 double longestDeafness(Window& window)
 {
     double longest = 0;

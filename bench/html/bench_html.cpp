@@ -11,16 +11,16 @@
 #include <string>
 #include <vector>
 
-// The page editor's work on a page of 1 MB and 20,000 elements, as multiples of the bare parser's time for
-// the same page (parsing and giving back its tree). Each figure is the middle one of many rounds; the rounds
-// take turns, so that a busy machine slows all alike.
+// Times the page editor's work on a page of 1 MB and 20,000 elements, as multiples of the bare parser's time
+// for the same page (parsing and freeing its tree). Each figure is the median of many rounds. The measured
+// steps alternate, so that other load slows all of them alike.
 
 namespace {
 
 using namespace luma::html;
 using namespace luma::bench;
 
-/// What the outline asks of every row.
+/// Reads everything that the outline shows of a row.
 std::size_t readRows(const Document& document)
 {
     std::size_t seen = 0;

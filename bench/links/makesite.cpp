@@ -11,10 +11,10 @@
 //
 //     makesite FOLDER PAGES [LINKS-A-PAGE [BYTES-A-PAGE]]
 //
-// Pages lie a hundred to a folder, each folder with a style sheet, an image and a script. Every page links to
-// its neighbours in the same and in other folders; every tenth has one broken link. Every hundredth page and one
-// image in each folder are unlinked. One percent of the pages link to shared/target.html. Prints how many pages,
-// links, missing links and unlinked files there are.
+// Each folder holds a hundred pages, a style sheet, an image and a script. Every page links to its neighbours in
+// the same folder and in others; every tenth has one broken link. Every hundredth page and one image in each
+// folder are unlinked. One percent of the pages link to shared/target.html. Prints the numbers of pages, links,
+// missing links and unlinked files.
 
 namespace fs = std::filesystem;
 
@@ -45,7 +45,7 @@ std::string pageName(std::size_t page)
     return "page" + std::to_string(page) + ".html";
 }
 
-// Spreads the links over all pages but those that stay unlinked; 7 and 99 have no common divisor.
+// Spreads the links over all pages except the unlinked ones; 7 and 99 have no common divisor.
 std::size_t linkedPage(const Plan& plan, std::size_t page, std::size_t link)
 {
     const std::size_t other = (page + 1 + link * 7) % plan.pages;

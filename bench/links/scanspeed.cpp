@@ -9,8 +9,8 @@
 #include <cstdio>
 #include <ctime>
 
-// Measures how fast one core scans the pages of a site in memory, compared with a plain count of '<' in the same
-// bytes, and how many report lines are delivered a second.
+// Measures how fast one core scans the pages of a site in memory, compared with merely counting '<' in the same
+// bytes, and how many report lines it delivers per second.
 //
 //     scanspeed SITE
 
@@ -18,7 +18,7 @@ using namespace luma;
 
 namespace {
 
-// Processor time, so that other load on the machine does not count.
+// Processor time, so that other load does not count.
 template <class Function>
 double processorSecondsOf(Function f)
 {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The missing-links report of a site: without a screen, and in the progress panel of a window.
+// Times the missing-links report of a site, without a window and in a window's progress panel.
 #include "browser/linkjobs.h"
 #include "links/linkreports.h"
 #include "site/progresspanel.h"
@@ -38,7 +38,7 @@ long withoutScreen(const std::filesystem::path& site)
     return done ? lines : -1;
 }
 
-// The longest time that the event loop did not get round.
+// The longest time between two turns of the event loop.
 double inPanel(const std::filesystem::path& site)
 {
     QWidget window;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The sync panel with a listing of 20,000 rows: the longest time that its window could not answer.
+// The sync panel with a listing of 20,000 rows: the longest time in which its window did not respond.
 #include "site/syncpanel.h"
 
 #include <QApplication>
@@ -36,7 +36,7 @@ double millisecondsSince(QElapsedTimer& timer)
     return elapsed;
 }
 
-// Turns the event loop until `isDone`; gives the longest time that it did not get round, in milliseconds.
+// Processes events until `isDone` returns true. Returns the longest time between two turns, in milliseconds.
 template <class Condition>
 double longestPauseUntil(Condition isDone)
 {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Our side of bench/site/run-rsync: what the sync panel does between the click and the rows, and between the
-// move button and the end, with rsync between two local folders.
+// Our side of bench/site/run-rsync: times the sync panel from the click to the rows, and from the move button
+// to the end, with rsync between two local folders.
 #include "shell/sshcontroller.h"
 #include "site/rsynccommand.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// One side of bench/site/run: makes the trees, compares them, transfers what changed.
+// One side of bench/site/run: makes the trees, compares them, and transfers the changes.
 #include "site/filetransfer.h"
 #include "site/foldercomparison.h"
 
@@ -17,8 +17,8 @@ using namespace luma;
 
 namespace {
 
-// 2,000 folders of `files` / 2,000 small files; every hundredth is new or an hour younger on the sending
-// side.
+// 2,000 folders of `files` / 2,000 small files each; every hundredth file is new, or an hour newer on the
+// sending side.
 void makeTrees(const fs::path& root, int files)
 {
     const auto now = fs::file_time_type::clock::now();
