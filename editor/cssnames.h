@@ -16,8 +16,8 @@ struct CssNames
     QStringList ids;
 };
 
-/// Asks the rendering for them and stores its answers in `names`, which lives as long as `context`. Where the
-/// rendering does not answer, the previous names stay.
+/// Asks the rendering for the names and stores them in `names`, which must live as long as `context`. If the
+/// rendering does not answer, `names` keeps the previous ones.
 void loadCssNames(ViewController& rendering, QObject* context, CssNames& names);
 
 } // namespace luma

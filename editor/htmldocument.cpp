@@ -78,7 +78,7 @@ void HTMLDocument::createEdits()
     m_edits = new PageEdits(m_rules, m_tree, m_stack, *m_selection, *m_viewController, this);
     connect(m_edits, &PageEdits::edited, this, &HTMLDocument::refreshAfterEdit);
     connect(m_edits, &PageEdits::redone, this, &HTMLDocument::refreshAfterRedo);
-    // Queued, so that the drag is over before the page is built anew.
+    // Queued, so that the drag has ended before the page is rebuilt.
     connect(m_outline, &OutlineModel::elementDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);
     m_metaSheet = new MetaSheet(this);
     connect(m_metaSheet, &MetaSheet::confirmed, m_edits, &PageEdits::changeTitle);
@@ -187,8 +187,8 @@ void HTMLDocument::checkFile()
     });
 }
 
-// A file that another program replaces is a new one, on which the watch ends: so the folder is watched too, and
-// the file again after each change.
+// The watch ends when another program replaces the file by a new one, so the folder is watched too, and the file
+// is watched again after each change.
 void HTMLDocument::watchFile()
 {
     if (!m_store.hasFile())
@@ -205,7 +205,7 @@ void HTMLDocument::watchFile()
     }
 }
 
-// What the rendering asks
+// Requests of the rendering
 
 std::string HTMLDocument::pageMarkup() const
 {
@@ -316,7 +316,7 @@ bool HTMLDocument::writeToURL(const fs::path& url)
     const fs::path before = docURL();
     const bool hadFile = m_store.hasFile();
     if (const auto saved = m_store.save(url); !saved) {
-        tell(tr("The page could not be saved, your edits are kept. %1")
+        tell(tr("The page could not be saved; your edits are kept. %1")
                  .arg(QString::fromStdString(saved.error().text)));
         return false;
     }

@@ -33,10 +33,10 @@ class StyleSheetEditor;
 class ViewController;
 
 /// The document of one page and its window: the outline beside the live rendering and the style sheets. The
-/// tree is the master copy; every edit of it is an undo command, after which the rendering is rebuilt; an
-/// edit made in the rendering comes back as markup and becomes a command too. The window deletes itself when
-/// it is closed, and asks before it gives up unsaved edits. Main thread; most edits wait for the
-/// rendering and are made soon after their call (see PageEdits).
+/// tree is the master copy. Each edit of the tree is an undo command, after which the rendering is rebuilt;
+/// an edit in the rendering comes back as markup and becomes a command too. The window deletes itself when
+/// closed, and asks before discarding unsaved edits. Main thread. Most edits wait for the rendering and
+/// happen shortly after the call (see PageEdits).
 class HTMLDocument final : public QMainWindow, private PageDocument
 {
     Q_OBJECT
@@ -45,43 +45,43 @@ public:
     explicit HTMLDocument(PageActions::RecentPages recentPages = {}, QWidget* parent = nullptr);
     ~HTMLDocument() override;
 
-    /// The site's folder, whose files the page may show; empty when it is not known.
+    /// The site's folder, whose files the page may show; empty if unknown.
     std::filesystem::path mountPath;
 
-    /// Takes the location; the page is read when the window has loaded. Without it the page is a new one,
-    /// made from the template.
+    /// Sets the location; the page is read when the window has loaded. Without a location, the window opens a
+    /// new page made from the template.
     bool readFromURL(const std::filesystem::path& url);
-    /// Reads and shows the page. On a failure the window says why.
+    /// Reads and shows the page. If that fails, the window shows the reason.
     void windowDidLoad();
 
-    /// Reads the page from its file again, as one edit that can be undone.
+    /// Reads the page from its file again, as a single edit that can be undone.
     void revertDocumentToSaved();
-    /// Rebuilds the rendering, with style sheets and images as they are on disk.
+    /// Rebuilds the rendering, reading style sheets and images from disk again.
     void reload() override;
     /// Opens the sheet for the page's title.
     void editTitle();
-    /// The page's markup: for the source "OutlineView" as it would be saved, for any other as the rendering
-    /// has it. Null when there is none.
+    /// The page's markup: for the source "OutlineView" as it would be saved, for any other as it is in the
+    /// rendering. Null if there is none.
     [[nodiscard]] QString getHTML(const QString& source);
     /// Rebuilds the rendering after an edit of the tree, and shows the selected element in it again.
     void refreshAfterEdit();
-    /// Writes the page to `url`, which becomes its file. On a failure, which the window tells of, the page
-    /// stays edited and the file as it was.
+    /// Writes the page to `url`, which becomes its file. If that fails, the window shows the reason, the page
+    /// stays modified and the file unchanged.
     bool writeToURL(const std::filesystem::path& url);
-    /// The same, with the links rebased when the folder is another one.
+    /// As saveToURL(), and adjusts the relative links if the folder changes.
     bool saveToURL(const std::filesystem::path& url) { return writeToURL(url); }
 
-    /// Reads the file and ends there: pages are not printed, the command is inert.
+    /// Reads the file and does nothing else: printing is not supported.
     void printDocument() const;
 
-    /// Reads the file again when it has changed on disk: at once in a page without edits, else the window
-    /// tells.
+    /// Called when the file may have changed on disk: reads it again if the page has no edits, else shows a
+    /// notice.
     void checkFile();
 
     [[nodiscard]] const std::filesystem::path& docURL() const { return m_store.docURL(); }
     [[nodiscard]] PageTree& tree() { return m_tree; }
     [[nodiscard]] ViewController& viewController() { return *m_viewController; }
-    /// The edits made so far; clean means saved.
+    /// The undo history; clean means saved.
     [[nodiscard]] QUndoStack* undoStack() { return &m_stack; }
 
     [[nodiscard]] QByteArray layoutState() const { return m_layout->state(); }
@@ -129,9 +129,9 @@ private:
     void saveEverything();
 
     enum class Offer { Nothing, Reload };
-    /// Shows the text in the bar at the top, until it is dismissed or the page is read or saved.
+    /// Shows the text in the bar at the top until it is dismissed or the page is read or saved.
     void tell(const QString& text, Offer offer = Offer::Nothing);
-    /// Brings title, actions and the path at the foot up to date.
+    /// Updates the title, the actions and the path at the bottom.
     void updateWindow();
     [[nodiscard]] bool isEdited() const;
 
@@ -149,7 +149,7 @@ private:
     PageSaver* m_saver = nullptr;
     PageActions* m_actions = nullptr;
     QFileSystemWatcher m_watcher;
-    std::optional<PageLayout> m_layout; // made when there is a window to lay out
+    std::optional<PageLayout> m_layout; // set once the window is built
     CssNames m_cssNames;
     bool m_mayClose = false;
 };

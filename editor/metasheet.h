@@ -11,7 +11,7 @@ class MetaSheet;
 
 namespace luma {
 
-/// The small sheet in which one text of the page's head, its title, is edited. Main thread.
+/// The small sheet for editing the page's title. Main thread.
 class MetaSheet final : public QDialog
 {
     Q_OBJECT
@@ -20,14 +20,14 @@ public:
     explicit MetaSheet(QWidget* parent);
     ~MetaSheet() override;
 
-    /// Opens the sheet with the text to begin with, the keyboard in its field.
+    /// Opens the sheet with `text` in its field, which gets the keyboard focus.
     void begin(const QString& label, const QString& text);
 
 signals:
     void confirmed(const QString& text);
 
 private:
-    /// A sender whose "tag" is 1 confirms.
+    /// Closes the sheet; a sender whose "tag" is 1 confirms.
     void closeSheet(QObject* sender);
 
     std::unique_ptr<Ui::MetaSheet> m_ui;

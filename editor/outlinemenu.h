@@ -11,7 +11,7 @@ namespace luma {
 
 class PageEdits;
 
-/// The outline's context menu, built from its entries. Performs the chosen entry once it has closed, and
+/// The outline's context menu, built from the given entries. Runs the chosen entry after closing, then
 /// deletes itself.
 class OutlineMenu final : public QMenu
 {

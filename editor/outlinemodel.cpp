@@ -16,7 +16,7 @@ namespace {
 
 constexpr qsizetype longestToolTip = 1000;
 
-/// An element's row: its tag with all attributes, and its own text.
+/// The text of an element's row: its tag with all attributes, and its own text.
 QString rowText(const html::Element& element)
 {
     std::string text = "<";
@@ -40,7 +40,7 @@ QString toolTipOf(const html::Element& element)
     return text.toHtmlEscaped();
 }
 
-/// The number of elements on the longest way down from the document.
+/// The depth of the deepest element.
 int elementDepth(const html::Document& document)
 {
     int depth = 0;

@@ -19,9 +19,9 @@ namespace luma {
 
 class PageTree;
 
-/// The elements of a page as the outline shows them: elements alone, the `html` element at the top. It
-/// follows the tree's changes row by row. Elements are dragged with a record (a property list under
-/// nodeDragType) and dropped where the rules allow; what a drop does is the listener's. Main thread.
+/// The elements of a page as the outline shows them: elements only, with `html` at the top. It follows the
+/// tree's changes row by row. A drag carries a record (a property list under nodeDragType), and a drop is
+/// accepted where the rules allow it; the listener to elementDropped() performs it. Main thread.
 class OutlineModel final : public QAbstractItemModel
 {
     Q_OBJECT
@@ -32,18 +32,18 @@ public:
 
     OutlineModel(PageTree& tree, const TagRules& rules, QObject* parent = nullptr);
 
-    /// The element of an index, null for the invalid one; and the other way round.
+    /// The element of an index, null for an invalid one; and the index of an element.
     [[nodiscard]] static html::Element* elementAt(const QModelIndex& index);
     [[nodiscard]] QModelIndex indexOf(const html::Element* element) const;
 
-    /// The row that `path` leads to: positions among element children from the root element on; invalid when
-    /// it leads nowhere.
+    /// The row at `path`, the positions among element children starting from the root element; invalid if
+    /// there is none.
     [[nodiscard]] QModelIndex indexAtPath(const std::vector<int>& path) const;
 
-    /// How many levels the deepest row lies below the first.
+    /// The number of levels below the root row.
     [[nodiscard]] int deepestLevel() const;
 
-    /// The element whose row is drawn as the active one, in `colour`.
+    /// The element whose row is drawn as the active one, and its colour.
     void setActiveElement(const QModelIndex& index);
     void setActiveColour(const QColor& colour) { m_activeColour = colour; }
 
@@ -65,7 +65,7 @@ public:
                       const QModelIndex& parent) override;
 
 signals:
-    /// A drop that is allowed: at `childIndex` among the target's element children, -1 onto the target.
+    /// An allowed drop: at `childIndex` among the target's element children, or -1 for onto the target.
     void elementDropped(const QPersistentModelIndex& dragged, const QPersistentModelIndex& target,
                         int childIndex, Qt::DropAction action);
 
@@ -75,7 +75,7 @@ private:
     [[nodiscard]] const html::ParentNode* nodeOf(const QModelIndex& index) const;
     [[nodiscard]] QModelIndex indexOfParent(html::ParentNode* parent) const;
     void forgetRows();
-    /// Rows as the outline has them with everything expanded, counted from 0.
+    /// Row numbers of the fully expanded outline, from 0.
     [[nodiscard]] int outlineRow(const html::Element& element) const;
     [[nodiscard]] html::Element* elementAtRow(qlonglong row) const;
     [[nodiscard]] html::Element* draggedElement(const QMimeData* data) const;
@@ -84,7 +84,7 @@ private:
     const TagRules& m_rules;
     QPersistentModelIndex m_activeElement;
     QColor m_activeColour;
-    // Looked up once between two changes: the tree's own lists are linked.
+    // Cached until the next change, because the tree's child lists are linked lists.
     mutable std::unordered_map<const html::ParentNode*, std::vector<html::Element*>> m_children;
     mutable std::unordered_map<const html::Element*, int> m_rows;
     mutable std::optional<int> m_deepestLevel;

@@ -16,8 +16,8 @@ class OutlineModel;
 class OutlineView;
 class ViewController;
 
-/// Keeps the row selected in the outline and the place selected in the rendering together. The user's hand in
-/// the outline is told; where the selection follows an edit or the caret, nothing is. Main thread.
+/// Keeps the selected row of the outline and the selection in the rendering in step. Reports only what the
+/// user selects in the outline, not where the selection follows an edit or the caret. Main thread.
 class OutlineSelection final : public QObject
 {
     Q_OBJECT
@@ -25,27 +25,27 @@ class OutlineSelection final : public QObject
 public:
     OutlineSelection(OutlineView& view, OutlineModel& model, ViewController& rendering, QObject* parent);
 
-    /// The element of the selected row; null when none is selected.
+    /// The element of the selected row; null if no row is selected.
     [[nodiscard]] html::Element* element() const;
-    /// The way from the root to that element as text: "html › body › p#intro".
+    /// The path from the root to that element as text: "html › body › p#intro".
     [[nodiscard]] QString path() const;
     void select(const html::Element* element);
 
-    /// Selects the row of the element that holds the caret and draws it as the active one. `path` counts as
-    /// in OutlineModel::indexAtPath and may lead nowhere.
+    /// Selects the row of the element that holds the caret and draws it as the active one. `path` is as for
+    /// OutlineModel::indexAtPath(); an unknown path is ignored.
     void setActiveElement(const std::vector<int>& path);
 
-    /// Selects the element's contents in the rendering; the second one when the rendering is next shown.
+    /// Selects the element's contents in the rendering; the second one once the rendering is next shown.
     void showInPage();
     void showInPageWhenShown() { m_waitsForPage = true; }
 
-    /// While the answer lives, changes of the selection are not the user's.
+    /// While the returned object lives, changes of the selection do not count as the user's.
     [[nodiscard]] QScopedValueRollback<bool> quietly() { return QScopedValueRollback(m_quiet, true); }
 
 signals:
-    /// Another row is selected, or none.
+    /// The selected row has changed; there may be none.
     void changed();
-    /// The user selected it.
+    /// The user has selected this element.
     void selectedByUser();
 
 private:

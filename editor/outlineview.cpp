@@ -61,7 +61,7 @@ void OutlineView::updateGeometries()
     QTreeView::updateGeometries();
 }
 
-// The view itself would show the column's beginning, where a deep row has nothing but lines.
+// The base class would scroll to the start of the column, where a deep row shows only branch lines.
 void OutlineView::scrollTo(const QModelIndex& index, ScrollHint hint)
 {
     QScrollBar& bar = *horizontalScrollBar();
@@ -84,7 +84,7 @@ void OutlineView::rowsInserted(const QModelIndex& parent, int start, int end)
         expandRecursively(model()->index(row, 0, parent));
 }
 
-// What was dragged is moved by the document, not taken out of the model by the view.
+// The document moves the dragged element; the view must not remove it from the model.
 void OutlineView::startDrag(Qt::DropActions supportedActions)
 {
     const QModelIndex index = currentIndex();
@@ -113,7 +113,7 @@ void OutlineView::paste()
         model()->dropMimeData(record.get(), m_takenFor, -1, 0, currentIndex());
 }
 
-// The record names a row of this outline; one from another window means nothing here.
+// The record refers to a row of this outline, so a drag from another window is refused.
 void OutlineView::dragEnterEvent(QDragEnterEvent* event)
 {
     if (event->source() == this)

@@ -5,9 +5,9 @@
 
 namespace luma {
 
-/// The outline of a page: everything expanded, elements dragged within it, the rows that come expanded as
-/// well. Its column is as wide as the deepest row needs to be read, so that it scrolls both ways. Delete, and
-/// Return or F2, are told as wishes. Its model is an OutlineModel. Main thread.
+/// The outline of a page: always fully expanded, with elements dragged within it. Its column is wide enough
+/// to read the deepest row, so it scrolls both ways. The Delete key, and Return or F2, are reported as
+/// requests. Its model must be an OutlineModel. Main thread.
 class OutlineView final : public QTreeView
 {
     Q_OBJECT
@@ -21,11 +21,11 @@ public:
 signals:
     void deleteRequested();
     void editRequested(const QModelIndex& index);
-    /// The context menu of a row, which is the current one by now.
+    /// The user asked for the context menu of a row, which is now the current one.
     void menuRequested(const QPoint& globalPosition);
 
 public slots:
-    /// Dragging by keyboard: the current element is remembered, and paste drops it, or its copy, onto the
+    /// Dragging by keyboard: cut and copy remember the current element; paste moves or copies it to the
     /// element that is current then.
     void cut() { take(Qt::MoveAction); }
     void copy() { take(Qt::CopyAction); }
@@ -42,7 +42,7 @@ protected:
     void contextMenuEvent(QContextMenuEvent* event) override;
 
 private:
-    /// The width that a row's text gets at least, where there is as much of it.
+    /// The minimum width reserved for a row's text, if the text is that long.
     [[nodiscard]] int readableWidth() const;
     void take(Qt::DropAction action);
 

@@ -26,7 +26,7 @@ constexpr double zoomStep = 1.1;
 constexpr double smallestZoom = 0.25;
 constexpr double largestZoom = 5;
 
-/// A button of the bar that opens the menu, with its check marks brought up to date.
+/// A button of the bar that opens the menu after updating its check marks.
 QToolButton* menuButton(QMenu* menu, const char* icon, const ViewController& rendering)
 {
     menu->setIcon(icons::symbol(QString::fromLatin1(icon)));
@@ -143,7 +143,7 @@ void PageActions::connectControls()
     connect(ui.insertMenu, &QMenu::aboutToShow, this, &PageActions::fillInsertMenu);
 }
 
-// The layout holds the rest of the bar and the menu; these two menus belong to the rendering.
+// The layout has the rest of the bar and the menu; these two menus belong to the rendering.
 void PageActions::addMenusToFormatBar()
 {
     const Ui::HTMLDocument& ui = m_parts.ui;

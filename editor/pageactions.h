@@ -23,18 +23,18 @@ class PageStore;
 class TagRules;
 class ViewController;
 
-/// The commands of a page's window in one table: what each does and when it is available. The layout says
-/// where a command appears, its title and its shortcut. Also fills the menus whose entries change, "Open
-/// Recent" and "Insert", when they open. Main thread.
+/// The commands of a page's window in one table: what each does and when it is available. The layout file
+/// defines where a command appears, its title and its shortcut. Also fills the menus with changing entries,
+/// "Open Recent" and "Insert", when they open. Main thread.
 class PageActions final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// The pages opened before, the latest first.
+    /// The recently opened pages, the latest first.
     using RecentPages = std::function<std::vector<std::filesystem::path>()>;
 
-    /// What the commands work on; all of it outlives them.
+    /// What the commands work on; must outlive them.
     struct Parts
     {
         Ui::HTMLDocument& ui;
@@ -50,7 +50,7 @@ public:
     /// The document becomes the parent.
     PageActions(const Parts& parts, RecentPages recentPages);
 
-    /// Enables what the page, the selected element and the undo history allow.
+    /// Enables the commands that the page, the selected element and the undo history allow.
     void update();
 
 private:
@@ -70,7 +70,7 @@ private:
     void addMenusToFormatBar();
     void fillRecentMenu();
     void fillInsertMenu();
-    /// Calls the slot of the field that has the focus, else the page's own command.
+    /// Calls the slot of the focused field, or else the page's own command.
     void sendToFocus(const char* slot, int webAction);
     void zoomBy(double factor);
 

@@ -158,7 +158,7 @@ Result<void> PageEdits::takeMarkup(std::string_view markup, const QString& name)
     html::Document* const document = m_tree.document();
     if (!document)
         return {};
-    // The markup is the root element's: the doctype decides how it is read.
+    // The markup starts at the root element, but parsing depends on the doctype.
     std::string page;
     for (const html::Node* node = document->firstChild(); node; node = node->next()) {
         if (node->kind() == html::Node::Kind::Doctype)

@@ -19,10 +19,10 @@ class OutlineSelection;
 class TagRules;
 class ViewController;
 
-/// The edits that the user makes in a page's window, as commands on its undo stack. Edits of the outline wait
-/// until the document has everything that was done in the rendering (ViewController::whenCaughtUp), so they
-/// return at once and report when they are done; edits that the rules forbid, or that miss their element, are
-/// ignored. Edits of the rendering arrive as markup. Main thread.
+/// The edits that the user makes in a page's window, as commands on its undo stack. Edits in the outline wait
+/// until the document has every change made in the rendering (ViewController::whenCaughtUp), so they return
+/// at once and signal when done. Edits that the rules forbid, or whose element is gone, are ignored. Edits
+/// in the rendering arrive as markup. Main thread.
 class PageEdits final : public QObject
 {
     Q_OBJECT
@@ -31,30 +31,30 @@ public:
     PageEdits(const TagRules& rules, PageTree& tree, QUndoStack& stack, OutlineSelection& selection,
               ViewController& rendering, QObject* parent);
 
-    /// A new element as the first child of the selected one; deleting the selected one.
+    /// Inserts a new element as the first child of the selected one; deletes the selected one.
     void addTag(const QString& tagName);
     void deleteTag();
-    /// What an entry of the outline's menu does.
+    /// Performs an entry of the outline's menu.
     void perform(TagAction action, const QString& title);
     void changeTitle(const QString& title);
-    /// The contents of the page's own style sheet of that entry of the style sheets' menu.
+    /// Replaces the contents of the style block with that title in the style sheet menu.
     void updateStyleBlock(const QString& title, const QString& css);
-    /// A drop in the outline, as OutlineModel::elementDropped tells it.
+    /// Performs a drop in the outline; the arguments are those of OutlineModel::elementDropped().
     void acceptDrop(const QPersistentModelIndex& dragged, const QPersistentModelIndex& target, int childIndex,
                     Qt::DropAction action);
     void undo();
     void redo();
 
-    /// Makes the page what its root element's markup, UTF-8, says: one command of that name, which joins the
-    /// last one of the same name within a moment. On an error the page stays as it was.
+    /// Replaces the page by its root element's markup, in UTF-8, as one command of that name; it merges with
+    /// the last command if that has the same name and is recent. On an error the page is unchanged.
     Result<void> takeMarkup(std::string_view markup, const QString& name);
 
 signals:
-    /// The tree was edited; the element selected in the outline is to be shown in the rendering.
+    /// The tree was edited; the rendering should show the element selected in the outline.
     void edited();
-    /// An edit was undone or made again, or a style sheet changed: the rendering keeps its selection.
+    /// An edit was undone or redone, or a style sheet changed; the rendering keeps its selection.
     void redone();
-    /// The style block has its new contents, or is no longer in the page.
+    /// The style block was updated, or is no longer in the page.
     void styleBlockUpdated();
 
 private:

@@ -14,7 +14,7 @@ namespace luma {
 
 namespace {
 
-// Pixels that the outline and the style sheets may be wide.
+// The limits of the widths of the outline and the style sheets, in pixels.
 constexpr int narrowestSide = 179;
 constexpr int widestSide = narrowestSide + 110;
 

@@ -8,18 +8,18 @@ class QSplitter;
 
 namespace luma {
 
-/// The sizes of a page's window: its frame and the three parts of its split view, whose sides have limits.
+/// The sizes of a page's window: its frame and the three parts of its split view, with limits for the sides.
 class PageLayout final
 {
 public:
-    /// Gives the parts their limits and first sizes. Both widgets outlive it.
+    /// Sets the parts' limits and initial sizes. Both widgets must outlive this object.
     PageLayout(QMainWindow& window, QSplitter& splitView);
 
     [[nodiscard]] QByteArray state() const;
-    /// Takes what `state` gave; anything else changes nothing.
+    /// Restores what state() returned; anything else is ignored.
     void restore(const QByteArray& state);
 
-    /// Widens the window, on its screen, so that the middle part has the width of the page; once.
+    /// Widens the window, within its screen, until the middle part is as wide as the page; only once.
     void fitTo(int pageWidth);
 
 private:

@@ -131,8 +131,8 @@ void PageSaver::askToOverwrite(const Then& then)
 void PageSaver::askToSaveAsHtml(const Then& then)
 {
     ask(QStringLiteral("xhtmlQuestion"), tr("\u201c%1\u201d is written in XHTML.").arg(name()),
-        tr("Your edits can only be written as HTML, which browsers show but programs that read XML may refuse. "
-           "Save As keeps the file unchanged."),
+        tr("Your edits can only be written as HTML. Browsers show it, but programs that read XML may refuse it. "
+           "To keep this file unchanged, use Save As."),
         tr("Save as HTML"), then);
 }
 
@@ -143,8 +143,8 @@ void PageSaver::askToLeaveOut(const std::vector<std::string>& elements, const Th
         tags += u'<' + QString::fromStdString(name) + u'>';
     ask(QStringLiteral("lossQuestion"),
         tr("\u201c%1\u201d holds elements that can't be edited here.").arg(name()),
-        tr("Saving leaves out what stands within <select> besides its options: %1. Save As keeps the file "
-           "unchanged.")
+        tr("Saving leaves out everything in <select> except its options: %1. "
+           "To keep this file unchanged, use Save As.")
             .arg(tags.join(QStringLiteral(", "))),
         tr("Leave Out"), [this, then] { write(m_store.docURL(), then); });
 }
@@ -168,7 +168,7 @@ void PageSaver::askToSave()
     if (m_question)
         return;
     m_question = new QMessageBox(QMessageBox::Question, tr("Close"),
-                                 tr("Save the changes of \u201c%1\u201d?").arg(name()),
+                                 tr("Save the changes to \u201c%1\u201d?").arg(name()),
                                  QMessageBox::Save | QMessageBox::Discard | QMessageBox::Cancel, m_window);
     m_question->setObjectName(QStringLiteral("saveQuestion"));
     m_question->setAttribute(Qt::WA_DeleteOnClose);

@@ -17,35 +17,35 @@ namespace luma {
 class PageStore;
 class ViewController;
 
-/// The questions around saving a page: under which name, over somebody else's version, before the window
-/// closes. Each is a sheet of the window; what the rendering has is taken over before. Main thread.
+/// Saves a page and asks the questions that come with it: under which name, whether to replace another
+/// program's version, whether to save before closing. Each is a sheet of the window. Main thread.
 class PageSaver final : public QObject
 {
     Q_OBJECT
 
 public:
-    /// Writes the page to a location and answers whether it is there.
+    /// Writes the page to a location and returns whether that worked.
     using Writer = std::function<bool(const std::filesystem::path&)>;
 
-    /// The window becomes the saver's parent. A page that has no file yet is offered to be saved in
-    /// `siteFolder`, which is looked at then.
+    /// The window becomes the saver's parent. For a page without a file, the file dialog opens in
+    /// `siteFolder`, as it is set at that time.
     PageSaver(QWidget* window, PageStore& store, ViewController& rendering,
               const std::filesystem::path& siteFolder, Writer write);
 
     using Then = std::function<void()>;
-    /// Saves, asking where there is something to ask; `then` follows only when the page was written.
+    /// Saves, asking the user first where needed; calls `then` only if the page was written.
     void save(const Then& then);
     void saveAs(const Then& then);
     void openPanel();
 
-    /// Asks what becomes of the edits. One of the two signals below follows, or none.
+    /// Asks whether to save the edits; emits saveRequested() or discarded(), or nothing if cancelled.
     void askToSave();
 
-    /// The page's name for the reader.
+    /// The page's file name, to show.
     [[nodiscard]] QString name() const;
 
 signals:
-    /// The user wants all edits saved, or given up, and the window closed.
+    /// The user wants the edits saved, or discarded, and the window closed.
     void saveRequested();
     void discarded();
     void openRequested(const std::filesystem::path& page);
@@ -54,14 +54,14 @@ private:
     void askToOverwrite(const Then& then);
     void askToSaveAsHtml(const Then& then);
     void askToLeaveOut(const std::vector<std::string>& elements, const Then& then);
-    /// Asks the window's user to agree with the button of that text; `then` follows only on that.
+    /// Asks the user to confirm by a button with that text; calls `then` only if confirmed.
     void ask(const QString& name, const QString& text, const QString& consequence, const QString& button,
              const Then& then);
-    /// Writes over the page's own file, when the user agrees to what becomes of it.
+    /// Replaces the page's own file, after the user has confirmed what would be lost.
     void replace(const Then& then);
     void saveUnder(const std::filesystem::path& path, const Then& then);
     void write(const std::filesystem::path& path, const Then& then);
-    /// `then` follows only if there is a page.
+    /// Calls `then` once the document has every change made in the rendering, if there is a page.
     void whenCaughtUp(const Then& then);
     void chooseName(const Then& then);
 

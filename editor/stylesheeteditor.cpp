@@ -85,7 +85,7 @@ void StyleSheetEditor::selectCSS()
         const QSignalBlocker quiet(m_controls.cssField);
         m_controls.cssField->setPlainText(css);
     }
-    // A sheet that can't be read must not be written over.
+    // A sheet that can't be read must not be overwritten.
     m_controls.cssField->setReadOnly(!text);
     m_controls.cssField->setEnabled(text.has_value());
     m_controls.cssButton->setText(isStyleBlock(title) ? tr("Update CSS") : tr("Save CSS"));
@@ -100,7 +100,7 @@ void StyleSheetEditor::textDidChange()
 
 void StyleSheetEditor::updateCSS()
 {
-    // Failures are ignored: the text stays in the field, and the button can be pressed again.
+    // Failures are ignored: the text stays in the field, and the user can save again.
     (void)store(shownTitle(), CodeEdit::textIn(*m_controls.cssField));
     if (!isStyleBlock(shownTitle()))
         selectCSS();

@@ -19,8 +19,8 @@ namespace luma {
 
 class PageTree;
 
-/// Shows the style sheets of a page, one at a time, and stores what the user makes of them. What was typed
-/// and not stored yet is kept by sheet while another one is looked at. It blocks while a sheet is formatted.
+/// Shows the style sheets of a page, one at a time, and saves the user's changes. Unsaved text is kept for
+/// each sheet while another one is shown. Formatting a sheet blocks.
 /// Main thread.
 class StyleSheetEditor final : public QObject
 {
@@ -33,37 +33,37 @@ public:
         QPlainTextEdit* cssField;
         QPushButton* cssButton;
     };
-    /// `site` says where the page stands, against which linked sheets are found.
+    /// `site` returns the page's location, against which links to sheets are resolved.
     StyleSheetEditor(const Controls& controls, PageTree& tree, std::function<SiteFolder()> site,
                      QObject* parent);
 
     void buildCSSMenu();
-    /// Builds the menu anew where the page's sheets are not those in it any more.
+    /// Rebuilds the menu if the page's sheets have changed.
     void updateCSSMenu();
     void selectCSS();
     void updateCSS();
 
-    /// Whether anything is typed and not stored; storing all of it, which tells what failed; giving it up.
+    /// Whether there is unsaved text; saves all of it, reporting what failed; discards it.
     [[nodiscard]] bool hasDrafts() const { return !m_drafts.isEmpty(); }
     void storeDrafts();
     void dropDrafts() { m_drafts.clear(); }
 
 signals:
-    /// A linked sheet was written.
+    /// A linked sheet was saved.
     void fileStored();
-    /// The text is to become the contents of the page's own `style` element of that entry. Call selectCSS()
-    /// when it has.
+    /// Asks for the text to replace the contents of the page's `style` element with that title. Call
+    /// selectCSS() when done.
     void styleBlockRequested(const QString& title, const QString& css);
-    /// A linked sheet could not be written, for this reason.
+    /// A linked sheet could not be saved, for this reason.
     void failed(const QString& reason);
 
 private:
     void textDidChange();
     Result<void> store(const QString& title, const QString& css);
     [[nodiscard]] QString shownTitle() const;
-    /// The file beside the page that is named as the link is written, else the one that a browser would take.
+    /// The file beside the page with the link's literal name, or else the one that a browser would load.
     [[nodiscard]] std::filesystem::path fileOf(const QString& title) const;
-    /// The sheet's text as it stands; nothing when it can't be read.
+    /// The sheet's text as stored; empty if it can't be read.
     [[nodiscard]] std::optional<std::string> textOf(const QString& title) const;
 
     Controls m_controls;
