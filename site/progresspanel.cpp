@@ -89,7 +89,7 @@ QString ProgressPanel::lineText(int number) const
 
 void ProgressPanel::updateControls()
 {
-    // Its range of nothing lets the bar run without an end; at rest it would look like a field to type in.
+    // A busy bar: its range is empty. While idle it would look like an input field, so it is hidden.
     m_ui->progressPanelProgressIndicator->setVisible(m_isRunning);
     m_ui->progressPanelStopButton->setEnabled(m_isRunning);
     m_ui->progressPanelOKButton->setEnabled(!m_isRunning);
@@ -99,7 +99,7 @@ void ProgressPanel::updateControls()
 
 void ProgressPanel::stop()
 {
-    // The job ends at its next file; asking twice would not hurry it.
+    // The job ends at its next file; asking again would not speed it up.
     m_ui->progressPanelStopButton->setEnabled(false);
     emit stopRequested();
 }
