@@ -7,9 +7,10 @@
 #include "browser/endpoint.h"
 #include "desktop/windowregistry.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 #include "tests/support/screenshot.h"
+#include "tests/support/tabwalk.h"
 
-#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
@@ -20,7 +21,6 @@
 #include <QListView>
 #include <QMessageBox>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QUrl>
@@ -39,7 +39,7 @@ class tst_sitelistwindow final : public QObject
     QList<SiteList::Record> m_shown;
     QList<QUrl> m_urls;
 
-    QString file() const { return m_folder->filePath(QStringLiteral("luma.conf")); }
+    QString file() const { return m_folder->filePath("luma.conf"); }
 
     LUMAAppDelegate::Services services()
     {
@@ -78,10 +78,10 @@ class tst_sitelistwindow final : public QObject
         QList<QVariantMap> records;
         for (int i = 1; i <= count; ++i) {
             QVariantMap record = siteTemplate();
-            QVariantMap destination = record[QStringLiteral("destinationDict")].toMap();
+            QVariantMap destination = record["destinationDict"].toMap();
             destination[endpoint::server] = QStringLiteral("www%1.example.org").arg(i);
-            record[QStringLiteral("destinationDict")] = destination;
-            record[QStringLiteral("siteID")] = QStringLiteral("Site number %1").arg(i);
+            record["destinationDict"] = destination;
+            record["siteID"] = QStringLiteral("Site number %1").arg(i);
             records += record;
         }
         return records;
@@ -125,21 +125,19 @@ private slots:
         launch();
         QCOMPARE(m_delegate->sites().records(), QList<QVariantMap>{siteTemplate()});
         QCOMPARE(window().selectedRow(), 0);
-        QCOMPARE(find<QLineEdit>("siteID")->text(),
-                 siteTemplate().value(QStringLiteral("siteID")).toString());
+        QCOMPARE(find<QLineEdit>("siteID")->text(), siteTemplate().value("siteID").toString());
         QCOMPARE(find<QLineEdit>("server", "destinationDict")->text(), QString(maker::placeholderServer));
-        QCOMPARE(m_commands.first(), QStringLiteral("ps aux | grep -v grep | grep LUMAWatcher | "
-                                                    "awk '{print $2}' | xargs kill"));
+        QCOMPARE(m_commands.first(), "ps aux | grep -v grep | grep LUMAWatcher | "
+                                     "awk '{print $2}' | xargs kill");
         test::screenshot(window(), "sites-1");
     }
 
     void damagedStore_startsEmptyAndIsKeptAside_data()
     {
-        QTest::addColumn<QVariant>("stored");
-        QTest::addColumn<bool>("kept");
-        QTest::newRow("nonsense") << QVariant(QByteArray("nonsense")) << true;
-        QTest::newRow("cut off") << QVariant(archiveSites({siteTemplate()}).chopped(40)) << true;
-        QTest::newRow("not data") << QVariant(QStringLiteral("text")) << false;
+        const test::Rows<QVariant, bool> row("stored", "kept");
+        row("nonsense", QVariant(QByteArray("nonsense")), true);
+        row("cut off", QVariant(archiveSites({siteTemplate()}).chopped(40)), true);
+        row("not data", QVariant("text"), false);
     }
     void damagedStore_startsEmptyAndIsKeptAside()
     {
@@ -153,31 +151,31 @@ private slots:
         QVERIFY(find<QLabel>("emptyListLabel")->isVisible());
         QVERIFY(!find<QPushButton>("openButton")->isEnabled());
         test::screenshot(window(), "sites-0");
-        window().findChild<QAction*>(QStringLiteral("openAction"))->trigger();
+        window().findChild<QAction*>("openAction")->trigger();
         click("addButton");
         QCOMPARE(m_delegate->sites().records(), QList<QVariantMap>{siteTemplate()});
         QVERIFY(m_delegate->applicationWillTerminate());
-        const QVariant aside = Preferences(file()).value(QStringLiteral("sitesArrayDataUnreadable"));
+        const QVariant aside = Preferences(file()).value("sitesArrayDataUnreadable");
         QCOMPARE(aside, kept ? stored : QVariant());
     }
 
     void edits_reachTheRecordAndTheStore()
     {
         launch();
-        typeInto(find<QLineEdit>("siteID"), QStringLiteral("Café"));
-        typeInto(find<QLineEdit>("password", "destinationDict"), QStringLiteral("p'w\"%"));
+        typeInto(find<QLineEdit>("siteID"), "Café");
+        typeInto(find<QLineEdit>("password", "destinationDict"), "p'w\"%");
         QTest::mouseClick(find<QCheckBox>("autoconnect", "sourceDict"), Qt::LeftButton, {}, QPoint(8, 8));
         auto* protocol = find<QComboBox>("protocol", "destinationDict");
         protocol->setFocus();
         QTest::keyClick(protocol, Qt::Key_Down);
-        QCOMPARE(m_delegate->sites().index(0).data().toString(), QStringLiteral("Café"));
+        QCOMPARE(m_delegate->sites().index(0).data().toString(), "Café");
         QVERIFY(m_delegate->applicationWillTerminate());
         QCOMPARE(m_commands.size(), 2);
         launch();
         const SiteList::Record record = m_delegate->sites().record(0);
-        QCOMPARE(record->siteID(), QStringLiteral("Café"));
-        QCOMPARE(record->destinationDict()->value(endpoint::password), QVariant(QStringLiteral("p'w\"%")));
-        QCOMPARE(record->destinationDict()->value(endpoint::protocol), QVariant(QStringLiteral("sftp://")));
+        QCOMPARE(record->siteID(), "Café");
+        QCOMPARE(record->destinationDict()->value(endpoint::password), QVariant("p'w\"%"));
+        QCOMPARE(record->destinationDict()->value(endpoint::protocol), QVariant("sftp://"));
         QCOMPARE(record->sourceDict()->value(endpoint::autoconnect), QVariant(qlonglong{0}));
     }
 
@@ -205,30 +203,28 @@ private slots:
     // A number where a text belongs, texts where numbers belong, and keys that are missing.
     void oddRecord_isShownAndNotConverted()
     {
-        const QVariantMap odd = {{QStringLiteral("siteID"), qlonglong{7}},
-                                 {QStringLiteral("future"), true},
-                                 {QStringLiteral("destinationDict"),
-                                  QVariantMap{{endpoint::sshPortNo, qlonglong{2222}},
-                                              {endpoint::autoconnect, QStringLiteral("1")},
-                                              {endpoint::protocol, QStringLiteral("gopher://")},
-                                              {endpoint::path, QVariantList{QStringLiteral("/a")}}}},
-                                 {QStringLiteral("sourceDict"), qlonglong{3}}};
+        const QVariantMap odd = {{"siteID", qlonglong{7}},
+                                 {"future", true},
+                                 {"destinationDict", QVariantMap{{endpoint::sshPortNo, qlonglong{2222}},
+                                                                 {endpoint::autoconnect, "1"},
+                                                                 {endpoint::protocol, "gopher://"},
+                                                                 {endpoint::path, QVariantList{"/a"}}}},
+                                 {"sourceDict", qlonglong{3}}};
         launchWith({odd, siteTemplate()});
-        QCOMPARE(find<QLineEdit>("sshPortNo", "destinationDict")->text(), QStringLiteral("2222"));
-        QCOMPARE(find<QComboBox>("protocol", "destinationDict")->currentText(), QStringLiteral("gopher://"));
+        QCOMPARE(find<QLineEdit>("sshPortNo", "destinationDict")->text(), "2222");
+        QCOMPARE(find<QComboBox>("protocol", "destinationDict")->currentText(), "gopher://");
         QVERIFY(!find<QCheckBox>("autoconnect", "destinationDict")->isChecked());
         QCOMPARE(m_delegate->sites().index(0).data().toString(), QString());
         test::screenshot(window(), "sites-odd");
         window().select(1);
-        QCOMPARE(find<QComboBox>("protocol", "destinationDict")->currentData(),
-                 QVariant(QStringLiteral("smb://")));
+        QCOMPARE(find<QComboBox>("protocol", "destinationDict")->currentData(), QVariant("smb://"));
         window().select(0);
         click("openButton");
         QCOMPARE(m_shown.size(), 1);
         QCOMPARE(m_delegate->sites().records().first(), odd);
-        typeInto(find<QLineEdit>("sshPortNo", "destinationDict"), QStringLiteral("23"));
+        typeInto(find<QLineEdit>("sshPortNo", "destinationDict"), "23");
         QCOMPARE(m_delegate->sites().record(0)->destinationDict()->value(endpoint::sshPortNo),
-                 QVariant(QStringLiteral("23")));
+                 QVariant("23"));
     }
 
     void add_selectsTheNewRowAndNeedsATemplate()
@@ -241,7 +237,7 @@ private slots:
         QTRY_VERIFY(find<QLineEdit>("siteID")->hasFocus());
         QCOMPARE(find<QLineEdit>("siteID")->selectedText(), find<QLineEdit>("siteID")->text());
         test::screenshot(window(), "sites-101");
-        m_preferences->setValue(Preferences::siteTemplate, QStringLiteral("no dictionary"));
+        m_preferences->setValue(Preferences::siteTemplate, "no dictionary");
         click("addButton");
         QCOMPARE(m_delegate->sites().rowCount(), 101);
     }
@@ -252,15 +248,15 @@ private slots:
         window().select(1);
         click("removeButton");
         QCOMPARE(window().selectedRow(), 1);
-        QCOMPARE(find<QLineEdit>("siteID")->text(), QStringLiteral("Site number 3"));
+        QCOMPARE(find<QLineEdit>("siteID")->text(), "Site number 3");
         QTest::keyClick(find<QListView>("sitesTableView"), Qt::Key_Delete);
         QCOMPARE(window().selectedRow(), 0);
         click("removeButton");
         QCOMPARE(m_delegate->sites().rowCount(), 1);
         auto* sheet = find<QMessageBox>("lastRecordSheet");
         QVERIFY(sheet);
-        QCOMPARE(sheet->text(), QStringLiteral("Warning"));
-        QCOMPARE(sheet->informativeText(), QStringLiteral("Last record in the list cannot be deleted."));
+        QCOMPARE(sheet->text(), "Warning");
+        QCOMPARE(sheet->informativeText(), "Last record in the list cannot be deleted.");
         QCOMPARE(sheet->buttons().size(), 1);
         test::screenshot(*sheet, "sites-last");
         sheet->accept();
@@ -271,15 +267,15 @@ private slots:
         launchWith(numbered(100));
         test::screenshot(window(), "sites-100");
         auto* field = find<QLineEdit>("searchField");
-        typeInto(field, QStringLiteral("WWW42.example"));
+        typeInto(field, "WWW42.example");
         QCOMPARE(window().selectedRow(), 41);
         QTest::keyClick(field, Qt::Key_Return);
         QCOMPARE(m_shown.size(), 1);
         QCOMPARE(m_shown[0], m_delegate->sites().record(41));
-        typeInto(find<QLineEdit>("siteID"), QStringLiteral("Renamed"));
-        typeInto(find<QLineEdit>("server", "destinationDict"), QStringLiteral("elsewhere"));
+        typeInto(find<QLineEdit>("siteID"), "Renamed");
+        typeInto(find<QLineEdit>("server", "destinationDict"), "elsewhere");
         QCOMPARE(window().selectedRow(), 41);
-        typeInto(field, QStringLiteral("nowhere at all"));
+        typeInto(field, "nowhere at all");
         QVERIFY(find<QLabel>("emptyListLabel")->isVisible());
         test::screenshot(window(), "sites-nothing-found");
         window().select(99);
@@ -290,15 +286,15 @@ private slots:
     void open_normalisesAndSharesTheRecord()
     {
         launch();
-        typeInto(find<QLineEdit>("path", "destinationDict"), QStringLiteral("/srv/www/ "));
+        typeInto(find<QLineEdit>("path", "destinationDict"), "/srv/www/ ");
         QWidget* rows = find<QListView>("sitesTableView")->viewport();
         QTest::mouseClick(rows, Qt::LeftButton, {}, QPoint(20, 12));
         QTest::mouseDClick(rows, Qt::LeftButton, {}, QPoint(20, 12));
         QCOMPARE(m_shown.size(), 1);
         QCOMPARE(m_shown[0], m_delegate->sites().record(0));
-        QCOMPARE(find<QLineEdit>("path", "destinationDict")->text(), QStringLiteral("/srv/www"));
-        m_shown[0]->destinationDict()->setValue(endpoint::server, QStringLiteral("new.example"));
-        QCOMPARE(find<QLineEdit>("server", "destinationDict")->text(), QStringLiteral("new.example"));
+        QCOMPARE(find<QLineEdit>("path", "destinationDict")->text(), "/srv/www");
+        m_shown[0]->destinationDict()->setValue(endpoint::server, "new.example");
+        QCOMPARE(find<QLineEdit>("server", "destinationDict")->text(), "new.example");
     }
 
     void open_trimsBlanksAndOneSlash()
@@ -332,7 +328,7 @@ private slots:
     {
         launchWith(numbered(2));
         QWidget other;
-        other.setWindowTitle(QStringLiteral("www2.example.org"));
+        other.setWindowTitle("www2.example.org");
         WindowRegistry::instance().add(&other);
         window().select(1);
         click("openButton");
@@ -347,19 +343,19 @@ private slots:
     {
         launch();
         m_delegate->sites().record(0)->sourceDict()->setValue(endpoint::path, m_folder->path());
-        QVERIFY(QDir(m_folder->path()).mkdir(QStringLiteral("site ü")));
-        const QString chosen = m_folder->filePath(QStringLiteral("site ü"));
+        QVERIFY(QDir(m_folder->path()).mkdir("site ü"));
+        const QString chosen = m_folder->filePath("site ü");
         click("pathButton", "sourceDict");
         auto* panel = find<QFileDialog>("getPathPanel");
         QVERIFY(panel);
-        QCOMPARE(panel->windowTitle(), QStringLiteral("Select the path to the site folder"));
-        QCOMPARE(panel->labelText(QFileDialog::Accept), QStringLiteral("Choose"));
+        QCOMPARE(panel->windowTitle(), "Select the path to the site folder");
+        QCOMPARE(panel->labelText(QFileDialog::Accept), "Choose");
         QCOMPARE(panel->directory().absolutePath(), m_folder->path());
         panel->selectFile(chosen);
         static_cast<QDialog*>(panel)->accept();
         QCOMPARE(find<QLineEdit>("path", "sourceDict")->text(), chosen);
         const QString destination = find<QLineEdit>("path", "destinationDict")->text();
-        window().findChild<QAction*>(QStringLiteral("destinationPathAction"))->trigger();
+        window().findChild<QAction*>("destinationPathAction")->trigger();
         QTRY_VERIFY(find<QFileDialog>("getPathPanel"));
         find<QFileDialog>("getPathPanel")->reject();
         QCOMPARE(find<QLineEdit>("path", "destinationDict")->text(), destination);
@@ -372,38 +368,28 @@ private slots:
         m_delegate->checkForUpdate();
         QTRY_VERIFY(find<QMessageBox>("updateSheet"));
         auto* sheet = find<QMessageBox>("updateSheet");
-        QCOMPARE(sheet->text(), QStringLiteral("An update for Postwick is available"));
-        QCOMPARE(
-            sheet->informativeText(),
-            QStringLiteral("\nThere is a newer version available (version <b>2.0</b>).\nClick OK to go to "
-                           "the LUMA for Ventura web site.\n"));
+        QCOMPARE(sheet->text(), "An update for Postwick is available");
+        QCOMPARE(sheet->informativeText(),
+                 "\nThere is a newer version available (version <b>2.0</b>).\nClick OK to go to "
+                 "the LUMA for Ventura web site.\n");
         QCOMPARE(sheet->buttons().size(), 2);
-        QCOMPARE(sheet->buttons().first()->text(), QStringLiteral("OK"));
+        QCOMPARE(sheet->buttons().first()->text(), "OK");
         for (const QLabel* label : sheet->findChildren<QLabel*>())
             QVERIFY(label->textFormat() == Qt::PlainText);
         test::screenshot(*sheet, "sites-update");
         QTest::mouseClick(sheet->buttons().first(), Qt::LeftButton);
         QCOMPARE(m_urls.size(), 1);
-        QCOMPARE(m_urls[0].path(), QStringLiteral("/software/LUMA/"));
+        QCOMPARE(m_urls[0].path(), "/software/LUMA/");
     }
 
-    // In both directions; screen readers need a name for every stop.
-    void tab_walksEveryFieldThatHasAName()
+    void tab_walksEveryStopBothWays()
     {
         launchWith(numbered(2));
         for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
-            QSet<QWidget*> stops;
             find<QLineEdit>("searchField")->setFocus();
-            while (!stops.contains(QApplication::focusWidget())) {
-                QWidget* stop = QApplication::focusWidget();
-                stops += stop;
-                const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(stop);
-                QVERIFY(accessible);
-                QVERIFY2(!accessible->text(QAccessible::Name).isEmpty(), qPrintable(stop->objectName()));
-                QTest::keyClick(stop, key);
-            }
-            QVERIFY(stops.size() >= 17);
+            QCOMPARE(test::tabWalk(key), test::tabStops(window()));
         }
+        QVERIFY(test::tabStops(window()).size() >= 17);
     }
 
     void smallWindow_putsTheEndpointsOneAboveTheOther()

@@ -2,15 +2,15 @@
 #include "base/files.h"
 #include "base/pathbelow.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
+#include "tests/support/site.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <sys/resource.h>
 #include <sys/stat.h>
 
 #include <csignal>
-#include <fstream>
 
 namespace fs = std::filesystem;
 using namespace luma;
@@ -20,34 +20,27 @@ class tst_files final : public QObject
     Q_OBJECT
 
 private:
-    std::unique_ptr<QTemporaryDir> m_folder;
-    fs::path at(const char* name) const { return fs::path(m_folder->path().toStdString()) / name; }
-
-    static std::string bytesOf(const fs::path& path)
-    {
-        const auto bytes = readFile(path);
-        return bytes ? *bytes : "unreadable: " + bytes.error().text;
-    }
-
-    static void put(const fs::path& path, std::string_view bytes) { std::ofstream(path) << bytes; }
-
+    std::unique_ptr<test::Site> m_site;
+    fs::path at(std::string_view name) const { return m_site->at(name); }
+    void put(std::string_view name, std::string_view bytes) const { m_site->put(name, bytes); }
+    std::string bytesOf(std::string_view name) const { return m_site->bytesOf(name); }
     std::size_t entryCount() const
     {
         return static_cast<std::size_t>(
-            std::distance(fs::directory_iterator(m_folder->path().toStdString()), fs::directory_iterator()));
+            std::distance(fs::directory_iterator(m_site->root()), fs::directory_iterator()));
     }
 
 private slots:
-    void init() { m_folder = std::make_unique<QTemporaryDir>(); }
+    void init() { m_site = std::make_unique<test::Site>(); }
 
     void writeFile_keepsModeAndLink()
     {
-        put(at("page.html"), "old");
+        put("page.html", "old");
         fs::permissions(at("page.html"), fs::perms(0640));
         fs::create_symlink("page.html", at("link"));
         QVERIFY(writeFile(at("link"), "new"));
         QVERIFY(fs::is_symlink(at("link")));
-        QCOMPARE(bytesOf(at("page.html")), std::string("new"));
+        QCOMPARE(bytesOf("page.html"), std::string("new"));
         QCOMPARE(static_cast<int>(fs::status(at("page.html")).permissions()), 0640);
         QCOMPARE(entryCount(), std::size_t{2});
     }
@@ -62,8 +55,8 @@ private slots:
     void fullDisk_keepsOldFileAndLeavesNothing()
     {
         QFETCH(bool, copy);
-        put(at("big"), std::string(300'000, 'x'));
-        put(at("page.html"), "old");
+        put("big", std::string(300'000, 'x'));
+        put("page.html", "old");
         const auto oldHandler = std::signal(SIGXFSZ, SIG_IGN);
         rlimit old = {};
         getrlimit(RLIMIT_FSIZE, &old);
@@ -75,29 +68,29 @@ private slots:
         (void)std::signal(SIGXFSZ, oldHandler);
         QVERIFY(!done);
         QVERIFY(done.error().text.find("page.html") != std::string::npos);
-        QCOMPARE(bytesOf(at("page.html")), std::string("old"));
+        QCOMPARE(bytesOf("page.html"), std::string("old"));
         QCOMPARE(entryCount(), std::size_t{2});
     }
 
     void copyFile_keepsTimeAndMode()
     {
-        put(at("a"), "a");
+        put("a", "a");
         fs::permissions(at("a"), fs::perms(0751));
         fs::last_write_time(at("a"), fs::file_time_type::clock::now() - std::chrono::hours(50));
         QVERIFY(copyFile(at("a"), at("b"), Existing::Keep));
         QCOMPARE(fs::last_write_time(at("b")), fs::last_write_time(at("a")));
         QCOMPARE(static_cast<int>(fs::status(at("b")).permissions()), 0751);
-        put(at("c"), "precious");
+        put("c", "precious");
         QVERIFY(!copyFile(at("a"), at("c"), Existing::Keep));
-        QCOMPARE(bytesOf(at("c")), std::string("precious"));
+        QCOMPARE(bytesOf("c"), std::string("precious"));
         QVERIFY(copyFile(at("a"), at("c"), Existing::Replace));
-        QCOMPARE(bytesOf(at("c")), std::string("a"));
+        QCOMPARE(bytesOf("c"), std::string("a"));
     }
 
     void copyFile_copiesALinkAsALink()
     {
         fs::create_symlink("/nowhere", at("link"));
-        put(at("old"), "old");
+        put("old", "old");
         QVERIFY(copyFile(at("link"), at("old"), Existing::Replace));
         QCOMPARE(fs::read_symlink(at("old")), fs::path("/nowhere"));
         QCOMPARE(entryCount(), std::size_t{2});
@@ -106,11 +99,11 @@ private slots:
     void copyItem_copiesAFolderWhole()
     {
         fs::create_directories(at("site/sub"));
-        put(at("site/sub/\xff\n page.html"), "page");
+        put("site/sub/\xff\n page.html", "page");
         fs::create_symlink("..", at("site/sub/circle"));
         fs::permissions(at("site/sub"), fs::perms(0500));
         QVERIFY(copyItem(at("site"), at("copy")));
-        QCOMPARE(bytesOf(at("copy/sub/\xff\n page.html")), std::string("page"));
+        QCOMPARE(bytesOf("copy/sub/\xff\n page.html"), std::string("page"));
         QVERIFY(fs::is_symlink(at("copy/sub/circle")));
         QCOMPARE(static_cast<int>(fs::status(at("copy/sub")).permissions()), 0500);
         QVERIFY(!copyItem(at("site"), at("copy")));
@@ -130,9 +123,9 @@ private slots:
     {
         QFETCH(bool, stop);
         fs::create_directories(at("site/sub/read only"));
-        put(at("site/sub/read only/page.html"), "page");
+        put("site/sub/read only/page.html", "page");
         for (int i = 0; i < 20; ++i)
-            put(at("site") / std::to_string(i), std::string(100'000, 'x'));
+            put("site/" + std::to_string(i), std::string(100'000, 'x'));
         fs::permissions(at("site/sub/read only"), fs::perms(0500));
         if (!stop)
             QCOMPARE(::mkfifo(at("site/sub/pipe").c_str(), 0600), 0);
@@ -151,24 +144,24 @@ private slots:
 
     void copyFile_stops_andLeavesTheOldFile()
     {
-        put(at("large"), std::string(50'000'000, 'x'));
-        put(at("old"), "old");
+        put("large", std::string(50'000'000, 'x'));
+        put("old", "old");
         int asked = 0;
         QVERIFY(!copyFile(at("large"), at("old"), Existing::Replace, Durability::Unsynced,
                           [&] { return ++asked < 3; }));
-        QCOMPARE(bytesOf(at("old")), std::string("old"));
+        QCOMPARE(bytesOf("old"), std::string("old"));
         QVERIFY(!copyItem(at("large"), at("new"), [] { return false; }));
         QCOMPARE(entryCount(), std::size_t{2});
     }
 
     void moveItem_neverReplaces()
     {
-        put(at("a"), "a");
-        put(at("b"), "b");
+        put("a", "a");
+        put("b", "b");
         QVERIFY(!moveItem(at("a"), at("b")));
-        QCOMPARE(bytesOf(at("b")), std::string("b"));
+        QCOMPARE(bytesOf("b"), std::string("b"));
         QVERIFY(moveItem(at("a"), at("c")));
-        QCOMPARE(bytesOf(at("c")), std::string("a"));
+        QCOMPARE(bytesOf("c"), std::string("a"));
         fs::create_directories(at("folder"));
         QVERIFY(!moveItem(at("folder"), at("folder/inside")));
         QVERIFY(itemExists(at("folder")));
@@ -176,11 +169,7 @@ private slots:
 
     void pathBelow_endsAtNames_data()
     {
-        QTest::addColumn<std::string>("path");
-        QTest::addColumn<std::string>("folder");
-        QTest::addColumn<std::string>("rest");
-        const auto row = [](const char* name, const std::string& path, const std::string& folder,
-                            const std::string& rest) { QTest::newRow(name) << path << folder << rest; };
+        const test::Rows<std::string, std::string, std::string> row("path", "folder", "rest");
         row("below", "/v/site/css/main.css", "/v/site", "css/main.css");
         row("slash at the end", "/v/site//a", "/v/site/", "a");
         row("root", "/a", "/", "a");
@@ -202,7 +191,7 @@ private slots:
     void readFile_refusesAllButRegularFiles()
     {
         QVERIFY(!readFile(at("gone")));
-        QVERIFY(!readFile(m_folder->path().toStdString()));
+        QVERIFY(!readFile(m_site->root()));
         QCOMPARE(::mkfifo(at("pipe").c_str(), 0600), 0);
         QVERIFY(!readFile(at("pipe")));
     }

@@ -2,6 +2,7 @@
 #include "mounts/mounttable.h"
 #include "mounts/shareurl.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -38,11 +39,7 @@ private slots:
 
     void find_comparesHostAndPath_data()
     {
-        QTest::addColumn<std::string>("url");
-        QTest::addColumn<std::string>("user");
-        QTest::addColumn<std::string>("folder");
-        const auto row = [](const char* name, const std::string& url, const std::string& user,
-                            const std::string& folder) { QTest::newRow(name) << url << user << folder; };
+        const test::Rows<std::string, std::string, std::string> row("url", "user", "folder");
         row("cifs, blanks and case", "smb://nas.LOCAL/web%20site", "", "/mnt/web site");
         row("trailing slash", "smb://nas.local/Web%20Site/", "", "/mnt/web site");
         row("below the share", "smb://nas.local/Web%20Site/a/b%23c", "", "/mnt/web site/a/b#c");
@@ -71,11 +68,7 @@ private slots:
 
     void shareUrlForUser_namesTheAccountOnce_data()
     {
-        QTest::addColumn<std::string>("url");
-        QTest::addColumn<std::string>("user");
-        QTest::addColumn<std::string>("expected");
-        const auto row = [](const char* name, const std::string& url, const std::string& user,
-                            const std::string& expected) { QTest::newRow(name) << url << user << expected; };
+        const test::Rows<std::string, std::string, std::string> row("url", "user", "expected");
         row("plain", "sftp://h:22//a@b", "bob", "sftp://bob@h:22//a@b");
         row("escaped", "dav://h/", "a@b:c/", "dav://a%40b%3Ac%2F@h/");
         row("domain", "smb://h/s", "D\\bob", "smb://D;bob@h/s");

@@ -3,6 +3,7 @@
 #include "html/parse.h"
 #include "page/tagmenu.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -105,15 +106,7 @@ private slots:
 
     void menu_isBuiltByTheRules_data()
     {
-        QTest::addColumn<QByteArray>("selector");
-        QTest::addColumn<QString>("classes");
-        QTest::addColumn<QString>("ids");
-        QTest::addColumn<QString>("menu");
-        const auto row = [](const char* name, const char* selector, const char* classes, const char* ids,
-                            const char* menu) {
-            QTest::newRow(name) << QByteArray(selector) << QString::fromLatin1(classes)
-                                << QString::fromLatin1(ids) << QString::fromLatin1(menu);
-        };
+        const test::Rows<QByteArray, QString, QString, QString> row("selector", "classes", "ids", "menu");
         row("no element", "none", "a", "a", "");
         row("html", "html", "a", "a", "");
         row("head", "head", "a", "a", "Insert[style meta link script base]");
@@ -133,11 +126,10 @@ private slots:
         QFETCH(QByteArray, selector);
         QFETCH(QString, classes);
         QFETCH(QString, ids);
-        QFETCH(QString, menu);
         const auto built =
             buildTagMenu(m_rules, find(selector.toStdString()), classes.split(u' ', Qt::SkipEmptyParts),
                          ids.split(u' ', Qt::SkipEmptyParts));
-        QCOMPARE(written(built), menu);
+        QTEST(written(built), "menu");
         for (const TagMenuEntry& entry : built) {
             QCOMPARE(entry.submenuTitle, entry.title == u"Insert" ? u"Insert /(tagName)"_qs : QString());
             if (entry.title == u"Add Class")
@@ -147,10 +139,7 @@ private slots:
 
     void newElement_comesWithItsMarkup_data()
     {
-        QTest::addColumn<QString>("markup");
-        const auto row = [](const char* tag, const char* markup) {
-            QTest::newRow(tag) << QString::fromLatin1(markup);
-        };
+        const test::Rows<QString> row("markup");
         row("p", "<p>Lorem</p>");
         row("h2", "<h2>Header</h2>");
         row("h6", "<h6>Header</h6>");
@@ -164,9 +153,8 @@ private slots:
     }
     void newElement_comesWithItsMarkup()
     {
-        QFETCH(QString, markup);
         const html::NodePtr element = m_rules.newElement(QString::fromLatin1(QTest::currentDataTag()));
-        QCOMPARE(element ? QString::fromStdString(element->outerHtml()) : QString(), markup);
+        QTEST(element ? QString::fromStdString(element->outerHtml()) : QString(), "markup");
     }
 };
 

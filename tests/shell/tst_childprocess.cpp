@@ -2,8 +2,8 @@
 #include "shell/childprocess.h"
 #include "tests/shell/runners.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
-#include <QTemporaryDir>
 #include <QTest>
 
 #include <fcntl.h>
@@ -131,12 +131,7 @@ private slots:
 
     void termination_releasesEveryRunner_data()
     {
-        QTest::addColumn<QByteArray>("mark");
-        QTest::addColumn<Run>("run");
-        QTest::addColumn<QByteArray>("failure");
-        const auto row = [](const char* name, const char* mark, const Run& run, const char* failure) {
-            QTest::newRow(name) << QByteArray(mark) << run << QByteArray(failure);
-        };
+        const test::Rows<QByteArray, Run, QByteArray> row("mark", "run", "failure");
         row(
             "sh", "4711.1", [] { return sh("echo a; sleep 4711.1; echo b"); }, "");
         row(

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/shell/runners.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -152,11 +153,7 @@ private slots:
     // rsync and others print file names unescaped only in a UTF-8 locale.
     void locale_isUtf8WhateverOursIs_data()
     {
-        QTest::addColumn<QByteArray>("variable");
-        QTest::addColumn<QByteArray>("value");
-        const auto row = [](const char* name, const QByteArray& variable, const QByteArray& value) {
-            QTest::newRow(name) << variable << value;
-        };
+        const test::Rows<QByteArray, QByteArray> row("variable", "value");
         row("none", "LANG", "");
         row("C", "LANG", "C");
         row("C over all", "LC_ALL", "C");

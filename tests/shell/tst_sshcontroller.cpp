@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "shell/sshcontroller.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 #include "tests/support/sshserver.h"
 
 #include <QTemporaryDir>
@@ -163,12 +164,7 @@ private slots:
     // A new key replaces the one with its tag and no other.
     void setUp_replacesTheKeyOfTheSameTag_data()
     {
-        QTest::addColumn<QByteArray>("comment");
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QByteArray>("kept");
-        const auto row = [](const char* name, const char* comment, const char* before, const char* kept) {
-            QTest::newRow(name) << QByteArray(comment) << QByteArray(before) << QByteArray(kept);
-        };
+        const test::Rows<QByteArray, QByteArray, QByteArray> row("comment", "before", "kept");
         row("same name", "me@pc.local", "ssh-rsa OLD me@pc.local\nssh-rsa B you\n", "ssh-rsa B you\n");
         const char* const others = "ssh-rsa A some@pc\nssh-rsa B me@pc2\nfrom=\"x\" ssh-rsa C me@pc\n";
         row("similar names", "me@pc", others, others);
@@ -250,12 +246,7 @@ private slots:
 
     void unreachableServer_hasItsText_data()
     {
-        QTest::addColumn<QByteArray>("login");
-        QTest::addColumn<QByteArray>("port");
-        QTest::addColumn<QByteArray>("text");
-        const auto row = [](const char* name, const char* login, const char* port, const char* text) {
-            QTest::newRow(name) << QByteArray(login) << QByteArray(port) << QByteArray(text);
-        };
+        const test::Rows<QByteArray, QByteArray, QByteArray> row("login", "port", "text");
         row("wrong port", "me@127.0.0.1", "1", unknownHost);
         row("no such server", "me@luma.invalid", "22", unknownHost);
         row("invalid port", "me@127.0.0.1", "ssh; id", noConnection);
@@ -308,15 +299,13 @@ private slots:
     // With a replacement on the search path that asks on the terminal, as sudo does, and accepts one password.
     void sudo_isAskedOnce_data()
     {
-        QTest::addColumn<QByteArray>("password");
-        QTest::addColumn<QByteArray>("text");
-        QTest::newRow("right") << QByteArray("right $1 [x]") << QByteArray();
-        QTest::newRow("wrong") << QByteArray("wrong") << QByteArray("invalid sudo password\n");
+        const test::Rows<QByteArray, QByteArray> row("password", "text");
+        row("right", "right $1 [x]", "");
+        row("wrong", "wrong", "invalid sudo password\n");
     }
     void sudo_isAskedOnce()
     {
         QFETCH(QByteArray, password);
-        QFETCH(QByteArray, text);
         const QTemporaryDir folder;
         const fs::path sudo = fs::path(folder.path().toStdString()) / "sudo";
         std::ofstream(sudo) << "#!/bin/sh\n[ \"$1\" = -k ] && exit\n"
@@ -327,7 +316,7 @@ private slots:
         qputenv("PATH", folder.path().toUtf8() + ":" + path);
         const std::string answer = SSHController::checkSudoWillWorkAt("localhost", password.toStdString());
         qputenv("PATH", path);
-        QCOMPARE(QByteArray::fromStdString(answer), text);
+        QTEST(QByteArray::fromStdString(answer), "text");
     }
 };
 

@@ -45,10 +45,13 @@ public:
         if (!QTest::qWaitFor([this] { return isConnected(); }, 60'000))
             qFatal("the panes did not connect");
     }
-    SiteWindow(const std::shared_ptr<SiteRecord>& record, HaldenDoc::Services services)
+    SiteWindow(const std::shared_ptr<SiteRecord>& record, HaldenDoc::Services services,
+               const QByteArray& layout = {})
         : window(new HaldenDoc(record, std::move(services)))
     {
         window->resize(1000, 760);
+        if (!layout.isEmpty())
+            window->restoreLayoutState(layout);
         window->windowDidLoad();
     }
     SiteWindow(const SiteWindow&) = delete;

@@ -1,25 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "browser/browser.h"
-#include "browser/browsercontroller.h"
-#include "browser/endpoint.h"
 #include "desktop/windowregistry.h"
-#include "site/haldendoc.h"
-#include "tests/site/twofolders.h"
+#include "tests/site/sitewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
-#include "tests/support/unavailablemounter.h"
+#include "tests/support/tabwalk.h"
 
-#include <QAbstractButton>
-#include <QAccessible>
-#include <QApplication>
-#include <QLabel>
-#include <QPointer>
 #include <QSemaphore>
-#include <QTest>
-
-#include <atomic>
 
 using namespace luma;
+using luma::test::SiteWindow;
 using luma::test::TwoFolders;
 
 class tst_haldendoc final : public QObject
@@ -28,7 +17,7 @@ class tst_haldendoc final : public QObject
 
     std::unique_ptr<TwoFolders> m_folders;
     std::shared_ptr<SiteRecord> m_record;
-    QPointer<HaldenDoc> m_window;
+    std::unique_ptr<SiteWindow> m_site;
     QString m_checkAnswer;
     QString m_setUpAnswer;
     QStringList m_calls;
@@ -36,13 +25,12 @@ class tst_haldendoc final : public QObject
 
     static QVariantMap endpointAt(const std::filesystem::path& folder, const QString& server)
     {
-        return {{endpoint::protocol, QString(endpoint::fileProtocol)},
-                {endpoint::server, server},
-                {endpoint::path, QString::fromStdString(folder.string())},
-                {endpoint::user, "anna"},
-                {endpoint::password, "secret"},
-                {endpoint::autoconnect, 1},
-                {endpoint::sshPortNo, "22"}};
+        QVariantMap values = SiteWindow::localFolder(folder);
+        values.insert({{endpoint::server, server},
+                       {endpoint::user, "anna"},
+                       {endpoint::password, "secret"},
+                       {endpoint::sshPortNo, "22"}});
+        return values;
     }
 
     HaldenDoc::Services services()
@@ -68,21 +56,21 @@ class tst_haldendoc final : public QObject
         QMetaObject::invokeMethod(this, [this, call] { m_calls += call; });
     }
 
-    void open()
+    HaldenDoc& window() const { return *m_site->window; }
+    void open(const QByteArray& layout = {})
     {
-        m_window = new HaldenDoc(m_record, services());
-        m_window->windowDidLoad();
-        QTRY_VERIFY(m_window->sourceBrowserController().rootNode());
-        QTRY_VERIFY(m_window->destinationBrowserController().rootNode());
+        m_site = std::make_unique<SiteWindow>(m_record, services(), layout);
     }
-
-    template <class Widget>
-    Widget* find(const char* name) const
+    void openConnected()
     {
-        return m_window->findChild<Widget*>(QLatin1StringView(name));
+        open();
+        QTRY_VERIFY(m_site->isConnected());
     }
-
-    void click(const char* name) const { QTest::mouseClick(find<QAbstractButton>(name), Qt::LeftButton); }
+    void close()
+    {
+        window().close();
+        QTRY_VERIFY(!m_site->window);
+    }
 
 private slots:
     void init()
@@ -95,13 +83,7 @@ private slots:
         m_checkAnswer.clear();
         m_setUpAnswer.clear();
     }
-
-    void cleanup()
-    {
-        if (m_window)
-            m_window->close();
-        QTRY_VERIFY(!m_window);
-    }
+    void cleanup() { m_site.reset(); }
 
     void oddRecord_opensAndIsKeptAsItIs_data()
     {
@@ -122,14 +104,13 @@ private slots:
         QFETCH(QVariantMap, values);
         m_record = std::make_shared<SiteRecord>(values);
         const QVariantMap before = m_record->values();
-        m_window = new HaldenDoc(m_record, services());
-        m_window->windowDidLoad();
-        click("uploadButton");
-        QTRY_COMPARE(find<QLabel>("syncPanelTitle")->text(), "Nothing changed from Source to Destination");
-        QTest::keyClick(find<QWidget>("syncPanel"), Qt::Key_Escape);
-        m_window->setUpRsync();
+        open();
+        m_site->click("uploadButton");
+        QTRY_COMPARE(m_site->text("syncPanelTitle"), "Nothing changed from Source to Destination");
+        QTest::keyClick(&m_site->find<QWidget>("syncPanel"), Qt::Key_Escape);
+        window().setUpRsync();
         QTRY_COMPARE(m_calls.size(), 1);
-        QVERIFY(!m_window->sourceBrowserController().rootNode());
+        QVERIFY(!m_site->source().rootNode());
         const QVariantMap after = m_record->values();
         QCOMPARE(after.value("sourceDict"), before.value("sourceDict"));
         QCOMPARE(after.value("destinationDict"), before.value("destinationDict"));
@@ -138,39 +119,38 @@ private slots:
     void title_isTheServerAndFollowsIt()
     {
         open();
-        QCOMPARE(WindowRegistry::instance().windowTitled("web.example"), m_window.data());
+        QCOMPARE(WindowRegistry::instance().windowTitled("web.example"), &window());
         m_record->destinationDict()->setValue(endpoint::server, "other.example");
-        QCOMPARE(m_window->windowTitle(), "other.example");
+        QCOMPARE(window().windowTitle(), "other.example");
     }
 
     void connectionLine_followsCheckAndSetUp()
     {
         m_record->destinationDict()->setValue(endpoint::protocol, "sftp://");
         m_record->destinationDict()->setValue(endpoint::autoconnect, 0);
-        m_window = new HaldenDoc(m_record, services());
-        m_window->windowDidLoad();
-        auto* text = find<QLabel>("connectionResultText");
-        auto* button = find<QAbstractButton>("setUpRemoteLoginConnectionButton");
+        open();
+        const char* const text = "connectionResultText";
+        const char* const button = "setUpRemoteLoginConnectionButton";
         m_checkAnswer = "fail - timeout";
-        m_window->checkConnectionOK();
-        QTRY_COMPARE(text->text(), "Turn on rsync to make uploads and downloads go faster.");
-        QVERIFY(!m_window->rsync());
+        window().checkConnectionOK();
+        QTRY_COMPARE(m_site->text(text), "Turn on rsync to make uploads and downloads go faster.");
+        QVERIFY(!window().rsync());
 
         m_setUpAnswer = "Permission denied, please try entering the password again.";
-        QTest::mouseClick(button, Qt::LeftButton);
-        QTRY_COMPARE(text->text(), m_setUpAnswer);
-        QVERIFY(!m_window->rsync());
-        QVERIFY(button->isEnabled());
+        m_site->click(button);
+        QTRY_COMPARE(m_site->text(text), m_setUpAnswer);
+        QVERIFY(!window().rsync());
+        QVERIFY(m_site->isEnabled(button));
 
         m_setUpAnswer.clear();
         m_checkAnswer.clear();
-        QTest::mouseClick(button, Qt::LeftButton);
-        QTRY_COMPARE(text->text(), "LUMA is using rsync for faster uploads and downloads.");
-        QVERIFY(m_window->rsync());
-        QVERIFY(!button->isEnabled());
+        m_site->click(button);
+        QTRY_COMPARE(m_site->text(text), "LUMA is using rsync for faster uploads and downloads.");
+        QVERIFY(window().rsync());
+        QVERIFY(!m_site->isEnabled(button));
         QCOMPARE(m_calls.last(), "check anna@web.example 22");
         QVERIFY(m_calls.contains("set up anna@web.example 22 secret"));
-        luma::test::screenshot(*m_window, "site-rsync");
+        luma::test::screenshot(window(), "site-rsync");
     }
 
     void closing_whileAJobRuns_data()
@@ -184,14 +164,13 @@ private slots:
         QFETCH(bool, rsync);
         for (int i = 0; i < 200; ++i)
             m_folders->put("sending/" + std::to_string(i % 20) + "/" + std::to_string(i));
-        open();
+        openConnected();
         if (rsync) {
-            m_window->checkConnectionOK();
-            QTRY_VERIFY(m_window->rsync());
+            window().checkConnectionOK();
+            QTRY_VERIFY(window().rsync());
         }
-        m_window->sync(Direction::Upload);
-        m_window->close();
-        QTRY_VERIFY(!m_window);
+        window().sync(Direction::Upload);
+        close();
         m_shellMayAnswer.release();
         QVERIFY(std::filesystem::is_empty(m_folders->receiving()));
     }
@@ -199,61 +178,43 @@ private slots:
     void layout_comesBack()
     {
         m_folders->put("sending/a/index.html");
-        open();
-        m_window->resize(900, 800);
-        m_window->sourceBrowserController().browser().setColumnWidths({310, 150});
-        m_window->destinationBrowserController().browser().setColumnWidths({99});
-        const QByteArray state = m_window->layoutState();
-        m_window->close();
-        QTRY_VERIFY(!m_window);
-        m_window = new HaldenDoc(m_record, services());
-        m_window->restoreLayoutState(state);
-        m_window->restoreLayoutState("nonsense");
-        m_window->windowDidLoad();
-        QCOMPARE(m_window->size(), QSize(900, 800));
+        openConnected();
+        window().resize(900, 800);
+        m_site->source().browser().setColumnWidths({310, 150});
+        m_site->destination().browser().setColumnWidths({99});
+        const QByteArray state = window().layoutState();
+        close();
+        open(state);
+        window().restoreLayoutState("nonsense");
+        QCOMPARE(window().size(), QSize(900, 800));
         // A layout cut off or damaged anywhere does no harm.
         for (int size = 0; size < state.size(); ++size) {
-            m_window->restoreLayoutState(state.left(size));
+            window().restoreLayoutState(state.left(size));
             QByteArray damaged = state;
             damaged[size] = static_cast<char>(~state[size]);
-            m_window->restoreLayoutState(damaged);
+            window().restoreLayoutState(damaged);
         }
-        m_window->restoreLayoutState(state);
-        BrowserController& source = m_window->sourceBrowserController();
+        window().restoreLayoutState(state);
+        BrowserController& source = m_site->source();
         QCOMPARE(source.browser().columnWidths(), (QList<int>{310, 150}));
-        QCOMPARE(m_window->destinationBrowserController().browser().columnWidths(), QList<int>{99});
+        QCOMPARE(m_site->destination().browser().columnWidths(), QList<int>{99});
         QTRY_VERIFY(source.rootNode());
         source.browser().setPath({"a"});
         QCOMPARE(source.widget()->findChild<QWidget*>("browserColumn0")->width(), 310);
         QCOMPARE(source.widget()->findChild<QWidget*>("browserColumn1")->width(), 150);
     }
 
-    void tab_reachesOnlyWhatHasAName_data()
+    void tab_walksEveryStopBothWays()
     {
-        QTest::addColumn<Qt::Key>("key");
-        QTest::newRow("forwards") << Qt::Key_Tab;
-        QTest::newRow("backwards") << Qt::Key_Backtab;
-    }
-    void tab_reachesOnlyWhatHasAName()
-    {
-        QFETCH(Qt::Key, key);
         m_folders->put("sending/index.html");
-        open();
-        m_window->activateWindow();
-        QVERIFY(QTest::qWaitForWindowActive(m_window));
-        QSet<const QWidget*> stops;
-        for (int i = 0; i < 40; ++i) {
-            QTest::keyClick(m_window->focusWidget() ? m_window->focusWidget() : m_window.data(), key);
-            QWidget* stop = QApplication::focusWidget();
-            QVERIFY(stop);
-            stops.insert(stop);
-            const QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(stop);
-            QVERIFY2(
-                accessible && !accessible->text(QAccessible::Name).isEmpty(),
-                qPrintable(stop->objectName() + u' ' + QLatin1StringView(stop->metaObject()->className())));
+        openConnected();
+        window().activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window()));
+        for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
+            m_site->find<QWidget>("browserList0").setFocus();
+            QCOMPARE(luma::test::tabWalk(key), luma::test::tabStops(window()));
         }
-        // At least both panes' columns and buttons.
-        QVERIFY(stops.size() >= 6);
+        QVERIFY(luma::test::tabStops(window()).size() >= 6);
     }
 };
 

@@ -5,6 +5,7 @@
 #include "browser/filesystemmodel.h"
 #include "tests/site/sitewindow.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 #include "tests/support/screenshot.h"
 
 #include <QAbstractItemModelTester>
@@ -239,22 +240,18 @@ private slots:
 
     void reports_data()
     {
-        QTest::addColumn<QString>("action");
-        QTest::addColumn<QString>("status");
-        QTest::addColumn<QString>("log");
-        QTest::newRow("from") << "showLinksFromAction"
-                              << "Listing all links from: %1/a/x.html"
-                              << "%1/a/x.html\n    href : x.html\n    src : img/p.png\n\nDone";
-        QTest::newRow("to") << "showLinksToAction"
-                            << "Listing all links to: %1/a/x.html"
-                            << "a/x.html\na/y.html\nindex.html\n\nDone";
+        const test::Rows<QString, QString, QString> row("action", "status", "log");
+        row("from", "showLinksFromAction", "Listing all links from: %1/a/x.html",
+            "%1/a/x.html\n    href : x.html\n    src : img/p.png\n\nDone");
+        row("to", "showLinksToAction", "Listing all links to: %1/a/x.html",
+            "a/x.html\na/y.html\nindex.html\n\nDone");
         const QString missing =
             "%1/a/x.html\n    href : x.html\n    src : img/p.png\n"
             "%1/a/y.html\n    href : x.html#top    *** MISSING ***\n"
             "%1/index.html\n    href : a/x.html\n    src : img/none.png    *** MISSING ***\n\nDone";
         const QString title = "Checking source files for missing links (*** MISSING ***)";
-        QTest::newRow("missing") << "missingLinksAction" << title << missing;
-        QTest::newRow("missing, by the pane's menu") << "paneMissingLinksAction" << title << missing;
+        row("missing", "missingLinksAction", title, missing);
+        row("missing, by the pane's menu", "paneMissingLinksAction", title, missing);
     }
     void reports()
     {

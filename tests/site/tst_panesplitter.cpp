@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/panesplitter.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -22,14 +23,11 @@ class tst_panesplitter final : public QObject
 private slots:
     void resize_givesTheChangeToTheUpperPane_data()
     {
-        QTest::addColumn<int>("lower");
-        QTest::addColumn<int>("height");
-        QTest::addColumn<int>("expectedUpper");
-        QTest::addColumn<int>("expectedLower");
-        QTest::newRow("taller") << 300 << 1005 << 700 << 300;
-        QTest::newRow("upper reaches its minimum exactly") << 300 << 486 << 181 << 300;
-        QTest::newRow("lower gives way") << 300 << 485 << 181 << 299;
-        QTest::newRow("too small for both") << 300 << 100 << 95 << 0;
+        const test::Rows<int, int, int, int> row("lower", "height", "expectedUpper", "expectedLower");
+        row("taller", 300, 1005, 700, 300);
+        row("upper reaches its minimum exactly", 300, 486, 181, 300);
+        row("lower gives way", 300, 485, 181, 299);
+        row("too small for both", 300, 100, 95, 0);
     }
     void resize_givesTheChangeToTheUpperPane()
     {

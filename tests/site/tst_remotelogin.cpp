@@ -2,6 +2,7 @@
 #include "browser/endpoint.h"
 #include "site/remotelogin.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -18,17 +19,16 @@ class tst_remotelogin final : public QObject
 private slots:
     void check_asksWithLoginAndPort_data()
     {
-        QTest::addColumn<QVariantMap>("destination");
-        QTest::addColumn<QString>("expectedCall");
+        const test::Rows<QVariantMap, QString> row("destination", "expectedCall");
         const QVariantMap whole = {
             {endpoint::user, "anna"}, {endpoint::server, "web.example"}, {endpoint::sshPortNo, "2222"}};
-        QTest::newRow("all there") << whole << "anna@web.example 2222";
+        row("all there", whole, "anna@web.example 2222");
         QVariantMap numberedPort = whole;
         numberedPort[endpoint::sshPortNo] = 2222;
-        QTest::newRow("a port that is no string") << numberedPort << "anna@web.example 22";
+        row("a port that is no string", numberedPort, "anna@web.example 22");
         QVariantMap withoutUser = whole;
         withoutUser.remove(endpoint::user);
-        QTest::newRow("no user: not checked, does not work") << withoutUser << QString();
+        row("no user: not checked, does not work", withoutUser, QString());
     }
     void check_asksWithLoginAndPort()
     {

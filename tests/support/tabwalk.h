@@ -9,9 +9,13 @@
 
 namespace luma::test {
 
+/// The object names from the window down, and the class.
 inline QString nameOfStop(const QWidget& stop)
 {
-    return stop.objectName() + u' ' + QLatin1StringView(stop.metaObject()->className());
+    QString name = QLatin1StringView(stop.metaObject()->className());
+    for (const QObject* each = &stop; each; each = each->parent())
+        name.prepend(each->objectName() + u'/');
+    return name;
 }
 
 /// What Tab should reach in a window: its visible, enabled widgets that take the focus by Tab.
