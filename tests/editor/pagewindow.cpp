@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/editor/pagewindow.h"
 
-#include "base/files.h"
 #include "page/pagecommands.h"
 #include "web/scriptcall.h"
 
@@ -34,23 +33,6 @@ QString selectionScript(const char* text, const char* start)
 
 } // namespace
 
-fs::path PageWindow::at(const std::string& name) const
-{
-    return fs::path(m_folder->path().toStdString()) / name;
-}
-
-void PageWindow::put(const std::string& name, std::string_view bytes) const
-{
-    fs::create_directories(at(name).parent_path());
-    QVERIFY(writeFile(at(name), bytes));
-}
-
-std::string PageWindow::file(const std::string& name) const
-{
-    const auto bytes = readFile(at(name));
-    return bytes ? *bytes : std::string();
-}
-
 void PageWindow::open(std::string_view markup)
 {
     put("page.html", markup);
@@ -79,7 +61,7 @@ void PageWindow::openWindow(const fs::path& file, const fs::path& site)
 void PageWindow::close()
 {
     delete window;
-    m_folder = std::make_unique<QTemporaryDir>();
+    m_site = std::make_unique<Site>();
 }
 
 void PageWindow::waitUntilShown() const
@@ -135,19 +117,19 @@ void PageWindow::focusPage() const
 {
     rendering().webView()->setFocus();
     QTRY_VERIFY(rendering().webView()->focusProxy()->hasFocus());
-    QTRY_COMPARE(answer("document.hasFocus()"), QStringLiteral("true"));
+    QTRY_COMPARE(answer("document.hasFocus()"), "true");
 }
 
 void PageWindow::select(const char* text) const
 {
     focusPage();
-    QCOMPARE(answer(selectionScript(text, "at")), QStringLiteral("found"));
+    QCOMPARE(answer(selectionScript(text, "at")), "found");
 }
 
 void PageWindow::setCaretBehind(const char* text) const
 {
     focusPage();
-    QCOMPARE(answer(selectionScript(text, "end")), QStringLiteral("found"));
+    QCOMPARE(answer(selectionScript(text, "end")), "found");
 }
 
 void PageWindow::type(const char* text) const
@@ -158,8 +140,8 @@ void PageWindow::type(const char* text) const
 void PageWindow::typeInto(const char* selector, const char* text) const
 {
     focusPage();
-    const QString script = QStringLiteral("{ getSelection().selectAllChildren(document.querySelector('%1'));"
-                                          "  getSelection().collapseToEnd() }");
+    const QString script = "{ getSelection().selectAllChildren(document.querySelector('%1'));"
+                           "  getSelection().collapseToEnd() }";
     (void)answer(script.arg(QLatin1String(selector)));
     type(text);
 }

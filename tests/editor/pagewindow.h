@@ -2,12 +2,12 @@
 #pragma once
 
 #include "editor/htmldocument.h"
+#include "tests/support/site.h"
 #include "web/viewcontroller.h"
 
 #include <QAction>
 #include <QMessageBox>
 #include <QPointer>
-#include <QTemporaryDir>
 #include <QTreeView>
 
 #include <filesystem>
@@ -27,11 +27,10 @@ public:
     PageWindow& operator=(const PageWindow&) = delete;
     ~PageWindow() { close(); }
 
-    [[nodiscard]] std::filesystem::path at(const std::string& name) const;
+    [[nodiscard]] std::filesystem::path at(std::string_view name) const { return m_site->at(name); }
     /// Writes a file of the site, making its folders.
-    void put(const std::string& name, std::string_view bytes) const;
-    /// What a file of the site holds; nothing when it can't be read.
-    [[nodiscard]] std::string file(const std::string& name) const;
+    void put(std::string_view name, std::string_view bytes) const { m_site->put(name, bytes); }
+    [[nodiscard]] std::string file(std::string_view name) const { return m_site->bytesOf(name); }
 
     /// Opens "page.html" of the site, holding `markup`, or the page `file` of the site `site`, and waits until
     /// it is shown.
@@ -92,7 +91,7 @@ public:
     QPointer<HTMLDocument> window;
 
 private:
-    std::unique_ptr<QTemporaryDir> m_folder = std::make_unique<QTemporaryDir>();
+    std::unique_ptr<Site> m_site = std::make_unique<Site>();
 };
 
 } // namespace luma::test

@@ -3,6 +3,7 @@
 #include "page/pagecommands.h"
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 #include "web/viewcontroller.h"
 
 #include <QMenu>
@@ -50,7 +51,7 @@ private:
     {
         setTitle("New");
         window->refreshAfterEdit();
-        QTRY_COMPARE_WITH_TIMEOUT(answer("document.title"), QStringLiteral("New"), 30'000);
+        QTRY_COMPARE_WITH_TIMEOUT(answer("document.title"), "New", 30'000);
         QTRY_VERIFY(isShown());
     }
 
@@ -59,10 +60,7 @@ private slots:
 
     void hostilePage_isEditedAndSaved_data()
     {
-        QTest::addColumn<QByteArray>("markup");
-        const auto row = [](const char* name, const char* markup) {
-            QTest::newRow(name) << QByteArray(markup);
-        };
+        const test::Rows<QByteArray> row("markup");
         row("missing sheets", "<link rel=\"stylesheet\" href=\"no/such.css\">"
                               "<style>@import 'gone.css'; p { background: url(gone.png) }</style>");
         row("missing images",
@@ -117,18 +115,18 @@ private slots:
         QTRY_VERIFY(server.hasPendingConnections());
         click("<section>");
         changeTitle();
-        QTRY_COMPARE(answer("getSelection().toString()"), QStringLiteral("one"));
+        QTRY_COMPARE(answer("getSelection().toString()"), "one");
         typeInto("p", " two");
         QTRY_VERIFY(row("<p> one two").isValid());
         const auto isLoadedAfterRefusals = [&] {
             while (QTcpSocket* socket = server.nextPendingConnection())
                 delete socket;
-            return answer("document.readyState") == QStringLiteral("complete");
+            return answer("document.readyState") == "complete";
         };
         QTRY_VERIFY_WITH_TIMEOUT(isLoadedAfterRefusals(), 30'000);
         typeInto("p", "!");
         QTRY_VERIFY(row("<p> one two!").isValid());
-        QCOMPARE(answer("getSelection().isCollapsed"), QStringLiteral("true"));
+        QCOMPARE(answer("getSelection().isCollapsed"), "true");
     }
 
     void killedProcess_losesNoEdit()
@@ -138,8 +136,7 @@ private slots:
         typeInto("p", " two");
         QTRY_VERIFY(row("<p> one two").isValid());
         replaceRenderer();
-        QCOMPARE(answer("document.title + ' ' + document.querySelector('p').textContent"),
-                 QStringLiteral("New one two"));
+        QCOMPARE(answer("document.title + ' ' + document.querySelector('p').textContent"), "New one two");
         QVERIFY(window->isWindowModified());
         typeInto("p", "!");
         QTRY_VERIFY(row("<p> one two!").isValid());
@@ -159,8 +156,7 @@ private slots:
         QTRY_VERIFY(row("<article>").isValid());
         trigger("saveAction");
         QVERIFY(file("page.html").find("<article>") != std::string::npos);
-        QTRY_VERIFY_WITH_TIMEOUT(isShown() && answer("document.querySelectorAll('article').length") ==
-                                                  QStringLiteral("1"),
+        QTRY_VERIFY_WITH_TIMEOUT(isShown() && answer("document.querySelectorAll('article').length") == "1",
                                  30'000);
     }
 
@@ -179,7 +175,7 @@ private slots:
         QVERIFY(file("page.html").find("New") != std::string::npos);
         QTest::mouseClick(the<QPushButton>("showAgainButton"), Qt::LeftButton);
         waitUntilShown();
-        QCOMPARE(answer("document.title"), QStringLiteral("New"));
+        QCOMPARE(answer("document.title"), "New");
     }
 
     // Comes last: the engine has lost the process that starts its others, and no page comes back.

@@ -15,7 +15,6 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextLayout>
@@ -52,21 +51,19 @@ private slots:
         put("css/a.css", "p{color:red;background:url(\"x.png\")}");
         open("<head><style>i{}</style><link rel=stylesheet href=\"css/a.css\"></head><p>x</p>");
         auto* const menu = the<QComboBox>("cssMenu");
-        QCOMPARE(menu->currentText(), QStringLiteral("<style> [0]"));
+        QCOMPARE(menu->currentText(), "<style> [0]");
         menu->setCurrentIndex(0);
         emit menu->activated(0);
-        QCOMPARE(button("cssButton")->text(), QStringLiteral("Save CSS"));
-        QCOMPARE(cssField()->toPlainText(),
-                 QStringLiteral("p {\n    color: red;\n    background: url('x.png')\n}"));
+        QCOMPARE(button("cssButton")->text(), "Save CSS");
+        QCOMPARE(cssField()->toPlainText(), "p {\n    color: red;\n    background: url('x.png')\n}");
         QVERIFY(!button("cssButton")->isEnabled());
         cssField()->moveCursor(QTextCursor::End);
-        QTest::keyClicks(cssField(), QStringLiteral("p{color:rgb(0,0,255)}"));
+        QTest::keyClicks(cssField(), "p{color:rgb(0,0,255)}");
         press("cssButton");
         QVERIFY(!button("cssButton")->isEnabled());
         QVERIFY(file("css/a.css").ends_with("}\n\np {\n    color: rgb(0,0,255)\n}"));
         QCOMPARE(cssField()->toPlainText().toStdString(), file("css/a.css"));
-        QTRY_COMPARE(answer("getComputedStyle(document.querySelector('p')).color"),
-                     QStringLiteral("rgb(0, 0, 255)"));
+        QTRY_COMPARE(answer("getComputedStyle(document.querySelector('p')).color"), "rgb(0, 0, 255)");
         QVERIFY(!window->isWindowModified());
     }
 
@@ -75,17 +72,17 @@ private slots:
     {
         put("css/a.css", "p{color:red}");
         open("<head><link rel=stylesheet href=\"css/a.css\"></head><p>x</p>");
-        QTest::keyClicks(cssField(), QStringLiteral("/**/"));
+        QTest::keyClicks(cssField(), "/**/");
         fs::remove_all(at("css"));
         press("cssButton");
-        QVERIFY(cssField()->toPlainText().startsWith(QStringLiteral("/**/")) || !cssField()->isEnabled());
+        QVERIFY(cssField()->toPlainText().startsWith("/**/") || !cssField()->isEnabled());
         QVERIFY(window->isWindowModified());
         QVERIFY(!the<QWidget>("noticeBar")->isVisible());
         fs::create_directory(at("css"));
         put("css/a.css", "p{color:red}");
         auto* const menu = the<QComboBox>("cssMenu");
         emit menu->activated(0);
-        QVERIFY(cssField()->toPlainText().startsWith(QStringLiteral("/**/")));
+        QVERIFY(cssField()->toPlainText().startsWith("/**/"));
         QVERIFY(button("cssButton")->isEnabled());
         press("cssButton");
         QVERIFY(file("css/a.css").starts_with("/**/"));
@@ -106,7 +103,7 @@ private slots:
         const QByteArray odd = "\xc2\xa0|\xe2\x80\xa8|";
         open("<head><style>q::before{content:'" + odd.toStdString() + "'}</style></head><p>x</p>");
         cssField()->moveCursor(QTextCursor::End);
-        QTest::keyClicks(cssField(), QStringLiteral("b{}"));
+        QTest::keyClicks(cssField(), "b{}");
         press("cssButton");
         QTRY_VERIFY(tree().contains("b{}"));
         QVERIFY(tree().contains(odd));
@@ -114,7 +111,7 @@ private slots:
         trigger("showSourceAction");
         auto* const source = the<QPlainTextEdit>("sourceField");
         QTRY_VERIFY(source->isVisible());
-        QTest::keyClicks(source, QStringLiteral("<!-- -->"));
+        QTest::keyClicks(source, "<!-- -->");
         press("saveSourceButton");
         QVERIFY(tree().contains(odd));
     }
@@ -124,11 +121,11 @@ private slots:
         open("<p>one</p>");
         select("one");
         trigger("makeLinkAction");
-        the<QLineEdit>("linkAddress")->setText(QStringLiteral(" http://example.org/a\n b\r\n?c\td "));
+        the<QLineEdit>("linkAddress")->setText(" http://example.org/a\n b\r\n?c\td ");
         press("linkButton");
         QTRY_COMPARE(body(), QByteArray("<p><a href=\"http://example.org/a b?cd\">one</a></p>"));
         trigger("makeLinkAction");
-        the<QLineEdit>("linkAddress")->setText(QStringLiteral("java\nscript:alert(1)"));
+        the<QLineEdit>("linkAddress")->setText("java\nscript:alert(1)");
         QVERIFY(!button("linkButton")->isEnabled());
     }
 
@@ -163,7 +160,7 @@ private slots:
         QTest::keyClick(source, Qt::Key_F, Qt::ControlModifier);
         auto* const find = the<QLineEdit>("sourceFindField");
         QTRY_VERIFY(find->hasFocus());
-        QTest::keyClicks(find, QStringLiteral("word"));
+        QTest::keyClicks(find, "word");
         QList<int> places;
         const auto note = [&] { places.append(source->textCursor().selectionStart()); };
         QTest::keyClick(find, Qt::Key_Return);
@@ -178,10 +175,10 @@ private slots:
         QCOMPARE(places[2], places[0]);
         QCOMPARE(places[3], places[1]);
         QVERIFY(source->isVisible());
-        QCOMPARE(source->textCursor().selectedText(), QStringLiteral("Word"));
-        find->setText(QStringLiteral("nowhere"));
+        QCOMPARE(source->textCursor().selectedText(), "Word");
+        find->setText("nowhere");
         QTest::keyClick(find, Qt::Key_Return);
-        QCOMPARE(the<QLabel>("sourceFindResult")->text(), QStringLiteral("Not found"));
+        QCOMPARE(the<QLabel>("sourceFindResult")->text(), "Not found");
     }
 
     void scriptConsole_runsAndKeepsScripts()
@@ -195,16 +192,16 @@ private slots:
             press("runJSButton");
         };
         answerTo("[1, {a: 'b'}]");
-        QTRY_VERIFY(result->toPlainText().contains(QStringLiteral("\"a\": \"b\"")));
+        QTRY_VERIFY(result->toPlainText().contains("\"a\": \"b\""));
         answerTo("console.log('said'); 6 * 7");
-        QTRY_COMPARE(result->toPlainText(), QStringLiteral("said\n42"));
+        QTRY_COMPARE(result->toPlainText(), "said\n42");
         answerTo("nonsense(");
-        QTRY_VERIFY(result->toPlainText().contains(QStringLiteral("SyntaxError")));
+        QTRY_VERIFY(result->toPlainText().contains("SyntaxError"));
         answerTo("document.querySelector('p').textContent = 'two'");
         QTRY_COMPARE(body(), QByteArray("<p>two</p>"));
-        QTRY_COMPARE(the<QAction>("undoAction")->text(), QStringLiteral("&Undo Script"));
+        QTRY_COMPARE(the<QAction>("undoAction")->text(), "&Undo Script");
         press("saveJSButton");
-        const QStringList kept = QDir(ScriptConsole::scriptFolder()).entryList({QStringLiteral("*.js")});
+        const QStringList kept = QDir(ScriptConsole::scriptFolder()).entryList({"*.js"});
         QCOMPARE(kept.size(), 1);
         const auto bytes = readFile((ScriptConsole::scriptFolder() + u'/' + kept.first()).toStdString());
         QVERIFY(bytes);
@@ -224,14 +221,14 @@ private slots:
         insertFirstTag();
         QTRY_VERIFY(body().contains("<article>"));
         waitUntilShown();
-        cssField()->setPlainText(QStringLiteral("b{}"));
+        cssField()->setPlainText("b{}");
         press("cssButton");
         QTRY_VERIFY(tree().contains("<style>b{}</style>"));
         waitUntilShown();
         trigger("showSourceAction");
         auto* const source = the<QPlainTextEdit>("sourceField");
         QTRY_VERIFY(source->isVisible());
-        source->setPlainText(source->toPlainText().replace(QStringLiteral("Lorem"), QStringLiteral("Ipsum")));
+        source->setPlainText(source->toPlainText().replace("Lorem", "Ipsum"));
         press("saveSourceButton");
         QTRY_VERIFY(body().contains("Ipsum"));
         const QByteArray last = tree();
@@ -241,8 +238,7 @@ private slots:
             trigger("undoAction");
             waitUntilShown();
         }
-        QCOMPARE(names, (QStringList{QStringLiteral("Edit Source"), QStringLiteral("Update CSS"),
-                                     QStringLiteral("Insert <article>"), QStringLiteral("Typing")}));
+        QCOMPARE(names, (QStringList{"Edit Source", "Update CSS", "Insert <article>", "Typing"}));
         QCOMPARE(tree(), first);
         for (int i = 0; i < 4; ++i)
             trigger("redoAction");
@@ -260,7 +256,7 @@ private slots:
         QTRY_COMPARE(window->tree().document()->title(), std::string("Newer"));
         QCOMPARE(body(), QByteArray("<p>one</p>"));
         QCOMPARE(window->undoStack()->count(), 1);
-        QVERIFY(outline()->currentIndex().data().toString().startsWith(QStringLiteral("<title> Newer")));
+        QVERIFY(outline()->currentIndex().data().toString().startsWith("<title> Newer"));
     }
 
     void colours_suitTheTheme()

@@ -4,6 +4,7 @@
 #include "page/pagecommands.h"
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 #include "tests/support/screenshot.h"
 #include "tests/support/tabwalk.h"
 #include "web/viewcontroller.h"
@@ -40,14 +41,14 @@ private slots:
         open("<title>T</title><section><h2>Head</h2><p>one</p></section>");
         QCOMPARE(the<QPushButton>("deleteTagButton")->isEnabled(), false);
         click("<p>");
-        QTRY_COMPARE(selectionInPage(), QStringLiteral("one"));
+        QTRY_COMPARE(selectionInPage(), "one");
         QVERIFY(the<QPushButton>("deleteTagButton")->isEnabled());
         QVERIFY(!the<QPushButton>("addTagButton")->isEnabled());
-        QVERIFY(the<QLabel>("elementPath")->text().endsWith(QStringLiteral("section \u203a p")));
+        QVERIFY(the<QLabel>("elementPath")->text().endsWith("section \u203a p"));
         click("<section>");
         QVERIFY(the<QPushButton>("addTagButton")->isEnabled());
         emit the<QMenu>("insertMenu")->aboutToShow();
-        QCOMPARE(the<QMenu>("insertMenu")->actions().first()->text(), QStringLiteral("article"));
+        QCOMPARE(the<QMenu>("insertMenu")->actions().first()->text(), "article");
         click("<html>");
         QVERIFY(!the<QPushButton>("deleteTagButton")->isEnabled());
     }
@@ -58,7 +59,7 @@ private slots:
         click("<section>");
         insertFirstTag();
         QTRY_VERIFY(row("<article>").isValid());
-        QTRY_COMPARE(answer("document.querySelector('article > p').textContent"), QStringLiteral("Lorem"));
+        QTRY_COMPARE(answer("document.querySelector('article > p').textContent"), "Lorem");
         QVERIFY(window->isWindowModified());
         click("<article>");
         QTest::keyClick(outline(), Qt::Key_Delete);
@@ -67,7 +68,7 @@ private slots:
         QTRY_VERIFY(row("<article>").isValid());
         trigger("undoAction");
         QTRY_COMPARE(body(), QByteArray("<section><p>one</p></section>"));
-        QTRY_COMPARE(answer("document.querySelectorAll('article').length"), QStringLiteral("0"));
+        QTRY_COMPARE(answer("document.querySelectorAll('article').length"), "0");
         QVERIFY(!window->isWindowModified());
     }
 
@@ -75,7 +76,7 @@ private slots:
     {
         open("<title>T</title><p>one</p>");
         typeInto("p", " two");
-        QTRY_COMPARE(row("<p>").data().toString(), QStringLiteral("<p> one two"));
+        QTRY_COMPARE(row("<p>").data().toString(), "<p> one two");
         QTRY_COMPARE(outline()->currentIndex(), row("<p>"));
         trigger("saveAction");
         QCOMPARE(file("page.html"), std::string("<title>T</title><p>one two</p>"));
@@ -92,8 +93,8 @@ private slots:
         QTest::keyClick(outline(), Qt::Key_Return);
         auto* field = the<QLineEdit>("metaSheetTextField");
         QTRY_VERIFY(field->isVisible());
-        QCOMPARE(field->text(), QStringLiteral("Old"));
-        QTest::keyClicks(field, QStringLiteral("New"));
+        QCOMPARE(field->text(), "Old");
+        QTest::keyClicks(field, "New");
         QTest::mouseClick(the<QPushButton>("metaSheetOKButton"), Qt::LeftButton);
         QTRY_VERIFY(row("<title> New").isValid());
         QCOMPARE(window->tree().document()->title(), std::string("New"));
@@ -109,7 +110,7 @@ private slots:
         QTRY_VERIFY([&] {
             delete the<QMenu>("outlineMenu");
             QApplication::sendEvent(outline()->viewport(), &event);
-            return the<QMenu>("outlineMenu")->actions().first()->text() == QStringLiteral("Add Class");
+            return the<QMenu>("outlineMenu")->actions().first()->text() == "Add Class";
         }());
         QMenu* menu = the<QMenu>("outlineMenu");
         luma::test::screenshot(*menu, "outline menu");
@@ -122,17 +123,16 @@ private slots:
     {
         open("<title>T</title><style>p{color:red}</style><p>x</p>");
         auto* field = the<QPlainTextEdit>("cssField");
-        QVERIFY(field->toPlainText().contains(QStringLiteral("color: red")));
-        QCOMPARE(the<QPushButton>("cssButton")->text(), QStringLiteral("Update CSS"));
+        QVERIFY(field->toPlainText().contains("color: red"));
+        QCOMPARE(the<QPushButton>("cssButton")->text(), "Update CSS");
         QVERIFY(!the<QPushButton>("cssButton")->isEnabled());
         field->selectAll();
-        QTest::keyClicks(field, QStringLiteral("p{color:rgb(0,0,255)}"));
+        QTest::keyClicks(field, "p{color:rgb(0,0,255)}");
         QVERIFY(window->isWindowModified());
         QTest::mouseClick(the<QPushButton>("cssButton"), Qt::LeftButton);
         QTRY_COMPARE(window->tree().document()->select("style").front()->html(),
                      std::string("p{color:rgb(0,0,255)}"));
-        QTRY_COMPARE(answer("getComputedStyle(document.querySelector('p')).color"),
-                     QStringLiteral("rgb(0, 0, 255)"));
+        QTRY_COMPARE(answer("getComputedStyle(document.querySelector('p')).color"), "rgb(0, 0, 255)");
     }
 
     void closing_asksAboutUnsavedEdits()
@@ -250,7 +250,7 @@ private slots:
     {
         open("<title>T</title><style>p{}</style><section>one</section>");
         click("<section>");
-        the<QPlainTextEdit>("cssField")->insertPlainText(QStringLiteral("/* */"));
+        the<QPlainTextEdit>("cssField")->insertPlainText("/* */");
         put("page.html", "<title>Theirs</title>");
         QTRY_VERIFY(the<QPushButton>("noticeReloadButton")->isVisible());
         for (const Qt::Key key : {Qt::Key_Tab, Qt::Key_Backtab}) {
@@ -262,15 +262,14 @@ private slots:
 
     void commands_areOnWhereTheyWork_data()
     {
-        QTest::addColumn<QString>("page");
-        QTest::addColumn<QString>("off");
-        const QString whileFresh = QStringLiteral("undo redo deleteTag ");
-        QTest::newRow("page") << QStringLiteral("page.html") << whileFresh;
-        QTest::newRow("new page") << QString() << whileFresh + QStringLiteral("revert");
-        QTest::newRow("no page") << QStringLiteral("damaged.html")
-                                 << whileFresh + QStringLiteral("save saveAs pageTitle reload showSource "
-                                                                "inspectElement bold italic underline "
-                                                                "makeLink editLink removeLink insertImage");
+        const test::Rows<QString, QString> row("page", "off");
+        const QString whileFresh = "undo redo deleteTag ";
+        row("page", "page.html", whileFresh);
+        row("new page", QString(), whileFresh + "revert");
+        row("no page", "damaged.html",
+            whileFresh + "save saveAs pageTitle reload showSource "
+                         "inspectElement bold italic underline "
+                         "makeLink editLink removeLink insertImage");
     }
     void commands_areOnWhereTheyWork()
     {
@@ -283,7 +282,7 @@ private slots:
         int count = 0;
         const QList<QAction*> actions = window->findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly);
         for (const QAction* action : actions) {
-            if (!action->objectName().endsWith(QStringLiteral("Action")))
+            if (!action->objectName().endsWith("Action"))
                 continue;
             ++count;
             if (!action->isEnabled())
@@ -294,7 +293,7 @@ private slots:
         found.sort();
         expected.sort();
         QCOMPARE(found, expected);
-        QCOMPARE(the<QToolBar>("formatBar")->isEnabled(), page != QStringLiteral("damaged.html"));
+        QCOMPARE(the<QToolBar>("formatBar")->isEnabled(), page != "damaged.html");
     }
 
     void print_doesNothing()
@@ -313,7 +312,7 @@ private slots:
     {
         openWindow({}, at(""));
         waitUntilShown();
-        QCOMPARE(window->windowTitle(), QStringLiteral("Untitled[*]"));
+        QCOMPARE(window->windowTitle(), "Untitled[*]");
         trigger("saveAction");
         auto* panel = the<QFileDialog>("savePanel");
         QVERIFY(panel);
@@ -321,7 +320,7 @@ private slots:
         QSignalSpy located(window, &HTMLDocument::locationChanged);
         QVERIFY(window->saveToURL(at("new.html")));
         QCOMPARE(located.size(), 1);
-        QCOMPARE(window->windowTitle(), QStringLiteral("new.html[*]"));
+        QCOMPARE(window->windowTitle(), "new.html[*]");
         QVERIFY(file("new.html").starts_with("<!DOCTYPE html>"));
     }
 };

@@ -7,6 +7,7 @@
 #include "page/pagetree.h"
 #include "page/tagrules.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QAbstractItemModelTester>
 #include <QMimeData>
@@ -49,8 +50,7 @@ private:
     void become(std::string_view page)
     {
         const auto other = parsed(page);
-        commands->apply(differenceTo(*tree->document(), *other), QStringLiteral("Typing"),
-                        PageCommands::Merging::Separate);
+        commands->apply(differenceTo(*tree->document(), *other), "Typing", PageCommands::Merging::Separate);
     }
 
     /// The rows as text, a blank for each level.
@@ -85,15 +85,15 @@ private slots:
 
     void rows_areTheElements()
     {
-        const QStringList expected = {QStringLiteral("<html>"),
-                                      QStringLiteral(" <head>"),
-                                      QStringLiteral("  <title> T"),
-                                      QStringLiteral(" <body>"),
-                                      QStringLiteral("  <section id=\"s\"> text"),
-                                      QStringLiteral("   <h2> H"),
-                                      QStringLiteral("   <p> one"),
-                                      QStringLiteral("   <p class=\"a\"> two"),
-                                      QStringLiteral("  <div id=\"d\">")};
+        const QStringList expected = {"<html>",
+                                      " <head>",
+                                      "  <title> T",
+                                      " <body>",
+                                      "  <section id=\"s\"> text",
+                                      "   <h2> H",
+                                      "   <p> one",
+                                      "   <p class=\"a\"> two",
+                                      "  <div id=\"d\">"};
         QCOMPARE(rows(), expected);
     }
 
@@ -107,24 +107,22 @@ private slots:
     }
     void row_showsTagAttributesAndText()
     {
-        QFETCH(QString, row);
         tree->setDocument(parsed(std::string("<body>") + QTest::currentDataTag()));
-        QCOMPARE(model->indexAtPath({1, 0}).data().toString(), row);
+        QTEST(model->indexAtPath({1, 0}).data().toString(), "row");
     }
 
     void edit_isUndoneAndMadeAgain_data()
     {
-        QTest::addColumn<int>("edit");
-        QTest::addColumn<QByteArray>("result");
-        QTest::newRow("insert") << 0 << QByteArray("<div id=\"d\"><section> <h2>Header</h2></section></div>");
-        QTest::newRow("remove") << 1 << QByteArray("<section id=\"s\"><h2>H</h2>text<p>one</p></section>");
-        QTest::newRow("move") << 2 << QByteArray("<div id=\"d\"><p class=\"a\">two</p></div>");
-        QTest::newRow("copy") << 3
-                              << QByteArray("<p class=\"a\">two</p></section><div id=\"d\">"
-                                            "<p class=\"a\">two</p></div>");
-        QTest::newRow("attributes") << 4 << QByteArray("<p id=\"new\">two</p>");
-        QTest::newRow("typing") << 5 << QByteArray("<p class=\"a\">two more<b>!</b></p></section><div id");
-        QTest::newRow("inner markup") << 6 << QByteArray("<div id=\"d\"><i>x</i>y</div>");
+        const test::Rows<int, QByteArray> row("edit", "result");
+        row("insert", 0, "<div id=\"d\"><section> <h2>Header</h2></section></div>");
+        row("remove", 1, "<section id=\"s\"><h2>H</h2>text<p>one</p></section>");
+        row("move", 2, "<div id=\"d\"><p class=\"a\">two</p></div>");
+        row("copy", 3,
+            "<p class=\"a\">two</p></section><div id=\"d\">"
+            "<p class=\"a\">two</p></div>");
+        row("attributes", 4, "<p id=\"new\">two</p>");
+        row("typing", 5, "<p class=\"a\">two more<b>!</b></p></section><div id");
+        row("inner markup", 6, "<div id=\"d\"><i>x</i>y</div>");
     }
     void edit_isUndoneAndMadeAgain()
     {
@@ -135,7 +133,7 @@ private slots:
         html::Element& div = *find("#d");
         html::Element& second = *find("[class=a]");
         if (edit == 0)
-            commands->insert(rules.newElement(QStringLiteral("section")), {&div, nullptr}, {});
+            commands->insert(rules.newElement("section"), {&div, nullptr}, {});
         else if (edit == 1)
             commands->remove(second);
         else if (edit == 2)
@@ -148,7 +146,7 @@ private slots:
             become("<!DOCTYPE html><title>T</title><body><section id=s><h2>H</h2>text<p>one</p>"
                    "<p class=a>two more<b>!</b></p></section><div id=d></div>");
         else
-            QVERIFY(commands->setInnerMarkup(div, QStringLiteral("<i>x</i>y"), {}));
+            QVERIFY(commands->setInnerMarkup(div, "<i>x</i>y", {}));
         QVERIFY2(body().find(result.toStdString()) != std::string::npos, body().c_str());
         const std::string after = tree->document()->outerHtml();
         const QStringList rowsAfter = rows();
@@ -165,10 +163,10 @@ private slots:
 
     void title_isChangedOrMade()
     {
-        commands->setTitle(QStringLiteral("New & <old>"));
+        commands->setTitle("New & <old>");
         QCOMPARE(tree->document()->title(), std::string("New & <old>"));
         commands->remove(*find("title"));
-        commands->setTitle(QStringLiteral("Again"));
+        commands->setTitle("Again");
         QCOMPARE(tree->document()->title(), std::string("Again"));
         stack->setIndex(0);
         QCOMPARE(tree->document()->title(), std::string("T"));
@@ -196,7 +194,7 @@ private slots:
     {
         const auto type = [this](const char* text) {
             const auto other = parsed(std::string("<!DOCTYPE html><title>T</title><body>") + text);
-            commands->apply(differenceTo(*tree->document(), *other), QStringLiteral("Typing"),
+            commands->apply(differenceTo(*tree->document(), *other), "Typing",
                             PageCommands::Merging::WithTheLast);
         };
         type("a");
@@ -224,9 +222,9 @@ private slots:
         const std::unique_ptr<QMimeData> data(model->mimeData({dragged}));
         const auto record = readPropertyList(data->data(QLatin1String(OutlineModel::nodeDragType)));
         QVERIFY(data->data(QLatin1String(OutlineModel::nodeDragType)).startsWith("<?xml"));
-        const QVariantMap expected = {{QStringLiteral("sourceParentRowNo"), qlonglong{4}},
-                                      {QStringLiteral("sourceChildIndex"), qlonglong{2}},
-                                      {QStringLiteral("sourceItemRowNo"), qlonglong{7}}};
+        const QVariantMap expected = {{"sourceParentRowNo", qlonglong{4}},
+                                      {"sourceChildIndex", qlonglong{2}},
+                                      {"sourceItemRowNo", qlonglong{7}}};
         QCOMPARE(record->toMap(), expected);
         const auto allowed = [&](const QModelIndex& target) {
             return model->canDropMimeData(data.get(), Qt::MoveAction, -1, 0, target);

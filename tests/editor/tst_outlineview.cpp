@@ -49,7 +49,7 @@ private slots:
         outline()->setCurrentIndex(row("<b>"));
         const QRect deepest = outline()->visualRect(row("<b>"));
         QVERIFY(deepest.left() >= 0);
-        QVERIFY(deepest.left() + outline()->fontMetrics().horizontalAdvance(QStringLiteral("<b> deep")) <
+        QVERIFY(deepest.left() + outline()->fontMetrics().horizontalAdvance("<b> deep") <
                 outline()->viewport()->width());
         outline()->setCurrentIndex(row("<html>"));
         QCOMPARE(bar.value(), 0);
@@ -104,7 +104,7 @@ private slots:
         outline()->setCurrentIndex(row("<body>"));
         outline()->setCurrentIndex(outline()->model()->index(100, 0, row("<body>")));
         outline()->scrollTo(outline()->currentIndex(), QTreeView::PositionAtCenter);
-        QTRY_VERIFY(answer("getSelection().toString()").startsWith(QStringLiteral("Head")));
+        QTRY_VERIFY(answer("getSelection().toString()").startsWith("Head"));
         const QString before = answer("document.body.scrollTop");
         QVERIFY(before.toDouble() > 1000);
         const int rows = outline()->verticalScrollBar()->value();

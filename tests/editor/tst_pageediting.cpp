@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
-#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 #include <QUndoStack>
@@ -42,12 +42,10 @@ private slots:
 
     void commandKeys_areStepsOfTheirName_data()
     {
-        QTest::addColumn<Qt::Key>("key");
-        QTest::addColumn<QString>("name");
-        QTest::addColumn<QByteArray>("tag");
-        QTest::newRow("bold") << Qt::Key_B << QStringLiteral("Bold") << QByteArray("b");
-        QTest::newRow("italic") << Qt::Key_I << QStringLiteral("Italic") << QByteArray("i");
-        QTest::newRow("underline") << Qt::Key_U << QStringLiteral("Underline") << QByteArray("u");
+        const test::Rows<Qt::Key, QString, QByteArray> row("key", "name", "tag");
+        row("bold", Qt::Key_B, "Bold", "b");
+        row("italic", Qt::Key_I, "Italic", "i");
+        row("underline", Qt::Key_U, "Underline", "u");
     }
     void commandKeys_areStepsOfTheirName()
     {
@@ -61,23 +59,19 @@ private slots:
         select("one");
         QTest::keyClick(keys(), key, Qt::ControlModifier);
         QTRY_COMPARE(body(), "<p><" + tag + ">one</" + tag + "> twos</p>");
-        QCOMPARE(undoText(), QStringLiteral("&Undo ") + name);
+        QCOMPARE(undoText(), "&Undo " + name);
         trigger("undoAction");
-        QTRY_COMPARE(undoText(), QStringLiteral("&Undo Typing"));
+        QTRY_COMPARE(undoText(), "&Undo Typing");
         QTRY_COMPARE(body(), QByteArray("<p>one twos</p>"));
         trigger("undoAction");
         QTRY_COMPARE(body(), QByteArray("<p>one two</p>"));
-        QTRY_COMPARE(undoText(), QStringLiteral("&Undo"));
+        QTRY_COMPARE(undoText(), "&Undo");
     }
 
     // Every item of both menus does what it says, as a step of that name.
     void menuItems_areStepsOfTheirName_data()
     {
-        QTest::addColumn<QByteArray>("before");
-        QTest::addColumn<QByteArray>("after");
-        const auto row = [](const char* title, const char* before, const char* after) {
-            QTest::newRow(title) << QByteArray(before) << QByteArray(after);
-        };
+        const test::Rows<QByteArray, QByteArray> row("before", "after");
         const char* const plain = "<p>word</p>";
         row("Bold", plain, "<p><b>word</b></p>");
         row("Italic", plain, "<p><i>word</i></p>");
@@ -110,7 +104,7 @@ private slots:
         select("word");
         the<QAction>(QTest::currentDataTag())->trigger();
         QTRY_COMPARE(body(), after);
-        QCOMPARE(undoText(), QStringLiteral("&Undo ") + QLatin1String(QTest::currentDataTag()));
+        QCOMPARE(undoText(), "&Undo " + QLatin1String(QTest::currentDataTag()));
         trigger("undoAction");
         QTRY_COMPARE(body(), before);
     }
@@ -122,12 +116,12 @@ private slots:
         open("<body style=\"margin: 0; font-size: 60px\"><p style=\"margin: 0\">one</p>");
         drop({QUrl::fromLocalFile(QString::fromStdString(at("images/a b.png").native()))});
         QTRY_VERIFY(body().contains("<img src=\"images/a b.png\" alt=\"\">"));
-        QCOMPARE(undoText(), QStringLiteral("&Undo Drop"));
+        QCOMPARE(undoText(), "&Undo Drop");
         trigger("undoAction");
-        QTRY_COMPARE(answer("document.body.innerText.trim()"), QStringLiteral("one"));
+        QTRY_COMPARE(answer("document.body.innerText.trim()"), "one");
         drop({QUrl::fromLocalFile(QString::fromStdString(at("other.html").native()))});
         QTRY_VERIFY(body().contains("<a href=\"other.html\">other.html</a>"));
-        QCOMPARE(page().url().fileName(), QStringLiteral("page.html"));
+        QCOMPARE(page().url().fileName(), "page.html");
     }
 
     // What a process that replaced a killed one may be without.
@@ -149,8 +143,7 @@ private slots:
         setCaretBehind("two");
         type("s");
         QTRY_COMPARE(body(), QByteArray("<p>one</p><p>twos</p>"));
-        QTRY_COMPARE(the<QWidget>("elementPath")->property("text").toString(),
-                     QStringLiteral("html \u203a body \u203a p"));
+        QTRY_COMPARE(the<QWidget>("elementPath")->property("text").toString(), "html \u203a body \u203a p");
     }
 
     void processKilledTwice_losesNothing()
@@ -161,14 +154,14 @@ private slots:
         QTRY_COMPARE(body(), QByteArray("<p>onea</p>"));
         for (const char* typed : {"b", "c"}) {
             replaceRenderer();
-            QTRY_COMPARE(answer("document.hasFocus()"), QStringLiteral("true"));
+            QTRY_COMPARE(answer("document.hasFocus()"), "true");
             QVERIFY(!answer("document.body.innerText").isEmpty());
             setCaretBehind(answer("document.body.innerText.trim()").toUtf8().constData());
             type(typed);
             QTRY_VERIFY(body().contains(typed));
         }
         replaceRenderer();
-        QCOMPARE(answer("document.body.innerText.trim()"), QStringLiteral("oneabc"));
+        QCOMPARE(answer("document.body.innerText.trim()"), "oneabc");
         trigger("undoAction");
         QTRY_COMPARE(body(), QByteArray("<p>one</p>"));
     }

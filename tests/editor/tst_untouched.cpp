@@ -37,7 +37,7 @@ QStringList pagesBelow(const QString& folder)
 {
     const qsizetype most = std::max(5, qEnvironmentVariableIntValue("LUMA_MOST_PAGES"));
     QStringList pages;
-    QDirIterator files(folder, {QStringLiteral("*.html")}, QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator files(folder, {"*.html"}, QDir::Files, QDirIterator::Subdirectories);
     while (files.hasNext())
         pages.append(files.next());
     pages.sort();
@@ -78,11 +78,9 @@ private slots:
     {
         QTest::addColumn<QString>("file");
         QTest::addColumn<QString>("site");
-        addPages("sample",
-                 qEnvironmentVariable("LUMA_SOURCE_DIR") + QStringLiteral("/resources/sample-site"));
-        addPages("python", QFileInfo(QStringLiteral("/usr/share/doc/python3-doc/html")).canonicalFilePath());
-        addPages("postgresql",
-                 QFileInfo(QStringLiteral("/usr/share/doc/postgresql-doc-15/html")).canonicalFilePath());
+        addPages("sample", qEnvironmentVariable("LUMA_SOURCE_DIR") + "/resources/sample-site");
+        addPages("python", QFileInfo("/usr/share/doc/python3-doc/html").canonicalFilePath());
+        addPages("postgresql", QFileInfo("/usr/share/doc/postgresql-doc-15/html").canonicalFilePath());
     }
     void typedLetter_changesNothingElse()
     {
@@ -90,7 +88,7 @@ private slots:
         QFETCH(QString, site);
         open(fs::path(file.toStdString()), fs::path(site.toStdString()));
         focusPage();
-        if (answer(caretIntoTheMiddle) == QStringLiteral("none"))
+        if (answer(caretIntoTheMiddle) == "none")
             QSKIP("a page without text");
         const QByteArray before = tree();
         type("q");
@@ -115,14 +113,14 @@ private slots:
               "Remove Format", "Justify Left", "Justify Center", "Justify Right",  "Justify Full",
               "Unlink"})
             QTest::newRow(title) << QStringLiteral("doCommand('%1')").arg(QLatin1String(title));
-        QTest::newRow("link") << QStringLiteral("doCommand('Create Link', 'x.html')");
-        QTest::newRow("image") << QStringLiteral("doCommand('Insert Image', 'x.png')");
-        QTest::newRow("enter") << QStringLiteral("document.execCommand('insertParagraph')");
-        QTest::newRow("delete") << QStringLiteral("document.execCommand('delete')");
-        QTest::newRow("letter") << QStringLiteral("document.execCommand('insertText', false, 'x')");
+        QTest::newRow("link") << "doCommand('Create Link', 'x.html')";
+        QTest::newRow("image") << "doCommand('Insert Image', 'x.png')";
+        QTest::newRow("enter") << "document.execCommand('insertParagraph')";
+        QTest::newRow("delete") << "document.execCommand('delete')";
+        QTest::newRow("letter") << "document.execCommand('insertText', false, 'x')";
         QTest::newRow("all deleted and written anew")
-            << QStringLiteral("document.execCommand('selectAll'); deleteSelection();"
-                              "document.execCommand('insertText', false, 'x')");
+            << "document.execCommand('selectAll'); deleteSelection();"
+               "document.execCommand('insertText', false, 'x')";
     }
     void everyCommand_leavesTheRest()
     {
@@ -130,7 +128,7 @@ private slots:
         open(everything);
         select("words");
         const QByteArray before = tree();
-        (void)answer(script + QStringLiteral("; 1"));
+        (void)answer(script + "; 1");
         rendering().catchUp();
         const QByteArray after = tree();
         const auto partOf = [](const QByteArray& tree, const char* from, const char* to) {
