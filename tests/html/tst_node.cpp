@@ -3,6 +3,7 @@
 #include "html/element.h"
 #include "html/parse.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -147,7 +148,6 @@ private slots:
     void select_findsWhatItSays()
     {
         QFETCH(QByteArray, selector);
-        QFETCH(QByteArray, found);
         const auto page = parse("<head><link id=a rel=stylesheet href='http://a'><link id=b rel=icon href=xa>"
                                 "<link id=c rel=StyleSheet><style id=d></style></head><body><link id=e "
                                 "rel=alternate><p><a id=f href='Http://b'></a><svg><clipPath id=g></svg>");
@@ -155,16 +155,12 @@ private slots:
         QByteArray ids;
         for (const Element* element : (*page)->select(selector.toStdString()))
             ids += QByteArray::fromStdString(std::string(element->attr("id")));
-        QCOMPARE(ids, found);
+        QTEST(ids, "found");
     }
 
     void cssSelector_escapesAndNames_data()
     {
-        QTest::addColumn<QByteArray>("page");
-        QTest::addColumn<QByteArray>("selector");
-        const auto row = [](const char* name, const char* page, const char* selector) {
-            QTest::newRow(name) << QByteArray(page) << QByteArray(selector);
-        };
+        const luma::test::Rows<QByteArray, QByteArray> row("page", "selector");
         row("id", "<p id=a x>", "#a");
         row("odd id", "<p id='1 a:b' x>", "#\\31 \\ a\\:b");
         row("id of two", "<p id=a><p id=A x>", ":root > body > p:nth-child(2)");
@@ -177,10 +173,9 @@ private slots:
     void cssSelector_escapesAndNames()
     {
         QFETCH(QByteArray, page);
-        QFETCH(QByteArray, selector);
         const auto document = parse(page.toStdString());
         QVERIFY(document);
-        QCOMPARE(QByteArray::fromStdString((*document)->select("[x]").front()->cssSelector()), selector);
+        QTEST(QByteArray::fromStdString((*document)->select("[x]").front()->cssSelector()), "selector");
     }
 };
 

@@ -2,6 +2,7 @@
 #include "html/element.h"
 #include "html/parse.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -40,11 +41,7 @@ class tst_parse final : public QObject
 private slots:
     void parse_keepsEverything_data()
     {
-        QTest::addColumn<QByteArray>("page");
-        QTest::addColumn<QByteArray>("expected");
-        const auto row = [](const char* name, const char* page, const char* expected) {
-            QTest::newRow(name) << QByteArray(page) << QByteArray(expected);
-        };
+        const luma::test::Rows<QByteArray, QByteArray> row("page", "expected");
         row("empty", "", "<html><head></head><body></body></html>");
         row("doctype as written", "<!doctype HTML PUBLIC '-//a' \"b\" >x",
             "<!doctype HTML PUBLIC '-//a' \"b\" ><html><head></head><body>x</body></html>");
@@ -95,11 +92,7 @@ private slots:
     // Each of these would occupy the parser for minutes, fill the memory, or could not be written back.
     void parse_refuses_data()
     {
-        QTest::addColumn<QByteArray>("page");
-        QTest::addColumn<QByteArray>("reason");
-        const auto row = [](const char* name, const std::string& page, const char* reason) {
-            QTest::newRow(name) << QByteArray::fromStdString(page) << QByteArray(reason);
-        };
+        const luma::test::Rows<QByteArray, QByteArray> row("page", "reason");
         row("100,000 levels", repeated("<div>", 100'000), "too deeply");
         row("with end tags of others", repeated("<div></x></p></span>", 100'000), "too deeply");
         row("formatting elements", numbered("<font color=", ">", 100'000), "too deeply");

@@ -3,6 +3,7 @@
 #include "html/parse.h"
 #include "html/prettyprinter.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -15,11 +16,7 @@ class tst_prettyprinter final : public QObject
 private slots:
     void print_setsBlocksOnLines_data()
     {
-        QTest::addColumn<QByteArray>("body");
-        QTest::addColumn<QByteArray>("expected");
-        const auto row = [](const char* name, const char* body, const char* expected) {
-            QTest::newRow(name) << QByteArray(body) << QByteArray(expected);
-        };
+        const luma::test::Rows<QByteArray, QByteArray> row("body", "expected");
         row("blocks", "<div><p>a</p><p>b</p></div>", "  <div>\n   <p>a</p>\n   <p>b</p>\n  </div>\n");
         row("indented anew", "\n\n      <div>\n<p>a</p>\n\n\t<hr></div>",
             "  <div>\n   <p>a</p>\n   <hr>\n  </div>\n");
