@@ -6,7 +6,6 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMimeData>
-#include <QSignalSpy>
 #include <QTest>
 
 using namespace luma;
@@ -301,8 +300,8 @@ private slots:
         QVERIFY(web->showMarked(before));
         const bool isPlain = clipboard.startsWith("text:");
         auto* data = new QMimeData;
-        data->setHtml(isPlain ? QStringLiteral("<h1>styled</h1>") : QString::fromUtf8(clipboard));
-        data->setText(isPlain ? QString::fromUtf8(clipboard.mid(5)) : QStringLiteral("x"));
+        data->setHtml(isPlain ? "<h1>styled</h1>" : QString::fromUtf8(clipboard));
+        data->setText(isPlain ? QString::fromUtf8(clipboard.mid(5)) : "x");
         QGuiApplication::clipboard()->setMimeData(data);
         press(isPlain ? "<PastePlain>" : "<Paste>");
         QTRY_COMPARE(bodyAfter(), QString::fromUtf8(after));
@@ -312,10 +311,10 @@ private slots:
     {
         QVERIFY(web->showMarked("<p>a <b>[one]</b> b</p><p>c</p>"));
         press("<Cut>");
-        web->select(QStringLiteral("c"), WebFixture::Caret::End);
+        web->select("c", WebFixture::Caret::End);
         press("<Paste>");
-        QTRY_COMPARE(bodyAfter(), QStringLiteral("<p>a  b</p><p>c<b>one</b></p>"));
-        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("one"));
+        QTRY_COMPARE(bodyAfter(), "<p>a  b</p><p>c<b>one</b></p>");
+        QCOMPARE(QGuiApplication::clipboard()->text(), "one");
     }
 
     // After one letter the page differs in that text alone, whatever else it holds.
@@ -330,12 +329,12 @@ private slots:
             "<textarea> t "
             "</textarea><details><summary>s</summary>d</details>&nbsp;<table><tr><td>1</table></body>"
             "</html>";
-        const QString outer = QStringLiteral("document.documentElement.outerHTML");
+        const QString outer = "document.documentElement.outerHTML";
         QVERIFY(web->show(page));
         (void)web->answer(WebFixture::setMarks);
         QString expected = web->answer(outer);
-        QCOMPARE(expected.count(QStringLiteral(" words</p>")), 1);
-        expected.replace(QStringLiteral(" words</p>"), QStringLiteral(" wordxs</p>"));
+        QCOMPARE(expected.count(" words</p>"), 1);
+        expected.replace(" words</p>", " wordxs</p>");
         press("x");
         QCOMPARE(web->answer(outer), expected);
     }

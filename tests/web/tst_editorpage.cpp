@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 #include "tests/web/webfixture.h"
 #include "web/scriptcall.h"
 
@@ -21,8 +22,8 @@ using luma::test::WebFixture;
 namespace {
 
 constexpr const char* sheet = "p { color: rgb(1, 2, 3) }";
-const QString busy = QStringLiteral("for (const end = Date.now() + 5000; Date.now() < end;); 1");
-const QString coloured = QStringLiteral("rgb(1, 2, 3)");
+const QString busy = "for (const end = Date.now() + 5000; Date.now() < end;); 1";
+const QString coloured = "rgb(1, 2, 3)";
 
 QByteArray pageWithSheet(const QByteArray& address)
 {
@@ -52,8 +53,7 @@ public slots:
     void open(const QUrl& url) { opened.append(url); }
 
 private:
-    const QStringList schemes = {QStringLiteral("http"), QStringLiteral("https"), QStringLiteral("mailto"),
-                                 QStringLiteral("file")};
+    const QStringList schemes = {"http", "https", "mailto", "file"};
 };
 
 } // namespace
@@ -75,18 +75,17 @@ private slots:
 
     void sheet_isFoundAsOnDisk_data()
     {
-        QTest::addColumn<QByteArray>("file");
-        QTest::addColumn<QByteArray>("link");
-        QTest::newRow("beside") << QByteArray("sub/main.css") << QByteArray("main.css");
-        QTest::newRow("above") << QByteArray("css/main.css") << QByteArray("../css/main.css");
-        QTest::newRow("from the site's root") << QByteArray("css/main.css") << QByteArray("/css/main.css");
-        QTest::newRow("query") << QByteArray("sub/main.css") << QByteArray("main.css?v=2#x");
-        QTest::newRow("blank") << QByteArray("sub/a b.css") << QByteArray("a b.css");
-        QTest::newRow("signs") << QByteArray("sub/50%#1?.css") << QByteArray("50%25%231%3F.css");
-        QTest::newRow("not ASCII") << QByteArray("sub/grün.css") << QByteArray("grün.css");
-        QTest::newRow("not UTF-8") << QByteArray("sub/gr\xfcn.css") << QByteArray("gr%FCn.css");
-        QTest::newRow("newline") << QByteArray("sub/a\nb.css") << QByteArray("a%0Ab.css");
-        QTest::newRow("linked folder") << QByteArray("css/main.css") << QByteArray("../styles/main.css");
+        const test::Rows<QByteArray, QByteArray> row("file", "link");
+        row("beside", "sub/main.css", "main.css");
+        row("above", "css/main.css", "../css/main.css");
+        row("from the site's root", "css/main.css", "/css/main.css");
+        row("query", "sub/main.css", "main.css?v=2#x");
+        row("blank", "sub/a b.css", "a b.css");
+        row("signs", "sub/50%#1?.css", "50%25%231%3F.css");
+        row("not ASCII", "sub/grün.css", "grün.css");
+        row("not UTF-8", "sub/gr\xfcn.css", "gr%FCn.css");
+        row("newline", "sub/a\nb.css", "a%0Ab.css");
+        row("linked folder", "css/main.css", "../styles/main.css");
     }
     void sheet_isFoundAsOnDisk()
     {
@@ -128,7 +127,7 @@ private slots:
         QCOMPARE(::mkfifo(web->at("pipe.css").c_str(), 0600), 0);
         link.replace("OUTSIDE", QByteArray::fromStdString(web->at("..").lexically_normal().native()));
         QVERIFY(web->show(pageWithSheet(link), "sub/page.html"));
-        QCOMPARE(colour(), QStringLiteral("rgb(0, 0, 0)"));
+        QCOMPARE(colour(), "rgb(0, 0, 0)");
     }
 
     void pageOutsideItsSite_readsItsOwnFolder()
@@ -158,9 +157,8 @@ private slots:
         const QByteArray text =
             "<meta charset=iso-8859-1><p>" + QByteArray("Grüße ").repeated(400'000) + "</p>";
         QVERIFY(web->showBody(text));
-        QCOMPARE(web->answer("document.querySelector('p').textContent.length"), QStringLiteral("2400000"));
-        QCOMPARE(web->answer("document.querySelector('p').textContent.slice(0, 6)"),
-                 QStringLiteral("Grüße "));
+        QCOMPARE(web->answer("document.querySelector('p').textContent.length"), "2400000");
+        QCOMPARE(web->answer("document.querySelector('p').textContent.slice(0, 6)"), "Grüße ");
     }
 
     void markup_carriesNothingOfTheEditor()
@@ -168,9 +166,9 @@ private slots:
         const QByteArray markup = "<html lang=\"en\"><head><title>t</title></head><body class=\"b\"><p>x</p>"
                                   "<noscript><b>n</b></noscript></body></html>";
         QVERIFY(web->show("<!DOCTYPE html>" + markup));
-        web->select(QStringLiteral("x"));
+        web->select("x");
         QCOMPARE(web->answer("document.documentElement.outerHTML.toString()"), QString::fromUtf8(markup));
-        QCOMPARE(web->answer("document.body.isContentEditable"), QStringLiteral("true"));
+        QCOMPARE(web->answer("document.body.isContentEditable"), "true");
     }
 
     void typedLetter_isToldOnce()
@@ -178,12 +176,12 @@ private slots:
         QSignalSpy changed(&page().bridge(), &PageBridge::mutationObserver);
         QSignalSpy active(&page().bridge(), &PageBridge::activeElementHTML);
         QVERIFY(web->showBody("<p>one</p>\n<!-- c --><p class=x>two</p>"));
-        web->select(QStringLiteral("two"), WebFixture::Caret::End);
+        web->select("two", WebFixture::Caret::End);
         QTRY_COMPARE(active.count(), 1);
         QCOMPARE(active.first().first().value<QList<int>>(), (QList<int>{1, 1}));
-        web->type(QStringLiteral("s"));
+        web->type("s");
         QTRY_COMPARE(changed.count(), 1);
-        QCOMPARE(web->body(), QStringLiteral("<p>one</p>\n<!-- c --><p class=\"x\">twos</p>"));
+        QCOMPARE(web->body(), "<p>one</p>\n<!-- c --><p class=\"x\">twos</p>");
         QCOMPARE(active.count(), 1);
     }
 
@@ -193,14 +191,12 @@ private slots:
         QVERIFY(
             web->showBody("<p>first</p><div style='height:3000px'></div><h2 id=it>It <b>is</b></h2><hr>"));
         QCOMPARE(web->answer("selectText(document.querySelector('#it')); getSelection().toString()"),
-                 QStringLiteral("It is"));
+                 "It is");
         QVERIFY(web->answer("document.body.scrollTop").toDouble() > 2000);
-        QCOMPARE(web->answer("selectText(document.querySelector('hr')); getSelection().rangeCount"),
-                 QStringLiteral("1"));
-        QCOMPARE(web->answer("selectText(document.querySelector('title')); selectText(null); 7"),
-                 QStringLiteral("7"));
+        QCOMPARE(web->answer("selectText(document.querySelector('hr')); getSelection().rangeCount"), "1");
+        QCOMPARE(web->answer("selectText(document.querySelector('title')); selectText(null); 7"), "7");
         QCOMPARE(active.count(), 0);
-        web->select(QStringLiteral("first"));
+        web->select("first");
         QTRY_COMPARE(active.count(), 1);
         QCOMPARE(active.first().first().value<QList<int>>(), (QList<int>{1, 0}));
     }
@@ -231,12 +227,12 @@ private slots:
                              "<script>top.location = 'other.html'</script>");
         QSignalSpy shown(&page(), &EditorPage::shown);
         QVERIFY(web->showBody(markup + "<p>stays</p>"));
-        QCOMPARE(web->answer("document.querySelector('p').textContent"), QStringLiteral("stays"));
+        QCOMPARE(web->answer("document.querySelector('p').textContent"), "stays");
         // A refresh of no delay would have begun by now; the engine's events are worked off once more.
         QSignalSpy later(&web->view, &QObject::objectNameChanged);
-        QTimer::singleShot(100, &web->view, [this] { web->view.setObjectName(QStringLiteral("later")); });
+        QTimer::singleShot(100, &web->view, [this] { web->view.setObjectName("later"); });
         QVERIFY(later.wait());
-        QCOMPARE(web->answer("document.querySelector('p').textContent"), QStringLiteral("stays"));
+        QCOMPARE(web->answer("document.querySelector('p').textContent"), "stays");
         QVERIFY(page().url().path().endsWith(QLatin1String("/page.html")));
         QVERIFY(page().isComplete());
         QVERIFY(desktop.opened.isEmpty());
@@ -249,28 +245,24 @@ private slots:
         QCOMPARE(
             web->answer("document.forms[0].submit(); open('other.html'); alert(1); confirm(2) || prompt(3);"
                         "document.documentElement.requestFullscreen(); location.reload(); 8"),
-            QStringLiteral("8"));
-        QCOMPARE(web->answer("document.querySelector('p').textContent"), QStringLiteral("stays"));
+            "8");
+        QCOMPARE(web->answer("document.querySelector('p').textContent"), "stays");
         QVERIFY(page().url().path().endsWith(QLatin1String("/page.html")));
     }
 
     void clickedLink_goesToTheBrowser_data()
     {
-        QTest::addColumn<QByteArray>("link");
-        QTest::addColumn<QByteArray>("opened");
-        QTest::newRow("remote") << QByteArray("https://example.org/a?b#c")
-                                << QByteArray("https://example.org/a?b#c");
-        QTest::newRow("page of the site")
-            << QByteArray("../other%20page.html#x") << QByteArray("file://SITE/other%20page.html#x");
-        QTest::newRow("mail") << QByteArray("mailto:a@example.org") << QByteArray("mailto:a@example.org");
-        QTest::newRow("gone") << QByteArray("gone.html") << QByteArray();
-        QTest::newRow("program") << QByteArray("../program") << QByteArray();
-        QTest::newRow("script") << QByteArray("javascript:alert(1)") << QByteArray();
-        QTest::newRow("file") << QByteArray("file:///etc/passwd") << QByteArray();
-        QTest::newRow("outside") << QByteArray("../../outside.css") << QByteArray();
-        QTest::newRow("engine's own") << QByteArray("chrome://crash") << QByteArray();
-        QTest::newRow("target") << QByteArray("https://example.org/\" target=\"_blank")
-                                << QByteArray("https://example.org/");
+        const test::Rows<QByteArray, QByteArray> row("link", "opened");
+        row("remote", "https://example.org/a?b#c", "https://example.org/a?b#c");
+        row("page of the site", "../other%20page.html#x", "file://SITE/other%20page.html#x");
+        row("mail", "mailto:a@example.org", "mailto:a@example.org");
+        row("gone", "gone.html", "");
+        row("program", "../program", "");
+        row("script", "javascript:alert(1)", "");
+        row("file", "file:///etc/passwd", "");
+        row("outside", "../../outside.css", "");
+        row("engine's own", "chrome://crash", "");
+        row("target", "https://example.org/\" target=\"_blank", "https://example.org/");
     }
     void clickedLink_goesToTheBrowser()
     {
@@ -289,7 +281,7 @@ private slots:
         opened.replace("SITE", QByteArray::fromStdString(web->at("").parent_path().native()));
         if (!opened.isEmpty())
             QTRY_COMPARE(urls.count(), 1);
-        QCOMPARE(web->answer("document.querySelector('a').textContent"), QStringLiteral("link"));
+        QCOMPARE(web->answer("document.querySelector('a').textContent"), "link");
         QCOMPARE(urls.isEmpty() ? QByteArray() : urls.first().toEncoded(), opened);
         QVERIFY(page().url().path().endsWith(QLatin1String("/page.html")));
     }
@@ -329,9 +321,9 @@ private slots:
         QVERIFY(!ScriptCall::wait(&page(), busy).isValid());
         QTRY_COMPARE(died.count(), 1);
         QVERIFY(!page().isComplete());
-        QVERIFY(!ScriptCall::wait(&page(), QStringLiteral("1")).isValid());
+        QVERIFY(!ScriptCall::wait(&page(), "1").isValid());
         QVERIFY(web->showBody("<p>back</p>"));
-        QCOMPARE(web->answer("document.querySelector('p').textContent"), QStringLiteral("back"));
+        QCOMPARE(web->answer("document.querySelector('p').textContent"), "back");
     }
 
     void wait_endsWhenThePageGoes()
@@ -348,8 +340,8 @@ private slots:
         QString inner;
         QTimer::singleShot(0, this, [&] { inner = web->answer("'inner'"); });
         const QString outer = web->answer("for (let end = Date.now() + 100; Date.now() < end;); 'outer'");
-        QCOMPARE(outer, QStringLiteral("outer"));
-        QTRY_COMPARE(inner, QStringLiteral("inner"));
+        QCOMPARE(outer, "outer");
+        QTRY_COMPARE(inner, "inner");
     }
 
     void wait_isNotSwallowedByALoad()
@@ -358,10 +350,10 @@ private slots:
         for (int i = 0; i < 5; ++i) {
             page().show("<!DOCTYPE html><title>t</title>" + QByteArray("<p>x</p>").repeated(1000),
                         SiteFolder(web->at("page.html"), web->at("")));
-            (void)ScriptCall::wait(&page(), QStringLiteral("1"));
+            (void)ScriptCall::wait(&page(), "1");
         }
         QTRY_VERIFY_WITH_TIMEOUT(page().isComplete(), 60000);
-        QCOMPARE(web->answer("1"), QStringLiteral("1"));
+        QCOMPARE(web->answer("1"), "1");
     }
 
     void bridge_ignoresWhatIsNoMessage()
@@ -375,9 +367,9 @@ private slots:
                              "post('activeElementHTML', 'x'); post('activeElementHTML', [-1]);"
                              "post('activeElementHTML', [0, 'a']); post('activeElementHTML', null);"
                              "post('mutationObserver', 'x'); post(); post('callback_text', 'good'); 1"),
-                 QStringLiteral("1"));
+                 "1");
         QTRY_COMPARE(text.count(), 1);
-        QCOMPARE(text.first().first().toString(), QStringLiteral("good"));
+        QCOMPARE(text.first().first().toString(), "good");
         QCOMPARE(active.count() + changed.count(), 0);
     }
 
@@ -391,11 +383,11 @@ private slots:
         QCOMPARE(
             web->answer("findAllDotClassNamesFromCSS().join(' ')"),
             QStringLiteral("10% café imported layered linked own printed sup x y z").split(u' ').join(u' '));
-        QCOMPARE(web->answer("findAllIDNamesFromCSS().join(' ')"), QStringLiteral("one two"));
+        QCOMPARE(web->answer("findAllIDNamesFromCSS().join(' ')"), "one two");
         QVERIFY(web->showBody("<p>"));
         QCOMPARE(
             web->answer("Array.isArray(findAllIDNamesFromCSS()) && findAllIDNamesFromCSS().length === 0"),
-            QStringLiteral("true"));
+            "true");
     }
 };
 

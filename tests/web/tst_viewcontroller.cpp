@@ -35,12 +35,12 @@ public:
     }
     void reload() override
     {
-        told.append(QStringLiteral("reload"));
+        told.append("reload");
         controller->show(ViewController::Position::Keep);
     }
-    void buildCSSMenu() override { told.append(QStringLiteral("css")); }
-    void loadCSSNames() override { told.append(QStringLiteral("names")); }
-    void applyCallbackText(const QString& text) override { told.append(QStringLiteral("text ") + text); }
+    void buildCSSMenu() override { told.append("css"); }
+    void loadCSSNames() override { told.append("names"); }
+    void applyCallbackText(const QString& text) override { told.append("text " + text); }
     void setActiveElement(const std::vector<int>& path) override
     {
         told.append(QStringLiteral("active %1").arg(path.size()));
@@ -50,8 +50,8 @@ public:
     {
         return QString::fromStdString(file.lexically_relative(folder).native());
     }
-    void undo() override { told.append(QStringLiteral("undo")); }
-    void redo() override { told.append(QStringLiteral("redo")); }
+    void undo() override { told.append("undo"); }
+    void redo() override { told.append("redo"); }
 
     QTemporaryDir temporary;
     std::string folder = temporary.path().toStdString();
@@ -84,8 +84,7 @@ private:
         QSignalSpy shown(&page(), &EditorPage::shown);
         controller->show(ViewController::Position::Start);
         bool done = shown.wait(30'000);
-        done = done &&
-               QTest::qWaitFor([this] { return !document->told.filter(QStringLiteral("width")).isEmpty(); });
+        done = done && QTest::qWaitFor([this] { return !document->told.filter("width").isEmpty(); });
         document->told.clear();
         controller->webView()->setFocus();
         return done;
@@ -119,7 +118,7 @@ private slots:
     void catchUp_leavesNoEditBehind()
     {
         QVERIFY(show("<p>one</p>"));
-        controller->evaluate(QStringLiteral("document.querySelector('p').textContent = 'two'"));
+        controller->evaluate("document.querySelector('p').textContent = 'two'");
         controller->catchUp();
         QVERIFY(document->markup.find("<p>two</p>") != std::string::npos);
         QCOMPARE(document->markup.find("contenteditable"), std::string::npos);
@@ -139,7 +138,7 @@ private slots:
     {
         QFETCH(bool, dies);
         QVERIFY(show("<p>one</p>"));
-        controller->evaluate(QStringLiteral("document.querySelector('p').textContent = 'two'"));
+        controller->evaluate("document.querySelector('p').textContent = 'two'");
         const auto note = [this](const char* text) {
             return [this, text] { document->told.append(QString::fromLatin1(text)); };
         };
@@ -150,9 +149,9 @@ private slots:
         gone.reset();
         if (dies)
             ::kill(static_cast<pid_t>(page().renderProcessPid()), SIGKILL);
-        QTRY_VERIFY(document->told.contains(QStringLiteral("last")));
-        document->told.removeOne(QStringLiteral("Typing"));
-        QCOMPARE(document->told.mid(0, 2), (QStringList{QStringLiteral("first"), QStringLiteral("last")}));
+        QTRY_VERIFY(document->told.contains("last"));
+        document->told.removeOne("Typing");
+        QCOMPARE(document->told.mid(0, 2), (QStringList{"first", "last"}));
         QVERIFY(dies || document->markup.find("two") != std::string::npos);
         QTRY_VERIFY(page().isComplete() && !controller->webView()->heldInput().isHolding());
     }
@@ -162,28 +161,27 @@ private slots:
         QVERIFY(show("<p>one</p><div style='height: 5000px'></div><p id=it>two</p>"));
         (void)answer("getSelection().collapse(document.querySelector('#it').firstChild, 2);"
                      "document.body.scrollTop = 1234");
-        QTRY_VERIFY(document->told.contains(QStringLiteral("active 2")));
+        QTRY_VERIFY(document->told.contains("active 2"));
         document->told.clear();
         QSignalSpy shown(&page(), &EditorPage::shown);
         document->reload();
         QVERIFY(shown.wait());
-        QCOMPARE(answer("document.body.scrollTop"), QStringLiteral("1234"));
-        QCOMPARE(answer("getSelection().focusNode.data + getSelection().focusOffset"),
-                 QStringLiteral("two2"));
-        QTRY_VERIFY(document->told.contains(QStringLiteral("names")));
-        QVERIFY(document->told.filter(QStringLiteral("width")).count() >= 1);
-        QVERIFY(document->told.filter(QStringLiteral("active")).isEmpty());
+        QCOMPARE(answer("document.body.scrollTop"), "1234");
+        QCOMPARE(answer("getSelection().focusNode.data + getSelection().focusOffset"), "two2");
+        QTRY_VERIFY(document->told.contains("names"));
+        QVERIFY(document->told.filter("width").count() >= 1);
+        QVERIFY(document->told.filter("active").isEmpty());
     }
 
     void linkSheet_makesAndEditsLinks_data()
     {
         QTest::addColumn<QString>("address");
-        QTest::newRow("plain") << QStringLiteral("https://example.org/a?b=c&d");
-        QTest::newRow("quotes") << QStringLiteral("a'); document.body.remove(); ('");
-        QTest::newRow("double quotes") << QStringLiteral("a\" onclick=\"alert(1)");
-        QTest::newRow("end of script") << QStringLiteral("</script><script>alert(1)");
-        QTest::newRow("backslash") << QStringLiteral("a\\");
-        QTest::newRow("other signs") << QStringLiteral("gr\u00fcn\u2028\U0001F600");
+        QTest::newRow("plain") << "https://example.org/a?b=c&d";
+        QTest::newRow("quotes") << "a'); document.body.remove(); ('";
+        QTest::newRow("double quotes") << "a\" onclick=\"alert(1)";
+        QTest::newRow("end of script") << "</script><script>alert(1)";
+        QTest::newRow("backslash") << "a\\";
+        QTest::newRow("other signs") << "gr\u00fcn\u2028\U0001F600";
     }
     void linkSheet_makesAndEditsLinks()
     {
@@ -192,42 +190,41 @@ private slots:
         (void)answer("getSelection().setBaseAndExtent(document.querySelector('p').firstChild, 0,"
                      "document.querySelector('p').firstChild, 3)");
         controller->makeLink();
-        auto* field = controller->linkSheet()->findChild<QLineEdit*>(QStringLiteral("linkAddress"));
-        QCOMPARE(field->text(), QStringLiteral("http://"));
+        auto* field = controller->linkSheet()->findChild<QLineEdit*>("linkAddress");
+        QCOMPARE(field->text(), "http://");
         QVERIFY(!button(controller->linkSheet(), "linkButton")->isEnabled());
-        field->setText(QStringLiteral("first.html"));
-        QCOMPARE(button(controller->linkSheet(), "linkButton")->text(), QStringLiteral("Link"));
+        field->setText("first.html");
+        QCOMPARE(button(controller->linkSheet(), "linkButton")->text(), "Link");
         button(controller->linkSheet(), "linkButton")->click();
         controller->catchUp();
-        QCOMPARE(answer("document.querySelector('a').outerHTML"),
-                 QStringLiteral("<a href=\"first.html\">one</a>"));
+        QCOMPARE(answer("document.querySelector('a').outerHTML"), "<a href=\"first.html\">one</a>");
         controller->editLink();
-        QTRY_COMPARE(button(controller->linkSheet(), "linkButton")->text(), QStringLiteral("Edit Link"));
-        QCOMPARE(field->text(), QStringLiteral("first.html"));
+        QTRY_COMPARE(button(controller->linkSheet(), "linkButton")->text(), "Edit Link");
+        QCOMPARE(field->text(), "first.html");
         field->setText(address);
         button(controller->linkSheet(), "linkButton")->click();
         controller->catchUp();
-        QCOMPARE(answer("document.querySelectorAll('a').length"), QStringLiteral("1"));
+        QCOMPARE(answer("document.querySelectorAll('a').length"), "1");
         QCOMPARE(answer("document.querySelector('a').getAttribute('href')"), address);
-        QCOMPARE(answer("document.querySelector('a').attributes.length"), QStringLiteral("1"));
+        QCOMPARE(answer("document.querySelector('a').attributes.length"), "1");
     }
 
     void linkSheet_refusesScripts()
     {
         QVERIFY(show("<p>one</p>"));
         controller->makeLink();
-        auto* field = controller->linkSheet()->findChild<QLineEdit*>(QStringLiteral("linkAddress"));
+        auto* field = controller->linkSheet()->findChild<QLineEdit*>("linkAddress");
         for (const char* address :
              {"javascript:alert(1)", " JavaScript :x", "data:text/html,x", "", "http://"}) {
             field->setText(QString::fromLatin1(address));
             QVERIFY2(!button(controller->linkSheet(), "linkButton")->isEnabled(), address);
         }
-        field->setText(QStringLiteral("page.html?javascript:"));
+        field->setText("page.html?javascript:");
         QVERIFY(button(controller->linkSheet(), "linkButton")->isEnabled());
         button(controller->linkSheet(), "linkCancelButton")->click();
-        QCOMPARE(answer("document.querySelectorAll('a').length"), QStringLiteral("0"));
+        QCOMPARE(answer("document.querySelectorAll('a').length"), "0");
         controller->insertImage();
-        QCOMPARE(button(controller->linkSheet(), "linkButton")->text(), QStringLiteral("IMG"));
+        QCOMPARE(button(controller->linkSheet(), "linkButton")->text(), "IMG");
         QCOMPARE(field->text(), QString());
     }
 
@@ -235,38 +232,35 @@ private slots:
     {
         QVERIFY(show("<p>one</p>"));
         controller->showSource();
-        auto* field = controller->sourcePanel()->findChild<QPlainTextEdit*>(QStringLiteral("sourceField"));
+        auto* field = controller->sourcePanel()->findChild<QPlainTextEdit*>("sourceField");
         QPushButton* save = button(controller->sourcePanel(), "saveSourceButton");
-        QTRY_VERIFY(field->toPlainText().contains(QStringLiteral("<p>one</p>")));
+        QTRY_VERIFY(field->toPlainText().contains("<p>one</p>"));
         QVERIFY(!save->isEnabled());
-        field->setPlainText(QStringLiteral("<html><body><h1>New</h1></body></html>"));
+        field->setPlainText("<html><body><h1>New</h1></body></html>");
         QVERIFY(save->isEnabled());
         QSignalSpy shown(&page(), &EditorPage::shown);
         save->click();
         QVERIFY(shown.wait());
-        QCOMPARE(document->told.mid(0, 3), (QStringList{QStringLiteral("Edit Source"),
-                                                        QStringLiteral("reload"), QStringLiteral("css")}));
-        QCOMPARE(answer("document.body.innerText.trim()"), QStringLiteral("New"));
+        QCOMPARE(document->told.mid(0, 3), (QStringList{"Edit Source", "reload", "css"}));
+        QCOMPARE(answer("document.body.innerText.trim()"), "New");
     }
 
     void contextMenu_marksTheSelection()
     {
         QVERIFY(show("<h2 style='margin: 0; font-size: 80px; text-align: center'><b>wide heading</b></h2>"));
         QTest::mouseClick(controller->webView()->focusProxy(), Qt::RightButton, {}, QPoint(300, 50));
-        QTRY_VERIFY(controller->webView()->findChild<QMenu*>(QStringLiteral("webViewMenu")));
-        auto* menu = controller->webView()->findChild<QMenu*>(QStringLiteral("webViewMenu"));
+        QTRY_VERIFY(controller->webView()->findChild<QMenu*>("webViewMenu"));
+        auto* menu = controller->webView()->findChild<QMenu*>("webViewMenu");
         QStringList titles;
         for (const QAction* action : menu->actions())
             titles.append(action->text());
-        QCOMPARE(titles, (QStringList{QStringLiteral("Inspect Element"), QStringLiteral("Text Style"),
-                                      QStringLiteral("Text Justification")}));
+        QCOMPARE(titles, (QStringList{"Inspect Element", "Text Style", "Text Justification"}));
         QStringList marked;
         for (const QMenu* each : {controller->fontSubMenu(), controller->justificationSubMenu()})
             for (const QAction* action : each->actions())
                 if (action->isChecked())
                     marked.append(action->text());
-        QCOMPARE(marked, (QStringList{QStringLiteral("Bold"), QStringLiteral("Heading 2"),
-                                      QStringLiteral("Justify Center")}));
+        QCOMPARE(marked, (QStringList{"Bold", "Heading 2", "Justify Center"}));
         menu->close();
     }
 
@@ -276,8 +270,7 @@ private slots:
         QTest::keyClick(controller->webView()->focusProxy(), Qt::Key_Z, Qt::ControlModifier);
         QTest::keyClick(controller->webView()->focusProxy(), Qt::Key_Z,
                         Qt::ControlModifier | Qt::ShiftModifier);
-        QCOMPARE(document->told.filter(QStringLiteral("do")),
-                 (QStringList{QStringLiteral("undo"), QStringLiteral("redo")}));
+        QCOMPARE(document->told.filter("do"), (QStringList{"undo", "redo"}));
     }
 };
 

@@ -6,8 +6,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <fstream>
-
 namespace fs = std::filesystem;
 
 namespace luma::test {
@@ -18,23 +16,6 @@ WebFixture::WebFixture()
     view.show();
     view.activateWindow();
     (void)QTest::qWaitForWindowExposed(&view);
-}
-
-// QTemporaryDir can't remove names that are not UTF-8.
-WebFixture::~WebFixture()
-{
-    fs::remove_all(at(""));
-}
-
-fs::path WebFixture::at(const std::string& name) const
-{
-    return fs::path(folder.path().toStdString()) / "site" / name;
-}
-
-void WebFixture::put(const std::string& name, const QByteArray& bytes) const
-{
-    fs::create_directories(at(name).parent_path());
-    std::ofstream(at(name), std::ios::binary).write(bytes.data(), bytes.size());
 }
 
 bool WebFixture::show(const QByteArray& markup, const std::string& name)
@@ -94,7 +75,7 @@ QString WebFixture::body()
 
 void WebFixture::select(const QString& text, Caret caret)
 {
-    const QString script = QStringLiteral(
+    const QString script =
         "(function (text, caret) {"
         "  const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);"
         "  const selection = getSelection();"
@@ -109,7 +90,7 @@ void WebFixture::select(const QString& text, Caret caret)
         "    return selection.setBaseAndExtent(node, caret === 'End' ? end : at,"
         "                                      node, caret === 'Start' ? at : end);"
         "  }"
-        "})");
+        "})";
     const char* names[] = {"Start", "End", "Whole"};
     (void)answer(script + QStringLiteral("('%1', '%2')")
                               .arg(quotedForScript(text), QLatin1String(names[static_cast<int>(caret)])));

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "tests/support/site.h"
 #include "web/mywebview.h"
-
-#include <QTemporaryDir>
 
 #include <filesystem>
 #include <string>
@@ -15,11 +14,16 @@ class WebFixture final
 {
 public:
     WebFixture();
-    ~WebFixture();
 
     /// Writes a file of the site, making its folders.
-    void put(const std::string& name, const QByteArray& bytes) const;
-    [[nodiscard]] std::filesystem::path at(const std::string& name) const;
+    void put(const std::string& name, const QByteArray& bytes) const
+    {
+        m_folder.put("site/" + name, bytes.toStdString());
+    }
+    [[nodiscard]] std::filesystem::path at(const std::string& name) const
+    {
+        return m_folder.at("site/" + name);
+    }
 
     /// Shows `markup` as the page `name` of the site and waits until it stands there.
     bool show(const QByteArray& markup, const std::string& name = "page.html");
@@ -47,12 +51,13 @@ public:
     void press(int key, Qt::KeyboardModifiers modifiers = {});
     void type(const QString& text);
 
-    QTemporaryDir folder;
     MyWebView view;
 
 private:
     void countKeys();
     void waitForKeys(qsizetype count);
+
+    Site m_folder;
 };
 
 } // namespace luma::test
