@@ -33,6 +33,12 @@ std::string realPath(const std::string& path)
     return error ? std::string() : real.native();
 }
 
+std::string joined(const std::string& folder, std::string_view name)
+{
+    std::string path = folder;
+    return path.append("/").append(name);
+}
+
 SitePlace missing(MissingReason why = MissingReason::NoSuchFile)
 {
     SitePlace place;
@@ -149,7 +155,7 @@ SitePlace SitePaths::at(const LinkTarget& target) const
 SitePlace SitePaths::inFolder(Id folder, const std::string& path) const
 {
     for (const std::string& name : m_indexNames) {
-        const Id id = find(path.empty() ? name : path + "/" + name);
+        const Id id = find(path.empty() ? name : joined(path, name));
         if (id != SiteTree::none && isFile(m_tree->type(id)))
             return {MissingReason::None, id, folder};
     }
@@ -194,7 +200,7 @@ SitePlace SitePaths::onDisk(const LinkTarget& target) const
     if (!S_ISDIR(status.st_mode))
         return target.isFolderForm ? missing() : placeOnDisk(path);
     for (const std::string& name : m_indexNames) {
-        const std::string index = path + "/" + name;
+        const std::string index = joined(path, name);
         if (::stat(index.c_str(), &status) == 0 && !S_ISDIR(status.st_mode))
             return placeOnDisk(index);
     }

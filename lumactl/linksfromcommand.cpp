@@ -42,9 +42,11 @@ ExitCode run(const std::vector<std::string>& arguments)
             return ExitCode::Unusable;
         site = *folder;
     }
-    const auto found = checkWebPage(site, page, webRules(line));
+    auto found = checkWebPage(site, page, webRules(line));
     if (!found)
         return unusable(found.error().text);
+    if (site.empty())
+        found->path = page;
     StandardOutput output;
     if (line.has("--json"))
         appendJson(output.text(), *found);

@@ -4,9 +4,6 @@
 #include "base/encoding.h"
 #include "base/utf8.h"
 
-#include <array>
-#include <cstdio>
-
 namespace luma {
 
 namespace {
@@ -38,9 +35,9 @@ void appendString(std::string& text, std::string_view value)
         if (c == '"' || c == '\\') {
             text.append(1, '\\').append(1, c);
         } else if (static_cast<unsigned char>(c) < 0x20) {
-            std::array<char, 7> escape = {};
-            std::snprintf(escape.data(), escape.size(), "\\u%04x", static_cast<unsigned>(c));
-            text += escape.data();
+            constexpr std::string_view digits = "0123456789abcdef";
+            const auto code = static_cast<unsigned char>(c);
+            text.append("\\u00").append(1, digits[code >> 4U]).append(1, digits[code & 15U]);
         } else {
             text += c;
         }
