@@ -115,7 +115,7 @@ void appendJson(std::string& text, const WebPage& page)
     if (!page.unreadable.empty()) {
         text += "{\"page\":";
         appendString(text, page.path);
-        text += ",\"state\":\"unreadable\"";
+        appendMember(text, "state", "unreadable");
         appendMember(text, "why", page.unreadable);
         text += "}\n";
     }

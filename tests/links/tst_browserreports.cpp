@@ -162,7 +162,7 @@ private slots:
              {"docs/index.htm", ""},
              {"s.css", "@import 't.css';"},
              {"t.css", "a { b: url(i/4%20.png) }"},
-             {"app.webmanifest", "{\"src\": \"i/5.png\"}"},
+             {"app.webmanifest", R"({"src": "i/5.png"})"},
              {"code.js", "load('6.png')"},
              {"i/1.png", ""},
              {"i/2.png", ""},
