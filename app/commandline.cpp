@@ -77,6 +77,18 @@ bool isAnsweredOnTerminal(const std::vector<std::string>& arguments)
                        [](const std::string& argument) { return isHelp(argument) || isVersion(argument); });
 }
 
+std::vector<std::string> argumentsFor(const CommandLine& line)
+{
+    switch (line.request) {
+    case CommandLine::Request::Folders:
+        return {line.source.string(), line.destination.string()};
+    case CommandLine::Request::Page:
+        return {line.page.string()};
+    default:
+        return {};
+    }
+}
+
 CommandLine readCommandLine(const std::vector<std::string>& arguments)
 {
     std::vector<std::string> names;

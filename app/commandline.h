@@ -22,6 +22,9 @@ struct CommandLine
 /// Reads the arguments, without the program's name. The named folders or page must exist.
 CommandLine readCommandLine(const std::vector<std::string>& arguments);
 
+/// The arguments that ask for the same from every working folder. Empty for the list of sites.
+std::vector<std::string> argumentsFor(const CommandLine& line);
+
 /// Whether the request is answered on the terminal (help or version).
 bool isAnsweredOnTerminal(const std::vector<std::string>& arguments);
 

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/program.h"
+#include "desktop/singleinstance.h"
 #include "web/pagescheme.h"
 
 #include <QApplication>
 #include <QIcon>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace {
@@ -22,6 +24,60 @@ int answerOnTerminal(const luma::CommandLine& line)
         return std::fputs(luma::usageText, stdout) < 0 ? 1 : 0;
     (void)std::fprintf(stderr, "luma: %s\n%s", line.message.c_str(), luma::usageText);
     return 2;
+}
+
+int failed(const luma::Error& error)
+{
+    (void)std::fprintf(stderr, "luma: %s\n", error.text.c_str());
+    return 2;
+}
+
+QList<QByteArray> asBytes(const std::vector<std::string>& arguments)
+{
+    QList<QByteArray> bytes;
+    for (const std::string& argument : arguments)
+        bytes += QByteArray::fromStdString(argument);
+    return bytes;
+}
+
+luma::CommandLine commandLineIn(const QList<QByteArray>& arguments)
+{
+    std::vector<std::string> words;
+    for (const QByteArray& argument : arguments)
+        words.push_back(argument.toStdString());
+    return luma::readCommandLine(words);
+}
+
+bool showsWindow()
+{
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    return std::any_of(windows.begin(), windows.end(),
+                       [](const QWidget* window) { return window->isVisible(); });
+}
+
+// `line` is not Unusable.
+int run(const luma::CommandLine& line)
+{
+    using luma::SingleInstance;
+    luma::Program* running = nullptr;
+    SingleInstance instance(
+        [&running](const QList<QByteArray>& arguments) { return running->launch(commandLineIn(arguments)); });
+    // Before anything else: the program's start ends folder watchers, and may only end those of no process.
+    const auto start = instance.begin(asBytes(luma::argumentsFor(line)));
+    if (!start)
+        return failed(start.error());
+    if (*start == SingleInstance::Start::HandedOver)
+        return 0;
+    luma::Program program;
+    running = &program;
+    if (const auto launched = program.launch(line); !launched)
+        return failed(launched.error());
+    // A file that another application shows.
+    if (!showsWindow()) {
+        program.terminate();
+        return 0;
+    }
+    return QApplication::exec();
 }
 
 } // namespace
@@ -42,10 +98,5 @@ int main(int argc, char** argv)
     if (line.request == luma::CommandLine::Request::Unusable)
         return answerOnTerminal(line);
 
-    luma::Program program;
-    if (const auto launched = program.launch(line); !launched) {
-        (void)std::fprintf(stderr, "luma: %s\n", launched.error().text.c_str());
-        return 2;
-    }
-    return QApplication::exec();
+    return run(line);
 }

@@ -6,6 +6,7 @@
 #include "base/fileuri.h"
 #include "base/mainhop.h"
 #include "base/resources.h"
+#include "desktop/windowregistry.h"
 #include "shell/childprocess.h"
 #include "shell/taskwrapper.h"
 #include "site/haldendoc.h"
@@ -22,6 +23,18 @@ namespace {
 
 const QString siteLayoutKey = QStringLiteral("siteWindowLayout");
 
+// The open window of a site with the endpoints of `record`, or null.
+QWidget* windowShowing(const SiteRecord& record)
+{
+    for (QWidget* window : WindowRegistry::instance().windows()) {
+        const auto* const site = qobject_cast<HaldenDoc*>(window);
+        if (site && site->siteDict()->sourceDict()->values() == record.sourceDict()->values() &&
+            site->siteDict()->destinationDict()->values() == record.destinationDict()->values())
+            return window;
+    }
+    return nullptr;
+}
+
 bool openWithDesktop(const std::filesystem::path& file)
 {
     return QDesktopServices::openUrl(QUrl::fromEncoded(fileUri(file)));
@@ -29,8 +42,9 @@ bool openWithDesktop(const std::filesystem::path& file)
 
 } // namespace
 
-Program::Program(const QString& preferencesFile)
-    : m_preferences(preferencesFile, LUMAAppDelegate::initialValues()),
+Program::Program(const QString& preferencesFile, CommandRunner shell)
+    : m_shell(shell ? std::move(shell) : shellRunner(resourceFolder())),
+      m_preferences(preferencesFile, LUMAAppDelegate::initialValues()),
       m_documents(openWithDesktop,
                   [this](const std::filesystem::path& page, const std::filesystem::path& siteFolder,
                          QWidget* open) { return m_pages.open(page, siteFolder, open); }),
@@ -44,7 +58,7 @@ Program::Program(const QString& preferencesFile)
 
 LUMAAppDelegate::Services Program::services()
 {
-    return {shellRunner(resourceFolder()), [this](const SiteList::Record& siteDict) { openSite(siteDict); },
+    return {m_shell, [this](const SiteList::Record& siteDict) { openSite(siteDict); },
             [](const QUrl& url) { return QDesktopServices::openUrl(url); }};
 }
 
@@ -55,8 +69,10 @@ Result<void> Program::launch(const CommandLine& line)
         return openFolders(line);
     case CommandLine::Request::Page:
         return m_documents.open(line.page, line.page.parent_path());
+    case CommandLine::Request::Unusable:
+        return Error{line.message};
     default:
-        m_delegate.siteListWindow().show();
+        WindowRegistry::bringToFront(&m_delegate.siteListWindow());
         return {};
     }
 }
@@ -66,7 +82,11 @@ Result<void> Program::openFolders(const CommandLine& line)
     const auto record = transientRecord(line.source, line.destination);
     if (!record)
         return record.error();
-    openSite(std::make_shared<SiteRecord>(*record));
+    const auto site = std::make_shared<SiteRecord>(*record);
+    if (QWidget* const open = windowShowing(*site))
+        WindowRegistry::bringToFront(open);
+    else
+        openSite(site);
     return {};
 }
 

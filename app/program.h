@@ -7,6 +7,7 @@
 #include "app/pagewindows.h"
 #include "app/preferences.h"
 #include "base/quitsignals.h"
+#include "shell/commandrunner.h"
 
 namespace luma {
 
@@ -17,12 +18,14 @@ class Program final : public QObject
     Q_OBJECT
 
 public:
-    explicit Program(const QString& preferencesFile = Preferences::defaultFile());
+    /// `shell` runs zsh; null for the real one.
+    explicit Program(const QString& preferencesFile = Preferences::defaultFile(), CommandRunner shell = {});
 
     LUMAAppDelegate& delegate() { return m_delegate; }
     DocumentController& documents() { return m_documents; }
 
-    /// Shows what the command line asks for. On an error, which is for standard error, nothing is open.
+    /// Shows what the command line of this or a later start asks for; a site, page or list that is open
+    /// already comes to the front. On an error, which is for standard error, nothing has been opened.
     Result<void> launch(const CommandLine& line);
 
     /// Saves the list and ends the watchers and all running jobs and child processes. Also called at quit;
@@ -37,6 +40,7 @@ private:
 
     LUMAAppDelegate::Services services();
 
+    CommandRunner m_shell;
     QuitSignals m_quitSignals;
     Preferences m_preferences;
     DocumentController m_documents;
