@@ -17,12 +17,19 @@
 #include <QMessageBox>
 #include <QUrl>
 
+#include <chrono>
+
 namespace luma {
 
 namespace {
 
-// Keeps an unreadable list before an empty one replaces it.
+// Where a stored list is kept before another one replaces it: one that can't be read, and one that another
+// process has written meanwhile.
 const QString unreadableKey = QStringLiteral("sitesArrayDataUnreadable");
+const QString replacedKey = QStringLiteral("sitesArrayDataReplaced");
+
+// After the first of several changes, such as the letters of a name.
+constexpr std::chrono::milliseconds saveDelay(500);
 
 // A sheet on `window` that deletes itself when closed. The texts are plain, never markup.
 QMessageBox* sheet(QWidget* window, const QString& name, const QString& message, const QString& information)
@@ -76,6 +83,7 @@ LUMAAppDelegate::LUMAAppDelegate(Preferences& preferences, Services services, QO
 {
     sitesArrayController.setObjectName(QStringLiteral("sitesArrayController"));
     connectWindow();
+    connectList();
 }
 
 LUMAAppDelegate::~LUMAAppDelegate() = default;
@@ -107,6 +115,21 @@ void LUMAAppDelegate::connectWindow()
     connect(from, &SiteListWindow::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
+void LUMAAppDelegate::connectList()
+{
+    m_saveSoon.setSingleShot(true);
+    m_saveSoon.setInterval(saveDelay);
+    connect(&m_saveSoon, &QTimer::timeout, this, &LUMAAppDelegate::saveListNow);
+    const auto noteChange = [this] {
+        m_isListSaved = false;
+        if (!m_saveSoon.isActive())
+            m_saveSoon.start();
+    };
+    connect(&sitesArrayController, &QAbstractItemModel::dataChanged, this, noteChange);
+    connect(&sitesArrayController, &QAbstractItemModel::rowsInserted, this, noteChange);
+    connect(&sitesArrayController, &QAbstractItemModel::rowsRemoved, this, noteChange);
+}
+
 void LUMAAppDelegate::applicationWillFinishLaunching() const
 {
     endStrayWatchers(m_services.shell);
@@ -122,12 +145,12 @@ void LUMAAppDelegate::applicationDidFinishLaunching()
 void LUMAAppDelegate::loadList()
 {
     sitesArrayController.setRecords({});
-    const QVariant stored = m_preferences.value(Preferences::sitesArrayData);
-    if (stored.typeId() != QMetaType::QByteArray)
-        return;
-    const auto records = unarchiveSites(stored.toByteArray());
+    m_stored = m_preferences.value(Preferences::sitesArrayData);
+    const auto records = m_stored.typeId() == QMetaType::QByteArray
+                             ? unarchiveSites(m_stored.toByteArray())
+                             : Result<QList<QVariantMap>>(Error{"the stored site list is not data"});
     if (!records) {
-        m_preferences.setValue(unreadableKey, stored);
+        keepAside(unreadableKey, m_stored);
         return;
     }
     sitesArrayController.setRecords(*records);
@@ -135,11 +158,47 @@ void LUMAAppDelegate::loadList()
         window->select(0);
 }
 
+// A value kept earlier stays.
+void LUMAAppDelegate::keepAside(const QString& key, const QVariant& stored)
+{
+    QString place = key;
+    for (int number = 2; m_preferences.value(place).isValid(); ++number) {
+        if (m_preferences.value(place) == stored)
+            return;
+        place = key + QString::number(number);
+    }
+    m_preferences.setValue(place, stored);
+}
+
+Result<void> LUMAAppDelegate::saveList()
+{
+    m_saveSoon.stop();
+    if (m_isListSaved)
+        return m_preferences.save();
+    const QByteArray archive = archiveSites(sitesArrayController.records());
+    if (const auto readable = unarchiveSites(archive); !readable)
+        return readable.error();
+    // Reads what another process has written meanwhile.
+    (void)m_preferences.save();
+    if (const QVariant stored = m_preferences.value(Preferences::sitesArrayData); stored != m_stored)
+        keepAside(replacedKey, stored);
+    m_preferences.setValue(Preferences::sitesArrayData, archive);
+    m_stored = archive;
+    auto saved = m_preferences.save();
+    m_isListSaved = bool(saved);
+    return saved;
+}
+
+void LUMAAppDelegate::saveListNow()
+{
+    const auto saved = saveList();
+    window->showSaveError(saved ? QString() : QString::fromStdString(saved.error().text));
+}
+
 Result<void> LUMAAppDelegate::applicationWillTerminate()
 {
-    m_preferences.setValue(Preferences::sitesArrayData, archiveSites(sitesArrayController.records()));
     window->saveTo(m_preferences);
-    auto saved = m_preferences.save();
+    auto saved = saveList();
     endStrayWatchers(m_services.shell);
     return saved;
 }

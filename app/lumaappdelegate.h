@@ -8,6 +8,8 @@
 #include "shell/commandrunner.h"
 
 #include <QObject>
+#include <QTimer>
+#include <QVariant>
 
 #include <memory>
 
@@ -17,7 +19,8 @@ namespace luma {
 
 class SiteListWindow;
 
-/// Keeps the list of sites and its window, opens sites, and checks for a newer version. Lives for the whole
+/// Keeps the list of sites and its window, opens sites, and checks for a newer version. Stores the list soon
+/// after each change; a stored list that it can't read, or did not write, is kept aside. Lives for the whole
 /// run; called in this order: will-finish-launching, did-finish-launching, the user's actions,
 /// will-terminate. Main thread only.
 class LUMAAppDelegate final : public QObject
@@ -51,7 +54,8 @@ public:
     void applicationWillFinishLaunching() const;
     /// Loads the list; its window can then be shown.
     void applicationDidFinishLaunching();
-    /// Saves the list, then ends the folder watchers. An error is for the console, for no window is open.
+    /// Saves a list that has changed, then ends the folder watchers. An error is for the console, for no window
+    /// is open.
     Result<void> applicationWillTerminate();
 
     /// Opens the selected site, or brings its window to the front.
@@ -69,7 +73,13 @@ public:
 
 private:
     void connectWindow();
+    void connectList();
     void loadList();
+    /// Saves the list if it has changed, and the preferences.
+    Result<void> saveList();
+    /// The same; the list's window shows an error.
+    void saveListNow();
+    void keepAside(const QString& key, const QVariant& stored);
     void warnOfLastRecord();
     void showNotice(const std::optional<VersionCheck::Notice>& notice);
 
@@ -77,6 +87,9 @@ private:
     Services m_services;
     SiteList sitesArrayController;
     std::unique_ptr<SiteListWindow> window;
+    QTimer m_saveSoon;
+    bool m_isListSaved = true;
+    QVariant m_stored; ///< the list as last read or written
 };
 
 } // namespace luma

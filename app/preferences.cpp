@@ -58,8 +58,10 @@ QString Preferences::excludedFolderNames() const
 
 Result<void> Preferences::save()
 {
-    m_settings.sync();
-    if (m_settings.status() == QSettings::AccessError)
+    // A QSettings never forgets an error, so another one, which shares the values, writes them.
+    QSettings writer(m_settings.fileName(), QSettings::IniFormat);
+    writer.sync();
+    if (writer.status() == QSettings::AccessError)
         return Error{QFile::encodeName(m_settings.fileName()).toStdString() + ": can't be written"};
     return {};
 }

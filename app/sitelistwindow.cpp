@@ -35,6 +35,7 @@ SiteListWindow::SiteListWindow(SiteList& sites, QWidget* parent)
     connectActions();
     connectList();
     connectForm();
+    showSaveError({});
     showSelected();
 }
 
@@ -173,6 +174,12 @@ bool SiteListWindow::handleKey(const QObject* watched, int key)
         return true;
     }
     return false;
+}
+
+void SiteListWindow::showSaveError(const QString& reason)
+{
+    m_ui->saveErrorLabel->setText(tr("The list of sites is not saved. %1").arg(reason));
+    m_ui->saveErrorLabel->setVisible(!reason.isEmpty());
 }
 
 void SiteListWindow::restoreFrom(const Preferences& preferences)

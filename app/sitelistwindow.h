@@ -40,6 +40,9 @@ public:
     /// Enables the check for updates; it is disabled while one is running.
     void setUpdateEnabled(bool enabled);
 
+    /// Says below the list that it could not be saved; an empty text takes that back.
+    void showSaveError(const QString& reason);
+
     void restoreFrom(const Preferences& preferences);
     void saveTo(Preferences& preferences) const;
 

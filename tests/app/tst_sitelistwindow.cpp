@@ -4,6 +4,7 @@
 #include "app/sitearchive.h"
 #include "app/sitelistwindow.h"
 #include "app/sitetemplate.h"
+#include "base/propertylist.h"
 #include "browser/endpoint.h"
 #include "desktop/windowregistry.h"
 #include "tests/support/registry.h"
@@ -73,6 +74,13 @@ class tst_sitelistwindow final : public QObject
         launch();
     }
 
+    QList<QVariantMap> storedRecords() const
+    {
+        const auto records =
+            unarchiveSites(Preferences(file()).value(Preferences::sitesArrayData).toByteArray());
+        return records ? *records : QList<QVariantMap>();
+    }
+
     static QList<QVariantMap> numbered(int count)
     {
         QList<QVariantMap> records;
@@ -134,16 +142,23 @@ private slots:
 
     void damagedStore_startsEmptyAndIsKeptAside_data()
     {
-        const test::Rows<QVariant, bool> row("stored", "kept");
-        row("nonsense", QVariant(QByteArray("nonsense")), true);
-        row("cut off", QVariant(archiveSites({siteTemplate()}).chopped(40)), true);
-        row("not data", QVariant("text"), false);
+        QTest::addColumn<QVariant>("stored");
+        QTest::newRow("nonsense") << QVariant(QByteArray("nonsense"));
+        QTest::newRow("no bytes") << QVariant(QByteArray());
+        QTest::newRow("cut off") << QVariant(archiveSites({siteTemplate()}).chopped(40));
+        QTest::newRow("text") << QVariant(QStringLiteral("text"));
+        QTest::newRow("a list") << QVariant(QVariantList{siteTemplate()});
+        QTest::newRow("a record") << QVariant(siteTemplate());
+        const auto record = writePropertyList(siteTemplate(), PropertyListFormat::Binary);
+        QTest::newRow("the archive of a record") << QVariant(*writePropertyList(
+            QVariantMap{{QStringLiteral("sitesArray"), *record}}, PropertyListFormat::Binary));
     }
     void damagedStore_startsEmptyAndIsKeptAside()
     {
         QFETCH(QVariant, stored);
-        QFETCH(bool, kept);
+        const QVariant earlier = QByteArray("another damage");
         Preferences before(file());
+        before.setValue(QStringLiteral("sitesArrayDataUnreadable"), earlier);
         before.setValue(Preferences::sitesArrayData, stored);
         QVERIFY(before.save());
         launch();
@@ -155,8 +170,54 @@ private slots:
         click("addButton");
         QCOMPARE(m_delegate->sites().records(), QList<QVariantMap>{siteTemplate()});
         QVERIFY(m_delegate->applicationWillTerminate());
-        const QVariant aside = Preferences(file()).value("sitesArrayDataUnreadable");
-        QCOMPARE(aside, kept ? stored : QVariant());
+        const Preferences after(file());
+        QCOMPARE(after.value(QStringLiteral("sitesArrayDataUnreadable")), earlier);
+        QCOMPARE(after.value(QStringLiteral("sitesArrayDataUnreadable2")), stored);
+        QCOMPARE(storedRecords(), m_delegate->sites().records());
+    }
+
+    void edits_areStoredBeforeTheProgramQuits()
+    {
+        launchWith(numbered(2));
+        typeInto(find<QLineEdit>("siteID"), QStringLiteral("Café"));
+        QVERIFY(storedRecords() != m_delegate->sites().records());
+        QTRY_COMPARE(storedRecords(), m_delegate->sites().records());
+        click("addButton");
+        QTRY_COMPARE(storedRecords(), m_delegate->sites().records());
+        QCOMPARE(storedRecords().size(), 3);
+    }
+
+    // Where there is no session bus, two processes run.
+    void listOfAnotherProcess_isNotOverwrittenByAnOlderOne()
+    {
+        launchWith(numbered(2));
+        Preferences other(file());
+        other.setValue(Preferences::sitesArrayData, archiveSites(numbered(5)));
+        QVERIFY(other.save());
+        QVERIFY(m_delegate->applicationWillTerminate());
+        QCOMPARE(storedRecords(), numbered(5));
+        typeInto(find<QLineEdit>("siteID"), QStringLiteral("x"));
+        QTRY_COMPARE(storedRecords(), m_delegate->sites().records());
+        QCOMPARE(Preferences(file()).value(QStringLiteral("sitesArrayDataReplaced")),
+                 QVariant(archiveSites(numbered(5))));
+    }
+
+    void failedSave_isShownUntilOneSucceeds()
+    {
+        launch();
+        auto* error = find<QLabel>("saveErrorLabel");
+        QVERIFY(!error->isVisible());
+        const QString folder = m_folder->path();
+        QVERIFY(QDir().rename(folder, folder + QStringLiteral("-away")));
+        QVERIFY(QFile(folder).open(QFile::WriteOnly | QFile::NewOnly));
+        typeInto(find<QLineEdit>("siteID"), QStringLiteral("x"));
+        QTRY_VERIFY(error->isVisible());
+        QVERIFY(error->text().contains(file()));
+        QVERIFY(QFile::remove(folder));
+        QVERIFY(QDir().rename(folder + QStringLiteral("-away"), folder));
+        typeInto(find<QLineEdit>("siteID"), QStringLiteral("y"));
+        QTRY_VERIFY(!error->isVisible());
+        QCOMPARE(storedRecords(), m_delegate->sites().records());
     }
 
     void edits_reachTheRecordAndTheStore()
