@@ -11,6 +11,7 @@
 #include "browser/endpoint.h"
 #include "desktop/windowregistry.h"
 
+#include <QAbstractButton>
 #include <QCoreApplication>
 #include <QFileDialog>
 #include <QLabel>
@@ -107,6 +108,7 @@ void LUMAAppDelegate::connectWindow()
     connect(from, &SiteListWindow::openRequested, this, &LUMAAppDelegate::handleDoubleClick);
     connect(from, &SiteListWindow::addRequested, this, &LUMAAppDelegate::add);
     connect(from, &SiteListWindow::removeRequested, this, &LUMAAppDelegate::remove);
+    connect(from, &SiteListWindow::undoRequested, this, &LUMAAppDelegate::undoRemove);
     connect(from, &SiteListWindow::folderRequested, this, &LUMAAppDelegate::getPath);
     connect(from, &SiteListWindow::productPageRequested, this, &LUMAAppDelegate::loadURL);
     connect(from, &SiteListWindow::updateRequested, this, &LUMAAppDelegate::checkForUpdate);
@@ -228,10 +230,48 @@ void LUMAAppDelegate::add()
 
 void LUMAAppDelegate::remove()
 {
-    if (sitesArrayController.rowCount() == 1)
+    if (sitesArrayController.rowCount() == 1) {
         warnOfLastRecord();
-    else if (const auto next = sitesArrayController.remove(window->selectedRow()))
-        window->select(*next);
+        return;
+    }
+    const SiteList::Record record = sitesArrayController.record(window->selectedRow());
+    if (!record)
+        return;
+    QMessageBox* box = sheet(window.get(), QStringLiteral("removeSheet"),
+                             tr("Remove “%1” from the list? Its files stay.").arg(record->siteID()), {});
+    box->buttons().first()->setText(tr("Remove"));
+    box->addButton(QStringLiteral("Cancel"), QMessageBox::RejectRole);
+    connect(box, &QMessageBox::accepted, this, [this, record] { removeRecord(record); });
+    box->open();
+}
+
+void LUMAAppDelegate::removeRecord(const SiteList::Record& record)
+{
+    for (int row = 0; row < sitesArrayController.rowCount(); ++row) {
+        if (sitesArrayController.record(row) != record)
+            continue;
+        if (const auto next = sitesArrayController.remove(row)) {
+            m_removed.emplace_back(row, record);
+            window->select(*next);
+        }
+        break;
+    }
+    showUndo();
+}
+
+void LUMAAppDelegate::undoRemove()
+{
+    if (m_removed.empty())
+        return;
+    const auto [row, record] = m_removed.back();
+    m_removed.pop_back();
+    window->select(sitesArrayController.putBack(row, record));
+    showUndo();
+}
+
+void LUMAAppDelegate::showUndo()
+{
+    window->setUndo(m_removed.empty() ? std::nullopt : std::optional(m_removed.back().second->siteID()));
 }
 
 void LUMAAppDelegate::warnOfLastRecord()

@@ -61,8 +61,10 @@ public:
     /// Opens the selected site, or brings its window to the front.
     void handleDoubleClick();
     void add();
-    /// Removes the selected record, but never the last one.
+    /// Asks, then removes the selected record, but never the last one.
     void remove();
+    /// Puts back the record removed last.
+    void undoRemove();
     /// Lets the user choose the folder of one side of the selected site.
     void getPath(SiteSide side);
     /// Opens the product's page in the browser.
@@ -81,12 +83,15 @@ private:
     void saveListNow();
     void keepAside(const QString& key, const QVariant& stored);
     void warnOfLastRecord();
+    void removeRecord(const SiteList::Record& record);
+    void showUndo();
     void showNotice(const std::optional<VersionCheck::Notice>& notice);
 
     Preferences& m_preferences;
     Services m_services;
     SiteList sitesArrayController;
     std::unique_ptr<SiteListWindow> window;
+    std::vector<std::pair<int, SiteList::Record>> m_removed; ///< with their rows, the latest last
     QTimer m_saveSoon;
     bool m_isListSaved = true;
     QVariant m_stored; ///< the list as last read or written

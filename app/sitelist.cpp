@@ -79,6 +79,15 @@ int SiteList::add(const QVariantMap& values)
     return row;
 }
 
+int SiteList::putBack(int row, const Record& record)
+{
+    const int place = std::min(row, rowCount());
+    beginInsertRows({}, place, place);
+    m_records.insert(m_records.begin() + place, record);
+    endInsertRows();
+    return place;
+}
+
 std::optional<int> SiteList::remove(int row)
 {
     if (rowCount() <= 1 || !record(row))

@@ -39,6 +39,9 @@ public:
     /// Appends a record with a copy of these values; returns its row.
     int add(const QVariantMap& values);
 
+    /// Puts a removed record back at `row`, or at the end of a shorter list; returns its row.
+    int putBack(int row, const Record& record);
+
     /// Removes the record at `row` and returns the row to select next. Does nothing and returns none if it is
     /// the only record or there is no such row.
     std::optional<int> remove(int row);

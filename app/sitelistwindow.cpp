@@ -45,6 +45,7 @@ void SiteListWindow::connectActions()
 {
     connect(m_ui->addAction, &QAction::triggered, this, &SiteListWindow::addRequested);
     connect(m_ui->removeAction, &QAction::triggered, this, &SiteListWindow::removeRequested);
+    connect(m_ui->undoAction, &QAction::triggered, this, &SiteListWindow::undoRequested);
     connect(m_ui->openAction, &QAction::triggered, this, &SiteListWindow::openRequested);
     connect(m_ui->preferencesAction, &QAction::triggered, this, &SiteListWindow::preferencesRequested);
     connect(m_ui->productPageAction, &QAction::triggered, this, &SiteListWindow::productPageRequested);
@@ -68,6 +69,8 @@ void SiteListWindow::connectList()
     m_found.setDynamicSortFilter(false);
     m_ui->sitesTableView->setModel(&m_found);
     m_ui->sitesTableView->setItemDelegate(new SiteItemDelegate(m_ui->sitesTableView));
+    // In a text field the same keys edit the text.
+    m_ui->sitesTableView->addAction(m_ui->removeAction);
     m_ui->sitesTableView->installEventFilter(this);
     m_ui->searchField->installEventFilter(this);
     connect(m_ui->searchField, &QLineEdit::textChanged, this, &SiteListWindow::search);
@@ -174,6 +177,15 @@ bool SiteListWindow::handleKey(const QObject* watched, int key)
         return true;
     }
     return false;
+}
+
+void SiteListWindow::setUndo(const std::optional<QString>& removedName)
+{
+    // A single ampersand would mark a mnemonic.
+    QString name = removedName.value_or(QString());
+    name.replace(u'&', QStringLiteral("&&"));
+    m_ui->undoAction->setText(removedName ? tr("&Undo removal of “%1”").arg(name) : tr("&Undo"));
+    m_ui->undoAction->setEnabled(removedName.has_value());
 }
 
 void SiteListWindow::showSaveError(const QString& reason)

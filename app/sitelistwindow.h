@@ -8,6 +8,7 @@
 #include <QSortFilterProxyModel>
 
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class SiteListWindow;
@@ -40,6 +41,9 @@ public:
     /// Enables the check for updates; it is disabled while one is running.
     void setUpdateEnabled(bool enabled);
 
+    /// The name of the site that Undo puts back; none disables it.
+    void setUndo(const std::optional<QString>& removedName);
+
     /// Says below the list that it could not be saved; an empty text takes that back.
     void showSaveError(const QString& reason);
 
@@ -49,6 +53,7 @@ public:
 signals:
     void addRequested();
     void removeRequested();
+    void undoRequested();
     void openRequested();
     /// A chooser for the folder of one side.
     void folderRequested(SiteSide side);

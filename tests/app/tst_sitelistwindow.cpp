@@ -109,6 +109,16 @@ class tst_sitelistwindow final : public QObject
         QTest::mouseClick(find<QPushButton>(button, parent), Qt::LeftButton);
     }
 
+    void answerRemoval()
+    {
+        QTRY_VERIFY(find<QMessageBox>("removeSheet"));
+        auto* question = find<QMessageBox>("removeSheet");
+        QTest::mouseClick(question->buttons().first(), Qt::LeftButton);
+        QTRY_VERIFY(!find<QMessageBox>("removeSheet"));
+        window().activateWindow();
+        QTRY_VERIFY(window().isActiveWindow());
+    }
+
     void typeInto(QLineEdit* field, const QString& text)
     {
         field->setFocus();
@@ -303,14 +313,24 @@ private slots:
         QCOMPARE(m_delegate->sites().rowCount(), 101);
     }
 
-    void remove_selectsTheNextAndKeepsTheLast()
+    void remove_asksAndSelectsTheNextAndKeepsTheLast()
     {
         launchWith(numbered(3));
         window().select(1);
         click("removeButton");
+        auto* question = find<QMessageBox>("removeSheet");
+        QVERIFY(question);
+        QCOMPARE(question->text(), QStringLiteral("Remove “Site number 2” from the list? Its files stay."));
+        test::screenshot(*question, "sites-remove");
+        question->reject();
+        QTRY_VERIFY(!find<QMessageBox>("removeSheet"));
+        QCOMPARE(m_delegate->sites().rowCount(), 3);
+        click("removeButton");
+        answerRemoval();
         QCOMPARE(window().selectedRow(), 1);
         QCOMPARE(find<QLineEdit>("siteID")->text(), "Site number 3");
         QTest::keyClick(find<QListView>("sitesTableView"), Qt::Key_Delete);
+        answerRemoval();
         QCOMPARE(window().selectedRow(), 0);
         click("removeButton");
         QCOMPARE(m_delegate->sites().rowCount(), 1);
@@ -321,6 +341,52 @@ private slots:
         QCOMPARE(sheet->buttons().size(), 1);
         test::screenshot(*sheet, "sites-last");
         sheet->accept();
+    }
+
+    void removedSites_comeBackWhereTheyWere()
+    {
+        launchWith(numbered(3));
+        auto* undo = window().findChild<QAction*>(QStringLiteral("undoAction"));
+        QVERIFY(!undo->isEnabled());
+        const SiteList::Record second = m_delegate->sites().record(1);
+        for (const int row : {1, 1}) {
+            window().select(row);
+            find<QListView>("sitesTableView")->setFocus();
+            QTest::keyClick(find<QListView>("sitesTableView"), Qt::Key_Backspace, Qt::ControlModifier);
+            answerRemoval();
+        }
+        QCOMPARE(m_delegate->sites().rowCount(), 1);
+        QTest::keyClick(find<QListView>("sitesTableView"), Qt::Key_Z, Qt::ControlModifier);
+        QVERIFY(undo->isEnabled());
+        undo->trigger();
+        QVERIFY(!undo->isEnabled());
+        QCOMPARE(m_delegate->sites().records(), numbered(3));
+        QCOMPARE(m_delegate->sites().record(1), second);
+        QCOMPARE(window().selectedRow(), 1);
+        second->setSiteID(QStringLiteral("shared still"));
+        QTRY_COMPARE(storedRecords(), m_delegate->sites().records());
+    }
+
+    void keysInTextFields_editTheText_data()
+    {
+        QTest::addColumn<QByteArray>("field");
+        QTest::newRow("name") << QByteArray("siteID");
+        QTest::newRow("path") << QByteArray("path");
+        QTest::newRow("search") << QByteArray("searchField");
+    }
+    void keysInTextFields_editTheText()
+    {
+        QFETCH(QByteArray, field);
+        launchWith(numbered(2));
+        auto* edit = find<QLineEdit>(field.constData());
+        typeInto(edit, QStringLiteral("site two"));
+        QTest::keyClick(edit, Qt::Key_Backspace, Qt::ControlModifier);
+        QCOMPARE(edit->text(), QStringLiteral("site "));
+        edit->setCursorPosition(0);
+        QTest::keyClick(edit, Qt::Key_Delete);
+        QCOMPARE(edit->text(), QStringLiteral("ite "));
+        QVERIFY(!find<QMessageBox>("removeSheet"));
+        QCOMPARE(m_delegate->sites().rowCount(), 2);
     }
 
     void search_findsByNameOrServerAndOpensTheFirst()
