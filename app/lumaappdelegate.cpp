@@ -210,8 +210,11 @@ void LUMAAppDelegate::handleDoubleClick()
     const SiteList::Record record = sitesArrayController.record(window->selectedRow());
     if (!record)
         return;
+    // Sites without a server, which may be unfinished, have nothing in common.
     const QString server = record->destinationDict()->string(endpoint::server);
-    if (QWidget* open = WindowRegistry::instance().windowTitled(server)) {
+    const WindowRegistry& windows = WindowRegistry::instance();
+    if (QWidget* open =
+            server.isEmpty() ? windows.windowShowing(record.get()) : windows.windowTitled(server)) {
         WindowRegistry::bringToFront(open);
         return;
     }

@@ -32,7 +32,8 @@ public:
     struct Services
     {
         CommandRunner shell; ///< runs zsh
-        /// Shows a site's window, titled with the destination's server, and adds it to the WindowRegistry.
+        /// Shows a site's window, titled with the destination's server, and adds it with its record to the
+        /// WindowRegistry.
         std::function<void(const SiteList::Record& siteDict)> showSite;
         std::function<bool(const QUrl& url)> openUrl;
     };

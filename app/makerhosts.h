@@ -12,7 +12,4 @@ inline constexpr QLatin1StringView updateServer{"update.luma.example"};
 /// The environment variable for another update server, as host or host:port.
 inline constexpr const char* updateServerVariable = "LUMA_UPDATE_SERVER";
 
-/// The server of a new record until the user enters the real one.
-inline constexpr QLatin1StringView placeholderServer{"www.your-site.example"};
-
 } // namespace luma::maker

@@ -9,7 +9,7 @@
 
 namespace luma {
 
-/// The record that a new site starts from: a local source folder and a placeholder server.
+/// The record that a new site starts from: the user's home folder, here and on a server yet to be named.
 QVariantMap siteTemplate();
 
 /// A record of two local folders, for a site that is opened once and not kept in the list. Fails if a path is

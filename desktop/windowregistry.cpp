@@ -14,6 +14,8 @@ namespace luma {
 namespace {
 
 constexpr const char* listedMark = "luma_listedWindow";
+// The address of what a window shows.
+constexpr const char* subjectProperty = "luma_subject";
 
 QString entryText(const QWidget& window)
 {
@@ -36,8 +38,10 @@ WindowRegistry& WindowRegistry::instance()
     return *registry;
 }
 
-void WindowRegistry::add(QWidget* window)
+void WindowRegistry::add(QWidget* window, const QObject* subject)
 {
+    if (subject)
+        window->setProperty(subjectProperty, QVariant::fromValue(reinterpret_cast<quintptr>(subject)));
     m_windows.removeAll(QPointer<QWidget>());
     if (m_windows.contains(window))
         return;
@@ -67,6 +71,15 @@ QWidget* WindowRegistry::windowTitled(const QString& title) const
     const QList<QWidget*> all = windows();
     const auto found = std::find_if(all.begin(), all.end(),
                                     [&](const QWidget* window) { return window->windowTitle() == title; });
+    return found == all.end() ? nullptr : *found;
+}
+
+QWidget* WindowRegistry::windowShowing(const QObject* subject) const
+{
+    const QList<QWidget*> all = windows();
+    const auto found = std::find_if(all.begin(), all.end(), [subject](const QWidget* window) {
+        return window->property(subjectProperty).value<quintptr>() == reinterpret_cast<quintptr>(subject);
+    });
     return found == all.end() ? nullptr : *found;
 }
 

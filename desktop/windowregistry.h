@@ -22,13 +22,17 @@ public:
     /// The application's registry, created by the first call.
     static WindowRegistry& instance();
 
-    void add(QWidget* window);
+    /// `subject` is what the window shows, if only one window is to show it; it lives as long as the window.
+    void add(QWidget* window, const QObject* subject = nullptr);
     /// Adds the main window, which is listed first and stays listed while it is closed.
     void addHome(QWidget* window);
     [[nodiscard]] QList<QWidget*> windows() const;
 
     /// The first window whose title is exactly `title`, or null.
     [[nodiscard]] QWidget* windowTitled(const QString& title) const;
+
+    /// The window added with `subject`, or null.
+    [[nodiscard]] QWidget* windowShowing(const QObject* subject) const;
 
     /// Raises a window, restores it when minimized, and gives it the keyboard focus.
     static void bringToFront(QWidget* window);

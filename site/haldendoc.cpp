@@ -100,7 +100,7 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
     connect(m_record.get(), &SiteRecord::changed, this, &HaldenDoc::updateForRecord);
     updateForRecord();
     updateActions();
-    WindowRegistry::instance().add(this);
+    WindowRegistry::instance().add(this, m_record.get());
     WindowRegistry::instance().fill(m_ui->windowsMenu);
 }
 
@@ -188,7 +188,8 @@ void HaldenDoc::windowDidLoad()
 void HaldenDoc::updateForRecord()
 {
     const ObservedDictionary& destination = *m_record->destinationDict();
-    setWindowTitle(destination.string(endpoint::server));
+    const QString server = destination.string(endpoint::server);
+    setWindowTitle(server.isEmpty() ? m_record->siteID() : server);
     // A local folder needs no login.
     const bool isRemote = destination.string(endpoint::protocol) != endpoint::fileProtocol;
     m_ui->connectionLine->setVisible(isRemote);

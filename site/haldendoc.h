@@ -23,7 +23,8 @@ class ProgressPanel;
 class SyncPanel;
 
 /// The window of one open site: its two panes, the connection line, and the panels of its long jobs. It
-/// shares its record with the site list, which finds the window by its title, the destination's server.
+/// shares its record with the site list, which finds the window by its title, the destination's server, or by
+/// its record if that names none; the title is then the site's name.
 /// Transfers go through rsync once the connection check has found that login by key works. Main thread only;
 /// closing the window at any time drops its jobs.
 class HaldenDoc final : public QMainWindow, public PaneHost

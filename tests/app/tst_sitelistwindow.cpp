@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/lumaappdelegate.h"
-#include "app/makerhosts.h"
 #include "app/sitearchive.h"
 #include "app/sitelistwindow.h"
 #include "app/sitetemplate.h"
@@ -143,10 +142,12 @@ private slots:
         launch();
         QCOMPARE(m_delegate->sites().records(), QList<QVariantMap>{siteTemplate()});
         QCOMPARE(window().selectedRow(), 0);
-        QCOMPARE(find<QLineEdit>("siteID")->text(), siteTemplate().value("siteID").toString());
-        QCOMPARE(find<QLineEdit>("server", "destinationDict")->text(), QString(maker::placeholderServer));
-        QCOMPARE(m_commands.first(), "ps aux | grep -v grep | grep LUMAWatcher | "
-                                     "awk '{print $2}' | xargs kill");
+        QCOMPARE(find<QLineEdit>("siteID")->text(),
+                 siteTemplate().value(QStringLiteral("siteID")).toString());
+        QCOMPARE(find<QLineEdit>("server", "destinationDict")->text(), QString());
+        QCOMPARE(find<QLineEdit>("path", "sourceDict")->text(), QDir::homePath());
+        QCOMPARE(m_commands.first(), QStringLiteral("ps aux | grep -v grep | grep LUMAWatcher | "
+                                                    "awk '{print $2}' | xargs kill"));
         test::screenshot(window(), "sites-1");
     }
 
@@ -244,9 +245,9 @@ private slots:
         QCOMPARE(m_commands.size(), 2);
         launch();
         const SiteList::Record record = m_delegate->sites().record(0);
-        QCOMPARE(record->siteID(), "Café");
-        QCOMPARE(record->destinationDict()->value(endpoint::password), QVariant("p'w\"%"));
-        QCOMPARE(record->destinationDict()->value(endpoint::protocol), QVariant("sftp://"));
+        QCOMPARE(record->siteID(), QStringLiteral("Café"));
+        QCOMPARE(record->destinationDict()->value(endpoint::password), QVariant(QStringLiteral("p'w\"%")));
+        QCOMPARE(record->destinationDict()->value(endpoint::protocol), QVariant(QStringLiteral("dav://")));
         QCOMPARE(record->sourceDict()->value(endpoint::autoconnect), QVariant(qlonglong{0}));
     }
 
@@ -288,7 +289,8 @@ private slots:
         QCOMPARE(m_delegate->sites().index(0).data().toString(), QString());
         test::screenshot(window(), "sites-odd");
         window().select(1);
-        QCOMPARE(find<QComboBox>("protocol", "destinationDict")->currentData(), QVariant("smb://"));
+        QCOMPARE(find<QComboBox>("protocol", "destinationDict")->currentData(),
+                 QVariant(QStringLiteral("sftp://")));
         window().select(0);
         click("openButton");
         QCOMPARE(m_shown.size(), 1);
@@ -464,6 +466,23 @@ private slots:
         other.close();
         click("openButton");
         QCOMPARE(m_shown.size(), 1);
+    }
+
+    void unfinishedSites_haveAWindowEach()
+    {
+        launchWith({siteTemplate(), siteTemplate()});
+        QWidget first;
+        window().select(0);
+        click("openButton");
+        WindowRegistry::instance().add(&first, m_delegate->sites().record(0).get());
+        window().select(1);
+        click("openButton");
+        QCOMPARE(m_shown.size(), 2);
+        QVERIFY(m_shown[0] != m_shown[1]);
+        window().select(0);
+        click("openButton");
+        QCOMPARE(m_shown.size(), 2);
+        QTRY_VERIFY(first.isActiveWindow());
     }
 
     void getPath_writesTheChosenFolderIntoItsEndpoint()
