@@ -13,6 +13,7 @@
 
 #include <QCoreApplication>
 #include <QDesktopServices>
+#include <QKeyEvent>
 #include <QUrl>
 
 #include <cstdio>
@@ -52,6 +53,7 @@ Program::Program(const QString& preferencesFile, CommandRunner shell)
       m_delegate(m_preferences, services())
 {
     connect(qApp, &QCoreApplication::aboutToQuit, this, &Program::terminate);
+    qApp->installEventFilter(this);
     m_delegate.applicationWillFinishLaunching();
     m_delegate.applicationDidFinishLaunching();
 }
@@ -106,6 +108,16 @@ void Program::openFile(const std::filesystem::path& file, const std::filesystem:
 {
     if (const auto opened = m_documents.open(file, siteFolder); !opened)
         (void)std::fprintf(stderr, "luma: %s\n", opened.error().text.c_str());
+}
+
+// A key that a window's own action takes does not arrive as a key press.
+bool Program::eventFilter(QObject* watched, QEvent* event)
+{
+    if (event->type() != QEvent::KeyPress || !watched->isWidgetType() ||
+        !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Close))
+        return false;
+    static_cast<QWidget*>(watched)->window()->close();
+    return true;
 }
 
 void Program::terminate()

@@ -32,6 +32,10 @@ public:
     /// later calls do nothing.
     void terminate();
 
+protected:
+    /// Control+W closes panels, sheets and dialogs too, which have no such action.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
     Result<void> openFolders(const CommandLine& line);
     /// Shows a new window for the site.

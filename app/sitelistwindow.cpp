@@ -51,6 +51,7 @@ void SiteListWindow::connectActions()
     connect(m_ui->productPageAction, &QAction::triggered, this, &SiteListWindow::productPageRequested);
     connect(m_ui->updateAction, &QAction::triggered, this, &SiteListWindow::updateRequested);
     connect(m_ui->aboutAction, &QAction::triggered, this, &SiteListWindow::aboutRequested);
+    connect(m_ui->closeAction, &QAction::triggered, this, &QWidget::close);
     connect(m_ui->quitAction, &QAction::triggered, this, &SiteListWindow::quitRequested);
     connect(m_ui->sourcePathAction, &QAction::triggered, this,
             [this] { emit folderRequested(SiteSide::Source); });

@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/program.h"
-#include "app/sitelistwindow.h"
 #include "desktop/singleinstance.h"
-#include "desktop/windowregistry.h"
-#include "site/haldendoc.h"
 #include "tests/support/registry.h"
 
 #include <QDir>
+#include <QFile>
 #include <QProcess>
 #include <QTemporaryDir>
 #include <QTest>
@@ -114,31 +111,6 @@ private slots:
             QVERIFY(start);
             QVERIFY(*start == SingleInstance::Start::First);
         }
-    }
-
-    void sameFoldersAgain_bringTheirWindowForward()
-    {
-        Program program(m_folder.filePath(QStringLiteral("luma.conf")),
-                        [](const std::vector<std::string>&) { return std::string(); });
-        const CommandLine folders =
-            readCommandLine({at("source").toStdString(), at("destination").toStdString()});
-        const auto sites = [] {
-            const QList<QWidget*> windows = WindowRegistry::instance().windows();
-            return std::count_if(windows.begin(), windows.end(),
-                                 [](QWidget* window) { return qobject_cast<HaldenDoc*>(window); });
-        };
-        QVERIFY(program.launch(folders));
-        QVERIFY(program.launch(folders));
-        QCOMPARE(sites(), 1);
-        QVERIFY(program.launch(readCommandLine({at("source").toStdString(), m_folder.path().toStdString()})));
-        QCOMPARE(sites(), 2);
-        QVERIFY(program.launch({}));
-        QTRY_VERIFY(program.delegate().siteListWindow().isActiveWindow());
-        CommandLine gone;
-        gone.request = CommandLine::Request::Unusable;
-        gone.message = "gone: no such page";
-        QVERIFY(!program.launch(gone));
-        QApplication::closeAllWindows();
     }
 };
 
