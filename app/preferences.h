@@ -17,6 +17,7 @@ public:
     static constexpr QLatin1StringView sitesArrayData{"sitesArrayData"};
     static constexpr QLatin1StringView siteTemplate{"siteTemplate"};
     static constexpr QLatin1StringView excludedFolders{"ExcludedFolders"};
+    static constexpr QLatin1StringView tidiesPages{"TidyPagesWhenSaved"}; // false until the user wants it
 
     /// Before anything is written, `file` gets mode 0600; a new folder for it gets mode 0700.
     explicit Preferences(const QString& file, QVariantMap initialValues = {});

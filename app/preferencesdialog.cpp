@@ -10,6 +10,7 @@ PreferencesDialog::PreferencesDialog(Preferences& preferences, QWidget* parent)
     : QDialog(parent), m_preferences(preferences), m_ui(std::make_unique<Ui::PreferencesDialog>())
 {
     m_ui->setupUi(this);
+    m_ui->tidiesPages->setChecked(preferences.value(Preferences::tidiesPages).toBool());
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->excludedFolders->setText(preferences.excludedFolderNames());
@@ -22,6 +23,7 @@ PreferencesDialog::~PreferencesDialog() = default;
 void PreferencesDialog::accept()
 {
     m_preferences.setValue(Preferences::excludedFolders, m_ui->excludedFolders->text());
+    m_preferences.setValue(Preferences::tidiesPages, m_ui->tidiesPages->isChecked());
     // A failure is reported at quit, when the list is saved to the same file.
     (void)m_preferences.save();
     QDialog::accept();

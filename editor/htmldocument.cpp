@@ -165,6 +165,29 @@ void HTMLDocument::revertDocumentToSaved()
     });
 }
 
+void HTMLDocument::tidySource()
+{
+    m_viewController->whenCaughtUp(this, [this] {
+        if (tidy())
+            updateWindow();
+    });
+}
+
+bool HTMLDocument::tidy()
+{
+    const int before = m_stack.index();
+    {
+        const auto quiet = m_selection->quietly();
+        if (const auto tidied = m_store.tidy(); !tidied) {
+            tell(tr("The page could not be tidied. %1").arg(QString::fromStdString(tidied.error().text)));
+            return false;
+        }
+    }
+    if (m_stack.index() != before)
+        refreshAfterRedo();
+    return true;
+}
+
 void HTMLDocument::printDocument() const
 {
     (void)readFile(docURL());
@@ -313,6 +336,8 @@ void HTMLDocument::openOutlineMenu(const QPoint& where)
 
 bool HTMLDocument::writeToURL(const fs::path& url)
 {
+    if (m_store.tidiesWhenSaving() && !tidy())
+        return false;
     const fs::path before = docURL();
     const bool hadFile = m_store.hasFile();
     if (const auto saved = m_store.save(url); !saved) {

@@ -54,6 +54,11 @@ public:
     /// Reads and shows the page. If that fails, the window shows the reason.
     void windowDidLoad();
 
+    /// Prints the page's source anew, as one edit that can be undone.
+    void tidySource();
+    /// Whether the user wants each page tidied when it is saved; asked before each save.
+    void setTidyChoice(PageStore::TidyChoice choice) { m_store.setTidyChoice(std::move(choice)); }
+
     /// Reads the page from its file again, as a single edit that can be undone.
     void revertDocumentToSaved();
     /// Rebuilds the rendering, reading style sheets and images from disk again.
@@ -127,6 +132,7 @@ private:
     void openOutlineMenu(const QPoint& where);
     void refreshAfterRedo();
     void saveEverything();
+    bool tidy();
 
     enum class Offer { Nothing, Reload };
     /// Shows the text in the bar at the top until it is dismissed or the page is read or saved.

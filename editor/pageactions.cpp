@@ -79,6 +79,7 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.deleteTagAction, CanDelete, [&edits] { edits.deleteTag(); }},
         {ui.pageTitleAction, HasPage, [&page] { page.editTitle(); }},
         {ui.reloadAction, HasPage, [&page] { page.reload(); }, "reload"},
+        {ui.tidySourceAction, HasPage, [&page] { page.tidySource(); }},
         {ui.showSourceAction, HasPage, [&view] { view.showSource(); }, "script"},
         {ui.scriptConsoleAction, Always, [&view] { view.showScriptConsole(); }},
         {ui.inspectElementAction, HasPage, [&view] { view.inspectElement(); }},

@@ -4,6 +4,7 @@
 #include "base/utf8.h"
 #include "html/pagesource.h"
 #include "html/parse.h"
+#include "html/prettyprinter.h"
 #include "html/treecomparison.h"
 
 #include <QStringDecoder>
@@ -113,7 +114,7 @@ std::string joinedText(const std::vector<WrittenPiece>& pieces)
 
 Result<std::unique_ptr<Document>> PageCodec::read(std::string_view bytes, MarkupLanguage language)
 {
-    return readAs(bytes, encodingOf(bytes, language).encoding);
+    return readAs(bytes, luma::encodingOf(bytes, language).encoding);
 }
 
 Result<std::unique_ptr<Document>> PageCodec::readAs(std::string_view bytes, const Encoding& encoding)
@@ -155,18 +156,29 @@ std::string PageCodec::join(const std::vector<WrittenPiece>& pieces, const Encod
     return bytes;
 }
 
+Encoding PageCodec::encodingOf(const Document& document) const
+{
+    const std::shared_ptr<const PageSource>& source = document.origin().source;
+    const Bytes* const known = source ? bytesOf(source) : nullptr;
+    return known ? known->encoding : Encoding();
+}
+
+Result<std::unique_ptr<Document>> PageCodec::printed(const Document& document)
+{
+    const Encoding encoding = encodingOf(document);
+    return readAs(encodedPiece(prettyPrint(document), encoding), encoding);
+}
+
 Result<PageCodec::Written> PageCodec::write(const Document& document, MarkupLanguage language)
 {
     auto page = writePage(document);
     if (!page)
         return page.error();
-    const std::shared_ptr<const PageSource>& source = document.origin().source;
-    const Bytes* const known = source ? bytesOf(source) : nullptr;
     Written written;
     written.way = page->way;
-    Encoding encoding = known ? known->encoding : Encoding();
+    Encoding encoding = encodingOf(document);
     written.bytes = join(page->pieces, encoding);
-    if (const Encoding declared = encodingOf(written.bytes, language).encoding; declared != encoding) {
+    if (const Encoding declared = luma::encodingOf(written.bytes, language).encoding; declared != encoding) {
         encoding = declared;
         written.bytes = join(page->pieces, encoding);
     }

@@ -33,6 +33,10 @@ public:
     /// (in a script, a style sheet, a comment), or what writePage() says. The tree is not changed.
     Result<Written> write(const Document& document, MarkupLanguage language);
 
+    /// The page printed anew (prettyPrint()) and read again in its encoding: a new tree with a new source. Fails as
+    /// parse() does.
+    Result<std::unique_ptr<Document>> printed(const Document& document);
+
 private:
     /// The file's bytes of a source that they don't equal.
     struct Bytes
@@ -43,6 +47,7 @@ private:
         std::vector<std::uint32_t> places; // in `bytes`, of each byte of the source's text and of its end
     };
 
+    [[nodiscard]] Encoding encodingOf(const Document& document) const;
     [[nodiscard]] const Bytes* bytesOf(const std::shared_ptr<const PageSource>& source) const;
     [[nodiscard]] std::string join(const std::vector<WrittenPiece>& pieces, const Encoding& encoding) const;
     Result<std::unique_ptr<Document>> readAs(std::string_view bytes, const Encoding& encoding);

@@ -133,6 +133,33 @@ private:
     qint64 m_made;
 };
 
+/// All that is in the document, and where it came from, changes places with another page's.
+class ReplaceCommand final : public QUndoCommand
+{
+public:
+    ReplaceCommand(PageTree& tree, std::unique_ptr<html::Document> page, const QString& name)
+        : QUndoCommand(name), m_tree(tree), m_other(std::move(page))
+    {
+        m_other->swapChildren(m_nodes);
+    }
+    void redo() override { exchange(); }
+    void undo() override { exchange(); }
+
+private:
+    void exchange()
+    {
+        html::Document& document = *m_tree.document();
+        const html::Origin origin = document.origin();
+        document.setOrigin(m_other->origin());
+        m_other->setOrigin(origin);
+        m_tree.exchange(document, nullptr, nullptr, m_nodes);
+    }
+
+    PageTree& m_tree;
+    std::unique_ptr<html::Document> m_other; // without its nodes
+    html::NodeList m_nodes;
+};
+
 QString tr(const char* text)
 {
     return QObject::tr(text);
@@ -208,6 +235,11 @@ bool PageCommands::setInnerMarkup(html::Element& element, const QString& markup,
         return false;
     apply(differenceTo(element, other), name, Merging::Separate);
     return true;
+}
+
+void PageCommands::replacePage(std::unique_ptr<html::Document> page, const QString& name)
+{
+    m_stack.push(new ReplaceCommand(m_tree, std::move(page), name));
 }
 
 void PageCommands::apply(MarkupDifference difference, const QString& name, Merging merging)

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "html/document.h"
 #include "html/element.h"
 #include "page/markupdifference.h"
 
@@ -32,6 +33,8 @@ public:
     /// Exchanges the element's contents; in a style sheet or script the markup is the text as it stands.
     /// False when the markup can't be parsed.
     bool setInnerMarkup(html::Element& element, const QString& markup, const QString& name);
+    /// Exchanges the whole page, with its source.
+    void replacePage(std::unique_ptr<html::Document> page, const QString& name);
     /// Makes the page what a parsed other one is. Steps of typing of one name that follow each other within a
     /// moment become one, a word at a time, as typing comes in pieces.
     enum class Merging { Separate, WithTheLast };

@@ -4,6 +4,7 @@
 #include "html/pagelanguage.h"
 #include "html/pagesource.h"
 #include "html/pagewriter.h"
+#include "html/prettyprinter.h"
 #include "links/linkmapping.h"
 #include "page/lostelements.h"
 #include "page/pagecommands.h"
@@ -99,16 +100,32 @@ std::string PageStore::markup() const
     return m_tree.document() ? html::patchedPage(*m_tree.document()) : std::string();
 }
 
+Result<void> PageStore::tidy()
+{
+    if (!m_tree.document() || html::patchedPage(*m_tree.document()) == html::prettyPrint(*m_tree.document()))
+        return {};
+    auto printed = m_codec.printed(*m_tree.document());
+    if (!printed)
+        return printed.error();
+    PageCommands(m_tree, m_stack).replacePage(*std::move(printed), QObject::tr("Tidy Page Source"));
+    return {};
+}
+
 PageStore::Loss PageStore::lossOfSaving()
 {
     Loss loss;
     if (!m_tree.document() || (!m_isWellFormed && m_lostElements.empty()))
         return loss;
-    const auto page = m_codec.write(*m_tree.document(), m_language);
-    if (!page)
+    std::string bytes;
+    if (tidiesWhenSaving()) {
+        bytes = html::prettyPrint(*m_tree.document());
+    } else if (auto page = m_codec.write(*m_tree.document(), m_language)) {
+        bytes = std::move(page->bytes);
+    } else {
         return loss; // saving will say why
-    loss.isXml = m_isWellFormed && !html::isWellFormedXml(page->bytes);
-    const std::vector<std::string> kept = lostElements(page->bytes);
+    }
+    loss.isXml = m_isWellFormed && !html::isWellFormedXml(bytes);
+    const std::vector<std::string> kept = lostElements(bytes);
     for (const std::string& name : m_lostElements) {
         if (std::find(kept.begin(), kept.end(), name) == kept.end())
             loss.elements.push_back(name);

@@ -8,7 +8,9 @@
 #include <QString>
 
 #include <filesystem>
+#include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 class QUndoStack;
@@ -43,6 +45,14 @@ public:
     /// in the tree too, so that they lead to the same files. On an error neither the tree nor a file has changed.
     Result<void> save(const std::filesystem::path& path);
 
+    /// Prints the page's source anew (html::prettyPrint), as a step on the undo stack; none when it is printed so already.
+    /// The error is a sentence for the user.
+    Result<void> tidy();
+    /// Whether the user wants each page tidied when it is saved; asked before each save.
+    using TidyChoice = std::function<bool()>;
+    void setTidyChoice(TidyChoice choice) { m_tidyChoice = std::move(choice); }
+    [[nodiscard]] bool tidiesWhenSaving() const { return m_tidyChoice && m_tidyChoice(); }
+
     /// Whether the page's file is XHTML.
     [[nodiscard]] bool isXhtml() const { return m_isXhtml; }
     /// What saving now would cost: whether XML that can be read becomes HTML, and the names of the elements in the file
@@ -62,6 +72,7 @@ private:
     QUndoStack& m_stack;
     PageFile m_file;
     html::PageCodec m_codec;
+    TidyChoice m_tidyChoice;
     MarkupLanguage m_language = MarkupLanguage::Html;
     std::filesystem::path m_docURL;
     bool m_hasFile = false;

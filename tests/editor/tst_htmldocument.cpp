@@ -218,6 +218,32 @@ private slots:
         QTRY_COMPARE(file("page.html"), std::string("<title>T</title><p>one</p>"));
     }
 
+    void tidySource_printsThePageAsOneStep()
+    {
+        const std::string page = "<TITLE>T</TITLE><section><P>one</section>";
+        const std::string tidied = "<html>\n <head>\n  <title>T</title>\n </head>\n <body>\n  <section>\n   "
+                                   "<p>one</p>\n  </section>\n </body>\n</html>\n";
+        open(page);
+        click("<section>");
+        trigger("tidySourceAction");
+        QCOMPARE(window->undoStack()->undoText(), QStringLiteral("Tidy Page Source"));
+        trigger("saveAction");
+        QTRY_COMPARE(file("page.html"), tidied);
+        QVERIFY(row("<p> one").isValid());
+        trigger("undoAction");
+        trigger("saveAction");
+        QTRY_COMPARE(file("page.html"), page);
+        window->setTidyChoice([] { return true; });
+        trigger("saveAction");
+        QTRY_COMPARE(file("page.html"), tidied);
+        QTRY_VERIFY(isShown());
+        typeInto("p", " two");
+        QTRY_VERIFY(row("<p> one two").isValid());
+        trigger("saveAction");
+        QTRY_COMPARE(QByteArray::fromStdString(file("page.html")),
+                     QByteArray::fromStdString(tidied).replace("one", "one two"));
+    }
+
     void badPage_isToldInTheWindow()
     {
         put("page.html", std::string_view("\x89PNG\0", 5));
@@ -267,7 +293,7 @@ private slots:
         row("page", "page.html", whileFresh);
         row("new page", QString(), whileFresh + "revert");
         row("no page", "damaged.html",
-            whileFresh + "save saveAs pageTitle reload showSource "
+            whileFresh + "save saveAs pageTitle reload tidySource showSource "
                          "inspectElement bold italic underline "
                          "makeLink editLink removeLink insertImage");
     }
@@ -288,7 +314,7 @@ private slots:
             if (!action->isEnabled())
                 found.append(action->objectName().chopped(6));
         }
-        QCOMPARE(count, 28);
+        QCOMPARE(count, 29);
         QStringList expected = off.split(u' ', Qt::SkipEmptyParts);
         found.sort();
         expected.sort();

@@ -355,6 +355,38 @@ private slots:
         QCOMPARE(*readFile(at("page.html")), page);
     }
 
+    void tidy_isOneStep_data()
+    {
+        QTest::addColumn<QByteArray>("page");
+        QTest::addColumn<QByteArray>("tidied");
+        QTest::newRow("UTF-8") << QByteArray("<!doctype html><TITLE>A</TITLE>\r\n<P>x")
+                               << QByteArray(
+                                      "<!doctype html>\n<html>\n <head>\n  <title>A</title>\n </head>\n"
+                                      " <body>\n  <p>x</p>\n </body>\n</html>\n");
+        QTest::newRow("windows-1252")
+            << QByteArray("<P>\xE9")
+            << QByteArray("<html>\n <head>\n </head>\n <body>\n  <p>\xE9</p>\n </body>\n"
+                          "</html>\n");
+    }
+    void tidy_isOneStep()
+    {
+        QFETCH(QByteArray, page);
+        QFETCH(QByteArray, tidied);
+        put("page.html", page.toStdString());
+        QVERIFY(open("page.html"));
+        QVERIFY(store->tidy());
+        QVERIFY(store->tidy()); // nothing is left to do
+        QCOMPARE(stack->count(), 1);
+        for (int i = 0; i < 2; ++i) {
+            QVERIFY(store->save(at("page.html")));
+            QCOMPARE(QByteArray::fromStdString(*readFile(at("page.html"))), tidied);
+            stack->undo();
+            QVERIFY(store->save(at("page.html")));
+            QCOMPARE(QByteArray::fromStdString(*readFile(at("page.html"))), page);
+            stack->redo();
+        }
+    }
+
     void saveOfATreeThatNoMarkupGives_writesTheNearest()
     {
         put("page.html", "<p>x</p><hr>");
