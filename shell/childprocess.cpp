@@ -29,6 +29,8 @@ constexpr int firstFreeDescriptor = 3;
 constexpr std::chrono::seconds patience(2);
 // How often to look for a child's exit if the kernel gives no descriptor for it.
 constexpr int exitPollMilliseconds = 20;
+// How often to ask whether the child is still wanted.
+constexpr int wantedPollMilliseconds = 100;
 
 // Readable after terminateRunningChildren(). Never closed, because other threads may poll it until the process
 // ends.
@@ -146,7 +148,8 @@ void setAttributes(posix_spawnattr_t& attributes)
 
 } // namespace
 
-ChildProcess::ChildProcess(const ChildCommand& command) : m_input(command.input.value_or(std::string_view()))
+ChildProcess::ChildProcess(const ChildCommand& command)
+    : m_input(command.input.value_or(std::string_view())), m_stillWanted(command.stillWanted)
 {
     if (!isTerminating())
         start(command);
@@ -176,29 +179,33 @@ void ChildProcess::start(const ChildCommand& command)
 {
     FileDescriptor childInput;
     FileDescriptor childOutput;
-    if (!openPipe(m_output, childOutput) || (command.input && !openPipe(childInput, m_inputEnd)))
+    FileDescriptor childErrors;
+    const bool collectsBoth = command.collected == Collected::Both;
+    if (!openPipe(m_collected.end, childOutput) || (collectsBoth && !openPipe(m_errors.end, childErrors)) ||
+        (command.input && !openPipe(childInput, m_inputEnd)))
         return;
-    setNonBlocking(m_output.get());
-    if (m_inputEnd)
-        setNonBlocking(m_inputEnd.get());
-    spawn(command, childInput.get(), childOutput.get());
+    for (const FileDescriptor* const end : {&m_collected.end, &m_errors.end, &m_inputEnd}) {
+        if (*end)
+            setNonBlocking(end->get());
+    }
+    const bool collectsErrors = command.collected == Collected::StandardError;
+    spawn(command, {childInput.get(), collectsErrors ? -1 : childOutput.get(),
+                    collectsErrors ? childOutput.get() : childErrors.get()});
     if (m_input.empty())
         m_inputEnd.reset();
     if (m_pid > 0)
         m_exit.reset(static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0)));
 }
 
-void ChildProcess::spawn(const ChildCommand& command, int inputEnd, int collectedEnd)
+void ChildProcess::spawn(const ChildCommand& command, const std::array<int, 3>& ends)
 {
     std::vector<std::string> words = {command.executable};
     words.insert(words.end(), command.arguments.begin(), command.arguments.end());
     std::vector<std::string> environment = childEnvironment();
-    const bool collectsOutput = command.collected == Collected::StandardOutput;
 
     posix_spawn_file_actions_t actions = {};
     ::posix_spawn_file_actions_init(&actions);
-    addDescriptors(actions,
-                   {inputEnd, collectsOutput ? collectedEnd : -1, collectsOutput ? -1 : collectedEnd});
+    addDescriptors(actions, ends);
     if (!command.workingFolder.empty())
         ::posix_spawn_file_actions_addchdir_np(&actions, command.workingFolder.c_str());
     posix_spawnattr_t attributes = {};
@@ -217,17 +224,22 @@ bool ChildProcess::waitForNextEvent(Awaited awaited)
 {
     const bool isEnding = m_ending != Ending::NotAsked;
     const bool looksForExit = awaited == Awaited::Exit || isEnding;
-    std::array<pollfd, 4> events = {{{m_output.get(), POLLIN, 0},
+    std::array<pollfd, 5> events = {{{m_collected.end.get(), POLLIN, 0},
                                      {m_inputEnd.get(), POLLOUT, 0},
                                      {looksForExit ? m_exit.get() : -1, POLLIN, 0},
-                                     {isEnding ? -1 : terminationEvent(), POLLIN, 0}}};
+                                     {isEnding ? -1 : terminationEvent(), POLLIN, 0},
+                                     {m_errors.end.get(), POLLIN, 0}}};
     if (::poll(events.data(), events.size(), timeoutFor(awaited)) < 0)
         return errno == EINTR;
     if (events[0].revents != 0)
-        readCollected(SIZE_MAX);
+        m_collected.read(SIZE_MAX);
+    if (events[4].revents != 0)
+        m_errors.read(SIZE_MAX);
     if (events[1].revents != 0)
         writeInput();
-    if (events[3].revents != 0 || (isEnding && std::chrono::steady_clock::now() >= m_patienceEnds))
+    const bool isUnwanted = !isEnding && !isWanted(m_stillWanted);
+    if (isUnwanted || events[3].revents != 0 ||
+        (isEnding && std::chrono::steady_clock::now() >= m_patienceEnds))
         endHarder();
     return m_ending != Ending::GivenUp;
 }
@@ -238,32 +250,32 @@ int ChildProcess::timeoutFor(Awaited awaited) const
     if (!m_exit && (isEnding || awaited == Awaited::Exit))
         return exitPollMilliseconds;
     if (!isEnding)
-        return -1;
+        return m_stillWanted ? wantedPollMilliseconds : -1;
     const auto left =
         std::chrono::ceil<std::chrono::milliseconds>(m_patienceEnds - std::chrono::steady_clock::now());
     return std::max(0, static_cast<int>(left.count()));
 }
 
 // One read at a time, so that an endless stream cannot hold up other events.
-void ChildProcess::readCollected(std::size_t atMost)
+void ChildProcess::Stream::read(std::size_t atMost)
 {
     std::array<char, 65536> buffer;
-    const ssize_t count = ::read(m_output.get(), buffer.data(), std::min(atMost, buffer.size()));
+    const ssize_t count = ::read(end.get(), buffer.data(), std::min(atMost, buffer.size()));
     if (count > 0)
-        m_collected.append(buffer.data(), static_cast<std::size_t>(count));
+        text.append(buffer.data(), static_cast<std::size_t>(count));
     else if (count == 0 || (errno != EAGAIN && errno != EINTR))
-        m_output.reset();
+        end.reset();
 }
 
 // All that the child wrote is in the pipe by now; any more would come from processes it left behind.
-void ChildProcess::takeRestOfOutput()
+void ChildProcess::Stream::readRest()
 {
     int rest = 0;
-    if (!m_output || ::ioctl(m_output.get(), FIONREAD, &rest) != 0)
+    if (!end || ::ioctl(end.get(), FIONREAD, &rest) != 0)
         return;
-    const std::size_t whole = m_collected.size() + static_cast<std::size_t>(rest);
-    while (m_output && m_collected.size() < whole)
-        readCollected(whole - m_collected.size());
+    const std::size_t whole = text.size() + static_cast<std::size_t>(rest);
+    while (end && text.size() < whole)
+        read(whole - text.size());
 }
 
 void ChildProcess::writeInput()
@@ -327,12 +339,12 @@ bool ChildProcess::waitForEndOfOutput()
 {
     if (m_pid < 0)
         return false;
-    while (m_output && !(m_ending != Ending::NotAsked && hasExited())) {
+    while (m_collected.end && !(m_ending != Ending::NotAsked && hasExited())) {
         if (!waitForNextEvent(Awaited::EndOfOutput))
             break;
     }
     leave();
-    return !m_output && m_ending == Ending::NotAsked;
+    return !m_collected.end && m_ending == Ending::NotAsked;
 }
 
 std::optional<int> ChildProcess::waitForExit()
@@ -343,7 +355,8 @@ std::optional<int> ChildProcess::waitForExit()
         if (!waitForNextEvent(Awaited::Exit))
             return std::nullopt;
     }
-    takeRestOfOutput();
+    m_collected.readRest();
+    m_errors.readRest();
     const std::optional<int> status = reap();
     return m_ending == Ending::NotAsked ? status : std::nullopt;
 }

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "base/filedescriptor.h"
+#include "base/stillwanted.h"
 
 #include <sys/types.h>
 
+#include <array>
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
@@ -16,8 +18,8 @@
 
 namespace luma {
 
-/// Which of the child's two output streams is collected; the other one is inherited.
-enum class Collected { StandardOutput, StandardError };
+/// Which of the child's two output streams are collected; one that is not is inherited.
+enum class Collected { StandardOutput, StandardError, Both };
 
 /// What to start, and how. Strings are bytes.
 struct ChildCommand
@@ -27,6 +29,7 @@ struct ChildCommand
     std::filesystem::path workingFolder; ///< empty: ours
     Collected collected = Collected::StandardOutput;
     std::optional<std::string_view> input; ///< for standard input, through a pipe; none: ours is inherited
+    StillWanted stillWanted = {}; ///< asked several times a second; "no" ends the child's process group
 };
 
 /// One child process and our ends of its pipes. The child leads a new session, so its process group can be
@@ -50,20 +53,29 @@ public:
     /// or was terminated. Does not wait for processes it left behind with the stream open.
     std::optional<int> waitForExit();
 
-    /// What the child has written since the last call.
-    [[nodiscard]] std::string takeCollected() { return std::exchange(m_collected, {}); }
+    /// What the child has written since the last call; of both streams, to standard output.
+    [[nodiscard]] std::string takeCollected() { return std::exchange(m_collected.text, {}); }
+    /// What it has written to standard error, if both streams are collected.
+    [[nodiscard]] std::string takeErrors() { return std::exchange(m_errors.text, {}); }
 
 private:
     enum class Ending { NotAsked, Terminated, Killed, GivenUp };
     enum class Awaited { EndOfOutput, Exit };
 
+    struct Stream
+    {
+        FileDescriptor end;
+        std::string text;
+
+        void read(std::size_t atMost);
+        void readRest();
+    };
+
     static bool openPipe(FileDescriptor& readEnd, FileDescriptor& writeEnd);
     void start(const ChildCommand& command);
-    void spawn(const ChildCommand& command, int inputEnd, int collectedEnd);
+    void spawn(const ChildCommand& command, const std::array<int, 3>& ends);
     bool waitForNextEvent(Awaited awaited);
     [[nodiscard]] int timeoutFor(Awaited awaited) const;
-    void readCollected(std::size_t atMost);
-    void takeRestOfOutput();
     void writeInput();
     void endHarder();
     [[nodiscard]] bool hasExited() const;
@@ -72,10 +84,11 @@ private:
 
     pid_t m_pid = -1; // until reaped or left
     FileDescriptor m_exit;
-    FileDescriptor m_output;
+    Stream m_collected;
+    Stream m_errors;
     FileDescriptor m_inputEnd;
     std::string_view m_input;
-    std::string m_collected;
+    StillWanted m_stillWanted;
     Ending m_ending = Ending::NotAsked;
     std::chrono::steady_clock::time_point m_patienceEnds;
 };
