@@ -47,6 +47,12 @@ void TickList::setPlaceholder(const QString& text)
     m_ui->placeholder->setText(text);
 }
 
+void TickList::setNote(const QString& note)
+{
+    m_note = note;
+    updateForTicks();
+}
+
 void TickList::setTickingEnabled(bool on)
 {
     m_ui->table->setEnabled(on);
@@ -65,10 +71,13 @@ void TickList::updateForTicks()
     m_ui->all->setCheckState(m_model->tickState());
     m_ui->all->setEnabled(all > 0 && m_ui->table->isEnabled());
     const QLocale locale;
-    m_ui->count->setText(
-        all == 0
-            ? QString()
-            : tr("%1 of %2 selected").arg(locale.toString(m_model->tickedCount()), locale.toString(all)));
+    QStringList texts;
+    if (all > 0)
+        texts.append(
+            tr("%1 of %2 selected").arg(locale.toString(m_model->tickedCount()), locale.toString(all)));
+    if (!m_note.isEmpty())
+        texts.append(m_note);
+    m_ui->count->setText(texts.join(QStringLiteral(", ")));
     m_ui->stack->setCurrentWidget(all > 0 ? static_cast<QWidget*>(m_ui->table) : m_ui->placeholder);
 }
 

@@ -39,6 +39,8 @@ public:
     void setUp(TickListModel& model, const Names& names);
     [[nodiscard]] QTableView& table() const;
     void setPlaceholder(const QString& text);
+    /// Shown behind the number of ticked rows, even when there are no rows.
+    void setNote(const QString& note);
     /// Whether the user can tick rows; on at first.
     void setTickingEnabled(bool on);
 
@@ -52,6 +54,7 @@ protected:
 private:
     std::unique_ptr<Ui::TickList> m_ui;
     TickListModel* m_model = nullptr;
+    QString m_note;
 
     void updateForTicks();
     void toggleSelectedRows();

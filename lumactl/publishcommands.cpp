@@ -28,12 +28,26 @@ std::optional<SyncFolders> syncFolders(const LumactlCommand& command, const Comm
     return line.has("--download") ? SyncFolders{*destination, *source} : SyncFolders{*source, *destination};
 }
 
+// What differs, without what --ignore names; how much is ignored is said.
+Result<ComparisonReport> compare(const SyncFolders& folders, const CommandArguments& line)
+{
+    std::string patterns;
+    for (const std::string& pattern : line.values("--ignore"))
+        patterns.append(pattern).push_back('\n');
+    auto report =
+        FolderComparison(folders.sending, folders.receiving, IgnoredNames(patterns)).run(WorkItem());
+    if (report && report->ignored > 0)
+        complain(std::to_string(report->ignored) + " ignored");
+    return report;
+}
+
 ExitCode changed(const std::vector<std::string>& arguments)
 {
-    const auto folders = syncFolders(changedCommand, CommandArguments(arguments, {"--download"}, {}));
+    const CommandArguments line(arguments, {"--download"}, {"--ignore"});
+    const auto folders = syncFolders(changedCommand, line);
     if (!folders)
         return ExitCode::Unusable;
-    const auto report = FolderComparison(folders->sending, folders->receiving).run(WorkItem());
+    const auto report = compare(*folders, line);
     if (!report)
         return unusable(report.error().text);
     StandardOutput output;
@@ -56,11 +70,11 @@ void untick(std::vector<SyncRow>& rows, const std::vector<std::string>& exceptio
 
 ExitCode publish(const std::vector<std::string>& arguments)
 {
-    const CommandArguments line(arguments, {"--download"}, {"--except"});
+    const CommandArguments line(arguments, {"--download"}, {"--except", "--ignore"});
     const auto folders = syncFolders(publishCommand, line);
     if (!folders)
         return ExitCode::Unusable;
-    auto report = FolderComparison(folders->sending, folders->receiving).run(WorkItem());
+    auto report = compare(*folders, line);
     if (!report)
         return unusable(report.error().text);
     untick(report->rows, line.values("--except"));
@@ -75,17 +89,22 @@ ExitCode publish(const std::vector<std::string>& arguments)
 } // namespace
 
 const LumactlCommand changedCommand = {
-    "changed", "SOURCE DESTINATION [--download]", "list the files that publish would copy",
+    "changed", "SOURCE DESTINATION [--download] [--ignore PATTERN]...",
+    "list the files that publish would copy",
     "Prints the files of SOURCE that are missing in DESTINATION or older there, one a\n"
     "line; control characters and bytes that are not UTF-8 are printed as \"\\#\" and\n"
     "three octal digits. With --download it lists the files of DESTINATION that are\n"
     "missing in SOURCE or older there.\n"
     "\n"
+    "Left alone and counted: .git, .svn, .hg, *~, .*.swp, Thumbs.db, .DS_Store, and\n"
+    "what --ignore names: a pattern for names, with a slash for paths below the\n"
+    "folder, with a slash at the end for folders only.\n"
+    "\n"
     "The exit code is 1 if something could not be compared.\n",
     changed};
 
 const LumactlCommand publishCommand = {
-    "publish", "SOURCE DESTINATION [--download] [--except NAME]...",
+    "publish", "SOURCE DESTINATION [--download] [--except NAME]... [--ignore PATTERN]...",
     "copy new and modified files to the other side",
     "Copies what \"lumactl changed\" prints, with modification time and mode. With\n"
     "--download it copies from DESTINATION to SOURCE. --except leaves out one file,\n"

@@ -77,7 +77,7 @@ public:
     {}
 
     // Empty when the row was copied, else why not.
-    std::string copy(const SyncRow& row);
+    std::string copy(const SyncRow& row, const StillWanted& stillWanted);
     // Gives the folders made their mode and time, and brings everything to the disk.
     std::string finish();
 
@@ -101,7 +101,7 @@ private:
     void restoreTime(const std::string& path) const;
 };
 
-std::string Transfer::copy(const SyncRow& row)
+std::string Transfer::copy(const SyncRow& row, const StillWanted& stillWanted)
 {
     if (std::string reason = enterFolder(folderPart(row.relativePath)); !reason.empty())
         return reason;
@@ -112,7 +112,7 @@ std::string Transfer::copy(const SyncRow& row)
     const fs::path target = entryOf(m_receiving, name);
     const Existing existing = row.mode == SyncMode::DeleteFirst ? Existing::Replace : Existing::Keep;
     // Synced one by one, a thousand small files cost seconds; finish() syncs them all at once.
-    const auto copied = copyFile(source, target, existing, Durability::Unsynced);
+    const auto copied = copyFile(source, target, existing, Durability::Unsynced, stillWanted);
     m_copiedAny = m_copiedAny || copied;
     if (copied && m_receivesOnFuse)
         m_maybeStamped.push_back(row.relativePath);
@@ -255,16 +255,18 @@ TransferReport FileTransfer::run(const WorkItem& item, const std::function<void(
         return report;
     Transfer transfer(*m_rows.front().folders);
     std::size_t dealtWith = 0;
-    for (std::size_t i = 0; i < m_rows.size() && !item.isCancelled(); ++i) {
-        if (!m_rows[i].select)
-            continue;
-        if (const std::string reason = transfer.copy(m_rows[i]); reason.empty())
+    for (const std::size_t i : transferOrder(m_rows)) {
+        if (item.isCancelled())
+            break;
+        const std::string reason = transfer.copy(m_rows[i], [&item] { return !item.isCancelled(); });
+        if (reason.empty())
             report.copied.push_back(i);
-        else
+        else if (!item.isCancelled())
             report.problems.push_back({.row = i, .text = m_rows[i].displayName + ": " + reason});
         if (progress)
             progress(++dealtWith);
     }
+    std::sort(report.copied.begin(), report.copied.end());
     if (const std::string reason = transfer.finish(); !reason.empty()) {
         // What did not reach the disk does not count as copied.
         for (const std::size_t row : report.copied)

@@ -35,7 +35,8 @@ public:
     /// `rows` come from one FolderComparison.
     explicit FileTransfer(std::vector<SyncRow> rows);
 
-    /// Runs on the calling thread until done or until `item` is cancelled, which is checked between files.
+    /// Runs on the calling thread until done or until `item` is cancelled, which is checked between files and
+    /// every few megabytes; what was copied by then stays. Pages come after all other files.
     /// `progress`, if any, is called after each ticked row with the number processed so far.
     [[nodiscard]] TransferReport run(const WorkItem& item,
                                      const std::function<void(std::size_t)>& progress = {}) const;

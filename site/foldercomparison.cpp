@@ -73,17 +73,6 @@ private:
     int m_busy = 0;
 };
 
-bool isTemporaryName(std::string_view name)
-{
-    constexpr std::string_view prefix = ".luma-";
-    return name.size() == prefix.size() + 6 && name.substr(0, prefix.size()) == prefix;
-}
-
-bool isLeftOut(std::string_view name)
-{
-    return name == ".DS_Store" || isTemporaryName(name);
-}
-
 std::string linkTarget(int folder, const char* name)
 {
     std::array<char, PATH_MAX> target;
@@ -104,8 +93,14 @@ class Worker final
 {
 public:
     Worker(const FileDescriptor& sending, const FileDescriptor& receiving,
-           const std::shared_ptr<const SyncFolders>& folders, FolderQueue& queue, const WorkItem& item)
-        : m_sendingRoot(sending), m_receivingRoot(receiving), m_folders(folders), m_queue(queue), m_item(item)
+           const std::shared_ptr<const SyncFolders>& folders, const IgnoredNames& ignored, FolderQueue& queue,
+           const WorkItem& item)
+        : m_sendingRoot(sending),
+          m_receivingRoot(receiving),
+          m_folders(folders),
+          m_ignored(ignored),
+          m_queue(queue),
+          m_item(item)
     {}
 
     void run()
@@ -122,6 +117,7 @@ private:
     const FileDescriptor& m_sendingRoot;
     const FileDescriptor& m_receivingRoot;
     const std::shared_ptr<const SyncFolders>& m_folders;
+    const IgnoredNames& m_ignored;
     FolderQueue& m_queue;
     const WorkItem& m_item;
     std::string m_folder;       // the relative path of the folder being visited
@@ -209,15 +205,16 @@ void Worker::visit(const PendingFolder& folder)
 void Worker::examine(int sending, const FolderReader::Entry& entry)
 {
     const char* name = entry.name();
-    if (isLeftOut(name))
-        return;
     struct stat sent = {};
     if (!entry.isListedAsFolder() && ::fstatat(sending, name, &sent, AT_SYMLINK_NOFOLLOW) != 0) {
         if (errno != ENOENT)
             addProblem(name, std::errc(errno));
         return;
     }
-    if (entry.isListedAsFolder() || S_ISDIR(sent.st_mode))
+    const bool isFolder = entry.isListedAsFolder() || S_ISDIR(sent.st_mode);
+    if (m_ignored.match(m_folder, name, isFolder))
+        ++report.ignored;
+    else if (isFolder)
         m_subfolders.push_back({.relativePath = pathOf(name), .isMissing = !m_receiving});
     else if (S_ISREG(sent.st_mode) || S_ISLNK(sent.st_mode))
         compare(name, sending, sent);
@@ -263,8 +260,10 @@ void append(std::vector<T>& all, std::vector<T>& more)
 
 } // namespace
 
-FolderComparison::FolderComparison(std::filesystem::path sending, std::filesystem::path receiving)
-    : m_folders(std::make_shared<const SyncFolders>(SyncFolders{std::move(sending), std::move(receiving)}))
+FolderComparison::FolderComparison(std::filesystem::path sending, std::filesystem::path receiving,
+                                   IgnoredNames ignored)
+    : m_folders(std::make_shared<const SyncFolders>(SyncFolders{std::move(sending), std::move(receiving)})),
+      m_ignored(std::move(ignored))
 {}
 
 Result<ComparisonReport> FolderComparison::run(const WorkItem& item) const
@@ -281,11 +280,12 @@ Result<ComparisonReport> FolderComparison::run(const WorkItem& item) const
     ComparisonReport report;
     std::mutex reportMutex;
     runInParallel(workerCount, [&] {
-        Worker worker(*sending, *receiving, m_folders, queue, item);
+        Worker worker(*sending, *receiving, m_folders, m_ignored, queue, item);
         worker.run();
         const std::scoped_lock lock(reportMutex);
         append(report.rows, worker.report.rows);
         append(report.problems, worker.report.problems);
+        report.ignored += worker.report.ignored;
     });
     std::sort(report.rows.begin(), report.rows.end(),
               [](const SyncRow& a, const SyncRow& b) { return a.relativePath < b.relativePath; });

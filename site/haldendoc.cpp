@@ -75,7 +75,7 @@ HaldenDoc::Services HaldenDoc::standardServices()
     if (!mounter)
         shared = mounter = std::make_shared<GvfsMounter>();
     return {.remoteLogin = {.checkConnection = checkConnection, .setUp = setUp},
-            .runProgram = &SSHController::unixShellWithResultAndArguments,
+            .runProgram = &luma::runProgram,
             .mounter = mounter,
             .excludedFolders = {}};
 }

@@ -36,7 +36,7 @@ public:
     struct Services
     {
         RemoteLogin::Calls remoteLogin;
-        CommandRunner runProgram;
+        ProgramRunner runProgram;
         std::shared_ptr<VolumeMounter> mounter;
         /// See PaneHost::excludedFolders; may be null.
         std::function<QString()> excludedFolders;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "site/ignorednames.h"
 #include "site/siterecord.h"
 #include "site/syncrow.h"
 
@@ -10,59 +11,53 @@
 
 namespace luma {
 
-/// The arguments of one run. They go into the command line unquoted, as the user typed them.
+/// The two ends of a run, as the user typed them, and whether it looks for deletions.
 struct RsyncArguments
 {
     std::string source;
     std::string destination;
     std::string port = "22";
-    bool deletes = false; ///< deletes from the receiving side what the sending side does not have
+    bool deletes = false; ///< also lists what only the receiving side has
 
     /// From the endpoints of `record`. A side that lacks its path, user or server is empty.
     static RsyncArguments of(const SiteRecord& record, Direction direction, bool deletes);
 };
 
-/// A rule of rsync's filter (rsync(1), FILTER RULES); the first one that matches a path decides.
-struct RsyncRule
-{
-    bool excludes = true;
-    std::string pattern;
-};
-
-/// The rules that leave out the unticked rows and nothing else.
-///
-/// A name of letters, digits, blanks and "._-/" is a pattern by itself, which also matches files of that name
-/// in other folders; rules before it include those that are ticked. Any other name is anchored at the
-/// transferred folder and its wildcards are escaped.
-std::vector<RsyncRule> rsyncRules(const std::vector<SyncRow>& rows, bool deletes);
+/// What a run printed: its rows in rsync's order, without folders.
+ComparisonReport readRsyncOutput(std::string_view output);
 
 /// A row's name without the word that marks a deletion.
 std::string nameWithoutDeleting(std::string_view displayName);
 
-/// The shell command lines of rsync over ssh: the dry run that lists, and the run that transfers.
+/// The words that start rsync over ssh: a program and its arguments, which no shell reads.
+///
+/// Only the comparison walks the site. Each other run gets the names of its files on standard input
+/// (nameList), and nothing but these is touched. Every run prints one line for each item, which
+/// readRsyncOutput() reads.
 class RsyncCommand final
 {
 public:
     explicit RsyncCommand(RsyncArguments arguments) : m_arguments(std::move(arguments)) {}
 
-    /// Prints the files that would be transferred or deleted, one a line, without folders.
-    [[nodiscard]] std::string dryRun() const;
-    [[nodiscard]] std::string transfer(const std::vector<RsyncRule>& rules) const;
+    /// Both sides have what is needed to name them.
+    [[nodiscard]] bool isComplete() const;
 
-    /// For more rules than a command line holds (one argument is limited to 128 KiB): the same run with the
-    /// rules in a file, whose text is rulesFile().
-    [[nodiscard]] static bool fitCommandLine(const std::vector<RsyncRule>& rules);
-    [[nodiscard]] static std::string rulesFile(const std::vector<RsyncRule>& rules);
-    [[nodiscard]] std::string transferWithRulesFile(const std::string& path) const;
+    /// Lists all that is new or newer, and the deletions; changes nothing.
+    [[nodiscard]] std::vector<std::string> comparison(const IgnoredNames& ignored) const;
+    /// Sends the named files.
+    [[nodiscard]] std::vector<std::string> transfer() const;
+    /// Deletes the named files and empty folders from the receiving side, if the sending side lacks them.
+    [[nodiscard]] std::vector<std::string> deletion() const;
+    /// The dry run of one of the two: lists what is still to be done.
+    [[nodiscard]] static std::vector<std::string> dryRunOf(std::vector<std::string> words);
 
-    /// The lines of the dry run's output.
-    [[nodiscard]] static std::vector<std::string> listing(std::string_view output);
+    /// The paths as bytes, as the option --from0 wants them.
+    [[nodiscard]] static std::string nameList(const std::vector<std::string>& paths);
 
 private:
     RsyncArguments m_arguments;
 
-    [[nodiscard]] std::string start() const;
-    [[nodiscard]] std::string transferWith(const std::string& options) const;
+    [[nodiscard]] std::vector<std::string> words(const std::vector<std::string>& options) const;
 };
 
 } // namespace luma

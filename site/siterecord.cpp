@@ -8,6 +8,7 @@ namespace {
 constexpr QLatin1StringView siteIDKey{"siteID"};
 constexpr QLatin1StringView sourceKey{"sourceDict"};
 constexpr QLatin1StringView destinationKey{"destinationDict"};
+constexpr QLatin1StringView ignoredNamesKey{"IgnoredNames"};
 
 QString keyFor(Direction direction)
 {
@@ -66,6 +67,11 @@ void SiteRecord::setUntickedNames(Direction direction, const QStringList& names)
 {
     // The type that the archive gives back; a QStringList would compare unequal.
     m_values.setValue(keyFor(direction), QVariantList(names.begin(), names.end()));
+}
+
+QString SiteRecord::ignoredNames() const
+{
+    return m_values.string(ignoredNamesKey);
 }
 
 } // namespace luma

@@ -35,6 +35,9 @@ public:
     [[nodiscard]] QStringList untickedNames(Direction direction) const;
     void setUntickedNames(Direction direction, const QStringList& names);
 
+    /// The site's patterns for IgnoredNames, one a line.
+    [[nodiscard]] QString ignoredNames() const;
+
 signals:
     /// Something in the record or in an endpoint has changed.
     void changed();

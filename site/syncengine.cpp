@@ -2,15 +2,13 @@
 #include "site/syncengine.h"
 
 #include "base/console.h"
-#include "base/files.h"
 #include "base/mainhop.h"
 #include "site/filetransfer.h"
 #include "site/foldercomparison.h"
-#include "site/rsynccommand.h"
+#include "site/rsyncjob.h"
 
 #include <QElapsedTimer>
 #include <QSet>
-#include <QTemporaryDir>
 
 #include <algorithm>
 
@@ -39,46 +37,9 @@ void printLines(const std::vector<std::string>& lines)
         printLine(line);
 }
 
-std::vector<std::string> shellCommand(const std::string& commandLine)
-{
-    return {"/bin/sh", "-c", commandLine};
-}
-
-std::vector<SyncRow> rowsOf(const std::vector<std::string>& listing)
-{
-    std::vector<SyncRow> rows;
-    rows.reserve(listing.size());
-    for (const std::string& line : listing)
-        rows.push_back({.displayName = line});
-    return rows;
-}
-
-// True when rsync succeeded: then it always prints a report.
-bool runTransfer(const CommandRunner& runProgram, const RsyncCommand& command,
-                 const std::vector<RsyncRule>& rules)
-{
-    if (RsyncCommand::fitCommandLine(rules))
-        return !runProgram(shellCommand(command.transfer(rules))).empty();
-    const QTemporaryDir folder;
-    const std::filesystem::path file = folder.filePath(QStringLiteral("rules")).toStdString();
-    if (!folder.isValid() || !writeFile(file, RsyncCommand::rulesFile(rules), 0600))
-        return false;
-    return !runProgram(shellCommand(command.transferWithRulesFile(file.string()))).empty();
-}
-
-std::vector<std::size_t> tickedRows(const std::vector<SyncRow>& rows)
-{
-    std::vector<std::size_t> ticked;
-    for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (rows[i].select)
-            ticked.push_back(i);
-    }
-    return ticked;
-}
-
 } // namespace
 
-SyncEngine::SyncEngine(SiteRecord& record, CommandRunner runProgram, std::function<SyncSides()> sides,
+SyncEngine::SyncEngine(SiteRecord& record, ProgramRunner runProgram, std::function<SyncSides()> sides,
                        QObject* parent)
     : QObject(parent), m_record(record), m_runProgram(std::move(runProgram)), m_sides(std::move(sides))
 {}
@@ -99,7 +60,10 @@ void SyncEngine::dropItem()
 {
     if (m_workItem)
         m_workItem->cancel();
+    if (m_stop)
+        m_stop->cancel();
     m_workItem.reset();
+    m_stop.reset();
 }
 
 void SyncEngine::startItem()
@@ -128,7 +92,15 @@ void SyncEngine::setMessage(const std::vector<std::string>& problems)
 void SyncEngine::compare(Direction direction, bool deletes)
 {
     startItem();
+    if (m_state == State::Ready)
+        rememberUnticked();
+    // The rows of a comparison that did not end are none.
+    if (m_direction != direction)
+        m_rowsBefore.clear();
+    else if (m_state != State::Comparing)
+        m_rowsBefore = m_table.rows();
     m_direction = direction;
+    m_ignoredCount = 0;
     m_table.setRows({});
     m_title = comparisonTitle(m_direction);
     setState(State::Comparing);
@@ -139,51 +111,62 @@ void SyncEngine::compare(Direction direction, bool deletes)
         compareFolders(folders(sides));
 }
 
+IgnoredNames SyncEngine::ignoredNames() const
+{
+    return IgnoredNames(m_record.ignoredNames().toStdString());
+}
+
 void SyncEngine::compareFolders(const SyncFolders& folders)
 {
-    start(m_workItem, [self = QPointer(this), folders](const WorkItem& item) {
-        auto report = FolderComparison(folders.sending, folders.receiving).run(item);
+    start(m_workItem, [self = QPointer(this), folders, ignored = ignoredNames()](const WorkItem& item) {
+        const bool areConnected = !folders.sending.empty() && !folders.receiving.empty();
+        auto report = areConnected ? FolderComparison(folders.sending, folders.receiving, ignored).run(item)
+                                   : Result<ComparisonReport>(Error{"Connect both sides first"});
         if (item.isCancelled())
             return;
-        ComparisonReport found;
-        if (report)
-            found = std::move(*report);
-        else
-            found.problems = {report.error().text};
-        printLines(found.problems);
-        onMain(self, [&](SyncEngine& engine) {
-            engine.endComparison(item, std::move(found.rows), found.problems);
-        });
+        onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(report)); });
     });
 }
 
 void SyncEngine::listWithRsync(bool deletes)
 {
-    const auto arguments = RsyncArguments::of(m_record, m_direction, deletes);
-    start(m_workItem, [self = QPointer(this), arguments, runProgram = m_runProgram](const WorkItem& item) {
-        const std::string output = runProgram(shellCommand(RsyncCommand(arguments).dryRun()));
-        std::vector<SyncRow> rows = rowsOf(RsyncCommand::listing(output));
-        onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(rows), {}); });
+    const RsyncJob job(RsyncArguments::of(m_record, m_direction, deletes), m_runProgram);
+    start(m_workItem, [self = QPointer(this), job, ignored = ignoredNames()](const WorkItem& item) {
+        auto report = job.compare(ignored, [&item] { return !item.isCancelled(); });
+        onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(report)); });
     });
 }
 
-void SyncEngine::endComparison(const WorkItem& item, std::vector<SyncRow> rows,
-                               const std::vector<std::string>& problems)
+void SyncEngine::endComparison(const WorkItem& item, Result<ComparisonReport> result)
 {
     if (&item != m_workItem.get())
         return;
     m_workItem.reset();
+    if (!result || (result->rows.empty() && !result->problems.empty())) {
+        showFailure(result ? result->problems : std::vector<std::string>{result.error().text});
+        return;
+    }
+    printLines(result->problems);
+    setMessage(result->problems);
+    m_ignoredCount = result->ignored;
+    m_deletedFolders = std::move(result->deletedFolders);
     const QStringList names = m_record.untickedNames(m_direction);
     const QSet<QString> unticked(names.begin(), names.end());
-    for (SyncRow& row : rows) {
-        const std::string name = nameWithoutDeleting(row.displayName);
-        row.select = !unticked.contains(QString::fromStdString(name));
-    }
-    setMessage(problems);
-    if (rows.empty())
+    for (SyncRow& row : result->rows)
+        row.select = !unticked.contains(QString::fromStdString(nameWithoutDeleting(row.displayName)));
+    if (result->rows.empty())
         m_title = nothingChangedTitle(m_direction);
-    m_table.setRows(std::move(rows));
+    m_table.setRows(std::move(result->rows));
     setState(m_table.rows().empty() ? State::Empty : State::Ready);
+}
+
+void SyncEngine::showFailure(const std::vector<std::string>& problems)
+{
+    printLines(problems);
+    setMessage(problems);
+    m_title = tr("The comparison failed");
+    m_table.setRows(std::exchange(m_rowsBefore, {}));
+    setState(State::Failed);
 }
 
 void SyncEngine::rememberUnticked()
@@ -196,27 +179,37 @@ void SyncEngine::rememberUnticked()
     m_record.setUntickedNames(m_direction, names);
 }
 
-void SyncEngine::transfer(bool deletes)
+void SyncEngine::transfer()
 {
     if (m_state != State::Ready)
         return;
     startItem();
+    m_stop = std::make_shared<WorkItem>();
     rememberUnticked();
     setState(State::Transferring);
     // As the rows were found, even if a connection check has ended since.
-    if (m_table.rows().front().mode == SyncMode::Rsync)
-        transferWithRsync(deletes);
+    const SyncMode mode = m_table.rows().front().mode;
+    if (mode == SyncMode::Rsync || mode == SyncMode::RsyncDelete)
+        transferWithRsync();
     else
         transferFiles();
 }
 
+void SyncEngine::stop()
+{
+    if (m_state != State::Transferring)
+        return;
+    m_stop->cancel();
+    emit changed();
+}
+
 void SyncEngine::transferFiles()
 {
-    start(m_workItem, [self = QPointer(this), rows = m_table.rows()](const WorkItem& item) {
-        const int total = static_cast<int>(tickedRows(rows).size());
+    start(m_workItem, [self = QPointer(this), rows = m_table.rows(), stop = m_stop](const WorkItem& item) {
+        const int total = static_cast<int>(transferOrder(rows).size());
         QElapsedTimer sinceHop;
         sinceHop.start();
-        const TransferReport report = FileTransfer(rows).run(item, [&](std::size_t done) {
+        const TransferReport report = FileTransfer(rows).run(*stop, [&](std::size_t done) {
             if (sinceHop.elapsed() < progressInterval)
                 return;
             onMain(self, [&](SyncEngine& engine) {
@@ -233,19 +226,15 @@ void SyncEngine::transferFiles()
     });
 }
 
-void SyncEngine::transferWithRsync(bool deletes)
+void SyncEngine::transferWithRsync()
 {
-    const auto arguments = RsyncArguments::of(m_record, m_direction, deletes);
-    start(m_workItem, [self = QPointer(this), arguments, rows = m_table.rows(),
-                       runProgram = m_runProgram](const WorkItem& item) {
-        const bool done =
-            runTransfer(runProgram, RsyncCommand(arguments), rsyncRules(rows, arguments.deletes));
-        const std::vector<std::size_t> moved = done ? tickedRows(rows) : std::vector<std::size_t>();
-        std::vector<std::string> problems;
-        if (!done)
-            problems.emplace_back("rsync could not transfer everything; compare again to see what is left");
-        printLines(problems);
-        onMain(self, [&](SyncEngine& engine) { engine.endTransfer(item, moved, problems); });
+    const RsyncJob job(RsyncArguments::of(m_record, m_direction, true), m_runProgram);
+    start(m_workItem, [self = QPointer(this), job, rows = m_table.rows(), folders = m_deletedFolders,
+                       stop = m_stop](const WorkItem& item) {
+        const RsyncReport report = job.transfer(
+            rows, folders, [&stop] { return !stop->isCancelled(); }, [&item] { return !item.isCancelled(); });
+        printLines(report.problems);
+        onMain(self, [&](SyncEngine& engine) { engine.endTransfer(item, report.done, report.problems); });
     });
 }
 
@@ -254,8 +243,12 @@ void SyncEngine::endTransfer(const WorkItem& item, const std::vector<std::size_t
 {
     if (&item == m_workItem.get()) {
         m_workItem.reset();
+        const std::size_t ticked = m_table.tickedCount();
         m_table.removeRowsAt(moved);
         setMessage(problems);
+        if (isStopping() && moved.size() < ticked)
+            m_message = tr("Stopped; %1 of %2 moved").arg(moved.size()).arg(ticked);
+        m_stop.reset();
         if (m_table.rows().empty())
             m_title = QStringLiteral("No more files to be moved.");
         setState(m_table.rows().empty() ? State::Done : State::Ready);
@@ -266,8 +259,8 @@ void SyncEngine::endTransfer(const WorkItem& item, const std::vector<std::size_t
 void SyncEngine::cancel()
 {
     dropItem();
-    // The rows of an unfinished comparison don't show what the user leaves out.
-    if (m_state != State::Comparing && m_state != State::Idle)
+    // Only these states have rows that show what the user leaves out.
+    if (m_state == State::Ready || m_state == State::Transferring)
         rememberUnticked();
     setState(State::Idle);
 }

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/result.h"
 #include "base/workitem.h"
 #include "shell/commandrunner.h"
+#include "site/ignorednames.h"
 #include "site/siterecord.h"
 #include "site/synctablemodel.h"
 
@@ -32,11 +34,12 @@ class SyncEngine final : public QObject
     Q_OBJECT
 
 public:
-    enum class State { Idle, Comparing, Ready, Empty, Transferring, Done };
+    /// Failed: the comparison; the rows are those of the one before.
+    enum class State { Idle, Comparing, Ready, Empty, Failed, Transferring, Done };
 
-    /// `record` outlives the engine. `runProgram` runs the program named by the first word; it is called on any
-    /// thread, even after the engine is destroyed. `sides` is called on the main thread when a job begins.
-    SyncEngine(SiteRecord& record, CommandRunner runProgram, std::function<SyncSides()> sides,
+    /// `record` outlives the engine. `runProgram` is called on any thread, even after the engine is destroyed;
+    /// `sides` on the main thread when a job begins.
+    SyncEngine(SiteRecord& record, ProgramRunner runProgram, std::function<SyncSides()> sides,
                QObject* parent = nullptr);
     ~SyncEngine() override;
 
@@ -45,16 +48,21 @@ public:
     [[nodiscard]] const QString& title() const { return m_title; }
     /// What could not be compared or copied, as one line for the panel; empty when all went well.
     [[nodiscard]] const QString& message() const { return m_message; }
+    /// How many files and folders the last comparison left alone (IgnoredNames).
+    [[nodiscard]] std::size_t ignoredCount() const { return m_ignoredCount; }
     [[nodiscard]] SyncTableModel& table() { return m_table; }
     /// Whether the next comparison uses rsync. Without rsync nothing is ever deleted.
     [[nodiscard]] bool usesRsync() const { return m_sides().rsync; }
 
     /// Fills the table again. With `deletes`, rsync also lists what only the receiving side has.
     void compare(Direction direction, bool deletes);
-    /// Copies the ticked rows and removes those that were copied from the table. Does nothing unless the
-    /// state is Ready.
-    void transfer(bool deletes);
-    /// Drops the job and remembers the rows left unticked. An rsync that already runs is not stopped.
+    /// Does the ticked rows and removes those that are done from the table. Does nothing unless the state is
+    /// Ready.
+    void transfer();
+    /// Ends a transfer. What is done stays done; the message says how much.
+    void stop();
+    [[nodiscard]] bool isStopping() const { return m_stop && m_stop->isCancelled(); }
+    /// Drops the job, ends its programs, and remembers the rows left unticked.
     void cancel();
 
 signals:
@@ -66,7 +74,7 @@ signals:
 
 private:
     SiteRecord& m_record;
-    CommandRunner m_runProgram;
+    ProgramRunner m_runProgram;
     std::function<SyncSides()> m_sides;
     SyncTableModel m_table;
     State m_state = State::Idle;
@@ -74,18 +82,23 @@ private:
     QString m_title;
     QString m_message;
     WorkItemPointer m_workItem;
+    WorkItemPointer m_stop; // cancelled when the running transfer is to stop
+    std::size_t m_ignoredCount = 0;
+    std::vector<std::string> m_deletedFolders;
+    std::vector<SyncRow> m_rowsBefore; // of the comparison before the running one, in the same direction
 
     [[nodiscard]] SyncFolders folders(const SyncSides& sides) const;
     void startItem();
     void dropItem();
     void setState(State state);
     void rememberUnticked();
+    [[nodiscard]] IgnoredNames ignoredNames() const;
     void compareFolders(const SyncFolders& folders);
     void listWithRsync(bool deletes);
     void transferFiles();
-    void transferWithRsync(bool deletes);
-    void endComparison(const WorkItem& item, std::vector<SyncRow> rows,
-                       const std::vector<std::string>& problems);
+    void transferWithRsync();
+    void endComparison(const WorkItem& item, Result<ComparisonReport> result);
+    void showFailure(const std::vector<std::string>& problems);
     void endTransfer(const WorkItem& item, const std::vector<std::size_t>& moved,
                      const std::vector<std::string>& problems);
     void setMessage(const std::vector<std::string>& problems);

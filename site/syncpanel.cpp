@@ -3,6 +3,7 @@
 
 #include "ui_SyncPanel.h"
 
+#include <QLocale>
 #include <QTableView>
 
 namespace luma {
@@ -70,16 +71,22 @@ void SyncPanel::reloadSyncArray()
 
 void SyncPanel::move()
 {
-    m_engine.transfer(m_ui->deleteOptionCheckBox->isChecked());
+    m_engine.transfer();
 }
 
 bool SyncPanel::isOver() const
 {
-    return m_engine.state() == State::Empty || m_engine.state() == State::Done;
+    const State state = m_engine.state();
+    return state == State::Empty || state == State::Failed || state == State::Done;
 }
 
 void SyncPanel::closeSheet()
 {
+    // The first click stops; the panel then says what was done.
+    if (m_engine.state() == State::Transferring && !m_engine.isStopping()) {
+        m_engine.stop();
+        return;
+    }
     if (!isOver())
         m_engine.cancel();
     hide();
@@ -98,13 +105,23 @@ void SyncPanel::updateControls()
     m_ui->syncMessage->setText(m_engine.message());
     m_ui->syncMessage->setVisible(!m_engine.message().isEmpty());
     m_ui->syncButton->setEnabled(state == State::Ready);
-    m_ui->syncTickList->setTickingEnabled(!isTransferring);
+    m_ui->syncTickList->setTickingEnabled(!isTransferring && state != State::Failed);
+    m_ui->syncTickList->setNote(m_engine.ignoredCount() == 0
+                                    ? QString()
+                                    : tr("%1 ignored").arg(QLocale().toString(m_engine.ignoredCount())));
     m_ui->uploadDownloadPopupButton->setEnabled(!isTransferring);
     m_ui->deleteOptionCheckBox->setEnabled(!isTransferring && m_engine.usesRsync());
     m_ui->deleteOptionCheckBox->setToolTip(m_engine.usesRsync() ? QString() : tr("Needs rsync over ssh"));
-    m_ui->cancelButton->setText(isOver() ? QStringLiteral("Close") : QStringLiteral("Cancel"));
+    m_ui->cancelButton->setText(cancelTitle());
     updateProgress();
     updatePlaceholder();
+}
+
+QString SyncPanel::cancelTitle() const
+{
+    if (isOver() || m_engine.isStopping())
+        return QStringLiteral("Close");
+    return m_engine.state() == State::Transferring ? tr("Stop") : QStringLiteral("Cancel");
 }
 
 void SyncPanel::updateProgress()
@@ -123,6 +140,9 @@ void SyncPanel::updatePlaceholder()
     case State::Empty:
         m_ui->syncTickList->setPlaceholder(tr("Every file is there, and none is newer.\n"
                                               "To look the other way, choose the other direction above."));
+        break;
+    case State::Failed:
+        m_ui->syncTickList->setPlaceholder(tr("Nothing is known about the files on either side."));
         break;
     case State::Done:
         m_ui->syncTickList->setPlaceholder(tr("All files have been moved."));

@@ -31,7 +31,8 @@ public slots:
     void reloadSyncArray();
     /// Transfers the ticked rows.
     void move();
-    /// Closes the sheet. Unless all work is over, drops the job and remembers the unticked names.
+    /// Stops a transfer; else closes the sheet. Unless all work is over, drops the job and remembers the
+    /// unticked names.
     void closeSheet();
     /// Escape and the close button of the window.
     void reject() override;
@@ -41,6 +42,7 @@ private:
     SyncEngine& m_engine;
 
     [[nodiscard]] bool isOver() const;
+    [[nodiscard]] QString cancelTitle() const;
     void connectControls();
     void updateControls();
     void updateProgress();

@@ -24,8 +24,8 @@ std::string listing()
 {
     std::string text;
     for (int i = 0; i < rowCount; ++i)
-        text += "archive/" + std::to_string(i % 365) + "/a page of the archive, number " + std::to_string(i) +
-                ".html\n";
+        text += "|>f+++++++++ archive/" + std::to_string(i % 365) + "/a page of the archive, number " +
+                std::to_string(i) + ".html\n";
     return text;
 }
 
@@ -56,9 +56,16 @@ double longestPauseUntil(Condition isDone)
 int main(int argc, char** argv)
 {
     const QApplication application(argc, argv);
-    SiteRecord record({});
+    const QString text = QStringLiteral("/");
+    SiteRecord record({{QStringLiteral("sourceDict"), QVariantMap{{QStringLiteral("path"), text}}},
+                       {QStringLiteral("destinationDict"), QVariantMap{{QStringLiteral("user"), text},
+                                                                       {QStringLiteral("server"), text},
+                                                                       {QStringLiteral("path"), text}}}});
     SyncEngine engine(
-        record, [text = listing()](const std::vector<std::string>&) { return text; },
+        record,
+        [text = listing()](const std::vector<std::string>&, std::string_view, const StillWanted&) {
+            return ProgramResult{0, text, {}};
+        },
         [] {
             return SyncSides{true, "/", "/"};
         });

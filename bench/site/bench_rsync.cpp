@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Our side of bench/site/run-rsync: times the sync panel from the click to the rows, and from the move button
-// to the end, with rsync between two local folders.
-#include "shell/sshcontroller.h"
-#include "site/rsynccommand.h"
+// Our side of bench/site/run-rsync: the sync panel's comparison, or that and the transfer, which takes the names
+// from it, with rsync between two local folders.
+#include "site/rsyncjob.h"
 
 #include <cstdio>
 #include <cstring>
@@ -18,15 +17,12 @@ int main(int argc, char** argv)
     RsyncArguments arguments;
     arguments.source = argv[2];
     arguments.destination = argv[3];
-    const RsyncCommand command(arguments);
-    const auto run = [](const std::string& line) {
-        return SSHController::unixShellWithResultAndArguments({"/bin/sh", "-c", line});
-    };
-    if (std::strcmp(argv[1], "transfer") == 0) {
-        const std::string report = run(command.transfer(rsyncRules({}, false)));
-        return report.empty() ? 1 : 0;
-    }
-    const std::vector<std::string> lines = RsyncCommand::listing(run(command.dryRun()));
-    std::printf("%zu files\n", lines.size());
+    const RsyncJob job(arguments, &runProgram);
+    const auto found = job.compare(IgnoredNames(), {});
+    if (!found)
+        return 1;
+    if (std::strcmp(argv[1], "transfer") == 0)
+        return job.transfer(found->rows, {}, {}, {}).problems.empty() ? 0 : 1;
+    std::printf("%zu files\n", found->rows.size());
     return 0;
 }

@@ -256,6 +256,20 @@ private slots:
         QCOMPARE(site.listing("to"), std::string("a.html/in the way\nb.html\n"));
     }
 
+    void changed_countsWhatItIgnores()
+    {
+        const Site site({{"from/.git/config", ""},
+                         {"from/a~", ""},
+                         {"from/draft/x.html", ""},
+                         {"from/b.html", ""},
+                         {"to/c.html", ""}});
+        const Answer answer = lumactl(site, "changed from to --ignore=draft/");
+        QCOMPARE(answer.output, QByteArray("b.html\n"));
+        QCOMPARE(answer.errors, QByteArray("lumactl: 3 ignored\n"));
+        QCOMPARE(lumactl(site, "publish from to --ignore '*.html'").code, 0);
+        QCOMPARE(site.listing("to"), std::string("c.html\n"));
+    }
+
     // Capitals come first, '-' comes before '/', and letters beyond ASCII come last.
     void names_areBytesInByteOrder()
     {

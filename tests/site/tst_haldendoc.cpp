@@ -43,9 +43,9 @@ class tst_haldendoc final : public QObject
                      onMainCall(QStringLiteral("set up %1 %2 %3").arg(login, port, password));
                      return m_setUpAnswer;
                  }},
-                [this](const std::vector<std::string>&) {
+                [this](const std::vector<std::string>&, std::string_view, const StillWanted&) {
                     m_shellMayAnswer.acquire();
-                    return std::string();
+                    return ProgramResult();
                 },
                 std::make_shared<test::UnavailableMounter>(),
                 {}};
@@ -106,7 +106,7 @@ private slots:
         const QVariantMap before = m_record->values();
         open();
         m_site->click("uploadButton");
-        QTRY_COMPARE(m_site->text("syncPanelTitle"), "Nothing changed from Source to Destination");
+        QTRY_COMPARE(m_site->text("syncPanelTitle"), "The comparison failed");
         QTest::keyClick(&m_site->find<QWidget>("syncPanel"), Qt::Key_Escape);
         window().setUpRsync();
         QTRY_COMPARE(m_calls.size(), 1);

@@ -11,6 +11,9 @@
 #include <QAction>
 #include <QTest>
 
+#include <array>
+#include <random>
+
 namespace fs = std::filesystem;
 using namespace luma;
 using luma::test::runFlow;
@@ -240,6 +243,48 @@ private slots:
         m_site->tickOnly({"index.html"});
         QVERIFY(m_site->transfer());
         QCOMPARE(m_folders.bytesOf("sending/index.html"), std::string("theirs"));
+        m_site->click("cancelButton");
+    }
+
+    void failedComparison_saysWhy()
+    {
+        const std::vector<std::array<QString, 3>> cases = {{"path", "/nowhere", "No such file or directory"},
+                                                           {"sshPortNo", "1", "Connection refused"}};
+        for (const auto& [key, value, reason] : cases) {
+            const QVariant right = m_record->destinationDict()->values().value(key);
+            m_record->destinationDict()->setValue(key, value);
+            QVERIFY(m_site->compare("downloadButton"));
+            m_record->destinationDict()->setValue(key, right);
+            QCOMPARE(m_site->text("syncPanelTitle"), "The comparison failed");
+            QVERIFY2(m_site->text("syncMessage").contains(reason), qPrintable(m_site->text("syncMessage")));
+            QVERIFY(!m_site->isEnabled("syncButton"));
+            m_site->click("cancelButton");
+        }
+    }
+
+    void stoppedUpload_leavesNothingBehind()
+    {
+        put("sending/", {"first.txt"}, "new", 5);
+        std::string incompressible;
+        for (std::mt19937_64 random; incompressible.size() < 200'000'000;) {
+            const std::uint64_t number = random();
+            incompressible.append(reinterpret_cast<const char*>(&number), sizeof number);
+        }
+        put("sending/", {"second.bin"}, incompressible, 5);
+        QVERIFY(m_site->compare());
+        m_site->tickOnly({"first.txt", "second.bin"});
+        m_site->click("syncButton");
+        QTRY_VERIFY(itemExists(m_folders.at("receiving/first.txt")));
+        QCOMPARE(m_site->find<QAbstractButton>("cancelButton").text(), "Stop");
+        m_site->click("cancelButton");
+        QTRY_VERIFY_WITH_TIMEOUT(m_site->isSyncIdle(), 60'000);
+        QVERIFY2(m_site->text("syncMessage").startsWith("Stopped; "),
+                 qPrintable(m_site->text("syncMessage")));
+        QTRY_COMPARE(m_server.processesAtPort(), 0);
+        QCOMPARE(m_folders.bytesOf("receiving/first.txt"), std::string("new"));
+        QVERIFY(!itemExists(m_folders.at("receiving/second.bin")));
+        QVERIFY(m_folders.listing("receiving").find(".second.bin.") == std::string::npos);
+        fs::remove(m_folders.at("sending/second.bin"));
         m_site->click("cancelButton");
     }
 

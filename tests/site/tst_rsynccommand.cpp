@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
-#include "site/rsynccommand.h"
+#include "site/foldercomparison.h"
+#include "site/rsyncjob.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/registry.h"
 
@@ -15,66 +16,60 @@ class tst_rsynccommand final : public QObject
     Q_OBJECT
 
 private:
-    static RsyncArguments localArguments(const TwoFolders& folders, bool deletes = false)
-    {
-        return {folders.sending().string() + "/", folders.receiving().string() + "/", "22", deletes};
-    }
-
-    static std::string inShell(const std::string& commandLine, const char* locale = "C.UTF-8")
-    {
-        ::setenv("LC_ALL", locale, 1);
-        return TwoFolders::run(commandLine);
-    }
-
-    static std::vector<SyncRow> list(const RsyncCommand& command, const char* locale = "C.UTF-8")
-    {
-        std::vector<SyncRow> rows;
-        for (const std::string& line : RsyncCommand::listing(inShell(command.dryRun(), locale)))
-            rows.push_back({.displayName = line});
-        return rows;
-    }
-
-    static SyncRow row(bool select, const char* name) { return {.select = select, .displayName = name}; }
-
-    static std::string join(const std::vector<std::string>& lines)
+    static std::string join(const std::vector<std::string>& words)
     {
         std::string text;
-        for (const std::string& line : lines)
-            text += line + "|";
+        for (const std::string& word : words)
+            text += word + "|";
         return text;
     }
 
-    static void putNames(const TwoFolders& folders)
+    // Every kind of name, below `folder`.
+    static void putNames(const TwoFolders& folders, const std::string& folder = "sending")
     {
-        folders.putAll("sending",
+        folders.putAll(folder,
                        "plain.html|My Page.html|sub/plain.html|sub/deep/x_y-z|'single'|\"double\"|$HOME|"
                        "`touch evil`|a;touch evil|(x)|a&b|*|a*b|axb|[a]|a|back\\slash|\\*|-rf|- dash|"
-                       "dash|+ plus|#hash|;semi|!|\xc3\xbc.html|new\nline|bad\xff|esc\\#012x|?|q?b|~|"
+                       "dash|+ plus|;semi|!|\xc3\xbc.html|new\nline|new\\#012line|bad\xff|esc\\#012x|?|q?b|"
                        "{a,b}|a -> b| lead|trail |two  blanks|tab\there|***|sub/*|sub/[x]\\|"
-                       "deleting foo|a deleting b");
-        fs::create_symlink("nowhere", folders.at("sending/sub/link"));
+                       "deleting foo|a deleting b|*deleting   x|>f+++++++++ x|:colon|a:b");
+        fs::create_symlink("nowhere", folders.at(folder + "/sub/link"));
+    }
+
+    static RsyncJob job(const TwoFolders& folders, ProgramRunner run = &runProgram)
+    {
+        return {{folders.sending().string() + "/", folders.receiving().string() + "/", "22", true},
+                std::move(run)};
+    }
+
+    static ComparisonReport compare(const TwoFolders& folders, const char* ignored = "")
+    {
+        auto report = job(folders).compare(IgnoredNames(ignored), {});
+        return report ? std::move(*report) : ComparisonReport{{}, {report.error().text}, 0, {}};
+    }
+
+    static std::string namesOf(const std::vector<SyncRow>& rows)
+    {
+        std::vector<std::string> names;
+        for (const SyncRow& row : rows)
+            names.push_back(row.displayName);
+        std::sort(names.begin(), names.end());
+        return join(names);
     }
 
 private slots:
-    void commandLinesAreTheDescribedOnes()
+    void wordsOfTheRuns()
     {
-        RsyncCommand command({"/home/me/My Site/", "me@host:/var/www/", "2222", false});
-        QCOMPARE(
-            command.dryRun(),
-            std::string(
-                "rsync -e \"ssh -p 2222\" -avzC --update  --dry-run --exclude=.DS_Store /home/me/My Site/ "
-                "me@host:/var/www/ | sed '1d' | sed -n -e :a -e '1,3!{P;N;D;};N;ba' | grep -v .*/$"));
-        const auto rules = rsyncRules(
-            {row(false, "My Page.html"), row(true, "index.html"), row(false, "deleting old/a_b-1.css")},
-            true);
-        QCOMPARE(command.transfer(rules),
-                 std::string(
-                     "rsync -e \"ssh -p 2222\" -avzC --update  --exclude=.DS_Store --exclude=My\\ Page.html "
-                     "--exclude=old/a_b-1.css  /home/me/My Site/ me@host:/var/www/"));
-        RsyncCommand deleting({"a/", "b/", "22", true});
-        QVERIFY(deleting.dryRun().starts_with("rsync -e \"ssh -p 22\" -avzC --update --delete --dry-run "));
-        QVERIFY(deleting.transfer({}).starts_with(
-            "rsync -e \"ssh -p 22\" -avzC --update --delete --exclude=.DS"));
+        const RsyncCommand command({"/home/me/My Site/", "me@host:/var/www/", "2222", true});
+        QVERIFY(join(command.comparison(IgnoredNames("drafts/\n/a b/*.bak")))
+                    .starts_with("rsync|-e|ssh -p 2222|-az|--out-format=|%i %n|-C|--update|--dry-run|"));
+        const std::string words = join(command.comparison(IgnoredNames("drafts/\n/a b/*.bak")));
+        QVERIFY(words.ends_with("|--delete|--filter=- .git|--filter=- .svn|--filter=- .hg|--filter=- *~|"
+                                "--filter=- .*.swp|--filter=- Thumbs.db|--filter=- .DS_Store|"
+                                "--filter=- .luma-??????|--filter=- drafts/|--filter=- /a b/*.bak|"
+                                "--|/home/me/My Site/|me@host:/var/www/|"));
+        QCOMPARE(RsyncCommand::nameList({"a b", "#x"}), std::string("./a b\0./#x\0", 11));
+        QVERIFY(!RsyncCommand({"/x/", "", "22", false}).isComplete());
     }
 
     void argumentsComeFromTheRecord()
@@ -95,111 +90,137 @@ private slots:
         QCOMPARE(join({incomplete.source, incomplete.destination, incomplete.port}), std::string("||22|"));
     }
 
-    void listingIsTrimmedAndSplit()
+    void output_isReadLineByLine()
     {
-        QCOMPARE(join(RsyncCommand::listing("\n\na\ndeleting b\n c \n\n")), std::string("a|deleting b| c |"));
-        QCOMPARE(join(RsyncCommand::listing("\n\n")), std::string());
-        QCOMPARE(join(RsyncCommand::listing("")), std::string());
+        const auto report =
+            readRsyncOutput("[sender] hiding directory .git because of pattern .git\n"
+                            "|*deleting   old/deep/\n|*deleting   old/a.html\n|cd+++++++++ sub/\n"
+                            "|>f.st......  lead\\#012\n|.f...p..... mode.html\n|cL+++++++++ sub/link\n"
+                            "cannot delete non-empty directory: x\n\n");
+        QCOMPARE(namesOf(report.rows), std::string(" lead\\#012|deleting old/a.html|sub/link|"));
+        QCOMPARE(report.rows[1].relativePath, std::string(" lead\n"));
+        QCOMPARE(join(report.deletedFolders), std::string("old/deep|"));
+        QCOMPARE(report.ignored, std::size_t{1});
         QCOMPARE(nameWithoutDeleting("deleting old/deleting page.html"), std::string("old/page.html"));
     }
 
-    void theFilterLeavesFilesAlone()
+    // Half of all names, then the other half: those that a pattern or a shell would take for each other too.
+    void exactlyTheTickedRowsAreDone_data()
     {
-        const TwoFolders folders;
-        QCOMPARE(list(RsyncCommand(localArguments(folders))).size(), std::size_t{0});
-        fs::create_directories(folders.at("sending/only/folders"));
-        QCOMPARE(list(RsyncCommand(localArguments(folders))).size(), std::size_t{0});
-        folders.put("sending/only/a.html");
-        folders.put("receiving/gone.html");
-        std::string names;
-        for (const SyncRow& found : list(RsyncCommand(localArguments(folders, true))))
-            names += found.displayName + "\n";
-        QCOMPARE(names, std::string("deleting gone.html\nonly/a.html\n"));
+        QTest::addColumn<std::string>("side");
+        QTest::newRow("sent") << std::string("sending");
+        QTest::newRow("deleted") << std::string("receiving");
     }
-
-    // Unticks one listed name at a time: only this one must be left out.
-    void anUntickedNameAloneIsLeftOut()
+    void exactlyTheTickedRowsAreDone()
     {
-        const TwoFolders folders;
-        putNames(folders);
-        const RsyncCommand command(localArguments(folders));
-        std::vector<SyncRow> rows = list(command);
-        const auto listed = folders.listing("sending");
-        QVERIFY(rows.size() > 40);
-        for (SyncRow& unticked : rows) {
-            unticked.select = false;
-            inShell("cd '" + folders.root().string() + "' && " + command.transfer(rsyncRules(rows, false)));
-            const auto left = list(command);
-            QVERIFY2(left.size() == 1, unticked.displayName.c_str());
-            QCOMPARE(left.front().displayName, unticked.displayName);
-            unticked.select = true;
-            fs::remove_all(folders.receiving());
-            fs::create_directory(folders.receiving());
-        }
-        QVERIFY(!itemExists(folders.at("evil")));
-        QCOMPARE(folders.listing("sending"), listed);
-    }
-
-    void theUntickedHalfIsLeftOut_data()
-    {
-        QTest::addColumn<QByteArray>("locale");
-        QTest::addColumn<bool>("inFile");
-        QTest::newRow("on the command line") << QByteArray("C.UTF-8") << false;
-        QTest::newRow("in a file") << QByteArray("C.UTF-8") << true;
-        QTest::newRow("listed in another locale") << QByteArray("C") << false;
-    }
-    void theUntickedHalfIsLeftOut()
-    {
-        QFETCH(QByteArray, locale);
-        QFETCH(bool, inFile);
+        QFETCH(std::string, side);
         for (const std::size_t remainder : {0U, 1U}) {
             const TwoFolders folders;
-            putNames(folders);
-            const RsyncCommand command(localArguments(folders));
-            std::vector<SyncRow> rows = list(command, locale);
-            std::string expected;
-            for (std::size_t i = remainder; i < rows.size(); i += 2) {
-                rows[i].select = false;
-                expected += rows[i].displayName + "\n";
+            putNames(folders, side);
+            ComparisonReport found = compare(folders);
+            QVERIFY(found.rows.size() > 40);
+            std::vector<SyncRow> left;
+            for (std::size_t i = remainder; i < found.rows.size(); i += 2) {
+                found.rows[i].select = false;
+                left.push_back(found.rows[i]);
             }
-            const auto rules = rsyncRules(rows, false);
-            QVERIFY(writeFile(folders.at("rules"), RsyncCommand::rulesFile(rules)));
-            inShell(inFile ? command.transferWithRulesFile(folders.at("rules").string())
-                           : command.transfer(rules));
-            std::string left;
-            for (const SyncRow& row : list(command, locale))
-                left += row.displayName + "\n";
-            QCOMPARE(left, expected);
+            const RsyncReport report = job(folders).transfer(found.rows, found.deletedFolders, {}, {});
+            QCOMPARE(join(report.problems), std::string());
+            QCOMPARE(report.done.size(), found.rows.size() - left.size());
+            QCOMPARE(namesOf(compare(folders).rows), namesOf(left));
+            QVERIFY(!itemExists(folders.at("evil")));
         }
     }
 
-    void allUntickedMovesNothing_manyNamesFitAFile()
+    void emptiedFoldersAreDeleted_othersStay()
     {
         const TwoFolders folders;
-        putNames(folders);
-        std::vector<SyncRow> rows = list(RsyncCommand(localArguments(folders)));
-        for (SyncRow& unticked : rows)
-            unticked.select = false;
-        for (int i = 0; i < 5000; ++i)
-            rows.push_back(row(false, ("no such page " + std::to_string(i) + ".html").c_str()));
-        const auto rules = rsyncRules(rows, false);
-        QVERIFY(!RsyncCommand::fitCommandLine(rules));
-        QVERIFY(writeFile(folders.at("rules"), RsyncCommand::rulesFile(rules)));
-        inShell(RsyncCommand(localArguments(folders)).transferWithRulesFile(folders.at("rules").string()));
-        QCOMPARE(folders.listing("receiving"), std::string("sub/deep/\n"));
+        folders.putAll("receiving", "old/a/b/1.html|old/a/b/2.html|kept/x.html|kept/y.html");
+        ComparisonReport found = compare(folders);
+        QCOMPARE(namesOf(found.rows), std::string("deleting kept/x.html|deleting kept/y.html|"
+                                                  "deleting old/a/b/1.html|deleting old/a/b/2.html|"));
+        for (SyncRow& row : found.rows)
+            row.select = row.relativePath != "kept/y.html";
+        (void)job(folders).transfer(found.rows, found.deletedFolders, {}, {});
+        QCOMPARE(folders.listing("receiving"), std::string("kept/y.html\n"));
+        QVERIFY(!itemExists(folders.at("receiving/old")));
     }
 
-    void anUntickedDeletionIsSpared_aTickedOneDone()
+    void pagesComeAfterOtherFiles_deletionsLast()
     {
         const TwoFolders folders;
-        folders.putAll("receiving", "old/a[1].html|old/b.html|c.html");
-        const RsyncCommand command(localArguments(folders, true));
-        std::vector<SyncRow> rows = list(command);
-        QCOMPARE(rows.size(), std::size_t{3});
-        for (SyncRow& candidate : rows)
-            candidate.select = candidate.displayName != "deleting old/a[1].html";
-        inShell(command.transfer(rsyncRules(rows, true)));
-        QCOMPARE(folders.listing("receiving"), std::string("old/a[1].html\n"));
+        folders.putAll("sending", "a.html|b.PHP|c.css|sub/d.png|e.xml");
+        folders.putAll("receiving", "gone.html");
+        std::string lists;
+        const ComparisonReport found = compare(folders);
+        const RsyncJob listed =
+            job(folders, [&](const auto& words, std::string_view input, const auto& wanted) {
+                lists.append(input).append("|");
+                return runProgram(words, input, wanted);
+            });
+        (void)listed.transfer(found.rows, found.deletedFolders, {}, {});
+        std::replace(lists.begin(), lists.end(), '\0', ' ');
+        QCOMPARE(lists, std::string("./c.css ./sub/d.png |./a.html ./b.PHP ./e.xml |./gone.html |"));
+    }
+
+    void ignoredNamesAreCounted_andNeverDeleted()
+    {
+        const TwoFolders folders;
+        for (const char* side : {"sending", "receiving"})
+            folders.putAll(side, std::string(".git/") + side + "|draft 1/" + side + "|s/draft 2|" + side +
+                                     "~|keep/notes.txt/" + side + "|Thumbs.db|sub/.x.swp");
+        folders.put("sending/sub/notes.txt");
+        const ComparisonReport found = compare(folders, "draft*/\n/keep/notes.txt\n");
+        QCOMPARE(namesOf(found.rows), std::string("sub/notes.txt|"));
+        QCOMPARE(found.ignored, std::size_t{6});
+        const auto walked =
+            FolderComparison(folders.sending(), folders.receiving(), IgnoredNames("draft*/\n/keep/notes.txt"))
+                .run(WorkItem());
+        QCOMPARE(namesOf(walked->rows), std::string("sub/notes.txt|"));
+        QCOMPARE(walked->ignored, std::size_t{6});
+    }
+
+    void aFailedComparisonGivesTheReason()
+    {
+        const TwoFolders folders;
+        const RsyncJob gone({folders.at("gone/").string(), folders.receiving().string() + "/", "22", true},
+                            &runProgram);
+        const auto failed = gone.compare(IgnoredNames(), {});
+        QVERIFY(!failed);
+        QVERIFY2(failed.error().text.find("No such file or directory") != std::string::npos,
+                 failed.error().text.c_str());
+        QVERIFY(!RsyncJob({}, &runProgram).compare(IgnoredNames(), {}));
+    }
+
+    void aStoppedTransferIsEnded_andSaysWhatIsDone()
+    {
+        const TwoFolders folders;
+        folders.put("sending/a.txt");
+        folders.put("sending/b.bin", std::string(5'000'000, 'x'));
+        const RsyncJob slow = job(folders, [](auto words, std::string_view input, const auto& wanted) {
+            words.insert(words.end() - 3, {"--bwlimit=50", "--no-compress"});
+            return runProgram(words, input, wanted);
+        });
+        const ComparisonReport found = compare(folders);
+        const auto untilTheFirstIsThere = [&] { return !itemExists(folders.at("receiving/a.txt")); };
+        const RsyncReport report = slow.transfer(found.rows, {}, untilTheFirstIsThere, {});
+        QCOMPARE(report.done, std::vector<std::size_t>{0});
+        QCOMPARE(join(report.problems), std::string());
+        QTRY_COMPARE(folders.listing("receiving"), std::string("a.txt\n"));
+    }
+
+    void whatFailedIsNamed_theRestIsDone()
+    {
+        const TwoFolders folders;
+        folders.putAll("sending", "a.css|b.css|c.html");
+        folders.put("receiving/gone.html");
+        const ComparisonReport found = compare(folders);
+        folders.put("receiving/a.css/in the way");
+        const RsyncReport report = job(folders).transfer(found.rows, {}, {}, {});
+        QCOMPARE(found.rows.size(), std::size_t{4});
+        QCOMPARE(report.done, (std::vector<std::size_t>{2, 3}));
+        QVERIFY2(join(report.problems).find("a.css") != std::string::npos, join(report.problems).c_str());
+        QCOMPARE(folders.listing("receiving"), std::string("a.css/in the way\nb.css\nc.html\ngone.html\n"));
     }
 };
 

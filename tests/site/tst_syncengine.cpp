@@ -20,7 +20,7 @@ namespace {
 constexpr Direction upload = Direction::Upload;
 constexpr Direction download = Direction::Download;
 
-// A site whose "server" is the receiving folder: the runner removes the login from the command line.
+// A site whose "server" is the receiving folder: the runner removes the login from the command's words.
 struct Site
 {
     explicit Site(bool rsync)
@@ -29,11 +29,12 @@ struct Site
                    QVariantMap{{"user", "me"}, {"server", "host"}, {"path", path(folders.receiving())}}}}),
           engine(
               record,
-              [](std::vector<std::string> command) {
-                  std::string& line = command.at(2);
-                  if (const auto login = line.find("me@host:"); login != std::string::npos)
-                      line.erase(login, 8);
-                  return TwoFolders::run(line);
+              [](std::vector<std::string> words, std::string_view input, const StillWanted& wanted) {
+                  for (std::string& word : words) {
+                      if (word.starts_with("me@host:"))
+                          word.erase(0, 8);
+                  }
+                  return runProgram(words, input, wanted);
               },
               [this, rsync] {
                   return SyncSides{rsync, folders.sending(), folders.receiving()};
@@ -48,9 +49,9 @@ struct Site
         return QTest::qWaitFor([this] { return engine.state() != State::Comparing; }, 60000);
     }
 
-    bool transfer(bool deletes = false)
+    bool transfer()
     {
-        engine.transfer(deletes);
+        engine.transfer();
         return QTest::qWaitFor([this] { return engine.state() != State::Transferring; }, 60000);
     }
 
@@ -153,7 +154,7 @@ private slots:
         QVERIFY(site.compare(upload, true));
         QCOMPARE(site.names(), std::string("-deleting old/page.html\n"));
         site.engine.table().tickAll(true);
-        QVERIFY(site.transfer(true));
+        QVERIFY(site.transfer());
         QCOMPARE(site.folders.listing("receiving"), std::string());
     }
 
@@ -177,6 +178,42 @@ private slots:
         QCOMPARE(site.engine.state(), State::Ready);
     }
 
+    void aFailedComparisonKeepsTheRowsAndTheUntickedNames_data() { bothModes_data(); }
+    void aFailedComparisonKeepsTheRowsAndTheUntickedNames()
+    {
+        QFETCH(bool, rsync);
+        Site site(rsync);
+        site.folders.putAll("sending", "a.html|b.html");
+        QVERIFY(site.compare());
+        site.untick(1);
+        fs::rename(site.folders.sending(), site.folders.at("elsewhere"));
+        QVERIFY(site.compare());
+        QCOMPARE(site.engine.state(), State::Failed);
+        QCOMPARE(site.engine.title(), "The comparison failed");
+        QVERIFY2(site.engine.message().contains("No such file"), qPrintable(site.engine.message()));
+        QCOMPARE(site.names(), std::string("+a.html\n-b.html\n"));
+        site.engine.cancel();
+        QCOMPARE(site.record.untickedNames(upload), QStringList{"b.html"});
+        fs::rename(site.folders.at("elsewhere"), site.folders.sending());
+        QVERIFY(site.compare());
+        QCOMPARE(site.names(), std::string("+a.html\n-b.html\n"));
+    }
+
+    void aStoppedTransferSaysWhatIsDone()
+    {
+        Site site(false);
+        for (int i = 0; i < 300; ++i)
+            site.folders.put("sending/" + std::to_string(i));
+        QVERIFY(site.compare());
+        site.engine.transfer();
+        site.engine.stop();
+        QTRY_COMPARE(site.engine.state(), State::Ready);
+        const auto left = site.engine.table().rows().size();
+        QCOMPARE(site.engine.message(), QString("Stopped; %1 of 300 moved").arg(300 - left));
+        QVERIFY(site.compare());
+        QCOMPARE(site.engine.table().rows().size(), left);
+    }
+
     void aMistypedOrAbsentListCountsAsEmpty()
     {
         Site site(false);
@@ -197,11 +234,13 @@ private slots:
     {
         QSemaphore entered;
         QSemaphore held;
-        SiteRecord record({});
-        const auto runner = [&](const std::vector<std::string>&) {
+        SiteRecord record(
+            {{"sourceDict", QVariantMap{{"path", "/a"}}},
+             {"destinationDict", QVariantMap{{"user", "me"}, {"server", "host"}, {"path", "/b"}}}});
+        const auto runner = [&](const std::vector<std::string>&, std::string_view, const StillWanted&) {
             entered.release();
             held.acquire();
-            return std::string("a.html\n");
+            return ProgramResult{0, "|>f+++++++++ a.html\n", {}};
         };
         auto engine = std::make_unique<SyncEngine>(record, runner, [] { return SyncSides{true, {}, {}}; });
         engine->compare(upload, false);
@@ -212,7 +251,7 @@ private slots:
         held.release(1);
         held.release(1);
         QTRY_COMPARE(engine->state(), State::Ready);
-        engine->transfer(false);
+        engine->transfer();
         entered.acquire();
         engine.reset();
         held.release(1);
@@ -226,7 +265,7 @@ private slots:
         });
         files->compare(upload, false);
         QTRY_COMPARE(files->state(), State::Ready);
-        files->transfer(false);
+        files->transfer();
         files.reset();
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         QVERIFY(folders.listing("receiving").find(".luma-") == std::string::npos);

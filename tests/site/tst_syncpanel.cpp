@@ -22,9 +22,13 @@ namespace {
 struct Fixture
 {
     explicit Fixture(std::string rsyncListing = {})
-        : record({}),
+        : record({{"sourceDict", QVariantMap{{"path", "/a"}}},
+                  {"destinationDict", QVariantMap{{"user", "me"}, {"server", "host"}, {"path", "/b"}}}}),
           engine(
-              record, [rsyncListing](const std::vector<std::string>&) { return rsyncListing; },
+              record,
+              [rsyncListing](const std::vector<std::string>&, std::string_view, const StillWanted&) {
+                  return ProgramResult{0, rsyncListing, {}};
+              },
               [this, rsyncListing] {
                   return SyncSides{!rsyncListing.empty(), folders.sending(), folders.receiving()};
               }),
@@ -126,7 +130,7 @@ private slots:
     {
         std::string listing;
         for (int i = 0; i < 20000; ++i)
-            listing += (i % 50 == 7 ? "deleting " : "") + std::string("archive/2026/page-") +
+            listing += (i % 50 == 7 ? "|*deleting   " : "|>f+++++++++ ") + std::string("archive/2026/page-") +
                        std::to_string(i) + ".html\n";
         Fixture f(listing);
         f.panel->sync(Direction::Upload);

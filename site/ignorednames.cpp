@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "site/ignorednames.h"
+
+#include "base/ascii.h"
+
+#include <fnmatch.h>
+
+#include <algorithm>
+
+namespace luma {
+
+namespace {
+
+// The last one is the form of our own temporary files.
+constexpr std::string_view always = ".git\n.svn\n.hg\n*~\n.*.swp\nThumbs.db\n.DS_Store\n.luma-??????\n";
+
+bool fits(const std::string& pattern, bool isLiteral, const char* text)
+{
+    return isLiteral ? pattern == text : ::fnmatch(pattern.c_str(), text, FNM_PATHNAME) == 0;
+}
+
+} // namespace
+
+IgnoredNames::IgnoredNames(std::string_view patterns)
+{
+    for (std::string_view lines : {always, patterns}) {
+        while (!lines.empty()) {
+            const std::size_t end = std::min(lines.find('\n'), lines.size());
+            add(trimmed(lines.substr(0, end)));
+            lines.remove_prefix(std::min(end + 1, lines.size()));
+        }
+    }
+}
+
+void IgnoredNames::add(std::string_view line)
+{
+    Pattern pattern;
+    pattern.foldersOnly = line.ends_with('/');
+    while (line.ends_with('/'))
+        line.remove_suffix(1);
+    pattern.isAnchored = line.find('/') != std::string_view::npos;
+    while (line.starts_with('/'))
+        line.remove_prefix(1);
+    // fnmatch(3) has no "**"; rsync would match slashes with it.
+    for (const char c : line) {
+        if (c != '*' || !pattern.text.ends_with('*'))
+            pattern.text.push_back(c);
+    }
+    pattern.isLiteral = line.find_first_of("*?[") == std::string_view::npos;
+    if (!pattern.text.empty())
+        m_patterns.push_back(std::move(pattern));
+}
+
+bool IgnoredNames::match(const std::string& folder, const char* name, bool isFolder) const
+{
+    return std::any_of(m_patterns.begin(), m_patterns.end(), [&](const Pattern& pattern) {
+        if (pattern.foldersOnly && !isFolder)
+            return false;
+        if (!pattern.isAnchored)
+            return fits(pattern.text, pattern.isLiteral, name);
+        const std::string path = folder.empty() ? name : folder + '/' + name;
+        return fits(pattern.text, pattern.isLiteral, path.c_str());
+    });
+}
+
+std::vector<std::string> IgnoredNames::rsyncOptions() const
+{
+    std::vector<std::string> options;
+    for (const Pattern& pattern : m_patterns)
+        options.push_back("--filter=- " + std::string(pattern.isAnchored ? "/" : "") + pattern.text +
+                          (pattern.foldersOnly ? "/" : ""));
+    return options;
+}
+
+} // namespace luma
