@@ -12,6 +12,7 @@
 #include <QElapsedTimer>
 #include <QTest>
 
+#include <algorithm>
 #include <cstdio>
 
 namespace luma {
@@ -96,8 +97,10 @@ void Tour::publish()
         return miss(QStringLiteral("the site's window did not open"));
     const auto listsFiles = [&](const char* pane) {
         const auto* side = window->findChild<QWidget*>(QLatin1StringView(pane));
-        const auto* view = side ? side->findChild<QAbstractItemView*>() : nullptr;
-        return view && view->model() && view->model()->rowCount(view->rootIndex()) > 0;
+        const auto views = side ? side->findChildren<QAbstractItemView*>() : QList<QAbstractItemView*>();
+        return std::any_of(views.begin(), views.end(), [](const QAbstractItemView* view) {
+            return view->isVisible() && view->model() && view->model()->rowCount(view->rootIndex()) > 0;
+        });
     };
     await("the source's files", [&] { return listsFiles("sourceBrowserController"); });
     await("the destination's files", [&] { return listsFiles("destinationBrowserController"); });
