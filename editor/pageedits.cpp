@@ -11,6 +11,7 @@
 
 #include <QUndoStack>
 
+#include <functional>
 #include <string>
 
 namespace luma {
@@ -146,7 +147,7 @@ void PageEdits::travelHistory(void (QUndoStack::*step)())
         const int before = m_stack.index();
         {
             const auto quiet = m_selection.quietly();
-            (m_stack.*step)();
+            std::invoke(step, m_stack);
         }
         if (m_stack.index() != before)
             emit redone();
