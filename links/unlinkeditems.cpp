@@ -10,12 +10,12 @@
 #include "links/bytehash.h"
 #include "links/excludedfolders.h"
 #include "links/linkedfile.h"
-#include "links/namesearch.h"
+#include "links/namedfiles.h"
 #include "links/parsedpage.h"
 #include "links/urlreferences.h"
 
 #include <algorithm>
-#include <map>
+#include <iterator>
 
 namespace luma {
 
@@ -140,44 +140,18 @@ private:
         }
     }
 
-    // Reads each plain-text file once and looks for the names of all files that are still unlinked.
+    // Looks in each plain-text file for the names of all files that are still unlinked.
     bool searchTexts()
     {
-        std::map<std::string, std::vector<Id>> filesByName;
-        for (const Id file : m_candidates) {
-            if (!m_index.isLinked(file))
-                filesByName[std::string(m_tree.name(file))].push_back(file);
-        }
-        std::vector<std::string> names;
-        std::vector<const std::vector<Id>*> files;
-        for (const auto& [name, ofThisName] : filesByName) {
-            names.push_back(name);
-            files.push_back(&ofThisName);
-        }
-        const NameSearch search(std::move(names));
+        std::vector<Id> wanted;
+        std::copy_if(m_candidates.begin(), m_candidates.end(), std::back_inserter(wanted),
+                     [this](Id file) { return !m_index.isLinked(file); });
         std::vector<Id> texts;
-        for (const Id file : m_tree.files()) {
-            if (m_tree.kind(file) == FileKind::PlainText && !files.empty())
-                texts.push_back(file);
-        }
-        using Work = OrderedWork<bool>;
-        return Work(texts.size(), m_callbacks.stillWanted)
-            .run([&](std::size_t i, std::size_t) { return searchText(texts[i], search, files); },
-                 [&](std::size_t i, bool) { examining(texts[i]); });
-    }
-
-    bool searchText(Id text, const NameSearch& search, const std::vector<const std::vector<Id>*>& files)
-    {
-        FileReader reader;
-        const auto bytes = reader.read(m_tree.path(text));
-        if (!bytes || !isValidUtf8(*bytes))
-            return false;
-        search.search(*bytes, [&](std::size_t name) {
-            for (const Id file : *files[name])
-                m_index.setLinked(file);
-            return true;
-        });
-        return true;
+        std::copy_if(m_tree.files().begin(), m_tree.files().end(), std::back_inserter(texts),
+                     [this](Id file) { return m_tree.kind(file) == FileKind::PlainText; });
+        return findNamedFiles(
+            m_tree, wanted, texts, isValidUtf8, [this](Id file, Id) { m_index.setLinked(file); },
+            m_callbacks);
     }
 
     bool deliverRows()

@@ -4,12 +4,12 @@
 #include "base/ascii.h"
 #include "base/orderedwork.h"
 #include "links/excludedfolders.h"
-#include "links/namesearch.h"
+#include "links/namedfiles.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
-#include <map>
+#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -101,47 +101,23 @@ private:
         return true;
     }
 
-    // Reads each script, data file and text once and looks for the names of all files that are still unlinked.
+    // Looks in each script, data file and text for the names of all files that are still unlinked.
     bool searchTexts()
     {
         markTargetsOfLinks();
-        std::map<std::string, std::vector<Id>> filesByName;
-        for (const Id file : m_candidates) {
-            if (!m_linked[file])
-                filesByName[std::string(m_tree.name(file))].push_back(file);
-        }
-        std::vector<std::string> names;
-        std::vector<const std::vector<Id>*> files;
-        for (const auto& [name, ofThisName] : filesByName) {
-            names.push_back(name);
-            files.push_back(&ofThisName);
-        }
-        const NameSearch search(std::move(names));
+        std::vector<Id> wanted;
+        std::copy_if(m_candidates.begin(), m_candidates.end(), std::back_inserter(wanted),
+                     [this](Id file) { return !m_linked[file]; });
         std::vector<Id> texts;
-        for (const Id file : m_tree.files()) {
-            if (!files.empty() && mentionsFiles(m_tree.name(file)))
-                texts.push_back(file);
-        }
-        using Work = OrderedWork<bool>;
-        return Work(texts.size(), m_callbacks.stillWanted)
-            .run([&](std::size_t i, std::size_t) { return searchText(texts[i], search, files); },
-                 [&](std::size_t i, bool) { examining(texts[i]); });
-    }
-
-    bool searchText(Id text, const NameSearch& search, const std::vector<const std::vector<Id>*>& files)
-    {
-        FileReader reader;
-        const auto bytes = reader.read(m_tree.path(text));
-        if (!bytes)
-            return false;
-        search.search(*bytes, [&](std::size_t name) {
-            for (const Id file : *files[name]) {
+        std::copy_if(m_tree.files().begin(), m_tree.files().end(), std::back_inserter(texts),
+                     [this](Id file) { return mentionsFiles(m_tree.name(file)); });
+        return findNamedFiles(
+            m_tree, wanted, texts, [](std::string_view) { return true; },
+            [this](Id file, Id text) {
                 if (file != text)
                     m_linked[file].store(true, std::memory_order_relaxed);
-            }
-            return true;
-        });
-        return true;
+            },
+            m_callbacks);
     }
 
     // A file is in use when a symbolic link to it is.
