@@ -3,6 +3,7 @@
 
 #include "base/files.h"
 #include "base/fileuri.h"
+#include "base/folderreader.h"
 #include "base/resources.h"
 #include "web/pagescheme.h"
 #include "web/scriptcall.h"
@@ -53,12 +54,12 @@ QString channelScript()
 // the order: at the top they only declare, and listen to events.
 std::vector<fs::path> pageSideScripts()
 {
+    const fs::path folder = resourceFolder() / "LUMAHTMLCSSJS";
     std::vector<fs::path> scripts;
-    std::error_code error;
-    for (fs::directory_iterator entry(resourceFolder() / "LUMAHTMLCSSJS", error), end; !error && entry != end;
-         entry.increment(error)) {
-        if (entry->path().extension() == ".js")
-            scripts.push_back(entry->path());
+    auto reader = FolderReader::open(folder.native());
+    while (const auto entry = reader ? reader->next() : std::nullopt) {
+        if (std::string_view(entry->name()).ends_with(".js"))
+            scripts.push_back(folder / entry->name());
     }
     std::sort(scripts.begin(), scripts.end());
     std::stable_partition(scripts.begin(), scripts.end(),
