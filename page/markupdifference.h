@@ -8,13 +8,12 @@
 
 namespace luma {
 
-/// What turns one tree into another, as small as a walk from the root down finds it: attributes on the way,
-/// and one run of children that is exchanged. Nodes outside the run stay, and with them all that refers to
-/// them.
+/// The smallest change that a walk from the root finds to turn one tree into another: attributes on the way, and
+/// one run of children to replace. Nodes outside the run are kept, and so is everything that refers to them.
 struct MarkupDifference
 {
     std::vector<std::pair<html::Element*, std::vector<html::Attribute>>> attributes;
-    /// The run: what stands between `previous` and `next` (null: the ends) in `parent` gives way to `nodes`.
+    /// The run: the nodes between `previous` and `next` (null: the ends) in `parent` are replaced by `nodes`.
     /// No run without a parent.
     html::ParentNode* parent = nullptr;
     html::Node* previous = nullptr;
@@ -24,8 +23,8 @@ struct MarkupDifference
     [[nodiscard]] bool isEmpty() const { return attributes.empty() && !parent; }
 };
 
-/// Compares what is below `mine` with what is below `theirs`, and their attributes; the nodes of the run are
-/// taken out of `theirs`.
+/// Compares `mine` with `theirs`: their attributes and everything below them. The nodes of the run are moved out of
+/// `theirs`.
 MarkupDifference differenceTo(html::ParentNode& mine, html::ParentNode& theirs);
 
 } // namespace luma

@@ -11,10 +11,9 @@
 
 namespace luma {
 
-/// The parsed page, the master copy, with the few primitives through which it is changed. Each tells its
-/// listeners before and after, with the rows that it touches among the element children, so that an item
-/// model follows exactly. Every primitive can be undone by another; undo commands are made of them. Main
-/// thread.
+/// The parsed page, which is the master copy, and the few primitives that change it. Each announces the rows it
+/// touches among the element children, before and after, so that an item model can follow exactly. Every primitive
+/// can be undone by another one; undo commands consist of them. Main thread.
 class PageTree final : public QObject
 {
     Q_OBJECT
@@ -23,15 +22,15 @@ public:
     using QObject::QObject;
     ~PageTree() override;
 
-    /// The page; null until the first one is there.
+    /// The page; null until the first one is set.
     [[nodiscard]] html::Document* document() const { return m_document.get(); }
     void setDocument(std::unique_ptr<html::Document> document);
 
     html::Node& insert(html::NodePtr node, const html::Position& position);
     [[nodiscard]] html::NodePtr take(html::Node& node);
     void swapAttributes(html::Element& element, std::vector<html::Attribute>& attributes);
-    /// Exchanges what stands between two children of `parent` (null: from the beginning, to the end) for
-    /// `nodes`, which then hold what stood there. Done twice it restores what was.
+    /// Swaps the nodes between two children of `parent` (null: from the beginning, to the end) with `nodes`. A second
+    /// call with the same arguments undoes the first.
     void exchange(html::ParentNode& parent, html::Node* previous, html::Node* next, html::NodeList& nodes);
 
 signals:

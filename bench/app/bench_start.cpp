@@ -5,7 +5,7 @@
 //     bench_start make FOLDER SITES
 //     bench_start start FOLDER
 //
-// The start ends stray watchers, so run it in its own process namespace, as run does.
+// The start ends stray watchers, so run it in a process namespace of its own, as `run` does.
 #include "app/lumaappdelegate.h"
 #include "app/program.h"
 #include "app/sitelistwindow.h"

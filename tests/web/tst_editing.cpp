@@ -317,7 +317,7 @@ private slots:
         QCOMPARE(QGuiApplication::clipboard()->text(), "one");
     }
 
-    // After one letter the page differs in that text alone, whatever else it holds.
+    // After one letter the page differs only in that text.
     void typedLetter_changesItsTextNodeAlone()
     {
         const QByteArray page =

@@ -30,7 +30,7 @@ QByteArray pageWithSheet(const QByteArray& address)
     return "<!DOCTYPE html><link rel=stylesheet href=\"" + address + "\"><p>text</p>";
 }
 
-/// Stands in for the desktop's programs while it lives.
+/// Receives the addresses that would be opened with the desktop's programs.
 class Desktop final : public QObject
 {
     Q_OBJECT
@@ -58,7 +58,7 @@ private:
 
 } // namespace
 
-/// The rendering of a page in the real engine: what it shows, what it may read, and all that it must not do.
+/// The rendering of a page in the real engine: what it shows, what it may read and what it must not do.
 class tst_editorpage final : public QObject
 {
     Q_OBJECT
@@ -228,7 +228,7 @@ private slots:
         QSignalSpy shown(&page(), &EditorPage::shown);
         QVERIFY(web->showBody(markup + "<p>stays</p>"));
         QCOMPARE(web->answer("document.querySelector('p').textContent"), "stays");
-        // A refresh of no delay would have begun by now; the engine's events are worked off once more.
+        // An immediate refresh would have begun by now; the engine's events are processed once more.
         QSignalSpy later(&web->view, &QObject::objectNameChanged);
         QTimer::singleShot(100, &web->view, [this] { web->view.setObjectName("later"); });
         QVERIFY(later.wait());

@@ -22,7 +22,7 @@ using namespace luma;
 
 namespace {
 
-/// A document that keeps its markup as text and notes what it is told.
+/// A document that keeps its markup as text and records its calls.
 class TextDocument final : public PageDocument
 {
 public:
@@ -67,7 +67,7 @@ QPushButton* button(QDialog* sheet, const char* name)
 
 } // namespace
 
-/// The controller with a real rendering and a document that only takes notes.
+/// The controller with a real rendering and a recording document.
 class tst_viewcontroller final : public QObject
 {
     Q_OBJECT
@@ -127,7 +127,7 @@ private slots:
         QVERIFY(document->told.isEmpty());
     }
 
-    // What waits for the page is done in order, once, also if the page dies; never for an object that is gone.
+    // Continuations run in order and once, even if the page dies, but not for an object that is gone.
     void whenCaughtUp_runsWhateverThePageDoes_data()
     {
         QTest::addColumn<bool>("dies");

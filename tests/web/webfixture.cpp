@@ -96,7 +96,7 @@ void WebFixture::select(const QString& text, Caret caret)
                               .arg(quotedForScript(text), QLatin1String(names[static_cast<int>(caret)])));
 }
 
-// Keys take their own way to the page, and none of its other answers tells that they have arrived.
+// Keys reach the page on a path of their own, so no other answer shows that they have arrived.
 void WebFixture::waitForKeys(qsizetype count)
 {
     QVERIFY(QTest::qWaitFor([this, count] { return answer("window.releasedKeys").toLongLong() >= count; },
