@@ -193,8 +193,16 @@ void HaldenDoc::updateForRecord()
     // A local folder needs no login.
     const bool isRemote = destination.string(endpoint::protocol) != endpoint::fileProtocol;
     m_ui->connectionLine->setVisible(isRemote);
-    m_ui->setUpRemoteLoginAction->setEnabled(isRemote);
     m_ui->checkConnectionAction->setEnabled(isRemote);
+    updateSetUp();
+}
+
+// Two set-ups at the same time would install two keys.
+void HaldenDoc::updateSetUp()
+{
+    const bool isUseful = !m_rsync && !m_remoteLogin.isSettingUp();
+    m_ui->setUpRemoteLoginConnectionButton->setEnabled(isUseful);
+    m_ui->setUpRemoteLoginAction->setEnabled(isUseful && m_ui->checkConnectionAction->isEnabled());
 }
 
 void HaldenDoc::updateActions()
@@ -234,10 +242,11 @@ void HaldenDoc::checkConnectionOK()
 void HaldenDoc::showCheck(bool works)
 {
     m_rsync = works;
+    updateSetUp();
+    if (m_remoteLogin.isSettingUp())
+        return;
     m_ui->connectionResultText->setText(works ? tr("LUMA is using rsync for faster uploads and downloads.")
                                               : tr("Turn on rsync to make uploads and downloads go faster."));
-    m_ui->setUpRemoteLoginConnectionButton->setEnabled(!works);
-    m_ui->setUpRemoteLoginAction->setEnabled(!works);
 }
 
 void HaldenDoc::setUpRsync()
@@ -245,16 +254,13 @@ void HaldenDoc::setUpRsync()
     // Moving the focus commits the field that is being edited to the record.
     setFocus();
     m_ui->connectionResultText->setText(tr("Remote Login setup requested."));
-    // Two set-ups at the same time would install two keys.
-    m_ui->setUpRemoteLoginConnectionButton->setEnabled(false);
-    m_ui->setUpRemoteLoginAction->setEnabled(false);
     m_remoteLogin.setUp();
+    updateSetUp();
 }
 
 void HaldenDoc::setUpEnded(const QString& message)
 {
-    m_ui->setUpRemoteLoginConnectionButton->setEnabled(true);
-    m_ui->setUpRemoteLoginAction->setEnabled(true);
+    updateSetUp();
     if (!message.isEmpty()) {
         m_ui->connectionResultText->setText(message);
         return;

@@ -25,8 +25,8 @@ class SyncPanel;
 /// The window of one open site: its two panes, the connection line, and the panels of its long jobs. It
 /// shares its record with the site list, which finds the window by its title, the destination's server, or by
 /// its record if that names none; the title is then the site's name.
-/// Transfers go through rsync once the connection check has found that login by key works. Main thread only;
-/// closing the window at any time drops its jobs.
+/// Transfers go through rsync once the connection check has found that login by key works, until the
+/// destination changes. Main thread only; closing the window at any time drops its jobs.
 class HaldenDoc final : public QMainWindow, public PaneHost
 {
     Q_OBJECT
@@ -96,6 +96,7 @@ private:
     void setIcons();
     void updateForRecord();
     void updateActions();
+    void updateSetUp();
     void showCheck(bool works);
     void setUpEnded(const QString& message);
     [[nodiscard]] SyncSides sides() const;

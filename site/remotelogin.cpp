@@ -5,11 +5,15 @@
 #include "base/workitem.h"
 #include "browser/endpoint.h"
 
+#include <utility>
+
 namespace luma {
 
 RemoteLogin::RemoteLogin(std::shared_ptr<ObservedDictionary> destination, Calls calls, QObject* parent)
     : QObject(parent), m_destination(std::move(destination)), m_calls(std::move(calls))
-{}
+{
+    connect(m_destination.get(), &ObservedDictionary::changed, this, &RemoteLogin::forgetCheck);
+}
 
 RemoteLogin::~RemoteLogin() = default;
 
@@ -40,14 +44,29 @@ void RemoteLogin::check()
           });
 }
 
+void RemoteLogin::forgetCheck(const QString& changedKey)
+{
+    const bool counts = changedKey == endpoint::protocol || changedKey == endpoint::server ||
+                        changedKey == endpoint::user || changedKey == endpoint::sshPortNo;
+    if (!counts || m_newestCheck == 0)
+        return;
+    ++m_newestCheck;
+    emit checked(false);
+}
+
 void RemoteLogin::setUp()
 {
+    if (std::exchange(m_isSettingUp, true))
+        return;
     const QPointer<RemoteLogin> guard(this);
     start(std::make_shared<WorkItem>(),
           [guard, call = m_calls.setUp, login = login(*m_destination), port = port(*m_destination),
            password = m_destination->string(endpoint::password)](const WorkItem&) {
               const QString message = call(login, port, password);
-              onMain(guard, [&](RemoteLogin& alive) { emit alive.setUpEnded(message); });
+              onMain(guard, [&](RemoteLogin& alive) {
+                  alive.m_isSettingUp = false;
+                  emit alive.setUpEnded(message);
+              });
           });
 }
 

@@ -11,8 +11,8 @@
 namespace luma {
 
 /// Checks whether key-based ssh login to a site's destination works, and sets it up. Both run in the
-/// background and answer with a signal on the main thread. Of several checks only the newest answers. Main
-/// thread only.
+/// background and answer with a signal on the main thread. Of several checks only the newest answers, and only
+/// one set-up runs at a time. Main thread only.
 class RemoteLogin final : public QObject
 {
     Q_OBJECT
@@ -36,17 +36,24 @@ public:
     [[nodiscard]] static QString port(const ObservedDictionary& destination);
 
     void check();
+    /// Does nothing while a set-up runs.
     void setUp();
+    [[nodiscard]] bool isSettingUp() const { return m_isSettingUp; }
 
 signals:
+    /// Also emitted with false, after a check was started, when the protocol, server, user or port changes: what
+    /// a check found counts for the former ones only.
     void checked(bool works);
     /// `message` is empty on success.
     void setUpEnded(const QString& message);
 
 private:
+    void forgetCheck(const QString& changedKey);
+
     std::shared_ptr<ObservedDictionary> m_destination;
     Calls m_calls;
     int m_newestCheck = 0;
+    bool m_isSettingUp = false;
 };
 
 } // namespace luma

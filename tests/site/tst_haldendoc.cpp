@@ -6,6 +6,7 @@
 #include "tests/support/tabwalk.h"
 
 #include <QSemaphore>
+#include <QThreadPool>
 
 using namespace luma;
 using luma::test::SiteWindow;
@@ -22,6 +23,7 @@ class tst_haldendoc final : public QObject
     QString m_setUpAnswer;
     QStringList m_calls;
     QSemaphore m_shellMayAnswer;
+    QSemaphore* m_setUpGate = nullptr;
 
     static QVariantMap endpointAt(const std::filesystem::path& folder, const QString& server)
     {
@@ -41,6 +43,8 @@ class tst_haldendoc final : public QObject
                  },
                  [this](const QString& login, const QString& port, const QString& password) {
                      onMainCall(QStringLiteral("set up %1 %2 %3").arg(login, port, password));
+                     if (m_setUpGate)
+                         m_setUpGate->acquire();
                      return m_setUpAnswer;
                  }},
                 [this](const std::vector<std::string>&, std::string_view, const StillWanted&) {
@@ -151,6 +155,54 @@ private slots:
         QCOMPARE(m_calls.last(), "check anna@web.example 22");
         QVERIFY(m_calls.contains("set up anna@web.example 22 secret"));
         luma::test::screenshot(window(), "site-rsync");
+        m_record->destinationDict()->setValue(endpoint::path, "/elsewhere");
+        QVERIFY(window().rsync());
+    }
+
+    // The check was of another account, or of another computer.
+    void changedDestination_turnsRsyncOff_data()
+    {
+        QTest::addColumn<QString>("key");
+        for (const auto key : {endpoint::protocol, endpoint::server, endpoint::user, endpoint::sshPortNo})
+            QTest::newRow(key.data()) << QString(key);
+    }
+    void changedDestination_turnsRsyncOff()
+    {
+        QFETCH(QString, key);
+        open();
+        window().checkConnectionOK();
+        QTRY_VERIFY(window().rsync());
+        m_record->destinationDict()->setValue(key, "other");
+        QVERIFY(!window().rsync());
+        window().checkConnectionOK();
+        m_record->destinationDict()->setValue(key, "late");
+        QTRY_COMPARE(m_calls.size(), 2);
+        QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
+        QVERIFY(!window().rsync());
+    }
+
+    void setUp_isNotStartedTwice()
+    {
+        m_record->destinationDict()->setValue(endpoint::protocol, "sftp://");
+        m_record->destinationDict()->setValue(endpoint::autoconnect, 0);
+        m_checkAnswer = "fail - timeout";
+        QSemaphore gate;
+        m_setUpGate = &gate;
+        open();
+        window().setUpRsync();
+        QTRY_COMPARE(m_calls.size(), 1);
+        window().checkConnectionOK();
+        QTRY_COMPARE(m_calls.size(), 2);
+        m_record->destinationDict()->setValue(endpoint::password, "new");
+        QCoreApplication::processEvents();
+        QVERIFY(!m_site->isEnabled("setUpRemoteLoginConnectionButton"));
+        const auto& action = m_site->find<QAction>("setUpRemoteLoginAction");
+        QVERIFY(!action.isEnabled());
+        window().setUpRsync();
+        gate.release(2);
+        QTRY_VERIFY(action.isEnabled());
+        QCOMPARE(m_calls.filter("set up").size(), 1);
+        m_setUpGate = nullptr;
     }
 
     void closing_whileAJobRuns_data()

@@ -248,18 +248,15 @@ private slots:
 
     void failedComparison_saysWhy()
     {
-        const std::vector<std::array<QString, 3>> cases = {{"path", "/nowhere", "No such file or directory"},
-                                                           {"sshPortNo", "1", "Connection refused"}};
-        for (const auto& [key, value, reason] : cases) {
-            const QVariant right = m_record->destinationDict()->values().value(key);
-            m_record->destinationDict()->setValue(key, value);
-            QVERIFY(m_site->compare("downloadButton"));
-            m_record->destinationDict()->setValue(key, right);
-            QCOMPARE(m_site->text("syncPanelTitle"), "The comparison failed");
-            QVERIFY2(m_site->text("syncMessage").contains(reason), qPrintable(m_site->text("syncMessage")));
-            QVERIFY(!m_site->isEnabled("syncButton"));
-            m_site->click("cancelButton");
-        }
+        const QVariant right = m_record->destinationDict()->value("path");
+        m_record->destinationDict()->setValue("path", "/nowhere");
+        QVERIFY(m_site->compare("downloadButton"));
+        m_record->destinationDict()->setValue("path", right);
+        QCOMPARE(m_site->text("syncPanelTitle"), "The comparison failed");
+        QVERIFY2(m_site->text("syncMessage").contains("No such file or directory"),
+                 qPrintable(m_site->text("syncMessage")));
+        QVERIFY(!m_site->isEnabled("syncButton"));
+        m_site->click("cancelButton");
     }
 
     void stoppedUpload_leavesNothingBehind()

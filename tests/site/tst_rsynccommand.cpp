@@ -190,6 +190,11 @@ private slots:
         QVERIFY2(failed.error().text.find("No such file or directory") != std::string::npos,
                  failed.error().text.c_str());
         QVERIFY(!RsyncJob({}, &runProgram).compare(IgnoredNames(), {}));
+        const auto refused =
+            RsyncJob({folders.sending().string() + "/", "me@127.0.0.1:/x/", "1", true}, &runProgram)
+                .compare(IgnoredNames(), {});
+        QVERIFY2(refused.error().text.find("Connection refused") != std::string::npos,
+                 refused.error().text.c_str());
     }
 
     void aStoppedTransferIsEnded_andSaysWhatIsDone()
