@@ -85,6 +85,11 @@ private:
 
 } // namespace
 
+const SourceRecord& PageSource::recordOf(const Node& node)
+{
+    return node.origin().source->record(node.origin().record);
+}
+
 std::uint64_t PageSource::contentHash(const Node& node)
 {
     auto hash = static_cast<std::uint64_t>(node.kind());

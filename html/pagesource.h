@@ -68,6 +68,8 @@ public:
         return std::string_view(m_text).substr(range.begin, range.end - range.begin);
     }
     [[nodiscard]] const SourceRecord& record(std::uint32_t number) const { return m_records[number]; }
+    /// What the source of a node, which has one, says about it.
+    [[nodiscard]] static const SourceRecord& recordOf(const Node& node);
     /// The record of the document itself is 0.
     [[nodiscard]] std::uint32_t size() const { return static_cast<std::uint32_t>(m_records.size()); }
 

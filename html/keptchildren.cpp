@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "html/keptchildren.h"
+
+#include "html/characterdata.h"
+#include "html/element.h"
+#include "html/unchangednodes.h"
+
+#include <algorithm>
+#include <iterator>
+#include <unordered_map>
+
+namespace luma::html {
+
+KeptChildren::KeptChildren(const ParentNode& parent, const UnchangedNodes& unchanged)
+    : m_units(unitsOf(parent))
+{
+    findClusters(parent);
+    match(parent, unchanged);
+    chooseKept();
+}
+
+std::vector<KeptChildren::Unit> KeptChildren::unitsOf(const ParentNode& parent)
+{
+    std::vector<Unit> units;
+    for (const Node* child = parent.firstChild(); child;) {
+        const Node* behind = child->next();
+        const Origin* origin = &child->origin();
+        // Of texts that touch, the first that came from the page speaks for all.
+        while (textOf(*child) && behind && textOf(*behind)) {
+            if (!origin->source)
+                origin = &behind->origin();
+            behind = behind->next();
+        }
+        units.push_back({child, behind, origin});
+        child = behind;
+    }
+    return units;
+}
+
+void KeptChildren::findClusters(const Node& parent)
+{
+    const PageSource& source = *parent.origin().source;
+    const SourceRecord& record = PageSource::recordOf(parent);
+    for (std::uint32_t number = parent.origin().record + 1; number < record.after;
+         number = source.record(number).after) {
+        const SourceRange& extent = source.record(number).extent;
+        const auto index = static_cast<std::uint32_t>(m_children.size());
+        m_children.push_back(number);
+        Cluster added{extent, index, index + 1};
+        while (!m_clusters.empty() && m_clusters.back().range.end > added.range.begin) {
+            added.range = {std::min(m_clusters.back().range.begin, added.range.begin),
+                           std::max(m_clusters.back().range.end, added.range.end)};
+            added.first = m_clusters.back().first;
+            m_clusters.pop_back();
+        }
+        m_clusters.push_back(added);
+    }
+}
+
+// Which units stand for which cluster: a cluster of several only when all its children are there, unchanged.
+void KeptChildren::match(const Node& parent, const UnchangedNodes& unchanged)
+{
+    std::unordered_map<std::uint32_t, std::size_t> clusterOf;
+    for (std::size_t i = 0; i < m_clusters.size(); ++i) {
+        for (std::uint32_t child = m_clusters[i].first; child < m_clusters[i].behind; ++child)
+            clusterOf[m_children[child]] = i;
+    }
+    for (std::size_t i = 0; i < m_units.size(); ++i) {
+        const Origin& origin = *m_units[i].origin;
+        if (origin.source != parent.origin().source)
+            continue;
+        const auto found = clusterOf.find(origin.record);
+        if (found == clusterOf.end())
+            continue;
+        const Cluster& cluster = m_clusters[found->second];
+        const std::size_t length = cluster.behind - cluster.first;
+        bool complete = i + length <= m_units.size() && m_children[cluster.first] == origin.record;
+        for (std::size_t k = 0; complete && length > 1 && k < length; ++k) {
+            const Unit& member = m_units[i + k];
+            complete = member.origin->source == origin.source &&
+                       member.origin->record == m_children[cluster.first + k] &&
+                       member.node->next() == member.behind;
+            if (!complete || unchanged.contains(*member.node))
+                continue;
+            const bool holdsAll = PageSource::recordOf(*member.node).extent == cluster.range;
+            complete = !m_units[i].around && holdsAll && member.node->asElement();
+            m_units[i].around = member.node->asElement();
+        }
+        if (!complete)
+            continue;
+        m_units[i].cluster = static_cast<std::ptrdiff_t>(found->second);
+        m_units[i].length = length;
+        clusterOf.erase(found);
+    }
+}
+
+// Of the units that stand for clusters those stay that are in the source's order, as many as can be.
+void KeptChildren::chooseKept()
+{
+    std::vector<std::size_t> tails;
+    std::vector<std::size_t> before(m_units.size(), m_units.size());
+    for (std::size_t i = 0; i < m_units.size(); ++i) {
+        if (m_units[i].cluster < 0)
+            continue;
+        const auto place = std::lower_bound(
+            tails.begin(), tails.end(), m_units[i].cluster,
+            [this](std::size_t tail, std::ptrdiff_t cluster) { return m_units[tail].cluster < cluster; });
+        before[i] = place == tails.begin() ? m_units.size() : *std::prev(place);
+        if (place == tails.end())
+            tails.push_back(i);
+        else
+            *place = i;
+    }
+    for (std::size_t i = tails.empty() ? m_units.size() : tails.back(); i < m_units.size(); i = before[i])
+        m_units[i].kept = true;
+}
+
+} // namespace luma::html

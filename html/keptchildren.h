@@ -1,0 +1,61 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "html/pagesource.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace luma::html {
+
+class Element;
+class Node;
+class ParentNode;
+struct Origin;
+class UnchangedNodes;
+
+/// Which children of a node stay where they were in its source. Those that stay are in the source's order, as many as
+/// can be. Valid until the tree changes. Any thread.
+class KeptChildren final
+{
+public:
+    /// Children of the source whose bytes belong together: one, or several whose bytes are entangled.
+    struct Cluster
+    {
+        SourceRange range;
+        std::uint32_t first;
+        std::uint32_t behind; // in the list of the parent's records
+    };
+    /// A child of the tree, or several text nodes that touch.
+    struct Unit
+    {
+        const Node* node;
+        const Node* behind; // the node after it
+        const Origin* origin;
+        std::ptrdiff_t cluster = -1;
+        std::size_t length = 1;          // in units: entangled children are kept together
+        const Element* around = nullptr; // the one of them that was edited, and holds the others' bytes
+        bool kept = false;
+    };
+
+    /// The parent has an origin.
+    KeptChildren(const ParentNode& parent, const UnchangedNodes& unchanged);
+
+    [[nodiscard]] const std::vector<Cluster>& clusters() const { return m_clusters; }
+    [[nodiscard]] const std::vector<Unit>& units() const { return m_units; }
+
+    /// The children of any node, matched with nothing.
+    static std::vector<Unit> unitsOf(const ParentNode& parent);
+
+private:
+    void findClusters(const Node& parent);
+    void match(const Node& parent, const UnchangedNodes& unchanged);
+    void chooseKept();
+
+    std::vector<std::uint32_t> m_children; // the parent's records
+    std::vector<Cluster> m_clusters;
+    std::vector<Unit> m_units;
+};
+
+} // namespace luma::html

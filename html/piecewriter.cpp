@@ -1,0 +1,220 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "html/piecewriter.h"
+
+#include "html/characterdata.h"
+#include "html/element.h"
+#include "html/serializer.h"
+#include "html/sourcepatch.h"
+#include "html/tagtraits.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace luma::html {
+
+namespace {
+
+bool hasOpenEnd(const Node& node)
+{
+    const Element* const element = node.asElement();
+    return element && PageSource::recordOf(node).end.isEmpty() && !isVoid(*element);
+}
+
+// Text nodes that touch are one text.
+std::string joinedText(const Node& first, const Node* behind)
+{
+    std::string text;
+    for (const Node* node = &first; node != behind; node = node->next())
+        text += *textOf(*node);
+    return text;
+}
+
+bool holdsRawText(const Node& text)
+{
+    const Element* const parent = text.parent() ? text.parent()->asElement() : nullptr;
+    return parent && hasRawText(*parent);
+}
+
+} // namespace
+
+PieceWriter::PieceWriter(const Document& document, EndTags endTags,
+                         const std::unordered_set<const Node*>& printed)
+    : m_document(document),
+      m_endTags(endTags),
+      m_printed(printed),
+      m_source(document.origin().source),
+      m_unchanged(document)
+{
+    const std::string_view text = m_source ? m_source->text() : std::string_view();
+    const std::size_t line = text.find('\n');
+    m_lineEnd = line != std::string_view::npos && line > 0 && text[line - 1] == '\r' ? "\r\n" : "\n";
+}
+
+std::vector<WrittenPiece> PieceWriter::write()
+{
+    if (m_document.hasByteOrderMark())
+        print("\xEF\xBB\xBF");
+    const auto size = static_cast<std::uint32_t>(m_source ? m_source->text().size() : 0);
+    if (!m_source || m_printed.contains(&m_document))
+        printAll(m_document);
+    else if (m_unchanged.contains(m_document))
+        keep(m_source, {0, size});
+    else
+        writeChildren(m_document, {0, size});
+    return std::move(m_pieces);
+}
+
+void PieceWriter::print(std::string_view text)
+{
+    if (text.empty())
+        return;
+    if (m_pieces.empty() || m_pieces.back().source)
+        m_pieces.push_back({nullptr, {}, {}});
+    m_pieces.back().text += text;
+}
+
+void PieceWriter::keep(const std::shared_ptr<const PageSource>& source, const SourceRange& range)
+{
+    if (range.begin >= range.end)
+        return;
+    if (!m_pieces.empty() && m_pieces.back().source == source && m_pieces.back().range.end == range.begin)
+        m_pieces.back().range.end = range.end;
+    else
+        m_pieces.push_back({source, range, {}});
+}
+
+// What stays at its place may hold bytes of others (a comment behind </html>, text that a table gives up); elsewhere it is
+// printed then.
+void PieceWriter::writeUnit(const Unit& unit)
+{
+    const Node& node = *unit.node;
+    if (m_printed.contains(&node)) {
+        std::string markup;
+        serialize(node, markup);
+        print(withLineEnds(markup));
+    } else if (textOf(node)) {
+        writeText(unit);
+    } else if (!node.origin().source || !(unit.kept || PageSource::recordOf(node).isWhole)) {
+        printNode(node);
+    } else if (m_unchanged.contains(node) && !(m_endTags == EndTags::Written && hasOpenEnd(node))) {
+        keep(node.origin().source, PageSource::recordOf(node).extent);
+    } else if (const Element* const element = node.asElement()) {
+        writeElement(*element);
+    } else {
+        printNode(node);
+    }
+}
+
+void PieceWriter::writeElement(const Element& element)
+{
+    const SourceRecord& record = PageSource::recordOf(element);
+    const std::shared_ptr<const PageSource>& source = element.origin().source;
+    if (!UnchangedNodes::hasSameContent(element)) {
+        const auto patched = patchedStartTag(source->text(record.start), element, m_lineEnd);
+        std::string tag;
+        if (!patched)
+            writeStartTag(element, tag);
+        print(patched ? *patched : tag);
+    } else {
+        keep(source, record.start);
+    }
+    const std::uint32_t begin = record.start.isEmpty() ? record.extent.begin : record.start.end;
+    const std::uint32_t end = record.end.isEmpty() ? record.extent.end : record.end.begin;
+    writeChildren(element, {begin, end});
+    if (!record.end.isEmpty())
+        keep(source, record.end);
+    else if (m_endTags == EndTags::Written && !record.start.isEmpty())
+        printEndTag(element);
+}
+
+void PieceWriter::printEndTag(const Element& element)
+{
+    std::string tag;
+    writeEndTag(element, tag);
+    print(tag);
+}
+
+void PieceWriter::writeText(const Unit& unit)
+{
+    const std::string text = joinedText(*unit.node, unit.behind);
+    const bool isRaw = holdsRawText(*unit.node);
+    const std::shared_ptr<const PageSource>& source = unit.origin->source;
+    if (!source || !(unit.kept || source->record(unit.origin->record).isWhole)) {
+        print(withLineEnds(isRaw ? text : escapedText(text)));
+        return;
+    }
+    const SourceRecord& record = source->record(unit.origin->record);
+    if (PageSource::textHash(text) == record.content)
+        keep(source, record.extent);
+    else
+        print(patchedText(source->text(record.extent), text, isRaw ? TextPlace::RawText : TextPlace::Text,
+                          m_lineEnd));
+}
+
+// Without the node's own bytes; those of its children may still be kept.
+void PieceWriter::printNode(const Node& node)
+{
+    const Element* const element = node.asElement();
+    if (!element) {
+        std::string markup;
+        serialize(node, markup);
+        print(withLineEnds(markup));
+        return;
+    }
+    std::string tag;
+    writeStartTag(*element, tag);
+    print(withLineEnds(tag));
+    for (const Unit& unit : KeptChildren::unitsOf(*element))
+        writeUnit(unit);
+    printEndTag(*element);
+}
+
+std::string PieceWriter::withLineEnds(std::string_view text) const
+{
+    std::string result;
+    for (const char c : text)
+        c == '\n' ? result.append(m_lineEnd) : result.append(1, c);
+    return result;
+}
+
+void PieceWriter::printAll(const ParentNode& parent)
+{
+    for (const Node* child = parent.firstChild(); child; child = child->next()) {
+        std::string markup;
+        serialize(*child, markup);
+        print(withLineEnds(markup));
+    }
+}
+
+void PieceWriter::writeChildren(const ParentNode& parent, const SourceRange& inner)
+{
+    const KeptChildren children(parent, m_unchanged);
+    const auto& clusters = children.clusters();
+    const auto& units = children.units();
+    const std::shared_ptr<const PageSource>& source = parent.origin().source;
+    std::size_t nextCluster = 0;
+    const auto gapBefore = [&](std::size_t cluster) {
+        const std::uint32_t begin = cluster == 0 ? inner.begin : clusters[cluster - 1].range.end;
+        const std::uint32_t end = cluster == clusters.size() ? inner.end : clusters[cluster].range.begin;
+        return SourceRange{std::max(begin, inner.begin), std::min(std::max(begin, end), inner.end)};
+    };
+    for (std::size_t i = 0; i < units.size(); i += units[i].kept ? units[i].length : 1) {
+        if (!units[i].kept) {
+            writeUnit(units[i]);
+            continue;
+        }
+        const auto cluster = static_cast<std::size_t>(units[i].cluster);
+        for (; nextCluster <= cluster; ++nextCluster)
+            keep(source, gapBefore(nextCluster));
+        if (units[i].around)
+            writeElement(*units[i].around);
+        else if (units[i].length > 1)
+            keep(source, clusters[cluster].range);
+        else
+            writeUnit(units[i]);
+    }
+    for (; nextCluster <= clusters.size(); ++nextCluster)
+        keep(source, gapBefore(nextCluster));
+}
+
+} // namespace luma::html

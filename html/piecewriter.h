@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "html/keptchildren.h"
+#include "html/pagewriter.h"
+#include "html/unchangednodes.h"
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_set>
+#include <vector>
+
+namespace luma::html {
+
+/// Writes a tree in pieces. Works down from the document: what is as it was parsed is one piece; where children changed, the
+/// ones that stayed keep their bytes and all that stands between them. What comes out is not checked. Any thread, one
+/// writer at a time for a tree.
+class PieceWriter final
+{
+public:
+    enum class EndTags { AsTheyWere, Written };
+
+    /// Prints the elements in `printed` anew. Both arguments must outlive the writer.
+    PieceWriter(const Document& document, EndTags endTags, const std::unordered_set<const Node*>& printed);
+
+    std::vector<WrittenPiece> write();
+
+private:
+    using Unit = KeptChildren::Unit;
+
+    void print(std::string_view text);
+    void keep(const std::shared_ptr<const PageSource>& source, const SourceRange& range);
+    void writeUnit(const Unit& unit);
+    void writeElement(const Element& element);
+    void writeText(const Unit& unit);
+    void writeChildren(const ParentNode& parent, const SourceRange& inner);
+    void printEndTag(const Element& element);
+    void printNode(const Node& node);
+    void printAll(const ParentNode& parent);
+    [[nodiscard]] std::string withLineEnds(std::string_view text) const;
+
+    const Document& m_document;
+    EndTags m_endTags;
+    const std::unordered_set<const Node*>& m_printed;
+    std::shared_ptr<const PageSource> m_source;
+    std::string_view m_lineEnd;
+    UnchangedNodes m_unchanged;
+    std::vector<WrittenPiece> m_pieces;
+};
+
+} // namespace luma::html

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "html/unchangednodes.h"
+
+#include "html/characterdata.h"
+#include "html/document.h"
+#include "html/pagesource.h"
+
+#include <vector>
+
+namespace luma::html {
+
+namespace {
+
+bool isEmptyText(const Node& node)
+{
+    const std::string* const text = textOf(node);
+    return text && text->empty();
+}
+
+} // namespace
+
+// Bottom up, so that an element knows of its children.
+UnchangedNodes::UnchangedNodes(const Document& document)
+{
+    std::vector<const Node*> nodes;
+    for (const Node* node = &document; node; node = node->following(document))
+        nodes.push_back(node);
+    for (std::size_t i = nodes.size(); i-- > 0;) {
+        const Node& node = *nodes[i];
+        if (node.origin().source && hasSameContent(node) && hasSameChildren(node))
+            m_nodes.insert(&node);
+    }
+}
+
+bool UnchangedNodes::hasSameContent(const Node& node)
+{
+    return PageSource::contentHash(node) == PageSource::recordOf(node).content;
+}
+
+bool UnchangedNodes::hasSameChildren(const Node& node) const
+{
+    const ParentNode* const parent = node.asParent();
+    if (!parent)
+        return true;
+    const SourceRecord& record = PageSource::recordOf(node);
+    const PageSource& source = *node.origin().source;
+    std::uint32_t expected = node.origin().record + 1;
+    for (const Node* child = parent->firstChild(); child; child = child->next()) {
+        if (isEmptyText(*child))
+            continue;
+        if (expected >= record.after || child->origin().source.get() != &source ||
+            child->origin().record != expected || !m_nodes.contains(child))
+            return false;
+        expected = source.record(expected).after;
+    }
+    return expected == record.after;
+}
+
+} // namespace luma::html
