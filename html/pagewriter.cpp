@@ -38,20 +38,27 @@ public:
 
     Result<WrittenPage> run()
     {
-        using EndTags = PieceWriter::EndTags;
-        if (attempt(EndTags::AsTheyWere, WritingWay::Patched) ||
-            attempt(EndTags::Written, WritingWay::EndTagsWritten))
+        using OmittedTags = PieceWriter::OmittedTags;
+        if (attempt(OmittedTags::None, WritingWay::Patched))
+            return std::move(m_result);
+        WrittenPage patched = m_error ? WrittenPage() : std::move(m_result);
+        if (attempt(OmittedTags::EndTags, WritingWay::EndTagsWritten) ||
+            attempt(OmittedTags::All, WritingWay::TagsWritten))
             return std::move(m_result);
         constexpr int mostParents = 4;
         const Node* around = m_difference;
         for (int i = 0; i <= mostParents && around && around->kind() == Node::Kind::Element; ++i) {
             m_printed = {around};
-            if (attempt(EndTags::Written, WritingWay::ElementPrinted))
+            if (attempt(OmittedTags::All, WritingWay::ElementPrinted))
                 return std::move(m_result);
             around = around->parent();
         }
         m_printed = {&m_document};
-        attempt(EndTags::Written, WritingWay::PagePrinted);
+        const bool isSame = attempt(OmittedTags::All, WritingWay::PagePrinted);
+        const bool isNoNearer =
+            m_error || (!isSame && patched.parsed && !smallestDifferent(*patched.parsed, *m_result.parsed));
+        if (patched.parsed && isNoNearer)
+            return patched;
         if (m_error)
             return *m_error;
         return std::move(m_result);
@@ -59,9 +66,9 @@ public:
 
 private:
     // True when there is nothing more to try.
-    bool attempt(PieceWriter::EndTags endTags, WritingWay way)
+    bool attempt(PieceWriter::OmittedTags tags, WritingWay way)
     {
-        m_result.pieces = PieceWriter(m_document, endTags, m_printed).write();
+        m_result.pieces = PieceWriter(m_document, tags, m_printed).write();
         m_result.text = joined(m_result.pieces);
         m_result.printed = printedIn(m_result.pieces);
         m_result.way = way;
@@ -104,7 +111,7 @@ Result<WrittenPage> writePage(const Document& document, const ParseLimits& limit
 
 std::string patchedPage(const Document& document)
 {
-    return joined(PieceWriter(document, PieceWriter::EndTags::AsTheyWere, {}).write());
+    return joined(PieceWriter(document, PieceWriter::OmittedTags::None, {}).write());
 }
 
 } // namespace luma::html

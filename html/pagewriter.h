@@ -26,6 +26,7 @@ enum class WritingWay : std::uint8_t {
     Unchanged,      // every byte as it was
     Patched,        // nothing but what was edited
     EndTagsWritten, // also end tags beside the edits that the page leaves out
+    TagsWritten,    // also start tags, such as <body>, of what the edits lie in
     ElementPrinted, // also the smallest element around a difference
     PagePrinted     // the whole page, every tag explicit
 };
@@ -36,7 +37,8 @@ struct WrittenPage
     std::string text; // the pieces joined; begins with a byte-order mark where the document has one
     WritingWay way = WritingWay::Unchanged;
     std::size_t printed = 0; // bytes of new text
-    /// False for a document that no markup gives (a paragraph in a paragraph): `parsed` is what comes nearest.
+    /// False for a document that no markup gives (a paragraph in a paragraph): `parsed` is what comes nearest, and no more
+    /// is printed than helps.
     bool isSame = true;
     /// What a parser reads from `text`. It knows `text` as its source.
     std::unique_ptr<Document> parsed;

@@ -20,6 +20,12 @@ bool hasOpenEnd(const Node& node)
     return element && PageSource::recordOf(node).end.isEmpty() && !isVoid(*element);
 }
 
+// Whose tags the page may leave out whatever stands in them.
+bool isFrame(const Element& element)
+{
+    return element.is("html") || element.is("head") || element.is("body");
+}
+
 // Text nodes that touch are one text.
 std::string joinedText(const Node& first, const Node* behind)
 {
@@ -37,10 +43,10 @@ bool holdsRawText(const Node& text)
 
 } // namespace
 
-PieceWriter::PieceWriter(const Document& document, EndTags endTags,
+PieceWriter::PieceWriter(const Document& document, OmittedTags tags,
                          const std::unordered_set<const Node*>& printed)
     : m_document(document),
-      m_endTags(endTags),
+      m_tags(tags),
       m_printed(printed),
       m_source(document.origin().source),
       m_unchanged(document)
@@ -96,7 +102,7 @@ void PieceWriter::writeUnit(const Unit& unit)
         writeText(unit);
     } else if (!node.origin().source || !(unit.kept || PageSource::recordOf(node).isWhole)) {
         printNode(node);
-    } else if (m_unchanged.contains(node) && !(m_endTags == EndTags::Written && hasOpenEnd(node))) {
+    } else if (m_unchanged.contains(node) && (m_tags == OmittedTags::None || !hasOpenEnd(node))) {
         keep(node.origin().source, PageSource::recordOf(node).extent);
     } else if (const Element* const element = node.asElement()) {
         writeElement(*element);
@@ -109,22 +115,29 @@ void PieceWriter::writeElement(const Element& element)
 {
     const SourceRecord& record = PageSource::recordOf(element);
     const std::shared_ptr<const PageSource>& source = element.origin().source;
-    if (!UnchangedNodes::hasSameContent(element)) {
-        const auto patched = patchedStartTag(source->text(record.start), element, m_lineEnd);
-        std::string tag;
-        if (!patched)
-            writeStartTag(element, tag);
-        print(patched ? *patched : tag);
-    } else {
-        keep(source, record.start);
-    }
+    writeStartOf(element);
     const std::uint32_t begin = record.start.isEmpty() ? record.extent.begin : record.start.end;
     const std::uint32_t end = record.end.isEmpty() ? record.extent.end : record.end.begin;
     writeChildren(element, {begin, end});
+    const bool hasTag = !record.start.isEmpty() || (m_tags == OmittedTags::All && !isFrame(element));
     if (!record.end.isEmpty())
         keep(source, record.end);
-    else if (m_endTags == EndTags::Written && !record.start.isEmpty())
+    else if (m_tags != OmittedTags::None && hasTag)
         printEndTag(element);
+}
+
+void PieceWriter::writeStartOf(const Element& element)
+{
+    const SourceRecord& record = PageSource::recordOf(element);
+    const std::string_view old = element.origin().source->text(record.start);
+    if (UnchangedNodes::hasSameContent(element) && !(old.empty() && m_tags == OmittedTags::All)) {
+        keep(element.origin().source, record.start);
+        return;
+    }
+    auto tag = patchedStartTag(old, element, m_lineEnd);
+    if (!tag)
+        writeStartTag(element, tag.emplace());
+    print(*tag);
 }
 
 void PieceWriter::printEndTag(const Element& element)

@@ -19,10 +19,11 @@ namespace luma::html {
 class PieceWriter final
 {
 public:
-    enum class EndTags { AsTheyWere, Written };
+    /// Which tags that the page leaves out are written, in and beside what was edited.
+    enum class OmittedTags { None, EndTags, All };
 
     /// Prints the elements in `printed` anew. Both arguments must outlive the writer.
-    PieceWriter(const Document& document, EndTags endTags, const std::unordered_set<const Node*>& printed);
+    PieceWriter(const Document& document, OmittedTags tags, const std::unordered_set<const Node*>& printed);
 
     std::vector<WrittenPiece> write();
 
@@ -33,6 +34,7 @@ private:
     void keep(const std::shared_ptr<const PageSource>& source, const SourceRange& range);
     void writeUnit(const Unit& unit);
     void writeElement(const Element& element);
+    void writeStartOf(const Element& element);
     void writeText(const Unit& unit);
     void writeChildren(const ParentNode& parent, const SourceRange& inner);
     void printEndTag(const Element& element);
@@ -41,7 +43,7 @@ private:
     [[nodiscard]] std::string withLineEnds(std::string_view text) const;
 
     const Document& m_document;
-    EndTags m_endTags;
+    OmittedTags m_tags;
     const std::unordered_set<const Node*>& m_printed;
     std::shared_ptr<const PageSource> m_source;
     std::string_view m_lineEnd;
