@@ -199,8 +199,8 @@ void PageSource::setExtents(const std::vector<Node*>& nodes)
         // Where a child stands behind the end tag (white space behind </body></html>), the tag is one among the children.
         if (record.extent.end > record.end.begin)
             record.end = {};
-        if (!record.end.isEmpty())
-            record.extent.end = record.end.end;
+        if (!record.end.isEmpty()) // an element may be its end tag alone: </p>
+            record.extent = {std::min(record.extent.begin, record.end.begin), record.end.end};
         SourceRange& above = m_records[record.parent].extent;
         if (record.extent.begin == unset)
             continue;

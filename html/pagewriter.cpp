@@ -49,7 +49,8 @@ public:
         const Node* around = m_difference;
         for (int i = 0; i <= mostParents && around && around->kind() == Node::Kind::Element; ++i) {
             m_printed = {around};
-            if (attempt(OmittedTags::All, WritingWay::ElementPrinted))
+            if (attempt(OmittedTags::None, WritingWay::ElementPrinted) ||
+                attempt(OmittedTags::All, WritingWay::ElementPrinted))
                 return std::move(m_result);
             around = around->parent();
         }

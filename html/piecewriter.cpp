@@ -14,16 +14,23 @@ namespace luma::html {
 
 namespace {
 
-bool hasOpenEnd(const Node& node)
-{
-    const Element* const element = node.asElement();
-    return element && PageSource::recordOf(node).end.isEmpty() && !isVoid(*element);
-}
-
-// Whose tags the page may leave out whatever stands in them.
 bool isFrame(const Element& element)
 {
     return element.is("html") || element.is("head") || element.is("body");
+}
+
+// Whether the element needs a start tag to hold what it does where the page leaves it out. A comment at the beginning of
+// html or head would stand before it, all else in the body may belong to the head.
+bool needsStartTag(const Element& element)
+{
+    return !isFrame(element) || element.is("body") ||
+           (element.firstChild() && !element.firstChild()->asElement());
+}
+
+bool hasOpenEnd(const Node& node)
+{
+    const Element* const element = node.asElement();
+    return element && PageSource::recordOf(node).end.isEmpty() && !isVoid(*element) && !isFrame(*element);
 }
 
 // Text nodes that touch are one text.
@@ -119,10 +126,10 @@ void PieceWriter::writeElement(const Element& element)
     const std::uint32_t begin = record.start.isEmpty() ? record.extent.begin : record.start.end;
     const std::uint32_t end = record.end.isEmpty() ? record.extent.end : record.end.begin;
     writeChildren(element, {begin, end});
-    const bool hasTag = !record.start.isEmpty() || (m_tags == OmittedTags::All && !isFrame(element));
     if (!record.end.isEmpty())
         keep(source, record.end);
-    else if (m_tags != OmittedTags::None && hasTag)
+    else if (!isFrame(element) &&
+             (m_tags == OmittedTags::All || (m_tags == OmittedTags::EndTags && !record.start.isEmpty())))
         printEndTag(element);
 }
 
@@ -130,7 +137,8 @@ void PieceWriter::writeStartOf(const Element& element)
 {
     const SourceRecord& record = PageSource::recordOf(element);
     const std::string_view old = element.origin().source->text(record.start);
-    if (UnchangedNodes::hasSameContent(element) && !(old.empty() && m_tags == OmittedTags::All)) {
+    const bool isAdded = old.empty() && m_tags == OmittedTags::All && needsStartTag(element);
+    if (UnchangedNodes::hasSameContent(element) && !isAdded) {
         keep(element.origin().source, record.start);
         return;
     }
