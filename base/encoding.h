@@ -22,6 +22,8 @@ public:
     [[nodiscard]] bool isUtf8() const { return m_name == "UTF-8"; }
     /// Whether ASCII characters are single bytes with their own values; true for all but UTF-16.
     [[nodiscard]] bool holdsAscii() const { return !m_name.starts_with("UTF-16"); }
+    /// Whether escape sequences switch between character sets.
+    [[nodiscard]] bool canSwitch() const { return m_name == "ISO-2022-JP"; }
 
     /// `bytes` as UTF-8; what is no character becomes U+FFFD. A byte-order mark is kept as U+FEFF.
     [[nodiscard]] std::string decoded(std::string_view bytes) const;

@@ -4,80 +4,17 @@
 #include "base/utf8.h"
 #include "html/pagesource.h"
 #include "html/parse.h"
+#include "html/placedtext.h"
 #include "html/prettyprinter.h"
 #include "html/treecomparison.h"
 
-#include <QStringDecoder>
-
 #include <algorithm>
-#include <array>
 
 namespace luma::html {
 
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
-/// Whether escape sequences switch between character sets.
-bool canSwitch(const Encoding& encoding)
-{
-    return encoding.name() == "ISO-2022-JP";
-}
-
-struct Decoded
-{
-    std::string text; // UTF-8
-    std::vector<std::uint32_t> places;
-};
-
-/// Decodes byte by byte, to know which bytes a character comes from.
-class PlacedDecoder final
-{
-public:
-    PlacedDecoder(std::string_view bytes, const Encoding& encoding)
-        : m_bytes(bytes),
-          m_decoder(std::string(encoding.name()).c_str(), QStringConverter::Flag::ConvertInitialBom),
-          m_canSwitch(canSwitch(encoding))
-    {}
-
-    Decoded run()
-    {
-        for (std::size_t i = 0; i < m_bytes.size(); ++i) {
-            std::array<QChar, 64> buffer;
-            const QChar* const end =
-                m_decoder.appendToBuffer(buffer.data(), QByteArrayView(m_bytes.data() + i, 1));
-            m_pending.append(buffer.data(), end - buffer.data());
-            if (!m_pending.isEmpty() && !m_pending.back().isHighSurrogate())
-                take(i);
-        }
-        // Bytes that only switch between character sets are no character.
-        if (m_begin < m_bytes.size() && !m_canSwitch) {
-            m_pending = QChar(QChar::ReplacementCharacter);
-            take(m_bytes.size() - 1);
-        }
-        m_result.places.push_back(static_cast<std::uint32_t>(m_bytes.size()));
-        return std::move(m_result);
-    }
-
-private:
-    // A character that can't be read is often told only with the next one, which has a byte of its own.
-    void take(std::size_t last)
-    {
-        m_result.text += m_pending.toStdString();
-        m_result.places.resize(m_result.text.size(), static_cast<std::uint32_t>(m_begin));
-        if (m_result.text.back() == m_bytes[last])
-            m_result.places.back() = static_cast<std::uint32_t>(last);
-        m_begin = last + 1;
-        m_pending.clear();
-    }
-
-    std::string_view m_bytes;
-    QStringDecoder m_decoder;
-    bool m_canSwitch;
-    QString m_pending;
-    std::size_t m_begin = 0; // of the bytes that belong to m_pending
-    Decoded m_result;
-};
 
 bool areTheirText(std::string_view bytes, const Encoding& encoding)
 {
@@ -95,7 +32,7 @@ std::string encodedPiece(std::string_view text, const Encoding& encoding)
         else if (!encoding.holdsAscii())
             bytes = encoding.name() == "UTF-16BE" ? "\xFE\xFF" : "\xFF\xFE";
     }
-    if (!canSwitch(encoding))
+    if (!encoding.canSwitch())
         return bytes + encoding.encodedWithReferences(text);
     bytes += encoding.encodedWithReferences(std::string(text) + '\n');
     bytes.pop_back();
@@ -121,7 +58,7 @@ Result<std::unique_ptr<Document>> PageCodec::readAs(std::string_view bytes, cons
 {
     if (areTheirText(bytes, encoding))
         return parseWithSource(bytes);
-    Decoded decoded = PlacedDecoder(bytes, encoding).run();
+    PlacedText decoded = decodedWithPlaces(bytes, encoding);
     auto document = parseWithSource(decoded.text);
     if (!document)
         return document;
