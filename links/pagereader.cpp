@@ -65,8 +65,7 @@ void PageReader::read(std::string_view source, PageFormat format)
     m_references.clear();
     m_anchors.clear();
     m_decoded.clear();
-    m_base = {};
-    m_hasBase = false;
+    m_base.reset();
     if (format == PageFormat::StyleSheet) {
         addCss(source, 0);
         return;
@@ -100,9 +99,15 @@ void PageReader::readTag(const HtmlToken& tag)
         readMeta(tag);
     else if (tag.name.size() == 4 && equalIgnoringAsciiCase(tag.name, "base")) {
         const HtmlAttribute* const href = findAttribute(tag, "href");
-        if (href != nullptr && !m_hasBase) {
-            m_hasBase = true;
-            m_base = decoded(href->value);
+        if (href != nullptr && !m_base) {
+            const std::size_t begin = offsetIn(m_source, href->value);
+            m_base = {decoded(href->value),
+                      begin,
+                      begin + href->value.size(),
+                      LinkPlace::Href,
+                      LinkSyntax::Address,
+                      href->quotes,
+                      CssQuotes::None};
         }
     }
     for (const HtmlAttribute& attribute : tag.attributes)

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -47,7 +48,9 @@ public:
     /// The ids and anchor names of the page, decoded, where fragments lead; those of maps begin with "\1".
     [[nodiscard]] const std::vector<std::string_view>& anchors() const { return m_anchors; }
     /// The address of the page's first base element that has one, decoded; empty without.
-    [[nodiscard]] std::string_view base() const { return m_base; }
+    [[nodiscard]] std::string_view base() const { return m_base ? m_base->value : std::string_view(); }
+    /// Where it is written; nothing without one. It is not among the references.
+    [[nodiscard]] const std::optional<LinkReference>& baseReference() const { return m_base; }
 
 private:
     void readTag(const HtmlToken& tag);
@@ -61,8 +64,7 @@ private:
     std::string_view m_source;
     std::vector<LinkReference> m_references;
     std::vector<std::string_view> m_anchors;
-    std::string_view m_base;
-    bool m_hasBase = false;
+    std::optional<LinkReference> m_base;
     std::deque<std::string> m_decoded;
 };
 

@@ -50,6 +50,8 @@ public:
 
     /// Whether the site's own address is known.
     [[nodiscard]] bool isNameKnown() const { return m_isNameKnown; }
+    /// The site's own addresses, or a stand-in; their paths have no empty segment at the end. Never empty.
+    [[nodiscard]] const std::vector<WebAddress>& own() const { return m_own; }
 
     /// `base`: the address of the page's base element, decoded; empty without one.
     [[nodiscard]] Page page(std::string_view path, std::string_view base = {}) const;

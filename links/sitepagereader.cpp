@@ -2,7 +2,6 @@
 #include "links/sitepagereader.h"
 
 #include "base/utf8.h"
-#include "html/pageencoding.h"
 #include "links/servercode.h"
 #include "links/webrules.h"
 
@@ -37,19 +36,27 @@ std::string_view nameOf(std::string_view path)
 
 Result<void> SitePageReader::read(const std::string& path)
 {
-    const auto bytes = m_reader.read(path);
+    const auto bytes = readBytes(path);
     if (!bytes)
         return bytes.error();
-    const WebFileKind kind = webFileKind(nameOf(path));
+    parse(*bytes, nameOf(path));
+    return {};
+}
+
+void SitePageReader::parse(std::string_view bytes, std::string_view name)
+{
+    const WebFileKind kind = webFileKind(name);
     const MarkupLanguage language = kind == WebFileKind::XmlPage      ? MarkupLanguage::Xml
                                     : kind == WebFileKind::StyleSheet ? MarkupLanguage::Css
                                                                       : MarkupLanguage::Html;
-    const PageEncoding encoding = encodingOf(*bytes, language);
-    m_text = bytes->substr(encoding.markLength);
-    if (!needsNoDecoding(m_text, encoding, language)) {
-        m_decoded = encoding.encoding.decoded(m_text);
+    m_encoding = encodingOf(bytes, language);
+    m_text = bytes.substr(m_encoding.markLength);
+    m_isDecoded = !needsNoDecoding(m_text, m_encoding, language);
+    if (m_isDecoded) {
+        m_decoded = m_encoding.encoding.decoded(m_text);
         m_text = m_decoded;
     }
+    m_unmasked = m_text;
     m_holdsServerCode = false;
     if (kind != WebFileKind::StyleSheet) {
         if (auto masked = withMaskedServerCode(m_text)) {
@@ -61,7 +68,6 @@ Result<void> SitePageReader::read(const std::string& path)
     m_page.read(m_text, kind == WebFileKind::XmlPage      ? PageFormat::Xml
                         : kind == WebFileKind::StyleSheet ? PageFormat::StyleSheet
                                                           : PageFormat::Html);
-    return {};
 }
 
 } // namespace luma

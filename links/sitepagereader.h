@@ -3,6 +3,7 @@
 
 #include "base/filereader.h"
 #include "base/result.h"
+#include "html/pageencoding.h"
 #include "links/pagereader.h"
 
 #include <string>
@@ -19,17 +20,30 @@ public:
     /// The kind is told by the extension; `path` must be a page or style sheet. Error: the file can't be read.
     Result<void> read(const std::string& path);
 
+    /// Reads only the file's bytes, which are valid until the next read.
+    Result<std::string_view> readBytes(const std::string& path) { return m_reader.read(path); }
+    /// Reads the addresses of a page whose file is called `name` and holds `bytes`, which must outlive what is read.
+    void parse(std::string_view bytes, std::string_view name);
+
     [[nodiscard]] const PageReader& page() const { return m_page; }
     /// The page as UTF-8, without a byte-order mark; the places of the references count in it.
     [[nodiscard]] std::string_view text() const { return m_text; }
     [[nodiscard]] bool holdsServerCode() const { return m_holdsServerCode; }
+    /// The same text with its server code.
+    [[nodiscard]] std::string_view unmaskedText() const { return m_unmasked; }
+    [[nodiscard]] const PageEncoding& encoding() const { return m_encoding; }
+    /// Whether the text differs from the file's bytes behind the byte-order mark.
+    [[nodiscard]] bool isDecoded() const { return m_isDecoded; }
 
 private:
     FileReader m_reader;
     PageReader m_page;
+    PageEncoding m_encoding;
     std::string m_decoded;
     std::string m_masked;
     std::string_view m_text;
+    std::string_view m_unmasked;
+    bool m_isDecoded = false;
     bool m_holdsServerCode = false;
 };
 

@@ -1,0 +1,307 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "links/linkplan.h"
+
+#include "base/filecalls.h"
+#include "base/files.h"
+#include "base/orderedwork.h"
+#include "base/pathbelow.h"
+#include "links/movedplaces.h"
+#include "links/namespellings.h"
+#include "links/pageplanner.h"
+#include "links/sitetree.h"
+
+#include <QCryptographicHash>
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <memory>
+#include <set>
+#include <system_error>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+using Id = SiteTree::Id;
+
+fs::path trimmed(const fs::path& path)
+{
+    std::string text = path.native();
+    while (text.size() > 1 && text.ends_with('/'))
+        text.pop_back();
+    return text;
+}
+
+// A symbolic link into the site: the page is rewritten under its own path.
+bool isLinkIntoSite(const SiteTree& tree, Id page)
+{
+    if (tree.type(page) != SiteTree::Type::LinkToFile)
+        return false;
+    std::error_code error;
+    const fs::path real = fs::canonical(tree.path(page), error);
+    const fs::path root = fs::canonical(tree.rootPath(), error);
+    return !error && isAtOrBelow(real.native(), root.native());
+}
+
+bool isPageOrSheet(std::string_view name)
+{
+    return webFileKind(name) != WebFileKind::Other;
+}
+
+// Why an item can't get its new place; an empty text where it can.
+MoveProblem problemOf(const MovedItem& item, std::set<std::string>& taken)
+{
+    using Kind = MoveProblem::Kind;
+    const std::string name = item.to.filename().native();
+    if (name.empty() || name == "." || name == "..")
+        return {Kind::NotMoved, item.from, "\"" + name + "\" is not a valid file name"};
+    if (!itemExists(item.from))
+        return {Kind::NotMoved, item.from, systemError(item.from, ENOENT).text};
+    if (itemExists(item.to) || !taken.insert(item.to.native()).second)
+        return {Kind::Clash, item.to, "File " + name + " exists, not overwritten"};
+    std::error_code error;
+    const fs::path folder = fs::canonical(item.to.parent_path(), error);
+    if (error)
+        return {Kind::NotMoved, item.from, systemError(item.to.parent_path(), error.value()).text};
+    const bool isFolder = fs::is_directory(fs::symlink_status(item.from, error));
+    if (isFolder && isAtOrBelow(folder.native(), fs::canonical(item.from, error).native()))
+        return {Kind::NotMoved, item.from, item.from.native() + ": a folder can't go into itself"};
+    return {Kind::NotMoved, {}, {}};
+}
+
+// Leaves out items that can't be moved, and those that move with a folder above them.
+void checkItems(LinkPlan& plan)
+{
+    std::vector<MovedItem> items = std::move(plan.request.items);
+    for (MovedItem& item : items)
+        item = {trimmed(item.from), trimmed(item.to)};
+    plan.request.items.clear();
+    std::set<std::string> taken;
+    for (const MovedItem& item : items) {
+        const bool isInOther = std::any_of(items.begin(), items.end(), [&item](const MovedItem& other) {
+            return &other != &item && isAtOrBelow(item.from.native(), other.from.native()) &&
+                   (other.from != item.from || &other < &item);
+        });
+        if (isInOther)
+            continue;
+        if (MoveProblem problem = problemOf(item, taken); !problem.text.empty())
+            plan.problems.push_back(std::move(problem));
+        else
+            plan.request.items.push_back(item);
+    }
+}
+
+// One page or sheet to be read.
+struct Candidate
+{
+    std::string file; // its path now
+    std::string oldPath;
+    std::string newPath; // subpaths
+    fs::path newFile;
+    bool isMoved = false;
+};
+
+// Collects the pages and sheets that may have to change.
+class Candidates final
+{
+public:
+    Candidates(const MoveRequest& request, const MovedPlaces& places) : m_request(request), m_places(places)
+    {}
+
+    void addSite(const SiteTree& tree)
+    {
+        for (const Id file : tree.files()) {
+            if (!isPageOrSheet(tree.name(file)))
+                continue;
+            const std::string path = tree.subpath(file);
+            const std::optional<std::string> moved = m_places.movedPath(path);
+            if ((!moved && m_request.operation == MoveOperation::Copy) || isLinkIntoSite(tree, file))
+                continue;
+            const std::string newPath = moved.value_or(path);
+            m_found.push_back({tree.path(file), path, newPath, m_request.site / newPath, moved.has_value()});
+        }
+    }
+
+    // An item of another root; its files are not in the site's tree.
+    Result<void> addItem(const MovedItem& item, const std::string& oldPath, const std::string& newPath)
+    {
+        std::error_code error;
+        if (!fs::is_directory(fs::symlink_status(item.from, error))) {
+            if (isPageOrSheet(item.from.filename().native()) &&
+                fs::is_regular_file(fs::symlink_status(item.from, error)))
+                m_found.push_back({item.from.native(), oldPath, newPath, item.to, true});
+            return {};
+        }
+        const auto tree = SiteTree::read(item.from);
+        if (!tree)
+            return tree.error();
+        for (const Id file : tree->files()) {
+            if (!isPageOrSheet(tree->name(file)) || tree->type(file) != SiteTree::Type::File)
+                continue;
+            const std::string below = tree->subpath(file);
+            m_found.push_back(
+                {tree->path(file), oldPath + "/" + below, newPath + "/" + below, item.to / below, true});
+        }
+        return {};
+    }
+
+    [[nodiscard]] std::vector<Candidate> take() { return std::move(m_found); }
+
+private:
+    const MoveRequest& m_request;
+    const MovedPlaces& m_places;
+    std::vector<Candidate> m_found;
+};
+
+// What planning a page gives: its edits, or why it can't be changed, or neither.
+struct PageResult
+{
+    PageEdits edits;
+    std::string problem;
+};
+
+timespec modificationOf(const std::string& file)
+{
+    struct stat status = {};
+    return ::stat(file.c_str(), &status) == 0 ? status.st_mtim : timespec{};
+}
+
+PageResult planned(const Candidate& candidate, PagePlanner& planner, const NameSpellings& names,
+                   bool isCopied)
+{
+    PageResult result;
+    result.edits.modified = modificationOf(candidate.file);
+    const auto bytes = planner.read(candidate.file);
+    if (!bytes) {
+        if (candidate.isMoved)
+            result.problem = bytes.error().text;
+        return result;
+    }
+    if (!candidate.isMoved && !names.mayBeIn(*bytes))
+        return result;
+    auto edits = planner.editsOf(*bytes, candidate.oldPath, candidate.newPath);
+    if (!edits) {
+        result.problem = candidate.file + ": " + edits.error().text;
+        return result;
+    }
+    if (edits->empty())
+        return result;
+    if (!isCopied && ::access(candidate.file.c_str(), W_OK) != 0) {
+        result.problem = systemError(candidate.file, errno).text;
+        return result;
+    }
+    result.edits.page = candidate.newFile;
+    result.edits.oldPage = candidate.file;
+    result.edits.oldHash = hashOfFile(*bytes);
+    result.edits.newHash = hashOfFile(withEdits(*bytes, *edits));
+    result.edits.edits = *std::move(edits);
+    return result;
+}
+
+Result<void> planPages(LinkPlan& plan, const std::vector<Candidate>& candidates, const MovedPlaces& places,
+                       const StillWanted& stillWanted)
+{
+    const SiteAddresses addresses(plan.request.rules.webAddresses);
+    const NameSpellings names(places.namesInLinks());
+    using Work = OrderedWork<PageResult>;
+    std::vector<PagePlanner> planners;
+    for (std::size_t worker = 0; worker < Work::workerCount(); ++worker)
+        planners.emplace_back(addresses, places);
+    const bool isCopied = plan.request.operation == MoveOperation::Copy;
+    const bool complete = Work(candidates.size(), stillWanted)
+                              .run(
+                                  [&](std::size_t i, std::size_t worker) {
+                                      return planned(candidates[i], planners[worker], names, isCopied);
+                                  },
+                                  [&](std::size_t i, PageResult&& page) {
+                                      if (!page.problem.empty())
+                                          plan.problems.push_back({MoveProblem::Kind::NotRewritten,
+                                                                   candidates[i].file, page.problem});
+                                      else if (!page.edits.edits.empty())
+                                          plan.pages.push_back(std::move(page.edits));
+                                  });
+    return complete ? Result<void>() : stoppedError(plan.request.site);
+}
+
+Result<void> planInSite(LinkPlan& plan, std::vector<MovedPlaces::Item> items, const StillWanted& stillWanted)
+{
+    const auto tree = SiteTree::read(plan.request.site, stillWanted);
+    if (!tree)
+        return tree.error();
+    const SitePaths paths(*tree, plan.request.rules);
+    const MovedPlaces places(std::move(items), &*tree, &paths, plan.request.rules);
+    Candidates candidates(plan.request, places);
+    candidates.addSite(*tree);
+    return planPages(plan, candidates.take(), places, stillWanted);
+}
+
+Result<void> planFromOtherRoot(LinkPlan& plan, const std::vector<MovedPlaces::Item>& items,
+                               const std::vector<const MovedItem*>& moved, const StillWanted& stillWanted)
+{
+    const MovedPlaces places(items, nullptr, nullptr, plan.request.rules);
+    Candidates candidates(plan.request, places);
+    for (std::size_t i = 0; i < items.size(); ++i) {
+        if (auto added = candidates.addItem(*moved[i], items[i].from, items[i].to); !added)
+            return added.error();
+    }
+    return planPages(plan, candidates.take(), places, stillWanted);
+}
+
+} // namespace
+
+std::size_t LinkPlan::linkCount() const
+{
+    std::size_t count = 0;
+    for (const PageEdits& page : pages)
+        count += page.edits.size();
+    return count;
+}
+
+std::string hashOfFile(std::string_view bytes)
+{
+    const QByteArrayView view(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    return QCryptographicHash::hash(view, QCryptographicHash::Blake2b_256).toHex().toStdString();
+}
+
+std::string withEdits(std::string_view bytes, const std::vector<LinkEdit>& edits)
+{
+    std::string changed;
+    std::size_t done = 0;
+    for (const LinkEdit& edit : edits) {
+        changed.append(bytes.substr(done, edit.begin - done)).append(edit.after);
+        done = edit.begin + edit.before.size();
+    }
+    return changed.append(bytes.substr(done));
+}
+
+Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWanted)
+{
+    LinkPlan plan{request, {}, {}};
+    plan.request.site = trimmed(request.site);
+    plan.request.sourceRoot = request.sourceRoot.empty() ? plan.request.site : trimmed(request.sourceRoot);
+    checkItems(plan);
+    const bool isOneRoot = plan.request.sourceRoot == plan.request.site;
+    std::vector<MovedPlaces::Item> items;
+    std::vector<const MovedItem*> moved;
+    // What comes from elsewhere, or goes there, has no relations to keep.
+    for (const MovedItem& item : plan.request.items) {
+        const auto from = pathBelow(item.from.native(), plan.request.sourceRoot.native());
+        const auto to = pathBelow(item.to.native(), plan.request.site.native());
+        if (!from || !to || from->empty())
+            continue;
+        items.push_back({std::string(*from), std::string(*to)});
+        moved.push_back(&item);
+    }
+    if (items.empty())
+        return plan;
+    if (auto done = isOneRoot ? planInSite(plan, items, stillWanted)
+                              : planFromOtherRoot(plan, items, moved, stillWanted);
+        !done)
+        return done.error();
+    return plan;
+}
+
+} // namespace luma

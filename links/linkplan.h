@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/result.h"
+#include "base/stillwanted.h"
+#include "links/linkupdatingmove.h"
+#include "links/webrules.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <ctime>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+namespace luma {
+
+/// Items that are to be moved, renamed or copied.
+struct MoveRequest
+{
+    /// The folder whose pages are searched, and in which the items' new places count.
+    std::filesystem::path site;
+    /// The folder in which their old places count, if it is another: a place in the one stands for that in the other.
+    std::filesystem::path sourceRoot;
+    MoveOperation operation = MoveOperation::Move;
+    std::vector<MovedItem> items;
+    WebRules rules;
+};
+
+/// A change to a page or style sheet.
+struct LinkEdit
+{
+    std::size_t begin = 0; // of `before` in the file
+    std::string before;    // bytes of the file
+    std::string after;
+    std::uint32_t line = 1;
+    std::string oldLink; // as a browser takes it from the page
+    std::string newLink;
+};
+
+/// The changes to one page or style sheet, in the order of their places.
+struct PageEdits
+{
+    std::filesystem::path page;    // where it is when the items have their new places
+    std::filesystem::path oldPage; // where it is now
+    std::vector<LinkEdit> edits;
+    std::string oldHash; // of the file's bytes (hashOfFile())
+    std::string newHash;
+    timespec modified = {}; // when the file was written last
+};
+
+/// What a move, rename or copy will do, as a value: nothing has been touched. Pages are in the byte order of their old
+/// subpaths.
+struct LinkPlan
+{
+    MoveRequest request; // without the items that can't be moved
+    std::vector<PageEdits> pages;
+    std::vector<MoveProblem> problems;
+
+    [[nodiscard]] std::size_t linkCount() const;
+};
+
+/// Plans a move as a browser reads links: links to what moves follow it, and links of pages that move keep their targets. A
+/// copy's links to other copies lead to those; links to the originals stay. No other link is touched, and each keeps its
+/// form. Uses all cores. Problems are items that can't be moved and pages that can't be rewritten; the plan does without
+/// them. Error: the site can't be read, or the job was stopped (isStopped()).
+Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWanted = {});
+
+/// The hash by which plans and journals recognise the bytes of a file.
+std::string hashOfFile(std::string_view bytes);
+
+/// `bytes` with the edits made.
+std::string withEdits(std::string_view bytes, const std::vector<LinkEdit>& edits);
+
+} // namespace luma

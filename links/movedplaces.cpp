@@ -1,0 +1,120 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "links/movedplaces.h"
+
+#include <algorithm>
+#include <set>
+
+namespace luma {
+
+namespace {
+
+std::string_view nameOf(std::string_view path)
+{
+    return path.substr(path.rfind('/') + 1);
+}
+
+std::string_view folderOf(std::string_view path)
+{
+    const std::size_t slash = path.rfind('/');
+    return path.substr(0, slash == std::string_view::npos ? 0 : slash);
+}
+
+bool hasLinkedFolders(const SiteTree& tree)
+{
+    for (SiteTree::Id id = 0; id < tree.size(); ++id) {
+        if (tree.type(id) == SiteTree::Type::LinkToFolder)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+MovedPlaces::MovedPlaces(std::vector<Item> items, const SiteTree* tree, const SitePaths* paths,
+                         const WebRules& rules)
+    : m_items(std::move(items)), m_tree(tree), m_paths(paths), m_rules(rules)
+{
+    std::set<std::size_t> lengths;
+    bool anyIndex = false;
+    for (std::size_t i = 0; i < m_items.size(); ++i) {
+        m_byFrom.try_emplace(m_items[i].from, i);
+        lengths.insert(m_items[i].from.size());
+        anyIndex = anyIndex || isIndexName(nameOf(m_items[i].from));
+    }
+    m_lengths.assign(lengths.begin(), lengths.end());
+    m_mayHaveOtherPaths = m_tree && (anyIndex || m_rules.extensionsMayBeLeftOut || hasLinkedFolders(*m_tree));
+}
+
+bool MovedPlaces::isIndexName(std::string_view name) const
+{
+    return std::find(m_rules.indexNames.begin(), m_rules.indexNames.end(), name) != m_rules.indexNames.end();
+}
+
+std::optional<std::string> MovedPlaces::movedPath(std::string_view path) const
+{
+    // Tries the lengths that occur, not every folder above: a hostile path may have a million.
+    for (const std::size_t length : m_lengths) {
+        if (length > path.size() || (length < path.size() && path[length] != '/'))
+            continue;
+        if (const auto found = m_byFrom.find(std::string(path.substr(0, length))); found != m_byFrom.end())
+            return m_items[found->second].to + std::string(path.substr(length));
+    }
+    return std::nullopt;
+}
+
+std::optional<NewPlace> MovedPlaces::newPlaceOf(const LinkTarget& target) const
+{
+    if (auto path = movedPath(target.path))
+        return NewPlace{*std::move(path), target.isFolderForm};
+    if (!m_mayHaveOtherPaths || !m_paths)
+        return std::nullopt;
+    return newPlaceOfFile(target, m_paths->at(target));
+}
+
+std::optional<NewPlace> MovedPlaces::newPlaceOfFile(const LinkTarget& target, const SitePlace& place) const
+{
+    if (place.file == SiteTree::none)
+        return std::nullopt;
+    const std::string oldPath = m_tree->subpath(place.file);
+    std::optional<std::string> path = movedPath(oldPath);
+    if (!path)
+        return std::nullopt;
+    if (place.folder != SiteTree::none) {
+        if (isIndexOf(*path)) {
+            const std::string folder(folderOf(*path));
+            return NewPlace{folder, target.isFolderForm || folder.empty()};
+        }
+        return NewPlace{*std::move(path), false};
+    }
+    // Without its extension, which is kept out if it stays.
+    if (oldPath.starts_with(target.path) && oldPath.size() > target.path.size()) {
+        const std::string_view extension = std::string_view(oldPath).substr(target.path.size());
+        if (extension.starts_with('.') && path->ends_with(extension))
+            path->resize(path->size() - extension.size());
+    }
+    return NewPlace{*std::move(path), false};
+}
+
+// Whether its folder's address leads to the page at its new place.
+bool MovedPlaces::isIndexOf(std::string_view path) const
+{
+    const std::string folder(folderOf(path));
+    for (const std::string& name : m_rules.indexNames) {
+        const std::string other = folder.empty() ? name : folder + "/" + name;
+        if (other == path)
+            return true;
+        if (m_paths->find(other) != SiteTree::none && !movedPath(other))
+            return false;
+    }
+    return false;
+}
+
+std::vector<std::string> MovedPlaces::namesInLinks() const
+{
+    std::set<std::string> names;
+    for (const Item& item : m_items)
+        names.emplace(m_mayHaveOtherPaths ? std::string_view() : nameOf(item.from));
+    return {names.begin(), names.end()};
+}
+
+} // namespace luma

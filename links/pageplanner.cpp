@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "links/pageplanner.h"
+
+#include "base/utf8.h"
+#include "html/placedtext.h"
+#include "links/writtenreference.h"
+
+#include <algorithm>
+
+namespace luma {
+
+namespace {
+
+using Kind = LinkTarget::Kind;
+
+// Places of the page's text in the bytes of its file.
+class FilePlaces final
+{
+public:
+    FilePlaces(std::string_view bytes, const SitePageReader& page) : m_start(page.encoding().markLength)
+    {
+        if (!page.isDecoded())
+            return;
+        m_decoded = decodedWithPlaces(bytes.substr(m_start), page.encoding().encoding);
+        m_isUsable = m_decoded.text == page.unmaskedText();
+    }
+
+    [[nodiscard]] bool isUsable() const { return m_isUsable; }
+    [[nodiscard]] std::size_t operator()(std::size_t place) const
+    {
+        return m_start + (m_decoded.places.empty() ? place : m_decoded.places[place]);
+    }
+
+private:
+    std::size_t m_start;
+    PlacedText m_decoded;
+    bool m_isUsable = true;
+};
+
+// The part of a text that differs from another one; whole characters.
+struct Difference
+{
+    std::size_t begin = 0;
+    std::size_t oldEnd = 0;
+    std::size_t newEnd = 0;
+};
+
+Difference differenceOf(std::string_view a, std::string_view b)
+{
+    const auto isInside = [](std::string_view text, std::size_t at) {
+        return at < text.size() && isUtf8Continuation(text[at]);
+    };
+    std::size_t begin = 0;
+    while (begin < std::min(a.size(), b.size()) && a[begin] == b[begin])
+        ++begin;
+    while (begin > 0 && (isInside(a, begin) || isInside(b, begin)))
+        --begin;
+    Difference difference{begin, a.size(), b.size()};
+    while (difference.oldEnd > begin && difference.newEnd > begin &&
+           a[difference.oldEnd - 1] == b[difference.newEnd - 1]) {
+        --difference.oldEnd;
+        --difference.newEnd;
+    }
+    while (isInside(a, difference.oldEnd) || isInside(b, difference.newEnd)) {
+        ++difference.oldEnd;
+        ++difference.newEnd;
+    }
+    return difference;
+}
+
+} // namespace
+
+Result<std::vector<LinkEdit>> PagePlanner::editsOf(std::string_view bytes, const std::string& oldPath,
+                                                   const std::string& newPath)
+{
+    const std::string_view name = std::string_view(oldPath).substr(oldPath.rfind('/') + 1);
+    m_reader.parse(bytes, name);
+    const std::vector<Change> wanted = changes(oldPath, newPath);
+    if (wanted.empty())
+        return std::vector<LinkEdit>();
+    auto edits = written(bytes, wanted);
+    if (edits && !readsAsPlanned(withEdits(bytes, *edits), name, wanted))
+        return Error{"its links can't be changed without changing more, so they stay as they are"};
+    return edits;
+}
+
+std::vector<PagePlanner::Change> PagePlanner::changes(const std::string& oldPath,
+                                                      const std::string& newPath) const
+{
+    std::vector<Change> found;
+    const PageReader& page = m_reader.page();
+    std::string base(page.base());
+    const SiteAddresses::Page oldPage = m_addresses->page(oldPath, base);
+    if (page.baseReference() && oldPage.hasBase) {
+        if (const auto value = changed(base, m_addresses->page(oldPath), m_addresses->page(newPath))) {
+            base = *value;
+            found.push_back({&*page.baseReference(), base});
+        }
+    }
+    const SiteAddresses::Page newPage = m_addresses->page(newPath, base);
+    for (const LinkReference& reference : page.references()) {
+        if (reference.place == LinkPlace::UseMap)
+            continue;
+        if (auto value = changed(reference.value, oldPage, newPage))
+            found.push_back({&reference, *std::move(value)});
+    }
+    std::sort(found.begin(), found.end(),
+              [](const Change& a, const Change& b) { return a.reference->begin < b.reference->begin; });
+    return found;
+}
+
+std::optional<std::string> PagePlanner::changed(std::string_view value, const SiteAddresses::Page& oldPage,
+                                                const SiteAddresses::Page& newPage) const
+{
+    const bool isPageMoved = oldPage.path != newPage.path || oldPage.hasBase;
+    const LinkTarget target = m_addresses->resolve(value, oldPage);
+    std::string respelled(value);
+    if (target.kind == Kind::Outside) {
+        respelled = respelledOutside(*m_addresses, value, oldPage, newPage);
+    } else if (target.kind == Kind::Inside) {
+        const std::optional<NewPlace> place = m_places->newPlaceOf(target);
+        if (!place && !isPageMoved)
+            return std::nullopt;
+        respelled = respelledAddress(*m_addresses, value, oldPage, newPage,
+                                     place.value_or(NewPlace{target.path, target.isFolderForm}))
+                        .value_or(respelled);
+    }
+    return respelled == value ? std::nullopt : std::optional(respelled);
+}
+
+Result<std::vector<LinkEdit>> PagePlanner::written(std::string_view bytes,
+                                                   const std::vector<Change>& changes) const
+{
+    const FilePlaces places(bytes, m_reader);
+    if (!places.isUsable())
+        return Error{"its encoding can't be written"};
+    const Encoding& encoding = m_reader.encoding().encoding;
+    const std::string_view text = m_reader.unmaskedText();
+    std::vector<LinkEdit> edits;
+    std::uint32_t line = 1;
+    std::size_t counted = 0;
+    for (const Change& change : changes) {
+        const LinkReference& reference = *change.reference;
+        const std::string_view raw = text.substr(reference.begin, reference.end - reference.begin);
+        const std::string anew = writtenReference(raw, reference, change.value);
+        const Difference differ = differenceOf(raw, anew);
+        const std::string_view inserted =
+            std::string_view(anew).substr(differ.begin, differ.newEnd - differ.begin);
+        const std::size_t begin = places(reference.begin + differ.begin);
+        const std::size_t end = places(reference.begin + differ.oldEnd);
+        line += static_cast<std::uint32_t>(
+            std::count(text.begin() + static_cast<std::ptrdiff_t>(counted),
+                       text.begin() + static_cast<std::ptrdiff_t>(reference.begin), '\n'));
+        counted = reference.begin;
+        edits.push_back({begin, std::string(bytes.substr(begin, end - begin)),
+                         encoding.isUtf8() ? std::string(inserted) : encoding.encodedWithReferences(inserted),
+                         line, std::string(reference.value), change.value});
+    }
+    return edits;
+}
+
+// Whether a browser takes the planned addresses from the page, and the old ones everywhere else.
+bool PagePlanner::readsAsPlanned(std::string_view bytes, std::string_view name,
+                                 const std::vector<Change>& changes)
+{
+    m_second.parse(bytes, name);
+    const PageReader& before = m_reader.page();
+    const PageReader& after = m_second.page();
+    auto next = changes.begin();
+    const auto isPlanned = [&](const LinkReference& old, const LinkReference& now) {
+        const bool isChanged = next != changes.end() && next->reference->begin == old.begin;
+        const std::string_view wanted = isChanged ? std::string_view(next->value) : old.value;
+        if (isChanged)
+            ++next;
+        return now.value == wanted && now.place == old.place;
+    };
+    const auto& olds = before.references();
+    const auto& nows = after.references();
+    if (olds.size() != nows.size() || before.baseReference().has_value() != after.baseReference().has_value())
+        return false;
+    bool isBaseDone = !before.baseReference();
+    for (std::size_t i = 0; i < olds.size(); ++i) {
+        if (!isBaseDone && before.baseReference()->begin < olds[i].begin) {
+            isBaseDone = true;
+            if (!isPlanned(*before.baseReference(), *after.baseReference()))
+                return false;
+        }
+        if (!isPlanned(olds[i], nows[i]))
+            return false;
+    }
+    if (!isBaseDone && !isPlanned(*before.baseReference(), *after.baseReference()))
+        return false;
+    return next == changes.end();
+}
+
+} // namespace luma

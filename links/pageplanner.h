@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/result.h"
+#include "links/linkplan.h"
+#include "links/movedplaces.h"
+#include "links/sitepagereader.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace luma {
+
+/// Plans the edits of one page or style sheet after another. It keeps buffers, so use one for many pages, and one for each
+/// thread. Addresses and places must outlive it.
+class PagePlanner final
+{
+public:
+    PagePlanner(const SiteAddresses& addresses, const MovedPlaces& places)
+        : m_addresses(&addresses), m_places(&places)
+    {}
+
+    /// The bytes of a file, valid until the next read.
+    Result<std::string_view> read(const std::string& file) { return m_reader.readBytes(file); }
+
+    /// The edits of the page that holds `bytes`; none where all links are right. Paths are subpaths. The edited page has
+    /// been read again, and each of its links is the one that was planned. Error: that is not so, and the page must stay.
+    Result<std::vector<LinkEdit>> editsOf(std::string_view bytes, const std::string& oldPath,
+                                          const std::string& newPath);
+
+private:
+    struct Change
+    {
+        const LinkReference* reference;
+        std::string value;
+    };
+
+    [[nodiscard]] std::vector<Change> changes(const std::string& oldPath, const std::string& newPath) const;
+    [[nodiscard]] std::optional<std::string> changed(std::string_view value,
+                                                     const SiteAddresses::Page& oldPage,
+                                                     const SiteAddresses::Page& newPage) const;
+    [[nodiscard]] Result<std::vector<LinkEdit>> written(std::string_view bytes,
+                                                        const std::vector<Change>& changes) const;
+    [[nodiscard]] bool readsAsPlanned(std::string_view bytes, std::string_view name,
+                                      const std::vector<Change>& changes);
+
+    const SiteAddresses* m_addresses;
+    const MovedPlaces* m_places;
+    SitePageReader m_reader;
+    SitePageReader m_second; // reads the edited page
+};
+
+} // namespace luma

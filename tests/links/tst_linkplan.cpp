@@ -1,0 +1,232 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "links/linkplan.h"
+#include "tests/support/registry.h"
+#include "tests/support/site.h"
+
+#include <QTest>
+
+using namespace luma;
+using test::Files;
+using test::Site;
+Q_DECLARE_METATYPE(Files)
+Q_DECLARE_METATYPE(luma::WebRules)
+
+namespace {
+
+// "a/x.html > b/x.html"
+MovedItem itemOf(const Site& site, const std::string& text)
+{
+    const std::size_t arrow = text.find(" > ");
+    return {site.at(text.substr(0, arrow)), site.at(text.substr(arrow + 3))};
+}
+
+MoveRequest requestOf(const Site& site, MoveOperation operation, const QByteArrayList& moves)
+{
+    MoveRequest request{site.root(), {}, operation, {}, {}};
+    for (const QByteArray& move : moves) {
+        request.items.push_back(itemOf(site, move.toStdString()));
+        std::filesystem::create_directories(request.items.back().to.parent_path());
+    }
+    return request;
+}
+
+// The pages that the plan changes, at their new places.
+Files changedPages(const Site& site, const LinkPlan& plan)
+{
+    Files pages;
+    for (const PageEdits& page : plan.pages) {
+        const std::string old = page.oldPage.lexically_relative(site.root()).native();
+        pages[page.page.lexically_relative(site.root()).native()] = withEdits(site.bytesOf(old), page.edits);
+    }
+    return pages;
+}
+
+const QByteArrayList renameIndex = {"d/index.html > d/start.html"};
+
+} // namespace
+
+/// What a move, rename or copy would change, in which form.
+class tst_linkplan final : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void move_keepsTheFormOfLinks_data()
+    {
+        QTest::addColumn<Files>("before");
+        QTest::addColumn<QByteArrayList>("moves");
+        QTest::addColumn<Files>("changed");
+        const auto row = [](const char* name, const Files& before, const QByteArrayList& moves,
+                            const Files& changed) { QTest::newRow(name) << before << moves << changed; };
+        row("relative, from the root, in dots, with slashes",
+            {{"a/x.html",
+              "<a href=x.html><a href='?q'><a href=\"#t\"><a href=''><a href=/a/x.html>"
+              "<a href=y.png#t><a href=./y.png?v=1><a href=../a/y.png><a href=/a/y.png><a href=./>"},
+             {"a/y.png", ""},
+             {"a/index.html", ""},
+             {"o.html",
+              "<a href=a/x.html?q#t><a href=./a//x.html><a href=/a/./x.html><a href='a\\x.html'>"
+              "<a href=' a/x.html '><a href=//other.org/a/x.html><a href=a/X.html><a href=xa/x.html>"}},
+            {"a/x.html > b/c/x.html"},
+            {{"b/c/x.html", "<a href=x.html><a href='?q'><a href=\"#t\"><a href=''><a href=/b/c/x.html>"
+                            "<a href=../../a/y.png#t><a href=./../../a/y.png?v=1><a href=../../a/y.png>"
+                            "<a href=/a/y.png><a href=./../../a/>"},
+             {"o.html",
+              "<a href=b/c/x.html?q#t><a href=./b/c/x.html><a href=/b/c/x.html><a href='b/c/x.html'>"
+              "<a href=' b/c/x.html '><a href=//other.org/a/x.html><a href=a/X.html><a href=xa/x.html>"}});
+        row("a rename changes the name alone",
+            {{"library/x.html", "<a href=../library/y.html><a href=y.html#library>"},
+             {"library/y.html", ""},
+             {"o.html", "<a href=library/x.html#ctypes.util.find_library><a href=library?library>"
+                        "<a href=.//library/../library/x.html><a href=mylibrary/x.html>library"}},
+            {"library > lib"},
+            {{"lib/x.html", "<a href=../lib/y.html><a href=y.html#library>"},
+             {"o.html", "<a href=lib/x.html#ctypes.util.find_library><a href=lib?library>"
+                        "<a href=.//library/../lib/x.html><a href=mylibrary/x.html>library"}});
+        row("percent-encoding",
+            {{"bread/rye bread.html", ""},
+             {"bread/100%.html", ""},
+             {"o.html",
+              "<a href=bread/rye%20bread.html><a href='bread/rye bread.html'><a href=%62read/100%.html>"
+              "<a href=bread/%31%30%30%25.html?a%20b>"}},
+            {"bread > l\xC3\xB6\xC3\xA4v & #1?"},
+            {{"o.html", "<a href=l%C3%B6%C3%A4v%20%26%20%231%3F/rye%20bread.html><a "
+                        "href='l%C3%B6%C3%A4v%20%26%20%231%3F/rye bread.html'>"
+                        "<a href=l%C3%B6%C3%A4v%20%26%20%231%3F/100%.html>"
+                        "<a href=l%C3%B6%C3%A4v%20%26%20%231%3F/%31%30%30%25.html?a%20b>"}});
+        row("names within their own path, and what only looks alike",
+            {{"a/a/x.html", ""},
+             {"data/x.png", ""},
+             {"o.html", "<a href=a/a/x.html><img src=data/x.png><img src=data:image/png;base64,data/>"
+                        "<a href=database.php><a href='javascript:data/x.png'><a href=tel:data>data/x.png"}},
+            {"a > b", "data > figures"},
+            {{"o.html", "<a href=b/a/x.html><img src=figures/x.png><img src=data:image/png;base64,data/>"
+                        "<a href=database.php><a href='javascript:data/x.png'><a href=tel:data>data/x.png"}});
+        row("every place",
+            {{"p.png", ""},
+             {"s.css",
+              "@import 'p.png';a{b:url( p.png )}/* url(p.png) */b{c:image-set('p.png' 1x,\"p\\.png\" 2x)}"},
+             {"i.svg", "<svg xmlns:xlink='x'><image xlink:href='p.png'/><use href='&#x70;.png'/></svg>"},
+             {"o.HTM",
+              "<img srcset='p.png 1x, p.png?a,b 2x'><meta http-equiv=refresh content='0; url=p.png'>"
+              "<p style='a:url(&quot;p.png&quot;)'><style>a{b:url(p.png)}</style><object data=p.png>"
+              "<video poster=p.png><form action=p.png><a ping='p.png /p.png'><!-- <a href=p.png> -->"
+              "<meta property=og:image content=p.png><script>'<a href=p.png>'</script><b title=p.png>"}},
+            {"p.png > i/p,1.png"},
+            {{"s.css", "@import 'i/p%2C1.png';a{b:url( i/p%2C1.png )}/* url(p.png) */"
+                       "b{c:image-set('i/p%2C1.png' 1x,\"i/p%2C1.png\" 2x)}"},
+             {"i.svg",
+              "<svg xmlns:xlink='x'><image xlink:href='i/p%2C1.png'/><use href='i/p%2C1.png'/></svg>"},
+             {"o.HTM",
+              "<img srcset='i/p%2C1.png 1x, i/p%2C1.png?a,b 2x'><meta http-equiv=refresh content='0; "
+              "url=i/p%2C1.png'>"
+              "<p style='a:url(&quot;i/p%2C1.png&quot;)'><style>a{b:url(i/p%2C1.png)}</style><object "
+              "data=i/p%2C1.png>"
+              "<video poster=i/p%2C1.png><form action=i/p%2C1.png><a ping='i/p%2C1.png /i/p%2C1.png'><!-- "
+              "<a href=p.png> -->"
+              "<meta property=og:image content=i/p%2C1.png><script>'<a href=p.png>'</script><b "
+              "title=p.png>"}});
+        row("server code and other encodings",
+            {{"p.png", ""},
+             {"o.php",
+              "<?php '<a href=p.png>' ?><a href=p.png><a href='<?=$x?>p.png'><a href='{{x}}/p.png'>"},
+             {"latin.html", "\xE4<img src=p.png alt='\xFC'>\xDF<img src='\xFC/../p.png'>"},
+             {"wide.html", std::string("\xFF\xFE<\0a\0 \0h\0r\0e\0f\0=\0p\0.\0p\0n\0g\0>\0\xE4\0", 32)}},
+            {"p.png > q.png"},
+            {{"o.php",
+              "<?php '<a href=p.png>' ?><a href=q.png><a href='<?=$x?>p.png'><a href='{{x}}/p.png'>"},
+             {"latin.html", "\xE4<img src=q.png alt='\xFC'>\xDF<img src='\xFC/../q.png'>"},
+             {"wide.html", std::string("\xFF\xFE<\0a\0 \0h\0r\0e\0f\0=\0q\0.\0p\0n\0g\0>\0\xE4\0", 32)}});
+        row("a base",
+            {{"a/x.html", ""}, {"p.html", "<base href=a/><a href=x.html><a href=../o.html>"}, {"o.html", ""}},
+            {"a > b", "p.html > c/p.html"},
+            {{"c/p.html", "<base href=../b/><a href=x.html><a href=../o.html>"}});
+        row("an index page that gets another name",
+            {{"d/index.html", "<a href=./><a href=../d/><a href=x.html>"},
+             {"d/x.html", "<a href=.><a href=../d><a href=index.html>"},
+             {"o.html", "<a href=d/><a href='d#t'><a href=/d/?q>"}},
+            renameIndex,
+            {{"d/start.html", "<a href=./start.html><a href=start.html><a href=x.html>"},
+             {"d/x.html", "<a href=start.html><a href=start.html><a href=start.html>"},
+             {"o.html", "<a href=d/start.html><a href='d/start.html#t'><a href=/d/start.html?q>"}});
+        row("an index page that moves",
+            {{"d/index.html", ""}, {"o.html", "<a href=d/><a href=d/index.html>"}},
+            {"d/index.html > e/index.html"}, {{"o.html", "<a href=e/><a href=e/index.html>"}});
+        row("folders",
+            {{"d/e/index.html", "<a href=../><a href=..><a href=.>"}, {"d/o.html", "<a href=e><a href=e/>"}},
+            {"d/e > e"},
+            {{"e/index.html", "<a href=../d/><a href=../d/><a href=.>"},
+             {"d/o.html", "<a href=../e><a href=../e/>"}});
+    }
+    void move_keepsTheFormOfLinks()
+    {
+        QFETCH(Files, before);
+        QFETCH(QByteArrayList, moves);
+        QFETCH(Files, changed);
+        const Site site(before);
+        const auto plan = planMove(requestOf(site, MoveOperation::Move, moves));
+        QVERIFY(plan && plan->problems.empty());
+        const Files found = changedPages(site, *plan);
+        for (const auto& [path, bytes] : found)
+            QCOMPARE(path + ": " + bytes,
+                     path + ": " + (changed.contains(path) ? changed.at(path) : "not expected"));
+        QCOMPARE(found.size(), changed.size());
+    }
+
+    void copy_leavesLinksToTheOriginalsAlone()
+    {
+        const Site site({{"a/x.html", "<a href=x.html><a href=y.html><a href=../o.html>"},
+                         {"a/y.html", "<a href=x.html>"},
+                         {"o.html", "<a href=a/x.html><a href=a/y.html>"}});
+        const auto page = planMove(requestOf(site, MoveOperation::Copy, {"a/x.html > b/x.html"}));
+        QCOMPARE(changedPages(site, *page),
+                 Files({{"b/x.html", "<a href=x.html><a href=../a/y.html><a href=../o.html>"}}));
+        const auto folder = planMove(requestOf(site, MoveOperation::Copy, {"a > b/c/a"}));
+        QCOMPARE(changedPages(site, *folder),
+                 Files({{"b/c/a/x.html", "<a href=x.html><a href=y.html><a href=../../../o.html>"}}));
+    }
+
+    // A place in the one folder stands for that in the other.
+    void copyFromAnotherRoot_keepsRelations()
+    {
+        const Site site({{"source/a/x.html", "<a href=y.html><a href=/o.html><a href=../../out.html>"},
+                         {"target/a/y.html", ""}});
+        MoveRequest request{site.at("target"), site.at("source"), MoveOperation::Copy, {}, {}};
+        request.items = {itemOf(site, "source/a/x.html > target/a/x.html")};
+        QVERIFY(planMove(request)->pages.empty());
+        request.items = {itemOf(site, "source/a/x.html > target/x.html")};
+        QCOMPARE(changedPages(site, *planMove(request)),
+                 Files({{"target/x.html", "<a href=a/y.html><a href=/o.html><a href=../out.html>"}}));
+    }
+
+    void ownAddressesAndShortAddresses_keepTheirForm()
+    {
+        const Site site(
+            {{"a/x.html", "<a href=../o.html>"},
+             {"o.html", "<a href=https://example.org/docs/a/x.html#t><a href=//example.org/docs/a/x>"
+                        "<a href=/docs/a/x.html><a href=a/x><a href=https://example.org/a/x.html>"
+                        "<a href=../a/x.html>"}});
+        MoveRequest request = requestOf(site, MoveOperation::Move, {"a/x.html > y.html"});
+        request.rules.webAddresses = {"https://example.org/docs/"};
+        request.rules.extensionsMayBeLeftOut = true;
+        QCOMPARE(changedPages(site, *planMove(request)),
+                 Files({{"y.html", "<a href=o.html>"},
+                        {"o.html", "<a href=https://example.org/docs/y.html#t><a href=//example.org/docs/y>"
+                                   "<a href=/docs/y.html><a href=y><a href=https://example.org/a/x.html>"
+                                   "<a href=../a/x.html>"}}));
+    }
+
+    void whatCannotBeMoved_isLeftOutAndNamed()
+    {
+        const Site site({{"x.html", ""}, {"a/y.html", ""}, {"b/x.html", ""}});
+        const auto plan =
+            planMove(requestOf(site, MoveOperation::Move,
+                               {"x.html > b/x.html", "a > a/b/c", "gone > b/gone", "b > c", "b/x.html > d"}));
+        QCOMPARE(plan->problems.size(), std::size_t{3});
+        QCOMPARE(plan->problems[0].text, std::string("File x.html exists, not overwritten"));
+        QCOMPARE(plan->request.items.size(), std::size_t{1});
+    }
+};
+
+LUMA_TEST(tst_linkplan)
+#include "tst_linkplan.moc"
