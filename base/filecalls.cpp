@@ -60,6 +60,12 @@ Result<void> keepTimes(int descriptor, const Times& times, const fs::path& targe
     return {};
 }
 
+void syncFolder(const fs::path& folder)
+{
+    if (const auto opened = openFile(folder.native(), O_RDONLY | O_DIRECTORY))
+        (void)::fsync(opened->get());
+}
+
 Result<void> renameToFreePlace(const fs::path& from, const fs::path& to)
 {
     if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0)

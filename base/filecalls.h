@@ -34,6 +34,10 @@ Times timesOf(const struct stat& status);
 Result<void> keepMode(int descriptor, mode_t mode, const std::filesystem::path& target);
 Result<void> keepTimes(int descriptor, const Times& times, const std::filesystem::path& target);
 
+/// Waits until what was created, renamed or removed in a folder is on the disk. Failures are ignored: some file systems
+/// know no such thing.
+void syncFolder(const std::filesystem::path& folder);
+
 /// Renames `from` to `to`. An error when `to` exists, even if it appeared only now.
 Result<void> renameToFreePlace(const std::filesystem::path& from, const std::filesystem::path& to);
 

@@ -6,6 +6,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
 #include <algorithm>
 #include <array>
@@ -40,9 +41,20 @@ public:
         : m_target(target), m_path((target.parent_path() / ".luma-XXXXXX").string())
     {
         m_descriptor.reset(::mkostemp(m_path.data(), O_CLOEXEC));
-        m_exists = bool(m_descriptor);
+        checkMade();
+    }
+    // With `mode` less the umask, which only the system can tell without changing it.
+    TemporaryFile(const fs::path& target, mode_t mode) : TemporaryFile(target)
+    {
         if (!m_exists)
-            m_made = systemError(target, errno);
+            return;
+        // The first file only found a free name.
+        ::unlink(m_path.c_str());
+        create(mode);
+    }
+    TemporaryFile(const fs::path& target, const fs::path& path) : m_target(target), m_path(path.string())
+    {
+        create(S_IRUSR | S_IWUSR);
     }
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
@@ -81,6 +93,18 @@ public:
     }
 
 private:
+    void create(mode_t mode)
+    {
+        m_descriptor.reset(::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
+        checkMade();
+    }
+    void checkMade()
+    {
+        m_exists = bool(m_descriptor);
+        if (!m_exists)
+            m_made = systemError(m_target, errno);
+    }
+
     fs::path m_target;
     std::string m_path;
     FileDescriptor m_descriptor;
@@ -151,6 +175,58 @@ Result<void> copyLink(const fs::path& source, const fs::path& target, Existing e
     return failed;
 }
 
+// Labels, access lists and the like; not those that the system alone sets.
+Result<void> keepExtendedAttributes(const fs::path& source, int descriptor, const fs::path& target)
+{
+    const ssize_t length = ::listxattr(source.c_str(), nullptr, 0);
+    if (length <= 0)
+        return {};
+    std::string names(static_cast<std::size_t>(length), '\0');
+    const ssize_t got = ::listxattr(source.c_str(), names.data(), names.size());
+    names.resize(static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+    std::string value;
+    for (std::size_t at = 0; at < names.size(); at += std::char_traits<char>::length(names.data() + at) + 1) {
+        const char* const name = names.data() + at;
+        const ssize_t size = ::getxattr(source.c_str(), name, nullptr, 0);
+        value.resize(static_cast<std::size_t>(std::max<ssize_t>(size, 0)));
+        if (size < 0 || ::getxattr(source.c_str(), name, value.data(), value.size()) != size)
+            continue;
+        if (::fsetxattr(descriptor, name, value.data(), value.size(), 0) != 0 && errno != EPERM &&
+            errno != EACCES && !isUnsupported(errno))
+            return systemError(target, errno);
+    }
+    return {};
+}
+
+// Writes a file anew with the owner, mode and extended attributes of the old one, by way of the path `way`, or of a free one
+// without it.
+Result<void> replace(const fs::path& path, const fs::path& target, const struct stat& old,
+                     std::string_view bytes, const fs::path& way, const std::optional<timespec>& modified)
+{
+    if (!S_ISREG(old.st_mode))
+        return systemError(path, S_ISDIR(old.st_mode) ? EISDIR : EINVAL);
+    // Renaming over a read-only file would succeed, but its owner protected it.
+    if (::access(target.c_str(), W_OK) != 0)
+        return systemError(path, errno);
+    TemporaryFile temporary = way.empty() ? TemporaryFile(target) : TemporaryFile(target, way);
+    if (!temporary.made())
+        return temporary.made();
+    if (auto written = writeAll(temporary.descriptor(), bytes, path); !written)
+        return written;
+    if (::fchown(temporary.descriptor(), old.st_uid, old.st_gid) != 0 && errno != EPERM &&
+        !isUnsupported(errno))
+        return systemError(path, errno);
+    if (auto kept = keepExtendedAttributes(target, temporary.descriptor(), path); !kept)
+        return kept;
+    if (auto kept = keepMode(temporary.descriptor(), old.st_mode, path); !kept)
+        return kept;
+    if (modified) {
+        if (auto kept = temporary.setTimes({old.st_atim, *modified}); !kept)
+            return kept;
+    }
+    return temporary.takePlace(Existing::Replace, Durability::Synced);
+}
+
 } // namespace
 
 bool itemExists(const fs::path& path)
@@ -206,25 +282,23 @@ Result<void> writeFile(const fs::path& path, std::string_view bytes, unsigned ne
     std::error_code error;
     const fs::path target = fs::is_symlink(path, error) ? fs::weakly_canonical(path, error) : path;
     struct stat old = {};
-    const bool replaces = ::stat(target.c_str(), &old) == 0;
-    if (replaces && !S_ISREG(old.st_mode))
-        return systemError(path, S_ISDIR(old.st_mode) ? EISDIR : EINVAL);
-    // Renaming over a read-only file would succeed, but its owner protected it.
-    if (replaces && ::access(target.c_str(), W_OK) != 0)
-        return systemError(path, errno);
-    TemporaryFile temporary(target);
+    if (::stat(target.c_str(), &old) == 0)
+        return replace(path, target, old, bytes, {}, {});
+    TemporaryFile temporary(target, static_cast<mode_t>(newMode));
     if (!temporary.made())
         return temporary.made();
     if (auto written = writeAll(temporary.descriptor(), bytes, path); !written)
         return written;
-    if (replaces && ::fchown(temporary.descriptor(), old.st_uid, old.st_gid) != 0 && errno != EPERM &&
-        !isUnsupported(errno))
-        return systemError(path, errno);
-    const mode_t mask = ::umask(0);
-    ::umask(mask);
-    if (auto kept = keepMode(temporary.descriptor(), replaces ? old.st_mode : newMode & ~mask, path); !kept)
-        return kept;
     return temporary.takePlace(Existing::Replace, Durability::Synced);
+}
+
+Result<void> replaceFile(const fs::path& path, std::string_view bytes, const fs::path& temporary,
+                         const std::optional<timespec>& modified)
+{
+    struct stat old = {};
+    if (::stat(path.c_str(), &old) != 0)
+        return systemError(path, errno);
+    return replace(path, path, old, bytes, temporary, modified);
 }
 
 Result<void> copyFile(const fs::path& source, const fs::path& target, Existing existing,
@@ -247,6 +321,8 @@ Result<void> copyFile(const fs::path& source, const fs::path& target, Existing e
         return temporary.made();
     if (auto copied = copyBytes(from->get(), temporary.descriptor(), source, target, stillWanted); !copied)
         return copied;
+    if (auto kept = keepExtendedAttributes(source, temporary.descriptor(), target); !kept)
+        return kept;
     if (auto kept = keepMode(temporary.descriptor(), status.st_mode, target); !kept)
         return kept;
     if (auto kept = temporary.setTimes(timesOf(status)); !kept)

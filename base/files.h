@@ -4,7 +4,9 @@
 #include "base/result.h"
 #include "base/stillwanted.h"
 
+#include <ctime>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,13 +20,20 @@ namespace luma {
 Result<std::string> readFile(const std::filesystem::path& path);
 
 /// Replaces or creates `path`. A symbolic link at `path` stays and its target is written. An existing file
-/// keeps its mode; a new one gets `newMode` less the umask. Synced to the disk before the rename.
+/// keeps its mode, owner and extended attributes; a new one gets `newMode` less the umask. Synced to the disk before the
+/// rename.
 Result<void> writeFile(const std::filesystem::path& path, std::string_view bytes, unsigned newMode = 0666);
+
+/// The same for an existing file, which must not be a symbolic link, by way of `temporary`: a path beside it where nothing
+/// is. With `modified`, that becomes its modification time.
+Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes,
+                         const std::filesystem::path& temporary,
+                         const std::optional<timespec>& modified = {});
 
 enum class Existing { Keep, Replace };
 enum class Durability { Synced, Unsynced };
 
-/// Copies one regular file, or a symbolic link as a link, with modification time and mode. If `target`
+/// Copies one regular file, or a symbolic link as a link, with modification time, mode and extended attributes. If `target`
 /// exists, Existing::Keep is an error and leaves it; Existing::Replace replaces a file or link in one step.
 /// `stillWanted` is asked every few megabytes. A stopped copy is an error (isStopped()) and leaves nothing.
 Result<void> copyFile(const std::filesystem::path& source, const std::filesystem::path& target,
