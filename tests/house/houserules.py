@@ -41,6 +41,7 @@ LICENSED_SUFFIXES = {".cpp", ".h", ".inc", ".in", ".js", ".py", ".exp", ".cmake"
 SHARED_HEADERS = {
     "browser/panehost.h": "what a pane needs of its window, read together",
     "desktop/notifications.h": "posting and hearing, the two ends of one thing",
+    "links/journaltext.h": "writing and reading, the two ends of one format",
 }
 
 

@@ -62,6 +62,7 @@ void useOwnHome()
     qputenv("XDG_CONFIG_HOME", path + "/.config");
     qputenv("XDG_CACHE_HOME", path + "/.cache");
     qputenv("XDG_DATA_HOME", path + "/.local/share");
+    qputenv("XDG_STATE_HOME", path + "/.local/state");
     if (!qEnvironmentVariableIsSet("LUMA_PRIVATE_SESSION")) {
         qputenv("XDG_RUNTIME_DIR", path + "/run");
         QDir().mkpath(home.path() + QLatin1String("/run"));

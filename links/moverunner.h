@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/result.h"
+#include "base/stillwanted.h"
+#include "links/movejournal.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace luma {
+
+/// What became of a job.
+struct MoveReport
+{
+    bool isDone = false; // false: everything is as it was before, but for what `problems` names
+    bool isStopped = false;
+    std::string title; // of the job, for the user
+    std::vector<MovedItem> items;
+    /// Pages at their new places, in the order of the plan.
+    std::vector<std::filesystem::path> rewritten;
+    /// Why the job failed, and files that were left alone because they have changed since.
+    std::vector<MoveProblem> problems;
+};
+
+/// Carries out one job of a journal. Every step may be repeated, so a job that was interrupted anywhere is run again from its
+/// beginning. A job that fails or is stopped is taken back. Background thread; uses all cores.
+class MoveRunner final
+{
+public:
+    struct Callbacks
+    {
+        /// Runs a rename of an item, for example on the main thread. If it is empty, renames run in place.
+        std::function<void(const std::function<void()>& operation)> fileOperation;
+        StillWanted stillWanted;
+        /// How many pages are written, of how many; on the thread that runs the job. May be empty.
+        std::function<void(std::size_t done, std::size_t all)> progress;
+    };
+
+    enum class ChangedPages : std::uint8_t {
+        Refused,  // a page that another program has changed since the plan was made stops the job
+        LeftAlone // it stays as it is and is named
+    };
+
+    MoveRunner(MoveJournal& journal, MoveJournal::Entry entry, Callbacks callbacks, ChangedPages changedPages)
+        : m_journal(journal),
+          m_entry(std::move(entry)),
+          m_callbacks(std::move(callbacks)),
+          m_changedPages(changedPages)
+    {}
+
+    /// Runs a job that has just begun.
+    MoveReport run();
+    /// Ends a job that was interrupted: finishes it, or takes it back where that was its way or it can't be finished.
+    MoveReport resume();
+
+private:
+    enum class Direction : std::uint8_t { Forward, Back };
+    enum class PageState : std::uint8_t { Written, WasWritten, Gone, Changed };
+
+    [[nodiscard]] const MoveJob& job() const { return m_entry.job; }
+    [[nodiscard]] bool isNoted(const std::string& text) const;
+    Result<void> note(const std::string& text);
+    [[nodiscard]] std::filesystem::path temporaryBeside(const std::filesystem::path& path,
+                                                        std::size_t index) const;
+
+    Result<void> forward();
+    void back();
+    Result<void> place(std::size_t index);
+    Result<void> placeCopy(std::size_t index);
+    void takeBack(std::size_t index);
+    Result<void> rename(const std::filesystem::path& from, const std::filesystem::path& to);
+    Result<void> writePages(const std::vector<PageEdits>& pages, Direction direction);
+    Result<PageState> writePage(const PageEdits& page, std::size_t index, bool restoresTime) const;
+    [[nodiscard]] bool needsCommit() const;
+    void commit();
+    void removeSource(std::size_t index);
+    void removeCopies();
+    void removeTemporaries() const;
+    void syncFolders() const;
+    void report(MoveProblem::Kind kind, const std::filesystem::path& path, const std::string& text);
+
+    MoveJournal& m_journal;
+    MoveJournal::Entry m_entry;
+    Callbacks m_callbacks;
+    ChangedPages m_changedPages;
+    MoveReport m_report;
+    bool m_arePagesBegun = false;
+};
+
+} // namespace luma

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "links/sitemoves.h"
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+MoveReport failed(const fs::path& path, const std::string& text)
+{
+    MoveReport report;
+    report.problems.push_back({MoveProblem::Kind::NotMoved, path, text});
+    return report;
+}
+
+} // namespace
+
+Result<SiteMoves> SiteMoves::open(const fs::path& site, MoveRunner::Callbacks callbacks)
+{
+    auto journal = MoveJournal::open(site);
+    if (!journal)
+        return journal.error();
+    SiteMoves moves(*std::move(journal), std::move(callbacks));
+    moves.endInterrupted();
+    return moves;
+}
+
+std::vector<MoveReport> SiteMoves::recover(const fs::path& site)
+{
+    if (!MoveJournal::isPending(site))
+        return {};
+    const auto moves = open(site);
+    return moves ? moves->recovered() : std::vector<MoveReport>();
+}
+
+void SiteMoves::endInterrupted()
+{
+    std::vector<fs::path> damaged;
+    for (MoveJournal::Entry& entry : m_journal.running(damaged)) {
+        MoveRunner::Callbacks callbacks = m_callbacks;
+        callbacks.stillWanted = {};
+        m_recovered.push_back(
+            MoveRunner(m_journal, std::move(entry), callbacks, MoveRunner::ChangedPages::LeftAlone).resume());
+    }
+    for (const fs::path& file : damaged)
+        m_recovered.push_back(
+            failed(file, file.native() + ": the journal of an interrupted move can't be read"));
+}
+
+MoveReport SiteMoves::runJob(MoveJob job, MoveRunner::ChangedPages changedPages)
+{
+    const auto number = m_journal.begin(job);
+    if (!number)
+        return failed({}, number.error().text);
+    return MoveRunner(m_journal, {*number, std::move(job), {}}, m_callbacks, changedPages).run();
+}
+
+MoveReport SiteMoves::carryOut(const LinkPlan& plan)
+{
+    if (plan.request.items.empty())
+        return {};
+    return runJob(jobOf(plan), MoveRunner::ChangedPages::Refused);
+}
+
+std::optional<std::string> SiteMoves::undoTitle() const
+{
+    const auto last = m_journal.lastDone();
+    return last ? std::optional(titleOf(last->job)) : std::nullopt;
+}
+
+MoveReport SiteMoves::undo()
+{
+    const auto last = m_journal.lastDone();
+    if (!last)
+        return failed({}, "There is no move to take back");
+    MoveJob job = inverseOf(last->job);
+    job.undoes = last->number;
+    MoveReport report = runJob(std::move(job), MoveRunner::ChangedPages::LeftAlone);
+    report.title = titleOf(last->job);
+    return report;
+}
+
+} // namespace luma

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/result.h"
+#include "links/linkplan.h"
+#include "links/movejournal.h"
+#include "links/moverunner.h"
+
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace luma {
+
+/// Moves, renames and copies in one site, as plans that are carried out whole or not at all, and undo. While it exists, no other
+/// job runs on the site, in this program or another. Background thread.
+///
+///     auto moves = SiteMoves::open(site);
+///     if (!moves)
+///         return moves.error();
+///     const auto plan = planMove(request);
+///     const MoveReport report = moves->carryOut(*plan);
+class SiteMoves final
+{
+public:
+    /// Ends what was interrupted in this site before anything else. Error: another job is running, or the journal can't be
+    /// written.
+    static Result<SiteMoves> open(const std::filesystem::path& site, MoveRunner::Callbacks callbacks = {});
+    /// The same, only where a job was interrupted: what became of it. Nothing where another program is at it.
+    static std::vector<MoveReport> recover(const std::filesystem::path& site);
+
+    /// What became of jobs that were interrupted.
+    [[nodiscard]] const std::vector<MoveReport>& recovered() const { return m_recovered; }
+
+    /// Carries the plan out. If a page has changed since the plan was made, or something fails, or the job is stopped,
+    /// everything is taken back. The plan's own problems are not repeated.
+    MoveReport carryOut(const LinkPlan& plan);
+
+    /// What undo() would take back, for the user; nothing where there is nothing.
+    [[nodiscard]] std::optional<std::string> undoTitle() const;
+    /// Takes the last job back, files and links. Files that have changed since are left alone and named. Where items can't go
+    /// back to their places, nothing is done.
+    MoveReport undo();
+
+private:
+    SiteMoves(MoveJournal journal, MoveRunner::Callbacks callbacks)
+        : m_journal(std::move(journal)), m_callbacks(std::move(callbacks))
+    {}
+
+    void endInterrupted();
+    MoveReport runJob(MoveJob job, MoveRunner::ChangedPages changedPages);
+
+    MoveJournal m_journal;
+    MoveRunner::Callbacks m_callbacks;
+    std::vector<MoveReport> m_recovered;
+};
+
+} // namespace luma
