@@ -24,14 +24,15 @@ bool areTheirText(std::string_view bytes, const Encoding& encoding)
 /// `text` with its byte-order mark in the encoding, and so that ASCII may follow.
 std::string encodedPiece(std::string_view text, const Encoding& encoding)
 {
-    std::string bytes;
+    std::string_view mark;
     if (text.starts_with(byteOrderMark)) {
         text.remove_prefix(byteOrderMark.size());
         if (encoding.isUtf8())
-            bytes = byteOrderMark;
+            mark = byteOrderMark;
         else if (!encoding.holdsAscii())
-            bytes = encoding.name() == "UTF-16BE" ? "\xFE\xFF" : "\xFF\xFE";
+            mark = encoding.name() == "UTF-16BE" ? "\xFE\xFF" : "\xFF\xFE";
     }
+    std::string bytes(mark);
     if (!encoding.canSwitch())
         return bytes + encoding.encodedWithReferences(text);
     bytes += encoding.encodedWithReferences(std::string(text) + '\n');
