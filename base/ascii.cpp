@@ -11,18 +11,6 @@ std::string asciiLower(std::string_view text)
     return result;
 }
 
-bool equalIgnoringAsciiCase(std::string_view a, std::string_view b)
-{
-    return a.size() == b.size() && startsWithIgnoringAsciiCase(a, b);
-}
-
-bool startsWithIgnoringAsciiCase(std::string_view text, std::string_view prefix)
-{
-    return text.size() >= prefix.size() &&
-           std::equal(prefix.begin(), prefix.end(), text.begin(),
-                      [](char a, char b) { return asciiLower(a) == asciiLower(b); });
-}
-
 bool isBlank(std::string_view text)
 {
     return text.find_first_not_of(whiteSpace) == std::string_view::npos;

@@ -46,8 +46,19 @@ constexpr int hexValue(char c)
 }
 
 std::string asciiLower(std::string_view text);
-bool equalIgnoringAsciiCase(std::string_view a, std::string_view b);
-bool startsWithIgnoringAsciiCase(std::string_view text, std::string_view prefix);
+
+// Here, because the scanners compare most names with one of another length or first letter.
+constexpr bool startsWithIgnoringAsciiCase(std::string_view text, std::string_view prefix)
+{
+    return text.size() >= prefix.size() &&
+           std::equal(prefix.begin(), prefix.end(), text.begin(),
+                      [](char a, char b) { return asciiLower(a) == asciiLower(b); });
+}
+
+constexpr bool equalIgnoringAsciiCase(std::string_view a, std::string_view b)
+{
+    return a.size() == b.size() && startsWithIgnoringAsciiCase(a, b);
+}
 
 /// Whether `list` has `text`, ignoring ASCII case.
 template <class List>
