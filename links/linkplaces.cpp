@@ -21,35 +21,43 @@ struct TableRow
 
 using enum LinkSyntax;
 
-// HTML standard, "Attributes" (index), with what older pages have; SVG 2, "Linking".
+// HTML standard, "Attributes" (index), with what older pages have; SVG 2, "Linking". By the attributes' lengths, which
+// tell most attributes apart.
 constexpr auto table = std::to_array<TableRow>({
+    {LinkPlace::Src, "src", Address,
+     " img script iframe source audio video embed input track frame bgsound "},
     {LinkPlace::Href, "href", Address,
      " a link area image use script animate animatemotion animatetransform discard feimage filter lineargradient "
      "mpath pattern radialgradient set textpath "},
-    {LinkPlace::Src, "src", Address,
-     " img script iframe source audio video embed input track frame bgsound "},
-    {LinkPlace::Srcset, "srcset", ImageCandidates, " img source "},
-    {LinkPlace::ImageSrcset, "imagesrcset", ImageCandidates, " link "},
-    {LinkPlace::Poster, "poster", Address, " video "},
     {LinkPlace::Data, "data", Address, " object "},
-    {LinkPlace::Action, "action", Address, " form "},
-    {LinkPlace::FormAction, "formaction", Address, " button input "},
     {LinkPlace::Cite, "cite", Address, " blockquote q del ins "},
     {LinkPlace::Ping, "ping", AddressList, " a area "},
-    {LinkPlace::Background, "background", Address, " body table thead tbody tfoot tr td th "},
+    {LinkPlace::Style, "style", StyleDeclarations, ""},
+    {LinkPlace::Srcset, "srcset", ImageCandidates, " img source "},
+    {LinkPlace::Poster, "poster", Address, " video "},
+    {LinkPlace::Action, "action", Address, " form "},
+    {LinkPlace::UseMap, "usemap", Address, " img object input "},
     {LinkPlace::LongDesc, "longdesc", Address, " img iframe frame "},
     {LinkPlace::Manifest, "manifest", Address, " html "},
-    {LinkPlace::UseMap, "usemap", Address, " img object input "},
+    {LinkPlace::FormAction, "formaction", Address, " button input "},
+    {LinkPlace::Background, "background", Address, " body table thead tbody tfoot tr td th "},
     {LinkPlace::XlinkHref, "xlink:href", Address, ""},
-    {LinkPlace::Style, "style", StyleDeclarations, ""},
+    {LinkPlace::ImageSrcset, "imagesrcset", ImageCandidates, " link "},
 });
 
-// The lengths that occur, as bits: most attributes are told apart by it.
-constexpr std::uint32_t lengths = [] {
-    std::uint32_t bits = 0;
-    for (const TableRow& row : table)
-        bits |= 1U << row.attribute.size();
-    return bits;
+static_assert(std::is_sorted(table.begin(), table.end(), [](const TableRow& a, const TableRow& b) {
+    return a.attribute.size() < b.attribute.size();
+}));
+
+// For each length below 16, where the rows with a shorter attribute end.
+constexpr auto firstOfLength = [] {
+    std::array<std::uint8_t, 17> first{};
+    for (std::size_t length = 0; length < first.size(); ++length) {
+        for (const TableRow& row : table)
+            first.at(length) =
+                static_cast<std::uint8_t>(first.at(length) + (row.attribute.size() < length ? 1 : 0));
+    }
+    return first;
 }();
 
 // Open Graph, Twitter cards and tiles.
@@ -106,10 +114,12 @@ std::string_view nameOf(LinkPlace place)
 
 std::optional<PlaceAndSyntax> linkPlaceOf(std::string_view element, std::string_view attribute)
 {
-    if (attribute.size() >= 32 || (lengths >> attribute.size() & 1U) == 0)
+    const std::size_t length = attribute.size();
+    if (length + 1 >= firstOfLength.size())
         return std::nullopt;
-    for (const TableRow& row : table) {
-        if (row.attribute.size() == attribute.size() && equalIgnoringAsciiCase(row.attribute, attribute) &&
+    for (std::size_t i = firstOfLength[length]; i < firstOfLength[length + 1]; ++i) {
+        const TableRow& row = table[i];
+        if (equalIgnoringAsciiCase(row.attribute, attribute) &&
             (row.elements.empty() || isInList(element, row.elements)))
             return PlaceAndSyntax{row.place, row.syntax};
     }
