@@ -67,9 +67,9 @@ void TickList::AllOffOrOn()
 
 void TickList::updateForTicks()
 {
-    const int all = m_model->rowCount();
+    const auto all = static_cast<qulonglong>(m_model->allCount());
     m_ui->all->setCheckState(m_model->tickState());
-    m_ui->all->setEnabled(all > 0 && m_ui->table->isEnabled());
+    m_ui->all->setEnabled(m_model->rowCount() > 0 && m_ui->table->isEnabled());
     const QLocale locale;
     QStringList texts;
     if (all > 0)

@@ -45,7 +45,7 @@ public:
     void setTickingEnabled(bool on);
 
 public slots:
-    /// Ticks or unticks every row, as the box above says.
+    /// Ticks or unticks every shown row, as the box above says.
     void AllOffOrOn();
 
 protected:

@@ -7,17 +7,26 @@ namespace luma {
 
 Qt::CheckState TickListModel::tickState() const
 {
-    if (m_tickedCount == 0)
+    if (m_shownTicked == 0)
         return Qt::Unchecked;
-    return m_tickedCount == static_cast<std::size_t>(rowCount()) ? Qt::Checked : Qt::PartiallyChecked;
+    return m_shownTicked == static_cast<std::size_t>(rowCount()) ? Qt::Checked : Qt::PartiallyChecked;
 }
 
 void TickListModel::countTicks()
 {
-    m_tickedCount = 0;
+    m_shownTicked = 0;
     for (int row = 0; row < rowCount(); ++row)
-        m_tickedCount += isTicked(row) ? 1U : 0U;
+        m_shownTicked += isTicked(row) ? 1U : 0U;
+    m_tickedCount = allTicked();
     emit ticksChanged();
+}
+
+void TickListModel::announceTicks()
+{
+    if (rowCount() == 0)
+        countTicks();
+    else
+        announce(0, rowCount() - 1);
 }
 
 void TickListModel::announce(int first, int last)
@@ -44,7 +53,7 @@ void TickListModel::tickAll(bool on)
         return;
     for (int row = 0; row < rowCount(); ++row)
         setTicked(row, on);
-    announce(0, rowCount() - 1);
+    announceTicks();
 }
 
 QVariant TickListModel::data(const QModelIndex& index, int role) const
@@ -53,6 +62,8 @@ QVariant TickListModel::data(const QModelIndex& index, int role) const
         return {};
     if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
         return text(index.row(), index.column());
+    if (role == Qt::TextAlignmentRole)
+        return int(alignment(index.column()));
     if (role == Qt::CheckStateRole && index.column() == 0)
         return isTicked(index.row()) ? Qt::Checked : Qt::Unchecked;
     return {};

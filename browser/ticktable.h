@@ -3,6 +3,8 @@
 
 #include "browser/ticklistmodel.h"
 
+#include <algorithm>
+#include <functional>
 #include <iterator>
 #include <span>
 #include <utility>
@@ -10,31 +12,42 @@
 
 namespace luma {
 
-/// A column of a TickTable: its untranslated title, and what it shows of a row.
+/// A column of a TickTable: its untranslated title, what it shows of a row, and how it sorts.
 template <class Row>
 struct TickColumn
 {
     const char* title;
     QString (*text)(const Row& row);
+    bool (*less)(const Row& a, const Row& b) = nullptr; ///< none: the rows' own order
+    bool isNumber = false;                              ///< shown at the right
 };
 
 /// A TickListModel that keeps its rows, plain structs with a member `bool select`, and shows them in the
-/// columns it is given. Main thread only.
+/// columns it is given, filtered and sorted. Main thread only.
 template <class Row>
 class TickTable : public TickListModel
 {
 public:
+    using Columns = std::span<const TickColumn<Row>>;
+    using Filter = std::function<bool(const Row& row)>;
+
     /// `columns` outlive the table; the first one holds the check boxes.
-    explicit TickTable(std::span<const TickColumn<Row>> columns, QObject* parent = nullptr)
-        : TickListModel(parent), m_columns(columns)
+    explicit TickTable(Columns columns, QObject* parent = nullptr) : TickListModel(parent), m_columns(columns)
     {}
 
+    /// All rows in their own order, shown or not.
     [[nodiscard]] const std::vector<Row>& rows() const { return m_rows; }
+    /// The row that is shown at `position`.
+    [[nodiscard]] const Row& shownRow(int position) const
+    {
+        return m_rows[m_shown[static_cast<std::size_t>(position)]];
+    }
 
     void setRows(std::vector<Row> rows)
     {
         beginResetModel();
         m_rows = std::move(rows);
+        arrange();
         endResetModel();
         countTicks();
     }
@@ -44,12 +57,14 @@ public:
         if (rows.empty())
             return;
         beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(rows.size()) - 1);
+        for (std::size_t number = m_rows.size(); number < m_rows.size() + rows.size(); ++number)
+            m_shown.push_back(number);
         std::move(rows.begin(), rows.end(), std::back_inserter(m_rows));
         endInsertRows();
         countTicks();
     }
 
-    /// `numbers` ascend.
+    /// `numbers` are those of rows(), and ascend.
     void removeRowsAt(const std::vector<std::size_t>& numbers)
     {
         if (numbers.empty())
@@ -64,13 +79,53 @@ public:
             next += isNext ? 1 : 0;
             return isNext;
         });
+        arrange();
         endResetModel();
         countTicks();
     }
 
+    /// Shows only the rows that `filter` accepts; all without one.
+    void setFilter(Filter filter)
+    {
+        beginResetModel();
+        m_filter = std::move(filter);
+        arrange();
+        endResetModel();
+        countTicks();
+    }
+
+    /// Ticks or unticks all rows that `chosen` accepts, shown or not.
+    void tickWhere(const Filter& chosen, bool on)
+    {
+        for (Row& row : m_rows) {
+            if (chosen(row))
+                row.select = on;
+        }
+        announceTicks();
+    }
+
+    /// As many columns as before.
+    void setColumns(Columns columns)
+    {
+        m_columns = columns;
+        emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+    }
+
+    /// By the column of that number; one without order, or none, gives the rows' own order.
+    void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) final
+    {
+        emit layoutAboutToBeChanged({}, VerticalSortHint);
+        const std::vector<std::size_t> before = m_shown;
+        m_sortColumn = column;
+        m_sortOrder = order;
+        arrange();
+        movePersistentIndexes(before);
+        emit layoutChanged({}, VerticalSortHint);
+    }
+
     [[nodiscard]] int rowCount(const QModelIndex& parent = {}) const final
     {
-        return parent.isValid() ? 0 : static_cast<int>(m_rows.size());
+        return parent.isValid() ? 0 : static_cast<int>(m_shown.size());
     }
 
     [[nodiscard]] int columnCount(const QModelIndex& parent = {}) const final
@@ -80,22 +135,74 @@ public:
 
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const final
     {
-        if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section >= columnCount())
+        if (orientation != Qt::Horizontal || section < 0 || section >= columnCount())
+            return TickListModel::headerData(section, orientation, role);
+        if (role == Qt::TextAlignmentRole)
+            return int(alignment(section));
+        if (role != Qt::DisplayRole)
             return TickListModel::headerData(section, orientation, role);
         return metaObject()->tr(m_columns[static_cast<std::size_t>(section)].title, nullptr);
     }
 
+    [[nodiscard]] std::size_t allCount() const final { return m_rows.size(); }
+
 protected:
-    [[nodiscard]] bool isTicked(int row) const final { return m_rows[static_cast<std::size_t>(row)].select; }
-    void setTicked(int row, bool on) final { m_rows[static_cast<std::size_t>(row)].select = on; }
+    [[nodiscard]] bool isTicked(int row) const final { return shownRow(row).select; }
+    void setTicked(int row, bool on) final { m_rows[m_shown[static_cast<std::size_t>(row)]].select = on; }
     [[nodiscard]] QString text(int row, int column) const final
     {
-        return m_columns[static_cast<std::size_t>(column)].text(m_rows[static_cast<std::size_t>(row)]);
+        return m_columns[static_cast<std::size_t>(column)].text(shownRow(row));
+    }
+    [[nodiscard]] Qt::Alignment alignment(int column) const final
+    {
+        const bool isNumber = m_columns[static_cast<std::size_t>(column)].isNumber;
+        return Qt::AlignVCenter | (isNumber ? Qt::AlignRight : Qt::AlignLeft);
+    }
+    [[nodiscard]] std::size_t allTicked() const final
+    {
+        return static_cast<std::size_t>(
+            std::count_if(m_rows.begin(), m_rows.end(), [](const Row& row) { return row.select; }));
     }
 
 private:
     std::vector<Row> m_rows;
-    std::span<const TickColumn<Row>> m_columns;
+    std::vector<std::size_t> m_shown; // numbers of m_rows
+    Columns m_columns;
+    Filter m_filter;
+    int m_sortColumn = -1;
+    Qt::SortOrder m_sortOrder = Qt::AscendingOrder;
+
+    void arrange()
+    {
+        m_shown.clear();
+        for (std::size_t number = 0; number < m_rows.size(); ++number) {
+            if (!m_filter || m_filter(m_rows[number]))
+                m_shown.push_back(number);
+        }
+        const auto column = static_cast<std::size_t>(m_sortColumn);
+        const auto less = m_sortColumn >= 0 && column < m_columns.size() ? m_columns[column].less : nullptr;
+        const bool descends = m_sortOrder == Qt::DescendingOrder;
+        if (less) {
+            std::stable_sort(m_shown.begin(), m_shown.end(), [&](std::size_t a, std::size_t b) {
+                return descends ? less(m_rows[b], m_rows[a]) : less(m_rows[a], m_rows[b]);
+            });
+        } else if (descends) {
+            std::reverse(m_shown.begin(), m_shown.end());
+        }
+    }
+
+    // The same rows as before in another order.
+    void movePersistentIndexes(const std::vector<std::size_t>& before)
+    {
+        std::vector<int> positions(m_rows.size());
+        for (std::size_t position = 0; position < m_shown.size(); ++position)
+            positions[m_shown[position]] = static_cast<int>(position);
+        const QModelIndexList from = persistentIndexList();
+        QModelIndexList to;
+        for (const QModelIndex& old : from)
+            to.append(index(positions[before[static_cast<std::size_t>(old.row())]], old.column()));
+        changePersistentIndexList(from, to);
+    }
 };
 
 } // namespace luma

@@ -34,8 +34,7 @@ Result<ComparisonReport> compare(const SyncFolders& folders, const CommandArgume
     std::string patterns;
     for (const std::string& pattern : line.values("--ignore"))
         patterns.append(pattern).push_back('\n');
-    auto report =
-        FolderComparison(folders.sending, folders.receiving, IgnoredNames(patterns)).run(WorkItem());
+    auto report = FolderComparison(folders, IgnoredNames(patterns)).run(WorkItem());
     if (report && report->ignored > 0)
         complain(std::to_string(report->ignored) + " ignored");
     return report;

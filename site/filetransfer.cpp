@@ -66,6 +66,17 @@ bool lookAgain(const FileDescriptor& folder, const std::string& name, struct sta
     return ::statx(folder.get(), name.c_str(), flags, STATX_MTIME | STATX_SIZE, &status) == 0;
 }
 
+constexpr auto changedMeanwhile = "the receiving side has been changed since the comparison";
+
+bool isAsCompared(const SyncRow& row, const struct stat& status)
+{
+    const FileFacts now = FileFacts::of(status);
+    // A folder's size and time change with what is in it.
+    if (now.type == FileFacts::Type::Folder)
+        return row.received.type == now.type;
+    return now.type == row.received.type && now.size == row.received.size && now.time == row.received.time;
+}
+
 // The two sides of a transfer. Rows come sorted, so the folders of the last one are kept open.
 class Transfer final
 {
@@ -78,6 +89,9 @@ public:
 
     // Empty when the row was copied, else why not.
     std::string copy(const SyncRow& row, const StillWanted& stillWanted);
+    // Empty when the row was deleted, else why not.
+    std::string remove(const SyncRow& row);
+    [[nodiscard]] bool removeIfEmpty(const std::string& folder) const;
     // Gives the folders made their mode and time, and brings everything to the disk.
     std::string finish();
 
@@ -96,7 +110,6 @@ private:
     Result<FileDescriptor> openOrMakeReceiving(std::string_view folder);
     Result<FileDescriptor> makeFolder(const FileDescriptor& parent, const std::string& path);
     [[nodiscard]] std::string objection(const SyncRow& row, const std::string& name) const;
-    [[nodiscard]] bool removeIfEmpty(const std::string& folder) const;
     void finishFolder(const std::string& folder) const;
     void restoreTime(const std::string& path) const;
 };
@@ -110,7 +123,7 @@ std::string Transfer::copy(const SyncRow& row, const StillWanted& stillWanted)
         return reason;
     const fs::path source = entryOf(m_sending, name);
     const fs::path target = entryOf(m_receiving, name);
-    const Existing existing = row.mode == SyncMode::DeleteFirst ? Existing::Replace : Existing::Keep;
+    const Existing existing = row.kind == SyncKind::New ? Existing::Keep : Existing::Replace;
     // Synced one by one, a thousand small files cost seconds; finish() syncs them all at once.
     const auto copied = copyFile(source, target, existing, Durability::Unsynced, stillWanted);
     m_copiedAny = m_copiedAny || copied;
@@ -183,12 +196,32 @@ std::string Transfer::objection(const SyncRow& row, const std::string& name) con
         return {};
     if (S_ISDIR(received.st_mode))
         return "a folder stands where the file should be";
-    if (row.mode == SyncMode::Copy)
+    if (row.kind == SyncKind::New)
         return "something has appeared in its place since the comparison";
-    const bool areFiles = S_ISREG(sent.st_mode) && S_ISREG(received.st_mode);
-    if (areFiles && received.st_mtim.tv_sec >= sent.st_mtim.tv_sec)
-        return "the receiving side has been changed since the comparison";
-    return {};
+    return isAsCompared(row, received) ? std::string() : std::string(changedMeanwhile);
+}
+
+std::string Transfer::remove(const SyncRow& row)
+{
+    if (!m_receivingRoot)
+        return systemReason(m_receivingRoot.error().code);
+    const std::string folder(folderPart(row.relativePath));
+    const std::string name = namePart(row.relativePath);
+    const auto receiving = openFolderBelow(*m_receivingRoot, folder);
+    struct stat received = {};
+    if (!receiving)
+        return isMissing(receiving.error()) ? std::string() : whyNoFolder(receiving.error().code);
+    if (::fstatat(receiving->get(), name.c_str(), &received, AT_SYMLINK_NOFOLLOW) != 0)
+        return errno == ENOENT ? std::string() : systemReason(std::errc(errno));
+    if (!isAsCompared(row, received))
+        return changedMeanwhile;
+    struct stat sent = {};
+    const auto sending = openFolderBelow(*m_sendingRoot, folder);
+    if (sending && ::fstatat(sending->get(), name.c_str(), &sent, AT_SYMLINK_NOFOLLOW) == 0)
+        return "it has appeared on the sending side since the comparison";
+    const int flags = S_ISDIR(received.st_mode) ? AT_REMOVEDIR : 0;
+    return ::unlinkat(receiving->get(), name.c_str(), flags) == 0 ? std::string()
+                                                                  : systemReason(std::errc(errno));
 }
 
 bool Transfer::removeIfEmpty(const std::string& folder) const
@@ -244,36 +277,80 @@ std::string Transfer::finish()
     return isUnknown ? std::string() : systemReason(std::errc(errno));
 }
 
+// Does rows one after the other, and keeps the report.
+class Run final
+{
+public:
+    Run(Transfer& transfer, const std::vector<SyncRow>& rows, const WorkItem& item,
+        const std::function<void(std::size_t)>& progress)
+        : m_transfer(transfer), m_rows(rows), m_item(item), m_progress(progress)
+    {}
+
+    template <class Step>
+    void each(const std::vector<std::size_t>& numbers, Step step)
+    {
+        for (const std::size_t row : numbers) {
+            if (m_item.isCancelled())
+                return;
+            const std::string reason = step(m_rows[row]);
+            if (reason.empty())
+                report.done.push_back(row);
+            else if (!m_item.isCancelled())
+                addProblem(row, reason);
+            if (m_progress)
+                m_progress(++m_dealtWith);
+        }
+    }
+
+    // False when what was copied may not have reached the disk; then it does not count.
+    bool finish()
+    {
+        const std::string reason = m_transfer.finish();
+        if (reason.empty())
+            return true;
+        for (const std::size_t row : report.done)
+            addProblem(row, reason);
+        report.done.clear();
+        return false;
+    }
+
+    TransferReport report;
+
+private:
+    Transfer& m_transfer;
+    const std::vector<SyncRow>& m_rows;
+    const WorkItem& m_item;
+    const std::function<void(std::size_t)>& m_progress;
+    std::size_t m_dealtWith = 0;
+
+    void addProblem(std::size_t row, const std::string& reason)
+    {
+        report.problems.push_back({.row = row, .text = m_rows[row].displayName + ": " + reason});
+    }
+};
+
 } // namespace
 
-FileTransfer::FileTransfer(std::vector<SyncRow> rows) : m_rows(std::move(rows)) {}
+FileTransfer::FileTransfer(std::vector<SyncRow> rows, std::vector<std::string> foldersOnlyThere)
+    : m_rows(std::move(rows)), m_foldersOnlyThere(std::move(foldersOnlyThere))
+{}
 
 TransferReport FileTransfer::run(const WorkItem& item, const std::function<void(std::size_t)>& progress) const
 {
-    TransferReport report;
     if (m_rows.empty())
-        return report;
+        return {};
     Transfer transfer(*m_rows.front().folders);
-    std::size_t dealtWith = 0;
-    for (const std::size_t i : transferOrder(m_rows)) {
-        if (item.isCancelled())
-            break;
-        const std::string reason = transfer.copy(m_rows[i], [&item] { return !item.isCancelled(); });
-        if (reason.empty())
-            report.copied.push_back(i);
-        else if (!item.isCancelled())
-            report.problems.push_back({.row = i, .text = m_rows[i].displayName + ": " + reason});
-        if (progress)
-            progress(++dealtWith);
+    Run run(transfer, m_rows, item, progress);
+    run.each(transferOrder(m_rows),
+             [&](const SyncRow& row) { return transfer.copy(row, [&item] { return !item.isCancelled(); }); });
+    if (run.finish() && run.report.problems.empty() && !item.isCancelled()) {
+        const std::vector<std::size_t> deletions = tickedDeletions(m_rows);
+        run.each(deletions, [&](const SyncRow& row) { return transfer.remove(row); });
+        for (const std::string& folder : emptiedFolders(m_rows, deletions, m_foldersOnlyThere))
+            (void)transfer.removeIfEmpty(folder);
     }
-    std::sort(report.copied.begin(), report.copied.end());
-    if (const std::string reason = transfer.finish(); !reason.empty()) {
-        // What did not reach the disk does not count as copied.
-        for (const std::size_t row : report.copied)
-            report.problems.push_back({.row = row, .text = m_rows[row].displayName + ": " + reason});
-        report.copied.clear();
-    }
-    return report;
+    std::sort(run.report.done.begin(), run.report.done.end());
+    return std::move(run.report);
 }
 
 } // namespace luma

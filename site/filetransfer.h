@@ -18,31 +18,33 @@ struct TransferProblem
 
 struct TransferReport
 {
-    std::vector<std::size_t> copied; ///< the rows that were copied, ascending
+    std::vector<std::size_t> done; ///< the rows that were copied or deleted, ascending
     std::vector<TransferProblem> problems;
 };
 
-/// Copies the ticked rows of one comparison to the receiving folder.
+/// Copies the ticked rows of one comparison to the receiving folder, and deletes its ticked deletions there.
 ///
 /// A file keeps its modification time and mode, a link is copied as a link, and missing folders are created
 /// with the mode and time of their originals. A file is replaced only by the finished copy. Both sides are
-/// checked again first: a file that has appeared or become newer on the receiving side since the comparison,
-/// or turned into a folder, is kept, and no link below the receiving folder is followed. All copies are
-/// synced together at the end.
+/// checked again first: what has changed on the receiving side since the comparison is kept, and no link below
+/// the receiving folder is followed. All copies are synced together before anything is deleted; nothing is if
+/// a copy failed.
 class FileTransfer final
 {
 public:
-    /// `rows` come from one FolderComparison.
-    explicit FileTransfer(std::vector<SyncRow> rows);
+    /// `rows` come from one FolderComparison, and so do `foldersOnlyThere`, of which those are deleted that the
+    /// deletions have emptied.
+    explicit FileTransfer(std::vector<SyncRow> rows, std::vector<std::string> foldersOnlyThere = {});
 
     /// Runs on the calling thread until done or until `item` is cancelled, which is checked between files and
-    /// every few megabytes; what was copied by then stays. Pages come after all other files.
+    /// every few megabytes; what was done by then stays. Pages come after all other files.
     /// `progress`, if any, is called after each ticked row with the number processed so far.
     [[nodiscard]] TransferReport run(const WorkItem& item,
                                      const std::function<void(std::size_t)>& progress = {}) const;
 
 private:
     std::vector<SyncRow> m_rows;
+    std::vector<std::string> m_foldersOnlyThere;
 };
 
 } // namespace luma

@@ -19,6 +19,7 @@
 #include <optional>
 #include <system_error>
 #include <thread>
+#include <unordered_set>
 
 namespace luma {
 
@@ -27,10 +28,13 @@ namespace {
 // Two threads hide each other's waiting for the disk or the server; more only quarrel.
 constexpr unsigned workerCount = 2;
 
+// On which side a folder is to be read.
+enum class Side { Both, SendingOnly, ReceivingOnly };
+
 struct PendingFolder
 {
     std::string relativePath;
-    bool isMissing = false; // on the receiving side, so that nothing below needs a look there
+    Side side = Side::Both;
 };
 
 // The folders still to be visited, shared out to the workers.
@@ -80,6 +84,14 @@ std::string linkTarget(int folder, const char* name)
     return {target.data(), length < 0 ? 0 : static_cast<std::size_t>(length)};
 }
 
+FileFacts factsOf(int folder, const char* name, const struct stat& status)
+{
+    FileFacts facts = FileFacts::of(status);
+    if (facts.type == FileFacts::Type::Link)
+        facts.target = linkTarget(folder, name);
+    return facts;
+}
+
 Result<FolderReader> readFolderBelow(const FileDescriptor& root, const std::string& relativePath)
 {
     auto folder = openFolderBelow(root, relativePath);
@@ -92,12 +104,12 @@ Result<FolderReader> readFolderBelow(const FileDescriptor& root, const std::stri
 class Worker final
 {
 public:
-    Worker(const FileDescriptor& sending, const FileDescriptor& receiving,
-           const std::shared_ptr<const SyncFolders>& folders, const IgnoredNames& ignored, FolderQueue& queue,
-           const WorkItem& item)
+    // Without `receiving` only the sending side is read.
+    Worker(const FileDescriptor& sending, const FileDescriptor* receiving, bool findsOnlyThere,
+           const IgnoredNames& ignored, FolderQueue& queue, const WorkItem& item)
         : m_sendingRoot(sending),
           m_receivingRoot(receiving),
-          m_folders(folders),
+          m_findsOnlyThere(findsOnlyThere),
           m_ignored(ignored),
           m_queue(queue),
           m_item(item)
@@ -106,29 +118,36 @@ public:
     void run()
     {
         while (const std::optional<PendingFolder> folder = m_queue.take()) {
-            visit(*folder);
+            if (!m_item.isCancelled() && folder->side == Side::ReceivingOnly)
+                visitOnlyThere(folder->relativePath);
+            else if (!m_item.isCancelled())
+                visit(*folder);
+            m_queue.add(m_subfolders);
             m_queue.finish();
         }
     }
 
-    ComparisonReport report;
+    FoundFiles found;
 
 private:
     const FileDescriptor& m_sendingRoot;
-    const FileDescriptor& m_receivingRoot;
-    const std::shared_ptr<const SyncFolders>& m_folders;
+    const FileDescriptor* m_receivingRoot;
+    bool m_findsOnlyThere;
     const IgnoredNames& m_ignored;
     FolderQueue& m_queue;
     const WorkItem& m_item;
     std::string m_folder;       // the relative path of the folder being visited
     FileDescriptor m_receiving; // empty where the receiving side has no such folder
     std::vector<PendingFolder> m_subfolders;
+    std::unordered_set<std::string> m_names; // of the sending folder; empty unless m_findsOnlyThere
 
     void visit(const PendingFolder& folder);
+    void visitOnlyThere(const std::string& folder);
     Result<void> openReceiving(const PendingFolder& folder);
     void examine(int sending, const FolderReader::Entry& entry);
     void compare(const char* name, int sending, const struct stat& sent);
-    void addRow(SyncMode mode, const char* name);
+    void findOnlyThere();
+    void examineOnlyThere(int receiving, const FolderReader::Entry& entry);
     void addProblem(const char* name, std::errc code);
     [[nodiscard]] std::string pathOf(std::string_view name) const;
 };
@@ -143,28 +162,19 @@ std::string Worker::pathOf(std::string_view name) const
     return path.append(name);
 }
 
-void Worker::addRow(SyncMode mode, const char* name)
-{
-    std::string path = pathOf(name);
-    report.rows.push_back({.displayName = shownName(path),
-                           .mode = mode,
-                           .relativePath = std::move(path),
-                           .folders = m_folders});
-}
-
 void Worker::addProblem(const char* name, std::errc code)
 {
     const std::string path = pathOf(name);
-    report.problems.push_back(shownName(path.empty() ? "." : path) + ": " + systemReason(code));
+    found.problems.push_back(shownName(path.empty() ? "." : path) + ": " + systemReason(code));
 }
 
 // An error when the folder exists on the receiving side but can't be compared with.
 Result<void> Worker::openReceiving(const PendingFolder& folder)
 {
     m_receiving.reset();
-    if (folder.isMissing)
+    if (!m_receivingRoot || folder.side == Side::SendingOnly)
         return {};
-    auto opened = openFolderBelow(m_receivingRoot, folder.relativePath);
+    auto opened = openFolderBelow(*m_receivingRoot, folder.relativePath);
     if (opened) {
         m_receiving = *std::move(opened);
         return {};
@@ -179,8 +189,7 @@ Result<void> Worker::openReceiving(const PendingFolder& folder)
 void Worker::visit(const PendingFolder& folder)
 {
     m_folder = folder.relativePath;
-    if (m_item.isCancelled())
-        return;
+    m_names.clear();
     auto sending = readFolderBelow(m_sendingRoot, m_folder);
     if (!sending) {
         // Not found: removed since its name was read.
@@ -188,23 +197,32 @@ void Worker::visit(const PendingFolder& folder)
             addProblem("", sending.error().code);
         return;
     }
+    found.folders.push_back(m_folder);
     if (const auto opened = openReceiving(folder); !opened) {
         addProblem("", opened.error().code);
         return;
     }
+    bool isEmpty = true;
     while (const auto entry = sending->next()) {
         if (m_item.isCancelled())
             return;
+        isEmpty = false;
         examine(sending->descriptor(), *entry);
     }
+    struct stat status = {};
     if (sending->error())
         addProblem("", sending->error()->code);
-    m_queue.add(m_subfolders);
+    else if (isEmpty && !m_receivingRoot && ::fstat(sending->descriptor(), &status) == 0)
+        found.emptyFolders.push_back({m_folder, FileFacts::of(status), {}});
+    else if (m_findsOnlyThere && m_receiving)
+        findOnlyThere();
 }
 
 void Worker::examine(int sending, const FolderReader::Entry& entry)
 {
     const char* name = entry.name();
+    if (m_findsOnlyThere)
+        m_names.insert(name);
     struct stat sent = {};
     if (!entry.isListedAsFolder() && ::fstatat(sending, name, &sent, AT_SYMLINK_NOFOLLOW) != 0) {
         if (errno != ENOENT)
@@ -213,29 +231,85 @@ void Worker::examine(int sending, const FolderReader::Entry& entry)
     }
     const bool isFolder = entry.isListedAsFolder() || S_ISDIR(sent.st_mode);
     if (m_ignored.match(m_folder, name, isFolder))
-        ++report.ignored;
+        ++found.ignored;
     else if (isFolder)
-        m_subfolders.push_back({.relativePath = pathOf(name), .isMissing = !m_receiving});
+        m_subfolders.push_back({pathOf(name), m_receiving ? Side::Both : Side::SendingOnly});
     else if (S_ISREG(sent.st_mode) || S_ISLNK(sent.st_mode))
         compare(name, sending, sent);
 }
 
 void Worker::compare(const char* name, int sending, const struct stat& sent)
 {
+    FileFacts receivedFacts;
     struct stat received = {};
-    if (!m_receiving) {
-        addRow(SyncMode::Copy, name);
-    } else if (::fstatat(m_receiving.get(), name, &received, AT_SYMLINK_NOFOLLOW) != 0) {
-        if (errno == ENOENT)
-            addRow(SyncMode::Copy, name);
-        else
-            addProblem(name, std::errc(errno));
-    } else if (S_ISLNK(sent.st_mode) && S_ISLNK(received.st_mode)) {
-        if (linkTarget(sending, name) != linkTarget(m_receiving.get(), name))
-            addRow(SyncMode::DeleteFirst, name);
-    } else if (S_ISDIR(received.st_mode) || received.st_mtim.tv_sec < sent.st_mtim.tv_sec) {
-        addRow(SyncMode::DeleteFirst, name);
+    if (m_receiving && ::fstatat(m_receiving.get(), name, &received, AT_SYMLINK_NOFOLLOW) == 0) {
+        receivedFacts = factsOf(m_receiving.get(), name, received);
+    } else if (m_receiving && errno != ENOENT) {
+        addProblem(name, std::errc(errno));
+        return;
     }
+    found.files.push_back({pathOf(name), factsOf(sending, name, sent), std::move(receivedFacts)});
+}
+
+// What the receiving folder has besides the names of the sending one.
+void Worker::findOnlyThere()
+{
+    auto receiving = FolderReader::open(std::move(m_receiving), m_folder);
+    if (!receiving) {
+        addProblem("", receiving.error().code);
+        return;
+    }
+    while (const auto entry = receiving->next()) {
+        if (m_item.isCancelled())
+            return;
+        if (!m_names.contains(entry->name()))
+            examineOnlyThere(receiving->descriptor(), *entry);
+    }
+    if (receiving->error())
+        addProblem("", receiving->error()->code);
+}
+
+void Worker::visitOnlyThere(const std::string& folder)
+{
+    m_folder = folder;
+    auto receiving = readFolderBelow(*m_receivingRoot, m_folder);
+    if (!receiving) {
+        addProblem("", receiving.error().code);
+        return;
+    }
+    bool isEmpty = true;
+    while (const auto entry = receiving->next()) {
+        if (m_item.isCancelled())
+            return;
+        isEmpty = false;
+        examineOnlyThere(receiving->descriptor(), *entry);
+    }
+    if (receiving->error()) {
+        addProblem("", receiving->error()->code);
+        return;
+    }
+    found.foldersOnlyThere.push_back(m_folder);
+    struct stat status = {};
+    if (isEmpty && ::fstat(receiving->descriptor(), &status) == 0)
+        found.files.push_back({m_folder, {}, FileFacts::of(status)});
+}
+
+void Worker::examineOnlyThere(int receiving, const FolderReader::Entry& entry)
+{
+    const char* name = entry.name();
+    struct stat received = {};
+    if (::fstatat(receiving, name, &received, AT_SYMLINK_NOFOLLOW) != 0) {
+        if (errno != ENOENT)
+            addProblem(name, std::errc(errno));
+        return;
+    }
+    const bool isFolder = S_ISDIR(received.st_mode);
+    if (m_ignored.match(m_folder, name, isFolder))
+        return;
+    if (isFolder)
+        m_subfolders.push_back({pathOf(name), Side::ReceivingOnly});
+    else if (S_ISREG(received.st_mode) || S_ISLNK(received.st_mode))
+        found.files.push_back({pathOf(name), {}, factsOf(receiving, name, received)});
 }
 
 // Runs `worker` on that many threads, the caller's included; on fewer where the system gives no more.
@@ -258,38 +332,70 @@ void append(std::vector<T>& all, std::vector<T>& more)
     std::move(more.begin(), more.end(), std::back_inserter(all));
 }
 
+// Whether the folder has anything that is not ignored; true also when it can't be read.
+bool hasItems(const FileDescriptor& root, const IgnoredNames& ignored)
+{
+    auto reader = readFolderBelow(root, {});
+    if (!reader)
+        return true;
+    while (const auto entry = reader->next()) {
+        if (!ignored.match({}, entry->name(), entry->type() == FolderReader::Type::Folder))
+            return true;
+    }
+    return reader->error().has_value();
+}
+
 } // namespace
 
-FolderComparison::FolderComparison(std::filesystem::path sending, std::filesystem::path receiving,
-                                   IgnoredNames ignored)
-    : m_folders(std::make_shared<const SyncFolders>(SyncFolders{std::move(sending), std::move(receiving)})),
-      m_ignored(std::move(ignored))
+FolderComparison::FolderComparison(SyncFolders folders, IgnoredNames ignored, Deletions deletions)
+    : m_folders(std::move(folders)), m_ignored(std::move(ignored)), m_deletions(deletions)
 {}
 
-Result<ComparisonReport> FolderComparison::run(const WorkItem& item) const
+Result<FoundFiles> FolderComparison::find(const WorkItem& item) const
 {
-    const auto sending = openSiteFolder(m_folders->sending);
+    const auto sending = openSiteFolder(m_folders.sending);
     if (!sending)
         return sending.error();
-    const auto receiving = openSiteFolder(m_folders->receiving);
+    if (m_folders.receiving.empty())
+        return findBelow(*sending, nullptr, item);
+    const auto receiving = openSiteFolder(m_folders.receiving);
     if (!receiving)
         return receiving.error();
+    return findBelow(*sending, &*receiving, item);
+}
+
+FoundFiles FolderComparison::findBelow(const FileDescriptor& sending, const FileDescriptor* receiving,
+                                       const WorkItem& item) const
+{
     FolderQueue queue;
     std::vector<PendingFolder> first(1);
     queue.add(first);
-    ComparisonReport report;
-    std::mutex reportMutex;
+    FoundFiles all;
+    std::mutex mutex;
     runInParallel(workerCount, [&] {
-        Worker worker(*sending, *receiving, m_folders, m_ignored, queue, item);
+        Worker worker(sending, receiving, m_deletions == Deletions::Listed, m_ignored, queue, item);
         worker.run();
-        const std::scoped_lock lock(reportMutex);
-        append(report.rows, worker.report.rows);
-        append(report.problems, worker.report.problems);
-        report.ignored += worker.report.ignored;
+        const std::scoped_lock lock(mutex);
+        append(all.files, worker.found.files);
+        append(all.folders, worker.found.folders);
+        append(all.emptyFolders, worker.found.emptyFolders);
+        append(all.foldersOnlyThere, worker.found.foldersOnlyThere);
+        append(all.problems, worker.found.problems);
+        all.ignored += worker.found.ignored;
     });
-    std::sort(report.rows.begin(), report.rows.end(),
-              [](const SyncRow& a, const SyncRow& b) { return a.relativePath < b.relativePath; });
-    std::sort(report.problems.begin(), report.problems.end());
+    all.receivingIsEmpty = receiving && !hasItems(*receiving, m_ignored);
+    return all;
+}
+
+Result<ComparisonReport> FolderComparison::run(const WorkItem& item) const
+{
+    auto found = find(item);
+    if (!found)
+        return found.error();
+    ComparisonReport report = judged(*std::move(found));
+    const auto folders = std::make_shared<const SyncFolders>(m_folders);
+    for (SyncRow& row : report.rows)
+        row.folders = folders;
     return report;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/filedescriptor.h"
 #include "base/result.h"
 #include "base/workitem.h"
 #include "site/ignorednames.h"
@@ -8,7 +9,10 @@
 
 namespace luma {
 
-/// Finds the files of one folder that are missing in another, or older there by whole seconds.
+/// Whether a comparison also lists what only the receiving side has.
+enum class Deletions { Ignored, Listed };
+
+/// Compares two folders file by file, in whole seconds and by size.
 ///
 /// Symbolic links are compared by their targets and never followed. Anything but files, links and folders is
 /// left out, and so is what is ignored; other hidden files are compared.
@@ -17,17 +21,24 @@ namespace luma {
 class FolderComparison final
 {
 public:
-    FolderComparison(std::filesystem::path sending, std::filesystem::path receiving,
-                     IgnoredNames ignored = IgnoredNames());
+    explicit FolderComparison(SyncFolders folders, IgnoredNames ignored = IgnoredNames(),
+                              Deletions deletions = Deletions::Ignored);
 
-    /// Runs on the calling thread and a second one until done or until `item` is cancelled; then the report
-    /// holds what was found so far. Rows come in byte order of their paths, problems sorted. An error when
-    /// one of the two folders itself can't be opened.
+    /// Runs on the calling thread and a second one until done or until `item` is cancelled; then the result
+    /// holds what was found so far. An error when one of the two folders itself can't be opened. What can't be
+    /// read on one side is a problem, and nothing is said of it. Without a receiving folder, the files of the
+    /// sending one.
+    [[nodiscard]] Result<FoundFiles> find(const WorkItem& item) const;
+    /// The rows of what find() finds, for FileTransfer.
     [[nodiscard]] Result<ComparisonReport> run(const WorkItem& item) const;
 
 private:
-    std::shared_ptr<const SyncFolders> m_folders;
+    SyncFolders m_folders;
     IgnoredNames m_ignored;
+    Deletions m_deletions;
+
+    [[nodiscard]] FoundFiles findBelow(const FileDescriptor& sending, const FileDescriptor* receiving,
+                                       const WorkItem& item) const;
 };
 
 } // namespace luma

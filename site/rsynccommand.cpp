@@ -5,6 +5,8 @@
 #include "site/shownname.h"
 
 #include <algorithm>
+#include <charconv>
+#include <chrono>
 
 namespace luma {
 
@@ -15,6 +17,10 @@ constexpr std::string_view deletingPrefix = "deleting ";
 constexpr std::string_view itemMark = "|";
 // What happens, and the name (rsync(1) --out-format).
 constexpr auto outputFormat = "--out-format=|%i %n";
+// The same with size and time, and the target of a link after two slashes.
+constexpr auto listingFormat = "--out-format=|%i %l %M %n//%L";
+constexpr std::size_t changeLength = 11; // of what happens
+constexpr std::string_view hidingPrefix = "[sender] hiding ";
 
 std::string localArgument(const ObservedDictionary& endpointValues)
 {
@@ -41,40 +47,111 @@ std::string_view takeLine(std::string_view& text)
     return line;
 }
 
-// `item` is "YXcstpoguax name" or "*deleting   name" (rsync(1) --itemize-changes).
-void addItem(ComparisonReport& listing, std::string_view item)
+// The number at the beginning of `text`, which is removed from it with the character behind it.
+std::int64_t takeNumber(std::string_view& text)
 {
-    constexpr std::size_t changeLength = 11;
-    // A dot says that only attributes differ.
-    if (item.size() < changeLength + 2 || item.front() == '.')
+    std::int64_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    const auto length = static_cast<std::size_t>(end - text.data());
+    text.remove_prefix(std::min(length + 1, text.size()));
+    return error == std::errc() ? number : 0;
+}
+
+// "2026/11/22-02:30:05", in UTC.
+std::int64_t takeTime(std::string_view& text)
+{
+    using namespace std::chrono;
+    const auto year = static_cast<int>(takeNumber(text));
+    const auto month = static_cast<unsigned>(takeNumber(text));
+    const auto day = static_cast<unsigned>(takeNumber(text));
+    const sys_days date = std::chrono::year(year) / std::chrono::month(month) / std::chrono::day(day);
+    const std::int64_t hours = takeNumber(text);
+    const std::int64_t minutes = takeNumber(text);
+    return std::int64_t{date.time_since_epoch().count()} * 86400 + hours * 3600 + minutes * 60 +
+           takeNumber(text);
+}
+
+// `item` is "YXcstpoguax size time name// -> target" (rsync(1) --itemize-changes and --out-format).
+void addItem(RsyncListing& listing, std::string_view item)
+{
+    if (item.size() < changeLength + 2)
         return;
-    std::string path = bytesOfShownName(item.substr(changeLength + 1));
-    const bool isDeletion = item.starts_with("*deleting");
-    if (path.ends_with('/')) {
-        path.pop_back();
-        if (isDeletion)
-            listing.deletedFolders.push_back(std::move(path));
+    FileFacts facts;
+    switch (item[1]) {
+    case 'f':
+        facts.type = FileFacts::Type::File;
+        break;
+    case 'L':
+        facts.type = FileFacts::Type::Link;
+        break;
+    case 'd':
+        facts.type = FileFacts::Type::Folder;
+        break;
+    default:
         return;
     }
-    const std::string_view prefix = isDeletion ? deletingPrefix : std::string_view();
-    listing.rows.push_back({.displayName = std::string(prefix) + shownName(path),
-                            .mode = isDeletion ? SyncMode::RsyncDelete : SyncMode::Rsync,
-                            .relativePath = std::move(path)});
+    item.remove_prefix(changeLength + 1);
+    facts.size = takeNumber(item);
+    facts.time = takeTime(item);
+    // No name has two slashes in a row.
+    const std::size_t end = item.find("//");
+    if (end == std::string_view::npos)
+        return;
+    const std::string_view tail = item.substr(end);
+    constexpr std::string_view arrow = "// -> ";
+    if (facts.type == FileFacts::Type::Link && tail.starts_with(arrow))
+        facts.target = bytesOfShownName(tail.substr(arrow.size()));
+    std::string path = bytesOfShownName(item.substr(0, end));
+    listing.items.insert_or_assign(path == "." ? std::string() : std::move(path), std::move(facts));
+}
+
+// `line` is "[sender] hiding file NAME because of pattern PATTERN".
+void addHidden(RsyncListing& listing, std::string_view line)
+{
+    const std::size_t begin = line.find(' ', hidingPrefix.size());
+    const std::size_t end = line.rfind(" because of pattern ");
+    if (begin < end && end != std::string_view::npos)
+        listing.hidden.push_back(bytesOfShownName(line.substr(begin + 1, end - begin - 1)));
 }
 
 } // namespace
 
-RsyncArguments RsyncArguments::of(const SiteRecord& record, Direction direction, bool deletes)
+RsyncArguments RsyncArguments::of(const SiteRecord& record, Direction direction)
 {
     const ObservedDictionary& destination = *record.destinationDict();
-    RsyncArguments arguments = {
-        .source = localArgument(*record.sourceDict()),
-        .destination = remoteArgument(destination),
-        .port = destination.string(endpoint::sshPortNo, QStringLiteral("22")).toStdString(),
-        .deletes = deletes};
-    if (direction == Direction::Download)
-        std::swap(arguments.source, arguments.destination);
-    return arguments;
+    return {.local = localArgument(*record.sourceDict()),
+            .remote = remoteArgument(destination),
+            .direction = direction,
+            .port = destination.string(endpoint::sshPortNo, QStringLiteral("22")).toStdString()};
+}
+
+RsyncListing readRsyncListing(std::string_view output)
+{
+    RsyncListing listing;
+    while (!output.empty()) {
+        const std::string_view line = takeLine(output);
+        if (line.starts_with(itemMark))
+            addItem(listing, line.substr(itemMark.size()));
+        else if (line.starts_with(hidingPrefix))
+            addHidden(listing, line);
+    }
+    return listing;
+}
+
+std::vector<std::string> readRsyncNames(std::string_view output)
+{
+    std::vector<std::string> names;
+    while (!output.empty()) {
+        const std::string_view line = takeLine(output);
+        // A dot says that only attributes differ.
+        if (!line.starts_with(itemMark) || line.size() < changeLength + 3 || line[1] == '.')
+            continue;
+        std::string path = bytesOfShownName(line.substr(changeLength + 2));
+        if (path.ends_with('/'))
+            path.pop_back();
+        names.push_back(std::move(path));
+    }
+    return names;
 }
 
 std::string nameWithoutDeleting(std::string_view displayName)
@@ -86,22 +163,9 @@ std::string nameWithoutDeleting(std::string_view displayName)
     return name;
 }
 
-ComparisonReport readRsyncOutput(std::string_view output)
-{
-    ComparisonReport listing;
-    while (!output.empty()) {
-        const std::string_view line = takeLine(output);
-        if (line.starts_with(itemMark))
-            addItem(listing, line.substr(itemMark.size()));
-        else if (line.starts_with("[sender] hiding "))
-            ++listing.ignored;
-    }
-    return listing;
-}
-
 bool RsyncCommand::isComplete() const
 {
-    return !m_arguments.source.empty() && !m_arguments.destination.empty();
+    return !m_arguments.local.empty() && !m_arguments.remote.empty();
 }
 
 std::vector<std::string> RsyncCommand::words(const std::vector<std::string>& options) const
@@ -109,23 +173,42 @@ std::vector<std::string> RsyncCommand::words(const std::vector<std::string>& opt
     // Archive mode and compression; rsync splits the words of the remote shell itself.
     std::vector<std::string> words = {"rsync", "-e", "ssh -p " + m_arguments.port, "-az", outputFormat};
     words.insert(words.end(), options.begin(), options.end());
-    words.insert(words.end(), {"--", m_arguments.source, m_arguments.destination});
+    if (m_arguments.direction == Direction::Upload)
+        words.insert(words.end(), {"--", m_arguments.local, m_arguments.remote});
+    else
+        words.insert(words.end(), {"--", m_arguments.remote, m_arguments.local});
     return words;
 }
 
-std::vector<std::string> RsyncCommand::comparison(const IgnoredNames& ignored) const
+std::vector<std::string> RsyncCommand::listingWords(const IgnoredNames& ignored,
+                                                    const std::vector<std::string>& options) const
 {
-    // The debug output names what is ignored.
-    std::vector<std::string> options = {"-C", "--update", "--dry-run", "--debug=FILTER"};
-    if (m_arguments.deletes)
-        options.emplace_back("--delete");
+    // A dry run into a folder that can't exist lists every item with its size and time; these come in local
+    // time. The debug output names what is ignored.
+    std::vector<std::string> words = {
+        "env",     "TZ=UTC0",     "rsync",         "-e", "ssh -p " + m_arguments.port, "--dry-run",
+        "--links", listingFormat, "--debug=FILTER"};
+    words.insert(words.end(), options.begin(), options.end());
     for (std::string& option : ignored.rsyncOptions())
-        options.push_back(std::move(option));
-    return words(options);
+        words.push_back(std::move(option));
+    words.insert(words.end(), {"--", m_arguments.remote, "/proc/none/"});
+    return words;
 }
 
-std::vector<std::string> RsyncCommand::transfer() const
+std::vector<std::string> RsyncCommand::listing(const IgnoredNames& ignored) const
 {
+    return listingWords(ignored, {"--recursive"});
+}
+
+std::vector<std::string> RsyncCommand::listingOfNames(const IgnoredNames& ignored) const
+{
+    return listingWords(ignored, {"--dirs", "--ignore-missing-args", "--from0", "--files-from=-"});
+}
+
+std::vector<std::string> RsyncCommand::transfer(Overwrites overwrites) const
+{
+    if (overwrites == Overwrites::AllFiles)
+        return words({"--from0", "--files-from=-"});
     return words({"--update", "--from0", "--files-from=-"});
 }
 

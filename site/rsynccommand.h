@@ -7,45 +7,58 @@
 
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace luma {
 
-/// The two ends of a run, as the user typed them, and whether it looks for deletions.
+/// The two ends of a run, as the user typed them.
 struct RsyncArguments
 {
-    std::string source;
-    std::string destination;
+    std::string local;  ///< a folder, with a slash at its end
+    std::string remote; ///< user@server:folder, with a slash at its end
+    Direction direction = Direction::Upload;
     std::string port = "22";
-    bool deletes = false; ///< also lists what only the receiving side has
 
     /// From the endpoints of `record`. A side that lacks its path, user or server is empty.
-    static RsyncArguments of(const SiteRecord& record, Direction direction, bool deletes);
+    static RsyncArguments of(const SiteRecord& record, Direction direction);
 };
 
-/// What a run printed: its rows in rsync's order, without folders.
-ComparisonReport readRsyncOutput(std::string_view output);
+/// What the remote side has.
+struct RsyncListing
+{
+    std::unordered_map<std::string, FileFacts> items = {}; ///< by their paths as bytes; the root is ""
+    std::vector<std::string> hidden = {};                  ///< paths of what was ignored
+};
+RsyncListing readRsyncListing(std::string_view output);
+
+/// The paths, as bytes, that a transfer or deletion has named in its output; those of folders too.
+std::vector<std::string> readRsyncNames(std::string_view output);
 
 /// A row's name without the word that marks a deletion.
 std::string nameWithoutDeleting(std::string_view displayName);
 
 /// The words that start rsync over ssh: a program and its arguments, which no shell reads.
 ///
-/// Only the comparison walks the site. Each other run gets the names of its files on standard input
-/// (nameList), and nothing but these is touched. Every run prints one line for each item, which
-/// readRsyncOutput() reads.
+/// Only the listing walks a site. Each other run gets the names of its files on standard input (nameList), and
+/// nothing but these is touched. Every run prints one line for each item.
 class RsyncCommand final
 {
 public:
     explicit RsyncCommand(RsyncArguments arguments) : m_arguments(std::move(arguments)) {}
 
+    [[nodiscard]] const RsyncArguments& arguments() const { return m_arguments; }
     /// Both sides have what is needed to name them.
     [[nodiscard]] bool isComplete() const;
 
-    /// Lists all that is new or newer, and the deletions; changes nothing.
-    [[nodiscard]] std::vector<std::string> comparison(const IgnoredNames& ignored) const;
+    /// Lists the whole remote side, for readRsyncListing().
+    [[nodiscard]] std::vector<std::string> listing(const IgnoredNames& ignored) const;
+    /// Lists the named items of the remote side, folders with what is in them but not below.
+    [[nodiscard]] std::vector<std::string> listingOfNames(const IgnoredNames& ignored) const;
+
+    enum class Overwrites { OlderFiles, AllFiles };
     /// Sends the named files.
-    [[nodiscard]] std::vector<std::string> transfer() const;
+    [[nodiscard]] std::vector<std::string> transfer(Overwrites overwrites) const;
     /// Deletes the named files and empty folders from the receiving side, if the sending side lacks them.
     [[nodiscard]] std::vector<std::string> deletion() const;
     /// The dry run of one of the two: lists what is still to be done.
@@ -58,6 +71,8 @@ private:
     RsyncArguments m_arguments;
 
     [[nodiscard]] std::vector<std::string> words(const std::vector<std::string>& options) const;
+    [[nodiscard]] std::vector<std::string> listingWords(const IgnoredNames& ignored,
+                                                        const std::vector<std::string>& options) const;
 };
 
 } // namespace luma

@@ -3,8 +3,10 @@
 
 #include <algorithm>
 #include <functional>
+#include <iterator>
 #include <map>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 
 namespace luma {
@@ -51,6 +53,82 @@ std::vector<std::string> reasons(const ProgramResult& result)
     return {result.status ? "rsync ended with code " + std::to_string(*result.status) : "rsync was ended"};
 }
 
+std::string_view folderPart(std::string_view path)
+{
+    const std::size_t slash = path.rfind('/');
+    return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash);
+}
+
+// What only the remote side has, as deletions of an upload.
+void addOnlyRemote(FoundFiles& found, const RsyncListing& remote)
+{
+    std::unordered_set<std::string_view> local(found.folders.begin(), found.folders.end());
+    for (const FilePair& pair : found.files)
+        local.insert(pair.path);
+    std::unordered_set<std::string_view> withItems;
+    for (const auto& [path, facts] : remote.items)
+        withItems.insert(folderPart(path));
+    for (const std::string& path : remote.hidden)
+        withItems.insert(folderPart(path));
+    std::vector<FilePair> added;
+    for (const auto& [path, facts] : remote.items) {
+        if (local.contains(path))
+            continue;
+        const bool isFolder = facts.type == FileFacts::Type::Folder;
+        if (isFolder)
+            found.foldersOnlyThere.push_back(path);
+        if (!isFolder || !withItems.contains(path))
+            added.push_back({path, {}, facts});
+    }
+    std::move(added.begin(), added.end(), std::back_inserter(found.files));
+}
+
+FoundFiles pairedForUpload(FoundFiles local, const RsyncListing& remote, Deletions deletions)
+{
+    for (FilePair& pair : local.files) {
+        if (const auto there = remote.items.find(pair.path); there != remote.items.end())
+            pair.received = there->second;
+    }
+    local.receivingIsEmpty = remote.items.size() <= 1;
+    if (deletions == Deletions::Listed)
+        addOnlyRemote(local, remote);
+    return local;
+}
+
+FoundFiles pairedForDownload(FoundFiles local, const RsyncListing& remote, Deletions deletions)
+{
+    FoundFiles found;
+    found.problems = std::move(local.problems);
+    found.ignored = remote.hidden.size();
+    found.receivingIsEmpty = local.files.empty() && local.folders.size() <= 1;
+    std::unordered_map<std::string_view, FilePair*> here;
+    for (FilePair& pair : local.files)
+        here.emplace(pair.path, &pair);
+    for (const auto& [path, facts] : remote.items) {
+        if (facts.type == FileFacts::Type::Folder) {
+            found.folders.push_back(path);
+            continue;
+        }
+        FilePair pair = {path, facts, {}};
+        if (const auto same = here.find(path); same != here.end())
+            pair.received = std::move(same->second->sent);
+        found.files.push_back(std::move(pair));
+    }
+    if (deletions == Deletions::Ignored)
+        return found;
+    for (std::vector<FilePair>* const pairs : {&local.files, &local.emptyFolders}) {
+        for (FilePair& pair : *pairs) {
+            if (!remote.items.contains(pair.path))
+                found.files.push_back({std::move(pair.path), {}, std::move(pair.sent)});
+        }
+    }
+    for (std::string& folder : local.folders) {
+        if (!remote.items.contains(folder))
+            found.foldersOnlyThere.push_back(std::move(folder));
+    }
+    return found;
+}
+
 // One transfer of some rows.
 class Run final
 {
@@ -66,7 +144,7 @@ public:
 
     // The rows that are done are added to the report. False if the next run would fail too.
     bool transfer(const Words& words, const RowNumbers& numbers);
-    bool deleteRows(const Words& words, const std::vector<std::string>& deletedFolders);
+    bool deleteRows(const Words& words, const std::vector<std::string>& foldersOnlyThere);
 
 private:
     const ProgramRunner& m_runProgram;
@@ -76,6 +154,7 @@ private:
     RsyncReport& m_report;
 
     bool run(const Words& words, const RowNumbers& numbers, bool mayMissFiles);
+    bool keepNamed(const RowNumbers& numbers, const std::string& output);
     void check(const Words& words, const RowNumbers& numbers, const std::string& output);
     void addProblems(const ProgramResult& result);
 };
@@ -98,6 +177,8 @@ bool Run::run(const Words& words, const RowNumbers& numbers, bool mayMissFiles)
     for (const std::size_t row : numbers)
         paths.push_back(m_rows[row].relativePath);
     const ProgramResult result = m_runProgram(words, RsyncCommand::nameList(paths), m_stillWanted);
+    if (result.status == 0 && !mayMissFiles)
+        return keepNamed(numbers, result.output);
     if (result.status == 0 || (mayMissFiles && result.status == vanishedFiles)) {
         m_report.done.insert(m_report.done.end(), numbers.begin(), numbers.end());
         return true;
@@ -107,12 +188,25 @@ bool Run::run(const Words& words, const RowNumbers& numbers, bool mayMissFiles)
     return result.status == partialTransfer || result.status == vanishedFiles;
 }
 
+// After a run without a failure: rsync leaves out, in silence, what is newer on the receiving side by now.
+bool Run::keepNamed(const RowNumbers& numbers, const std::string& output)
+{
+    const std::vector<std::string> lines = readRsyncNames(output);
+    const std::unordered_set<std::string_view> named(lines.begin(), lines.end());
+    for (const std::size_t row : numbers) {
+        if (named.contains(m_rows[row].relativePath))
+            m_report.done.push_back(row);
+        else
+            m_report.problems.push_back(m_rows[row].displayName +
+                                        ": the receiving side has been changed since the comparison");
+    }
+    return true;
+}
+
 // Keeps those rows that rsync has named and no longer wants to do.
 void Run::check(const Words& words, const RowNumbers& numbers, const std::string& output)
 {
-    std::vector<std::string> named;
-    for (SyncRow& row : readRsyncOutput(output).rows)
-        named.push_back(std::move(row.relativePath));
+    const std::vector<std::string> named = readRsyncNames(output);
     if (named.empty())
         return;
     const ProgramResult result =
@@ -120,8 +214,8 @@ void Run::check(const Words& words, const RowNumbers& numbers, const std::string
     if (result.status != 0 && result.status != partialTransfer && result.status != vanishedFiles)
         return;
     std::unordered_set<std::string> done(named.begin(), named.end());
-    for (const SyncRow& row : readRsyncOutput(result.output).rows)
-        done.erase(row.relativePath);
+    for (const std::string& path : readRsyncNames(result.output))
+        done.erase(path);
     std::copy_if(numbers.begin(), numbers.end(), std::back_inserter(m_report.done),
                  [&](std::size_t row) { return done.contains(m_rows[row].relativePath); });
 }
@@ -131,36 +225,30 @@ bool Run::transfer(const Words& words, const RowNumbers& numbers)
     return run(words, numbers, false);
 }
 
-bool Run::deleteRows(const Words& words, const std::vector<std::string>& deletedFolders)
+bool Run::deleteRows(const Words& words, const std::vector<std::string>& foldersOnlyThere)
 {
-    RowNumbers numbers;
-    for (std::size_t i = 0; i < m_rows.size(); ++i) {
-        if (m_rows[i].select && m_rows[i].mode == SyncMode::RsyncDelete)
-            numbers.push_back(i);
+    const RowNumbers numbers = tickedDeletions(m_rows);
+    RowNumbers files;
+    RowNumbers folders;
+    for (const std::size_t row : numbers) {
+        const bool isFolder = m_rows[row].received.type == FileFacts::Type::Folder;
+        (isFolder ? folders : files).push_back(row);
     }
     // rsync warns of the missing folders of missing files.
-    if (!run(words, numbers, true))
+    if (!run(words, files, true))
         return false;
-    std::unordered_set<std::string> above;
-    for (const std::size_t row : numbers) {
-        const std::string& path = m_rows[row].relativePath;
-        for (std::size_t slash = path.find('/'); slash != std::string::npos;
-             slash = path.find('/', slash + 1))
-            above.insert(path.substr(0, slash));
-    }
     // One run for each depth, the deepest first: within a run, rsync tries a folder before those in it.
     std::map<std::ptrdiff_t, std::vector<std::string>, std::greater<>> byDepth;
-    for (const std::string& folder : deletedFolders) {
-        if (above.contains(folder))
-            byDepth[std::count(folder.begin(), folder.end(), '/')].push_back(folder);
-    }
-    for (const auto& [depth, folders] : byDepth) {
-        const ProgramResult result = m_runProgram(words, RsyncCommand::nameList(folders), m_stillWanted);
+    for (std::string& folder : emptiedFolders(m_rows, numbers, foldersOnlyThere))
+        byDepth[std::count(folder.begin(), folder.end(), '/')].push_back(std::move(folder));
+    for (const auto& [depth, names] : byDepth) {
+        const ProgramResult result = m_runProgram(words, RsyncCommand::nameList(names), m_stillWanted);
         if (result.status != 0 && result.status != vanishedFiles) {
             addProblems(result);
             return false;
         }
     }
+    m_report.done.insert(m_report.done.end(), folders.begin(), folders.end());
     return true;
 }
 
@@ -170,35 +258,66 @@ RsyncJob::RsyncJob(RsyncArguments arguments, ProgramRunner runProgram)
     : m_command(std::move(arguments)), m_runProgram(std::move(runProgram))
 {}
 
-Result<ComparisonReport> RsyncJob::compare(const IgnoredNames& ignored, const StillWanted& stillWanted) const
+Result<ComparisonReport> RsyncJob::compare(const IgnoredNames& ignored, Deletions deletions,
+                                           const WorkItem& item) const
 {
     if (!m_command.isComplete())
         return Error{"The site lacks a path, a server or a user name"};
-    const ProgramResult result = m_runProgram(m_command.comparison(ignored), {}, stillWanted);
-    ComparisonReport report = readRsyncOutput(result.output);
-    if (result.status == 0)
-        return report;
-    report.problems = reasons(result);
-    const bool isPartial = result.status == partialTransfer || result.status == vanishedFiles;
-    if (!isPartial || report.rows.empty())
-        return Error{report.problems.back()};
-    return report;
+    auto local =
+        FolderComparison({.sending = m_command.arguments().local, .receiving = {}}, ignored).find(item);
+    if (!local)
+        return local.error();
+    return compareWith(*std::move(local), ignored, deletions, item);
+}
+
+Result<ComparisonReport> RsyncJob::compareWith(FoundFiles local, const IgnoredNames& ignored,
+                                               Deletions deletions, const WorkItem& item) const
+{
+    const bool isUpload = m_command.arguments().direction == Direction::Upload;
+    const bool listsAll = !isUpload || deletions == Deletions::Listed;
+    Words folders;
+    for (const std::string& folder : local.folders)
+        folders.push_back(folder + '/');
+    const ProgramResult result = m_runProgram(
+        listsAll ? m_command.listing(ignored) : m_command.listingOfNames(ignored),
+        listsAll ? std::string() : RsyncCommand::nameList(folders), [&item] { return !item.isCancelled(); });
+    const RsyncListing remote = readRsyncListing(result.output);
+    if (result.status != 0) {
+        Words problems = reasons(result);
+        const bool isPartial = result.status == partialTransfer || result.status == vanishedFiles;
+        if (!isPartial || remote.items.empty())
+            return Error{std::move(problems.back())};
+        std::move(problems.begin(), problems.end(), std::back_inserter(local.problems));
+    }
+    // What could not be read must not count as deleted.
+    if (!local.problems.empty())
+        deletions = Deletions::Ignored;
+    return judged(isUpload ? pairedForUpload(std::move(local), remote, deletions)
+                           : pairedForDownload(std::move(local), remote, deletions));
 }
 
 RsyncReport RsyncJob::transfer(const std::vector<SyncRow>& rows,
-                               const std::vector<std::string>& deletedFolders, const StillWanted& stillWanted,
-                               const StillWanted& mayCheck) const
+                               const std::vector<std::string>& foldersOnlyThere,
+                               const StillWanted& stillWanted, const StillWanted& mayCheck) const
 {
+    using Overwrites = RsyncCommand::Overwrites;
     RsyncReport report;
-    RowNumbers files = transferOrder(rows);
-    const auto firstPage = std::partition_point(
-        files.begin(), files.end(), [&rows](std::size_t row) { return !isPage(rows[row].relativePath); });
-    const RowNumbers pages(firstPage, files.end());
-    files.erase(firstPage, files.end());
     Run run(m_runProgram, rows, stillWanted, mayCheck, report);
-    if (run.transfer(m_command.transfer(), files) && run.transfer(m_command.transfer(), pages) &&
-        report.problems.empty())
-        run.deleteRows(m_command.deletion(), deletedFolders);
+    const RowNumbers order = transferOrder(rows);
+    bool goesOn = true;
+    for (const bool pages : {false, true}) {
+        for (const Overwrites overwrites : {Overwrites::OlderFiles, Overwrites::AllFiles}) {
+            RowNumbers numbers;
+            std::copy_if(order.begin(), order.end(), std::back_inserter(numbers), [&](std::size_t row) {
+                const bool replacesAll = rows[row].kind != SyncKind::New && rows[row].kind != SyncKind::Newer;
+                return isPage(rows[row].relativePath) == pages &&
+                       replacesAll == (overwrites == Overwrites::AllFiles);
+            });
+            goesOn = goesOn && run.transfer(m_command.transfer(overwrites), numbers);
+        }
+    }
+    if (goesOn && report.problems.empty())
+        run.deleteRows(m_command.deletion(), foldersOnlyThere);
     std::sort(report.done.begin(), report.done.end());
     return report;
 }

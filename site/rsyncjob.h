@@ -2,7 +2,9 @@
 #pragma once
 
 #include "base/result.h"
+#include "base/workitem.h"
 #include "shell/commandrunner.h"
+#include "site/foldercomparison.h"
 #include "site/rsynccommand.h"
 
 #include <string>
@@ -24,20 +26,26 @@ class RsyncJob final
 public:
     RsyncJob(RsyncArguments arguments, ProgramRunner runProgram);
 
-    /// An error when rsync could not compare the two folders at all; the reason is in its words.
-    [[nodiscard]] Result<ComparisonReport> compare(const IgnoredNames& ignored,
-                                                   const StillWanted& stillWanted) const;
+    /// Walks the local side and lets rsync list the remote one; for an upload without deletions, only the
+    /// folders that the local side has. An error when rsync could not list it at all; the reason is in its words.
+    [[nodiscard]] Result<ComparisonReport> compare(const IgnoredNames& ignored, Deletions deletions,
+                                                   const WorkItem& item) const;
 
     /// Sends the ticked rows, first the files that pages need, then the pages. Then deletes the ticked
-    /// deletions, unless something failed, and those of `deletedFolders` that this has emptied.
+    /// deletions, unless something failed, and those of `foldersOnlyThere` that this has emptied. A file that
+    /// has become newer on the receiving side since the comparison is kept, unless its row says that it
+    /// replaces one that is not older.
     ///
     /// After a failure or a stop (`stillWanted`), rsync is asked which of the files it named are still to be
     /// done, because those it had sent last may not have arrived; `mayCheck` ends this question.
     [[nodiscard]] RsyncReport transfer(const std::vector<SyncRow>& rows,
-                                       const std::vector<std::string>& deletedFolders,
+                                       const std::vector<std::string>& foldersOnlyThere,
                                        const StillWanted& stillWanted, const StillWanted& mayCheck) const;
 
 private:
+    [[nodiscard]] Result<ComparisonReport> compareWith(FoundFiles local, const IgnoredNames& ignored,
+                                                       Deletions deletions, const WorkItem& item) const;
+
     RsyncCommand m_command;
     ProgramRunner m_runProgram;
 };

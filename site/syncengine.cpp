@@ -4,7 +4,6 @@
 #include "base/console.h"
 #include "base/mainhop.h"
 #include "site/filetransfer.h"
-#include "site/foldercomparison.h"
 #include "site/rsyncjob.h"
 
 #include <QElapsedTimer>
@@ -89,7 +88,7 @@ void SyncEngine::setMessage(const std::vector<std::string>& problems)
         m_message = tr("%1 (and %2 more)").arg(m_message).arg(problems.size() - 1);
 }
 
-void SyncEngine::compare(Direction direction, bool deletes)
+void SyncEngine::compare(Direction direction, Deletions deletions)
 {
     startItem();
     if (m_state == State::Ready)
@@ -100,15 +99,16 @@ void SyncEngine::compare(Direction direction, bool deletes)
     else if (m_state != State::Comparing)
         m_rowsBefore = m_table.rows();
     m_direction = direction;
+    m_table.setDirection(direction);
     m_ignoredCount = 0;
     m_table.setRows({});
     m_title = comparisonTitle(m_direction);
     setState(State::Comparing);
     const SyncSides sides = m_sides();
     if (sides.rsync)
-        listWithRsync(deletes);
+        compareWithRsync(deletions);
     else
-        compareFolders(folders(sides));
+        compareFolders(folders(sides), deletions);
 }
 
 IgnoredNames SyncEngine::ignoredNames() const
@@ -116,25 +116,27 @@ IgnoredNames SyncEngine::ignoredNames() const
     return IgnoredNames(m_record.ignoredNames().toStdString());
 }
 
-void SyncEngine::compareFolders(const SyncFolders& folders)
+void SyncEngine::compareFolders(const SyncFolders& folders, Deletions deletions)
 {
-    start(m_workItem, [self = QPointer(this), folders, ignored = ignoredNames()](const WorkItem& item) {
-        const bool areConnected = !folders.sending.empty() && !folders.receiving.empty();
-        auto report = areConnected ? FolderComparison(folders.sending, folders.receiving, ignored).run(item)
-                                   : Result<ComparisonReport>(Error{"Connect both sides first"});
+    const FolderComparison comparison(folders, ignoredNames(), deletions);
+    const bool areConnected = !folders.sending.empty() && !folders.receiving.empty();
+    start(m_workItem, [self = QPointer(this), comparison, areConnected](const WorkItem& item) {
+        auto report =
+            areConnected ? comparison.run(item) : Result<ComparisonReport>(Error{"Connect both sides first"});
         if (item.isCancelled())
             return;
         onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(report)); });
     });
 }
 
-void SyncEngine::listWithRsync(bool deletes)
+void SyncEngine::compareWithRsync(Deletions deletions)
 {
-    const RsyncJob job(RsyncArguments::of(m_record, m_direction, deletes), m_runProgram);
-    start(m_workItem, [self = QPointer(this), job, ignored = ignoredNames()](const WorkItem& item) {
-        auto report = job.compare(ignored, [&item] { return !item.isCancelled(); });
-        onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(report)); });
-    });
+    const RsyncJob job(RsyncArguments::of(m_record, m_direction), m_runProgram);
+    start(m_workItem,
+          [self = QPointer(this), job, deletions, ignored = ignoredNames()](const WorkItem& item) {
+              auto report = job.compare(ignored, deletions, item);
+              onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(report)); });
+          });
 }
 
 void SyncEngine::endComparison(const WorkItem& item, Result<ComparisonReport> result)
@@ -149,7 +151,7 @@ void SyncEngine::endComparison(const WorkItem& item, Result<ComparisonReport> re
     printLines(result->problems);
     setMessage(result->problems);
     m_ignoredCount = result->ignored;
-    m_deletedFolders = std::move(result->deletedFolders);
+    m_foldersOnlyThere = std::move(result->foldersOnlyThere);
     const QStringList names = m_record.untickedNames(m_direction);
     const QSet<QString> unticked(names.begin(), names.end());
     for (SyncRow& row : result->rows)
@@ -188,8 +190,7 @@ void SyncEngine::transfer()
     rememberUnticked();
     setState(State::Transferring);
     // As the rows were found, even if a connection check has ended since.
-    const SyncMode mode = m_table.rows().front().mode;
-    if (mode == SyncMode::Rsync || mode == SyncMode::RsyncDelete)
+    if (!m_table.rows().front().folders)
         transferWithRsync();
     else
         transferFiles();
@@ -205,11 +206,13 @@ void SyncEngine::stop()
 
 void SyncEngine::transferFiles()
 {
-    start(m_workItem, [self = QPointer(this), rows = m_table.rows(), stop = m_stop](const WorkItem& item) {
-        const int total = static_cast<int>(transferOrder(rows).size());
+    start(m_workItem, [self = QPointer(this), rows = m_table.rows(), folders = m_foldersOnlyThere,
+                       stop = m_stop](const WorkItem& item) {
+        const SyncTotals totals = tickedTotals(rows);
+        const int total = static_cast<int>(totals.files + totals.deletions);
         QElapsedTimer sinceHop;
         sinceHop.start();
-        const TransferReport report = FileTransfer(rows).run(*stop, [&](std::size_t done) {
+        const TransferReport report = FileTransfer(rows, folders).run(*stop, [&](std::size_t done) {
             if (sinceHop.elapsed() < progressInterval)
                 return;
             onMain(self, [&](SyncEngine& engine) {
@@ -222,14 +225,14 @@ void SyncEngine::transferFiles()
         for (const TransferProblem& problem : report.problems)
             problems.push_back(problem.text);
         printLines(problems);
-        onMain(self, [&](SyncEngine& engine) { engine.endTransfer(item, report.copied, problems); });
+        onMain(self, [&](SyncEngine& engine) { engine.endTransfer(item, report.done, problems); });
     });
 }
 
 void SyncEngine::transferWithRsync()
 {
-    const RsyncJob job(RsyncArguments::of(m_record, m_direction, true), m_runProgram);
-    start(m_workItem, [self = QPointer(this), job, rows = m_table.rows(), folders = m_deletedFolders,
+    const RsyncJob job(RsyncArguments::of(m_record, m_direction), m_runProgram);
+    start(m_workItem, [self = QPointer(this), job, rows = m_table.rows(), folders = m_foldersOnlyThere,
                        stop = m_stop](const WorkItem& item) {
         const RsyncReport report = job.transfer(
             rows, folders, [&stop] { return !stop->isCancelled(); }, [&item] { return !item.isCancelled(); });

@@ -4,6 +4,7 @@
 #include "base/result.h"
 #include "base/workitem.h"
 #include "shell/commandrunner.h"
+#include "site/foldercomparison.h"
 #include "site/ignorednames.h"
 #include "site/siterecord.h"
 #include "site/synctablemodel.h"
@@ -51,11 +52,9 @@ public:
     /// How many files and folders the last comparison left alone (IgnoredNames).
     [[nodiscard]] std::size_t ignoredCount() const { return m_ignoredCount; }
     [[nodiscard]] SyncTableModel& table() { return m_table; }
-    /// Whether the next comparison uses rsync. Without rsync nothing is ever deleted.
-    [[nodiscard]] bool usesRsync() const { return m_sides().rsync; }
 
-    /// Fills the table again. With `deletes`, rsync also lists what only the receiving side has.
-    void compare(Direction direction, bool deletes);
+    /// Fills the table again.
+    void compare(Direction direction, Deletions deletions);
     /// Does the ticked rows and removes those that are done from the table. Does nothing unless the state is
     /// Ready.
     void transfer();
@@ -84,7 +83,7 @@ private:
     WorkItemPointer m_workItem;
     WorkItemPointer m_stop; // cancelled when the running transfer is to stop
     std::size_t m_ignoredCount = 0;
-    std::vector<std::string> m_deletedFolders;
+    std::vector<std::string> m_foldersOnlyThere;
     std::vector<SyncRow> m_rowsBefore; // of the comparison before the running one, in the same direction
 
     [[nodiscard]] SyncFolders folders(const SyncSides& sides) const;
@@ -93,8 +92,8 @@ private:
     void setState(State state);
     void rememberUnticked();
     [[nodiscard]] IgnoredNames ignoredNames() const;
-    void compareFolders(const SyncFolders& folders);
-    void listWithRsync(bool deletes);
+    void compareFolders(const SyncFolders& folders, Deletions deletions);
+    void compareWithRsync(Deletions deletions);
     void transferFiles();
     void transferWithRsync();
     void endComparison(const WorkItem& item, Result<ComparisonReport> result);

@@ -3,8 +3,12 @@
 
 #include "ui_SyncPanel.h"
 
+#include <QHeaderView>
 #include <QLocale>
+#include <QMenu>
 #include <QTableView>
+
+#include <utility>
 
 namespace luma {
 
@@ -28,18 +32,45 @@ SyncPanel::SyncPanel(SyncEngine& engine, QWidget* parent)
     QSizePolicy keepsPlace = m_ui->syncProgressIndicator->sizePolicy();
     keepsPlace.setRetainSizeWhenHidden(true);
     m_ui->syncProgressIndicator->setSizePolicy(keepsPlace);
-    m_ui->syncTickList->setUp(m_engine.table(), {.table = "syncTableView",
-                                                 .all = "allOnOffCheckBox",
-                                                 .count = "syncCount",
-                                                 .placeholder = "syncPlaceholder"});
+    for (const SyncKind kind : {SyncKind::New, SyncKind::Newer, SyncKind::Different, SyncKind::Delete})
+        m_ui->syncKindFilter->addItem(SyncTableModel::textOf(kind), int(kind));
+    m_ui->syncKindFilter->insertItem(0, tr("All changes"));
+    m_ui->syncKindFilter->setCurrentIndex(0);
+    setUpTable();
     connectControls();
     updateControls();
 }
 
 SyncPanel::~SyncPanel() = default;
 
+void SyncPanel::setUpTable()
+{
+    m_ui->syncTickList->setUp(m_engine.table(), {.table = "syncTableView",
+                                                 .all = "allOnOffCheckBox",
+                                                 .count = "syncCount",
+                                                 .placeholder = "syncPlaceholder"});
+    QTableView& table = m_ui->syncTickList->table();
+    table.setContextMenuPolicy(Qt::CustomContextMenu);
+    table.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    // At first in the order of the comparison, by name.
+    table.horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+    table.setSortingEnabled(true);
+    table.horizontalHeader()->setHighlightSections(false);
+    const int letter = table.fontMetrics().averageCharWidth();
+    for (const auto& [column, letters] :
+         {std::pair(SyncTableModel::KindColumn, 14), std::pair(SyncTableModel::NameColumn, 40),
+          std::pair(SyncTableModel::SentSizeColumn, 15), std::pair(SyncTableModel::SentDateColumn, 24),
+          std::pair(SyncTableModel::ReceivedSizeColumn, 18),
+          std::pair(SyncTableModel::ReceivedDateColumn, 24)})
+        table.setColumnWidth(column, letter * letters);
+}
+
 void SyncPanel::connectControls()
 {
+    connect(m_ui->syncKindFilter, &QComboBox::currentIndexChanged, this, &SyncPanel::updateFilter);
+    connect(m_ui->syncNameFilter, &QLineEdit::textChanged, this, &SyncPanel::updateFilter);
+    connect(&m_engine.table(), &TickListModel::ticksChanged, this, &SyncPanel::updateNote);
+    connect(&m_ui->syncTickList->table(), &QWidget::customContextMenuRequested, this, &SyncPanel::showMenu);
     connect(m_ui->uploadDownloadPopupButton, &QComboBox::activated, this, &SyncPanel::reloadSyncArray);
     connect(m_ui->deleteOptionCheckBox, &QCheckBox::clicked, this, &SyncPanel::reloadSyncArray);
     connect(m_ui->syncButton, &QPushButton::clicked, this, &SyncPanel::move);
@@ -66,7 +97,7 @@ void SyncPanel::reloadSyncArray()
         return;
     const bool isUpload = m_ui->uploadDownloadPopupButton->currentIndex() == itemOf(Direction::Upload);
     m_engine.compare(isUpload ? Direction::Upload : Direction::Download,
-                     m_ui->deleteOptionCheckBox->isChecked());
+                     m_ui->deleteOptionCheckBox->isChecked() ? Deletions::Listed : Deletions::Ignored);
 }
 
 void SyncPanel::move()
@@ -97,6 +128,66 @@ void SyncPanel::reject()
     closeSheet();
 }
 
+void SyncPanel::updateFilter()
+{
+    const QVariant kind = m_ui->syncKindFilter->currentData();
+    const QString text = m_ui->syncNameFilter->text();
+    if (!kind.isValid() && text.isEmpty()) {
+        m_engine.table().setFilter({});
+        return;
+    }
+    m_engine.table().setFilter([kind, text](const SyncRow& row) {
+        return (!kind.isValid() || int(row.kind) == kind.toInt()) &&
+               (text.isEmpty() ||
+                QString::fromStdString(row.displayName).contains(text, Qt::CaseInsensitive));
+    });
+}
+
+void SyncPanel::showMenu(const QPoint& place)
+{
+    QTableView& view = m_ui->syncTickList->table();
+    const QModelIndex index = view.indexAt(place);
+    if (!index.isValid() || !view.isEnabled())
+        return;
+    SyncTableModel& model = m_engine.table();
+    const SyncRow& row = model.shownRow(index.row());
+    const std::string folder = row.relativePath.substr(0, row.relativePath.rfind('/') + 1);
+    const auto isInFolder = [folder](const SyncRow& other) { return other.relativePath.starts_with(folder); };
+    const auto isOfKind = [kind = row.kind](const SyncRow& other) { return other.kind == kind; };
+    auto* const menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    const auto add = [&](const QString& title, const TickTable<SyncRow>::Filter& chosen, bool on) {
+        menu->addAction(title, &model, [&model, chosen, on] { model.tickWhere(chosen, on); });
+    };
+    menu->addAction(tr("Tick selected"), this,
+                    [&model, &view] { model.tick(view.selectionModel()->selectedRows(), true); });
+    menu->addAction(tr("Untick selected"), this,
+                    [&model, &view] { model.tick(view.selectionModel()->selectedRows(), false); });
+    menu->addSeparator();
+    add(tr("Tick all of this kind"), isOfKind, true);
+    add(tr("Untick all of this kind"), isOfKind, false);
+    if (!folder.empty()) {
+        menu->addSeparator();
+        add(tr("Tick all in this folder"), isInFolder, true);
+        add(tr("Untick all in this folder"), isInFolder, false);
+    }
+    menu->popup(view.viewport()->mapToGlobal(place));
+}
+
+void SyncPanel::updateNote()
+{
+    const QLocale locale;
+    QStringList texts;
+    const SyncTotals totals = tickedTotals(m_engine.table().rows());
+    if (totals.files > 0)
+        texts.append(tr("%1 to move").arg(locale.formattedDataSize(totals.bytes)));
+    if (totals.deletions > 0)
+        texts.append(tr("%1 to delete").arg(locale.toString(static_cast<qulonglong>(totals.deletions))));
+    if (m_engine.ignoredCount() > 0)
+        texts.append(tr("%1 ignored").arg(locale.toString(static_cast<qulonglong>(m_engine.ignoredCount()))));
+    m_ui->syncTickList->setNote(texts.join(QStringLiteral(", ")));
+}
+
 void SyncPanel::updateControls()
 {
     const State state = m_engine.state();
@@ -106,12 +197,9 @@ void SyncPanel::updateControls()
     m_ui->syncMessage->setVisible(!m_engine.message().isEmpty());
     m_ui->syncButton->setEnabled(state == State::Ready);
     m_ui->syncTickList->setTickingEnabled(!isTransferring && state != State::Failed);
-    m_ui->syncTickList->setNote(m_engine.ignoredCount() == 0
-                                    ? QString()
-                                    : tr("%1 ignored").arg(QLocale().toString(m_engine.ignoredCount())));
+    updateNote();
     m_ui->uploadDownloadPopupButton->setEnabled(!isTransferring);
-    m_ui->deleteOptionCheckBox->setEnabled(!isTransferring && m_engine.usesRsync());
-    m_ui->deleteOptionCheckBox->setToolTip(m_engine.usesRsync() ? QString() : tr("Needs rsync over ssh"));
+    m_ui->deleteOptionCheckBox->setEnabled(!isTransferring);
     m_ui->cancelButton->setText(cancelTitle());
     updateProgress();
     updatePlaceholder();

@@ -13,8 +13,9 @@ class SyncPanel;
 
 namespace luma {
 
-/// The sheet that lists the changed files of one direction and moves the ticked ones. It shows the state of
-/// the engine, which holds the rules and outlives the panel. Main thread only.
+/// The sheet that lists the changed files of one direction, sorted and filtered as the user likes, and moves
+/// the ticked ones. It shows the state of the engine, which holds the rules and outlives the panel. Main thread
+/// only.
 class SyncPanel final : public QDialog
 {
     Q_OBJECT
@@ -43,7 +44,11 @@ private:
 
     [[nodiscard]] bool isOver() const;
     [[nodiscard]] QString cancelTitle() const;
+    void setUpTable();
     void connectControls();
+    void showMenu(const QPoint& place);
+    void updateFilter();
+    void updateNote();
     void updateControls();
     void updateProgress();
     void updatePlaceholder();

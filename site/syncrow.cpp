@@ -2,11 +2,139 @@
 #include "site/syncrow.h"
 
 #include "base/ascii.h"
+#include "site/shownname.h"
+
+#include <sys/stat.h>
+
+#include <QtGlobal>
 
 #include <algorithm>
 #include <array>
+#include <functional>
+#include <iterator>
+#include <optional>
+#include <unordered_set>
 
 namespace luma {
+
+namespace {
+
+using Type = FileFacts::Type;
+
+struct Verdict
+{
+    SyncKind kind;
+    SyncReason reason;
+};
+
+std::optional<Verdict> judge(const FileFacts& sent, const FileFacts& received)
+{
+    if (!sent.exists())
+        return Verdict{SyncKind::Delete,
+                       received.type == Type::Folder ? SyncReason::EmptyFolder : SyncReason::OnlyThere};
+    if (!received.exists())
+        return Verdict{SyncKind::New, SyncReason::NotThere};
+    if (received.type == Type::Folder)
+        return Verdict{SyncKind::Different, SyncReason::FolderInPlace};
+    if (sent.type == Type::Link && received.type == Type::Link) {
+        if (sent.target == received.target)
+            return std::nullopt;
+        return Verdict{SyncKind::Different, SyncReason::OtherTarget};
+    }
+    if (sent.time < received.time)
+        return std::nullopt;
+    if (sent.type != received.type) {
+        if (sent.time == received.time)
+            return std::nullopt;
+        return Verdict{SyncKind::Different, SyncReason::OtherType};
+    }
+    if (sent.time > received.time)
+        return Verdict{SyncKind::Newer, SyncReason::Newer};
+    if (sent.size != received.size)
+        return Verdict{SyncKind::Different, SyncReason::OtherSize};
+    return std::nullopt;
+}
+
+} // namespace
+
+FileFacts FileFacts::of(const struct stat& status)
+{
+    FileFacts facts;
+    if (S_ISREG(status.st_mode))
+        facts.type = Type::File;
+    else if (S_ISLNK(status.st_mode))
+        facts.type = Type::Link;
+    else if (S_ISDIR(status.st_mode))
+        facts.type = Type::Folder;
+    facts.size = status.st_size;
+    facts.time = status.st_mtim.tv_sec;
+    return facts;
+}
+
+const char* textOf(SyncReason reason)
+{
+    switch (reason) {
+    case SyncReason::NotThere:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Not on the receiving side");
+    case SyncReason::Newer:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Newer than on the receiving side");
+    case SyncReason::OtherSize:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Same time, but another size");
+    case SyncReason::OtherTarget:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "The links lead to different places");
+    case SyncReason::OtherType:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "A file on one side, a link on the other");
+    case SyncReason::FolderInPlace:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "A folder stands in its place");
+    case SyncReason::OnlyThere:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Only on the receiving side");
+    case SyncReason::EmptyFolder:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "An empty folder, only on the receiving side");
+    }
+    return "";
+}
+
+ComparisonReport judged(FoundFiles found)
+{
+    ComparisonReport report;
+    for (FilePair& pair : found.files) {
+        const auto verdict = judge(pair.sent, pair.received);
+        if (!verdict)
+            continue;
+        const bool isDeletion = verdict->kind == SyncKind::Delete;
+        const bool isFolder = isDeletion && pair.received.type == Type::Folder;
+        report.rows.push_back(
+            {.kind = verdict->kind,
+             .reason = verdict->reason,
+             .displayName = (isDeletion ? "deleting " : "") + shownName(pair.path) + (isFolder ? "/" : ""),
+             .relativePath = std::move(pair.path),
+             .sent = std::move(pair.sent),
+             .received = std::move(pair.received)});
+    }
+    std::sort(report.rows.begin(), report.rows.end(),
+              [](const SyncRow& a, const SyncRow& b) { return a.relativePath < b.relativePath; });
+    std::sort(found.problems.begin(), found.problems.end());
+    report.problems = std::move(found.problems);
+    report.ignored = found.ignored;
+    report.foldersOnlyThere = std::move(found.foldersOnlyThere);
+    return report;
+}
+
+SyncTotals tickedTotals(const std::vector<SyncRow>& rows)
+{
+    SyncTotals totals;
+    for (const SyncRow& row : rows) {
+        if (!row.select)
+            continue;
+        if (row.kind == SyncKind::Delete) {
+            ++totals.deletions;
+        } else {
+            ++totals.files;
+            totals.bytes += row.sent.size;
+        }
+    }
+    return totals;
+}
 
 bool isPage(std::string_view path)
 {
@@ -23,12 +151,43 @@ std::vector<std::size_t> transferOrder(const std::vector<SyncRow>& rows)
 {
     std::vector<std::size_t> order;
     for (std::size_t i = 0; i < rows.size(); ++i) {
-        if (rows[i].select && rows[i].mode != SyncMode::RsyncDelete)
+        if (rows[i].select && rows[i].kind != SyncKind::Delete)
             order.push_back(i);
     }
     std::stable_partition(order.begin(), order.end(),
                           [&rows](std::size_t row) { return !isPage(rows[row].relativePath); });
     return order;
+}
+
+std::vector<std::size_t> tickedDeletions(const std::vector<SyncRow>& rows)
+{
+    std::vector<std::size_t> numbers;
+    for (std::size_t i = 0; i < rows.size(); ++i) {
+        if (rows[i].select && rows[i].kind == SyncKind::Delete)
+            numbers.push_back(i);
+    }
+    return numbers;
+}
+
+std::vector<std::string> emptiedFolders(const std::vector<SyncRow>& rows,
+                                        const std::vector<std::size_t>& numbers,
+                                        const std::vector<std::string>& folders)
+{
+    std::unordered_set<std::string_view> touched;
+    for (const std::size_t row : numbers) {
+        const std::string_view path = rows[row].relativePath;
+        if (rows[row].received.type == Type::Folder)
+            touched.insert(path);
+        for (std::size_t slash = path.find('/'); slash != std::string_view::npos;
+             slash = path.find('/', slash + 1))
+            touched.insert(path.substr(0, slash));
+    }
+    std::vector<std::string> emptied;
+    std::copy_if(folders.begin(), folders.end(), std::back_inserter(emptied),
+                 [&touched](const std::string& folder) { return touched.contains(folder); });
+    // A path comes after the paths above it.
+    std::sort(emptied.begin(), emptied.end(), std::greater<>());
+    return emptied;
 }
 
 } // namespace luma

@@ -1,21 +1,89 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/synctablemodel.h"
 
+#include <QDateTime>
+#include <QLocale>
+
 #include <array>
 
 namespace luma {
 
 namespace {
 
+using Column = TickColumn<SyncRow>;
+
+QString sizeText(const FileFacts& facts)
+{
+    return facts.type == FileFacts::Type::File ? QLocale().formattedDataSize(facts.size) : QString();
+}
+
+QString dateText(const FileFacts& facts)
+{
+    if (!facts.exists())
+        return {};
+    return QLocale().toString(QDateTime::fromSecsSinceEpoch(facts.time), QLocale::ShortFormat);
+}
+
 // In the order of SyncTableModel::Column.
-constexpr auto columns = std::to_array<TickColumn<SyncRow>>({
-    {.title = QT_TRANSLATE_NOOP("luma::SyncTableModel", "File"),
-     .text = [](const SyncRow& row) { return QString::fromStdString(row.displayName); }},
-});
-static_assert(columns.size() == SyncTableModel::ColumnCount);
+constexpr std::array<Column, SyncTableModel::ColumnCount>
+columnsNamed(const char* sentSize, const char* sentDate, const char* receivedSize, const char* receivedDate)
+{
+    return {{
+        {.title = QT_TRANSLATE_NOOP("luma::SyncTableModel", "What"),
+         .text = [](const SyncRow& row) { return SyncTableModel::textOf(row.kind); },
+         .less = [](const SyncRow& a, const SyncRow& b) { return a.kind < b.kind; }},
+        {.title = QT_TRANSLATE_NOOP("luma::SyncTableModel", "File"),
+         .text = [](const SyncRow& row) { return QString::fromStdString(row.displayName); }},
+        {.title = sentSize,
+         .text = [](const SyncRow& row) { return sizeText(row.sent); },
+         .less = [](const SyncRow& a, const SyncRow& b) { return a.sent.size < b.sent.size; },
+         .isNumber = true},
+        {.title = sentDate,
+         .text = [](const SyncRow& row) { return dateText(row.sent); },
+         .less = [](const SyncRow& a, const SyncRow& b) { return a.sent.time < b.sent.time; }},
+        {.title = receivedSize,
+         .text = [](const SyncRow& row) { return sizeText(row.received); },
+         .less = [](const SyncRow& a, const SyncRow& b) { return a.received.size < b.received.size; },
+         .isNumber = true},
+        {.title = receivedDate,
+         .text = [](const SyncRow& row) { return dateText(row.received); },
+         .less = [](const SyncRow& a, const SyncRow& b) { return a.received.time < b.received.time; }},
+        {.title = QT_TRANSLATE_NOOP("luma::SyncTableModel", "Why"),
+         .text = [](const SyncRow& row) { return SyncTableModel::tr(luma::textOf(row.reason)); },
+         .less = [](const SyncRow& a, const SyncRow& b) { return a.reason < b.reason; }},
+    }};
+}
+
+constexpr auto sourceSize = QT_TRANSLATE_NOOP("luma::SyncTableModel", "Source size");
+constexpr auto sourceDate = QT_TRANSLATE_NOOP("luma::SyncTableModel", "Source date");
+constexpr auto destinationSize = QT_TRANSLATE_NOOP("luma::SyncTableModel", "Destination size");
+constexpr auto destinationDate = QT_TRANSLATE_NOOP("luma::SyncTableModel", "Destination date");
+
+constexpr auto uploadColumns = columnsNamed(sourceSize, sourceDate, destinationSize, destinationDate);
+constexpr auto downloadColumns = columnsNamed(destinationSize, destinationDate, sourceSize, sourceDate);
 
 } // namespace
 
-SyncTableModel::SyncTableModel(QObject* parent) : TickTable(columns, parent) {}
+SyncTableModel::SyncTableModel(QObject* parent) : TickTable(uploadColumns, parent) {}
+
+void SyncTableModel::setDirection(Direction direction)
+{
+    setColumns(direction == Direction::Upload ? uploadColumns : downloadColumns);
+}
+
+QString SyncTableModel::textOf(SyncKind kind)
+{
+    switch (kind) {
+    case SyncKind::New:
+        return tr("New");
+    case SyncKind::Newer:
+        return tr("Newer");
+    case SyncKind::Different:
+        return tr("Different");
+    case SyncKind::Delete:
+        return tr("Delete");
+    }
+    return {};
+}
 
 } // namespace luma

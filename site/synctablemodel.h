@@ -2,6 +2,7 @@
 #pragma once
 
 #include "browser/ticktable.h"
+#include "site/siterecord.h"
 #include "site/syncrow.h"
 
 namespace luma {
@@ -13,9 +14,23 @@ class SyncTableModel final : public TickTable<SyncRow>
     Q_OBJECT
 
 public:
-    enum Column { NameColumn, ColumnCount };
+    enum Column {
+        KindColumn,
+        NameColumn,
+        SentSizeColumn,
+        SentDateColumn,
+        ReceivedSizeColumn,
+        ReceivedDateColumn,
+        ReasonColumn,
+        ColumnCount
+    };
 
     explicit SyncTableModel(QObject* parent = nullptr);
+
+    /// Names the columns of both sides.
+    void setDirection(Direction direction);
+
+    static QString textOf(SyncKind kind);
 };
 
 } // namespace luma

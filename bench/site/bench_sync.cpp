@@ -61,13 +61,13 @@ int main(int argc, char** argv)
         (void)std::fprintf(stderr, "bench_sync make ROOT FILES | compare A B | transfer A B\n");
         return 2;
     }
-    auto report = FolderComparison(argv[2], argv[3]).run(WorkItem());
+    auto report = FolderComparison({argv[2], argv[3]}).run(WorkItem());
     if (!report)
         return 1;
     const std::size_t found = report->rows.size();
     std::size_t copied = 0;
     if (what == "transfer")
-        copied = FileTransfer(std::move(report->rows)).run(WorkItem()).copied.size();
+        copied = FileTransfer(std::move(report->rows)).run(WorkItem()).done.size();
     (void)std::printf("%zu found, %zu copied, %ld kB at most\n", found, copied, peakKilobytes());
     return 0;
 }

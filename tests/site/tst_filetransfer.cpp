@@ -24,7 +24,7 @@ private:
     static std::vector<SyncRow> changed(const TwoFolders& folders)
     {
         const WorkItem item;
-        auto report = FolderComparison(folders.sending(), folders.receiving()).run(item);
+        auto report = FolderComparison({folders.sending(), folders.receiving()}).run(item);
         return report ? std::move(report->rows) : std::vector<SyncRow>();
     }
 
@@ -82,7 +82,7 @@ private slots:
         const WorkItem item;
         const TransferReport report = FileTransfer(rows).run(item);
         QVERIFY(report.problems.empty());
-        QCOMPARE(report.copied, (std::vector<std::size_t>{0, 1, 2}));
+        QCOMPARE(report.done, (std::vector<std::size_t>{0, 1, 2}));
         QCOMPARE(folders.listing("receiving"), std::string("a/b/new \xff\n.html\na/link\nchanged.html\n"));
         QCOMPARE(folders.bytesOf("receiving/changed.html"), std::string("young"));
         QCOMPARE(int(fs::status(folders.at("receiving/a/b/new \xff\n.html")).permissions()), 0640);
@@ -151,6 +151,38 @@ private slots:
             QCOMPARE(folders.bytesOf(problems.substr(0, 10).insert(0, "receiving/")), std::string("mine"));
     }
 
+    void deletesTickedRows_andWhatTheyLeaveEmpty()
+    {
+        const TwoFolders folders;
+        folders.put("sending/new.html");
+        folders.putAll("receiving", "old/a/1|old/b/2|kept/x|kept/y|edited");
+        fs::create_directories(folders.at("receiving/empty/e"));
+        const FolderComparison comparison({folders.sending(), folders.receiving()}, IgnoredNames(),
+                                          Deletions::Listed);
+        ComparisonReport report = *comparison.run(WorkItem());
+        for (SyncRow& row : report.rows)
+            row.select = row.relativePath != "kept/y";
+        folders.put("receiving/edited", "meanwhile", 1);
+        const TransferReport done = FileTransfer(report.rows, report.foldersOnlyThere).run(WorkItem());
+        QCOMPARE(folders.listing("receiving"), std::string("edited\nkept/y\nnew.html\n"));
+        QVERIFY(!fs::exists(folders.at("receiving/old")) && !fs::exists(folders.at("receiving/empty")));
+        QCOMPARE(done.done.size(), report.rows.size() - 2);
+        QCOMPARE(done.problems.at(0).text,
+                 std::string("deleting edited: the receiving side has been changed since the comparison"));
+    }
+
+    void nothingIsDeletedAfterAFailure()
+    {
+        const TwoFolders folders;
+        folders.put("sending/page");
+        folders.putAll("receiving", "page/in the way|old.html");
+        const FolderComparison comparison({folders.sending(), folders.receiving()}, IgnoredNames(),
+                                          Deletions::Listed);
+        const TransferReport report = FileTransfer(comparison.run(WorkItem())->rows).run(WorkItem());
+        QCOMPARE(report.problems.size(), std::size_t{1});
+        QCOMPARE(folders.listing("receiving"), std::string("old.html\npage/in the way\n"));
+    }
+
     void aFolderInTheWayStays()
     {
         const TwoFolders folders;
@@ -198,7 +230,7 @@ private slots:
             if (done == 2)
                 item.cancel();
         });
-        QCOMPARE(report.copied, (std::vector<std::size_t>{0, 1}));
+        QCOMPARE(report.done, (std::vector<std::size_t>{0, 1}));
         QCOMPARE(folders.listing("receiving"), std::string("a\nb\n"));
     }
 };

@@ -9,6 +9,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <map>
+
 namespace fs = std::filesystem;
 using namespace luma;
 using luma::test::TwoFolders;
@@ -18,18 +20,23 @@ class tst_foldercomparison final : public QObject
     Q_OBJECT
 
 private:
-    static ComparisonReport compare(const TwoFolders& folders)
+    static ComparisonReport compare(const TwoFolders& folders, Deletions deletions = Deletions::Ignored)
     {
         const WorkItem item;
-        auto report = FolderComparison(folders.sending(), folders.receiving()).run(item);
+        auto report =
+            FolderComparison({folders.sending(), folders.receiving()}, IgnoredNames(), deletions).run(item);
         return report ? std::move(*report) : ComparisonReport{{}, {"failed: " + report.error().text}};
     }
 
     static std::string text(const ComparisonReport& report)
     {
         std::string lines;
+        static const std::map<SyncKind, const char*> kinds = {{SyncKind::New, "new "},
+                                                              {SyncKind::Newer, "newer "},
+                                                              {SyncKind::Different, "different "},
+                                                              {SyncKind::Delete, ""}};
         for (const SyncRow& row : report.rows)
-            lines += (row.mode == SyncMode::Copy ? "copy " : "deleteFirst ") + row.displayName + "\n";
+            lines += kinds.at(row.kind) + row.displayName + "\n";
         for (const std::string& problem : report.problems)
             lines.append("problem ").append(problem).append("\n");
         return lines;
@@ -48,18 +55,51 @@ private slots:
         const TwoFolders folders;
         folders.putAll("sending", "new.html|.htaccess|sub/deep/new.html|.DS_Store|sub/.DS_Store|.luma-a1B2c3|"
                                   ".luma-notes");
-        for (const char* side : {"sending/", "receiving/"})
-            folders.put(side + std::string("same.html"), side, 50);
+        for (const char* side : {"sending/same.html", "receiving/same.html"})
+            folders.put(side, "same", 50);
+        folders.put("sending/cut.html", "whole", 50);
+        folders.put("receiving/cut.html", "who", 50);
         folders.put("sending/changed.html", "new", 50);
         folders.put("receiving/changed.html", "old", 51);
         folders.put("sending/older.html", "old", 51);
         folders.put("receiving/older.html", "new", 50);
         folders.put("receiving/only there.html");
-        QCOMPARE(text(compare(folders)), std::string("copy .htaccess\n"
-                                                     "copy .luma-notes\n"
-                                                     "deleteFirst changed.html\n"
-                                                     "copy new.html\n"
-                                                     "copy sub/deep/new.html\n"));
+        QCOMPARE(text(compare(folders)), std::string("new .htaccess\n"
+                                                     "new .luma-notes\n"
+                                                     "newer changed.html\n"
+                                                     "different cut.html\n"
+                                                     "new new.html\n"
+                                                     "new sub/deep/new.html\n"));
+    }
+
+    void aRowKnowsBothSides()
+    {
+        const TwoFolders folders;
+        folders.put("sending/a.html", "newer", 10);
+        folders.put("receiving/a.html", "old", 20);
+        const SyncRow row = compare(folders).rows.at(0);
+        QCOMPARE(row.sent.size, 5);
+        QCOMPARE(row.received.size, 3);
+        QCOMPARE(row.sent.time - row.received.time, 10);
+        QCOMPARE(std::string(textOf(row.reason)), std::string("Newer than on the receiving side"));
+        QVERIFY(row.sent.type == FileFacts::Type::File);
+    }
+
+    void deletionsAreFilesAndEmptyFoldersOfTheReceivingSide()
+    {
+        const TwoFolders folders;
+        folders.putAll("sending", "kept/a|now a file");
+        folders.putAll("receiving",
+                       "kept/a|kept/b|old/deep/x|now a file/y|old/.git/z|.luma-a1B2c3|mine/.svn/x");
+        for (const char* path : {"receiving/old/empty/e", "receiving/kept/f"})
+            fs::create_directories(folders.at(path));
+        fs::create_symlink("nowhere", folders.at("receiving/old/link"));
+        const ComparisonReport report = compare(folders, Deletions::Listed);
+        QCOMPARE(text(report), std::string("deleting kept/b\ndeleting kept/f/\ndifferent now a file\n"
+                                           "deleting old/deep/x\ndeleting old/empty/e/\n"
+                                           "deleting old/link\n"));
+        QCOMPARE(emptiedFolders(report.rows, {0, 1, 3, 4}, report.foldersOnlyThere),
+                 (std::vector<std::string>{"old/empty/e", "old/empty", "old/deep", "old", "kept/f"}));
     }
 
     void fractionsOfASecondDoNotCount_data()
@@ -93,7 +133,7 @@ private slots:
         fs::create_symlink("two", folders.at("receiving/differs"));
         fs::create_symlink("same", folders.at("sending/same"));
         fs::create_symlink("same", folders.at("receiving/same"));
-        QCOMPARE(text(compare(folders)), std::string("copy circle\ndeleteFirst differs\ncopy way out\n"));
+        QCOMPARE(text(compare(folders)), std::string("new circle\ndifferent differs\nnew way out\n"));
     }
 
     void aThingOfAnotherKindOnTheOtherSide()
@@ -107,9 +147,9 @@ private slots:
         folders.put("sending/file here");
         folders.put("receiving/file here/b.html");
         QCOMPARE(::mkfifo(folders.at("sending/pipe").c_str(), 0600), 0);
-        QCOMPARE(text(compare(folders)), std::string("deleteFirst file here\n"
-                                                     "copy folder here/a.html\n"
-                                                     "copy linked/page.html\n"));
+        QCOMPARE(text(compare(folders)), std::string("different file here\n"
+                                                     "new folder here/a.html\n"
+                                                     "new linked/page.html\n"));
     }
 
     void everyNameIsOneLine_asRsyncPrintsIt()
@@ -146,7 +186,7 @@ private slots:
         }
         ::close(::openat(folder, "page.html", O_CREAT | O_WRONLY, 0600));
         ::close(folder);
-        QCOMPARE(text(compare(folders)), "copy " + expected + "page.html\n");
+        QCOMPARE(text(compare(folders)), "new " + expected + "page.html\n");
     }
 
     void anUnreadableFolderIsNamedAndTheRestDone()
@@ -160,14 +200,14 @@ private slots:
         const std::string found = text(compare(folders));
         fs::permissions(folders.at("sending/closed"), fs::perms::owner_all);
         (void)::seteuid(::getuid());
-        QCOMPARE(found, std::string("copy open/b.html\nproblem closed: Permission denied\n"));
+        QCOMPARE(found, std::string("new open/b.html\nproblem closed: Permission denied\n"));
     }
 
     void aMissingRootIsAnError()
     {
         const TwoFolders folders;
         const WorkItem item;
-        const auto report = FolderComparison(folders.sending(), folders.at("gone")).run(item);
+        const auto report = FolderComparison({folders.sending(), folders.at("gone")}).run(item);
         QVERIFY(!report);
         QCOMPARE(report.error().text, folders.at("gone").string() + ": No such file or directory");
     }
@@ -178,7 +218,7 @@ private slots:
         folders.put("sending/a.html");
         WorkItem item;
         item.cancel();
-        QVERIFY(FolderComparison(folders.sending(), folders.receiving()).run(item)->rows.empty());
+        QVERIFY(FolderComparison({folders.sending(), folders.receiving()}).run(item)->rows.empty());
     }
 };
 

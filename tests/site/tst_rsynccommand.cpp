@@ -36,16 +36,44 @@ private:
         fs::create_symlink("nowhere", folders.at(folder + "/sub/link"));
     }
 
-    static RsyncJob job(const TwoFolders& folders, ProgramRunner run = &runProgram)
+    static RsyncJob job(const TwoFolders& folders, ProgramRunner run = &runProgram,
+                        Direction direction = Direction::Upload)
     {
-        return {{folders.sending().string() + "/", folders.receiving().string() + "/", "22", true},
-                std::move(run)};
+        std::string local = folders.sending().string() + "/";
+        std::string remote = folders.receiving().string() + "/";
+        if (direction == Direction::Download)
+            std::swap(local, remote);
+        return {{local, remote, direction, "22"}, std::move(run)};
     }
 
-    static ComparisonReport compare(const TwoFolders& folders, const char* ignored = "")
+    static ComparisonReport compare(const TwoFolders& folders, const char* ignored = "",
+                                    Direction direction = Direction::Upload,
+                                    Deletions deletions = Deletions::Listed)
     {
-        auto report = job(folders).compare(IgnoredNames(ignored), {});
+        auto report =
+            job(folders, &runProgram, direction).compare(IgnoredNames(ignored), deletions, WorkItem());
         return report ? std::move(*report) : ComparisonReport{{}, {report.error().text}, 0, {}};
+    }
+
+    static ComparisonReport walk(const TwoFolders& folders, Deletions deletions = Deletions::Listed,
+                                 const char* ignored = "")
+    {
+        return *FolderComparison({folders.sending(), folders.receiving()}, IgnoredNames(ignored), deletions)
+                    .run(WorkItem());
+    }
+
+    // All that the table shows.
+    static std::string text(const ComparisonReport& report)
+    {
+        std::string lines;
+        for (const SyncRow& row : report.rows) {
+            lines += std::to_string(int(row.kind)) + " " + row.displayName + " " + textOf(row.reason);
+            for (const FileFacts& facts : {row.sent, row.received})
+                lines += " " + std::to_string(int(facts.type)) + " " + std::to_string(facts.size) + " " +
+                         std::to_string(facts.time) + facts.target;
+            lines += "\n";
+        }
+        return lines;
     }
 
     static std::string namesOf(const std::vector<SyncRow>& rows)
@@ -60,16 +88,19 @@ private:
 private slots:
     void wordsOfTheRuns()
     {
-        const RsyncCommand command({"/home/me/My Site/", "me@host:/var/www/", "2222", true});
-        QVERIFY(join(command.comparison(IgnoredNames("drafts/\n/a b/*.bak")))
-                    .starts_with("rsync|-e|ssh -p 2222|-az|--out-format=|%i %n|-C|--update|--dry-run|"));
-        const std::string words = join(command.comparison(IgnoredNames("drafts/\n/a b/*.bak")));
-        QVERIFY(words.ends_with("|--delete|--filter=- .git|--filter=- .svn|--filter=- .hg|--filter=- *~|"
-                                "--filter=- .*.swp|--filter=- Thumbs.db|--filter=- .DS_Store|"
-                                "--filter=- .luma-??????|--filter=- drafts/|--filter=- /a b/*.bak|"
-                                "--|/home/me/My Site/|me@host:/var/www/|"));
+        const RsyncCommand command({"/home/me/My Site/", "me@host:/var/www/", Direction::Upload, "2222"});
+        QCOMPARE(join(command.listing(IgnoredNames("drafts/\n/a b/*.bak"))),
+                 std::string("env|TZ=UTC0|rsync|-e|ssh -p 2222|--dry-run|--links|"
+                             "--out-format=|%i %l %M %n//%L|--debug=FILTER|--recursive|"
+                             "--filter=- .git|--filter=- .svn|--filter=- .hg|--filter=- *~|"
+                             "--filter=- .*.swp|--filter=- Thumbs.db|--filter=- .DS_Store|"
+                             "--filter=- .luma-??????|--filter=- drafts/|--filter=- /a b/*.bak|"
+                             "--|me@host:/var/www/|/proc/none/|"));
+        QCOMPARE(join(command.transfer(RsyncCommand::Overwrites::OlderFiles)),
+                 std::string("rsync|-e|ssh -p 2222|-az|--out-format=|%i %n|--update|--from0|"
+                             "--files-from=-|--|/home/me/My Site/|me@host:/var/www/|"));
         QCOMPARE(RsyncCommand::nameList({"a b", "#x"}), std::string("./a b\0./#x\0", 11));
-        QVERIFY(!RsyncCommand({"/x/", "", "22", false}).isComplete());
+        QVERIFY(!RsyncCommand({"/x/", "", Direction::Upload, "22"}).isComplete());
     }
 
     void argumentsComeFromTheRecord()
@@ -78,30 +109,71 @@ private slots:
             {"user", "me"}, {"server", "host"}, {"path", "/www"}, {"sshPortNo", "2222"}};
         const SiteRecord whole(
             {{"sourceDict", QVariantMap{{"path", "/home/me/site"}}}, {"destinationDict", destination}});
-        const auto up = RsyncArguments::of(whole, Direction::Upload, false);
-        QCOMPARE(join({up.source, up.destination, up.port}),
+        const auto arguments = RsyncArguments::of(whole, Direction::Upload);
+        QCOMPARE(join({arguments.local, arguments.remote, arguments.port}),
                  std::string("/home/me/site/|me@host:/www/|2222|"));
-        const auto down = RsyncArguments::of(whole, Direction::Download, false);
-        QCOMPARE(join({down.source, down.destination}), std::string("me@host:/www/|/home/me/site/|"));
         destination.remove("user");
         destination["sshPortNo"] = 2222;
         const auto incomplete =
-            RsyncArguments::of(SiteRecord({{"destinationDict", destination}}), Direction::Upload, false);
-        QCOMPARE(join({incomplete.source, incomplete.destination, incomplete.port}), std::string("||22|"));
+            RsyncArguments::of(SiteRecord({{"destinationDict", destination}}), Direction::Upload);
+        QCOMPARE(join({incomplete.local, incomplete.remote, incomplete.port}), std::string("||22|"));
     }
 
     void output_isReadLineByLine()
     {
-        const auto report =
-            readRsyncOutput("[sender] hiding directory .git because of pattern .git\n"
-                            "|*deleting   old/deep/\n|*deleting   old/a.html\n|cd+++++++++ sub/\n"
-                            "|>f.st......  lead\\#012\n|.f...p..... mode.html\n|cL+++++++++ sub/link\n"
-                            "cannot delete non-empty directory: x\n\n");
-        QCOMPARE(namesOf(report.rows), std::string(" lead\\#012|deleting old/a.html|sub/link|"));
-        QCOMPARE(report.rows[1].relativePath, std::string(" lead\n"));
-        QCOMPARE(join(report.deletedFolders), std::string("old/deep|"));
-        QCOMPARE(report.ignored, std::size_t{1});
+        const auto listing = readRsyncListing("[sender] hiding directory a b/.git because of pattern .git\n"
+                                              "|cd+++++++++ 4096 2026/11/22-02:30:05 .///\n"
+                                              "|>f+++++++++ 12 1969/12/31-23:59:58  lead\\#012//\n"
+                                              "|cL+++++++++ 6 2026/11/22-02:30:05 l -> m// -> a -> b\n"
+                                              "|cS+++++++++ 0 2026/11/22-02:30:05 socket//\n"
+                                              "|>f\n|>f+++++++++ x\nnoise\n\n");
+        QCOMPARE(listing.items.size(), std::size_t{3});
+        QCOMPARE(listing.items.at(" lead\n").size, 12);
+        QCOMPARE(listing.items.at(" lead\n").time, -2);
+        QCOMPARE(listing.items.at("l -> m").target, std::string("a -> b"));
+        QCOMPARE(listing.items.at("").time, 1795314605);
+        QCOMPARE(join(listing.hidden), std::string("a b/.git|"));
+        QCOMPARE(join(readRsyncNames("|*deleting   old/deep/\n|>f.st......  lead\\#012\n"
+                                     "|.f...p..... mode.html\ncannot delete non-empty directory: x\n")),
+                 std::string("old/deep| lead\n|"));
         QCOMPARE(nameWithoutDeleting("deleting old/deleting page.html"), std::string("old/page.html"));
+    }
+
+    // The two ways of comparing agree on every row, whatever the direction.
+    void bothModesListTheSame_data()
+    {
+        QTest::addColumn<bool>("isUpload");
+        QTest::addColumn<bool>("deletes");
+        for (const bool isUpload : {true, false}) {
+            for (const bool deletes : {true, false})
+                QTest::addRow("%s%s", isUpload ? "upload" : "download", deletes ? ", deletions" : "")
+                    << isUpload << deletes;
+        }
+    }
+    void bothModesListTheSame()
+    {
+        QFETCH(bool, isUpload);
+        QFETCH(bool, deletes);
+        const TwoFolders folders;
+        putNames(folders, "sending/x");
+        putNames(folders, "receiving/y");
+        folders.putAll("sending", "core|a.o|s/same|s/.cvsignore");
+        folders.putAll("receiving", "core~|old/deep/a.o|s/same");
+        folders.put("sending/s/newer", "now", 10);
+        folders.put("receiving/s/newer", "old", 20);
+        folders.put("sending/s/older", "old", 20);
+        folders.put("receiving/s/older", "now", 10);
+        folders.put("sending/s/cut", "whole");
+        folders.put("receiving/s/cut", "who");
+        fs::create_directories(folders.at("receiving/empty/e"));
+        fs::create_symlink("b", folders.at("receiving/s/link"));
+        fs::create_symlink("a", folders.at("sending/s/link"));
+        fs::create_symlink("a", folders.at("sending/s/core"));
+        const Deletions deletions = deletes ? Deletions::Listed : Deletions::Ignored;
+        const auto direction = isUpload ? Direction::Upload : Direction::Download;
+        const ComparisonReport found = compare(folders, "", direction, deletions);
+        QVERIFY(found.rows.size() > 40);
+        QCOMPARE(text(found), text(walk(folders, deletions)));
     }
 
     // Half of all names, then the other half: those that a pattern or a shell would take for each other too.
@@ -124,7 +196,7 @@ private slots:
                 found.rows[i].select = false;
                 left.push_back(found.rows[i]);
             }
-            const RsyncReport report = job(folders).transfer(found.rows, found.deletedFolders, {}, {});
+            const RsyncReport report = job(folders).transfer(found.rows, found.foldersOnlyThere, {}, {});
             QCOMPARE(join(report.problems), std::string());
             QCOMPARE(report.done.size(), found.rows.size() - left.size());
             QCOMPARE(namesOf(compare(folders).rows), namesOf(left));
@@ -136,14 +208,16 @@ private slots:
     {
         const TwoFolders folders;
         folders.putAll("receiving", "old/a/b/1.html|old/a/b/2.html|kept/x.html|kept/y.html");
+        fs::create_directories(folders.at("receiving/empty/e"));
         ComparisonReport found = compare(folders);
-        QCOMPARE(namesOf(found.rows), std::string("deleting kept/x.html|deleting kept/y.html|"
-                                                  "deleting old/a/b/1.html|deleting old/a/b/2.html|"));
+        QCOMPARE(namesOf(found.rows),
+                 std::string("deleting empty/e/|deleting kept/x.html|deleting kept/y.html|"
+                             "deleting old/a/b/1.html|deleting old/a/b/2.html|"));
         for (SyncRow& row : found.rows)
             row.select = row.relativePath != "kept/y.html";
-        (void)job(folders).transfer(found.rows, found.deletedFolders, {}, {});
+        (void)job(folders).transfer(found.rows, found.foldersOnlyThere, {}, {});
         QCOMPARE(folders.listing("receiving"), std::string("kept/y.html\n"));
-        QVERIFY(!itemExists(folders.at("receiving/old")));
+        QVERIFY(!itemExists(folders.at("receiving/old")) && !itemExists(folders.at("receiving/empty")));
     }
 
     void pagesComeAfterOtherFiles_deletionsLast()
@@ -158,7 +232,7 @@ private slots:
                 lists.append(input).append("|");
                 return runProgram(words, input, wanted);
             });
-        (void)listed.transfer(found.rows, found.deletedFolders, {}, {});
+        (void)listed.transfer(found.rows, found.foldersOnlyThere, {}, {});
         std::replace(lists.begin(), lists.end(), '\0', ' ');
         QCOMPARE(lists, std::string("./c.css ./sub/d.png |./a.html ./b.PHP ./e.xml |./gone.html |"));
     }
@@ -173,28 +247,39 @@ private slots:
         const ComparisonReport found = compare(folders, "draft*/\n/keep/notes.txt\n");
         QCOMPARE(namesOf(found.rows), std::string("sub/notes.txt|"));
         QCOMPARE(found.ignored, std::size_t{6});
-        const auto walked =
-            FolderComparison(folders.sending(), folders.receiving(), IgnoredNames("draft*/\n/keep/notes.txt"))
-                .run(WorkItem());
-        QCOMPARE(namesOf(walked->rows), std::string("sub/notes.txt|"));
-        QCOMPARE(walked->ignored, std::size_t{6});
+        const ComparisonReport walked = walk(folders, Deletions::Listed, "draft*/\n/keep/notes.txt");
+        QCOMPARE(namesOf(walked.rows), std::string("sub/notes.txt|"));
+        QCOMPARE(walked.ignored, std::size_t{6});
     }
 
     void aFailedComparisonGivesTheReason()
     {
         const TwoFolders folders;
-        const RsyncJob gone({folders.at("gone/").string(), folders.receiving().string() + "/", "22", true},
-                            &runProgram);
-        const auto failed = gone.compare(IgnoredNames(), {});
+        const RsyncJob gone({folders.sending().string() + "/", folders.at("gone/").string()}, &runProgram);
+        const auto failed = gone.compare(IgnoredNames(), Deletions::Ignored, WorkItem());
         QVERIFY(!failed);
         QVERIFY2(failed.error().text.find("No such file or directory") != std::string::npos,
                  failed.error().text.c_str());
-        QVERIFY(!RsyncJob({}, &runProgram).compare(IgnoredNames(), {}));
+        QVERIFY(!RsyncJob({}, &runProgram).compare(IgnoredNames(), Deletions::Ignored, WorkItem()));
         const auto refused =
-            RsyncJob({folders.sending().string() + "/", "me@127.0.0.1:/x/", "1", true}, &runProgram)
-                .compare(IgnoredNames(), {});
+            RsyncJob({folders.sending().string() + "/", "me@127.0.0.1:/x/", Direction::Upload, "1"},
+                     &runProgram)
+                .compare(IgnoredNames(), Deletions::Ignored, WorkItem());
         QVERIFY2(refused.error().text.find("Connection refused") != std::string::npos,
                  refused.error().text.c_str());
+    }
+
+    void whatBecameNewerMeanwhileStays_andIsNamed()
+    {
+        const TwoFolders folders;
+        folders.put("sending/a.html", "mine", 20);
+        const ComparisonReport found = compare(folders);
+        folders.put("receiving/a.html", "theirs", 10);
+        const RsyncReport report = job(folders).transfer(found.rows, {}, {}, {});
+        QVERIFY(report.done.empty());
+        QCOMPARE(join(report.problems),
+                 std::string("a.html: the receiving side has been changed since the comparison|"));
+        QCOMPARE(folders.bytesOf("receiving/a.html"), std::string("theirs"));
     }
 
     void aStoppedTransferIsEnded_andSaysWhatIsDone()
@@ -223,7 +308,7 @@ private slots:
         folders.put("receiving/a.css/in the way");
         const RsyncReport report = job(folders).transfer(found.rows, {}, {}, {});
         QCOMPARE(found.rows.size(), std::size_t{4});
-        QCOMPARE(report.done, (std::vector<std::size_t>{2, 3}));
+        QCOMPARE(report.done, (std::vector<std::size_t>{1, 2}));
         QVERIFY2(join(report.problems).find("a.css") != std::string::npos, join(report.problems).c_str());
         QCOMPARE(folders.listing("receiving"), std::string("a.css/in the way\nb.css\nc.html\ngone.html\n"));
     }

@@ -43,9 +43,9 @@ struct Site
 
     static QString path(const fs::path& folder) { return QString::fromStdString(folder.string()); }
 
-    bool compare(Direction direction = upload, bool deletes = false)
+    bool compare(Direction direction = upload, Deletions deletions = Deletions::Ignored)
     {
-        engine.compare(direction, deletes);
+        engine.compare(direction, deletions);
         return QTest::qWaitFor([this] { return engine.state() != State::Comparing; }, 60000);
     }
 
@@ -97,7 +97,7 @@ private slots:
         site.folders.put("sending/index.html", "new", 10);
         site.folders.put("receiving/index.html", "old", 20);
         site.folders.put("sending/sub/index.html", "new");
-        site.engine.compare(upload, false);
+        site.engine.compare(upload, Deletions::Ignored);
         QCOMPARE(site.engine.title(), "Move these new/modified files from Source to Destination?");
         QCOMPARE(site.engine.state(), State::Comparing);
         QVERIFY(site.compare());
@@ -132,7 +132,7 @@ private slots:
         QFETCH(bool, rsync);
         Site site(rsync);
         site.folders.put("receiving/page.html", "theirs");
-        site.engine.compare(download, false);
+        site.engine.compare(download, Deletions::Ignored);
         QCOMPARE(site.engine.title(), "Move these new/modified files from Destination to Source?");
         QVERIFY(site.compare(download));
         QCOMPARE(site.names(), std::string("+page.html\n"));
@@ -142,16 +142,18 @@ private slots:
         QCOMPARE(site.engine.title(), "Nothing changed from Destination to Source");
     }
 
+    void deletingRowsAreRememberedWithoutTheWord_data() { bothModes_data(); }
     void deletingRowsAreRememberedWithoutTheWord()
     {
-        Site site(true);
+        QFETCH(bool, rsync);
+        Site site(rsync);
         site.folders.put("receiving/old/page.html");
-        QVERIFY(site.compare(upload, true));
+        QVERIFY(site.compare(upload, Deletions::Listed));
         QCOMPARE(site.names(), std::string("+deleting old/page.html\n"));
         site.untick(0);
         site.engine.cancel();
         QCOMPARE(site.record.untickedNames(upload), QStringList{"old/page.html"});
-        QVERIFY(site.compare(upload, true));
+        QVERIFY(site.compare(upload, Deletions::Listed));
         QCOMPARE(site.names(), std::string("-deleting old/page.html\n"));
         site.engine.table().tickAll(true);
         QVERIFY(site.transfer());
@@ -220,7 +222,7 @@ private slots:
         SiteRecord odd({{"Upload", 7}});
         QVERIFY(odd.untickedNames(upload).isEmpty());
         site.folders.put("sending/a.html");
-        site.engine.compare(upload, false);
+        site.engine.compare(upload, Deletions::Ignored);
         site.engine.cancel();
         QCOMPARE(site.record.untickedNames(upload), QStringList());
         QCOMPARE(site.engine.state(), State::Idle);
@@ -234,19 +236,20 @@ private slots:
     {
         QSemaphore entered;
         QSemaphore held;
+        const TwoFolders folders;
         SiteRecord record(
-            {{"sourceDict", QVariantMap{{"path", "/a"}}},
+            {{"sourceDict", QVariantMap{{"path", Site::path(folders.receiving())}}},
              {"destinationDict", QVariantMap{{"user", "me"}, {"server", "host"}, {"path", "/b"}}}});
         const auto runner = [&](const std::vector<std::string>&, std::string_view, const StillWanted&) {
             entered.release();
             held.acquire();
-            return ProgramResult{0, "|>f+++++++++ a.html\n", {}};
+            return ProgramResult{0, "|>f+++++++++ 4 2026/01/02-03:04:05 a.html//\n", {}};
         };
         auto engine = std::make_unique<SyncEngine>(record, runner, [] { return SyncSides{true, {}, {}}; });
-        engine->compare(upload, false);
+        engine->compare(download, Deletions::Ignored);
         entered.acquire();
         QSignalSpy changed(engine.get(), &SyncEngine::changed);
-        engine->compare(upload, false);
+        engine->compare(download, Deletions::Ignored);
         entered.acquire();
         held.release(1);
         held.release(1);
@@ -257,13 +260,12 @@ private slots:
         held.release(1);
         QCoreApplication::processEvents();
 
-        TwoFolders folders;
         for (int i = 0; i < 500; ++i)
             folders.put("sending/" + std::to_string(i));
         auto files = std::make_unique<SyncEngine>(record, runner, [&] {
             return SyncSides{false, folders.sending(), folders.receiving()};
         });
-        files->compare(upload, false);
+        files->compare(upload, Deletions::Ignored);
         QTRY_COMPARE(files->state(), State::Ready);
         files->transfer();
         files.reset();

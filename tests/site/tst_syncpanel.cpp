@@ -4,9 +4,12 @@
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
 
+#include <QAbstractItemModelTester>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollBar>
@@ -22,7 +25,7 @@ namespace {
 struct Fixture
 {
     explicit Fixture(std::string rsyncListing = {})
-        : record({{"sourceDict", QVariantMap{{"path", "/a"}}},
+        : record({{"sourceDict", QVariantMap{{"path", QString::fromStdString(folders.sending().string())}}},
                   {"destinationDict", QVariantMap{{"user", "me"}, {"server", "host"}, {"path", "/b"}}}}),
           engine(
               record,
@@ -72,13 +75,12 @@ private slots:
         QTRY_COMPARE(f.rowCount(), 4);
         QVERIFY(f.find<QPushButton>("syncButton").isEnabled());
         QVERIFY(!f.find<QProgressBar>("syncProgressIndicator").isVisible());
-        QVERIFY(!f.find<QCheckBox>("deleteOptionCheckBox").isEnabled());
         QCOMPARE(f.find<QCheckBox>("allOnOffCheckBox").checkState(), Qt::Checked);
         auto& table = f.find<QTableView>("syncTableView");
         table.setCurrentIndex(table.model()->index(0, 0));
         QTest::keyClick(&table, Qt::Key_Space);
         QCOMPARE(f.find<QCheckBox>("allOnOffCheckBox").checkState(), Qt::PartiallyChecked);
-        QCOMPARE(f.find<QLabel>("syncCount").text(), "3 of 4 selected");
+        QCOMPARE(f.find<QLabel>("syncCount").text(), "3 of 4 selected, 12 bytes to move");
         test::saveScreenshots(*f.panel, "sync-rows");
         f.click("syncButton");
         QTRY_COMPARE(f.rowCount(), 1);
@@ -126,16 +128,58 @@ private slots:
         test::saveScreenshots(*f.panel, "sync-failed");
     }
 
+    void filterSortAndMenuChooseTheRows()
+    {
+        Fixture f;
+        f.folders.put("sending/docs/b.html", "newer and longer", 10);
+        f.folders.put("receiving/docs/b.html", "old", 20);
+        f.folders.putAll("sending", "a.html|docs/c.html");
+        f.folders.putAll("receiving", "gone.html");
+        f.find<QCheckBox>("deleteOptionCheckBox").setChecked(true);
+        f.panel->sync(Direction::Upload);
+        QTRY_COMPARE(f.rowCount(), 4);
+        test::saveScreenshots(*f.panel, "sync-kinds");
+        auto& table = f.find<QTableView>("syncTableView");
+        const auto shown = [&] {
+            QStringList texts;
+            for (int row = 0; row < f.rowCount(); ++row)
+                texts += table.model()->index(row, SyncTableModel::NameColumn).data().toString();
+            return texts.join(u' ');
+        };
+        const QAbstractItemModelTester tester(table.model());
+        table.selectRow(0);
+        table.sortByColumn(SyncTableModel::SentSizeColumn, Qt::DescendingOrder);
+        QCOMPARE(shown(), "docs/b.html a.html docs/c.html deleting gone.html");
+        QCOMPARE(table.selectionModel()->selectedRows().value(0).row(), 1);
+        f.find<QLineEdit>("syncNameFilter").setText("DOCS/");
+        QCOMPARE(shown(), "docs/b.html docs/c.html");
+        f.find<QCheckBox>("allOnOffCheckBox").click();
+        QCOMPARE(f.find<QLabel>("syncCount").text(), "2 of 4 selected, 4 bytes to move, 1 to delete");
+        f.find<QLineEdit>("syncNameFilter").clear();
+        auto& kinds = f.find<QComboBox>("syncKindFilter");
+        kinds.setCurrentText("New");
+        QCOMPARE(shown(), "a.html docs/c.html");
+        kinds.setCurrentIndex(0);
+        emit table.customContextMenuRequested(table.visualRect(table.model()->index(0, 0)).center());
+        const auto actions = f.panel->findChild<QMenu*>()->actions();
+        const auto found = std::find_if(actions.begin(), actions.end(), [](const QAction* action) {
+            return action->text() == "Tick all in this folder";
+        });
+        QVERIFY(found != actions.end());
+        (*found)->trigger();
+        QCOMPARE(f.engine.table().tickedCount(), std::size_t{4});
+        delete f.panel->findChild<QMenu*>();
+    }
+
     void twentyThousandRows()
     {
-        std::string listing;
+        std::string listing = "|cd+++++++++ 4096 2026/11/22-02:30:05 .///\n";
         for (int i = 0; i < 20000; ++i)
-            listing += (i % 50 == 7 ? "|*deleting   " : "|>f+++++++++ ") + std::string("archive/2026/page-") +
-                       std::to_string(i) + ".html\n";
+            listing +=
+                "|>f+++++++++ 512 2026/11/22-02:30:05 archive/2026/page-" + std::to_string(i) + ".html//\n";
         Fixture f(listing);
-        f.panel->sync(Direction::Upload);
+        f.panel->sync(Direction::Download);
         QTRY_COMPARE(f.rowCount(), 20000);
-        QVERIFY(f.find<QCheckBox>("deleteOptionCheckBox").isEnabled());
         auto& table = f.find<QTableView>("syncTableView");
         auto& all = f.find<QCheckBox>("allOnOffCheckBox");
         all.click();
