@@ -51,8 +51,21 @@ bool isPageOrSheet(std::string_view name)
     return webFileKind(name) != WebFileKind::Other;
 }
 
+// `path` spelled with `root` in front where it is below it in truth: by way of symbolic links, dots or several slashes.
+fs::path inRoot(const fs::path& path, const fs::path& root)
+{
+    std::error_code error;
+    const fs::path trim = trimmed(path);
+    const fs::path realRoot = fs::canonical(root, error);
+    const fs::path folder = error ? fs::path() : fs::canonical(trim.parent_path(), error);
+    const auto below = error ? std::nullopt : pathBelow(folder.native(), realRoot.native());
+    if (!below)
+        return trim.lexically_normal();
+    return (below->empty() ? root : root / *below) / trim.filename();
+}
+
 // Why an item can't get its new place; an empty text where it can.
-MoveProblem problemOf(const MovedItem& item, std::set<std::string>& taken)
+MoveProblem problemOf(const MovedItem& item, const fs::path& site, std::set<std::string>& taken)
 {
     using Kind = MoveProblem::Kind;
     const std::string name = item.to.filename().native();
@@ -60,6 +73,8 @@ MoveProblem problemOf(const MovedItem& item, std::set<std::string>& taken)
         return {Kind::NotMoved, item.from, "\"" + name + "\" is not a valid file name"};
     if (!itemExists(item.from))
         return {Kind::NotMoved, item.from, systemError(item.from, ENOENT).text};
+    if (isAtOrBelow(site.native(), item.from.native()))
+        return {Kind::NotMoved, item.from, "the site's folder itself can't be moved or renamed"};
     if (itemExists(item.to) || !taken.insert(item.to.native()).second)
         return {Kind::Clash, item.to, "File " + name + " exists, not overwritten"};
     std::error_code error;
@@ -77,7 +92,7 @@ void checkItems(LinkPlan& plan)
 {
     std::vector<MovedItem> items = std::move(plan.request.items);
     for (MovedItem& item : items)
-        item = {trimmed(item.from), trimmed(item.to)};
+        item = {inRoot(item.from, plan.request.sourceRoot), inRoot(item.to, plan.request.site)};
     plan.request.items.clear();
     std::set<std::string> taken;
     for (const MovedItem& item : items) {
@@ -87,7 +102,7 @@ void checkItems(LinkPlan& plan)
         });
         if (isInOther)
             continue;
-        if (MoveProblem problem = problemOf(item, taken); !problem.text.empty())
+        if (MoveProblem problem = problemOf(item, plan.request.site, taken); !problem.text.empty())
             plan.problems.push_back(std::move(problem));
         else
             plan.request.items.push_back(item);

@@ -4,6 +4,7 @@
 #include "base/filecalls.h"
 #include "base/files.h"
 #include "base/folderreader.h"
+#include "links/sitemoves.h"
 #include "lumactl/standardoutput.h"
 
 #include <algorithm>
@@ -27,6 +28,17 @@ fs::path absolutePath(const fs::path& path)
     std::error_code error;
     fs::path absolute = fs::absolute(path, error).lexically_normal();
     return absolute.has_filename() || absolute == absolute.root_path() ? absolute : absolute.parent_path();
+}
+
+void finishInterruptedMoves(const fs::path& site)
+{
+    for (const MoveReport& report : SiteMoves::recover(site)) {
+        if (!report.title.empty())
+            complain(std::string(report.isDone ? "finished" : "took back") +
+                     " what was interrupted: " + report.title);
+        for (const MoveProblem& problem : report.problems)
+            complain(problem.text);
+    }
 }
 
 } // namespace
@@ -84,8 +96,10 @@ std::optional<fs::path> siteFolder(const std::string& argument)
     // Read before anything is moved: links can't be updated in a site that can't be listed.
     const fs::path site = absolutePath(argument);
     const auto reader = FolderReader::open(argument.empty() ? "" : site.native());
-    if (reader)
+    if (reader) {
+        finishInterruptedMoves(site);
         return site;
+    }
     const std::errc reason = reader.error().code;
     complain(
         argument + ": " +

@@ -38,7 +38,8 @@ private:
     std::string m_error;
 };
 
-/// The site's folder as an absolute path; nothing, after a message, if it can't be listed.
+/// The site's folder as an absolute path; nothing, after a message, if it can't be listed. A move that was interrupted there
+/// is finished or taken back first, with a message.
 std::optional<std::filesystem::path> siteFolder(const std::string& argument);
 
 /// The item that an argument names: a subpath of the site if there is such an item, else any path.

@@ -36,12 +36,13 @@ extern const LumactlCommand unlinkedCommand;
 extern const LumactlCommand moveCommand;
 extern const LumactlCommand copyCommand;
 extern const LumactlCommand renameCommand;
+extern const LumactlCommand undoCommand;
 extern const LumactlCommand editCommand;
 
 /// All commands, in the order of the help. To add one, write a file for it, name the file in CMakeLists.txt and
 /// the command here and above.
 inline constexpr auto lumactlCommands = std::to_array<const LumactlCommand*>(
     {&changedCommand, &publishCommand, &linksFromCommand, &checkCommand, &linksToCommand, &unlinkedCommand,
-     &moveCommand, &copyCommand, &renameCommand, &editCommand});
+     &moveCommand, &copyCommand, &renameCommand, &undoCommand, &editCommand});
 
 } // namespace luma

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/linkupdatingmove.h"
+#include "links/sitemoves.h"
 #include "lumactl/commandarguments.h"
 #include "lumactl/lumactlcommands.h"
+#include "lumactl/reportoptions.h"
 #include "lumactl/standardoutput.h"
 
 #include <system_error>
 
-// The commands that move, copy or rename items and keep the links right.
+// The commands that move, copy or rename items, keep the links right, and take that back.
 
 namespace luma {
 
@@ -14,8 +16,84 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// A path as the output shows it: below the site relative to it.
+std::string shown(const fs::path& path, const fs::path& site)
+{
+    const fs::path relative = path.lexically_relative(site);
+    return relative.empty() || *relative.begin() == ".." ? path.native() : relative.native();
+}
+
+std::string countOfLinks(std::size_t count)
+{
+    return std::to_string(count) + (count == 1 ? " link" : " links");
+}
+
+ExitCode complainAbout(const std::vector<MoveProblem>& problems)
+{
+    for (const MoveProblem& problem : problems)
+        complain(problem.text);
+    return problems.empty() ? ExitCode::Ok : ExitCode::Found;
+}
+
+// What happens to each item: "moved", "copied" or "renamed"; `would` puts "would move" in its place.
+void appendItems(std::string& text, const std::vector<MovedItem>& items, const fs::path& site, bool isCopy,
+                 bool would)
+{
+    for (const MovedItem& item : items) {
+        const bool isRename = item.from.parent_path() == item.to.parent_path();
+        const std::string verb = isCopy     ? (would ? "copy" : "copied")
+                                 : isRename ? (would ? "rename" : "renamed")
+                                            : (would ? "move" : "moved");
+        text.append(would ? "would " : "").append(verb).append(" ").append(shown(item.from, site));
+        text.append(" to ").append(shown(item.to, site)).append("\n");
+    }
+}
+
+ExitCode printPlan(const LinkPlan& plan)
+{
+    StandardOutput output;
+    const fs::path& site = plan.request.site;
+    appendItems(output.text(), plan.request.items, site, plan.request.operation == MoveOperation::Copy, true);
+    for (const PageEdits& page : plan.pages) {
+        for (const LinkEdit& edit : page.edits) {
+            output.text().append(shown(page.oldPage, site)).append(":").append(std::to_string(edit.line));
+            output.text().append(": ").append(edit.oldLink).append(" -> ").append(edit.newLink).append("\n");
+        }
+        output.flushIfLarge();
+    }
+    return output.finish() ? ExitCode::Ok : ExitCode::Found;
+}
+
+ExitCode carryOut(const MoveRequest& request, bool isDry)
+{
+    auto moves = SiteMoves::open(request.site);
+    if (!moves)
+        return unusable(moves.error().text);
+    const auto plan = planMove(request);
+    if (!plan)
+        return unusable(plan.error().text);
+    const ExitCode planned = complainAbout(plan->problems);
+    if (isDry)
+        return printPlan(*plan) == ExitCode::Ok ? planned : ExitCode::Found;
+    const MoveReport report = moves->carryOut(*plan);
+    StandardOutput output;
+    if (report.isDone) {
+        appendItems(output.text(), report.items, request.site, request.operation == MoveOperation::Copy,
+                    false);
+        for (const PageEdits& page : plan->pages)
+            output.text()
+                .append("rewrote ")
+                .append(shown(page.page, request.site))
+                .append(": ")
+                .append(countOfLinks(page.edits.size()))
+                .append("\n");
+    }
+    const ExitCode done = complainAbout(report.problems);
+    return output.finish() && done == ExitCode::Ok ? planned : ExitCode::Found;
+}
+
 // Shows a move's log on standard output and its problems on standard error.
-class MoveReport final
+class LetterMoveReport final
 {
 public:
     [[nodiscard]] LinkUpdatingMove::Callbacks callbacks()
@@ -38,15 +116,22 @@ private:
     StandardOutput m_output;
 };
 
+CommandArguments moveArguments(const std::vector<std::string>& arguments)
+{
+    return {arguments, {"--by-letter", "--dry-run", "--short-addresses"}, {"--web-address", "--index"}};
+}
+
 ExitCode moveOrCopy(const LumactlCommand& command, MoveOperation operation,
                     const std::vector<std::string>& arguments)
 {
-    const CommandArguments line(arguments, {}, {});
+    const CommandArguments line = moveArguments(arguments);
     if (!line.error().empty())
         return wrongUsage(command, line.error());
     const std::vector<std::string>& operands = line.operands();
     if (operands.size() < 3)
         return wrongUsage(command, "a site, items and a folder are needed");
+    if (const std::string conflict = conflictIn(line); !conflict.empty())
+        return wrongUsage(command, conflict);
     const auto site = siteFolder(operands.front());
     if (!site)
         return ExitCode::Unusable;
@@ -57,8 +142,14 @@ ExitCode moveOrCopy(const LumactlCommand& command, MoveOperation operation,
     std::vector<fs::path> items;
     for (auto item = operands.begin() + 1; item != operands.end() - 1; ++item)
         items.push_back(itemPath(*site, *item));
-    MoveReport report;
-    return report.finish(LinkUpdatingMove(*site, report.callbacks()).run(operation, items, folder));
+    if (linkRules(line) == LinkRules::Letter) {
+        LetterMoveReport report;
+        return report.finish(LinkUpdatingMove(*site, report.callbacks()).run(operation, items, folder));
+    }
+    MoveRequest request{*site, {}, operation, {}, webRules(line)};
+    for (const fs::path& item : items)
+        request.items.push_back({item, folder / item.filename()});
+    return carryOut(request, line.has("--dry-run"));
 }
 
 ExitCode move(const std::vector<std::string>& arguments)
@@ -73,12 +164,14 @@ ExitCode copy(const std::vector<std::string>& arguments)
 
 ExitCode rename(const std::vector<std::string>& arguments)
 {
-    const CommandArguments line(arguments, {}, {});
+    const CommandArguments line = moveArguments(arguments);
     if (!line.error().empty())
         return wrongUsage(renameCommand, line.error());
     const std::vector<std::string>& operands = line.operands();
     if (operands.size() != 3)
         return wrongUsage(renameCommand, "a site, an item and a name are needed");
+    if (const std::string conflict = conflictIn(line); !conflict.empty())
+        return wrongUsage(renameCommand, conflict);
     const std::string& name = operands[2];
     if (name.empty() || name == "." || name == ".." || name.find('/') != std::string::npos)
         return wrongUsage(renameCommand, "\"" + name + "\" is not a valid file name");
@@ -88,38 +181,95 @@ ExitCode rename(const std::vector<std::string>& arguments)
     const fs::path item = itemPath(*site, operands[1]);
     if (item == *site)
         return unusable("the site's folder itself can't be renamed");
-    MoveReport report;
-    return report.finish(LinkUpdatingMove(*site, report.callbacks()).rename(item, name));
+    if (linkRules(line) == LinkRules::Letter) {
+        LetterMoveReport report;
+        return report.finish(LinkUpdatingMove(*site, report.callbacks()).rename(item, name));
+    }
+    return carryOut({*site, {}, MoveOperation::Move, {{item, item.parent_path() / name}}, webRules(line)},
+                    line.has("--dry-run"));
 }
+
+ExitCode undo(const std::vector<std::string>& arguments)
+{
+    const CommandArguments line(arguments, {}, {});
+    if (!line.error().empty())
+        return wrongUsage(undoCommand, line.error());
+    if (line.operands().size() != 1)
+        return wrongUsage(undoCommand, "one site is needed");
+    const auto site = siteFolder(line.operands().front());
+    if (!site)
+        return ExitCode::Unusable;
+    auto moves = SiteMoves::open(*site);
+    if (!moves)
+        return unusable(moves.error().text);
+    const MoveReport report = moves->undo();
+    StandardOutput output;
+    if (report.isDone)
+        output.text().append("took back: ").append(report.title).append("\n");
+    for (const fs::path& page : report.rewritten)
+        output.text().append("rewrote ").append(shown(page, *site)).append("\n");
+    const ExitCode done = complainAbout(report.problems);
+    return output.finish() ? done : ExitCode::Found;
+}
+
+constexpr std::string_view moveHelp =
+    "Items and folder are subpaths of SITE, or any other paths to them. Links to the\n"
+    "items are rewritten in every page and style sheet of SITE, and so are the links\n"
+    "of pages that move. Each keeps its form; nothing else changes. Nothing is\n"
+    "overwritten: an item stays where it is if its name is taken.\n"
+    "\n"
+    "  --dry-run            change nothing, print each link that would change: page,\n"
+    "                       line, old and new link\n"
+    "  --web-address URL, --index NAME, --short-addresses, --by-letter\n"
+    "                       as \"lumactl check --help\" describes them\n"
+    "\n"
+    "  lumactl move ~/site about.html images/team.jpg company --dry-run\n"
+    "\n"
+    "It happens as a whole or not at all: if a page can't be written or the command\n"
+    "is interrupted, the next lumactl command on SITE finishes it or takes it back.\n"
+    "\"lumactl undo SITE\" takes it back later. With --by-letter there is no undo.\n"
+    "\n"
+    "The exit code is 1 if an item could not be moved or a page could not be\n"
+    "rewritten.\n";
+
+constexpr std::string_view copyHelp =
+    "Like move, but copies: links of copied pages are kept right, and links between\n"
+    "the items lead to their copies. Links to the originals stay, but with --by-letter\n"
+    "they lead to the copies. Options and undo are those of move.\n"
+    "\n"
+    "The exit code is 1 if an item could not be copied or a page could not be\n"
+    "rewritten.\n";
+
+constexpr std::string_view renameHelp =
+    "ITEM is a subpath of SITE, or any other path to the item. It stays in its folder.\n"
+    "Options and undo are those of move.\n"
+    "\n"
+    "  lumactl rename ~/site images pictures --dry-run\n"
+    "\n"
+    "The exit code is 1 if the item could not be renamed, for example because the\n"
+    "name is taken, or a page could not be rewritten.\n";
 
 } // namespace
 
-const LumactlCommand moveCommand = {
-    "move", "SITE ITEM... FOLDER", "move files or folders within a site and keep the links right",
-    "Items and folder are subpaths of SITE, or any other paths to them. Links to the\n"
-    "items are rewritten in every page of SITE, and so are the links of pages that\n"
-    "move. Nothing is overwritten: an item stays where it is if its name is taken.\n"
-    "\n"
-    "The exit code is 1 if an item could not be moved or a page could not be\n"
-    "rewritten.\n",
-    move};
+const LumactlCommand moveCommand = {"move", "SITE ITEM... FOLDER [--dry-run] [--by-letter]",
+                                    "move files or folders within a site and keep the links right", moveHelp,
+                                    move};
 
 const LumactlCommand copyCommand = {
-    "copy", "SITE ITEM... FOLDER",
-    "copy files or folders into a folder of a site and point links to the copies",
-    "Like move, but copies: the links of copied pages are kept right, and links to an\n"
-    "item lead to its copy from now on.\n"
-    "\n"
-    "The exit code is 1 if an item could not be copied or a page could not be\n"
-    "rewritten.\n",
-    copy};
+    "copy", "SITE ITEM... FOLDER [--dry-run] [--by-letter]",
+    "copy files or folders into a folder of a site and keep their links right", copyHelp, copy};
 
-const LumactlCommand renameCommand = {
-    "rename", "SITE ITEM NEWNAME", "rename a file or folder of a site and keep the links to it right",
-    "ITEM is a subpath of SITE, or any other path to the item. It stays in its folder.\n"
+const LumactlCommand renameCommand = {"rename", "SITE ITEM NEWNAME [--dry-run] [--by-letter]",
+                                      "rename a file or folder of a site and keep the links to it right",
+                                      renameHelp, rename};
+
+const LumactlCommand undoCommand = {
+    "undo", "SITE", "take back the last move, rename or copy in a site",
+    "Files go back to their places and links to their old text, byte for byte. The last\n"
+    "twenty are kept; each undo takes back one more. Files that have changed since are\n"
+    "left alone and named. Where an item can't go back, nothing is done.\n"
     "\n"
-    "The exit code is 1 if the item could not be renamed, for example because the\n"
-    "name is taken, or a page could not be rewritten.\n",
-    rename};
+    "The exit code is 1 if there was nothing to take back, or not all of it could be.\n",
+    undo};
 
 } // namespace luma

@@ -68,8 +68,8 @@ std::string conflictIn(const CommandArguments& line)
 {
     if (!line.has("--by-letter"))
         return {};
-    for (const std::string_view option :
-         {"--json", "--no-fragments", "--short-addresses", "--web-address", "--index", "--site"}) {
+    for (const std::string_view option : {"--json", "--no-fragments", "--short-addresses", "--web-address",
+                                          "--index", "--site", "--dry-run"}) {
         if (line.has(option))
             return std::string(option) + " can't be used with --by-letter";
     }

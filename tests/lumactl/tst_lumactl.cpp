@@ -26,11 +26,12 @@ Answer lumactl(const Site& site, const QByteArray& arguments)
     environment.insert(QStringLiteral("PATH"), QStringLiteral("/usr/bin:/bin"));
     environment.insert(QStringLiteral("LUMACTL"),
                        qEnvironmentVariable("LUMA_BUILD_DIR") + QLatin1String("/bin/lumactl"));
+    environment.insert(QStringLiteral("XDG_STATE_HOME"), qEnvironmentVariable("XDG_STATE_HOME"));
     environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(QString::fromStdString(site.root().native()));
     process.start(QStringLiteral("sh"),
-                  {QStringLiteral("-c"), QLatin1String("exec \"$LUMACTL\" ") + QString::fromUtf8(arguments)});
+                  {QStringLiteral("-c"), QLatin1String("\"$LUMACTL\" ") + QString::fromUtf8(arguments)});
     Answer answer;
     if (process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit)
         answer.code = process.exitCode();
@@ -95,11 +96,21 @@ private slots:
                  "\"link\":\"sub/x.html\",\"state\":\"present\",\"why\":null,\"suggestion\":null}\n");
         finds("unlinked .", "lonely.png\nsub/lonely.png\n");
         finds("unlinked . --json", "{\"file\":\"lonely.png\"}\n{\"file\":\"sub/lonely.png\"}\n");
-        fails("move . lonely.png sub", "\nDone\n");
-        succeeds("move . p.png sub", "Updating links to: p.png\n\n\nDone\n");
-        succeeds("copy . sub/x.html .", "Updating links to: x.html\n\n\nDone\n");
-        succeeds("rename . p.png q.png",
+        fails("move . lonely.png sub --by-letter", "\nDone\n");
+        succeeds("move . p.png sub --by-letter", "Updating links to: p.png\n\n\nDone\n");
+        succeeds("copy --by-letter . sub/x.html .", "Updating links to: x.html\n\n\nDone\n");
+        succeeds("rename . p.png q.png --by-letter",
                  "Updating links from: p.png to q.png\n\nUpdating links to: p.png\n\n\nDone\n");
+        fails("move . lonely.png sub", "");
+        fails("move . lonely.png p.png sub", "moved p.png to sub/p.png\nrewrote index.html: 1 link\n");
+        succeeds("copy . sub/x.html .", "copied sub/x.html to x.html\nrewrote x.html: 1 link\n");
+        succeeds("rename . p.png q.png && \"$LUMACTL\" undo .",
+                 "renamed p.png to q.png\nrewrote index.html: 1 link\n"
+                 "took back: Rename p.png to q.png\nrewrote index.html\n");
+        succeeds("move . sub/x.html . --dry-run",
+                 "would move sub/x.html to x.html\nindex.html:1: sub/x.html -> x.html\n"
+                 "sub/x.html:1: ../index.html -> index.html\n");
+        fails("undo .", "");
         fails("rename . p.png lonely.png", "");
         fails("rename . gone.png b", "");
         succeeds("changed . sub", "index.html\np.png\nsub/lonely.png\nsub/x.html\n");
@@ -119,6 +130,8 @@ private slots:
                                            "move . sub",
                                            "move . sub/x.html p.png",
                                            "rename . p.png a/b",
+                                           "rename . p.png q.png --dry-run --by-letter",
+                                           "undo",
                                            "changed",
                                            "publish .",
                                            "changed . sub .",
@@ -302,7 +315,7 @@ private slots:
                                                 QRegularExpression::MultilineOption);
         for (auto match = command.globalMatch(help); match.hasNext();)
             listed << match.next().captured(1).toUtf8();
-        QCOMPARE(listed.size(), 10);
+        QCOMPARE(listed.size(), 11);
         for (const QByteArray& name : listed) {
             const Answer answer = lumactl(site, name + " --help");
             QCOMPARE(answer.code, 0);
