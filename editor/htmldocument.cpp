@@ -13,6 +13,7 @@
 #include "editor/pagesaver.h"
 #include "editor/stylesheeteditor.h"
 #include "links/linkrules.h"
+#include "page/subtreechange.h"
 #include "ui_HTMLDocument.h"
 #include "web/codehighlighter.h"
 #include "web/viewcontroller.h"
@@ -77,7 +78,8 @@ void HTMLDocument::createEdits()
 {
     m_edits = new PageEdits(m_rules, m_tree, m_stack, *m_selection, *m_viewController, this);
     connect(m_edits, &PageEdits::edited, this, &HTMLDocument::refreshAfterEdit);
-    connect(m_edits, &PageEdits::redone, this, &HTMLDocument::refreshAfterRedo);
+    connect(m_edits, &PageEdits::editedUnseen, this, [this] { refresh(RenderingReader::Place::Keep); });
+    connect(m_edits, &PageEdits::redone, this, [this] { refresh(RenderingReader::Place::Caret); });
     // Queued, so that the drag has ended before the page is rebuilt.
     connect(m_outline, &OutlineModel::elementDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);
     m_metaSheet = new MetaSheet(this);
@@ -184,7 +186,7 @@ bool HTMLDocument::tidy()
         }
     }
     if (m_stack.index() != before)
-        refreshAfterRedo();
+        refresh(RenderingReader::Place::Keep);
     return true;
 }
 
@@ -230,8 +232,9 @@ void HTMLDocument::watchFile()
 
 // Requests of the rendering
 
-std::string HTMLDocument::pageMarkup() const
+std::string HTMLDocument::pageMarkup()
 {
+    m_changes.clear();
     return m_tree.document() ? m_tree.document()->outerHtml() : std::string();
 }
 
@@ -246,12 +249,27 @@ void HTMLDocument::setHTML(std::string_view markup, const QString& name)
 {
     if (const auto taken = m_edits->takeMarkup(markup, name); !taken)
         tell(tr("The page was not changed: %1").arg(QString::fromStdString(taken.error().text)));
+    m_changes.clear();
+}
+
+bool HTMLDocument::takeChange(const SubtreeChange& change, const QString& name)
+{
+    const bool isTaken = m_edits->takeChange(change, name);
+    m_changes.clear();
+    return isTaken;
+}
+
+std::uint32_t HTMLDocument::fingerprint() const
+{
+    return m_tree.document() ? luma::fingerprint(*m_tree.document()) : 0;
 }
 
 void HTMLDocument::reload()
 {
-    if (m_tree.document())
-        m_viewController->show(ViewController::Position::Keep);
+    m_viewController->whenCaughtUp(this, [this] {
+        if (m_tree.document())
+            m_viewController->show(ViewController::Position::Keep);
+    });
 }
 
 void HTMLDocument::buildCSSMenu()
@@ -303,13 +321,15 @@ void HTMLDocument::redo()
 void HTMLDocument::refreshAfterEdit()
 {
     m_selection->showInPageWhenShown();
-    refreshAfterRedo();
+    refresh(RenderingReader::Place::Keep);
 }
 
-void HTMLDocument::refreshAfterRedo()
+void HTMLDocument::refresh(RenderingReader::Place place)
 {
     m_styleSheets->updateCSSMenu();
-    reload();
+    const QByteArray changes = m_changes.json();
+    m_changes.clear();
+    m_viewController->update(changes, place);
 }
 
 void HTMLDocument::handleDoubleClick(const QModelIndex& index)
@@ -350,7 +370,7 @@ bool HTMLDocument::writeToURL(const fs::path& url)
     updateWindow();
     if (!hadFile || before != docURL()) {
         emit locationChanged(docURL());
-        reload();
+        m_viewController->show(ViewController::Position::Keep);
         buildCSSMenu();
     }
     return true;

@@ -7,7 +7,9 @@
 #include "page/pagestore.h"
 #include "page/pagetree.h"
 #include "page/tagrules.h"
+#include "page/treechanges.h"
 #include "web/pagedocument.h"
+#include "web/renderingreader.h"
 
 #include <QFileSystemWatcher>
 #include <QMainWindow>
@@ -61,14 +63,14 @@ public:
 
     /// Reads the page from its file again, as a single edit that can be undone.
     void revertDocumentToSaved();
-    /// Rebuilds the rendering, reading style sheets and images from disk again.
-    void reload() override;
+    /// Rebuilds the rendering, reading style sheets and images from disk again, once it has told all edits.
+    void reload();
     /// Opens the sheet for the page's title.
     void editTitle();
     /// The page's markup: for the source "OutlineView" as it would be saved, for any other as it is in the
     /// rendering. Null if there is none.
     [[nodiscard]] QString getHTML(const QString& source);
-    /// Rebuilds the rendering after an edit of the tree, and shows the selected element in it again.
+    /// Repeats an edit of the tree in the rendering, and shows the selected element there.
     void refreshAfterEdit();
     /// Writes the page to `url`, which becomes its file. If that fails, the window shows the reason, the page
     /// stays modified and the file unchanged.
@@ -105,9 +107,11 @@ protected:
 
 private:
     // PageDocument
-    [[nodiscard]] std::string pageMarkup() const override;
+    [[nodiscard]] std::string pageMarkup() override;
     [[nodiscard]] SiteFolder siteFolder() const override { return {docURL(), mountPath}; }
     void setHTML(std::string_view markup, const QString& name) override;
+    bool takeChange(const SubtreeChange& change, const QString& name) override;
+    [[nodiscard]] std::uint32_t fingerprint() const override;
     void buildCSSMenu() override;
     void loadCSSNames() override;
     void applyCallbackText(const QString& text) override;
@@ -130,7 +134,8 @@ private:
 
     void handleDoubleClick(const QModelIndex& index);
     void openOutlineMenu(const QPoint& where);
-    void refreshAfterRedo();
+    /// Repeats an edit of the tree in the rendering.
+    void refresh(RenderingReader::Place place);
     void saveEverything();
     bool tidy();
 
@@ -144,6 +149,7 @@ private:
     std::unique_ptr<Ui::HTMLDocument> m_ui;
     TagRules m_rules;
     PageTree m_tree;
+    TreeChanges m_changes{m_tree, nullptr};
     QUndoStack m_stack;
     PageStore m_store{m_tree, m_stack};
     OutlineModel* m_outline = nullptr;

@@ -20,7 +20,7 @@ OutlineSelection::OutlineSelection(OutlineView& view, OutlineModel& model, ViewC
             &OutlineSelection::noteChange);
     connect(&rendering, &ViewController::selectionRestored, this, [this] {
         if (std::exchange(m_waitsForPage, false))
-            showInPage();
+            selectInPage(", false");
     });
 }
 
@@ -68,13 +68,18 @@ void OutlineSelection::noteChange()
 
 void OutlineSelection::showInPage()
 {
+    selectInPage("");
+}
+
+void OutlineSelection::selectInPage(const char* options)
+{
     const html::Element* const shown = element();
     if (!shown)
         return;
     const QString selector = QString::fromStdString(shown->cssSelector());
     printLine("OutlineView = " + selector.toStdString());
-    m_rendering.evaluate(
-        QStringLiteral("selectText(document.querySelector('%1'))").arg(quotedForScript(selector)));
+    m_rendering.evaluate(QStringLiteral("selectText(document.querySelector('%1')%2)")
+                             .arg(quotedForScript(selector), QLatin1String(options)));
 }
 
 } // namespace luma

@@ -35,7 +35,8 @@ public:
     /// OutlineModel::indexAtPath(); an unknown path is ignored.
     void setActiveElement(const std::vector<int>& path);
 
-    /// Selects the element's contents in the rendering; the second one once the rendering is next shown.
+    /// Selects the element's contents in the rendering and scrolls there; the second one when the rendering next shows
+    /// an edit, without scrolling.
     void showInPage();
     void showInPageWhenShown() { m_waitsForPage = true; }
 
@@ -50,6 +51,7 @@ signals:
 
 private:
     void noteChange();
+    void selectInPage(const char* options);
 
     OutlineView& m_view;
     OutlineModel& m_model;

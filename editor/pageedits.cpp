@@ -7,6 +7,7 @@
 #include "page/classedits.h"
 #include "page/cssmenu.h"
 #include "page/pagetree.h"
+#include "page/subtreechange.h"
 #include "web/viewcontroller.h"
 
 #include <QUndoStack>
@@ -94,7 +95,7 @@ void PageEdits::changeTitle(const QString& title)
         if (QString::fromStdString(m_tree.document()->title()) == title)
             return;
         m_commands.setTitle(title);
-        emit edited();
+        emit editedUnseen();
     });
 }
 
@@ -106,7 +107,7 @@ void PageEdits::updateStyleBlock(const QString& title, const QString& css)
             m_commands.setInnerMarkup(*block, css, tr("Update CSS"));
         emit styleBlockUpdated();
         if (block)
-            emit redone();
+            emit editedUnseen();
     });
 }
 
@@ -152,6 +153,16 @@ void PageEdits::travelHistory(void (QUndoStack::*step)())
         if (m_stack.index() != before)
             emit redone();
     });
+}
+
+bool PageEdits::takeChange(const SubtreeChange& change, const QString& name)
+{
+    auto difference = m_tree.document() ? differenceOf(*m_tree.document(), change) : std::nullopt;
+    if (!difference)
+        return false;
+    const auto quiet = m_selection.quietly();
+    m_commands.apply(*std::move(difference), name, PageCommands::Merging::WithTheLast);
+    return true;
 }
 
 Result<void> PageEdits::takeMarkup(std::string_view markup, const QString& name)

@@ -16,6 +16,7 @@ class QUndoStack;
 namespace luma {
 
 class OutlineSelection;
+struct SubtreeChange;
 class TagRules;
 class ViewController;
 
@@ -45,6 +46,9 @@ public:
     void undo();
     void redo();
 
+    /// Makes an edit of the rendering, as one command of that name; it merges as the next one does. False if the change
+    /// does not fit the tree.
+    bool takeChange(const SubtreeChange& change, const QString& name);
     /// Replaces the page by its root element's markup, in UTF-8, as one command of that name; it merges with
     /// the last command if that has the same name and is recent. On an error the page is unchanged.
     Result<void> takeMarkup(std::string_view markup, const QString& name);
@@ -52,7 +56,9 @@ public:
 signals:
     /// The tree was edited; the rendering should show the element selected in the outline.
     void edited();
-    /// An edit was undone or redone, or a style sheet changed; the rendering keeps its selection.
+    /// The title or a style sheet was edited; the rendering keeps its selection.
+    void editedUnseen();
+    /// An edit was undone or redone; the rendering sets the caret there.
     void redone();
     /// The style block was updated, or is no longer in the page.
     void styleBlockUpdated();

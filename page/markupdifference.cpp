@@ -57,14 +57,25 @@ void compareAttributes(html::ParentNode& mine, html::ParentNode& theirs, MarkupD
 
 MarkupDifference differenceTo(html::ParentNode& mine, html::ParentNode& theirs)
 {
+    MarkupDifference ofAttributes;
+    compareAttributes(mine, theirs, ofAttributes);
+    MarkupDifference difference = differenceInRun(mine, mine.firstChild(), nullptr, theirs);
+    for (auto& each : difference.attributes)
+        ofAttributes.attributes.push_back(std::move(each));
+    difference.attributes = std::move(ofAttributes.attributes);
+    return difference;
+}
+
+MarkupDifference differenceInRun(html::ParentNode& mine, html::Node* first, html::Node* end,
+                                 html::ParentNode& theirs)
+{
     MarkupDifference difference;
     html::ParentNode* parent = &mine;
     html::ParentNode* theirParent = &theirs;
+    Run run = {first, end};
     for (;;) {
-        compareAttributes(*parent, *theirParent, difference);
-        Run run = {parent->firstChild(), nullptr};
         Run theirRun = {theirParent->firstChild(), nullptr};
-        while (run.first && theirRun.first && html::sameTree(*run.first, *theirRun.first)) {
+        while (!run.isEmpty() && theirRun.first && html::sameTree(*run.first, *theirRun.first)) {
             run.first = run.first->next();
             theirRun.first = theirRun.first->next();
         }
@@ -84,6 +95,8 @@ MarkupDifference differenceTo(html::ParentNode& mine, html::ParentNode& theirs)
         }
         parent = run.first->asParent();
         theirParent = theirRun.first->asParent();
+        compareAttributes(*parent, *theirParent, difference);
+        run = {parent->firstChild(), nullptr};
     }
 }
 

@@ -27,4 +27,9 @@ struct MarkupDifference
 /// `theirs`.
 MarkupDifference differenceTo(html::ParentNode& mine, html::ParentNode& theirs);
 
+/// Compares a run of the children of `mine`, from `first` up to `end` (null: to the end), with all that is below
+/// `theirs`.
+MarkupDifference differenceInRun(html::ParentNode& mine, html::Node* first, html::Node* end,
+                                 html::ParentNode& theirs);
+
 } // namespace luma

@@ -40,15 +40,19 @@ html::Node& PageTree::insert(html::NodePtr node, const html::Position& position)
     nodes.push_back(std::move(node));
     insertAll(*position.parent, position.next, nodes);
     tellChanged(*position.parent);
+    emit exchanged(position.parent, added.previous(), added.next());
     return added;
 }
 
 html::NodePtr PageTree::take(html::Node& node)
 {
     html::ParentNode& parent = *node.parent();
+    html::Node* const previous = node.previous();
+    html::Node* const next = node.next();
     html::NodeList taken;
-    removeBetween(parent, node.previous(), node.next(), taken);
+    removeBetween(parent, previous, next, taken);
     tellChanged(parent);
+    emit exchanged(&parent, previous, next);
     return std::move(taken.front());
 }
 
@@ -56,6 +60,7 @@ void PageTree::swapAttributes(html::Element& element, std::vector<html::Attribut
 {
     element.swapAttributes(attributes);
     emit elementChanged(&element);
+    emit attributesSwapped(&element);
 }
 
 void PageTree::exchange(html::ParentNode& parent, html::Node* previous, html::Node* next,
@@ -66,6 +71,7 @@ void PageTree::exchange(html::ParentNode& parent, html::Node* previous, html::No
     insertAll(parent, next, nodes);
     nodes = std::move(before);
     tellChanged(parent);
+    emit exchanged(&parent, previous, next);
 }
 
 void PageTree::removeBetween(html::ParentNode& parent, html::Node* previous, html::Node* next,

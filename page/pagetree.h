@@ -42,6 +42,10 @@ signals:
     void removed();
     /// The element's own attributes or text changed.
     void elementChanged(html::Element* element);
+    /// One of the primitives is done: the element's attributes are others, or what is between two children of
+    /// `parent` (null: the ends).
+    void attributesSwapped(html::Element* element);
+    void exchanged(html::ParentNode* parent, html::Node* previous, html::Node* next);
 
 private:
     void removeBetween(html::ParentNode& parent, html::Node* previous, html::Node* next,

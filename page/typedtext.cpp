@@ -51,10 +51,11 @@ void makeBlanksPlain(std::string& text)
         text.replace(at, noBreakSpace.size(), " ");
 }
 
+// The blank in front of it belongs to a word, so that an undone word leaves none behind.
 bool beginsWord(std::string_view text, std::size_t from, std::size_t to)
 {
     for (std::size_t at = std::max<std::size_t>(from, 1); at < to; ++at) {
-        if (isWhiteSpace(text[at - 1]) && !isWhiteSpace(text[at]))
+        if (isWhiteSpace(text[at]) && !isWhiteSpace(text[at - 1]))
             return true;
     }
     return false;

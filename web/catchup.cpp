@@ -3,7 +3,6 @@
 
 #include "web/mywebview.h"
 #include "web/renderingreader.h"
-#include "web/scriptcall.h"
 
 #include <utility>
 
@@ -30,33 +29,26 @@ void CatchUp::whenCaughtUp(QObject* context, const Then& then)
 void CatchUp::start()
 {
     m_sinceStart.start();
-    waitForKeys();
+    read();
 }
 
 // Limited in time: a key may mean nothing to the page and never be counted.
-void CatchUp::waitForKeys()
+void CatchUp::read()
 {
-    if (!m_reader.canRead()) {
-        runFirst();
-        return;
-    }
-    ScriptCall::ask(&m_view.editorPage(), QStringLiteral("countOfKeys()"), this,
-                    [this](const QVariant& answer) {
-                        const bool isBehind = answer.isValid() && answer.toInt() < m_view.countOfKeys();
-                        if (isBehind && !m_sinceStart.hasExpired(longestWaitForKeys)) {
-                            waitForKeys();
-                            return;
-                        }
-                        if (isBehind)
-                            m_view.setCountOfKeys(answer.toInt());
-                        readChanges();
-                    });
-}
-
-// Twice, as a key's effect may come after the key.
-void CatchUp::readChanges()
-{
-    m_reader.catchUp([this] { m_reader.catchUp([this] { runFirst(); }); });
+    m_reader.catchUp([this](const std::optional<int>& keys) {
+        const bool isBehind = keys && *keys < m_view.countOfKeys();
+        if (isBehind && !m_sinceStart.hasExpired(longestWaitForKeys)) {
+            read();
+            return;
+        }
+        if (isBehind)
+            m_view.setCountOfKeys(*keys);
+        if (keys && std::exchange(m_keysBefore, m_view.countOfKeys()) != m_view.countOfKeys())
+            m_reader.catchUp(
+                [this](const std::optional<int>&) { runFirst(); }); // A key's effect may follow the key.
+        else
+            runFirst();
+    });
 }
 
 // Nothing follows `then`: it may close the window and wait for the next catching up.

@@ -37,14 +37,14 @@ private:
     };
 
     void start();
-    void waitForKeys();
-    void readChanges();
+    void read();
     void runFirst();
 
     MyWebView& m_view;
     RenderingReader& m_reader;
     std::deque<Waiting> m_waiting;
     QElapsedTimer m_sinceStart;
+    int m_keysBefore = 0; // pressed when the document was last up to date
     bool m_isRunning = false;
 };
 

@@ -2,8 +2,7 @@
 #include "web/pagebridge.h"
 
 #include <QJsonArray>
-
-#include <optional>
+#include <QJsonObject>
 
 namespace luma {
 
@@ -24,7 +23,32 @@ std::optional<QList<int>> elementPath(const QJsonValue& body)
     return path;
 }
 
+std::optional<SubtreeChange> subtreeChange(const QJsonValue& body)
+{
+    const auto path = elementPath(body[QLatin1String("path")]);
+    const QJsonValue markup = body[QLatin1String("markup")];
+    if (!path || !markup.isString())
+        return {};
+    SubtreeChange change;
+    change.path.assign(path->begin(), path->end());
+    change.name = body[QLatin1String("name")].toString().toStdString();
+    change.before = body[QLatin1String("before")].toInt(-1);
+    change.after = body[QLatin1String("after")].toInt(-1);
+    change.markup = markup.toString().toStdString();
+    change.elements = body[QLatin1String("elements")].toInt(-1);
+    return change;
+}
+
 } // namespace
+
+std::optional<RenderingChange> PageBridge::changeFrom(const QJsonValue& body)
+{
+    const QJsonArray parts = body.toArray();
+    const int count = parts.at(0).toInt(-1);
+    if (count <= 0)
+        return {};
+    return RenderingChange{count, subtreeChange(parts.at(1)), parts.at(2).toString()};
+}
 
 void PageBridge::post(const QString& name, const QJsonValue& body)
 {
@@ -35,8 +59,9 @@ void PageBridge::post(const QString& name, const QJsonValue& body)
     } else if (name == QLatin1String("activeElementHTML")) {
         if (const auto path = elementPath(body))
             emit activeElementHTML(*path);
-    } else if (name == QLatin1String("mutationObserver") && body.toInt(-1) > 0) {
-        emit mutationObserver(body.toInt());
+    } else if (name == QLatin1String("mutationObserver")) {
+        if (const auto change = changeFrom(body))
+            emit mutationObserver(*change);
     }
 }
 

@@ -1,11 +1,23 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "page/subtreechange.h"
+
 #include <QJsonValue>
 #include <QObject>
 #include <QVariant>
 
+#include <optional>
+
 namespace luma {
+
+/// What the page tells of a change.
+struct RenderingChange
+{
+    int count = 0;                        ///< of all changes since the page was shown
+    std::optional<SubtreeChange> subtree; ///< what changed; nothing: the whole page has to be read
+    QString inputType; ///< of the user's action (Input Events, inputType); empty for a script's
+};
 
 /// Receives the messages of the page-side scripts and emits each as a signal. What arrives here is not
 /// trusted: messages with an unknown name or an unsuitable body are ignored. Main thread; published to the
@@ -28,6 +40,9 @@ public:
     /// arguments.
     void takeMessages(const QVariant& messages);
 
+    /// The body of such a message as a change; nothing if it is none.
+    static std::optional<RenderingChange> changeFrom(const QJsonValue& body);
+
 signals:
     void documentReady(const QString& address);
     void documentLoaded(const QString& address);
@@ -38,8 +53,7 @@ signals:
     /// The element at the caret: for each step down from the root element, the position among the element
     /// children. Empty means the root element.
     void activeElementHTML(const QList<int>& path);
-    /// The page has changed, for the `count`th time since it was shown.
-    void mutationObserver(int count);
+    void mutationObserver(const RenderingChange& change);
 };
 
 } // namespace luma

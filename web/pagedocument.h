@@ -5,11 +5,14 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace luma {
+
+struct SubtreeChange;
 
 /// The page's document as the rendering sees it; its tree is the master copy. Main thread.
 class PageDocument
@@ -20,8 +23,8 @@ public:
     PageDocument& operator=(const PageDocument&) = delete;
     virtual ~PageDocument() = default;
 
-    /// The tree as markup, UTF-8.
-    [[nodiscard]] virtual std::string pageMarkup() const = 0;
+    /// The tree as markup, UTF-8, for the rendering to show.
+    [[nodiscard]] virtual std::string pageMarkup() = 0;
     /// The page's location and the files it may read.
     [[nodiscard]] virtual SiteFolder siteFolder() const = 0;
 
@@ -29,8 +32,11 @@ public:
     /// UTF-8, and the edit's name in the undo history ("Typing"). The doctype and comments outside the root
     /// element are not part of it and stay.
     virtual void setHTML(std::string_view markup, const QString& name) = 0;
-    /// Rebuilds the rendering from the tree.
-    virtual void reload() = 0;
+    /// The same for a part of the page, which is not trusted; false if it doesn't fit the tree, which then stays
+    /// unchanged.
+    virtual bool takeChange(const SubtreeChange& change, const QString& name) = 0;
+    /// The hash that the rendering must have to show this tree (luma::fingerprint).
+    [[nodiscard]] virtual std::uint32_t fingerprint() const = 0;
     virtual void buildCSSMenu() = 0;
     /// The rendering is shown: ask it for the names that its style sheets define.
     virtual void loadCSSNames() = 0;

@@ -6,7 +6,6 @@
 #include "web/linkactions.h"
 #include "web/pagedocument.h"
 #include "web/processrecovery.h"
-#include "web/renderingreader.h"
 #include "web/scriptconsole.h"
 #include "web/sourcepanel.h"
 
@@ -54,12 +53,7 @@ ViewController::ViewController(PageDocument& document, QWidget* contentView, QLa
     auto* layout = new QVBoxLayout(contentView);
     layout->setContentsMargins({});
     layout->addWidget(m_webView);
-    m_reader = new RenderingReader(
-        m_webView->editorPage(),
-        [this](std::string_view markup, const QString& name) {
-            m_document.setHTML(markup, name.isEmpty() ? tr("Typing") : name);
-        },
-        this);
+    m_reader = new RenderingReader(m_webView->editorPage(), m_document, this);
     m_catchUp = new CatchUp(*m_webView, *m_reader, this);
     m_recovery = new ProcessRecovery(*m_webView, this);
     createMenus();
@@ -108,6 +102,7 @@ void ViewController::connectPage()
     connect(&page.bridge(), &PageBridge::activeElementHTML, this, &ViewController::takeActiveElement,
             Qt::QueuedConnection);
     connect(m_reader, &RenderingReader::upToDate, this, &ViewController::tellActiveElement);
+    connect(m_reader, &RenderingReader::differs, this, [this] { show(Position::Keep); });
 }
 
 void ViewController::connectView()
@@ -163,6 +158,33 @@ void ViewController::show(Position position)
         keepPositionAndLoad();
     } else {
         load();
+    }
+}
+
+void ViewController::update(const QByteArray& changes, RenderingReader::Place place)
+{
+    if (changes.isNull()) {
+        show(Position::Keep);
+        return;
+    }
+    m_webView->heldInput().hold();
+    m_reader->send(changes, place, [this, changes, shows = m_shows](bool isDone) {
+        if (shows == m_shows && isDone)
+            finishUpdate(changes);
+        else if (shows == m_shows)
+            show(Position::Keep);
+        m_webView->heldInput().release();
+    });
+}
+
+void ViewController::finishUpdate(const QByteArray& changes)
+{
+    emit selectionRestored();
+    for (const char* const sign : {"\"name\":\"style\"", "\"name\":\"link\"", "<style", "<link"}) {
+        if (changes.contains(sign)) {
+            m_document.loadCSSNames();
+            return;
+        }
     }
 }
 
@@ -257,10 +279,7 @@ void ViewController::perform(const QString& name, const QString& script)
 // What was typed before is an edit of its own.
 void ViewController::performNow(const QString& name, const QString& script)
 {
-    whenCaughtUp(this, [this, name, script] {
-        evaluate(script);
-        m_reader->nameChange(name);
-    });
+    whenCaughtUp(this, [this, name, script] { m_reader->run(script, name); });
 }
 
 void ViewController::performCommand(const QString& title)
@@ -339,9 +358,11 @@ void ViewController::showSource()
 
 void ViewController::saveSource(const QString& source)
 {
-    m_document.setHTML(source.toStdString(), tr("Edit Source"));
-    m_document.reload();
-    m_document.buildCSSMenu();
+    whenCaughtUp(this, [this, source] {
+        m_document.setHTML(source.toStdString(), tr("Edit Source"));
+        show(Position::Keep);
+        m_document.buildCSSMenu();
+    });
 }
 
 void ViewController::showScriptConsole()
@@ -353,8 +374,8 @@ void ViewController::showScriptConsole()
 void ViewController::runJS(const QString& script)
 {
     whenCaughtUp(this, [this, script] {
-        ask(script, m_console, [this](const QVariant& answer) { m_console->showAnswer(answer); });
-        m_reader->nameChange(tr("Script"));
+        m_reader->run(script, tr("Script"),
+                      [this](const QVariant& answer) { m_console->showAnswer(answer); });
     });
 }
 

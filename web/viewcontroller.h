@@ -2,6 +2,7 @@
 #pragma once
 
 #include "web/mywebview.h"
+#include "web/renderingreader.h"
 #include "web/scriptcall.h"
 
 #include <QObject>
@@ -20,7 +21,6 @@ class LinkActions;
 class LinkSheet;
 class PageDocument;
 class ProcessRecovery;
-class RenderingReader;
 class ScriptConsole;
 class SourcePanel;
 
@@ -50,6 +50,14 @@ public:
     enum class Position { Keep, Start };
     void show(Position position);
 
+    /// Makes the rendering repeat changes of the document's tree (TreeChanges::json), without loading the page anew, so
+    /// scroll position and caret stay or, after an undo, the caret goes to the change. Shows the page anew if the
+    /// changes are null or the page does not confirm them. To be called from within whenCaughtUp().
+    void update(const QByteArray& changes, RenderingReader::Place place);
+
+    /// Whether update() will do so in the page shown.
+    [[nodiscard]] bool isFollowing() const { return m_reader->isFollowing(); }
+
     /// Hands over edits of the rendering that the document doesn't know yet, then runs `then`, which may
     /// change or save the tree; not at all if `context` has been deleted by then. Calls are served in order.
     /// What the user types meanwhile comes after `then`, and after the page is shown if `then` calls show().
@@ -69,7 +77,7 @@ public:
     void setMagnification(double factor);
 
 signals:
-    /// A page that was shown again has its selection back. To set another one, do so now: before the user
+    /// A page that was shown again, or updated, has its selection back. To set another one, do so now: before the user
     /// goes on and before the scroll position is restored.
     void selectionRestored();
 
@@ -97,6 +105,7 @@ private:
     void connectView();
     void takeActiveElement(const QList<int>& path);
     void tellActiveElement();
+    void finishUpdate(const QByteArray& changes);
     void keepPositionAndLoad();
     void load();
     void holdUntilReady();

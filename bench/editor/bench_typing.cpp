@@ -128,7 +128,7 @@ void measureLetter(Window& window, Times& times)
     const Stopwatch watch;
     QObject here;
     QObject::connect(&window.rendering().webView()->editorPage().bridge(), &PageBridge::mutationObserver,
-                     &here, [&](int) {
+                     &here, [&](const RenderingChange&) {
                          if (!std::exchange(told, true))
                              toldAfter = watch.milliseconds();
                      });

@@ -8,8 +8,8 @@ const activeElement = {
     chosen: null, // the range that the editor selected, which is not reported back
 };
 
-// Selects the content of `element`, or the element itself if it can't have any, and scrolls to it.
-function selectText(element) {
+// Selects the content of `element`, or the element itself if it can't have any, and scrolls to it unless told not to.
+function selectText(element, scrolls = true) {
     if (!element || !document.body || !document.body.contains(element))
         return;
     const range = document.createRange();
@@ -22,6 +22,8 @@ function selectText(element) {
     const selection = getSelection();
     selection.removeAllRanges();
     selection.addRange(range);
+    if (!scrolls)
+        return;
     caret.isAsShown = false;
     reveal(element);
 }
