@@ -174,7 +174,7 @@ private:
 // What planning a page gives: its edits, or why it can't be changed, or neither.
 struct PageResult
 {
-    PageEdits edits;
+    PageRewrite edits;
     std::string problem;
 };
 
@@ -270,7 +270,7 @@ Result<void> planFromOtherRoot(LinkPlan& plan, const std::vector<MovedPlaces::It
 std::size_t LinkPlan::linkCount() const
 {
     std::size_t count = 0;
-    for (const PageEdits& page : pages)
+    for (const PageRewrite& page : pages)
         count += page.edits.size();
     return count;
 }

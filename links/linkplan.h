@@ -39,7 +39,7 @@ struct LinkEdit
 };
 
 /// The changes to one page or style sheet, in the order of their places.
-struct PageEdits
+struct PageRewrite
 {
     std::filesystem::path page;    // where it is when the items have their new places
     std::filesystem::path oldPage; // where it is now
@@ -54,7 +54,7 @@ struct PageEdits
 struct LinkPlan
 {
     MoveRequest request; // without the items that can't be moved
-    std::vector<PageEdits> pages;
+    std::vector<PageRewrite> pages;
     std::vector<MoveProblem> problems;
 
     [[nodiscard]] std::size_t linkCount() const;

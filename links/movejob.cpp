@@ -64,9 +64,9 @@ void addCopies(std::vector<CopiedItem>& copies, const fs::path& original, const 
     }
 }
 
-PageEdits inverseOf(const PageEdits& page)
+PageRewrite inverseOf(const PageRewrite& page)
 {
-    PageEdits inverse{page.oldPage, page.page, {}, page.newHash, page.oldHash, page.modified};
+    PageRewrite inverse{page.oldPage, page.page, {}, page.newHash, page.oldHash, page.modified};
     std::size_t grown = 0;
     std::size_t shrunk = 0;
     for (const LinkEdit& edit : page.edits) {
@@ -78,7 +78,7 @@ PageEdits inverseOf(const PageEdits& page)
     return inverse;
 }
 
-void write(JournalWriter& writer, const PageEdits& page)
+void write(JournalWriter& writer, const PageRewrite& page)
 {
     writer.text(page.page.native()).text(page.oldPage.native()).text(page.oldHash).text(page.newHash);
     writer.time(page.modified).number(page.edits.size());
@@ -86,9 +86,9 @@ void write(JournalWriter& writer, const PageEdits& page)
         writer.number(edit.begin).text(edit.before).text(edit.after);
 }
 
-PageEdits readPage(JournalReader& reader)
+PageRewrite readPage(JournalReader& reader)
 {
-    PageEdits page;
+    PageRewrite page;
     page.page = reader.text();
     page.oldPage = reader.text();
     page.oldHash = reader.text();
@@ -115,7 +115,7 @@ MoveJob jobOf(const LinkPlan& plan)
     job.pages = plan.pages;
     if (job.kind == MoveJob::Kind::Copy) {
         std::map<fs::path, std::string> hashes;
-        for (const PageEdits& page : job.pages)
+        for (const PageRewrite& page : job.pages)
             hashes[page.page] = page.newHash;
         for (const MovedItem& item : job.items)
             addCopies(job.copies, item.from, item.to, hashes);
@@ -137,7 +137,7 @@ MoveJob inverseOf(const MoveJob& job)
     }
     for (auto item = job.items.rbegin(); item != job.items.rend(); ++item)
         inverse.items.push_back({item->to, item->from});
-    for (const PageEdits& page : job.pages)
+    for (const PageRewrite& page : job.pages)
         inverse.pages.push_back(inverseOf(page));
     inverse.restoresTimes = !job.restoresTimes;
     return inverse;
@@ -174,7 +174,7 @@ std::string serialized(const MoveJob& job)
     for (const MovedItem& item : job.items)
         writer.text(item.from.native()).text(item.to.native());
     writer.number(job.pages.size());
-    for (const PageEdits& page : job.pages)
+    for (const PageRewrite& page : job.pages)
         write(writer, page);
     writer.number(job.copies.size());
     for (const CopiedItem& item : job.copies)

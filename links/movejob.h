@@ -34,7 +34,7 @@ struct MoveJob
     std::string tag;          // three letters or digits in the names of its temporary files
     std::uint64_t undoes = 0; // the number of the job that it takes back
     std::vector<MovedItem> items;
-    std::vector<PageEdits> pages;
+    std::vector<PageRewrite> pages;
     bool restoresTimes = false; // a page gets the time in `modified`
     std::vector<CopiedItem> copies;
 };

@@ -228,7 +228,7 @@ void MoveRunner::takeBack(std::size_t index)
         report(MoveProblem::Kind::NotMoved, to, done.error().text);
 }
 
-Result<void> MoveRunner::writePages(const std::vector<PageEdits>& pages, Direction direction)
+Result<void> MoveRunner::writePages(const std::vector<PageRewrite>& pages, Direction direction)
 {
     const bool isForward = direction == Direction::Forward;
     const bool restoresTimes = isForward ? job().restoresTimes : !job().restoresTimes;
@@ -267,7 +267,7 @@ Result<void> MoveRunner::writePages(const std::vector<PageEdits>& pages, Directi
 }
 
 // Makes the page's edits unless they are made. Where an item is in its old place, so is the page.
-Result<MoveRunner::PageState> MoveRunner::writePage(const PageEdits& page, std::size_t index,
+Result<MoveRunner::PageState> MoveRunner::writePage(const PageRewrite& page, std::size_t index,
                                                     bool restoresTime) const
 {
     PageState state = PageState::Gone;
@@ -362,7 +362,7 @@ void MoveRunner::syncFolders() const
         folders.insert(item.from.parent_path());
         folders.insert(item.to.parent_path());
     }
-    for (const PageEdits& page : job().pages)
+    for (const PageRewrite& page : job().pages)
         folders.insert(page.page.parent_path());
     for (const fs::path& folder : folders)
         syncFolder(folder);

@@ -75,8 +75,8 @@ private:
     Result<void> placeCopy(std::size_t index);
     void takeBack(std::size_t index);
     Result<void> rename(const std::filesystem::path& from, const std::filesystem::path& to);
-    Result<void> writePages(const std::vector<PageEdits>& pages, Direction direction);
-    Result<PageState> writePage(const PageEdits& page, std::size_t index, bool restoresTime) const;
+    Result<void> writePages(const std::vector<PageRewrite>& pages, Direction direction);
+    Result<PageState> writePage(const PageRewrite& page, std::size_t index, bool restoresTime) const;
     [[nodiscard]] bool needsCommit() const;
     void commit();
     void removeSource(std::size_t index);

@@ -123,6 +123,22 @@ def classes():
             yield breach(path, 1, f"holds {len(names)} classes: {', '.join(names)}")
 
 
+def type_names():
+    """A type's name stands for one type: two in one program share the code that the compiler writes for them."""
+    opening = re.compile(r"^namespace ([\w:]+)")
+    definition = re.compile(r"^(?:class|struct|enum(?: class)?) (\w+)[^;]*$")
+    homes = {}
+    for path in files(ROOMS, ".h"):
+        namespace = ""
+        for number, line in lines(path):
+            if found := opening.match(line):
+                namespace = found[1]
+            elif found := definition.match(line):
+                name = f"{namespace}::{found[1]}"
+                if homes.setdefault(name, path) != path:
+                    yield breach(path, number, f"{name} is also in {homes[name].relative_to(ROOT)}")
+
+
 SECTIONS = ["public", "signals", "public slots", "protected", "private", "private slots"]
 
 
@@ -284,7 +300,7 @@ def tidy_sample():
     yield from outcome(["clang-tidy", "--quiet", "-p", str(database.parent), *sources[:12]], "(warning|error):")
 
 
-SOURCE_RULES = [arrows, circles, classes, sections, sleeping, unfinished, licence, papers]
+SOURCE_RULES = [arrows, circles, classes, type_names, sections, sleeping, unfinished, licence, papers]
 TOOL_RULES = [form, shell_scripts, php_scripts, python_scripts, page_scripts]
 SLOW_RULES = [tidy_sample]
 RULES = SOURCE_RULES + TOOL_RULES + SLOW_RULES

@@ -34,7 +34,7 @@ MoveRequest requestOf(const Site& site, MoveOperation operation, const QByteArra
 Files changedPages(const Site& site, const LinkPlan& plan)
 {
     Files pages;
-    for (const PageEdits& page : plan.pages) {
+    for (const PageRewrite& page : plan.pages) {
         const std::string old = page.oldPage.lexically_relative(site.root()).native();
         pages[page.page.lexically_relative(site.root()).native()] = withEdits(site.bytesOf(old), page.edits);
     }
