@@ -17,26 +17,30 @@ public:
 
     void place(WebLink& link, std::size_t at)
     {
-        if (at < m_lineBegin) {
+        if (at < m_at) {
             m_line = 1;
-            m_lineBegin = 0;
+            m_column = 1;
+            m_at = 0;
         }
-        for (std::size_t feed = m_text.find('\n', m_lineBegin); feed < at;
-             feed = m_text.find('\n', m_lineBegin)) {
+        for (std::size_t feed = m_text.find('\n', m_at); feed < at; feed = m_text.find('\n', m_at)) {
             ++m_line;
-            m_lineBegin = feed + 1;
+            m_column = 1;
+            m_at = feed + 1;
         }
-        const std::string_view before = m_text.substr(m_lineBegin, at - m_lineBegin);
-        const auto characters =
-            std::count_if(before.begin(), before.end(), [](char c) { return !isUtf8Continuation(c); });
+        // From the last place on: a page may be one long line.
+        const std::string_view between = m_text.substr(m_at, at - m_at);
+        m_column += static_cast<std::uint32_t>(
+            std::count_if(between.begin(), between.end(), [](char c) { return !isUtf8Continuation(c); }));
+        m_at = at;
         link.line = m_line;
-        link.column = static_cast<std::uint32_t>(characters) + 1;
+        link.column = m_column;
     }
 
 private:
     std::string_view m_text;
-    std::size_t m_lineBegin = 0;
+    std::size_t m_at = 0; // the last place, and its line and column
     std::uint32_t m_line = 1;
+    std::uint32_t m_column = 1;
 };
 
 bool isPage(std::string_view name)
@@ -134,8 +138,10 @@ void BrowserChecker::judgeInside(WebLink& link, const LinkTarget& target, const 
         if (place.file != SiteTree::none && !isInStyle(link.place) && !isPlaceThere(place.file, target))
             link.why = MissingReason::NoSuchPlace;
     }
-    if (link.why != MissingReason::None)
-        link.state = LinkState::Missing;
+    if (link.why == MissingReason::None)
+        return;
+    link.state = LinkState::Missing;
+    link.target = target.path;
 }
 
 bool BrowserChecker::isPlaceThere(SiteTree::Id page, const LinkTarget& target)

@@ -25,6 +25,7 @@ struct WebLink
     std::uint32_t column = 1;           // in characters
     std::string value;                  // as a browser takes it from the page
     std::string suggestion;             // an address to write instead; only of missing links, and often empty
+    std::string target;                 // the place of the site that a missing link leads to; else empty
     SiteTree::Id file = SiteTree::none; // the file it leads to, none for what is not in the tree
     SiteTree::Id folder = SiteTree::none; // the folder, where the file is its index page
 };

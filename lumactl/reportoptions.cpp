@@ -1,60 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "lumactl/reportoptions.h"
 
-#include "base/encoding.h"
-#include "base/utf8.h"
-
 namespace luma {
-
-namespace {
-
-std::string_view nameOf(LinkState state)
-{
-    switch (state) {
-    case LinkState::External:
-        return "external";
-    case LinkState::Present:
-        return "present";
-    case LinkState::Missing:
-        return "missing";
-    case LinkState::NotJudged:
-        return "not judged";
-    }
-    return {};
-}
-
-// A JSON string (RFC 8259, 7); bytes that are not UTF-8 become U+FFFD.
-void appendString(std::string& text, std::string_view value)
-{
-    if (!isValidUtf8(value)) {
-        appendString(text, Encoding().decoded(value));
-        return;
-    }
-    text += '"';
-    for (const char c : value) {
-        if (c == '"' || c == '\\') {
-            text.append(1, '\\').append(1, c);
-        } else if (static_cast<unsigned char>(c) < 0x20) {
-            constexpr std::string_view digits = "0123456789abcdef";
-            const auto code = static_cast<unsigned char>(c);
-            text.append("\\u00").append(1, digits[code >> 4U]).append(1, digits[code & 15U]);
-        } else {
-            text += c;
-        }
-    }
-    text += '"';
-}
-
-void appendMember(std::string& text, std::string_view key, std::string_view value)
-{
-    text.append(",\"").append(key).append("\":");
-    if (value.empty())
-        text += "null";
-    else
-        appendString(text, value);
-}
-
-} // namespace
 
 CommandArguments reportArguments(const std::vector<std::string>& arguments,
                                  std::vector<std::string_view> flags, std::vector<std::string_view> options)
@@ -108,37 +55,6 @@ void appendLines(std::string& text, const std::string& heading, const WebPage& p
             text.append("; did you mean ").append(link.suggestion).append("?");
         text.append("\n");
     }
-}
-
-void appendJson(std::string& text, const WebPage& page)
-{
-    if (!page.unreadable.empty()) {
-        text += "{\"page\":";
-        appendString(text, page.path);
-        appendMember(text, "state", "unreadable");
-        appendMember(text, "why", page.unreadable);
-        text += "}\n";
-    }
-    for (const WebLink& link : page.links) {
-        text += "{\"page\":";
-        appendString(text, page.path);
-        text.append(",\"line\":").append(std::to_string(link.line));
-        text.append(",\"column\":").append(std::to_string(link.column));
-        appendMember(text, "place", nameOf(link.place));
-        text += ",\"link\":";
-        appendString(text, link.value);
-        appendMember(text, "state", nameOf(link.state));
-        appendMember(text, "why", textOf(link.why));
-        appendMember(text, "suggestion", link.suggestion);
-        text += "}\n";
-    }
-}
-
-void appendJson(std::string& text, std::string_view key, std::string_view subpath)
-{
-    text.append("{\"").append(key).append("\":");
-    appendString(text, subpath);
-    text += "}\n";
 }
 
 } // namespace luma

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "links/browserchecker.h"
+#include "links/webreporttext.h"
 #include "lumactl/commandarguments.h"
 
 #include <string>
@@ -24,11 +24,6 @@ WebRules webRules(const CommandArguments& line);
 
 /// Appends the page's `heading` and one line for each of its links.
 void appendLines(std::string& text, const std::string& heading, const WebPage& page);
-
-/// Appends one JSON object a line for each link of the page, and one for a page that can't be read.
-void appendJson(std::string& text, const WebPage& page);
-/// Appends an object for a file that is reported as a whole.
-void appendJson(std::string& text, std::string_view key, std::string_view subpath);
 
 /// The part of a command's help that describes the options of every report.
 inline constexpr std::string_view reportOptionsHelp =
