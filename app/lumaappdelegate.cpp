@@ -94,7 +94,8 @@ QVariantMap LUMAAppDelegate::initialValues()
     const QVariantMap record = siteTemplate();
     return {{Preferences::sitesArrayData, archiveSites({record})},
             {Preferences::siteTemplate, record},
-            {Preferences::excludedFolders, QStringLiteral("folder1, folder2")}};
+            {Preferences::excludedFolders, QStringLiteral("folder1, folder2")},
+            {Preferences::fragmentsAreChecked, true}};
 }
 
 void LUMAAppDelegate::endStrayWatchers(const CommandRunner& shell)

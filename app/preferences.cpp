@@ -48,12 +48,29 @@ QVariant Preferences::value(const QString& key) const
     return m_settings.contains(key) ? m_settings.value(key) : m_initialValues.value(key);
 }
 
-QString Preferences::excludedFolderNames() const
+QString Preferences::namesAt(QLatin1StringView key) const
 {
     // The file's format turns unquoted names with commas between them into a list.
-    const QVariant names = value(excludedFolders);
+    const QVariant names = value(key);
     return names.typeId() == QMetaType::QStringList ? names.toStringList().join(QStringLiteral(", "))
                                                     : names.toString();
+}
+
+ReportChoices Preferences::reportChoices() const
+{
+    ReportChoices choices;
+    choices.excludedFolders = excludedFolderNames();
+    choices.linkRules = value(linksByLetter).toBool() ? LinkRules::Letter : LinkRules::Browser;
+    choices.webRules.extensionsMayBeLeftOut = value(extensionsMayBeLeftOut).toBool();
+    choices.webRules.fragmentsAreChecked = value(fragmentsAreChecked).toBool();
+    std::vector<std::string> names;
+    for (const QString& name : indexPageNames().split(QLatin1Char(','))) {
+        if (!name.trimmed().isEmpty())
+            names.push_back(name.trimmed().toStdString());
+    }
+    if (!names.empty())
+        choices.webRules.indexNames = std::move(names);
+    return choices;
 }
 
 Result<void> Preferences::save()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/result.h"
+#include "browser/panehost.h"
 
 #include <QSettings>
 #include <QVariantMap>
@@ -19,6 +20,11 @@ public:
     static constexpr QLatin1StringView excludedFolders{"ExcludedFolders"};
     static constexpr QLatin1StringView tidiesPages{"TidyPagesWhenSaved"}; // false until the user wants it
 
+    static constexpr QLatin1StringView linksByLetter{"LinksByLetter"};
+    static constexpr QLatin1StringView indexPages{"IndexPages"}; // empty: the usual names
+    static constexpr QLatin1StringView extensionsMayBeLeftOut{"ExtensionsMayBeLeftOut"};
+    static constexpr QLatin1StringView fragmentsAreChecked{"FragmentsAreChecked"};
+
     /// Before anything is written, `file` gets mode 0600; a new folder for it gets mode 0700.
     explicit Preferences(const QString& file, QVariantMap initialValues = {});
 
@@ -27,13 +33,18 @@ public:
 
     [[nodiscard]] QVariant value(const QString& key) const;
     /// As the user has written them, separated by commas.
-    [[nodiscard]] QString excludedFolderNames() const;
+    [[nodiscard]] QString excludedFolderNames() const { return namesAt(excludedFolders); }
+    [[nodiscard]] QString indexPageNames() const { return namesAt(indexPages); }
+    /// All but a site's own web addresses.
+    [[nodiscard]] ReportChoices reportChoices() const;
 
     /// Kept in memory until save().
     void setValue(const QString& key, const QVariant& value) { m_settings.setValue(key, value); }
     Result<void> save();
 
 private:
+    [[nodiscard]] QString namesAt(QLatin1StringView key) const;
+
     QSettings m_settings;
     QVariantMap m_initialValues;
 };

@@ -11,6 +11,7 @@ PreferencesDialog::PreferencesDialog(Preferences& preferences, QWidget* parent)
 {
     m_ui->setupUi(this);
     m_ui->tidiesPages->setChecked(preferences.value(Preferences::tidiesPages).toBool());
+    showLinks();
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->excludedFolders->setText(preferences.excludedFolderNames());
@@ -20,10 +21,42 @@ PreferencesDialog::PreferencesDialog(Preferences& preferences, QWidget* parent)
 
 PreferencesDialog::~PreferencesDialog() = default;
 
+void PreferencesDialog::showLinks()
+{
+    m_ui->linkRules->setCurrentIndex(m_preferences.value(Preferences::linksByLetter).toBool() ? 1 : 0);
+    m_ui->indexPages->setText(m_preferences.indexPageNames());
+    QStringList usual;
+    for (const std::string& name : WebRules().indexNames)
+        usual.append(QString::fromStdString(name));
+    m_ui->indexPages->setPlaceholderText(usual.join(QStringLiteral(", ")));
+    m_ui->extensionsMayBeLeftOut->setChecked(
+        m_preferences.value(Preferences::extensionsMayBeLeftOut).toBool());
+    m_ui->fragmentsAreChecked->setChecked(m_preferences.value(Preferences::fragmentsAreChecked).toBool());
+    const auto enableForBrowser = [this] {
+        const bool asBrowser = m_ui->linkRules->currentIndex() == 0;
+        for (QWidget* widget :
+             {static_cast<QWidget*>(m_ui->indexPages), static_cast<QWidget*>(m_ui->indexPagesLabel),
+              static_cast<QWidget*>(m_ui->extensionsMayBeLeftOut),
+              static_cast<QWidget*>(m_ui->fragmentsAreChecked)})
+            widget->setEnabled(asBrowser);
+    };
+    connect(m_ui->linkRules, &QComboBox::currentIndexChanged, this, enableForBrowser);
+    enableForBrowser();
+}
+
+void PreferencesDialog::storeLinks()
+{
+    m_preferences.setValue(Preferences::linksByLetter, m_ui->linkRules->currentIndex() == 1);
+    m_preferences.setValue(Preferences::indexPages, m_ui->indexPages->text());
+    m_preferences.setValue(Preferences::extensionsMayBeLeftOut, m_ui->extensionsMayBeLeftOut->isChecked());
+    m_preferences.setValue(Preferences::fragmentsAreChecked, m_ui->fragmentsAreChecked->isChecked());
+}
+
 void PreferencesDialog::accept()
 {
     m_preferences.setValue(Preferences::excludedFolders, m_ui->excludedFolders->text());
     m_preferences.setValue(Preferences::tidiesPages, m_ui->tidiesPages->isChecked());
+    storeLinks();
     // A failure is reported at quit, when the list is saved to the same file.
     (void)m_preferences.save();
     QDialog::accept();

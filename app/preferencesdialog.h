@@ -28,6 +28,9 @@ public:
 private:
     Preferences& m_preferences;
     std::unique_ptr<Ui::PreferencesDialog> m_ui;
+
+    void showLinks();
+    void storeLinks();
 };
 
 } // namespace luma

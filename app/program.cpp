@@ -95,7 +95,7 @@ Result<void> Program::openFolders(const CommandLine& line)
 void Program::openSite(const SiteList::Record& siteDict)
 {
     HaldenDoc::Services services = HaldenDoc::standardServices();
-    services.excludedFolders = [this] { return m_preferences.excludedFolderNames(); };
+    services.reportChoices = [this] { return m_preferences.reportChoices(); };
     auto* const window = new HaldenDoc(siteDict, std::move(services));
     window->restoreLayoutState(m_preferences.value(siteLayoutKey).toByteArray());
     connect(window, &HaldenDoc::windowWillClose, this,

@@ -21,6 +21,8 @@ SiteForm::SiteForm(QWidget* parent) : QWidget(parent), m_ui(std::make_unique<Ui:
                                   tr("Destination: the web server"));
     connect(m_ui->siteID, &QLineEdit::textEdited, this,
             [this](const QString& name) { m_record->setSiteID(name); });
+    connect(m_ui->webAddress, &QLineEdit::textEdited, this,
+            [this](const QString& text) { m_record->setWebAddressText(text); });
     connect(m_ui->openButton, &QPushButton::clicked, this, &SiteForm::openRequested);
     setRecord(nullptr);
 }
@@ -46,15 +48,19 @@ void SiteForm::setRecord(const std::shared_ptr<SiteRecord>& record)
     destinationDict->setEndpoint(record ? record->destinationDict() : nullptr);
     setEnabled(record != nullptr);
     if (record)
-        connect(record.get(), &SiteRecord::changed, this, &SiteForm::showName);
-    showName();
+        connect(record.get(), &SiteRecord::changed, this, &SiteForm::showTexts);
+    showTexts();
 }
 
-void SiteForm::showName()
+void SiteForm::showTexts()
 {
-    const QString name = m_record ? m_record->siteID() : QString();
-    if (m_ui->siteID->text() != name)
-        m_ui->siteID->setText(name);
+    // Setting the same text would move the cursor while the user is typing.
+    const auto show = [](QLineEdit& field, const QString& text) {
+        if (field.text() != text)
+            field.setText(text);
+    };
+    show(*m_ui->siteID, m_record ? m_record->siteID() : QString());
+    show(*m_ui->webAddress, m_record ? m_record->webAddressText() : QString());
 }
 
 void SiteForm::editName()

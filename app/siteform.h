@@ -14,7 +14,7 @@ class SiteForm;
 
 namespace luma {
 
-/// The selected site as a form: its name, its two endpoints, and the button that opens it. The endpoints are
+/// The selected site as a form: its name, its web address, its two endpoints, and the button that opens it. The endpoints are
 /// side by side if there is room, otherwise one above the other. Edits go straight to the record. Main thread
 /// only.
 class SiteForm final : public QWidget
@@ -41,7 +41,7 @@ protected:
 
 private:
     EndpointForm* addEndpoint(SiteSide side, const QString& name, const QString& title);
-    void showName();
+    void showTexts();
 
     std::unique_ptr<Ui::SiteForm> m_ui;
     EndpointForm* sourceDict = nullptr;

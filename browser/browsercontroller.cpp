@@ -10,6 +10,7 @@
 #include "browser/filejobs.h"
 #include "browser/folderwatcher.h"
 #include "browser/linkjobs.h"
+#include "browser/linkreportpanel.h"
 #include "browser/paneconnection.h"
 #include "browser/panehost.h"
 #include "browser/panemenu.h"
@@ -36,6 +37,7 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
       m_fileJobs(new FileJobs(m_widget)),
       m_connection(new PaneConnection(std::move(mounter), this)),
       m_linkJobs(new LinkJobs(host.progress(), this)),
+      m_reportPanel(new LinkReportPanel(m_widget)),
       unlinkedItemsPanel(new UnlinkedItemsPanel(m_widget))
 {
     m_ui->setupUi(m_widget);
@@ -111,6 +113,10 @@ void BrowserController::connectLinks()
 {
     const auto reveal = [this](const std::filesystem::path& file) { browser().reveal(file); };
     connect(m_linkJobs, &LinkJobs::fileActivated, this, reveal);
+    connect(m_reportPanel, &LinkReportPanel::fileActivated, this, reveal);
+    connect(m_reportPanel, &LinkReportPanel::restartRequested, this, &BrowserController::startReport);
+    connect(m_reportPanel, &LinkReportPanel::pageActivated, this,
+            [this](const std::filesystem::path& page) { emit openRequested(page, m_mountPath); });
     connect(unlinkedItemsPanel, &UnlinkedItemsPanel::fileActivated, this, reveal);
     connect(unlinkedItemsPanel, &UnlinkedItemsPanel::restartRequested, this,
             &BrowserController::startFindUnlinkedItems);
@@ -244,6 +250,7 @@ void BrowserController::folderChanged()
 {
     printLine("folderChanged at path = " + m_mountPath.string());
     browser().refresh();
+    m_reportPanel->siteChanged();
 }
 
 std::filesystem::path BrowserController::pathOf(const QModelIndex& item) const
@@ -304,30 +311,47 @@ void BrowserController::deleteSelectedItems()
 void BrowserController::showLinksFromItem()
 {
     if (const QModelIndex item = browser().clickedItem(); item.isValid())
-        m_linkJobs->showLinks(m_mountPath, pathOf(item), LinkJobs::Direction::From);
+        startReport(LinkReportRun::Kind::LinksFrom, pathOf(item));
 }
 
 void BrowserController::showLinksToItem()
 {
     if (const QModelIndex item = browser().clickedItem(); item.isValid())
-        m_linkJobs->showLinks(m_mountPath, pathOf(item), LinkJobs::Direction::To);
+        startReport(LinkReportRun::Kind::LinksTo, pathOf(item));
 }
 
 void BrowserController::startFindMissingLinks()
 {
-    if (rootNode())
-        m_linkJobs->findMissingLinks(m_mountPath);
+    startReport(LinkReportRun::Kind::MissingLinks, {});
+}
+
+/// As a table, or by the letter as a log.
+void BrowserController::startReport(LinkReportRun::Kind kind, const std::filesystem::path& item)
+{
+    using Kind = LinkReportRun::Kind;
+    if (!rootNode())
+        return;
+    const ReportChoices choices = parentDoc.reportChoices();
+    if (choices.linkRules == LinkRules::Browser)
+        m_reportPanel->begin({kind, m_mountPath, item, {}}, choices);
+    else if (kind == Kind::MissingLinks)
+        m_linkJobs->findMissingLinks(m_mountPath, choices);
+    else
+        m_linkJobs->showLinks(m_mountPath, item,
+                              kind == Kind::LinksFrom ? LinkJobs::Direction::From : LinkJobs::Direction::To,
+                              choices);
 }
 
 void BrowserController::stopFindMissingLinks()
 {
     m_linkJobs->stopReport();
+    m_reportPanel->stop();
 }
 
 void BrowserController::startFindUnlinkedItems()
 {
     if (rootNode())
-        unlinkedItemsPanel->startFindUnlinkedItems(m_mountPath, parentDoc.excludedFolders());
+        unlinkedItemsPanel->startFindUnlinkedItems(m_mountPath, parentDoc.reportChoices().excludedFolders);
 }
 
 void BrowserController::stopFindUnlinkedItems()

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "browser/filesystemnode.h"
+#include "browser/linkreportrun.h"
 #include "browser/mountstep.h"
 
 #include <QObject>
@@ -23,6 +24,7 @@ class ConfigPanel;
 class FileJobs;
 class FolderWatcher;
 class LinkJobs;
+class LinkReportPanel;
 class ObservedDictionary;
 class PaneConnection;
 class PaneHost;
@@ -95,6 +97,7 @@ private:
     FileJobs* m_fileJobs = nullptr;
     PaneConnection* m_connection = nullptr;
     LinkJobs* m_linkJobs = nullptr;
+    LinkReportPanel* m_reportPanel = nullptr;
     UnlinkedItemsPanel* unlinkedItemsPanel = nullptr;
     std::filesystem::path m_mountPath;
     bool m_isShare = false;
@@ -115,6 +118,7 @@ private:
     void doBrowserClick(const QModelIndex& item);
     void refreshLater(const Paths& select);
     void showBusy();
+    void startReport(LinkReportRun::Kind kind, const std::filesystem::path& item);
     [[nodiscard]] std::filesystem::path pathOf(const QModelIndex& item) const;
 };
 

@@ -6,6 +6,7 @@
 #include "browser/displaytext.h"
 #include "browser/joblog.h"
 #include "browser/panehost.h"
+#include "links/browserreports.h"
 #include "links/linkreports.h"
 
 #include <system_error>
@@ -40,6 +41,53 @@ void addFindings(JobLog& log, const PageFindings& page)
         line.pop_back();
         log.addLine(line);
     }
+}
+
+void addPage(JobLog& log, const fs::path& site, const WebPage& page)
+{
+    log.addLine((site / page.path).native(), site / page.path);
+    if (!page.unreadable.empty())
+        log.addLine("    *** UNREADABLE *** " + page.unreadable);
+    std::string line;
+    for (const WebLink& link : page.links) {
+        line.assign("    ").append(nameOf(link.place)).append(" : ").append(link.value);
+        if (link.state == LinkState::Missing)
+            line += "    *** MISSING ***";
+        log.addLine(line);
+    }
+}
+
+void listLinksFrom(JobLog& log, const fs::path& site, const fs::path& item, const ReportChoices& choices)
+{
+    if (choices.linkRules == LinkRules::Letter) {
+        if (const PageFindings page = findLinksFrom(item); page.isPage)
+            addFindings(log, page);
+    } else if (const auto page = checkWebPage(site, item, choices.webRules); page) {
+        addPage(log, site, *page);
+    } else {
+        log.addLine(page.error().text);
+    }
+}
+
+Result<bool> listLinksTo(JobLog& log, const fs::path& site, const fs::path& item,
+                         const ReportChoices& choices, const StillWanted& stillWanted)
+{
+    const auto add = [&](const std::string& subpath) { log.addLine(subpath, site / subpath); };
+    if (choices.linkRules == LinkRules::Letter)
+        return findLinksTo(site, item, add, stillWanted);
+    return findWebLinksTo(
+        site, item, choices.webRules, [&](const WebPage& page) { add(page.path); }, stillWanted);
+}
+
+Result<bool> listAllLinks(JobLog& log, const fs::path& site, const ReportChoices& choices,
+                          const StillWanted& stillWanted)
+{
+    if (choices.linkRules == LinkRules::Letter)
+        return findMissingLinks(
+            site, FindingsKept::All, [&](const PageFindings& page) { addFindings(log, page); }, stillWanted);
+    return checkWebLinks(
+        site, choices.webRules, FindingsKept::All, [&](const WebPage& page) { addPage(log, site, page); },
+        stillWanted);
 }
 
 void addError(JobLog& log, const Result<bool>& done)
@@ -208,29 +256,26 @@ void LinkJobs::beginUpdate(const fs::path& site, std::function<MoveOutcome(LinkU
           });
 }
 
-void LinkJobs::showLinks(const fs::path& site, const fs::path& item, Direction direction)
+void LinkJobs::showLinks(const fs::path& site, const fs::path& item, Direction direction,
+                         const ReportChoices& choices)
 {
     const bool isFrom = direction == Direction::From;
     const QString status =
         isFrom ? QStringLiteral("Listing all links from: ") : QStringLiteral("Listing all links to: ");
     begin(Kind::Report, status + displayText(item.native()),
-          [site, item, isFrom](const WorkItemPointer& token, JobLog& log) {
-              if (isFrom) {
-                  if (const PageFindings page = findLinksFrom(item); page.isPage)
-                      addFindings(log, page);
-                  return;
-              }
-              const auto add = [&](const std::string& subpath) { log.addLine(subpath, site / subpath); };
-              addError(log, findLinksTo(site, item, add, wantedAs(token)));
+          [site, item, isFrom, choices](const WorkItemPointer& token, JobLog& log) {
+              if (isFrom)
+                  listLinksFrom(log, site, item, choices);
+              else
+                  addError(log, listLinksTo(log, site, item, choices, wantedAs(token)));
           });
 }
 
-void LinkJobs::findMissingLinks(const fs::path& site)
+void LinkJobs::findMissingLinks(const fs::path& site, const ReportChoices& choices)
 {
     begin(Kind::Report, QStringLiteral("Checking source files for missing links (*** MISSING ***)"),
-          [site](const WorkItemPointer& token, JobLog& log) {
-              const auto add = [&log](const PageFindings& page) { addFindings(log, page); };
-              addError(log, luma::findMissingLinks(site, FindingsKept::All, add, wantedAs(token)));
+          [site, choices](const WorkItemPointer& token, JobLog& log) {
+              addError(log, listAllLinks(log, site, choices, wantedAs(token)));
           });
 }
 

@@ -16,6 +16,7 @@ namespace luma {
 
 class JobLog;
 class ProgressReporter;
+struct ReportChoices;
 
 /// The jobs of a pane that work on the links of its site and report to the window's progress panel: link
 /// updates after a drop or a rename, and the reports on links. Each runs in the background on copies of its
@@ -39,9 +40,10 @@ public:
     void updateAfterRename(const std::filesystem::path& site, const std::filesystem::path& oldPath,
                            const std::filesystem::path& newPath);
     /// Lists the links from or to an item.
-    void showLinks(const std::filesystem::path& site, const std::filesystem::path& item, Direction direction);
+    void showLinks(const std::filesystem::path& site, const std::filesystem::path& item, Direction direction,
+                   const ReportChoices& choices);
     /// Lists all links of all pages and marks the missing ones.
-    void findMissingLinks(const std::filesystem::path& site);
+    void findMissingLinks(const std::filesystem::path& site, const ReportChoices& choices);
     /// Ends a report at once, with the same last line as a complete one; ends a link update at its next page.
     void stop();
     /// Ends the report that is running, if any.

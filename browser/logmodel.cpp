@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "site/logmodel.h"
+#include "browser/logmodel.h"
 
 namespace luma {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "site/logview.h"
+#include "browser/logview.h"
 
 #include <QApplication>
 #include <QClipboard>

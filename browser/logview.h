@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "site/logmodel.h"
+#include "browser/logmodel.h"
 
 #include <QTableView>
 #include <QTimer>

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "links/webrules.h"
+
 #include <QObject>
 #include <QString>
 
@@ -35,6 +37,14 @@ signals:
     void lineActivated(int number);
 };
 
+/// What the user has chosen for the reports on a site.
+struct ReportChoices
+{
+    LinkRules linkRules = LinkRules::Browser;
+    WebRules webRules = {};       // for LinkRules::Browser
+    QString excludedFolders = {}; // that the report on unlinked items skips, names separated by commas
+};
+
 /// What a pane needs of its window. Main thread only; outlives its panes.
 class PaneHost
 {
@@ -44,8 +54,7 @@ public:
     /// Called when a pane has connected to a server: checks whether rsync over ssh can be used.
     virtual void checkConnectionOK() = 0;
     virtual ProgressReporter& progress() = 0;
-    /// The names of the folders that the report on unlinked items skips, separated by commas.
-    [[nodiscard]] virtual QString excludedFolders() const = 0;
+    [[nodiscard]] virtual ReportChoices reportChoices() const = 0;
 
 protected:
     PaneHost() = default;

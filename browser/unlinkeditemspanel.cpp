@@ -99,7 +99,7 @@ bool UnlinkedItemsPanel::windowShowsASheet() const
 {
     const auto dialogs = parentWidget()->window()->findChildren<QDialog*>();
     return std::any_of(dialogs.begin(), dialogs.end(),
-                       [](const QDialog* dialog) { return dialog->isVisible(); });
+                       [](const QDialog* dialog) { return dialog->isVisible() && dialog->isModal(); });
 }
 
 void UnlinkedItemsPanel::startFindUnlinkedItems(const fs::path& site, const QString& excludedFolders)

@@ -77,14 +77,14 @@ HaldenDoc::Services HaldenDoc::standardServices()
     return {.remoteLogin = {.checkConnection = checkConnection, .setUp = setUp},
             .runProgram = &luma::runProgram,
             .mounter = mounter,
-            .excludedFolders = {}};
+            .reportChoices = {}};
 }
 
 HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QWidget* parent)
     : QMainWindow(parent),
       m_ui(std::make_unique<Ui::HaldenDoc>()),
       m_record(std::move(siteDict)),
-      m_excludedFolders(std::move(services.excludedFolders)),
+      m_reportChoices(std::move(services.reportChoices)),
       m_remoteLogin(m_record->destinationDict(), std::move(services.remoteLogin)),
       m_engine(*m_record, std::move(services.runProgram), [this] { return sides(); })
 {
@@ -279,9 +279,11 @@ ProgressReporter& HaldenDoc::progress()
     return *m_progressPanel;
 }
 
-QString HaldenDoc::excludedFolders() const
+ReportChoices HaldenDoc::reportChoices() const
 {
-    return m_excludedFolders ? m_excludedFolders() : QString();
+    ReportChoices choices = m_reportChoices ? m_reportChoices() : ReportChoices();
+    choices.webRules.webAddresses = m_record->webAddresses();
+    return choices;
 }
 
 SyncSides HaldenDoc::sides() const

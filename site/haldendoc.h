@@ -38,8 +38,8 @@ public:
         RemoteLogin::Calls remoteLogin;
         ProgramRunner runProgram;
         std::shared_ptr<VolumeMounter> mounter;
-        /// See PaneHost::excludedFolders; may be null.
-        std::function<QString()> excludedFolders;
+        /// All but the site's web addresses, which are in its record; may be null.
+        std::function<ReportChoices()> reportChoices;
     };
     /// The real services: ssh, expect, the shell and the desktop's network file systems.
     static Services standardServices();
@@ -63,7 +63,7 @@ public:
     // PaneHost
     void checkConnectionOK() override;
     ProgressReporter& progress() override;
-    [[nodiscard]] QString excludedFolders() const override;
+    [[nodiscard]] ReportChoices reportChoices() const override;
 
     void setUpRsync();
     /// Opens the sync panel and compares in `direction`.
@@ -82,7 +82,7 @@ private:
     std::shared_ptr<SiteRecord> m_record;
     BrowserController* m_source = nullptr;
     BrowserController* m_destination = nullptr;
-    std::function<QString()> m_excludedFolders;
+    std::function<ReportChoices()> m_reportChoices;
     RemoteLogin m_remoteLogin;
     SyncEngine m_engine;
     ProgressPanel* m_progressPanel = nullptr;

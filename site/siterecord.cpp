@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/siterecord.h"
 
+#include <QRegularExpression>
+
 namespace luma {
 
 namespace {
 
 constexpr QLatin1StringView siteIDKey{"siteID"};
+constexpr QLatin1StringView webAddressKey{"WebAddress"};
 constexpr QLatin1StringView sourceKey{"sourceDict"};
 constexpr QLatin1StringView destinationKey{"destinationDict"};
 constexpr QLatin1StringView ignoredNamesKey{"IgnoredNames"};
@@ -56,6 +59,27 @@ QString SiteRecord::siteID() const
 void SiteRecord::setSiteID(const QString& name)
 {
     m_values.setValue(siteIDKey, name);
+}
+
+QString SiteRecord::webAddressText() const
+{
+    return m_values.string(webAddressKey);
+}
+
+void SiteRecord::setWebAddressText(const QString& text)
+{
+    m_values.setValue(webAddressKey, text);
+}
+
+std::vector<std::string> SiteRecord::webAddresses() const
+{
+    static const QRegularExpression blanks(QStringLiteral("\\s+"));
+    std::vector<std::string> addresses;
+    for (const QString& address : webAddressText().split(blanks, Qt::SkipEmptyParts)) {
+        const bool hasScheme = address.contains(QLatin1StringView("//"));
+        addresses.push_back((hasScheme ? address : QStringLiteral("https://") + address).toStdString());
+    }
+    return addresses;
 }
 
 QStringList SiteRecord::untickedNames(Direction direction) const

@@ -4,6 +4,8 @@
 #include "base/observeddictionary.h"
 
 #include <memory>
+#include <string>
+#include <vector>
 
 namespace luma {
 
@@ -27,6 +29,12 @@ public:
 
     [[nodiscard]] QString siteID() const;
     void setSiteID(const QString& name);
+
+    /// The site's addresses on the web as the user has written them, with blanks between.
+    [[nodiscard]] QString webAddressText() const;
+    void setWebAddressText(const QString& text);
+    /// The same one by one, as WebRules needs them; "https://" is added to one without a scheme.
+    [[nodiscard]] std::vector<std::string> webAddresses() const;
 
     [[nodiscard]] const std::shared_ptr<ObservedDictionary>& sourceDict() const { return m_source; }
     [[nodiscard]] const std::shared_ptr<ObservedDictionary>& destinationDict() const { return m_destination; }

@@ -235,6 +235,7 @@ private slots:
     {
         launch();
         typeInto(find<QLineEdit>("siteID"), "Café");
+        typeInto(find<QLineEdit>("webAddress"), " http://a.example/docs  www.b.example ");
         typeInto(find<QLineEdit>("password", "destinationDict"), "p'w\"%");
         QTest::mouseClick(find<QCheckBox>("autoconnect", "sourceDict"), Qt::LeftButton, {}, QPoint(8, 8));
         auto* protocol = find<QComboBox>("protocol", "destinationDict");
@@ -246,9 +247,47 @@ private slots:
         launch();
         const SiteList::Record record = m_delegate->sites().record(0);
         QCOMPARE(record->siteID(), QStringLiteral("Café"));
+        QCOMPARE(find<QLineEdit>("webAddress")->text(), " http://a.example/docs  www.b.example ");
+        QCOMPARE(record->webAddresses(),
+                 (std::vector<std::string>{"http://a.example/docs", "https://www.b.example"}));
         QCOMPARE(record->destinationDict()->value(endpoint::password), QVariant(QStringLiteral("p'w\"%")));
         QCOMPARE(record->destinationDict()->value(endpoint::protocol), QVariant(QStringLiteral("dav://")));
         QCOMPARE(record->sourceDict()->value(endpoint::autoconnect), QVariant(qlonglong{0}));
+    }
+
+    void preferences_areStoredByOkAlone()
+    {
+        launch();
+        for (const char* button : {"Cancel", "OK"}) {
+            m_delegate->showPreferences();
+            auto* dialog = find<QDialog>("preferencesDialog");
+            QVERIFY(!dialog->findChild<QCheckBox*>("tidiesPages")->isChecked());
+            QVERIFY(dialog->findChild<QCheckBox*>("fragmentsAreChecked")->isChecked());
+            for (const char* box : {"tidiesPages", "extensionsMayBeLeftOut", "fragmentsAreChecked"})
+                dialog->findChild<QCheckBox*>(box)->click();
+            auto* names = dialog->findChild<QLineEdit*>("indexPages");
+            QVERIFY(names->placeholderText().startsWith("index.html, index.htm, "));
+            typeInto(names, "home.html, start.php");
+            test::saveScreenshots(*dialog, "preferences");
+            auto* rules = dialog->findChild<QComboBox*>("linkRules");
+            rules->setFocus();
+            QTest::keyClick(rules, Qt::Key_Down);
+            QVERIFY(!names->isEnabled());
+            for (QAbstractButton* choice : dialog->findChildren<QAbstractButton*>()) {
+                if (choice->text().remove(u'&') == QLatin1StringView(button))
+                    choice->click();
+            }
+            QTRY_VERIFY(!find<QDialog>("preferencesDialog"));
+            const bool isStored = *button == 'O';
+            const Preferences stored(file(), LUMAAppDelegate::initialValues());
+            const ReportChoices choices = stored.reportChoices();
+            QCOMPARE(stored.value(Preferences::tidiesPages).toBool(), isStored);
+            QCOMPARE(choices.linkRules == LinkRules::Letter, isStored);
+            QCOMPARE(choices.webRules.extensionsMayBeLeftOut, isStored);
+            QCOMPARE(choices.webRules.fragmentsAreChecked, !isStored);
+            QCOMPARE(choices.webRules.indexNames,
+                     isStored ? (std::vector<std::string>{"home.html", "start.php"}) : WebRules().indexNames);
+        }
     }
 
     void password_isMaskedUntilShownAndAgainForTheNextSite()

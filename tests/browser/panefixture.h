@@ -72,7 +72,7 @@ public:
 
     void checkConnectionOK() override {}
     ProgressReporter& progress() override { return report; }
-    QString excludedFolders() const override { return {}; }
+    ReportChoices reportChoices() const override { return choices; }
 
     Site folder{{{"index.html", ""},
                  {"css/main.css", ""},
@@ -80,6 +80,7 @@ public:
                  {"images/logo.png", ""},
                  {".htaccess", ""}}};
     Recorder report;
+    ReportChoices choices;
     std::shared_ptr<ObservedDictionary> endpoint = std::make_shared<ObservedDictionary>();
     QMainWindow window;
     BrowserController* pane = nullptr;

@@ -24,7 +24,7 @@ private slots:
         Recorder progress;
         LinkJobs jobs(progress, this);
         progress.whenAppended = [&jobs] { jobs.stop(); };
-        jobs.findMissingLinks(site.root());
+        jobs.findMissingLinks(site.root(), {.linkRules = LinkRules::Letter});
         QTRY_VERIFY(!progress.isRunning());
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         QCoreApplication::processEvents();
@@ -39,7 +39,7 @@ private slots:
         progress.begin(QString());
         progress.append(QStringLiteral("another's"));
         LinkJobs jobs(progress, this);
-        jobs.findMissingLinks(site.root());
+        jobs.findMissingLinks(site.root(), {});
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         QCOMPARE(progress.log, QStringLiteral("another's"));
         QVERIFY(progress.isRunning());

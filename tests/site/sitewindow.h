@@ -6,8 +6,8 @@
 #include "browser/browsercontroller.h"
 #include "browser/browserlistview.h"
 #include "browser/endpoint.h"
+#include "browser/logview.h"
 #include "site/haldendoc.h"
-#include "site/logview.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/mainthread.h"
 #include "tests/support/unavailablemounter.h"
@@ -32,7 +32,7 @@ namespace luma::test {
 class SiteWindow final
 {
 public:
-    /// Between the two local folders, connected.
+    /// Between the two local folders, connected. Links are read by the letter.
     explicit SiteWindow(const TwoFolders& folders) : SiteWindow(folders.sending(), folders.receiving()) {}
     SiteWindow(const std::filesystem::path& source, const std::filesystem::path& destination)
         : SiteWindow(std::make_shared<SiteRecord>(QVariantMap{{"sourceDict", localFolder(source)},
@@ -40,7 +40,10 @@ public:
                      {.remoteLogin = {},
                       .runProgram = {},
                       .mounter = std::make_shared<UnavailableMounter>(),
-                      .excludedFolders = [] { return "old, images"; }})
+                      .reportChoices = [] {
+                          return ReportChoices{.linkRules = LinkRules::Letter,
+                                               .excludedFolders = "old, images"};
+                      }})
     {
         if (!QTest::qWaitFor([this] { return isConnected(); }, 60'000))
             qFatal("the panes did not connect");

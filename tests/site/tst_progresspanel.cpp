@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "site/logview.h"
+#include "browser/logview.h"
 #include "site/progresspanel.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/registry.h"
