@@ -2,7 +2,6 @@
 #include "links/pageplanner.h"
 
 #include "base/utf8.h"
-#include "html/placedtext.h"
 #include "links/writtenreference.h"
 
 #include <algorithm>
@@ -12,30 +11,6 @@ namespace luma {
 namespace {
 
 using Kind = LinkTarget::Kind;
-
-// Places of the page's text in the bytes of its file.
-class FilePlaces final
-{
-public:
-    FilePlaces(std::string_view bytes, const SitePageReader& page) : m_start(page.encoding().markLength)
-    {
-        if (!page.isDecoded())
-            return;
-        m_decoded = decodedWithPlaces(bytes.substr(m_start), page.encoding().encoding);
-        m_isUsable = m_decoded.text == page.unmaskedText();
-    }
-
-    [[nodiscard]] bool isUsable() const { return m_isUsable; }
-    [[nodiscard]] std::size_t operator()(std::size_t place) const
-    {
-        return m_start + (m_decoded.places.empty() ? place : m_decoded.places[place]);
-    }
-
-private:
-    std::size_t m_start;
-    PlacedText m_decoded;
-    bool m_isUsable = true;
-};
 
 // The part of a text that differs from another one; whole characters.
 struct Difference
@@ -74,12 +49,12 @@ Result<std::vector<LinkEdit>> PagePlanner::editsOf(std::string_view bytes, const
                                                    const std::string& newPath)
 {
     const std::string_view name = std::string_view(oldPath).substr(oldPath.rfind('/') + 1);
-    m_reader.parse(bytes, name);
+    m_reader.parse(bytes, name, SitePageReader::FilePlaces::Known);
     const std::vector<Change> wanted = changes(oldPath, newPath);
     if (wanted.empty())
         return std::vector<LinkEdit>();
-    auto edits = written(bytes, wanted);
-    if (edits && !readsAsPlanned(withEdits(bytes, *edits), name, wanted))
+    std::vector<LinkEdit> edits = written(bytes, wanted);
+    if (!readsAsPlanned(withEdits(bytes, edits), name, wanted))
         return Error{"its links can't be changed without changing more, so they stay as they are"};
     return edits;
 }
@@ -128,12 +103,8 @@ std::optional<std::string> PagePlanner::changed(std::string_view value, const Si
     return respelled == value ? std::nullopt : std::optional(respelled);
 }
 
-Result<std::vector<LinkEdit>> PagePlanner::written(std::string_view bytes,
-                                                   const std::vector<Change>& changes) const
+std::vector<LinkEdit> PagePlanner::written(std::string_view bytes, const std::vector<Change>& changes) const
 {
-    const FilePlaces places(bytes, m_reader);
-    if (!places.isUsable())
-        return Error{"its encoding can't be written"};
     const Encoding& encoding = m_reader.encoding().encoding;
     const std::string_view text = m_reader.unmaskedText();
     std::vector<LinkEdit> edits;
@@ -146,8 +117,8 @@ Result<std::vector<LinkEdit>> PagePlanner::written(std::string_view bytes,
         const Difference differ = differenceOf(raw, anew);
         const std::string_view inserted =
             std::string_view(anew).substr(differ.begin, differ.newEnd - differ.begin);
-        const std::size_t begin = places(reference.begin + differ.begin);
-        const std::size_t end = places(reference.begin + differ.oldEnd);
+        const std::size_t begin = m_reader.placeInFile(reference.begin + differ.begin);
+        const std::size_t end = m_reader.placeInFile(reference.begin + differ.oldEnd);
         line += static_cast<std::uint32_t>(
             std::count(text.begin() + static_cast<std::ptrdiff_t>(counted),
                        text.begin() + static_cast<std::ptrdiff_t>(reference.begin), '\n'));
@@ -163,7 +134,7 @@ Result<std::vector<LinkEdit>> PagePlanner::written(std::string_view bytes,
 bool PagePlanner::readsAsPlanned(std::string_view bytes, std::string_view name,
                                  const std::vector<Change>& changes)
 {
-    m_second.parse(bytes, name);
+    m_second.parse(bytes, name, SitePageReader::FilePlaces::Known);
     const PageReader& before = m_reader.page();
     const PageReader& after = m_second.page();
     auto next = changes.begin();

@@ -41,8 +41,8 @@ private:
     [[nodiscard]] std::optional<std::string> changed(std::string_view value,
                                                      const SiteAddresses::Page& oldPage,
                                                      const SiteAddresses::Page& newPage) const;
-    [[nodiscard]] Result<std::vector<LinkEdit>> written(std::string_view bytes,
-                                                        const std::vector<Change>& changes) const;
+    [[nodiscard]] std::vector<LinkEdit> written(std::string_view bytes,
+                                                const std::vector<Change>& changes) const;
     [[nodiscard]] bool readsAsPlanned(std::string_view bytes, std::string_view name,
                                       const std::vector<Change>& changes);
 

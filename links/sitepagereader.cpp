@@ -2,6 +2,7 @@
 #include "links/sitepagereader.h"
 
 #include "base/utf8.h"
+#include "html/placedtext.h"
 #include "links/servercode.h"
 #include "links/webrules.h"
 
@@ -43,7 +44,7 @@ Result<void> SitePageReader::read(const std::string& path)
     return {};
 }
 
-void SitePageReader::parse(std::string_view bytes, std::string_view name)
+void SitePageReader::parse(std::string_view bytes, std::string_view name, FilePlaces places)
 {
     const WebFileKind kind = webFileKind(name);
     const MarkupLanguage language = kind == WebFileKind::XmlPage      ? MarkupLanguage::Xml
@@ -51,9 +52,15 @@ void SitePageReader::parse(std::string_view bytes, std::string_view name)
                                                                       : MarkupLanguage::Html;
     m_encoding = encodingOf(bytes, language);
     m_text = bytes.substr(m_encoding.markLength);
-    m_isDecoded = !needsNoDecoding(m_text, m_encoding, language);
-    if (m_isDecoded) {
-        m_decoded = m_encoding.encoding.decoded(m_text);
+    m_places.clear();
+    if (!needsNoDecoding(m_text, m_encoding, language)) {
+        if (places == FilePlaces::Known) {
+            PlacedText decoded = decodedWithPlaces(m_text, m_encoding.encoding);
+            m_decoded = std::move(decoded.text);
+            m_places = std::move(decoded.places);
+        } else {
+            m_decoded = m_encoding.encoding.decoded(m_text);
+        }
         m_text = m_decoded;
     }
     m_unmasked = m_text;

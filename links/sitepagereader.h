@@ -6,8 +6,10 @@
 #include "html/pageencoding.h"
 #include "links/pagereader.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace luma {
 
@@ -22,8 +24,11 @@ public:
 
     /// Reads only the file's bytes, which are valid until the next read.
     Result<std::string_view> readBytes(const std::string& path) { return m_reader.read(path); }
-    /// Reads the addresses of a page whose file is called `name` and holds `bytes`, which must outlive what is read.
-    void parse(std::string_view bytes, std::string_view name);
+    enum class FilePlaces : std::uint8_t { Unknown, Known };
+
+    /// Reads the addresses of a page whose file is called `name` and holds `bytes`, which must outlive what is read. To know
+    /// the places in the file costs time where the page must be decoded.
+    void parse(std::string_view bytes, std::string_view name, FilePlaces places = FilePlaces::Unknown);
 
     [[nodiscard]] const PageReader& page() const { return m_page; }
     /// The page as UTF-8, without a byte-order mark; the places of the references count in it.
@@ -32,8 +37,11 @@ public:
     /// The same text with its server code.
     [[nodiscard]] std::string_view unmaskedText() const { return m_unmasked; }
     [[nodiscard]] const PageEncoding& encoding() const { return m_encoding; }
-    /// Whether the text differs from the file's bytes behind the byte-order mark.
-    [[nodiscard]] bool isDecoded() const { return m_isDecoded; }
+    /// Where in the file's bytes a place of the text is; only after parse() with FilePlaces::Known.
+    [[nodiscard]] std::size_t placeInFile(std::size_t place) const
+    {
+        return m_encoding.markLength + (m_places.empty() ? place : m_places[place]);
+    }
 
 private:
     FileReader m_reader;
@@ -43,7 +51,7 @@ private:
     std::string m_masked;
     std::string_view m_text;
     std::string_view m_unmasked;
-    bool m_isDecoded = false;
+    std::vector<std::uint32_t> m_places; // empty where the text is the bytes
     bool m_holdsServerCode = false;
 };
 

@@ -2,9 +2,10 @@
 # SPDX-License-Identifier: GPL-3.0-or-later
 """Prints the missing links of a site as a browser reads them: an independent reader for comparing reports.
 
-    browserreader.py SITE
+    browserreader.py SITE [--all]
 
-One line each, tab-separated and sorted: page, place, link, why ("file", "index", "place", "outside"). Pages are parsed
+One line each, tab-separated and sorted: page, place, link, why ("file", "index", "place", "outside"). With --all every
+link, in the order of each page, and behind it the file that it leads to; both may be empty. Pages are parsed
 by html5lib, style sheets and addresses read by regular expressions and urllib; nothing is shared with the program.
 """
 
@@ -155,6 +156,7 @@ class Reader:
     def __init__(self, root):
         self.root = root
         self.pages = {}
+        self.target = None
 
     def page(self, path):
         if path not in self.pages:
@@ -177,6 +179,7 @@ class Reader:
         return names
 
     def why_missing(self, path, place, link):
+        self.target = None
         page = self.page(path)
         if place == "usemap":
             return None if link.partition("#")[2] in page.maps | page.anchors else "place"
@@ -213,6 +216,7 @@ class Reader:
                 target = target / os.fsdecode(found[0])
             elif not target.is_file() or re.search(r"(^|/)\.{0,2}$", address):
                 return "file"
+        self.target = target
         return self.why_place_is_missing(target, place, fragment)
 
     def why_place_is_missing(self, target, place, fragment):
@@ -224,7 +228,7 @@ class Reader:
         decoded = unquote_to_bytes(fragment).decode("utf-8", "replace")
         return None if page.dynamic or {fragment, decoded} & page.anchors else "place"
 
-    def missing(self):
+    def links(self):
         for folder, _, names in os.walk(self.root):
             for name in names:
                 path = Path(folder) / name
@@ -232,14 +236,16 @@ class Reader:
                     continue
                 for place, link in self.page(path).links:
                     why = self.why_missing(path, place, link)
-                    if why:
-                        yield path.relative_to(self.root).as_posix(), place, link, why
+                    target = self.target.relative_to(self.root).as_posix() if self.target else ""
+                    yield path.relative_to(self.root).as_posix(), place, link, why or "", target
 
 
-def main(site):
+def main(site, option=""):
     warnings.simplefilter("ignore")
     sys.stdout.reconfigure(encoding="utf-8", errors="surrogateescape")
-    for row in sorted(Reader(Path(site).resolve()).missing()):
+    links = Reader(Path(site).resolve()).links()
+    rows = links if option == "--all" else sorted(row[:4] for row in links if row[3])
+    for row in rows:
         print("\t".join(re.sub(r"[\t\n\r]", " ", text) for text in row))
 
 
