@@ -1,0 +1,168 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/support/registry.h"
+#include "tests/support/site.h"
+
+#include <QProcess>
+#include <QTest>
+
+#include <sys/stat.h>
+
+#include <memory>
+
+using luma::test::Files;
+using luma::test::Site;
+namespace fs = std::filesystem;
+
+namespace {
+
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+constexpr bool canPreload = false;
+#else
+constexpr bool canPreload = true;
+#endif
+
+const Files someSite = {{"a/x.html", "<a href=y.html><a href=../o.html>"},
+                        {"a/d/y.html", "<a href=../x.html><img src='../../p.png'>"},
+                        {"o.html", "<a href=a/x.html><img src=p.png>"},
+                        {"q.html", "<a href=a/d/y.html><img src=/p.png>"},
+                        {"s.css", "b{background:url(p.png)}"},
+                        {"p.png", "image"},
+                        {"b/z.html", "<a href=../a/>"}};
+
+struct Answer
+{
+    bool isKilled = false;
+    int code = -1;
+    QByteArray errors;
+};
+
+// Ends at the file-changing call of this number; 0: at none.
+Answer lumactl(const Site& site, const QString& arguments, int killAt = 0)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    const QString build = qEnvironmentVariable("LUMA_BUILD_DIR");
+    if (killAt > 0) {
+        environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(LUMA_KILLATCALL));
+        environment.insert(QStringLiteral("LUMA_KILL_AT"), QString::number(killAt));
+    }
+    process.setProcessEnvironment(environment);
+    process.setWorkingDirectory(QString::fromStdString(site.root().native()));
+    process.start(build + QLatin1String("/bin/lumactl"), arguments.split(QLatin1Char(' ')));
+    Answer answer;
+    if (!process.waitForFinished(-1))
+        return answer;
+    answer.isKilled = process.exitStatus() != QProcess::NormalExit;
+    answer.code = process.exitCode();
+    answer.errors = process.readAllStandardError();
+    return answer;
+}
+
+} // namespace
+
+/// lumactl, killed at each call that changes a file: the next command leaves the site as it was before or as it is after the
+/// move, without temporary files.
+class tst_interruptedmoves final : public QObject
+{
+    Q_OBJECT
+
+private:
+    bool useOtherFileSystem()
+    {
+        std::string folder = "/dev/shm/luma-test-XXXXXX";
+        if (!::mkdtemp(folder.data()))
+            return false;
+        m_other = folder;
+        struct stat here = {};
+        struct stat there = {};
+        return ::stat(fs::temp_directory_path().c_str(), &here) == 0 && ::stat(folder.c_str(), &there) == 0 &&
+               here.st_dev != there.st_dev;
+    }
+
+    [[nodiscard]] std::unique_ptr<Site> freshSite(bool isFar) const
+    {
+        auto site = std::make_unique<Site>(someSite);
+        if (isFar)
+            fs::create_directory_symlink(m_other, site->at("far"));
+        return site;
+    }
+
+    // Also what is behind the link to the other file system, and temporary files.
+    [[nodiscard]] Files allFiles(const Site& site, bool isFar) const
+    {
+        Files files = site.contents();
+        if (!isFar)
+            return files;
+        for (const auto& [path, bytes] : site.contents("far/"))
+            files["far/" + path] = bytes;
+        return files;
+    }
+
+    fs::path m_other;
+
+private slots:
+    void killedAnywhere_isFinishedOrTakenBack_data()
+    {
+        QTest::addColumn<QString>("arguments");
+        QTest::addColumn<bool>("isUndo");
+        QTest::addColumn<bool>("isFar");
+        QTest::newRow("move") << "move . a p.png b" << false << false;
+        QTest::newRow("rename") << "rename . p.png q.png" << false << false;
+        QTest::newRow("copy") << "copy . a o.html b" << false << false;
+        QTest::newRow("undo of a move") << "move . a p.png b" << true << false;
+        QTest::newRow("undo of a copy") << "copy . a o.html b" << true << false;
+        QTest::newRow("move to another file system") << "move . a p.png far" << false << true;
+        QTest::newRow("undo of that") << "move . a p.png far" << true << true;
+    }
+    void killedAnywhere_isFinishedOrTakenBack()
+    {
+        QFETCH(QString, arguments);
+        QFETCH(bool, isUndo);
+        QFETCH(bool, isFar);
+        if (!canPreload)
+            QSKIP("a sanitizer's library must come first");
+        if (isFar && !useOtherFileSystem())
+            QSKIP("needs another file system at /dev/shm");
+        Files moved;
+        int killed = 0;
+        for (bool isKilled = true; isKilled; ++killed) {
+            const auto site = freshSite(isFar);
+            if (moved.empty()) {
+                QCOMPARE(lumactl(*site, arguments).code, 0);
+                moved = allFiles(*site, isFar);
+                QCOMPARE(lumactl(*site, QStringLiteral("undo .")).code, 0);
+                QCOMPARE(allFiles(*site, isFar), someSite);
+            }
+            if (isUndo)
+                QCOMPARE(lumactl(*site, arguments).code, 0);
+            isKilled = lumactl(*site, isUndo ? QStringLiteral("undo .") : arguments, killed + 1).isKilled;
+            // Sometimes what mends it is killed, too.
+            if (isKilled && killed % 3 == 0)
+                (void)lumactl(*site, QStringLiteral("check ."), killed % 11 + 1);
+            (void)lumactl(*site, QStringLiteral("check ."));
+            const Files now = allFiles(*site, isFar);
+            QVERIFY2(now == someSite || now == moved,
+                     qPrintable(QStringLiteral("killed at call %1:\n%2")
+                                    .arg(killed + 1)
+                                    .arg(QString::fromStdString(site->listing()))));
+            QVERIFY(site->listing().find(".luma-") == std::string::npos);
+            if (!isKilled)
+                QVERIFY(now == (isUndo ? someSite : moved));
+            if (now == moved)
+                QCOMPARE(lumactl(*site, QStringLiteral("undo .")).code, 0);
+            QCOMPARE(allFiles(*site, isFar), someSite);
+        }
+        qInfo("killed at %d calls", killed - 1);
+        QVERIFY(killed > 20);
+    }
+
+    void cleanup()
+    {
+        if (!m_other.empty())
+            fs::remove_all(m_other);
+        m_other.clear();
+    }
+};
+
+LUMA_TEST(tst_interruptedmoves)
+#include "tst_interruptedmoves.moc"
