@@ -54,7 +54,7 @@ ExitCode printPlan(const LinkPlan& plan)
     StandardOutput output;
     const fs::path& site = plan.request.site;
     appendItems(output.text(), plan.request.items, site, plan.request.operation == MoveOperation::Copy, true);
-    for (const PageEdits& page : plan.pages) {
+    for (const PageRewrite& page : plan.pages) {
         for (const LinkEdit& edit : page.edits) {
             output.text().append(shown(page.oldPage, site)).append(":").append(std::to_string(edit.line));
             output.text().append(": ").append(edit.oldLink).append(" -> ").append(edit.newLink).append("\n");
@@ -80,7 +80,7 @@ ExitCode carryOut(const MoveRequest& request, bool isDry)
     if (report.isDone) {
         appendItems(output.text(), report.items, request.site, request.operation == MoveOperation::Copy,
                     false);
-        for (const PageEdits& page : plan->pages)
+        for (const PageRewrite& page : plan->pages)
             output.text()
                 .append("rewrote ")
                 .append(shown(page.page, request.site))
