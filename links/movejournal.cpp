@@ -4,16 +4,15 @@
 #include "base/filecalls.h"
 #include "base/files.h"
 #include "base/folderreader.h"
+#include "base/statefolder.h"
 #include "links/journaltext.h"
 
 #include <fcntl.h>
-#include <pwd.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <cstdlib>
 #include <system_error>
 
 namespace luma {
@@ -25,20 +24,6 @@ namespace {
 constexpr std::string_view runningState = ".running";
 constexpr std::string_view doneState = ".done";
 constexpr std::size_t mostDone = 20;
-
-// XDG Base Directory Specification.
-fs::path stateFolder()
-{
-    const char* const state = std::getenv("XDG_STATE_HOME");
-    if (state && *state == '/')
-        return fs::path(state) / "luma";
-    const char* home = std::getenv("HOME");
-    if (!home || !*home) {
-        const passwd* const user = ::getpwuid(::getuid());
-        home = user ? user->pw_dir : "/";
-    }
-    return fs::path(home) / ".local/state/luma";
-}
 
 fs::path journalFolder(const fs::path& site)
 {

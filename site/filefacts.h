@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -48,7 +49,9 @@ struct FoundFiles
     std::vector<std::string> foldersOnlyThere = {}; ///< of the receiving side, if asked for
     std::vector<std::string> problems = {};         ///< lines for the user
     std::size_t ignored = 0;                        ///< items of the sending side that were left alone
+    bool isComplete = false;                        ///< nothing that one of the two sides has is missing here
     bool receivingIsEmpty = false;                  ///< the receiving folder has nothing that is not ignored
+    std::optional<std::int64_t> freeBytes = {};     ///< on the receiving disk, where that is known
 };
 
 } // namespace luma

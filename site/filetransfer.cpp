@@ -63,7 +63,7 @@ bool isOnFuse(const FileDescriptor& folder)
 bool lookAgain(const FileDescriptor& folder, const std::string& name, struct statx& status)
 {
     constexpr int flags = AT_SYMLINK_NOFOLLOW | AT_STATX_FORCE_SYNC;
-    return ::statx(folder.get(), name.c_str(), flags, STATX_MTIME | STATX_SIZE, &status) == 0;
+    return ::statx(folder.get(), name.c_str(), flags, STATX_TYPE | STATX_MTIME | STATX_SIZE, &status) == 0;
 }
 
 constexpr auto changedMeanwhile = "the receiving side has been changed since the comparison";
@@ -89,6 +89,8 @@ public:
 
     // Empty when the row was copied, else why not.
     std::string copy(const SyncRow& row, const StillWanted& stillWanted);
+    // What the receiving side has now.
+    [[nodiscard]] FileFacts factsOf(const SyncRow& row) const;
     // Empty when the row was deleted, else why not.
     std::string remove(const SyncRow& row);
     [[nodiscard]] bool removeIfEmpty(const std::string& folder) const;
@@ -224,6 +226,19 @@ std::string Transfer::remove(const SyncRow& row)
                                                                   : systemReason(std::errc(errno));
 }
 
+FileFacts Transfer::factsOf(const SyncRow& row) const
+{
+    const auto folder = openFolderBelow(*m_receivingRoot, folderPart(row.relativePath));
+    struct statx now = {};
+    if (!folder || !lookAgain(*folder, namePart(row.relativePath), now))
+        return {};
+    struct stat status = {};
+    status.st_mode = now.stx_mode;
+    status.st_size = static_cast<off_t>(now.stx_size);
+    status.st_mtim.tv_sec = now.stx_mtime.tv_sec;
+    return FileFacts::of(status);
+}
+
 bool Transfer::removeIfEmpty(const std::string& folder) const
 {
     const auto parent = openFolderBelow(*m_receivingRoot, folderPart(folder));
@@ -350,6 +365,8 @@ TransferReport FileTransfer::run(const WorkItem& item, const std::function<void(
             (void)transfer.removeIfEmpty(folder);
     }
     std::sort(run.report.done.begin(), run.report.done.end());
+    for (const std::size_t row : run.report.done)
+        run.report.received.push_back(transfer.factsOf(m_rows[row]));
     return std::move(run.report);
 }
 

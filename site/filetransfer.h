@@ -18,7 +18,8 @@ struct TransferProblem
 
 struct TransferReport
 {
-    std::vector<std::size_t> done; ///< the rows that were copied or deleted, ascending
+    std::vector<std::size_t> done;        ///< the rows that were copied or deleted, ascending
+    std::vector<FileFacts> received = {}; ///< what the receiving side has now, for each of `done`
     std::vector<TransferProblem> problems;
 };
 

@@ -5,6 +5,7 @@
 
 #include <fcntl.h>
 #include <linux/openat2.h>
+#include <sys/statvfs.h>
 #include <sys/syscall.h>
 
 #include <cerrno>
@@ -70,6 +71,14 @@ Result<FileDescriptor> openInSteps(const FileDescriptor& root, std::string_view 
 Result<FileDescriptor> openSiteFolder(const std::filesystem::path& folder)
 {
     return openFile(folder.native(), folderFlags);
+}
+
+std::optional<std::int64_t> freeBytesAt(const FileDescriptor& folder)
+{
+    struct statvfs status = {};
+    if (::fstatvfs(folder.get(), &status) != 0 || status.f_blocks == 0)
+        return std::nullopt;
+    return static_cast<std::int64_t>(status.f_bavail * status.f_frsize);
 }
 
 Result<FileDescriptor> openFolderBelow(const FileDescriptor& root, std::string_view relativePath)

@@ -4,7 +4,9 @@
 #include "base/filedescriptor.h"
 #include "base/result.h"
 
+#include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -20,5 +22,9 @@ Result<FileDescriptor> openSiteFolder(const std::filesystem::path& folder);
 /// The folder at `relativePath` below `root`; an empty path opens `root` itself. Errors: a link on the way is
 /// too_many_symbolic_link_levels, anything else that is not a folder not_a_directory.
 Result<FileDescriptor> openFolderBelow(const FileDescriptor& root, std::string_view relativePath);
+
+/// What the user may still write to the disk of an open folder, in bytes; none where the file system doesn't
+/// say.
+std::optional<std::int64_t> freeBytesAt(const FileDescriptor& folder);
 
 } // namespace luma

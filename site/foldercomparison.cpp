@@ -383,16 +383,21 @@ FoundFiles FolderComparison::findBelow(const FileDescriptor& sending, const File
         append(all.problems, worker.found.problems);
         all.ignored += worker.found.ignored;
     });
-    all.receivingIsEmpty = receiving && !hasItems(*receiving, m_ignored);
+    all.isComplete = m_deletions == Deletions::Listed && all.problems.empty() && !item.isCancelled();
+    if (receiving) {
+        all.receivingIsEmpty = !hasItems(*receiving, m_ignored);
+        all.freeBytes = freeBytesAt(*receiving);
+    }
     return all;
 }
 
-Result<ComparisonReport> FolderComparison::run(const WorkItem& item) const
+Result<ComparisonReport> FolderComparison::run(const WorkItem& item, const PublishedFiles& before,
+                                               Direction direction) const
 {
     auto found = find(item);
     if (!found)
         return found.error();
-    ComparisonReport report = judged(*std::move(found));
+    ComparisonReport report = judged(*std::move(found), before, direction);
     const auto folders = std::make_shared<const SyncFolders>(m_folders);
     for (SyncRow& row : report.rows)
         row.folders = folders;

@@ -30,7 +30,9 @@ public:
     /// sending one.
     [[nodiscard]] Result<FoundFiles> find(const WorkItem& item) const;
     /// The rows of what find() finds, for FileTransfer.
-    [[nodiscard]] Result<ComparisonReport> run(const WorkItem& item) const;
+    [[nodiscard]] Result<ComparisonReport> run(const WorkItem& item,
+                                               const PublishedFiles& before = PublishedFiles(),
+                                               Direction direction = Direction::Upload) const;
 
 private:
     SyncFolders m_folders;

@@ -154,6 +154,25 @@ std::vector<std::string> readRsyncNames(std::string_view output)
     return names;
 }
 
+std::optional<std::int64_t> readFreeSpace(std::string_view output)
+{
+    // "Filesystem 1024-blocks Used Available Capacity Mounted on", then one line of these.
+    (void)takeLine(output);
+    std::string_view line = takeLine(output);
+    std::vector<std::string_view> words;
+    while (!line.empty()) {
+        const std::size_t end = std::min(line.find(' '), line.size());
+        if (end > 0)
+            words.push_back(line.substr(0, end));
+        line.remove_prefix(std::min(end + 1, line.size()));
+    }
+    std::int64_t kilobytes = 0;
+    if (words.size() < 6 || !words[4].ends_with('%'))
+        return std::nullopt;
+    const auto [end, error] = std::from_chars(words[3].data(), words[3].data() + words[3].size(), kilobytes);
+    return error == std::errc() ? std::optional(kilobytes * 1024) : std::nullopt;
+}
+
 std::string nameWithoutDeleting(std::string_view displayName)
 {
     std::string name(displayName);
@@ -217,6 +236,24 @@ std::vector<std::string> RsyncCommand::deletion() const
     // The two options about existing files keep the run from sending any.
     return words({"--delete-missing-args", "--existing", "--ignore-existing", "--no-implied-dirs", "--from0",
                   "--files-from=-"});
+}
+
+std::vector<std::string> RsyncCommand::freeSpace() const
+{
+    const std::size_t colon = m_arguments.remote.find(':');
+    if (colon == std::string::npos)
+        return {};
+    std::string folder = "'";
+    for (const char c : m_arguments.remote.substr(colon + 1))
+        folder += c == '\'' ? std::string("'\\''") : std::string(1, c);
+    return {"ssh",
+            "-p",
+            m_arguments.port,
+            "-o",
+            "BatchMode=yes",
+            "--",
+            m_arguments.remote.substr(0, colon),
+            "LC_ALL=C df -Pk -- " + folder + "'"};
 }
 
 std::vector<std::string> RsyncCommand::dryRunOf(std::vector<std::string> words)

@@ -5,6 +5,7 @@
 #include "site/siterecord.h"
 #include "site/syncrow.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -35,6 +36,9 @@ RsyncListing readRsyncListing(std::string_view output);
 /// The paths, as bytes, that a transfer or deletion has named in its output; those of folders too.
 std::vector<std::string> readRsyncNames(std::string_view output);
 
+/// The free bytes in the output of df(1), POSIX format; none if that is something else.
+std::optional<std::int64_t> readFreeSpace(std::string_view output);
+
 /// A row's name without the word that marks a deletion.
 std::string nameWithoutDeleting(std::string_view displayName);
 
@@ -61,6 +65,9 @@ public:
     [[nodiscard]] std::vector<std::string> transfer(Overwrites overwrites) const;
     /// Deletes the named files and empty folders from the receiving side, if the sending side lacks them.
     [[nodiscard]] std::vector<std::string> deletion() const;
+    /// Asks the remote side for the room on its disk, for readFreeSpace(); empty if it is on no server. Here a
+    /// shell, the remote one, reads the folder's name; it is quoted.
+    [[nodiscard]] std::vector<std::string> freeSpace() const;
     /// The dry run of one of the two: lists what is still to be done.
     [[nodiscard]] static std::vector<std::string> dryRunOf(std::vector<std::string> words);
 

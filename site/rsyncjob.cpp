@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/rsyncjob.h"
 
+#include "site/folderaccess.h"
+
+#include <sys/stat.h>
+
 #include <algorithm>
 #include <functional>
 #include <iterator>
@@ -259,7 +263,7 @@ RsyncJob::RsyncJob(RsyncArguments arguments, ProgramRunner runProgram)
 {}
 
 Result<ComparisonReport> RsyncJob::compare(const IgnoredNames& ignored, Deletions deletions,
-                                           const WorkItem& item) const
+                                           const WorkItem& item, const PublishedFiles& before) const
 {
     if (!m_command.isComplete())
         return Error{"The site lacks a path, a server or a user name"};
@@ -267,11 +271,12 @@ Result<ComparisonReport> RsyncJob::compare(const IgnoredNames& ignored, Deletion
         FolderComparison({.sending = m_command.arguments().local, .receiving = {}}, ignored).find(item);
     if (!local)
         return local.error();
-    return compareWith(*std::move(local), ignored, deletions, item);
+    return compareWith(*std::move(local), ignored, deletions, item, before);
 }
 
 Result<ComparisonReport> RsyncJob::compareWith(FoundFiles local, const IgnoredNames& ignored,
-                                               Deletions deletions, const WorkItem& item) const
+                                               Deletions deletions, const WorkItem& item,
+                                               const PublishedFiles& before) const
 {
     const bool isUpload = m_command.arguments().direction == Direction::Upload;
     const bool listsAll = !isUpload || deletions == Deletions::Listed;
@@ -292,8 +297,64 @@ Result<ComparisonReport> RsyncJob::compareWith(FoundFiles local, const IgnoredNa
     // What could not be read must not count as deleted.
     if (!local.problems.empty())
         deletions = Deletions::Ignored;
-    return judged(isUpload ? pairedForUpload(std::move(local), remote, deletions)
-                           : pairedForDownload(std::move(local), remote, deletions));
+    FoundFiles found = isUpload ? pairedForUpload(std::move(local), remote, deletions)
+                                : pairedForDownload(std::move(local), remote, deletions);
+    found.freeBytes = freeBytes(found, item);
+    found.isComplete = deletions == Deletions::Listed && !item.isCancelled();
+    return judged(std::move(found), before, m_command.arguments().direction);
+}
+
+// Of the receiving side. A server is asked only before a transfer that might fill its disk.
+std::optional<std::int64_t> RsyncJob::freeBytes(const FoundFiles& found, const WorkItem& item) const
+{
+    if (m_command.arguments().direction == Direction::Download) {
+        const auto folder = openSiteFolder(m_command.arguments().local);
+        return folder ? freeBytesAt(*folder) : std::nullopt;
+    }
+    constexpr std::int64_t worthAsking = 10'000'000;
+    std::int64_t bytes = 0;
+    for (const FilePair& pair : found.files)
+        bytes += pair.received.exists() && pair.sent.time <= pair.received.time ? 0 : pair.sent.size;
+    const Words words = m_command.freeSpace();
+    if (bytes < worthAsking || words.empty())
+        return std::nullopt;
+    return readFreeSpace(m_runProgram(words, {}, [&item] { return !item.isCancelled(); }).output);
+}
+
+// A server may not keep what it was sent. If it can't be asked, it is taken to have kept it.
+void RsyncJob::lookAgain(const std::vector<SyncRow>& rows, RsyncReport& report,
+                         const StillWanted& mayCheck) const
+{
+    Words paths;
+    for (const std::size_t row : report.done) {
+        report.received.push_back(rows[row].sent);
+        if (rows[row].kind != SyncKind::Delete)
+            paths.push_back(rows[row].relativePath);
+    }
+    if (m_command.arguments().direction == Direction::Download) {
+        lookAgainHere(rows, report);
+        return;
+    }
+    if (paths.empty() || !isWanted(mayCheck))
+        return;
+    const ProgramResult result =
+        m_runProgram(m_command.listingOfNames(IgnoredNames()), RsyncCommand::nameList(paths), mayCheck);
+    const RsyncListing listing = readRsyncListing(result.output);
+    for (std::size_t i = 0; i < report.done.size(); ++i) {
+        if (const auto now = listing.items.find(rows[report.done[i]].relativePath);
+            now != listing.items.end())
+            report.received[i] = now->second;
+    }
+}
+
+void RsyncJob::lookAgainHere(const std::vector<SyncRow>& rows, RsyncReport& report) const
+{
+    for (std::size_t i = 0; i < report.done.size(); ++i) {
+        struct stat status = {};
+        const std::string path = m_command.arguments().local + rows[report.done[i]].relativePath;
+        if (::lstat(path.c_str(), &status) == 0)
+            report.received[i] = FileFacts::of(status);
+    }
 }
 
 RsyncReport RsyncJob::transfer(const std::vector<SyncRow>& rows,
@@ -319,6 +380,7 @@ RsyncReport RsyncJob::transfer(const std::vector<SyncRow>& rows,
     if (goesOn && report.problems.empty())
         run.deleteRows(m_command.deletion(), foldersOnlyThere);
     std::sort(report.done.begin(), report.done.end());
+    lookAgain(rows, report, mayCheck);
     return report;
 }
 

@@ -16,6 +16,7 @@ namespace luma {
 struct RsyncReport
 {
     std::vector<std::size_t> done;
+    std::vector<FileFacts> received = {}; ///< what the receiving side has now, for each of `done`
     std::vector<std::string> problems;
 };
 
@@ -29,7 +30,8 @@ public:
     /// Walks the local side and lets rsync list the remote one; for an upload without deletions, only the
     /// folders that the local side has. An error when rsync could not list it at all; the reason is in its words.
     [[nodiscard]] Result<ComparisonReport> compare(const IgnoredNames& ignored, Deletions deletions,
-                                                   const WorkItem& item) const;
+                                                   const WorkItem& item,
+                                                   const PublishedFiles& before = PublishedFiles()) const;
 
     /// Sends the ticked rows, first the files that pages need, then the pages. Then deletes the ticked
     /// deletions, unless something failed, and those of `foldersOnlyThere` that this has emptied. A file that
@@ -44,7 +46,11 @@ public:
 
 private:
     [[nodiscard]] Result<ComparisonReport> compareWith(FoundFiles local, const IgnoredNames& ignored,
-                                                       Deletions deletions, const WorkItem& item) const;
+                                                       Deletions deletions, const WorkItem& item,
+                                                       const PublishedFiles& before) const;
+    [[nodiscard]] std::optional<std::int64_t> freeBytes(const FoundFiles& found, const WorkItem& item) const;
+    void lookAgain(const std::vector<SyncRow>& rows, RsyncReport& report, const StillWanted& mayCheck) const;
+    void lookAgainHere(const std::vector<SyncRow>& rows, RsyncReport& report) const;
 
     RsyncCommand m_command;
     ProgramRunner m_runProgram;

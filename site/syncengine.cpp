@@ -120,9 +120,10 @@ void SyncEngine::compareFolders(const SyncFolders& folders, Deletions deletions)
 {
     const FolderComparison comparison(folders, ignoredNames(), deletions);
     const bool areConnected = !folders.sending.empty() && !folders.receiving.empty();
-    start(m_workItem, [self = QPointer(this), comparison, areConnected](const WorkItem& item) {
-        auto report =
-            areConnected ? comparison.run(item) : Result<ComparisonReport>(Error{"Connect both sides first"});
+    start(m_workItem, [self = QPointer(this), comparison, areConnected, site = siteIdentity(m_record),
+                       direction = m_direction](const WorkItem& item) {
+        auto report = areConnected ? comparison.run(item, PublishedFiles::load(site), direction)
+                                   : Result<ComparisonReport>(Error{"Connect both sides first"});
         if (item.isCancelled())
             return;
         onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(report)); });
@@ -132,11 +133,11 @@ void SyncEngine::compareFolders(const SyncFolders& folders, Deletions deletions)
 void SyncEngine::compareWithRsync(Deletions deletions)
 {
     const RsyncJob job(RsyncArguments::of(m_record, m_direction), m_runProgram);
-    start(m_workItem,
-          [self = QPointer(this), job, deletions, ignored = ignoredNames()](const WorkItem& item) {
-              auto report = job.compare(ignored, deletions, item);
-              onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(report)); });
-          });
+    start(m_workItem, [self = QPointer(this), job, deletions, ignored = ignoredNames(),
+                       site = siteIdentity(m_record)](const WorkItem& item) {
+        auto report = job.compare(ignored, deletions, item, PublishedFiles::load(site));
+        onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(report)); });
+    });
 }
 
 void SyncEngine::endComparison(const WorkItem& item, Result<ComparisonReport> result)
@@ -151,11 +152,16 @@ void SyncEngine::endComparison(const WorkItem& item, Result<ComparisonReport> re
     printLines(result->problems);
     setMessage(result->problems);
     m_ignoredCount = result->ignored;
+    m_counts = result->counts;
+    if (m_counts.sent == 0 && m_message.isEmpty())
+        m_message = tr("The sending side has no files; its disk or share may not be mounted.");
     m_foldersOnlyThere = std::move(result->foldersOnlyThere);
     const QStringList names = m_record.untickedNames(m_direction);
     const QSet<QString> unticked(names.begin(), names.end());
+    m_published = std::move(result->published);
     for (SyncRow& row : result->rows)
-        row.select = !unticked.contains(QString::fromStdString(nameWithoutDeleting(row.displayName)));
+        row.select =
+            row.select && !unticked.contains(QString::fromStdString(nameWithoutDeleting(row.displayName)));
     if (result->rows.empty())
         m_title = nothingChangedTitle(m_direction);
     m_table.setRows(std::move(result->rows));
@@ -173,10 +179,13 @@ void SyncEngine::showFailure(const std::vector<std::string>& problems)
 
 void SyncEngine::rememberUnticked()
 {
+    const QStringList remembered = m_record.untickedNames(m_direction);
+    const QSet<QString> before(remembered.begin(), remembered.end());
     QStringList names;
     for (const SyncRow& row : m_table.rows()) {
-        if (!row.select)
-            names.append(QString::fromStdString(nameWithoutDeleting(row.displayName)));
+        const QString name = QString::fromStdString(nameWithoutDeleting(row.displayName));
+        if (!row.select && (!row.isMarked() || before.contains(name)))
+            names.append(name);
     }
     m_record.setUntickedNames(m_direction, names);
 }
@@ -204,15 +213,38 @@ void SyncEngine::stop()
     emit changed();
 }
 
+// Runs `transfer` in the background, while nobody else publishes the site, and remembers what it did.
+void SyncEngine::startTransfer(std::function<Transferred(const WorkItem& item)> transfer)
+{
+    start(m_workItem, [self = QPointer(this), transfer = std::move(transfer), site = siteIdentity(m_record),
+                       rows = m_table.rows(), published = std::move(m_published),
+                       direction = m_direction](const WorkItem& item) mutable {
+        Transferred transferred;
+        // Unlocked before the window hears of the end, and may start the next transfer.
+        if (const auto lock = lockForPublishing(site)) {
+            transferred = transfer(item);
+            for (std::size_t i = 0; i < transferred.done.size(); ++i)
+                noteTransfer(published, rows[transferred.done[i]], transferred.received[i], direction);
+            if (const auto saved = published.save(); !saved)
+                transferred.problems.push_back(saved.error().text);
+        } else {
+            transferred.problems.push_back(lock.error().text);
+        }
+        printLines(transferred.problems);
+        onMain(self,
+               [&](SyncEngine& engine) { engine.endTransfer(item, transferred, std::move(published)); });
+    });
+}
+
 void SyncEngine::transferFiles()
 {
-    start(m_workItem, [self = QPointer(this), rows = m_table.rows(), folders = m_foldersOnlyThere,
-                       stop = m_stop](const WorkItem& item) {
+    startTransfer([self = QPointer(this), rows = m_table.rows(), folders = m_foldersOnlyThere,
+                   stop = m_stop](const WorkItem& item) {
         const SyncTotals totals = tickedTotals(rows);
         const int total = static_cast<int>(totals.files + totals.deletions);
         QElapsedTimer sinceHop;
         sinceHop.start();
-        const TransferReport report = FileTransfer(rows, folders).run(*stop, [&](std::size_t done) {
+        TransferReport report = FileTransfer(rows, folders).run(*stop, [&](std::size_t done) {
             if (sinceHop.elapsed() < progressInterval)
                 return;
             onMain(self, [&](SyncEngine& engine) {
@@ -221,42 +253,41 @@ void SyncEngine::transferFiles()
             });
             sinceHop.restart();
         });
-        std::vector<std::string> problems;
-        for (const TransferProblem& problem : report.problems)
-            problems.push_back(problem.text);
-        printLines(problems);
-        onMain(self, [&](SyncEngine& engine) { engine.endTransfer(item, report.done, problems); });
+        Transferred transferred = {.done = std::move(report.done), .received = std::move(report.received)};
+        for (TransferProblem& problem : report.problems)
+            transferred.problems.push_back(std::move(problem.text));
+        return transferred;
     });
 }
 
 void SyncEngine::transferWithRsync()
 {
     const RsyncJob job(RsyncArguments::of(m_record, m_direction), m_runProgram);
-    start(m_workItem, [self = QPointer(this), job, rows = m_table.rows(), folders = m_foldersOnlyThere,
-                       stop = m_stop](const WorkItem& item) {
-        const RsyncReport report = job.transfer(
+    startTransfer([job, rows = m_table.rows(), folders = m_foldersOnlyThere,
+                   stop = m_stop](const WorkItem& item) {
+        RsyncReport report = job.transfer(
             rows, folders, [&stop] { return !stop->isCancelled(); }, [&item] { return !item.isCancelled(); });
-        printLines(report.problems);
-        onMain(self, [&](SyncEngine& engine) { engine.endTransfer(item, report.done, report.problems); });
+        return Transferred{std::move(report.done), std::move(report.received), std::move(report.problems)};
     });
 }
 
-void SyncEngine::endTransfer(const WorkItem& item, const std::vector<std::size_t>& moved,
-                             const std::vector<std::string>& problems)
+void SyncEngine::endTransfer(const WorkItem& item, const Transferred& transferred, PublishedFiles published)
 {
     if (&item == m_workItem.get()) {
         m_workItem.reset();
+        m_published = std::move(published);
         const std::size_t ticked = m_table.tickedCount();
-        m_table.removeRowsAt(moved);
-        setMessage(problems);
-        if (isStopping() && moved.size() < ticked)
-            m_message = tr("Stopped; %1 of %2 moved").arg(moved.size()).arg(ticked);
+        const std::size_t moved = transferred.done.size();
+        m_table.removeRowsAt(transferred.done);
+        setMessage(transferred.problems);
+        if (isStopping() && moved < ticked)
+            m_message = tr("Stopped; %1 of %2 moved").arg(moved).arg(ticked);
         m_stop.reset();
         if (m_table.rows().empty())
             m_title = QStringLiteral("No more files to be moved.");
         setState(m_table.rows().empty() ? State::Done : State::Ready);
     }
-    emit transferred();
+    emit SyncEngine::transferred();
 }
 
 void SyncEngine::cancel()

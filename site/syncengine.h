@@ -7,6 +7,7 @@
 #include "site/foldercomparison.h"
 #include "site/ignorednames.h"
 #include "site/siterecord.h"
+#include "site/syncguards.h"
 #include "site/synctablemodel.h"
 
 #include <QPointer>
@@ -29,7 +30,8 @@ struct SyncSides
 ///
 /// Lives on the main thread; its jobs run in the background on copies of what they need and report by onMain.
 /// A newer job, cancel() and the destructor drop a running job. The names left unticked are remembered in the
-/// record.
+/// record; rows that begin unticked, because the receiving side has changed, only if they were before. After a
+/// transfer, what both sides have is remembered (PublishedFiles). Only one transfer of a site runs at a time.
 class SyncEngine final : public QObject
 {
     Q_OBJECT
@@ -52,6 +54,8 @@ public:
     /// How many files and folders the last comparison left alone (IgnoredNames).
     [[nodiscard]] std::size_t ignoredCount() const { return m_ignoredCount; }
     [[nodiscard]] SyncTableModel& table() { return m_table; }
+    /// What the user should answer before transfer() is called (guardQuestions).
+    [[nodiscard]] QStringList questions() const { return guardQuestions(m_table.rows(), m_counts); }
 
     /// Fills the table again.
     void compare(Direction direction, Deletions deletions);
@@ -72,6 +76,14 @@ signals:
     void transferred();
 
 private:
+    // Of either mode.
+    struct Transferred
+    {
+        std::vector<std::size_t> done = {};
+        std::vector<FileFacts> received = {};
+        std::vector<std::string> problems = {};
+    };
+
     SiteRecord& m_record;
     ProgramRunner m_runProgram;
     std::function<SyncSides()> m_sides;
@@ -83,7 +95,9 @@ private:
     WorkItemPointer m_workItem;
     WorkItemPointer m_stop; // cancelled when the running transfer is to stop
     std::size_t m_ignoredCount = 0;
+    SyncCounts m_counts;
     std::vector<std::string> m_foldersOnlyThere;
+    PublishedFiles m_published;        // as to be saved after the next transfer
     std::vector<SyncRow> m_rowsBefore; // of the comparison before the running one, in the same direction
 
     [[nodiscard]] SyncFolders folders(const SyncSides& sides) const;
@@ -98,8 +112,8 @@ private:
     void transferWithRsync();
     void endComparison(const WorkItem& item, Result<ComparisonReport> result);
     void showFailure(const std::vector<std::string>& problems);
-    void endTransfer(const WorkItem& item, const std::vector<std::size_t>& moved,
-                     const std::vector<std::string>& problems);
+    void startTransfer(std::function<Transferred(const WorkItem& item)> transfer);
+    void endTransfer(const WorkItem& item, const Transferred& transferred, PublishedFiles published);
     void setMessage(const std::vector<std::string>& problems);
 };
 

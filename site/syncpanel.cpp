@@ -6,6 +6,8 @@
 #include <QHeaderView>
 #include <QLocale>
 #include <QMenu>
+#include <QMessageBox>
+#include <QStyledItemDelegate>
 #include <QTableView>
 
 #include <utility>
@@ -15,6 +17,28 @@ namespace luma {
 using State = SyncEngine::State;
 
 namespace {
+
+// Shows a warning before the rows that begin unticked.
+class KindDelegate final : public QStyledItemDelegate
+{
+public:
+    KindDelegate(const SyncTableModel& table, QObject* parent) : QStyledItemDelegate(parent), m_table(table)
+    {}
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (index.column() != SyncTableModel::KindColumn || !m_table.shownRow(index.row()).isMarked())
+            return;
+        option->features |= QStyleOptionViewItem::HasDecoration;
+        option->icon = option->widget->style()->standardIcon(QStyle::SP_MessageBoxWarning);
+        option->decorationSize = QSize(option->fontMetrics.height(), option->fontMetrics.height());
+    }
+
+private:
+    const SyncTableModel& m_table;
+};
 
 // Of the pop-up button.
 int itemOf(Direction direction)
@@ -32,7 +56,8 @@ SyncPanel::SyncPanel(SyncEngine& engine, QWidget* parent)
     QSizePolicy keepsPlace = m_ui->syncProgressIndicator->sizePolicy();
     keepsPlace.setRetainSizeWhenHidden(true);
     m_ui->syncProgressIndicator->setSizePolicy(keepsPlace);
-    for (const SyncKind kind : {SyncKind::New, SyncKind::Newer, SyncKind::Different, SyncKind::Delete})
+    for (const SyncKind kind :
+         {SyncKind::New, SyncKind::Newer, SyncKind::Different, SyncKind::Conflict, SyncKind::Delete})
         m_ui->syncKindFilter->addItem(SyncTableModel::textOf(kind), int(kind));
     m_ui->syncKindFilter->insertItem(0, tr("All changes"));
     m_ui->syncKindFilter->setCurrentIndex(0);
@@ -52,6 +77,7 @@ void SyncPanel::setUpTable()
     QTableView& table = m_ui->syncTickList->table();
     table.setContextMenuPolicy(Qt::CustomContextMenu);
     table.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+    table.setItemDelegate(new KindDelegate(m_engine.table(), &table));
     // At first in the order of the comparison, by name.
     table.horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
     table.setSortingEnabled(true);
@@ -102,7 +128,22 @@ void SyncPanel::reloadSyncArray()
 
 void SyncPanel::move()
 {
-    m_engine.transfer();
+    const QStringList questions = m_engine.questions();
+    if (questions.isEmpty()) {
+        m_engine.transfer();
+        return;
+    }
+    auto* const box = new QMessageBox(QMessageBox::Warning, windowTitle(),
+                                      questions.join(QStringLiteral("\n\n")), QMessageBox::Cancel, this);
+    box->setObjectName(QStringLiteral("syncQuestion"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    const auto* const goOn = box->addButton(tr("Move anyway"), QMessageBox::AcceptRole);
+    box->setDefaultButton(QMessageBox::Cancel);
+    connect(box, &QMessageBox::buttonClicked, this, [this, goOn](const QAbstractButton* button) {
+        if (button == goOn)
+            m_engine.transfer();
+    });
+    box->open();
 }
 
 bool SyncPanel::isOver() const

@@ -30,7 +30,7 @@ public:
 public slots:
     /// Compares again in the chosen direction.
     void reloadSyncArray();
-    /// Transfers the ticked rows.
+    /// Transfers the ticked rows, after a question where something speaks against it.
     void move();
     /// Stops a transfer; else closes the sheet. Unless all work is over, drops the job and remembers the
     /// unticked names.

@@ -27,31 +27,53 @@ struct Verdict
     SyncReason reason;
 };
 
-std::optional<Verdict> judge(const FileFacts& sent, const FileFacts& received)
+using Known = std::optional<PublishedFiles::Pair>;
+
+Verdict judgeOnlyThere(const FileFacts& received, const Known& known)
+{
+    if (received.type == Type::Folder)
+        return {SyncKind::Delete, SyncReason::EmptyFolder};
+    if (!known)
+        return {SyncKind::Delete, SyncReason::OnlyThere};
+    return {SyncKind::Delete, received.isSameFile(known->received) ? SyncReason::DeletedHere
+                                                                   : SyncReason::DeletedHereChangedThere};
+}
+
+std::optional<Verdict> judgeFiles(const FileFacts& sent, const FileFacts& received, const Known& known)
+{
+    if (sent.isSameFile(received))
+        return std::nullopt;
+    const bool isNewer = sent.time > received.time;
+    const bool isCandidate = isNewer || sent.time == received.time;
+    const Verdict byTime = isNewer ? Verdict{SyncKind::Newer, SyncReason::Newer}
+                                   : Verdict{SyncKind::Different, SyncReason::OtherSize};
+    if (!known)
+        return isCandidate ? std::optional(byTime) : std::nullopt;
+    const bool changedHere = !sent.isSameFile(known->sent);
+    const bool changedThere = !received.isSameFile(known->received);
+    if (changedHere && changedThere)
+        return Verdict{SyncKind::Conflict, SyncReason::ChangedOnBoth};
+    if (changedHere)
+        return isNewer ? byTime : Verdict{SyncKind::Different, SyncReason::ChangedHere};
+    if (changedThere && isCandidate)
+        return Verdict{SyncKind::Different, SyncReason::ChangedThere};
+    return std::nullopt;
+}
+
+std::optional<Verdict> judge(const FileFacts& sent, const FileFacts& received, const Known& known)
 {
     if (!sent.exists())
-        return Verdict{SyncKind::Delete,
-                       received.type == Type::Folder ? SyncReason::EmptyFolder : SyncReason::OnlyThere};
+        return judgeOnlyThere(received, known);
     if (!received.exists())
-        return Verdict{SyncKind::New, SyncReason::NotThere};
+        return Verdict{SyncKind::New, known ? SyncReason::DeletedThere : SyncReason::NotThere};
     if (received.type == Type::Folder)
         return Verdict{SyncKind::Different, SyncReason::FolderInPlace};
-    if (sent.type == Type::Link && received.type == Type::Link) {
-        if (sent.target == received.target)
-            return std::nullopt;
+    if (sent.type == Type::File && received.type == Type::File)
+        return judgeFiles(sent, received, known);
+    if (sent.type == received.type && sent.target != received.target)
         return Verdict{SyncKind::Different, SyncReason::OtherTarget};
-    }
-    if (sent.time < received.time)
-        return std::nullopt;
-    if (sent.type != received.type) {
-        if (sent.time == received.time)
-            return std::nullopt;
+    if (sent.type != received.type && sent.time > received.time)
         return Verdict{SyncKind::Different, SyncReason::OtherType};
-    }
-    if (sent.time > received.time)
-        return Verdict{SyncKind::Newer, SyncReason::Newer};
-    if (sent.size != received.size)
-        return Verdict{SyncKind::Different, SyncReason::OtherSize};
     return std::nullopt;
 }
 
@@ -90,15 +112,44 @@ const char* textOf(SyncReason reason)
         return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Only on the receiving side");
     case SyncReason::EmptyFolder:
         return QT_TRANSLATE_NOOP("luma::SyncTableModel", "An empty folder, only on the receiving side");
+    case SyncReason::DeletedThere:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Deleted there since the last publish");
+    case SyncReason::ChangedHere:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Changed since the last publish, but not newer");
+    case SyncReason::ChangedThere:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Changed there since the last publish");
+    case SyncReason::ChangedOnBoth:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Changed on both sides since the last publish");
+    case SyncReason::DeletedHere:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Deleted since the last publish");
+    case SyncReason::DeletedHereChangedThere:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Deleted, but changed there since the last publish");
     }
     return "";
 }
 
-ComparisonReport judged(FoundFiles found)
+bool SyncRow::isMarked() const
+{
+    return reason == SyncReason::ChangedThere || reason == SyncReason::ChangedOnBoth ||
+           reason == SyncReason::DeletedHereChangedThere;
+}
+
+ComparisonReport judged(FoundFiles found, const PublishedFiles& before, Direction direction)
 {
     ComparisonReport report;
+    // Only a complete comparison knows what is gone on both sides.
+    report.published = found.isComplete ? before.emptied() : before;
+    report.counts.receivingIsEmpty = found.receivingIsEmpty;
+    report.counts.freeBytes = found.freeBytes;
     for (FilePair& pair : found.files) {
-        const auto verdict = judge(pair.sent, pair.received);
+        report.counts.sent += pair.sent.exists() ? 1U : 0U;
+        report.counts.received += pair.received.exists() ? 1U : 0U;
+        report.counts.common += pair.sent.exists() && pair.received.exists() ? 1U : 0U;
+        const auto verdict = judge(pair.sent, pair.received, before.find(pair.path, direction));
+        if (!verdict && pair.sent.isSameFile(pair.received))
+            report.published.set(pair.path, {pair.sent, pair.received}, direction);
+        else
+            report.published.keep(pair.path, before);
         if (!verdict)
             continue;
         const bool isDeletion = verdict->kind == SyncKind::Delete;
@@ -111,6 +162,8 @@ ComparisonReport judged(FoundFiles found)
              .sent = std::move(pair.sent),
              .received = std::move(pair.received)});
     }
+    for (SyncRow& row : report.rows)
+        row.select = !row.isMarked();
     std::sort(report.rows.begin(), report.rows.end(),
               [](const SyncRow& a, const SyncRow& b) { return a.relativePath < b.relativePath; });
     std::sort(found.problems.begin(), found.problems.end());
@@ -118,6 +171,15 @@ ComparisonReport judged(FoundFiles found)
     report.ignored = found.ignored;
     report.foldersOnlyThere = std::move(found.foldersOnlyThere);
     return report;
+}
+
+void noteTransfer(PublishedFiles& published, const SyncRow& row, const FileFacts& received,
+                  Direction direction)
+{
+    if (row.kind == SyncKind::Delete)
+        published.forget(row.relativePath);
+    else
+        published.set(row.relativePath, {row.sent, received}, direction);
 }
 
 SyncTotals tickedTotals(const std::vector<SyncRow>& rows)

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "site/filefacts.h"
+#include "site/publishedfiles.h"
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +25,7 @@ enum class SyncKind {
     New,       ///< sent; the receiving side has nothing there
     Newer,     ///< sent; replaces an older file
     Different, ///< sent; replaces what differs in another way
+    Conflict,  ///< sent; replaces what has changed, too, since the last publish
     Delete     ///< deleted: only the receiving side has it
 };
 
@@ -35,7 +38,14 @@ enum class SyncReason {
     OtherType,
     FolderInPlace,
     OnlyThere,
-    EmptyFolder
+    EmptyFolder,
+    // Since the last publish:
+    DeletedThere,
+    ChangedHere, ///< but not newer
+    ChangedThere,
+    ChangedOnBoth,
+    DeletedHere,
+    DeletedHereChangedThere
 };
 
 /// One sentence without a full stop, untranslated.
@@ -52,6 +62,20 @@ struct SyncRow
     FileFacts sent = {};
     FileFacts received = {};
     std::shared_ptr<const SyncFolders> folders = {}; ///< shared by all rows; none if rsync compared
+
+    /// The receiving side has changed since the last publish, so the row begins unticked.
+    [[nodiscard]] bool isMarked() const;
+};
+
+/// What a comparison has seen of both sides.
+struct SyncCounts
+{
+    std::size_t sent = 0; ///< files of the sending side
+    std::size_t received =
+        0;                  ///< of the receiving side; without those only there, unless they were looked for
+    std::size_t common = 0; ///< paths that both have
+    bool receivingIsEmpty = false;
+    std::optional<std::int64_t> freeBytes = {}; ///< on the receiving disk, where that is known
 };
 
 /// The result of a comparison. A problem is a line for the user: the shown name of what could not be compared,
@@ -63,12 +87,21 @@ struct ComparisonReport
     std::size_t ignored = 0; ///< items of the sending side that are left alone
     std::vector<std::string> foldersOnlyThere =
         {}; ///< paths as bytes: those that only the receiving side has
+    SyncCounts counts = {};
+    PublishedFiles published = {}; ///< as to be saved if none of the rows is transferred
 };
 
-/// The rows of what was found, all ticked. Files of the same size and time (in whole
-/// seconds) are the same; else the newer one is sent, and one of the same time and another size. A file or link
-/// in the place of a folder counts as missing.
-ComparisonReport judged(FoundFiles found);
+/// The rows of what was found, all ticked but the marked ones.
+///
+/// Files of the same size and time (in whole seconds) are the same, and so are those that are as they were
+/// after the last publish, on both sides. Else the newer one is sent, one that has changed since the last
+/// publish, and one of the same time and another size. A file or link in the place of a folder counts as
+/// missing.
+ComparisonReport judged(FoundFiles found, const PublishedFiles& before, Direction direction);
+
+/// Notes in `published` that `row` was transferred, and what the receiving side has since.
+void noteTransfer(PublishedFiles& published, const SyncRow& row, const FileFacts& received,
+                  Direction direction);
 
 /// How many of the rows are ticked, and what sending them takes.
 struct SyncTotals

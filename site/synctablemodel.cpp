@@ -80,6 +80,8 @@ QString SyncTableModel::textOf(SyncKind kind)
         return tr("Newer");
     case SyncKind::Different:
         return tr("Different");
+    case SyncKind::Conflict:
+        return tr("Conflict");
     case SyncKind::Delete:
         return tr("Delete");
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/filetransfer.h"
 #include "site/foldercomparison.h"
+#include "site/syncguards.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/registry.h"
 
@@ -203,6 +204,9 @@ private slots:
         folders.put("sending/big.html", std::string(200'000, 'x'));
         folders.put("sending/made/big.html", std::string(200'000, 'x'));
         folders.put("sending/small.html");
+        const ComparisonReport found =
+            *FolderComparison({folders.sending(), folders.receiving()}).run(WorkItem());
+        QVERIFY(guardQuestions(found.rows, found.counts).join(u'|').contains("The receiving disk has"));
         QCOMPARE(problemsOf(changed(folders)),
                  std::string("big.html: No space left on device\nmade/big.html: No space left on device\n"));
         QCOMPARE(folders.listing("receiving"), std::string("big.html\nsmall.html\n"));

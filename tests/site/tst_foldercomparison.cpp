@@ -25,7 +25,8 @@ private:
         const WorkItem item;
         auto report =
             FolderComparison({folders.sending(), folders.receiving()}, IgnoredNames(), deletions).run(item);
-        return report ? std::move(*report) : ComparisonReport{{}, {"failed: " + report.error().text}};
+        return report ? std::move(*report)
+                      : ComparisonReport{{}, {"failed: " + report.error().text}, 0, {}, {}};
     }
 
     static std::string text(const ComparisonReport& report)

@@ -52,7 +52,7 @@ private:
     {
         auto report =
             job(folders, &runProgram, direction).compare(IgnoredNames(ignored), deletions, WorkItem());
-        return report ? std::move(*report) : ComparisonReport{{}, {report.error().text}, 0, {}};
+        return report ? std::move(*report) : ComparisonReport{{}, {report.error().text}, 0, {}, {}};
     }
 
     static ComparisonReport walk(const TwoFolders& folders, Deletions deletions = Deletions::Listed,
@@ -100,6 +100,12 @@ private slots:
                  std::string("rsync|-e|ssh -p 2222|-az|--out-format=|%i %n|--update|--from0|"
                              "--files-from=-|--|/home/me/My Site/|me@host:/var/www/|"));
         QCOMPARE(RsyncCommand::nameList({"a b", "#x"}), std::string("./a b\0./#x\0", 11));
+        QCOMPARE(join(RsyncCommand({"/x/", "me@host:it's $x/", Direction::Upload, "7"}).freeSpace()),
+                 std::string("ssh|-p|7|-o|BatchMode=yes|--|me@host|LC_ALL=C df -Pk -- 'it'\\''s $x/'|"));
+        QCOMPARE(readFreeSpace("Filesystem 1024-blocks Used Available Capacity Mounted on\n"
+                               "/dev/sda1 1000 990 10 99% /\n"),
+                 std::optional<std::int64_t>(10240));
+        QVERIFY(!readFreeSpace("rsync only\n"));
         QVERIFY(!RsyncCommand({"/x/", "", Direction::Upload, "22"}).isComplete());
     }
 
@@ -234,7 +240,8 @@ private slots:
             });
         (void)listed.transfer(found.rows, found.foldersOnlyThere, {}, {});
         std::replace(lists.begin(), lists.end(), '\0', ' ');
-        QCOMPARE(lists, std::string("./c.css ./sub/d.png |./a.html ./b.PHP ./e.xml |./gone.html |"));
+        QCOMPARE(lists, std::string("./c.css ./sub/d.png |./a.html ./b.PHP ./e.xml |./gone.html |"
+                                    "./a.html ./b.PHP ./c.css ./e.xml ./sub/d.png |"));
     }
 
     void ignoredNamesAreCounted_andNeverDeleted()
@@ -295,6 +302,8 @@ private slots:
         const auto untilTheFirstIsThere = [&] { return !itemExists(folders.at("receiving/a.txt")); };
         const RsyncReport report = slow.transfer(found.rows, {}, untilTheFirstIsThere, {});
         QCOMPARE(report.done, std::vector<std::size_t>{0});
+        QCOMPARE(report.received.size(), std::size_t{1});
+        QVERIFY(report.received[0].isSameFile(found.rows[0].sent));
         QCOMPARE(join(report.problems), std::string());
         QTRY_COMPARE(folders.listing("receiving"), std::string("a.txt\n"));
     }

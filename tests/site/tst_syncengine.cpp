@@ -160,6 +160,52 @@ private slots:
         QCOMPARE(site.folders.listing("receiving"), std::string());
     }
 
+    // A change there is never overwritten unless its row is ticked, and it is not taken for one unticked.
+    void changesThereSinceTheLastPublishAreUnticked_data() { bothModes_data(); }
+    void changesThereSinceTheLastPublishAreUnticked()
+    {
+        QFETCH(bool, rsync);
+        Site site(rsync);
+        site.folders.put("sending/a.html", "first");
+        site.folders.put("sending/b.html", "first");
+        QVERIFY(site.compare());
+        QVERIFY(site.transfer());
+        site.folders.put("sending/a.html", "mine", 50);
+        site.folders.put("receiving/a.html", "theirs", 20);
+        site.folders.put("sending/b.html", "older", 200);
+        QVERIFY(site.compare());
+        QCOMPARE(site.names(), std::string("-a.html\n+b.html\n"));
+        QVERIFY(site.transfer());
+        QCOMPARE(site.names(), std::string("-a.html\n"));
+        QCOMPARE(site.folders.bytesOf("receiving/a.html"), std::string("theirs"));
+        QCOMPARE(site.folders.bytesOf("receiving/b.html"), std::string("older"));
+        QCOMPARE(site.record.untickedNames(upload), QStringList());
+        QVERIFY(site.compare());
+        QCOMPARE(site.names(), std::string("-a.html\n"));
+        site.engine.table().tickAll(true);
+        QVERIFY(site.transfer());
+        QCOMPARE(site.engine.state(), State::Done);
+        QCOMPARE(site.folders.bytesOf("receiving/a.html"), std::string("mine"));
+        site.folders.put("sending/a.html", "again", 5);
+        QVERIFY(site.compare());
+        QCOMPARE(site.names(), std::string("+a.html\n"));
+    }
+
+    void aSecondTransferOfTheSiteIsRefused()
+    {
+        Site site(false);
+        site.folders.put("sending/a.html");
+        QVERIFY(site.compare());
+        {
+            const auto other = lockForPublishing(siteIdentity(site.record));
+            QVERIFY(site.transfer());
+            QVERIFY2(site.engine.message().contains("being published"), qPrintable(site.engine.message()));
+            QCOMPARE(site.names(), std::string("+a.html\n"));
+        }
+        QVERIFY(site.transfer());
+        QCOMPARE(site.engine.state(), State::Done);
+    }
+
     void whatCannotBeCopiedStays_data() { bothModes_data(); }
     void whatCannotBeCopiedStays()
     {

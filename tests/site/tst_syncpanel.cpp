@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QScrollBar>
@@ -126,6 +127,58 @@ private slots:
         QTRY_COMPARE(f.rowCount(), 1);
         QCOMPARE(f.find<QLabel>("syncMessage").text(), "a.html: a folder stands where the file should be");
         test::saveScreenshots(*f.panel, "sync-failed");
+    }
+
+    void guardsAskFirst_data()
+    {
+        QTest::addColumn<QString>("sending");
+        QTest::addColumn<QString>("receiving");
+        QTest::addColumn<QString>("question");
+        QTest::newRow("empty source") << ""
+                                      << "a|b"
+                                      << "no files at all";
+        QTest::newRow("many deletions") << "a|b"
+                                        << "a|b|c|d"
+                                        << "More than a third";
+        QTest::newRow("nothing in common") << "a|b"
+                                           << "c|d|e|f|g|h|i|j"
+                                           << "no file in common";
+        QTest::newRow("few deletions") << "a|b|c"
+                                       << "a|b|c|d"
+                                       << "";
+        QTest::newRow("empty destination") << "a|b|c"
+                                           << ""
+                                           << "";
+    }
+    void guardsAskFirst()
+    {
+        QFETCH(QString, sending);
+        QFETCH(QString, receiving);
+        QFETCH(QString, question);
+        Fixture f;
+        f.folders.putAll("sending", sending.toStdString());
+        f.folders.putAll("receiving", receiving.toStdString());
+        const std::string before = f.folders.listing("receiving");
+        f.find<QCheckBox>("deleteOptionCheckBox").setChecked(true);
+        f.panel->sync(Direction::Upload);
+        QTRY_VERIFY(f.find<QPushButton>("syncButton").isEnabled());
+        f.click("syncButton");
+        if (!question.isEmpty()) {
+            auto* box = f.panel->findChild<QMessageBox*>("syncQuestion");
+            QVERIFY(box && box->text().contains(question));
+            test::saveScreenshots(*box, "sync-question");
+            QTest::keyClick(box, Qt::Key_Return);
+            QTRY_VERIFY(!f.panel->findChild<QMessageBox*>());
+            QCOMPARE(f.folders.listing("receiving"), before);
+            f.click("syncButton");
+            box = f.panel->findChild<QMessageBox*>("syncQuestion");
+            for (QAbstractButton* const button : box->buttons()) {
+                if (button->text() == "Move anyway")
+                    button->click();
+            }
+        }
+        QTRY_COMPARE(f.title(), "No more files to be moved.");
+        QCOMPARE(f.folders.listing("receiving"), f.folders.listing("sending"));
     }
 
     void filterSortAndMenuChooseTheRows()
