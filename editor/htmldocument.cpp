@@ -104,7 +104,7 @@ void HTMLDocument::createSaver()
     m_saver = new PageSaver(this, m_store, *m_viewController, mountPath,
                             [this](const fs::path& url) { return saveToURL(url); });
     connect(m_saver, &PageSaver::openRequested, this, &HTMLDocument::openRequested);
-    connect(m_saver, &PageSaver::saveRequested, this, &HTMLDocument::saveEverything);
+    connect(m_saver, &PageSaver::saveRequested, this, [this] { saveEverything([this] { close(); }); });
     connect(m_saver, &PageSaver::discarded, this, [this] {
         m_mayClose = true;
         close();
@@ -294,6 +294,10 @@ void HTMLDocument::applyCallbackText(const QString& text)
 void HTMLDocument::setActiveElement(const std::vector<int>& path)
 {
     m_selection->setActiveElement(path);
+    const html::Node* node = m_selection->element();
+    while (node && !(node->asElement() && node->asElement()->is("table")))
+        node = node->parent();
+    m_viewController->webView()->setInTable(node != nullptr);
 }
 
 void HTMLDocument::fitWindowToPage(int width)
@@ -400,10 +404,10 @@ void HTMLDocument::closeEvent(QCloseEvent* event)
     event->accept();
 }
 
-void HTMLDocument::saveEverything()
+void HTMLDocument::saveEverything(const std::function<void()>& then)
 {
     m_styleSheets->storeDrafts();
-    m_saver->save([this] { close(); });
+    m_saver->save(then);
 }
 
 void HTMLDocument::changeEvent(QEvent* event)

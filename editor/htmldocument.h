@@ -16,6 +16,7 @@
 #include <QUndoStack>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -55,6 +56,9 @@ public:
     bool readFromURL(const std::filesystem::path& url);
     /// Reads and shows the page. If that fails, the window shows the reason.
     void windowDidLoad();
+
+    /// Saves the style sheets that are being edited and the page, then calls `then`; not if something is in the way.
+    void saveEverything(const std::function<void()>& then);
 
     /// Prints the page's source anew, as one edit that can be undone.
     void tidySource();
@@ -136,7 +140,6 @@ private:
     void openOutlineMenu(const QPoint& where);
     /// Repeats an edit of the tree in the rendering.
     void refresh(RenderingReader::Place place);
-    void saveEverything();
     bool tidy();
 
     enum class Offer { Nothing, Reload };

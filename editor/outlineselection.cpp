@@ -24,10 +24,15 @@ OutlineSelection::OutlineSelection(OutlineView& view, OutlineModel& model, ViewC
     });
 }
 
-html::Element* OutlineSelection::element() const
+QPersistentModelIndex OutlineSelection::index() const
 {
     const QModelIndexList selected = m_view.selectionModel()->selectedIndexes();
-    return selected.isEmpty() ? nullptr : OutlineModel::elementAt(selected.first());
+    return selected.isEmpty() ? QModelIndex() : selected.first();
+}
+
+html::Element* OutlineSelection::element() const
+{
+    return OutlineModel::elementAt(index());
 }
 
 QString OutlineSelection::path() const

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QObject>
+#include <QPersistentModelIndex>
 #include <QScopedValueRollback>
 
 #include <vector>
@@ -27,6 +28,7 @@ public:
 
     /// The element of the selected row; null if no row is selected.
     [[nodiscard]] html::Element* element() const;
+    [[nodiscard]] QPersistentModelIndex index() const;
     /// The path from the root to that element as text: "html › body › p#intro".
     [[nodiscard]] QString path() const;
     void select(const html::Element* element);

@@ -66,10 +66,12 @@ std::vector<PageActions::Command> PageActions::table()
     return {
         {ui.newAction, Always, [&page] { emit page.newRequested(); }},
         {ui.openAction, Always, [&saver] { saver.openPanel(); }},
-        {ui.saveAction, HasPage, [&saver] { saver.save({}); }},
+        {ui.saveAction, HasPage, [&page] { page.saveEverything({}); }},
         {ui.saveAsAction, HasPage, [&saver] { saver.saveAs({}); }},
         {ui.revertAction, HasFile, [&page] { page.revertDocumentToSaved(); }},
         {ui.closeAction, Always, [&page] { page.close(); }},
+        {ui.quitAction, Always,
+         [] { QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection); }},
         {ui.undoAction, CanUndo, [&edits] { edits.undo(); }},
         {ui.redoAction, CanRedo, [&edits] { edits.redo(); }},
         {ui.cutAction, Always, [this] { sendToFocus("cut", QWebEnginePage::Cut); }},

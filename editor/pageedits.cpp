@@ -37,8 +37,8 @@ void PageEdits::whenCaughtUp(const std::function<void()>& edit)
 
 void PageEdits::editSelected(const std::function<void(html::Element&)>& edit)
 {
-    whenCaughtUp([this, edit] {
-        html::Element* const element = m_selection.element();
+    whenCaughtUp([this, edit, chosen = m_selection.index()] {
+        html::Element* const element = OutlineModel::elementAt(chosen);
         if (!element)
             return;
         {

@@ -47,7 +47,6 @@ void LinkActions::insertImage()
 void LinkActions::confirm(const QString& address)
 {
     const QString doCommand = QStringLiteral("doCommand");
-    const QString createLink = scriptCall(doCommand, QStringLiteral("Create Link"), address);
     switch (m_sheet->purpose()) {
     case LinkSheet::Purpose::Image: {
         const QUrl url = LinkSheet::imageUrl(address);
@@ -58,11 +57,10 @@ void LinkActions::confirm(const QString& address)
         break;
     }
     case LinkSheet::Purpose::Link:
-        m_perform(tr("Link"), createLink);
+        m_perform(tr("Link"), scriptCall(doCommand, QStringLiteral("Create Link"), address));
         break;
     case LinkSheet::Purpose::EditLink:
-        m_perform(tr("Edit Link"),
-                  scriptCall(doCommand, QStringLiteral("Unlink")) + QStringLiteral(" ; ") + createLink);
+        m_perform(tr("Edit Link"), scriptCall(doCommand, QStringLiteral("Edit Link"), address));
         break;
     }
     m_view.setFocus();

@@ -3,12 +3,15 @@
 
 #include "web/scriptcall.h"
 
+#include <QAction>
 #include <QContextMenuEvent>
 #include <QCoreApplication>
 #include <QDropEvent>
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
+
+#include <algorithm>
 
 namespace luma {
 
@@ -20,11 +23,25 @@ bool isOfKeys(QEvent::Type type)
            type == QEvent::InputMethod;
 }
 
-// Shortcuts of the window's commands that the engine would use for its own.
-bool isCommandKey(const QKeyEvent& key)
+// What the engine does with these keys is what the window's commands would do.
+bool isEditingKey(const QKeyEvent& key)
 {
-    return key.matches(QKeySequence::Bold) || key.matches(QKeySequence::Italic) ||
-           key.matches(QKeySequence::Underline);
+    return key.matches(QKeySequence::Cut) || key.matches(QKeySequence::Copy) ||
+           key.matches(QKeySequence::Paste) || key.matches(QKeySequence::SelectAll);
+}
+
+// Shortcuts of the window's commands, some of which the engine would use for its own.
+bool isCommandKey(const QKeyEvent& key, const QWidget& window)
+{
+    if (key.matches(QKeySequence::Bold) || key.matches(QKeySequence::Italic) ||
+        key.matches(QKeySequence::Underline))
+        return true;
+    if (isEditingKey(key))
+        return false;
+    const QKeySequence pressed(key.keyCombination());
+    const auto actions = window.findChildren<QAction*>();
+    return std::any_of(actions.begin(), actions.end(),
+                       [&pressed](const QAction* action) { return action->shortcuts().contains(pressed); });
 }
 
 bool carriesFiles(const QMimeData* data)
@@ -75,7 +92,8 @@ bool MyWebView::eventFilter(QObject* watched, QEvent* event)
     if (watched != m_keyReceiver || !isOfKeys(event->type()))
         return QWebEngineView::eventFilter(watched, event);
     if (event->type() == QEvent::ShortcutOverride)
-        return takeUndoKey(static_cast<QKeyEvent&>(*event)) || isCommandKey(static_cast<QKeyEvent&>(*event));
+        return takeUndoKey(static_cast<QKeyEvent&>(*event)) ||
+               isCommandKey(static_cast<QKeyEvent&>(*event), *window());
     if (m_heldInput.isHolding() && event != m_madeUp) {
         keepForLater(*event);
         return true;
@@ -99,19 +117,34 @@ void MyWebView::keepForLater(const QEvent& event)
     });
 }
 
-// The engine would keep the focus in a page that is edited as a whole.
+// Moves to the next cell of a table. Elsewhere it moves the focus, which the engine would keep in a page that is edited
+// as a whole.
 bool MyWebView::takeTabKey(const QKeyEvent& key)
 {
     const bool isBack =
         key.key() == Qt::Key_Backtab || (key.key() == Qt::Key_Tab && key.modifiers() == Qt::ShiftModifier);
     const bool isForward = key.key() == Qt::Key_Tab && key.modifiers() == Qt::NoModifier;
-    return (isBack || isForward) && focusNextPrevChild(isForward);
+    if (!isBack && !isForward)
+        return false;
+    if (!m_isInTable)
+        return focusNextPrevChild(isForward);
+    m_heldInput.hold();
+    ScriptCall::ask(m_page.get(),
+                    isForward ? QStringLiteral("moveToCell(1)") : QStringLiteral("moveToCell(-1)"), this,
+                    [this, isForward](const QVariant& hasMoved) {
+                        if (!hasMoved.toBool())
+                            focusNextPrevChild(isForward);
+                        m_heldInput.release();
+                    });
+    return true;
 }
 
 bool MyWebView::takeUndoKey(QKeyEvent& key)
 {
     const bool isUndo = key.matches(QKeySequence::Undo);
-    if (!isUndo && !key.matches(QKeySequence::Redo))
+    const bool isRedo = key.matches(QKeySequence::Redo) ||
+                        key.keyCombination() == QKeyCombination(Qt::ControlModifier, Qt::Key_Y);
+    if (!isUndo && !isRedo)
         return false;
     key.accept();
     if (key.type() == QEvent::KeyPress)

@@ -34,6 +34,8 @@ public:
 
     /// The number of keys pressed since the page was ready. The page counts those that have arrived
     /// (countOfKeys), because scripts overtake keys on their way to it.
+    /// In a table, Tab moves between cells instead of moving the focus.
+    void setInTable(bool isInTable) { m_isInTable = isInTable; }
     [[nodiscard]] int countOfKeys() const { return m_countOfKeys; }
     void setCountOfKeys(int count) { m_countOfKeys = count; }
 
@@ -71,6 +73,7 @@ private:
     std::unique_ptr<EditorPage> m_page;
     HeldInput m_heldInput;
     int m_countOfKeys = 0;
+    bool m_isInTable = false;
     const QEvent* m_madeUp = nullptr; // the held event that is being sent
     QPointer<QWidget> m_keyReceiver;
     QPointer<QMenu> m_fontSubMenu;

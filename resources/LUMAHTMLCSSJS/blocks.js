@@ -7,11 +7,17 @@ const blockNames = new Set(('address article aside blockquote body caption cente
     + 'fieldset figcaption figure footer form h1 h2 h3 h4 h5 h6 header hgroup hr html legend li main menu nav ol '
     + 'p pre search section summary table tbody td tfoot th thead tr ul').split(' '));
 
-// Blocks that hold nothing but running text (HTML, phrasing content).
+// Blocks that hold nothing but running text (HTML, phrasing content), and those of them that may become another one.
 const textBlocks = new Set('p h1 h2 h3 h4 h5 h6 pre address dt summary legend figcaption caption'.split(' '));
+const plainBlocks = new Set('p h1 h2 h3 h4 h5 h6 pre address'.split(' '));
+// Blocks that take text but neither lists nor quotes.
+const headBlocks = 'summary, legend, caption, dt';
 
 const isBlock = (node) => node instanceof Element && blockNames.has(node.localName);
 const isHeading = (node) => /^h[1-6]$/.test(node.localName);
+const isHidden = (node) => node instanceof Comment || node instanceof Element && /^(script|style|template|link|meta|base|title)$/.test(node.localName);
+// Part of a line of text.
+const isInline = (node) => node && !isBlock(node) && !isHidden(node);
 const isBlank = (node) => node instanceof Text && !/[^ \t\r\n\f]/.test(node.data);
 
 // The innermost block around a node, which may be the node itself.
@@ -35,9 +41,28 @@ function setCaret(node, offset) {
     getSelection().collapse(node, offset);
 }
 
+const visibleElements = 'img, hr, table, video, audio, iframe, object, svg, math, input, textarea, select, button, canvas, '
+    + 'embed, meter, progress, picture';
+
+// Whether nothing opens a line in the block.
+function isBlankBlock(block) {
+    return block.textContent.replace(/[ \t\r\n\f]/g, '') === '' && !block.querySelector(visibleElements);
+}
+
+const formattingNames = new Set(('a abbr b big cite code del dfn em font i ins kbd mark q s samp small span strike strong '
+    + 'sub sup tt u var').split(' '));
+
+// Whether the block holds nothing that an author put there: neither text nor an icon or another element that only a
+// style sheet shows, nor a comment or script.
 function isEmptyBlock(block) {
-    return block.textContent.replace(/[ \t\r\n\f]/g, '') === '' && !block.querySelector('img, hr, table, video, '
-        + 'audio, iframe, object, svg, input, textarea, select, canvas');
+    if (!isBlankBlock(block))
+        return false;
+    const walker = document.createTreeWalker(block, NodeFilter.SHOW_ELEMENT | NodeFilter.SHOW_COMMENT);
+    for (let node; (node = walker.nextNode());)
+        if (isHidden(node) || node.localName !== 'br' && !isBlock(node)
+            && (!formattingNames.has(node.localName) || node.attributes.length > 0))
+            return false;
+    return true;
 }
 
 // Nodes that are visible by themselves: text that is not blank, and elements that can't have content.
@@ -82,10 +107,15 @@ function wrapInline(node, name) {
         node = node.parentNode;
     let first = node;
     let last = node;
-    while (first.previousSibling && !isBlock(first.previousSibling) && !(first.previousSibling instanceof Comment))
+    while (isInline(first.previousSibling))
         first = first.previousSibling;
-    while (last.nextSibling && !isBlock(last.nextSibling) && !(last.nextSibling instanceof Comment))
+    while (isInline(last.nextSibling))
         last = last.nextSibling;
+    // Line ends and indentation stay outside.
+    while (first !== last && first !== node && isBlank(first))
+        first = first.nextSibling;
+    while (first !== last && last !== node && isBlank(last))
+        last = last.previousSibling;
     const wrapper = document.createElement(name);
     keepingSelection(() => {
         first.before(wrapper);
@@ -155,6 +185,7 @@ function splitBlock(block, range) {
     const rest = document.createRange();
     rest.setStart(range.endContainer, range.endOffset);
     rest.setEnd(block, block.childNodes.length);
+    const emptied = elementsBetween(range.endContainer, block);
     const second = block.cloneNode(false);
     second.append(rest.extractContents());
     for (const element of [second, ...second.querySelectorAll('[id]')])
@@ -162,26 +193,44 @@ function splitBlock(block, range) {
             element.removeAttribute('id');
     block.after(second);
     knowStyles(second);
+    // Of an element that is split, the half that got nothing goes; of an empty one, the copy.
+    const halves = [];
+    let half = second;
+    for (const element of emptied.reverse()) {
+        half = half.firstChild;
+        if (!half || half.localName !== element.localName)
+            break;
+        halves.unshift([element, half]);
+    }
+    for (const [element, copy] of halves)
+        removeVacant(isVacant(copy) ? copy : element);
     for (const each of [block, second]) {
         each.normalize();
-        removeEmptyInline(each);
         keepOpen(each);
     }
     return second;
 }
 
-function removeEmptyInline(block) {
-    for (const element of Array.from(block.querySelectorAll('*')).reverse())
-        if (!isBlock(element) && !holdsNothing(element) && element.childNodes.length === 0
-            && !['script', 'template', 'a', 'slot'].includes(element.localName))
-            element.remove();
-    for (const link of block.querySelectorAll('a[href]:empty'))
-        link.remove();
+// The elements around a node below `block`, the innermost first.
+function elementsBetween(node, block) {
+    const elements = [];
+    for (; node && node !== block; node = node.parentNode)
+        if (node instanceof Element)
+            elements.push(node);
+    return elements;
+}
+
+const isVacant = (element) => Array.from(element.childNodes).every((node) => node instanceof Text && node.length === 0);
+
+// Removes an inline element that an edit has emptied.
+function removeVacant(element) {
+    if (!isBlock(element) && isVacant(element))
+        element.remove();
 }
 
 // An empty block has no line to type in without a line break.
 function keepOpen(block) {
-    if (isEmptyBlock(block) && !block.querySelector('br') && !Array.from(block.children).some(isBlock))
+    if (isBlankBlock(block) && !block.querySelector('br') && !Array.from(block.children).some(isBlock))
         block.append(document.createElement('br'));
 }
 
@@ -194,21 +243,22 @@ function caretToStart(block) {
         setCaret(block, 0);
 }
 
-// Appends the second block's content to the first, removes what that leaves empty, and sets the caret between.
+// Appends the second block's first line to the end of the first one's, removes what that leaves empty, and sets the
+// caret between. Further content of the second stays where it is.
 function joinBlocks(first, second) {
     dropLastBreak(first);
     const at = first.lastChild;
     const around = second.parentElement;
-    const nested = Array.from(second.childNodes).filter((child) => isBlock(child));
-    const inline = Array.from(second.childNodes).filter((child) => !isBlock(child));
+    const line = [];
+    for (let node = second.firstChild; node && !isBlock(node); node = node.nextSibling)
+        line.push(node);
     if (isEmptyBlock(second))
-        inline.filter((node) => node instanceof Element && node.localName === 'br').forEach((br) => br.remove());
-    first.append(...inline.filter((node) => node.parentNode === second));
-    if (nested.length > 0)
-        second.replaceWith(...nested);
-    else
+        line.splice(0).forEach((node) => node.remove());
+    first.append(...line);
+    if (Array.from(second.childNodes).every(isBlank)) {
         second.remove();
-    removeEmptied(around);
+        removeEmptied(around);
+    }
     keepOpen(first);
     caretBehind(first, at);
 }
@@ -229,8 +279,8 @@ function caretBehind(block, node) {
 }
 
 function removeEmptied(element) {
-    while (element && element !== document.body && !['td', 'th'].includes(element.localName)
-        && isEmptyBlock(element) && !element.querySelector('br, li')) {
+    while (element && element !== document.body && !element.matches('td, th, caption')
+        && Array.from(element.childNodes).every(isBlank)) {
         const around = element.parentElement;
         element.remove();
         element = around;

@@ -6,6 +6,7 @@
 
 const commands = {
     'Create Link': createLink,
+    'Edit Link': editLink,
     'Unlink': unlink,
     'Insert Image': insertImage,
     'Remove Format': () => removeStyle(''),
@@ -22,6 +23,8 @@ const commands = {
 function doCommand(title, argument) {
     if (Object.hasOwn(commands, title))
         commands[title](argument);
+    else if (Object.hasOwn(textStyles, title) && textStyles[title].inline && currentRange() && currentRange().collapsed)
+        toggleNextStyle(title);
     else if (Object.hasOwn(textStyles, title))
         toggleStyle(title);
     else
@@ -35,23 +38,40 @@ function execute(command, argument = null) {
     return document.execCommand(command, false, argument);
 }
 
-// Makes the selection a link; if nothing is selected, inserts the address as the link's text.
+// Makes the selection a link; if nothing is selected, inserts the address as the link's text. In a link, changes that
+// link.
 function createLink(address) {
-    if (currentRange() && !currentRange().collapsed)
+    const range = currentRange();
+    const around = range && closestAt(range.commonAncestorContainer, 'a[href]');
+    if (around)
+        around.setAttribute('href', address);
+    else if (range && !range.collapsed)
         execute('createLink', address);
     else
         insertLink(address, address);
 }
 
-// Removes the link at the caret, or the links in the selection, and selects their text, so that it can become
-// another link.
+// Changes nothing of the link at the selection but its address.
+function editLink(address) {
+    const link = linkAtSelection();
+    if (link)
+        link.setAttribute('href', address);
+    else
+        createLink(address);
+}
+
+// Removes the link at the caret, or the links in the selection around text and images.
 function unlink() {
     const link = linkAtSelection();
     if (!link)
         return;
     if (currentRange().collapsed)
         getSelection().selectAllChildren(link);
+    const others = leavesOf(currentRange()).filter((leaf) => !(leaf instanceof Text));
     removeInline('a[href]');
+    for (const leaf of others)
+        for (let around; leaf.isConnected && (around = closestAt(leaf, 'a[href]'));)
+            keepingSelection(() => freeFrom(around, leaf));
 }
 
 function insertLink(address, text) {

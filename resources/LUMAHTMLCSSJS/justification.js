@@ -14,7 +14,7 @@ function justify(alignment) {
     for (const block of blocksToJustify()) {
         clearJustification(block);
         if (alignmentOf(block) !== alignment)
-            block.style.textAlign = alignment;
+            setDeclarations(block, [...declarationsOf(block), ` text-align: ${alignment}`]);
     }
 }
 
@@ -36,10 +36,27 @@ function blocksToJustify() {
 }
 
 function clearJustification(block) {
-    block.style.removeProperty('text-align');
     block.removeAttribute('align');
-    if (block.getAttribute('style') === '')
+    const declarations = declarationsOf(block);
+    const others = declarations.filter((each) => !/^\s*text-align\s*:/i.test(each));
+    if (others.length < declarations.length)
+        setDeclarations(block, others);
+}
+
+// The declarations of a style attribute as they are written: the engine would write all of them anew, and drop those
+// that it does not know.
+function declarationsOf(block) {
+    const text = block.getAttribute('style') || '';
+    const declarations = text.match(/(?:"[^"]*"|'[^']*'|\([^)]*\)|\/\*[^]*?\*\/|[^;])+/g) || [];
+    return declarations.filter((each) => each.trim() !== '');
+}
+
+function setDeclarations(block, declarations) {
+    const text = declarations.join(';').trimStart();
+    if (text === '')
         block.removeAttribute('style');
+    else
+        block.setAttribute('style', text + ';');
 }
 
 function alignmentOf(block) {

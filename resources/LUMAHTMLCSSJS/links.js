@@ -31,6 +31,6 @@ document.addEventListener('click', (event) => {
     if (!link || event.button !== 0)
         return;
     event.preventDefault();
-    if (event.isTrusted && getSelection().isCollapsed)
+    if (event.isTrusted && getSelection().isCollapsed && !event.target.closest(clickedObjects))
         activateLink(link);
 }, true);

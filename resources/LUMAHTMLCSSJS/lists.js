@@ -3,22 +3,35 @@
 
 'use strict';
 
-const itemAt = (node) => closestAt(node, 'li');
+// The list item around a node, in the same cell.
+function itemAt(node) {
+    const around = closestAt(node, 'li, td, th, caption');
+    return around && around.localName === 'li' ? around : null;
+}
+
 const listOf = (item) => item.parentElement.closest('ol, ul, menu');
 
 // Makes the selected blocks items of a list, or paragraphs again if they already are items of such a list.
 function toggleList(name) {
-    const blocks = selectedBlocks();
-    if (blocks.length === 0 && currentRange())
-        blocks.push(wrapInline(inlineAtCaret(), 'p'));
+    const blocks = selectedParagraphs();
     const items = blocks.map(itemAt);
+    if (blocks.length === 0)
+        return;
     if (items.every((item) => item && listOf(item).localName === name)) {
         new Set(items).forEach((item) => leaveList(item, { keepsAttributes: true }));
     } else if (items.every((item) => item)) {
         new Set(items.map(listOf)).forEach((list) => renameBlock(list, name));
     } else {
-        makeList(blocks.filter((block, index) => !items[index]), name);
+        byParent(blocks.filter((block, index) => !items[index])).forEach((group) => makeList(group, name));
     }
+}
+
+// Blocks of different cells or divisions stay apart.
+function byParent(blocks) {
+    const groups = new Map();
+    for (const block of blocks)
+        groups.set(block.parentElement, [...groups.get(block.parentElement) || [], block]);
+    return Array.from(groups.values());
 }
 
 function makeList(blocks, name) {
@@ -92,7 +105,7 @@ function paragraphsOf(item) {
 
 // Items move into a list inside the previous item, other blocks into a block quote.
 function indent() {
-    const blocks = selectedBlocks();
+    const blocks = selectedParagraphs();
     const items = new Set(blocks.map(itemAt).filter((item) => item && item.previousElementSibling));
     keepingSelection(() => items.forEach(indentItem));
     const others = blocks.filter((block) => !itemAt(block));
@@ -117,9 +130,14 @@ function outdent() {
 }
 
 function quoteBlocks(blocks) {
-    const quote = document.createElement('blockquote');
-    keepingSelection(() => {
-        blocks[0].before(quote);
-        quote.append(...blocks);
-    });
+    const paragraphs = blocks.map((block) => block.localName === 'li'
+        ? wrapInline(Array.from(block.childNodes).find((node) => isInline(node) && !isBlank(node)) || block.firstChild, 'p')
+        : block);
+    for (const group of byParent(paragraphs)) {
+        const quote = document.createElement('blockquote');
+        keepingSelection(() => {
+            group[0].before(quote);
+            quote.append(...group);
+        });
+    }
 }

@@ -13,9 +13,10 @@ function markupOfNode(node) {
         return '<!--' + node.data + '-->';
     if (node instanceof Text)
         return rawTextElements.has(node.parentNode.localName) ? node.data : escapedText(node.data);
-    if (!partsOf(node).some((part) => beginningWithLineEnd(part).length > 0))
+    if (!holdsOpened(node) && !partsOf(node).some((part) => beginningWithLineEnd(part).length > 0))
         return outerMarkup.call(node);
     const copy = node.cloneNode(true);
+    closeOpened(node, copy);
     for (const part of partsOf(copy))
         beginningWithLineEnd(part).forEach((element) => element.prepend('\n'));
     return outerMarkup.call(copy);

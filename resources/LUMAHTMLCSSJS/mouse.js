@@ -30,3 +30,32 @@ document.addEventListener('mouseover', (event) => {
 }, true);
 
 document.addEventListener('mouseleave', () => post('mouseEvent_text', mouse.told = ''));
+
+// Clicks change nothing in the page: a form control is not set, details do not open, and an image is selected. A click
+// with Control opens details for as long as they are edited, or closes them.
+
+const clickedObjects = 'img, video, audio, hr, svg, canvas';
+
+function selectNode(node) {
+    const range = document.createRange();
+    range.selectNode(node);
+    getSelection().removeAllRanges();
+    getSelection().addRange(range);
+}
+
+document.addEventListener('mousedown', (event) => {
+    if (event.target instanceof Element && event.target.closest('select, video, audio'))
+        event.preventDefault();
+}, true);
+
+document.addEventListener('click', (event) => {
+    const target = event.target instanceof Element ? event.target : document.body;
+    const summary = target.closest('summary');
+    if (summary || target.closest('input, select, option, label, video, audio'))
+        event.preventDefault();
+    if (summary && event.ctrlKey)
+        toggleDetails(summary.closest('details'));
+    const shown = event.button === 0 && target.closest(clickedObjects);
+    if (shown && document.body.contains(shown))
+        selectNode(shown);
+}, true);

@@ -159,6 +159,8 @@ function insertFragment(fragment) {
         return;
     deleteSelection();
     settleBlank();
+    if (blockOf(currentRange().startContainer).matches(headBlocks))
+        makeInline(fragment);
     const last = fragment.lastChild;
     if (Array.from(fragment.childNodes).some(isBlock))
         insertBlocks(fragment);
@@ -171,6 +173,15 @@ function insertFragment(fragment) {
     else
         setCaret(last.parentNode, Array.prototype.indexOf.call(last.parentNode.childNodes, last) + 1);
     reveal(last instanceof Element ? last : last.parentElement);
+}
+
+// Blocks become lines.
+function makeInline(fragment) {
+    for (let block; (block = Array.from(fragment.querySelectorAll('*')).find(isBlock));) {
+        if (block.previousSibling && block.firstChild)
+            block.before(document.createElement('br'));
+        block.replaceWith(...block.childNodes);
+    }
 }
 
 function insertInline(fragment) {

@@ -51,6 +51,7 @@ function elementAtPath(path) {
 }
 
 function copyExactly(attributes, element) {
+    openedDetails.delete(element);
     const names = new Set(attributes.map(([name]) => name));
     for (const { name } of Array.from(element.attributes))
         if (!names.has(name))

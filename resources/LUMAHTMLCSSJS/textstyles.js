@@ -57,7 +57,7 @@ function applyStyle(title) {
     else if (style.block)
         applyBlock(style.block);
     else if (style.around)
-        quoteBlocks(outermost(blocksOrWrapped()));
+        quoteBlocks(selectedParagraphs());
     else if (!getTextTags().includes(title))
         toggleList(style.list);
     cleanUp();
@@ -72,7 +72,7 @@ function removeStyle(title) {
         removeInline(style.selector);
     else if (style.block)
         selectedBlocks().filter((block) => block.localName === style.block)
-            .forEach((block) => renameBlock(block, 'p'));
+            .forEach((block) => block.parentElement.matches(headBlocks) ? unwrap(block) : renameBlock(block, 'p'));
     else if (style.around)
         new Set(selectedBlocks().map((block) => block.closest(style.around)))
             .forEach((quote) => quote && unwrap(quote));
@@ -88,7 +88,20 @@ function blocksOrWrapped() {
     return blocks.length > 0 ? blocks : [wrapInline(inlineAtCaret(), 'p')];
 }
 
-const outermost = (blocks) => blocks.filter((block) => !blocks.some((other) => other !== block && other.contains(block)));
+// The selected blocks of text and list items; what stands bare in a cell, a division or beside blocks is made a
+// paragraph. None in blocks that can hold no others.
+function selectedParagraphs() {
+    const leaves = leavesOf(currentRange());
+    const blocks = new Set();
+    for (const leaf of leaves.length > 0 ? leaves : [inlineAtCaret()]) {
+        const block = blockOf(leaf);
+        if (plainBlocks.has(block.localName) || block.localName === 'li')
+            blocks.add(block);
+        else if (!block.matches(headBlocks))
+            blocks.add(wrapInline(leaf, 'p'));
+    }
+    return Array.from(blocks);
+}
 
 // The inline node at the caret; a new line break if there is none.
 function inlineAtCaret() {
@@ -96,7 +109,7 @@ function inlineAtCaret() {
     if (!isBlock(startContainer))
         return startContainer;
     const child = startContainer.childNodes[startOffset] || startContainer.lastChild;
-    if (child && !isBlock(child) && !(child instanceof Comment))
+    if (isInline(child))
         return child;
     const line = document.createElement('br');
     startContainer.insertBefore(line, startContainer.childNodes[startOffset] || null);
@@ -109,7 +122,7 @@ function applyBlock(name) {
     const blocks = new Set();
     for (const leaf of leaves.length > 0 ? leaves : [inlineAtCaret()]) {
         const block = blockOf(leaf);
-        blocks.add(textBlocks.has(block.localName) ? block : wrapInline(leaf, name));
+        blocks.add(plainBlocks.has(block.localName) ? block : wrapInline(leaf, name));
     }
     blocks.forEach((block) => renameBlock(block, name));
 }

@@ -6,6 +6,7 @@
 const typing = {
     blank: null, // the text node that ends in a no-break space of ours
     keys: 0, // pressed since the page was loaded
+    next: null, // the styles chosen for what is typed next, and where
 };
 
 // The number of keys that have arrived; the editor waits for those that it sent.
@@ -14,6 +15,11 @@ const countOfKeys = () => typing.keys;
 document.addEventListener('keydown', () => ++typing.keys, true);
 
 document.addEventListener('beforeinput', (event) => {
+    // What is typed into a form field is no part of the page.
+    if (event.target instanceof Element && event.target.matches('input, textarea, select')) {
+        event.preventDefault();
+        return;
+    }
     const handler = Object.hasOwn(inputHandlers, event.inputType) && inputHandlers[event.inputType];
     if (handler && handler(event))
         event.preventDefault();
@@ -50,7 +56,7 @@ function insertParagraph() {
     const item = itemAt(block);
     if (block.localName === 'pre')
         return insertLineInPre(range);
-    if (['td', 'th', 'dd', 'caption', 'summary', 'legend'].includes(block.localName))
+    if (['td', 'th', 'dd', 'caption', 'figcaption', 'summary', 'legend'].includes(block.localName))
         return !execute('insertLineBreak') || true;
     if (item && isEmptyBlock(item)) {
         leaveList(item);
@@ -98,9 +104,12 @@ function insertText(event) {
     const { node, offset } = textAtCaret();
     if (event.data === ' ' && !keepsBlanks(node))
         return insertBlank(node, offset);
+    const pending = takePendingStyles();
     insertInto(node, offset, event.data);
     dropPlaceholder(node);
     settleBlank();
+    if (pending.length > 0)
+        styleTyped(node, offset, event.data.length, pending);
     return true;
 }
 
@@ -345,26 +354,82 @@ function firstLeafFrom(node, walker) {
     return null;
 }
 
-// Deletes the selection and joins blocks that are only partly left, without the engine's styled spans.
+const cellAt = (node) => closestAt(node, 'td, th, caption');
+
+// A triple click selects up to the start of the next block; nothing of that is meant.
+function withoutNextBlock(range) {
+    const last = blockOf(range.endContainer);
+    if (range.collapsed || last === document.body || last.contains(range.startContainer)
+        || !isAtEdge({ startContainer: range.endContainer, startOffset: range.endOffset }, last, 'start'))
+        return range;
+    const leaf = leavesOf(range).pop();
+    if (leaf && !last.contains(leaf))
+        range.setEndAfter(leaf);
+    return range;
+}
+
+// Deletes the selection and joins blocks that are only partly left, without the engine's styled spans. What can't be
+// seen stays: scripts, comments.
 function deleteSelection() {
-    const range = currentRange();
+    const range = currentRange() && withoutNextBlock(currentRange());
     if (!range || range.collapsed)
         return;
+    if (cellAt(range.startContainer) !== cellAt(range.endContainer)) {
+        emptyCells(range);
+        return;
+    }
     const first = blockOf(range.startContainer);
     const last = blockOf(range.endContainer);
+    const emptied = [...elementsBetween(range.startContainer, first), ...elementsBetween(range.endContainer, last)];
+    const hidden = hiddenNodesIn(range);
     range.deleteContents();
+    emptied.forEach(removeVacant);
+    hidden.reverse().forEach((node) => range.insertNode(node));
+    range.collapse(hidden.length === 0);
     if (first !== last && first.isConnected && last.isConnected && first !== document.body && last !== document.body
         && closestAt(first, 'td, th') === closestAt(last, 'td, th') && !first.contains(last) && !last.contains(first))
         joinBlocks(first, last);
     for (const block of [first, last]) {
         if (block.isConnected && block !== document.body) {
             block.normalize();
-            removeEmptyInline(block);
             keepOpen(block);
         }
     }
     if (first.isConnected && isEmptyBlock(first) && first !== document.body)
         caretToStart(isEmptyBlock(document.body) ? asParagraph(first) : first);
+}
+
+function hiddenNodesIn(range) {
+    const walker = document.createTreeWalker(range.commonAncestorContainer, NodeFilter.SHOW_ELEMENT | NodeFilter.SHOW_COMMENT);
+    const nodes = [];
+    for (let node; (node = walker.nextNode());)
+        if (isHidden(node) && range.comparePoint(node.parentNode, positionOf(node.parentNode, node)) === 0
+            && range.comparePoint(node.parentNode, positionOf(node.parentNode, node) + 1) === 0)
+            nodes.push(node);
+    return nodes;
+}
+
+// A table keeps its cells: those that the range reaches lose what is selected of them, and so does what is around.
+function emptyCells(range) {
+    const { startContainer, startOffset } = range;
+    const ends = [range.startContainer, range.endContainer].map((node) => closestAt(node, 'table'));
+    for (const leaf of leavesOf(range)) {
+        if (leaf instanceof Text) {
+            const from = leaf === range.startContainer ? range.startOffset : 0;
+            const to = leaf === range.endContainer ? range.endOffset : leaf.length;
+            leaf.deleteData(from, to - from);
+        } else {
+            leaf.remove();
+        }
+        const block = blockOf(leaf.isConnected ? leaf : range.startContainer);
+        elementsBetween(leaf, block).forEach(removeVacant);
+        if (ends.includes(closestAt(block, 'table')))
+            keepOpen(block);
+        else if (isEmptyBlock(block) && !block.contains(startContainer))
+            removeEmptied(block);
+    }
+    if (startContainer.isConnected)
+        setCaret(startContainer, Math.min(startOffset, lengthOf(startContainer)));
 }
 
 // Turns a block into a plain paragraph without attributes; items and cells stay what they are.
@@ -374,4 +439,45 @@ function asParagraph(block) {
     const paragraph = renameBlock(block, 'p');
     Array.from(paragraph.attributes, ({ name }) => name).forEach((name) => paragraph.removeAttribute(name));
     return paragraph;
+}
+
+// Styles that are chosen at a caret: what is typed next there gets them, or is freed from them.
+
+function toggleNextStyle(title) {
+    const { startContainer: node, startOffset: offset } = currentRange();
+    const titles = new Set(takePendingStyles());
+    if (!titles.delete(title))
+        titles.add(title);
+    typing.next = { node, offset, titles: Array.from(titles) };
+}
+
+// None where the caret has moved on.
+function takePendingStyles() {
+    const { next } = typing;
+    typing.next = null;
+    const { startContainer, startOffset } = currentRange();
+    return next && next.node.isConnected && (next.node === startContainer && next.offset === startOffset
+        || next.node.contains(startContainer) && next.node instanceof Element) ? next.titles : [];
+}
+
+function styleTyped(node, offset, length, titles) {
+    for (const title of titles) {
+        getSelection().setBaseAndExtent(node, offset, node, offset + length);
+        toggleStyle(title);
+        ({ startContainer: node, startOffset: offset } = currentRange());
+    }
+    getSelection().collapseToEnd();
+}
+
+// Tab and Shift+Tab move between cells. Returns whether there was one to go to.
+function moveToCell(step) {
+    const cell = currentRange() && cellAt(currentRange().startContainer);
+    const cells = cell ? Array.from(cell.closest('table').querySelectorAll('td, th'))
+        .filter((each) => each.closest('table') === cell.closest('table')) : [];
+    const next = cells[cells.indexOf(cell) + step];
+    if (!next)
+        return false;
+    getSelection().selectAllChildren(next);
+    reveal(next);
+    return true;
 }

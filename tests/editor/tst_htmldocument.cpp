@@ -314,7 +314,7 @@ private slots:
             if (!action->isEnabled())
                 found.append(action->objectName().chopped(6));
         }
-        QCOMPARE(count, 29);
+        QCOMPARE(count, 30);
         QStringList expected = off.split(u' ', Qt::SkipEmptyParts);
         found.sort();
         expected.sort();

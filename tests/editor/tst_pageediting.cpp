@@ -3,9 +3,11 @@
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
 
+#include <QAbstractButton>
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QPlainTextEdit>
 #include <QTest>
 #include <QTimer>
 #include <QUndoStack>
@@ -109,6 +111,52 @@ private slots:
         QTRY_COMPARE(body(), before);
     }
 
+    void keysAndTheClipboard_areStepsOfTheirName()
+    {
+        open("<p>one two</p>");
+        const std::pair<Qt::Key, const char*> steps[] = {{Qt::Key_X, "Cut"},
+                                                         {Qt::Key_V, "Paste"},
+                                                         {Qt::Key_Return, "Enter"},
+                                                         {Qt::Key_Backspace, "Delete"}};
+        select("two");
+        for (const auto& [key, name] : steps) {
+            QTest::keyClick(keys(), key, key < Qt::Key_Escape ? Qt::ControlModifier : Qt::NoModifier);
+            QTRY_COMPARE(undoText(), QStringLiteral("&Undo ") + name);
+        }
+        while (window->undoStack()->canUndo())
+            trigger("undoAction");
+        QCOMPARE(body(), QByteArray("<p>one two</p>"));
+    }
+
+    void tab_movesBetweenCells()
+    {
+        open("<table><tbody><tr><td>a</td><td>b</td></tr></tbody></table>");
+        setCaretBehind("a");
+        QTRY_COMPARE(the<QWidget>("elementPath")->property("text").toString().right(2), "td");
+        QTest::keyClick(keys(), Qt::Key_Tab);
+        type("x");
+        QTRY_COMPARE(body(), QByteArray("<table><tbody><tr><td>a</td><td>x</td></tr></tbody></table>"));
+        QTest::keyClick(keys(), Qt::Key_Tab);
+        QTRY_VERIFY(!keys()->hasFocus());
+    }
+
+    void scriptThatNeverEnds_isStopped()
+    {
+        open("<p>one</p>");
+        const qint64 process = page().renderProcessPid();
+        trigger("scriptConsoleAction");
+        the<QPlainTextEdit>("jsSourceField")->setPlainText("for (;;);");
+        the<QAbstractButton>("runJSButton")->click();
+        QTRY_VERIFY(the<QPlainTextEdit>("jsResultField")->toPlainText().contains("was stopped"));
+        QTRY_VERIFY(page().renderProcessPid() != process);
+        waitUntilShown();
+        the<QWidget>("jsResultField")->window()->close();
+        window->activateWindow();
+        setCaretBehind("one");
+        type("x");
+        QTRY_COMPARE(body(), QByteArray("<p>onex</p>"));
+    }
+
     void droppedFiles_becomeImagesAndLinks()
     {
         put("images/a b.png", "");
@@ -201,7 +249,8 @@ private slots:
         trigger("boldAction");
         type("x");
         trigger("italicAction");
-        QTRY_COMPARE(body(), QByteArray("<section><p><b><i>x</i></b></p></section>"));
+        type("y");
+        QTRY_COMPARE(body(), QByteArray("<section><p><b>x<i>y</i></b></p></section>"));
     }
 };
 

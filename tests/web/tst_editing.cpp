@@ -47,6 +47,7 @@ private:
             {"Cut", {Qt::Key_X, Qt::ControlModifier}},
             {"WordBehind", {Qt::Key_Delete, Qt::ControlModifier}},
             {"Word", {Qt::Key_Backspace, Qt::ControlModifier}},
+            {"Bold", {Qt::Key_B, Qt::ControlModifier}},
         };
         for (qsizetype at = 0; at < keys.size();) {
             const qsizetype end = keys.indexOf('>', at);
@@ -166,6 +167,31 @@ private slots:
         row("empty page", "|", "Hi", "<p>Hi</p>");
         row("emptied page", "<h1>One</h1><p>two</p>", "<All><Delete>Hi", "<p>Hi</p>");
         row("emptied block", "<p>one</p><p>[two]</p>", "<Delete>", "<p>one</p><p><br></p>");
+        const char* const icons =
+            "<i class=\"icon\"></i><span class=\"s\"></span><x-y></x-y><!-- c --><script></script>";
+        const auto kept = [this, icons](const char* name, const QByteArray& before, const char* pressed,
+                                        const QByteArray& after) {
+            QTest::newRow(name) << QByteArray(before).replace("*", icons) << QByteArray(pressed)
+                                << QByteArray(after).replace("*", icons);
+        };
+        kept("enter keeps icons", "<p>*one| two*</p>", "<Enter>", "<p>*one</p><p> two*</p>");
+        kept("letter over a selection keeps icons", "<p>*o[n]e*</p>", "x", "<p>*oxe*</p>");
+        kept("deletion over blocks keeps icons", "<p>*o[ne</p><p>tw]o*</p>", "<Delete>", "<p>*oo*</p>");
+        kept("cut keeps icons", "<p>*o[n]e*</p>", "<Cut>", "<p>*oe*</p>");
+        kept("backspace behind icons", "<p>*</p><p>|one</p>", "<Backspace>", "<p>*</p><p>one</p>");
+        kept("bare text keeps what is below", "<div>o[n]e<p>*two</p></div>", "x",
+             "<div>oxe<p>*two</p></div>");
+        row("deletion keeps what can't be seen", "<p>a[b<!-- c --><script></script>c]d</p>", "<Delete>",
+            "<p>a<!-- c --><script></script>d</p>");
+        row("deletion into a wrapper keeps it", "<p>o[ne</p><div class=\"w\">tw]o<p>three</p></div>",
+            "<Delete>", "<p>oo</p><div class=\"w\"><p>three</p></div>");
+        row("deletion over cells empties them",
+            "<table><tbody><tr><td>a[b</td><td><b>c</b></td><td>d]e</td></tr></tbody></table>", "<Delete>",
+            "<table><tbody><tr><td>a</td><td><br></td><td>e</td></tr></tbody></table>");
+        row("triple click", "<p>[one</p><p>]two</p>", "x", "<p>x</p><p>two</p>");
+        row("bold at a caret", "<p>one| two</p>", "<Bold>xy<Bold>z", "<p>one<b>xy</b>z two</p>");
+        row("page that begins with a template", "<template><p>t</p></template>|one", "x",
+            "<template><p>t</p></template><p>xone</p>");
         row("own styles stay", "<p><span style=\"color: red\">a|</span> <font color=\"red\">b</font></p>",
             "x", "<p><span style=\"color: red\">ax</span> <font color=\"red\">b</font></p>");
     }
@@ -232,6 +258,29 @@ private slots:
         row("unlink", "<p><a href=\"x\">a|b</a></p>", "doCommand('Unlink')", "<p>ab</p>");
         row("image", "<p>a|b</p>", "doCommand('Insert Image', 'x y.png')",
             "<p>a<img src=\"x y.png\" alt=\"\">b</p>");
+        row("list in a cell", "<table><tbody><tr><td>[a</td><td>b]</td></tr></tbody></table>",
+            "doCommand('Ordered List')",
+            "<table><tbody><tr><td><ol><li>a</li></ol></td><td><ol><li>b</li></ol></td></tr></tbody></table>");
+        row("quote of bare text", "<footer>o|ne<p>two</p></footer>", "doCommand('Block Quote')",
+            "<footer><blockquote><p>one</p></blockquote><p>two</p></footer>");
+        row("indent in a cell", "<table><tbody><tr><td>a|</td></tr></tbody></table>", "doCommand('Indent')",
+            "<table><tbody><tr><td><blockquote><p>a</p></blockquote></td></tr></tbody></table>");
+        row("heading in a summary", "<details><summary>a|</summary>b</details>", "doCommand('Heading 2')",
+            "<details><summary><h2>a</h2></summary>b</details>");
+        row("heading off in a caption", "<table><caption><h2>a|</h2></caption></table>",
+            "doCommand('Heading 2')", "<table><caption>a</caption></table>");
+        row("no list in a summary", "<details><summary>a|</summary>b</details>", "doCommand('Ordered List')",
+            "<details><summary>a</summary>b</details>");
+        row("edit link", "<p><a class=\"c\" target=\"t\" href=\"x\" id=\"i\"><b>a|</b></a></p>",
+            "doCommand('Edit Link', 'y')",
+            "<p><a class=\"c\" target=\"t\" href=\"y\" id=\"i\"><b>a</b></a></p>");
+        row("link in a link", "<p><a class=\"c\" href=\"x\">[a]b</a></p>", "doCommand('Create Link', 'y')",
+            "<p><a class=\"c\" href=\"y\">ab</a></p>");
+        row("unlink an image", "<p>[a<a href=\"x\"><img src=\"y\"></a>]</p>", "doCommand('Unlink')",
+            "<p>a<img src=\"y\"></p>");
+        row("justification keeps what is unknown",
+            "<p style=\"-x-a:1;text-align:right;b: url('a;b')\">a|</p>", "doCommand('Justify Center')",
+            "<p style=\"-x-a:1;b: url('a;b'); text-align: center;\">a</p>");
         row("unknown", "<p>a|</p>", "doCommand('constructor'); applyStyle('toString'); removeStyle('x')",
             "<p>a</p>");
     }
@@ -315,6 +364,30 @@ private slots:
         press("<Paste>");
         QTRY_COMPARE(bodyAfter(), "<p>a  b</p><p>c<b>one</b></p>");
         QCOMPARE(QGuiApplication::clipboard()->text(), "one");
+    }
+
+    void clicks_changeNothing()
+    {
+        const QByteArray before =
+            "<details><summary>s</summary>d</details><input type=\"checkbox\"><input id=\"i\">"
+            "<p><a href=\"x.html\"><img src=\"y.png\" width=\"40\" height=\"40\"></a></p>";
+        QVERIFY(web->showBody(before));
+        const QString clickOn = "document.querySelector('%1').dispatchEvent(new MouseEvent('click',"
+                                " { bubbles: true, cancelable: true, ctrlKey: %2 }))";
+        for (const char* target : {"summary", "input"})
+            (void)web->answer(clickOn.arg(target, "false"));
+        QCOMPARE(
+            web->answer(
+                "[document.querySelector('details').open, document.querySelector('input').checked].join()"),
+            "false,false");
+        (void)web->answer(clickOn.arg("img", "false"));
+        QCOMPARE(web->answer("getSelection().getRangeAt(0).cloneContents().firstChild.localName"), "img");
+        (void)web->answer("document.querySelector('#i').focus()");
+        press("x");
+        (void)web->answer(clickOn.arg("summary", "true"));
+        QCOMPARE(web->answer("document.querySelector('details').open"), "true");
+        QCOMPARE(web->answer("countOfChanges()"), "0");
+        QVERIFY(web->answer("document.documentElement.outerHTML").contains(QString::fromUtf8(before)));
     }
 
     // After one letter the page differs only in that text.
