@@ -264,6 +264,12 @@ std::uint32_t HTMLDocument::fingerprint() const
     return m_tree.document() ? luma::fingerprint(*m_tree.document()) : 0;
 }
 
+void HTMLDocument::setSource(std::string_view source)
+{
+    if (const auto taken = m_store.setMarkup(source); !taken)
+        tell(tr("The page was not changed: %1").arg(QString::fromStdString(taken.error().text)));
+}
+
 void HTMLDocument::reload()
 {
     m_viewController->whenCaughtUp(this, [this] {

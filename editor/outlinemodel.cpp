@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/outlinemodel.h"
 
+#include "base/ascii.h"
 #include "base/propertylist.h"
+#include "html/codemarks.h"
 #include "html/element.h"
 #include "html/serializer.h"
 #include "page/pagetree.h"
@@ -16,9 +18,11 @@ namespace {
 
 constexpr qsizetype longestToolTip = 1000;
 
-/// The text of an element's row: its tag with all attributes, and its own text.
+/// The text of an element's row: its tag with all attributes, and its own text. Server code is shown as it is.
 QString rowText(const html::Element& element)
 {
+    if (html::isServerCode(element))
+        return QString::fromStdString(simplified(html::codeOf(element)));
     std::string text = "<";
     text += element.tagName();
     const char* separator = " ";

@@ -2,7 +2,9 @@
 #include "html/document.h"
 
 #include "html/characterdata.h"
+#include "html/characterreferences.h"
 #include "html/element.h"
+#include "html/servercode.h"
 
 namespace luma::html {
 
@@ -46,10 +48,18 @@ void Document::setTitle(std::string_view title)
     element->swapChildren(text);
 }
 
+void Document::trustServerCode(std::string_view source)
+{
+    for (const ServerCode& code : serverCodeIn(source))
+        m_serverCode.insert(
+            decodeCharacters(source.substr(code.begin, code.end - code.begin), ReferenceContext::RawText));
+}
+
 NodePtr Document::shallowCopy() const
 {
     auto copied = std::make_unique<Document>();
     copied->setByteOrderMark(m_hasByteOrderMark);
+    copied->m_serverCode = m_serverCode;
     return copied;
 }
 

@@ -3,6 +3,8 @@
 
 #include "html/parentnode.h"
 
+#include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -28,12 +30,21 @@ public:
     bool hasByteOrderMark() const { return m_hasByteOrderMark; }
     void setByteOrderMark(bool has) { m_hasByteOrderMark = has; }
 
+    /// The server code of the page: text of an attribute, a title or a text area that is one of these is written as code,
+    /// all other is escaped.
+    using ServerCodes = std::set<std::string, std::less<>>;
+    const ServerCodes& serverCode() const { return m_serverCode; }
+    /// Adds the server code of a source whose writer may have code run on the server.
+    void trustServerCode(std::string_view source);
+    void trustServerCode(const ServerCodes& codes) { m_serverCode.insert(codes.begin(), codes.end()); }
+
     NodePtr shallowCopy() const override;
 
 private:
     Element* part(std::string_view name) const;
     Element* titleElement() const;
 
+    ServerCodes m_serverCode; // line ends are line feeds
     bool m_hasByteOrderMark = false;
 };
 

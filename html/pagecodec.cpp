@@ -103,8 +103,13 @@ Encoding PageCodec::encodingOf(const Document& document) const
 
 Result<std::unique_ptr<Document>> PageCodec::printed(const Document& document)
 {
+    return typed(prettyPrint(document), document);
+}
+
+Result<std::unique_ptr<Document>> PageCodec::typed(std::string_view text, const Document& document)
+{
     const Encoding encoding = encodingOf(document);
-    return readAs(encodedPiece(prettyPrint(document), encoding), encoding);
+    return readAs(encodedPiece(text, encoding), encoding);
 }
 
 Result<PageCodec::Written> PageCodec::write(const Document& document, MarkupLanguage language)

@@ -37,6 +37,9 @@ public:
     /// parse() does.
     Result<std::unique_ptr<Document>> printed(const Document& document);
 
+    /// `text`, typed in place of the document, in the document's encoding: a tree of its own. Fails as parse() does.
+    Result<std::unique_ptr<Document>> typed(std::string_view text, const Document& document);
+
 private:
     /// The file's bytes of a source that they don't equal.
     struct Bytes

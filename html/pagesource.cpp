@@ -4,6 +4,7 @@
 #include "base/ascii.h"
 #include "base/utf8.h"
 #include "html/characterdata.h"
+#include "html/codemarks.h"
 #include "html/doctype.h"
 #include "html/document.h"
 #include "html/element.h"
@@ -84,6 +85,12 @@ private:
 };
 
 } // namespace
+
+std::string_view PageSource::lineEnd() const
+{
+    const std::size_t line = m_text.find('\n');
+    return line != std::string::npos && line > 0 && m_text[line - 1] == '\r' ? "\r\n" : "\n";
+}
 
 const SourceRecord& PageSource::recordOf(const Node& node)
 {
@@ -170,8 +177,8 @@ void PageSource::claimEndTags(const std::vector<Node*>& nodes)
         SourceRecord& record = m_records[number];
         const Element* const element = nodes[number]->asElement();
         const bool own = element && !record.end.isEmpty() &&
-                         isEndTagOf(text(record.end), element->tagName()) && !isInText(record.end) &&
-                         claimed.insert(record.end.begin).second;
+                         isEndTagOf(text(record.end), withUnspelledCode(element->tagName())) &&
+                         !isInText(record.end) && claimed.insert(record.end.begin).second;
         if (!own)
             record.end = {};
     }
@@ -276,6 +283,7 @@ Node* followingJoined(Node& node, Document& document)
 
 void PageSource::transfer(Document& from, Document& to)
 {
+    to.trustServerCode(from.serverCode());
     Node* source = &from;
     for (Node* node = &to; node && source; node = followingJoined(*node, to)) {
         node->setOrigin(source->origin());

@@ -67,6 +67,8 @@ public:
     {
         return std::string_view(m_text).substr(range.begin, range.end - range.begin);
     }
+    /// The line end that the text uses: that of its first line, a line feed where it has one line.
+    [[nodiscard]] std::string_view lineEnd() const;
     [[nodiscard]] const SourceRecord& record(std::uint32_t number) const { return m_records[number]; }
     /// What the source of a node, which has one, says about it.
     [[nodiscard]] static const SourceRecord& recordOf(const Node& node);

@@ -5,9 +5,11 @@
 #include "base/utf8.h"
 #include "html/characterdata.h"
 #include "html/characterreferences.h"
+#include "html/codemarks.h"
 #include "html/doctype.h"
 #include "html/element.h"
 #include "html/htmlscanner.h"
+#include "html/maskedsource.h"
 #include "html/pagesource.h"
 #include "html/parsearena.h"
 #include "html/strangecharacters.h"
@@ -16,6 +18,7 @@
 #include <gumbo.h>
 
 #include <algorithm>
+#include <array>
 #include <optional>
 
 namespace luma::html {
@@ -73,9 +76,13 @@ const GumboVector* childrenOf(const GumboNode& node)
 class TreeBuilder final
 {
 public:
-    /// `source` is what the parser read.
-    TreeBuilder(const StrangeCharacters& source, std::size_t depthLimit)
-        : m_source(source), m_depthLimit(depthLimit)
+    /// `source` is what the parser read: `page` (null: one without server code) behind `prefix`.
+    TreeBuilder(const StrangeCharacters& source, const MaskedSource* page, std::size_t prefix,
+                std::size_t depthLimit)
+        : m_source(source),
+          m_page(page && page->holdsCode() ? page : nullptr),
+          m_prefix(prefix),
+          m_depthLimit(depthLimit)
     {}
 
     /// Where the nodes made stand in the source, by the record numbers of their origins.
@@ -126,6 +133,7 @@ public:
         }
         // The standard's tokenizer ends a doctype at the first ">", even in quotes.
         const std::size_t end = source.find('>', at);
+        // The declaration itself holds no server code.
         std::string declaration =
             "<!DOCTYPE" + std::string(*parsed.name ? " " : "") + m_source.restored(parsed.name) + ">";
         if (end != std::string_view::npos && startsWithIgnoringAsciiCase(source.substr(at), "<!doctype"))
@@ -157,14 +165,49 @@ private:
         }
         const std::string_view original = view(node.v.text.original_text);
         if (node.type == GUMBO_NODE_COMMENT) {
-            Node& comment = parent.append(CharacterData::comment(m_source.restored(node.v.text.text)));
+            Node& comment = parent.append(makeComment(parent, node));
             mark(comment, {rangeOf(original), {}});
             return comment;
         }
-        std::string text = m_source.restored(node.v.text.text);
+        std::string text = textOf(parent, node);
         const std::string_view rest = moveIntoForm(parent, text, original);
         return text.empty() && rest.size() < original.size() ? *parent.lastChild()
                                                              : appendText(parent, text, rest);
+    }
+
+    [[nodiscard]] bool holdsCode(const SourceRange& range) const
+    {
+        return m_page && m_page->holdsCode(range.begin, range.end);
+    }
+
+    [[nodiscard]] NodePtr makeComment(const ParentNode& parent, const GumboNode& node) const
+    {
+        const SourceRange range = rangeOf(view(node.v.text.original_text));
+        if (!holdsCode(range))
+            return CharacterData::comment(m_source.restored(node.v.text.text));
+        if (const std::string code = m_page->codeAt(range.begin, range.end); !code.empty())
+            return makeCodeNode(parent, code);
+        const std::string_view comment = m_page->text().substr(range.begin, range.end - range.begin);
+        HtmlScanner scanner(comment);
+        HtmlToken token;
+        scanner.next(token);
+        const std::size_t begin =
+            range.begin + static_cast<std::size_t>(token.content.data() - comment.data());
+        return CharacterData::comment(m_page->rawText(begin, begin + token.content.size()));
+    }
+
+    // In ordinary text code is a node; where the text's stretch holds any, it stands between its parts.
+    [[nodiscard]] std::string textOf(const ParentNode& parent, const GumboNode& node) const
+    {
+        const Element* const element = parent.asElement();
+        const SourceRange range = textRangeOf(view(node.v.text.original_text));
+        if (element && holdsCode(range)) {
+            if (hasRawText(*element))
+                return m_page->rawText(range.begin, range.end);
+            if (hasEscapableRawText(*element))
+                return m_page->decoded(range.begin, range.end, ReferenceContext::Text);
+        }
+        return m_source.restored(node.v.text.text);
     }
 
     // The parser puts text that stands directly before </form> behind the form, in one with what follows the tag.
@@ -216,8 +259,10 @@ private:
         if (part.empty() || part.data() < source.data() || part.data() > source.data() + source.size())
             return {};
         const auto begin = static_cast<std::size_t>(part.data() - source.data());
-        return {static_cast<std::uint32_t>(m_source.sourcePlace(begin)),
-                static_cast<std::uint32_t>(m_source.sourcePlace(begin + part.size()))};
+        if (begin < m_prefix)
+            return {};
+        return {static_cast<std::uint32_t>(m_source.sourcePlace(begin) - m_prefix),
+                static_cast<std::uint32_t>(m_source.sourcePlace(begin + part.size()) - m_prefix)};
     }
 
     // The parser lets a text begin behind the carriage return of its first line end.
@@ -237,9 +282,23 @@ private:
         attributes.reserve(element.attributes.length);
         for (unsigned i = 0; i < element.attributes.length; ++i) {
             const auto& attribute = *static_cast<const GumboAttribute*>(element.attributes.data[i]);
-            attributes.push_back({nameOf(attribute), m_source.restored(attribute.value)});
+            attributes.push_back({nameOf(attribute), valueOf(attribute)});
         }
         return std::make_unique<Element>(nameOf(element), nameSpaceOf(element), std::move(attributes));
+    }
+
+    // The value of an attribute without one has the place of its name.
+    std::string valueOf(const GumboAttribute& attribute) const
+    {
+        SourceRange range = rangeOf(view(attribute.original_value));
+        if (*attribute.value == '\0' || !holdsCode(range))
+            return m_source.restored(attribute.value);
+        const std::string_view value = view(attribute.original_value);
+        if (value.starts_with('"') || value.starts_with('\'')) {
+            ++range.begin;
+            --range.end;
+        }
+        return m_page->decoded(range.begin, range.end, ReferenceContext::AttributeValue);
     }
 
     std::string nameOf(const GumboElement& element) const
@@ -260,7 +319,10 @@ private:
     {
         std::string_view tag = view(element.original_tag);
         tag.remove_prefix(std::min<std::size_t>(tag.size(), tag.starts_with("</") ? 2 : 1));
-        std::string name = asciiLower(m_source.restored(tag.substr(0, tag.find_first_of(" \t\n\f\r/>"))));
+        tag = tag.substr(0, tag.find_first_of(" \t\n\f\r/>"));
+        if (const SourceRange range = rangeOf(tag); holdsCode(range))
+            return m_page->name(range.begin, range.end);
+        std::string name = asciiLower(m_source.restored(tag));
         for (std::size_t at = name.find('\0'); at != std::string::npos; at = name.find('\0', at))
             name.replace(at, 1, "\xEF\xBF\xBD");
         return name;
@@ -268,6 +330,8 @@ private:
 
     std::string nameOf(const GumboAttribute& attribute) const
     {
+        if (const SourceRange range = rangeOf(view(attribute.original_name)); holdsCode(range))
+            return m_page->name(range.begin, range.end);
         std::string name = m_source.restored(attribute.name);
         switch (attribute.attr_namespace) {
         case GUMBO_ATTR_NAMESPACE_XLINK:
@@ -283,6 +347,8 @@ private:
     }
 
     const StrangeCharacters& m_source;
+    const MaskedSource* m_page;
+    std::size_t m_prefix;
     std::size_t m_depthLimit;
     std::vector<SourceMarks> m_marks;
 };
@@ -312,9 +378,11 @@ std::optional<Error> refusal(std::string_view source, const ParseLimits& limits)
 class Parser final
 {
 public:
-    Parser(std::string_view source, const ParseLimits& limits)
+    /// As the parser of a whole page; of `page` the source is the masked text behind a prefix.
+    Parser(std::string_view source, const ParseLimits& limits, const MaskedSource* page = nullptr,
+           std::size_t prefix = 0)
         : m_source(source),
-          m_builder(m_source, limits.depth),
+          m_builder(m_source, page, prefix, limits.depth),
           // An ordinary page needs about 30 times its size.
           m_arena({sizeof(GumboNode), sizeof(GumboAttribute)}, parentOf, limits.depth,
                   (std::size_t{64} << 20U) + 64 * source.size())
@@ -351,57 +419,114 @@ private:
 
 namespace {
 
-enum class Sources { Forgotten, Kept };
-
-Result<std::unique_ptr<Document>> parsed(std::string_view page, const ParseLimits& limits, Sources sources)
+Result<std::unique_ptr<Document>> document(Parser& parser)
 {
-    if (auto error = refusal(page, limits))
-        return *error;
-    const bool hasMark = page.starts_with(byteOrderMark);
-    if (hasMark)
-        page.remove_prefix(byteOrderMark.size());
-    Parser parser(page, limits);
     const GumboOutput* const output = parser.run();
     auto document = std::make_unique<Document>();
     if (!output || !parser.builder().build(output->document->v.document.children, *document))
         return parser.error();
     parser.builder().placeDoctype(output->document->v.document, *document);
-    document->setByteOrderMark(hasMark);
-    if (sources == Sources::Kept)
-        PageSource::attach(std::string(page), *document, parser.builder().marks());
     return document;
+}
+
+/// What a page that is a part of a table, for a server to include, must follow to be read as one.
+std::string_view missingBefore(std::string_view page)
+{
+    static constexpr std::array<std::string_view, 9> parts = {"caption", "col", "colgroup", "tbody", "td",
+                                                              "tfoot",   "th",  "thead",    "tr"};
+    HtmlScanner scanner(page);
+    HtmlToken token;
+    std::size_t done = 0;
+    while (scanner.next(token) && isBlank(page.substr(done, token.begin - done))) {
+        if (token.kind == HtmlTokenKind::StartTag)
+            return isOneOf(token.name, parts) ? "<table>" : "";
+        if (token.kind != HtmlTokenKind::Comment)
+            break;
+        done = token.end;
+    }
+    return {};
+}
+
+std::string_view withoutMark(std::string_view page)
+{
+    return page.starts_with(byteOrderMark) ? page.substr(byteOrderMark.size()) : page;
 }
 
 } // namespace
 
 Result<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits& limits)
 {
-    return parsed(page, limits, Sources::Forgotten);
+    if (auto error = refusal(page, limits))
+        return *error;
+    Parser parser(withoutMark(page), limits);
+    auto parsed = document(parser);
+    if (parsed)
+        (*parsed)->setByteOrderMark(page.starts_with(byteOrderMark));
+    return parsed;
 }
 
 Result<std::unique_ptr<Document>> parseWithSource(std::string_view page, const ParseLimits& limits)
 {
-    return parsed(page, limits, Sources::Kept);
+    if (auto error = refusal(page, limits))
+        return *error;
+    const std::string_view text = withoutMark(page);
+    const MaskedSource masked(text);
+    const std::string_view prefix = missingBefore(masked.text());
+    const std::string prefixed = prefix.empty() ? std::string() : std::string(prefix).append(masked.text());
+    Parser parser(prefix.empty() ? masked.text() : prefixed, limits, &masked, prefix.size());
+    auto parsed = document(parser);
+    if (!parsed)
+        return parsed;
+    (*parsed)->setByteOrderMark(page.starts_with(byteOrderMark));
+    (*parsed)->trustServerCode(text);
+    PageSource::attach(std::string(text), **parsed, parser.builder().marks());
+    return parsed;
 }
 
-Result<NodeList> parseFragment(std::string_view markup, const Element& context, const ParseLimits& limits)
+namespace {
+
+Result<NodeList> fragment(Parser& parser, const Element& context)
 {
-    if (auto error = refusal(markup, limits))
-        return *error;
-    NodeList nodes;
-    if (hasRawText(context)) {
-        if (!markup.empty())
-            nodes.push_back(CharacterData::text(markup));
-        return nodes;
-    }
-    Parser parser(markup, limits);
     parser.setContext(context);
     const GumboOutput* const output = parser.run();
     Element holder("holder");
     if (!output || !parser.builder().build(output->root->v.element.children, holder))
         return parser.error();
+    NodeList nodes;
     holder.swapChildren(nodes);
     return nodes;
+}
+
+NodeList textNode(std::string_view text)
+{
+    NodeList nodes;
+    if (!text.empty())
+        nodes.push_back(CharacterData::text(text));
+    return nodes;
+}
+
+} // namespace
+
+Result<NodeList> parseFragment(std::string_view markup, const Element& context, const ParseLimits& limits)
+{
+    if (auto error = refusal(markup, limits))
+        return *error;
+    if (hasRawText(context))
+        return textNode(markup);
+    Parser parser(markup, limits);
+    return fragment(parser, context);
+}
+
+Result<NodeList> parseSourceFragment(std::string_view source, const Element& context,
+                                     const ParseLimits& limits)
+{
+    if (auto error = refusal(source, limits))
+        return *error;
+    const MaskedSource masked(source);
+    if (hasRawText(context))
+        return textNode(masked.rawText(0, source.size()));
+    Parser parser(masked.text(), limits, &masked);
+    return fragment(parser, context);
 }
 
 } // namespace luma::html

@@ -25,13 +25,19 @@ struct ParseLimits
 /// feeds.
 Result<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits& limits = {});
 
-/// The same, and the tree knows the text it came from (Node::origin), so that writePage() can write it back. A
-/// byte-order mark does not belong to that text.
+/// The same for a page as its file holds it, and the tree knows the text it came from (Node::origin), so that writePage()
+/// can write it back. A byte-order mark does not belong to that text. The tree holds server code as marks
+/// (html/codemarks.h). Rows and cells without a table, for a server to include, stand in a table.
 Result<std::unique_ptr<Document>> parseWithSource(std::string_view page, const ParseLimits& limits = {});
 
 /// Reads markup inside `context`, as setting innerHTML does in a browser, and gives detached nodes. Fails as
 /// parse() does.
 Result<NodeList> parseFragment(std::string_view markup, const Element& context,
                                const ParseLimits& limits = {});
+
+/// The same for markup as a page's file holds it, with server code; Document::trustServerCode() lets the code of its
+/// attributes be written as code.
+Result<NodeList> parseSourceFragment(std::string_view source, const Element& context,
+                                     const ParseLimits& limits = {});
 
 } // namespace luma::html

@@ -2,6 +2,7 @@
 #include "html/piecewriter.h"
 
 #include "html/characterdata.h"
+#include "html/codemarks.h"
 #include "html/element.h"
 #include "html/serializer.h"
 #include "html/sourcepatch.h"
@@ -30,7 +31,8 @@ bool needsStartTag(const Element& element)
 bool hasOpenEnd(const Node& node)
 {
     const Element* const element = node.asElement();
-    return element && PageSource::recordOf(node).end.isEmpty() && !isVoid(*element) && !isFrame(*element);
+    return element && PageSource::recordOf(node).end.isEmpty() && !isVoid(*element) && !isFrame(*element) &&
+           !isServerCode(*element);
 }
 
 // Text nodes that touch are one text.
@@ -42,10 +44,14 @@ std::string joinedText(const Node& first, const Node* behind)
     return text;
 }
 
-bool holdsRawText(const Node& text)
+TextPlace placeOf(const Node& text)
 {
     const Element* const parent = text.parent() ? text.parent()->asElement() : nullptr;
-    return parent && hasRawText(*parent);
+    if (!parent)
+        return TextPlace::Text;
+    return hasRawText(*parent)            ? TextPlace::RawText
+           : hasEscapableRawText(*parent) ? TextPlace::EscapableText
+                                          : TextPlace::Text;
 }
 
 } // namespace
@@ -56,12 +62,9 @@ PieceWriter::PieceWriter(const Document& document, OmittedTags tags,
       m_tags(tags),
       m_printed(printed),
       m_source(document.origin().source),
+      m_lineEnd(m_source ? m_source->lineEnd() : "\n"),
       m_unchanged(document)
-{
-    const std::string_view text = m_source ? m_source->text() : std::string_view();
-    const std::size_t line = text.find('\n');
-    m_lineEnd = line != std::string_view::npos && line > 0 && text[line - 1] == '\r' ? "\r\n" : "\n";
-}
+{}
 
 std::vector<WrittenPiece> PieceWriter::write()
 {
@@ -103,7 +106,7 @@ void PieceWriter::writeUnit(const Unit& unit)
     const Node& node = *unit.node;
     if (m_printed.contains(&node)) {
         std::string markup;
-        serialize(node, markup);
+        serialize(node, markup, CodeForm::Code);
         print(withLineEnds(markup));
     } else if (textOf(node)) {
         writeText(unit);
@@ -142,34 +145,34 @@ void PieceWriter::writeStartOf(const Element& element)
         keep(element.origin().source, record.start);
         return;
     }
-    auto tag = patchedStartTag(old, element, m_lineEnd);
-    if (!tag)
-        writeStartTag(element, tag.emplace());
-    print(*tag);
+    if (const auto tag = patchedStartTag(old, element, m_document.serverCode(), m_lineEnd)) {
+        print(*tag);
+        return;
+    }
+    std::string tag;
+    writeStartTag(element, tag, CodeForm::Code);
+    print(withLineEnds(tag));
 }
 
 void PieceWriter::printEndTag(const Element& element)
 {
     std::string tag;
-    writeEndTag(element, tag);
+    writeEndTag(element, tag, CodeForm::Code);
     print(tag);
 }
 
 void PieceWriter::writeText(const Unit& unit)
 {
     const std::string text = joinedText(*unit.node, unit.behind);
-    const bool isRaw = holdsRawText(*unit.node);
+    const TextPlace place = placeOf(*unit.node);
     const std::shared_ptr<const PageSource>& source = unit.origin->source;
-    if (!source || !(unit.kept || source->record(unit.origin->record).isWhole)) {
-        print(withLineEnds(isRaw ? text : escapedText(text)));
-        return;
-    }
-    const SourceRecord& record = source->record(unit.origin->record);
-    if (PageSource::textHash(text) == record.content)
-        keep(source, record.extent);
+    const bool hasBytes = source && (unit.kept || source->record(unit.origin->record).isWhole);
+    if (hasBytes && PageSource::textHash(text) == source->record(unit.origin->record).content)
+        keep(source, source->record(unit.origin->record).extent);
     else
-        print(patchedText(source->text(record.extent), text, isRaw ? TextPlace::RawText : TextPlace::Text,
-                          m_lineEnd));
+        print(patchedText(hasBytes ? source->text(source->record(unit.origin->record).extent)
+                                   : std::string_view(),
+                          text, place, m_document.serverCode(), m_lineEnd));
 }
 
 // Without the node's own bytes; those of its children may still be kept.
@@ -178,12 +181,12 @@ void PieceWriter::printNode(const Node& node)
     const Element* const element = node.asElement();
     if (!element) {
         std::string markup;
-        serialize(node, markup);
+        serialize(node, markup, CodeForm::Code);
         print(withLineEnds(markup));
         return;
     }
     std::string tag;
-    writeStartTag(*element, tag);
+    writeStartTag(*element, tag, CodeForm::Code);
     print(withLineEnds(tag));
     for (const Unit& unit : KeptChildren::unitsOf(*element))
         writeUnit(unit);
@@ -202,7 +205,7 @@ void PieceWriter::printAll(const ParentNode& parent)
 {
     for (const Node* child = parent.firstChild(); child; child = child->next()) {
         std::string markup;
-        serialize(*child, markup);
+        serialize(*child, markup, CodeForm::Code);
         print(withLineEnds(markup));
     }
 }

@@ -98,10 +98,10 @@ private:
     {
         const Element* element = node.asElement();
         if (!element || !isBroken(*element)) {
-            serialize(node, m_markup);
+            serialize(node, m_markup, CodeForm::Code);
             return;
         }
-        writeStartTag(*element, m_markup);
+        writeStartTag(*element, m_markup, CodeForm::Code);
         m_levels.push_back({element, element->firstChild()});
         m_touching = !isFrame(*element);
     }
@@ -114,7 +114,7 @@ private:
             return;
         if (!m_touching)
             newLine(depth());
-        writeEndTag(*element, m_markup);
+        writeEndTag(*element, m_markup, CodeForm::Code);
         m_touching = false;
     }
 
@@ -143,7 +143,7 @@ private:
             if (isBlankText(*node))
                 continue;
             newLine(depth());
-            serialize(*node, m_markup);
+            serialize(*node, m_markup, CodeForm::Code);
         }
     }
 
@@ -153,7 +153,7 @@ private:
     {
         std::string markup;
         for (const Node* node : run)
-            serialize(*node, markup);
+            serialize(*node, markup, CodeForm::Code);
         const std::size_t begin = markup.find_first_not_of(whiteSpace);
         const std::size_t end = markup.find_last_not_of(whiteSpace) + 1;
         if (breakBefore || begin > 0)

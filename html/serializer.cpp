@@ -2,9 +2,11 @@
 #include "html/serializer.h"
 
 #include "html/characterdata.h"
+#include "html/codemarks.h"
 #include "html/doctype.h"
 #include "html/document.h"
 #include "html/element.h"
+#include "html/servercode.h"
 #include "html/tagtraits.h"
 
 namespace luma::html {
@@ -52,56 +54,73 @@ void writeEscaped(std::string_view text, Escaping escaping, std::string& markup)
     markup += text.substr(done);
 }
 
-void writeAttribute(const Attribute& attribute, std::string& markup)
+/// Where markup goes, and how code is written there.
+struct Output
 {
-    markup += attribute.name;
-    markup += "=\"";
-    writeEscaped(attribute.value, Escaping::AttributeValue, markup);
-    markup += '"';
+    std::string& markup;
+    CodeForm form;
+    const Document::ServerCodes* codes; // what is written as code in attributes and text; null: nothing
+
+    [[nodiscard]] bool writesCode() const { return form == CodeForm::Code; }
+};
+
+Output outputFor(const Node& node, std::string& markup, CodeForm form)
+{
+    const Node& root = node.root();
+    const bool isKnown = form == CodeForm::Code && root.kind() == Node::Kind::Document;
+    return {markup, form, isKnown ? &static_cast<const Document&>(root).serverCode() : nullptr};
 }
 
-void writeText(const CharacterData& text, std::string& markup)
+// Of server code, what is in `codes` is written as such; all other gets a reference, so that it stays text.
+void writeEscaped(std::string_view text, Escaping escaping, const Output& output,
+                  const Document::ServerCodes* codes)
+{
+    std::size_t done = 0;
+    for (const ServerCode& code : output.writesCode() ? serverCodeIn(text) : std::vector<ServerCode>()) {
+        const std::string_view found = text.substr(code.begin, code.end - code.begin);
+        const bool isCode = codes && codes->contains(found);
+        writeEscaped(text.substr(done, code.begin - done), escaping, output.markup);
+        output.markup += isCode ? found : referenceFor(found.front());
+        done = isCode ? code.end : code.begin + 1;
+    }
+    writeEscaped(text.substr(done), escaping, output.markup);
+}
+
+void writeAttribute(const Attribute& attribute, const Output& output)
+{
+    output.markup += output.writesCode() ? withUnspelledCode(attribute.name) : attribute.name;
+    output.markup += "=\"";
+    writeEscaped(attribute.value, Escaping::AttributeValue, output, output.codes);
+    output.markup += '"';
+}
+
+void writeRaw(std::string_view text, const Output& output)
+{
+    output.markup += output.writesCode() ? withUnspelledCode(text) : text;
+}
+
+void writeText(const CharacterData& text, const Output& output)
 {
     const Element* parent = text.parent() ? text.parent()->asElement() : nullptr;
     if (parent && hasRawText(*parent))
-        markup += text.data();
+        writeRaw(text.data(), output);
     else
-        writeEscaped(text.data(), Escaping::Text, markup);
+        writeEscaped(text.data(), Escaping::Text, output,
+                     parent && hasEscapableRawText(*parent) ? output.codes : nullptr);
 }
 
-void writeOpening(const Node& node, std::string& markup)
+void writeStart(const Element& element, const Output& output)
 {
-    switch (node.kind()) {
-    case Node::Kind::Document:
-        if (static_cast<const Document&>(node).hasByteOrderMark())
-            markup += "\xEF\xBB\xBF";
-        break;
-    case Node::Kind::Doctype:
-        markup += static_cast<const Doctype&>(node).declaration();
-        break;
-    case Node::Kind::Element:
-        writeStartTag(*node.asElement(), markup);
-        break;
-    case Node::Kind::Text:
-        writeText(static_cast<const CharacterData&>(node), markup);
-        break;
-    case Node::Kind::Comment:
-        markup += "<!--";
-        markup += static_cast<const CharacterData&>(node).data();
-        markup += "-->";
-        break;
+    std::string& markup = output.markup;
+    if (output.writesCode() && isServerCode(element)) {
+        markup += codeOf(element);
+        return;
     }
-}
-
-} // namespace
-
-void writeStartTag(const Element& element, std::string& markup)
-{
     markup += '<';
-    markup += element.tagName();
+    writeRaw(element.tagName(), output);
     for (const Attribute& attribute : element.attributes()) {
         markup += ' ';
-        writeAttribute(attribute, markup);
+        writeAttribute(attribute, output);
     }
     markup += '>';
     if (!swallowsFirstLineFeed(element) || !element.firstChild())
@@ -110,20 +129,61 @@ void writeStartTag(const Element& element, std::string& markup)
         markup += '\n';
 }
 
-void writeEndTag(const Element& element, std::string& markup)
+void writeEnd(const Element& element, const Output& output)
 {
-    if (isVoid(element))
+    if (isVoid(element) || (output.writesCode() && isServerCode(element)))
         return;
-    markup += "</";
-    markup += element.tagName();
-    markup += '>';
+    output.markup += "</";
+    writeRaw(element.tagName(), output);
+    output.markup += '>';
 }
 
-void serialize(const Node& node, std::string& markup)
+void writeOpening(const Node& node, const Output& output)
 {
+    switch (node.kind()) {
+    case Node::Kind::Document:
+        if (static_cast<const Document&>(node).hasByteOrderMark())
+            output.markup += "\xEF\xBB\xBF";
+        break;
+    case Node::Kind::Doctype:
+        output.markup += static_cast<const Doctype&>(node).declaration();
+        break;
+    case Node::Kind::Element:
+        writeStart(*node.asElement(), output);
+        break;
+    case Node::Kind::Text:
+        writeText(static_cast<const CharacterData&>(node), output);
+        break;
+    case Node::Kind::Comment:
+        if (output.writesCode() && isServerCode(node)) {
+            output.markup += codeOf(node);
+            break;
+        }
+        output.markup += "<!--";
+        writeRaw(static_cast<const CharacterData&>(node).data(), output);
+        output.markup += "-->";
+        break;
+    }
+}
+
+} // namespace
+
+void writeStartTag(const Element& element, std::string& markup, CodeForm form)
+{
+    writeStart(element, outputFor(element, markup, form));
+}
+
+void writeEndTag(const Element& element, std::string& markup, CodeForm form)
+{
+    writeEnd(element, outputFor(element, markup, form));
+}
+
+void serialize(const Node& node, std::string& markup, CodeForm form)
+{
+    const Output output = outputFor(node, markup, form);
     const Node* at = &node;
     for (;;) {
-        writeOpening(*at, markup);
+        writeOpening(*at, output);
         const ParentNode* parent = at->asParent();
         if (parent && parent->firstChild() && !(at->asElement() && isVoid(*at->asElement()))) {
             at = parent->firstChild();
@@ -131,7 +191,7 @@ void serialize(const Node& node, std::string& markup)
         }
         for (;;) {
             if (const Element* element = at->asElement())
-                writeEndTag(*element, markup);
+                writeEnd(*element, output);
             if (at == &node)
                 return;
             if (at->next())
@@ -142,17 +202,15 @@ void serialize(const Node& node, std::string& markup)
     }
 }
 
-std::string escapedText(std::string_view text)
+std::string_view referenceFor(char first)
 {
-    std::string markup;
-    writeEscaped(text, Escaping::Text, markup);
-    return markup;
+    return first == '{' ? "&#123;" : "&lt;";
 }
 
 std::string markup(const Attribute& attribute)
 {
     std::string result;
-    writeAttribute(attribute, result);
+    writeAttribute(attribute, {result, CodeForm::Marks, nullptr});
     return result;
 }
 

@@ -4,8 +4,12 @@
 #include "base/ascii.h"
 #include "base/utf8.h"
 #include "html/characterreferences.h"
+#include "html/codemarks.h"
 #include "html/element.h"
 #include "html/htmlscanner.h"
+#include "html/maskedsource.h"
+#include "html/serializer.h"
+#include "html/servercode.h"
 
 #include <algorithm>
 #include <vector>
@@ -18,11 +22,13 @@ ReferenceContext contextOf(TextPlace place)
 {
     if (place == TextPlace::RawText)
         return ReferenceContext::RawText;
-    return place == TextPlace::Text ? ReferenceContext::Text : ReferenceContext::AttributeValue;
+    return place == TextPlace::Text || place == TextPlace::EscapableText ? ReferenceContext::Text
+                                                                         : ReferenceContext::AttributeValue;
 }
 
 std::string escaped(std::string_view text, TextPlace place, std::string_view lineEnd)
 {
+    const bool isText = place == TextPlace::Text || place == TextPlace::EscapableText;
     std::string raw;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
@@ -34,9 +40,9 @@ std::string escaped(std::string_view text, TextPlace place, std::string_view lin
             raw += "&amp;";
         else if (c == '\r')
             raw += "&#13;";
-        else if (c == '<' && place == TextPlace::Text)
+        else if (c == '<' && isText)
             raw += "&lt;";
-        else if (c == '>' && place == TextPlace::Text)
+        else if (c == '>' && isText)
             raw += "&gt;";
         else if (c == '"' && place == TextPlace::DoubleQuoted)
             raw += "&quot;";
@@ -49,6 +55,25 @@ std::string escaped(std::string_view text, TextPlace place, std::string_view lin
             raw += c;
     }
     return raw;
+}
+
+// The same for text with server code: what is in `codes` is written as such where code may stand, all other as text.
+std::string escaped(std::string_view text, TextPlace place, const Document::ServerCodes& codes,
+                    std::string_view lineEnd)
+{
+    if (place == TextPlace::RawText)
+        return escaped(withUnspelledCode(text), place, lineEnd);
+    std::string raw;
+    std::size_t done = 0;
+    for (const ServerCode& code : serverCodeIn(text)) {
+        const std::string_view found = text.substr(code.begin, code.end - code.begin);
+        const bool isCode = place != TextPlace::Text && codes.contains(found);
+        raw += escaped(text.substr(done, code.begin - done), place, lineEnd);
+        raw +=
+            isCode ? escaped(found, TextPlace::RawText, lineEnd) : std::string(referenceFor(found.front()));
+        done = isCode ? code.end : code.begin + 1;
+    }
+    return raw + escaped(text.substr(done), place, lineEnd);
 }
 
 bool isInsideCharacter(std::string_view text, std::size_t place)
@@ -72,35 +97,48 @@ struct ReadText
     std::string text;
 };
 
-void append(ReadText& read, std::string_view raw, std::size_t begin, std::size_t end,
-            ReferenceContext context)
+void append(ReadText& read, const MaskedSource& masked, std::string_view raw, std::size_t begin,
+            std::size_t end, TextPlace place)
 {
-    const std::string_view part = raw.substr(begin, end - begin);
-    for (const ValueBoundary& boundary : valueBoundaries(part, context))
-        read.boundaries.push_back({begin + boundary.raw, read.text.size() + boundary.decoded});
-    read.text += decodeCharacters(part, context);
+    if (begin == end)
+        read.boundaries.push_back({begin, read.text.size()});
+    for (const MaskedSource::Part& part : masked.partsOf(begin, end)) {
+        const std::string_view source = raw.substr(part.begin, part.end - part.begin);
+        if (part.isCode) {
+            read.boundaries.push_back({part.begin, read.text.size()});
+            read.boundaries.push_back({part.end, 0});
+            read.text += place == TextPlace::RawText ? masked.rawText(part.begin, part.end)
+                                                     : decodeCharacters(source, ReferenceContext::RawText);
+            read.boundaries.back().decoded = read.text.size();
+            continue;
+        }
+        for (const ValueBoundary& boundary : valueBoundaries(source, contextOf(place)))
+            read.boundaries.push_back({part.begin + boundary.raw, read.text.size() + boundary.decoded});
+        read.text += decodeCharacters(source, contextOf(place));
+    }
 }
 
 ReadText readText(std::string_view raw, TextPlace place)
 {
     ReadText read;
+    const MaskedSource masked(raw);
     std::size_t done = 0;
     if (place == TextPlace::Text && raw.find('<') != std::string_view::npos) {
-        HtmlScanner scanner(raw);
+        HtmlScanner scanner(masked.text());
         HtmlToken token;
         while (scanner.next(token)) {
-            append(read, raw, done, token.begin, ReferenceContext::Text);
+            append(read, masked, raw, done, token.begin, place);
             done = token.end;
         }
     }
-    append(read, raw, done, raw.size(), contextOf(place));
+    append(read, masked, raw, done, raw.size(), place);
     return read;
 }
 
 } // namespace
 
 std::string patchedText(std::string_view raw, std::string_view text, TextPlace place,
-                        std::string_view lineEnd)
+                        const Document::ServerCodes& codes, std::string_view lineEnd)
 {
     const auto [boundaries, old] = readText(raw, place);
     if (old == text)
@@ -127,7 +165,7 @@ std::string patchedText(std::string_view raw, std::string_view text, TextPlace p
         boundaries.begin() + static_cast<std::ptrdiff_t>(first), boundaries.end(), old.size() - sameAtEnd,
         [](const ValueBoundary& boundary, std::size_t wanted) { return boundary.decoded < wanted; });
     const std::string_view changed = text.substr(kept, text.size() - (old.size() - last->decoded) - kept);
-    return std::string(raw.substr(0, boundaries[first].raw)) + escaped(changed, place, lineEnd) +
+    return std::string(raw.substr(0, boundaries[first].raw)) + escaped(changed, place, codes, lineEnd) +
            std::string(raw.substr(last->raw));
 }
 
@@ -137,8 +175,10 @@ namespace {
 class TagPatch final
 {
 public:
-    TagPatch(std::string_view tag, const HtmlToken& token, std::string_view lineEnd)
-        : m_tag(tag), m_token(token), m_lineEnd(lineEnd)
+    /// The token is that of the masked tag.
+    TagPatch(std::string_view tag, const MaskedSource& masked, const HtmlToken& token,
+             const Document::ServerCodes& codes, std::string_view lineEnd)
+        : m_tag(tag), m_masked(masked), m_token(token), m_codes(codes), m_lineEnd(lineEnd)
     {}
 
     std::string patched(const Element& element)
@@ -149,8 +189,8 @@ public:
         for (const Attribute& attribute : element.attributes()) {
             if (find(attribute.name) != m_token.attributes.size())
                 continue;
-            added += ' ' + attribute.name;
-            added += "=\"" + escaped(attribute.value, TextPlace::DoubleQuoted, m_lineEnd) + '"';
+            added += ' ' + withUnspelledCode(attribute.name);
+            added += "=\"" + escaped(attribute.value, TextPlace::DoubleQuoted, m_codes, m_lineEnd) + '"';
         }
         if (!added.empty())
             copyUpTo(endOfAttributes());
@@ -164,14 +204,20 @@ private:
     [[nodiscard]] std::size_t find(std::string_view name) const
     {
         std::size_t i = 0;
-        while (i < m_token.attributes.size() && !equalIgnoringAsciiCase(m_token.attributes[i].name, name))
+        while (i < m_token.attributes.size() && !equalIgnoringAsciiCase(nameOf(m_token.attributes[i]), name))
             ++i;
         return i;
     }
 
+    [[nodiscard]] std::string nameOf(const HtmlAttribute& attribute) const
+    {
+        const std::size_t begin = placeOf(attribute.name);
+        return m_masked.name(begin, begin + attribute.name.size());
+    }
+
     [[nodiscard]] std::size_t placeOf(std::string_view part) const
     {
-        return static_cast<std::size_t>(part.data() - m_tag.data());
+        return static_cast<std::size_t>(part.data() - m_masked.text().data());
     }
 
     [[nodiscard]] std::size_t endOf(const HtmlAttribute& attribute) const
@@ -203,16 +249,18 @@ private:
     void patch(std::size_t number, const Element& element)
     {
         const HtmlAttribute& attribute = m_token.attributes[number];
-        const auto wanted = std::find_if(element.attributes().begin(), element.attributes().end(),
-                                         [&attribute](const Attribute& entry) {
-                                             return equalIgnoringAsciiCase(entry.name, attribute.name);
-                                         });
+        const std::string name = nameOf(attribute);
+        const auto wanted = std::find_if(
+            element.attributes().begin(), element.attributes().end(),
+            [&name](const Attribute& entry) { return equalIgnoringAsciiCase(entry.name, name); });
         if (wanted == element.attributes().end()) {
             remove(attribute);
             return;
         }
-        const std::string old = decodeCharacters(attribute.value, ReferenceContext::AttributeValue);
-        if (find(attribute.name) == number && old != wanted->value)
+        const std::size_t begin = placeOf(attribute.value);
+        const std::string old =
+            m_masked.decoded(begin, begin + attribute.value.size(), ReferenceContext::AttributeValue);
+        if (find(name) == number && old != wanted->value)
             setValue(attribute, wanted->value);
     }
 
@@ -223,7 +271,8 @@ private:
             const TextPlace place =
                 attribute.quotes == Quotes::Double ? TextPlace::DoubleQuoted : TextPlace::SingleQuoted;
             copyUpTo(begin);
-            m_result += patchedText(attribute.value, value, place, m_lineEnd);
+            m_result +=
+                patchedText(m_tag.substr(begin, attribute.value.size()), value, place, m_codes, m_lineEnd);
             m_done = begin + attribute.value.size();
             return;
         }
@@ -234,7 +283,7 @@ private:
         if (attribute.quotes == Quotes::NoValue)
             m_result += '=';
         m_result += canDoWithout ? std::string(value)
-                                 : '"' + escaped(value, TextPlace::DoubleQuoted, m_lineEnd) + '"';
+                                 : '"' + escaped(value, TextPlace::DoubleQuoted, m_codes, m_lineEnd) + '"';
         m_done = endOf(attribute);
     }
 
@@ -252,7 +301,9 @@ private:
     }
 
     std::string_view m_tag;
+    const MaskedSource& m_masked;
     const HtmlToken& m_token;
+    const Document::ServerCodes& m_codes;
     std::string_view m_lineEnd;
     std::size_t m_done = 0;
     std::string m_result;
@@ -261,14 +312,15 @@ private:
 } // namespace
 
 std::optional<std::string> patchedStartTag(std::string_view tag, const Element& element,
-                                           std::string_view lineEnd)
+                                           const Document::ServerCodes& codes, std::string_view lineEnd)
 {
-    HtmlScanner scanner(tag);
+    const MaskedSource masked(tag);
+    HtmlScanner scanner(masked.text());
     HtmlToken token;
     if (!scanner.next(token) || token.kind != HtmlTokenKind::StartTag || token.begin != 0 ||
         token.end != tag.size())
         return std::nullopt;
-    return TagPatch(tag, token, lineEnd).patched(element);
+    return TagPatch(tag, masked, token, codes, lineEnd).patched(element);
 }
 
 } // namespace luma::html

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "html/document.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,16 +14,16 @@ namespace luma::html {
 class Element;
 
 /// Where a text stands, which says what must be escaped in it.
-enum class TextPlace { Text, RawText, DoubleQuoted, SingleQuoted };
+enum class TextPlace { Text, EscapableText, RawText, DoubleQuoted, SingleQuoted };
 
-/// `raw` changed so that it reads as `text`: the characters at both ends that stay are kept as they are written. Line feeds
-/// of new text become `lineEnd`.
+/// `raw` changed so that it reads as `text`: the characters at both ends that stay are kept as they are written, of server
+/// code all or nothing. Of new text, `codes` are written as code where code may stand, and line feeds become `lineEnd`.
 std::string patchedText(std::string_view raw, std::string_view text, TextPlace place,
-                        std::string_view lineEnd);
+                        const Document::ServerCodes& codes, std::string_view lineEnd);
 
 /// The start tag `tag`, which was written for an element of this name, with the element's attributes: those that stay keep
 /// their bytes, new ones stand behind the others, of repeated ones all go. Nothing when `tag` is no start tag.
 std::optional<std::string> patchedStartTag(std::string_view tag, const Element& element,
-                                           std::string_view lineEnd);
+                                           const Document::ServerCodes& codes, std::string_view lineEnd);
 
 } // namespace luma::html

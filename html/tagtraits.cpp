@@ -2,6 +2,7 @@
 #include "html/tagtraits.h"
 
 #include "base/ascii.h"
+#include "html/codemarks.h"
 #include "html/element.h"
 
 #include <algorithm>
@@ -60,6 +61,11 @@ bool hasRawText(const Element& element)
     return isOneOf(rawTextTags, element);
 }
 
+bool hasEscapableRawText(const Element& element)
+{
+    return element.is("title") || element.is("textarea");
+}
+
 bool swallowsFirstLineFeed(const Element& element)
 {
     return element.is("pre") || element.is("textarea") || element.is("listing");
@@ -72,6 +78,8 @@ bool isBlock(const Element& element)
 
 bool isInvisible(const Node& node)
 {
+    if (isServerCode(node))
+        return false;
     const Element* element = node.asElement();
     return element ? isOneOf(invisibleTags, *element) : node.kind() != Node::Kind::Text;
 }

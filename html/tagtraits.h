@@ -17,11 +17,13 @@ bool isVoid(const Element& element);
 bool isVoidStartTag(std::string_view name);
 /// Its text is written unescaped: script, style ... (HTML standard, 13.3; scripting is off, so not noscript).
 bool hasRawText(const Element& element);
+/// Its text has no tags in it but references: title, textarea.
+bool hasEscapableRawText(const Element& element);
 /// The parser drops a line feed right after its start tag: pre, textarea, listing.
 bool swallowsFirstLineFeed(const Element& element);
 /// A block in a browser's default style sheet (HTML standard, 15.3), the parts of tables included.
 bool isBlock(const Element& element);
-/// Never shown, so white space around it makes no difference where there is no text.
+/// Never shown, so white space around it makes no difference where there is no text. Server code may show anything.
 bool isInvisible(const Node& node);
 
 } // namespace luma::html

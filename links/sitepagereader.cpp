@@ -3,7 +3,7 @@
 
 #include "base/utf8.h"
 #include "html/placedtext.h"
-#include "links/servercode.h"
+#include "html/servercode.h"
 #include "links/webrules.h"
 
 #include <algorithm>

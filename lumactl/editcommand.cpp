@@ -76,12 +76,21 @@ void setText(html::Element& element, const std::string& text)
     element.swapChildren(nodes);
 }
 
+Result<void> setContents(html::Element& element, const std::string& markup)
+{
+    auto nodes = html::parseSourceFragment(markup, element);
+    if (!nodes)
+        return nodes.error();
+    element.swapChildren(*nodes);
+    return {};
+}
+
 Result<void> insertBeside(html::Element& element, html::Node* next, const std::string& markup)
 {
     html::Element* const parent = element.parent()->asElement();
     if (!parent)
         return Error{"nothing can stand beside the root element"};
-    auto nodes = html::parseFragment(markup, *parent);
+    auto nodes = html::parseSourceFragment(markup, *parent);
     if (!nodes)
         return nodes.error();
     for (html::NodePtr& node : *nodes)
@@ -92,7 +101,7 @@ Result<void> insertBeside(html::Element& element, html::Node* next, const std::s
 Result<void> apply(const Edit& edit, html::Element& element)
 {
     if (edit.name == "--html")
-        return element.setHtml(edit.value);
+        return setContents(element, edit.value);
     if (edit.name == "--before")
         return insertBeside(element, &element, edit.value);
     if (edit.name == "--after")
@@ -158,6 +167,8 @@ ExitCode editPage(const CommandArguments& line, const Edit& edit)
                       line.operands()[1] + "; --all edits all of them");
     if (edit.replacesContents())
         elements = outermost(elements);
+    if (edit.name != "--text")
+        (*document)->trustServerCode(edit.value);
     for (html::Element* const element : elements) {
         if (const auto done = apply(edit, *element); !done)
             return failed(page + ": " + done.error().text);
@@ -204,8 +215,8 @@ const LumactlCommand editCommand = {
     "  --all                edit all elements that match; else several are an error\n"
     "  --dry-run            write nothing, print the lines that would change\n"
     "\n"
-    "The page stays in its encoding. The exit code is 1 if no element matches, or the\n"
-    "page could not be changed.\n",
+    "Server code stays code, but in TEXT. The page stays in its encoding. The exit code is\n"
+    "1 if no element matches, or the page could not be changed.\n",
     run};
 
 } // namespace luma

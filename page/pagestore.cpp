@@ -100,6 +100,24 @@ std::string PageStore::markup() const
     return m_tree.document() ? html::patchedPage(*m_tree.document()) : std::string();
 }
 
+Result<void> PageStore::setMarkup(std::string_view markup)
+{
+    html::Document* const document = m_tree.document();
+    if (!document || html::patchedPage(*document) == markup)
+        return {};
+    // An editor of text knows but one line end.
+    std::string text;
+    for (const char c : markup)
+        c == '\n' && document->origin().source ? text.append(document->origin().source->lineEnd())
+                                               : text.append(1, c);
+    auto page = m_codec.typed(text, *document);
+    if (!page)
+        return page.error();
+    document->trustServerCode((*page)->serverCode());
+    PageCommands(m_tree, m_stack).replacePage(*std::move(page), QObject::tr("Edit Source"));
+    return {};
+}
+
 Result<void> PageStore::tidy()
 {
     if (!m_tree.document() || html::patchedPage(*m_tree.document()) == html::prettyPrint(*m_tree.document()))

@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <functional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -40,6 +41,10 @@ public:
 
     /// The page as saving writes it (html::patchedPage), UTF-8; empty without a tree.
     [[nodiscard]] std::string markup() const;
+
+    /// Replaces the page by an edited markup() of it, kept as typed, as a step on the undo stack; code for the server is code
+    /// there. The error is a sentence for the user.
+    Result<void> setMarkup(std::string_view markup);
 
     /// Writes the page to `path`, which becomes its file, in its encoding as html::PageCodec does. In another folder its links are rebased,
     /// in the tree too, so that they lead to the same files. On an error neither the tree nor a file has changed.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/tagrules.h"
 
+#include "html/codemarks.h"
 #include "html/element.h"
 
 namespace luma {
@@ -82,7 +83,7 @@ bool TagRules::canDelete(const html::Element* element) const
 
 bool TagRules::canAddClass(const html::Element* element) const
 {
-    return element && isInBody(*element);
+    return element && isInBody(*element) && !html::isServerCode(*element);
 }
 
 bool TagRules::canRemoveClass(const html::Element* element) const
@@ -92,7 +93,7 @@ bool TagRules::canRemoveClass(const html::Element* element) const
 
 bool TagRules::canAddID(const html::Element* element) const
 {
-    return element && element->attr("id").empty() && isInBody(*element);
+    return canAddClass(element) && element->attr("id").empty();
 }
 
 bool TagRules::canRemoveID(const html::Element* element) const
@@ -109,7 +110,7 @@ bool TagRules::canDrop(const html::Element* dragged, const html::Element* target
 {
     if (!dragged || !target || target->isInside(*dragged))
         return false;
-    if (dragged->tagName() == target->tagName() || target->is("html"))
+    if (dragged->tagName() == target->tagName() || target->is("html") || html::isServerCode(*target))
         return false;
     // What belongs in the head goes nowhere else; the head takes anything.
     return !headTags.contains(tagNameOf(*dragged)) || target->is("head");

@@ -28,7 +28,7 @@ public:
     /// The page's location and the files it may read.
     [[nodiscard]] virtual SiteFolder siteFolder() const = 0;
 
-    /// Takes an edit that the user made in the rendering or the source panel: the root element's markup,
+    /// Takes an edit that the user made in the rendering: the root element's markup,
     /// UTF-8, and the edit's name in the undo history ("Typing"). The doctype and comments outside the root
     /// element are not part of it and stay.
     virtual void setHTML(std::string_view markup, const QString& name) = 0;
@@ -37,6 +37,9 @@ public:
     virtual bool takeChange(const SubtreeChange& change, const QString& name) = 0;
     /// The hash that the rendering must have to show this tree (luma::fingerprint).
     [[nodiscard]] virtual std::uint32_t fingerprint() const = 0;
+    /// The page's source as saving writes it, UTF-8, and an edit of that source in the source panel.
+    [[nodiscard]] virtual std::string source() const = 0;
+    virtual void setSource(std::string_view source) = 0;
     virtual void buildCSSMenu() = 0;
     /// The rendering is shown: ask it for the names that its style sheets define.
     virtual void loadCSSNames() = 0;

@@ -353,18 +353,13 @@ LinkSheet* ViewController::linkSheet() const
 
 void ViewController::showSource()
 {
-    whenCaughtUp(this, [this] {
-        ask(RenderingReader::markupScript, this, [this](const QVariant& source) {
-            if (source.isValid())
-                m_sourcePanel->begin(source.toString());
-        });
-    });
+    whenCaughtUp(this, [this] { m_sourcePanel->begin(QString::fromStdString(m_document.source())); });
 }
 
 void ViewController::saveSource(const QString& source)
 {
     whenCaughtUp(this, [this, source] {
-        m_document.setHTML(source.toStdString(), tr("Edit Source"));
+        m_document.setSource(source.toStdString());
         show(Position::Keep);
         m_document.buildCSSMenu();
     });

@@ -32,7 +32,7 @@ const emptyElements = new Set(('area audio base br canvas col embed hr iframe im
     + 'picture select source svg textarea track video wbr').split(' '));
 
 function holdsNothing(element) {
-    return emptyElements.has(element.localName);
+    return emptyElements.has(element.localName) || element.matches(serverCode);
 }
 
 // Scrolls no further than needed, and not at all if the element is visible.

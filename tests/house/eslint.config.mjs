@@ -14,7 +14,7 @@ const declared = new Map(files.map((name) => {
 
 // The names of the browser and of Qt's web channel that the scripts use.
 const browser = `
-    addEventListener CharacterData Comment CSS document DocumentFragment DOMParser Element getComputedStyle getSelection HTMLBodyElement
+    addEventListener CharacterData Comment CSS CSSStyleSheet document DocumentFragment DOMParser Element getComputedStyle getSelection HTMLBodyElement
     HTMLHtmlElement HTMLTemplateElement innerHeight location MutationObserver NodeFilter QWebChannel qt Text`.trim().split(/\s+/);
 
 function globalsFor(file) {

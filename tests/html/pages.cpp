@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/html/pages.h"
 
+#include <QByteArray>
+#include <QString>
+#include <QStringEncoder>
+
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
@@ -34,6 +38,34 @@ std::string bytesOf(const fs::path& file)
     std::stringstream bytes;
     bytes << stream.rdbuf();
     return bytes.str();
+}
+
+void replaceAll(std::string& text, std::string_view what, std::string_view by)
+{
+    for (std::size_t at = text.find(what); at != std::string::npos; at = text.find(what, at + by.size()))
+        text.replace(at, what.size(), by);
+}
+
+fs::path sourceFolder()
+{
+    const char* source = std::getenv("LUMA_SOURCE_DIR");
+    return source ? source : ".";
+}
+
+/// The page as its heading says: "name [crlf]".
+Page writtenPage(const std::string& heading, std::string text)
+{
+    const auto is = [&heading](const char* word) { return heading.find(word) != std::string::npos; };
+    if (is("[no line end]"))
+        text.pop_back();
+    replaceAll(text, "\n", is("[crlf]") ? "\r\n" : is("[cr]") ? "\r" : "\n");
+    if (is("[latin1]"))
+        text = QString::fromStdString(text).toLatin1().toStdString();
+    if (is("[utf16]"))
+        text =
+            "\xFF\xFE" +
+            QByteArray(QStringEncoder(QStringEncoder::Utf16LE)(QString::fromStdString(text))).toStdString();
+    return {heading, is("[bom]") ? "\xEF\xBB\xBF" + text : text};
 }
 
 std::vector<Page> ownPages()
@@ -76,9 +108,7 @@ std::vector<Page> ownPages()
 std::vector<Page> allPages(std::size_t count, std::size_t maximumSize)
 {
     std::vector<Page> pages = ownPages();
-    const char* source = std::getenv("LUMA_SOURCE_DIR");
-    for (const fs::path& file :
-         pagesBelow(fs::path(source ? source : ".") / "resources/sample-site", SIZE_MAX))
+    for (const fs::path& file : pagesBelow(sourceFolder() / "resources/sample-site", SIZE_MAX))
         pages.push_back({file.string(), bytesOf(file)});
     const std::vector<fs::path> files = pagesBelow("/usr/share/doc", maximumSize);
     const std::size_t wanted = std::min(count, files.size());
@@ -86,6 +116,29 @@ std::vector<Page> allPages(std::size_t count, std::size_t maximumSize)
         const fs::path& file = files[i * files.size() / wanted];
         pages.push_back({file.string(), bytesOf(file)});
     }
+    return pages;
+}
+
+std::vector<Page> writtenPages()
+{
+    std::vector<Page> pages;
+    std::istringstream lines(bytesOf(sourceFolder() / "tests/html/writtenpages.txt"));
+    std::string heading;
+    std::string text;
+    const auto finish = [&] {
+        if (!heading.empty())
+            pages.push_back(writtenPage(heading, text));
+        text.clear();
+    };
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("=== ")) {
+            finish();
+            heading = line.substr(4);
+        } else {
+            text += line + '\n';
+        }
+    }
+    finish();
     return pages;
 }
 

@@ -17,4 +17,7 @@ struct Page
 /// bytes.
 std::vector<Page> allPages(std::size_t count, std::size_t maximumSize);
 
+/// The pages in writtenpages.txt: small ones, each odd in its own way, with server code and in several encodings. Bytes.
+std::vector<Page> writtenPages();
+
 } // namespace luma::test

@@ -192,7 +192,7 @@ std::optional<Edit> RandomEdits::makeList()
                 list.parent()};
 }
 
-std::string differenceOutside(const Edit& edit, const WrittenPage& written, const std::string& source)
+std::string differenceOutside(const Edit& edit, const std::string& written, const std::string& source)
 {
     const Node* around = edit.around;
     for (const Node* node = around; node; node = node->parent())
@@ -200,7 +200,7 @@ std::string differenceOutside(const Edit& edit, const WrittenPage& written, cons
     if (!around)
         return {};
     const SourceRange& extent = PageSource::recordOf(*around).extent;
-    const std::string text = withoutMark(written.text);
+    const std::string text = withoutMark(written);
     const std::string old = withoutMark(source);
     const std::size_t rest = old.size() - extent.end;
     const bool isSame = text.size() >= extent.begin + rest && text.starts_with(old.substr(0, extent.begin)) &&

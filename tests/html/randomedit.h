@@ -3,7 +3,6 @@
 
 #include "html/document.h"
 #include "html/element.h"
-#include "html/pagewriter.h"
 
 #include <cstdint>
 #include <functional>
@@ -58,6 +57,6 @@ private:
 
 /// What the edited page must keep: every byte outside the smallest element around the edit whose bytes are its own. Empty
 /// when it does, else what differs.
-std::string differenceOutside(const Edit& edit, const html::WrittenPage& written, const std::string& source);
+std::string differenceOutside(const Edit& edit, const std::string& written, const std::string& source);
 
 } // namespace luma::test

@@ -197,6 +197,9 @@ private slots:
         row("li --attr value=3 --all", 0, "<LI>1\r\n<LI>2", "<LI value=\"3\">1\r\n<LI value=\"3\">2");
         row("'body *' --remove --all", 0, "<P ID=a TITLE='t'>caf\xE9</P>\r\n<UL><LI>1\r\n<LI>2\r\n</UL>",
             "\r\n");
+        row("ul --html '<li class=\"<?= $c ?>\"><?php f(\"<b>\") ?>'", 0, "<LI>1\r\n<LI>2\r\n",
+            "<li class=\"<?= $c ?>\"><?php f(\"<b>\") ?></li>");
+        row("'#a' --text '<?= $t ?>'", 0, ">caf\xE9<", ">&lt;?= $t ?&gt;<");
         row("'#a' --attr title=t", 0);
         row("li --remove", 1);
         row("'#b' --remove", 1);
