@@ -67,6 +67,7 @@ void Browser::makeContent()
     m_emptyLabel->setObjectName(QStringLiteral("emptyText"));
     m_emptyLabel->setAlignment(Qt::AlignCenter);
     m_emptyLabel->setWordWrap(true);
+    m_emptyLabel->setTextFormat(Qt::PlainText);
     m_emptyLabel->setForegroundRole(QPalette::PlaceholderText);
     // Columns are inserted before these three.
     auto* columns = new QHBoxLayout(m_content);

@@ -43,8 +43,6 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     m_ui->setupUi(m_widget);
     m_ui->label->setText(caption);
     m_ui->configureButton->setIcon(icons::symbol(QStringLiteral("settings")));
-    m_ui->myBrowser->setEmptyText(
-        tr("Not connected. Choose Connect, or set the folder in the connection settings."));
     connect(m_watcher, &FolderWatcher::changed, this, &BrowserController::folderChanged);
     connectSheet();
     connectBrowser();
@@ -171,7 +169,7 @@ void BrowserController::finishConnection(const MountResult& result, const Connec
     if (rootNode())
         connectionSucceeded(request);
     else
-        setConnectState(tr("There is an error connecting to the Destination Server"));
+        connectionFailed(result.reason);
     emit stateChanged();
 }
 
@@ -181,6 +179,12 @@ void BrowserController::connectionSucceeded(const ConnectionRequest& request)
     m_watcher->start(m_ui->label->text(), m_mountPath);
     if (!request.isLocal())
         parentDoc.checkConnectionOK();
+}
+
+void BrowserController::connectionFailed(const QString& reason)
+{
+    setConnectState(tr("There is an error connecting to the Destination Server"));
+    browser().setEmptyText(reason);
 }
 
 void BrowserController::disconnectPane()
@@ -218,6 +222,8 @@ void BrowserController::emptyPane()
 void BrowserController::setRootNode(FileSystemNodePointer root)
 {
     browser().model().setRootNode(std::move(root));
+    browser().setEmptyText(
+        tr("Not connected. Choose Connect, or set the folder in the connection settings."));
     const QVariant bound = rootNode() ? QVariant(true) : QVariant();
     m_ui->connectButton->setText(Transformers::named(u"ConnectTransformer")(bound));
     m_ui->fullPathToSelectedItem->clear();

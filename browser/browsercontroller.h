@@ -112,6 +112,7 @@ private:
     void connectionSucceeded(const ConnectionRequest& request);
     void volumeUnmounted(const std::filesystem::path& mountPoint);
     void setRootNode(FileSystemNodePointer root);
+    void connectionFailed(const QString& reason);
     void setConnectState(const QString& text);
     void emptyPane();
     void folderChanged();

@@ -5,6 +5,8 @@
 #include "browser/endpoint.h"
 #include "mounts/volumemounter.h"
 
+#include <QCoreApplication>
+
 namespace luma {
 
 namespace {
@@ -25,6 +27,8 @@ MountResult localFolder(const QString& path)
     std::error_code error;
     if (std::filesystem::exists(result.mountPath, error))
         result.folder = result.mountPath;
+    else
+        result.reason = QCoreApplication::translate("luma::MountStep", "%1: no such folder").arg(path);
     return result;
 }
 
@@ -51,12 +55,13 @@ MountResult mountStep(const ConnectionRequest& request, VolumeMounter& mounter,
     if (request.isLocal())
         return localFolder(request.path);
     const QString shareURL = mountURL(request);
-    auto folder = mounter.mount(shareURL, request.user, request.password, isWanted);
-    if (!folder && isWanted())
-        folder = mounter.existingMount(shareURL);
+    const auto mounted = mounter.mount(shareURL, request.user, request.password, isWanted);
+    if (mounted)
+        return {*mounted, *mounted, {}};
+    auto folder = isWanted() ? mounter.existingMount(shareURL) : std::nullopt;
     if (!folder && isWanted())
         printLine("Error: sharePath: " + shareURL.toStdString() + ") Not Valid");
-    return {folder, folder.value_or(std::filesystem::path())};
+    return {folder, folder.value_or(std::filesystem::path()), QString::fromStdString(mounted.error().text)};
 }
 
 } // namespace luma

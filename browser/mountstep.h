@@ -33,6 +33,8 @@ struct MountResult
     std::optional<std::filesystem::path> folder;
     /// The mount point, or the local folder; set even when the local folder does not exist.
     std::filesystem::path mountPath;
+    /// Why there is no folder.
+    QString reason;
 };
 
 /// The URL of a share: the protocol text unchanged, the percent-encoded server, "/", the percent-encoded

@@ -14,19 +14,18 @@ GvfsMounter::GvfsMounter(QObject* parent) : VolumeMounter(parent)
     connect(new MountMonitor(this), &MountMonitor::unmounted, this, &GvfsMounter::reportUnmounted);
 }
 
-std::optional<fs::path> GvfsMounter::mount(const QString& shareURL, const QString& user,
-                                           const QString& password, const std::function<bool()>& isWanted)
+Result<fs::path> GvfsMounter::mount(const QString& shareURL, const QString& user, const QString& password,
+                                    const std::function<bool()>& isWanted)
 {
     const std::string url = shareURL.toStdString();
     {
         const std::scoped_lock lock(m_mutex);
         m_users[url] = user.toStdString();
     }
-    const auto folder = mountShare(url, user.toStdString(), password.toStdString(), isWanted);
-    if (!folder)
-        return {};
-    remember(*folder);
-    return *folder;
+    auto folder = mountShare(url, user.toStdString(), password.toStdString(), isWanted);
+    if (folder)
+        remember(*folder);
+    return folder;
 }
 
 std::optional<fs::path> GvfsMounter::existingMount(const QString& shareURL)

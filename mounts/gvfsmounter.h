@@ -21,9 +21,8 @@ class GvfsMounter final : public VolumeMounter
 public:
     explicit GvfsMounter(QObject* parent = nullptr);
 
-    std::optional<std::filesystem::path> mount(const QString& shareURL, const QString& user,
-                                               const QString& password,
-                                               const std::function<bool()>& isWanted) override;
+    Result<std::filesystem::path> mount(const QString& shareURL, const QString& user, const QString& password,
+                                        const std::function<bool()>& isWanted) override;
     /// The mount of the account that mount() last used for this address, or of any account if there was none.
     std::optional<std::filesystem::path> existingMount(const QString& shareURL) override;
     void unmount(const std::filesystem::path& mountPoint) override;

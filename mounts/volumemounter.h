@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/result.h"
+
 #include <QObject>
 #include <QString>
 
@@ -20,12 +22,12 @@ class VolumeMounter : public QObject
 public:
     using QObject::QObject;
 
-    /// Mounts the share at `shareURL` as `user` and returns the mount point, or nothing on any failure, an
-    /// already mounted share included. `isWanted` is asked on the calling thread while waiting for the server;
-    /// once it is false, the call soon returns nothing.
-    virtual std::optional<std::filesystem::path> mount(const QString& shareURL, const QString& user,
-                                                       const QString& password,
-                                                       const std::function<bool()>& isWanted) = 0;
+    /// Mounts the share at `shareURL` as `user` and returns the mount point, or why that failed; an already
+    /// mounted share may fail. `isWanted` is asked on the calling thread while waiting for the server; once it
+    /// is false, the call soon fails.
+    virtual Result<std::filesystem::path> mount(const QString& shareURL, const QString& user,
+                                                const QString& password,
+                                                const std::function<bool()>& isWanted) = 0;
     /// The mount point of a share of the same host and path that is already mounted.
     virtual std::optional<std::filesystem::path> existingMount(const QString& shareURL) = 0;
     /// Starts unmounting the volume at `mountPoint` and returns at once; errors are ignored.

@@ -31,11 +31,11 @@ public:
     std::optional<fs::path> mountPoint;
     std::atomic<int> unmounts = 0;
 
-    std::optional<fs::path> mount(const QString& /*url*/, const QString& /*user*/, const QString& /*pw*/,
-                                  const std::function<bool()>& /*isWanted*/) override
+    Result<fs::path> mount(const QString& /*url*/, const QString& /*user*/, const QString& /*pw*/,
+                           const std::function<bool()>& /*isWanted*/) override
     {
         answer.acquire();
-        return mountPoint;
+        return mountPoint ? Result<fs::path>(*mountPoint) : Error{"no answer"};
     }
     std::optional<fs::path> existingMount(const QString& /*url*/) override { return {}; }
     void unmount(const fs::path& /*mountPoint*/) override { ++unmounts; }
@@ -114,6 +114,12 @@ private slots:
                      QStringLiteral("There is an error connecting to the Destination Server"));
         QVERIFY(!site.pane->rootNode());
         QVERIFY(!site.find<QProgressBar>("progressIndicator")->isVisible());
+        QCOMPARE(site.text("emptyText"), QStringLiteral("/nowhere/at/all: no such folder"));
+        site.endpoint->setValue(endpoint::protocol, QStringLiteral("smb://"));
+        site.pane->doConnect();
+        QTRY_COMPARE(site.text("emptyText"), QStringLiteral("<b>no</b> server"));
+        site.pane->disconnectPane();
+        QVERIFY(site.text("emptyText").startsWith(QStringLiteral("Not connected.")));
     }
 
     void newFolderAndDuplicate_endUpSelectedNewOrNot()

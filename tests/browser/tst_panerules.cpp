@@ -24,11 +24,11 @@ public:
     std::optional<fs::path> existing;
     QStringList asked;
 
-    std::optional<fs::path> mount(const QString& url, const QString& user, const QString& password,
-                                  const std::function<bool()>& /*isWanted*/) override
+    Result<fs::path> mount(const QString& url, const QString& user, const QString& password,
+                           const std::function<bool()>& /*isWanted*/) override
     {
         asked += url + QLatin1Char('|') + user + QLatin1Char('|') + password;
-        return mounted;
+        return mounted ? Result<fs::path>(*mounted) : Error{"refused"};
     }
     std::optional<fs::path> existingMount(const QString& /*url*/) override { return existing; }
     void unmount(const fs::path& /*mountPoint*/) override {}

@@ -39,9 +39,8 @@ class SameComputerMounter final : public VolumeMounter
 public:
     explicit SameComputerMounter(fs::path folder) : m_folder(std::move(folder)) {}
 
-    std::optional<fs::path> mount(const QString& /*shareURL*/, const QString& /*user*/,
-                                  const QString& /*password*/,
-                                  const std::function<bool()>& /*isWanted*/) override
+    Result<fs::path> mount(const QString& /*shareURL*/, const QString& /*user*/, const QString& /*password*/,
+                           const std::function<bool()>& /*isWanted*/) override
     {
         return m_folder;
     }

@@ -9,11 +9,11 @@ namespace luma::test {
 class UnavailableMounter final : public VolumeMounter
 {
 public:
-    std::optional<std::filesystem::path> mount(const QString& /*shareURL*/, const QString& /*user*/,
-                                               const QString& /*password*/,
-                                               const std::function<bool()>& /*isWanted*/) override
+    Result<std::filesystem::path> mount(const QString& /*shareURL*/, const QString& /*user*/,
+                                        const QString& /*password*/,
+                                        const std::function<bool()>& /*isWanted*/) override
     {
-        return {};
+        return Error{"<b>no</b> server"};
     }
     std::optional<std::filesystem::path> existingMount(const QString& /*shareURL*/) override { return {}; }
     void unmount(const std::filesystem::path& /*mountPoint*/) override {}
