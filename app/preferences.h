@@ -35,7 +35,7 @@ public:
     /// As the user has written them, separated by commas.
     [[nodiscard]] QString excludedFolderNames() const { return namesAt(excludedFolders); }
     [[nodiscard]] QString indexPageNames() const { return namesAt(indexPages); }
-    /// All but a site's own web addresses.
+    /// All but what a site's record holds.
     [[nodiscard]] ReportChoices reportChoices() const;
 
     /// Kept in memory until save().

@@ -121,6 +121,11 @@ int Browser::clickedColumn() const
 
 QModelIndexList Browser::selectedItems() const
 {
+    if (m_usedColumn >= 0 && m_usedColumn < columnCount()) {
+        QModelIndexList rows = m_columns[static_cast<std::size_t>(m_usedColumn)]->selectedRows();
+        if (!rows.isEmpty())
+            return rows;
+    }
     for (auto column = m_columns.rbegin(); column != m_columns.rend(); ++column) {
         if (QModelIndexList rows = (*column)->selectedRows(); !rows.isEmpty())
             return rows;
@@ -216,6 +221,7 @@ void Browser::selectionChanged(int number)
 void Browser::noteClick(int column, const QModelIndex& item)
 {
     m_clickedColumn = column;
+    m_usedColumn = column;
     m_clicked = item;
     if (item.isValid())
         emit clicked(item);
@@ -269,6 +275,33 @@ void Browser::refresh()
         column->updateTexts();
 }
 
+void Browser::updateTexts()
+{
+    for (BrowserColumn* column : m_columns)
+        column->updateTexts();
+    if (!m_preview->view()->isHidden())
+        m_preview->setRepresentedNode(m_preview->representedNode());
+}
+
+bool Browser::enter(const QModelIndex& item)
+{
+    const bool wasPackage = m_model.openPackage(item);
+    if (!item.isValid() || item.data(FileSystemModel::LeafRole).toBool())
+        return false;
+    for (int number = 0; number < columnCount(); ++number) {
+        if (parentForItemsInColumn(number) != item.parent())
+            continue;
+        BrowserListView& list = m_columns[static_cast<std::size_t>(number)]->list();
+        // Selected anew, for what opened with the package was its preview.
+        if (wasPackage)
+            list.selectionModel()->clear();
+        list.setCurrentIndex(item);
+        moveRight(number);
+        return true;
+    }
+    return false;
+}
+
 void Browser::rename(const QModelIndex& item)
 {
     for (const BrowserColumn* column : m_columns) {
@@ -312,7 +345,10 @@ bool Browser::eventFilter(QObject* watched, QEvent* event)
         askForMenu(column, *static_cast<QContextMenuEvent*>(event));
         return true;
     }
+    if (event->type() == QEvent::FocusIn)
+        m_usedColumn = column;
     if (event->type() == QEvent::MouseButtonPress) {
+        m_usedColumn = column;
         m_clickedColumn = column;
         m_clicked = QModelIndex();
     }
@@ -372,11 +408,13 @@ void Browser::moveRight(int column)
 {
     if (column + 1 >= columnCount())
         return;
+    m_usedColumn = column + 1;
     BrowserListView& right = m_columns[static_cast<std::size_t>(column) + 1]->list();
     right.setFocus();
-    if (right.selectionModel()->hasSelection() || m_model.rowCount(right.rootIndex()) == 0)
-        return;
-    right.setCurrentIndex(m_model.index(0, 0, right.rootIndex()));
+    if (right.selectionModel()->hasSelection())
+        noteClick(column + 1, right.currentIndex());
+    else if (m_model.rowCount(right.rootIndex()) > 0)
+        right.setCurrentIndex(m_model.index(0, 0, right.rootIndex()));
 }
 
 } // namespace luma

@@ -54,6 +54,10 @@ public:
     /// Opens the columns on the way to `item` and selects it. If the item can't be shown (outside the root,
     /// hidden, or gone), selects as far as possible and returns false.
     bool reveal(const std::filesystem::path& item);
+    /// Goes into a folder's column; a package becomes a folder. False for any other item.
+    bool enter(const QModelIndex& item);
+    /// Shows the names again after one has changed.
+    void updateTexts();
     /// Starts editing the name in place.
     void rename(const QModelIndex& item);
 
@@ -63,7 +67,7 @@ public:
     [[nodiscard]] QModelIndex clickedItem() const { return m_clicked; }
     /// The column last clicked, on a row or below the rows; -1 for none.
     [[nodiscard]] int clickedColumn() const;
-    /// The selected rows of the last column that has any.
+    /// The selected rows of the column used last; if it has none, of the last column that has any.
     [[nodiscard]] QModelIndexList selectedItems() const;
     [[nodiscard]] int draggedColumnIndex() const { return m_draggedColumn; }
 
@@ -95,6 +99,7 @@ private:
     IconPreviewController* m_preview = nullptr;
     QPersistentModelIndex m_clicked;
     int m_clickedColumn = -1;
+    int m_usedColumn = -1; // clicked or focused last
     int m_draggedColumn = -1;
     bool m_changing = false;
     QList<int> m_widths;

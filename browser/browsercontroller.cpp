@@ -92,6 +92,9 @@ void BrowserController::connectBrowser()
     connect(&browser().model(), &FileSystemModel::renamed, this,
             [this](const std::filesystem::path& oldPath, const std::filesystem::path& newPath) {
                 emit itemRenamed(oldPath, newPath);
+                browser().updateTexts();
+                if (const QModelIndex item = browser().clickedItem(); item.isValid())
+                    doBrowserClick(item);
                 m_linkJobs->updateAfterRename(m_mountPath, oldPath, newPath);
                 refreshLater({newPath});
             });
@@ -119,6 +122,8 @@ void BrowserController::connectLinks()
     connect(unlinkedItemsPanel, &UnlinkedItemsPanel::restartRequested, this,
             &BrowserController::startFindUnlinkedItems);
     connect(unlinkedItemsPanel, &UnlinkedItemsPanel::itemsDeleted, this, [this] { refreshLater({}); });
+    connect(unlinkedItemsPanel, &UnlinkedItemsPanel::keptItemsChanged, this,
+            [this](const std::vector<std::string>& items) { parentDoc.setKeptItems(items); });
     // Queued, for the source is still inside its drag.
     connect(
         &browser(), &Browser::dropped, this,
@@ -158,18 +163,21 @@ void BrowserController::beginConnection()
 
 void BrowserController::finishConnection(const MountResult& result, const ConnectionRequest& request)
 {
-    const std::filesystem::path former = std::exchange(m_mountPath, result.mountPath);
+    const std::filesystem::path former =
+        std::exchange(m_mountPath, result.folder ? result.mountPath : std::filesystem::path());
     const bool wasShare = std::exchange(m_isShare, !request.isLocal());
-    // The pane was already connected and has now mounted the same share again, or another one.
-    if (result.folder && wasShare && !former.empty())
+    // The pane was already connected and has now mounted the same share again, or another one, or none.
+    if (wasShare && !former.empty())
         m_connection->mounter().unmount(former);
-    if (result.folder)
+    if (result.folder) {
         setRootNode(std::make_shared<FileSystemNode>(*result.folder));
-    showBusy();
-    if (rootNode())
+        showBusy();
         connectionSucceeded(request);
-    else
+    } else {
+        emptyPane();
+        m_watcher->stop();
         connectionFailed(result.reason);
+    }
     emit stateChanged();
 }
 
@@ -273,7 +281,8 @@ void BrowserController::doBrowserClick(const QModelIndex& item)
 
 void BrowserController::openItem()
 {
-    if (const QModelIndex item = browser().clickedItem(); item.isValid())
+    const QModelIndex item = browser().clickedItem();
+    if (item.isValid() && !browser().enter(item))
         emit openRequested(pathOf(item), m_mountPath);
 }
 
@@ -301,7 +310,10 @@ void BrowserController::renameItem()
 
 void BrowserController::deleteItem()
 {
-    if (const QModelIndex item = browser().clickedItem(); item.isValid())
+    const QModelIndex item = browser().clickedItem();
+    if (browser().selectedItems().contains(item))
+        deleteSelectedItems();
+    else if (item.isValid())
         m_fileJobs->confirmDeletion({pathOf(item)});
 }
 
@@ -357,7 +369,7 @@ void BrowserController::stopFindMissingLinks()
 void BrowserController::startFindUnlinkedItems()
 {
     if (rootNode())
-        unlinkedItemsPanel->startFindUnlinkedItems(m_mountPath, parentDoc.reportChoices().excludedFolders);
+        unlinkedItemsPanel->startFindUnlinkedItems(m_mountPath, parentDoc.reportChoices());
 }
 
 void BrowserController::stopFindUnlinkedItems()

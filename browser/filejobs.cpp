@@ -6,8 +6,7 @@
 #include "base/workitem.h"
 #include "browser/fileoperations.h"
 
-#include <QMessageBox>
-#include <QPushButton>
+#include <QWidget>
 
 namespace luma {
 
@@ -31,29 +30,36 @@ void FileJobs::duplicate(const std::filesystem::path& item)
 
 void FileJobs::confirmDeletion(const Paths& items)
 {
-    auto* alert = new QMessageBox(QMessageBox::Warning, tr("Warning"), tr("Warning"), QMessageBox::NoButton,
-                                  m_pane->window());
-    alert->setObjectName(QStringLiteral("deleteAlert"));
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    alert->setInformativeText(tr("Are you sure you want to delete this item(s)?"));
-    QPushButton* accepted = alert->addButton(tr("Delete"), QMessageBox::AcceptRole);
-    QPushButton* refused = alert->addButton(tr("No"), QMessageBox::RejectRole);
-    alert->setDefaultButton(refused);
-    alert->setEscapeButton(refused);
-    connect(accepted, &QAbstractButton::clicked, this, [this, items] { deleteItems(items); });
-    alert->open();
+    const QString question = tr("Are you sure you want to delete this item(s)?") + QStringLiteral("\n\n") +
+                             tr("To the trash: %1").arg(namesOf(items));
+    askToDelete(*m_pane, QStringLiteral("deleteAlert"), question, [this, items] { moveToTrash(items); });
 }
 
-void FileJobs::deleteItems(const Paths& items)
+void FileJobs::moveToTrash(const Paths& items)
 {
+    const QPointer<FileJobs> guard(this);
     run(
-        [items] {
-            bool deleted = false;
-            for (const std::filesystem::path& item : items)
-                deleted = (!isMainHopClosed() && removeItem(item)) || deleted;
-            return deleted;
+        [guard, items] {
+            const TrashOutcome outcome = moveAllToTrash(items, [] { return !isMainHopClosed(); });
+            if (!outcome.left.empty())
+                onMain(guard, [&](FileJobs& self) { self.confirmRemoval(outcome); });
+            return !outcome.trashed.empty();
         },
         {});
+}
+
+void FileJobs::confirmRemoval(const TrashOutcome& outcome)
+{
+    askToDelete(*m_pane, QStringLiteral("removeAlert"), questionAbout(outcome), [this, items = outcome.left] {
+        run(
+            [items] {
+                bool deleted = false;
+                for (const std::filesystem::path& item : items)
+                    deleted = (!isMainHopClosed() && removeItem(item)) || deleted;
+                return deleted;
+            },
+            {});
+    });
 }
 
 /// Runs `job` in the background; it returns whether the disk may have changed.

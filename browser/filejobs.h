@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "browser/deletionalert.h"
+
 #include <QObject>
 
 #include <filesystem>
@@ -11,9 +13,9 @@ class QWidget;
 
 namespace luma {
 
-/// The file operations of a pane's menu and keys: new folders, duplicates, and deletions after one question.
+/// The file operations of a pane's menu and keys: new folders, duplicates, and deletions after a question.
 /// Copying and deleting run in the background on copies of their values, even if the pane is destroyed. A
-/// failed operation changes nothing; failures are ignored. Main thread only.
+/// failed operation changes nothing; failures to copy are ignored. Main thread only.
 class FileJobs final : public QObject
 {
     Q_OBJECT
@@ -30,7 +32,8 @@ public:
     void newFolder(const std::filesystem::path& parent);
     /// Copies an item beside itself and has the copy selected, or the item that already has its name.
     void duplicate(const std::filesystem::path& item);
-    /// Asks, then permanently deletes the items.
+    /// Asks with their names, then moves the items to the trash. Asks again before it deletes for good what can't
+    /// be moved there.
     void confirmDeletion(const Paths& items);
 
 signals:
@@ -43,7 +46,8 @@ private:
     QWidget* m_pane;
     int m_running = 0;
 
-    void deleteItems(const Paths& items);
+    void moveToTrash(const Paths& items);
+    void confirmRemoval(const TrashOutcome& outcome);
     void run(std::function<bool()> job, const Paths& select);
     void setRunning(int count);
 };

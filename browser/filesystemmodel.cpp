@@ -86,7 +86,7 @@ FileSystemModel::Folder* FileSystemModel::folderAt(const QModelIndex& index) con
         if (!m_root && m_rootNode) {
             self->m_root = std::make_unique<Folder>();
             m_root->node = m_rootNode;
-            m_root->rows = m_rootNode->children();
+            m_root->rows = listed(*m_rootNode);
         }
         return m_root.get();
     }
@@ -103,8 +103,30 @@ FileSystemModel::Folder* FileSystemModel::folderAt(const QModelIndex& index) con
     opened->node = item;
     opened->parent = parent;
     opened->row = index.row();
-    opened->rows = item->children();
+    opened->rows = listed(*item);
     return opened;
+}
+
+/// The children of a node, of which packages that were opened are folders.
+const std::vector<FileSystemNodePointer>& FileSystemModel::listed(FileSystemNode& folder) const
+{
+    const Nodes& nodes = folder.children();
+    for (const FileSystemNodePointer& node : nodes) {
+        if (node->isPackage() && m_openedPackages.contains(node->url().native()))
+            node->openPackage();
+    }
+    return nodes;
+}
+
+bool FileSystemModel::openPackage(const QModelIndex& index)
+{
+    const FileSystemNodePointer item = node(index);
+    if (!index.isValid() || !item->isPackage())
+        return false;
+    m_openedPackages.insert(item->url().native());
+    item->openPackage();
+    emit dataChanged(index, index);
+    return true;
 }
 
 QModelIndex FileSystemModel::indexOf(const Folder& folder) const
@@ -154,18 +176,17 @@ void FileSystemModel::refreshFolder(Folder& folder)
 {
     folder.stale = false;
     folder.node->childrenDirty = true;
-    const Nodes& listed = folder.node->children();
-    const FolderDifference difference = folderDifference(folder.rows, listed);
+    const Nodes& nodes = listed(*folder.node);
+    const FolderDifference difference = folderDifference(folder.rows, nodes);
     if (difference.removed.size() + difference.inserted.size() > maximumRanges) {
-        replaceAll(folder, listed);
+        replaceAll(folder, nodes);
         return;
     }
     for (const RowRange& range : difference.removed)
         removeRange(folder, range.first, range.last);
     for (const RowRange& range : difference.inserted)
-        insertRange(folder, range.first,
-                    Nodes(listed.begin() + range.first, listed.begin() + range.last + 1));
-    adoptNodes(folder, listed);
+        insertRange(folder, range.first, Nodes(nodes.begin() + range.first, nodes.begin() + range.last + 1));
+    adoptNodes(folder, nodes);
 }
 
 void FileSystemModel::removeRange(Folder& folder, int first, int last)
@@ -253,8 +274,9 @@ QVariant FileSystemModel::data(const QModelIndex& index, int role) const
     const FileSystemNodePointer item = node(index);
     switch (role) {
     case Qt::DisplayRole:
-    case Qt::EditRole:
         return item->displayName();
+    case Qt::EditRole:
+        return item->editedName();
     case LabelColorRole:
         return static_cast<int>(item->labelColor());
     case LeafRole:
@@ -271,8 +293,8 @@ bool FileSystemModel::setData(const QModelIndex& index, const QVariant& value, i
     if (!index.isValid() || role != Qt::EditRole)
         return false;
     const FileSystemNodePointer item = node(index);
-    // The displayed text may not contain all of the name's bytes, so an unchanged text must not rename.
-    if (value.toString() == item->displayName())
+    // The text may not contain all of the name's bytes, so an unchanged text must not rename.
+    if (value.toString() == item->editedName())
         return false;
     const std::filesystem::path oldPath = item->url();
     if (const auto done = item->setDisplayName(value.toString()); !done) {

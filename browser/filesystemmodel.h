@@ -5,6 +5,9 @@
 
 #include <QAbstractItemModel>
 
+#include <set>
+#include <string>
+
 namespace luma {
 
 /// The tree of FileSystemNode as a model of one column for a Browser. Folders are listed on first use.
@@ -40,6 +43,8 @@ public:
     void refresh(const QModelIndexList& shown);
     /// Lists a folder again if a refresh() has skipped it. Call before showing it.
     void bringUpToDate(const QModelIndex& folder);
+    /// Makes a package a folder from now on; false for any other item.
+    bool openPackage(const QModelIndex& index);
 
     [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
     [[nodiscard]] QModelIndex parent(const QModelIndex& index) const override;
@@ -63,7 +68,9 @@ private:
 
     std::unique_ptr<Folder> m_root;
     FileSystemNodePointer m_rootNode;
+    std::set<std::string> m_openedPackages; // by path
 
+    [[nodiscard]] const std::vector<FileSystemNodePointer>& listed(FileSystemNode& folder) const;
     [[nodiscard]] Folder* folderAt(const QModelIndex& index) const;
     [[nodiscard]] QModelIndex indexOf(const Folder& folder) const;
     void refreshFolder(Folder& folder);

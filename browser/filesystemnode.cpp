@@ -2,6 +2,7 @@
 #include "browser/filesystemnode.h"
 
 #include "base/files.h"
+#include "base/utf8.h"
 #include "browser/displaytext.h"
 #include "browser/folderlisting.h"
 
@@ -24,6 +25,17 @@ const std::string& FileSystemNode::name() const
 QString FileSystemNode::displayName() const
 {
     return displayText(name());
+}
+
+QString FileSystemNode::editedName() const
+{
+    return isValidUtf8(name()) ? QString::fromStdString(name()) : displayName();
+}
+
+void FileSystemNode::openPackage()
+{
+    if (m_fileProperties)
+        m_fileProperties->isPackage = false;
 }
 
 LabelColor FileSystemNode::labelColor() const

@@ -47,6 +47,8 @@ public:
     [[nodiscard]] const std::string& name() const;
     /// The name as the screen shows it (see displayText).
     [[nodiscard]] QString displayName() const;
+    /// The name for editing: its own characters, as long as it is UTF-8.
+    [[nodiscard]] QString editedName() const;
     /// Renames the item on disk within its folder. Fails, and changes neither node nor disk, if the name is
     /// empty, is "." or "..", contains a slash or a null character, or is taken.
     Result<void> setDisplayName(const QString& newName);
@@ -55,6 +57,8 @@ public:
     [[nodiscard]] bool isPackage() const { return m_fileProperties && m_fileProperties->isPackage; }
     /// True for everything that does not open as a folder.
     [[nodiscard]] bool isLeaf() const { return !isDirectory() || isPackage(); }
+    /// Makes a package a folder like any other.
+    void openPackage();
     [[nodiscard]] LabelColor labelColor() const;
 
     /// The items of the folder except hidden ones, ordered by name ignoring letter case; names that differ in

@@ -43,6 +43,7 @@ struct ReportChoices
     LinkRules linkRules = LinkRules::Browser;
     WebRules webRules = {};       // for LinkRules::Browser
     QString excludedFolders = {}; // that the report on unlinked items skips, names separated by commas
+    std::vector<std::string> keptItems = {}; // that it leaves out, too: subpaths, bytes
 };
 
 /// What a pane needs of its window. Main thread only; outlives its panes.
@@ -55,6 +56,8 @@ public:
     virtual void checkConnectionOK() = 0;
     virtual ProgressReporter& progress() = 0;
     [[nodiscard]] virtual ReportChoices reportChoices() const = 0;
+    /// Stores ReportChoices::keptItems with the site.
+    virtual void setKeptItems(const std::vector<std::string>& items) = 0;
 
 protected:
     PaneHost() = default;

@@ -4,16 +4,18 @@
 #include "base/files.h"
 #include "base/mainhop.h"
 #include "browser/displaytext.h"
-#include "links/unlinkeditems.h"
+#include "links/browserreports.h"
 
 #include "ui_UnlinkedItemsPanel.h"
 
+#include <QAction>
+#include <QHeaderView>
 #include <QLocale>
-#include <QMessageBox>
 #include <QTableView>
 
 #include <algorithm>
 #include <mutex>
+#include <set>
 #include <system_error>
 
 namespace luma {
@@ -25,10 +27,22 @@ namespace {
 constexpr int showInterval = 40; // milliseconds
 
 // A folder that has since taken the name of a ticked file is kept.
-bool deleteFile(const fs::path& file)
+bool isFile(const fs::path& path)
 {
     std::error_code error;
-    return !fs::is_directory(fs::symlink_status(file, error)) && !error && removeItem(file);
+    return !fs::is_directory(fs::symlink_status(path, error)) && !error;
+}
+
+std::uintmax_t sizeOf(const fs::path& file)
+{
+    std::error_code error;
+    const std::uintmax_t size = fs::is_symlink(file, error) ? 0 : fs::file_size(file, error);
+    return error ? 0 : size;
+}
+
+QString sizeText(std::uintmax_t size)
+{
+    return QLocale().formattedDataSize(static_cast<qint64>(size));
 }
 
 } // namespace
@@ -39,6 +53,25 @@ struct UnlinkedItemsPanel::Findings
     std::mutex mutex;
     std::string current;
     std::vector<Item> items;
+
+    Result<bool> scan(const fs::path& site, const ReportChoices& choices, const StillWanted& stillWanted)
+    {
+        UnlinkedItemsCallbacks callbacks;
+        callbacks.examining = [&](const std::string& subpath) {
+            const std::scoped_lock lock(mutex);
+            current = subpath;
+        };
+        callbacks.row = [&](const std::string& subpath) {
+            const std::uintmax_t size = sizeOf(site / subpath);
+            const std::scoped_lock lock(mutex);
+            items.push_back({.displayName = subpath, .size = size});
+        };
+        callbacks.stillWanted = stillWanted;
+        const std::string excluded = choices.excludedFolders.toStdString();
+        return choices.linkRules == LinkRules::Letter
+                   ? findUnlinkedItems(site, excluded, callbacks)
+                   : findWebUnlinked(site, choices.webRules, excluded, callbacks);
+    }
 };
 
 UnlinkedItemsPanel::UnlinkedItemsPanel(QWidget* parent)
@@ -62,7 +95,16 @@ void UnlinkedItemsPanel::setUpTable()
 {
     static constexpr TickColumn<Item> columns[] = {
         {.title = QT_TR_NOOP("File"),
-         .text = [](const Item& item) { return displayText(item.displayName); }}};
+         .text =
+             [](const Item& item) {
+                 const QString name = displayText(item.displayName);
+                 return item.isKept ? tr("%1 (kept)").arg(name) : name;
+             },
+         .less = [](const Item& a, const Item& b) { return a.displayName < b.displayName; }},
+        {.title = QT_TR_NOOP("Size"),
+         .text = [](const Item& item) { return sizeText(item.size); },
+         .less = [](const Item& a, const Item& b) { return a.size < b.size; },
+         .isNumber = true}};
     unlinkedItemsArrayController = new TickTable<Item>(columns, this);
     unlinkedItemsArrayController->setObjectName(QStringLiteral("unlinkedItemsArrayController"));
     m_ui->unlinkedItemsTickList->setUp(*unlinkedItemsArrayController,
@@ -70,10 +112,37 @@ void UnlinkedItemsPanel::setUpTable()
                                         .all = "unlinkedItemsAllCheckBox",
                                         .count = "unlinkedItemsCount",
                                         .placeholder = "unlinkedItemsPlaceholder"});
+    QHeaderView& header = *m_ui->unlinkedItemsTickList->table().horizontalHeader();
+    // At first in the order of the report, by name.
+    header.setSortIndicator(-1, Qt::AscendingOrder);
+    m_ui->unlinkedItemsTickList->table().setSortingEnabled(true);
+    header.setStretchLastSection(false);
+    header.setSectionResizeMode(0, QHeaderView::Stretch);
+    header.setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    setUpMenu();
     QSizePolicy policy = m_ui->unlinkedItemsProgressIndicator->sizePolicy();
     policy.setRetainSizeWhenHidden(true);
     m_ui->unlinkedItemsProgressIndicator->setSizePolicy(policy);
     m_ui->unlinkedItemsCuurentResourcePath->setForegroundRole(QPalette::PlaceholderText);
+}
+
+void UnlinkedItemsPanel::setUpMenu()
+{
+    QTableView& table = m_ui->unlinkedItemsTickList->table();
+    table.setContextMenuPolicy(Qt::ActionsContextMenu);
+    auto* const keep = new QAction(tr("&Keep This Item"), this);
+    keep->setObjectName(QStringLiteral("keepItemAction"));
+    keep->setShortcut(Qt::CTRL | Qt::Key_K);
+    keep->setToolTip(tr("Leaves the selected files out of this report from now on"));
+    connect(keep, &QAction::triggered, this, &UnlinkedItemsPanel::keepSelectedItems);
+    table.addAction(keep);
+    connect(table.selectionModel(), &QItemSelectionModel::selectionChanged, this, [this, keep, &table] {
+        const QModelIndexList rows = table.selectionModel()->selectedRows();
+        keep->setEnabled(m_state != State::Deleting && !rows.isEmpty());
+        const bool isKeptRow =
+            !rows.isEmpty() && unlinkedItemsArrayController->shownRow(rows.first().row()).isKept;
+        keep->setText(isKeptRow ? tr("No Longer &Keep This Item") : tr("&Keep This Item"));
+    });
 }
 
 void UnlinkedItemsPanel::connectControls()
@@ -85,13 +154,14 @@ void UnlinkedItemsPanel::connectControls()
             &UnlinkedItemsPanel::restartRequested);
     connect(m_ui->unlinkedItemsDeleteButton, &QPushButton::clicked, this,
             &UnlinkedItemsPanel::deleteUnlinkedItems);
+    connect(m_ui->unlinkedItemsPutBackButton, &QPushButton::clicked, this, &UnlinkedItemsPanel::putBackItems);
+    connect(m_ui->unlinkedItemsKeptCheckBox, &QCheckBox::clicked, this, &UnlinkedItemsPanel::showKept);
     connect(m_ui->unlinkedItemsCloseButton, &QPushButton::clicked, this, &UnlinkedItemsPanel::reject);
     connect(unlinkedItemsArrayController, &TickListModel::ticksChanged, this,
             &UnlinkedItemsPanel::updateControls);
     connect(&m_ui->unlinkedItemsTickList->table(), &QTableView::doubleClicked, this,
             [this](const QModelIndex& index) {
-                const auto& items = unlinkedItemsArrayController->rows();
-                emit fileActivated(m_site / items[static_cast<std::size_t>(index.row())].displayName);
+                emit fileActivated(m_site / unlinkedItemsArrayController->shownRow(index.row()).displayName);
             });
 }
 
@@ -102,14 +172,18 @@ bool UnlinkedItemsPanel::windowShowsASheet() const
                        [](const QDialog* dialog) { return dialog->isVisible() && dialog->isModal(); });
 }
 
-void UnlinkedItemsPanel::startFindUnlinkedItems(const fs::path& site, const QString& excludedFolders)
+void UnlinkedItemsPanel::startFindUnlinkedItems(const fs::path& site, const ReportChoices& choices)
 {
     if (m_state == State::Deleting)
         return;
     if (workItem)
         workItem->cancel();
+    if (m_site != site)
+        m_trashed.clear();
     m_site = site;
+    m_choices = choices;
     m_note.clear();
+    m_kept.clear();
     unlinkedItemsArrayController->setRows({});
     m_ui->unlinkedItemsPanelTitle->setText(QStringLiteral("Listing all files with no links."));
     workItem = std::make_shared<WorkItem>();
@@ -117,19 +191,8 @@ void UnlinkedItemsPanel::startFindUnlinkedItems(const fs::path& site, const QStr
     m_showTimer.start();
     setState(State::Scanning);
     const QPointer<UnlinkedItemsPanel> guard(this);
-    start(workItem, [guard, site, excluded = excludedFolders.toStdString(), token = workItem,
-                     findings = m_findings](const WorkItem&) {
-        UnlinkedItemsCallbacks callbacks;
-        callbacks.examining = [&](const std::string& subpath) {
-            const std::scoped_lock lock(findings->mutex);
-            findings->current = subpath;
-        };
-        callbacks.row = [&](const std::string& subpath) {
-            const std::scoped_lock lock(findings->mutex);
-            findings->items.push_back({.displayName = subpath});
-        };
-        callbacks.stillWanted = [token] { return !token->isCancelled(); };
-        const auto done = findUnlinkedItems(site, excluded, callbacks);
+    start(workItem, [guard, site, choices, token = workItem, findings = m_findings](const WorkItem&) {
+        const auto done = findings->scan(site, choices, [token] { return !token->isCancelled(); });
         onMain(guard, [&](UnlinkedItemsPanel& self) {
             if (self.workItem == token && !token->isCancelled())
                 self.endScan(done ? QString() : displayText(done.error().text));
@@ -150,6 +213,14 @@ void UnlinkedItemsPanel::showFindings()
         items.swap(m_findings->items);
         current = m_findings->current;
     }
+    const auto firstKept = std::stable_partition(
+        items.begin(), items.end(), [this](const Item& item) { return !isKept(item.displayName); });
+    std::for_each(firstKept, items.end(), [this](Item& item) {
+        item.isKept = true;
+        item.select = false;
+        m_kept.push_back(item);
+    });
+    items.erase(firstKept, items.end());
     unlinkedItemsArrayController->append(std::move(items));
     if (m_state == State::Scanning)
         m_ui->unlinkedItemsCuurentResourcePath->setText(displayText(current));
@@ -174,52 +245,133 @@ void UnlinkedItemsPanel::endScan(const QString& note)
     setState(State::Idle);
 }
 
-void UnlinkedItemsPanel::deleteUnlinkedItems()
+bool UnlinkedItemsPanel::isKept(const std::string& subpath) const
 {
-    const std::size_t ticked = unlinkedItemsArrayController->tickedCount();
-    if (ticked == 0 || m_state != State::Idle)
-        return;
-    auto* const alert =
-        new QMessageBox(QMessageBox::Warning, tr("Warning"), tr("Warning"), QMessageBox::NoButton, this);
-    alert->setObjectName(QStringLiteral("deleteUnlinkedItemsAlert"));
-    alert->setAttribute(Qt::WA_DeleteOnClose);
-    const QString count = QLocale().toString(ticked);
-    alert->setInformativeText(
-        ticked == 1 ? tr("Are you sure you want to delete this file? It is not moved to the trash.")
-                    : tr("Are you sure you want to delete these %1 files? They are not moved to the trash.")
-                          .arg(count));
-    QPushButton* const accepted = alert->addButton(tr("Delete"), QMessageBox::AcceptRole);
-    QPushButton* const refused = alert->addButton(tr("No"), QMessageBox::RejectRole);
-    alert->setDefaultButton(refused);
-    alert->setEscapeButton(refused);
-    connect(accepted, &QAbstractButton::clicked, this,
-            [this, items = unlinkedItemsArrayController->rows()] { deleteFiles(items); });
-    alert->open();
+    return std::find(m_choices.keptItems.begin(), m_choices.keptItems.end(), subpath) !=
+           m_choices.keptItems.end();
 }
 
-void UnlinkedItemsPanel::deleteFiles(const std::vector<Item>& items)
+void UnlinkedItemsPanel::showKept(bool isShown)
+{
+    std::vector<Item> rows = unlinkedItemsArrayController->rows();
+    std::erase_if(rows, [](const Item& item) { return item.isKept; });
+    if (isShown)
+        rows.insert(rows.end(), m_kept.begin(), m_kept.end());
+    unlinkedItemsArrayController->setRows(std::move(rows));
+    updateControls();
+}
+
+void UnlinkedItemsPanel::keepSelectedItems()
+{
+    std::set<std::string> selected;
+    for (const QModelIndex& index : m_ui->unlinkedItemsTickList->table().selectionModel()->selectedRows())
+        selected.insert(unlinkedItemsArrayController->shownRow(index.row()).displayName);
+    std::vector<Item> rows = unlinkedItemsArrayController->rows();
+    for (Item& item : rows) {
+        if (!selected.contains(item.displayName))
+            continue;
+        item.isKept = !item.isKept;
+        item.select = !item.isKept;
+        if (item.isKept) {
+            m_choices.keptItems.push_back(item.displayName);
+            m_kept.push_back(item);
+        } else {
+            std::erase(m_choices.keptItems, item.displayName);
+            std::erase_if(m_kept, [&](const Item& kept) { return kept.displayName == item.displayName; });
+        }
+    }
+    unlinkedItemsArrayController->setRows(std::move(rows));
+    showKept(m_ui->unlinkedItemsKeptCheckBox->isChecked());
+    emit keptItemsChanged(m_choices.keptItems);
+}
+
+std::vector<UnlinkedItemsPanel::Item> UnlinkedItemsPanel::tickedItems() const
+{
+    std::vector<Item> items = unlinkedItemsArrayController->rows();
+    std::erase_if(items, [](const Item& item) { return !item.select; });
+    return items;
+}
+
+void UnlinkedItemsPanel::deleteUnlinkedItems()
+{
+    const std::vector<Item> items = tickedItems();
+    if (items.empty() || m_state != State::Idle)
+        return;
+    std::uintmax_t size = 0;
+    for (const Item& item : items)
+        size += item.size;
+    const QString question =
+        items.size() == 1
+            ? tr("Are you sure you want to move this file (%1) to the trash?").arg(sizeText(size))
+            : tr("Are you sure you want to move these %1 files (%2) to the trash?")
+                  .arg(QLocale().toString(items.size()), sizeText(size));
+    askToDelete(*this, QStringLiteral("deleteUnlinkedItemsAlert"), question,
+                [this, items] { moveToTrash(items); });
+}
+
+/// Runs `work` in the background; what is left of it to delete comes back.
+void UnlinkedItemsPanel::runDeletion(std::function<TrashOutcome(const std::function<bool()>& isWanted)> work)
 {
     workItem = std::make_shared<WorkItem>();
     setState(State::Deleting);
     const QPointer<UnlinkedItemsPanel> guard(this);
     // Under another work item: a job cancelled before it starts would never reach endDeletion().
-    start(std::make_shared<WorkItem>(), [guard, items, site = m_site, token = workItem](const WorkItem&) {
-        std::vector<std::size_t> deleted;
-        for (std::size_t i = 0; i < items.size() && !token->isCancelled(); ++i) {
-            if (items[i].select && deleteFile(site / items[i].displayName))
-                deleted.push_back(i);
-        }
-        onMain(guard, [&](UnlinkedItemsPanel& self) { self.endDeletion(deleted); });
+    start(std::make_shared<WorkItem>(), [guard, token = workItem, work = std::move(work)](const WorkItem&) {
+        const TrashOutcome outcome = work([&token] { return !token->isCancelled(); });
+        onMain(guard, [&](UnlinkedItemsPanel& self) { self.endDeletion(outcome); });
     });
 }
 
-void UnlinkedItemsPanel::endDeletion(const std::vector<std::size_t>& deleted)
+void UnlinkedItemsPanel::moveToTrash(const std::vector<Item>& items)
 {
-    unlinkedItemsArrayController->removeRowsAt(deleted);
+    runDeletion([items, site = m_site](const std::function<bool()>& isWanted) {
+        std::vector<fs::path> files;
+        for (const Item& item : items) {
+            if (isFile(site / item.displayName))
+                files.push_back(site / item.displayName);
+        }
+        return moveAllToTrash(files, isWanted);
+    });
+}
+
+void UnlinkedItemsPanel::removeForGood(const std::vector<fs::path>& files)
+{
+    runDeletion([files](const std::function<bool()>& isWanted) {
+        for (const fs::path& file : files) {
+            if (isWanted() && isFile(file))
+                (void)removeItem(file);
+        }
+        return TrashOutcome();
+    });
+}
+
+void UnlinkedItemsPanel::endDeletion(const TrashOutcome& outcome)
+{
+    m_trashed.insert(m_trashed.end(), outcome.trashed.begin(), outcome.trashed.end());
+    const std::vector<Item>& rows = unlinkedItemsArrayController->rows();
+    std::vector<std::size_t> gone;
+    for (std::size_t row = 0; row < rows.size(); ++row) {
+        if (rows[row].select && !itemExists(m_site / rows[row].displayName))
+            gone.push_back(row);
+    }
+    unlinkedItemsArrayController->removeRowsAt(gone);
     if (unlinkedItemsArrayController->rowCount() == 0)
         m_ui->unlinkedItemsPanelTitle->setText(QStringLiteral("No more files to be deleted."));
     setState(State::Idle);
     emit itemsDeleted();
+    if (!outcome.left.empty())
+        askToDelete(*this, QStringLiteral("removeUnlinkedItemsAlert"), questionAbout(outcome),
+                    [this, files = outcome.left] { removeForGood(files); });
+}
+
+void UnlinkedItemsPanel::putBackItems()
+{
+    if (m_state != State::Idle)
+        return;
+    // Renames on one volume.
+    std::erase_if(m_trashed, [](const TrashedItem& item) { return bool(putBack(item)); });
+    emit itemsDeleted();
+    emit restartRequested();
 }
 
 void UnlinkedItemsPanel::reject()
@@ -242,6 +394,12 @@ void UnlinkedItemsPanel::updateControls()
     m_ui->unlinkedItemsStopButton->setEnabled(!isIdle);
     m_ui->unlinkedItemsRestartButton->setEnabled(isIdle);
     m_ui->unlinkedItemsDeleteButton->setEnabled(isIdle && unlinkedItemsArrayController->rowCount() > 0);
+    m_ui->unlinkedItemsPutBackButton->setVisible(!m_trashed.empty());
+    m_ui->unlinkedItemsPutBackButton->setEnabled(isIdle);
+    m_ui->unlinkedItemsKeptCheckBox->setVisible(!m_kept.empty());
+    m_ui->unlinkedItemsKeptCheckBox->setEnabled(m_state != State::Deleting);
+    m_ui->unlinkedItemsKeptCheckBox->setText(
+        tr("Show &kept files (%1)").arg(QLocale().toString(m_kept.size())));
     m_ui->unlinkedItemsTickList->setTickingEnabled(m_state != State::Deleting);
     if (m_state != State::Scanning)
         m_ui->unlinkedItemsCuurentResourcePath->clear();

@@ -2,12 +2,16 @@
 #pragma once
 
 #include "base/workitem.h"
+#include "browser/deletionalert.h"
+#include "browser/panehost.h"
 #include "browser/ticktable.h"
 
 #include <QDialog>
 #include <QTimer>
 
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -18,10 +22,10 @@ class UnlinkedItemsPanel;
 
 namespace luma {
 
-/// The sheet that lists the files of a site to which nothing links, and deletes the ticked ones for good
-/// after asking once. Scan and deletion run in the background on copies of what they need. The panel may be
-/// closed or destroyed at any time: that ends a scan at once and a deletion after the current file. Main
-/// thread only.
+/// The sheet that lists the files of a site to which nothing links, and moves the ticked ones to the trash after
+/// asking; they can be put back. Files that the user wants to keep are left out from then on. Scan and deletion run in
+/// the background on copies of what they need. The panel may be closed or destroyed at any time: that ends a scan at
+/// once and a deletion after the current file. Main thread only.
 class UnlinkedItemsPanel final : public QDialog
 {
     Q_OBJECT
@@ -32,19 +36,25 @@ public:
     ~UnlinkedItemsPanel() override;
 
     /// Empties the table and scans `site`; a running scan is dropped, and during a deletion nothing happens.
-    /// `excludedFolders` are names separated by commas. Opens the sheet unless the window already shows one.
-    void startFindUnlinkedItems(const std::filesystem::path& site, const QString& excludedFolders);
+    /// Opens the sheet unless the window already shows one.
+    void startFindUnlinkedItems(const std::filesystem::path& site, const ReportChoices& choices);
     void stopFindUnlinkedItems();
-    /// Asks, then deletes the ticked files.
+    /// Asks, then moves the ticked files to the trash. Asks again about those that can't be moved there.
     void deleteUnlinkedItems();
+    /// Moves what was deleted since the panel was opened back to its place.
+    void putBackItems();
+    /// Leaves the selected rows out from now on, or no longer.
+    void keepSelectedItems();
     /// Closes the sheet and stops what runs.
     void reject() override;
 
 signals:
     /// The user asked for another scan.
     void restartRequested();
-    /// Files were deleted from the disk.
+    /// Files were deleted from the disk or put back.
     void itemsDeleted();
+    /// The user has changed ReportChoices::keptItems.
+    void keptItemsChanged(const std::vector<std::string>& items);
     /// The user double-clicked this file's row.
     void fileActivated(const std::filesystem::path& file);
 
@@ -56,6 +66,8 @@ private:
     {
         bool select = true;
         std::string displayName;
+        std::uintmax_t size = 0; // in bytes
+        bool isKept = false;
     };
 
     std::unique_ptr<Ui::UnlinkedItemsPanel> m_ui;
@@ -64,6 +76,9 @@ private:
     std::shared_ptr<Findings> m_findings;
     std::filesystem::path m_site;
     State m_state = State::Idle;
+    ReportChoices m_choices;
+    std::vector<Item> m_kept; // found, but to be kept
+    std::vector<TrashedItem> m_trashed;
     QString m_note; // why there are no rows, when the scan did not end normally
     QTimer m_showTimer;
 
@@ -71,8 +86,14 @@ private:
     void connectControls();
     void showFindings();
     void endScan(const QString& note);
-    void deleteFiles(const std::vector<Item>& items);
-    void endDeletion(const std::vector<std::size_t>& deleted);
+    void setUpMenu();
+    void showKept(bool isShown);
+    [[nodiscard]] bool isKept(const std::string& subpath) const;
+    [[nodiscard]] std::vector<Item> tickedItems() const;
+    void moveToTrash(const std::vector<Item>& items);
+    void removeForGood(const std::vector<std::filesystem::path>& files);
+    void runDeletion(std::function<TrashOutcome(const std::function<bool()>& isWanted)> work);
+    void endDeletion(const TrashOutcome& outcome);
     void setState(State state);
     void updateControls();
     [[nodiscard]] bool windowShowsASheet() const;

@@ -283,7 +283,13 @@ ReportChoices HaldenDoc::reportChoices() const
 {
     ReportChoices choices = m_reportChoices ? m_reportChoices() : ReportChoices();
     choices.webRules.webAddresses = m_record->webAddresses();
+    choices.keptItems = m_record->keptItems();
     return choices;
+}
+
+void HaldenDoc::setKeptItems(const std::vector<std::string>& items)
+{
+    m_record->setKeptItems(items);
 }
 
 SyncSides HaldenDoc::sides() const

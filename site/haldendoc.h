@@ -38,7 +38,7 @@ public:
         RemoteLogin::Calls remoteLogin;
         ProgramRunner runProgram;
         std::shared_ptr<VolumeMounter> mounter;
-        /// All but the site's web addresses, which are in its record; may be null.
+        /// All but the site's web addresses and kept items, which are in its record; may be null.
         std::function<ReportChoices()> reportChoices;
     };
     /// The real services: ssh, expect, the shell and the desktop's network file systems.
@@ -64,6 +64,7 @@ public:
     void checkConnectionOK() override;
     ProgressReporter& progress() override;
     [[nodiscard]] ReportChoices reportChoices() const override;
+    void setKeptItems(const std::vector<std::string>& items) override;
 
     void setUpRsync();
     /// Opens the sync panel and compares in `direction`.

@@ -11,6 +11,7 @@ constexpr QLatin1StringView siteIDKey{"siteID"};
 constexpr QLatin1StringView webAddressKey{"WebAddress"};
 constexpr QLatin1StringView sourceKey{"sourceDict"};
 constexpr QLatin1StringView destinationKey{"destinationDict"};
+constexpr QLatin1StringView keptItemsKey{"KeptItems"};
 constexpr QLatin1StringView ignoredNamesKey{"IgnoredNames"};
 
 QString keyFor(Direction direction)
@@ -91,6 +92,22 @@ void SiteRecord::setUntickedNames(Direction direction, const QStringList& names)
 {
     // The type that the archive gives back; a QStringList would compare unequal.
     m_values.setValue(keyFor(direction), QVariantList(names.begin(), names.end()));
+}
+
+std::vector<std::string> SiteRecord::keptItems() const
+{
+    std::vector<std::string> items;
+    for (const QVariant& item : m_values.value(keptItemsKey).toList())
+        items.push_back(item.toByteArray().toStdString());
+    return items;
+}
+
+void SiteRecord::setKeptItems(const std::vector<std::string>& items)
+{
+    QVariantList values;
+    for (const std::string& item : items)
+        values.append(QByteArray::fromStdString(item));
+    m_values.setValue(keptItemsKey, values);
 }
 
 QString SiteRecord::ignoredNames() const

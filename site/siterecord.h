@@ -43,6 +43,10 @@ public:
     [[nodiscard]] QStringList untickedNames(Direction direction) const;
     void setUntickedNames(Direction direction, const QStringList& names);
 
+    /// The files that the report on unlinked items leaves out, relative to the site's folder; bytes.
+    [[nodiscard]] std::vector<std::string> keptItems() const;
+    void setKeptItems(const std::vector<std::string>& items);
+
     /// The site's patterns for IgnoredNames, one a line.
     [[nodiscard]] QString ignoredNames() const;
 

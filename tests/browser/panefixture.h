@@ -73,6 +73,7 @@ public:
     void checkConnectionOK() override {}
     ProgressReporter& progress() override { return report; }
     ReportChoices reportChoices() const override { return choices; }
+    void setKeptItems(const std::vector<std::string>& items) override { choices.keptItems = items; }
 
     Site folder{{{"index.html", ""},
                  {"css/main.css", ""},

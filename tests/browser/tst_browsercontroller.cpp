@@ -65,7 +65,7 @@ private:
         auto* alert = site.find<QMessageBox>("deleteAlert");
         QVERIFY(alert);
         QCOMPARE(alert->text(), QStringLiteral("Warning"));
-        QCOMPARE(alert->informativeText(), QStringLiteral("Are you sure you want to delete this item(s)?"));
+        QVERIFY(alert->informativeText().startsWith("Are you sure you want to delete this item(s)?"));
         QCOMPARE(alert->buttons().first()->text(), QStringLiteral("Delete"));
         for (QAbstractButton* choice : alert->buttons()) {
             if (choice->text() == QLatin1String(button))
@@ -159,6 +159,99 @@ private slots:
         QTRY_COMPARE(list->model()->rowCount(), 0);
         QVERIFY(!fs::exists(site.at("index.html")) && !fs::exists(site.at("css")));
         QVERIFY(fs::exists(site.at(".htaccess")));
+    }
+
+    void deletion_takesWhatWasSelectedLastAndNamesIt()
+    {
+        PaneFixture site;
+        connectPane(site);
+        click(site, "browserList0", "css");
+        click(site, "browserList1", "main.css");
+        click(site, "browserList0", "css");
+        QTest::keyClick(site.find<QListView>("browserList0"), Qt::Key_Delete, Qt::ControlModifier);
+        QVERIFY(site.find<QMessageBox>("deleteAlert")->informativeText().endsWith("To the trash: “css”"));
+        test::saveScreenshots(*site.find<QMessageBox>("deleteAlert"), "delete-item");
+        answerAlert(site, "No");
+        QTRY_VERIFY(!site.find<QMessageBox>("deleteAlert"));
+        QTest::keyClick(site.find<QListView>("browserList0"), Qt::Key_Right);
+        site.pane->deleteSelectedItems();
+        QVERIFY(
+            site.find<QMessageBox>("deleteAlert")->informativeText().endsWith("To the trash: “main.css”"));
+        answerAlert(site, "Delete");
+        QTRY_VERIFY(!fs::exists(site.at("css/main.css")));
+        QVERIFY(fs::exists(site.at("css/print.css")));
+        const fs::path trash = fs::path(qgetenv("XDG_DATA_HOME").toStdString()) / "Trash/files/main.css";
+        QVERIFY(fs::exists(trash));
+    }
+
+    void withoutTrash_deletionAsksOnceMore()
+    {
+        PaneFixture site;
+        connectPane(site);
+        const QByteArray data = qgetenv("XDG_DATA_HOME");
+        site.put(".data/Trash"); // no folder
+        qputenv("XDG_DATA_HOME", QByteArray::fromStdString(site.at(".data").native()));
+        click(site, "browserList0", "index.html");
+        site.pane->deleteSelectedItems();
+        answerAlert(site, "Delete");
+        QTRY_VERIFY(site.find<QMessageBox>("removeAlert"));
+        qputenv("XDG_DATA_HOME", data);
+        auto* question = site.find<QMessageBox>("removeAlert");
+        QVERIFY(question->informativeText().startsWith("“index.html” can't be moved to the trash:\n"));
+        QVERIFY(fs::exists(site.at("index.html")));
+        question->buttons().first()->click();
+        QTRY_VERIFY(!fs::exists(site.at("index.html")));
+    }
+
+    void folders_openInThePane()
+    {
+        PaneFixture site;
+        fs::create_directory(site.at("letters.pages"));
+        site.put("letters.pages/a.html");
+        connectPane(site);
+        QSignalSpy opened(site.pane, &BrowserController::openRequested);
+        auto* list = site.find<QListView>("browserList0");
+        for (const char* name : {"css", "letters.pages"}) {
+            click(site, "browserList0", name);
+            QTest::mouseDClick(list->viewport(), Qt::LeftButton, {},
+                               list->visualRect(list->currentIndex()).center());
+            QCOMPARE(site.pane->browser().columnCount(), 2);
+            QVERIFY(site.find<QListView>("browserList1")->hasFocus());
+            list->setFocus();
+        }
+        QCOMPARE(site.pane->browser().path(), (Browser::Path{"letters.pages", "a.html"}));
+        site.pane->browser().refresh();
+        QCOMPARE(site.pane->browser().path(), (Browser::Path{"letters.pages", "a.html"}));
+        QVERIFY(opened.isEmpty());
+    }
+
+    void rename_isFollowedByPathAndPreview()
+    {
+        PaneFixture site;
+        connectPane(site);
+        click(site, "browserList0", "index.html");
+        auto& model = site.pane->browser().model();
+        QVERIFY(model.setData(site.pane->browser().clickedItem(), "start.html", Qt::EditRole));
+        QCOMPARE(site.text("fullPathToSelectedItem"), "Relative Path: start.html");
+        const auto* preview = site.find<QWidget>("previewView");
+        QVERIFY(preview->isVisible());
+        QCOMPARE(preview->findChild<QLabel*>("label")->text(), "start.html");
+        QTRY_VERIFY(!site.report.isRunning());
+    }
+
+    void failedReconnect_showsADisconnectedPane()
+    {
+        PaneFixture site;
+        connectPane(site);
+        click(site, "browserList0", "index.html");
+        site.endpoint->setValue(endpoint::path, "/nowhere/at/all");
+        site.pane->doConnect();
+        QTRY_COMPARE(site.text("connectStateField"),
+                     "There is an error connecting to the Destination Server");
+        QVERIFY(!site.pane->rootNode() && site.pane->mountPath().empty());
+        QCOMPARE(site.find<QPushButton>("connectButton")->text(), "Connect");
+        QCOMPARE(site.text("emptyText"), "/nowhere/at/all: no such folder");
+        QCOMPARE(site.text("fullPathToSelectedItem"), QString());
     }
 
     void menu_deletesTheClickedItemAlone()

@@ -149,6 +149,19 @@ private slots:
         QCOMPARE(renamed.count(), 1);
     }
 
+    // Shown with an escape, edited as it is.
+    void aLineFeedInAName_isKeptByARename()
+    {
+        put("a\nb.txt");
+        show();
+        const QPersistentModelIndex item = m_model->index(0, 0);
+        QCOMPARE(item.data().toString(), u"a\\nb.txt"_s);
+        QCOMPARE(item.data(Qt::EditRole).toString(), u"a\nb.txt"_s);
+        QVERIFY(!m_model->setData(item, u"a\nb.txt"_s, Qt::EditRole));
+        QVERIFY(m_model->setData(item, u"a\nc.txt"_s, Qt::EditRole));
+        QVERIFY(fs::exists(at("a\nc.txt")));
+    }
+
     void dragData_carriesAnyName()
     {
         const std::vector<std::string> odd = {"a b#%.html", "caf\xe9.html", "line\nfeed", "\xc3\xa4 & <x>"};

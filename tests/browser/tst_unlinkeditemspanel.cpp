@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/browser/panefixture.h"
+#include "tests/support/registry.h"
+
+#include <QAction>
+#include <QCheckBox>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTableView>
+#include <QTest>
+
+namespace fs = std::filesystem;
+using namespace luma;
+using luma::test::PaneFixture;
+
+class tst_unlinkeditemspanel final : public QObject
+{
+    Q_OBJECT
+
+    static QStringList rows(const PaneFixture& site)
+    {
+        const auto* view = site.find<QTableView>("unlinkedItemsTableView");
+        QStringList rows;
+        for (int row = 0; row < view->model()->rowCount(); ++row) {
+            const QModelIndex index = view->model()->index(row, 0);
+            rows +=
+                index.data().toString() + (index.data(Qt::CheckStateRole).toInt() == Qt::Checked ? "+" : "");
+        }
+        return rows;
+    }
+    static bool isDone(const PaneFixture& site)
+    {
+        return site.find<QPushButton>("unlinkedItemsRestartButton")->isEnabled();
+    }
+
+private slots:
+    void files_areKeptDeletedAndPutBack()
+    {
+        PaneFixture site;
+        site.folder.put("images/large.bin", std::string(5000, 'x'));
+        site.pane->doConnect();
+        QTRY_VERIFY(site.pane->rootNode());
+        site.pane->startFindUnlinkedItems();
+        QTRY_VERIFY(isDone(site));
+        QCOMPARE(rows(site),
+                 (QStringList{"css/main.css+", "css/print.css+", "images/large.bin+", "images/logo.png+"}));
+        auto* kept = site.find<QCheckBox>("unlinkedItemsKeptCheckBox");
+        QVERIFY(!kept->isVisible());
+        auto* view = site.find<QTableView>("unlinkedItemsTableView");
+        view->selectRow(1);
+        site.find<QAction>("keepItemAction")->trigger();
+        QCOMPARE(rows(site), (QStringList{"css/main.css+", "images/large.bin+", "images/logo.png+"}));
+        QCOMPARE(site.choices.keptItems, std::vector<std::string>{"css/print.css"});
+        test::saveScreenshots(*site.find<QWidget>("unlinkedItemsPanel"), "unlinked-kept");
+
+        site.find<QPushButton>("unlinkedItemsDeleteButton")->click();
+        auto* question = site.find<QMessageBox>("deleteUnlinkedItemsAlert");
+        const QString size = QLocale().formattedDataSize(5000);
+        QCOMPARE(question->informativeText(),
+                 QStringLiteral("Are you sure you want to move these 3 files (%1) to the trash?").arg(size));
+        test::saveScreenshots(*question, "unlinked-delete");
+        question->buttons().first()->click();
+        QTRY_COMPARE(rows(site), QStringList());
+        QVERIFY(!fs::exists(site.at("images/large.bin")) && fs::exists(site.at("css/print.css")));
+        QTRY_VERIFY(site.find<QPushButton>("unlinkedItemsPutBackButton")->isVisible());
+        site.find<QPushButton>("unlinkedItemsPutBackButton")->click();
+        QTRY_VERIFY(rows(site).size() == 3 && isDone(site));
+        QCOMPARE(site.folder.bytesOf("images/large.bin").size(), 5000U);
+        QVERIFY(!site.find<QPushButton>("unlinkedItemsPutBackButton")->isVisible());
+
+        QVERIFY(kept->isVisible());
+        kept->click();
+        QCOMPARE(rows(site).last(), "css/print.css (kept)");
+        view->selectRow(3);
+        QVERIFY(site.find<QAction>("keepItemAction")->text().startsWith("No Longer"));
+        site.find<QAction>("keepItemAction")->trigger();
+        QVERIFY(rows(site).contains("css/print.css+"));
+        QVERIFY(site.choices.keptItems.empty() && !kept->isVisible());
+    }
+};
+
+LUMA_TEST(tst_unlinkeditemspanel)
+#include "tst_unlinkeditemspanel.moc"
