@@ -127,7 +127,7 @@ Result<void> StyleSheetEditor::store(const QString& title, const QString& css)
     if (const auto written = writeFile(fileOf(title), tidied); !written)
         return written.error();
     m_drafts.remove(title);
-    emit fileStored();
+    emit fileStored(fileOf(title));
     return {};
 }
 

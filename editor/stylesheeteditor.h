@@ -50,7 +50,7 @@ public:
 
 signals:
     /// A linked sheet was saved.
-    void fileStored();
+    void fileStored(const std::filesystem::path& file);
     /// Asks for the text to replace the contents of the page's `style` element with that title. Call
     /// selectCSS() when done.
     void styleBlockRequested(const QString& title, const QString& css);

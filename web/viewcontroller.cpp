@@ -7,6 +7,7 @@
 #include "web/pagedocument.h"
 #include "web/processrecovery.h"
 #include "web/scriptconsole.h"
+#include "web/shownfiles.h"
 #include "web/sourcepanel.h"
 
 #include <QAction>
@@ -59,6 +60,8 @@ ViewController::ViewController(PageDocument& document, QWidget* contentView, QLa
     m_reader = new RenderingReader(m_webView->editorPage(), m_document, this);
     m_catchUp = new CatchUp(*m_webView, *m_reader, this);
     m_recovery = new ProcessRecovery(*m_webView, this);
+    m_files = new ShownFiles(
+        m_webView->editorPage(), [this] { return m_document.siteFolder(); }, this);
     createMenus();
     createSheets();
     connectPage();
@@ -182,15 +185,23 @@ void ViewController::update(const QByteArray& changes, RenderingReader::Place pl
     });
 }
 
+void ViewController::renewFile(const std::filesystem::path& file)
+{
+    m_files->renew(file);
+}
+
 void ViewController::finishUpdate(const QByteArray& changes)
 {
     emit selectionRestored();
     for (const char* const sign : {"\"name\":\"style\"", "\"name\":\"link\"", "<style", "<link"}) {
         if (changes.contains(sign)) {
             m_document.loadCSSNames();
+            m_files->update();
             return;
         }
     }
+    if (changes.contains("<img"))
+        m_files->update();
 }
 
 void ViewController::keepPositionAndLoad()

@@ -23,6 +23,7 @@ class LinkSheet;
 class PageDocument;
 class ProcessRecovery;
 class ScriptConsole;
+class ShownFiles;
 class SourcePanel;
 
 /// The rendering of a document's window: turns the user's commands into short script calls inside the page,
@@ -56,6 +57,8 @@ public:
     /// changes are null or the page does not confirm them. To be called from within whenCaughtUp().
     void update(const QByteArray& changes, RenderingReader::Place place);
 
+    /// Shows a style sheet or image again that has changed on disk. Changes by other programs are noticed anyway.
+    void renewFile(const std::filesystem::path& file);
     /// Whether update() will do so in the page shown.
     [[nodiscard]] bool isFollowing() const { return m_reader->isFollowing(); }
 
@@ -133,6 +136,7 @@ private:
     LinkActions* m_links = nullptr;
     SourcePanel* m_sourcePanel = nullptr;
     ScriptConsole* m_console = nullptr;
+    ShownFiles* m_files = nullptr;
     QString m_currentScrollPosition;
     QString m_currentCaret;
     std::vector<int> m_activeElement;

@@ -123,6 +123,33 @@ private slots:
         QTRY_VERIFY(both().contains("<p>one twoy three</p><p>four</p>"));
     }
 
+    void filesChangedOnDisk_areShownInPlace()
+    {
+        const auto image = [](int width) {
+            return "<svg xmlns='http://www.w3.org/2000/svg' width='" + std::to_string(width) +
+                   "' height='9'/>";
+        };
+        put("a.svg", image(30));
+        put("a.css", "@import 'b.css'; p { margin-top: 1px }");
+        put("b.css", "p { margin-left: 1px }");
+        openAndFollow("<link rel=stylesheet href=a.css><p>one</p><img src=a.svg>");
+        const QString before = both();
+        const int shown = page().generation();
+        const QString sizes =
+            "{ const { marginTop, marginLeft } = getComputedStyle(document.querySelector('p'));"
+            " [marginTop, marginLeft, document.images[0].naturalWidth].join() }";
+        QTRY_COMPARE(answer(sizes), "1px,1px,30");
+        put("a.svg", image(40));
+        QTRY_COMPARE(answer(sizes), "1px,1px,40");
+        put("b.css", "p { margin-left: 2px }");
+        QTRY_COMPARE(answer(sizes), "1px,2px,40");
+        put("a.css", "@import 'b.css'; p { margin-top: 2px }");
+        QTRY_COMPARE(answer(sizes), "2px,2px,40");
+        QCOMPARE(both(), before);
+        QCOMPARE(page().generation(), shown);
+        QCOMPARE(window->undoStack()->count(), 0);
+    }
+
     // A page can tell what it likes.
     void changeThatDoesNotFit_isRefused_data()
     {

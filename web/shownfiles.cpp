@@ -1,0 +1,95 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "web/shownfiles.h"
+
+#include "base/pathtext.h"
+#include "page/sitefolder.h"
+#include "web/editorpage.h"
+#include "web/pagescheme.h"
+#include "web/scriptcall.h"
+
+#include <QFile>
+#include <QUrl>
+
+#include <utility>
+
+namespace luma {
+
+namespace {
+
+constexpr int pauseAfterChange = 100; // milliseconds
+constexpr int mostFiles = 200;
+
+} // namespace
+
+ShownFiles::ShownFiles(EditorPage& page, std::function<SiteFolder()> site, QObject* parent)
+    : QObject(parent), m_page(page), m_site(std::move(site))
+{
+    m_pause.setSingleShot(true);
+    m_pause.setInterval(pauseAfterChange);
+    connect(&m_pause, &QTimer::timeout, this, &ShownFiles::renewAll);
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &ShownFiles::noteChange);
+    connect(&page, &EditorPage::shown, this, &ShownFiles::update);
+}
+
+void ShownFiles::update()
+{
+    ScriptCall::ask(&m_page, QStringLiteral("shownFiles()"), this,
+                    [this, generation = m_page.generation()](const QVariant& answer) {
+                        const auto addresses = ScriptCall::strings(answer);
+                        if (addresses && generation == m_page.generation())
+                            watch(*addresses);
+                    });
+}
+
+// The addresses come from the page: only those of its site are files.
+void ShownFiles::watch(const QStringList& addresses)
+{
+    m_addresses.clear();
+    const SiteFolder site = m_site();
+    for (const QString& address : addresses) {
+        const QUrl url(address);
+        if (m_addresses.size() >= mostFiles || url.scheme().toLatin1() != PageScheme::name())
+            continue;
+        const auto file = site.fileAt(url.path(QUrl::FullyEncoded).toStdString());
+        if (file && site.realPath(*file))
+            m_addresses.insert(textOf(*file), address);
+    }
+    const QStringList watched = m_watcher.files();
+    for (const QString& file : watched) {
+        if (!m_addresses.contains(file))
+            m_watcher.removePath(file);
+    }
+    for (auto each = m_addresses.keyBegin(); each != m_addresses.keyEnd(); ++each) {
+        if (!watched.contains(*each) && QFile::exists(*each))
+            m_watcher.addPath(*each);
+    }
+}
+
+void ShownFiles::renew(const std::filesystem::path& file)
+{
+    noteChange(textOf(file));
+}
+
+void ShownFiles::noteChange(const QString& file)
+{
+    m_changed.insert(file);
+    m_pause.start();
+}
+
+// A file that another program replaced is a new one and has to be watched anew.
+void ShownFiles::renewAll()
+{
+    QStringList addresses;
+    for (const QString& file : std::exchange(m_changed, {})) {
+        if (m_addresses.contains(file))
+            addresses.append(u'\'' + quotedForScript(m_addresses.value(file)) + u'\'');
+        if (!m_watcher.files().contains(file) && m_addresses.contains(file) && QFile::exists(file))
+            m_watcher.addPath(file);
+    }
+    if (addresses.isEmpty() || !m_page.isComplete())
+        return;
+    m_page.clearCaches();
+    ScriptCall::run(&m_page, QStringLiteral("renewFiles([%1])").arg(addresses.join(u',')));
+}
+
+} // namespace luma
