@@ -5,6 +5,7 @@
 #include "base/filereader.h"
 
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 
@@ -101,8 +102,12 @@ private:
     void checkMade()
     {
         m_exists = bool(m_descriptor);
-        if (!m_exists)
+        if (!m_exists) {
             m_made = systemError(m_target, errno);
+            return;
+        }
+        // Tells a file that is being written from one that a killed program has left.
+        (void)::flock(m_descriptor.get(), LOCK_EX | LOCK_NB);
     }
 
     fs::path m_target;

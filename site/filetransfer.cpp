@@ -3,17 +3,21 @@
 
 #include "base/filecalls.h"
 #include "base/files.h"
+#include "base/folderreader.h"
 #include "site/folderaccess.h"
 #include "site/shownname.h"
 
 #include <fcntl.h>
+#include <fnmatch.h>
 #include <linux/magic.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <ctime>
 
 namespace luma {
 
@@ -109,6 +113,8 @@ private:
     bool m_copiedAny = false;
 
     std::string enterFolder(std::string_view folder);
+    void removeLeftovers() const;
+    [[nodiscard]] bool isLeftover(const char* name) const;
     Result<FileDescriptor> openOrMakeReceiving(std::string_view folder);
     Result<FileDescriptor> makeFolder(const FileDescriptor& parent, const std::string& path);
     [[nodiscard]] std::string objection(const SyncRow& row, const std::string& name) const;
@@ -151,7 +157,36 @@ std::string Transfer::enterFolder(std::string_view folder)
     m_sending = *std::move(sending);
     m_receiving = *std::move(receiving);
     m_folder = folder;
+    removeLeftovers();
     return {};
+}
+
+// A transfer that was killed leaves its temporary file in a folder that the next one visits, for the same file.
+void Transfer::removeLeftovers() const
+{
+    auto copy = openFolderBelow(m_receiving, {});
+    auto reader = copy ? FolderReader::open(*std::move(copy), m_folder) : Result<FolderReader>(copy.error());
+    while (reader) {
+        const auto entry = reader->next();
+        if (!entry)
+            break;
+        if (::fnmatch(".luma-??????", entry->name(), 0) == 0 && isLeftover(entry->name()))
+            (void)::unlinkat(m_receiving.get(), entry->name(), 0);
+    }
+}
+
+// The lock of another computer isn't seen through a share, so there only age counts.
+bool Transfer::isLeftover(const char* name) const
+{
+    struct stat status = {};
+    if (::fstatat(m_receiving.get(), name, &status, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(status.st_mode))
+        return false;
+    constexpr time_t longAgo = 86400;
+    if (m_receivesOnFuse)
+        return status.st_mtim.tv_sec < ::time(nullptr) - longAgo;
+    const FileDescriptor file(
+        ::openat(m_receiving.get(), name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    return file && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0;
 }
 
 Result<FileDescriptor> Transfer::openOrMakeReceiving(std::string_view folder)

@@ -29,7 +29,7 @@ struct TransferReport
 /// with the mode and time of their originals. A file is replaced only by the finished copy. Both sides are
 /// checked again first: what has changed on the receiving side since the comparison is kept, and no link below
 /// the receiving folder is followed. All copies are synced together before anything is deleted; nothing is if
-/// a copy failed.
+/// a copy failed. What a killed transfer has left of temporary files is removed from the folders it visits.
 class FileTransfer final
 {
 public:

@@ -166,6 +166,11 @@ std::string siteIdentity(const SiteRecord& record)
     return identityOf(*record.sourceDict()) + '\n' + identityOf(*record.destinationDict());
 }
 
+std::string siteIdentity(const fs::path& source, const std::string& login, const std::string& destination)
+{
+    return source.native() + "\nsftp://" + login + "//" + destination;
+}
+
 std::string siteIdentity(const fs::path& source, const fs::path& destination)
 {
     return source.native() + '\n' + destination.native();

@@ -64,6 +64,9 @@ private:
 
 /// What tells a site from all others, from its endpoints: where the two sides are, however they are reached.
 std::string siteIdentity(const SiteRecord& record);
+/// The same for a local folder and one on an ssh server, with its login, user@host.
+std::string siteIdentity(const std::filesystem::path& source, const std::string& login,
+                         const std::string& destination);
 /// The same for two local folders.
 std::string siteIdentity(const std::filesystem::path& source, const std::filesystem::path& destination);
 

@@ -143,6 +143,8 @@ private slots:
                                            "edit index.html p --attr x",
                                            "edit gone.html p --remove",
                                            "changed . sub --except a",
+                                           "changed . sub --ssh host",
+                                           "publish . sub --ssh me@host:port",
                                            "publish . sub --except"})
             QTest::newRow(*unusable ? unusable : "no command") << 2 << QByteArray() << true;
     }
@@ -254,6 +256,8 @@ private slots:
         QCOMPARE(lumactl(site, "changed from to").output,
                  QByteArray("index.html\nkept back.html\nnew\\#012page \xc3\xbc.html\n"));
         QCOMPARE(lumactl(site, "changed from to --download").output, QByteArray("only here.html\n"));
+        QCOMPARE(lumactl(site, "publish --dry-run --except=index.html from to").output,
+                 QByteArray("kept back.html\nnew\\#012page \xc3\xbc.html\n"));
         const Answer published =
             lumactl(site, "publish --except 'kept back.html' --except='new\\#012page \xc3\xbc.html' from to");
         QCOMPARE(published.code, 0);
@@ -284,6 +288,42 @@ private slots:
         QCOMPARE(answer.errors, QByteArray("lumactl: 3 ignored\n"));
         QCOMPARE(lumactl(site, "publish from to --ignore '*.html'").code, 0);
         QCOMPARE(site.listing("to"), std::string("c.html\n"));
+    }
+
+    void publish_holdsBackWhatMayBeWrong()
+    {
+        const Site site({{"from/a.html", "1"}, {"to/b.html", ""}, {"to/c.html", ""}});
+        const Answer answer = lumactl(site, "publish --delete from to");
+        QCOMPARE(answer.code, 1);
+        QVERIFY2(answer.errors.contains("More than a third") && answer.errors.contains("no file in common"),
+                 answer.errors.constData());
+        QCOMPARE(site.listing("to"), std::string("b.html\nc.html\n"));
+        QCOMPARE(lumactl(site, "publish --delete --yes from to").code, 0);
+        QCOMPARE(site.listing("to"), std::string("a.html\n"));
+
+        site.put("to/a.html", "theirs");
+        site.setAge("to/a.html", 10);
+        site.put("from/a.html", "mine");
+        site.setAge("from/a.html", 5);
+        QCOMPARE(
+            lumactl(site, "changed from to --json").output,
+            QByteArray("{\"asks\":true,\"file\":\"a.html\",\"size\":4,\"sizeThere\":6,\"time\":1767225595,"
+                       "\"timeThere\":1767225590,\"what\":\"conflict\","
+                       "\"why\":\"Changed on both sides since the last publish\"}\n"));
+        const Answer left = lumactl(site, "publish from to");
+        QCOMPARE(left.errors, QByteArray("lumactl: a.html: Changed on both sides since the last publish\n"));
+        QCOMPARE(site.bytesOf("to/a.html"), std::string("theirs"));
+        QCOMPARE(lumactl(site, "publish from to --yes").code, 0);
+        QCOMPARE(site.bytesOf("to/a.html"), std::string("mine"));
+    }
+
+    // A name with a line feed, and the name that looks like its printed form.
+    void except_meetsOneFile()
+    {
+        const Site site({{"from/a\nb", ""}, {"from/a\\#012b", ""}, {"to/c/d", ""}});
+        QCOMPARE(lumactl(site, "changed from to").output, QByteArray("a\\#012b\na\\#134#012b\n"));
+        QCOMPARE(lumactl(site, "publish from to --yes --except 'a\\#012b'").code, 0);
+        QCOMPARE(site.listing("to"), std::string("a\\#012b\nc/d\n"));
     }
 
     // Capitals come first, '-' comes before '/', and letters beyond ASCII come last.

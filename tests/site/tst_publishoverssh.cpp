@@ -9,6 +9,7 @@
 #include "tests/support/sshserver.h"
 
 #include <QAction>
+#include <QProcess>
 #include <QTest>
 
 #include <array>
@@ -243,6 +244,24 @@ private slots:
         QVERIFY(m_site->transfer());
         QCOMPARE(m_folders.bytesOf("sending/index.html"), std::string("theirs"));
         m_site->click("cancelButton");
+    }
+
+    void lumactl_doesTheSame()
+    {
+        if (qEnvironmentVariableIsEmpty("LUMA_BUILD_DIR"))
+            QSKIP("LUMA_BUILD_DIR names no build folder");
+        put("sending/", {"by script.html"}, "new", 3);
+        QProcess process;
+        process.setProgram(qEnvironmentVariable("LUMA_BUILD_DIR") + "/bin/lumactl");
+        process.setArguments({"publish", "--json", "--ssh",
+                              QString::fromStdString(m_server.login() + ":" + m_server.port()),
+                              QString::fromStdString(m_folders.sending().string()),
+                              QString::fromStdString(m_folders.receiving().string())});
+        process.start();
+        QVERIFY(process.waitForFinished(-1));
+        QCOMPARE(process.readAllStandardError(), QByteArray());
+        QVERIFY(process.readAllStandardOutput().contains("\"file\":\"by script.html\""));
+        QCOMPARE(m_folders.bytesOf("receiving/by script.html"), std::string("new"));
     }
 
     void failedComparison_saysWhy()
