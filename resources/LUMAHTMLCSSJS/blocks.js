@@ -15,7 +15,8 @@ const headBlocks = 'summary, legend, caption, dt';
 
 const isBlock = (node) => node instanceof Element && blockNames.has(node.localName);
 const isHeading = (node) => /^h[1-6]$/.test(node.localName);
-const isHidden = (node) => node instanceof Comment || node instanceof Element && /^(script|style|template|link|meta|base|title)$/.test(node.localName);
+const isHidden = (node) => node instanceof Comment || node instanceof Element && !node.matches(serverCode)
+    && /^(script|style|template|link|meta|base|title)$/.test(node.localName);
 // Part of a line of text.
 const isInline = (node) => node && !isBlock(node) && !isHidden(node);
 const isBlank = (node) => node instanceof Text && !/[^ \t\r\n\f]/.test(node.data);
@@ -46,7 +47,8 @@ const visibleElements = 'img, hr, table, video, audio, iframe, object, svg, math
 
 // Whether nothing opens a line in the block.
 function isBlankBlock(block) {
-    return block.textContent.replace(/[ \t\r\n\f]/g, '') === '' && !block.querySelector(visibleElements);
+    return block.textContent.replace(/[ \t\r\n\f]/g, '') === '' && !block.querySelector(visibleElements)
+        && !block.querySelector(serverCode);
 }
 
 const formattingNames = new Set(('a abbr b big cite code del dfn em font i ins kbd mark q s samp small span strike strong '
