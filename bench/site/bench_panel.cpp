@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // Times the missing-links report of a site, without a window and in a window's progress panel.
 #include "browser/linkjobs.h"
+#include "browser/panehost.h"
 #include "links/linkreports.h"
 #include "site/progresspanel.h"
 
@@ -53,7 +54,7 @@ double inPanel(const std::filesystem::path& site)
         last = Clock::now();
     });
     tick.start(0);
-    jobs.findMissingLinks(site);
+    jobs.findMissingLinks(site, {.linkRules = LinkRules::Letter});
     while (panel.isRunning())
         QApplication::processEvents(QEventLoop::WaitForMoreEvents);
     return longest;

@@ -15,10 +15,10 @@ int main(int argc, char** argv)
         return 2;
     }
     RsyncArguments arguments;
-    arguments.source = argv[2];
-    arguments.destination = argv[3];
+    arguments.local = std::string(argv[2]) + '/';
+    arguments.remote = std::string(argv[3]) + '/';
     const RsyncJob job(arguments, &runProgram);
-    const auto found = job.compare(IgnoredNames(), {});
+    const auto found = job.compare(IgnoredNames(), Deletions::Ignored, WorkItem());
     if (!found)
         return 1;
     if (std::strcmp(argv[1], "transfer") == 0)
