@@ -127,8 +127,7 @@ bool sameNode(const Node& a, const Node& b)
     case Node::Kind::Doctype: {
         const auto& one = static_cast<const Doctype&>(a);
         const auto& other = static_cast<const Doctype&>(b);
-        return one.name() == other.name() && one.publicId() == other.publicId() &&
-               one.systemId() == other.systemId();
+        return one.declaration() == other.declaration();
     }
     case Node::Kind::Element: {
         const Element& one = *a.asElement();

@@ -100,7 +100,7 @@ private:
     Kind m_kind;
 };
 
-/// Whether the two trees are equal: kinds, names, name spaces, attributes in order, text.
+/// Whether the two trees are equal: kinds, names, name spaces, attributes in order, text, the doctype as it is written.
 bool sameTree(const Node& a, const Node& b);
 
 } // namespace luma::html

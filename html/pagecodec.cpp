@@ -6,6 +6,7 @@
 #include "html/parse.h"
 #include "html/placedtext.h"
 #include "html/prettyprinter.h"
+#include "html/serializer.h"
 #include "html/treecomparison.h"
 
 #include <algorithm>
@@ -128,15 +129,21 @@ Result<PageCodec::Written> PageCodec::write(const Document& document, MarkupLang
     const bool isText = areTheirText(written.bytes, encoding) && written.bytes == page->text;
     // What has to be escaped, and bytes that mean something else beside others, show when the bytes are read again.
     const Document& wanted = page->isSame ? document : *page->parsed;
-    for (int i = 0; !isText && i < 2; ++i) {
-        if (i == 1)
+    for (int i = 0; !isText && i < 3; ++i) {
+        if (i == 1) {
             written.bytes = encodedPiece(joinedText(page->pieces), encoding);
+        } else if (i == 2) {
+            std::string markup;
+            serialize(document, markup, CodeForm::Code);
+            written.bytes = encodedPiece(markup, encoding);
+            written.way = WritingWay::PagePrinted;
+        }
         auto parsed = read(written.bytes, language);
         if (parsed && !smallestDifferent(wanted, **parsed)) {
             page->parsed = *std::move(parsed);
             break;
         }
-        if (i == 1)
+        if (i == 2)
             return Error{
                 "It holds a character that " + std::string(encoding.name()) +
                 " lacks, in a script, a style sheet or a comment, where it can't be written otherwise."};

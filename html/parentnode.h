@@ -32,10 +32,11 @@ public:
     /// Inserts a detached node at `position`, and gives it back.
     static Node& insertAt(const Position& position, NodePtr node);
 
-    /// The elements below this node that match, in document order. A selector is a tag name or "*", "#id",
-    /// "[attr]", "[attr=value]" or "[attr^=prefix]" (the value may be quoted), any of these joined
-    /// ("link[rel=stylesheet]"), and steps from ancestors separated by blanks ("head style"). Letter case
-    /// matters for ids only. Any other selector matches nothing.
+    /// The elements below this node that match, in document order. A selector is a tag name or "*", "#id", ".class",
+    /// "[attr]", "[attr=value]" or "[attr^=prefix]" (the value may be quoted), ":root", ":nth-child(2)" or
+    /// ":nth-of-type(2)", any of these joined ("link[rel=stylesheet]"), steps from ancestors separated by blanks
+    /// ("head style") or from parents by ">", and several such separated by commas. Letter case matters for ids and
+    /// classes only. Any other selector matches nothing.
     std::vector<Element*> select(std::string_view selector) const;
 
     /// All text below this node, simplified().

@@ -28,24 +28,25 @@ bool isFrame(const ParentNode& parent)
            element->is("frameset");
 }
 
+bool declares(const Element& element, std::string_view property)
+{
+    return asciiLower(element.attr("style")).find(property) != std::string::npos;
+}
+
 bool isOnOwnLine(const Node& node)
 {
     const Element* element = node.asElement();
     if (node.parent() && isFrame(*node.parent()) &&
         !(node.parent()->asElement() && node.parent()->asElement()->is("body")))
         return node.kind() != Node::Kind::Text;
-    return element && isBlock(*element);
-}
-
-bool setsWhiteSpace(const Element& element)
-{
-    return asciiLower(element.attr("style")).find("white-space") != std::string::npos;
+    // What is shown in a line, as an inline block is, must touch what it touches.
+    return element && isBlock(*element) && !declares(*element, "display");
 }
 
 /// Whether the element's children get their own lines; otherwise it is written unchanged.
 bool isBroken(const Element& element)
 {
-    if (element.is("pre") || element.is("listing") || hasRawText(element) || setsWhiteSpace(element))
+    if (element.is("pre") || element.is("listing") || hasRawText(element) || declares(element, "white-space"))
         return false;
     if (isFrame(element))
         return true;

@@ -200,9 +200,10 @@ ExitCode run(const std::vector<std::string>& arguments)
 
 const LumactlCommand editCommand = {
     "edit", "PAGE SELECTOR EDIT [--all] [--dry-run]", "change an element of a page and no other byte of it",
-    "SELECTOR is a tag name or *, #id, [attr], [attr=value] or [attr^=prefix], any of\n"
-    "these joined, and steps from ancestors separated by blanks: \"head\n"
-    "link[rel=icon]\". EDIT is one of:\n"
+    "SELECTOR is a tag name or *, #id, .class, [attr], [attr=value], [attr^=prefix],\n"
+    ":nth-child(2), :nth-of-type(2), any of these joined, steps from ancestors\n"
+    "separated by blanks or from parents by >, and several of these separated by\n"
+    "commas: \"head link[rel=icon], ul.menu > li\". EDIT is one of:\n"
     "\n"
     "  --text TEXT          replace the contents by text\n"
     "  --html MARKUP        replace the contents by markup\n"

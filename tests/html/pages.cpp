@@ -98,6 +98,12 @@ std::vector<Page> ownPages()
          "<!doctype html><body>lead<!-- c --> <div>a<p>b</p> c<span> d</span><!-- e --><p>f</p> "
          "<b>g</b></div>\n\n"
          "<script>1</script><style>q</style> <a href=x>y</a><script>2</script>z <a><div>in</div></a>"},
+        {"scripts",
+         "<!doctype html><body><div style='display:inline-block'>\u0639\u0631\u0628</div>"
+         "<div style='display:inline-block'>\u0646\u0635</div><p dir=rtl>\u05E2\u05D1<span>\u05E8\u05D9</span>"
+         "\u05EA</p> <section style='display:inline'>\u4E2D<b>\u6587</b></section><div>\u5B57</div>"
+         "<p>\u0E44\u0E17\u0E22<i>\u0E44\u0E17</i>\u0E22</p><ul><li style='display:inline'>a</li>"
+         "<li style='display:inline'>b</li></ul>"},
         {"frames", "<!doctype html><html><head><title>f</title></head><frameset cols='1,2'> <frame src=a>\n"
                    "<frame src=b> <noframes><p>none</p></noframes></frameset></html>"},
     };

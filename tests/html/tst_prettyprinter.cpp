@@ -38,6 +38,9 @@ private slots:
             "  <table>\n   <tbody>\n    <tr>\n     <td>a</td>\n     <td>\n      <p>b</p>\n     </td>\n    "
             "</tr>\n   </tbody>\n"
             "  </table>\n");
+        row("blocks shown in a line",
+            "<div style='display: inline-block'>a</div><p style=DISPLAY:inline>b</p> <p>c</p>",
+            "  <div style=\"display: inline-block\">a</div><p style=\"DISPLAY:inline\">b</p>\n  <p>c</p>\n");
         row("empty body", "", "");
     }
     void print_setsBlocksOnLines()
