@@ -54,6 +54,16 @@ TextPlace placeOf(const Node& text)
                                           : TextPlace::Text;
 }
 
+/// The length of the line end that the parser drops behind the start tag of a pre: it belongs to the tag.
+std::uint32_t lineEndBehindTag(const ParentNode& parent, const SourceRange& inner)
+{
+    const Element* const element = parent.asElement();
+    if (!element || !swallowsFirstLineFeed(*element) || PageSource::recordOf(parent).start.isEmpty())
+        return 0;
+    const std::string_view text = parent.origin().source->text(inner);
+    return text.starts_with("\r\n") ? 2 : text.starts_with('\n') || text.starts_with('\r') ? 1 : 0;
+}
+
 } // namespace
 
 PieceWriter::PieceWriter(const Document& document, OmittedTags tags,
@@ -217,10 +227,12 @@ void PieceWriter::writeChildren(const ParentNode& parent, const SourceRange& inn
     const auto& units = children.units();
     const std::shared_ptr<const PageSource>& source = parent.origin().source;
     std::size_t nextCluster = 0;
+    const std::uint32_t first = inner.begin + lineEndBehindTag(parent, inner);
+    keep(source, {inner.begin, first});
     const auto gapBefore = [&](std::size_t cluster) {
-        const std::uint32_t begin = cluster == 0 ? inner.begin : clusters[cluster - 1].range.end;
+        const std::uint32_t begin = cluster == 0 ? first : clusters[cluster - 1].range.end;
         const std::uint32_t end = cluster == clusters.size() ? inner.end : clusters[cluster].range.begin;
-        return SourceRange{std::max(begin, inner.begin), std::min(std::max(begin, end), inner.end)};
+        return SourceRange{std::max(begin, first), std::min(std::max(begin, end), inner.end)};
     };
     for (std::size_t i = 0; i < units.size(); i += units[i].kept ? units[i].length : 1) {
         if (!units[i].kept) {

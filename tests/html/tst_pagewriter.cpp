@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "html/element.h"
 #include "html/pagecodec.h"
 #include "html/pagelanguage.h"
 #include "html/pagesource.h"
+#include "html/pagewriter.h"
 #include "tests/html/pages.h"
 #include "tests/html/randomedit.h"
 #include "tests/support/registry.h"
@@ -60,6 +62,19 @@ private:
     }
 
 private slots:
+    void lineEndBehindPre_staysThere()
+    {
+        const auto document = parseWithSource("<pre>\r\na</pre>");
+        QVERIFY(document);
+        Element& pre = *(*document)->select("pre").at(0);
+        auto bold = std::make_unique<Element>("b");
+        bold->append(pre.firstChild()->detach());
+        pre.append(std::move(bold));
+        const auto written = writePage(**document);
+        QVERIFY(written);
+        QCOMPARE(QByteArray::fromStdString(written->text), QByteArray("<pre>\r\n<b>a</b></pre>"));
+    }
+
     void edits_changeWhatTheyEdit()
     {
         test::RandomEdits edits(11);
