@@ -160,8 +160,10 @@ function dropPlaceholder(node) {
 
 const keepsBlanks = (node) => /^(pre|break-spaces)/.test(getComputedStyle(node.parentElement).whiteSpace);
 
+// The change is told before the caret is set, for which the engine lays the whole page out.
 function insertInto(node, offset, text) {
     node.insertData(offset, text);
+    postChanges(changes.observer.takeRecords());
     setCaret(node, offset + text.length);
 }
 
