@@ -7,6 +7,7 @@
 #include "base/mainhop.h"
 #include "base/resources.h"
 #include "desktop/windowregistry.h"
+#include "editor/htmldocument.h"
 #include "shell/childprocess.h"
 #include "shell/taskwrapper.h"
 #include "site/haldendoc.h"
@@ -101,6 +102,7 @@ void Program::openSite(const SiteList::Record& siteDict)
     connect(window, &HaldenDoc::windowWillClose, this,
             [this, window] { m_preferences.setValue(siteLayoutKey, window->layoutState()); });
     connect(window, &HaldenDoc::openRequested, this, &Program::openFile);
+    connect(window, &HaldenDoc::placeRequested, this, &Program::openPlace);
     window->windowDidLoad();
 }
 
@@ -108,6 +110,14 @@ void Program::openFile(const std::filesystem::path& file, const std::filesystem:
 {
     if (const auto opened = m_documents.open(file, siteFolder); !opened)
         (void)std::fprintf(stderr, "luma: %s\n", opened.error().text.c_str());
+}
+
+void Program::openPlace(const std::filesystem::path& file, const std::filesystem::path& siteFolder,
+                        unsigned line, unsigned column)
+{
+    openFile(file, siteFolder);
+    if (auto* const page = qobject_cast<HTMLDocument*>(m_documents.windowOf(file)))
+        page->showPlace(line, column);
 }
 
 // A key that a window's own action takes does not arrive as a key press.

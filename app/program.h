@@ -41,6 +41,9 @@ private:
     /// Shows a new window for the site.
     void openSite(const SiteList::Record& siteDict);
     void openFile(const std::filesystem::path& file, const std::filesystem::path& siteFolder);
+    /// The same, with the element at this place selected where the file is a page.
+    void openPlace(const std::filesystem::path& file, const std::filesystem::path& siteFolder, unsigned line,
+                   unsigned column);
 
     LUMAAppDelegate::Services services();
 

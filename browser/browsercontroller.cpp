@@ -117,7 +117,12 @@ void BrowserController::connectLinks()
     connect(m_reportPanel, &LinkReportPanel::fileActivated, this, reveal);
     connect(m_reportPanel, &LinkReportPanel::restartRequested, this, &BrowserController::startReport);
     connect(m_reportPanel, &LinkReportPanel::pageActivated, this,
-            [this](const std::filesystem::path& page) { emit openRequested(page, m_mountPath); });
+            [this](const std::filesystem::path& page, unsigned line, unsigned column) {
+                if (line > 0)
+                    emit placeRequested(page, m_mountPath, line, column);
+                else
+                    emit openRequested(page, m_mountPath);
+            });
     connect(unlinkedItemsPanel, &UnlinkedItemsPanel::fileActivated, this, reveal);
     connect(unlinkedItemsPanel, &UnlinkedItemsPanel::restartRequested, this,
             &BrowserController::startFindUnlinkedItems);

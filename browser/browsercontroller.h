@@ -80,6 +80,9 @@ public:
 signals:
     /// An item is to be opened; `mountPath` is its site folder.
     void openRequested(const std::filesystem::path& path, const std::filesystem::path& mountPath);
+    /// A page or style sheet is to be opened at this line and column, counted from 1.
+    void placeRequested(const std::filesystem::path& path, const std::filesystem::path& mountPath,
+                        unsigned line, unsigned column);
     /// A connection has begun, succeeded, failed or ended.
     void stateChanged();
     /// The user has renamed an item: the file has its new name, and its links are being updated.

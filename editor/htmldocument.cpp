@@ -12,6 +12,7 @@
 #include "editor/pageedits.h"
 #include "editor/pagesaver.h"
 #include "editor/stylesheeteditor.h"
+#include "html/elementat.h"
 #include "links/linkrules.h"
 #include "page/subtreechange.h"
 #include "ui_HTMLDocument.h"
@@ -193,6 +194,17 @@ bool HTMLDocument::tidy()
 void HTMLDocument::printDocument() const
 {
     (void)readFile(docURL());
+}
+
+void HTMLDocument::showPlace(unsigned line, unsigned column)
+{
+    const html::Element* const element =
+        m_tree.document() ? html::elementAt(*m_tree.document(), line, column) : nullptr;
+    if (!element)
+        return;
+    m_selection->select(element);
+    // The page may still be loading.
+    m_selection->showInPageWhenShown();
 }
 
 void HTMLDocument::checkFile()

@@ -85,6 +85,9 @@ public:
     /// Reads the file and does nothing else: printing is not supported.
     void printDocument() const;
 
+    /// Selects the element at this place of the page's file, counted from 1, in outline and rendering.
+    void showPlace(unsigned line, unsigned column);
+
     /// Called when the file may have changed on disk: reads it again if the page has no edits, else shows a
     /// notice.
     void checkFile();

@@ -119,6 +119,7 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
     for (BrowserController* pane : {m_source, m_destination}) {
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::updateActions);
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
+        connect(pane, &BrowserController::placeRequested, this, &HaldenDoc::placeRequested);
     }
 }
 

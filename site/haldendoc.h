@@ -73,6 +73,9 @@ public:
 signals:
     /// The user wants to open a file of the site; `mountPath` is the site's folder.
     void openRequested(const std::filesystem::path& path, const std::filesystem::path& mountPath);
+    /// The same for a page that is to show the element at this line and column.
+    void placeRequested(const std::filesystem::path& path, const std::filesystem::path& mountPath,
+                        unsigned line, unsigned column);
     void windowWillClose();
 
 protected:

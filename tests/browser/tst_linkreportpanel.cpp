@@ -105,13 +105,14 @@ private slots:
         QTRY_COMPARE(rows().size(), 2);
         QCOMPARE(note(), "5 missing links in 2 pages; 1 row shown");
         m_site->find<QLineEdit>("linkReportFilter")->setText("nowhere");
-        QTRY_COMPARE(m_site->text("linkReportPlaceholder"), "No row matches the filter.");
+        QTRY_VERIFY(m_site->find<QLabel>("linkReportPlaceholder")->isVisible());
+        QCOMPARE(m_site->text("linkReportPlaceholder"), "No row matches the filter.");
         test::saveScreenshots(panel(), "missing-filtered");
     }
 
     void aRow_opensItsPageAndIsCopied()
     {
-        QSignalSpy opened(m_site->pane, &BrowserController::openRequested);
+        QSignalSpy opened(m_site->pane, &BrowserController::placeRequested);
         findMissing();
         const QModelIndex last = view().model()->index(4, 0);
         view().setCurrentIndex(last);
@@ -120,8 +121,11 @@ private slots:
         QTest::mouseClick(view().viewport(), Qt::LeftButton, {}, place);
         QTest::mouseDClick(view().viewport(), Qt::LeftButton, {}, place);
         QCOMPARE(opened.count(), 2);
-        for (const QList<QVariant>& arguments : opened)
+        for (const QList<QVariant>& arguments : opened) {
             QCOMPARE(arguments.at(0).value<fs::path>(), m_site->at("news/new.html"));
+            QCOMPARE(arguments.at(2).toUInt(), 3U);
+            QCOMPARE(arguments.at(3).toUInt(), 10U);
+        }
         QTest::keyClick(&view(), Qt::Key_C, Qt::ControlModifier);
         QCOMPARE(QApplication::clipboard()->text(),
                  "news/new.html\t3\t10\thref\t../about.html\tno such file\t\n");

@@ -53,6 +53,20 @@ private slots:
         QVERIFY(!the<QPushButton>("deleteTagButton")->isEnabled());
     }
 
+    void showPlace_selectsTheElementInBoth()
+    {
+        open("<title>T</title>\n<p>one\n<p>two <a href='gone.html'>link</a>");
+        window->showPlace(3, 18);
+        QVERIFY(the<QLabel>("elementPath")->text().endsWith("p \u203a a"));
+        QTRY_COMPARE(selectionInPage(), "link");
+        // In a page that is still loading, too.
+        openWindow(at("page.html"), at(""));
+        window->showPlace(2, 2);
+        waitUntilShown();
+        QVERIFY(the<QLabel>("elementPath")->text().endsWith("body \u203a p"));
+        QTRY_COMPARE(selectionInPage().trimmed(), "one");
+    }
+
     void insertDeleteUndo_goToOutlineAndPage()
     {
         open("<title>T</title><section><p>one</p></section>");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/characterdata.h"
 #include "html/element.h"
+#include "html/elementat.h"
 #include "html/parse.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
@@ -20,6 +21,26 @@ private:
     std::string body() const { return m_page->body()->html(); }
 
 private slots:
+    void elementAt_isWhoseTagOrTextStandsThere_data()
+    {
+        const luma::test::Rows<int, int, QByteArray> row("line", "column", "name");
+        row("a tag without attributes", 1, 2, "p");
+        row("a value, behind a letter of two bytes", 2, 14, "a");
+        row("a text", 2, 17, "a");
+        row("an end tag", 2, 21, "");
+        row("a style sheet", 3, 18, "style");
+        row("behind the page", 9, 1, "");
+    }
+    void elementAt_isWhoseTagOrTextStandsThere()
+    {
+        QFETCH(int, line);
+        QFETCH(int, column);
+        auto page = parseWithSource("<p>\n<a id=ä href=x>text</a><style>\np{background:url(y)}</style>");
+        QVERIFY(page);
+        const Element* found = elementAt(**page, unsigned(line), unsigned(column));
+        QTEST(QByteArray::fromStdString(found ? found->tagName() : std::string()), "name");
+    }
+
     void init()
     {
         auto page = parse(
