@@ -36,12 +36,12 @@ fs::path trimmed(const fs::path& path)
 }
 
 // A symbolic link into the site: the page is rewritten under its own path.
-bool isLinkIntoSite(const SiteTree& tree, Id page)
+bool isLinkIntoSite(const SiteTree& tree, Id page, const std::string& file)
 {
     if (tree.type(page) != SiteTree::Type::LinkToFile)
         return false;
     std::error_code error;
-    const fs::path real = fs::canonical(tree.path(page), error);
+    const fs::path real = fs::canonical(file, error);
     const fs::path root = fs::canonical(tree.rootPath(), error);
     return !error && isAtOrBelow(real.native(), root.native());
 }
@@ -102,7 +102,9 @@ void checkItems(LinkPlan& plan)
         });
         if (isInOther)
             continue;
-        if (MoveProblem problem = problemOf(item, plan.request.site, taken); !problem.text.empty())
+        if (plan.request.isRenamedAlready)
+            plan.request.items.push_back(item);
+        else if (MoveProblem problem = problemOf(item, plan.request.site, taken); !problem.text.empty())
             plan.problems.push_back(std::move(problem));
         else
             plan.request.items.push_back(item);
@@ -113,6 +115,7 @@ void checkItems(LinkPlan& plan)
 struct Candidate
 {
     std::string file; // its path now
+    fs::path oldFile; // and before the move
     std::string oldPath;
     std::string newPath; // subpaths
     fs::path newFile;
@@ -128,15 +131,17 @@ public:
 
     void addSite(const SiteTree& tree)
     {
-        for (const Id file : tree.files()) {
-            if (!isPageOrSheet(tree.name(file)))
+        for (const Id id : tree.files()) {
+            if (!isPageOrSheet(tree.name(id)))
                 continue;
-            const std::string path = tree.subpath(file);
+            const std::string path = tree.subpath(id);
             const std::optional<std::string> moved = m_places.movedPath(path);
-            if ((!moved && m_request.operation == MoveOperation::Copy) || isLinkIntoSite(tree, file))
-                continue;
             const std::string newPath = moved.value_or(path);
-            m_found.push_back({tree.path(file), path, newPath, m_request.site / newPath, moved.has_value()});
+            const fs::path newFile = m_request.site / newPath;
+            const std::string file = m_request.isRenamedAlready ? newFile.native() : tree.path(id);
+            if ((!moved && m_request.operation == MoveOperation::Copy) || isLinkIntoSite(tree, id, file))
+                continue;
+            m_found.push_back({file, tree.path(id), path, newPath, newFile, moved.has_value()});
         }
     }
 
@@ -147,7 +152,7 @@ public:
         if (!fs::is_directory(fs::symlink_status(item.from, error))) {
             if (isPageOrSheet(item.from.filename().native()) &&
                 fs::is_regular_file(fs::symlink_status(item.from, error)))
-                m_found.push_back({item.from.native(), oldPath, newPath, item.to, true});
+                m_found.push_back({item.from.native(), item.from, oldPath, newPath, item.to, true});
             return {};
         }
         const auto tree = SiteTree::read(item.from);
@@ -157,8 +162,8 @@ public:
             if (!isPageOrSheet(tree->name(file)) || tree->type(file) != SiteTree::Type::File)
                 continue;
             const std::string below = tree->subpath(file);
-            m_found.push_back(
-                {tree->path(file), oldPath + "/" + below, newPath + "/" + below, item.to / below, true});
+            m_found.push_back({tree->path(file), tree->path(file), oldPath + "/" + below,
+                               newPath + "/" + below, item.to / below, true});
         }
         return {};
     }
@@ -209,7 +214,7 @@ PageResult planned(const Candidate& candidate, PagePlanner& planner, const NameS
         return result;
     }
     result.edits.page = candidate.newFile;
-    result.edits.oldPage = candidate.file;
+    result.edits.oldPage = candidate.oldFile;
     result.edits.oldHash = hashOfFile(*bytes);
     result.edits.newHash = hashOfFile(withEdits(*bytes, *edits));
     result.edits.edits = *std::move(edits);
@@ -243,9 +248,13 @@ Result<void> planPages(LinkPlan& plan, const std::vector<Candidate>& candidates,
 
 Result<void> planInSite(LinkPlan& plan, std::vector<MovedPlaces::Item> items, const StillWanted& stillWanted)
 {
-    const auto tree = SiteTree::read(plan.request.site, stillWanted);
+    auto tree = SiteTree::read(plan.request.site, stillWanted);
     if (!tree)
         return tree.error();
+    for (const MovedPlaces::Item& item : items) {
+        if (plan.request.isRenamedAlready)
+            tree->rename(tree->find(item.to), fs::path(item.from).filename().native());
+    }
     const SitePaths paths(*tree, plan.request.rules);
     const MovedPlaces places(std::move(items), &*tree, &paths, plan.request.rules);
     Candidates candidates(plan.request, places);

@@ -25,6 +25,9 @@ struct MoveRequest
     MoveOperation operation = MoveOperation::Move;
     std::vector<MovedItem> items;
     WebRules rules;
+    /// The items have their new places already, in the folders that they were in. Carrying out the plan changes the pages, and
+    /// taking it back gives the items their old names.
+    bool isRenamedAlready = false;
 };
 
 /// A change to a page or style sheet.

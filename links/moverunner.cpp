@@ -79,6 +79,7 @@ MoveReport MoveRunner::run()
 {
     m_report.title = titleOf(job());
     m_report.items = job().items;
+    m_report.isMove = job().kind == MoveJob::Kind::Move;
     const auto done = forward();
     if (!done) {
         m_report.isStopped = done.error().isStopped();
@@ -109,6 +110,7 @@ MoveReport MoveRunner::resume()
         return run();
     m_report.title = titleOf(job());
     m_report.items = job().items;
+    m_report.isMove = job().kind == MoveJob::Kind::Move;
     back();
     return std::move(m_report);
 }

@@ -20,7 +20,8 @@ struct MoveReport
 {
     bool isDone = false; // false: everything is as it was before, but for what `problems` names
     bool isStopped = false;
-    std::string title; // of the job, for the user
+    bool isMove = false; // the items have other paths now, where it is done
+    std::string title;   // of the job, for the user
     std::vector<MovedItem> items;
     /// Pages at their new places, in the order of the plan.
     std::vector<std::filesystem::path> rewritten;

@@ -107,6 +107,18 @@ Result<void> SiteTree::addFolder(Id folder, const std::string& path, const Still
     return {};
 }
 
+void SiteTree::rename(Id id, std::string_view name)
+{
+    if (id == none)
+        return;
+    m_entries[id].nameBegin = static_cast<std::uint32_t>(m_names.size());
+    m_entries[id].nameLength = static_cast<std::uint16_t>(name.size());
+    if (m_entries[id].type != Type::Folder)
+        m_entries[id].kind = fileKind(name);
+    m_names += name;
+    buildTable();
+}
+
 void SiteTree::buildTable()
 {
     m_table.assign(std::bit_ceil(m_entries.size() * 2), none);

@@ -14,7 +14,7 @@
 namespace luma {
 
 /// Everything below a site's folder at the time it was read, with hidden items but without ".DS_Store";
-/// symbolic links are not followed. Reports use it instead of the disk. It never changes, so any thread may use
+/// symbolic links are not followed. Reports use it instead of the disk. Once it is made, any thread may use
 /// it.
 class SiteTree final
 {
@@ -31,6 +31,9 @@ public:
 
     /// A tree of which nothing has been read: its root counts as an unreadable folder.
     static SiteTree unread(const std::filesystem::path& root);
+
+    /// Gives an item another name, as it had when the disk was another. files() keeps its order.
+    void rename(Id id, std::string_view name);
 
     /// All items but folders and symbolic links to folders, in the byte order of the subpaths.
     [[nodiscard]] const std::vector<Id>& files() const { return m_files; }

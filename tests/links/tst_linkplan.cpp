@@ -186,6 +186,30 @@ private slots:
                  Files({{"b/c/a/x.html", "<a href=x.html><a href=y.html><a href=../../../o.html>"}}));
     }
 
+    void renamedAlready_isPlannedAsBefore()
+    {
+        for (const char* const name : {"d", "d/index.html"}) {
+            const Site site({{"d/index.html", "<a href=./><a href=../o.html>"},
+                             {"o.html", "<a href=d/><a href=d/index.html>"}});
+            MoveRequest request{site.root(),
+                                {},
+                                MoveOperation::Move,
+                                {{site.at(name), site.at(name).parent_path() / "n.html"}},
+                                {}};
+            const Files files = changedPages(site, *planMove(request));
+            QVERIFY(!files.empty());
+            std::filesystem::rename(request.items[0].from, request.items[0].to);
+            request.isRenamedAlready = true;
+            const auto plan = planMove(request);
+            Files after;
+            for (const PageRewrite& page : plan->pages) {
+                const std::string path = page.page.lexically_relative(site.root()).native();
+                after[path] = withEdits(site.bytesOf(path), page.edits);
+            }
+            QCOMPARE(after, files);
+        }
+    }
+
     // A place in the one folder stands for that in the other.
     void copyFromAnotherRoot_keepsRelations()
     {
