@@ -95,7 +95,7 @@ void BrowserController::connectBrowser()
                 browser().updateTexts();
                 if (const QModelIndex item = browser().clickedItem(); item.isValid())
                     doBrowserClick(item);
-                m_linkJobs->updateAfterRename(m_mountPath, oldPath, newPath);
+                m_linkJobs->updateAfterRename(m_mountPath, oldPath, newPath, parentDoc.reportChoices());
                 refreshLater({newPath});
             });
 }
@@ -132,7 +132,11 @@ void BrowserController::connectLinks()
     // Queued, for the source is still inside its drag.
     connect(
         &browser(), &Browser::dropped, this,
-        [this](const Drop& drop) { m_linkJobs->acceptDrop(m_mountPath, drop); }, Qt::QueuedConnection);
+        [this](const Drop& drop) {
+            m_linkJobs->acceptDrop(m_mountPath, drop, parentDoc.siteFolders(), parentDoc.reportChoices());
+        },
+        Qt::QueuedConnection);
+    connect(m_linkJobs, &LinkJobs::itemMoved, this, &BrowserController::itemRenamed);
     connect(contextualMenu, &PaneMenu::linksFromItemRequested, this, &BrowserController::showLinksFromItem);
     connect(contextualMenu, &PaneMenu::linksToItemRequested, this, &BrowserController::showLinksToItem);
     connect(contextualMenu, &PaneMenu::missingLinksRequested, this,
@@ -363,6 +367,12 @@ void BrowserController::startReport(LinkReportRun::Kind kind, const std::filesys
         m_linkJobs->showLinks(m_mountPath, item,
                               kind == Kind::LinksFrom ? LinkJobs::Direction::From : LinkJobs::Direction::To,
                               choices);
+}
+
+void BrowserController::undoMove()
+{
+    if (rootNode())
+        m_linkJobs->undoMove(m_mountPath);
 }
 
 void BrowserController::stopFindMissingLinks()

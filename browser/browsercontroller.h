@@ -67,6 +67,8 @@ public:
     void deleteItem();
     void deleteSelectedItems();
     void openItem();
+    /// Takes the last move, rename or copy in the pane's site back, files and links.
+    void undoMove();
     /// List the links from or to the clicked item.
     void showLinksFromItem();
     void showLinksToItem();
@@ -85,7 +87,7 @@ signals:
                         unsigned line, unsigned column);
     /// A connection has begun, succeeded, failed or ended.
     void stateChanged();
-    /// The user has renamed an item: the file has its new name, and its links are being updated.
+    /// An item has a new path: the user has renamed or moved it, or taken that back. Its links may still be being updated.
     void itemRenamed(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
 
 private:

@@ -2,13 +2,17 @@
 #include "browser/linkjobs.h"
 
 #include "base/console.h"
+#include "base/files.h"
 #include "base/mainhop.h"
+#include "base/pathbelow.h"
 #include "browser/displaytext.h"
 #include "browser/joblog.h"
 #include "browser/panehost.h"
 #include "links/browserreports.h"
 #include "links/linkreports.h"
+#include "links/sitemoves.h"
 
+#include <algorithm>
 #include <system_error>
 
 namespace luma {
@@ -90,10 +94,30 @@ Result<bool> listAllLinks(JobLog& log, const fs::path& site, const ReportChoices
         stillWanted);
 }
 
-void addError(JobLog& log, const Result<bool>& done)
+template <class Value>
+void addError(JobLog& log, const Result<Value>& done)
 {
     if (!done)
         log.addLine(done.error().text);
+}
+
+void addProblems(JobLog& log, const std::vector<MoveProblem>& problems)
+{
+    for (const MoveProblem& problem : problems) {
+        if (problem.kind == MoveProblem::Kind::Clash)
+            printLine(problem.text);
+        log.addLine(problem.text, problem.path);
+    }
+}
+
+// A move is short and must be complete before the columns are drawn again; a copy may take long and would block the window.
+MoveRunner::Callbacks moveCallbacks(MoveOperation operation, const WorkItemPointer& item)
+{
+    MoveRunner::Callbacks callbacks;
+    if (operation == MoveOperation::Move)
+        callbacks.fileOperation = [](const std::function<void()>& move) { onMain(move); };
+    callbacks.stillWanted = wantedAs(item);
+    return callbacks;
 }
 
 /// The existing target of a link, given its line in a report on `page`; empty if there is none.
@@ -218,18 +242,118 @@ void LinkJobs::activateLine(int number)
     emit fileActivated(target.empty() ? file : target);
 }
 
-void LinkJobs::acceptDrop(const fs::path& site, const Drop& drop)
+void LinkJobs::acceptDrop(const fs::path& site, const Drop& drop, const std::vector<fs::path>& siteFolders,
+                          const ReportChoices& choices)
 {
-    beginUpdate(
-        site, [drop](LinkUpdatingMove& move) { return move.run(drop.operation, drop.items, drop.folder); },
-        drop.operation);
+    if (choices.linkRules == LinkRules::Letter) {
+        beginUpdate(
+            site,
+            [drop](LinkUpdatingMove& move) { return move.run(drop.operation, drop.items, drop.folder); },
+            drop.operation);
+        return;
+    }
+    MoveRequest request{site, {}, drop.operation, {}, choices.webRules};
+    for (const fs::path& item : drop.items)
+        request.items.push_back({item, drop.folder / item.filename()});
+    const auto holdsAll = [&drop](const fs::path& folder) {
+        return std::all_of(drop.items.begin(), drop.items.end(), [&folder](const fs::path& item) {
+            return isAtOrBelow(item.native(), folder.native());
+        });
+    };
+    if (const auto root = std::find_if(siteFolders.begin(), siteFolders.end(), holdsAll);
+        root != siteFolders.end() && !holdsAll(site))
+        request.sourceRoot = *root;
+    beginMove(request);
 }
 
-void LinkJobs::updateAfterRename(const fs::path& site, const fs::path& oldPath, const fs::path& newPath)
+void LinkJobs::updateAfterRename(const fs::path& site, const fs::path& oldPath, const fs::path& newPath,
+                                 const ReportChoices& choices)
 {
-    beginUpdate(
-        site, [oldPath, newPath](LinkUpdatingMove& move) { return move.updateAfterRename(oldPath, newPath); },
-        MoveOperation::Move);
+    if (choices.linkRules == LinkRules::Letter)
+        beginUpdate(
+            site,
+            [oldPath, newPath](LinkUpdatingMove& move) { return move.updateAfterRename(oldPath, newPath); },
+            MoveOperation::Move);
+    else
+        beginMove({site, {}, MoveOperation::Move, {{oldPath, newPath}}, choices.webRules, true});
+}
+
+void LinkJobs::beginMove(const MoveRequest& request)
+{
+    const QPointer<LinkJobs> guard(this);
+    begin(Kind::Update, updateStatus, [guard, request](const WorkItemPointer& item, JobLog& log) {
+        if (runMove(guard, log, request, item) || !request.isRenamedAlready)
+            return;
+        // The columns had renamed the item, which has its old name again.
+        onMain(guard, [&request](LinkJobs& self) {
+            for (const MovedItem& renamed : request.items)
+                emit self.itemMoved(renamed.to, renamed.from);
+        });
+    });
+}
+
+/// True when the move is done; otherwise everything is as it was before, and the log says why.
+bool LinkJobs::runMove(const QPointer<LinkJobs>& jobs, JobLog& log, const MoveRequest& request,
+                       const WorkItemPointer& item)
+{
+    const auto fail = [&](const Error& error) {
+        log.addText(error.isStopped() ? std::string(stoppedAtOnce) : error.text);
+        for (const MovedItem& renamed : request.items) {
+            if (request.isRenamedAlready)
+                addError(log, moveItem(renamed.to, renamed.from));
+        }
+        return false;
+    };
+    auto moves = SiteMoves::open(request.site, moveCallbacks(request.operation, item));
+    if (!moves)
+        return fail(moves.error());
+    for (const MoveReport& report : moves->recovered())
+        showReport(jobs, log, request.site, report);
+    const auto plan = planMove(request, wantedAs(item));
+    if (!plan)
+        return fail(plan.error());
+    addProblems(log, plan->problems);
+    const MoveReport report = moves->carryOut(*plan);
+    for (const MovedItem& moved : report.items)
+        log.addText("Updating links to: " + moved.from.filename().native() + "\n\n");
+    showReport(request.isRenamedAlready ? QPointer<LinkJobs>() : jobs, log, request.site, report);
+    return report.isDone;
+}
+
+void LinkJobs::undoMove(const fs::path& site)
+{
+    const QPointer<LinkJobs> guard(this);
+    begin(Kind::Update, updateStatus, [guard, site](const WorkItemPointer& item, JobLog& log) {
+        auto moves = SiteMoves::open(site, moveCallbacks(MoveOperation::Move, item));
+        if (!moves) {
+            log.addLine(moves.error().text);
+            return;
+        }
+        const MoveReport report = moves->undo();
+        if (report.isDone)
+            log.addText("Took back: " + report.title + "\n\n");
+        showReport(guard, log, site, report);
+    });
+}
+
+/// Shows what a job did and tells the window about each item's new path.
+void LinkJobs::showReport(const QPointer<LinkJobs>& jobs, JobLog& log, const fs::path& site,
+                          const MoveReport& report)
+{
+    for (const fs::path& page : report.rewritten) {
+        const fs::path subpath = page.lexically_relative(site);
+        log.addLine(subpath.native(), page);
+    }
+    addProblems(log, report.problems);
+    if (report.isDone || report.problems.empty())
+        log.addText(report.isStopped ? "\nStopped; everything is as it was before." : "\nDone");
+    else
+        log.addText("\nEverything is as it was before.");
+    if (report.isDone && report.isMove)
+        onMain(jobs, [&report](LinkJobs& self) {
+            for (const MovedItem& item : report.items)
+                emit self.itemMoved(item.from, item.to);
+        });
 }
 
 void LinkJobs::beginUpdate(const fs::path& site, std::function<MoveOutcome(LinkUpdatingMove&)> update,

@@ -6,6 +6,9 @@
 #include <QObject>
 #include <QString>
 
+#include <filesystem>
+#include <vector>
+
 namespace luma {
 
 /// The window's report of one long job: a status line, a busy bar, a log, Stop and OK. Serves one job at a
@@ -58,6 +61,8 @@ public:
     [[nodiscard]] virtual ReportChoices reportChoices() const = 0;
     /// Stores ReportChoices::keptItems with the site.
     virtual void setKeptItems(const std::vector<std::string>& items) = 0;
+    /// The folders of all connected panes. What one of them has at a place stands for what another has there.
+    [[nodiscard]] virtual std::vector<std::filesystem::path> siteFolders() const = 0;
 
 protected:
     PaneHost() = default;

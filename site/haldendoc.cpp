@@ -150,6 +150,7 @@ void HaldenDoc::connectActions()
     };
     onPane(m_ui->openAction, &BrowserController::openItem);
     onPane(m_ui->newFolderAction, &BrowserController::newFolder);
+    onPane(m_ui->undoMoveAction, &BrowserController::undoMove);
     onPane(m_ui->renameAction, &BrowserController::renameItem);
     onPane(m_ui->duplicateAction, &BrowserController::duplicateItem);
     onPane(m_ui->deleteAction, &BrowserController::deleteSelectedItems);
@@ -291,6 +292,13 @@ ReportChoices HaldenDoc::reportChoices() const
 void HaldenDoc::setKeptItems(const std::vector<std::string>& items)
 {
     m_record->setKeptItems(items);
+}
+
+std::vector<std::filesystem::path> HaldenDoc::siteFolders() const
+{
+    std::vector<std::filesystem::path> folders = {m_source->mountPath(), m_destination->mountPath()};
+    std::erase(folders, std::filesystem::path());
+    return folders;
 }
 
 SyncSides HaldenDoc::sides() const

@@ -65,6 +65,7 @@ public:
     ProgressReporter& progress() override;
     [[nodiscard]] ReportChoices reportChoices() const override;
     void setKeptItems(const std::vector<std::string>& items) override;
+    [[nodiscard]] std::vector<std::filesystem::path> siteFolders() const override;
 
     void setUpRsync();
     /// Opens the sync panel and compares in `direction`.

@@ -74,6 +74,7 @@ public:
     ProgressReporter& progress() override { return report; }
     ReportChoices reportChoices() const override { return choices; }
     void setKeptItems(const std::vector<std::string>& items) override { choices.keptItems = items; }
+    std::vector<std::filesystem::path> siteFolders() const override { return {}; }
 
     Site folder{{{"index.html", ""},
                  {"css/main.css", ""},

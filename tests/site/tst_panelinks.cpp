@@ -15,6 +15,7 @@
 #include <QMenu>
 #include <QMessageBox>
 #include <QRegularExpression>
+#include <QSignalSpy>
 #include <QTableView>
 #include <QThreadPool>
 
@@ -158,6 +159,45 @@ private slots:
         QCOMPARE(folders.bytesOf("receiving/lonely.txt"), std::string("mine"));
         QVERIFY(folders.bytesOf("output").find("File lonely.txt exists, not overwritten\n") !=
                 std::string::npos);
+    }
+
+    // As a browser reads links, which is the default.
+    void asABrowser_movesRenamesAndTakesBack()
+    {
+        const LinkedSite folders;
+        folders.put("receiving/a/x.html", "<img src=../images/p.png>");
+        const test::Files before = folders.contents();
+        const SiteWindow site(std::make_shared<SiteRecord>(QVariantMap{
+                                  {"sourceDict", SiteWindow::localFolder(folders.sending())},
+                                  {"destinationDict", SiteWindow::localFolder(folders.receiving())}}),
+                              {.remoteLogin = {},
+                               .runProgram = {},
+                               .mounter = std::make_shared<test::UnavailableMounter>(),
+                               .reportChoices = [] { return ReportChoices(); }});
+        QTRY_VERIFY(site.isConnected());
+        QSignalSpy renamed(&site.source(), &BrowserController::itemRenamed);
+        choose(site, "a", "x.html");
+        SiteWindow::dragAndDrop(SiteWindow::list(site.source(), 1), SiteWindow::list(site.source(), 0),
+                                SiteWindow::item(site.source(), 0, "b"));
+        QTRY_COMPARE(site.log(), "Updating links to: x.html\n\nb/x.html\na/y.html\nindex.html\n\nDone");
+        QTRY_VERIFY(site.isDone());
+        QCOMPARE(renamed.count(), 1);
+        QCOMPARE(folders.bytesOf("sending/a/y.html"), std::string("<a href=\"../b/x.html#top\">x</a>"));
+        site.find<QDialog>("progressPanel").accept();
+        QTRY_VERIFY(SiteWindow::item(site.source(), 0, "a").isValid());
+        site.source().browser().model().setData(SiteWindow::item(site.source(), 0, "a"), "new a",
+                                                Qt::EditRole);
+        QTRY_COMPARE(folders.bytesOf("sending/b/x.html"),
+                     std::string("<img src=\"../new%20a/img/p.png\"><a href=x.html>me</a>"));
+        for (int i = 0; i < 2; ++i) {
+            QTRY_VERIFY(site.isDone());
+            site.find<QDialog>("progressPanel").accept();
+            site.find<QAction>("undoMoveAction").trigger();
+            QTRY_VERIFY(site.log().startsWith("Took back: "));
+        }
+        QTRY_VERIFY(site.isDone());
+        QCOMPARE(folders.contents(), before);
+        QCOMPARE(renamed.count(), 4);
     }
 
     void drop_isRefused()
