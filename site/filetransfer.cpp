@@ -332,7 +332,7 @@ class Run final
 {
 public:
     Run(Transfer& transfer, const std::vector<SyncRow>& rows, const WorkItem& item,
-        const std::function<void(std::size_t)>& progress)
+        const OnProgress& progress)
         : m_transfer(transfer), m_rows(rows), m_item(item), m_progress(progress)
     {}
 
@@ -347,8 +347,10 @@ public:
                 report.done.push_back(row);
             else if (!m_item.isCancelled())
                 addProblem(row, reason);
+            ++m_dealtWith.rows;
+            m_dealtWith.bytes += m_rows[row].sent.size;
             if (m_progress)
-                m_progress(++m_dealtWith);
+                m_progress(m_dealtWith);
         }
     }
 
@@ -370,8 +372,8 @@ private:
     Transfer& m_transfer;
     const std::vector<SyncRow>& m_rows;
     const WorkItem& m_item;
-    const std::function<void(std::size_t)>& m_progress;
-    std::size_t m_dealtWith = 0;
+    const OnProgress& m_progress;
+    SyncProgress m_dealtWith;
 
     void addProblem(std::size_t row, const std::string& reason)
     {
@@ -385,7 +387,7 @@ FileTransfer::FileTransfer(std::vector<SyncRow> rows, std::vector<std::string> f
     : m_rows(std::move(rows)), m_foldersOnlyThere(std::move(foldersOnlyThere))
 {}
 
-TransferReport FileTransfer::run(const WorkItem& item, const std::function<void(std::size_t)>& progress) const
+TransferReport FileTransfer::run(const WorkItem& item, const OnProgress& progress) const
 {
     if (m_rows.empty())
         return {};

@@ -4,7 +4,6 @@
 #include "base/workitem.h"
 #include "site/syncrow.h"
 
-#include <functional>
 #include <vector>
 
 namespace luma {
@@ -39,9 +38,8 @@ public:
 
     /// Runs on the calling thread until done or until `item` is cancelled, which is checked between files and
     /// every few megabytes; what was done by then stays. Pages come after all other files.
-    /// `progress`, if any, is called after each ticked row with the number processed so far.
-    [[nodiscard]] TransferReport run(const WorkItem& item,
-                                     const std::function<void(std::size_t)>& progress = {}) const;
+    /// `progress`, if any, is called after each ticked row.
+    [[nodiscard]] TransferReport run(const WorkItem& item, const OnProgress& progress = {}) const;
 
 private:
     std::vector<SyncRow> m_rows;

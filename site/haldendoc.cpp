@@ -167,6 +167,7 @@ void HaldenDoc::connectActions()
     connect(m_ui->downloadAction, &QAction::triggered, this, [this] { sync(Direction::Download); });
     connect(m_ui->closeAction, &QAction::triggered, this, &QWidget::close);
     connect(m_ui->quitAction, &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    connect(m_syncPanel, &SyncPanel::showRequested, this, &HaldenDoc::showInPane);
     connect(&m_engine, &SyncEngine::transferred, m_source, &BrowserController::reload);
     connect(&m_engine, &SyncEngine::transferred, m_destination, &BrowserController::reload);
 }
@@ -274,6 +275,14 @@ void HaldenDoc::setUpEnded(const QString& message)
 void HaldenDoc::sync(Direction direction)
 {
     m_syncPanel->sync(direction);
+}
+
+void HaldenDoc::showInPane(const std::string& path, bool isSent)
+{
+    const bool isInSource = isSent == (m_engine.direction() == Direction::Upload);
+    BrowserController& pane = isInSource ? *m_source : *m_destination;
+    if (pane.rootNode())
+        (void)pane.browser().reveal(pane.mountPath() / path);
 }
 
 ProgressReporter& HaldenDoc::progress()

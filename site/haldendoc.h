@@ -104,6 +104,7 @@ private:
     void updateSetUp();
     void showCheck(bool works);
     void setUpEnded(const QString& message);
+    void showInPane(const std::string& path, bool isSent);
     [[nodiscard]] SyncSides sides() const;
     [[nodiscard]] BrowserController& currentPane() const;
     /// The current pane, or the other one when that is not connected.

@@ -2,6 +2,7 @@
 #include "site/ignorednames.h"
 
 #include "base/ascii.h"
+#include "base/utf8.h"
 
 #include <fnmatch.h>
 
@@ -49,6 +50,29 @@ void IgnoredNames::add(std::string_view line)
     pattern.isLiteral = line.find_first_of("*?[") == std::string_view::npos;
     if (!pattern.text.empty())
         m_patterns.push_back(std::move(pattern));
+}
+
+std::optional<std::string> IgnoredNames::patternOf(const std::string& path)
+{
+    if (!isValidUtf8(path))
+        return std::nullopt;
+    const auto isControl = [](char c) { return static_cast<unsigned char>(c) < 0x20; };
+    // A blank at the end, like a control character, would be lost in the list of patterns.
+    const bool isPlain = path.find_first_of("*?[") == std::string::npos && !path.ends_with(' ') &&
+                         std::none_of(path.begin(), path.end(), isControl);
+    std::string pattern = "/";
+    for (std::size_t i = 0; i < path.size(); ++i) {
+        const char c = path[i];
+        if (!isPlain && isControl(c))
+            pattern += '?';
+        else if (!isPlain && c == ' ' && i + 1 == path.size())
+            pattern += "[ ]";
+        else if (!isPlain && std::string_view("*?[\\").find(c) != std::string_view::npos)
+            pattern.append(1, '\\').append(1, c);
+        else
+            pattern += c;
+    }
+    return pattern;
 }
 
 bool IgnoredNames::match(const std::string& folder, const char* name, bool isFolder) const

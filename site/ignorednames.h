@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +19,10 @@ class IgnoredNames final
 public:
     /// `patterns` are added to the ones that always count: bytes, one a line; empty lines do not count.
     explicit IgnoredNames(std::string_view patterns = {});
+
+    /// A pattern that matches the file of this path, and beside it at most such whose names differ in control
+    /// characters. None if the path is not UTF-8.
+    static std::optional<std::string> patternOf(const std::string& path);
 
     /// `folder` is the relative path of the folder that has an item of this name; empty for the site's own.
     [[nodiscard]] bool match(const std::string& folder, const char* name, bool isFolder) const;

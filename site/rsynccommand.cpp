@@ -154,6 +154,20 @@ std::vector<std::string> readRsyncNames(std::string_view output)
     return names;
 }
 
+void readRsyncLog(std::string_view lines, SyncProgress& done)
+{
+    while (!lines.empty()) {
+        std::string_view line = takeLine(lines);
+        // "2026/11/22 02:30:05 [27823] |>f+++++++++ 512"
+        line.remove_prefix(std::min(line.find('|'), line.size()));
+        if (line.size() < changeLength + 3 || line[1] == '.' || line[2] == 'd')
+            continue;
+        line.remove_prefix(changeLength + 2);
+        ++done.rows;
+        done.bytes += takeNumber(line);
+    }
+}
+
 std::optional<std::int64_t> readFreeSpace(std::string_view output)
 {
     // "Filesystem 1024-blocks Used Available Capacity Mounted on", then one line of these.
@@ -259,6 +273,12 @@ std::vector<std::string> RsyncCommand::freeSpace() const
 std::vector<std::string> RsyncCommand::dryRunOf(std::vector<std::string> words)
 {
     words.insert(words.begin() + 1, "--dry-run");
+    return words;
+}
+
+std::vector<std::string> RsyncCommand::logged(std::vector<std::string> words, const std::string& log)
+{
+    words.insert(words.begin() + 1, {"--log-file=" + log, "--log-file-format=|%i %l"});
     return words;
 }
 

@@ -36,6 +36,9 @@ RsyncListing readRsyncListing(std::string_view output);
 /// The paths, as bytes, that a transfer or deletion has named in its output; those of folders too.
 std::vector<std::string> readRsyncNames(std::string_view output);
 
+/// Counts the files of a log (RsyncCommand::logged) in `done`.
+void readRsyncLog(std::string_view lines, SyncProgress& done);
+
 /// The free bytes in the output of df(1), POSIX format; none if that is something else.
 std::optional<std::int64_t> readFreeSpace(std::string_view output);
 
@@ -70,6 +73,11 @@ public:
     [[nodiscard]] std::vector<std::string> freeSpace() const;
     /// The dry run of one of the two: lists what is still to be done.
     [[nodiscard]] static std::vector<std::string> dryRunOf(std::vector<std::string> words);
+
+    /// One of the two that also writes a line for each file it has sent to the file `log`, for
+    /// readRsyncLog().
+    [[nodiscard]] static std::vector<std::string> logged(std::vector<std::string> words,
+                                                         const std::string& log);
 
     /// The paths as bytes, as the option --from0 wants them.
     [[nodiscard]] static std::string nameList(const std::vector<std::string>& paths);

@@ -3,6 +3,9 @@
 
 #include "site/folderaccess.h"
 
+#include <QFile>
+#include <QTemporaryFile>
+
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -133,16 +136,53 @@ FoundFiles pairedForDownload(FoundFiles local, const RsyncListing& remote, Delet
     return found;
 }
 
+// Follows the log of a run that is sending files, and passes on what it says.
+class TransferLog final
+{
+public:
+    TransferLog(SyncProgress& done, const OnProgress& progress) : m_done(done), m_progress(progress)
+    {
+        m_isOpen = progress && m_file.open();
+    }
+
+    [[nodiscard]] Words wordsFor(const Words& words) const
+    {
+        return m_isOpen ? RsyncCommand::logged(words, QFile::encodeName(m_file.fileName()).toStdString())
+                        : words;
+    }
+
+    void follow()
+    {
+        if (!m_isOpen)
+            return;
+        m_rest += m_file.readAll();
+        const qsizetype end = m_rest.lastIndexOf('\n') + 1;
+        if (end == 0)
+            return;
+        readRsyncLog({m_rest.constData(), static_cast<std::size_t>(end)}, m_done);
+        m_rest.remove(0, end);
+        m_progress(m_done);
+    }
+
+private:
+    SyncProgress& m_done;
+    const OnProgress& m_progress;
+    QTemporaryFile m_file;
+    QByteArray m_rest; // the beginning of a line
+    bool m_isOpen = false;
+};
+
 // One transfer of some rows.
 class Run final
 {
 public:
     Run(const ProgramRunner& runProgram, const std::vector<SyncRow>& rows, const StillWanted& stillWanted,
-        const StillWanted& mayCheck, RsyncReport& report)
+        const StillWanted& mayCheck, const OnProgress& progress, RsyncReport& report)
         : m_runProgram(runProgram),
           m_rows(rows),
           m_stillWanted(stillWanted),
           m_mayCheck(mayCheck),
+          m_progress(progress),
           m_report(report)
     {}
 
@@ -155,7 +195,9 @@ private:
     const std::vector<SyncRow>& m_rows;
     const StillWanted& m_stillWanted;
     const StillWanted& m_mayCheck;
+    const OnProgress& m_progress;
     RsyncReport& m_report;
+    SyncProgress m_sent;
 
     bool run(const Words& words, const RowNumbers& numbers, bool mayMissFiles);
     bool keepNamed(const RowNumbers& numbers, const std::string& output);
@@ -180,7 +222,12 @@ bool Run::run(const Words& words, const RowNumbers& numbers, bool mayMissFiles)
     std::vector<std::string> paths;
     for (const std::size_t row : numbers)
         paths.push_back(m_rows[row].relativePath);
-    const ProgramResult result = m_runProgram(words, RsyncCommand::nameList(paths), m_stillWanted);
+    TransferLog log(m_sent, m_progress);
+    const ProgramResult result = m_runProgram(log.wordsFor(words), RsyncCommand::nameList(paths), [&] {
+        log.follow();
+        return isWanted(m_stillWanted);
+    });
+    log.follow();
     if (result.status == 0 && !mayMissFiles)
         return keepNamed(numbers, result.output);
     if (result.status == 0 || (mayMissFiles && result.status == vanishedFiles)) {
@@ -359,11 +406,12 @@ void RsyncJob::lookAgainHere(const std::vector<SyncRow>& rows, RsyncReport& repo
 
 RsyncReport RsyncJob::transfer(const std::vector<SyncRow>& rows,
                                const std::vector<std::string>& foldersOnlyThere,
-                               const StillWanted& stillWanted, const StillWanted& mayCheck) const
+                               const StillWanted& stillWanted, const StillWanted& mayCheck,
+                               const OnProgress& progress) const
 {
     using Overwrites = RsyncCommand::Overwrites;
     RsyncReport report;
-    Run run(m_runProgram, rows, stillWanted, mayCheck, report);
+    Run run(m_runProgram, rows, stillWanted, mayCheck, progress, report);
     const RowNumbers order = transferOrder(rows);
     bool goesOn = true;
     for (const bool pages : {false, true}) {

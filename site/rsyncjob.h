@@ -39,10 +39,12 @@ public:
     /// replaces one that is not older.
     ///
     /// After a failure or a stop (`stillWanted`), rsync is asked which of the files it named are still to be
-    /// done, because those it had sent last may not have arrived; `mayCheck` ends this question.
+    /// done, because those it had sent last may not have arrived; `mayCheck` ends this question. `progress`, if
+    /// any, is called several times a second.
     [[nodiscard]] RsyncReport transfer(const std::vector<SyncRow>& rows,
                                        const std::vector<std::string>& foldersOnlyThere,
-                                       const StillWanted& stillWanted, const StillWanted& mayCheck) const;
+                                       const StillWanted& stillWanted, const StillWanted& mayCheck,
+                                       const OnProgress& progress = {}) const;
 
 private:
     [[nodiscard]] Result<ComparisonReport> compareWith(FoundFiles local, const IgnoredNames& ignored,

@@ -115,4 +115,9 @@ QString SiteRecord::ignoredNames() const
     return m_values.string(ignoredNamesKey);
 }
 
+void SiteRecord::setIgnoredNames(const QString& patterns)
+{
+    m_values.setValue(ignoredNamesKey, patterns);
+}
+
 } // namespace luma

@@ -49,6 +49,7 @@ public:
 
     /// The site's patterns for IgnoredNames, one a line.
     [[nodiscard]] QString ignoredNames() const;
+    void setIgnoredNames(const QString& patterns);
 
 signals:
     /// Something in the record or in an endpoint has changed.

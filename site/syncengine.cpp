@@ -10,6 +10,7 @@
 #include <QSet>
 
 #include <algorithm>
+#include <utility>
 
 namespace luma {
 
@@ -159,9 +160,10 @@ void SyncEngine::endComparison(const WorkItem& item, Result<ComparisonReport> re
     const QStringList names = m_record.untickedNames(m_direction);
     const QSet<QString> unticked(names.begin(), names.end());
     m_published = std::move(result->published);
-    for (SyncRow& row : result->rows)
-        row.select =
-            row.select && !unticked.contains(QString::fromStdString(nameWithoutDeleting(row.displayName)));
+    for (SyncRow& row : result->rows) {
+        if (!unticked.isEmpty() && row.select)
+            row.select = !unticked.contains(QString::fromStdString(nameWithoutDeleting(row.displayName)));
+    }
     if (result->rows.empty())
         m_title = nothingChangedTitle(m_direction);
     m_table.setRows(std::move(result->rows));
@@ -177,8 +179,41 @@ void SyncEngine::showFailure(const std::vector<std::string>& problems)
     setState(State::Failed);
 }
 
+void SyncEngine::tickOnly(const QModelIndexList& indexes)
+{
+    restoreTicks();
+    m_tickedBefore.emplace();
+    for (const SyncRow& row : m_table.rows()) {
+        if (row.select)
+            m_tickedBefore->insert(row.relativePath);
+    }
+    m_table.tickWhere([](const SyncRow&) { return true; }, false);
+    m_table.tick(indexes, true);
+}
+
+void SyncEngine::restoreTicks()
+{
+    if (const auto before = std::exchange(m_tickedBefore, std::nullopt)) {
+        m_table.tickWhere([](const SyncRow&) { return true; }, false);
+        m_table.tickWhere([&before](const SyncRow& row) { return before->contains(row.relativePath); }, true);
+    }
+}
+
+bool SyncEngine::ignore(const std::string& path)
+{
+    const auto pattern = IgnoredNames::patternOf(path);
+    if (!pattern)
+        return false;
+    const QString before = m_record.ignoredNames();
+    const bool needsEnd = !before.isEmpty() && !before.endsWith(u'\n');
+    m_record.setIgnoredNames(before + QLatin1StringView(needsEnd ? "\n" : "") +
+                             QString::fromStdString(*pattern) + u'\n');
+    return true;
+}
+
 void SyncEngine::rememberUnticked()
 {
+    restoreTicks();
     const QStringList remembered = m_record.untickedNames(m_direction);
     const QSet<QString> before(remembered.begin(), remembered.end());
     QStringList names;
@@ -196,7 +231,8 @@ void SyncEngine::transfer()
         return;
     startItem();
     m_stop = std::make_shared<WorkItem>();
-    rememberUnticked();
+    if (!m_tickedBefore)
+        rememberUnticked();
     setState(State::Transferring);
     // As the rows were found, even if a connection check has ended since.
     if (!m_table.rows().front().folders)
@@ -236,23 +272,30 @@ void SyncEngine::startTransfer(std::function<Transferred(const WorkItem& item)> 
     });
 }
 
-void SyncEngine::transferFiles()
+// Of a job on any thread.
+OnProgress SyncEngine::progressReporter(const WorkItem& item, const std::vector<SyncRow>& rows)
 {
-    startTransfer([self = QPointer(this), rows = m_table.rows(), folders = m_foldersOnlyThere,
-                   stop = m_stop](const WorkItem& item) {
-        const SyncTotals totals = tickedTotals(rows);
-        const int total = static_cast<int>(totals.files + totals.deletions);
-        QElapsedTimer sinceHop;
-        sinceHop.start();
-        TransferReport report = FileTransfer(rows, folders).run(*stop, [&](std::size_t done) {
-            if (sinceHop.elapsed() < progressInterval)
+    QElapsedTimer sinceHop;
+    sinceHop.start();
+    return
+        [self = QPointer(this), &item, sinceHop, all = tickedTotals(rows)](const SyncProgress& done) mutable {
+            const bool isOver = done.rows >= all.files + all.deletions;
+            if (sinceHop.elapsed() < progressInterval && !isOver)
                 return;
             onMain(self, [&](SyncEngine& engine) {
                 if (&item == engine.m_workItem.get())
-                    emit engine.progressed(static_cast<int>(done), total);
+                    emit engine.progressed(done, all);
             });
             sinceHop.restart();
-        });
+        };
+}
+
+void SyncEngine::transferFiles()
+{
+    const OnProgress progress = progressReporter(*m_workItem, m_table.rows());
+    startTransfer([progress, rows = m_table.rows(), folders = m_foldersOnlyThere,
+                   stop = m_stop](const WorkItem&) {
+        TransferReport report = FileTransfer(rows, folders).run(*stop, progress);
         Transferred transferred = {.done = std::move(report.done), .received = std::move(report.received)};
         for (TransferProblem& problem : report.problems)
             transferred.problems.push_back(std::move(problem.text));
@@ -263,10 +306,12 @@ void SyncEngine::transferFiles()
 void SyncEngine::transferWithRsync()
 {
     const RsyncJob job(RsyncArguments::of(m_record, m_direction), m_runProgram);
-    startTransfer([job, rows = m_table.rows(), folders = m_foldersOnlyThere,
+    const OnProgress progress = progressReporter(*m_workItem, m_table.rows());
+    startTransfer([progress, job, rows = m_table.rows(), folders = m_foldersOnlyThere,
                    stop = m_stop](const WorkItem& item) {
         RsyncReport report = job.transfer(
-            rows, folders, [&stop] { return !stop->isCancelled(); }, [&item] { return !item.isCancelled(); });
+            rows, folders, [&stop] { return !stop->isCancelled(); }, [&item] { return !item.isCancelled(); },
+            progress);
         return Transferred{std::move(report.done), std::move(report.received), std::move(report.problems)};
     });
 }
@@ -279,6 +324,7 @@ void SyncEngine::endTransfer(const WorkItem& item, const Transferred& transferre
         const std::size_t ticked = m_table.tickedCount();
         const std::size_t moved = transferred.done.size();
         m_table.removeRowsAt(transferred.done);
+        restoreTicks();
         setMessage(transferred.problems);
         if (isStopping() && moved < ticked)
             m_message = tr("Stopped; %1 of %2 moved").arg(moved).arg(ticked);

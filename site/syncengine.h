@@ -13,7 +13,9 @@
 #include <QPointer>
 
 #include <functional>
+#include <optional>
 #include <string>
+#include <unordered_set>
 #include <vector>
 
 namespace luma {
@@ -47,6 +49,7 @@ public:
     ~SyncEngine() override;
 
     [[nodiscard]] State state() const { return m_state; }
+    [[nodiscard]] Direction direction() const { return m_direction; }
     /// The panel's title line.
     [[nodiscard]] const QString& title() const { return m_title; }
     /// What could not be compared or copied, as one line for the panel; empty when all went well.
@@ -59,6 +62,13 @@ public:
 
     /// Fills the table again.
     void compare(Direction direction, Deletions deletions);
+    /// Ticks only the rows shown at `indexes`, until the end of the next transfer or restoreTicks(). Such ticks
+    /// are not remembered.
+    void tickOnly(const QModelIndexList& indexes);
+    void restoreTicks();
+    /// From now on, comparisons leave the file of this path alone. False if no pattern can name it: its name is
+    /// not UTF-8.
+    bool ignore(const std::string& path);
     /// Does the ticked rows and removes those that are done from the table. Does nothing unless the state is
     /// Ready.
     void transfer();
@@ -70,8 +80,8 @@ public:
 
 signals:
     void changed();
-    /// `done` of the `total` ticked rows have been processed; several times a second, not with rsync.
-    void progressed(int done, int total);
+    /// How far the transfer is; several times a second, and at its end.
+    void progressed(const luma::SyncProgress& done, const luma::SyncTotals& all);
     /// A transfer has ended; both sides may have changed.
     void transferred();
 
@@ -92,6 +102,7 @@ private:
     Direction m_direction = Direction::Upload;
     QString m_title;
     QString m_message;
+    std::optional<std::unordered_set<std::string>> m_tickedBefore; // paths, while tickOnly() counts
     WorkItemPointer m_workItem;
     WorkItemPointer m_stop; // cancelled when the running transfer is to stop
     std::size_t m_ignoredCount = 0;
@@ -109,6 +120,7 @@ private:
     void compareFolders(const SyncFolders& folders, Deletions deletions);
     void compareWithRsync(Deletions deletions);
     void transferFiles();
+    [[nodiscard]] OnProgress progressReporter(const WorkItem& item, const std::vector<SyncRow>& rows);
     void transferWithRsync();
     void endComparison(const WorkItem& item, Result<ComparisonReport> result);
     void showFailure(const std::vector<std::string>& problems);

@@ -10,6 +10,8 @@
 #include <QStyledItemDelegate>
 #include <QTableView>
 
+#include <algorithm>
+
 #include <utility>
 
 namespace luma {
@@ -102,10 +104,7 @@ void SyncPanel::connectControls()
     connect(m_ui->syncButton, &QPushButton::clicked, this, &SyncPanel::move);
     connect(m_ui->cancelButton, &QPushButton::clicked, this, &SyncPanel::closeSheet);
     connect(&m_engine, &SyncEngine::changed, this, &SyncPanel::updateControls);
-    connect(&m_engine, &SyncEngine::progressed, this, [this](int done, int total) {
-        m_ui->syncProgressIndicator->setRange(0, total);
-        m_ui->syncProgressIndicator->setValue(done);
-    });
+    connect(&m_engine, &SyncEngine::progressed, this, &SyncPanel::showProgress);
 }
 
 void SyncPanel::sync(Direction direction)
@@ -129,6 +128,7 @@ void SyncPanel::reloadSyncArray()
 void SyncPanel::move()
 {
     const QStringList questions = m_engine.questions();
+    m_transferTime.start();
     if (questions.isEmpty()) {
         m_engine.transfer();
         return;
@@ -140,8 +140,11 @@ void SyncPanel::move()
     const auto* const goOn = box->addButton(tr("Move anyway"), QMessageBox::AcceptRole);
     box->setDefaultButton(QMessageBox::Cancel);
     connect(box, &QMessageBox::buttonClicked, this, [this, goOn](const QAbstractButton* button) {
+        m_transferTime.start();
         if (button == goOn)
             m_engine.transfer();
+        else
+            m_engine.restoreTicks();
     });
     box->open();
 }
@@ -197,6 +200,7 @@ void SyncPanel::showMenu(const QPoint& place)
     const auto isOfKind = [kind = row.kind](const SyncRow& other) { return other.kind == kind; };
     auto* const menu = new QMenu(this);
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    addFileActions(*menu, row);
     const auto add = [&](const QString& title, const TickTable<SyncRow>::Filter& chosen, bool on) {
         menu->addAction(title, &model, [&model, chosen, on] { model.tickWhere(chosen, on); });
     };
@@ -213,6 +217,60 @@ void SyncPanel::showMenu(const QPoint& place)
         add(tr("Untick all in this folder"), isInFolder, false);
     }
     menu->popup(view.viewport()->mapToGlobal(place));
+}
+
+void SyncPanel::addFileActions(QMenu& menu, const SyncRow& row)
+{
+    const std::string path = row.relativePath;
+    const bool isSent = row.sent.exists();
+    menu.addAction(tr("Show in pane"), this, [this, path, isSent] {
+        closeSheet();
+        emit showRequested(path, isSent);
+    });
+    menu.addAction(tr("Publish only selected"), this, &SyncPanel::publishOnlySelected);
+    menu.addAction(tr("Never publish this"), this, [this, path] { neverPublish(path); });
+    menu.addSeparator();
+}
+
+void SyncPanel::publishOnlySelected()
+{
+    if (m_engine.state() != State::Ready)
+        return;
+    m_engine.tickOnly(m_ui->syncTickList->table().selectionModel()->selectedRows());
+    move();
+}
+
+void SyncPanel::neverPublish(const std::string& path)
+{
+    if (m_engine.ignore(path))
+        reloadSyncArray();
+    else
+        m_ui->syncMessage->setText(tr("The name is not UTF-8, so no pattern can name it."));
+    m_ui->syncMessage->setVisible(!m_ui->syncMessage->text().isEmpty());
+}
+
+void SyncPanel::showProgress(const SyncProgress& done, const SyncTotals& all)
+{
+    const QLocale locale;
+    const bool byBytes = all.bytes > 0;
+    constexpr int steps = 1000;
+    const double share =
+        byBytes ? double(done.bytes) / double(all.bytes)
+                : double(done.rows) / double(std::max<std::size_t>(all.files + all.deletions, 1));
+    m_ui->syncProgressIndicator->setRange(0, steps);
+    m_ui->syncProgressIndicator->setValue(static_cast<int>(std::min(share, 1.0) * steps));
+    QString text = tr("%1 of %2, %3 of %4")
+                       .arg(locale.toString(static_cast<qulonglong>(done.rows)),
+                            locale.toString(static_cast<qulonglong>(all.files + all.deletions)),
+                            locale.formattedDataSize(done.bytes), locale.formattedDataSize(all.bytes));
+    const double seconds = double(m_transferTime.elapsed()) / 1000;
+    const double rate = seconds > 0 ? double(done.bytes) / seconds : 0;
+    if (rate > 1 && done.bytes < all.bytes)
+        text += tr(", %1 a second, %2 seconds left")
+                    .arg(locale.formattedDataSize(static_cast<qint64>(rate)),
+                         locale.toString(static_cast<qlonglong>(double(all.bytes - done.bytes) / rate) + 1));
+    m_ui->syncMessage->setText(text);
+    m_ui->syncMessage->setVisible(true);
 }
 
 void SyncPanel::updateNote()

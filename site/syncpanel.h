@@ -4,12 +4,14 @@
 #include "site/syncengine.h"
 
 #include <QDialog>
+#include <QElapsedTimer>
 
 #include <memory>
 
 namespace Ui {
 class SyncPanel;
 }
+class QMenu;
 
 namespace luma {
 
@@ -27,6 +29,10 @@ public:
     /// Shows the panel as a sheet and compares in `direction`.
     void sync(Direction direction);
 
+signals:
+    /// The user wants to see a file of the sending or the receiving side in its pane. The sheet is closed.
+    void showRequested(const std::string& path, bool isSent);
+
 public slots:
     /// Compares again in the chosen direction.
     void reloadSyncArray();
@@ -41,12 +47,17 @@ public slots:
 private:
     std::unique_ptr<Ui::SyncPanel> m_ui;
     SyncEngine& m_engine;
+    QElapsedTimer m_transferTime;
 
     [[nodiscard]] bool isOver() const;
     [[nodiscard]] QString cancelTitle() const;
     void setUpTable();
     void connectControls();
     void showMenu(const QPoint& place);
+    void addFileActions(QMenu& menu, const SyncRow& row);
+    void publishOnlySelected();
+    void neverPublish(const std::string& path);
+    void showProgress(const SyncProgress& done, const SyncTotals& all);
     void updateFilter();
     void updateNote();
     void updateControls();

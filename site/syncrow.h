@@ -5,6 +5,7 @@
 #include "site/publishedfiles.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -110,6 +111,13 @@ struct SyncTotals
     std::size_t deletions = 0;
     std::int64_t bytes = 0;
 };
+/// How far a transfer is.
+struct SyncProgress
+{
+    std::size_t rows = 0;   ///< files and deletions that have been dealt with
+    std::int64_t bytes = 0; ///< of these files
+};
+using OnProgress = std::function<void(const SyncProgress& done)>;
 SyncTotals tickedTotals(const std::vector<SyncRow>& rows);
 
 /// A page, by the file name's extension, whatever its letter case: html, htm, xhtml, xht, shtml, php or xml.

@@ -230,8 +230,8 @@ private slots:
         const TwoFolders folders;
         folders.putAll("sending", "a|b|c");
         WorkItem item;
-        const TransferReport report = FileTransfer(changed(folders)).run(item, [&](std::size_t done) {
-            if (done == 2)
+        const TransferReport report = FileTransfer(changed(folders)).run(item, [&](const SyncProgress& done) {
+            if (done.rows == 2)
                 item.cancel();
         });
         QCOMPARE(report.done, (std::vector<std::size_t>{0, 1}));

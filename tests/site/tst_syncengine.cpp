@@ -191,6 +191,64 @@ private slots:
         QCOMPARE(site.names(), std::string("+a.html\n"));
     }
 
+    void onlyTheChosenRowIsDone_andTheTicksComeBack_data() { bothModes_data(); }
+    void onlyTheChosenRowIsDone_andTheTicksComeBack()
+    {
+        QFETCH(bool, rsync);
+        Site site(rsync);
+        site.folders.putAll("sending", "a|b|c|d");
+        QVERIFY(site.compare());
+        site.untick(1);
+        site.engine.tickOnly({site.engine.table().index(1, 0), site.engine.table().index(3, 0)});
+        QCOMPARE(site.names(), std::string("-a\n+b\n-c\n+d\n"));
+        QVERIFY(site.transfer());
+        QCOMPARE(site.names(), std::string("+a\n+c\n"));
+        QCOMPARE(site.folders.listing("receiving"), std::string("b\nd\n"));
+        site.engine.tickOnly({site.engine.table().index(0, 0)});
+        site.engine.cancel();
+        QCOMPARE(site.record.untickedNames(upload), QStringList());
+    }
+
+    void ignoredFilesAreNotListedAgain_data() { bothModes_data(); }
+    void ignoredFilesAreNotListedAgain()
+    {
+        QFETCH(bool, rsync);
+        Site site(rsync);
+        const std::vector<std::string> names = {"a b",       "s/a", "[x]", "*",   "a\\b",     "tail ",
+                                                "s/\nfeed ", "?",   "**a", "\\*", "\xc3\xbc", "#x"};
+        for (const std::string& name : names)
+            site.folders.put("sending/" + name);
+        site.folders.putAll("sending", "a|x|ab|s/b|axa");
+        for (const std::string& name : names)
+            QVERIFY(site.engine.ignore(name));
+        QVERIFY(!site.engine.ignore("\xff"));
+        QVERIFY(site.compare());
+        QCOMPARE(site.names(), std::string("+a\n+ab\n+axa\n+s/b\n+x\n"));
+        QCOMPARE(site.engine.ignoredCount(), names.size());
+    }
+
+    void progressCountsFilesAndBytes_data() { bothModes_data(); }
+    void progressCountsFilesAndBytes()
+    {
+        QFETCH(bool, rsync);
+        Site site(rsync);
+        const std::string bytes(20'000, 'x');
+        for (int i = 0; i < 12; ++i)
+            site.folders.put("sending/" + std::to_string(i), bytes);
+        QVERIFY(site.compare());
+        SyncProgress last;
+        connect(&site.engine, &SyncEngine::progressed, this,
+                [&](const SyncProgress& done, const SyncTotals& all) {
+                    QVERIFY(done.rows >= last.rows && done.rows <= all.files);
+                    QCOMPARE(done.bytes, std::int64_t(done.rows) * 20'000);
+                    QCOMPARE(all.bytes, 240'000);
+                    last = done;
+                });
+        QVERIFY(site.transfer());
+        QCOMPARE(site.engine.state(), State::Done);
+        QCOMPARE(last.rows, std::size_t{12});
+    }
+
     void aSecondTransferOfTheSiteIsRefused()
     {
         Site site(false);

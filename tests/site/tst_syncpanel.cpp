@@ -181,6 +181,35 @@ private slots:
         QCOMPARE(f.folders.listing("receiving"), f.folders.listing("sending"));
     }
 
+    void aRowsMenuIgnoresIt_andShowsIt()
+    {
+        Fixture f;
+        f.folders.putAll("sending", "a.html|docs/b.html");
+        f.panel->sync(Direction::Upload);
+        QTRY_COMPARE(f.rowCount(), 2);
+        auto& table = f.find<QTableView>("syncTableView");
+        const auto choose = [&](const char* title) {
+            emit table.customContextMenuRequested(table.visualRect(table.model()->index(0, 0)).center());
+            auto* const menu = f.panel->findChild<QMenu*>();
+            test::saveScreenshots(*menu, "sync-menu");
+            for (QAction* const action : menu->actions()) {
+                if (action->text() == title)
+                    action->trigger();
+            }
+            delete menu;
+        };
+        choose("Never publish this");
+        QTRY_COMPARE(f.rowCount(), 1);
+        QCOMPARE(f.record.ignoredNames(), "/a.html\n");
+        QString shown;
+        connect(f.panel, &SyncPanel::showRequested, this, [&shown](const std::string& path, bool isSent) {
+            shown = QString::fromStdString(path) + (isSent ? " sent" : " received");
+        });
+        choose("Show in pane");
+        QCOMPARE(shown, "docs/b.html sent");
+        QVERIFY(!f.panel->isVisible());
+    }
+
     void filterSortAndMenuChooseTheRows()
     {
         Fixture f;
