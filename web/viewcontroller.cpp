@@ -292,10 +292,14 @@ void ViewController::perform(const QString& name, const QString& script)
     m_webView->heldInput().take([this, name, script] { performNow(name, script); });
 }
 
-// What was typed before is an edit of its own.
+// What was typed before is an edit of its own, and what is typed next waits: keys and scripts reach the page on paths of
+// their own, and a key might overtake the command.
 void ViewController::performNow(const QString& name, const QString& script)
 {
-    whenCaughtUp(this, [this, name, script] { m_reader->run(script, name); });
+    whenCaughtUp(this, [this, name, script] {
+        m_webView->heldInput().hold();
+        m_reader->run(script, name, [this](const QVariant&) { m_webView->heldInput().release(); });
+    });
 }
 
 void ViewController::performCommand(const QString& title)
