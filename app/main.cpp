@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/program.h"
+#include "desktop/icons.h"
 #include "desktop/singleinstance.h"
+#include "revision.h"
 #include "web/pagescheme.h"
 
 #include <QApplication>
@@ -19,7 +21,7 @@ std::vector<std::string> argumentsIn(int argc, char** argv)
 int answerOnTerminal(const luma::CommandLine& line)
 {
     if (line.request == luma::CommandLine::Request::Version)
-        return std::printf("LUMA %s\n", LUMA_VERSION) < 0 ? 1 : 0;
+        return std::puts("LUMA " LUMA_VERSION_TEXT) < 0 ? 1 : 0;
     if (line.request == luma::CommandLine::Request::Help)
         return std::fputs(luma::usageText, stdout) < 0 ? 1 : 0;
     (void)std::fprintf(stderr, "luma: %s\n%s", line.message.c_str(), luma::usageText);
@@ -92,6 +94,8 @@ int main(int argc, char** argv)
     QApplication::setApplicationName(QStringLiteral("luma"));
     QApplication::setApplicationDisplayName(QStringLiteral("LUMA"));
     QApplication::setApplicationVersion(QStringLiteral(LUMA_VERSION));
+    QApplication::setDesktopFileName(QStringLiteral("org.luma.LUMA"));
+    QApplication::setWindowIcon(luma::icons::application());
 
     // The application object has removed Qt's own options.
     const luma::CommandLine line = luma::readCommandLine(argumentsIn(argc, argv));

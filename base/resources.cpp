@@ -6,22 +6,36 @@
 
 namespace luma {
 
-std::filesystem::path resourceFolder()
+namespace fs = std::filesystem;
+
+namespace {
+
+// Where `name` is below the folder that holds bin: installed as in the build tree, whose tests are in tests/bin.
+// Empty if it isn't there.
+fs::path installed(const fs::path& name)
 {
-    namespace fs = std::filesystem;
     std::error_code error;
-    if (const char* chosen = std::getenv("LUMA_RESOURCES"))
-        return chosen;
     const fs::path program = fs::read_symlink("/proc/self/exe", error);
-    if (error)
-        return {};
-    // bin/luma is next to share/luma, installed as in the build tree.
-    for (const fs::path& folder : {program.parent_path().parent_path() / "share/luma",
-                                   program.parent_path().parent_path().parent_path() / "share/luma"}) {
-        if (fs::is_directory(folder, error))
-            return folder;
+    const fs::path prefix = program.parent_path().parent_path();
+    for (const fs::path& place : {prefix / name, prefix.parent_path() / name}) {
+        if (!error && fs::exists(place, error))
+            return place;
     }
     return {};
+}
+
+} // namespace
+
+fs::path resourceFolder()
+{
+    if (const char* chosen = std::getenv("LUMA_RESOURCES"))
+        return chosen;
+    return installed(LUMA_SHARE);
+}
+
+fs::path helperProgram(const char* name)
+{
+    return installed(fs::path(LUMA_HELPERS) / name);
 }
 
 } // namespace luma

@@ -36,11 +36,10 @@ qint64 FolderWatcher::processId() const
 void FolderWatcher::start(const QString& caption, const std::filesystem::path& folder)
 {
     stop();
-    const QString resources = QFile::decodeName(resourceFolder().c_str());
     watcherTask = new QProcess(this);
-    watcherTask->setWorkingDirectory(resources);
+    watcherTask->setWorkingDirectory(QFile::decodeName(resourceFolder().c_str()));
     watcherTask->setStandardErrorFile(QProcess::nullDevice());
-    watcherTask->start(resources + QLatin1String("/LUMAWatcher"),
+    watcherTask->start(QFile::decodeName(helperProgram("LUMAWatcher").c_str()),
                        {caption, QFile::decodeName(folder.c_str())});
     if (watcherTask->processId() == 0)
         return;

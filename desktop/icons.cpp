@@ -5,6 +5,7 @@
 #include "base/resources.h"
 #include "desktop/symboliconengine.h"
 
+#include <QFile>
 #include <QFileInfo>
 #include <QHash>
 #include <QMimeDatabase>
@@ -89,6 +90,12 @@ QIcon bundled(const QString& name)
 QIcon folder()
 {
     return symbol(QStringLiteral("folder"));
+}
+
+QIcon application()
+{
+    return QIcon::fromTheme(QStringLiteral("org.luma.LUMA"),
+                            QIcon(QFile::decodeName((resourceFolder() / "icons/luma.svg").c_str())));
 }
 
 QIcon forFileName(const QString& fileName)

@@ -11,6 +11,8 @@ namespace luma::icons {
 QIcon folder();
 /// The icon of the content type that belongs to the extension of `fileName`; looked up once per extension.
 QIcon forFileName(const QString& fileName);
+/// LUMA's own, for its windows.
+QIcon application();
 /// The icon of an action or a mark. `name` is a file in resources/icons without ".svg": "upload",
 /// "show-password".
 QIcon symbol(const QString& name);

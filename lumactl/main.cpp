@@ -3,6 +3,7 @@
 #include "lumactl/lumactlcommands.h"
 #include "lumactl/reportoptions.h"
 #include "lumactl/standardoutput.h"
+#include "revision.h"
 
 #include <algorithm>
 #include <string>
@@ -69,6 +70,6 @@ int main(int argc, char** argv)
     if (arguments.front() == "--help" || arguments.front() == "-h")
         return print(programHelp(), ExitCode::Ok);
     if (arguments.front() == "--version")
-        return print("lumactl " LUMA_VERSION "\n", ExitCode::Ok);
+        return print("lumactl " LUMA_VERSION_TEXT "\n", ExitCode::Ok);
     return runCommand(arguments.front(), {arguments.begin() + 1, arguments.end()});
 }
