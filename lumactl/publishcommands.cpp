@@ -100,11 +100,12 @@ std::optional<Sides> sidesOf(const LumactlCommand& command, const CommandArgumen
 // What differs; how much is ignored is said.
 Result<ComparisonReport> compare(const Sides& sides)
 {
-    const PublishedFiles before = PublishedFiles::load(sides.identity());
+    PublishedFiles before = PublishedFiles::load(sides.identity());
     const WorkItem item;
-    auto report = sides.login.empty() ? FolderComparison(sides.folders(), sides.ignored, sides.deletions)
-                                            .run(item, before, sides.direction)
-                                      : sides.rsync().compare(sides.ignored, sides.deletions, item, before);
+    auto report = sides.login.empty()
+                      ? FolderComparison(sides.folders(), sides.ignored, sides.deletions)
+                            .run(item, std::move(before), sides.direction)
+                      : sides.rsync().compare(sides.ignored, sides.deletions, item, std::move(before));
     if (report && report->ignored > 0)
         complain(std::to_string(report->ignored) + " ignored");
     return report;

@@ -2,9 +2,7 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
-#include <vector>
 
 struct stat;
 
@@ -38,20 +36,6 @@ struct FilePair
     std::string path; ///< bytes, relative to both folders
     FileFacts sent;
     FileFacts received;
-};
-
-/// The files of two folders side by side, in no order.
-struct FoundFiles
-{
-    std::vector<FilePair> files = {};
-    std::vector<std::string> folders = {};          ///< of the sending side, its root as ""
-    std::vector<FilePair> emptyFolders = {};        ///< of the sending side, when there is no other
-    std::vector<std::string> foldersOnlyThere = {}; ///< of the receiving side, if asked for
-    std::vector<std::string> problems = {};         ///< lines for the user
-    std::size_t ignored = 0;                        ///< items of the sending side that were left alone
-    bool isComplete = false;                        ///< nothing that one of the two sides has is missing here
-    bool receivingIsEmpty = false;                  ///< the receiving folder has nothing that is not ignored
-    std::optional<std::int64_t> freeBytes = {};     ///< on the receiving disk, where that is known
 };
 
 } // namespace luma

@@ -248,7 +248,11 @@ void Worker::compare(const char* name, int sending, const struct stat& sent)
         addProblem(name, std::errc(errno));
         return;
     }
-    found.files.push_back({pathOf(name), factsOf(sending, name, sent), std::move(receivedFacts)});
+    FileFacts sentFacts = factsOf(sending, name, sent);
+    if (sentFacts.isSameFile(receivedFacts))
+        found.same.add(m_folder, name, sentFacts);
+    else
+        found.files.push_back({pathOf(name), std::move(sentFacts), std::move(receivedFacts)});
 }
 
 // What the receiving folder has besides the names of the sending one.
@@ -376,6 +380,7 @@ FoundFiles FolderComparison::findBelow(const FileDescriptor& sending, const File
         Worker worker(sending, receiving, m_deletions == Deletions::Listed, m_ignored, queue, item);
         worker.run();
         const std::scoped_lock lock(mutex);
+        all.same.append(std::move(worker.found.same));
         append(all.files, worker.found.files);
         append(all.folders, worker.found.folders);
         append(all.emptyFolders, worker.found.emptyFolders);
@@ -391,13 +396,13 @@ FoundFiles FolderComparison::findBelow(const FileDescriptor& sending, const File
     return all;
 }
 
-Result<ComparisonReport> FolderComparison::run(const WorkItem& item, const PublishedFiles& before,
+Result<ComparisonReport> FolderComparison::run(const WorkItem& item, PublishedFiles before,
                                                Direction direction) const
 {
     auto found = find(item);
     if (!found)
         return found.error();
-    ComparisonReport report = judged(*std::move(found), before, direction);
+    ComparisonReport report = judged(*std::move(found), std::move(before), direction);
     const auto folders = std::make_shared<const SyncFolders>(m_folders);
     for (SyncRow& row : report.rows)
         row.folders = folders;

@@ -30,8 +30,7 @@ public:
     /// sending one.
     [[nodiscard]] Result<FoundFiles> find(const WorkItem& item) const;
     /// The rows of what find() finds, for FileTransfer.
-    [[nodiscard]] Result<ComparisonReport> run(const WorkItem& item,
-                                               const PublishedFiles& before = PublishedFiles(),
+    [[nodiscard]] Result<ComparisonReport> run(const WorkItem& item, PublishedFiles before = PublishedFiles(),
                                                Direction direction = Direction::Upload) const;
 
 private:

@@ -15,9 +15,21 @@ namespace {
 // The last one is the form of our own temporary files.
 constexpr std::string_view always = ".git\n.svn\n.hg\n*~\n.*.swp\nThumbs.db\n.DS_Store\n.luma-??????\n";
 
+// Most names do not even end as a pattern does, and fnmatch(3) is slow to find that out.
+bool differAtEnds(std::string_view pattern, std::string_view text)
+{
+    constexpr std::string_view special = "*?[]\\";
+    const auto differ = [special](char wanted, char letter) {
+        return wanted != letter && special.find(wanted) == std::string_view::npos;
+    };
+    return text.empty() || differ(pattern.front(), text.front()) || differ(pattern.back(), text.back());
+}
+
 bool fits(const std::string& pattern, bool isLiteral, const char* text)
 {
-    return isLiteral ? pattern == text : ::fnmatch(pattern.c_str(), text, FNM_PATHNAME) == 0;
+    if (isLiteral)
+        return pattern == text;
+    return !differAtEnds(pattern, text) && ::fnmatch(pattern.c_str(), text, FNM_PATHNAME) == 0;
 }
 
 } // namespace

@@ -14,6 +14,7 @@
 
 #include <cerrno>
 #include <charconv>
+#include <unordered_set>
 
 namespace luma {
 
@@ -113,11 +114,19 @@ Result<void> PublishedFiles::save() const
         return {};
     std::string bytes(format);
     bytes.append(m_site).push_back('\0');
-    for (const auto& [path, entry] : m_entries) {
-        for (const std::int64_t number :
-             {entry.source.size, entry.source.time, entry.destination.size, entry.destination.time})
+    const auto add = [&bytes](std::string_view path, const Facts& source, const Facts& destination) {
+        for (const std::int64_t number : {source.size, source.time, destination.size, destination.time})
             bytes.append(std::to_string(number)).push_back(' ');
         bytes.append(path).push_back('\0');
+    };
+    std::unordered_set<std::string_view> same;
+    m_same.forEach([&](std::string_view path, std::int64_t size, std::int64_t time) {
+        add(path, {size, time}, {size, time});
+        same.insert(path);
+    });
+    for (const auto& [path, entry] : m_entries) {
+        if (!same.contains(path))
+            add(path, entry.source, entry.destination);
     }
     const fs::path file = stateFile(m_site, ".files");
     makeFolderOf(file);
@@ -148,10 +157,9 @@ void PublishedFiles::set(const std::string& path, const Pair& pair, Direction di
     m_entries.insert_or_assign(path, entry);
 }
 
-void PublishedFiles::keep(const std::string& path, const PublishedFiles& other)
+void PublishedFiles::keep(const std::string& path, PublishedFiles& other)
 {
-    if (const auto found = other.m_entries.find(path); found != other.m_entries.end())
-        m_entries.insert_or_assign(path, found->second);
+    m_entries.insert(other.m_entries.extract(path));
 }
 
 PublishedFiles PublishedFiles::emptied() const

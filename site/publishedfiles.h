@@ -4,6 +4,7 @@
 #include "base/filedescriptor.h"
 #include "base/result.h"
 #include "site/filefacts.h"
+#include "site/samefiles.h"
 #include "site/siterecord.h"
 
 #include <filesystem>
@@ -34,12 +35,16 @@ public:
     /// Does nothing for files that belong to no site.
     [[nodiscard]] Result<void> save() const;
 
-    [[nodiscard]] bool isEmpty() const { return m_entries.empty(); }
+    [[nodiscard]] bool isEmpty() const { return m_entries.empty() && m_same.size() == 0; }
+    /// What was loaded, kept or set.
     [[nodiscard]] std::optional<Pair> find(const std::string& path, Direction direction) const;
     /// Forgets `path` unless both are files.
     void set(const std::string& path, const Pair& pair, Direction direction);
-    /// Takes over what `other` has for `path`, if anything.
-    void keep(const std::string& path, const PublishedFiles& other);
+    /// Takes from `other` what it has for `path`, if anything.
+    void keep(const std::string& path, PublishedFiles& other);
+    /// Notes, for save(), files that none of the others notes. A site has many of them, and most comparisons
+    /// end without a save.
+    void addSame(SameFiles same) { m_same = std::move(same); }
     void forget(const std::string& path) { m_entries.erase(path); }
     /// The same site, without files.
     [[nodiscard]] PublishedFiles emptied() const;
@@ -58,6 +63,7 @@ private:
 
     std::string m_site;
     std::unordered_map<std::string, Entry> m_entries;
+    SameFiles m_same; // count for more than the entries
 
     [[nodiscard]] bool parse(std::string_view bytes);
 };

@@ -310,7 +310,7 @@ RsyncJob::RsyncJob(RsyncArguments arguments, ProgramRunner runProgram)
 {}
 
 Result<ComparisonReport> RsyncJob::compare(const IgnoredNames& ignored, Deletions deletions,
-                                           const WorkItem& item, const PublishedFiles& before) const
+                                           const WorkItem& item, PublishedFiles before) const
 {
     if (!m_command.isComplete())
         return Error{"The site lacks a path, a server or a user name"};
@@ -318,12 +318,12 @@ Result<ComparisonReport> RsyncJob::compare(const IgnoredNames& ignored, Deletion
         FolderComparison({.sending = m_command.arguments().local, .receiving = {}}, ignored).find(item);
     if (!local)
         return local.error();
-    return compareWith(*std::move(local), ignored, deletions, item, before);
+    return compareWith(*std::move(local), ignored, deletions, item, std::move(before));
 }
 
 Result<ComparisonReport> RsyncJob::compareWith(FoundFiles local, const IgnoredNames& ignored,
                                                Deletions deletions, const WorkItem& item,
-                                               const PublishedFiles& before) const
+                                               PublishedFiles before) const
 {
     const bool isUpload = m_command.arguments().direction == Direction::Upload;
     const bool listsAll = !isUpload || deletions == Deletions::Listed;
@@ -348,7 +348,7 @@ Result<ComparisonReport> RsyncJob::compareWith(FoundFiles local, const IgnoredNa
                                 : pairedForDownload(std::move(local), remote, deletions);
     found.freeBytes = freeBytes(found, item);
     found.isComplete = deletions == Deletions::Listed && !item.isCancelled();
-    return judged(std::move(found), before, m_command.arguments().direction);
+    return judged(std::move(found), std::move(before), m_command.arguments().direction);
 }
 
 // Of the receiving side. A server is asked only before a transfer that might fill its disk.

@@ -31,7 +31,7 @@ public:
     /// folders that the local side has. An error when rsync could not list it at all; the reason is in its words.
     [[nodiscard]] Result<ComparisonReport> compare(const IgnoredNames& ignored, Deletions deletions,
                                                    const WorkItem& item,
-                                                   const PublishedFiles& before = PublishedFiles()) const;
+                                                   PublishedFiles before = PublishedFiles()) const;
 
     /// Sends the ticked rows, first the files that pages need, then the pages. Then deletes the ticked
     /// deletions, unless something failed, and those of `foldersOnlyThere` that this has emptied. A file that
@@ -49,7 +49,7 @@ public:
 private:
     [[nodiscard]] Result<ComparisonReport> compareWith(FoundFiles local, const IgnoredNames& ignored,
                                                        Deletions deletions, const WorkItem& item,
-                                                       const PublishedFiles& before) const;
+                                                       PublishedFiles before) const;
     [[nodiscard]] std::optional<std::int64_t> freeBytes(const FoundFiles& found, const WorkItem& item) const;
     void lookAgain(const std::vector<SyncRow>& rows, RsyncReport& report, const StillWanted& mayCheck) const;
     void lookAgainHere(const std::vector<SyncRow>& rows, RsyncReport& report) const;

@@ -134,21 +134,22 @@ bool SyncRow::isMarked() const
            reason == SyncReason::DeletedHereChangedThere;
 }
 
-ComparisonReport judged(FoundFiles found, const PublishedFiles& before, Direction direction)
+ComparisonReport judged(FoundFiles found, PublishedFiles before, Direction direction)
 {
     ComparisonReport report;
-    // Only a complete comparison knows what is gone on both sides.
-    report.published = found.isComplete ? before.emptied() : before;
+    report.published = before.emptied();
+    report.counts.sent = report.counts.received = report.counts.common = found.same.size();
     report.counts.receivingIsEmpty = found.receivingIsEmpty;
     report.counts.freeBytes = found.freeBytes;
     for (FilePair& pair : found.files) {
+        if (pair.sent.isSameFile(pair.received))
+            found.same.add({}, pair.path, pair.sent);
         report.counts.sent += pair.sent.exists() ? 1U : 0U;
         report.counts.received += pair.received.exists() ? 1U : 0U;
         report.counts.common += pair.sent.exists() && pair.received.exists() ? 1U : 0U;
         const auto verdict = judge(pair.sent, pair.received, before.find(pair.path, direction));
-        if (!verdict && pair.sent.isSameFile(pair.received))
-            report.published.set(pair.path, {pair.sent, pair.received}, direction);
-        else
+        // Only a complete comparison knows what is gone on both sides.
+        if (found.isComplete)
             report.published.keep(pair.path, before);
         if (!verdict)
             continue;
@@ -162,6 +163,9 @@ ComparisonReport judged(FoundFiles found, const PublishedFiles& before, Directio
              .sent = std::move(pair.sent),
              .received = std::move(pair.received)});
     }
+    if (!found.isComplete)
+        report.published = std::move(before);
+    report.published.addSame(std::move(found.same));
     for (SyncRow& row : report.rows)
         row.select = !row.isMarked();
     std::sort(report.rows.begin(), report.rows.end(),

@@ -3,6 +3,7 @@
 
 #include "site/filefacts.h"
 #include "site/publishedfiles.h"
+#include "site/samefiles.h"
 
 #include <filesystem>
 #include <functional>
@@ -98,7 +99,7 @@ struct ComparisonReport
 /// after the last publish, on both sides. Else the newer one is sent, one that has changed since the last
 /// publish, and one of the same time and another size. A file or link in the place of a folder counts as
 /// missing.
-ComparisonReport judged(FoundFiles found, const PublishedFiles& before, Direction direction);
+ComparisonReport judged(FoundFiles found, PublishedFiles before, Direction direction);
 
 /// Notes in `published` that `row` was transferred, and what the receiving side has since.
 void noteTransfer(PublishedFiles& published, const SyncRow& row, const FileFacts& received,

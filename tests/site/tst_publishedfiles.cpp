@@ -33,6 +33,8 @@ private:
     }
 
 private slots:
+    void init() { fs::remove_all(stateFolder() / "published"); }
+
     // After the last publish, the sending side had 10 bytes of time 100, the receiving one 10 bytes of time 50:
     // a share that keeps no times.
     void rowsOfWhatChangedSince_data()
@@ -64,7 +66,7 @@ private slots:
         QFETCH(FileFacts, received);
         QFETCH(std::string, row);
         for (const Direction direction : {Direction::Upload, Direction::Download}) {
-            PublishedFiles before;
+            PublishedFiles before = PublishedFiles::load("a site").emptied();
             before.set("a", {file(10, 100), file(10, 50)}, direction);
             FoundFiles found;
             found.files = {{"a", sent, received}};
@@ -75,7 +77,8 @@ private slots:
                           each.displayName.substr(0, each.displayName.size() - 1) + textOf(each.reason);
             QCOMPARE(listed, row);
             // What is not transferred stays as it was published.
-            const auto kept = report.published.find("a", direction);
+            QVERIFY(report.published.save());
+            const auto kept = PublishedFiles::load("a site").find("a", direction);
             const bool areSame = sent.isSameFile(received);
             QVERIFY(kept && kept->sent == (areSame ? sent : file(10, 100)));
         }
@@ -89,6 +92,27 @@ private slots:
         QVERIFY(judged(found, before, Direction::Upload).published.find("gone", Direction::Upload));
         found.isComplete = true;
         QVERIFY(judged(found, before, Direction::Upload).published.isEmpty());
+    }
+
+    void sameFilesAreSavedInAnyNumber()
+    {
+        FoundFiles found;
+        SameFiles others;
+        const std::string longName(100'000, 'x');
+        for (int i = 0; i < 5000; ++i)
+            (i % 2 == 0 ? found.same : others).add("folder", std::to_string(i), file(i, -i));
+        others.add({}, longName, file(1, 2));
+        found.same.append(std::move(others));
+        found.files = {{"listed before", file(3, 4), file(3, 4)}};
+        const ComparisonReport report = judged(found, PublishedFiles::load("large"), Direction::Upload);
+        QCOMPARE(report.counts.common, std::size_t{5002});
+        QVERIFY(report.published.save());
+        const PublishedFiles again = PublishedFiles::load("large");
+        for (int i = 0; i < 5000; ++i) {
+            const auto pair = again.find("folder/" + std::to_string(i), Direction::Upload);
+            QVERIFY(pair && pair->sent == file(i, -i) && pair->received == file(i, -i));
+        }
+        QVERIFY(again.find(longName, Direction::Upload) && again.find("listed before", Direction::Upload));
     }
 
     void savedFilesComeBack_readableByTheUserAlone()
