@@ -2,6 +2,7 @@
 #include "web/viewcontroller.h"
 
 #include "web/catchup.h"
+#include "web/consoleruns.h"
 #include "web/formatmenus.h"
 #include "web/linkactions.h"
 #include "web/pagedocument.h"
@@ -15,14 +16,11 @@
 #include <QMenu>
 #include <QVBoxLayout>
 
-#include <csignal>
 #include <utility>
 
 namespace luma {
 
 namespace {
-
-constexpr std::chrono::seconds longestScript{5};
 
 QString titleOf(const QObject* sender)
 {
@@ -87,11 +85,8 @@ void ViewController::createSheets()
         [this](const QString& name, const QString& script) { perform(name, script); }, this);
     m_sourcePanel = new SourcePanel(m_contentView);
     m_console = new ScriptConsole(m_contentView);
-    m_watchdog.setSingleShot(true);
-    connect(&m_watchdog, &QTimer::timeout, this, &ViewController::stopScript);
+    new ConsoleRuns(*m_console, m_webView->editorPage(), *m_catchUp, *m_reader, this);
     connect(m_sourcePanel, &SourcePanel::saved, this, &ViewController::saveSource);
-    connect(m_console, &ScriptConsole::runRequested, this, &ViewController::runJS);
-    connect(&m_webView->editorPage(), &EditorPage::scriptMessage, m_console, &ScriptConsole::addMessage);
 }
 
 void ViewController::connectPage()
@@ -384,28 +379,6 @@ void ViewController::showScriptConsole()
 {
     m_console->show();
     m_console->raise();
-}
-
-void ViewController::runJS(const QString& script)
-{
-    whenCaughtUp(this, [this, script] {
-        m_watchdog.start(longestScript);
-        m_reader->run(script, tr("Script"), [this](const QVariant& answer) {
-            if (m_watchdog.isActive())
-                m_console->showAnswer(answer);
-            m_watchdog.stop();
-        });
-    });
-}
-
-// Nothing else ends a script; until then the page answers nothing.
-void ViewController::stopScript()
-{
-    m_console->addMessage(
-        tr("The script was stopped, as it did not end within %1 seconds. The page is shown as it was before.")
-            .arg(longestScript.count()));
-    if (const qint64 process = m_webView->editorPage().renderProcessPid(); process > 0)
-        ::kill(static_cast<pid_t>(process), SIGKILL);
 }
 
 void ViewController::inspectElement()

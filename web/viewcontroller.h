@@ -7,7 +7,6 @@
 
 #include <QObject>
 #include <QPointer>
-#include <QTimer>
 
 #include <functional>
 #include <vector>
@@ -121,8 +120,6 @@ private:
     void performNow(const QString& name, const QString& script);
     void performCommand(const QString& title);
     void saveSource(const QString& source);
-    void runJS(const QString& script);
-    void stopScript();
 
     PageDocument& m_document;
     QPointer<QWidget> m_contentView;
@@ -140,7 +137,6 @@ private:
     QString m_currentScrollPosition;
     QString m_currentCaret;
     std::vector<int> m_activeElement;
-    QTimer m_watchdog; // runs while a script of the console does
     double m_magnification = 1;
     int m_shows = 0;
     bool m_holdsInput = false;

@@ -199,3 +199,31 @@ function freeFrom(styled, node) {
             }
     styled.replaceWith(...styled.childNodes);
 }
+
+// Styles that are chosen at a caret: what is typed next there gets them, or is freed from them.
+
+function toggleNextStyle(title) {
+    const { startContainer: node, startOffset: offset } = currentRange();
+    const titles = new Set(takePendingStyles());
+    if (!titles.delete(title))
+        titles.add(title);
+    typing.next = { node, offset, titles: Array.from(titles) };
+}
+
+// None where the caret has moved on.
+function takePendingStyles() {
+    const { next } = typing;
+    typing.next = null;
+    const { startContainer, startOffset } = currentRange();
+    return next && next.node.isConnected && (next.node === startContainer && next.offset === startOffset
+        || next.node.contains(startContainer) && next.node instanceof Element) ? next.titles : [];
+}
+
+function styleTyped(node, offset, length, titles) {
+    for (const title of titles) {
+        getSelection().setBaseAndExtent(node, offset, node, offset + length);
+        toggleStyle(title);
+        ({ startContainer: node, startOffset: offset } = currentRange());
+    }
+    getSelection().collapseToEnd();
+}
