@@ -5,6 +5,8 @@
 #include "mounts/mountmonitor.h"
 #include "mounts/mounts.h"
 
+#include <QThread>
+
 namespace luma {
 
 namespace fs = std::filesystem;
@@ -12,6 +14,23 @@ namespace fs = std::filesystem;
 GvfsMounter::GvfsMounter(QObject* parent) : VolumeMounter(parent)
 {
     connect(new MountMonitor(this), &MountMonitor::unmounted, this, &GvfsMounter::reportUnmounted);
+}
+
+std::shared_ptr<VolumeMounter> GvfsMounter::shared()
+{
+    static std::weak_ptr<VolumeMounter> current;
+    std::shared_ptr<VolumeMounter> mounter = current.lock();
+    if (mounter)
+        return mounter;
+    mounter.reset(new GvfsMounter, [](GvfsMounter* last) {
+        // Its notifiers and gvfs' monitor report to the main thread.
+        if (QThread::currentThread() == last->thread())
+            delete last;
+        else
+            last->deleteLater();
+    });
+    current = mounter;
+    return mounter;
 }
 
 Result<fs::path> GvfsMounter::mount(const QString& shareURL, const QString& user, const QString& password,

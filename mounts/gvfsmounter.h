@@ -4,6 +4,7 @@
 #include "mounts/volumemounter.h"
 
 #include <map>
+#include <memory>
 #include <mutex>
 #include <set>
 #include <string>
@@ -12,14 +13,18 @@ namespace luma {
 
 class MountMonitor;
 
-/// The desktop's mounter: mounts.h and MountMonitor behind one interface. One for the application, created
-/// and destroyed on the main thread. The first one of a session takes some hundredths of a second.
+/// The desktop's mounter: mounts.h and MountMonitor behind one interface. Created and destroyed on the main
+/// thread. The first one of a session takes some hundredths of a second.
 class GvfsMounter final : public VolumeMounter
 {
     Q_OBJECT
 
 public:
     explicit GvfsMounter(QObject* parent = nullptr);
+
+    /// The one that all windows share, so that a volume that two of them show is mounted once. Main thread only,
+    /// but the pointer may be let go on any thread, as by a job that ends after its window was closed.
+    static std::shared_ptr<VolumeMounter> shared();
 
     Result<std::filesystem::path> mount(const QString& shareURL, const QString& user, const QString& password,
                                         const std::function<bool()>& isWanted) override;

@@ -69,14 +69,9 @@ HaldenDoc::Services HaldenDoc::standardServices()
         return QString::fromStdString(
             SSHController::setUpRemoteLogin(login.toStdString(), port.toStdString(), password.toStdString()));
     };
-    // Shared by all windows, so that a volume that two of them show is mounted once.
-    static std::weak_ptr<VolumeMounter> shared;
-    std::shared_ptr<VolumeMounter> mounter = shared.lock();
-    if (!mounter)
-        shared = mounter = std::make_shared<GvfsMounter>();
     return {.remoteLogin = {.checkConnection = checkConnection, .setUp = setUp},
             .runProgram = &luma::runProgram,
-            .mounter = mounter,
+            .mounter = GvfsMounter::shared(),
             .reportChoices = {}};
 }
 

@@ -23,6 +23,7 @@
 #include <atomic>
 #include <fstream>
 #include <optional>
+#include <thread>
 
 namespace fs = std::filesystem;
 using namespace luma;
@@ -241,6 +242,18 @@ private slots:
         QTRY_COMPARE(lateSpy.size(), 1);
         QVERIFY(isAtOrBelow(folder->native(), lateSpy[0][0].value<fs::path>().native()));
         QCOMPARE(spy.size(), 2);
+    }
+
+    void sharedMounter_endsOnTheMainThread()
+    {
+        auto mounter = GvfsMounter::shared();
+        QCOMPARE(GvfsMounter::shared(), mounter);
+        std::atomic<QThread*> endedOn = nullptr;
+        connect(mounter.get(), &QObject::destroyed, [&endedOn] { endedOn = QThread::currentThread(); });
+        std::thread([last = std::move(mounter)] {}).join();
+        QTRY_VERIFY(endedOn.load() != nullptr);
+        QCOMPARE(endedOn.load(), QThread::currentThread());
+        QVERIFY(GvfsMounter::shared());
     }
 
     void mounter_reportsEachFolderItReturned()
