@@ -15,13 +15,19 @@
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QKeyEvent>
+#include <QThreadPool>
 #include <QUrl>
 
+#include <chrono>
 #include <cstdio>
+#include <cstdlib>
 
 namespace luma {
 
 namespace {
+
+// Everything is saved by then; a running job ends at its next page or block of a copy.
+constexpr std::chrono::seconds longestWaitForJobs(5);
 
 const QString siteLayoutKey = QStringLiteral("siteWindowLayout");
 
@@ -138,6 +144,11 @@ void Program::terminate()
         (void)std::fprintf(stderr, "luma: %s\n", saved.error().text.c_str());
     closeMainHop();
     terminateRunningChildren();
+    // A file call to a server that no longer answers can't be stopped.
+    if (!QThreadPool::globalInstance()->waitForDone(std::chrono::milliseconds(longestWaitForJobs).count())) {
+        (void)std::fflush(nullptr);
+        std::_Exit(EXIT_SUCCESS);
+    }
 }
 
 } // namespace luma

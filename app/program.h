@@ -29,7 +29,7 @@ public:
     Result<void> launch(const CommandLine& line);
 
     /// Saves the list and ends the watchers and all running jobs and child processes. Also called at quit;
-    /// later calls do nothing.
+    /// later calls do nothing. Ends the whole process if a job has not ended after five seconds.
     void terminate();
 
 protected:

@@ -52,6 +52,21 @@ private slots:
             QSKIP("only root gets a process namespace of its own");
     }
 
+    void aHungJob_doesNotKeepTheProgram()
+    {
+        const QString file = m_home.filePath(QStringLiteral("hung.conf"));
+        QProcess process;
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        process.setProcessEnvironment(environment);
+        process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        process.start(qEnvironmentVariable("LUMA_BUILD_DIR") + QStringLiteral("/bin/quit_with_hung_job"),
+                      {file});
+        QVERIFY(process.waitForFinished(-1));
+        QCOMPARE(process.exitCode(), 0);
+        QVERIFY(Preferences(file).value(QStringLiteral("windows/sites/geometry")).isValid());
+    }
+
     void aSignal_savesAndQuits_data()
     {
         QTest::addColumn<QString>("signal");
