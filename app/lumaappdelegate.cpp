@@ -32,6 +32,9 @@ const QString replacedKey = QStringLiteral("sitesArrayDataReplaced");
 // After the first of several changes, such as the letters of a name.
 constexpr std::chrono::milliseconds saveDelay(500);
 
+// A secret service that has not answered by then keeps the list from being saved no longer.
+constexpr std::chrono::seconds longestWaitForSecrets(5);
+
 // A sheet on `window` that deletes itself when closed. The texts are plain, never markup.
 QMessageBox* sheet(QWidget* window, const QString& name, const QString& message, const QString& information)
 {
@@ -80,6 +83,7 @@ LUMAAppDelegate::LUMAAppDelegate(Preferences& preferences, Services services, QO
     : QObject(parent),
       m_preferences(preferences),
       m_services(std::move(services)),
+      m_passwords(sitesArrayController, m_services.secrets),
       window(std::make_unique<SiteListWindow>(sitesArrayController))
 {
     sitesArrayController.setObjectName(QStringLiteral("sitesArrayController"));
@@ -123,6 +127,10 @@ void LUMAAppDelegate::connectList()
     m_saveSoon.setSingleShot(true);
     m_saveSoon.setInterval(saveDelay);
     connect(&m_saveSoon, &QTimer::timeout, this, &LUMAAppDelegate::saveListNow);
+    m_saveAnyway.setSingleShot(true);
+    m_saveAnyway.setInterval(longestWaitForSecrets);
+    connect(&m_saveAnyway, &QTimer::timeout, this, &LUMAAppDelegate::writeList);
+    connect(&m_passwords, &SitePasswords::settled, this, &LUMAAppDelegate::writeList);
     const auto noteChange = [this] {
         m_isListSaved = false;
         if (!m_saveSoon.isActive())
@@ -159,6 +167,7 @@ void LUMAAppDelegate::loadList()
     sitesArrayController.setRecords(*records);
     if (!records->isEmpty())
         window->select(0);
+    m_passwords.load();
 }
 
 // A value kept earlier stays.
@@ -175,10 +184,12 @@ void LUMAAppDelegate::keepAside(const QString& key, const QVariant& stored)
 
 Result<void> LUMAAppDelegate::saveList()
 {
-    m_saveSoon.stop();
-    if (m_isListSaved)
+    m_saveAnyway.stop();
+    const QByteArray archive = archiveSites(m_passwords.storableRecords());
+    if (m_isListSaved || archive == m_stored) {
+        m_isListSaved = true;
         return m_preferences.save();
-    const QByteArray archive = archiveSites(sitesArrayController.records());
+    }
     if (const auto readable = unarchiveSites(archive); !readable)
         return readable.error();
     // Reads what another process has written meanwhile.
@@ -189,11 +200,22 @@ Result<void> LUMAAppDelegate::saveList()
     m_stored = archive;
     auto saved = m_preferences.save();
     m_isListSaved = bool(saved);
+    if (saved)
+        m_passwords.dropUnneeded();
     return saved;
 }
 
 void LUMAAppDelegate::saveListNow()
 {
+    if (m_passwords.store())
+        m_saveAnyway.start();
+    else
+        writeList();
+}
+
+void LUMAAppDelegate::writeList()
+{
+    m_isListSaved = false;
     const auto saved = saveList();
     window->showSaveError(saved ? QString() : QString::fromStdString(saved.error().text));
 }
@@ -201,7 +223,9 @@ void LUMAAppDelegate::saveListNow()
 Result<void> LUMAAppDelegate::applicationWillTerminate()
 {
     window->saveTo(m_preferences);
+    m_saveSoon.stop();
     auto saved = saveList();
+    m_passwords.cancel();
     endStrayWatchers(m_services.shell);
     return saved;
 }
@@ -219,6 +243,18 @@ void LUMAAppDelegate::handleDoubleClick()
         WindowRegistry::bringToFront(open);
         return;
     }
+    if (m_opening.contains(record))
+        return;
+    m_opening += record;
+    if (!m_passwords.whenLoaded(record, [this, record] { openSite(record); }))
+        window->showNotice(tr("Waiting for the password. The desktop may ask you to unlock its keyring."));
+}
+
+void LUMAAppDelegate::openSite(const SiteList::Record& record)
+{
+    m_opening.removeAll(record);
+    if (m_opening.isEmpty())
+        window->showNotice({});
     normalise(*record->sourceDict());
     normalise(*record->destinationDict());
     m_services.showSite(record);
@@ -256,6 +292,7 @@ void LUMAAppDelegate::removeRecord(const SiteList::Record& record)
             continue;
         if (const auto next = sitesArrayController.remove(row)) {
             m_removed.emplace_back(row, record);
+            m_passwords.forget(*record);
             window->select(*next);
         }
         break;
@@ -269,6 +306,7 @@ void LUMAAppDelegate::undoRemove()
         return;
     const auto [row, record] = m_removed.back();
     m_removed.pop_back();
+    m_passwords.remember(*record);
     window->select(sitesArrayController.putBack(row, record));
     showUndo();
 }

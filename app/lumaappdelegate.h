@@ -4,6 +4,7 @@
 #include "app/endpointform.h"
 #include "app/preferences.h"
 #include "app/sitelist.h"
+#include "app/sitepasswords.h"
 #include "app/versioncheck.h"
 #include "shell/commandrunner.h"
 
@@ -36,6 +37,8 @@ public:
         /// WindowRegistry.
         std::function<void(const SiteList::Record& siteDict)> showSite;
         std::function<bool(const QUrl& url)> openUrl;
+        /// Keeps the passwords; without one they are stored in the list.
+        std::shared_ptr<const SecretStore> secrets = nullptr;
     };
 
     /// `preferences` outlives the delegate and starts with initialValues().
@@ -59,7 +62,8 @@ public:
     /// is open.
     Result<void> applicationWillTerminate();
 
-    /// Opens the selected site, or brings its window to the front.
+    /// Opens the selected site, or brings its window to the front. Opens it later if its password has to be read
+    /// first.
     void handleDoubleClick();
     void add();
     /// Asks, then removes the selected record, but never the last one.
@@ -77,11 +81,13 @@ public:
 private:
     void connectWindow();
     void connectList();
+    void openSite(const SiteList::Record& record);
     void loadList();
     /// Saves the list if it has changed, and the preferences.
     Result<void> saveList();
-    /// The same; the list's window shows an error.
+    /// The same, after the changed passwords have been stored; the list's window shows an error.
     void saveListNow();
+    void writeList();
     void keepAside(const QString& key, const QVariant& stored);
     void warnOfLastRecord();
     void removeRecord(const SiteList::Record& record);
@@ -91,9 +97,12 @@ private:
     Preferences& m_preferences;
     Services m_services;
     SiteList sitesArrayController;
+    SitePasswords m_passwords;
     std::unique_ptr<SiteListWindow> window;
     std::vector<std::pair<int, SiteList::Record>> m_removed; ///< with their rows, the latest last
+    QList<SiteList::Record> m_opening;                       ///< sites whose passwords are being read
     QTimer m_saveSoon;
+    QTimer m_saveAnyway;
     bool m_isListSaved = true;
     QVariant m_stored; ///< the list as last read or written
 };

@@ -68,7 +68,7 @@ Program::Program(const QString& preferencesFile, CommandRunner shell)
 LUMAAppDelegate::Services Program::services()
 {
     return {m_shell, [this](const SiteList::Record& siteDict) { openSite(siteDict); },
-            [](const QUrl& url) { return QDesktopServices::openUrl(url); }};
+            [](const QUrl& url) { return QDesktopServices::openUrl(url); }, std::make_shared<SecretStore>()};
 }
 
 Result<void> Program::launch(const CommandLine& line)

@@ -36,6 +36,7 @@ SiteListWindow::SiteListWindow(SiteList& sites, QWidget* parent)
     connectList();
     connectForm();
     showSaveError({});
+    showNotice({});
     showSelected();
 }
 
@@ -193,6 +194,12 @@ void SiteListWindow::showSaveError(const QString& reason)
 {
     m_ui->saveErrorLabel->setText(tr("The list of sites is not saved. %1").arg(reason));
     m_ui->saveErrorLabel->setVisible(!reason.isEmpty());
+}
+
+void SiteListWindow::showNotice(const QString& text)
+{
+    m_ui->noticeLabel->setText(text);
+    m_ui->noticeLabel->setVisible(!text.isEmpty());
 }
 
 void SiteListWindow::restoreFrom(const Preferences& preferences)

@@ -47,6 +47,9 @@ public:
     /// Says below the list that it could not be saved; an empty text takes that back.
     void showSaveError(const QString& reason);
 
+    /// Says below the list what is going on; an empty text takes that back.
+    void showNotice(const QString& text);
+
     void restoreFrom(const Preferences& preferences);
     void saveTo(Preferences& preferences) const;
 

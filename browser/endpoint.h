@@ -17,6 +17,8 @@ inline constexpr QLatin1StringView volume{"volume"};
 inline constexpr QLatin1StringView path{"path"};
 inline constexpr QLatin1StringView user{"user"};
 inline constexpr QLatin1StringView password{"password"};
+/// The name under which the desktop's secret service has the password; a stored record then holds none.
+inline constexpr QLatin1StringView passwordID{"passwordID"};
 inline constexpr QLatin1StringView autoconnect{"autoconnect"};
 inline constexpr QLatin1StringView sshPortNo{"sshPortNo"};
 

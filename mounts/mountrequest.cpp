@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "mounts/gpointer.h"
+#include "base/gpointer.h"
 // GLib's headers come first, because they use Qt's word `signals` for a member.
 #include "mounts/mountrequest.h"
 #include "mounts/owncontext.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "mounts/gpointer.h"
+#include "base/gpointer.h"
 
 namespace luma {
 

@@ -15,6 +15,7 @@ struct GRelease final
     void operator()(char* text) const { g_free(text); }
     void operator()(GError* error) const { g_error_free(error); }
     void operator()(GMainContext* context) const { g_main_context_unref(context); }
+    void operator()(GHashTable* table) const { g_hash_table_unref(table); }
     void operator()(GMainLoop* loop) const { g_main_loop_unref(loop); }
     void operator()(GSource* source) const
     {
@@ -23,7 +24,7 @@ struct GRelease final
     }
 };
 
-/// An owned reference to a GObject, string, error, loop, context or source.
+/// An owned reference to a GObject, string, error, loop, context, hash table or source.
 template <class T>
 using GPointer = std::unique_ptr<T, GRelease>;
 
