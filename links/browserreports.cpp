@@ -3,9 +3,9 @@
 
 #include "base/orderedwork.h"
 #include "base/pathbelow.h"
-#include "links/namesearch.h"
+#include "links/targetreader.h"
 
-#include <memory>
+#include <deque>
 #include <vector>
 
 namespace luma {
@@ -15,42 +15,6 @@ namespace fs = std::filesystem;
 namespace {
 
 using Id = SiteTree::Id;
-
-// Reads pages for links to one target. Each thread has its own.
-class TargetReader final
-{
-public:
-    TargetReader(BrowserSite& site, Id target, const NameSearch& name)
-        : m_site(&site), m_target(target), m_name(&name), m_checker(site, FindingsKept::All)
-    {}
-
-    // Nothing where the file does not refer to the target.
-    std::optional<WebPage> read(Id file)
-    {
-        const std::string_view name = m_site->tree().name(file);
-        if (webFileKind(name) != WebFileKind::Other) {
-            WebPage page = m_checker.check(file);
-            std::erase_if(page.links, [&](const WebLink& link) {
-                return link.file != m_target && link.folder != m_target;
-            });
-            if (!page.links.empty())
-                return page;
-        }
-        if (!mentionsFiles(name) || file == m_target)
-            return std::nullopt;
-        const auto text = m_reader.read(m_site->tree().path(file));
-        if (!text || !m_name->holdsAny(*text))
-            return std::nullopt;
-        return WebPage{m_site->tree().subpath(file), {}, {}};
-    }
-
-private:
-    BrowserSite* m_site;
-    Id m_target;
-    const NameSearch* m_name;
-    BrowserChecker m_checker;
-    FileReader m_reader;
-};
 
 Result<bool> stoppedOrError(const Error& error)
 {
@@ -70,11 +34,7 @@ Result<bool> checkWebLinks(const fs::path& site, const WebRules& rules, Findings
     const auto tree = SiteTree::read(site, stillWanted);
     if (!tree)
         return stoppedOrError(tree.error());
-    std::vector<Id> pages;
-    for (const Id file : tree->files()) {
-        if (webFileKind(tree->name(file)) != WebFileKind::Other)
-            pages.push_back(file);
-    }
+    const std::vector<Id> pages = tree->webPages();
     BrowserSite shared(*tree, rules);
     using Work = OrderedWork<WebPage>;
     std::vector<BrowserChecker> checkers;
@@ -123,12 +83,15 @@ Result<bool> findWebLinksTo(const fs::path& site, const fs::path& target, const 
         return Error{target.native() + ": Not in the site"};
     const NameSearch name({target.filename().native()});
     using Work = OrderedWork<std::optional<WebPage>>;
-    std::vector<std::unique_ptr<TargetReader>> readers;
-    for (std::size_t worker = 0; worker < Work::workerCount(); ++worker)
-        readers.push_back(std::make_unique<TargetReader>(shared, id, name));
+    std::deque<BrowserChecker> checkers;
+    std::deque<TargetReader> readers;
+    for (std::size_t worker = 0; worker < Work::workerCount(); ++worker) {
+        BrowserChecker& checker = checkers.emplace_back(shared, FindingsKept::All);
+        readers.emplace_back(*tree, id, name, [&checker](Id file) { return checker.check(file); });
+    }
     const std::vector<Id>& files = tree->files();
     return Work(files.size(), stillWanted)
-        .run([&](std::size_t index, std::size_t worker) { return readers[worker]->read(files[index]); },
+        .run([&](std::size_t index, std::size_t worker) { return readers[worker].read(files[index]); },
              [&](std::size_t, const std::optional<WebPage>& found) {
                  if (found)
                      page(*found);

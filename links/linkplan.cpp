@@ -27,14 +27,6 @@ namespace {
 
 using Id = SiteTree::Id;
 
-fs::path trimmed(const fs::path& path)
-{
-    std::string text = path.native();
-    while (text.size() > 1 && text.ends_with('/'))
-        text.pop_back();
-    return text;
-}
-
 // A symbolic link into the site: the page is rewritten under its own path.
 bool isLinkIntoSite(const SiteTree& tree, Id page, const std::string& file)
 {
@@ -55,7 +47,7 @@ bool isPageOrSheet(std::string_view name)
 fs::path inRoot(const fs::path& path, const fs::path& root)
 {
     std::error_code error;
-    const fs::path trim = trimmed(path);
+    const fs::path trim = withoutEndSlashes(path);
     const fs::path realRoot = fs::canonical(root, error);
     const fs::path folder = error ? fs::path() : fs::canonical(trim.parent_path(), error);
     const auto below = error ? std::nullopt : pathBelow(folder.native(), realRoot.native());
@@ -304,8 +296,9 @@ std::string withEdits(std::string_view bytes, const std::vector<LinkEdit>& edits
 Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWanted)
 {
     LinkPlan plan{request, {}, {}};
-    plan.request.site = trimmed(request.site);
-    plan.request.sourceRoot = request.sourceRoot.empty() ? plan.request.site : trimmed(request.sourceRoot);
+    plan.request.site = withoutEndSlashes(request.site);
+    plan.request.sourceRoot =
+        request.sourceRoot.empty() ? plan.request.site : withoutEndSlashes(request.sourceRoot);
     checkItems(plan);
     const bool isOneRoot = plan.request.sourceRoot == plan.request.site;
     std::vector<MovedPlaces::Item> items;

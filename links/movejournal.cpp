@@ -85,25 +85,12 @@ void removeTemporaries(const fs::path& folder)
         (void)removeItem(file);
 }
 
-Result<void> makeFolders(const fs::path& folder)
-{
-    if (::mkdir(folder.c_str(), S_IRWXU) == 0 || errno == EEXIST)
-        return {};
-    if (errno != ENOENT || folder == folder.parent_path())
-        return systemError(folder, errno);
-    if (auto above = makeFolders(folder.parent_path()); !above)
-        return above;
-    if (::mkdir(folder.c_str(), S_IRWXU) != 0 && errno != EEXIST)
-        return systemError(folder, errno);
-    return {};
-}
-
 } // namespace
 
 Result<MoveJournal> MoveJournal::open(const fs::path& site)
 {
     fs::path folder = journalFolder(site);
-    if (auto made = makeFolders(folder); !made)
+    if (auto made = makePrivateFolder(folder); !made)
         return made.error();
     const fs::path path = folder / "lock";
     FileDescriptor lock(::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, S_IRUSR | S_IWUSR));

@@ -9,46 +9,52 @@
 
 namespace luma {
 
-PageAnchors::PageAnchors(const SiteTree& tree) : m_tree(&tree), m_anchors(tree.size()) {}
-
-PageAnchors::~PageAnchors()
+PagePlaces PagePlaces::of(const SitePageReader& reader)
 {
-    for (const auto& anchors : m_anchors)
-        delete anchors.load();
+    PagePlaces places{reader.holdsServerCode(), {}};
+    places.hashes.reserve(reader.page().anchors().size());
+    for (const std::string_view anchor : reader.page().anchors())
+        places.hashes.push_back(hashBytes(anchor));
+    std::sort(places.hashes.begin(), places.hashes.end());
+    return places;
 }
+
+PageAnchors::PageAnchors(const SiteTree& tree) : m_tree(&tree), m_places(tree.size()) {}
 
 void PageAnchors::put(Id id, const SitePageReader& reader)
 {
-    if (m_anchors[id].load(std::memory_order_acquire) != nullptr)
-        return;
-    auto anchors = std::make_unique<Anchors>();
-    anchors->anyMayBeThere = reader.holdsServerCode();
-    anchors->hashes.reserve(reader.page().anchors().size());
-    for (const std::string_view anchor : reader.page().anchors())
-        anchors->hashes.push_back(hashBytes(anchor));
-    std::sort(anchors->hashes.begin(), anchors->hashes.end());
-    keep(id, std::move(anchors));
+    if (m_places[id].load(std::memory_order_acquire) == nullptr)
+        keep(id, PagePlaces::of(reader));
 }
 
-const PageAnchors::Anchors& PageAnchors::keep(Id id, std::unique_ptr<const Anchors> anchors)
+void PageAnchors::lend(Id id, const PagePlaces& places)
 {
-    const Anchors* expected = nullptr;
-    if (m_anchors[id].compare_exchange_strong(expected, anchors.get(), std::memory_order_acq_rel))
-        return *anchors.release();
-    return *expected;
+    const PagePlaces* expected = nullptr;
+    m_places[id].compare_exchange_strong(expected, &places, std::memory_order_acq_rel);
 }
 
-const PageAnchors::Anchors& PageAnchors::of(Id id, SitePageReader& spare)
+void PageAnchors::clear()
 {
-    if (const Anchors* const known = m_anchors[id].load(std::memory_order_acquire))
+    for (auto& places : m_places)
+        places.store(nullptr, std::memory_order_relaxed);
+    m_own.clear();
+}
+
+const PagePlaces& PageAnchors::keep(Id id, PagePlaces places)
+{
+    const std::scoped_lock lock(m_mutex);
+    if (const PagePlaces* const known = m_places[id].load(std::memory_order_acquire))
         return *known;
-    if (spare.read(m_tree->path(id))) {
-        put(id, spare);
-        return *m_anchors[id].load(std::memory_order_acquire);
-    }
-    auto unread = std::make_unique<Anchors>();
-    unread->anyMayBeThere = true;
-    return keep(id, std::move(unread));
+    const PagePlaces& own = m_own.emplace_back(std::move(places));
+    lend(id, own);
+    return *m_places[id].load(std::memory_order_acquire);
+}
+
+const PagePlaces& PageAnchors::of(Id id, SitePageReader& spare)
+{
+    if (const PagePlaces* const known = m_places[id].load(std::memory_order_acquire))
+        return *known;
+    return keep(id, spare.read(m_tree->path(id)) ? PagePlaces::of(spare) : PagePlaces{true, {}});
 }
 
 bool PageAnchors::has(Id id, std::string_view fragment, SitePageReader& spare)
@@ -57,7 +63,7 @@ bool PageAnchors::has(Id id, std::string_view fragment, SitePageReader& spare)
     fragment = fragment.substr(0, fragment.find(":~:"));
     if (fragment.empty() || equalIgnoringAsciiCase(fragment, "top"))
         return true;
-    const Anchors& anchors = of(id, spare);
+    const PagePlaces& anchors = of(id, spare);
     const auto holds = [&anchors](std::string_view name) {
         return std::binary_search(anchors.hashes.begin(), anchors.hashes.end(), hashBytes(name));
     };
@@ -67,7 +73,7 @@ bool PageAnchors::has(Id id, std::string_view fragment, SitePageReader& spare)
 
 bool PageAnchors::hasMap(Id id, std::string_view usemap, SitePageReader& spare)
 {
-    const Anchors& anchors = of(id, spare);
+    const PagePlaces& anchors = of(id, spare);
     const std::size_t hash = usemap.find('#');
     const std::string_view name =
         hash == std::string_view::npos ? std::string_view() : usemap.substr(hash + 1);

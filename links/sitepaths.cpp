@@ -157,7 +157,7 @@ SitePlace SitePaths::inFolder(Id folder, const std::string& path) const
     for (const std::string& name : m_indexNames) {
         const Id id = find(path.empty() ? name : joined(path, name));
         if (id != SiteTree::none && isFile(m_tree->type(id)))
-            return {MissingReason::None, id, folder};
+            return {MissingReason::None, id, folder, false};
     }
     return missing(MissingReason::FolderWithoutIndex);
 }
@@ -168,7 +168,7 @@ SitePlace SitePaths::notInTree(const LinkTarget& target) const
         for (const std::string_view extension : leftOutExtensions) {
             const Id id = find(target.path + std::string(extension));
             if (id != SiteTree::none && isFile(m_tree->type(id)))
-                return {MissingReason::None, id, SiteTree::none};
+                return {MissingReason::None, id, SiteTree::none, false};
         }
     }
     std::string_view above = target.path;
@@ -182,13 +182,20 @@ SitePlace SitePaths::notInTree(const LinkTarget& target) const
         if (type == Type::LinkToFolder || type == Type::UnreadableFolder)
             return onDisk(target);
         if (isFile(type) && takesPathBehind(above))
-            return {MissingReason::None, id, SiteTree::none};
+            return {MissingReason::None, id, SiteTree::none, false};
         break;
     }
     return target.path.ends_with(folderSettingsName) ? onDisk(target) : missing();
 }
 
 SitePlace SitePaths::onDisk(const LinkTarget& target) const
+{
+    SitePlace place = placeOnDisk(target);
+    place.isFromDisk = true;
+    return place;
+}
+
+SitePlace SitePaths::placeOnDisk(const LinkTarget& target) const
 {
     if (target.path.find('\0') != std::string::npos)
         return missing();
@@ -198,17 +205,17 @@ SitePlace SitePaths::onDisk(const LinkTarget& target) const
     if (::stat(path.c_str(), &status) != 0)
         return missing();
     if (!S_ISDIR(status.st_mode))
-        return target.isFolderForm ? missing() : placeOnDisk(path);
+        return target.isFolderForm ? missing() : behindLinks(path);
     for (const std::string& name : m_indexNames) {
         const std::string index = joined(path, name);
         if (::stat(index.c_str(), &status) == 0 && !S_ISDIR(status.st_mode))
-            return placeOnDisk(index);
+            return behindLinks(index);
     }
     return missing(MissingReason::FolderWithoutIndex);
 }
 
 // What is reached through a symbolic link may be in the tree under its own path.
-SitePlace SitePaths::placeOnDisk(const std::string& path) const
+SitePlace SitePaths::behindLinks(const std::string& path) const
 {
     const std::string real = realPath(path);
     const std::string start = m_realRoot.ends_with('/') ? m_realRoot : m_realRoot + "/";

@@ -33,6 +33,7 @@ struct SitePlace
     /// tree.
     SiteTree::Id file = SiteTree::none;
     SiteTree::Id folder = SiteTree::none; // whose index page the file is
+    bool isFromDisk = false;              // the disk was asked, because the tree can't tell
 };
 
 /// Looks up the places that addresses lead to, each with one look-up of its whole path. The disk is asked for what
@@ -55,7 +56,8 @@ private:
     [[nodiscard]] SitePlace inFolder(Id folder, const std::string& path) const;
     [[nodiscard]] SitePlace notInTree(const LinkTarget& target) const;
     [[nodiscard]] SitePlace onDisk(const LinkTarget& target) const;
-    [[nodiscard]] SitePlace placeOnDisk(const std::string& path) const;
+    [[nodiscard]] SitePlace placeOnDisk(const LinkTarget& target) const;
+    [[nodiscard]] SitePlace behindLinks(const std::string& path) const;
 
     struct Slot
     {

@@ -4,6 +4,7 @@
 #include "base/filecalls.h"
 #include "base/folderreader.h"
 #include "links/bytehash.h"
+#include "links/webrules.h"
 
 #include <algorithm>
 #include <bit>
@@ -55,12 +56,18 @@ Result<std::vector<Item>> itemsIn(const std::string& path)
 
 } // namespace
 
+std::filesystem::path withoutEndSlashes(const std::filesystem::path& path)
+{
+    std::string text = path.native();
+    while (text.size() > 1 && text.ends_with('/'))
+        text.pop_back();
+    return text;
+}
+
 Result<SiteTree> SiteTree::read(const std::filesystem::path& root, const StillWanted& stillWanted)
 {
     SiteTree tree;
-    tree.m_rootPath = root.native();
-    while (tree.m_rootPath.size() > 1 && tree.m_rootPath.ends_with('/'))
-        tree.m_rootPath.pop_back();
+    tree.m_rootPath = withoutEndSlashes(root).native();
     tree.add(none, {}, Type::Folder);
     if (const auto added = tree.addFolder(SiteTree::root, tree.m_rootPath, stillWanted); !added)
         return added.error();
@@ -143,6 +150,24 @@ SiteTree::Id SiteTree::child(Id folder, std::string_view wanted) const
     return none;
 }
 
+bool SiteTree::isAsOnDisk(Id folder) const
+{
+    const auto items = itemsIn(path(folder));
+    if (!items || m_entries[folder].type != Type::Folder)
+        return false;
+    auto item = items->begin();
+    for (Id id = folder + 1; id < m_entries.size(); ++id) {
+        if (m_entries[id].parent != folder)
+            continue;
+        const bool isSame =
+            item != items->end() && item->name() == name(id) && (item->type == m_entries[id].type);
+        if (!isSame)
+            return false;
+        ++item;
+    }
+    return item == items->end();
+}
+
 SiteTree::Id SiteTree::find(std::string_view subpath) const
 {
     Id id = root;
@@ -183,6 +208,14 @@ std::vector<SiteTree::Id> SiteTree::pages() const
     std::vector<Id> pages;
     std::copy_if(m_files.begin(), m_files.end(), std::back_inserter(pages),
                  [this](Id id) { return m_entries[id].kind == FileKind::Page; });
+    return pages;
+}
+
+std::vector<SiteTree::Id> SiteTree::webPages() const
+{
+    std::vector<Id> pages;
+    std::copy_if(m_files.begin(), m_files.end(), std::back_inserter(pages),
+                 [this](Id id) { return webFileKind(name(id)) != WebFileKind::Other; });
     return pages;
 }
 

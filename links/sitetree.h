@@ -13,6 +13,9 @@
 
 namespace luma {
 
+/// A path without slashes at its end, but for that of "/".
+std::filesystem::path withoutEndSlashes(const std::filesystem::path& path);
+
 /// Everything below a site's folder at the time it was read, with hidden items but without ".DS_Store";
 /// symbolic links are not followed. Reports use it instead of the disk. Once it is made, any thread may use
 /// it.
@@ -39,6 +42,8 @@ public:
     [[nodiscard]] const std::vector<Id>& files() const { return m_files; }
     /// Those that are pages.
     [[nodiscard]] std::vector<Id> pages() const;
+    /// Those that are pages or style sheets to a browser.
+    [[nodiscard]] std::vector<Id> webPages() const;
     [[nodiscard]] std::size_t size() const { return m_entries.size(); }
 
     [[nodiscard]] const std::string& rootPath() const { return m_rootPath; }
@@ -53,6 +58,13 @@ public:
     [[nodiscard]] Id child(Id folder, std::string_view name) const;
     /// The item at `subpath`, or none.
     [[nodiscard]] Id find(std::string_view subpath) const;
+    /// Whether the folder on the disk holds the items that it has here.
+    [[nodiscard]] bool isAsOnDisk(Id folder) const;
+    /// Whether the other tree has the same items with the same numbers.
+    [[nodiscard]] bool hasSameItems(const SiteTree& other) const
+    {
+        return m_entries == other.m_entries && m_names == other.m_names;
+    }
 
 private:
     struct Entry
@@ -62,6 +74,8 @@ private:
         std::uint16_t nameLength;
         Type type;
         FileKind kind;
+
+        bool operator==(const Entry&) const = default;
     };
 
     Result<void> addFolder(Id folder, const std::string& path, const StillWanted& stillWanted);

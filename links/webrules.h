@@ -23,6 +23,8 @@ struct WebRules
     bool extensionsMayBeLeftOut = false;
     /// Whether the place that "#name" means must be in the page.
     bool fragmentsAreChecked = true;
+
+    bool operator==(const WebRules&) const = default;
 };
 
 /// What a file is to a browser, by its extension, letter case ignored.

@@ -30,6 +30,30 @@ public:
             site.put(name, "<p id=there><a name='two words'>");
     }
 
+    std::string page()
+    {
+        std::string html = "<!doctype html>\n<html><head><meta charset=utf-8><title><a href=gone></title>";
+        if (m_random.bounded(6) == 0)
+            html += one(
+                {"<base href=/a/>", "<base href=../>", "<base href='http://other.org/'>", "<base target=x>"});
+        html += "<style>" + sheet(2) + "</style></head><body id=\"there\"><!-- <a href=gone> -->\n";
+        for (int i = 0; i < 25; ++i) {
+            const std::string opening =
+                one({"a href", "img src", "img alt='a > b' src", "A HREF ", "form action", "video poster",
+                     "iframe src", "object data", "td background", "q cite", "p href", "svg><use xlink:href",
+                     "script src", "link rel=stylesheet href", "a href=x.png href"});
+            const std::string name = opening.substr(0, opening.find_first_of(" >"));
+            html += (name == "td" ? "<table><tr>" : "") + ("<" + opening) + "=" + quoted() + ">";
+            html += name == "script" ? "'<a href=gone>'" : "";
+            html +=
+                (name == "svg" ? "</use>" : "") + ("</" + name) + ">" + (name == "td" ? "</table>\n" : "\n");
+        }
+        html += "<img srcset=\"a/x.png 1x, /gone.png 2x,../x.png, /a/X.png 3x\">";
+        html +=
+            "<map name=there></map><img usemap='#there'><img usemap=#gone><p style='b: url(\"/none.png\")'>";
+        return html + "<textarea><a href=gone></textarea>";
+    }
+
 private:
     std::string one(std::initializer_list<const char*> choices)
     {
@@ -78,30 +102,6 @@ private:
         for (int i = 0; i < rules; ++i)
             css += "a::before { content: \"url(x)\"; b: url(" + quoted() + ") }\n";
         return css;
-    }
-
-    std::string page()
-    {
-        std::string html = "<!doctype html>\n<html><head><meta charset=utf-8><title><a href=gone></title>";
-        if (m_random.bounded(6) == 0)
-            html += one(
-                {"<base href=/a/>", "<base href=../>", "<base href='http://other.org/'>", "<base target=x>"});
-        html += "<style>" + sheet(2) + "</style></head><body id=\"there\"><!-- <a href=gone> -->\n";
-        for (int i = 0; i < 25; ++i) {
-            const std::string opening =
-                one({"a href", "img src", "img alt='a > b' src", "A HREF ", "form action", "video poster",
-                     "iframe src", "object data", "td background", "q cite", "p href", "svg><use xlink:href",
-                     "script src", "link rel=stylesheet href", "a href=x.png href"});
-            const std::string name = opening.substr(0, opening.find_first_of(" >"));
-            html += (name == "td" ? "<table><tr>" : "") + ("<" + opening) + "=" + quoted() + ">";
-            html += name == "script" ? "'<a href=gone>'" : "";
-            html +=
-                (name == "svg" ? "</use>" : "") + ("</" + name) + ">" + (name == "td" ? "</table>\n" : "\n");
-        }
-        html += "<img srcset=\"a/x.png 1x, /gone.png 2x,../x.png, /a/X.png 3x\">";
-        html +=
-            "<map name=there></map><img usemap='#there'><img usemap=#gone><p style='b: url(\"/none.png\")'>";
-        return html + "<textarea><a href=gone></textarea>";
     }
 
     QRandomGenerator m_random;

@@ -1,0 +1,110 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/files.h"
+#include "bench/measuring.h"
+#include "links/browserreports.h"
+#include "links/linkstore.h"
+#include "links/sitelinks.h"
+
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <optional>
+#include <string>
+
+// What it costs to answer from the links that are kept of a site, beside reading every page. PAGE is rewritten, and TARGET is
+// what links are looked for.
+//
+//     indexspeed SITE PAGE TARGET
+//
+// The site is left as it was. The store is written to the cache folder: set XDG_CACHE_HOME.
+
+using namespace luma;
+using bench::Stopwatch;
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int rounds = 5;
+
+double measured(const std::function<void()>& work)
+{
+    const Stopwatch watch;
+    work();
+    return watch.milliseconds();
+}
+
+double median(const std::function<void()>& work)
+{
+    std::vector<double> times;
+    for (int round = 0; round < rounds; ++round)
+        times.push_back(measured(work));
+    return bench::middle(times);
+}
+
+void show(const char* what, double time, double cold)
+{
+    std::printf("%-42s %9.1f ms %8.3f of a check\n", what, time, time / cold);
+}
+
+// In MB.
+double memoryInUse()
+{
+    constexpr double pagesToMegabytes = 4096.0 / 1048576.0;
+    std::ifstream file("/proc/self/statm");
+    std::size_t all = 0;
+    std::size_t resident = 0;
+    file >> all >> resident;
+    return static_cast<double>(resident) * pagesToMegabytes;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    if (argc != 4) {
+        std::fputs("Usage: indexspeed SITE PAGE TARGET\n", stderr);
+        return 2;
+    }
+    const fs::path site = argv[1];
+    const fs::path page = site / argv[2];
+    std::size_t found = 0;
+    const auto sink = [&found](const WebPage& with) { found += with.links.size(); };
+    const double cold = median([&] { (void)*checkWebLinks(site, {}, FindingsKept::Missing, sink); });
+    show("check without what is kept", cold, cold);
+
+    const double before = memoryInUse();
+    std::optional<SiteLinks> links;
+    links.emplace(site, SiteLinks::Keeping::Stored);
+    links->setWatched(true);
+    const auto report = [&] { (void)*links->findMissing({}, sink); };
+    show("first report", measured(report), cold);
+    std::printf("%-42s %9.1f MB\n", "memory of what is kept", memoryInUse() - before);
+    show("writing the store", measured([&] { links->store(); }), cold);
+    show("report again", median(report), cold);
+    const std::string bytes = *readFile(page);
+    int count = 0;
+    show("report after a page was changed",
+         median([&] {
+             (void)writeFile(page, bytes + "<!-- " + std::to_string(count++) + " -->");
+             links->noteChangeIn(page.parent_path());
+             report();
+         }) - median([&] { (void)writeFile(page, bytes + "<!-- " + std::to_string(count++) + " -->"); }),
+         cold);
+    (void)writeFile(page, bytes);
+    links->noteChangeIn(page.parent_path());
+    report();
+    show("links to a file", median([&] { (void)*links->findTo(site / argv[3], {}, sink); }), cold);
+    show("unlinked files", median([&] { (void)*links->findUnlinked({}, {}, {}); }), cold);
+    links->setWatched(false);
+    show("report without a watcher", median(report), cold);
+    show("first report with the store", median([&] {
+             links.emplace(site, SiteLinks::Keeping::Stored);
+             report();
+         }),
+         cold);
+    std::printf("%-42s %9zu pages\n", "read in spite of the store", links->readCount());
+    std::error_code error;
+    const auto size = fs::file_size(LinkStore(site).file(), error);
+    std::printf("%-42s %9.1f MB\n", "the store", static_cast<double>(size) / 1048576.0);
+    return 0;
+}

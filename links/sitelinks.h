@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "links/browserreports.h"
+#include "links/keptpages.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <mutex>
+#include <optional>
+#include <string_view>
+
+namespace luma {
+
+/// The links of one site as a browser reads them, kept. Its reports are those of browserreports.h, but only pages that have
+/// changed are read again (KeptPages); the first report reads every page.
+///
+/// With a store, what it keeps is there again the next time.
+///
+/// Any thread; a report waits until the one before has ended.
+class SiteLinks final
+{
+public:
+    enum class Keeping : std::uint8_t { InMemory, Stored };
+
+    /// `clockStep` as for FileStamp::of().
+    explicit SiteLinks(const std::filesystem::path& site, Keeping keeping = Keeping::InMemory,
+                       std::int64_t clockStep = FileStamp::coarsestStep);
+
+    [[nodiscard]] const std::filesystem::path& site() const { return m_site; }
+
+    /// Whether a watcher names every folder in which something changes. Without one, each report looks at every file. Does
+    /// not wait, as the next two.
+    void setWatched(bool isWatched);
+    /// An item in `folder` has changed.
+    void noteChangeIn(const std::filesystem::path& folder);
+    /// Anything may have changed.
+    void noteChanges();
+
+    /// As checkWebLinks() with FindingsKept::Missing. The first time, pages come while others are still being read.
+    Result<bool> findMissing(const WebRules& rules, const WebPageSink& page,
+                             const StillWanted& stillWanted = {});
+    /// As checkWebPage().
+    Result<WebPage> findFrom(const std::filesystem::path& page, const WebRules& rules,
+                             const StillWanted& stillWanted = {});
+    /// As findWebLinksTo().
+    Result<bool> findTo(const std::filesystem::path& target, const WebRules& rules, const WebPageSink& page,
+                        const StillWanted& stillWanted = {});
+    /// As findWebUnlinked().
+    Result<bool> findUnlinked(const WebRules& rules, std::string_view excludedFolders,
+                              const UnlinkedItemsCallbacks& callbacks);
+
+    /// Writes the store, if that is worthwhile after what was read since the last time. To be called when a report has ended.
+    void store();
+
+    /// How many pages have been read so far.
+    [[nodiscard]] std::size_t readCount() const;
+
+private:
+    Result<bool> update(const WebRules& rules, const StillWanted& stillWanted,
+                        const KeptPages::PageSink& read = {});
+
+    const std::filesystem::path m_site;
+    mutable std::mutex m_mutex; // of the pages
+    KeptPages m_pages;
+    std::optional<LinkStore> m_store;
+    bool m_isLoaded = false;
+    std::size_t m_savedCount = 0; // of readCount(), when it was stored
+    std::mutex m_changesMutex;
+    bool m_isWatched = false;
+    std::optional<KeptPages::Folders> m_changes; // since the last update; none: anything
+};
+
+} // namespace luma
