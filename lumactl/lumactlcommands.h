@@ -29,6 +29,7 @@ struct LumactlCommand
 
 extern const LumactlCommand changedCommand;
 extern const LumactlCommand publishCommand;
+extern const LumactlCommand restoreCommand;
 extern const LumactlCommand linksFromCommand;
 extern const LumactlCommand checkCommand;
 extern const LumactlCommand linksToCommand;
@@ -42,7 +43,7 @@ extern const LumactlCommand editCommand;
 /// All commands, in the order of the help. To add one, write a file for it, name the file in CMakeLists.txt and
 /// the command here and above.
 inline constexpr auto lumactlCommands = std::to_array<const LumactlCommand*>(
-    {&changedCommand, &publishCommand, &linksFromCommand, &checkCommand, &linksToCommand, &unlinkedCommand,
-     &moveCommand, &copyCommand, &renameCommand, &undoCommand, &editCommand});
+    {&changedCommand, &publishCommand, &restoreCommand, &linksFromCommand, &checkCommand, &linksToCommand,
+     &unlinkedCommand, &moveCommand, &copyCommand, &renameCommand, &undoCommand, &editCommand});
 
 } // namespace luma

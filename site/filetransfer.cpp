@@ -3,45 +3,25 @@
 
 #include "base/filecalls.h"
 #include "base/files.h"
-#include "base/folderreader.h"
 #include "site/folderaccess.h"
+#include "site/keptfolder.h"
+#include "site/leftovers.h"
 #include "site/shownname.h"
 
 #include <fcntl.h>
-#include <fnmatch.h>
 #include <linux/magic.h>
-#include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/vfs.h>
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <ctime>
 
 namespace luma {
 
 namespace fs = std::filesystem;
 
 namespace {
-
-// An open folder's entry as a path that stays right when the folder is moved or replaced by a link (proc(5),
-// /proc/self/fd).
-fs::path entryOf(const FileDescriptor& folder, const std::string& name)
-{
-    return fs::path("/proc/self/fd") / std::to_string(folder.get()) / name;
-}
-
-std::string_view folderPart(std::string_view path)
-{
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash);
-}
-
-std::string namePart(std::string_view path)
-{
-    return std::string(path.substr(path.rfind('/') + 1));
-}
 
 std::string whyNoFolder(std::errc code)
 {
@@ -85,18 +65,23 @@ bool isAsCompared(const SyncRow& row, const struct stat& status)
 class Transfer final
 {
 public:
-    explicit Transfer(const SyncFolders& folders)
+    Transfer(const SyncFolders& folders, const std::optional<KeptPublish>& kept)
         : m_sendingRoot(openSiteFolder(folders.sending)),
           m_receivingRoot(openSiteFolder(folders.receiving)),
           m_receivesOnFuse(m_receivingRoot && isOnFuse(*m_receivingRoot))
-    {}
+    {
+        if (kept) {
+            m_kept.emplace(kept->place);
+            m_publish = kept->publish;
+        }
+    }
 
     // Empty when the row was copied, else why not.
     std::string copy(const SyncRow& row, const StillWanted& stillWanted);
     // What the receiving side has now.
     [[nodiscard]] FileFacts factsOf(const SyncRow& row) const;
     // Empty when the row was deleted, else why not.
-    std::string remove(const SyncRow& row);
+    std::string remove(const SyncRow& row, const StillWanted& stillWanted);
     [[nodiscard]] bool removeIfEmpty(const std::string& folder) const;
     // Gives the folders made their mode and time, and brings everything to the disk.
     std::string finish();
@@ -105,6 +90,8 @@ private:
     Result<FileDescriptor> m_sendingRoot;
     Result<FileDescriptor> m_receivingRoot;
     bool m_receivesOnFuse;
+    std::optional<KeptFolder> m_kept;
+    std::string m_publish;
     std::vector<std::string> m_maybeStamped;
     std::string m_folder;
     FileDescriptor m_sending;
@@ -113,8 +100,6 @@ private:
     bool m_copiedAny = false;
 
     std::string enterFolder(std::string_view folder);
-    void removeLeftovers() const;
-    [[nodiscard]] bool isLeftover(const char* name) const;
     Result<FileDescriptor> openOrMakeReceiving(std::string_view folder);
     Result<FileDescriptor> makeFolder(const FileDescriptor& parent, const std::string& path);
     [[nodiscard]] std::string objection(const SyncRow& row, const std::string& name) const;
@@ -132,8 +117,17 @@ std::string Transfer::copy(const SyncRow& row, const StillWanted& stillWanted)
     const fs::path source = entryOf(m_sending, name);
     const fs::path target = entryOf(m_receiving, name);
     const Existing existing = row.kind == SyncKind::New ? Existing::Keep : Existing::Replace;
+    const bool keepsOld = m_kept && row.received.exists();
+    if (keepsOld) {
+        std::string reason = m_kept->keep(m_receiving, name, m_publish, row.relativePath,
+                                          KeptFolder::Original::Stays, stillWanted);
+        if (!reason.empty())
+            return reason;
+    }
     // Synced one by one, a thousand small files cost seconds; finish() syncs them all at once.
     const auto copied = copyFile(source, target, existing, Durability::Unsynced, stillWanted);
+    if (keepsOld && !copied)
+        m_kept->forget(m_publish, row.relativePath);
     m_copiedAny = m_copiedAny || copied;
     if (copied && m_receivesOnFuse)
         m_maybeStamped.push_back(row.relativePath);
@@ -157,36 +151,8 @@ std::string Transfer::enterFolder(std::string_view folder)
     m_sending = *std::move(sending);
     m_receiving = *std::move(receiving);
     m_folder = folder;
-    removeLeftovers();
+    removeLeftovers(m_receiving, m_receivesOnFuse);
     return {};
-}
-
-// A transfer that was killed leaves its temporary file in a folder that the next one visits, for the same file.
-void Transfer::removeLeftovers() const
-{
-    auto copy = openFolderBelow(m_receiving, {});
-    auto reader = copy ? FolderReader::open(*std::move(copy), m_folder) : Result<FolderReader>(copy.error());
-    while (reader) {
-        const auto entry = reader->next();
-        if (!entry)
-            break;
-        if (::fnmatch(".luma-??????", entry->name(), 0) == 0 && isLeftover(entry->name()))
-            (void)::unlinkat(m_receiving.get(), entry->name(), 0);
-    }
-}
-
-// The lock of another computer isn't seen through a share, so there only age counts.
-bool Transfer::isLeftover(const char* name) const
-{
-    struct stat status = {};
-    if (::fstatat(m_receiving.get(), name, &status, AT_SYMLINK_NOFOLLOW) != 0 || !S_ISREG(status.st_mode))
-        return false;
-    constexpr time_t longAgo = 86400;
-    if (m_receivesOnFuse)
-        return status.st_mtim.tv_sec < ::time(nullptr) - longAgo;
-    const FileDescriptor file(
-        ::openat(m_receiving.get(), name, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
-    return file && ::flock(file.get(), LOCK_EX | LOCK_NB) == 0;
 }
 
 Result<FileDescriptor> Transfer::openOrMakeReceiving(std::string_view folder)
@@ -238,7 +204,7 @@ std::string Transfer::objection(const SyncRow& row, const std::string& name) con
     return isAsCompared(row, received) ? std::string() : std::string(changedMeanwhile);
 }
 
-std::string Transfer::remove(const SyncRow& row)
+std::string Transfer::remove(const SyncRow& row, const StillWanted& stillWanted)
 {
     if (!m_receivingRoot)
         return systemReason(m_receivingRoot.error().code);
@@ -256,9 +222,16 @@ std::string Transfer::remove(const SyncRow& row)
     const auto sending = openFolderBelow(*m_sendingRoot, folder);
     if (sending && ::fstatat(sending->get(), name.c_str(), &sent, AT_SYMLINK_NOFOLLOW) == 0)
         return "it has appeared on the sending side since the comparison";
-    const int flags = S_ISDIR(received.st_mode) ? AT_REMOVEDIR : 0;
-    return ::unlinkat(receiving->get(), name.c_str(), flags) == 0 ? std::string()
-                                                                  : systemReason(std::errc(errno));
+    const bool isFolder = S_ISDIR(received.st_mode);
+    if (m_kept && !isFolder) {
+        std::string reason = m_kept->keep(*receiving, name, m_publish, row.relativePath,
+                                          KeptFolder::Original::Goes, stillWanted);
+        if (!reason.empty())
+            return reason;
+    }
+    // What was moved to the kept versions is gone already.
+    const bool isGone = ::unlinkat(receiving->get(), name.c_str(), isFolder ? AT_REMOVEDIR : 0) == 0;
+    return isGone || errno == ENOENT ? std::string() : systemReason(std::errc(errno));
 }
 
 FileFacts Transfer::factsOf(const SyncRow& row) const
@@ -383,21 +356,22 @@ private:
 
 } // namespace
 
-FileTransfer::FileTransfer(std::vector<SyncRow> rows, std::vector<std::string> foldersOnlyThere)
-    : m_rows(std::move(rows)), m_foldersOnlyThere(std::move(foldersOnlyThere))
+FileTransfer::FileTransfer(std::vector<SyncRow> rows, std::vector<std::string> foldersOnlyThere,
+                           std::optional<KeptPublish> kept)
+    : m_rows(std::move(rows)), m_foldersOnlyThere(std::move(foldersOnlyThere)), m_kept(std::move(kept))
 {}
 
 TransferReport FileTransfer::run(const WorkItem& item, const OnProgress& progress) const
 {
     if (m_rows.empty())
         return {};
-    Transfer transfer(*m_rows.front().folders);
+    Transfer transfer(*m_rows.front().folders, m_kept);
     Run run(transfer, m_rows, item, progress);
-    run.each(transferOrder(m_rows),
-             [&](const SyncRow& row) { return transfer.copy(row, [&item] { return !item.isCancelled(); }); });
+    const StillWanted stillWanted = [&item] { return !item.isCancelled(); };
+    run.each(transferOrder(m_rows), [&](const SyncRow& row) { return transfer.copy(row, stillWanted); });
     if (run.finish() && run.report.problems.empty() && !item.isCancelled()) {
         const std::vector<std::size_t> deletions = tickedDeletions(m_rows);
-        run.each(deletions, [&](const SyncRow& row) { return transfer.remove(row); });
+        run.each(deletions, [&](const SyncRow& row) { return transfer.remove(row, stillWanted); });
         for (const std::string& folder : emptiedFolders(m_rows, deletions, m_foldersOnlyThere))
             (void)transfer.removeIfEmpty(folder);
     }

@@ -2,8 +2,10 @@
 #pragma once
 
 #include "base/workitem.h"
+#include "site/keptplace.h"
 #include "site/syncrow.h"
 
+#include <optional>
 #include <vector>
 
 namespace luma {
@@ -28,13 +30,15 @@ struct TransferReport
 /// with the mode and time of their originals. A file is replaced only by the finished copy. Both sides are
 /// checked again first: what has changed on the receiving side since the comparison is kept, and no link below
 /// the receiving folder is followed. All copies are synced together before anything is deleted; nothing is if
-/// a copy failed. What a killed transfer has left of temporary files is removed from the folders it visits.
+/// a copy failed. What a killed transfer has left of temporary files is removed from the folders it visits (removeLeftovers).
 class FileTransfer final
 {
 public:
     /// `rows` come from one FolderComparison, and so do `foldersOnlyThere`, of which those are deleted that the
     /// deletions have emptied.
-    explicit FileTransfer(std::vector<SyncRow> rows, std::vector<std::string> foldersOnlyThere = {});
+    /// With `kept`, what is replaced or deleted is kept there; what can't be kept stays and is a problem.
+    explicit FileTransfer(std::vector<SyncRow> rows, std::vector<std::string> foldersOnlyThere = {},
+                          std::optional<KeptPublish> kept = {});
 
     /// Runs on the calling thread until done or until `item` is cancelled, which is checked between files and
     /// every few megabytes; what was done by then stays. Pages come after all other files.
@@ -44,6 +48,7 @@ public:
 private:
     std::vector<SyncRow> m_rows;
     std::vector<std::string> m_foldersOnlyThere;
+    std::optional<KeptPublish> m_kept;
 };
 
 } // namespace luma

@@ -27,4 +27,12 @@ Result<FileDescriptor> openFolderBelow(const FileDescriptor& root, std::string_v
 /// say.
 std::optional<std::int64_t> freeBytesAt(const FileDescriptor& folder);
 
+/// An open folder's entry as a path that stays right when the folder is moved or replaced by a link (proc(5),
+/// /proc/self/fd).
+std::filesystem::path entryOf(const FileDescriptor& folder, const std::string& name);
+
+/// The two parts of a relative path; the folder of one without a slash is empty.
+std::string_view folderPart(std::string_view path);
+std::string namePart(std::string_view path);
+
 } // namespace luma

@@ -12,8 +12,9 @@ namespace luma {
 
 namespace {
 
-// The last one is the form of our own temporary files.
-constexpr std::string_view always = ".git\n.svn\n.hg\n*~\n.*.swp\nThumbs.db\n.DS_Store\n.luma-??????\n";
+// The last two are our own: temporary files, and the folders of kept versions (KeptPlace).
+constexpr std::string_view always =
+    ".git\n.svn\n.hg\n*~\n.*.swp\nThumbs.db\n.DS_Store\n.luma-??????\n.*.luma-kept/\n";
 
 // Most names do not even end as a pattern does, and fnmatch(3) is slow to find that out.
 bool differAtEnds(std::string_view pattern, std::string_view text)

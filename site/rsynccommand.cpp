@@ -114,6 +114,26 @@ void addHidden(RsyncListing& listing, std::string_view line)
         listing.hidden.push_back(bytesOfShownName(line.substr(begin + 1, end - begin - 1)));
 }
 
+std::vector<std::string> linesOf(std::string_view text)
+{
+    std::vector<std::string> lines;
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        if (end > 0)
+            lines.emplace_back(text.substr(0, end));
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+    return lines;
+}
+
+// Says only that something failed; the reason is in another line.
+bool isSummary(const std::string& line)
+{
+    return line.starts_with("rsync error: ") || line.starts_with("rsync warning: ") ||
+           line.starts_with("rsync: connection unexpectedly closed") ||
+           line.find("] write error: ") != std::string::npos;
+}
+
 } // namespace
 
 RsyncArguments RsyncArguments::of(const SiteRecord& record, Direction direction)
@@ -123,6 +143,19 @@ RsyncArguments RsyncArguments::of(const SiteRecord& record, Direction direction)
             .remote = remoteArgument(destination),
             .direction = direction,
             .port = destination.string(endpoint::sshPortNo, QStringLiteral("22")).toStdString()};
+}
+
+std::string RsyncArguments::remoteFolder() const
+{
+    std::string folder = remote.substr(std::min(remote.find(':'), remote.size() - 1) + 1);
+    while (folder.size() > 1 && folder.ends_with('/'))
+        folder.pop_back();
+    return folder;
+}
+
+std::string RsyncArguments::remoteWith(const std::string& folder) const
+{
+    return remote.substr(0, remote.find(':') + 1) + folder + '/';
 }
 
 RsyncListing readRsyncListing(std::string_view output)
@@ -168,6 +201,18 @@ void readRsyncLog(std::string_view lines, SyncProgress& done)
     }
 }
 
+std::vector<std::string> rsyncReasons(const ProgramResult& result)
+{
+    const std::vector<std::string> lines = linesOf(result.errors);
+    std::vector<std::string> chosen;
+    std::remove_copy_if(lines.begin(), lines.end(), std::back_inserter(chosen), isSummary);
+    if (!chosen.empty())
+        return chosen;
+    if (!lines.empty())
+        return {lines.back()};
+    return {result.status ? "rsync ended with code " + std::to_string(*result.status) : "rsync was ended"};
+}
+
 std::optional<std::int64_t> readFreeSpace(std::string_view output)
 {
     // "Filesystem 1024-blocks Used Available Capacity Mounted on", then one line of these.
@@ -205,6 +250,7 @@ std::vector<std::string> RsyncCommand::words(const std::vector<std::string>& opt
 {
     // Archive mode and compression; rsync splits the words of the remote shell itself.
     std::vector<std::string> words = {"rsync", "-e", "ssh -p " + m_arguments.port, "-az", outputFormat};
+    words.insert(words.end(), m_keepOptions.begin(), m_keepOptions.end());
     words.insert(words.end(), options.begin(), options.end());
     if (m_arguments.direction == Direction::Upload)
         words.insert(words.end(), {"--", m_arguments.local, m_arguments.remote});
@@ -213,8 +259,8 @@ std::vector<std::string> RsyncCommand::words(const std::vector<std::string>& opt
     return words;
 }
 
-std::vector<std::string> RsyncCommand::listingWords(const IgnoredNames& ignored,
-                                                    const std::vector<std::string>& options) const
+std::vector<std::string> RsyncCommand::listingWords(const std::vector<std::string>& options,
+                                                    const std::vector<std::string>& filters) const
 {
     // A dry run into a folder that can't exist lists every item with its size and time; these come in local
     // time. The debug output names what is ignored.
@@ -222,20 +268,30 @@ std::vector<std::string> RsyncCommand::listingWords(const IgnoredNames& ignored,
         "env",     "TZ=UTC0",     "rsync",         "-e", "ssh -p " + m_arguments.port, "--dry-run",
         "--links", listingFormat, "--debug=FILTER"};
     words.insert(words.end(), options.begin(), options.end());
-    for (std::string& option : ignored.rsyncOptions())
-        words.push_back(std::move(option));
+    words.insert(words.end(), filters.begin(), filters.end());
     words.insert(words.end(), {"--", m_arguments.remote, "/proc/none/"});
     return words;
 }
 
 std::vector<std::string> RsyncCommand::listing(const IgnoredNames& ignored) const
 {
-    return listingWords(ignored, {"--recursive"});
+    return listingWords({"--recursive"}, ignored.rsyncOptions());
 }
 
 std::vector<std::string> RsyncCommand::listingOfNames(const IgnoredNames& ignored) const
 {
-    return listingWords(ignored, {"--dirs", "--ignore-missing-args", "--from0", "--files-from=-"});
+    return listingWords({"--dirs", "--ignore-missing-args", "--from0", "--files-from=-"},
+                        ignored.rsyncOptions());
+}
+
+std::vector<std::string> RsyncCommand::listingBelowNames() const
+{
+    return listingWords({"--recursive", "--ignore-missing-args", "--from0", "--files-from=-"}, {});
+}
+
+void RsyncCommand::keep(const KeptPublish& kept)
+{
+    m_keepOptions = {"--backup", "--backup-dir=" + kept.place.fromReceiving() + '/' + kept.publish};
 }
 
 std::vector<std::string> RsyncCommand::transfer(Overwrites overwrites) const
@@ -250,6 +306,13 @@ std::vector<std::string> RsyncCommand::deletion() const
     // The two options about existing files keep the run from sending any.
     return words({"--delete-missing-args", "--existing", "--ignore-existing", "--no-implied-dirs", "--from0",
                   "--files-from=-"});
+}
+
+std::vector<std::string> RsyncCommand::deletionOfFolders() const
+{
+    std::vector<std::string> all = deletion();
+    all.insert(all.begin() + 1, "--force");
+    return all;
 }
 
 std::vector<std::string> RsyncCommand::freeSpace() const

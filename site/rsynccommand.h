@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "shell/commandrunner.h"
 #include "site/ignorednames.h"
+#include "site/keptplace.h"
 #include "site/siterecord.h"
 #include "site/syncrow.h"
 
@@ -23,6 +25,11 @@ struct RsyncArguments
 
     /// From the endpoints of `record`. A side that lacks its path, user or server is empty.
     static RsyncArguments of(const SiteRecord& record, Direction direction);
+
+    /// The path of the remote folder, without slashes at its end.
+    [[nodiscard]] std::string remoteFolder() const;
+    /// The login, then `folder`: another one of the same server, with a slash at its end.
+    [[nodiscard]] std::string remoteWith(const std::string& folder) const;
 };
 
 /// What the remote side has.
@@ -38,6 +45,9 @@ std::vector<std::string> readRsyncNames(std::string_view output);
 
 /// Counts the files of a log (RsyncCommand::logged) in `done`.
 void readRsyncLog(std::string_view lines, SyncProgress& done);
+
+/// What rsync, ssh or env(1) said about a failure; at least one line.
+std::vector<std::string> rsyncReasons(const ProgramResult& result);
 
 /// The free bytes in the output of df(1), POSIX format; none if that is something else.
 std::optional<std::int64_t> readFreeSpace(std::string_view output);
@@ -63,6 +73,11 @@ public:
     /// Lists the named items of the remote side, folders with what is in them but not below.
     [[nodiscard]] std::vector<std::string> listingOfNames(const IgnoredNames& ignored) const;
 
+    /// From now on, transfers and deletions keep what they replace or delete.
+    void keep(const KeptPublish& kept);
+    /// Lists the named items of the remote side with all that is below them.
+    [[nodiscard]] std::vector<std::string> listingBelowNames() const;
+
     enum class Overwrites { OlderFiles, AllFiles };
     /// Sends the named files.
     [[nodiscard]] std::vector<std::string> transfer(Overwrites overwrites) const;
@@ -71,10 +86,12 @@ public:
     /// Asks the remote side for the room on its disk, for readFreeSpace(); empty if it is on no server. Here a
     /// shell, the remote one, reads the folder's name; it is quoted.
     [[nodiscard]] std::vector<std::string> freeSpace() const;
-    /// The dry run of one of the two: lists what is still to be done.
+    /// Deletes the named folders of the receiving side with all that is in them, if the sending side lacks them.
+    [[nodiscard]] std::vector<std::string> deletionOfFolders() const;
+    /// The dry run of a transfer or deletion: lists what is still to be done.
     [[nodiscard]] static std::vector<std::string> dryRunOf(std::vector<std::string> words);
 
-    /// One of the two that also writes a line for each file it has sent to the file `log`, for
+    /// A transfer or deletion that also writes a line for each file it has sent to the file `log`, for
     /// readRsyncLog().
     [[nodiscard]] static std::vector<std::string> logged(std::vector<std::string> words,
                                                          const std::string& log);
@@ -84,10 +101,11 @@ public:
 
 private:
     RsyncArguments m_arguments;
+    std::vector<std::string> m_keepOptions;
 
     [[nodiscard]] std::vector<std::string> words(const std::vector<std::string>& options) const;
-    [[nodiscard]] std::vector<std::string> listingWords(const IgnoredNames& ignored,
-                                                        const std::vector<std::string>& options) const;
+    [[nodiscard]] std::vector<std::string> listingWords(const std::vector<std::string>& options,
+                                                        const std::vector<std::string>& filters) const;
 };
 
 } // namespace luma

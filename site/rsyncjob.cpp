@@ -27,45 +27,6 @@ constexpr int vanishedFiles = 24;
 using Words = std::vector<std::string>;
 using RowNumbers = std::vector<std::size_t>;
 
-std::vector<std::string> linesOf(std::string_view text)
-{
-    std::vector<std::string> lines;
-    while (!text.empty()) {
-        const std::size_t end = std::min(text.find('\n'), text.size());
-        if (end > 0)
-            lines.emplace_back(text.substr(0, end));
-        text.remove_prefix(std::min(end + 1, text.size()));
-    }
-    return lines;
-}
-
-// Says only that something failed; the reason is in another line.
-bool isSummary(const std::string& line)
-{
-    return line.starts_with("rsync error: ") || line.starts_with("rsync warning: ") ||
-           line.starts_with("rsync: connection unexpectedly closed") ||
-           line.find("] write error: ") != std::string::npos;
-}
-
-// What rsync, ssh or env(1) said; at least one line.
-std::vector<std::string> reasons(const ProgramResult& result)
-{
-    const std::vector<std::string> lines = linesOf(result.errors);
-    std::vector<std::string> chosen;
-    std::remove_copy_if(lines.begin(), lines.end(), std::back_inserter(chosen), isSummary);
-    if (!chosen.empty())
-        return chosen;
-    if (!lines.empty())
-        return {lines.back()};
-    return {result.status ? "rsync ended with code " + std::to_string(*result.status) : "rsync was ended"};
-}
-
-std::string_view folderPart(std::string_view path)
-{
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash);
-}
-
 // What only the remote side has, as deletions of an upload.
 void addOnlyRemote(FoundFiles& found, const RsyncListing& remote)
 {
@@ -209,7 +170,7 @@ void Run::addProblems(const ProgramResult& result)
 {
     if (!isWanted(m_stillWanted))
         return;
-    for (std::string& reason : reasons(result))
+    for (std::string& reason : rsyncReasons(result))
         m_report.problems.push_back(std::move(reason));
 }
 
@@ -335,7 +296,7 @@ Result<ComparisonReport> RsyncJob::compareWith(FoundFiles local, const IgnoredNa
         listsAll ? std::string() : RsyncCommand::nameList(folders), [&item] { return !item.isCancelled(); });
     const RsyncListing remote = readRsyncListing(result.output);
     if (result.status != 0) {
-        Words problems = reasons(result);
+        Words problems = rsyncReasons(result);
         const bool isPartial = result.status == partialTransfer || result.status == vanishedFiles;
         if (!isPartial || remote.items.empty())
             return Error{std::move(problems.back())};
@@ -407,9 +368,12 @@ void RsyncJob::lookAgainHere(const std::vector<SyncRow>& rows, RsyncReport& repo
 RsyncReport RsyncJob::transfer(const std::vector<SyncRow>& rows,
                                const std::vector<std::string>& foldersOnlyThere,
                                const StillWanted& stillWanted, const StillWanted& mayCheck,
-                               const OnProgress& progress) const
+                               const OnProgress& progress, const std::optional<KeptPublish>& kept) const
 {
     using Overwrites = RsyncCommand::Overwrites;
+    RsyncCommand command = m_command;
+    if (kept)
+        command.keep(*kept);
     RsyncReport report;
     Run run(m_runProgram, rows, stillWanted, mayCheck, progress, report);
     const RowNumbers order = transferOrder(rows);
@@ -422,12 +386,20 @@ RsyncReport RsyncJob::transfer(const std::vector<SyncRow>& rows,
                 return isPage(rows[row].relativePath) == pages &&
                        replacesAll == (overwrites == Overwrites::AllFiles);
             });
-            goesOn = goesOn && run.transfer(m_command.transfer(overwrites), numbers);
+            goesOn = goesOn && run.transfer(command.transfer(overwrites), numbers);
         }
     }
     if (goesOn && report.problems.empty())
-        run.deleteRows(m_command.deletion(), foldersOnlyThere);
+        run.deleteRows(command.deletion(), foldersOnlyThere);
     std::sort(report.done.begin(), report.done.end());
+    // rsync only says that some folder can't be made.
+    const auto isFileError = [](const std::string& line) {
+        return line.find("(code 11)") != std::string::npos;
+    };
+    if (kept && std::any_of(report.problems.begin(), report.problems.end(), isFileError))
+        report.problems.insert(report.problems.begin(), "What is replaced can't be kept in \"" +
+                                                            kept->place.fromReceiving() +
+                                                            "\"; choose another folder for it");
     lookAgain(rows, report, mayCheck);
     return report;
 }

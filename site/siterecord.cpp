@@ -3,6 +3,8 @@
 
 #include <QRegularExpression>
 
+#include <algorithm>
+
 namespace luma {
 
 namespace {
@@ -13,6 +15,8 @@ constexpr QLatin1StringView sourceKey{"sourceDict"};
 constexpr QLatin1StringView destinationKey{"destinationDict"};
 constexpr QLatin1StringView keptItemsKey{"KeptItems"};
 constexpr QLatin1StringView ignoredNamesKey{"IgnoredNames"};
+constexpr QLatin1StringView keptDaysKey{"KeptDays"};
+constexpr QLatin1StringView keptFolderKey{"KeptFolder"};
 
 QString keyFor(Direction direction)
 {
@@ -118,6 +122,18 @@ QString SiteRecord::ignoredNames() const
 void SiteRecord::setIgnoredNames(const QString& patterns)
 {
     m_values.setValue(ignoredNamesKey, patterns);
+}
+
+KeepChoice SiteRecord::keepChoice() const
+{
+    return {.days = std::max(m_values.value(keptDaysKey).toInt(), 0),
+            .folder = m_values.string(keptFolderKey).toStdString()};
+}
+
+void SiteRecord::setKeepChoice(const KeepChoice& choice)
+{
+    m_values.setValue(keptDaysKey, choice.days);
+    m_values.setValue(keptFolderKey, QString::fromStdString(choice.folder));
 }
 
 } // namespace luma

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/observeddictionary.h"
+#include "site/keptplace.h"
 
 #include <memory>
 #include <string>
@@ -50,6 +51,10 @@ public:
     /// The site's patterns for IgnoredNames, one a line.
     [[nodiscard]] QString ignoredNames() const;
     void setIgnoredNames(const QString& patterns);
+
+    /// What a publish keeps of what it replaces or deletes; nothing at first.
+    [[nodiscard]] KeepChoice keepChoice() const;
+    void setKeepChoice(const KeepChoice& choice);
 
 signals:
     /// Something in the record or in an endpoint has changed.

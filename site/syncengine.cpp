@@ -234,11 +234,36 @@ void SyncEngine::transfer()
     if (!m_tickedBefore)
         rememberUnticked();
     setState(State::Transferring);
+    const auto kept = keeping();
     // As the rows were found, even if a connection check has ended since.
-    if (!m_table.rows().front().folders)
-        transferWithRsync();
+    if (!kept)
+        startTransfer(
+            [problem = kept.error().text](const WorkItem&) { return Transferred{.problems = {problem}}; },
+            {});
+    else if (!m_table.rows().front().folders)
+        transferWithRsync(*kept);
     else
-        transferFiles();
+        transferFiles(*kept);
+}
+
+// For the receiving side of the rows. An error if the site wants something kept, but not where.
+Result<std::optional<SyncEngine::Keeping>> SyncEngine::keeping() const
+{
+    KeepChoice choice = m_record.keepChoice();
+    if (choice.days == 0)
+        return std::optional<Keeping>();
+    const RsyncArguments arguments = RsyncArguments::of(m_record, m_direction);
+    const auto& folders = m_table.rows().front().folders;
+    // The chosen folder is the destination's.
+    if (m_direction == Direction::Download)
+        choice.folder.clear();
+    auto versions = !folders && m_direction == Direction::Upload
+                        ? KeptVersions::onServer(arguments, m_runProgram, choice)
+                        : KeptVersions::here(folders ? folders->receiving.native() : arguments.local, choice);
+    if (!versions)
+        return versions.error();
+    KeptPublish publish = versions->newPublish();
+    return std::optional(Keeping{*std::move(versions), std::move(publish), choice.days});
 }
 
 void SyncEngine::stop()
@@ -250,10 +275,12 @@ void SyncEngine::stop()
 }
 
 // Runs `transfer` in the background, while nobody else publishes the site, and remembers what it did.
-void SyncEngine::startTransfer(std::function<Transferred(const WorkItem& item)> transfer)
+void SyncEngine::startTransfer(std::function<Transferred(const WorkItem& item)> transfer,
+                               const std::optional<Keeping>& keeping)
 {
-    start(m_workItem, [self = QPointer(this), transfer = std::move(transfer), site = siteIdentity(m_record),
-                       rows = m_table.rows(), published = std::move(m_published),
+    start(m_workItem, [self = QPointer(this), transfer = std::move(transfer), keeping, stop = m_stop,
+                       site = siteIdentity(m_record), rows = m_table.rows(),
+                       published = std::move(m_published),
                        direction = m_direction](const WorkItem& item) mutable {
         Transferred transferred;
         // Unlocked before the window hears of the end, and may start the next transfer.
@@ -263,6 +290,7 @@ void SyncEngine::startTransfer(std::function<Transferred(const WorkItem& item)> 
                 noteTransfer(published, rows[transferred.done[i]], transferred.received[i], direction);
             if (const auto saved = published.save(); !saved)
                 transferred.problems.push_back(saved.error().text);
+            removeOld(keeping, *stop, transferred);
         } else {
             transferred.problems.push_back(lock.error().text);
         }
@@ -270,6 +298,18 @@ void SyncEngine::startTransfer(std::function<Transferred(const WorkItem& item)> 
         onMain(self,
                [&](SyncEngine& engine) { engine.endTransfer(item, transferred, std::move(published)); });
     });
+}
+
+// Once a publish has done all it should.
+void SyncEngine::removeOld(const std::optional<Keeping>& keeping, const WorkItem& stop,
+                           Transferred& transferred)
+{
+    if (!keeping || !transferred.problems.empty() || stop.isCancelled())
+        return;
+    const auto removed =
+        keeping->versions.removeOlder(keeping->days, [&stop] { return !stop.isCancelled(); });
+    if (!removed)
+        transferred.problems.push_back(removed.error().text);
 }
 
 // Of a job on any thread.
@@ -290,30 +330,34 @@ OnProgress SyncEngine::progressReporter(const WorkItem& item, const std::vector<
         };
 }
 
-void SyncEngine::transferFiles()
+void SyncEngine::transferFiles(const std::optional<Keeping>& keeping)
 {
     const OnProgress progress = progressReporter(*m_workItem, m_table.rows());
-    startTransfer([progress, rows = m_table.rows(), folders = m_foldersOnlyThere,
-                   stop = m_stop](const WorkItem&) {
-        TransferReport report = FileTransfer(rows, folders).run(*stop, progress);
+    const auto kept = keeping ? std::optional(keeping->publish) : std::nullopt;
+    const auto transfer = [progress, kept, rows = m_table.rows(), folders = m_foldersOnlyThere,
+                           stop = m_stop](const WorkItem&) {
+        TransferReport report = FileTransfer(rows, folders, kept).run(*stop, progress);
         Transferred transferred = {.done = std::move(report.done), .received = std::move(report.received)};
         for (TransferProblem& problem : report.problems)
             transferred.problems.push_back(std::move(problem.text));
         return transferred;
-    });
+    };
+    startTransfer(transfer, keeping);
 }
 
-void SyncEngine::transferWithRsync()
+void SyncEngine::transferWithRsync(const std::optional<Keeping>& keeping)
 {
     const RsyncJob job(RsyncArguments::of(m_record, m_direction), m_runProgram);
     const OnProgress progress = progressReporter(*m_workItem, m_table.rows());
-    startTransfer([progress, job, rows = m_table.rows(), folders = m_foldersOnlyThere,
-                   stop = m_stop](const WorkItem& item) {
+    const auto kept = keeping ? std::optional(keeping->publish) : std::nullopt;
+    const auto transfer = [progress, kept, job, rows = m_table.rows(), folders = m_foldersOnlyThere,
+                           stop = m_stop](const WorkItem& item) {
         RsyncReport report = job.transfer(
             rows, folders, [&stop] { return !stop->isCancelled(); }, [&item] { return !item.isCancelled(); },
-            progress);
+            progress, kept);
         return Transferred{std::move(report.done), std::move(report.received), std::move(report.problems)};
-    });
+    };
+    startTransfer(transfer, keeping);
 }
 
 void SyncEngine::endTransfer(const WorkItem& item, const Transferred& transferred, PublishedFiles published)

@@ -6,6 +6,7 @@
 #include "shell/commandrunner.h"
 #include "site/foldercomparison.h"
 #include "site/ignorednames.h"
+#include "site/keptversions.h"
 #include "site/siterecord.h"
 #include "site/syncguards.h"
 #include "site/synctablemodel.h"
@@ -94,6 +95,14 @@ private:
         std::vector<std::string> problems = {};
     };
 
+    // What a transfer keeps, and for how long.
+    struct Keeping
+    {
+        KeptVersions versions;
+        KeptPublish publish;
+        int days = 0;
+    };
+
     SiteRecord& m_record;
     ProgramRunner m_runProgram;
     std::function<SyncSides()> m_sides;
@@ -119,12 +128,16 @@ private:
     [[nodiscard]] IgnoredNames ignoredNames() const;
     void compareFolders(const SyncFolders& folders, Deletions deletions);
     void compareWithRsync(Deletions deletions);
-    void transferFiles();
+    [[nodiscard]] Result<std::optional<Keeping>> keeping() const;
+    void transferFiles(const std::optional<Keeping>& keeping);
     [[nodiscard]] OnProgress progressReporter(const WorkItem& item, const std::vector<SyncRow>& rows);
-    void transferWithRsync();
+    void transferWithRsync(const std::optional<Keeping>& keeping);
     void endComparison(const WorkItem& item, Result<ComparisonReport> result);
     void showFailure(const std::vector<std::string>& problems);
-    void startTransfer(std::function<Transferred(const WorkItem& item)> transfer);
+    void startTransfer(std::function<Transferred(const WorkItem& item)> transfer,
+                       const std::optional<Keeping>& keeping);
+    static void removeOld(const std::optional<Keeping>& keeping, const WorkItem& stop,
+                          Transferred& transferred);
     void endTransfer(const WorkItem& item, const Transferred& transferred, PublishedFiles published);
     void setMessage(const std::vector<std::string>& problems);
 };

@@ -124,6 +124,10 @@ const char* textOf(SyncReason reason)
         return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Deleted since the last publish");
     case SyncReason::DeletedHereChangedThere:
         return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Deleted, but changed there since the last publish");
+    case SyncReason::Replaced:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Replaced by this publish");
+    case SyncReason::Deleted:
+        return QT_TRANSLATE_NOOP("luma::SyncTableModel", "Deleted by this publish");
     }
     return "";
 }

@@ -47,7 +47,10 @@ enum class SyncReason {
     ChangedThere,
     ChangedOnBoth,
     DeletedHere,
-    DeletedHereChangedThere
+    DeletedHereChangedThere,
+    // By the publish that is to be taken back:
+    Replaced,
+    Deleted
 };
 
 /// One sentence without a full stop, untranslated.

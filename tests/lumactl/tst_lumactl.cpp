@@ -144,7 +144,10 @@ private slots:
                                            "changed . sub --except a",
                                            "changed . sub --ssh host",
                                            "publish . sub --ssh me@host:port",
-                                           "publish . sub --except"})
+                                           "publish . sub --except",
+                                           "publish . sub --keep -1",
+                                           "publish . sub --keep 1d",
+                                           "restore . sub"})
             QTest::newRow(*unusable ? unusable : "no command") << 2 << QByteArray() << true;
     }
     void commands()
@@ -296,6 +299,29 @@ private slots:
         QCOMPARE(site.listing("to"), std::string("c.html\n"));
     }
 
+    void restore_putsBackWhatPublishKept()
+    {
+        const Site site(
+            {{"from/a.html", "new"}, {"from/b.css", "new"}, {"to/a.html", "old"}, {"to/b.css", "old"}});
+        for (const char* path : {"to/a.html", "to/b.css"})
+            site.setAge(path, 100);
+        QCOMPARE(lumactl(site, "publish from to --keep 5").code, 0);
+        QCOMPARE(lumactl(site, "restore from to --list").output.count('\n'), 1);
+        QCOMPARE(lumactl(site, "restore from to --dry-run").output, QByteArray("a.html\nb.css\n"));
+        QCOMPARE(lumactl(site, "restore from to --only b.css").code, 0);
+        QCOMPARE(QByteArray::fromStdString(site.bytesOf("to/a.html") + site.bytesOf("to/b.css")),
+                 QByteArray("newold"));
+
+        const QByteArray first = lumactl(site, "restore from to --list").output.split('\n')[1].split(' ')[0];
+        site.put("to/a.html", "by hand");
+        const Answer asked = lumactl(site, "restore from to --publish " + first);
+        QCOMPARE(asked.errors, QByteArray("lumactl: a.html: Changed there since the last publish\n"));
+        QCOMPARE(asked.code, 1);
+        QCOMPARE(QByteArray::fromStdString(site.bytesOf("to/a.html")), QByteArray("by hand"));
+        QCOMPARE(lumactl(site, "restore from to --yes --publish " + first).code, 0);
+        QCOMPARE(QByteArray::fromStdString(site.bytesOf("to/a.html")), QByteArray("old"));
+    }
+
     void publish_holdsBackWhatMayBeWrong()
     {
         const Site site({{"from/a.html", "1"}, {"to/b.html", ""}, {"to/c.html", ""}});
@@ -364,7 +390,7 @@ private slots:
                                                 QRegularExpression::MultilineOption);
         for (auto match = command.globalMatch(help); match.hasNext();)
             listed << match.next().captured(1).toUtf8();
-        QCOMPARE(listed.size(), 11);
+        QCOMPARE(listed.size(), 12);
         for (const QByteArray& name : listed) {
             const Answer answer = lumactl(site, name + " --help");
             QCOMPARE(answer.code, 0);

@@ -89,13 +89,15 @@ private slots:
     void wordsOfTheRuns()
     {
         const RsyncCommand command({"/home/me/My Site/", "me@host:/var/www/", Direction::Upload, "2222"});
-        QCOMPARE(join(command.listing(IgnoredNames("drafts/\n/a b/*.bak"))),
-                 std::string("env|TZ=UTC0|rsync|-e|ssh -p 2222|--dry-run|--links|"
-                             "--out-format=|%i %l %M %n//%L|--debug=FILTER|--recursive|"
-                             "--filter=- .git|--filter=- .svn|--filter=- .hg|--filter=- *~|"
-                             "--filter=- .*.swp|--filter=- Thumbs.db|--filter=- .DS_Store|"
-                             "--filter=- .luma-??????|--filter=- drafts/|--filter=- /a b/*.bak|"
-                             "--|me@host:/var/www/|/proc/none/|"));
+        QCOMPARE(
+            join(command.listing(IgnoredNames("drafts/\n/a b/*.bak"))),
+            std::string(
+                "env|TZ=UTC0|rsync|-e|ssh -p 2222|--dry-run|--links|"
+                "--out-format=|%i %l %M %n//%L|--debug=FILTER|--recursive|"
+                "--filter=- .git|--filter=- .svn|--filter=- .hg|--filter=- *~|"
+                "--filter=- .*.swp|--filter=- Thumbs.db|--filter=- .DS_Store|"
+                "--filter=- .luma-??????|--filter=- .*.luma-kept/|--filter=- drafts/|--filter=- /a b/*.bak|"
+                "--|me@host:/var/www/|/proc/none/|"));
         QCOMPARE(join(command.transfer(RsyncCommand::Overwrites::OlderFiles)),
                  std::string("rsync|-e|ssh -p 2222|-az|--out-format=|%i %n|--update|--from0|"
                              "--files-from=-|--|/home/me/My Site/|me@host:/var/www/|"));
