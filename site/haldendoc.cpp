@@ -87,6 +87,7 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
     m_ui->setupUi(this);
     createToolBar();
     setIcons();
+    showAdvice({});
     m_progressPanel = new ProgressPanel(this);
     createPanes(services.mounter);
     m_syncPanel = new SyncPanel(m_engine, this);
@@ -237,7 +238,14 @@ void HaldenDoc::checkConnectionOK()
     m_remoteLogin.check();
 }
 
-void HaldenDoc::showCheck(bool works)
+// The line above has room for one short text.
+void HaldenDoc::showAdvice(const QString& text)
+{
+    m_ui->connectionAdviceText->setText(text);
+    m_ui->connectionAdviceText->setVisible(!text.isEmpty());
+}
+
+void HaldenDoc::showCheck(bool works, const QString& answer)
 {
     m_rsync = works;
     updateSetUp();
@@ -245,6 +253,7 @@ void HaldenDoc::showCheck(bool works)
         return;
     m_ui->connectionResultText->setText(works ? tr("LUMA is using rsync for faster uploads and downloads.")
                                               : tr("Turn on rsync to make uploads and downloads go faster."));
+    showAdvice(works ? QString() : RemoteLogin::advice(answer));
 }
 
 void HaldenDoc::setUpRsync()
@@ -252,6 +261,7 @@ void HaldenDoc::setUpRsync()
     // Moving the focus commits the field that is being edited to the record.
     setFocus();
     m_ui->connectionResultText->setText(tr("Remote Login setup requested."));
+    showAdvice({});
     m_remoteLogin.setUp();
     updateSetUp();
 }

@@ -102,7 +102,8 @@ private:
     void updateForRecord();
     void updateActions();
     void updateSetUp();
-    void showCheck(bool works);
+    void showCheck(bool works, const QString& answer);
+    void showAdvice(const QString& text);
     void setUpEnded(const QString& message);
     void showInPane(const std::string& path, bool isSent);
     [[nodiscard]] SyncSides sides() const;

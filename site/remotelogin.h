@@ -35,15 +35,19 @@ public:
     /// The ssh port, or "22" when it is missing or not a string.
     [[nodiscard]] static QString port(const ObservedDictionary& destination);
 
+    /// Why rsync is not used and what to do about it, in a sentence or two: for an answer of the check, or of
+    /// checked().
+    [[nodiscard]] static QString advice(const QString& answer);
+
     void check();
     /// Does nothing while a set-up runs.
     void setUp();
     [[nodiscard]] bool isSettingUp() const { return m_isSettingUp; }
 
 signals:
-    /// Also emitted with false, after a check was started, when the protocol, server, user or port changes: what
-    /// a check found counts for the former ones only.
-    void checked(bool works);
+    /// `answer` is the check's, or one of our own. Also emitted with false, after a check was started, when the
+    /// protocol, server, user or port changes: what a check found counts for the former ones only.
+    void checked(bool works, const QString& answer);
     /// `message` is empty on success.
     void setUpEnded(const QString& message);
 

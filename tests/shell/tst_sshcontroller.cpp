@@ -161,6 +161,19 @@ private slots:
         QCOMPARE(check(), needsSetup);
     }
 
+    void accountForFilesAlone_hasNoShell()
+    {
+        makeKey("", "anna@home");
+        const std::string key = contents(m_server.clientFolder() / "id_rsa.pub");
+        putOnServer(key);
+        QCOMPARE(setUp(m_server.password()), "");
+        QCOMPARE(check(), "");
+        putOnServer("command=\"internal-sftp\" " + key);
+        QCOMPARE(check(), "fail - the account has no shell");
+        putOnServer("command=\"/usr/sbin/nologin\" " + key);
+        QCOMPARE(check(), "fail - the account has no shell");
+    }
+
     // A new key replaces the one with its tag and no other.
     void setUp_replacesTheKeyOfTheSameTag_data()
     {

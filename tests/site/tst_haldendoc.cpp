@@ -139,6 +139,13 @@ private slots:
         window().checkConnectionOK();
         QTRY_COMPARE(m_site->text(text), "Turn on rsync to make uploads and downloads go faster.");
         QVERIFY(!window().rsync());
+        const char* const advice = "connectionAdviceText";
+        QVERIFY2(m_site->text(advice).startsWith("The server did not answer"),
+                 qPrintable(m_site->text(advice)));
+        m_checkAnswer = "fail - customlog needs setup\n";
+        window().checkConnectionOK();
+        QTRY_VERIFY2(m_site->text(advice).contains("ends with Tallyweb"), qPrintable(m_site->text(advice)));
+        luma::test::saveScreenshots(window(), "site-no-rsync");
 
         m_setUpAnswer = "Permission denied, please try entering the password again.";
         m_site->click(button);
@@ -152,6 +159,7 @@ private slots:
         QTRY_COMPARE(m_site->text(text), "LUMA is using rsync for faster uploads and downloads.");
         QVERIFY(window().rsync());
         QVERIFY(!m_site->isEnabled(button));
+        QCOMPARE(m_site->text(advice), QString());
         QCOMPARE(m_calls.last(), "check anna@web.example 22");
         QVERIFY(m_calls.contains("set up anna@web.example 22 secret"));
         luma::test::screenshot(window(), "site-rsync");
