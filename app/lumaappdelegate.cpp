@@ -95,9 +95,8 @@ LUMAAppDelegate::~LUMAAppDelegate() = default;
 
 QVariantMap LUMAAppDelegate::initialValues()
 {
-    const QVariantMap record = siteTemplate();
-    return {{Preferences::sitesArrayData, archiveSites({record})},
-            {Preferences::siteTemplate, record},
+    return {{Preferences::sitesArrayData, archiveSites({})},
+            {Preferences::siteTemplate, siteTemplate()},
             {Preferences::excludedFolders, QStringLiteral("folder1, folder2")},
             {Preferences::fragmentsAreChecked, true}};
 }
@@ -111,7 +110,8 @@ void LUMAAppDelegate::connectWindow()
 {
     SiteListWindow* from = window.get();
     connect(from, &SiteListWindow::openRequested, this, &LUMAAppDelegate::handleDoubleClick);
-    connect(from, &SiteListWindow::addRequested, this, &LUMAAppDelegate::add);
+    connect(from, &SiteListWindow::addRequested, this, &LUMAAppDelegate::newSite);
+    connect(from, &SiteListWindow::sampleRequested, this, &LUMAAppDelegate::openSampleSite);
     connect(from, &SiteListWindow::removeRequested, this, &LUMAAppDelegate::remove);
     connect(from, &SiteListWindow::undoRequested, this, &LUMAAppDelegate::undoRemove);
     connect(from, &SiteListWindow::folderRequested, this, &LUMAAppDelegate::getPath);
@@ -266,6 +266,42 @@ void LUMAAppDelegate::add()
     if (record.typeId() != QMetaType::QVariantMap)
         return;
     window->editNameOf(sitesArrayController.add(record.toMap()));
+}
+
+void LUMAAppDelegate::newSite()
+{
+    const QVariant record = m_preferences.value(Preferences::siteTemplate);
+    auto* assistant = new NewSiteAssistant(record.toMap(), m_services.mounter, window.get());
+    connect(assistant, &NewSiteAssistant::skipped, this, &LUMAAppDelegate::add);
+    connect(assistant, &QDialog::accepted, this, [this, assistant] {
+        addAndSelect(assistant->record());
+        if (assistant->opensSite())
+            handleDoubleClick();
+    });
+    assistant->open();
+}
+
+void LUMAAppDelegate::addAndSelect(const QVariantMap& record)
+{
+    window->select(sitesArrayController.add(record));
+}
+
+void LUMAAppDelegate::openSampleSite()
+{
+    const auto record = sampleSite();
+    if (!record) {
+        sheet(window.get(), QStringLiteral("sampleSheet"), tr("The sample site can't be copied."),
+              QString::fromStdString(record.error().text))
+            ->open();
+        return;
+    }
+    const QList<QVariantMap> records = sitesArrayController.records();
+    const qsizetype known = records.indexOf(*record);
+    if (known >= 0)
+        window->select(static_cast<int>(known));
+    else
+        addAndSelect(*record);
+    handleDoubleClick();
 }
 
 void LUMAAppDelegate::remove()

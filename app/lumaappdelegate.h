@@ -2,6 +2,7 @@
 #pragma once
 
 #include "app/endpointform.h"
+#include "app/newsiteassistant.h"
 #include "app/preferences.h"
 #include "app/sitelist.h"
 #include "app/sitepasswords.h"
@@ -39,6 +40,8 @@ public:
         std::function<bool(const QUrl& url)> openUrl;
         /// Keeps the passwords; without one they are stored in the list.
         std::shared_ptr<const SecretStore> secrets = nullptr;
+        /// What the test of a new site's connection mounts with.
+        NewSiteAssistant::MounterSource mounter = {};
     };
 
     /// `preferences` outlives the delegate and starts with initialValues().
@@ -65,7 +68,12 @@ public:
     /// Opens the selected site, or brings its window to the front. Opens it later if its password has to be read
     /// first.
     void handleDoubleClick();
+    /// Appends a site from the template and focuses its name.
     void add();
+    /// Asks for a new site's folder and server, or lets the user skip that and fill in the form of add().
+    void newSite();
+    /// Copies the sample site into the user's documents, if it isn't there, and opens it.
+    void openSampleSite();
     /// Asks, then removes the selected record, but never the last one.
     void remove();
     /// Puts back the record removed last.
@@ -82,6 +90,7 @@ private:
     void connectWindow();
     void connectList();
     void openSite(const SiteList::Record& record);
+    void addAndSelect(const QVariantMap& record);
     void loadList();
     /// Saves the list if it has changed, and the preferences.
     Result<void> saveList();

@@ -68,7 +68,8 @@ Program::Program(const QString& preferencesFile, CommandRunner shell)
 LUMAAppDelegate::Services Program::services()
 {
     return {m_shell, [this](const SiteList::Record& siteDict) { openSite(siteDict); },
-            [](const QUrl& url) { return QDesktopServices::openUrl(url); }, std::make_shared<SecretStore>()};
+            [](const QUrl& url) { return QDesktopServices::openUrl(url); }, std::make_shared<SecretStore>(),
+            [] { return HaldenDoc::standardServices().mounter; }};
 }
 
 Result<void> Program::launch(const CommandLine& line)

@@ -45,6 +45,7 @@ SiteListWindow::~SiteListWindow() = default;
 void SiteListWindow::connectActions()
 {
     connect(m_ui->addAction, &QAction::triggered, this, &SiteListWindow::addRequested);
+    connect(m_ui->sampleAction, &QAction::triggered, this, &SiteListWindow::sampleRequested);
     connect(m_ui->removeAction, &QAction::triggered, this, &SiteListWindow::removeRequested);
     connect(m_ui->undoAction, &QAction::triggered, this, &SiteListWindow::undoRequested);
     connect(m_ui->openAction, &QAction::triggered, this, &SiteListWindow::openRequested);
@@ -85,6 +86,8 @@ void SiteListWindow::connectList()
     m_ui->addButton->setIcon(icons::symbol(QStringLiteral("add")));
     m_ui->removeButton->setIcon(icons::symbol(QStringLiteral("remove")));
     connect(m_ui->addButton, &QPushButton::clicked, this, &SiteListWindow::addRequested);
+    connect(m_ui->newSiteButton, &QPushButton::clicked, this, &SiteListWindow::addRequested);
+    connect(m_ui->sampleSiteButton, &QPushButton::clicked, this, &SiteListWindow::sampleRequested);
     connect(m_ui->removeButton, &QPushButton::clicked, this, &SiteListWindow::removeRequested);
 }
 
@@ -138,8 +141,10 @@ void SiteListWindow::showSelected()
     const bool nothing = m_found.rowCount() == 0;
     m_ui->sitesTableView->setVisible(!nothing);
     m_ui->emptyListLabel->setVisible(nothing);
-    m_ui->emptyListLabel->setText(m_sites.rowCount() == 0 ? tr("No sites yet.\nAdd one to begin.")
+    m_ui->emptyListLabel->setText(m_sites.rowCount() == 0 ? tr("No sites yet")
                                                           : tr("No site matches the search."));
+    m_ui->formArea->setVisible(m_sites.rowCount() > 0);
+    m_ui->firstStart->setVisible(m_sites.rowCount() == 0);
     updateActions();
 }
 

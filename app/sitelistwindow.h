@@ -55,6 +55,7 @@ public:
 
 signals:
     void addRequested();
+    void sampleRequested();
     void removeRequested();
     void undoRequested();
     void openRequested();

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/sitetemplate.h"
 
+#include "base/files.h"
+#include "base/resources.h"
 #include "browser/endpoint.h"
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QStandardPaths>
 #include <QStringDecoder>
 
 namespace luma {
@@ -44,6 +47,31 @@ Result<QVariantMap> transientRecord(const std::filesystem::path& source,
         side[endpoint::path] = path;
         record[QLatin1StringView(key)] = side;
     }
+    return record;
+}
+
+Result<QVariantMap> sampleSite()
+{
+    namespace fs = std::filesystem;
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const fs::path folder = fs::path(documents.toStdString()) / "LUMA sample site";
+    std::error_code error;
+    fs::create_directories(folder / "published", error);
+    if (error)
+        return Error{folder.string() + ": " + error.message()};
+    // The installed folder may be a link.
+    const fs::path original = fs::canonical(resourceFolder() / "sample-site", error);
+    if (!itemExists(folder / "pages")) {
+        if (const auto copied = copyItem(original, folder / "pages"); !copied)
+            return copied.error();
+    }
+    auto record = transientRecord(folder / "pages", folder / "published");
+    if (!record)
+        return record.error();
+    (*record)[QStringLiteral("siteID")] = QCoreApplication::translate("luma::SiteTemplate", "Sample site");
+    QVariantMap destination = record->value(QStringLiteral("destinationDict")).toMap();
+    destination[endpoint::server] = QString();
+    (*record)[QStringLiteral("destinationDict")] = destination;
     return record;
 }
 

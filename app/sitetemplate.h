@@ -17,4 +17,7 @@ QVariantMap siteTemplate();
 Result<QVariantMap> transientRecord(const std::filesystem::path& source,
                                     const std::filesystem::path& destination);
 
+/// The record of the sample site in the user's documents, copied there if it is missing.
+Result<QVariantMap> sampleSite();
+
 } // namespace luma

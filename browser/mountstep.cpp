@@ -64,4 +64,15 @@ MountResult mountStep(const ConnectionRequest& request, VolumeMounter& mounter,
     return {folder, folder.value_or(std::filesystem::path()), QString::fromStdString(mounted.error().text)};
 }
 
+QString connectionProblem(const ConnectionRequest& request, VolumeMounter& mounter,
+                          const std::function<bool()>& isWanted)
+{
+    const MountResult result = mountStep(request, mounter, isWanted);
+    if (!result.folder)
+        return result.reason;
+    if (!request.isLocal())
+        mounter.unmount(*result.folder);
+    return {};
+}
+
 } // namespace luma

@@ -49,4 +49,9 @@ QString mountURL(const ConnectionRequest& request);
 MountResult mountStep(const ConnectionRequest& request, VolumeMounter& mounter,
                       const std::function<bool()>& isWanted);
 
+/// Tries a request as mountStep() does and lets go of the share again. Empty if it works, else the reason, for
+/// the user. Blocks likewise. Any thread.
+QString connectionProblem(const ConnectionRequest& request, VolumeMounter& mounter,
+                          const std::function<bool()>& isWanted);
+
 } // namespace luma

@@ -10,6 +10,7 @@
 #include "tests/support/rows.h"
 #include "tests/support/screenshot.h"
 #include "tests/support/tabwalk.h"
+#include "tests/support/unavailablemounter.h"
 
 #include <QApplication>
 #include <QCheckBox>
@@ -23,7 +24,9 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QThreadPool>
 #include <QUrl>
+#include <QWizard>
 
 using namespace luma;
 
@@ -51,7 +54,8 @@ class tst_sitelistwindow final : public QObject
                 [this](const QUrl& url) {
                     m_urls += url;
                     return true;
-                }};
+                },
+                nullptr, [] { return std::make_shared<test::UnavailableMounter>(); }};
     }
 
     void launch()
@@ -137,18 +141,84 @@ private slots:
     }
     void cleanup() { m_delegate.reset(); }
 
-    void firstStart_showsTheTemplateSelected()
+    void firstStart_offersANewAndTheSampleSite()
     {
         launch();
-        QCOMPARE(m_delegate->sites().records(), QList<QVariantMap>{siteTemplate()});
-        QCOMPARE(window().selectedRow(), 0);
-        QCOMPARE(find<QLineEdit>("siteID")->text(),
-                 siteTemplate().value(QStringLiteral("siteID")).toString());
-        QCOMPARE(find<QLineEdit>("server", "destinationDict")->text(), QString());
-        QCOMPARE(find<QLineEdit>("path", "sourceDict")->text(), QDir::homePath());
+        QCOMPARE(m_delegate->sites().rowCount(), 0);
+        QVERIFY(find<QPushButton>("newSiteButton")->isVisible());
+        QVERIFY(!find<QPushButton>("openButton")->isVisible());
+        test::saveScreenshots(window(), "first-start");
         QCOMPARE(m_commands.first(), QStringLiteral("ps aux | grep -v grep | grep LUMAWatcher | "
                                                     "awk '{print $2}' | xargs kill"));
-        test::screenshot(window(), "sites-1");
+        click("sampleSiteButton");
+        QCOMPARE(m_shown.size(), 1);
+        QVERIFY(!find<QPushButton>("newSiteButton")->isVisible());
+        const QString pages = m_shown[0]->sourceDict()->string(endpoint::path);
+        QVERIFY2(QFile::exists(pages + "/index.html"), qPrintable(pages));
+        QVERIFY(QFile::remove(pages + "/index.html"));
+        // What the user has done to it stays.
+        window().findChild<QAction*>("sampleAction")->trigger();
+        QCOMPARE(m_delegate->sites().rowCount(), 1);
+        QVERIFY(!QFile::exists(pages + "/index.html"));
+    }
+
+    void assistant_makesASite()
+    {
+        launch();
+        click("newSiteButton");
+        auto* assistant = find<QWizard>("newSiteAssistant");
+        QAbstractButton* next = assistant->button(QWizard::NextButton);
+        QVERIFY(!next->isEnabled());
+        typeInto(find<QLineEdit>("sourcePath"), "/nowhere/at all");
+        QVERIFY(!next->isEnabled());
+        QCOMPARE(find<QLabel>("pagesHint")->text(), "/nowhere/at all: no such folder");
+        test::saveScreenshots(*assistant, "assistant-1");
+        typeInto(find<QLineEdit>("sourcePath"), m_folder->path() + "/ ");
+        next->click();
+        QVERIFY(!next->isEnabled());
+        typeInto(find<QLineEdit>("server", "newSiteAssistant"), " web.example");
+        typeInto(find<QLineEdit>("path", "newSiteAssistant"), "/srv/www/");
+        typeInto(find<QLineEdit>("user", "newSiteAssistant"), "anna");
+        typeInto(find<QLineEdit>("password", "newSiteAssistant"), "secret");
+        click("testButton");
+        QTRY_COMPARE(find<QLabel>("testResult")->text(), "<b>no</b> server");
+        test::saveScreenshots(*assistant, "assistant-2");
+        next->click();
+        test::saveScreenshots(*assistant, "assistant-3");
+        assistant->button(QWizard::FinishButton)->click();
+        QTRY_COMPARE(m_shown.size(), 1);
+        QCOMPARE(m_shown[0]->siteID(), QFileInfo(m_folder->path()).fileName());
+        QCOMPARE(m_shown[0]->sourceDict()->string(endpoint::path), m_folder->path());
+        const ObservedDictionary& destination = *m_shown[0]->destinationDict();
+        QCOMPARE(destination.string(endpoint::protocol), "sftp://");
+        QCOMPARE(destination.string(endpoint::server), "web.example");
+        QCOMPARE(destination.string(endpoint::path), "/srv/www");
+        QCOMPARE(destination.string(endpoint::password), "secret");
+        QTRY_COMPARE(storedRecords(), m_delegate->sites().records());
+    }
+
+    void assistant_canBeSkippedAndClosedWhileItTests()
+    {
+        launch();
+        m_delegate->newSite();
+        auto* assistant = find<QWizard>("newSiteAssistant");
+        assistant->button(QWizard::CustomButton1)->click();
+        QCOMPARE(m_delegate->sites().records(), QList<QVariantMap>{siteTemplate()});
+        QTRY_VERIFY(!find<QWizard>("newSiteAssistant"));
+        m_delegate->newSite();
+        assistant = find<QWizard>("newSiteAssistant");
+        typeInto(find<QLineEdit>("sourcePath"), m_folder->path());
+        assistant->button(QWizard::NextButton)->click();
+        auto* protocol = find<QComboBox>("protocol", "newSiteAssistant");
+        protocol->setCurrentIndex(protocol->findData(QString(endpoint::fileProtocol)));
+        typeInto(find<QLineEdit>("path", "newSiteAssistant"), m_folder->path());
+        QVERIFY(!find<QPushButton>("testButton")->isEnabled());
+        typeInto(find<QLineEdit>("path", "newSiteAssistant"), QDir::rootPath());
+        click("testButton");
+        assistant->reject();
+        QTRY_VERIFY(!find<QWizard>("newSiteAssistant"));
+        QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
+        QCOMPARE(m_delegate->sites().rowCount(), 1);
     }
 
     void damagedStore_startsEmptyAndIsKeptAside_data()
@@ -178,7 +248,7 @@ private slots:
         QVERIFY(!find<QPushButton>("openButton")->isEnabled());
         test::screenshot(window(), "sites-0");
         window().findChild<QAction*>("openAction")->trigger();
-        click("addButton");
+        m_delegate->add();
         QCOMPARE(m_delegate->sites().records(), QList<QVariantMap>{siteTemplate()});
         QVERIFY(m_delegate->applicationWillTerminate());
         const Preferences after(file());
@@ -193,7 +263,7 @@ private slots:
         typeInto(find<QLineEdit>("siteID"), QStringLiteral("Café"));
         QVERIFY(storedRecords() != m_delegate->sites().records());
         QTRY_COMPARE(storedRecords(), m_delegate->sites().records());
-        click("addButton");
+        m_delegate->add();
         QTRY_COMPARE(storedRecords(), m_delegate->sites().records());
         QCOMPARE(storedRecords().size(), 3);
     }
@@ -215,7 +285,7 @@ private slots:
 
     void failedSave_isShownUntilOneSucceeds()
     {
-        launch();
+        launchWith({siteTemplate()});
         auto* error = find<QLabel>("saveErrorLabel");
         QVERIFY(!error->isVisible());
         const QString folder = m_folder->path();
@@ -233,7 +303,7 @@ private slots:
 
     void edits_reachTheRecordAndTheStore()
     {
-        launch();
+        launchWith({siteTemplate()});
         typeInto(find<QLineEdit>("siteID"), "Café");
         typeInto(find<QLineEdit>("webAddress"), " http://a.example/docs  www.b.example ");
         typeInto(find<QLineEdit>("password", "destinationDict"), "p'w\"%");
@@ -303,7 +373,7 @@ private slots:
 
     void unusedFields_areDisabled()
     {
-        launch();
+        launchWith({siteTemplate()});
         for (const char* field : {"server", "volume", "user", "password", "sshPortNo"}) {
             QVERIFY2(!find<QLineEdit>(field, "sourceDict")->isEnabled(), field);
             QVERIFY2(find<QLineEdit>(field, "destinationDict")->isEnabled(), field);
@@ -342,7 +412,7 @@ private slots:
     void add_selectsTheNewRowAndNeedsATemplate()
     {
         launchWith(numbered(100));
-        click("addButton");
+        m_delegate->add();
         QCOMPARE(window().selectedRow(), 100);
         const auto* list = find<QListView>("sitesTableView");
         QVERIFY(list->viewport()->rect().contains(list->visualRect(list->currentIndex())));
@@ -350,7 +420,7 @@ private slots:
         QCOMPARE(find<QLineEdit>("siteID")->selectedText(), find<QLineEdit>("siteID")->text());
         test::screenshot(window(), "sites-101");
         m_preferences->setValue(Preferences::siteTemplate, "no dictionary");
-        click("addButton");
+        m_delegate->add();
         QCOMPARE(m_delegate->sites().rowCount(), 101);
     }
 
@@ -453,7 +523,7 @@ private slots:
 
     void open_normalisesAndSharesTheRecord()
     {
-        launch();
+        launchWith({siteTemplate()});
         typeInto(find<QLineEdit>("path", "destinationDict"), "/srv/www/ ");
         QWidget* rows = find<QListView>("sitesTableView")->viewport();
         QTest::mouseClick(rows, Qt::LeftButton, {}, QPoint(20, 12));
@@ -467,7 +537,7 @@ private slots:
 
     void open_trimsBlanksAndOneSlash()
     {
-        launch();
+        launchWith({siteTemplate()});
         const auto text = [](const char* string) { return QVariant(QString::fromUtf8(string)); };
         struct Row
         {
@@ -526,7 +596,7 @@ private slots:
 
     void getPath_writesTheChosenFolderIntoItsEndpoint()
     {
-        launch();
+        launchWith({siteTemplate()});
         m_delegate->sites().record(0)->sourceDict()->setValue(endpoint::path, m_folder->path());
         QVERIFY(QDir(m_folder->path()).mkdir("site ü"));
         const QString chosen = m_folder->filePath("site ü");

@@ -145,6 +145,8 @@ private slots:
         m_checkAnswer = "fail - customlog needs setup\n";
         window().checkConnectionOK();
         QTRY_VERIFY2(m_site->text(advice).contains("ends with Tallyweb"), qPrintable(m_site->text(advice)));
+        const auto& adviceLabel = m_site->find<QLabel>(advice);
+        QTRY_VERIFY2(adviceLabel.height() >= adviceLabel.heightForWidth(adviceLabel.width()), "cut off");
         luma::test::saveScreenshots(window(), "site-no-rsync");
 
         m_setUpAnswer = "Permission denied, please try entering the password again.";
