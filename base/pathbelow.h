@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
 namespace luma {
 
+/// Paths by their bytes alone.
+///
 /// Whether a path lies in a folder is decided by the bytes of the two names alone: the disk is not read,
 /// letter case counts, and neither ".", ".." nor symbolic links are resolved. Slashes at the end of the folder
 /// make no difference. An empty folder holds nothing.
@@ -18,6 +21,19 @@ std::optional<std::string_view> pathBelow(std::string_view path, std::string_vie
 inline bool isAtOrBelow(std::string_view path, std::string_view folder)
 {
     return pathBelow(path, folder).has_value();
+}
+
+/// What stands in front of the last slash of `path`; empty where there is none.
+inline std::string_view folderPart(std::string_view path)
+{
+    const std::size_t slash = path.rfind('/');
+    return path.substr(0, slash == std::string_view::npos ? 0 : slash);
+}
+
+/// What stands behind the last slash of `path`; all of it where there is none.
+inline std::string_view namePart(std::string_view path)
+{
+    return path.substr(path.rfind('/') + 1);
 }
 
 } // namespace luma

@@ -45,7 +45,7 @@ std::optional<dev_t> deviceOf(const fs::path& path)
 }
 
 // Makes the folder, which must then be the user's own and no link.
-bool makePrivateFolder(const fs::path& folder)
+bool makeOwnFolder(const fs::path& folder)
 {
     struct stat status = {};
     if (::mkdir(folder.c_str(), 0700) != 0 && errno != EEXIST)
@@ -79,9 +79,9 @@ std::optional<TrashFolder> volumeTrash(const fs::path& folder, dev_t device)
     const std::string user = std::to_string(::getuid());
     struct stat shared = {};
     if (::lstat((top / ".Trash").c_str(), &shared) == 0 && S_ISDIR(shared.st_mode) &&
-        (shared.st_mode & S_ISVTX) && makePrivateFolder(top / ".Trash" / user))
+        (shared.st_mode & S_ISVTX) && makeOwnFolder(top / ".Trash" / user))
         return TrashFolder{top / ".Trash" / user, top};
-    if (makePrivateFolder(top / (".Trash-" + user)))
+    if (makeOwnFolder(top / (".Trash-" + user)))
         return TrashFolder{top / (".Trash-" + user), top};
     return {};
 }
@@ -96,8 +96,7 @@ std::optional<TrashFolder> trashFor(const fs::path& item)
     if (!data.empty())
         fs::create_directories(data, error);
     if (!data.empty() && deviceOf(data) == device)
-        return makePrivateFolder(data / "Trash") ? std::optional(TrashFolder{data / "Trash", {}})
-                                                 : std::nullopt;
+        return makeOwnFolder(data / "Trash") ? std::optional(TrashFolder{data / "Trash", {}}) : std::nullopt;
     return volumeTrash(item.parent_path(), *device);
 }
 
@@ -136,7 +135,7 @@ Result<TrashedItem> moveToTrash(const fs::path& path)
     if (!itemExists(item))
         return systemError(item, ENOENT);
     const auto trash = trashFor(item);
-    if (!trash || !makePrivateFolder(trash->path / "files") || !makePrivateFolder(trash->path / "info"))
+    if (!trash || !makeOwnFolder(trash->path / "files") || !makeOwnFolder(trash->path / "info"))
         return noTrash(item);
     constexpr std::size_t longestName = 200; // leaves room for a number and ".trashinfo"
     constexpr int mostTries = 10'000;

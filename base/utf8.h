@@ -8,6 +8,9 @@
 /// UTF-8 after RFC 3629: overlong forms, surrogates and code points above U+10FFFF are not valid.
 namespace luma {
 
+/// U+FEFF in UTF-8, which may stand at the start of a text.
+inline constexpr std::string_view utf8ByteOrderMark = "\xEF\xBB\xBF";
+
 bool isValidUtf8(std::string_view bytes);
 
 /// Whether `c` is the second or a later byte of a character.

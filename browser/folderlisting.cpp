@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/folderlisting.h"
 
+#include "base/ascii.h"
 #include "base/folderreader.h"
 #include "browser/displaytext.h"
 
@@ -47,13 +48,6 @@ LabelColor colorNamed(std::string_view tag)
             return color;
     }
     return LabelColor::None;
-}
-
-std::string_view trimmed(std::string_view text)
-{
-    const auto first = text.find_first_not_of(" \t\n");
-    return first == std::string_view::npos ? std::string_view()
-                                           : text.substr(first, text.find_last_not_of(" \t\n") - first + 1);
 }
 
 /// Reads labels until the file system reports that it has no extended attributes.

@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int showInterval = 30; // milliseconds
+constexpr int logInterval = 30; // milliseconds
 
 const QString updateStatus =
     QStringLiteral("Please wait while links in all possible files are being updated...");
@@ -135,7 +135,7 @@ fs::path targetOfLine(const QString& line, const fs::path& page)
 
 LinkJobs::LinkJobs(ProgressReporter& reporter, QObject* parent) : QObject(parent), m_progress(&reporter)
 {
-    m_showTimer.setInterval(showInterval);
+    m_showTimer.setInterval(logInterval);
     connect(&m_showTimer, &QTimer::timeout, this, &LinkJobs::showText);
 }
 

@@ -27,7 +27,7 @@ namespace {
 using Kind = LinkReportRun::Kind;
 
 // In milliseconds.
-constexpr int showInterval = 40;
+constexpr int firstShowInterval = 40;
 constexpr int filterDelay = 150;
 constexpr int refreshDelay = 300;
 
@@ -169,7 +169,7 @@ void LinkReportPanel::begin(LinkReportRun::Request request, const ReportChoices&
                                                         : tr("Links to %1").arg(item));
     m_ui->linkReportTitle->setText(displayText(m_request.site.native()));
     setState(State::Running);
-    m_showTimer.start(showInterval);
+    m_showTimer.start(firstShowInterval);
     m_run->start(m_request);
     showLog();
     show();
@@ -188,7 +188,7 @@ void LinkReportPanel::showFindings()
     updateControls();
     m_ui->linkReportView->layOut();
     // A large table takes longer to show; at least nine tenths of the time remain for the user.
-    m_showTimer.setInterval(std::max(showInterval, static_cast<int>(timer.elapsed()) * 10));
+    m_showTimer.setInterval(std::max(firstShowInterval, static_cast<int>(timer.elapsed()) * 10));
 }
 
 void LinkReportPanel::end(const QString& error)

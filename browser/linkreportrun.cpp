@@ -15,10 +15,9 @@ namespace {
 Result<bool> report(const LinkReportRun::Request& request, const WebPageSink& page,
                     const StillWanted& stillWanted)
 {
-    using Kind = LinkReportRun::Kind;
-    if (request.kind == Kind::MissingLinks)
+    if (request.kind == LinkReportRun::Kind::MissingLinks)
         return checkWebLinks(request.site, request.rules, FindingsKept::Missing, page, stillWanted);
-    if (request.kind == Kind::LinksTo)
+    if (request.kind == LinkReportRun::Kind::LinksTo)
         return findWebLinksTo(request.site, request.item, request.rules, page, stillWanted);
     const auto found = checkWebPage(request.site, request.item, request.rules);
     if (!found)

@@ -8,7 +8,7 @@ namespace luma {
 
 namespace {
 
-const QString objectPath = QStringLiteral("/org/luma/Notification");
+const QString notificationPath = QStringLiteral("/org/luma/Notification");
 const QString interfaceName = QStringLiteral("org.luma.Notification");
 const QString memberName = QStringLiteral("posted");
 
@@ -16,7 +16,7 @@ const QString memberName = QStringLiteral("posted");
 
 bool postNotification(const QString& name, const QString& object)
 {
-    QDBusMessage signal = QDBusMessage::createSignal(objectPath, interfaceName, memberName);
+    QDBusMessage signal = QDBusMessage::createSignal(notificationPath, interfaceName, memberName);
     signal << name << object;
     return QDBusConnection::sessionBus().send(signal);
 }
@@ -24,14 +24,14 @@ bool postNotification(const QString& name, const QString& object)
 NotificationObserver::NotificationObserver(const QString& name, const QString& object, QObject* parent)
     : QObject(parent), m_name(name), m_object(object)
 {
-    QDBusConnection::sessionBus().connect({}, objectPath, interfaceName, memberName, {m_name, m_object}, {},
-                                          this, SLOT(receive(QString, QString)));
+    QDBusConnection::sessionBus().connect({}, notificationPath, interfaceName, memberName, {m_name, m_object},
+                                          {}, this, SLOT(receive(QString, QString)));
 }
 
 NotificationObserver::~NotificationObserver()
 {
-    QDBusConnection::sessionBus().disconnect({}, objectPath, interfaceName, memberName, {m_name, m_object},
-                                             {}, this, SLOT(receive(QString, QString)));
+    QDBusConnection::sessionBus().disconnect({}, notificationPath, interfaceName, memberName,
+                                             {m_name, m_object}, {}, this, SLOT(receive(QString, QString)));
 }
 
 void NotificationObserver::receive(const QString& name, const QString& object)

@@ -12,7 +12,7 @@ namespace luma {
 namespace {
 
 const QString serviceName = QStringLiteral("org.luma.Application");
-const QString objectPath = QStringLiteral("/org/luma/Application");
+const QString applicationPath = QStringLiteral("/org/luma/Application");
 
 } // namespace
 
@@ -32,10 +32,11 @@ Result<SingleInstance::Start> SingleInstance::begin(const QList<QByteArray>& arg
 {
     QDBusConnection bus = QDBusConnection::sessionBus();
     // Before the name is taken, so that a call that arrives at once finds the object.
-    if (!bus.isConnected() || !bus.registerObject(objectPath, this, QDBusConnection::ExportScriptableSlots))
+    if (!bus.isConnected() ||
+        !bus.registerObject(applicationPath, this, QDBusConnection::ExportScriptableSlots))
         return Start::First;
     QDBusMessage call =
-        QDBusMessage::createMethodCall(serviceName, objectPath, serviceName, QStringLiteral("open"));
+        QDBusMessage::createMethodCall(serviceName, applicationPath, serviceName, QStringLiteral("open"));
     call << QVariant::fromValue(arguments);
     for (QString asked;;) {
         const auto taken = bus.interface()->registerService(serviceName);

@@ -47,4 +47,10 @@ struct HtmlToken
     std::vector<HtmlAttribute> attributes;
 };
 
+/// Where `part`, which must point into `source`, starts in it, in bytes.
+inline std::size_t offsetIn(std::string_view source, std::string_view part)
+{
+    return static_cast<std::size_t>(part.data() - source.data());
+}
+
 } // namespace luma

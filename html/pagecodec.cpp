@@ -15,8 +15,6 @@ namespace luma::html {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
 bool areTheirText(std::string_view bytes, const Encoding& encoding)
 {
     return encoding.isUtf8() && isValidUtf8(bytes);
@@ -26,10 +24,10 @@ bool areTheirText(std::string_view bytes, const Encoding& encoding)
 std::string encodedPiece(std::string_view text, const Encoding& encoding)
 {
     std::string_view mark;
-    if (text.starts_with(byteOrderMark)) {
-        text.remove_prefix(byteOrderMark.size());
+    if (text.starts_with(utf8ByteOrderMark)) {
+        text.remove_prefix(utf8ByteOrderMark.size());
         if (encoding.isUtf8())
-            mark = byteOrderMark;
+            mark = utf8ByteOrderMark;
         else if (!encoding.holdsAscii())
             mark = encoding.name() == "UTF-16BE" ? "\xFE\xFF" : "\xFF\xFE";
     }
@@ -64,8 +62,8 @@ Result<std::unique_ptr<Document>> PageCodec::readAs(std::string_view bytes, cons
     auto document = parseWithSource(decoded.text);
     if (!document)
         return document;
-    if (decoded.text.starts_with(byteOrderMark))
-        decoded.places.erase(decoded.places.begin(), decoded.places.begin() + byteOrderMark.size());
+    if (decoded.text.starts_with(utf8ByteOrderMark))
+        decoded.places.erase(decoded.places.begin(), decoded.places.begin() + utf8ByteOrderMark.size());
     std::erase_if(m_bytes, [](const Bytes& known) { return known.source.expired(); });
     m_bytes.push_back(
         {(*document)->origin().source, encoding, std::string(bytes), std::move(decoded.places)});

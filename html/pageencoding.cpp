@@ -111,8 +111,8 @@ std::optional<PageEncoding> byMark(std::string_view bytes)
     const auto found = [](std::string_view label, std::size_t length) {
         return PageEncoding{*Encoding::fromLabel(label), PageEncoding::Source::ByteOrderMark, length};
     };
-    if (bytes.starts_with("\xEF\xBB\xBF"))
-        return found("utf-8", 3);
+    if (bytes.starts_with(utf8ByteOrderMark))
+        return found("utf-8", utf8ByteOrderMark.size());
     if (bytes.starts_with("\xFE\xFF"))
         return found("utf-16be", 2);
     if (bytes.starts_with("\xFF\xFE"))

@@ -2,6 +2,7 @@
 #include "html/pagelanguage.h"
 
 #include "base/pathtext.h"
+#include "base/utf8.h"
 
 #include <QMimeDatabase>
 #include <QXmlStreamReader>
@@ -13,9 +14,8 @@ namespace {
 /// The text from its first character on that is no byte-order mark and no white space.
 std::string_view trimmedStart(std::string_view text)
 {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    if (text.starts_with(byteOrderMark))
-        text.remove_prefix(byteOrderMark.size());
+    if (text.starts_with(utf8ByteOrderMark))
+        text.remove_prefix(utf8ByteOrderMark.size());
     const std::size_t start = text.find_first_not_of(" \t\r\n");
     return start == std::string_view::npos ? std::string_view() : text.substr(start);
 }

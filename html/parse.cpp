@@ -17,8 +17,6 @@ namespace luma::html {
 
 namespace {
 
-constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-
 std::optional<Error> refusal(std::string_view source, const ParseLimits& limits)
 {
     if (source.size() > limits.bytes)
@@ -48,7 +46,7 @@ std::string_view missingBefore(std::string_view page)
 
 std::string_view withoutMark(std::string_view page)
 {
-    return page.starts_with(byteOrderMark) ? page.substr(byteOrderMark.size()) : page;
+    return page.starts_with(utf8ByteOrderMark) ? page.substr(utf8ByteOrderMark.size()) : page;
 }
 
 NodeList textNode(std::string_view text)
@@ -68,7 +66,7 @@ Result<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits
     auto built = buildDocument({withoutMark(page)}, limits);
     if (!built)
         return built.error();
-    built->document->setByteOrderMark(page.starts_with(byteOrderMark));
+    built->document->setByteOrderMark(page.starts_with(utf8ByteOrderMark));
     return std::move(built->document);
 }
 
@@ -84,7 +82,7 @@ Result<std::unique_ptr<Document>> parseWithSource(std::string_view page, const P
     if (!built)
         return built.error();
     Document& document = *built->document;
-    document.setByteOrderMark(page.starts_with(byteOrderMark));
+    document.setByteOrderMark(page.starts_with(utf8ByteOrderMark));
     document.trustServerCode(text);
     PageSource::attach(std::string(text), document, built->marks);
     return std::move(built->document);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/piecewriter.h"
 
+#include "base/utf8.h"
 #include "html/characterdata.h"
 #include "html/codemarks.h"
 #include "html/element.h"
@@ -79,7 +80,7 @@ PieceWriter::PieceWriter(const Document& document, OmittedTags tags,
 std::vector<WrittenPiece> PieceWriter::write()
 {
     if (m_document.hasByteOrderMark())
-        print("\xEF\xBB\xBF");
+        print(utf8ByteOrderMark);
     const auto size = static_cast<std::uint32_t>(m_source ? m_source->text().size() : 0);
     if (!m_source || m_printed.contains(&m_document))
         printAll(m_document);

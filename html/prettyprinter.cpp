@@ -2,6 +2,7 @@
 #include "html/prettyprinter.h"
 
 #include "base/ascii.h"
+#include "base/utf8.h"
 #include "html/characterdata.h"
 #include "html/document.h"
 #include "html/element.h"
@@ -64,7 +65,7 @@ public:
     std::string print(const Document& document)
     {
         if (document.hasByteOrderMark())
-            m_markup = "\xEF\xBB\xBF";
+            m_markup = utf8ByteOrderMark;
         m_start = m_markup.size();
         m_levels.push_back({&document, document.firstChild()});
         while (!m_levels.empty())

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/serializer.h"
 
+#include "base/utf8.h"
 #include "html/characterdata.h"
 #include "html/codemarks.h"
 #include "html/doctype.h"
@@ -143,7 +144,7 @@ void writeOpening(const Node& node, const Output& output)
     switch (node.kind()) {
     case Node::Kind::Document:
         if (static_cast<const Document&>(node).hasByteOrderMark())
-            output.markup += "\xEF\xBB\xBF";
+            output.markup += utf8ByteOrderMark;
         break;
     case Node::Kind::Doctype:
         output.markup += static_cast<const Doctype&>(node).declaration();

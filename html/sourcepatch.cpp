@@ -215,10 +215,7 @@ private:
         return m_masked.name(begin, begin + attribute.name.size());
     }
 
-    [[nodiscard]] std::size_t placeOf(std::string_view part) const
-    {
-        return static_cast<std::size_t>(part.data() - m_masked.text().data());
-    }
+    [[nodiscard]] std::size_t placeOf(std::string_view part) const { return offsetIn(m_masked.text(), part); }
 
     [[nodiscard]] std::size_t endOf(const HtmlAttribute& attribute) const
     {

@@ -185,8 +185,7 @@ private:
         HtmlScanner scanner(comment);
         HtmlToken token;
         scanner.next(token);
-        const std::size_t begin =
-            range.begin + static_cast<std::size_t>(token.content.data() - comment.data());
+        const std::size_t begin = range.begin + offsetIn(comment, token.content);
         return CharacterData::comment(m_page->rawText(begin, begin + token.content.size()));
     }
 
@@ -252,7 +251,7 @@ private:
         const std::string_view source = m_source.disguised();
         if (part.empty() || part.data() < source.data() || part.data() > source.data() + source.size())
             return {};
-        const auto begin = static_cast<std::size_t>(part.data() - source.data());
+        const std::size_t begin = offsetIn(source, part);
         if (begin < m_prefix)
             return {};
         return {static_cast<std::uint32_t>(m_source.sourcePlace(begin) - m_prefix),

@@ -2,6 +2,7 @@
 #include "links/addressspelling.h"
 
 #include "base/ascii.h"
+#include "base/pathbelow.h"
 #include "links/percentencoding.h"
 
 #include <algorithm>
@@ -177,8 +178,7 @@ Names folderOf(const SiteAddresses& addresses, const Page& page)
         return names;
     }
     names = homeOf(addresses.own().front());
-    const std::size_t slash = page.path.rfind('/');
-    append(names, std::string_view(page.path).substr(0, slash == npos ? 0 : slash));
+    append(names, folderPart(page.path));
     return names;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/linksuggestions.h"
 
+#include "base/pathbelow.h"
 #include "base/utf8.h"
 #include "links/bytehash.h"
 #include "links/percentencoding.h"
@@ -80,10 +81,8 @@ LinkSuggestions::Id LinkSuggestions::withOtherCase(std::string_view subpath) con
 
 LinkSuggestions::Id LinkSuggestions::nearest(std::string_view subpath) const
 {
-    const std::size_t slash = subpath.rfind('/');
-    const std::string_view folder = subpath.substr(0, slash == std::string_view::npos ? 0 : slash);
-    const std::string_view name = subpath.substr(slash == std::string_view::npos ? 0 : slash + 1);
-    const Id folderId = m_tree->find(folder);
+    const std::string_view name = namePart(subpath);
+    const Id folderId = m_tree->find(folderPart(subpath));
     const Id similar = folderId == SiteTree::none ? folderId : mostSimilarIn(folderId, name);
     return similar == SiteTree::none ? ofSameName(subpath, name) : similar;
 }

@@ -1,23 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/movedplaces.h"
 
+#include "base/pathbelow.h"
+
 #include <algorithm>
 #include <set>
 
 namespace luma {
 
 namespace {
-
-std::string_view nameOf(std::string_view path)
-{
-    return path.substr(path.rfind('/') + 1);
-}
-
-std::string_view folderOf(std::string_view path)
-{
-    const std::size_t slash = path.rfind('/');
-    return path.substr(0, slash == std::string_view::npos ? 0 : slash);
-}
 
 bool hasLinkedFolders(const SiteTree& tree)
 {
@@ -39,7 +30,7 @@ MovedPlaces::MovedPlaces(std::vector<Item> items, const SiteTree* tree, const Si
     for (std::size_t i = 0; i < m_items.size(); ++i) {
         m_byFrom.try_emplace(m_items[i].from, i);
         lengths.insert(m_items[i].from.size());
-        anyIndex = anyIndex || isIndexName(nameOf(m_items[i].from));
+        anyIndex = anyIndex || isIndexName(namePart(m_items[i].from));
     }
     m_lengths.assign(lengths.begin(), lengths.end());
     m_mayHaveOtherPaths = m_tree && (anyIndex || m_rules.extensionsMayBeLeftOut || hasLinkedFolders(*m_tree));
@@ -81,7 +72,7 @@ std::optional<NewPlace> MovedPlaces::newPlaceOfFile(const LinkTarget& target, co
         return std::nullopt;
     if (place.folder != SiteTree::none) {
         if (isIndexOf(*path)) {
-            const std::string folder(folderOf(*path));
+            const std::string folder(folderPart(*path));
             return NewPlace{folder, target.isFolderForm || folder.empty()};
         }
         return NewPlace{*std::move(path), false};
@@ -98,7 +89,7 @@ std::optional<NewPlace> MovedPlaces::newPlaceOfFile(const LinkTarget& target, co
 // Whether its folder's address leads to the page at its new place.
 bool MovedPlaces::isIndexOf(std::string_view path) const
 {
-    const std::string folder(folderOf(path));
+    const std::string folder(folderPart(path));
     for (const std::string& name : m_rules.indexNames) {
         const std::string other = folder.empty() ? name : folder + "/" + name;
         if (other == path)
@@ -113,7 +104,7 @@ std::vector<std::string> MovedPlaces::namesInLinks() const
 {
     std::set<std::string> names;
     for (const Item& item : m_items)
-        names.emplace(m_mayHaveOtherPaths ? std::string_view() : nameOf(item.from));
+        names.emplace(m_mayHaveOtherPaths ? std::string_view() : namePart(item.from));
     return {names.begin(), names.end()};
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/pageplanner.h"
 
+#include "base/pathbelow.h"
 #include "base/utf8.h"
 #include "links/writtenreference.h"
 
@@ -48,7 +49,7 @@ Difference differenceOf(std::string_view a, std::string_view b)
 Result<std::vector<LinkEdit>> PagePlanner::editsOf(std::string_view bytes, const std::string& oldPath,
                                                    const std::string& newPath)
 {
-    const std::string_view name = std::string_view(oldPath).substr(oldPath.rfind('/') + 1);
+    const std::string_view name = namePart(oldPath);
     m_reader.parse(bytes, name, SitePageReader::FilePlaces::Known);
     const std::vector<Change> wanted = changes(oldPath, newPath);
     if (wanted.empty())

@@ -12,11 +12,6 @@ namespace luma {
 
 namespace {
 
-std::size_t offsetIn(std::string_view source, std::string_view part)
-{
-    return static_cast<std::size_t>(part.data() - source.data());
-}
-
 const HtmlAttribute* findAttribute(const HtmlToken& tag, std::string_view name)
 {
     const auto found =

@@ -13,11 +13,6 @@ namespace luma {
 namespace {
 
 // `raw` is a part of `source`.
-std::size_t offsetIn(std::string_view source, std::string_view raw)
-{
-    return static_cast<std::size_t>(raw.data() - source.data());
-}
-
 std::string escaped(std::string_view text, Quotes quotes)
 {
     std::string raw;

@@ -2,6 +2,7 @@
 #include "links/siteaddresses.h"
 
 #include "base/ascii.h"
+#include "base/pathbelow.h"
 #include "base/utf8.h"
 #include "links/percentencoding.h"
 
@@ -21,16 +22,6 @@ bool holdsServerCode(std::string_view value)
     return brace != std::string_view::npos && brace + 1 < value.size() &&
            (value.find("{{", brace) != std::string_view::npos ||
             value.find("{%", brace) != std::string_view::npos);
-}
-
-std::string_view stripped(std::string_view value)
-{
-    const auto isC0OrBlank = [](char c) { return static_cast<unsigned char>(c) <= 0x20; };
-    while (!value.empty() && isC0OrBlank(value.front()))
-        value.remove_prefix(1);
-    while (!value.empty() && isC0OrBlank(value.back()))
-        value.remove_suffix(1);
-    return value;
 }
 
 // Whether `path`, the part of an address before its query, is an ordinary relative path: no scheme, no host, no
@@ -86,12 +77,6 @@ bool isFolderEnding(std::string_view segment)
     return segment.empty() || segment == "." || segment == "..";
 }
 
-std::string_view folderOf(std::string_view page)
-{
-    const std::size_t slash = page.rfind('/');
-    return page.substr(0, slash == std::string_view::npos ? 0 : slash);
-}
-
 bool isSameHost(const WebAddress& a, const WebAddress& b)
 {
     const auto port = [](const WebAddress& address) {
@@ -137,7 +122,7 @@ WebAddress SiteAddresses::addressOf(std::string_view page) const
 SiteAddresses::Page SiteAddresses::page(std::string_view path, std::string_view base) const
 {
     Page page{std::string(path), false, {}};
-    if (stripped(base).empty())
+    if (trimmedAddress(base).empty())
         return page;
     const WebAddress own = addressOf(path);
     // A base that is no address is as if it were not there (HTML standard, "document base URL").
@@ -152,7 +137,7 @@ LinkTarget SiteAddresses::resolve(std::string_view value, const Page& page) cons
 {
     if (holdsServerCode(value))
         return {LinkTarget::Kind::NotJudged, {}, false, false, {}};
-    value = stripped(value);
+    value = trimmedAddress(value);
     const std::size_t pathEnd = std::min(value.find_first_of("?#"), value.size());
     return !page.hasBase && isPlainPath(value.substr(0, pathEnd)) ? resolvePlain(value, pathEnd, page)
                                                                   : resolveParsed(value, page);
@@ -179,7 +164,7 @@ LinkTarget SiteAddresses::resolvePlain(std::string_view value, std::size_t pathE
         segments.clear();
         encodedFrom = 0;
         path.remove_prefix(1);
-    } else if (const std::string_view folder = folderOf(page.path); !folder.empty()) {
+    } else if (const std::string_view folder = folderPart(page.path); !folder.empty()) {
         forEachSegment(folder, [&segments](std::string_view name) { segments.push_back(name); });
         encodedFrom = segments.size();
     }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/sitepagereader.h"
 
+#include "base/pathbelow.h"
 #include "base/utf8.h"
 #include "html/placedtext.h"
 #include "html/servercode.h"
@@ -27,12 +28,6 @@ bool needsNoDecoding(std::string_view bytes, const PageEncoding& encoding, Marku
     return isKnownValid || isValidUtf8(bytes);
 }
 
-std::string_view nameOf(std::string_view path)
-{
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string_view::npos ? path : path.substr(slash + 1);
-}
-
 } // namespace
 
 Result<void> SitePageReader::read(const std::string& path)
@@ -40,7 +35,7 @@ Result<void> SitePageReader::read(const std::string& path)
     const auto bytes = readBytes(path);
     if (!bytes)
         return bytes.error();
-    parse(*bytes, nameOf(path));
+    parse(*bytes, namePart(path));
     return {};
 }
 

@@ -2,6 +2,7 @@
 #include "links/sitepaths.h"
 
 #include "base/ascii.h"
+#include "base/pathbelow.h"
 #include "links/bytehash.h"
 
 #include <sys/stat.h>
@@ -173,8 +174,7 @@ SitePlace SitePaths::notInTree(const LinkTarget& target) const
     }
     std::string_view above = target.path;
     while (!above.empty()) {
-        const std::size_t slash = above.rfind('/');
-        above = above.substr(0, slash == std::string_view::npos ? 0 : slash);
+        above = folderPart(above);
         const Id id = find(above);
         if (id == SiteTree::none)
             continue;

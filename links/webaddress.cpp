@@ -62,19 +62,6 @@ bool isDoubleDot(std::string_view segment)
     });
 }
 
-// Without control characters and blanks at both ends, and without tabs and line ends inside.
-std::string stripped(std::string_view input)
-{
-    const auto isC0OrBlank = [](char c) { return static_cast<unsigned char>(c) <= 0x20; };
-    while (!input.empty() && isC0OrBlank(input.front()))
-        input.remove_prefix(1);
-    while (!input.empty() && isC0OrBlank(input.back()))
-        input.remove_suffix(1);
-    std::string text(input);
-    std::erase_if(text, [](char c) { return c == '\t' || c == '\n' || c == '\r'; });
-    return text;
-}
-
 /// Reads one address; each step takes its part off the front of what is left.
 class AddressReader final
 {
@@ -396,9 +383,20 @@ std::string WebAddress::text() const
     return text;
 }
 
+std::string_view trimmedAddress(std::string_view input)
+{
+    const auto isC0OrBlank = [](char c) { return static_cast<unsigned char>(c) <= 0x20; };
+    while (!input.empty() && isC0OrBlank(input.front()))
+        input.remove_prefix(1);
+    while (!input.empty() && isC0OrBlank(input.back()))
+        input.remove_suffix(1);
+    return input;
+}
+
 std::optional<WebAddress> parseAddress(std::string_view input, const WebAddress* base)
 {
-    const std::string text = stripped(input);
+    std::string text(trimmedAddress(input));
+    std::erase_if(text, [](char c) { return c == '\t' || c == '\n' || c == '\r'; });
     return AddressReader(text, base).read();
 }
 

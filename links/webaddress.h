@@ -30,6 +30,9 @@ struct WebAddress
     [[nodiscard]] std::string text() const;
 };
 
+/// `input` without the control characters and blanks at both ends that reading an address drops.
+std::string_view trimmedAddress(std::string_view input);
+
 /// The address that `input` means on a page at `base`, as a browser reads it: blanks and line ends are stripped,
 /// backslashes are slashes, dot segments are resolved (URL standard, "basic URL parser"). Nothing for what is
 /// none, and for what needs a base where there is none. `input` is UTF-8. Any thread.

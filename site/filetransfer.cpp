@@ -3,6 +3,7 @@
 
 #include "base/filecalls.h"
 #include "base/files.h"
+#include "base/pathbelow.h"
 #include "site/folderaccess.h"
 #include "site/keptfolder.h"
 #include "site/leftovers.h"
@@ -111,7 +112,7 @@ std::string Transfer::copy(const SyncRow& row, const StillWanted& stillWanted)
 {
     if (std::string reason = enterFolder(folderPart(row.relativePath)); !reason.empty())
         return reason;
-    const std::string name = namePart(row.relativePath);
+    const std::string name(namePart(row.relativePath));
     if (std::string reason = objection(row, name); !reason.empty())
         return reason;
     const fs::path source = entryOf(m_sending, name);
@@ -164,7 +165,7 @@ Result<FileDescriptor> Transfer::openOrMakeReceiving(std::string_view folder)
     for (std::size_t end = 0; parent && end < folder.size();) {
         end = std::min(folder.find('/', end + 1), folder.size());
         const std::string path(folder.substr(0, end));
-        auto next = openFolderBelow(*parent, namePart(path));
+        auto next = openFolderBelow(*parent, std::string(namePart(path)));
         if (!next && isMissing(next.error()))
             next = makeFolder(*parent, path);
         parent = std::move(next);
@@ -181,10 +182,10 @@ Result<FileDescriptor> Transfer::makeFolder(const FileDescriptor& parent, const 
     if (::fstat(sending->get(), &original) != 0)
         return systemError(path, errno);
     // The owner may write for now, because the folder's files are still to come.
-    if (::mkdirat(parent.get(), namePart(path).c_str(), (original.st_mode & 0777U) | 0700U) != 0)
+    if (::mkdirat(parent.get(), std::string(namePart(path)).c_str(), (original.st_mode & 0777U) | 0700U) != 0)
         return systemError(path, errno);
     m_madeFolders.push_back(path);
-    return openFolderBelow(parent, namePart(path));
+    return openFolderBelow(parent, std::string(namePart(path)));
 }
 
 std::string Transfer::objection(const SyncRow& row, const std::string& name) const
@@ -209,7 +210,7 @@ std::string Transfer::remove(const SyncRow& row, const StillWanted& stillWanted)
     if (!m_receivingRoot)
         return systemReason(m_receivingRoot.error().code);
     const std::string folder(folderPart(row.relativePath));
-    const std::string name = namePart(row.relativePath);
+    const std::string name(namePart(row.relativePath));
     const auto receiving = openFolderBelow(*m_receivingRoot, folder);
     struct stat received = {};
     if (!receiving)
@@ -238,7 +239,7 @@ FileFacts Transfer::factsOf(const SyncRow& row) const
 {
     const auto folder = openFolderBelow(*m_receivingRoot, folderPart(row.relativePath));
     struct statx now = {};
-    if (!folder || !lookAgain(*folder, namePart(row.relativePath), now))
+    if (!folder || !lookAgain(*folder, std::string(namePart(row.relativePath)), now))
         return {};
     struct stat status = {};
     status.st_mode = now.stx_mode;
@@ -250,7 +251,7 @@ FileFacts Transfer::factsOf(const SyncRow& row) const
 bool Transfer::removeIfEmpty(const std::string& folder) const
 {
     const auto parent = openFolderBelow(*m_receivingRoot, folderPart(folder));
-    return parent && ::unlinkat(parent->get(), namePart(folder).c_str(), AT_REMOVEDIR) == 0;
+    return parent && ::unlinkat(parent->get(), std::string(namePart(folder)).c_str(), AT_REMOVEDIR) == 0;
 }
 
 void Transfer::finishFolder(const std::string& folder) const
@@ -275,7 +276,7 @@ void Transfer::restoreTime(const std::string& path) const
 {
     const auto sending = openFolderBelow(*m_sendingRoot, folderPart(path));
     const auto receiving = openFolderBelow(*m_receivingRoot, folderPart(path));
-    const std::string name = namePart(path);
+    const std::string name(namePart(path));
     struct statx sent = {};
     struct statx received = {};
     if (!sending || !receiving || !lookAgain(*sending, name, sent) || !lookAgain(*receiving, name, received))

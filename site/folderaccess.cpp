@@ -86,17 +86,6 @@ std::filesystem::path entryOf(const FileDescriptor& folder, const std::string& n
     return std::filesystem::path("/proc/self/fd") / std::to_string(folder.get()) / name;
 }
 
-std::string_view folderPart(std::string_view path)
-{
-    const std::size_t slash = path.rfind('/');
-    return slash == std::string_view::npos ? std::string_view() : path.substr(0, slash);
-}
-
-std::string namePart(std::string_view path)
-{
-    return std::string(path.substr(path.rfind('/') + 1));
-}
-
 Result<FileDescriptor> openFolderBelow(const FileDescriptor& root, std::string_view relativePath)
 {
     if (relativePath.empty())

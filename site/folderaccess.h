@@ -31,8 +31,4 @@ std::optional<std::int64_t> freeBytesAt(const FileDescriptor& folder);
 /// /proc/self/fd).
 std::filesystem::path entryOf(const FileDescriptor& folder, const std::string& name);
 
-/// The two parts of a relative path; the folder of one without a slash is empty.
-std::string_view folderPart(std::string_view path);
-std::string namePart(std::string_view path);
-
 } // namespace luma

@@ -4,6 +4,7 @@
 #include "base/filecalls.h"
 #include "base/files.h"
 #include "base/folderreader.h"
+#include "base/pathbelow.h"
 #include "site/folderaccess.h"
 
 #include <fcntl.h>
@@ -75,7 +76,7 @@ std::string KeptFolder::keep(const FileDescriptor& folder, const std::string& na
 void KeptFolder::forget(const std::string& publish, const std::string& path) const
 {
     if (const auto folder = openOrMake(publish, folderPart(path)))
-        (void)::unlinkat(folder->get(), namePart(path).c_str(), 0);
+        (void)::unlinkat(folder->get(), std::string(namePart(path)).c_str(), 0);
 }
 
 Result<std::vector<std::string>> KeptFolder::publishes() const

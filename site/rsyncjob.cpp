@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/rsyncjob.h"
 
+#include "base/pathbelow.h"
 #include "site/folderaccess.h"
 
 #include <QFile>

@@ -2,6 +2,7 @@
 #include "site/syncrow.h"
 
 #include "base/ascii.h"
+#include "base/pathbelow.h"
 #include "site/shownname.h"
 
 #include <sys/stat.h>
@@ -210,7 +211,7 @@ bool isPage(std::string_view path)
 {
     constexpr auto extensions =
         std::to_array<std::string_view>({"html", "htm", "xhtml", "xht", "shtml", "php", "xml"});
-    const std::string_view name = path.substr(path.rfind('/') + 1);
+    const std::string_view name = namePart(path);
     const std::size_t dot = name.rfind('.');
     if (dot == std::string_view::npos)
         return false;
