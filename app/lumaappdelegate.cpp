@@ -3,13 +3,13 @@
 
 #include "app/makerhosts.h"
 #include "app/preferencesdialog.h"
-#include "app/sitearchive.h"
 #include "app/sitelistwindow.h"
 #include "app/sitetemplate.h"
 #include "base/mainhop.h"
 #include "base/workitem.h"
 #include "browser/endpoint.h"
 #include "desktop/windowregistry.h"
+#include "site/sitearchive.h"
 
 #include <QAbstractButton>
 #include <QCoreApplication>

@@ -6,7 +6,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QStandardPaths>
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -36,12 +35,6 @@ const QString& guarded(const QString& file)
 Preferences::Preferences(const QString& file, QVariantMap initialValues)
     : m_settings(guarded(file), QSettings::IniFormat), m_initialValues(std::move(initialValues))
 {}
-
-QString Preferences::defaultFile()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
-           QStringLiteral("/luma/luma.conf");
-}
 
 QVariant Preferences::value(const QString& key) const
 {

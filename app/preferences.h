@@ -3,6 +3,7 @@
 
 #include "base/result.h"
 #include "browser/panehost.h"
+#include "site/savedsites.h"
 
 #include <QSettings>
 #include <QVariantMap>
@@ -15,7 +16,7 @@ namespace luma {
 class Preferences final
 {
 public:
-    static constexpr QLatin1StringView sitesArrayData{"sitesArrayData"};
+    static constexpr QLatin1StringView sitesArrayData = sitesArrayKey;
     static constexpr QLatin1StringView siteTemplate{"siteTemplate"};
     static constexpr QLatin1StringView excludedFolders{"ExcludedFolders"};
     static constexpr QLatin1StringView tidiesPages{"TidyPagesWhenSaved"}; // false until the user wants it
@@ -27,9 +28,6 @@ public:
 
     /// Before anything is written, `file` gets mode 0600; a new folder for it gets mode 0700.
     explicit Preferences(const QString& file, QVariantMap initialValues = {});
-
-    /// luma/luma.conf in the user's configuration folder.
-    static QString defaultFile();
 
     [[nodiscard]] QVariant value(const QString& key) const;
     /// As the user has written them, separated by commas.

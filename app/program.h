@@ -19,7 +19,7 @@ class Program final : public QObject
 
 public:
     /// `shell` runs zsh; null for the real one.
-    explicit Program(const QString& preferencesFile = Preferences::defaultFile(), CommandRunner shell = {});
+    explicit Program(const QString& preferencesFile = defaultPreferencesFile(), CommandRunner shell = {});
 
     LUMAAppDelegate& delegate() { return m_delegate; }
     DocumentController& documents() { return m_documents; }

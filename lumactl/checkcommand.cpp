@@ -25,7 +25,7 @@ Result<bool> checkByLetter(const std::filesystem::path& site, FindingsKept kept,
 Result<bool> checkAsBrowser(const std::filesystem::path& site, FindingsKept kept,
                             const CommandArguments& line, StandardOutput& output, bool& anyMissing)
 {
-    return checkWebLinks(site, webRules(line), kept, [&](const WebPage& page) {
+    return checkWebLinks(site, webRules(line, line.operands().front()), kept, [&](const WebPage& page) {
         if (line.has("--json"))
             appendJson(output.text(), page);
         else

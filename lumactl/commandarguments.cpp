@@ -6,6 +6,7 @@
 #include "base/folderreader.h"
 #include "links/sitemoves.h"
 #include "lumactl/standardoutput.h"
+#include "site/savedsites.h"
 
 #include <algorithm>
 #include <system_error>
@@ -91,8 +92,41 @@ std::vector<std::string> CommandArguments::values(std::string_view name) const
     return values;
 }
 
+std::optional<std::shared_ptr<SiteRecord>> savedSite(const std::string& argument)
+{
+    std::error_code error;
+    if (argument.empty() || fs::is_directory(argument, error))
+        return nullptr;
+    const auto sites = savedSites();
+    if (!sites) {
+        complain("the list of sites: " + sites.error().text);
+        return std::nullopt;
+    }
+    const auto isNamed = [name = QString::fromStdString(argument)](const std::shared_ptr<SiteRecord>& site) {
+        return site->siteID() == name;
+    };
+    const auto found = std::find_if(sites->begin(), sites->end(), isNamed);
+    if (found == sites->end())
+        return nullptr;
+    if (std::any_of(std::next(found), sites->end(), isNamed)) {
+        complain(argument + ": two sites have this name");
+        return std::nullopt;
+    }
+    return *found;
+}
+
 std::optional<fs::path> siteFolder(const std::string& argument)
 {
+    const auto record = savedSite(argument);
+    if (!record)
+        return std::nullopt;
+    if (*record) {
+        const fs::path folder = localFolder(*(*record)->sourceDict());
+        if (!folder.empty())
+            return siteFolder(fs::absolute(folder).native() + '/');
+        complain(argument + ": the source of this site is not on this computer");
+        return std::nullopt;
+    }
     // Read before anything is moved: links can't be updated in a site that can't be listed.
     const fs::path site = absolutePath(argument);
     const auto reader = FolderReader::open(argument.empty() ? "" : site.native());

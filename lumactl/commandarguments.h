@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "site/siterecord.h"
+
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -38,8 +41,12 @@ private:
     std::string m_error;
 };
 
-/// The site's folder as an absolute path; nothing, after a message, if it can't be listed. A move that was interrupted there
-/// is finished or taken back first, with a message.
+/// The site of the user's list that an argument names: null if the list has no such site, or if the argument is a folder.
+/// Nothing, after a message, if the list can't be read or has two sites of that name.
+std::optional<std::shared_ptr<SiteRecord>> savedSite(const std::string& argument);
+
+/// The folder that an argument gives, or the source of the saved site it names, as an absolute path; nothing, after a
+/// message, if it can't be listed. A move that was interrupted there is finished or taken back first, with a message.
 std::optional<std::filesystem::path> siteFolder(const std::string& argument);
 
 /// The item that an argument names: a subpath of the site if there is such an item, else any path.

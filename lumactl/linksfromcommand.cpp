@@ -42,7 +42,7 @@ ExitCode run(const std::vector<std::string>& arguments)
             return ExitCode::Unusable;
         site = *folder;
     }
-    auto found = checkWebPage(site, page, webRules(line));
+    auto found = checkWebPage(site, page, webRules(line, line.value("--site")));
     if (!found)
         return unusable(found.error().text);
     if (site.empty())

@@ -12,7 +12,7 @@ namespace {
 
 ExitCode run(const std::vector<std::string>& arguments)
 {
-    const CommandArguments line = reportArguments(arguments);
+    const CommandArguments line = reportArguments(arguments, {"-0"});
     if (!line.error().empty())
         return wrongUsage(linksToCommand, line.error());
     if (line.operands().size() != 2)
@@ -26,8 +26,8 @@ ExitCode run(const std::vector<std::string>& arguments)
     if (!itemExists(target))
         return unusable(line.operands()[1] + ": No such file");
     StandardOutput output;
-    const auto show = [&output](const std::string& subpath) {
-        output.text().append(subpath).append("\n");
+    const auto show = [&](const std::string& subpath) {
+        output.text().append(subpath).push_back(line.has("-0") ? '\0' : '\n');
         output.flushIfLarge();
     };
     const auto showPage = [&](const WebPage& page) {
@@ -41,7 +41,7 @@ ExitCode run(const std::vector<std::string>& arguments)
     };
     const auto done = linkRules(line) == LinkRules::Letter
                           ? findLinksTo(*site, target, show)
-                          : findWebLinksTo(*site, target, webRules(line), showPage);
+                          : findWebLinksTo(*site, target, webRules(line, line.operands().front()), showPage);
     if (!done)
         return unusable(done.error().text);
     return output.finish() ? ExitCode::Ok : ExitCode::Found;
@@ -52,12 +52,14 @@ constexpr std::string_view help =
     "style sheet refers to it by a link as a browser reads it, a script, data file or\n"
     "text by containing its name. Prints one subpath a line.\n"
     "\n"
+    "  -0                   a NUL byte after each subpath instead of a line feed\n"
+    "\n"
     "  lumactl links-to ~/site images/logo.png --json\n";
 
 } // namespace
 
 const LumactlCommand linksToCommand = {"links-to",
-                                       "SITE FILE [--json] [--by-letter]",
+                                       "SITE FILE [--json] [-0] [--by-letter]",
                                        "list the files of a site that refer to one of its files",
                                        help,
                                        run,

@@ -39,11 +39,13 @@ extern const LumactlCommand copyCommand;
 extern const LumactlCommand renameCommand;
 extern const LumactlCommand undoCommand;
 extern const LumactlCommand editCommand;
+extern const LumactlCommand sitesCommand;
 
 /// All commands, in the order of the help. To add one, write a file for it, name the file in CMakeLists.txt and
 /// the command here and above.
 inline constexpr auto lumactlCommands = std::to_array<const LumactlCommand*>(
     {&changedCommand, &publishCommand, &restoreCommand, &linksFromCommand, &checkCommand, &linksToCommand,
-     &unlinkedCommand, &moveCommand, &copyCommand, &renameCommand, &undoCommand, &editCommand});
+     &unlinkedCommand, &moveCommand, &copyCommand, &renameCommand, &undoCommand, &editCommand,
+     &sitesCommand});
 
 } // namespace luma

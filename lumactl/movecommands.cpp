@@ -146,7 +146,7 @@ ExitCode moveOrCopy(const LumactlCommand& command, MoveOperation operation,
         LetterMoveReport report;
         return report.finish(LinkUpdatingMove(*site, report.callbacks()).run(operation, items, folder));
     }
-    MoveRequest request{*site, {}, operation, {}, webRules(line)};
+    MoveRequest request{*site, {}, operation, {}, webRules(line, operands.front())};
     for (const fs::path& item : items)
         request.items.push_back({item, folder / item.filename()});
     return carryOut(request, line.has("--dry-run"));
@@ -185,8 +185,9 @@ ExitCode rename(const std::vector<std::string>& arguments)
         LetterMoveReport report;
         return report.finish(LinkUpdatingMove(*site, report.callbacks()).rename(item, name));
     }
-    return carryOut({*site, {}, MoveOperation::Move, {{item, item.parent_path() / name}}, webRules(line)},
-                    line.has("--dry-run"));
+    return carryOut(
+        {*site, {}, MoveOperation::Move, {{item, item.parent_path() / name}}, webRules(line, operands[0])},
+        line.has("--dry-run"));
 }
 
 ExitCode undo(const std::vector<std::string>& arguments)

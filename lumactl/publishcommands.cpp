@@ -28,7 +28,7 @@ struct Outcome
 // What differs; how much is ignored is said.
 Result<ComparisonReport> compare(const PublishSides& sides)
 {
-    PublishedFiles before = PublishedFiles::load(sides.identity());
+    PublishedFiles before = PublishedFiles::load(sides.identity);
     const WorkItem item;
     auto report = sides.login.empty()
                       ? FolderComparison(sides.folders(), sides.ignored, sides.deletions)
@@ -41,17 +41,19 @@ Result<ComparisonReport> compare(const PublishSides& sides)
 
 ExitCode changed(const std::vector<std::string>& arguments)
 {
-    const CommandArguments line(arguments, {"--download", "--delete", "--json"}, {"--ignore", "--ssh"});
+    const CommandArguments line(arguments, {"--download", "--delete", "--json", "-0"}, {"--ignore", "--ssh"});
+    if (line.has("-0") && (line.has("--json") || line.has("--delete")))
+        return wrongUsage(changedCommand, "-0 can't be used with --json or --delete");
     const auto sides = publishSidesOf(changedCommand, line);
     if (!sides)
         return ExitCode::Unusable;
     const auto report = compare(*sides);
     if (!report)
         return unusable(report.error().text);
-    const bool isPrinted = printRows(report->rows, line.has("--json"), false);
+    const bool isPrinted = printRows(report->rows, rowFormOf(line), false);
     for (const std::string& problem : report->problems)
         complain(problem);
-    return isPrinted && report->problems.empty() ? ExitCode::Ok : ExitCode::Found;
+    return isPrinted && report->rows.empty() && report->problems.empty() ? ExitCode::Ok : ExitCode::Found;
 }
 
 Outcome transfer(const PublishSides& sides, const ComparisonReport& report,
@@ -71,7 +73,7 @@ Outcome transfer(const PublishSides& sides, const ComparisonReport& report,
 // Transfers, and remembers what both sides have since.
 Outcome publishRows(const PublishSides& sides, ComparisonReport& report)
 {
-    const auto lock = lockForPublishing(sides.identity());
+    const auto lock = lockForPublishing(sides.identity);
     if (!lock)
         return {.problems = {lock.error().text}};
     const auto versions = sides.keptVersions();
@@ -111,6 +113,7 @@ ExitCode publish(const std::vector<std::string>& arguments)
         return unusable(report.error().text);
     for (SyncRow& row : report->rows)
         row.select = row.select || line.has("--yes");
+    tickNamed(report->rows, sides->unticked, false);
     tickNamed(report->rows, line.values("--except"), false);
     std::vector<std::string> problems = report->problems;
     for (const SyncRow& row : report->rows) {
@@ -119,7 +122,7 @@ ExitCode publish(const std::vector<std::string>& arguments)
     }
     bool isPrinted = true;
     if (line.has("--dry-run")) {
-        isPrinted = printRows(report->rows, line.has("--json"), true);
+        isPrinted = printRows(report->rows, rowFormOf(line), true);
     } else if (!line.has("--yes") && isHeldBack(report->rows, report->counts)) {
         return ExitCode::Found;
     } else {
@@ -128,7 +131,7 @@ ExitCode publish(const std::vector<std::string>& arguments)
         std::vector<SyncRow> done;
         for (const std::size_t row : outcome.done)
             done.push_back(report->rows[row]);
-        isPrinted = !line.has("--json") || printRows(done, true, false);
+        isPrinted = !line.has("--json") || printRows(done, RowForm::Json, false);
     }
     for (const std::string& problem : problems)
         complain(problem);
@@ -139,7 +142,8 @@ ExitCode publish(const std::vector<std::string>& arguments)
 
 const LumactlCommand changedCommand = {
     "changed",
-    "SOURCE DESTINATION [--download] [--delete] [--json] [--ssh USER@HOST[:PORT]] [--ignore PATTERN]...",
+    "SOURCE DESTINATION [--download] [--delete] [--json] [-0] [--ssh USER@HOST[:PORT]] "
+    "[--ignore PATTERN]...",
     "list the files that publish would copy",
     "Prints the files of SOURCE that are missing in DESTINATION, older there or have\n"
     "changed since the last publish, one a line; control characters and bytes that\n"
@@ -147,16 +151,19 @@ const LumactlCommand changedCommand = {
     "lists the files of DESTINATION for SOURCE in the same way, with --delete also\n"
     "what only the receiving side has, after \"deleting \". With --ssh, DESTINATION\n"
     "is a folder on that server, and rsync does the work; login must work by key.\n"
+    "The name of a site in LUMA's list may stand for both folders; its patterns are\n"
+    "ignored, too, and publish leaves out what was unticked in its window.\n"
     "\n"
     "Left alone and counted: .git, .svn, .hg, *~, .*.swp, Thumbs.db, .DS_Store, and\n"
     "what --ignore names: a pattern for names, with a slash for paths below the\n"
     "folder, with a slash at the end for folders only.\n"
     "\n"
     "--json prints one JSON object a line: what (new, newer, different, conflict,\n"
-    "delete), file, why, asks (publish leaves it without --yes), size and time (in\n"
-    "seconds since 1970), sizeThere and timeThere of the receiving side.\n"
+    "delete), file, why, asks (publish leaves it, unless told to do all), size and\n"
+    "time (in seconds since 1970), sizeThere and timeThere of the receiving side. -0\n"
+    "prints the names as they are, with a NUL byte after each, for xargs -0.\n"
     "\n"
-    "The exit code is 1 if something could not be compared.\n",
+    "The exit code is 1 if a file is listed or something could not be compared.\n",
     changed};
 
 const LumactlCommand publishCommand = {

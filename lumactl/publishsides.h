@@ -25,11 +25,9 @@ struct PublishSides
     IgnoredNames ignored;
     Deletions deletions = Deletions::Ignored;
     KeepChoice keep;
+    std::string identity;              // siteIdentity
+    std::vector<std::string> unticked; // what the user has left out in the window of a saved site
 
-    [[nodiscard]] std::string identity() const
-    {
-        return login.empty() ? siteIdentity(source, destination) : siteIdentity(source, login, destination);
-    }
     [[nodiscard]] SyncFolders folders() const
     {
         if (direction == Direction::Upload)
@@ -53,8 +51,12 @@ struct PublishSides
 /// Nothing, after a message, if the arguments or the folders can't be used.
 std::optional<PublishSides> publishSidesOf(const LumactlCommand& command, const CommandArguments& line);
 
+/// How rows are printed: --json, -0, or a name a line.
+enum class RowForm { Lines, Json, Bytes };
+RowForm rowFormOf(const CommandArguments& line);
+
 /// Prints the rows, or the ticked ones; false if that failed.
-bool printRows(const std::vector<SyncRow>& rows, bool asJson, bool tickedOnly);
+bool printRows(const std::vector<SyncRow>& rows, RowForm form, bool tickedOnly);
 
 /// Ticks or unticks the rows of these names. A name may be given as it was printed, else as its bytes.
 void tickNamed(std::vector<SyncRow>& rows, const std::vector<std::string>& names, bool on);

@@ -13,6 +13,8 @@ CommandArguments reportArguments(const std::vector<std::string>& arguments,
 
 std::string conflictIn(const CommandArguments& line)
 {
+    if (line.has("-0") && line.has("--json"))
+        return "-0 can't be used with --json";
     if (!line.has("--by-letter"))
         return {};
     for (const std::string_view option : {"--json", "--no-fragments", "--short-addresses", "--web-address",
@@ -28,10 +30,14 @@ LinkRules linkRules(const CommandArguments& line)
     return line.has("--by-letter") ? LinkRules::Letter : LinkRules::Browser;
 }
 
-WebRules webRules(const CommandArguments& line)
+WebRules webRules(const CommandArguments& line, const std::string& site)
 {
     WebRules rules;
     rules.webAddresses = line.values("--web-address");
+    if (const auto record = savedSite(site); record && *record) {
+        const std::vector<std::string> own = (*record)->webAddresses();
+        rules.webAddresses.insert(rules.webAddresses.end(), own.begin(), own.end());
+    }
     if (line.has("--index"))
         rules.indexNames = line.values("--index");
     rules.extensionsMayBeLeftOut = line.has("--short-addresses");

@@ -20,7 +20,8 @@ CommandArguments reportArguments(const std::vector<std::string>& arguments,
 std::string conflictIn(const CommandArguments& line);
 
 LinkRules linkRules(const CommandArguments& line);
-WebRules webRules(const CommandArguments& line);
+/// With the web addresses of the saved site that `site` names, if it names one.
+WebRules webRules(const CommandArguments& line, const std::string& site);
 
 /// Appends the page's `heading` and one line for each of its links.
 void appendLines(std::string& text, const std::string& heading, const WebPage& page);

@@ -79,13 +79,13 @@ ExitCode restore(const std::vector<std::string>& arguments)
     const KeptFiles* const kept = chosen(*publishes, line.value("--publish"));
     if (!kept)
         return unusable("no such publish has kept anything");
-    auto rows = versions->rows(*kept, PublishedFiles::load(sides->identity()), sides->direction, item);
+    auto rows = versions->rows(*kept, PublishedFiles::load(sides->identity), sides->direction, item);
     if (!rows)
         return unusable(rows.error().text);
     std::vector<std::string> problems = choose(*rows, line);
     if (line.has("--dry-run"))
-        return end(printRows(*rows, line.has("--json"), true), problems);
-    const auto lock = lockForPublishing(sides->identity());
+        return end(printRows(*rows, rowFormOf(line), true), problems);
+    const auto lock = lockForPublishing(sides->identity);
     if (!lock)
         return unusable(lock.error().text);
     const RestoreReport report = versions->restore(kept->publish, *rows, item, item);
@@ -93,7 +93,7 @@ ExitCode restore(const std::vector<std::string>& arguments)
     std::vector<SyncRow> done;
     for (const std::size_t row : report.done)
         done.push_back(rows->at(row));
-    return end(!line.has("--json") || printRows(done, true, false), problems);
+    return end(!line.has("--json") || printRows(done, RowForm::Json, false), problems);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "app/sitearchive.h"
+#include "site/sitearchive.h"
 #include "app/sitetemplate.h"
 #include "base/propertylist.h"
 #include "tests/support/registry.h"

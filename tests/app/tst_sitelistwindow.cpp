@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/lumaappdelegate.h"
-#include "app/sitearchive.h"
 #include "app/sitelistwindow.h"
 #include "app/sitetemplate.h"
 #include "base/propertylist.h"
 #include "browser/endpoint.h"
 #include "desktop/windowregistry.h"
+#include "site/sitearchive.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
 #include "tests/support/screenshot.h"

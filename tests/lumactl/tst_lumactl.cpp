@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "site/savedsites.h"
+#include "site/sitearchive.h"
 #include "tests/support/registry.h"
 #include "tests/support/site.h"
 
 #include <QProcess>
 #include <QRegularExpression>
+#include <QSettings>
 #include <QTest>
 
 using luma::test::Files;
@@ -27,6 +30,7 @@ Answer lumactl(const Site& site, const QByteArray& arguments)
     environment.insert(QStringLiteral("LUMACTL"),
                        qEnvironmentVariable("LUMA_BUILD_DIR") + QLatin1String("/bin/lumactl"));
     environment.insert(QStringLiteral("XDG_STATE_HOME"), qEnvironmentVariable("XDG_STATE_HOME"));
+    environment.insert(QStringLiteral("XDG_CONFIG_HOME"), qEnvironmentVariable("XDG_CONFIG_HOME"));
     environment.insert(QStringLiteral("ASAN_OPTIONS"), QStringLiteral("detect_leaks=0"));
     process.setProcessEnvironment(environment);
     process.setWorkingDirectory(QString::fromStdString(site.root().native()));
@@ -113,8 +117,13 @@ private slots:
         fails("undo .", "");
         fails("rename . p.png lonely.png", "");
         fails("rename . gone.png b", "");
-        succeeds("changed . sub", "index.html\np.png\nsub/lonely.png\nsub/x.html\n");
-        succeeds("changed . sub --download", "x.html\n");
+        finds("changed . sub", "index.html\np.png\nsub/lonely.png\nsub/x.html\n");
+        finds("changed . sub --download", "x.html\n");
+        succeeds("changed sub sub", "");
+        finds(
+            "changed . sub --download -0 | tr '\\0' '|'; \"$LUMACTL\" changed -0 . sub --download >/dev/null",
+            "x.html|");
+        finds("unlinked -0 . | tr '\\0' '|'; exit 1", "lonely.png|sub/lonely.png|");
         for (const char* const unusable : {"",
                                            "nonsense",
                                            "links-from gone.html",
@@ -143,6 +152,11 @@ private slots:
                                            "edit gone.html p --remove",
                                            "changed . sub --except a",
                                            "changed . sub --ssh host",
+                                           "changed . sub -0 --json",
+                                           "unlinked . -0 --json",
+                                           "help nonsense",
+                                           "help check move",
+                                           "sites .",
                                            "publish . sub --ssh me@host:port",
                                            "publish . sub --except",
                                            "publish . sub --keep -1",
@@ -349,6 +363,48 @@ private slots:
         QCOMPARE(site.bytesOf("to/a.html"), std::string("mine"));
     }
 
+    void savedSite_isMeantByItsName()
+    {
+        const Site site({{"from/a.html", "<a href=https://example.org/b.html>"},
+                         {"from/kept.png", ""},
+                         {"from/draft.txt", ""},
+                         {"from/left out.html", ""},
+                         {"from/lonely.png", ""},
+                         {"to/c.html", ""}});
+        const auto endpoint = [&site](const char* folder) {
+            return QVariantMap{{QStringLiteral("protocol"), QStringLiteral("file://")},
+                               {QStringLiteral("password"), QStringLiteral("secret")},
+                               {QStringLiteral("path"), QString::fromStdString(site.at(folder).native())}};
+        };
+        luma::SiteRecord record({{QStringLiteral("siteID"), QStringLiteral("My site")},
+                                 {QStringLiteral("sourceDict"), endpoint("from")},
+                                 {QStringLiteral("destinationDict"), endpoint("to")}});
+        record.setWebAddressText(QStringLiteral("example.org"));
+        record.setKeptItems({"kept.png"});
+        record.setIgnoredNames(QStringLiteral("*.txt"));
+        record.setUntickedNames(luma::Direction::Upload, {QStringLiteral("left out.html")});
+        luma::SiteRecord twin({{QStringLiteral("siteID"), QStringLiteral("Twins")}});
+        QSettings preferences(luma::defaultPreferencesFile(), QSettings::IniFormat);
+        preferences.setValue(luma::sitesArrayKey,
+                             luma::archiveSites({record.values(), twin.values(), twin.values()}));
+        preferences.sync();
+
+        QCOMPARE(lumactl(site, "sites").output, QByteArray("My site\nTwins\nTwins\n"));
+        QVERIFY(!lumactl(site, "sites --json").output.contains("secret"));
+        QVERIFY(lumactl(site, "check 'My site' --missing").output.contains("MISSING *** no such file"));
+        QCOMPARE(lumactl(site, "unlinked 'My site'").output,
+                 QByteArray("a.html\ndraft.txt\nleft out.html\nlonely.png\n"));
+        QCOMPARE(lumactl(site, "changed 'My site'").output,
+                 QByteArray("a.html\nkept.png\nleft out.html\nlonely.png\n"));
+        QCOMPARE(lumactl(site, "publish 'My site' --yes").code, 0);
+        QCOMPARE(site.listing("to"), std::string("a.html\nc.html\nkept.png\nlonely.png\n"));
+        QCOMPARE(lumactl(site, "changed 'My site' --download").output, QByteArray("c.html\n"));
+        for (const char* const wrong :
+             {"check Twins", "changed Twins", "check 'No site'", "publish 'No site'"})
+            QCOMPARE(lumactl(site, wrong).code, 2);
+        QVERIFY(QFile::remove(luma::defaultPreferencesFile()));
+    }
+
     // A name with a line feed, and the name that looks like its printed form.
     void except_meetsOneFile()
     {
@@ -390,9 +446,10 @@ private slots:
                                                 QRegularExpression::MultilineOption);
         for (auto match = command.globalMatch(help); match.hasNext();)
             listed << match.next().captured(1).toUtf8();
-        QCOMPARE(listed.size(), 12);
+        QCOMPARE(listed.size(), 13);
         for (const QByteArray& name : listed) {
             const Answer answer = lumactl(site, name + " --help");
+            QCOMPARE(lumactl(site, "help " + name).output, answer.output);
             QCOMPARE(answer.code, 0);
             QVERIFY2(answer.output.startsWith("Usage: lumactl " + name + " "), name.constData());
             QVERIFY2(answer.output.contains("\n\n") && answer.errors.isEmpty(), name.constData());
