@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "site/sitearchive.h"
 #include "app/sitetemplate.h"
 #include "base/propertylist.h"
+#include "site/sitearchive.h"
 #include "tests/support/registry.h"
 
 #include <QTest>

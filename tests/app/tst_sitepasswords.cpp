@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/lumaappdelegate.h"
-#include "app/sitearchive.h"
+#include "site/sitearchive.h"
 #include "app/sitelistwindow.h"
 #include "app/sitetemplate.h"
 #include "browser/endpoint.h"
