@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/lumaappdelegate.h"
-#include "site/sitearchive.h"
 #include "app/sitelistwindow.h"
 #include "app/sitetemplate.h"
 #include "browser/endpoint.h"
+#include "site/sitearchive.h"
 #include "tests/support/registry.h"
 
 #include <QAbstractButton>
