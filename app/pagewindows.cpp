@@ -4,7 +4,10 @@
 #include "app/documentcontroller.h"
 #include "app/preferences.h"
 #include "base/pathbelow.h"
+#include "browser/movenotices.h"
+#include "desktop/windowregistry.h"
 #include "editor/htmldocument.h"
+#include "editor/pagefollower.h"
 
 #include <QFile>
 #include <QVariant>
@@ -20,6 +23,14 @@ namespace {
 const QString layoutKey = QStringLiteral("pageWindowLayout");
 const QString recentKey = QStringLiteral("recentPages");
 constexpr qsizetype longestList = 10;
+
+void forAllPages(const std::function<void(HTMLDocument&)>& f)
+{
+    for (QWidget* window : WindowRegistry::instance().windows()) {
+        if (auto* const page = qobject_cast<HTMLDocument*>(window))
+            f(*page);
+    }
+}
 
 } // namespace
 
@@ -41,6 +52,16 @@ void PageWindows::newPage(const fs::path& siteFolder)
     HTMLDocument* const window = makeWindow(siteFolder);
     window->show();
     window->windowDidLoad();
+}
+
+void PageWindows::follow(const MoveNotices& notices)
+{
+    connect(&notices, &MoveNotices::itemMoved, this, [](const MovedItem& item, const fs::path& site) {
+        forAllPages([&](HTMLDocument& page) { page.follower().followItem(item, site); });
+    });
+    connect(&notices, &MoveNotices::linksUpdated, this, [](const std::shared_ptr<const LinksUpdate>& update) {
+        forAllPages([&](HTMLDocument& page) { page.follower().followLinks(update); });
+    });
 }
 
 HTMLDocument* PageWindows::makeWindow(const fs::path& siteFolder)

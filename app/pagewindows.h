@@ -11,6 +11,7 @@ namespace luma {
 
 class DocumentController;
 class HTMLDocument;
+class MoveNotices;
 class Preferences;
 
 /// Opens the windows of the page editor; keeps the list of recent pages and the layout of the window closed
@@ -29,6 +30,9 @@ public:
     QWidget* open(const std::filesystem::path& page, const std::filesystem::path& siteFolder, QWidget* open);
     /// Opens a new page from the template in the site at `siteFolder`.
     void newPage(const std::filesystem::path& siteFolder);
+
+    /// Lets the open pages follow their files and the links on the disk.
+    void follow(const MoveNotices& notices);
 
 private:
     HTMLDocument* makeWindow(const std::filesystem::path& siteFolder);

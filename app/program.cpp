@@ -6,6 +6,7 @@
 #include "base/fileuri.h"
 #include "base/mainhop.h"
 #include "base/resources.h"
+#include "browser/movenotices.h"
 #include "desktop/windowregistry.h"
 #include "editor/htmldocument.h"
 #include "shell/childprocess.h"
@@ -57,10 +58,12 @@ Program::Program(const QString& preferencesFile, CommandRunner shell)
                   [this](const std::filesystem::path& page, const std::filesystem::path& siteFolder,
                          QWidget* open) { return m_pages.open(page, siteFolder, open); }),
       m_pages(m_documents, m_preferences),
+      m_moveNotices(std::make_shared<MoveNotices>()),
       m_delegate(m_preferences, services())
 {
     connect(qApp, &QCoreApplication::aboutToQuit, this, &Program::terminate);
     qApp->installEventFilter(this);
+    m_pages.follow(*m_moveNotices);
     m_delegate.applicationWillFinishLaunching();
     m_delegate.applicationDidFinishLaunching();
 }
@@ -104,6 +107,7 @@ void Program::openSite(const SiteList::Record& siteDict)
 {
     HaldenDoc::Services services = HaldenDoc::standardServices();
     services.reportChoices = [this] { return m_preferences.reportChoices(); };
+    services.moveNotices = m_moveNotices;
     auto* const window = new HaldenDoc(siteDict, std::move(services));
     window->restoreLayoutState(m_preferences.value(siteLayoutKey).toByteArray());
     connect(window, &HaldenDoc::windowWillClose, this,

@@ -11,6 +11,8 @@
 
 namespace luma {
 
+class MoveNotices;
+
 /// The application: creates preferences, document controller and delegate, and connects them to the other
 /// rooms and the desktop. Created after the application object and destroyed before it. Main thread only.
 class Program final : public QObject
@@ -52,6 +54,7 @@ private:
     Preferences m_preferences;
     DocumentController m_documents;
     PageWindows m_pages;
+    std::shared_ptr<MoveNotices> m_moveNotices;
     LUMAAppDelegate m_delegate;
     bool m_terminated = false;
 };

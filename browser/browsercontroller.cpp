@@ -11,6 +11,8 @@
 #include "browser/folderwatcher.h"
 #include "browser/linkjobs.h"
 #include "browser/linkreportpanel.h"
+#include "browser/movejobs.h"
+#include "browser/movenotices.h"
 #include "browser/paneconnection.h"
 #include "browser/panehost.h"
 #include "browser/panemenu.h"
@@ -37,6 +39,7 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
       m_fileJobs(new FileJobs(m_widget)),
       m_connection(new PaneConnection(std::move(mounter), this)),
       m_linkJobs(new LinkJobs(host.progress(), this)),
+      m_moveJobs(new MoveJobs(host.progress(), host.moveNotices(), this)),
       m_reportPanel(new LinkReportPanel(m_widget)),
       unlinkedItemsPanel(new UnlinkedItemsPanel(m_widget))
 {
@@ -91,11 +94,11 @@ void BrowserController::connectBrowser()
             &QLabel::setText);
     connect(&browser().model(), &FileSystemModel::renamed, this,
             [this](const std::filesystem::path& oldPath, const std::filesystem::path& newPath) {
-                emit itemRenamed(oldPath, newPath);
+                emit parentDoc.moveNotices().itemMoved({oldPath, newPath}, m_mountPath);
                 browser().updateTexts();
                 if (const QModelIndex item = browser().clickedItem(); item.isValid())
                     doBrowserClick(item);
-                m_linkJobs->updateAfterRename(m_mountPath, oldPath, newPath, parentDoc.reportChoices());
+                m_moveJobs->updateAfterRename(m_mountPath, oldPath, newPath, parentDoc.reportChoices());
                 refreshLater({newPath});
             });
 }
@@ -114,6 +117,7 @@ void BrowserController::connectLinks()
 {
     const auto reveal = [this](const std::filesystem::path& file) { browser().reveal(file); };
     connect(m_linkJobs, &LinkJobs::fileActivated, this, reveal);
+    connect(m_moveJobs, &MoveJobs::fileActivated, this, reveal);
     connect(m_reportPanel, &LinkReportPanel::fileActivated, this, reveal);
     connect(m_reportPanel, &LinkReportPanel::restartRequested, this, &BrowserController::startReport);
     connect(m_reportPanel, &LinkReportPanel::pageActivated, this,
@@ -133,10 +137,9 @@ void BrowserController::connectLinks()
     connect(
         &browser(), &Browser::dropped, this,
         [this](const Drop& drop) {
-            m_linkJobs->acceptDrop(m_mountPath, drop, parentDoc.siteFolders(), parentDoc.reportChoices());
+            m_moveJobs->acceptDrop(m_mountPath, drop, parentDoc.siteFolders(), parentDoc.reportChoices());
         },
         Qt::QueuedConnection);
-    connect(m_linkJobs, &LinkJobs::itemMoved, this, &BrowserController::itemRenamed);
     connect(contextualMenu, &PaneMenu::linksFromItemRequested, this, &BrowserController::showLinksFromItem);
     connect(contextualMenu, &PaneMenu::linksToItemRequested, this, &BrowserController::showLinksToItem);
     connect(contextualMenu, &PaneMenu::missingLinksRequested, this,
@@ -372,12 +375,12 @@ void BrowserController::startReport(LinkReportRun::Kind kind, const std::filesys
 void BrowserController::undoMove()
 {
     if (rootNode())
-        m_linkJobs->undoMove(m_mountPath);
+        m_moveJobs->undoMove(m_mountPath, parentDoc.reportChoices());
 }
 
 void BrowserController::stopFindMissingLinks()
 {
-    m_linkJobs->stopReport();
+    m_linkJobs->stop();
     m_reportPanel->stop();
 }
 

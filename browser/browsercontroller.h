@@ -25,6 +25,7 @@ class FileJobs;
 class FolderWatcher;
 class LinkJobs;
 class LinkReportPanel;
+class MoveJobs;
 class ObservedDictionary;
 class PaneConnection;
 class PaneHost;
@@ -87,8 +88,6 @@ signals:
                         unsigned line, unsigned column);
     /// A connection has begun, succeeded, failed or ended.
     void stateChanged();
-    /// An item has a new path: the user has renamed or moved it, or taken that back. Its links may still be being updated.
-    void itemRenamed(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
 
 private:
     using Paths = std::vector<std::filesystem::path>;
@@ -102,6 +101,7 @@ private:
     FileJobs* m_fileJobs = nullptr;
     PaneConnection* m_connection = nullptr;
     LinkJobs* m_linkJobs = nullptr;
+    MoveJobs* m_moveJobs = nullptr;
     LinkReportPanel* m_reportPanel = nullptr;
     UnlinkedItemsPanel* unlinkedItemsPanel = nullptr;
     std::filesystem::path m_mountPath;

@@ -11,6 +11,8 @@
 
 namespace luma {
 
+class MoveNotices;
+
 /// The window's report of one long job: a status line, a busy bar, a log, Stop and OK. Serves one job at a
 /// time. Main thread only; jobs call it through onMain.
 class ProgressReporter : public QObject
@@ -58,6 +60,8 @@ public:
     /// Called when a pane has connected to a server: checks whether rsync over ssh can be used.
     virtual void checkConnectionOK() = 0;
     virtual ProgressReporter& progress() = 0;
+    /// Where the pane's jobs tell what becomes of files.
+    virtual MoveNotices& moveNotices() = 0;
     [[nodiscard]] virtual ReportChoices reportChoices() const = 0;
     /// Stores ReportChoices::keptItems with the site.
     virtual void setKeptItems(const std::vector<std::string>& items) = 0;

@@ -10,6 +10,7 @@
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
 #include "editor/pageedits.h"
+#include "editor/pagefollower.h"
 #include "editor/pagesaver.h"
 #include "editor/stylesheeteditor.h"
 #include "html/elementat.h"
@@ -40,6 +41,7 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
     createEdits();
     createStyleSheets();
     createSaver();
+    createFollower();
     m_actions =
         new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_edits, *m_saver, *m_viewController},
                         std::move(recentPages));
@@ -110,6 +112,26 @@ void HTMLDocument::createSaver()
         m_mayClose = true;
         close();
     });
+}
+
+void HTMLDocument::createFollower()
+{
+    m_follower = new PageFollower(
+        {m_store, m_stack, *m_selection, *m_styleSheets, *m_viewController, mountPath}, this);
+    connect(m_follower, &PageFollower::fileMoved, this, [this] {
+        watchFile();
+        updateWindow();
+        emit locationChanged(docURL());
+    });
+    connect(m_follower, &PageFollower::linksUpdated, this, [this] {
+        const bool saysFileChanged = m_ui->noticeReloadButton->isVisibleTo(m_ui->noticeBar);
+        if (saysFileChanged && !m_store.changedOnDisk())
+            m_ui->noticeBar->hide();
+        watchFile();
+        updateWindow();
+    });
+    connect(m_follower, &PageFollower::failed, this,
+            [this](const QString& reason) { tell(tr("The page's links were not updated. %1").arg(reason)); });
 }
 
 void HTMLDocument::connectChanges()
@@ -325,7 +347,7 @@ void HTMLDocument::fitWindowToPage(int width)
 
 QString HTMLDocument::linkTo(const fs::path& file) const
 {
-    return QString::fromStdString(relativePath(file, docURL().parent_path()));
+    return QString::fromStdString(relativePath(file, m_store.linkBase().parent_path()));
 }
 
 void HTMLDocument::undo()

@@ -31,6 +31,7 @@ class MetaSheet;
 class OutlineModel;
 class OutlineSelection;
 class PageEdits;
+class PageFollower;
 class PageSaver;
 class StyleSheetEditor;
 class ViewController;
@@ -92,6 +93,9 @@ public:
     /// notice.
     void checkFile();
 
+    /// Lets the page follow its file when that is moved.
+    [[nodiscard]] PageFollower& follower() { return *m_follower; }
+
     [[nodiscard]] const std::filesystem::path& docURL() const { return m_store.docURL(); }
     [[nodiscard]] PageTree& tree() { return m_tree; }
     [[nodiscard]] ViewController& viewController() { return *m_viewController; }
@@ -115,7 +119,7 @@ protected:
 private:
     // PageDocument
     [[nodiscard]] std::string pageMarkup() override;
-    [[nodiscard]] SiteFolder siteFolder() const override { return {docURL(), mountPath}; }
+    [[nodiscard]] SiteFolder siteFolder() const override { return {m_store.linkBase(), mountPath}; }
     void setHTML(std::string_view markup, const QString& name) override;
     bool takeChange(const SubtreeChange& change, const QString& name) override;
     [[nodiscard]] std::uint32_t fingerprint() const override;
@@ -135,6 +139,7 @@ private:
     void createEdits();
     void createStyleSheets();
     void createSaver();
+    void createFollower();
     void connectChanges();
 
     enum class Reading { First, Again };
@@ -166,6 +171,7 @@ private:
     PageEdits* m_edits = nullptr;
     StyleSheetEditor* m_styleSheets = nullptr;
     MetaSheet* m_metaSheet = nullptr;
+    PageFollower* m_follower = nullptr;
     PageSaver* m_saver = nullptr;
     PageActions* m_actions = nullptr;
     QFileSystemWatcher m_watcher;

@@ -2,6 +2,7 @@
 #include "editor/stylesheeteditor.h"
 
 #include "base/files.h"
+#include "links/movedlinks.h"
 #include "page/cssmenu.h"
 #include "page/csstidy.h"
 #include "page/pagetree.h"
@@ -12,9 +13,33 @@
 #include <QPushButton>
 #include <QSignalBlocker>
 
+#include <utility>
+
 namespace fs = std::filesystem;
 
 namespace luma {
+
+namespace {
+
+// Where the sheet was and where it is now; a style block counts as a sheet beside the page.
+MovedItem placesOf(const QString& title, const SiteFolder& before, const SiteFolder& after,
+                   const std::vector<MovedItem>& items)
+{
+    if (isStyleBlock(title))
+        return {before.page().parent_path() / "style.css", after.page().parent_path() / "style.css"};
+    const std::string link = title.toStdString();
+    const fs::path beside = (before.page().parent_path() / fs::path(link).relative_path()).lexically_normal();
+    for (const fs::path& file : {beside, before.fileOfLink(link).value_or(beside)}) {
+        fs::path place = file;
+        for (const MovedItem& item : items)
+            place = placeAfterMove(place, item);
+        if (itemExists(place))
+            return {file, place};
+    }
+    return {beside, beside};
+}
+
+} // namespace
 
 StyleSheetEditor::StyleSheetEditor(const Controls& controls, PageTree& tree, std::function<SiteFolder()> site,
                                    QObject* parent)
@@ -28,8 +53,7 @@ StyleSheetEditor::StyleSheetEditor(const Controls& controls, PageTree& tree, std
 void StyleSheetEditor::buildCSSMenu()
 {
     m_controls.cssMenu->clear();
-    if (m_tree.document())
-        m_controls.cssMenu->addItems(cssMenuTitles(*m_tree.document()));
+    m_controls.cssMenu->addItems(titles());
     m_controls.cssMenu->setCurrentIndex(m_controls.cssMenu->count() - 1);
     m_controls.cssMenu->setEnabled(m_controls.cssMenu->count() > 0);
     selectCSS();
@@ -40,8 +64,13 @@ void StyleSheetEditor::updateCSSMenu()
     QStringList shown;
     for (int i = 0; i < m_controls.cssMenu->count(); ++i)
         shown.append(m_controls.cssMenu->itemText(i));
-    if (m_tree.document() && shown != cssMenuTitles(*m_tree.document()))
+    if (m_tree.document() && shown != titles())
         buildCSSMenu();
+}
+
+QStringList StyleSheetEditor::titles() const
+{
+    return m_tree.document() ? cssMenuTitles(*m_tree.document()) : QStringList();
 }
 
 QString StyleSheetEditor::shownTitle() const
@@ -114,6 +143,28 @@ void StyleSheetEditor::storeDrafts()
             emit failed(QString::fromStdString(stored.error().text));
     }
     selectCSS();
+}
+
+void StyleSheetEditor::followLinks(const LinksUpdate& update, const std::function<void()>& updatePage)
+{
+    const QStringList before = titles();
+    const SiteFolder oldSite = m_site();
+    const int shown = m_controls.cssMenu->currentIndex();
+    updatePage();
+    const QStringList after = titles();
+    const QMap<QString, QString> drafts = std::exchange(m_drafts, {});
+    for (auto draft = drafts.begin(); draft != drafts.end(); ++draft) {
+        const MovedItem places = placesOf(draft.key(), oldSite, m_site(), update.items);
+        const auto css = update.updated ? update.updated(draft.value().toStdString(), places.from, places.to)
+                                        : Result<std::string>(draft.value().toStdString());
+        const qsizetype row = before.size() == after.size() ? before.indexOf(draft.key()) : -1;
+        m_drafts[row < 0 ? draft.key() : after[row]] = css ? QString::fromStdString(*css) : draft.value();
+    }
+    buildCSSMenu();
+    if (before.size() == after.size() && shown >= 0) {
+        m_controls.cssMenu->setCurrentIndex(shown);
+        selectCSS();
+    }
 }
 
 Result<void> StyleSheetEditor::store(const QString& title, const QString& css)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/result.h"
+#include "links/linksupdate.h"
 #include "page/sitefolder.h"
 
 #include <QMap>
@@ -48,6 +49,10 @@ public:
     void storeDrafts();
     void dropDrafts() { m_drafts.clear(); }
 
+    /// Files of the site have been moved: calls `updatePage`, which changes the page's links, and takes its drafts along to
+    /// the sheets' new titles, with their links changed, too.
+    void followLinks(const LinksUpdate& update, const std::function<void()>& updatePage);
+
 signals:
     /// A linked sheet was saved.
     void fileStored(const std::filesystem::path& file);
@@ -63,6 +68,7 @@ private:
     [[nodiscard]] QString shownTitle() const;
     /// The file beside the page with the link's literal name, or else the one that a browser would load.
     [[nodiscard]] std::filesystem::path fileOf(const QString& title) const;
+    [[nodiscard]] QStringList titles() const;
     /// The sheet's text as stored; empty if it can't be read.
     [[nodiscard]] std::optional<std::string> textOf(const QString& title) const;
 

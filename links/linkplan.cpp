@@ -5,10 +5,9 @@
 #include "base/files.h"
 #include "base/orderedwork.h"
 #include "base/pathbelow.h"
-#include "links/movedplaces.h"
+#include "links/movedlinks.h"
 #include "links/namespellings.h"
 #include "links/pageplanner.h"
-#include "links/sitetree.h"
 
 #include <QCryptographicHash>
 
@@ -213,15 +212,14 @@ PageResult planned(const Candidate& candidate, PagePlanner& planner, const NameS
     return result;
 }
 
-Result<void> planPages(LinkPlan& plan, const std::vector<Candidate>& candidates, const MovedPlaces& places,
+Result<void> planPages(LinkPlan& plan, const std::vector<Candidate>& candidates,
                        const StillWanted& stillWanted)
 {
-    const SiteAddresses addresses(plan.request.rules.webAddresses);
-    const NameSpellings names(places.namesInLinks());
+    const NameSpellings names(plan.links->places().namesInLinks());
     using Work = OrderedWork<PageResult>;
     std::vector<PagePlanner> planners;
     for (std::size_t worker = 0; worker < Work::workerCount(); ++worker)
-        planners.emplace_back(addresses, places);
+        planners.emplace_back(plan.links->addresses(), plan.links->places());
     const bool isCopied = plan.request.operation == MoveOperation::Copy;
     const bool complete = Work(candidates.size(), stillWanted)
                               .run(
@@ -238,32 +236,18 @@ Result<void> planPages(LinkPlan& plan, const std::vector<Candidate>& candidates,
     return complete ? Result<void>() : stoppedError(plan.request.site);
 }
 
-Result<void> planInSite(LinkPlan& plan, std::vector<MovedPlaces::Item> items, const StillWanted& stillWanted)
+Result<void> addCandidates(Candidates& candidates, const MovedLinks& links)
 {
-    auto tree = SiteTree::read(plan.request.site, stillWanted);
-    if (!tree)
-        return tree.error();
-    for (const MovedPlaces::Item& item : items) {
-        if (plan.request.isRenamedAlready)
-            tree->rename(tree->find(item.to), fs::path(item.from).filename().native());
+    if (links.tree()) {
+        candidates.addSite(*links.tree());
+        return {};
     }
-    const SitePaths paths(*tree, plan.request.rules);
-    const MovedPlaces places(std::move(items), &*tree, &paths, plan.request.rules);
-    Candidates candidates(plan.request, places);
-    candidates.addSite(*tree);
-    return planPages(plan, candidates.take(), places, stillWanted);
-}
-
-Result<void> planFromOtherRoot(LinkPlan& plan, const std::vector<MovedPlaces::Item>& items,
-                               const std::vector<const MovedItem*>& moved, const StillWanted& stillWanted)
-{
-    const MovedPlaces places(items, nullptr, nullptr, plan.request.rules);
-    Candidates candidates(plan.request, places);
-    for (std::size_t i = 0; i < items.size(); ++i) {
-        if (auto added = candidates.addItem(*moved[i], items[i].from, items[i].to); !added)
-            return added.error();
+    for (std::size_t i = 0; i < links.items().size(); ++i) {
+        const MovedPlaces::Item& places = links.items()[i];
+        if (auto added = candidates.addItem(links.movedItems()[i], places.from, places.to); !added)
+            return added;
     }
-    return planPages(plan, candidates.take(), places, stillWanted);
+    return {};
 }
 
 } // namespace
@@ -295,29 +279,22 @@ std::string withEdits(std::string_view bytes, const std::vector<LinkEdit>& edits
 
 Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWanted)
 {
-    LinkPlan plan{request, {}, {}};
+    LinkPlan plan{request, {}, {}, {}};
     plan.request.site = withoutEndSlashes(request.site);
     plan.request.sourceRoot =
         request.sourceRoot.empty() ? plan.request.site : withoutEndSlashes(request.sourceRoot);
     checkItems(plan);
-    const bool isOneRoot = plan.request.sourceRoot == plan.request.site;
-    std::vector<MovedPlaces::Item> items;
-    std::vector<const MovedItem*> moved;
-    // What comes from elsewhere, or goes there, has no relations to keep.
-    for (const MovedItem& item : plan.request.items) {
-        const auto from = pathBelow(item.from.native(), plan.request.sourceRoot.native());
-        const auto to = pathBelow(item.to.native(), plan.request.site.native());
-        if (!from || !to || from->empty())
-            continue;
-        items.push_back({std::string(*from), std::string(*to)});
-        moved.push_back(&item);
-    }
-    if (items.empty())
+    auto links = MovedLinks::read(plan.request, stillWanted);
+    if (!links)
+        return links.error();
+    plan.links = *std::move(links);
+    if (plan.links->items().empty())
         return plan;
-    if (auto done = isOneRoot ? planInSite(plan, items, stillWanted)
-                              : planFromOtherRoot(plan, items, moved, stillWanted);
-        !done)
-        return done.error();
+    Candidates candidates(plan.request, plan.links->places());
+    if (auto added = addCandidates(candidates, *plan.links); !added)
+        return added.error();
+    if (auto planned = planPages(plan, candidates.take(), stillWanted); !planned)
+        return planned.error();
     return plan;
 }
 

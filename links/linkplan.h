@@ -10,10 +10,13 @@
 #include <cstdint>
 #include <ctime>
 #include <filesystem>
+#include <memory>
 #include <string>
 #include <vector>
 
 namespace luma {
+
+class MovedLinks;
 
 /// Items that are to be moved, renamed or copied.
 struct MoveRequest
@@ -59,6 +62,7 @@ struct LinkPlan
     MoveRequest request; // without the items that can't be moved
     std::vector<PageRewrite> pages;
     std::vector<MoveProblem> problems;
+    std::shared_ptr<const MovedLinks> links; // by which the pages were planned
 
     [[nodiscard]] std::size_t linkCount() const;
 };

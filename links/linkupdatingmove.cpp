@@ -6,6 +6,7 @@
 #include "base/pathbelow.h"
 #include "links/rewritepage.h"
 #include "links/sitetree.h"
+#include "links/webrules.h"
 
 #include <system_error>
 
@@ -93,6 +94,8 @@ bool LinkUpdatingMove::moveItemTo(MoveOutcome& outcome, MoveOperation operation,
         if (!clash)
             done = operation == MoveOperation::Copy ? copyItem(item, target, m_callbacks.stillWanted)
                                                     : moveItem(item, target);
+        if (!clash && done && operation == MoveOperation::Move && m_callbacks.itemMoved)
+            m_callbacks.itemMoved({item, target});
     };
     if (m_callbacks.fileOperation)
         m_callbacks.fileOperation(act);
@@ -120,6 +123,8 @@ MoveOutcome LinkUpdatingMove::run(MoveOperation operation, const std::vector<fs:
     }
     outcome.complete = isWanted(m_callbacks.stillWanted);
     updateLinks(outcome, MovedPages::Rebased);
+    if (operation == MoveOperation::Copy)
+        outcome.links.reset();
     log("\nDone");
     return outcome;
 }
@@ -161,7 +166,7 @@ void LinkUpdatingMove::updateLinks(MoveOutcome& outcome, MovedPages movedPages)
             report(outcome, {MoveProblem::Kind::SiteUnreadable, m_site, tree.error().text});
         return;
     }
-    const LinkMapping mapping(outcome.moved);
+    const auto mapping = std::make_shared<const LinkMapping>(outcome.moved);
     const std::vector<SiteTree::Id> pages = tree->pages();
     OrderedWork<Result<bool>> work(pages.size(), m_callbacks.stillWanted);
     const bool complete = work.run(
@@ -169,7 +174,7 @@ void LinkUpdatingMove::updateLinks(MoveOutcome& outcome, MovedPages movedPages)
             if (isLinkIntoSite(*tree, pages[index]))
                 return false;
             const fs::path page = tree->path(pages[index]);
-            return rewritePage(page, PageUpdate(mapping, page, movedPages == MovedPages::Rebased));
+            return rewritePage(page, PageUpdate(*mapping, page, movedPages == MovedPages::Rebased));
         },
         [&](std::size_t index, const Result<bool>& written) {
             const fs::path page = tree->path(pages[index]);
@@ -179,6 +184,15 @@ void LinkUpdatingMove::updateLinks(MoveOutcome& outcome, MovedPages movedPages)
                 outcome.rewritten.push_back(page);
         });
     outcome.complete = outcome.complete && complete;
+    outcome.links = std::make_shared<const LinksUpdate>(LinksUpdate{
+        outcome.moved,
+        [mapping, movedPages](std::string_view source, const fs::path&,
+                              const fs::path& file) -> Result<std::string> {
+            if (webFileKind(file.native()) == WebFileKind::StyleSheet)
+                return std::string(source);
+            return PageUpdate(*mapping, file, movedPages == MovedPages::Rebased)(std::string(source));
+        },
+        {}});
 }
 
 } // namespace luma

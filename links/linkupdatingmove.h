@@ -3,11 +3,12 @@
 
 #include "base/result.h"
 #include "base/stillwanted.h"
-#include "links/linkmapping.h"
+#include "links/linksupdate.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -36,7 +37,8 @@ struct MoveOutcome
     // Pages, at their new places, in the byte order of their subpaths.
     std::vector<std::filesystem::path> rewritten;
     std::vector<MoveProblem> problems;
-    bool complete = true; // false: stopped
+    bool complete = true;                     // false: stopped
+    std::shared_ptr<const LinksUpdate> links; // for documents that are open; null where nothing moved
 };
 
 /// Moves, copies or renames items of a site and keeps the links right: links in pages that move keep their
@@ -57,6 +59,8 @@ public:
         /// Runs a file operation, for example on the main thread; an operation that it drops has failed. If it
         /// is empty, operations run in place.
         std::function<void(const std::function<void()>& operation)> fileOperation;
+        /// An item has been moved; called inside the file operation. May be empty.
+        std::function<void(const MovedItem& item)> itemMoved;
         StillWanted stillWanted;
     };
 

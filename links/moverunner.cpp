@@ -149,11 +149,23 @@ void MoveRunner::back()
     m_journal.forgetRunning(m_entry.number);
 }
 
-Result<void> MoveRunner::rename(const fs::path& from, const fs::path& to)
+void MoveRunner::tellOfMove(const fs::path& from, const fs::path& to) const
 {
+    if (job().kind == MoveJob::Kind::Move && m_callbacks.itemMoved)
+        m_callbacks.itemMoved({from, to});
+}
+
+// Gives an item its new place. `from` is where it or its copy is.
+Result<void> MoveRunner::rename(const fs::path& from, std::size_t index)
+{
+    const MovedItem& item = job().items[index];
     // Remains if the operation is dropped.
     Result<void> done = Error{from.native() + ": not moved"};
-    const auto act = [&] { done = renameToFreePlace(from, to); };
+    const auto act = [&] {
+        done = renameToFreePlace(from, item.to);
+        if (done)
+            tellOfMove(item.from, item.to);
+    };
     if (m_callbacks.fileOperation)
         m_callbacks.fileOperation(act);
     else
@@ -180,7 +192,7 @@ Result<void> MoveRunner::place(std::size_t index)
         if (job().undoes > 0)
             fs::create_directories(to.parent_path(), error);
         if (job().kind == MoveJob::Kind::Move) {
-            auto renamed = rename(from, to);
+            auto renamed = rename(from, index);
             if (renamed || renamed.error().code != std::errc::cross_device_link)
                 return renamed;
         }
@@ -201,7 +213,7 @@ Result<void> MoveRunner::placeCopy(std::size_t index)
     const fs::path folder = temporaryBeside(to, index);
     const fs::path copy = folder / to.filename();
     if (itemExists(copy)) {
-        if (auto placed = rename(copy, to); !placed)
+        if (auto placed = rename(copy, index); !placed)
             return placed;
     }
     ::rmdir(folder.c_str());
@@ -218,6 +230,7 @@ void MoveRunner::takeBack(std::size_t index)
     if (itemExists(folder))
         (void)removeItem(folder);
     Result<void> done;
+    const bool wasThere = itemExists(to);
     if (isNoted(copiedNote + std::to_string(index))) {
         // The original is still there: it goes only after the job can't be taken back any more.
         if (isPlaced && itemExists(from) && itemExists(to))
@@ -228,6 +241,8 @@ void MoveRunner::takeBack(std::size_t index)
     }
     if (!done)
         report(MoveProblem::Kind::NotMoved, to, done.error().text);
+    else if (wasThere && !itemExists(to))
+        tellOfMove(to, from);
 }
 
 Result<void> MoveRunner::writePages(const std::vector<PageRewrite>& pages, Direction direction)

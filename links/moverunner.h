@@ -3,12 +3,14 @@
 
 #include "base/result.h"
 #include "base/stillwanted.h"
+#include "links/linksupdate.h"
 #include "links/movejournal.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
@@ -27,6 +29,8 @@ struct MoveReport
     std::vector<std::filesystem::path> rewritten;
     /// Why the job failed, and files that were left alone because they have changed since.
     std::vector<MoveProblem> problems;
+    /// For the documents that are open: what has become of their links. Null where no item and no link has changed.
+    std::shared_ptr<const LinksUpdate> links;
 };
 
 /// Carries out one job of a journal. Every step may be repeated, so a job that was interrupted anywhere is run again from its
@@ -38,6 +42,9 @@ public:
     {
         /// Runs a rename of an item, for example on the main thread. If it is empty, renames run in place.
         std::function<void(const std::function<void()>& operation)> fileOperation;
+        /// An item that moves has got another path; where it is taken back, its old one. Called inside the file operation, or
+        /// on the thread that runs the job. May be empty.
+        std::function<void(const MovedItem& item)> itemMoved;
         StillWanted stillWanted;
         /// How many pages are written, of how many; on the thread that runs the job. May be empty.
         std::function<void(std::size_t done, std::size_t all)> progress;
@@ -75,7 +82,8 @@ private:
     Result<void> place(std::size_t index);
     Result<void> placeCopy(std::size_t index);
     void takeBack(std::size_t index);
-    Result<void> rename(const std::filesystem::path& from, const std::filesystem::path& to);
+    Result<void> rename(const std::filesystem::path& from, std::size_t index);
+    void tellOfMove(const std::filesystem::path& from, const std::filesystem::path& to) const;
     Result<void> writePages(const std::vector<PageRewrite>& pages, Direction direction);
     Result<PageState> writePage(const PageRewrite& page, std::size_t index, bool restoresTime) const;
     [[nodiscard]] bool needsCommit() const;

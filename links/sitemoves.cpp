@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/sitemoves.h"
 
+#include "links/movedlinks.h"
+
 namespace luma {
 
 namespace fs = std::filesystem;
@@ -14,6 +16,29 @@ MoveReport failed(const fs::path& path, const std::string& text)
     return report;
 }
 
+std::vector<LinksUpdate::File> rewrittenFiles(const std::vector<PageRewrite>& pages)
+{
+    std::vector<LinksUpdate::File> files;
+    for (const PageRewrite& page : pages)
+        files.push_back({page.page, page.oldHash, page.newHash});
+    return files;
+}
+
+std::shared_ptr<const LinksUpdate> updateOf(const MoveReport& report, std::shared_ptr<const MovedLinks> links,
+                                            std::vector<LinksUpdate::File> files)
+{
+    LinksUpdate update{report.items, {}, {}};
+    if (report.isDone) {
+        update.files = std::move(files);
+        if (links)
+            update.updated = [links = std::move(links)](std::string_view source, const fs::path& oldFile,
+                                                        const fs::path& newFile) {
+                return links->updated(source, oldFile, newFile);
+            };
+    }
+    return report.isMove ? std::make_shared<const LinksUpdate>(std::move(update)) : nullptr;
+}
+
 } // namespace
 
 Result<SiteMoves> SiteMoves::open(const fs::path& site, MoveRunner::Callbacks callbacks)
@@ -21,7 +46,7 @@ Result<SiteMoves> SiteMoves::open(const fs::path& site, MoveRunner::Callbacks ca
     auto journal = MoveJournal::open(site);
     if (!journal)
         return journal.error();
-    SiteMoves moves(*std::move(journal), std::move(callbacks));
+    SiteMoves moves(site, *std::move(journal), std::move(callbacks));
     moves.endInterrupted();
     return moves;
 }
@@ -60,7 +85,9 @@ MoveReport SiteMoves::carryOut(const LinkPlan& plan)
 {
     if (plan.request.items.empty())
         return {};
-    return runJob(jobOf(plan), MoveRunner::ChangedPages::Refused);
+    MoveReport report = runJob(jobOf(plan), MoveRunner::ChangedPages::Refused);
+    report.links = updateOf(report, plan.links, rewrittenFiles(plan.pages));
+    return report;
 }
 
 std::optional<std::string> SiteMoves::undoTitle() const
@@ -69,15 +96,19 @@ std::optional<std::string> SiteMoves::undoTitle() const
     return last ? std::optional(titleOf(last->job)) : std::nullopt;
 }
 
-MoveReport SiteMoves::undo()
+MoveReport SiteMoves::undo(const WebRules& rules)
 {
     const auto last = m_journal.lastDone();
     if (!last)
         return failed({}, "There is no move to take back");
     MoveJob job = inverseOf(last->job);
     job.undoes = last->number;
+    // If the site can't be read, documents that are open keep the links that they have.
+    const auto links = MovedLinks::read({m_site, {}, MoveOperation::Move, job.items, rules});
+    std::vector<LinksUpdate::File> files = rewrittenFiles(job.pages);
     MoveReport report = runJob(std::move(job), MoveRunner::ChangedPages::LeftAlone);
     report.title = titleOf(last->job);
+    report.links = updateOf(report, links ? *links : nullptr, std::move(files));
     return report;
 }
 

@@ -40,17 +40,18 @@ public:
     /// What undo() would take back, for the user; nothing where there is nothing.
     [[nodiscard]] std::optional<std::string> undoTitle() const;
     /// Takes the last job back, files and links. Files that have changed since are left alone and named. Where items can't go
-    /// back to their places, nothing is done.
-    MoveReport undo();
+    /// back to their places, nothing is done. `rules` say how links in documents that are open are read.
+    MoveReport undo(const WebRules& rules = {});
 
 private:
-    SiteMoves(MoveJournal journal, MoveRunner::Callbacks callbacks)
-        : m_journal(std::move(journal)), m_callbacks(std::move(callbacks))
+    SiteMoves(std::filesystem::path site, MoveJournal journal, MoveRunner::Callbacks callbacks)
+        : m_site(std::move(site)), m_journal(std::move(journal)), m_callbacks(std::move(callbacks))
     {}
 
     void endInterrupted();
     MoveReport runJob(MoveJob job, MoveRunner::ChangedPages changedPages);
 
+    std::filesystem::path m_site;
     MoveJournal m_journal;
     MoveRunner::Callbacks m_callbacks;
     std::vector<MoveReport> m_recovered;

@@ -4,8 +4,8 @@
 #include "base/files.h"
 #include "html/pageencoding.h"
 #include "html/parse.h"
+#include "links/linkplan.h"
 
-#include <functional>
 #include <system_error>
 
 namespace luma {
@@ -16,11 +16,6 @@ namespace {
 
 // Twice what a page may have: the parser says the exact limit.
 const std::uintmax_t largestFile = 2 * std::uintmax_t{html::ParseLimits().bytes};
-
-std::size_t hashOf(std::string_view bytes)
-{
-    return std::hash<std::string_view>()(bytes);
-}
 
 } // namespace
 
@@ -35,7 +30,7 @@ PageFile::Stamp PageFile::stamp() const
 
 void PageFile::remember(std::string_view bytes, const Stamp& stamp)
 {
-    m_contents = hashOf(bytes);
+    m_contents = hashOfFile(bytes);
     m_stamp = stamp;
 }
 
@@ -65,13 +60,23 @@ Result<void> PageFile::write(std::string_view bytes)
     return {};
 }
 
+bool PageFile::adopt(const std::string& hash)
+{
+    const Stamp before = stamp();
+    const auto bytes = readFile(m_path);
+    if (!bytes || hashOfFile(*bytes) != hash)
+        return false;
+    remember(*bytes, before);
+    return true;
+}
+
 bool PageFile::changedOnDisk() const
 {
     std::error_code error;
     if (!fs::exists(m_path, error) || stamp() == m_stamp)
         return false;
     const auto bytes = readFile(m_path);
-    return !bytes || hashOf(*bytes) != m_contents;
+    return !bytes || hashOfFile(*bytes) != m_contents;
 }
 
 } // namespace luma

@@ -27,6 +27,14 @@ public:
     /// Replaces the file as writeFile does; on an error it stays unchanged.
     Result<void> write(std::string_view bytes);
 
+    /// The file has another path now.
+    void setPath(std::filesystem::path path) { m_path = std::move(path); }
+
+    /// The hash (hashOfFile()) of the bytes that were last read or written.
+    [[nodiscard]] const std::string& knownHash() const { return m_contents; }
+    /// Takes the file as it is now for the one last read, if its bytes have this hash.
+    bool adopt(const std::string& hash);
+
     /// Whether the file differs from what was last read or written. A deleted file counts as unchanged: saving loses
     /// nothing.
     [[nodiscard]] bool changedOnDisk() const;
@@ -43,7 +51,7 @@ private:
 
     std::filesystem::path m_path;
     Stamp m_stamp;
-    std::size_t m_contents = 0; // a hash
+    std::string m_contents; // a hash
 };
 
 } // namespace luma

@@ -5,6 +5,7 @@
 #include "html/pagesource.h"
 #include "html/pagewriter.h"
 #include "html/prettyprinter.h"
+#include "html/treecomparison.h"
 #include "links/linkmapping.h"
 #include "page/lostelements.h"
 #include "page/pagecommands.h"
@@ -14,6 +15,8 @@
 #include <QUndoStack>
 
 #include <algorithm>
+#include <system_error>
+#include <utility>
 
 namespace luma {
 
@@ -49,6 +52,33 @@ void swapAll(AttributeChanges& changes)
         element->swapAttributes(attributes);
 }
 
+// Two spellings may lead to one file.
+bool isSameFile(const fs::path& a, const fs::path& b)
+{
+    std::error_code error;
+    return a == b || (a.filename() == b.filename() && fs::equivalent(a, b, error));
+}
+
+// The attributes alone where nothing else differs, so that the page keeps its nodes.
+MarkupDifference linkDifference(html::Document& mine, html::Document& theirs)
+{
+    const std::vector<html::Element*> elements = mine.select("*");
+    const std::vector<html::Element*> others = theirs.select("*");
+    AttributeChanges changes;
+    for (std::size_t i = 0; i < elements.size() && i < others.size(); ++i) {
+        if (elements[i]->attributes() != others[i]->attributes())
+            changes.emplace_back(elements[i], others[i]->attributes());
+    }
+    swapAll(changes);
+    const bool isAll = html::smallestDifferent(mine, theirs) == nullptr;
+    swapAll(changes);
+    if (!isAll)
+        return differenceTo(mine, theirs);
+    MarkupDifference difference;
+    difference.attributes = std::move(changes);
+    return difference;
+}
+
 } // namespace
 
 void PageStore::setLocation(const fs::path& path, Origin origin)
@@ -56,6 +86,7 @@ void PageStore::setLocation(const fs::path& path, Origin origin)
     std::error_code error;
     const fs::path absolute = fs::absolute(path, error);
     m_docURL = (error ? path : absolute).lexically_normal();
+    m_linkBase = m_docURL;
     m_hasFile = origin == Origin::File;
     m_file = PageFile(m_docURL);
 }
@@ -87,6 +118,52 @@ Result<void> PageStore::load(const QString& name)
         m_stack.clear();
     }
     m_stack.setClean();
+    return {};
+}
+
+void PageStore::followFile(const fs::path& path)
+{
+    m_docURL = path.lexically_normal();
+    m_file.setPath(m_docURL);
+}
+
+Result<void> PageStore::updateLinks(const LinksUpdate& update)
+{
+    const fs::path oldPlace = std::exchange(m_linkBase, m_docURL);
+    if (!m_tree.document() || !m_hasFile)
+        return {};
+    const auto written =
+        std::find_if(update.files.begin(), update.files.end(),
+                     [this](const LinksUpdate::File& file) { return isSameFile(file.path, m_docURL); });
+    const bool isWritten = written != update.files.end();
+    if (isWritten && written->newHash == m_file.knownHash())
+        return {};
+    if (m_stack.isClean() && changedOnDisk())
+        return load(QObject::tr("Update Links"));
+    if (update.updated) {
+        if (auto changed = changeLinks(update.updated, oldPlace); !changed)
+            return changed;
+    }
+    if (isWritten && written->oldHash == m_file.knownHash() && m_file.adopt(written->newHash))
+        m_stack.resetClean();
+    return {};
+}
+
+Result<void> PageStore::changeLinks(const LinksUpdate::Updated& updated, const fs::path& oldPlace)
+{
+    html::Document& document = *m_tree.document();
+    const std::string before = markup();
+    const auto after = updated(before, oldPlace, m_docURL);
+    if (!after)
+        return after.error();
+    if (*after == before)
+        return {};
+    const auto page = m_codec.typed(*after, document);
+    if (!page)
+        return page.error();
+    PageCommands(m_tree, m_stack)
+        .apply(linkDifference(document, **page), QObject::tr("Update Links"),
+               PageCommands::Merging::Separate);
     return {};
 }
 
@@ -157,8 +234,9 @@ Result<void> PageStore::save(const fs::path& path)
         return Error{"there is no page to save"};
     AttributeChanges changes;
     const fs::path target = path.lexically_normal();
-    if (target.parent_path() != m_docURL.parent_path())
-        changes = rebased(*m_tree.document(), m_docURL.parent_path(), target.parent_path());
+    // Where the page's file has just moved, the move is still to change its links.
+    if (target != m_docURL && target.parent_path() != m_linkBase.parent_path())
+        changes = rebased(*m_tree.document(), m_linkBase.parent_path(), target.parent_path());
     swapAll(changes);
     const auto page = m_codec.write(*m_tree.document(), m_language);
     swapAll(changes);
@@ -170,6 +248,8 @@ Result<void> PageStore::save(const fs::path& path)
     PageCommands(m_tree, m_stack).setAttributes(std::move(changes), QObject::tr("Rebase Links"));
     if (page->parsed)
         html::PageSource::transfer(*page->parsed, *m_tree.document());
+    if (target != m_docURL)
+        m_linkBase = target;
     m_docURL = target;
     m_file = std::move(file);
     m_hasFile = true;

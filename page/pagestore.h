@@ -3,6 +3,7 @@
 
 #include "base/result.h"
 #include "html/pagecodec.h"
+#include "links/linksupdate.h"
 #include "page/pagefile.h"
 
 #include <QString>
@@ -34,6 +35,15 @@ public:
     [[nodiscard]] bool hasPage() const;
     enum class Origin { File, Template };
     void setLocation(const std::filesystem::path& path, Origin origin);
+
+    /// The page's file has been moved to `path`. Until updateLinks(), its links count from where it was: linkBase().
+    void followFile(const std::filesystem::path& path);
+    /// The place of the page from which its links count.
+    [[nodiscard]] const std::filesystem::path& linkBase() const { return m_linkBase; }
+    /// Takes over what a job did to the site's links. Where the page has no edits, its file is read again, else its own links
+    /// are changed as those in the file were; both are a step on the undo stack. The file counts as unchanged then, unless
+    /// another program has changed it, too. Error: a sentence for the user; the links stay as they are.
+    Result<void> updateLinks(const LinksUpdate& update);
 
     /// Reads and parses the file; the step on the undo stack gets the name. The error is a sentence for the user, and the
     /// tree stays unchanged. XML other than XHTML is refused: parsed as HTML it would be something else.
@@ -73,6 +83,8 @@ public:
     [[nodiscard]] bool changedOnDisk() const { return m_hasFile && m_file.changedOnDisk(); }
 
 private:
+    Result<void> changeLinks(const LinksUpdate::Updated& updated, const std::filesystem::path& oldPlace);
+
     PageTree& m_tree;
     QUndoStack& m_stack;
     PageFile m_file;
@@ -80,6 +92,7 @@ private:
     TidyChoice m_tidyChoice;
     MarkupLanguage m_language = MarkupLanguage::Html;
     std::filesystem::path m_docURL;
+    std::filesystem::path m_linkBase;
     bool m_hasFile = false;
     bool m_isXhtml = false;
     bool m_isWellFormed = false; // the XHTML

@@ -4,6 +4,7 @@
 #include "browser/browser.h"
 #include "browser/browsercontroller.h"
 #include "browser/endpoint.h"
+#include "browser/movenotices.h"
 #include "desktop/icons.h"
 #include "desktop/windowregistry.h"
 #include "mounts/gvfsmounter.h"
@@ -72,7 +73,8 @@ HaldenDoc::Services HaldenDoc::standardServices()
     return {.remoteLogin = {.checkConnection = checkConnection, .setUp = setUp},
             .runProgram = &luma::runProgram,
             .mounter = GvfsMounter::shared(),
-            .reportChoices = {}};
+            .reportChoices = {},
+            .moveNotices = {}};
 }
 
 HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QWidget* parent)
@@ -80,6 +82,7 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
       m_ui(std::make_unique<Ui::HaldenDoc>()),
       m_record(std::move(siteDict)),
       m_reportChoices(std::move(services.reportChoices)),
+      m_moveNotices(services.moveNotices ? std::move(services.moveNotices) : std::make_shared<MoveNotices>()),
       m_remoteLogin(m_record->destinationDict(), std::move(services.remoteLogin)),
       m_engine(*m_record, std::move(services.runProgram), [this] { return sides(); })
 {

@@ -39,7 +39,9 @@ public:
         ProgramRunner runProgram;
         std::shared_ptr<VolumeMounter> mounter;
         /// All but the site's web addresses and kept items, which are in its record; may be null.
-        std::function<ReportChoices()> reportChoices;
+        std::function<ReportChoices()> reportChoices = {};
+        /// Null where nobody outside the window is to hear of moves.
+        std::shared_ptr<MoveNotices> moveNotices = {};
     };
     /// The real services: ssh, expect, the shell and the desktop's network file systems.
     static Services standardServices();
@@ -63,6 +65,7 @@ public:
     // PaneHost
     void checkConnectionOK() override;
     ProgressReporter& progress() override;
+    MoveNotices& moveNotices() override { return *m_moveNotices; }
     [[nodiscard]] ReportChoices reportChoices() const override;
     void setKeptItems(const std::vector<std::string>& items) override;
     [[nodiscard]] std::vector<std::filesystem::path> siteFolders() const override;
@@ -88,6 +91,7 @@ private:
     BrowserController* m_source = nullptr;
     BrowserController* m_destination = nullptr;
     std::function<ReportChoices()> m_reportChoices;
+    std::shared_ptr<MoveNotices> m_moveNotices;
     RemoteLogin m_remoteLogin;
     SyncEngine m_engine;
     ProgressPanel* m_progressPanel = nullptr;

@@ -4,6 +4,7 @@
 #include "base/observeddictionary.h"
 #include "browser/browsercontroller.h"
 #include "browser/endpoint.h"
+#include "browser/movenotices.h"
 #include "browser/panehost.h"
 #include "tests/support/screenshot.h"
 #include "tests/support/site.h"
@@ -72,6 +73,7 @@ public:
 
     void checkConnectionOK() override {}
     ProgressReporter& progress() override { return report; }
+    MoveNotices& moveNotices() override { return notices; }
     ReportChoices reportChoices() const override { return choices; }
     void setKeptItems(const std::vector<std::string>& items) override { choices.keptItems = items; }
     std::vector<std::filesystem::path> siteFolders() const override { return {}; }
@@ -82,6 +84,7 @@ public:
                  {"images/logo.png", ""},
                  {".htaccess", ""}}};
     Recorder report;
+    MoveNotices notices;
     ReportChoices choices;
     std::shared_ptr<ObservedDictionary> endpoint = std::make_shared<ObservedDictionary>();
     QMainWindow window;

@@ -3,6 +3,7 @@
 #include "browser/displaytext.h"
 #include "browser/dragrecord.h"
 #include "browser/filesystemmodel.h"
+#include "browser/movenotices.h"
 #include "tests/site/sitewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
@@ -167,15 +168,17 @@ private slots:
         const LinkedSite folders;
         folders.put("receiving/a/x.html", "<img src=../images/p.png>");
         const test::Files before = folders.contents();
+        const auto notices = std::make_shared<MoveNotices>();
         const SiteWindow site(std::make_shared<SiteRecord>(QVariantMap{
                                   {"sourceDict", SiteWindow::localFolder(folders.sending())},
                                   {"destinationDict", SiteWindow::localFolder(folders.receiving())}}),
                               {.remoteLogin = {},
                                .runProgram = {},
                                .mounter = std::make_shared<test::UnavailableMounter>(),
-                               .reportChoices = [] { return ReportChoices(); }});
+                               .reportChoices = [] { return ReportChoices(); },
+                               .moveNotices = notices});
         QTRY_VERIFY(site.isConnected());
-        QSignalSpy renamed(&site.source(), &BrowserController::itemRenamed);
+        QSignalSpy renamed(notices.get(), &MoveNotices::itemMoved);
         choose(site, "a", "x.html");
         SiteWindow::dragAndDrop(SiteWindow::list(site.source(), 1), SiteWindow::list(site.source(), 0),
                                 SiteWindow::item(site.source(), 0, "b"));

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "browser/droptarget.h"
+#include "browser/paneljobs.h"
+#include "links/linkupdatingmove.h"
+
+#include <filesystem>
+#include <functional>
+#include <vector>
+
+namespace luma {
+
+class MoveNotices;
+struct MoveRequest;
+struct ReportChoices;
+
+/// The jobs of a pane that move, rename or copy items of its site and update the links, and take that back. As a browser reads
+/// links, a job that is stopped or fails is taken back. What is open elsewhere hears of it through the notices, even if the
+/// pane is gone by then. Main thread only.
+class MoveJobs final : public PanelJobs
+{
+    Q_OBJECT
+
+public:
+    /// While the window closes, `reporter` and `notices` may be destroyed first.
+    MoveJobs(ProgressReporter& reporter, MoveNotices& notices, QObject* parent);
+
+    /// Moves or copies the dropped items and updates the links of `site`. As a browser reads links, an item that comes from
+    /// another one of `siteFolders` keeps its relations.
+    void acceptDrop(const std::filesystem::path& site, const Drop& drop,
+                    const std::vector<std::filesystem::path>& siteFolders, const ReportChoices& choices);
+    /// Updates the links to an item that is already renamed on disk.
+    void updateAfterRename(const std::filesystem::path& site, const std::filesystem::path& oldPath,
+                           const std::filesystem::path& newPath, const ReportChoices& choices);
+    /// Takes the last job in `site` back that moved, renamed or copied as a browser reads links.
+    void undoMove(const std::filesystem::path& site, const ReportChoices& choices);
+
+private:
+    QPointer<MoveNotices> m_notices;
+
+    void beginUpdate(const std::filesystem::path& site,
+                     std::function<MoveOutcome(LinkUpdatingMove& move)> update, MoveOperation operation);
+    void beginMove(const MoveRequest& request);
+};
+
+} // namespace luma

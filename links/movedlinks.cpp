@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "links/movedlinks.h"
+
+#include "base/pathbelow.h"
+#include "links/pageplanner.h"
+
+#include <system_error>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+fs::path canonicalParent(const fs::path& path)
+{
+    std::error_code error;
+    const fs::path folder = fs::weakly_canonical(path.parent_path(), error);
+    return error ? path : folder / path.filename();
+}
+
+// The subpath of a file that may be spelled by way of symbolic links.
+std::optional<std::string> placeInRoot(const fs::path& file, const fs::path& root)
+{
+    if (const auto below = pathBelow(file.native(), root.native()))
+        return std::string(*below);
+    std::error_code error;
+    const fs::path realRoot = fs::canonical(root, error);
+    const fs::path realFile = canonicalParent(file);
+    const auto below = error ? std::nullopt : pathBelow(realFile.native(), realRoot.native());
+    return below ? std::optional(std::string(*below)) : std::nullopt;
+}
+
+} // namespace
+
+MovedLinks::MovedLinks(const MoveRequest& request)
+    : m_oldRoot(request.sourceRoot.empty() ? request.site : request.sourceRoot),
+      m_newRoot(request.site),
+      m_addresses(request.rules.webAddresses)
+{
+    // What comes from elsewhere, or goes there, has no relations to keep.
+    for (const MovedItem& item : request.items) {
+        const auto from = pathBelow(item.from.native(), m_oldRoot.native());
+        const auto to = pathBelow(item.to.native(), m_newRoot.native());
+        if (!from || !to || from->empty())
+            continue;
+        m_items.push_back({std::string(*from), std::string(*to)});
+        m_movedItems.push_back(item);
+    }
+}
+
+Result<std::shared_ptr<const MovedLinks>> MovedLinks::read(const MoveRequest& request,
+                                                           const StillWanted& stillWanted)
+{
+    const std::shared_ptr<MovedLinks> links(new MovedLinks(request));
+    if (links->m_items.empty() || links->m_oldRoot != links->m_newRoot) {
+        links->m_places.emplace(links->m_items, nullptr, nullptr, request.rules);
+        return std::shared_ptr<const MovedLinks>(links);
+    }
+    auto tree = SiteTree::read(request.site, stillWanted);
+    if (!tree)
+        return tree.error();
+    for (const MovedPlaces::Item& item : links->m_items) {
+        if (request.isRenamedAlready)
+            tree->rename(tree->find(item.to), fs::path(item.from).filename().native());
+    }
+    links->m_tree.emplace(*std::move(tree));
+    links->m_paths.emplace(*links->m_tree, request.rules);
+    links->m_places.emplace(links->m_items, &*links->m_tree, &*links->m_paths, request.rules);
+    return std::shared_ptr<const MovedLinks>(links);
+}
+
+Result<std::string> MovedLinks::updated(std::string_view source, const fs::path& oldFile,
+                                        const fs::path& newFile) const
+{
+    const auto oldPath = placeInRoot(oldFile, m_oldRoot);
+    const auto newPath = placeInRoot(newFile, m_newRoot);
+    if (!oldPath || !newPath || m_items.empty() || (!m_tree && oldFile == newFile))
+        return std::string(source);
+    // Whatever encoding the page declares, this text is UTF-8.
+    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+    const std::string bytes = std::string(byteOrderMark).append(source);
+    PagePlanner planner(m_addresses, *m_places);
+    const auto edits = planner.editsOf(bytes, *oldPath, *newPath);
+    if (!edits)
+        return edits.error();
+    return withEdits(bytes, *edits).substr(byteOrderMark.size());
+}
+
+fs::path placeAfterMove(const fs::path& file, const MovedItem& item)
+{
+    auto below = pathBelow(file.native(), item.from.native());
+    const fs::path realFile = below ? fs::path() : canonicalParent(file);
+    const fs::path realItem = below ? fs::path() : canonicalParent(item.from);
+    if (!below)
+        below = pathBelow(realFile.native(), realItem.native());
+    if (!below)
+        return file;
+    return below->empty() ? item.to : item.to / *below;
+}
+
+} // namespace luma
