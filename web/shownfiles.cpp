@@ -33,11 +33,16 @@ ShownFiles::ShownFiles(EditorPage& page, std::function<SiteFolder()> site, QObje
 
 void ShownFiles::update()
 {
+    m_isAsking = true;
     ScriptCall::ask(&m_page, QStringLiteral("shownFiles()"), this,
                     [this, generation = m_page.generation()](const QVariant& answer) {
-                        const auto addresses = ScriptCall::strings(answer);
-                        if (addresses && generation == m_page.generation())
+                        if (generation != m_page.generation())
+                            return;
+                        if (const auto addresses = ScriptCall::strings(answer))
                             watch(*addresses);
+                        m_isAsking = false;
+                        if (!m_changed.isEmpty())
+                            m_pause.start();
                     });
 }
 
@@ -79,6 +84,8 @@ void ShownFiles::noteChange(const QString& file)
 // A file that another program replaced is a new one and has to be watched anew.
 void ShownFiles::renewAll()
 {
+    if (m_isAsking || !m_page.isComplete())
+        return;
     QStringList addresses;
     for (const QString& file : std::exchange(m_changed, {})) {
         if (m_addresses.contains(file))
@@ -86,7 +93,7 @@ void ShownFiles::renewAll()
         if (!m_watcher.files().contains(file) && m_addresses.contains(file) && QFile::exists(file))
             m_watcher.addPath(file);
     }
-    if (addresses.isEmpty() || !m_page.isComplete())
+    if (addresses.isEmpty())
         return;
     m_page.clearCaches();
     ScriptCall::run(&m_page, QStringLiteral("renewFiles([%1])").arg(addresses.join(u',')));

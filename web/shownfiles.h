@@ -40,7 +40,8 @@ private:
     QFileSystemWatcher m_watcher;
     QHash<QString, QString> m_addresses; // by file
     QSet<QString> m_changed;
-    QTimer m_pause; // until a burst of changes is over
+    bool m_isAsking = true; // changes wait until it is known which files are shown
+    QTimer m_pause;         // until a burst of changes is over
 };
 
 } // namespace luma
