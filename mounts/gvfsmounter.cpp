@@ -4,6 +4,7 @@
 #include "base/pathbelow.h"
 #include "mounts/mountmonitor.h"
 #include "mounts/mounts.h"
+#include "mounts/sharelisting.h"
 
 #include <QThread>
 
@@ -13,6 +14,7 @@ namespace fs = std::filesystem;
 
 GvfsMounter::GvfsMounter(QObject* parent) : VolumeMounter(parent)
 {
+    setShareLister(listShareFolder);
     connect(new MountMonitor(this), &MountMonitor::unmounted, this, &GvfsMounter::reportUnmounted);
 }
 

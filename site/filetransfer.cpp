@@ -17,6 +17,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <set>
 
 namespace luma {
 
@@ -62,6 +63,26 @@ bool isAsCompared(const SyncRow& row, const struct stat& status)
     return now.type == row.received.type && now.size == row.received.size && now.time == row.received.time;
 }
 
+// A copy on a share, and what the original was before.
+struct CopyOnFuse
+{
+    std::string path;
+    struct statx sent;
+};
+
+bool isSame(const struct statx& one, const struct statx& other)
+{
+    return one.stx_size == other.stx_size && one.stx_mtime.tv_sec == other.stx_mtime.tv_sec &&
+           one.stx_mtime.tv_nsec == other.stx_mtime.tv_nsec;
+}
+
+// Failures of a connection, which may be over a moment later.
+bool isPassing(const Error& error)
+{
+    return error.code == std::errc::io_error || error.code == std::errc::timed_out ||
+           error.code == std::errc::not_connected || error.code == std::errc::connection_reset;
+}
+
 // The two sides of a transfer. Rows come sorted, so the folders of the last one are kept open.
 class Transfer final
 {
@@ -86,6 +107,11 @@ public:
     [[nodiscard]] bool removeIfEmpty(const std::string& folder) const;
     // Gives the folders made their mode and time, and brings everything to the disk.
     std::string finish();
+    // After finish(): whether the copy of this row has not arrived whole.
+    [[nodiscard]] bool isIncomplete(const SyncRow& row) const
+    {
+        return m_incomplete.contains(row.relativePath);
+    }
 
 private:
     Result<FileDescriptor> m_sendingRoot;
@@ -93,7 +119,8 @@ private:
     bool m_receivesOnFuse;
     std::optional<KeptFolder> m_kept;
     std::string m_publish;
-    std::vector<std::string> m_maybeStamped;
+    std::vector<CopyOnFuse> m_copiesOnFuse;
+    std::set<std::string> m_incomplete;
     std::string m_folder;
     FileDescriptor m_sending;
     FileDescriptor m_receiving;
@@ -105,7 +132,7 @@ private:
     Result<FileDescriptor> makeFolder(const FileDescriptor& parent, const std::string& path);
     [[nodiscard]] std::string objection(const SyncRow& row, const std::string& name) const;
     void finishFolder(const std::string& folder) const;
-    void restoreTime(const std::string& path) const;
+    void finishCopy(const CopyOnFuse& copy);
 };
 
 std::string Transfer::copy(const SyncRow& row, const StillWanted& stillWanted)
@@ -125,13 +152,17 @@ std::string Transfer::copy(const SyncRow& row, const StillWanted& stillWanted)
         if (!reason.empty())
             return reason;
     }
+    CopyOnFuse onFuse = {row.relativePath, {}};
+    const bool isOnFuse = m_receivesOnFuse && lookAgain(m_sending, name, onFuse.sent);
     // Synced one by one, a thousand small files cost seconds; finish() syncs them all at once.
-    const auto copied = copyFile(source, target, existing, Durability::Unsynced, stillWanted);
+    auto copied = copyFile(source, target, existing, Durability::Unsynced, stillWanted);
+    if (!copied && m_receivesOnFuse && isPassing(copied.error()))
+        copied = copyFile(source, target, existing, Durability::Unsynced, stillWanted);
     if (keepsOld && !copied)
         m_kept->forget(m_publish, row.relativePath);
     m_copiedAny = m_copiedAny || copied;
-    if (copied && m_receivesOnFuse)
-        m_maybeStamped.push_back(row.relativePath);
+    if (copied && isOnFuse)
+        m_copiesOnFuse.push_back(std::move(onFuse));
     // The code's words, for the text names a descriptor.
     return copied ? std::string() : systemReason(copied.error().code);
 }
@@ -270,28 +301,38 @@ void Transfer::finishFolder(const std::string& folder) const
     (void)::futimens(receiving->get(), times.data());
 }
 
-// On FUSE a file is closed some time after close() has returned, and a server may stamp it only then, after
-// its time was set.
-void Transfer::restoreTime(const std::string& path) const
+// On FUSE a file is closed some time after close() has returned. A server may stamp it only then, after its time
+// was set, and what was lost on the way shows only then. The time is that of what was copied: a newer one would
+// hide a change made since.
+void Transfer::finishCopy(const CopyOnFuse& copy)
 {
-    const auto sending = openFolderBelow(*m_sendingRoot, folderPart(path));
-    const auto receiving = openFolderBelow(*m_receivingRoot, folderPart(path));
-    const std::string name(namePart(path));
-    struct statx sent = {};
+    const auto sending = openFolderBelow(*m_sendingRoot, folderPart(copy.path));
+    const auto receiving = openFolderBelow(*m_receivingRoot, folderPart(copy.path));
+    const std::string name(namePart(copy.path));
     struct statx received = {};
-    if (!sending || !receiving || !lookAgain(*sending, name, sent) || !lookAgain(*receiving, name, received))
+    if (!sending || !receiving || !lookAgain(*receiving, name, received))
         return;
-    if (sent.stx_mtime.tv_sec == received.stx_mtime.tv_sec || sent.stx_size != received.stx_size)
+    struct statx sentNow = {};
+    const bool isChecked =
+        S_ISREG(copy.sent.stx_mode) && lookAgain(*sending, name, sentNow) && isSame(sentNow, copy.sent);
+    if (isChecked && received.stx_size != copy.sent.stx_size) {
+        (void)copyFile(entryOf(*sending, name), entryOf(*receiving, name), Existing::Replace,
+                       Durability::Unsynced);
+        if (!lookAgain(*receiving, name, received) || received.stx_size != copy.sent.stx_size)
+            m_incomplete.insert(copy.path);
+    }
+    if (received.stx_mtime.tv_sec == copy.sent.stx_mtime.tv_sec || received.stx_size != copy.sent.stx_size)
         return;
     const std::array<timespec, 2> times = {
-        timespec{0, UTIME_OMIT}, timespec{sent.stx_mtime.tv_sec, static_cast<long>(sent.stx_mtime.tv_nsec)}};
+        timespec{0, UTIME_OMIT},
+        timespec{copy.sent.stx_mtime.tv_sec, static_cast<long>(copy.sent.stx_mtime.tv_nsec)}};
     (void)::utimensat(receiving->get(), name.c_str(), times.data(), AT_SYMLINK_NOFOLLOW);
 }
 
 std::string Transfer::finish()
 {
-    for (const std::string& path : m_maybeStamped)
-        restoreTime(path);
+    for (const CopyOnFuse& copy : m_copiesOnFuse)
+        finishCopy(copy);
     // The innermost first: a folder's time changes with what is made in it.
     for (auto folder = m_madeFolders.rbegin(); folder != m_madeFolders.rend(); ++folder)
         finishFolder(*folder);
@@ -332,8 +373,15 @@ public:
     bool finish()
     {
         const std::string reason = m_transfer.finish();
-        if (reason.empty())
+        if (reason.empty()) {
+            std::erase_if(report.done, [this](std::size_t row) {
+                const bool isIncomplete = m_transfer.isIncomplete(m_rows[row]);
+                if (isIncomplete)
+                    addProblem(row, "it has arrived with another size, twice");
+                return isIncomplete;
+            });
             return true;
+        }
         for (const std::size_t row : report.done)
             addProblem(row, reason);
         report.done.clear();

@@ -3,6 +3,7 @@
 
 #include "base/filecalls.h"
 #include "base/folderreader.h"
+#include "site/comparedside.h"
 #include "site/folderaccess.h"
 #include "site/shownname.h"
 
@@ -77,38 +78,17 @@ private:
     int m_busy = 0;
 };
 
-std::string linkTarget(int folder, const char* name)
-{
-    std::array<char, PATH_MAX> target;
-    const ssize_t length = ::readlinkat(folder, name, target.data(), target.size());
-    return {target.data(), length < 0 ? 0 : static_cast<std::size_t>(length)};
-}
-
-FileFacts factsOf(int folder, const char* name, const struct stat& status)
-{
-    FileFacts facts = FileFacts::of(status);
-    if (facts.type == FileFacts::Type::Link)
-        facts.target = linkTarget(folder, name);
-    return facts;
-}
-
-Result<FolderReader> readFolderBelow(const FileDescriptor& root, const std::string& relativePath)
-{
-    auto folder = openFolderBelow(root, relativePath);
-    if (!folder)
-        return folder.error();
-    return FolderReader::open(*std::move(folder), relativePath);
-}
-
 // One of the threads at work: visits folders and keeps what it finds to itself.
 class Worker final
 {
 public:
     // Without `receiving` only the sending side is read.
-    Worker(const FileDescriptor& sending, const FileDescriptor* receiving, bool findsOnlyThere,
+    Worker(const ComparedSide& sending, const ComparedSide* receiving, bool findsOnlyThere,
            const IgnoredNames& ignored, FolderQueue& queue, const WorkItem& item)
-        : m_sendingRoot(sending),
-          m_receivingRoot(receiving),
+        : m_sendingSide(sending),
+          m_receivingSide(receiving),
+          m_sendingRoot(sending.root),
+          m_receivingRoot(receiving ? &receiving->root : nullptr),
           m_findsOnlyThere(findsOnlyThere),
           m_ignored(ignored),
           m_queue(queue),
@@ -118,7 +98,9 @@ public:
     void run()
     {
         while (const std::optional<PendingFolder> folder = m_queue.take()) {
-            if (!m_item.isCancelled() && folder->side == Side::ReceivingOnly)
+            if (!m_item.isCancelled() && isOnShare())
+                visitOnShare(*folder);
+            else if (!m_item.isCancelled() && folder->side == Side::ReceivingOnly)
                 visitOnlyThere(folder->relativePath);
             else if (!m_item.isCancelled())
                 visit(*folder);
@@ -130,6 +112,8 @@ public:
     FoundFiles found;
 
 private:
+    const ComparedSide& m_sendingSide;
+    const ComparedSide* m_receivingSide;
     const FileDescriptor& m_sendingRoot;
     const FileDescriptor* m_receivingRoot;
     bool m_findsOnlyThere;
@@ -141,6 +125,14 @@ private:
     std::vector<PendingFolder> m_subfolders;
     std::unordered_set<std::string> m_names; // of the sending folder; empty unless m_findsOnlyThere
 
+    [[nodiscard]] bool isOnShare() const
+    {
+        return m_sendingSide.shareLister || (m_receivingSide && m_receivingSide->shareLister);
+    }
+    void visitOnShare(const PendingFolder& folder);
+    void compareItems(const ComparedSide::Items& sending, ComparedSide::Items& receiving, bool hasReceiving);
+    void addOnlyThere(const ComparedSide::Items& receiving);
+    void addEmptyFolder(const FileDescriptor& root, bool isOnlyThere);
     void visit(const PendingFolder& folder);
     void visitOnlyThere(const std::string& folder);
     Result<void> openReceiving(const PendingFolder& folder);
@@ -168,6 +160,13 @@ void Worker::addProblem(const char* name, std::errc code)
     found.problems.push_back(shownName(path.empty() ? "." : path) + ": " + systemReason(code));
 }
 
+// Whether a folder that can't be listed counts as one that isn't there.
+bool isAbsent(const Error& error)
+{
+    return error.code == std::errc::no_such_file_or_directory || error.code == std::errc::not_a_directory ||
+           error.code == std::errc::too_many_symbolic_link_levels;
+}
+
 // An error when the folder exists on the receiving side but can't be compared with.
 Result<void> Worker::openReceiving(const PendingFolder& folder)
 {
@@ -179,11 +178,91 @@ Result<void> Worker::openReceiving(const PendingFolder& folder)
         m_receiving = *std::move(opened);
         return {};
     }
-    const std::errc code = opened.error().code;
-    if (code == std::errc::no_such_file_or_directory || code == std::errc::not_a_directory ||
-        code == std::errc::too_many_symbolic_link_levels)
-        return {};
-    return opened.error();
+    return isAbsent(opened.error()) ? Result<void>() : opened.error();
+}
+
+// Reads both folders whole, for a look at a single file takes a request of its own.
+void Worker::visitOnShare(const PendingFolder& folder)
+{
+    m_folder = folder.relativePath;
+    Result<ComparedSide::Items> sending = ComparedSide::Items();
+    Result<ComparedSide::Items> receiving = ComparedSide::Items();
+    if (folder.side != Side::ReceivingOnly)
+        sending = m_sendingSide.items(m_folder);
+    if (folder.side != Side::SendingOnly && m_receivingSide)
+        receiving = m_receivingSide->items(m_folder);
+    if (!sending) {
+        // Not found: removed since its name was read.
+        if (sending.error().code != std::errc::no_such_file_or_directory)
+            addProblem("", sending.error().code);
+        return;
+    }
+    if (folder.side != Side::ReceivingOnly)
+        found.folders.push_back(m_folder);
+    if (!receiving && (folder.side == Side::ReceivingOnly || !isAbsent(receiving.error()))) {
+        addProblem("", receiving.error().code);
+        return;
+    }
+    if (folder.side == Side::ReceivingOnly) {
+        found.foldersOnlyThere.push_back(m_folder);
+        if (receiving->empty())
+            addEmptyFolder(*m_receivingRoot, true);
+    } else if (sending->empty() && !m_receivingRoot) {
+        addEmptyFolder(m_sendingRoot, false);
+    }
+    const bool hasReceiving = folder.side == Side::Both && m_receivingSide && receiving;
+    ComparedSide::Items none;
+    compareItems(*sending, receiving ? *receiving : none, hasReceiving);
+    if (receiving && m_findsOnlyThere)
+        addOnlyThere(*receiving);
+}
+
+void Worker::addEmptyFolder(const FileDescriptor& root, bool isOnlyThere)
+{
+    struct stat status = {};
+    const auto folder = openFolderBelow(root, m_folder);
+    if (!folder || ::fstat(folder->get(), &status) != 0)
+        return;
+    if (isOnlyThere)
+        found.files.push_back({m_folder, {}, FileFacts::of(status)});
+    else
+        found.emptyFolders.push_back({m_folder, FileFacts::of(status), {}});
+}
+
+// Leaves in `receiving` what only that side has.
+void Worker::compareItems(const ComparedSide::Items& sending, ComparedSide::Items& receiving,
+                          bool hasReceiving)
+{
+    for (const auto& [name, sent] : sending) {
+        auto there = receiving.extract(name);
+        const bool isFolder = sent.type == FileFacts::Type::Folder;
+        if (m_ignored.match(m_folder, name.c_str(), isFolder)) {
+            ++found.ignored;
+        } else if (isFolder) {
+            const bool isThere =
+                hasReceiving && !there.empty() && there.mapped().type == FileFacts::Type::Folder;
+            m_subfolders.push_back({pathOf(name), isThere ? Side::Both : Side::SendingOnly});
+        } else if (sent.exists()) {
+            FileFacts received = there.empty() ? FileFacts() : std::move(there.mapped());
+            if (sent.isSameFile(received))
+                found.same.add(m_folder, name, sent);
+            else
+                found.files.push_back({pathOf(name), sent, std::move(received)});
+        }
+    }
+}
+
+void Worker::addOnlyThere(const ComparedSide::Items& receiving)
+{
+    for (const auto& [name, received] : receiving) {
+        const bool isFolder = received.type == FileFacts::Type::Folder;
+        if (m_ignored.match(m_folder, name.c_str(), isFolder))
+            continue;
+        if (isFolder)
+            m_subfolders.push_back({pathOf(name), Side::ReceivingOnly});
+        else if (received.exists())
+            found.files.push_back({pathOf(name), {}, received});
+    }
 }
 
 void Worker::visit(const PendingFolder& folder)
@@ -357,18 +436,18 @@ FolderComparison::FolderComparison(SyncFolders folders, IgnoredNames ignored, De
 
 Result<FoundFiles> FolderComparison::find(const WorkItem& item) const
 {
-    const auto sending = openSiteFolder(m_folders.sending);
+    const auto sending = ComparedSide::open(m_folders.sending);
     if (!sending)
         return sending.error();
     if (m_folders.receiving.empty())
         return findBelow(*sending, nullptr, item);
-    const auto receiving = openSiteFolder(m_folders.receiving);
+    const auto receiving = ComparedSide::open(m_folders.receiving);
     if (!receiving)
         return receiving.error();
     return findBelow(*sending, &*receiving, item);
 }
 
-FoundFiles FolderComparison::findBelow(const FileDescriptor& sending, const FileDescriptor* receiving,
+FoundFiles FolderComparison::findBelow(const ComparedSide& sending, const ComparedSide* receiving,
                                        const WorkItem& item) const
 {
     FolderQueue queue;
@@ -390,8 +469,8 @@ FoundFiles FolderComparison::findBelow(const FileDescriptor& sending, const File
     });
     all.isComplete = m_deletions == Deletions::Listed && all.problems.empty() && !item.isCancelled();
     if (receiving) {
-        all.receivingIsEmpty = !hasItems(*receiving, m_ignored);
-        all.freeBytes = freeBytesAt(*receiving);
+        all.receivingIsEmpty = !hasItems(receiving->root, m_ignored);
+        all.freeBytes = freeBytesAt(receiving->root);
     }
     return all;
 }

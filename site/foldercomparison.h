@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/filedescriptor.h"
 #include "base/result.h"
 #include "base/workitem.h"
 #include "site/ignorednames.h"
 #include "site/syncrow.h"
 
 namespace luma {
+
+struct ComparedSide;
 
 /// Whether a comparison also lists what only the receiving side has.
 enum class Deletions { Ignored, Listed };
@@ -38,7 +39,7 @@ private:
     IgnoredNames m_ignored;
     Deletions m_deletions;
 
-    [[nodiscard]] FoundFiles findBelow(const FileDescriptor& sending, const FileDescriptor* receiving,
+    [[nodiscard]] FoundFiles findBelow(const ComparedSide& sending, const ComparedSide* receiving,
                                        const WorkItem& item) const;
 };
 

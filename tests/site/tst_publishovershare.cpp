@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
 #include "mounts/mounts.h"
+#include "mounts/sharelisting.h"
+#include "site/filetransfer.h"
+#include "site/foldercomparison.h"
 #include "tests/site/sitewindow.h"
 #include "tests/support/mainthread.h"
 #include "tests/support/registry.h"
@@ -138,6 +141,53 @@ private slots:
         QCOMPARE(m_site->text("syncPanelTitle"), "Nothing changed from Source to Destination");
         m_site->click("cancelButton");
         QTRY_VERIFY(m_site->shownNames().contains("My Page.html"));
+    }
+
+    // All at once from gvfs, and item by item from the server's own folder.
+    void listing_isThatOfTheServersFolder()
+    {
+        fs::create_directories(site() / "empty");
+        std::ofstream(site() / ".hidden # %41.html") << "hidden";
+        const auto listed = [](const fs::path& folder) {
+            QStringList lines;
+            const auto found = FolderComparison({.sending = folder, .receiving = {}}).find(WorkItem());
+            for (const FilePair& file : found ? found->files : std::vector<FilePair>())
+                lines += QStringLiteral("%1 %2 %3")
+                             .arg(QString::fromStdString(file.path))
+                             .arg(file.sent.size)
+                             .arg(file.sent.time);
+            for (const FilePair& folderFound : found ? found->emptyFolders : std::vector<FilePair>())
+                lines += QString::fromStdString(folderFound.path);
+            lines.sort();
+            return lines;
+        };
+        const fs::path mounted = m_site->destination().mountPath();
+        QVERIFY(shareListerFor(mounted));
+        QCOMPARE(listed(mounted), listed(site()));
+        QVERIFY(listed(mounted).size() > 5);
+        fs::remove(site() / "empty");
+        fs::remove(site() / ".hidden # %41.html");
+        QVERIFY(!listShareFolder(mounted / "nowhere"));
+    }
+
+    // The copy has the time of what was copied; that of a change made meanwhile would hide the change.
+    void changeDuringATransfer_isListedNext()
+    {
+        m_folders.put("sending/changing.html", "old!", 80);
+        const SyncFolders folders = {.sending = m_folders.sending(),
+                                     .receiving = m_site->destination().mountPath()};
+        auto report = FolderComparison(folders).run(WorkItem());
+        QVERIFY(report);
+        QCOMPARE(report->rows.size(), std::size_t{1});
+        const auto done = FileTransfer(report->rows).run(WorkItem(), [this](const SyncProgress&) {
+            m_folders.put("sending/changing.html", "new!", 20);
+        });
+        QCOMPARE(done.done.size(), std::size_t{1});
+        QCOMPARE(onShare("changing.html"), std::string("old!"));
+        report = FolderComparison(folders).run(WorkItem());
+        QCOMPARE(report->rows.size(), std::size_t{1});
+        QVERIFY(FileTransfer(report->rows).run(WorkItem()).problems.empty());
+        QCOMPARE(onShare("changing.html"), std::string("new!"));
     }
 
     void download_leavesNothingToCompare()
