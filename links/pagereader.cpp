@@ -52,6 +52,9 @@ private:
     std::vector<ValueBoundary> m_boundaries;
 };
 
+constexpr std::string_view styleInstruction = "<?xml-stylesheet";
+constexpr std::string_view blanks = " \t\r\n";
+
 } // namespace
 
 void PageReader::read(std::string_view source, PageFormat format)
@@ -69,6 +72,7 @@ void PageReader::read(std::string_view source, PageFormat format)
                         format == PageFormat::Xml ? HtmlScanner::Markup::Xml : HtmlScanner::Markup::Html);
     HtmlToken token;
     std::size_t styleBegin = std::string_view::npos;
+    bool isInProlog = format == PageFormat::Xml;
     const auto closeStyle = [&](std::size_t end) {
         if (styleBegin != std::string_view::npos)
             addCss(m_source.substr(styleBegin, end - styleBegin), styleBegin);
@@ -77,12 +81,15 @@ void PageReader::read(std::string_view source, PageFormat format)
     while (scanner.next(token)) {
         const bool isStyle = token.name.size() == 5 && equalIgnoringAsciiCase(token.name, "style");
         if (token.kind == HtmlTokenKind::StartTag) {
+            isInProlog = false;
             if (!token.attributes.empty())
                 readTag(token);
             if (isStyle && styleBegin == std::string_view::npos)
                 styleBegin = token.end;
         } else if (token.kind == HtmlTokenKind::EndTag && isStyle) {
             closeStyle(token.begin);
+        } else if (isInProlog && m_source.substr(token.begin).starts_with(styleInstruction)) {
+            readInstruction(token.content);
         }
     }
     closeStyle(token.begin);
@@ -107,6 +114,26 @@ void PageReader::readTag(const HtmlToken& tag)
     }
     for (const HtmlAttribute& attribute : tag.attributes)
         readAttribute(tag, attribute);
+}
+
+// W3C, "Associating Style Sheets with XML documents": the pseudo-attributes of <?xml-stylesheet href="a.css"?>.
+void PageReader::readInstruction(std::string_view content)
+{
+    std::string_view rest = content.substr(styleInstruction.size() - 1);
+    while (!rest.empty() && blanks.find(rest.front()) != std::string_view::npos) {
+        rest.remove_prefix(std::min(rest.find_first_not_of(blanks), rest.size()));
+        const std::string_view name = rest.substr(0, rest.find_first_of(" \t\r\n="));
+        rest.remove_prefix(name.size());
+        const std::size_t open = rest.find_first_not_of(" \t\r\n=");
+        const std::size_t close = open == std::string_view::npos ? open : rest.find(rest[open], open + 1);
+        if (close == std::string_view::npos || (rest[open] != '"' && rest[open] != '\''))
+            return;
+        if (name == "href")
+            readValue({name, rest.substr(open + 1, close - open - 1),
+                       rest[open] == '"' ? Quotes::Double : Quotes::Single},
+                      LinkPlace::Href, LinkSyntax::Address);
+        rest.remove_prefix(close + 1);
+    }
 }
 
 void PageReader::readAttribute(const HtmlToken& tag, const HtmlAttribute& attribute)

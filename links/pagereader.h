@@ -34,8 +34,8 @@ struct LinkReference
 enum class PageFormat : std::uint8_t { Html, Xml, StyleSheet };
 
 /// Reads the addresses of pages and style sheets, one after another, into memory that it uses again: every place
-/// of the HTML standard's table of addresses, those of svg, meta elements, style elements and attributes, and style
-/// sheets. What it gives is valid until the next read. Each thread has one of its own.
+/// of the HTML standard's table of addresses, those of svg, xml-stylesheet, meta and style, style attributes and
+/// style sheets. What it gives is valid until the next read. Each thread has one of its own.
 class PageReader final
 {
 public:
@@ -54,6 +54,7 @@ public:
 
 private:
     void readTag(const HtmlToken& tag);
+    void readInstruction(std::string_view content);
     void readAttribute(const HtmlToken& tag, const HtmlAttribute& attribute);
     void readMeta(const HtmlToken& tag);
     void readValue(const HtmlAttribute& attribute, LinkPlace place, LinkSyntax syntax);

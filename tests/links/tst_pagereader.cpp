@@ -105,6 +105,14 @@ private slots:
                 "<![CDATA[<a href='n'>]]></html>",
                 PageFormat::Xml),
             QByteArray("src a\nhref b\n"));
+        // A style sheet's instruction counts before the root element, but not in a comment.
+        QCOMPARE(
+            listed("<?xml version='1.0'?><?xml-stylesheet  type=\"text/css\" href = 'a&amp;b.css' ?>"
+                   "<!--?xml-stylesheet href='n'?--><?xml-stylesheets href='n'?><?xml-stylesheet href=n?>"
+                   "<?xml-stylesheet href='n?><a href='c'/><?xml-stylesheet href='n'?>",
+                   PageFormat::Xml),
+            QByteArray("href a&b.css as a&amp;b.css\nhref c\n"));
+        QCOMPARE(listed("<?xml-stylesheet href='n'?><a href=b>", PageFormat::Html), QByteArray("href b\n"));
     }
 
     void anchorsAndBase_areTold()
