@@ -46,6 +46,11 @@ Times timesOf(const struct stat& status)
     return {status.st_atim, status.st_mtim};
 }
 
+std::string temporaryTemplate(const fs::path& target)
+{
+    return (target.parent_path() / ".luma-XXXXXX").string();
+}
+
 Result<void> keepMode(int descriptor, mode_t mode, const fs::path& target)
 {
     if (::fchmod(descriptor, mode & 07777U) != 0 && !isUnsupported(errno))

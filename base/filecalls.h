@@ -30,6 +30,10 @@ bool isUnsupported(int code);
 using Times = std::array<timespec, 2>; // last access and last modification, as futimens(3) takes them
 Times timesOf(const struct stat& status);
 
+/// A template for mkostemp(3) and mkdtemp(3): a hidden name beside `target`, in the form that a publish takes for our own
+/// temporary file.
+std::string temporaryTemplate(const std::filesystem::path& target);
+
 /// Sets the mode or the times of an open file, where the file system has them; errors name `target`.
 Result<void> keepMode(int descriptor, mode_t mode, const std::filesystem::path& target);
 Result<void> keepTimes(int descriptor, const Times& times, const std::filesystem::path& target);

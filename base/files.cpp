@@ -38,8 +38,7 @@ Result<void> writeAll(int descriptor, std::string_view bytes, const fs::path& pa
 class TemporaryFile final
 {
 public:
-    explicit TemporaryFile(const fs::path& target)
-        : m_target(target), m_path((target.parent_path() / ".luma-XXXXXX").string())
+    explicit TemporaryFile(const fs::path& target) : m_target(target), m_path(temporaryTemplate(target))
     {
         m_descriptor.reset(::mkostemp(m_path.data(), O_CLOEXEC));
         checkMade();
@@ -166,7 +165,7 @@ Result<void> copyLink(const fs::path& source, const fs::path& target, Existing e
         return {};
     }
     // mkostemp only finds a free name.
-    std::string temporary = (target.parent_path() / ".luma-XXXXXX").string();
+    std::string temporary = temporaryTemplate(target);
     const FileDescriptor placeholder(::mkostemp(temporary.data(), O_CLOEXEC));
     if (!placeholder)
         return systemError(target, errno);

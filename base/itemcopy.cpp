@@ -22,7 +22,7 @@ class TemporaryFolder final
 public:
     explicit TemporaryFolder(const fs::path& target) : m_target(target)
     {
-        std::string name = (target.parent_path() / ".luma-XXXXXX").string();
+        std::string name = temporaryTemplate(target);
         m_exists = ::mkdtemp(name.data()) != nullptr;
         if (!m_exists)
             m_made = systemError(target, errno);
