@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/lumactl/killedlumactl.h"
 #include "tests/support/registry.h"
 #include "tests/support/site.h"
 
-#include <QProcess>
 #include <QTest>
 
 #include <sys/stat.h>
@@ -10,16 +10,11 @@
 #include <memory>
 
 using luma::test::Files;
+using luma::test::LumactlEnd;
 using luma::test::Site;
 namespace fs = std::filesystem;
 
 namespace {
-
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool canPreload = false;
-#else
-constexpr bool canPreload = true;
-#endif
 
 const Files someSite = {{"a/x.html", "<a href=y.html><a href=../o.html>"},
                         {"a/d/y.html", "<a href=../x.html><img src='../../p.png'>"},
@@ -29,33 +24,9 @@ const Files someSite = {{"a/x.html", "<a href=y.html><a href=../o.html>"},
                         {"p.png", "image"},
                         {"b/z.html", "<a href=../a/>"}};
 
-struct Answer
+LumactlEnd lumactl(const Site& site, const QString& arguments, int killAt = 0)
 {
-    bool isKilled = false;
-    int code = -1;
-    QByteArray errors;
-};
-
-// Ends at the file-changing call of this number; 0: at none.
-Answer lumactl(const Site& site, const QString& arguments, int killAt = 0)
-{
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    const QString build = qEnvironmentVariable("LUMA_BUILD_DIR");
-    if (killAt > 0) {
-        environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(LUMA_KILLATCALL));
-        environment.insert(QStringLiteral("LUMA_KILL_AT"), QString::number(killAt));
-    }
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(QString::fromStdString(site.root().native()));
-    process.start(build + QLatin1String("/bin/lumactl"), arguments.split(QLatin1Char(' ')));
-    Answer answer;
-    if (!process.waitForFinished(-1))
-        return answer;
-    answer.isKilled = process.exitStatus() != QProcess::NormalExit;
-    answer.code = process.exitCode();
-    answer.errors = process.readAllStandardError();
-    return answer;
+    return luma::test::runLumactl(site, arguments.split(QLatin1Char(' ')), killAt);
 }
 
 } // namespace
@@ -119,7 +90,7 @@ private slots:
         QFETCH(QString, arguments);
         QFETCH(bool, isUndo);
         QFETCH(bool, isFar);
-        if (!canPreload)
+        if (!luma::test::canKillLumactl())
             QSKIP("a sanitizer's library must come first");
         if (isFar && !useOtherFileSystem())
             QSKIP("needs another file system at /dev/shm");

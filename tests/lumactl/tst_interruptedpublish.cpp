@@ -1,36 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/lumactl/killedlumactl.h"
 #include "tests/support/registry.h"
 #include "tests/support/site.h"
 
-#include <QProcess>
 #include <QTest>
 
 using luma::test::Site;
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool canPreload = false;
-#else
-constexpr bool canPreload = true;
-#endif
-
 // Whether it ended by itself; killed at the file-changing call of this number, 0: at none.
 bool publishes(const Site& site, int killAt = 0)
 {
-    QProcess process;
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    if (killAt > 0) {
-        environment.insert(QStringLiteral("LD_PRELOAD"), QStringLiteral(LUMA_KILLATCALL));
-        environment.insert(QStringLiteral("LUMA_KILL_AT"), QString::number(killAt));
-    }
-    process.setProcessEnvironment(environment);
-    process.setWorkingDirectory(QString::fromStdString(site.root().native()));
-    process.start(qEnvironmentVariable("LUMA_BUILD_DIR") + QLatin1String("/bin/lumactl"),
-                  {QStringLiteral("publish"), QStringLiteral("--delete"), QStringLiteral("from"),
-                   QStringLiteral("to")});
-    return process.waitForFinished(-1) && process.exitStatus() == QProcess::NormalExit &&
-           process.exitCode() == 0;
+    const QStringList arguments = {QStringLiteral("publish"), QStringLiteral("--delete"),
+                                   QStringLiteral("from"), QStringLiteral("to")};
+    const luma::test::LumactlEnd end = luma::test::runLumactl(site, arguments, killAt);
+    return !end.isKilled && end.code == 0;
 }
 
 } // namespace
@@ -43,7 +28,7 @@ class tst_interruptedpublish final : public QObject
 private slots:
     void everyFileIsOldOrNew_andTheNextRunFinishes()
     {
-        if (qEnvironmentVariableIsEmpty("LUMA_BUILD_DIR") || !canPreload)
+        if (!luma::test::canKillLumactl())
             QSKIP("no build folder, or a sanitizer that can't be preloaded over");
         int kills = 0;
         int leftovers = 0;
