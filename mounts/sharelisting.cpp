@@ -46,8 +46,9 @@ std::errc codeOf(const GError& error)
         return std::errc::io_error;
     switch (error.code) {
     case G_IO_ERROR_NOT_FOUND:
-    case G_IO_ERROR_NOT_MOUNTED:
         return std::errc::no_such_file_or_directory;
+    case G_IO_ERROR_NOT_MOUNTED: // gone meanwhile, which says nothing about the folder
+        return std::errc::not_connected;
     case G_IO_ERROR_NOT_DIRECTORY:
         return std::errc::not_a_directory;
     case G_IO_ERROR_PERMISSION_DENIED:
