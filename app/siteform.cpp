@@ -23,6 +23,11 @@ SiteForm::SiteForm(QWidget* parent) : QWidget(parent), m_ui(std::make_unique<Ui:
             [this](const QString& name) { m_record->setSiteID(name); });
     connect(m_ui->webAddress, &QLineEdit::textEdited, this,
             [this](const QString& text) { m_record->setWebAddressText(text); });
+    const int lines = m_ui->ignoredNames->fontMetrics().lineSpacing() * 3;
+    m_ui->ignoredNames->setFixedHeight(lines + 4 * m_ui->ignoredNames->frameWidth() + 8);
+    connect(m_ui->ignoredNames, &QPlainTextEdit::textChanged, this, &SiteForm::takeIgnoredNames);
+    connect(m_ui->keptDays, &QSpinBox::valueChanged, this, &SiteForm::takeKeepChoice);
+    connect(m_ui->keptFolder, &QLineEdit::textEdited, this, &SiteForm::takeKeepChoice);
     connect(m_ui->openButton, &QPushButton::clicked, this, &SiteForm::openRequested);
     setRecord(nullptr);
 }
@@ -61,6 +66,33 @@ void SiteForm::showTexts()
     };
     show(*m_ui->siteID, m_record ? m_record->siteID() : QString());
     show(*m_ui->webAddress, m_record ? m_record->webAddressText() : QString());
+    const QString patterns = m_record ? m_record->ignoredNames() : QString();
+    if (m_ui->ignoredNames->toPlainText() != patterns) {
+        const QSignalBlocker blocker(m_ui->ignoredNames);
+        m_ui->ignoredNames->setPlainText(patterns);
+    }
+    const KeepChoice choice = m_record ? m_record->keepChoice() : KeepChoice();
+    const QString folder = QString::fromStdString(choice.folder);
+    if (m_ui->keptFolder->text().trimmed() != folder)
+        m_ui->keptFolder->setText(folder);
+    // Last, because it takes both values.
+    m_ui->keptDays->setValue(choice.days);
+    m_ui->keptFolder->setEnabled(choice.days > 0);
+}
+
+void SiteForm::takeIgnoredNames()
+{
+    if (m_record && m_record->ignoredNames() != m_ui->ignoredNames->toPlainText())
+        m_record->setIgnoredNames(m_ui->ignoredNames->toPlainText());
+}
+
+void SiteForm::takeKeepChoice()
+{
+    m_ui->keptFolder->setEnabled(m_ui->keptDays->value() > 0);
+    const KeepChoice choice = {.days = m_ui->keptDays->value(),
+                               .folder = m_ui->keptFolder->text().trimmed().toStdString()};
+    if (m_record && m_record->keepChoice() != choice)
+        m_record->setKeepChoice(choice);
 }
 
 void SiteForm::editName()

@@ -14,9 +14,9 @@ class SiteForm;
 
 namespace luma {
 
-/// The selected site as a form: its name, its web address, its two endpoints, and the button that opens it. The endpoints are
-/// side by side if there is room, otherwise one above the other. Edits go straight to the record. Main thread
-/// only.
+/// The selected site as a form: its name, its web address, what publishing leaves out and keeps, its two
+/// endpoints, and the button that opens it. The endpoints are side by side if there is room, otherwise one
+/// above the other. Edits go straight to the record. Main thread only.
 class SiteForm final : public QWidget
 {
     Q_OBJECT
@@ -42,6 +42,8 @@ protected:
 private:
     EndpointForm* addEndpoint(SiteSide side, const QString& name, const QString& title);
     void showTexts();
+    void takeIgnoredNames();
+    void takeKeepChoice();
 
     std::unique_ptr<Ui::SiteForm> m_ui;
     EndpointForm* sourceDict = nullptr;

@@ -10,6 +10,7 @@
 #include "mounts/gvfsmounter.h"
 #include "shell/sshcontroller.h"
 #include "site/progresspanel.h"
+#include "site/restorepanel.h"
 #include "site/syncpanel.h"
 
 #include <QApplication>
@@ -84,7 +85,7 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
       m_reportChoices(std::move(services.reportChoices)),
       m_moveNotices(services.moveNotices ? std::move(services.moveNotices) : std::make_shared<MoveNotices>()),
       m_remoteLogin(m_record->destinationDict(), std::move(services.remoteLogin)),
-      m_engine(*m_record, std::move(services.runProgram), [this] { return sides(); })
+      m_engine(*m_record, services.runProgram, [this] { return sides(); })
 {
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->setupUi(this);
@@ -94,6 +95,8 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
     m_progressPanel = new ProgressPanel(this);
     createPanes(services.mounter);
     m_syncPanel = new SyncPanel(m_engine, this);
+    m_restorePanel = new RestorePanel(
+        *m_record, services.runProgram, [this] { return sides(); }, this);
     connectActions();
     connectRemoteLogin();
     connect(m_record.get(), &SiteRecord::changed, this, &HaldenDoc::updateForRecord);
@@ -164,11 +167,13 @@ void HaldenDoc::connectActions()
             &BrowserController::configure);
     connect(m_ui->uploadAction, &QAction::triggered, this, [this] { sync(Direction::Upload); });
     connect(m_ui->downloadAction, &QAction::triggered, this, [this] { sync(Direction::Download); });
+    connect(m_ui->restoreAction, &QAction::triggered, m_restorePanel, &RestorePanel::restore);
     connect(m_ui->closeAction, &QAction::triggered, this, &QWidget::close);
     connect(m_ui->quitAction, &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     connect(m_syncPanel, &SyncPanel::showRequested, this, &HaldenDoc::showInPane);
     connect(&m_engine, &SyncEngine::transferred, m_source, &BrowserController::reload);
     connect(&m_engine, &SyncEngine::transferred, m_destination, &BrowserController::reload);
+    connect(&m_restorePanel->engine(), &RestoreEngine::restored, m_destination, &BrowserController::reload);
 }
 
 void HaldenDoc::connectRemoteLogin()
@@ -341,6 +346,7 @@ void HaldenDoc::closeEvent(QCloseEvent* event)
 {
     emit windowWillClose();
     m_engine.cancel();
+    m_restorePanel->engine().cancel();
     m_source->disconnectPane();
     m_destination->disconnectPane();
     QMainWindow::closeEvent(event);

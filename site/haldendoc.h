@@ -20,6 +20,7 @@ namespace luma {
 
 class BrowserController;
 class ProgressPanel;
+class RestorePanel;
 class SyncPanel;
 
 /// The window of one open site: its two panes, the connection line, and the panels of its long jobs. It
@@ -96,6 +97,7 @@ private:
     SyncEngine m_engine;
     ProgressPanel* m_progressPanel = nullptr;
     SyncPanel* m_syncPanel = nullptr;
+    RestorePanel* m_restorePanel = nullptr;
     bool m_rsync = false;
 
     void createPanes(const std::shared_ptr<VolumeMounter>& mounter);

@@ -13,7 +13,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view extension = ".luma-kept";
+constexpr std::string_view keptExtension = ".luma-kept";
 // strptime(3) and strftime(3), in UTC; milliseconds follow.
 constexpr auto nameFormat = "luma-%Y%m%dT%H%M%S";
 constexpr std::size_t nameLength = 20;
@@ -42,7 +42,7 @@ Result<KeptPlace> KeptPlace::of(const std::string& receiving, const KeepChoice& 
         if (name.empty() || name == "." || name == ".." || name == "~" || name == "/")
             return Error{"Nothing can be kept beside \"" + folder +
                          "\"; choose a folder for what is replaced"};
-        place.m_name = '.' + name + std::string(extension);
+        place.m_name = '.' + name + std::string(keptExtension);
         // From the folder itself, so that a link to it makes no difference.
         place.m_parent = folder + "/..";
         place.m_fromReceiving = "../" + place.m_name;

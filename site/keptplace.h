@@ -15,6 +15,8 @@ struct KeepChoice
 {
     int days = 0;            ///< kept for so long; 0 keeps nothing
     std::string folder = {}; ///< an absolute path on the receiving side; empty: beside the receiving folder
+
+    bool operator==(const KeepChoice&) const = default;
 };
 
 /// The folder of the kept versions of one receiving folder. Each publish that replaces or deletes something

@@ -52,7 +52,7 @@ public:
     [[nodiscard]] QString ignoredNames() const;
     void setIgnoredNames(const QString& patterns);
 
-    /// What a publish keeps of what it replaces or deletes; nothing at first.
+    /// What an upload keeps of what it replaces or deletes; nothing at first.
     [[nodiscard]] KeepChoice keepChoice() const;
     void setKeepChoice(const KeepChoice& choice);
 

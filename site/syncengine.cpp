@@ -14,6 +14,8 @@
 
 namespace luma {
 
+namespace fs = std::filesystem;
+
 namespace {
 
 constexpr int progressInterval = 100; // milliseconds
@@ -38,6 +40,26 @@ void printLines(const std::vector<std::string>& lines)
 }
 
 } // namespace
+
+QString problemLine(const std::vector<std::string>& problems)
+{
+    if (problems.empty())
+        return {};
+    const QString first = QString::fromStdString(problems.front());
+    return problems.size() == 1 ? first
+                                : SyncEngine::tr("%1 (and %2 more)").arg(first).arg(problems.size() - 1);
+}
+
+Result<KeptVersions> keptVersionsOf(const SiteRecord& record, const SyncSides& sides,
+                                    const ProgramRunner& runProgram)
+{
+    if (sides.rsync)
+        return KeptVersions::onServer(RsyncArguments::of(record, Direction::Upload), runProgram,
+                                      record.keepChoice());
+    if (sides.destination.empty())
+        return Error{"Connect the destination first"};
+    return KeptVersions::here(sides.destination, record.keepChoice());
+}
 
 SyncEngine::SyncEngine(SiteRecord& record, ProgramRunner runProgram, std::function<SyncSides()> sides,
                        QObject* parent)
@@ -77,16 +99,6 @@ void SyncEngine::setState(State state)
 {
     m_state = state;
     emit changed();
-}
-
-void SyncEngine::setMessage(const std::vector<std::string>& problems)
-{
-    m_message.clear();
-    if (problems.empty())
-        return;
-    m_message = QString::fromStdString(problems.front());
-    if (problems.size() > 1)
-        m_message = tr("%1 (and %2 more)").arg(m_message).arg(problems.size() - 1);
 }
 
 void SyncEngine::compare(Direction direction, Deletions deletions)
@@ -151,7 +163,7 @@ void SyncEngine::endComparison(const WorkItem& item, Result<ComparisonReport> re
         return;
     }
     printLines(result->problems);
-    setMessage(result->problems);
+    m_message = problemLine(result->problems);
     m_ignoredCount = result->ignored;
     m_counts = result->counts;
     if (m_counts.sent == 0 && m_message.isEmpty())
@@ -173,7 +185,7 @@ void SyncEngine::endComparison(const WorkItem& item, Result<ComparisonReport> re
 void SyncEngine::showFailure(const std::vector<std::string>& problems)
 {
     printLines(problems);
-    setMessage(problems);
+    m_message = problemLine(problems);
     m_title = tr("The comparison failed");
     m_table.setRows(std::exchange(m_rowsBefore, {}));
     setState(State::Failed);
@@ -246,24 +258,20 @@ void SyncEngine::transfer()
         transferFiles(*kept);
 }
 
-// For the receiving side of the rows. An error if the site wants something kept, but not where.
+// Of an upload. An error if the site wants something kept, but not where.
 Result<std::optional<SyncEngine::Keeping>> SyncEngine::keeping() const
 {
-    KeepChoice choice = m_record.keepChoice();
-    if (choice.days == 0)
+    const int days = m_record.keepChoice().days;
+    if (days == 0 || m_direction == Direction::Download)
         return std::optional<Keeping>();
-    const RsyncArguments arguments = RsyncArguments::of(m_record, m_direction);
     const auto& folders = m_table.rows().front().folders;
-    // The chosen folder is the destination's.
-    if (m_direction == Direction::Download)
-        choice.folder.clear();
-    auto versions = !folders && m_direction == Direction::Upload
-                        ? KeptVersions::onServer(arguments, m_runProgram, choice)
-                        : KeptVersions::here(folders ? folders->receiving.native() : arguments.local, choice);
+    auto versions = keptVersionsOf(
+        m_record, {.rsync = !folders, .source = {}, .destination = folders ? folders->receiving : fs::path()},
+        m_runProgram);
     if (!versions)
         return versions.error();
     KeptPublish publish = versions->newPublish();
-    return std::optional(Keeping{*std::move(versions), std::move(publish), choice.days});
+    return std::optional(Keeping{*std::move(versions), std::move(publish), days});
 }
 
 void SyncEngine::stop()
@@ -369,7 +377,7 @@ void SyncEngine::endTransfer(const WorkItem& item, const Transferred& transferre
         const std::size_t moved = transferred.done.size();
         m_table.removeRowsAt(transferred.done);
         restoreTicks();
-        setMessage(transferred.problems);
+        m_message = problemLine(transferred.problems);
         if (isStopping() && moved < ticked)
             m_message = tr("Stopped; %1 of %2 moved").arg(moved).arg(ticked);
         m_stop.reset();

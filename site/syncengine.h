@@ -29,6 +29,13 @@ struct SyncSides
     std::filesystem::path destination; ///< of the destination pane
 };
 
+/// Problems as one line for a panel: the first one, and how many more there are. Empty without any.
+QString problemLine(const std::vector<std::string>& problems);
+
+/// What publishes of the site keep on its destination, reached as `sides` says.
+Result<KeptVersions> keptVersionsOf(const SiteRecord& record, const SyncSides& sides,
+                                    const ProgramRunner& runProgram);
+
 /// Compares a site's two sides and copies the ticked rows in one direction, with rsync or by itself.
 ///
 /// Lives on the main thread; its jobs run in the background on copies of what they need and report by onMain.
@@ -139,7 +146,6 @@ private:
     static void removeOld(const std::optional<Keeping>& keeping, const WorkItem& stop,
                           Transferred& transferred);
     void endTransfer(const WorkItem& item, const Transferred& transferred, PublishedFiles published);
-    void setMessage(const std::vector<std::string>& problems);
 };
 
 } // namespace luma

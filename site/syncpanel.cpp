@@ -1,46 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/syncpanel.h"
 
+#include "site/synctableview.h"
 #include "ui_SyncPanel.h"
 
-#include <QHeaderView>
 #include <QLocale>
 #include <QMenu>
 #include <QMessageBox>
-#include <QStyledItemDelegate>
 #include <QTableView>
 
 #include <algorithm>
-
-#include <utility>
 
 namespace luma {
 
 using State = SyncEngine::State;
 
 namespace {
-
-// Shows a warning before the rows that begin unticked.
-class KindDelegate final : public QStyledItemDelegate
-{
-public:
-    KindDelegate(const SyncTableModel& table, QObject* parent) : QStyledItemDelegate(parent), m_table(table)
-    {}
-
-protected:
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
-    {
-        QStyledItemDelegate::initStyleOption(option, index);
-        if (index.column() != SyncTableModel::KindColumn || !m_table.shownRow(index.row()).isMarked())
-            return;
-        option->features |= QStyleOptionViewItem::HasDecoration;
-        option->icon = option->widget->style()->standardIcon(QStyle::SP_MessageBoxWarning);
-        option->decorationSize = QSize(option->fontMetrics.height(), option->fontMetrics.height());
-    }
-
-private:
-    const SyncTableModel& m_table;
-};
 
 // Of the pop-up button.
 int itemOf(Direction direction)
@@ -76,21 +51,8 @@ void SyncPanel::setUpTable()
                                                  .all = "allOnOffCheckBox",
                                                  .count = "syncCount",
                                                  .placeholder = "syncPlaceholder"});
-    QTableView& table = m_ui->syncTickList->table();
-    table.setContextMenuPolicy(Qt::CustomContextMenu);
-    table.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    table.setItemDelegate(new KindDelegate(m_engine.table(), &table));
-    // At first in the order of the comparison, by name.
-    table.horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-    table.setSortingEnabled(true);
-    table.horizontalHeader()->setHighlightSections(false);
-    const int letter = table.fontMetrics().averageCharWidth();
-    for (const auto& [column, letters] :
-         {std::pair(SyncTableModel::KindColumn, 14), std::pair(SyncTableModel::NameColumn, 40),
-          std::pair(SyncTableModel::SentSizeColumn, 15), std::pair(SyncTableModel::SentDateColumn, 24),
-          std::pair(SyncTableModel::ReceivedSizeColumn, 18),
-          std::pair(SyncTableModel::ReceivedDateColumn, 24)})
-        table.setColumnWidth(column, letter * letters);
+    m_ui->syncTickList->table().setContextMenuPolicy(Qt::CustomContextMenu);
+    setUpSyncTable(m_ui->syncTickList->table(), m_engine.table());
 }
 
 void SyncPanel::connectControls()

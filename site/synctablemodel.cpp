@@ -62,6 +62,11 @@ constexpr auto destinationDate = QT_TRANSLATE_NOOP("luma::SyncTableModel", "Dest
 constexpr auto uploadColumns = columnsNamed(sourceSize, sourceDate, destinationSize, destinationDate);
 constexpr auto downloadColumns = columnsNamed(destinationSize, destinationDate, sourceSize, sourceDate);
 
+constexpr auto restoreColumns = columnsNamed(QT_TRANSLATE_NOOP("luma::SyncTableModel", "Kept size"),
+                                             QT_TRANSLATE_NOOP("luma::SyncTableModel", "Kept date"),
+                                             QT_TRANSLATE_NOOP("luma::SyncTableModel", "Size now"),
+                                             QT_TRANSLATE_NOOP("luma::SyncTableModel", "Date now"));
+
 } // namespace
 
 SyncTableModel::SyncTableModel(QObject* parent) : TickTable(uploadColumns, parent) {}
@@ -69,6 +74,11 @@ SyncTableModel::SyncTableModel(QObject* parent) : TickTable(uploadColumns, paren
 void SyncTableModel::setDirection(Direction direction)
 {
     setColumns(direction == Direction::Upload ? uploadColumns : downloadColumns);
+}
+
+void SyncTableModel::setRestoring()
+{
+    setColumns(restoreColumns);
 }
 
 QString SyncTableModel::textOf(SyncKind kind)

@@ -30,6 +30,9 @@ public:
     /// Names the columns of both sides.
     void setDirection(Direction direction);
 
+    /// The same for a table of kept versions.
+    void setRestoring();
+
     static QString textOf(SyncKind kind);
 };
 

@@ -21,7 +21,9 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QSpinBox>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
@@ -307,6 +309,10 @@ private slots:
         typeInto(find<QLineEdit>("siteID"), "Café");
         typeInto(find<QLineEdit>("webAddress"), " http://a.example/docs  www.b.example ");
         typeInto(find<QLineEdit>("password", "destinationDict"), "p'w\"%");
+        find<QPlainTextEdit>("ignoredNames")->setPlainText("*.psd\ndrafts/");
+        QVERIFY(!find<QLineEdit>("keptFolder")->isEnabled());
+        find<QSpinBox>("keptDays")->setValue(30);
+        typeInto(find<QLineEdit>("keptFolder"), "/srv/old");
         QTest::mouseClick(find<QCheckBox>("autoconnect", "sourceDict"), Qt::LeftButton, {}, QPoint(8, 8));
         auto* protocol = find<QComboBox>("protocol", "destinationDict");
         protocol->setFocus();
@@ -320,6 +326,11 @@ private slots:
         QCOMPARE(find<QLineEdit>("webAddress")->text(), " http://a.example/docs  www.b.example ");
         QCOMPARE(record->webAddresses(),
                  (std::vector<std::string>{"http://a.example/docs", "https://www.b.example"}));
+        QCOMPARE(find<QPlainTextEdit>("ignoredNames")->toPlainText(), "*.psd\ndrafts/");
+        QCOMPARE(record->ignoredNames(), "*.psd\ndrafts/");
+        QVERIFY((record->keepChoice() == KeepChoice{.days = 30, .folder = "/srv/old"}));
+        QCOMPARE(find<QSpinBox>("keptDays")->value(), 30);
+        QCOMPARE(find<QLineEdit>("keptFolder")->text(), "/srv/old");
         QCOMPARE(record->destinationDict()->value(endpoint::password), QVariant(QStringLiteral("p'w\"%")));
         QCOMPARE(record->destinationDict()->value(endpoint::protocol), QVariant(QStringLiteral("dav://")));
         QCOMPARE(record->sourceDict()->value(endpoint::autoconnect), QVariant(qlonglong{0}));
