@@ -78,6 +78,17 @@ MoveProblem problemOf(const MovedItem& item, const fs::path& site, std::set<std:
     return {Kind::NotMoved, {}, {}};
 }
 
+// Why links can't be led to an item; an empty text where they can.
+MoveProblem problemOfTarget(const MovedItem& item, const fs::path& site)
+{
+    using Kind = MoveProblem::Kind;
+    if (!isAtOrBelow(item.to.native(), site.native()))
+        return {Kind::NotMoved, item.to, item.to.native() + ": is outside the site"};
+    if (!itemExists(item.to))
+        return {Kind::NotMoved, item.to, systemError(item.to, ENOENT).text};
+    return {Kind::NotMoved, {}, {}};
+}
+
 // Leaves out items that can't be moved, and those that move with a folder above them.
 void checkItems(LinkPlan& plan)
 {
@@ -93,12 +104,15 @@ void checkItems(LinkPlan& plan)
         });
         if (isInOther)
             continue;
-        if (plan.request.isRenamedAlready)
+        MoveProblem problem;
+        if (plan.request.changesLinksOnly)
+            problem = problemOfTarget(item, plan.request.site);
+        else if (!plan.request.isRenamedAlready)
+            problem = problemOf(item, plan.request.site, taken);
+        if (problem.text.empty())
             plan.request.items.push_back(item);
-        else if (MoveProblem problem = problemOf(item, plan.request.site, taken); !problem.text.empty())
-            plan.problems.push_back(std::move(problem));
         else
-            plan.request.items.push_back(item);
+            plan.problems.push_back(std::move(problem));
     }
 }
 

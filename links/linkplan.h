@@ -31,6 +31,8 @@ struct MoveRequest
     /// The items have their new places already, in the folders that they were in. Carrying out the plan changes the pages, and
     /// taking it back gives the items their old names.
     bool isRenamedAlready = false;
+    /// The items stay where they are: links that lead to exactly `from`, where nothing need be, are to lead to `to`.
+    bool changesLinksOnly = false;
 };
 
 /// A change to a page or style sheet.

@@ -65,6 +65,10 @@ Result<std::shared_ptr<const MovedLinks>> MovedLinks::read(const MoveRequest& re
             tree->rename(tree->find(item.to), fs::path(item.from).filename().native());
     }
     links->m_tree.emplace(*std::move(tree));
+    if (request.changesLinksOnly) {
+        links->m_places.emplace(MovedPlaces::ofTargets(links->m_items, request.rules));
+        return std::shared_ptr<const MovedLinks>(links);
+    }
     links->m_paths.emplace(*links->m_tree, request.rules);
     links->m_places.emplace(links->m_items, &*links->m_tree, &*links->m_paths, request.rules);
     return std::shared_ptr<const MovedLinks>(links);

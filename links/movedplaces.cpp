@@ -36,6 +36,13 @@ MovedPlaces::MovedPlaces(std::vector<Item> items, const SiteTree* tree, const Si
     m_mayHaveOtherPaths = m_tree && (anyIndex || m_rules.extensionsMayBeLeftOut || hasLinkedFolders(*m_tree));
 }
 
+MovedPlaces MovedPlaces::ofTargets(std::vector<Item> items, const WebRules& rules)
+{
+    MovedPlaces places(std::move(items), nullptr, nullptr, rules);
+    places.m_areTargets = true;
+    return places;
+}
+
 bool MovedPlaces::isIndexName(std::string_view name) const
 {
     return std::find(m_rules.indexNames.begin(), m_rules.indexNames.end(), name) != m_rules.indexNames.end();
@@ -43,6 +50,8 @@ bool MovedPlaces::isIndexName(std::string_view name) const
 
 std::optional<std::string> MovedPlaces::movedPath(std::string_view path) const
 {
+    if (m_areTargets)
+        return std::nullopt;
     // Tries the lengths that occur, not every folder above: a hostile path may have a million.
     for (const std::size_t length : m_lengths) {
         if (length > path.size() || (length < path.size() && path[length] != '/'))
@@ -55,6 +64,11 @@ std::optional<std::string> MovedPlaces::movedPath(std::string_view path) const
 
 std::optional<NewPlace> MovedPlaces::newPlaceOf(const LinkTarget& target) const
 {
+    if (m_areTargets) {
+        const auto found = m_byFrom.find(target.path);
+        return found == m_byFrom.end() ? std::nullopt
+                                       : std::optional(NewPlace{m_items[found->second].to, false});
+    }
     if (auto path = movedPath(target.path))
         return NewPlace{*std::move(path), target.isFolderForm};
     if (!m_mayHaveOtherPaths || !m_paths)

@@ -27,6 +27,9 @@ public:
     /// `paths` knows the site before the move; without it, links to a folder's index page are taken for links to the folder.
     MovedPlaces(std::vector<Item> items, const SiteTree* tree, const SitePaths* paths, const WebRules& rules);
 
+    /// Links that lead to exactly `from` lead to `to` from now on; nothing has another path.
+    static MovedPlaces ofTargets(std::vector<Item> items, const WebRules& rules);
+
     /// The new place of what was at `path`; nothing where that is not in an item.
     [[nodiscard]] std::optional<std::string> movedPath(std::string_view path) const;
     /// Where a link has to lead that led to `target`, which is inside the site; nothing where that did not move.
@@ -46,6 +49,7 @@ private:
     const SiteTree* m_tree;
     const SitePaths* m_paths;
     WebRules m_rules;
+    bool m_areTargets = false;
     bool m_mayHaveOtherPaths = false; // a link to an item may lead along a path without its name
 };
 

@@ -20,6 +20,8 @@ namespace {
 
 constexpr std::string_view format = "luma move 1";
 
+constexpr auto lastKind = static_cast<std::uint64_t>(MoveJob::Kind::Links);
+
 constexpr std::string_view digits = "0123456789abcdefghijklmnopqrstuvwxyz";
 
 std::string threeDigits(std::size_t number)
@@ -109,7 +111,9 @@ PageRewrite readPage(JournalReader& reader)
 MoveJob jobOf(const LinkPlan& plan)
 {
     MoveJob job;
-    job.kind = plan.request.operation == MoveOperation::Copy ? MoveJob::Kind::Copy : MoveJob::Kind::Move;
+    job.kind = plan.request.changesLinksOnly                   ? MoveJob::Kind::Links
+               : plan.request.operation == MoveOperation::Copy ? MoveJob::Kind::Copy
+                                                               : MoveJob::Kind::Move;
     job.tag = newTag();
     job.items = plan.request.items;
     job.pages = plan.pages;
@@ -135,6 +139,7 @@ MoveJob inverseOf(const MoveJob& job)
         inverse.copies = job.copies;
         return inverse;
     }
+    inverse.kind = job.kind;
     for (auto item = job.items.rbegin(); item != job.items.rend(); ++item)
         inverse.items.push_back({item->to, item->from});
     for (const PageRewrite& page : job.pages)
@@ -155,6 +160,8 @@ std::string titleOf(const MoveJob& job)
     const std::string where = isRename ? first.to.filename().native() : first.to.parent_path().native();
     if (job.kind == MoveJob::Kind::RemoveCopies)
         return "Remove the copy of " + what;
+    if (job.kind == MoveJob::Kind::Links)
+        return "Change links to " + what + " to " + first.to.filename().native();
     return (job.kind == MoveJob::Kind::Copy ? "Copy "
             : isRename                      ? "Rename "
                                             : "Move ") +
@@ -193,7 +200,7 @@ std::optional<MoveJob> parseJob(std::string_view bytes, std::size_t& end)
         return std::nullopt;
     MoveJob job;
     const std::uint64_t kind = reader.number();
-    job.kind = static_cast<MoveJob::Kind>(std::min<std::uint64_t>(kind, 2));
+    job.kind = static_cast<MoveJob::Kind>(std::min(kind, lastKind));
     job.tag = reader.text();
     job.undoes = reader.number();
     job.restoresTimes = reader.number() != 0;
@@ -212,7 +219,7 @@ std::optional<MoveJob> parseJob(std::string_view bytes, std::size_t& end)
         item.mark = reader.text();
         job.copies.push_back(std::move(item));
     }
-    const bool isWhole = reader.text() == "end" && reader.isGood() && kind <= 2 && job.tag.size() == 3;
+    const bool isWhole = reader.text() == "end" && reader.isGood() && kind <= lastKind && job.tag.size() == 3;
     end = reader.place();
     return isWhole ? std::optional(std::move(job)) : std::nullopt;
 }

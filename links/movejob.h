@@ -28,7 +28,12 @@ struct CopiedItem
 /// A plan as its journal keeps it: all that is needed to carry it out, to finish it after a crash, and to take it back.
 struct MoveJob
 {
-    enum class Kind : std::uint8_t { Move, Copy, RemoveCopies };
+    enum class Kind : std::uint8_t {
+        Move,
+        Copy,
+        RemoveCopies,
+        Links // the items stay where they are; only pages change
+    };
 
     Kind kind = Kind::Move;
     std::string tag;          // three letters or digits in the names of its temporary files

@@ -175,7 +175,7 @@ Result<void> MoveRunner::rename(const fs::path& from, std::size_t index)
 
 Result<void> MoveRunner::place(std::size_t index)
 {
-    if (job().kind == MoveJob::Kind::RemoveCopies)
+    if (job().kind == MoveJob::Kind::RemoveCopies || job().kind == MoveJob::Kind::Links)
         return {};
     const auto& [from, to] = job().items[index];
     const std::string copied = copiedNote + std::to_string(index);
@@ -222,7 +222,7 @@ Result<void> MoveRunner::placeCopy(std::size_t index)
 
 void MoveRunner::takeBack(std::size_t index)
 {
-    if (job().kind == MoveJob::Kind::RemoveCopies)
+    if (job().kind == MoveJob::Kind::RemoveCopies || job().kind == MoveJob::Kind::Links)
         return;
     const auto& [from, to] = job().items[index];
     const fs::path folder = temporaryBeside(to, index);

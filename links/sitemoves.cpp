@@ -27,7 +27,9 @@ std::vector<LinksUpdate::File> rewrittenFiles(const std::vector<PageRewrite>& pa
 std::shared_ptr<const LinksUpdate> updateOf(const MoveReport& report, std::shared_ptr<const MovedLinks> links,
                                             std::vector<LinksUpdate::File> files)
 {
-    LinksUpdate update{report.items, {}, {}};
+    LinksUpdate update;
+    if (report.isMove)
+        update.items = report.items;
     if (report.isDone) {
         update.files = std::move(files);
         if (links)
@@ -83,10 +85,13 @@ MoveReport SiteMoves::runJob(MoveJob job, MoveRunner::ChangedPages changedPages)
 
 MoveReport SiteMoves::carryOut(const LinkPlan& plan)
 {
-    if (plan.request.items.empty())
+    const bool isNothing = plan.request.changesLinksOnly && plan.pages.empty();
+    if (plan.request.items.empty() || isNothing)
         return {};
     MoveReport report = runJob(jobOf(plan), MoveRunner::ChangedPages::Refused);
-    report.links = updateOf(report, plan.links, rewrittenFiles(plan.pages));
+    // The originals of copies, and their links, stay as they are.
+    if (plan.request.operation == MoveOperation::Move)
+        report.links = updateOf(report, plan.links, rewrittenFiles(plan.pages));
     return report;
 }
 
@@ -104,7 +109,9 @@ MoveReport SiteMoves::undo(const WebRules& rules)
     MoveJob job = inverseOf(last->job);
     job.undoes = last->number;
     // If the site can't be read, documents that are open keep the links that they have.
-    const auto links = MovedLinks::read({m_site, {}, MoveOperation::Move, job.items, rules});
+    const bool isMove = job.kind == MoveJob::Kind::Move;
+    const auto links = isMove ? MovedLinks::read({m_site, {}, MoveOperation::Move, job.items, rules})
+                              : Result<std::shared_ptr<const MovedLinks>>(nullptr);
     std::vector<LinksUpdate::File> files = rewrittenFiles(job.pages);
     MoveReport report = runJob(std::move(job), MoveRunner::ChangedPages::LeftAlone);
     report.title = titleOf(last->job);

@@ -37,6 +37,7 @@ extern const LumactlCommand unlinkedCommand;
 extern const LumactlCommand moveCommand;
 extern const LumactlCommand copyCommand;
 extern const LumactlCommand renameCommand;
+extern const LumactlCommand relinkCommand;
 extern const LumactlCommand undoCommand;
 extern const LumactlCommand editCommand;
 extern const LumactlCommand sitesCommand;
@@ -45,7 +46,7 @@ extern const LumactlCommand sitesCommand;
 /// the command here and above.
 inline constexpr auto lumactlCommands = std::to_array<const LumactlCommand*>(
     {&changedCommand, &publishCommand, &restoreCommand, &linksFromCommand, &checkCommand, &linksToCommand,
-     &unlinkedCommand, &moveCommand, &copyCommand, &renameCommand, &undoCommand, &editCommand,
+     &unlinkedCommand, &moveCommand, &copyCommand, &renameCommand, &relinkCommand, &undoCommand, &editCommand,
      &sitesCommand});
 
 } // namespace luma

@@ -53,7 +53,9 @@ ExitCode printPlan(const LinkPlan& plan)
 {
     StandardOutput output;
     const fs::path& site = plan.request.site;
-    appendItems(output.text(), plan.request.items, site, plan.request.operation == MoveOperation::Copy, true);
+    if (!plan.request.changesLinksOnly)
+        appendItems(output.text(), plan.request.items, site, plan.request.operation == MoveOperation::Copy,
+                    true);
     for (const PageRewrite& page : plan.pages) {
         for (const LinkEdit& edit : page.edits) {
             output.text().append(shown(page.oldPage, site)).append(":").append(std::to_string(edit.line));
@@ -78,8 +80,9 @@ ExitCode carryOut(const MoveRequest& request, bool isDry)
     const MoveReport report = moves->carryOut(*plan);
     StandardOutput output;
     if (report.isDone) {
-        appendItems(output.text(), report.items, request.site, request.operation == MoveOperation::Copy,
-                    false);
+        if (!request.changesLinksOnly)
+            appendItems(output.text(), report.items, request.site, request.operation == MoveOperation::Copy,
+                        false);
         for (const PageRewrite& page : plan->pages)
             output.text()
                 .append("rewrote ")
@@ -190,6 +193,27 @@ ExitCode rename(const std::vector<std::string>& arguments)
         line.has("--dry-run"));
 }
 
+ExitCode relink(const std::vector<std::string>& arguments)
+{
+    const CommandArguments line(arguments, {"--dry-run", "--short-addresses"}, {"--web-address", "--index"});
+    if (!line.error().empty())
+        return wrongUsage(relinkCommand, line.error());
+    const std::vector<std::string>& operands = line.operands();
+    if (operands.size() != 3)
+        return wrongUsage(relinkCommand, "a site, the old target and the new one are needed");
+    const auto site = siteFolder(operands[0]);
+    if (!site)
+        return ExitCode::Unusable;
+    const fs::path target = fs::path(operands[1]).is_absolute() ? fs::path(operands[1]) : *site / operands[1];
+    MoveRequest request{*site,
+                        {},
+                        MoveOperation::Move,
+                        {{target.lexically_normal(), itemPath(*site, operands[2])}},
+                        webRules(line, operands[0])};
+    request.changesLinksOnly = true;
+    return carryOut(request, line.has("--dry-run"));
+}
+
 ExitCode undo(const std::vector<std::string>& arguments)
 {
     const CommandArguments line(arguments, {}, {});
@@ -264,8 +288,20 @@ const LumactlCommand renameCommand = {"rename", "SITE ITEM NEWNAME [--dry-run] [
                                       "rename a file or folder of a site and keep the links to it right",
                                       renameHelp, rename};
 
+const LumactlCommand relinkCommand = {
+    "relink", "SITE OLD NEW [--dry-run]", "point all links to one file of a site to another one",
+    "OLD is the subpath of a file, which need not be there: the target of links that\n"
+    "\"lumactl check --missing\" lists. NEW is a file of the site. Links in all pages and\n"
+    "style sheets that lead to OLD lead to NEW; each keeps its form, and nothing else\n"
+    "changes. Options and undo are those of move.\n"
+    "\n"
+    "  lumactl relink ~/site images/logo.gif images/logo.svg --dry-run\n"
+    "\n"
+    "The exit code is 1 if NEW is not there or a page could not be rewritten.\n",
+    relink};
+
 const LumactlCommand undoCommand = {
-    "undo", "SITE", "take back the last move, rename or copy in a site",
+    "undo", "SITE", "take back the last move, rename, copy or relink in a site",
     "Files go back to their places and links to their old text, byte for byte. The last\n"
     "twenty are kept; each undo takes back one more. Files that have changed since are\n"
     "left alone and named. Where an item can't go back, nothing is done.\n"

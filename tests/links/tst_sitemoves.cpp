@@ -60,6 +60,30 @@ class tst_sitemoves final : public QObject
     Q_OBJECT
 
 private slots:
+    void linksOfATarget_changeEverywhereAndBack()
+    {
+        const Site site(
+            {{"d/x.html", "<a href=../gone.html#t><a href='/gone.html?q'><a href=../gone.html/y>"},
+             {"d/new.html", ""},
+             {"s.css", "a{b:url(gone.html)}"},
+             {"o.html", "<a href=d/../gone.html><a href=Gone.html><a href=gone.htm>"}});
+        const Files before = site.contents();
+        MoveRequest request = requestOf(site, MoveOperation::Move, {{"gone.html", "d/new.html"}});
+        request.changesLinksOnly = true;
+        const MoveReport done = carryOut(request);
+        QVERIFY2(done.isDone, firstProblem(done).c_str());
+        QCOMPARE(site.bytesOf("d/x.html"),
+                 std::string("<a href=new.html#t><a href='/d/new.html?q'><a href=../gone.html/y>"));
+        QCOMPARE(site.bytesOf("s.css"), std::string("a{b:url(d/new.html)}"));
+        QCOMPARE(site.bytesOf("o.html"),
+                 std::string("<a href=d/new.html><a href=Gone.html><a href=gone.htm>"));
+        QVERIFY(undo(site).isDone);
+        QCOMPARE(site.contents(), before);
+        request.items.front().to = site.at("none.html");
+        QVERIFY(!carryOut(request).isDone);
+        QCOMPARE(site.contents(), before);
+    }
+
     void undo_restoresBytesTimesAndLabels()
     {
         const Site site(someSite);

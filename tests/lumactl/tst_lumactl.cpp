@@ -114,6 +114,11 @@ private slots:
         succeeds("move . sub/x.html . --dry-run",
                  "would move sub/x.html to x.html\nindex.html:1: sub/x.html -> x.html\n"
                  "sub/x.html:1: ../index.html -> index.html\n");
+        succeeds("relink . gone sub/x.html --dry-run", "index.html:1: gone -> sub/x.html\n");
+        succeeds(
+            "relink . gone sub/x.html && \"$LUMACTL\" undo .",
+            "rewrote index.html: 1 link\ntook back: Change links to gone to x.html\nrewrote index.html\n");
+        fails("relink . gone none.html", "");
         fails("undo .", "");
         fails("rename . p.png lonely.png", "");
         fails("rename . gone.png b", "");
@@ -139,6 +144,7 @@ private slots:
                                            "move . sub/x.html p.png",
                                            "rename . p.png a/b",
                                            "rename . p.png q.png --dry-run --by-letter",
+                                           "relink . gone",
                                            "undo",
                                            "changed",
                                            "publish .",
@@ -446,7 +452,7 @@ private slots:
                                                 QRegularExpression::MultilineOption);
         for (auto match = command.globalMatch(help); match.hasNext();)
             listed << match.next().captured(1).toUtf8();
-        QCOMPARE(listed.size(), 13);
+        QCOMPARE(listed.size(), 14);
         for (const QByteArray& name : listed) {
             const Answer answer = lumactl(site, name + " --help");
             QCOMPARE(lumactl(site, "help " + name).output, answer.output);
