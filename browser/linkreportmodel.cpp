@@ -297,6 +297,8 @@ std::vector<LinkReportModel::Finding> LinkReportModel::findings(const QModelInde
 {
     std::vector<std::pair<std::size_t, std::size_t>> numbers; // of group and row
     for (const QModelIndex& index : rows) {
+        if (!index.isValid())
+            continue;
         const auto row = static_cast<std::size_t>(index.row());
         if (!isGroup(index)) {
             numbers.emplace_back(index.internalId() - 1, row);

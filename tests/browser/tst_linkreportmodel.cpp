@@ -123,6 +123,7 @@ private slots:
         QCOMPARE(found[0].link->value, std::string("x"));
         QCOMPARE(found[1].link->value, std::string("y"));
         QCOMPARE(found[2].page->path, std::string("b.html"));
+        QVERIFY(model.findings({QModelIndex()}).empty());
     }
 };
 
