@@ -18,7 +18,7 @@ public:
     void setData(std::string data) { m_data = std::move(data); }
     void append(std::string_view data) { m_data += data; }
 
-    NodePtr shallowCopy() const override;
+    NodePtr shallowCopy() const;
 
 private:
     CharacterData(Kind kind, std::string_view data) : Node(kind), m_data(data) {}

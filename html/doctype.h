@@ -27,7 +27,7 @@ public:
     const std::string& systemId() const { return m_systemId; }
     const std::string& declaration() const { return m_declaration; }
 
-    NodePtr shallowCopy() const override
+    NodePtr shallowCopy() const
     {
         return std::make_unique<Doctype>(m_name, m_publicId, m_systemId, m_declaration);
     }

@@ -38,7 +38,7 @@ public:
     void trustServerCode(std::string_view source);
     void trustServerCode(const ServerCodes& codes) { m_serverCode.insert(codes.begin(), codes.end()); }
 
-    NodePtr shallowCopy() const override;
+    NodePtr shallowCopy() const;
 
 private:
     Element* part(std::string_view name) const;

@@ -4,6 +4,7 @@
 #include "base/result.h"
 #include "html/parentnode.h"
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -19,7 +20,7 @@ struct Attribute
     bool operator==(const Attribute&) const = default;
 };
 
-enum class NameSpace { Html, Svg, MathMl };
+enum class NameSpace : std::uint8_t { Html, Svg, MathMl };
 
 /// An element. Names are in lower case, except the mixed-case ones of SVG and MathML ("foreignObject",
 /// "viewBox"), which the parser corrects. Attributes keep their order.
@@ -58,7 +59,7 @@ public:
     /// reaches.
     std::string cssSelector() const;
 
-    NodePtr shallowCopy() const override;
+    NodePtr shallowCopy() const;
 
 private:
     std::string m_tagName;

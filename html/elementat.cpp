@@ -32,7 +32,7 @@ std::size_t placeIn(std::string_view text, std::uint32_t line, std::uint32_t col
 
 Element* elementAt(Document& document, std::uint32_t line, std::uint32_t column)
 {
-    std::shared_ptr<const PageSource> source;
+    const PageSource* source = nullptr;
     std::size_t place = 0;
     for (Node* node = document.following(document); node; node = node->following(document)) {
         if (!node->origin().source)

@@ -24,11 +24,11 @@ std::vector<KeptChildren::Unit> KeptChildren::unitsOf(const ParentNode& parent)
     std::vector<Unit> units;
     for (const Node* child = parent.firstChild(); child;) {
         const Node* behind = child->next();
-        const Origin* origin = &child->origin();
+        Origin origin = child->origin();
         // Of texts that touch, the first that came from the page speaks for all.
         while (textOf(*child) && behind && textOf(*behind)) {
-            if (!origin->source)
-                origin = &behind->origin();
+            if (!origin.source)
+                origin = behind->origin();
             behind = behind->next();
         }
         units.push_back({child, behind, origin});
@@ -66,7 +66,7 @@ void KeptChildren::match(const Node& parent, const UnchangedNodes& unchanged)
             clusterOf[m_children[child]] = i;
     }
     for (std::size_t i = 0; i < m_units.size(); ++i) {
-        const Origin& origin = *m_units[i].origin;
+        const Origin& origin = m_units[i].origin;
         if (origin.source != parent.origin().source)
             continue;
         const auto found = clusterOf.find(origin.record);
@@ -77,8 +77,8 @@ void KeptChildren::match(const Node& parent, const UnchangedNodes& unchanged)
         bool complete = i + length <= m_units.size() && m_children[cluster.first] == origin.record;
         for (std::size_t k = 0; complete && length > 1 && k < length; ++k) {
             const Unit& member = m_units[i + k];
-            complete = member.origin->source == origin.source &&
-                       member.origin->record == m_children[cluster.first + k] &&
+            complete = member.origin.source == origin.source &&
+                       member.origin.record == m_children[cluster.first + k] &&
                        member.node->next() == member.behind;
             if (!complete || unchanged.contains(*member.node))
                 continue;

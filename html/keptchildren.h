@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "html/node.h"
 #include "html/pagesource.h"
 
 #include <cstddef>
@@ -10,9 +11,7 @@
 namespace luma::html {
 
 class Element;
-class Node;
 class ParentNode;
-struct Origin;
 class UnchangedNodes;
 
 /// Which children of a node stay where they were in its source. Those that stay are in the source's order, as many as
@@ -32,7 +31,7 @@ public:
     {
         const Node* node;
         const Node* behind; // the node after it
-        const Origin* origin;
+        Origin origin;
         std::ptrdiff_t cluster = -1;
         std::size_t length = 1;          // in units: entangled children are kept together
         const Element* around = nullptr; // the one of them that was edited, and holds the others' bytes

@@ -1,12 +1,75 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/characterdata.h"
 #include "html/doctype.h"
+#include "html/document.h"
 #include "html/element.h"
+#include "html/pagesource.h"
 #include "html/serializer.h"
 
 #include <cassert>
+#include <utility>
 
 namespace luma::html {
+
+void Node::operator delete(Node* node, std::destroying_delete_t)
+{
+    switch (node->m_kind) {
+    case Kind::Document:
+        static_cast<Document*>(node)->~Document();
+        break;
+    case Kind::Doctype:
+        static_cast<Doctype*>(node)->~Doctype();
+        break;
+    case Kind::Element:
+        static_cast<Element*>(node)->~Element();
+        break;
+    case Kind::Text:
+    case Kind::Comment:
+        static_cast<CharacterData*>(node)->~CharacterData();
+        break;
+    }
+    ::operator delete(node);
+}
+
+void* Node::operator new(std::size_t size)
+{
+    return ::operator new(size);
+}
+
+void Node::operator delete(void* memory)
+{
+    ::operator delete(memory);
+}
+
+NodePtr Node::shallowCopy() const
+{
+    switch (m_kind) {
+    case Kind::Document:
+        return static_cast<const Document*>(this)->shallowCopy();
+    case Kind::Doctype:
+        return static_cast<const Doctype*>(this)->shallowCopy();
+    case Kind::Element:
+        return static_cast<const Element*>(this)->shallowCopy();
+    default:
+        return static_cast<const CharacterData*>(this)->shallowCopy();
+    }
+}
+
+void Node::setOrigin(const Origin& origin)
+{
+    if (origin.source)
+        origin.source->addNode();
+    if (m_source)
+        m_source->removeNode();
+    m_source = origin.source;
+    m_record = origin.record;
+}
+
+void Node::swapOrigin(Node& other)
+{
+    std::swap(m_source, other.m_source);
+    std::swap(m_record, other.m_record);
+}
 
 Element* Node::asElement()
 {

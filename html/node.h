@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -25,10 +27,10 @@ struct Position
 };
 
 /// The record of a page's text that a node was parsed from; no source for a node made otherwise. It stays with the node
-/// through moves and edits, and a copy has it too.
+/// through moves and edits, and a copy has it too. The source lives as long as a node has it as its origin.
 struct Origin
 {
-    std::shared_ptr<const PageSource> source;
+    const PageSource* source = nullptr;
     std::uint32_t record = 0;
 };
 
@@ -39,11 +41,19 @@ struct Origin
 class Node
 {
 public:
-    enum class Kind { Document, Doctype, Element, Text, Comment };
+    enum class Kind : std::uint8_t { Document, Doctype, Element, Text, Comment };
 
     Node(const Node&) = delete;
     Node& operator=(const Node&) = delete;
-    virtual ~Node() = default;
+    ~Node()
+    {
+        if (m_source)
+            setOrigin({});
+    }
+    /// Deletes a node of any kind: a page has many nodes, which need no pointer to virtual functions each.
+    static void operator delete(Node* node, std::destroying_delete_t);
+    static void* operator new(std::size_t size);
+    static void operator delete(void* memory); // of a node whose construction failed
 
     Kind kind() const { return m_kind; }
     /// This node as an element, or null.
@@ -80,9 +90,10 @@ public:
     /// A detached copy of the node and its subtree.
     NodePtr copy() const;
     /// A detached copy of this node alone.
-    virtual NodePtr shallowCopy() const = 0;
-    [[nodiscard]] const Origin& origin() const { return m_origin; }
-    void setOrigin(Origin origin) { m_origin = std::move(origin); }
+    NodePtr shallowCopy() const;
+    [[nodiscard]] Origin origin() const { return {m_source, m_record}; }
+    void setOrigin(const Origin& origin);
+    void swapOrigin(Node& other);
 
     /// The node and its subtree as markup (UTF-8), serialised as the HTML standard says.
     std::string outerHtml() const;
@@ -96,7 +107,8 @@ private:
     ParentNode* m_parent = nullptr;
     Node* m_previous = nullptr;
     Node* m_next = nullptr;
-    Origin m_origin;
+    const PageSource* m_source = nullptr; // counts this node
+    std::uint32_t m_record = 0;
     Kind m_kind;
 };
 

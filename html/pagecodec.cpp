@@ -65,15 +65,16 @@ Result<std::unique_ptr<Document>> PageCodec::readAs(std::string_view bytes, cons
     if (decoded.text.starts_with(utf8ByteOrderMark))
         decoded.places.erase(decoded.places.begin(), decoded.places.begin() + utf8ByteOrderMark.size());
     std::erase_if(m_bytes, [](const Bytes& known) { return known.source.expired(); });
-    m_bytes.push_back(
-        {(*document)->origin().source, encoding, std::string(bytes), std::move(decoded.places)});
+    m_bytes.push_back({(*document)->origin().source->weak_from_this(), encoding, std::string(bytes),
+                       std::move(decoded.places)});
     return document;
 }
 
-const PageCodec::Bytes* PageCodec::bytesOf(const std::shared_ptr<const PageSource>& source) const
+const PageCodec::Bytes* PageCodec::bytesOf(const PageSource* source) const
 {
-    const auto found = std::find_if(m_bytes.begin(), m_bytes.end(),
-                                    [&source](const Bytes& known) { return known.source.lock() == source; });
+    const auto found = std::find_if(m_bytes.begin(), m_bytes.end(), [source](const Bytes& known) {
+        return known.source.lock().get() == source;
+    });
     return found == m_bytes.end() ? nullptr : &*found;
 }
 
@@ -81,7 +82,7 @@ std::string PageCodec::join(const std::vector<WrittenPiece>& pieces, const Encod
 {
     std::string bytes;
     for (const WrittenPiece& piece : pieces) {
-        const Bytes* const known = piece.source ? bytesOf(piece.source) : nullptr;
+        const Bytes* const known = piece.source ? bytesOf(piece.source.get()) : nullptr;
         if (known && known->encoding == encoding) {
             const std::uint32_t begin = known->places[piece.range.begin];
             bytes.append(known->bytes, begin, known->places[piece.range.end] - begin);
@@ -95,7 +96,7 @@ std::string PageCodec::join(const std::vector<WrittenPiece>& pieces, const Encod
 
 Encoding PageCodec::encodingOf(const Document& document) const
 {
-    const std::shared_ptr<const PageSource>& source = document.origin().source;
+    const PageSource* const source = document.origin().source;
     const Bytes* const known = source ? bytesOf(source) : nullptr;
     return known ? known->encoding : Encoding();
 }

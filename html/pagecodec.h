@@ -51,7 +51,7 @@ private:
     };
 
     [[nodiscard]] Encoding encodingOf(const Document& document) const;
-    [[nodiscard]] const Bytes* bytesOf(const std::shared_ptr<const PageSource>& source) const;
+    [[nodiscard]] const Bytes* bytesOf(const PageSource* source) const;
     [[nodiscard]] std::string join(const std::vector<WrittenPiece>& pieces, const Encoding& encoding) const;
     Result<std::unique_ptr<Document>> readAs(std::string_view bytes, const Encoding& encoding);
 

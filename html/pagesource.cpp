@@ -92,6 +92,23 @@ std::string_view PageSource::lineEnd() const
     return line != std::string::npos && line > 0 && m_text[line - 1] == '\r' ? "\r\n" : "\n";
 }
 
+void PageSource::addNode() const
+{
+    if (m_nodes++ == 0)
+        m_self = shared_from_this();
+}
+
+void PageSource::removeNode() const
+{
+    if (--m_nodes == 0)
+        m_self.reset();
+}
+
+bool PageSource::isWhole(const Node& node)
+{
+    return node.origin().source->isWhole(node.origin().record);
+}
+
 const SourceRecord& PageSource::recordOf(const Node& node)
 {
     return node.origin().source->record(node.origin().record);
@@ -122,18 +139,20 @@ std::shared_ptr<const PageSource> PageSource::attach(std::string text, Document&
 {
     const std::shared_ptr<PageSource> source(new PageSource(std::move(text)));
     const std::vector<Node*> nodes = nodesOf(document);
-    source->addRecords(nodes, marks);
+    const std::vector<std::uint32_t> parents = source->addRecords(nodes, marks);
     source->claimEndTags(nodes);
-    source->setExtents(nodes);
-    source->findWholeOnes();
+    source->setExtents(nodes, parents);
+    source->findWholeOnes(parents);
     for (std::uint32_t number = 0; number < nodes.size(); ++number)
-        nodes[number]->setOrigin({source, number});
+        nodes[number]->setOrigin({source.get(), number});
     return source;
 }
 
-void PageSource::addRecords(const std::vector<Node*>& nodes, const std::vector<SourceMarks>& marks)
+std::vector<std::uint32_t> PageSource::addRecords(const std::vector<Node*>& nodes,
+                                                  const std::vector<SourceMarks>& marks)
 {
     m_records.resize(nodes.size());
+    std::vector<std::uint32_t> parents(nodes.size());
     std::vector<std::uint32_t> open;
     for (std::uint32_t number = 0; number < nodes.size(); ++number) {
         SourceRecord& record = m_records[number];
@@ -141,8 +160,8 @@ void PageSource::addRecords(const std::vector<Node*>& nodes, const std::vector<S
             m_records[open.back()].after = number;
             open.pop_back();
         }
-        record.parent = open.empty() ? 0 : open.back();
-        record.content = contentHash(*nodes[number]);
+        parents[number] = open.empty() ? 0 : open.back();
+        record.content = static_cast<std::uint32_t>(contentHash(*nodes[number]));
         record.after = number + 1;
         if (number > 0) {
             record.start = marks[nodes[number]->origin().record].start;
@@ -153,6 +172,7 @@ void PageSource::addRecords(const std::vector<Node*>& nodes, const std::vector<S
     }
     for (const std::uint32_t number : open)
         m_records[number].after = size();
+    return parents;
 }
 
 // The parser tells the tag that made it close an element, which may be another's: each belongs to the innermost element
@@ -195,7 +215,7 @@ void PageSource::claimFormEnd(SourceRecord& record) const
         record.end = {record.extent.end, record.extent.end + static_cast<std::uint32_t>(close) + 1};
 }
 
-void PageSource::setExtents(const std::vector<Node*>& nodes)
+void PageSource::setExtents(const std::vector<Node*>& nodes, const std::vector<std::uint32_t>& parents)
 {
     for (SourceRecord& record : m_records)
         record.extent = record.start.isEmpty() ? SourceRange{unset, 0} : record.start;
@@ -208,7 +228,7 @@ void PageSource::setExtents(const std::vector<Node*>& nodes)
             record.end = {};
         if (!record.end.isEmpty()) // an element may be its end tag alone: </p>
             record.extent = {std::min(record.extent.begin, record.end.begin), record.end.end};
-        SourceRange& above = m_records[record.parent].extent;
+        SourceRange& above = m_records[parents[number]].extent;
         if (record.extent.begin == unset)
             continue;
         above.begin = std::min(above.begin, record.extent.begin);
@@ -220,15 +240,16 @@ void PageSource::setExtents(const std::vector<Node*>& nodes)
         SourceRecord& record = m_records[number];
         if (record.extent.begin != unset)
             continue;
-        const SourceRecord& above = m_records[record.parent];
+        const SourceRecord& above = m_records[parents[number]];
         std::uint32_t place = above.start.isEmpty() ? above.extent.begin : above.start.end;
-        for (std::uint32_t sibling = record.parent + 1; sibling < number; sibling = m_records[sibling].after)
+        for (std::uint32_t sibling = parents[number] + 1; sibling < number;
+             sibling = m_records[sibling].after)
             place = std::max(place, m_records[sibling].extent.end);
         record.extent = {place, place};
     }
 }
 
-void PageSource::findWholeOnes()
+void PageSource::findWholeOnes(const std::vector<std::uint32_t>& parents)
 {
     struct Token
     {
@@ -255,12 +276,12 @@ void PageSource::findWholeOnes()
             tokens.begin());
     };
     for (std::uint32_t number = 0; number < size(); ++number) {
-        SourceRecord& record = m_records[number];
+        const SourceRecord& record = m_records[number];
         const std::size_t first = behind(record.extent.begin);
         const std::size_t last = behind(record.extent.end);
-        record.isWhole =
-            m_records[record.parent].extent.contains(record.extent) &&
-            (first == last || bounds.areWithin(first, last, number == 0 ? 1 : number, record.after));
+        m_whole.push_back(
+            m_records[parents[number]].extent.contains(record.extent) &&
+            (first == last || bounds.areWithin(first, last, number == 0 ? 1 : number, record.after)));
     }
 }
 

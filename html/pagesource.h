@@ -40,17 +40,20 @@ struct SourceRecord
     SourceRange start;  // the start tag; the whole of what is no element; empty where the markup has none
     SourceRange end;    // the end tag; empty where the markup has none
     SourceRange extent; // all that belongs to the node
-    std::uint32_t parent = 0;  // record numbers; children follow their parent, in document order
-    std::uint32_t after = 0;   // the first record behind the node's own
-    std::uint64_t content = 0; // contentHash() of the node as it was parsed
-    /// No markup of another node lies in the extent, and the extent lies inside the parent's: the bytes can be written
-    /// in another place.
-    bool isWhole = false;
+    std::uint32_t after = 0;   // the first record behind the node's own: children follow, in document order
+    std::uint32_t content = 0; // of the contentHash() of the node as it was parsed, half
+
+    /// Whether the node still is what a node of this contentHash() was when it was parsed, as far as half of it tells.
+    [[nodiscard]] bool hasContent(std::uint64_t hash) const
+    {
+        return content == static_cast<std::uint32_t>(hash);
+    }
 };
 
 /// The text that a tree was parsed from, and what it says about each node: unchanging, and shared by the nodes that came
-/// from it (Node::origin), so that an undone deletion still finds its bytes. Any thread.
-class PageSource final
+/// from it (Node::origin), so that an undone deletion still finds its bytes. It lives as long as one of them or a
+/// shared pointer. Any thread; the nodes that have it as their origin belong to one thread at a time.
+class PageSource final : public std::enable_shared_from_this<PageSource>
 {
 public:
     /// Takes the text of a page, UTF-8 without a byte-order mark, and makes it the origin of all nodes of `document`, the
@@ -70,8 +73,12 @@ public:
     /// The line end that the text uses: that of its first line, a line feed where it has one line.
     [[nodiscard]] std::string_view lineEnd() const;
     [[nodiscard]] const SourceRecord& record(std::uint32_t number) const { return m_records[number]; }
+    /// Whether no markup of another node lies in the record's extent, and the extent lies inside the parent's: the bytes
+    /// can be written in another place.
+    [[nodiscard]] bool isWhole(std::uint32_t number) const { return m_whole[number]; }
     /// What the source of a node, which has one, says about it.
     [[nodiscard]] static const SourceRecord& recordOf(const Node& node);
+    [[nodiscard]] static bool isWhole(const Node& node);
     /// The record of the document itself is 0.
     [[nodiscard]] std::uint32_t size() const { return static_cast<std::uint32_t>(m_records.size()); }
 
@@ -81,16 +88,25 @@ public:
     static std::uint64_t textHash(std::string_view text);
 
 private:
+    friend class Node;
+    void addNode() const;
+    void removeNode() const;
+
     explicit PageSource(std::string text) : m_text(std::move(text)) {}
 
-    void addRecords(const std::vector<Node*>& nodes, const std::vector<SourceMarks>& marks);
+    /// Gives the parents' numbers.
+    std::vector<std::uint32_t> addRecords(const std::vector<Node*>& nodes,
+                                          const std::vector<SourceMarks>& marks);
     void claimEndTags(const std::vector<Node*>& nodes);
-    void setExtents(const std::vector<Node*>& nodes);
+    void setExtents(const std::vector<Node*>& nodes, const std::vector<std::uint32_t>& parents);
     void claimFormEnd(SourceRecord& record) const;
-    void findWholeOnes();
+    void findWholeOnes(const std::vector<std::uint32_t>& parents);
 
     std::string m_text;
-    std::vector<SourceRecord> m_records; // in document order
+    std::vector<SourceRecord> m_records;              // in document order
+    std::vector<bool> m_whole;                        // by record number
+    mutable std::size_t m_nodes = 0;                  // that have it as their origin
+    mutable std::shared_ptr<const PageSource> m_self; // while there are any
 };
 
 } // namespace luma::html

@@ -90,7 +90,7 @@ private:
 
     [[nodiscard]] bool isAsItWas() const
     {
-        const std::shared_ptr<const PageSource>& source = m_document.origin().source;
+        const PageSource* const source = m_document.origin().source;
         return source && std::string_view(m_result.text).ends_with(source->text()) &&
                m_result.text.size() == source->text().size() + (m_document.hasByteOrderMark() ? 3 : 0);
     }

@@ -12,7 +12,7 @@ namespace luma::html {
 class ParentNode : public Node
 {
 public:
-    ~ParentNode() override;
+    ~ParentNode();
 
     Node* firstChild() const { return m_first; }
     Node* lastChild() const { return m_last; }

@@ -85,7 +85,7 @@ std::vector<WrittenPiece> PieceWriter::write()
     if (!m_source || m_printed.contains(&m_document))
         printAll(m_document);
     else if (m_unchanged.contains(m_document))
-        keep(m_source, {0, size});
+        keep(*m_source, {0, size});
     else
         writeChildren(m_document, {0, size});
     return std::move(m_pieces);
@@ -100,14 +100,15 @@ void PieceWriter::print(std::string_view text)
     m_pieces.back().text += text;
 }
 
-void PieceWriter::keep(const std::shared_ptr<const PageSource>& source, const SourceRange& range)
+void PieceWriter::keep(const PageSource& source, const SourceRange& range)
 {
     if (range.begin >= range.end)
         return;
-    if (!m_pieces.empty() && m_pieces.back().source == source && m_pieces.back().range.end == range.begin)
+    if (!m_pieces.empty() && m_pieces.back().source.get() == &source &&
+        m_pieces.back().range.end == range.begin)
         m_pieces.back().range.end = range.end;
     else
-        m_pieces.push_back({source, range, {}});
+        m_pieces.push_back({source.shared_from_this(), range, {}});
 }
 
 // What stays at its place may hold bytes of others (a comment behind </html>, text that a table gives up); elsewhere it is
@@ -121,10 +122,10 @@ void PieceWriter::writeUnit(const Unit& unit)
         print(withLineEnds(markup));
     } else if (textOf(node)) {
         writeText(unit);
-    } else if (!node.origin().source || !(unit.kept || PageSource::recordOf(node).isWhole)) {
+    } else if (!node.origin().source || !(unit.kept || PageSource::isWhole(node))) {
         printNode(node);
     } else if (m_unchanged.contains(node) && (m_tags == OmittedTags::None || !hasOpenEnd(node))) {
-        keep(node.origin().source, PageSource::recordOf(node).extent);
+        keep(*node.origin().source, PageSource::recordOf(node).extent);
     } else if (const Element* const element = node.asElement()) {
         writeElement(*element);
     } else {
@@ -135,7 +136,7 @@ void PieceWriter::writeUnit(const Unit& unit)
 void PieceWriter::writeElement(const Element& element)
 {
     const SourceRecord& record = PageSource::recordOf(element);
-    const std::shared_ptr<const PageSource>& source = element.origin().source;
+    const PageSource& source = *element.origin().source;
     writeStartOf(element);
     const std::uint32_t begin = record.start.isEmpty() ? record.extent.begin : record.start.end;
     const std::uint32_t end = record.end.isEmpty() ? record.extent.end : record.end.begin;
@@ -153,7 +154,7 @@ void PieceWriter::writeStartOf(const Element& element)
     const std::string_view old = element.origin().source->text(record.start);
     const bool isAdded = old.empty() && m_tags == OmittedTags::All && needsStartTag(element);
     if (UnchangedNodes::hasSameContent(element) && !isAdded) {
-        keep(element.origin().source, record.start);
+        keep(*element.origin().source, record.start);
         return;
     }
     if (const auto tag = patchedStartTag(old, element, m_document.serverCode(), m_lineEnd)) {
@@ -176,14 +177,13 @@ void PieceWriter::writeText(const Unit& unit)
 {
     const std::string text = joinedText(*unit.node, unit.behind);
     const TextPlace place = placeOf(*unit.node);
-    const std::shared_ptr<const PageSource>& source = unit.origin->source;
-    const bool hasBytes = source && (unit.kept || source->record(unit.origin->record).isWhole);
-    if (hasBytes && PageSource::textHash(text) == source->record(unit.origin->record).content)
-        keep(source, source->record(unit.origin->record).extent);
+    const auto& [source, number] = unit.origin;
+    const bool hasBytes = source && (unit.kept || source->isWhole(number));
+    if (hasBytes && source->record(number).hasContent(PageSource::textHash(text)))
+        keep(*source, source->record(number).extent);
     else
-        print(patchedText(hasBytes ? source->text(source->record(unit.origin->record).extent)
-                                   : std::string_view(),
-                          text, place, m_document.serverCode(), m_lineEnd));
+        print(patchedText(hasBytes ? source->text(source->record(number).extent) : std::string_view(), text,
+                          place, m_document.serverCode(), m_lineEnd));
 }
 
 // Without the node's own bytes; those of its children may still be kept.
@@ -226,7 +226,7 @@ void PieceWriter::writeChildren(const ParentNode& parent, const SourceRange& inn
     const KeptChildren children(parent, m_unchanged);
     const auto& clusters = children.clusters();
     const auto& units = children.units();
-    const std::shared_ptr<const PageSource>& source = parent.origin().source;
+    const PageSource& source = *parent.origin().source;
     std::size_t nextCluster = 0;
     const std::uint32_t first = inner.begin + lineEndBehindTag(parent, inner);
     keep(source, {inner.begin, first});

@@ -31,7 +31,7 @@ private:
     using Unit = KeptChildren::Unit;
 
     void print(std::string_view text);
-    void keep(const std::shared_ptr<const PageSource>& source, const SourceRange& range);
+    void keep(const PageSource& source, const SourceRange& range);
     void writeUnit(const Unit& unit);
     void writeElement(const Element& element);
     void writeStartOf(const Element& element);
@@ -45,7 +45,7 @@ private:
     const Document& m_document;
     OmittedTags m_tags;
     const std::unordered_set<const Node*>& m_printed;
-    std::shared_ptr<const PageSource> m_source;
+    const PageSource* m_source;
     std::string_view m_lineEnd;
     UnchangedNodes m_unchanged;
     std::vector<WrittenPiece> m_pieces;

@@ -34,7 +34,7 @@ UnchangedNodes::UnchangedNodes(const Document& document)
 
 bool UnchangedNodes::hasSameContent(const Node& node)
 {
-    return PageSource::contentHash(node) == PageSource::recordOf(node).content;
+    return PageSource::recordOf(node).hasContent(PageSource::contentHash(node));
 }
 
 bool UnchangedNodes::hasSameChildren(const Node& node) const
@@ -48,7 +48,7 @@ bool UnchangedNodes::hasSameChildren(const Node& node) const
     for (const Node* child = parent->firstChild(); child; child = child->next()) {
         if (isEmptyText(*child))
             continue;
-        if (expected >= record.after || child->origin().source.get() != &source ||
+        if (expected >= record.after || child->origin().source != &source ||
             child->origin().record != expected || !m_nodes.contains(child))
             return false;
         expected = source.record(expected).after;

@@ -149,9 +149,7 @@ private:
     void exchange()
     {
         html::Document& document = *m_tree.document();
-        const html::Origin origin = document.origin();
-        document.setOrigin(m_other->origin());
-        m_other->setOrigin(origin);
+        document.swapOrigin(*m_other);
         m_tree.exchange(document, nullptr, nullptr, m_nodes);
     }
 

@@ -23,7 +23,7 @@ const Node* common(const Node* a, const Node* b)
 // Whether no other node's bytes lie among the node's.
 bool standsAlone(const Node& node)
 {
-    if (!node.origin().source || !PageSource::recordOf(node).isWhole)
+    if (!node.origin().source || !PageSource::isWhole(node))
         return false;
     const SourceRange& own = PageSource::recordOf(node).extent;
     const Node* const first = node.parent() ? node.parent()->firstChild() : nullptr;
