@@ -100,8 +100,8 @@ private:
 };
 
 /// One way in which server code begins.
-enum class Kind : std::uint8_t { Instruction, Asp, Expression, Statement, Include };
-constexpr std::array<std::string_view, 5> openings = {"<?", "<%", "{{", "{%", "<!--#"};
+enum class Kind : std::uint8_t { Instruction, Asp, Expression, Statement, Include, Comment };
+constexpr std::array<std::string_view, 6> openings = {"<?", "<%", "{{", "{%", "<!--#", "{#"};
 
 // Looking for the last character is fast: few pages hold many.
 std::size_t findOpening(std::string_view source, std::string_view opening, std::size_t from)
@@ -165,9 +165,22 @@ private:
             return open + 5 < m_source.size() && isAsciiLetter(m_source[open + 5])
                        ? behind(m_source, "-->", open + 5)
                        : open;
+        case Kind::Comment:
+            return endOfTemplateComment(open);
         default:
             return endOfTemplateTag(open);
         }
+    }
+
+    // Any text on one line; over several only without markup, as other braces happen to match.
+    std::size_t endOfTemplateComment(std::size_t open) const
+    {
+        const std::string_view rest = m_source.substr(0, m_source.find("{#", open + 2));
+        const std::size_t end = behind(rest, "#}", open + 2);
+        if (end == npos)
+            return open;
+        const std::string_view comment = rest.substr(open, end - open);
+        return comment.find('\n') != npos && comment.find('<') != npos ? open : end;
     }
 
     std::size_t endOfInstruction(std::size_t open)

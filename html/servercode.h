@@ -17,7 +17,7 @@ struct ServerCode
 };
 
 /// The server code of a page (UTF-8), in order: PHP, ASP and JSP (<?php ... ?>, <% ... %>), the tags of templates ({{ ... }},
-/// {% ... %}) and server-side includes (<!--#include ... -->). PHP ends as its own reader has it: not in a string or a
+/// {% ... %}, {# ... #}) and server-side includes (<!--#include ... -->). PHP ends as its own reader has it: not in a string or a
 /// comment of several lines, and at the end of the page if nothing else ends it. What an XML declaration or another
 /// instruction of XML says is no server code. Any thread.
 std::vector<ServerCode> serverCodeIn(std::string_view source);

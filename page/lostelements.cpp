@@ -3,6 +3,7 @@
 
 #include "base/ascii.h"
 #include "html/htmlscanner.h"
+#include "html/maskedsource.h"
 
 #include <QByteArray>
 
@@ -50,7 +51,8 @@ std::vector<std::string> lostElements(std::string_view page)
 {
     std::vector<std::string> names;
     SelectContents selects;
-    HtmlScanner scanner(page);
+    const html::MaskedSource masked(page);
+    HtmlScanner scanner(masked.text());
     HtmlToken token;
     while (scanner.next(token)) {
         const bool isTag = token.kind == HtmlTokenKind::StartTag || token.kind == HtmlTokenKind::EndTag;

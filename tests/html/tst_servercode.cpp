@@ -63,6 +63,7 @@ private slots:
         row("{{ a }}{{{ b }}}{% c %}{{!-- {{ d }} --}}{{ '<b>' }}",
             "{{ a }}|{{{ b }}}|{% c %}|{{!-- {{ d }} --}}|{{ '<b>' }}");
         row("{{ a <b>c</b> }}{{{{{{ {% {{ x }}", "{{ x }}");
+        row("{# a <b> #}x{# c\nd #}{# <i>\n #}{# {# e #}", "{# a <b> #}|{# c\nd #}|{# e #}");
         row("<!--#echo var=a --><!-- # --><!--#", "<!--#echo var=a -->");
     }
     void code_endsWhereTheServerHasIt()
@@ -77,8 +78,8 @@ private slots:
 
     void damagedCode_isReadInTime()
     {
-        for (const char* part :
-             {"{{", "{{ }", "<?", "<?a", "<?php '", "<?php ' ?>", "<%", "<!--#a", "<?php <<<A\n", "{% <b>"}) {
+        for (const char* part : {"{{", "{{ }", "<?", "<?a", "<?php '", "<?php ' ?>", "<%", "<!--#a",
+                                 "<?php <<<A\n", "{% <b>", "{#", "{# #\n<"}) {
             const QByteArray page = QByteArray(part).repeated(300'000);
             serverCodeIn({page.data(), static_cast<std::size_t>(page.size())});
         }

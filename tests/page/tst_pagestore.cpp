@@ -128,6 +128,8 @@ private slots:
             << QByteArray("<select><template><b>x</b></template><u></select>") << QByteArray("u");
         QTest::newRow("in a script") << QByteArray("<script>'<select><hr>'</script><!-- <select> --><hr>")
                                      << QByteArray();
+        QTest::newRow("in server code")
+            << QByteArray("<select><?php e('<b>') ?><option>{{ '<i>' }}</select>") << QByteArray();
     }
     void elementsThatTheTreeLacks_areKnown()
     {
