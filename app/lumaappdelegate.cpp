@@ -5,6 +5,7 @@
 #include "app/preferencesdialog.h"
 #include "app/sitelistwindow.h"
 #include "app/sitetemplate.h"
+#include "base/files.h"
 #include "base/mainhop.h"
 #include "base/workitem.h"
 #include "browser/endpoint.h"
@@ -13,7 +14,7 @@
 
 #include <QAbstractButton>
 #include <QCoreApplication>
-#include <QFileDialog>
+#include <QFile>
 #include <QLabel>
 #include <QMessageBox>
 #include <QUrl>
@@ -50,6 +51,11 @@ QMessageBox* sheet(QWidget* window, const QString& name, const QString& message,
         label->setTextFormat(Qt::PlainText);
     box->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
     return box;
+}
+
+QString waitingForPassword()
+{
+    return LUMAAppDelegate::tr("Waiting for the password. The desktop may ask you to unlock its keyring.");
 }
 
 QString trimmed(QStringView text)
@@ -112,6 +118,10 @@ void LUMAAppDelegate::connectWindow()
     connect(from, &SiteListWindow::openRequested, this, &LUMAAppDelegate::handleDoubleClick);
     connect(from, &SiteListWindow::addRequested, this, &LUMAAppDelegate::newSite);
     connect(from, &SiteListWindow::sampleRequested, this, &LUMAAppDelegate::openSampleSite);
+    connect(from, &SiteListWindow::duplicateRequested, this, &LUMAAppDelegate::duplicate);
+    connect(from, &SiteListWindow::sortRequested, this, &LUMAAppDelegate::sortSites);
+    connect(from, &SiteListWindow::importRequested, this, &LUMAAppDelegate::importSites);
+    connect(from, &SiteListWindow::exportRequested, this, &LUMAAppDelegate::exportSites);
     connect(from, &SiteListWindow::removeRequested, this, &LUMAAppDelegate::remove);
     connect(from, &SiteListWindow::undoRequested, this, &LUMAAppDelegate::undoRemove);
     connect(from, &SiteListWindow::folderRequested, this, &LUMAAppDelegate::getPath);
@@ -131,14 +141,16 @@ void LUMAAppDelegate::connectList()
     m_saveAnyway.setInterval(longestWaitForSecrets);
     connect(&m_saveAnyway, &QTimer::timeout, this, &LUMAAppDelegate::writeList);
     connect(&m_passwords, &SitePasswords::settled, this, &LUMAAppDelegate::writeList);
-    const auto noteChange = [this] {
-        m_isListSaved = false;
-        if (!m_saveSoon.isActive())
-            m_saveSoon.start();
-    };
-    connect(&sitesArrayController, &QAbstractItemModel::dataChanged, this, noteChange);
-    connect(&sitesArrayController, &QAbstractItemModel::rowsInserted, this, noteChange);
-    connect(&sitesArrayController, &QAbstractItemModel::rowsRemoved, this, noteChange);
+    connect(&sitesArrayController, &QAbstractItemModel::dataChanged, this, &LUMAAppDelegate::noteChange);
+    connect(&sitesArrayController, &QAbstractItemModel::rowsInserted, this, &LUMAAppDelegate::noteChange);
+    connect(&sitesArrayController, &QAbstractItemModel::rowsRemoved, this, &LUMAAppDelegate::noteChange);
+}
+
+void LUMAAppDelegate::noteChange()
+{
+    m_isListSaved = false;
+    if (!m_saveSoon.isActive())
+        m_saveSoon.start();
 }
 
 void LUMAAppDelegate::applicationWillFinishLaunching() const
@@ -247,7 +259,7 @@ void LUMAAppDelegate::handleDoubleClick()
         return;
     m_opening += record;
     if (!m_passwords.whenLoaded(record, [this, record] { openSite(record); }))
-        window->showNotice(tr("Waiting for the password. The desktop may ask you to unlock its keyring."));
+        window->showNotice(waitingForPassword());
 }
 
 void LUMAAppDelegate::openSite(const SiteList::Record& record)
@@ -302,6 +314,90 @@ void LUMAAppDelegate::openSampleSite()
     else
         addAndSelect(*record);
     handleDoubleClick();
+}
+
+// Copies the password, too, which may have to be read first.
+void LUMAAppDelegate::duplicate()
+{
+    const SiteList::Record record = sitesArrayController.record(window->selectedRow());
+    if (record && !m_passwords.whenLoaded(record, [this, record] { addCopyOf(*record); }))
+        window->showNotice(waitingForPassword());
+}
+
+void LUMAAppDelegate::addCopyOf(const SiteRecord& record)
+{
+    if (m_opening.isEmpty())
+        window->showNotice({});
+    QVariantMap copy = SitePasswords::asNew(record.values());
+    copy[QStringLiteral("siteID")] = tr("%1 copy").arg(record.siteID());
+    window->editNameOf(sitesArrayController.add(copy));
+}
+
+void LUMAAppDelegate::sortSites()
+{
+    const SiteList::Record selected = sitesArrayController.record(window->selectedRow());
+    sitesArrayController.sortByName();
+    for (int row = 0; row < sitesArrayController.rowCount(); ++row) {
+        if (sitesArrayController.record(row) == selected)
+            window->select(row);
+    }
+    noteChange();
+}
+
+Result<void> LUMAAppDelegate::exportTo(const QString& file) const
+{
+    QList<QVariantMap> records = sitesArrayController.records();
+    for (QVariantMap& record : records)
+        record = SitePasswords::withoutPasswords(record);
+    return writeFile(QFile::encodeName(file).toStdString(), archiveSites(records).toStdString());
+}
+
+Result<void> LUMAAppDelegate::importFrom(const QString& file)
+{
+    const auto bytes = readFile(QFile::encodeName(file).toStdString());
+    if (!bytes)
+        return bytes.error();
+    const auto records = unarchiveSites(QByteArray::fromStdString(*bytes));
+    if (!records)
+        return Error{tr("%1: not a list of sites").arg(file).toStdString()};
+    if (records->isEmpty())
+        return Error{tr("%1: there are no sites in this list").arg(file).toStdString()};
+    const int first = sitesArrayController.rowCount();
+    for (const QVariantMap& record : *records)
+        sitesArrayController.add(SitePasswords::asNew(record));
+    window->select(first);
+    return {};
+}
+
+void LUMAAppDelegate::importSites()
+{
+    chooseFile(tr("Import sites"), QFileDialog::AcceptOpen,
+               [this](const QString& file) { return importFrom(file); });
+}
+
+void LUMAAppDelegate::exportSites()
+{
+    chooseFile(tr("Export sites, without passwords"), QFileDialog::AcceptSave,
+               [this](const QString& file) { return exportTo(file); });
+}
+
+void LUMAAppDelegate::chooseFile(const QString& title, QFileDialog::AcceptMode mode,
+                                 const std::function<Result<void>(const QString&)>& use)
+{
+    auto* chooser = new QFileDialog(window.get(), title, {}, tr("Lists of sites (*.lumasites)"));
+    chooser->setObjectName(QStringLiteral("sitesFileChooser"));
+    chooser->setAttribute(Qt::WA_DeleteOnClose);
+    chooser->setWindowModality(Qt::WindowModal);
+    chooser->setAcceptMode(mode);
+    chooser->setFileMode(mode == QFileDialog::AcceptSave ? QFileDialog::AnyFile : QFileDialog::ExistingFile);
+    chooser->setDefaultSuffix(QStringLiteral("lumasites"));
+    connect(chooser, &QFileDialog::fileSelected, this, [this, use, title](const QString& file) {
+        if (const auto used = use(file); !used)
+            sheet(window.get(), QStringLiteral("sitesFileSheet"), title,
+                  QString::fromStdString(used.error().text))
+                ->open();
+    });
+    chooser->open();
 }
 
 void LUMAAppDelegate::remove()

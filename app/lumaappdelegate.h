@@ -9,10 +9,12 @@
 #include "app/versioncheck.h"
 #include "shell/commandrunner.h"
 
+#include <QFileDialog>
 #include <QObject>
 #include <QTimer>
 #include <QVariant>
 
+#include <functional>
 #include <memory>
 
 class QUrl;
@@ -74,6 +76,16 @@ public:
     void newSite();
     /// Copies the sample site into the user's documents, if it isn't there, and opens it.
     void openSampleSite();
+    /// Appends a copy of the selected site, once its password has been read.
+    void duplicate();
+    void sortSites();
+    /// Adds the sites of a file that exportSites() has written, and selects the first of them.
+    Result<void> importFrom(const QString& file);
+    /// Writes all sites to a file, without their passwords.
+    [[nodiscard]] Result<void> exportTo(const QString& file) const;
+    /// The same with a file that the user chooses.
+    void importSites();
+    void exportSites();
     /// Asks, then removes the selected record, but never the last one.
     void remove();
     /// Puts back the record removed last.
@@ -90,6 +102,10 @@ private:
     void connectWindow();
     void connectList();
     void openSite(const SiteList::Record& record);
+    void noteChange();
+    void addCopyOf(const SiteRecord& record);
+    void chooseFile(const QString& title, QFileDialog::AcceptMode mode,
+                    const std::function<Result<void>(const QString&)>& use);
     void addAndSelect(const QVariantMap& record);
     void loadList();
     /// Saves the list if it has changed, and the preferences.

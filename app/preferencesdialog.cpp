@@ -4,6 +4,8 @@
 #include "app/preferences.h"
 #include "ui_PreferencesDialog.h"
 
+#include <QRegularExpression>
+
 namespace luma {
 
 PreferencesDialog::PreferencesDialog(Preferences& preferences, QWidget* parent)
@@ -12,6 +14,10 @@ PreferencesDialog::PreferencesDialog(Preferences& preferences, QWidget* parent)
     m_ui->setupUi(this);
     m_ui->tidiesPages->setChecked(preferences.value(Preferences::tidiesPages).toBool());
     showLinks();
+    for (QLabel* hint : findChildren<QLabel*>(QRegularExpression(QStringLiteral("Hint$")))) {
+        hint->setForegroundRole(QPalette::PlaceholderText);
+        hint->setAlignment(Qt::AlignTop);
+    }
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->excludedFolders->setText(preferences.excludedFolderNames());

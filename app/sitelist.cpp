@@ -3,6 +3,9 @@
 
 #include "browser/endpoint.h"
 
+#include <QCollator>
+#include <QLocale>
+
 #include <algorithm>
 
 namespace luma {
@@ -86,6 +89,20 @@ int SiteList::putBack(int row, const Record& record)
     m_records.insert(m_records.begin() + place, record);
     endInsertRows();
     return place;
+}
+
+void SiteList::sortByName()
+{
+    // In the C locale a collator knows no numbers.
+    const QLocale locale;
+    QCollator order(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
+    order.setCaseSensitivity(Qt::CaseInsensitive);
+    order.setNumericMode(true);
+    beginResetModel();
+    std::stable_sort(m_records.begin(), m_records.end(), [&order](const Record& one, const Record& other) {
+        return order.compare(one->siteID(), other->siteID()) < 0;
+    });
+    endResetModel();
 }
 
 std::optional<int> SiteList::remove(int row)

@@ -42,6 +42,9 @@ public:
     /// Puts a removed record back at `row`, or at the end of a shorter list; returns its row.
     int putBack(int row, const Record& record);
 
+    /// Sorts the records by name as a reader expects: without regard to case, numbers by their value.
+    void sortByName();
+
     /// Removes the record at `row` and returns the row to select next. Does nothing and returns none if it is
     /// the only record or there is no such row.
     std::optional<int> remove(int row);

@@ -46,6 +46,10 @@ void SiteListWindow::connectActions()
 {
     connect(m_ui->addAction, &QAction::triggered, this, &SiteListWindow::addRequested);
     connect(m_ui->sampleAction, &QAction::triggered, this, &SiteListWindow::sampleRequested);
+    connect(m_ui->duplicateAction, &QAction::triggered, this, &SiteListWindow::duplicateRequested);
+    connect(m_ui->sortAction, &QAction::triggered, this, &SiteListWindow::sortRequested);
+    connect(m_ui->importAction, &QAction::triggered, this, &SiteListWindow::importRequested);
+    connect(m_ui->exportAction, &QAction::triggered, this, &SiteListWindow::exportRequested);
     connect(m_ui->removeAction, &QAction::triggered, this, &SiteListWindow::removeRequested);
     connect(m_ui->undoAction, &QAction::triggered, this, &SiteListWindow::undoRequested);
     connect(m_ui->openAction, &QAction::triggered, this, &SiteListWindow::openRequested);
@@ -151,10 +155,12 @@ void SiteListWindow::showSelected()
 void SiteListWindow::updateActions()
 {
     const bool selected = selectedRow() >= 0;
-    for (QAction* action :
-         {m_ui->openAction, m_ui->removeAction, m_ui->sourcePathAction, m_ui->destinationPathAction})
+    for (QAction* action : {m_ui->openAction, m_ui->removeAction, m_ui->duplicateAction,
+                            m_ui->sourcePathAction, m_ui->destinationPathAction})
         action->setEnabled(selected);
     m_ui->removeButton->setEnabled(selected);
+    m_ui->exportAction->setEnabled(m_sites.rowCount() > 0);
+    m_ui->sortAction->setEnabled(m_sites.rowCount() > 1);
 }
 
 bool SiteListWindow::eventFilter(QObject* watched, QEvent* event)

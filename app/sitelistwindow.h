@@ -56,6 +56,10 @@ public:
 signals:
     void addRequested();
     void sampleRequested();
+    void duplicateRequested();
+    void sortRequested();
+    void importRequested();
+    void exportRequested();
     void removeRequested();
     void undoRequested();
     void openRequested();

@@ -349,7 +349,11 @@ private slots:
             auto* names = dialog->findChild<QLineEdit*>("indexPages");
             QVERIFY(names->placeholderText().startsWith("index.html, index.htm, "));
             typeInto(names, "home.html, start.php");
-            test::saveScreenshots(*dialog, "preferences");
+            auto* pages = dialog->findChild<QTabWidget*>("pages");
+            for (int page = pages->count() - 1; page >= 0; --page) {
+                pages->setCurrentIndex(page);
+                test::saveScreenshots(*dialog, "preferences-" + pages->tabText(page));
+            }
             auto* rules = dialog->findChild<QComboBox*>("linkRules");
             rules->setFocus();
             QTest::keyClick(rules, Qt::Key_Down);
@@ -487,6 +491,38 @@ private slots:
         QCOMPARE(window().selectedRow(), 1);
         second->setSiteID(QStringLiteral("shared still"));
         QTRY_COMPARE(storedRecords(), m_delegate->sites().records());
+    }
+
+    void sites_areDuplicatedSortedExportedAndImported()
+    {
+        launchWith(numbered(3));
+        m_delegate->sites().record(0)->setSiteID("site number 10");
+        m_delegate->sites().record(0)->destinationDict()->setValue(endpoint::password, "secret");
+        m_delegate->sites().record(0)->destinationDict()->setValue(endpoint::passwordID, "an id");
+        window().select(0);
+        window().findChild<QAction*>("duplicateAction")->trigger();
+        QCOMPARE(window().selectedRow(), 3);
+        const SiteList::Record copy = m_delegate->sites().record(3);
+        QCOMPARE(copy->siteID(), "site number 10 copy");
+        QCOMPARE(copy->destinationDict()->string(endpoint::password), "secret");
+        QVERIFY(!copy->destinationDict()->value(endpoint::passwordID).isValid());
+        window().findChild<QAction*>("sortAction")->trigger();
+        QCOMPARE(window().selectedRow(), 3);
+        QCOMPARE(m_delegate->sites().record(0)->siteID(), "Site number 2");
+        QTRY_COMPARE(storedRecords(), m_delegate->sites().records());
+
+        const QString exported = m_folder->filePath("all.lumasites");
+        QVERIFY(m_delegate->exportTo(exported));
+        QFile file(exported);
+        QVERIFY(file.open(QFile::ReadOnly));
+        const QByteArray bytes = file.readAll();
+        QVERIFY(bytes.contains("www1.example.org") && !bytes.contains("secret") && !bytes.contains("an id"));
+        QVERIFY(m_delegate->importFrom(exported));
+        QCOMPARE(m_delegate->sites().rowCount(), 8);
+        QCOMPARE(window().selectedRow(), 4);
+        QVERIFY(QFile::resize(exported, 0));
+        QVERIFY(!m_delegate->importFrom(exported));
+        QCOMPARE(m_delegate->sites().rowCount(), 8);
     }
 
     void keysInTextFields_editTheText_data()
