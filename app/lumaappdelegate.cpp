@@ -128,7 +128,6 @@ void LUMAAppDelegate::connectWindow()
     connect(from, &SiteListWindow::productPageRequested, this, &LUMAAppDelegate::loadURL);
     connect(from, &SiteListWindow::updateRequested, this, &LUMAAppDelegate::checkForUpdate);
     connect(from, &SiteListWindow::preferencesRequested, this, &LUMAAppDelegate::showPreferences);
-    connect(from, &SiteListWindow::aboutRequested, this, &LUMAAppDelegate::showAbout);
     connect(from, &SiteListWindow::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
@@ -508,14 +507,6 @@ void LUMAAppDelegate::showNotice(const std::optional<VersionCheck::Notice>& noti
 void LUMAAppDelegate::showPreferences()
 {
     (new PreferencesDialog(m_preferences, window.get()))->open();
-}
-
-void LUMAAppDelegate::showAbout()
-{
-    sheet(window.get(), QStringLiteral("aboutSheet"),
-          tr("LUMA %1").arg(QCoreApplication::applicationVersion()),
-          tr("Manages web sites kept as folders of pages: publishes changes and keeps links correct."))
-        ->open();
 }
 
 } // namespace luma

@@ -96,7 +96,6 @@ public:
     void loadURL() const;
     void checkForUpdate();
     void showPreferences();
-    void showAbout();
 
 private:
     void connectWindow();

@@ -2,6 +2,7 @@
 #include "app/pagewindows.h"
 
 #include "app/documentcontroller.h"
+#include "app/helpmenu.h"
 #include "app/preferences.h"
 #include "base/pathbelow.h"
 #include "browser/movenotices.h"
@@ -70,6 +71,7 @@ HTMLDocument* PageWindows::makeWindow(const fs::path& siteFolder)
     window->mountPath = siteFolder;
     window->setTidyChoice([this] { return m_preferences.value(Preferences::tidiesPages).toBool(); });
     window->restoreLayoutState(m_preferences.value(layoutKey).toByteArray());
+    addHelpMenu(*window);
     connectWindow(window);
     return window;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/program.h"
 
+#include "app/helpmenu.h"
 #include "app/sitelistwindow.h"
 #include "app/sitetemplate.h"
 #include "base/fileuri.h"
@@ -110,6 +111,7 @@ void Program::openSite(const SiteList::Record& siteDict)
     services.moveNotices = m_moveNotices;
     auto* const window = new HaldenDoc(siteDict, std::move(services));
     window->restoreLayoutState(m_preferences.value(siteLayoutKey).toByteArray());
+    addHelpMenu(*window);
     connect(window, &HaldenDoc::windowWillClose, this,
             [this, window] { m_preferences.setValue(siteLayoutKey, window->layoutState()); });
     connect(window, &HaldenDoc::openRequested, this, &Program::openFile);

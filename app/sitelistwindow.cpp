@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/sitelistwindow.h"
 
+#include "app/helpmenu.h"
 #include "app/preferences.h"
 #include "app/siteitemdelegate.h"
 #include "desktop/icons.h"
@@ -32,6 +33,7 @@ SiteListWindow::SiteListWindow(SiteList& sites, QWidget* parent)
     resize(1060, 460);
     m_ui->sitesTableView->setFocus();
     WindowRegistry::instance().fill(m_ui->windowsMenu);
+    fillHelpMenu(*m_ui->helpMenu, *this);
     connectActions();
     connectList();
     connectForm();
@@ -56,7 +58,6 @@ void SiteListWindow::connectActions()
     connect(m_ui->preferencesAction, &QAction::triggered, this, &SiteListWindow::preferencesRequested);
     connect(m_ui->productPageAction, &QAction::triggered, this, &SiteListWindow::productPageRequested);
     connect(m_ui->updateAction, &QAction::triggered, this, &SiteListWindow::updateRequested);
-    connect(m_ui->aboutAction, &QAction::triggered, this, &SiteListWindow::aboutRequested);
     connect(m_ui->closeAction, &QAction::triggered, this, &QWidget::close);
     connect(m_ui->quitAction, &QAction::triggered, this, &SiteListWindow::quitRequested);
     connect(m_ui->sourcePathAction, &QAction::triggered, this,

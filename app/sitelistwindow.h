@@ -68,7 +68,6 @@ signals:
     void preferencesRequested();
     void productPageRequested();
     void updateRequested();
-    void aboutRequested();
     void quitRequested();
 
 protected:

@@ -52,7 +52,7 @@ def programs():
     for program in ["luma", "lumactl"]:
         if run(program, "--version").returncode:
             yield f"{program} does not start"
-    for file in ["share/luma/LUMAHTMLCSSJS/duomo.html", "share/luma/icons/luma.svg", "libexec/luma/LUMAWatcher"]:
+    for file in ["share/luma/LUMAHTMLCSSJS/duomo.html", "share/luma/icons/luma.svg", "share/luma/manual/index.md", "libexec/luma/LUMAWatcher"]:
         if not (PREFIX / file).exists():
             yield f"{file} is missing"
 

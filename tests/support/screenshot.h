@@ -38,6 +38,7 @@ inline void saveScreenshots(QWidget& widget, const QString& name)
     dark.setColor(QPalette::Base, QColor(0x1b, 0x1e, 0x20));
     dark.setColor(QPalette::AlternateBase, QColor(0x23, 0x26, 0x29));
     dark.setColor(QPalette::Highlight, QColor(0x3d, 0xae, 0xe9));
+    dark.setColor(QPalette::Link, QColor(0x3d, 0xae, 0xe9));
     QApplication::setPalette(dark);
     QApplication::processEvents();
     screenshot(widget, name + QLatin1String("-dark"));
