@@ -4,6 +4,7 @@
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 #include <fcntl.h>
@@ -53,10 +54,10 @@ private slots:
         const std::string seen = sh("ls /proc/$$/fd; true");
         const std::string seenByZsh = zsh("print $(ls /proc/$$/fd)");
         ::close(leak);
-        // zsh keeps its own descriptors at 10 and above.
         QCOMPARE(QByteArray::fromStdString(seen).simplified(), QByteArray("0 1 2"));
-        QCOMPARE(QByteArray::fromStdString(seenByZsh).replace(" 10", "").replace(" 11", ""),
-                 QByteArray("0 1 2"));
+        // zsh keeps its own descriptors at 10 and above.
+        static const QRegularExpression ownOnes(QStringLiteral(" \\d\\d"));
+        QCOMPARE(QString::fromStdString(seenByZsh).remove(ownOnes), QStringLiteral("0 1 2"));
     }
 
     void child_getsNoSignalSettingsOfOurs()
