@@ -175,7 +175,6 @@ bool HTMLDocument::load(Reading reading, const QString& name)
         }
     }
     m_ui->noticeBar->hide();
-    m_styleSheets->dropDrafts();
     m_viewController->show(reading == Reading::First ? ViewController::Position::Start
                                                      : ViewController::Position::Keep);
     buildCSSMenu();
@@ -446,8 +445,7 @@ void HTMLDocument::closeEvent(QCloseEvent* event)
 
 void HTMLDocument::saveEverything(const std::function<void()>& then)
 {
-    m_styleSheets->storeDrafts();
-    m_saver->save(then);
+    m_styleSheets->storeDrafts([this, then] { m_saver->save(then); });
 }
 
 void HTMLDocument::changeEvent(QEvent* event)

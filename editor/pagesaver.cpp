@@ -2,12 +2,12 @@
 #include "editor/pagesaver.h"
 
 #include "base/pathtext.h"
+#include "editor/savequestion.h"
 #include "page/pagestore.h"
 #include "web/viewcontroller.h"
 
 #include <QFileDialog>
 #include <QMessageBox>
-#include <QPushButton>
 
 #include <utility>
 
@@ -123,17 +123,18 @@ void PageSaver::openPanel()
 
 void PageSaver::askToOverwrite(const Then& then)
 {
-    ask(QStringLiteral("overwriteQuestion"),
-        tr("Another program has changed \u201c%1\u201d since it was read.").arg(name()),
-        tr("Saving replaces that version with yours."), tr("Replace"), [this, then] { replace(then); });
+    SaveQuestion::askToReplace(m_window, this, name(), [this, then] { replace(then); });
 }
 
 void PageSaver::askToSaveAsHtml(const Then& then)
 {
-    ask(QStringLiteral("xhtmlQuestion"), tr("\u201c%1\u201d is written in XHTML.").arg(name()),
-        tr("Your edits can only be written as HTML. Browsers show it, but programs that read XML may refuse it. "
-           "To keep this file unchanged, use Save As."),
-        tr("Save as HTML"), then);
+    SaveQuestion::ask(
+        m_window, this, QStringLiteral("xhtmlQuestion"),
+        {tr("\u201c%1\u201d is written in XHTML.").arg(name()),
+         tr("Your edits can only be written as HTML. Browsers show it, but programs that read XML may refuse "
+            "it. To keep this file unchanged, use Save As."),
+         tr("Save as HTML")},
+        then);
 }
 
 void PageSaver::askToLeaveOut(const std::vector<std::string>& elements, const Then& then)
@@ -141,26 +142,13 @@ void PageSaver::askToLeaveOut(const std::vector<std::string>& elements, const Th
     QStringList tags;
     for (const std::string& name : elements)
         tags += u'<' + QString::fromStdString(name) + u'>';
-    ask(QStringLiteral("lossQuestion"),
-        tr("\u201c%1\u201d holds elements that can't be edited here.").arg(name()),
-        tr("Saving leaves out everything in <select> except its options: %1. "
-           "To keep this file unchanged, use Save As.")
-            .arg(tags.join(QStringLiteral(", "))),
-        tr("Leave Out"), [this, then] { write(m_store.docURL(), then); });
-}
-
-void PageSaver::ask(const QString& name, const QString& text, const QString& consequence,
-                    const QString& button, const Then& then)
-{
-    auto* const question =
-        new QMessageBox(QMessageBox::Warning, tr("Save"), text, QMessageBox::Cancel, m_window);
-    question->setObjectName(name);
-    question->setAttribute(Qt::WA_DeleteOnClose);
-    question->setTextFormat(Qt::PlainText);
-    question->setInformativeText(consequence);
-    question->setDefaultButton(QMessageBox::Cancel);
-    connect(question->addButton(button, QMessageBox::AcceptRole), &QPushButton::clicked, this, then);
-    question->open();
+    SaveQuestion::ask(m_window, this, QStringLiteral("lossQuestion"),
+                      {tr("\u201c%1\u201d holds elements that can't be edited here.").arg(name()),
+                       tr("Saving leaves out everything in <select> except its options: %1. "
+                          "To keep this file unchanged, use Save As.")
+                           .arg(tags.join(QStringLiteral(", "))),
+                       tr("Leave Out")},
+                      [this, then] { write(m_store.docURL(), then); });
 }
 
 void PageSaver::askToSave()

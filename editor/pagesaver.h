@@ -54,9 +54,6 @@ private:
     void askToOverwrite(const Then& then);
     void askToSaveAsHtml(const Then& then);
     void askToLeaveOut(const std::vector<std::string>& elements, const Then& then);
-    /// Asks the user to confirm by a button with that text; calls `then` only if confirmed.
-    void ask(const QString& name, const QString& text, const QString& consequence, const QString& button,
-             const Then& then);
     /// Replaces the page's own file, after the user has confirmed what would be lost.
     void replace(const Then& then);
     void saveUnder(const std::filesystem::path& path, const Then& then);

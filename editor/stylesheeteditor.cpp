@@ -2,6 +2,8 @@
 #include "editor/stylesheeteditor.h"
 
 #include "base/files.h"
+#include "base/pathtext.h"
+#include "editor/savequestion.h"
 #include "links/movedlinks.h"
 #include "page/cssmenu.h"
 #include "page/csstidy.h"
@@ -48,6 +50,8 @@ StyleSheetEditor::StyleSheetEditor(const Controls& controls, PageTree& tree, std
     connect(controls.cssMenu, &QComboBox::activated, this, &StyleSheetEditor::selectCSS);
     connect(controls.cssField, &QPlainTextEdit::textChanged, this, &StyleSheetEditor::textDidChange);
     connect(controls.cssButton, &QPushButton::clicked, this, &StyleSheetEditor::updateCSS);
+    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &StyleSheetEditor::noteChange);
+    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &StyleSheetEditor::noteChange);
 }
 
 void StyleSheetEditor::buildCSSMenu()
@@ -66,6 +70,9 @@ void StyleSheetEditor::updateCSSMenu()
         shown.append(m_controls.cssMenu->itemText(i));
     if (m_tree.document() && shown != titles())
         buildCSSMenu();
+    else if (isStyleBlock(shownTitle()) && !m_drafts.contains(shownTitle()) &&
+             textOf(shownTitle()) != m_shown)
+        selectCSS();
 }
 
 QStringList StyleSheetEditor::titles() const
@@ -88,25 +95,35 @@ fs::path StyleSheetEditor::fileOf(const QString& title) const
     return linked && itemExists(*linked) ? *linked : beside;
 }
 
-std::optional<std::string> StyleSheetEditor::textOf(const QString& title) const
+StyleSheetFile& StyleSheetEditor::sheetFile(const QString& title)
+{
+    StyleSheetFile& file = m_files[title];
+    if (const fs::path path = fileOf(title); file.path() != path) {
+        file = StyleSheetFile(path);
+        (void)file.read(); // its encoding
+    }
+    return file;
+}
+
+std::optional<std::string> StyleSheetEditor::textOf(const QString& title)
 {
     if (isStyleBlock(title)) {
         const html::Element* block = m_tree.document() ? styleBlock(*m_tree.document(), title) : nullptr;
         return block ? std::optional(block->html()) : std::nullopt;
     }
-    const auto bytes = title.isEmpty() ? Error{} : readFile(fileOf(title));
-    return bytes && QString::fromUtf8(bytes->data(), static_cast<qsizetype>(bytes->size())).toStdString() ==
-                        *bytes
-               ? std::optional(*bytes)
-               : std::nullopt;
+    if (title.isEmpty())
+        return {};
+    auto text = sheetFile(title).read();
+    return text ? std::optional(*std::move(text)) : std::nullopt;
 }
 
 void StyleSheetEditor::selectCSS()
 {
     const QString title = shownTitle();
-    const auto text = textOf(title);
     const auto draft = m_drafts.constFind(title);
-    const bool isDraft = text && draft != m_drafts.constEnd();
+    const bool isDraft = draft != m_drafts.constEnd() && (isStyleBlock(title) || itemExists(fileOf(title)));
+    // The file of a draft stays as it was read: what changed in it since must not be overwritten unasked.
+    const auto text = isDraft && !isStyleBlock(title) ? std::optional<std::string>() : textOf(title);
     QString css = isDraft ? *draft : QString();
     if (text && !isDraft && !text->empty())
         css = QString::fromStdString(tidyCSS(*text));
@@ -114,11 +131,31 @@ void StyleSheetEditor::selectCSS()
         const QSignalBlocker quiet(m_controls.cssField);
         m_controls.cssField->setPlainText(css);
     }
+    m_shown = text;
+    const bool isEditable = isDraft || text;
     // A sheet that can't be read must not be overwritten.
-    m_controls.cssField->setReadOnly(!text);
-    m_controls.cssField->setEnabled(text.has_value());
+    m_controls.cssField->setReadOnly(!isEditable);
+    m_controls.cssField->setEnabled(isEditable);
     m_controls.cssButton->setText(isStyleBlock(title) ? tr("Update CSS") : tr("Save CSS"));
     m_controls.cssButton->setEnabled(isDraft);
+    followFile(title.isEmpty() || isStyleBlock(title) ? fs::path() : fileOf(title));
+}
+
+// The watch ends when another program replaces the file by a new one, so the folder is watched too.
+void StyleSheetEditor::followFile(const fs::path& file)
+{
+    if (const QStringList watched = m_watcher.files() + m_watcher.directories(); !watched.isEmpty())
+        m_watcher.removePaths(watched);
+    if (!file.empty() && itemExists(file))
+        m_watcher.addPaths({luma::textOf(file), luma::textOf(file.parent_path())});
+}
+
+void StyleSheetEditor::noteChange()
+{
+    const QString title = shownTitle();
+    if (!title.isEmpty() && !isStyleBlock(title) && !m_drafts.contains(title) &&
+        sheetFile(title).changedOnDisk())
+        selectCSS();
 }
 
 void StyleSheetEditor::textDidChange()
@@ -129,20 +166,17 @@ void StyleSheetEditor::textDidChange()
 
 void StyleSheetEditor::updateCSS()
 {
+    const QString title = shownTitle();
     // Failures are ignored: the text stays in the field, and the user can save again.
-    (void)store(shownTitle(), CodeEdit::textIn(*m_controls.cssField));
-    if (!isStyleBlock(shownTitle()))
-        selectCSS();
+    store(title, CodeEdit::textIn(*m_controls.cssField), [this, title](const Result<void>&) {
+        if (!isStyleBlock(title) && title == shownTitle())
+            selectCSS();
+    });
 }
 
-void StyleSheetEditor::storeDrafts()
+void StyleSheetEditor::storeDrafts(const std::function<void()>& then)
 {
-    const QMap<QString, QString> drafts = m_drafts;
-    for (auto draft = drafts.begin(); draft != drafts.end(); ++draft) {
-        if (const auto stored = store(draft.key(), draft.value()); !stored)
-            emit failed(QString::fromStdString(stored.error().text));
-    }
-    selectCSS();
+    storeNext(m_drafts.keys(), then);
 }
 
 void StyleSheetEditor::followLinks(const LinksUpdate& update, const std::function<void()>& updatePage)
@@ -153,12 +187,18 @@ void StyleSheetEditor::followLinks(const LinksUpdate& update, const std::functio
     updatePage();
     const QStringList after = titles();
     const QMap<QString, QString> drafts = std::exchange(m_drafts, {});
+    auto files = std::exchange(m_files, {});
     for (auto draft = drafts.begin(); draft != drafts.end(); ++draft) {
         const MovedItem places = placesOf(draft.key(), oldSite, m_site(), update.items);
         const auto css = update.updated ? update.updated(draft.value().toStdString(), places.from, places.to)
                                         : Result<std::string>(draft.value().toStdString());
         const qsizetype row = before.size() == after.size() ? before.indexOf(draft.key()) : -1;
-        m_drafts[row < 0 ? draft.key() : after[row]] = css ? QString::fromStdString(*css) : draft.value();
+        const QString& title = row < 0 ? draft.key() : after[row];
+        m_drafts[title] = css ? QString::fromStdString(*css) : draft.value();
+        if (const auto file = files.find(draft.key()); file != files.end()) {
+            file->second.follow(fileOf(title), update.files);
+            m_files[title] = file->second;
+        }
     }
     buildCSSMenu();
     if (before.size() == after.size() && shown >= 0) {
@@ -167,18 +207,45 @@ void StyleSheetEditor::followLinks(const LinksUpdate& update, const std::functio
     }
 }
 
-Result<void> StyleSheetEditor::store(const QString& title, const QString& css)
+void StyleSheetEditor::storeNext(QStringList titles, const std::function<void()>& then)
+{
+    if (titles.isEmpty()) {
+        selectCSS();
+        then();
+        return;
+    }
+    const QString title = titles.takeFirst();
+    store(title, m_drafts.value(title), [this, titles, then](const Result<void>& stored) {
+        if (!stored)
+            emit failed(QString::fromStdString(stored.error().text));
+        storeNext(titles, then);
+    });
+}
+
+void StyleSheetEditor::store(const QString& title, const QString& css, const Stored& then)
 {
     if (isStyleBlock(title)) {
         m_drafts.remove(title);
         emit styleBlockRequested(title, css);
-        return {};
+        then({});
+    } else if (sheetFile(title).changedOnDisk()) {
+        // The sheet may have moved before the answer comes; its text is kept under its new title then.
+        SaveQuestion::askToReplace(m_controls.cssField->window(), this, title, [this, title, css, then] {
+            if (m_drafts.contains(title))
+                then(write(title, css));
+        });
+    } else {
+        then(write(title, css));
     }
-    const std::string tidied = tidyCSS(css.toStdString());
-    if (const auto written = writeFile(fileOf(title), tidied); !written)
+}
+
+Result<void> StyleSheetEditor::write(const QString& title, const QString& css)
+{
+    const fs::path file = sheetFile(title).path();
+    if (const auto written = sheetFile(title).write(tidyCSS(css.toStdString())); !written)
         return written.error();
     m_drafts.remove(title);
-    emit fileStored(fileOf(title));
+    emit fileStored(file);
     return {};
 }
 

@@ -4,13 +4,18 @@
 #include "base/result.h"
 #include "links/linksupdate.h"
 #include "page/sitefolder.h"
+#include "page/stylesheetfile.h"
 
+#include <QFileSystemWatcher>
 #include <QMap>
 #include <QObject>
-#include <QString>
+#include <QStringList>
 
 #include <filesystem>
 #include <functional>
+#include <map>
+#include <optional>
+#include <string>
 
 class QComboBox;
 class QPlainTextEdit;
@@ -21,7 +26,8 @@ namespace luma {
 class PageTree;
 
 /// Shows the style sheets of a page, one at a time, and saves the user's changes. Unsaved text is kept for
-/// each sheet while another one is shown. Formatting a sheet blocks.
+/// each sheet while another one is shown, and when the page is read again. A sheet that another program changes
+/// is shown anew; if there is unsaved text, saving it asks first. Formatting a sheet blocks.
 /// Main thread.
 class StyleSheetEditor final : public QObject
 {
@@ -34,20 +40,21 @@ public:
         QPlainTextEdit* cssField;
         QPushButton* cssButton;
     };
-    /// `site` returns the page's location, against which links to sheets are resolved.
+    /// `site` returns the page's location, against which links to sheets are resolved. Questions open on the window of
+    /// the controls.
     StyleSheetEditor(const Controls& controls, PageTree& tree, std::function<SiteFolder()> site,
                      QObject* parent);
 
     void buildCSSMenu();
-    /// Rebuilds the menu if the page's sheets have changed.
+    /// Rebuilds the menu if the page's sheets have changed, and shows the style block's text if that has.
     void updateCSSMenu();
     void selectCSS();
     void updateCSS();
 
-    /// Whether there is unsaved text; saves all of it, reporting what failed; discards it.
+    /// Whether there is unsaved text.
     [[nodiscard]] bool hasDrafts() const { return !m_drafts.isEmpty(); }
-    void storeDrafts();
-    void dropDrafts() { m_drafts.clear(); }
+    /// Saves all of it, reporting what failed, and then calls `then`; not if the user refuses to replace a sheet.
+    void storeDrafts(const std::function<void()>& then);
 
     /// Files of the site have been moved: calls `updatePage`, which changes the page's links, and takes its drafts along to
     /// the sheets' new titles, with their links changed, too.
@@ -64,18 +71,29 @@ signals:
 
 private:
     void textDidChange();
-    Result<void> store(const QString& title, const QString& css);
+    void storeNext(QStringList titles, const std::function<void()>& then);
+    /// Stores the text and calls `then` with the outcome, at once or after the user has agreed.
+    using Stored = std::function<void(const Result<void>& stored)>;
+    void store(const QString& title, const QString& css, const Stored& then);
+    Result<void> write(const QString& title, const QString& css);
+    /// The sheet's file as it was last read or written; newly looked at where the page has moved since.
+    StyleSheetFile& sheetFile(const QString& title);
+    void followFile(const std::filesystem::path& file);
+    void noteChange();
     [[nodiscard]] QString shownTitle() const;
     /// The file beside the page with the link's literal name, or else the one that a browser would load.
     [[nodiscard]] std::filesystem::path fileOf(const QString& title) const;
     [[nodiscard]] QStringList titles() const;
     /// The sheet's text as stored; empty if it can't be read.
-    [[nodiscard]] std::optional<std::string> textOf(const QString& title) const;
+    [[nodiscard]] std::optional<std::string> textOf(const QString& title);
 
     Controls m_controls;
     PageTree& m_tree;
     std::function<SiteFolder()> m_site;
     QMap<QString, QString> m_drafts; // by title
+    std::map<QString, StyleSheetFile> m_files;
+    QFileSystemWatcher m_watcher;       // of the sheet shown
+    std::optional<std::string> m_shown; // the sheet's text as it was stored
 };
 
 } // namespace luma

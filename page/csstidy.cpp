@@ -10,6 +10,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+
 namespace luma {
 
 namespace {
@@ -32,7 +34,8 @@ std::string installedInterpreter()
 std::string output(std::string command)
 {
     TaskWrapper shell(resourceFolder());
-    shell.arguments = {"-c", std::move(command)};
+    // The user's own start files (zshenv) are not read.
+    shell.arguments = {"-f", "-c", std::move(command)};
     return shell.run().value_or(std::string());
 }
 
@@ -42,16 +45,55 @@ void replaceAll(std::string& text, std::string_view from, std::string_view to)
         text.replace(at, from.size(), to);
 }
 
+/// The length of the string that begins with a quote, quotes included (CSS Syntax 3, 4.3.5); 0 where no quote ends it.
+std::size_t stringLength(std::string_view text)
+{
+    for (std::size_t at = 1; at < text.size() && text[at] != '\n'; ++at) {
+        if (text[at] == text.front())
+            return at + 1;
+        if (text[at] == '\\')
+            ++at;
+    }
+    return 0;
+}
+
+/// The length of what keeps its double quotes, as it would be another string with single ones: a string that holds the
+/// other quote, such as the picture in url("data:..."). 0 where nothing of the kind begins.
+std::size_t lengthWithQuotes(std::string_view text)
+{
+    if (text.front() != '"' && text.front() != '\'')
+        return 0;
+    const std::size_t length = stringLength(text);
+    const char other = text.front() == '"' ? '\'' : '"';
+    return text.substr(0, length).find(other) == std::string_view::npos ? 0 : length;
+}
+
+std::size_t commentLength(std::string_view text)
+{
+    if (!text.starts_with("/*"))
+        return 0;
+    const std::size_t end = text.find("*/", 2);
+    return end == std::string_view::npos ? text.size() : end + 2;
+}
+
 std::string withoutDoubleQuotes(std::string_view text)
 {
     std::string plain;
     plain.reserve(text.size());
+    std::size_t comment = 0; // its end: an apostrophe in it begins no string
+    // The end of a string that keeps its quotes; an encoding is declared with double ones (CSS Syntax 3, 3.2).
+    std::size_t kept = text.starts_with("@charset \"") ? 9 + stringLength(text.substr(9)) : 0;
     for (std::size_t at = 0; at < text.size(); ++at) {
+        if (at >= comment && at >= kept) {
+            comment = std::max(comment, at + commentLength(text.substr(at)));
+            if (at >= comment)
+                kept = std::max(kept, at + lengthWithQuotes(text.substr(at)));
+        }
         if (text.substr(at).starts_with("&amp;")) {
             plain += '&';
             at += 4;
         } else {
-            plain += text[at] == '"' ? '\'' : text[at];
+            plain += text[at] == '"' && at >= kept ? '\'' : text[at];
         }
     }
     // No command line holds a NUL; a browser reads one as U+FFFD (CSS Syntax, 3.3).
@@ -63,7 +105,7 @@ std::string echoCommand(std::string_view plain, std::string_view interpreter)
 {
     std::string command = plain.starts_with('-') ? "echo - \"" : "echo \"";
     for (const char c : plain) {
-        if (c == '$' || c == '`')
+        if (c == '$' || c == '`' || c == '"')
             command += '\\';
         // One pair for the quotes and one for echo.
         if (c == '\\')

@@ -10,11 +10,11 @@ namespace luma {
 inline constexpr std::string_view tidyInterpreter = "/opt/homebrew-palisan/bin/php";
 
 /// The shell command that formats a style sheet: prints `text` into the formatting script, which stands in
-/// LUMAHTMLCSSJS/bin of the working folder. First each double quote becomes a single one and each "&amp;" an
-/// "&". Then the text stands between double quotes as it is but for what a shell would act on there (POSIX.1,
-/// Shell Command Language, 2.2.3) and what zsh's echo would (its backslash escapes): those get the
-/// backslashes that make the script read exactly the text. Texts without such signs stand there letter for
-/// letter.
+/// LUMAHTMLCSSJS/bin of the working folder. First each double quote becomes a single one, except in strings
+/// that hold both kinds and after `@charset`, and each "&amp;" an "&". Then the text stands between double
+/// quotes. What a shell would act on there (POSIX.1, Shell Command Language, 2.2.3) and what zsh's echo would
+/// (its backslash escapes) get the backslashes that make the script read exactly the text. Texts without such
+/// signs stand there letter for letter.
 std::string tidyCommand(std::string_view text);
 
 /// Formats CSS (UTF-8) with that command, run by the shell in the resource folder; it blocks. A command that

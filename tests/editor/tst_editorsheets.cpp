@@ -2,6 +2,7 @@
 #include "base/files.h"
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 #include "web/codehighlighter.h"
 #include "web/linksheet.h"
 #include "web/scriptconsole.h"
@@ -87,6 +88,65 @@ private slots:
         press("cssButton");
         QVERIFY(file("css/a.css").starts_with("/**/"));
         QVERIFY(!window->isWindowModified());
+    }
+
+    void sheetInAnotherEncoding_staysInIt_data()
+    {
+        const test::Rows<std::string, QString, std::string> row("bytes", "shown", "saved");
+        row("mark", "\xEF\xBB\xBFq{}", "q {}",
+            "\xEF\xBB\xBFq {}\n\ni:after {\n    content: '\xE2\x82\xAC\xC5\x82'\n}");
+        row("declared", "@charset \"iso-8859-2\";q:after{content:'\xb3'}",
+            QString::fromUtf8("@charset \"iso-8859-2\";\n\nq:after {\n    content: '\xC5\x82'\n}"),
+            "@charset \"iso-8859-2\";\n\nq:after {\n    content: '\xb3'\n}\n\ni:after {\n    content: '\\20AC \xb3'\n}");
+        row("guessed", "q:after{content:'\xe9'}", QString::fromUtf8("q:after {\n    content: '\xC3\xA9'\n}"),
+            "q:after {\n    content: '\xe9'\n}\n\ni:after {\n    content: '\x80\\142 '\n}");
+    }
+    void sheetInAnotherEncoding_staysInIt()
+    {
+        QFETCH(std::string, bytes);
+        QFETCH(std::string, saved);
+        put("a.css", bytes);
+        open("<head><link rel=stylesheet href=a.css></head><p>x</p>");
+        QTEST(cssField()->toPlainText(), "shown");
+        cssField()->appendPlainText(QString::fromUtf8("i:after{content:'\xE2\x82\xAC\xC5\x82'}"));
+        press("cssButton");
+        QCOMPARE(file("a.css"), saved);
+    }
+
+    void sheetChangedByAnotherProgram_isNotOverwrittenUnasked()
+    {
+        put("a.css", "p{color:red}");
+        open("<head><link rel=stylesheet href=a.css></head><p>x</p>");
+        put("a.css", "q{color:red}");
+        QTRY_VERIFY(cssField()->toPlainText().startsWith("q"));
+        QTest::keyClicks(cssField(), "/**/");
+        put("a.css", "b{color:red}");
+        press("cssButton");
+        answerQuestion("overwriteQuestion", "Cancel");
+        QCOMPARE(file("a.css"), std::string("b{color:red}"));
+        QVERIFY(cssField()->toPlainText().startsWith("/**/"));
+        // A draft outlives the page's own version; saving the page saves it, too, and asks again.
+        window->revertDocumentToSaved();
+        waitUntilShown();
+        QVERIFY(cssField()->toPlainText().startsWith("/**/"));
+        setTitle("new");
+        the<QAction>("saveAction")->trigger();
+        answerQuestion("overwriteQuestion", "Replace");
+        QTRY_VERIFY(!window->isWindowModified());
+        QVERIFY(file("a.css").starts_with("/**/"));
+        QVERIFY(file("page.html").find("<title>new") != std::string::npos);
+    }
+
+    void undo_showsTheStyleBlocksOldText()
+    {
+        open("<head><style>i{}</style></head><p>x</p>");
+        cssField()->setPlainText("b{}");
+        press("cssButton");
+        QTRY_VERIFY(tree().contains("b{}"));
+        waitUntilShown();
+        trigger("undoAction");
+        QTRY_COMPARE(cssField()->toPlainText(), "i {}");
+        QVERIFY(!button("cssButton")->isEnabled());
     }
 
     void pageWithoutSheets_hasAnEmptyMenuAndField()
