@@ -84,17 +84,21 @@ void OutlineModel::followTree()
         endResetModel();
     });
     connect(&m_tree, &PageTree::aboutToInsert, this, [this](html::ParentNode* parent, int first, int last) {
+        m_changing = parent;
         beginInsertRows(indexOfParent(parent), first, last);
     });
     connect(&m_tree, &PageTree::inserted, this, [this] {
-        forgetRows();
+        forgetChange();
         endInsertRows();
     });
     connect(&m_tree, &PageTree::aboutToRemove, this, [this](html::ParentNode* parent, int first, int last) {
+        m_changing = parent;
         beginRemoveRows(indexOfParent(parent), first, last);
+        const auto& children = childrenOf(*parent);
+        m_leaving.assign(children.begin() + first, children.begin() + last + 1);
     });
     connect(&m_tree, &PageTree::removed, this, [this] {
-        forgetRows();
+        forgetChange();
         endRemoveRows();
     });
     connect(&m_tree, &PageTree::elementChanged, this, [this](html::Element* element) {
@@ -157,6 +161,22 @@ void OutlineModel::forgetRows()
 {
     m_children.clear();
     m_rows.clear();
+    m_deepestLevel.reset();
+}
+
+// Of a large page everything else stays known: the view asks for every row again.
+void OutlineModel::forgetChange()
+{
+    m_children.erase(m_changing);
+    for (const html::Element* const gone : m_leaving) {
+        for (const html::Node* node = gone; node; node = node->following(*gone)) {
+            if (const html::Element* const element = node->asElement()) {
+                m_children.erase(element);
+                m_rows.erase(element);
+            }
+        }
+    }
+    m_leaving.clear();
     m_deepestLevel.reset();
 }
 

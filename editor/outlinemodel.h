@@ -75,6 +75,7 @@ private:
     [[nodiscard]] const html::ParentNode* nodeOf(const QModelIndex& index) const;
     [[nodiscard]] QModelIndex indexOfParent(html::ParentNode* parent) const;
     void forgetRows();
+    void forgetChange();
     /// Row numbers of the fully expanded outline, from 0.
     [[nodiscard]] int outlineRow(const html::Element& element) const;
     [[nodiscard]] html::Element* elementAtRow(qlonglong row) const;
@@ -84,7 +85,9 @@ private:
     const TagRules& m_rules;
     QPersistentModelIndex m_activeElement;
     QColor m_activeColour;
-    // Cached until the next change, because the tree's child lists are linked lists.
+    const html::ParentNode* m_changing = nullptr;
+    std::vector<html::Element*> m_leaving;
+    // Cached until they change, because the tree's child lists are linked lists.
     mutable std::unordered_map<const html::ParentNode*, std::vector<html::Element*>> m_children;
     mutable std::unordered_map<const html::Element*, int> m_rows;
     mutable std::optional<int> m_deepestLevel;

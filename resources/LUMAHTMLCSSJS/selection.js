@@ -62,8 +62,12 @@ function elementOfRange(range) {
 // The path from the root element, as positions among element children; null for elements outside the page.
 function pathOfElement(element) {
     const path = [];
-    for (; element.parentElement; element = element.parentElement)
-        path.unshift(Array.prototype.indexOf.call(element.parentElement.children, element));
+    for (; element.parentElement; element = element.parentElement) {
+        let position = 0;
+        for (let each = element.previousElementSibling; each; each = each.previousElementSibling)
+            ++position;
+        path.unshift(position);
+    }
     return element === document.documentElement ? path : null;
 }
 
