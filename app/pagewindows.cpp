@@ -41,7 +41,7 @@ QWidget* PageWindows::open(const fs::path& page, const fs::path& siteFolder, QWi
         window->checkFile();
         return window;
     }
-    HTMLDocument* const window = makeWindow(siteFolder);
+    HTMLDocument* const window = makeWindow(siteFolder.empty() ? m_siteOf(page) : siteFolder);
     window->readFromURL(page);
     window->show();
     window->windowDidLoad();
@@ -89,12 +89,12 @@ void PageWindows::connectWindow(HTMLDocument* window)
             [this, window] { m_preferences.setValue(layoutKey, window->layoutState()); });
 }
 
-// A page inside the site belongs to that site; any other page gets its own folder as its site.
+// A page inside the site belongs to that site; that of any other page is looked for.
 void PageWindows::openFrom(const HTMLDocument* window, const fs::path& page)
 {
     const fs::path& site = window->mountPath;
     const bool isInside = isAtOrBelow(page.native(), site.native());
-    if (const auto opened = m_documents.open(page, isInside ? site : page.parent_path()); !opened)
+    if (const auto opened = m_documents.open(page, isInside ? site : fs::path()); !opened)
         (void)std::fprintf(stderr, "luma: %s\n", opened.error().text.c_str());
 }
 

@@ -5,6 +5,8 @@
 #include <QPointer>
 
 #include <filesystem>
+#include <functional>
+#include <utility>
 #include <vector>
 
 namespace luma {
@@ -21,9 +23,11 @@ class PageWindows final : public QObject
     Q_OBJECT
 
 public:
-    /// Both outlive it.
-    PageWindows(DocumentController& documents, Preferences& preferences)
-        : m_documents(documents), m_preferences(preferences)
+    /// The folder of the site that a page belongs to; empty if unknown.
+    using SiteFinder = std::function<std::filesystem::path(const std::filesystem::path& page)>;
+    /// Documents and preferences outlive it.
+    PageWindows(DocumentController& documents, Preferences& preferences, SiteFinder siteOf)
+        : m_documents(documents), m_preferences(preferences), m_siteOf(std::move(siteOf))
     {}
 
     /// See DocumentController::PageOpener.
@@ -43,6 +47,7 @@ private:
 
     DocumentController& m_documents;
     Preferences& m_preferences;
+    SiteFinder m_siteOf;
 };
 
 } // namespace luma

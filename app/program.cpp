@@ -6,7 +6,10 @@
 #include "app/sitetemplate.h"
 #include "base/fileuri.h"
 #include "base/mainhop.h"
+#include "base/pathbelow.h"
+#include "base/pathtext.h"
 #include "base/resources.h"
+#include "browser/endpoint.h"
 #include "browser/movenotices.h"
 #include "desktop/windowregistry.h"
 #include "editor/htmldocument.h"
@@ -58,7 +61,7 @@ Program::Program(const QString& preferencesFile, CommandRunner shell)
       m_documents(openWithDesktop,
                   [this](const std::filesystem::path& page, const std::filesystem::path& siteFolder,
                          QWidget* open) { return m_pages.open(page, siteFolder, open); }),
-      m_pages(m_documents, m_preferences),
+      m_pages(m_documents, m_preferences, [this](const std::filesystem::path& page) { return siteOf(page); }),
       m_moveNotices(std::make_shared<MoveNotices>()),
       m_delegate(m_preferences, services())
 {
@@ -82,13 +85,26 @@ Result<void> Program::launch(const CommandLine& line)
     case CommandLine::Request::Folders:
         return openFolders(line);
     case CommandLine::Request::Page:
-        return m_documents.open(line.page, line.page.parent_path());
+        return m_documents.open(line.page);
     case CommandLine::Request::Unusable:
         return Error{line.message};
     default:
         WindowRegistry::bringToFront(&m_delegate.siteListWindow());
         return {};
     }
+}
+
+std::filesystem::path Program::siteOf(const std::filesystem::path& page)
+{
+    std::filesystem::path folder;
+    for (int row = 0; row < m_delegate.sites().rowCount(); ++row) {
+        const ObservedDictionary& source = *m_delegate.sites().record(row)->sourceDict();
+        const auto path = pathOf(source.string(endpoint::path));
+        if (source.string(endpoint::protocol) == endpoint::fileProtocol &&
+            isAtOrBelow(page.native(), path.native()) && path.native().size() > folder.native().size())
+            folder = path;
+    }
+    return folder;
 }
 
 Result<void> Program::openFolders(const CommandLine& line)

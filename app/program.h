@@ -47,6 +47,9 @@ private:
     void openPlace(const std::filesystem::path& file, const std::filesystem::path& siteFolder, unsigned line,
                    unsigned column);
 
+    /// The folder of the innermost site in the list whose source holds the page; empty if there is none.
+    [[nodiscard]] std::filesystem::path siteOf(const std::filesystem::path& page);
+
     LUMAAppDelegate::Services services();
 
     CommandRunner m_shell;

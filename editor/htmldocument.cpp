@@ -21,6 +21,7 @@
 #include "web/viewcontroller.h"
 
 #include <QCloseEvent>
+#include <QDir>
 #include <QPointer>
 
 #include <cstdio>
@@ -158,7 +159,8 @@ bool HTMLDocument::readFromURL(const fs::path& url)
 void HTMLDocument::windowDidLoad()
 {
     if (!m_store.hasFile())
-        m_store.setLocation(resourceFolder() / "LUMAHTMLCSSJS" / "duomo.html", PageStore::Origin::Template);
+        m_store.setTemplate(resourceFolder() / "LUMAHTMLCSSJS" / "duomo.html",
+                            mountPath.empty() ? pathOf(QDir::homePath()) : mountPath);
     if (load(Reading::First, QString()) && m_store.hasFile())
         emit locationChanged(docURL());
     watchFile();
@@ -175,6 +177,8 @@ bool HTMLDocument::load(Reading reading, const QString& name)
         }
     }
     m_ui->noticeBar->hide();
+    if (mountPath.empty() && m_store.hasFile())
+        mountPath = m_store.folderOfLinks();
     m_viewController->show(reading == Reading::First ? ViewController::Position::Start
                                                      : ViewController::Position::Keep);
     buildCSSMenu();

@@ -49,7 +49,8 @@ public:
     explicit HTMLDocument(PageActions::RecentPages recentPages = {}, QWidget* parent = nullptr);
     ~HTMLDocument() override;
 
-    /// The site's folder, whose files the page may show; empty if unknown.
+    /// The site's folder, whose files the page may show. If it is empty when the page is read, the page's links tell
+    /// it.
     std::filesystem::path mountPath;
 
     /// Sets the location; the page is read when the window has loaded. Without a location, the window opens a

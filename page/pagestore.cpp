@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/pagestore.h"
 
+#include "base/pathbelow.h"
 #include "html/pagelanguage.h"
 #include "html/pagesource.h"
 #include "html/pagewriter.h"
@@ -10,11 +11,17 @@
 #include "page/lostelements.h"
 #include "page/pagecommands.h"
 #include "page/pagetree.h"
+#include "page/sitefolder.h"
+#include "page/subtreechange.h"
 
+#include <QDir>
+#include <QFile>
 #include <QObject>
 #include <QUndoStack>
 
 #include <algorithm>
+#include <set>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -44,6 +51,37 @@ AttributeChanges rebased(const html::Document& document, const fs::path& oldFold
             changes.emplace_back(element, std::move(attributes));
     }
     return changes;
+}
+
+constexpr std::size_t mostLinks = 200; // whose files are looked for, perhaps on a slow share
+
+bool mayLeadUp(std::string_view link)
+{
+    return link.starts_with('/') || link.find("..") != std::string_view::npos;
+}
+
+bool mayBeSite(const fs::path& folder)
+{
+    const std::string home = QFile::encodeName(QDir::homePath()).toStdString();
+    return folder.has_parent_path() && folder.parent_path() != folder.root_path() &&
+           !isAtOrBelow(home, folder.native());
+}
+
+/// `folder`, or the one around it that the link needs to reach an existing file.
+fs::path folderWith(const SiteFolder& page, std::string_view link, const fs::path& folder)
+{
+    std::error_code ignored;
+    const auto file = page.fileOfLink(link);
+    const bool isFromRoot = link.starts_with('/');
+    if (!file || (!isFromRoot && isAtOrBelow(file->native(), folder.native())))
+        return folder;
+    const fs::path below = file->lexically_relative(page.folder());
+    for (fs::path around = folder; mayBeSite(around); around = around.parent_path()) {
+        const fs::path wanted = isFromRoot ? around / below : *file;
+        if (isAtOrBelow(wanted.native(), around.native()) && fs::is_regular_file(wanted, ignored))
+            return around;
+    }
+    return folder;
 }
 
 void swapAll(AttributeChanges& changes)
@@ -91,6 +129,27 @@ void PageStore::setLocation(const fs::path& path, Origin origin)
     m_file = PageFile(m_docURL);
 }
 
+void PageStore::setTemplate(const fs::path& path, const fs::path& folder)
+{
+    setLocation(path, Origin::Template);
+    m_linkBase = (folder / "Untitled.html").lexically_normal();
+}
+
+fs::path PageStore::folderOfLinks() const
+{
+    const SiteFolder alone(m_linkBase, {});
+    fs::path folder = alone.folder();
+    std::set<std::string_view> links;
+    for (const html::Element* element : m_tree.document()->select("*")) {
+        for (const html::Attribute& attribute : element->attributes()) {
+            if (links.size() < mostLinks && isLink(attribute) && mayLeadUp(attribute.value) &&
+                links.insert(attribute.value).second)
+                folder = folderWith(alone, attribute.value, folder);
+        }
+    }
+    return folder;
+}
+
 Result<void> PageStore::load(const QString& name)
 {
     const auto bytes = m_file.read();
@@ -129,8 +188,10 @@ void PageStore::followFile(const fs::path& path)
 
 Result<void> PageStore::updateLinks(const LinksUpdate& update)
 {
+    if (!m_hasFile)
+        return {};
     const fs::path oldPlace = std::exchange(m_linkBase, m_docURL);
-    if (!m_tree.document() || !m_hasFile)
+    if (!m_tree.document())
         return {};
     const auto written =
         std::find_if(update.files.begin(), update.files.end(),

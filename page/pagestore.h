@@ -35,6 +35,11 @@ public:
     [[nodiscard]] bool hasPage() const;
     enum class Origin { File, Template };
     void setLocation(const std::filesystem::path& path, Origin origin);
+    /// A new page's template; until it is saved the page counts as standing in `folder`.
+    void setTemplate(const std::filesystem::path& path, const std::filesystem::path& folder);
+    /// The folder of the page's site as its links tell: the highest that one of them needs to reach an existing file, also
+    /// from the site's root ("/css/main.css"); else the page's own folder. Never the home folder or one above it.
+    [[nodiscard]] std::filesystem::path folderOfLinks() const;
 
     /// The page's file has been moved to `path`. Until updateLinks(), its links count from where it was: linkBase().
     void followFile(const std::filesystem::path& path);

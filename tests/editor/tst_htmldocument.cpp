@@ -13,6 +13,7 @@
 #include <QComboBox>
 #include <QDialog>
 #include <QFileDialog>
+#include <QImage>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -65,6 +66,24 @@ private slots:
         waitUntilShown();
         QVERIFY(the<QLabel>("elementPath")->text().endsWith("body \u203a p"));
         QTRY_COMPARE(selectionInPage().trimmed(), "one");
+    }
+
+    void newPage_showsTheSitesImages_beforeAndAfterItIsSaved()
+    {
+        put("pages/x", "");
+        put("images/a.png", "");
+        QImage image(2, 2, QImage::Format_RGB32);
+        image.fill(Qt::red);
+        QVERIFY(image.save(QString::fromStdString(at("images/a.png").string())));
+        openWindow({}, at(""));
+        waitUntilShown();
+        (void)answer("doCommand('Insert Image', 'images/a.png')");
+        QTRY_COMPARE(answer("document.images[0].naturalWidth.toString()"), "2");
+        QTRY_VERIFY(tree().contains("src=\"images/a.png\""));
+        QVERIFY(window->saveToURL(at("pages/new.html")));
+        QVERIFY(file("pages/new.html").find("src=\"../images/a.png\"") != std::string::npos);
+        waitUntilShown();
+        QTRY_COMPARE(answer("document.images[0].naturalWidth.toString()"), "2");
     }
 
     void insertDeleteUndo_goToOutlineAndPage()

@@ -7,6 +7,7 @@
 #include "page/pagestore.h"
 #include "page/pagetree.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -150,6 +151,26 @@ private slots:
         for (html::Element* select : tree->document()->select("select"))
             select->remove();
         QCOMPARE(store->lossOfSaving().elements, lostElements(page));
+    }
+
+    void folderOfAPagesLinks_isTheHighestThatOneNeeds_data()
+    {
+        const test::Rows<QByteArray, QByteArray> row("markup", "found");
+        row("none", "<a href=x.html>", "a/b");
+        row("up", "<img src=../x.png><link href=../c.css>", "a");
+        row("missing", "<img src=../../none.png>", "a/b");
+        row("from the root", "<link href=/css/m.css>", "");
+        row("out of the home folder", "<img src=../../../../../../../../../../etc/passwd>", "a/b");
+    }
+    void folderOfAPagesLinks_isTheHighestThatOneNeeds()
+    {
+        QFETCH(QByteArray, markup);
+        QFETCH(QByteArray, found);
+        put("a/b/page.html", markup.toStdString());
+        put("a/x.png", "");
+        put("css/m.css", "");
+        QVERIFY(open("a/b/page.html"));
+        QCOMPARE(store->folderOfLinks() / "", at(found.toStdString()) / "");
     }
 
     void xhtml_staysXmlWhereEditsCan()
