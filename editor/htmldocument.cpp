@@ -195,7 +195,8 @@ void HTMLDocument::revertDocumentToSaved()
 
 void HTMLDocument::tidySource()
 {
-    m_viewController->whenCaughtUp(this, [this] {
+    m_viewController->whenCaughtUpWithLooks(this, [this](const ViewController::Paths& inLines) {
+        m_store.setShownInLines(inLines);
         if (tidy())
             updateWindow();
     });

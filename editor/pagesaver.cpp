@@ -45,10 +45,18 @@ QString PageSaver::name() const
 
 void PageSaver::whenCaughtUp(const Then& then)
 {
-    m_rendering.whenCaughtUp(this, [this, then] {
-        if (m_store.hasPage())
-            then();
-    });
+    const bool tidies = m_store.hasPage() && m_store.tidiesWhenSaving();
+    const auto next = [this, then, tidies](const ViewController::Paths& inLines) {
+        if (!m_store.hasPage())
+            return;
+        if (tidies)
+            m_store.setShownInLines(inLines);
+        then();
+    };
+    if (tidies)
+        m_rendering.whenCaughtUpWithLooks(this, next);
+    else
+        m_rendering.whenCaughtUp(this, [next] { next({}); });
 }
 
 void PageSaver::write(const fs::path& path, const Then& then)

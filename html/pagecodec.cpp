@@ -101,9 +101,9 @@ Encoding PageCodec::encodingOf(const Document& document) const
     return known ? known->encoding : Encoding();
 }
 
-Result<std::unique_ptr<Document>> PageCodec::printed(const Document& document)
+Result<std::unique_ptr<Document>> PageCodec::printed(const Document& document, const ShownInLines& inLines)
 {
-    return typed(prettyPrint(document), document);
+    return typed(prettyPrint(document, inLines), document);
 }
 
 Result<std::unique_ptr<Document>> PageCodec::typed(std::string_view text, const Document& document)

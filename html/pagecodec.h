@@ -4,6 +4,7 @@
 #include "html/document.h"
 #include "html/pageencoding.h"
 #include "html/pagewriter.h"
+#include "html/prettyprinter.h"
 
 #include <memory>
 #include <string>
@@ -35,7 +36,7 @@ public:
 
     /// The page printed anew (prettyPrint()) and read again in its encoding: a new tree with a new source. Fails as
     /// parse() does.
-    Result<std::unique_ptr<Document>> printed(const Document& document);
+    Result<std::unique_ptr<Document>> printed(const Document& document, const ShownInLines& inLines = {});
 
     /// `text`, typed in place of the document, in the document's encoding: a tree of its own. Fails as parse() does.
     Result<std::unique_ptr<Document>> typed(std::string_view text, const Document& document);

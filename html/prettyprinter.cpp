@@ -34,25 +34,26 @@ bool declares(const Element& element, std::string_view property)
     return asciiLower(element.attr("style")).find(property) != std::string::npos;
 }
 
-bool isOnOwnLine(const Node& node)
+bool isOnOwnLine(const Node& node, const ShownInLines& inLines)
 {
     const Element* element = node.asElement();
     if (node.parent() && isFrame(*node.parent()) &&
         !(node.parent()->asElement() && node.parent()->asElement()->is("body")))
         return node.kind() != Node::Kind::Text;
     // What is shown in a line, as an inline block is, must touch what it touches.
-    return element && isBlock(*element) && !declares(*element, "display");
+    return element && isBlock(*element) && !declares(*element, "display") && !inLines.contains(element);
 }
 
 /// Whether the element's children get their own lines; otherwise it is written unchanged.
-bool isBroken(const Element& element)
+bool isBroken(const Element& element, const ShownInLines& inLines)
 {
-    if (element.is("pre") || element.is("listing") || hasRawText(element) || declares(element, "white-space"))
+    if (inLines.contains(&element) || element.is("pre") || element.is("listing") || hasRawText(element) ||
+        declares(element, "white-space"))
         return false;
     if (isFrame(element))
         return true;
     for (const Node* child = element.firstChild(); child; child = child->next()) {
-        if (isOnOwnLine(*child))
+        if (isOnOwnLine(*child, inLines))
             return true;
     }
     return false;
@@ -62,6 +63,8 @@ bool isBroken(const Element& element)
 class Printer final
 {
 public:
+    explicit Printer(const ShownInLines& inLines) : m_inLines(inLines) {}
+
     std::string print(const Document& document)
     {
         if (document.hasByteOrderMark())
@@ -87,7 +90,7 @@ private:
         const Node* const node = level.next;
         if (!node) {
             close();
-        } else if (isOnOwnLine(*node)) {
+        } else if (isOnOwnLine(*node, m_inLines)) {
             level.next = node->next();
             newLine(depth());
             open(*node);
@@ -99,7 +102,7 @@ private:
     void open(const Node& node)
     {
         const Element* element = node.asElement();
-        if (!element || !isBroken(*element)) {
+        if (!element || !isBroken(*element, m_inLines)) {
             serialize(node, m_markup, CodeForm::Code);
             return;
         }
@@ -126,7 +129,7 @@ private:
         std::vector<const Node*> run;
         const Node* end = &first;
         bool isShown = false;
-        for (; end && !isOnOwnLine(*end); end = end->next()) {
+        for (; end && !isOnOwnLine(*end, m_inLines); end = end->next()) {
             run.push_back(end);
             isShown = isShown || !(isInvisible(*end) || isBlankText(*end));
         }
@@ -174,6 +177,7 @@ private:
         m_touching = false;
     }
 
+    const ShownInLines& m_inLines;
     std::string m_markup;
     std::size_t m_start = 0;
     std::vector<Level> m_levels;
@@ -183,9 +187,9 @@ private:
 
 } // namespace
 
-std::string prettyPrint(const Document& document)
+std::string prettyPrint(const Document& document, const ShownInLines& inLines)
 {
-    return Printer().print(document);
+    return Printer(inLines).print(document);
 }
 
 } // namespace luma::html

@@ -256,11 +256,23 @@ Result<void> PageStore::setMarkup(std::string_view markup)
     return {};
 }
 
+void PageStore::setShownInLines(const std::vector<std::vector<int>>& paths)
+{
+    m_inLines.clear();
+    if (!m_tree.document())
+        return;
+    for (const std::vector<int>& path : paths) {
+        if (const html::Element* const element = elementAtPath(*m_tree.document(), path))
+            m_inLines.insert(element);
+    }
+}
+
 Result<void> PageStore::tidy()
 {
-    if (!m_tree.document() || html::patchedPage(*m_tree.document()) == html::prettyPrint(*m_tree.document()))
+    if (!m_tree.document() ||
+        html::patchedPage(*m_tree.document()) == html::prettyPrint(*m_tree.document(), m_inLines))
         return {};
-    auto printed = m_codec.printed(*m_tree.document());
+    auto printed = m_codec.printed(*m_tree.document(), m_inLines);
     if (!printed)
         return printed.error();
     PageCommands(m_tree, m_stack).replacePage(*std::move(printed), QObject::tr("Tidy Page Source"));
@@ -274,7 +286,7 @@ PageStore::Loss PageStore::lossOfSaving()
         return loss;
     std::string bytes;
     if (tidiesWhenSaving()) {
-        bytes = html::prettyPrint(*m_tree.document());
+        bytes = html::prettyPrint(*m_tree.document(), m_inLines);
     } else if (auto page = m_codec.write(*m_tree.document(), m_language)) {
         bytes = std::move(page->bytes);
     } else {

@@ -68,6 +68,9 @@ public:
     /// Prints the page's source anew (html::prettyPrint), as a step on the undo stack; none when it is printed so already.
     /// The error is a sentence for the user.
     Result<void> tidy();
+    /// The elements, by their paths (elementAtPath()), that tidying must write as they are, because style sheets show them
+    /// in lines. Valid until the tree changes; without a tree there are none.
+    void setShownInLines(const std::vector<std::vector<int>>& paths);
     /// Whether the user wants each page tidied when it is saved; asked before each save.
     using TidyChoice = std::function<bool()>;
     void setTidyChoice(TidyChoice choice) { m_tidyChoice = std::move(choice); }
@@ -95,6 +98,7 @@ private:
     PageFile m_file;
     html::PageCodec m_codec;
     TidyChoice m_tidyChoice;
+    html::ShownInLines m_inLines;
     MarkupLanguage m_language = MarkupLanguage::Html;
     std::filesystem::path m_docURL;
     std::filesystem::path m_linkBase;

@@ -130,6 +130,22 @@ void ViewController::whenCaughtUp(QObject* context, const std::function<void()>&
     m_catchUp->whenCaughtUp(context, then);
 }
 
+void ViewController::whenCaughtUpWithLooks(QObject* context,
+                                           const std::function<void(const Paths& inLines)>& then)
+{
+    ask(QStringLiteral("elementsShownInLines()"), context, [this, context, then](const QVariant& answer) {
+        Paths paths;
+        const QVariantList elements = answer.toList();
+        for (const QVariant& element : elements) {
+            std::vector<int>& path = paths.emplace_back();
+            const QVariantList steps = element.toList();
+            for (const QVariant& step : steps)
+                path.push_back(step.toInt());
+        }
+        whenCaughtUp(context, [then, paths] { then(paths); });
+    });
+}
+
 void ViewController::catchUp()
 {
     ScriptCall::waitInLoop(

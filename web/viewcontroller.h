@@ -65,7 +65,10 @@ public:
     /// change or save the tree; not at all if `context` has been deleted by then. Calls are served in order.
     /// What the user types meanwhile comes after `then`, and after the page is shown if `then` calls show().
     void whenCaughtUp(QObject* context, const std::function<void()>& then);
-    /// The same, blocking (see ScriptCall::waitInLoop).
+    /// The same, with the paths of the elements that style sheets show in lines (PageStore::setShownInLines).
+    using Paths = std::vector<std::vector<int>>;
+    void whenCaughtUpWithLooks(QObject* context, const std::function<void(const Paths& inLines)>& then);
+    /// whenCaughtUp(), blocking (see ScriptCall::waitInLoop).
     void catchUp();
 
     /// The page's markup in the rendering; null if it does not answer. Blocks (see ScriptCall::wait).
