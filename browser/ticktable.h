@@ -54,15 +54,20 @@ public:
         countTicks();
     }
 
+    /// Behind the others, whatever the order; those that the filter accepts are shown.
     void append(std::vector<Row> rows)
     {
-        if (rows.empty())
-            return;
-        beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(rows.size()) - 1);
-        for (std::size_t number = m_rows.size(); number < m_rows.size() + rows.size(); ++number)
-            m_shown.push_back(number);
+        std::vector<std::size_t> added;
+        for (std::size_t i = 0; i < rows.size(); ++i) {
+            if (!m_filter || m_filter(rows[i]))
+                added.push_back(m_rows.size() + i);
+        }
+        if (!added.empty())
+            beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(added.size()) - 1);
+        m_shown.insert(m_shown.end(), added.begin(), added.end());
         std::move(rows.begin(), rows.end(), std::back_inserter(m_rows));
-        endInsertRows();
+        if (!added.empty())
+            endInsertRows();
         countTicks();
     }
 

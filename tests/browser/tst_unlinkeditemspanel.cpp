@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "browser/ticktable.h"
 #include "tests/browser/panefixture.h"
 #include "tests/support/registry.h"
 
+#include <QAbstractItemModelTester>
 #include <QAction>
 #include <QCheckBox>
 #include <QMessageBox>
@@ -76,6 +78,25 @@ private slots:
         site.find<QAction>("keepItemAction")->trigger();
         QVERIFY(rows(site).contains("css/print.css+"));
         QVERIFY(site.choices.keptItems.empty() && !kept->isVisible());
+    }
+
+    void addedRows_passTheFilter()
+    {
+        struct Row
+        {
+            bool select = true;
+            QString name;
+        };
+        static constexpr TickColumn<Row> column = {"Name", [](const Row& row) { return row.name; }};
+        TickTable<Row> table({&column, 1});
+        const QAbstractItemModelTester tester(&table, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        table.setFilter([](const Row& row) { return row.name.startsWith(u'a'); });
+        table.append({{true, "a1"}, {true, "b1"}, {false, "a2"}});
+        table.append({{true, "b2"}});
+        QCOMPARE(table.rowCount(), 2);
+        QCOMPARE(table.index(1, 0).data().toString(), "a2");
+        table.setFilter({});
+        QCOMPARE(table.rowCount(), 4);
     }
 };
 
