@@ -3,6 +3,7 @@
 
 #include <QJsonArray>
 #include <QJsonObject>
+#include <QUuid>
 
 namespace luma {
 
@@ -48,6 +49,12 @@ std::optional<RenderingChange> PageBridge::changeFrom(const QJsonValue& body)
     if (count <= 0)
         return {};
     return RenderingChange{count, subtreeChange(parts.at(1)), parts.at(2).toString()};
+}
+
+QString PageBridge::secret()
+{
+    static const QString value = QUuid::createUuid().toString(QUuid::WithoutBraces);
+    return value;
 }
 
 void PageBridge::post(const QString& name, const QJsonValue& body)

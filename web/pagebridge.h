@@ -25,9 +25,13 @@ struct RenderingChange
 class PageBridge final : public QObject
 {
     Q_OBJECT
+    /// What the scripts know each other's markup by on the clipboard: one for all pages, another at each start.
+    Q_PROPERTY(QString secret READ secret CONSTANT)
 
 public:
     using QObject::QObject;
+
+    [[nodiscard]] static QString secret();
 
     Q_INVOKABLE void post(const QString& name, const QJsonValue& body);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Pasting and dropping: keeps the structure of what is inserted, but not its looks, classes, ids and scripts.
+// Pasting and dropping: of what comes from elsewhere the structure is kept, but not its looks, classes, ids and scripts.
 
 'use strict';
 
@@ -25,32 +25,6 @@ document.addEventListener('paste', (event) => {
     insertTransferred(event.clipboardData);
 }, true);
 
-// The markup of a range, inside the styles and links around it.
-function markupOf(range) {
-    let contents = range.cloneContents();
-    const node = range.commonAncestorContainer;
-    for (let around = node instanceof Element ? node : node.parentElement; !isBlock(around); around = around.parentElement) {
-        const copy = around.cloneNode(false);
-        copy.append(contents);
-        contents = copy;
-    }
-    const holder = document.createElement('div');
-    holder.append(contents);
-    return holder.innerHTML;
-}
-
-// Cutting copies and deletes here, as the engine's own leaves no-break spaces behind.
-document.addEventListener('cut', (event) => {
-    const range = currentRange();
-    if (!range || range.collapsed)
-        return;
-    event.preventDefault();
-    event.clipboardData.setData('text/html', markupOf(range));
-    event.clipboardData.setData('text/plain', getSelection().toString());
-    deleteSelection();
-    showLastBlank();
-}, true);
-
 document.addEventListener('beforeinput', (event) => {
     if (event.inputType !== 'insertFromDrop' && event.inputType !== 'insertFromPaste')
         return;
@@ -67,9 +41,15 @@ function insertTransferred(transfer) {
         return;
     const html = transfer.getData('text/html');
     const inPre = closestAt(getSelection().anchorNode, 'pre, textarea');
-    const fragment = html && !inPre ? cleanedFragment(html)
-        : plainFragment(transfer.getData('text/plain'), Boolean(inPre));
-    insertFragment(fragment);
+    const own = !inPre && ownFragment(transfer);
+    if (own) {
+        deleteSelection(); // The ids in it are free then.
+        makeIdsUnique(own);
+        if (insertItems(own))
+            return;
+    }
+    insertFragment(own || (html && !inPre ? cleanedFragment(html)
+        : plainFragment(transfer.getData('text/plain'), Boolean(inPre))));
 }
 
 // The clipboard's markup as clean nodes. Parsed as a separate document, so nothing in it is run or fetched.
@@ -159,6 +139,7 @@ function insertFragment(fragment) {
         return;
     deleteSelection();
     settleBlank();
+    unnest(fragment);
     if (blockOf(currentRange().startContainer).matches(headBlocks))
         makeInline(fragment);
     const last = fragment.lastChild;
@@ -173,6 +154,13 @@ function insertFragment(fragment) {
     else
         setCaret(last.parentNode, Array.prototype.indexOf.call(last.parentNode.childNodes, last) + 1);
     reveal(last instanceof Element ? last : last.parentElement);
+}
+
+// Links don't stand in links nor forms in forms: the inner one would end the outer when the page is read again.
+function unnest(fragment) {
+    for (const name of ['a', 'button', 'form'].filter((each) => closestAt(currentRange().startContainer, each)))
+        for (const element of fragment.querySelectorAll(name))
+            element.replaceWith(...element.childNodes);
 }
 
 // Blocks become lines.

@@ -42,6 +42,7 @@ private:
             {"Left", {Qt::Key_Left, {}}},
             {"Right", {Qt::Key_Right, {}}},
             {"All", {Qt::Key_A, Qt::ControlModifier}},
+            {"Copy", {Qt::Key_C, Qt::ControlModifier}},
             {"Paste", {Qt::Key_V, Qt::ControlModifier}},
             {"PastePlain", {Qt::Key_V, Qt::ControlModifier | Qt::ShiftModifier}},
             {"Cut", {Qt::Key_X, Qt::ControlModifier}},
@@ -364,6 +365,59 @@ private slots:
         press("<Paste>");
         QTRY_COMPARE(bodyAfter(), "<p>a  b</p><p>c<b>one</b></p>");
         QCOMPARE(QGuiApplication::clipboard()->text(), "one");
+    }
+
+    void ownMarkup_isKept_data()
+    {
+        columns("target");
+        row("everything",
+            "<p>[a <i class=\"icon\" onclick=\"x()\"></i> "
+            "<img src=\"x.png\" class=\"c\" srcset=\"y.png 2x\" loading=\"lazy\"> b]</p><p>c</p>",
+            "c",
+            "<p>a <i class=\"icon\" onclick=\"x()\"></i> <img src=\"x.png\" class=\"c\" srcset=\"y.png 2x\" "
+            "loading=\"lazy\"> b</p><p>ca <i class=\"icon\" onclick=\"x()\"></i> <img src=\"x.png\" class=\"c\" "
+            "srcset=\"y.png 2x\" loading=\"lazy\"> b</p>");
+        row("ids",
+            "<div>[<p id=\"a\">x</p><form class=\"f\"><label for=\"b\">y</label><input id=\"b\"><a "
+            "href=\"#a\">z</a></form>]</div><div>c</div>",
+            "c",
+            "<div><p id=\"a\">x</p><form class=\"f\"><label for=\"b\">y</label><input id=\"b\"><a "
+            "href=\"#a\">z</a></form></div><div><p>c</p><p id=\"a-2\">x</p><form class=\"f\"><label "
+            "for=\"b-2\">y</label><input id=\"b-2\"><a href=\"#a-2\">z</a></form></div>");
+        row("items", "<ul class=\"l\">[<li id=\"i\">a</li><li>b</li>]</ul><ul><li>c</li></ul>", "c",
+            "<ul class=\"l\"><li id=\"i\">a</li><li>b</li></ul><ul><li>c</li><li id=\"i-2\">a</li><li>b</li></ul>");
+        row("a link in a link", "<p><a href=\"x\">a[<b class=\"k\">b</b>]</a></p><p><a href=\"y\">c</a></p>",
+            "c",
+            "<p><a href=\"x\">a<b class=\"k\">b</b></a></p><p><a href=\"y\">c<b class=\"k\">b</b></a></p>");
+    }
+    void ownMarkup_isKept()
+    {
+        QFETCH(QByteArray, before);
+        QFETCH(QByteArray, target);
+        QFETCH(QByteArray, after);
+        QVERIFY(web->showMarked(before));
+        QGuiApplication::clipboard()->clear();
+        press("<Copy>");
+        QTRY_VERIFY(!QGuiApplication::clipboard()->text().isEmpty());
+        web->select(QString::fromUtf8(target), WebFixture::Caret::End);
+        press("<Paste>");
+        QTRY_COMPARE(bodyAfter(), QString::fromUtf8(after));
+    }
+
+    void linksFromAnotherPage_leadToTheSameFiles()
+    {
+        QVERIFY(web->showBody("<p>x</p>"));
+        const auto rebased = [this](const char* address) {
+            return web->answer(
+                QStringLiteral("rebasedAddress('%1', new URL('sub/q.html', document.baseURI).href)")
+                    .arg(QLatin1String(address)));
+        };
+        QCOMPARE(rebased("a b.png?c#d"), "sub/a%20b.png?c#d");
+        QCOMPARE(rebased("../x/y.html"), "x/y.html");
+        QCOMPARE(rebased("../../z"), "../z");
+        QCOMPARE(rebased("#here"), "sub/q.html#here");
+        for (const char* const kept : {"/root.css", "https://example.org/", "mailto:a@b", "<?php e() ?>", ""})
+            QCOMPARE(rebased(kept), kept);
     }
 
     void clicks_changeNothing()
