@@ -38,7 +38,8 @@ std::shared_ptr<const LinksUpdate> updateOf(const MoveReport& report, std::share
                 return links->updated(source, oldFile, newFile);
             };
     }
-    return report.isMove ? std::make_shared<const LinksUpdate>(std::move(update)) : nullptr;
+    const bool hasChanged = report.isMove || !update.files.empty();
+    return hasChanged ? std::make_shared<const LinksUpdate>(std::move(update)) : nullptr;
 }
 
 } // namespace

@@ -201,10 +201,10 @@ Result<void> PageStore::updateLinks(const LinksUpdate& update)
         return {};
     if (m_stack.isClean() && changedOnDisk())
         return load(QObject::tr("Update Links"));
-    if (update.updated) {
-        if (auto changed = changeLinks(update.updated, oldPlace); !changed)
-            return changed;
-    }
+    if (!update.updated)
+        return {};
+    if (auto changed = changeLinks(update.updated, oldPlace); !changed)
+        return changed;
     if (isWritten && written->oldHash == m_file.knownHash() && m_file.adopt(written->newHash))
         m_stack.resetClean();
     return {};
