@@ -104,7 +104,9 @@ QVariantMap LUMAAppDelegate::initialValues()
     return {{Preferences::sitesArrayData, archiveSites({})},
             {Preferences::siteTemplate, siteTemplate()},
             {Preferences::excludedFolders, QStringLiteral("folder1, folder2")},
-            {Preferences::fragmentsAreChecked, true}};
+            {Preferences::fragmentsAreChecked, true},
+            {Preferences::asksBeforeManyPages, true},
+            {Preferences::mostPagesUnasked, 10}};
 }
 
 void LUMAAppDelegate::endStrayWatchers(const CommandRunner& shell)

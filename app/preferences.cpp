@@ -10,6 +10,8 @@
 #include <fcntl.h>
 #include <sys/stat.h>
 
+#include <algorithm>
+
 namespace luma {
 
 namespace {
@@ -54,6 +56,8 @@ ReportChoices Preferences::reportChoices() const
     ReportChoices choices;
     choices.excludedFolders = excludedFolderNames();
     choices.linkRules = value(linksByLetter).toBool() ? LinkRules::Letter : LinkRules::Browser;
+    if (value(asksBeforeManyPages).toBool())
+        choices.askAbove = std::max(value(mostPagesUnasked).toInt(), 1);
     choices.webRules.extensionsMayBeLeftOut = value(extensionsMayBeLeftOut).toBool();
     choices.webRules.fragmentsAreChecked = value(fragmentsAreChecked).toBool();
     std::vector<std::string> names;

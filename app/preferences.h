@@ -25,6 +25,8 @@ public:
     static constexpr QLatin1StringView indexPages{"IndexPages"}; // empty: the usual names
     static constexpr QLatin1StringView extensionsMayBeLeftOut{"ExtensionsMayBeLeftOut"};
     static constexpr QLatin1StringView fragmentsAreChecked{"FragmentsAreChecked"};
+    static constexpr QLatin1StringView asksBeforeManyPages{"AskBeforeManyPages"};
+    static constexpr QLatin1StringView mostPagesUnasked{"MostPagesUnasked"};
 
     /// Before anything is written, `file` gets mode 0600; a new folder for it gets mode 0700.
     explicit Preferences(const QString& file, QVariantMap initialValues = {});

@@ -38,15 +38,20 @@ void PreferencesDialog::showLinks()
     m_ui->extensionsMayBeLeftOut->setChecked(
         m_preferences.value(Preferences::extensionsMayBeLeftOut).toBool());
     m_ui->fragmentsAreChecked->setChecked(m_preferences.value(Preferences::fragmentsAreChecked).toBool());
+    m_ui->asksBeforeManyPages->setChecked(m_preferences.value(Preferences::asksBeforeManyPages).toBool());
+    m_ui->mostPagesUnasked->setValue(m_preferences.value(Preferences::mostPagesUnasked).toInt());
     const auto enableForBrowser = [this] {
         const bool asBrowser = m_ui->linkRules->currentIndex() == 0;
         for (QWidget* widget :
              {static_cast<QWidget*>(m_ui->indexPages), static_cast<QWidget*>(m_ui->indexPagesLabel),
               static_cast<QWidget*>(m_ui->extensionsMayBeLeftOut),
-              static_cast<QWidget*>(m_ui->fragmentsAreChecked)})
+              static_cast<QWidget*>(m_ui->fragmentsAreChecked),
+              static_cast<QWidget*>(m_ui->asksBeforeManyPages)})
             widget->setEnabled(asBrowser);
+        m_ui->mostPagesUnasked->setEnabled(asBrowser && m_ui->asksBeforeManyPages->isChecked());
     };
     connect(m_ui->linkRules, &QComboBox::currentIndexChanged, this, enableForBrowser);
+    connect(m_ui->asksBeforeManyPages, &QCheckBox::toggled, this, enableForBrowser);
     enableForBrowser();
 }
 
@@ -56,6 +61,8 @@ void PreferencesDialog::storeLinks()
     m_preferences.setValue(Preferences::indexPages, m_ui->indexPages->text());
     m_preferences.setValue(Preferences::extensionsMayBeLeftOut, m_ui->extensionsMayBeLeftOut->isChecked());
     m_preferences.setValue(Preferences::fragmentsAreChecked, m_ui->fragmentsAreChecked->isChecked());
+    m_preferences.setValue(Preferences::asksBeforeManyPages, m_ui->asksBeforeManyPages->isChecked());
+    m_preferences.setValue(Preferences::mostPagesUnasked, m_ui->mostPagesUnasked->value());
 }
 
 void PreferencesDialog::accept()

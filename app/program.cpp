@@ -124,6 +124,7 @@ void Program::openSite(const SiteList::Record& siteDict)
 {
     HaldenDoc::Services services = HaldenDoc::standardServices();
     services.reportChoices = [this] { return m_preferences.reportChoices(); };
+    services.stopAsking = [this] { m_preferences.setValue(Preferences::asksBeforeManyPages, false); };
     services.moveNotices = m_moveNotices;
     auto* const window = new HaldenDoc(siteDict, std::move(services));
     window->restoreLayoutState(m_preferences.value(siteLayoutKey).toByteArray());

@@ -39,7 +39,7 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
       m_fileJobs(new FileJobs(m_widget)),
       m_connection(new PaneConnection(std::move(mounter), this)),
       m_linkJobs(new LinkJobs(host.progress(), this)),
-      m_moveJobs(new MoveJobs(host.progress(), host.moveNotices(), this)),
+      m_moveJobs(new MoveJobs(host.progress(), host.moveNotices(), m_widget)),
       m_reportPanel(new LinkReportPanel(m_widget)),
       unlinkedItemsPanel(new UnlinkedItemsPanel(m_widget))
 {
@@ -118,6 +118,13 @@ void BrowserController::connectLinks()
     const auto reveal = [this](const std::filesystem::path& file) { browser().reveal(file); };
     connect(m_linkJobs, &LinkJobs::fileActivated, this, reveal);
     connect(m_moveJobs, &MoveJobs::fileActivated, this, reveal);
+    connect(m_moveJobs, &MoveJobs::askingStopped, this, [this] { parentDoc.stopAsking(); });
+    connect(&parentDoc.moveNotices(), &MoveNotices::itemMoved, this,
+            [this](const MovedItem& item, const std::filesystem::path& site) {
+                const bool isRename = item.from.parent_path() == item.to.parent_path();
+                if (isRename && site == m_mountPath)
+                    refreshLater({item.to});
+            });
     connect(m_reportPanel, &LinkReportPanel::fileActivated, this, reveal);
     connect(m_reportPanel, &LinkReportPanel::restartRequested, this, &BrowserController::startReport);
     connect(m_reportPanel, &LinkReportPanel::pageActivated, this,

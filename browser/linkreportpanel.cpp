@@ -2,6 +2,7 @@
 #include "browser/linkreportpanel.h"
 
 #include "base/files.h"
+#include "browser/countedtext.h"
 #include "browser/displaytext.h"
 #include "browser/linkjobs.h"
 #include "browser/panehost.h"
@@ -13,7 +14,6 @@
 #include <QElapsedTimer>
 #include <QFile>
 #include <QFileDialog>
-#include <QLocale>
 #include <QMessageBox>
 
 #include <algorithm>
@@ -30,11 +30,6 @@ using Kind = LinkReportRun::Kind;
 constexpr int firstShowInterval = 40;
 constexpr int filterDelay = 150;
 constexpr int refreshDelay = 300;
-
-QString counted(std::size_t number, const QString& one, const QString& many)
-{
-    return QLocale().toString(number) + QLatin1Char(' ') + (number == 1 ? one : many);
-}
 
 } // namespace
 

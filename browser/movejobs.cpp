@@ -8,9 +8,14 @@
 #include "browser/joblog.h"
 #include "browser/movenotices.h"
 #include "browser/panehost.h"
+#include "browser/planpreview.h"
 #include "links/sitemoves.h"
 
+#include <QApplication>
+
 #include <algorithm>
+#include <memory>
+#include <optional>
 
 namespace luma {
 
@@ -53,41 +58,52 @@ void tellOfLinks(const Notices& notices, const std::shared_ptr<const LinksUpdate
         onMain(notices, [&](MoveNotices& all) { emit all.linksUpdated(update); });
 }
 
-/// One job that moves, renames or copies as a browser reads links, or takes such a one back. Background thread.
-class MoveRun final
+/// One job that moves, renames or copies as a browser reads links, or takes such a one back. Background thread, but for the
+/// user's answer.
+class MoveRun final : public std::enable_shared_from_this<MoveRun>
 {
 public:
-    MoveRun(fs::path site, Notices notices, std::shared_ptr<JobLog> log, StillWanted stillWanted)
-        : m_site(std::move(site)),
-          m_notices(std::move(notices)),
-          m_log(std::move(log)),
-          m_stillWanted(std::move(stillWanted))
-    {}
+    struct Context
+    {
+        fs::path site;
+        QPointer<MoveJobs> jobs;
+        Notices notices;
+        std::shared_ptr<JobLog> log;
+        StillWanted stillWanted;
+        std::function<void()> done;
+    };
 
-    void move(const MoveRequest& request);
+    explicit MoveRun(Context context) : m(std::move(context)) {}
+
+    /// Plans the move, and carries it out at once or, where more than `askAbove` pages change, after the user has looked at the
+    /// plan. Where only links change, the user always looks at it.
+    void move(const MoveRequest& request, std::optional<int> askAbove);
     void undo(const WebRules& rules);
 
 private:
     [[nodiscard]] Result<SiteMoves> open(MoveOperation operation) const;
-    Result<MoveReport> moved(const MoveRequest& request) const;
-    void takeRenameBack(const MoveRequest& request) const;
+    void fail(const Error& error, const MoveRequest& request) const;
+    void ask(LinkPlan plan, std::optional<int> askAbove);
+    void answer(bool isAccepted);
+    void carryOut();
+    [[nodiscard]] bool takeRenameBack(const MoveRequest& request) const;
     void show(const MoveReport& report) const;
 
-    fs::path m_site;
-    Notices m_notices;
-    std::shared_ptr<JobLog> m_log;
-    StillWanted m_stillWanted;
+    Context m;
+    std::optional<SiteMoves>
+        m_moves; // open while the user looks at the plan, so that no other job changes the site
+    std::shared_ptr<const LinkPlan> m_plan;
 };
 
 Result<SiteMoves> MoveRun::open(MoveOperation operation) const
 {
     MoveRunner::Callbacks callbacks;
     callbacks.fileOperation = fileOperations(operation);
-    callbacks.itemMoved = [notices = m_notices, site = m_site](const MovedItem& item) {
+    callbacks.itemMoved = [notices = m.notices, site = m.site](const MovedItem& item) {
         tellOfMove(notices, item, site);
     };
-    callbacks.stillWanted = m_stillWanted;
-    auto moves = SiteMoves::open(m_site, std::move(callbacks));
+    callbacks.stillWanted = m.stillWanted;
+    auto moves = SiteMoves::open(m.site, std::move(callbacks));
     if (moves) {
         for (const MoveReport& report : moves->recovered())
             show(report);
@@ -95,79 +111,126 @@ Result<SiteMoves> MoveRun::open(MoveOperation operation) const
     return moves;
 }
 
-void MoveRun::move(const MoveRequest& request)
-{
-    const auto report = moved(request);
-    if (report) {
-        for (const MovedItem& item : report->items)
-            m_log->addText("Updating links to: " + item.from.filename().native() + "\n\n");
-        show(*report);
-    } else {
-        m_log->addText(report.error().isStopped() ? std::string(stoppedAtOnce) : report.error().text);
-        takeRenameBack(request);
-    }
-}
-
-Result<MoveReport> MoveRun::moved(const MoveRequest& request) const
+void MoveRun::move(const MoveRequest& request, std::optional<int> askAbove)
 {
     auto moves = open(request.operation);
-    if (!moves)
-        return moves.error();
-    const auto plan = planMove(request, m_stillWanted);
-    if (!plan)
-        return plan.error();
-    for (const MoveProblem& problem : plan->problems)
-        addProblem(*m_log, problem);
-    return moves->carryOut(*plan);
+    if (!moves) {
+        fail(moves.error(), request);
+        return;
+    }
+    auto plan = planMove(request, m.stillWanted);
+    if (!plan) {
+        fail(plan.error(), request);
+        return;
+    }
+    m_moves = *std::move(moves);
+    const bool isMany = askAbove && plan->pages.size() > static_cast<std::size_t>(*askAbove);
+    const bool isOfLinks = request.changesLinksOnly;
+    if (isOfLinks && !plan->problems.empty() && plan->request.items.empty()) {
+        fail(Error{plan->problems.front().text}, request);
+    } else if ((isMany || isOfLinks) && takeRenameBack(plan->request)) {
+        plan->request.isRenamedAlready = false;
+        ask(*std::move(plan), isOfLinks ? std::nullopt : askAbove);
+    } else {
+        m_plan = std::make_shared<const LinkPlan>(*std::move(plan));
+        carryOut();
+    }
 }
 
-// The columns had renamed the item, which gets its old name again.
-void MoveRun::takeRenameBack(const MoveRequest& request) const
+void MoveRun::fail(const Error& error, const MoveRequest& request) const
+{
+    m.log->addText(error.isStopped() ? std::string(stoppedAtOnce) : error.text);
+    (void)takeRenameBack(request);
+    m.done();
+}
+
+// Whatever happens while the user looks at the plan, a renamed item has its old name.
+void MoveRun::ask(LinkPlan plan, std::optional<int> askAbove)
+{
+    m_plan = std::make_shared<const LinkPlan>(std::move(plan));
+    const auto answered = [self = shared_from_this()](bool isAccepted) {
+        start(std::make_shared<WorkItem>(),
+              [self, isAccepted](const WorkItem&) { self->answer(isAccepted); });
+    };
+    onMain(m.jobs, [&](MoveJobs& jobs) { jobs.showPlan(m_plan, askAbove, answered); });
+}
+
+void MoveRun::answer(bool isAccepted)
+{
+    if (isAccepted) {
+        carryOut();
+        return;
+    }
+    m_moves.reset();
+    m.log->addText("Cancelled; everything is as it was before.");
+    m.done();
+}
+
+void MoveRun::carryOut()
+{
+    for (const MoveProblem& problem : m_plan->problems)
+        addProblem(*m.log, problem);
+    const MoveReport report = m_moves->carryOut(*m_plan);
+    m_moves.reset();
+    for (const MovedItem& item : report.items)
+        m.log->addText("Updating links to: " + item.from.filename().native() + "\n\n");
+    show(report);
+    m.done();
+}
+
+// The columns had renamed the item, which gets its old name again. False if it can't.
+bool MoveRun::takeRenameBack(const MoveRequest& request) const
 {
     if (!request.isRenamedAlready)
-        return;
+        return true;
+    bool isBack = true;
     for (const MovedItem& item : request.items) {
-        if (const auto back = moveItem(item.to, item.from); !back)
-            m_log->addLine(back.error().text);
-        else
-            tellOfMove(m_notices, {item.to, item.from}, m_site);
+        if (const auto back = moveItem(item.to, item.from); !back) {
+            m.log->addLine(back.error().text);
+            isBack = false;
+        } else {
+            tellOfMove(m.notices, {item.to, item.from}, m.site);
+        }
     }
-    tellOfLinks(m_notices, std::make_shared<const LinksUpdate>(LinksUpdate{request.items, {}, {}}));
+    tellOfLinks(m.notices, std::make_shared<const LinksUpdate>(LinksUpdate{request.items, {}, {}}));
+    return isBack;
 }
 
 void MoveRun::undo(const WebRules& rules)
 {
     auto moves = open(MoveOperation::Move);
     if (!moves) {
-        m_log->addLine(moves.error().text);
+        m.log->addLine(moves.error().text);
+        m.done();
         return;
     }
     const MoveReport report = moves->undo(rules);
     if (report.isDone)
-        m_log->addText("Took back: " + report.title + "\n\n");
+        m.log->addText("Took back: " + report.title + "\n\n");
     show(report);
+    m.done();
 }
 
 /// Shows what a job did, and passes it on to what is open.
 void MoveRun::show(const MoveReport& report) const
 {
     for (const fs::path& page : report.rewritten) {
-        const fs::path subpath = page.lexically_relative(m_site);
-        m_log->addLine(subpath.native(), page);
+        const fs::path subpath = page.lexically_relative(m.site);
+        m.log->addLine(subpath.native(), page);
     }
     for (const MoveProblem& problem : report.problems)
-        addProblem(*m_log, problem);
+        addProblem(*m.log, problem);
     if (report.isDone || report.problems.empty())
-        m_log->addText(report.isStopped ? "\nStopped; everything is as it was before." : "\nDone");
+        m.log->addText(report.isStopped ? "\nStopped; everything is as it was before." : "\nDone");
     else
-        m_log->addText("\nEverything is as it was before.");
-    tellOfLinks(m_notices, report.links);
+        m.log->addText("\nEverything is as it was before.");
+    tellOfLinks(m.notices, report.links);
 }
 
 } // namespace
 
-MoveJobs::MoveJobs(ProgressReporter& reporter, MoveNotices& notices, QObject* parent)
-    : PanelJobs(Kind::Update, reporter, parent), m_notices(&notices)
+MoveJobs::MoveJobs(ProgressReporter& reporter, MoveNotices& notices, QWidget* pane)
+    : PanelJobs(Kind::Update, reporter, pane), m_notices(&notices), m_pane(pane)
 {}
 
 void MoveJobs::acceptDrop(const fs::path& site, const Drop& drop, const std::vector<fs::path>& siteFolders,
@@ -191,7 +254,7 @@ void MoveJobs::acceptDrop(const fs::path& site, const Drop& drop, const std::vec
     if (const auto root = std::find_if(siteFolders.begin(), siteFolders.end(), holdsAll);
         root != siteFolders.end() && !holdsAll(site))
         request.sourceRoot = *root;
-    beginMove(request);
+    beginMove(request, choices.askAbove);
 }
 
 void MoveJobs::updateAfterRename(const fs::path& site, const fs::path& oldPath, const fs::path& newPath,
@@ -203,23 +266,41 @@ void MoveJobs::updateAfterRename(const fs::path& site, const fs::path& oldPath, 
             [oldPath, newPath](LinkUpdatingMove& move) { return move.updateAfterRename(oldPath, newPath); },
             MoveOperation::Move);
     else
-        beginMove({site, {}, MoveOperation::Move, {{oldPath, newPath}}, choices.webRules, true});
+        beginMove({site, {}, MoveOperation::Move, {{oldPath, newPath}}, choices.webRules, true},
+                  choices.askAbove);
 }
 
-void MoveJobs::beginMove(const MoveRequest& request)
+void MoveJobs::beginMove(const MoveRequest& request, std::optional<int> askAbove)
 {
-    begin(updateStatus,
-          [notices = m_notices, request](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log) {
-              MoveRun(request.site, notices, log, wantedAs(item)).move(request);
-          });
+    beginLong(updateStatus,
+              [jobs = QPointer(this), notices = m_notices, request,
+               askAbove](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log, const Done& done) {
+                  const MoveRun::Context context{request.site, jobs, notices, log, wantedAs(item), done};
+                  std::make_shared<MoveRun>(context)->move(request, askAbove);
+              });
 }
 
 void MoveJobs::undoMove(const fs::path& site, const ReportChoices& choices)
 {
-    begin(updateStatus, [notices = m_notices, site, rules = choices.webRules](
-                            const WorkItemPointer& item, const std::shared_ptr<JobLog>& log) {
-        MoveRun(site, notices, log, wantedAs(item)).undo(rules);
-    });
+    beginLong(updateStatus,
+              [jobs = QPointer(this), notices = m_notices, site, rules = choices.webRules](
+                  const WorkItemPointer& item, const std::shared_ptr<JobLog>& log, const Done& done) {
+                  const MoveRun::Context context{site, jobs, notices, log, wantedAs(item), done};
+                  std::make_shared<MoveRun>(context)->undo(rules);
+              });
+}
+
+void MoveJobs::showPlan(const std::shared_ptr<const LinkPlan>& plan, std::optional<int> askAbove,
+                        const Answered& answered)
+{
+    QWidget* const sheet = QApplication::activeModalWidget();
+    QWidget* const window = m_pane->window();
+    const bool isOnSheet = sheet && sheet->parentWidget() == window;
+    auto* const preview = new PlanPreview(plan, askAbove, isOnSheet ? sheet : window);
+    connect(preview, &PlanPreview::askingStopped, this, &MoveJobs::askingStopped);
+    connect(preview, &QDialog::finished, this,
+            [answered](int result) { answered(result == QDialog::Accepted); });
+    preview->open();
 }
 
 void MoveJobs::beginUpdate(const fs::path& site, std::function<MoveOutcome(LinkUpdatingMove&)> update,

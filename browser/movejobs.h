@@ -7,24 +7,30 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <vector>
+
+class QWidget;
 
 namespace luma {
 
 class MoveNotices;
+struct LinkPlan;
 struct MoveRequest;
 struct ReportChoices;
 
 /// The jobs of a pane that move, rename or copy items of its site and update the links, and take that back. As a browser reads
 /// links, a job that is stopped or fails is taken back. What is open elsewhere hears of it through the notices, even if the
-/// pane is gone by then. Main thread only.
+/// pane is gone by then. Where a plan changes more pages than the user wants changed unasked, it is shown first; until it is
+/// accepted, everything is as it was. Main thread only.
 class MoveJobs final : public PanelJobs
 {
     Q_OBJECT
 
 public:
     /// While the window closes, `reporter` and `notices` may be destroyed first.
-    MoveJobs(ProgressReporter& reporter, MoveNotices& notices, QObject* parent);
+    MoveJobs(ProgressReporter& reporter, MoveNotices& notices, QWidget* pane);
 
     /// Moves or copies the dropped items and updates the links of `site`. As a browser reads links, an item that comes from
     /// another one of `siteFolders` keeps its relations.
@@ -36,12 +42,23 @@ public:
     /// Takes the last job in `site` back that moved, renamed or copied as a browser reads links.
     void undoMove(const std::filesystem::path& site, const ReportChoices& choices);
 
+    using Answered = std::function<void(bool isAccepted)>;
+    /// Called by a job that has made a plan. With `askAbove`, the user can choose not to be asked. `answered` is dropped if the
+    /// window closes first.
+    void showPlan(const std::shared_ptr<const LinkPlan>& plan, std::optional<int> askAbove,
+                  const Answered& answered);
+
+signals:
+    /// The user doesn't want to be asked before many pages change.
+    void askingStopped();
+
 private:
     QPointer<MoveNotices> m_notices;
+    QWidget* m_pane;
 
     void beginUpdate(const std::filesystem::path& site,
                      std::function<MoveOutcome(LinkUpdatingMove& move)> update, MoveOperation operation);
-    void beginMove(const MoveRequest& request);
+    void beginMove(const MoveRequest& request, std::optional<int> askAbove);
 };
 
 } // namespace luma

@@ -7,6 +7,7 @@
 #include <QString>
 
 #include <filesystem>
+#include <optional>
 #include <vector>
 
 namespace luma {
@@ -49,6 +50,8 @@ struct ReportChoices
     WebRules webRules = {};       // for LinkRules::Browser
     QString excludedFolders = {}; // that the report on unlinked items skips, names separated by commas
     std::vector<std::string> keptItems = {}; // that it leaves out, too: subpaths, bytes
+    /// A move that changes links on more pages is shown before it is carried out; nothing for never.
+    std::optional<int> askAbove = std::nullopt;
 };
 
 /// What a pane needs of its window. Main thread only; outlives its panes.
@@ -65,6 +68,8 @@ public:
     [[nodiscard]] virtual ReportChoices reportChoices() const = 0;
     /// Stores ReportChoices::keptItems with the site.
     virtual void setKeptItems(const std::vector<std::string>& items) = 0;
+    /// The user doesn't want to be asked as ReportChoices::askAbove says.
+    virtual void stopAsking() = 0;
     /// The folders of all connected panes. What one of them has at a place stands for what another has there.
     [[nodiscard]] virtual std::vector<std::filesystem::path> siteFolders() const = 0;
 

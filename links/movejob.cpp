@@ -106,14 +106,19 @@ PageRewrite readPage(JournalReader& reader)
     return page;
 }
 
+MoveJob::Kind kindOf(const MoveRequest& request)
+{
+    if (request.changesLinksOnly)
+        return MoveJob::Kind::Links;
+    return request.operation == MoveOperation::Copy ? MoveJob::Kind::Copy : MoveJob::Kind::Move;
+}
+
 } // namespace
 
 MoveJob jobOf(const LinkPlan& plan)
 {
     MoveJob job;
-    job.kind = plan.request.changesLinksOnly                   ? MoveJob::Kind::Links
-               : plan.request.operation == MoveOperation::Copy ? MoveJob::Kind::Copy
-                                                               : MoveJob::Kind::Move;
+    job.kind = kindOf(plan.request);
     job.tag = newTag();
     job.items = plan.request.items;
     job.pages = plan.pages;
@@ -146,6 +151,14 @@ MoveJob inverseOf(const MoveJob& job)
         inverse.pages.push_back(inverseOf(page));
     inverse.restoresTimes = !job.restoresTimes;
     return inverse;
+}
+
+std::string titleOf(const LinkPlan& plan)
+{
+    MoveJob job;
+    job.kind = kindOf(plan.request);
+    job.items = plan.request.items;
+    return titleOf(job);
 }
 
 std::string titleOf(const MoveJob& job)

@@ -50,6 +50,7 @@ MoveJob inverseOf(const MoveJob& job);
 
 /// What the job does, for the user: "Move x.html to b", "Rename x.html to y.html", "Copy 3 items to b".
 std::string titleOf(const MoveJob& job);
+std::string titleOf(const LinkPlan& plan);
 
 /// The name of the job's temporary file number `index`.
 std::string temporaryName(const MoveJob& job, std::size_t index);

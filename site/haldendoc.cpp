@@ -75,6 +75,7 @@ HaldenDoc::Services HaldenDoc::standardServices()
             .runProgram = &luma::runProgram,
             .mounter = GvfsMounter::shared(),
             .reportChoices = {},
+            .stopAsking = {},
             .moveNotices = {}};
 }
 
@@ -83,6 +84,7 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
       m_ui(std::make_unique<Ui::HaldenDoc>()),
       m_record(std::move(siteDict)),
       m_reportChoices(std::move(services.reportChoices)),
+      m_stopAsking(std::move(services.stopAsking)),
       m_moveNotices(services.moveNotices ? std::move(services.moveNotices) : std::make_shared<MoveNotices>()),
       m_remoteLogin(m_record->destinationDict(), std::move(services.remoteLogin)),
       m_engine(*m_record, services.runProgram, [this] { return sides(); })
@@ -314,6 +316,12 @@ ReportChoices HaldenDoc::reportChoices() const
 void HaldenDoc::setKeptItems(const std::vector<std::string>& items)
 {
     m_record->setKeptItems(items);
+}
+
+void HaldenDoc::stopAsking()
+{
+    if (m_stopAsking)
+        m_stopAsking();
 }
 
 std::vector<std::filesystem::path> HaldenDoc::siteFolders() const

@@ -41,6 +41,8 @@ public:
         std::shared_ptr<VolumeMounter> mounter;
         /// All but the site's web addresses and kept items, which are in its record; may be null.
         std::function<ReportChoices()> reportChoices = {};
+        /// The user doesn't want to be asked before a move changes many pages; may be null.
+        std::function<void()> stopAsking = {};
         /// Null where nobody outside the window is to hear of moves.
         std::shared_ptr<MoveNotices> moveNotices = {};
     };
@@ -69,6 +71,7 @@ public:
     MoveNotices& moveNotices() override { return *m_moveNotices; }
     [[nodiscard]] ReportChoices reportChoices() const override;
     void setKeptItems(const std::vector<std::string>& items) override;
+    void stopAsking() override;
     [[nodiscard]] std::vector<std::filesystem::path> siteFolders() const override;
 
     void setUpRsync();
@@ -92,6 +95,7 @@ private:
     BrowserController* m_source = nullptr;
     BrowserController* m_destination = nullptr;
     std::function<ReportChoices()> m_reportChoices;
+    std::function<void()> m_stopAsking;
     std::shared_ptr<MoveNotices> m_moveNotices;
     RemoteLogin m_remoteLogin;
     SyncEngine m_engine;

@@ -76,6 +76,7 @@ public:
     MoveNotices& moveNotices() override { return notices; }
     ReportChoices reportChoices() const override { return choices; }
     void setKeptItems(const std::vector<std::string>& items) override { choices.keptItems = items; }
+    void stopAsking() override { choices.askAbove.reset(); }
     std::vector<std::filesystem::path> siteFolders() const override { return {}; }
 
     Site folder{{{"index.html", ""},

@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "browser/planpreview.h"
+
+#include "browser/countedtext.h"
+#include "browser/displaytext.h"
+#include "browser/linkplanmodel.h"
+#include "links/movejob.h"
+
+#include "ui_PlanPreview.h"
+
+#include <QHeaderView>
+
+#include <algorithm>
+
+namespace luma {
+
+namespace {
+
+QString acceptText(const LinkPlan& plan)
+{
+    const std::vector<MovedItem>& items = plan.request.items;
+    if (plan.request.changesLinksOnly || items.empty())
+        return PlanPreview::tr("&Change Links");
+    if (plan.request.operation == MoveOperation::Copy)
+        return PlanPreview::tr("&Copy");
+    const bool isRename = items.front().from.parent_path() == items.front().to.parent_path();
+    return isRename ? PlanPreview::tr("&Rename") : PlanPreview::tr("&Move");
+}
+
+} // namespace
+
+PlanPreview::PlanPreview(std::shared_ptr<const LinkPlan> plan, std::optional<int> askAbove, QWidget* parent)
+    : QDialog(parent), m_ui(std::make_unique<Ui::PlanPreview>()), m_plan(std::move(plan))
+{
+    m_ui->setupUi(this);
+    setWindowModality(Qt::WindowModal);
+    setAttribute(Qt::WA_DeleteOnClose);
+    m_ui->planTitle->setText(displayText(titleOf(*m_plan)));
+    m_ui->planNote->setText(countsText());
+    m_ui->planAsks->setVisible(askAbove.has_value());
+    const auto most = static_cast<std::size_t>(askAbove.value_or(0));
+    m_ui->planAsks->setText(
+        tr("&Ask before changing more than %1").arg(counted(most, tr("page"), tr("pages"))));
+    m_ui->planAcceptButton->setText(acceptText(*m_plan));
+    const bool isMove = !m_plan->request.changesLinksOnly && !m_plan->request.items.empty();
+    m_ui->planAcceptButton->setEnabled(isMove || !m_plan->pages.empty());
+    setUpTable();
+    connect(m_ui->planAcceptButton, &QPushButton::clicked, this, &QDialog::accept);
+    connect(m_ui->planCancelButton, &QPushButton::clicked, this, &QDialog::reject);
+    connect(this, &QDialog::accepted, this, [this] {
+        if (!m_ui->planAsks->isChecked())
+            emit askingStopped();
+    });
+}
+
+PlanPreview::~PlanPreview() = default;
+
+void PlanPreview::setUpTable()
+{
+    QTreeView& table = *m_ui->planTable;
+    table.setModel(new LinkPlanModel(m_plan, this));
+    QHeaderView& header = *table.header();
+    header.setSectionsMovable(false);
+    header.setSortIndicatorClearable(true);
+    header.setSortIndicator(-1, Qt::AscendingOrder);
+    header.setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    table.setSortingEnabled(true);
+    const int letter = fontMetrics().averageCharWidth();
+    table.setColumnWidth(LinkPlanModel::Page, letter * 34);
+    table.setColumnWidth(LinkPlanModel::Line, letter * 9);
+    table.setColumnWidth(LinkPlanModel::OldLink, letter * 38);
+    table.setFocus();
+}
+
+QString PlanPreview::countsText() const
+{
+    const auto stay = static_cast<std::size_t>(
+        std::count_if(m_plan->problems.begin(), m_plan->problems.end(), [](const MoveProblem& problem) {
+            return problem.kind == MoveProblem::Kind::NotRewritten;
+        }));
+    QString text = tr("%1 on %2 will change.")
+                       .arg(counted(m_plan->linkCount(), tr("link"), tr("links")),
+                            counted(m_plan->pages.size(), tr("page"), tr("pages")));
+    if (stay > 0)
+        text += u' ' + tr("%1 can't be changed.").arg(counted(stay, tr("page"), tr("pages")));
+    return text + u' ' + tr("Edit > Undo Move takes it back.");
+}
+
+} // namespace luma

@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "links/linkplan.h"
+
+#include <QDialog>
+
+#include <memory>
+#include <optional>
+
+namespace Ui {
+class PlanPreview;
+}
+
+namespace luma {
+
+/// Shows a plan before it is carried out, as a sheet: a table of the links that change, with the button that carries it out
+/// and Cancel. Main thread only.
+class PlanPreview final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    /// `askAbove`: the number of pages above which the user wants to be asked, for the tick; without it there is no tick.
+    PlanPreview(std::shared_ptr<const LinkPlan> plan, std::optional<int> askAbove, QWidget* parent);
+    ~PlanPreview() override;
+
+signals:
+    /// The user has accepted and doesn't want to be asked any more.
+    void askingStopped();
+
+private:
+    std::unique_ptr<Ui::PlanPreview> m_ui;
+    std::shared_ptr<const LinkPlan> m_plan;
+
+    void setUpTable();
+    [[nodiscard]] QString countsText() const;
+};
+
+} // namespace luma

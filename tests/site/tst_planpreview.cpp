@@ -1,0 +1,119 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "browser/linkplanmodel.h"
+#include "browser/movenotices.h"
+#include "tests/site/sitewindow.h"
+#include "tests/support/registry.h"
+#include "tests/support/screenshot.h"
+
+#include <QAbstractItemModelTester>
+#include <QAction>
+#include <QCheckBox>
+#include <QDialog>
+#include <QFileDialog>
+#include <QTreeView>
+
+namespace fs = std::filesystem;
+using namespace luma;
+using luma::test::SiteWindow;
+using luma::test::TwoFolders;
+
+/// Plans that the user looks at in the site's window before they are carried out.
+class tst_planpreview final : public QObject
+{
+    Q_OBJECT
+
+private:
+    std::optional<TwoFolders> folders;
+    std::optional<SiteWindow> site;
+    std::optional<int> askAbove;
+
+    void rename(const char* name, const char* newName) const
+    {
+        FileSystemModel& model = site->source().browser().model();
+        QVERIFY(model.setData(SiteWindow::item(site->source(), 0, name), newName, Qt::EditRole));
+    }
+
+    [[nodiscard]] QDialog* preview() const { return site->window->findChild<QDialog*>("planPreview"); }
+
+    [[nodiscard]] QStringList rows() const
+    {
+        const QAbstractItemModel& model = *preview()->findChild<QTreeView*>("planTable")->model();
+        QStringList rows;
+        for (int row = 0; row < model.rowCount(); ++row) {
+            QStringList cells;
+            for (int column = 0; column < model.columnCount(); ++column)
+                cells.append(model.index(row, column).data().toString());
+            rows.append(cells.join('|'));
+        }
+        return rows;
+    }
+
+private slots:
+    void init()
+    {
+        folders.emplace();
+        folders->put("sending/index.html",
+                     "<a href=x.html>x</a>\n<a href=x.html#t>t</a><a href=gone.html>g</a>");
+        folders->put("sending/a.html", "<img src=/x.html><a href=gone.html>");
+        folders->put("sending/x.html", "");
+        folders->put("receiving/o.html", "");
+        askAbove = 1;
+        site.emplace(
+            std::make_shared<SiteRecord>(
+                QVariantMap{{"sourceDict", SiteWindow::localFolder(folders->sending())},
+                            {"destinationDict", SiteWindow::localFolder(folders->receiving())}}),
+            HaldenDoc::Services{.remoteLogin = {},
+                                .runProgram = {},
+                                .mounter = std::make_shared<test::UnavailableMounter>(),
+                                .reportChoices = [this] { return ReportChoices{.askAbove = askAbove}; },
+                                .stopAsking = [this] { askAbove.reset(); }});
+        QTRY_VERIFY(site->isConnected());
+    }
+    void cleanup()
+    {
+        site.reset();
+        folders.reset();
+    }
+
+    void rename_isShownFirst_andCancelledOrCarriedOut()
+    {
+        const test::Files before = folders->contents();
+        rename("x.html", "y.html");
+        QTRY_VERIFY(preview());
+        const QAbstractItemModelTester tester(preview()->findChild<QTreeView*>("planTable")->model());
+        QCOMPARE(rows(), (QStringList{"a.html|1|/x.html|/y.html", "index.html|1|x.html|y.html",
+                                      "index.html|2|x.html#t|y.html#t"}));
+        preview()->findChild<QTreeView*>("planTable")->sortByColumn(LinkPlanModel::Line, Qt::DescendingOrder);
+        QCOMPARE(rows().constFirst(), "index.html|2|x.html#t|y.html#t");
+        test::saveScreenshots(*preview(), "plan-preview");
+        QVERIFY2(folders->contents() == before, "nothing changes before the user has agreed");
+        preview()->reject();
+        QTRY_VERIFY(site->isDone());
+        QCOMPARE(folders->contents(), before);
+        QTRY_VERIFY(SiteWindow::item(site->source(), 0, "x.html").isValid());
+        site->find<QDialog>("progressPanel").accept();
+
+        rename("x.html", "y.html");
+        QTRY_VERIFY(preview());
+        preview()->findChild<QCheckBox*>("planAsks")->setChecked(false);
+        preview()->accept();
+        QTRY_VERIFY(site->isDone());
+        QCOMPARE(folders->bytesOf("sending/a.html"), "<img src=/y.html><a href=gone.html>");
+        QVERIFY(!askAbove);
+        site->find<QDialog>("progressPanel").accept();
+        site->find<QAction>("undoMoveAction").trigger();
+        QTRY_COMPARE(folders->contents(), before);
+    }
+
+    void windowClosedMeanwhile_leavesEverything()
+    {
+        const test::Files before = folders->contents();
+        rename("x.html", "y.html");
+        QTRY_VERIFY(preview());
+        site.reset();
+        QCOMPARE(folders->contents(), before);
+    }
+};
+
+LUMA_TEST(tst_planpreview)
+#include "tst_planpreview.moc"
