@@ -125,6 +125,11 @@ void BrowserController::connectLinks()
                 if (isRename && site == m_mountPath)
                     refreshLater({item.to});
             });
+    connect(m_reportPanel, &LinkReportPanel::replacementRequested, this,
+            [this](const std::filesystem::path& target, const std::filesystem::path& file) {
+                if (rootNode())
+                    m_moveJobs->replaceLinks(m_mountPath, target, file, parentDoc.reportChoices());
+            });
     connect(m_reportPanel, &LinkReportPanel::fileActivated, this, reveal);
     connect(m_reportPanel, &LinkReportPanel::restartRequested, this, &BrowserController::startReport);
     connect(m_reportPanel, &LinkReportPanel::pageActivated, this,

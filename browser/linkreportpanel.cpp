@@ -2,6 +2,7 @@
 #include "browser/linkreportpanel.h"
 
 #include "base/files.h"
+#include "base/pathtext.h"
 #include "browser/countedtext.h"
 #include "browser/displaytext.h"
 #include "browser/linkjobs.h"
@@ -17,6 +18,7 @@
 #include <QMessageBox>
 
 #include <algorithm>
+#include <system_error>
 
 namespace luma {
 
@@ -30,6 +32,15 @@ using Kind = LinkReportRun::Kind;
 constexpr int firstShowInterval = 40;
 constexpr int filterDelay = 150;
 constexpr int refreshDelay = 300;
+
+// Itself or the first one above it that is there.
+fs::path nearestFolder(fs::path path)
+{
+    std::error_code error;
+    while (!fs::is_directory(path, error) && path.has_relative_path())
+        path = path.parent_path();
+    return path;
+}
 
 } // namespace
 
@@ -91,6 +102,8 @@ void LinkReportPanel::setUpView()
     m_ui->linkReportView->setContextMenuPolicy(Qt::ActionsContextMenu);
     addAction("linkReportOpenAction", tr("&Open Page"), {}, &LinkReportPanel::openPage);
     addAction("linkReportShowAction", tr("Show in &Pane"), {}, &LinkReportPanel::showInPane);
+    addAction("linkReportReplaceAction", tr("&Replace Everywhere..."), Qt::CTRL | Qt::Key_R,
+              &LinkReportPanel::replaceEverywhere);
     addAction("linkReportCopyAction", tr("&Copy"), QKeySequence::Copy, &LinkReportPanel::copyText);
     addAction("linkReportCopyCsvAction", tr("Copy as CS&V"), Qt::CTRL | Qt::SHIFT | Qt::Key_C,
               &LinkReportPanel::copyCsv);
@@ -124,6 +137,9 @@ void LinkReportPanel::connectControls()
     connect(m_ui->linkReportRestartButton, &QPushButton::clicked, this, &LinkReportPanel::restart);
     connect(m_ui->linkReportSaveButton, &QPushButton::clicked, this, &LinkReportPanel::saveAs);
     connect(m_ui->linkReportCloseButton, &QPushButton::clicked, this, &LinkReportPanel::reject);
+    connect(m_ui->linkReportReplaceButton, &QPushButton::clicked, this, &LinkReportPanel::replaceEverywhere);
+    connect(m_ui->linkReportView->selectionModel(), &QItemSelectionModel::currentChanged, this,
+            &LinkReportPanel::updateReplaceAction);
     connect(m_ui->linkReportView, &LinkReportView::findingActivated, this, &LinkReportPanel::activate);
     connect(m_ui->linkReportTabs, &QTabWidget::currentChanged, this, &LinkReportPanel::showLog);
     connect(m_ui->linkReportGrouping, &QComboBox::currentIndexChanged, this, [this](int index) {
@@ -274,6 +290,43 @@ void LinkReportPanel::showInPane()
         emit fileActivated(m_request.site / findings.front().page->path);
 }
 
+/// The link of the current row, or of its group, if all links to its target are broken; else null.
+const WebLink* LinkReportPanel::replaceableLink() const
+{
+    const QModelIndex current = m_ui->linkReportView->currentIndex();
+    if (m_model->isGroup(current) && m_model->grouping() != LinkReportModel::Grouping::ByTarget)
+        return nullptr;
+    const auto findings = m_model->findings({current});
+    const WebLink* const link = findings.empty() ? nullptr : findings.front().link;
+    return link && !link->target.empty() && link->why != MissingReason::NoSuchPlace ? link : nullptr;
+}
+
+void LinkReportPanel::updateReplaceAction()
+{
+    const bool isPossible = replaceableLink() != nullptr;
+    m_ui->linkReportReplaceButton->setEnabled(isPossible);
+    findChild<QAction*>(QStringLiteral("linkReportReplaceAction"))->setEnabled(isPossible);
+}
+
+/// Asks for the file that the links are to lead to.
+void LinkReportPanel::replaceEverywhere()
+{
+    const WebLink* const link = replaceableLink();
+    if (!link)
+        return;
+    const fs::path target = m_request.site / link->target;
+    auto* const dialog =
+        new QFileDialog(this, tr("New target of all links to %1").arg(displayText(link->target)),
+                        textOf(nearestFolder(target)));
+    dialog->setObjectName(QStringLiteral("replaceTargetDialog"));
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setFileMode(QFileDialog::ExistingFile);
+    dialog->setLabelText(QFileDialog::Accept, tr("Choose"));
+    connect(dialog, &QFileDialog::fileSelected, this,
+            [this, target](const QString& file) { emit replacementRequested(target, pathOf(file)); });
+    dialog->open();
+}
+
 void LinkReportPanel::copyText()
 {
     m_ui->linkReportView->copyText();
@@ -338,6 +391,8 @@ void LinkReportPanel::updateControls()
     m_ui->linkReportRestartButton->setEnabled(!isRunning);
     const bool hasRows = m_model->shownCount() > 0;
     m_ui->linkReportSaveButton->setEnabled(hasRows);
+    m_ui->linkReportReplaceButton->setVisible(m_request.kind == Kind::MissingLinks);
+    updateReplaceAction();
     m_ui->linkReportStack->setCurrentWidget(hasRows ? static_cast<QWidget*>(m_ui->linkReportView)
                                                     : m_ui->linkReportPlaceholder);
     m_ui->linkReportPlaceholder->setText(placeholderText());

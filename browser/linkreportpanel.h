@@ -44,6 +44,8 @@ signals:
     void pageActivated(const std::filesystem::path& page, unsigned line, unsigned column);
     /// The user wants to see this file in the pane.
     void fileActivated(const std::filesystem::path& file);
+    /// All links of the site that lead to `target`, where nothing is, are to lead to `file`.
+    void replacementRequested(const std::filesystem::path& target, const std::filesystem::path& file);
     /// The user asked for the report again.
     void restartRequested(luma::LinkReportRun::Kind kind, const std::filesystem::path& item);
 
@@ -76,6 +78,9 @@ private:
     void activate(const LinkReportModel::Finding& finding);
     void openPage();
     void showInPane();
+    [[nodiscard]] const WebLink* replaceableLink() const;
+    void replaceEverywhere();
+    void updateReplaceAction();
     void copyText();
     void copyCsv();
     void saveAs();

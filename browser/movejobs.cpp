@@ -270,6 +270,14 @@ void MoveJobs::updateAfterRename(const fs::path& site, const fs::path& oldPath, 
                   choices.askAbove);
 }
 
+void MoveJobs::replaceLinks(const fs::path& site, const fs::path& target, const fs::path& file,
+                            const ReportChoices& choices)
+{
+    MoveRequest request{site, {}, MoveOperation::Move, {{target, file}}, choices.webRules};
+    request.changesLinksOnly = true;
+    beginMove(request, {});
+}
+
 void MoveJobs::beginMove(const MoveRequest& request, std::optional<int> askAbove)
 {
     beginLong(updateStatus,

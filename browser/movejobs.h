@@ -41,6 +41,9 @@ public:
                            const std::filesystem::path& newPath, const ReportChoices& choices);
     /// Takes the last job in `site` back that moved, renamed or copied as a browser reads links.
     void undoMove(const std::filesystem::path& site, const ReportChoices& choices);
+    /// Shows a plan by which all links of `site` that lead to `target`, where nothing need be, lead to `file`.
+    void replaceLinks(const std::filesystem::path& site, const std::filesystem::path& target,
+                      const std::filesystem::path& file, const ReportChoices& choices);
 
     using Answered = std::function<void(bool isAccepted)>;
     /// Called by a job that has made a plan. With `askAbove`, the user can choose not to be asked. `answered` is dropped if the

@@ -55,7 +55,7 @@ private slots:
         folders->put("sending/index.html",
                      "<a href=x.html>x</a>\n<a href=x.html#t>t</a><a href=gone.html>g</a>");
         folders->put("sending/a.html", "<img src=/x.html><a href=gone.html>");
-        folders->put("sending/x.html", "");
+        folders->put("sending/x.html", "<p id=t>");
         folders->put("receiving/o.html", "");
         askAbove = 1;
         site.emplace(
@@ -112,6 +112,32 @@ private slots:
         QTRY_VERIFY(preview());
         site.reset();
         QCOMPARE(folders->contents(), before);
+    }
+
+    void missingTarget_isReplacedEverywhere()
+    {
+        const test::Files before = folders->contents();
+        site->source().startFindMissingLinks();
+        auto& view = site->find<QTreeView>("linkReportView");
+        QTRY_COMPARE(view.model()->rowCount(), 2);
+        view.setCurrentIndex(view.model()->index(0, 0));
+        QTRY_VERIFY(site->isEnabled("linkReportReplaceButton"));
+        test::saveScreenshots(site->find<QDialog>("linkReportPanel"), "missing-replace");
+        site->click("linkReportReplaceButton");
+        auto* const files = site->window->findChild<QFileDialog*>("replaceTargetDialog");
+        QVERIFY(files);
+        emit files->fileSelected(QString::fromStdString((folders->sending() / "x.html").native()));
+        files->reject();
+        QTRY_VERIFY(preview());
+        QCOMPARE(rows(), (QStringList{"a.html|1|gone.html|x.html", "index.html|2|gone.html|x.html"}));
+        QVERIFY(!preview()->findChild<QCheckBox*>("planAsks")->isVisible());
+        preview()->accept();
+        QTRY_COMPARE(folders->bytesOf("sending/a.html"), "<img src=/x.html><a href=x.html>");
+        QTRY_COMPARE(view.model()->rowCount(), 0);
+        QTRY_VERIFY(site->isDone());
+        site->find<QDialog>("progressPanel").accept();
+        site->find<QAction>("undoMoveAction").trigger();
+        QTRY_COMPARE(folders->contents(), before);
     }
 };
 
