@@ -101,11 +101,10 @@ void Browser::setEmptyText(const QString& text)
 
 void Browser::rebuild()
 {
-    m_clicked = QModelIndex();
-    m_clickedColumn = -1;
     m_emptyLabel->setVisible(!m_model.rootNode());
     if (m_model.rootNode())
         openColumn({});
+    emit currentChanged();
 }
 
 QModelIndex Browser::parentForItemsInColumn(int column) const
@@ -114,23 +113,29 @@ QModelIndex Browser::parentForItemsInColumn(int column) const
                                                  : QModelIndex();
 }
 
-int Browser::clickedColumn() const
-{
-    return m_clickedColumn < columnCount() ? m_clickedColumn : -1;
-}
-
 QModelIndexList Browser::selectedItems() const
 {
-    if (m_usedColumn >= 0 && m_usedColumn < columnCount()) {
-        QModelIndexList rows = m_columns[static_cast<std::size_t>(m_usedColumn)]->selectedRows();
-        if (!rows.isEmpty())
-            return rows;
-    }
-    for (auto column = m_columns.rbegin(); column != m_columns.rend(); ++column) {
-        if (QModelIndexList rows = (*column)->selectedRows(); !rows.isEmpty())
-            return rows;
-    }
-    return {};
+    return m_currentColumn < 0 ? QModelIndexList()
+                               : m_columns[static_cast<std::size_t>(m_currentColumn)]->selectedRows();
+}
+
+QModelIndex Browser::currentItem() const
+{
+    const QModelIndexList rows = selectedItems();
+    if (rows.isEmpty())
+        return {};
+    const QModelIndex current = m_columns[static_cast<std::size_t>(m_currentColumn)]->list().currentIndex();
+    return rows.contains(current) ? current : rows.first();
+}
+
+QModelIndex Browser::itemBesideSelection() const
+{
+    const QModelIndexList rows = selectedItems();
+    if (rows.isEmpty())
+        return {};
+    const auto [first, last] = std::minmax_element(rows.begin(), rows.end());
+    const QModelIndex next = last->siblingAtRow(last->row() + 1);
+    return next.isValid() ? next : first->siblingAtRow(first->row() - 1);
 }
 
 void Browser::openColumn(const QModelIndex& folder)
@@ -138,15 +143,16 @@ void Browser::openColumn(const QModelIndex& folder)
     hidePreview();
     m_model.bringUpToDate(folder);
     const int number = columnCount();
-    const bool hadFocus = number > 0;
     auto* column = new BrowserColumn(m_model, m_dropTarget, folder, number, m_content);
     column->setFixedWidth(number < m_widths.size() ? m_widths[number] : usualWidth);
     m_columns.push_back(column);
     static_cast<QHBoxLayout*>(m_content->layout())->insertWidget(number, column);
     connectColumn(*column, number);
     column->show();
-    if (hadFocus)
+    if (number > 0)
         scrollToEnd();
+    else
+        setCurrentColumn(0);
 }
 
 void Browser::connectColumn(BrowserColumn& column, int number)
@@ -156,8 +162,6 @@ void Browser::connectColumn(BrowserColumn& column, int number)
     list.viewport()->installEventFilter(this);
     connect(list.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             [=, this] { selectionChanged(number); });
-    connect(&list, &QListView::clicked, this,
-            [=, this](const QModelIndex& item) { noteClick(number, item); });
     connect(&list, &QListView::doubleClicked, this, &Browser::doubleClicked);
     connect(&list, &BrowserListView::dragStarted, this, [=, this] { m_draggedColumn = number; });
     connect(&list, &BrowserListView::dropped, this, &Browser::dropped);
@@ -184,6 +188,8 @@ void Browser::closeColumnsFrom(int number)
         if (focused && !m_columns.empty())
             m_columns.back()->list().setFocus();
     }
+    if (m_currentColumn >= columnCount())
+        setCurrentColumn(columnCount() - 1);
 }
 
 /// Closed before the rows are removed: a view that loses its folder would show the root instead.
@@ -214,17 +220,33 @@ void Browser::selectionChanged(int number)
         else if (item.isValid())
             showPreview(item);
     }
-    if (item.isValid())
-        noteClick(number, item);
+    // Clearing the selection right of the current column leads here, too.
+    if (!rows.isEmpty())
+        makeCurrent(number);
+    emit currentChanged();
 }
 
-void Browser::noteClick(int column, const QModelIndex& item)
+/// The focus moves along where another column has it.
+void Browser::makeCurrent(int column)
 {
-    m_clickedColumn = column;
-    m_usedColumn = column;
-    m_clicked = item;
-    if (item.isValid())
-        emit clicked(item);
+    const bool isOther = column != m_currentColumn;
+    setCurrentColumn(column);
+    if (column + 1 < columnCount())
+        m_columns[static_cast<std::size_t>(column) + 1]->list().selectionModel()->clear();
+    BrowserListView& list = m_columns[static_cast<std::size_t>(column)]->list();
+    QWidget* const focused = QApplication::focusWidget();
+    if (m_content->isAncestorOf(focused) && focused != &list && !list.isAncestorOf(focused))
+        list.setFocus();
+    if (isOther)
+        emit currentChanged();
+}
+
+void Browser::setCurrentColumn(int column)
+{
+    m_currentColumn = column;
+    for (int number = 0; number < columnCount(); ++number)
+        m_columns[static_cast<std::size_t>(number)]->list().setFocusPolicy(number == column ? Qt::StrongFocus
+                                                                                            : Qt::ClickFocus);
 }
 
 void Browser::showPreview(const QModelIndex& leaf)
@@ -255,11 +277,15 @@ bool Browser::reveal(const std::filesystem::path& item)
 {
     if (!m_model.rootNode())
         return false;
-    if (m_selection.reach(item))
-        return true;
     // The item may be newer than the last listing.
-    refresh();
-    return m_selection.reach(item);
+    if (!m_selection.reach(item) && (refresh(), !m_selection.reach(item)))
+        return false;
+    for (int number = 0; number < m_currentColumn; ++number) {
+        const QModelIndexList rows = m_columns[static_cast<std::size_t>(number)]->selectedRows();
+        if (rows.size() == 1 && m_model.node(rows.first())->url() == item)
+            makeCurrent(number);
+    }
+    return true;
 }
 
 void Browser::refresh()
@@ -345,23 +371,20 @@ bool Browser::eventFilter(QObject* watched, QEvent* event)
         askForMenu(column, *static_cast<QContextMenuEvent*>(event));
         return true;
     }
-    if (event->type() == QEvent::FocusIn)
-        m_usedColumn = column;
-    if (event->type() == QEvent::MouseButtonPress) {
-        m_usedColumn = column;
-        m_clickedColumn = column;
-        m_clicked = QModelIndex();
-    }
+    if (event->type() == QEvent::FocusIn || event->type() == QEvent::MouseButtonPress)
+        makeCurrent(column);
     return QScrollArea::eventFilter(watched, event);
 }
 
 void Browser::askForMenu(int column, const QContextMenuEvent& event)
 {
-    const BrowserListView& list = m_columns[static_cast<std::size_t>(column)]->list();
+    BrowserListView& list = m_columns[static_cast<std::size_t>(column)]->list();
     const bool byKey = event.reason() == QContextMenuEvent::Keyboard;
     const QModelIndex item =
         byKey ? list.currentIndex() : list.indexAt(list.viewport()->mapFromGlobal(event.globalPos()));
-    noteClick(column, item);
+    makeCurrent(column);
+    if (item.isValid() && !list.selectionModel()->isSelected(item))
+        list.setCurrentIndex(item);
     emit contextMenuRequested(item, byKey ? list.viewport()->mapToGlobal(list.visualRect(item).bottomLeft())
                                           : event.globalPos());
 }
@@ -397,24 +420,19 @@ void Browser::moveLeft(int column)
 {
     if (column == 0)
         return;
-    BrowserListView& left = m_columns[static_cast<std::size_t>(column) - 1]->list();
-    left.setFocus();
-    m_columns[static_cast<std::size_t>(column)]->list().selectionModel()->clear();
-    noteClick(column - 1, left.currentIndex());
-    ensureWidgetVisible(left.parentWidget(), 0, 0);
+    makeCurrent(column - 1);
+    ensureWidgetVisible(m_columns[static_cast<std::size_t>(column) - 1], 0, 0);
 }
 
 void Browser::moveRight(int column)
 {
     if (column + 1 >= columnCount())
         return;
-    m_usedColumn = column + 1;
-    BrowserListView& right = m_columns[static_cast<std::size_t>(column) + 1]->list();
-    right.setFocus();
-    if (right.selectionModel()->hasSelection())
-        noteClick(column + 1, right.currentIndex());
-    else if (m_model.rowCount(right.rootIndex()) > 0)
-        right.setCurrentIndex(m_model.index(0, 0, right.rootIndex()));
+    makeCurrent(column + 1);
+    const BrowserListView& right = m_columns[static_cast<std::size_t>(column) + 1]->list();
+    if (m_model.rowCount(right.rootIndex()) > 0)
+        right.selectionModel()->setCurrentIndex(m_model.index(0, 0, right.rootIndex()),
+                                                QItemSelectionModel::ClearAndSelect);
 }
 
 } // namespace luma

@@ -5,7 +5,6 @@
 #include "browser/droptarget.h"
 #include "browser/filesystemmodel.h"
 
-#include <QPersistentModelIndex>
 #include <QScrollArea>
 
 #include <functional>
@@ -21,9 +20,10 @@ class IconPreviewController;
 
 /// The column browser: one column of rows for each folder on the way to the selected item, and after the last
 /// one the preview of a selected leaf. A single selected folder opens as the next column, so neighbouring
-/// columns always agree. Columns keep their scroll position and the widths that the user gave them.
-/// Control+Delete and Control+Backspace request deletion; every other key beeps and is then handled as usual.
-/// Main thread only.
+/// columns always agree. The current column is the one with the focus, or the one used last; nothing is selected
+/// to its right, and it alone is a stop for Tab. Columns keep their scroll position and the widths that the user
+/// gave them. Control+Delete and Control+Backspace request deletion; every other key beeps and is then handled as
+/// usual. Main thread only.
 class Browser final : public QScrollArea
 {
     Q_OBJECT
@@ -63,12 +63,15 @@ public:
 
     [[nodiscard]] int columnCount() const { return static_cast<int>(m_columns.size()); }
     [[nodiscard]] QModelIndex parentForItemsInColumn(int column) const;
-    /// The item last clicked, or reached with the keyboard; invalid if it is gone.
-    [[nodiscard]] QModelIndex clickedItem() const { return m_clicked; }
-    /// The column last clicked, on a row or below the rows; -1 for none.
-    [[nodiscard]] int clickedColumn() const;
-    /// The selected rows of the column used last; if it has none, of the last column that has any.
+    /// -1 without a column.
+    [[nodiscard]] int currentColumn() const { return m_currentColumn; }
+    /// The selected row of the current column that was reached last; invalid if none is selected there.
+    [[nodiscard]] QModelIndex currentItem() const;
+    /// The selected rows of the current column.
     [[nodiscard]] QModelIndexList selectedItems() const;
+    /// The row of the current column to go on with when the selected ones are gone: the one after them, or else the
+    /// one before; invalid if there is no other.
+    [[nodiscard]] QModelIndex itemBesideSelection() const;
     [[nodiscard]] int draggedColumnIndex() const { return m_draggedColumn; }
 
     /// The widths that the user gave the columns, in pixels, from the first column on.
@@ -77,7 +80,8 @@ public:
     void setColumnWidths(const QList<int>& widths);
 
 signals:
-    void clicked(const QModelIndex& item);
+    /// The current column or its selection has changed.
+    void currentChanged();
     void doubleClicked(const QModelIndex& item);
     /// Deletion of the selected items.
     void deleteRequested();
@@ -97,9 +101,7 @@ private:
     QWidget* m_content = nullptr;
     QLabel* m_emptyLabel = nullptr;
     IconPreviewController* m_preview = nullptr;
-    QPersistentModelIndex m_clicked;
-    int m_clickedColumn = -1;
-    int m_usedColumn = -1; // clicked or focused last
+    int m_currentColumn = -1;
     int m_draggedColumn = -1;
     bool m_changing = false;
     QList<int> m_widths;
@@ -115,7 +117,8 @@ private:
     void showPreview(const QModelIndex& leaf);
     void hidePreview();
     void selectionChanged(int number);
-    void noteClick(int column, const QModelIndex& item);
+    void makeCurrent(int column);
+    void setCurrentColumn(int column);
     void askForMenu(int column, const QContextMenuEvent& event);
     bool handleKey(int column, const QKeyEvent& event);
     void moveLeft(int column);

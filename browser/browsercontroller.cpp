@@ -45,6 +45,8 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
 {
     m_ui->setupUi(m_widget);
     m_ui->label->setText(caption);
+    m_reportPanel->setSide(caption);
+    unlinkedItemsPanel->setWindowTitle(tr("Unlinked items in %1").arg(caption));
     m_ui->configureButton->setIcon(icons::symbol(QStringLiteral("settings")));
     connect(m_watcher, &FolderWatcher::changed, this, &BrowserController::folderChanged);
     connectSheet();
@@ -52,6 +54,7 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     connectMenu();
     connect(m_fileJobs, &FileJobs::runningChanged, this, &BrowserController::showBusy);
     connect(m_fileJobs, &FileJobs::changed, this, &BrowserController::refreshLater);
+    connect(m_fileJobs, &FileJobs::deleted, this, &BrowserController::goOnAfterDeletion);
     connectLinks();
     connectConnection();
     setRootNode(nullptr);
@@ -82,7 +85,7 @@ void BrowserController::connectSheet()
 
 void BrowserController::connectBrowser()
 {
-    connect(&browser(), &Browser::clicked, this, &BrowserController::doBrowserClick);
+    connect(&browser(), &Browser::currentChanged, this, &BrowserController::doBrowserClick);
     connect(&browser(), &Browser::doubleClicked, this, &BrowserController::openItem);
     connect(&browser(), &Browser::deleteRequested, this, &BrowserController::deleteSelectedItems);
     connect(&browser(), &Browser::contextMenuRequested, this,
@@ -96,8 +99,7 @@ void BrowserController::connectBrowser()
             [this](const std::filesystem::path& oldPath, const std::filesystem::path& newPath) {
                 emit parentDoc.moveNotices().itemMoved({oldPath, newPath}, m_mountPath);
                 browser().updateTexts();
-                if (const QModelIndex item = browser().clickedItem(); item.isValid())
-                    doBrowserClick(item);
+                doBrowserClick();
                 m_moveJobs->updateAfterRename(m_mountPath, oldPath, newPath, parentDoc.reportChoices());
                 refreshLater({newPath});
             });
@@ -109,7 +111,7 @@ void BrowserController::connectMenu()
     connect(contextualMenu, &PaneMenu::newFolderRequested, this, &BrowserController::newFolder);
     connect(contextualMenu, &PaneMenu::duplicateRequested, this, &BrowserController::duplicateItem);
     connect(contextualMenu, &PaneMenu::renameRequested, this, &BrowserController::renameItem);
-    connect(contextualMenu, &PaneMenu::deleteRequested, this, &BrowserController::deleteItem);
+    connect(contextualMenu, &PaneMenu::deleteRequested, this, &BrowserController::deleteSelectedItems);
     connect(contextualMenu, &PaneMenu::reloadRequested, this, &BrowserController::reload);
 }
 
@@ -296,16 +298,18 @@ std::filesystem::path BrowserController::pathOf(const QModelIndex& item) const
     return browser().model().node(item)->url();
 }
 
-void BrowserController::doBrowserClick(const QModelIndex& item)
+void BrowserController::doBrowserClick()
 {
-    const std::string path = pathOf(item).native();
-    m_ui->fullPathToSelectedItem->setText(tr("Relative Path: ") +
-                                          displayText(pathBelow(path, m_mountPath.native()).value_or("")));
+    const QModelIndex item = browser().currentItem();
+    const QString path =
+        item.isValid() ? displayText(pathBelow(pathOf(item).native(), m_mountPath.native()).value_or(""))
+                       : QString();
+    m_ui->fullPathToSelectedItem->setText(path.isEmpty() ? path : tr("Relative Path: ") + path);
 }
 
 void BrowserController::openItem()
 {
-    const QModelIndex item = browser().clickedItem();
+    const QModelIndex item = browser().currentItem();
     if (item.isValid() && !browser().enter(item))
         emit openRequested(pathOf(item), m_mountPath);
 }
@@ -314,14 +318,12 @@ void BrowserController::newFolder()
 {
     if (!rootNode())
         return;
-    const int clicked = browser().clickedColumn();
-    const int column = clicked >= 0 ? clicked : browser().columnCount() - 1;
-    m_fileJobs->newFolder(pathOf(browser().parentForItemsInColumn(column)));
+    m_fileJobs->newFolder(pathOf(browser().parentForItemsInColumn(browser().currentColumn())));
 }
 
 void BrowserController::duplicateItem()
 {
-    if (const QModelIndex item = browser().clickedItem(); item.isValid())
+    if (const QModelIndex item = browser().currentItem(); item.isValid())
         m_fileJobs->duplicate(pathOf(item));
 }
 
@@ -329,16 +331,7 @@ void BrowserController::duplicateItem()
 // NOLINTNEXTLINE(readability-make-member-function-const)
 void BrowserController::renameItem()
 {
-    browser().rename(browser().clickedItem());
-}
-
-void BrowserController::deleteItem()
-{
-    const QModelIndex item = browser().clickedItem();
-    if (browser().selectedItems().contains(item))
-        deleteSelectedItems();
-    else if (item.isValid())
-        m_fileJobs->confirmDeletion({pathOf(item)});
+    browser().rename(browser().currentItem());
 }
 
 void BrowserController::deleteSelectedItems()
@@ -346,19 +339,20 @@ void BrowserController::deleteSelectedItems()
     Paths items;
     for (const QModelIndex& item : browser().selectedItems())
         items.push_back(pathOf(item));
+    const QModelIndex next = browser().itemBesideSelection();
     if (!items.empty())
-        m_fileJobs->confirmDeletion(items);
+        m_fileJobs->confirmDeletion(items, next.isValid() ? pathOf(next) : std::filesystem::path());
 }
 
 void BrowserController::showLinksFromItem()
 {
-    if (const QModelIndex item = browser().clickedItem(); item.isValid())
+    if (const QModelIndex item = browser().currentItem(); item.isValid())
         startReport(LinkReportRun::Kind::LinksFrom, pathOf(item));
 }
 
 void BrowserController::showLinksToItem()
 {
-    if (const QModelIndex item = browser().clickedItem(); item.isValid())
+    if (const QModelIndex item = browser().currentItem(); item.isValid())
         startReport(LinkReportRun::Kind::LinksTo, pathOf(item));
 }
 
@@ -417,6 +411,14 @@ void BrowserController::refreshLater(const Paths& select)
                 browser().selectInFolder(path.parent_path(), {path.filename().string()});
         },
         Qt::QueuedConnection);
+}
+
+/// Unless the user has gone on to another item meanwhile.
+void BrowserController::goOnAfterDeletion(const std::filesystem::path& next)
+{
+    browser().refresh();
+    if (!next.empty() && browser().selectedItems().isEmpty())
+        browser().selectInFolder(next.parent_path(), {next.filename().string()});
 }
 
 void BrowserController::showBusy()

@@ -65,12 +65,11 @@ public:
     void newFolder();
     void duplicateItem();
     void renameItem();
-    void deleteItem();
     void deleteSelectedItems();
     void openItem();
     /// Takes the last move, rename or copy in the pane's site back, files and links.
     void undoMove();
-    /// List the links from or to the clicked item.
+    /// List the links from or to the current item.
     void showLinksFromItem();
     void showLinksToItem();
     /// Lists all links of the site's pages and marks the missing ones.
@@ -121,8 +120,10 @@ private:
     void setConnectState(const QString& text);
     void emptyPane();
     void folderChanged();
-    void doBrowserClick(const QModelIndex& item);
+    /// Shows where the current item is.
+    void doBrowserClick();
     void refreshLater(const Paths& select);
+    void goOnAfterDeletion(const std::filesystem::path& next);
     void showBusy();
     void startReport(LinkReportRun::Kind kind, const std::filesystem::path& item);
     [[nodiscard]] std::filesystem::path pathOf(const QModelIndex& item) const;

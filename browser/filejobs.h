@@ -33,22 +33,24 @@ public:
     /// Copies an item beside itself and has the copy selected, or the item that already has its name.
     void duplicate(const std::filesystem::path& item);
     /// Asks with their names, then moves the items to the trash. Asks again before it deletes for good what can't
-    /// be moved there.
-    void confirmDeletion(const Paths& items);
+    /// be moved there. `next` is the item to go on with, or empty.
+    void confirmDeletion(const Paths& items, const std::filesystem::path& next);
 
 signals:
     /// A job has started or ended.
     void runningChanged();
     /// The disk may have changed; select these items.
     void changed(const luma::FileJobs::Paths& select);
+    /// Items were deleted.
+    void deleted(const std::filesystem::path& next);
 
 private:
     QWidget* m_pane;
     int m_running = 0;
 
-    void moveToTrash(const Paths& items);
-    void confirmRemoval(const TrashOutcome& outcome);
-    void run(std::function<bool()> job, const Paths& select);
+    void moveToTrash(const Paths& items, const std::filesystem::path& next);
+    void confirmRemoval(const TrashOutcome& outcome, const std::filesystem::path& next);
+    void run(std::function<bool()> job, std::function<void()> whenChanged);
     void setRunning(int count);
 };
 

@@ -70,6 +70,23 @@ void paintArrow(QPainter* painter, const QStyleOptionViewItem& option)
     styleOf(option).drawPrimitive(QStyle::PE_IndicatorArrowRight, &arrow, painter, option.widget);
 }
 
+/// Only the column with the focus has the accent colour. A name that is edited has the focus inside it.
+void showInactive(QStyleOptionViewItem& option)
+{
+    const QWidget* const focused = QApplication::focusWidget();
+    if (!option.widget || option.widget == focused || option.widget->isAncestorOf(focused))
+        return;
+    const QColor base = option.palette.color(QPalette::Base);
+    const QColor text = option.palette.color(QPalette::Text);
+    constexpr float share = 0.2F;
+    const auto mixed = [](float one, float other) { return one + (other - one) * share; };
+    option.state &= ~QStyle::State_Active;
+    option.palette.setColor(QPalette::Highlight, QColor::fromRgbF(mixed(base.redF(), text.redF()),
+                                                                  mixed(base.greenF(), text.greenF()),
+                                                                  mixed(base.blueF(), text.blueF())));
+    option.palette.setColor(QPalette::HighlightedText, text);
+}
+
 } // namespace
 
 QRect FileSystemBrowserCell::imageRectForBounds(const QRect& bounds)
@@ -93,6 +110,7 @@ void FileSystemBrowserCell::initStyleOption(QStyleOptionViewItem* option, const 
 {
     QStyledItemDelegate::initStyleOption(option, index);
     option->textElideMode = Qt::ElideMiddle;
+    showInactive(*option);
     option->icon = isLeaf(index) ? icons::forFileName(option->text) : icons::folder();
 }
 

@@ -178,7 +178,8 @@ void LinkReportPanel::begin(LinkReportRun::Request request, const ReportChoices&
     setWindowTitle(m_request.kind == Kind::MissingLinks ? tr("Missing links")
                    : m_request.kind == Kind::LinksFrom  ? tr("Links from %1").arg(item)
                                                         : tr("Links to %1").arg(item));
-    m_ui->linkReportTitle->setText(displayText(m_request.site.native()));
+    const QString site = displayText(m_request.site.native());
+    m_ui->linkReportTitle->setText(m_side.isEmpty() ? site : tr("in %1: %2").arg(m_side, site));
     setState(State::Running);
     m_showTimer.start(firstShowInterval);
     m_run->start(m_request);

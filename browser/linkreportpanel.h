@@ -31,6 +31,8 @@ public:
     explicit LinkReportPanel(QWidget* parent);
     ~LinkReportPanel() override;
 
+    /// The name of the pane that the reports are about.
+    void setSide(const QString& side) { m_side = side; }
     /// Empties the table and begins a report; `request.rules` are taken from `choices`. Shows the panel.
     void begin(LinkReportRun::Request request, const ReportChoices& choices);
     /// Ends the report at once; what it has found stays.
@@ -58,6 +60,7 @@ private:
     ReportLog* m_log;
     LinkJobs* m_logJobs;
     LinkReportRun::Request m_request;
+    QString m_side;
     std::unique_ptr<ReportChoices> m_choices;
     State m_state = State::Idle;
     bool m_hasLog = false;

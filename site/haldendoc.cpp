@@ -125,6 +125,9 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
         connect(pane, &BrowserController::placeRequested, this, &HaldenDoc::placeRequested);
     }
+    m_current = m_source;
+    connect(qApp, &QApplication::focusChanged, this,
+            [this](QWidget* /*old*/, QWidget* focused) { noteFocus(focused); });
 }
 
 void HaldenDoc::createToolBar()
@@ -150,7 +153,7 @@ void HaldenDoc::setIcons()
 void HaldenDoc::connectActions()
 {
     const auto onPane = [this](QAction* action, void (BrowserController::*does)()) {
-        connect(action, &QAction::triggered, this, [this, does] { (currentPane().*does)(); });
+        connect(action, &QAction::triggered, this, [this, does] { std::invoke(does, m_current); });
     };
     onPane(m_ui->openAction, &BrowserController::openItem);
     onPane(m_ui->newFolderAction, &BrowserController::newFolder);
@@ -336,18 +339,18 @@ SyncSides HaldenDoc::sides() const
     return {.rsync = m_rsync, .source = m_source->mountPath(), .destination = m_destination->mountPath()};
 }
 
-BrowserController& HaldenDoc::currentPane() const
+void HaldenDoc::noteFocus(const QWidget* focused)
 {
-    const QWidget* const focused = QApplication::focusWidget();
-    const bool inDestination = focused && m_destination->widget()->isAncestorOf(focused);
-    return inDestination ? *m_destination : *m_source;
+    for (BrowserController* pane : {m_source, m_destination}) {
+        if (pane->widget()->isAncestorOf(focused))
+            m_current = pane;
+    }
 }
 
 BrowserController& HaldenDoc::currentSitePane() const
 {
-    BrowserController& current = currentPane();
-    BrowserController& other = &current == m_source ? *m_destination : *m_source;
-    return current.rootNode() || !other.rootNode() ? current : other;
+    BrowserController& other = m_current == m_source ? *m_destination : *m_source;
+    return m_current->rootNode() || !other.rootNode() ? *m_current : other;
 }
 
 void HaldenDoc::closeEvent(QCloseEvent* event)

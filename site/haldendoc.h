@@ -94,6 +94,7 @@ private:
     std::shared_ptr<SiteRecord> m_record;
     BrowserController* m_source = nullptr;
     BrowserController* m_destination = nullptr;
+    BrowserController* m_current = nullptr; // the pane that has or had the focus
     std::function<ReportChoices()> m_reportChoices;
     std::function<void()> m_stopAsking;
     std::shared_ptr<MoveNotices> m_moveNotices;
@@ -109,6 +110,7 @@ private:
     void connectActions();
     void connectRemoteLogin();
     void setIcons();
+    void noteFocus(const QWidget* focused);
     void updateForRecord();
     void updateActions();
     void updateSetUp();
@@ -117,7 +119,6 @@ private:
     void setUpEnded(const QString& message);
     void showInPane(const std::string& path, bool isSent);
     [[nodiscard]] SyncSides sides() const;
-    [[nodiscard]] BrowserController& currentPane() const;
     /// The current pane, or the other one when that is not connected.
     [[nodiscard]] BrowserController& currentSitePane() const;
 };

@@ -119,6 +119,49 @@ private slots:
         QCOMPARE(m_beeps, 4);
     }
 
+    void focusedColumn_isTheCurrentOne()
+    {
+        show();
+        QVERIFY(QTest::qWaitForWindowActive(m_browser.get()));
+        m_browser->setPath({"css", "deep", "a.css"});
+        QCOMPARE(m_browser->currentColumn(), 2);
+        QCOMPARE(list(2).focusPolicy(), Qt::StrongFocus);
+        QCOMPARE(list(0).focusPolicy(), Qt::ClickFocus);
+        list(1).setFocus();
+        QCOMPARE(m_browser->path(), (Browser::Path{"css", "deep"}));
+        QCOMPARE(m_browser->currentItem().data(), QStringLiteral("deep"));
+        QCOMPARE(m_browser->columnCount(), 3);
+        QVERIFY(m_browser->findChild<QWidget*>(QStringLiteral("previewView"))->isHidden());
+        QVERIFY(m_browser->reveal(at("css")));
+        QVERIFY(list(0).hasFocus());
+        QCOMPARE(m_browser->columnCount(), 2);
+        click(1, "main.css");
+        click(0, "css");
+        QCOMPARE(m_browser->path(), Browser::Path{"css"});
+        // Below the rows of a column nothing is current, not the folder to its left either.
+        QTest::mouseClick(list(1).viewport(), Qt::LeftButton, {}, list(1).viewport()->rect().bottomLeft());
+        QCOMPARE(m_browser->currentColumn(), 1);
+        QVERIFY(m_browser->selectedItems().isEmpty() && !m_browser->currentItem().isValid());
+    }
+
+    void selection_isGreyWithoutTheFocus()
+    {
+        show();
+        QVERIFY(QTest::qWaitForWindowActive(m_browser.get()));
+        m_browser->setPath({"css", "deep"});
+        const auto colourBeside = [this](int column, const char* name) {
+            const QRect row =
+                list(column).visualRect(m_browser->model().childNamed(list(column).rootIndex(), name));
+            return list(column).viewport()->grab(row).toImage().pixelColor(row.width() - 30, 3);
+        };
+        list(1).setFocus();
+        QVERIFY(colourBeside(1, "deep").saturation() > 60);
+        QVERIFY(colourBeside(0, "css").saturation() < 10);
+        QVERIFY(colourBeside(0, "css") != colourBeside(0, "images"));
+        list(0).setFocus();
+        QVERIFY(colourBeside(0, "css").saturation() > 60);
+    }
+
     void deletionKeys_askWithoutABeepAndPlainDeleteOnlyBeeps()
     {
         show();

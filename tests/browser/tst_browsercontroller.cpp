@@ -184,6 +184,38 @@ private slots:
         QVERIFY(fs::exists(trash));
     }
 
+    void afterADeletion_theNextRowIsSelected()
+    {
+        PaneFixture site;
+        connectPane(site);
+        click(site, "browserList0", "css");
+        click(site, "browserList1", "main.css");
+        auto* list = site.find<QListView>("browserList1");
+        QTest::keyClick(list, Qt::Key_Delete, Qt::ControlModifier);
+        answerAlert(site, "Delete");
+        QTRY_COMPARE(selectedName(site), QStringLiteral("print.css"));
+        QTRY_VERIFY(!site.find<QMessageBox>("deleteAlert"));
+        QTest::keyClick(list, Qt::Key_Delete, Qt::ControlModifier);
+        answerAlert(site, "Delete");
+        QTRY_VERIFY(fs::is_empty(site.at("css")));
+        QTRY_COMPARE(list->model()->rowCount(list->rootIndex()), 0);
+        QTRY_VERIFY(!site.find<QMessageBox>("deleteAlert"));
+        // The same keys once more never delete the folder.
+        QTest::keyClick(list, Qt::Key_Delete, Qt::ControlModifier);
+        QVERIFY(!site.find<QMessageBox>("deleteAlert"));
+    }
+
+    void reports_nameTheirSide()
+    {
+        PaneFixture site;
+        connectPane(site);
+        site.pane->startFindMissingLinks();
+        QTRY_COMPARE(site.text("linkReportTitle"),
+                     QString::fromStdString("in Source: " + site.pane->mountPath().string()));
+        QCOMPARE(site.find<QWidget>("unlinkedItemsPanel")->windowTitle(), "Unlinked items in Source");
+        site.pane->stopFindMissingLinks();
+    }
+
     void withoutTrash_deletionAsksOnceMore()
     {
         PaneFixture site;
@@ -217,7 +249,6 @@ private slots:
                                list->visualRect(list->currentIndex()).center());
             QCOMPARE(site.pane->browser().columnCount(), 2);
             QVERIFY(site.find<QListView>("browserList1")->hasFocus());
-            list->setFocus();
         }
         QCOMPARE(site.pane->browser().path(), (Browser::Path{"letters.pages", "a.html"}));
         site.pane->browser().refresh();
@@ -231,7 +262,7 @@ private slots:
         connectPane(site);
         click(site, "browserList0", "index.html");
         auto& model = site.pane->browser().model();
-        QVERIFY(model.setData(site.pane->browser().clickedItem(), "start.html", Qt::EditRole));
+        QVERIFY(model.setData(site.pane->browser().currentItem(), "start.html", Qt::EditRole));
         QCOMPARE(site.text("fullPathToSelectedItem"), "Relative Path: start.html");
         const auto* preview = site.find<QWidget>("previewView");
         QVERIFY(preview->isVisible());

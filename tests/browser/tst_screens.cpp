@@ -73,6 +73,8 @@ private slots:
         site.pane->doConnect();
         QTRY_VERIFY(site.pane->rootNode());
         site.pane->browser().setPath({"images", "sunrise.png"});
+        QVERIFY(QTest::qWaitForWindowActive(&site.window));
+        site.find<QListView>("browserList1")->setFocus();
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         QCoreApplication::processEvents();
         test::screenshot(site.window, (std::string("pane-preview") + suffix).c_str());

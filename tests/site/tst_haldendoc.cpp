@@ -266,6 +266,19 @@ private slots:
         QCOMPARE(source.widget()->findChild<QWidget*>("browserColumn1")->width(), 150);
     }
 
+    void commands_actOnThePaneUsedLast()
+    {
+        openConnected();
+        window().activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window()));
+        SiteWindow::list(m_site->destination(), 0).setFocus();
+        m_site->find<QWidget>("uploadButton").setFocus();
+        // The panes' menus have actions of the same names.
+        window().findChild<QAction*>("newFolderAction", Qt::FindDirectChildrenOnly)->trigger();
+        QTRY_COMPARE(m_site->shownNames(), QStringList("New Folder"));
+        QVERIFY(std::filesystem::is_empty(m_folders->sending()));
+    }
+
     void tab_walksEveryStopBothWays()
     {
         m_folders->put("sending/index.html");
