@@ -49,11 +49,11 @@ void NameSearch::Group::index()
         return;
     std::sort(anchors.begin(), anchors.end(),
               [](const Anchor& a, const Anchor& b) { return a.gram < b.gram; });
-    const std::size_t slots = std::bit_ceil(anchors.size() * 2);
-    const std::size_t bitCount = std::max<std::size_t>(slots * 8, 64);
-    table.assign(slots, 0);
+    const std::size_t slotCount = std::bit_ceil(anchors.size() * 2);
+    const std::size_t bitCount = std::max<std::size_t>(slotCount * 8, 64);
+    table.assign(slotCount, 0);
     bits.assign(bitCount / 64, 0);
-    tableShift = 64U - static_cast<unsigned>(std::countr_zero(slots));
+    tableShift = 64U - static_cast<unsigned>(std::countr_zero(slotCount));
     bitShift = 64U - static_cast<unsigned>(std::countr_zero(bitCount));
     for (std::size_t i = 0; i < anchors.size(); ++i) {
         if (i > 0 && anchors[i - 1].gram == anchors[i].gram)
@@ -62,7 +62,7 @@ void NameSearch::Group::index()
         bits[(hash >> bitShift) / 64] |= std::uint64_t{1} << ((hash >> bitShift) % 64);
         std::size_t slot = hash >> tableShift;
         while (table[slot] != 0)
-            slot = (slot + 1) % slots;
+            slot = (slot + 1) % slotCount;
         table[slot] = static_cast<std::uint32_t>(i + 1);
     }
 }

@@ -2,6 +2,7 @@
 #include "tests/editor/pagewindow.h"
 
 #include "page/pagecommands.h"
+#include "tests/support/patience.h"
 #include "web/scriptcall.h"
 
 #include <QAbstractButton>

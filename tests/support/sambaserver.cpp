@@ -2,6 +2,7 @@
 #include "tests/support/sambaserver.h"
 
 #include "tests/support/loopback.h"
+#include "tests/support/patience.h"
 
 #include <QDir>
 #include <QStandardPaths>
@@ -108,7 +109,7 @@ bool SambaServer::start()
     m_process.start(program("smbd"),
                     {QStringLiteral("--configfile=") + at("smb.conf"), QStringLiteral("--foreground"),
                      QStringLiteral("--no-process-group"), QStringLiteral("--debug-stdout")});
-    return m_process.waitForStarted() && QTest::qWaitFor([this] { return answers(m_port); }, 30'000);
+    return m_process.waitForStarted() && QTest::qWaitFor([this] { return answers(m_port); }, patience);
 }
 
 void SambaServer::stop()

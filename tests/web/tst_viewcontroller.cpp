@@ -82,7 +82,7 @@ private:
         document->markup = "<html><head></head><body>" + body + "</body></html>";
         QSignalSpy shown(&page(), &EditorPage::shown);
         controller->show(ViewController::Position::Start);
-        bool done = shown.wait(30'000);
+        bool done = shown.wait(patience);
         done = done && QTest::qWaitFor([this] { return !document->told.filter("width").isEmpty(); });
         document->told.clear();
         controller->webView()->setFocus();

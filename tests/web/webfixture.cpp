@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/web/webfixture.h"
 
+#include "tests/support/patience.h"
 #include "web/scriptcall.h"
 
 #include <QSignalSpy>
@@ -24,7 +25,7 @@ bool WebFixture::show(const QByteArray& markup, const std::string& name)
     QSignalSpy shown(&view.editorPage(), &EditorPage::shown);
     view.editorPage().show(markup, SiteFolder(at(name), at("")));
     view.setFocus();
-    return shown.wait(30'000);
+    return shown.wait(patience);
 }
 
 bool WebFixture::showBody(const QByteArray& body)
@@ -100,7 +101,7 @@ void WebFixture::select(const QString& text, Caret caret)
 void WebFixture::waitForKeys(qsizetype count)
 {
     QVERIFY(QTest::qWaitFor([this, count] { return answer("window.releasedKeys").toLongLong() >= count; },
-                            30'000));
+                            patience));
 }
 
 void WebFixture::countKeys()
