@@ -9,6 +9,7 @@
 #include "desktop/windowregistry.h"
 #include "mounts/gvfsmounter.h"
 #include "shell/sshcontroller.h"
+#include "site/comparisonwindow.h"
 #include "site/progresspanel.h"
 #include "site/restorepanel.h"
 #include "site/syncpanel.h"
@@ -176,6 +177,7 @@ void HaldenDoc::connectActions()
     connect(m_ui->closeAction, &QAction::triggered, this, &QWidget::close);
     connect(m_ui->quitAction, &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     connect(m_syncPanel, &SyncPanel::showRequested, this, &HaldenDoc::showInPane);
+    connect(m_syncPanel, &SyncPanel::comparisonRequested, this, &HaldenDoc::showComparison);
     connect(&m_engine, &SyncEngine::transferred, m_source, &BrowserController::reload);
     connect(&m_engine, &SyncEngine::transferred, m_destination, &BrowserController::reload);
     connect(&m_restorePanel->engine(), &RestoreEngine::restored, m_destination, &BrowserController::reload);
@@ -290,9 +292,9 @@ void HaldenDoc::setUpEnded(const QString& message)
     checkConnectionOK();
 }
 
-void HaldenDoc::sync(Direction direction)
+void HaldenDoc::sync(Direction direction, const std::vector<std::string>& only)
 {
-    m_syncPanel->sync(direction);
+    m_syncPanel->sync(direction, only);
 }
 
 void HaldenDoc::showInPane(const std::string& path, bool isSent)
@@ -301,6 +303,17 @@ void HaldenDoc::showInPane(const std::string& path, bool isSent)
     BrowserController& pane = isInSource ? *m_source : *m_destination;
     if (pane.rootNode())
         (void)pane.browser().reveal(pane.mountPath() / path);
+}
+
+void HaldenDoc::showComparison(const std::string& path)
+{
+    const auto side = [&path](const QString& title, const BrowserController& pane) {
+        return ComparisonWindow::Side{title,
+                                      pane.rootNode() ? pane.mountPath() / path : std::filesystem::path()};
+    };
+    auto* const window = new ComparisonWindow(side(tr("Source"), *m_source),
+                                              side(tr("Destination"), *m_destination), m_syncPanel);
+    window->open();
 }
 
 ProgressReporter& HaldenDoc::progress()

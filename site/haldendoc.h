@@ -75,8 +75,9 @@ public:
     [[nodiscard]] std::vector<std::filesystem::path> siteFolders() const override;
 
     void setUpRsync();
-    /// Opens the sync panel and compares in `direction`.
-    void sync(Direction direction);
+    /// Opens the sync panel and compares in `direction`: all, or only the items with these paths below the site's
+    /// folders.
+    void sync(Direction direction, const std::vector<std::string>& only = {});
 
 signals:
     /// The user wants to open a file of the site; `mountPath` is the site's folder.
@@ -118,6 +119,7 @@ private:
     void showAdvice(const QString& text);
     void setUpEnded(const QString& message);
     void showInPane(const std::string& path, bool isSent);
+    void showComparison(const std::string& path);
     [[nodiscard]] SyncSides sides() const;
     /// The current pane, or the other one when that is not connected.
     [[nodiscard]] BrowserController& currentSitePane() const;

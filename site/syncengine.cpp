@@ -3,6 +3,7 @@
 
 #include "base/console.h"
 #include "base/mainhop.h"
+#include "base/pathbelow.h"
 #include "site/filetransfer.h"
 #include "site/rsyncjob.h"
 
@@ -101,16 +102,17 @@ void SyncEngine::setState(State state)
     emit changed();
 }
 
-void SyncEngine::compare(Direction direction, Deletions deletions)
+void SyncEngine::compare(Direction direction, Deletions deletions, const std::vector<std::string>& only)
 {
     startItem();
     if (m_state == State::Ready)
         rememberUnticked();
     // The rows of a comparison that did not end are none.
-    if (m_direction != direction)
+    if (m_direction != direction || m_only != only)
         m_rowsBefore.clear();
     else if (m_state != State::Comparing)
         m_rowsBefore = m_table.rows();
+    m_only = only;
     m_direction = direction;
     m_table.setDirection(direction);
     m_ignoredCount = 0;
@@ -169,17 +171,31 @@ void SyncEngine::endComparison(const WorkItem& item, Result<ComparisonReport> re
     if (m_counts.sent == 0 && m_message.isEmpty())
         m_message = tr("The sending side has no files; its disk or share may not be mounted.");
     m_foldersOnlyThere = std::move(result->foldersOnlyThere);
-    const QStringList names = m_record.untickedNames(m_direction);
-    const QSet<QString> unticked(names.begin(), names.end());
     m_published = std::move(result->published);
-    for (SyncRow& row : result->rows) {
-        if (!unticked.isEmpty() && row.select)
-            row.select = !unticked.contains(QString::fromStdString(nameWithoutDeleting(row.displayName)));
-    }
+    if (m_only.empty())
+        tickAsRemembered(result->rows);
+    else
+        std::erase_if(result->rows, [this](const SyncRow& row) {
+            return std::none_of(m_only.begin(), m_only.end(), [&row](const std::string& path) {
+                return isAtOrBelow(row.relativePath, path);
+            });
+        });
     if (result->rows.empty())
         m_title = nothingChangedTitle(m_direction);
     m_table.setRows(std::move(result->rows));
     setState(m_table.rows().empty() ? State::Empty : State::Ready);
+}
+
+void SyncEngine::tickAsRemembered(std::vector<SyncRow>& rows) const
+{
+    const QStringList names = m_record.untickedNames(m_direction);
+    const QSet<QString> unticked(names.begin(), names.end());
+    if (unticked.isEmpty())
+        return;
+    for (SyncRow& row : rows) {
+        if (row.select)
+            row.select = !unticked.contains(QString::fromStdString(nameWithoutDeleting(row.displayName)));
+    }
 }
 
 void SyncEngine::showFailure(const std::vector<std::string>& problems)
@@ -226,6 +242,8 @@ bool SyncEngine::ignore(const std::string& path)
 void SyncEngine::rememberUnticked()
 {
     restoreTicks();
+    if (!m_only.empty())
+        return;
     const QStringList remembered = m_record.untickedNames(m_direction);
     const QSet<QString> before(remembered.begin(), remembered.end());
     QStringList names;

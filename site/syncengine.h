@@ -68,8 +68,9 @@ public:
     /// What the user should answer before transfer() is called (guardQuestions).
     [[nodiscard]] QStringList questions() const { return guardQuestions(m_table.rows(), m_counts); }
 
-    /// Fills the table again.
-    void compare(Direction direction, Deletions deletions);
+    /// Fills the table again. With `only`, paths below both folders, only what is at or below one of them is
+    /// listed, all ticked but the marked rows; what is left unticked there is not remembered.
+    void compare(Direction direction, Deletions deletions, const std::vector<std::string>& only = {});
     /// Ticks only the rows shown at `indexes`, until the end of the next transfer or restoreTicks(). Such ticks
     /// are not remembered.
     void tickOnly(const QModelIndexList& indexes);
@@ -118,6 +119,7 @@ private:
     Direction m_direction = Direction::Upload;
     QString m_title;
     QString m_message;
+    std::vector<std::string> m_only; // the paths to which the list is limited; empty: all
     std::optional<std::unordered_set<std::string>> m_tickedBefore; // paths, while tickOnly() counts
     WorkItemPointer m_workItem;
     WorkItemPointer m_stop; // cancelled when the running transfer is to stop
@@ -132,6 +134,7 @@ private:
     void dropItem();
     void setState(State state);
     void rememberUnticked();
+    void tickAsRemembered(std::vector<SyncRow>& rows) const;
     [[nodiscard]] IgnoredNames ignoredNames() const;
     void compareFolders(const SyncFolders& folders, Deletions deletions);
     void compareWithRsync(Deletions deletions);

@@ -69,8 +69,9 @@ void SyncPanel::connectControls()
     connect(&m_engine, &SyncEngine::progressed, this, &SyncPanel::showProgress);
 }
 
-void SyncPanel::sync(Direction direction)
+void SyncPanel::sync(Direction direction, const std::vector<std::string>& only)
 {
+    m_only = only;
     m_ui->uploadDownloadPopupButton->setCurrentIndex(itemOf(direction));
     reloadSyncArray();
     open();
@@ -84,7 +85,8 @@ void SyncPanel::reloadSyncArray()
         return;
     const bool isUpload = m_ui->uploadDownloadPopupButton->currentIndex() == itemOf(Direction::Upload);
     m_engine.compare(isUpload ? Direction::Upload : Direction::Download,
-                     m_ui->deleteOptionCheckBox->isChecked() ? Deletions::Listed : Deletions::Ignored);
+                     m_ui->deleteOptionCheckBox->isChecked() ? Deletions::Listed : Deletions::Ignored,
+                     m_only);
 }
 
 void SyncPanel::move()
@@ -189,6 +191,9 @@ void SyncPanel::addFileActions(QMenu& menu, const SyncRow& row)
         closeSheet();
         emit showRequested(path, isSent);
     });
+    QAction* const compare =
+        menu.addAction(tr("Compare..."), this, [this, path] { emit comparisonRequested(path); });
+    compare->setEnabled(row.sent.type == FileFacts::Type::File && row.received.type == FileFacts::Type::File);
     menu.addAction(tr("Publish only selected"), this, &SyncPanel::publishOnlySelected);
     menu.addAction(tr("Never publish this"), this, [this, path] { neverPublish(path); });
     menu.addSeparator();
@@ -239,6 +244,8 @@ void SyncPanel::updateNote()
 {
     const QLocale locale;
     QStringList texts;
+    if (!m_only.empty())
+        texts.append(tr("only the selected items"));
     const SyncTotals totals = tickedTotals(m_engine.table().rows());
     if (totals.files > 0)
         texts.append(tr("%1 to move").arg(locale.formattedDataSize(totals.bytes)));
@@ -287,8 +294,10 @@ void SyncPanel::updatePlaceholder()
         m_ui->syncTickList->setPlaceholder(tr("Comparing both sides"));
         break;
     case State::Empty:
-        m_ui->syncTickList->setPlaceholder(tr("Every file is there, and none is newer.\n"
-                                              "To look the other way, choose the other direction above."));
+        m_ui->syncTickList->setPlaceholder(
+            (m_only.empty() ? tr("Every file is there, and none is newer.")
+                            : tr("Every selected file is there, and none is newer.")) +
+            u'\n' + tr("To look the other way, choose the other direction above."));
         break;
     case State::Failed:
         m_ui->syncTickList->setPlaceholder(tr("Nothing is known about the files on either side."));

@@ -26,12 +26,15 @@ public:
     SyncPanel(SyncEngine& engine, QWidget* parent);
     ~SyncPanel() override;
 
-    /// Shows the panel as a sheet and compares in `direction`.
-    void sync(Direction direction);
+    /// Shows the panel as a sheet and compares in `direction`: all, or only the items with these paths below both
+    /// folders.
+    void sync(Direction direction, const std::vector<std::string>& only = {});
 
 signals:
     /// The user wants to see a file of the sending or the receiving side in its pane. The sheet is closed.
     void showRequested(const std::string& path, bool isSent);
+    /// The user wants to see both sides' text of a file side by side.
+    void comparisonRequested(const std::string& path);
 
 public slots:
     /// Compares again in the chosen direction.
@@ -48,6 +51,7 @@ private:
     std::unique_ptr<Ui::SyncPanel> m_ui;
     SyncEngine& m_engine;
     QElapsedTimer m_transferTime;
+    std::vector<std::string> m_only;
 
     [[nodiscard]] bool isOver() const;
     [[nodiscard]] QString cancelTitle() const;

@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "desktop/windowregistry.h"
+#include "site/syncpanel.h"
 #include "tests/site/sitewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
 #include "tests/support/tabwalk.h"
 
+#include <QDialog>
+#include <QPlainTextEdit>
 #include <QSemaphore>
 #include <QThreadPool>
 
@@ -277,6 +280,43 @@ private slots:
         window().findChild<QAction*>("newFolderAction", Qt::FindDirectChildrenOnly)->trigger();
         QTRY_COMPARE(m_site->shownNames(), QStringList("New Folder"));
         QVERIFY(std::filesystem::is_empty(m_folders->sending()));
+    }
+
+    void differingTexts_areShownSideBySide()
+    {
+        m_folders->put("sending/a.html", "<p>one</p>\n<p>two</p>\n<p>three</p>\n<p>four, which is new</p>\n",
+                       10);
+        m_folders->put("receiving/a.html", "<p>one</p>\n<p>2</p>\n<p>three</p>\n", 20);
+        m_folders->put("sending/b.gif", std::string("GIF\0a", 5), 10);
+        m_folders->put("receiving/b.gif", std::string("GIF\0b", 5), 20);
+        openConnected();
+        const auto compare = [this](const char* path) {
+            emit window().findChild<SyncPanel*>()->comparisonRequested(path);
+            return window().findChild<QDialog*>("comparisonWindow");
+        };
+        m_site->click("uploadButton");
+        QTRY_VERIFY(m_site->isSyncIdle());
+        QPointer<QDialog> shown = compare("a.html");
+        const auto* const status = shown->findChild<QLabel*>("comparisonStatus");
+        QTRY_COMPARE(status->text(), "2 differences");
+        const auto* const left = shown->findChild<QPlainTextEdit*>("comparisonLeft");
+        const auto* const right = shown->findChild<QPlainTextEdit*>("comparisonRight");
+        QCOMPARE(left->toPlainText(), "<p>one</p>\n<p>two</p>\n<p>three</p>\n<p>four, which is new</p>");
+        QCOMPARE(right->toPlainText(), "<p>one</p>\n<p>2</p>\n<p>three</p>\n");
+        QCOMPARE(left->textCursor().blockNumber(), 1);
+        test::saveScreenshots(*shown, "sync-compare");
+        auto* const next = shown->findChild<QPushButton*>("nextDifference");
+        for (const int line : {3, 1}) {
+            next->click();
+            QCOMPARE(left->textCursor().blockNumber(), line);
+            QCOMPARE(right->textCursor().blockNumber(), line);
+        }
+        shown->close();
+        QTRY_VERIFY(!shown);
+        shown = compare("b.gif");
+        QTRY_COMPARE(shown->findChild<QLabel*>("comparisonStatus")->text(), "The files are no text");
+        shown->close();
+        QTRY_VERIFY(!shown);
     }
 
     void tab_walksEveryStopBothWays()

@@ -210,6 +210,28 @@ private slots:
         QVERIFY(!f.panel->isVisible());
     }
 
+    void selectedItemsAlone_areListedTickedAndNotRemembered()
+    {
+        Fixture f;
+        f.folders.putAll("sending", "a.html|docs/b.html|docs/sub/c.html|docs2/d.html");
+        f.record.setUntickedNames(Direction::Upload, {"docs/b.html", "a.html"});
+        f.panel->sync(Direction::Upload, {"docs", "docs2/d.html"});
+        QTRY_COMPARE(f.rowCount(), 3);
+        QCOMPARE(f.find<QLabel>("syncCount").text(),
+                 "3 of 3 selected, only the selected items, 12 bytes to move");
+        auto& table = f.find<QTableView>("syncTableView");
+        table.setCurrentIndex(table.model()->index(2, 0));
+        QTest::keyClick(&table, Qt::Key_Space);
+        f.click("syncButton");
+        QTRY_COMPARE(f.rowCount(), 1);
+        QCOMPARE(f.folders.listing("receiving"), std::string("docs/b.html\ndocs/sub/c.html\n"));
+        f.click("cancelButton");
+        QCOMPARE(f.record.untickedNames(Direction::Upload), (QStringList{"docs/b.html", "a.html"}));
+        f.panel->sync(Direction::Upload);
+        QTRY_COMPARE(f.rowCount(), 2);
+        QCOMPARE(f.engine.table().tickedCount(), std::size_t{1});
+    }
+
     void filterSortAndMenuChooseTheRows()
     {
         Fixture f;
