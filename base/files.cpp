@@ -89,10 +89,20 @@ public:
         else if (::rename(m_path.c_str(), m_target.c_str()) != 0)
             placed = systemError(m_target, errno);
         m_exists = !placed;
+        if (placed)
+            keepTime();
         return placed;
     }
 
 private:
+    // On FUSE a file is closed some time after close() has returned, and may be stamped only then.
+    void keepTime() const
+    {
+        struct stat status = {};
+        if (m_times && ::lstat(m_target.c_str(), &status) == 0 &&
+            status.st_mtim.tv_sec != m_times->back().tv_sec)
+            (void)::utimensat(AT_FDCWD, m_target.c_str(), m_times->data(), AT_SYMLINK_NOFOLLOW);
+    }
     void create(mode_t mode)
     {
         m_descriptor.reset(::open(m_path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, mode));
