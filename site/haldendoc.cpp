@@ -109,7 +109,11 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
     WindowRegistry::instance().fill(m_ui->windowsMenu);
 }
 
-HaldenDoc::~HaldenDoc() = default;
+HaldenDoc::~HaldenDoc()
+{
+    // The focus leaves the panes while QWidget destroys them, when this is no HaldenDoc any more.
+    disconnect(qApp, nullptr, this, nullptr);
+}
 
 void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
 {
