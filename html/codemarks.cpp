@@ -6,6 +6,7 @@
 #include "html/characterdata.h"
 #include "html/element.h"
 
+#include <array>
 #include <random>
 
 namespace luma::html {
@@ -51,23 +52,40 @@ bool isSpelled(std::string_view text)
     return text.starts_with(spelling()) && text.find('.') == text.size() - 1;
 }
 
-bool takesTemplates(const ParentNode& parent)
+bool takesElements(const ParentNode& parent)
 {
     const Element* const element = parent.asElement();
-    if (!element || element->nameSpace() != NameSpace::Html || element->is("html") || element->is("frameset"))
-        return false;
-    const Element* const above = element->parent() ? element->parent()->asElement() : nullptr;
-    return !(element->is("noscript") && above && above->is("head"));
+    return element && !element->is("html") && !element->is("frameset");
+}
+
+// In the head noscript takes no templates (HTML standard, 13.2.6.4.5).
+bool takesMetas(const Element& element)
+{
+    const Element* const above = element.parent() ? element.parent()->asElement() : nullptr;
+    return element.is("noscript") && above && above->is("head");
+}
+
+// What a template's start tag makes: in svg and math an element of theirs, but for the places of HTML in them (13.2.6.5).
+NameSpace nameSpaceIn(const Element& element)
+{
+    static constexpr auto htmlPlaces =
+        std::to_array<std::string_view>({"foreignObject", "desc", "title", "mi", "mo", "mn", "ms", "mtext"});
+    const std::string encoding = asciiLower(element.attr("encoding"));
+    const bool holdsHtml = element.tagName() == "annotation-xml"
+                               ? encoding == "text/html" || encoding == "application/xhtml+xml"
+                               : isOneOf(element.tagName(), htmlPlaces);
+    return holdsHtml ? NameSpace::Html : element.nameSpace();
 }
 
 } // namespace
 
 NodePtr makeCodeNode(const ParentNode& parent, std::string_view code)
 {
-    if (!takesTemplates(parent))
+    if (!takesElements(parent))
         return CharacterData::comment(spelledCode(code));
+    const Element& element = *parent.asElement();
     return std::make_unique<Element>(
-        "template", NameSpace::Html,
+        takesMetas(element) ? "meta" : "template", nameSpaceIn(element),
         std::vector<Attribute>{{std::string(codeAttribute), ownNumber() + ':' + std::string(code)},
                                {std::string(markAttribute), firstWords(code)}});
 }
@@ -77,7 +95,7 @@ bool isServerCode(const Node& node)
     if (node.kind() == Node::Kind::Comment)
         return isSpelled(static_cast<const CharacterData&>(node).data());
     const Element* const element = node.asElement();
-    return element && element->is("template") && element->attr(codeAttribute).starts_with(ownNumber() + ':');
+    return element && element->attr(codeAttribute).starts_with(ownNumber() + ':');
 }
 
 std::string codeOf(const Node& node)

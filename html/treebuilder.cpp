@@ -16,6 +16,7 @@
 #include <gumbo.h>
 
 #include <algorithm>
+#include <utility>
 
 namespace luma::html {
 
@@ -107,6 +108,40 @@ public:
             }
         }
         return true;
+    }
+
+    /// Server code that stands before a page without tags for html, head and body is a part of what the page shows, and
+    /// so are the comments beside it.
+    void moveLeadingCode(Document& document) const
+    {
+        Element* const root = document.documentElement();
+        Element* const body = document.body();
+        const auto isImplied = [this](const Element* element) {
+            return element && m_marks[element->origin().record].start.isEmpty();
+        };
+        if (!isImplied(root) || !isImplied(document.head()) || !isImplied(body) ||
+            document.head()->firstChild())
+            return;
+        bool holdsCode = false;
+        Node* first = root;
+        for (Node* node = root->previous(); node && node->kind() == Node::Kind::Comment;
+             node = node->previous()) {
+            first = node;
+            holdsCode = holdsCode || isServerCode(*node);
+        }
+        if (!holdsCode)
+            return;
+        Node* const next = body->firstChild();
+        while (first != root) {
+            Node& node = *std::exchange(first, first->next());
+            const Origin origin = node.origin();
+            const std::string code = codeOf(node);
+            NodePtr moved = node.detach();
+            if (!code.empty())
+                moved = makeCodeNode(*body, code);
+            moved->setOrigin(origin);
+            body->insert(std::move(moved), next);
+        }
     }
 
     /// Puts the doctype among the document's comments. The parser does not say where it stood, but only
@@ -407,6 +442,7 @@ Result<BuiltDocument> buildDocument(const ParserInput& input, const ParseLimits&
     if (!output || !parser.builder().build(output->document->v.document.children, *document))
         return parser.error();
     parser.builder().placeDoctype(output->document->v.document, *document);
+    parser.builder().moveLeadingCode(*document);
     return BuiltDocument{std::move(document), parser.builder().takeMarks()};
 }
 

@@ -2,6 +2,7 @@
 #include "html/treecomparison.h"
 
 #include "html/characterdata.h"
+#include "html/codemarks.h"
 #include "html/doctype.h"
 #include "html/document.h"
 #include "html/element.h"
@@ -74,7 +75,7 @@ bool areAlike(const JoinedChildren& one, const JoinedChildren& other)
         return static_cast<const Doctype&>(a).declaration() == static_cast<const Doctype&>(b).declaration();
     case Node::Kind::Element:
         return a.asElement()->tagName() == b.asElement()->tagName() &&
-               a.asElement()->nameSpace() == b.asElement()->nameSpace() &&
+               (a.asElement()->nameSpace() == b.asElement()->nameSpace() || isServerCode(a)) &&
                (a.asElement()->attributes() == b.asElement()->attributes() ||
                 sortedAttributes(*a.asElement()) == sortedAttributes(*b.asElement()));
     case Node::Kind::Document:

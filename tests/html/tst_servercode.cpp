@@ -11,6 +11,7 @@
 
 #include <QTest>
 
+#include <array>
 #include <functional>
 
 using namespace luma;
@@ -128,6 +129,17 @@ private slots:
         row("moved", "<p>a<?= '<b>' ?></p><table><tr><td>c</table>",
             "<p>a</p><table><?= '<b>' ?><tr><td>c</table>",
             [=](Document& d) { first(d, "table")->insertChildren(0, first(d, "p template")->detach()); });
+        for (const auto& [name, page, expected, mark] :
+             {std::array{"svg", "<svg><?= $a ?><g/></svg>", "<svg><g/></svg>", "svg template"},
+              std::array{"in svg's title", "<svg><title><?= $a ?>b</title></svg>",
+                         "<svg><title>b</title></svg>", "title template"},
+              std::array{"math", "<math><?= $a ?><mi>b<?= $c ?></mi></math>",
+                         "<math><mi>b<?= $c ?></mi></math>", "math template"},
+              std::array{"the head's noscript", "<head><noscript><?= $a ?><link></noscript></head>",
+                         "<head><noscript><link></noscript></head>", "noscript meta"},
+              std::array{"before the page", "<?= $a ?>\n<!-- b --><?= $c ?><p>d</p>",
+                         "\n<!-- b --><?= $c ?><p>d</p>", "body template"}})
+            row(name, page, expected, [=](Document& d) { first(d, mark)->remove(); });
         row("unclosed", "<p>a</p><?php b()", "<p>a</p><p>c</p><?php b()", [=](Document& d) {
             auto paragraph = std::make_unique<Element>("p");
             paragraph->append(CharacterData::text("c"));
