@@ -374,10 +374,10 @@ void HTMLDocument::refreshAfterEdit()
 
 void HTMLDocument::refresh(RenderingReader::Place place)
 {
-    m_styleSheets->updateCSSMenu();
     const QByteArray changes = m_changes.json();
     m_changes.clear();
     m_viewController->update(changes, place);
+    m_styleSheets->updateCSSMenu();
 }
 
 void HTMLDocument::handleDoubleClick(const QModelIndex& index)
