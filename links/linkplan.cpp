@@ -8,6 +8,7 @@
 #include "links/movedlinks.h"
 #include "links/namespellings.h"
 #include "links/pageplanner.h"
+#include "links/sitelinks.h"
 
 #include <QCryptographicHash>
 
@@ -134,13 +135,14 @@ public:
     Candidates(const MoveRequest& request, const MovedPlaces& places) : m_request(request), m_places(places)
     {}
 
-    void addSite(const SiteTree& tree)
+    /// Of pages that don't move only those in `linking`, if there is such a list.
+    void addSite(const SiteTree& tree, const std::optional<std::set<std::string>>& linking)
     {
-        for (const Id id : tree.files()) {
-            if (!isPageOrSheet(tree.name(id)))
-                continue;
+        for (const Id id : tree.webPages()) {
             const std::string path = tree.subpath(id);
             const std::optional<std::string> moved = m_places.movedPath(path);
+            if (!moved && linking && !linking->contains(path))
+                continue;
             const std::string newPath = moved.value_or(path);
             const fs::path newFile = m_request.site / newPath;
             const std::string file = m_request.isRenamedAlready ? newFile.native() : tree.path(id);
@@ -250,10 +252,26 @@ Result<void> planPages(LinkPlan& plan, const std::vector<Candidate>& candidates,
     return complete ? Result<void>() : stoppedError(plan.request.site);
 }
 
-Result<void> addCandidates(Candidates& candidates, const MovedLinks& links)
+// The pages that have to be read, as far as that is known.
+Result<std::optional<std::set<std::string>>> linkingPages(const MoveRequest& request, const MovedLinks& links,
+                                                          const StillWanted& stillWanted)
+{
+    if (!request.keptLinks || request.keptLinks->site() != request.site)
+        return std::optional<std::set<std::string>>();
+    std::vector<std::string> moved;
+    for (const MovedPlaces::Item& item : links.items())
+        moved.push_back(item.from);
+    return request.keptLinks->pagesLeadingTo(moved, request.rules, stillWanted);
+}
+
+Result<void> addCandidates(Candidates& candidates, const MoveRequest& request, const MovedLinks& links,
+                           const StillWanted& stillWanted)
 {
     if (links.tree()) {
-        candidates.addSite(*links.tree());
+        const auto linking = linkingPages(request, links, stillWanted);
+        if (!linking)
+            return linking.error();
+        candidates.addSite(*links.tree(), *linking);
         return {};
     }
     for (std::size_t i = 0; i < links.items().size(); ++i) {
@@ -305,7 +323,7 @@ Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWa
     if (plan.links->items().empty())
         return plan;
     Candidates candidates(plan.request, plan.links->places());
-    if (auto added = addCandidates(candidates, *plan.links); !added)
+    if (auto added = addCandidates(candidates, plan.request, *plan.links, stillWanted); !added)
         return added.error();
     if (auto planned = planPages(plan, candidates.take(), stillWanted); !planned)
         return planned.error();

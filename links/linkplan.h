@@ -17,6 +17,7 @@
 namespace luma {
 
 class MovedLinks;
+class SiteLinks;
 
 /// Items that are to be moved, renamed or copied.
 struct MoveRequest
@@ -33,6 +34,8 @@ struct MoveRequest
     bool isRenamedAlready = false;
     /// The items stay where they are: links that lead to exactly `from`, where nothing need be, are to lead to `to`.
     bool changesLinksOnly = false;
+    /// What is kept of the site's links, so that only pages with a link to what moves are read; without it every page is.
+    std::shared_ptr<SiteLinks> keptLinks = {};
 };
 
 /// A change to a page or style sheet.

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/sitelinks.h"
 
+#include "base/filecalls.h"
 #include "base/orderedwork.h"
+#include "base/pathbelow.h"
 #include "links/linkjudge.h"
 #include "links/targetreader.h"
 #include "links/unlinkedfiles.h"
 
+#include <sys/vfs.h>
+
 #include <algorithm>
+#include <array>
 #include <deque>
 #include <utility>
 #include <vector>
@@ -19,6 +24,19 @@ namespace {
 
 using Id = SiteTree::Id;
 
+// Whether no other computer can change what is there.
+bool isLocal(const fs::path& folder)
+{
+    constexpr auto network = std::to_array<std::uint32_t>(
+        {0x6969 /* NFS */, 0x517B /* SMB */, 0xFF534D42 /* CIFS */, 0xFE534D42 /* SMB 2 */,
+         0x65735546 /* FUSE */, 0x01021997 /* 9P */, 0x00C36400 /* Ceph */, 0x5346414F /* AFS */,
+         0x6B414653 /* kAFS */, 0x786F4256 /* VirtualBox */});
+    struct statfs status = {};
+    return ::statfs(folder.c_str(), &status) == 0 &&
+           std::find(network.begin(), network.end(), static_cast<std::uint32_t>(status.f_type)) ==
+               network.end();
+}
+
 // The files that a link to `target` may get: an index page in the place of a folder.
 std::vector<Id> filesFor(Id target, const SiteTree& tree, const WebRules& rules)
 {
@@ -30,6 +48,54 @@ std::vector<Id> filesFor(Id target, const SiteTree& tree, const WebRules& rules)
     return files;
 }
 
+/// Tells whether a page may link to one of some items, or to something below one.
+class ItemLinks final
+{
+public:
+    explicit ItemLinks(const SiteTree& tree) : m_tree(tree), m_isMeant(tree.size()) {}
+
+    /// False where links to the item can't be told from the tree, which does not have it any more.
+    bool add(const std::string& item, const WebRules& rules)
+    {
+        m_items.push_back(item);
+        const Id id = m_tree.find(item);
+        if (id == SiteTree::none) {
+            // A link to its folder leads to another index page now.
+            const std::string name = item.substr(item.rfind('/') + 1);
+            const std::vector<std::string>& names = rules.indexNames;
+            return !rules.extensionsMayBeLeftOut &&
+                   std::find(names.begin(), names.end(), name) == names.end();
+        }
+        m_isMeant[id] = true;
+        // What is in a folder follows it in the tree.
+        for (Id below = id + 1; below < m_tree.size() && m_isMeant[m_tree.parent(below)]; ++below)
+            m_isMeant[below] = true;
+        return true;
+    }
+
+    [[nodiscard]] bool mayBeIn(const KeptPage& page) const
+    {
+        // A base is no link, but leads somewhere, too.
+        if (!page.digest || !page.digest->base.empty() || page.dependsOnDisk)
+            return true;
+        const auto isMeant = [this](std::uint32_t target) { return bool(m_isMeant[target / 2]); };
+        return std::any_of(page.targets.begin(), page.targets.end(), isMeant) ||
+               std::any_of(page.missing.begin(), page.missing.end(),
+                           [this](const WebLink& link) { return isBelowItem(link.target); });
+    }
+
+private:
+    [[nodiscard]] bool isBelowItem(const std::string& target) const
+    {
+        return std::any_of(m_items.begin(), m_items.end(),
+                           [&target](const std::string& item) { return isAtOrBelow(target, item); });
+    }
+
+    const SiteTree& m_tree;
+    std::vector<bool> m_isMeant; // by Id
+    std::vector<std::string> m_items;
+};
+
 } // namespace
 
 SiteLinks::SiteLinks(const fs::path& site, Keeping keeping, std::int64_t clockStep)
@@ -39,24 +105,20 @@ SiteLinks::SiteLinks(const fs::path& site, Keeping keeping, std::int64_t clockSt
         m_store.emplace(m_site);
 }
 
-void SiteLinks::setWatched(bool isWatched)
+void SiteLinks::noteChanges(const std::optional<KeptPages::Folders>& folders)
 {
     const std::scoped_lock lock(m_changesMutex);
-    m_isWatched = isWatched;
-    m_changes.reset();
+    if (!m_isWatched || !folders)
+        m_changes.reset();
+    else if (m_changes)
+        m_changes->insert(folders->begin(), folders->end());
+    m_isWatched = true;
 }
 
-void SiteLinks::noteChangeIn(const fs::path& folder)
+void SiteLinks::endWatch()
 {
     const std::scoped_lock lock(m_changesMutex);
-    if (m_changes)
-        m_changes->insert(folder.native());
-}
-
-void SiteLinks::noteChanges()
-{
-    const std::scoped_lock lock(m_changesMutex);
-    m_changes.reset();
+    m_isWatched = false;
 }
 
 std::size_t SiteLinks::readCount() const
@@ -68,10 +130,12 @@ std::size_t SiteLinks::readCount() const
 Result<bool> SiteLinks::update(const WebRules& rules, const StillWanted& stillWanted,
                                const KeptPages::PageSink& read)
 {
+    if (!m_isLocal)
+        m_isLocal = isLocal(m_site);
     std::optional<KeptPages::Folders> changes;
     {
         const std::scoped_lock lock(m_changesMutex);
-        if (m_isWatched)
+        if (m_isWatched && *m_isLocal)
             changes = std::exchange(m_changes, KeptPages::Folders());
     }
     if (m_store && !std::exchange(m_isLoaded, true)) {
@@ -79,6 +143,33 @@ Result<bool> SiteLinks::update(const WebRules& rules, const StillWanted& stillWa
             m_pages.begin(*std::move(content));
     }
     return m_pages.update(rules, changes, stillWanted, read);
+}
+
+Result<std::optional<std::set<std::string>>> SiteLinks::pagesLeadingTo(const std::vector<std::string>& items,
+                                                                       const WebRules& rules,
+                                                                       const StillWanted& stillWanted)
+{
+    const std::scoped_lock lock(m_mutex);
+    {
+        const std::scoped_lock changesLock(m_changesMutex);
+        m_changes.reset();
+    }
+    const auto done = update(rules, stillWanted);
+    if (!done)
+        return done.error();
+    if (!*done)
+        return stoppedError(m_site);
+    ItemLinks links(m_pages.tree());
+    for (const std::string& item : items) {
+        if (!links.add(item, rules))
+            return std::optional<std::set<std::string>>();
+    }
+    std::set<std::string> found;
+    for (const KeptPage& page : m_pages.pages()) {
+        if (links.mayBeIn(page))
+            found.insert(m_pages.tree().subpath(page.id));
+    }
+    return std::optional(std::move(found));
 }
 
 void SiteLinks::store()
@@ -125,7 +216,7 @@ Result<WebPage> SiteLinks::findFrom(const fs::path& page, const WebRules& rules,
     if (!done)
         return done.error();
     if (!*done)
-        return Error{{}, std::errc::operation_canceled};
+        return stoppedError(m_site);
     const fs::path subpath = fs::absolute(page).lexically_normal().lexically_relative(m_site);
     const KeptPage* const kept = m_pages.find(m_pages.judgedSite().paths().find(subpath.native()));
     if (!kept || !kept->digest)

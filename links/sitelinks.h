@@ -9,7 +9,10 @@
 #include <filesystem>
 #include <mutex>
 #include <optional>
+#include <set>
+#include <string>
 #include <string_view>
+#include <vector>
 
 namespace luma {
 
@@ -30,13 +33,11 @@ public:
 
     [[nodiscard]] const std::filesystem::path& site() const { return m_site; }
 
-    /// Whether a watcher names every folder in which something changes. Without one, each report looks at every file. Does
-    /// not wait, as the next two.
-    void setWatched(bool isWatched);
-    /// An item in `folder` has changed.
-    void noteChangeIn(const std::filesystem::path& folder);
-    /// Anything may have changed.
-    void noteChanges();
+    /// A watcher tells of every change from now on: this one is in these folders, or anywhere without them. Until endWatch(),
+    /// reports look only at files of such folders. Neither waits. What other computers change is not seen by a watcher: on a
+    /// network's file system each report still looks at every file.
+    void noteChanges(const std::optional<KeptPages::Folders>& folders);
+    void endWatch();
 
     /// As checkWebLinks() with FindingsKept::Missing. The first time, pages come while others are still being read.
     Result<bool> findMissing(const WebRules& rules, const WebPageSink& page,
@@ -50,6 +51,13 @@ public:
     /// As findWebUnlinked().
     Result<bool> findUnlinked(const WebRules& rules, std::string_view excludedFolders,
                               const UnlinkedItemsCallbacks& callbacks);
+
+    /// The pages with a link to one of `items` or to something below one, as subpaths; a few more may be among them. It looks at
+    /// every file, whatever the watcher says. `items` are subpaths too, of items that may have just been renamed. Nothing where
+    /// it can't tell. Error: the site's folder can't be read, or it was stopped (isStopped()).
+    Result<std::optional<std::set<std::string>>> pagesLeadingTo(const std::vector<std::string>& items,
+                                                                const WebRules& rules,
+                                                                const StillWanted& stillWanted);
 
     /// Writes the store, if that is worthwhile after what was read since the last time. To be called when a report has ended.
     void store();
@@ -66,7 +74,8 @@ private:
     KeptPages m_pages;
     std::optional<LinkStore> m_store;
     bool m_isLoaded = false;
-    std::size_t m_savedCount = 0; // of readCount(), when it was stored
+    std::optional<bool> m_isLocal; // not yet known
+    std::size_t m_savedCount = 0;  // of readCount(), when it was stored
     std::mutex m_changesMutex;
     bool m_isWatched = false;
     std::optional<KeptPages::Folders> m_changes; // since the last update; none: anything

@@ -75,7 +75,7 @@ int main(int argc, char** argv)
     const double before = memoryInUse();
     std::optional<SiteLinks> links;
     links.emplace(site, SiteLinks::Keeping::Stored);
-    links->setWatched(true);
+    links->noteChanges({});
     const auto report = [&] { (void)*links->findMissing({}, sink); };
     show("first report", measured(report), cold);
     std::printf("%-42s %9.1f MB\n", "memory of what is kept", memoryInUse() - before);
@@ -86,16 +86,16 @@ int main(int argc, char** argv)
     show("report after a page was changed",
          median([&] {
              (void)writeFile(page, bytes + "<!-- " + std::to_string(count++) + " -->");
-             links->noteChangeIn(page.parent_path());
+             links->noteChanges(KeptPages::Folders{page.parent_path()});
              report();
          }) - median([&] { (void)writeFile(page, bytes + "<!-- " + std::to_string(count++) + " -->"); }),
          cold);
     (void)writeFile(page, bytes);
-    links->noteChangeIn(page.parent_path());
+    links->noteChanges(KeptPages::Folders{page.parent_path()});
     report();
     show("links to a file", median([&] { (void)*links->findTo(site / argv[3], {}, sink); }), cold);
     show("unlinked files", median([&] { (void)*links->findUnlinked({}, {}, {}); }), cold);
-    links->setWatched(false);
+    links->endWatch();
     show("report without a watcher", median(report), cold);
     show("first report with the store", median([&] {
              links.emplace(site, SiteLinks::Keeping::Stored);

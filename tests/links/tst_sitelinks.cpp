@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
+#include "links/linkplan.h"
 #include "links/sitelinks.h"
 #include "tests/links/hostilesite.h"
 #include "tests/support/registry.h"
@@ -88,7 +89,9 @@ private:
 class RandomChanges final
 {
 public:
-    RandomChanges(const Site& site, quint32 seed) : m_site(site), m_random(seed), m_pages(seed) {}
+    RandomChanges(const Site& site, quint32 seed, bool isWatched)
+        : m_site(site), m_random(seed), m_pages(seed), m_isWatched(isWatched)
+    {}
 
     void make(SiteLinks& links)
     {
@@ -116,8 +119,10 @@ public:
             m_site.put(path, m_pages.page() + std::string(m_count++, ' '));
         }
         // What the watcher names is also the folder that a new one is in.
+        if (!m_isWatched)
+            return;
         for (const char* const folder : {"", "a", "a/b", "c d", "e", "n"})
-            links.noteChangeIn(*folder ? m_site.at(folder) : m_site.root());
+            links.noteChanges(KeptPages::Folders{*folder ? m_site.at(folder) : m_site.root()});
     }
 
     std::string anyFile()
@@ -140,6 +145,7 @@ private:
     const Site& m_site;
     QRandomGenerator m_random;
     HostileSite m_pages;
+    bool m_isWatched;
     std::size_t m_count = 1;
 };
 
@@ -188,13 +194,14 @@ private slots:
             site.put("p.html", "<a href=alias/X.png><a href=alias/gone><a href=one.html#there>");
         }
         std::optional<SiteLinks> links;
-        RandomChanges changes(site, seed);
+        RandomChanges changes(site, seed, isWatched);
         Answers answers(site.root());
         WebRules rules;
         for (int round = 0; round < 12; ++round) {
             if (round == 0 || isStored) {
                 links.emplace(site.root(), SiteLinks::Keeping::Stored, 0);
-                links->setWatched(isWatched);
+                if (isWatched)
+                    links->noteChanges({});
             }
             for (int i = round % 3; i > 0; --i)
                 changes.make(*links);
@@ -227,13 +234,76 @@ private slots:
         QCOMPARE(missing(), std::string("a.html c/e.html "));
         QCOMPARE(links.readCount(), std::size_t(5));
         // With a watcher, what it does not name is not even looked at.
-        links.setWatched(true);
+        links.noteChanges({});
         QCOMPARE(missing(), std::string("a.html c/e.html "));
         site.put("a.html", "");
         QCOMPARE(missing(), std::string("a.html c/e.html "));
-        links.noteChangeIn(site.root());
+        links.noteChanges(KeptPages::Folders{site.root()});
         QCOMPARE(missing(), std::string("c/e.html "));
         QCOMPARE(links.readCount(), std::size_t(6));
+    }
+
+    void plannedMove_isThatOfAllPages_data()
+    {
+        QTest::addColumn<std::string>("item");
+        QTest::addColumn<std::string>("place");
+        const auto row = [](const char* item, const char* place) {
+            QTest::newRow(item) << std::string(item) << std::string(place);
+        };
+        row("x.png", "x y.png");
+        row("a/X.png", "a/new.png");
+        row("a", "z");
+        row("a/b", "a/c");
+        row("c d/\xC3\xBC \xE2\x82\xAC.html", "c d/plain.html");
+        row("a/index.html", "a/main.html");
+    }
+    void plannedMove_isThatOfAllPages()
+    {
+        QFETCH(std::string, item);
+        QFETCH(std::string, place);
+        const Site site;
+        HostileSite(3).fill(site);
+        site.put("based.html", "<base href=/a/b/><a href=x.png>");
+        MoveRequest request{site.root(), {}, MoveOperation::Move, {{site.at(item), site.at(place)}}, {},
+                            false,       {}};
+        const auto links = std::make_shared<SiteLinks>(site.root(), SiteLinks::Keeping::InMemory, 0);
+        std::string plans[4];
+        for (int i = 0; i < 4; ++i) {
+            if (i == 2) {
+                fs::rename(site.at(item), site.at(place));
+                request.isRenamedAlready = true;
+            }
+            request.keptLinks = i % 2 == 0 ? nullptr : links;
+            const auto plan = planMove(request);
+            QVERIFY(plan && !plan->pages.empty());
+            for (const PageRewrite& page : plan->pages) {
+                plans[i] += page.oldPage.native() + "\n";
+                for (const LinkEdit& edit : page.edits)
+                    plans[i] += std::to_string(edit.begin) + " " + edit.before + " " + edit.after + "\n";
+            }
+        }
+        QCOMPARE(plans[1], plans[0]);
+        QCOMPARE(plans[3], plans[2]);
+    }
+
+    void pagesLeadingTo_areFew()
+    {
+        const Site site({{"a.html", "<a href=docs/>"},
+                         {"b.html", "<a href=docs/gone.html>"},
+                         {"c.html", "<a href=d.html>"},
+                         {"d.html", "<base href=/x/>"},
+                         {"docs/index.html", ""}});
+        SiteLinks links(site.root());
+        const auto leading = [&links](const std::vector<std::string>& items) {
+            const auto pages = links.pagesLeadingTo(items, {}, {});
+            return pages && *pages ? std::vector<std::string>((*pages)->begin(), (*pages)->end())
+                                   : std::vector<std::string>{"unknown"};
+        };
+        using Names = std::vector<std::string>;
+        QCOMPARE(leading({"docs"}), (Names{"a.html", "b.html", "d.html"}));
+        QCOMPARE(leading({"docs/index.html"}), (Names{"a.html", "d.html"}));
+        QCOMPARE(leading({"d.html"}), (Names{"c.html", "d.html"}));
+        QCOMPARE(leading({"gone/index.html"}), Names{"unknown"});
     }
 
     void store_isReadInThePlaceOfPages()
