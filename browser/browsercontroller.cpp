@@ -49,6 +49,10 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     unlinkedItemsPanel->setWindowTitle(tr("Unlinked items in %1").arg(caption));
     m_ui->configureButton->setIcon(icons::symbol(QStringLiteral("settings")));
     connect(m_watcher, &FolderWatcher::changed, this, &BrowserController::folderChanged);
+    connect(m_watcher, &FolderWatcher::ended, this, [this] {
+        if (m_siteLinks)
+            m_siteLinks->endWatch();
+    });
     connectSheet();
     connectBrowser();
     connectMenu();
@@ -210,6 +214,8 @@ void BrowserController::finishConnection(const MountResult& result, const Connec
 void BrowserController::connectionSucceeded(const ConnectionRequest& request)
 {
     setConnectState(request.protocol + request.server + request.path);
+    m_siteLinks = std::make_shared<SiteLinks>(m_mountPath, SiteLinks::Keeping::Stored);
+    m_moveJobs->setKeptLinks(m_siteLinks);
     m_watcher->start(m_ui->label->text(), m_mountPath);
     if (!request.isLocal())
         parentDoc.checkConnectionOK();
@@ -250,6 +256,8 @@ void BrowserController::emptyPane()
     setConnectState({});
     m_ui->fullPathToSelectedItem->clear();
     setRootNode(nullptr);
+    m_siteLinks.reset();
+    m_moveJobs->setKeptLinks({});
     showBusy();
 }
 
@@ -290,7 +298,10 @@ void BrowserController::folderChanged()
 {
     printLine("folderChanged at path = " + m_mountPath.string());
     browser().refresh();
+    if (m_siteLinks)
+        m_siteLinks->noteChanges(m_watcher->takeChangedFolders());
     m_reportPanel->siteChanged();
+    unlinkedItemsPanel->siteChanged();
 }
 
 std::filesystem::path BrowserController::pathOf(const QModelIndex& item) const
@@ -369,7 +380,7 @@ void BrowserController::startReport(LinkReportRun::Kind kind, const std::filesys
         return;
     const ReportChoices choices = parentDoc.reportChoices();
     if (choices.linkRules == LinkRules::Browser)
-        m_reportPanel->begin({kind, m_mountPath, item, {}}, choices);
+        m_reportPanel->begin({kind, m_mountPath, item, {}, m_siteLinks}, choices);
     else if (kind == Kind::MissingLinks)
         m_linkJobs->findMissingLinks(m_mountPath, choices);
     else
@@ -393,7 +404,7 @@ void BrowserController::stopFindMissingLinks()
 void BrowserController::startFindUnlinkedItems()
 {
     if (rootNode())
-        unlinkedItemsPanel->startFindUnlinkedItems(m_mountPath, parentDoc.reportChoices());
+        unlinkedItemsPanel->startFindUnlinkedItems(m_mountPath, parentDoc.reportChoices(), m_siteLinks);
 }
 
 void BrowserController::stopFindUnlinkedItems()

@@ -30,6 +30,7 @@ class ObservedDictionary;
 class PaneConnection;
 class PaneHost;
 class PaneMenu;
+class SiteLinks;
 class UnlinkedItemsPanel;
 class VolumeMounter;
 
@@ -104,6 +105,7 @@ private:
     LinkReportPanel* m_reportPanel = nullptr;
     UnlinkedItemsPanel* unlinkedItemsPanel = nullptr;
     std::filesystem::path m_mountPath;
+    std::shared_ptr<SiteLinks> m_siteLinks; // of m_mountPath, while it is connected
     bool m_isShare = false;
 
     void connectSheet();

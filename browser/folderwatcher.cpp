@@ -39,6 +39,8 @@ void FolderWatcher::start(const QString& caption, const std::filesystem::path& f
     watcherTask = new QProcess(this);
     watcherTask->setWorkingDirectory(QFile::decodeName(resourceFolder().c_str()));
     watcherTask->setStandardErrorFile(QProcess::nullDevice());
+    m_changedFolders.reset();
+    connect(watcherTask, &QProcess::finished, this, &FolderWatcher::ended);
     watcherTask->start(QFile::decodeName(helperProgram("LUMAWatcher").c_str()),
                        {caption, QFile::decodeName(folder.c_str())});
     if (watcherTask->processId() == 0)
@@ -54,6 +56,7 @@ void FolderWatcher::stop()
     m_delay.stop();
     if (!watcherTask)
         return;
+    watcherTask->disconnect(this);
     watcherTask->closeWriteChannel();
     watcherTask->terminate();
     // Ends at once, unless the disk blocks it.
@@ -65,8 +68,31 @@ void FolderWatcher::stop()
     watcherTask = nullptr;
 }
 
+// What the watcher wrote before the notification is in the pipe by now.
+void FolderWatcher::readFolders()
+{
+    watcherTask->waitForReadyRead(0);
+    const QByteArray text = watcherTask->readAllStandardOutput();
+    if (!text.endsWith('\0'))
+        m_changedFolders.reset();
+    for (qsizetype at = 0; m_changedFolders && at < text.size();) {
+        const qsizetype end = text.indexOf('\0', at);
+        if (end == at)
+            m_changedFolders.reset();
+        else
+            m_changedFolders->insert(text.mid(at, end - at).toStdString());
+        at = end + 1;
+    }
+}
+
+std::optional<std::set<std::string>> FolderWatcher::takeChangedFolders()
+{
+    return std::exchange(m_changedFolders, std::set<std::string>());
+}
+
 void FolderWatcher::receive()
 {
+    readFolders();
     if (m_delay.isActive())
         return;
     const qint64 rest = m_sinceLast.isValid() ? m_lastCost * restPerRefresh - m_sinceLast.elapsed() : 0;

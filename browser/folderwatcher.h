@@ -7,6 +7,9 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
+#include <set>
+#include <string>
 
 class QProcess;
 
@@ -32,8 +35,13 @@ public:
     /// The process id of the watcher; 0 if none is running.
     [[nodiscard]] qint64 processId() const;
 
+    /// The folders in which something has changed since the last call; nothing where that is unknown.
+    std::optional<std::set<std::string>> takeChangedFolders();
+
 signals:
     void changed();
+    /// The watcher has ended by itself: changed() will not be emitted any more.
+    void ended();
 
 private:
     QProcess* watcherTask = nullptr;
@@ -41,8 +49,10 @@ private:
     QTimer m_delay;
     QElapsedTimer m_sinceLast;
     qint64 m_lastCost = 0;
+    std::optional<std::set<std::string>> m_changedFolders; // none: any
 
     void receive();
+    void readFolders();
     void tell();
 };
 

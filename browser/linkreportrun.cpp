@@ -3,7 +3,6 @@
 
 #include "base/mainhop.h"
 #include "browser/displaytext.h"
-#include "links/browserreports.h"
 
 #include <mutex>
 #include <utility>
@@ -15,11 +14,15 @@ namespace {
 Result<bool> report(const LinkReportRun::Request& request, const WebPageSink& page,
                     const StillWanted& stillWanted)
 {
+    SiteLinks* const links = request.links.get();
     if (request.kind == LinkReportRun::Kind::MissingLinks)
-        return checkWebLinks(request.site, request.rules, FindingsKept::Missing, page, stillWanted);
+        return links ? links->findMissing(request.rules, page, stillWanted)
+                     : checkWebLinks(request.site, request.rules, FindingsKept::Missing, page, stillWanted);
     if (request.kind == LinkReportRun::Kind::LinksTo)
-        return findWebLinksTo(request.site, request.item, request.rules, page, stillWanted);
-    const auto found = checkWebPage(request.site, request.item, request.rules);
+        return links ? links->findTo(request.item, request.rules, page, stillWanted)
+                     : findWebLinksTo(request.site, request.item, request.rules, page, stillWanted);
+    const auto found = links ? links->findFrom(request.item, request.rules, stillWanted)
+                             : checkWebPage(request.site, request.item, request.rules);
     if (!found)
         return found.error();
     page(*found);
@@ -52,6 +55,8 @@ void LinkReportRun::start(const Request& request)
             self.m_item.reset();
             emit self.ended(done ? QString() : displayText(done.error().text));
         });
+        if (request.links)
+            request.links->store();
     });
 }
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "base/workitem.h"
-#include "links/browserchecker.h"
+#include "links/sitelinks.h"
 #include "links/webrules.h"
 
 #include <QObject>
@@ -28,6 +28,8 @@ public:
         std::filesystem::path site;
         std::filesystem::path item; // of LinksFrom and LinksTo
         WebRules rules;
+        std::shared_ptr<SiteLinks> links =
+            {}; // what is kept of the site's links; without it every page is read
     };
 
     explicit LinkReportRun(QObject* parent) : QObject(parent) {}

@@ -9,6 +9,7 @@
 #include "browser/movenotices.h"
 #include "browser/panehost.h"
 #include "browser/planpreview.h"
+#include "links/sitelinks.h"
 #include "links/sitemoves.h"
 
 #include <QApplication>
@@ -56,6 +57,16 @@ void tellOfLinks(const Notices& notices, const std::shared_ptr<const LinksUpdate
 {
     if (update)
         onMain(notices, [&](MoveNotices& all) { emit all.linksUpdated(update); });
+}
+
+// For the next move, in the background.
+void keepLinks(const std::shared_ptr<SiteLinks>& links, const WebRules& rules)
+{
+    start(std::make_shared<WorkItem>(), [links, rules](const WorkItem&) {
+        (void)links->findMissing(
+            rules, [](const WebPage&) {}, [] { return !isMainHopClosed(); });
+        links->store();
+    });
 }
 
 /// One job that moves, renames or copies as a browser reads links, or takes such a one back. Background thread, but for the
@@ -254,7 +265,7 @@ void MoveJobs::acceptDrop(const fs::path& site, const Drop& drop, const std::vec
     if (const auto root = std::find_if(siteFolders.begin(), siteFolders.end(), holdsAll);
         root != siteFolders.end() && !holdsAll(site))
         request.sourceRoot = *root;
-    beginMove(request, choices.askAbove);
+    beginMove(std::move(request), choices.askAbove);
 }
 
 void MoveJobs::updateAfterRename(const fs::path& site, const fs::path& oldPath, const fs::path& newPath,
@@ -275,17 +286,23 @@ void MoveJobs::replaceLinks(const fs::path& site, const fs::path& target, const 
 {
     MoveRequest request{site, {}, MoveOperation::Move, {{target, file}}, choices.webRules};
     request.changesLinksOnly = true;
-    beginMove(request, {});
+    beginMove(std::move(request), {});
 }
 
-void MoveJobs::beginMove(const MoveRequest& request, std::optional<int> askAbove)
+void MoveJobs::beginMove(MoveRequest request, std::optional<int> askAbove)
 {
-    beginLong(updateStatus,
-              [jobs = QPointer(this), notices = m_notices, request,
-               askAbove](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log, const Done& done) {
-                  const MoveRun::Context context{request.site, jobs, notices, log, wantedAs(item), done};
-                  std::make_shared<MoveRun>(context)->move(request, askAbove);
-              });
+    request.keptLinks = m_keptLinks;
+    beginLong(updateStatus, [jobs = QPointer(this), notices = m_notices, request = std::move(request),
+                             askAbove](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log,
+                                       const Done& done) {
+        const auto keepAndEnd = [done, links = request.keptLinks, rules = request.rules] {
+            done();
+            if (links)
+                keepLinks(links, rules);
+        };
+        const MoveRun::Context context{request.site, jobs, notices, log, wantedAs(item), keepAndEnd};
+        std::make_shared<MoveRun>(context)->move(request, askAbove);
+    });
 }
 
 void MoveJobs::undoMove(const fs::path& site, const ReportChoices& choices)

@@ -9,6 +9,7 @@
 #include <functional>
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 class QWidget;
@@ -16,6 +17,7 @@ class QWidget;
 namespace luma {
 
 class MoveNotices;
+class SiteLinks;
 struct LinkPlan;
 struct MoveRequest;
 struct ReportChoices;
@@ -31,6 +33,9 @@ class MoveJobs final : public PanelJobs
 public:
     /// While the window closes, `reporter` and `notices` may be destroyed first.
     MoveJobs(ProgressReporter& reporter, MoveNotices& notices, QWidget* pane);
+
+    /// What is kept of the site's links, so that a move as a browser reads links reads fewer pages.
+    void setKeptLinks(std::shared_ptr<SiteLinks> links) { m_keptLinks = std::move(links); }
 
     /// Moves or copies the dropped items and updates the links of `site`. As a browser reads links, an item that comes from
     /// another one of `siteFolders` keeps its relations.
@@ -58,10 +63,11 @@ signals:
 private:
     QPointer<MoveNotices> m_notices;
     QWidget* m_pane;
+    std::shared_ptr<SiteLinks> m_keptLinks;
 
     void beginUpdate(const std::filesystem::path& site,
                      std::function<MoveOutcome(LinkUpdatingMove& move)> update, MoveOperation operation);
-    void beginMove(const MoveRequest& request, std::optional<int> askAbove);
+    void beginMove(MoveRequest request, std::optional<int> askAbove);
 };
 
 } // namespace luma

@@ -4,7 +4,7 @@
 #include "base/files.h"
 #include "base/mainhop.h"
 #include "browser/displaytext.h"
-#include "links/browserreports.h"
+#include "links/sitelinks.h"
 
 #include "ui_UnlinkedItemsPanel.h"
 
@@ -14,6 +14,7 @@
 #include <QTableView>
 
 #include <algorithm>
+#include <map>
 #include <mutex>
 #include <set>
 #include <system_error>
@@ -24,7 +25,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr int showInterval = 40; // milliseconds
+// In milliseconds.
+constexpr int showInterval = 40;
+constexpr int refreshDelay = 300;
 
 // A folder that has since taken the name of a ticked file is kept.
 bool isFile(const fs::path& path)
@@ -54,7 +57,8 @@ struct UnlinkedItemsPanel::Findings
     std::string current;
     std::vector<Item> items;
 
-    Result<bool> scan(const fs::path& site, const ReportChoices& choices, const StillWanted& stillWanted)
+    Result<bool> scan(const fs::path& site, const ReportChoices& choices, SiteLinks* links,
+                      const StillWanted& stillWanted)
     {
         UnlinkedItemsCallbacks callbacks;
         callbacks.examining = [&](const std::string& subpath) {
@@ -68,9 +72,10 @@ struct UnlinkedItemsPanel::Findings
         };
         callbacks.stillWanted = stillWanted;
         const std::string excluded = choices.excludedFolders.toStdString();
-        return choices.linkRules == LinkRules::Letter
-                   ? findUnlinkedItems(site, excluded, callbacks)
-                   : findWebUnlinked(site, choices.webRules, excluded, callbacks);
+        if (choices.linkRules == LinkRules::Letter)
+            return findUnlinkedItems(site, excluded, callbacks);
+        return links ? links->findUnlinked(choices.webRules, excluded, callbacks)
+                     : findWebUnlinked(site, choices.webRules, excluded, callbacks);
     }
 };
 
@@ -80,6 +85,8 @@ UnlinkedItemsPanel::UnlinkedItemsPanel(QWidget* parent)
     m_ui->setupUi(this);
     setWindowModality(Qt::WindowModal);
     m_showTimer.setInterval(showInterval);
+    m_refreshTimer.setInterval(refreshDelay);
+    m_refreshTimer.setSingleShot(true);
     setUpTable();
     connectControls();
     updateControls();
@@ -148,6 +155,7 @@ void UnlinkedItemsPanel::setUpMenu()
 void UnlinkedItemsPanel::connectControls()
 {
     connect(&m_showTimer, &QTimer::timeout, this, &UnlinkedItemsPanel::showFindings);
+    connect(&m_refreshTimer, &QTimer::timeout, this, &UnlinkedItemsPanel::refresh);
     connect(m_ui->unlinkedItemsStopButton, &QPushButton::clicked, this,
             &UnlinkedItemsPanel::stopFindUnlinkedItems);
     connect(m_ui->unlinkedItemsRestartButton, &QPushButton::clicked, this,
@@ -172,10 +180,12 @@ bool UnlinkedItemsPanel::windowShowsASheet() const
                        [](const QDialog* dialog) { return dialog->isVisible() && dialog->isModal(); });
 }
 
-void UnlinkedItemsPanel::startFindUnlinkedItems(const fs::path& site, const ReportChoices& choices)
+void UnlinkedItemsPanel::startFindUnlinkedItems(const fs::path& site, const ReportChoices& choices,
+                                                std::shared_ptr<SiteLinks> links)
 {
     if (m_state == State::Deleting)
         return;
+    stopRefreshing();
     if (workItem)
         workItem->cancel();
     if (m_site != site)
@@ -186,32 +196,75 @@ void UnlinkedItemsPanel::startFindUnlinkedItems(const fs::path& site, const Repo
     m_kept.clear();
     unlinkedItemsArrayController->setRows({});
     m_ui->unlinkedItemsPanelTitle->setText(QStringLiteral("Listing all files with no links."));
-    workItem = std::make_shared<WorkItem>();
-    m_findings = std::make_shared<Findings>();
+    m_links = std::move(links);
+    m_isComplete = false;
     m_showTimer.start();
     setState(State::Scanning);
+    scan();
+    if (!windowShowsASheet())
+        open();
+}
+
+void UnlinkedItemsPanel::scan()
+{
+    workItem = std::make_shared<WorkItem>();
+    m_findings = std::make_shared<Findings>();
     const QPointer<UnlinkedItemsPanel> guard(this);
-    start(workItem, [guard, site, choices, token = workItem, findings = m_findings](const WorkItem&) {
-        const auto done = findings->scan(site, choices, [token] { return !token->isCancelled(); });
+    start(workItem, [guard, site = m_site, choices = m_choices, links = m_links, token = workItem,
+                     findings = m_findings](const WorkItem&) {
+        const auto done = findings->scan(site, choices, links.get(),
+                                         [token] { return !token->isCancelled() && !isMainHopClosed(); });
         onMain(guard, [&](UnlinkedItemsPanel& self) {
             if (self.workItem == token && !token->isCancelled())
                 self.endScan(done ? QString() : displayText(done.error().text));
         });
+        if (links)
+            links->store();
     });
-    if (!windowShowsASheet())
-        open();
+}
+
+// By the letter every file would be read again.
+void UnlinkedItemsPanel::siteChanged()
+{
+    if (isVisible() && m_links && m_choices.linkRules == LinkRules::Browser && !m_refreshTimer.isActive())
+        m_refreshTimer.start();
+}
+
+void UnlinkedItemsPanel::refresh()
+{
+    if (m_state != State::Idle || m_isRefreshing) {
+        m_refreshTimer.start();
+    } else if (m_isComplete) {
+        m_isRefreshing = true;
+        scan();
+    }
+}
+
+void UnlinkedItemsPanel::stopRefreshing()
+{
+    m_refreshTimer.stop();
+    if (std::exchange(m_isRefreshing, false))
+        workItem->cancel();
 }
 
 void UnlinkedItemsPanel::showFindings()
 {
     if (!m_findings)
         return;
+    unlinkedItemsArrayController->append(takeFindings());
+    if (m_state == State::Scanning) {
+        const std::scoped_lock lock(m_findings->mutex);
+        m_ui->unlinkedItemsCuurentResourcePath->setText(displayText(m_findings->current));
+    }
+}
+
+// Those to be kept go where they belong.
+std::vector<UnlinkedItemsPanel::Item> UnlinkedItemsPanel::takeFindings()
+{
     std::vector<Item> items;
-    std::string current;
     {
         const std::scoped_lock lock(m_findings->mutex);
         items.swap(m_findings->items);
-        current = m_findings->current;
     }
     const auto firstKept = std::stable_partition(
         items.begin(), items.end(), [this](const Item& item) { return !isKept(item.displayName); });
@@ -221,13 +274,30 @@ void UnlinkedItemsPanel::showFindings()
         m_kept.push_back(item);
     });
     items.erase(firstKept, items.end());
-    unlinkedItemsArrayController->append(std::move(items));
-    if (m_state == State::Scanning)
-        m_ui->unlinkedItemsCuurentResourcePath->setText(displayText(current));
+    return items;
+}
+
+// Rows that stay keep their ticks, and the selection where nothing has changed.
+void UnlinkedItemsPanel::showRefreshed()
+{
+    m_kept.clear();
+    std::vector<Item> items = takeFindings();
+    std::map<std::string, bool> ticks;
+    for (const Item& item : unlinkedItemsArrayController->rows())
+        ticks.emplace(item.displayName, item.select);
+    for (Item& item : items) {
+        if (const auto tick = ticks.find(item.displayName); tick != ticks.end() && !item.isKept)
+            item.select = tick->second;
+    }
+    if (m_ui->unlinkedItemsKeptCheckBox->isChecked())
+        items.insert(items.end(), m_kept.begin(), m_kept.end());
+    if (items != unlinkedItemsArrayController->rows())
+        unlinkedItemsArrayController->setRows(std::move(items));
 }
 
 void UnlinkedItemsPanel::stopFindUnlinkedItems()
 {
+    stopRefreshing();
     if (!workItem || m_state == State::Idle)
         return;
     workItem->cancel();
@@ -239,9 +309,13 @@ void UnlinkedItemsPanel::stopFindUnlinkedItems()
 void UnlinkedItemsPanel::endScan(const QString& note)
 {
     m_showTimer.stop();
-    showFindings();
+    if (!std::exchange(m_isRefreshing, false))
+        showFindings();
+    else if (note.isEmpty())
+        showRefreshed();
     m_findings.reset();
     m_note = note;
+    m_isComplete = note.isEmpty();
     setState(State::Idle);
 }
 
@@ -312,6 +386,7 @@ void UnlinkedItemsPanel::deleteUnlinkedItems()
 /// Runs `work` in the background; what is left of it to delete comes back.
 void UnlinkedItemsPanel::runDeletion(std::function<TrashOutcome(const std::function<bool()>& isWanted)> work)
 {
+    stopRefreshing();
     workItem = std::make_shared<WorkItem>();
     setState(State::Deleting);
     const QPointer<UnlinkedItemsPanel> guard(this);

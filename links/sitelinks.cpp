@@ -48,6 +48,12 @@ std::vector<Id> filesFor(Id target, const SiteTree& tree, const WebRules& rules)
     return files;
 }
 
+bool isAnythingKept(const KeptPages& pages, const std::optional<LinkStore>& store)
+{
+    std::error_code error;
+    return !pages.pages().empty() || (store && fs::exists(store->file(), error));
+}
+
 /// Tells whether a page may link to one of some items, or to something below one.
 class ItemLinks final
 {
@@ -149,7 +155,10 @@ Result<std::optional<std::set<std::string>>> SiteLinks::pagesLeadingTo(const std
                                                                        const WebRules& rules,
                                                                        const StillWanted& stillWanted)
 {
-    const std::scoped_lock lock(m_mutex);
+    // A move does not wait until all pages have been read for what is kept.
+    const std::unique_lock lock(m_mutex, std::try_to_lock);
+    if (!lock || !isAnythingKept(m_pages, m_store))
+        return std::optional<std::set<std::string>>();
     {
         const std::scoped_lock changesLock(m_changesMutex);
         m_changes.reset();
@@ -211,7 +220,10 @@ Result<bool> SiteLinks::findMissing(const WebRules& rules, const WebPageSink& si
 Result<WebPage> SiteLinks::findFrom(const fs::path& page, const WebRules& rules,
                                     const StillWanted& stillWanted)
 {
-    const std::scoped_lock lock(m_mutex);
+    // One page alone is read sooner than all.
+    const std::unique_lock lock(m_mutex, std::try_to_lock);
+    if (!lock || !isAnythingKept(m_pages, m_store))
+        return checkWebPage(m_site, page, rules);
     const auto done = update(rules, stillWanted);
     if (!done)
         return done.error();

@@ -4,10 +4,14 @@
 #include <QString>
 
 #include <chrono>
+#include <optional>
+#include <set>
+#include <string>
 
 namespace luma {
 
-/// Posts the watcher's notification: at most once per interval, and always after the last change.
+/// Posts the watcher's notification: at most once per interval, and always after the last change. Before each, where standard
+/// output is a pipe, it writes there which folders have changed, each path followed by a NUL; an empty path means any folder.
 class Announcer final
 {
 public:
@@ -16,7 +20,8 @@ public:
     /// The notification's name is "folderChanged" followed by `caption`; its object is this process's id.
     explicit Announcer(const QString& caption);
 
-    void changed() { m_pending = true; }
+    /// Something has changed in these folders, or anywhere without them.
+    void changed(std::optional<std::set<std::string>> folders);
     /// Posts if it is time; returns the milliseconds until then, or -1 if nothing is pending.
     int postIfDue();
 
@@ -24,6 +29,9 @@ private:
     QString m_name;
     QString m_object;
     bool m_pending = false;
+    std::optional<std::set<std::string>> m_folders = std::set<std::string>(); // none: any
+
+    void writeFolders();
     std::chrono::steady_clock::time_point m_next = std::chrono::steady_clock::now();
 };
 

@@ -138,6 +138,8 @@ void FolderTreeWatch::handle(const inotify_event& event)
     if (found == m_pathByWatch.end())
         return;
     const std::string folder = found->second;
+    if (m_changedFolders)
+        m_changedFolders->insert(folder);
     if ((event.mask & (IN_IGNORED | IN_UNMOUNT)) != 0)
         forget(event.wd);
     if (folder == m_root.native() && (event.mask & (IN_DELETE_SELF | IN_MOVE_SELF | IN_UNMOUNT)) != 0)
@@ -169,9 +171,18 @@ bool FolderTreeWatch::readEvents()
             at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);
         }
     }
-    if (overflowed || m_rootGone)
+    if (overflowed || m_rootGone) {
+        m_changedFolders.reset();
         setUp();
+    }
+    if (m_changedMeanwhile)
+        m_changedFolders.reset();
     return std::exchange(m_changedMeanwhile, false) || changed;
+}
+
+std::optional<std::set<std::string>> FolderTreeWatch::takeChangedFolders()
+{
+    return std::exchange(m_changedFolders, std::set<std::string>());
 }
 
 int FolderTreeWatch::patience() const
@@ -183,6 +194,7 @@ int FolderTreeWatch::patience() const
 
 bool FolderTreeWatch::lookAround()
 {
+    m_changedFolders.reset();
     bool changed = std::exchange(m_changedMeanwhile, false);
     if (m_rootGone) {
         setUp();

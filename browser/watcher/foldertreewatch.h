@@ -8,6 +8,8 @@
 
 #include <filesystem>
 #include <map>
+#include <optional>
+#include <set>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -29,6 +31,8 @@ public:
     [[nodiscard]] int patience() const;
     /// Reads the pending events. True if something has changed.
     bool readEvents();
+    /// The folders in which something has changed since the last call; nothing where that can't be told.
+    std::optional<std::set<std::string>> takeChangedFolders();
     /// Polls what inotify does not report. True if something has changed.
     bool lookAround();
     [[nodiscard]] std::size_t watchCount() const { return m_pathByWatch.size(); }
@@ -41,6 +45,7 @@ private:
     /// Folders without a watch, with the time of their last change.
     std::map<std::string, timespec> m_lookedAt;
     timespec m_started = {};
+    std::optional<std::set<std::string>> m_changedFolders;
     bool m_rootGone = false;
     bool m_changedMeanwhile = false;
 

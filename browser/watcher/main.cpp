@@ -54,12 +54,12 @@ void watch(const std::filesystem::path& folder, Announcer& announcer, int termin
         if (sources[2].revents != 0 || parentIsGone(sources[1].revents))
             return;
         if (sources[0].revents != 0 && tree.readEvents())
-            announcer.changed();
+            announcer.changed(tree.takeChangedFolders());
         const int patience = tree.patience();
         if (patience >= 0 && Clock::now() - lastLook >= std::chrono::milliseconds(patience)) {
             lastLook = Clock::now();
             if (tree.lookAround())
-                announcer.changed();
+                announcer.changed(tree.takeChangedFolders());
         }
     }
 }
@@ -72,6 +72,7 @@ void watch(const std::filesystem::path& folder, Announcer& announcer, int termin
 int main(int argc, char** argv)
 {
     const int termination = terminationDescriptor();
+    (void)std::signal(SIGPIPE, SIG_IGN);
     const QCoreApplication application(argc, argv);
     if (argc != 3) {
         (void)std::fprintf(stderr, "usage: LUMAWatcher CAPTION FOLDER\n");

@@ -82,6 +82,36 @@ private slots:
         QTRY_VERIFY(!spy.isEmpty());
     }
 
+    void changedFolders_areNamed()
+    {
+        fs::create_directories(at("deep/a"));
+        QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
+        watch(spy);
+        (void)m_watcher->takeChangedFolders();
+        put("deep/a/new.html");
+        QTRY_VERIFY(!spy.isEmpty());
+        settle(spy);
+        std::set<fs::path> named;
+        for (const std::string& folder : m_watcher->takeChangedFolders().value_or(std::set<std::string>()))
+            named.insert(fs::path(folder).lexically_normal());
+        QCOMPARE(named, std::set<fs::path>{at("deep/a")});
+        // Too many to name.
+        for (int i = 0; i < 100; ++i)
+            fs::create_directories(at("deep/" + std::string(100, 'x') + std::to_string(i) + "/y"));
+        QTRY_VERIFY(!spy.isEmpty());
+        settle(spy);
+        QVERIFY(!m_watcher->takeChangedFolders());
+    }
+
+    void watcherThatEnds_isTold()
+    {
+        QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
+        watch(spy);
+        QSignalSpy ended(m_watcher.get(), &FolderWatcher::ended);
+        ::kill(static_cast<pid_t>(m_watcher->processId()), SIGKILL);
+        QTRY_COMPARE(ended.size(), 1);
+    }
+
     void foldersThatComeAndGo_areFollowed()
     {
         QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);

@@ -98,6 +98,25 @@ private slots:
         table.setFilter({});
         QCOMPARE(table.rowCount(), 4);
     }
+
+    void change_isShown_ticksStay()
+    {
+        PaneFixture site;
+        site.pane->doConnect();
+        QTRY_VERIFY(site.pane->rootNode());
+        site.pane->startFindUnlinkedItems();
+        QTRY_VERIFY(isDone(site));
+        QCOMPARE(rows(site), (QStringList{"css/main.css+", "css/print.css+", "images/logo.png+"}));
+        QAbstractItemModel* model = site.find<QTableView>("unlinkedItemsTableView")->model();
+        model->setData(model->index(1, 0), Qt::Unchecked, Qt::CheckStateRole);
+        // Repeated, for the watcher may not be running yet.
+        int attempt = 0;
+        QTRY_VERIFY((site.folder.put("lost.bin", std::to_string(++attempt)), rows(site).size() == 4));
+        QCOMPARE(rows(site),
+                 (QStringList{"css/main.css+", "css/print.css", "images/logo.png+", "lost.bin+"}));
+        site.folder.put("new.html", "<a href=lost.bin><img src=css/main.css>");
+        QTRY_COMPARE(rows(site), (QStringList{"css/print.css", "images/logo.png+", "new.html+"}));
+    }
 };
 
 LUMA_TEST(tst_unlinkeditemspanel)

@@ -267,6 +267,7 @@ private slots:
         MoveRequest request{site.root(), {}, MoveOperation::Move, {{site.at(item), site.at(place)}}, {},
                             false,       {}};
         const auto links = std::make_shared<SiteLinks>(site.root(), SiteLinks::Keeping::InMemory, 0);
+        QVERIFY(*links->findMissing({}, [](const WebPage&) {}));
         std::string plans[4];
         for (int i = 0; i < 4; ++i) {
             if (i == 2) {
@@ -300,6 +301,9 @@ private slots:
                                    : std::vector<std::string>{"unknown"};
         };
         using Names = std::vector<std::string>;
+        // Nothing is kept yet.
+        QCOMPARE(leading({"docs"}), Names{"unknown"});
+        QVERIFY(*links.findMissing({}, [](const WebPage&) {}));
         QCOMPARE(leading({"docs"}), (Names{"a.html", "b.html", "d.html"}));
         QCOMPARE(leading({"docs/index.html"}), (Names{"a.html", "d.html"}));
         QCOMPARE(leading({"d.html"}), (Names{"c.html", "d.html"}));
