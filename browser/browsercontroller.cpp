@@ -59,6 +59,8 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     connect(m_fileJobs, &FileJobs::runningChanged, this, &BrowserController::showBusy);
     connect(m_fileJobs, &FileJobs::changed, this, &BrowserController::refreshLater);
     connect(m_fileJobs, &FileJobs::deleted, this, &BrowserController::goOnAfterDeletion);
+    connect(m_fileJobs, &FileJobs::undoable, this, &BrowserController::undoable);
+    connect(m_fileJobs, &FileJobs::undoFailed, m_ui->fullPathToSelectedItem, &QLabel::setText);
     connectLinks();
     connectConnection();
     setRootNode(nullptr);
@@ -124,6 +126,13 @@ void BrowserController::connectLinks()
     const auto reveal = [this](const std::filesystem::path& file) { browser().reveal(file); };
     connect(m_linkJobs, &LinkJobs::fileActivated, this, reveal);
     connect(m_moveJobs, &MoveJobs::fileActivated, this, reveal);
+    connect(m_moveJobs, &MoveJobs::moved, this,
+            [this](const QString& title, const std::filesystem::path& site) {
+                emit undoable(title, [pane = QPointer(this), site] {
+                    if (pane)
+                        pane->m_moveJobs->undoMove(site, pane->parentDoc.reportChoices());
+                });
+            });
     connect(m_moveJobs, &MoveJobs::askingStopped, this, [this] { parentDoc.stopAsking(); });
     connect(&parentDoc.moveNotices(), &MoveNotices::itemMoved, this,
             [this](const MovedItem& item, const std::filesystem::path& site) {

@@ -8,6 +8,7 @@
 #include <QObject>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 
 namespace Ui {
@@ -88,6 +89,8 @@ signals:
                         unsigned line, unsigned column);
     /// A connection has begun, succeeded, failed or ended.
     void stateChanged();
+    /// The user has changed files, and `undo`, called once, begins to take that back. `title` says what it was: "Delete".
+    void undoable(const QString& title, const std::function<void()>& undo);
 
 private:
     using Paths = std::vector<std::filesystem::path>;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/result.h"
 #include "browser/deletionalert.h"
 
 #include <QObject>
@@ -13,9 +14,9 @@ class QWidget;
 
 namespace luma {
 
-/// The file operations of a pane's menu and keys: new folders, duplicates, and deletions after a question.
-/// Copying and deleting run in the background on copies of their values, even if the pane is destroyed. A
-/// failed operation changes nothing; failures to copy are ignored. Main thread only.
+/// The file operations of a pane's menu and keys: new folders, duplicates, and deletions after a question. What is done can be
+/// taken back, except for what is deleted for good. Copying and deleting run in the background on copies of their values, even
+/// if the pane is destroyed. A failed operation changes nothing; failures to copy are ignored. Main thread only.
 class FileJobs final : public QObject
 {
     Q_OBJECT
@@ -43,11 +44,19 @@ signals:
     void changed(const luma::FileJobs::Paths& select);
     /// Items were deleted.
     void deleted(const std::filesystem::path& next);
+    /// Something was done that can be taken back: `undo`, called once, begins to. `title` says what it was: "Delete".
+    void undoable(const QString& title, const std::function<void()>& undo);
+    /// Something could not be taken back, for this reason.
+    void undoFailed(const QString& reason);
 
 private:
     QWidget* m_pane;
     int m_running = 0;
 
+    /// Takes something back, on a background thread; gives the items to select then.
+    using Undo = std::function<Result<Paths>()>;
+    void offerUndo(const QString& title, const Undo& undo);
+    void runUndo(const Undo& undo);
     void moveToTrash(const Paths& items, const std::filesystem::path& next);
     void confirmRemoval(const TrashOutcome& outcome, const std::filesystem::path& next);
     void run(std::function<bool()> job, std::function<void()> whenChanged);

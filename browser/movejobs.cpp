@@ -186,6 +186,8 @@ void MoveRun::carryOut()
     for (const MovedItem& item : report.items)
         m.log->addText("Updating links to: " + item.from.filename().native() + "\n\n");
     show(report);
+    if (report.isDone)
+        onMain(m.jobs, [this](MoveJobs& jobs) { emit jobs.moved(PlanPreview::actionName(*m_plan), m.site); });
     m.done();
 }
 

@@ -57,6 +57,8 @@ public:
                   const Answered& answered);
 
 signals:
+    /// A job in `site` is done that undoMove() takes back. `title` says what it was: "Rename".
+    void moved(const QString& title, const std::filesystem::path& site);
     /// The user doesn't want to be asked before many pages change.
     void askingStopped();
 

@@ -14,21 +14,6 @@
 
 namespace luma {
 
-namespace {
-
-QString acceptText(const LinkPlan& plan)
-{
-    const std::vector<MovedItem>& items = plan.request.items;
-    if (plan.request.changesLinksOnly || items.empty())
-        return PlanPreview::tr("&Change Links");
-    if (plan.request.operation == MoveOperation::Copy)
-        return PlanPreview::tr("&Copy");
-    const bool isRename = items.front().from.parent_path() == items.front().to.parent_path();
-    return isRename ? PlanPreview::tr("&Rename") : PlanPreview::tr("&Move");
-}
-
-} // namespace
-
 PlanPreview::PlanPreview(std::shared_ptr<const LinkPlan> plan, std::optional<int> askAbove, QWidget* parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::PlanPreview>()), m_plan(std::move(plan))
 {
@@ -41,7 +26,7 @@ PlanPreview::PlanPreview(std::shared_ptr<const LinkPlan> plan, std::optional<int
     const auto most = static_cast<std::size_t>(askAbove.value_or(0));
     m_ui->planAsks->setText(
         tr("&Ask before changing more than %1").arg(counted(most, tr("page"), tr("pages"))));
-    m_ui->planAcceptButton->setText(acceptText(*m_plan));
+    m_ui->planAcceptButton->setText(u'&' + actionName(*m_plan));
     const bool isMove = !m_plan->request.changesLinksOnly && !m_plan->request.items.empty();
     m_ui->planAcceptButton->setEnabled(isMove || !m_plan->pages.empty());
     setUpTable();
@@ -54,6 +39,17 @@ PlanPreview::PlanPreview(std::shared_ptr<const LinkPlan> plan, std::optional<int
 }
 
 PlanPreview::~PlanPreview() = default;
+
+QString PlanPreview::actionName(const LinkPlan& plan)
+{
+    const std::vector<MovedItem>& items = plan.request.items;
+    if (plan.request.changesLinksOnly || items.empty())
+        return tr("Change Links");
+    if (plan.request.operation == MoveOperation::Copy)
+        return tr("Copy");
+    const bool isRename = items.front().from.parent_path() == items.front().to.parent_path();
+    return isRename ? tr("Rename") : tr("Move");
+}
 
 void PlanPreview::setUpTable()
 {

@@ -25,6 +25,9 @@ public:
     PlanPreview(std::shared_ptr<const LinkPlan> plan, std::optional<int> askAbove, QWidget* parent);
     ~PlanPreview() override;
 
+    /// What the plan does, in a word or two: "Rename".
+    static QString actionName(const LinkPlan& plan);
+
 signals:
     /// The user has accepted and doesn't want to be asked any more.
     void askingStopped();

@@ -126,6 +126,7 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
     m_source->widget()->setObjectName(QStringLiteral("sourceBrowserController"));
     m_destination->widget()->setObjectName(QStringLiteral("destinationBrowserController"));
     for (BrowserController* pane : {m_source, m_destination}) {
+        connect(pane, &BrowserController::undoable, this, &HaldenDoc::addUndo);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::updateActions);
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
         connect(pane, &BrowserController::placeRequested, this, &HaldenDoc::placeRequested);
@@ -162,7 +163,7 @@ void HaldenDoc::connectActions()
     };
     onPane(m_ui->openAction, &BrowserController::openItem);
     onPane(m_ui->newFolderAction, &BrowserController::newFolder);
-    onPane(m_ui->undoMoveAction, &BrowserController::undoMove);
+    connect(m_ui->undoMoveAction, &QAction::triggered, this, &HaldenDoc::undo);
     onPane(m_ui->renameAction, &BrowserController::renameItem);
     onPane(m_ui->duplicateAction, &BrowserController::duplicateItem);
     onPane(m_ui->deleteAction, &BrowserController::deleteSelectedItems);
@@ -194,6 +195,34 @@ void HaldenDoc::connectRemoteLogin()
     connect(m_ui->setUpRemoteLoginConnectionButton, &QPushButton::clicked, this, &HaldenDoc::setUpRsync);
     connect(m_ui->setUpRemoteLoginAction, &QAction::triggered, this, &HaldenDoc::setUpRsync);
     connect(m_ui->checkConnectionAction, &QAction::triggered, this, &HaldenDoc::checkConnectionOK);
+}
+
+void HaldenDoc::addUndo(const QString& title, const std::function<void()>& undo)
+{
+    constexpr std::size_t mostSteps = 100;
+    m_undoSteps.push_back({title, undo});
+    if (m_undoSteps.size() > mostSteps)
+        m_undoSteps.erase(m_undoSteps.begin());
+    updateUndo();
+}
+
+// Moves can also be taken back that were made before the window opened.
+void HaldenDoc::undo()
+{
+    if (m_undoSteps.empty()) {
+        currentSitePane().undoMove();
+        return;
+    }
+    const UndoStep last = std::move(m_undoSteps.back());
+    m_undoSteps.pop_back();
+    updateUndo();
+    last.undo();
+}
+
+void HaldenDoc::updateUndo()
+{
+    m_ui->undoMoveAction->setText(
+        tr("&Undo %1").arg(m_undoSteps.empty() ? tr("Move") : m_undoSteps.back().title));
 }
 
 void HaldenDoc::windowDidLoad()

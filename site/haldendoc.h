@@ -11,6 +11,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace Ui {
 class HaldenDoc;
@@ -91,6 +92,12 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
+    struct UndoStep
+    {
+        QString title;
+        std::function<void()> undo;
+    };
+
     std::unique_ptr<Ui::HaldenDoc> m_ui;
     std::shared_ptr<SiteRecord> m_record;
     BrowserController* m_source = nullptr;
@@ -99,6 +106,7 @@ private:
     std::function<ReportChoices()> m_reportChoices;
     std::function<void()> m_stopAsking;
     std::shared_ptr<MoveNotices> m_moveNotices;
+    std::vector<UndoStep> m_undoSteps; // what can be taken back, the last at the end
     RemoteLogin m_remoteLogin;
     SyncEngine m_engine;
     ProgressPanel* m_progressPanel = nullptr;
@@ -114,6 +122,9 @@ private:
     void noteFocus(const QWidget* focused);
     void updateForRecord();
     void updateActions();
+    void addUndo(const QString& title, const std::function<void()>& undo);
+    void undo();
+    void updateUndo();
     void updateSetUp();
     void showCheck(bool works, const QString& answer);
     void showAdvice(const QString& text);

@@ -143,6 +143,41 @@ private slots:
         QVERIFY(!fs::exists(site.at("New Folder")));
     }
 
+    void undo_takesNewFolderDuplicateAndDeletionBack()
+    {
+        PaneFixture site;
+        QStringList titles;
+        std::vector<std::function<void()>> undo;
+        connect(site.pane, &BrowserController::undoable, this,
+                [&](const QString& title, const std::function<void()>& step) {
+                    titles.append(title);
+                    undo.push_back(step);
+                });
+        connectPane(site);
+        const std::string before = site.folder.listing();
+        click(site, "browserList0", "css");
+        click(site, "browserList1", "main.css");
+        site.pane->newFolder();
+        QTRY_COMPARE(selectedName(site), QStringLiteral("New Folder"));
+        click(site, "browserList1", "main.css");
+        site.pane->duplicateItem();
+        QTRY_COMPARE(selectedName(site), QStringLiteral("main copy.css"));
+        click(site, "browserList1", "main.css");
+        site.pane->deleteSelectedItems();
+        answerAlert(site, "Delete");
+        QTRY_COMPARE(titles, (QStringList{"New Folder", "Duplicate", "Delete"}));
+        QVERIFY(!fs::exists(site.at("css/main.css")));
+        undo[2]();
+        QTRY_VERIFY(fs::exists(site.at("css/main.css")));
+        undo[1]();
+        QTRY_VERIFY(!fs::exists(site.at("css/main copy.css")));
+        site.put("css/New Folder/mine.txt");
+        undo[0]();
+        QTRY_VERIFY(site.text("fullPathToSelectedItem").contains("not empty"));
+        fs::remove_all(site.at("css/New Folder"));
+        QCOMPARE(site.folder.listing(), before);
+    }
+
     void deletion_asksOnceAndDeletesAllSelected()
     {
         PaneFixture site;

@@ -192,10 +192,12 @@ private slots:
                                                 Qt::EditRole);
         QTRY_COMPARE(folders.bytesOf("sending/b/x.html"),
                      std::string("<img src=\"../new%20a/img/p.png\"><a href=x.html>me</a>"));
-        for (int i = 0; i < 2; ++i) {
+        auto& undo = site.find<QAction>("undoMoveAction");
+        for (const char* const title : {"&Undo Rename", "&Undo Move"}) {
             QTRY_VERIFY(site.isDone());
+            QCOMPARE(undo.text(), title);
             site.find<QDialog>("progressPanel").accept();
-            site.find<QAction>("undoMoveAction").trigger();
+            undo.trigger();
             QTRY_VERIFY(site.log().startsWith("Took back: "));
         }
         QTRY_VERIFY(site.isDone());
