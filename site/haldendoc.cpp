@@ -10,6 +10,7 @@
 #include "mounts/gvfsmounter.h"
 #include "shell/sshcontroller.h"
 #include "site/comparisonwindow.h"
+#include "site/panellayouts.h"
 #include "site/progresspanel.h"
 #include "site/restorepanel.h"
 #include "site/syncpanel.h"
@@ -266,6 +267,7 @@ QByteArray HaldenDoc::layoutState() const
     stream << saveGeometry() << m_ui->splitView->saveState();
     writeColumnWidths(stream, m_source->browser());
     writeColumnWidths(stream, m_destination->browser());
+    writePanelLayouts(stream, *this);
     return state;
 }
 
@@ -279,6 +281,7 @@ void HaldenDoc::restoreLayoutState(const QByteArray& state)
     m_ui->splitView->restoreState(split);
     restoreColumnWidths(stream, m_source->browser());
     restoreColumnWidths(stream, m_destination->browser());
+    readPanelLayouts(stream, *this);
 }
 
 void HaldenDoc::checkConnectionOK()

@@ -61,7 +61,7 @@ public:
     /// Shows the window and connects both panes, the source first.
     void windowDidLoad();
 
-    /// Size, divider and column widths, to be restored in the next window. Restoring skips damaged or missing
+    /// Size, divider, column widths and panels, to be restored in the next window. Restoring skips damaged or missing
     /// parts.
     [[nodiscard]] QByteArray layoutState() const;
     void restoreLayoutState(const QByteArray& state);

@@ -9,7 +9,9 @@
 #include <QDialog>
 #include <QPlainTextEdit>
 #include <QSemaphore>
+#include <QTableView>
 #include <QThreadPool>
+#include <QTreeView>
 
 using namespace luma;
 using luma::test::SiteWindow;
@@ -247,6 +249,13 @@ private slots:
         window().resize(900, 800);
         m_site->source().browser().setColumnWidths({310, 150});
         m_site->destination().browser().setColumnWidths({99});
+        const auto panel = [](const BrowserController& pane) {
+            return pane.widget()->findChild<QDialog*>("linkReportPanel");
+        };
+        panel(m_site->source())->resize(700, 410);
+        panel(m_site->source())->findChild<QTreeView*>("linkReportView")->setColumnWidth(1, 123);
+        panel(m_site->destination())->resize(640, 400);
+        window().findChild<QTableView*>("syncTableView")->setColumnWidth(0, 222);
         const QByteArray state = window().layoutState();
         close();
         open(state);
@@ -263,6 +272,10 @@ private slots:
         BrowserController& source = m_site->source();
         QCOMPARE(source.browser().columnWidths(), (QList<int>{310, 150}));
         QCOMPARE(m_site->destination().browser().columnWidths(), QList<int>{99});
+        QCOMPARE(panel(source)->size(), QSize(700, 410));
+        QCOMPARE(panel(source)->findChild<QTreeView*>("linkReportView")->columnWidth(1), 123);
+        QCOMPARE(panel(m_site->destination())->size(), QSize(640, 400));
+        QCOMPARE(window().findChild<QTableView*>("syncTableView")->columnWidth(0), 222);
         QTRY_VERIFY(source.rootNode());
         source.browser().setPath({"a"});
         QCOMPARE(source.widget()->findChild<QWidget*>("browserColumn0")->width(), 310);
