@@ -98,6 +98,11 @@ void BrowserController::connectBrowser()
             [this](const QModelIndex& item, const QPoint& position) {
                 contextualMenu->popupFor(item.isValid(), position);
             });
+    browser().model().setRenamePreparation(
+        [this](const std::filesystem::path& oldPath, const std::filesystem::path& newPath) {
+            return m_moveJobs->prepareRename(m_mountPath, oldPath, newPath, parentDoc.reportChoices());
+        });
+    connect(&browser().model(), &FileSystemModel::renameFailed, m_moveJobs, &MoveJobs::dropRename);
     // The old name just reappears, so the line below the columns says why.
     connect(&browser().model(), &FileSystemModel::renameFailed, m_ui->fullPathToSelectedItem,
             &QLabel::setText);
@@ -225,6 +230,7 @@ void BrowserController::connectionSucceeded(const ConnectionRequest& request)
     setConnectState(request.protocol + request.server + request.path);
     m_siteLinks = std::make_shared<SiteLinks>(m_mountPath, SiteLinks::Keeping::Stored);
     m_moveJobs->setKeptLinks(m_siteLinks);
+    m_moveJobs->endInterrupted(m_mountPath);
     m_watcher->start(m_ui->label->text(), m_mountPath);
     if (!request.isLocal())
         parentDoc.checkConnectionOK();

@@ -297,7 +297,15 @@ bool FileSystemModel::setData(const QModelIndex& index, const QVariant& value, i
     if (value.toString() == item->editedName())
         return false;
     const std::filesystem::path oldPath = item->url();
-    if (const auto done = item->setDisplayName(value.toString()); !done) {
+    const auto newPath = item->pathNamed(value.toString());
+    Result<void> done;
+    if (!newPath)
+        done = newPath.error();
+    else if (m_prepareRename)
+        done = m_prepareRename(oldPath, *newPath);
+    if (done)
+        done = item->setDisplayName(value.toString());
+    if (!done) {
         emit renameFailed(displayText(done.error().text));
         return false;
     }

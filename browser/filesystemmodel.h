@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/result.h"
 #include "browser/filesystemnode.h"
 
 #include <QAbstractItemModel>
 
+#include <filesystem>
+#include <functional>
 #include <set>
 #include <string>
 
@@ -36,6 +39,11 @@ public:
     [[nodiscard]] FileSystemNodePointer node(const QModelIndex& index) const;
     /// The row of the item called `name` (bytes) in `folder`, or an invalid index.
     [[nodiscard]] QModelIndex childNamed(const QModelIndex& folder, const std::string& name) const;
+
+    /// `prepare` is called before an item gets another path, and its error keeps it from that.
+    using RenamePreparation = std::function<Result<void>(const std::filesystem::path& oldPath,
+                                                         const std::filesystem::path& newPath)>;
+    void setRenamePreparation(RenamePreparation prepare) { m_prepareRename = std::move(prepare); }
 
     /// Discards all listings and indexes and lists the root again.
     void reload();
@@ -69,6 +77,7 @@ private:
     std::unique_ptr<Folder> m_root;
     FileSystemNodePointer m_rootNode;
     std::set<std::string> m_openedPackages; // by path
+    RenamePreparation m_prepareRename;
 
     [[nodiscard]] const std::vector<FileSystemNodePointer>& listed(FileSystemNode& folder) const;
     [[nodiscard]] Folder* folderAt(const QModelIndex& index) const;

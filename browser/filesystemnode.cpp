@@ -43,18 +43,25 @@ LabelColor FileSystemNode::labelColor() const
     return m_fileProperties ? m_fileProperties->labelColor : LabelColor::None;
 }
 
-Result<void> FileSystemNode::setDisplayName(const QString& newName)
+Result<std::filesystem::path> FileSystemNode::pathNamed(const QString& newName) const
 {
     const std::string bytes = newName.toStdString();
     if (bytes.empty() || bytes == "." || bytes == ".." || bytes.find('/') != std::string::npos ||
         bytes.find('\0') != std::string::npos)
         return Error{"\"" + bytes + "\" cannot be the name of a file"};
-    const std::filesystem::path target = url().parent_path() / bytes;
-    if (auto moved = moveItem(url(), target); !moved)
+    return url().parent_path() / bytes;
+}
+
+Result<void> FileSystemNode::setDisplayName(const QString& newName)
+{
+    const auto target = pathNamed(newName);
+    if (!target)
+        return target.error();
+    if (auto moved = moveItem(url(), *target); !moved)
         return moved;
     if (m_fileProperties)
-        m_fileProperties->name = bytes;
-    m_url = target.string();
+        m_fileProperties->name = target->filename().native();
+    m_url = target->string();
     return {};
 }
 

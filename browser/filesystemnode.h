@@ -49,6 +49,8 @@ public:
     [[nodiscard]] QString displayName() const;
     /// The name for editing: its own characters, as long as it is UTF-8.
     [[nodiscard]] QString editedName() const;
+    /// The item's path under another name in its folder. Error: as setDisplayName(), but for a name that is taken.
+    [[nodiscard]] Result<std::filesystem::path> pathNamed(const QString& newName) const;
     /// Renames the item on disk within its folder. Fails, and changes neither node nor disk, if the name is
     /// empty, is "." or "..", contains a slash or a null character, or is taken.
     Result<void> setDisplayName(const QString& newName);

@@ -29,6 +29,8 @@ using Notices = QPointer<MoveNotices>;
 const QString updateStatus =
     QStringLiteral("Please wait while links in all possible files are being updated...");
 
+const QString endedStatus = QStringLiteral("An interrupted move was finished or taken back.");
+
 constexpr std::string_view stoppedAtOnce = "\nStopped before anything was moved or copied.";
 constexpr std::string_view stoppedInPages =
     "\nStopped before all pages were looked at; links in the others are as they were.";
@@ -74,67 +76,78 @@ void keepLinks(const std::shared_ptr<SiteLinks>& links, const WebRules& rules)
 class MoveRun final : public std::enable_shared_from_this<MoveRun>
 {
 public:
-    struct Context
+    /// `moves` are open before the job where an item is renamed already.
+    MoveRun(fs::path site, MoveJobs* jobs, Notices notices, std::shared_ptr<SiteMoves> moves = {})
+        : m_site(std::move(site)), m_jobs(jobs), m_notices(std::move(notices)), m_moves(std::move(moves))
+    {}
+
+    /// To be called first. `done` when the job has ended.
+    void begin(std::shared_ptr<JobLog> log, StillWanted stillWanted, std::function<void()> done)
     {
-        fs::path site;
-        QPointer<MoveJobs> jobs;
-        Notices notices;
-        std::shared_ptr<JobLog> log;
-        StillWanted stillWanted;
-        std::function<void()> done;
-    };
-
-    explicit MoveRun(Context context) : m(std::move(context)) {}
-
+        m_log = std::move(log);
+        m_stillWanted = std::move(stillWanted);
+        m_done = std::move(done);
+    }
     /// Plans the move, and carries it out at once or, where more than `askAbove` pages change, after the user has looked at the
     /// plan. Where only links change, the user always looks at it.
     void move(const MoveRequest& request, std::optional<int> askAbove);
     void undo(const WebRules& rules);
+    /// Shows what became of jobs that were interrupted.
+    void showEnded(const std::vector<MoveReport>& reports);
 
 private:
-    [[nodiscard]] Result<SiteMoves> open(MoveOperation operation) const;
-    void fail(const Error& error, const MoveRequest& request) const;
+    Result<void> open(MoveOperation operation);
+    void fail(const Error& error, const MoveRequest& request);
     void ask(LinkPlan plan, std::optional<int> askAbove);
     void answer(bool isAccepted);
     void carryOut();
+    void end();
     [[nodiscard]] bool takeRenameBack(const MoveRequest& request) const;
+    void showRecovered(const std::vector<MoveReport>& reports) const;
     void show(const MoveReport& report) const;
 
-    Context m;
-    std::optional<SiteMoves>
-        m_moves; // open while the user looks at the plan, so that no other job changes the site
+    const fs::path m_site;
+    const QPointer<MoveJobs> m_jobs;
+    const Notices m_notices;
+    std::shared_ptr<JobLog> m_log;
+    StillWanted m_stillWanted;
+    std::function<void()> m_done;
+    // Open while the user looks at the plan, so that no other job changes the site.
+    std::shared_ptr<SiteMoves> m_moves;
     std::shared_ptr<const LinkPlan> m_plan;
 };
 
-Result<SiteMoves> MoveRun::open(MoveOperation operation) const
+Result<void> MoveRun::open(MoveOperation operation)
 {
     MoveRunner::Callbacks callbacks;
     callbacks.fileOperation = fileOperations(operation);
-    callbacks.itemMoved = [notices = m.notices, site = m.site](const MovedItem& item) {
+    callbacks.itemMoved = [notices = m_notices, site = m_site](const MovedItem& item) {
         tellOfMove(notices, item, site);
     };
-    callbacks.stillWanted = m.stillWanted;
-    auto moves = SiteMoves::open(m.site, std::move(callbacks));
-    if (moves) {
-        for (const MoveReport& report : moves->recovered())
-            show(report);
+    callbacks.stillWanted = m_stillWanted;
+    if (m_moves) {
+        m_moves->setCallbacks(std::move(callbacks));
+    } else {
+        auto moves = SiteMoves::open(m_site, std::move(callbacks));
+        if (!moves)
+            return moves.error();
+        m_moves = std::make_shared<SiteMoves>(*std::move(moves));
     }
-    return moves;
+    showRecovered(m_moves->recovered());
+    return {};
 }
 
 void MoveRun::move(const MoveRequest& request, std::optional<int> askAbove)
 {
-    auto moves = open(request.operation);
-    if (!moves) {
-        fail(moves.error(), request);
+    if (auto opened = open(request.operation); !opened) {
+        fail(opened.error(), request);
         return;
     }
-    auto plan = planMove(request, m.stillWanted);
+    auto plan = planMove(request, m_stillWanted);
     if (!plan) {
         fail(plan.error(), request);
         return;
     }
-    m_moves = *std::move(moves);
     const bool isMany = askAbove && plan->pages.size() > static_cast<std::size_t>(*askAbove);
     const bool isOfLinks = request.changesLinksOnly;
     if (isOfLinks && !plan->problems.empty() && plan->request.items.empty()) {
@@ -148,11 +161,18 @@ void MoveRun::move(const MoveRequest& request, std::optional<int> askAbove)
     }
 }
 
-void MoveRun::fail(const Error& error, const MoveRequest& request) const
+void MoveRun::fail(const Error& error, const MoveRequest& request)
 {
-    m.log->addText(error.isStopped() ? std::string(stoppedAtOnce) : error.text);
+    m_log->addText(error.isStopped() ? std::string(stoppedAtOnce) : error.text);
     (void)takeRenameBack(request);
-    m.done();
+    end();
+}
+
+// The site is free before the user can begin another job.
+void MoveRun::end()
+{
+    m_moves.reset();
+    m_done();
 }
 
 // Whatever happens while the user looks at the plan, a renamed item has its old name.
@@ -163,7 +183,7 @@ void MoveRun::ask(LinkPlan plan, std::optional<int> askAbove)
         start(std::make_shared<WorkItem>(),
               [self, isAccepted](const WorkItem&) { self->answer(isAccepted); });
     };
-    onMain(m.jobs, [&](MoveJobs& jobs) { jobs.showPlan(m_plan, askAbove, answered); });
+    onMain(m_jobs, [&](MoveJobs& jobs) { jobs.showPlan(m_plan, askAbove, answered); });
 }
 
 void MoveRun::answer(bool isAccepted)
@@ -172,72 +192,79 @@ void MoveRun::answer(bool isAccepted)
         carryOut();
         return;
     }
-    m_moves.reset();
-    m.log->addText("Cancelled; everything is as it was before.");
-    m.done();
+    m_log->addText("Cancelled; everything is as it was before.");
+    end();
 }
 
 void MoveRun::carryOut()
 {
     for (const MoveProblem& problem : m_plan->problems)
-        addProblem(*m.log, problem);
+        addProblem(*m_log, problem);
     const MoveReport report = m_moves->carryOut(*m_plan);
-    m_moves.reset();
     for (const MovedItem& item : report.items)
-        m.log->addText("Updating links to: " + item.from.filename().native() + "\n\n");
+        m_log->addText("Updating links to: " + item.from.filename().native() + "\n\n");
     show(report);
     if (report.isDone)
-        onMain(m.jobs, [this](MoveJobs& jobs) { emit jobs.moved(PlanPreview::actionName(*m_plan), m.site); });
-    m.done();
+        onMain(m_jobs, [this](MoveJobs& jobs) { emit jobs.moved(PlanPreview::actionName(*m_plan), m_site); });
+    end();
 }
 
 // The columns had renamed the item, which gets its old name again. False if it can't.
 bool MoveRun::takeRenameBack(const MoveRequest& request) const
 {
-    if (!request.isRenamedAlready)
+    if (!request.isRenamedAlready || !m_moves)
         return true;
-    bool isBack = true;
-    for (const MovedItem& item : request.items) {
-        if (const auto back = moveItem(item.to, item.from); !back) {
-            m.log->addLine(back.error().text);
-            isBack = false;
-        } else {
-            tellOfMove(m.notices, {item.to, item.from}, m.site);
-        }
-    }
-    tellOfLinks(m.notices, std::make_shared<const LinksUpdate>(LinksUpdate{request.items, {}, {}}));
-    return isBack;
+    const MoveReport report = m_moves->takeRenameBack();
+    for (const MoveProblem& problem : report.problems)
+        m_log->addLine(problem.text);
+    tellOfLinks(m_notices, std::make_shared<const LinksUpdate>(LinksUpdate{request.items, {}, {}}));
+    return report.problems.empty();
 }
 
 void MoveRun::undo(const WebRules& rules)
 {
-    auto moves = open(MoveOperation::Move);
-    if (!moves) {
-        m.log->addLine(moves.error().text);
-        m.done();
+    if (auto opened = open(MoveOperation::Move); !opened) {
+        m_log->addLine(opened.error().text);
+        end();
         return;
     }
-    const MoveReport report = moves->undo(rules);
+    const MoveReport report = m_moves->undo(rules);
     if (report.isDone)
-        m.log->addText("Took back: " + report.title + "\n\n");
+        m_log->addText("Took back: " + report.title + "\n\n");
     show(report);
-    m.done();
+    end();
+}
+
+void MoveRun::showEnded(const std::vector<MoveReport>& reports)
+{
+    showRecovered(reports);
+    end();
+}
+
+void MoveRun::showRecovered(const std::vector<MoveReport>& reports) const
+{
+    for (const MoveReport& report : reports) {
+        if (!report.title.empty())
+            m_log->addText(std::string(report.isDone ? "Finished" : "Took back") +
+                           " what was interrupted: " + report.title + "\n\n");
+        show(report);
+    }
 }
 
 /// Shows what a job did, and passes it on to what is open.
 void MoveRun::show(const MoveReport& report) const
 {
     for (const fs::path& page : report.rewritten) {
-        const fs::path subpath = page.lexically_relative(m.site);
-        m.log->addLine(subpath.native(), page);
+        const fs::path subpath = page.lexically_relative(m_site);
+        m_log->addLine(subpath.native(), page);
     }
     for (const MoveProblem& problem : report.problems)
-        addProblem(*m.log, problem);
+        addProblem(*m_log, problem);
     if (report.isDone || report.problems.empty())
-        m.log->addText(report.isStopped ? "\nStopped; everything is as it was before." : "\nDone");
+        m_log->addText(report.isStopped ? "\nStopped; everything is as it was before." : "\nDone");
     else
-        m.log->addText("\nEverything is as it was before.");
-    tellOfLinks(m.notices, report.links);
+        m_log->addText("\nEverything is as it was before.");
+    tellOfLinks(m_notices, report.links);
 }
 
 } // namespace
@@ -270,6 +297,28 @@ void MoveJobs::acceptDrop(const fs::path& site, const Drop& drop, const std::vec
     beginMove(std::move(request), choices.askAbove);
 }
 
+Result<void> MoveJobs::prepareRename(const fs::path& site, const fs::path& oldPath, const fs::path& newPath,
+                                     const ReportChoices& choices)
+{
+    m_renaming.reset();
+    if (choices.linkRules == LinkRules::Letter)
+        return {};
+    auto moves = SiteMoves::open(site);
+    if (!moves)
+        return moves.error();
+    if (auto noted = moves->noteRename({oldPath, newPath}); !noted)
+        return noted;
+    m_renaming = std::make_shared<SiteMoves>(*std::move(moves));
+    return {};
+}
+
+void MoveJobs::dropRename()
+{
+    if (m_renaming)
+        (void)m_renaming->takeRenameBack();
+    m_renaming.reset();
+}
+
 void MoveJobs::updateAfterRename(const fs::path& site, const fs::path& oldPath, const fs::path& newPath,
                                  const ReportChoices& choices)
 {
@@ -280,7 +329,7 @@ void MoveJobs::updateAfterRename(const fs::path& site, const fs::path& oldPath, 
             MoveOperation::Move);
     else
         beginMove({site, {}, MoveOperation::Move, {{oldPath, newPath}}, choices.webRules, true},
-                  choices.askAbove);
+                  choices.askAbove, std::exchange(m_renaming, nullptr));
 }
 
 void MoveJobs::replaceLinks(const fs::path& site, const fs::path& target, const fs::path& file,
@@ -291,30 +340,46 @@ void MoveJobs::replaceLinks(const fs::path& site, const fs::path& target, const 
     beginMove(std::move(request), {});
 }
 
-void MoveJobs::beginMove(MoveRequest request, std::optional<int> askAbove)
+void MoveJobs::beginMove(MoveRequest request, std::optional<int> askAbove, std::shared_ptr<SiteMoves> moves)
 {
     request.keptLinks = m_keptLinks;
-    beginLong(updateStatus, [jobs = QPointer(this), notices = m_notices, request = std::move(request),
-                             askAbove](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log,
-                                       const Done& done) {
-        const auto keepAndEnd = [done, links = request.keptLinks, rules = request.rules] {
-            done();
-            if (links)
-                keepLinks(links, rules);
-        };
-        const MoveRun::Context context{request.site, jobs, notices, log, wantedAs(item), keepAndEnd};
-        std::make_shared<MoveRun>(context)->move(request, askAbove);
-    });
+    const auto run = std::make_shared<MoveRun>(request.site, this, m_notices, std::move(moves));
+    beginLong(updateStatus,
+              [run, request = std::move(request),
+               askAbove](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log, const Done& done) {
+                  run->begin(log, wantedAs(item), [done, links = request.keptLinks, rules = request.rules] {
+                      done();
+                      if (links)
+                          keepLinks(links, rules);
+                  });
+                  run->move(request, askAbove);
+              });
 }
 
 void MoveJobs::undoMove(const fs::path& site, const ReportChoices& choices)
 {
+    const auto run = std::make_shared<MoveRun>(site, this, m_notices);
     beginLong(updateStatus,
-              [jobs = QPointer(this), notices = m_notices, site, rules = choices.webRules](
-                  const WorkItemPointer& item, const std::shared_ptr<JobLog>& log, const Done& done) {
-                  const MoveRun::Context context{site, jobs, notices, log, wantedAs(item), done};
-                  std::make_shared<MoveRun>(context)->undo(rules);
+              [run, rules = choices.webRules](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log,
+                                              const Done& done) {
+                  run->begin(log, wantedAs(item), done);
+                  run->undo(rules);
               });
+}
+
+void MoveJobs::endInterrupted(const fs::path& site)
+{
+    const auto run = std::make_shared<MoveRun>(site, this, m_notices);
+    start(std::make_shared<WorkItem>(), [guard = QPointer(this), run, site](const WorkItem&) {
+        const std::vector<MoveReport> reports = SiteMoves::recover(site);
+        const auto show = [run, reports](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log,
+                                         const Done& done) {
+            run->begin(log, wantedAs(item), done);
+            run->showEnded(reports);
+        };
+        if (!reports.empty())
+            onMain(guard, [&show](MoveJobs& self) { self.beginLong(endedStatus, show); });
+    });
 }
 
 void MoveJobs::showPlan(const std::shared_ptr<const LinkPlan>& plan, std::optional<int> askAbove,

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/result.h"
 #include "browser/droptarget.h"
 #include "browser/paneljobs.h"
 #include "links/linkupdatingmove.h"
@@ -18,6 +19,7 @@ namespace luma {
 
 class MoveNotices;
 class SiteLinks;
+class SiteMoves;
 struct LinkPlan;
 struct MoveRequest;
 struct ReportChoices;
@@ -41,9 +43,17 @@ public:
     /// another one of `siteFolders` keeps its relations.
     void acceptDrop(const std::filesystem::path& site, const Drop& drop,
                     const std::vector<std::filesystem::path>& siteFolders, const ReportChoices& choices);
-    /// Updates the links to an item that is already renamed on disk.
+    /// To be called before an item is renamed on disk. As a browser reads links, an interruption from now on gives it its old
+    /// name back. Error: it must not be renamed, because another job is running.
+    Result<void> prepareRename(const std::filesystem::path& site, const std::filesystem::path& oldPath,
+                               const std::filesystem::path& newPath, const ReportChoices& choices);
+    /// The item could not be renamed.
+    void dropRename();
+    /// The item is renamed: updates the links to it.
     void updateAfterRename(const std::filesystem::path& site, const std::filesystem::path& oldPath,
                            const std::filesystem::path& newPath, const ReportChoices& choices);
+    /// Finishes or takes back what was interrupted in `site`, if there is something, and says so.
+    void endInterrupted(const std::filesystem::path& site);
     /// Takes the last job in `site` back that moved, renamed or copied as a browser reads links.
     void undoMove(const std::filesystem::path& site, const ReportChoices& choices);
     /// Shows a plan by which all links of `site` that lead to `target`, where nothing need be, lead to `file`.
@@ -66,10 +76,11 @@ private:
     QPointer<MoveNotices> m_notices;
     QWidget* m_pane;
     std::shared_ptr<SiteLinks> m_keptLinks;
+    std::shared_ptr<SiteMoves> m_renaming; // holds the site from prepareRename() on
 
     void beginUpdate(const std::filesystem::path& site,
                      std::function<MoveOutcome(LinkUpdatingMove& move)> update, MoveOperation operation);
-    void beginMove(MoveRequest request, std::optional<int> askAbove);
+    void beginMove(MoveRequest request, std::optional<int> askAbove, std::shared_ptr<SiteMoves> moves = {});
 };
 
 } // namespace luma

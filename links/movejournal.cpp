@@ -140,15 +140,17 @@ std::optional<MoveJournal::Entry> MoveJournal::lastDone() const
     return std::nullopt;
 }
 
-Result<std::uint64_t> MoveJournal::begin(const MoveJob& job)
+Result<std::uint64_t> MoveJournal::begin(const MoveJob& job, std::string_view firstNote)
 {
     std::uint64_t last = job.undoes;
     for (const std::string_view state : {runningState, doneState}) {
         if (const auto numbers = numbersIn(m_folder, state); !numbers.empty())
             last = std::max(last, numbers.back());
     }
-    if (auto written = writeFile(fileOf(last + 1, runningState), serialized(job), S_IRUSR | S_IWUSR);
-        !written)
+    std::string bytes = serialized(job);
+    if (!firstNote.empty())
+        bytes += JournalWriter().text(firstNote).take();
+    if (auto written = writeFile(fileOf(last + 1, runningState), bytes, S_IRUSR | S_IWUSR); !written)
         return written.error();
     syncFolder(m_folder);
     return last + 1;

@@ -39,8 +39,8 @@ public:
     /// The last job that is done and has not been taken back.
     [[nodiscard]] std::optional<Entry> lastDone() const;
 
-    /// Writes the job down, to be called before it begins. Gives its number.
-    Result<std::uint64_t> begin(const MoveJob& job);
+    /// Writes the job down, with a first note if there is one; to be called before it begins. Gives its number.
+    Result<std::uint64_t> begin(const MoveJob& job, std::string_view firstNote = {});
     /// Adds a note to a running job.
     Result<void> note(std::uint64_t number, std::string_view text);
     /// The running job is done and can be taken back from now on.

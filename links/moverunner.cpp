@@ -21,7 +21,6 @@ namespace {
 const std::string copiedNote = "copied ";   // the copy is whole, under its temporary name or in its place
 const std::string removedNote = "removed "; // the original has left its place for good
 const std::string committedNote = "committed";
-const std::string backNote = "back";
 
 // Where the file is that a write replaces.
 fs::path realFile(const fs::path& path)
@@ -52,16 +51,16 @@ bool isCopyUnchanged(const CopiedItem& item)
 
 } // namespace
 
-bool MoveRunner::isNoted(const std::string& text) const
+bool MoveRunner::isNoted(std::string_view text) const
 {
     return std::find(m_entry.notes.begin(), m_entry.notes.end(), text) != m_entry.notes.end();
 }
 
-Result<void> MoveRunner::note(const std::string& text)
+Result<void> MoveRunner::note(std::string_view text)
 {
     if (auto noted = m_journal.note(m_entry.number, text); !noted)
         return noted;
-    m_entry.notes.push_back(text);
+    m_entry.notes.emplace_back(text);
     return {};
 }
 

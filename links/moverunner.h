@@ -13,6 +13,7 @@
 #include <memory>
 #include <set>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace luma {
@@ -50,6 +51,9 @@ public:
         std::function<void(std::size_t done, std::size_t all)> progress;
     };
 
+    /// The note of a job that is being taken back.
+    static constexpr std::string_view backNote = "back";
+
     enum class ChangedPages : std::uint8_t {
         Refused,  // a page that another program has changed since the plan was made stops the job
         LeftAlone // it stays as it is and is named
@@ -72,8 +76,8 @@ private:
     enum class PageState : std::uint8_t { Written, WasWritten, Gone, Changed };
 
     [[nodiscard]] const MoveJob& job() const { return m_entry.job; }
-    [[nodiscard]] bool isNoted(const std::string& text) const;
-    Result<void> note(const std::string& text);
+    [[nodiscard]] bool isNoted(std::string_view text) const;
+    Result<void> note(std::string_view text);
     [[nodiscard]] std::filesystem::path temporaryBeside(const std::filesystem::path& path,
                                                         std::size_t index) const;
 

@@ -3,6 +3,8 @@
 
 #include "links/movedlinks.h"
 
+#include <utility>
+
 namespace luma {
 
 namespace fs = std::filesystem;
@@ -76,11 +78,36 @@ void SiteMoves::endInterrupted()
             failed(file, file.native() + ": the journal of an interrupted move can't be read"));
 }
 
+Result<void> SiteMoves::noteRename(const MovedItem& item)
+{
+    LinkPlan plan;
+    plan.request.items = {item};
+    MoveJob job = jobOf(plan);
+    const auto number = m_journal.begin(job, MoveRunner::backNote);
+    if (!number)
+        return number.error();
+    m_rename = {*number, std::move(job), {std::string(MoveRunner::backNote)}};
+    return {};
+}
+
+MoveReport SiteMoves::takeRenameBack()
+{
+    if (!m_rename)
+        return {};
+    MoveJournal::Entry entry = *std::exchange(m_rename, std::nullopt);
+    return MoveRunner(m_journal, std::move(entry), m_callbacks, MoveRunner::ChangedPages::LeftAlone).resume();
+}
+
 MoveReport SiteMoves::runJob(MoveJob job, MoveRunner::ChangedPages changedPages)
 {
     const auto number = m_journal.begin(job);
-    if (!number)
+    if (!number) {
+        (void)takeRenameBack();
         return failed({}, number.error().text);
+    }
+    if (m_rename)
+        m_journal.forgetRunning(m_rename->number);
+    m_rename.reset();
     return MoveRunner(m_journal, {*number, std::move(job), {}}, m_callbacks, changedPages).run();
 }
 

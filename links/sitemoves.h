@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace luma {
@@ -33,6 +34,15 @@ public:
     /// What became of jobs that were interrupted.
     [[nodiscard]] const std::vector<MoveReport>& recovered() const { return m_recovered; }
 
+    /// For the jobs from now on.
+    void setCallbacks(MoveRunner::Callbacks callbacks) { m_callbacks = std::move(callbacks); }
+
+    /// To be called before the caller renames an item. From then on, an interruption gives it its old name back, until the plan
+    /// with MoveRequest::isRenamedAlready is carried out. Error: the journal can't be written.
+    Result<void> noteRename(const MovedItem& item);
+    /// Gives the item its old name back, if it has the new one.
+    MoveReport takeRenameBack();
+
     /// Carries the plan out. If a page has changed since the plan was made, or something fails, or the job is stopped,
     /// everything is taken back. The plan's own problems are not repeated.
     MoveReport carryOut(const LinkPlan& plan);
@@ -55,6 +65,7 @@ private:
     MoveJournal m_journal;
     MoveRunner::Callbacks m_callbacks;
     std::vector<MoveReport> m_recovered;
+    std::optional<MoveJournal::Entry> m_rename; // by the caller, whose links have not been planned yet
 };
 
 } // namespace luma

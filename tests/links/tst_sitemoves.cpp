@@ -60,6 +60,55 @@ class tst_sitemoves final : public QObject
     Q_OBJECT
 
 private slots:
+    // The columns rename an item before the links to it are planned.
+    void notedRename_isFinishedOrTakenBack_data()
+    {
+        QTest::addColumn<bool>("isRenamed");
+        QTest::addColumn<bool>("isPlanned");
+        QTest::newRow("interrupted before it") << false << false;
+        QTest::newRow("interrupted after it") << true << false;
+        QTest::newRow("interrupted after its plan") << true << true;
+    }
+    void notedRename_isFinishedOrTakenBack()
+    {
+        QFETCH(bool, isRenamed);
+        QFETCH(bool, isPlanned);
+        const Site site(someSite);
+        const Files before = site.contents();
+        MoveRequest request = requestOf(site, MoveOperation::Move, {{"a/x.html", "a/z.html"}});
+        request.isRenamedAlready = true;
+        QVERIFY(SiteMoves::open(site.root())->noteRename(request.items.front()));
+        if (isRenamed)
+            fs::rename(site.at("a/x.html"), site.at("a/z.html"));
+        if (isPlanned)
+            QVERIFY(MoveJournal::open(site.root())->begin(jobOf(*planMove(request))));
+        QVERIFY(!SiteMoves::recover(site.root()).empty());
+        QVERIFY(SiteMoves::recover(site.root()).empty());
+        QCOMPARE(site.contents() == before, !isPlanned);
+        if (!isPlanned)
+            return;
+        QCOMPARE(site.bytesOf("o.html"), std::string("<a href=a/z.html><img src=p.png>"));
+        QVERIFY(undo(site).isDone);
+        QCOMPARE(site.contents(), before);
+    }
+
+    void notedRename_endsWithItsPlan()
+    {
+        const Site site(someSite);
+        const Files before = site.contents();
+        MoveRequest request = requestOf(site, MoveOperation::Move, {{"a/x.html", "a/z.html"}});
+        request.isRenamedAlready = true;
+        for (const bool isKept : {false, true}) {
+            auto moves = SiteMoves::open(site.root());
+            QVERIFY(moves && moves->noteRename(request.items.front()));
+            fs::rename(site.at("a/x.html"), site.at("a/z.html"));
+            const auto plan = planMove(request);
+            QVERIFY(isKept ? moves->carryOut(*plan).isDone : moves->takeRenameBack().problems.empty());
+            QCOMPARE(site.contents() == before, !isKept);
+            QVERIFY(!MoveJournal::isPending(site.root()));
+        }
+    }
+
     void linksOfATarget_changeEverywhereAndBack()
     {
         const Site site(

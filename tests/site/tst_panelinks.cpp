@@ -4,6 +4,7 @@
 #include "browser/dragrecord.h"
 #include "browser/filesystemmodel.h"
 #include "browser/movenotices.h"
+#include "links/sitemoves.h"
 #include "tests/site/sitewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
@@ -203,6 +204,19 @@ private slots:
         QTRY_VERIFY(site.isDone());
         QCOMPARE(folders.contents(), before);
         QCOMPARE(renamed.count(), 4);
+    }
+
+    void renameThatWasInterrupted_isTakenBackOnOpening()
+    {
+        const LinkedSite folders;
+        const test::Files before = folders.contents();
+        const MovedItem item{folders.at("sending/a/x.html"), folders.at("sending/a/z.html")};
+        QVERIFY(SiteMoves::open(folders.sending())->noteRename(item));
+        fs::rename(item.from, item.to);
+        const SiteWindow site(folders);
+        QTRY_COMPARE(site.log(), "Took back what was interrupted: Rename x.html to z.html\n\n\nDone");
+        QTRY_VERIFY(site.isDone());
+        QCOMPARE(folders.contents(), before);
     }
 
     void drop_isRefused()
