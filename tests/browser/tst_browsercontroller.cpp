@@ -29,11 +29,13 @@ class SlowMounter final : public VolumeMounter
 public:
     QSemaphore answer;
     std::optional<fs::path> mountPoint;
+    std::atomic<int> mounts = 0; // begun
     std::atomic<int> unmounts = 0;
 
     Result<fs::path> mount(const QString& /*url*/, const QString& /*user*/, const QString& /*pw*/,
                            const std::function<bool()>& /*isWanted*/) override
     {
+        ++mounts;
         answer.acquire();
         return mountPoint ? Result<fs::path>(*mountPoint) : Error{"no answer"};
     }
@@ -416,6 +418,7 @@ private slots:
         site->endpoint->setValue(endpoint::protocol, QStringLiteral("smb://"));
         site->pane->doConnect();
         QTRY_COMPARE(site->text("connectStateField"), QStringLiteral("Connecting... Please wait."));
+        QTRY_COMPARE(mounter->mounts.load(), 1);
         if (close)
             site.reset();
         else
