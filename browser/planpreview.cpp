@@ -77,9 +77,12 @@ QString PlanPreview::countsText() const
     QString text = tr("%1 on %2 will change.")
                        .arg(counted(m_plan->linkCount(), tr("link"), tr("links")),
                             counted(m_plan->pages.size(), tr("page"), tr("pages")));
+    if (const std::size_t links = m_plan->symlinks.size(); links > 0)
+        text += u' ' +
+                tr("%1 will get new targets.").arg(counted(links, tr("symbolic link"), tr("symbolic links")));
     if (stay > 0)
         text += u' ' + tr("%1 can't be changed.").arg(counted(stay, tr("page"), tr("pages")));
-    return text + u' ' + tr("Edit > Undo Move takes it back.");
+    return text + u' ' + tr("Edit > Undo takes it back.");
 }
 
 } // namespace luma

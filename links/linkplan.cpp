@@ -9,6 +9,7 @@
 #include "links/namespellings.h"
 #include "links/pageplanner.h"
 #include "links/sitelinks.h"
+#include "links/symlinkplan.h"
 
 #include <QCryptographicHash>
 
@@ -311,7 +312,8 @@ std::string withEdits(std::string_view bytes, const std::vector<LinkEdit>& edits
 
 Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWanted)
 {
-    LinkPlan plan{request, {}, {}, {}};
+    LinkPlan plan;
+    plan.request = request;
     plan.request.site = withoutEndSlashes(request.site);
     plan.request.sourceRoot =
         request.sourceRoot.empty() ? plan.request.site : withoutEndSlashes(request.sourceRoot);
@@ -327,6 +329,7 @@ Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWa
         return added.error();
     if (auto planned = planPages(plan, candidates.take(), stillWanted); !planned)
         return planned.error();
+    plan.symlinks = planSymlinks(plan.request, *plan.links);
     return plan;
 }
 

@@ -60,12 +60,22 @@ struct PageRewrite
     timespec modified = {}; // when the file was written last
 };
 
+/// A symbolic link that gets another target.
+struct SymlinkChange
+{
+    std::filesystem::path link;    // where it is when the items have their new places
+    std::filesystem::path oldLink; // where it is now
+    std::string before;            // what it says
+    std::string after;
+};
+
 /// What a move, rename or copy will do, as a value: nothing has been touched. Pages are in the byte order of their old
 /// subpaths.
 struct LinkPlan
 {
     MoveRequest request; // without the items that can't be moved
     std::vector<PageRewrite> pages;
+    std::vector<SymlinkChange> symlinks;
     std::vector<MoveProblem> problems;
     std::shared_ptr<const MovedLinks> links; // by which the pages were planned
 

@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view format = "luma move 1";
+constexpr std::string_view format = "luma move 2";
 
 constexpr auto lastKind = static_cast<std::uint64_t>(MoveJob::Kind::Links);
 
@@ -41,7 +41,7 @@ std::string newTag()
 
 // Notes `original` and all below it as what will be at `copy`.
 void addCopies(std::vector<CopiedItem>& copies, const fs::path& original, const fs::path& copy,
-               const std::map<fs::path, std::string>& hashes)
+               const std::map<fs::path, std::string>& marks)
 {
     struct stat status = {};
     if (::lstat(original.c_str(), &status) != 0)
@@ -54,15 +54,15 @@ void addCopies(std::vector<CopiedItem>& copies, const fs::path& original, const 
         item.mark = fs::read_symlink(original, error).native();
     } else if (S_ISDIR(status.st_mode)) {
         item.type = CopiedItem::Type::Folder;
-    } else if (const auto hash = hashes.find(copy); hash != hashes.end()) {
-        item.mark = hash->second;
     }
+    if (const auto mark = marks.find(copy); mark != marks.end())
+        item.mark = mark->second;
     copies.push_back(item);
     if (item.type != CopiedItem::Type::Folder)
         return;
     if (auto folder = FolderReader::open(original.native())) {
         while (const auto entry = folder->next())
-            addCopies(copies, original / entry->name(), copy / entry->name(), hashes);
+            addCopies(copies, original / entry->name(), copy / entry->name(), marks);
     }
 }
 
@@ -122,12 +122,15 @@ MoveJob jobOf(const LinkPlan& plan)
     job.tag = newTag();
     job.items = plan.request.items;
     job.pages = plan.pages;
+    job.symlinks = plan.symlinks;
     if (job.kind == MoveJob::Kind::Copy) {
-        std::map<fs::path, std::string> hashes;
+        std::map<fs::path, std::string> marks;
         for (const PageRewrite& page : job.pages)
-            hashes[page.page] = page.newHash;
+            marks[page.page] = page.newHash;
+        for (const SymlinkChange& change : job.symlinks)
+            marks[change.link] = change.after;
         for (const MovedItem& item : job.items)
-            addCopies(job.copies, item.from, item.to, hashes);
+            addCopies(job.copies, item.from, item.to, marks);
     }
     return job;
 }
@@ -149,6 +152,8 @@ MoveJob inverseOf(const MoveJob& job)
         inverse.items.push_back({item->to, item->from});
     for (const PageRewrite& page : job.pages)
         inverse.pages.push_back(inverseOf(page));
+    for (const auto& [link, oldLink, before, after] : job.symlinks)
+        inverse.symlinks.push_back({oldLink, link, after, before});
     inverse.restoresTimes = !job.restoresTimes;
     return inverse;
 }
@@ -196,6 +201,9 @@ std::string serialized(const MoveJob& job)
     writer.number(job.pages.size());
     for (const PageRewrite& page : job.pages)
         write(writer, page);
+    writer.number(job.symlinks.size());
+    for (const auto& [link, oldLink, before, after] : job.symlinks)
+        writer.text(link.native()).text(oldLink.native()).text(before).text(after);
     writer.number(job.copies.size());
     for (const CopiedItem& item : job.copies)
         writer.text(item.path.native())
@@ -223,6 +231,14 @@ std::optional<MoveJob> parseJob(std::string_view bytes, std::size_t& end)
     }
     for (std::uint64_t count = reader.number(); count > 0 && reader.isGood(); --count)
         job.pages.push_back(readPage(reader));
+    for (std::uint64_t count = reader.number(); count > 0 && reader.isGood(); --count) {
+        SymlinkChange change;
+        change.link = reader.text();
+        change.oldLink = reader.text();
+        change.before = reader.text();
+        change.after = reader.text();
+        job.symlinks.push_back(std::move(change));
+    }
     for (std::uint64_t count = reader.number(); count > 0 && reader.isGood(); --count) {
         CopiedItem item;
         item.path = reader.text();

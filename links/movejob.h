@@ -22,7 +22,7 @@ struct CopiedItem
     Type type = Type::File;
     std::uint64_t size = 0;
     timespec modified = {};
-    std::string mark; // of a page whose links changed its hash, of a link its target
+    std::string mark; // of a page whose links changed its hash, of a symbolic link what it says
 };
 
 /// A plan as its journal keeps it: all that is needed to carry it out, to finish it after a crash, and to take it back.
@@ -40,6 +40,7 @@ struct MoveJob
     std::uint64_t undoes = 0; // the number of the job that it takes back
     std::vector<MovedItem> items;
     std::vector<PageRewrite> pages;
+    std::vector<SymlinkChange> symlinks;
     bool restoresTimes = false; // a page gets the time in `modified`
     std::vector<CopiedItem> copies;
 };

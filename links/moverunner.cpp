@@ -6,6 +6,7 @@
 #include "base/orderedwork.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <cstdlib>
@@ -123,6 +124,9 @@ Result<void> MoveRunner::forward()
             if (auto placed = place(i); !placed)
                 return placed;
         }
+        // A page may be a symbolic link.
+        if (auto changed = changeSymlinks(job().symlinks, Direction::Forward); !changed)
+            return changed;
         if (auto written = writePages(job().pages, Direction::Forward); !written)
             return written;
     }
@@ -140,8 +144,11 @@ Result<void> MoveRunner::forward()
 
 void MoveRunner::back()
 {
-    if (m_arePagesBegun)
-        (void)writePages(inverseOf(job()).pages, Direction::Back);
+    if (m_arePagesBegun) {
+        const MoveJob inverse = inverseOf(job());
+        (void)writePages(inverse.pages, Direction::Back);
+        (void)changeSymlinks(inverse.symlinks, Direction::Back);
+    }
     for (std::size_t i = job().items.size(); i > 0; --i)
         takeBack(i - 1);
     syncFolders();
@@ -255,25 +262,8 @@ Result<void> MoveRunner::writePages(const std::vector<PageRewrite>& pages, Direc
         OrderedWork<Result<PageState>>(pages.size(), [&] { return isWanted(stillWanted); })
             .run([&](std::size_t i, std::size_t) { return writePage(pages[i], i, restoresTimes); },
                  [&](std::size_t i, const Result<PageState>& state) {
-                     const fs::path& page = pages[i].page;
-                     const bool isLeft = state && (*state == PageState::Gone || *state == PageState::Changed);
-                     if (!state) {
-                         if (!isForward)
-                             report(MoveProblem::Kind::NotRewritten, page, state.error().text);
-                         else if (!failed)
-                             failed = state.error();
-                     } else if (isLeft) {
-                         const std::string text =
-                             page.native() +
-                             (*state == PageState::Gone ? ": is gone" : ": has changed since") +
-                             (m_changedPages == ChangedPages::Refused && isForward ? "" : ", left as it is");
-                         if (m_changedPages == ChangedPages::Refused && isForward && !failed)
-                             failed = Error{text};
-                         else
-                             report(MoveProblem::Kind::NotRewritten, page, text);
-                     } else if (isForward) {
-                         m_report.rewritten.push_back(page);
-                     }
+                     if (auto judged = judge(state, pages[i].page, direction); !judged && !failed)
+                         failed = judged.error();
                      if (m_callbacks.progress)
                          m_callbacks.progress(i + 1, pages.size());
                  });
@@ -300,6 +290,62 @@ Result<MoveRunner::PageState> MoveRunner::writePage(const PageRewrite& page, std
             const auto written =
                 replaceFile(file, withEdits(*bytes, page.edits), temporaryBeside(file, index), time);
             return written ? Result<PageState>(PageState::Written) : written.error();
+        }
+        state = PageState::Changed;
+    }
+    return state;
+}
+
+// An error ends the job.
+Result<void> MoveRunner::judge(const Result<PageState>& state, const fs::path& file, Direction direction)
+{
+    const bool isForward = direction == Direction::Forward;
+    if (state && (*state == PageState::Written || *state == PageState::WasWritten)) {
+        if (isForward)
+            m_report.rewritten.push_back(file);
+        return {};
+    }
+    const bool isRefused = isForward && (!state || m_changedPages == ChangedPages::Refused);
+    std::string text = state ? file.native() : state.error().text;
+    if (state)
+        text.append(*state == PageState::Gone ? ": is gone" : ": has changed since")
+            .append(isRefused ? "" : ", left as it is");
+    if (isRefused)
+        return state ? Error{text} : state.error();
+    report(MoveProblem::Kind::NotRewritten, file, text);
+    return {};
+}
+
+Result<void> MoveRunner::changeSymlinks(const std::vector<SymlinkChange>& changes, Direction direction)
+{
+    for (std::size_t i = 0; i < changes.size(); ++i) {
+        m_arePagesBegun = true;
+        const auto state = changeSymlink(changes[i], job().pages.size() + i);
+        if (auto judged = judge(state, changes[i].link, direction); !judged)
+            return judged;
+    }
+    return {};
+}
+
+Result<MoveRunner::PageState> MoveRunner::changeSymlink(const SymlinkChange& change, std::size_t index) const
+{
+    PageState state = PageState::Gone;
+    for (const fs::path& path : {change.link, change.oldLink}) {
+        if (!itemExists(path))
+            continue;
+        std::error_code error;
+        const std::string target = fs::read_symlink(path, error).native();
+        if (target == change.after)
+            return PageState::WasWritten;
+        if (target == change.before) {
+            const fs::path temporary = temporaryBeside(path, index);
+            if (::symlink(change.after.c_str(), temporary.c_str()) != 0)
+                return systemError(path, errno);
+            if (::rename(temporary.c_str(), path.c_str()) == 0)
+                return PageState::Written;
+            Error failed = systemError(path, errno);
+            ::unlink(temporary.c_str());
+            return failed;
         }
         state = PageState::Changed;
     }
@@ -369,6 +415,10 @@ void MoveRunner::removeTemporaries() const
         for (const fs::path& path : {job().pages[i].page, job().pages[i].oldPage})
             ::unlink(temporaryBeside(realFile(path), i).c_str());
     }
+    for (std::size_t i = 0; i < job().symlinks.size(); ++i) {
+        for (const fs::path& path : {job().symlinks[i].link, job().symlinks[i].oldLink})
+            ::unlink(temporaryBeside(path, job().pages.size() + i).c_str());
+    }
 }
 
 void MoveRunner::syncFolders() const
@@ -380,6 +430,8 @@ void MoveRunner::syncFolders() const
     }
     for (const PageRewrite& page : job().pages)
         folders.insert(page.page.parent_path());
+    for (const SymlinkChange& change : job().symlinks)
+        folders.insert(change.link.parent_path());
     for (const fs::path& folder : folders)
         syncFolder(folder);
 }

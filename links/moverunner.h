@@ -26,7 +26,7 @@ struct MoveReport
     bool isMove = false; // the items have other paths now, where it is done
     std::string title;   // of the job, for the user
     std::vector<MovedItem> items;
-    /// Pages at their new places, in the order of the plan.
+    /// Pages at their new places, in the order of the plan, behind symbolic links that have other targets.
     std::vector<std::filesystem::path> rewritten;
     /// Why the job failed, and files that were left alone because they have changed since.
     std::vector<MoveProblem> problems;
@@ -90,6 +90,10 @@ private:
     void tellOfMove(const std::filesystem::path& from, const std::filesystem::path& to) const;
     Result<void> writePages(const std::vector<PageRewrite>& pages, Direction direction);
     Result<PageState> writePage(const PageRewrite& page, std::size_t index, bool restoresTime) const;
+    Result<void> changeSymlinks(const std::vector<SymlinkChange>& changes, Direction direction);
+    Result<PageState> changeSymlink(const SymlinkChange& change, std::size_t index) const;
+    Result<void> judge(const Result<PageState>& state, const std::filesystem::path& file,
+                       Direction direction);
     [[nodiscard]] bool needsCommit() const;
     void commit();
     void removeSource(std::size_t index);

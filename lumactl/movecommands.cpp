@@ -63,6 +63,14 @@ ExitCode printPlan(const LinkPlan& plan)
         }
         output.flushIfLarge();
     }
+    for (const SymlinkChange& change : plan.symlinks)
+        output.text()
+            .append(shown(change.oldLink, site))
+            .append(": ")
+            .append(change.before)
+            .append(" -> ")
+            .append(change.after)
+            .append("\n");
     return output.finish() ? ExitCode::Ok : ExitCode::Found;
 }
 

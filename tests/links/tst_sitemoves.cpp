@@ -109,6 +109,53 @@ private slots:
         }
     }
 
+    void symbolicLinks_followAndComeBack_data()
+    {
+        QTest::addColumn<bool>("isCopied");
+        QTest::addColumn<QString>("move");
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("after");
+        const auto row = [](const char* name, const char* move, const char* before, const char* after) {
+            const bool isCopied = std::string_view(name) == "in a copy";
+            QTest::newRow(name) << isCopied << move << before << after;
+        };
+        row("leads to what moves", "a > b/a", "l > ./a//x.html", "l > b/a/x.html");
+        row("moves itself", "a > b/c/a", "a/l > ../p.png", "b/c/a/l > ../../../p.png");
+        row("moves alone", "a/l > l", "a/l > x.html", "l > a/x.html");
+        row("moves with its target", "a > b/c/a", "a/l > ../a/x.html", "b/c/a/l > ../a/x.html");
+        row("is absolute", "a > b", "l > @/a/x.html", "l > @/b/x.html");
+        row("leads to a folder", "a > b", "l > a/", "l > b/");
+        row("leads nowhere", "a > b", "l > a/gone", "l > a/gone");
+        row("is not concerned", "a > b", "l > ./p.png", "l > ./p.png");
+        row("in a copy", "a > b/c/a", "a/l > ../p.png", "b/c/a/l > ../../../p.png");
+    }
+    void symbolicLinks_followAndComeBack()
+    {
+        QFETCH(bool, isCopied);
+        QFETCH(QString, move);
+        QFETCH(QString, before);
+        QFETCH(QString, after);
+        const Site site(someSite);
+        const auto pair = [&site](QString text) {
+            const QStringList parts =
+                text.replace(u'@', QString::fromStdString(site.root().native())).split(QStringLiteral(" > "));
+            return std::array{parts[0].toStdString(), parts[1].toStdString()};
+        };
+        const auto [link, target] = pair(before);
+        const auto [newLink, newTarget] = pair(after);
+        const auto [from, to] = pair(move);
+        fs::create_symlink(target, site.at(link));
+        const MoveRequest request = requestOf(site, isCopied ? MoveOperation::Copy : MoveOperation::Move,
+                                              {{from.c_str(), to.c_str()}});
+        const MoveReport done = carryOut(request);
+        QVERIFY2(done.isDone, firstProblem(done).c_str());
+        QCOMPARE(fs::read_symlink(site.at(newLink)).native(), newTarget);
+        QCOMPARE(fs::exists(site.at(newLink)), !target.ends_with("gone"));
+        QVERIFY(undo(site).problems.empty());
+        QCOMPARE(fs::read_symlink(site.at(link)).native(), target);
+        QVERIFY(!isCopied || !fs::exists(fs::symlink_status(site.at(newLink))));
+    }
+
     void linksOfATarget_changeEverywhereAndBack()
     {
         const Site site(
