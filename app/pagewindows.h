@@ -38,6 +38,10 @@ public:
     /// Lets the open pages follow their files and the links on the disk.
     void follow(const MoveNotices& notices);
 
+signals:
+    /// The user wants to publish this page with what it needs.
+    void publishRequested(const std::filesystem::path& page);
+
 private:
     HTMLDocument* makeWindow(const std::filesystem::path& siteFolder);
     void connectWindow(HTMLDocument* window);

@@ -20,6 +20,7 @@
 #include <QCoreApplication>
 #include <QDesktopServices>
 #include <QKeyEvent>
+#include <QMessageBox>
 #include <QThreadPool>
 #include <QUrl>
 
@@ -48,6 +49,15 @@ QWidget* windowShowing(const SiteRecord& record)
     return nullptr;
 }
 
+// Of a site on this computer; else empty, which holds nothing.
+std::filesystem::path sourceFolder(const SiteRecord& record)
+{
+    const ObservedDictionary& source = *record.sourceDict();
+    if (source.string(endpoint::protocol) != endpoint::fileProtocol)
+        return {};
+    return pathOf(source.string(endpoint::path));
+}
+
 bool openWithDesktop(const std::filesystem::path& file)
 {
     return QDesktopServices::openUrl(QUrl::fromEncoded(fileUri(file)));
@@ -68,6 +78,7 @@ Program::Program(const QString& preferencesFile, CommandRunner shell)
     connect(qApp, &QCoreApplication::aboutToQuit, this, &Program::terminate);
     qApp->installEventFilter(this);
     m_pages.follow(*m_moveNotices);
+    connect(&m_pages, &PageWindows::publishRequested, this, &Program::publishPage);
     m_delegate.applicationWillFinishLaunching();
     m_delegate.applicationDidFinishLaunching();
 }
@@ -94,17 +105,49 @@ Result<void> Program::launch(const CommandLine& line)
     }
 }
 
+SiteList::Record Program::siteWith(const std::filesystem::path& page)
+{
+    SiteList::Record site;
+    std::size_t longest = 0;
+    for (int row = 0; row < m_delegate.sites().rowCount(); ++row) {
+        const auto& record = m_delegate.sites().record(row);
+        const auto folder = sourceFolder(*record);
+        if (isAtOrBelow(page.native(), folder.native()) && folder.native().size() > longest) {
+            site = record;
+            longest = folder.native().size();
+        }
+    }
+    return site;
+}
+
 std::filesystem::path Program::siteOf(const std::filesystem::path& page)
 {
-    std::filesystem::path folder;
-    for (int row = 0; row < m_delegate.sites().rowCount(); ++row) {
-        const ObservedDictionary& source = *m_delegate.sites().record(row)->sourceDict();
-        const auto path = pathOf(source.string(endpoint::path));
-        if (source.string(endpoint::protocol) == endpoint::fileProtocol &&
-            isAtOrBelow(page.native(), path.native()) && path.native().size() > folder.native().size())
-            folder = path;
+    const SiteList::Record site = siteWith(page);
+    return site ? sourceFolder(*site) : std::filesystem::path();
+}
+
+// In a window that shows the page's folder, else in one of the list's site.
+void Program::publishPage(const std::filesystem::path& page)
+{
+    HaldenDoc* window = nullptr;
+    for (QWidget* open : WindowRegistry::instance().windows()) {
+        auto* const site = qobject_cast<HaldenDoc*>(open);
+        if (site && isAtOrBelow(page.native(), sourceFolder(*site->siteDict()).native()))
+            window = site;
     }
-    return folder;
+    const SiteList::Record site = siteWith(page);
+    if (!window && site)
+        window = openSite(site);
+    if (window) {
+        WindowRegistry::bringToFront(window);
+        window->publishPage(page);
+        return;
+    }
+    auto* const box = new QMessageBox(QMessageBox::Information, tr("Publish Page"),
+                                      tr("No site in the list has a source folder with this page."),
+                                      QMessageBox::Ok, m_documents.windowOf(page));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->open();
 }
 
 Result<void> Program::openFolders(const CommandLine& line)
@@ -120,7 +163,7 @@ Result<void> Program::openFolders(const CommandLine& line)
     return {};
 }
 
-void Program::openSite(const SiteList::Record& siteDict)
+HaldenDoc* Program::openSite(const SiteList::Record& siteDict)
 {
     HaldenDoc::Services services = HaldenDoc::standardServices();
     services.reportChoices = [this] { return m_preferences.reportChoices(); };
@@ -134,6 +177,7 @@ void Program::openSite(const SiteList::Record& siteDict)
     connect(window, &HaldenDoc::openRequested, this, &Program::openFile);
     connect(window, &HaldenDoc::placeRequested, this, &Program::openPlace);
     window->windowDidLoad();
+    return window;
 }
 
 void Program::openFile(const std::filesystem::path& file, const std::filesystem::path& siteFolder)

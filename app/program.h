@@ -11,6 +11,7 @@
 
 namespace luma {
 
+class HaldenDoc;
 class MoveNotices;
 
 /// The application: creates preferences, document controller and delegate, and connects them to the other
@@ -41,13 +42,16 @@ protected:
 private:
     Result<void> openFolders(const CommandLine& line);
     /// Shows a new window for the site.
-    void openSite(const SiteList::Record& siteDict);
+    HaldenDoc* openSite(const SiteList::Record& siteDict);
+    void publishPage(const std::filesystem::path& page);
     void openFile(const std::filesystem::path& file, const std::filesystem::path& siteFolder);
     /// The same, with the element at this place selected where the file is a page.
     void openPlace(const std::filesystem::path& file, const std::filesystem::path& siteFolder, unsigned line,
                    unsigned column);
 
-    /// The folder of the innermost site in the list whose source holds the page; empty if there is none.
+    /// The innermost site in the list whose source holds the page; null if there is none.
+    [[nodiscard]] SiteList::Record siteWith(const std::filesystem::path& page);
+    /// Its folder, or nothing.
     [[nodiscard]] std::filesystem::path siteOf(const std::filesystem::path& page);
 
     LUMAAppDelegate::Services services();

@@ -109,6 +109,8 @@ public:
 signals:
     void newRequested();
     void openRequested(const std::filesystem::path& page);
+    /// The user wants to publish the page, which has just been saved, with what it needs.
+    void publishRequested(const std::filesystem::path& page);
     /// The page was read from or saved to this file.
     void locationChanged(const std::filesystem::path& page);
     void windowWillClose();

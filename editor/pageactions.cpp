@@ -69,6 +69,8 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.saveAction, HasPage, [&page] { page.saveEverything({}); }},
         {ui.saveAsAction, HasPage, [&saver] { saver.saveAs({}); }},
         {ui.revertAction, HasFile, [&page] { page.revertDocumentToSaved(); }},
+        {ui.publishAction, HasFile,
+         [&page] { page.saveEverything([&page] { emit page.publishRequested(page.docURL()); }); }},
         {ui.closeAction, Always, [&page] { page.close(); }},
         {ui.quitAction, Always,
          [] { QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection); }},

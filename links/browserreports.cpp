@@ -6,6 +6,7 @@
 #include "links/targetreader.h"
 
 #include <deque>
+#include <set>
 #include <vector>
 
 namespace luma {
@@ -24,6 +25,25 @@ Result<bool> stoppedOrError(const Error& error)
 std::string subpathOf(const fs::path& item, const fs::path& site)
 {
     return item.lexically_relative(site).native();
+}
+
+// For the page that holds the link.
+bool isNeeded(LinkPlace place, std::string_view path)
+{
+    switch (place) {
+    case LinkPlace::Href:
+    case LinkPlace::XlinkHref:
+    case LinkPlace::Action:
+    case LinkPlace::FormAction:
+    case LinkPlace::Cite:
+    case LinkPlace::LongDesc:
+    case LinkPlace::Ping:
+        break;
+    default:
+        return true;
+    }
+    const WebFileKind kind = webFileKind(path);
+    return kind == WebFileKind::Other || kind == WebFileKind::StyleSheet || path.ends_with(".svg");
 }
 
 } // namespace
@@ -66,6 +86,37 @@ Result<WebPage> checkWebPage(const fs::path& site, const fs::path& page, const W
     if (!found.unreadable.empty())
         return Error{found.unreadable};
     return found;
+}
+
+Result<std::vector<std::string>> findNeededFiles(const fs::path& site, const fs::path& page,
+                                                 const WebRules& rules)
+{
+    const auto tree = SiteTree::read(site);
+    if (!tree)
+        return tree.error();
+    WebRules withoutFragments = rules;
+    withoutFragments.fragmentsAreChecked = false;
+    BrowserSite shared(*tree, withoutFragments);
+    const std::string subpath = subpathOf(page, site);
+    const Id first = shared.paths().find(subpath);
+    if (first == SiteTree::none)
+        return Error{page.native() + ": Not in the site"};
+    BrowserChecker checker(shared, FindingsKept::All);
+    std::set<std::string> needed = {subpath};
+    std::vector<Id> unread = {first};
+    while (!unread.empty()) {
+        const Id reading = unread.back();
+        unread.pop_back();
+        for (const WebLink& link : checker.check(reading).links) {
+            if (link.file == SiteTree::none)
+                continue;
+            const std::string path = tree->subpath(link.file);
+            if (isNeeded(link.place, path) && needed.insert(path).second &&
+                webFileKind(path) == WebFileKind::StyleSheet)
+                unread.push_back(link.file);
+        }
+    }
+    return std::vector<std::string>(needed.begin(), needed.end());
 }
 
 Result<bool> findWebLinksTo(const fs::path& site, const fs::path& target, const WebRules& rules,

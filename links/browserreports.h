@@ -10,6 +10,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The reports on a site's links as a browser reads them. Each calls its sink on the calling thread, in the byte order
 /// of the subpaths, and gives false when it was stopped. Error: the site's folder can't be read.
@@ -27,6 +28,11 @@ Result<bool> checkWebLinks(const std::filesystem::path& site, const WebRules& ru
 /// read, or the page is no page, or not in the site.
 Result<WebPage> checkWebPage(const std::filesystem::path& site, const std::filesystem::path& page,
                              const WebRules& rules);
+
+/// The page itself and what it takes to show it, as paths relative to the site's folder in byte order: what it and its
+/// style sheets embed, and what it links to that is no page. Error: the site can't be read, or the page is not in it.
+Result<std::vector<std::string>> findNeededFiles(const std::filesystem::path& site,
+                                                 const std::filesystem::path& page, const WebRules& rules);
 
 /// Every file of the site that refers to `target`, a file or folder of it: pages and style sheets with the links that
 /// lead there, and scripts, data and texts that hold its name, which have none. Error also: the target is not in the

@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/haldendoc.h"
 
+#include "base/mainhop.h"
 #include "browser/browser.h"
 #include "browser/browsercontroller.h"
 #include "browser/endpoint.h"
 #include "browser/movenotices.h"
 #include "desktop/icons.h"
 #include "desktop/windowregistry.h"
+#include "links/browserreports.h"
 #include "mounts/gvfsmounter.h"
 #include "shell/sshcontroller.h"
 #include "site/comparisonwindow.h"
@@ -129,6 +131,7 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
     for (BrowserController* pane : {m_source, m_destination}) {
         connect(pane, &BrowserController::undoable, this, &HaldenDoc::addUndo);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::updateActions);
+        connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::publishWaitingPage);
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
         connect(pane, &BrowserController::placeRequested, this, &HaldenDoc::placeRequested);
     }
@@ -331,6 +334,32 @@ void HaldenDoc::setUpEnded(const QString& message)
 void HaldenDoc::sync(Direction direction, const std::vector<std::string>& only)
 {
     m_syncPanel->sync(direction, only);
+}
+
+void HaldenDoc::publishPage(const std::filesystem::path& page)
+{
+    m_pageToPublish = page;
+    for (BrowserController* pane : {m_source, m_destination}) {
+        if (!pane->rootNode())
+            pane->doConnect();
+    }
+    publishWaitingPage();
+}
+
+void HaldenDoc::publishWaitingPage()
+{
+    if (m_pageToPublish.empty() || !m_source->rootNode() || !m_destination->rootNode())
+        return;
+    m_pageSearch = std::make_shared<WorkItem>();
+    start(m_pageSearch, [self = QPointer(this), page = std::exchange(m_pageToPublish, {}),
+                         site = m_source->mountPath(), rules = reportChoices().webRules](const WorkItem&) {
+        const auto needed = findNeededFiles(site, page, rules);
+        onMain(self, [&](HaldenDoc& window) {
+            // If the site can't be read, the comparison says so.
+            const std::string name = page.lexically_relative(site).native();
+            window.sync(Direction::Upload, needed ? *needed : std::vector<std::string>{name});
+        });
+    });
 }
 
 void HaldenDoc::showInPane(const std::string& path, bool isSent)

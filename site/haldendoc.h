@@ -80,6 +80,9 @@ public:
     /// folders.
     void sync(Direction direction, const std::vector<std::string>& only = {});
 
+    /// The same for a page of the source with what it needs, once both panes have connected.
+    void publishPage(const std::filesystem::path& page);
+
 signals:
     /// The user wants to open a file of the site; `mountPath` is the site's folder.
     void openRequested(const std::filesystem::path& path, const std::filesystem::path& mountPath);
@@ -112,6 +115,8 @@ private:
     ProgressPanel* m_progressPanel = nullptr;
     SyncPanel* m_syncPanel = nullptr;
     RestorePanel* m_restorePanel = nullptr;
+    std::filesystem::path m_pageToPublish; // until both panes have connected
+    WorkItemPointer m_pageSearch;
     bool m_rsync = false;
 
     void createPanes(const std::shared_ptr<VolumeMounter>& mounter);
@@ -131,6 +136,7 @@ private:
     void setUpEnded(const QString& message);
     void showInPane(const std::string& path, bool isSent);
     void showComparison(const std::string& path);
+    void publishWaitingPage();
     [[nodiscard]] SyncSides sides() const;
     /// The current pane, or the other one when that is not connected.
     [[nodiscard]] BrowserController& currentSitePane() const;

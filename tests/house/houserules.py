@@ -31,7 +31,7 @@ FLOORS = {
     "web": {"base", "page"},
     "browser": {"base", "desktop", "links", "mounts"},
     "editor": {"base", "desktop", "html", "links", "page", "web"},
-    "site": {"base", "browser", "desktop", "mounts", "shell"},
+    "site": {"base", "browser", "desktop", "links", "mounts", "shell"},
     "lumactl": {"base", "html", "links", "site"},
     "app": {"base", "browser", "desktop", "editor", "shell", "site", "web"},
 }

@@ -201,6 +201,30 @@ private slots:
         QCOMPARE(linksTo("i/index.html"), std::string("a.html 1 "));
         QCOMPARE(linksTo("i"), std::string("a.html 1 "));
     }
+
+    void neededFiles_areThoseThatThePageShowsAndTheRestItOffers()
+    {
+        const Site site(
+            {{"docs/p.html", "<link rel=stylesheet href=../a.css><img src=/i.png srcset='big.png 2x'>"
+                             "<a href=other.html>1</a><a href=/x.zip>2</a><a href=gone.zip>3</a>"
+                             "<iframe src=frame.html></iframe><img src=http://other.org/i.png>"},
+             {"a.css", "@import 'b.css'; body { background: url(bg.png) }"},
+             {"b.css", "@import 'a.css'; p { background: url('img/p.png') }"},
+             {"i.png", ""},
+             {"bg.png", ""},
+             {"img/p.png", ""},
+             {"docs/big.png", ""},
+             {"docs/other.html", "<img src=/unneeded.png>"},
+             {"docs/frame.html", ""},
+             {"unneeded.png", ""},
+             {"x.zip", ""}});
+        const auto needed = findNeededFiles(site.root(), site.at("docs/p.html"), {});
+        QVERIFY(needed);
+        QCOMPARE(*needed,
+                 (std::vector<std::string>{"a.css", "b.css", "bg.png", "docs/big.png", "docs/frame.html",
+                                           "docs/p.html", "i.png", "img/p.png", "x.zip"}));
+        QVERIFY(!findNeededFiles(site.root(), "/elsewhere/p.html", {}));
+    }
 };
 
 LUMA_TEST(tst_browserreports)

@@ -295,6 +295,17 @@ private slots:
         QVERIFY(std::filesystem::is_empty(m_folders->sending()));
     }
 
+    void page_isPublishedWithWhatItNeeds_onceBothSidesAreThere()
+    {
+        m_folders->put("sending/docs/p.html", "<img src=../i.png><a href=other.html>");
+        m_folders->putAll("sending", "i.png|docs/other.html|else.png");
+        open();
+        window().publishPage(m_folders->at("sending/docs/p.html"));
+        QTRY_COMPARE(m_site->rows(), (QStringList{"+docs/p.html", "+i.png"}));
+        m_site->click("cancelButton");
+        QVERIFY(m_site->isConnected());
+    }
+
     void differingTexts_areShownSideBySide()
     {
         m_folders->put("sending/a.html", "<p>one</p>\n<p>two</p>\n<p>three</p>\n<p>four, which is new</p>\n",
