@@ -19,22 +19,9 @@
 #include <QMessageBox>
 #include <QUrl>
 
-#include <chrono>
-
 namespace luma {
 
 namespace {
-
-// Where a stored list is kept before another one replaces it: one that can't be read, and one that another
-// process has written meanwhile.
-const QString unreadableKey = QStringLiteral("sitesArrayDataUnreadable");
-const QString replacedKey = QStringLiteral("sitesArrayDataReplaced");
-
-// After the first of several changes, such as the letters of a name.
-constexpr std::chrono::milliseconds saveDelay(500);
-
-// A secret service that has not answered by then keeps the list from being saved no longer.
-constexpr std::chrono::seconds longestWaitForSecrets(5);
 
 // A sheet on `window` that deletes itself when closed. The texts are plain, never markup.
 QMessageBox* sheet(QWidget* window, const QString& name, const QString& message, const QString& information)
@@ -90,11 +77,12 @@ LUMAAppDelegate::LUMAAppDelegate(Preferences& preferences, Services services, QO
       m_preferences(preferences),
       m_services(std::move(services)),
       m_passwords(sitesArrayController, m_services.secrets),
+      m_store(sitesArrayController, m_passwords, m_preferences),
       window(std::make_unique<SiteListWindow>(sitesArrayController))
 {
     sitesArrayController.setObjectName(QStringLiteral("sitesArrayController"));
     connectWindow();
-    connectList();
+    connect(&m_store, &SiteListStore::written, window.get(), &SiteListWindow::showSaveError);
 }
 
 LUMAAppDelegate::~LUMAAppDelegate() = default;
@@ -133,27 +121,6 @@ void LUMAAppDelegate::connectWindow()
     connect(from, &SiteListWindow::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 
-void LUMAAppDelegate::connectList()
-{
-    m_saveSoon.setSingleShot(true);
-    m_saveSoon.setInterval(saveDelay);
-    connect(&m_saveSoon, &QTimer::timeout, this, &LUMAAppDelegate::saveListNow);
-    m_saveAnyway.setSingleShot(true);
-    m_saveAnyway.setInterval(longestWaitForSecrets);
-    connect(&m_saveAnyway, &QTimer::timeout, this, &LUMAAppDelegate::writeList);
-    connect(&m_passwords, &SitePasswords::settled, this, &LUMAAppDelegate::writeList);
-    connect(&sitesArrayController, &QAbstractItemModel::dataChanged, this, &LUMAAppDelegate::noteChange);
-    connect(&sitesArrayController, &QAbstractItemModel::rowsInserted, this, &LUMAAppDelegate::noteChange);
-    connect(&sitesArrayController, &QAbstractItemModel::rowsRemoved, this, &LUMAAppDelegate::noteChange);
-}
-
-void LUMAAppDelegate::noteChange()
-{
-    m_isListSaved = false;
-    if (!m_saveSoon.isActive())
-        m_saveSoon.start();
-}
-
 void LUMAAppDelegate::applicationWillFinishLaunching() const
 {
     endStrayWatchers(m_services.shell);
@@ -161,83 +128,17 @@ void LUMAAppDelegate::applicationWillFinishLaunching() const
 
 void LUMAAppDelegate::applicationDidFinishLaunching()
 {
-    loadList();
+    m_store.load();
+    if (sitesArrayController.rowCount() > 0)
+        window->select(0);
     window->restoreFrom(m_preferences);
     WindowRegistry::instance().addHome(window.get());
-}
-
-void LUMAAppDelegate::loadList()
-{
-    sitesArrayController.setRecords({});
-    m_stored = m_preferences.value(Preferences::sitesArrayData);
-    const auto records = m_stored.typeId() == QMetaType::QByteArray
-                             ? unarchiveSites(m_stored.toByteArray())
-                             : Result<QList<QVariantMap>>(Error{"the stored site list is not data"});
-    if (!records) {
-        keepAside(unreadableKey, m_stored);
-        return;
-    }
-    sitesArrayController.setRecords(*records);
-    if (!records->isEmpty())
-        window->select(0);
-    m_passwords.load();
-}
-
-// A value kept earlier stays.
-void LUMAAppDelegate::keepAside(const QString& key, const QVariant& stored)
-{
-    QString place = key;
-    for (int number = 2; m_preferences.value(place).isValid(); ++number) {
-        if (m_preferences.value(place) == stored)
-            return;
-        place = key + QString::number(number);
-    }
-    m_preferences.setValue(place, stored);
-}
-
-Result<void> LUMAAppDelegate::saveList()
-{
-    m_saveAnyway.stop();
-    const QByteArray archive = archiveSites(m_passwords.storableRecords());
-    if (m_isListSaved || archive == m_stored) {
-        m_isListSaved = true;
-        return m_preferences.save();
-    }
-    if (const auto readable = unarchiveSites(archive); !readable)
-        return readable.error();
-    // Reads what another process has written meanwhile.
-    (void)m_preferences.save();
-    if (const QVariant stored = m_preferences.value(Preferences::sitesArrayData); stored != m_stored)
-        keepAside(replacedKey, stored);
-    m_preferences.setValue(Preferences::sitesArrayData, archive);
-    m_stored = archive;
-    auto saved = m_preferences.save();
-    m_isListSaved = bool(saved);
-    if (saved)
-        m_passwords.dropUnneeded();
-    return saved;
-}
-
-void LUMAAppDelegate::saveListNow()
-{
-    if (m_passwords.store())
-        m_saveAnyway.start();
-    else
-        writeList();
-}
-
-void LUMAAppDelegate::writeList()
-{
-    m_isListSaved = false;
-    const auto saved = saveList();
-    window->showSaveError(saved ? QString() : QString::fromStdString(saved.error().text));
 }
 
 Result<void> LUMAAppDelegate::applicationWillTerminate()
 {
     window->saveTo(m_preferences);
-    m_saveSoon.stop();
-    auto saved = saveList();
+    auto saved = m_store.save();
     m_passwords.cancel();
     endStrayWatchers(m_services.shell);
     return saved;
@@ -342,7 +243,7 @@ void LUMAAppDelegate::sortSites()
         if (sitesArrayController.record(row) == selected)
             window->select(row);
     }
-    noteChange();
+    m_store.noteChange();
 }
 
 Result<void> LUMAAppDelegate::exportTo(const QString& file) const

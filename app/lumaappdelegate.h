@@ -5,14 +5,14 @@
 #include "app/newsiteassistant.h"
 #include "app/preferences.h"
 #include "app/sitelist.h"
+#include "app/siteliststore.h"
 #include "app/sitepasswords.h"
 #include "app/versioncheck.h"
 #include "shell/commandrunner.h"
 
 #include <QFileDialog>
 #include <QObject>
-#include <QTimer>
-#include <QVariant>
+#include <QVariantMap>
 
 #include <functional>
 #include <memory>
@@ -23,8 +23,7 @@ namespace luma {
 
 class SiteListWindow;
 
-/// Keeps the list of sites and its window, opens sites, and checks for a newer version. Stores the list soon
-/// after each change; a stored list that it can't read, or did not write, is kept aside. Lives for the whole
+/// Keeps the list of sites and its window, opens sites, and checks for a newer version. Lives for the whole
 /// run; called in this order: will-finish-launching, did-finish-launching, the user's actions,
 /// will-terminate. Main thread only.
 class LUMAAppDelegate final : public QObject
@@ -99,20 +98,11 @@ public:
 
 private:
     void connectWindow();
-    void connectList();
     void openSite(const SiteList::Record& record);
-    void noteChange();
     void addCopyOf(const SiteRecord& record);
     void chooseFile(const QString& title, QFileDialog::AcceptMode mode,
                     const std::function<Result<void>(const QString&)>& use);
     void addAndSelect(const QVariantMap& record);
-    void loadList();
-    /// Saves the list if it has changed, and the preferences.
-    Result<void> saveList();
-    /// The same, after the changed passwords have been stored; the list's window shows an error.
-    void saveListNow();
-    void writeList();
-    void keepAside(const QString& key, const QVariant& stored);
     void warnOfLastRecord();
     void removeRecord(const SiteList::Record& record);
     void showUndo();
@@ -122,13 +112,10 @@ private:
     Services m_services;
     SiteList sitesArrayController;
     SitePasswords m_passwords;
+    SiteListStore m_store;
     std::unique_ptr<SiteListWindow> window;
     std::vector<std::pair<int, SiteList::Record>> m_removed; ///< with their rows, the latest last
     QList<SiteList::Record> m_opening;                       ///< sites whose passwords are being read
-    QTimer m_saveSoon;
-    QTimer m_saveAnyway;
-    bool m_isListSaved = true;
-    QVariant m_stored; ///< the list as last read or written
 };
 
 } // namespace luma
