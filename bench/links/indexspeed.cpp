@@ -4,19 +4,22 @@
 #include "links/browserreports.h"
 #include "links/linkstore.h"
 #include "links/sitelinks.h"
+#include "links/sitemoves.h"
 
 #include <cstdio>
 #include <fstream>
 #include <functional>
-#include <optional>
+#include <memory>
 #include <string>
+#include <vector>
 
 // What it costs to answer from the links that are kept of a site, beside reading every page. PAGE is rewritten, and TARGET is
-// what links are looked for.
+// what links are looked for, and what is renamed and gets its name back.
 //
 //     indexspeed SITE PAGE TARGET
 //
-// The site is left as it was. The store is written to the cache folder: set XDG_CACHE_HOME.
+// The site is left as it was. The store is written to the cache folder, and the journal of renames to the state folder: set
+// XDG_CACHE_HOME and XDG_STATE_HOME.
 
 using namespace luma;
 using bench::Stopwatch;
@@ -57,6 +60,33 @@ double memoryInUse()
     return static_cast<double>(resident) * pagesToMegabytes;
 }
 
+// Renames TARGET there and back; gives the pages that it rewrites.
+std::vector<fs::path> renamed(const fs::path& site, const fs::path& target,
+                              const std::shared_ptr<SiteLinks>& links)
+{
+    const fs::path other = target.native() + ".renamed";
+    std::vector<fs::path> pages;
+    for (const MovedItem& item : {MovedItem{target, other}, MovedItem{other, target}}) {
+        MoveRequest request{site, {}, MoveOperation::Move, {item}, {}};
+        request.keptLinks = links;
+        const auto plan = planMove(request);
+        pages = SiteMoves::open(site)->carryOut(*plan).rewritten;
+    }
+    return pages;
+}
+
+void showRename(const fs::path& site, const fs::path& target, const std::shared_ptr<SiteLinks>& links)
+{
+    std::vector<fs::path> pages;
+    const double time = median([&] { pages = renamed(site, target, links); }) / 2;
+    const double writing = median([&] {
+        for (const fs::path& page : pages)
+            (void)writeFile(page, *readFile(page));
+    });
+    std::printf("%-42s %9.1f ms %8.3f of writing its %zu pages\n", "rename of a file", time, time / writing,
+                pages.size());
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -73,8 +103,7 @@ int main(int argc, char** argv)
     show("check without what is kept", cold, cold);
 
     const double before = memoryInUse();
-    std::optional<SiteLinks> links;
-    links.emplace(site, SiteLinks::Keeping::Stored);
+    auto links = std::make_shared<SiteLinks>(site, SiteLinks::Keeping::Stored);
     links->noteChanges({});
     const auto report = [&] { (void)*links->findMissing({}, sink); };
     show("first report", measured(report), cold);
@@ -98,10 +127,11 @@ int main(int argc, char** argv)
     links->endWatch();
     show("report without a watcher", median(report), cold);
     show("first report with the store", median([&] {
-             links.emplace(site, SiteLinks::Keeping::Stored);
+             links = std::make_shared<SiteLinks>(site, SiteLinks::Keeping::Stored);
              report();
          }),
          cold);
+    showRename(site, site / argv[3], links);
     std::printf("%-42s %9zu pages\n", "read in spite of the store", links->readCount());
     std::error_code error;
     const auto size = fs::file_size(LinkStore(site).file(), error);
