@@ -16,18 +16,28 @@ namespace luma {
 
 namespace {
 
+// Of a long text a row shows no more than the beginning, but would lay out all of it each time it is painted.
+constexpr qsizetype longestRow = 400;
 constexpr qsizetype longestToolTip = 1000;
+
+QString shortened(const QString& text, qsizetype length)
+{
+    if (text.size() <= length)
+        return text;
+    return text.left(text.at(length - 1).isHighSurrogate() ? length - 1 : length) + QChar(0x2026);
+}
 
 /// The text of an element's row: its tag with all attributes, and its own text. Server code is shown as it is.
 QString rowText(const html::Element& element)
 {
     if (html::isServerCode(element))
         return QString::fromStdString(simplified(html::codeOf(element)));
-    std::string text = "<";
-    text += element.tagName();
+    std::string text = "<" + html::withUnspelledCode(element.tagName());
     const char* separator = " ";
     for (const html::Attribute& attribute : element.attributes()) {
-        text.append(separator).append(html::markup(attribute));
+        const std::string name = html::withUnspelledCode(attribute.name);
+        const bool isCode = name != attribute.name && attribute.value.empty();
+        text.append(separator).append(isCode ? name : html::withUnspelledCode(html::markup(attribute)));
         separator = ", ";
     }
     text += '>';
@@ -38,10 +48,7 @@ QString rowText(const html::Element& element)
 
 QString toolTipOf(const html::Element& element)
 {
-    QString text = rowText(element);
-    if (text.size() > longestToolTip)
-        text = text.left(longestToolTip) + QChar(0x2026);
-    return text.toHtmlEscaped();
+    return shortened(rowText(element), longestToolTip).toHtmlEscaped();
 }
 
 /// The depth of the deepest element.
@@ -234,7 +241,7 @@ QVariant OutlineModel::data(const QModelIndex& index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return rowText(*element);
+        return shortened(rowText(*element), longestRow);
     case Qt::ToolTipRole:
         return toolTipOf(*element);
     case Qt::ForegroundRole:

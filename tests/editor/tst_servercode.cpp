@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
+#include "tests/support/screenshot.h"
 
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -46,6 +47,8 @@ private slots:
             QString("<?php echo <b>two</b> ?>|<?php foreach ($r as $x): ?>|<?= $x ?>|<?php endforeach ?>"));
         QVERIFY(row("<?php echo").isValid());
         QVERIFY(row("<?php endforeach ?>").isValid());
+        QVERIFY(row("<a href=\"<?= $u ?>\", <?= $more ?>> link").isValid());
+        test::saveScreenshots(*window, "server-code");
         setCaretBehind("three");
         type("q");
         trigger("saveAction");
@@ -86,6 +89,7 @@ private slots:
         auto* const source = the<QPlainTextEdit>("sourceField");
         QTRY_VERIFY(source->isVisible());
         QCOMPARE(source->toPlainText().toUtf8().replace("\n", "\r\n"), QByteArray::fromStdString(phpPage));
+        test::saveScreenshots(*source->window(), "page-source");
         source->setPlainText(
             source->toPlainText().replace("<td><?= $x ?>", "<TD  title='<?= f(\"y\") ?>'><?= $y ?>"));
         QTest::mouseClick(the<QPushButton>("saveSourceButton"), Qt::LeftButton);
