@@ -309,6 +309,12 @@ void BrowserController::reload()
     m_ui->fullPathToSelectedItem->clear();
 }
 
+void BrowserController::setShowsHidden(bool shows)
+{
+    browser().model().setShowsHidden(shows);
+    browser().refresh();
+}
+
 void BrowserController::folderChanged()
 {
     printLine("folderChanged at path = " + m_mountPath.string());

@@ -64,6 +64,7 @@ public:
     void closeSheet();
     /// Lists everything again and drops the selection.
     void reload();
+    void setShowsHidden(bool shows);
     void newFolder();
     void duplicateItem();
     void renameItem();

@@ -21,6 +21,7 @@ constexpr int iconSize = 16;
 constexpr int arrowWidth = 16;
 constexpr int smallestHeight = 20;
 constexpr float tintOpacity = 0.2F;
+constexpr qreal hiddenOpacity = 0.6;
 
 QColor tintOf(const QModelIndex& index)
 {
@@ -126,6 +127,8 @@ void FileSystemBrowserCell::paint(QPainter* painter, const QStyleOptionViewItem&
         tint.setAlphaF(tintOpacity);
         painter->fillRect(option.rect, tint);
     }
+    if (option.text.startsWith(u'.'))
+        painter->setOpacity(hiddenOpacity);
     option.icon.paint(painter, imageRectForBounds(option.rect), Qt::AlignCenter,
                       selected && option.state.testFlag(QStyle::State_Active) ? QIcon::Selected
                                                                               : QIcon::Normal);

@@ -110,6 +110,7 @@ FileSystemModel::Folder* FileSystemModel::folderAt(const QModelIndex& index) con
 /// The children of a node, of which packages that were opened are folders.
 const std::vector<FileSystemNodePointer>& FileSystemModel::listed(FileSystemNode& folder) const
 {
+    folder.showsHidden = m_showsHidden;
     const Nodes& nodes = folder.children();
     for (const FileSystemNodePointer& node : nodes) {
         if (node->isPackage() && m_openedPackages.contains(node->url().native()))

@@ -45,6 +45,9 @@ public:
                                                          const std::filesystem::path& newPath)>;
     void setRenamePreparation(RenamePreparation prepare) { m_prepareRename = std::move(prepare); }
 
+    /// Whether hidden items are listed. Counts from the next listing on.
+    void setShowsHidden(bool shows) { m_showsHidden = shows; }
+
     /// Discards all listings and indexes and lists the root again.
     void reload();
     /// Lists the root and the folders in `shown` again; other folders only when bringUpToDate() is called.
@@ -78,6 +81,7 @@ private:
     FileSystemNodePointer m_rootNode;
     std::set<std::string> m_openedPackages; // by path
     RenamePreparation m_prepareRename;
+    bool m_showsHidden = false;
 
     [[nodiscard]] const std::vector<FileSystemNodePointer>& listed(FileSystemNode& folder) const;
     [[nodiscard]] Folder* folderAt(const QModelIndex& index) const;

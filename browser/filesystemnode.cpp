@@ -68,7 +68,7 @@ Result<void> FileSystemNode::setDisplayName(const QString& newName)
 const std::vector<FileSystemNodePointer>& FileSystemNode::children()
 {
     if (childrenDirty) {
-        auto listed = listFolder(m_url);
+        auto listed = listFolder(m_url, showsHidden);
         m_unreadable = !listed;
         m_children = listed ? std::move(*listed) : std::vector<FileSystemNodePointer>();
         childrenDirty = false;

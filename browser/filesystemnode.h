@@ -9,12 +9,19 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace luma {
 
 /// The colour label of an item.
 enum class LabelColor { None, Red, Orange, Yellow, Green, Blue, Purple, Gray };
+
+/// By the custom of Unix, names that begin with a dot are hidden.
+inline bool isHiddenName(std::string_view name)
+{
+    return name.starts_with('.');
+}
 
 /// The attributes of an item, read once when its node is created.
 struct FileProperties
@@ -63,7 +70,7 @@ public:
     void openPackage();
     [[nodiscard]] LabelColor labelColor() const;
 
-    /// The items of the folder except hidden ones, ordered by name ignoring letter case; names that differ in
+    /// The items of the folder, without hidden ones unless `showsHidden` is set, ordered by name ignoring letter case; names that differ in
     /// case only are ordered by their bytes. A read error ends the list without a message.
     const std::vector<FileSystemNodePointer>& children();
     /// True if the last listing could not open the folder.
@@ -71,6 +78,8 @@ public:
 
     /// Set it to make the next children() list the folder again.
     bool childrenDirty = true;
+    /// Counts from the next listing on.
+    bool showsHidden = false;
 
 private:
     std::string m_url;

@@ -129,7 +129,7 @@ std::optional<FileProperties> readProperties(const std::string& url)
     return propertiesOf(path.filename().string(), FolderReader::typeOf(status), url, labels);
 }
 
-std::optional<std::vector<FileSystemNodePointer>> listFolder(const std::string& url)
+std::optional<std::vector<FileSystemNodePointer>> listFolder(const std::string& url, bool showsHidden)
 {
     auto folder = FolderReader::open(url);
     if (!folder)
@@ -140,7 +140,7 @@ std::optional<std::vector<FileSystemNodePointer>> listFolder(const std::string& 
     LabelReader labels;
     std::vector<FileSystemNodePointer> nodes;
     while (const auto entry = folder->next()) {
-        if (entry->name()[0] == '.')
+        if (!showsHidden && isHiddenName(entry->name()))
             continue;
         std::string itemUrl = prefix + entry->name();
         FileProperties properties = propertiesOf(entry->name(), entry->type(), itemUrl, labels);

@@ -15,8 +15,8 @@ LabelColor labelColorFromTags(std::string_view tags);
 /// Reads the attributes of the item at `url`; none if it does not exist.
 std::optional<FileProperties> readProperties(const std::string& url);
 
-/// The items of a folder in display order, without hidden ones. None if the folder can't be opened; a read
-/// error ends the list.
-std::optional<std::vector<FileSystemNodePointer>> listFolder(const std::string& url);
+/// The items of a folder in display order, hidden ones only if asked for. None if the folder can't be opened; a
+/// read error ends the list.
+std::optional<std::vector<FileSystemNodePointer>> listFolder(const std::string& url, bool showsHidden);
 
 } // namespace luma

@@ -173,6 +173,8 @@ void HaldenDoc::connectActions()
     onPane(m_ui->deleteAction, &BrowserController::deleteSelectedItems);
     connect(m_ui->reloadAction, &QAction::triggered, m_source, &BrowserController::reload);
     connect(m_ui->reloadAction, &QAction::triggered, m_destination, &BrowserController::reload);
+    for (BrowserController* pane : {m_source, m_destination})
+        connect(m_ui->showHiddenAction, &QAction::toggled, pane, &BrowserController::setShowsHidden);
     connect(m_ui->missingLinksAction, &QAction::triggered, this,
             [this] { currentSitePane().startFindMissingLinks(); });
     connect(m_ui->unlinkedItemsAction, &QAction::triggered, this,
@@ -271,6 +273,7 @@ QByteArray HaldenDoc::layoutState() const
     writeColumnWidths(stream, m_source->browser());
     writeColumnWidths(stream, m_destination->browser());
     writePanelLayouts(stream, *this);
+    stream << m_ui->showHiddenAction->isChecked();
     return state;
 }
 
@@ -285,6 +288,10 @@ void HaldenDoc::restoreLayoutState(const QByteArray& state)
     restoreColumnWidths(stream, m_source->browser());
     restoreColumnWidths(stream, m_destination->browser());
     readPanelLayouts(stream, *this);
+    bool showsHidden = false;
+    stream >> showsHidden;
+    if (stream.status() == QDataStream::Ok)
+        m_ui->showHiddenAction->setChecked(showsHidden);
 }
 
 void HaldenDoc::checkConnectionOK()

@@ -282,6 +282,23 @@ private slots:
         QCOMPARE(source.widget()->findChild<QWidget*>("browserColumn1")->width(), 150);
     }
 
+    void hiddenFiles_showOnBothSidesAndTheChoiceComesBack()
+    {
+        m_folders->put("sending/.htaccess");
+        m_folders->put("receiving/.well-known/a");
+        openConnected();
+        QCOMPARE(m_site->source().browser().model().rowCount(), 0);
+        window().findChild<QAction*>("showHiddenAction")->trigger();
+        QCOMPARE(m_site->shownNames(), QStringList(".well-known"));
+        QVERIFY(m_site->source().browser().reveal(m_folders->sending() / ".htaccess"));
+        const QByteArray state = window().layoutState();
+        close();
+        open(state);
+        QTRY_COMPARE(m_site->shownNames(), QStringList(".well-known"));
+        window().findChild<QAction*>("showHiddenAction")->trigger();
+        QCOMPARE(m_site->shownNames(), QStringList());
+    }
+
     void commands_actOnThePaneUsedLast()
     {
         openConnected();
