@@ -9,6 +9,7 @@
 #include "browser/endpoint.h"
 #include "browser/filejobs.h"
 #include "browser/folderwatcher.h"
+#include "browser/itemcommands.h"
 #include "browser/linkjobs.h"
 #include "browser/linkreportpanel.h"
 #include "browser/movejobs.h"
@@ -37,6 +38,11 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
       contextualMenu(new PaneMenu(m_widget)),
       m_watcher(new FolderWatcher(this)),
       m_fileJobs(new FileJobs(m_widget)),
+      m_itemCommands(new ItemCommands(
+          [this] {
+              return ItemCommands::Selection{selectedPaths(), m_mountPath};
+          },
+          m_widget)),
       m_connection(new PaneConnection(std::move(mounter), this)),
       m_linkJobs(new LinkJobs(host.progress(), this)),
       m_moveJobs(new MoveJobs(host.progress(), host.moveNotices(), m_widget)),
@@ -119,6 +125,15 @@ void BrowserController::connectBrowser()
 void BrowserController::connectMenu()
 {
     connect(contextualMenu, &PaneMenu::openRequested, this, &BrowserController::openItem);
+    connect(contextualMenu, &PaneMenu::browserRequested, m_itemCommands, &ItemCommands::openInBrowser);
+    connect(contextualMenu, &PaneMenu::fileManagerRequested, m_itemCommands,
+            &ItemCommands::showInFileManager);
+    connect(contextualMenu, &PaneMenu::pathCopyRequested, m_itemCommands, &ItemCommands::copyPath);
+    connect(contextualMenu, &PaneMenu::linkCopyRequested, m_itemCommands, &ItemCommands::copyRelativeLink);
+    connect(contextualMenu, &PaneMenu::propertiesRequested, m_itemCommands, &ItemCommands::showProperties);
+    connect(contextualMenu, &PaneMenu::transferRequested, this, &BrowserController::transferRequested);
+    connect(m_itemCommands, &ItemCommands::failed, m_ui->fullPathToSelectedItem, &QLabel::setText);
+    m_itemCommands->fillOpenWith(contextualMenu->openWithMenu());
     connect(contextualMenu, &PaneMenu::newFolderRequested, this, &BrowserController::newFolder);
     connect(contextualMenu, &PaneMenu::duplicateRequested, this, &BrowserController::duplicateItem);
     connect(contextualMenu, &PaneMenu::renameRequested, this, &BrowserController::renameItem);
@@ -330,6 +345,28 @@ std::filesystem::path BrowserController::pathOf(const QModelIndex& item) const
     return browser().model().node(item)->url();
 }
 
+BrowserController::Paths BrowserController::selectedPaths() const
+{
+    Paths items;
+    for (const QModelIndex& item : browser().selectedItems())
+        items.push_back(pathOf(item));
+    return items;
+}
+
+std::vector<std::string> BrowserController::selectedSubpaths() const
+{
+    std::vector<std::string> subpaths;
+    for (const std::filesystem::path& item : selectedPaths())
+        subpaths.emplace_back(pathBelow(item.native(), m_mountPath.native()).value_or(""));
+    return subpaths;
+}
+
+void BrowserController::finishMenu(const QWidget& window, const QString& transferTitle)
+{
+    contextualMenu->setTransferTitle(transferTitle);
+    contextualMenu->showKeysOf(window);
+}
+
 void BrowserController::doBrowserClick()
 {
     const QModelIndex item = browser().currentItem();
@@ -368,9 +405,7 @@ void BrowserController::renameItem()
 
 void BrowserController::deleteSelectedItems()
 {
-    Paths items;
-    for (const QModelIndex& item : browser().selectedItems())
-        items.push_back(pathOf(item));
+    const Paths items = selectedPaths();
     const QModelIndex next = browser().itemBesideSelection();
     if (!items.empty())
         m_fileJobs->confirmDeletion(items, next.isValid() ? pathOf(next) : std::filesystem::path());

@@ -24,6 +24,7 @@ class Browser;
 class ConfigPanel;
 class FileJobs;
 class FolderWatcher;
+class ItemCommands;
 class LinkJobs;
 class LinkReportPanel;
 class MoveJobs;
@@ -60,6 +61,13 @@ public:
     /// Called when the window has opened: connects if the endpoint says so, otherwise disconnects.
     void doConnect();
     void disconnectPane();
+    /// The pane's menu shows the keys of the window's actions, and `transferTitle` for the transfer of the selected
+    /// items.
+    void finishMenu(const QWidget& window, const QString& transferTitle);
+    [[nodiscard]] ItemCommands& itemCommands() const { return *m_itemCommands; }
+    /// The selected items' paths in the site's folder.
+    [[nodiscard]] std::vector<std::string> selectedSubpaths() const;
+
     void configure();
     void closeSheet();
     /// Lists everything again and drops the selection.
@@ -88,6 +96,8 @@ signals:
     /// A page or style sheet is to be opened at this line and column, counted from 1.
     void placeRequested(const std::filesystem::path& path, const std::filesystem::path& mountPath,
                         unsigned line, unsigned column);
+    /// The selected items are to be transferred.
+    void transferRequested();
     /// A connection has begun, succeeded, failed or ended.
     void stateChanged();
     /// The user has changed files, and `undo`, called once, begins to take that back. `title` says what it was: "Delete".
@@ -103,6 +113,7 @@ private:
     PaneMenu* contextualMenu = nullptr;
     FolderWatcher* m_watcher = nullptr;
     FileJobs* m_fileJobs = nullptr;
+    ItemCommands* m_itemCommands = nullptr;
     PaneConnection* m_connection = nullptr;
     LinkJobs* m_linkJobs = nullptr;
     MoveJobs* m_moveJobs = nullptr;
@@ -132,6 +143,7 @@ private:
     void goOnAfterDeletion(const std::filesystem::path& next);
     void showBusy();
     void startReport(LinkReportRun::Kind kind, const std::filesystem::path& item);
+    [[nodiscard]] Paths selectedPaths() const;
     [[nodiscard]] std::filesystem::path pathOf(const QModelIndex& item) const;
 };
 

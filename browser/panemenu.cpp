@@ -8,8 +8,35 @@ namespace luma {
 PaneMenu::PaneMenu(QWidget* parent) : QMenu(parent)
 {
     setObjectName(QStringLiteral("contextualMenu"));
-    addForItem(QStringLiteral("openAction"), tr("&Open"), QStringLiteral("open"), &PaneMenu::openRequested);
+    addOpening();
     addSeparator();
+    addForItem(QStringLiteral("copyPathAction"), tr("&Copy Path"), {}, &PaneMenu::pathCopyRequested);
+    addForItem(QStringLiteral("copyLinkAction"), tr("Copy Relative L&ink"), {}, &PaneMenu::linkCopyRequested);
+    addSeparator();
+    addChanges();
+    addSeparator();
+    m_transferAction = addForItem(QStringLiteral("transferAction"), {}, QStringLiteral("upload"),
+                                  &PaneMenu::transferRequested);
+    addSeparator();
+    addLinkReports();
+    addSeparator();
+    add(QStringLiteral("reloadAction"), tr("Re&load"), QStringLiteral("reload"), &PaneMenu::reloadRequested);
+    addForItem(QStringLiteral("propertiesAction"), tr("&Properties"), {}, &PaneMenu::propertiesRequested);
+}
+
+void PaneMenu::addOpening()
+{
+    addForItem(QStringLiteral("openAction"), tr("&Open"), QStringLiteral("open"), &PaneMenu::openRequested);
+    m_openWith = addMenu(tr("Open &With"));
+    m_openWith->setObjectName(QStringLiteral("openWithMenu"));
+    m_itemActions.append(m_openWith->menuAction());
+    addForItem(QStringLiteral("browserAction"), tr("Open in &Browser"), {}, &PaneMenu::browserRequested);
+    addForItem(QStringLiteral("fileManagerAction"), tr("&Show in File Manager"), {},
+               &PaneMenu::fileManagerRequested);
+}
+
+void PaneMenu::addChanges()
+{
     add(QStringLiteral("newFolderAction"), tr("&New Folder"), QStringLiteral("new-folder"),
         &PaneMenu::newFolderRequested);
     addForItem(QStringLiteral("duplicateAction"), tr("D&uplicate"), QStringLiteral("duplicate"),
@@ -18,10 +45,6 @@ PaneMenu::PaneMenu(QWidget* parent) : QMenu(parent)
                &PaneMenu::renameRequested);
     addForItem(QStringLiteral("deleteAction"), tr("&Delete..."), QStringLiteral("delete"),
                &PaneMenu::deleteRequested);
-    addSeparator();
-    addLinkReports();
-    addSeparator();
-    add(QStringLiteral("reloadAction"), tr("Re&load"), QStringLiteral("reload"), &PaneMenu::reloadRequested);
 }
 
 void PaneMenu::addLinkReports()
@@ -30,9 +53,9 @@ void PaneMenu::addLinkReports()
                &PaneMenu::linksFromItemRequested);
     addForItem(QStringLiteral("showLinksToAction"), QStringLiteral("Show Links To Item..."), {},
                &PaneMenu::linksToItemRequested);
-    add(QStringLiteral("paneMissingLinksAction"), tr("&Missing Links"), QStringLiteral("missing-links"),
+    add(QStringLiteral("missingLinksAction"), tr("&Missing Links"), QStringLiteral("missing-links"),
         &PaneMenu::missingLinksRequested);
-    add(QStringLiteral("paneUnlinkedItemsAction"), tr("Un&linked Items"), QStringLiteral("unlinked-items"),
+    add(QStringLiteral("unlinkedItemsAction"), tr("Un&linked Items"), QStringLiteral("unlinked-items"),
         &PaneMenu::unlinkedItemsRequested);
 }
 
@@ -45,10 +68,26 @@ QAction* PaneMenu::add(const QString& name, const QString& text, const QString& 
     return action;
 }
 
-void PaneMenu::addForItem(const QString& name, const QString& text, const QString& icon,
-                          void (PaneMenu::*wish)())
+QAction* PaneMenu::addForItem(const QString& name, const QString& text, const QString& icon,
+                              void (PaneMenu::*wish)())
 {
     m_itemActions.append(add(name, text, icon, wish));
+    return m_itemActions.last();
+}
+
+void PaneMenu::showKeysOf(const QWidget& window)
+{
+    const QList<QAction*> own = actions();
+    for (QAction* action : own) {
+        const auto* const same =
+            action->objectName().isEmpty()
+                ? nullptr
+                : window.findChild<QAction*>(action->objectName(), Qt::FindDirectChildrenOnly);
+        // Behind a tab, for two actions with one key are ambiguous.
+        if (same && !same->shortcut().isEmpty())
+            action->setText(action->text().section(u'\t', 0, 0) + u'\t' +
+                            same->shortcut().toString(QKeySequence::NativeText));
+    }
 }
 
 void PaneMenu::popupFor(bool hasItem, const QPoint& globalPosition)

@@ -15,9 +15,20 @@ public:
     explicit PaneMenu(QWidget* parent);
 
     void popupFor(bool hasItem, const QPoint& globalPosition);
+    /// Shows the keys of the window's actions of the same names beside the titles.
+    void showKeysOf(const QWidget& window);
+    /// The title of the command that publishes the selected items.
+    void setTransferTitle(const QString& title) { m_transferAction->setText(title); }
+    [[nodiscard]] QMenu& openWithMenu() const { return *m_openWith; }
 
 signals:
     void openRequested();
+    void browserRequested();
+    void fileManagerRequested();
+    void pathCopyRequested();
+    void linkCopyRequested();
+    void transferRequested();
+    void propertiesRequested();
     void newFolderRequested();
     void duplicateRequested();
     void renameRequested();
@@ -30,10 +41,15 @@ signals:
 
 private:
     QList<QAction*> m_itemActions;
+    QMenu* m_openWith = nullptr;
+    QAction* m_transferAction = nullptr;
 
+    void addOpening();
+    void addChanges();
     void addLinkReports();
     QAction* add(const QString& name, const QString& text, const QString& icon, void (PaneMenu::*wish)());
-    void addForItem(const QString& name, const QString& text, const QString& icon, void (PaneMenu::*wish)());
+    QAction* addForItem(const QString& name, const QString& text, const QString& icon,
+                        void (PaneMenu::*wish)());
 };
 
 } // namespace luma

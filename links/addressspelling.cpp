@@ -182,21 +182,6 @@ Names folderOf(const SiteAddresses& addresses, const Page& page)
     return names;
 }
 
-// Also what HTML, CSS and lists of addresses would need to escape.
-std::string encodedName(std::string_view name)
-{
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string text;
-    for (const char c : name) {
-        const auto code = static_cast<unsigned char>(c);
-        if (isAsciiAlphanumeric(c) || std::string_view("-._~!$*+;:@=").find(c) != npos)
-            text += c;
-        else
-            text.append(1, '%').append(1, digits[code >> 4U]).append(1, digits[code & 15U]);
-    }
-    return text;
-}
-
 // Tries the spellings of one address.
 class Speller final
 {
@@ -369,6 +354,20 @@ private:
 };
 
 } // namespace
+
+std::string encodedName(std::string_view name)
+{
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    std::string text;
+    for (const char c : name) {
+        const auto code = static_cast<unsigned char>(c);
+        if (isAsciiAlphanumeric(c) || std::string_view("-._~!$*+;:@=").find(c) != npos)
+            text += c;
+        else
+            text.append(1, '%').append(1, digits[code >> 4U]).append(1, digits[code & 15U]);
+    }
+    return text;
+}
 
 std::optional<std::string> respelledAddress(const SiteAddresses& addresses, std::string_view value,
                                             const Page& oldPage, const Page& newPage, const NewPlace& place)

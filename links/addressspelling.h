@@ -30,4 +30,7 @@ std::optional<std::string> respelledAddress(const SiteAddresses& addresses, std:
 std::string respelledOutside(const SiteAddresses& addresses, std::string_view value,
                              const SiteAddresses::Page& oldPage, const SiteAddresses::Page& newPage);
 
+/// The name of a file as an address has it: percent-encoded so that it needs no escapes in HTML and CSS.
+std::string encodedName(std::string_view name);
+
 } // namespace luma

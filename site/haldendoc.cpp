@@ -5,6 +5,7 @@
 #include "browser/browser.h"
 #include "browser/browsercontroller.h"
 #include "browser/endpoint.h"
+#include "browser/itemcommands.h"
 #include "browser/movenotices.h"
 #include "desktop/icons.h"
 #include "desktop/windowregistry.h"
@@ -134,7 +135,10 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::publishWaitingPage);
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
         connect(pane, &BrowserController::placeRequested, this, &HaldenDoc::placeRequested);
+        connect(pane, &BrowserController::transferRequested, this, [this, pane] { syncSelected(*pane); });
     }
+    m_source->finishMenu(*this, tr("U&pload This..."));
+    m_destination->finishMenu(*this, tr("Do&wnload This..."));
     m_current = m_source;
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget* /*old*/, QWidget* focused) { noteFocus(focused); });
@@ -171,6 +175,16 @@ void HaldenDoc::connectActions()
     onPane(m_ui->renameAction, &BrowserController::renameItem);
     onPane(m_ui->duplicateAction, &BrowserController::duplicateItem);
     onPane(m_ui->deleteAction, &BrowserController::deleteSelectedItems);
+    const auto onItems = [this](QAction* action, void (ItemCommands::*does)()) {
+        connect(action, &QAction::triggered, this,
+                [this, does] { std::invoke(does, m_current->itemCommands()); });
+    };
+    onItems(m_ui->browserAction, &ItemCommands::openInBrowser);
+    onItems(m_ui->fileManagerAction, &ItemCommands::showInFileManager);
+    onItems(m_ui->copyPathAction, &ItemCommands::copyPath);
+    onItems(m_ui->copyLinkAction, &ItemCommands::copyRelativeLink);
+    onItems(m_ui->propertiesAction, &ItemCommands::showProperties);
+    connect(m_ui->transferAction, &QAction::triggered, this, [this] { syncSelected(*m_current); });
     connect(m_ui->reloadAction, &QAction::triggered, m_source, &BrowserController::reload);
     connect(m_ui->reloadAction, &QAction::triggered, m_destination, &BrowserController::reload);
     for (BrowserController* pane : {m_source, m_destination})
@@ -336,6 +350,12 @@ void HaldenDoc::setUpEnded(const QString& message)
     }
     m_ui->connectionResultText->setText(tr("Remote Login setup done. Verifying connection..."));
     checkConnectionOK();
+}
+
+void HaldenDoc::syncSelected(const BrowserController& pane)
+{
+    if (const auto subpaths = pane.selectedSubpaths(); !subpaths.empty())
+        sync(&pane == m_source ? Direction::Upload : Direction::Download, subpaths);
 }
 
 void HaldenDoc::sync(Direction direction, const std::vector<std::string>& only)

@@ -76,6 +76,8 @@ public:
     [[nodiscard]] std::vector<std::filesystem::path> siteFolders() const override;
 
     void setUpRsync();
+    /// Opens the sync panel and compares from the side of `pane`, but only its selected items.
+    void syncSelected(const BrowserController& pane);
     /// Opens the sync panel and compares in `direction`: all, or only the items with these paths below the site's
     /// folders.
     void sync(Direction direction, const std::vector<std::string>& only = {});

@@ -1,0 +1,106 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "browser/itemcommands.h"
+
+#include "base/pathbelow.h"
+#include "base/pathtext.h"
+#include "browser/displaytext.h"
+#include "browser/itemproperties.h"
+#include "desktop/otherprograms.h"
+#include "links/addressspelling.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QMenu>
+#include <QMimeDatabase>
+
+#include <sys/stat.h>
+
+namespace luma {
+
+namespace fs = std::filesystem;
+
+std::string relativeLink(const fs::path& item, const fs::path& site)
+{
+    std::string link;
+    const fs::path below = pathBelow(item.native(), site.native()).value_or("");
+    for (const fs::path& name : below)
+        link += (link.empty() ? "" : "/") + encodedName(name.native());
+    // A colon in the first name would end the scheme of an address.
+    if (link.substr(0, link.find('/')).find(':') != std::string::npos)
+        link.insert(0, "./");
+    struct stat status = {};
+    if (::lstat(item.c_str(), &status) == 0 && S_ISDIR(status.st_mode))
+        link += '/';
+    return link;
+}
+
+ItemCommands::ItemCommands(std::function<Selection()> selection, QWidget* pane)
+    : QObject(pane), m_selection(std::move(selection)), m_pane(pane)
+{}
+
+void ItemCommands::fillOpenWith(QMenu& menu)
+{
+    connect(&menu, &QMenu::aboutToShow, this, [this, &menu] { listPrograms(menu); });
+}
+
+void ItemCommands::listPrograms(QMenu& menu)
+{
+    menu.clear();
+    const Paths items = m_selection().items;
+    if (items.empty())
+        return;
+    const QString type = QMimeDatabase().mimeTypeForFile(textOf(items.front())).name();
+    for (const auto& application : otherprograms::applicationsFor(type)) {
+        QString name = application.name;
+        menu.addAction(application.icon, name.replace(u'&', QLatin1String("&&")), this,
+                       [this, id = application.id, type] {
+                           if (const auto opened = otherprograms::openWith(id, type, m_selection().items);
+                               !opened)
+                               emit failed(displayText(opened.error().text));
+                       });
+    }
+    if (menu.isEmpty())
+        menu.addAction(tr("No program for this kind of file"))->setEnabled(false);
+}
+
+void ItemCommands::openInBrowser()
+{
+    for (const fs::path& item : m_selection().items) {
+        if (const auto opened = otherprograms::openInBrowser(item); !opened) {
+            emit failed(displayText(opened.error().text));
+            return;
+        }
+    }
+}
+
+void ItemCommands::showInFileManager()
+{
+    otherprograms::showInFileManager(m_selection().items);
+}
+
+void ItemCommands::copyPath()
+{
+    QStringList paths;
+    for (const fs::path& item : m_selection().items)
+        paths.append(textOf(item));
+    if (!paths.isEmpty())
+        QGuiApplication::clipboard()->setText(paths.join(u'\n'));
+}
+
+void ItemCommands::copyRelativeLink()
+{
+    const Selection selection = m_selection();
+    QStringList links;
+    for (const fs::path& item : selection.items)
+        links.append(QString::fromStdString(relativeLink(item, selection.site)));
+    if (!links.isEmpty())
+        QGuiApplication::clipboard()->setText(links.join(u'\n'));
+}
+
+void ItemCommands::showProperties()
+{
+    if (const Paths items = m_selection().items; !items.empty())
+        (new ItemProperties(items, m_pane->window()))->show();
+}
+
+} // namespace luma
