@@ -3,6 +3,7 @@
 
 #include "browser/browsercolumn.h"
 #include "browser/browserlistview.h"
+#include "browser/enlargedpreview.h"
 #include "browser/iconpreviewcontroller.h"
 
 #include <QApplication>
@@ -20,9 +21,18 @@ namespace {
 
 constexpr int usualWidth = 220;
 
-bool isModifierAlone(int key)
+// The others find a name that begins with their letter.
+bool isSilent(int key)
 {
+    if ((key >= Qt::Key_Home && key <= Qt::Key_PageDown) || (key >= Qt::Key_F1 && key <= Qt::Key_F35))
+        return true;
     switch (key) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_Space:
+    case Qt::Key_Tab:
+    case Qt::Key_Backtab:
+    case Qt::Key_Escape:
     case Qt::Key_Shift:
     case Qt::Key_Control:
     case Qt::Key_Alt:
@@ -40,8 +50,10 @@ bool isModifierAlone(int key)
 
 bool asksForDeletion(const QKeyEvent& event)
 {
-    return event.modifiers().testFlag(Qt::ControlModifier) &&
-           (event.key() == Qt::Key_Delete || event.key() == Qt::Key_Backspace);
+    const bool withControl = event.modifiers().testFlag(Qt::ControlModifier);
+    const bool alone = !(event.modifiers() & ~Qt::KeypadModifier);
+    return (event.key() == Qt::Key_Delete && (withControl || alone)) ||
+           (event.key() == Qt::Key_Backspace && withControl);
 }
 
 } // namespace
@@ -148,6 +160,9 @@ void Browser::openColumn(const QModelIndex& folder)
     m_columns.push_back(column);
     static_cast<QHBoxLayout*>(m_content->layout())->insertWidget(number, column);
     connectColumn(*column, number);
+    setTabOrder(number > 0 ? &m_columns[static_cast<std::size_t>(number) - 1]->list()
+                           : static_cast<QWidget*>(this),
+                &column->list());
     column->show();
     if (number > 0)
         scrollToEnd();
@@ -288,6 +303,33 @@ bool Browser::reveal(const std::filesystem::path& item)
     return true;
 }
 
+void Browser::reload()
+{
+    const Path before = path();
+    const bool hadFocus = isAncestorOf(QApplication::focusWidget());
+    m_model.reload();
+    setPath(before);
+    if (hadFocus && m_currentColumn >= 0)
+        m_columns[static_cast<std::size_t>(m_currentColumn)]->list().setFocus();
+}
+
+void Browser::focusCurrentColumn()
+{
+    if (m_currentColumn < 0)
+        return;
+    selectFirstRow();
+    m_columns[static_cast<std::size_t>(m_currentColumn)]->list().setFocus();
+}
+
+/// Of the current column, if nothing is selected in it.
+void Browser::selectFirstRow()
+{
+    const BrowserListView& list = m_columns[static_cast<std::size_t>(m_currentColumn)]->list();
+    if (selectedItems().isEmpty() && m_model.rowCount(list.rootIndex()) > 0)
+        list.selectionModel()->setCurrentIndex(m_model.index(0, 0, list.rootIndex()),
+                                               QItemSelectionModel::ClearAndSelect);
+}
+
 void Browser::refresh()
 {
     const Path before = path();
@@ -373,6 +415,11 @@ bool Browser::eventFilter(QObject* watched, QEvent* event)
     }
     if (event->type() == QEvent::FocusIn || event->type() == QEvent::MouseButtonPress)
         makeCurrent(column);
+    if (event->type() == QEvent::FocusIn) {
+        const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+        if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason)
+            selectFirstRow();
+    }
     return QScrollArea::eventFilter(watched, event);
 }
 
@@ -396,7 +443,7 @@ bool Browser::handleKey(int column, const QKeyEvent& event)
         emit deleteRequested();
         return true;
     }
-    if (!isModifierAlone(event.key()))
+    if (!isSilent(event.key()))
         m_beep();
     const QModelIndex current = m_columns[static_cast<std::size_t>(column)]->list().currentIndex();
     switch (event.key()) {
@@ -410,6 +457,9 @@ bool Browser::handleKey(int column, const QKeyEvent& event)
     case Qt::Key_Enter:
         if (current.isValid())
             emit doubleClicked(current);
+        return true;
+    case Qt::Key_Space:
+        showEnlarged();
         return true;
     default:
         return false;
@@ -429,10 +479,35 @@ void Browser::moveRight(int column)
     if (column + 1 >= columnCount())
         return;
     makeCurrent(column + 1);
-    const BrowserListView& right = m_columns[static_cast<std::size_t>(column) + 1]->list();
-    if (m_model.rowCount(right.rootIndex()) > 0)
-        right.selectionModel()->setCurrentIndex(m_model.index(0, 0, right.rootIndex()),
-                                                QItemSelectionModel::ClearAndSelect);
+    selectFirstRow();
+}
+
+void Browser::showEnlarged()
+{
+    if (!currentItem().isValid())
+        return;
+    if (!m_enlarged) {
+        m_enlarged = new EnlargedPreview(this);
+        connect(m_enlarged, &QDialog::finished, this, [this] { m_enlarged.clear(); });
+        connect(this, &Browser::currentChanged, m_enlarged, [this] { updateEnlarged(); });
+        connect(m_enlarged, &EnlargedPreview::arrowPressed, this, [this](int key) {
+            QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+            if (m_currentColumn >= 0)
+                QApplication::sendEvent(&m_columns[static_cast<std::size_t>(m_currentColumn)]->list(),
+                                        &press);
+        });
+    }
+    updateEnlarged();
+}
+
+void Browser::updateEnlarged()
+{
+    if (!m_enlarged)
+        return;
+    if (const QModelIndex item = currentItem(); item.isValid())
+        m_enlarged->showNode(m_model.node(item));
+    else
+        m_enlarged->close();
 }
 
 } // namespace luma

@@ -5,6 +5,7 @@
 #include "browser/droptarget.h"
 #include "browser/filesystemmodel.h"
 
+#include <QPointer>
 #include <QScrollArea>
 
 #include <functional>
@@ -16,14 +17,15 @@ namespace luma {
 
 class BrowserColumn;
 class BrowserListView;
+class EnlargedPreview;
 class IconPreviewController;
 
 /// The column browser: one column of rows for each folder on the way to the selected item, and after the last
 /// one the preview of a selected leaf. A single selected folder opens as the next column, so neighbouring
 /// columns always agree. The current column is the one with the focus, or the one used last; nothing is selected
 /// to its right, and it alone is a stop for Tab. Columns keep their scroll position and the widths that the user
-/// gave them. Control+Delete and Control+Backspace request deletion; every other key beeps and is then handled as
-/// usual. Main thread only.
+/// gave them. Delete, Control+Delete and Control+Backspace request deletion, Enter opens, Space shows the preview
+/// enlarged. Keys that only find a name beep. Main thread only.
 class Browser final : public QScrollArea
 {
     Q_OBJECT
@@ -49,6 +51,10 @@ public:
     {
         m_selection.selectInFolder(folder, names);
     }
+    /// Lists everything again, packages as such; keeps path, selection and focus.
+    void reload();
+    /// Gives the current column the focus and, if nothing is selected in it, selects its first row.
+    void focusCurrentColumn();
     /// Lists the shown folders again; keeps path, selection and scroll position.
     void refresh();
     /// Opens the columns on the way to `item` and selects it. If the item can't be shown (outside the root,
@@ -101,6 +107,7 @@ private:
     QWidget* m_content = nullptr;
     QLabel* m_emptyLabel = nullptr;
     IconPreviewController* m_preview = nullptr;
+    QPointer<EnlargedPreview> m_enlarged;
     int m_currentColumn = -1;
     int m_draggedColumn = -1;
     bool m_changing = false;
@@ -123,6 +130,9 @@ private:
     bool handleKey(int column, const QKeyEvent& event);
     void moveLeft(int column);
     void moveRight(int column);
+    void selectFirstRow();
+    void showEnlarged();
+    void updateEnlarged();
     void scrollToEnd();
     [[nodiscard]] int columnOfList(const QObject* list) const;
 };

@@ -320,8 +320,7 @@ void BrowserController::closeSheet()
 
 void BrowserController::reload()
 {
-    browser().model().reload();
-    m_ui->fullPathToSelectedItem->clear();
+    browser().reload();
 }
 
 void BrowserController::setShowsHidden(bool shows)

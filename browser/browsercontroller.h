@@ -70,7 +70,7 @@ public:
 
     void configure();
     void closeSheet();
-    /// Lists everything again and drops the selection.
+    /// Lists everything again.
     void reload();
     void setShowsHidden(bool shows);
     void newFolder();

@@ -18,7 +18,9 @@ namespace luma {
 namespace {
 
 constexpr QSize thumbnailSize(195, 165);
+constexpr QSize enlargedSize(900, 600);
 constexpr QSize previewIconSize(96, 96);
+constexpr QSize enlargedIconSize(256, 256);
 constexpr QSize headerIconSize(16, 16);
 
 /// Size and time of the last change, for display.
@@ -41,13 +43,16 @@ QString factsOf(const std::filesystem::path& path)
 IconPreviewController::IconPreviewController(Layout layout, QWidget* parent)
     : m_layout(layout), m_view(new QWidget(parent))
 {
-    if (layout == Layout::PreviewView) {
+    if (layout != Layout::HeaderView) {
         Ui::PreviewView ui;
         ui.setupUi(m_view);
         iconImageView = ui.iconImageView;
         label = ui.label;
         details = ui.details;
         details->setForegroundRole(QPalette::PlaceholderText);
+        // The window does not jump from item to item.
+        if (layout == Layout::EnlargedView)
+            iconImageView->setFixedSize(enlargedSize);
     } else {
         Ui::HeaderView ui;
         ui.setupUi(m_view);
@@ -72,8 +77,10 @@ void IconPreviewController::setRepresentedNode(FileSystemNodePointer node)
 void IconPreviewController::viewWillAppear()
 {
     label->setText(m_node->displayName());
-    showIcon(m_layout == Layout::PreviewView ? previewIconSize : headerIconSize);
-    if (m_layout == Layout::PreviewView) {
+    if (m_layout == Layout::HeaderView) {
+        showIcon(headerIconSize);
+    } else {
+        showIcon(m_layout == Layout::PreviewView ? previewIconSize : enlargedIconSize);
         details->setText(factsOf(m_node->url()));
         requestThumbnail();
     }
@@ -81,7 +88,7 @@ void IconPreviewController::viewWillAppear()
 
 void IconPreviewController::showIcon(const QSize& size)
 {
-    const QIcon icon = m_node->isLeaf() && m_layout == Layout::PreviewView
+    const QIcon icon = m_node->isLeaf() && m_layout != Layout::HeaderView
                            ? icons::forFileName(m_node->displayName())
                            : icons::folder();
     iconImageView->setPixmap(icon.pixmap(size, m_view->devicePixelRatioF()));
@@ -93,9 +100,10 @@ void IconPreviewController::requestThumbnail()
         m_workItem->cancel();
     m_workItem = std::make_shared<WorkItem>();
     const qreal ratio = m_view->devicePixelRatioF();
+    const QSize size = (m_layout == Layout::PreviewView ? thumbnailSize : enlargedSize) * ratio;
     const QPointer<IconPreviewController> guard(this);
-    start(m_workItem, [guard, path = m_node->url(), ratio](const WorkItem& item) {
-        QImage image = thumbnail(path, thumbnailSize * ratio);
+    start(m_workItem, [guard, path = m_node->url(), size, ratio](const WorkItem& item) {
+        QImage image = thumbnail(path, size);
         if (image.isNull())
             return;
         image.setDevicePixelRatio(ratio);

@@ -11,15 +11,15 @@ class QWidget;
 
 namespace luma {
 
-/// Shows one node: as the preview of a leaf (layout PreviewView: thumbnail, name, size and time) or as the
-/// header of a column (layout HeaderView: icon and name). The thumbnail is made in the background and dropped
+/// Shows one node: as the preview of a leaf (layout PreviewView, large in EnlargedView: thumbnail, name, size and
+/// time) or as the header of a column (layout HeaderView: icon and name). The thumbnail is made in the background and dropped
 /// if another node is set or the view is destroyed first. Main thread only.
 class IconPreviewController final : public QObject
 {
     Q_OBJECT
 
 public:
-    enum class Layout { PreviewView, HeaderView };
+    enum class Layout { PreviewView, EnlargedView, HeaderView };
 
     /// `parent` owns the view.
     IconPreviewController(Layout layout, QWidget* parent);

@@ -131,7 +131,7 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
     m_destination->widget()->setObjectName(QStringLiteral("destinationBrowserController"));
     for (BrowserController* pane : {m_source, m_destination}) {
         connect(pane, &BrowserController::undoable, this, &HaldenDoc::addUndo);
-        connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::updateActions);
+        connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::paneChanged);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::publishWaitingPage);
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
         connect(pane, &BrowserController::placeRequested, this, &HaldenDoc::placeRequested);
@@ -270,6 +270,17 @@ void HaldenDoc::updateSetUp()
     const bool isUseful = !m_rsync && !m_remoteLogin.isSettingUp();
     m_ui->setUpRemoteLoginConnectionButton->setEnabled(isUseful);
     m_ui->setUpRemoteLoginAction->setEnabled(isUseful && m_ui->checkConnectionAction->isEnabled());
+}
+
+void HaldenDoc::paneChanged()
+{
+    updateActions();
+    // Not while a sheet is open or the user has gone to the other pane already.
+    if (!m_isNew || !m_source->rootNode())
+        return;
+    m_isNew = false;
+    if (m_current == m_source && !QApplication::activeModalWidget())
+        m_source->browser().focusCurrentColumn();
 }
 
 void HaldenDoc::updateActions()

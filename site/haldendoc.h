@@ -120,6 +120,7 @@ private:
     std::filesystem::path m_pageToPublish; // until both panes have connected
     WorkItemPointer m_pageSearch;
     bool m_rsync = false;
+    bool m_isNew = true; // the source has not been connected yet
 
     void createPanes(const std::shared_ptr<VolumeMounter>& mounter);
     void createToolBar();
@@ -128,6 +129,7 @@ private:
     void setIcons();
     void noteFocus(const QWidget* focused);
     void updateForRecord();
+    void paneChanged();
     void updateActions();
     void addUndo(const QString& title, const std::function<void()>& undo);
     void undo();

@@ -4,6 +4,7 @@
 #include "tests/support/registry.h"
 #include "tests/support/site.h"
 
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
@@ -101,7 +102,7 @@ private slots:
         QCOMPARE(m_browser->selectedItems().size(), 2);
     }
 
-    void arrows_walkBetweenColumnsAndBeep()
+    void arrows_walkBetweenColumnsInSilence()
     {
         show();
         click(0, "css");
@@ -116,7 +117,7 @@ private slots:
         QCOMPARE(m_browser->path(), Browser::Path{"css"});
         QTest::keyClick(&list(0), Qt::Key_I);
         QCOMPARE(selected(0), QStringList{QStringLiteral("images")});
-        QCOMPARE(m_beeps, 4);
+        QCOMPARE(m_beeps, 1); // the letter
     }
 
     void focusedColumn_isTheCurrentOne()
@@ -162,7 +163,7 @@ private slots:
         QVERIFY(colourBeside(0, "css").saturation() > 60);
     }
 
-    void deletionKeys_askWithoutABeepAndPlainDeleteOnlyBeeps()
+    void deletionKeys_askWithoutABeep()
     {
         show();
         QSignalSpy asked(m_browser.get(), &Browser::deleteRequested);
@@ -172,10 +173,44 @@ private slots:
         QCOMPARE(asked.count(), 2);
         QCOMPARE(m_beeps, 0);
         QTest::keyClick(&list(0), Qt::Key_Delete);
-        QCOMPARE(asked.count(), 2);
-        QCOMPARE(m_beeps, 1);
+        QCOMPARE(asked.count(), 3);
+        QTest::keyClick(&list(0), Qt::Key_Delete, Qt::ShiftModifier);
+        QCOMPARE(asked.count(), 3);
         QTest::keyClick(&list(0), Qt::Key_Control);
         QCOMPARE(m_beeps, 1);
+    }
+
+    void space_showsThePreviewEnlarged()
+    {
+        show();
+        m_browser->setPath({"css", "main.css"});
+        const auto enlarged = [this] {
+            return m_browser->findChild<QDialog*>(QStringLiteral("enlargedPreview"));
+        };
+        QTest::keyClick(&list(1), Qt::Key_Space);
+        QVERIFY(enlarged() && enlarged()->isVisible());
+        QCOMPARE(enlarged()->windowTitle(), QStringLiteral("main.css"));
+        QTest::keyClick(enlarged(), Qt::Key_Down);
+        QCOMPARE(m_browser->path(), (Browser::Path{"css", "print.css"}));
+        QCOMPARE(enlarged()->windowTitle(), QStringLiteral("print.css"));
+        QTest::keyClick(enlarged(), Qt::Key_Space);
+        QTRY_VERIFY(!enlarged());
+        QTest::keyClick(&list(1), Qt::Key_Space);
+        m_browser->model().setRootNode(nullptr);
+        QTRY_VERIFY(!enlarged());
+    }
+
+    void reload_keepsPathAndFocus()
+    {
+        show();
+        QVERIFY(QTest::qWaitForWindowActive(m_browser.get()));
+        m_browser->setPath({"css", "main.css"});
+        list(1).setFocus();
+        put("css/new.css");
+        m_browser->reload();
+        QCOMPARE(m_browser->path(), (Browser::Path{"css", "main.css"}));
+        QVERIFY(list(1).hasFocus());
+        QVERIFY(m_browser->model().childNamed(list(1).rootIndex(), "new.css").isValid());
     }
 
     void rename_selectsTheBaseNameAndRenamesInAnyColumn()

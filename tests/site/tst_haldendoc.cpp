@@ -360,6 +360,24 @@ private slots:
         QTRY_VERIFY(!shown);
     }
 
+    void window_beginsWithTheFirstRow_andTabGoesOnInOrder()
+    {
+        m_folders->putAll("sending", "a.html|b.html");
+        m_folders->put("receiving/c.html");
+        openConnected();
+        window().activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window()));
+        QTRY_VERIFY(SiteWindow::list(m_site->source(), 0).hasFocus());
+        QCOMPARE(m_site->source().browser().path(), Browser::Path{"a.html"});
+        const auto tab = [] { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab); };
+        tab();
+        QCOMPARE(QApplication::focusWidget(), &m_site->connectButton());
+        tab();
+        tab();
+        QVERIFY(SiteWindow::list(m_site->destination(), 0).hasFocus());
+        QCOMPARE(m_site->destination().browser().path(), Browser::Path{"c.html"});
+    }
+
     void tab_walksEveryStopBothWays()
     {
         m_folders->put("sending/index.html");
