@@ -6,7 +6,6 @@
 #include "desktop/windowregistry.h"
 
 #include <QAction>
-#include <QCoreApplication>
 #include <QDir>
 #include <QEvent>
 #include <QFileInfo>
@@ -59,7 +58,6 @@ ManualWindow::ManualWindow(QWidget* parent)
     m_text->document()->setDocumentMargin(16);
     setCentralWidget(m_text);
     createToolBar();
-    createKeys();
     WindowRegistry::instance().add(this);
 }
 
@@ -86,18 +84,11 @@ void ManualWindow::createToolBar()
     bar->addWidget(m_searchField);
     connect(m_searchField, &QLineEdit::returnPressed, this, &ManualWindow::findNext);
     connect(m_searchField, &QLineEdit::textChanged, m_notFound, &QLabel::clear);
-}
-
-void ManualWindow::createKeys()
-{
     auto* const find = new QAction(this);
     find->setShortcut(QKeySequence::Find);
     connect(find, &QAction::triggered, m_searchField, qOverload<>(&QWidget::setFocus));
     connect(find, &QAction::triggered, m_searchField, &QLineEdit::selectAll);
-    auto* const quit = new QAction(this);
-    quit->setShortcut(QKeySequence(QStringLiteral("Ctrl+Q")));
-    connect(quit, &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
-    addActions({find, quit});
+    addAction(find);
 }
 
 void ManualWindow::open(const QString& chapter)

@@ -29,7 +29,6 @@ protected:
 
 private:
     void createToolBar();
-    void createKeys();
     /// Finds the next place of the searched text, in this chapter or a later one, round to the beginning.
     void findNext();
 

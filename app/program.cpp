@@ -197,10 +197,16 @@ void Program::openPlace(const std::filesystem::path& file, const std::filesystem
 // A key that a window's own action takes does not arrive as a key press.
 bool Program::eventFilter(QObject* watched, QEvent* event)
 {
-    if (event->type() != QEvent::KeyPress || !watched->isWidgetType() ||
-        !static_cast<QKeyEvent*>(event)->matches(QKeySequence::Close))
+    if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
         return false;
-    static_cast<QWidget*>(watched)->window()->close();
+    const auto* const key = static_cast<QKeyEvent*>(event);
+    if (key->matches(QKeySequence::Close)) {
+        static_cast<QWidget*>(watched)->window()->close();
+        return true;
+    }
+    if (key->keyCombination() != (Qt::CTRL | Qt::Key_Q))
+        return false;
+    QMetaObject::invokeMethod(qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     return true;
 }
 

@@ -36,7 +36,7 @@ public:
     void terminate();
 
 protected:
-    /// Control+W closes panels, sheets and dialogs too, which have no such action.
+    /// Control+W closes and Control+Q quits in panels, sheets and dialogs too, which have no such actions.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/sitelistwindow.h"
 
+#include "app/editmenu.h"
 #include "app/helpmenu.h"
 #include "app/preferences.h"
 #include "app/siteitemdelegate.h"
@@ -33,6 +34,7 @@ SiteListWindow::SiteListWindow(SiteList& sites, QWidget* parent)
     resize(1060, 460);
     m_ui->sitesTableView->setFocus();
     WindowRegistry::instance().fill(m_ui->windowsMenu);
+    addTextActions(*m_ui->editMenu);
     fillHelpMenu(*m_ui->helpMenu, *this);
     connectActions();
     connectList();

@@ -370,6 +370,13 @@ bool Browser::enter(const QModelIndex& item)
     return false;
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const): it changes what is shown
+void Browser::selectAll()
+{
+    if (m_currentColumn >= 0)
+        m_columns[static_cast<std::size_t>(m_currentColumn)]->list().selectAll();
+}
+
 void Browser::rename(const QModelIndex& item)
 {
     for (const BrowserColumn* column : m_columns) {

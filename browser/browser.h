@@ -64,6 +64,8 @@ public:
     bool enter(const QModelIndex& item);
     /// Shows the names again after one has changed.
     void updateTexts();
+    /// Selects all rows of the current column.
+    void selectAll();
     /// Starts editing the name in place.
     void rename(const QModelIndex& item);
 

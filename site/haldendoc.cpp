@@ -185,6 +185,7 @@ void HaldenDoc::connectActions()
     onItems(m_ui->copyLinkAction, &ItemCommands::copyRelativeLink);
     onItems(m_ui->propertiesAction, &ItemCommands::showProperties);
     connect(m_ui->transferAction, &QAction::triggered, this, [this] { syncSelected(*m_current); });
+    connect(m_ui->selectAllAction, &QAction::triggered, this, [this] { m_current->browser().selectAll(); });
     connect(m_ui->reloadAction, &QAction::triggered, m_source, &BrowserController::reload);
     connect(m_ui->reloadAction, &QAction::triggered, m_destination, &BrowserController::reload);
     for (BrowserController* pane : {m_source, m_destination})

@@ -12,8 +12,10 @@
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTimer>
 
 using namespace luma;
 
@@ -72,6 +74,46 @@ private slots:
         for (QWidget* open : WindowRegistry::instance().windows())
             open->close();
         QTRY_VERIFY(WindowRegistry::instance().windows().size() <= 1); // the list's
+    }
+
+    void editMenu_actsOnTheFocus()
+    {
+        const auto program = launched();
+        QVERIFY(program->launch({}));
+        SiteListWindow& list = program->delegate().siteListWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&list));
+        auto* const field = list.findChild<QLineEdit*>(QStringLiteral("searchField"));
+        auto* const menu = list.findChild<QMenu*>(QStringLiteral("editMenu"));
+        const auto action = [menu](const char* name) {
+            return menu->findChild<QAction*>(QLatin1String(name));
+        };
+        field->setFocus();
+        field->setText(QStringLiteral("some words"));
+        action("selectAllAction")->trigger();
+        action("cutAction")->trigger();
+        QCOMPARE(field->text(), QString());
+        action("pasteAction")->trigger();
+        QCOMPARE(field->text(), QStringLiteral("some words"));
+        list.findChild<QWidget*>(QStringLiteral("addButton"))->setFocus();
+        action("cutAction")->trigger();
+        emit menu->aboutToShow();
+        QVERIFY(!action("cutAction")->isEnabled() && !action("selectAllAction")->isEnabled());
+        emit menu->aboutToHide();
+        QVERIFY(action("cutAction")->isEnabled());
+    }
+
+    // The last test: the program has quit.
+    void controlQ_quitsFromASheet()
+    {
+        const auto program = launched();
+        QVERIFY(program->launch({}));
+        QDialog sheet(&program->delegate().siteListWindow());
+        QLineEdit field(&sheet);
+        sheet.open();
+        QVERIFY(QTest::qWaitForWindowActive(&sheet));
+        QTimer::singleShot(0, &field, [&field] { QTest::keyClick(&field, Qt::Key_Q, Qt::ControlModifier); });
+        QTimer::singleShot(20'000, qApp, [] { QCoreApplication::exit(1); });
+        QCOMPARE(QApplication::exec(), 0);
     }
 };
 
