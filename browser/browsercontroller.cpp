@@ -51,6 +51,7 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
 {
     m_ui->setupUi(m_widget);
     m_ui->label->setText(caption);
+    m_ui->configureButton->setAccessibleName(tr("Connection settings of %1").arg(caption));
     m_reportPanel->setSide(caption);
     unlinkedItemsPanel->setWindowTitle(tr("Unlinked items in %1").arg(caption));
     m_ui->configureButton->setIcon(icons::symbol(QStringLiteral("settings")));
@@ -87,9 +88,9 @@ FileSystemNodePointer BrowserController::rootNode() const
 
 void BrowserController::connectSheet()
 {
-    // Its title says which of the two it does.
+    // Its title says what it does.
     connect(m_ui->connectButton, &QAbstractButton::clicked, this,
-            [this] { rootNode() ? disconnectPane() : beginConnection(); });
+            [this] { rootNode() || m_isConnecting ? disconnectPane() : beginConnection(); });
     connect(m_ui->configureButton, &QAbstractButton::clicked, this, &BrowserController::configure);
     connect(configPanel, &ConfigPanel::connectRequested, this, &BrowserController::beginConnection);
     connect(configPanel, &ConfigPanel::closeRequested, this, &BrowserController::closeSheet);
@@ -199,7 +200,7 @@ void BrowserController::connectConnection()
 {
     connect(m_connection, &PaneConnection::started, this, [this] {
         setConnectState(tr("Connecting... Please wait."));
-        m_ui->progressIndicator->show();
+        setConnecting(true);
         emit stateChanged();
     });
     connect(m_connection, &PaneConnection::finished, this, &BrowserController::finishConnection);
@@ -222,6 +223,7 @@ void BrowserController::beginConnection()
 
 void BrowserController::finishConnection(const MountResult& result, const ConnectionRequest& request)
 {
+    setConnecting(false);
     const std::filesystem::path former =
         std::exchange(m_mountPath, result.folder ? result.mountPath : std::filesystem::path());
     const bool wasShare = std::exchange(m_isShare, !request.isLocal());
@@ -281,6 +283,7 @@ void BrowserController::volumeUnmounted(const std::filesystem::path& mountPoint)
 
 void BrowserController::emptyPane()
 {
+    setConnecting(false);
     stopFindMissingLinks();
     stopFindUnlinkedItems();
     setConnectState({});
@@ -296,9 +299,18 @@ void BrowserController::setRootNode(FileSystemNodePointer root)
     browser().model().setRootNode(std::move(root));
     browser().setEmptyText(
         tr("Not connected. Choose Connect, or set the folder in the connection settings."));
-    const QVariant bound = rootNode() ? QVariant(true) : QVariant();
-    m_ui->connectButton->setText(Transformers::named(u"ConnectTransformer")(bound));
     m_ui->fullPathToSelectedItem->clear();
+    setConnecting(m_isConnecting);
+}
+
+void BrowserController::setConnecting(bool connecting)
+{
+    m_isConnecting = connecting;
+    const QVariant bound = rootNode() ? QVariant(true) : QVariant();
+    const QString title = connecting ? tr("Cancel") : Transformers::named(u"ConnectTransformer")(bound);
+    m_ui->connectButton->setText(title);
+    m_ui->connectButton->setAccessibleName(tr("%1 %2").arg(title, m_ui->label->text()));
+    showBusy();
 }
 
 void BrowserController::setConnectState(const QString& text)
@@ -489,7 +501,7 @@ void BrowserController::goOnAfterDeletion(const std::filesystem::path& next)
 
 void BrowserController::showBusy()
 {
-    m_ui->progressIndicator->setVisible(m_fileJobs->isRunning());
+    m_ui->progressIndicator->setVisible(m_isConnecting || m_fileJobs->isRunning());
 }
 
 } // namespace luma

@@ -122,6 +122,7 @@ private:
     std::filesystem::path m_mountPath;
     std::shared_ptr<SiteLinks> m_siteLinks; // of m_mountPath, while it is connected
     bool m_isShare = false;
+    bool m_isConnecting = false;
 
     void connectSheet();
     void connectBrowser();
@@ -135,6 +136,7 @@ private:
     void setRootNode(FileSystemNodePointer root);
     void connectionFailed(const QString& reason);
     void setConnectState(const QString& text);
+    void setConnecting(bool connecting);
     void emptyPane();
     void folderChanged();
     /// Shows where the current item is.

@@ -109,7 +109,8 @@ ConnectionRequest ConfigPanel::request() const
             .volume = m_ui->volume->text(),
             .path = m_ui->path->text(),
             .user = m_ui->user->text(),
-            .password = m_ui->password->text()};
+            .password = m_ui->password->text(),
+            .sshPort = m_endpoint->string(endpoint::sshPortNo)};
 }
 
 QString ConfigPanel::protocol() const

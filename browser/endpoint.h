@@ -24,6 +24,8 @@ inline constexpr QLatin1StringView sshPortNo{"sshPortNo"};
 
 /// The protocol of a local folder; any other means a server.
 inline constexpr QLatin1StringView fileProtocol{"file://"};
+/// The protocol whose connections use the ssh port.
+inline constexpr QLatin1StringView sftpProtocol{"sftp://"};
 
 /// A protocol that a user can choose: the beginning of its URLs, and its description, untranslated, in the
 /// translation context "luma::endpoint".
@@ -38,7 +40,7 @@ struct Protocol
 inline constexpr std::array protocols = {
     Protocol{fileProtocol, QT_TRANSLATE_NOOP("luma::endpoint", "Local folder")},
     Protocol{QLatin1StringView("smb://"), QT_TRANSLATE_NOOP("luma::endpoint", "Windows share")},
-    Protocol{QLatin1StringView("sftp://"), QT_TRANSLATE_NOOP("luma::endpoint", "SSH")},
+    Protocol{sftpProtocol, QT_TRANSLATE_NOOP("luma::endpoint", "SSH")},
     Protocol{QLatin1StringView("dav://"), QT_TRANSLATE_NOOP("luma::endpoint", "WebDAV")},
     Protocol{QLatin1StringView("davs://"), QT_TRANSLATE_NOOP("luma::endpoint", "WebDAV, encrypted")},
     Protocol{QLatin1StringView("ftp://"), QT_TRANSLATE_NOOP("luma::endpoint", "FTP")},

@@ -20,6 +20,17 @@ QString encoded(const QString& text)
     return QString::fromLatin1(text.toUtf8().toPercentEncoding(allowed));
 }
 
+// Where an address has no port: the usual one.
+QString portOf(const ConnectionRequest& request)
+{
+    constexpr int usual = 22;
+    bool isNumber = false;
+    const ushort port = request.sshPort.toUShort(&isNumber);
+    const bool counts = request.protocol == endpoint::sftpProtocol && isNumber && port != 0 &&
+                        port != usual && !request.server.section(u']', -1).contains(u':');
+    return counts ? QLatin1Char(':') + QString::number(port) : QString();
+}
+
 MountResult localFolder(const QString& path)
 {
     MountResult result;
@@ -41,7 +52,7 @@ bool ConnectionRequest::isLocal() const
 
 QString mountURL(const ConnectionRequest& request)
 {
-    QString url = request.protocol + encoded(request.server) + QLatin1Char('/');
+    QString url = request.protocol + encoded(request.server) + portOf(request) + QLatin1Char('/');
     if (request.protocol != QLatin1String("FTP"))
         url += encoded(request.volume);
     if (request.protocol != QLatin1String("SMB"))

@@ -21,6 +21,7 @@ struct ConnectionRequest
     QString path;
     QString user;
     QString password;
+    QString sshPort = {}; // for "sftp://", unless the server names one
 
     /// Whether it names a local folder.
     [[nodiscard]] bool isLocal() const;
@@ -37,7 +38,7 @@ struct MountResult
     QString reason;
 };
 
-/// The URL of a share: the protocol text unchanged, the percent-encoded server, "/", the percent-encoded
+/// The URL of a share: the protocol text unchanged, the percent-encoded server, for "sftp://" an ssh port other than 22, "/", the percent-encoded
 /// volume (omitted for the protocol text "FTP") and the percent-encoded path (omitted for "SMB"). Contains
 /// neither user name nor password. Encodes what may not stand in the path of a URL (RFC 3986, section 3.3); a
 /// part that is not valid Unicode becomes empty.

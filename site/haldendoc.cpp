@@ -133,6 +133,7 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
         connect(pane, &BrowserController::undoable, this, &HaldenDoc::addUndo);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::paneChanged);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::publishWaitingPage);
+        connect(&pane->browser(), &Browser::currentChanged, this, &HaldenDoc::updateActions);
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
         connect(pane, &BrowserController::placeRequested, this, &HaldenDoc::placeRequested);
         connect(pane, &BrowserController::transferRequested, this, [this, pane] { syncSelected(*pane); });
@@ -287,8 +288,22 @@ void HaldenDoc::paneChanged()
 void HaldenDoc::updateActions()
 {
     const bool isConnected = m_source->rootNode() || m_destination->rootNode();
-    m_ui->missingLinksAction->setEnabled(isConnected);
-    m_ui->unlinkedItemsAction->setEnabled(isConnected);
+    for (QAction* action : {m_ui->missingLinksAction, m_ui->unlinkedItemsAction, m_ui->reloadAction})
+        action->setEnabled(isConnected);
+    const bool isDestinationReached = m_rsync || m_destination->rootNode();
+    const bool areBothReached = m_source->rootNode() && isDestinationReached;
+    for (QAction* action : {m_ui->uploadAction, m_ui->downloadAction})
+        action->setEnabled(areBothReached);
+    m_ui->restoreAction->setEnabled(isDestinationReached);
+    const bool isPaneConnected = m_current->rootNode() != nullptr;
+    for (QAction* action : {m_ui->newFolderAction, m_ui->selectAllAction})
+        action->setEnabled(isPaneConnected);
+    const bool hasItem = m_current->browser().currentItem().isValid();
+    for (QAction* action : {m_ui->openAction, m_ui->browserAction, m_ui->fileManagerAction,
+                            m_ui->propertiesAction, m_ui->copyPathAction, m_ui->copyLinkAction,
+                            m_ui->renameAction, m_ui->duplicateAction, m_ui->deleteAction})
+        action->setEnabled(hasItem);
+    m_ui->transferAction->setEnabled(hasItem && areBothReached);
 }
 
 QByteArray HaldenDoc::layoutState() const
@@ -335,6 +350,7 @@ void HaldenDoc::showAdvice(const QString& text)
 void HaldenDoc::showCheck(bool works, const QString& answer)
 {
     m_rsync = works;
+    updateActions();
     updateSetUp();
     if (m_remoteLogin.isSettingUp())
         return;
@@ -462,6 +478,7 @@ void HaldenDoc::noteFocus(const QWidget* focused)
         if (pane->widget()->isAncestorOf(focused))
             m_current = pane;
     }
+    updateActions();
 }
 
 BrowserController& HaldenDoc::currentSitePane() const

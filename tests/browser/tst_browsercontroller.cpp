@@ -419,10 +419,16 @@ private slots:
         site->pane->doConnect();
         QTRY_COMPARE(site->text("connectStateField"), QStringLiteral("Connecting... Please wait."));
         QTRY_COMPARE(mounter->mounts.load(), 1);
-        if (close)
+        auto* button = site->find<QPushButton>("connectButton");
+        QCOMPARE(button->text(), QStringLiteral("Cancel"));
+        QVERIFY(site->find<QProgressBar>("progressIndicator")->isVisible());
+        if (close) {
             site.reset();
-        else
-            site->pane->disconnectPane();
+        } else {
+            button->click();
+            QCOMPARE(button->text(), QStringLiteral("Connect"));
+            QVERIFY(!site->find<QProgressBar>("progressIndicator")->isVisible());
+        }
         mounter->answer.release();
         QTRY_COMPARE(mounter->unmounts.load(), 1);
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);

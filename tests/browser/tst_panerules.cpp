@@ -68,6 +68,28 @@ private slots:
         QTEST(mountURL({parts[0], parts[1], parts[2], parts[3], {}, {}}), "url");
     }
 
+    void sshPort_countsForSftp_data()
+    {
+        QTest::addColumn<QString>("protocol");
+        QTest::addColumn<QString>("server");
+        QTest::addColumn<QString>("port");
+        QTest::addColumn<QString>("url");
+        QTest::newRow("other") << u"sftp://"_s << u"h"_s << u"2222"_s << u"sftp://h:2222//p"_s;
+        QTest::newRow("usual") << u"sftp://"_s << u"h"_s << u"22"_s << u"sftp://h//p"_s;
+        QTest::newRow("none") << u"sftp://"_s << u"h"_s << QString() << u"sftp://h//p"_s;
+        QTest::newRow("no number") << u"sftp://"_s << u"h"_s << u"22/../x"_s << u"sftp://h//p"_s;
+        QTest::newRow("too large") << u"sftp://"_s << u"h"_s << u"70000"_s << u"sftp://h//p"_s;
+        QTest::newRow("server has one") << u"sftp://"_s << u"h:23"_s << u"2222"_s << u"sftp://h:23//p"_s;
+        QTest::newRow("other protocol") << u"smb://"_s << u"h"_s << u"2222"_s << u"smb://h//p"_s;
+    }
+    void sshPort_countsForSftp()
+    {
+        QFETCH(QString, protocol);
+        QFETCH(QString, server);
+        QFETCH(QString, port);
+        QTEST(mountURL({protocol, server, {}, u"/p"_s, {}, {}, port}), "url");
+    }
+
     void mountStep_usesTheShareOrItsExistingMount()
     {
         FakeMounter mounter;

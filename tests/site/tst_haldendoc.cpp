@@ -114,7 +114,8 @@ private slots:
         m_record = std::make_shared<SiteRecord>(values);
         const QVariantMap before = m_record->values();
         open();
-        m_site->click("uploadButton");
+        QVERIFY(!m_site->isEnabled("uploadButton"));
+        window().sync(Direction::Upload);
         QTRY_COMPARE(m_site->text("syncPanelTitle"), "The comparison failed");
         QTest::keyClick(&m_site->find<QWidget>("syncPanel"), Qt::Key_Escape);
         window().setUpRsync();
@@ -376,6 +377,29 @@ private slots:
         tab();
         QVERIFY(SiteWindow::list(m_site->destination(), 0).hasFocus());
         QCOMPARE(m_site->destination().browser().path(), Browser::Path{"c.html"});
+    }
+
+    void actions_needASelectionAndBothSides()
+    {
+        m_folders->put("receiving/a.html");
+        openConnected();
+        const auto isOn = [this](const char* action) {
+            return window().findChild<QAction*>(action, Qt::FindDirectChildrenOnly)->isEnabled();
+        };
+        QVERIFY(isOn("uploadAction") && isOn("newFolderAction"));
+        for (const char* action : {"openAction", "renameAction", "deleteAction", "transferAction"})
+            QVERIFY2(!isOn(action), action);
+        m_site->destination().browser().setPath({"a.html"});
+        QVERIFY(!isOn("deleteAction"));
+        window().activateWindow();
+        QVERIFY(QTest::qWaitForWindowActive(&window()));
+        SiteWindow::list(m_site->destination(), 0).setFocus();
+        for (const char* action : {"openAction", "renameAction", "deleteAction", "transferAction"})
+            QVERIFY2(isOn(action), action);
+        m_site->source().disconnectPane();
+        QVERIFY(!isOn("uploadAction") && !isOn("transferAction") && isOn("deleteAction"));
+        m_site->destination().disconnectPane();
+        QVERIFY(!isOn("deleteAction") && !isOn("newFolderAction") && !isOn("reloadAction"));
     }
 
     void tab_walksEveryStopBothWays()
