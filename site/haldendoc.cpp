@@ -191,6 +191,9 @@ void HaldenDoc::connectActions()
     connect(m_ui->reloadAction, &QAction::triggered, m_destination, &BrowserController::reload);
     for (BrowserController* pane : {m_source, m_destination})
         connect(m_ui->showHiddenAction, &QAction::toggled, pane, &BrowserController::setShowsHidden);
+    connect(m_ui->sideBySideAction, &QAction::triggered, m_ui->splitView, [this](bool isSideBySide) {
+        m_ui->splitView->arrange(isSideBySide ? Qt::Horizontal : Qt::Vertical);
+    });
     connect(m_ui->missingLinksAction, &QAction::triggered, this,
             [this] { currentSitePane().startFindMissingLinks(); });
     connect(m_ui->unlinkedItemsAction, &QAction::triggered, this,
@@ -326,6 +329,10 @@ void HaldenDoc::restoreLayoutState(const QByteArray& state)
     stream >> geometry >> split;
     restoreGeometry(geometry);
     m_ui->splitView->restoreState(split);
+    const bool isSideBySide = m_ui->splitView->orientation() == Qt::Horizontal;
+    if (!isSideBySide)
+        m_ui->splitView->setOrientation(Qt::Vertical); // a damaged state may name neither
+    m_ui->sideBySideAction->setChecked(isSideBySide);
     restoreColumnWidths(stream, m_source->browser());
     restoreColumnWidths(stream, m_destination->browser());
     readPanelLayouts(stream, *this);

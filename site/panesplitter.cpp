@@ -14,7 +14,7 @@ class PaneSplitterHandle final : public QSplitterHandle
 {
 public:
     explicit PaneSplitterHandle(PaneSplitter* splitter)
-        : QSplitterHandle(Qt::Vertical, splitter), m_splitter(splitter)
+        : QSplitterHandle(splitter->orientation(), splitter), m_splitter(splitter)
     {}
 
 protected:
@@ -26,6 +26,10 @@ protected:
 
     void mouseMoveEvent(QMouseEvent* event) override
     {
+        if (orientation() == Qt::Horizontal) {
+            QSplitterHandle::mouseMoveEvent(event);
+            return;
+        }
         if (!(event->buttons() & Qt::LeftButton))
             return;
         const int asked = parentWidget()->mapFromGlobal(event->globalPosition().toPoint()).y() - m_grip;
@@ -39,17 +43,25 @@ private:
 
 } // namespace
 
-panesplit::Heights panesplit::resized(int lower, int height, int divider)
+panesplit::Heights panesplit::resized(const Heights& before, int height, int divider)
 {
     const int available = std::max(0, height - divider);
-    if (available - lower >= minimumUpper)
-        return {available - lower, lower};
-    return {std::min(minimumUpper, available), std::max(0, available - minimumUpper)};
+    const double share = double(before.upper) / std::max(1, before.upper + before.lower);
+    const int upper = std::min(qRound(available * share), available - minimumLower);
+    const int limited = std::min(std::max(upper, minimumUpper), available);
+    return {limited, available - limited};
 }
 
 PaneSplitter::PaneSplitter(QWidget* parent) : QSplitter(Qt::Vertical, parent)
 {
     setChildrenCollapsible(false);
+}
+
+void PaneSplitter::arrange(Qt::Orientation orientation)
+{
+    setOrientation(orientation);
+    const int half = (orientation == Qt::Vertical ? height() : width()) / 2;
+    setSizes({half, half});
 }
 
 int PaneSplitter::constrained(int position) const
@@ -68,12 +80,12 @@ void PaneSplitter::resizeEvent(QResizeEvent* event)
 {
     const QList<int> before = sizes();
     QSplitter::resizeEvent(event);
-    // The first layout has no height to keep.
-    if (count() != 2 || event->oldSize().height() <= 0 || before[1] == 0)
+    // The first layout has no heights to keep. Side by side, the base class keeps the shares.
+    if (orientation() == Qt::Horizontal || count() != 2 || event->oldSize().height() <= 0 || before[1] == 0)
         return;
     if (event->oldSize().height() == event->size().height())
         return;
-    const panesplit::Heights heights = panesplit::resized(before[1], height(), handleWidth());
+    const panesplit::Heights heights = panesplit::resized({before[0], before[1]}, height(), handleWidth());
     setSizes({heights.upper, heights.lower});
 }
 

@@ -12,7 +12,7 @@ namespace panesplit {
 inline constexpr int minimumUpper = 181;
 inline constexpr int minimumLower = 204;
 
-/// The lowest divider position for a proposed minimum.
+/// For panes one above the other: the lowest divider position for a proposed minimum.
 constexpr int constrainMinCoordinate(int proposed)
 {
     return proposed + minimumUpper;
@@ -31,21 +31,24 @@ struct Heights
     bool operator==(const Heights&) const = default;
 };
 
-/// The panes' heights in a splitter of `height`: the lower pane keeps `lower` and the upper one takes the
-/// rest. Where that would be less than the upper pane's minimum, it gets the minimum and the lower one the
-/// rest.
-Heights resized(int lower, int height, int divider);
+/// The panes' heights in a splitter of `height`: both keep their shares, within the limits. Where there is too little
+/// room for both, the upper one gets its minimum and the lower one the rest.
+Heights resized(const Heights& before, int height, int divider);
 
 } // namespace panesplit
 
-/// The splitter between source and destination pane: it keeps the limits above while the divider is dragged,
-/// and the lower pane's height while the window is resized. Holds exactly two widgets, one above the other.
+/// The splitter between source and destination pane, which stand one above the other or side by side. One above the
+/// other, it keeps the limits above; both ways, the panes keep their shares while the window is resized. Holds exactly
+/// two widgets.
 class PaneSplitter final : public QSplitter
 {
     Q_OBJECT
 
 public:
     explicit PaneSplitter(QWidget* parent = nullptr);
+
+    /// Turns the panes and gives both half of the room.
+    void arrange(Qt::Orientation orientation);
 
     /// `position`, a height for the upper pane, moved into the limits.
     [[nodiscard]] int constrained(int position) const;

@@ -257,6 +257,7 @@ private slots:
         panel(m_site->source())->findChild<QTreeView*>("linkReportView")->setColumnWidth(1, 123);
         panel(m_site->destination())->resize(640, 400);
         window().findChild<QTableView*>("syncTableView")->setColumnWidth(0, 222);
+        m_site->find<QAction>("sideBySideAction").trigger();
         const QByteArray state = window().layoutState();
         close();
         open(state);
@@ -271,6 +272,9 @@ private slots:
         }
         window().restoreLayoutState(state);
         BrowserController& source = m_site->source();
+        QVERIFY(m_site->find<QAction>("sideBySideAction").isChecked());
+        QTRY_COMPARE(source.widget()->y(), m_site->destination().widget()->y());
+        test::saveScreenshots(window(), "site-side-by-side");
         QCOMPARE(source.browser().columnWidths(), (QList<int>{310, 150}));
         QCOMPARE(m_site->destination().browser().columnWidths(), QList<int>{99});
         QCOMPARE(panel(source)->size(), QSize(700, 410));

@@ -21,19 +21,22 @@ class tst_panesplitter final : public QObject
     }
 
 private slots:
-    void resize_givesTheChangeToTheUpperPane_data()
+    void resize_keepsTheShares_data()
     {
-        const test::Rows<int, int, int, int> row("lower", "height", "expectedUpper", "expectedLower");
-        row("taller", 300, 1005, 700, 300);
-        row("upper reaches its minimum exactly", 300, 486, 181, 300);
-        row("lower gives way", 300, 485, 181, 299);
-        row("too small for both", 300, 100, 95, 0);
+        const test::Rows<int, int, int, int, int> row("upper", "lower", "height", "expectedUpper",
+                                                      "expectedLower");
+        row("taller", 300, 600, 1205, 400, 800);
+        row("upper at its minimum", 200, 600, 605, 181, 419);
+        row("lower at its minimum", 600, 200, 605, 396, 204);
+        row("too small for both", 300, 300, 305, 181, 119);
+        row("too small for one", 300, 300, 100, 95, 0);
     }
-    void resize_givesTheChangeToTheUpperPane()
+    void resize_keepsTheShares()
     {
+        QFETCH(int, upper);
         QFETCH(int, lower);
         QFETCH(int, height);
-        const panesplit::Heights heights = panesplit::resized(lower, height, 5);
+        const panesplit::Heights heights = panesplit::resized({upper, lower}, height, 5);
         QTEST(heights.upper, "expectedUpper");
         QTEST(heights.lower, "expectedLower");
     }
@@ -52,12 +55,23 @@ private slots:
         dragTo(splitter, 790);
         QCOMPARE(splitter.sizes()[1], 204);
 
+        const int room = 800 - splitter.handleWidth();
         splitter.resize(400, 900);
         QTRY_COMPARE(splitter.height(), 900);
-        QCOMPARE(splitter.sizes()[1], 204);
+        QCOMPARE(splitter.sizes()[1],
+                 900 - splitter.handleWidth() - qRound((room + 100) * (room - 204.0) / room));
         splitter.resize(400, 300);
         QTRY_COMPARE(splitter.height(), 300);
         QCOMPARE(splitter.sizes()[0], 181);
+
+        splitter.resize(700, 800);
+        splitter.arrange(Qt::Horizontal);
+        QTRY_COMPARE(splitter.widget(1)->height(), 800);
+        QVERIFY(qAbs(splitter.sizes()[0] - splitter.sizes()[1]) <= 1);
+        splitter.setSizes({200, 500 - splitter.handleWidth()});
+        splitter.resize(1400, 800);
+        QTRY_COMPARE(splitter.width(), 1400);
+        QVERIFY(qAbs(splitter.sizes()[0] - 400) < 10);
     }
 };
 
