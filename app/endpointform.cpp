@@ -19,6 +19,7 @@ EndpointForm::EndpointForm(SiteSide side, QWidget* parent)
     m_ui->pathButton->setIcon(icons::folder());
     m_ui->showPassword->setIcon(icons::symbol(QStringLiteral("show-password")));
     fillProtocols();
+    nameControls();
     connectFields();
     setEndpoint(nullptr);
 }
@@ -33,6 +34,19 @@ void EndpointForm::fillProtocols()
         m_ui->protocol->addItem(tr("%1 (%2)").arg(meaning, scheme), scheme);
     }
     m_ui->protocol->setPlaceholderText(tr("Choose…"));
+}
+
+/// The other side's form has the same labels.
+void EndpointForm::nameControls()
+{
+    const QString named = m_side == SiteSide::Source ? tr("Source: %1") : tr("Destination: %1");
+    for (const QLabel* label : findChildren<QLabel*>()) {
+        if (label->buddy())
+            label->buddy()->setAccessibleName(named.arg(label->text().remove(u'&')));
+    }
+    m_ui->pathButton->setAccessibleName(named.arg(tr("Choose folder")));
+    m_ui->showPassword->setAccessibleName(named.arg(tr("Show password")));
+    m_ui->autoconnect->setAccessibleName(named.arg(m_ui->autoconnect->text()));
 }
 
 void EndpointForm::connectFields()

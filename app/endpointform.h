@@ -39,6 +39,7 @@ signals:
 private:
     void connectFields();
     void fillProtocols();
+    void nameControls();
     void show(const QString& key);
     void showAll();
     void showProtocol();

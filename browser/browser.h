@@ -38,6 +38,8 @@ public:
 
     [[nodiscard]] FileSystemModel& model() { return m_model; }
 
+    /// The name of the pane, for screen readers.
+    void setPaneName(const QString& name) { m_content->setAccessibleName(name); }
     /// The text shown instead of columns while there is no root.
     void setEmptyText(const QString& text);
     /// Replaces the desktop's beep on a key press; a seam for tests.

@@ -116,7 +116,9 @@ void BrowserColumn::updateTexts()
     if (!node)
         return;
     m_header->setRepresentedNode(node);
-    m_list->setAccessibleName(tr("Contents of %1").arg(node->displayName()));
+    const QString contents = tr("Contents of %1").arg(node->displayName());
+    const QString pane = parentWidget()->accessibleName();
+    m_list->setAccessibleName(pane.isEmpty() ? contents : tr("%1: %2").arg(pane, contents));
     m_list->setEmptyText(node->isUnreadable() ? tr("This folder cannot be read.") : tr("Empty folder"));
 }
 

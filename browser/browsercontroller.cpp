@@ -52,6 +52,7 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     m_ui->setupUi(m_widget);
     m_ui->label->setText(caption);
     m_ui->configureButton->setAccessibleName(tr("Connection settings of %1").arg(caption));
+    browser().setPaneName(caption);
     m_reportPanel->setSide(caption);
     unlinkedItemsPanel->setWindowTitle(tr("Unlinked items in %1").arg(caption));
     m_ui->configureButton->setIcon(icons::symbol(QStringLiteral("settings")));

@@ -417,6 +417,7 @@ private slots:
             QCOMPARE(luma::test::tabWalk(key), luma::test::tabStops(window()));
         }
         QVERIFY(luma::test::tabStops(window()).size() >= 6);
+        luma::test::checkControlNames(window());
     }
 };
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "tests/support/controlnames.h"
+
 #include <QApplication>
 #include <QDir>
 #include <QPalette>
@@ -27,9 +29,10 @@ inline bool screenshot(QWidget& widget, QAnyStringView name)
     return true;
 }
 
-/// Two screenshots, NAME-light.png and NAME-dark.png.
+/// Two screenshots, NAME-light.png and NAME-dark.png. Also checks the names of the controls in the picture.
 inline void saveScreenshots(QWidget& widget, const QString& name)
 {
+    checkControlNames(widget);
     if (!qEnvironmentVariableIsSet("LUMA_SCREENSHOTS"))
         return;
     screenshot(widget, name + QLatin1String("-light"));
