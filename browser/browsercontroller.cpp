@@ -66,6 +66,10 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     connectMenu();
     connect(m_fileJobs, &FileJobs::runningChanged, this, &BrowserController::showBusy);
     connect(m_fileJobs, &FileJobs::changed, this, &BrowserController::refreshLater);
+    connect(m_fileJobs, &FileJobs::folderCreated, this, &BrowserController::nameNewFolder);
+    // After the selection that a job causes, which shows its path in the same line.
+    connect(m_fileJobs, &FileJobs::failed, m_ui->fullPathToSelectedItem, &QLabel::setText,
+            Qt::QueuedConnection);
     connect(m_fileJobs, &FileJobs::deleted, this, &BrowserController::goOnAfterDeletion);
     connect(m_fileJobs, &FileJobs::undoable, this, &BrowserController::undoable);
     connect(m_fileJobs, &FileJobs::undoFailed, m_ui->fullPathToSelectedItem, &QLabel::setText);
@@ -108,6 +112,10 @@ void BrowserController::connectBrowser()
             });
     browser().model().setRenamePreparation(
         [this](const std::filesystem::path& oldPath, const std::filesystem::path& newPath) {
+            // Nothing links to a folder that has just been made.
+            m_isNamingNewFolder = m_fileJobs->isNewFolder(oldPath);
+            if (m_isNamingNewFolder)
+                return Result<void>();
             return m_moveJobs->prepareRename(m_mountPath, oldPath, newPath, parentDoc.reportChoices());
         });
     connect(&browser().model(), &FileSystemModel::renameFailed, m_moveJobs, &MoveJobs::dropRename);
@@ -119,7 +127,9 @@ void BrowserController::connectBrowser()
                 emit parentDoc.moveNotices().itemMoved({oldPath, newPath}, m_mountPath);
                 browser().updateTexts();
                 doBrowserClick();
-                m_moveJobs->updateAfterRename(m_mountPath, oldPath, newPath, parentDoc.reportChoices());
+                m_fileJobs->noteRename(oldPath, newPath);
+                if (!m_isNamingNewFolder)
+                    m_moveJobs->updateAfterRename(m_mountPath, oldPath, newPath, parentDoc.reportChoices());
                 refreshLater({newPath});
             });
 }
@@ -490,6 +500,13 @@ void BrowserController::refreshLater(const Paths& select)
                 browser().selectInFolder(path.parent_path(), {path.filename().string()});
         },
         Qt::QueuedConnection);
+}
+
+void BrowserController::nameNewFolder(const std::filesystem::path& folder)
+{
+    browser().refresh();
+    browser().selectInFolder(folder.parent_path(), {folder.filename().string()});
+    browser().rename(browser().currentItem());
 }
 
 /// Unless the user has gone on to another item meanwhile.

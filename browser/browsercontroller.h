@@ -122,6 +122,7 @@ private:
     std::filesystem::path m_mountPath;
     std::shared_ptr<SiteLinks> m_siteLinks; // of m_mountPath, while it is connected
     bool m_isShare = false;
+    bool m_isNamingNewFolder = false; // from the preparation of a rename to its end
     bool m_isConnecting = false;
 
     void connectSheet();
@@ -142,6 +143,7 @@ private:
     /// Shows where the current item is.
     void doBrowserClick();
     void refreshLater(const Paths& select);
+    void nameNewFolder(const std::filesystem::path& folder);
     void goOnAfterDeletion(const std::filesystem::path& next);
     void showBusy();
     void startReport(LinkReportRun::Kind kind, const std::filesystem::path& item);

@@ -53,10 +53,29 @@ FileJobs::FileJobs(QWidget* pane) : QObject(pane), m_pane(pane) {}
 
 void FileJobs::newFolder(const std::filesystem::path& parent)
 {
-    const std::filesystem::path folder = fileoperations::newFolderPath(parent);
-    if (fileoperations::newFolder(parent))
-        offerUndo(tr("New Folder"), [folder] { return removeFolder(folder); });
-    emit changed({folder});
+    const auto folder = fileoperations::newFolder(parent);
+    if (!folder) {
+        emit failed(displayText(folder.error().text));
+        return;
+    }
+    m_newFolder = std::make_shared<std::filesystem::path>(*folder);
+    emit undoable(tr("New Folder"), [guard = QPointer<FileJobs>(this), place = m_newFolder] {
+        if (guard)
+            guard->runUndo([named = *place] { return removeFolder(named); });
+    });
+    emit folderCreated(*folder);
+}
+
+void FileJobs::noteRename(const std::filesystem::path& oldPath, const std::filesystem::path& newPath)
+{
+    if (m_newFolder && *m_newFolder == oldPath)
+        *m_newFolder = newPath;
+}
+
+bool FileJobs::isNewFolder(const std::filesystem::path& folder) const
+{
+    std::error_code error;
+    return m_newFolder && *m_newFolder == folder && std::filesystem::is_empty(folder, error) && !error;
 }
 
 void FileJobs::duplicate(const std::filesystem::path& item)
@@ -65,11 +84,12 @@ void FileJobs::duplicate(const std::filesystem::path& item)
     const std::filesystem::path copy = fileoperations::duplicatePath(item);
     run(
         [guard, item, copy] {
-            if (fileoperations::duplicate(item, [] { return !isMainHopClosed(); }))
+            const auto copied = fileoperations::duplicate(item, [] { return !isMainHopClosed(); });
+            if (copied)
                 onMain(guard, [&copy](FileJobs& self) {
                     self.offerUndo(tr("Duplicate"), [copy] { return removeCopy(copy); });
                 });
-            return true;
+            return Outcome{.problem = copied ? std::string() : copied.error().text};
         },
         [this, copy] { emit changed({copy}); });
 }
@@ -94,7 +114,7 @@ void FileJobs::moveToTrash(const Paths& items, const std::filesystem::path& next
                 });
             if (!outcome.left.empty())
                 onMain(guard, [&](FileJobs& self) { self.confirmRemoval(outcome, next); });
-            return !outcome.trashed.empty();
+            return Outcome{.mayHaveChanged = !outcome.trashed.empty()};
         },
         [this, next] { emit deleted(next); });
 }
@@ -102,10 +122,16 @@ void FileJobs::moveToTrash(const Paths& items, const std::filesystem::path& next
 void FileJobs::confirmRemoval(const TrashOutcome& outcome, const std::filesystem::path& next)
 {
     const auto remove = [items = outcome.left] {
-        bool isAnyGone = false;
-        for (const std::filesystem::path& item : items)
-            isAnyGone = (!isMainHopClosed() && removeItem(item)) || isAnyGone;
-        return isAnyGone;
+        Outcome done{.mayHaveChanged = false};
+        for (const std::filesystem::path& item : items) {
+            if (isMainHopClosed())
+                break;
+            // Part of a folder may be gone, too.
+            done.mayHaveChanged = true;
+            if (const auto removed = removeItem(item); !removed && done.problem.empty())
+                done.problem = removed.error().text;
+        }
+        return done;
     };
     askToDelete(*m_pane, QStringLiteral("removeAlert"), questionAbout(outcome),
                 [this, remove, next] { run(remove, [this, next] { emit deleted(next); }); });
@@ -134,18 +160,20 @@ void FileJobs::runUndo(const Undo& undo)
     });
 }
 
-/// Runs `job` in the background; it returns whether the disk may have changed.
-void FileJobs::run(std::function<bool()> job, std::function<void()> whenChanged)
+/// Runs `job` in the background.
+void FileJobs::run(std::function<Outcome()> job, std::function<void()> whenChanged)
 {
     setRunning(m_running + 1);
     const QPointer<FileJobs> guard(this);
     start(std::make_shared<WorkItem>(),
           [guard, job = std::move(job), whenChanged = std::move(whenChanged)](const WorkItem&) {
-              const bool mayHaveChanged = job();
+              const Outcome outcome = job();
               onMain(guard, [&](FileJobs& self) {
                   self.setRunning(self.m_running - 1);
-                  if (mayHaveChanged)
+                  if (outcome.mayHaveChanged)
                       whenChanged();
+                  if (!outcome.problem.empty())
+                      emit self.failed(displayText(outcome.problem));
               });
           });
 }

@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <vector>
 
 class QWidget;
@@ -16,7 +17,7 @@ namespace luma {
 
 /// The file operations of a pane's menu and keys: new folders, duplicates, and deletions after a question. What is done can be
 /// taken back, except for what is deleted for good. Copying and deleting run in the background on copies of their values, even
-/// if the pane is destroyed. A failed operation changes nothing; failures to copy are ignored. Main thread only.
+/// if the pane is destroyed. A failed operation changes nothing and says why. Main thread only.
 class FileJobs final : public QObject
 {
     Q_OBJECT
@@ -29,8 +30,12 @@ public:
 
     [[nodiscard]] bool isRunning() const { return m_running > 0; }
 
-    /// Creates "New Folder" in `parent` and has it selected, even if it existed before.
+    /// Creates an untitled folder in `parent`.
     void newFolder(const std::filesystem::path& parent);
+    /// An item has been renamed: taking a new folder back removes it under its name of then.
+    void noteRename(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
+    /// Whether `folder` is the folder made last and nothing is in it yet.
+    [[nodiscard]] bool isNewFolder(const std::filesystem::path& folder) const;
     /// Copies an item beside itself and has the copy selected, or the item that already has its name.
     void duplicate(const std::filesystem::path& item);
     /// Asks with their names, then moves the items to the trash. Asks again before it deletes for good what can't
@@ -42,6 +47,10 @@ signals:
     void runningChanged();
     /// The disk may have changed; select these items.
     void changed(const luma::FileJobs::Paths& select);
+    /// A new folder is there, to be named.
+    void folderCreated(const std::filesystem::path& folder);
+    /// A job has failed; emitted after its other signals.
+    void failed(const QString& reason);
     /// Items were deleted.
     void deleted(const std::filesystem::path& next);
     /// Something was done that can be taken back: `undo`, called once, begins to. `title` says what it was: "Delete".
@@ -50,7 +59,14 @@ signals:
     void undoFailed(const QString& reason);
 
 private:
+    struct Outcome
+    {
+        bool mayHaveChanged = true; // the disk
+        std::string problem = {};
+    };
+
     QWidget* m_pane;
+    std::shared_ptr<std::filesystem::path> m_newFolder; // the one made last, wherever it is now
     int m_running = 0;
 
     /// Takes something back, on a background thread; gives the items to select then.
@@ -59,7 +75,7 @@ private:
     void runUndo(const Undo& undo);
     void moveToTrash(const Paths& items, const std::filesystem::path& next);
     void confirmRemoval(const TrashOutcome& outcome, const std::filesystem::path& next);
-    void run(std::function<bool()> job, std::function<void()> whenChanged);
+    void run(std::function<Outcome()> job, std::function<void()> whenChanged);
     void setRunning(int count);
 };
 

@@ -10,17 +10,16 @@
 
 namespace luma::fileoperations {
 
-std::filesystem::path newFolderPath(const std::filesystem::path& parent)
+Result<std::filesystem::path> newFolder(const std::filesystem::path& parent)
 {
-    return parent / "New Folder";
-}
-
-Result<void> newFolder(const std::filesystem::path& parent)
-{
-    const std::filesystem::path folder = newFolderPath(parent);
-    if (::mkdir(folder.c_str(), 0777) != 0)
-        return systemError(folder, errno);
-    return {};
+    const std::string name = "untitled folder";
+    std::filesystem::path folder = parent / name;
+    for (int number = 2; ::mkdir(folder.c_str(), 0777) != 0; ++number) {
+        if (errno != EEXIST)
+            return systemError(folder, errno);
+        folder = parent / (name + ' ' + std::to_string(number));
+    }
+    return folder;
 }
 
 std::filesystem::path duplicatePath(const std::filesystem::path& item)

@@ -9,10 +9,9 @@
 /// The file operations behind the pane's menu. Any thread.
 namespace luma::fileoperations {
 
-/// The path of a new folder in `parent`: "New Folder".
-std::filesystem::path newFolderPath(const std::filesystem::path& parent);
-/// Creates that folder. Fails if the name is taken.
-Result<void> newFolder(const std::filesystem::path& parent);
+/// Creates a folder in `parent` and gives its path: "untitled folder", or with the first number from 2 on whose name
+/// is free.
+Result<std::filesystem::path> newFolder(const std::filesystem::path& parent);
 
 /// The path of an item's copy: beside it, with " copy" before the extension.
 std::filesystem::path duplicatePath(const std::filesystem::path& item);

@@ -115,8 +115,7 @@ void ItemProperties::addRow(QFormLayout& form, const char* name, const QString& 
     label->setObjectName(QLatin1StringView(name));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
-    label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    label->setAccessibleName(title);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
     form.addRow(title, label);
 }
 

@@ -7,6 +7,7 @@
 
 #include <QAbstractItemModel>
 #include <QApplication>
+#include <QLineEdit>
 #include <QListView>
 #include <QMenu>
 #include <QMessageBox>
@@ -124,7 +125,7 @@ private slots:
         QVERIFY(site.text("emptyText").startsWith(QStringLiteral("Not connected.")));
     }
 
-    void newFolderAndDuplicate_endUpSelectedNewOrNot()
+    void duplicate_endsUpSelectedNewOrNotAndSaysWhy()
     {
         PaneFixture site;
         connectPane(site);
@@ -136,13 +137,32 @@ private slots:
             click(site, "browserList1", "main.css");
         }
         QVERIFY(!fs::exists(site.at("css/main copy copy.css")));
-        for (int i = 0; i < 2; ++i) {
+        site.pane->duplicateItem();
+        QTRY_COMPARE(site.text("fullPathToSelectedItem"),
+                     QString::fromStdString(site.at("css/main copy.css").string() + ": File exists"));
+    }
+
+    void newFolder_isNamedAtOnce()
+    {
+        PaneFixture site;
+        fs::create_directory(site.at("empty"));
+        connectPane(site);
+        auto* first = site.find<QListView>("browserList0");
+        click(site, "browserList0", "empty");
+        first->setFocus();
+        QTest::keyClick(first, Qt::Key_Right);
+        for (const char* name : {"fonts", ""}) {
             site.pane->newFolder();
-            QTRY_COMPARE(selectedName(site), QStringLiteral("New Folder"));
-            click(site, "browserList1", "main.css");
+            QCOMPARE(selectedName(site), QStringLiteral("untitled folder"));
+            auto* editor = site.find<QLineEdit>("renameEditor");
+            QVERIFY(editor);
+            QTRY_COMPARE(editor->selectedText(), QStringLiteral("untitled folder"));
+            QTest::keyClicks(editor, name);
+            QTest::keyClick(editor, *name ? Qt::Key_Return : Qt::Key_Escape);
+            QTRY_VERIFY(!site.find<QLineEdit>("renameEditor"));
         }
-        QVERIFY(fs::is_directory(site.at("css/New Folder")));
-        QVERIFY(!fs::exists(site.at("New Folder")));
+        QVERIFY(fs::exists(site.at("empty/fonts")) && fs::exists(site.at("empty/untitled folder")));
+        QVERIFY(!site.report.isRunning());
     }
 
     void undo_takesNewFolderDuplicateAndDeletionBack()

@@ -159,8 +159,8 @@ private slots:
         const fs::path root = site.root();
         QVERIFY(!fileoperations::duplicate(root / "a.html"));
         QCOMPARE(site.bytesOf("a copy.html"), std::string("old"));
-        QVERIFY(fileoperations::newFolder(root));
-        QVERIFY(!fileoperations::newFolder(root));
+        QCOMPARE(*fileoperations::newFolder(root), root / "untitled folder");
+        QCOMPARE(*fileoperations::newFolder(root), root / "untitled folder 2");
         QVERIFY(!fileoperations::newFolder(root / "gone"));
     }
 

@@ -313,7 +313,7 @@ private slots:
         m_site->find<QWidget>("uploadButton").setFocus();
         // The panes' menus have actions of the same names.
         window().findChild<QAction*>("newFolderAction", Qt::FindDirectChildrenOnly)->trigger();
-        QTRY_COMPARE(m_site->shownNames(), QStringList("New Folder"));
+        QTRY_COMPARE(m_site->shownNames(), QStringList("untitled folder"));
         QVERIFY(std::filesystem::is_empty(m_folders->sending()));
     }
 
@@ -381,6 +381,24 @@ private slots:
         tab();
         QVERIFY(SiteWindow::list(m_site->destination(), 0).hasFocus());
         QCOMPARE(m_site->destination().browser().path(), Browser::Path{"c.html"});
+    }
+
+    void selectedItems_arePublishedAlone()
+    {
+        m_folders->putAll("sending", "a/x|a/y|b");
+        openConnected();
+        m_site->source().browser().setPath({"a"});
+        window().findChild<QAction*>("transferAction", Qt::FindDirectChildrenOnly)->trigger();
+        QTRY_COMPARE(m_site->rows(), QStringList({"+a/x", "+a/y"}));
+        luma::test::saveScreenshots(m_site->find<QWidget>("syncPanel"), "publish-selected");
+        QVERIFY(m_site->transfer());
+        QCOMPARE(m_site->rows(), QStringList());
+        QVERIFY(std::filesystem::exists(m_folders->receiving() / "a/y"));
+        QVERIFY(!std::filesystem::exists(m_folders->receiving() / "b"));
+        m_site->find<QWidget>("cancelButton").setFocus();
+        m_site->click("cancelButton");
+        window().sync(Direction::Upload);
+        QTRY_COMPARE(m_site->rows(), QStringList("+b"));
     }
 
     void actions_needASelectionAndBothSides()
