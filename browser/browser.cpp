@@ -125,6 +125,14 @@ QModelIndex Browser::parentForItemsInColumn(int column) const
                                                  : QModelIndex();
 }
 
+QModelIndexList Browser::shownFolders() const
+{
+    QModelIndexList folders;
+    for (const BrowserColumn* column : m_columns)
+        folders.append(column->folder());
+    return folders;
+}
+
 QModelIndexList Browser::selectedItems() const
 {
     return m_currentColumn < 0 ? QModelIndexList()
@@ -168,6 +176,7 @@ void Browser::openColumn(const QModelIndex& folder)
         scrollToEnd();
     else
         setCurrentColumn(0);
+    emit listed();
 }
 
 void Browser::connectColumn(BrowserColumn& column, int number)
@@ -333,14 +342,12 @@ void Browser::selectFirstRow()
 void Browser::refresh()
 {
     const Path before = path();
-    QModelIndexList shown;
-    for (const BrowserColumn* column : m_columns)
-        shown.append(column->folder());
-    m_model.refresh(shown);
+    m_model.refresh(shownFolders());
     if (path() != before)
         setPath(before);
     for (BrowserColumn* column : m_columns)
         column->updateTexts();
+    emit listed();
 }
 
 void Browser::updateTexts()

@@ -73,6 +73,8 @@ public:
 
     [[nodiscard]] int columnCount() const { return static_cast<int>(m_columns.size()); }
     [[nodiscard]] QModelIndex parentForItemsInColumn(int column) const;
+    /// The folders of all columns.
+    [[nodiscard]] QModelIndexList shownFolders() const;
     /// -1 without a column.
     [[nodiscard]] int currentColumn() const { return m_currentColumn; }
     /// The selected row of the current column that was reached last; invalid if none is selected there.
@@ -92,6 +94,8 @@ public:
 signals:
     /// The current column or its selection has changed.
     void currentChanged();
+    /// A folder is shown or was listed again.
+    void listed();
     void doubleClicked(const QModelIndex& item);
     /// Deletion of the selected items.
     void deleteRequested();

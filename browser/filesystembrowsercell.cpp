@@ -19,6 +19,7 @@ namespace {
 
 constexpr int iconSize = 16;
 constexpr int arrowWidth = 16;
+constexpr int markWidth = 14;
 constexpr int smallestHeight = 20;
 constexpr float tintOpacity = 0.2F;
 constexpr qreal hiddenOpacity = 0.6;
@@ -56,10 +57,33 @@ QStyle& styleOf(const QStyleOptionViewItem& option)
     return option.widget ? *option.widget->style() : *QApplication::style();
 }
 
+SideMark markOf(const QModelIndex& index)
+{
+    return static_cast<SideMark>(index.data(FileSystemModel::MarkRole).toInt());
+}
+
+QString signOf(SideMark mark)
+{
+    switch (mark) {
+    case SideMark::OnlyHere:
+        return QStringLiteral("+");
+    case SideMark::NewerHere:
+        return QStringLiteral("\u25B2"); // a filled triangle
+    case SideMark::NewerThere:
+        return QStringLiteral("\u25BD"); // an empty one, upside down
+    case SideMark::Different:
+        return QStringLiteral("\u2260"); // not equal
+    case SideMark::None:
+        break;
+    }
+    return {};
+}
+
 QRect textRect(const QStyleOptionViewItem& option, const QModelIndex& index)
 {
     const QRect title = FileSystemBrowserCell::titleRectForBounds(option.rect);
-    return title.adjusted(0, -2, isLeaf(index) ? -4 : -arrowWidth, 0);
+    const int mark = markOf(index) == SideMark::None ? 0 : markWidth;
+    return title.adjusted(0, -2, (isLeaf(index) ? -4 : -arrowWidth) - mark, 0);
 }
 
 void paintArrow(QPainter* painter, const QStyleOptionViewItem& option)
@@ -138,6 +162,12 @@ void FileSystemBrowserCell::paint(QPainter* painter, const QStyleOptionViewItem&
     const QRect rect = textRect(option, index);
     painter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                       option.fontMetrics.elidedText(option.text, Qt::ElideMiddle, rect.width()));
+    if (const QString sign = signOf(markOf(index)); !sign.isEmpty()) {
+        if (!selected)
+            painter->setPen(option.palette.color(group, QPalette::PlaceholderText));
+        painter->drawText(QRect(rect.right() + 1, rect.top(), markWidth, rect.height()), Qt::AlignCenter,
+                          sign);
+    }
     painter->restore();
     if (!isLeaf(index))
         paintArrow(painter, option);
@@ -188,8 +218,10 @@ bool FileSystemBrowserCell::helpEvent(QHelpEvent* event, QAbstractItemView* view
         return QStyledItemDelegate::helpEvent(event, view, option, index);
     const QString name = index.data().toString();
     const bool cut = option.fontMetrics.horizontalAdvance(name) > textRect(option, index).width();
+    const QString mark = textOf(markOf(index));
     // A file name is plain text, not markup.
-    QToolTip::showText(event->globalPos(), cut ? name.toHtmlEscaped() : QString(), view);
+    const QString text = cut && !mark.isEmpty() ? tr("%1: %2").arg(name, mark) : cut ? name : mark;
+    QToolTip::showText(event->globalPos(), text.toHtmlEscaped(), view);
     return true;
 }
 

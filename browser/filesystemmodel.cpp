@@ -33,6 +33,7 @@ struct FileSystemModel::Folder
     Folder* parent = nullptr;
     int row = 0;
     Nodes rows;
+    SideMarks marks;
     bool stale = false;
     std::vector<std::unique_ptr<Folder>> opened;
 
@@ -146,6 +147,24 @@ QModelIndex FileSystemModel::childNamed(const QModelIndex& folder, const std::st
     return found == record->rows.end()
                ? QModelIndex()
                : createIndex(static_cast<int>(found - record->rows.begin()), 0, record);
+}
+
+SideMark FileSystemModel::markOf(const QModelIndex& index, const std::string& name)
+{
+    const SideMarks& marks = static_cast<Folder*>(index.internalPointer())->marks;
+    const auto found = marks.find(name);
+    return found == marks.end() ? SideMark::None : found->second;
+}
+
+void FileSystemModel::setMarks(const QModelIndex& folder, SideMarks marks)
+{
+    Folder* const record = folderAt(folder);
+    if (!record || record->marks == marks)
+        return;
+    record->marks = std::move(marks);
+    if (!record->rows.empty())
+        emit dataChanged(createIndex(0, 0, record),
+                         createIndex(static_cast<int>(record->rows.size()) - 1, 0, record), {MarkRole});
 }
 
 void FileSystemModel::refresh(const QModelIndexList& shown)
@@ -282,6 +301,10 @@ QVariant FileSystemModel::data(const QModelIndex& index, int role) const
         return static_cast<int>(item->labelColor());
     case LeafRole:
         return item->isLeaf();
+    case MarkRole:
+        return static_cast<int>(markOf(index, item->name()));
+    case Qt::AccessibleDescriptionRole:
+        return textOf(markOf(index, item->name()));
     case PathRole:
         return QByteArray::fromStdString(item->url().native());
     default:

@@ -3,6 +3,7 @@
 
 #include "base/result.h"
 #include "browser/filesystemnode.h"
+#include "browser/sidemark.h"
 
 #include <QAbstractItemModel>
 
@@ -26,6 +27,7 @@ public:
         LabelColorRole = Qt::UserRole + 1, ///< int, a LabelColor
         LeafRole,                          ///< bool
         PathRole,                          ///< QByteArray, the full path
+        MarkRole,                          ///< int, a SideMark
     };
 
     explicit FileSystemModel(QObject* parent = nullptr);
@@ -54,6 +56,8 @@ public:
     void refresh(const QModelIndexList& shown);
     /// Lists a folder again if a refresh() has skipped it. Call before showing it.
     void bringUpToDate(const QModelIndex& folder);
+    /// How the items of a listed folder differ from the other side; stays until it is set again.
+    void setMarks(const QModelIndex& folder, SideMarks marks);
     /// Makes a package a folder from now on; false for any other item.
     bool openPackage(const QModelIndex& index);
 
@@ -84,6 +88,7 @@ private:
     bool m_showsHidden = false;
 
     [[nodiscard]] const std::vector<FileSystemNodePointer>& listed(FileSystemNode& folder) const;
+    [[nodiscard]] static SideMark markOf(const QModelIndex& index, const std::string& name);
     [[nodiscard]] Folder* folderAt(const QModelIndex& index) const;
     [[nodiscard]] QModelIndex indexOf(const Folder& folder) const;
     void refreshFolder(Folder& folder);

@@ -14,6 +14,7 @@
 #include "shell/sshcontroller.h"
 #include "site/comparisonwindow.h"
 #include "site/panellayouts.h"
+#include "site/panemarks.h"
 #include "site/progresspanel.h"
 #include "site/restorepanel.h"
 #include "site/syncpanel.h"
@@ -138,6 +139,7 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
         connect(pane, &BrowserController::placeRequested, this, &HaldenDoc::placeRequested);
         connect(pane, &BrowserController::transferRequested, this, [this, pane] { syncSelected(*pane); });
     }
+    m_marks = new PaneMarks(*m_source, *m_destination, *m_record, this);
     m_source->finishMenu(*this, tr("U&pload This..."));
     m_destination->finishMenu(*this, tr("Do&wnload This..."));
     m_current = m_source;
@@ -208,6 +210,7 @@ void HaldenDoc::connectActions()
     connect(m_ui->quitAction, &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
     connect(m_syncPanel, &SyncPanel::showRequested, this, &HaldenDoc::showInPane);
     connect(m_syncPanel, &SyncPanel::comparisonRequested, this, &HaldenDoc::showComparison);
+    connect(&m_engine, &SyncEngine::transferred, m_marks, &PaneMarks::update);
     connect(&m_engine, &SyncEngine::transferred, m_source, &BrowserController::reload);
     connect(&m_engine, &SyncEngine::transferred, m_destination, &BrowserController::reload);
     connect(&m_restorePanel->engine(), &RestoreEngine::restored, m_destination, &BrowserController::reload);

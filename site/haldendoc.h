@@ -20,6 +20,7 @@ class HaldenDoc;
 namespace luma {
 
 class BrowserController;
+class PaneMarks;
 class ProgressPanel;
 class RestorePanel;
 class SyncPanel;
@@ -107,6 +108,7 @@ private:
     std::shared_ptr<SiteRecord> m_record;
     BrowserController* m_source = nullptr;
     BrowserController* m_destination = nullptr;
+    PaneMarks* m_marks = nullptr;
     BrowserController* m_current = nullptr; // the pane that has or had the focus
     std::function<ReportChoices()> m_reportChoices;
     std::function<void()> m_stopAsking;
