@@ -56,6 +56,15 @@ bool asksForDeletion(const QKeyEvent& event)
            (event.key() == Qt::Key_Backspace && withControl);
 }
 
+// A new widget comes last in the window's order, whatever is around it.
+QWidget* stopBefore(const QWidget& widget)
+{
+    QWidget* before = widget.previousInFocusChain();
+    while (before != &widget && before->focusPolicy() == Qt::NoFocus)
+        before = before->previousInFocusChain();
+    return before;
+}
+
 } // namespace
 
 Browser::Browser(QWidget* parent) : QScrollArea(parent), m_content(new QWidget), m_beep(&QApplication::beep)
@@ -168,8 +177,7 @@ void Browser::openColumn(const QModelIndex& folder)
     m_columns.push_back(column);
     static_cast<QHBoxLayout*>(m_content->layout())->insertWidget(number, column);
     connectColumn(*column, number);
-    setTabOrder(number > 0 ? &m_columns[static_cast<std::size_t>(number) - 1]->list()
-                           : static_cast<QWidget*>(this),
+    setTabOrder(number > 0 ? &m_columns[static_cast<std::size_t>(number) - 1]->list() : stopBefore(*this),
                 &column->list());
     column->show();
     if (number > 0)

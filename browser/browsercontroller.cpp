@@ -211,6 +211,7 @@ void BrowserController::connectConnection()
 {
     connect(m_connection, &PaneConnection::started, this, [this] {
         setConnectState(tr("Connecting... Please wait."));
+        browser().setEmptyText(tr("Connecting..."));
         setConnecting(true);
         emit stateChanged();
     });

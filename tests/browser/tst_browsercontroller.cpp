@@ -180,7 +180,11 @@ private slots:
         click(site, "browserList0", "css");
         click(site, "browserList1", "main.css");
         site.pane->newFolder();
-        QTRY_COMPARE(selectedName(site), QStringLiteral("New Folder"));
+        auto* name = site.find<QLineEdit>("renameEditor");
+        QTRY_COMPARE(name->selectedText(), QStringLiteral("untitled folder"));
+        QTest::keyClicks(name, "fonts");
+        QTest::keyClick(name, Qt::Key_Return);
+        QTRY_COMPARE(selectedName(site), QStringLiteral("fonts"));
         click(site, "browserList1", "main.css");
         site.pane->duplicateItem();
         QTRY_COMPARE(selectedName(site), QStringLiteral("main copy.css"));
@@ -193,10 +197,10 @@ private slots:
         QTRY_VERIFY(fs::exists(site.at("css/main.css")));
         undo[1]();
         QTRY_VERIFY(!fs::exists(site.at("css/main copy.css")));
-        site.put("css/New Folder/mine.txt");
+        site.put("css/fonts/mine.txt");
         undo[0]();
         QTRY_VERIFY(site.text("fullPathToSelectedItem").contains("not empty"));
-        fs::remove_all(site.at("css/New Folder"));
+        fs::remove_all(site.at("css/fonts"));
         QCOMPARE(site.folder.listing(), before);
     }
 

@@ -33,15 +33,18 @@ public slots:
     }
 };
 
-/// Installs a program that writes the addresses it gets into `output`.
-void installProgram(const std::string& name, const std::string& types, const fs::path& output)
+fs::path programs()
 {
-    const fs::path programs = fs::path(qgetenv("XDG_DATA_HOME").toStdString()) / "applications";
-    fs::create_directories(programs);
-    QVERIFY(writeFile(programs / (name + ".desktop"),
-                      "[Desktop Entry]\nType=Application\nName=" + name + " & Co\nMimeType=" + types +
-                          "\nExec=sh -c 'printf %%s\\\\\\\\n \"$@\" >\"$0\"' \"" + output.string() +
-                          "\" %U\n"));
+    return fs::path(qgetenv("XDG_DATA_HOME").toStdString()) / "applications";
+}
+
+/// Installs a program that writes the first file it gets into `output`.
+void installProgram(const std::string& name, const fs::path& output)
+{
+    fs::create_directories(programs());
+    QVERIFY(writeFile(programs() / (name + ".desktop"), "[Desktop Entry]\nType=Application\nName=" + name +
+                                                            " & Co\nExec=sh -c 'echo \"$1\" >\"$0\"' \"" +
+                                                            output.string() + "\" %U\n"));
 }
 
 } // namespace
@@ -106,20 +109,26 @@ private slots:
     void otherPrograms_getTheFiles()
     {
         m_site->put("a b.html");
-        installProgram("writer", "text/html;", m_site->at("written"));
-        installProgram("viewer", "x-scheme-handler/http;", m_site->at("viewed"));
-        const QString address = QString::fromStdString("file://" + m_site->at("a%20b.html").string() + "\n");
+        installProgram("writer", m_site->at("written"));
+        installProgram("viewer", m_site->at("viewed"));
+        QVERIFY(writeFile(programs() / "mimeapps.list", "[Default Applications]\ntext/html=writer.desktop\n"
+                                                        "x-scheme-handler/http=viewer.desktop\n"));
+        // The desktop gives a local file as an address or as a path.
+        const auto isThePage = [this](const QString& text) {
+            const QString folder = QString::fromStdString(m_site->at("").string());
+            return text == folder + "a b.html\n" || text == "file://" + folder + "a%20b.html\n";
+        };
         select({"a b.html"});
         auto* menu = m_site->find<QMenu>("openWithMenu");
         emit menu->aboutToShow();
-        QCOMPARE(menu->actions().size(), 1);
+        // Others may be installed.
         QCOMPARE(menu->actions().first()->text(), "writer && Co");
         menu->actions().first()->trigger();
-        QTRY_COMPARE(read("written"), address);
+        QTRY_VERIFY2(isThePage(read("written")), qPrintable(read("written")));
         commands().openInBrowser();
-        QTRY_COMPARE(read("viewed"), address);
+        QTRY_VERIFY2(isThePage(read("viewed")), qPrintable(read("viewed")));
         // Removed since the menu was shown.
-        fs::remove(fs::path(qgetenv("XDG_DATA_HOME").toStdString()) / "applications/writer.desktop");
+        fs::remove(programs() / "writer.desktop");
         QTRY_VERIFY((menu->actions().first()->trigger(),
                      m_site->text("fullPathToSelectedItem") == "The program is no longer installed"));
     }
