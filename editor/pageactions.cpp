@@ -69,7 +69,7 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.saveAction, HasPage, [&page] { page.saveEverything({}); }},
         {ui.saveAsAction, HasPage, [&saver] { saver.saveAs({}); }},
         {ui.revertAction, HasFile, [&page] { page.revertDocumentToSaved(); }},
-        {ui.publishAction, HasFile,
+        {ui.publishAction, HasPage,
          [&page] { page.saveEverything([&page] { emit page.publishRequested(page.docURL()); }); }},
         {ui.closeAction, Always, [&page] { page.close(); }},
         {ui.quitAction, Always,
