@@ -14,6 +14,7 @@
 #include "browser/linkreportpanel.h"
 #include "browser/movejobs.h"
 #include "browser/movenotices.h"
+#include "browser/outsidemoves.h"
 #include "browser/paneconnection.h"
 #include "browser/panehost.h"
 #include "browser/panemenu.h"
@@ -47,7 +48,8 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
       m_linkJobs(new LinkJobs(host.progress(), this)),
       m_moveJobs(new MoveJobs(host.progress(), host.moveNotices(), m_widget)),
       m_reportPanel(new LinkReportPanel(m_widget)),
-      unlinkedItemsPanel(new UnlinkedItemsPanel(m_widget))
+      unlinkedItemsPanel(new UnlinkedItemsPanel(m_widget)),
+      m_outsideMoves(new OutsideMoves(host.moveNotices(), this))
 {
     m_ui->setupUi(m_widget);
     m_ui->label->setText(caption);
@@ -74,6 +76,7 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     connect(m_fileJobs, &FileJobs::undoable, this, &BrowserController::undoable);
     connect(m_fileJobs, &FileJobs::undoFailed, m_ui->fullPathToSelectedItem, &QLabel::setText);
     connectLinks();
+    connectOutsideMoves();
     connectConnection();
     setRootNode(nullptr);
     showBusy();
@@ -169,7 +172,8 @@ void BrowserController::connectLinks()
     connect(&parentDoc.moveNotices(), &MoveNotices::itemMoved, this,
             [this](const MovedItem& item, const std::filesystem::path& site) {
                 const bool isRename = item.from.parent_path() == item.to.parent_path();
-                if (isRename && site == m_mountPath)
+                const QModelIndex current = browser().currentItem();
+                if (isRename && site == m_mountPath && current.isValid() && pathOf(current) == item.from)
                     refreshLater({item.to});
             });
     connect(m_reportPanel, &LinkReportPanel::replacementRequested, this,
@@ -205,6 +209,32 @@ void BrowserController::connectLinks()
             &BrowserController::startFindMissingLinks);
     connect(contextualMenu, &PaneMenu::unlinkedItemsRequested, this,
             &BrowserController::startFindUnlinkedItems);
+}
+
+void BrowserController::connectOutsideMoves()
+{
+    connect(m_outsideMoves, &OutsideMoves::found, this, &BrowserController::offerUpdate);
+    connect(m_ui->ignoreMoveButton, &QPushButton::clicked, m_outsideMoves, &OutsideMoves::forgetFound);
+    connect(m_ui->updateLinksButton, &QPushButton::clicked, this, [this] {
+        m_moveJobs->followItems(m_mountPath, m_offered, parentDoc.reportChoices());
+        m_outsideMoves->forgetFound();
+    });
+}
+
+void BrowserController::offerUpdate(const std::vector<MovedItem>& items)
+{
+    m_offered = items;
+    m_ui->outsideMoveBar->setVisible(!items.empty());
+    const auto place = [this](const std::filesystem::path& path) {
+        return displayText(path.lexically_relative(m_mountPath).native());
+    };
+    if (items.size() == 1)
+        m_ui->outsideMoveLabel->setText(
+            tr("Another program has moved %1 to %2. Links still lead to the old place.")
+                .arg(place(items.front().from), place(items.front().to)));
+    else if (!items.empty())
+        m_ui->outsideMoveLabel->setText(
+            tr("Another program has moved %1 items. Links still lead to the old places.").arg(items.size()));
 }
 
 void BrowserController::connectConnection()
@@ -261,6 +291,9 @@ void BrowserController::connectionSucceeded(const ConnectionRequest& request)
     m_moveJobs->setKeptLinks(m_siteLinks);
     m_moveJobs->endInterrupted(m_mountPath);
     m_watcher->start(m_ui->label->text(), m_mountPath);
+    // On a server, other computers move files unseen.
+    if (request.isLocal())
+        m_outsideMoves->begin(m_mountPath);
     if (!request.isLocal())
         parentDoc.checkConnectionOK();
 }
@@ -303,6 +336,7 @@ void BrowserController::emptyPane()
     setRootNode(nullptr);
     m_siteLinks.reset();
     m_moveJobs->setKeptLinks({});
+    m_outsideMoves->end();
     showBusy();
 }
 
@@ -357,8 +391,12 @@ void BrowserController::folderChanged()
 {
     printLine("folderChanged at path = " + m_mountPath.string());
     browser().refresh();
+    const auto folders = m_watcher->takeChangedFolders();
     if (m_siteLinks)
-        m_siteLinks->noteChanges(m_watcher->takeChangedFolders());
+        m_siteLinks->noteChanges(folders);
+    const ReportChoices choices = parentDoc.reportChoices();
+    if (choices.linkRules == LinkRules::Browser)
+        m_outsideMoves->siteChanged(folders, choices.webRules, m_siteLinks);
     m_reportPanel->siteChanged();
     unlinkedItemsPanel->siteChanged();
 }

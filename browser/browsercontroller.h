@@ -4,12 +4,14 @@
 #include "browser/filesystemnode.h"
 #include "browser/linkreportrun.h"
 #include "browser/mountstep.h"
+#include "links/linkupdatingmove.h"
 
 #include <QObject>
 
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace Ui {
 class BrowserPane;
@@ -29,6 +31,7 @@ class LinkJobs;
 class LinkReportPanel;
 class MoveJobs;
 class ObservedDictionary;
+class OutsideMoves;
 class PaneConnection;
 class PaneHost;
 class PaneMenu;
@@ -119,6 +122,8 @@ private:
     MoveJobs* m_moveJobs = nullptr;
     LinkReportPanel* m_reportPanel = nullptr;
     UnlinkedItemsPanel* unlinkedItemsPanel = nullptr;
+    OutsideMoves* m_outsideMoves = nullptr;
+    std::vector<MovedItem> m_offered; // items whose links the user may update
     std::filesystem::path m_mountPath;
     std::shared_ptr<SiteLinks> m_siteLinks; // of m_mountPath, while it is connected
     bool m_isShare = false;
@@ -130,6 +135,8 @@ private:
     void connectMenu();
     void connectLinks();
     void connectConnection();
+    void connectOutsideMoves();
+    void offerUpdate(const std::vector<MovedItem>& items);
     void beginConnection();
     void finishConnection(const MountResult& result, const ConnectionRequest& request);
     void connectionSucceeded(const ConnectionRequest& request);

@@ -149,7 +149,7 @@ void MoveRun::move(const MoveRequest& request, std::optional<int> askAbove)
         return;
     }
     const bool isMany = askAbove && plan->pages.size() > static_cast<std::size_t>(*askAbove);
-    const bool isOfLinks = request.changesLinksOnly;
+    const bool isOfLinks = request.itemsStay();
     if (isOfLinks && !plan->problems.empty() && plan->request.items.empty()) {
         fail(Error{plan->problems.front().text}, request);
     } else if ((isMany || isOfLinks) && takeRenameBack(plan->request)) {
@@ -212,7 +212,7 @@ void MoveRun::carryOut()
 // The columns had renamed the item, which gets its old name again. False if it can't.
 bool MoveRun::takeRenameBack(const MoveRequest& request) const
 {
-    if (!request.isRenamedAlready || !m_moves)
+    if (!request.isRenamedAlready || request.isMovedOutside || !m_moves)
         return true;
     const MoveReport report = m_moves->takeRenameBack();
     for (const MoveProblem& problem : report.problems)
@@ -337,6 +337,14 @@ void MoveJobs::replaceLinks(const fs::path& site, const fs::path& target, const 
 {
     MoveRequest request{site, {}, MoveOperation::Move, {{target, file}}, choices.webRules};
     request.changesLinksOnly = true;
+    beginMove(std::move(request), {});
+}
+
+void MoveJobs::followItems(const fs::path& site, const std::vector<MovedItem>& items,
+                           const ReportChoices& choices)
+{
+    MoveRequest request{site, {}, MoveOperation::Move, items, choices.webRules, true};
+    request.isMovedOutside = true;
     beginMove(std::move(request), {});
 }
 

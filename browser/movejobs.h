@@ -52,6 +52,9 @@ public:
     /// The item is renamed: updates the links to it.
     void updateAfterRename(const std::filesystem::path& site, const std::filesystem::path& oldPath,
                            const std::filesystem::path& newPath, const ReportChoices& choices);
+    /// Shows a plan by which all links of `site` follow items that another program has moved.
+    void followItems(const std::filesystem::path& site, const std::vector<MovedItem>& items,
+                     const ReportChoices& choices);
     /// Finishes or takes back what was interrupted in `site`, if there is something, and says so.
     void endInterrupted(const std::filesystem::path& site);
     /// Takes the last job in `site` back that moved, renamed or copied as a browser reads links.

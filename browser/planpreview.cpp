@@ -27,7 +27,7 @@ PlanPreview::PlanPreview(std::shared_ptr<const LinkPlan> plan, std::optional<int
     m_ui->planAsks->setText(
         tr("&Ask before changing more than %1").arg(counted(most, tr("page"), tr("pages"))));
     m_ui->planAcceptButton->setText(u'&' + actionName(*m_plan));
-    const bool isMove = !m_plan->request.changesLinksOnly && !m_plan->request.items.empty();
+    const bool isMove = !m_plan->request.itemsStay() && !m_plan->request.items.empty();
     m_ui->planAcceptButton->setEnabled(isMove || !m_plan->pages.empty());
     setUpTable();
     connect(m_ui->planAcceptButton, &QPushButton::clicked, this, &QDialog::accept);
@@ -43,7 +43,7 @@ PlanPreview::~PlanPreview() = default;
 QString PlanPreview::actionName(const LinkPlan& plan)
 {
     const std::vector<MovedItem>& items = plan.request.items;
-    if (plan.request.changesLinksOnly || items.empty())
+    if (plan.request.itemsStay() || items.empty())
         return tr("Change Links");
     if (plan.request.operation == MoveOperation::Copy)
         return tr("Copy");

@@ -111,6 +111,8 @@ void checkItems(LinkPlan& plan)
             problem = problemOfTarget(item, plan.request.site);
         else if (!plan.request.isRenamedAlready)
             problem = problemOf(item, plan.request.site, taken);
+        else if (!itemExists(item.to))
+            problem = {MoveProblem::Kind::NotMoved, item.to, systemError(item.to, ENOENT).text};
         if (problem.text.empty())
             plan.request.items.push_back(item);
         else

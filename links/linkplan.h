@@ -29,13 +29,18 @@ struct MoveRequest
     MoveOperation operation = MoveOperation::Move;
     std::vector<MovedItem> items;
     WebRules rules;
-    /// The items have their new places already, in the folders that they were in. Carrying out the plan changes the pages, and
-    /// taking it back gives the items their old names.
+    /// The items have their new places already. Carrying out the plan changes the pages, and taking it back gives the items
+    /// their old places.
     bool isRenamedAlready = false;
+    /// Another program has moved them, with isRenamedAlready. Only links change; taking that back leaves the items alone.
+    bool isMovedOutside = false;
     /// The items stay where they are: links that lead to exactly `from`, where nothing need be, are to lead to `to`.
     bool changesLinksOnly = false;
     /// What is kept of the site's links, so that only pages with a link to what moves are read; without it every page is.
     std::shared_ptr<SiteLinks> keptLinks = {};
+
+    /// Whether the job doesn't touch the items.
+    [[nodiscard]] bool itemsStay() const { return changesLinksOnly || isMovedOutside; }
 };
 
 /// A change to a page or style sheet.

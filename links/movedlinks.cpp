@@ -62,7 +62,7 @@ Result<std::shared_ptr<const MovedLinks>> MovedLinks::read(const MoveRequest& re
         return tree.error();
     for (const MovedPlaces::Item& item : links->m_items) {
         if (request.isRenamedAlready)
-            tree->rename(tree->find(item.to), fs::path(item.from).filename().native());
+            tree->putBack(tree->find(item.to), item.from);
     }
     links->m_tree.emplace(*std::move(tree));
     if (request.changesLinksOnly) {

@@ -106,9 +106,16 @@ PageRewrite readPage(JournalReader& reader)
     return page;
 }
 
+// The new name or, where that stays, the folder.
+std::string shortPlace(const MovedItem& item)
+{
+    const fs::path name = item.to.filename();
+    return (item.from.filename() == name ? item.to.parent_path().filename() / name : name).native();
+}
+
 MoveJob::Kind kindOf(const MoveRequest& request)
 {
-    if (request.changesLinksOnly)
+    if (request.itemsStay())
         return MoveJob::Kind::Links;
     return request.operation == MoveOperation::Copy ? MoveJob::Kind::Copy : MoveJob::Kind::Move;
 }
@@ -179,7 +186,7 @@ std::string titleOf(const MoveJob& job)
     if (job.kind == MoveJob::Kind::RemoveCopies)
         return "Remove the copy of " + what;
     if (job.kind == MoveJob::Kind::Links)
-        return "Change links to " + what + " to " + first.to.filename().native();
+        return "Change links to " + what + (isOne ? " to " + shortPlace(first) : "");
     return (job.kind == MoveJob::Kind::Copy ? "Copy "
             : isRename                      ? "Rename "
                                             : "Move ") +

@@ -113,7 +113,7 @@ MoveReport SiteMoves::runJob(MoveJob job, MoveRunner::ChangedPages changedPages)
 
 MoveReport SiteMoves::carryOut(const LinkPlan& plan)
 {
-    const bool isNothing = plan.request.changesLinksOnly && plan.pages.empty();
+    const bool isNothing = plan.request.itemsStay() && plan.pages.empty() && plan.symlinks.empty();
     if (plan.request.items.empty() || isNothing)
         return {};
     MoveReport report = runJob(jobOf(plan), MoveRunner::ChangedPages::Refused);

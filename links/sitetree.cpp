@@ -114,15 +114,31 @@ Result<void> SiteTree::addFolder(Id folder, const std::string& path, const Still
     return {};
 }
 
-void SiteTree::rename(Id id, std::string_view name)
+void SiteTree::putBack(Id id, std::string_view subpath)
 {
     if (id == none)
         return;
-    m_entries[id].nameBegin = static_cast<std::uint32_t>(m_names.size());
-    m_entries[id].nameLength = static_cast<std::uint16_t>(name.size());
-    if (m_entries[id].type != Type::Folder)
-        m_entries[id].kind = fileKind(name);
-    m_names += name;
+    // Its old folder may have the name that it has now.
+    m_entries[id].parent = none;
+    buildTable();
+    Id folder = root;
+    for (std::size_t slash = subpath.find('/'); slash != std::string_view::npos; slash = subpath.find('/')) {
+        const std::string_view name = subpath.substr(0, slash);
+        Id next = child(folder, name);
+        if (next == none) {
+            next = add(folder, name, Type::Folder);
+            buildTable();
+        }
+        folder = next;
+        subpath.remove_prefix(slash + 1);
+    }
+    Entry& entry = m_entries[id];
+    entry.parent = folder;
+    entry.nameBegin = static_cast<std::uint32_t>(m_names.size());
+    entry.nameLength = static_cast<std::uint16_t>(subpath.size());
+    if (entry.type != Type::Folder)
+        entry.kind = fileKind(subpath);
+    m_names += subpath;
     buildTable();
 }
 

@@ -35,8 +35,9 @@ public:
     /// A tree of which nothing has been read: its root counts as an unreadable folder.
     static SiteTree unread(const std::filesystem::path& root);
 
-    /// Gives an item another name, as it had when the disk was another. files() keeps its order.
-    void rename(Id id, std::string_view name);
+    /// Gives an item the place that it had before the disk was changed, and makes folders that it needs. files() keeps its
+    /// order.
+    void putBack(Id id, std::string_view subpath);
 
     /// All items but folders and symbolic links to folders, in the byte order of the subpaths.
     [[nodiscard]] const std::vector<Id>& files() const { return m_files; }

@@ -5,6 +5,8 @@
 
 #include <QTest>
 
+#include <array>
+
 using namespace luma;
 using test::Files;
 using test::Site;
@@ -188,17 +190,22 @@ private slots:
 
     void renamedAlready_isPlannedAsBefore()
     {
-        for (const char* const name : {"d", "d/index.html"}) {
+        using Pair = std::array<const char*, 2>;
+        for (const auto& [from, to] :
+             {Pair{"d", "n.html"}, Pair{"d/index.html", "d/n.html"}, Pair{"d/index.html", "e/f/x.html"},
+              Pair{"d", "e/f/d"}, Pair{"d/index.html", "d.html"}, Pair{"g/d", "d"}}) {
             const Site site({{"d/index.html", "<a href=./><a href=../o.html>"},
-                             {"o.html", "<a href=d/><a href=d/index.html>"}});
-            MoveRequest request{site.root(),
-                                {},
-                                MoveOperation::Move,
-                                {{site.at(name), site.at(name).parent_path() / "n.html"}},
-                                {}};
+                             {"g/d/x.html", "<a href=../../o.html>"},
+                             {"o.html", "<a href=d/><a href=d/index.html><a href=g/d/x.html>"}});
+            if (std::string_view(to) == "d")
+                std::filesystem::remove_all(site.at("d"));
+            std::filesystem::create_directories(site.at(to).parent_path());
+            MoveRequest request{site.root(), {}, MoveOperation::Move, {{site.at(from), site.at(to)}}, {}};
             const Files files = changedPages(site, *planMove(request));
             QVERIFY(!files.empty());
             std::filesystem::rename(request.items[0].from, request.items[0].to);
+            std::error_code error;
+            std::filesystem::remove(request.items[0].from.parent_path(), error); // if it is empty
             request.isRenamedAlready = true;
             const auto plan = planMove(request);
             Files after;

@@ -10,6 +10,9 @@
 #include <QCheckBox>
 #include <QDialog>
 #include <QFileDialog>
+#include <QFrame>
+#include <QLabel>
+#include <QThreadPool>
 #include <QTreeView>
 
 namespace fs = std::filesystem;
@@ -112,6 +115,36 @@ private slots:
         QTRY_VERIFY(preview());
         site.reset();
         QCOMPARE(folders->contents(), before);
+    }
+
+    void outsideMove_isOffered()
+    {
+        folders->makeFolder("sending/d");
+        // The watcher runs and the pane knows the files.
+        int attempt = 0;
+        QTRY_VERIFY((folders->put("sending/d/seen", std::to_string(++attempt)),
+                     SiteWindow::item(site->source(), 0, "d").isValid()));
+        QTRY_VERIFY2(QThreadPool::globalInstance()->activeThreadCount() == 0, "jobs are running");
+        const test::Files before = folders->contents();
+        fs::rename(folders->at("sending/x.html"), folders->at("sending/d/y.html"));
+        auto& bar = site->find<QFrame>("outsideMoveBar");
+        QTRY_VERIFY(bar.isVisible());
+        QCOMPARE(site->find<QLabel>("outsideMoveLabel").text(),
+                 "Another program has moved x.html to d/y.html. Links still lead to the old place.");
+        test::saveScreenshots(*site->window, "outside-move");
+        site->click("updateLinksButton");
+        QTRY_VERIFY(preview());
+        QVERIFY(!bar.isVisible());
+        QCOMPARE(rows(), (QStringList{"a.html|1|/x.html|/d/y.html", "index.html|1|x.html|d/y.html",
+                                      "index.html|2|x.html#t|d/y.html#t"}));
+        preview()->accept();
+        QTRY_VERIFY(site->isDone());
+        QCOMPARE(folders->bytesOf("sending/a.html"), "<img src=/d/y.html><a href=gone.html>");
+        site->find<QDialog>("progressPanel").accept();
+        // Only what we have done is taken back.
+        site->find<QAction>("undoMoveAction").trigger();
+        QTRY_COMPARE(folders->bytesOf("sending/a.html"), before.at("sending/a.html"));
+        QVERIFY(fs::exists(folders->at("sending/d/y.html")));
     }
 
     void missingTarget_isReplacedEverywhere()
