@@ -57,7 +57,7 @@ function(luma_program NAME)
   if(ARG_FOR_TESTS)
     target_compile_options(${NAME} PRIVATE ${LUMA_BARE_LITERALS})
     target_precompile_headers(${NAME} REUSE_FROM luma_test_headers)
-  else()
+  elseif(ARG_LINK) # else it does without Qt
     target_precompile_headers(${NAME} REUSE_FROM luma_headers)
   endif()
   set_target_properties(${NAME} PROPERTIES RUNTIME_OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/bin)
