@@ -3,9 +3,14 @@
 
 #include "base/files.h"
 
-#include <cerrno>
-#include <cstdio>
 #include <fcntl.h>
+#include <sys/vfs.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstdint>
+#include <cstdio>
 #include <system_error>
 
 namespace luma {
@@ -44,6 +49,18 @@ bool isUnsupported(int code)
 Times timesOf(const struct stat& status)
 {
     return {status.st_atim, status.st_mtim};
+}
+
+bool isOnServer(const fs::path& path)
+{
+    constexpr auto onServers = std::to_array<std::uint32_t>(
+        {0x6969 /* NFS */, 0x517B /* SMB */, 0xFF534D42 /* CIFS */, 0xFE534D42 /* SMB 2 */,
+         0x65735546 /* FUSE */, 0x5346414F /* AFS */, 0x6B414653 /* kAFS */, 0x73757245 /* Coda */,
+         0x01021997 /* 9P */, 0x00C36400 /* Ceph */, 0x786F4256 /* VirtualBox */});
+    struct statfs status = {};
+    return ::statfs(path.c_str(), &status) != 0 ||
+           std::find(onServers.begin(), onServers.end(), static_cast<std::uint32_t>(status.f_type)) !=
+               onServers.end();
 }
 
 std::string temporaryTemplate(const fs::path& target)

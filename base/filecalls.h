@@ -30,6 +30,10 @@ bool isUnsupported(int code);
 using Times = std::array<timespec, 2>; // last access and last modification, as futimens(3) takes them
 Times timesOf(const struct stat& status);
 
+/// Whether `path` is on a file system of a server or in user space, as most of those are (statfs(2)); true if that can't be
+/// told. Other computers may then change it unseen.
+bool isOnServer(const std::filesystem::path& path);
+
 /// A template for mkostemp(3) and mkdtemp(3): a hidden name beside `target`, in the form that a publish takes for our own
 /// temporary file.
 std::string temporaryTemplate(const std::filesystem::path& target);

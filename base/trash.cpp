@@ -7,10 +7,8 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/vfs.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstdlib>
@@ -22,10 +20,6 @@ namespace luma {
 namespace fs = std::filesystem;
 
 namespace {
-
-// From statfs(2): file systems of servers, and those in user space, most of which are.
-constexpr std::array<unsigned long, 8> serverFileSystems = {
-    0x6969UL, 0x517bUL, 0xff534d42UL, 0xfe534d42UL, 0x65735546UL, 0x5346414fUL, 0x73757245UL, 0x01021997UL};
 
 struct TrashFolder
 {
@@ -59,14 +53,6 @@ fs::path dataFolder()
         return data;
     const char* home = std::getenv("HOME");
     return home && *home == '/' ? fs::path(home) / ".local/share" : fs::path();
-}
-
-bool isOnServer(const fs::path& path)
-{
-    struct statfs status = {};
-    return ::statfs(path.c_str(), &status) != 0 ||
-           std::find(serverFileSystems.begin(), serverFileSystems.end(),
-                     static_cast<unsigned long>(status.f_type) & 0xffffffffUL) != serverFileSystems.end();
 }
 
 std::optional<TrashFolder> volumeTrash(const fs::path& folder, dev_t device)

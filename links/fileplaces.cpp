@@ -24,11 +24,6 @@ std::string joined(const std::string& folder, const std::string& name)
     return folder.empty() ? name : folder + "/" + name;
 }
 
-std::string nameOf(const std::string& path)
-{
-    return path.substr(path.rfind('/') + 1);
-}
-
 } // namespace
 
 /// Finds the places of items that have gone among those that have come.
@@ -40,7 +35,7 @@ public:
         for (const auto& [path, identity] : come) {
             m_byInode.emplace(identity.inode, path);
             if (!identity.isFolder)
-                m_byName.emplace(nameOf(path), path);
+                m_byName.emplace(namePart(path), path);
         }
     }
 
@@ -68,7 +63,7 @@ private:
     [[nodiscard]] std::optional<std::string> copyOf(const std::string& path, const Identity& identity) const
     {
         std::optional<std::string> copy;
-        const auto [first, last] = m_byName.equal_range(nameOf(path));
+        const auto [first, last] = m_byName.equal_range(std::string(namePart(path)));
         for (auto found = first; found != last; ++found) {
             const auto come = m_come.find(found->second);
             if (come == m_come.end() || !looksAlike(identity, come->second))

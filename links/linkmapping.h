@@ -19,6 +19,8 @@ struct MovedItem
 {
     std::filesystem::path from;
     std::filesystem::path to;
+
+    bool operator==(const MovedItem&) const = default;
 };
 
 /// The value that a link needs to lead to the same file when its page moves from one folder to the other; the

@@ -8,10 +8,7 @@
 #include "links/targetreader.h"
 #include "links/unlinkedfiles.h"
 
-#include <sys/vfs.h>
-
 #include <algorithm>
-#include <array>
 #include <deque>
 #include <utility>
 #include <vector>
@@ -23,19 +20,6 @@ namespace fs = std::filesystem;
 namespace {
 
 using Id = SiteTree::Id;
-
-// Whether no other computer can change what is there.
-bool isLocal(const fs::path& folder)
-{
-    constexpr auto network = std::to_array<std::uint32_t>(
-        {0x6969 /* NFS */, 0x517B /* SMB */, 0xFF534D42 /* CIFS */, 0xFE534D42 /* SMB 2 */,
-         0x65735546 /* FUSE */, 0x01021997 /* 9P */, 0x00C36400 /* Ceph */, 0x5346414F /* AFS */,
-         0x6B414653 /* kAFS */, 0x786F4256 /* VirtualBox */});
-    struct statfs status = {};
-    return ::statfs(folder.c_str(), &status) == 0 &&
-           std::find(network.begin(), network.end(), static_cast<std::uint32_t>(status.f_type)) ==
-               network.end();
-}
 
 // The files that a link to `target` may get: an index page in the place of a folder.
 std::vector<Id> filesFor(Id target, const SiteTree& tree, const WebRules& rules)
@@ -67,7 +51,7 @@ public:
         const Id id = m_tree.find(item);
         if (id == SiteTree::none) {
             // A link to its folder leads to another index page now.
-            const std::string name = item.substr(item.rfind('/') + 1);
+            const std::string_view name = namePart(item);
             const std::vector<std::string>& names = rules.indexNames;
             return !rules.extensionsMayBeLeftOut &&
                    std::find(names.begin(), names.end(), name) == names.end();
@@ -137,7 +121,7 @@ Result<bool> SiteLinks::update(const WebRules& rules, const StillWanted& stillWa
                                const KeptPages::PageSink& read)
 {
     if (!m_isLocal)
-        m_isLocal = isLocal(m_site);
+        m_isLocal = !isOnServer(m_site);
     std::optional<KeptPages::Folders> changes;
     {
         const std::scoped_lock lock(m_changesMutex);

@@ -17,12 +17,8 @@ namespace {
 
 std::string cssEscape(std::string_view character)
 {
-    auto code =
-        static_cast<unsigned>(static_cast<unsigned char>(character.front())) & (0x7FU >> character.size());
-    for (const char c : character.substr(1))
-        code = code << 6U | (static_cast<unsigned char>(c) & 0x3FU);
     std::array<char, 16> text{};
-    (void)std::snprintf(text.data(), text.size(), "\\%X ", code);
+    (void)std::snprintf(text.data(), text.size(), "\\%X ", static_cast<unsigned>(codePoint(character)));
     return text.data();
 }
 
