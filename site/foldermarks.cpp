@@ -1,25 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/foldermarks.h"
 
+#include "site/syncrow.h"
+
 namespace luma {
 
 namespace {
 
 // Of the item in the source.
-SideMark compared(const FileFacts& source, const FileFacts& destination,
-                  const std::optional<PublishedFiles::Pair>& published)
+SideMark compared(const FileFacts& source, const FileFacts& destination, const std::string& path,
+                  const PublishedFiles& published)
 {
-    using Type = FileFacts::Type;
     if (source.type != destination.type)
         return SideMark::Different;
-    if (source.type == Type::Link)
-        return source.target == destination.target ? SideMark::None : SideMark::Different;
-    if (source.type != Type::File || source.isSameFile(destination) ||
-        (published && published->sent.isSameFile(source) && published->received.isSameFile(destination)))
+    if (source.type == FileFacts::Type::Folder)
         return SideMark::None;
-    if (source.time == destination.time)
+    const bool isUploaded = isListed(source, destination, published.find(path, Direction::Upload));
+    const bool isDownloaded = isListed(destination, source, published.find(path, Direction::Download));
+    if (isUploaded && isDownloaded)
         return SideMark::Different;
-    return source.time > destination.time ? SideMark::NewerHere : SideMark::NewerThere;
+    if (isUploaded)
+        return SideMark::NewerHere;
+    return isDownloaded ? SideMark::NewerThere : SideMark::None;
 }
 
 SideMark mirrored(SideMark mark)
@@ -48,7 +50,7 @@ FolderMarks marksOf(const std::string& folder, const ComparedSide::Items& source
             continue;
         }
         const std::string path = folder.empty() ? name : folder + '/' + name;
-        const SideMark mark = compared(facts, other->second, published.find(path, Direction::Upload));
+        const SideMark mark = compared(facts, other->second, path, published);
         if (mark != SideMark::None) {
             marks.source[name] = mark;
             marks.destination[name] = mirrored(mark);

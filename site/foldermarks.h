@@ -15,8 +15,8 @@ struct FolderMarks
     SideMarks destination;
 };
 
-/// Compares what both sides have in the folder at `folder` as publishing does: by size and time in whole seconds, or by
-/// what both had after the last publish. Folders count by being there alone; ignored items have no marks. Any thread.
+/// Compares what both sides have in the folder at `folder` as publishing does: an item that only an upload would list is
+/// newer in the source. Folders count by being there alone; ignored items have no marks. Any thread.
 FolderMarks marksOf(const std::string& folder, const ComparedSide::Items& source,
                     const ComparedSide::Items& destination, const PublishedFiles& published,
                     const IgnoredNames& ignored);

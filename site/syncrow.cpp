@@ -182,6 +182,12 @@ ComparisonReport judged(FoundFiles found, PublishedFiles before, Direction direc
     return report;
 }
 
+bool isListed(const FileFacts& sent, const FileFacts& received,
+              const std::optional<PublishedFiles::Pair>& known)
+{
+    return judge(sent, received, known).has_value();
+}
+
 void noteTransfer(PublishedFiles& published, const SyncRow& row, const FileFacts& received,
                   Direction direction)
 {

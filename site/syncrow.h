@@ -104,6 +104,11 @@ struct ComparisonReport
 /// missing.
 ComparisonReport judged(FoundFiles found, PublishedFiles before, Direction direction);
 
+/// Whether a comparison lists an item that both sides have. `known` is what both had after the last publish, in the same
+/// direction.
+bool isListed(const FileFacts& sent, const FileFacts& received,
+              const std::optional<PublishedFiles::Pair>& known);
+
 /// Notes in `published` that `row` was transferred, and what the receiving side has since.
 void noteTransfer(PublishedFiles& published, const SyncRow& row, const FileFacts& received,
                   Direction direction);
