@@ -309,9 +309,12 @@ bool Browser::reveal(const std::filesystem::path& item)
 {
     if (!m_model.rootNode())
         return false;
-    // The item may be newer than the last listing.
-    if (!m_selection.reach(item) && (refresh(), !m_selection.reach(item)))
-        return false;
+    if (!m_selection.reach(item)) {
+        // The item may be newer than the last listing.
+        refresh();
+        if (!m_selection.reach(item))
+            return false;
+    }
     for (int number = 0; number < m_currentColumn; ++number) {
         const QModelIndexList rows = m_columns[static_cast<std::size_t>(number)]->selectedRows();
         if (rows.size() == 1 && m_model.node(rows.first())->url() == item)

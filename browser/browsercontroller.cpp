@@ -70,11 +70,9 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     connect(m_fileJobs, &FileJobs::changed, this, &BrowserController::refreshLater);
     connect(m_fileJobs, &FileJobs::folderCreated, this, &BrowserController::nameNewFolder);
     // After the selection that a job causes, which shows its path in the same line.
-    connect(m_fileJobs, &FileJobs::failed, m_ui->fullPathToSelectedItem, &QLabel::setText,
-            Qt::QueuedConnection);
+    connect(m_fileJobs, &FileJobs::failed, this, &BrowserController::showProblem, Qt::QueuedConnection);
     connect(m_fileJobs, &FileJobs::deleted, this, &BrowserController::goOnAfterDeletion);
     connect(m_fileJobs, &FileJobs::undoable, this, &BrowserController::undoable);
-    connect(m_fileJobs, &FileJobs::undoFailed, m_ui->fullPathToSelectedItem, &QLabel::setText);
     connectLinks();
     connectOutsideMoves();
     connectConnection();
@@ -123,8 +121,7 @@ void BrowserController::connectBrowser()
         });
     connect(&browser().model(), &FileSystemModel::renameFailed, m_moveJobs, &MoveJobs::dropRename);
     // The old name just reappears, so the line below the columns says why.
-    connect(&browser().model(), &FileSystemModel::renameFailed, m_ui->fullPathToSelectedItem,
-            &QLabel::setText);
+    connect(&browser().model(), &FileSystemModel::renameFailed, this, &BrowserController::showProblem);
     connect(&browser().model(), &FileSystemModel::renamed, this,
             [this](const std::filesystem::path& oldPath, const std::filesystem::path& newPath) {
                 emit parentDoc.moveNotices().itemMoved({oldPath, newPath}, m_mountPath);
@@ -147,7 +144,7 @@ void BrowserController::connectMenu()
     connect(contextualMenu, &PaneMenu::linkCopyRequested, m_itemCommands, &ItemCommands::copyRelativeLink);
     connect(contextualMenu, &PaneMenu::propertiesRequested, m_itemCommands, &ItemCommands::showProperties);
     connect(contextualMenu, &PaneMenu::transferRequested, this, &BrowserController::transferRequested);
-    connect(m_itemCommands, &ItemCommands::failed, m_ui->fullPathToSelectedItem, &QLabel::setText);
+    connect(m_itemCommands, &ItemCommands::failed, this, &BrowserController::showProblem);
     m_itemCommands->fillOpenWith(contextualMenu->openWithMenu());
     connect(contextualMenu, &PaneMenu::newFolderRequested, this, &BrowserController::newFolder);
     connect(contextualMenu, &PaneMenu::duplicateRequested, this, &BrowserController::duplicateItem);
@@ -213,17 +210,17 @@ void BrowserController::connectLinks()
 
 void BrowserController::connectOutsideMoves()
 {
-    connect(m_outsideMoves, &OutsideMoves::found, this, &BrowserController::offerUpdate);
+    connect(m_outsideMoves, &OutsideMoves::foundChanged, this, &BrowserController::offerUpdate);
     connect(m_ui->ignoreMoveButton, &QPushButton::clicked, m_outsideMoves, &OutsideMoves::forgetFound);
     connect(m_ui->updateLinksButton, &QPushButton::clicked, this, [this] {
-        m_moveJobs->followItems(m_mountPath, m_offered, parentDoc.reportChoices());
+        m_moveJobs->followItems(m_mountPath, m_outsideMoves->found(), parentDoc.reportChoices());
         m_outsideMoves->forgetFound();
     });
 }
 
-void BrowserController::offerUpdate(const std::vector<MovedItem>& items)
+void BrowserController::offerUpdate()
 {
-    m_offered = items;
+    const std::vector<MovedItem>& items = m_outsideMoves->found();
     m_ui->outsideMoveBar->setVisible(!items.empty());
     const auto place = [this](const std::filesystem::path& path) {
         return displayText(path.lexically_relative(m_mountPath).native());
@@ -255,6 +252,12 @@ void BrowserController::doConnect()
         beginConnection();
     else
         disconnectPane();
+}
+
+void BrowserController::connectPane()
+{
+    if (!rootNode() && !m_isConnecting)
+        beginConnection();
 }
 
 void BrowserController::beginConnection()
@@ -332,7 +335,6 @@ void BrowserController::emptyPane()
     stopFindMissingLinks();
     stopFindUnlinkedItems();
     setConnectState({});
-    m_ui->fullPathToSelectedItem->clear();
     setRootNode(nullptr);
     m_siteLinks.reset();
     m_moveJobs->setKeptLinks({});
@@ -346,6 +348,7 @@ void BrowserController::setRootNode(FileSystemNodePointer root)
     browser().setEmptyText(
         tr("Not connected. Choose Connect, or set the folder in the connection settings."));
     m_ui->fullPathToSelectedItem->clear();
+    m_problemItem.reset();
     setConnecting(m_isConnecting);
 }
 
@@ -406,6 +409,12 @@ std::filesystem::path BrowserController::pathOf(const QModelIndex& item) const
     return browser().model().node(item)->url();
 }
 
+std::filesystem::path BrowserController::currentPath() const
+{
+    const QModelIndex item = browser().currentItem();
+    return item.isValid() ? pathOf(item) : std::filesystem::path();
+}
+
 BrowserController::Paths BrowserController::selectedPaths() const
 {
     Paths items;
@@ -430,11 +439,18 @@ void BrowserController::finishMenu(const QWidget& window, const QString& transfe
 
 void BrowserController::doBrowserClick()
 {
-    const QModelIndex item = browser().currentItem();
-    const QString path =
-        item.isValid() ? displayText(pathBelow(pathOf(item).native(), m_mountPath.native()).value_or(""))
-                       : QString();
+    const std::filesystem::path item = currentPath();
+    if (m_problemItem == item)
+        return;
+    m_problemItem.reset();
+    const QString path = displayText(pathBelow(item.native(), m_mountPath.native()).value_or(""));
     m_ui->fullPathToSelectedItem->setText(path.isEmpty() ? path : tr("Relative Path: ") + path);
+}
+
+void BrowserController::showProblem(const QString& reason)
+{
+    m_ui->fullPathToSelectedItem->setText(reason);
+    m_problemItem = currentPath();
 }
 
 void BrowserController::openItem()

@@ -4,13 +4,13 @@
 #include "browser/filesystemnode.h"
 #include "browser/linkreportrun.h"
 #include "browser/mountstep.h"
-#include "links/linkupdatingmove.h"
 
 #include <QObject>
 
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace Ui {
@@ -63,6 +63,9 @@ public:
 
     /// Called when the window has opened: connects if the endpoint says so, otherwise disconnects.
     void doConnect();
+    /// Connects a pane that is not connected, whatever the endpoint says.
+    void connectPane();
+    [[nodiscard]] bool isConnecting() const { return m_isConnecting; }
     void disconnectPane();
     /// The pane's menu shows the keys of the window's actions, and `transferTitle` for the transfer of the selected
     /// items.
@@ -123,12 +126,12 @@ private:
     LinkReportPanel* m_reportPanel = nullptr;
     UnlinkedItemsPanel* unlinkedItemsPanel = nullptr;
     OutsideMoves* m_outsideMoves = nullptr;
-    std::vector<MovedItem> m_offered; // items whose links the user may update
     std::filesystem::path m_mountPath;
     std::shared_ptr<SiteLinks> m_siteLinks; // of m_mountPath, while it is connected
     bool m_isShare = false;
     bool m_isNamingNewFolder = false; // from the preparation of a rename to its end
     bool m_isConnecting = false;
+    std::optional<std::filesystem::path> m_problemItem; // what was current when the problem was shown
 
     void connectSheet();
     void connectBrowser();
@@ -136,7 +139,7 @@ private:
     void connectLinks();
     void connectConnection();
     void connectOutsideMoves();
-    void offerUpdate(const std::vector<MovedItem>& items);
+    void offerUpdate();
     void beginConnection();
     void finishConnection(const MountResult& result, const ConnectionRequest& request);
     void connectionSucceeded(const ConnectionRequest& request);
@@ -147,8 +150,10 @@ private:
     void setConnecting(bool connecting);
     void emptyPane();
     void folderChanged();
-    /// Shows where the current item is.
+    /// Shows where the current item is, in place of a problem with another one.
     void doBrowserClick();
+    /// Shows why something failed until another item is current: a refresh leaves it.
+    void showProblem(const QString& reason);
     void refreshLater(const Paths& select);
     void nameNewFolder(const std::filesystem::path& folder);
     void goOnAfterDeletion(const std::filesystem::path& next);
@@ -156,6 +161,8 @@ private:
     void startReport(LinkReportRun::Kind kind, const std::filesystem::path& item);
     [[nodiscard]] Paths selectedPaths() const;
     [[nodiscard]] std::filesystem::path pathOf(const QModelIndex& item) const;
+    /// Empty if no item is current.
+    [[nodiscard]] std::filesystem::path currentPath() const;
 };
 
 } // namespace luma

@@ -59,6 +59,7 @@ void FileJobs::newFolder(const std::filesystem::path& parent)
         return;
     }
     m_newFolder = std::make_shared<std::filesystem::path>(*folder);
+    // Where it is when it is taken back.
     emit undoable(tr("New Folder"), [guard = QPointer<FileJobs>(this), place = m_newFolder] {
         if (guard)
             guard->runUndo([named = *place] { return removeFolder(named); });
@@ -147,17 +148,16 @@ void FileJobs::offerUndo(const QString& title, const Undo& undo)
 
 void FileJobs::runUndo(const Undo& undo)
 {
-    setRunning(m_running + 1);
-    const QPointer<FileJobs> guard(this);
-    start(std::make_shared<WorkItem>(), [guard, undo](const WorkItem&) {
-        const Result<Paths> done = undo();
-        onMain(guard, [&done](FileJobs& self) {
-            self.setRunning(self.m_running - 1);
-            emit self.changed(done ? *done : Paths());
+    const auto back = std::make_shared<Paths>();
+    run(
+        [undo, back] {
+            auto done = undo();
             if (!done)
-                emit self.undoFailed(displayText(done.error().text));
-        });
-    });
+                return Outcome{.problem = done.error().text};
+            *back = *std::move(done);
+            return Outcome{};
+        },
+        [this, back] { emit changed(*back); });
 }
 
 /// Runs `job` in the background.

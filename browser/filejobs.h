@@ -55,8 +55,6 @@ signals:
     void deleted(const std::filesystem::path& next);
     /// Something was done that can be taken back: `undo`, called once, begins to. `title` says what it was: "Delete".
     void undoable(const QString& title, const std::function<void()>& undo);
-    /// Something could not be taken back, for this reason.
-    void undoFailed(const QString& reason);
 
 private:
     struct Outcome

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/itemproperties.h"
 
+#include "base/folderreader.h"
 #include "base/mainhop.h"
 #include "base/pathtext.h"
 #include "browser/countedtext.h"
@@ -29,37 +30,22 @@ struct Contents
     std::uintmax_t bytes = 0;
 };
 
-void add(const fs::path& item, Contents& contents)
+// The item, and all below it that can be read.
+void add(const std::string& item, Contents& contents, const WorkItem& work)
 {
-    std::error_code error;
-    const fs::file_status status = fs::symlink_status(item, error);
-    if (fs::is_directory(status)) {
-        ++contents.folders;
+    struct stat status = {};
+    if (work.isCancelled() || isMainHopClosed() || ::lstat(item.c_str(), &status) != 0)
+        return;
+    if (!S_ISDIR(status.st_mode)) {
+        ++contents.files;
+        contents.bytes += S_ISREG(status.st_mode) ? static_cast<std::uintmax_t>(status.st_size) : 0;
         return;
     }
-    ++contents.files;
-    if (fs::is_regular_file(status)) {
-        const std::uintmax_t size = fs::file_size(item, error);
-        contents.bytes += error ? 0 : size;
+    ++contents.folders;
+    if (auto folder = FolderReader::open(item)) {
+        while (const auto entry = folder->next())
+            add(item + '/' + entry->name(), contents, work);
     }
-}
-
-// What can't be read is left out.
-Contents contentsOf(const std::vector<fs::path>& items, const WorkItem& work)
-{
-    Contents contents;
-    for (const fs::path& item : items) {
-        add(item, contents);
-        std::error_code error;
-        if (fs::is_symlink(fs::symlink_status(item, error)))
-            continue;
-        fs::recursive_directory_iterator below(item, fs::directory_options::skip_permission_denied, error);
-        for (; !error && below != fs::recursive_directory_iterator() && !work.isCancelled() &&
-               !isMainHopClosed();
-             below.increment(error))
-            add(below->path(), contents);
-    }
-    return contents;
 }
 
 QString permissions(mode_t mode)
@@ -150,7 +136,9 @@ void ItemProperties::count(const std::vector<fs::path>& items)
     m_count = std::make_shared<WorkItem>();
     const QPointer<ItemProperties> guard(this);
     start(m_count, [guard, items](const WorkItem& work) {
-        Contents contents = contentsOf(items, work);
+        Contents contents;
+        for (const fs::path& item : items)
+            add(item.native(), contents, work);
         if (items.size() == 1 && contents.folders > 0)
             --contents.folders; // the folder itself
         onMain(guard, [&](ItemProperties& self) {

@@ -80,9 +80,8 @@ void OutsideMoves::end()
 
 void OutsideMoves::forgetFound()
 {
-    if (!m_found.empty())
-        emit found({});
-    m_found.clear();
+    if (!std::exchange(m_found, {}).empty())
+        emit foundChanged();
 }
 
 void OutsideMoves::noteOwn(const MovedItem& item)
@@ -184,14 +183,17 @@ void OutsideMoves::judge()
     request.keptLinks = m_links;
     const QPointer<OutsideMoves> guard(this);
     start(m_item, [guard, item = m_item, request, items = m_found](const WorkItem&) {
-        std::vector<MovedItem> linked = items;
-        std::erase_if(linked, [&](const MovedItem& moved) { return !isLinked(moved, request, *item); });
+        std::vector<MovedItem> settled = items;
+        std::erase_if(settled, [&](const MovedItem& moved) { return isLinked(moved, request, *item); });
         onMain(guard, [&](OutsideMoves& self) {
             if (self.m_item != item)
                 return;
             self.m_item.reset();
-            self.m_found = std::move(linked);
-            emit self.found(self.m_found);
+            // The user may have decided about them meanwhile.
+            std::erase_if(self.m_found, [&settled](const MovedItem& found) {
+                return std::find(settled.begin(), settled.end(), found) != settled.end();
+            });
+            emit self.foundChanged();
             self.look();
         });
     });

@@ -36,12 +36,13 @@ public:
     /// Items in these folders have changed, or anywhere without them. `links` are what is kept of the site's.
     void siteChanged(const std::optional<std::set<std::string>>& folders, const WebRules& rules,
                      std::shared_ptr<SiteLinks> links);
+    /// What has moved since it was begun or forgotten, if pages link to it.
+    [[nodiscard]] const std::vector<MovedItem>& found() const { return m_found; }
     /// The user has decided about what was found.
     void forgetFound();
 
 signals:
-    /// What has moved since it was begun or forgotten, if pages link to it; else nothing.
-    void found(const std::vector<luma::MovedItem>& items);
+    void foundChanged();
 
 private:
     using Folders = std::optional<std::set<std::string>>;
@@ -55,7 +56,7 @@ private:
     WebRules m_rules;
     std::shared_ptr<SiteLinks> m_links;
     std::vector<MovedItem> m_own;   // moved by us, and not seen on the disk yet
-    std::vector<MovedItem> m_found; // moved by others
+    std::vector<MovedItem> m_found; // moved by others; the last ones are perhaps not judged yet
 
     void noteOwn(const MovedItem& item);
     void look();

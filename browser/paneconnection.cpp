@@ -14,10 +14,6 @@ using Guard = QPointer<PaneConnection>;
 /// Runs one job on its background thread.
 void run(const Guard& guard, const WorkItem& item, const ConnectionRequest& request, VolumeMounter& mounter)
 {
-    onMain(guard, [&](PaneConnection& connection) {
-        if (!item.isCancelled())
-            emit connection.started();
-    });
     if (item.isCancelled()) {
         printLine("workItem is cancelled");
         return;
@@ -47,6 +43,7 @@ PaneConnection::~PaneConnection()
 
 void PaneConnection::begin(const ConnectionRequest& request)
 {
+    emit started();
     workItem = std::make_shared<WorkItem>();
     const Guard guard(this);
     start(workItem, [guard, request, mounter = m_mounter](const WorkItem& item) {

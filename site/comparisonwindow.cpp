@@ -165,11 +165,11 @@ void ComparisonWindow::compare(const Side& left, const Side& right)
 {
     start(m_workItem, [self = QPointer(this), left = left.file, right = right.file](const WorkItem& item) {
         const auto texts = readTexts(left, right, item);
-        onMain(self, [&](ComparisonWindow& window) { window.show(texts); });
+        onMain(self, [&](ComparisonWindow& window) { window.showTexts(texts); });
     });
 }
 
-void ComparisonWindow::show(const Result<Texts>& texts)
+void ComparisonWindow::showTexts(const Result<Texts>& texts)
 {
     if (!texts) {
         m_status->setText(QString::fromStdString(texts.error().text));

@@ -51,7 +51,7 @@ private:
     QPlainTextEdit* makeText(const Side& side);
     void buildWindow(const Side& left, const Side& right);
     void compare(const Side& left, const Side& right);
-    void show(const Result<Texts>& texts);
+    void showTexts(const Result<Texts>& texts);
     void goTo(int step);
 };
 

@@ -403,28 +403,33 @@ void HaldenDoc::sync(Direction direction, const std::vector<std::string>& only)
 
 void HaldenDoc::publishPage(const std::filesystem::path& page)
 {
+    m_source->connectPane();
+    m_destination->connectPane();
     m_pageToPublish = page;
-    for (BrowserController* pane : {m_source, m_destination}) {
-        if (!pane->rootNode())
-            pane->doConnect();
-    }
     publishWaitingPage();
 }
 
 void HaldenDoc::publishWaitingPage()
 {
-    if (m_pageToPublish.empty() || !m_source->rootNode() || !m_destination->rootNode())
+    for (const BrowserController* pane : {m_source, m_destination}) {
+        if (pane->rootNode())
+            continue;
+        if (!pane->isConnecting())
+            m_pageToPublish.clear(); // the connection has failed
         return;
-    m_pageSearch = std::make_shared<WorkItem>();
-    start(m_pageSearch, [self = QPointer(this), page = std::exchange(m_pageToPublish, {}),
-                         site = m_source->mountPath(), rules = reportChoices().webRules](const WorkItem&) {
-        const auto needed = findNeededFiles(site, page, rules);
-        onMain(self, [&](HaldenDoc& window) {
-            // If the site can't be read, the comparison says so.
-            const std::string name = page.lexically_relative(site).native();
-            window.sync(Direction::Upload, needed ? *needed : std::vector<std::string>{name});
-        });
-    });
+    }
+    if (m_pageToPublish.empty())
+        return;
+    start(std::make_shared<WorkItem>(),
+          [self = QPointer(this), page = std::exchange(m_pageToPublish, {}), site = m_source->mountPath(),
+           rules = reportChoices().webRules](const WorkItem&) {
+              const auto needed = findNeededFiles(site, page, rules);
+              onMain(self, [&](HaldenDoc& window) {
+                  // If the site can't be read, the comparison says so.
+                  const std::string name = page.lexically_relative(site).native();
+                  window.sync(Direction::Upload, needed ? *needed : std::vector<std::string>{name});
+              });
+          });
 }
 
 void HaldenDoc::showInPane(const std::string& path, bool isSent)

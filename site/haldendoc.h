@@ -120,7 +120,6 @@ private:
     SyncPanel* m_syncPanel = nullptr;
     RestorePanel* m_restorePanel = nullptr;
     std::filesystem::path m_pageToPublish; // until both panes have connected
-    WorkItemPointer m_pageSearch;
     bool m_rsync = false;
     bool m_isNew = true; // the source has not been connected yet
 

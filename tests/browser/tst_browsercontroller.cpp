@@ -200,6 +200,10 @@ private slots:
         site.put("css/fonts/mine.txt");
         undo[0]();
         QTRY_VERIFY(site.text("fullPathToSelectedItem").contains("not empty"));
+        site.pane->browser().refresh();
+        QVERIFY(site.text("fullPathToSelectedItem").contains("not empty"));
+        click(site, "browserList0", "index.html");
+        QCOMPARE(site.text("fullPathToSelectedItem"), "Relative Path: index.html");
         fs::remove_all(site.at("css/fonts"));
         QCOMPARE(site.folder.listing(), before);
     }

@@ -326,6 +326,11 @@ private slots:
         QTRY_COMPARE(m_site->rows(), (QStringList{"+docs/p.html", "+i.png"}));
         m_site->click("cancelButton");
         QVERIFY(m_site->isConnected());
+        m_site->destination().disconnectPane();
+        m_folders->put("sending/docs/p.html", "<img src=../else.png>");
+        window().publishPage(m_folders->at("sending/docs/p.html"));
+        QTRY_COMPARE(m_site->rows(), (QStringList{"+docs/p.html", "+else.png"}));
+        m_site->click("cancelButton");
     }
 
     void differingTexts_areShownSideBySide()
