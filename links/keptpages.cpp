@@ -63,6 +63,17 @@ struct KeptPages::Fresh
     std::vector<std::uint32_t> targets;
     std::vector<WebLink> missing;
     bool dependsOnDisk = false;
+
+    static Fresh read(const std::string& path, SitePageReader& reader, std::int64_t clockStep)
+    {
+        Fresh fresh;
+        fresh.stamp = FileStamp::of(path, clockStep);
+        if (const auto read = reader.read(path); !read)
+            fresh.unreadable = read.error().text;
+        else
+            fresh.digest.emplace(reader);
+        return fresh;
+    }
 };
 
 /// Judges the links of one page after another; each thread has its own. Within a folder most addresses occur again and again,
@@ -71,19 +82,6 @@ class KeptPages::Judging final
 {
 public:
     explicit Judging(BrowserSite& site) : m_site(&site), m_judge(site, site.rules().fragmentsAreChecked) {}
-
-    Fresh read(Id id, std::int64_t clockStep)
-    {
-        Fresh fresh;
-        const std::string path = m_site->tree().path(id);
-        fresh.stamp = FileStamp::of(path, clockStep);
-        if (const auto read = m_reader.read(path); !read) {
-            fresh.unreadable = read.error().text;
-            return fresh;
-        }
-        fresh.digest.emplace(m_reader);
-        return fresh;
-    }
 
     // Judges the links of a page just read.
     void judge(Fresh& fresh, Id id)
@@ -155,7 +153,6 @@ private:
 
     BrowserSite* m_site;
     LinkJudge m_judge;
-    SitePageReader m_reader;
     std::vector<Verdict> m_remembered; // by text, for links that are not missing
     SiteAddresses::Page m_page;
     Id m_id = SiteTree::none;
@@ -164,29 +161,52 @@ private:
 Result<bool> KeptPages::update(const WebRules& rules, const std::optional<Folders>& changedFolders,
                                const StillWanted& stillWanted, const PageSink& read)
 {
-    std::optional<Numbers> stale = mayTrust(changedFolders) ? staleIn(*changedFolders) : std::nullopt;
-    if (!stale) {
-        auto found = findStale(stillWanted);
-        if (!found) {
-            m_judged.reset();
-            return found.error().isStopped() ? Result<bool>(false) : Result<bool>(found.error());
-        }
-        stale = *std::move(found);
-    }
+    if (const auto stale = mayTrust(changedFolders) ? staleIn(*changedFolders) : std::nullopt)
+        return bringUp(*stale, rules, stillWanted, read);
+    auto tree = SiteTree::read(m_site, stillWanted);
+    if (tree)
+        return update(*std::move(tree), rules, stillWanted, read);
+    m_judged.reset();
+    return tree.error().isStopped() ? Result<bool>(false) : Result<bool>(tree.error());
+}
+
+bool KeptPages::update(SiteTree tree, const WebRules& rules, const StillWanted& stillWanted,
+                       const PageSink& read)
+{
+    takeTree(std::move(tree));
+    if (const auto stale = findStale(stillWanted))
+        return bringUp(*stale, rules, stillWanted, read);
+    m_judged.reset();
+    return false;
+}
+
+bool KeptPages::readChanged(SiteTree tree, const StillWanted& stillWanted)
+{
+    takeTree(std::move(tree));
+    const auto stale = findStale(stillWanted);
+    if (stale && readAndJudge(*stale, stillWanted))
+        return true;
+    m_judged.reset();
+    return false;
+}
+
+bool KeptPages::bringUp(const Numbers& stale, const WebRules& rules, const StillWanted& stillWanted,
+                        const PageSink& read)
+{
     const bool isNew = !m_judged || m_judged->rules() != rules;
     if (isNew)
         m_judged = std::make_unique<BrowserSite>(*m_tree, rules);
     bool isComplete = false;
-    if (isNew && stale->size() == m_pages.size()) {
+    if (isNew && stale.size() == m_pages.size()) {
         isComplete = readAll(stillWanted, read);
         m_judged->anchors().clear();
         lendPlaces();
-    } else {
-        if (isNew)
-            lendPlaces();
+    } else if (isNew) {
+        lendPlaces();
         Numbers withOtherPlaces;
-        isComplete = readStale(*stale, withOtherPlaces, stillWanted) &&
-                     judge(isNew ? all() : concerned(*stale, withOtherPlaces), stillWanted);
+        isComplete = readStale(stale, withOtherPlaces, stillWanted) && judge(all(), stillWanted);
+    } else {
+        isComplete = readAndJudge(stale, stillWanted);
     }
     if (!isComplete)
         m_judged.reset();
@@ -226,14 +246,9 @@ std::optional<KeptPages::Numbers> KeptPages::staleIn(const Folders& folders) con
     return stale;
 }
 
-// Reads the tree and looks at every page.
-Result<KeptPages::Numbers> KeptPages::findStale(const StillWanted& stillWanted)
+// Looks at every page. Nothing when it was stopped.
+std::optional<KeptPages::Numbers> KeptPages::findStale(const StillWanted& stillWanted) const
 {
-    auto tree = SiteTree::read(m_site, stillWanted);
-    if (!tree)
-        return tree.error();
-    if (!m_tree || !m_tree->hasSameItems(*tree))
-        takeTree(*std::move(tree));
     constexpr std::size_t batch = 256;
     using Work = OrderedWork<Numbers>;
     Numbers stale;
@@ -252,12 +267,14 @@ Result<KeptPages::Numbers> KeptPages::findStale(const StillWanted& stillWanted)
                                 .run(lookAt, [&stale](std::size_t, const Numbers& found) {
                                     stale.insert(stale.end(), found.begin(), found.end());
                                 });
-    return isComplete ? Result<Numbers>(std::move(stale)) : stoppedError(m_site);
+    return isComplete ? std::optional(std::move(stale)) : std::nullopt;
 }
 
 // Pages that stay keep what they say; both lists are in the order of the subpaths.
 void KeptPages::takeTree(SiteTree tree)
 {
+    if (m_tree && m_tree->hasSameItems(tree))
+        return;
     m_judged.reset();
     std::vector<StoredPage> old = takePages();
     m_tree = std::make_unique<const SiteTree>(std::move(tree));
@@ -308,6 +325,7 @@ bool KeptPages::readAll(const StillWanted& stillWanted, const PageSink& read)
     std::vector<std::unique_ptr<Judging>> workers;
     for (std::size_t worker = 0; worker < Work::workerCount(); ++worker)
         workers.push_back(std::make_unique<Judging>(*m_judged));
+    std::vector<SitePageReader> readers(Work::workerCount());
     for (KeptPage& page : m_pages)
         page.digest.reset();
     m_texts = {};
@@ -315,7 +333,7 @@ bool KeptPages::readAll(const StillWanted& stillWanted, const PageSink& read)
         .run(
             [&](std::size_t number, std::size_t worker) {
                 const Id id = m_pages[number].id;
-                Fresh fresh = workers[worker]->read(id, m_clockStep);
+                Fresh fresh = Fresh::read(m_tree->path(id), readers[worker], m_clockStep);
                 if (fresh.digest)
                     workers[worker]->judge(fresh, id);
                 return fresh;
@@ -335,21 +353,31 @@ bool KeptPages::readAll(const StillWanted& stillWanted, const PageSink& read)
 bool KeptPages::readStale(const Numbers& stale, Numbers& withOtherPlaces, const StillWanted& stillWanted)
 {
     using Work = OrderedWork<Fresh>;
-    std::vector<std::unique_ptr<Judging>> workers;
-    for (std::size_t worker = 0; worker < Work::workerCount(); ++worker)
-        workers.push_back(std::make_unique<Judging>(*m_judged));
+    std::vector<SitePageReader> readers(Work::workerCount());
     return Work(stale.size(), stillWanted)
-        .run([&](std::size_t index,
-                 std::size_t worker) { return workers[worker]->read(m_pages[stale[index]].id, m_clockStep); },
-             [&](std::size_t index, Fresh&& fresh) {
-                 KeptPage& page = m_pages[stale[index]];
-                 const bool isSame =
-                     page.digest && fresh.digest && page.digest->places == fresh.digest->places();
-                 if (!isSame)
-                     withOtherPlaces.push_back(stale[index]);
-                 keep(page, std::move(fresh));
-                 m_judged->anchors().replace(page.id, placesOf(page));
-             });
+        .run(
+            [&](std::size_t index, std::size_t worker) {
+                const std::string path = m_tree->path(m_pages[stale[index]].id);
+                return Fresh::read(path, readers[worker], m_clockStep);
+            },
+            [&](std::size_t index, Fresh&& fresh) {
+                KeptPage& page = m_pages[stale[index]];
+                const bool isSame =
+                    page.digest && fresh.digest && page.digest->places == fresh.digest->places();
+                if (!isSame)
+                    withOtherPlaces.push_back(stale[index]);
+                keep(page, std::move(fresh));
+                if (m_judged)
+                    m_judged->anchors().replace(page.id, placesOf(page));
+            });
+}
+
+// Judges only what the pages that are read again concern, if the others are judged.
+bool KeptPages::readAndJudge(const Numbers& stale, const StillWanted& stillWanted)
+{
+    Numbers withOtherPlaces;
+    return readStale(stale, withOtherPlaces, stillWanted) &&
+           (!m_judged || judge(concerned(stale, withOtherPlaces), stillWanted));
 }
 
 void KeptPages::keep(KeptPage& page, Fresh&& fresh)

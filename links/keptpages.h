@@ -57,6 +57,15 @@ public:
     /// Error: the site's folder can't be read.
     Result<bool> update(const WebRules& rules, const std::optional<Folders>& changedFolders,
                         const StillWanted& stillWanted, const PageSink& read = {});
+    /// Looks at every page of `tree`, the site's, just read.
+    bool update(SiteTree tree, const WebRules& rules, const StillWanted& stillWanted,
+                const PageSink& read = {});
+    /// Reads what has changed in the pages of `tree`. Where items have come or gone, links are judged no sooner than by the next
+    /// update: of pages() only what they say is valid.
+    bool readChanged(SiteTree tree, const StillWanted& stillWanted);
+
+    /// Whether nothing is kept or stored.
+    [[nodiscard]] bool isEmpty() const { return m_pages.empty() && m_stored.empty(); }
 
     /// Begins with what was stored; before the first update.
     void begin(LinkStore::Content content);
@@ -83,11 +92,14 @@ private:
 
     [[nodiscard]] bool mayTrust(const std::optional<Folders>& changedFolders) const;
     [[nodiscard]] std::optional<Numbers> staleIn(const Folders& folders) const;
-    Result<Numbers> findStale(const StillWanted& stillWanted);
+    [[nodiscard]] std::optional<Numbers> findStale(const StillWanted& stillWanted) const;
+    bool bringUp(const Numbers& stale, const WebRules& rules, const StillWanted& stillWanted,
+                 const PageSink& read);
     void takeTree(SiteTree tree);
     [[nodiscard]] std::vector<StoredPage> takePages();
     bool readAll(const StillWanted& stillWanted, const PageSink& read);
     bool readStale(const Numbers& stale, Numbers& withOtherPlaces, const StillWanted& stillWanted);
+    bool readAndJudge(const Numbers& stale, const StillWanted& stillWanted);
     bool judge(const Numbers& pages, const StillWanted& stillWanted);
     [[nodiscard]] Numbers concerned(const Numbers& stale, const Numbers& withOtherPlaces) const;
     [[nodiscard]] Numbers all() const;

@@ -257,21 +257,24 @@ Result<void> planPages(LinkPlan& plan, const std::vector<Candidate>& candidates,
 
 // The pages that have to be read, as far as that is known.
 Result<std::optional<std::set<std::string>>> linkingPages(const MoveRequest& request, const MovedLinks& links,
-                                                          const StillWanted& stillWanted)
+                                                          SiteTree now, const StillWanted& stillWanted)
 {
-    if (!request.keptLinks || request.keptLinks->site() != request.site)
+    const bool arePagesKept = request.operation == MoveOperation::Move && request.keptLinks &&
+                              request.keptLinks->site() == request.site;
+    if (!arePagesKept)
         return std::optional<std::set<std::string>>();
-    std::vector<std::string> moved;
+    SiteLinks::Wanted wanted{{}, links.places().namesInLinks()};
     for (const MovedPlaces::Item& item : links.items())
-        moved.push_back(item.from);
-    return request.keptLinks->pagesLeadingTo(moved, request.rules, stillWanted);
+        wanted.items.push_back(item.from);
+    return request.keptLinks->pagesLeadingTo(wanted, std::move(now), request.rules, stillWanted);
 }
 
+// `now`: the site, if the links need its tree.
 Result<void> addCandidates(Candidates& candidates, const MoveRequest& request, const MovedLinks& links,
-                           const StillWanted& stillWanted)
+                           std::optional<SiteTree> now, const StillWanted& stillWanted)
 {
-    if (links.tree()) {
-        const auto linking = linkingPages(request, links, stillWanted);
+    if (now) {
+        const auto linking = linkingPages(request, links, *std::move(now), stillWanted);
         if (!linking)
             return linking.error();
         candidates.addSite(*links.tree(), *linking);
@@ -320,14 +323,19 @@ Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWa
     plan.request.sourceRoot =
         request.sourceRoot.empty() ? plan.request.site : withoutEndSlashes(request.sourceRoot);
     checkItems(plan);
-    auto links = MovedLinks::read(plan.request, stillWanted);
-    if (!links)
-        return links.error();
-    plan.links = *std::move(links);
+    std::optional<SiteTree> now;
+    if (!plan.request.items.empty() && MovedLinks::needsTree(plan.request)) {
+        auto tree = SiteTree::read(plan.request.site, stillWanted);
+        if (!tree)
+            return tree.error();
+        now = *std::move(tree);
+    }
+    plan.links = MovedLinks::of(plan.request, now);
     if (plan.links->items().empty())
         return plan;
     Candidates candidates(plan.request, plan.links->places());
-    if (auto added = addCandidates(candidates, plan.request, *plan.links, stillWanted); !added)
+    if (auto added = addCandidates(candidates, plan.request, *plan.links, std::move(now), stillWanted);
+        !added)
         return added.error();
     if (auto planned = planPages(plan, candidates.take(), stillWanted); !planned)
         return planned.error();

@@ -49,29 +49,29 @@ MovedLinks::MovedLinks(const MoveRequest& request)
     }
 }
 
-Result<std::shared_ptr<const MovedLinks>> MovedLinks::read(const MoveRequest& request,
-                                                           const StillWanted& stillWanted)
+bool MovedLinks::needsTree(const MoveRequest& request)
 {
-    const std::shared_ptr<MovedLinks> links(new MovedLinks(request));
-    if (links->m_items.empty() || links->m_oldRoot != links->m_newRoot) {
-        links->m_places.emplace(links->m_items, nullptr, nullptr, request.rules);
-        return std::shared_ptr<const MovedLinks>(links);
+    return request.sourceRoot.empty() || request.sourceRoot == request.site;
+}
+
+std::shared_ptr<const MovedLinks> MovedLinks::of(const MoveRequest& request,
+                                                 const std::optional<SiteTree>& now)
+{
+    std::shared_ptr<MovedLinks> links(new MovedLinks(request));
+    if (links->m_items.empty() || !needsTree(request)) {
+        links->m_places.emplace(links->m_items, nullptr, request.rules);
+        return links;
     }
-    auto tree = SiteTree::read(request.site, stillWanted);
-    if (!tree)
-        return tree.error();
+    links->m_tree = now;
     for (const MovedPlaces::Item& item : links->m_items) {
         if (request.isRenamedAlready)
-            tree->putBack(tree->find(item.to), item.from);
+            links->m_tree->putBack(links->m_tree->find(item.to), item.from);
     }
-    links->m_tree.emplace(*std::move(tree));
-    if (request.changesLinksOnly) {
+    if (request.changesLinksOnly)
         links->m_places.emplace(MovedPlaces::ofTargets(links->m_items, request.rules));
-        return std::shared_ptr<const MovedLinks>(links);
-    }
-    links->m_paths.emplace(*links->m_tree, request.rules);
-    links->m_places.emplace(links->m_items, &*links->m_tree, &*links->m_paths, request.rules);
-    return std::shared_ptr<const MovedLinks>(links);
+    else
+        links->m_places.emplace(links->m_items, &*links->m_tree, request.rules);
+    return links;
 }
 
 Result<std::string> MovedLinks::updated(std::string_view source, const fs::path& oldFile,

@@ -20,10 +20,12 @@ namespace luma {
 class MovedLinks final
 {
 public:
-    /// Reads the site's folders, which must still be as they were before the move, but for isRenamedAlready. `request` has
-    /// paths as checked by planMove(). Error: the site can't be read, or the job was stopped (isStopped()).
-    static Result<std::shared_ptr<const MovedLinks>> read(const MoveRequest& request,
-                                                          const StillWanted& stillWanted = {});
+    /// `request` has paths as checked by planMove(). `now`: what is in the site's folder, which must still be as it was before
+    /// the move, but for isRenamedAlready; not needed where needsTree() says so.
+    static std::shared_ptr<const MovedLinks> of(const MoveRequest& request,
+                                                const std::optional<SiteTree>& now);
+    /// False where the items come from another root.
+    static bool needsTree(const MoveRequest& request);
 
     [[nodiscard]] const MovedPlaces& places() const { return *m_places; }
     [[nodiscard]] const SiteAddresses& addresses() const { return m_addresses; }
@@ -48,7 +50,6 @@ private:
     std::vector<MovedPlaces::Item> m_items;
     std::vector<MovedItem> m_movedItems;
     std::optional<SiteTree> m_tree;
-    std::optional<SitePaths> m_paths;
     std::optional<MovedPlaces> m_places;
 };
 

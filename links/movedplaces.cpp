@@ -21,9 +21,8 @@ bool hasLinkedFolders(const SiteTree& tree)
 
 } // namespace
 
-MovedPlaces::MovedPlaces(std::vector<Item> items, const SiteTree* tree, const SitePaths* paths,
-                         const WebRules& rules)
-    : m_items(std::move(items)), m_tree(tree), m_paths(paths), m_rules(rules)
+MovedPlaces::MovedPlaces(std::vector<Item> items, const SiteTree* tree, const WebRules& rules)
+    : m_items(std::move(items)), m_tree(tree), m_rules(rules)
 {
     std::set<std::size_t> lengths;
     bool anyIndex = false;
@@ -33,12 +32,13 @@ MovedPlaces::MovedPlaces(std::vector<Item> items, const SiteTree* tree, const Si
         anyIndex = anyIndex || isIndexName(namePart(m_items[i].from));
     }
     m_lengths.assign(lengths.begin(), lengths.end());
-    m_mayHaveOtherPaths = m_tree && (anyIndex || m_rules.extensionsMayBeLeftOut || hasLinkedFolders(*m_tree));
+    if (m_tree && (anyIndex || m_rules.extensionsMayBeLeftOut || hasLinkedFolders(*m_tree)))
+        m_paths.emplace(*m_tree, m_rules);
 }
 
 MovedPlaces MovedPlaces::ofTargets(std::vector<Item> items, const WebRules& rules)
 {
-    MovedPlaces places(std::move(items), nullptr, nullptr, rules);
+    MovedPlaces places(std::move(items), nullptr, rules);
     places.m_areTargets = true;
     return places;
 }
@@ -71,7 +71,7 @@ std::optional<NewPlace> MovedPlaces::newPlaceOf(const LinkTarget& target) const
     }
     if (auto path = movedPath(target.path))
         return NewPlace{*std::move(path), target.isFolderForm};
-    if (!m_mayHaveOtherPaths || !m_paths)
+    if (!m_paths)
         return std::nullopt;
     return newPlaceOfFile(target, m_paths->at(target));
 }
@@ -118,7 +118,7 @@ std::vector<std::string> MovedPlaces::namesInLinks() const
 {
     std::set<std::string> names;
     for (const Item& item : m_items)
-        names.emplace(m_mayHaveOtherPaths ? std::string_view() : namePart(item.from));
+        names.emplace(m_paths ? std::string_view() : namePart(item.from));
     return {names.begin(), names.end()};
 }
 

@@ -24,8 +24,8 @@ public:
         std::string to;
     };
 
-    /// `paths` knows the site before the move; without it, links to a folder's index page are taken for links to the folder.
-    MovedPlaces(std::vector<Item> items, const SiteTree* tree, const SitePaths* paths, const WebRules& rules);
+    /// `tree` is the site before the move; without it, links to a folder's index page are taken for links to the folder.
+    MovedPlaces(std::vector<Item> items, const SiteTree* tree, const WebRules& rules);
 
     /// Links that lead to exactly `from` lead to `to` from now on; nothing has another path.
     static MovedPlaces ofTargets(std::vector<Item> items, const WebRules& rules);
@@ -47,10 +47,9 @@ private:
     std::unordered_map<std::string, std::size_t> m_byFrom;
     std::vector<std::size_t> m_lengths; // of `from`, each once
     const SiteTree* m_tree;
-    const SitePaths* m_paths;
     WebRules m_rules;
+    std::optional<SitePaths> m_paths; // only where a link to an item may lead along a path without its name
     bool m_areTargets = false;
-    bool m_mayHaveOtherPaths = false; // a link to an item may lead along a path without its name
 };
 
 } // namespace luma

@@ -68,4 +68,15 @@ std::vector<DigestLink> PackedLinks::links() const
     return links;
 }
 
+bool PackedLinks::hasAnyOf(const std::vector<bool>& numbers) const
+{
+    FieldReader reader(m_bytes);
+    DigestLink link;
+    while (!reader.isAtEnd() && readLink(reader, link, numbers.size())) {
+        if (numbers[link.text])
+            return true;
+    }
+    return false;
+}
+
 } // namespace luma

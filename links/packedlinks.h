@@ -30,6 +30,8 @@ public:
     static PackedLinks fromBytes(std::string bytes, std::size_t textCount, bool& isWhole);
 
     [[nodiscard]] std::vector<DigestLink> links() const;
+    /// Whether one of them has a text whose number is set in `numbers`.
+    [[nodiscard]] bool hasAnyOf(const std::vector<bool>& numbers) const;
     [[nodiscard]] const std::string& bytes() const { return m_bytes; }
 
 private:

@@ -5,6 +5,8 @@
 #include "base/orderedwork.h"
 #include "base/pathbelow.h"
 #include "links/linkjudge.h"
+#include "links/namesearch.h"
+#include "links/percentencoding.h"
 #include "links/targetreader.h"
 #include "links/unlinkedfiles.h"
 
@@ -32,10 +34,18 @@ std::vector<Id> filesFor(Id target, const SiteTree& tree, const WebRules& rules)
     return files;
 }
 
-bool isAnythingKept(const KeptPages& pages, const std::optional<LinkStore>& store)
+// Whether an address, as a browser takes it from a page, writes one of the names.
+bool writesName(std::string_view address, const NameSearch& names)
 {
-    std::error_code error;
-    return !pages.pages().empty() || (store && fs::exists(store->file(), error));
+    // Browsers drop line ends and tabs, and decode once.
+    std::string plain;
+    if (address.find_first_of("\t\n\r") != std::string_view::npos) {
+        plain = address;
+        std::erase_if(plain, [](char c) { return c == '\t' || c == '\n' || c == '\r'; });
+        address = plain;
+    }
+    return names.holdsAny(address) ||
+           (address.find('%') != std::string_view::npos && names.holdsAny(percentDecoded(address)));
 }
 
 /// Tells whether a page may link to one of some items, or to something below one.
@@ -128,32 +138,55 @@ Result<bool> SiteLinks::update(const WebRules& rules, const StillWanted& stillWa
         if (m_isWatched && *m_isLocal)
             changes = std::exchange(m_changes, KeptPages::Folders());
     }
-    if (m_store && !std::exchange(m_isLoaded, true)) {
-        if (auto content = m_store->load())
-            m_pages.begin(*std::move(content));
-    }
+    load();
     return m_pages.update(rules, changes, stillWanted, read);
 }
 
-Result<std::optional<std::set<std::string>>> SiteLinks::pagesLeadingTo(const std::vector<std::string>& items,
+void SiteLinks::load()
+{
+    if (!m_store || std::exchange(m_isLoaded, true))
+        return;
+    if (auto content = m_store->load())
+        m_pages.begin(*std::move(content));
+}
+
+std::set<std::string> SiteLinks::pagesWriting(const std::vector<std::string>& names) const
+{
+    const NameSearch search(names);
+    const AddressTexts& texts = m_pages.texts();
+    std::vector<bool> isWanted(texts.size());
+    for (AddressTexts::Number number = 0; number < texts.size(); ++number)
+        isWanted[number] = writesName(texts.text(number), search);
+    std::set<std::string> found;
+    for (const KeptPage& page : m_pages.pages()) {
+        // A base is no link, but leads somewhere, too.
+        if (!page.digest || !page.digest->base.empty() || page.digest->links.hasAnyOf(isWanted))
+            found.insert(m_pages.tree().subpath(page.id));
+    }
+    return found;
+}
+
+Result<std::optional<std::set<std::string>>> SiteLinks::pagesLeadingTo(const Wanted& wanted, SiteTree tree,
                                                                        const WebRules& rules,
                                                                        const StillWanted& stillWanted)
 {
     // A move does not wait until all pages have been read for what is kept.
     const std::unique_lock lock(m_mutex, std::try_to_lock);
-    if (!lock || !isAnythingKept(m_pages, m_store))
+    if (lock)
+        load();
+    if (!lock || m_pages.isEmpty())
         return std::optional<std::set<std::string>>();
-    {
-        const std::scoped_lock changesLock(m_changesMutex);
-        m_changes.reset();
+    const bool haveNames =
+        std::none_of(wanted.names.begin(), wanted.names.end(), [](const auto& name) { return name.empty(); });
+    if (haveNames) {
+        if (!m_pages.readChanged(std::move(tree), stillWanted))
+            return stoppedError(m_site);
+        return std::optional(pagesWriting(wanted.names));
     }
-    const auto done = update(rules, stillWanted);
-    if (!done)
-        return done.error();
-    if (!*done)
+    if (!m_pages.update(std::move(tree), rules, stillWanted))
         return stoppedError(m_site);
     ItemLinks links(m_pages.tree());
-    for (const std::string& item : items) {
+    for (const std::string& item : wanted.items) {
         if (!links.add(item, rules))
             return std::optional<std::set<std::string>>();
     }
@@ -206,7 +239,9 @@ Result<WebPage> SiteLinks::findFrom(const fs::path& page, const WebRules& rules,
 {
     // One page alone is read sooner than all.
     const std::unique_lock lock(m_mutex, std::try_to_lock);
-    if (!lock || !isAnythingKept(m_pages, m_store))
+    if (lock)
+        load();
+    if (!lock || m_pages.isEmpty())
         return checkWebPage(m_site, page, rules);
     const auto done = update(rules, stillWanted);
     if (!done)

@@ -52,10 +52,16 @@ public:
     Result<bool> findUnlinked(const WebRules& rules, std::string_view excludedFolders,
                               const UnlinkedItemsCallbacks& callbacks);
 
-    /// The pages with a link to one of `items` or to something below one, as subpaths; a few more may be among them. It looks at
-    /// every file, whatever the watcher says. `items` are subpaths too, of items that may have just been renamed. Nothing where
-    /// it can't tell. Error: the site's folder can't be read, or it was stopped (isStopped()).
-    Result<std::optional<std::set<std::string>>> pagesLeadingTo(const std::vector<std::string>& items,
+    /// Items of the site and how links to them can be recognised.
+    struct Wanted
+    {
+        std::vector<std::string> items; // subpaths, perhaps of items that have just been renamed
+        std::vector<std::string>
+            names; // each link to one or below it writes one of these; an empty one if that can't be told
+    };
+    /// The pages with a link to one of the items or to something below one, as subpaths; a few more may be among them. It looks
+    /// at every file of `tree`, the site's, just read. Nothing where it can't tell. Error: it was stopped (isStopped()).
+    Result<std::optional<std::set<std::string>>> pagesLeadingTo(const Wanted& wanted, SiteTree tree,
                                                                 const WebRules& rules,
                                                                 const StillWanted& stillWanted);
 
@@ -66,6 +72,8 @@ public:
     [[nodiscard]] std::size_t readCount() const;
 
 private:
+    void load();
+    [[nodiscard]] std::set<std::string> pagesWriting(const std::vector<std::string>& names) const;
     Result<bool> update(const WebRules& rules, const StillWanted& stillWanted,
                         const KeptPages::PageSink& read = {});
 

@@ -137,13 +137,15 @@ MoveReport SiteMoves::undo(const WebRules& rules)
     MoveJob job = inverseOf(last->job);
     job.undoes = last->number;
     // If the site can't be read, documents that are open keep the links that they have.
-    const bool isMove = job.kind == MoveJob::Kind::Move;
-    const auto links = isMove ? MovedLinks::read({m_site, {}, MoveOperation::Move, job.items, rules})
-                              : Result<std::shared_ptr<const MovedLinks>>(nullptr);
+    std::shared_ptr<const MovedLinks> links;
+    if (job.kind == MoveJob::Kind::Move) {
+        if (auto tree = SiteTree::read(m_site))
+            links = MovedLinks::of({m_site, {}, MoveOperation::Move, job.items, rules}, *std::move(tree));
+    }
     std::vector<LinksUpdate::File> files = rewrittenFiles(job.pages);
     MoveReport report = runJob(std::move(job), MoveRunner::ChangedPages::LeftAlone);
     report.title = titleOf(last->job);
-    report.links = updateOf(report, links ? *links : nullptr, std::move(files));
+    report.links = updateOf(report, std::move(links), std::move(files));
     return report;
 }
 

@@ -295,19 +295,22 @@ private slots:
                          {"d.html", "<base href=/x/>"},
                          {"docs/index.html", ""}});
         SiteLinks links(site.root());
-        const auto leading = [&links](const std::vector<std::string>& items) {
-            const auto pages = links.pagesLeadingTo(items, {}, {});
-            return pages && *pages ? std::vector<std::string>((*pages)->begin(), (*pages)->end())
-                                   : std::vector<std::string>{"unknown"};
-        };
         using Names = std::vector<std::string>;
+        const auto leading = [&](const SiteLinks::Wanted& wanted) {
+            const auto pages = links.pagesLeadingTo(wanted, *SiteTree::read(site.root()), {}, {});
+            return pages && *pages ? Names((*pages)->begin(), (*pages)->end()) : Names{"unknown"};
+        };
         // Nothing is kept yet.
-        QCOMPARE(leading({"docs"}), Names{"unknown"});
+        QCOMPARE(leading({{"docs"}, {"docs"}}), Names{"unknown"});
         QVERIFY(*links.findMissing({}, [](const WebPage&) {}));
-        QCOMPARE(leading({"docs"}), (Names{"a.html", "b.html", "d.html"}));
-        QCOMPARE(leading({"docs/index.html"}), (Names{"a.html", "d.html"}));
-        QCOMPARE(leading({"d.html"}), (Names{"c.html", "d.html"}));
-        QCOMPARE(leading({"gone/index.html"}), Names{"unknown"});
+        QCOMPARE(leading({{"docs"}, {"docs"}}), (Names{"a.html", "b.html", "d.html"}));
+        QCOMPARE(leading({{"docs/index.html"}, {""}}), (Names{"a.html", "d.html"}));
+        QCOMPARE(leading({{"d.html"}, {"d.html"}}), (Names{"c.html", "d.html"}));
+        QCOMPARE(leading({{"gone/index.html"}, {""}}), Names{"unknown"});
+        // In any spelling.
+        site.put("c.html", "<link href='%64oc%73/\n'><img src='a&amp;&#x62;'>");
+        QCOMPARE(leading({{"docs"}, {"docs"}}), (Names{"a.html", "b.html", "c.html", "d.html"}));
+        QCOMPARE(leading({{"a&b"}, {"a&b"}}), (Names{"c.html", "d.html"}));
     }
 
     void store_isReadInThePlaceOfPages()
