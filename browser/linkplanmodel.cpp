@@ -15,12 +15,16 @@ LinkPlanModel::LinkPlanModel(std::shared_ptr<const LinkPlan> plan, QObject* pare
 std::vector<LinkPlanModel::Row> LinkPlanModel::rowsOfPlan() const
 {
     std::vector<Row> rows;
-    for (std::uint32_t i = 0; i < m_plan->problems.size(); ++i)
-        rows.push_back({i, noEdit});
-    for (std::uint32_t page = 0; page < m_plan->pages.size(); ++page) {
-        for (std::uint32_t edit = 0; edit < m_plan->pages[page].edits.size(); ++edit)
-            rows.push_back({page, edit});
+    for (const MoveProblem& problem : m_plan->problems)
+        rows.push_back({&problem.path, &problem.text, nullptr, 0, true});
+    for (const PlanNote& note : m_plan->notes)
+        rows.push_back({&note.page, &note.text});
+    for (const PageRewrite& page : m_plan->pages) {
+        for (const LinkEdit& edit : page.edits)
+            rows.push_back({&page.oldPage, &edit.newLink, &edit.oldLink, edit.line});
     }
+    for (const SymlinkChange& change : m_plan->symlinks)
+        rows.push_back({&change.oldLink, &change.after, &change.before});
     return rows;
 }
 
@@ -33,15 +37,11 @@ void LinkPlanModel::sort(int column, Qt::SortOrder order)
         shown.push_back(m_rows[static_cast<std::size_t>(index.row())]);
     m_rows = rowsOfPlan();
     if (column == Line) {
-        std::stable_sort(m_rows.begin(), m_rows.end(), [this](Row a, Row b) {
-            const auto line = [this](Row row) {
-                return row.edit == noEdit ? 0U : m_plan->pages[row.page].edits[row.edit].line;
-            };
-            return line(a) < line(b);
-        });
+        std::stable_sort(m_rows.begin(), m_rows.end(),
+                         [](const Row& a, const Row& b) { return a.line < b.line; });
     } else if (column >= 0) {
         std::vector<std::pair<QString, Row>> keyed;
-        for (const Row row : m_rows)
+        for (const Row& row : m_rows)
             keyed.emplace_back(text(row, column), row);
         std::stable_sort(keyed.begin(), keyed.end(), [](const auto& a, const auto& b) {
             return a.first.localeAwareCompare(b.first) < 0;
@@ -53,9 +53,8 @@ void LinkPlanModel::sort(int column, Qt::SortOrder order)
         std::reverse(m_rows.begin(), m_rows.end());
     QModelIndexList after;
     for (std::size_t i = 0; i < shown.size(); ++i) {
-        const auto found = std::find_if(m_rows.begin(), m_rows.end(), [&](Row row) {
-            return row.page == shown[i].page && row.edit == shown[i].edit;
-        });
+        const auto found = std::find_if(m_rows.begin(), m_rows.end(),
+                                        [&](const Row& row) { return row.after == shown[i].after; });
         after.append(
             index(static_cast<int>(found - m_rows.begin()), before[static_cast<qsizetype>(i)].column()));
     }
@@ -73,25 +72,21 @@ int LinkPlanModel::columnCount(const QModelIndex& parent) const
     return parent.isValid() ? 0 : ColumnCount;
 }
 
-const std::filesystem::path& LinkPlanModel::pageOf(Row row) const
+QString LinkPlanModel::text(const Row& row, int column) const
 {
-    return row.edit == noEdit ? m_plan->problems[row.page].path : m_plan->pages[row.page].oldPage;
-}
-
-QString LinkPlanModel::text(Row row, int column) const
-{
-    const std::filesystem::path& page = pageOf(row);
-    if (column == Page) {
-        const std::filesystem::path below = page.lexically_relative(m_plan->request.site);
-        return displayText((below.empty() ? page : below).native());
+    switch (column) {
+    case Page: {
+        const std::filesystem::path below = row.page->lexically_relative(m_plan->request.site);
+        return displayText((below.empty() ? *row.page : below).native());
     }
-    if (row.edit == noEdit)
-        return column == NewLink ? tr("Stays as it is: %1").arg(displayText(m_plan->problems[row.page].text))
-                                 : QString();
-    const LinkEdit& edit = m_plan->pages[row.page].edits[row.edit];
-    return column == Line      ? QString::number(edit.line)
-           : column == OldLink ? displayText(edit.oldLink)
-                               : displayText(edit.newLink);
+    case Line:
+        return row.line > 0 ? QString::number(row.line) : QString();
+    case OldLink:
+        return row.before ? displayText(*row.before) : QString();
+    default:
+        return row.isProblem ? tr("Stays as it is: %1").arg(displayText(*row.after))
+                             : displayText(*row.after);
+    }
 }
 
 QVariant LinkPlanModel::data(const QModelIndex& index, int role) const

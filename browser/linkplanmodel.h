@@ -6,13 +6,15 @@
 #include <QAbstractTableModel>
 
 #include <cstdint>
+#include <filesystem>
 #include <memory>
+#include <string>
 #include <vector>
 
 namespace luma {
 
 /// The rows of a plan that the user looks at before it is carried out: first the pages that it can't change, with the reason,
-/// then each link that it changes. Main thread only.
+/// and what else the user should know, then each link that it changes, and each symbolic link. Main thread only.
 class LinkPlanModel final : public QAbstractTableModel
 {
     Q_OBJECT
@@ -30,16 +32,18 @@ public:
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
 
 private:
+    // All in the plan.
     struct Row
     {
-        std::uint32_t page; // in the plan's pages, or its problems
-        std::uint32_t edit; // noEdit for a problem
+        const std::filesystem::path* page = nullptr;
+        const std::string* after = nullptr;  // the new link, or a text for the user
+        const std::string* before = nullptr; // null where nothing changes
+        std::uint32_t line = 0;              // 0: none
+        bool isProblem = false;
     };
-    static constexpr std::uint32_t noEdit = UINT32_MAX;
 
     [[nodiscard]] std::vector<Row> rowsOfPlan() const;
-    [[nodiscard]] const std::filesystem::path& pageOf(Row row) const;
-    [[nodiscard]] QString text(Row row, int column) const;
+    [[nodiscard]] QString text(const Row& row, int column) const;
 
     std::shared_ptr<const LinkPlan> m_plan;
     std::vector<Row> m_rows;

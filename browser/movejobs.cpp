@@ -200,6 +200,8 @@ void MoveRun::carryOut()
 {
     for (const MoveProblem& problem : m_plan->problems)
         addProblem(*m_log, problem);
+    for (const PlanNote& note : m_plan->notes)
+        m_log->addLine(note.page.lexically_relative(m_site).native() + ": " + note.text, note.page);
     const MoveReport report = m_moves->carryOut(*m_plan);
     for (const MovedItem& item : report.items)
         m_log->addText("Updating links to: " + item.from.filename().native() + "\n\n");

@@ -28,7 +28,7 @@ PlanPreview::PlanPreview(std::shared_ptr<const LinkPlan> plan, std::optional<int
         tr("&Ask before changing more than %1").arg(counted(most, tr("page"), tr("pages"))));
     m_ui->planAcceptButton->setText(u'&' + actionName(*m_plan));
     const bool isMove = !m_plan->request.itemsStay() && !m_plan->request.items.empty();
-    m_ui->planAcceptButton->setEnabled(isMove || !m_plan->pages.empty());
+    m_ui->planAcceptButton->setEnabled(isMove || !m_plan->pages.empty() || !m_plan->symlinks.empty());
     setUpTable();
     connect(m_ui->planAcceptButton, &QPushButton::clicked, this, &QDialog::accept);
     connect(m_ui->planCancelButton, &QPushButton::clicked, this, &QDialog::reject);

@@ -5,6 +5,7 @@
 #include "base/files.h"
 #include "base/orderedwork.h"
 #include "base/pathbelow.h"
+#include "links/hardlinkplan.h"
 #include "links/movedlinks.h"
 #include "links/namespellings.h"
 #include "links/pageplanner.h"
@@ -340,6 +341,7 @@ Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWa
     if (auto planned = planPages(plan, candidates.take(), stillWanted); !planned)
         return planned.error();
     plan.symlinks = planSymlinks(plan.request, *plan.links);
+    planHardLinks(plan);
     return plan;
 }
 

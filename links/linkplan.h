@@ -11,6 +11,7 @@
 #include <ctime>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -63,6 +64,8 @@ struct PageRewrite
     std::string oldHash; // of the file's bytes (hashOfFile())
     std::string newHash;
     timespec modified = {}; // when the file was written last
+    /// An earlier page of the plan that is the same file under another name (a hard link), and stays so.
+    std::optional<std::size_t> twin = {};
 };
 
 /// A symbolic link that gets another target.
@@ -74,6 +77,13 @@ struct SymlinkChange
     std::string after;
 };
 
+/// Something that the user should know of a plan, though it can be carried out.
+struct PlanNote
+{
+    std::filesystem::path page; // where it is now
+    std::string text;
+};
+
 /// What a move, rename or copy will do, as a value: nothing has been touched. Pages are in the byte order of their old
 /// subpaths.
 struct LinkPlan
@@ -82,6 +92,7 @@ struct LinkPlan
     std::vector<PageRewrite> pages;
     std::vector<SymlinkChange> symlinks;
     std::vector<MoveProblem> problems;
+    std::vector<PlanNote> notes;
     std::shared_ptr<const MovedLinks> links; // by which the pages were planned
 
     [[nodiscard]] std::size_t linkCount() const;

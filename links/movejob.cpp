@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-constexpr std::string_view format = "luma move 2";
+constexpr std::string_view format = "luma move 3";
 
 constexpr auto lastKind = static_cast<std::uint64_t>(MoveJob::Kind::Links);
 
@@ -68,7 +68,7 @@ void addCopies(std::vector<CopiedItem>& copies, const fs::path& original, const 
 
 PageRewrite inverseOf(const PageRewrite& page)
 {
-    PageRewrite inverse{page.oldPage, page.page, {}, page.newHash, page.oldHash, page.modified};
+    PageRewrite inverse{page.oldPage, page.page, {}, page.newHash, page.oldHash, page.modified, page.twin};
     std::size_t grown = 0;
     std::size_t shrunk = 0;
     for (const LinkEdit& edit : page.edits) {
@@ -83,12 +83,13 @@ PageRewrite inverseOf(const PageRewrite& page)
 void write(JournalWriter& writer, const PageRewrite& page)
 {
     writer.text(page.page.native()).text(page.oldPage.native()).text(page.oldHash).text(page.newHash);
-    writer.time(page.modified).number(page.edits.size());
+    writer.time(page.modified).number(page.twin ? *page.twin + 1 : 0).number(page.edits.size());
     for (const LinkEdit& edit : page.edits)
         writer.number(edit.begin).text(edit.before).text(edit.after);
 }
 
-PageRewrite readPage(JournalReader& reader)
+// `index`: its own.
+PageRewrite readPage(JournalReader& reader, std::size_t index)
 {
     PageRewrite page;
     page.page = reader.text();
@@ -96,6 +97,8 @@ PageRewrite readPage(JournalReader& reader)
     page.oldHash = reader.text();
     page.newHash = reader.text();
     page.modified = reader.time();
+    if (const std::uint64_t twin = reader.number(); twin > 0 && twin <= index)
+        page.twin = twin - 1;
     for (std::uint64_t count = reader.number(); count > 0 && reader.isGood(); --count) {
         LinkEdit edit;
         edit.begin = reader.number();
@@ -237,7 +240,7 @@ std::optional<MoveJob> parseJob(std::string_view bytes, std::size_t& end)
         job.items.push_back({from, reader.text()});
     }
     for (std::uint64_t count = reader.number(); count > 0 && reader.isGood(); --count)
-        job.pages.push_back(readPage(reader));
+        job.pages.push_back(readPage(reader, job.pages.size()));
     for (std::uint64_t count = reader.number(); count > 0 && reader.isGood(); --count) {
         SymlinkChange change;
         change.link = reader.text();

@@ -10,6 +10,8 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <numeric>
+#include <span>
 #include <system_error>
 
 namespace luma {
@@ -51,6 +53,19 @@ bool isCopyUnchanged(const CopiedItem& item)
 }
 
 } // namespace
+
+// The other pages that are names of the same file: of its first page all, of the others the first.
+MoveRunner::Twins MoveRunner::twinsIn(const std::vector<PageRewrite>& pages)
+{
+    Twins twins;
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        if (const auto first = pages[i].twin) {
+            twins[i] = {*first};
+            twins[*first].push_back(i);
+        }
+    }
+    return twins;
+}
 
 bool MoveRunner::isNoted(std::string_view text) const
 {
@@ -257,25 +272,37 @@ Result<void> MoveRunner::writePages(const std::vector<PageRewrite>& pages, Direc
     const bool restoresTimes = isForward ? job().restoresTimes : !job().restoresTimes;
     const StillWanted stillWanted = isForward ? m_callbacks.stillWanted : StillWanted();
     m_arePagesBegun = true;
-    std::optional<Error> failed;
-    const bool complete =
-        OrderedWork<Result<PageState>>(pages.size(), [&] { return isWanted(stillWanted); })
-            .run([&](std::size_t i, std::size_t) { return writePage(pages[i], i, restoresTimes); },
-                 [&](std::size_t i, const Result<PageState>& state) {
-                     if (auto judged = judge(state, pages[i].page, direction); !judged && !failed)
-                         failed = judged.error();
+    const Twins twins = twinsIn(pages);
+    std::vector<std::size_t> order(pages.size());
+    std::iota(order.begin(), order.end(), std::size_t(0));
+    const auto later =
+        std::stable_partition(order.begin(), order.end(), [&pages](std::size_t i) { return !pages[i].twin; });
+    std::vector<Result<PageState>> states(pages.size(), PageState::Gone);
+    std::size_t done = 0;
+    const auto write = [&](std::span<const std::size_t> part) {
+        return OrderedWork<Result<PageState>>(part.size(), [&] { return isWanted(stillWanted); })
+            .run([&](std::size_t i, std::size_t) { return writePage(pages, part[i], twins, restoresTimes); },
+                 [&](std::size_t i, Result<PageState>&& state) {
+                     states[part[i]] = std::move(state);
                      if (m_callbacks.progress)
-                         m_callbacks.progress(i + 1, pages.size());
+                         m_callbacks.progress(++done, pages.size());
                  });
-    if (!complete)
+    };
+    if (!write({order.begin(), later}) || !write({later, order.end()}))
         return stoppedError(job().items.empty() ? fs::path() : job().items.front().from);
-    return failed ? Result<void>(*failed) : Result<void>();
+    Result<void> all;
+    for (std::size_t i = 0; i < pages.size(); ++i) {
+        if (auto judged = judge(states[i], pages[i].page, direction); !judged && all)
+            all = judged;
+    }
+    return all;
 }
 
 // Makes the page's edits unless they are made. Where an item is in its old place, so is the page.
-Result<MoveRunner::PageState> MoveRunner::writePage(const PageRewrite& page, std::size_t index,
-                                                    bool restoresTime) const
+Result<MoveRunner::PageState> MoveRunner::writePage(const std::vector<PageRewrite>& pages, std::size_t index,
+                                                    const Twins& twins, bool restoresTime) const
 {
+    const PageRewrite& page = pages[index];
     PageState state = PageState::Gone;
     for (const fs::path& path : {page.page, page.oldPage}) {
         const fs::path file = realFile(path);
@@ -286,6 +313,11 @@ Result<MoveRunner::PageState> MoveRunner::writePage(const PageRewrite& page, std
         if (hash == page.newHash)
             return PageState::WasWritten;
         if (hash == page.oldHash) {
+            const auto others = twins.find(index);
+            if (others != twins.end() &&
+                std::any_of(others->second.begin(), others->second.end(),
+                            [&](std::size_t twin) { return linkToTwin(file, pages[twin], index); }))
+                return PageState::Written;
             const auto time = restoresTime ? std::optional(page.modified) : std::nullopt;
             const auto written =
                 replaceFile(file, withEdits(*bytes, page.edits), temporaryBeside(file, index), time);
@@ -294,6 +326,24 @@ Result<MoveRunner::PageState> MoveRunner::writePage(const PageRewrite& page, std
         state = PageState::Changed;
     }
     return state;
+}
+
+// False where the twin is not written, or can't be linked to: it may be on another file system now.
+bool MoveRunner::linkToTwin(const fs::path& file, const PageRewrite& twin, std::size_t index) const
+{
+    for (const fs::path& path : {twin.page, twin.oldPage}) {
+        const auto bytes = readFile(path);
+        if (!bytes || hashOfFile(*bytes) != twin.newHash)
+            continue;
+        const fs::path temporary = temporaryBeside(file, index);
+        if (::link(path.c_str(), temporary.c_str()) != 0)
+            return false;
+        if (::rename(temporary.c_str(), file.c_str()) == 0)
+            return true;
+        ::unlink(temporary.c_str());
+        return false;
+    }
+    return false;
 }
 
 // An error ends the job.

@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
@@ -75,6 +76,8 @@ private:
     enum class Direction : std::uint8_t { Forward, Back };
     enum class PageState : std::uint8_t { Written, WasWritten, Gone, Changed };
 
+    using Twins = std::map<std::size_t, std::vector<std::size_t>>; // numbers of pages
+
     [[nodiscard]] const MoveJob& job() const { return m_entry.job; }
     [[nodiscard]] bool isNoted(std::string_view text) const;
     Result<void> note(std::string_view text);
@@ -89,7 +92,11 @@ private:
     Result<void> rename(const std::filesystem::path& from, std::size_t index);
     void tellOfMove(const std::filesystem::path& from, const std::filesystem::path& to) const;
     Result<void> writePages(const std::vector<PageRewrite>& pages, Direction direction);
-    Result<PageState> writePage(const PageRewrite& page, std::size_t index, bool restoresTime) const;
+    Result<PageState> writePage(const std::vector<PageRewrite>& pages, std::size_t index, const Twins& twins,
+                                bool restoresTime) const;
+    static Twins twinsIn(const std::vector<PageRewrite>& pages);
+    [[nodiscard]] bool linkToTwin(const std::filesystem::path& file, const PageRewrite& twin,
+                                  std::size_t index) const;
     Result<void> changeSymlinks(const std::vector<SymlinkChange>& changes, Direction direction);
     Result<PageState> changeSymlink(const SymlinkChange& change, std::size_t index) const;
     Result<void> judge(const Result<PageState>& state, const std::filesystem::path& file,

@@ -49,6 +49,12 @@ void appendItems(std::string& text, const std::vector<MovedItem>& items, const f
     }
 }
 
+void appendNotes(std::string& text, const LinkPlan& plan)
+{
+    for (const PlanNote& note : plan.notes)
+        text.append(shown(note.page, plan.request.site)).append(": ").append(note.text).append("\n");
+}
+
 ExitCode printPlan(const LinkPlan& plan)
 {
     StandardOutput output;
@@ -71,6 +77,7 @@ ExitCode printPlan(const LinkPlan& plan)
             .append(" -> ")
             .append(change.after)
             .append("\n");
+    appendNotes(output.text(), plan);
     return output.finish() ? ExitCode::Ok : ExitCode::Found;
 }
 
@@ -98,6 +105,7 @@ ExitCode carryOut(const MoveRequest& request, bool isDry)
                 .append(": ")
                 .append(countOfLinks(page.edits.size()))
                 .append("\n");
+        appendNotes(output.text(), *plan);
     }
     const ExitCode done = complainAbout(report.problems);
     return output.finish() && done == ExitCode::Ok ? planned : ExitCode::Found;

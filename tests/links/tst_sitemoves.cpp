@@ -60,6 +60,48 @@ class tst_sitemoves final : public QObject
     Q_OBJECT
 
 private slots:
+    void hardLinkedPages_stayOneFileWhereTheyCan_data()
+    {
+        QTest::addColumn<std::string>("page");
+        QTest::addColumn<std::string>("name");
+        QTest::addColumn<std::string>("note");
+        const auto row = [](const char* what, const char* page, const char* name, const char* others) {
+            const std::string note =
+                std::string("No longer the same file as ") + others + ", because their links will differ";
+            QTest::newRow(what) << std::string(page) << std::string(name)
+                                << (*others == '\0' ? std::string() : note);
+        };
+        row("same links", "<a href=/t.html>", "b/p.html", "");
+        row("other links", "<a href=../t.html>", "b/c/p.html", "b/c/p.html");
+        row("not a page", "<a href=/t.html>", "b/p.txt", "b/p.txt");
+        row("elsewhere", "<a href=/t.html>", "../p.html", "a name elsewhere");
+    }
+    void hardLinkedPages_stayOneFileWhereTheyCan()
+    {
+        QFETCH(std::string, page);
+        QFETCH(std::string, name);
+        QFETCH(std::string, note);
+        const Site around;
+        around.put("site/a/p.html", page);
+        around.put("site/t.html");
+        const fs::path first = around.at("site/a/p.html");
+        const fs::path second = around.at("site/" + name);
+        fs::create_directories(second.parent_path());
+        fs::create_hard_link(first, second);
+        const Files before = around.contents();
+        const fs::path root = around.at("site");
+        const auto plan =
+            planMove({root, {}, MoveOperation::Move, {{root / "t.html", root / "new.html"}}, {}});
+        QVERIFY(plan);
+        QCOMPARE(plan->notes.empty() ? std::string() : plan->notes.front().text, note);
+        QVERIFY(SiteMoves::open(root)->carryOut(*plan).isDone);
+        QVERIFY(fs::equivalent(first, second) == note.empty());
+        QVERIFY(around.bytesOf("site/a/p.html").find("new.html") != std::string::npos);
+        QVERIFY(SiteMoves::open(root)->undo().isDone);
+        QCOMPARE(around.contents(), before);
+        QVERIFY(fs::equivalent(first, second) == note.empty());
+    }
+
     // The columns rename an item before the links to it are planned.
     void notedRename_isFinishedOrTakenBack_data()
     {

@@ -69,6 +69,7 @@ COUNTED(int, mkostemp, (char* name, int flags), (name, flags))
 COUNTED(int, mkostemp64, (char* name, int flags), (name, flags))
 COUNTED(char*, mkdtemp, (char* name), (name))
 COUNTED(int, mkdir, (const char* path, mode_t mode), (path, mode))
+COUNTED(int, link, (const char* from, const char* to), (from, to))
 COUNTED(int, rename, (const char* from, const char* to), (from, to))
 COUNTED(int, renameat2, (int a, const char* from, int b, const char* to, unsigned flags),
         (a, from, b, to, flags))

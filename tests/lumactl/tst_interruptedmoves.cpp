@@ -55,6 +55,7 @@ private:
         auto site = std::make_unique<Site>(someSite);
         fs::create_symlink("../p.png", site->at("a/logo"));
         fs::create_symlink("a/x.html", site->at("first"));
+        fs::create_hard_link(site->at("q.html"), site->at("r.html"));
         if (isFar)
             fs::create_directory_symlink(m_other, site->at("far"));
         return site;
@@ -122,6 +123,7 @@ private slots:
             QVERIFY(site->listing().find(".luma-") == std::string::npos);
             if (!isKilled)
                 QVERIFY(now == (isUndo ? before : moved));
+            QVERIFY(fs::equivalent(site->at("q.html"), site->at("r.html")));
             if (now == moved)
                 QCOMPARE(lumactl(*site, QStringLiteral("undo .")).code, 0);
             QCOMPARE(allFiles(*site, isFar), before);
