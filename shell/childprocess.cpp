@@ -8,6 +8,7 @@
 #include <spawn.h>
 #include <sys/eventfd.h>
 #include <sys/ioctl.h>
+#include <sys/mman.h>
 #include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -45,35 +46,6 @@ bool isTerminating()
     pollfd event = {terminationEvent(), POLLIN, 0};
     return ::poll(&event, 1, 0) > 0;
 }
-
-// Swallows the SIGPIPE that the writing thread gets from a child that has closed its input.
-class WithoutBrokenPipeSignal final
-{
-public:
-    WithoutBrokenPipeSignal()
-    {
-        ::sigemptyset(&m_pipe);
-        ::sigaddset(&m_pipe, SIGPIPE);
-        sigset_t pending = {};
-        ::sigpending(&pending);
-        m_wasPending = ::sigismember(&pending, SIGPIPE) == 1;
-        ::pthread_sigmask(SIG_BLOCK, &m_pipe, &m_old);
-    }
-    WithoutBrokenPipeSignal(const WithoutBrokenPipeSignal&) = delete;
-    WithoutBrokenPipeSignal& operator=(const WithoutBrokenPipeSignal&) = delete;
-    ~WithoutBrokenPipeSignal()
-    {
-        const timespec now = {0, 0};
-        if (!m_wasPending)
-            ::sigtimedwait(&m_pipe, nullptr, &now);
-        ::pthread_sigmask(SIG_SETMASK, &m_old, nullptr);
-    }
-
-private:
-    sigset_t m_pipe = {};
-    sigset_t m_old = {};
-    bool m_wasPending = false;
-};
 
 // Asks the C library, because a variable may name a locale that is not installed.
 bool localeIsUtf8()
@@ -119,7 +91,23 @@ void setNonBlocking(int descriptor)
     ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) | O_NONBLOCK);
 }
 
-// The child's descriptors 0 to 2: our pipe ends, our own, or /dev/null where ours is closed.
+// A file without a name that holds `input`. The child finds it whole even if we are killed while it reads; the
+// beginning of a list of names could end with the name of another file.
+FileDescriptor inputFile(std::string_view input)
+{
+    const FileDescriptor low(::memfd_create("input", MFD_CLOEXEC));
+    while (low && !input.empty()) {
+        const ssize_t count = ::write(low.get(), input.data(), input.size());
+        if (count < 0 && errno != EINTR)
+            return {};
+        input.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+    ::lseek(low.get(), 0, SEEK_SET);
+    // Above 2, as the pipes' ends.
+    return FileDescriptor(::fcntl(low.get(), F_DUPFD_CLOEXEC, firstFreeDescriptor));
+}
+
+// The child's descriptors 0 to 2: those that we made, our own, or /dev/null where ours is closed.
 void addDescriptors(posix_spawn_file_actions_t& actions, const std::array<int, firstFreeDescriptor>& ends)
 {
     for (int target = 0; target < firstFreeDescriptor; ++target) {
@@ -148,8 +136,7 @@ void setAttributes(posix_spawnattr_t& attributes)
 
 } // namespace
 
-ChildProcess::ChildProcess(const ChildCommand& command)
-    : m_input(command.input.value_or(std::string_view())), m_stillWanted(command.stillWanted)
+ChildProcess::ChildProcess(const ChildCommand& command) : m_stillWanted(command.stillWanted)
 {
     if (!isTerminating())
         start(command);
@@ -182,17 +169,15 @@ void ChildProcess::start(const ChildCommand& command)
     FileDescriptor childErrors;
     const bool collectsBoth = command.collected == Collected::Both;
     if (!openPipe(m_collected.end, childOutput) || (collectsBoth && !openPipe(m_errors.end, childErrors)) ||
-        (command.input && !openPipe(childInput, m_inputEnd)))
+        (command.input && !(childInput = inputFile(*command.input))))
         return;
-    for (const FileDescriptor* const end : {&m_collected.end, &m_errors.end, &m_inputEnd}) {
+    for (const FileDescriptor* const end : {&m_collected.end, &m_errors.end}) {
         if (*end)
             setNonBlocking(end->get());
     }
     const bool collectsErrors = command.collected == Collected::StandardError;
     spawn(command, {childInput.get(), collectsErrors ? -1 : childOutput.get(),
                     collectsErrors ? childOutput.get() : childErrors.get()});
-    if (m_input.empty())
-        m_inputEnd.reset();
     if (m_pid > 0)
         m_exit.reset(static_cast<int>(::syscall(SYS_pidfd_open, m_pid, 0)));
 }
@@ -224,19 +209,16 @@ bool ChildProcess::waitForNextEvent(Awaited awaited)
 {
     const bool isEnding = m_ending != Ending::NotAsked;
     const bool looksForExit = awaited == Awaited::Exit || isEnding;
-    std::array<pollfd, 5> events = {{{m_collected.end.get(), POLLIN, 0},
-                                     {m_inputEnd.get(), POLLOUT, 0},
+    std::array<pollfd, 4> events = {{{m_collected.end.get(), POLLIN, 0},
+                                     {m_errors.end.get(), POLLIN, 0},
                                      {looksForExit ? m_exit.get() : -1, POLLIN, 0},
-                                     {isEnding ? -1 : terminationEvent(), POLLIN, 0},
-                                     {m_errors.end.get(), POLLIN, 0}}};
+                                     {isEnding ? -1 : terminationEvent(), POLLIN, 0}}};
     if (::poll(events.data(), events.size(), timeoutFor(awaited)) < 0)
         return errno == EINTR;
     if (events[0].revents != 0)
         m_collected.read(SIZE_MAX);
-    if (events[4].revents != 0)
-        m_errors.read(SIZE_MAX);
     if (events[1].revents != 0)
-        writeInput();
+        m_errors.read(SIZE_MAX);
     const bool isUnwanted = !isEnding && !isWanted(m_stillWanted);
     if (isUnwanted || events[3].revents != 0 ||
         (isEnding && std::chrono::steady_clock::now() >= m_patienceEnds))
@@ -276,17 +258,6 @@ void ChildProcess::Stream::readRest()
     const std::size_t whole = text.size() + static_cast<std::size_t>(rest);
     while (end && text.size() < whole)
         read(whole - text.size());
-}
-
-void ChildProcess::writeInput()
-{
-    const WithoutBrokenPipeSignal guard;
-    const ssize_t count = ::write(m_inputEnd.get(), m_input.data(), m_input.size());
-    if (count > 0)
-        m_input.remove_prefix(static_cast<std::size_t>(count));
-    const bool isRefused = count < 0 && errno != EAGAIN && errno != EINTR;
-    if (isRefused || m_input.empty())
-        m_inputEnd.reset();
 }
 
 // The child is not reaped yet, so its id cannot belong to another process.

@@ -28,7 +28,8 @@ struct ChildCommand
     std::vector<std::string> arguments;  ///< without the executable's name
     std::filesystem::path workingFolder; ///< empty: ours
     Collected collected = Collected::StandardOutput;
-    std::optional<std::string_view> input; ///< for standard input, through a pipe; none: ours is inherited
+    std::optional<std::string_view>
+        input; ///< on standard input, as a file that is complete from the start; none: ours is inherited
     StillWanted stillWanted = {}; ///< asked several times a second; "no" ends the child's process group
 };
 
@@ -39,7 +40,7 @@ struct ChildCommand
 class ChildProcess final
 {
 public:
-    /// Starts the child. The text of `command.input` must outlive this object.
+    /// Starts the child.
     explicit ChildProcess(const ChildCommand& command);
     ChildProcess(const ChildProcess&) = delete;
     ChildProcess& operator=(const ChildProcess&) = delete;
@@ -76,7 +77,6 @@ private:
     void spawn(const ChildCommand& command, const std::array<int, 3>& ends);
     bool waitForNextEvent(Awaited awaited);
     [[nodiscard]] int timeoutFor(Awaited awaited) const;
-    void writeInput();
     void endHarder();
     [[nodiscard]] bool hasExited() const;
     std::optional<int> reap();
@@ -86,8 +86,6 @@ private:
     FileDescriptor m_exit;
     Stream m_collected;
     Stream m_errors;
-    FileDescriptor m_inputEnd;
-    std::string_view m_input;
     StillWanted m_stillWanted;
     Ending m_ending = Ending::NotAsked;
     std::chrono::steady_clock::time_point m_patienceEnds;
