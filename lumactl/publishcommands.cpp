@@ -60,7 +60,8 @@ Outcome transfer(const PublishSides& sides, const ComparisonReport& report,
                  const std::optional<KeptPublish>& kept)
 {
     if (!sides.login.empty()) {
-        RsyncReport sent = sides.rsync().transfer(report.rows, report.foldersOnlyThere, {}, {}, {}, kept);
+        RsyncReport sent =
+            sides.rsync().transfer(report.rows, report.foldersOnlyThere, {}, {}, {}, kept, report.leftovers);
         return {std::move(sent.done), std::move(sent.received), std::move(sent.problems)};
     }
     TransferReport copied = FileTransfer(report.rows, report.foldersOnlyThere, kept).run(WorkItem());

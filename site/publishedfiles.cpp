@@ -24,15 +24,6 @@ namespace {
 
 constexpr std::string_view format = "LUMA published files 1\n";
 
-fs::path stateFile(const std::string& site, const char* extension)
-{
-    const QByteArray name =
-        QCryptographicHash::hash(QByteArray::fromStdString(site), QCryptographicHash::Sha256)
-            .toHex()
-            .left(32);
-    return stateFolder() / "published" / (name.toStdString() + extension);
-}
-
 // The folder of `file`, for the user alone.
 void makeFolderOf(const fs::path& file)
 {
@@ -82,7 +73,7 @@ FileFacts fileOf(std::int64_t size, std::int64_t time)
 PublishedFiles PublishedFiles::load(const std::string& site)
 {
     PublishedFiles files;
-    if (const auto bytes = readFile(stateFile(site, ".files")); bytes && !files.parse(*bytes))
+    if (const auto bytes = readFile(publishingFile(site, ".files")); bytes && !files.parse(*bytes))
         files.m_entries.clear();
     files.m_site = site;
     return files;
@@ -128,7 +119,7 @@ Result<void> PublishedFiles::save() const
         if (!same.contains(path))
             add(path, entry.source, entry.destination);
     }
-    const fs::path file = stateFile(m_site, ".files");
+    const fs::path file = publishingFile(m_site, ".files");
     makeFolderOf(file);
     return writeFile(file, bytes, 0600);
 }
@@ -184,9 +175,18 @@ std::string siteIdentity(const fs::path& source, const fs::path& destination)
     return source.native() + '\n' + destination.native();
 }
 
+fs::path publishingFile(const std::string& site, const char* extension)
+{
+    const QByteArray name =
+        QCryptographicHash::hash(QByteArray::fromStdString(site), QCryptographicHash::Sha256)
+            .toHex()
+            .left(32);
+    return stateFolder() / "published" / (name.toStdString() + extension);
+}
+
 Result<FileDescriptor> lockForPublishing(const std::string& site)
 {
-    const fs::path file = stateFile(site, ".lock");
+    const fs::path file = publishingFile(site, ".lock");
     makeFolderOf(file);
     FileDescriptor lock(::open(file.c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!lock)

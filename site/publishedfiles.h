@@ -35,6 +35,7 @@ public:
     /// Does nothing for files that belong to no site.
     [[nodiscard]] Result<void> save() const;
 
+    [[nodiscard]] const std::string& site() const { return m_site; }
     [[nodiscard]] bool isEmpty() const { return m_entries.empty() && m_same.size() == 0; }
     /// What was loaded, kept or set.
     [[nodiscard]] std::optional<Pair> find(const std::string& path, Direction direction) const;
@@ -75,6 +76,9 @@ std::string siteIdentity(const std::filesystem::path& source, const std::string&
                          const std::string& destination);
 /// The same for two local folders.
 std::string siteIdentity(const std::filesystem::path& source, const std::filesystem::path& destination);
+
+/// Where something about publishing `site` is kept, below the user's state folder. `extension` says what.
+std::filesystem::path publishingFile(const std::string& site, const char* extension);
 
 /// Keeps all others from publishing the site, in this program or another one, until it is closed. An error when
 /// somebody else holds it.

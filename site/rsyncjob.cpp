@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/rsyncjob.h"
 
+#include "base/filedescriptor.h"
 #include "base/pathbelow.h"
 #include "site/folderaccess.h"
 
-#include <QFile>
-#include <QTemporaryFile>
-
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <functional>
 #include <iterator>
 #include <map>
@@ -98,40 +99,71 @@ FoundFiles pairedForDownload(FoundFiles local, const RsyncListing& remote, Delet
     return found;
 }
 
-// Follows the log of a run that is sending files, and passes on what it says.
+std::vector<std::string_view> pathsOf(const FoundFiles& local)
+{
+    std::vector<std::string_view> paths;
+    for (const FilePair& pair : local.files)
+        paths.emplace_back(pair.path);
+    return paths;
+}
+
+std::vector<std::string_view> pathsOf(const RsyncListing& remote)
+{
+    std::vector<std::string_view> paths(remote.hidden.begin(), remote.hidden.end());
+    for (const auto& [path, facts] : remote.items) {
+        if (facts.type == FileFacts::Type::File)
+            paths.emplace_back(path);
+    }
+    return paths;
+}
+
+// Follows the log of a run that is sending files, and passes on what it says. What a killed run has left of the log,
+// the site's next one overwrites.
 class TransferLog final
 {
 public:
-    TransferLog(SyncProgress& done, const OnProgress& progress) : m_done(done), m_progress(progress)
+    TransferLog(const std::string& site, SyncProgress& done, const OnProgress& progress)
+        : m_done(done), m_progress(progress)
     {
-        m_isOpen = progress && m_file.open();
+        if (site.empty() || !progress)
+            return;
+        m_path = publishingFile(site, ".log");
+        m_file.reset(::open(m_path.c_str(), O_RDONLY | O_CREAT | O_TRUNC | O_CLOEXEC | O_NOFOLLOW, 0600));
+    }
+    TransferLog(const TransferLog&) = delete;
+    TransferLog& operator=(const TransferLog&) = delete;
+    ~TransferLog()
+    {
+        if (m_file)
+            ::unlink(m_path.c_str());
     }
 
     [[nodiscard]] Words wordsFor(const Words& words) const
     {
-        return m_isOpen ? RsyncCommand::logged(words, QFile::encodeName(m_file.fileName()).toStdString())
-                        : words;
+        return m_file ? RsyncCommand::logged(words, m_path) : words;
     }
 
     void follow()
     {
-        if (!m_isOpen)
-            return;
-        m_rest += m_file.readAll();
-        const qsizetype end = m_rest.lastIndexOf('\n') + 1;
+        std::array<char, 65536> buffer;
+        for (ssize_t got = 1; m_file && got > 0;) {
+            got = ::read(m_file.get(), buffer.data(), buffer.size());
+            m_rest.append(buffer.data(), static_cast<std::size_t>(std::max<ssize_t>(got, 0)));
+        }
+        const std::size_t end = m_rest.rfind('\n') + 1; // 0 without one
         if (end == 0)
             return;
-        readRsyncLog({m_rest.constData(), static_cast<std::size_t>(end)}, m_done);
-        m_rest.remove(0, end);
+        readRsyncLog(std::string_view(m_rest).substr(0, end), m_done);
+        m_rest.erase(0, end);
         m_progress(m_done);
     }
 
 private:
     SyncProgress& m_done;
     const OnProgress& m_progress;
-    QTemporaryFile m_file;
-    QByteArray m_rest; // the beginning of a line
-    bool m_isOpen = false;
+    std::string m_path;
+    FileDescriptor m_file;
+    std::string m_rest; // the beginning of a line
 };
 
 // One transfer of some rows.
@@ -139,11 +171,12 @@ class Run final
 {
 public:
     Run(const ProgramRunner& runProgram, const std::vector<SyncRow>& rows, const StillWanted& stillWanted,
-        const StillWanted& mayCheck, const OnProgress& progress, RsyncReport& report)
+        const StillWanted& mayCheck, const std::string& site, const OnProgress& progress, RsyncReport& report)
         : m_runProgram(runProgram),
           m_rows(rows),
           m_stillWanted(stillWanted),
           m_mayCheck(mayCheck),
+          m_site(site),
           m_progress(progress),
           m_report(report)
     {}
@@ -157,6 +190,7 @@ private:
     const std::vector<SyncRow>& m_rows;
     const StillWanted& m_stillWanted;
     const StillWanted& m_mayCheck;
+    const std::string& m_site;
     const OnProgress& m_progress;
     RsyncReport& m_report;
     SyncProgress m_sent;
@@ -184,7 +218,7 @@ bool Run::run(const Words& words, const RowNumbers& numbers, bool mayMissFiles)
     std::vector<std::string> paths;
     for (const std::size_t row : numbers)
         paths.push_back(m_rows[row].relativePath);
-    TransferLog log(m_sent, m_progress);
+    TransferLog log(m_site, m_sent, m_progress);
     const ProgramResult result = m_runProgram(log.wordsFor(words), RsyncCommand::nameList(paths), [&] {
         log.follow();
         return isWanted(m_stillWanted);
@@ -306,11 +340,15 @@ Result<ComparisonReport> RsyncJob::compareWith(FoundFiles local, const IgnoredNa
     // What could not be read must not count as deleted.
     if (!local.problems.empty())
         deletions = Deletions::Ignored;
+    RsyncLeftovers leftovers(before.site(), isUpload ? rsyncTemporaries(pathsOf(remote), pathsOf(local))
+                                                     : rsyncTemporaries(pathsOf(local), pathsOf(remote)));
     FoundFiles found = isUpload ? pairedForUpload(std::move(local), remote, deletions)
                                 : pairedForDownload(std::move(local), remote, deletions);
     found.freeBytes = freeBytes(found, item);
     found.isComplete = deletions == Deletions::Listed && !item.isCancelled();
-    return judged(std::move(found), std::move(before), m_command.arguments().direction);
+    ComparisonReport report = judged(std::move(found), std::move(before), m_command.arguments().direction);
+    report.leftovers = std::move(leftovers);
+    return report;
 }
 
 // Of the receiving side. A server is asked only before a transfer that might fill its disk.
@@ -369,14 +407,18 @@ void RsyncJob::lookAgainHere(const std::vector<SyncRow>& rows, RsyncReport& repo
 RsyncReport RsyncJob::transfer(const std::vector<SyncRow>& rows,
                                const std::vector<std::string>& foldersOnlyThere,
                                const StillWanted& stillWanted, const StillWanted& mayCheck,
-                               const OnProgress& progress, const std::optional<KeptPublish>& kept) const
+                               const OnProgress& progress, const std::optional<KeptPublish>& kept,
+                               const RsyncLeftovers& leftovers) const
 {
     using Overwrites = RsyncCommand::Overwrites;
     RsyncCommand command = m_command;
     if (kept)
         command.keep(*kept);
     RsyncReport report;
-    Run run(m_runProgram, rows, stillWanted, mayCheck, progress, report);
+    leftovers.noteBegin();
+    if (!leftovers.paths().empty())
+        (void)m_runProgram(m_command.deletion(), RsyncCommand::nameList(leftovers.paths()), stillWanted);
+    Run run(m_runProgram, rows, stillWanted, mayCheck, leftovers.site(), progress, report);
     const RowNumbers order = transferOrder(rows);
     bool goesOn = true;
     for (const bool pages : {false, true}) {
@@ -402,6 +444,8 @@ RsyncReport RsyncJob::transfer(const std::vector<SyncRow>& rows,
                                                             kept->place.fromReceiving() +
                                                             "\"; choose another folder for it");
     lookAgain(rows, report, mayCheck);
+    if (report.problems.empty() && isWanted(stillWanted))
+        leftovers.noteEnd();
     return report;
 }
 

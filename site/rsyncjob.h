@@ -41,13 +41,12 @@ public:
     ///
     /// After a failure or a stop (`stillWanted`), rsync is asked which of the files it named are still to be
     /// done, because those it had sent last may not have arrived; `mayCheck` ends this question. `progress`, if
-    /// any, is called several times a second. With `kept`, what is replaced or deleted is kept there; what can't be
-    /// kept stays.
-    [[nodiscard]] RsyncReport transfer(const std::vector<SyncRow>& rows,
-                                       const std::vector<std::string>& foldersOnlyThere,
-                                       const StillWanted& stillWanted, const StillWanted& mayCheck,
-                                       const OnProgress& progress = {},
-                                       const std::optional<KeptPublish>& kept = {}) const;
+    /// any, is called several times a second; it needs the site of `leftovers`. With `kept`, what is replaced or
+    /// deleted is kept there; what can't be kept stays. `leftovers`, those of the comparison, are removed first.
+    [[nodiscard]] RsyncReport
+    transfer(const std::vector<SyncRow>& rows, const std::vector<std::string>& foldersOnlyThere,
+             const StillWanted& stillWanted, const StillWanted& mayCheck, const OnProgress& progress = {},
+             const std::optional<KeptPublish>& kept = {}, const RsyncLeftovers& leftovers = {}) const;
 
 private:
     [[nodiscard]] Result<ComparisonReport> compareWith(FoundFiles local, const IgnoredNames& ignored,

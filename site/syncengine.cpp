@@ -172,6 +172,7 @@ void SyncEngine::endComparison(const WorkItem& item, Result<ComparisonReport> re
         m_message = tr("The sending side has no files; its disk or share may not be mounted.");
     m_foldersOnlyThere = std::move(result->foldersOnlyThere);
     m_published = std::move(result->published);
+    m_leftovers = std::move(result->leftovers);
     if (m_only.empty())
         tickAsRemembered(result->rows);
     else
@@ -377,10 +378,10 @@ void SyncEngine::transferWithRsync(const std::optional<Keeping>& keeping)
     const OnProgress progress = progressReporter(*m_workItem, m_table.rows());
     const auto kept = keeping ? std::optional(keeping->publish) : std::nullopt;
     const auto transfer = [progress, kept, job, rows = m_table.rows(), folders = m_foldersOnlyThere,
-                           stop = m_stop](const WorkItem& item) {
+                           leftovers = m_leftovers, stop = m_stop](const WorkItem& item) {
         RsyncReport report = job.transfer(
             rows, folders, [&stop] { return !stop->isCancelled(); }, [&item] { return !item.isCancelled(); },
-            progress, kept);
+            progress, kept, leftovers);
         return Transferred{std::move(report.done), std::move(report.received), std::move(report.problems)};
     };
     startTransfer(transfer, keeping);

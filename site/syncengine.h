@@ -126,6 +126,7 @@ private:
     std::size_t m_ignoredCount = 0;
     SyncCounts m_counts;
     std::vector<std::string> m_foldersOnlyThere;
+    RsyncLeftovers m_leftovers;
     PublishedFiles m_published;        // as to be saved after the next transfer
     std::vector<SyncRow> m_rowsBefore; // of the comparison before the running one, in the same direction
 

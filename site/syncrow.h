@@ -3,6 +3,7 @@
 
 #include "site/filefacts.h"
 #include "site/publishedfiles.h"
+#include "site/rsyncleftovers.h"
 #include "site/samefiles.h"
 
 #include <filesystem>
@@ -94,6 +95,7 @@ struct ComparisonReport
         {}; ///< paths as bytes: those that only the receiving side has
     SyncCounts counts = {};
     PublishedFiles published = {}; ///< as to be saved if none of the rows is transferred
+    RsyncLeftovers leftovers = {}; ///< of a comparison with rsync
 };
 
 /// The rows of what was found, all ticked but the marked ones.

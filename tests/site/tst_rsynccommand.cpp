@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
+#include "site/filetransfer.h"
 #include "site/foldercomparison.h"
 #include "site/rsyncjob.h"
+#include "tests/site/hostilenames.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QTest>
 
@@ -27,12 +30,8 @@ private:
     // Every kind of name, below `folder`.
     static void putNames(const TwoFolders& folders, const std::string& folder = "sending")
     {
-        folders.putAll(folder,
-                       "plain.html|My Page.html|sub/plain.html|sub/deep/x_y-z|'single'|\"double\"|$HOME|"
-                       "`touch evil`|a;touch evil|(x)|a&b|*|a*b|axb|[a]|a|back\\slash|\\*|-rf|- dash|"
-                       "dash|+ plus|;semi|!|\xc3\xbc.html|new\nline|new\\#012line|bad\xff|esc\\#012x|?|q?b|"
-                       "{a,b}|a -> b| lead|trail |two  blanks|tab\there|***|sub/*|sub/[x]\\|"
-                       "deleting foo|a deleting b|*deleting   x|>f+++++++++ x|:colon|a:b");
+        for (const std::string& name : test::hostileNames())
+            folders.put(folder + "/" + name);
         fs::create_symlink("nowhere", folders.at(folder + "/sub/link"));
     }
 
@@ -187,28 +186,34 @@ private slots:
     // Half of all names, then the other half: those that a pattern or a shell would take for each other too.
     void exactlyTheTickedRowsAreDone_data()
     {
-        QTest::addColumn<std::string>("side");
-        QTest::newRow("sent") << std::string("sending");
-        QTest::newRow("deleted") << std::string("receiving");
+        const test::Rows<std::string, bool> row("side", "rsync");
+        for (const bool rsync : {false, true}) {
+            row(rsync ? "sent by rsync" : "sent", std::string("sending"), rsync);
+            row(rsync ? "deleted by rsync" : "deleted", std::string("receiving"), rsync);
+        }
     }
     void exactlyTheTickedRowsAreDone()
     {
         QFETCH(std::string, side);
+        QFETCH(bool, rsync);
         for (const std::size_t remainder : {0U, 1U}) {
             const TwoFolders folders;
             putNames(folders, side);
-            ComparisonReport found = compare(folders);
-            QVERIFY(found.rows.size() > 40);
+            ComparisonReport found = rsync ? compare(folders) : walk(folders);
+            QCOMPARE(found.rows.size(), test::hostileNames().size() + 1);
             std::vector<SyncRow> left;
             for (std::size_t i = remainder; i < found.rows.size(); i += 2) {
                 found.rows[i].select = false;
                 left.push_back(found.rows[i]);
             }
-            const RsyncReport report = job(folders).transfer(found.rows, found.foldersOnlyThere, {}, {});
-            QCOMPARE(join(report.problems), std::string());
-            QCOMPARE(report.done.size(), found.rows.size() - left.size());
-            QCOMPARE(namesOf(compare(folders).rows), namesOf(left));
-            QVERIFY(!itemExists(folders.at("evil")));
+            const std::size_t done =
+                rsync ? job(folders).transfer(found.rows, found.foldersOnlyThere, {}, {}).done.size()
+                      : FileTransfer(found.rows, found.foldersOnlyThere).run(WorkItem()).done.size();
+            QCOMPARE(done, found.rows.size() - left.size());
+            QCOMPARE(namesOf((rsync ? compare(folders) : walk(folders)).rows), namesOf(left));
+            for (const auto& place :
+                 {folders.root(), fs::current_path(), fs::path(qgetenv("HOME").toStdString())})
+                QVERIFY(!itemExists(place / "evil"));
         }
     }
 
@@ -308,6 +313,38 @@ private slots:
         QVERIFY(report.received[0].isSameFile(found.rows[0].sent));
         QCOMPARE(join(report.problems), std::string());
         QTRY_COMPARE(folders.listing("receiving"), std::string("a.txt\n"));
+    }
+
+    // Those of the user's files that have such a name stay.
+    void whatAKilledTransferHasLeftGoes()
+    {
+        const TwoFolders folders;
+        const std::string longName(240, 'n');
+        folders.putAll("sending", "a.html|.htaccess|s/" + longName + "|s/page");
+        folders.putAll("receiving", ".a.html.backup|a.html.backup|s/.page.backup");
+        const auto publish = [&folders](const ProgramRunner& run) {
+            const auto lock = lockForPublishing("a site");
+            const RsyncJob killed = job(folders, run);
+            const auto found = *job(folders).compare(IgnoredNames(".*.AAAAAA"), Deletions::Ignored,
+                                                     WorkItem(), PublishedFiles::load("a site"));
+            return killed.transfer(found.rows, {}, {}, {}, {}, {}, found.leftovers).problems.empty();
+        };
+        const ProgramRunner dies = [](const auto&, std::string_view, const auto&) {
+            return ProgramResult{12, {}, "rsync: connection unexpectedly closed\n"};
+        };
+        QVERIFY(!publish(dies));
+        folders.putAll("receiving", ".a.html.x1Y2z3|.htaccess.AAAAAA|s/." + longName +
+                                        ".abc123|.other.html.x1Y2z3|"
+                                        "s/.a.html.x1Y2z3|.a.html.x1Y2z|s/.page.x1_2z3");
+        QVERIFY(publish(&runProgram));
+        QCOMPARE(folders.listing("receiving"),
+                 ".a.html.backup\n.a.html.x1Y2z\n.htaccess\n.other.html.x1Y2z3\na.html\na.html.backup\n"
+                 "s/.a.html.x1Y2z3\ns/.page.backup\ns/.page.x1_2z3\ns/" +
+                     longName + "\ns/page\n");
+        folders.put("receiving/.a.html.x1Y2z3");
+        folders.put("sending/a.html", "new", 5);
+        QVERIFY(publish(&runProgram));
+        QVERIFY(itemExists(folders.at("receiving/.a.html.x1Y2z3")));
     }
 
     void whatFailedIsNamed_theRestIsDone()

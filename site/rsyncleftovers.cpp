@@ -1,0 +1,96 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "site/rsyncleftovers.h"
+
+#include "base/files.h"
+#include "base/pathbelow.h"
+#include "site/publishedfiles.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <unordered_set>
+#include <utility>
+
+namespace luma {
+
+namespace {
+
+constexpr std::size_t suffixLength = 7; // a dot, and six letters or digits
+// rsync cuts names that would become too long; so much is left of each.
+constexpr std::size_t surelyKept = 200;
+
+bool isLetterOrDigit(char c)
+{
+    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
+}
+
+bool hasForm(std::string_view path)
+{
+    const std::string_view name = namePart(path);
+    const std::string_view suffix = name.substr(name.size() - std::min(name.size(), suffixLength));
+    return name.starts_with('.') && name.size() > suffixLength + 1 && suffix.starts_with('.') &&
+           std::all_of(suffix.begin() + 1, suffix.end(), isLetterOrDigit);
+}
+
+// The folder and the part of the name that a file and its temporary file have in common. rsync puts no second dot
+// before a name that begins with one.
+std::string commonPart(std::string_view folder, std::string_view name)
+{
+    if (name.starts_with('.'))
+        name.remove_prefix(1);
+    return std::string(folder) + '/' + std::string(name.substr(0, surelyKept));
+}
+
+} // namespace
+
+std::vector<std::string> rsyncTemporaries(const std::vector<std::string_view>& receiving,
+                                          const std::vector<std::string_view>& sending)
+{
+    std::vector<std::string> found;
+    for (const std::string_view path : receiving) {
+        if (hasForm(path))
+            found.emplace_back(path);
+    }
+    if (found.empty())
+        return found;
+    std::unordered_set<std::string> sent;
+    for (const std::string_view path : sending)
+        sent.insert(commonPart(folderPart(path), namePart(path)));
+    std::erase_if(found, [&sent](std::string_view path) {
+        const std::string_view name = namePart(path);
+        return !sent.contains(commonPart(folderPart(path), name.substr(0, name.size() - suffixLength)));
+    });
+    return found;
+}
+
+RsyncLeftovers::RsyncLeftovers(std::string site, const std::vector<std::string>& temporaries)
+    : m_site(std::move(site))
+{
+    const auto note =
+        m_site.empty() ? Result<std::string>(Error{}) : readFile(publishingFile(m_site, ".begun"));
+    std::unordered_set<std::string_view> before;
+    for (std::string_view rest = note ? std::string_view(*note) : std::string_view(); !rest.empty();) {
+        const std::size_t end = std::min(rest.find('\0'), rest.size());
+        before.insert(rest.substr(0, end));
+        rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    for (const std::string& path : temporaries)
+        (note && !before.contains(path) ? m_paths : m_others).push_back(path);
+}
+
+void RsyncLeftovers::noteBegin() const
+{
+    std::string note;
+    for (const std::string& path : m_others)
+        note.append(path).push_back('\0');
+    if (!m_site.empty())
+        (void)writeFile(publishingFile(m_site, ".begun"), note, 0600);
+}
+
+void RsyncLeftovers::noteEnd() const
+{
+    std::error_code error;
+    if (!m_site.empty())
+        std::filesystem::remove(publishingFile(m_site, ".begun"), error);
+}
+
+} // namespace luma
