@@ -134,6 +134,15 @@ bool isSummary(const std::string& line)
            line.find("] write error: ") != std::string::npos;
 }
 
+// For a run that has said nothing: what a server says last may be lost with its connection.
+std::string reasonOf(int status)
+{
+    constexpr int fileError = 11; // rsync(1), EXIT VALUES
+    if (status == fileError)
+        return "A file could not be written; the disk on the receiving side may be full";
+    return "rsync ended with code " + std::to_string(status);
+}
+
 } // namespace
 
 RsyncArguments RsyncArguments::of(const SiteRecord& record, Direction direction)
@@ -210,7 +219,7 @@ std::vector<std::string> rsyncReasons(const ProgramResult& result)
         return chosen;
     if (!lines.empty())
         return {lines.back()};
-    return {result.status ? "rsync ended with code " + std::to_string(*result.status) : "rsync was ended"};
+    return {result.status ? reasonOf(*result.status) : "rsync was ended"};
 }
 
 std::optional<std::int64_t> readFreeSpace(std::string_view output)
@@ -246,10 +255,41 @@ bool RsyncCommand::isComplete() const
     return !m_arguments.local.empty() && !m_arguments.remote.empty();
 }
 
+// ssh(1) and ssh_config(5). It is asked four times before it gives up, the server's own answers come in between.
+std::vector<std::string> RsyncCommand::sshWords() const
+{
+    const std::string interval = std::to_string(std::max<std::int64_t>(m_arguments.patience.count() / 4, 1));
+    const std::string patience = std::to_string(m_arguments.patience.count());
+    return {"ssh",
+            "-p",
+            m_arguments.port,
+            "-o",
+            "ConnectTimeout=" + patience,
+            "-o",
+            "ServerAliveInterval=" + interval,
+            "-o",
+            "ServerAliveCountMax=3"};
+}
+
+// rsync splits the words itself.
+std::string RsyncCommand::remoteShell() const
+{
+    std::string text;
+    for (const std::string& word : sshWords())
+        text.append(text.empty() ? "" : " ").append(word);
+    return text;
+}
+
+// rsync may be silent for some time while it reads a large file, so it gets more of it than ssh.
+std::string RsyncCommand::timeLimit() const
+{
+    return "--timeout=" + std::to_string(m_arguments.patience.count() * 3);
+}
+
 std::vector<std::string> RsyncCommand::words(const std::vector<std::string>& options) const
 {
-    // Archive mode and compression; rsync splits the words of the remote shell itself.
-    std::vector<std::string> words = {"rsync", "-e", "ssh -p " + m_arguments.port, "-az", outputFormat};
+    // Archive mode and compression.
+    std::vector<std::string> words = {"rsync", "-e", remoteShell(), timeLimit(), "-az", outputFormat};
     words.insert(words.end(), m_keepOptions.begin(), m_keepOptions.end());
     words.insert(words.end(), options.begin(), options.end());
     if (m_arguments.direction == Direction::Upload)
@@ -264,9 +304,8 @@ std::vector<std::string> RsyncCommand::listingWords(const std::vector<std::strin
 {
     // A dry run into a folder that can't exist lists every item with its size and time; these come in local
     // time. The debug output names what is ignored.
-    std::vector<std::string> words = {
-        "env",     "TZ=UTC0",     "rsync",         "-e", "ssh -p " + m_arguments.port, "--dry-run",
-        "--links", listingFormat, "--debug=FILTER"};
+    std::vector<std::string> words = {"env",       "TZ=UTC0",   "rsync",   "-e",          remoteShell(),
+                                      timeLimit(), "--dry-run", "--links", listingFormat, "--debug=FILTER"};
     words.insert(words.end(), options.begin(), options.end());
     words.insert(words.end(), filters.begin(), filters.end());
     words.insert(words.end(), {"--", m_arguments.remote, "/proc/none/"});
@@ -323,14 +362,10 @@ std::vector<std::string> RsyncCommand::freeSpace() const
     std::string folder = "'";
     for (const char c : m_arguments.remote.substr(colon + 1))
         folder += c == '\'' ? std::string("'\\''") : std::string(1, c);
-    return {"ssh",
-            "-p",
-            m_arguments.port,
-            "-o",
-            "BatchMode=yes",
-            "--",
-            m_arguments.remote.substr(0, colon),
-            "LC_ALL=C df -Pk -- " + folder + "'"};
+    std::vector<std::string> words = sshWords();
+    words.insert(words.end(), {"-o", "BatchMode=yes", "--", m_arguments.remote.substr(0, colon),
+                               "LC_ALL=C df -Pk -- " + folder + "'"});
+    return words;
 }
 
 std::vector<std::string> RsyncCommand::dryRunOf(std::vector<std::string> words)

@@ -7,6 +7,7 @@
 #include "site/siterecord.h"
 #include "site/syncrow.h"
 
+#include <chrono>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -22,6 +23,7 @@ struct RsyncArguments
     std::string remote; ///< user@server:folder, with a slash at its end
     Direction direction = Direction::Upload;
     std::string port = "22";
+    std::chrono::seconds patience = std::chrono::seconds(60); ///< with a server that does not answer
 
     /// From the endpoints of `record`. A side that lacks its path, user or server is empty.
     static RsyncArguments of(const SiteRecord& record, Direction direction);
@@ -55,7 +57,8 @@ std::optional<std::int64_t> readFreeSpace(std::string_view output);
 /// A row's name without the word that marks a deletion.
 std::string nameWithoutDeleting(std::string_view displayName);
 
-/// The words that start rsync over ssh: a program and its arguments, which no shell reads.
+/// The words that start rsync over ssh: a program and its arguments, which no shell reads. Where a server does not
+/// answer, ssh ends, and so does rsync where the rsync there does not.
 ///
 /// Only the listing walks a site. Each other run gets the names of its files on standard input (nameList), and
 /// nothing but these is touched. Every run prints one line for each item.
@@ -103,6 +106,9 @@ private:
     RsyncArguments m_arguments;
     std::vector<std::string> m_keepOptions;
 
+    [[nodiscard]] std::vector<std::string> sshWords() const;
+    [[nodiscard]] std::string remoteShell() const;
+    [[nodiscard]] std::string timeLimit() const;
     [[nodiscard]] std::vector<std::string> words(const std::vector<std::string>& options) const;
     [[nodiscard]] std::vector<std::string> listingWords(const std::vector<std::string>& options,
                                                         const std::vector<std::string>& filters) const;

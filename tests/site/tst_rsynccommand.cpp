@@ -88,21 +88,27 @@ private slots:
     void wordsOfTheRuns()
     {
         const RsyncCommand command({"/home/me/My Site/", "me@host:/var/www/", Direction::Upload, "2222"});
+        const std::string ssh =
+            "ssh -p 2222 -o ConnectTimeout=60 -o ServerAliveInterval=15 -o ServerAliveCountMax=3";
         QCOMPARE(
             join(command.listing(IgnoredNames("drafts/\n/a b/*.bak"))),
             std::string(
-                "env|TZ=UTC0|rsync|-e|ssh -p 2222|--dry-run|--links|"
+                "env|TZ=UTC0|rsync|-e|" + ssh +
+                "|--timeout=180|--dry-run|--links|"
                 "--out-format=|%i %l %M %n//%L|--debug=FILTER|--recursive|"
                 "--filter=- .git|--filter=- .svn|--filter=- .hg|--filter=- *~|"
                 "--filter=- .*.swp|--filter=- Thumbs.db|--filter=- .DS_Store|"
                 "--filter=- .luma-??????|--filter=- .*.luma-kept/|--filter=- drafts/|--filter=- /a b/*.bak|"
                 "--|me@host:/var/www/|/proc/none/|"));
         QCOMPARE(join(command.transfer(RsyncCommand::Overwrites::OlderFiles)),
-                 std::string("rsync|-e|ssh -p 2222|-az|--out-format=|%i %n|--update|--from0|"
+                 std::string("rsync|-e|" + ssh +
+                             "|--timeout=180|-az|--out-format=|%i %n|--update|--from0|"
                              "--files-from=-|--|/home/me/My Site/|me@host:/var/www/|"));
         QCOMPARE(RsyncCommand::nameList({"a b", "#x"}), std::string("./a b\0./#x\0", 11));
         QCOMPARE(join(RsyncCommand({"/x/", "me@host:it's $x/", Direction::Upload, "7"}).freeSpace()),
-                 std::string("ssh|-p|7|-o|BatchMode=yes|--|me@host|LC_ALL=C df -Pk -- 'it'\\''s $x/'|"));
+                 std::string(
+                     "ssh|-p|7|-o|ConnectTimeout=60|-o|ServerAliveInterval=15|-o|"
+                     "ServerAliveCountMax=3|-o|BatchMode=yes|--|me@host|LC_ALL=C df -Pk -- 'it'\\''s $x/'|"));
         QCOMPARE(readFreeSpace("Filesystem 1024-blocks Used Available Capacity Mounted on\n"
                                "/dev/sda1 1000 990 10 99% /\n"),
                  std::optional<std::int64_t>(10240));

@@ -14,11 +14,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <set>
 #include <sstream>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -61,6 +65,28 @@ std::string hashOf(const std::string& password)
     perl.closeWriteChannel();
     perl.waitForFinished();
     return perl.readAllStandardOutput().toStdString();
+}
+
+// Their ids.
+std::vector<std::string> allProcesses()
+{
+    std::vector<std::string> all;
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        std::string name = entry.path().filename();
+        if (name.find_first_not_of("0123456789") == std::string::npos)
+            all.push_back(std::move(name));
+    }
+    return all;
+}
+
+// From proc(5): "ID (NAME) STATE PARENT ..."; the name may hold anything.
+std::string parentOf(const std::string& process)
+{
+    const std::string status = contents("/proc/" + process + "/stat");
+    std::string state;
+    std::string parent;
+    std::istringstream(status.substr(status.rfind(')') + 1)) >> state >> parent;
+    return parent;
 }
 
 bool mountOver(const fs::path& file, const fs::path& target)
@@ -232,16 +258,30 @@ void SshServer::setLogFormat(bool present) const
 
 int SshServer::processesAtPort() const
 {
-    int count = 0;
-    for (const auto& entry : fs::directory_iterator("/proc")) {
-        const std::string name = entry.path().filename();
-        if (name.find_first_not_of("0123456789") != std::string::npos)
-            continue;
-        std::string words = contents(entry.path() / "cmdline");
-        if (words.find('\0' + port() + '\0') != std::string::npos)
-            ++count;
+    const std::vector<std::string> all = allProcesses();
+    return static_cast<int>(std::count_if(all.begin(), all.end(), [this](const std::string& process) {
+        return contents("/proc/" + process + "/cmdline").find('\0' + port() + '\0') != std::string::npos;
+    }));
+}
+
+void SshServer::signal(int number, Part part) const
+{
+    std::set<std::string> family = {std::to_string(m_server.processId())};
+    const std::vector<std::string> all = allProcesses();
+    for (std::size_t before = 0; before < family.size();) {
+        before = family.size();
+        for (const std::string& process : all) {
+            if (family.contains(parentOf(process)))
+                family.insert(process);
+        }
     }
-    return count;
+    if (part == Part::Sessions)
+        family.erase(std::to_string(m_server.processId()));
+    std::erase_if(family, [](const std::string& process) {
+        return contents("/proc/" + process + "/cmdline").find("sshd") == std::string::npos;
+    });
+    for (const std::string& process : family)
+        ::kill(std::stoi(process), number);
 }
 
 } // namespace luma::test

@@ -48,6 +48,10 @@ public:
     /// Writes the web server's configuration file to the place where LUMA looks for it, with or without the log
     /// format line.
     void setLogFormat(bool present) const;
+    enum class Part { All, Sessions };
+    /// Sends a signal to the server's processes, or only to those that serve a connection; not to the programs that
+    /// these have started.
+    void signal(int number, Part part) const;
     /// The number of processes of any program whose command line contains the port.
     [[nodiscard]] int processesAtPort() const;
 
