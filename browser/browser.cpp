@@ -113,6 +113,7 @@ void Browser::connectModel()
     connect(&m_model, &QAbstractItemModel::modelAboutToBeReset, this, [this] { closeColumnsFrom(0); });
     connect(&m_model, &QAbstractItemModel::modelReset, this, &Browser::rebuild);
     connect(&m_model, &QAbstractItemModel::rowsAboutToBeRemoved, this, &Browser::closeLostColumns);
+    connect(&m_model, &FileSystemModel::listedLate, this, &Browser::showLateRows);
 }
 
 void Browser::setEmptyText(const QString& text)
@@ -328,7 +329,7 @@ void Browser::reload()
     const Path before = path();
     const bool hadFocus = isAncestorOf(QApplication::focusWidget());
     m_model.reload();
-    setPath(before);
+    goTo(before);
     if (hadFocus && m_currentColumn >= 0)
         m_columns[static_cast<std::size_t>(m_currentColumn)]->list().setFocus();
 }
@@ -355,7 +356,26 @@ void Browser::refresh()
     const Path before = path();
     m_model.refresh(shownFolders());
     if (path() != before)
-        setPath(before);
+        goTo(before);
+    for (BrowserColumn* column : m_columns)
+        column->updateTexts();
+    emit listed();
+}
+
+/// As far as the folders have been listed; showLateRows() goes on.
+void Browser::goTo(const Path& wanted)
+{
+    setPath(wanted);
+    const bool isWaiting = !m_columns.empty() && m_model.isBeingListed(m_columns.back()->folder());
+    m_wantedPath = isWaiting && path() != wanted ? wanted : Path();
+}
+
+void Browser::showLateRows()
+{
+    // The user may have gone elsewhere meanwhile.
+    const Path now = path();
+    if (now.size() < m_wantedPath.size() && std::equal(now.begin(), now.end(), m_wantedPath.begin()))
+        goTo(Path(m_wantedPath));
     for (BrowserColumn* column : m_columns)
         column->updateTexts();
     emit listed();

@@ -119,6 +119,7 @@ private:
     int m_currentColumn = -1;
     int m_draggedColumn = -1;
     bool m_changing = false;
+    Path m_wantedPath; // while a folder on it is being listed
     QList<int> m_widths;
     std::function<void()> m_beep;
 
@@ -129,6 +130,8 @@ private:
     void openColumn(const QModelIndex& folder);
     void closeColumnsFrom(int number);
     void closeLostColumns(const QModelIndex& parent, int first, int last);
+    void goTo(const Path& wanted);
+    void showLateRows();
     void showPreview(const QModelIndex& leaf);
     void hidePreview();
     void selectionChanged(int number);

@@ -119,7 +119,10 @@ void BrowserColumn::updateTexts()
     const QString contents = tr("Contents of %1").arg(node->displayName());
     const QString pane = parentWidget()->accessibleName();
     m_list->setAccessibleName(pane.isEmpty() ? contents : tr("%1: %2").arg(pane, contents));
-    m_list->setEmptyText(node->isUnreadable() ? tr("This folder cannot be read.") : tr("Empty folder"));
+    if (m_model.isBeingListed(m_folder))
+        m_list->setEmptyText(tr("Reading the folder…"));
+    else
+        m_list->setEmptyText(node->isUnreadable() ? tr("This folder cannot be read.") : tr("Empty folder"));
 }
 
 void BrowserColumn::changeWidth(int delta)

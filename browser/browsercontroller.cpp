@@ -2,12 +2,14 @@
 #include "browser/browsercontroller.h"
 
 #include "base/console.h"
+#include "base/filecalls.h"
 #include "base/pathbelow.h"
 #include "browser/browser.h"
 #include "browser/configpanel.h"
 #include "browser/displaytext.h"
 #include "browser/endpoint.h"
 #include "browser/filejobs.h"
+#include "browser/folderlisting.h"
 #include "browser/folderwatcher.h"
 #include "browser/itemcommands.h"
 #include "browser/linkjobs.h"
@@ -276,6 +278,8 @@ void BrowserController::finishConnection(const MountResult& result, const Connec
     if (wasShare && !former.empty())
         m_connection->mounter().unmount(former);
     if (result.folder) {
+        browser().model().setBackgroundLister(isOnServer(*result.folder) ? &listFolder
+                                                                         : FileSystemModel::Lister());
         setRootNode(std::make_shared<FileSystemNode>(*result.folder));
         showBusy();
         connectionSucceeded(request);

@@ -1,13 +1,21 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/filesystemmodel.h"
 
+#include "base/mainhop.h"
+#include "base/workitem.h"
 #include "browser/displaytext.h"
 #include "browser/dragrecord.h"
 #include "browser/folderdifference.h"
 
 #include <QMimeData>
+#include <QPointer>
+#include <QThreadPool>
 
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <utility>
 
 namespace luma {
 
@@ -18,6 +26,9 @@ using Nodes = std::vector<FileSystemNodePointer>;
 /// With more changes than this it is faster to replace all rows of the folder.
 constexpr std::size_t maximumRanges = 500;
 
+/// A listing that takes longer comes late.
+constexpr std::chrono::milliseconds moment(100);
+
 bool standsBefore(const FileSystemNode& a, const FileSystemNode& b)
 {
     const int order = collationKey(a.name()).compare(collationKey(b.name()));
@@ -25,6 +36,36 @@ bool standsBefore(const FileSystemNode& a, const FileSystemNode& b)
 }
 
 } // namespace
+
+/// A listing in the background, shared by both threads.
+class FileSystemModel::Listing final
+{
+public:
+    void finish(std::optional<Nodes> nodes)
+    {
+        const std::lock_guard lock(m_mutex);
+        m_nodes = std::move(nodes);
+        m_wasQuick = std::chrono::steady_clock::now() - m_begin < moment;
+        m_isDone = true;
+        m_done.notify_all();
+    }
+    bool waitFor(std::chrono::milliseconds time)
+    {
+        std::unique_lock lock(m_mutex);
+        return m_done.wait_for(lock, time, [this] { return m_isDone; });
+    }
+    // Of a finished one:
+    std::optional<Nodes> take() { return std::exchange(m_nodes, std::nullopt); }
+    [[nodiscard]] bool wasQuick() const { return m_wasQuick; }
+
+private:
+    const std::chrono::steady_clock::time_point m_begin = std::chrono::steady_clock::now();
+    std::mutex m_mutex;
+    std::condition_variable m_done;
+    std::optional<Nodes> m_nodes;
+    bool m_isDone = false;
+    bool m_wasQuick = false;
+};
 
 /// A folder whose rows have been used. An index points to the record of the folder that contains its row.
 struct FileSystemModel::Folder
@@ -35,6 +76,8 @@ struct FileSystemModel::Folder
     Nodes rows;
     SideMarks marks;
     bool stale = false;
+    std::shared_ptr<Listing> listing; // while it runs
+    bool listsAgain = false;          // the folder has changed since that began
     std::vector<std::unique_ptr<Folder>> opened;
 
     void shiftOpened(int from, int by)
@@ -55,6 +98,7 @@ void FileSystemModel::setRootNode(FileSystemNodePointer root)
     beginResetModel();
     m_root.reset();
     m_rootNode = std::move(root);
+    m_isSlow = false;
     endResetModel();
 }
 
@@ -87,7 +131,8 @@ FileSystemModel::Folder* FileSystemModel::folderAt(const QModelIndex& index) con
         if (!m_root && m_rootNode) {
             self->m_root = std::make_unique<Folder>();
             m_root->node = m_rootNode;
-            m_root->rows = listed(*m_rootNode);
+            if (self->list(*m_root))
+                m_root->rows = listed(*m_rootNode);
         }
         return m_root.get();
     }
@@ -104,8 +149,76 @@ FileSystemModel::Folder* FileSystemModel::folderAt(const QModelIndex& index) con
     opened->node = item;
     opened->parent = parent;
     opened->row = index.row();
-    opened->rows = listed(*item);
+    if (self->list(*opened))
+        opened->rows = listed(*item);
     return opened;
+}
+
+/// Brings the children of the folder's node up to date. False if they come later.
+bool FileSystemModel::list(Folder& folder)
+{
+    if (!m_lister || !folder.node->childrenDirty)
+        return true;
+    if (folder.listing) {
+        folder.listsAgain = true;
+        return false;
+    }
+    folder.listsAgain = false;
+    folder.listing = std::make_shared<Listing>();
+    // One thread more for its time: neither does it wait for other jobs, nor do they for a server.
+    QThreadPool::globalInstance()->releaseThread();
+    start(std::make_shared<WorkItem>(),
+          [self = QPointer(this), listing = folder.listing, lister = m_lister,
+           url = folder.node->url().native(), hidden = m_showsHidden](const WorkItem&) {
+              listing->finish(lister(url, hidden));
+              QThreadPool::globalInstance()->reserveThread();
+              onMain(self, [&listing](FileSystemModel& model) { model.takeLate(listing); });
+          });
+    return takeInTime(folder);
+}
+
+/// After one listing that came late, none is waited for until one is quick again.
+bool FileSystemModel::takeInTime(Folder& folder)
+{
+    if (!folder.listing->waitFor(m_isSlow ? std::chrono::milliseconds(0) : moment)) {
+        m_isSlow = true;
+        return false;
+    }
+    folder.node->setChildren(std::exchange(folder.listing, nullptr)->take());
+    return true;
+}
+
+void FileSystemModel::takeLate(const std::shared_ptr<Listing>& listing)
+{
+    Folder* const folder = m_root ? findListing(*m_root, listing) : nullptr;
+    // Taken in time, or the folder is gone.
+    if (!folder)
+        return;
+    m_isSlow = !listing->wasQuick();
+    folder->listing.reset();
+    folder->node->setChildren(listing->take());
+    showChildren(*folder);
+    const QPersistentModelIndex index = indexOf(*folder);
+    if (folder->listsAgain)
+        refreshFolder(*folder);
+    emit listedLate(index);
+}
+
+FileSystemModel::Folder* FileSystemModel::findListing(Folder& folder, const std::shared_ptr<Listing>& listing)
+{
+    if (folder.listing == listing)
+        return &folder;
+    for (const auto& opened : folder.opened) {
+        if (Folder* const found = findListing(*opened, listing))
+            return found;
+    }
+    return nullptr;
+}
+
+bool FileSystemModel::isBeingListed(const QModelIndex& folder) const
+{
+    const Folder* const record = folderAt(folder);
+    return record && record->listing;
 }
 
 /// The children of a node, of which packages that were opened are folders.
@@ -196,6 +309,13 @@ void FileSystemModel::refreshFolder(Folder& folder)
 {
     folder.stale = false;
     folder.node->childrenDirty = true;
+    if (list(folder))
+        showChildren(folder);
+}
+
+/// The rows become those of the folder's node.
+void FileSystemModel::showChildren(Folder& folder)
+{
     const Nodes& nodes = listed(*folder.node);
     const FolderDifference difference = folderDifference(folder.rows, nodes);
     if (difference.removed.size() + difference.inserted.size() > maximumRanges) {

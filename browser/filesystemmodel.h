@@ -9,12 +9,16 @@
 
 #include <filesystem>
 #include <functional>
+#include <memory>
+#include <optional>
 #include <set>
 #include <string>
+#include <vector>
 
 namespace luma {
 
-/// The tree of FileSystemNode as a model of one column for a Browser. Folders are listed on first use.
+/// The tree of FileSystemNode as a model of one column for a Browser. Folders are listed on first use, at once or in the
+/// background.
 /// refresh() lists again and reports exactly which rows came and went, so that selection, scroll position and
 /// open columns stay; it replaces the nodes, but indexes of remaining items stay valid. Renames go through
 /// setData() with Qt::EditRole. Main thread only.
@@ -32,6 +36,16 @@ public:
 
     explicit FileSystemModel(QObject* parent = nullptr);
     ~FileSystemModel() override;
+
+    /// Lists a folder on any thread, as listFolder().
+    using Lister = std::function<std::optional<std::vector<FileSystemNodePointer>>(const std::string& url,
+                                                                                   bool showsHidden)>;
+    /// Lets `lister` list in the background, so that a slow server holds nothing up: a folder whose listing takes
+    /// longer than a moment stays as it was, a new one empty, until listedLate(). Without one, and at first, folders are
+    /// listed at once. Counts from the next root on.
+    void setBackgroundLister(Lister lister) { m_lister = std::move(lister); }
+    /// Its listing has not come yet.
+    [[nodiscard]] bool isBeingListed(const QModelIndex& folder) const;
 
     /// Sets the root, whose children fill the first column; null empties the model.
     void setRootNode(FileSystemNodePointer root);
@@ -77,16 +91,26 @@ signals:
     /// An item has been renamed on disk.
     void renamed(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
     void renameFailed(const QString& reason);
+    /// The rows of a folder have come, or could not be read.
+    void listedLate(const QModelIndex& folder);
 
 private:
     struct Folder;
+    class Listing;
 
     std::unique_ptr<Folder> m_root;
     FileSystemNodePointer m_rootNode;
     std::set<std::string> m_openedPackages; // by path
     RenamePreparation m_prepareRename;
     bool m_showsHidden = false;
+    Lister m_lister;
+    bool m_isSlow = false; // the last listing took longer than a moment
 
+    bool list(Folder& folder);
+    bool takeInTime(Folder& folder);
+    void takeLate(const std::shared_ptr<Listing>& listing);
+    void showChildren(Folder& folder);
+    [[nodiscard]] static Folder* findListing(Folder& folder, const std::shared_ptr<Listing>& listing);
     [[nodiscard]] const std::vector<FileSystemNodePointer>& listed(FileSystemNode& folder) const;
     [[nodiscard]] static SideMark markOf(const QModelIndex& index, const std::string& name);
     [[nodiscard]] Folder* folderAt(const QModelIndex& index) const;

@@ -67,13 +67,16 @@ Result<void> FileSystemNode::setDisplayName(const QString& newName)
 
 const std::vector<FileSystemNodePointer>& FileSystemNode::children()
 {
-    if (childrenDirty) {
-        auto listed = listFolder(m_url, showsHidden);
-        m_unreadable = !listed;
-        m_children = listed ? std::move(*listed) : std::vector<FileSystemNodePointer>();
-        childrenDirty = false;
-    }
+    if (childrenDirty)
+        setChildren(listFolder(m_url, showsHidden));
     return m_children;
+}
+
+void FileSystemNode::setChildren(std::optional<std::vector<FileSystemNodePointer>> listed)
+{
+    m_unreadable = !listed;
+    m_children = listed ? std::move(*listed) : std::vector<FileSystemNodePointer>();
+    childrenDirty = false;
 }
 
 } // namespace luma

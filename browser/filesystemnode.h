@@ -38,7 +38,7 @@ using FileSystemNodePointer = std::shared_ptr<FileSystemNode>;
 /// One item of the file tree that a pane shows. Owns its children, which are listed on first use and kept
 /// until `childrenDirty` is set; has no link to its parent and never watches the disk. A symbolic link is a
 /// leaf, never the folder it points to, so the tree has no cycles. Two nodes of one file are different
-/// objects; compare `url` to find a file again. Main thread only.
+/// objects; compare `url` to find a file again. Main thread only, once it is in a tree.
 class FileSystemNode final
 {
 public:
@@ -73,6 +73,8 @@ public:
     /// The items of the folder, without hidden ones unless `showsHidden` is set, ordered by name ignoring letter case; names that differ in
     /// case only are ordered by their bytes. A read error ends the list without a message.
     const std::vector<FileSystemNodePointer>& children();
+    /// Takes a listing that was made elsewhere; none if the folder could not be opened.
+    void setChildren(std::optional<std::vector<FileSystemNodePointer>> listed);
     /// True if the last listing could not open the folder.
     [[nodiscard]] bool isUnreadable() const { return m_unreadable; }
 

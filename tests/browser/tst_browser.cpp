@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/browser.h"
 #include "browser/filesystembrowsercell.h"
+#include "browser/folderlisting.h"
 #include "tests/support/registry.h"
+#include "tests/support/screenshot.h"
 #include "tests/support/site.h"
 
 #include <QDialog>
@@ -9,6 +11,7 @@
 #include <QLineEdit>
 #include <QListView>
 #include <QScrollBar>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -211,6 +214,36 @@ private slots:
         QCOMPARE(m_browser->path(), (Browser::Path{"css", "main.css"}));
         QVERIFY(list(1).hasFocus());
         QVERIFY(m_browser->model().childNamed(list(1).rootIndex(), "new.css").isValid());
+    }
+
+    // The columns of the path open as their listings come.
+    void reload_keepsThePathOnASlowServer()
+    {
+        QSemaphore held;
+        m_browser->model().setBackgroundLister([&held](const std::string& url, bool showsHidden) {
+            held.acquire();
+            return listFolder(url, showsHidden);
+        });
+        show();
+        QCOMPARE(m_browser->path(), Browser::Path());
+        test::saveScreenshots(*m_browser, "slow-server");
+        held.release(3);
+        QTRY_COMPARE(m_browser->model().rowCount(), 3);
+        m_browser->setPath({"css"});
+        QTRY_COMPARE(m_browser->model().rowCount(list(1).rootIndex()), 3);
+        m_browser->setPath({"css", "deep"});
+        QTRY_COMPARE(m_browser->model().rowCount(list(2).rootIndex()), 1);
+        m_browser->setPath({"css", "deep", "a.css"});
+        m_browser->reload();
+        QCOMPARE(m_browser->path(), Browser::Path());
+        held.release(3);
+        QTRY_COMPARE(m_browser->path(), (Browser::Path{"css", "deep", "a.css"}));
+        put("css/deep/b.css");
+        m_browser->refresh();
+        QCOMPARE(m_browser->path(), (Browser::Path{"css", "deep", "a.css"}));
+        held.release(3);
+        QTRY_COMPARE(m_browser->model().rowCount(list(2).rootIndex()), 2);
+        QCOMPARE(m_browser->path(), (Browser::Path{"css", "deep", "a.css"}));
     }
 
     void rename_selectsTheBaseNameAndRenamesInAnyColumn()

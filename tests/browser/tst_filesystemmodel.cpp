@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/dragrecord.h"
 #include "browser/filesystemmodel.h"
+#include "browser/folderlisting.h"
 #include "tests/support/registry.h"
 #include "tests/support/site.h"
 
@@ -8,8 +9,10 @@
 #include <QMimeData>
 #include <QPersistentModelIndex>
 #include <QRandomGenerator>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThreadPool>
 
 namespace fs = std::filesystem;
 using namespace luma;
@@ -160,6 +163,46 @@ private slots:
         QVERIFY(!m_model->setData(item, u"a\nb.txt"_s, Qt::EditRole));
         QVERIFY(m_model->setData(item, u"a\nc.txt"_s, Qt::EditRole));
         QVERIFY(fs::exists(at("a\nc.txt")));
+    }
+
+    // Each listing waits until the test lets it go on.
+    void aSlowServerHoldsNothingUp()
+    {
+        put("a.html");
+        put("sub/x.html");
+        QSemaphore held;
+        m_model = std::make_unique<FileSystemModel>();
+        const QAbstractItemModelTester tester(m_model.get(),
+                                              QAbstractItemModelTester::FailureReportingMode::Fatal);
+        m_model->setBackgroundLister([&held](const std::string& url, bool showsHidden) {
+            held.acquire();
+            return listFolder(url, showsHidden);
+        });
+        QSignalSpy late(m_model.get(), &FileSystemModel::listedLate);
+        m_model->setRootNode(std::make_shared<FileSystemNode>(at("")));
+        QCOMPARE(names(), QStringList());
+        QVERIFY(m_model->isBeingListed({}));
+        held.release();
+        QTRY_COMPARE(late.size(), 1);
+        QCOMPARE(names(), (QStringList{"a.html", "sub"}));
+        QVERIFY(!m_model->isBeingListed({}));
+        QCOMPARE(names(child("sub")), QStringList());
+        put("b.html");
+        m_model->refresh({});
+        put("c.html");
+        m_model->refresh({child("sub")});
+        QCOMPARE(names(), (QStringList{"a.html", "sub"}));
+        held.release(4);
+        QTRY_COMPARE(names(), (QStringList{"a.html", "b.html", "c.html", "sub"}));
+        QTRY_COMPARE(names(child("sub")), QStringList{"x.html"});
+        m_model->refresh({});
+        m_model->setRootNode(nullptr);
+        held.release();
+        m_model->setRootNode(std::make_shared<FileSystemNode>(at("no such folder")));
+        (void)m_model->rowCount();
+        m_model.reset();
+        held.release();
+        QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
     }
 
     void dragData_carriesAnyName()
