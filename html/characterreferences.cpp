@@ -116,7 +116,9 @@ constexpr std::string_view specialCharacters("&\r\0", 3);
 
 bool needsDecoding(std::string_view raw)
 {
-    return raw.find_first_of(specialCharacters) != std::string_view::npos;
+    // Faster than find_first_of(), which calls memchr for each byte of `raw`.
+    return std::any_of(specialCharacters.begin(), specialCharacters.end(),
+                       [raw](char c) { return raw.find(c) != std::string_view::npos; });
 }
 
 std::string decodeCharacters(std::string_view raw, ReferenceContext context)

@@ -27,10 +27,19 @@ WebPage BrowserChecker::check(SiteTree::Id id, const std::string& subpath)
         m_site->anchors().put(id, m_reader);
     const SiteAddresses::Page page = m_site->addresses().page(subpath, m_reader.page().base());
     LinesAndColumns lines(m_reader.text());
+    const bool mayBeSeen = m_kept == FindingsKept::Missing && id != SiteTree::none && !page.hasBase;
+    const SiteTree::Id folder = mayBeSeen ? m_site->tree().parent(id) : SiteTree::none;
     for (const LinkReference& reference : m_reader.page().references()) {
-        WebLink link = m_judge.judged(reference.value, reference.place, page, id);
-        if (m_kept == FindingsKept::Missing && link.state != LinkState::Missing)
+        const bool isSeenNow = mayBeSeen && reference.place != LinkPlace::UseMap;
+        const std::uint64_t key = isSeenNow ? SeenAddresses::keyOf(reference.value, folder) : 0;
+        if (isSeenNow && m_present.contains(key))
             continue;
+        WebLink link = m_judge.judged(reference.value, reference.place, page, id);
+        if (m_kept == FindingsKept::Missing && link.state != LinkState::Missing) {
+            if (isSeenNow && isPresentInFolder(link, reference.value))
+                m_present.insert(key);
+            continue;
+        }
         link.value = reference.value;
         lines.goTo(reference.begin);
         link.line = lines.line();

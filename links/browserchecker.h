@@ -3,6 +3,7 @@
 
 #include "links/browsersite.h"
 #include "links/linkjudge.h"
+#include "links/seenaddresses.h"
 #include "links/sitepagereader.h"
 #include "links/weblink.h"
 
@@ -31,6 +32,7 @@ private:
     FindingsKept m_kept;
     LinkJudge m_judge;
     SitePageReader m_reader;
+    SeenAddresses m_present; // that are present in the pages of a folder
 };
 
 } // namespace luma

@@ -15,20 +15,6 @@ namespace {
 
 using Id = SiteTree::Id;
 
-// Whether a verdict is the same for all pages of a folder.
-bool isSameInFolder(const WebLink& link, std::string_view value)
-{
-    if (link.state == LinkState::External || link.state == LinkState::NotJudged)
-        return true;
-    // The page itself counts for "", "#x", "?x" and what may become that, as "http:".
-    const bool isRelativeToPage = value.empty() || static_cast<unsigned char>(value.front()) <= ' ' ||
-                                  value.find(':') != std::string_view::npos;
-    const bool isInCss = link.place == LinkPlace::Style || link.place == LinkPlace::SheetUrl ||
-                         link.place == LinkPlace::SheetImport;
-    return link.state == LinkState::Present && !isRelativeToPage && value.front() != '#' &&
-           value.front() != '?' && !(isInCss && value.find('#') != std::string_view::npos);
-}
-
 bool hasLinks(const SiteTree& tree)
 {
     using Type = SiteTree::Type;
@@ -127,7 +113,7 @@ private:
         WebLink link = m_judge.judged(value, digest.place, m_page, m_id);
         const bool hasAskedDisk = m_judge.takeHasAskedDisk();
         fresh.dependsOnDisk = fresh.dependsOnDisk || hasAskedDisk;
-        if (isRemembered && !hasAskedDisk && isSameInFolder(link, value))
+        if (isRemembered && !hasAskedDisk && isPresentInFolder(link, value))
             m_remembered[digest.text] = {folder, link.file};
         addTarget(fresh, link.file, hasFragment);
         if (link.state != LinkState::Missing)

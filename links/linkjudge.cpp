@@ -21,6 +21,17 @@ bool isInStyle(LinkPlace place)
 
 } // namespace
 
+bool isPresentInFolder(const WebLink& link, std::string_view value)
+{
+    if (link.state == LinkState::External || link.state == LinkState::NotJudged)
+        return true;
+    // The page itself counts for "", "#x", "?x" and what may become that, as "http:".
+    const bool isRelativeToPage = value.empty() || static_cast<unsigned char>(value.front()) <= ' ' ||
+                                  value.find(':') != std::string_view::npos;
+    return link.state == LinkState::Present && !isRelativeToPage && value.front() != '#' &&
+           value.front() != '?' && !(isInStyle(link.place) && value.find('#') != std::string_view::npos);
+}
+
 WebLink LinkJudge::judged(std::string_view value, LinkPlace linkPlace, const SiteAddresses::Page& page,
                           SiteTree::Id id)
 {

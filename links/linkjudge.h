@@ -48,4 +48,7 @@ private:
     std::unordered_map<std::string, Guess> m_guesses;
 };
 
+/// Whether `link`, which is not a usemap, is not missing, and `value` is not in any other page of its folder either.
+bool isPresentInFolder(const WebLink& link, std::string_view value);
+
 } // namespace luma

@@ -15,6 +15,9 @@ namespace {
 // What masked server code is made of, and the braces of templates.
 bool holdsServerCode(std::string_view value)
 {
+    const auto mayBegin = [](char c) { return c == '\x1A' || c == '<' || c == '{'; };
+    if (std::none_of(value.begin(), value.end(), mayBegin))
+        return false;
     if (value.find('\x1A') != std::string_view::npos || value.find("<%") != std::string_view::npos ||
         value.find("<?") != std::string_view::npos)
         return true;
@@ -138,7 +141,9 @@ LinkTarget SiteAddresses::resolve(std::string_view value, const Page& page) cons
     if (holdsServerCode(value))
         return {LinkTarget::Kind::NotJudged, {}, false, false, {}};
     value = trimmedAddress(value);
-    const std::size_t pathEnd = std::min(value.find_first_of("?#"), value.size());
+    const auto endsPath = [](char c) { return c == '?' || c == '#'; };
+    const auto pathEnd =
+        static_cast<std::size_t>(std::find_if(value.begin(), value.end(), endsPath) - value.begin());
     return !page.hasBase && isPlainPath(value.substr(0, pathEnd)) ? resolvePlain(value, pathEnd, page)
                                                                   : resolveParsed(value, page);
 }

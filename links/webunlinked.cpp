@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/orderedwork.h"
 #include "links/browserreports.h"
+#include "links/seenaddresses.h"
 #include "links/unlinkedfiles.h"
 
 #include <vector>
@@ -26,15 +27,19 @@ public:
             return false;
         const SiteAddresses::Page page = m_addresses->page(m_tree->subpath(id), m_reader.page().base());
         for (const LinkReference& reference : m_reader.page().references()) {
-            if (reference.place == LinkPlace::UseMap)
+            const std::uint64_t key = SeenAddresses::keyOf(reference.value, m_tree->parent(id));
+            if (reference.place == LinkPlace::UseMap || (!page.hasBase && m_linked.contains(key)))
                 continue;
             const LinkTarget target = m_addresses->resolve(reference.value, page);
             if (target.kind != LinkTarget::Kind::Inside)
                 continue;
             // A page is not in use because it refers to itself.
             const Id file = m_paths->at(target).file;
-            if (file != SiteTree::none && file != id)
-                m_unlinked->setLinked(file);
+            if (file == SiteTree::none || file == id)
+                continue;
+            m_unlinked->setLinked(file);
+            if (!page.hasBase)
+                m_linked.insert(key);
         }
         return true;
     }
@@ -45,6 +50,7 @@ private:
     const SitePaths* m_paths;
     UnlinkedFiles* m_unlinked;
     SitePageReader m_reader;
+    SeenAddresses m_linked; // whose files are known to be linked
 };
 
 bool readPages(const SiteTree& tree, const SitePaths& paths, const WebRules& rules, UnlinkedFiles& unlinked,

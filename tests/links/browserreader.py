@@ -123,12 +123,20 @@ class Page:
             return
         self.dynamic = bool(SERVER_CODE.search(source))
         source = SERVER_CODE.sub(lambda m: b"\x1a" * len(m[0]), source)
-        if suffix in XML:
-            root = ElementTree.fromstring(source)
-        else:
+        root = self.xml(source, path) if suffix in XML else None
+        if root is None:
             root = html5lib.parse(source, namespaceHTMLElements=False)
         for element in root.iter():
             self.read(element)
+
+    @staticmethod
+    def xml(source, path):
+        """None for a file that isn't well-formed."""
+        try:
+            return ElementTree.fromstring(source)
+        except ElementTree.ParseError as error:
+            print(f"{path}: {error}; read as HTML", file=sys.stderr)
+            return None
 
     def read(self, element):
         name = name_of(element.tag)

@@ -97,6 +97,20 @@ private slots:
         QCOMPARE(missingIn(site), expected.toStdString());
     }
 
+    // In one page of a folder they are present, in another they are not.
+    void sameAddresses_areJudgedInEachPage()
+    {
+        const Site site({{"a.html", "<p id=t><a href=#t><a href=b.html><a href='\t#t'><base>"},
+                         {"b.html", "<a href=#t><img usemap=b.html><a href='\t#t'>"},
+                         {"c/d.html", "<a href=b.html>"},
+                         {"e.html", "<base href=c/><a href=b.html>"}});
+        QCOMPARE(missingIn(site), std::string("b.html 1:9 href #t: no such place in the page\n"
+                                              "b.html 1:24 usemap b.html: no such place in the page\n"
+                                              "b.html 1:40 href \t#t: no such place in the page\n"
+                                              "c/d.html 1:9 href b.html: no such file: d.html\n"
+                                              "e.html 1:23 href b.html: no such file: /c/d.html\n"));
+    }
+
     void rules_changeWhatIsMissing()
     {
         const Site site(

@@ -291,6 +291,10 @@ private slots:
         for (quint32 seed = 1; seed <= 2; ++seed) {
             for (const char* const kind : {"sample", "hostile", "damaged", "postgresql-doc-15"})
                 QTest::addRow("%s %u", kind, seed) << QString::fromLatin1(kind) << seed;
+            // Any other sites: folders with colons between them.
+            for (const QString& folder :
+                 qEnvironmentVariable("LUMA_SITES").split(QLatin1Char(':'), Qt::SkipEmptyParts))
+                QTest::addRow("%s %u", qPrintable(folder), seed) << folder << seed;
         }
     }
     void randomJobs_keepTheLaw()
@@ -308,6 +312,8 @@ private slots:
                 QSKIP("no postgresql-doc-15");
             copyFolder("/usr/share/doc/postgresql-doc-15/html", site, 20);
             site.makeFolder("deep/er");
+        } else if (kind.startsWith(QLatin1Char('/'))) {
+            copyFolder(kind.toStdString(), site, 1);
         } else {
             test::HostileSite(seed).fill(site);
             if (kind == QLatin1String("damaged"))
@@ -315,8 +321,7 @@ private slots:
         }
         const Files before = site.contents();
         RandomJobs jobs(site, seed);
-        const bool isReaderUsed =
-            kind != QLatin1String("damaged") && kind != QLatin1String("postgresql-doc-15");
+        const bool isReaderUsed = kind == QLatin1String("sample") || kind == QLatin1String("hostile");
         const auto targets = isReaderUsed ? targetsForReader(site.root()) : decltype(targetsForReader({}))();
         int done = 0;
         for (int i = 0; i < 12; ++i)
