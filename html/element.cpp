@@ -85,7 +85,7 @@ std::string step(const Element& element)
 
 } // namespace
 
-Element::Element(std::string tagName, NameSpace nameSpace, std::vector<Attribute> attributes)
+Element::Element(Name tagName, NameSpace nameSpace, std::vector<Attribute> attributes)
     : ParentNode(Kind::Element),
       m_tagName(std::move(tagName)),
       m_attributes(std::move(attributes)),

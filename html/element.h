@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/result.h"
+#include "html/name.h"
 #include "html/parentnode.h"
 
 #include <cstdint>
@@ -14,7 +15,7 @@ namespace luma::html {
 /// An attribute: the name with its prefix ("xlink:href"), the value with character references resolved. UTF-8.
 struct Attribute
 {
-    std::string name;
+    Name name;
     std::string value;
 
     bool operator==(const Attribute&) const = default;
@@ -27,10 +28,10 @@ enum class NameSpace : std::uint8_t { Html, Svg, MathMl };
 class Element final : public ParentNode
 {
 public:
-    explicit Element(std::string tagName, NameSpace nameSpace = NameSpace::Html,
+    explicit Element(Name tagName, NameSpace nameSpace = NameSpace::Html,
                      std::vector<Attribute> attributes = {});
 
-    const std::string& tagName() const { return m_tagName; }
+    const std::string& tagName() const { return m_tagName.text(); }
     NameSpace nameSpace() const { return m_nameSpace; }
     /// Whether this is the HTML element of that name.
     bool is(std::string_view htmlTagName) const;
@@ -62,7 +63,7 @@ public:
     NodePtr shallowCopy() const;
 
 private:
-    std::string m_tagName;
+    Name m_tagName;
     std::vector<Attribute> m_attributes;
     NameSpace m_nameSpace;
 };

@@ -11,8 +11,11 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
 #include <functional>
+#include <type_traits>
 #include <unordered_set>
+#include <utility>
 
 namespace luma::html {
 
@@ -88,8 +91,43 @@ private:
 
 std::string_view PageSource::lineEnd() const
 {
-    const std::size_t line = m_text.find('\n');
-    return line != std::string::npos && line > 0 && m_text[line - 1] == '\r' ? "\r\n" : "\n";
+    const std::size_t line = text().find('\n');
+    return line != std::string_view::npos && line > 0 && text()[line - 1] == '\r' ? "\r\n" : "\n";
+}
+
+namespace {
+
+QByteArray packed(const void* bytes, std::size_t size)
+{
+    constexpr int quickly = 1;
+    QByteArray result = qCompress(static_cast<const uchar*>(bytes), static_cast<qsizetype>(size), quickly);
+    result.squeeze();
+    return result;
+}
+
+} // namespace
+
+void PageSource::pack() const
+{
+    static_assert(std::is_trivially_copyable_v<SourceRecord>);
+    if (!m_packedText.isEmpty() || m_held.text.empty())
+        return;
+    QByteArray text = packed(m_held.text.data(), m_held.text.size());
+    QByteArray records = packed(m_held.records.data(), m_held.records.size() * sizeof(SourceRecord));
+    if (text.isEmpty() || records.isEmpty()) // no memory
+        return;
+    m_packedText = std::move(text);
+    m_packedRecords = std::move(records);
+    std::string().swap(m_held.text);
+    std::vector<SourceRecord>().swap(m_held.records);
+}
+
+void PageSource::unpack() const
+{
+    m_held.text = qUncompress(std::exchange(m_packedText, {})).toStdString();
+    const QByteArray records = qUncompress(std::exchange(m_packedRecords, {}));
+    m_held.records.resize(static_cast<std::size_t>(records.size()) / sizeof(SourceRecord));
+    std::memcpy(m_held.records.data(), records.data(), static_cast<std::size_t>(records.size()));
 }
 
 void PageSource::addNode() const
@@ -151,13 +189,13 @@ std::shared_ptr<const PageSource> PageSource::attach(std::string text, Document&
 std::vector<std::uint32_t> PageSource::addRecords(const std::vector<Node*>& nodes,
                                                   const std::vector<SourceMarks>& marks)
 {
-    m_records.resize(nodes.size());
+    m_held.records.resize(nodes.size());
     std::vector<std::uint32_t> parents(nodes.size());
     std::vector<std::uint32_t> open;
     for (std::uint32_t number = 0; number < nodes.size(); ++number) {
-        SourceRecord& record = m_records[number];
+        SourceRecord& record = m_held.records[number];
         while (!open.empty() && nodes[open.back()] != nodes[number]->parent()) {
-            m_records[open.back()].after = number;
+            m_held.records[open.back()].after = number;
             open.pop_back();
         }
         parents[number] = open.empty() ? 0 : open.back();
@@ -171,7 +209,7 @@ std::vector<std::uint32_t> PageSource::addRecords(const std::vector<Node*>& node
             open.push_back(number);
     }
     for (const std::uint32_t number : open)
-        m_records[number].after = size();
+        m_held.records[number].after = size();
     return parents;
 }
 
@@ -181,8 +219,8 @@ void PageSource::claimEndTags(const std::vector<Node*>& nodes)
 {
     std::vector<SourceRange> texts;
     for (std::uint32_t number = 1; number < size(); ++number) {
-        if (textOf(*nodes[number]) && !m_records[number].start.isEmpty())
-            texts.push_back(m_records[number].start);
+        if (textOf(*nodes[number]) && !m_held.records[number].start.isEmpty())
+            texts.push_back(m_held.records[number].start);
     }
     std::sort(texts.begin(), texts.end(),
               [](const SourceRange& a, const SourceRange& b) { return a.begin < b.begin; });
@@ -194,7 +232,7 @@ void PageSource::claimEndTags(const std::vector<Node*>& nodes)
     };
     std::unordered_set<std::uint32_t> claimed;
     for (std::uint32_t number = size(); number-- > 1;) {
-        SourceRecord& record = m_records[number];
+        SourceRecord& record = m_held.records[number];
         const Element* const element = nodes[number]->asElement();
         const bool own = element && !record.end.isEmpty() &&
                          isEndTagOf(text(record.end), withUnspelledCode(element->tagName())) &&
@@ -209,7 +247,7 @@ void PageSource::claimFormEnd(SourceRecord& record) const
 {
     if (!record.end.isEmpty() || record.extent.begin == unset)
         return;
-    const std::string_view rest = std::string_view(m_text).substr(record.extent.end);
+    const std::string_view rest = std::string_view(m_held.text).substr(record.extent.end);
     const std::size_t close = rest.find('>');
     if (close != std::string_view::npos && isEndTagOf(rest.substr(0, close + 1), "form"))
         record.end = {record.extent.end, record.extent.end + static_cast<std::uint32_t>(close) + 1};
@@ -217,10 +255,10 @@ void PageSource::claimFormEnd(SourceRecord& record) const
 
 void PageSource::setExtents(const std::vector<Node*>& nodes, const std::vector<std::uint32_t>& parents)
 {
-    for (SourceRecord& record : m_records)
+    for (SourceRecord& record : m_held.records)
         record.extent = record.start.isEmpty() ? SourceRange{unset, 0} : record.start;
     for (std::uint32_t number = size(); number-- > 1;) {
-        SourceRecord& record = m_records[number];
+        SourceRecord& record = m_held.records[number];
         if (const Element* const element = nodes[number]->asElement(); element && element->is("form"))
             claimFormEnd(record);
         // Where a child stands behind the end tag (white space behind </body></html>), the tag is one among the children.
@@ -228,23 +266,23 @@ void PageSource::setExtents(const std::vector<Node*>& nodes, const std::vector<s
             record.end = {};
         if (!record.end.isEmpty()) // an element may be its end tag alone: </p>
             record.extent = {std::min(record.extent.begin, record.end.begin), record.end.end};
-        SourceRange& above = m_records[parents[number]].extent;
+        SourceRange& above = m_held.records[parents[number]].extent;
         if (record.extent.begin == unset)
             continue;
         above.begin = std::min(above.begin, record.extent.begin);
         above.end = std::max(above.end, record.extent.end);
     }
-    m_records[0].extent = {0, static_cast<std::uint32_t>(m_text.size())};
+    m_held.records[0].extent = {0, static_cast<std::uint32_t>(m_held.text.size())};
     // What has no markup at all stands behind what comes before it.
     for (std::uint32_t number = 1; number < size(); ++number) {
-        SourceRecord& record = m_records[number];
+        SourceRecord& record = m_held.records[number];
         if (record.extent.begin != unset)
             continue;
-        const SourceRecord& above = m_records[parents[number]];
+        const SourceRecord& above = m_held.records[parents[number]];
         std::uint32_t place = above.start.isEmpty() ? above.extent.begin : above.start.end;
         for (std::uint32_t sibling = parents[number] + 1; sibling < number;
-             sibling = m_records[sibling].after)
-            place = std::max(place, m_records[sibling].extent.end);
+             sibling = m_held.records[sibling].after)
+            place = std::max(place, m_held.records[sibling].extent.end);
         record.extent = {place, place};
     }
 }
@@ -258,10 +296,10 @@ void PageSource::findWholeOnes(const std::vector<std::uint32_t>& parents)
     };
     std::vector<Token> tokens;
     for (std::uint32_t number = 1; number < size(); ++number) {
-        if (!m_records[number].start.isEmpty())
-            tokens.push_back({m_records[number].start.begin, number});
-        if (!m_records[number].end.isEmpty())
-            tokens.push_back({m_records[number].end.begin, number});
+        if (!m_held.records[number].start.isEmpty())
+            tokens.push_back({m_held.records[number].start.begin, number});
+        if (!m_held.records[number].end.isEmpty())
+            tokens.push_back({m_held.records[number].end.begin, number});
     }
     std::sort(tokens.begin(), tokens.end(), [](const Token& a, const Token& b) { return a.begin < b.begin; });
     std::vector<std::uint32_t> owners;
@@ -276,11 +314,11 @@ void PageSource::findWholeOnes(const std::vector<std::uint32_t>& parents)
             tokens.begin());
     };
     for (std::uint32_t number = 0; number < size(); ++number) {
-        const SourceRecord& record = m_records[number];
+        const SourceRecord& record = m_held.records[number];
         const std::size_t first = behind(record.extent.begin);
         const std::size_t last = behind(record.extent.end);
-        m_whole.push_back(
-            m_records[parents[number]].extent.contains(record.extent) &&
+        m_held.whole.push_back(
+            m_held.records[parents[number]].extent.contains(record.extent) &&
             (first == last || bounds.areWithin(first, last, number == 0 ? 1 : number, record.after)));
     }
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QByteArray>
+
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -65,22 +67,26 @@ public:
     /// nodes that touch.
     static void transfer(Document& from, Document& to);
 
-    [[nodiscard]] std::string_view text() const { return m_text; }
+    [[nodiscard]] std::string_view text() const { return held().text; }
     [[nodiscard]] std::string_view text(const SourceRange& range) const
     {
-        return std::string_view(m_text).substr(range.begin, range.end - range.begin);
+        return text().substr(range.begin, range.end - range.begin);
     }
     /// The line end that the text uses: that of its first line, a line feed where it has one line.
     [[nodiscard]] std::string_view lineEnd() const;
-    [[nodiscard]] const SourceRecord& record(std::uint32_t number) const { return m_records[number]; }
+    [[nodiscard]] const SourceRecord& record(std::uint32_t number) const { return held().records[number]; }
     /// Whether no markup of another node lies in the record's extent, and the extent lies inside the parent's: the bytes
     /// can be written in another place.
-    [[nodiscard]] bool isWhole(std::uint32_t number) const { return m_whole[number]; }
+    [[nodiscard]] bool isWhole(std::uint32_t number) const { return held().whole[number]; }
     /// What the source of a node, which has one, says about it.
     [[nodiscard]] static const SourceRecord& recordOf(const Node& node);
     [[nodiscard]] static bool isWhole(const Node& node);
     /// The record of the document itself is 0.
-    [[nodiscard]] std::uint32_t size() const { return static_cast<std::uint32_t>(m_records.size()); }
+    [[nodiscard]] std::uint32_t size() const { return static_cast<std::uint32_t>(held().records.size()); }
+
+    /// Compresses all that it holds until it is next asked for something, to save memory between two saves. Views and
+    /// references that it gave before end.
+    void pack() const;
 
     /// A hash of what a node itself says: its kind, name, attributes or text, without its children.
     static std::uint64_t contentHash(const Node& node);
@@ -92,7 +98,22 @@ private:
     void addNode() const;
     void removeNode() const;
 
-    explicit PageSource(std::string text) : m_text(std::move(text)) {}
+    struct Contents
+    {
+        std::string text;
+        std::vector<SourceRecord> records; // in document order
+        std::vector<bool> whole;           // by record number
+    };
+
+    explicit PageSource(std::string text) : m_held{std::move(text), {}, {}} {}
+
+    const Contents& held() const
+    {
+        if (!m_packedText.isEmpty())
+            unpack();
+        return m_held;
+    }
+    void unpack() const;
 
     /// Gives the parents' numbers.
     std::vector<std::uint32_t> addRecords(const std::vector<Node*>& nodes,
@@ -102,9 +123,9 @@ private:
     void claimFormEnd(SourceRecord& record) const;
     void findWholeOnes(const std::vector<std::uint32_t>& parents);
 
-    std::string m_text;
-    std::vector<SourceRecord> m_records;              // in document order
-    std::vector<bool> m_whole;                        // by record number
+    mutable Contents m_held; // empty while it is packed, but for `whole`
+    mutable QByteArray m_packedText;
+    mutable QByteArray m_packedRecords;
     mutable std::size_t m_nodes = 0;                  // that have it as their origin
     mutable std::shared_ptr<const PageSource> m_self; // while there are any
 };

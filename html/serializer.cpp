@@ -89,7 +89,7 @@ void writeEscaped(std::string_view text, Escaping escaping, const Output& output
 
 void writeAttribute(const Attribute& attribute, const Output& output)
 {
-    output.markup += output.writesCode() ? withUnspelledCode(attribute.name) : attribute.name;
+    output.markup += output.writesCode() ? withUnspelledCode(attribute.name) : attribute.name.text();
     output.markup += "=\"";
     writeEscaped(attribute.value, Escaping::AttributeValue, output, output.codes);
     output.markup += '"';

@@ -84,6 +84,13 @@ fs::path folderWith(const SiteFolder& page, std::string_view link, const fs::pat
     return folder;
 }
 
+// Between two saves nothing asks for the page's text.
+void packSource(const PageTree& tree)
+{
+    if (tree.document() && tree.document()->origin().source)
+        tree.document()->origin().source->pack();
+}
+
 void swapAll(AttributeChanges& changes)
 {
     for (auto& [element, attributes] : changes)
@@ -176,6 +183,7 @@ Result<void> PageStore::load(const QString& name)
         m_tree.setDocument(std::move(*parsed));
         m_stack.clear();
     }
+    packSource(m_tree);
     m_stack.setClean();
     return {};
 }
@@ -253,6 +261,7 @@ Result<void> PageStore::setMarkup(std::string_view markup)
         return page.error();
     document->trustServerCode((*page)->serverCode());
     PageCommands(m_tree, m_stack).replacePage(*std::move(page), QObject::tr("Edit Source"));
+    packSource(m_tree);
     return {};
 }
 
@@ -276,6 +285,7 @@ Result<void> PageStore::tidy()
     if (!printed)
         return printed.error();
     PageCommands(m_tree, m_stack).replacePage(*std::move(printed), QObject::tr("Tidy Page Source"));
+    packSource(m_tree);
     return {};
 }
 
@@ -321,6 +331,7 @@ Result<void> PageStore::save(const fs::path& path)
     PageCommands(m_tree, m_stack).setAttributes(std::move(changes), QObject::tr("Rebase Links"));
     if (page->parsed)
         html::PageSource::transfer(*page->parsed, *m_tree.document());
+    packSource(m_tree);
     if (target != m_docURL)
         m_linkBase = target;
     m_docURL = target;

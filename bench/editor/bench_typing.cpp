@@ -68,6 +68,8 @@ std::string makePage(std::size_t size)
 template <class Condition>
 void waitFor(const Condition& condition)
 {
+    QTimer wake; // what the engine paints is no event here
+    wake.start(2);
     while (!condition())
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }
