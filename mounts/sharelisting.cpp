@@ -66,9 +66,7 @@ Error errorOf(const std::filesystem::path& folder, GError* raw)
     return Error{folder.string() + ": " + error->message, codeOf(*error)};
 }
 
-} // namespace
-
-Result<std::vector<ShareItem>> listShareFolder(const std::filesystem::path& folder)
+Result<std::vector<ShareItem>> listOnce(const std::filesystem::path& folder)
 {
     const GPointer<GFile> file(g_file_new_for_path(folder.c_str()));
     GError* error = nullptr;
@@ -83,6 +81,17 @@ Result<std::vector<ShareItem>> listShareFolder(const std::filesystem::path& fold
     }
     if (error)
         return errorOf(folder, error);
+    return items;
+}
+
+} // namespace
+
+Result<std::vector<ShareItem>> listShareFolder(const std::filesystem::path& folder)
+{
+    auto items = listOnce(folder);
+    // The first request after a share was mounted again may go to the daemon of the former mount.
+    if (!items && items.error().code == std::errc::io_error)
+        items = listOnce(folder);
     return items;
 }
 

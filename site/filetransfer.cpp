@@ -90,7 +90,8 @@ public:
     Transfer(const SyncFolders& folders, const std::optional<KeptPublish>& kept)
         : m_sendingRoot(openSiteFolder(folders.sending)),
           m_receivingRoot(openSiteFolder(folders.receiving)),
-          m_receivesOnFuse(m_receivingRoot && isOnFuse(*m_receivingRoot))
+          m_receivesOnFuse(m_receivingRoot && isOnFuse(*m_receivingRoot)),
+          m_sendsFromFuse(m_sendingRoot && isOnFuse(*m_sendingRoot))
     {
         if (kept) {
             m_kept.emplace(kept->place);
@@ -105,6 +106,8 @@ public:
     // Empty when the row was deleted, else why not.
     std::string remove(const SyncRow& row, const StillWanted& stillWanted);
     [[nodiscard]] bool removeIfEmpty(const std::string& folder) const;
+    // False once a share on either side does not answer any more. Asks its server.
+    [[nodiscard]] bool isReachable() const;
     // Gives the folders made their mode and time, and brings everything to the disk.
     std::string finish();
     // After finish(): whether the copy of this row has not arrived whole.
@@ -117,6 +120,7 @@ private:
     Result<FileDescriptor> m_sendingRoot;
     Result<FileDescriptor> m_receivingRoot;
     bool m_receivesOnFuse;
+    bool m_sendsFromFuse;
     std::optional<KeptFolder> m_kept;
     std::string m_publish;
     std::vector<CopyOnFuse> m_copiesOnFuse;
@@ -279,6 +283,13 @@ FileFacts Transfer::factsOf(const SyncRow& row) const
     return FileFacts::of(status);
 }
 
+bool Transfer::isReachable() const
+{
+    struct statx status = {};
+    return !(m_receivesOnFuse && !lookAgain(*m_receivingRoot, ".", status)) &&
+           !(m_sendsFromFuse && !lookAgain(*m_sendingRoot, ".", status));
+}
+
 bool Transfer::removeIfEmpty(const std::string& folder) const
 {
     const auto parent = openFolderBelow(*m_receivingRoot, folderPart(folder));
@@ -358,10 +369,14 @@ public:
             if (m_item.isCancelled())
                 return;
             const std::string reason = step(m_rows[row]);
-            if (reason.empty())
+            if (reason.empty()) {
                 report.done.push_back(row);
-            else if (!m_item.isCancelled())
+            } else if (!m_item.isCancelled() && !m_transfer.isReachable()) {
+                addProblem(row, reason + "; the server no longer answers, so the rest was not tried");
+                return;
+            } else if (!m_item.isCancelled()) {
                 addProblem(row, reason);
+            }
             ++m_dealtWith.rows;
             m_dealtWith.bytes += m_rows[row].sent.size;
             if (m_progress)

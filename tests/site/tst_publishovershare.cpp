@@ -242,6 +242,30 @@ private slots:
         QTRY_VERIFY(!findExistingMount(share, test::SambaServer::user()));
         QTRY_VERIFY(!fs::exists(folder / "index.html"));
     }
+
+    // The server ends after the first of many files.
+    void vanishedShare_endsTheTransferWithAMessage()
+    {
+        QVERIFY(connectPane("connection before the server ends"));
+        for (int i = 0; i < 50; ++i)
+            m_folders.put("sending/many/" + std::to_string(i) + ".html", "new", 10);
+        const SyncFolders folders = {.sending = m_folders.sending(),
+                                     .receiving = m_site->destination().mountPath()};
+        const auto report = FolderComparison(folders).run(WorkItem());
+        QVERIFY(report);
+        QVERIFY(report->rows.size() >= 50);
+        const auto done = FileTransfer(report->rows).run(WorkItem(), [this](const SyncProgress& progress) {
+            if (progress.rows == 5)
+                m_samba.stop();
+        });
+        QCOMPARE(done.problems.size(), std::size_t{1});
+        QVERIFY2(done.problems[0].text.find("the server no longer answers") != std::string::npos,
+                 done.problems[0].text.c_str());
+        for (const auto& entry : fs::directory_iterator(site() / "many"))
+            QVERIFY(entry.file_size() == 3 || entry.path().filename().native().starts_with(".luma-"));
+        const auto compared = FolderComparison(folders).run(WorkItem());
+        QVERIFY(!compared || !compared->problems.empty());
+    }
 };
 
 LUMA_TEST(tst_publishovershare)
