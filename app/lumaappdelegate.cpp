@@ -314,7 +314,7 @@ void LUMAAppDelegate::remove()
     QMessageBox* box = sheet(window.get(), QStringLiteral("removeSheet"),
                              tr("Remove “%1” from the list? Its files stay.").arg(record->siteID()), {});
     box->buttons().first()->setText(tr("Remove"));
-    box->addButton(QStringLiteral("Cancel"), QMessageBox::RejectRole);
+    box->addButton(tr("Cancel"), QMessageBox::RejectRole);
     connect(box, &QMessageBox::accepted, this, [this, record] { removeRecord(record); });
     box->open();
 }
@@ -352,8 +352,8 @@ void LUMAAppDelegate::showUndo()
 
 void LUMAAppDelegate::warnOfLastRecord()
 {
-    sheet(window.get(), QStringLiteral("lastRecordSheet"), QStringLiteral("Warning"),
-          QStringLiteral("Last record in the list cannot be deleted."))
+    sheet(window.get(), QStringLiteral("lastRecordSheet"), tr("Warning"),
+          tr("Last record in the list cannot be deleted."))
         ->open();
 }
 
@@ -364,13 +364,13 @@ void LUMAAppDelegate::getPath(SiteSide side)
         return;
     const std::shared_ptr<ObservedDictionary> target =
         side == SiteSide::Source ? record->sourceDict() : record->destinationDict();
-    auto* panel = new QFileDialog(window.get(), QStringLiteral("Select the path to the site folder"),
+    auto* panel = new QFileDialog(window.get(), tr("Select the path to the site folder"),
                                   target->string(endpoint::path));
     panel->setObjectName(QStringLiteral("getPathPanel"));
     panel->setAttribute(Qt::WA_DeleteOnClose);
     panel->setFileMode(QFileDialog::Directory);
     panel->setOption(QFileDialog::ShowDirsOnly);
-    panel->setLabelText(QFileDialog::Accept, QStringLiteral("Choose"));
+    panel->setLabelText(QFileDialog::Accept, tr("Choose"));
     panel->setWindowModality(Qt::WindowModal);
     connect(panel, &QFileDialog::fileSelected, this,
             [target](const QString& folder) { target->setValue(endpoint::path, folder); });
@@ -401,7 +401,7 @@ void LUMAAppDelegate::showNotice(const std::optional<VersionCheck::Notice>& noti
     QMessageBox* box =
         sheet(window.get(), QStringLiteral("updateSheet"), notice->message, notice->information);
     if (notice->offer == VersionCheck::Offer::ProductPage) {
-        box->addButton(QStringLiteral("Cancel"), QMessageBox::RejectRole);
+        box->addButton(tr("Cancel"), QMessageBox::RejectRole);
         connect(box, &QMessageBox::accepted, this, &LUMAAppDelegate::loadURL);
     }
     box->open();

@@ -1,12 +1,17 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/program.h"
+#include "base/resources.h"
 #include "desktop/icons.h"
 #include "desktop/singleinstance.h"
 #include "revision.h"
 #include "web/pagescheme.h"
 
 #include <QApplication>
+#include <QFile>
 #include <QIcon>
+#include <QLibraryInfo>
+#include <QLocale>
+#include <QTranslator>
 
 #include <algorithm>
 #include <cstdio>
@@ -48,6 +53,29 @@ luma::CommandLine commandLineIn(const QList<QByteArray>& arguments)
     for (const QByteArray& argument : arguments)
         words.push_back(argument.toStdString());
     return luma::readCommandLine(words);
+}
+
+bool installTranslation(const QString& name, const QString& folder)
+{
+    auto* const translator = new QTranslator(qApp);
+    return translator->load(name, folder) && QCoreApplication::installTranslator(translator);
+}
+
+// The first of the desktop's languages that there are texts in; those in the sources are English.
+void chooseLanguage()
+{
+    const QString ours = QFile::decodeName((luma::resourceFolder() / "translations").c_str());
+    const QString theirs = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
+    const QStringList languages = QLocale::system().uiLanguages();
+    for (QString language : languages) {
+        language.replace(u'-', u'_');
+        if (language.startsWith(QLatin1StringView("en")))
+            return;
+        if (installTranslation(QStringLiteral("luma_") + language, ours)) {
+            installTranslation(QStringLiteral("qtbase_") + language, theirs);
+            return;
+        }
+    }
 }
 
 bool showsWindow()
@@ -96,6 +124,7 @@ int main(int argc, char** argv)
     QApplication::setApplicationVersion(QStringLiteral(LUMA_VERSION));
     QApplication::setDesktopFileName(QStringLiteral("org.luma.LUMA"));
     QApplication::setWindowIcon(luma::icons::application());
+    chooseLanguage();
 
     // The application object has removed Qt's own options.
     const luma::CommandLine line = luma::readCommandLine(argumentsIn(argc, argv));

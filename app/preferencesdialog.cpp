@@ -4,7 +4,10 @@
 #include "app/preferences.h"
 #include "ui_PreferencesDialog.h"
 
+#include <QLayout>
 #include <QRegularExpression>
+
+#include <algorithm>
 
 namespace luma {
 
@@ -14,7 +17,7 @@ PreferencesDialog::PreferencesDialog(Preferences& preferences, QWidget* parent)
     m_ui->setupUi(this);
     m_ui->tidiesPages->setChecked(preferences.value(Preferences::tidiesPages).toBool());
     showLinks();
-    for (QLabel* hint : findChildren<QLabel*>(QRegularExpression(QStringLiteral("Hint$")))) {
+    for (QLabel* hint : hints()) {
         hint->setForegroundRole(QPalette::PlaceholderText);
         hint->setAlignment(Qt::AlignTop);
     }
@@ -26,6 +29,23 @@ PreferencesDialog::PreferencesDialog(Preferences& preferences, QWidget* parent)
 }
 
 PreferencesDialog::~PreferencesDialog() = default;
+
+// Tabs don't ask how high their wrapped texts become.
+void PreferencesDialog::showEvent(QShowEvent* event)
+{
+    QDialog::showEvent(event);
+    layout()->activate();
+    for (QLabel* hint : hints()) {
+        if (hint->isVisible())
+            hint->setMinimumHeight(hint->heightForWidth(hint->width()));
+    }
+    resize(width(), std::max(height(), minimumSizeHint().height()));
+}
+
+QList<QLabel*> PreferencesDialog::hints() const
+{
+    return findChildren<QLabel*>(QRegularExpression(QStringLiteral("Hint$")));
+}
 
 void PreferencesDialog::showLinks()
 {

@@ -5,6 +5,8 @@
 
 #include <memory>
 
+class QLabel;
+
 namespace Ui {
 class PreferencesDialog;
 }
@@ -25,12 +27,16 @@ public:
 
     void accept() override;
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     Preferences& m_preferences;
     std::unique_ptr<Ui::PreferencesDialog> m_ui;
 
     void showLinks();
     void storeLinks();
+    [[nodiscard]] QList<QLabel*> hints() const;
 };
 
 } // namespace luma

@@ -32,12 +32,12 @@ std::optional<VersionCheck::Notice> VersionCheck::notice(const QString& answer, 
     if (answer.isEmpty())
         return std::nullopt;
     if (!ownVersion.isEmpty() && answer == ownVersion)
-        return Notice{QStringLiteral("There are no newer versions available"),
-                      QStringLiteral("You are running the latest version of LUMA for Ventura.")};
-    return Notice{QStringLiteral("An update for Postwick is available"),
-                  QStringLiteral("\nThere is a newer version available (version ") +
-                      answer.left(longestAnswer) +
-                      QStringLiteral(").\nClick OK to go to the LUMA for Ventura web site.\n"),
+        return Notice{tr("There are no newer versions available"),
+                      tr("You are running the latest version of LUMA for Ventura.")};
+    return Notice{tr("An update for Postwick is available"),
+                  tr("\nThere is a newer version available (version %1).\n"
+                     "Click OK to go to the LUMA for Ventura web site.\n")
+                      .arg(answer.left(longestAnswer)),
                   Offer::ProductPage};
 }
 

@@ -3,6 +3,7 @@
 
 #include "shell/commandrunner.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <optional>
@@ -13,6 +14,8 @@ namespace luma {
 /// text: an older one on the server also counts as an update. Stateless.
 class VersionCheck final
 {
+    Q_DECLARE_TR_FUNCTIONS(luma::VersionCheck)
+
 public:
     enum class Offer { None, ProductPage };
     struct Notice

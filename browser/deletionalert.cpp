@@ -12,10 +12,10 @@ namespace luma {
 
 namespace {
 
-QString translated(const char* text)
+struct Texts
 {
-    return QCoreApplication::translate("luma::DeletionAlert", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(luma::DeletionAlert)
+};
 
 } // namespace
 
@@ -41,14 +41,14 @@ TrashOutcome moveAllToTrash(const std::vector<std::filesystem::path>& items,
 void askToDelete(QWidget& parent, const QString& name, const QString& question,
                  std::function<void()> accepted)
 {
-    auto* const alert = new QMessageBox(QMessageBox::Warning, translated("Warning"), translated("Warning"),
+    auto* const alert = new QMessageBox(QMessageBox::Warning, Texts::tr("Warning"), Texts::tr("Warning"),
                                         QMessageBox::NoButton, parent.window());
     alert->setObjectName(name);
     alert->setAttribute(Qt::WA_DeleteOnClose);
     alert->setTextFormat(Qt::PlainText);
     alert->setInformativeText(question);
-    QPushButton* const yes = alert->addButton(translated("Delete"), QMessageBox::AcceptRole);
-    QPushButton* const no = alert->addButton(translated("No"), QMessageBox::RejectRole);
+    QPushButton* const yes = alert->addButton(Texts::tr("Delete"), QMessageBox::AcceptRole);
+    QPushButton* const no = alert->addButton(Texts::tr("No"), QMessageBox::RejectRole);
     alert->setDefaultButton(no);
     alert->setEscapeButton(no);
     QObject::connect(yes, &QAbstractButton::clicked, &parent, std::move(accepted));
@@ -57,7 +57,7 @@ void askToDelete(QWidget& parent, const QString& name, const QString& question,
 
 QString questionAbout(const TrashOutcome& outcome)
 {
-    return translated("%1 can't be moved to the trash:\n%2\nDelete for good? This can't be undone.")
+    return Texts::tr("%1 can't be moved to the trash:\n%2\nDelete for good? This can't be undone.")
         .arg(namesOf(outcome.left), displayText(outcome.reason));
 }
 
@@ -66,11 +66,11 @@ QString namesOf(const std::vector<std::filesystem::path>& items)
     constexpr std::size_t most = 5;
     QStringList names;
     for (std::size_t i = 0; i < items.size() && i < most; ++i)
-        names.append(translated("“%1”").arg(displayText(items[i].filename().native())));
+        names.append(Texts::tr("“%1”").arg(displayText(items[i].filename().native())));
     const QString text = names.join(QStringLiteral(", "));
     return items.size() <= most
                ? text
-               : translated("%1 and %2 more").arg(text, QLocale().toString(items.size() - most));
+               : Texts::tr("%1 and %2 more").arg(text, QLocale().toString(items.size() - most));
 }
 
 } // namespace luma

@@ -85,8 +85,7 @@ void LinkJobs::showLinks(const fs::path& site, const fs::path& item, Direction d
                          const ReportChoices& choices)
 {
     const bool isFrom = direction == Direction::From;
-    const QString status =
-        isFrom ? QStringLiteral("Listing all links from: ") : QStringLiteral("Listing all links to: ");
+    const QString status = isFrom ? tr("Listing all links from: ") : tr("Listing all links to: ");
     begin(status + displayText(item.native()),
           [site, item, isFrom, choices](const WorkItemPointer& token, const std::shared_ptr<JobLog>& log) {
               if (isFrom)
@@ -98,7 +97,7 @@ void LinkJobs::showLinks(const fs::path& site, const fs::path& item, Direction d
 
 void LinkJobs::findMissingLinks(const fs::path& site, const ReportChoices& choices)
 {
-    begin(QStringLiteral("Checking source files for missing links (*** MISSING ***)"),
+    begin(tr("Checking source files for missing links (*** MISSING ***)"),
           [site, choices](const WorkItemPointer& token, const std::shared_ptr<JobLog>& log) {
               addError(*log, listAllLinks(*log, site, choices, wantedAs(token)));
           });

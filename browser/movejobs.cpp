@@ -26,10 +26,10 @@ namespace {
 
 using Notices = QPointer<MoveNotices>;
 
-const QString updateStatus =
-    QStringLiteral("Please wait while links in all possible files are being updated...");
-
-const QString endedStatus = QStringLiteral("An interrupted move was finished or taken back.");
+QString updateStatus()
+{
+    return MoveJobs::tr("Please wait while links in all possible files are being updated...");
+}
 
 constexpr std::string_view stoppedAtOnce = "\nStopped before anything was moved or copied.";
 constexpr std::string_view stoppedInPages =
@@ -354,7 +354,7 @@ void MoveJobs::beginMove(MoveRequest request, std::optional<int> askAbove, std::
 {
     request.keptLinks = m_keptLinks;
     const auto run = std::make_shared<MoveRun>(request.site, this, m_notices, std::move(moves));
-    beginLong(updateStatus,
+    beginLong(updateStatus(),
               [run, request = std::move(request),
                askAbove](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log, const Done& done) {
                   run->begin(log, wantedAs(item), [done, links = request.keptLinks, rules = request.rules] {
@@ -369,7 +369,7 @@ void MoveJobs::beginMove(MoveRequest request, std::optional<int> askAbove, std::
 void MoveJobs::undoMove(const fs::path& site, const ReportChoices& choices)
 {
     const auto run = std::make_shared<MoveRun>(site, this, m_notices);
-    beginLong(updateStatus,
+    beginLong(updateStatus(),
               [run, rules = choices.webRules](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log,
                                               const Done& done) {
                   run->begin(log, wantedAs(item), done);
@@ -388,7 +388,9 @@ void MoveJobs::endInterrupted(const fs::path& site)
             run->showEnded(reports);
         };
         if (!reports.empty())
-            onMain(guard, [&show](MoveJobs& self) { self.beginLong(endedStatus, show); });
+            onMain(guard, [&show](MoveJobs& self) {
+                self.beginLong(tr("An interrupted move was finished or taken back."), show);
+            });
     });
 }
 
@@ -408,8 +410,8 @@ void MoveJobs::showPlan(const std::shared_ptr<const LinkPlan>& plan, std::option
 void MoveJobs::beginUpdate(const fs::path& site, std::function<MoveOutcome(LinkUpdatingMove&)> update,
                            MoveOperation operation)
 {
-    begin(updateStatus, [notices = m_notices, site, update = std::move(update),
-                         operation](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log) {
+    begin(updateStatus(), [notices = m_notices, site, update = std::move(update),
+                           operation](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log) {
         LinkUpdatingMove::Callbacks callbacks;
         callbacks.log = [&log](const std::string& text) { log->addText(text); };
         callbacks.problem = [&log](const MoveProblem& problem) { addProblem(*log, problem); };

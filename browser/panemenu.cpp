@@ -20,7 +20,7 @@ PaneMenu::PaneMenu(QWidget* parent) : QMenu(parent)
     addSeparator();
     addLinkReports();
     addSeparator();
-    add(QStringLiteral("reloadAction"), tr("Re&load"), QStringLiteral("reload"), &PaneMenu::reloadRequested);
+    add(QStringLiteral("reloadAction"), tr("R&eload"), QStringLiteral("reload"), &PaneMenu::reloadRequested);
     addForItem(QStringLiteral("propertiesAction"), tr("&Properties"), {}, &PaneMenu::propertiesRequested);
 }
 
@@ -49,9 +49,9 @@ void PaneMenu::addChanges()
 
 void PaneMenu::addLinkReports()
 {
-    addForItem(QStringLiteral("showLinksFromAction"), QStringLiteral("Show Links From Item..."), {},
+    addForItem(QStringLiteral("showLinksFromAction"), tr("Show Links From Item..."), {},
                &PaneMenu::linksFromItemRequested);
-    addForItem(QStringLiteral("showLinksToAction"), QStringLiteral("Show Links To Item..."), {},
+    addForItem(QStringLiteral("showLinksToAction"), tr("Show Links To Item..."), {},
                &PaneMenu::linksToItemRequested);
     add(QStringLiteral("missingLinksAction"), tr("&Missing Links"), QStringLiteral("missing-links"),
         &PaneMenu::missingLinksRequested);

@@ -3,6 +3,8 @@
 
 #include "browser/ticklistmodel.h"
 
+#include <QCoreApplication>
+
 #include <algorithm>
 #include <cstdint>
 #include <functional>
@@ -148,7 +150,8 @@ public:
             return int(alignment(section));
         if (role != Qt::DisplayRole)
             return TickListModel::headerData(section, orientation, role);
-        return metaObject()->tr(m_columns[static_cast<std::size_t>(section)].title, nullptr);
+        return QCoreApplication::translate(metaObject()->className(),
+                                           m_columns[static_cast<std::size_t>(section)].title);
     }
 
     [[nodiscard]] std::size_t allCount() const final { return m_rows.size(); }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/transformers.h"
 
+#include <QCoreApplication>
+
 namespace luma {
 
 namespace {
@@ -26,7 +28,8 @@ Transformers::Function Transformers::named(QStringView className)
 
 QString Transformers::ConnectTransformer(const QVariant& value)
 {
-    return value.isValid() ? QStringLiteral("Disconnect") : QStringLiteral("Connect");
+    return value.isValid() ? QCoreApplication::translate("luma::Transformers", "Disconnect")
+                           : QCoreApplication::translate("luma::Transformers", "Connect");
 }
 
 QString Transformers::FilePathTransformer(const QVariant& value)

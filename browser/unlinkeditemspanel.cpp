@@ -195,7 +195,7 @@ void UnlinkedItemsPanel::startFindUnlinkedItems(const fs::path& site, const Repo
     m_note.clear();
     m_kept.clear();
     unlinkedItemsArrayController->setRows({});
-    m_ui->unlinkedItemsPanelTitle->setText(QStringLiteral("Listing all files with no links."));
+    m_ui->unlinkedItemsPanelTitle->setText(tr("Listing all files with no links."));
     m_links = std::move(links);
     m_isComplete = false;
     m_showTimer.start();
@@ -431,7 +431,7 @@ void UnlinkedItemsPanel::endDeletion(const TrashOutcome& outcome)
     }
     unlinkedItemsArrayController->removeRowsAt(gone);
     if (unlinkedItemsArrayController->rowCount() == 0)
-        m_ui->unlinkedItemsPanelTitle->setText(QStringLiteral("No more files to be deleted."));
+        m_ui->unlinkedItemsPanelTitle->setText(tr("No more files to be deleted."));
     setState(State::Idle);
     emit itemsDeleted();
     if (!outcome.left.empty())

@@ -21,10 +21,10 @@ namespace {
 
 const QString ownEntries = QStringLiteral("org.luma.");
 
-QString translated(const char* text)
+struct Texts
 {
-    return QCoreApplication::translate("luma::OtherPrograms", text);
-}
+    Q_DECLARE_TR_FUNCTIONS(luma::OtherPrograms)
+};
 
 std::vector<GPointer<GAppInfo>> entriesFor(const QString& mimeType)
 {
@@ -91,14 +91,14 @@ Result<void> openWith(const QString& id, const QString& mimeType,
         if (idOf(entry.get()) == id)
             return start(entry.get(), files);
     }
-    return Error{translated("The program is no longer installed").toStdString()};
+    return Error{Texts::tr("The program is no longer installed").toStdString()};
 }
 
 Result<void> openInBrowser(const std::filesystem::path& file)
 {
     const GPointer<GAppInfo> browser(g_app_info_get_default_for_uri_scheme("http"));
     if (!browser)
-        return Error{translated("No web browser is installed").toStdString()};
+        return Error{Texts::tr("No web browser is installed").toStdString()};
     return start(browser.get(), {file});
 }
 

@@ -6,6 +6,7 @@
 #include "page/pagetree.h"
 #include "page/typedtext.h"
 
+#include <QCoreApplication>
 #include <QDateTime>
 #include <QUndoCommand>
 #include <QUndoStack>
@@ -158,10 +159,10 @@ private:
     html::NodeList m_nodes;
 };
 
-QString tr(const char* text)
+struct Texts
 {
-    return QObject::tr(text);
-}
+    Q_DECLARE_TR_FUNCTIONS(luma::PageCommands)
+};
 
 } // namespace
 
@@ -172,7 +173,7 @@ void PageCommands::insert(html::NodePtr node, const html::Position& position, co
 
 void PageCommands::remove(html::Element& element)
 {
-    const QString name = tr("Delete <%1>").arg(QString::fromStdString(element.tagName()));
+    const QString name = Texts::tr("Delete <%1>").arg(QString::fromStdString(element.tagName()));
     m_stack.push(new RemoveCommand(m_tree, element, name));
 }
 
@@ -180,7 +181,7 @@ void PageCommands::move(html::Element& element, const html::Position& position)
 {
     if (position.parent == element.parent() && position.next == element.next())
         return;
-    const QString name = tr("Move <%1>").arg(QString::fromStdString(element.tagName()));
+    const QString name = Texts::tr("Move <%1>").arg(QString::fromStdString(element.tagName()));
     m_stack.push(new MoveCommand(m_tree, element, position, name));
 }
 
@@ -188,7 +189,8 @@ const html::Element* PageCommands::copy(const html::Element& element, const html
 {
     html::NodePtr copied = element.copy();
     const html::Element* const added = copied->asElement();
-    insert(std::move(copied), position, tr("Copy <%1>").arg(QString::fromStdString(element.tagName())));
+    insert(std::move(copied), position,
+           Texts::tr("Copy <%1>").arg(QString::fromStdString(element.tagName())));
     return added;
 }
 
@@ -218,11 +220,11 @@ void PageCommands::setTitle(const QString& title)
         difference.parent = titles.front();
         if (!title.isEmpty())
             difference.nodes.push_back(std::move(text));
-        apply(std::move(difference), tr("Change Title"), Merging::Separate);
+        apply(std::move(difference), Texts::tr("Change Title"), Merging::Separate);
     } else if (html::Element* head = document.head()) {
         auto element = std::make_unique<html::Element>("title");
         element->append(std::move(text));
-        insert(std::move(element), {head, nullptr}, tr("Change Title"));
+        insert(std::move(element), {head, nullptr}, Texts::tr("Change Title"));
     }
 }
 

@@ -140,8 +140,8 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
         connect(pane, &BrowserController::transferRequested, this, [this, pane] { syncSelected(*pane); });
     }
     m_marks = new PaneMarks(*m_source, *m_destination, *m_record, this);
-    m_source->finishMenu(*this, tr("U&pload This..."));
-    m_destination->finishMenu(*this, tr("Do&wnload This..."));
+    m_source->finishMenu(*this, tr("Uplo&ad This..."));
+    m_destination->finishMenu(*this, tr("Downlo&ad This..."));
     m_current = m_source;
     connect(qApp, &QApplication::focusChanged, this,
             [this](QWidget* /*old*/, QWidget* focused) { noteFocus(focused); });
@@ -150,9 +150,9 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
 void HaldenDoc::createToolBar()
 {
     QAction* const first = m_ui->siteToolBar->actions().constFirst();
-    addButton(*m_ui->siteToolBar, first, m_ui->uploadAction, QStringLiteral("Upload"))
+    addButton(*m_ui->siteToolBar, first, m_ui->uploadAction, tr("Upload"))
         ->setObjectName(QStringLiteral("uploadButton"));
-    addButton(*m_ui->siteToolBar, first, m_ui->downloadAction, QStringLiteral("Download"))
+    addButton(*m_ui->siteToolBar, first, m_ui->downloadAction, tr("Download"))
         ->setObjectName(QStringLiteral("downloadButton"));
     m_ui->siteToolBar->insertSeparator(first);
 }

@@ -24,14 +24,14 @@ constexpr int progressInterval = 100; // milliseconds
 QString comparisonTitle(Direction direction)
 {
     return direction == Direction::Upload
-               ? QStringLiteral("Move these new/modified files from Source to Destination?")
-               : QStringLiteral("Move these new/modified files from Destination to Source?");
+               ? SyncEngine::tr("Move these new/modified files from Source to Destination?")
+               : SyncEngine::tr("Move these new/modified files from Destination to Source?");
 }
 
 QString nothingChangedTitle(Direction direction)
 {
-    return direction == Direction::Upload ? QStringLiteral("Nothing changed from Source to Destination")
-                                          : QStringLiteral("Nothing changed from Destination to Source");
+    return direction == Direction::Upload ? SyncEngine::tr("Nothing changed from Source to Destination")
+                                          : SyncEngine::tr("Nothing changed from Destination to Source");
 }
 
 void printLines(const std::vector<std::string>& lines)
@@ -401,7 +401,7 @@ void SyncEngine::endTransfer(const WorkItem& item, const Transferred& transferre
             m_message = tr("Stopped; %1 of %2 moved").arg(moved).arg(ticked);
         m_stop.reset();
         if (m_table.rows().empty())
-            m_title = QStringLiteral("No more files to be moved.");
+            m_title = tr("No more files to be moved.");
         setState(m_table.rows().empty() ? State::Done : State::Ready);
     }
     emit SyncEngine::transferred();

@@ -276,8 +276,8 @@ void SyncPanel::updateControls()
 QString SyncPanel::cancelTitle() const
 {
     if (isOver() || m_engine.isStopping())
-        return QStringLiteral("Close");
-    return m_engine.state() == State::Transferring ? tr("Stop") : QStringLiteral("Cancel");
+        return tr("Close");
+    return m_engine.state() == State::Transferring ? tr("Stop") : tr("Cancel");
 }
 
 void SyncPanel::updateProgress()

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QCoreApplication>
+
 class QMenu;
 class QWidget;
 
@@ -8,10 +10,12 @@ namespace luma {
 
 class ViewController;
 
-/// The menus for text style and justification, used in the web view's context menu and in the menu bar. Their
-/// titles are the command words of the page-side scripts and therefore not translated.
+/// The menus for text style and justification, used in the web view's context menu and in the menu bar. The property
+/// "commandWord" of an action is the word for it in the page-side scripts.
 class FormatMenus final
 {
+    Q_DECLARE_TR_FUNCTIONS(luma::FormatMenus)
+
 public:
     /// Styles and block formats; choosing a checked one removes it.
     static QMenu* textStyle(QWidget* parent, ViewController& controller);

@@ -60,9 +60,7 @@ void LinkSheet::begin(Purpose purpose, const QString& address, const SiteFolder&
     const bool isImage = purpose == Purpose::Image;
     setWindowTitle(isImage ? tr("Insert image") : tr("Link"));
     // The button's title names the action.
-    m_ui->linkButton->setText(isImage                    ? QStringLiteral("IMG")
-                              : purpose == Purpose::Link ? QStringLiteral("Link")
-                                                         : QStringLiteral("Edit Link"));
+    m_ui->linkButton->setText(isImage ? tr("IMG") : purpose == Purpose::Link ? tr("Link") : tr("Edit Link"));
     m_ui->linkChooseButton->setVisible(isImage);
     m_ui->linkAddress->setText(address);
     m_ui->linkAddress->selectAll();

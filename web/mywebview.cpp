@@ -57,7 +57,7 @@ void check(QMenu* menu, const QStringList& titles)
     const QList<QAction*> actions = menu->actions();
     for (QAction* action : actions) {
         if (action->isCheckable())
-            action->setChecked(titles.contains(action->text()));
+            action->setChecked(titles.contains(action->objectName()));
     }
 }
 

@@ -313,24 +313,24 @@ void ViewController::performNow(const QString& name, const QString& script)
     });
 }
 
-void ViewController::performCommand(const QString& title)
+void ViewController::performCommand(const QString& name, const QString& word)
 {
-    perform(title, scriptCall(QStringLiteral("doCommand"), title));
+    perform(name, scriptCall(QStringLiteral("doCommand"), word));
 }
 
 void ViewController::removeLink()
 {
-    performCommand(QStringLiteral("Unlink"));
+    performCommand(tr("Remove Link"), QStringLiteral("Unlink"));
 }
 
 void ViewController::applyStyle(QObject* sender)
 {
-    perform(titleOf(sender), scriptCall(QStringLiteral("applyStyle"), titleOf(sender)));
+    perform(titleOf(sender), scriptCall(QStringLiteral("applyStyle"), commandWordOf(sender)));
 }
 
 void ViewController::removeStyle(QObject* sender)
 {
-    perform(titleOf(sender), scriptCall(QStringLiteral("removeStyle"), titleOf(sender)));
+    perform(titleOf(sender), scriptCall(QStringLiteral("removeStyle"), commandWordOf(sender)));
 }
 
 void ViewController::removeAllStyles()
@@ -345,12 +345,12 @@ void ViewController::removeJustfication()
 
 void ViewController::doExecCommand(QObject* sender)
 {
-    performCommand(titleOf(sender));
+    performCommand(titleOf(sender), commandWordOf(sender));
 }
 
 void ViewController::formatText(QObject* sender)
 {
-    performCommand(commandWordOf(sender));
+    performCommand(titleOf(sender), commandWordOf(sender));
 }
 
 // Links and images

@@ -94,7 +94,7 @@ public slots:
     void removeAllStyles();
     void removeJustfication();
     void doExecCommand(QObject* sender);
-    /// The command word is the sender's "commandWord" property, or its title when it has none.
+    /// The command word is the sender's "commandWord" property, or its title when it has none; undo shows the title.
     void formatText(QObject* sender);
 
     void makeLink();
@@ -121,7 +121,7 @@ private:
     /// Evaluates a script that edits the page; its edit has this name in the undo history.
     void perform(const QString& name, const QString& script);
     void performNow(const QString& name, const QString& script);
-    void performCommand(const QString& title);
+    void performCommand(const QString& name, const QString& word);
     void saveSource(const QString& source);
 
     PageDocument& m_document;

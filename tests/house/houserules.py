@@ -14,6 +14,8 @@ import re
 import shutil
 import subprocess
 import sys
+import tempfile
+import xml.etree.ElementTree as xml
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parents[2]
@@ -287,6 +289,32 @@ def page_scripts():
     yield from outcome([eslint, "--max-warnings=0", "--config", config, "resources/LUMAHTMLCSSJS"])
 
 
+def catalog(path):
+    """The messages of a catalog: context, source, translation and whether it is finished."""
+    for context in xml.parse(path).iter("context"):
+        for message in context.iter("message"):
+            translation = message.find("translation")
+            yield context.findtext("name"), message.findtext("source"), translation.text or "", "type" not in translation.attrib
+
+
+def translations():
+    """Each catalog has every text of the sources, and a translation with the same places for values and one mnemonic."""
+    if not (shutil.which("lupdate") or Path("/usr/lib/qt6/bin/lupdate").exists()):
+        print("not checked: lupdate is not installed")
+        return
+    for path in listed("resources/translations/*.ts"):
+        with tempfile.TemporaryDirectory() as folder:
+            fresh = Path(shutil.copy(path, folder))
+            subprocess.run([str(ROOT / "scripts/translations"), folder], capture_output=True, check=True)
+            if set(catalog(path)) != set(catalog(fresh)):
+                yield breach(path, 1, "not up to date; run scripts/translations")
+        for context, source, translation, is_finished in catalog(path):
+            places = [sorted(re.findall("%[0-9]", text)) for text in (source, translation)]
+            mnemonics = [text.count("&") for text in (source, translation)]
+            if not is_finished or not translation or places[0] != places[1] or mnemonics[0] != mnemonics[1]:
+                yield breach(path, 1, f"{context}: {source!r} is translated as {translation!r}")
+
+
 def tidy_sample():
     """clang-tidy has no complaint about twelve files: others with each commit, as all of them take too long."""
     database = Path(os.environ.get("LUMA_BUILD_DIR", ROOT / "build/dev")) / "compile_commands.json"
@@ -301,7 +329,7 @@ def tidy_sample():
 
 
 SOURCE_RULES = [arrows, circles, classes, type_names, sections, sleeping, unfinished, licence, papers]
-TOOL_RULES = [form, shell_scripts, php_scripts, python_scripts, page_scripts]
+TOOL_RULES = [form, shell_scripts, php_scripts, python_scripts, page_scripts, translations]
 SLOW_RULES = [tidy_sample]
 RULES = SOURCE_RULES + TOOL_RULES + SLOW_RULES
 

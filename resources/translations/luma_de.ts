@@ -1,0 +1,3514 @@
+<?xml version="1.0" encoding="utf-8"?>
+<!DOCTYPE TS>
+<TS version="2.1" language="de_DE">
+<context>
+    <name>BrowserPane</name>
+    <message>
+        <source>Working</source>
+        <translation>Aktiv</translation>
+    </message>
+    <message>
+        <source>Connection settings</source>
+        <translation>Verbindungseinstellungen</translation>
+    </message>
+    <message>
+        <source>Update Links...</source>
+        <translation>Links anpassen …</translation>
+    </message>
+    <message>
+        <source>Ignore</source>
+        <translation>Ignorieren</translation>
+    </message>
+</context>
+<context>
+    <name>ConfigPanel</name>
+    <message>
+        <source>Connection settings</source>
+        <translation>Verbindungseinstellungen</translation>
+    </message>
+    <message>
+        <source>P&amp;rotocol:</source>
+        <translation>P&amp;rotokoll:</translation>
+    </message>
+    <message>
+        <source>Protocol</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>&amp;Server:</source>
+        <translation>&amp;Server:</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message>
+        <source>&amp;Volume:</source>
+        <translation>Frei&amp;gabe:</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Freigabe</translation>
+    </message>
+    <message>
+        <source>&amp;Path:</source>
+        <translation>&amp;Pfad:</translation>
+    </message>
+    <message>
+        <source>Path</source>
+        <translation>Pfad</translation>
+    </message>
+    <message>
+        <source>Choose...</source>
+        <translation>Auswählen …</translation>
+    </message>
+    <message>
+        <source>Choose folder</source>
+        <translation>Ordner auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;User:</source>
+        <translation>&amp;Benutzer:</translation>
+    </message>
+    <message>
+        <source>User</source>
+        <translation>Benutzer</translation>
+    </message>
+    <message>
+        <source>Pass&amp;word:</source>
+        <translation>Pass&amp;wort:</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Passwort</translation>
+    </message>
+    <message>
+        <source>Show password</source>
+        <translation>Passwort anzeigen</translation>
+    </message>
+    <message>
+        <source>Connect when the site &amp;opens</source>
+        <translation>Beim Ö&amp;ffnen der Website verbinden</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>Verbinden</translation>
+    </message>
+</context>
+<context>
+    <name>EndpointForm</name>
+    <message>
+        <source>Protocol</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Server</source>
+        <translation>Server</translation>
+    </message>
+    <message>
+        <source>Volume</source>
+        <translation>Freigabe</translation>
+    </message>
+    <message>
+        <source>Path</source>
+        <translation>Pfad</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>Auswählen …</translation>
+    </message>
+    <message>
+        <source>Choose the folder of the site</source>
+        <translation>Ordner der Website auswählen</translation>
+    </message>
+    <message>
+        <source>User</source>
+        <translation>Benutzer</translation>
+    </message>
+    <message>
+        <source>Password</source>
+        <translation>Passwort</translation>
+    </message>
+    <message>
+        <source>Show</source>
+        <translation>Anzeigen</translation>
+    </message>
+    <message>
+        <source>Show the password in clear</source>
+        <translation>Passwort im Klartext anzeigen</translation>
+    </message>
+    <message>
+        <source>SSH port</source>
+        <translation>SSH-Port</translation>
+    </message>
+    <message>
+        <source>Connect on opening</source>
+        <translation>Beim Öffnen verbinden</translation>
+    </message>
+</context>
+<context>
+    <name>HTMLDocument</name>
+    <message>
+        <source>Reload</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Insert</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Insert an element into the selected one</source>
+        <translation>Ein Element in das ausgewählte einfügen</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Delete the selected element</source>
+        <translation>Das ausgewählte Element löschen</translation>
+    </message>
+    <message>
+        <source>Outline</source>
+        <translation>Gliederung</translation>
+    </message>
+    <message>
+        <source>Formatting</source>
+        <translation>Formatierung</translation>
+    </message>
+    <message>
+        <source>Style sheet</source>
+        <translation>Stylesheet</translation>
+    </message>
+    <message>
+        <source>No style sheets</source>
+        <translation>Keine Stylesheets</translation>
+    </message>
+    <message>
+        <source>CSS</source>
+        <translation>CSS</translation>
+    </message>
+    <message>
+        <source>Save CSS</source>
+        <translation>CSS sichern</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>Open &amp;Recent</source>
+        <translation>&amp;Zuletzt geöffnet</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Insert</source>
+        <translation>&amp;Einfügen</translation>
+    </message>
+    <message>
+        <source>F&amp;ormat</source>
+        <translation>F&amp;ormat</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Windows</source>
+        <translation>&amp;Fenster</translation>
+    </message>
+    <message>
+        <source>&amp;New</source>
+        <translation>&amp;Neu</translation>
+    </message>
+    <message>
+        <source>Make a new page</source>
+        <translation>Eine neue Seite anlegen</translation>
+    </message>
+    <message>
+        <source>&amp;Open...</source>
+        <translation>Ö&amp;ffnen …</translation>
+    </message>
+    <message>
+        <source>Open a page</source>
+        <translation>Eine Seite öffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Sichern</translation>
+    </message>
+    <message>
+        <source>Save the page</source>
+        <translation>Die Seite sichern</translation>
+    </message>
+    <message>
+        <source>Save &amp;As...</source>
+        <translation>Sichern &amp;unter …</translation>
+    </message>
+    <message>
+        <source>Save the page under another name; its links are kept right</source>
+        <translation>Die Seite unter anderem Namen sichern; ihre Links bleiben richtig</translation>
+    </message>
+    <message>
+        <source>Re&amp;vert to Saved</source>
+        <translation>Zur &amp;gesicherten Fassung zurückkehren</translation>
+    </message>
+    <message>
+        <source>Read the page from its file again</source>
+        <translation>Die Seite erneut aus ihrer Datei lesen</translation>
+    </message>
+    <message>
+        <source>&amp;Publish Page...</source>
+        <translation>Seite &amp;veröffentlichen …</translation>
+    </message>
+    <message>
+        <source>Save the page, and upload it with the images, style sheets and other files that it needs</source>
+        <translation>Die Seite sichern und mit Bildern, Stylesheets und allem, was sie braucht, hochladen</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>W&amp;iederholen</translation>
+    </message>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>&amp;Ausschneiden</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>Einset&amp;zen</translation>
+    </message>
+    <message>
+        <source>Select &amp;All</source>
+        <translation>Alles aus&amp;wählen</translation>
+    </message>
+    <message>
+        <source>&amp;Delete Element</source>
+        <translation>Element &amp;löschen</translation>
+    </message>
+    <message>
+        <source>Delete the element selected in the outline</source>
+        <translation>Das in der Gliederung ausgewählte Element löschen</translation>
+    </message>
+    <message>
+        <source>Change the title of the page</source>
+        <translation>Den Titel der Seite ändern</translation>
+    </message>
+    <message>
+        <source>&amp;Reload</source>
+        <translation>&amp;Neu laden</translation>
+    </message>
+    <message>
+        <source>Show the page anew, with changed style sheets and images</source>
+        <translation>Die Seite mit geänderten Stylesheets und Bildern neu anzeigen</translation>
+    </message>
+    <message>
+        <source>Page &amp;Source...</source>
+        <translation>&amp;Quelltext …</translation>
+    </message>
+    <message>
+        <source>Edit the page as text</source>
+        <translation>Die Seite als Text bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Tidy Page Source</source>
+        <translation>Quellte&amp;xt ordnen</translation>
+    </message>
+    <message>
+        <source>Print the whole page anew, a block element a line, indented; browsers show it unchanged</source>
+        <translation>Die ganze Seite neu schreiben, je Blockelement eine Zeile, eingerückt; Browser zeigen sie unverändert</translation>
+    </message>
+    <message>
+        <source>Script &amp;Console</source>
+        <translation>&amp;Skriptkonsole</translation>
+    </message>
+    <message>
+        <source>Run scripts in the page</source>
+        <translation>Skripte in der Seite ausführen</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;In</source>
+        <translation>Ver&amp;größern</translation>
+    </message>
+    <message>
+        <source>Zoom &amp;Out</source>
+        <translation>Ver&amp;kleinern</translation>
+    </message>
+    <message>
+        <source>&amp;Actual Size</source>
+        <translation>&amp;Originalgröße</translation>
+    </message>
+    <message>
+        <source>Bold</source>
+        <translation>Fett</translation>
+    </message>
+    <message>
+        <source>Italic</source>
+        <translation>Kursiv</translation>
+    </message>
+    <message>
+        <source>Underline</source>
+        <translation>Unterstrichen</translation>
+    </message>
+    <message>
+        <source>Make &amp;Link...</source>
+        <translation>&amp;Link erstellen …</translation>
+    </message>
+    <message>
+        <source>Make the selection a link</source>
+        <translation>Die Auswahl zu einem Link machen</translation>
+    </message>
+    <message>
+        <source>&amp;Edit Link...</source>
+        <translation>Link &amp;bearbeiten …</translation>
+    </message>
+    <message>
+        <source>Change the link at the caret</source>
+        <translation>Den Link an der Einfügemarke ändern</translation>
+    </message>
+    <message>
+        <source>&amp;Remove Link</source>
+        <translation>Link &amp;entfernen</translation>
+    </message>
+    <message>
+        <source>Take the link at the caret away</source>
+        <translation>Den Link an der Einfügemarke entfernen</translation>
+    </message>
+    <message>
+        <source>Insert I&amp;mage...</source>
+        <translation>Bil&amp;d einfügen …</translation>
+    </message>
+    <message>
+        <source>Insert an image</source>
+        <translation>Ein Bild einfügen</translation>
+    </message>
+    <message>
+        <source>I&amp;nspect Element</source>
+        <translation>Element &amp;untersuchen</translation>
+    </message>
+    <message>
+        <source>Pa&amp;ge Title...</source>
+        <translation>Seiten&amp;titel …</translation>
+    </message>
+</context>
+<context>
+    <name>HaldenDoc</name>
+    <message>
+        <source>Set Up Remote Login</source>
+        <translation>Remote Login einrichten</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Site</source>
+        <translation>&amp;Website</translation>
+    </message>
+    <message>
+        <source>&amp;Windows</source>
+        <translation>&amp;Fenster</translation>
+    </message>
+    <message>
+        <source>Tool bar</source>
+        <translation>Werkzeugleiste</translation>
+    </message>
+    <message>
+        <source>&amp;Upload...</source>
+        <translation>&amp;Hochladen …</translation>
+    </message>
+    <message>
+        <source>Copy new and modified files from source to destination</source>
+        <translation>Neue und geänderte Dateien von der Quelle zum Ziel kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Download...</source>
+        <translation>Herunterla&amp;den …</translation>
+    </message>
+    <message>
+        <source>Copy new and modified files from destination to source</source>
+        <translation>Neue und geänderte Dateien vom Ziel zur Quelle kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Restore from Last Publish...</source>
+        <translation>&amp;Letzte Veröffentlichung rückgängig machen …</translation>
+    </message>
+    <message>
+        <source>Put back what a publish has replaced or deleted on the destination</source>
+        <translation>Zurückholen, was eine Veröffentlichung am Ziel ersetzt oder gelöscht hat</translation>
+    </message>
+    <message>
+        <source>&amp;New Folder</source>
+        <translation>&amp;Neuer Ordner</translation>
+    </message>
+    <message>
+        <source>Make a folder in the current column</source>
+        <translation>Einen Ordner in der aktuellen Spalte anlegen</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>Open the selected item</source>
+        <translation>Das ausgewählte Objekt öffnen</translation>
+    </message>
+    <message>
+        <source>Open in &amp;Browser</source>
+        <translation>Im Bro&amp;wser öffnen</translation>
+    </message>
+    <message>
+        <source>Open the selected items in the web browser</source>
+        <translation>Die ausgewählten Objekte im Webbrowser öffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Show in File Manager</source>
+        <translation>Im &amp;Dateimanager zeigen</translation>
+    </message>
+    <message>
+        <source>Show the selected items in the desktop&apos;s file manager</source>
+        <translation>Die ausgewählten Objekte im Dateimanager des Desktops zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Properties</source>
+        <translation>&amp;Eigenschaften</translation>
+    </message>
+    <message>
+        <source>Show size, time and permissions of the selected items</source>
+        <translation>Größe, Zeit und Rechte der ausgewählten Objekte zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy Path</source>
+        <translation>Pfad k&amp;opieren</translation>
+    </message>
+    <message>
+        <source>Copy the full paths of the selected items</source>
+        <translation>Die vollständigen Pfade der ausgewählten Objekte kopieren</translation>
+    </message>
+    <message>
+        <source>Copy Relative L&amp;ink</source>
+        <translation>Relativen L&amp;ink kopieren</translation>
+    </message>
+    <message>
+        <source>Copy how a page at the top of the site links to the selected items</source>
+        <translation>Kopieren, wie eine Seite auf oberster Ebene der Website auf die ausgewählten Objekte verweist</translation>
+    </message>
+    <message>
+        <source>Copy the selected items alone to the other side</source>
+        <translation>Nur die ausgewählten Objekte auf die andere Seite kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Close Window</source>
+        <translation>Fenster s&amp;chließen</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>&amp;Undo Move</source>
+        <translation>&amp;Rückgängig: Bewegen</translation>
+    </message>
+    <message>
+        <source>Take the last change to files back: a move, rename or copy with its links, a deletion, a duplicate, a new folder</source>
+        <translation>Die letzte Änderung an Dateien zurücknehmen: Bewegen, Umbenennen oder Kopieren samt Links, Löschen, Duplizieren, einen neuen Ordner</translation>
+    </message>
+    <message>
+        <source>&amp;Rename</source>
+        <translation>&amp;Umbenennen</translation>
+    </message>
+    <message>
+        <source>Rename the selected item</source>
+        <translation>Das ausgewählte Objekt umbenennen</translation>
+    </message>
+    <message>
+        <source>Copy the selected item beside itself</source>
+        <translation>Das ausgewählte Objekt an Ort und Stelle kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Delete...</source>
+        <translation>&amp;Löschen …</translation>
+    </message>
+    <message>
+        <source>Delete the selected items</source>
+        <translation>Die ausgewählten Objekte löschen</translation>
+    </message>
+    <message>
+        <source>Select &amp;All</source>
+        <translation>Alles aus&amp;wählen</translation>
+    </message>
+    <message>
+        <source>Select all items of the current column</source>
+        <translation>Alle Objekte der aktuellen Spalte auswählen</translation>
+    </message>
+    <message>
+        <source>Show &amp;Hidden Files</source>
+        <translation>&amp;Versteckte Dateien zeigen</translation>
+    </message>
+    <message>
+        <source>Show files and folders whose names begin with a dot</source>
+        <translation>Dateien und Ordner zeigen, deren Namen mit einem Punkt beginnen</translation>
+    </message>
+    <message>
+        <source>&amp;Panes Side by Side</source>
+        <translation>&amp;Bereiche nebeneinander</translation>
+    </message>
+    <message>
+        <source>Show source and destination beside each other instead of one above the other</source>
+        <translation>Quelle und Ziel nebeneinander statt übereinander zeigen</translation>
+    </message>
+    <message>
+        <source>Re&amp;load</source>
+        <translation>&amp;Neu laden</translation>
+    </message>
+    <message>
+        <source>List both sides again</source>
+        <translation>Beide Seiten neu auflisten</translation>
+    </message>
+    <message>
+        <source>&amp;Missing Links</source>
+        <translation>Fehlende Lin&amp;ks</translation>
+    </message>
+    <message>
+        <source>List all links of the site and mark the missing ones</source>
+        <translation>Alle Links der Website auflisten und die fehlenden markieren</translation>
+    </message>
+    <message>
+        <source>Un&amp;linked Items</source>
+        <translation>Un&amp;verlinkte Dateien</translation>
+    </message>
+    <message>
+        <source>List the files of the site that nothing links to</source>
+        <translation>Die Dateien der Website auflisten, auf die nichts verweist</translation>
+    </message>
+    <message>
+        <source>&amp;Check Connection</source>
+        <translation>Verbindung &amp;prüfen</translation>
+    </message>
+    <message>
+        <source>&amp;Source Settings...</source>
+        <translation>&amp;Einstellungen der Quelle …</translation>
+    </message>
+    <message>
+        <source>D&amp;estination Settings...</source>
+        <translation>Einstellungen des &amp;Ziels …</translation>
+    </message>
+    <message>
+        <source>Publis&amp;h Selected Items...</source>
+        <translation>Aus&amp;wahl veröffentlichen …</translation>
+    </message>
+    <message>
+        <source>Dup&amp;licate</source>
+        <translation>Du&amp;plizieren</translation>
+    </message>
+    <message>
+        <source>Set Up Remote Log&amp;in</source>
+        <translation>Remote Login e&amp;inrichten</translation>
+    </message>
+</context>
+<context>
+    <name>LinkFindings</name>
+    <message>
+        <source>no such file</source>
+        <translation>keine solche Datei</translation>
+    </message>
+    <message>
+        <source>other letter case</source>
+        <translation>andere Groß-/Kleinschreibung</translation>
+    </message>
+    <message>
+        <source>folder without index page</source>
+        <translation>Ordner ohne Indexseite</translation>
+    </message>
+    <message>
+        <source>no such place in the page</source>
+        <translation>keine solche Stelle in der Seite</translation>
+    </message>
+    <message>
+        <source>outside the site</source>
+        <translation>außerhalb der Website</translation>
+    </message>
+    <message>
+        <source>contains the name</source>
+        <translation>enthält den Namen</translation>
+    </message>
+    <message>
+        <source>not judged: server code</source>
+        <translation>nicht beurteilt: Servercode</translation>
+    </message>
+</context>
+<context>
+    <name>LinkReportPanel</name>
+    <message>
+        <source>Missing links</source>
+        <translation>Fehlende Links</translation>
+    </message>
+    <message>
+        <source>&amp;Table</source>
+        <translation>&amp;Tabelle</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filter</translation>
+    </message>
+    <message>
+        <source>Filter by page, link, problem or suggestion</source>
+        <translation>Nach Seite, Link, Problem oder Vorschlag filtern</translation>
+    </message>
+    <message>
+        <source>&amp;Group</source>
+        <translation>&amp;Gruppieren</translation>
+    </message>
+    <message>
+        <source>not grouped</source>
+        <translation>nicht gruppiert</translation>
+    </message>
+    <message>
+        <source>by page</source>
+        <translation>nach Seite</translation>
+    </message>
+    <message>
+        <source>by target</source>
+        <translation>nach Ziel</translation>
+    </message>
+    <message>
+        <source>Links</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>&amp;Log</source>
+        <translation>&amp;Protokoll</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>&amp;Stopp</translation>
+    </message>
+    <message>
+        <source>&amp;Restart</source>
+        <translation>&amp;Neu starten</translation>
+    </message>
+    <message>
+        <source>Re&amp;place Everywhere...</source>
+        <translation>Überall &amp;ersetzen …</translation>
+    </message>
+    <message>
+        <source>Points all links to the missing file of this row to another one</source>
+        <translation>Lässt alle Links zur fehlenden Datei dieser Zeile auf eine andere zeigen</translation>
+    </message>
+    <message>
+        <source>Sa&amp;ve As...</source>
+        <translation>S&amp;ichern unter …</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
+    <name>LinkSheet</name>
+    <message>
+        <source>Link</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>&amp;Address:</source>
+        <translation>&amp;Adresse:</translation>
+    </message>
+    <message>
+        <source>Address</source>
+        <translation>Adresse</translation>
+    </message>
+    <message>
+        <source>&amp;Choose…</source>
+        <translation>A&amp;uswählen …</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>MetaSheet</name>
+    <message>
+        <source>Page title</source>
+        <translation>Seitentitel</translation>
+    </message>
+    <message>
+        <source>Title:</source>
+        <translation>Titel:</translation>
+    </message>
+    <message>
+        <source>Title</source>
+        <translation>Titel</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>NewSiteAssistant</name>
+    <message>
+        <source>New site</source>
+        <translation>Neue Website</translation>
+    </message>
+    <message>
+        <source>Where are the pages?</source>
+        <translation>Wo liegen die Seiten?</translation>
+    </message>
+    <message>
+        <source>The folder on this computer in which you edit the site.</source>
+        <translation>Der Ordner auf diesem Computer, in dem Sie die Website bearbeiten.</translation>
+    </message>
+    <message>
+        <source>&amp;Folder</source>
+        <translation>&amp;Ordner</translation>
+    </message>
+    <message>
+        <source>&amp;Choose…</source>
+        <translation>A&amp;uswählen …</translation>
+    </message>
+    <message>
+        <source>Choose the folder of the pages</source>
+        <translation>Ordner der Seiten auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;Name</source>
+        <translation>&amp;Name</translation>
+    </message>
+    <message>
+        <source>Where is the server?</source>
+        <translation>Wo ist der Server?</translation>
+    </message>
+    <message>
+        <source>The place that the site is published to. Your provider tells you these; a local folder will do, too.</source>
+        <translation>Der Ort, an dem die Website veröffentlicht wird. Die Angaben erhalten Sie vom Anbieter; ein lokaler Ordner geht auch.</translation>
+    </message>
+    <message>
+        <source>P&amp;rotocol</source>
+        <translation>P&amp;rotokoll</translation>
+    </message>
+    <message>
+        <source>&amp;Server</source>
+        <translation>&amp;Server</translation>
+    </message>
+    <message>
+        <source>www.example.org</source>
+        <translation>www.example.org</translation>
+    </message>
+    <message>
+        <source>S&amp;hare</source>
+        <translation>Frei&amp;gabe</translation>
+    </message>
+    <message>
+        <source>Fol&amp;der</source>
+        <translation>Or&amp;dner</translation>
+    </message>
+    <message>
+        <source>Choose the folder to publish to</source>
+        <translation>Zielordner der Veröffentlichung auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;User</source>
+        <translation>&amp;Benutzer</translation>
+    </message>
+    <message>
+        <source>&amp;Password</source>
+        <translation>&amp;Passwort</translation>
+    </message>
+    <message>
+        <source>&amp;Test Connection</source>
+        <translation>&amp;Verbindung testen</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>All of this can be changed later in the list of sites.</source>
+        <translation>Das alles lässt sich später in der Liste der Websites ändern.</translation>
+    </message>
+    <message>
+        <source>&amp;Open the site now</source>
+        <translation>Website jetzt ö&amp;ffnen</translation>
+    </message>
+</context>
+<context>
+    <name>PlanPreview</name>
+    <message>
+        <source>Change links</source>
+        <translation>Links ändern</translation>
+    </message>
+    <message>
+        <source>Links that change</source>
+        <translation>Links, die sich ändern</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>&amp;Change Links</source>
+        <translation>Links ä&amp;ndern</translation>
+    </message>
+</context>
+<context>
+    <name>PreferencesDialog</name>
+    <message>
+        <source>Preferences</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Links</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>&amp;Links are read</source>
+        <translation>&amp;Links werden gelesen</translation>
+    </message>
+    <message>
+        <source>as a browser reads them</source>
+        <translation>wie ein Browser sie liest</translation>
+    </message>
+    <message>
+        <source>letter by letter</source>
+        <translation>Buchstabe für Buchstabe</translation>
+    </message>
+    <message>
+        <source>Letter by letter decodes nothing and asks for a file of exactly that name.</source>
+        <translation>Buchstabe für Buchstabe entschlüsselt nichts und sucht eine Datei mit genau diesem Namen.</translation>
+    </message>
+    <message>
+        <source>&amp;Index pages</source>
+        <translation>&amp;Indexseiten</translation>
+    </message>
+    <message>
+        <source>The pages that a link to a folder leads to, separated by commas. Empty: the usual names.</source>
+        <translation>Die Seiten, zu denen ein Link auf einen Ordner führt, durch Kommas getrennt. Leer: die üblichen Namen.</translation>
+    </message>
+    <message>
+        <source>&amp;Extensions may be left out</source>
+        <translation>&amp;Endungen dürfen fehlen</translation>
+    </message>
+    <message>
+        <source>“about” then leads to about.html, as many servers are set up.</source>
+        <translation>„about“ führt dann zu about.html, wie auf vielen Servern.</translation>
+    </message>
+    <message>
+        <source>&amp;Check places in pages</source>
+        <translation>&amp;Stellen in Seiten prüfen</translation>
+    </message>
+    <message>
+        <source>A link to “page.html#name” counts as missing if the page has no such place.</source>
+        <translation>Ein Link auf „page.html#name“ gilt als fehlend, wenn die Seite keine solche Stelle hat.</translation>
+    </message>
+    <message>
+        <source>E&amp;xcluded folders</source>
+        <translation>Ausgeschlossene &amp;Ordner</translation>
+    </message>
+    <message>
+        <source>Folder names, separated by commas, that the search for unlinked items leaves out.</source>
+        <translation>Durch Kommas getrennte Namen von Ordnern, die die Suche nach unverlinkten Dateien auslässt.</translation>
+    </message>
+    <message>
+        <source>Moves</source>
+        <translation>Bewegen</translation>
+    </message>
+    <message>
+        <source>&amp;Ask before changing links on more than</source>
+        <translation>&amp;Fragen vor Änderungen an Links auf mehr als</translation>
+    </message>
+    <message>
+        <source>Pages that change unasked</source>
+        <translation>Seiten, die ohne Rückfrage geändert werden</translation>
+    </message>
+    <message>
+        <source> pages</source>
+        <translation> Seiten</translation>
+    </message>
+    <message>
+        <source>The links are shown with their new addresses before anything is moved.</source>
+        <translation>Die Links werden mit ihren neuen Adressen gezeigt, bevor etwas bewegt wird.</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Seiten</translation>
+    </message>
+    <message>
+        <source>&amp;Tidy every page when it is saved</source>
+        <translation>&amp;Jede Seite beim Sichern ordnen</translation>
+    </message>
+    <message>
+        <source>Prints the whole source of a page anew at each save. Otherwise only what was edited changes.</source>
+        <translation>Schreibt den ganzen Quelltext einer Seite bei jedem Sichern neu. Sonst ändert sich nur, was bearbeitet wurde.</translation>
+    </message>
+</context>
+<context>
+    <name>ProgressPanel</name>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>Log</source>
+        <translation>Protokoll</translation>
+    </message>
+    <message>
+        <source>&amp;Copy all</source>
+        <translation>&amp;Alles kopieren</translation>
+    </message>
+    <message>
+        <source>Save as &amp;text...</source>
+        <translation>Als &amp;Text sichern …</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>&amp;Stopp</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>QObject</name>
+    <message>
+        <source>Untitled</source>
+        <translation>Unbenannt</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Sichern</translation>
+    </message>
+    <message>
+        <source>Another program has changed “%1” since it was read.</source>
+        <translation>Ein anderes Programm hat „%1“ seit dem Lesen geändert.</translation>
+    </message>
+    <message>
+        <source>Saving replaces that version with yours.</source>
+        <translation>Sichern ersetzt jene Fassung durch Ihre.</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Ersetzen</translation>
+    </message>
+    <message>
+        <source>Update Links</source>
+        <translation>Links anpassen</translation>
+    </message>
+    <message>
+        <source>Edit Source</source>
+        <translation>Quelltext bearbeiten</translation>
+    </message>
+    <message>
+        <source>Tidy Page Source</source>
+        <translation>Quelltext ordnen</translation>
+    </message>
+    <message>
+        <source>Rebase Links</source>
+        <translation>Links umsetzen</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>Typing</source>
+        <translation>Tippen</translation>
+    </message>
+</context>
+<context>
+    <name>RestorePanel</name>
+    <message>
+        <source>Restore from last publish</source>
+        <translation>Letzte Veröffentlichung zurücknehmen</translation>
+    </message>
+    <message>
+        <source>&amp;Put back what this publish replaced or deleted:</source>
+        <translation>&amp;Zurückholen, was diese Veröffentlichung ersetzt oder gelöscht hat:</translation>
+    </message>
+    <message>
+        <source>Old versions</source>
+        <translation>Alte Fassungen</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Put &amp;Back</source>
+        <translation>Zurück&amp;holen</translation>
+    </message>
+</context>
+<context>
+    <name>ScriptConsole</name>
+    <message>
+        <source>Script console</source>
+        <translation>Skriptkonsole</translation>
+    </message>
+    <message>
+        <source>Script</source>
+        <translation>Skript</translation>
+    </message>
+    <message>
+        <source>A script that is evaluated in the page</source>
+        <translation>Ein Skript, das in der Seite ausgewertet wird</translation>
+    </message>
+    <message>
+        <source>Answer</source>
+        <translation>Antwort</translation>
+    </message>
+    <message>
+        <source>&amp;Save script</source>
+        <translation>Skript &amp;sichern</translation>
+    </message>
+    <message>
+        <source>&amp;Run</source>
+        <translation>&amp;Ausführen</translation>
+    </message>
+    <message>
+        <source>Control+Return</source>
+        <translation>Steuerung+Eingabe</translation>
+    </message>
+</context>
+<context>
+    <name>SiteForm</name>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Open site</source>
+        <translation>Website öffnen</translation>
+    </message>
+    <message>
+        <source>Show both sides of this site in a window</source>
+        <translation>Beide Seiten dieser Website in einem Fenster zeigen</translation>
+    </message>
+    <message>
+        <source>Web address</source>
+        <translation>Webadresse</translation>
+    </message>
+    <message>
+        <source>https://example.org</source>
+        <translation>https://example.org</translation>
+    </message>
+    <message>
+        <source>Where visitors find this site. Links with this address count as links within the site. Several addresses: blanks between.</source>
+        <translation>Wo Besucher diese Website finden. Links mit dieser Adresse gelten als Links innerhalb der Website. Mehrere Adressen durch Leerzeichen trennen.</translation>
+    </message>
+    <message>
+        <source>Never publish</source>
+        <translation>Nie veröffentlichen</translation>
+    </message>
+    <message>
+        <source>*.psd
+drafts/</source>
+        <translation>*.psd
+entwuerfe/</translation>
+    </message>
+    <message>
+        <source>One pattern a line: for names, with a slash for paths below the site&apos;s folder, with a slash at the end for folders only. Version control folders, editors&apos; backups and Thumbs.db are never published.</source>
+        <translation>Ein Muster je Zeile: für Namen; mit Schrägstrich für Pfade unterhalb des Ordners der Website; mit Schrägstrich am Ende nur für Ordner. Ordner der Versionsverwaltung, Sicherungskopien von Editoren und Thumbs.db werden nie veröffentlicht.</translation>
+    </message>
+    <message>
+        <source>Keep old versions</source>
+        <translation>Alte Fassungen behalten</translation>
+    </message>
+    <message>
+        <source>What publishing replaces or deletes can be put back for so long.</source>
+        <translation>So lange lässt sich zurückholen, was eine Veröffentlichung ersetzt oder löscht.</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Aus</translation>
+    </message>
+    <message>
+        <source> days</source>
+        <translation> Tage</translation>
+    </message>
+    <message>
+        <source>Folder for old versions</source>
+        <translation>Ordner für alte Fassungen</translation>
+    </message>
+    <message>
+        <source>Beside the destination folder</source>
+        <translation>Neben dem Zielordner</translation>
+    </message>
+    <message>
+        <source>An absolute path on the destination&apos;s side, outside of its folder. Needed where the place beside it can&apos;t be written.</source>
+        <translation>Ein absoluter Pfad auf der Seite des Ziels, außerhalb seines Ordners. Nötig, wenn der Platz daneben nicht beschreibbar ist.</translation>
+    </message>
+</context>
+<context>
+    <name>SiteListWindow</name>
+    <message>
+        <source>LUMA</source>
+        <translation>LUMA</translation>
+    </message>
+    <message>
+        <source>Search sites</source>
+        <translation>Websites suchen</translation>
+    </message>
+    <message>
+        <source>Sites</source>
+        <translation>Websites</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Add a site</source>
+        <translation>Eine Website hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Remove the selected site from the list; its files stay</source>
+        <translation>Die ausgewählte Website aus der Liste entfernen; ihre Dateien bleiben</translation>
+    </message>
+    <message>
+        <source>LUMA edits a web site in a folder of yours and publishes it to a server.</source>
+        <translation>LUMA bearbeitet eine Website in einem Ihrer Ordner und veröffentlicht sie auf einem Server.</translation>
+    </message>
+    <message>
+        <source>&amp;New site…</source>
+        <translation>&amp;Neue Website …</translation>
+    </message>
+    <message>
+        <source>Open the sam&amp;ple site</source>
+        <translation>&amp;Beispielwebsite öffnen</translation>
+    </message>
+    <message>
+        <source>Copies a small site into your documents, to try things out</source>
+        <translation>Kopiert eine kleine Website in Ihre Dokumente, zum Ausprobieren</translation>
+    </message>
+    <message>
+        <source>&amp;File</source>
+        <translation>&amp;Datei</translation>
+    </message>
+    <message>
+        <source>&amp;Edit</source>
+        <translation>&amp;Bearbeiten</translation>
+    </message>
+    <message>
+        <source>&amp;Site</source>
+        <translation>&amp;Website</translation>
+    </message>
+    <message>
+        <source>&amp;View</source>
+        <translation>&amp;Ansicht</translation>
+    </message>
+    <message>
+        <source>&amp;Windows</source>
+        <translation>&amp;Fenster</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>&amp;Preferences…</source>
+        <translation>&amp;Einstellungen …</translation>
+    </message>
+    <message>
+        <source>Ctrl+,</source>
+        <translation>Ctrl+,</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>Ctrl+W</source>
+        <translation>Ctrl+W</translation>
+    </message>
+    <message>
+        <source>&amp;Quit</source>
+        <translation>&amp;Beenden</translation>
+    </message>
+    <message>
+        <source>Ctrl+Q</source>
+        <translation>Ctrl+Q</translation>
+    </message>
+    <message>
+        <source>&amp;Open site</source>
+        <translation>Website ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>Ctrl+O</source>
+        <translation>Ctrl+O</translation>
+    </message>
+    <message>
+        <source>Ctrl+N</source>
+        <translation>Ctrl+N</translation>
+    </message>
+    <message>
+        <source>&amp;Import sites…</source>
+        <translation>Websites &amp;importieren …</translation>
+    </message>
+    <message>
+        <source>&amp;Export sites…</source>
+        <translation>Websites e&amp;xportieren …</translation>
+    </message>
+    <message>
+        <source>D&amp;uplicate site</source>
+        <translation>Website d&amp;uplizieren</translation>
+    </message>
+    <message>
+        <source>Ctrl+D</source>
+        <translation>Ctrl+D</translation>
+    </message>
+    <message>
+        <source>Sor&amp;t by name</source>
+        <translation>Nach Namen s&amp;ortieren</translation>
+    </message>
+    <message>
+        <source>&amp;Remove site…</source>
+        <translation>Website &amp;entfernen …</translation>
+    </message>
+    <message>
+        <source>Ctrl+Backspace</source>
+        <translation>Ctrl+Backspace</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>Ctrl+Z</source>
+        <translation>Ctrl+Z</translation>
+    </message>
+    <message>
+        <source>Choose &amp;source folder…</source>
+        <translation>&amp;Quellordner auswählen …</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+S</source>
+        <translation>Ctrl+Shift+S</translation>
+    </message>
+    <message>
+        <source>Choose &amp;destination folder…</source>
+        <translation>&amp;Zielordner auswählen …</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+D</source>
+        <translation>Ctrl+Shift+D</translation>
+    </message>
+    <message>
+        <source>&amp;Search sites</source>
+        <translation>Websites &amp;suchen</translation>
+    </message>
+    <message>
+        <source>Ctrl+F</source>
+        <translation>Ctrl+F</translation>
+    </message>
+    <message>
+        <source>&amp;Product page</source>
+        <translation>&amp;Produktseite</translation>
+    </message>
+    <message>
+        <source>Check for &amp;updates…</source>
+        <translation>Nach &amp;Aktualisierungen suchen …</translation>
+    </message>
+</context>
+<context>
+    <name>SourcePanel</name>
+    <message>
+        <source>Page source</source>
+        <translation>Quelltext der Seite</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <translation>&amp;Suchen:</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>&amp;Previous</source>
+        <translation>&amp;Zurück</translation>
+    </message>
+    <message>
+        <source>&amp;Next</source>
+        <translation>&amp;Weiter</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Save</source>
+        <translation>Sichern</translation>
+    </message>
+</context>
+<context>
+    <name>SyncPanel</name>
+    <message>
+        <source>Upload and download</source>
+        <translation>Hochladen und Herunterladen</translation>
+    </message>
+    <message>
+        <source>Direction</source>
+        <translation>Richtung</translation>
+    </message>
+    <message>
+        <source>Kind of change</source>
+        <translation>Art der Änderung</translation>
+    </message>
+    <message>
+        <source>Filter by name</source>
+        <translation>Nach Namen filtern</translation>
+    </message>
+    <message>
+        <source>Filter by folder or name</source>
+        <translation>Nach Ordner oder Namen filtern</translation>
+    </message>
+    <message>
+        <source>Changed files</source>
+        <translation>Geänderte Dateien</translation>
+    </message>
+    <message>
+        <source>&amp;Delete files that only the receiving side has</source>
+        <translation>Dateien &amp;löschen, die nur die Empfängerseite hat</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>&amp;Move</source>
+        <translation>Ü&amp;bertragen</translation>
+    </message>
+</context>
+<context>
+    <name>TickList</name>
+    <message>
+        <source>&amp;All</source>
+        <translation>&amp;Alle</translation>
+    </message>
+</context>
+<context>
+    <name>UnlinkedItemsPanel</name>
+    <message>
+        <source>Unlinked items</source>
+        <translation>Unverlinkte Dateien</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>&amp;Stop</source>
+        <translation>&amp;Stopp</translation>
+    </message>
+    <message>
+        <source>&amp;Restart</source>
+        <translation>&amp;Neu starten</translation>
+    </message>
+    <message>
+        <source>&amp;Put Back</source>
+        <translation>&amp;Zurückholen</translation>
+    </message>
+    <message>
+        <source>Moves the files deleted here back from the trash</source>
+        <translation>Holt die hier gelöschten Dateien aus dem Papierkorb zurück</translation>
+    </message>
+    <message>
+        <source>&amp;Delete...</source>
+        <translation>&amp;Löschen …</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::BrowserColumn</name>
+    <message>
+        <source>Contents of %1</source>
+        <translation>Inhalt von %1</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+    <message>
+        <source>This folder cannot be read.</source>
+        <translation>Dieser Ordner kann nicht gelesen werden.</translation>
+    </message>
+    <message>
+        <source>Empty folder</source>
+        <translation>Leerer Ordner</translation>
+    </message>
+    <message>
+        <source>Reading the folder…</source>
+        <translation>Der Ordner wird gelesen …</translation>
+    </message>
+</context>
+<context>
+    <name>luma::BrowserController</name>
+    <message>
+        <source>Connection settings of %1</source>
+        <translation>Verbindungseinstellungen: %1</translation>
+    </message>
+    <message>
+        <source>Unlinked items in %1</source>
+        <translation>Unverlinkte Dateien: %1</translation>
+    </message>
+    <message>
+        <source>Another program has moved %1 to %2. Links still lead to the old place.</source>
+        <translation>Ein anderes Programm hat %1 nach %2 bewegt. Links führen noch zum alten Ort.</translation>
+    </message>
+    <message>
+        <source>Another program has moved %1 items. Links still lead to the old places.</source>
+        <translation>Ein anderes Programm hat %1 Objekte bewegt. Links führen noch zu den alten Orten.</translation>
+    </message>
+    <message>
+        <source>Connecting... Please wait.</source>
+        <translation>Verbindung wird aufgebaut. Bitte warten.</translation>
+    </message>
+    <message>
+        <source>Connecting...</source>
+        <translation>Verbindung wird aufgebaut …</translation>
+    </message>
+    <message>
+        <source>There is an error connecting to the Destination Server</source>
+        <translation>Fehler beim Verbinden mit dem Zielserver</translation>
+    </message>
+    <message>
+        <source>Not connected. Choose Connect, or set the folder in the connection settings.</source>
+        <translation>Nicht verbunden. Wählen Sie „Verbinden“, oder stellen Sie den Ordner in den Verbindungseinstellungen ein.</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>%1 %2</source>
+        <translation>%2: %1</translation>
+    </message>
+    <message>
+        <source>Relative Path: </source>
+        <translation>Relativer Pfad: </translation>
+    </message>
+</context>
+<context>
+    <name>luma::BrowserListView</name>
+    <message>
+        <source>and %1 more</source>
+        <translation>und %1 weitere</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ComparisonWindow</name>
+    <message>
+        <source>The files are too large to be shown</source>
+        <translation>Die Dateien sind zu groß, um gezeigt zu werden</translation>
+    </message>
+    <message>
+        <source>The files are no text</source>
+        <translation>Die Dateien sind kein Text</translation>
+    </message>
+    <message>
+        <source>Comparing</source>
+        <translation>Vergleich läuft</translation>
+    </message>
+    <message>
+        <source>&amp;Previous Difference</source>
+        <translation>&amp;Vorheriger Unterschied</translation>
+    </message>
+    <message>
+        <source>&amp;Next Difference</source>
+        <translation>&amp;Nächster Unterschied</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Only the ends of lines differ</source>
+        <translation>Nur die Zeilenenden unterscheiden sich</translation>
+    </message>
+    <message>
+        <source>The texts are the same</source>
+        <translation>Die Texte sind gleich</translation>
+    </message>
+    <message>
+        <source>difference</source>
+        <translation>Unterschied</translation>
+    </message>
+    <message>
+        <source>differences</source>
+        <translation>Unterschiede</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ConfigPanel</name>
+    <message>
+        <source>S&amp;hare:</source>
+        <translation>Frei&amp;gabe:</translation>
+    </message>
+    <message>
+        <source>&amp;Volume:</source>
+        <translation>Frei&amp;gabe:</translation>
+    </message>
+    <message>
+        <source>Choose the site&apos;s folder</source>
+        <translation>Ordner der Website auswählen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ConsoleRuns</name>
+    <message>
+        <source>Script</source>
+        <translation>Skript</translation>
+    </message>
+    <message>
+        <source>The script was stopped, as it did not end within %1 seconds. The page is shown as it was before.</source>
+        <translation>Das Skript wurde angehalten, weil es nicht innerhalb von %1 Sekunden endete. Die Seite wird gezeigt, wie sie vorher war.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::DeletionAlert</name>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Nein</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be moved to the trash:
+%2
+Delete for good? This can&apos;t be undone.</source>
+        <translation>%1 kann nicht in den Papierkorb bewegt werden:
+%2
+Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
+    </message>
+    <message>
+        <source>“%1”</source>
+        <translation>„%1“</translation>
+    </message>
+    <message>
+        <source>%1 and %2 more</source>
+        <translation>%1 und %2 weitere</translation>
+    </message>
+</context>
+<context>
+    <name>luma::EditMenu</name>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>&amp;Ausschneiden</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>Einset&amp;zen</translation>
+    </message>
+    <message>
+        <source>Select &amp;All</source>
+        <translation>Alles aus&amp;wählen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::EndpointForm</name>
+    <message>
+        <source>%1 (%2)</source>
+        <translation>%1 (%2)</translation>
+    </message>
+    <message>
+        <source>Choose…</source>
+        <translation>Auswählen …</translation>
+    </message>
+    <message>
+        <source>Source: %1</source>
+        <translation>Quelle: %1</translation>
+    </message>
+    <message>
+        <source>Destination: %1</source>
+        <translation>Ziel: %1</translation>
+    </message>
+    <message>
+        <source>Choose folder</source>
+        <translation>Ordner auswählen</translation>
+    </message>
+    <message>
+        <source>Show password</source>
+        <translation>Passwort anzeigen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::FileJobs</name>
+    <message>
+        <source>New Folder</source>
+        <translation>Neuer Ordner</translation>
+    </message>
+    <message>
+        <source>Duplicate</source>
+        <translation>Duplizieren</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to delete this item(s)?</source>
+        <translation>Möchten Sie die ausgewählten Objekte wirklich löschen?</translation>
+    </message>
+    <message>
+        <source>To the trash: %1</source>
+        <translation>In den Papierkorb: %1</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::FileSystemBrowserCell</name>
+    <message>
+        <source>New name</source>
+        <translation>Neuer Name</translation>
+    </message>
+    <message>
+        <source>%1: %2</source>
+        <translation>%1: %2</translation>
+    </message>
+</context>
+<context>
+    <name>luma::FormatMenus</name>
+    <message>
+        <source>Text Style</source>
+        <translation>Textstil</translation>
+    </message>
+    <message>
+        <source>Bold</source>
+        <translation>Fett</translation>
+    </message>
+    <message>
+        <source>Italic</source>
+        <translation>Kursiv</translation>
+    </message>
+    <message>
+        <source>Underline</source>
+        <translation>Unterstrichen</translation>
+    </message>
+    <message>
+        <source>Strike Through</source>
+        <translation>Durchgestrichen</translation>
+    </message>
+    <message>
+        <source>Superscript</source>
+        <translation>Hochgestellt</translation>
+    </message>
+    <message>
+        <source>Subscript</source>
+        <translation>Tiefgestellt</translation>
+    </message>
+    <message>
+        <source>Code</source>
+        <translation>Code</translation>
+    </message>
+    <message>
+        <source>Paragraph</source>
+        <translation>Absatz</translation>
+    </message>
+    <message>
+        <source>Heading 1</source>
+        <translation>Überschrift 1</translation>
+    </message>
+    <message>
+        <source>Heading 2</source>
+        <translation>Überschrift 2</translation>
+    </message>
+    <message>
+        <source>Heading 3</source>
+        <translation>Überschrift 3</translation>
+    </message>
+    <message>
+        <source>Heading 4</source>
+        <translation>Überschrift 4</translation>
+    </message>
+    <message>
+        <source>Heading 5</source>
+        <translation>Überschrift 5</translation>
+    </message>
+    <message>
+        <source>Heading 6</source>
+        <translation>Überschrift 6</translation>
+    </message>
+    <message>
+        <source>Block Quote</source>
+        <translation>Zitatblock</translation>
+    </message>
+    <message>
+        <source>Preformatted</source>
+        <translation>Vorformatiert</translation>
+    </message>
+    <message>
+        <source>Ordered List</source>
+        <translation>Nummerierte Liste</translation>
+    </message>
+    <message>
+        <source>Unordered List</source>
+        <translation>Aufzählung</translation>
+    </message>
+    <message>
+        <source>Indent</source>
+        <translation>Einrücken</translation>
+    </message>
+    <message>
+        <source>Outdent</source>
+        <translation>Ausrücken</translation>
+    </message>
+    <message>
+        <source>Remove Format</source>
+        <translation>Format entfernen</translation>
+    </message>
+    <message>
+        <source>Text Justification</source>
+        <translation>Textausrichtung</translation>
+    </message>
+    <message>
+        <source>Justify Left</source>
+        <translation>Linksbündig</translation>
+    </message>
+    <message>
+        <source>Justify Center</source>
+        <translation>Zentriert</translation>
+    </message>
+    <message>
+        <source>Justify Right</source>
+        <translation>Rechtsbündig</translation>
+    </message>
+    <message>
+        <source>Justify Full</source>
+        <translation>Blocksatz</translation>
+    </message>
+    <message>
+        <source>Remove Justification</source>
+        <translation>Ausrichtung entfernen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::HTMLDocument</name>
+    <message>
+        <source>The style sheet could not be saved: %1</source>
+        <translation>Das Stylesheet konnte nicht gesichert werden: %1</translation>
+    </message>
+    <message>
+        <source>The page&apos;s links were not updated. %1</source>
+        <translation>Die Links der Seite wurden nicht angepasst. %1</translation>
+    </message>
+    <message>
+        <source>This page can&apos;t be edited. %1</source>
+        <translation>Diese Seite kann nicht bearbeitet werden. %1</translation>
+    </message>
+    <message>
+        <source>Revert</source>
+        <translation>Zurückkehren</translation>
+    </message>
+    <message>
+        <source>The page could not be tidied. %1</source>
+        <translation>Die Seite konnte nicht geordnet werden. %1</translation>
+    </message>
+    <message>
+        <source>Another program has changed this page. Reload takes its version; undo brings yours back.</source>
+        <translation>Ein anderes Programm hat diese Seite geändert. „Neu laden“ übernimmt dessen Fassung; „Rückgängig“ holt Ihre zurück.</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message>
+        <source>The page was not changed: %1</source>
+        <translation>Die Seite wurde nicht geändert: %1</translation>
+    </message>
+    <message>
+        <source>Title:</source>
+        <translation>Titel:</translation>
+    </message>
+    <message>
+        <source>The page could not be saved; your edits are kept. %1</source>
+        <translation>Die Seite konnte nicht gesichert werden; Ihre Änderungen bleiben erhalten. %1</translation>
+    </message>
+</context>
+<context>
+    <name>luma::HaldenDoc</name>
+    <message>
+        <source>Source</source>
+        <translation>Quelle</translation>
+    </message>
+    <message>
+        <source>Destination</source>
+        <translation>Ziel</translation>
+    </message>
+    <message>
+        <source>Upload</source>
+        <translation>Hochladen</translation>
+    </message>
+    <message>
+        <source>Download</source>
+        <translation>Herunterladen</translation>
+    </message>
+    <message>
+        <source>&amp;Undo %1</source>
+        <translation>&amp;Rückgängig: %1</translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation>Bewegen</translation>
+    </message>
+    <message>
+        <source>LUMA is using rsync for faster uploads and downloads.</source>
+        <translation>LUMA verwendet rsync für schnelleres Hoch- und Herunterladen.</translation>
+    </message>
+    <message>
+        <source>Turn on rsync to make uploads and downloads go faster.</source>
+        <translation>Schalten Sie rsync ein, um schneller hoch- und herunterzuladen.</translation>
+    </message>
+    <message>
+        <source>Remote Login setup requested.</source>
+        <translation>Remote Login wird eingerichtet.</translation>
+    </message>
+    <message>
+        <source>Remote Login setup done. Verifying connection...</source>
+        <translation>Remote Login ist eingerichtet. Die Verbindung wird geprüft …</translation>
+    </message>
+    <message>
+        <source>Uplo&amp;ad This...</source>
+        <translation>Dies ho&amp;chladen …</translation>
+    </message>
+    <message>
+        <source>Downlo&amp;ad This...</source>
+        <translation>Dies &amp;herunterladen …</translation>
+    </message>
+</context>
+<context>
+    <name>luma::HelpMenu</name>
+    <message>
+        <source>About LUMA</source>
+        <translation>Über LUMA</translation>
+    </message>
+    <message>
+        <source>LUMA %1</source>
+        <translation>LUMA %1</translation>
+    </message>
+    <message>
+        <source>Manages web sites kept as folders of pages: publishes changes and keeps links correct.</source>
+        <translation>Verwaltet Websites als Ordner von Seiten: veröffentlicht Änderungen und hält Links richtig.</translation>
+    </message>
+    <message>
+        <source>&amp;Help</source>
+        <translation>&amp;Hilfe</translation>
+    </message>
+    <message>
+        <source>LUMA &amp;Manual</source>
+        <translation>LUMA-&amp;Handbuch</translation>
+    </message>
+    <message>
+        <source>&amp;Keys</source>
+        <translation>&amp;Tasten</translation>
+    </message>
+    <message>
+        <source>&amp;About LUMA</source>
+        <translation>&amp;Über LUMA</translation>
+    </message>
+    <message>
+        <source>About &amp;Qt</source>
+        <translation>Über &amp;Qt</translation>
+    </message>
+</context>
+<context>
+    <name>luma::IconPreviewController</name>
+    <message>
+        <source>Symbolic link
+%1</source>
+        <translation>Symbolischer Link
+%1</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ItemCommands</name>
+    <message>
+        <source>No program for this kind of file</source>
+        <translation>Kein Programm für diese Art von Datei</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ItemProperties</name>
+    <message>
+        <source>Properties</source>
+        <translation>Eigenschaften</translation>
+    </message>
+    <message>
+        <source>Items</source>
+        <translation>Objekte</translation>
+    </message>
+    <message>
+        <source>Contents</source>
+        <translation>Inhalt</translation>
+    </message>
+    <message>
+        <source>Counting...</source>
+        <translation>Wird gezählt …</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>Kind</source>
+        <translation>Art</translation>
+    </message>
+    <message>
+        <source>No longer there</source>
+        <translation>Nicht mehr vorhanden</translation>
+    </message>
+    <message>
+        <source>Symbolic link</source>
+        <translation>Symbolischer Link</translation>
+    </message>
+    <message>
+        <source>Leads to</source>
+        <translation>Führt zu</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>%1 (%2 bytes)</source>
+        <translation>%1 (%2 Bytes)</translation>
+    </message>
+    <message>
+        <source>Changed</source>
+        <translation>Geändert</translation>
+    </message>
+    <message>
+        <source>Permissions</source>
+        <translation>Rechte</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>folder</source>
+        <translation>Ordner</translation>
+    </message>
+    <message>
+        <source>folders</source>
+        <translation>Ordner</translation>
+    </message>
+</context>
+<context>
+    <name>luma::LUMAAppDelegate</name>
+    <message>
+        <source>Waiting for the password. The desktop may ask you to unlock its keyring.</source>
+        <translation>Warten auf das Passwort. Der Desktop bittet Sie vielleicht, den Schlüsselbund zu entsperren.</translation>
+    </message>
+    <message>
+        <source>The sample site can&apos;t be copied.</source>
+        <translation>Die Beispielwebsite kann nicht kopiert werden.</translation>
+    </message>
+    <message>
+        <source>%1 copy</source>
+        <translation>%1 Kopie</translation>
+    </message>
+    <message>
+        <source>%1: not a list of sites</source>
+        <translation>%1: keine Liste von Websites</translation>
+    </message>
+    <message>
+        <source>%1: there are no sites in this list</source>
+        <translation>%1: in dieser Liste sind keine Websites</translation>
+    </message>
+    <message>
+        <source>Import sites</source>
+        <translation>Websites importieren</translation>
+    </message>
+    <message>
+        <source>Export sites, without passwords</source>
+        <translation>Websites exportieren, ohne Passwörter</translation>
+    </message>
+    <message>
+        <source>Lists of sites (*.lumasites)</source>
+        <translation>Listen von Websites (*.lumasites)</translation>
+    </message>
+    <message>
+        <source>Remove “%1” from the list? Its files stay.</source>
+        <translation>„%1“ aus der Liste entfernen? Die Dateien bleiben.</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Warning</source>
+        <translation>Warnung</translation>
+    </message>
+    <message>
+        <source>Last record in the list cannot be deleted.</source>
+        <translation>Der letzte Eintrag der Liste kann nicht gelöscht werden.</translation>
+    </message>
+    <message>
+        <source>Select the path to the site folder</source>
+        <translation>Pfad zum Ordner der Website auswählen</translation>
+    </message>
+    <message>
+        <source>Choose</source>
+        <translation>Auswählen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::LinkActions</name>
+    <message>
+        <source>Insert Image</source>
+        <translation>Bild einfügen</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>Edit Link</source>
+        <translation>Link bearbeiten</translation>
+    </message>
+    <message>
+        <source>Drop</source>
+        <translation>Ablegen</translation>
+    </message>
+    <message>
+        <source>%1 is outside the site</source>
+        <translation>%1 liegt außerhalb der Website</translation>
+    </message>
+</context>
+<context>
+    <name>luma::LinkJobs</name>
+    <message>
+        <source>Listing all links from: </source>
+        <translation>Alle Links werden aufgelistet, die hiervon ausgehen: </translation>
+    </message>
+    <message>
+        <source>Listing all links to: </source>
+        <translation>Alle Links werden aufgelistet, die hierhin führen: </translation>
+    </message>
+    <message>
+        <source>Checking source files for missing links (*** MISSING ***)</source>
+        <translation>Quelldateien werden auf fehlende Links geprüft (*** MISSING ***)</translation>
+    </message>
+</context>
+<context>
+    <name>luma::LinkPlanModel</name>
+    <message>
+        <source>Stays as it is: %1</source>
+        <translation>Bleibt, wie es ist: %1</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>New link</source>
+        <translation>Neuer Link</translation>
+    </message>
+</context>
+<context>
+    <name>luma::LinkReportModel</name>
+    <message>
+        <source>%1  (%2)</source>
+        <translation>%1  (%2)</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>Page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>Line</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>Column</source>
+        <translation>Spalte</translation>
+    </message>
+    <message>
+        <source>Attribute</source>
+        <translation>Attribut</translation>
+    </message>
+    <message>
+        <source>Problem</source>
+        <translation>Problem</translation>
+    </message>
+    <message>
+        <source>Did you mean</source>
+        <translation>Gemeint war vielleicht</translation>
+    </message>
+</context>
+<context>
+    <name>luma::LinkReportPanel</name>
+    <message>
+        <source>&amp;Open Page</source>
+        <translation>Seite ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>Show in &amp;Pane</source>
+        <translation>Im &amp;Bereich zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Replace Everywhere...</source>
+        <translation>Überall &amp;ersetzen …</translation>
+    </message>
+    <message>
+        <source>&amp;Copy</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Copy as CS&amp;V</source>
+        <translation>Als CS&amp;V kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Save As...</source>
+        <translation>S&amp;ichern unter …</translation>
+    </message>
+    <message>
+        <source>Missing links</source>
+        <translation>Fehlende Links</translation>
+    </message>
+    <message>
+        <source>Links from %1</source>
+        <translation>Links von %1</translation>
+    </message>
+    <message>
+        <source>Links to %1</source>
+        <translation>Links zu %1</translation>
+    </message>
+    <message>
+        <source>in %1: %2</source>
+        <translation>in %1: %2</translation>
+    </message>
+    <message>
+        <source>New target of all links to %1</source>
+        <translation>Neues Ziel aller Links zu %1</translation>
+    </message>
+    <message>
+        <source>Choose</source>
+        <translation>Auswählen</translation>
+    </message>
+    <message>
+        <source>Save the report</source>
+        <translation>Bericht sichern</translation>
+    </message>
+    <message>
+        <source>Comma-separated values (*.csv);;JSON (*.json)</source>
+        <translation>Durch Kommas getrennte Werte (*.csv);;JSON (*.json)</translation>
+    </message>
+    <message>
+        <source>The report could not be saved</source>
+        <translation>Der Bericht konnte nicht gesichert werden</translation>
+    </message>
+    <message>
+        <source>No row matches the filter.</source>
+        <translation>Keine Zeile passt zum Filter.</translation>
+    </message>
+    <message>
+        <source>Looking through all pages of the site</source>
+        <translation>Alle Seiten der Website werden durchgesehen</translation>
+    </message>
+    <message>
+        <source>Stopped before all pages were checked. Restart begins again.</source>
+        <translation>Angehalten, bevor alle Seiten geprüft waren. „Neu starten“ beginnt von vorn.</translation>
+    </message>
+    <message>
+        <source>No missing links.</source>
+        <translation>Keine fehlenden Links.</translation>
+    </message>
+    <message>
+        <source>This page has no links.</source>
+        <translation>Diese Seite hat keine Links.</translation>
+    </message>
+    <message>
+        <source>No file links to this item.</source>
+        <translation>Keine Datei verweist auf dieses Objekt.</translation>
+    </message>
+    <message>
+        <source>missing link</source>
+        <translation>fehlender Link</translation>
+    </message>
+    <message>
+        <source>missing links</source>
+        <translation>fehlende Links</translation>
+    </message>
+    <message>
+        <source>link</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>links</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>%1 in %2</source>
+        <translation>%1 in %2</translation>
+    </message>
+    <message>
+        <source>page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>pages</source>
+        <translation>Seiten</translation>
+    </message>
+    <message>
+        <source>; %1 with the name</source>
+        <translation>; %1 mit dem Namen</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>; %1 can&apos;t be read</source>
+        <translation>; %1 nicht lesbar</translation>
+    </message>
+    <message>
+        <source>; %1 shown</source>
+        <translation>; %1 gezeigt</translation>
+    </message>
+    <message>
+        <source>row</source>
+        <translation>Zeile</translation>
+    </message>
+    <message>
+        <source>rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>. Stopped before all pages were checked.</source>
+        <translation>. Angehalten, bevor alle Seiten geprüft waren.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::LinkSheet</name>
+    <message>
+        <source>Insert image</source>
+        <translation>Bild einfügen</translation>
+    </message>
+    <message>
+        <source>Link</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>IMG</source>
+        <translation>IMG</translation>
+    </message>
+    <message>
+        <source>Edit Link</source>
+        <translation>Link bearbeiten</translation>
+    </message>
+    <message>
+        <source>An address that runs a script can&apos;t be used</source>
+        <translation>Eine Adresse, die ein Skript ausführt, ist hier nicht möglich</translation>
+    </message>
+    <message>
+        <source>Not an address</source>
+        <translation>Keine Adresse</translation>
+    </message>
+    <message>
+        <source>The file is outside the site</source>
+        <translation>Die Datei liegt außerhalb der Website</translation>
+    </message>
+    <message>
+        <source>There is no such file in the site</source>
+        <translation>In der Website gibt es keine solche Datei</translation>
+    </message>
+    <message>
+        <source>Choose an image</source>
+        <translation>Bild auswählen</translation>
+    </message>
+    <message>
+        <source>Images (*.png *.jpg *.jpeg *.gif *.svg *.webp *.avif *.bmp *.ico);;All files (*)</source>
+        <translation>Bilder (*.png *.jpg *.jpeg *.gif *.svg *.webp *.avif *.bmp *.ico);;Alle Dateien (*)</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ManualWindow</name>
+    <message>
+        <source>LUMA Manual</source>
+        <translation>LUMA-Handbuch</translation>
+    </message>
+    <message>
+        <source>Manual</source>
+        <translation>Handbuch</translation>
+    </message>
+    <message>
+        <source>Navigation</source>
+        <translation>Navigation</translation>
+    </message>
+    <message>
+        <source>Contents</source>
+        <translation>Inhalt</translation>
+    </message>
+    <message>
+        <source>Back</source>
+        <translation>Zurück</translation>
+    </message>
+    <message>
+        <source>Search the manual</source>
+        <translation>Im Handbuch suchen</translation>
+    </message>
+    <message>
+        <source>Not found</source>
+        <translation>Nicht gefunden</translation>
+    </message>
+</context>
+<context>
+    <name>luma::MountStep</name>
+    <message>
+        <source>%1: no such folder</source>
+        <translation>%1: kein solcher Ordner</translation>
+    </message>
+</context>
+<context>
+    <name>luma::MoveJobs</name>
+    <message>
+        <source>Please wait while links in all possible files are being updated...</source>
+        <translation>Bitte warten, während die Links in allen betroffenen Dateien angepasst werden …</translation>
+    </message>
+    <message>
+        <source>An interrupted move was finished or taken back.</source>
+        <translation>Ein unterbrochenes Bewegen wurde beendet oder zurückgenommen.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::MyWebView</name>
+    <message>
+        <source>Page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>Inspect Element</source>
+        <translation>Element untersuchen</translation>
+    </message>
+    <message>
+        <source>Text Style</source>
+        <translation>Textstil</translation>
+    </message>
+    <message>
+        <source>Text Justification</source>
+        <translation>Textausrichtung</translation>
+    </message>
+</context>
+<context>
+    <name>luma::NewSiteAssistant</name>
+    <message>
+        <source>Fill In the &amp;Form Instead</source>
+        <translation>Stattdessen das &amp;Formular ausfüllen</translation>
+    </message>
+    <message>
+        <source>Choose the folder</source>
+        <translation>Ordner auswählen</translation>
+    </message>
+    <message>
+        <source>Choose the folder that holds the site&apos;s pages.</source>
+        <translation>Wählen Sie den Ordner mit den Seiten der Website aus.</translation>
+    </message>
+    <message>
+        <source>%1: no such folder</source>
+        <translation>%1: kein solcher Ordner</translation>
+    </message>
+    <message>
+        <source>Enter the server&apos;s name.</source>
+        <translation>Geben Sie den Namen des Servers ein.</translation>
+    </message>
+    <message>
+        <source>Choose the folder to publish to.</source>
+        <translation>Wählen Sie den Ordner aus, in den veröffentlicht wird.</translation>
+    </message>
+    <message>
+        <source>This is the folder of the pages. Choose another one.</source>
+        <translation>Das ist der Ordner der Seiten. Wählen Sie einen anderen.</translation>
+    </message>
+    <message>
+        <source>Connecting…</source>
+        <translation>Verbindung wird aufgebaut …</translation>
+    </message>
+    <message>
+        <source>The connection works.</source>
+        <translation>Die Verbindung funktioniert.</translation>
+    </message>
+    <message>
+        <source>%1 on %2</source>
+        <translation>%1 auf %2</translation>
+    </message>
+    <message>
+        <source>“%1” is edited in %2 and published to %3.</source>
+        <translation>„%1“ wird in %2 bearbeitet und nach %3 veröffentlicht.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::OtherPrograms</name>
+    <message>
+        <source>The program is no longer installed</source>
+        <translation>Das Programm ist nicht mehr installiert</translation>
+    </message>
+    <message>
+        <source>No web browser is installed</source>
+        <translation>Es ist kein Webbrowser installiert</translation>
+    </message>
+</context>
+<context>
+    <name>luma::OutlineMenu</name>
+    <message>
+        <source>Insert</source>
+        <translation>Einfügen</translation>
+    </message>
+    <message>
+        <source>Add Class</source>
+        <translation>Klasse hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove Class</source>
+        <translation>Klasse entfernen</translation>
+    </message>
+    <message>
+        <source>Add ID</source>
+        <translation>ID hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove ID</source>
+        <translation>ID entfernen</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::PageActions</name>
+    <message>
+        <source>&amp;Undo %1</source>
+        <translation>&amp;Rückgängig: %1</translation>
+    </message>
+    <message>
+        <source>&amp;Redo %1</source>
+        <translation>W&amp;iederholen: %1</translation>
+    </message>
+    <message>
+        <source>No Recent Pages</source>
+        <translation>Keine zuletzt geöffneten Seiten</translation>
+    </message>
+</context>
+<context>
+    <name>luma::PageCommands</name>
+    <message>
+        <source>Delete &lt;%1&gt;</source>
+        <translation>&lt;%1&gt; löschen</translation>
+    </message>
+    <message>
+        <source>Move &lt;%1&gt;</source>
+        <translation>&lt;%1&gt; bewegen</translation>
+    </message>
+    <message>
+        <source>Copy &lt;%1&gt;</source>
+        <translation>&lt;%1&gt; kopieren</translation>
+    </message>
+    <message>
+        <source>Change Title</source>
+        <translation>Titel ändern</translation>
+    </message>
+</context>
+<context>
+    <name>luma::PageEdits</name>
+    <message>
+        <source>Insert &lt;%1&gt;</source>
+        <translation>&lt;%1&gt; einfügen</translation>
+    </message>
+    <message>
+        <source>Add Class</source>
+        <translation>Klasse hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove Class</source>
+        <translation>Klasse entfernen</translation>
+    </message>
+    <message>
+        <source>Add ID</source>
+        <translation>ID hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove ID</source>
+        <translation>ID entfernen</translation>
+    </message>
+    <message>
+        <source>Update CSS</source>
+        <translation>CSS ändern</translation>
+    </message>
+</context>
+<context>
+    <name>luma::PageSaver</name>
+    <message>
+        <source>Pages (*.html *.xhtml *.xml);;All files (*)</source>
+        <translation>Seiten (*.html *.xhtml *.xml);;Alle Dateien (*)</translation>
+    </message>
+    <message>
+        <source>Untitled</source>
+        <translation>Unbenannt</translation>
+    </message>
+    <message>
+        <source>Save As</source>
+        <translation>Sichern unter</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>“%1” is written in XHTML.</source>
+        <translation>„%1“ ist in XHTML geschrieben.</translation>
+    </message>
+    <message>
+        <source>Your edits can only be written as HTML. Browsers show it, but programs that read XML may refuse it. To keep this file unchanged, use Save As.</source>
+        <translation>Ihre Änderungen lassen sich nur als HTML schreiben. Browser zeigen es, aber Programme, die XML lesen, lehnen es vielleicht ab. „Sichern unter“ lässt diese Datei unverändert.</translation>
+    </message>
+    <message>
+        <source>Save as HTML</source>
+        <translation>Als HTML sichern</translation>
+    </message>
+    <message>
+        <source>“%1” holds elements that can&apos;t be edited here.</source>
+        <translation>„%1“ enthält Elemente, die hier nicht bearbeitet werden können.</translation>
+    </message>
+    <message>
+        <source>Saving leaves out everything in &lt;select&gt; except its options: %1. To keep this file unchanged, use Save As.</source>
+        <translation>Beim Sichern entfällt alles in &lt;select&gt; außer den Optionen: %1. „Sichern unter“ lässt diese Datei unverändert.</translation>
+    </message>
+    <message>
+        <source>Leave Out</source>
+        <translation>Weglassen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Save the changes to “%1”?</source>
+        <translation>Die Änderungen an „%1“ sichern?</translation>
+    </message>
+</context>
+<context>
+    <name>luma::PaneMenu</name>
+    <message>
+        <source>&amp;Copy Path</source>
+        <translation>Pfad k&amp;opieren</translation>
+    </message>
+    <message>
+        <source>Copy Relative L&amp;ink</source>
+        <translation>Relativen L&amp;ink kopieren</translation>
+    </message>
+    <message>
+        <source>&amp;Properties</source>
+        <translation>&amp;Eigenschaften</translation>
+    </message>
+    <message>
+        <source>&amp;Open</source>
+        <translation>Ö&amp;ffnen</translation>
+    </message>
+    <message>
+        <source>Open &amp;With</source>
+        <translation>Öffnen &amp;mit</translation>
+    </message>
+    <message>
+        <source>Open in &amp;Browser</source>
+        <translation>Im Bro&amp;wser öffnen</translation>
+    </message>
+    <message>
+        <source>&amp;Show in File Manager</source>
+        <translation>Im &amp;Dateimanager zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;New Folder</source>
+        <translation>&amp;Neuer Ordner</translation>
+    </message>
+    <message>
+        <source>D&amp;uplicate</source>
+        <translation>Du&amp;plizieren</translation>
+    </message>
+    <message>
+        <source>&amp;Rename</source>
+        <translation>&amp;Umbenennen</translation>
+    </message>
+    <message>
+        <source>&amp;Delete...</source>
+        <translation>&amp;Löschen …</translation>
+    </message>
+    <message>
+        <source>Show Links From Item...</source>
+        <translation>Links von diesem Objekt zeigen …</translation>
+    </message>
+    <message>
+        <source>Show Links To Item...</source>
+        <translation>Links zu diesem Objekt zeigen …</translation>
+    </message>
+    <message>
+        <source>&amp;Missing Links</source>
+        <translation>Fehlende Lin&amp;ks</translation>
+    </message>
+    <message>
+        <source>Un&amp;linked Items</source>
+        <translation>Un&amp;verlinkte Dateien</translation>
+    </message>
+    <message>
+        <source>R&amp;eload</source>
+        <translation>Neu l&amp;aden</translation>
+    </message>
+</context>
+<context>
+    <name>luma::PlanPreview</name>
+    <message>
+        <source>&amp;Ask before changing more than %1</source>
+        <translation>&amp;Fragen bei Änderungen an mehr als %1</translation>
+    </message>
+    <message>
+        <source>page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>pages</source>
+        <translation>Seiten</translation>
+    </message>
+    <message>
+        <source>Change Links</source>
+        <translation>Links ändern</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Umbenennen</translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation>Bewegen</translation>
+    </message>
+    <message>
+        <source>%1 on %2 will change.</source>
+        <translation>Zu ändern: %1 auf %2.</translation>
+    </message>
+    <message>
+        <source>link</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>links</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>%1 will get new targets.</source>
+        <translation>Neue Ziele: %1.</translation>
+    </message>
+    <message>
+        <source>symbolic link</source>
+        <translation>symbolischer Link</translation>
+    </message>
+    <message>
+        <source>symbolic links</source>
+        <translation>symbolische Links</translation>
+    </message>
+    <message>
+        <source>%1 can&apos;t be changed.</source>
+        <translation>Nicht zu ändern: %1.</translation>
+    </message>
+    <message>
+        <source>Edit &gt; Undo takes it back.</source>
+        <translation>Bearbeiten &gt; Rückgängig nimmt es zurück.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ProcessRecovery</name>
+    <message>
+        <source>The page can&apos;t be shown: its process ended several times.
+The page and your edits are kept.</source>
+        <translation>Die Seite kann nicht gezeigt werden: Ihr Prozess wurde mehrmals beendet.
+Die Seite und Ihre Änderungen bleiben erhalten.</translation>
+    </message>
+    <message>
+        <source>Show again</source>
+        <translation>Erneut zeigen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::Program</name>
+    <message>
+        <source>Publish Page</source>
+        <translation>Seite veröffentlichen</translation>
+    </message>
+    <message>
+        <source>No site in the list has a source folder with this page.</source>
+        <translation>Keine Website der Liste hat einen Quellordner mit dieser Seite.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ProgressPanel</name>
+    <message>
+        <source>Save the log</source>
+        <translation>Protokoll sichern</translation>
+    </message>
+    <message>
+        <source>Text (*.txt)</source>
+        <translation>Text (*.txt)</translation>
+    </message>
+    <message>
+        <source>The log could not be saved</source>
+        <translation>Das Protokoll konnte nicht gesichert werden</translation>
+    </message>
+</context>
+<context>
+    <name>luma::RemoteLogin</name>
+    <message>
+        <source>The destination has no server or no user. Enter both in its settings.</source>
+        <translation>Dem Ziel fehlt der Server oder der Benutzer. Geben Sie beides in seinen Einstellungen ein.</translation>
+    </message>
+    <message>
+        <source>The destination has changed since the last check. Choose Check Connection in the menu Site.</source>
+        <translation>Das Ziel hat sich seit der letzten Prüfung geändert. Wählen Sie „Verbindung prüfen“ im Menü „Website“.</translation>
+    </message>
+    <message>
+        <source>Login works, but the server&apos;s /usr/local/palisan/apache2/httpd.conf has no line that begins with LogFormat and ends with Tallyweb. Add one, or ask the server&apos;s operator to, and choose Check Connection in the menu Site.</source>
+        <translation>Die Anmeldung gelingt, aber /usr/local/palisan/apache2/httpd.conf auf dem Server hat keine Zeile, die mit LogFormat beginnt und mit Tallyweb endet. Fügen Sie eine hinzu, oder bitten Sie den Betreiber des Servers darum, und wählen Sie „Verbindung prüfen“ im Menü „Website“.</translation>
+    </message>
+    <message>
+        <source>The server does not accept your key yet. Choose Set Up Remote Login.</source>
+        <translation>Der Server nimmt Ihren Schlüssel noch nicht an. Wählen Sie „Remote Login einrichten“.</translation>
+    </message>
+    <message>
+        <source>The account is for sftp only, and rsync needs one that may run commands. Ask the server&apos;s operator for it, or go on without: LUMA then copies file by file.</source>
+        <translation>Das Konto ist nur für sftp; rsync braucht eines, das Befehle ausführen darf. Bitten Sie den Betreiber des Servers darum, oder arbeiten Sie ohne: LUMA kopiert dann Datei für Datei.</translation>
+    </message>
+    <message>
+        <source>The server did not answer within 15 seconds. Check server and SSH port, and choose Check Connection in the menu Site.</source>
+        <translation>Der Server hat nicht innerhalb von 15 Sekunden geantwortet. Prüfen Sie Server und SSH-Port, und wählen Sie „Verbindung prüfen“ im Menü „Website“.</translation>
+    </message>
+    <message>
+        <source>No ssh server answers there. Check server, user and SSH port in the destination&apos;s settings.</source>
+        <translation>Dort antwortet kein ssh-Server. Prüfen Sie Server, Benutzer und SSH-Port in den Einstellungen des Ziels.</translation>
+    </message>
+    <message>
+        <source>Your key ~/.ssh/id_rsa has a passphrase. Remove it with ssh-keygen -p, or load the key into ssh-agent before LUMA starts.</source>
+        <translation>Ihr Schlüssel ~/.ssh/id_rsa ist durch ein Passwort geschützt. Entfernen Sie es mit ssh-keygen -p, oder laden Sie den Schlüssel in ssh-agent, bevor LUMA startet.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::RestorePanel</name>
+    <message>
+        <source>%1: one file</source>
+        <translation>%1: eine Datei</translation>
+    </message>
+    <message>
+        <source>%1: %2 files</source>
+        <translation>%1: %2 Dateien</translation>
+    </message>
+    <message>
+        <source>One of the files has been changed there since the last publish. Replace it all the same?</source>
+        <translation>Eine der Dateien wurde dort seit der letzten Veröffentlichung geändert. Trotzdem ersetzen?</translation>
+    </message>
+    <message>
+        <source>%1 of the files have been changed there since the last publish. Replace them all the same?</source>
+        <translation>%1 der Dateien wurden dort seit der letzten Veröffentlichung geändert. Trotzdem ersetzen?</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Ersetzen</translation>
+    </message>
+    <message>
+        <source>Looking for old versions</source>
+        <translation>Alte Fassungen werden gesucht</translation>
+    </message>
+    <message>
+        <source>Comparing with what is there now</source>
+        <translation>Vergleich mit dem, was jetzt dort ist</translation>
+    </message>
+    <message>
+        <source>No old versions are kept.
+To keep what a publish replaces or deletes, set &quot;Keep old versions&quot; in the site&apos;s form.</source>
+        <translation>Es sind keine alten Fassungen vorhanden.
+Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „Alte Fassungen behalten“ im Formular der Website ein.</translation>
+    </message>
+    <message>
+        <source>All files of this publish are back in their places.</source>
+        <translation>Alle Dateien dieser Veröffentlichung sind wieder an ihrem Platz.</translation>
+    </message>
+    <message>
+        <source>The old versions can&apos;t be listed.</source>
+        <translation>Die alten Fassungen können nicht aufgelistet werden.</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stopp</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ScriptConsole</name>
+    <message>
+        <source>Saved as %1</source>
+        <translation>Gesichert als %1</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SideMark</name>
+    <message>
+        <source>only on this side</source>
+        <translation>nur auf dieser Seite</translation>
+    </message>
+    <message>
+        <source>newer on this side</source>
+        <translation>neuer auf dieser Seite</translation>
+    </message>
+    <message>
+        <source>newer on the other side</source>
+        <translation>neuer auf der anderen Seite</translation>
+    </message>
+    <message>
+        <source>different on the other side</source>
+        <translation>anders auf der anderen Seite</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SiteForm</name>
+    <message>
+        <source>Source: the working copy</source>
+        <translation>Quelle: die Arbeitskopie</translation>
+    </message>
+    <message>
+        <source>Destination: the web server</source>
+        <translation>Ziel: der Webserver</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SiteItemDelegate</name>
+    <message>
+        <source>Unnamed site</source>
+        <translation>Website ohne Namen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SiteListWindow</name>
+    <message>
+        <source>No sites yet</source>
+        <translation>Noch keine Websites</translation>
+    </message>
+    <message>
+        <source>No site matches the search.</source>
+        <translation>Keine Website passt zur Suche.</translation>
+    </message>
+    <message>
+        <source>&amp;Undo removal of “%1”</source>
+        <translation>&amp;Rückgängig: „%1“ entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>The list of sites is not saved. %1</source>
+        <translation>Die Liste der Websites ist nicht gesichert. %1</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SitePasswords</name>
+    <message>
+        <source>LUMA: %1</source>
+        <translation>LUMA: %1</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SiteTemplate</name>
+    <message>
+        <source>New site</source>
+        <translation>Neue Website</translation>
+    </message>
+    <message>
+        <source>Sample site</source>
+        <translation>Beispielwebsite</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SourcePanel</name>
+    <message>
+        <source>Discard the changes to the page source?</source>
+        <translation>Die Änderungen am Quelltext der Seite verwerfen?</translation>
+    </message>
+    <message>
+        <source>Not found</source>
+        <translation>Nicht gefunden</translation>
+    </message>
+</context>
+<context>
+    <name>luma::StyleSheetEditor</name>
+    <message>
+        <source>Update CSS</source>
+        <translation>CSS ändern</translation>
+    </message>
+    <message>
+        <source>Save CSS</source>
+        <translation>CSS sichern</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SyncEngine</name>
+    <message>
+        <source>Move these new/modified files from Source to Destination?</source>
+        <translation>Diese neuen und geänderten Dateien von der Quelle zum Ziel übertragen?</translation>
+    </message>
+    <message>
+        <source>Move these new/modified files from Destination to Source?</source>
+        <translation>Diese neuen und geänderten Dateien vom Ziel zur Quelle übertragen?</translation>
+    </message>
+    <message>
+        <source>Nothing changed from Source to Destination</source>
+        <translation>Von der Quelle zum Ziel hat sich nichts geändert</translation>
+    </message>
+    <message>
+        <source>Nothing changed from Destination to Source</source>
+        <translation>Vom Ziel zur Quelle hat sich nichts geändert</translation>
+    </message>
+    <message>
+        <source>%1 (and %2 more)</source>
+        <translation>%1 (und %2 weitere)</translation>
+    </message>
+    <message>
+        <source>The sending side has no files; its disk or share may not be mounted.</source>
+        <translation>Die sendende Seite hat keine Dateien; vielleicht ist ihr Datenträger oder ihre Freigabe nicht eingehängt.</translation>
+    </message>
+    <message>
+        <source>The comparison failed</source>
+        <translation>Der Vergleich ist fehlgeschlagen</translation>
+    </message>
+    <message>
+        <source>Stopped; %1 of %2 moved</source>
+        <translation>Angehalten; %1 von %2 übertragen</translation>
+    </message>
+    <message>
+        <source>No more files to be moved.</source>
+        <translation>Keine Dateien mehr zu übertragen.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SyncGuards</name>
+    <message>
+        <source>The sending side has no files at all; its disk or share may not be mounted. Delete %1 on the receiving side?</source>
+        <translation>Die sendende Seite hat überhaupt keine Dateien; vielleicht ist ihr Datenträger oder ihre Freigabe nicht eingehängt. Auf der Empfängerseite %1 löschen?</translation>
+    </message>
+    <message>
+        <source>More than a third of the receiving side would be deleted: %1 of %2 files. Delete them?</source>
+        <translation>Mehr als ein Drittel der Empfängerseite würde gelöscht: %1 von %2 Dateien. Löschen?</translation>
+    </message>
+    <message>
+        <source>The two folders have no file in common. Is the receiving folder the right one?</source>
+        <translation>Die beiden Ordner haben keine Datei gemeinsam. Ist der empfangende Ordner der richtige?</translation>
+    </message>
+    <message>
+        <source>The receiving disk has %1 free, but %2 are needed. Try it all the same?</source>
+        <translation>Auf dem empfangenden Datenträger sind %1 frei, aber %2 sind nötig. Trotzdem versuchen?</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SyncPanel</name>
+    <message>
+        <source>All changes</source>
+        <translation>Alle Änderungen</translation>
+    </message>
+    <message>
+        <source>Move anyway</source>
+        <translation>Trotzdem übertragen</translation>
+    </message>
+    <message>
+        <source>Tick selected</source>
+        <translation>Auswahl ankreuzen</translation>
+    </message>
+    <message>
+        <source>Untick selected</source>
+        <translation>Auswahl abwählen</translation>
+    </message>
+    <message>
+        <source>Tick all of this kind</source>
+        <translation>Alle dieser Art ankreuzen</translation>
+    </message>
+    <message>
+        <source>Untick all of this kind</source>
+        <translation>Alle dieser Art abwählen</translation>
+    </message>
+    <message>
+        <source>Tick all in this folder</source>
+        <translation>Alle in diesem Ordner ankreuzen</translation>
+    </message>
+    <message>
+        <source>Untick all in this folder</source>
+        <translation>Alle in diesem Ordner abwählen</translation>
+    </message>
+    <message>
+        <source>Show in pane</source>
+        <translation>Im Bereich zeigen</translation>
+    </message>
+    <message>
+        <source>Compare...</source>
+        <translation>Vergleichen …</translation>
+    </message>
+    <message>
+        <source>Publish only selected</source>
+        <translation>Nur die Auswahl veröffentlichen</translation>
+    </message>
+    <message>
+        <source>Never publish this</source>
+        <translation>Nie veröffentlichen</translation>
+    </message>
+    <message>
+        <source>The name is not UTF-8, so no pattern can name it.</source>
+        <translation>Der Name ist kein UTF-8, daher kann kein Muster ihn nennen.</translation>
+    </message>
+    <message>
+        <source>%1 of %2, %3 of %4</source>
+        <translation>%1 von %2, %3 von %4</translation>
+    </message>
+    <message>
+        <source>, %1 a second, %2 seconds left</source>
+        <translation>, %1 je Sekunde, noch %2 Sekunden</translation>
+    </message>
+    <message>
+        <source>only the selected items</source>
+        <translation>nur die ausgewählten Objekte</translation>
+    </message>
+    <message>
+        <source>%1 to move</source>
+        <translation>%1 zu übertragen</translation>
+    </message>
+    <message>
+        <source>%1 to delete</source>
+        <translation>%1 zu löschen</translation>
+    </message>
+    <message>
+        <source>%1 ignored</source>
+        <translation>%1 ignoriert</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Stop</source>
+        <translation>Stopp</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Comparing both sides</source>
+        <translation>Beide Seiten werden verglichen</translation>
+    </message>
+    <message>
+        <source>Every file is there, and none is newer.</source>
+        <translation>Alle Dateien sind dort, und keine ist neuer.</translation>
+    </message>
+    <message>
+        <source>Every selected file is there, and none is newer.</source>
+        <translation>Alle ausgewählten Dateien sind dort, und keine ist neuer.</translation>
+    </message>
+    <message>
+        <source>To look the other way, choose the other direction above.</source>
+        <translation>Für die andere Richtung wählen Sie diese oben aus.</translation>
+    </message>
+    <message>
+        <source>Nothing is known about the files on either side.</source>
+        <translation>Über die Dateien ist auf beiden Seiten nichts bekannt.</translation>
+    </message>
+    <message>
+        <source>All files have been moved.</source>
+        <translation>Alle Dateien sind übertragen.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SyncTableModel</name>
+    <message>
+        <source>Not on the receiving side</source>
+        <translation>Nicht auf der Empfängerseite</translation>
+    </message>
+    <message>
+        <source>Newer than on the receiving side</source>
+        <translation>Neuer als auf der Empfängerseite</translation>
+    </message>
+    <message>
+        <source>Same time, but another size</source>
+        <translation>Gleiche Zeit, aber andere Größe</translation>
+    </message>
+    <message>
+        <source>The links lead to different places</source>
+        <translation>Die Links führen zu verschiedenen Orten</translation>
+    </message>
+    <message>
+        <source>A file on one side, a link on the other</source>
+        <translation>Auf einer Seite eine Datei, auf der anderen ein Link</translation>
+    </message>
+    <message>
+        <source>A folder stands in its place</source>
+        <translation>An dieser Stelle steht ein Ordner</translation>
+    </message>
+    <message>
+        <source>Only on the receiving side</source>
+        <translation>Nur auf der Empfängerseite</translation>
+    </message>
+    <message>
+        <source>An empty folder, only on the receiving side</source>
+        <translation>Ein leerer Ordner, nur auf der Empfängerseite</translation>
+    </message>
+    <message>
+        <source>Deleted there since the last publish</source>
+        <translation>Dort seit der letzten Veröffentlichung gelöscht</translation>
+    </message>
+    <message>
+        <source>Changed since the last publish, but not newer</source>
+        <translation>Seit der letzten Veröffentlichung geändert, aber nicht neuer</translation>
+    </message>
+    <message>
+        <source>Changed there since the last publish</source>
+        <translation>Dort seit der letzten Veröffentlichung geändert</translation>
+    </message>
+    <message>
+        <source>Changed on both sides since the last publish</source>
+        <translation>Auf beiden Seiten seit der letzten Veröffentlichung geändert</translation>
+    </message>
+    <message>
+        <source>Deleted since the last publish</source>
+        <translation>Seit der letzten Veröffentlichung gelöscht</translation>
+    </message>
+    <message>
+        <source>Deleted, but changed there since the last publish</source>
+        <translation>Gelöscht, aber dort seit der letzten Veröffentlichung geändert</translation>
+    </message>
+    <message>
+        <source>Replaced by this publish</source>
+        <translation>Durch diese Veröffentlichung ersetzt</translation>
+    </message>
+    <message>
+        <source>Deleted by this publish</source>
+        <translation>Durch diese Veröffentlichung gelöscht</translation>
+    </message>
+    <message>
+        <source>What</source>
+        <translation>Was</translation>
+    </message>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>Why</source>
+        <translation>Warum</translation>
+    </message>
+    <message>
+        <source>Source size</source>
+        <translation>Größe Quelle</translation>
+    </message>
+    <message>
+        <source>Source date</source>
+        <translation>Datum Quelle</translation>
+    </message>
+    <message>
+        <source>Destination size</source>
+        <translation>Größe Ziel</translation>
+    </message>
+    <message>
+        <source>Destination date</source>
+        <translation>Datum Ziel</translation>
+    </message>
+    <message>
+        <source>Kept size</source>
+        <translation>Größe alt</translation>
+    </message>
+    <message>
+        <source>Kept date</source>
+        <translation>Datum alt</translation>
+    </message>
+    <message>
+        <source>Size now</source>
+        <translation>Größe jetzt</translation>
+    </message>
+    <message>
+        <source>Date now</source>
+        <translation>Datum jetzt</translation>
+    </message>
+    <message>
+        <source>New</source>
+        <translation>Neu</translation>
+    </message>
+    <message>
+        <source>Newer</source>
+        <translation>Neuer</translation>
+    </message>
+    <message>
+        <source>Different</source>
+        <translation>Anders</translation>
+    </message>
+    <message>
+        <source>Conflict</source>
+        <translation>Konflikt</translation>
+    </message>
+    <message>
+        <source>Delete</source>
+        <translation>Löschen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::TickList</name>
+    <message>
+        <source>%1 of %2 selected</source>
+        <translation>%1 von %2 ausgewählt</translation>
+    </message>
+</context>
+<context>
+    <name>luma::Transformers</name>
+    <message>
+        <source>Disconnect</source>
+        <translation>Trennen</translation>
+    </message>
+    <message>
+        <source>Connect</source>
+        <translation>Verbinden</translation>
+    </message>
+</context>
+<context>
+    <name>luma::UnlinkedItemsPanel</name>
+    <message>
+        <source>File</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>%1 (kept)</source>
+        <translation>%1 (behalten)</translation>
+    </message>
+    <message>
+        <source>Size</source>
+        <translation>Größe</translation>
+    </message>
+    <message>
+        <source>&amp;Keep This Item</source>
+        <translation>Objekt &amp;behalten</translation>
+    </message>
+    <message>
+        <source>Leaves the selected files out of this report from now on</source>
+        <translation>Lässt die ausgewählten Dateien künftig aus diesem Bericht heraus</translation>
+    </message>
+    <message>
+        <source>No Longer &amp;Keep This Item</source>
+        <translation>Objekt nicht mehr &amp;behalten</translation>
+    </message>
+    <message>
+        <source>Listing all files with no links.</source>
+        <translation>Alle Dateien ohne Links werden aufgelistet.</translation>
+    </message>
+    <message>
+        <source>Stopped before all files were checked. Restart begins again.</source>
+        <translation>Angehalten, bevor alle Dateien geprüft waren. „Neu starten“ beginnt von vorn.</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to move this file (%1) to the trash?</source>
+        <translation>Möchten Sie diese Datei (%1) wirklich in den Papierkorb bewegen?</translation>
+    </message>
+    <message>
+        <source>Are you sure you want to move these %1 files (%2) to the trash?</source>
+        <translation>Möchten Sie diese %1 Dateien (%2) wirklich in den Papierkorb bewegen?</translation>
+    </message>
+    <message>
+        <source>No more files to be deleted.</source>
+        <translation>Keine Dateien mehr zu löschen.</translation>
+    </message>
+    <message>
+        <source>Show &amp;kept files (%1)</source>
+        <translation>Be&amp;haltene Dateien zeigen (%1)</translation>
+    </message>
+    <message>
+        <source>No files without links.</source>
+        <translation>Keine Dateien ohne Links.</translation>
+    </message>
+    <message>
+        <source>Looking through all files of the site</source>
+        <translation>Alle Dateien der Website werden durchgesehen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::VersionCheck</name>
+    <message>
+        <source>There are no newer versions available</source>
+        <translation>Es gibt keine neueren Fassungen</translation>
+    </message>
+    <message>
+        <source>You are running the latest version of LUMA for Ventura.</source>
+        <translation>Sie verwenden die neueste Fassung von LUMA für Ventura.</translation>
+    </message>
+    <message>
+        <source>An update for Postwick is available</source>
+        <translation>Für Postwick gibt es eine Aktualisierung</translation>
+    </message>
+    <message>
+        <source>
+There is a newer version available (version %1).
+Click OK to go to the LUMA for Ventura web site.
+</source>
+        <translation>
+Es gibt eine neuere Fassung (Fassung %1).
+OK führt zur Website von LUMA für Ventura.
+</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ViewController</name>
+    <message>
+        <source>Page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>Remove Link</source>
+        <translation>Link entfernen</translation>
+    </message>
+    <message>
+        <source>Remove Format</source>
+        <translation>Format entfernen</translation>
+    </message>
+    <message>
+        <source>Remove Justification</source>
+        <translation>Ausrichtung entfernen</translation>
+    </message>
+    <message>
+        <source>Inspect Element</source>
+        <translation>Element untersuchen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::endpoint</name>
+    <message>
+        <source>Local folder</source>
+        <translation>Lokaler Ordner</translation>
+    </message>
+    <message>
+        <source>Windows share</source>
+        <translation>Windows-Freigabe</translation>
+    </message>
+    <message>
+        <source>SSH</source>
+        <translation>SSH</translation>
+    </message>
+    <message>
+        <source>WebDAV</source>
+        <translation>WebDAV</translation>
+    </message>
+    <message>
+        <source>WebDAV, encrypted</source>
+        <translation>WebDAV, verschlüsselt</translation>
+    </message>
+    <message>
+        <source>FTP</source>
+        <translation>FTP</translation>
+    </message>
+    <message>
+        <source>Apple share</source>
+        <translation>Apple-Freigabe</translation>
+    </message>
+    <message>
+        <source>NFS</source>
+        <translation>NFS</translation>
+    </message>
+</context>
+</TS>

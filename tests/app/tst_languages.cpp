@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/newsiteassistant.h"
+#include "app/preferencesdialog.h"
+#include "app/program.h"
+#include "app/sitelistwindow.h"
+#include "base/resources.h"
+#include "browser/browsercontroller.h"
+#include "browser/elidinglabel.h"
+#include "editor/htmldocument.h"
+#include "site/haldendoc.h"
+#include "tests/support/registry.h"
+#include "tests/support/screenshot.h"
+#include "web/editorpage.h"
+#include "web/mywebview.h"
+#include "web/viewcontroller.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLabel>
+#include <QMenu>
+#include <QPointer>
+#include <QPushButton>
+#include <QTemporaryDir>
+#include <QTest>
+#include <QTranslator>
+
+using namespace luma;
+
+namespace {
+
+QString shown(const QWidget& widget)
+{
+    const auto* const label = qobject_cast<const QLabel*>(&widget);
+    const auto* const button = qobject_cast<const QAbstractButton*>(&widget);
+    return label ? label->text() : button ? button->text() : QString();
+}
+
+// A wrapped label only has to be high enough.
+bool isCutOff(const QWidget& widget)
+{
+    const auto* const label = qobject_cast<const QLabel*>(&widget);
+    if (label && label->wordWrap())
+        return widget.height() < label->heightForWidth(widget.width());
+    return widget.width() < widget.sizeHint().width();
+}
+
+QStringList cutOffTexts(const QWidget& window)
+{
+    QStringList texts;
+    for (const QWidget* widget : window.findChildren<QWidget*>()) {
+        const bool isChecked = widget->isVisibleTo(&window) && widget->window() == window.window() &&
+                               !qobject_cast<const ElidingLabel*>(widget) && !shown(*widget).isEmpty();
+        if (isChecked && isCutOff(*widget))
+            texts.append(widget->objectName() + ": " + shown(*widget));
+    }
+    return texts;
+}
+
+// Entries of one menu that answer to the same letter.
+QStringList sharedMnemonics(const QWidget& window)
+{
+    QStringList shared;
+    for (const QMenu* menu : window.findChildren<QMenu*>()) {
+        QMap<QKeySequence, QString> letters;
+        for (const QAction* action : menu->actions()) {
+            const QKeySequence letter = QKeySequence::mnemonic(action->text());
+            if (!letter.isEmpty() && letters.contains(letter))
+                shared.append(menu->title() + ": " + letters[letter] + ", " + action->text());
+            letters[letter] = action->text();
+        }
+    }
+    return shared;
+}
+
+} // namespace
+
+/// The windows in each language: nothing is cut off, and every menu entry has its own letter.
+class tst_languages final : public QObject
+{
+    Q_OBJECT
+
+    static void check(QWidget& window, const QString& name)
+    {
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        for (const QString& fault : cutOffTexts(window) + sharedMnemonics(window))
+            QTest::qFail(qPrintable(name + u' ' + fault), __FILE__, __LINE__);
+        test::saveScreenshots(
+            window, QStringLiteral("%1-%2").arg(QString::fromLatin1(QTest::currentDataTag()), name));
+    }
+
+    template <class Window>
+    static Window* openWindow()
+    {
+        for (QWidget* window : QApplication::topLevelWidgets()) {
+            if (auto* const found = qobject_cast<Window*>(window); found && found->isVisible())
+                return found;
+        }
+        return nullptr;
+    }
+
+private slots:
+    void windows_areReadable_data()
+    {
+        QTest::addColumn<QString>("sentence");
+        QTest::newRow("en") << "Not connected.";
+        QTest::newRow("de") << "Nicht verbunden.";
+    }
+    void windows_areReadable()
+    {
+        QFETCH(QString, sentence);
+        QTranslator texts;
+        const QString folder = QFile::decodeName((resourceFolder() / "translations").c_str());
+        if (QTest::currentDataTag() != QLatin1String("en"))
+            QVERIFY(texts.load(QStringLiteral("luma_%1").arg(QTest::currentDataTag()), folder));
+        QCoreApplication::installTranslator(&texts);
+        QTemporaryDir home;
+        QDir(home.path()).mkpath("a");
+        QDir(home.path()).mkpath("b");
+        QFile page(home.filePath("a/index.html"));
+        QVERIFY(page.open(QFile::WriteOnly) && page.write("<!DOCTYPE html><title>T</title><p>x</p>\n") > 0);
+        page.close();
+
+        Program program(home.filePath("luma.conf"), [](const auto&) { return std::string(); });
+        check(program.delegate().siteListWindow(), "sites");
+        QVERIFY(program.launch(
+            readCommandLine({home.filePath("a").toStdString(), home.filePath("b").toStdString()})));
+        auto* const site = openWindow<HaldenDoc>();
+        QVERIFY(site);
+        QTRY_VERIFY(site->sourceBrowserController().rootNode());
+        check(*site, "site");
+        site->sourceBrowserController().disconnectPane();
+        QVERIFY(site->sourceBrowserController()
+                    .widget()
+                    ->findChild<QLabel*>("emptyText")
+                    ->text()
+                    .startsWith(sentence));
+        QVERIFY(program.launch(readCommandLine({home.filePath("a/index.html").toStdString()})));
+        const QPointer<HTMLDocument> document = openWindow<HTMLDocument>();
+        QVERIFY(document);
+        QTRY_VERIFY(static_cast<EditorPage*>(document->viewController().webView()->page())->isComplete());
+        check(*document, "page");
+        program.delegate().siteListWindow().findChild<QAction*>("addAction")->trigger();
+        QTRY_VERIFY(openWindow<NewSiteAssistant>());
+        check(*openWindow<NewSiteAssistant>(), "assistant");
+        openWindow<NewSiteAssistant>()->close();
+        program.delegate().siteListWindow().findChild<QAction*>("preferencesAction")->trigger();
+        QTRY_VERIFY(openWindow<PreferencesDialog>());
+        check(*openWindow<PreferencesDialog>(), "preferences");
+        document->close();
+        site->close();
+        QTRY_VERIFY(!document);
+        QCoreApplication::removeTranslator(&texts);
+    }
+};
+
+LUMA_TEST(tst_languages)
+#include "tst_languages.moc"
