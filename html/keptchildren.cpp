@@ -2,7 +2,7 @@
 #include "html/keptchildren.h"
 
 #include "html/characterdata.h"
-#include "html/element.h"
+#include "html/parentnode.h"
 #include "html/unchangednodes.h"
 
 #include <algorithm>
@@ -57,7 +57,8 @@ void KeptChildren::findClusters(const Node& parent)
     }
 }
 
-// Which units stand for which cluster: a cluster of several only when all its children are there, unchanged.
+// Which units stand for which cluster: a cluster of several only when all its children are there, and no text among them
+// that was edited has its bytes in several places.
 void KeptChildren::match(const Node& parent, const UnchangedNodes& unchanged)
 {
     std::unordered_map<std::uint32_t, std::size_t> clusterOf;
@@ -79,12 +80,9 @@ void KeptChildren::match(const Node& parent, const UnchangedNodes& unchanged)
             const Unit& member = m_units[i + k];
             complete = member.origin.source == origin.source &&
                        member.origin.record == m_children[cluster.first + k] &&
-                       member.node->next() == member.behind;
-            if (!complete || unchanged.contains(*member.node))
-                continue;
-            const bool holdsAll = PageSource::recordOf(*member.node).extent == cluster.range;
-            complete = !m_units[i].around && holdsAll && member.node->asElement();
-            m_units[i].around = member.node->asElement();
+                       member.node->next() == member.behind &&
+                       (!textOf(*member.node) || unchanged.contains(*member.node) ||
+                        PageSource::isWhole(*member.node));
         }
         if (!complete)
             continue;

@@ -10,7 +10,6 @@
 
 namespace luma::html {
 
-class Element;
 class ParentNode;
 class UnchangedNodes;
 
@@ -33,8 +32,7 @@ public:
         const Node* behind; // the node after it
         Origin origin;
         std::ptrdiff_t cluster = -1;
-        std::size_t length = 1;          // in units: entangled children are kept together
-        const Element* around = nullptr; // the one of them that was edited, and holds the others' bytes
+        std::size_t length = 1; // in units: entangled children are kept together
         bool kept = false;
     };
 

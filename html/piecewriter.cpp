@@ -102,6 +102,46 @@ void PieceWriter::print(std::string_view text)
 
 void PieceWriter::keep(const PageSource& source, const SourceRange& range)
 {
+    SourceRange rest = range;
+    const auto extent = [](const Unit& unit) {
+        return unit.origin.source->record(unit.origin.record).extent;
+    };
+    for (;;) {
+        auto first = m_edited.end();
+        for (auto unit = m_edited.begin(); unit != m_edited.end(); ++unit) {
+            const bool isHere = unit->origin.source == &source && rest.contains(extent(*unit));
+            const bool isEarlier = first == m_edited.end() || extent(*unit).begin < extent(*first).begin ||
+                                   extent(*unit).contains(extent(*first));
+            if (isHere && isEarlier)
+                first = unit;
+        }
+        if (first == m_edited.end())
+            break;
+        const Unit unit = *first;
+        m_edited.erase(first);
+        keepBytes(source, {rest.begin, extent(unit).begin});
+        writeUnit(unit);
+        rest.begin = extent(unit).end;
+    }
+    keepBytes(source, rest);
+}
+
+// Children whose bytes are entangled stay where they are; those that were edited are written at their places.
+void PieceWriter::keepEntangled(const KeptChildren& children, std::size_t first)
+{
+    const Unit& unit = children.units()[first];
+    for (std::size_t i = first; i < first + unit.length; ++i) {
+        const Node& node = *children.units()[i].node;
+        if (m_unchanged.contains(node) && !m_printed.contains(&node))
+            continue;
+        m_edited.push_back(children.units()[i]);
+        m_edited.back().kept = true;
+    }
+    keep(*unit.origin.source, children.clusters()[static_cast<std::size_t>(unit.cluster)].range);
+}
+
+void PieceWriter::keepBytes(const PageSource& source, const SourceRange& range)
+{
     if (range.begin >= range.end)
         return;
     if (!m_pieces.empty() && m_pieces.back().source.get() == &source &&
@@ -243,10 +283,8 @@ void PieceWriter::writeChildren(const ParentNode& parent, const SourceRange& inn
         const auto cluster = static_cast<std::size_t>(units[i].cluster);
         for (; nextCluster <= cluster; ++nextCluster)
             keep(source, gapBefore(nextCluster));
-        if (units[i].around)
-            writeElement(*units[i].around);
-        else if (units[i].length > 1)
-            keep(source, clusters[cluster].range);
+        if (units[i].length > 1)
+            keepEntangled(children, i);
         else
             writeUnit(units[i]);
     }

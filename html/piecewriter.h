@@ -32,6 +32,8 @@ private:
 
     void print(std::string_view text);
     void keep(const PageSource& source, const SourceRange& range);
+    void keepBytes(const PageSource& source, const SourceRange& range);
+    void keepEntangled(const KeptChildren& children, std::size_t first);
     void writeUnit(const Unit& unit);
     void writeElement(const Element& element);
     void writeStartOf(const Element& element);
@@ -48,6 +50,7 @@ private:
     const PageSource* m_source;
     std::string_view m_lineEnd;
     UnchangedNodes m_unchanged;
+    std::vector<Unit> m_edited; // whose bytes lie among those of others
     std::vector<WrittenPiece> m_pieces;
 };
 
