@@ -55,6 +55,19 @@ void PageWindows::newPage(const fs::path& siteFolder)
     window->windowDidLoad();
 }
 
+void PageWindows::recover(const UnsavedPage& unsaved)
+{
+    if (QWidget* const open = m_documents.windowOf(unsaved.page))
+        open->close();
+    HTMLDocument* const window = makeWindow(unsaved.page.empty() ? fs::path() : m_siteOf(unsaved.page));
+    std::error_code error;
+    if (fs::exists(unsaved.page, error))
+        window->readFromURL(unsaved.page);
+    window->recover(unsaved);
+    window->show();
+    window->windowDidLoad();
+}
+
 void PageWindows::follow(const MoveNotices& notices)
 {
     connect(&notices, &MoveNotices::itemMoved, this, [](const MovedItem& item, const fs::path& site) {

@@ -15,6 +15,7 @@ class DocumentController;
 class HTMLDocument;
 class MoveNotices;
 class Preferences;
+struct UnsavedPage;
 
 /// Opens the windows of the page editor; keeps the list of recent pages and the layout of the window closed
 /// last. Main thread only.
@@ -34,6 +35,9 @@ public:
     QWidget* open(const std::filesystem::path& page, const std::filesystem::path& siteFolder, QWidget* open);
     /// Opens a new page from the template in the site at `siteFolder`.
     void newPage(const std::filesystem::path& siteFolder);
+
+    /// Opens a page with the edits that an earlier run has left unsaved; in a new one if its file is gone.
+    void recover(const UnsavedPage& unsaved);
 
     /// Lets the open pages follow their files and the links on the disk.
     void follow(const MoveNotices& notices);

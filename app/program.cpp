@@ -9,10 +9,12 @@
 #include "base/pathbelow.h"
 #include "base/pathtext.h"
 #include "base/resources.h"
+#include "browser/displaytext.h"
 #include "browser/endpoint.h"
 #include "browser/movenotices.h"
 #include "desktop/windowregistry.h"
 #include "editor/htmldocument.h"
+#include "editor/pagerecovery.h"
 #include "shell/childprocess.h"
 #include "shell/taskwrapper.h"
 #include "site/haldendoc.h"
@@ -21,6 +23,7 @@
 #include <QDesktopServices>
 #include <QKeyEvent>
 #include <QMessageBox>
+#include <QPushButton>
 #include <QThreadPool>
 #include <QUrl>
 
@@ -92,6 +95,9 @@ LUMAAppDelegate::Services Program::services()
 
 Result<void> Program::launch(const CommandLine& line)
 {
+    // Before a page opens: what it keeps is not an earlier run's.
+    if (!std::exchange(m_hasOffered, true))
+        offerUnsavedPages();
     switch (line.request) {
     case CommandLine::Request::Folders:
         return openFolders(line);
@@ -103,6 +109,35 @@ Result<void> Program::launch(const CommandLine& line)
         WindowRegistry::bringToFront(&m_delegate.siteListWindow());
         return {};
     }
+}
+
+void Program::offerUnsavedPages()
+{
+    const std::vector<UnsavedPage> unsaved = PageRecovery::left();
+    if (unsaved.empty())
+        return;
+    QStringList names;
+    for (const UnsavedPage& page : unsaved)
+        names.append(page.page.empty() ? tr("Untitled") : displayText(page.page.native()));
+    auto* const box = new QMessageBox(QMessageBox::Question, tr("Unsaved pages"),
+                                      tr("LUMA ended before the edits of these pages were saved."));
+    box->setObjectName(QStringLiteral("unsavedPagesBox"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(names.join(u'\n'));
+    const QPushButton* const open = box->addButton(tr("Open"), QMessageBox::AcceptRole);
+    const QPushButton* const discard = box->addButton(tr("Discard"), QMessageBox::DestructiveRole);
+    box->addButton(tr("Later"), QMessageBox::RejectRole);
+    connect(open, &QPushButton::clicked, this, [this, unsaved] {
+        for (const UnsavedPage& page : unsaved)
+            m_pages.recover(page);
+    });
+    connect(discard, &QPushButton::clicked, this, [unsaved] {
+        std::error_code ignored;
+        for (const UnsavedPage& page : unsaved)
+            std::filesystem::remove(page.record, ignored);
+    });
+    box->show();
 }
 
 SiteList::Record Program::siteWith(const std::filesystem::path& page)

@@ -44,6 +44,7 @@ private:
     /// Shows a new window for the site.
     HaldenDoc* openSite(const SiteList::Record& siteDict);
     void publishPage(const std::filesystem::path& page);
+    void offerUnsavedPages();
     void openFile(const std::filesystem::path& file, const std::filesystem::path& siteFolder);
     /// The same, with the element at this place selected where the file is a page.
     void openPlace(const std::filesystem::path& file, const std::filesystem::path& siteFolder, unsigned line,
@@ -64,6 +65,7 @@ private:
     std::shared_ptr<MoveNotices> m_moveNotices;
     LUMAAppDelegate m_delegate;
     bool m_terminated = false;
+    bool m_hasOffered = false; // unsaved pages of an earlier run
 };
 
 } // namespace luma

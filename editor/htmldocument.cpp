@@ -43,6 +43,11 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
     createStyleSheets();
     createSaver();
     createFollower();
+    m_recovery = new PageRecovery(
+        [this] {
+            return UnsavedPage{{}, m_store.hasFile() ? docURL() : fs::path(), m_store.markup()};
+        },
+        this);
     m_actions =
         new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_edits, *m_saver, *m_viewController},
                         std::move(recentPages));
@@ -177,12 +182,27 @@ bool HTMLDocument::load(Reading reading, const QString& name)
         }
     }
     m_ui->noticeBar->hide();
+    if (m_unsaved)
+        takeUnsaved();
     if (mountPath.empty() && m_store.hasFile())
         mountPath = m_store.folderOfLinks();
     m_viewController->show(reading == Reading::First ? ViewController::Position::Start
                                                      : ViewController::Position::Keep);
     buildCSSMenu();
     return true;
+}
+
+void HTMLDocument::takeUnsaved()
+{
+    const UnsavedPage unsaved = *std::exchange(m_unsaved, std::nullopt);
+    if (const auto taken = m_store.recover(unsaved.source); !taken) {
+        tell(tr("The unsaved edits can't be brought back. %1")
+                 .arg(QString::fromStdString(taken.error().text)));
+        return;
+    }
+    m_recovery->adopt(unsaved.record);
+    if (!m_stack.isClean())
+        tell(tr("These edits were not saved when LUMA ended. Undo shows the page without them."));
 }
 
 void HTMLDocument::revertDocumentToSaved()
@@ -444,6 +464,7 @@ void HTMLDocument::closeEvent(QCloseEvent* event)
             return;
         }
     }
+    m_recovery->forget();
     emit windowWillClose();
     event->accept();
 }
@@ -475,6 +496,10 @@ void HTMLDocument::updateWindow()
 {
     setWindowTitle(m_saver->name() + QStringLiteral("[*]"));
     setWindowModified(isEdited());
+    if (!m_stack.isClean())
+        m_recovery->keep();
+    else if (m_store.hasPage())
+        m_recovery->forget();
     m_actions->update();
     m_ui->elementPath->setText(m_selection->path());
 }

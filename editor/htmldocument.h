@@ -4,6 +4,7 @@
 #include "editor/cssnames.h"
 #include "editor/pageactions.h"
 #include "editor/pagelayout.h"
+#include "editor/pagerecovery.h"
 #include "page/pagestore.h"
 #include "page/pagetree.h"
 #include "page/tagrules.h"
@@ -56,6 +57,8 @@ public:
     /// Sets the location; the page is read when the window has loaded. Without a location, the window opens a
     /// new page made from the template.
     bool readFromURL(const std::filesystem::path& url);
+    /// What an earlier run has left of the page: windowDidLoad() takes it as an edit.
+    void recover(UnsavedPage unsaved) { m_unsaved = std::move(unsaved); }
     /// Reads and shows the page. If that fails, the window shows the reason.
     void windowDidLoad();
 
@@ -147,6 +150,7 @@ private:
 
     enum class Reading { First, Again };
     bool load(Reading reading, const QString& name);
+    void takeUnsaved();
     void watchFile();
 
     void handleDoubleClick(const QModelIndex& index);
@@ -176,6 +180,8 @@ private:
     MetaSheet* m_metaSheet = nullptr;
     PageFollower* m_follower = nullptr;
     PageSaver* m_saver = nullptr;
+    PageRecovery* m_recovery = nullptr;
+    std::optional<UnsavedPage> m_unsaved;
     PageActions* m_actions = nullptr;
     QFileSystemWatcher m_watcher;
     std::optional<PageLayout> m_layout; // set once the window is built

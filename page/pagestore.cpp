@@ -256,11 +256,25 @@ Result<void> PageStore::setMarkup(std::string_view markup)
     for (const char c : markup)
         c == '\n' && document->origin().source ? text.append(document->origin().source->lineEnd())
                                                : text.append(1, c);
-    auto page = m_codec.typed(text, *document);
+    return replaceMarkup(text, QObject::tr("Edit Source"));
+}
+
+Result<void> PageStore::recover(std::string_view markup)
+{
+    const html::Document* const document = m_tree.document();
+    if (!document || html::patchedPage(*document) == markup)
+        return {};
+    return replaceMarkup(std::string(markup), QObject::tr("Unsaved Edits"));
+}
+
+Result<void> PageStore::replaceMarkup(const std::string& text, const QString& name)
+{
+    html::Document& document = *m_tree.document();
+    auto page = m_codec.typed(text, document);
     if (!page)
         return page.error();
-    document->trustServerCode((*page)->serverCode());
-    PageCommands(m_tree, m_stack).replacePage(*std::move(page), QObject::tr("Edit Source"));
+    document.trustServerCode((*page)->serverCode());
+    PageCommands(m_tree, m_stack).replacePage(*std::move(page), name);
     packSource(m_tree);
     return {};
 }

@@ -61,6 +61,9 @@ public:
     /// there. The error is a sentence for the user.
     Result<void> setMarkup(std::string_view markup);
 
+    /// Replaces the page by what markup() gave in an earlier run, as setMarkup() does, but with its own line ends.
+    Result<void> recover(std::string_view markup);
+
     /// Writes the page to `path`, which becomes its file, in its encoding as html::PageCodec does. In another folder its links are rebased,
     /// in the tree too, so that they lead to the same files. On an error neither the tree nor a file has changed.
     Result<void> save(const std::filesystem::path& path);
@@ -91,6 +94,7 @@ public:
     [[nodiscard]] bool changedOnDisk() const { return m_hasFile && m_file.changedOnDisk(); }
 
 private:
+    Result<void> replaceMarkup(const std::string& text, const QString& name);
     Result<void> changeLinks(const LinksUpdate::Updated& updated, const std::filesystem::path& oldPlace);
 
     PageTree& m_tree;

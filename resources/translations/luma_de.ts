@@ -1062,6 +1062,10 @@
         <source>Typing</source>
         <translation>Tippen</translation>
     </message>
+    <message>
+        <source>Unsaved Edits</source>
+        <translation>Nicht gesicherte Änderungen</translation>
+    </message>
 </context>
 <context>
     <name>RestorePanel</name>
@@ -1890,6 +1894,14 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>The page could not be saved; your edits are kept. %1</source>
         <translation>Die Seite konnte nicht gesichert werden; Ihre Änderungen bleiben erhalten. %1</translation>
+    </message>
+    <message>
+        <source>The unsaved edits can&apos;t be brought back. %1</source>
+        <translation>Die nicht gesicherten Änderungen können nicht zurückgeholt werden. %1</translation>
+    </message>
+    <message>
+        <source>These edits were not saved when LUMA ended. Undo shows the page without them.</source>
+        <translation>Diese Änderungen waren nicht gesichert, als LUMA endete. „Rückgängig“ zeigt die Seite ohne sie.</translation>
     </message>
 </context>
 <context>
@@ -2835,6 +2847,30 @@ Die Seite und Ihre Änderungen bleiben erhalten.</translation>
     <message>
         <source>No site in the list has a source folder with this page.</source>
         <translation>Keine Website der Liste hat einen Quellordner mit dieser Seite.</translation>
+    </message>
+    <message>
+        <source>Untitled</source>
+        <translation>Unbenannt</translation>
+    </message>
+    <message>
+        <source>Unsaved pages</source>
+        <translation>Nicht gesicherte Seiten</translation>
+    </message>
+    <message>
+        <source>LUMA ended before the edits of these pages were saved.</source>
+        <translation>LUMA endete, bevor die Änderungen an diesen Seiten gesichert waren.</translation>
+    </message>
+    <message>
+        <source>Open</source>
+        <translation>Öffnen</translation>
+    </message>
+    <message>
+        <source>Discard</source>
+        <translation>Verwerfen</translation>
+    </message>
+    <message>
+        <source>Later</source>
+        <translation>Später</translation>
     </message>
 </context>
 <context>

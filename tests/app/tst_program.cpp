@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/program.h"
 #include "app/sitelistwindow.h"
+#include "base/files.h"
+#include "base/statefolder.h"
 #include "desktop/windowregistry.h"
 #include "editor/htmldocument.h"
 #include "site/haldendoc.h"
 #include "tests/support/registry.h"
+#include "tests/support/screenshot.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -13,6 +16,8 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTimer>
@@ -49,6 +54,35 @@ private slots:
         QVERIFY(QTest::qWaitForWindowActive(&list));
         QTest::keyClick(QApplication::focusWidget(), Qt::Key_W, Qt::ControlModifier);
         QVERIFY(!list.isVisible());
+    }
+
+    void unsavedPages_areOfferedAtTheStart()
+    {
+        QFile page(m_folder.filePath("page.html"));
+        QVERIFY(page.open(QFile::WriteOnly) && page.write("<!DOCTYPE html><title>T</title><p>old\n") > 0);
+        page.close();
+        QVERIFY(makePrivateFolder(stateFolder() / "unsaved"));
+        const std::string source = "<!DOCTYPE html><title>T</title><p>new\n";
+        const std::string path = page.fileName().toStdString();
+        QVERIFY(writeFile(stateFolder() / "unsaved/1.page", path + '\0' + source, 0600));
+        QVERIFY(writeFile(stateFolder() / "unsaved/2.page", "damaged", 0600));
+        const auto program = launched();
+        QVERIFY(program->launch({}));
+        QMessageBox* box = nullptr;
+        for (QWidget* window : QApplication::topLevelWidgets())
+            box = window->objectName() == "unsavedPagesBox" ? qobject_cast<QMessageBox*>(window) : box;
+        QVERIFY(box);
+        QCOMPARE(box->informativeText(), page.fileName());
+        test::saveScreenshots(*box, "unsaved-pages");
+        for (QAbstractButton* button : box->buttons()) {
+            if (button->text() == "Open")
+                button->click();
+        }
+        auto* const window = qobject_cast<HTMLDocument*>(program->documents().windowOf(path));
+        QVERIFY(window);
+        QVERIFY(window->getHTML("OutlineView").contains("<p>new"));
+        window->undoStack()->setClean();
+        window->close();
     }
 
     void publishedPage_isListedInItsSitesWindow()
