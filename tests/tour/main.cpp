@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/tour/tour.h"
+#include "web/pagescheme.h"
 
 #include <QApplication>
 
@@ -7,6 +8,7 @@
 
 int main(int argc, char** argv)
 {
+    luma::PageScheme::registerScheme();
     QApplication application(argc, argv);
     QApplication::setApplicationDisplayName(QStringLiteral("LUMA"));
     if (argc != 4) {

@@ -5,7 +5,11 @@
 #include "app/sitetemplate.h"
 #include "base/files.h"
 #include "desktop/windowregistry.h"
+#include "editor/htmldocument.h"
 #include "tests/support/screenshot.h"
+#include "web/editorpage.h"
+#include "web/mywebview.h"
+#include "web/viewcontroller.h"
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
@@ -39,6 +43,15 @@ bool clickOn(const QWidget& window, const char* name)
     return true;
 }
 
+// Images come after the text.
+bool isPainted(QWidget& widget, QImage& before, QElapsedTimer& unchanged)
+{
+    const QImage now = widget.grab().toImage();
+    if (now != std::exchange(before, now) || !unchanged.isValid())
+        unchanged.start();
+    return unchanged.elapsed() > 2000;
+}
+
 } // namespace
 
 Tour::Tour(fs::path source, fs::path destination)
@@ -50,6 +63,7 @@ int Tour::run()
     showSites();
     publish();
     compareSides();
+    editPage();
     m_program.terminate();
     for (const QString& what : m_missing)
         (void)std::fprintf(stderr, "tour: %s\n", qPrintable(what));
@@ -117,6 +131,22 @@ void Tour::publish()
         return;
     await("the end of the transfer", [&] { return rows->model()->rowCount() == 0 || !rows->isVisible(); });
     picture(*window, QStringLiteral("4-published"));
+}
+
+void Tour::editPage()
+{
+    const fs::path page = m_source / "index.html";
+    if (const auto opened = m_program.launch(readCommandLine({page.native()})); !opened)
+        return miss(QString::fromStdString(opened.error().text));
+    auto* const window = qobject_cast<HTMLDocument*>(m_program.documents().windowOf(page));
+    if (!window)
+        return miss(QStringLiteral("the page's window did not open"));
+    MyWebView* const view = window->viewController().webView();
+    QImage image;
+    QElapsedTimer unchanged;
+    await("the page", [&] { return view->editorPage().isComplete() && isPainted(*view, image, unchanged); });
+    picture(*window, QStringLiteral("5-page"));
+    window->close();
 }
 
 void Tour::compareSides()

@@ -8,8 +8,8 @@
 namespace luma {
 
 /// Uses the real windows as a user would: shows the list of sites, opens two folders as a site and publishes
-/// what has changed, with a screenshot of every window (tests/support/screenshot.h). Main thread; runs event
-/// loops.
+/// what has changed, and opens a page, with a screenshot of every window (tests/support/screenshot.h). Main thread;
+/// runs event loops.
 class Tour final
 {
 public:
@@ -22,6 +22,7 @@ private:
     void showSites();
     void publish();
     void compareSides();
+    void editPage();
     /// Waits until `isThere` is true; notes `what` as missing after a minute.
     bool await(const char* what, const std::function<bool()>& isThere);
     void picture(QWidget& widget, const QString& name);
