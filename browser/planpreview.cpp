@@ -78,8 +78,8 @@ QString PlanPreview::countsText() const
                        .arg(counted(m_plan->linkCount(), tr("link"), tr("links")),
                             counted(m_plan->pages.size(), tr("page"), tr("pages")));
     if (const std::size_t links = m_plan->symlinks.size(); links > 0)
-        text += u' ' +
-                tr("%1 will get new targets.").arg(counted(links, tr("symbolic link"), tr("symbolic links")));
+        text += u' ' + (links == 1 ? tr("A symbolic link will get a new target.")
+                                   : tr("%1 symbolic links will get new targets.").arg(links));
     if (stay > 0)
         text += u' ' + tr("%1 can't be changed.").arg(counted(stay, tr("page"), tr("pages")));
     return text + u' ' + tr("Edit > Undo takes it back.");

@@ -2805,24 +2805,20 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <translation>Links</translation>
     </message>
     <message>
-        <source>%1 will get new targets.</source>
-        <translation>Neue Ziele: %1.</translation>
-    </message>
-    <message>
-        <source>symbolic link</source>
-        <translation>symbolischer Link</translation>
-    </message>
-    <message>
-        <source>symbolic links</source>
-        <translation>symbolische Links</translation>
-    </message>
-    <message>
         <source>%1 can&apos;t be changed.</source>
         <translation>Nicht zu ändern: %1.</translation>
     </message>
     <message>
         <source>Edit &gt; Undo takes it back.</source>
         <translation>Bearbeiten &gt; Rückgängig nimmt es zurück.</translation>
+    </message>
+    <message>
+        <source>A symbolic link will get a new target.</source>
+        <translation>Ein symbolischer Link bekommt ein neues Ziel.</translation>
+    </message>
+    <message>
+        <source>%1 symbolic links will get new targets.</source>
+        <translation>%1 symbolische Links bekommen neue Ziele.</translation>
     </message>
 </context>
 <context>
