@@ -79,6 +79,8 @@ std::vector<PagePlanner::Change> PagePlanner::changes(const std::string& oldPath
             continue;
         if (auto value = changed(reference.value, oldPage, newPage))
             found.push_back({&reference, *std::move(value)});
+        else if (auto change = changedPath(reference, oldPage, newPage))
+            found.push_back(*std::move(change));
     }
     std::sort(found.begin(), found.end(),
               [](const Change& a, const Change& b) { return a.reference->begin < b.reference->begin; });
@@ -104,6 +106,22 @@ std::optional<std::string> PagePlanner::changed(std::string_view value, const Si
     return respelled == value ? std::nullopt : std::optional(respelled);
 }
 
+// An address as "a.php?id=<?= $id ?>" isn't judged, but its path says where it leads.
+std::optional<PagePlanner::Change> PagePlanner::changedPath(const LinkReference& reference,
+                                                            const SiteAddresses::Page& oldPage,
+                                                            const SiteAddresses::Page& newPage) const
+{
+    const std::size_t end = std::min(reference.value.find('?'), reference.value.find('#'));
+    if (end == 0 || end == std::string_view::npos || reference.syntax != LinkSyntax::Address ||
+        m_addresses->resolve(reference.value, oldPage).kind != Kind::NotJudged)
+        return std::nullopt;
+    const std::string_view path = reference.value.substr(0, end);
+    const auto value = changed(path, oldPage, newPage);
+    if (!value || !m_reader.text().substr(reference.begin).starts_with(path))
+        return std::nullopt;
+    return Change{&reference, std::string(*value).append(reference.value.substr(end)), end};
+}
+
 std::vector<LinkEdit> PagePlanner::written(std::string_view bytes, const std::vector<Change>& changes) const
 {
     const Encoding& encoding = m_reader.encoding().encoding;
@@ -112,9 +130,15 @@ std::vector<LinkEdit> PagePlanner::written(std::string_view bytes, const std::ve
     std::uint32_t line = 1;
     std::size_t counted = 0;
     for (const Change& change : changes) {
-        const LinkReference& reference = *change.reference;
+        LinkReference reference = *change.reference;
+        std::string value = change.value;
+        if (change.pathSize) {
+            value.resize(value.size() - (reference.value.size() - *change.pathSize));
+            reference.value = reference.value.substr(0, *change.pathSize);
+            reference.end = reference.begin + *change.pathSize;
+        }
         const std::string_view raw = text.substr(reference.begin, reference.end - reference.begin);
-        const std::string anew = writtenReference(raw, reference, change.value);
+        const std::string anew = writtenReference(raw, reference, value);
         const Difference differ = differenceOf(raw, anew);
         const std::string_view inserted =
             std::string_view(anew).substr(differ.begin, differ.newEnd - differ.begin);
@@ -126,7 +150,7 @@ std::vector<LinkEdit> PagePlanner::written(std::string_view bytes, const std::ve
         counted = reference.begin;
         edits.push_back({begin, std::string(bytes.substr(begin, end - begin)),
                          encoding.isUtf8() ? std::string(inserted) : encoding.encodedWithReferences(inserted),
-                         line, std::string(reference.value), change.value});
+                         line, std::string(reference.value), std::move(value)});
     }
     return edits;
 }

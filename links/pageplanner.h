@@ -6,6 +6,7 @@
 #include "links/movedplaces.h"
 #include "links/sitepagereader.h"
 
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -35,12 +36,17 @@ private:
     {
         const LinkReference* reference;
         std::string value;
+        /// Of the old address, where it is all that changes, because a server writes what follows; it is written plainly.
+        std::optional<std::size_t> pathSize = {};
     };
 
     [[nodiscard]] std::vector<Change> changes(const std::string& oldPath, const std::string& newPath) const;
     [[nodiscard]] std::optional<std::string> changed(std::string_view value,
                                                      const SiteAddresses::Page& oldPage,
                                                      const SiteAddresses::Page& newPage) const;
+    [[nodiscard]] std::optional<Change> changedPath(const LinkReference& reference,
+                                                    const SiteAddresses::Page& oldPage,
+                                                    const SiteAddresses::Page& newPage) const;
     [[nodiscard]] std::vector<LinkEdit> written(std::string_view bytes,
                                                 const std::vector<Change>& changes) const;
     [[nodiscard]] bool readsAsPlanned(std::string_view bytes, std::string_view name,

@@ -128,6 +128,15 @@ private slots:
               "<a href=p.png> -->"
               "<meta property=og:image content=i/p%2C1.png><script>'<a href=p.png>'</script><b "
               "title=p.png>"}});
+        row("server code behind the path",
+            {{"v.php", "<a href='v.php?<?= $a && '\"' ?>'>"},
+             {"o.php", "<a href=\"v.php?id=<?= $x->id ?>&amp;<?= '&lt;' ?>#v.php\"><a href=v.php#{{v.php}}>"
+                       "<a href='v.p<?= $x ?>?v.php'><a href='v&#46;php?<?= 1 ?>'><a href='?<?= $v ?>'>"}},
+            {"v.php > d/w x.php"},
+            {{"d/w x.php", "<a href='w%20x.php?<?= $a && '\"' ?>'>"},
+             {"o.php", "<a href=\"d/w%20x.php?id=<?= $x->id ?>&amp;<?= '&lt;' ?>#v.php\">"
+                       "<a href=d/w%20x.php#{{v.php}}>"
+                       "<a href='v.p<?= $x ?>?v.php'><a href='v&#46;php?<?= 1 ?>'><a href='?<?= $v ?>'>"}});
         row("server code and other encodings",
             {{"p.png", ""},
              {"o.php",
