@@ -4,10 +4,9 @@
 #include "app/preferences.h"
 #include "ui_PreferencesDialog.h"
 
-#include <QLayout>
 #include <QRegularExpression>
-
-#include <algorithm>
+#include <QScrollArea>
+#include <QScrollBar>
 
 namespace luma {
 
@@ -17,10 +16,11 @@ PreferencesDialog::PreferencesDialog(Preferences& preferences, QWidget* parent)
     m_ui->setupUi(this);
     m_ui->tidiesPages->setChecked(preferences.value(Preferences::tidiesPages).toBool());
     showLinks();
-    for (QLabel* hint : hints()) {
+    for (QLabel* hint : findChildren<QLabel*>(QRegularExpression(QStringLiteral("Hint$")))) {
         hint->setForegroundRole(QPalette::PlaceholderText);
         hint->setAlignment(Qt::AlignTop);
     }
+    letPagesScroll();
     setWindowModality(Qt::WindowModal);
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->excludedFolders->setText(preferences.excludedFolderNames());
@@ -30,21 +30,24 @@ PreferencesDialog::PreferencesDialog(Preferences& preferences, QWidget* parent)
 
 PreferencesDialog::~PreferencesDialog() = default;
 
-// Tabs don't ask how high their wrapped texts become.
-void PreferencesDialog::showEvent(QShowEvent* event)
+// Wrapped texts in a large font may need more height than the screen has.
+void PreferencesDialog::letPagesScroll()
 {
-    QDialog::showEvent(event);
-    layout()->activate();
-    for (QLabel* hint : hints()) {
-        if (hint->isVisible())
-            hint->setMinimumHeight(hint->heightForWidth(hint->width()));
+    for (int number = 0; number < m_ui->pages->count(); ++number) {
+        const QString title = m_ui->pages->tabText(number);
+        QWidget* const page = m_ui->pages->widget(number);
+        auto* const area = new QScrollArea;
+        area->setFrameShape(QFrame::NoFrame);
+        area->setFocusPolicy(Qt::NoFocus);
+        area->setWidgetResizable(true);
+        area->setWidget(page); // which leaves the tab
+        area->setMinimumWidth(page->minimumSizeHint().width() +
+                              area->verticalScrollBar()->sizeHint().width());
+        area->viewport()->setAutoFillBackground(false);
+        page->setAutoFillBackground(false);
+        m_ui->pages->insertTab(number, area, title);
     }
-    resize(width(), std::max(height(), minimumSizeHint().height()));
-}
-
-QList<QLabel*> PreferencesDialog::hints() const
-{
-    return findChildren<QLabel*>(QRegularExpression(QStringLiteral("Hint$")));
+    m_ui->pages->setCurrentIndex(0);
 }
 
 void PreferencesDialog::showLinks()

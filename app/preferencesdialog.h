@@ -5,8 +5,6 @@
 
 #include <memory>
 
-class QLabel;
-
 namespace Ui {
 class PreferencesDialog;
 }
@@ -27,16 +25,13 @@ public:
 
     void accept() override;
 
-protected:
-    void showEvent(QShowEvent* event) override;
-
 private:
     Preferences& m_preferences;
     std::unique_ptr<Ui::PreferencesDialog> m_ui;
 
     void showLinks();
     void storeLinks();
-    [[nodiscard]] QList<QLabel*> hints() const;
+    void letPagesScroll();
 };
 
 } // namespace luma

@@ -11,13 +11,14 @@
 #include <QPainter>
 #include <QToolTip>
 
+#include <algorithm>
 #include <cmath>
 
 namespace luma {
 
 namespace {
 
-constexpr int iconSize = 16;
+constexpr int smallestIcon = 16;
 constexpr int arrowWidth = 16;
 constexpr int markWidth = 14;
 constexpr int smallestHeight = 20;
@@ -114,15 +115,18 @@ void showInactive(QStyleOptionViewItem& option)
 
 } // namespace
 
+// The icon grows with the text.
 QRect FileSystemBrowserCell::imageRectForBounds(const QRect& bounds)
 {
-    const int down = static_cast<int>(std::floor((bounds.height() - iconSize) / 2.0 + 0.5));
-    return {bounds.x() + 4, bounds.y() + down, iconSize, iconSize};
+    const int side = std::max(smallestIcon, bounds.height() - 8);
+    const int down = static_cast<int>(std::floor((bounds.height() - side) / 2.0 + 0.5));
+    return {bounds.x() + 4, bounds.y() + down, side, side};
 }
 
 QRect FileSystemBrowserCell::titleRectForBounds(const QRect& bounds)
 {
-    return {bounds.x() + 22, bounds.y() + 2, bounds.width() - 22, bounds.height() - 2};
+    const int left = imageRectForBounds(bounds).right() + 3 - bounds.x();
+    return {bounds.x() + left, bounds.y() + 2, bounds.width() - left, bounds.height() - 2};
 }
 
 int FileSystemBrowserCell::editedLength(const QString& name, bool isFolder)

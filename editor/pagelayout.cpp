@@ -23,8 +23,11 @@ constexpr int widestSide = narrowestSide + 110;
 PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView) : m_window(window), m_splitView(splitView)
 {
     for (const int side : {0, 2}) {
-        splitView.widget(side)->setMinimumWidth(narrowestSide);
-        splitView.widget(side)->setMaximumWidth(widestSide);
+        // A large font needs more.
+        QWidget& pane = *splitView.widget(side);
+        const int least = std::max(narrowestSide, pane.minimumSizeHint().width());
+        pane.setMinimumWidth(least);
+        pane.setMaximumWidth(std::max(widestSide, least));
     }
     splitView.setStretchFactor(1, 1);
     splitView.setSizes({widestSide, window.width(), widestSide});
