@@ -134,12 +134,13 @@ bool isSummary(const std::string& line)
            line.find("] write error: ") != std::string::npos;
 }
 
-// For a run that has said nothing: what a server says last may be lost with its connection.
+// For a run that has said nothing: what a server says last may be lost with its connection. The code is written as rsync
+// writes it.
 std::string reasonOf(int status)
 {
     constexpr int fileError = 11; // rsync(1), EXIT VALUES
-    if (status == fileError)
-        return "A file could not be written; the disk on the receiving side may be full";
+    if (status == fileError)      // the code is in the form of rsync's own messages
+        return "A file could not be written; the disk on the receiving side may be full (code 11)";
     return "rsync ended with code " + std::to_string(status);
 }
 
