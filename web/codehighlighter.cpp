@@ -74,6 +74,10 @@ void CodeHighlighter::addRule(const char* pattern, QColor lightColour, const cha
 
 void CodeHighlighter::addHtmlRules()
 {
+    addRule(R"~(<\?)~", wordColour, R"~(\?>)~");
+    addRule("<%", wordColour, "%>");
+    addRule(R"~(\{\{)~", wordColour, R"~(\}\})~");
+    addRule(R"~(\{%)~", wordColour, R"~(%\})~");
     addRule("<!--", commentColour, "-->");
     addRule("<![^>]*>", commentColour);
     addRule(R"~(</?[A-Za-z][^\s>/]*|/?>)~", nameColour);

@@ -319,6 +319,17 @@ private slots:
         QVERIFY(outline()->currentIndex().data().toString().startsWith("<title> Newer"));
     }
 
+    void serverCode_hasOneColour()
+    {
+        const QString code = "<?php if ($a > 1) echo '<b>'; ?>";
+        QPlainTextEdit field("<p>" + code + "</p>");
+        new CodeHighlighter(CodeHighlighter::Language::Html, &field);
+        const QColor colour = colourOf(&field, 0, 3);
+        for (int i = 3; i < 3 + code.size(); ++i)
+            QCOMPARE(colourOf(&field, 0, i), colour);
+        QVERIFY(colourOf(&field, 0, 0) != colour);
+    }
+
     void colours_suitTheTheme()
     {
         open("<head><style>p{color:red}</style></head><p>x</p>");
