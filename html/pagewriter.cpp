@@ -1,6 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/pagewriter.h"
 
+#include "base/ascii.h"
+#include "html/characterdata.h"
+#include "html/codemarks.h"
+#include "html/element.h"
 #include "html/piecewriter.h"
 #include "html/treecomparison.h"
 
@@ -28,6 +32,27 @@ std::size_t printedIn(const std::vector<WrittenPiece>& pieces)
     return count;
 }
 
+bool hasMarkup(const Element& element)
+{
+    return !element.origin().source || !PageSource::recordOf(element).start.isEmpty();
+}
+
+/// Whether the page is a part of a table, for a server to include, of which no row, caption or column is left: markup
+/// can't tell that from any other page without tags.
+bool isEmptyPartOfTable(const Document& document)
+{
+    const Element* const body = document.body();
+    bool isPart = false;
+    for (const Node* node = body ? body->firstChild() : nullptr; node; node = node->following(*body)) {
+        const Element* const element = node->asElement();
+        const std::string* const text = textOf(*node);
+        if (text ? !isBlank(*text) : element && !isServerCode(*node) && hasMarkup(*element))
+            return false;
+        isPart = isPart || (element && element->is("table"));
+    }
+    return isPart;
+}
+
 /// Writes one page again and again, each time printing more, until what is read is what was written.
 class CheckedWriting final
 {
@@ -40,6 +65,8 @@ public:
     {
         using OmittedTags = PieceWriter::OmittedTags;
         if (attempt(OmittedTags::None, WritingWay::Patched))
+            return std::move(m_result);
+        if (!m_error && isEmptyPartOfTable(m_document))
             return std::move(m_result);
         WrittenPage patched = m_error ? WrittenPage() : std::move(m_result);
         if (attempt(OmittedTags::EndTags, WritingWay::EndTagsWritten) ||

@@ -75,6 +75,32 @@ private slots:
         QCOMPARE(QByteArray::fromStdString(written->text), QByteArray("<pre>\r\n<b>a</b></pre>"));
     }
 
+    void lastRowOfAnInclude_leavesNoTable_data()
+    {
+        QTest::addColumn<QByteArray>("page");
+        QTest::addColumn<QByteArray>("left");
+        QTest::newRow("row") << QByteArray("<tr><td>a</td></tr>\n") << QByteArray("\n");
+        QTest::newRow("cell") << QByteArray("<td>a</td>") << QByteArray("");
+        QTest::newRow("comment and code") << QByteArray("<!-- b -->\n<?php c() ?>\n<tr><td>a</td></tr>")
+                                          << QByteArray("<!-- b -->\n<?php c() ?>\n");
+    }
+    void lastRowOfAnInclude_leavesNoTable()
+    {
+        QFETCH(QByteArray, page);
+        PageCodec codec;
+        const auto document = codec.read(page.toStdString(), MarkupLanguage::Html);
+        QVERIFY(document);
+        const auto rows = (*document)->select(page.contains("<tr") ? "tr" : "td");
+        Element& row = *rows.at(0);
+        const Position place = row.position();
+        NodePtr removed = row.detach();
+        const auto written = codec.write(**document, MarkupLanguage::Html);
+        QVERIFY(written);
+        QTEST(QByteArray::fromStdString(written->bytes), "left");
+        ParentNode::insertAt(place, std::move(removed));
+        QCOMPARE(QByteArray::fromStdString(codec.write(**document, MarkupLanguage::Html)->bytes), page);
+    }
+
     void edits_changeWhatTheyEdit()
     {
         test::RandomEdits edits(11);
