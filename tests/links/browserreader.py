@@ -41,7 +41,7 @@ IMAGE_PROPERTIES = {"og:image", "og:url", "og:video", "og:audio", "twitter:image
 SPACE = " \t\n\f\r"
 STRING = r'"((?:\\.|[^"\\\n])*)"|\'((?:\\.|[^\'\\\n])*)\''
 SHEET_TOKEN = re.compile(
-    rf"/\*.*?(?:\*/|\Z)|(@import)\s*(?:{STRING})|(?<![\w-])url\(\s*(?:(?:{STRING})|((?:\\.|[^\s()\"'\\])*))\s*\)|{STRING}",
+    rf"/\*.*?(?:\*/|\Z)|(@import)\s*(?:{STRING})|(@import\s*|(?<![\w-]))url\(\s*(?:(?:{STRING})|((?:\\.|[^\s()\"'\\])*))\s*\)|{STRING}",
     re.DOTALL | re.IGNORECASE,
 )
 SERVER_CODE = re.compile(rb"<\?(?!xml).*?\?>|<%.*?%>", re.DOTALL | re.IGNORECASE)
@@ -58,8 +58,8 @@ def sheet_links(css):
     for found in SHEET_TOKEN.finditer(css):
         if found[1]:
             yield "@import", unescape(found[2] or found[3] or "")
-        elif re.match(r"url\(", found[0], re.IGNORECASE):
-            yield "url()", unescape(found[4] or found[5] or found[6] or "")
+        elif found[4] is not None:
+            yield "@import" if found[4] else "url()", unescape(found[5] or found[6] or found[7] or "")
 
 
 def candidates(srcset):
