@@ -139,7 +139,7 @@ bool isSummary(const std::string& line)
 std::string reasonOf(int status)
 {
     constexpr int fileError = 11; // rsync(1), EXIT VALUES
-    if (status == fileError)      // the code is in the form of rsync's own messages
+    if (status == fileError)
         return "A file could not be written; the disk on the receiving side may be full (code 11)";
     return "rsync ended with code " + std::to_string(status);
 }
