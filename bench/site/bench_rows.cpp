@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// The sync panel with a listing of 100,000 rows: the longest time in which its window did not respond.
+// The sync panel with a listing of 100,000 rows: the longest time in which its window did not respond while they came,
+// and the main thread's processor time for what the user does, each with the painting of the whole panel.
 #include "site/syncpanel.h"
 
 #include <QApplication>
@@ -14,6 +15,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <ctime>
 #include <string>
 
 using namespace luma;
@@ -30,6 +32,24 @@ std::string listing()
                 std::to_string(i % 365) + "/a page of the archive, number " + std::to_string(i) + ".html//\n";
     return text;
 }
+
+// Of the main thread, so that other programs don't count.
+class ProcessorTimer final
+{
+public:
+    void restart() { m_start = now(); }
+    [[nodiscard]] double milliseconds() const { return now() - m_start; }
+
+private:
+    static double now()
+    {
+        timespec time = {};
+        ::clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+        return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
+    }
+
+    double m_start = now();
+};
 
 double millisecondsSince(QElapsedTimer& timer)
 {
@@ -81,24 +101,24 @@ int main(int argc, char** argv)
     const double filling = longestPauseUntil(
         [&] { return table.model()->rowCount() == rowCount && engine.state() == SyncEngine::State::Ready; });
 
-    QElapsedTimer timer;
-    timer.start();
     panel.grab();
-    const double painting = millisecondsSince(timer);
+    ProcessorTimer timer;
+    panel.grab();
+    const double painting = timer.milliseconds();
     QScrollBar& bar = *table.verticalScrollBar();
     double scrolling = 0;
     for (int value = 0; value < bar.maximum(); value += std::max(1, bar.maximum() / 500)) {
         timer.restart();
         bar.setValue(value);
         panel.grab();
-        scrolling = std::max(scrolling, millisecondsSince(timer));
+        scrolling = std::max(scrolling, timer.milliseconds());
     }
     double ticking = 0;
     for (int i = 0; i < 4; ++i) {
         timer.restart();
         panel.findChild<QCheckBox*>(QStringLiteral("allOnOffCheckBox"))->click();
         panel.grab();
-        ticking = std::max(ticking, millisecondsSince(timer));
+        ticking = std::max(ticking, timer.milliseconds());
     }
     double sorting = 0;
     for (const int column :
@@ -106,14 +126,14 @@ int main(int argc, char** argv)
         timer.restart();
         table.sortByColumn(column, Qt::DescendingOrder);
         panel.grab();
-        sorting = std::max(sorting, millisecondsSince(timer));
+        sorting = std::max(sorting, timer.milliseconds());
     }
     timer.restart();
     panel.findChild<QLineEdit*>(QStringLiteral("syncNameFilter"))->setText(QStringLiteral("number 9"));
     panel.grab();
-    const double filtering = millisecondsSince(timer);
+    const double filtering = timer.milliseconds();
     std::printf(
-        "%d rows: longest pause while they came %.1f ms; one painting %.1f ms; worst scroll with its "
+        "%d rows: longest pause while they came %.1f ms; processor time of one painting %.1f ms; worst scroll with its "
         "painting %.1f ms; all on or off with its painting %.1f ms; worst sort %.1f ms; filter %.1f ms\n",
         rowCount, filling, painting, scrolling, ticking, sorting, filtering);
     return 0;
