@@ -7,6 +7,7 @@
 #include "site/foldercomparison.h"
 #include "site/keptversions.h"
 #include "site/rsyncjob.h"
+#include "site/syncengine.h"
 #include "site/syncguards.h"
 
 #include <algorithm>
@@ -114,7 +115,8 @@ ExitCode publish(const std::vector<std::string>& arguments)
         return unusable(report.error().text);
     for (SyncRow& row : report->rows)
         row.select = row.select || line.has("--yes");
-    tickNamed(report->rows, sides->unticked, false);
+    if (sides->site)
+        untickRemembered(report->rows, *sides->site, sides->direction);
     tickNamed(report->rows, line.values("--except"), false);
     std::vector<std::string> problems = report->problems;
     for (const SyncRow& row : report->rows) {

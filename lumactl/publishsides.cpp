@@ -117,8 +117,6 @@ std::optional<PublishSides> savedSides(const std::string& name, const SiteRecord
         return std::nullopt;
     }
     sides.identity = siteIdentity(site);
-    for (const QString& unticked : site.untickedNames(direction))
-        sides.unticked.push_back(unticked.toStdString());
     return sides;
 }
 
@@ -163,6 +161,7 @@ std::optional<PublishSides> publishSidesOf(const LumactlCommand& command, const 
     auto sides = *saved ? savedSides(line.operands().front(), **saved, direction) : givenSides(command, line);
     if (!sides || !readKeep(sides->keep, command, line))
         return std::nullopt;
+    sides->site = *saved;
     std::string patterns = *saved ? (*saved)->ignoredNames().toStdString() + '\n' : std::string();
     for (const std::string& pattern : line.values("--ignore"))
         patterns.append(pattern).push_back('\n');

@@ -8,6 +8,7 @@
 #include "site/rsyncjob.h"
 
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -25,8 +26,8 @@ struct PublishSides
     IgnoredNames ignored;
     Deletions deletions = Deletions::Ignored;
     KeepChoice keep;
-    std::string identity;              // siteIdentity
-    std::vector<std::string> unticked; // what the user has left out in the window of a saved site
+    std::string identity;             // siteIdentity
+    std::shared_ptr<SiteRecord> site; // a saved one
 
     [[nodiscard]] SyncFolders folders() const
     {

@@ -18,6 +18,8 @@ constexpr QLatin1StringView ignoredNamesKey{"IgnoredNames"};
 constexpr QLatin1StringView keptDaysKey{"KeptDays"};
 constexpr QLatin1StringView keptFolderKey{"KeptFolder"};
 
+constexpr QLatin1StringView deletionsSuffix{"Deletions"};
+
 QString keyFor(Direction direction)
 {
     return direction == Direction::Upload ? QStringLiteral("Upload") : QStringLiteral("Download");
@@ -96,6 +98,16 @@ void SiteRecord::setUntickedNames(Direction direction, const QStringList& names)
 {
     // The type that the archive gives back; a QStringList would compare unequal.
     m_values.setValue(keyFor(direction), QVariantList(names.begin(), names.end()));
+}
+
+QStringList SiteRecord::untickedDeletions(Direction direction) const
+{
+    return m_values.stringList(keyFor(direction) + deletionsSuffix);
+}
+
+void SiteRecord::setUntickedDeletions(Direction direction, const QStringList& names)
+{
+    m_values.setValue(keyFor(direction) + deletionsSuffix, QVariantList(names.begin(), names.end()));
 }
 
 std::vector<std::string> SiteRecord::keptItems() const

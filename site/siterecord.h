@@ -43,6 +43,9 @@ public:
     /// The names of the rows that the user left unticked.
     [[nodiscard]] QStringList untickedNames(Direction direction) const;
     void setUntickedNames(Direction direction, const QStringList& names);
+    /// Those of them that were deletions; they outlive comparisons that list none.
+    [[nodiscard]] QStringList untickedDeletions(Direction direction) const;
+    void setUntickedDeletions(Direction direction, const QStringList& names);
 
     /// The files that the report on unlinked items leaves out, relative to the site's folder; bytes.
     [[nodiscard]] std::vector<std::string> keptItems() const;

@@ -114,6 +114,7 @@ void SyncEngine::compare(Direction direction, Deletions deletions, const std::ve
         m_rowsBefore = m_table.rows();
     m_only = only;
     m_direction = direction;
+    m_deletions = deletions;
     m_table.setDirection(direction);
     m_ignoredCount = 0;
     m_table.setRows({});
@@ -170,11 +171,14 @@ void SyncEngine::endComparison(const WorkItem& item, Result<ComparisonReport> re
     m_counts = result->counts;
     if (m_counts.sent == 0 && m_message.isEmpty())
         m_message = tr("The sending side has no files; its disk or share may not be mounted.");
+    // With problems, none or not all of them are listed.
+    if (!result->problems.empty())
+        m_deletions = Deletions::Ignored;
     m_foldersOnlyThere = std::move(result->foldersOnlyThere);
     m_published = std::move(result->published);
     m_leftovers = std::move(result->leftovers);
     if (m_only.empty())
-        tickAsRemembered(result->rows);
+        untickRemembered(result->rows, m_record, m_direction);
     else
         std::erase_if(result->rows, [this](const SyncRow& row) {
             return std::none_of(m_only.begin(), m_only.end(), [&row](const std::string& path) {
@@ -187,15 +191,18 @@ void SyncEngine::endComparison(const WorkItem& item, Result<ComparisonReport> re
     setState(m_table.rows().empty() ? State::Empty : State::Ready);
 }
 
-void SyncEngine::tickAsRemembered(std::vector<SyncRow>& rows) const
+void untickRemembered(std::vector<SyncRow>& rows, const SiteRecord& record, Direction direction)
 {
-    const QStringList names = m_record.untickedNames(m_direction);
+    const QStringList names = record.untickedNames(direction);
+    const QStringList deletions = record.untickedDeletions(direction);
     const QSet<QString> unticked(names.begin(), names.end());
-    if (unticked.isEmpty())
+    const QSet<QString> untickedDeletions(deletions.begin(), deletions.end());
+    if (unticked.isEmpty() && untickedDeletions.isEmpty())
         return;
     for (SyncRow& row : rows) {
-        if (row.select)
-            row.select = !unticked.contains(QString::fromStdString(nameWithoutDeleting(row.displayName)));
+        const QString name = QString::fromStdString(nameWithoutDeleting(row.displayName));
+        if (unticked.contains(name) || (row.kind == SyncKind::Delete && untickedDeletions.contains(name)))
+            row.select = false;
     }
 }
 
@@ -245,15 +252,22 @@ void SyncEngine::rememberUnticked()
     restoreTicks();
     if (!m_only.empty())
         return;
-    const QStringList remembered = m_record.untickedNames(m_direction);
+    const QStringList remembered =
+        m_record.untickedNames(m_direction) + m_record.untickedDeletions(m_direction);
     const QSet<QString> before(remembered.begin(), remembered.end());
     QStringList names;
+    QStringList deletions;
     for (const SyncRow& row : m_table.rows()) {
         const QString name = QString::fromStdString(nameWithoutDeleting(row.displayName));
-        if (!row.select && (!row.isMarked() || before.contains(name)))
-            names.append(name);
+        if (row.select || (row.isMarked() && !before.contains(name)))
+            continue;
+        names.append(name);
+        if (row.kind == SyncKind::Delete)
+            deletions.append(name);
     }
     m_record.setUntickedNames(m_direction, names);
+    if (m_deletions == Deletions::Listed)
+        m_record.setUntickedDeletions(m_direction, deletions);
 }
 
 void SyncEngine::transfer()

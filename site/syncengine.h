@@ -32,6 +32,9 @@ struct SyncSides
 /// Problems as one line for a panel: the first one, and how many more there are. Empty without any.
 QString problemLine(const std::vector<std::string>& problems);
 
+/// Unticks what the user has left unticked in the site's window.
+void untickRemembered(std::vector<SyncRow>& rows, const SiteRecord& record, Direction direction);
+
 /// What publishes of the site keep on its destination, reached as `sides` says.
 Result<KeptVersions> keptVersionsOf(const SiteRecord& record, const SyncSides& sides,
                                     const ProgramRunner& runProgram);
@@ -117,6 +120,7 @@ private:
     SyncTableModel m_table;
     State m_state = State::Idle;
     Direction m_direction = Direction::Upload;
+    Deletions m_deletions = Deletions::Ignored; // of the last comparison
     QString m_title;
     QString m_message;
     std::vector<std::string> m_only; // the paths to which the list is limited; empty: all
@@ -135,7 +139,6 @@ private:
     void dropItem();
     void setState(State state);
     void rememberUnticked();
-    void tickAsRemembered(std::vector<SyncRow>& rows) const;
     [[nodiscard]] IgnoredNames ignoredNames() const;
     void compareFolders(const SyncFolders& folders, Deletions deletions);
     void compareWithRsync(Deletions deletions);

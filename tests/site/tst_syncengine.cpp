@@ -160,6 +160,30 @@ private slots:
         QCOMPARE(site.folders.listing("receiving"), std::string());
     }
 
+    void untickedDeletionsOutliveAComparisonWithoutAny_data() { bothModes_data(); }
+    void untickedDeletionsOutliveAComparisonWithoutAny()
+    {
+        QFETCH(bool, rsync);
+        Site site(rsync);
+        site.folders.put("receiving/keep me.html");
+        fs::create_directories(site.folders.at("receiving/empty"));
+        site.folders.put("sending/a.html");
+        QVERIFY(site.compare(upload, Deletions::Listed));
+        QCOMPARE(site.names(), std::string("+a.html\n+deleting empty/\n+deleting keep me.html\n"));
+        site.untick(1);
+        site.untick(2);
+        site.engine.cancel();
+        QVERIFY(site.compare());
+        QVERIFY(site.transfer());
+        QCOMPARE(site.record.untickedNames(upload), QStringList());
+        QVERIFY(site.compare(upload, Deletions::Listed));
+        QCOMPARE(site.names(), std::string("-deleting empty/\n-deleting keep me.html\n"));
+        site.engine.table().tickAll(true);
+        site.engine.cancel();
+        QVERIFY(site.compare(upload, Deletions::Listed));
+        QCOMPARE(site.names(), std::string("+deleting empty/\n+deleting keep me.html\n"));
+    }
+
     // A change there is never overwritten unless its row is ticked, and it is not taken for one unticked.
     void changesThereSinceTheLastPublishAreUnticked_data() { bothModes_data(); }
     void changesThereSinceTheLastPublishAreUnticked()
