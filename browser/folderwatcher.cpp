@@ -7,9 +7,19 @@
 #include <QFile>
 #include <QProcess>
 
+#include <ctime>
+
 namespace luma {
 
 namespace {
+
+// In nanoseconds, by the clock of file times.
+QString now()
+{
+    timespec time = {};
+    ::clock_gettime(CLOCK_REALTIME_COARSE, &time);
+    return QString::number(qint64(time.tv_sec) * 1'000'000'000 + time.tv_nsec);
+}
 
 /// The pause after a refresh, as a multiple of the time that the refresh took.
 constexpr qint64 restPerRefresh = 4;
@@ -42,7 +52,7 @@ void FolderWatcher::start(const QString& caption, const std::filesystem::path& f
     m_changedFolders.reset();
     connect(watcherTask, &QProcess::finished, this, &FolderWatcher::ended);
     watcherTask->start(QFile::decodeName(helperProgram("LUMAWatcher").c_str()),
-                       {caption, QFile::decodeName(folder.c_str())});
+                       {caption, QFile::decodeName(folder.c_str()), now()});
     if (watcherTask->processId() == 0)
         return;
     m_observer = std::make_unique<NotificationObserver>(QLatin1String("folderChanged") + caption,

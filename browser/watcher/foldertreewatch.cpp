@@ -45,9 +45,9 @@ std::vector<std::string> foldersIn(const std::string& parent)
 
 } // namespace
 
-FolderTreeWatch::FolderTreeWatch(std::filesystem::path root) : m_root(std::move(root))
+FolderTreeWatch::FolderTreeWatch(std::filesystem::path root, const timespec& since)
+    : m_root(std::move(root)), m_since(since)
 {
-    ::clock_gettime(CLOCK_REALTIME_COARSE, &m_started);
     setUp();
 }
 
@@ -98,10 +98,10 @@ bool FolderTreeWatch::addFolder(const std::string& folder)
     return true;
 }
 
-/// Also detects changes made after the start but before the folder was watched.
+/// Detects changes made before the folder was watched.
 void FolderTreeWatch::noteEarlyChange(const std::string& folder)
 {
-    if (m_started < changeTime(folder))
+    if (m_since < changeTime(folder))
         m_changedMeanwhile = true;
 }
 

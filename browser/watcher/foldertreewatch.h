@@ -23,7 +23,8 @@ namespace luma {
 class FolderTreeWatch final
 {
 public:
-    explicit FolderTreeWatch(std::filesystem::path root);
+    /// Changes after `since`, as clock_gettime(2) gives CLOCK_REALTIME_COARSE, count too.
+    FolderTreeWatch(std::filesystem::path root, const timespec& since);
 
     /// Readable when there are events; -1 if inotify is not available.
     [[nodiscard]] int descriptor() const { return m_inotify.get(); }
@@ -44,7 +45,7 @@ private:
     std::map<std::string, int> m_watchByPath;
     /// Folders without a watch, with the time of their last change.
     std::map<std::string, timespec> m_lookedAt;
-    timespec m_started = {};
+    timespec m_since;
     std::optional<std::set<std::string>> m_changedFolders;
     bool m_rootGone = false;
     bool m_changedMeanwhile = false;

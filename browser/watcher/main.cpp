@@ -11,7 +11,10 @@
 #include <array>
 #include <chrono>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <ctime>
 
 using namespace luma;
 using Clock = std::chrono::steady_clock;
@@ -42,9 +45,9 @@ int soonest(int a, int b)
     return a < 0 || b < 0 ? std::max(a, b) : std::min(a, b);
 }
 
-void watch(const std::filesystem::path& folder, Announcer& announcer, int termination)
+void watch(const std::filesystem::path& folder, const timespec& since, Announcer& announcer, int termination)
 {
-    FolderTreeWatch tree(folder);
+    FolderTreeWatch tree(folder, since);
     auto lastLook = Clock::now();
     for (;;) {
         const int due = announcer.postIfDue();
@@ -67,19 +70,26 @@ void watch(const std::filesystem::path& folder, Announcer& announcer, int termin
 } // namespace
 
 /// Watches a folder recursively and posts the notification "folderChanged" followed by the caption, with this
-/// process's id as its object, whenever something in it has changed. Ends on SIGTERM, or when standard input
-/// is closed.
+/// process's id as its object, whenever something in it has changed, also between SINCE (nanoseconds of the system's
+/// clock, by default now) and its start. Ends on SIGTERM, or when standard input is closed.
 int main(int argc, char** argv)
 {
     const int termination = terminationDescriptor();
     (void)std::signal(SIGPIPE, SIG_IGN);
     const QCoreApplication application(argc, argv);
-    if (argc != 3) {
-        (void)std::fprintf(stderr, "usage: LUMAWatcher CAPTION FOLDER\n");
+    if (argc != 3 && argc != 4) {
+        (void)std::fprintf(stderr, "usage: LUMAWatcher CAPTION FOLDER [SINCE]\n");
         return 2;
+    }
+    timespec since = {};
+    ::clock_gettime(CLOCK_REALTIME_COARSE, &since);
+    if (argc == 4) {
+        constexpr std::int64_t second = 1'000'000'000;
+        const std::int64_t time = std::strtoll(argv[3], nullptr, 10);
+        since = {.tv_sec = time / second, .tv_nsec = time % second};
     }
     const std::filesystem::path folder = argv[2];
     Announcer announcer(QString::fromUtf8(argv[1]));
-    watch(folder, announcer, termination);
+    watch(folder, since, announcer, termination);
     return 0;
 }
