@@ -37,22 +37,6 @@ bool hasMarkup(const Element& element)
     return !element.origin().source || !PageSource::recordOf(element).start.isEmpty();
 }
 
-/// Whether the page is a part of a table, for a server to include, of which no row, caption or column is left: markup
-/// can't tell that from any other page without tags.
-bool isEmptyPartOfTable(const Document& document)
-{
-    const Element* const body = document.body();
-    bool isPart = false;
-    for (const Node* node = body ? body->firstChild() : nullptr; node; node = node->following(*body)) {
-        const Element* const element = node->asElement();
-        const std::string* const text = textOf(*node);
-        if (text ? !isBlank(*text) : element && !isServerCode(*node) && hasMarkup(*element))
-            return false;
-        isPart = isPart || (element && element->is("table"));
-    }
-    return isPart;
-}
-
 /// Writes one page again and again, each time printing more, until what is read is what was written.
 class CheckedWriting final
 {
@@ -131,6 +115,20 @@ private:
 };
 
 } // namespace
+
+bool isEmptyPartOfTable(const Document& document)
+{
+    const Element* const body = document.body();
+    bool isPart = false;
+    for (const Node* node = body ? body->firstChild() : nullptr; node; node = node->following(*body)) {
+        const Element* const element = node->asElement();
+        const std::string* const text = textOf(*node);
+        if (text ? !isBlank(*text) : element && !isServerCode(*node) && hasMarkup(*element))
+            return false;
+        isPart = isPart || (element && element->is("table"));
+    }
+    return isPart;
+}
 
 Result<WrittenPage> writePage(const Document& document, const ParseLimits& limits)
 {

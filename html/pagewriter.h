@@ -44,6 +44,10 @@ struct WrittenPage
     std::unique_ptr<Document> parsed;
 };
 
+/// Whether the page is a part of a table, for a server to include, of which no row, caption or column is left. Markup can't
+/// tell that from any other page without tags, so it is never read back as it was.
+bool isEmptyPartOfTable(const Document& document);
+
 /// Writes the page with the bytes that it was parsed from (parseWithSource) wherever it was not edited, and reads it again:
 /// what comes out is the document, or it is printed more plainly until it is. Error: what was written can't be parsed. The
 /// tree is not changed; to make the written text its source, PageSource::transfer from `parsed`. Any thread, one at a time

@@ -4,6 +4,7 @@
 #include "html/element.h"
 #include "html/pagecodec.h"
 #include "html/pagelanguage.h"
+#include "html/pagewriter.h"
 #include "html/parse.h"
 #include "lumactl/commandarguments.h"
 #include "lumactl/linedifference.h"
@@ -176,7 +177,7 @@ ExitCode editPage(const CommandArguments& line, const Edit& edit)
     const auto written = codec.write(**document, language.markup());
     if (!written)
         return failed(page + ": " + written.error().text);
-    if (!written->parsed)
+    if (!written->parsed && !html::isEmptyPartOfTable(**document))
         return failed(page + ": HTML has no way to write this; a browser would read another page");
     return write(page, *bytes, written->bytes, line.has("--dry-run"));
 }

@@ -260,6 +260,12 @@ private slots:
         QCOMPARE(QByteArray::fromStdString(site.bytesOf("page.html")), expected);
     }
 
+    void edit_removesTheLastRowOfAnInclude()
+    {
+        const Site site(Files{{"rows.inc", "<!-- rows -->\n<tr><td>one</td></tr>\n"}});
+        QCOMPARE(lumactl(site, "edit rows.inc tr --remove").code, 0);
+        QCOMPARE(site.bytesOf("rows.inc"), std::string("<!-- rows -->\n\n"));
+    }
     void dryEdit_printsTheLines()
     {
         const Site site(Files{{"page.html", "<h1>a</h1>\n<p>1\n<p>x\n<p>2\n<div>d</div>"}});
