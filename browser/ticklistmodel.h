@@ -3,6 +3,11 @@
 
 #include <QAbstractTableModel>
 
+#include <cstddef>
+#include <cstdint>
+#include <utility>
+#include <vector>
+
 namespace luma {
 
 /// The model behind a TickList: every row has a check box in its first column, and the ticked rows are
@@ -33,6 +38,16 @@ signals:
 
 protected:
     using QAbstractTableModel::QAbstractTableModel;
+
+    /// What rows are sorted by, and their numbers.
+    using SortKeys = std::vector<std::pair<std::uint64_t, std::size_t>>;
+    /// In the same order.
+    static std::uint64_t unsignedKey(std::int64_t key)
+    {
+        return static_cast<std::uint64_t>(key) ^ (std::uint64_t{1} << 63U);
+    }
+    /// Sorts by the keys, ascending; rows with the same key stay in their order.
+    static void sortByKey(SortKeys& keys);
 
     /// To be called after rows were added, removed, shown or hidden.
     void countTicks();

@@ -206,26 +206,24 @@ private:
     // The keys are copied first: side by side they sort faster than rows spread over the memory.
     void sortBy(std::int64_t (*sortKey)(const Row& row))
     {
-        const bool descends = m_sortOrder == Qt::DescendingOrder;
-        std::vector<std::pair<std::int64_t, std::size_t>> keys;
+        const std::uint64_t flipped = m_sortOrder == Qt::DescendingOrder ? ~std::uint64_t{0} : 0;
+        SortKeys keys;
         keys.reserve(m_shown.size());
         for (const std::size_t number : m_shown)
-            keys.emplace_back(sortKey(m_rows[number]), number);
-        std::sort(keys.begin(), keys.end(), [descends](const auto& a, const auto& b) {
-            if (a.first != b.first)
-                return descends ? b.first < a.first : a.first < b.first;
-            return a.second < b.second;
-        });
+            keys.emplace_back(unsignedKey(sortKey(m_rows[number])) ^ flipped, number);
+        sortByKey(keys);
         std::transform(keys.begin(), keys.end(), m_shown.begin(), [](const auto& key) { return key.second; });
     }
 
     // The same rows as before in another order.
     void movePersistentIndexes(const std::vector<std::size_t>& before)
     {
+        const QModelIndexList from = persistentIndexList();
+        if (from.isEmpty())
+            return;
         std::vector<int> positions(m_rows.size());
         for (std::size_t position = 0; position < m_shown.size(); ++position)
             positions[m_shown[position]] = static_cast<int>(position);
-        const QModelIndexList from = persistentIndexList();
         QModelIndexList to;
         for (const QModelIndex& old : from)
             to.append(index(positions[before[static_cast<std::size_t>(old.row())]], old.column()));
