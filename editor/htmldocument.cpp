@@ -170,6 +170,7 @@ void HTMLDocument::windowDidLoad()
         emit locationChanged(docURL());
     watchFile();
     updateWindow();
+    m_layout->makeRoomForTexts();
 }
 
 bool HTMLDocument::load(Reading reading, const QString& name)

@@ -23,14 +23,21 @@ constexpr int widestSide = narrowestSide + 110;
 PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView) : m_window(window), m_splitView(splitView)
 {
     for (const int side : {0, 2}) {
-        // A large font needs more.
-        QWidget& pane = *splitView.widget(side);
-        const int least = std::max(narrowestSide, pane.minimumSizeHint().width());
-        pane.setMinimumWidth(least);
-        pane.setMaximumWidth(std::max(widestSide, least));
+        splitView.widget(side)->setMinimumWidth(narrowestSide);
+        splitView.widget(side)->setMaximumWidth(widestSide);
     }
     splitView.setStretchFactor(1, 1);
     splitView.setSizes({widestSide, window.width(), widestSide});
+}
+
+void PageLayout::makeRoomForTexts()
+{
+    for (const int side : {0, 2}) {
+        QWidget& pane = *m_splitView.widget(side);
+        const int least = std::max(narrowestSide, pane.minimumSizeHint().width());
+        pane.setMaximumWidth(std::max(widestSide, least));
+        pane.setMinimumWidth(least);
+    }
 }
 
 QByteArray PageLayout::state() const

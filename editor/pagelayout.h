@@ -15,6 +15,8 @@ public:
     /// Sets the parts' limits and initial sizes. Both widgets must outlive this object.
     PageLayout(QMainWindow& window, QSplitter& splitView);
 
+    /// Widens the outline and the style sheets where a large font needs more than their limits; once the texts are set.
+    void makeRoomForTexts();
     [[nodiscard]] QByteArray state() const;
     /// Restores what state() returned; anything else is ignored.
     void restore(const QByteArray& state);
