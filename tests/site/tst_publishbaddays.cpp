@@ -199,7 +199,9 @@ private slots:
         const test::Rows<int, test::SshServer::Part, std::string> row("signal", "part", "message");
         row("a stopped server", SIGSTOP, test::SshServer::Part::All, std::string("not responding"));
         row("a stopped connection", SIGSTOP, test::SshServer::Part::Sessions, std::string("not responding"));
-        row("a lost connection", SIGKILL, test::SshServer::Part::Sessions, std::string("disconnect|closed"));
+        // It depends on who notices first.
+        row("a lost connection", SIGKILL, test::SshServer::Part::Sessions,
+            std::string("disconnect|closed|reset|[Bb]roken pipe"));
     }
     void unanswered_endsWithAMessage()
     {
