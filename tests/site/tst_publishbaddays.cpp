@@ -183,8 +183,10 @@ private slots:
         QTRY_VERIFY(rsyncProcesses(true).empty() && rsyncProcesses(false).empty());
         const std::size_t sent = count("receiving", bytes);
         const std::size_t left = temporaries();
-        // Those that are not there yet, and temporary files, are neither.
-        QCOMPARE(sent + count("receiving", "old"), m_folders->contents("receiving").size() - left);
+        // Those that are not there yet are neither; of the temporary files, at most one is whole.
+        const std::size_t whole =
+            sent + count("receiving", "old") + left - m_folders->contents("receiving").size();
+        QVERIFY2(whole <= std::min<std::size_t>(left, 1), std::to_string(whole).c_str());
         qInfo("%zu of 200 were sent, %zu temporary files left", sent, left);
         startLumactl(process);
         QVERIFY(process.waitForFinished(-1));
