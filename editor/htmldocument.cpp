@@ -6,6 +6,7 @@
 #include "base/resources.h"
 #include "desktop/windowregistry.h"
 #include "editor/metasheet.h"
+#include "editor/outlinefind.h"
 #include "editor/outlinemenu.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
@@ -48,9 +49,9 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
             return UnsavedPage{{}, m_store.hasFile() ? docURL() : fs::path(), m_store.markup()};
         },
         this);
-    m_actions =
-        new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_edits, *m_saver, *m_viewController},
-                        std::move(recentPages));
+    m_actions = new PageActions(
+        {*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_edits, *m_saver, *m_viewController},
+        std::move(recentPages));
     connectChanges();
     m_layout.emplace(*this, *m_ui->splitView);
     WindowRegistry::instance().add(this);
@@ -81,6 +82,11 @@ void HTMLDocument::createRendering()
     connect(view, &OutlineView::doubleClicked, this, &HTMLDocument::handleDoubleClick);
     connect(view, &OutlineView::editRequested, this, &HTMLDocument::handleDoubleClick);
     connect(view, &OutlineView::menuRequested, this, &HTMLDocument::openOutlineMenu);
+    m_find = new OutlineFind({m_ui->outlineFindBar, m_ui->outlineFindField, m_ui->outlineFindResult,
+                              m_ui->outlineFindPreviousButton, m_ui->outlineFindNextButton,
+                              m_ui->outlineFindCloseButton},
+                             *m_outline, m_tree, *m_selection, *m_viewController, this);
+    connect(m_find, &OutlineFind::closed, view, qOverload<>(&QWidget::setFocus));
 }
 
 void HTMLDocument::createEdits()

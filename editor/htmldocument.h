@@ -29,6 +29,7 @@ class HTMLDocument;
 namespace luma {
 
 class MetaSheet;
+class OutlineFind;
 class OutlineModel;
 class OutlineSelection;
 class PageEdits;
@@ -175,6 +176,7 @@ private:
     OutlineModel* m_outline = nullptr;
     ViewController* m_viewController = nullptr;
     OutlineSelection* m_selection = nullptr;
+    OutlineFind* m_find = nullptr;
     PageEdits* m_edits = nullptr;
     StyleSheetEditor* m_styleSheets = nullptr;
     MetaSheet* m_metaSheet = nullptr;

@@ -1,11 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/outlinemodel.h"
 
-#include "base/ascii.h"
 #include "base/propertylist.h"
-#include "html/codemarks.h"
+#include "editor/outlinerow.h"
 #include "html/element.h"
-#include "html/serializer.h"
 #include "page/pagetree.h"
 
 #include <QMimeData>
@@ -27,28 +25,9 @@ QString shortened(const QString& text, qsizetype length)
     return text.left(text.at(length - 1).isHighSurrogate() ? length - 1 : length) + QChar(0x2026);
 }
 
-/// The text of an element's row: its tag with all attributes, and its own text. Server code is shown as it is.
-QString rowText(const html::Element& element)
-{
-    if (html::isServerCode(element))
-        return QString::fromStdString(simplified(html::codeOf(element)));
-    std::string text = "<" + html::withUnspelledCode(element.tagName());
-    const char* separator = " ";
-    for (const html::Attribute& attribute : element.attributes()) {
-        const std::string name = html::withUnspelledCode(attribute.name);
-        const bool isCode = name != attribute.name && attribute.value.empty();
-        text.append(separator).append(isCode ? name : html::withUnspelledCode(html::markup(attribute)));
-        separator = ", ";
-    }
-    text += '>';
-    if (const std::string own = element.ownText(); !own.empty())
-        text.append(" ").append(own);
-    return QString::fromStdString(text);
-}
-
 QString toolTipOf(const html::Element& element)
 {
-    return shortened(rowText(element), longestToolTip).toHtmlEscaped();
+    return shortened(outlineRowText(element), longestToolTip).toHtmlEscaped();
 }
 
 /// The depth of the deepest element.
@@ -241,7 +220,7 @@ QVariant OutlineModel::data(const QModelIndex& index, int role) const
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return shortened(rowText(*element), longestRow);
+        return shortened(outlineRowText(*element), longestRow);
     case Qt::ToolTipRole:
         return toolTipOf(*element);
     case Qt::ForegroundRole:

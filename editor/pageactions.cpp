@@ -4,6 +4,7 @@
 #include "base/pathtext.h"
 #include "desktop/icons.h"
 #include "editor/htmldocument.h"
+#include "editor/outlinefind.h"
 #include "editor/outlineselection.h"
 #include "editor/pageedits.h"
 #include "editor/pagesaver.h"
@@ -62,6 +63,7 @@ std::vector<PageActions::Command> PageActions::table()
     HTMLDocument& page = m_parts.document;
     PageSaver& saver = m_parts.saver;
     PageEdits& edits = m_parts.edits;
+    OutlineFind& find = m_parts.find;
     ViewController& view = m_parts.rendering;
     return {
         {ui.newAction, Always, [&page] { emit page.newRequested(); }},
@@ -80,6 +82,9 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.copyAction, Always, [this] { sendToFocus("copy", QWebEnginePage::Copy); }},
         {ui.pasteAction, Always, [this] { sendToFocus("paste", QWebEnginePage::Paste); }},
         {ui.selectAllAction, Always, [this] { sendToFocus("selectAll", QWebEnginePage::SelectAll); }},
+        {ui.findAction, HasPage, [&find] { find.begin(); }},
+        {ui.findNextAction, HasPage, [&find] { find.next(); }},
+        {ui.findPreviousAction, HasPage, [&find] { find.previous(); }},
         {ui.deleteTagAction, CanDelete, [&edits] { edits.deleteTag(); }},
         {ui.pageTitleAction, HasPage, [&page] { page.editTitle(); }},
         {ui.reloadAction, HasPage, [&page] { page.reload(); }, "reload"},
@@ -142,6 +147,7 @@ void PageActions::connectControls()
     ui.addTagButton->setMenu(ui.insertMenu);
     ui.addTagButton->setIcon(icons::symbol(QStringLiteral("add")));
     ui.deleteTagButton->setIcon(icons::symbol(QStringLiteral("delete")));
+    ui.outlineFindCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
     connect(ui.deleteTagButton, &QPushButton::clicked, ui.deleteTagAction, &QAction::trigger);
     connect(ui.myOutlineView, &OutlineView::deleteRequested, ui.deleteTagAction, &QAction::trigger);
     connect(ui.openRecentMenu, &QMenu::aboutToShow, this, &PageActions::fillRecentMenu);

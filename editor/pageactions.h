@@ -16,6 +16,7 @@ class HTMLDocument;
 namespace luma {
 
 class HTMLDocument;
+class OutlineFind;
 class OutlineSelection;
 class PageEdits;
 class PageSaver;
@@ -42,6 +43,7 @@ public:
         const PageStore& store;
         const TagRules& rules;
         const OutlineSelection& selection;
+        OutlineFind& find;
         PageEdits& edits;
         PageSaver& saver;
         ViewController& rendering;

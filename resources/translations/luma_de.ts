@@ -416,6 +416,42 @@
         <source>Pa&amp;ge Title...</source>
         <translation>Seiten&amp;titel …</translation>
     </message>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Text, selector or XPath</source>
+        <translation>Text, Selektor oder XPath</translation>
+    </message>
+    <message>
+        <source>Find Previous</source>
+        <translation>Rückwärts suchen</translation>
+    </message>
+    <message>
+        <source>Find Next</source>
+        <translation>Weitersuchen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>&amp;Find in Outline</source>
+        <translation>In der Gliederung &amp;suchen</translation>
+    </message>
+    <message>
+        <source>Find elements by text, CSS selector or XPath</source>
+        <translation>Elemente nach Text, CSS-Selektor oder XPath suchen</translation>
+    </message>
+    <message>
+        <source>Find &amp;Next</source>
+        <translation>Weitersu&amp;chen</translation>
+    </message>
+    <message>
+        <source>Find Previou&amp;s</source>
+        <translation>Rückwärts s&amp;uchen</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -2554,6 +2590,21 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>No web browser is installed</source>
         <translation>Es ist kein Webbrowser installiert</translation>
+    </message>
+</context>
+<context>
+    <name>luma::OutlineFind</name>
+    <message>
+        <source>Not found</source>
+        <translation>Nicht gefunden</translation>
+    </message>
+    <message>
+        <source>%1 found</source>
+        <translation>%1 gefunden</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,261 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/outlinefind.h"
+
+#include "editor/outlinemodel.h"
+#include "editor/outlinerow.h"
+#include "editor/outlineselection.h"
+#include "html/document.h"
+#include "html/element.h"
+#include "page/pagetree.h"
+#include "web/scriptcall.h"
+#include "web/viewcontroller.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QLocale>
+#include <QShortcut>
+#include <QToolButton>
+
+#include <algorithm>
+#include <functional>
+#include <iterator>
+#include <utility>
+
+namespace luma {
+
+namespace {
+
+constexpr int typingDelay = 150; // milliseconds
+
+using Elements = std::vector<html::Element*>;
+
+/// The elements that `isWanted`, in document order.
+Elements elementsOf(const html::Document& page, const std::function<bool(const html::Element&)>& isWanted)
+{
+    Elements found;
+    for (html::Node* node = page.firstChild(); node; node = node->following(page)) {
+        html::Element* const element = node->asElement();
+        if (element && isWanted(*element))
+            found.push_back(element);
+    }
+    return found;
+}
+
+/// The elements with these numbers, counted from 0 in document order as the engine counts: without those in templates.
+Elements elementsNumbered(const html::Document& page, const QList<int>& numbers)
+{
+    int number = -1;
+    auto wanted = numbers.begin();
+    const html::Element* outermost = nullptr; // the template that the walk is in
+    return elementsOf(page, [&](const html::Element& element) {
+        if (outermost && element.isInside(*outermost))
+            return false;
+        outermost = element.is("template") ? &element : nullptr;
+        ++number;
+        const bool isWanted = wanted != numbers.end() && *wanted == number;
+        if (isWanted)
+            ++wanted;
+        return isWanted;
+    });
+}
+
+/// Both lists in one, in document order.
+Elements joined(const html::Document& page, const Elements& a, const Elements& b)
+{
+    auto inA = a.begin();
+    auto inB = b.begin();
+    return elementsOf(page, [&](const html::Element& element) {
+        const bool isInA = inA != a.end() && *inA == &element;
+        const bool isInB = inB != b.end() && *inB == &element;
+        std::advance(inA, isInA ? 1 : 0);
+        std::advance(inB, isInB ? 1 : 0);
+        return isInA || isInB;
+    });
+}
+
+} // namespace
+
+OutlineFind::OutlineFind(const Controls& controls, OutlineModel& outline, const PageTree& tree,
+                         OutlineSelection& selection, ViewController& rendering, QObject* parent)
+    : QObject(parent), m_controls(controls), m_tree(tree), m_selection(selection), m_rendering(rendering)
+{
+    m_controls.bar->hide();
+    m_delay.setSingleShot(true);
+    m_delay.setInterval(typingDelay);
+    connectControls();
+    connectChanges(outline);
+}
+
+void OutlineFind::connectControls()
+{
+    connect(&m_delay, &QTimer::timeout, this, &OutlineFind::searchNow);
+    connect(m_controls.field, &QLineEdit::textEdited, this, [this] {
+        m_jump = Jump::ToMatch;
+        m_delay.start();
+    });
+    connect(m_controls.field, &QLineEdit::returnPressed, this, &OutlineFind::next);
+    connect(m_controls.nextButton, &QToolButton::clicked, this, &OutlineFind::next);
+    connect(m_controls.previousButton, &QToolButton::clicked, this, &OutlineFind::previous);
+    connect(m_controls.closeButton, &QToolButton::clicked, this, &OutlineFind::close);
+    connect(&m_selection, &OutlineSelection::changed, this, &OutlineFind::tellResult);
+    const auto addKey = [this](const QKeySequence& key, void (OutlineFind::*does)()) {
+        auto* const shortcut = new QShortcut(key, m_controls.bar);
+        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, this, does);
+    };
+    addKey(Qt::Key_Escape, &OutlineFind::close);
+    addKey(Qt::SHIFT | Qt::Key_Return, &OutlineFind::previous);
+    addKey(Qt::SHIFT | Qt::Key_Enter, &OutlineFind::previous);
+}
+
+void OutlineFind::connectChanges(OutlineModel& outline)
+{
+    connect(&outline, &OutlineModel::modelAboutToBeReset, this, &OutlineFind::forget);
+    connect(&outline, &OutlineModel::modelReset, this, &OutlineFind::forget);
+    connect(&outline, &OutlineModel::rowsInserted, this, &OutlineFind::forget);
+    connect(&outline, &OutlineModel::rowsAboutToBeRemoved, this, &OutlineFind::forget);
+    connect(&outline, &OutlineModel::dataChanged, this,
+            [this](const QModelIndex&, const QModelIndex&, const QList<int>& roles) {
+                if (roles.isEmpty()) // else only the colour of the active row has changed
+                    forget();
+            });
+}
+
+void OutlineFind::begin()
+{
+    m_controls.bar->show();
+    m_controls.field->setFocus();
+    m_controls.field->selectAll();
+    search(Jump::Nowhere);
+}
+
+void OutlineFind::close()
+{
+    m_delay.stop();
+    m_controls.bar->hide();
+    emit closed();
+}
+
+// Elements may be gone at any change of the page, so none is kept.
+void OutlineFind::forget()
+{
+    m_found.clear();
+    ++m_searches;
+    if (m_controls.bar->isVisible() && !m_delay.isActive())
+        m_delay.start();
+}
+
+void OutlineFind::searchNow()
+{
+    m_delay.stop();
+    search(std::exchange(m_jump, Jump::Nowhere));
+}
+
+void OutlineFind::search(Jump jump)
+{
+    const QString wanted = m_controls.field->text();
+    ++m_searches;
+    Elements found;
+    if (m_tree.document() && !wanted.isEmpty()) {
+        found = elementsOf(*m_tree.document(), [&wanted](const html::Element& element) {
+            return outlineRowText(element).contains(wanted, Qt::CaseInsensitive);
+        });
+        askEngine(found.empty() ? jump : Jump::Nowhere);
+    }
+    show(std::move(found), jump);
+}
+
+void OutlineFind::askEngine(Jump jump)
+{
+    m_rendering.whenCaughtUp(this, [this, jump, search = m_searches] {
+        if (search != m_searches || !m_rendering.isFollowing())
+            return;
+        m_rendering.ask(scriptCall(QStringLiteral("findElements"), m_controls.field->text()), this,
+                        [this, jump, search](const QVariant& answer) {
+                            if (search == m_searches)
+                                takeAnswer(answer, jump);
+                        });
+    });
+}
+
+void OutlineFind::takeAnswer(const QVariant& answer, Jump jump)
+{
+    QList<int> numbers;
+    for (const QString& number : answer.toString().split(u' ', Qt::SkipEmptyParts))
+        numbers.append(number.toInt());
+    if (!numbers.isEmpty())
+        show(joined(*m_tree.document(), m_found, elementsNumbered(*m_tree.document(), numbers)), jump);
+}
+
+void OutlineFind::show(Elements found, Jump jump)
+{
+    m_found = std::move(found);
+    go(jump);
+}
+
+void OutlineFind::next()
+{
+    step(Jump::ToNext);
+}
+
+void OutlineFind::previous()
+{
+    step(Jump::ToPrevious);
+}
+
+void OutlineFind::step(Jump jump)
+{
+    if (!m_delay.isActive() && !m_found.empty()) {
+        go(jump);
+        return;
+    }
+    if (m_jump != Jump::ToMatch)
+        m_jump = jump;
+    searchNow();
+}
+
+void OutlineFind::go(Jump jump)
+{
+    if (jump != Jump::Nowhere && !m_found.empty()) {
+        std::size_t match = matchesBeforeSelected();
+        if (jump == Jump::ToPrevious)
+            match += m_found.size() - 1;
+        else if (jump == Jump::ToNext && match < m_found.size() && m_found[match] == m_selection.element())
+            ++match;
+        m_selection.select(m_found[match % m_found.size()]);
+    }
+    tellResult();
+}
+
+void OutlineFind::tellResult()
+{
+    if (!m_controls.bar->isVisible() || m_delay.isActive())
+        return;
+    const QLocale locale;
+    const auto selected = std::find(m_found.begin(), m_found.end(), m_selection.element());
+    const QString count = locale.toString(m_found.size());
+    if (m_controls.field->text().isEmpty())
+        m_controls.result->clear();
+    else if (m_found.empty())
+        m_controls.result->setText(tr("Not found"));
+    else if (selected == m_found.end())
+        m_controls.result->setText(tr("%1 found").arg(count));
+    else
+        m_controls.result->setText(
+            tr("%1 of %2").arg(locale.toString(selected - m_found.begin() + 1), count));
+    m_controls.nextButton->setEnabled(!m_found.empty());
+    m_controls.previousButton->setEnabled(!m_found.empty());
+}
+
+std::size_t OutlineFind::matchesBeforeSelected() const
+{
+    const html::Element* const selected = m_selection.element();
+    std::size_t count = 0;
+    const html::Document& page = *m_tree.document();
+    for (const html::Node* node = selected ? page.firstChild() : nullptr;
+         node && node != selected && count < m_found.size(); node = node->following(page))
+        count += node == m_found[count] ? 1 : 0;
+    return count;
+}
+
+} // namespace luma
