@@ -132,6 +132,7 @@ void HTMLDocument::createFollower()
         {m_store, m_stack, *m_selection, *m_styleSheets, *m_viewController, mountPath}, this);
     connect(m_follower, &PageFollower::fileMoved, this, [this] {
         watchFile();
+        updateRecovery();
         updateWindow();
         emit locationChanged(docURL());
     });
@@ -152,8 +153,10 @@ void HTMLDocument::connectChanges()
     connect(m_ui->noticeCloseButton, &QPushButton::clicked, m_ui->noticeBar, &QWidget::hide);
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &HTMLDocument::checkFile);
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &HTMLDocument::checkFile);
-    connect(&m_stack, &QUndoStack::cleanChanged, this, &HTMLDocument::updateWindow);
-    connect(&m_stack, &QUndoStack::indexChanged, this, &HTMLDocument::updateWindow);
+    for (const auto handler : {&HTMLDocument::updateWindow, &HTMLDocument::updateRecovery}) {
+        connect(&m_stack, &QUndoStack::cleanChanged, this, handler);
+        connect(&m_stack, &QUndoStack::indexChanged, this, handler);
+    }
     connect(m_selection, &OutlineSelection::changed, this, &HTMLDocument::updateWindow);
     connect(m_ui->cssField, &QPlainTextEdit::textChanged, this, &HTMLDocument::updateWindow);
     connect(m_ui->cssButton, &QPushButton::clicked, this, &HTMLDocument::updateWindow);
@@ -208,6 +211,7 @@ void HTMLDocument::takeUnsaved()
         return;
     }
     m_recovery->adopt(unsaved.record);
+    updateRecovery();
     if (!m_stack.isClean())
         tell(tr("These edits were not saved when LUMA ended. Undo shows the page without them."));
 }
@@ -503,12 +507,16 @@ void HTMLDocument::updateWindow()
 {
     setWindowTitle(m_saver->name() + QStringLiteral("[*]"));
     setWindowModified(isEdited());
+    m_actions->update();
+    m_ui->elementPath->setText(m_selection->path());
+}
+
+void HTMLDocument::updateRecovery()
+{
     if (!m_stack.isClean())
         m_recovery->keep();
     else if (m_store.hasPage())
         m_recovery->forget();
-    m_actions->update();
-    m_ui->elementPath->setText(m_selection->path());
 }
 
 } // namespace luma

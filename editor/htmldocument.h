@@ -165,6 +165,8 @@ private:
     void tell(const QString& text, Offer offer = Offer::Nothing);
     /// Updates the title, the actions and the path at the bottom.
     void updateWindow();
+    /// Keeps the page's text for the case that the program ends, or forgets it when nothing is unsaved.
+    void updateRecovery();
     [[nodiscard]] bool isEdited() const;
 
     std::unique_ptr<Ui::HTMLDocument> m_ui;

@@ -15,7 +15,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
+// Writing a large page takes a moment, which a pause in typing hides.
 constexpr std::chrono::seconds pause(2);
+constexpr std::chrono::seconds longestWait(20);
 constexpr auto extension = ".page";
 
 fs::path folder()
@@ -29,14 +31,15 @@ PageRecovery::PageRecovery(std::function<UnsavedPage()> describe, QObject* paren
     : QObject(parent), m_describe(std::move(describe))
 {
     m_soon.setSingleShot(true);
-    m_soon.setInterval(pause);
     connect(&m_soon, &QTimer::timeout, this, &PageRecovery::write);
 }
 
 void PageRecovery::keep()
 {
     if (!m_soon.isActive())
-        m_soon.start();
+        m_sinceFirstEdit.start();
+    const auto rest = longestWait - std::chrono::milliseconds(m_sinceFirstEdit.elapsed());
+    m_soon.start(std::clamp<std::chrono::milliseconds>(rest, std::chrono::milliseconds(0), pause));
 }
 
 void PageRecovery::forget()

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -30,7 +31,7 @@ public:
     /// `describe` gives the page as it is now, without the record; outlives this.
     PageRecovery(std::function<UnsavedPage()> describe, QObject* parent);
 
-    /// The page was edited: keeps its text within two seconds.
+    /// The page was edited: keeps its text once no edit follows for two seconds, or 20 seconds after the first.
     void keep();
     /// The page was saved or its edits were discarded.
     void forget();
@@ -44,6 +45,7 @@ private:
     std::function<UnsavedPage()> m_describe;
     std::filesystem::path m_record; // empty until something was kept
     QTimer m_soon;
+    QElapsedTimer m_sinceFirstEdit; // valid while m_soon runs
 
     void write();
 };

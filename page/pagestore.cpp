@@ -84,7 +84,7 @@ fs::path folderWith(const SiteFolder& page, std::string_view link, const fs::pat
     return folder;
 }
 
-// Between two saves nothing asks for the page's text.
+// The page's text is needed only when it is saved or kept.
 void packSource(const PageTree& tree)
 {
     if (tree.document() && tree.document()->origin().source)

@@ -2,6 +2,7 @@
 #include "editor/pagerecovery.h"
 
 #include "base/files.h"
+#include "editor/pagefollower.h"
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
@@ -64,6 +65,28 @@ private slots:
         QVERIFY(window->saveToURL(at("page.html")));
         QCOMPARE(file("page.html"), std::string(edited));
         QCOMPARE(PageRecovery::left().size(), 0U);
+    }
+
+    void editsThatTheFileHasToo_areForgotten()
+    {
+        open(saved);
+        setTitle("New");
+        QTRY_COMPARE(PageRecovery::left().size(), 1U);
+        delete window;
+        put("page.html", edited);
+        openUnsaved(PageRecovery::left().at(0));
+        QVERIFY(!window->isWindowModified());
+        QCOMPARE(PageRecovery::left().size(), 0U);
+    }
+
+    void movedPage_isKeptUnderItsNewName()
+    {
+        open(saved);
+        setTitle("New");
+        QTRY_COMPARE(PageRecovery::left().size(), 1U);
+        std::filesystem::rename(at("page.html"), at("moved.html"));
+        window->follower().followItem({at("page.html"), at("moved.html")}, at(""));
+        QTRY_COMPARE(PageRecovery::left().at(0).page, at("moved.html"));
     }
 
     void newPage_comesBackUnnamed()
