@@ -211,32 +211,13 @@ std::string LinkFindings::targetOf(Row row) const
     return link->target + (fragment == std::string::npos ? std::string() : link->value.substr(fragment));
 }
 
-QString LinkFindings::problemText(MissingReason reason)
-{
-    switch (reason) {
-    case MissingReason::None:
-        break;
-    case MissingReason::NoSuchFile:
-        return tr("no such file");
-    case MissingReason::OtherLetterCase:
-        return tr("other letter case");
-    case MissingReason::FolderWithoutIndex:
-        return tr("folder without index page");
-    case MissingReason::NoSuchPlace:
-        return tr("no such place in the page");
-    case MissingReason::OutsideSite:
-        return tr("outside the site");
-    }
-    return {};
-}
-
 QString LinkFindings::problemOf(const WebPage& page, const WebLink* link)
 {
     if (!link)
         return page.unreadable.empty() ? tr("contains the name") : displayText(page.unreadable);
     switch (link->state) {
     case LinkState::Missing:
-        return problemText(link->why);
+        return tr(textOf(link->why).data());
     case LinkState::NotJudged:
         return tr("not judged: server code");
     case LinkState::External:

@@ -82,7 +82,6 @@ private:
     [[nodiscard]] std::vector<Row> shownRowsOf(std::size_t page) const;
     [[nodiscard]] bool isShown(Row row) const;
     [[nodiscard]] std::string targetOf(Row row) const;
-    static QString problemText(MissingReason reason);
     static QString problemOf(const WebPage& page, const WebLink* link);
 
     std::vector<WebPage> m_pages;

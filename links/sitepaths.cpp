@@ -5,6 +5,8 @@
 #include "base/pathbelow.h"
 #include "links/bytehash.h"
 
+#include <QtGlobal>
+
 #include <sys/stat.h>
 
 #include <algorithm>
@@ -61,15 +63,15 @@ std::string_view textOf(MissingReason reason)
     case MissingReason::None:
         return {};
     case MissingReason::NoSuchFile:
-        return "no such file";
+        return QT_TRANSLATE_NOOP("luma::LinkFindings", "no such file");
     case MissingReason::OtherLetterCase:
-        return "other letter case";
+        return QT_TRANSLATE_NOOP("luma::LinkFindings", "other letter case");
     case MissingReason::FolderWithoutIndex:
-        return "folder without index page";
+        return QT_TRANSLATE_NOOP("luma::LinkFindings", "folder without index page");
     case MissingReason::NoSuchPlace:
-        return "no such place in the page";
+        return QT_TRANSLATE_NOOP("luma::LinkFindings", "no such place in the page");
     case MissingReason::OutsideSite:
-        return "outside the site";
+        return QT_TRANSLATE_NOOP("luma::LinkFindings", "outside the site");
     }
     return {};
 }

@@ -22,7 +22,7 @@ enum class MissingReason : std::uint8_t {
     OutsideSite
 };
 
-/// As reports show it: "no such file"; empty for None.
+/// As reports show it, in English: "no such file"; empty for None. A literal, which ends with NUL.
 std::string_view textOf(MissingReason reason);
 
 /// What is at a place of the site.

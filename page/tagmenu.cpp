@@ -9,6 +9,14 @@ namespace luma {
 
 namespace {
 
+// The outline's menu translates them; the tree names its undo steps with them.
+constexpr QLatin1StringView insertTitle(QT_TRANSLATE_NOOP("luma::OutlineMenu", "Insert"));
+constexpr QLatin1StringView addClassTitle(QT_TRANSLATE_NOOP("luma::OutlineMenu", "Add Class"));
+constexpr QLatin1StringView removeClassTitle(QT_TRANSLATE_NOOP("luma::OutlineMenu", "Remove Class"));
+constexpr QLatin1StringView addIDTitle(QT_TRANSLATE_NOOP("luma::OutlineMenu", "Add ID"));
+constexpr QLatin1StringView removeIDTitle(QT_TRANSLATE_NOOP("luma::OutlineMenu", "Remove ID"));
+constexpr QLatin1StringView deleteTitle(QT_TRANSLATE_NOOP("luma::OutlineMenu", "Delete"));
+
 QString attributeOf(const html::Element& element, std::string_view name)
 {
     const std::string_view value = element.attr(name);
@@ -83,12 +91,12 @@ void addClassEntries(MenuBuilder& menu, const TagRules& rules, const html::Eleme
         rules.canAddClass(&element) ? addableClasses(element, cssClassArray) : QStringList();
     if (!addable.isEmpty()) {
         menu.separateFromOthers();
-        menu.addSubmenu(u"Add Class"_qs, {}, addable, TagAction::AddClass);
+        menu.addSubmenu(addClassTitle, {}, addable, TagAction::AddClass);
     }
     const QStringList present = attributeOf(element, "class").split(u' ', Qt::SkipEmptyParts);
     if (rules.canRemoveClass(&element) && !present.isEmpty()) {
-        menu.separateUnlessAfter(u"Add Class"_qs);
-        menu.addSubmenu(u"Remove Class"_qs, {}, present, TagAction::RemoveClass);
+        menu.separateUnlessAfter(addClassTitle);
+        menu.addSubmenu(removeClassTitle, {}, present, TagAction::RemoveClass);
     }
 }
 
@@ -98,11 +106,11 @@ void addIDEntries(MenuBuilder& menu, const TagRules& rules, const html::Element&
     const QStringList addable = rules.canAddID(&element) ? addableIDs(element, cssIDArray) : QStringList();
     if (!addable.isEmpty()) {
         menu.separateFromOthers();
-        menu.addSubmenu(u"Add ID"_qs, {}, addable, TagAction::AddID);
+        menu.addSubmenu(addIDTitle, {}, addable, TagAction::AddID);
     }
     if (rules.canRemoveID(&element)) {
-        menu.separateUnlessAfter(u"Add ID"_qs);
-        menu.addItem(u"Remove ID"_qs, TagAction::RemoveID);
+        menu.separateUnlessAfter(addIDTitle);
+        menu.addItem(removeIDTitle, TagAction::RemoveID);
     }
 }
 
@@ -115,13 +123,13 @@ std::vector<TagMenuEntry> buildTagMenu(const TagRules& rules, const html::Elemen
     if (!element)
         return {};
     if (rules.canEnable(element))
-        menu.addSubmenu(u"Insert"_qs, u"Insert /(tagName)"_qs, rules.insertableTags(element),
+        menu.addSubmenu(insertTitle, u"Insert /(tagName)"_qs, rules.insertableTags(element),
                         TagAction::AddTag);
     addClassEntries(menu, rules, *element, cssClassArray);
     addIDEntries(menu, rules, *element, cssIDArray);
     if (rules.canDelete(element)) {
         menu.separateFromOthers();
-        menu.addItem(u"Delete"_qs, TagAction::DeleteTag);
+        menu.addItem(deleteTitle, TagAction::DeleteTag);
     }
     return menu.take();
 }

@@ -679,26 +679,6 @@
 <context>
     <name>LinkFindings</name>
     <message>
-        <source>no such file</source>
-        <translation>keine solche Datei</translation>
-    </message>
-    <message>
-        <source>other letter case</source>
-        <translation>andere Groß-/Kleinschreibung</translation>
-    </message>
-    <message>
-        <source>folder without index page</source>
-        <translation>Ordner ohne Indexseite</translation>
-    </message>
-    <message>
-        <source>no such place in the page</source>
-        <translation>keine solche Stelle in der Seite</translation>
-    </message>
-    <message>
-        <source>outside the site</source>
-        <translation>außerhalb der Website</translation>
-    </message>
-    <message>
         <source>contains the name</source>
         <translation>enthält den Namen</translation>
     </message>
@@ -2201,6 +2181,29 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>%1 is outside the site</source>
         <translation>%1 liegt außerhalb der Website</translation>
+    </message>
+</context>
+<context>
+    <name>luma::LinkFindings</name>
+    <message>
+        <source>no such file</source>
+        <translation>keine solche Datei</translation>
+    </message>
+    <message>
+        <source>other letter case</source>
+        <translation>andere Groß-/Kleinschreibung</translation>
+    </message>
+    <message>
+        <source>folder without index page</source>
+        <translation>Ordner ohne Indexseite</translation>
+    </message>
+    <message>
+        <source>no such place in the page</source>
+        <translation>keine solche Stelle in der Seite</translation>
+    </message>
+    <message>
+        <source>outside the site</source>
+        <translation>außerhalb der Website</translation>
     </message>
 </context>
 <context>
