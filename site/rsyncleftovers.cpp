@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/rsyncleftovers.h"
 
+#include "base/ascii.h"
 #include "base/files.h"
 #include "base/pathbelow.h"
 #include "site/publishedfiles.h"
@@ -18,17 +19,12 @@ constexpr std::size_t suffixLength = 7; // a dot, and six letters or digits
 // rsync cuts names that would become too long; so much is left of each.
 constexpr std::size_t surelyKept = 200;
 
-bool isLetterOrDigit(char c)
-{
-    return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-}
-
 bool hasForm(std::string_view path)
 {
     const std::string_view name = namePart(path);
     const std::string_view suffix = name.substr(name.size() - std::min(name.size(), suffixLength));
     return name.starts_with('.') && name.size() > suffixLength + 1 && suffix.starts_with('.') &&
-           std::all_of(suffix.begin() + 1, suffix.end(), isLetterOrDigit);
+           std::all_of(suffix.begin() + 1, suffix.end(), isAsciiAlphanumeric);
 }
 
 // The folder and the part of the name that a file and its temporary file have in common. rsync puts no second dot
