@@ -238,12 +238,6 @@ void BrowserController::offerUpdate()
 
 void BrowserController::connectConnection()
 {
-    connect(m_connection, &PaneConnection::started, this, [this] {
-        setConnectState(tr("Connecting... Please wait."));
-        browser().setEmptyText(tr("Connecting..."));
-        setConnecting(true);
-        emit stateChanged();
-    });
     connect(m_connection, &PaneConnection::finished, this, &BrowserController::finishConnection);
     connect(&m_connection->mounter(), &VolumeMounter::unmounted, this, &BrowserController::volumeUnmounted);
 }
@@ -265,7 +259,11 @@ void BrowserController::connectPane()
 void BrowserController::beginConnection()
 {
     closeSheet();
+    setConnectState(tr("Connecting... Please wait."));
+    browser().setEmptyText(tr("Connecting..."));
+    setConnecting(true);
     m_connection->begin(configPanel->request());
+    emit stateChanged();
 }
 
 void BrowserController::finishConnection(const MountResult& result, const ConnectionRequest& request)

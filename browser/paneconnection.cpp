@@ -43,7 +43,6 @@ PaneConnection::~PaneConnection()
 
 void PaneConnection::begin(const ConnectionRequest& request)
 {
-    emit started();
     workItem = std::make_shared<WorkItem>();
     const Guard guard(this);
     start(workItem, [guard, request, mounter = m_mounter](const WorkItem& item) {

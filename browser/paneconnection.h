@@ -26,7 +26,6 @@ public:
     [[nodiscard]] VolumeMounter& mounter() const { return *m_mounter; }
 
 signals:
-    void started();
     void finished(const luma::MountResult& result, const luma::ConnectionRequest& request);
 
 private:

@@ -10,6 +10,7 @@
 #include "site/haldendoc.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
+#include "tests/support/shownwindow.h"
 #include "web/editorpage.h"
 #include "web/mywebview.h"
 #include "web/viewcontroller.h"
@@ -90,16 +91,6 @@ class tst_languages final : public QObject
             window, QStringLiteral("%1-%2").arg(QString::fromLatin1(QTest::currentDataTag()), name));
     }
 
-    template <class Window>
-    static Window* openWindow()
-    {
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (auto* const found = qobject_cast<Window*>(window); found && found->isVisible())
-                return found;
-        }
-        return nullptr;
-    }
-
 private slots:
     void windows_areReadable_data()
     {
@@ -136,7 +127,7 @@ private slots:
         check(program.delegate().siteListWindow(), "sites");
         QVERIFY(program.launch(
             readCommandLine({home.filePath("a").toStdString(), home.filePath("b").toStdString()})));
-        auto* const site = openWindow<HaldenDoc>();
+        auto* const site = test::shownWindow<HaldenDoc>();
         QVERIFY(site);
         QTRY_VERIFY(site->sourceBrowserController().rootNode());
         check(*site, "site");
@@ -147,17 +138,17 @@ private slots:
                     ->text()
                     .startsWith(sentence));
         QVERIFY(program.launch(readCommandLine({home.filePath("a/index.html").toStdString()})));
-        const QPointer<HTMLDocument> document = openWindow<HTMLDocument>();
+        const QPointer<HTMLDocument> document = test::shownWindow<HTMLDocument>();
         QVERIFY(document);
-        QTRY_VERIFY(static_cast<EditorPage*>(document->viewController().webView()->page())->isComplete());
+        QTRY_VERIFY(document->viewController().webView()->editorPage().isComplete());
         check(*document, "page");
         program.delegate().siteListWindow().findChild<QAction*>("addAction")->trigger();
-        QTRY_VERIFY(openWindow<NewSiteAssistant>());
-        check(*openWindow<NewSiteAssistant>(), "assistant");
-        openWindow<NewSiteAssistant>()->close();
+        QTRY_VERIFY(test::shownWindow<NewSiteAssistant>());
+        check(*test::shownWindow<NewSiteAssistant>(), "assistant");
+        test::shownWindow<NewSiteAssistant>()->close();
         program.delegate().siteListWindow().findChild<QAction*>("preferencesAction")->trigger();
-        QTRY_VERIFY(openWindow<PreferencesDialog>());
-        check(*openWindow<PreferencesDialog>(), "preferences");
+        QTRY_VERIFY(test::shownWindow<PreferencesDialog>());
+        check(*test::shownWindow<PreferencesDialog>(), "preferences");
         document->close();
         site->close();
         QTRY_VERIFY(!document);

@@ -6,6 +6,7 @@
 #include "site/haldendoc.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
+#include "tests/support/shownwindow.h"
 
 #include <QDir>
 #include <QFile>
@@ -31,15 +32,6 @@ class tst_manual final : public QObject
     static QMenu* helpMenuOf(const QMainWindow& window)
     {
         return window.menuBar()->findChild<QMenu*>("helpMenu");
-    }
-
-    static ManualWindow* manual()
-    {
-        for (QWidget* window : QApplication::topLevelWidgets()) {
-            if (auto* const found = qobject_cast<ManualWindow*>(window); found && found->isVisible())
-                return found;
-        }
-        return nullptr;
     }
 
 private slots:
@@ -98,9 +90,7 @@ private slots:
         Program program(home.filePath("luma.conf"), [](const auto&) { return std::string(); });
         QVERIFY(program.launch(
             readCommandLine({(home.path() + "/a").toStdString(), (home.path() + "/b").toStdString()})));
-        QMainWindow* site = nullptr;
-        for (QWidget* window : QApplication::topLevelWidgets())
-            site = qobject_cast<HaldenDoc*>(window) ? static_cast<HaldenDoc*>(window) : site;
+        QMainWindow* const site = test::shownWindow<HaldenDoc>();
         QVERIFY(site);
         for (QMainWindow* window : {site, static_cast<QMainWindow*>(&program.delegate().siteListWindow())}) {
             QMenu* const menu = helpMenuOf(*window);
@@ -112,9 +102,12 @@ private slots:
         QTRY_VERIFY(site->findChild<QMessageBox*>("aboutSheet"));
         site->findChild<QMessageBox*>("aboutSheet")->close();
         helpMenuOf(*site)->findChild<QAction*>("keysAction")->trigger();
-        QTRY_VERIFY(manual());
-        QVERIFY(manual()->findChild<QTextBrowser*>("manualText")->toPlainText().contains("F1"));
-        manual()->close();
+        QTRY_VERIFY(test::shownWindow<ManualWindow>());
+        QVERIFY(test::shownWindow<ManualWindow>()
+                    ->findChild<QTextBrowser*>("manualText")
+                    ->toPlainText()
+                    .contains("F1"));
+        test::shownWindow<ManualWindow>()->close();
         site->close();
         program.terminate();
     }

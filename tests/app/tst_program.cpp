@@ -8,8 +8,8 @@
 #include "site/haldendoc.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
+#include "tests/support/shownwindow.h"
 
-#include <QApplication>
 #include <QDialog>
 #include <QDir>
 #include <QFile>
@@ -68,9 +68,7 @@ private slots:
         QVERIFY(writeFile(stateFolder() / "unsaved/2.page", "damaged", 0600));
         const auto program = launched();
         QVERIFY(program->launch({}));
-        QMessageBox* box = nullptr;
-        for (QWidget* window : QApplication::topLevelWidgets())
-            box = window->objectName() == "unsavedPagesBox" ? qobject_cast<QMessageBox*>(window) : box;
+        auto* const box = test::shownWindow<QMessageBox>("unsavedPagesBox");
         QVERIFY(box);
         QCOMPARE(box->informativeText(), page.fileName());
         test::saveScreenshots(*box, "unsaved-pages");
