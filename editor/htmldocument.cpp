@@ -5,6 +5,7 @@
 #include "base/pathtext.h"
 #include "base/resources.h"
 #include "desktop/windowregistry.h"
+#include "editor/hiddenelements.h"
 #include "editor/metasheet.h"
 #include "editor/outlinefind.h"
 #include "editor/outlinemenu.h"
@@ -49,9 +50,9 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
             return UnsavedPage{{}, m_store.hasFile() ? docURL() : fs::path(), m_store.markup()};
         },
         this);
-    m_actions = new PageActions(
-        {*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_edits, *m_saver, *m_viewController},
-        std::move(recentPages));
+    m_actions = new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_hidden, *m_edits,
+                                 *m_saver, *m_viewController},
+                                std::move(recentPages));
     connectChanges();
     m_layout.emplace(*this, *m_ui->splitView);
     WindowRegistry::instance().add(this);
@@ -86,6 +87,7 @@ void HTMLDocument::createRendering()
                               m_ui->outlineFindPreviousButton, m_ui->outlineFindNextButton,
                               m_ui->outlineFindCloseButton},
                              *m_outline, m_tree, *m_selection, *m_viewController, this);
+    m_hidden = new HiddenElements(*m_outline, *m_selection, *m_viewController, this);
     connect(m_find, &OutlineFind::closed, view, qOverload<>(&QWidget::setFocus));
 }
 
@@ -95,6 +97,7 @@ void HTMLDocument::createEdits()
     connect(m_edits, &PageEdits::edited, this, &HTMLDocument::refreshAfterEdit);
     connect(m_edits, &PageEdits::editedUnseen, this, [this] { refresh(RenderingReader::Place::Keep); });
     connect(m_edits, &PageEdits::redone, this, [this] { refresh(RenderingReader::Place::Caret); });
+    connect(m_edits, &PageEdits::refused, this, [this](const QString& reason) { tell(reason); });
     // Queued, so that the drag has ended before the page is rebuilt.
     connect(m_outline, &OutlineModel::elementDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);
     m_metaSheet = new MetaSheet(this);

@@ -28,6 +28,7 @@ class HTMLDocument;
 
 namespace luma {
 
+class HiddenElements;
 class MetaSheet;
 class OutlineFind;
 class OutlineModel;
@@ -179,6 +180,7 @@ private:
     ViewController* m_viewController = nullptr;
     OutlineSelection* m_selection = nullptr;
     OutlineFind* m_find = nullptr;
+    HiddenElements* m_hidden = nullptr;
     PageEdits* m_edits = nullptr;
     StyleSheetEditor* m_styleSheets = nullptr;
     MetaSheet* m_metaSheet = nullptr;

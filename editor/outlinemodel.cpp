@@ -7,6 +7,7 @@
 #include "page/pagetree.h"
 
 #include <QMimeData>
+#include <QPalette>
 
 #include <algorithm>
 
@@ -131,6 +132,16 @@ void OutlineModel::setActiveElement(const QModelIndex& index)
     }
 }
 
+void OutlineModel::toggleHidden(const QModelIndex& index)
+{
+    if (!index.isValid())
+        return;
+    m_hidden.removeIf([](const QPersistentModelIndex& each) { return !each.isValid(); });
+    if (!m_hidden.removeOne(index) && m_rules.canAddClass(elementAt(index)))
+        m_hidden.append(index);
+    emit dataChanged(index, index, {Qt::ForegroundRole});
+}
+
 const std::vector<html::Element*>& OutlineModel::childrenOf(const html::ParentNode& parent) const
 {
     const auto [found, isNew] = m_children.try_emplace(&parent);
@@ -223,7 +234,11 @@ QVariant OutlineModel::data(const QModelIndex& index, int role) const
         return shortened(outlineRowText(*element), longestRow);
     case Qt::ToolTipRole:
         return toolTipOf(*element);
+    case Qt::AccessibleDescriptionRole:
+        return m_hidden.contains(index) ? tr("Hidden") : QString();
     case Qt::ForegroundRole:
+        if (m_hidden.contains(index))
+            return QPalette().color(QPalette::Disabled, QPalette::Text);
         return index == m_activeElement && m_activeColour.isValid() ? QVariant(m_activeColour) : QVariant();
     default:
         return {};

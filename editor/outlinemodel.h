@@ -47,6 +47,11 @@ public:
     void setActiveElement(const QModelIndex& index);
     void setActiveColour(const QColor& colour) { m_activeColour = colour; }
 
+    /// The rows of elements that are hidden in the rendering, which the model only marks. Only elements in `body` can be
+    /// hidden.
+    [[nodiscard]] const QList<QPersistentModelIndex>& hidden() const { return m_hidden; }
+    void toggleHidden(const QModelIndex& index);
+
     [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
     [[nodiscard]] QModelIndex parent(const QModelIndex& child) const override;
     using QObject::parent;
@@ -85,6 +90,7 @@ private:
     const TagRules& m_rules;
     QPersistentModelIndex m_activeElement;
     QColor m_activeColour;
+    QList<QPersistentModelIndex> m_hidden;
     const html::ParentNode* m_changing = nullptr;
     std::vector<html::Element*> m_leaving;
     // Cached until they change, because the tree's child lists are linked lists.

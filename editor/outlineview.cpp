@@ -2,7 +2,9 @@
 #include "editor/outlineview.h"
 
 #include "editor/outlinemodel.h"
+#include "html/element.h"
 
+#include <QApplication>
 #include <QContextMenuEvent>
 #include <QDrag>
 #include <QHeaderView>
@@ -74,6 +76,42 @@ void OutlineView::scrollTo(const QModelIndex& index, ScrollHint hint)
         bar.setValue(before + left - indentation());
     else if (left + width > viewport()->width())
         bar.setValue(before + left + width - viewport()->width());
+}
+
+bool OutlineView::isTypingName() const
+{
+    return m_sinceTyped.isValid() && !m_sinceTyped.hasExpired(QApplication::keyboardInputInterval());
+}
+
+// The base class looks at the rows' texts, which begin with "<".
+void OutlineView::keyboardSearch(const QString& typed)
+{
+    const auto* const outline = qobject_cast<const OutlineModel*>(model());
+    const html::Element* const current = OutlineModel::elementAt(currentIndex());
+    if (!outline || !current)
+        return;
+    const std::string letters = typed.toLower().toStdString();
+    const bool goesOn = isTypingName() && m_typedName != letters;
+    m_typedName = goesOn ? m_typedName + letters : letters;
+    const auto isNamed = [this](const html::Node& node) {
+        return node.asElement() && node.asElement()->tagName().starts_with(m_typedName);
+    };
+    const html::Node& page = current->root();
+    const html::Node* node = current;
+    if (!goesOn || !isNamed(*current)) {
+        do {
+            const html::Node* const following = node->following(page);
+            node = following ? following : &page;
+        } while (node != current && !isNamed(*node));
+    }
+    setCurrentIndex(outline->indexOf(node->asElement()));
+    m_sinceTyped.start();
+}
+
+void OutlineView::currentChanged(const QModelIndex& current, const QModelIndex& previous)
+{
+    QTreeView::currentChanged(current, previous);
+    m_sinceTyped.invalidate();
 }
 
 void OutlineView::rowsInserted(const QModelIndex& parent, int start, int end)
@@ -150,9 +188,16 @@ void OutlineView::keyPressEvent(QKeyEvent* event)
     case Qt::Key_Enter:
         emit editRequested(currentIndex());
         return;
+    case Qt::Key_H:
+        if (event->modifiers() == Qt::NoModifier && !isTypingName()) {
+            emit hideRequested();
+            return;
+        }
+        break;
     default:
-        QTreeView::keyPressEvent(event);
+        break;
     }
+    QTreeView::keyPressEvent(event);
 }
 
 void OutlineView::contextMenuEvent(QContextMenuEvent* event)

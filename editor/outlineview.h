@@ -1,13 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QElapsedTimer>
 #include <QTreeView>
+
+#include <string>
 
 namespace luma {
 
 /// The outline of a page: always fully expanded, with elements dragged within it. Its column is wide enough
-/// to read the deepest row, so it scrolls both ways. The Delete key, and Return or F2, are reported as
-/// requests. Its model must be an OutlineModel. Main thread.
+/// to read the deepest row, so it scrolls both ways. Typing the beginning of a tag name selects the next such element.
+/// The Delete key, Return or F2, and H are reported as requests. Its model must be an OutlineModel. Main thread.
 class OutlineView final : public QTreeView
 {
     Q_OBJECT
@@ -17,9 +20,11 @@ public:
 
     void setModel(QAbstractItemModel* model) override;
     void scrollTo(const QModelIndex& index, ScrollHint hint = EnsureVisible) override;
+    void keyboardSearch(const QString& typed) override;
 
 signals:
     void deleteRequested();
+    void hideRequested();
     void editRequested(const QModelIndex& index);
     /// The user asked for the context menu of a row, which is now the current one.
     void menuRequested(const QPoint& globalPosition);
@@ -32,6 +37,7 @@ public slots:
     void paste();
 
 protected:
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
     void updateGeometries() override;
     void rowsInserted(const QModelIndex& parent, int start, int end) override;
     void startDrag(Qt::DropActions supportedActions) override;
@@ -45,9 +51,12 @@ private:
     /// The minimum width reserved for a row's text, if the text is that long.
     [[nodiscard]] int readableWidth() const;
     void take(Qt::DropAction action);
+    [[nodiscard]] bool isTypingName() const;
 
     QPersistentModelIndex m_taken;
     Qt::DropAction m_takenFor = Qt::IgnoreAction;
+    std::string m_typedName;
+    QElapsedTimer m_sinceTyped;
 };
 
 } // namespace luma

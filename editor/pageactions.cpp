@@ -3,6 +3,7 @@
 
 #include "base/pathtext.h"
 #include "desktop/icons.h"
+#include "editor/hiddenelements.h"
 #include "editor/htmldocument.h"
 #include "editor/outlinefind.h"
 #include "editor/outlineselection.h"
@@ -86,6 +87,10 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.findNextAction, HasPage, [&find] { find.next(); }},
         {ui.findPreviousAction, HasPage, [&find] { find.previous(); }},
         {ui.deleteTagAction, CanDelete, [&edits] { edits.deleteTag(); }},
+        {ui.duplicateAction, HasElement, [&edits] { edits.duplicate(); }},
+        {ui.moveUpAction, HasElement, [&edits] { edits.moveUp(); }},
+        {ui.moveDownAction, HasElement, [&edits] { edits.moveDown(); }},
+        {ui.hideAction, HasElement, [&hidden = m_parts.hidden] { hidden.toggleSelected(); }},
         {ui.pageTitleAction, HasPage, [&page] { page.editTitle(); }},
         {ui.reloadAction, HasPage, [&page] { page.reload(); }, "reload"},
         {ui.tidySourceAction, HasPage, [&page] { page.tidySource(); }},
@@ -119,6 +124,8 @@ bool PageActions::isAvailable(When when) const
         return m_parts.document.undoStack()->canUndo();
     case When::CanRedo:
         return m_parts.document.undoStack()->canRedo();
+    case When::HasElement:
+        return m_parts.selection.element() != nullptr;
     case When::CanDelete:
         return m_parts.rules.canDelete(m_parts.selection.element());
     }
@@ -150,6 +157,7 @@ void PageActions::connectControls()
     ui.outlineFindCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
     connect(ui.deleteTagButton, &QPushButton::clicked, ui.deleteTagAction, &QAction::trigger);
     connect(ui.myOutlineView, &OutlineView::deleteRequested, ui.deleteTagAction, &QAction::trigger);
+    connect(ui.myOutlineView, &OutlineView::hideRequested, ui.hideAction, &QAction::trigger);
     connect(ui.openRecentMenu, &QMenu::aboutToShow, this, &PageActions::fillRecentMenu);
     connect(ui.insertMenu, &QMenu::aboutToShow, this, &PageActions::fillInsertMenu);
 }

@@ -15,6 +15,7 @@ class HTMLDocument;
 
 namespace luma {
 
+class HiddenElements;
 class HTMLDocument;
 class OutlineFind;
 class OutlineSelection;
@@ -44,6 +45,7 @@ public:
         const TagRules& rules;
         const OutlineSelection& selection;
         OutlineFind& find;
+        HiddenElements& hidden;
         PageEdits& edits;
         PageSaver& saver;
         ViewController& rendering;
@@ -56,7 +58,7 @@ public:
     void update();
 
 private:
-    enum class When { Always, HasPage, HasFile, CanUndo, CanRedo, CanDelete };
+    enum class When { Always, HasPage, HasFile, CanUndo, CanRedo, HasElement, CanDelete };
 
     struct Command
     {

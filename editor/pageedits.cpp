@@ -65,6 +65,39 @@ void PageEdits::deleteTag()
         editSelected([this](html::Element& element) { m_commands.remove(element); });
 }
 
+void PageEdits::duplicate()
+{
+    const html::Element* const selected = m_selection.element();
+    if (selected && !m_rules.canDelete(selected)) {
+        emit refused(tr("A page may have only one <%1> like this.").arg(tagNameOf(*selected)));
+        return;
+    }
+    editSelected([this](html::Element& element) { m_selection.select(m_commands.duplicate(element)); });
+}
+
+void PageEdits::moveUp()
+{
+    moveSelected(&PageCommands::moveUp);
+}
+
+void PageEdits::moveDown()
+{
+    moveSelected(&PageCommands::moveDown);
+}
+
+void PageEdits::moveSelected(void (PageCommands::*move)(html::Element&))
+{
+    const html::Element* const selected = m_selection.element();
+    if (selected && !m_rules.canDrag(selected)) {
+        emit refused(tr("<%1> can't be moved. Its place in a page is fixed.").arg(tagNameOf(*selected)));
+        return;
+    }
+    editSelected([this, move](html::Element& element) {
+        std::invoke(move, m_commands, element);
+        m_selection.select(&element);
+    });
+}
+
 void PageEdits::editAttributes(TagAction action, const QString& title)
 {
     editSelected([this, action, name = title.toStdString()](html::Element& element) {

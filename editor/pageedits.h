@@ -22,7 +22,7 @@ class ViewController;
 
 /// The edits that the user makes in a page's window, as commands on its undo stack. Edits in the outline wait
 /// until the document has every change made in the rendering (ViewController::whenCaughtUp), so they return
-/// at once and signal when done. Edits that the rules forbid, or whose element is gone, are ignored. Edits
+/// at once and signal when done. Edits that the rules forbid, or whose element is gone, are ignored; refused() tells the reason where no command was off for it. Edits
 /// in the rendering arrive as markup. Main thread.
 class PageEdits final : public QObject
 {
@@ -35,6 +35,10 @@ public:
     /// Inserts a new element as the first child of the selected one; deletes the selected one.
     void addTag(const QString& tagName);
     void deleteTag();
+    /// Duplicates the selected element, which selects the copy, or moves it among its siblings.
+    void duplicate();
+    void moveUp();
+    void moveDown();
     /// Performs an entry of the outline's menu.
     void perform(TagAction action, const QString& title);
     void changeTitle(const QString& title);
@@ -60,11 +64,14 @@ signals:
     void editedUnseen();
     /// An edit was undone or redone; the rendering sets the caret there.
     void redone();
+    /// The rules forbid an edit, for this reason.
+    void refused(const QString& reason);
     /// The style block was updated, or is no longer in the page.
     void styleBlockUpdated();
 
 private:
     void editSelected(const std::function<void(html::Element&)>& edit);
+    void moveSelected(void (PageCommands::*move)(html::Element&));
     void editAttributes(TagAction action, const QString& title);
     void travelHistory(void (QUndoStack::*step)());
     void whenCaughtUp(const std::function<void()>& edit);

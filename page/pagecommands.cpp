@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/pagecommands.h"
 
+#include "base/ascii.h"
 #include "html/characterdata.h"
+#include "page/elementcopy.h"
 #include "page/originmatching.h"
 #include "page/pagetree.h"
 #include "page/typedtext.h"
@@ -159,6 +161,28 @@ private:
     html::NodeList m_nodes;
 };
 
+bool isBlank(const html::Node& node)
+{
+    const std::string* const text = html::textOf(node);
+    return text && trimmed(*text).empty();
+}
+
+bool areNeighbours(const html::Element& first, const html::Element& second)
+{
+    const html::Node* between = first.next();
+    while (between != &second && isBlank(*between))
+        between = between->next();
+    return between == &second;
+}
+
+html::Element* previousElement(const html::Element& element)
+{
+    html::Node* node = element.previous();
+    while (node && !node->asElement())
+        node = node->previous();
+    return node ? node->asElement() : nullptr;
+}
+
 struct Texts
 {
     Q_DECLARE_TR_FUNCTIONS(luma::PageCommands)
@@ -183,6 +207,50 @@ void PageCommands::move(html::Element& element, const html::Position& position)
         return;
     const QString name = Texts::tr("Move <%1>").arg(QString::fromStdString(element.tagName()));
     m_stack.push(new MoveCommand(m_tree, element, position, name));
+}
+
+void PageCommands::moveUp(html::Element& element)
+{
+    const QString name = Texts::tr("Move Up");
+    html::Element* const above = previousElement(element);
+    if (above && areNeighbours(*above, element))
+        swapNeighbours(*above, element, name);
+    else if (above)
+        m_stack.push(new MoveCommand(m_tree, element, {element.parent(), above}, name));
+}
+
+void PageCommands::moveDown(html::Element& element)
+{
+    const QString name = Texts::tr("Move Down");
+    html::Element* const below = element.nextElement();
+    if (below && areNeighbours(element, *below))
+        swapNeighbours(element, *below, name);
+    else if (below)
+        m_stack.push(new MoveCommand(m_tree, element, {element.parent(), below->next()}, name));
+}
+
+void PageCommands::swapNeighbours(html::Element& first, html::Element& second, const QString& name)
+{
+    html::Node* const end = second.next();
+    m_stack.beginMacro(name);
+    m_stack.push(new MoveCommand(m_tree, second, {first.parent(), &first}, name));
+    if (first.next() != end)
+        m_stack.push(new MoveCommand(m_tree, first, {first.parent(), end}, name));
+    m_stack.endMacro();
+}
+
+const html::Element* PageCommands::duplicate(html::Element& element)
+{
+    MarkupDifference difference;
+    difference.parent = element.parent();
+    difference.previous = &element;
+    difference.next = element.next();
+    if (const html::Node* const above = element.previous(); above && isBlank(*above))
+        difference.nodes.push_back(above->copy());
+    difference.nodes.push_back(copyWithOwnIds(element));
+    const html::Element* const added = difference.nodes.back()->asElement();
+    apply(std::move(difference), Texts::tr("Duplicate"), Merging::Separate);
+    return added;
 }
 
 const html::Element* PageCommands::copy(const html::Element& element, const html::Position& position)

@@ -25,6 +25,13 @@ public:
     void move(html::Element& element, const html::Position& position);
     /// Gives the copy.
     const html::Element* copy(const html::Element& element, const html::Position& position);
+    /// Puts a copy with ids of its own (copyWithOwnIds) behind the element, on a line of its own if the element has one.
+    /// Gives the copy.
+    const html::Element* duplicate(html::Element& element);
+    /// Moves an element past the element in front of it or behind it, if there is one. White space between the two stays
+    /// between them.
+    void moveUp(html::Element& element);
+    void moveDown(html::Element& element);
     using Attributes = std::vector<html::Attribute>;
     void setAttributes(html::Element& element, Attributes attributes, const QString& name);
     /// Several elements' attributes in one step.
@@ -41,6 +48,8 @@ public:
     void apply(MarkupDifference difference, const QString& name, Merging merging);
 
 private:
+    void swapNeighbours(html::Element& first, html::Element& second, const QString& name);
+
     PageTree& m_tree;
     QUndoStack& m_stack;
 };

@@ -452,6 +452,38 @@
         <source>Find Previou&amp;s</source>
         <translation>Rückwärts s&amp;uchen</translation>
     </message>
+    <message>
+        <source>Dup&amp;licate</source>
+        <translation>Du&amp;plizieren</translation>
+    </message>
+    <message>
+        <source>Duplicate the element selected in the outline</source>
+        <translation>Das in der Gliederung ausgewählte Element duplizieren</translation>
+    </message>
+    <message>
+        <source>&amp;Move Up</source>
+        <translation>Nach &amp;oben</translation>
+    </message>
+    <message>
+        <source>Move the element in front of the one above</source>
+        <translation>Das Element vor das darüber stellen</translation>
+    </message>
+    <message>
+        <source>Mo&amp;ve Down</source>
+        <translation>Nach u&amp;nten</translation>
+    </message>
+    <message>
+        <source>Move the element behind the one below</source>
+        <translation>Das Element hinter das darunter stellen</translation>
+    </message>
+    <message>
+        <source>&amp;Hide or Show in Page</source>
+        <translation>In der Seite aus- oder ein&amp;blenden</translation>
+    </message>
+    <message>
+        <source>Hide the element in the page shown; the file keeps it</source>
+        <translation>Das Element in der gezeigten Seite ausblenden; die Datei behält es</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -2638,6 +2670,13 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
 </context>
 <context>
+    <name>luma::OutlineModel</name>
+    <message>
+        <source>Hidden</source>
+        <translation>Ausgeblendet</translation>
+    </message>
+</context>
+<context>
     <name>luma::PageActions</name>
     <message>
         <source>&amp;Undo %1</source>
@@ -2670,6 +2709,18 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>Change Title</source>
         <translation>Titel ändern</translation>
     </message>
+    <message>
+        <source>Move Up</source>
+        <translation>Nach oben</translation>
+    </message>
+    <message>
+        <source>Move Down</source>
+        <translation>Nach unten</translation>
+    </message>
+    <message>
+        <source>Duplicate</source>
+        <translation>Duplizieren</translation>
+    </message>
 </context>
 <context>
     <name>luma::PageEdits</name>
@@ -2696,6 +2747,14 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Update CSS</source>
         <translation>CSS ändern</translation>
+    </message>
+    <message>
+        <source>A page may have only one &lt;%1&gt; like this.</source>
+        <translation>Eine Seite darf nur ein solches &lt;%1&gt; haben.</translation>
+    </message>
+    <message>
+        <source>&lt;%1&gt; can&apos;t be moved. Its place in a page is fixed.</source>
+        <translation>&lt;%1&gt; lässt sich nicht verschieben. Sein Platz in einer Seite ist fest.</translation>
     </message>
 </context>
 <context>

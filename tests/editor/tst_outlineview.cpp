@@ -3,9 +3,12 @@
 #include "html/element.h"
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 #include "web/viewcontroller.h"
 
 #include <QAction>
+#include <QApplication>
+#include <QLabel>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QTest>
@@ -96,6 +99,112 @@ private slots:
         trigger("undoAction");
         trigger("undoAction");
         QTRY_COMPARE(body(), QByteArray("<section><p>one</p></section><article></article>"));
+    }
+
+    void element_isDuplicatedAndMovedAmongItsSiblings_data()
+    {
+        const test::Rows<QByteArray, QByteArray, QByteArray, QByteArray, QString> row("page", "row", "action",
+                                                                                      "result", "name");
+        row("copy in a line of its own", "<b>0</b>\n <p>1</p>\n <i>2</i>", "<p>", "duplicateAction",
+            "<b>0</b>\n <p>1</p>\n <p>1</p>\n <i>2</i>", "Duplicate");
+        row("ids and what refers to them",
+            "<p id=\"a-2\">x</p><form id=\"a\"><input id=\"b\"><label for=\"b\"></label><a href=\"#a\"></a>"
+            "<a href=\"#c\"></a></form>",
+            "<form", "duplicateAction",
+            "<p id=\"a-2\">x</p><form id=\"a\"><input id=\"b\"><label for=\"b\"></label><a href=\"#a\"></a>"
+            "<a href=\"#c\"></a></form><form id=\"a-3\"><input id=\"b-2\"><label for=\"b-2\"></label>"
+            "<a href=\"#a-3\"></a><a href=\"#c\"></a></form>",
+            "Duplicate");
+        row("up", "<b>0</b>\n <p>1</p><i>2</i>", "<p>", "moveUpAction", "<p>1</p>\n <b>0</b><i>2</i>",
+            "Move Up");
+        row("down", "<b>0</b><p>1</p>\n<i>2</i> 3", "<p>", "moveDownAction", "<b>0</b><i>2</i>\n<p>1</p> 3",
+            "Move Down");
+        row("up over text", "<b>0</b> and <i>1</i>", "<i>", "moveUpAction", "<i>1</i><b>0</b> and ",
+            "Move Up");
+        row("first", "<b>0</b><i>1</i>", "<b>", "moveUpAction", "<b>0</b><i>1</i>", "");
+        row("last", "<b>0</b><i>1</i>", "<i>", "moveDownAction", "<b>0</b><i>1</i>", "");
+    }
+    void element_isDuplicatedAndMovedAmongItsSiblings()
+    {
+        QFETCH(QByteArray, page);
+        QFETCH(QByteArray, row);
+        QFETCH(QByteArray, action);
+        open("<title>T</title>" + page.toStdString());
+        const QByteArray before = body();
+        click(row.constData());
+        trigger(action.constData());
+        QFETCH(QByteArray, result);
+        QTRY_COMPARE(body().trimmed(), result.trimmed());
+        QTEST(window->undoStack()->undoText(), "name");
+        QVERIFY(outline()->currentIndex().data().toString().startsWith(QString::fromUtf8(row)));
+        QTRY_COMPARE(answer("document.body.innerHTML").trimmed(), QString::fromUtf8(result).trimmed());
+        trigger("undoAction");
+        QTRY_COMPARE(body(), before);
+    }
+
+    void fixedElements_areNeitherMovedNorDuplicated_data()
+    {
+        const test::Rows<QByteArray, QByteArray, QString> row("row", "action", "reason");
+        row("body up", "<body>", "moveUpAction", "<body> can't be moved. Its place in a page is fixed.");
+        row("second title", "<title>", "duplicateAction", "A page may have only one <title> like this.");
+    }
+    void fixedElements_areNeitherMovedNorDuplicated()
+    {
+        open("<title>T</title><p>one</p>");
+        const QByteArray before = tree();
+        QFETCH(QByteArray, row);
+        QFETCH(QByteArray, action);
+        click(row.constData());
+        trigger(action.constData());
+        QTEST(the<QLabel>("noticeText")->text(), "reason");
+        QVERIFY(the<QLabel>("noticeText")->isVisible());
+        QCOMPARE(tree(), before);
+    }
+
+    void hiddenElement_staysInThePage()
+    {
+        open("<title>T</title><p>one</p><p id=x>two <b>bold</b></p>");
+        const QByteArray before = tree();
+        const auto look = [this](const char* selector) {
+            return answer(QStringLiteral("getComputedStyle(document.querySelector('%1')).visibility")
+                              .arg(QLatin1String(selector)));
+        };
+        click("<p id");
+        QTest::keyClick(outline(), Qt::Key_H);
+        QTRY_COMPARE(look("#x b"), "hidden");
+        QCOMPARE(look("p"), "visible");
+        QCOMPARE(row("<p id").data(Qt::AccessibleDescriptionRole), "Hidden");
+        trigger("reloadAction");
+        QTRY_VERIFY(isShown());
+        QTRY_COMPARE(look("#x"), "hidden");
+        QCOMPARE(tree(), before);
+        QVERIFY(!window->isWindowModified());
+        trigger("hideAction");
+        QTRY_COMPARE(look("#x"), "visible");
+    }
+
+    void typedName_selectsTheNextElementOfThatName()
+    {
+        const int interval = QApplication::keyboardInputInterval();
+        QApplication::setKeyboardInputInterval(60'000);
+        const auto restore = qScopeGuard([interval] { QApplication::setKeyboardInputInterval(interval); });
+        open("<title>T</title><section><p>one</p><table><tr><th>H</th></tr></table><p>two</p></section>");
+        click("<section>");
+        const auto type = [this](const char* letters) {
+            QTest::keyClicks(outline(), QString::fromLatin1(letters));
+            return outline()->currentIndex().data().toString();
+        };
+        QCOMPARE(type("p"), "<p> one");
+        QCOMPARE(type("p"), "<p> two");
+        QCOMPARE(type("p"), "<p> one");
+        click("<html>");
+        QCOMPARE(type("th"), "<th> H");
+        QCOMPARE(tree().count("style"), 0);
+        click("<section>");
+        outline()->collapse(row("<section>"));
+        QTest::keyClick(outline(), Qt::Key_Asterisk);
+        QTest::keyClick(outline(), Qt::Key_End);
+        QCOMPARE(outline()->currentIndex(), row("<p> two"));
     }
 
     void scrollPositions_stayOverEditUndoAndReload()

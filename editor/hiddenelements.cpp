@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/hiddenelements.h"
+
+#include "editor/outlinemodel.h"
+#include "editor/outlineselection.h"
+#include "html/element.h"
+#include "page/subtreechange.h"
+#include "web/viewcontroller.h"
+
+#include <QStringList>
+
+namespace luma {
+
+HiddenElements::HiddenElements(OutlineModel& outline, const OutlineSelection& selection,
+                               ViewController& rendering, QObject* parent)
+    : QObject(parent), m_outline(outline), m_selection(selection), m_rendering(rendering)
+{
+    // The page may have been loaded anew, or an element made anew.
+    connect(&rendering, &ViewController::selectionRestored, this, [this] {
+        if (!m_outline.hidden().isEmpty())
+            showInPage();
+    });
+}
+
+void HiddenElements::toggleSelected()
+{
+    m_outline.toggleHidden(m_selection.index());
+    m_rendering.whenCaughtUp(this, [this] { showInPage(); });
+}
+
+void HiddenElements::showInPage()
+{
+    QStringList paths;
+    for (const QPersistentModelIndex& index : m_outline.hidden()) {
+        const html::Element* const element = OutlineModel::elementAt(index);
+        const auto path = element ? pathOf(*element) : std::nullopt;
+        if (!path)
+            continue;
+        QStringList steps;
+        for (const int step : *path)
+            steps.append(QString::number(step));
+        paths.append(QStringLiteral("[%1]").arg(steps.join(u',')));
+    }
+    m_rendering.evaluate(QStringLiteral("hideElements([%1])").arg(paths.join(u',')));
+}
+
+} // namespace luma
