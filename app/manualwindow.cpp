@@ -71,6 +71,9 @@ void ManualWindow::createToolBar()
     back->setShortcut(QKeySequence::Back);
     back->setEnabled(false);
     connect(m_text, &QTextBrowser::backwardAvailable, back, &QAction::setEnabled);
+    // The window has no menu that holds them, too.
+    for (QAction* action : {contents, back})
+        bar->widgetForAction(action)->setFocusPolicy(Qt::TabFocus);
     m_notFound->setObjectName(QStringLiteral("manualNotFound"));
     m_notFound->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     m_notFound->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);

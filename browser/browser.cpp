@@ -212,7 +212,7 @@ void Browser::closeColumnsFrom(int number)
     while (columnCount() > number) {
         BrowserColumn* column = m_columns.back();
         m_columns.pop_back();
-        const bool focused = column->isAncestorOf(QApplication::focusWidget());
+        const bool focused = column->isAncestorOf(window()->focusWidget());
         column->hide();
         column->detach();
         // Deleted later, for one of its own signals may have led here; but it is no longer a column.
@@ -327,7 +327,7 @@ bool Browser::reveal(const std::filesystem::path& item)
 void Browser::reload()
 {
     const Path before = path();
-    const bool hadFocus = isAncestorOf(QApplication::focusWidget());
+    const bool hadFocus = isAncestorOf(window()->focusWidget()); // while a panel is in front, too
     m_model.reload();
     goTo(before);
     if (hadFocus && m_currentColumn >= 0)

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <utility>
 
 namespace luma {
 
@@ -74,9 +75,23 @@ void SyncPanel::sync(Direction direction, const std::vector<std::string>& only)
 {
     m_only = only;
     m_ui->uploadDownloadPopupButton->setCurrentIndex(itemOf(direction));
+    m_isOpening = true;
     reloadSyncArray();
     open();
-    m_ui->syncTickList->table().setFocus();
+    focusTable();
+}
+
+// Once it has rows, and only if the user has not gone elsewhere meanwhile.
+void SyncPanel::focusTable()
+{
+    if (!isVisible() || m_engine.state() != State::Ready || !std::exchange(m_isOpening, false))
+        return;
+    QTableView& table = m_ui->syncTickList->table();
+    const QWidget* const focus = focusWidget();
+    if (focus && focus != m_ui->uploadDownloadPopupButton && focus != &table)
+        return;
+    table.setFocus();
+    table.setCurrentIndex(table.model()->index(0, 0));
 }
 
 void SyncPanel::reloadSyncArray()
@@ -269,6 +284,9 @@ void SyncPanel::updateControls()
     m_ui->syncPanelTitle->setText(m_engine.title());
     m_ui->syncMessage->setText(m_engine.message());
     m_ui->syncMessage->setVisible(!m_engine.message().isEmpty());
+    // Else the focus would wander through what is switched off here.
+    if (isTransferring && m_ui->syncTickList->table().isEnabled())
+        m_ui->cancelButton->setFocus();
     m_ui->syncButton->setEnabled(state == State::Ready);
     m_ui->syncTickList->setTickingEnabled(!isTransferring && state != State::Failed);
     updateNote();
@@ -277,6 +295,7 @@ void SyncPanel::updateControls()
     m_ui->cancelButton->setText(cancelTitle());
     updateProgress();
     updatePlaceholder();
+    focusTable();
 }
 
 QString SyncPanel::cancelTitle() const

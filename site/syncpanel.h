@@ -52,6 +52,7 @@ private:
     SyncEngine& m_engine;
     QElapsedTimer m_transferTime;
     std::vector<std::string> m_only;
+    bool m_isOpening = false; // the table gets the focus as soon as it has rows
 
     [[nodiscard]] bool isOver() const;
     [[nodiscard]] QString cancelTitle() const;
@@ -67,6 +68,7 @@ private:
     void updateControls();
     void updateProgress();
     void updatePlaceholder();
+    void focusTable();
 };
 
 } // namespace luma

@@ -1455,14 +1455,6 @@ entwuerfe/</translation>
         <translation>Hochladen und Herunterladen</translation>
     </message>
     <message>
-        <source>Direction</source>
-        <translation>Richtung</translation>
-    </message>
-    <message>
-        <source>Kind of change</source>
-        <translation>Art der Änderung</translation>
-    </message>
-    <message>
         <source>Filter by name</source>
         <translation>Nach Namen filtern</translation>
     </message>
@@ -1485,6 +1477,14 @@ entwuerfe/</translation>
     <message>
         <source>&amp;Move</source>
         <translation>Ü&amp;bertragen</translation>
+    </message>
+    <message>
+        <source>D&amp;irection</source>
+        <translation>R&amp;ichtung</translation>
+    </message>
+    <message>
+        <source>&amp;Show</source>
+        <translation>An&amp;zeigen</translation>
     </message>
 </context>
 <context>
