@@ -3,6 +3,7 @@
 
 #include "base/console.h"
 #include "base/filecalls.h"
+#include "base/mainhop.h"
 #include "base/pathbelow.h"
 #include "browser/browser.h"
 #include "browser/configpanel.h"
@@ -292,15 +293,45 @@ void BrowserController::finishConnection(const MountResult& result, const Connec
 void BrowserController::connectionSucceeded(const ConnectionRequest& request)
 {
     setConnectState(request.protocol + request.server + request.path);
-    m_siteLinks = std::make_shared<SiteLinks>(m_mountPath, SiteLinks::Keeping::Stored);
+    m_watcher->start(m_ui->label->text(), m_mountPath);
+    keepLinks();
     m_moveJobs->setKeptLinks(m_siteLinks);
     m_moveJobs->endInterrupted(m_mountPath);
-    m_watcher->start(m_ui->label->text(), m_mountPath);
     // On a server, other computers move files unseen.
     if (request.isLocal())
         m_outsideMoves->begin(m_mountPath);
     if (!request.isLocal())
         parentDoc.checkConnectionOK();
+}
+
+void BrowserController::keepLinks()
+{
+    if (m_siteLinks)
+        m_siteLinks->endWatch();
+    m_siteLinks = std::make_shared<SiteLinks>(m_mountPath, SiteLinks::Keeping::Stored);
+    const auto ask = [pane = QPointer(this), kept = std::weak_ptr(m_siteLinks)](const SiteLinks::Told& told) {
+        const bool isAsked =
+            onMain(pane, [&](BrowserController& self) { self.askWatcher(kept.lock(), told); });
+        if (!isAsked)
+            told(false);
+    };
+    m_siteLinks->setWatcher(ask);
+    ask([](bool) {});
+}
+
+// The watcher may watch another site by now.
+void BrowserController::askWatcher(const std::shared_ptr<SiteLinks>& links,
+                                   const std::function<void(bool)>& told)
+{
+    if (links != m_siteLinks || !links) {
+        told(false);
+        return;
+    }
+    m_watcher->askForChanges([this, links, told](bool isWatching, const FolderWatcher::Folders& folders) {
+        if (isWatching && links == m_siteLinks)
+            links->noteChanges(folders);
+        told(isWatching);
+    });
 }
 
 void BrowserController::connectionFailed(const QString& reason)
@@ -338,6 +369,8 @@ void BrowserController::emptyPane()
     stopFindUnlinkedItems();
     setConnectState({});
     setRootNode(nullptr);
+    if (m_siteLinks)
+        m_siteLinks->endWatch();
     m_siteLinks.reset();
     m_moveJobs->setKeptLinks({});
     m_outsideMoves->end();

@@ -143,6 +143,8 @@ private:
     void beginConnection();
     void finishConnection(const MountResult& result, const ConnectionRequest& request);
     void connectionSucceeded(const ConnectionRequest& request);
+    void keepLinks();
+    void askWatcher(const std::shared_ptr<SiteLinks>& links, const std::function<void(bool isAll)>& told);
     void volumeUnmounted(const std::filesystem::path& mountPoint);
     void setRootNode(FileSystemNodePointer root);
     void connectionFailed(const QString& reason);

@@ -25,6 +25,15 @@ QString now()
 constexpr qint64 restPerRefresh = 4;
 constexpr int patienceWithWatcher = 200; // milliseconds
 
+// An empty path is any folder.
+void add(FolderWatcher::Folders& folders, const QByteArray& path)
+{
+    if (path.isEmpty())
+        folders.reset();
+    else if (folders)
+        folders->insert(path.toStdString());
+}
+
 } // namespace
 
 FolderWatcher::FolderWatcher(QObject* parent) : QObject(parent)
@@ -49,8 +58,13 @@ void FolderWatcher::start(const QString& caption, const std::filesystem::path& f
     watcherTask = new QProcess(this);
     watcherTask->setWorkingDirectory(QFile::decodeName(resourceFolder().c_str()));
     watcherTask->setStandardErrorFile(QProcess::nullDevice());
+    m_unread.clear();
     m_changedFolders.reset();
-    connect(watcherTask, &QProcess::finished, this, &FolderWatcher::ended);
+    connect(watcherTask, &QProcess::finished, this, [this] {
+        answerQuestions(m_lastQuestion, false);
+        emit ended();
+    });
+    connect(watcherTask, &QProcess::readyReadStandardOutput, this, &FolderWatcher::readFolders);
     watcherTask->start(QFile::decodeName(helperProgram("LUMAWatcher").c_str()),
                        {caption, QFile::decodeName(folder.c_str()), now()});
     if (watcherTask->processId() == 0)
@@ -76,33 +90,68 @@ void FolderWatcher::stop()
     }
     delete watcherTask;
     watcherTask = nullptr;
+    answerQuestions(m_lastQuestion, false);
 }
 
-// What the watcher wrote before the notification is in the pipe by now.
+// Texts end with a NUL.
 void FolderWatcher::readFolders()
 {
-    watcherTask->waitForReadyRead(0);
-    const QByteArray text = watcherTask->readAllStandardOutput();
-    if (!text.endsWith('\0'))
-        m_changedFolders.reset();
-    for (qsizetype at = 0; m_changedFolders && at < text.size();) {
-        const qsizetype end = text.indexOf('\0', at);
-        if (end == at)
-            m_changedFolders.reset();
-        else
-            m_changedFolders->insert(text.mid(at, end - at).toStdString());
+    m_unread += watcherTask->readAllStandardOutput();
+    qsizetype at = 0;
+    for (qsizetype end = m_unread.indexOf('\0'); end >= 0; end = m_unread.indexOf('\0', at)) {
+        take(m_unread.mid(at, end - at));
         at = end + 1;
+    }
+    m_unread.remove(0, at);
+}
+
+void FolderWatcher::take(const QByteArray& text)
+{
+    if (text.startsWith('=')) {
+        takeAnswer(text.mid(1));
+    } else {
+        m_hasRead = true;
+        add(m_changedFolders, text);
     }
 }
 
-std::optional<std::set<std::string>> FolderWatcher::takeChangedFolders()
+void FolderWatcher::takeAnswer(const QByteArray& text)
+{
+    if (text.isEmpty() || text.startsWith('/'))
+        add(m_answer, text);
+    else
+        answerQuestions(text.toLongLong(), true);
+}
+
+FolderWatcher::Folders FolderWatcher::takeChangedFolders()
 {
     return std::exchange(m_changedFolders, std::set<std::string>());
 }
 
+void FolderWatcher::askForChanges(const Answer& answer)
+{
+    if (processId() == 0) {
+        answer(false, {});
+        return;
+    }
+    m_questions[++m_lastQuestion] = answer;
+    watcherTask->write(QByteArray::number(m_lastQuestion) + '\n');
+}
+
+void FolderWatcher::answerQuestions(qint64 last, bool isWatching)
+{
+    const Folders folders = std::exchange(m_answer, std::set<std::string>());
+    while (!m_questions.empty() && m_questions.begin()->first <= last)
+        m_questions.extract(m_questions.begin()).mapped()(isWatching, folders);
+}
+
+// What the watcher wrote before the notification is in the pipe by now, unless that was full.
 void FolderWatcher::receive()
 {
+    watcherTask->waitForReadyRead(0);
     readFolders();
+    if (!std::exchange(m_hasRead, false))
+        m_changedFolders.reset();
     if (m_delay.isActive())
         return;
     const qint64 rest = m_sinceLast.isValid() ? m_lastCost * restPerRefresh - m_sinceLast.elapsed() : 0;

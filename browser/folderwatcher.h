@@ -6,6 +6,8 @@
 #include <QTimer>
 
 #include <filesystem>
+#include <functional>
+#include <map>
 #include <memory>
 #include <optional>
 #include <set>
@@ -35,8 +37,14 @@ public:
     /// The process id of the watcher; 0 if none is running.
     [[nodiscard]] qint64 processId() const;
 
-    /// The folders in which something has changed since the last call; nothing where that is unknown.
-    std::optional<std::set<std::string>> takeChangedFolders();
+    using Folders = std::optional<std::set<std::string>>; // nothing: any
+    /// The folders in which something has changed since the last call.
+    Folders takeChangedFolders();
+
+    using Answer = std::function<void(bool isWatching, const Folders& folders)>;
+    /// Asks the watcher for the folders in which something has changed between its last answer and this question; the first
+    /// answer is any folder. changed() tells of these changes, too. False where no watcher is running, or if it ends first.
+    void askForChanges(const Answer& answer);
 
 signals:
     void changed();
@@ -49,10 +57,18 @@ private:
     QTimer m_delay;
     QElapsedTimer m_sinceLast;
     qint64 m_lastCost = 0;
-    std::optional<std::set<std::string>> m_changedFolders; // none: any
+    QByteArray m_unread;
+    Folders m_changedFolders;
+    Folders m_answer = std::set<std::string>(); // of which not all is read
+    std::map<qint64, Answer> m_questions;       // by number
+    qint64 m_lastQuestion = 0;
+    bool m_hasRead = false; // something, since the last notification
 
     void receive();
     void readFolders();
+    void take(const QByteArray& text);
+    void takeAnswer(const QByteArray& text);
+    void answerQuestions(qint64 last, bool isWatching);
     void tell();
 };
 

@@ -17,6 +17,7 @@ struct FileStamp
     std::uint64_t size = 0;
     std::int64_t modified = 0; // in nanoseconds
     std::int64_t changed = 0;  // in nanoseconds; 0 for no stamp
+    bool isShared = false;     // has other names (hard links), by which it can change
 
     bool operator==(const FileStamp&) const = default;
 
@@ -30,10 +31,17 @@ struct FileStamp
         struct stat status = {};
         timespec now = {};
         ::clock_gettime(CLOCK_REALTIME, &now);
-        if (::stat(path.c_str(), &status) != 0 || nanoseconds(now) - nanoseconds(status.st_ctim) < clockStep)
+        if (::stat(path.c_str(), &status) != 0)
             return {};
-        return {status.st_ino, static_cast<std::uint64_t>(status.st_size), nanoseconds(status.st_mtim),
-                nanoseconds(status.st_ctim)};
+        FileStamp stamp;
+        stamp.isShared = status.st_nlink > 1;
+        if (nanoseconds(now) - nanoseconds(status.st_ctim) < clockStep)
+            return stamp;
+        stamp.inode = status.st_ino;
+        stamp.size = static_cast<std::uint64_t>(status.st_size);
+        stamp.modified = nanoseconds(status.st_mtim);
+        stamp.changed = nanoseconds(status.st_ctim);
+        return stamp;
     }
 
     [[nodiscard]] bool isKnown() const { return changed != 0; }

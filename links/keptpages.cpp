@@ -49,6 +49,7 @@ struct KeptPages::Fresh
     std::vector<std::uint32_t> targets;
     std::vector<WebLink> missing;
     bool dependsOnDisk = false;
+    bool hasOpenLinks = false;
 
     static Fresh read(const std::string& path, SitePageReader& reader, std::int64_t clockStep)
     {
@@ -93,6 +94,7 @@ private:
     {
         Id folder = SiteTree::none; // of the page
         Id file = SiteTree::none;   // that the link leads to
+        bool isOpen = false;
     };
 
     void start(Id id, std::string_view base)
@@ -107,14 +109,18 @@ private:
         const bool hasFragment = value.find('#') != std::string_view::npos;
         isRemembered = isRemembered && digest.place != LinkPlace::UseMap;
         if (isRemembered && m_remembered[digest.text].folder == folder) {
-            addTarget(fresh, m_remembered[digest.text].file, hasFragment);
+            const Verdict& verdict = m_remembered[digest.text];
+            addTarget(fresh, verdict.file, hasFragment);
+            fresh.hasOpenLinks = fresh.hasOpenLinks || verdict.isOpen;
             return;
         }
         WebLink link = m_judge.judged(value, digest.place, m_page, m_id);
         const bool hasAskedDisk = m_judge.takeHasAskedDisk();
         fresh.dependsOnDisk = fresh.dependsOnDisk || hasAskedDisk;
+        const bool isOpen = link.state == LinkState::NotJudged && value.find_first_of("?#") > 0;
+        fresh.hasOpenLinks = fresh.hasOpenLinks || isOpen;
         if (isRemembered && !hasAskedDisk && isPresentInFolder(link, value))
-            m_remembered[digest.text] = {folder, link.file};
+            m_remembered[digest.text] = {folder, link.file, isOpen};
         addTarget(fresh, link.file, hasFragment);
         if (link.state != LinkState::Missing)
             return;
@@ -176,6 +182,15 @@ bool KeptPages::readChanged(SiteTree tree, const StillWanted& stillWanted)
     return false;
 }
 
+bool KeptPages::updateContents(const Folders& changedFolders, const SiteTree::Renamed& renamed,
+                               const WebRules& rules, const StillWanted& stillWanted)
+{
+    if (!mayTrust(changedFolders) || m_judged->rules() != rules)
+        return false;
+    const auto stale = staleIn(changedFolders, renamed);
+    return stale && bringUp(*stale, rules, stillWanted, {});
+}
+
 bool KeptPages::bringUp(const Numbers& stale, const WebRules& rules, const StillWanted& stillWanted,
                         const PageSink& read)
 {
@@ -206,29 +221,32 @@ bool KeptPages::mayTrust(const std::optional<Folders>& changedFolders) const
 }
 
 // Nothing where items have come or gone.
-std::optional<KeptPages::Numbers> KeptPages::staleIn(const Folders& folders) const
+std::optional<KeptPages::Numbers> KeptPages::staleIn(const Folders& folders,
+                                                     const SiteTree::Renamed& renamed) const
 {
     constexpr std::size_t mostFolders = 64;
     if (folders.size() > mostFolders)
         return std::nullopt;
-    Numbers stale;
-    for (std::uint32_t number = 0; number < m_pages.size(); ++number) {
-        if (!m_pages[number].unreadable.empty())
-            stale.push_back(number);
-    }
+    std::vector<bool> mayHaveChanged(m_tree->size());
     for (const std::string& path : folders) {
         const auto below = pathBelow(path, m_site.native());
         const Id folder = below ? m_tree->find(*below) : SiteTree::none;
-        if (folder == SiteTree::none || !m_tree->isAsOnDisk(folder))
+        if (folder == SiteTree::none || !m_tree->isAsOnDisk(folder, renamed))
             return std::nullopt;
-        for (std::uint32_t number = 0; number < m_pages.size(); ++number) {
-            const KeptPage& page = m_pages[number];
-            if (m_tree->parent(page.id) == folder && page.unreadable.empty() &&
-                (!page.stamp.isKnown() || page.stamp != FileStamp::of(m_tree->path(page.id), m_clockStep)))
-                stale.push_back(number);
-        }
+        mayHaveChanged[folder] = true;
     }
-    std::sort(stale.begin(), stale.end());
+    Numbers stale;
+    for (std::uint32_t number = 0; number < m_pages.size(); ++number) {
+        const KeptPage& page = m_pages[number];
+        // A file can be changed by a name of its that is elsewhere.
+        const bool isLookedAt = mayHaveChanged[m_tree->parent(page.id)] || page.stamp.isShared;
+        const bool isStale =
+            !page.unreadable.empty() ||
+            (isLookedAt &&
+             (!page.stamp.isKnown() || page.stamp != FileStamp::of(m_tree->path(page.id), m_clockStep)));
+        if (isStale && page.id != renamed.id)
+            stale.push_back(number);
+    }
     return stale;
 }
 
@@ -263,7 +281,7 @@ void KeptPages::takeTree(SiteTree tree)
         return;
     m_judged.reset();
     std::vector<StoredPage> old = takePages();
-    m_tree = std::make_unique<const SiteTree>(std::move(tree));
+    m_tree = std::make_shared<const SiteTree>(std::move(tree));
     auto next = old.begin();
     for (const Id id : m_tree->webPages()) {
         const std::string subpath = m_tree->subpath(id);
@@ -329,6 +347,7 @@ bool KeptPages::readAll(const StillWanted& stillWanted, const PageSink& read)
                 page.targets = std::move(fresh.targets);
                 page.missing = std::move(fresh.missing);
                 page.dependsOnDisk = fresh.dependsOnDisk;
+                page.hasOpenLinks = fresh.hasOpenLinks;
                 keep(page, std::move(fresh));
                 m_judged->anchors().lend(page.id, placesOf(page));
                 if (read)
@@ -403,6 +422,7 @@ bool KeptPages::judge(const Numbers& numbers, const StillWanted& stillWanted)
                     page.targets = std::move(fresh.targets);
                     page.missing = std::move(fresh.missing);
                     page.dependsOnDisk = fresh.dependsOnDisk;
+                    page.hasOpenLinks = fresh.hasOpenLinks;
                 }
             });
 }

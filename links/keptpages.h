@@ -34,6 +34,7 @@ struct KeptPage
     std::vector<WebLink> missing;
     bool dependsOnDisk =
         false; // its links lead through symbolic links to folders, of which the tree knows nothing
+    bool hasOpenLinks = false; // to a known path, but with server code in the query or fragment
 
     [[nodiscard]] bool leadsTo(SiteTree::Id file) const;
 };
@@ -63,6 +64,11 @@ public:
     /// Reads what has changed in the pages of `tree`. Where items have come or gone, links are judged no sooner than by the next
     /// update: of pages() only what they say is valid.
     bool readChanged(SiteTree tree, const StillWanted& stillWanted);
+    /// Brings up to date what is kept if that takes no look at all files: only these folders can have changed, and in them
+    /// nothing but the contents of files, and `renamed`, which keeps its old place in tree(). False where it takes one, or when
+    /// it was stopped.
+    bool updateContents(const Folders& changedFolders, const SiteTree::Renamed& renamed,
+                        const WebRules& rules, const StillWanted& stillWanted);
 
     /// Whether nothing is kept or stored.
     [[nodiscard]] bool isEmpty() const { return m_pages.empty() && m_stored.empty(); }
@@ -76,6 +82,7 @@ public:
     [[nodiscard]] const std::vector<KeptPage>& pages() const { return m_pages; }
     [[nodiscard]] const KeptPage* find(Id id) const;
     [[nodiscard]] const SiteTree& tree() const { return *m_tree; }
+    [[nodiscard]] const std::shared_ptr<const SiteTree>& sharedTree() const { return m_tree; }
     [[nodiscard]] BrowserSite& judgedSite() { return *m_judged; }
     [[nodiscard]] const AddressTexts& texts() const { return m_texts; }
 
@@ -91,7 +98,8 @@ private:
     using Numbers = std::vector<std::uint32_t>; // of pages, ascending
 
     [[nodiscard]] bool mayTrust(const std::optional<Folders>& changedFolders) const;
-    [[nodiscard]] std::optional<Numbers> staleIn(const Folders& folders) const;
+    [[nodiscard]] std::optional<Numbers> staleIn(const Folders& folders,
+                                                 const SiteTree::Renamed& renamed = {}) const;
     [[nodiscard]] std::optional<Numbers> findStale(const StillWanted& stillWanted) const;
     bool bringUp(const Numbers& stale, const WebRules& rules, const StillWanted& stillWanted,
                  const PageSink& read);
@@ -108,7 +116,7 @@ private:
 
     const std::filesystem::path m_site;
     const std::int64_t m_clockStep;
-    std::unique_ptr<const SiteTree> m_tree;
+    std::shared_ptr<const SiteTree> m_tree;
     std::unique_ptr<BrowserSite> m_judged; // none while judgements are missing
     std::vector<KeptPage> m_pages;
     std::vector<StoredPage> m_stored; // before the first update

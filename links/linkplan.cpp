@@ -145,14 +145,16 @@ public:
         for (const Id id : tree.webPages()) {
             const std::string path = tree.subpath(id);
             const std::optional<std::string> moved = m_places.movedPath(path);
-            if (!moved && linking && !linking->contains(path))
-                continue;
-            const std::string newPath = moved.value_or(path);
-            const fs::path newFile = m_request.site / newPath;
-            const std::string file = m_request.isRenamedAlready ? newFile.native() : tree.path(id);
-            if ((!moved && m_request.operation == MoveOperation::Copy) || isLinkIntoSite(tree, id, file))
-                continue;
-            m_found.push_back({file, tree.path(id), path, newPath, newFile, moved.has_value()});
+            if (moved || !linking || linking->contains(path))
+                add(tree, id, path, moved);
+        }
+    }
+
+    void addKnown(const SiteLinks::KnownSite& site)
+    {
+        for (const Id id : site.pages) {
+            const std::string path = site.tree->subpath(id);
+            add(*site.tree, id, path, m_places.movedPath(path));
         }
     }
 
@@ -182,6 +184,16 @@ public:
     [[nodiscard]] std::vector<Candidate> take() { return std::move(m_found); }
 
 private:
+    void add(const SiteTree& tree, Id id, const std::string& path, const std::optional<std::string>& moved)
+    {
+        const std::string newPath = moved.value_or(path);
+        const fs::path newFile = m_request.site / newPath;
+        const std::string file = m_request.isRenamedAlready ? newFile.native() : tree.path(id);
+        if ((!moved && m_request.operation == MoveOperation::Copy) || isLinkIntoSite(tree, id, file))
+            return;
+        m_found.push_back({file, tree.path(id), path, newPath, newFile, moved.has_value()});
+    }
+
     const MoveRequest& m_request;
     const MovedPlaces& m_places;
     std::vector<Candidate> m_found;
@@ -256,13 +268,16 @@ Result<void> planPages(LinkPlan& plan, const std::vector<Candidate>& candidates,
     return complete ? Result<void>() : stoppedError(plan.request.site);
 }
 
+bool areLinksKept(const MoveRequest& request)
+{
+    return request.keptLinks && request.keptLinks->site() == request.site;
+}
+
 // The pages that have to be read, as far as that is known.
 Result<std::optional<std::set<std::string>>> linkingPages(const MoveRequest& request, const MovedLinks& links,
                                                           SiteTree now, const StillWanted& stillWanted)
 {
-    const bool arePagesKept = request.operation == MoveOperation::Move && request.keptLinks &&
-                              request.keptLinks->site() == request.site;
-    if (!arePagesKept)
+    if (request.operation != MoveOperation::Move || !areLinksKept(request))
         return std::optional<std::set<std::string>>();
     SiteLinks::Wanted wanted{{}, links.places().namesInLinks()};
     for (const MovedPlaces::Item& item : links.items())
@@ -270,12 +285,39 @@ Result<std::optional<std::set<std::string>>> linkingPages(const MoveRequest& req
     return request.keptLinks->pagesLeadingTo(wanted, std::move(now), request.rules, stillWanted);
 }
 
-// `now`: the site, if the links need its tree.
-Result<void> addCandidates(Candidates& candidates, const MoveRequest& request, const MovedLinks& links,
-                           std::optional<SiteTree> now, const StillWanted& stillWanted)
+/// What is known of a site when a plan begins. Neither where its links don't need the tree.
+struct SiteNow
 {
-    if (now) {
-        const auto linking = linkingPages(request, links, *std::move(now), stillWanted);
+    std::optional<SiteLinks::KnownSite> known;
+    std::optional<SiteTree> tree; // just read
+};
+
+Result<SiteNow> siteNow(const MoveRequest& request, const StillWanted& stillWanted)
+{
+    SiteNow now;
+    if (request.items.empty() || !MovedLinks::needsTree(request))
+        return now;
+    if (areLinksKept(request))
+        now.known =
+            request.keptLinks->knownSite(request.items, request.isRenamedAlready, request.rules, stillWanted);
+    if (now.known)
+        return now;
+    auto tree = SiteTree::read(request.site, stillWanted);
+    if (!tree)
+        return tree.error();
+    now.tree = *std::move(tree);
+    return now;
+}
+
+Result<void> addCandidates(Candidates& candidates, const MoveRequest& request, const MovedLinks& links,
+                           SiteNow site, const StillWanted& stillWanted)
+{
+    if (site.known) {
+        candidates.addKnown(*site.known);
+        return {};
+    }
+    if (site.tree) {
+        const auto linking = linkingPages(request, links, *std::move(site.tree), stillWanted);
         if (!linking)
             return linking.error();
         candidates.addSite(*links.tree(), *linking);
@@ -324,18 +366,15 @@ Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWa
     plan.request.sourceRoot =
         request.sourceRoot.empty() ? plan.request.site : withoutEndSlashes(request.sourceRoot);
     checkItems(plan);
-    std::optional<SiteTree> now;
-    if (!plan.request.items.empty() && MovedLinks::needsTree(plan.request)) {
-        auto tree = SiteTree::read(plan.request.site, stillWanted);
-        if (!tree)
-            return tree.error();
-        now = *std::move(tree);
-    }
-    plan.links = MovedLinks::of(plan.request, now);
+    auto site = siteNow(plan.request, stillWanted);
+    if (!site)
+        return site.error();
+    plan.links = site->known ? MovedLinks::ofSite(plan.request, site->known->tree)
+                             : MovedLinks::of(plan.request, site->tree);
     if (plan.links->items().empty())
         return plan;
     Candidates candidates(plan.request, plan.links->places());
-    if (auto added = addCandidates(candidates, plan.request, *plan.links, std::move(now), stillWanted);
+    if (auto added = addCandidates(candidates, plan.request, *plan.links, *std::move(site), stillWanted);
         !added)
         return added.error();
     if (auto planned = planPages(plan, candidates.take(), stillWanted); !planned)

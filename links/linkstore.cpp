@@ -63,6 +63,7 @@ void appendStamp(std::string& bytes, const FileStamp& stamp)
     appendVarint(bytes, stamp.size);
     appendVarint(bytes, static_cast<std::uint64_t>(stamp.modified));
     appendVarint(bytes, static_cast<std::uint64_t>(stamp.changed));
+    appendVarint(bytes, stamp.isShared ? 1 : 0);
 }
 
 FileStamp readStamp(FieldReader& reader)
@@ -72,6 +73,7 @@ FileStamp readStamp(FieldReader& reader)
     stamp.size = reader.number();
     stamp.modified = static_cast<std::int64_t>(reader.number());
     stamp.changed = static_cast<std::int64_t>(reader.number());
+    stamp.isShared = reader.number() != 0;
     return stamp;
 }
 

@@ -54,19 +54,25 @@ bool MovedLinks::needsTree(const MoveRequest& request)
     return request.sourceRoot.empty() || request.sourceRoot == request.site;
 }
 
-std::shared_ptr<const MovedLinks> MovedLinks::of(const MoveRequest& request,
-                                                 const std::optional<SiteTree>& now)
+std::shared_ptr<const MovedLinks> MovedLinks::of(const MoveRequest& request, std::optional<SiteTree> now)
+{
+    const MovedLinks unread(request);
+    for (const MovedPlaces::Item& item : unread.m_items) {
+        if (now && request.isRenamedAlready)
+            now->putBack(now->find(item.to), item.from);
+    }
+    return ofSite(request, now ? std::make_shared<const SiteTree>(*std::move(now)) : nullptr);
+}
+
+std::shared_ptr<const MovedLinks> MovedLinks::ofSite(const MoveRequest& request,
+                                                     std::shared_ptr<const SiteTree> before)
 {
     std::shared_ptr<MovedLinks> links(new MovedLinks(request));
     if (links->m_items.empty() || !needsTree(request)) {
         links->m_places.emplace(links->m_items, nullptr, request.rules);
         return links;
     }
-    links->m_tree = now;
-    for (const MovedPlaces::Item& item : links->m_items) {
-        if (request.isRenamedAlready)
-            links->m_tree->putBack(links->m_tree->find(item.to), item.from);
-    }
+    links->m_tree = std::move(before);
     if (request.changesLinksOnly)
         links->m_places.emplace(MovedPlaces::ofTargets(links->m_items, request.rules));
     else

@@ -22,15 +22,17 @@ class MovedLinks final
 public:
     /// `request` has paths as checked by planMove(). `now`: what is in the site's folder, which must still be as it was before
     /// the move, but for isRenamedAlready; not needed where needsTree() says so.
-    static std::shared_ptr<const MovedLinks> of(const MoveRequest& request,
-                                                const std::optional<SiteTree>& now);
+    static std::shared_ptr<const MovedLinks> of(const MoveRequest& request, std::optional<SiteTree> now);
+    /// `before`: what was in the site's folder before the move.
+    static std::shared_ptr<const MovedLinks> ofSite(const MoveRequest& request,
+                                                    std::shared_ptr<const SiteTree> before);
     /// False where the items come from another root.
     static bool needsTree(const MoveRequest& request);
 
     [[nodiscard]] const MovedPlaces& places() const { return *m_places; }
     [[nodiscard]] const SiteAddresses& addresses() const { return m_addresses; }
     /// The site before the move. Null where the items come from another root: then only their own links change.
-    [[nodiscard]] const SiteTree* tree() const { return m_tree ? &*m_tree : nullptr; }
+    [[nodiscard]] const SiteTree* tree() const { return m_tree.get(); }
     /// The items that have a place in the site before and after the move, with their absolute paths in the same order.
     [[nodiscard]] const std::vector<MovedPlaces::Item>& items() const { return m_items; }
     [[nodiscard]] const std::vector<MovedItem>& movedItems() const { return m_movedItems; }
@@ -49,7 +51,7 @@ private:
     SiteAddresses m_addresses;
     std::vector<MovedPlaces::Item> m_items;
     std::vector<MovedItem> m_movedItems;
-    std::optional<SiteTree> m_tree;
+    std::shared_ptr<const SiteTree> m_tree;
     std::optional<MovedPlaces> m_places;
 };
 

@@ -11,6 +11,8 @@
 #include "links/unlinkedfiles.h"
 
 #include <algorithm>
+#include <chrono>
+#include <condition_variable>
 #include <deque>
 #include <utility>
 #include <vector>
@@ -73,10 +75,12 @@ public:
         return true;
     }
 
+    [[nodiscard]] bool isMoved(Id id) const { return m_isMeant[id]; }
+
     [[nodiscard]] bool mayBeIn(const KeptPage& page) const
     {
         // A base is no link, but leads somewhere, too.
-        if (!page.digest || !page.digest->base.empty() || page.dependsOnDisk)
+        if (!page.digest || !page.digest->base.empty() || page.dependsOnDisk || page.hasOpenLinks)
             return true;
         const auto isMeant = [this](std::uint32_t target) { return bool(m_isMeant[target / 2]); };
         return std::any_of(page.targets.begin(), page.targets.end(), isMeant) ||
@@ -119,6 +123,60 @@ void SiteLinks::endWatch()
 {
     const std::scoped_lock lock(m_changesMutex);
     m_isWatched = false;
+    m_watcher = {};
+}
+
+void SiteLinks::setWatcher(Watcher watcher)
+{
+    const std::scoped_lock lock(m_changesMutex);
+    m_watcher = std::move(watcher);
+}
+
+// A watcher that is slow to answer counts as silent.
+SiteLinks::Watch SiteLinks::askWatcher()
+{
+    constexpr std::chrono::milliseconds patience(500);
+    struct Answer
+    {
+        std::mutex mutex;
+        std::condition_variable isThere;
+        std::optional<bool> isAll;
+    };
+    Watcher watcher;
+    {
+        const std::scoped_lock lock(m_changesMutex);
+        watcher = m_watcher;
+    }
+    if (!watcher)
+        return Watch::Unasked;
+    const auto answer = std::make_shared<Answer>();
+    watcher([answer](bool isAll) {
+        const std::scoped_lock lock(answer->mutex);
+        answer->isAll = isAll;
+        answer->isThere.notify_all();
+    });
+    std::unique_lock lock(answer->mutex);
+    answer->isThere.wait_for(lock, patience, [&answer] { return answer->isAll.has_value(); });
+    return answer->isAll.value_or(false) ? Watch::Complete : Watch::Silent;
+}
+
+std::optional<KeptPages::Folders> SiteLinks::takeChanges()
+{
+    if (!m_isLocal)
+        m_isLocal = !isOnServer(m_site);
+    const std::scoped_lock lock(m_changesMutex);
+    if (!m_isWatched || !*m_isLocal)
+        return std::nullopt;
+    return std::exchange(m_changes, KeptPages::Folders());
+}
+
+void SiteLinks::putChangesBack(const std::optional<KeptPages::Folders>& changes)
+{
+    const std::scoped_lock lock(m_changesMutex);
+    if (changes && m_changes)
+        m_changes->insert(changes->begin(), changes->end());
+    else
+        m_changes.reset();
 }
 
 std::size_t SiteLinks::readCount() const
@@ -127,19 +185,55 @@ std::size_t SiteLinks::readCount() const
     return m_pages.readCount();
 }
 
-Result<bool> SiteLinks::update(const WebRules& rules, const StillWanted& stillWanted,
+Result<bool> SiteLinks::update(Watch watch, const WebRules& rules, const StillWanted& stillWanted,
                                const KeptPages::PageSink& read)
 {
-    if (!m_isLocal)
-        m_isLocal = !isOnServer(m_site);
-    std::optional<KeptPages::Folders> changes;
-    {
-        const std::scoped_lock lock(m_changesMutex);
-        if (m_isWatched && *m_isLocal)
-            changes = std::exchange(m_changes, KeptPages::Folders());
-    }
+    auto changes = takeChanges();
+    if (watch == Watch::Silent)
+        changes.reset();
     load();
     return m_pages.update(rules, changes, stillWanted, read);
+}
+
+std::optional<SiteLinks::KnownSite> SiteLinks::knownSite(const std::vector<MovedItem>& items, bool isRenamed,
+                                                         const WebRules& rules,
+                                                         const StillWanted& stillWanted)
+{
+    if ((isRenamed && items.size() != 1) || askWatcher() != Watch::Complete)
+        return std::nullopt;
+    const std::unique_lock lock(m_mutex, std::try_to_lock);
+    if (!lock || m_pages.pages().empty())
+        return std::nullopt;
+    const auto subpathOf = [this](const fs::path& path) {
+        return std::string(pathBelow(path.native(), m_site.native()).value_or(""));
+    };
+    SiteTree::Renamed renamed;
+    if (isRenamed) {
+        const std::string place = subpathOf(items.front().to);
+        renamed = {m_pages.tree().find(subpathOf(items.front().from)), m_pages.tree().find(folderPart(place)),
+                   std::string(namePart(place))};
+        if (renamed.id == SiteTree::none || renamed.newFolder == SiteTree::none)
+            return std::nullopt;
+    }
+    const auto changes = takeChanges();
+    const bool isKnown = changes && m_pages.updateContents(*changes, renamed, rules, stillWanted);
+    // The item has its old place in the tree.
+    if (!isKnown || isRenamed)
+        putChangesBack(changes);
+    if (!isKnown)
+        return std::nullopt;
+    ItemLinks links(m_pages.tree());
+    for (const MovedItem& item : items) {
+        const std::string subpath = subpathOf(item.from);
+        if (!subpath.empty() && !links.add(subpath, rules))
+            return std::nullopt;
+    }
+    KnownSite known{m_pages.sharedTree(), {}};
+    for (const KeptPage& page : m_pages.pages()) {
+        if (links.isMoved(page.id) || links.mayBeIn(page))
+            known.pages.push_back(page.id);
+    }
+    return known;
 }
 
 void SiteLinks::load()
@@ -214,13 +308,14 @@ void SiteLinks::store()
 Result<bool> SiteLinks::findMissing(const WebRules& rules, const WebPageSink& sink,
                                     const StillWanted& stillWanted)
 {
+    const Watch watch = askWatcher();
     const std::scoped_lock lock(m_mutex);
     const auto deliver = [&](const KeptPage& page) {
         if (!page.missing.empty() || !page.unreadable.empty())
             sink({m_pages.tree().subpath(page.id), page.unreadable, page.missing});
     };
     bool isDelivered = false;
-    auto done = update(rules, stillWanted, [&](const KeptPage& page) {
+    auto done = update(watch, rules, stillWanted, [&](const KeptPage& page) {
         isDelivered = true;
         deliver(page);
     });
@@ -237,13 +332,14 @@ Result<bool> SiteLinks::findMissing(const WebRules& rules, const WebPageSink& si
 Result<WebPage> SiteLinks::findFrom(const fs::path& page, const WebRules& rules,
                                     const StillWanted& stillWanted)
 {
+    const Watch watch = askWatcher();
     // One page alone is read sooner than all.
     const std::unique_lock lock(m_mutex, std::try_to_lock);
     if (lock)
         load();
     if (!lock || m_pages.isEmpty())
         return checkWebPage(m_site, page, rules);
-    const auto done = update(rules, stillWanted);
+    const auto done = update(watch, rules, stillWanted);
     if (!done)
         return done.error();
     if (!*done)
@@ -259,8 +355,9 @@ Result<WebPage> SiteLinks::findFrom(const fs::path& page, const WebRules& rules,
 Result<bool> SiteLinks::findTo(const fs::path& target, const WebRules& rules, const WebPageSink& sink,
                                const StillWanted& stillWanted)
 {
+    const Watch watch = askWatcher();
     const std::scoped_lock lock(m_mutex);
-    if (const auto done = update(rules, stillWanted); !done || !*done)
+    if (const auto done = update(watch, rules, stillWanted); !done || !*done)
         return done;
     const SiteTree& tree = m_pages.tree();
     const std::string subpath = target.lexically_relative(m_site).native();
@@ -297,8 +394,9 @@ Result<bool> SiteLinks::findTo(const fs::path& target, const WebRules& rules, co
 Result<bool> SiteLinks::findUnlinked(const WebRules& rules, std::string_view excludedFolders,
                                      const UnlinkedItemsCallbacks& callbacks)
 {
+    const Watch watch = askWatcher();
     const std::scoped_lock lock(m_mutex);
-    const auto done = update(rules, callbacks.stillWanted, [&](const KeptPage& page) {
+    const auto done = update(watch, rules, callbacks.stillWanted, [&](const KeptPage& page) {
         if (callbacks.examining)
             callbacks.examining(m_pages.tree().subpath(page.id));
     });

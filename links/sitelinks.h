@@ -3,10 +3,13 @@
 
 #include "links/browserreports.h"
 #include "links/keptpages.h"
+#include "links/linkmapping.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
@@ -39,6 +42,12 @@ public:
     void noteChanges(const std::optional<KeptPages::Folders>& folders);
     void endWatch();
 
+    using Told = std::function<void(bool isAll)>;
+    using Watcher = std::function<void(const Told& told)>;
+    /// How to ask the watcher, until endWatch(). It has to pass all that it has seen until then on to noteChanges() and then to
+    /// call `told`, on any thread; with false where there is no watcher any more.
+    void setWatcher(Watcher watcher);
+
     /// As checkWebLinks() with FindingsKept::Missing. The first time, pages come while others are still being read.
     Result<bool> findMissing(const WebRules& rules, const WebPageSink& page,
                              const StillWanted& stillWanted = {});
@@ -51,6 +60,20 @@ public:
     /// As findWebUnlinked().
     Result<bool> findUnlinked(const WebRules& rules, std::string_view excludedFolders,
                               const UnlinkedItemsCallbacks& callbacks);
+
+    /// The site before a move.
+    struct KnownSite
+    {
+        std::shared_ptr<const SiteTree> tree;
+        /// The pages and style sheets that move or may have a link to what moves, in the order of the tree's files.
+        std::vector<SiteTree::Id> pages;
+    };
+    /// What a plan for these items (absolute paths) needs to know, from what is kept and without a look at all files. That
+    /// takes a watcher that has told of every change; it is asked for the last ones. `isRenamed`: the one item has its new
+    /// place already. Nothing where that does not do: without a watcher, where items have come or gone that are not in the
+    /// tree yet, with symbolic links in the site, or when it was stopped.
+    std::optional<KnownSite> knownSite(const std::vector<MovedItem>& items, bool isRenamed,
+                                       const WebRules& rules, const StillWanted& stillWanted);
 
     /// Items of the site and how links to them can be recognised.
     struct Wanted
@@ -72,9 +95,14 @@ public:
     [[nodiscard]] std::size_t readCount() const;
 
 private:
+    enum class Watch : std::uint8_t { Complete, Silent, Unasked };
+
+    Watch askWatcher();
+    std::optional<KeptPages::Folders> takeChanges();
+    void putChangesBack(const std::optional<KeptPages::Folders>& changes);
     void load();
     [[nodiscard]] std::set<std::string> pagesWriting(const std::vector<std::string>& names) const;
-    Result<bool> update(const WebRules& rules, const StillWanted& stillWanted,
+    Result<bool> update(Watch watch, const WebRules& rules, const StillWanted& stillWanted,
                         const KeptPages::PageSink& read = {});
 
     const std::filesystem::path m_site;
@@ -87,6 +115,7 @@ private:
     std::mutex m_changesMutex;
     bool m_isWatched = false;
     std::optional<KeptPages::Folders> m_changes; // since the last update; none: anything
+    Watcher m_watcher;
 };
 
 } // namespace luma

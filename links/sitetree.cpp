@@ -166,14 +166,16 @@ SiteTree::Id SiteTree::child(Id folder, std::string_view wanted) const
     return none;
 }
 
-bool SiteTree::isAsOnDisk(Id folder) const
+bool SiteTree::isAsOnDisk(Id folder, const Renamed& renamed) const
 {
-    const auto items = itemsIn(path(folder));
+    auto items = itemsIn(path(folder));
     if (!items || m_entries[folder].type != Type::Folder)
         return false;
+    if (folder == renamed.newFolder)
+        std::erase_if(*items, [&renamed](const Item& item) { return item.name() == renamed.newName; });
     auto item = items->begin();
     for (Id id = folder + 1; id < m_entries.size(); ++id) {
-        if (m_entries[id].parent != folder)
+        if (m_entries[id].parent != folder || id == renamed.id)
             continue;
         const bool isSame =
             item != items->end() && item->name() == name(id) && (item->type == m_entries[id].type);

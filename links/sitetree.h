@@ -59,8 +59,15 @@ public:
     [[nodiscard]] Id child(Id folder, std::string_view name) const;
     /// The item at `subpath`, or none.
     [[nodiscard]] Id find(std::string_view subpath) const;
-    /// Whether the folder on the disk holds the items that it has here.
-    [[nodiscard]] bool isAsOnDisk(Id folder) const;
+    /// An item that has another place on the disk already.
+    struct Renamed
+    {
+        Id id = none;
+        Id newFolder = none;
+        std::string newName;
+    };
+    /// Whether the folder on the disk holds the items that it has here, but for that one.
+    [[nodiscard]] bool isAsOnDisk(Id folder, const Renamed& renamed) const;
     /// Whether the other tree has the same items with the same numbers.
     [[nodiscard]] bool hasSameItems(const SiteTree& other) const
     {

@@ -60,32 +60,76 @@ double memoryInUse()
     return static_cast<double>(resident) * pagesToMegabytes;
 }
 
-// Renames TARGET there and back; gives the pages that it rewrites.
-std::vector<fs::path> renamed(const fs::path& site, const fs::path& target,
-                              const std::shared_ptr<SiteLinks>& links)
+/// Renames TARGET there and back, again and again. Between the renames, what is kept is brought up to date, as in a pane.
+class Renames final
 {
-    const fs::path other = target.native() + ".renamed";
-    std::vector<fs::path> pages;
-    for (const MovedItem& item : {MovedItem{target, other}, MovedItem{other, target}}) {
-        MoveRequest request{site, {}, MoveOperation::Move, {item}, {}};
-        request.keptLinks = links;
-        const auto plan = planMove(request);
-        pages = SiteMoves::open(site)->carryOut(*plan).rewritten;
-    }
-    return pages;
-}
+public:
+    Renames(fs::path site, fs::path target, std::shared_ptr<SiteLinks> links)
+        : m_site(std::move(site)), m_target(std::move(target)), m_links(std::move(links))
+    {}
 
-void showRename(const fs::path& site, const fs::path& target, const std::shared_ptr<SiteLinks>& links)
-{
-    std::vector<fs::path> pages;
-    const double time = median([&] { pages = renamed(site, target, links); }) / 2;
-    const double writing = median([&] {
-        for (const fs::path& page : pages)
+    void watch()
+    {
+        m_isWatched = true;
+        m_links->setWatcher([](const SiteLinks::Told& told) { told(true); });
+        m_links->noteChanges({});
+        (void)*m_links->findMissing({}, [](const WebPage&) {});
+    }
+
+    void show(const char* what)
+    {
+        std::vector<double> plans;
+        std::vector<double> all;
+        std::vector<double> writings;
+        for (int round = 0; round < rounds; ++round) {
+            const fs::path other = m_target.native() + ".renamed";
+            for (const MovedItem& item : {MovedItem{m_target, other}, MovedItem{other, m_target}}) {
+                const Stopwatch watch;
+                const LinkPlan plan = planned(item);
+                plans.push_back(watch.milliseconds());
+                m_pages = SiteMoves::open(m_site)->carryOut(plan).rewritten;
+                all.push_back(watch.milliseconds());
+                tell();
+                (void)*m_links->findMissing({}, [](const WebPage&) {});
+                writings.push_back(measured([this] { write(); }));
+                tell();
+            }
+        }
+        const double writing = bench::middle(writings);
+        std::printf("%-42s %9.1f ms %8.3f of writing its %zu pages; the plan %.1f ms\n", what,
+                    bench::middle(all), bench::middle(all) / writing, m_pages.size(), bench::middle(plans));
+    }
+
+private:
+    [[nodiscard]] LinkPlan planned(const MovedItem& item) const
+    {
+        MoveRequest request{m_site, {}, MoveOperation::Move, {item}, {}};
+        request.keptLinks = m_links;
+        return *planMove(request);
+    }
+
+    void write() const
+    {
+        for (const fs::path& page : m_pages)
             (void)writeFile(page, *readFile(page));
-    });
-    std::printf("%-42s %9.1f ms %8.3f of writing its %zu pages\n", "rename of a file", time, time / writing,
-                pages.size());
-}
+    }
+
+    // What the watcher would.
+    void tell() const
+    {
+        KeptPages::Folders folders = {m_target.parent_path()};
+        for (const fs::path& page : m_pages)
+            folders.insert(page.parent_path());
+        if (m_isWatched)
+            m_links->noteChanges(folders);
+    }
+
+    fs::path m_site;
+    fs::path m_target;
+    std::shared_ptr<SiteLinks> m_links;
+    std::vector<fs::path> m_pages; // that are rewritten
+    bool m_isWatched = false;
+};
 
 } // namespace
 
@@ -131,7 +175,10 @@ int main(int argc, char** argv)
              report();
          }),
          cold);
-    showRename(site, site / argv[3], links);
+    Renames renames(site, site / argv[3], links);
+    renames.show("rename of a file without a watcher");
+    renames.watch();
+    renames.show("rename of a file");
     std::printf("%-42s %9zu pages\n", "read in spite of the store", links->readCount());
     std::error_code error;
     const auto size = fs::file_size(LinkStore(site).file(), error);

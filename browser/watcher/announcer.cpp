@@ -10,42 +10,78 @@
 #include <unistd.h>
 
 #include <climits>
+#include <string_view>
 
 namespace luma {
+
+namespace {
+
+bool isPipe()
+{
+    struct stat status = {};
+    return ::fstat(STDOUT_FILENO, &status) == 0 && S_ISFIFO(status.st_mode);
+}
+
+// In one piece, which a pipe takes whole or not at all (POSIX, write()): a reader that is busy never blocks the watcher.
+bool written(const std::string& text)
+{
+    const int flags = ::fcntl(STDOUT_FILENO, F_GETFL);
+    ::fcntl(STDOUT_FILENO, F_SETFL, flags | O_NONBLOCK);
+    return ::write(STDOUT_FILENO, text.data(), text.size()) == static_cast<ssize_t>(text.size());
+}
+
+std::string textOf(const std::optional<std::set<std::string>>& folders, std::string_view mark)
+{
+    constexpr std::size_t spaceForNumber = 64;
+    std::string text;
+    if (folders) {
+        for (const std::string& folder : *folders)
+            text.append(mark).append(folder).push_back('\0');
+    }
+    return text.size() + spaceForNumber > PIPE_BUF || !folders ? std::string(mark) + '\0' : text;
+}
+
+} // namespace
 
 Announcer::Announcer(const QString& caption)
     : m_name(QLatin1String("folderChanged") + caption),
       m_object(QString::number(QCoreApplication::applicationPid()))
 {}
 
-void Announcer::changed(std::optional<std::set<std::string>> folders)
+void Announcer::changed(const Folders& folders)
 {
+    note(folders);
     m_pending = true;
-    if (!folders)
-        m_folders.reset();
-    else if (m_folders)
-        m_folders->merge(*folders);
 }
 
-// In one piece, which a pipe takes whole or not at all (POSIX, write()): a reader that is busy never blocks the watcher.
+void Announcer::note(const Folders& folders)
+{
+    for (Folders* const noted : {&m_folders, &m_unanswered}) {
+        if (!folders)
+            noted->reset();
+        else if (*noted)
+            (*noted)->insert(folders->begin(), folders->end());
+    }
+}
+
 void Announcer::writeFolders()
 {
-    struct stat status = {};
-    if (::fstat(STDOUT_FILENO, &status) != 0 || !S_ISFIFO(status.st_mode))
+    if (!isPipe())
         return;
-    std::string text;
-    if (m_folders) {
-        for (const std::string& folder : *m_folders)
-            text.append(folder).push_back('\0');
-    }
-    if (text.empty() || text.size() > PIPE_BUF)
-        text.assign(1, '\0');
-    const int flags = ::fcntl(STDOUT_FILENO, F_GETFL);
-    ::fcntl(STDOUT_FILENO, F_SETFL, flags | O_NONBLOCK);
-    if (::write(STDOUT_FILENO, text.data(), text.size()) == static_cast<ssize_t>(text.size()))
+    const std::string text = textOf(m_folders, "");
+    if (written(text.empty() ? std::string(1, '\0') : text))
         m_folders = std::set<std::string>();
     else
         m_folders.reset();
+}
+
+void Announcer::answer(const std::string& question)
+{
+    constexpr std::string_view mark = "=";
+    if (isPipe() && written(textOf(m_unanswered, mark).append(mark).append(question) + '\0'))
+        m_unanswered = std::set<std::string>();
+    else
+        m_unanswered.reset();
 }
 
 int Announcer::postIfDue()

@@ -14,9 +14,10 @@ namespace luma {
 
 namespace {
 
-constexpr std::uint32_t interesting = IN_CREATE | IN_DELETE | IN_CLOSE_WRITE | IN_ATTRIB | IN_MOVED_FROM |
-                                      IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF | IN_EXCL_UNLINK |
-                                      IN_ONLYDIR;
+// A file that is being written is a change when it is closed; until then, the folder is only noted.
+constexpr std::uint32_t interesting = IN_CREATE | IN_DELETE | IN_MODIFY | IN_CLOSE_WRITE | IN_ATTRIB |
+                                      IN_MOVED_FROM | IN_MOVED_TO | IN_DELETE_SELF | IN_MOVE_SELF |
+                                      IN_EXCL_UNLINK | IN_ONLYDIR;
 constexpr int lookAroundEvery = 2000;
 
 bool operator<(const timespec& a, const timespec& b)
@@ -59,6 +60,8 @@ void FolderTreeWatch::setUp()
     m_inotify.reset(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC));
     struct stat status = {};
     m_rootGone = ::stat(m_root.c_str(), &status) != 0;
+    m_device = status.st_dev;
+    m_hasOtherDevice = false;
     if (!m_rootGone)
         addTree(m_root.native());
 }
@@ -72,7 +75,7 @@ void FolderTreeWatch::addTree(const std::string& folder)
         waiting.pop_back();
         if (!addFolder(next))
             continue;
-        noteEarlyChange(next);
+        noteState(next);
         for (std::string& below : foldersIn(next))
             waiting.push_back(std::move(below));
     }
@@ -99,10 +102,15 @@ bool FolderTreeWatch::addFolder(const std::string& folder)
 }
 
 /// Detects changes made before the folder was watched.
-void FolderTreeWatch::noteEarlyChange(const std::string& folder)
+void FolderTreeWatch::noteState(const std::string& folder)
 {
-    if (m_since < changeTime(folder))
+    struct stat status = {};
+    if (::stat(folder.c_str(), &status) != 0)
+        return;
+    if (m_since < status.st_ctim)
         m_changedMeanwhile = true;
+    if (status.st_dev != m_device)
+        m_hasOtherDevice = true;
 }
 
 void FolderTreeWatch::forget(int watch)
@@ -162,10 +170,10 @@ bool FolderTreeWatch::readEvents()
         const ssize_t length = ::read(m_inotify.get(), buffer.data(), buffer.size());
         if (length <= 0)
             break;
-        changed = true;
         for (ssize_t at = 0; at < length;) {
             const auto* event = reinterpret_cast<const inotify_event*>(buffer.data() + at);
             overflowed = overflowed || (event->mask & IN_Q_OVERFLOW) != 0;
+            changed = changed || (event->mask & IN_MODIFY) == 0;
             if (!overflowed)
                 handle(*event);
             at += static_cast<ssize_t>(sizeof(inotify_event) + event->len);

@@ -36,6 +36,8 @@ public:
     std::optional<std::set<std::string>> takeChangedFolders();
     /// Polls what inotify does not report. True if something has changed.
     bool lookAround();
+    /// Whether no change can be missed: every folder has a watch, and none is on another file system, perhaps a network's.
+    [[nodiscard]] bool isComplete() const { return !m_rootGone && m_lookedAt.empty() && !m_hasOtherDevice; }
     [[nodiscard]] std::size_t watchCount() const { return m_pathByWatch.size(); }
 
 private:
@@ -47,6 +49,8 @@ private:
     std::map<std::string, timespec> m_lookedAt;
     timespec m_since;
     std::optional<std::set<std::string>> m_changedFolders;
+    dev_t m_device = 0; // of the root
+    bool m_hasOtherDevice = false;
     bool m_rootGone = false;
     bool m_changedMeanwhile = false;
 
@@ -56,7 +60,7 @@ private:
     void removeTree(const std::string& folder);
     void forget(int watch);
     void handle(const inotify_event& event);
-    void noteEarlyChange(const std::string& folder);
+    void noteState(const std::string& folder);
 };
 
 } // namespace luma

@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
+#include <string>
 
 using namespace luma;
 using Clock = std::chrono::steady_clock;
@@ -33,11 +34,31 @@ int terminationDescriptor()
     return ::signalfd(-1, &endings, SFD_CLOEXEC);
 }
 
-/// Whether the other end of standard input is closed.
-bool parentIsGone(short events)
+/// Reads questions, which are numbers, each followed by a line end. False when the other end of standard input is closed.
+bool readQuestions(std::string& questions)
 {
-    std::array<char, 256> ignored = {};
-    return events != 0 && ::read(STDIN_FILENO, ignored.data(), ignored.size()) <= 0;
+    std::array<char, 256> buffer = {};
+    const ssize_t length = ::read(STDIN_FILENO, buffer.data(), buffer.size());
+    if (length > 0)
+        questions.append(buffer.data(), static_cast<std::size_t>(length));
+    return length > 0;
+}
+
+/// The answer to the last question is one to all.
+void answer(std::string& questions, FolderTreeWatch& tree, Announcer& announcer)
+{
+    const std::size_t end = questions.rfind('\n');
+    if (end == std::string::npos)
+        return;
+    const std::string whole = questions.substr(0, end);
+    questions.erase(0, end + 1);
+    if (tree.readEvents())
+        announcer.changed(tree.takeChangedFolders());
+    else
+        announcer.note(tree.takeChangedFolders());
+    if (!tree.isComplete())
+        announcer.note({});
+    announcer.answer(whole.substr(whole.rfind('\n') + 1));
 }
 
 int soonest(int a, int b)
@@ -48,14 +69,16 @@ int soonest(int a, int b)
 void watch(const std::filesystem::path& folder, const timespec& since, Announcer& announcer, int termination)
 {
     FolderTreeWatch tree(folder, since);
+    std::string questions;
     auto lastLook = Clock::now();
     for (;;) {
         const int due = announcer.postIfDue();
         std::array<pollfd, 3> sources = {
             {{tree.descriptor(), POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}, {termination, POLLIN, 0}}};
         ::poll(sources.data(), sources.size(), soonest(due, tree.patience()));
-        if (sources[2].revents != 0 || parentIsGone(sources[1].revents))
+        if (sources[2].revents != 0 || (sources[1].revents != 0 && !readQuestions(questions)))
             return;
+        answer(questions, tree, announcer);
         if (sources[0].revents != 0 && tree.readEvents())
             announcer.changed(tree.takeChangedFolders());
         const int patience = tree.patience();
@@ -71,7 +94,7 @@ void watch(const std::filesystem::path& folder, const timespec& since, Announcer
 
 /// Watches a folder recursively and posts the notification "folderChanged" followed by the caption, with this
 /// process's id as its object, whenever something in it has changed, also between SINCE (nanoseconds of the system's
-/// clock, by default now) and its start. Ends on SIGTERM, or when standard input is closed.
+/// clock, by default now) and its start. Answers questions on standard input (Announcer). Ends on SIGTERM, or when standard input is closed.
 int main(int argc, char** argv)
 {
     const int termination = terminationDescriptor();

@@ -103,6 +103,39 @@ private slots:
         QVERIFY(!m_watcher->takeChangedFolders());
     }
 
+    void question_isAnsweredWithAllUntilThen()
+    {
+        fs::create_directories(at("deep/a"));
+        fs::create_directories(at("deep/b"));
+        m_watcher->start(QStringLiteral("Source"), at(""));
+        const auto asked = [this] {
+            std::optional<std::string> named;
+            m_watcher->askForChanges([&named](bool isWatching, const FolderWatcher::Folders& folders) {
+                named = isWatching ? "" : "not watching";
+                if (isWatching && !folders)
+                    named = "any";
+                for (const std::string& folder : folders.value_or(std::set<std::string>()))
+                    *named += fs::path(folder).filename().native() + " ";
+            });
+            (void)QTest::qWaitFor([&named] { return named.has_value(); }, 20000);
+            return named.value_or("no answer");
+        };
+        QCOMPARE(asked(), std::string("any"));
+        // Until it has seen that the new folders are older than it.
+        QTRY_COMPARE(asked(), std::string());
+        put("deep/b/new.html");
+        QCOMPARE(asked(), std::string("b "));
+        // While it is being written.
+        std::ofstream open(at("deep/b/new.html"));
+        open << "<a href=" << std::flush;
+        put("deep/a/new.html");
+        QCOMPARE(asked(), std::string("a b "));
+        open << "x>" << std::flush;
+        QCOMPARE(asked(), std::string("b "));
+        m_watcher->stop();
+        QCOMPARE(asked(), std::string("not watching"));
+    }
+
     void watcherThatEnds_isTold()
     {
         QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);

@@ -10,6 +10,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <map>
 #include <optional>
 
 using namespace luma;
@@ -267,24 +268,82 @@ private slots:
         MoveRequest request{site.root(), {}, MoveOperation::Move, {{site.at(item), site.at(place)}}, {},
                             false,       {}};
         const auto links = std::make_shared<SiteLinks>(site.root(), SiteLinks::Keeping::InMemory, 0);
+        const auto watched = std::make_shared<SiteLinks>(site.root(), SiteLinks::Keeping::InMemory, 0);
+        watched->setWatcher([&](const SiteLinks::Told& told) {
+            watched->noteChanges(KeptPages::Folders{site.at(item).parent_path()});
+            told(true);
+        });
+        watched->noteChanges({});
         QVERIFY(*links->findMissing({}, [](const WebPage&) {}));
-        std::string plans[4];
-        for (int i = 0; i < 4; ++i) {
-            if (i == 2) {
+        QVERIFY(*watched->findMissing({}, [](const WebPage&) {}));
+        std::map<std::string, std::string> plans[6]; // edits by page
+        for (int i = 0; i < 6; ++i) {
+            if (i == 3) {
                 fs::rename(site.at(item), site.at(place));
                 request.isRenamedAlready = true;
             }
-            request.keptLinks = i % 2 == 0 ? nullptr : links;
+            request.keptLinks = i % 3 == 0 ? nullptr : i % 3 == 1 ? links : watched;
+            QVERIFY(i % 3 != 2 || watched->knownSite(request.items, request.isRenamedAlready, {}, {}));
             const auto plan = planMove(request);
             QVERIFY(plan && !plan->pages.empty());
             for (const PageRewrite& page : plan->pages) {
-                plans[i] += page.oldPage.native() + "\n";
+                std::string& edits = plans[i][page.oldPage.native()];
                 for (const LinkEdit& edit : page.edits)
-                    plans[i] += std::to_string(edit.begin) + " " + edit.before + " " + edit.after + "\n";
+                    edits += std::to_string(edit.begin) + " " + edit.before + " " + edit.after + "\n";
             }
         }
         QCOMPARE(plans[1], plans[0]);
-        QCOMPARE(plans[3], plans[2]);
+        QCOMPARE(plans[2], plans[0]);
+        QCOMPARE(plans[4], plans[3]);
+        QCOMPARE(plans[5], plans[3]);
+    }
+
+    void watchedSite_isKnownUntilNow()
+    {
+        const Site elsewhere(test::Files{{"shared", ""}});
+        const Site site({{"a.html", "<a href=docs/>"},
+                         {"b.html", ""},
+                         {"d.php", "<a href='docs/x.png?<?= $id ?>'>"},
+                         {"docs/index.html", ""}});
+        fs::create_hard_link(elsewhere.at("shared"), site.at("c.html"));
+        SiteLinks links(site.root(), SiteLinks::Keeping::InMemory, 0);
+        KeptPages::Folders changed;
+        bool isWatching = true;
+        const auto known = [&] {
+            const auto pages = links.knownSite({{site.at("docs"), site.at("d")}}, false, {}, {});
+            std::string names = pages ? "" : "unknown";
+            for (std::size_t i = 0; pages && i < pages->pages.size(); ++i)
+                names += pages->tree->subpath(pages->pages[i]) + " ";
+            return names;
+        };
+        const auto report = [&] { return links.findMissing({}, [](const WebPage&) {}); };
+        QVERIFY(report());
+        QCOMPARE(known(), std::string("unknown"));
+        links.noteChanges({});
+        links.setWatcher([&](const SiteLinks::Told& told) {
+            links.noteChanges(std::exchange(changed, {}));
+            told(isWatching);
+        });
+        QCOMPARE(known(), std::string("unknown"));
+        QVERIFY(report());
+        QCOMPARE(known(), std::string("a.html d.php docs/index.html "));
+        // What the watcher tells only now.
+        site.put("b.html", "<img src=docs/gone.png>");
+        changed = {site.root()};
+        QCOMPARE(known(), std::string("a.html b.html d.php docs/index.html "));
+        // Changed by its other name, which no watcher sees.
+        elsewhere.put("shared", "<a href=/docs/>");
+        QCOMPARE(known(), std::string("a.html b.html c.html d.php docs/index.html "));
+        site.put("e.html", "");
+        changed = {site.root()};
+        QCOMPARE(known(), std::string("unknown"));
+        QVERIFY(report());
+        QCOMPARE(known(), std::string("a.html b.html c.html d.php docs/index.html "));
+        isWatching = false;
+        QCOMPARE(known(), std::string("unknown"));
+        isWatching = true;
+        links.endWatch();
+        QCOMPARE(known(), std::string("unknown"));
     }
 
     void pagesLeadingTo_areFew()
