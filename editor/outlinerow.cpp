@@ -6,24 +6,62 @@
 #include "html/element.h"
 #include "html/serializer.h"
 
+#include <string>
+#include <string_view>
+
 namespace luma {
+
+namespace {
+
+using Kind = OutlinePart::Kind;
+
+/// Calls `take` with the kind and the text of each part, in UTF-8.
+template <class Take>
+void forEachPart(const html::Element& element, const Take& take)
+{
+    if (html::isServerCode(element)) {
+        take(Kind::Code, simplified(html::codeOf(element)));
+        return;
+    }
+    take(Kind::Mark, "<");
+    take(Kind::Tag, html::withUnspelledCode(element.tagName()));
+    std::string_view separator = " ";
+    for (const html::Attribute& attribute : element.attributes()) {
+        take(Kind::Mark, separator);
+        separator = ", ";
+        const std::string name = html::withUnspelledCode(attribute.name);
+        if (name != attribute.name && attribute.value.empty()) {
+            take(Kind::Code, name);
+            continue;
+        }
+        const bool isKey = name == "id" || name == "class";
+        take(Kind::Name, name);
+        take(isKey ? Kind::KeyValue : Kind::Value,
+             html::withUnspelledCode(html::markup(attribute).substr(attribute.name.size())));
+    }
+    take(Kind::Mark, ">");
+    if (const std::string own = element.ownText(); !own.empty()) {
+        take(Kind::Mark, " ");
+        take(Kind::Text, own);
+    }
+}
+
+} // namespace
+
+std::vector<OutlinePart> outlineParts(const html::Element& element)
+{
+    std::vector<OutlinePart> parts;
+    forEachPart(element, [&parts](Kind kind, std::string_view text) {
+        parts.push_back({kind, QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))});
+    });
+    return parts;
+}
 
 QString outlineRowText(const html::Element& element)
 {
-    if (html::isServerCode(element))
-        return QString::fromStdString(simplified(html::codeOf(element)));
-    std::string text = "<" + html::withUnspelledCode(element.tagName());
-    const char* separator = " ";
-    for (const html::Attribute& attribute : element.attributes()) {
-        const std::string name = html::withUnspelledCode(attribute.name);
-        const bool isCode = name != attribute.name && attribute.value.empty();
-        text.append(separator).append(isCode ? name : html::withUnspelledCode(html::markup(attribute)));
-        separator = ", ";
-    }
-    text += '>';
-    if (const std::string own = element.ownText(); !own.empty())
-        text.append(" ").append(own);
-    return QString::fromStdString(text);
+    std::string row;
+    forEachPart(element, [&row](Kind, std::string_view text) { row += text; });
+    return QString::fromStdString(row);
 }
 
 } // namespace luma

@@ -3,14 +3,26 @@
 
 #include <QString>
 
+#include <vector>
+
 namespace luma::html {
 class Element;
 }
 
 namespace luma {
 
-/// The whole text of an element's row in the outline: its tag with all attributes, and its own text. Server code is shown
-/// as it is.
+/// A part of an element's row in the outline.
+struct OutlinePart
+{
+    /// KeyValue is the value of an `id` or `class`. Marks are what stands between the others.
+    enum class Kind { Mark, Tag, Name, Value, KeyValue, Text, Code };
+    Kind kind;
+    QString text;
+};
+
+/// An element's row: its tag with all attributes, and its own text. Server code is shown as it is.
+std::vector<OutlinePart> outlineParts(const html::Element& element);
+/// The same as one text.
 QString outlineRowText(const html::Element& element);
 
 } // namespace luma

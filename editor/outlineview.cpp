@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/outlineview.h"
 
+#include "editor/outlinedelegate.h"
 #include "editor/outlinemodel.h"
 #include "html/element.h"
 
@@ -25,6 +26,7 @@ constexpr int readableCharacters = 16;
 
 OutlineView::OutlineView(QWidget* parent) : QTreeView(parent)
 {
+    setItemDelegate(new OutlineDelegate(this));
     setUniformRowHeights(true);
     setHeaderHidden(true);
     setIndentation(narrowIndentation);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "web/codehighlighter.h"
 
+#include "web/codecolours.h"
+
 #include <QEvent>
 #include <QPalette>
 #include <QPlainTextEdit>
@@ -13,20 +15,6 @@ namespace luma {
 namespace {
 
 constexpr qsizetype longestLine = 10'000; // longer ones, usually generated, stay plain
-constexpr QColor commentColour(0x6a, 0x73, 0x7d);
-constexpr QColor nameColour(0x0b, 0x5c, 0xad);
-constexpr QColor stringColour(0x9a, 0x3b, 0x12);
-constexpr QColor numberColour(0x1a, 0x7f, 0x37);
-constexpr QColor wordColour(0x82, 0x30, 0xa8);
-
-// The colours are made for a light background; on a dark one they are lightened by as much.
-QColor suited(const QColor& colour, const QPalette& palette)
-{
-    const bool dark = palette.color(QPalette::Base).lightness() < 128;
-    return dark ? QColor::fromHsl(colour.hslHue(), colour.hslSaturation(), 255 - colour.lightness() / 2 - 20)
-                : colour;
-}
-
 } // namespace
 
 CodeHighlighter::CodeHighlighter(Language language, QPlainTextEdit* field)
@@ -57,7 +45,7 @@ bool CodeHighlighter::eventFilter(QObject* watched, QEvent* event)
 void CodeHighlighter::suitPalette()
 {
     for (Rule& rule : m_rules)
-        rule.format.setForeground(suited(rule.lightColour, m_field->palette()));
+        rule.format.setForeground(codecolours::suited(rule.lightColour, m_field->palette()));
     // Recolouring is no change of the text.
     const QSignalBlocker quiet(m_field);
     rehighlight();
@@ -74,36 +62,36 @@ void CodeHighlighter::addRule(const char* pattern, QColor lightColour, const cha
 
 void CodeHighlighter::addHtmlRules()
 {
-    addRule(R"~(<\?)~", wordColour, R"~(\?>)~");
-    addRule("<%", wordColour, "%>");
-    addRule(R"~(\{\{)~", wordColour, R"~(\}\})~");
-    addRule(R"~(\{%)~", wordColour, R"~(%\})~");
-    addRule("<!--", commentColour, "-->");
-    addRule("<![^>]*>", commentColour);
-    addRule(R"~(</?[A-Za-z][^\s>/]*|/?>)~", nameColour);
-    addRule(R"~("[^"]*"|'[^']*')~", stringColour);
-    addRule(R"~(&#?\w+;)~", numberColour);
+    addRule(R"~(<\?)~", codecolours::word, R"~(\?>)~");
+    addRule("<%", codecolours::word, "%>");
+    addRule(R"~(\{\{)~", codecolours::word, R"~(\}\})~");
+    addRule(R"~(\{%)~", codecolours::word, R"~(%\})~");
+    addRule("<!--", codecolours::comment, "-->");
+    addRule("<![^>]*>", codecolours::comment);
+    addRule(R"~(</?[A-Za-z][^\s>/]*|/?>)~", codecolours::name);
+    addRule(R"~("[^"]*"|'[^']*')~", codecolours::string);
+    addRule(R"~(&#?\w+;)~", codecolours::number);
 }
 
 void CodeHighlighter::addCssRules()
 {
-    addRule(R"~(/\*)~", commentColour, R"~(\*/)~");
-    addRule(R"~("(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])*')~", stringColour);
-    addRule(R"~(@[-\w]+)~", wordColour);
-    addRule(R"~([-\w]+(?=\s*:[^{]*(?:;|$)))~", nameColour);
-    addRule(R"~(#[0-9a-fA-F]{3,8}\b|(?<![-\w])[+-]?\d*\.?\d+(?:%|[a-z]+)?)~", numberColour);
+    addRule(R"~(/\*)~", codecolours::comment, R"~(\*/)~");
+    addRule(R"~("(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])*')~", codecolours::string);
+    addRule(R"~(@[-\w]+)~", codecolours::word);
+    addRule(R"~([-\w]+(?=\s*:[^{]*(?:;|$)))~", codecolours::name);
+    addRule(R"~(#[0-9a-fA-F]{3,8}\b|(?<![-\w])[+-]?\d*\.?\d+(?:%|[a-z]+)?)~", codecolours::number);
 }
 
 void CodeHighlighter::addScriptRules()
 {
-    addRule(R"~(/\*)~", commentColour, R"~(\*/)~");
-    addRule("//.*", commentColour);
-    addRule(R"~("(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])*')~", stringColour);
-    addRule("`", stringColour, "`");
+    addRule(R"~(/\*)~", codecolours::comment, R"~(\*/)~");
+    addRule("//.*", codecolours::comment);
+    addRule(R"~("(?:\\.|[^"\\])*"|'(?:\\.|[^'\\])*')~", codecolours::string);
+    addRule("`", codecolours::string, "`");
     addRule(
         R"~(\b(?:const|let|var|function|return|if|else|for|while|of|in|new|class|true|false|null|typeof)\b)~",
-        wordColour);
-    addRule(R"~(\b\d+(?:\.\d+)?\b)~", numberColour);
+        codecolours::word);
+    addRule(R"~(\b\d+(?:\.\d+)?\b)~", codecolours::number);
 }
 
 void CodeHighlighter::highlightBlock(const QString& text)
