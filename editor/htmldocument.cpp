@@ -7,6 +7,7 @@
 #include "desktop/windowregistry.h"
 #include "editor/hiddenelements.h"
 #include "editor/metasheet.h"
+#include "editor/outlineeditor.h"
 #include "editor/outlinefind.h"
 #include "editor/outlinemenu.h"
 #include "editor/outlinemodel.h"
@@ -97,6 +98,7 @@ void HTMLDocument::createEdits()
     connect(m_edits, &PageEdits::edited, this, &HTMLDocument::refreshAfterEdit);
     connect(m_edits, &PageEdits::editedUnseen, this, [this] { refresh(RenderingReader::Place::Keep); });
     connect(m_edits, &PageEdits::redone, this, [this] { refresh(RenderingReader::Place::Caret); });
+    new OutlineEditor(*m_ui->myOutlineView, *m_edits, this);
     connect(m_edits, &PageEdits::refused, this, [this](const QString& reason) { tell(reason); });
     // Queued, so that the drag has ended before the page is rebuilt.
     connect(m_outline, &OutlineModel::elementDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);

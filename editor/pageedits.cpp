@@ -6,6 +6,7 @@
 #include "html/parse.h"
 #include "page/classedits.h"
 #include "page/cssmenu.h"
+#include "page/elementchange.h"
 #include "page/pagetree.h"
 #include "page/subtreechange.h"
 #include "web/viewcontroller.h"
@@ -96,6 +97,60 @@ void PageEdits::moveSelected(void (PageCommands::*move)(html::Element&))
         std::invoke(move, m_commands, element);
         m_selection.select(&element);
     });
+}
+
+void PageEdits::change(const QPersistentModelIndex& row,
+                       const std::function<Result<void>(html::Element&)>& change, const Then& then)
+{
+    whenCaughtUp([this, row, change, then] {
+        html::Element* const element = OutlineModel::elementAt(row);
+        const int before = m_stack.index();
+        Result<void> changed;
+        if (element) {
+            const auto quiet = m_selection.quietly();
+            changed = change(*element);
+        }
+        if (!changed)
+            emit refused(QString::fromStdString(changed.error().text));
+        if (m_stack.index() != before)
+            emit edited();
+        then(static_cast<bool>(changed));
+    });
+}
+
+void PageEdits::changeTag(const QPersistentModelIndex& row, const QString& name, const Then& then)
+{
+    const auto rename = [this, name, row](html::Element& element) -> Result<void> {
+        auto difference = withTagName(m_rules, element, name);
+        if (!difference)
+            return difference.error();
+        if (difference->isEmpty())
+            return {};
+        const html::Element* const renamed = difference->nodes.front()->asElement();
+        const bool wasSelected = m_selection.index() == row;
+        m_commands.apply(*std::move(difference), tr("Change Tag"), PageCommands::Merging::Separate);
+        if (wasSelected)
+            m_selection.select(renamed);
+        return {};
+    };
+    change(row, rename, then);
+}
+
+void PageEdits::changeAttribute(const QPersistentModelIndex& row, const std::string& attribute,
+                                const QString& text, const Then& then)
+{
+    const auto exchange = [this, attribute, text](html::Element& element) -> Result<void> {
+        auto attributes = withAttributeText(element, attribute, text);
+        if (!attributes)
+            return attributes.error();
+        const auto count = element.attributes().size();
+        const QString name = attributes->size() > count   ? tr("Add Attribute")
+                             : attributes->size() < count ? tr("Remove Attribute")
+                                                          : tr("Change Attribute");
+        m_commands.setAttributes(element, *std::move(attributes), name);
+        return {};
+    };
+    change(row, exchange, then);
 }
 
 void PageEdits::editAttributes(TagAction action, const QString& title)

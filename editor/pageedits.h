@@ -9,6 +9,7 @@
 #include <QPersistentModelIndex>
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 class QUndoStack;
@@ -39,6 +40,12 @@ public:
     void duplicate();
     void moveUp();
     void moveDown();
+    /// Gives the element of a row another tag name, or exchanges its attribute of that name for another
+    /// (withAttributeText). Then calls `then`, and says whether the edit was allowed.
+    using Then = std::function<void(bool isDone)>;
+    void changeTag(const QPersistentModelIndex& row, const QString& name, const Then& then);
+    void changeAttribute(const QPersistentModelIndex& row, const std::string& attribute, const QString& text,
+                         const Then& then);
     /// Performs an entry of the outline's menu.
     void perform(TagAction action, const QString& title);
     void changeTitle(const QString& title);
@@ -71,6 +78,8 @@ signals:
 
 private:
     void editSelected(const std::function<void(html::Element&)>& edit);
+    void change(const QPersistentModelIndex& row, const std::function<Result<void>(html::Element&)>& change,
+                const Then& then);
     void moveSelected(void (PageCommands::*move)(html::Element&));
     void editAttributes(TagAction action, const QString& title);
     void travelHistory(void (QUndoStack::*step)());

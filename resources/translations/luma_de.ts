@@ -1726,6 +1726,33 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
 </context>
 <context>
+    <name>luma::ElementChange</name>
+    <message>
+        <source>“%1” is not the name of an attribute.</source>
+        <translation>„%1“ ist kein Name eines Attributs.</translation>
+    </message>
+    <message>
+        <source>&lt;%1&gt; has an attribute %2 already.</source>
+        <translation>&lt;%1&gt; hat schon ein Attribut %2.</translation>
+    </message>
+    <message>
+        <source>Another element has the ID %1 already.</source>
+        <translation>Ein anderes Element hat schon die ID %1.</translation>
+    </message>
+    <message>
+        <source>“%1” is not the name of a tag.</source>
+        <translation>„%1“ ist kein Name eines Tags.</translation>
+    </message>
+    <message>
+        <source>A page needs its &lt;%1&gt;.</source>
+        <translation>Eine Seite braucht ihr &lt;%1&gt;.</translation>
+    </message>
+    <message>
+        <source>&lt;%1&gt; can&apos;t stand here, or not with these contents.</source>
+        <translation>&lt;%1&gt; kann hier nicht stehen oder nicht mit diesem Inhalt.</translation>
+    </message>
+</context>
+<context>
     <name>luma::EndpointForm</name>
     <message>
         <source>%1 (%2)</source>
@@ -2628,6 +2655,21 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
 </context>
 <context>
+    <name>luma::OutlineEditor</name>
+    <message>
+        <source>Tag</source>
+        <translation>Tag</translation>
+    </message>
+    <message>
+        <source>New attribute</source>
+        <translation>Neues Attribut</translation>
+    </message>
+    <message>
+        <source>Attribute</source>
+        <translation>Attribut</translation>
+    </message>
+</context>
+<context>
     <name>luma::OutlineFind</name>
     <message>
         <source>Not found</source>
@@ -2755,6 +2797,22 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>&lt;%1&gt; can&apos;t be moved. Its place in a page is fixed.</source>
         <translation>&lt;%1&gt; lässt sich nicht verschieben. Sein Platz in einer Seite ist fest.</translation>
+    </message>
+    <message>
+        <source>Change Tag</source>
+        <translation>Tag ändern</translation>
+    </message>
+    <message>
+        <source>Add Attribute</source>
+        <translation>Attribut hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove Attribute</source>
+        <translation>Attribut entfernen</translation>
+    </message>
+    <message>
+        <source>Change Attribute</source>
+        <translation>Attribut ändern</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/editor/pagewindow.h"
+#include "tests/support/registry.h"
+#include "tests/support/rows.h"
+#include "tests/support/screenshot.h"
+#include "web/codecolours.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+
+#include <cstdlib>
+
+using namespace luma;
+
+/// Tags and attributes that are edited in the outline of a page's window, by keyboard.
+class tst_outlineediting final : public QObject, private luma::test::PageWindow
+{
+    Q_OBJECT
+
+private:
+    [[nodiscard]] QLineEdit* field() const { return the<QLineEdit>("outlineEditor"); }
+
+    /// Types the words one after the other into the parts of the row: "\t" goes on with the next part, "\n" ends.
+    void edit(const char* row, const QString& words) const
+    {
+        click(row);
+        QTest::keyClick(outline(), Qt::Key_F2);
+        QTRY_VERIFY(field()->hasFocus());
+        for (const QChar letter : words) {
+            if (letter == u'\t' || letter == u'\n') {
+                QTest::keyClick(field(), letter == u'\t' ? Qt::Key_Tab : Qt::Key_Return);
+                QTRY_VERIFY(!field()->isReadOnly());
+            } else {
+                QTest::keyClick(field(), letter.toLatin1());
+            }
+        }
+    }
+
+private slots:
+    void cleanup() { close(); }
+
+    void parts_areEditedOneAfterTheOther_data()
+    {
+        const test::Rows<QString, QByteArray, QString> row("words", "result", "undo");
+        row("tag", "SECTION\n", "<section id=\"a\" title=\"x\">one <b>two</b></section><p>three</p>",
+            "Change Tag");
+        row("nothing", "\t\t\t\t", "<div id=\"a\" title=\"x\">one <b>two</b></div><p>three</p>", "");
+        row("attribute", "\t\tlang=en\n", "<div id=\"a\" lang=\"en\">one <b>two</b></div><p>three</p>",
+            "Change Attribute");
+        row("quotes", "\t\ttitle='say \"x\"'\n",
+            "<div id=\"a\" title=\"say &quot;x&quot;\">one <b>two</b></div><p>three</p>", "Change Attribute");
+        row("new ones", "\t\t\thidden\tlang = \"d e\"\t\t",
+            "<div id=\"a\" title=\"x\" hidden=\"\" lang=\"d e\">one <b>two</b></div><p>three</p>",
+            "Add Attribute");
+        row("emptied", "\t\b\n", "<div title=\"x\">one <b>two</b></div><p>three</p>", "Remove Attribute");
+        row("tag, then attribute", "main\tid=z\n",
+            "<main id=\"z\" title=\"x\">one <b>two</b></main><p>three</p>", "Change Attribute");
+    }
+    void parts_areEditedOneAfterTheOther()
+    {
+        open("<title>T</title><div id=a title=x>one <b>two</b></div><p>three</p>");
+        const QByteArray before = body();
+        QFETCH(QString, words);
+        edit("<div", words);
+        QFETCH(QByteArray, result);
+        QTRY_COMPARE(body(), result);
+        QVERIFY(!field()->isVisible());
+        QVERIFY(outline()->hasFocus());
+        QTEST(window->undoStack()->undoText(), "undo");
+        QTRY_COMPARE(answer("document.body.innerHTML"), QString::fromUtf8(result));
+        for (int i = window->undoStack()->count(); i > 0; --i)
+            trigger("undoAction");
+        QTRY_COMPARE(body(), before);
+    }
+
+    void refusedEdit_staysInTheFieldWithAReason_data()
+    {
+        const test::Rows<QByteArray, QString, QString> row("row", "words", "reason");
+        const QString place = "<%1> can't stand here, or not with these contents.";
+        row("name of a tag", "<p> one", "1x\n", "\u201c1x\u201d is not the name of a tag.");
+        row("in itself", "<div> in", "section\n", place.arg("section"));
+        row("for the head", "<p> one", "style\n", place.arg("style"));
+        row("paragraph around a division", "<section>", "p\n", place.arg("p"));
+        row("with contents", "<p> one", "br\n", place.arg("br"));
+        row("the body", "<body>", "div\n", "A page needs its <body>.");
+        row("name of an attribute", "<p> one", "\ta b=c\n",
+            "\u201ca b\u201d is not the name of an attribute.");
+        row("second of a name", "<p id", "\t\tid=n\n", "<p> has an attribute id already.");
+        row("id of another", "<div> in", "\tid=x\n", "Another element has the ID x already.");
+    }
+    void refusedEdit_staysInTheFieldWithAReason()
+    {
+        open("<title>T</title><p>one</p><p id=x>two</p><section><div>in</div></section>");
+        const QByteArray before = tree();
+        QFETCH(QByteArray, row);
+        QFETCH(QString, words);
+        QFETCH(QString, reason);
+        edit(row.constData(), words);
+        QTRY_COMPARE(the<QLabel>("noticeText")->text(), reason);
+        QVERIFY(field()->isVisible());
+        QVERIFY(field()->hasFocus());
+        QCOMPARE(tree(), before);
+        if (qstrcmp(QTest::currentDataTag(), "id of another") == 0)
+            test::saveScreenshots(*window, "outline-editing");
+        QTest::keyClick(field(), Qt::Key_Escape);
+        QVERIFY(!field()->isVisible());
+        QVERIFY(outline()->hasFocus());
+        QCOMPARE(tree(), before);
+    }
+
+    void rows_areColoured()
+    {
+        open(
+            "<title>A page</title><header class=top><a href='https://example.org/a/very/long/address/of/a/page.html' "
+            "id=home>Home</a></header><p class='lead intro'>Text that is longer than the row has room for</p>"
+            "<img src='pictures/2024/holiday/beach/IMG_20240715_103022.jpeg' alt='Beach'><p lang=en>Short</p>");
+        click("<p lang");
+        test::saveScreenshots(*window, "outline-rows");
+        const QImage image = outline()->viewport()->grab(outline()->visualRect(row("<p class"))).toImage();
+        for (const QColor& colour : {codecolours::name, codecolours::number, codecolours::string}) {
+            bool isThere = false;
+            for (int at = 0; at < image.width() * image.height(); ++at) {
+                const QColor pixel = image.pixelColor(at % image.width(), at / image.width());
+                isThere |= pixel.hslSaturation() > 60 && std::abs(pixel.hslHue() - colour.hslHue()) < 8;
+            }
+            QVERIFY2(isThere, qPrintable(colour.name()));
+        }
+    }
+};
+
+LUMA_TEST(tst_outlineediting)
+#include "tst_outlineediting.moc"
