@@ -4,7 +4,9 @@
 #include "base/pathbelow.h"
 
 #include <algorithm>
+#include <filesystem>
 #include <set>
+#include <system_error>
 
 namespace luma {
 
@@ -32,7 +34,14 @@ MovedPlaces::MovedPlaces(std::vector<Item> items, const SiteTree* tree, const We
         anyIndex = anyIndex || isIndexName(namePart(m_items[i].from));
     }
     m_lengths.assign(lengths.begin(), lengths.end());
-    if (m_tree && (anyIndex || m_rules.extensionsMayBeLeftOut || hasLinkedFolders(*m_tree)))
+    if (m_tree && hasLinkedFolders(*m_tree))
+        m_folderLinks.emplace(*m_tree, [this, tree](const std::string& subpath) {
+            const std::string place = movedPath(subpath).value_or(subpath);
+            std::error_code error;
+            const bool isThere = std::filesystem::is_symlink(tree->rootPath() + "/" + place, error);
+            return isThere ? place : subpath;
+        });
+    if (m_tree && (anyIndex || m_rules.extensionsMayBeLeftOut || m_folderLinks))
         m_paths.emplace(*m_tree, m_rules);
 }
 
@@ -69,6 +78,25 @@ std::optional<NewPlace> MovedPlaces::newPlaceOf(const LinkTarget& target) const
         return found == m_byFrom.end() ? std::nullopt
                                        : std::optional(NewPlace{m_items[found->second].to, false});
     }
+    const auto way = m_folderLinks ? m_folderLinks->wayOf(target.path) : std::nullopt;
+    if (!way || movedPath(target.path))
+        return newPlaceWithoutLinks(target);
+    LinkTarget real = target;
+    real.path = way->path;
+    std::optional<NewPlace> place = newPlaceWithoutLinks(real);
+    if (!place)
+        return std::nullopt;
+    // The symbolic link follows its folder, so what stays in that is reached as before.
+    const std::string folder = movedPath(way->folder).value_or(way->folder);
+    const auto below =
+        folder.empty() ? std::optional<std::string_view>(place->path) : pathBelow(place->path, folder);
+    if (below)
+        place->path = way->linked + (below->empty() ? "" : "/") + std::string(*below);
+    return place;
+}
+
+std::optional<NewPlace> MovedPlaces::newPlaceWithoutLinks(const LinkTarget& target) const
+{
     if (auto path = movedPath(target.path))
         return NewPlace{*std::move(path), target.isFolderForm};
     if (!m_paths)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "links/addressspelling.h"
+#include "links/folderlinks.h"
 #include "links/sitepaths.h"
 
 #include <optional>
@@ -38,6 +39,7 @@ public:
     [[nodiscard]] std::vector<std::string> namesInLinks() const;
 
 private:
+    [[nodiscard]] std::optional<NewPlace> newPlaceWithoutLinks(const LinkTarget& target) const;
     [[nodiscard]] std::optional<NewPlace> newPlaceOfFile(const LinkTarget& target,
                                                          const SitePlace& place) const;
     [[nodiscard]] bool isIndexOf(std::string_view path) const;
@@ -48,6 +50,7 @@ private:
     std::vector<std::size_t> m_lengths; // of `from`, each once
     const SiteTree* m_tree;
     WebRules m_rules;
+    std::optional<FolderLinks> m_folderLinks; // only where there are some
     std::optional<SitePaths> m_paths; // only where a link to an item may lead along a path without its name
     bool m_areTargets = false;
 };

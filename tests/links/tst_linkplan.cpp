@@ -226,6 +226,41 @@ private slots:
         }
     }
 
+    void linksThroughASymbolicLink_keepIt_data()
+    {
+        QTest::addColumn<QByteArray>("move");
+        QTest::addColumn<std::string>("page");
+        const auto row = [](const char* move, const char* page) {
+            QTest::newRow(move) << QByteArray(move) << std::string(page);
+        };
+        row("v1 > v2", "<a href=current/x.html><a href=far/a/x.html><a href=v2/x.html><a href=current/>");
+        row("v1/x.html > v1/y.html",
+            "<a href=current/y.html><a href=far/a/y.html><a href=v1/y.html><a href=current/>");
+        row("v1/x.html > x.html", "<a href=x.html><a href=x.html><a href=x.html><a href=current/>");
+        row("v1/index.html > v1/start.html", "<a href=current/x.html><a href=far/a/x.html><a href=v1/x.html>"
+                                             "<a href=current/start.html>");
+        row("current > now", "<a href=now/x.html><a href=far/a/x.html><a href=v1/x.html><a href=now/>");
+    }
+    void linksThroughASymbolicLink_keepIt()
+    {
+        QFETCH(QByteArray, move);
+        QFETCH(std::string, page);
+        const Site site({{"o.html", "<a href=current/x.html><a href=far/a/x.html><a href=v1/x.html>"
+                                    "<a href=current/>"},
+                         {"v1/x.html", ""},
+                         {"v1/index.html", ""},
+                         {"far/o.txt", ""}});
+        std::filesystem::create_directory_symlink("v1", site.at("current"));
+        std::filesystem::create_directory_symlink("../v1/.", site.at("far/b"));
+        std::filesystem::create_directory_symlink(site.at("far/b"), site.at("far/a"));
+        std::filesystem::create_directory_symlink("circle", site.at("circle"));
+        MoveRequest request = requestOf(site, MoveOperation::Move, {move});
+        QCOMPARE(changedPages(site, *planMove(request)).at("o.html"), page);
+        std::filesystem::rename(request.items[0].from, request.items[0].to);
+        request.isRenamedAlready = true;
+        QCOMPARE(changedPages(site, *planMove(request)).at("o.html"), page);
+    }
+
     // A place in the one folder stands for that in the other.
     void copyFromAnotherRoot_keepsRelations()
     {
