@@ -55,7 +55,7 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
                                  *m_saver, *m_viewController},
                                 std::move(recentPages));
     connectChanges();
-    m_layout.emplace(*this, *m_ui->splitView);
+    m_layout.emplace(*this, *m_ui->splitView, PageLayout::Sides{m_ui->outlineAction, m_ui->stylesAction});
     WindowRegistry::instance().add(this);
     WindowRegistry::instance().fill(m_ui->windowsMenu);
     updateWindow();

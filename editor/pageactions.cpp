@@ -83,7 +83,11 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.copyAction, Always, [this] { sendToFocus("copy", QWebEnginePage::Copy); }},
         {ui.pasteAction, Always, [this] { sendToFocus("paste", QWebEnginePage::Paste); }},
         {ui.selectAllAction, Always, [this] { sendToFocus("selectAll", QWebEnginePage::SelectAll); }},
-        {ui.findAction, HasPage, [&find] { find.begin(); }},
+        {ui.findAction, HasPage,
+         [&find, &ui] {
+             ui.outlineAction->setChecked(true);
+             find.begin();
+         }},
         {ui.findNextAction, HasPage, [&find] { find.next(); }},
         {ui.findPreviousAction, HasPage, [&find] { find.previous(); }},
         {ui.deleteTagAction, CanDelete, [&edits] { edits.deleteTag(); }},

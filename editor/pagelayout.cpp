@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/pagelayout.h"
 
+#include <QAction>
 #include <QDataStream>
 #include <QIODevice>
 #include <QMainWindow>
@@ -20,12 +21,15 @@ constexpr int widestSide = narrowestSide + 110;
 
 } // namespace
 
-PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView) : m_window(window), m_splitView(splitView)
+PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView, const Sides& sides)
+    : m_window(window), m_splitView(splitView), m_sides(sides)
 {
     for (const int side : {0, 2}) {
         splitView.widget(side)->setMinimumWidth(narrowestSide);
         splitView.widget(side)->setMaximumWidth(widestSide);
     }
+    QObject::connect(sides.outline, &QAction::toggled, splitView.widget(0), &QWidget::setVisible);
+    QObject::connect(sides.styles, &QAction::toggled, splitView.widget(2), &QWidget::setVisible);
     splitView.setStretchFactor(1, 1);
     splitView.setSizes({widestSide, window.width(), widestSide});
 }
@@ -44,7 +48,8 @@ QByteArray PageLayout::state() const
 {
     QByteArray state;
     QDataStream stream(&state, QIODevice::WriteOnly);
-    stream << m_window.saveGeometry() << m_splitView.saveState();
+    stream << m_window.saveGeometry() << m_splitView.saveState() << m_sides.outline->isChecked()
+           << m_sides.styles->isChecked();
     return state;
 }
 
@@ -58,6 +63,13 @@ void PageLayout::restore(const QByteArray& state)
         return;
     m_window.restoreGeometry(geometry);
     m_splitView.restoreState(split);
+    if (stream.atEnd()) // written by 1.0
+        return;
+    bool showsOutline = true;
+    bool showsStyles = true;
+    stream >> showsOutline >> showsStyles;
+    m_sides.outline->setChecked(showsOutline);
+    m_sides.styles->setChecked(showsStyles);
 }
 
 void PageLayout::fitTo(int pageWidth)

@@ -3,17 +3,25 @@
 
 #include <QByteArray>
 
+class QAction;
 class QMainWindow;
 class QSplitter;
 
 namespace luma {
 
-/// The sizes of a page's window: its frame and the three parts of its split view, with limits for the sides.
+/// The sizes of a page's window: its frame and the three parts of its split view, with limits for the sides, which can be
+/// hidden.
 class PageLayout final
 {
 public:
-    /// Sets the parts' limits and initial sizes. Both widgets must outlive this object.
-    PageLayout(QMainWindow& window, QSplitter& splitView);
+    /// The checkable actions that show or hide the outline and the style sheets.
+    struct Sides
+    {
+        QAction* outline;
+        QAction* styles;
+    };
+    /// Sets the parts' limits and initial sizes. Widgets and actions must outlive this object.
+    PageLayout(QMainWindow& window, QSplitter& splitView, const Sides& sides);
 
     /// Widens the outline and the style sheets where a large font needs more than their limits; once the texts are set.
     void makeRoomForTexts();
@@ -27,6 +35,7 @@ public:
 private:
     QMainWindow& m_window;
     QSplitter& m_splitView;
+    Sides m_sides;
     bool m_wasFitted = false;
 };
 

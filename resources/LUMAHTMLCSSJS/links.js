@@ -18,8 +18,8 @@ function getLink() {
     return link ? link.getAttribute('href') : '';
 }
 
-// The engine follows no links in an editable page. A click that selects nothing clicks a link outside the page
-// instead, which the editor passes to the desktop's browser.
+// A click on a link sets the caret, as the engine follows no links in an editable page. A click with Control clicks a link
+// outside the page instead, which the editor passes to the desktop's browser.
 function activateLink(link) {
     const outside = document.createElement('a');
     outside.href = link.href;
@@ -31,6 +31,6 @@ document.addEventListener('click', (event) => {
     if (!link || event.button !== 0)
         return;
     event.preventDefault();
-    if (event.isTrusted && getSelection().isCollapsed && !event.target.closest(clickedObjects))
+    if (event.isTrusted && event.ctrlKey)
         activateLink(link);
 }, true);

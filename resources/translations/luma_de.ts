@@ -484,6 +484,14 @@
         <source>Hide the element in the page shown; the file keeps it</source>
         <translation>Das Element in der gezeigten Seite ausblenden; die Datei behält es</translation>
     </message>
+    <message>
+        <source>Show Out&amp;line</source>
+        <translation>G&amp;liederung zeigen</translation>
+    </message>
+    <message>
+        <source>Show St&amp;yle Sheets</source>
+        <translation>Styleshee&amp;ts zeigen</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>

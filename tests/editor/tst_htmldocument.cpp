@@ -359,6 +359,27 @@ private slots:
         QVERIFY(luma::test::tabStops(*window).size() >= 10);
     }
 
+    void hiddenPanes_areRemembered()
+    {
+        open("<title>T</title><p>one</p>");
+        const QByteArray before = window->layoutState();
+        trigger("outlineAction");
+        trigger("stylesAction");
+        QVERIFY(!outline()->isVisible());
+        QVERIFY(!the<QWidget>("stylePane")->isVisible());
+        luma::test::saveScreenshots(*window, "page-alone");
+        const QByteArray alone = window->layoutState();
+        openWindow(at("page.html"), at(""));
+        window->restoreLayoutState(alone);
+        QVERIFY(!outline()->isVisible());
+        QVERIFY(!the<QAction>("stylesAction")->isChecked());
+        trigger("findAction");
+        QVERIFY(outline()->isVisible());
+        window->restoreLayoutState(before);
+        QVERIFY(the<QWidget>("stylePane")->isVisible());
+        QVERIFY(outline()->width() >= 179);
+    }
+
     void commands_areOnWhereTheyWork_data()
     {
         const test::Rows<QString, QString> row("page", "off");
@@ -388,7 +409,7 @@ private slots:
             if (!action->isEnabled())
                 found.append(action->objectName().chopped(6));
         }
-        QCOMPARE(count, 38);
+        QCOMPARE(count, 40);
         QStringList expected = off.split(u' ', Qt::SkipEmptyParts);
         found.sort();
         expected.sort();

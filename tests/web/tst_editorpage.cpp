@@ -250,7 +250,7 @@ private slots:
         QVERIFY(page().url().path().endsWith(QLatin1String("/page.html")));
     }
 
-    void clickedLink_goesToTheBrowser_data()
+    void linkClickedWithControl_goesToTheBrowser_data()
     {
         const test::Rows<QByteArray, QByteArray> row("link", "opened");
         row("remote", "https://example.org/a?b#c", "https://example.org/a?b#c");
@@ -264,7 +264,7 @@ private slots:
         row("engine's own", "chrome://crash", "");
         row("target", "https://example.org/\" target=\"_blank", "https://example.org/");
     }
-    void clickedLink_goesToTheBrowser()
+    void linkClickedWithControl_goesToTheBrowser()
     {
         QFETCH(QByteArray, link);
         QFETCH(QByteArray, opened);
@@ -278,6 +278,9 @@ private slots:
                               "\">link</a>",
                           "sub/page.html"));
         QTest::mouseClick(web->view.focusProxy(), Qt::LeftButton, {}, QPoint(60, 50));
+        QTRY_COMPARE(web->answer("getSelection().anchorNode ? getSelection().anchorNode.data : ''"), "link");
+        QVERIFY(urls.isEmpty());
+        QTest::mouseClick(web->view.focusProxy(), Qt::LeftButton, Qt::ControlModifier, QPoint(60, 50));
         opened.replace("SITE", QByteArray::fromStdString(web->at("").parent_path().native()));
         if (!opened.isEmpty())
             QTRY_COMPARE(urls.count(), 1);
