@@ -519,8 +519,16 @@ void BrowserController::deleteSelectedItems()
 {
     const Paths items = selectedPaths();
     const QModelIndex next = browser().itemBesideSelection();
-    if (!items.empty())
-        m_fileJobs->confirmDeletion(items, next.isValid() ? pathOf(next) : std::filesystem::path());
+    if (items.empty())
+        return;
+    FileJobs::LinkCounter countLinks;
+    const ReportChoices choices = parentDoc.reportChoices();
+    if (choices.linkRules == LinkRules::Browser)
+        countLinks = [site = m_mountPath, items, rules = choices.webRules,
+                      links = m_siteLinks](const StillWanted& stillWanted) {
+            return countLinksTo(site, items, rules, links, stillWanted);
+        };
+    m_fileJobs->confirmDeletion(items, next.isValid() ? pathOf(next) : std::filesystem::path(), countLinks);
 }
 
 void BrowserController::showLinksFromItem()

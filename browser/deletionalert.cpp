@@ -38,8 +38,8 @@ TrashOutcome moveAllToTrash(const std::vector<std::filesystem::path>& items,
     return outcome;
 }
 
-void askToDelete(QWidget& parent, const QString& name, const QString& question,
-                 std::function<void()> accepted)
+QMessageBox* askToDelete(QWidget& parent, const QString& name, const QString& question,
+                         std::function<void()> accepted)
 {
     auto* const alert = new QMessageBox(QMessageBox::Warning, Texts::tr("Warning"), Texts::tr("Warning"),
                                         QMessageBox::NoButton, parent.window());
@@ -53,6 +53,7 @@ void askToDelete(QWidget& parent, const QString& name, const QString& question,
     alert->setEscapeButton(no);
     QObject::connect(yes, &QAbstractButton::clicked, &parent, std::move(accepted));
     alert->open();
+    return alert;
 }
 
 QString questionAbout(const TrashOutcome& outcome)

@@ -9,6 +9,7 @@
 #include <functional>
 #include <vector>
 
+class QMessageBox;
 class QWidget;
 
 /// How files are deleted in every window: asked once, to the trash, and where there is none asked again.
@@ -27,9 +28,9 @@ TrashOutcome moveAllToTrash(const std::vector<std::filesystem::path>& items,
                             const std::function<bool()>& isWanted);
 
 /// Opens a sheet named `name` on the window of `parent` with the question and the buttons "Delete" and "No", the
-/// default. `accepted` is called for "Delete" while `parent` lives.
-void askToDelete(QWidget& parent, const QString& name, const QString& question,
-                 std::function<void()> accepted);
+/// default. `accepted` is called for "Delete" while `parent` lives. The sheet deletes itself when it is closed.
+QMessageBox* askToDelete(QWidget& parent, const QString& name, const QString& question,
+                         std::function<void()> accepted);
 
 /// What to ask about items that could not be moved to the trash.
 QString questionAbout(const TrashOutcome& outcome);

@@ -5,9 +5,11 @@
 #include "base/files.h"
 #include "base/mainhop.h"
 #include "base/workitem.h"
+#include "browser/countedtext.h"
 #include "browser/displaytext.h"
 #include "browser/fileoperations.h"
 
+#include <QMessageBox>
 #include <QPointer>
 #include <QWidget>
 
@@ -95,12 +97,41 @@ void FileJobs::duplicate(const std::filesystem::path& item)
         [this, copy] { emit changed({copy}); });
 }
 
-void FileJobs::confirmDeletion(const Paths& items, const std::filesystem::path& next)
+void FileJobs::confirmDeletion(const Paths& items, const std::filesystem::path& next,
+                               const LinkCounter& countLinks)
 {
     const QString question = tr("Are you sure you want to delete this item(s)?") + QStringLiteral("\n\n") +
                              tr("To the trash: %1").arg(namesOf(items));
-    askToDelete(*m_pane, QStringLiteral("deleteAlert"), question,
-                [this, items, next] { moveToTrash(items, next); });
+    QMessageBox* const alert = askToDelete(*m_pane, QStringLiteral("deleteAlert"), question,
+                                           [this, items, next] { moveToTrash(items, next); });
+    if (countLinks)
+        showLostLinks(*alert, countLinks);
+}
+
+// The line is there from the beginning, so that the buttons stay where they are.
+void FileJobs::showLostLinks(QMessageBox& alert, const LinkCounter& countLinks)
+{
+    const QString question = alert.informativeText();
+    const auto show = [question](QMessageBox& box, const QString& line) {
+        box.setInformativeText(question + u'\n' + line);
+    };
+    show(alert, tr("Looking for links to it..."));
+    const auto item = std::make_shared<WorkItem>();
+    connect(&alert, &QDialog::finished, this, [item] { item->cancel(); });
+    start(item, [show, countLinks, item, guard = QPointer(&alert)](const WorkItem&) {
+        const auto lost = countLinks([item] { return !item->isCancelled() && !isMainHopClosed(); });
+        QString line;
+        if (!lost)
+            line = tr("Links to it can't be counted: %1").arg(displayText(lost.error().text));
+        else if (lost->links == 0)
+            line = tr("No page that stays links to it.");
+        else
+            line = tr("%1 on %2 will be missing then.")
+                       .arg(counted(lost->links, tr("link"), tr("links")),
+                            counted(lost->pages, tr("page"), tr("pages")));
+        if (lost || !lost.error().isStopped())
+            onMain(guard, [&](QMessageBox& box) { show(box, line); });
+    });
 }
 
 void FileJobs::moveToTrash(const Paths& items, const std::filesystem::path& next)

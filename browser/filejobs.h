@@ -2,7 +2,9 @@
 #pragma once
 
 #include "base/result.h"
+#include "base/stillwanted.h"
 #include "browser/deletionalert.h"
+#include "links/lostlinks.h"
 
 #include <QObject>
 
@@ -11,6 +13,7 @@
 #include <memory>
 #include <vector>
 
+class QMessageBox;
 class QWidget;
 
 namespace luma {
@@ -39,8 +42,11 @@ public:
     /// Copies an item beside itself and has the copy selected, or the item that already has its name.
     void duplicate(const std::filesystem::path& item);
     /// Asks with their names, then moves the items to the trash. Asks again before it deletes for good what can't
-    /// be moved there. `next` is the item to go on with, or empty.
-    void confirmDeletion(const Paths& items, const std::filesystem::path& next);
+    /// be moved there. `next` is the item to go on with, or empty. `countLinks` is called in the background; the question
+    /// says what it has found.
+    using LinkCounter = std::function<Result<LostLinks>(const StillWanted& stillWanted)>;
+    void confirmDeletion(const Paths& items, const std::filesystem::path& next,
+                         const LinkCounter& countLinks = {});
 
 signals:
     /// A job has started or ended.
@@ -71,6 +77,7 @@ private:
     using Undo = std::function<Result<Paths>()>;
     void offerUndo(const QString& title, const Undo& undo);
     void runUndo(const Undo& undo);
+    void showLostLinks(QMessageBox& alert, const LinkCounter& countLinks);
     void moveToTrash(const Paths& items, const std::filesystem::path& next);
     void confirmRemoval(const TrashOutcome& outcome, const std::filesystem::path& next);
     void run(std::function<Outcome()> job, std::function<void()> whenChanged);

@@ -82,6 +82,10 @@ QString PlanPreview::countsText() const
                                    : tr("%1 symbolic links will get new targets.").arg(links));
     if (stay > 0)
         text += u' ' + tr("%1 can't be changed.").arg(counted(stay, tr("page"), tr("pages")));
+    if (const LostLinks& lost = m_plan->lost; lost.links > 0)
+        text += u' ' + tr("In the site that is left, %1 on %2 will be missing.")
+                           .arg(counted(lost.links, tr("link"), tr("links")),
+                                counted(lost.pages, tr("page"), tr("pages")));
     return text + u' ' + tr("Edit > Undo takes it back.");
 }
 

@@ -331,6 +331,39 @@ Result<void> addCandidates(Candidates& candidates, const MoveRequest& request, c
     return {};
 }
 
+// Links to items that leave their site will lead nowhere.
+Result<void> noteLostLinks(LinkPlan& plan, const StillWanted& stillWanted)
+{
+    const MoveRequest& request = plan.request;
+    if (request.operation != MoveOperation::Move || request.itemsStay() || request.isRenamedAlready)
+        return {};
+    std::vector<fs::path> leaving;
+    for (const MovedItem& item : request.items) {
+        const bool stays =
+            MovedLinks::needsTree(request) && isAtOrBelow(item.to.native(), request.site.native());
+        if (!stays && isAtOrBelow(item.from.native(), request.sourceRoot.native()))
+            leaving.push_back(item.from);
+    }
+    if (leaving.empty())
+        return {};
+    const auto lost =
+        countLinksTo(request.sourceRoot, leaving, request.rules, request.keptLinks, stillWanted);
+    if (!lost)
+        return lost.error();
+    plan.lost = *lost;
+    if (lost->links == 0)
+        return {};
+    const auto counted = [](std::size_t count, const char* what) {
+        return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+    };
+    const std::string others =
+        leaving.size() == 1 ? "" : " with " + counted(leaving.size() - 1, "other item");
+    plan.notes.push_back({leaving.front(), "leaves its site" + others + "; " + counted(lost->links, "link") +
+                                               " on " + counted(lost->pages, "page") +
+                                               " will be missing there"});
+    return {};
+}
+
 } // namespace
 
 std::size_t LinkPlan::linkCount() const
@@ -366,6 +399,8 @@ Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWa
     plan.request.sourceRoot =
         request.sourceRoot.empty() ? plan.request.site : withoutEndSlashes(request.sourceRoot);
     checkItems(plan);
+    if (auto noted = noteLostLinks(plan, stillWanted); !noted)
+        return noted.error();
     auto site = siteNow(plan.request, stillWanted);
     if (!site)
         return site.error();

@@ -4,6 +4,7 @@
 #include "base/result.h"
 #include "base/stillwanted.h"
 #include "links/linkupdatingmove.h"
+#include "links/lostlinks.h"
 #include "links/webrules.h"
 
 #include <cstddef>
@@ -93,6 +94,7 @@ struct LinkPlan
     std::vector<SymlinkChange> symlinks;
     std::vector<MoveProblem> problems;
     std::vector<PlanNote> notes;
+    LostLinks lost; // to items that leave their site, on pages that stay; a note says so, too
     std::shared_ptr<const MovedLinks> links; // by which the pages were planned
 
     [[nodiscard]] std::size_t linkCount() const;

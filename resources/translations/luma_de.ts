@@ -1809,6 +1809,38 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>Delete</source>
         <translation>Löschen</translation>
     </message>
+    <message>
+        <source>Looking for links to it...</source>
+        <translation>Links darauf werden gesucht …</translation>
+    </message>
+    <message>
+        <source>Links to it can&apos;t be counted: %1</source>
+        <translation>Links darauf lassen sich nicht zählen: %1</translation>
+    </message>
+    <message>
+        <source>No page that stays links to it.</source>
+        <translation>Keine Seite, die bleibt, hat Links darauf.</translation>
+    </message>
+    <message>
+        <source>%1 on %2 will be missing then.</source>
+        <translation>Dann fehlen: %1 auf %2.</translation>
+    </message>
+    <message>
+        <source>link</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>links</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>pages</source>
+        <translation>Seiten</translation>
+    </message>
 </context>
 <context>
     <name>luma::FileSystemBrowserCell</name>
@@ -2998,6 +3030,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>%1 symbolic links will get new targets.</source>
         <translation>%1 symbolische Links bekommen neue Ziele.</translation>
+    </message>
+    <message>
+        <source>In the site that is left, %1 on %2 will be missing.</source>
+        <translation>In der bisherigen Site fehlen dann: %1 auf %2.</translation>
     </message>
 </context>
 <context>

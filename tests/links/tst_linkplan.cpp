@@ -274,6 +274,33 @@ private slots:
                  Files({{"target/x.html", "<a href=a/y.html><a href=/o.html><a href=../out.html>"}}));
     }
 
+    void linksToWhatLeavesItsSite_areCounted()
+    {
+        const Site site({{"source/a/x.html", "<a href=y.html>"},
+                         {"source/a/y.html", ""},
+                         {"source/index.html", "<a href=a/x.html><a href=/a/><a href=b.html>"},
+                         {"source/b.html", ""},
+                         {"target/o.html", ""}});
+        MoveRequest request{site.at("target"), site.at("source"), MoveOperation::Move, {}, {}};
+        request.items = {itemOf(site, "source/a > target/a")};
+        const auto plan = planMove(request);
+        QCOMPARE(plan->lost.links, std::size_t(2));
+        QCOMPARE(plan->lost.pages, std::size_t(1));
+        QCOMPARE(plan->notes.at(0).text,
+                 std::string("leaves its site; 2 links on 1 page will be missing there"));
+        request.items = {itemOf(site, "source/index.html > target/index.html")};
+        QVERIFY(planMove(request)->notes.empty());
+        request.items = {itemOf(site, "source/a > target/a")};
+        request.operation = MoveOperation::Copy;
+        QVERIFY(planMove(request)->notes.empty());
+        // Out of every site.
+        request = {site.at("source"), {}, MoveOperation::Move, {}, {}};
+        request.items = {itemOf(site, "source/a > out"), itemOf(site, "source/b.html > out.html")};
+        QCOMPARE(planMove(request)->notes.at(0).text,
+                 std::string("leaves its site with 1 other item; 3 links on 1 page will be missing there"));
+        QCOMPARE(planMove(request)->lost.links, std::size_t(3));
+    }
+
     void ownAddressesAndShortAddresses_keepTheirForm()
     {
         const Site site(
