@@ -44,6 +44,19 @@ Difference differenceOf(std::string_view a, std::string_view b)
     return difference;
 }
 
+// Where `path`, with which the address `raw` begins, ends in it; perhaps there are character references in it.
+std::optional<ValueBoundary> endOfPath(std::string_view raw, std::string_view path)
+{
+    if (raw.starts_with(path))
+        return ValueBoundary{path.size(), path.size()};
+    for (const ValueBoundary& boundary : valueBoundaries(raw)) {
+        if (boundary.decoded == path.size() &&
+            decodeCharacters(raw.substr(0, boundary.raw), ReferenceContext::AttributeValue) == path)
+            return boundary;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 Result<std::vector<LinkEdit>> PagePlanner::editsOf(std::string_view bytes, const std::string& oldPath,
@@ -117,9 +130,11 @@ std::optional<PagePlanner::Change> PagePlanner::changedPath(const LinkReference&
         return std::nullopt;
     const std::string_view path = reference.value.substr(0, end);
     const auto value = changed(path, oldPage, newPage);
-    if (!value || !m_reader.text().substr(reference.begin).starts_with(path))
+    const std::string_view raw = m_reader.text().substr(reference.begin, reference.end - reference.begin);
+    const auto pathEnd = value ? endOfPath(raw, path) : std::nullopt;
+    if (!pathEnd)
         return std::nullopt;
-    return Change{&reference, std::string(*value).append(reference.value.substr(end)), end};
+    return Change{&reference, std::string(*value).append(reference.value.substr(end)), pathEnd};
 }
 
 std::vector<LinkEdit> PagePlanner::written(std::string_view bytes, const std::vector<Change>& changes) const
@@ -132,10 +147,10 @@ std::vector<LinkEdit> PagePlanner::written(std::string_view bytes, const std::ve
     for (const Change& change : changes) {
         LinkReference reference = *change.reference;
         std::string value = change.value;
-        if (change.pathSize) {
-            value.resize(value.size() - (reference.value.size() - *change.pathSize));
-            reference.value = reference.value.substr(0, *change.pathSize);
-            reference.end = reference.begin + *change.pathSize;
+        if (const auto& end = change.pathEnd) {
+            value.resize(value.size() - (reference.value.size() - end->decoded));
+            reference.value = reference.value.substr(0, end->decoded);
+            reference.end = reference.begin + end->raw;
         }
         const std::string_view raw = text.substr(reference.begin, reference.end - reference.begin);
         const std::string anew = writtenReference(raw, reference, value);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/result.h"
+#include "html/characterreferences.h"
 #include "links/linkplan.h"
 #include "links/movedplaces.h"
 #include "links/sitepagereader.h"
@@ -36,8 +37,8 @@ private:
     {
         const LinkReference* reference;
         std::string value;
-        /// Of the old address, where it is all that changes, because a server writes what follows; it is written plainly.
-        std::optional<std::size_t> pathSize = {};
+        /// Where the path ends in the old address, if that is all that changes, because a server writes what follows.
+        std::optional<ValueBoundary> pathEnd = {};
     };
 
     [[nodiscard]] std::vector<Change> changes(const std::string& oldPath, const std::string& newPath) const;

@@ -131,12 +131,16 @@ private slots:
         row("server code behind the path",
             {{"v.php", "<a href='v.php?<?= $a && '\"' ?>'>"},
              {"o.php", "<a href=\"v.php?id=<?= $x->id ?>&amp;<?= '&lt;' ?>#v.php\"><a href=v.php#{{v.php}}>"
-                       "<a href='v.p<?= $x ?>?v.php'><a href='v&#46;php?<?= 1 ?>'><a href='?<?= $v ?>'>"}},
+                       "<a href='v.p<?= $x ?>?v.php'><a href='v&#46;php?<?= 1 ?>'><a href='?<?= $v ?>'>"
+                       "<a href=v&period;php&quest;a&#35;<?= 1 ?>><a href='v&#37;2Ephp&#63;<?= '>' ?>'>"}},
             {"v.php > d/w x.php"},
             {{"d/w x.php", "<a href='w%20x.php?<?= $a && '\"' ?>'>"},
              {"o.php", "<a href=\"d/w%20x.php?id=<?= $x->id ?>&amp;<?= '&lt;' ?>#v.php\">"
                        "<a href=d/w%20x.php#{{v.php}}>"
-                       "<a href='v.p<?= $x ?>?v.php'><a href='v&#46;php?<?= 1 ?>'><a href='?<?= $v ?>'>"}});
+                       "<a href='v.p<?= $x ?>?v.php'><a href='d/w%20x&#46;php?<?= 1 ?>'>"
+                       "<a href='?<?= $v ?>'>"
+                       "<a href=d/w%20x&period;php&quest;a&#35;<?= 1 ?>>"
+                       "<a href='d/w%20x.php&#63;<?= '>' ?>'>"}});
         row("server code and other encodings",
             {{"p.png", ""},
              {"o.php",
