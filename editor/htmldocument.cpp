@@ -83,6 +83,7 @@ void HTMLDocument::createRendering()
     connect(m_selection, &OutlineSelection::selectedByUser, m_selection, &OutlineSelection::showInPage);
     connect(view, &OutlineView::doubleClicked, this, &HTMLDocument::handleDoubleClick);
     connect(view, &OutlineView::editRequested, this, &HTMLDocument::handleDoubleClick);
+    connect(m_ui->elementPath, &ElementPath::chosen, view, &OutlineView::setCurrentIndex);
     connect(view, &OutlineView::menuRequested, this, &HTMLDocument::openOutlineMenu);
     m_find = new OutlineFind({m_ui->outlineFindBar, m_ui->outlineFindField, m_ui->outlineFindResult,
                               m_ui->outlineFindPreviousButton, m_ui->outlineFindNextButton,
@@ -513,7 +514,7 @@ void HTMLDocument::updateWindow()
     setWindowTitle(m_saver->name() + QStringLiteral("[*]"));
     setWindowModified(isEdited());
     m_actions->update();
-    m_ui->elementPath->setText(m_selection->path());
+    m_ui->elementPath->setPath(m_selection->index());
 }
 
 void HTMLDocument::updateRecovery()

@@ -5,7 +5,6 @@
 #include "editor/outlinemodel.h"
 #include "editor/outlineview.h"
 #include "html/element.h"
-#include "page/tagrules.h"
 #include "web/viewcontroller.h"
 
 #include <utility>
@@ -33,17 +32,6 @@ QPersistentModelIndex OutlineSelection::index() const
 html::Element* OutlineSelection::element() const
 {
     return OutlineModel::elementAt(index());
-}
-
-QString OutlineSelection::path() const
-{
-    QStringList names;
-    for (const html::Element* each = element(); each; each = each->parent()->asElement()) {
-        const std::string id(each->attr("id"));
-        const QString name = tagNameOf(*each);
-        names.prepend(id.empty() ? name : name + u'#' + QString::fromStdString(id));
-    }
-    return names.join(QStringLiteral(" \u203a "));
 }
 
 void OutlineSelection::select(const html::Element* element)

@@ -29,8 +29,6 @@ public:
     /// The element of the selected row; null if no row is selected.
     [[nodiscard]] html::Element* element() const;
     [[nodiscard]] QPersistentModelIndex index() const;
-    /// The path from the root to that element as text: "html › body › p#intro".
-    [[nodiscard]] QString path() const;
     void select(const html::Element* element);
 
     /// Selects the row of the element that holds the caret and draws it as the active one. `path` is as for

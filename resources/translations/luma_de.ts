@@ -1761,6 +1761,17 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
 </context>
 <context>
+    <name>luma::ElementPath</name>
+    <message>
+        <source>Path of the element: %1</source>
+        <translation>Pfad des Elements: %1</translation>
+    </message>
+    <message>
+        <source>Click selects, right click shows the siblings</source>
+        <translation>Ein Klick wählt aus, ein Rechtsklick zeigt die Geschwister</translation>
+    </message>
+</context>
+<context>
     <name>luma::EndpointForm</name>
     <message>
         <source>%1 (%2)</source>

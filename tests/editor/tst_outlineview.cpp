@@ -4,11 +4,14 @@
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
+#include "tests/support/screenshot.h"
 #include "web/viewcontroller.h"
 
 #include <QAction>
 #include <QApplication>
+#include <QContextMenuEvent>
 #include <QLabel>
+#include <QMenu>
 #include <QMimeData>
 #include <QScrollBar>
 #include <QTest>
@@ -205,6 +208,34 @@ private slots:
         QTest::keyClick(outline(), Qt::Key_Asterisk);
         QTest::keyClick(outline(), Qt::Key_End);
         QCOMPARE(outline()->currentIndex(), row("<p> two"));
+    }
+
+    void stepsOfThePath_areChosen()
+    {
+        open("<title>T</title><section><p>one</p></section><article id=a><p>two</p></article>");
+        click("<p> one");
+        auto& path = *the<QLabel>("elementPath");
+        QCOMPARE(path.text(), "html \u203a body \u203a section \u203a p");
+        test::saveScreenshots(*window, "element-path");
+        const QPoint section(path.fontMetrics().horizontalAdvance("html \u203a body \u203a s"),
+                             path.height() / 2);
+        QTest::mouseClick(&path, Qt::LeftButton, {}, section);
+        QCOMPARE(outline()->currentIndex(), row("<section>"));
+        QContextMenuEvent request(QContextMenuEvent::Mouse, section, path.mapToGlobal(section));
+        QApplication::sendEvent(&path, &request);
+        QTRY_VERIFY(the<QMenu>("siblingMenu"));
+        const QList<QAction*> siblings = the<QMenu>("siblingMenu")->actions();
+        QCOMPARE(siblings.size(), 2);
+        QVERIFY(siblings.first()->isChecked());
+        siblings.last()->trigger();
+        the<QMenu>("siblingMenu")->close();
+        QTRY_COMPARE(outline()->currentIndex(), row("<article"));
+        QCOMPARE(path.text(), "html \u203a body \u203a article#a");
+        QTRY_COMPARE(answer("getSelection().toString()"), "two");
+        path.setFocus();
+        QTest::keyClick(&path, Qt::Key_Left);
+        QTest::keyClick(&path, Qt::Key_Return);
+        QCOMPARE(outline()->currentIndex(), row("<body>"));
     }
 
     void scrollPositions_stayOverEditUndoAndReload()
