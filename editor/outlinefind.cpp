@@ -10,6 +10,7 @@
 #include "web/scriptcall.h"
 #include "web/viewcontroller.h"
 
+#include <QDeadlineTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
@@ -26,6 +27,7 @@ namespace luma {
 namespace {
 
 constexpr int typingDelay = 150; // milliseconds
+constexpr int longestSlice = 10; // milliseconds
 
 using Elements = std::vector<html::Element*>;
 
@@ -82,14 +84,17 @@ OutlineFind::OutlineFind(const Controls& controls, OutlineModel& outline, const 
     m_controls.bar->hide();
     m_delay.setSingleShot(true);
     m_delay.setInterval(typingDelay);
+    m_slices.setSingleShot(true);
+    connect(&m_slices, &QTimer::timeout, this, &OutlineFind::searchOn);
     connectControls();
     connectChanges(outline);
 }
 
 void OutlineFind::connectControls()
 {
-    connect(&m_delay, &QTimer::timeout, this, &OutlineFind::searchNow);
+    connect(&m_delay, &QTimer::timeout, this, &OutlineFind::search);
     connect(m_controls.field, &QLineEdit::textEdited, this, [this] {
+        forgetMatches();
         m_jump = Jump::ToMatch;
         m_delay.start();
     });
@@ -126,12 +131,14 @@ void OutlineFind::begin()
     m_controls.bar->show();
     m_controls.field->setFocus();
     m_controls.field->selectAll();
-    search(Jump::Nowhere);
+    m_jump = Jump::Nowhere;
+    search();
 }
 
 void OutlineFind::close()
 {
     m_delay.stop();
+    forgetMatches();
     m_controls.bar->hide();
     emit closed();
 }
@@ -139,38 +146,54 @@ void OutlineFind::close()
 // Elements may be gone at any change of the page, so none is kept.
 void OutlineFind::forget()
 {
-    m_found.clear();
-    ++m_searches;
+    forgetMatches();
     if (m_controls.bar->isVisible() && !m_delay.isActive())
         m_delay.start();
 }
 
-void OutlineFind::searchNow()
+void OutlineFind::forgetMatches()
 {
-    m_delay.stop();
-    search(std::exchange(m_jump, Jump::Nowhere));
+    m_found.clear();
+    m_at = nullptr;
+    m_slices.stop();
+    ++m_searches;
 }
 
-void OutlineFind::search(Jump jump)
+void OutlineFind::search()
+{
+    m_delay.stop();
+    forgetMatches();
+    html::Document* const page = m_tree.document();
+    m_at = page && !m_controls.field->text().isEmpty() ? page->firstChild() : nullptr;
+    searchOn();
+}
+
+// A large page is searched in slices, so that the window answers meanwhile.
+void OutlineFind::searchOn()
 {
     const QString wanted = m_controls.field->text();
-    ++m_searches;
-    Elements found;
-    if (m_tree.document() && !wanted.isEmpty()) {
-        found = elementsOf(*m_tree.document(), [&wanted](const html::Element& element) {
-            return outlineRowText(element).contains(wanted, Qt::CaseInsensitive);
-        });
-        askEngine(found.empty() ? jump : Jump::Nowhere);
+    const QDeadlineTimer end(longestSlice);
+    for (; m_at && !end.hasExpired(); m_at = m_at->following(*m_tree.document())) {
+        html::Element* const element = m_at->asElement();
+        if (element && outlineRowText(*element).contains(wanted, Qt::CaseInsensitive))
+            m_found.push_back(element);
     }
-    show(std::move(found), jump);
+    if (m_at) {
+        m_slices.start();
+        return;
+    }
+    const Jump jump = std::exchange(m_jump, Jump::Nowhere);
+    if (m_tree.document() && !wanted.isEmpty())
+        askEngine(m_found.empty() ? jump : Jump::Nowhere);
+    go(jump);
 }
 
 void OutlineFind::askEngine(Jump jump)
 {
-    m_rendering.whenCaughtUp(this, [this, jump, search = m_searches] {
+    m_rendering.whenCaughtUp(this, [this, jump, search = m_searches, text = m_controls.field->text()] {
         if (search != m_searches || !m_rendering.isFollowing())
             return;
-        m_rendering.ask(scriptCall(QStringLiteral("findElements"), m_controls.field->text()), this,
+        m_rendering.ask(scriptCall(QStringLiteral("findElements"), text), this,
                         [this, jump, search](const QVariant& answer) {
                             if (search == m_searches)
                                 takeAnswer(answer, jump);
@@ -183,13 +206,9 @@ void OutlineFind::takeAnswer(const QVariant& answer, Jump jump)
     QList<int> numbers;
     for (const QString& number : answer.toString().split(u' ', Qt::SkipEmptyParts))
         numbers.append(number.toInt());
-    if (!numbers.isEmpty())
-        show(joined(*m_tree.document(), m_found, elementsNumbered(*m_tree.document(), numbers)), jump);
-}
-
-void OutlineFind::show(Elements found, Jump jump)
-{
-    m_found = std::move(found);
+    if (numbers.isEmpty())
+        return;
+    m_found = joined(*m_tree.document(), m_found, elementsNumbered(*m_tree.document(), numbers));
     go(jump);
 }
 
@@ -205,13 +224,14 @@ void OutlineFind::previous()
 
 void OutlineFind::step(Jump jump)
 {
-    if (!m_delay.isActive() && !m_found.empty()) {
+    if (!m_delay.isActive() && !m_at && !m_found.empty()) {
         go(jump);
         return;
     }
     if (m_jump != Jump::ToMatch)
         m_jump = jump;
-    searchNow();
+    if (!m_at)
+        search();
 }
 
 void OutlineFind::go(Jump jump)
@@ -229,7 +249,7 @@ void OutlineFind::go(Jump jump)
 
 void OutlineFind::tellResult()
 {
-    if (!m_controls.bar->isVisible() || m_delay.isActive())
+    if (!m_controls.bar->isVisible() || m_delay.isActive() || m_at)
         return;
     const QLocale locale;
     const auto selected = std::find(m_found.begin(), m_found.end(), m_selection.element());

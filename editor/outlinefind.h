@@ -15,7 +15,8 @@ class QWidget;
 
 namespace luma::html {
 class Element;
-}
+class Node;
+} // namespace luma::html
 
 namespace luma {
 
@@ -65,11 +66,11 @@ private:
     void connectChanges(OutlineModel& outline);
     void close();
     void forget();
-    void searchNow();
-    void search(Jump jump);
+    void forgetMatches();
+    void search();
+    void searchOn();
     void askEngine(Jump jump);
     void takeAnswer(const QVariant& answer, Jump jump);
-    void show(std::vector<html::Element*> found, Jump jump);
     void step(Jump jump);
     void go(Jump jump);
     void tellResult();
@@ -80,7 +81,9 @@ private:
     OutlineSelection& m_selection;
     ViewController& m_rendering;
     QTimer m_delay;
-    Jump m_jump = Jump::Nowhere;
+    QTimer m_slices;
+    Jump m_jump = Jump::Nowhere;         // when the rows are searched
+    html::Node* m_at = nullptr;          // where their search goes on
     int m_searches = 0;                  // tells an answer of the engine that comes too late
     std::vector<html::Element*> m_found; // in document order
 };
