@@ -90,7 +90,7 @@ void OutlineView::keyboardSearch(const QString& typed)
 {
     const auto* const outline = qobject_cast<const OutlineModel*>(model());
     const html::Element* const current = OutlineModel::elementAt(currentIndex());
-    if (!outline || !current)
+    if (!outline || !current || typed.isEmpty())
         return;
     const std::string letters = typed.toLower().toStdString();
     const bool goesOn = isTypingName() && m_typedName != letters;

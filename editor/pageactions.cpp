@@ -162,6 +162,12 @@ void PageActions::connectControls()
     connect(ui.deleteTagButton, &QPushButton::clicked, ui.deleteTagAction, &QAction::trigger);
     connect(ui.myOutlineView, &OutlineView::deleteRequested, ui.deleteTagAction, &QAction::trigger);
     connect(ui.myOutlineView, &OutlineView::hideRequested, ui.hideAction, &QAction::trigger);
+    // Not while the user types into a field of the window.
+    for (QAction* const action : {ui.duplicateAction, ui.moveUpAction, ui.moveDownAction}) {
+        action->setShortcutContext(Qt::WidgetWithChildrenShortcut);
+        ui.myOutlineView->addAction(action);
+        ui.contentView->addAction(action);
+    }
     connect(ui.openRecentMenu, &QMenu::aboutToShow, this, &PageActions::fillRecentMenu);
     connect(ui.insertMenu, &QMenu::aboutToShow, this, &PageActions::fillInsertMenu);
 }

@@ -68,6 +68,8 @@ void PageLayout::restore(const QByteArray& state)
     bool showsOutline = true;
     bool showsStyles = true;
     stream >> showsOutline >> showsStyles;
+    if (stream.status() != QDataStream::Ok)
+        return;
     m_sides.outline->setChecked(showsOutline);
     m_sides.styles->setChecked(showsStyles);
 }

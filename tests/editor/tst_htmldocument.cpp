@@ -378,6 +378,8 @@ private slots:
         window->restoreLayoutState(before);
         QVERIFY(the<QWidget>("stylePane")->isVisible());
         QVERIFY(outline()->width() >= 179);
+        window->restoreLayoutState(alone.chopped(1));
+        QVERIFY(outline()->isVisible());
     }
 
     void commands_areOnWhereTheyWork_data()

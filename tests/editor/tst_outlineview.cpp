@@ -145,6 +145,22 @@ private slots:
         QTRY_COMPARE(body(), before);
     }
 
+    void keysOfElements_leaveFieldsAlone()
+    {
+        open("<title>T</title><b>0</b><i>1</i>");
+        click("<i>");
+        QTest::keyClick(outline(), Qt::Key_Up, Qt::AltModifier);
+        QTRY_COMPARE(body(), "<i>1</i><b>0</b>");
+        trigger("findAction");
+        QTest::keyClick(the<QWidget>("outlineFindField"), Qt::Key_D, Qt::ControlModifier);
+        QTest::keyClick(the<QWidget>("outlineFindField"), Qt::Key_Down, Qt::AltModifier);
+        rendering().catchUp();
+        QCOMPARE(body(), "<i>1</i><b>0</b>");
+        QTest::keyClick(the<QWidget>("outlineFindField"), Qt::Key_Escape);
+        QTest::keyClick(outline(), Qt::Key_D, Qt::ControlModifier);
+        QTRY_COMPARE(body(), "<i>1</i><i>1</i><b>0</b>");
+    }
+
     void fixedElements_areNeitherMovedNorDuplicated_data()
     {
         const test::Rows<QByteArray, QByteArray, QString> row("row", "action", "reason");
