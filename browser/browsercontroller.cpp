@@ -28,6 +28,9 @@
 
 #include "ui_BrowserPane.h"
 
+#include <QClipboard>
+#include <QMimeData>
+
 #include <utility>
 
 namespace luma {
@@ -143,6 +146,9 @@ void BrowserController::connectMenu()
     connect(contextualMenu, &PaneMenu::browserRequested, m_itemCommands, &ItemCommands::openInBrowser);
     connect(contextualMenu, &PaneMenu::fileManagerRequested, m_itemCommands,
             &ItemCommands::showInFileManager);
+    connect(contextualMenu, &PaneMenu::cutRequested, m_itemCommands, &ItemCommands::cutFiles);
+    connect(contextualMenu, &PaneMenu::copyRequested, m_itemCommands, &ItemCommands::copyFiles);
+    connect(contextualMenu, &PaneMenu::pasteRequested, this, &BrowserController::pasteFiles);
     connect(contextualMenu, &PaneMenu::pathCopyRequested, m_itemCommands, &ItemCommands::copyPath);
     connect(contextualMenu, &PaneMenu::linkCopyRequested, m_itemCommands, &ItemCommands::copyRelativeLink);
     connect(contextualMenu, &PaneMenu::propertiesRequested, m_itemCommands, &ItemCommands::showProperties);
@@ -506,6 +512,28 @@ void BrowserController::duplicateItem()
 {
     if (const QModelIndex item = browser().currentItem(); item.isValid())
         m_fileJobs->duplicate(pathOf(item));
+}
+
+void BrowserController::pasteFiles()
+{
+    QClipboard& clipboard = *QGuiApplication::clipboard();
+    const QMimeData* const files = clipboard.mimeData();
+    if (!rootNode())
+        return;
+    Drop drop{MoveOperation::Copy, files ? DropTarget::droppedPaths(*files) : Paths(),
+              pathOf(browser().parentForItemsInColumn(browser().currentColumn()))};
+    if (drop.items.empty()) {
+        showProblem(tr("There are no files on the clipboard."));
+        return;
+    }
+    const bool areOfSite = std::all_of(drop.items.begin(), drop.items.end(), [this](const auto& item) {
+        return pathBelow(item.native(), m_mountPath.native()).has_value();
+    });
+    if (areOfSite && areCut(*files)) {
+        drop.operation = MoveOperation::Move;
+        clipboard.clear();
+    }
+    m_moveJobs->acceptDrop(m_mountPath, drop, parentDoc.siteFolders(), parentDoc.reportChoices());
 }
 
 // It changes the folder that is shown.

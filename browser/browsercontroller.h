@@ -81,6 +81,8 @@ public:
     void setShowsHidden(bool shows);
     void newFolder();
     void duplicateItem();
+    /// Copies the files on the clipboard into the current column's folder; what was cut within the site moves.
+    void pasteFiles();
     void renameItem();
     void deleteSelectedItems();
     void openItem();

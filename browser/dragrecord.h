@@ -20,6 +20,9 @@ std::vector<std::filesystem::path> pathsOfDragRecord(const QByteArray& record);
 /// The same paths for other programs (text/uri-list, RFC 2483): every byte not allowed in a URL is
 /// percent-encoded, so names of any bytes are preserved.
 QByteArray uriList(const std::vector<std::filesystem::path>& paths);
+/// The clipboard of file managers: "copy" or "cut" in the first line, then the addresses.
+inline constexpr char fileClipboardType[] = "x-special/gnome-copied-files";
+
 /// The local files in a list written by any program, without comments, other URLs and files on other hosts.
 std::vector<std::filesystem::path> pathsOfUriList(const QByteArray& list);
 

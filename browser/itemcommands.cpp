@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/itemcommands.h"
 
+#include "base/fileuri.h"
 #include "base/pathbelow.h"
 #include "base/pathtext.h"
 #include "browser/displaytext.h"
+#include "browser/dragrecord.h"
 #include "browser/itemproperties.h"
 #include "desktop/otherprograms.h"
 #include "links/addressspelling.h"
@@ -11,6 +13,7 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QMimeData>
 #include <QMimeDatabase>
 
 #include <sys/stat.h>
@@ -18,6 +21,12 @@
 namespace luma {
 
 namespace fs = std::filesystem;
+
+namespace {
+
+constexpr char kdeCutType[] = "application/x-kde-cutselection";
+
+} // namespace
 
 std::string relativeLink(const fs::path& item, const fs::path& site)
 {
@@ -76,6 +85,41 @@ void ItemCommands::openInBrowser()
 void ItemCommands::showInFileManager()
 {
     otherprograms::showInFileManager(m_selection().items);
+}
+
+bool areCut(const QMimeData& clipboard)
+{
+    return clipboard.data(QLatin1String(fileClipboardType)).startsWith("cut\n") ||
+           clipboard.data(QLatin1String(kdeCutType)) == "1";
+}
+
+void ItemCommands::copyFiles()
+{
+    putOnClipboard("copy");
+}
+
+void ItemCommands::cutFiles()
+{
+    putOnClipboard("cut");
+}
+
+void ItemCommands::putOnClipboard(const QByteArray& purpose)
+{
+    const Paths items = m_selection().items;
+    if (items.empty())
+        return;
+    QStringList texts;
+    QByteArray forFileManagers = purpose;
+    for (const fs::path& item : items) {
+        texts.append(textOf(item));
+        forFileManagers += '\n' + fileUri(item);
+    }
+    auto* const files = new QMimeData;
+    files->setText(texts.join(u'\n'));
+    files->setData(QStringLiteral("text/uri-list"), uriList(items));
+    files->setData(QLatin1String(fileClipboardType), forFileManagers);
+    files->setData(QLatin1String(kdeCutType), purpose == "cut" ? "1" : "0");
+    QGuiApplication::clipboard()->setMimeData(files);
 }
 
 void ItemCommands::copyPath()

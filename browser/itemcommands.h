@@ -9,6 +9,7 @@
 #include <vector>
 
 class QMenu;
+class QMimeData;
 class QWidget;
 
 namespace luma {
@@ -36,6 +37,10 @@ public:
     void fillOpenWith(QMenu& menu);
     void openInBrowser();
     void showInFileManager();
+    /// Puts the items themselves on the clipboard, for panes and file managers; in a text they become their paths.
+    void copyFiles();
+    /// The same; what pastes them moves them.
+    void cutFiles();
     /// One path a line.
     void copyPath();
     /// How a page at the top of the site links to the items: relative addresses, one a line.
@@ -50,7 +55,11 @@ private:
     QWidget* m_pane;
 
     void listPrograms(QMenu& menu);
+    void putOnClipboard(const QByteArray& purpose);
 };
+
+/// Whether another program or a pane has cut the files on the clipboard rather than copied them.
+bool areCut(const QMimeData& clipboard);
 
 /// The address by which a page in `site` links to `item` below it; that of a folder ends with a slash.
 std::string relativeLink(const std::filesystem::path& item, const std::filesystem::path& site);

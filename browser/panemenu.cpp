@@ -10,6 +10,10 @@ PaneMenu::PaneMenu(QWidget* parent) : QMenu(parent)
     setObjectName(QStringLiteral("contextualMenu"));
     addOpening();
     addSeparator();
+    addForItem(QStringLiteral("cutAction"), tr("Cut"), {}, &PaneMenu::cutRequested);
+    addForItem(QStringLiteral("copyAction"), tr("Copy"), {}, &PaneMenu::copyRequested);
+    add(QStringLiteral("pasteAction"), tr("Paste"), {}, &PaneMenu::pasteRequested);
+    addSeparator();
     addForItem(QStringLiteral("copyPathAction"), tr("&Copy Path"), {}, &PaneMenu::pathCopyRequested);
     addForItem(QStringLiteral("copyLinkAction"), tr("Copy Relative L&ink"), {}, &PaneMenu::linkCopyRequested);
     addSeparator();

@@ -25,6 +25,9 @@ signals:
     void openRequested();
     void browserRequested();
     void fileManagerRequested();
+    void cutRequested();
+    void copyRequested();
+    void pasteRequested();
     void pathCopyRequested();
     void linkCopyRequested();
     void transferRequested();

@@ -189,6 +189,9 @@ void HaldenDoc::connectActions()
     };
     onItems(m_ui->browserAction, &ItemCommands::openInBrowser);
     onItems(m_ui->fileManagerAction, &ItemCommands::showInFileManager);
+    onItems(m_ui->cutAction, &ItemCommands::cutFiles);
+    onItems(m_ui->copyAction, &ItemCommands::copyFiles);
+    onPane(m_ui->pasteAction, &BrowserController::pasteFiles);
     onItems(m_ui->copyPathAction, &ItemCommands::copyPath);
     onItems(m_ui->copyLinkAction, &ItemCommands::copyRelativeLink);
     onItems(m_ui->propertiesAction, &ItemCommands::showProperties);
@@ -307,12 +310,13 @@ void HaldenDoc::updateActions()
         action->setEnabled(areBothReached);
     m_ui->restoreAction->setEnabled(isDestinationReached);
     const bool isPaneConnected = m_current->rootNode() != nullptr;
-    for (QAction* action : {m_ui->newFolderAction, m_ui->selectAllAction})
+    for (QAction* action : {m_ui->newFolderAction, m_ui->pasteAction, m_ui->selectAllAction})
         action->setEnabled(isPaneConnected);
     const bool hasItem = m_current->browser().currentItem().isValid();
-    for (QAction* action : {m_ui->openAction, m_ui->browserAction, m_ui->fileManagerAction,
-                            m_ui->propertiesAction, m_ui->copyPathAction, m_ui->copyLinkAction,
-                            m_ui->renameAction, m_ui->duplicateAction, m_ui->deleteAction})
+    for (QAction* action :
+         {m_ui->openAction, m_ui->browserAction, m_ui->fileManagerAction, m_ui->propertiesAction,
+          m_ui->cutAction, m_ui->copyAction, m_ui->copyPathAction, m_ui->copyLinkAction, m_ui->renameAction,
+          m_ui->duplicateAction, m_ui->deleteAction})
         action->setEnabled(hasItem);
     m_ui->transferAction->setEnabled(hasItem && areBothReached);
 }

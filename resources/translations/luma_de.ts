@@ -715,6 +715,30 @@
         <source>Set Up Remote Log&amp;in</source>
         <translation>Remote Login e&amp;inrichten</translation>
     </message>
+    <message>
+        <source>Cu&amp;t</source>
+        <translation>&amp;Ausschneiden</translation>
+    </message>
+    <message>
+        <source>Put the selected items on the clipboard, to be moved</source>
+        <translation>Die ausgewählten Objekte in die Zwischenablage legen, um sie zu bewegen</translation>
+    </message>
+    <message>
+        <source>Cop&amp;y</source>
+        <translation>&amp;Kopieren</translation>
+    </message>
+    <message>
+        <source>Put the selected items on the clipboard</source>
+        <translation>Die ausgewählten Objekte in die Zwischenablage legen</translation>
+    </message>
+    <message>
+        <source>&amp;Paste</source>
+        <translation>Einset&amp;zen</translation>
+    </message>
+    <message>
+        <source>Copy or move the files on the clipboard into the current column</source>
+        <translation>Die Dateien aus der Zwischenablage in die aktuelle Spalte kopieren oder bewegen</translation>
+    </message>
 </context>
 <context>
     <name>LinkFindings</name>
@@ -1605,6 +1629,10 @@ entwuerfe/</translation>
     <message>
         <source>Relative Path: </source>
         <translation>Relativer Pfad: </translation>
+    </message>
+    <message>
+        <source>There are no files on the clipboard.</source>
+        <translation>In der Zwischenablage sind keine Dateien.</translation>
     </message>
 </context>
 <context>
@@ -2982,6 +3010,18 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>R&amp;eload</source>
         <translation>Neu l&amp;aden</translation>
+    </message>
+    <message>
+        <source>Cut</source>
+        <translation>Ausschneiden</translation>
+    </message>
+    <message>
+        <source>Copy</source>
+        <translation>Kopieren</translation>
+    </message>
+    <message>
+        <source>Paste</source>
+        <translation>Einsetzen</translation>
     </message>
 </context>
 <context>

@@ -9,6 +9,7 @@
 #include <QDBusConnection>
 #include <QGuiApplication>
 #include <QMenu>
+#include <QMimeData>
 #include <QTest>
 
 namespace fs = std::filesystem;
@@ -104,6 +105,47 @@ private slots:
         m_site->pane->disconnectPane();
         commands().copyPath();
         QCOMPARE(QGuiApplication::clipboard()->text(), "css/main.css");
+    }
+
+    void files_areCopiedAndMovedByTheClipboard()
+    {
+        select({"index.html"});
+        const auto place = [this](const char* file) { return "file://" + m_site->at(file).native(); };
+        commands().copyFiles();
+        const QMimeData& clipboard = *QGuiApplication::clipboard()->mimeData();
+        QCOMPARE(clipboard.data("x-special/gnome-copied-files").toStdString(),
+                 "copy\n" + place("index.html"));
+        QCOMPARE(clipboard.data("text/uri-list").toStdString(), place("index.html") + "\r\n");
+        m_site->pane->browser().setPath({"css", "main.css"});
+        m_site->pane->pasteFiles();
+        QTRY_VERIFY(fs::exists(m_site->at("css/index.html")) && !m_site->report.isRunning());
+        QVERIFY(fs::exists(m_site->at("index.html")));
+
+        m_site->pane->browser().setPath({"css", "print.css"});
+        commands().cutFiles();
+        m_site->pane->browser().setPath({"index.html"});
+        m_site->pane->pasteFiles();
+        QTRY_VERIFY(fs::exists(m_site->at("print.css")) && !m_site->report.isRunning());
+        QVERIFY(!fs::exists(m_site->at("css/print.css")));
+        // What was cut moves once.
+        m_site->pane->pasteFiles();
+        QCOMPARE(m_site->text("fullPathToSelectedItem"), "There are no files on the clipboard.");
+    }
+
+    void filesOfAFileManager_areCopied()
+    {
+        test::Site outside;
+        outside.put("a b.html");
+        auto* const files = new QMimeData;
+        const QByteArray uri = QByteArray::fromStdString("file://" + outside.root().native() + "/a%20b.html");
+        files->setData("text/uri-list", uri + "\r\n");
+        files->setData("x-special/gnome-copied-files", "cut\n" + uri);
+        QGuiApplication::clipboard()->setMimeData(files);
+        select({"index.html"});
+        m_site->pane->pasteFiles();
+        QTRY_VERIFY(fs::exists(m_site->at("a b.html")) && !m_site->report.isRunning());
+        // It is not the site's, and a move from outside has no way back.
+        QVERIFY(fs::exists(outside.at("a b.html")));
     }
 
     void otherPrograms_getTheFiles()
