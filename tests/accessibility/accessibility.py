@@ -7,6 +7,7 @@ accessibility.py LUMA publish    prints what a screen reader says while one chan
 """
 
 import os
+import sys
 from pathlib import Path
 
 import screenreader
@@ -281,4 +282,4 @@ def publish(reader):
 
 
 if __name__ == "__main__":
-    screenreader.run({"windows": windows, "publish": publish})
+    screenreader.run([sys.argv[1]], {"windows": windows, "publish": publish}[sys.argv[2]])
