@@ -219,11 +219,6 @@ void EditorPage::show(const QByteArray& markup, const SiteFolder& files)
     load(m_address);
 }
 
-void EditorPage::clearCaches()
-{
-    m_profile.clearHttpCache();
-}
-
 bool EditorPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame)
 {
     if (type == NavigationTypeLinkClicked) {

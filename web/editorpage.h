@@ -37,9 +37,6 @@ public:
 
     /// Counts the pages shown; tells a late answer from a current one.
     [[nodiscard]] int generation() const { return m_generation; }
-
-    /// Discards fetched files, so that changed style sheets and images are read again.
-    void clearCaches();
     [[nodiscard]] PageBridge& bridge() { return *m_bridge; }
 
 signals:

@@ -70,7 +70,9 @@ EditorProfile::EditorProfile() : m_filter(std::make_unique<RequestFilter>())
 {
     installUrlSchemeHandler(PageScheme::name(), &m_files);
     setUrlRequestInterceptor(m_filter.get());
-    setHttpCacheType(MemoryHttpCache);
+    // clearHttpCache() is of no use: it replaces the engine's network context, and no page that is open or just loading
+    // gets anything over http from then on (seen with Qt 6.4).
+    setHttpCacheType(NoCache);
     setPersistentCookiesPolicy(NoPersistentCookies);
     cookieStore()->setCookieFilter([](const QWebEngineCookieStore::FilterRequest&) { return false; });
     switchOffFeatures();

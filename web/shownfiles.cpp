@@ -95,7 +95,6 @@ void ShownFiles::renewAll()
     }
     if (addresses.isEmpty())
         return;
-    m_page.clearCaches();
     ScriptCall::run(&m_page, QStringLiteral("renewFiles([%1])").arg(addresses.join(u',')));
 }
 

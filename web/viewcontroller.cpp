@@ -234,7 +234,6 @@ void ViewController::load()
     EditorPage& page = m_webView->editorPage();
     m_recovery->hideNotice();
     m_activeElementWaits = false;
-    page.clearCaches();
     page.show(QByteArray::fromStdString(m_document.pageMarkup()), m_document.siteFolder());
 }
 

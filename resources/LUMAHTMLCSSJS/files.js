@@ -23,8 +23,20 @@ function addFiles(sheet, addresses) {
             addFiles(styleSheet, addresses);
 }
 
+// The engine keeps what it has loaded from a private scheme for ever, by address and kind: a request of another kind
+// replaces it.
+function dropKept(address) {
+    return new Promise((done) => {
+        const request = new XMLHttpRequest();
+        request.onloadend = done;
+        request.open('GET', address);
+        request.send();
+    });
+}
+
 // Loads these files again; what is shown stays until they are there. Nothing of the page's markup changes.
-function renewFiles(addresses) {
+async function renewFiles(addresses) {
+    await Promise.all(addresses.map(dropKept));
     const uses = (sheet) => {
         const files = new Set();
         addFiles(sheet, files);

@@ -140,8 +140,9 @@ private slots:
         QVERIFY(window->isWindowModified());
         typeInto("p", "!");
         QTRY_VERIFY(row("<p> one two!").isValid());
-        trigger("undoAction");
-        QTRY_VERIFY(!row("<p> one two").isValid());
+        // What was typed is one step or two, depending on the pause between.
+        while (row("<p> one two").isValid())
+            trigger("undoAction");
         QVERIFY(row("<p> one").isValid());
         QVERIFY(row("<title> New").isValid());
     }

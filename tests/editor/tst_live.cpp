@@ -5,6 +5,7 @@
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
 
+#include <QTcpServer>
 #include <QTest>
 #include <QUndoStack>
 
@@ -148,6 +149,12 @@ private slots:
         QCOMPARE(both(), before);
         QCOMPARE(page().generation(), shown);
         QCOMPARE(window->undoStack()->count(), 0);
+        // A web server is still reached.
+        QTcpServer server;
+        QVERIFY(server.listen(QHostAddress::LocalHost));
+        (void)answer("new Image().src = 'http://127.0.0.1:" + QString::number(server.serverPort()) +
+                     "/x.png'");
+        QTRY_VERIFY(server.hasPendingConnections());
     }
 
     // A page can tell what it likes.

@@ -142,16 +142,6 @@ private slots:
         QCOMPARE(colour(), coloured);
     }
 
-    void changedSheet_isReadAgain()
-    {
-        web->put("main.css", "p { color: red }");
-        QVERIFY(web->show(pageWithSheet("main.css")));
-        web->put("main.css", sheet);
-        page().clearCaches();
-        QVERIFY(web->show(pageWithSheet("main.css")));
-        QCOMPARE(colour(), coloured);
-    }
-
     void bigPage_comesWholeAndAsUtf8()
     {
         const QByteArray text =
