@@ -5,6 +5,7 @@
 #include "base/files.h"
 #include "base/mainhop.h"
 #include "base/pathbelow.h"
+#include "browser/displaytext.h"
 #include "browser/joblog.h"
 #include "browser/movenotices.h"
 #include "browser/panehost.h"
@@ -13,6 +14,8 @@
 #include "links/sitemoves.h"
 
 #include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
 
 #include <algorithm>
 #include <memory>
@@ -100,6 +103,7 @@ private:
     void fail(const Error& error, const MoveRequest& request);
     void ask(LinkPlan plan, std::optional<int> askAbove);
     void answer(bool isAccepted);
+    void skip(bool isAccepted);
     void carryOut();
     void end();
     [[nodiscard]] bool takeRenameBack(const MoveRequest& request) const;
@@ -234,6 +238,23 @@ void MoveRun::undo(const WebRules& rules)
     if (report.isDone)
         m_log->addText("Took back: " + report.title + "\n\n");
     show(report);
+    if (report.isDone || report.isStopped || report.problems.empty() || !m_moves->undoTitle()) {
+        end();
+        return;
+    }
+    const QString reason =
+        displayText(*m_moves->undoTitle()) + u'\n' + displayText(report.problems.front().text);
+    const auto answered = [self = shared_from_this()](bool isAccepted) {
+        start(std::make_shared<WorkItem>(), [self, isAccepted](const WorkItem&) { self->skip(isAccepted); });
+    };
+    onMain(m_jobs, [&](MoveJobs& jobs) { jobs.offerSkip(reason, answered); });
+}
+
+void MoveRun::skip(bool isAccepted)
+{
+    const auto skipped = isAccepted ? m_moves->skipUndo() : std::nullopt;
+    if (skipped)
+        m_log->addText("\nLeft as it is: " + *skipped);
     end();
 }
 
@@ -405,6 +426,28 @@ void MoveJobs::showPlan(const std::shared_ptr<const LinkPlan>& plan, std::option
     connect(preview, &QDialog::finished, this,
             [answered](int result) { answered(result == QDialog::Accepted); });
     preview->open();
+}
+
+void MoveJobs::offerSkip(const QString& reason, const Answered& answered)
+{
+    QWidget* const sheet = QApplication::activeModalWidget();
+    QWidget* const window = m_pane->window();
+    const bool isOnSheet = sheet && sheet->parentWidget() == window;
+    auto* const question = new QMessageBox(QMessageBox::Question, tr("Undo"), tr("This can't be taken back."),
+                                           QMessageBox::NoButton, isOnSheet ? sheet : window);
+    question->setObjectName(QStringLiteral("skipUndoAlert"));
+    question->setAttribute(Qt::WA_DeleteOnClose);
+    question->setTextFormat(Qt::PlainText);
+    question->setInformativeText(
+        reason + QStringLiteral("\n\n") +
+        tr("Leave it as it is for good? Edit > Undo then takes back what was done before it."));
+    QPushButton* const skip = question->addButton(tr("Leave It"), QMessageBox::AcceptRole);
+    QPushButton* const cancel = question->addButton(tr("Cancel"), QMessageBox::RejectRole);
+    question->setDefaultButton(cancel);
+    question->setEscapeButton(cancel);
+    connect(question, &QDialog::finished, this,
+            [answered, question, skip] { answered(question->clickedButton() == skip); });
+    question->open();
 }
 
 void MoveJobs::beginUpdate(const fs::path& site, std::function<MoveOutcome(LinkUpdatingMove&)> update,

@@ -69,6 +69,9 @@ public:
     void showPlan(const std::shared_ptr<const LinkPlan>& plan, std::optional<int> askAbove,
                   const Answered& answered);
 
+    /// Called by a job that could not take the last one back, for this reason: asks whether to leave that as it is for good.
+    void offerSkip(const QString& reason, const Answered& answered);
+
 signals:
     /// A job in `site` is done that undoMove() takes back. `title` says what it was: "Rename".
     void moved(const QString& title, const std::filesystem::path& site);

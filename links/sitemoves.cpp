@@ -129,6 +129,15 @@ std::optional<std::string> SiteMoves::undoTitle() const
     return last ? std::optional(titleOf(last->job)) : std::nullopt;
 }
 
+std::optional<std::string> SiteMoves::skipUndo()
+{
+    const auto last = m_journal.lastDone();
+    if (!last)
+        return std::nullopt;
+    m_journal.forgetDone(last->number);
+    return titleOf(last->job);
+}
+
 MoveReport SiteMoves::undo(const WebRules& rules)
 {
     const auto last = m_journal.lastDone();

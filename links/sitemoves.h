@@ -52,6 +52,9 @@ public:
     /// Takes the last job back, files and links. Files that have changed since are left alone and named. Where items can't go
     /// back to their places, nothing is done. `rules` say how links in documents that are open are read.
     MoveReport undo(const WebRules& rules = {});
+    /// Forgets the last job, which perhaps can't be taken back, so that undo() goes on with the one before. Touches no file of
+    /// the site. Its title; nothing where there is none.
+    std::optional<std::string> skipUndo();
 
 private:
     SiteMoves(std::filesystem::path site, MoveJournal journal, MoveRunner::Callbacks callbacks)

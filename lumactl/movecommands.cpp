@@ -232,7 +232,7 @@ ExitCode relink(const std::vector<std::string>& arguments)
 
 ExitCode undo(const std::vector<std::string>& arguments)
 {
-    const CommandArguments line(arguments, {}, {});
+    const CommandArguments line(arguments, {"--skip"}, {});
     if (!line.error().empty())
         return wrongUsage(undoCommand, line.error());
     if (line.operands().size() != 1)
@@ -243,8 +243,14 @@ ExitCode undo(const std::vector<std::string>& arguments)
     auto moves = SiteMoves::open(*site);
     if (!moves)
         return unusable(moves.error().text);
-    const MoveReport report = moves->undo();
     StandardOutput output;
+    if (line.has("--skip")) {
+        const auto skipped = moves->skipUndo();
+        if (skipped)
+            output.text().append("left as it is: ").append(*skipped).append("\n");
+        return output.finish() && skipped ? ExitCode::Ok : ExitCode::Found;
+    }
+    const MoveReport report = moves->undo();
     if (report.isDone)
         output.text().append("took back: ").append(report.title).append("\n");
     for (const fs::path& page : report.rewritten)
@@ -317,10 +323,13 @@ const LumactlCommand relinkCommand = {
     relink};
 
 const LumactlCommand undoCommand = {
-    "undo", "SITE", "take back the last move, rename, copy or relink in a site",
+    "undo", "SITE [--skip]", "take back the last move, rename, copy or relink in a site",
     "Files go back to their places and links to their old text, byte for byte. The last\n"
     "twenty are kept; each undo takes back one more. Files that have changed since are\n"
     "left alone and named. Where an item can't go back, nothing is done.\n"
+    "\n"
+    "  --skip               leave the last one as it is for good; the next undo takes\n"
+    "                       back the one before\n"
     "\n"
     "The exit code is 1 if there was nothing to take back, or not all of it could be.\n",
     undo};

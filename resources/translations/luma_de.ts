@@ -2655,6 +2655,26 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>An interrupted move was finished or taken back.</source>
         <translation>Ein unterbrochenes Bewegen wurde beendet oder zurückgenommen.</translation>
     </message>
+    <message>
+        <source>Undo</source>
+        <translation>Rückgängig</translation>
+    </message>
+    <message>
+        <source>This can&apos;t be taken back.</source>
+        <translation>Das lässt sich nicht zurücknehmen.</translation>
+    </message>
+    <message>
+        <source>Leave it as it is for good? Edit &gt; Undo then takes back what was done before it.</source>
+        <translation>Endgültig so lassen? Bearbeiten &gt; Rückgängig nimmt dann zurück, was davor getan wurde.</translation>
+    </message>
+    <message>
+        <source>Leave It</source>
+        <translation>So lassen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
 </context>
 <context>
     <name>luma::MyWebView</name>

@@ -118,6 +118,8 @@ private slots:
         succeeds(
             "relink . gone sub/x.html && \"$LUMACTL\" undo .",
             "rewrote index.html: 1 link\ntook back: Change links to gone to x.html\nrewrote index.html\n");
+        succeeds("relink . gone sub/x.html && \"$LUMACTL\" undo . --skip",
+                 "rewrote index.html: 1 link\nleft as it is: Change links to gone to x.html\n");
         fails("relink . gone none.html", "");
         fails("undo .", "");
         fails("rename . p.png lonely.png", "");

@@ -206,6 +206,46 @@ private slots:
         QCOMPARE(renamed.count(), 4);
     }
 
+    void undoThatIsBlocked_canBeLeftOut()
+    {
+        const LinkedSite folders;
+        const SiteWindow site(std::make_shared<SiteRecord>(QVariantMap{
+                                  {"sourceDict", SiteWindow::localFolder(folders.sending())},
+                                  {"destinationDict", SiteWindow::localFolder(folders.receiving())}}),
+                              {.remoteLogin = {},
+                               .runProgram = {},
+                               .mounter = std::make_shared<test::UnavailableMounter>(),
+                               .reportChoices = [] { return ReportChoices(); },
+                               .moveNotices = std::make_shared<MoveNotices>()});
+        QTRY_VERIFY(site.isConnected());
+        for (const auto& [name, newName] : {std::pair("y.html", "w.html"), std::pair("x.html", "z.html")}) {
+            choose(site, "a", name);
+            site.source().browser().model().setData(SiteWindow::item(site.source(), 1, name),
+                                                    QLatin1String(newName), Qt::EditRole);
+            QTRY_VERIFY(site.log().contains("Done"));
+            QTRY_VERIFY(site.isDone());
+            site.find<QDialog>("progressPanel").accept();
+            QTRY_VERIFY(SiteWindow::item(site.source(), 1, newName).isValid());
+        }
+        folders.put("sending/a/x.html", "in the way");
+        site.find<QAction>("undoMoveAction").trigger();
+        QTRY_VERIFY(site.window->findChild<QMessageBox*>("skipUndoAlert"));
+        auto& question = site.find<QMessageBox>("skipUndoAlert");
+        QVERIFY(question.informativeText().startsWith("Rename x.html to z.html\n"));
+        test::saveScreenshots(question, "undo-blocked");
+        const auto buttons = question.buttons();
+        (*std::find_if(buttons.begin(), buttons.end(), [](auto* button) {
+            return button->text() == "Leave It";
+        }))->click();
+        QTRY_VERIFY(site.log().endsWith("Left as it is: Rename x.html to z.html"));
+        QTRY_VERIFY(site.isDone());
+        site.find<QDialog>("progressPanel").accept();
+        site.find<QAction>("undoMoveAction").trigger();
+        QTRY_VERIFY(site.log().startsWith("Took back: Rename y.html to w.html"));
+        QTRY_VERIFY(site.isDone());
+        QVERIFY(fs::exists(folders.at("sending/a/y.html")) && fs::exists(folders.at("sending/a/z.html")));
+    }
+
     void renameThatWasInterrupted_isTakenBackOnOpening()
     {
         const LinkedSite folders;
