@@ -95,7 +95,7 @@ class ScreenReader:
 
     def start(self, *arguments):
         """Starts LUMA, or hands the arguments to the LUMA that runs."""
-        environment = {**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_QPA_PLATFORM": "xcb"}
+        environment = {**os.environ, "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1", "QT_QPA_PLATFORM": "xcb", "QT_QUICK_BACKEND": "software"}
         self.children.append(subprocess.Popen([*self.program, *arguments], env=environment))
 
     def hear(self, event):
