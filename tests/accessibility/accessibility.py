@@ -249,7 +249,6 @@ def row_texts(table, row):
 
 
 STORY = [
-    "localhost, window.",
     "Source: Contents of source, list.",
     "Move these new/modified files from Source to Destination?",
     "1 of 1 selected, 25 bytes to move",
