@@ -14,6 +14,7 @@
 #include <cerrno>
 #include <optional>
 #include <system_error>
+#include <utility>
 
 namespace luma {
 
@@ -52,7 +53,7 @@ public:
         ::unlink(m_path.c_str());
         create(mode);
     }
-    TemporaryFile(const fs::path& target, const fs::path& path) : m_target(target), m_path(path.string())
+    TemporaryFile(fs::path target, const fs::path& path) : m_target(std::move(target)), m_path(path.string())
     {
         create(S_IRUSR | S_IWUSR);
     }
