@@ -283,13 +283,14 @@ private slots:
         QCOMPARE(firstProblem(undone), site.at("p.png").native() + ": File exists");
         QCOMPARE(site.contents(), moved);
         // Jobs before it can be taken back without it.
-        QVERIFY(carryOut(requestOf(site, MoveOperation::Move, {{"o.html", "o2.html"}})).isDone);
-        site.put("o.html", "new");
+        site.put("n.txt", "note");
+        QVERIFY(carryOut(requestOf(site, MoveOperation::Move, {{"n.txt", "n2.txt"}})).isDone);
+        site.put("n.txt", "new");
         QVERIFY(!undo(site).isDone);
         QCOMPARE(SiteMoves::open(site.root())->skipUndo(),
-                 std::optional<std::string>("Rename o.html to o2.html"));
-        fs::rename(site.at("o2.html"), site.at("o.html"));
-        fs::remove(site.at("p.png"));
+                 std::optional<std::string>("Rename n.txt to n2.txt"));
+        for (const char* const file : {"n.txt", "n2.txt", "p.png"})
+            fs::remove(site.at(file));
         QVERIFY(undo(site).isDone);
         fs::remove(site.at("b"));
         QCOMPARE(site.contents(), someSite);
