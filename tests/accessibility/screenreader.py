@@ -54,7 +54,14 @@ class ScreenReader:
         watchdog = threading.Timer(END, self.give_up)
         watchdog.daemon = True
         watchdog.start()
-        self.start_display()
+        try:
+            self.start_display()
+            self.join_bus()
+        except BaseException:
+            self.end_children()
+            raise
+
+    def join_bus(self):
         # Its first use starts the bus, which may be missing or refused.
         try:
             bus = subprocess.run(
@@ -63,10 +70,10 @@ class ScreenReader:
             )  # fmt: skip
         except (OSError, subprocess.TimeoutExpired) as error:
             raise NotChecked(f"no accessibility bus: {error}") from None
-        if bus.returncode or Atspi.init() > 1:
+        if bus.returncode or self.atspi.init() > 1:
             raise NotChecked(f"no accessibility bus: {bus.stderr.strip()}")
-        Atspi.set_timeout(PATIENCE * 1000, PATIENCE * 1000)
-        self.listener = Atspi.EventListener.new(self.hear)
+        self.atspi.set_timeout(PATIENCE * 1000, PATIENCE * 1000)
+        self.listener = self.atspi.EventListener.new(self.hear)
         for event in EVENTS:
             self.listener.register(event)
 
