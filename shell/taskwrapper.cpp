@@ -21,7 +21,9 @@ void removeLastCharacter(std::string& text)
 
 } // namespace
 
-TaskWrapper::TaskWrapper(std::filesystem::path workingFolder) : m_workingFolder(std::move(workingFolder)) {}
+TaskWrapper::TaskWrapper(std::filesystem::path workingFolder, Errors errors)
+    : m_workingFolder(std::move(workingFolder)), m_errors(errors)
+{}
 
 TaskWrapper::~TaskWrapper() = default;
 
@@ -29,8 +31,9 @@ std::optional<std::string> TaskWrapper::run()
 {
     if (m_task)
         return std::nullopt;
+    const Collected collected = m_errors == Errors::Ignored ? Collected::Both : Collected::StandardOutput;
     m_task = std::make_unique<ChildProcess>(
-        ChildCommand{shell, arguments, m_workingFolder, Collected::StandardOutput, std::string_view()});
+        ChildCommand{shell, arguments, m_workingFolder, collected, std::string_view()});
     if (!m_task->waitForEndOfOutput())
         return std::nullopt;
     std::string output = m_task->takeCollected();
@@ -43,7 +46,7 @@ std::optional<std::string> TaskWrapper::run()
 CommandRunner shellRunner(std::filesystem::path workingFolder)
 {
     return [folder = std::move(workingFolder)](const std::vector<std::string>& words) {
-        TaskWrapper task(folder);
+        TaskWrapper task(folder, TaskWrapper::Errors::Ignored);
         task.arguments = words;
         return task.run().value_or(std::string());
     };

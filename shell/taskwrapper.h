@@ -15,12 +15,14 @@ class ChildProcess;
 
 /// Runs zsh once and collects what it prints. Blocks the calling thread, which may be any, until every
 /// process that holds the shell's standard output has closed it; the exit status is ignored. Standard input
-/// is an empty pipe, standard error is inherited.
+/// is an empty pipe.
 class TaskWrapper final
 {
 public:
+    enum class Errors { Inherited, Ignored }; // what becomes of standard error
+
     /// The shell runs in `workingFolder`; empty means ours.
-    explicit TaskWrapper(std::filesystem::path workingFolder = {});
+    explicit TaskWrapper(std::filesystem::path workingFolder = {}, Errors errors = Errors::Inherited);
     TaskWrapper(const TaskWrapper&) = delete;
     TaskWrapper& operator=(const TaskWrapper&) = delete;
     ~TaskWrapper();
@@ -34,10 +36,12 @@ public:
 
 private:
     std::filesystem::path m_workingFolder;
+    Errors m_errors;
     std::unique_ptr<ChildProcess> m_task;
 };
 
-/// A runner of zsh in `workingFolder`: each call is a TaskWrapper with the words as its arguments.
+/// A runner of zsh in `workingFolder`: each call is a TaskWrapper with the words as its arguments. What the commands print
+/// about themselves, such as how kill is used, is ignored.
 CommandRunner shellRunner(std::filesystem::path workingFolder = {});
 
 } // namespace luma
