@@ -93,7 +93,8 @@ int main(int argc, char** argv)
             if (QThreadPool::globalInstance()->activeThreadCount() == 0)
                 QCoreApplication::exit(wentOn);
         });
-        look->start(50);
+        // A busy machine needs some time to quit.
+        look->start(10'000);
     });
     const int code = QApplication::exec();
     // In the order of the real program: first the windows, then the pool with the application object.
