@@ -66,14 +66,6 @@ QList<QWidget*> WindowRegistry::windows() const
     return alive;
 }
 
-QWidget* WindowRegistry::windowTitled(const QString& title) const
-{
-    const QList<QWidget*> all = windows();
-    const auto found = std::find_if(all.begin(), all.end(),
-                                    [&](const QWidget* window) { return window->windowTitle() == title; });
-    return found == all.end() ? nullptr : *found;
-}
-
 QWidget* WindowRegistry::windowShowing(const QObject* subject) const
 {
     const QList<QWidget*> all = windows();

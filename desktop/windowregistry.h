@@ -28,9 +28,6 @@ public:
     void addHome(QWidget* window);
     [[nodiscard]] QList<QWidget*> windows() const;
 
-    /// The first window whose title is exactly `title`, or null.
-    [[nodiscard]] QWidget* windowTitled(const QString& title) const;
-
     /// The window added with `subject`, or null.
     [[nodiscard]] QWidget* windowShowing(const QObject* subject) const;
 

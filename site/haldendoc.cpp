@@ -271,10 +271,12 @@ void HaldenDoc::windowDidLoad()
 void HaldenDoc::updateForRecord()
 {
     const ObservedDictionary& destination = *m_record->destinationDict();
-    const QString server = destination.string(endpoint::server);
-    setWindowTitle(server.isEmpty() ? m_record->siteID() : server);
     // A local folder needs no login.
     const bool isRemote = destination.string(endpoint::protocol) != endpoint::fileProtocol;
+    const QString server = isRemote ? destination.string(endpoint::server) : QString();
+    QStringList title = {m_record->siteID(), server};
+    title.removeAll(QString());
+    setWindowTitle(title.join(QStringLiteral(" – ")));
     m_ui->connectionLine->setVisible(isRemote);
     m_ui->checkConnectionAction->setEnabled(isRemote);
     updateSetUp();

@@ -26,8 +26,8 @@ class RestorePanel;
 class SyncPanel;
 
 /// The window of one open site: its two panes, the connection line, and the panels of its long jobs. It
-/// shares its record with the site list, which finds the window by its title, the destination's server, or by
-/// its record if that names none; the title is then the site's name.
+/// shares its record with the site list, which finds the window by it. The title is the site's name with the
+/// destination's server behind it.
 /// Transfers go through rsync once the connection check has found that login by key works, until the
 /// destination changes. Main thread only; closing the window at any time drops its jobs.
 class HaldenDoc final : public QMainWindow, public PaneHost

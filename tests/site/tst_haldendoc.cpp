@@ -126,12 +126,16 @@ private slots:
         QCOMPARE(after.value("destinationDict"), before.value("destinationDict"));
     }
 
-    void title_isTheServerAndFollowsIt()
+    void title_isTheSiteWithItsServerAndFollowsThem()
     {
         open();
-        QCOMPARE(WindowRegistry::instance().windowTitled("web.example"), &window());
+        QCOMPARE(WindowRegistry::instance().windowShowing(m_record.get()), &window());
+        m_record->setSiteID("Shop");
+        m_record->destinationDict()->setValue(endpoint::protocol, "sftp://");
         m_record->destinationDict()->setValue(endpoint::server, "other.example");
-        QCOMPARE(window().windowTitle(), "other.example");
+        QCOMPARE(window().windowTitle(), "Shop – other.example");
+        m_record->destinationDict()->setValue(endpoint::protocol, "file://");
+        QCOMPARE(window().windowTitle(), "Shop");
     }
 
     void connectionLine_followsCheckAndSetUp()

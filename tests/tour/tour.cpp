@@ -106,7 +106,8 @@ void Tour::publish()
 {
     SiteListWindow& list = m_program.delegate().siteListWindow();
     clickOn(list, "openButton");
-    QWidget* window = WindowRegistry::instance().windowTitled(QStringLiteral("localhost"));
+    QWidget* window = WindowRegistry::instance().windowShowing(
+        m_program.delegate().sites().record(list.selectedRow()).get());
     if (!window)
         return miss(QStringLiteral("the site's window did not open"));
     const auto listsFiles = [&](const char* pane) {
