@@ -144,17 +144,40 @@ Result<void> LUMAAppDelegate::applicationWillTerminate()
     return saved;
 }
 
+// By name: the rows may have changed since.
+void LUMAAppDelegate::reopenSites()
+{
+    if (!m_preferences.value(Preferences::reopensSites).toBool())
+        return;
+    QStringList names = m_preferences.value(Preferences::sitesLeftOpen).toStringList();
+    for (int row = 0; row < sitesArrayController.rowCount(); ++row) {
+        const SiteList::Record record = sitesArrayController.record(row);
+        if (names.removeOne(record->siteID()))
+            open(record);
+    }
+}
+
+void LUMAAppDelegate::noteOpenSites()
+{
+    QStringList names;
+    for (int row = 0; row < sitesArrayController.rowCount(); ++row) {
+        const SiteList::Record record = sitesArrayController.record(row);
+        if (WindowRegistry::instance().windowShowing(record.get()))
+            names.append(record->siteID());
+    }
+    m_preferences.setValue(Preferences::sitesLeftOpen, names);
+}
+
 void LUMAAppDelegate::handleDoubleClick()
 {
-    const SiteList::Record record = sitesArrayController.record(window->selectedRow());
-    if (!record)
-        return;
-    // Sites without a server, which may be unfinished, have nothing in common.
-    const QString server = record->destinationDict()->string(endpoint::server);
-    const WindowRegistry& windows = WindowRegistry::instance();
-    if (QWidget* open =
-            server.isEmpty() ? windows.windowShowing(record.get()) : windows.windowTitled(server)) {
-        WindowRegistry::bringToFront(open);
+    if (const SiteList::Record record = sitesArrayController.record(window->selectedRow()))
+        open(record);
+}
+
+void LUMAAppDelegate::open(const SiteList::Record& record)
+{
+    if (QWidget* const shown = WindowRegistry::instance().windowShowing(record.get())) {
+        WindowRegistry::bringToFront(shown);
         return;
     }
     if (m_opening.contains(record))

@@ -66,6 +66,11 @@ public:
     /// is open.
     Result<void> applicationWillTerminate();
 
+    /// Opens the sites that noteOpenSites() has noted, if the user wants that.
+    void reopenSites();
+    /// Called before windows close because the application quits.
+    void noteOpenSites();
+
     /// Opens the selected site, or brings its window to the front. Opens it later if its password has to be read
     /// first.
     void handleDoubleClick();
@@ -98,6 +103,7 @@ public:
 
 private:
     void connectWindow();
+    void open(const SiteList::Record& record);
     void openSite(const SiteList::Record& record);
     void addCopyOf(const SiteRecord& record);
     void chooseFile(const QString& title, QFileDialog::AcceptMode mode,

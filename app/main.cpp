@@ -11,6 +11,7 @@
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QSettings>
 #include <QTranslator>
 
 #include <algorithm>
@@ -61,12 +62,15 @@ bool installTranslation(const QString& name, const QString& folder)
     return translator->load(name, folder) && QCoreApplication::installTranslator(translator);
 }
 
-// The first of the desktop's languages that there are texts in; those in the sources are English.
+// The user's choice, or the first of the desktop's languages that there are texts in; those in the sources are English.
 void chooseLanguage()
 {
+    const QString chosen = QSettings(luma::defaultPreferencesFile(), QSettings::IniFormat)
+                               .value(luma::Preferences::language)
+                               .toString();
     const QString ours = QFile::decodeName((luma::resourceFolder() / "translations").c_str());
     const QString theirs = QLibraryInfo::path(QLibraryInfo::TranslationsPath);
-    const QStringList languages = QLocale::system().uiLanguages();
+    const QStringList languages = chosen.isEmpty() ? QLocale::system().uiLanguages() : QStringList(chosen);
     for (QString language : languages) {
         language.replace(u'-', u'_');
         if (language.startsWith(QLatin1StringView("en")))

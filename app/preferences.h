@@ -18,6 +18,9 @@ class Preferences final
 public:
     static constexpr QLatin1StringView sitesArrayData = sitesArrayKey;
     static constexpr QLatin1StringView siteTemplate{"siteTemplate"};
+    static constexpr QLatin1StringView language{"Language"}; // of the texts, "de"; empty: the desktop's
+    static constexpr QLatin1StringView reopensSites{"ReopenSites"};    // false until the user wants it
+    static constexpr QLatin1StringView sitesLeftOpen{"SitesLeftOpen"}; // names of sites
     static constexpr QLatin1StringView excludedFolders{"ExcludedFolders"};
     static constexpr QLatin1StringView tidiesPages{"TidyPagesWhenSaved"}; // false until the user wants it
 

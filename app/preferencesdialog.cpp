@@ -2,11 +2,18 @@
 #include "app/preferencesdialog.h"
 
 #include "app/preferences.h"
+#include "base/resources.h"
+#include "site/siterecord.h"
 #include "ui_PreferencesDialog.h"
 
+#include <QDir>
+#include <QFile>
+#include <QLocale>
 #include <QRegularExpression>
 #include <QScrollArea>
 #include <QScrollBar>
+
+#include <algorithm>
 
 namespace luma {
 
@@ -14,8 +21,10 @@ PreferencesDialog::PreferencesDialog(Preferences& preferences, QWidget* parent)
     : QDialog(parent), m_preferences(preferences), m_ui(std::make_unique<Ui::PreferencesDialog>())
 {
     m_ui->setupUi(this);
-    m_ui->tidiesPages->setChecked(preferences.value(Preferences::tidiesPages).toBool());
+    showGeneral();
     showLinks();
+    showPublishing();
+    m_ui->tidiesPages->setChecked(preferences.value(Preferences::tidiesPages).toBool());
     for (QLabel* hint : findChildren<QLabel*>(QRegularExpression(QStringLiteral("Hint$")))) {
         hint->setForegroundRole(QPalette::PlaceholderText);
         hint->setAlignment(Qt::AlignTop);
@@ -48,6 +57,31 @@ void PreferencesDialog::letPagesScroll()
         m_ui->pages->insertTab(number, area, title);
     }
     m_ui->pages->setCurrentIndex(0);
+}
+
+void PreferencesDialog::showGeneral()
+{
+    QStringList languages = {QStringLiteral("en")};
+    const QDir catalogs(QFile::decodeName((resourceFolder() / "translations").c_str()));
+    for (const QString& catalog : catalogs.entryList({QStringLiteral("luma_*.qm")}, QDir::Files))
+        languages.append(catalog.section(u'_', 1).section(u'.', 0, 0));
+    m_ui->language->addItem(tr("The desktop's"), QString());
+    for (const QString& language : languages) {
+        QString name = QLocale(language).nativeLanguageName();
+        // English comes with its country.
+        if (language == QLatin1StringView("en"))
+            name = QLocale::languageToString(QLocale::English);
+        m_ui->language->addItem(name, language);
+    }
+    const int chosen = m_ui->language->findData(m_preferences.value(Preferences::language).toString());
+    m_ui->language->setCurrentIndex(std::max(chosen, 0));
+    m_ui->reopensSites->setChecked(m_preferences.value(Preferences::reopensSites).toBool());
+}
+
+void PreferencesDialog::storeGeneral()
+{
+    m_preferences.setValue(Preferences::language, m_ui->language->currentData());
+    m_preferences.setValue(Preferences::reopensSites, m_ui->reopensSites->isChecked());
 }
 
 void PreferencesDialog::showLinks()
@@ -88,8 +122,32 @@ void PreferencesDialog::storeLinks()
     m_preferences.setValue(Preferences::mostPagesUnasked, m_ui->mostPagesUnasked->value());
 }
 
+// New sites are copies of the template, and so get what it holds.
+void PreferencesDialog::showPublishing()
+{
+    const SiteRecord model(m_preferences.value(Preferences::siteTemplate).toMap());
+    m_ui->keptDays->setValue(model.keepChoice().days);
+    m_ui->ignoredNames->setPlainText(model.ignoredNames());
+    const int lines = m_ui->ignoredNames->fontMetrics().lineSpacing() * 4;
+    m_ui->ignoredNames->setFixedHeight(lines + 4 * m_ui->ignoredNames->frameWidth() + 8);
+}
+
+void PreferencesDialog::storePublishing()
+{
+    SiteRecord model(m_preferences.value(Preferences::siteTemplate).toMap());
+    KeepChoice choice = model.keepChoice();
+    choice.days = m_ui->keptDays->value();
+    if (choice == model.keepChoice() && m_ui->ignoredNames->toPlainText() == model.ignoredNames())
+        return;
+    model.setKeepChoice(choice);
+    model.setIgnoredNames(m_ui->ignoredNames->toPlainText());
+    m_preferences.setValue(Preferences::siteTemplate, model.values());
+}
+
 void PreferencesDialog::accept()
 {
+    storeGeneral();
+    storePublishing();
     m_preferences.setValue(Preferences::excludedFolders, m_ui->excludedFolders->text());
     m_preferences.setValue(Preferences::tidiesPages, m_ui->tidiesPages->isChecked());
     storeLinks();

@@ -13,7 +13,7 @@ namespace luma {
 
 class Preferences;
 
-/// The sheet of the user's preferences. OK stores and saves them, Cancel changes nothing. Main thread only.
+/// The sheet of the user's preferences, in pages. OK stores and saves them, Cancel changes nothing. Main thread only.
 class PreferencesDialog final : public QDialog
 {
     Q_OBJECT
@@ -29,8 +29,12 @@ private:
     Preferences& m_preferences;
     std::unique_ptr<Ui::PreferencesDialog> m_ui;
 
+    void showGeneral();
+    void storeGeneral();
     void showLinks();
     void storeLinks();
+    void showPublishing();
+    void storePublishing();
     void letPagesScroll();
 };
 

@@ -95,8 +95,9 @@ LUMAAppDelegate::Services Program::services()
 
 Result<void> Program::launch(const CommandLine& line)
 {
+    const bool isFirst = !std::exchange(m_hasLaunched, true);
     // Before a page opens: what it keeps is not an earlier run's.
-    if (!std::exchange(m_hasOffered, true))
+    if (isFirst)
         offerUnsavedPages();
     switch (line.request) {
     case CommandLine::Request::Folders:
@@ -107,6 +108,8 @@ Result<void> Program::launch(const CommandLine& line)
         return Error{line.message};
     default:
         WindowRegistry::bringToFront(&m_delegate.siteListWindow());
+        if (isFirst)
+            m_delegate.reopenSites();
         return {};
     }
 }
@@ -232,6 +235,8 @@ void Program::openPlace(const std::filesystem::path& file, const std::filesystem
 // A key that a window's own action takes does not arrive as a key press.
 bool Program::eventFilter(QObject* watched, QEvent* event)
 {
+    if (event->type() == QEvent::Quit && watched == qApp)
+        m_delegate.noteOpenSites();
     if (event->type() != QEvent::KeyPress || !watched->isWidgetType())
         return false;
     const auto* const key = static_cast<QKeyEvent*>(event);

@@ -36,7 +36,8 @@ public:
     void terminate();
 
 protected:
-    /// Control+W closes and Control+Q quits in panels, sheets and dialogs too, which have no such actions.
+    /// Control+W closes and Control+Q quits in panels, sheets and dialogs too, which have no such actions. Also notes
+    /// which sites are open when the application quits.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
@@ -65,7 +66,7 @@ private:
     std::shared_ptr<MoveNotices> m_moveNotices;
     LUMAAppDelegate m_delegate;
     bool m_terminated = false;
-    bool m_hasOffered = false; // unsaved pages of an earlier run
+    bool m_hasLaunched = false; // at least once
 };
 
 } // namespace luma

@@ -1068,6 +1068,54 @@
         <source>Prints the whole source of a page anew at each save. Otherwise only what was edited changes.</source>
         <translation>Schreibt den ganzen Quelltext einer Seite bei jedem Sichern neu. Sonst ändert sich nur, was bearbeitet wurde.</translation>
     </message>
+    <message>
+        <source>General</source>
+        <translation>Allgemein</translation>
+    </message>
+    <message>
+        <source>&amp;Language</source>
+        <translation>&amp;Sprache</translation>
+    </message>
+    <message>
+        <source>Of menus, windows and messages, from the next start of LUMA.</source>
+        <translation>Für Menüs, Fenster und Meldungen, ab dem nächsten Start von LUMA.</translation>
+    </message>
+    <message>
+        <source>&amp;Open the sites of last time at the start</source>
+        <translation>Beim Sta&amp;rt die zuletzt geöffneten Websites öffnen</translation>
+    </message>
+    <message>
+        <source>The windows of the sites that are open when you quit come back.</source>
+        <translation>Die Fenster der Websites, die beim Beenden offen sind, erscheinen wieder.</translation>
+    </message>
+    <message>
+        <source>Publishing</source>
+        <translation>Veröffentlichen</translation>
+    </message>
+    <message>
+        <source>&amp;Keep old versions</source>
+        <translation>&amp;Alte Fassungen behalten</translation>
+    </message>
+    <message>
+        <source>Off</source>
+        <translation>Aus</translation>
+    </message>
+    <message>
+        <source> days</source>
+        <translation> Tage</translation>
+    </message>
+    <message>
+        <source>What an upload replaces or deletes is kept beside the published folder. For new sites; the list of sites changes it for one that you have.</source>
+        <translation>Was ein Hochladen ersetzt oder löscht, wird neben dem veröffentlichten Ordner aufgehoben. Gilt für neue Websites; für eine vorhandene steht es in der Liste der Websites.</translation>
+    </message>
+    <message>
+        <source>&amp;Never publish</source>
+        <translation>&amp;Nie veröffentlichen</translation>
+    </message>
+    <message>
+        <source>Names or patterns of files and folders, one a line, such as *.psd or drafts/. For new sites, too.</source>
+        <translation>Namen oder Muster von Dateien und Ordnern, je Zeile eines, zum Beispiel *.psd oder entwuerfe/. Gilt auch für neue Websites.</translation>
+    </message>
 </context>
 <context>
     <name>ProgressPanel</name>
@@ -3105,6 +3153,13 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>In the site that is left, %1 on %2 will be missing.</source>
         <translation>In der bisherigen Site fehlen dann: %1 auf %2.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::PreferencesDialog</name>
+    <message>
+        <source>The desktop&apos;s</source>
+        <translation>Die der Arbeitsumgebung</translation>
     </message>
 </context>
 <context>

@@ -21,6 +21,7 @@
 #include <QMenu>
 #include <QPointer>
 #include <QPushButton>
+#include <QTabWidget>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTranslator>
@@ -84,8 +85,13 @@ class tst_languages final : public QObject
     {
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
-        // Layouts are brought up to date later.
-        QTRY_COMPARE(cutOffTexts(window).join(QLatin1String("; ")), QString());
+        auto* const tabs = window.findChild<QTabWidget*>(QStringLiteral("pages"));
+        for (int tab = tabs ? tabs->count() - 1 : 0; tab >= 0; --tab) {
+            if (tabs)
+                tabs->setCurrentIndex(tab);
+            // Layouts are brought up to date later.
+            QTRY_COMPARE(cutOffTexts(window).join(QLatin1String("; ")), QString());
+        }
         QCOMPARE(sharedMnemonics(window).join(QLatin1String("; ")), QString());
         test::saveScreenshots(
             window, QStringLiteral("%1-%2").arg(QString::fromLatin1(QTest::currentDataTag()), name));

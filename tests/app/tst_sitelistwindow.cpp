@@ -354,6 +354,12 @@ private slots:
                 pages->setCurrentIndex(page);
                 test::saveScreenshots(*dialog, "preferences-" + pages->tabText(page));
             }
+            dialog->findChild<QCheckBox*>("reopensSites")->click();
+            dialog->findChild<QSpinBox*>("keptDays")->setValue(30);
+            dialog->findChild<QPlainTextEdit*>("ignoredNames")->setPlainText("*.psd");
+            auto* language = dialog->findChild<QComboBox*>("language");
+            language->setCurrentIndex(language->findData("de"));
+            QCOMPARE(language->currentText(), "Deutsch");
             auto* rules = dialog->findChild<QComboBox*>("linkRules");
             rules->setFocus();
             QTest::keyClick(rules, Qt::Key_Down);
@@ -372,6 +378,12 @@ private slots:
             QCOMPARE(choices.webRules.fragmentsAreChecked, !isStored);
             QCOMPARE(choices.webRules.indexNames,
                      isStored ? (std::vector<std::string>{"home.html", "start.php"}) : WebRules().indexNames);
+            QCOMPARE(stored.value(Preferences::language).toString(), QLatin1StringView(isStored ? "de" : ""));
+            QCOMPARE(stored.value(Preferences::reopensSites).toBool(), isStored);
+            m_delegate->add();
+            const SiteList::Record added = m_delegate->sites().record(window().selectedRow());
+            QCOMPARE(added->ignoredNames(), isStored ? "*.psd" : "");
+            QCOMPARE(added->keepChoice().days, isStored ? 30 : 0);
         }
     }
 
@@ -609,24 +621,9 @@ private slots:
         }
     }
 
-    void open_bringsAnOpenWindowOfThatServerForward()
+    void sitesOnOneServer_haveAWindowEach()
     {
-        launchWith(numbered(2));
-        QWidget other;
-        other.setWindowTitle("www2.example.org");
-        WindowRegistry::instance().add(&other);
-        window().select(1);
-        click("openButton");
-        QVERIFY(m_shown.isEmpty());
-        QTRY_VERIFY(other.isActiveWindow());
-        other.close();
-        click("openButton");
-        QCOMPARE(m_shown.size(), 1);
-    }
-
-    void unfinishedSites_haveAWindowEach()
-    {
-        launchWith({siteTemplate(), siteTemplate()});
+        launchWith({numbered(1).first(), numbered(1).first()});
         QWidget first;
         window().select(0);
         click("openButton");
@@ -639,6 +636,21 @@ private slots:
         click("openButton");
         QCOMPARE(m_shown.size(), 2);
         QTRY_VERIFY(first.isActiveWindow());
+    }
+
+    void sitesOpenAtTheQuit_areOpenedAtTheNextStart()
+    {
+        launchWith(numbered(3));
+        QWidget second;
+        WindowRegistry::instance().add(&second, m_delegate->sites().record(1).get());
+        m_delegate->noteOpenSites();
+        QVERIFY(m_delegate->applicationWillTerminate());
+        launch();
+        m_delegate->reopenSites();
+        QVERIFY(m_shown.isEmpty());
+        m_preferences->setValue(Preferences::reopensSites, true);
+        m_delegate->reopenSites();
+        QCOMPARE(m_shown, QList<SiteList::Record>{m_delegate->sites().record(1)});
     }
 
     void getPath_writesTheChosenFolderIntoItsEndpoint()
