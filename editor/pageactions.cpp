@@ -3,6 +3,7 @@
 
 #include "base/pathtext.h"
 #include "desktop/icons.h"
+#include "editor/formatbar.h"
 #include "editor/hiddenelements.h"
 #include "editor/htmldocument.h"
 #include "editor/outlinefind.h"
@@ -13,7 +14,6 @@
 #include "web/viewcontroller.h"
 
 #include <QApplication>
-#include <QToolButton>
 
 #include <algorithm>
 #include <utility>
@@ -28,21 +28,6 @@ constexpr double zoomStep = 1.1;
 constexpr double smallestZoom = 0.25;
 constexpr double largestZoom = 5;
 
-/// A button of the bar that opens the menu after updating its check marks.
-QToolButton* menuButton(QMenu* menu, const char* icon, const ViewController& rendering)
-{
-    menu->setIcon(icons::symbol(QString::fromLatin1(icon)));
-    QObject::connect(menu, &QMenu::aboutToShow, rendering.webView(), &MyWebView::updateMenuMarks);
-    auto* const button = new QToolButton;
-    button->setObjectName(menu->objectName() + QStringLiteral("Button"));
-    button->setAccessibleName(menu->title());
-    button->setToolTip(menu->title());
-    button->setIcon(menu->icon());
-    button->setPopupMode(QToolButton::InstantPopup);
-    button->setMenu(menu);
-    return button;
-}
-
 } // namespace
 
 PageActions::PageActions(const Parts& parts, RecentPages recentPages)
@@ -54,7 +39,12 @@ PageActions::PageActions(const Parts& parts, RecentPages recentPages)
             command.action->setIcon(icons::symbol(QString::fromLatin1(command.icon)));
     }
     connectControls();
-    addMenusToFormatBar();
+    const Ui::HTMLDocument& ui = parts.ui;
+    new FormatBar({*ui.formatBar,
+                   *ui.formatMenu,
+                   {ui.boldAction, ui.italicAction, ui.underlineAction},
+                   parts.rendering},
+                  this);
 }
 
 std::vector<PageActions::Command> PageActions::table()
@@ -170,21 +160,6 @@ void PageActions::connectControls()
     }
     connect(ui.openRecentMenu, &QMenu::aboutToShow, this, &PageActions::fillRecentMenu);
     connect(ui.insertMenu, &QMenu::aboutToShow, this, &PageActions::fillInsertMenu);
-}
-
-// The layout has the rest of the bar and the menu; these two menus belong to the rendering.
-void PageActions::addMenusToFormatBar()
-{
-    const Ui::HTMLDocument& ui = m_parts.ui;
-    QMenu* const styles = m_parts.rendering.fontSubMenu();
-    QMenu* const justification = m_parts.rendering.justificationSubMenu();
-    const QList<QAction*> bar = ui.formatBar->actions();
-    QAction* const afterStyles = bar.value(bar.indexOf(ui.underlineAction) + 1);
-    ui.formatBar->insertWidget(afterStyles, menuButton(styles, "text-style", m_parts.rendering));
-    ui.formatBar->insertWidget(afterStyles, menuButton(justification, "justify", m_parts.rendering));
-    QAction* const first = ui.formatMenu->actions().constFirst();
-    ui.formatMenu->insertMenu(first, styles);
-    ui.formatMenu->insertMenu(first, justification);
 }
 
 void PageActions::fillRecentMenu()

@@ -71,7 +71,6 @@ private:
     [[nodiscard]] std::vector<Command> table();
     [[nodiscard]] bool isAvailable(When when) const;
     void connectControls();
-    void addMenusToFormatBar();
     void fillRecentMenu();
     void fillInsertMenu();
     /// Calls the slot of the focused field, or else the page's own command.

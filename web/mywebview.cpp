@@ -158,27 +158,21 @@ void MyWebView::setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu)
     m_justificationSubMenu = justificationSubMenu;
 }
 
-void MyWebView::updateMenuMarks()
+void MyWebView::showFormats(const QStringList& titles)
 {
-    whenMarked([] {});
+    check(m_fontSubMenu, titles);
+    check(m_justificationSubMenu, titles);
 }
 
-void MyWebView::whenMarked(const std::function<void()>& then)
-{
-    ScriptCall::ask(m_page.get(), QStringLiteral("[getTextTags(), getCurrentJustification()]"), this,
-                    [this, then](const QVariant& answer) {
-                        const QVariantList marks = answer.toList();
-                        check(m_fontSubMenu, ScriptCall::strings(marks.value(0)).value_or(QStringList()));
-                        check(m_justificationSubMenu,
-                              ScriptCall::strings(marks.value(1)).value_or(QStringList()));
-                        then();
-                    });
-}
-
+// A click moves the caret before it opens the menu, so the page is asked first.
 void MyWebView::contextMenuEvent(QContextMenuEvent* event)
 {
     event->accept();
-    whenMarked([this, where = event->globalPos()] { openMenu(where); });
+    ScriptCall::ask(m_page.get(), QStringLiteral("currentFormats()"), this,
+                    [this, where = event->globalPos()](const QVariant& titles) {
+                        showFormats(ScriptCall::strings(titles).value_or(QStringList()));
+                        openMenu(where);
+                    });
 }
 
 void MyWebView::openMenu(const QPoint& where)

@@ -9,7 +9,6 @@
 #include <QUrl>
 #include <QWebEngineView>
 
-#include <functional>
 #include <memory>
 
 class QKeyEvent;
@@ -42,8 +41,8 @@ public:
     /// The submenus of the context menu; the caller keeps them.
     void setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu);
 
-    /// Checks the items of both submenus that apply to the page's selection, as soon as the page has answered.
-    void updateMenuMarks();
+    /// Checks the items of both submenus that have one of the titles (English), and no others.
+    void showFormats(const QStringList& titles);
 
 signals:
     /// Files were dropped at a point of the view, in its pixels.
@@ -66,7 +65,6 @@ private:
     /// Tab and Backtab leave the page.
     bool takeTabKey(const QKeyEvent& key);
     bool takeUndoKey(QKeyEvent& key);
-    void whenMarked(const std::function<void()>& then);
     void openMenu(const QPoint& where);
 
     std::shared_ptr<EditorProfile> m_profile;

@@ -69,6 +69,8 @@ void PageBridge::post(const QString& name, const QJsonValue& body)
     } else if (name == QLatin1String("mutationObserver")) {
         if (const auto change = changeFrom(body))
             emit mutationObserver(*change);
+    } else if (name == QLatin1String("formats") && body.isArray()) {
+        emit formats(body.toVariant().toStringList());
     }
 }
 

@@ -5,6 +5,7 @@
 
 #include <QJsonValue>
 #include <QObject>
+#include <QStringList>
 #include <QVariant>
 
 #include <optional>
@@ -58,6 +59,8 @@ signals:
     /// children. Empty means the root element.
     void activeElementHTML(const QList<int>& path);
     void mutationObserver(const RenderingChange& change);
+    /// The titles of the text styles and of the alignment at the selection, as in the menus.
+    void formats(const QStringList& titles);
 };
 
 } // namespace luma

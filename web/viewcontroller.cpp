@@ -35,6 +35,8 @@ QString scrollingTo(const QString& position)
     return QStringLiteral("document.body.scrollTop = ") + QString::number(position.toDouble(), 'f', 3);
 }
 
+const QString tellFormats = QStringLiteral("tellFormats()");
+
 QString commandWordOf(const QObject* sender)
 {
     const QVariant word = sender ? sender->property("commandWord") : QVariant();
@@ -104,6 +106,7 @@ void ViewController::connectPage()
     });
     connect(&page.bridge(), &PageBridge::activeElementHTML, this, &ViewController::takeActiveElement,
             Qt::QueuedConnection);
+    connect(&page.bridge(), &PageBridge::formats, this, &ViewController::takeFormats);
     connect(m_reader, &RenderingReader::upToDate, this, &ViewController::tellActiveElement);
     connect(m_reader, &RenderingReader::differs, this, [this] { show(Position::Keep); });
 }
@@ -258,6 +261,7 @@ void ViewController::restorePosition()
     if (!m_currentCaret.isEmpty())
         evaluate(scriptCall(QStringLiteral("restoreCaret"), m_currentCaret));
     emit selectionRestored();
+    evaluate(tellFormats);
     if (!m_currentScrollPosition.isEmpty())
         evaluate(scrollingTo(m_currentScrollPosition));
     ask(QStringLiteral("markAsShown()"), this,
@@ -289,6 +293,12 @@ void ViewController::takeActiveElement(const QList<int>& path)
         tellActiveElement();
 }
 
+void ViewController::takeFormats(const QStringList& titles)
+{
+    m_webView->showFormats(titles);
+    emit formatsChanged(titles);
+}
+
 void ViewController::tellActiveElement()
 {
     if (std::exchange(m_activeElementWaits, false))
@@ -308,7 +318,10 @@ void ViewController::performNow(const QString& name, const QString& script)
 {
     whenCaughtUp(this, [this, name, script] {
         m_webView->heldInput().hold();
-        m_reader->run(script, name, [this](const QVariant&) { m_webView->heldInput().release(); });
+        m_reader->run(script, name, [this](const QVariant&) {
+            evaluate(tellFormats); // a command without effect must not stay pressed
+            m_webView->heldInput().release();
+        });
     });
 }
 

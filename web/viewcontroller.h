@@ -86,6 +86,8 @@ signals:
     /// A page that was shown again, or updated, has its selection back. To set another one, do so now: before the user
     /// goes on and before the scroll position is restored.
     void selectionRestored();
+    /// The titles (English) of the text styles and of the alignment at the selection; the menus are up to date.
+    void formatsChanged(const QStringList& titles);
 
 public slots:
     void removeLink();
@@ -110,6 +112,7 @@ private:
     void connectPage();
     void connectView();
     void takeActiveElement(const QList<int>& path);
+    void takeFormats(const QStringList& titles);
     void tellActiveElement();
     void finishUpdate(const QByteArray& changes);
     void keepPositionAndLoad();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 // The page's end of the bridge to the editor: reports that the page is ready, and post(name, body) sends one of
-// the four messages. Until there is a channel, messages wait here for it or for the editor to fetch them.
+// the messages. Until there is a channel, messages wait here for it or for the editor to fetch them.
 
 'use strict';
 

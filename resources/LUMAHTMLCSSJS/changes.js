@@ -28,6 +28,7 @@ function postChanges(records) {
     changes.last.push(message);
     changes.last.splice(0, changes.last.length - keptChanges);
     post('mutationObserver', message);
+    postFormats();
 }
 
 // The number of changes, those of the current event included. A blank that is a no-break space for the moment is

@@ -18,6 +18,7 @@ function applyChanges(known, list, placing) {
     }
     if (placing)
         placeCaret();
+    postFormats();
     return true;
 }
 

@@ -211,12 +211,16 @@ function toggleNextStyle(title) {
 }
 
 // None where the caret has moved on.
-function takePendingStyles() {
+function nextStyles({ startContainer, startOffset }) {
     const { next } = typing;
-    typing.next = null;
-    const { startContainer, startOffset } = currentRange();
     return next && next.node.isConnected && (next.node === startContainer && next.offset === startOffset
         || next.node.contains(startContainer) && next.node instanceof Element) ? next.titles : [];
+}
+
+function takePendingStyles() {
+    const titles = nextStyles(currentRange());
+    typing.next = null;
+    return titles;
 }
 
 function styleTyped(node, offset, length, titles) {

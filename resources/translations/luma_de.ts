@@ -1941,6 +1941,17 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
 </context>
 <context>
+    <name>luma::FormatBar</name>
+    <message>
+        <source>Block format</source>
+        <translation>Absatzformat</translation>
+    </message>
+    <message>
+        <source>Make the selected blocks paragraphs, headings or preformatted text</source>
+        <translation>Ausgewählte Absätze zu Absätzen, Überschriften oder vorformatiertem Text machen</translation>
+    </message>
+</context>
+<context>
     <name>luma::FormatMenus</name>
     <message>
         <source>Text Style</source>

@@ -2,8 +2,10 @@
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
+#include "tests/support/screenshot.h"
 
 #include <QAbstractButton>
+#include <QComboBox>
 #include <QDropEvent>
 #include <QMenu>
 #include <QMimeData>
@@ -24,6 +26,18 @@ class tst_pageediting final : public QObject, private luma::test::PageWindow
 
 private:
     QWidget* keys() const { return rendering().webView()->focusProxy(); }
+    /// The box's entry and the pressed buttons of the bar.
+    QString shownFormats() const
+    {
+        QStringList shown = {the<QComboBox>("blockFormatBox")->currentText()};
+        for (const char* action :
+             {"boldAction", "italicAction", "underlineAction", "Unordered List", "Ordered List"}) {
+            if (the<QAction>(action)->isChecked())
+                shown.append(the<QAction>(action)->text());
+        }
+        shown.removeAll(QString());
+        return shown.join(QStringLiteral(", "));
+    }
     QString undoText() const { return the<QAction>("undoAction")->text(); }
     /// As a pane or another program would drop it on the first letters of the page.
     void drop(const QList<QUrl>& files) const
@@ -109,6 +123,53 @@ private slots:
         QCOMPARE(undoText(), "&Undo " + QLatin1String(QTest::currentDataTag()));
         trigger("undoAction");
         QTRY_COMPARE(body(), before);
+    }
+
+    void formatBar_showsFormatsOfTheSelection_data()
+    {
+        const test::Rows<QByteArray, QString> row("body", "formats");
+        row("paragraph", "<p>word</p>", "Paragraph");
+        row("in a heading", "<h2><b>word</b></h2>", "Heading 2, Bold");
+        row("in a list", "<ul><li><i><u>word</u></i></li></ul>", "Italic, Underline, Unordered List");
+        row("partly", "<ol><li><p><b>wo</b></p></li><li><p><b>r</b>d</p></li></ol>",
+            "Paragraph, Ordered List");
+        row("different blocks", "<h1>wo</h1><p>rd</p>", "");
+        row("many", QByteArray("<h3>word</h3>").repeated(3000), "Heading 3");
+    }
+    void formatBar_showsFormatsOfTheSelection()
+    {
+        QFETCH(QByteArray, body);
+        QFETCH(QString, formats);
+        open("<p><s>none</s></p>" + body.toStdString());
+        select("none");
+        QTRY_COMPARE(shownFormats(), QStringLiteral("Paragraph"));
+        (void)answer(
+            "{ const range = document.createRange();"
+            "  range.setStartBefore(document.body.children[1]); range.setEndAfter(document.body.lastChild);"
+            "  getSelection().removeAllRanges(); getSelection().addRange(range); }");
+        QTRY_COMPARE(shownFormats(), formats);
+    }
+
+    void formatBar_followsEdits()
+    {
+        open("<p style=\"text-align: right\">word</p>");
+        trigger("boldAction"); // does nothing without a selection
+        QTRY_VERIFY(!the<QAction>("boldAction")->isChecked());
+        setCaretBehind("word");
+        QTRY_COMPARE(shownFormats(), QStringLiteral("Paragraph"));
+        QVERIFY(the<QAction>("Justify Right")->isChecked());
+        trigger("boldAction"); // for what is typed next
+        QTRY_COMPARE(shownFormats(), QStringLiteral("Paragraph, Bold"));
+        type("s");
+        QTRY_VERIFY(body().endsWith("<b>s</b></p>"));
+        QTRY_COMPARE(shownFormats(), QStringLiteral("Paragraph, Bold"));
+        auto* const blocks = the<QComboBox>("blockFormatBox");
+        emit blocks->activated(blocks->findText("Heading 3"));
+        QTRY_COMPARE(shownFormats(), QStringLiteral("Heading 3, Bold"));
+        QCOMPARE(undoText(), QStringLiteral("&Undo Heading 3"));
+        trigger("undoAction");
+        QTRY_COMPARE(blocks->currentText(), QStringLiteral("Paragraph"));
+        QVERIFY(test::screenshot(*window, "format-bar"));
     }
 
     void keysAndTheClipboard_areStepsOfTheirName()
