@@ -5,6 +5,7 @@
 
 #include <QChar>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -56,6 +57,11 @@ char32_t folded(std::string_view character)
     return static_cast<char32_t>(QChar::toCaseFolded(codePoint(character)));
 }
 
+bool isInsideCharacter(std::string_view text, std::size_t place)
+{
+    return place < text.size() && isUtf8Continuation(text[place]);
+}
+
 } // namespace
 
 bool isValidUtf8(std::string_view bytes)
@@ -86,6 +92,24 @@ char32_t codePoint(std::string_view character)
     for (const char c : character.substr(1))
         result = (result << 6U) | (static_cast<unsigned char>(c) & 0x3FU);
     return result;
+}
+
+std::size_t sharedPrefix(std::string_view a, std::string_view b)
+{
+    auto shared =
+        static_cast<std::size_t>(std::mismatch(a.begin(), a.end(), b.begin(), b.end()).first - a.begin());
+    while (shared > 0 && (isInsideCharacter(a, shared) || isInsideCharacter(b, shared)))
+        --shared;
+    return shared;
+}
+
+std::size_t sharedSuffix(std::string_view a, std::string_view b)
+{
+    auto shared = static_cast<std::size_t>(std::mismatch(a.rbegin(), a.rend(), b.rbegin(), b.rend()).first -
+                                           a.rbegin());
+    while (shared > 0 && isUtf8Continuation(a[a.size() - shared]))
+        --shared;
+    return shared;
 }
 
 void appendUtf8(std::string& text, char32_t codePoint)

@@ -25,6 +25,10 @@ std::size_t characterLength(std::string_view bytes);
 /// The code point of `character`, which must be exactly one valid character.
 char32_t codePoint(std::string_view character);
 
+/// How many bytes two texts share at their start, and at their end; whole characters.
+std::size_t sharedPrefix(std::string_view a, std::string_view b);
+std::size_t sharedSuffix(std::string_view a, std::string_view b);
+
 /// Appends the UTF-8 form of `codePoint`, which must be a Unicode scalar value.
 void appendUtf8(std::string& text, char32_t codePoint);
 

@@ -76,11 +76,6 @@ std::string escaped(std::string_view text, TextPlace place, const Document::Serv
     return raw + escaped(text.substr(done), place, lineEnd);
 }
 
-bool isInsideCharacter(std::string_view text, std::size_t place)
-{
-    return place < text.size() && isUtf8Continuation(text[place]);
-}
-
 // What could join the text behind it to a tag or reference.
 bool couldJoin(std::string_view unit, TextPlace place)
 {
@@ -143,10 +138,7 @@ std::string patchedText(std::string_view raw, std::string_view text, TextPlace p
     const auto [boundaries, old] = readText(raw, place);
     if (old == text)
         return std::string(raw);
-    auto same = static_cast<std::size_t>(
-        std::mismatch(old.begin(), old.end(), text.begin(), text.end()).first - old.begin());
-    while (same > 0 && (isInsideCharacter(old, same) || isInsideCharacter(text, same)))
-        --same;
+    const std::size_t same = sharedPrefix(old, text);
     // The last boundary that lies in what is the same, and behind which nothing new can change what is kept.
     std::size_t first = boundaries.size() - 1;
     while (first > 0 && (boundaries[first].decoded > same ||
@@ -155,12 +147,7 @@ std::string patchedText(std::string_view raw, std::string_view text, TextPlace p
                                    place)))
         --first;
     const std::size_t kept = boundaries[first].decoded;
-    const std::size_t most = std::min(old.size(), text.size()) - kept;
-    std::size_t sameAtEnd = 0;
-    while (sameAtEnd < most && old[old.size() - 1 - sameAtEnd] == text[text.size() - 1 - sameAtEnd])
-        ++sameAtEnd;
-    while (sameAtEnd > 0 && isInsideCharacter(old, old.size() - sameAtEnd))
-        --sameAtEnd;
+    const std::size_t sameAtEnd = sharedSuffix(std::string_view(old).substr(kept), text.substr(kept));
     const auto last = std::lower_bound(
         boundaries.begin() + static_cast<std::ptrdiff_t>(first), boundaries.end(), old.size() - sameAtEnd,
         [](const ValueBoundary& boundary, std::size_t wanted) { return boundary.decoded < wanted; });

@@ -23,25 +23,9 @@ struct Difference
 
 Difference differenceOf(std::string_view a, std::string_view b)
 {
-    const auto isInside = [](std::string_view text, std::size_t at) {
-        return at < text.size() && isUtf8Continuation(text[at]);
-    };
-    std::size_t begin = 0;
-    while (begin < std::min(a.size(), b.size()) && a[begin] == b[begin])
-        ++begin;
-    while (begin > 0 && (isInside(a, begin) || isInside(b, begin)))
-        --begin;
-    Difference difference{begin, a.size(), b.size()};
-    while (difference.oldEnd > begin && difference.newEnd > begin &&
-           a[difference.oldEnd - 1] == b[difference.newEnd - 1]) {
-        --difference.oldEnd;
-        --difference.newEnd;
-    }
-    while (isInside(a, difference.oldEnd) || isInside(b, difference.newEnd)) {
-        ++difference.oldEnd;
-        ++difference.newEnd;
-    }
-    return difference;
+    const std::size_t begin = sharedPrefix(a, b);
+    const std::size_t after = sharedSuffix(a.substr(begin), b.substr(begin));
+    return {begin, a.size() - after, b.size() - after};
 }
 
 // Where `path`, with which the address `raw` begins, ends in it; perhaps there are character references in it.

@@ -26,42 +26,17 @@ std::string escaped(std::string_view text, Quotes quotes)
     return raw;
 }
 
-// What two texts share at both ends, in bytes; whole characters.
-struct SharedEnds
-{
-    std::size_t before = 0;
-    std::size_t after = 0;
-};
-
-SharedEnds sharedEnds(std::string_view a, std::string_view b)
-{
-    const std::size_t most = std::min(a.size(), b.size());
-    const auto isInside = [](std::string_view text, std::size_t at) {
-        return at < text.size() && isUtf8Continuation(text[at]);
-    };
-    SharedEnds shared;
-    while (shared.before < most && a[shared.before] == b[shared.before])
-        ++shared.before;
-    while (shared.before > 0 && (isInside(a, shared.before) || isInside(b, shared.before)))
-        --shared.before;
-    while (shared.before + shared.after < most &&
-           a[a.size() - 1 - shared.after] == b[b.size() - 1 - shared.after])
-        ++shared.after;
-    while (shared.after > 0 && (isInside(a, a.size() - shared.after) || isInside(b, b.size() - shared.after)))
-        --shared.after;
-    return shared;
-}
-
 // An attribute's value, or a part of one, that stands for `old` and has to stand for `text`.
 std::string patchedValue(std::string_view raw, std::string_view old, std::string_view text, Quotes quotes)
 {
-    const SharedEnds shared = sharedEnds(old, text);
+    const std::size_t before = sharedPrefix(old, text);
+    const std::size_t after = sharedSuffix(old.substr(before), text.substr(before));
     const std::vector<ValueBoundary> boundaries = valueBoundaries(raw);
     const auto first =
         std::find_if(boundaries.rbegin(), boundaries.rend(),
-                     [&](const ValueBoundary& boundary) { return boundary.decoded <= shared.before; });
+                     [&](const ValueBoundary& boundary) { return boundary.decoded <= before; });
     const auto last = std::find_if(boundaries.begin(), boundaries.end(), [&](const ValueBoundary& boundary) {
-        return boundary.decoded >= old.size() - shared.after;
+        return boundary.decoded >= old.size() - after;
     });
     const std::size_t tail = old.size() - last->decoded;
     std::string patched(raw.substr(0, first->raw));
@@ -76,11 +51,12 @@ std::string patchedCss(std::string_view raw, std::string_view old, std::string_v
 {
     if (raw != old)
         return encodedCss(text, quotes);
-    const SharedEnds shared = sharedEnds(old, text);
-    const std::string_view changed = text.substr(shared.before, text.size() - shared.before - shared.after);
-    return std::string(raw.substr(0, shared.before))
+    const std::size_t before = sharedPrefix(old, text);
+    const std::size_t after = sharedSuffix(old.substr(before), text.substr(before));
+    const std::string_view changed = text.substr(before, text.size() - before - after);
+    return std::string(raw.substr(0, before))
         .append(encodedCss(changed, quotes))
-        .append(raw.substr(raw.size() - shared.after));
+        .append(raw.substr(raw.size() - after));
 }
 
 } // namespace
