@@ -3,7 +3,6 @@
 
 #include "base/console.h"
 #include "base/filecalls.h"
-#include "base/mainhop.h"
 #include "base/pathbelow.h"
 #include "browser/browser.h"
 #include "browser/configpanel.h"
@@ -13,16 +12,12 @@
 #include "browser/folderlisting.h"
 #include "browser/folderwatcher.h"
 #include "browser/itemcommands.h"
-#include "browser/linkjobs.h"
-#include "browser/linkreportpanel.h"
-#include "browser/movejobs.h"
 #include "browser/movenotices.h"
-#include "browser/outsidemoves.h"
 #include "browser/paneconnection.h"
 #include "browser/panehost.h"
+#include "browser/panelinks.h"
 #include "browser/panemenu.h"
 #include "browser/transformers.h"
-#include "browser/unlinkeditemspanel.h"
 #include "desktop/icons.h"
 #include "mounts/volumemounter.h"
 
@@ -51,24 +46,14 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
           },
           m_widget)),
       m_connection(new PaneConnection(std::move(mounter), this)),
-      m_linkJobs(new LinkJobs(host.progress(), this)),
-      m_moveJobs(new MoveJobs(host.progress(), host.moveNotices(), m_widget)),
-      m_reportPanel(new LinkReportPanel(m_widget)),
-      unlinkedItemsPanel(new UnlinkedItemsPanel(m_widget)),
-      m_outsideMoves(new OutsideMoves(host.moveNotices(), this))
+      m_links(std::make_unique<PaneLinks>(caption, *m_watcher, host, m_widget))
 {
     m_ui->setupUi(m_widget);
     m_ui->label->setText(caption);
     m_ui->configureButton->setAccessibleName(tr("Connection settings of %1").arg(caption));
     browser().setPaneName(caption);
-    m_reportPanel->setSide(caption);
-    unlinkedItemsPanel->setWindowTitle(tr("Unlinked items in %1").arg(caption));
     m_ui->configureButton->setIcon(icons::symbol(QStringLiteral("settings")));
     connect(m_watcher, &FolderWatcher::changed, this, &BrowserController::folderChanged);
-    connect(m_watcher, &FolderWatcher::ended, this, [this] {
-        if (m_siteLinks)
-            m_siteLinks->endWatch();
-    });
     connectSheet();
     connectBrowser();
     connectMenu();
@@ -80,7 +65,6 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     connect(m_fileJobs, &FileJobs::deleted, this, &BrowserController::goOnAfterDeletion);
     connect(m_fileJobs, &FileJobs::undoable, this, &BrowserController::undoable);
     connectLinks();
-    connectOutsideMoves();
     connectConnection();
     setRootNode(nullptr);
     showBusy();
@@ -123,9 +107,9 @@ void BrowserController::connectBrowser()
             m_isNamingNewFolder = m_fileJobs->isNewFolder(oldPath);
             if (m_isNamingNewFolder)
                 return Result<void>();
-            return m_moveJobs->prepareRename(m_mountPath, oldPath, newPath, parentDoc.reportChoices());
+            return m_links->prepareRename(oldPath, newPath);
         });
-    connect(&browser().model(), &FileSystemModel::renameFailed, m_moveJobs, &MoveJobs::dropRename);
+    connect(&browser().model(), &FileSystemModel::renameFailed, m_links.get(), &PaneLinks::dropRename);
     // The old name just reappears, so the line below the columns says why.
     connect(&browser().model(), &FileSystemModel::renameFailed, this, &BrowserController::showProblem);
     connect(&browser().model(), &FileSystemModel::renamed, this,
@@ -135,7 +119,7 @@ void BrowserController::connectBrowser()
                 doBrowserClick();
                 m_fileJobs->noteRename(oldPath, newPath);
                 if (!m_isNamingNewFolder)
-                    m_moveJobs->updateAfterRename(m_mountPath, oldPath, newPath, parentDoc.reportChoices());
+                    m_links->updateAfterRename(oldPath, newPath);
                 refreshLater({newPath});
             });
 }
@@ -164,17 +148,20 @@ void BrowserController::connectMenu()
 
 void BrowserController::connectLinks()
 {
-    const auto reveal = [this](const std::filesystem::path& file) { browser().reveal(file); };
-    connect(m_linkJobs, &LinkJobs::fileActivated, this, reveal);
-    connect(m_moveJobs, &MoveJobs::fileActivated, this, reveal);
-    connect(m_moveJobs, &MoveJobs::moved, this,
-            [this](const QString& title, const std::filesystem::path& site) {
-                emit undoable(title, [pane = QPointer(this), site] {
-                    if (pane)
-                        pane->m_moveJobs->undoMove(site, pane->parentDoc.reportChoices());
-                });
+    connect(m_links.get(), &PaneLinks::fileActivated, this,
+            [this](const std::filesystem::path& file) { browser().reveal(file); });
+    connect(m_links.get(), &PaneLinks::pageActivated, this,
+            [this](const std::filesystem::path& page, unsigned line, unsigned column) {
+                if (line > 0)
+                    emit placeRequested(page, m_mountPath, line, column);
+                else
+                    emit openRequested(page, m_mountPath);
             });
-    connect(m_moveJobs, &MoveJobs::askingStopped, this, [this] { parentDoc.stopAsking(); });
+    connect(m_links.get(), &PaneLinks::itemsChanged, this, [this] { refreshLater({}); });
+    connect(m_links.get(), &PaneLinks::undoable, this, &BrowserController::undoable);
+    connect(m_links.get(), &PaneLinks::outsideMovesChanged, this, &BrowserController::offerUpdate);
+    connect(m_ui->ignoreMoveButton, &QPushButton::clicked, m_links.get(), &PaneLinks::ignoreOutsideMoves);
+    connect(m_ui->updateLinksButton, &QPushButton::clicked, m_links.get(), &PaneLinks::followOutsideMoves);
     connect(&parentDoc.moveNotices(), &MoveNotices::itemMoved, this,
             [this](const MovedItem& item, const std::filesystem::path& site) {
                 const bool isRename = item.from.parent_path() == item.to.parent_path();
@@ -182,33 +169,8 @@ void BrowserController::connectLinks()
                 if (isRename && site == m_mountPath && current.isValid() && pathOf(current) == item.from)
                     refreshLater({item.to});
             });
-    connect(m_reportPanel, &LinkReportPanel::replacementRequested, this,
-            [this](const std::filesystem::path& target, const std::filesystem::path& file) {
-                if (rootNode())
-                    m_moveJobs->replaceLinks(m_mountPath, target, file, parentDoc.reportChoices());
-            });
-    connect(m_reportPanel, &LinkReportPanel::fileActivated, this, reveal);
-    connect(m_reportPanel, &LinkReportPanel::restartRequested, this, &BrowserController::startReport);
-    connect(m_reportPanel, &LinkReportPanel::pageActivated, this,
-            [this](const std::filesystem::path& page, unsigned line, unsigned column) {
-                if (line > 0)
-                    emit placeRequested(page, m_mountPath, line, column);
-                else
-                    emit openRequested(page, m_mountPath);
-            });
-    connect(unlinkedItemsPanel, &UnlinkedItemsPanel::fileActivated, this, reveal);
-    connect(unlinkedItemsPanel, &UnlinkedItemsPanel::restartRequested, this,
-            &BrowserController::startFindUnlinkedItems);
-    connect(unlinkedItemsPanel, &UnlinkedItemsPanel::itemsDeleted, this, [this] { refreshLater({}); });
-    connect(unlinkedItemsPanel, &UnlinkedItemsPanel::keptItemsChanged, this,
-            [this](const std::vector<std::string>& items) { parentDoc.setKeptItems(items); });
     // Queued, for the source is still inside its drag.
-    connect(
-        &browser(), &Browser::dropped, this,
-        [this](const Drop& drop) {
-            m_moveJobs->acceptDrop(m_mountPath, drop, parentDoc.siteFolders(), parentDoc.reportChoices());
-        },
-        Qt::QueuedConnection);
+    connect(&browser(), &Browser::dropped, m_links.get(), &PaneLinks::acceptDrop, Qt::QueuedConnection);
     connect(contextualMenu, &PaneMenu::linksFromItemRequested, this, &BrowserController::showLinksFromItem);
     connect(contextualMenu, &PaneMenu::linksToItemRequested, this, &BrowserController::showLinksToItem);
     connect(contextualMenu, &PaneMenu::missingLinksRequested, this,
@@ -217,19 +179,9 @@ void BrowserController::connectLinks()
             &BrowserController::startFindUnlinkedItems);
 }
 
-void BrowserController::connectOutsideMoves()
-{
-    connect(m_outsideMoves, &OutsideMoves::foundChanged, this, &BrowserController::offerUpdate);
-    connect(m_ui->ignoreMoveButton, &QPushButton::clicked, m_outsideMoves, &OutsideMoves::forgetFound);
-    connect(m_ui->updateLinksButton, &QPushButton::clicked, this, [this] {
-        m_moveJobs->followItems(m_mountPath, m_outsideMoves->found(), parentDoc.reportChoices());
-        m_outsideMoves->forgetFound();
-    });
-}
-
 void BrowserController::offerUpdate()
 {
-    const std::vector<MovedItem>& items = m_outsideMoves->found();
+    const std::vector<MovedItem>& items = m_links->outsideMoves();
     m_ui->outsideMoveBar->setVisible(!items.empty());
     const auto place = [this](const std::filesystem::path& path) {
         return displayText(path.lexically_relative(m_mountPath).native());
@@ -300,44 +252,9 @@ void BrowserController::connectionSucceeded(const ConnectionRequest& request)
 {
     setConnectState(request.protocol + request.server + request.path);
     m_watcher->start(m_ui->label->text(), m_mountPath);
-    keepLinks();
-    m_moveJobs->setKeptLinks(m_siteLinks);
-    m_moveJobs->endInterrupted(m_mountPath);
-    // On a server, other computers move files unseen.
-    if (request.isLocal())
-        m_outsideMoves->begin(m_mountPath);
+    m_links->begin(m_mountPath, request.isLocal());
     if (!request.isLocal())
         parentDoc.checkConnectionOK();
-}
-
-void BrowserController::keepLinks()
-{
-    if (m_siteLinks)
-        m_siteLinks->endWatch();
-    m_siteLinks = std::make_shared<SiteLinks>(m_mountPath, SiteLinks::Keeping::Stored);
-    const auto ask = [pane = QPointer(this), kept = std::weak_ptr(m_siteLinks)](const SiteLinks::Told& told) {
-        const bool isAsked =
-            onMain(pane, [&](BrowserController& self) { self.askWatcher(kept.lock(), told); });
-        if (!isAsked)
-            told(false);
-    };
-    m_siteLinks->setWatcher(ask);
-    ask([](bool) {});
-}
-
-// The watcher may watch another site by now.
-void BrowserController::askWatcher(const std::shared_ptr<SiteLinks>& links,
-                                   const std::function<void(bool)>& told)
-{
-    if (links != m_siteLinks || !links) {
-        told(false);
-        return;
-    }
-    m_watcher->askForChanges([this, links, told](bool isWatching, const FolderWatcher::Folders& folders) {
-        if (isWatching && links == m_siteLinks)
-            links->noteChanges(folders);
-        told(isWatching);
-    });
 }
 
 void BrowserController::connectionFailed(const QString& reason)
@@ -371,15 +288,9 @@ void BrowserController::volumeUnmounted(const std::filesystem::path& mountPoint)
 void BrowserController::emptyPane()
 {
     setConnecting(false);
-    stopFindMissingLinks();
-    stopFindUnlinkedItems();
+    m_links->end();
     setConnectState({});
     setRootNode(nullptr);
-    if (m_siteLinks)
-        m_siteLinks->endWatch();
-    m_siteLinks.reset();
-    m_moveJobs->setKeptLinks({});
-    m_outsideMoves->end();
     showBusy();
 }
 
@@ -435,14 +346,7 @@ void BrowserController::folderChanged()
 {
     printLine("folderChanged at path = " + m_mountPath.string());
     browser().refresh();
-    const auto folders = m_watcher->takeChangedFolders();
-    if (m_siteLinks)
-        m_siteLinks->noteChanges(folders);
-    const ReportChoices choices = parentDoc.reportChoices();
-    if (choices.linkRules == LinkRules::Browser)
-        m_outsideMoves->siteChanged(folders, choices.webRules, m_siteLinks);
-    m_reportPanel->siteChanged();
-    unlinkedItemsPanel->siteChanged();
+    m_links->siteChanged(m_watcher->takeChangedFolders());
 }
 
 std::filesystem::path BrowserController::pathOf(const QModelIndex& item) const
@@ -533,7 +437,7 @@ void BrowserController::pasteFiles()
         drop.operation = MoveOperation::Move;
         clipboard.clear();
     }
-    m_moveJobs->acceptDrop(m_mountPath, drop, parentDoc.siteFolders(), parentDoc.reportChoices());
+    m_links->acceptDrop(drop);
 }
 
 // It changes the folder that is shown.
@@ -549,71 +453,45 @@ void BrowserController::deleteSelectedItems()
     const QModelIndex next = browser().itemBesideSelection();
     if (items.empty())
         return;
-    FileJobs::LinkCounter countLinks;
-    const ReportChoices choices = parentDoc.reportChoices();
-    if (choices.linkRules == LinkRules::Browser)
-        countLinks = [site = m_mountPath, items, rules = choices.webRules,
-                      links = m_siteLinks](const StillWanted& stillWanted) {
-            return countLinksTo(site, items, rules, links, stillWanted);
-        };
-    m_fileJobs->confirmDeletion(items, next.isValid() ? pathOf(next) : std::filesystem::path(), countLinks);
+    m_fileJobs->confirmDeletion(items, next.isValid() ? pathOf(next) : std::filesystem::path(),
+                                m_links->linkCounter(items));
 }
 
 void BrowserController::showLinksFromItem()
 {
     if (const QModelIndex item = browser().currentItem(); item.isValid())
-        startReport(LinkReportRun::Kind::LinksFrom, pathOf(item));
+        m_links->showReport(LinkReportRun::Kind::LinksFrom, pathOf(item));
 }
 
 void BrowserController::showLinksToItem()
 {
     if (const QModelIndex item = browser().currentItem(); item.isValid())
-        startReport(LinkReportRun::Kind::LinksTo, pathOf(item));
+        m_links->showReport(LinkReportRun::Kind::LinksTo, pathOf(item));
 }
 
 void BrowserController::startFindMissingLinks()
 {
-    startReport(LinkReportRun::Kind::MissingLinks, {});
-}
-
-/// As a table, or by the letter as a log.
-void BrowserController::startReport(LinkReportRun::Kind kind, const std::filesystem::path& item)
-{
-    using Kind = LinkReportRun::Kind;
-    if (!rootNode())
-        return;
-    const ReportChoices choices = parentDoc.reportChoices();
-    if (choices.linkRules == LinkRules::Browser)
-        m_reportPanel->begin({kind, m_mountPath, item, {}, m_siteLinks}, choices);
-    else if (kind == Kind::MissingLinks)
-        m_linkJobs->findMissingLinks(m_mountPath, choices);
-    else
-        m_linkJobs->showLinks(m_mountPath, item,
-                              kind == Kind::LinksFrom ? LinkJobs::Direction::From : LinkJobs::Direction::To,
-                              choices);
+    m_links->showReport(LinkReportRun::Kind::MissingLinks);
 }
 
 void BrowserController::undoMove()
 {
-    if (rootNode())
-        m_moveJobs->undoMove(m_mountPath, parentDoc.reportChoices());
+    m_links->undoMove();
 }
 
 void BrowserController::stopFindMissingLinks()
 {
-    m_linkJobs->stop();
-    m_reportPanel->stop();
+    m_links->stopReport();
 }
 
 void BrowserController::startFindUnlinkedItems()
 {
-    if (rootNode())
-        unlinkedItemsPanel->startFindUnlinkedItems(m_mountPath, parentDoc.reportChoices(), m_siteLinks);
+    m_links->showUnlinkedItems();
 }
 
 void BrowserController::stopFindUnlinkedItems()
 {
-    unlinkedItemsPanel->stopFindUnlinkedItems();
+    m_links->stopUnlinkedItems();
 }
 
 void BrowserController::refreshLater(const Paths& select)

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "browser/filesystemnode.h"
-#include "browser/linkreportrun.h"
 #include "browser/mountstep.h"
 
 #include <QObject>
@@ -27,21 +26,16 @@ class ConfigPanel;
 class FileJobs;
 class FolderWatcher;
 class ItemCommands;
-class LinkJobs;
-class LinkReportPanel;
-class MoveJobs;
 class ObservedDictionary;
-class OutsideMoves;
 class PaneConnection;
 class PaneHost;
+class PaneLinks;
 class PaneMenu;
-class SiteLinks;
-class UnlinkedItemsPanel;
 class VolumeMounter;
 
 /// One pane of a site's window: connects to the folder of its endpoint, shows it as columns, keeps them in
 /// step with the disk, and offers the operations on files and links. The controller connects the parts;
-/// connection, watcher, file jobs, link jobs and columns are classes of their own. Main thread only; may be
+/// connection, watcher, file jobs, links and columns are classes of their own. Main thread only; may be
 /// destroyed at any time, even while jobs run.
 class BrowserController final : public QObject
 {
@@ -123,13 +117,8 @@ private:
     FileJobs* m_fileJobs = nullptr;
     ItemCommands* m_itemCommands = nullptr;
     PaneConnection* m_connection = nullptr;
-    LinkJobs* m_linkJobs = nullptr;
-    MoveJobs* m_moveJobs = nullptr;
-    LinkReportPanel* m_reportPanel = nullptr;
-    UnlinkedItemsPanel* unlinkedItemsPanel = nullptr;
-    OutsideMoves* m_outsideMoves = nullptr;
+    std::unique_ptr<PaneLinks> m_links;
     std::filesystem::path m_mountPath;
-    std::shared_ptr<SiteLinks> m_siteLinks; // of m_mountPath, while it is connected
     bool m_isShare = false;
     bool m_isNamingNewFolder = false; // from the preparation of a rename to its end
     bool m_isConnecting = false;
@@ -140,13 +129,10 @@ private:
     void connectMenu();
     void connectLinks();
     void connectConnection();
-    void connectOutsideMoves();
     void offerUpdate();
     void beginConnection();
     void finishConnection(const MountResult& result, const ConnectionRequest& request);
     void connectionSucceeded(const ConnectionRequest& request);
-    void keepLinks();
-    void askWatcher(const std::shared_ptr<SiteLinks>& links, const std::function<void(bool isAll)>& told);
     void volumeUnmounted(const std::filesystem::path& mountPoint);
     void setRootNode(FileSystemNodePointer root);
     void connectionFailed(const QString& reason);
@@ -162,7 +148,6 @@ private:
     void nameNewFolder(const std::filesystem::path& folder);
     void goOnAfterDeletion(const std::filesystem::path& next);
     void showBusy();
-    void startReport(LinkReportRun::Kind kind, const std::filesystem::path& item);
     [[nodiscard]] Paths selectedPaths() const;
     [[nodiscard]] std::filesystem::path pathOf(const QModelIndex& item) const;
     /// Empty if no item is current.

@@ -1639,10 +1639,6 @@ entwuerfe/</translation>
         <translation>Verbindungseinstellungen: %1</translation>
     </message>
     <message>
-        <source>Unlinked items in %1</source>
-        <translation>Unverlinkte Dateien: %1</translation>
-    </message>
-    <message>
         <source>Another program has moved %1 to %2. Links still lead to the old place.</source>
         <translation>Ein anderes Programm hat %1 nach %2 bewegt. Links führen noch zum alten Ort.</translation>
     </message>
@@ -3022,6 +3018,13 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Save the changes to “%1”?</source>
         <translation>Die Änderungen an „%1“ sichern?</translation>
+    </message>
+</context>
+<context>
+    <name>luma::PaneLinks</name>
+    <message>
+        <source>Unlinked items in %1</source>
+        <translation>Unverlinkte Dateien: %1</translation>
     </message>
 </context>
 <context>
