@@ -16,9 +16,9 @@ inline std::string samplePage(int entries)
         "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n<title>Page</title>\n"
         "</head>\n<body>\n";
     for (int i = 0; i < entries; ++i) {
-        page += "<section class=\"entry odd\" id=\"entry" + std::to_string(i) +
+        page += R"(<section class="entry odd" id="entry)" + std::to_string(i) +
                 "\">\n<h2>Entry &amp; heading</h2>\n<p>Some text of the entry, long enough to look like one "
-                "that was written, with a <a href=\"../pages/page" +
+                R"(that was written, with a <a href="../pages/page)" +
                 std::to_string(i) + ".html\">link to another</a> in it.</p>\n</section>\n";
     }
     return page + "</body>\n</html>\n";
@@ -36,6 +36,15 @@ public:
 private:
     std::chrono::steady_clock::time_point m_start = std::chrono::steady_clock::now();
 };
+
+/// The milliseconds that `work` takes.
+template <typename Work>
+double measured(const Work& work)
+{
+    const Stopwatch watch;
+    work();
+    return watch.milliseconds();
+}
 
 /// The median.
 inline double middle(std::vector<double> times)

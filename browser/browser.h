@@ -37,6 +37,7 @@ public:
     ~Browser() override;
 
     [[nodiscard]] FileSystemModel& model() { return m_model; }
+    [[nodiscard]] const FileSystemModel& model() const { return m_model; }
 
     /// The name of the pane, for screen readers.
     void setPaneName(const QString& name) { m_content->setAccessibleName(name); }

@@ -72,7 +72,12 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
 
 BrowserController::~BrowserController() = default;
 
-Browser& BrowserController::browser() const
+Browser& BrowserController::browser()
+{
+    return *m_ui->myBrowser;
+}
+
+const Browser& BrowserController::browser() const
 {
     return *m_ui->myBrowser;
 }
@@ -440,8 +445,6 @@ void BrowserController::pasteFiles()
     m_links->acceptDrop(drop);
 }
 
-// It changes the folder that is shown.
-// NOLINTNEXTLINE(readability-make-member-function-const)
 void BrowserController::renameItem()
 {
     browser().rename(browser().currentItem());

@@ -50,7 +50,8 @@ public:
     ~BrowserController() override;
 
     [[nodiscard]] QWidget* widget() const { return m_widget; }
-    [[nodiscard]] Browser& browser() const;
+    [[nodiscard]] Browser& browser();
+    [[nodiscard]] const Browser& browser() const;
     [[nodiscard]] FileSystemNodePointer rootNode() const;
     /// The mount point, or the local folder; empty while not connected.
     [[nodiscard]] const std::filesystem::path& mountPath() const { return m_mountPath; }

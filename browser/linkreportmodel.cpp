@@ -120,6 +120,7 @@ std::vector<LinkReportModel::Finding> LinkReportModel::findings(const QModelInde
     std::sort(numbers.begin(), numbers.end());
     numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
     std::vector<Finding> found;
+    found.reserve(numbers.size());
     for (const auto& [group, row] : numbers)
         found.push_back(findingOf(m_findings.groups()[group].rows[row]));
     return found;

@@ -107,7 +107,7 @@ QIcon forFileName(const QString& fileName)
         return *found;
     const QMimeType type =
         QMimeDatabase().mimeTypeForFile(QLatin1String("name.") + extension, QMimeDatabase::MatchExtension);
-    const QIcon icon = ofType(type);
+    QIcon icon = ofType(type);
     cache.insert(extension, icon);
     return icon;
 }
@@ -119,9 +119,8 @@ QIcon symbol(const QString& name)
     if (found != cache.constEnd())
         return *found;
     const QString desktopName = themeName(name);
-    const QIcon icon = !desktopName.isEmpty() && QIcon::hasThemeIcon(desktopName)
-                           ? QIcon::fromTheme(desktopName)
-                           : bundled(name);
+    QIcon icon = !desktopName.isEmpty() && QIcon::hasThemeIcon(desktopName) ? QIcon::fromTheme(desktopName)
+                                                                            : bundled(name);
     cache.insert(name, icon);
     return icon;
 }

@@ -4,6 +4,8 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 
+#include <utility>
+
 namespace luma {
 
 namespace {
@@ -21,8 +23,8 @@ bool postNotification(const QString& name, const QString& object)
     return QDBusConnection::sessionBus().send(signal);
 }
 
-NotificationObserver::NotificationObserver(const QString& name, const QString& object, QObject* parent)
-    : QObject(parent), m_name(name), m_object(object)
+NotificationObserver::NotificationObserver(QString name, QString object, QObject* parent)
+    : QObject(parent), m_name(std::move(name)), m_object(std::move(object))
 {
     QDBusConnection::sessionBus().connect({}, notificationPath, interfaceName, memberName, {m_name, m_object},
                                           {}, this, SLOT(receive(QString, QString)));

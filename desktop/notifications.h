@@ -16,7 +16,7 @@ class NotificationObserver final : public QObject
     Q_OBJECT
 
 public:
-    NotificationObserver(const QString& name, const QString& object, QObject* parent = nullptr);
+    NotificationObserver(QString name, QString object, QObject* parent = nullptr);
     ~NotificationObserver() override;
 
 signals:

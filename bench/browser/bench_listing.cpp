@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "bench/measuring.h"
 #include "browser/filesystemnode.h"
 
 #include <algorithm>
@@ -7,7 +8,6 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <functional>
 #include <string>
 
 namespace fs = std::filesystem;
@@ -17,16 +17,9 @@ namespace {
 constexpr int entries = 50'000;
 constexpr int rounds = 9;
 
-double millisecondsOf(const std::function<void()>& work)
-{
-    const auto begin = std::chrono::steady_clock::now();
-    work();
-    return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - begin).count();
-}
-
 fs::path makeFolder()
 {
-    const fs::path folder = fs::temp_directory_path() / ("luma-bench-listing-" + std::to_string(::rand()));
+    fs::path folder = fs::temp_directory_path() / ("luma-bench-listing-" + std::to_string(::rand()));
     fs::create_directory(folder);
     for (int i = 0; i < entries; ++i) {
         const std::string name = "Page number " + std::to_string(i * 7919 % entries) + ".html";
@@ -51,8 +44,8 @@ int main()
     double theirs = 1e9;
     std::size_t count = 0;
     for (int round = 0; round < rounds; ++round) {
-        theirs = std::min(theirs, millisecondsOf([&] { (void)std::system(command.c_str()); }));
-        ours = std::min(ours, millisecondsOf([&] {
+        theirs = std::min(theirs, luma::bench::measured([&] { (void)std::system(command.c_str()); }));
+        ours = std::min(ours, luma::bench::measured([&] {
                             luma::FileSystemNode node(folder);
                             count = node.children().size();
                         }));

@@ -22,6 +22,7 @@
 // XDG_CACHE_HOME and XDG_STATE_HOME.
 
 using namespace luma;
+using bench::measured;
 using bench::Stopwatch;
 namespace fs = std::filesystem;
 
@@ -29,16 +30,10 @@ namespace {
 
 constexpr int rounds = 5;
 
-double measured(const std::function<void()>& work)
-{
-    const Stopwatch watch;
-    work();
-    return watch.milliseconds();
-}
-
 double median(const std::function<void()>& work)
 {
     std::vector<double> times;
+    times.reserve(rounds);
     for (int round = 0; round < rounds; ++round)
         times.push_back(measured(work));
     return bench::middle(times);
@@ -136,7 +131,7 @@ private:
 int main(int argc, char** argv)
 {
     if (argc != 4) {
-        std::fputs("Usage: indexspeed SITE PAGE TARGET\n", stderr);
+        (void)std::fputs("Usage: indexspeed SITE PAGE TARGET\n", stderr);
         return 2;
     }
     const fs::path site = argv[1];

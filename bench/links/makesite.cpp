@@ -63,7 +63,7 @@ std::string pageText(const Plan& plan, std::size_t page, Counts& counts)
                        "</title>\n<link rel=\"stylesheet\" href=\"style.css\">\n</head>\n<body>\n"
                        "<!-- <a href=\"not-a-link.html\"> -->\n<img src=\"linked.png\" alt=\"\">\n";
     const auto link = [&](const std::string& value) {
-        text += "<p class=\"entry\">See <a class=\"link\" href=\"" + value + "\">this &amp; that</a>.</p>\n";
+        text += R"(<p class="entry">See <a class="link" href=")" + value + "\">this &amp; that</a>.</p>\n";
         ++counts.links;
     };
     counts.links += 2;
@@ -107,7 +107,7 @@ std::size_t numberOf(const char* text)
 int main(int argc, char** argv)
 {
     if (argc < 3) {
-        std::fputs("Usage: makesite FOLDER PAGES [LINKS-A-PAGE [BYTES-A-PAGE]]\n", stderr);
+        (void)std::fputs("Usage: makesite FOLDER PAGES [LINKS-A-PAGE [BYTES-A-PAGE]]\n", stderr);
         return 2;
     }
     Plan plan;

@@ -41,7 +41,7 @@ int main(int argc, char** argv)
 {
     const auto tree = SiteTree::read(argc > 1 ? argv[1] : ".");
     if (!tree) {
-        std::fprintf(stderr, "%s\n", tree.error().text.c_str());
+        (void)std::fprintf(stderr, "%s\n", tree.error().text.c_str());
         return 2;
     }
     std::vector<std::string> pages;

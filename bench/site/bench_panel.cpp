@@ -66,7 +66,7 @@ int main(int argc, char** argv)
 {
     const QApplication application(argc, argv);
     if (argc != 2) {
-        std::fprintf(stderr, "bench_panel SITE\n");
+        (void)std::fprintf(stderr, "bench_panel SITE\n");
         return 2;
     }
     for (int round = 0; round < 3; ++round) {
