@@ -109,11 +109,14 @@ void LUMAAppDelegate::connectWindow()
     connect(from, &SiteListWindow::addRequested, this, &LUMAAppDelegate::newSite);
     connect(from, &SiteListWindow::sampleRequested, this, &LUMAAppDelegate::openSampleSite);
     connect(from, &SiteListWindow::duplicateRequested, this, &LUMAAppDelegate::duplicate);
-    connect(from, &SiteListWindow::sortRequested, this, &LUMAAppDelegate::sortSites);
     connect(from, &SiteListWindow::importRequested, this, &LUMAAppDelegate::importSites);
     connect(from, &SiteListWindow::exportRequested, this, &LUMAAppDelegate::exportSites);
     connect(from, &SiteListWindow::removeRequested, this, &LUMAAppDelegate::remove);
-    connect(from, &SiteListWindow::undoRequested, this, &LUMAAppDelegate::undoRemove);
+    connect(from, &SiteListWindow::undoRequested, this, &LUMAAppDelegate::undo);
+    connect(&sitesArrayController, &SiteList::rearranged, this,
+            [this](const SiteList::Arrangement& before, const QString& text) {
+                addUndo(text, [this, before] { sitesArrayController.arrange(before); });
+            });
     connect(from, &SiteListWindow::folderRequested, this, &LUMAAppDelegate::getPath);
     connect(from, &SiteListWindow::productPageRequested, this, &LUMAAppDelegate::loadURL);
     connect(from, &SiteListWindow::updateRequested, this, &LUMAAppDelegate::checkForUpdate);
@@ -258,17 +261,6 @@ void LUMAAppDelegate::addCopyOf(const SiteRecord& record)
     window->editNameOf(sitesArrayController.add(copy));
 }
 
-void LUMAAppDelegate::sortSites()
-{
-    const SiteList::Record selected = sitesArrayController.record(window->selectedRow());
-    sitesArrayController.sortByName();
-    for (int row = 0; row < sitesArrayController.rowCount(); ++row) {
-        if (sitesArrayController.record(row) == selected)
-            window->select(row);
-    }
-    m_store.noteChange();
-}
-
 Result<void> LUMAAppDelegate::exportTo(const QString& file) const
 {
     QList<QVariantMap> records = sitesArrayController.records();
@@ -344,33 +336,41 @@ void LUMAAppDelegate::remove()
 
 void LUMAAppDelegate::removeRecord(const SiteList::Record& record)
 {
-    for (int row = 0; row < sitesArrayController.rowCount(); ++row) {
-        if (sitesArrayController.record(row) != record)
-            continue;
-        if (const auto next = sitesArrayController.remove(row)) {
-            m_removed.emplace_back(row, record);
-            m_passwords.forget(*record);
-            window->select(*next);
-        }
-        break;
-    }
+    const int row = sitesArrayController.rowOf(record.get());
+    const auto next = sitesArrayController.remove(row);
+    if (!next)
+        return;
+    m_passwords.forget(*record);
+    window->select(*next);
+    addUndo(tr("&Undo removal of “%1”").arg(SiteList::menuText(record->siteID())),
+            [this, row, record] { putBack(row, record); });
+}
+
+void LUMAAppDelegate::putBack(int row, const SiteList::Record& record)
+{
+    m_passwords.remember(*record);
+    window->select(sitesArrayController.putBack(row, record));
+}
+
+void LUMAAppDelegate::addUndo(const QString& text, std::function<void()> undo)
+{
+    m_undoSteps.push_back({.text = text, .undo = std::move(undo)});
     showUndo();
 }
 
-void LUMAAppDelegate::undoRemove()
+void LUMAAppDelegate::undo()
 {
-    if (m_removed.empty())
+    if (m_undoSteps.empty())
         return;
-    const auto [row, record] = m_removed.back();
-    m_removed.pop_back();
-    m_passwords.remember(*record);
-    window->select(sitesArrayController.putBack(row, record));
+    const UndoStep step = std::move(m_undoSteps.back());
+    m_undoSteps.pop_back();
+    step.undo();
     showUndo();
 }
 
 void LUMAAppDelegate::showUndo()
 {
-    window->setUndo(m_removed.empty() ? std::nullopt : std::optional(m_removed.back().second->siteID()));
+    window->setUndo(m_undoSteps.empty() ? QString() : m_undoSteps.back().text);
 }
 
 void LUMAAppDelegate::warnOfLastRecord()

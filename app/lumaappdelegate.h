@@ -82,7 +82,6 @@ public:
     void openSampleSite();
     /// Appends a copy of the selected site, once its password has been read.
     void duplicate();
-    void sortSites();
     /// Adds the sites of a file that exportSites() has written, and selects the first of them.
     Result<void> importFrom(const QString& file);
     /// Writes all sites to a file, without their passwords.
@@ -92,8 +91,8 @@ public:
     void exportSites();
     /// Asks, then removes the selected record, but never the last one.
     void remove();
-    /// Puts back the record removed last.
-    void undoRemove();
+    /// Takes back the last removal of a record or change of the list's order and folders.
+    void undo();
     /// Lets the user choose the folder of one side of the selected site.
     void getPath(SiteSide side);
     /// Opens the product's page in the browser.
@@ -102,6 +101,12 @@ public:
     void showPreferences();
 
 private:
+    struct UndoStep
+    {
+        QString text;
+        std::function<void()> undo;
+    };
+
     void connectWindow();
     void open(const SiteList::Record& record);
     void openSite(const SiteList::Record& record);
@@ -111,6 +116,8 @@ private:
     void addAndSelect(const QVariantMap& record);
     void warnOfLastRecord();
     void removeRecord(const SiteList::Record& record);
+    void putBack(int row, const SiteList::Record& record);
+    void addUndo(const QString& text, std::function<void()> undo);
     void showUndo();
     void showNotice(const std::optional<VersionCheck::Notice>& notice);
 
@@ -120,8 +127,8 @@ private:
     SitePasswords m_passwords;
     SiteListStore m_store;
     std::unique_ptr<SiteListWindow> window;
-    std::vector<std::pair<int, SiteList::Record>> m_removed; ///< with their rows, the latest last
-    QList<SiteList::Record> m_opening;                       ///< sites whose passwords are being read
+    std::vector<UndoStep> m_undoSteps; ///< the latest last
+    QList<SiteList::Record> m_opening; ///< sites whose passwords are being read
 };
 
 } // namespace luma

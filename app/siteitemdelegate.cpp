@@ -18,6 +18,11 @@ QFont smallFont(QFont font)
     return font;
 }
 
+bool isFolder(const QModelIndex& index)
+{
+    return (index.flags() & Qt::ItemNeverHasChildren) == 0;
+}
+
 } // namespace
 
 void SiteItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -25,8 +30,12 @@ void SiteItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
 {
     QStyleOptionViewItem background = option;
     initStyleOption(&background, index);
-    background.text.clear();
     const QStyle* style = option.widget ? option.widget->style() : QApplication::style();
+    if (isFolder(index)) {
+        style->drawControl(QStyle::CE_ItemViewItem, &background, painter, option.widget);
+        return;
+    }
+    background.text.clear();
     style->drawControl(QStyle::CE_ItemViewItem, &background, painter, option.widget);
 
     const bool selected = (option.state & QStyle::State_Selected) != 0;
@@ -54,7 +63,9 @@ void SiteItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& opti
 
 QSize SiteItemDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const
 {
-    Q_UNUSED(index)
+    if (isFolder(index))
+        return QStyledItemDelegate::sizeHint(option, index)
+            .expandedTo({120, option.fontMetrics.height() + margin});
     const int text = option.fontMetrics.height() + QFontMetrics(smallFont(option.font)).height();
     return {120, text + 2 * margin - 2};
 }

@@ -3,9 +3,6 @@
 
 #include "browser/endpoint.h"
 
-#include <QCollator>
-#include <QLocale>
-
 #include <algorithm>
 
 namespace luma {
@@ -91,18 +88,95 @@ int SiteList::putBack(int row, const Record& record)
     return place;
 }
 
-void SiteList::sortByName()
+QString SiteList::menuText(QString name)
 {
-    // In the C locale a collator knows no numbers.
-    const QLocale locale;
-    QCollator order(locale.language() == QLocale::C ? QLocale(QLocale::English) : locale);
-    order.setCaseSensitivity(Qt::CaseInsensitive);
-    order.setNumericMode(true);
+    return name.replace(u'&', QStringLiteral("&&"));
+}
+
+int SiteList::rowOf(const SiteRecord* record) const
+{
+    const auto found = std::find_if(m_records.begin(), m_records.end(),
+                                    [record](const Record& entry) { return entry.get() == record; });
+    return found == m_records.end() ? -1 : static_cast<int>(found - m_records.begin());
+}
+
+QStringList SiteList::folders() const
+{
+    QStringList names;
+    for (const Record& record : m_records) {
+        if (!record->folder().isEmpty() && !names.contains(record->folder()))
+            names.append(record->folder());
+    }
+    return names;
+}
+
+SiteList::Arrangement SiteList::arrangement() const
+{
+    Arrangement places;
+    for (const Record& record : m_records)
+        places.push_back({.record = record, .folder = record->folder()});
+    return places;
+}
+
+void SiteList::arrange(const Arrangement& places)
+{
+    std::vector<Record> others = m_records;
+    std::vector<Record> ordered;
+    m_isArranging = true;
     beginResetModel();
-    std::stable_sort(m_records.begin(), m_records.end(), [&order](const Record& one, const Record& other) {
-        return order.compare(one->siteID(), other->siteID()) < 0;
-    });
+    for (const Place& place : places) {
+        const auto found = std::find(others.begin(), others.end(), place.record);
+        if (found == others.end())
+            continue;
+        place.record->setFolder(place.folder);
+        ordered.push_back(place.record);
+        others.erase(found);
+    }
+    ordered.insert(ordered.end(), others.begin(), others.end());
+    m_records = std::move(ordered);
     endResetModel();
+    m_isArranging = false;
+    emit arranged();
+}
+
+void SiteList::move(const std::vector<int>& rows, int before, const QString& folder)
+{
+    const Arrangement old = arrangement();
+    Arrangement moved;
+    Arrangement wanted;
+    std::size_t place = 0;
+    for (int row = 0; row < rowCount(); ++row) {
+        if (row == before)
+            place = wanted.size();
+        const bool isMoved = std::find(rows.begin(), rows.end(), row) != rows.end();
+        (isMoved ? moved : wanted).push_back(old[static_cast<std::size_t>(row)]);
+    }
+    if (before < 0 || before >= rowCount())
+        place = wanted.size();
+    for (Place& entry : moved)
+        entry.folder = folder;
+    wanted.insert(wanted.begin() + static_cast<std::ptrdiff_t>(place), moved.begin(), moved.end());
+    rearrange(wanted, tr("&Undo move"));
+}
+
+void SiteList::renameFolder(const QString& folder, const QString& name)
+{
+    Arrangement wanted = arrangement();
+    for (Place& place : wanted) {
+        if (place.folder == folder)
+            place.folder = name;
+    }
+    rearrange(wanted, name.isEmpty() ? tr("&Undo removal of “%1”").arg(menuText(folder))
+                                     : tr("&Undo renaming of folder"));
+}
+
+void SiteList::rearrange(const Arrangement& wanted, const QString& undoText)
+{
+    const Arrangement before = arrangement();
+    if (wanted == before)
+        return;
+    arrange(wanted);
+    emit rearranged(before, undoText);
 }
 
 std::optional<int> SiteList::remove(int row)
@@ -124,12 +198,9 @@ SiteList::Record SiteList::newRecord(const QVariantMap& values)
 
 void SiteList::announce(const SiteRecord* record)
 {
-    const auto found = std::find_if(m_records.begin(), m_records.end(),
-                                    [record](const Record& entry) { return entry.get() == record; });
-    if (found == m_records.end())
-        return;
-    const QModelIndex changed = index(static_cast<int>(found - m_records.begin()));
-    emit dataChanged(changed, changed);
+    const int row = m_isArranging ? -1 : rowOf(record);
+    if (row >= 0)
+        emit dataChanged(index(row), index(row));
 }
 
 } // namespace luma

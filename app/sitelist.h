@@ -11,7 +11,7 @@
 
 namespace luma {
 
-/// The site records in their order, as a model of one column. An open site's window shares its record, so a
+/// The site records in the user's order, as a model of one column. Each may be in a folder. An open site's window shares its record, so a
 /// removed record lives until that window closes. Main thread only.
 class SiteList final : public QAbstractListModel
 {
@@ -25,6 +25,15 @@ public:
         SearchRole,
     };
     using Record = std::shared_ptr<SiteRecord>;
+
+    struct Place
+    {
+        Record record;
+        QString folder;
+        bool operator==(const Place& other) const = default;
+    };
+    /// The records in their order with their folders.
+    using Arrangement = std::vector<Place>;
 
     using QAbstractListModel::QAbstractListModel;
 
@@ -42,18 +51,41 @@ public:
     /// Puts a removed record back at `row`, or at the end of a shorter list; returns its row.
     int putBack(int row, const Record& record);
 
-    /// Sorts the records by name as a reader expects: without regard to case, numbers by their value.
-    void sortByName();
+    /// A name for a menu, where a single ampersand would mark a mnemonic.
+    static QString menuText(QString name);
+
+    /// The row of a record; -1 if it is not in the list.
+    [[nodiscard]] int rowOf(const SiteRecord* record) const;
+
+    /// The names of the folders in the order of their first sites.
+    [[nodiscard]] QStringList folders() const;
+    [[nodiscard]] Arrangement arrangement() const;
+    /// Gives the records this order and these folders. Records that it doesn't name follow at the end.
+    void arrange(const Arrangement& places);
+    /// Moves records into `folder`, or out of any if it is empty, and before the record at row `before`, or to the end
+    /// of the list if there is no such row. They keep their order.
+    void move(const std::vector<int>& rows, int before, const QString& folder);
+    /// The name of another folder joins the two, an empty one takes the sites out.
+    void renameFolder(const QString& folder, const QString& name);
 
     /// Removes the record at `row` and returns the row to select next. Does nothing and returns none if it is
     /// the only record or there is no such row.
     std::optional<int> remove(int row);
 
+signals:
+    /// After every arrange().
+    void arranged();
+    /// After a move() or renameFolder() that changed something: what arrange() takes to undo it, and the
+    /// text of the menu entry.
+    void rearranged(const luma::SiteList::Arrangement& before, const QString& undoText);
+
 private:
+    void rearrange(const Arrangement& wanted, const QString& undoText);
     Record newRecord(const QVariantMap& values);
     void announce(const SiteRecord* record);
 
     std::vector<Record> m_records;
+    bool m_isArranging = false;
 };
 
 } // namespace luma

@@ -37,6 +37,7 @@ SiteListStore::SiteListStore(SiteList& sites, SitePasswords& passwords, Preferen
     connect(&m_passwords, &SitePasswords::settled, this, &SiteListStore::write);
     connect(&m_sites, &QAbstractItemModel::dataChanged, this, &SiteListStore::noteChange);
     connect(&m_sites, &QAbstractItemModel::rowsInserted, this, &SiteListStore::noteChange);
+    connect(&m_sites, &SiteList::arranged, this, &SiteListStore::noteChange);
     connect(&m_sites, &QAbstractItemModel::rowsRemoved, this, &SiteListStore::noteChange);
 }
 

@@ -25,8 +25,6 @@ public:
 
     /// Fills the list with the stored sites, and reads their passwords.
     void load();
-    /// The list has changed in a way that the model doesn't tell, its order for instance.
-    void noteChange();
     /// Writes a list that has changed, and the preferences, at once.
     Result<void> save();
 
@@ -35,6 +33,7 @@ signals:
     void written(const QString& error);
 
 private:
+    void noteChange();
     void keepAside(const QString& key, const QVariant& stored);
     void storePasswords();
     void write();

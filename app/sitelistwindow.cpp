@@ -4,7 +4,6 @@
 #include "app/editmenu.h"
 #include "app/helpmenu.h"
 #include "app/preferences.h"
-#include "app/siteitemdelegate.h"
 #include "desktop/icons.h"
 #include "desktop/windowregistry.h"
 #include "ui_SiteListWindow.h"
@@ -18,6 +17,8 @@ namespace {
 
 const QString geometryKey = QStringLiteral("windows/sites/geometry");
 const QString splitterKey = QStringLiteral("windows/sites/splitter");
+const QString sortedKey = QStringLiteral("windows/sites/sortedByName");
+const QString closedKey = QStringLiteral("windows/sites/closedFolders");
 
 } // namespace
 
@@ -51,10 +52,10 @@ void SiteListWindow::connectActions()
     connect(m_ui->addAction, &QAction::triggered, this, &SiteListWindow::addRequested);
     connect(m_ui->sampleAction, &QAction::triggered, this, &SiteListWindow::sampleRequested);
     connect(m_ui->duplicateAction, &QAction::triggered, this, &SiteListWindow::duplicateRequested);
-    connect(m_ui->sortAction, &QAction::triggered, this, &SiteListWindow::sortRequested);
+    connect(m_ui->sortAction, &QAction::toggled, m_ui->sitesTableView, &SiteListView::setSortedByName);
     connect(m_ui->importAction, &QAction::triggered, this, &SiteListWindow::importRequested);
     connect(m_ui->exportAction, &QAction::triggered, this, &SiteListWindow::exportRequested);
-    connect(m_ui->removeAction, &QAction::triggered, this, &SiteListWindow::removeRequested);
+    connect(m_ui->removeAction, &QAction::triggered, this, &SiteListWindow::removeSelected);
     connect(m_ui->undoAction, &QAction::triggered, this, &SiteListWindow::undoRequested);
     connect(m_ui->openAction, &QAction::triggered, this, &SiteListWindow::openRequested);
     connect(m_ui->preferencesAction, &QAction::triggered, this, &SiteListWindow::preferencesRequested);
@@ -72,30 +73,24 @@ void SiteListWindow::connectActions()
 
 void SiteListWindow::connectList()
 {
-    m_found.setSourceModel(&m_sites);
-    m_found.setFilterRole(SiteList::SearchRole);
-    m_found.setFilterCaseSensitivity(Qt::CaseInsensitive);
-    // The record being edited stays visible even if it no longer matches the search.
-    m_found.setDynamicSortFilter(false);
-    m_ui->sitesTableView->setModel(&m_found);
-    m_ui->sitesTableView->setItemDelegate(new SiteItemDelegate(m_ui->sitesTableView));
+    m_ui->sitesTableView->setSites(m_sites);
     // In a text field the same keys edit the text.
     m_ui->sitesTableView->addAction(m_ui->removeAction);
     m_ui->sitesTableView->installEventFilter(this);
     m_ui->searchField->installEventFilter(this);
     connect(m_ui->searchField, &QLineEdit::textChanged, this, &SiteListWindow::search);
-    connect(m_ui->sitesTableView, &QListView::doubleClicked, this, &SiteListWindow::openRequested);
-    connect(m_ui->sitesTableView->selectionModel(), &QItemSelectionModel::currentChanged, this,
-            &SiteListWindow::showSelected);
-    connect(&m_found, &QAbstractItemModel::modelReset, this, &SiteListWindow::showSelected);
-    connect(&m_found, &QAbstractItemModel::rowsInserted, this, &SiteListWindow::showSelected);
-    connect(&m_found, &QAbstractItemModel::rowsRemoved, this, &SiteListWindow::showSelected);
+    connect(m_ui->sitesTableView, &QTreeView::doubleClicked, this, &SiteListWindow::openRequested);
+    connect(m_ui->sitesTableView, &SiteListView::selectionMoved, this, &SiteListWindow::showSelected);
+    connect(m_ui->sitesTableView, &QWidget::customContextMenuRequested, this, [this](const QPoint& place) {
+        m_ui->siteMenu->popup(m_ui->sitesTableView->viewport()->mapToGlobal(place));
+    });
+    connectFolders();
     m_ui->addButton->setIcon(icons::symbol(QStringLiteral("add")));
     m_ui->removeButton->setIcon(icons::symbol(QStringLiteral("remove")));
     connect(m_ui->addButton, &QPushButton::clicked, this, &SiteListWindow::addRequested);
     connect(m_ui->newSiteButton, &QPushButton::clicked, this, &SiteListWindow::addRequested);
     connect(m_ui->sampleSiteButton, &QPushButton::clicked, this, &SiteListWindow::sampleRequested);
-    connect(m_ui->removeButton, &QPushButton::clicked, this, &SiteListWindow::removeRequested);
+    connect(m_ui->removeButton, &QPushButton::clicked, this, &SiteListWindow::removeSelected);
 }
 
 void SiteListWindow::connectForm()
@@ -104,19 +99,36 @@ void SiteListWindow::connectForm()
     connect(m_ui->siteForm, &SiteForm::folderRequested, this, &SiteListWindow::folderRequested);
 }
 
+void SiteListWindow::connectFolders()
+{
+    SiteListView* const list = m_ui->sitesTableView;
+    connect(m_ui->folderMenu, &QMenu::aboutToShow, list,
+            [this, list] { list->fillFolderMenu(*m_ui->folderMenu); });
+    connect(m_ui->newFolderAction, &QAction::triggered, list, &SiteListView::addFolder);
+    connect(m_ui->renameFolderAction, &QAction::triggered, list, &SiteListView::renameFolder);
+    connect(m_ui->removeFolderAction, &QAction::triggered, list, &SiteListView::removeFolder);
+    connect(m_ui->moveUpAction, &QAction::triggered, list, [list] { list->stepSelected(-1); });
+    connect(m_ui->moveDownAction, &QAction::triggered, list, [list] { list->stepSelected(1); });
+}
+
 int SiteListWindow::selectedRow() const
 {
-    return m_found.mapToSource(m_ui->sitesTableView->currentIndex()).row();
+    return m_ui->sitesTableView->selectedRow();
 }
 
 void SiteListWindow::select(int row)
 {
-    const QModelIndex wanted = m_sites.index(row);
-    if (wanted.isValid() && !m_found.mapFromSource(wanted).isValid())
+    if (m_sites.record(row) && !m_ui->sitesTableView->finds(row))
         m_ui->searchField->clear();
-    const QModelIndex shown = m_found.mapFromSource(wanted);
-    m_ui->sitesTableView->setCurrentIndex(shown);
-    m_ui->sitesTableView->scrollTo(shown);
+    m_ui->sitesTableView->select(row);
+}
+
+void SiteListWindow::removeSelected()
+{
+    if (m_ui->sitesTableView->selectedFolder().isEmpty())
+        emit removeRequested();
+    else
+        m_ui->sitesTableView->removeFolder();
 }
 
 void SiteListWindow::editNameOf(int row)
@@ -133,19 +145,13 @@ void SiteListWindow::setUpdateEnabled(bool enabled)
 
 void SiteListWindow::search(const QString& text)
 {
-    const int before = selectedRow();
-    m_found.setFilterFixedString(text);
-    // Keep the selection while the search finds it, otherwise select the first match.
-    const QModelIndex kept = m_found.mapFromSource(m_sites.index(before));
-    m_ui->sitesTableView->setCurrentIndex(kept.isValid() ? kept : m_found.index(0, 0));
-    m_ui->sitesTableView->scrollTo(m_ui->sitesTableView->currentIndex());
-    showSelected();
+    m_ui->sitesTableView->search(text);
 }
 
 void SiteListWindow::showSelected()
 {
     m_ui->siteForm->setRecord(m_sites.record(selectedRow()));
-    const bool nothing = m_found.rowCount() == 0;
+    const bool nothing = m_ui->sitesTableView->isEmpty();
     m_ui->sitesTableView->setVisible(!nothing);
     m_ui->emptyListLabel->setVisible(nothing);
     m_ui->emptyListLabel->setText(m_sites.rowCount() == 0 ? tr("No sites yet")
@@ -161,9 +167,16 @@ void SiteListWindow::updateActions()
     for (QAction* action : {m_ui->openAction, m_ui->removeAction, m_ui->duplicateAction,
                             m_ui->sourcePathAction, m_ui->destinationPathAction})
         action->setEnabled(selected);
-    m_ui->removeButton->setEnabled(selected);
+    const SiteListView& list = *m_ui->sitesTableView;
+    const bool isFolder = !list.selectedFolder().isEmpty();
+    m_ui->removeButton->setEnabled(selected || isFolder);
+    m_ui->folderMenu->setEnabled(selected);
+    m_ui->newFolderAction->setEnabled(selected);
+    m_ui->renameFolderAction->setEnabled(isFolder);
+    m_ui->removeFolderAction->setEnabled(isFolder);
+    m_ui->moveUpAction->setEnabled(list.canStep(-1));
+    m_ui->moveDownAction->setEnabled(list.canStep(1));
     m_ui->exportAction->setEnabled(m_sites.rowCount() > 0);
-    m_ui->sortAction->setEnabled(m_sites.rowCount() > 1);
 }
 
 bool SiteListWindow::eventFilter(QObject* watched, QEvent* event)
@@ -175,13 +188,17 @@ bool SiteListWindow::eventFilter(QObject* watched, QEvent* event)
 
 bool SiteListWindow::handleKey(const QObject* watched, int key)
 {
-    const bool inList = watched == m_ui->sitesTableView;
+    SiteListView* const list = m_ui->sitesTableView;
+    const bool inList = watched == list;
     if (key == Qt::Key_Return || key == Qt::Key_Enter) {
-        emit openRequested();
+        if (list->selectedFolder().isEmpty())
+            emit openRequested();
+        else
+            list->setExpanded(list->currentIndex(), !list->isExpanded(list->currentIndex()));
         return true;
     }
     if (inList && key == Qt::Key_Delete) {
-        emit removeRequested();
+        removeSelected();
         return true;
     }
     if (!inList && key == Qt::Key_Down) {
@@ -195,13 +212,10 @@ bool SiteListWindow::handleKey(const QObject* watched, int key)
     return false;
 }
 
-void SiteListWindow::setUndo(const std::optional<QString>& removedName)
+void SiteListWindow::setUndo(const QString& text)
 {
-    // A single ampersand would mark a mnemonic.
-    QString name = removedName.value_or(QString());
-    name.replace(u'&', QStringLiteral("&&"));
-    m_ui->undoAction->setText(removedName ? tr("&Undo removal of “%1”").arg(name) : tr("&Undo"));
-    m_ui->undoAction->setEnabled(removedName.has_value());
+    m_ui->undoAction->setText(text.isEmpty() ? tr("&Undo") : text);
+    m_ui->undoAction->setEnabled(!text.isEmpty());
 }
 
 void SiteListWindow::showSaveError(const QString& reason)
@@ -220,12 +234,16 @@ void SiteListWindow::restoreFrom(const Preferences& preferences)
 {
     restoreGeometry(preferences.value(geometryKey).toByteArray());
     m_ui->splitter->restoreState(preferences.value(splitterKey).toByteArray());
+    m_ui->sortAction->setChecked(preferences.value(sortedKey).toBool());
+    m_ui->sitesTableView->setClosedFolders(preferences.value(closedKey).toStringList());
 }
 
 void SiteListWindow::saveTo(Preferences& preferences) const
 {
     preferences.setValue(geometryKey, saveGeometry());
     preferences.setValue(splitterKey, m_ui->splitter->saveState());
+    preferences.setValue(sortedKey, m_ui->sortAction->isChecked());
+    preferences.setValue(closedKey, m_ui->sitesTableView->closedFolders());
 }
 
 } // namespace luma

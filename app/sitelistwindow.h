@@ -5,10 +5,8 @@
 #include "app/sitelist.h"
 
 #include <QMainWindow>
-#include <QSortFilterProxyModel>
 
 #include <memory>
-#include <optional>
 
 namespace Ui {
 class SiteListWindow;
@@ -41,8 +39,8 @@ public:
     /// Enables the check for updates; it is disabled while one is running.
     void setUpdateEnabled(bool enabled);
 
-    /// The name of the site that Undo puts back; none disables it.
-    void setUndo(const std::optional<QString>& removedName);
+    /// The menu entry that takes the last change of the list back; an empty text disables it.
+    void setUndo(const QString& text);
 
     /// Says below the list that it could not be saved; an empty text takes that back.
     void showSaveError(const QString& reason);
@@ -57,7 +55,6 @@ signals:
     void addRequested();
     void sampleRequested();
     void duplicateRequested();
-    void sortRequested();
     void importRequested();
     void exportRequested();
     void removeRequested();
@@ -78,12 +75,13 @@ private:
     void connectList();
     void connectForm();
     void search(const QString& text);
+    void connectFolders();
+    void removeSelected();
     void showSelected();
     void updateActions();
     bool handleKey(const QObject* watched, int key);
 
     SiteList& m_sites;
-    QSortFilterProxyModel m_found;
     std::unique_ptr<Ui::SiteListWindow> m_ui;
 };
 

@@ -10,6 +10,7 @@ namespace luma {
 namespace {
 
 constexpr QLatin1StringView siteIDKey{"siteID"};
+constexpr QLatin1StringView folderKey{"Folder"};
 constexpr QLatin1StringView webAddressKey{"WebAddress"};
 constexpr QLatin1StringView sourceKey{"sourceDict"};
 constexpr QLatin1StringView destinationKey{"destinationDict"};
@@ -66,6 +67,17 @@ QString SiteRecord::siteID() const
 void SiteRecord::setSiteID(const QString& name)
 {
     m_values.setValue(siteIDKey, name);
+}
+
+QString SiteRecord::folder() const
+{
+    return m_values.string(folderKey);
+}
+
+void SiteRecord::setFolder(const QString& name)
+{
+    if (name != folder())
+        m_values.setValue(folderKey, name);
 }
 
 QString SiteRecord::webAddressText() const

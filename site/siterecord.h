@@ -31,6 +31,10 @@ public:
     [[nodiscard]] QString siteID() const;
     void setSiteID(const QString& name);
 
+    /// The folder of the list that the site is in; empty for none.
+    [[nodiscard]] QString folder() const;
+    void setFolder(const QString& name);
+
     /// The site's addresses on the web as the user has written them, with blanks between.
     [[nodiscard]] QString webAddressText() const;
     void setWebAddressText(const QString& text);

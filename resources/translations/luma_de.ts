@@ -1496,6 +1496,42 @@ entwuerfe/</translation>
         <source>Check for &amp;updates…</source>
         <translation>Nach &amp;Aktualisierungen suchen …</translation>
     </message>
+    <message>
+        <source>Move to &amp;folder</source>
+        <translation>&amp;In Ordner bewegen</translation>
+    </message>
+    <message>
+        <source>New fo&amp;lder</source>
+        <translation>Neuer Or&amp;dner</translation>
+    </message>
+    <message>
+        <source>Ctrl+Shift+N</source>
+        <translation>Ctrl+Shift+N</translation>
+    </message>
+    <message>
+        <source>R&amp;ename folder</source>
+        <translation>O&amp;rdner umbenennen</translation>
+    </message>
+    <message>
+        <source>Remo&amp;ve folder, keep its sites</source>
+        <translation>Ordner entfernen, &amp;Websites behalten</translation>
+    </message>
+    <message>
+        <source>&amp;Move up</source>
+        <translation>Nach &amp;oben bewegen</translation>
+    </message>
+    <message>
+        <source>Alt+Up</source>
+        <translation>Alt+Up</translation>
+    </message>
+    <message>
+        <source>Move do&amp;wn</source>
+        <translation>Nach un&amp;ten bewegen</translation>
+    </message>
+    <message>
+        <source>Alt+Down</source>
+        <translation>Alt+Down</translation>
+    </message>
 </context>
 <context>
     <name>SourcePanel</name>
@@ -2351,6 +2387,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Choose</source>
         <translation>Auswählen</translation>
+    </message>
+    <message>
+        <source>&amp;Undo removal of “%1”</source>
+        <translation>&amp;Rückgängig: „%1“ entfernen</translation>
     </message>
 </context>
 <context>
@@ -3372,6 +3412,39 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     </message>
 </context>
 <context>
+    <name>luma::SiteList</name>
+    <message>
+        <source>&amp;Undo move</source>
+        <translation>&amp;Rückgängig: Bewegen</translation>
+    </message>
+    <message>
+        <source>&amp;Undo removal of “%1”</source>
+        <translation>&amp;Rückgängig: „%1“ entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Undo renaming of folder</source>
+        <translation>&amp;Rückgängig: Ordner umbenennen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SiteListTree</name>
+    <message>
+        <source>New folder</source>
+        <translation>Neuer Ordner</translation>
+    </message>
+    <message>
+        <source>New folder %1</source>
+        <translation>Neuer Ordner %1</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SiteListView</name>
+    <message>
+        <source>&amp;None</source>
+        <translation>&amp;Keiner</translation>
+    </message>
+</context>
+<context>
     <name>luma::SiteListWindow</name>
     <message>
         <source>No sites yet</source>
@@ -3380,10 +3453,6 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>No site matches the search.</source>
         <translation>Keine Website passt zur Suche.</translation>
-    </message>
-    <message>
-        <source>&amp;Undo removal of “%1”</source>
-        <translation>&amp;Rückgängig: „%1“ entfernen</translation>
     </message>
     <message>
         <source>&amp;Undo</source>

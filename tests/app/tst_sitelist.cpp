@@ -1,10 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/sitelist.h"
+#include "app/sitelisttree.h"
 #include "app/sitetemplate.h"
 #include "browser/endpoint.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 
 #include <QAbstractItemModelTester>
+#include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
 
@@ -35,6 +38,17 @@ class tst_sitelist final : public QObject
         for (int row = 0; row < list.rowCount(); ++row)
             names += list.index(row).data().toString();
         return names;
+    }
+
+    /// The sites of a folder in parentheses.
+    static QString shape(const SiteListTree& tree, const QModelIndex& parent = {})
+    {
+        QStringList entries;
+        for (int row = 0; row < tree.rowCount(parent); ++row) {
+            const QModelIndex index = tree.index(row, 0, parent);
+            entries += tree.rowCount(index) > 0 ? '(' + shape(tree, index) + ')' : index.data().toString();
+        }
+        return entries.join(parent.isValid() ? QString() : QStringLiteral(" "));
     }
 
 private slots:
@@ -85,6 +99,58 @@ private slots:
         QVERIFY(list.remove(0));
         shared->setSiteID(QStringLiteral("still here"));
         QCOMPARE(namesIn(list), QStringLiteral("b"));
+    }
+
+    void dragged_goesWhereItIsDropped_data()
+    {
+        const test::Rows<QString, QString, int, QString> row("dragged", "onto", "position", "after");
+        row("a site between others", "e", "", 0, "e a (bc) d");
+        row("to the end", "a", "", -1, "(bc) d e a");
+        row("before a folder", "e", "", 1, "a e (bc) d");
+        row("onto a folder", "e", "F", -1, "a (bce) d");
+        row("into a folder", "a", "F", 1, "(bac) d e");
+        row("out of a folder", "b", "", 0, "b a (c) d e");
+        row("within its folder", "c", "F", 0, "a (cb) d e");
+        row("beside itself", "d", "", 2, "a (bc) d e");
+        row("a folder", "F", "", 4, "a d e (bc)");
+        row("a folder onto itself", "F", "F", 0, "a (bc) d e");
+    }
+    void dragged_goesWhereItIsDropped()
+    {
+        QFETCH(QString, dragged);
+        QFETCH(QString, onto);
+        QFETCH(int, position);
+        QFETCH(QString, after);
+        SiteList list;
+        fill(list, "abcde");
+        SiteListTree tree(list);
+        const QAbstractItemModelTester tester(&tree);
+        list.move({1, 2}, 3, "F");
+        QCOMPARE(shape(tree), "a (bc) d e");
+        const QModelIndex item = dragged == "F"
+                                     ? tree.indexOfFolder("F")
+                                     : tree.indexOfSite(static_cast<int>(namesIn(list).indexOf(dragged)));
+        const std::unique_ptr<QMimeData> data(tree.mimeData({item}));
+        (void)tree.dropMimeData(data.get(), Qt::MoveAction, position, 0, tree.indexOfFolder(onto));
+        QCOMPARE(shape(tree), after);
+    }
+
+    void sortedByName_keepsTheOrder()
+    {
+        SiteList list;
+        fill(list, "dbca");
+        SiteListTree tree(list);
+        const QAbstractItemModelTester tester(&tree);
+        list.move({1, 3}, 1, "F");
+        QCOMPARE(shape(tree), "d (ba) c");
+        tree.setSortedByName(true);
+        QCOMPARE(shape(tree), "(ab) c d");
+        QVERIFY(tree.setData(tree.indexOfFolder("F"), "G", Qt::EditRole));
+        QTRY_COMPARE(list.folders(), QStringList{"G"});
+        QVERIFY(!tree.setData(tree.indexOfFolder("G"), " ", Qt::EditRole));
+        tree.removeFolder("G");
+        tree.setSortedByName(false);
+        QCOMPARE(shape(tree), "d b a c");
     }
 
     void editedRecord_showsInItsRow()

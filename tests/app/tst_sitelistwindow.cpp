@@ -19,7 +19,7 @@
 #include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QListView>
+#include <QMenu>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -27,6 +27,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
+#include <QTreeView>
 #include <QUrl>
 #include <QWizard>
 
@@ -98,6 +99,15 @@ class tst_sitelistwindow final : public QObject
             records += record;
         }
         return records;
+    }
+
+    /// The last digits of the names, in the order of the list.
+    QString order()
+    {
+        QString digits;
+        for (int row = 0; row < m_delegate->sites().rowCount(); ++row)
+            digits += m_delegate->sites().record(row)->siteID().right(1);
+        return digits;
     }
 
     SiteListWindow& window() { return m_delegate->siteListWindow(); }
@@ -441,8 +451,10 @@ private slots:
         launchWith(numbered(100));
         m_delegate->add();
         QCOMPARE(window().selectedRow(), 100);
-        const auto* list = find<QListView>("sitesTableView");
-        QVERIFY(list->viewport()->rect().contains(list->visualRect(list->currentIndex())));
+        const auto* list = find<QTreeView>("sitesTableView");
+        const QRect shown = list->visualRect(list->currentIndex());
+        QVERIFY2(shown.top() >= 0 && shown.bottom() <= list->viewport()->height(),
+                 qPrintable(QStringLiteral("%1 to %2").arg(shown.top()).arg(shown.bottom())));
         QTRY_VERIFY(find<QLineEdit>("siteID")->hasFocus());
         QCOMPARE(find<QLineEdit>("siteID")->selectedText(), find<QLineEdit>("siteID")->text());
         test::screenshot(window(), "sites-101");
@@ -467,7 +479,7 @@ private slots:
         answerRemoval();
         QCOMPARE(window().selectedRow(), 1);
         QCOMPARE(find<QLineEdit>("siteID")->text(), "Site number 3");
-        QTest::keyClick(find<QListView>("sitesTableView"), Qt::Key_Delete);
+        QTest::keyClick(find<QTreeView>("sitesTableView"), Qt::Key_Delete);
         answerRemoval();
         QCOMPARE(window().selectedRow(), 0);
         click("removeButton");
@@ -489,12 +501,12 @@ private slots:
         const SiteList::Record second = m_delegate->sites().record(1);
         for (const int row : {1, 1}) {
             window().select(row);
-            find<QListView>("sitesTableView")->setFocus();
-            QTest::keyClick(find<QListView>("sitesTableView"), Qt::Key_Backspace, Qt::ControlModifier);
+            find<QTreeView>("sitesTableView")->setFocus();
+            QTest::keyClick(find<QTreeView>("sitesTableView"), Qt::Key_Backspace, Qt::ControlModifier);
             answerRemoval();
         }
         QCOMPARE(m_delegate->sites().rowCount(), 1);
-        QTest::keyClick(find<QListView>("sitesTableView"), Qt::Key_Z, Qt::ControlModifier);
+        QTest::keyClick(find<QTreeView>("sitesTableView"), Qt::Key_Z, Qt::ControlModifier);
         QVERIFY(undo->isEnabled());
         undo->trigger();
         QVERIFY(!undo->isEnabled());
@@ -518,9 +530,14 @@ private slots:
         QCOMPARE(copy->siteID(), "site number 10 copy");
         QCOMPARE(copy->destinationDict()->string(endpoint::password), "secret");
         QVERIFY(!copy->destinationDict()->value(endpoint::passwordID).isValid());
+        const auto* list = find<QTreeView>("sitesTableView");
+        const auto firstShown = [list] { return list->model()->index(0, 0).data().toString(); };
         window().findChild<QAction*>("sortAction")->trigger();
         QCOMPARE(window().selectedRow(), 3);
-        QCOMPARE(m_delegate->sites().record(0)->siteID(), "Site number 2");
+        QCOMPARE(firstShown(), "Site number 2");
+        window().findChild<QAction*>("sortAction")->trigger();
+        QCOMPARE(firstShown(), "site number 10");
+        copy->setFolder("Shops");
         QTRY_COMPARE(storedRecords(), m_delegate->sites().records());
 
         const QString exported = m_folder->filePath("all.lumasites");
@@ -531,10 +548,53 @@ private slots:
         QVERIFY(bytes.contains("www1.example.org") && !bytes.contains("secret") && !bytes.contains("an id"));
         QVERIFY(m_delegate->importFrom(exported));
         QCOMPARE(m_delegate->sites().rowCount(), 8);
+        QCOMPARE(m_delegate->sites().record(7)->folder(), "Shops");
         QCOMPARE(window().selectedRow(), 4);
         QVERIFY(QFile::resize(exported, 0));
         QVERIFY(!m_delegate->importFrom(exported));
         QCOMPARE(m_delegate->sites().rowCount(), 8);
+    }
+
+    void sites_areArrangedInFoldersByKey()
+    {
+        launchWith(numbered(4));
+        auto* list = find<QTreeView>("sitesTableView");
+        list->setFocus();
+        window().activateWindow();
+        QTRY_VERIFY(window().isActiveWindow());
+        const auto trigger = [this](const char* action) { window().findChild<QAction*>(action)->trigger(); };
+        window().select(2);
+        QTest::keyClick(list, Qt::Key_Up, Qt::AltModifier);
+        QCOMPARE(order(), "1324");
+        QCOMPARE(window().selectedRow(), 1);
+        trigger("newFolderAction");
+        QTRY_VERIFY(list->findChild<QLineEdit*>());
+        QTest::keyClicks(list->findChild<QLineEdit*>(), "Shops");
+        QTest::keyClick(list->findChild<QLineEdit*>(), Qt::Key_Return);
+        QTRY_COMPARE(m_delegate->sites().folders(), QStringList{"Shops"});
+        QVERIFY(m_shown.isEmpty());
+        QTRY_COMPARE(list->currentIndex().data().toString(), "Shops");
+        window().select(3);
+        auto* folders = window().findChild<QMenu*>("folderMenu");
+        emit folders->aboutToShow();
+        folders->actions().last()->trigger();
+        QCOMPARE(order(), "1342");
+        QCOMPARE(m_delegate->sites().record(2)->folder(), "Shops");
+        QCOMPARE(list->model()->rowCount(list->model()->index(1, 0)), 2);
+        test::saveScreenshots(window(), "sites-folders");
+        list->setCurrentIndex(list->model()->index(1, 0));
+        QTest::keyClick(list, Qt::Key_Down, Qt::AltModifier);
+        QCOMPARE(order(), "1234");
+        QTRY_COMPARE(storedRecords(), m_delegate->sites().records());
+        QTest::keyClick(list, Qt::Key_Delete);
+        QCOMPARE(m_delegate->sites().folders(), QStringList());
+        QCOMPARE(order(), "1234");
+        for (const char* expected : {"1234", "1342", "1324", "1324", "1324", "1234"}) {
+            trigger("undoAction");
+            QCOMPARE(order(), expected);
+        }
+        QCOMPARE(m_delegate->sites().folders(), QStringList());
+        QVERIFY(!window().findChild<QAction*>("undoAction")->isEnabled());
     }
 
     void keysInTextFields_editTheText_data()
@@ -584,7 +644,7 @@ private slots:
     {
         launchWith({siteTemplate()});
         typeInto(find<QLineEdit>("path", "destinationDict"), "/srv/www/ ");
-        QWidget* rows = find<QListView>("sitesTableView")->viewport();
+        QWidget* rows = find<QTreeView>("sitesTableView")->viewport();
         QTest::mouseClick(rows, Qt::LeftButton, {}, QPoint(20, 12));
         QTest::mouseDClick(rows, Qt::LeftButton, {}, QPoint(20, 12));
         QCOMPARE(m_shown.size(), 1);

@@ -233,7 +233,7 @@ private slots:
         m_delegate->remove();
         m_delegate->siteListWindow().findChild<QMessageBox*>("removeSheet")->buttons().constFirst()->click();
         QTRY_COMPARE(secretsInTheKeyring(), before + 1);
-        m_delegate->undoRemove();
+        m_delegate->undo();
         QTRY_COMPARE(secretsInTheKeyring(), before + 2);
         QTRY_COMPARE(passwordsInTheFile(), (QStringList{"", ""}));
         launch();
