@@ -5,6 +5,7 @@
 #include "base/pathtext.h"
 #include "base/resources.h"
 #include "desktop/windowregistry.h"
+#include "editor/checkpanel.h"
 #include "editor/hiddenelements.h"
 #include "editor/metasheet.h"
 #include "editor/outlineeditor.h"
@@ -46,13 +47,14 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
     createStyleSheets();
     createSaver();
     createFollower();
+    createCheck();
     m_recovery = new PageRecovery(
         [this] {
             return UnsavedPage{{}, m_store.hasFile() ? docURL() : fs::path(), m_store.markup()};
         },
         this);
-    m_actions = new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_hidden, *m_edits,
-                                 *m_saver, *m_viewController},
+    m_actions = new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_hidden, *m_check,
+                                 *m_edits, *m_saver, *m_viewController},
                                 std::move(recentPages));
     connectChanges();
     m_layout.emplace(*this, *m_ui->splitView, PageLayout::Sides{m_ui->outlineAction, m_ui->stylesAction});
@@ -151,6 +153,19 @@ void HTMLDocument::createFollower()
     });
     connect(m_follower, &PageFollower::failed, this,
             [this](const QString& reason) { tell(tr("The page's links were not updated. %1").arg(reason)); });
+}
+
+void HTMLDocument::createCheck()
+{
+    m_check = new CheckPanel(
+        {m_ui->checkPane, m_ui->checkList, m_ui->checkResult, m_ui->checkCloseButton},
+        {m_tree, *m_outline, *m_selection, *m_viewController, [this] { return siteFolder(); }}, this);
+    connect(&m_tree, &PageTree::reset, m_check, &CheckPanel::noteChange);
+    connect(&m_tree, &PageTree::attributesSwapped, m_check, &CheckPanel::noteChange);
+    connect(&m_tree, &PageTree::exchanged, m_check, &CheckPanel::noteChange);
+    connect(&m_viewController->webView()->editorPage(), &EditorPage::shown, m_check, &CheckPanel::noteChange);
+    connect(m_styleSheets, &StyleSheetEditor::fileStored, m_check, &CheckPanel::noteChange);
+    connect(m_follower, &PageFollower::linksUpdated, m_check, &CheckPanel::noteChange);
 }
 
 void HTMLDocument::connectChanges()
@@ -491,11 +506,18 @@ void HTMLDocument::saveEverything(const std::function<void()>& then)
     m_styleSheets->storeDrafts([this, then] { m_saver->save(then); });
 }
 
+// Other programs may have changed anything.
+void HTMLDocument::noteReturn()
+{
+    checkFile();
+    m_check->noteChange();
+}
+
 void HTMLDocument::changeEvent(QEvent* event)
 {
     QMainWindow::changeEvent(event);
     if (event->type() == QEvent::ActivationChange && isActiveWindow() && m_tree.document())
-        QMetaObject::invokeMethod(this, &HTMLDocument::checkFile, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &HTMLDocument::noteReturn, Qt::QueuedConnection);
     if (event->type() == QEvent::PaletteChange && m_outline)
         m_outline->setActiveColour(palette().color(QPalette::Link));
 }

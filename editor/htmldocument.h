@@ -28,6 +28,7 @@ class HTMLDocument;
 
 namespace luma {
 
+class CheckPanel;
 class HiddenElements;
 class MetaSheet;
 class OutlineFind;
@@ -148,12 +149,14 @@ private:
     void createStyleSheets();
     void createSaver();
     void createFollower();
+    void createCheck();
     void connectChanges();
 
     enum class Reading { First, Again };
     bool load(Reading reading, const QString& name);
     void takeUnsaved();
     void watchFile();
+    void noteReturn();
 
     void handleDoubleClick(const QModelIndex& index);
     void openOutlineMenu(const QPoint& where);
@@ -181,6 +184,7 @@ private:
     OutlineSelection* m_selection = nullptr;
     OutlineFind* m_find = nullptr;
     HiddenElements* m_hidden = nullptr;
+    CheckPanel* m_check = nullptr;
     PageEdits* m_edits = nullptr;
     StyleSheetEditor* m_styleSheets = nullptr;
     MetaSheet* m_metaSheet = nullptr;

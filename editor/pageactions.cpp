@@ -3,6 +3,7 @@
 
 #include "base/pathtext.h"
 #include "desktop/icons.h"
+#include "editor/checkpanel.h"
 #include "editor/formatbar.h"
 #include "editor/hiddenelements.h"
 #include "editor/htmldocument.h"
@@ -91,6 +92,8 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.showSourceAction, HasPage, [&view] { view.showSource(); }, "script"},
         {ui.scriptConsoleAction, Always, [&view] { view.showScriptConsole(); }},
         {ui.inspectElementAction, HasPage, [&view] { view.inspectElement(); }},
+        {ui.pageCheckAction, HasPage,
+         [&check = m_parts.check, action = ui.pageCheckAction] { check.setShown(action->isChecked()); }},
         {ui.zoomInAction, Always, [this] { zoomBy(zoomStep); }},
         {ui.zoomOutAction, Always, [this] { zoomBy(1 / zoomStep); }},
         {ui.actualSizeAction, Always, [&view] { view.setMagnification(1); }},
@@ -148,6 +151,8 @@ void PageActions::connectControls()
     ui.addTagButton->setMenu(ui.insertMenu);
     ui.addTagButton->setIcon(icons::symbol(QStringLiteral("add")));
     ui.deleteTagButton->setIcon(icons::symbol(QStringLiteral("delete")));
+    ui.checkCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
+    connect(&m_parts.check, &CheckPanel::closed, ui.pageCheckAction, &QAction::trigger);
     ui.outlineFindCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
     connect(ui.deleteTagButton, &QPushButton::clicked, ui.deleteTagAction, &QAction::trigger);
     connect(ui.myOutlineView, &OutlineView::deleteRequested, ui.deleteTagAction, &QAction::trigger);

@@ -15,6 +15,7 @@ class HTMLDocument;
 
 namespace luma {
 
+class CheckPanel;
 class HiddenElements;
 class HTMLDocument;
 class OutlineFind;
@@ -46,6 +47,7 @@ public:
         const OutlineSelection& selection;
         OutlineFind& find;
         HiddenElements& hidden;
+        CheckPanel& check;
         PageEdits& edits;
         PageSaver& saver;
         ViewController& rendering;

@@ -492,6 +492,18 @@
         <source>Show St&amp;yle Sheets</source>
         <translation>Styleshee&amp;ts zeigen</translation>
     </message>
+    <message>
+        <source>Page check</source>
+        <translation>Seitenprüfung</translation>
+    </message>
+    <message>
+        <source>Page Chec&amp;k</source>
+        <translation>Seite &amp;prüfen</translation>
+    </message>
+    <message>
+        <source>List what is wrong with the page: missing texts, links, repeated ids, contrast</source>
+        <translation>Zeigt, was an der Seite nicht stimmt: fehlende Texte, Links, mehrfache ids, Kontrast</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -1720,6 +1732,61 @@ entwuerfe/</translation>
     <message>
         <source>and %1 more</source>
         <translation>und %1 weitere</translation>
+    </message>
+</context>
+<context>
+    <name>luma::CheckPanel</name>
+    <message>
+        <source>The page has no title</source>
+        <translation>Die Seite hat keinen Titel</translation>
+    </message>
+    <message>
+        <source>The page does not say its language (lang)</source>
+        <translation>Die Seite nennt ihre Sprache nicht (lang)</translation>
+    </message>
+    <message>
+        <source>Image without alternative text</source>
+        <translation>Bild ohne Alternativtext</translation>
+    </message>
+    <message>
+        <source>The id &quot;%1&quot; is used more than once</source>
+        <translation>Die id „%1“ kommt mehrmals vor</translation>
+    </message>
+    <message>
+        <source>Heading levels are left out: %1</source>
+        <translation>Überschriftenebenen sind ausgelassen: %1</translation>
+    </message>
+    <message>
+        <source>Link without text</source>
+        <translation>Link ohne Text</translation>
+    </message>
+    <message>
+        <source>Button without text</source>
+        <translation>Schaltfläche ohne Text</translation>
+    </message>
+    <message>
+        <source>Missing link: %1</source>
+        <translation>Fehlender Link: %1</translation>
+    </message>
+    <message>
+        <source>Contrast of the text is %1:1, %2:1 is needed</source>
+        <translation>Der Kontrast des Textes ist %1:1, nötig ist %2:1</translation>
+    </message>
+    <message>
+        <source>Checking...</source>
+        <translation>Wird geprüft …</translation>
+    </message>
+    <message>
+        <source>No problems found</source>
+        <translation>Keine Probleme gefunden</translation>
+    </message>
+    <message>
+        <source>Problems: %1</source>
+        <translation>Probleme: %1</translation>
+    </message>
+    <message>
+        <source>Problems: %1, the first %2 are listed</source>
+        <translation>Probleme: %1, gezeigt werden die ersten %2</translation>
     </message>
 </context>
 <context>
