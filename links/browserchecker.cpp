@@ -15,6 +15,12 @@ WebPage BrowserChecker::check(const std::string& subpath)
     return check(SiteTree::none, subpath);
 }
 
+// What of an address decides whether it is missing.
+std::string_view BrowserChecker::seenPart(std::string_view address) const
+{
+    return m_site->rules().fragmentsAreChecked ? address : address.substr(0, address.find('#'));
+}
+
 WebPage BrowserChecker::check(SiteTree::Id id, const std::string& subpath)
 {
     WebPage found{subpath, {}, {}};
@@ -31,12 +37,16 @@ WebPage BrowserChecker::check(SiteTree::Id id, const std::string& subpath)
     const SiteTree::Id folder = mayBeSeen ? m_site->tree().parent(id) : SiteTree::none;
     for (const LinkReference& reference : m_reader.page().references()) {
         const bool isSeenNow = mayBeSeen && reference.place != LinkPlace::UseMap;
-        const std::uint64_t key = isSeenNow ? SeenAddresses::keyOf(reference.value, folder) : 0;
+        const std::string_view address = isSeenNow ? seenPart(reference.value) : std::string_view();
+        const std::uint64_t key = isSeenNow ? SeenAddresses::keyOf(address, folder) : 0;
         if (isSeenNow && m_present.contains(key))
             continue;
         WebLink link = m_judge.judged(reference.value, reference.place, page, id);
         if (m_kept == FindingsKept::Missing && link.state != LinkState::Missing) {
-            if (isSeenNow && isPresentInFolder(link, reference.value))
+            // Server code in a fragment says nothing about the same address without it.
+            const bool isSame =
+                address.size() == reference.value.size() || link.state != LinkState::NotJudged;
+            if (isSeenNow && isSame && isPresentInFolder(link, address))
                 m_present.insert(key);
             continue;
         }

@@ -26,6 +26,7 @@ public:
     WebPage check(const std::string& subpath);
 
 private:
+    [[nodiscard]] std::string_view seenPart(std::string_view address) const;
     WebPage check(SiteTree::Id id, const std::string& subpath);
 
     BrowserSite* m_site;

@@ -109,6 +109,12 @@ private slots:
                                               "b.html 1:40 href \t#t: no such place in the page\n"
                                               "c/d.html 1:9 href b.html: no such file: d.html\n"
                                               "e.html 1:23 href b.html: no such file: /c/d.html\n"));
+        site.put("a.html", "<a href='f.html#{{x}}'><a href=f.html#y><a href=b.html#x><a href=b.html#y>");
+        site.put("e.html", "");
+        WebRules rules;
+        rules.fragmentsAreChecked = false;
+        QCOMPARE(missingIn(site, rules), std::string("a.html 1:32 href f.html#y: no such file: a.html#y\n"
+                                                     "c/d.html 1:9 href b.html: no such file: d.html\n"));
     }
 
     void rules_changeWhatIsMissing()
