@@ -145,7 +145,7 @@ void PageActions::update()
     ui.deleteTagButton->setEnabled(ui.deleteTagAction->isEnabled());
 }
 
-void PageActions::connectControls()
+void PageActions::connectControls() const
 {
     const Ui::HTMLDocument& ui = m_parts.ui;
     ui.addTagButton->setMenu(ui.insertMenu);
@@ -188,7 +188,7 @@ void PageActions::fillInsertMenu()
         menu.addAction(tag, &m_parts.edits, [&edits = m_parts.edits, tag] { edits.addTag(tag); });
 }
 
-void PageActions::sendToFocus(const char* slot, int webAction)
+void PageActions::sendToFocus(const char* slot, int webAction) const
 {
     QWidget* const focus = QApplication::focusWidget();
     if (focus && focus->metaObject()->indexOfSlot(QByteArray(slot).append("()").constData()) >= 0)

@@ -72,11 +72,11 @@ private:
 
     [[nodiscard]] std::vector<Command> table();
     [[nodiscard]] bool isAvailable(When when) const;
-    void connectControls();
+    void connectControls() const;
     void fillRecentMenu();
     void fillInsertMenu();
     /// Calls the slot of the focused field, or else the page's own command.
-    void sendToFocus(const char* slot, int webAction);
+    void sendToFocus(const char* slot, int webAction) const;
     void zoomBy(double factor);
 
     Parts m_parts;

@@ -160,13 +160,16 @@ void PieceWriter::writeUnit(const Unit& unit)
         std::string markup;
         serialize(node, markup, CodeForm::Code);
         print(withLineEnds(markup));
-    } else if (textOf(node)) {
+        return;
+    }
+    if (textOf(node)) {
         writeText(unit);
-    } else if (!node.origin().source || !(unit.kept || PageSource::isWhole(node))) {
-        printNode(node);
-    } else if (m_unchanged.contains(node) && (m_tags == OmittedTags::None || !hasOpenEnd(node))) {
+        return;
+    }
+    const bool hasSource = node.origin().source && (unit.kept || PageSource::isWhole(node));
+    if (hasSource && m_unchanged.contains(node) && (m_tags == OmittedTags::None || !hasOpenEnd(node))) {
         keep(*node.origin().source, PageSource::recordOf(node).extent);
-    } else if (const Element* const element = node.asElement()) {
+    } else if (const Element* const element = node.asElement(); hasSource && element) {
         writeElement(*element);
     } else {
         printNode(node);

@@ -29,16 +29,15 @@ ReferenceContext contextOf(TextPlace place)
 std::string escaped(std::string_view text, TextPlace place, std::string_view lineEnd)
 {
     const bool isText = place == TextPlace::Text || place == TextPlace::EscapableText;
+    const bool hasReferences = place != TextPlace::RawText;
     std::string raw;
     for (std::size_t i = 0; i < text.size(); ++i) {
         const char c = text[i];
         if (c == '\n')
             raw += lineEnd;
-        else if (place == TextPlace::RawText)
-            raw += c;
-        else if (c == '&')
+        else if (c == '&' && hasReferences)
             raw += "&amp;";
-        else if (c == '\r')
+        else if (c == '\r' && hasReferences)
             raw += "&#13;";
         else if (c == '<' && isText)
             raw += "&lt;";
@@ -48,7 +47,7 @@ std::string escaped(std::string_view text, TextPlace place, std::string_view lin
             raw += "&quot;";
         else if (c == '\'' && place == TextPlace::SingleQuoted)
             raw += "&#39;";
-        else if (text.substr(i, 2) == "\xC2\xA0") {
+        else if (hasReferences && text.substr(i, 2) == "\xC2\xA0") {
             raw += "&nbsp;";
             ++i;
         } else

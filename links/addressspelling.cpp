@@ -204,7 +204,7 @@ public:
             Names wanted = homeOf(own);
             append(wanted, place.path);
             const std::vector<Step> steps = stepsTo(wanted);
-            if (const auto inPlace = namesReplaced(steps); inPlace && leadsTo(*inPlace, place))
+            if (auto inPlace = namesReplaced(steps); inPlace && leadsTo(*inPlace, place))
                 return inPlace;
             const std::string path = isRelative() ? relativePath(steps, place.isFolderForm)
                                                   : pathFromRoot(steps, place.isFolderForm);

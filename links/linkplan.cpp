@@ -174,9 +174,9 @@ public:
         for (const Id file : tree->files()) {
             if (!isPageOrSheet(tree->name(file)) || tree->type(file) != SiteTree::Type::File)
                 continue;
-            const std::string below = tree->subpath(file);
-            m_found.push_back({tree->path(file), tree->path(file), oldPath + "/" + below,
-                               newPath + "/" + below, item.to / below, true});
+            const std::string below = "/" + tree->subpath(file);
+            m_found.push_back({tree->path(file), tree->path(file), oldPath + below, newPath + below,
+                               item.to.native() + below, true});
         }
         return {};
     }

@@ -23,8 +23,8 @@ bool hasLinkedFolders(const SiteTree& tree)
 
 } // namespace
 
-MovedPlaces::MovedPlaces(std::vector<Item> items, const SiteTree* tree, const WebRules& rules)
-    : m_items(std::move(items)), m_tree(tree), m_rules(rules)
+MovedPlaces::MovedPlaces(std::vector<Item> items, const SiteTree* tree, WebRules rules)
+    : m_items(std::move(items)), m_tree(tree), m_rules(std::move(rules))
 {
     std::set<std::size_t> lengths;
     bool anyIndex = false;
@@ -133,7 +133,8 @@ bool MovedPlaces::isIndexOf(std::string_view path) const
 {
     const std::string folder(folderPart(path));
     for (const std::string& name : m_rules.indexNames) {
-        const std::string other = folder.empty() ? name : folder + "/" + name;
+        std::string other = folder;
+        other.append(folder.empty() ? "" : "/").append(name);
         if (other == path)
             return true;
         if (m_paths->find(other) != SiteTree::none && !movedPath(other))

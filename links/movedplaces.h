@@ -26,7 +26,7 @@ public:
     };
 
     /// `tree` is the site before the move; without it, links to a folder's index page are taken for links to the folder.
-    MovedPlaces(std::vector<Item> items, const SiteTree* tree, const WebRules& rules);
+    MovedPlaces(std::vector<Item> items, const SiteTree* tree, WebRules rules);
 
     /// Links that lead to exactly `from` lead to `to` from now on; nothing has another path.
     static MovedPlaces ofTargets(std::vector<Item> items, const WebRules& rules);

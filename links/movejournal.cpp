@@ -123,7 +123,7 @@ std::vector<MoveJournal::Entry> MoveJournal::running(std::vector<fs::path>& dama
             found.push_back(*std::move(entry));
             continue;
         }
-        damaged.push_back(file.native() + ".damaged");
+        damaged.emplace_back(file.native() + ".damaged");
         std::error_code error;
         fs::rename(file, damaged.back(), error);
     }

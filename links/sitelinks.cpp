@@ -357,7 +357,7 @@ Result<bool> SiteLinks::findTo(const fs::path& target, const WebRules& rules, co
 {
     const Watch watch = askWatcher();
     const std::scoped_lock lock(m_mutex);
-    if (const auto done = update(watch, rules, stillWanted); !done || !*done)
+    if (auto done = update(watch, rules, stillWanted); !done || !*done)
         return done;
     const SiteTree& tree = m_pages.tree();
     const std::string subpath = target.lexically_relative(m_site).native();
@@ -396,7 +396,7 @@ Result<bool> SiteLinks::findUnlinked(const WebRules& rules, std::string_view exc
 {
     const Watch watch = askWatcher();
     const std::scoped_lock lock(m_mutex);
-    const auto done = update(watch, rules, callbacks.stillWanted, [&](const KeptPage& page) {
+    auto done = update(watch, rules, callbacks.stillWanted, [&](const KeptPage& page) {
         if (callbacks.examining)
             callbacks.examining(m_pages.tree().subpath(page.id));
     });

@@ -21,6 +21,7 @@ MoveReport failed(const fs::path& path, const std::string& text)
 std::vector<LinksUpdate::File> rewrittenFiles(const std::vector<PageRewrite>& pages)
 {
     std::vector<LinksUpdate::File> files;
+    files.reserve(pages.size());
     for (const PageRewrite& page : pages)
         files.push_back({page.page, page.oldHash, page.newHash});
     return files;

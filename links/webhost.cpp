@@ -249,7 +249,7 @@ std::optional<std::string> parseHost(std::string_view text, HostKind kind)
             return std::nullopt;
         return percentEncoded(text, AddressPart::C0Control);
     }
-    const std::optional<std::string> domain = asciiDomain(percentDecoded(text));
+    std::optional<std::string> domain = asciiDomain(percentDecoded(text));
     if (domain && endsInNumber(*domain))
         return parseIpv4(*domain);
     return domain;

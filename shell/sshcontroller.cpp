@@ -60,7 +60,7 @@ std::string homeFolder()
 // Empty if the file is missing or far too long for a key.
 std::string contentsOf(const std::string& path)
 {
-    constexpr std::streamsize longestKey = 64 * 1024;
+    constexpr std::streamsize longestKey = 65'536;
     std::string text(longestKey + 1, '\0');
     std::ifstream file(path, std::ios::binary);
     file.read(text.data(), static_cast<std::streamsize>(text.size()));

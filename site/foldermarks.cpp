@@ -49,7 +49,8 @@ FolderMarks marksOf(const std::string& folder, const ComparedSide::Items& source
             marks.source[name] = SideMark::OnlyHere;
             continue;
         }
-        const std::string path = folder.empty() ? name : folder + '/' + name;
+        std::string path = folder;
+        path.append(folder.empty() ? "" : "/").append(name);
         const SideMark mark = compared(facts, other->second, path, published);
         if (mark != SideMark::None) {
             marks.source[name] = mark;

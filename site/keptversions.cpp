@@ -142,6 +142,7 @@ Result<std::vector<KeptFiles>> KeptVersions::listOnServer(const StillWanted& sti
         kept.files.push_back({path.substr(end + 1), std::move(facts), {}});
     }
     std::vector<KeptFiles> all;
+    all.reserve(byName.size());
     for (auto& [name, kept] : byName)
         all.push_back(std::move(kept));
     return all;
@@ -268,7 +269,8 @@ Result<void> KeptVersions::removeOnServer(std::int64_t before, const StillWanted
     const ProgramResult result =
         m_runProgram(RsyncCommand(parent).deletionOfFolders(), RsyncCommand::nameList(old), stillWanted);
     constexpr int vanishedFiles = 24; // rsync(1): said of each file that is named here to be deleted
-    if (result.status != 0 && result.status != vanishedFiles && isWanted(stillWanted))
+    const bool isDone = result.status == 0 || result.status == vanishedFiles;
+    if (!isDone && isWanted(stillWanted))
         return Error{"Old kept versions can't be removed: " + rsyncReasons(result).back()};
     return {};
 }

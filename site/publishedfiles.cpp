@@ -54,7 +54,7 @@ bool takeText(std::string_view& bytes, std::string_view& text)
 
 std::string identityOf(const ObservedDictionary& endpoint)
 {
-    const std::string path = endpoint.string(endpoint::path).toStdString();
+    std::string path = endpoint.string(endpoint::path).toStdString();
     const QString protocol = endpoint.string(endpoint::protocol, endpoint::fileProtocol);
     if (protocol == endpoint::fileProtocol && endpoint.string(endpoint::user).isEmpty())
         return path;

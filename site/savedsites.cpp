@@ -55,7 +55,7 @@ std::string sshLogin(const ObservedDictionary& values)
 
 QString placeOf(const ObservedDictionary& values)
 {
-    const QString path = values.string(endpoint::path);
+    QString path = values.string(endpoint::path);
     if (isLocal(values))
         return path;
     QStringList parts = {values.string(endpoint::server), values.string(endpoint::volume), path};

@@ -249,7 +249,7 @@ void SyncPanel::showProgress(const SyncProgress& done, const SyncTotals& all)
     m_ui->syncProgressIndicator->setValue(static_cast<int>(std::min(share, 1.0) * steps));
     QString text = tr("%1 of %2, %3 of %4")
                        .arg(locale.toString(static_cast<qulonglong>(done.rows)),
-                            locale.toString(static_cast<qulonglong>(all.files + all.deletions)),
+                            locale.toString(qulonglong{all.files} + all.deletions),
                             locale.formattedDataSize(done.bytes), locale.formattedDataSize(all.bytes));
     const double seconds = double(m_transferTime.elapsed()) / 1000;
     const double rate = seconds > 0 ? double(done.bytes) / seconds : 0;

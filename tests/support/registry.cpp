@@ -48,7 +48,7 @@ int run(int argc, char** argv)
         failures += QTest::qExec(object.get(), static_cast<int>(arguments.size()), arguments.data());
     }
     if (!found) {
-        std::fprintf(stderr, "no test class %s in this program\n", argc > 1 ? argv[1] : "");
+        (void)std::fprintf(stderr, "no test class %s in this program\n", argc > 1 ? argv[1] : "");
         return 1;
     }
     return failures == 0 ? 0 : 1;

@@ -27,7 +27,8 @@ void useOwnHome();
 
 } // namespace luma::test
 
-// NOLINTNEXTLINE(bugprone-macro-parentheses)
+// NOLINTBEGIN(bugprone-macro-parentheses)
 #define LUMA_TEST(Class)                                                                                     \
     static const luma::test::Registration registrationOf##Class(                                             \
         #Class, [] { return std::unique_ptr<QObject>(new Class); });
+// NOLINTEND(bugprone-macro-parentheses)
