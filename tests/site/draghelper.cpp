@@ -69,7 +69,7 @@ public:
                        : m_site.log().replace(QLatin1Char('\n'), QLatin1Char('|'));
         if (!m_site.isConnected())
             return "not connected";
-        const BrowserController& pane = command.value(1) == "source" ? m_site.source() : m_site.destination();
+        BrowserController& pane = command.value(1) == "source" ? m_site.source() : m_site.destination();
         if (what == "open") {
             luma::Browser::Path path;
             for (const QString& name : command.mid(2))
