@@ -49,6 +49,12 @@ SitePlace missing(MissingReason why = MissingReason::NoSuchFile)
     return place;
 }
 
+bool isFileOnDisk(const std::string& path)
+{
+    struct stat status = {};
+    return ::stat(path.c_str(), &status) == 0 && !S_ISDIR(status.st_mode);
+}
+
 // A path that goes on behind a PHP file is an argument to it.
 bool takesPathBehind(std::string_view file)
 {
@@ -205,15 +211,31 @@ SitePlace SitePaths::placeOnDisk(const LinkTarget& target) const
     const std::string path = root + (root.ends_with('/') ? "" : "/") + target.path;
     struct stat status = {};
     if (::stat(path.c_str(), &status) != 0)
-        return missing();
+        return nearPathOnDisk(path, target.isFolderForm);
     if (!S_ISDIR(status.st_mode))
         return target.isFolderForm ? missing() : behindLinks(path);
     for (const std::string& name : m_indexNames) {
         const std::string index = joined(path, name);
-        if (::stat(index.c_str(), &status) == 0 && !S_ISDIR(status.st_mode))
+        if (isFileOnDisk(index))
             return behindLinks(index);
     }
     return missing(MissingReason::FolderWithoutIndex);
+}
+
+// Where nothing is at `path`: a page whose extension may be left out, or a PHP file that takes the rest of the path.
+SitePlace SitePaths::nearPathOnDisk(std::string path, bool isFolderForm) const
+{
+    for (const std::string_view extension : leftOutExtensions) {
+        const std::string file = path + std::string(extension);
+        if (m_extensionsMayBeLeftOut && !isFolderForm && isFileOnDisk(file))
+            return behindLinks(file);
+    }
+    while (path.size() > m_tree->rootPath().size()) {
+        path.resize(folderPart(path).size());
+        if (takesPathBehind(path) && isFileOnDisk(path))
+            return behindLinks(path);
+    }
+    return missing();
 }
 
 // What is reached through a symbolic link may be in the tree under its own path.

@@ -57,6 +57,7 @@ private:
     [[nodiscard]] SitePlace notInTree(const LinkTarget& target) const;
     [[nodiscard]] SitePlace onDisk(const LinkTarget& target) const;
     [[nodiscard]] SitePlace placeOnDisk(const LinkTarget& target) const;
+    [[nodiscard]] SitePlace nearPathOnDisk(std::string path, bool isFolderForm) const;
     [[nodiscard]] SitePlace behindLinks(const std::string& path) const;
 
     struct Slot
