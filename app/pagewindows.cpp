@@ -83,6 +83,7 @@ HTMLDocument* PageWindows::makeWindow(const fs::path& siteFolder)
     auto* const window = new HTMLDocument([this] { return recentPages(); });
     window->mountPath = siteFolder;
     window->setTidyChoice([this] { return m_preferences.value(Preferences::tidiesPages).toBool(); });
+    window->setLinkRules(m_rulesOf);
     window->restoreLayoutState(m_preferences.value(layoutKey).toByteArray());
     addHelpMenu(*window);
     connectWindow(window);

@@ -16,6 +16,7 @@ class HTMLDocument;
 class MoveNotices;
 class Preferences;
 struct UnsavedPage;
+struct WebRules;
 
 /// Opens the windows of the page editor; keeps the list of recent pages and the layout of the window closed
 /// last. Main thread only.
@@ -26,9 +27,14 @@ class PageWindows final : public QObject
 public:
     /// The folder of the site that a page belongs to; empty if unknown.
     using SiteFinder = std::function<std::filesystem::path(const std::filesystem::path& page)>;
-    /// Documents and preferences outlive it.
-    PageWindows(DocumentController& documents, Preferences& preferences, SiteFinder siteOf)
-        : m_documents(documents), m_preferences(preferences), m_siteOf(std::move(siteOf))
+    using LinkRulesOf = std::function<WebRules(const std::filesystem::path& page)>;
+    /// Documents and preferences outlive it. `rulesOf` says by which rules the links of a page are judged.
+    PageWindows(DocumentController& documents, Preferences& preferences, SiteFinder siteOf,
+                LinkRulesOf rulesOf)
+        : m_documents(documents),
+          m_preferences(preferences),
+          m_siteOf(std::move(siteOf)),
+          m_rulesOf(std::move(rulesOf))
     {}
 
     /// See DocumentController::PageOpener.
@@ -56,6 +62,7 @@ private:
     DocumentController& m_documents;
     Preferences& m_preferences;
     SiteFinder m_siteOf;
+    LinkRulesOf m_rulesOf;
 };
 
 } // namespace luma

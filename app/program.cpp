@@ -74,7 +74,9 @@ Program::Program(const QString& preferencesFile, CommandRunner shell)
       m_documents(openWithDesktop,
                   [this](const std::filesystem::path& page, const std::filesystem::path& siteFolder,
                          QWidget* open) { return m_pages.open(page, siteFolder, open); }),
-      m_pages(m_documents, m_preferences, [this](const std::filesystem::path& page) { return siteOf(page); }),
+      m_pages(
+          m_documents, m_preferences, [this](const std::filesystem::path& page) { return siteOf(page); },
+          [this](const std::filesystem::path& page) { return linkRulesOf(page); }),
       m_moveNotices(std::make_shared<MoveNotices>()),
       m_delegate(m_preferences, services())
 {
@@ -162,6 +164,14 @@ std::filesystem::path Program::siteOf(const std::filesystem::path& page)
 {
     const SiteList::Record site = siteWith(page);
     return site ? sourceFolder(*site) : std::filesystem::path();
+}
+
+WebRules Program::linkRulesOf(const std::filesystem::path& page)
+{
+    WebRules rules = m_preferences.reportChoices().webRules;
+    if (const SiteList::Record site = siteWith(page))
+        rules.webAddresses = site->webAddresses();
+    return rules;
 }
 
 // In a window that shows the page's folder, else in one of the list's site.

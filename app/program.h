@@ -13,6 +13,7 @@ namespace luma {
 
 class HaldenDoc;
 class MoveNotices;
+struct WebRules;
 
 /// The application: creates preferences, document controller and delegate, and connects them to the other
 /// rooms and the desktop. Created after the application object and destroyed before it. Main thread only.
@@ -55,6 +56,8 @@ private:
     [[nodiscard]] SiteList::Record siteWith(const std::filesystem::path& page);
     /// Its folder, or nothing.
     [[nodiscard]] std::filesystem::path siteOf(const std::filesystem::path& page);
+    /// As the preferences and the page's site say.
+    [[nodiscard]] WebRules linkRulesOf(const std::filesystem::path& page);
 
     LUMAAppDelegate::Services services();
 

@@ -151,8 +151,8 @@ void CheckPanel::checkLinks()
     if (m_job)
         m_job->cancel();
     m_job = std::make_shared<WorkItem>();
-    start(m_job, [links = PageLinkCheck(*m_parts.tree.document(), m_parts.place()), check = m_checks,
-                  self = QPointer(this)](const WorkItem&) {
+    start(m_job, [links = PageLinkCheck(*m_parts.tree.document(), m_parts.place(), m_parts.linkRules()),
+                  check = m_checks, self = QPointer(this)](const WorkItem&) {
         const auto missing = links.missing();
         onMain(self, [&](CheckPanel& panel) {
             if (check == panel.m_checks)

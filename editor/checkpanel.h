@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/workitem.h"
+#include "links/webrules.h"
 #include "page/pagecheck.h"
 #include "page/sitefolder.h"
 
@@ -48,6 +49,7 @@ public:
         OutlineSelection& selection;
         ViewController& rendering;
         std::function<SiteFolder()> place; // of the page
+        std::function<WebRules()> linkRules;
     };
 
     /// All of them outlive it.

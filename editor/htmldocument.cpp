@@ -157,9 +157,11 @@ void HTMLDocument::createFollower()
 
 void HTMLDocument::createCheck()
 {
-    m_check = new CheckPanel(
-        {m_ui->checkPane, m_ui->checkList, m_ui->checkResult, m_ui->checkCloseButton},
-        {m_tree, *m_outline, *m_selection, *m_viewController, [this] { return siteFolder(); }}, this);
+    m_check =
+        new CheckPanel({m_ui->checkPane, m_ui->checkList, m_ui->checkResult, m_ui->checkCloseButton},
+                       {m_tree, *m_outline, *m_selection, *m_viewController, [this] { return siteFolder(); },
+                        [this] { return m_linkRules ? m_linkRules(m_store.linkBase()) : WebRules(); }},
+                       this);
     connect(&m_tree, &PageTree::reset, m_check, &CheckPanel::noteChange);
     connect(&m_tree, &PageTree::attributesSwapped, m_check, &CheckPanel::noteChange);
     connect(&m_tree, &PageTree::exchanged, m_check, &CheckPanel::noteChange);

@@ -5,6 +5,7 @@
 #include "editor/pageactions.h"
 #include "editor/pagelayout.h"
 #include "editor/pagerecovery.h"
+#include "links/webrules.h"
 #include "page/pagestore.h"
 #include "page/pagetree.h"
 #include "page/tagrules.h"
@@ -72,6 +73,9 @@ public:
     void tidySource();
     /// Whether the user wants each page tidied when it is saved; asked before each save.
     void setTidyChoice(PageStore::TidyChoice choice) { m_store.setTidyChoice(std::move(choice)); }
+    /// By which the links of a page are judged; asked for each check. Without it, WebRules() serve.
+    using LinkRulesOf = std::function<WebRules(const std::filesystem::path& page)>;
+    void setLinkRules(LinkRulesOf rulesOf) { m_linkRules = std::move(rulesOf); }
 
     /// Reads the page from its file again, as a single edit that can be undone.
     void revertDocumentToSaved();
@@ -185,6 +189,7 @@ private:
     OutlineFind* m_find = nullptr;
     HiddenElements* m_hidden = nullptr;
     CheckPanel* m_check = nullptr;
+    LinkRulesOf m_linkRules;
     PageEdits* m_edits = nullptr;
     StyleSheetEditor* m_styleSheets = nullptr;
     MetaSheet* m_metaSheet = nullptr;

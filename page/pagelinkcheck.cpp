@@ -27,7 +27,8 @@ bool mayHoldLinks(const html::Element& element)
 
 } // namespace
 
-PageLinkCheck::PageLinkCheck(const html::Document& page, SiteFolder place) : m_place(std::move(place))
+PageLinkCheck::PageLinkCheck(const html::Document& page, SiteFolder place, WebRules rules)
+    : m_place(std::move(place)), m_rules(std::move(rules))
 {
     for (const html::Node* node = page.firstChild(); node;) {
         const html::Element* const element = node->asElement();
@@ -68,7 +69,7 @@ bool PageLinkCheck::hasPlace(const std::string& fragment) const
 
 std::vector<PageFinding> PageLinkCheck::missing() const
 {
-    WebRules rules;
+    WebRules rules = m_rules;
     rules.fragmentsAreChecked = false;
     // Only what the links lead to is looked up on the disk.
     const SiteTree tree = SiteTree::unread(m_place.folder());
@@ -82,7 +83,7 @@ std::vector<PageFinding> PageLinkCheck::missing() const
         const bool isHere =
             target.kind == LinkTarget::Kind::Inside && target.path == subpath && !target.isFolderForm;
         const bool isMissing =
-            isHere ? !hasPlace(target.fragment)
+            isHere ? m_rules.fragmentsAreChecked && !hasPlace(target.fragment)
                    : judge.judged(link.value, link.place, page, SiteTree::none).state == LinkState::Missing;
         if (isMissing)
             found.push_back({PageFault::MissingLink, link.element, link.value});

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "links/linkplaces.h"
+#include "links/webrules.h"
 #include "page/pagecheck.h"
 #include "page/sitefolder.h"
 
@@ -16,10 +17,10 @@ namespace luma {
 class PageLinkCheck final
 {
 public:
-    PageLinkCheck(const html::Document& page, SiteFolder place);
+    PageLinkCheck(const html::Document& page, SiteFolder place, WebRules rules = {});
 
     /// The links to what is not on the disk, and those to a place of this page that it doesn't have, in document order,
-    /// as a browser reads them. Places in other pages are not looked up. The tree may have changed since, so check that
+    /// as the rules say. Places in other pages are not looked up. The tree may have changed since, so check that
     /// before using the elements.
     [[nodiscard]] std::vector<PageFinding> missing() const;
 
@@ -35,6 +36,7 @@ private:
     [[nodiscard]] bool hasPlace(const std::string& fragment) const;
 
     SiteFolder m_place;
+    WebRules m_rules;
     std::string m_base;
     std::vector<Link> m_links;
     std::unordered_set<std::string> m_places; // ids and names

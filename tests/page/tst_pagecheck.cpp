@@ -71,17 +71,26 @@ private slots:
 
     void missingLinks_areFoundOnTheDisk()
     {
-        const test::Site site({{"a/page.html", ""}, {"b/c d.html", ""}, {"b/index.html", ""}, {"x.css", ""}});
-        auto page =
-            html::parse("<link rel=stylesheet href=/x.css><style>p { background: url(no.png) }</style>"
-                        "<a href='../b/c%20d.html#anywhere'>1</a><a href=../b/>2</a><a href=../c>3</a>"
-                        "<a href='#here' id=here>4</a><a href='#there'>5</a><a href=page.html#top>6</a>"
-                        "<a href='https://example.org/no'>7</a><a href='{{ link }}'>8</a>"
-                        "<img srcset='no.png 1x, ../x.css 2x'><template><a href=no>9</a></template>");
+        const test::Site site(
+            {{"a/page.html", ""}, {"b/c d.html", ""}, {"b/index.html", ""}, {"x.css", ""}, {"app.php", ""}});
+        auto page = html::parse(
+            "<link rel=stylesheet href=/x.css><style>p { background: url(no.png) }</style>"
+            "<a href='../b/c%20d.html#anywhere'>1</a><a href=../b/>2</a><a href=../c>3</a>"
+            "<a href='#here' id=here>4</a><a href='#there'>5</a><a href=page.html#top>6</a>"
+            "<a href='https://example.org/no'>7</a><a href='{{ link }}'>8</a>"
+            "<img srcset='no.png 1x, ../x.css 2x'><a href=/app.php/entry>9</a><template><a href=no>9</a></template>");
         QVERIFY(page);
         const PageLinkCheck check(**page, SiteFolder(site.at("a/page.html"), site.root()));
         QCOMPARE(written(check.missing()),
                  QByteArray("missing style no.png, missing a ../c, missing a #there, missing img no.png"));
+        site.put("c.html", "");
+        WebRules rules;
+        rules.webAddresses = {"https://example.org"};
+        rules.extensionsMayBeLeftOut = true;
+        rules.fragmentsAreChecked = false;
+        const SiteFolder place(site.at("a/page.html"), site.root());
+        QCOMPARE(written(PageLinkCheck(**page, place, rules).missing()),
+                 QByteArray("missing style no.png, missing a https://example.org/no, missing img no.png"));
     }
 
     void missingLinks_countFromTheBase()
