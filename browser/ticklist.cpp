@@ -33,7 +33,7 @@ void TickList::setUp(TickListModel& model, const Names& names)
     m_ui->table->setModel(m_model);
     // A single column needs no title.
     m_ui->table->horizontalHeader()->setVisible(m_model->columnCount() > 1);
-    connect(m_model, &TickListModel::ticksChanged, this, &TickList::updateForTicks);
+    connect(m_model, &TickListModel::tickStateChanged, this, &TickList::updateForTicks);
     updateForTicks();
 }
 

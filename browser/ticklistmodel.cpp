@@ -3,9 +3,31 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <numeric>
 
 namespace luma {
+
+namespace {
+
+// By the bits from `first` to before `end`.
+void sortByDigits(std::vector<std::uint64_t>& entries, unsigned first, unsigned end)
+{
+    constexpr unsigned digitBits = 11;
+    constexpr std::size_t digits = std::size_t{1} << digitBits;
+    std::vector<std::uint64_t> sorted(entries.size());
+    for (unsigned shift = first; shift < end; shift += digitBits) {
+        std::array<std::uint32_t, digits + 1> places = {};
+        for (const std::uint64_t entry : entries)
+            ++places[(entry >> shift & (digits - 1)) + 1];
+        std::partial_sum(places.begin(), places.end(), places.begin());
+        for (const std::uint64_t entry : entries)
+            sorted[places[entry >> shift & (digits - 1)]++] = entry;
+        entries.swap(sorted);
+    }
+}
+
+} // namespace
 
 Qt::CheckState TickListModel::tickState() const
 {
@@ -14,35 +36,49 @@ Qt::CheckState TickListModel::tickState() const
     return m_shownTicked == static_cast<std::size_t>(rowCount()) ? Qt::Checked : Qt::PartiallyChecked;
 }
 
-// By one byte after the other, the last first, leaving out those that all keys share: with 100,000 rows a sort that
-// compares takes longer than a frame.
-void TickListModel::sortByKey(SortKeys& keys)
+// With 100,000 rows a sort that compares takes longer than a frame. So key and position share a number where
+// they fit into one, and these are sorted by one digit after the other, the last first.
+void TickListModel::sortByKey(RowNumbers& numbers, std::vector<std::int64_t> keys, Qt::SortOrder order)
 {
-    std::uint64_t differing = 0;
-    for (const auto& [key, number] : keys)
-        differing |= key ^ keys.front().first;
-    SortKeys sorted(keys.size());
-    for (unsigned shift = 0; shift < 64; shift += 8) {
-        if ((differing >> shift & 0xFFU) == 0)
-            continue;
-        std::array<std::size_t, 257> places = {};
-        for (const auto& [key, number] : keys)
-            ++places[(key >> shift & 0xFFU) + 1];
-        std::partial_sum(places.begin(), places.end(), places.begin());
-        for (const auto& entry : keys)
-            sorted[places[entry.first >> shift & 0xFFU]++] = entry;
-        keys.swap(sorted);
+    if (keys.empty())
+        return;
+    const auto [least, most] = std::minmax_element(keys.begin(), keys.end());
+    const auto first = static_cast<std::uint64_t>(*least);
+    const std::uint64_t range = static_cast<std::uint64_t>(*most) - first;
+    const auto positionBits = static_cast<unsigned>(std::bit_width(keys.size()));
+    std::vector<std::uint64_t> entries(keys.size());
+    if (std::bit_width(range) + positionBits < 64) {
+        for (std::size_t i = 0; i < keys.size(); ++i) {
+            const std::uint64_t key = static_cast<std::uint64_t>(keys[i]) - first;
+            entries[i] = (order == Qt::AscendingOrder ? key : range - key) << positionBits | i;
+        }
+        sortByDigits(entries, positionBits, positionBits + static_cast<unsigned>(std::bit_width(range)));
+    } else {
+        std::iota(entries.begin(), entries.end(), 0);
+        std::stable_sort(entries.begin(), entries.end(), [&](std::uint64_t a, std::uint64_t b) {
+            return order == Qt::AscendingOrder ? keys[a] < keys[b] : keys[b] < keys[a];
+        });
     }
+    const std::uint64_t position = (std::uint64_t{1} << positionBits) - 1;
+    const RowNumbers before = numbers;
+    std::transform(entries.begin(), entries.end(), numbers.begin(),
+                   [&](std::uint64_t entry) { return before[entry & position]; });
 }
 
 void TickListModel::countTicks()
 {
     m_tickedCount = allTicked();
+    countShownTicks();
+    emit ticksChanged();
+}
+
+void TickListModel::countShownTicks()
+{
     const auto shown = static_cast<std::size_t>(rowCount());
     m_shownTicked = shown == allCount() ? m_tickedCount : 0;
     for (int row = 0; shown < allCount() && row < rowCount(); ++row)
         m_shownTicked += isTicked(row) ? 1U : 0U;
-    emit ticksChanged();
+    emit tickStateChanged();
 }
 
 void TickListModel::announceTicks()

@@ -5,7 +5,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <utility>
 #include <vector>
 
 namespace luma {
@@ -35,22 +34,21 @@ public:
 signals:
     /// Rows were added, removed, ticked or unticked.
     void ticksChanged();
+    /// Other rows are shown, or ticksChanged() was emitted: tickState() may be another.
+    void tickStateChanged();
 
 protected:
     using QAbstractTableModel::QAbstractTableModel;
 
-    /// What rows are sorted by, and their numbers.
-    using SortKeys = std::vector<std::pair<std::uint64_t, std::size_t>>;
-    /// In the same order.
-    static std::uint64_t unsignedKey(std::int64_t key)
-    {
-        return static_cast<std::uint64_t>(key) ^ (std::uint64_t{1} << 63U);
-    }
-    /// Sorts by the keys, ascending; rows with the same key stay in their order.
-    static void sortByKey(SortKeys& keys);
+    /// Of the rows that are shown, in their order.
+    using RowNumbers = std::vector<std::uint32_t>;
+    /// Sorts `numbers` by `keys`, which belong to them one by one; numbers with the same key stay in their order.
+    static void sortByKey(RowNumbers& numbers, std::vector<std::int64_t> keys, Qt::SortOrder order);
 
-    /// To be called after rows were added, removed, shown or hidden.
+    /// To be called after rows were added or removed.
     void countTicks();
+    /// To be called after rows were shown or hidden.
+    void countShownTicks();
     /// To be called after any rows were ticked or unticked.
     void announceTicks();
 

@@ -59,10 +59,10 @@ public:
     /// Behind the others, whatever the order; those that the filter accepts are shown.
     void append(std::vector<Row> rows)
     {
-        std::vector<std::size_t> added;
+        RowNumbers added;
         for (std::size_t i = 0; i < rows.size(); ++i) {
             if (!m_filter || m_filter(rows[i]))
-                added.push_back(m_rows.size() + i);
+                added.push_back(static_cast<std::uint32_t>(m_rows.size() + i));
         }
         if (!added.empty())
             beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(added.size()) - 1);
@@ -100,7 +100,7 @@ public:
         m_filter = std::move(filter);
         arrange();
         endResetModel();
-        countTicks();
+        countShownTicks();
     }
 
     /// Ticks or unticks all rows that `chosen` accepts, shown or not.
@@ -124,10 +124,10 @@ public:
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) final
     {
         emit layoutAboutToBeChanged({}, VerticalSortHint);
-        const std::vector<std::size_t> before = m_shown;
+        const RowNumbers before = m_shown;
         m_sortColumn = column;
         m_sortOrder = order;
-        arrange();
+        orderShown();
         movePersistentIndexes(before);
         emit layoutChanged({}, VerticalSortHint);
     }
@@ -176,7 +176,7 @@ protected:
 
 private:
     std::vector<Row> m_rows;
-    std::vector<std::size_t> m_shown; // numbers of m_rows
+    RowNumbers m_shown;
     Columns m_columns;
     Filter m_filter;
     int m_sortColumn = -1;
@@ -187,6 +187,19 @@ private:
         m_shown.clear();
         for (std::size_t number = 0; number < m_rows.size(); ++number) {
             if (!m_filter || m_filter(m_rows[number]))
+                m_shown.push_back(static_cast<std::uint32_t>(number));
+        }
+        orderShown();
+    }
+
+    void orderShown()
+    {
+        std::vector<bool> isShown(m_rows.size());
+        for (const std::uint32_t number : m_shown)
+            isShown[number] = true;
+        m_shown.clear();
+        for (std::uint32_t number = 0; number < isShown.size(); ++number) {
+            if (isShown[number])
                 m_shown.push_back(number);
         }
         const auto number = static_cast<std::size_t>(m_sortColumn);
@@ -206,17 +219,15 @@ private:
     // The keys are copied first: side by side they sort faster than rows spread over the memory.
     void sortBy(std::int64_t (*sortKey)(const Row& row))
     {
-        const std::uint64_t flipped = m_sortOrder == Qt::DescendingOrder ? ~std::uint64_t{0} : 0;
-        SortKeys keys;
+        std::vector<std::int64_t> keys;
         keys.reserve(m_shown.size());
-        for (const std::size_t number : m_shown)
-            keys.emplace_back(unsignedKey(sortKey(m_rows[number])) ^ flipped, number);
-        sortByKey(keys);
-        std::transform(keys.begin(), keys.end(), m_shown.begin(), [](const auto& key) { return key.second; });
+        for (const std::uint32_t number : m_shown)
+            keys.push_back(sortKey(m_rows[number]));
+        sortByKey(m_shown, std::move(keys), m_sortOrder);
     }
 
     // The same rows as before in another order.
-    void movePersistentIndexes(const std::vector<std::size_t>& before)
+    void movePersistentIndexes(const RowNumbers& before)
     {
         const QModelIndexList from = persistentIndexList();
         if (from.isEmpty())

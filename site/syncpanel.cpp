@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/syncpanel.h"
 
+#include "base/ascii.h"
 #include "site/synctableview.h"
 #include "ui_SyncPanel.h"
 
@@ -10,7 +11,8 @@
 #include <QTableView>
 
 #include <algorithm>
-#include <cstring>
+#include <iterator>
+#include <string>
 #include <utility>
 
 namespace luma {
@@ -160,16 +162,21 @@ void SyncPanel::updateFilter()
         m_engine.table().setFilter({});
         return;
     }
-    const QByteArray bytes = text.toUtf8();
-    const bool isAscii = bytes.size() == text.size();
+    const std::string lower = asciiLower(text.toStdString());
+    const bool isAscii = std::ssize(lower) == text.size();
     const int wantedKind = kind.isValid() ? kind.toInt() : -1;
-    m_engine.table().setFilter([wantedKind, text, bytes, isAscii](const SyncRow& row) {
-        if (wantedKind >= 0 && int(row.kind) != wantedKind)
-            return false;
-        // Most texts are ASCII, and a QString of each name would take longer than a frame.
-        return isAscii ? ::strcasestr(row.displayName.c_str(), bytes.constData()) != nullptr
-                       : QString::fromStdString(row.displayName).contains(text, Qt::CaseInsensitive);
-    });
+    m_engine.table().setFilter(
+        [wantedKind, text, lower, isAscii, name = std::string()](const SyncRow& row) mutable {
+            if (wantedKind >= 0 && int(row.kind) != wantedKind)
+                return false;
+            // A QString of each name would take longer than a frame.
+            if (!isAscii)
+                return QString::fromStdString(row.displayName).contains(text, Qt::CaseInsensitive);
+            name.resize(row.displayName.size());
+            std::transform(row.displayName.begin(), row.displayName.end(), name.begin(),
+                           [](char c) { return asciiLower(c); });
+            return name.find(lower) != std::string::npos;
+        });
 }
 
 void SyncPanel::showMenu(const QPoint& place)

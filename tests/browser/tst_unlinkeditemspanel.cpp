@@ -99,6 +99,50 @@ private slots:
         QCOMPARE(table.rowCount(), 4);
     }
 
+    void sortedRows_equalOnesStayInOrder_data()
+    {
+        QTest::addColumn<QList<qint64>>("keys");
+        QTest::newRow("near") << QList<qint64>{3, 1, 3, 2};
+        QTest::newRow("negative") << QList<qint64>{-1, -70000, -1, -60000};
+        constexpr auto most = std::numeric_limits<qint64>::max();
+        QTest::newRow("far apart") << QList<qint64>{most, -most - 1, most, 0};
+    }
+    void sortedRows_equalOnesStayInOrder()
+    {
+        struct Row
+        {
+            bool select = true;
+            qint64 key = 0;
+        };
+        static constexpr TickColumn<Row> column = {
+            .title = "Key",
+            .text = [](const Row& row) { return QString::number(row.key); },
+            .sortKey = [](const Row& row) { return std::int64_t{row.key}; }};
+        QFETCH(const QList<qint64>, keys);
+        TickTable<Row> table({&column, 1});
+        const QAbstractItemModelTester tester(&table, QAbstractItemModelTester::FailureReportingMode::QtTest);
+        std::vector<Row> rows;
+        for (const qint64 key : keys)
+            rows.push_back({true, key});
+        table.setRows(rows);
+        const auto shown = [&] {
+            QList<std::ptrdiff_t> numbers;
+            for (int row = 0; row < table.rowCount(); ++row)
+                numbers.append(&table.shownRow(row) - table.rows().data());
+            return numbers;
+        };
+        const QPersistentModelIndex second = table.index(1, 0);
+        table.sort(0, Qt::AscendingOrder);
+        QCOMPARE(shown(), (QList<std::ptrdiff_t>{1, 3, 0, 2}));
+        QCOMPARE(second.row(), 0);
+        table.sort(0, Qt::DescendingOrder);
+        QCOMPARE(shown(), (QList<std::ptrdiff_t>{0, 2, 3, 1}));
+        table.setFilter([&](const Row& row) { return row.key != keys[3]; });
+        QCOMPARE(shown(), (QList<std::ptrdiff_t>{0, 2, 1}));
+        table.sort(-1, Qt::AscendingOrder);
+        QCOMPARE(shown(), (QList<std::ptrdiff_t>{0, 1, 2}));
+    }
+
     void change_isShown_ticksStay()
     {
         PaneFixture site;
