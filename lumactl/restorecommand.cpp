@@ -88,7 +88,7 @@ ExitCode restore(const std::vector<std::string>& arguments)
     const auto lock = lockForPublishing(sides->identity);
     if (!lock)
         return unusable(lock.error().text);
-    const RestoreReport report = versions->restore(kept->publish, *rows, item, item);
+    const RestoreReport report = versions->restore(sides->identity, kept->publish, *rows, item, item);
     problems.insert(problems.end(), report.problems.begin(), report.problems.end());
     std::vector<SyncRow> done;
     for (const std::size_t row : report.done)

@@ -5,6 +5,7 @@
 #include "site/foldercomparison.h"
 #include "site/keptfolder.h"
 #include "site/rsyncjob.h"
+#include "site/rsyncleftovers.h"
 #include "site/shownname.h"
 
 #include <QFile>
@@ -12,9 +13,12 @@
 
 #include <algorithm>
 #include <chrono>
+#include <filesystem>
 #include <map>
 
 namespace luma {
+
+namespace fs = std::filesystem;
 
 namespace {
 
@@ -58,6 +62,33 @@ Error listingError(const ProgramResult& result)
 {
     return Error{rsyncReasons(result).back()};
 }
+
+// Where files of a server wait on their way back to it. What a killed run has left, the site's next one removes.
+class FetchedFiles final
+{
+public:
+    explicit FetchedFiles(const std::string& site) : m_folder(publishingFile(site, ".fetched"))
+    {
+        remove();
+        std::error_code error;
+        fs::create_directories(m_folder, error);
+        fs::permissions(m_folder, fs::perms::owner_all, error);
+    }
+    FetchedFiles(const FetchedFiles&) = delete;
+    FetchedFiles& operator=(const FetchedFiles&) = delete;
+    ~FetchedFiles() { remove(); }
+
+    [[nodiscard]] const fs::path& folder() const { return m_folder; }
+
+private:
+    fs::path m_folder;
+
+    void remove() const
+    {
+        std::error_code error;
+        fs::remove_all(m_folder, error);
+    }
+};
 
 } // namespace
 
@@ -191,13 +222,13 @@ Result<std::vector<FilePair>> KeptVersions::pairsOnServer(const KeptFiles& kept,
     return pairs;
 }
 
-RestoreReport KeptVersions::restore(const std::string& publish, const std::vector<SyncRow>& rows,
-                                    const WorkItem& stop, const WorkItem& item,
-                                    const OnProgress& progress) const
+RestoreReport KeptVersions::restore(const std::string& site, const std::string& publish,
+                                    const std::vector<SyncRow>& rows, const WorkItem& stop,
+                                    const WorkItem& item, const OnProgress& progress) const
 {
     if (rows.empty())
         return {};
-    return m_server ? restoreOnServer(publish, rows, stop, item, progress)
+    return m_server ? restoreOnServer(site, publish, rows, stop, item, progress)
                     : restoreHere(publish, rows, stop, progress);
 }
 
@@ -215,30 +246,35 @@ RestoreReport KeptVersions::restoreHere(const std::string& publish, std::vector<
 }
 
 // By way of this computer, because rsync copies from one server to another folder of the same in no other way.
-RestoreReport KeptVersions::restoreOnServer(const std::string& publish, const std::vector<SyncRow>& rows,
-                                            const WorkItem& stop, const WorkItem& item,
-                                            const OnProgress& progress) const
+RestoreReport KeptVersions::restoreOnServer(const std::string& site, const std::string& publish,
+                                            const std::vector<SyncRow>& rows, const WorkItem& stop,
+                                            const WorkItem& item, const OnProgress& progress) const
 {
-    const QTemporaryDir here;
-    if (!here.isValid())
-        return {{}, {here.errorString().toStdString()}};
+    const FetchedFiles here(site);
     RsyncArguments arguments = *m_server;
-    arguments.local = QFile::encodeName(here.path()).toStdString() + '/';
+    arguments.local = here.folder().native() + '/';
     RsyncArguments fetching = arguments;
     fetching.remote = m_server->remoteWith(folderOf(publish));
     fetching.direction = Direction::Download;
     std::vector<std::string> paths;
     for (const std::size_t row : transferOrder(rows))
         paths.push_back(rows[row].relativePath);
+    const ProgramResult listed =
+        m_runProgram(RsyncCommand(arguments).listing(IgnoredNames()), {}, wantedBy(stop));
     const ProgramResult fetched =
-        m_runProgram(RsyncCommand(fetching).transfer(RsyncCommand::Overwrites::AllFiles),
-                     RsyncCommand::nameList(paths), wantedBy(stop));
+        hasAnswered(listed)
+            ? m_runProgram(RsyncCommand(fetching).transfer(RsyncCommand::Overwrites::AllFiles),
+                           RsyncCommand::nameList(paths), wantedBy(stop))
+            : listed;
     if (stop.isCancelled())
         return {};
     if (fetched.status != 0)
         return {{}, rsyncReasons(fetched)};
+    const RsyncLeftovers leftovers(site, Direction::Upload,
+                                   rsyncTemporaries(pathsOf(readRsyncListing(listed.output))));
     RsyncReport report = RsyncJob(arguments, m_runProgram)
-                             .transfer(rows, {}, wantedBy(stop), wantedBy(item), progress, newPublish());
+                             .transfer(rows, {}, wantedBy(stop), wantedBy(item), progress, newPublish(),
+                                       leftovers.leftToTheNext());
     return {std::move(report.done), std::move(report.problems)};
 }
 

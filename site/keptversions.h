@@ -47,10 +47,11 @@ public:
     /// the receiving side of `direction`.
     [[nodiscard]] Result<std::vector<SyncRow>> rows(const KeptFiles& kept, const PublishedFiles& published,
                                                     Direction direction, const WorkItem& item) const;
-    /// Puts the ticked rows back until `stop` is cancelled; `item` ends the last questions to the server, too.
-    [[nodiscard]] RestoreReport restore(const std::string& publish, const std::vector<SyncRow>& rows,
-                                        const WorkItem& stop, const WorkItem& item,
-                                        const OnProgress& progress = {}) const;
+    /// Puts the ticked rows of `site` (siteIdentity), which the caller has locked, back until `stop` is cancelled;
+    /// `item` ends the last questions to the server, too. What a killed one leaves, the next run removes.
+    [[nodiscard]] RestoreReport restore(const std::string& site, const std::string& publish,
+                                        const std::vector<SyncRow>& rows, const WorkItem& stop,
+                                        const WorkItem& item, const OnProgress& progress = {}) const;
     /// The place for what a publish that begins now will keep.
     [[nodiscard]] KeptPublish newPublish() const { return {m_place, KeptPlace::publishNow()}; }
     /// Removes what publishes have kept that began more than `days` ago.
@@ -72,9 +73,9 @@ private:
                                                               const WorkItem& item) const;
     [[nodiscard]] RestoreReport restoreHere(const std::string& publish, std::vector<SyncRow> rows,
                                             const WorkItem& stop, const OnProgress& progress) const;
-    [[nodiscard]] RestoreReport restoreOnServer(const std::string& publish, const std::vector<SyncRow>& rows,
-                                                const WorkItem& stop, const WorkItem& item,
-                                                const OnProgress& progress) const;
+    [[nodiscard]] RestoreReport restoreOnServer(const std::string& site, const std::string& publish,
+                                                const std::vector<SyncRow>& rows, const WorkItem& stop,
+                                                const WorkItem& item, const OnProgress& progress) const;
     [[nodiscard]] Result<void> removeOnServer(std::int64_t before, const StillWanted& stillWanted) const;
 };
 

@@ -124,7 +124,7 @@ void RestoreEngine::restore()
         else if (!versions)
             report.problems.push_back(versions.error().text);
         else
-            report = versions->restore(publish, rows, *stop, item);
+            report = versions->restore(site, publish, rows, *stop, item);
         onMain(self, [&](RestoreEngine& engine) { engine.endRestore(item, report); });
     });
 }

@@ -181,6 +181,16 @@ RsyncListing readRsyncListing(std::string_view output)
     return listing;
 }
 
+std::vector<std::string_view> pathsOf(const RsyncListing& listing)
+{
+    std::vector<std::string_view> paths(listing.hidden.begin(), listing.hidden.end());
+    for (const auto& [path, facts] : listing.items) {
+        if (facts.type == FileFacts::Type::File)
+            paths.emplace_back(path);
+    }
+    return paths;
+}
+
 std::vector<std::string> readRsyncNames(std::string_view output)
 {
     std::vector<std::string> names;
@@ -209,6 +219,13 @@ void readRsyncLog(std::string_view lines, SyncProgress& done)
         ++done.rows;
         done.bytes += takeNumber(line);
     }
+}
+
+bool hasAnswered(const ProgramResult& result)
+{
+    constexpr int partialTransfer = 23;
+    constexpr int vanishedFiles = 24;
+    return result.status == 0 || result.status == partialTransfer || result.status == vanishedFiles;
 }
 
 std::vector<std::string> rsyncReasons(const ProgramResult& result)

@@ -42,11 +42,17 @@ struct RsyncListing
 };
 RsyncListing readRsyncListing(std::string_view output);
 
+/// Of the files in `listing`, hidden ones too; valid as long as it is.
+std::vector<std::string_view> pathsOf(const RsyncListing& listing);
+
 /// The paths, as bytes, that a transfer or deletion has named in its output; those of folders too.
 std::vector<std::string> readRsyncNames(std::string_view output);
 
 /// Counts the files of a log (RsyncCommand::logged) in `done`.
 void readRsyncLog(std::string_view lines, SyncProgress& done);
+
+/// Whether rsync has done its work, though perhaps not for all files (rsync(1), EXIT VALUES).
+bool hasAnswered(const ProgramResult& result);
 
 /// What rsync, ssh or env(1) said about a failure; at least one line.
 std::vector<std::string> rsyncReasons(const ProgramResult& result);

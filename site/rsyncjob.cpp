@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <array>
+#include <chrono>
 #include <functional>
 #include <iterator>
 #include <map>
@@ -107,16 +108,6 @@ std::vector<std::string_view> pathsOf(const FoundFiles& local)
     return paths;
 }
 
-std::vector<std::string_view> pathsOf(const RsyncListing& remote)
-{
-    std::vector<std::string_view> paths(remote.hidden.begin(), remote.hidden.end());
-    for (const auto& [path, facts] : remote.items) {
-        if (facts.type == FileFacts::Type::File)
-            paths.emplace_back(path);
-    }
-    return paths;
-}
-
 // Follows the log of a run that is sending files, and passes on what it says. What a killed run has left of the log,
 // the site's next one overwrites.
 class TransferLog final
@@ -166,16 +157,48 @@ private:
     std::string m_rest; // the beginning of a line
 };
 
+// What a transfer asks the server at its end. After a stop, an answer is awaited only for a moment, and a server that
+// has not answered is asked no more.
+class LastQuestions final
+{
+public:
+    LastQuestions(const ProgramRunner& runProgram, const StillWanted& stillWanted,
+                  const StillWanted& mayCheck)
+        : m_runProgram(runProgram), m_stillWanted(stillWanted), m_mayCheck(mayCheck)
+    {}
+
+    // None if the server doesn't answer, or must not be asked.
+    std::optional<ProgramResult> ask(const Words& words, const std::vector<std::string>& paths)
+    {
+        if (m_isSilent || !isWanted(m_mayCheck))
+            return std::nullopt;
+        constexpr std::chrono::seconds moment(15);
+        const auto end = std::chrono::steady_clock::now() + moment;
+        ProgramResult result = m_runProgram(words, RsyncCommand::nameList(paths), [&] {
+            return isWanted(m_mayCheck) &&
+                   (isWanted(m_stillWanted) || std::chrono::steady_clock::now() < end);
+        });
+        m_isSilent = !hasAnswered(result);
+        return m_isSilent ? std::nullopt : std::optional(std::move(result));
+    }
+
+private:
+    const ProgramRunner& m_runProgram;
+    const StillWanted& m_stillWanted;
+    const StillWanted& m_mayCheck;
+    bool m_isSilent = false;
+};
+
 // One transfer of some rows.
 class Run final
 {
 public:
     Run(const ProgramRunner& runProgram, const std::vector<SyncRow>& rows, const StillWanted& stillWanted,
-        const StillWanted& mayCheck, const std::string& site, const OnProgress& progress, RsyncReport& report)
+        LastQuestions& questions, const std::string& site, const OnProgress& progress, RsyncReport& report)
         : m_runProgram(runProgram),
           m_rows(rows),
           m_stillWanted(stillWanted),
-          m_mayCheck(mayCheck),
+          m_questions(questions),
           m_site(site),
           m_progress(progress),
           m_report(report)
@@ -189,7 +212,7 @@ private:
     const ProgramRunner& m_runProgram;
     const std::vector<SyncRow>& m_rows;
     const StillWanted& m_stillWanted;
-    const StillWanted& m_mayCheck;
+    LastQuestions& m_questions;
     const std::string& m_site;
     const OnProgress& m_progress;
     RsyncReport& m_report;
@@ -256,12 +279,11 @@ void Run::check(const Words& words, const RowNumbers& numbers, const std::string
     const std::vector<std::string> named = readRsyncNames(output);
     if (named.empty())
         return;
-    const ProgramResult result =
-        m_runProgram(RsyncCommand::dryRunOf(words), RsyncCommand::nameList(named), m_mayCheck);
-    if (result.status != 0 && result.status != partialTransfer && result.status != vanishedFiles)
+    const auto result = m_questions.ask(RsyncCommand::dryRunOf(words), named);
+    if (!result)
         return;
     std::unordered_set<std::string> done(named.begin(), named.end());
-    for (const std::string& path : readRsyncNames(result.output))
+    for (const std::string& path : readRsyncNames(result->output))
         done.erase(path);
     std::copy_if(numbers.begin(), numbers.end(), std::back_inserter(m_report.done),
                  [&](std::size_t row) { return done.contains(m_rows[row].relativePath); });
@@ -299,6 +321,42 @@ bool Run::deleteRows(const Words& words, const std::vector<std::string>& folders
     return true;
 }
 
+void lookAgainHere(const RsyncCommand& command, const std::vector<SyncRow>& rows, RsyncReport& report)
+{
+    for (std::size_t i = 0; i < report.done.size(); ++i) {
+        struct stat status = {};
+        const std::string path = command.arguments().local + rows[report.done[i]].relativePath;
+        if (::lstat(path.c_str(), &status) == 0)
+            report.received[i] = FileFacts::of(status);
+    }
+}
+
+// A server may not keep what it was sent. If it can't be asked, it is taken to have kept it.
+void lookAgain(const RsyncCommand& command, const std::vector<SyncRow>& rows, RsyncReport& report,
+               LastQuestions& questions)
+{
+    Words paths;
+    for (const std::size_t row : report.done) {
+        report.received.push_back(rows[row].sent);
+        if (rows[row].kind != SyncKind::Delete)
+            paths.push_back(rows[row].relativePath);
+    }
+    if (command.arguments().direction == Direction::Download) {
+        lookAgainHere(command, rows, report);
+        return;
+    }
+    const auto result =
+        paths.empty() ? std::nullopt : questions.ask(command.listingOfNames(IgnoredNames()), paths);
+    if (!result)
+        return;
+    const RsyncListing listing = readRsyncListing(result->output);
+    for (std::size_t i = 0; i < report.done.size(); ++i) {
+        if (const auto now = listing.items.find(rows[report.done[i]].relativePath);
+            now != listing.items.end())
+            report.received[i] = now->second;
+    }
+}
+
 } // namespace
 
 RsyncJob::RsyncJob(RsyncArguments arguments, ProgramRunner runProgram)
@@ -332,16 +390,16 @@ Result<ComparisonReport> RsyncJob::compareWith(FoundFiles local, const IgnoredNa
     const RsyncListing remote = readRsyncListing(result.output);
     if (result.status != 0) {
         Words problems = rsyncReasons(result);
-        const bool isPartial = result.status == partialTransfer || result.status == vanishedFiles;
-        if (!isPartial || remote.items.empty())
+        if (!hasAnswered(result) || remote.items.empty())
             return Error{std::move(problems.back())};
         std::move(problems.begin(), problems.end(), std::back_inserter(local.problems));
     }
     // What could not be read must not count as deleted.
     if (!local.problems.empty())
         deletions = Deletions::Ignored;
-    RsyncLeftovers leftovers(before.site(), isUpload ? rsyncTemporaries(pathsOf(remote), pathsOf(local))
-                                                     : rsyncTemporaries(pathsOf(local), pathsOf(remote)));
+    RsyncLeftovers leftovers(before.site(), m_command.arguments().direction,
+                             isUpload ? rsyncTemporaries(pathsOf(remote), pathsOf(local))
+                                      : rsyncTemporaries(pathsOf(local), pathsOf(remote)));
     FoundFiles found = isUpload ? pairedForUpload(std::move(local), remote, deletions)
                                 : pairedForDownload(std::move(local), remote, deletions);
     found.freeBytes = freeBytes(found, item);
@@ -368,42 +426,6 @@ std::optional<std::int64_t> RsyncJob::freeBytes(const FoundFiles& found, const W
     return readFreeSpace(m_runProgram(words, {}, [&item] { return !item.isCancelled(); }).output);
 }
 
-// A server may not keep what it was sent. If it can't be asked, it is taken to have kept it.
-void RsyncJob::lookAgain(const std::vector<SyncRow>& rows, RsyncReport& report,
-                         const StillWanted& mayCheck) const
-{
-    Words paths;
-    for (const std::size_t row : report.done) {
-        report.received.push_back(rows[row].sent);
-        if (rows[row].kind != SyncKind::Delete)
-            paths.push_back(rows[row].relativePath);
-    }
-    if (m_command.arguments().direction == Direction::Download) {
-        lookAgainHere(rows, report);
-        return;
-    }
-    if (paths.empty() || !isWanted(mayCheck))
-        return;
-    const ProgramResult result =
-        m_runProgram(m_command.listingOfNames(IgnoredNames()), RsyncCommand::nameList(paths), mayCheck);
-    const RsyncListing listing = readRsyncListing(result.output);
-    for (std::size_t i = 0; i < report.done.size(); ++i) {
-        if (const auto now = listing.items.find(rows[report.done[i]].relativePath);
-            now != listing.items.end())
-            report.received[i] = now->second;
-    }
-}
-
-void RsyncJob::lookAgainHere(const std::vector<SyncRow>& rows, RsyncReport& report) const
-{
-    for (std::size_t i = 0; i < report.done.size(); ++i) {
-        struct stat status = {};
-        const std::string path = m_command.arguments().local + rows[report.done[i]].relativePath;
-        if (::lstat(path.c_str(), &status) == 0)
-            report.received[i] = FileFacts::of(status);
-    }
-}
-
 RsyncReport RsyncJob::transfer(const std::vector<SyncRow>& rows,
                                const std::vector<std::string>& foldersOnlyThere,
                                const StillWanted& stillWanted, const StillWanted& mayCheck,
@@ -418,7 +440,8 @@ RsyncReport RsyncJob::transfer(const std::vector<SyncRow>& rows,
     leftovers.noteBegin();
     if (!leftovers.paths().empty())
         (void)m_runProgram(m_command.deletion(), RsyncCommand::nameList(leftovers.paths()), stillWanted);
-    Run run(m_runProgram, rows, stillWanted, mayCheck, leftovers.site(), progress, report);
+    LastQuestions questions(m_runProgram, stillWanted, mayCheck);
+    Run run(m_runProgram, rows, stillWanted, questions, leftovers.site(), progress, report);
     const RowNumbers order = transferOrder(rows);
     bool goesOn = true;
     for (const bool pages : {false, true}) {
@@ -443,7 +466,7 @@ RsyncReport RsyncJob::transfer(const std::vector<SyncRow>& rows,
         report.problems.insert(report.problems.begin(), "What is replaced can't be kept in \"" +
                                                             kept->place.fromReceiving() +
                                                             "\"; choose another folder for it");
-    lookAgain(rows, report, mayCheck);
+    lookAgain(m_command, rows, report, questions);
     if (report.problems.empty() && isWanted(stillWanted))
         leftovers.noteEnd();
     return report;

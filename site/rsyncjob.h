@@ -40,7 +40,8 @@ public:
     /// replaces one that is not older.
     ///
     /// After a failure or a stop (`stillWanted`), rsync is asked which of the files it named are still to be
-    /// done, because those it had sent last may not have arrived; `mayCheck` ends this question. `progress`, if
+    /// done, because those it had sent last may not have arrived; `mayCheck` ends this question, and so does, after a
+    /// stop, a server that doesn't answer at once. `progress`, if
     /// any, is called several times a second; it needs the site of `leftovers`. With `kept`, what is replaced or
     /// deleted is kept there; what can't be kept stays. `leftovers`, those of the comparison, are removed first.
     [[nodiscard]] RsyncReport
@@ -53,8 +54,6 @@ private:
                                                        Deletions deletions, const WorkItem& item,
                                                        PublishedFiles before) const;
     [[nodiscard]] std::optional<std::int64_t> freeBytes(const FoundFiles& found, const WorkItem& item) const;
-    void lookAgain(const std::vector<SyncRow>& rows, RsyncReport& report, const StillWanted& mayCheck) const;
-    void lookAgainHere(const std::vector<SyncRow>& rows, RsyncReport& report) const;
 
     RsyncCommand m_command;
     ProgramRunner m_runProgram;

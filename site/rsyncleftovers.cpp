@@ -41,11 +41,7 @@ std::string commonPart(std::string_view folder, std::string_view name)
 std::vector<std::string> rsyncTemporaries(const std::vector<std::string_view>& receiving,
                                           const std::vector<std::string_view>& sending)
 {
-    std::vector<std::string> found;
-    for (const std::string_view path : receiving) {
-        if (hasForm(path))
-            found.emplace_back(path);
-    }
+    std::vector<std::string> found = rsyncTemporaries(receiving);
     if (found.empty())
         return found;
     std::unordered_set<std::string> sent;
@@ -58,35 +54,59 @@ std::vector<std::string> rsyncTemporaries(const std::vector<std::string_view>& r
     return found;
 }
 
-RsyncLeftovers::RsyncLeftovers(std::string site, const std::vector<std::string>& temporaries)
-    : m_site(std::move(site))
+std::vector<std::string> rsyncTemporaries(const std::vector<std::string_view>& receiving)
 {
-    const auto note =
-        m_site.empty() ? Result<std::string>(Error{}) : readFile(publishingFile(m_site, ".begun"));
+    std::vector<std::string> found;
+    for (const std::string_view path : receiving) {
+        if (hasForm(path))
+            found.emplace_back(path);
+    }
+    return found;
+}
+
+RsyncLeftovers::RsyncLeftovers(std::string site, Direction direction,
+                               const std::vector<std::string>& temporaries)
+    : m_site(std::move(site)), m_direction(direction)
+{
+    const auto noted = m_site.empty() ? Result<std::string>(Error{}) : readFile(note());
     std::unordered_set<std::string_view> before;
-    for (std::string_view rest = note ? std::string_view(*note) : std::string_view(); !rest.empty();) {
+    for (std::string_view rest = noted ? std::string_view(*noted) : std::string_view(); !rest.empty();) {
         const std::size_t end = std::min(rest.find('\0'), rest.size());
         before.insert(rest.substr(0, end));
         rest.remove_prefix(std::min(end + 1, rest.size()));
     }
     for (const std::string& path : temporaries)
-        (note && !before.contains(path) ? m_paths : m_others).push_back(path);
+        (noted && !before.contains(path) ? m_paths : m_others).push_back(path);
+}
+
+RsyncLeftovers RsyncLeftovers::leftToTheNext() const
+{
+    RsyncLeftovers left = *this;
+    left.m_keepsNote = !m_paths.empty();
+    left.m_paths.clear();
+    return left;
+}
+
+// Each direction has its own: the files of one side say nothing about those of the other.
+std::filesystem::path RsyncLeftovers::note() const
+{
+    return publishingFile(m_site, m_direction == Direction::Upload ? ".begun" : ".begun-here");
 }
 
 void RsyncLeftovers::noteBegin() const
 {
-    std::string note;
+    std::string text;
     for (const std::string& path : m_others)
-        note.append(path).push_back('\0');
+        text.append(path).push_back('\0');
     if (!m_site.empty())
-        (void)writeFile(publishingFile(m_site, ".begun"), note, 0600);
+        (void)writeFile(note(), text, 0600);
 }
 
 void RsyncLeftovers::noteEnd() const
 {
     std::error_code error;
-    if (!m_site.empty())
-        std::filesystem::remove(publishingFile(m_site, ".begun"), error);
+    if (!m_site.empty() && !m_keepsNote)
+        std::filesystem::remove(note(), error);
 }
 
 } // namespace luma

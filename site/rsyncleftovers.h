@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "site/siterecord.h"
+
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -11,6 +14,8 @@ namespace luma {
 /// NAME.
 std::vector<std::string> rsyncTemporaries(const std::vector<std::string_view>& receiving,
                                           const std::vector<std::string_view>& sending);
+/// The same for any file, also one that is not there.
+std::vector<std::string> rsyncTemporaries(const std::vector<std::string_view>& receiving);
 
 /// What killed transfers of a site have left of rsync's temporary files on the receiving side.
 ///
@@ -23,8 +28,12 @@ class RsyncLeftovers final
 public:
     /// Nothing is left, and nothing is noted.
     RsyncLeftovers() = default;
-    /// `temporaries` are those of the receiving side now. Nothing is noted for an empty `site` (siteIdentity).
-    RsyncLeftovers(std::string site, const std::vector<std::string>& temporaries);
+    /// `temporaries` are those that the receiving side of `direction` has now. Nothing is noted for an empty `site`
+    /// (siteIdentity).
+    RsyncLeftovers(std::string site, Direction direction, const std::vector<std::string>& temporaries);
+    /// For a transfer that can't tell a temporary file from the user's: the next one removes what was to be removed,
+    /// and what this one leaves if it is killed.
+    [[nodiscard]] RsyncLeftovers leftToTheNext() const;
 
     [[nodiscard]] const std::string& site() const { return m_site; }
     /// Those to remove.
@@ -36,8 +45,12 @@ public:
 
 private:
     std::string m_site;
+    Direction m_direction = Direction::Upload;
+    bool m_keepsNote = false;
     std::vector<std::string> m_paths;
     std::vector<std::string> m_others; // the user's own
+
+    [[nodiscard]] std::filesystem::path note() const;
 };
 
 } // namespace luma

@@ -231,16 +231,21 @@ private slots:
         QCOMPARE(m_folders->listing("receiving"), std::string("big.bin\n"));
     }
 
-    // Nobody waits for the server's limit.
+    // The server's limit is not waited for, and it is asked once what has arrived.
     void stop_endsATransferToAStoppedServer()
     {
         m_folders->put("sending/big.bin", noise(30'000'000), 10);
         RsyncArguments patient = arguments();
         patient.patience = std::chrono::hours(24);
-        const RsyncJob job(patient, &runProgram);
+        bool isStopped = false;
+        int questions = 0;
+        const RsyncJob job(patient,
+                           [&](const auto& words, std::string_view input, const StillWanted& wanted) {
+                               questions += isStopped ? 1 : 0;
+                               return runProgram(words, input, wanted);
+                           });
         const auto report = job.compare(IgnoredNames(), Deletions::Ignored, item);
         QVERIFY(report);
-        bool isStopped = false;
         const StillWanted untilStopped = [&] {
             if (!isStopped && temporaries() > 0) {
                 m_server.signal(SIGSTOP, test::SshServer::Part::All);
@@ -249,8 +254,9 @@ private slots:
             }
             return !isStopped;
         };
-        const RsyncReport sent = job.transfer(report->rows, {}, untilStopped, [] { return false; });
+        const RsyncReport sent = job.transfer(report->rows, {}, untilStopped, {});
         QVERIFY(isStopped);
+        QCOMPARE(questions, 1);
         QVERIFY(sent.done.empty() && sent.problems.empty());
         m_server.signal(SIGCONT, test::SshServer::Part::All);
         QTRY_COMPARE(m_folders->listing("receiving"), std::string());

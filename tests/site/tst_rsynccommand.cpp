@@ -353,6 +353,23 @@ private slots:
         QVERIFY(itemExists(folders.at("receiving/.a.html.x1Y2z3")));
     }
 
+    void leftoversOfOneDirectionSayNothingAboutTheOther()
+    {
+        const std::vector<std::string> temporaries = {".a.html.x1Y2z3"};
+        const auto found = [&](Direction direction) {
+            return RsyncLeftovers("two ways", direction, temporaries).paths();
+        };
+        RsyncLeftovers("two ways", Direction::Upload, {}).noteBegin();
+        QVERIFY(found(Direction::Download).empty());
+        QCOMPARE(found(Direction::Upload), temporaries);
+        const RsyncLeftovers next =
+            RsyncLeftovers("two ways", Direction::Upload, temporaries).leftToTheNext();
+        QVERIFY(next.paths().empty());
+        next.noteBegin();
+        next.noteEnd();
+        QCOMPARE(found(Direction::Upload), temporaries);
+    }
+
     void whatFailedIsNamed_theRestIsDone()
     {
         const TwoFolders folders;
