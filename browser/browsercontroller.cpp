@@ -2,8 +2,9 @@
 #include "browser/browsercontroller.h"
 
 #include "base/console.h"
-#include "base/filecalls.h"
+#include "base/mainhop.h"
 #include "base/pathbelow.h"
+#include "base/workitem.h"
 #include "browser/browser.h"
 #include "browser/configpanel.h"
 #include "browser/displaytext.h"
@@ -11,7 +12,6 @@
 #include "browser/filejobs.h"
 #include "browser/folderlisting.h"
 #include "browser/folderwatcher.h"
-#include "browser/itemcommands.h"
 #include "browser/movenotices.h"
 #include "browser/paneconnection.h"
 #include "browser/panehost.h"
@@ -26,6 +26,7 @@
 #include <QClipboard>
 #include <QMimeData>
 
+#include <system_error>
 #include <utility>
 
 namespace luma {
@@ -40,11 +41,7 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
       contextualMenu(new PaneMenu(m_widget)),
       m_watcher(new FolderWatcher(this)),
       m_fileJobs(new FileJobs(m_widget)),
-      m_itemCommands(new ItemCommands(
-          [this] {
-              return ItemCommands::Selection{selectedPaths(), m_mountPath};
-          },
-          m_widget)),
+      m_itemCommands(new ItemCommands([this] { return selection(); }, m_widget)),
       m_connection(new PaneConnection(std::move(mounter), this)),
       m_links(std::make_unique<PaneLinks>(caption, *m_watcher, host, m_widget))
 {
@@ -240,9 +237,9 @@ void BrowserController::finishConnection(const MountResult& result, const Connec
     if (wasShare && !former.empty())
         m_connection->mounter().unmount(former);
     if (result.folder) {
-        browser().model().setBackgroundLister(isOnServer(*result.folder) ? &listFolder
-                                                                         : FileSystemModel::Lister());
-        setRootNode(std::make_shared<FileSystemNode>(*result.folder));
+        m_isOnServer = result.isOnServer;
+        browser().model().setBackgroundLister(m_isOnServer ? &listFolder : FileSystemModel::Lister());
+        setRootNode(result.root);
         showBusy();
         connectionSucceeded(request);
     } else {
@@ -373,6 +370,14 @@ BrowserController::Paths BrowserController::selectedPaths() const
     return items;
 }
 
+ItemCommands::Selection BrowserController::selection() const
+{
+    ItemCommands::Selection selection{selectedPaths(), m_mountPath, {}, m_isOnServer};
+    for (const QModelIndex& item : browser().selectedItems())
+        selection.areFolders.push_back(browser().model().node(item)->isDirectory());
+    return selection;
+}
+
 std::vector<std::string> BrowserController::selectedSubpaths() const
 {
     std::vector<std::string> subpaths;
@@ -406,8 +411,19 @@ void BrowserController::showProblem(const QString& reason)
 void BrowserController::openItem()
 {
     const QModelIndex item = browser().currentItem();
-    if (item.isValid() && !browser().enter(item))
+    if (!item.isValid() || browser().enter(item))
+        return;
+    if (!m_isOnServer) {
         emit openRequested(pathOf(item), m_mountPath);
+        return;
+    }
+    // Opening reads the file at once, which must not be what finds out that the server is silent.
+    start(std::make_shared<WorkItem>(),
+          [guard = QPointer(this), path = pathOf(item), site = m_mountPath](const WorkItem&) {
+              std::error_code error;
+              (void)std::filesystem::exists(path, error);
+              onMain(guard, [&](BrowserController& self) { emit self.openRequested(path, site); });
+          });
 }
 
 void BrowserController::newFolder()
@@ -513,7 +529,9 @@ void BrowserController::nameNewFolder(const std::filesystem::path& folder)
 {
     browser().refresh();
     browser().selectInFolder(folder.parent_path(), {folder.filename().string()});
-    browser().rename(browser().currentItem());
+    // The row of a slow server may come when the user is elsewhere.
+    if (currentPath() == folder)
+        browser().rename(browser().currentItem());
 }
 
 /// Unless the user has gone on to another item meanwhile.

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "browser/filesystemnode.h"
+#include "browser/itemcommands.h"
 #include "browser/mountstep.h"
 
 #include <QObject>
@@ -25,7 +26,6 @@ class Browser;
 class ConfigPanel;
 class FileJobs;
 class FolderWatcher;
-class ItemCommands;
 class ObservedDictionary;
 class PaneConnection;
 class PaneHost;
@@ -121,6 +121,7 @@ private:
     std::unique_ptr<PaneLinks> m_links;
     std::filesystem::path m_mountPath;
     bool m_isShare = false;
+    bool m_isOnServer = false;        // as MountResult has it
     bool m_isNamingNewFolder = false; // from the preparation of a rename to its end
     bool m_isConnecting = false;
     std::optional<std::filesystem::path> m_problemItem; // what was current when the problem was shown
@@ -150,6 +151,7 @@ private:
     void goOnAfterDeletion(const std::filesystem::path& next);
     void showBusy();
     [[nodiscard]] Paths selectedPaths() const;
+    [[nodiscard]] ItemCommands::Selection selection() const;
     [[nodiscard]] std::filesystem::path pathOf(const QModelIndex& item) const;
     /// Empty if no item is current.
     [[nodiscard]] std::filesystem::path currentPath() const;

@@ -13,6 +13,7 @@ EnlargedPreview::EnlargedPreview(QWidget* parent)
 {
     setObjectName(QStringLiteral("enlargedPreview"));
     setAttribute(Qt::WA_DeleteOnClose);
+    m_preview->setParent(this);
     auto* const all = new QVBoxLayout(this);
     all->setContentsMargins({});
     all->addWidget(m_preview->view());

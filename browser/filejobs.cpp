@@ -55,18 +55,27 @@ FileJobs::FileJobs(QWidget* pane) : QObject(pane), m_pane(pane) {}
 
 void FileJobs::newFolder(const std::filesystem::path& parent)
 {
-    const auto folder = fileoperations::newFolder(parent);
-    if (!folder) {
-        emit failed(displayText(folder.error().text));
-        return;
-    }
-    m_newFolder = std::make_shared<std::filesystem::path>(*folder);
+    const auto place = std::make_shared<std::filesystem::path>();
+    run(
+        [parent, place] {
+            auto folder = fileoperations::newFolder(parent);
+            if (!folder)
+                return Outcome{.mayHaveChanged = false, .problem = folder.error().text};
+            *place = *std::move(folder);
+            return Outcome{};
+        },
+        [this, place] { offerName(place); });
+}
+
+void FileJobs::offerName(const std::shared_ptr<std::filesystem::path>& newFolder)
+{
+    m_newFolder = newFolder;
     // Where it is when it is taken back.
-    emit undoable(tr("New Folder"), [guard = QPointer<FileJobs>(this), place = m_newFolder] {
+    emit undoable(tr("New Folder"), [guard = QPointer<FileJobs>(this), newFolder] {
         if (guard)
-            guard->runUndo([named = *place] { return removeFolder(named); });
+            guard->runUndo([named = *newFolder] { return removeFolder(named); });
     });
-    emit folderCreated(*folder);
+    emit folderCreated(*newFolder);
 }
 
 void FileJobs::noteRename(const std::filesystem::path& oldPath, const std::filesystem::path& newPath)

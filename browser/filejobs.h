@@ -75,6 +75,7 @@ private:
 
     /// Takes something back, on a background thread; gives the items to select then.
     using Undo = std::function<Result<Paths>()>;
+    void offerName(const std::shared_ptr<std::filesystem::path>& newFolder);
     void offerUndo(const QString& title, const Undo& undo);
     void runUndo(const Undo& undo);
     void showLostLinks(QMessageBox& alert, const LinkCounter& countLinks);

@@ -13,6 +13,8 @@
 
 #include <sys/stat.h>
 
+#include <utility>
+
 namespace luma {
 
 namespace {
@@ -24,11 +26,8 @@ constexpr QSize enlargedIconSize(256, 256);
 constexpr QSize headerIconSize(16, 16);
 
 /// Size and time of the last change, for display.
-QString factsOf(const std::filesystem::path& path)
+QString factsText(const struct stat& status)
 {
-    struct stat status = {};
-    if (::lstat(path.c_str(), &status) != 0)
-        return {};
     const QDateTime changed = QDateTime::fromSecsSinceEpoch(status.st_mtime);
     QString time = QLocale().toString(changed, QLocale::ShortFormat);
     if (S_ISLNK(status.st_mode))
@@ -81,8 +80,9 @@ void IconPreviewController::viewWillAppear()
         showIcon(headerIconSize);
     } else {
         showIcon(m_layout == Layout::PreviewView ? previewIconSize : enlargedIconSize);
-        details->setText(factsOf(m_node->url()));
-        requestThumbnail();
+        // As high as the text to come, so that nothing moves.
+        details->setText(QStringLiteral("\n"));
+        look();
     }
 }
 
@@ -94,24 +94,40 @@ void IconPreviewController::showIcon(const QSize& size)
     iconImageView->setPixmap(icon.pixmap(size, m_view->devicePixelRatioF()));
 }
 
-void IconPreviewController::requestThumbnail()
+// One job at a time: a server that is silent holds up a single thread, however many items are selected meanwhile.
+void IconPreviewController::look()
 {
-    if (m_workItem)
+    if (m_workItem) {
         m_workItem->cancel();
+        m_isOutdated = true;
+        return;
+    }
     m_workItem = std::make_shared<WorkItem>();
     const qreal ratio = m_view->devicePixelRatioF();
     const QSize size = (m_layout == Layout::PreviewView ? thumbnailSize : enlargedSize) * ratio;
     const QPointer<IconPreviewController> guard(this);
-    start(m_workItem, [guard, path = m_node->url(), size, ratio](const WorkItem& item) {
-        QImage image = thumbnail(path, size);
-        if (image.isNull())
-            return;
-        image.setDevicePixelRatio(ratio);
-        onMain(guard, [&](IconPreviewController& self) {
-            if (!item.isCancelled())
-                self.iconImageView->setPixmap(QPixmap::fromImage(image));
-        });
-    });
+    // Not under the item: one that is cancelled before it starts must still reach endLook().
+    start(std::make_shared<WorkItem>(),
+          [guard, item = m_workItem, path = m_node->url(), size, ratio](const WorkItem&) {
+              struct stat status = {};
+              const bool isThere = !item->isCancelled() && ::lstat(path.c_str(), &status) == 0;
+              onMain(guard, [&](IconPreviewController& self) {
+                  if (!item->isCancelled())
+                      self.details->setText(isThere ? factsText(status) : QString());
+              });
+              QImage image = item->isCancelled() ? QImage() : thumbnail(path, size);
+              image.setDevicePixelRatio(ratio);
+              onMain(guard, [&](IconPreviewController& self) { self.endLook(image); });
+          });
+}
+
+void IconPreviewController::endLook(const QImage& thumbnail)
+{
+    m_workItem.reset();
+    if (std::exchange(m_isOutdated, false) && m_node)
+        look();
+    else if (!thumbnail.isNull())
+        iconImageView->setPixmap(QPixmap::fromImage(thumbnail));
 }
 
 } // namespace luma

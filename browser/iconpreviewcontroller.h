@@ -4,6 +4,7 @@
 #include "base/workitem.h"
 #include "browser/filesystemnode.h"
 
+#include <QImage>
 #include <QObject>
 
 class QLabel;
@@ -12,8 +13,8 @@ class QWidget;
 namespace luma {
 
 /// Shows one node: as the preview of a leaf (layout PreviewView, large in EnlargedView: thumbnail, name, size and
-/// time) or as the header of a column (layout HeaderView: icon and name). The thumbnail is made in the background and dropped
-/// if another node is set or the view is destroyed first. Main thread only.
+/// time) or as the header of a column (layout HeaderView: icon and name). What is read from the disk comes from the
+/// background, and is dropped if another node is set or the view is destroyed first. Main thread only.
 class IconPreviewController final : public QObject
 {
     Q_OBJECT
@@ -36,11 +37,13 @@ private:
     QLabel* label = nullptr;
     QLabel* details = nullptr;
     FileSystemNodePointer m_node;
-    WorkItemPointer m_workItem;
+    WorkItemPointer m_workItem; // while the disk is read
+    bool m_isOutdated = false;  // another node was set since
 
     void viewWillAppear();
     void showIcon(const QSize& size);
-    void requestThumbnail();
+    void look();
+    void endLook(const QImage& thumbnail);
 };
 
 } // namespace luma

@@ -16,8 +16,6 @@
 #include <QMimeData>
 #include <QMimeDatabase>
 
-#include <sys/stat.h>
-
 namespace luma {
 
 namespace fs = std::filesystem;
@@ -26,9 +24,21 @@ namespace {
 
 constexpr char kdeCutType[] = "application/x-kde-cutselection";
 
+// Of the first item.
+QString typeOf(const ItemCommands::Selection& selection)
+{
+    if (selection.areFolders.front())
+        return QStringLiteral("inode/directory");
+    const QString item = textOf(selection.items.front());
+    return QMimeDatabase()
+        .mimeTypeForFile(item,
+                         selection.isOnServer ? QMimeDatabase::MatchExtension : QMimeDatabase::MatchDefault)
+        .name();
+}
+
 } // namespace
 
-std::string relativeLink(const fs::path& item, const fs::path& site)
+std::string relativeLink(const fs::path& item, const fs::path& site, bool isFolder)
 {
     std::string link;
     const fs::path below = pathBelow(item.native(), site.native()).value_or("");
@@ -37,8 +47,7 @@ std::string relativeLink(const fs::path& item, const fs::path& site)
     // A colon in the first name would end the scheme of an address.
     if (link.substr(0, link.find('/')).find(':') != std::string::npos)
         link.insert(0, "./");
-    struct stat status = {};
-    if (::lstat(item.c_str(), &status) == 0 && S_ISDIR(status.st_mode))
+    if (isFolder)
         link += '/';
     return link;
 }
@@ -55,10 +64,10 @@ void ItemCommands::fillOpenWith(QMenu& menu)
 void ItemCommands::listPrograms(QMenu& menu)
 {
     menu.clear();
-    const Paths items = m_selection().items;
-    if (items.empty())
+    const Selection selection = m_selection();
+    if (selection.items.empty())
         return;
-    const QString type = QMimeDatabase().mimeTypeForFile(textOf(items.front())).name();
+    const QString type = typeOf(selection);
     for (const auto& application : otherprograms::applicationsFor(type)) {
         QString name = application.name;
         menu.addAction(application.icon, name.replace(u'&', QLatin1String("&&")), this,
@@ -135,8 +144,9 @@ void ItemCommands::copyRelativeLink()
 {
     const Selection selection = m_selection();
     QStringList links;
-    for (const fs::path& item : selection.items)
-        links.append(QString::fromStdString(relativeLink(item, selection.site)));
+    for (std::size_t i = 0; i < selection.items.size(); ++i)
+        links.append(QString::fromStdString(
+            relativeLink(selection.items[i], selection.site, selection.areFolders[i])));
     if (!links.isEmpty())
         QGuiApplication::clipboard()->setText(links.join(u'\n'));
 }

@@ -28,6 +28,8 @@ public:
     {
         Paths items;
         std::filesystem::path site;
+        std::vector<bool> areFolders; ///< of each item
+        bool isOnServer = false;      ///< the files are not read then
     };
 
     /// `selection` is called on each command. `pane` owns the commands.
@@ -62,6 +64,6 @@ private:
 bool areCut(const QMimeData& clipboard);
 
 /// The address by which a page in `site` links to `item` below it; that of a folder ends with a slash.
-std::string relativeLink(const std::filesystem::path& item, const std::filesystem::path& site);
+std::string relativeLink(const std::filesystem::path& item, const std::filesystem::path& site, bool isFolder);
 
 } // namespace luma

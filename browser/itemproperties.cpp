@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/itemproperties.h"
 
+#include "base/filecalls.h"
 #include "base/folderreader.h"
 #include "base/mainhop.h"
 #include "base/pathtext.h"
@@ -15,7 +16,14 @@
 #include <QMimeDatabase>
 #include <QPointer>
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <optional>
+#include <string>
+#include <system_error>
 
 namespace luma {
 
@@ -61,30 +69,49 @@ QString permissions(mode_t mode)
     return text + QStringLiteral("(%1)").arg(mode & 07777U, 3, 8, QLatin1Char('0'));
 }
 
+// The database must not read the file itself: as long as a silent server lets it wait, it is locked for all others.
+QString typeOf(const fs::path& item, const struct stat& status)
+{
+    const QMimeDatabase types;
+    if (S_ISDIR(status.st_mode))
+        return types.mimeTypeForName(QStringLiteral("inode/directory")).comment();
+    QByteArray begin;
+    if (auto file = openFile(item.native(), O_RDONLY | O_NONBLOCK); file && S_ISREG(status.st_mode)) {
+        begin.resize(16384);
+        begin.resize(std::max<ssize_t>(::read(file->get(), begin.data(), std::size_t(begin.size())), 0));
+    }
+    return types.mimeTypeForFileNameAndData(textOf(item), begin).comment();
+}
+
 } // namespace
 
-ItemProperties::ItemProperties(const std::vector<fs::path>& items, QWidget* parent) : QDialog(parent)
+/// What is read of an item.
+struct ItemProperties::Facts
+{
+    std::optional<struct stat> status; // none if it is no longer there
+    QString type;
+    std::string target; // of a link
+};
+
+ItemProperties::ItemProperties(const std::vector<fs::path>& items, QWidget* parent)
+    : QDialog(parent), m_form(new QFormLayout)
 {
     setObjectName(QStringLiteral("itemProperties"));
     setAttribute(Qt::WA_DeleteOnClose);
     setWindowTitle(tr("Properties"));
     setMinimumWidth(360);
-    auto* const form = new QFormLayout;
-    if (items.size() == 1)
-        showItem(*form, items.front());
-    else
-        addRow(*form, "propertyItems", tr("Items"),
-               QLocale().toString(static_cast<qulonglong>(items.size())));
     auto* const buttons = new QDialogButtonBox(QDialogButtonBox::Close, this);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     auto* const all = new QVBoxLayout(this);
-    all->addLayout(form);
+    all->addLayout(m_form);
     all->addStretch();
     all->addWidget(buttons);
-    std::error_code error;
-    if (items.size() > 1 || fs::is_directory(fs::symlink_status(items.front(), error))) {
-        addRow(*form, "propertyContents", tr("Contents"), tr("Counting..."));
-        m_contents = findChild<QLabel*>(QStringLiteral("propertyContents"));
+    if (items.size() == 1) {
+        addRow("propertyName", tr("Name"), displayText(items.front().filename().native()));
+        addRow("propertyPlace", tr("Folder"), displayText(items.front().parent_path().native()));
+        read(items.front());
+    } else {
+        addRow("propertyItems", tr("Items"), QLocale().toString(static_cast<qulonglong>(items.size())));
         count(items);
     }
 }
@@ -95,44 +122,63 @@ ItemProperties::~ItemProperties()
         m_count->cancel();
 }
 
-void ItemProperties::addRow(QFormLayout& form, const char* name, const QString& title, const QString& text)
+void ItemProperties::addRow(const char* name, const QString& title, const QString& text)
 {
     auto* const label = new QLabel(text, this);
     label->setObjectName(QLatin1StringView(name));
     label->setTextFormat(Qt::PlainText);
     label->setWordWrap(true);
     label->setTextInteractionFlags(Qt::TextSelectableByMouse);
-    form.addRow(title, label);
+    m_form->addRow(title, label);
 }
 
-void ItemProperties::showItem(QFormLayout& form, const fs::path& item)
+void ItemProperties::read(const fs::path& item)
 {
-    struct stat status = {};
-    const bool isThere = ::lstat(item.c_str(), &status) == 0;
-    addRow(form, "propertyName", tr("Name"), displayText(item.filename().native()));
-    addRow(form, "propertyPlace", tr("Folder"), displayText(item.parent_path().native()));
-    if (!isThere) {
-        addRow(form, "propertyKind", tr("Kind"), tr("No longer there"));
+    start(std::make_shared<WorkItem>(), [guard = QPointer(this), item](const WorkItem&) {
+        Facts facts;
+        struct stat status = {};
+        if (::lstat(item.c_str(), &status) == 0) {
+            std::error_code error;
+            facts.status = status;
+            if (S_ISLNK(status.st_mode))
+                facts.target = fs::read_symlink(item, error).native();
+            else
+                facts.type = typeOf(item, status);
+        }
+        onMain(guard, [&](ItemProperties& self) {
+            self.showFacts(facts);
+            if (facts.status && S_ISDIR(facts.status->st_mode))
+                self.count({item});
+            self.adjustSize();
+        });
+    });
+}
+
+void ItemProperties::showFacts(const Facts& facts)
+{
+    if (!facts.status) {
+        addRow("propertyKind", tr("Kind"), tr("No longer there"));
         return;
     }
+    const struct stat& status = *facts.status;
     const bool isLink = S_ISLNK(status.st_mode);
-    addRow(form, "propertyKind", tr("Kind"),
-           isLink ? tr("Symbolic link") : QMimeDatabase().mimeTypeForFile(textOf(item)).comment());
-    std::error_code error;
+    addRow("propertyKind", tr("Kind"), isLink ? tr("Symbolic link") : facts.type);
     if (isLink)
-        addRow(form, "propertyTarget", tr("Leads to"), displayText(fs::read_symlink(item, error).native()));
+        addRow("propertyTarget", tr("Leads to"), displayText(facts.target));
     const QLocale locale;
     if (S_ISREG(status.st_mode))
-        addRow(form, "propertySize", tr("Size"),
+        addRow("propertySize", tr("Size"),
                tr("%1 (%2 bytes)")
                    .arg(locale.formattedDataSize(status.st_size), locale.toString(status.st_size)));
-    addRow(form, "propertyTime", tr("Changed"),
+    addRow("propertyTime", tr("Changed"),
            locale.toString(QDateTime::fromSecsSinceEpoch(status.st_mtime), QLocale::LongFormat));
-    addRow(form, "propertyMode", tr("Permissions"), permissions(status.st_mode));
+    addRow("propertyMode", tr("Permissions"), permissions(status.st_mode));
 }
 
 void ItemProperties::count(const std::vector<fs::path>& items)
 {
+    addRow("propertyContents", tr("Contents"), tr("Counting..."));
+    m_contents = findChild<QLabel*>(QStringLiteral("propertyContents"));
     m_count = std::make_shared<WorkItem>();
     const QPointer<ItemProperties> guard(this);
     start(m_count, [guard, items](const WorkItem& work) {

@@ -13,8 +13,8 @@ class QLabel;
 
 namespace luma {
 
-/// Name, kind, place, size, time and permissions of items; of several, their number and size. What folders contain
-/// is counted in the background. Not modal; deletes itself when closed. Main thread only.
+/// Name, kind, place, size, time and permissions of items; of several, their number and size. They are read, and what
+/// folders contain is counted, in the background. Not modal; deletes itself when closed. Main thread only.
 class ItemProperties final : public QDialog
 {
     Q_OBJECT
@@ -25,11 +25,15 @@ public:
     ~ItemProperties() override;
 
 private:
+    struct Facts;
+
+    QFormLayout* m_form;
     QLabel* m_contents = nullptr;
     WorkItemPointer m_count;
 
-    void addRow(QFormLayout& form, const char* name, const QString& title, const QString& text);
-    void showItem(QFormLayout& form, const std::filesystem::path& item);
+    void addRow(const char* name, const QString& title, const QString& text);
+    void read(const std::filesystem::path& item);
+    void showFacts(const Facts& facts);
     void count(const std::vector<std::filesystem::path>& items);
 };
 

@@ -2,6 +2,7 @@
 #include "browser/mountstep.h"
 
 #include "base/console.h"
+#include "base/filecalls.h"
 #include "browser/endpoint.h"
 #include "mounts/volumemounter.h"
 
@@ -43,6 +44,21 @@ MountResult localFolder(const QString& path)
     return result;
 }
 
+MountResult folderOf(const ConnectionRequest& request, VolumeMounter& mounter,
+                     const std::function<bool()>& isWanted)
+{
+    if (request.isLocal())
+        return localFolder(request.path);
+    const QString shareURL = mountURL(request);
+    const auto mounted = mounter.mount(shareURL, request.user, request.password, isWanted);
+    if (mounted)
+        return {*mounted, *mounted, {}};
+    auto folder = isWanted() ? mounter.existingMount(shareURL) : std::nullopt;
+    if (!folder && isWanted())
+        printLine("Error: sharePath: " + shareURL.toStdString() + ") Not Valid");
+    return {folder, folder.value_or(std::filesystem::path()), QString::fromStdString(mounted.error().text)};
+}
+
 } // namespace
 
 bool ConnectionRequest::isLocal() const
@@ -63,16 +79,12 @@ QString mountURL(const ConnectionRequest& request)
 MountResult mountStep(const ConnectionRequest& request, VolumeMounter& mounter,
                       const std::function<bool()>& isWanted)
 {
-    if (request.isLocal())
-        return localFolder(request.path);
-    const QString shareURL = mountURL(request);
-    const auto mounted = mounter.mount(shareURL, request.user, request.password, isWanted);
-    if (mounted)
-        return {*mounted, *mounted, {}};
-    auto folder = isWanted() ? mounter.existingMount(shareURL) : std::nullopt;
-    if (!folder && isWanted())
-        printLine("Error: sharePath: " + shareURL.toStdString() + ") Not Valid");
-    return {folder, folder.value_or(std::filesystem::path()), QString::fromStdString(mounted.error().text)};
+    MountResult result = folderOf(request, mounter, isWanted);
+    if (result.folder) {
+        result.root = std::make_shared<FileSystemNode>(*result.folder);
+        result.isOnServer = isOnServer(*result.folder);
+    }
+    return result;
 }
 
 QString connectionProblem(const ConnectionRequest& request, VolumeMounter& mounter,

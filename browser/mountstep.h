@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "browser/filesystemnode.h"
+
 #include <QString>
 
 #include <filesystem>
@@ -36,6 +38,10 @@ struct MountResult
     std::filesystem::path mountPath;
     /// Why there is no folder.
     QString reason;
+    /// Of the folder; null without one.
+    FileSystemNodePointer root = {};
+    /// Whether a file call on it may wait for another computer.
+    bool isOnServer = false;
 };
 
 /// The URL of a share: the protocol text unchanged, the percent-encoded server, for "sftp://" an ssh port other than 22, "/", the percent-encoded

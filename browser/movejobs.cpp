@@ -2,6 +2,7 @@
 #include "browser/movejobs.h"
 
 #include "base/console.h"
+#include "base/filecalls.h"
 #include "base/files.h"
 #include "base/mainhop.h"
 #include "base/pathbelow.h"
@@ -45,10 +46,12 @@ void addProblem(JobLog& log, const MoveProblem& problem)
     log.addLine(problem.text, problem.path);
 }
 
-// A move is short and must be complete before the columns are drawn again; a copy may take long and would block the window.
-std::function<void(const std::function<void()>&)> fileOperations(MoveOperation operation)
+// A move is short and must be complete before the columns are drawn again; a copy may take long and would block the
+// window, and so does a server that is silent.
+std::function<void(const std::function<void()>&)> fileOperations(MoveOperation operation,
+                                                                 const fs::path& site)
 {
-    if (operation == MoveOperation::Copy)
+    if (operation == MoveOperation::Copy || isOnServer(site))
         return {};
     return [](const std::function<void()>& move) { onMain(move); };
 }
@@ -124,7 +127,7 @@ private:
 Result<void> MoveRun::open(MoveOperation operation)
 {
     MoveRunner::Callbacks callbacks;
-    callbacks.fileOperation = fileOperations(operation);
+    callbacks.fileOperation = fileOperations(operation, m_site);
     callbacks.itemMoved = [notices = m_notices, site = m_site](const MovedItem& item) {
         tellOfMove(notices, item, site);
     };
@@ -458,7 +461,7 @@ void MoveJobs::beginUpdate(const fs::path& site, std::function<MoveOutcome(LinkU
         LinkUpdatingMove::Callbacks callbacks;
         callbacks.log = [&log](const std::string& text) { log->addText(text); };
         callbacks.problem = [&log](const MoveProblem& problem) { addProblem(*log, problem); };
-        callbacks.fileOperation = fileOperations(operation);
+        callbacks.fileOperation = fileOperations(operation, site);
         callbacks.itemMoved = [&](const MovedItem& moved) { tellOfMove(notices, moved, site); };
         callbacks.stillWanted = wantedAs(item);
         LinkUpdatingMove move(site, callbacks);

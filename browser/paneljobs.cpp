@@ -138,8 +138,12 @@ void PanelJobs::activateLine(int number)
     const fs::path file = m_log->fileOfLine(number);
     if (file.empty())
         return;
-    const fs::path target = targetOfLine(m_progress->lineText(number), file);
-    emit fileActivated(target.empty() ? file : target);
+    // In the background: the server of the files may be silent.
+    start(std::make_shared<WorkItem>(), [guard = QPointer(this), line = m_progress->lineText(number),
+                                         file](const WorkItem&) {
+        const fs::path target = targetOfLine(line, file);
+        onMain(guard, [&](PanelJobs& self) { emit self.fileActivated(target.empty() ? file : target); });
+    });
 }
 
 } // namespace luma

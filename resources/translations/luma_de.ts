@@ -2264,7 +2264,7 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
     <message>
         <source>Downlo&amp;ad This...</source>
-        <translation>Dies &amp;herunterladen …</translation>
+        <translation>Dies herun&amp;terladen …</translation>
     </message>
 </context>
 <context>
@@ -3198,7 +3198,7 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
     <message>
         <source>R&amp;eload</source>
-        <translation>Neu l&amp;aden</translation>
+        <translation>Aktuali&amp;sieren</translation>
     </message>
     <message>
         <source>Cut</source>

@@ -153,7 +153,7 @@ private slots:
         QTest::keyClick(first, Qt::Key_Right);
         for (const char* name : {"fonts", ""}) {
             site.pane->newFolder();
-            QCOMPARE(selectedName(site), QStringLiteral("untitled folder"));
+            QTRY_COMPARE(selectedName(site), QStringLiteral("untitled folder"));
             auto* editor = site.find<QLineEdit>("renameEditor");
             QVERIFY(editor);
             QTRY_COMPARE(editor->selectedText(), QStringLiteral("untitled folder"));
@@ -180,6 +180,7 @@ private slots:
         click(site, "browserList0", "css");
         click(site, "browserList1", "main.css");
         site.pane->newFolder();
+        QTRY_VERIFY(site.find<QLineEdit>("renameEditor"));
         auto* name = site.find<QLineEdit>("renameEditor");
         QTRY_COMPARE(name->selectedText(), QStringLiteral("untitled folder"));
         QTest::keyClicks(name, "fonts");

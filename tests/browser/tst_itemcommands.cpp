@@ -90,8 +90,9 @@ private slots:
         QFETCH(QByteArray, link);
         if (!fs::exists(m_site->at(name.constData())))
             m_site->put(name.constData());
+        const fs::path item = m_site->at(name.constData());
         QCOMPARE(QByteArray::fromStdString(
-                     relativeLink(m_site->at(name.constData()), m_site->at("").parent_path())),
+                     relativeLink(item, m_site->at("").parent_path(), fs::is_directory(item))),
                  link);
     }
 
@@ -193,13 +194,15 @@ private slots:
     {
         select({"index.html"});
         commands().showProperties();
-        QTRY_COMPARE(m_site->text("propertyName"), "index.html");
+        QCOMPARE(m_site->text("propertyName"), "index.html");
+        QTRY_VERIFY(m_site->find<QLabel>("propertySize"));
         QCOMPARE(m_site->text("propertySize"), "0 bytes (0 bytes)");
         QVERIFY(m_site->text("propertyMode").startsWith("rw-"));
         test::saveScreenshots(*m_site->find<QWidget>("itemProperties"), "properties-file");
         delete m_site->find<QWidget>("itemProperties");
         m_site->pane->browser().setPath({"css"});
         commands().showProperties();
+        QTRY_VERIFY(m_site->find<QLabel>("propertyContents"));
         QTRY_COMPARE(m_site->text("propertyContents"), "2 files, 0 folders, 0 bytes");
         test::saveScreenshots(*m_site->find<QWidget>("itemProperties"), "properties-folder");
     }

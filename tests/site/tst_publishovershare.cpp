@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
+#include "browser/itemcommands.h"
 #include "mounts/mounts.h"
 #include "mounts/sharelisting.h"
 #include "site/filetransfer.h"
@@ -11,11 +12,15 @@
 #include "tests/support/screenshot.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QFile>
+#include <QMenu>
 #include <QMessageBox>
 #include <QProcess>
+#include <QScopeGuard>
 #include <QTest>
 
+#include <csignal>
 #include <fstream>
 
 namespace fs = std::filesystem;
@@ -61,6 +66,23 @@ private:
     static bool unmountByDesktop(const QString& address)
     {
         return QProcess::execute("gio", {"mount", "-u", address}) == 0;
+    }
+
+    // Of the process through which all calls on the share's folder go.
+    static pid_t fuseDaemon()
+    {
+        const std::string folder = qgetenv("XDG_RUNTIME_DIR").toStdString() + "/gvfs";
+        for (const auto& entry : fs::directory_iterator("/proc")) {
+            const auto line = readFile(entry.path() / "cmdline");
+            if (line && line->find("gvfsd-fuse") != std::string::npos &&
+                line->find(folder) != std::string::npos)
+                return std::stoi(entry.path().filename());
+        }
+        return 0;
+    }
+    [[nodiscard]] QWidget* ofDestination(const char* name) const
+    {
+        return m_site->destination().widget()->window()->findChild<QWidget*>(QLatin1String(name));
     }
 
 private slots:
@@ -213,6 +235,47 @@ private slots:
             QTRY_COMPARE(other.connectState(), address());
             QCOMPARE(other.destination().mountPath(), folder);
         }
+    }
+
+    // While it is stopped, each call on the share's folder waits: none of these lines would be left.
+    void silentShare_holdsNothingUp()
+    {
+        if (!m_site->destination().rootNode())
+            QVERIFY(connectPane("connection before the share hangs"));
+        const pid_t daemon = fuseDaemon();
+        QVERIFY(daemon > 0);
+        QCOMPARE(::kill(daemon, SIGSTOP), 0);
+        const auto goOn = qScopeGuard([daemon] { ::kill(daemon, SIGCONT); });
+        BrowserController& pane = m_site->destination();
+        pane.browser().setPath({"index.html"});
+        pane.itemCommands().showProperties();
+        pane.itemCommands().copyRelativeLink();
+        QCOMPARE(QGuiApplication::clipboard()->text(), QStringLiteral("index.html"));
+        QMenu programs;
+        pane.itemCommands().fillOpenWith(programs);
+        emit programs.aboutToShow();
+        QVERIFY(!programs.isEmpty());
+        pane.newFolder();
+        pane.browser().setPath({"docs"});
+        pane.reload();
+        m_site->click("uploadButton");
+        QTRY_COMPARE(m_site->text("syncPanelTitle"),
+                     "Move these new/modified files from Source to Destination?");
+        m_site->click("cancelButton");
+        QTRY_VERIFY(m_site->isSyncIdle());
+        {
+            const SiteWindow other(m_record, services());
+            QTRY_VERIFY(other.destination().isConnecting());
+        }
+        QVERIFY(!ofDestination("propertySize"));
+
+        QCOMPARE(::kill(daemon, SIGCONT), 0);
+        QTRY_VERIFY(ofDestination("propertySize"));
+        delete ofDestination("itemProperties");
+        QTRY_VERIFY(m_site->shownNames().contains("untitled folder"));
+        QVERIFY(fs::remove(site() / "untitled folder"));
+        QVERIFY(m_site->compare());
+        m_site->click("cancelButton");
     }
 
     void unmountedBehindOurBack_emptiesThePane()
