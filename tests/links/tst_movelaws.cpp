@@ -331,7 +331,8 @@ private slots:
         QVERIFY2(counts.broken.isEmpty(), counts.broken.join('\n'));
         QVERIFY2(counts.needless.isEmpty(), counts.needless.join('\n'));
         QVERIFY2(counts.otherBytes.isEmpty(), counts.otherBytes.join('\n'));
-        QVERIFY(done > 4 && counts.changed > 0);
+        // Another site may have few links between its files, or few files.
+        QVERIFY(kind.startsWith(QLatin1Char('/')) || (done > 4 && counts.changed > 0));
         const auto now = targets.empty() ? targets : targetsForReader(site.root());
         for (const auto& [page, files] : targets) {
             const auto found = now.find(jobs.nowOf(page));
