@@ -5,6 +5,7 @@
 #include "base/pathtext.h"
 #include "base/resources.h"
 #include "desktop/windowregistry.h"
+#include "editor/attributespanel.h"
 #include "editor/checkpanel.h"
 #include "editor/hiddenelements.h"
 #include "editor/metasheet.h"
@@ -44,6 +45,7 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
     createOutline();
     createRendering();
     createEdits();
+    createAttributes();
     createStyleSheets();
     createSaver();
     createFollower();
@@ -57,7 +59,8 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
                                  *m_edits, *m_saver, *m_viewController},
                                 std::move(recentPages));
     connectChanges();
-    m_layout.emplace(*this, *m_ui->splitView, PageLayout::Sides{m_ui->outlineAction, m_ui->stylesAction});
+    m_layout.emplace(*this, *m_ui->splitView, *m_ui->sideView,
+                     PageLayout::Sides{m_ui->outlineAction, m_ui->attributesAction, m_ui->stylesAction});
     WindowRegistry::instance().add(this);
     WindowRegistry::instance().fill(m_ui->windowsMenu);
     updateWindow();
@@ -107,6 +110,15 @@ void HTMLDocument::createEdits()
     connect(m_outline, &OutlineModel::elementDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);
     m_metaSheet = new MetaSheet(this);
     connect(m_metaSheet, &MetaSheet::confirmed, m_edits, &PageEdits::changeTitle);
+}
+
+void HTMLDocument::createAttributes()
+{
+    auto* const panel = new AttributesPanel(
+        {m_ui->attributesLabel, m_ui->attributesView, m_ui->altNotice, m_ui->decorativeButton,
+         m_ui->keepRatioBox, m_ui->imageLinkButton, m_ui->makeLinkAction, m_ui->editLinkAction},
+        m_tree, *m_selection, *m_edits, *m_viewController, this);
+    connect(panel, &AttributesPanel::refused, this, [this](const QString& reason) { tell(reason); });
 }
 
 void HTMLDocument::createStyleSheets()

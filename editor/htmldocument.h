@@ -150,6 +150,7 @@ private:
     void createOutline();
     void createRendering();
     void createEdits();
+    void createAttributes();
     void createStyleSheets();
     void createSaver();
     void createFollower();

@@ -13,8 +13,10 @@
 
 #include <QUndoStack>
 
+#include <algorithm>
 #include <functional>
 #include <string>
+#include <utility>
 
 namespace luma {
 
@@ -114,7 +116,8 @@ void PageEdits::change(const QPersistentModelIndex& row,
             emit refused(QString::fromStdString(changed.error().text));
         if (m_stack.index() != before)
             emit edited();
-        then(static_cast<bool>(changed));
+        if (then)
+            then(static_cast<bool>(changed));
     });
 }
 
@@ -151,6 +154,26 @@ void PageEdits::changeAttribute(const QPersistentModelIndex& row, const std::str
         return {};
     };
     change(row, exchange, then);
+}
+
+void PageEdits::setAttributes(const QPersistentModelIndex& row, std::vector<html::Attribute> attributes,
+                              const QString& name)
+{
+    const auto set = [this, attributes = std::move(attributes),
+                      name](html::Element& element) -> Result<void> {
+        std::vector<html::Attribute> all = element.attributes();
+        for (const html::Attribute& wanted : attributes) {
+            const auto old = std::find_if(all.begin(), all.end(),
+                                          [&wanted](const auto& each) { return each.name == wanted.name; });
+            if (old == all.end())
+                all.push_back(wanted);
+            else
+                *old = wanted;
+        }
+        m_commands.setAttributes(element, std::move(all), name);
+        return {};
+    };
+    change(row, set, {});
 }
 
 void PageEdits::editAttributes(TagAction action, const QString& title)

@@ -11,6 +11,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class QUndoStack;
 
@@ -41,11 +42,14 @@ public:
     void moveUp();
     void moveDown();
     /// Gives the element of a row another tag name, or exchanges its attribute of that name for another
-    /// (withAttributeText). Then calls `then`, and says whether the edit was allowed.
+    /// (withAttributeText). Then calls `then`, if there is one, and says whether the edit was allowed.
     using Then = std::function<void(bool isDone)>;
     void changeTag(const QPersistentModelIndex& row, const QString& name, const Then& then);
     void changeAttribute(const QPersistentModelIndex& row, const std::string& attribute, const QString& text,
                          const Then& then);
+    /// Gives the element of a row these attributes, the others stay, as one step of that name.
+    void setAttributes(const QPersistentModelIndex& row, std::vector<html::Attribute> attributes,
+                       const QString& name);
     /// Performs an entry of the outline's menu.
     void perform(TagAction action, const QString& title);
     void changeTitle(const QString& title);

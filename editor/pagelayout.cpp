@@ -21,15 +21,16 @@ constexpr int widestSide = narrowestSide + 110;
 
 } // namespace
 
-PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView, const Sides& sides)
-    : m_window(window), m_splitView(splitView), m_sides(sides)
+PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView, QSplitter& sideView, const Sides& sides)
+    : m_window(window), m_splitView(splitView), m_sideView(sideView), m_sides(sides)
 {
     for (const int side : {0, 2}) {
         splitView.widget(side)->setMinimumWidth(narrowestSide);
         splitView.widget(side)->setMaximumWidth(widestSide);
     }
     QObject::connect(sides.outline, &QAction::toggled, splitView.widget(0), &QWidget::setVisible);
-    QObject::connect(sides.styles, &QAction::toggled, splitView.widget(2), &QWidget::setVisible);
+    for (const QAction* const action : {sides.attributes, sides.styles})
+        QObject::connect(action, &QAction::toggled, &sideView, [this] { showSide(); });
     splitView.setStretchFactor(1, 1);
     splitView.setSizes({widestSide, window.width(), widestSide});
 }
@@ -44,12 +45,19 @@ void PageLayout::makeRoomForTexts()
     }
 }
 
+void PageLayout::showSide()
+{
+    m_sideView.widget(0)->setVisible(m_sides.attributes->isChecked());
+    m_sideView.widget(1)->setVisible(m_sides.styles->isChecked());
+    m_sideView.setVisible(m_sides.attributes->isChecked() || m_sides.styles->isChecked());
+}
+
 QByteArray PageLayout::state() const
 {
     QByteArray state;
     QDataStream stream(&state, QIODevice::WriteOnly);
     stream << m_window.saveGeometry() << m_splitView.saveState() << m_sides.outline->isChecked()
-           << m_sides.styles->isChecked();
+           << m_sides.styles->isChecked() << m_sides.attributes->isChecked() << m_sideView.saveState();
     return state;
 }
 
@@ -59,19 +67,23 @@ void PageLayout::restore(const QByteArray& state)
     QByteArray split;
     QDataStream stream(state);
     stream >> geometry >> split;
+    const bool isOf10 = stream.status() == QDataStream::Ok && stream.atEnd(); // which could hide nothing
+    QByteArray sideSplit;
+    bool showsOutline = true;
+    bool showsStyles = true;
+    bool showsAttributes = true;
+    if (!isOf10)
+        stream >> showsOutline >> showsStyles >> showsAttributes >> sideSplit;
     if (stream.status() != QDataStream::Ok)
         return;
     m_window.restoreGeometry(geometry);
     m_splitView.restoreState(split);
-    if (stream.atEnd()) // written by 1.0
-        return;
-    bool showsOutline = true;
-    bool showsStyles = true;
-    stream >> showsOutline >> showsStyles;
-    if (stream.status() != QDataStream::Ok)
+    m_sideView.restoreState(sideSplit);
+    if (isOf10)
         return;
     m_sides.outline->setChecked(showsOutline);
     m_sides.styles->setChecked(showsStyles);
+    m_sides.attributes->setChecked(showsAttributes);
 }
 
 void PageLayout::fitTo(int pageWidth)

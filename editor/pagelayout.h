@@ -9,21 +9,22 @@ class QSplitter;
 
 namespace luma {
 
-/// The sizes of a page's window: its frame and the three parts of its split view, with limits for the sides, which can be
-/// hidden.
+/// The sizes of a page's window: its frame and the three parts of its split view, with limits for the sides. The outline on
+/// the left can be hidden, and so can both parts of the other side, the attributes and the style sheets.
 class PageLayout final
 {
 public:
-    /// The checkable actions that show or hide the outline and the style sheets.
+    /// The checkable actions that show or hide the outline, the attributes and the style sheets.
     struct Sides
     {
         QAction* outline;
+        QAction* attributes;
         QAction* styles;
     };
     /// Sets the parts' limits and initial sizes. Widgets and actions must outlive this object.
-    PageLayout(QMainWindow& window, QSplitter& splitView, const Sides& sides);
+    PageLayout(QMainWindow& window, QSplitter& splitView, QSplitter& sideView, const Sides& sides);
 
-    /// Widens the outline and the style sheets where a large font needs more than their limits; once the texts are set.
+    /// Widens the sides where a large font needs more than their limits; once the texts are set.
     void makeRoomForTexts();
     [[nodiscard]] QByteArray state() const;
     /// Restores what state() returned; anything else is ignored.
@@ -33,8 +34,11 @@ public:
     void fitTo(int pageWidth);
 
 private:
+    void showSide();
+
     QMainWindow& m_window;
     QSplitter& m_splitView;
+    QSplitter& m_sideView;
     Sides m_sides;
     bool m_wasFitted = false;
 };

@@ -364,7 +364,10 @@ private slots:
         open("<title>T</title><p>one</p>");
         const QByteArray before = window->layoutState();
         trigger("outlineAction");
+        trigger("attributesAction");
+        QVERIFY(the<QWidget>("stylePane")->isVisible());
         trigger("stylesAction");
+        QVERIFY(!the<QWidget>("sideView")->isVisible());
         QVERIFY(!outline()->isVisible());
         QVERIFY(!the<QWidget>("stylePane")->isVisible());
         luma::test::saveScreenshots(*window, "page-alone");
@@ -373,10 +376,12 @@ private slots:
         window->restoreLayoutState(alone);
         QVERIFY(!outline()->isVisible());
         QVERIFY(!the<QAction>("stylesAction")->isChecked());
+        QVERIFY(!the<QAction>("attributesAction")->isChecked());
         trigger("findAction");
         QVERIFY(outline()->isVisible());
         window->restoreLayoutState(before);
         QVERIFY(the<QWidget>("stylePane")->isVisible());
+        QVERIFY(the<QWidget>("attributesPane")->isVisible());
         QVERIFY(outline()->width() >= 179);
         window->restoreLayoutState(alone.chopped(1));
         QVERIFY(outline()->isVisible());
