@@ -168,13 +168,10 @@ void AttributesPanel::remove(const ElementAttribute& attribute)
 void AttributesPanel::setSize(const std::string& side, int length)
 {
     const html::Element* const element = OutlineModel::elementAt(m_row);
-    const auto path = element ? pathOf(*element) : std::nullopt;
+    const auto path = element ? pathForScript(*element) : std::nullopt;
     if (!path)
         return;
-    QStringList steps;
-    for (const int step : *path)
-        steps.append(QString::number(step));
-    const QString script = QStringLiteral("naturalSize([%1])").arg(steps.join(u','));
+    const QString script = QStringLiteral("naturalSize(%1)").arg(*path);
     m_rendering.ask(script, this, [this, side, length, row = m_row](const QVariant& answer) {
         const QVariantList size = answer.toList();
         const double width = size.value(0).toDouble();

@@ -33,13 +33,9 @@ void HiddenElements::showInPage()
     QStringList paths;
     for (const QPersistentModelIndex& index : m_outline.hidden()) {
         const html::Element* const element = OutlineModel::elementAt(index);
-        const auto path = element ? pathOf(*element) : std::nullopt;
-        if (!path)
-            continue;
-        QStringList steps;
-        for (const int step : *path)
-            steps.append(QString::number(step));
-        paths.append(QStringLiteral("[%1]").arg(steps.join(u',')));
+        const auto path = element ? pathForScript(*element) : std::nullopt;
+        if (path)
+            paths.append(*path);
     }
     m_rendering.evaluate(QStringLiteral("hideElements([%1])").arg(paths.join(u',')));
 }

@@ -6,6 +6,7 @@
 #include "html/serializer.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <algorithm>
 #include <limits>
@@ -147,6 +148,17 @@ std::optional<std::vector<int>> pathOf(const html::Element& element)
         return {};
     std::reverse(path.begin(), path.end());
     return path;
+}
+
+std::optional<QString> pathForScript(const html::Element& element)
+{
+    const auto path = pathOf(element);
+    if (!path)
+        return {};
+    QStringList steps;
+    for (const int step : *path)
+        steps.append(QString::number(step));
+    return u'[' + steps.join(u',') + u']';
 }
 
 std::optional<MarkupDifference> differenceOf(const html::Document& document, const SubtreeChange& change)

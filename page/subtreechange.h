@@ -4,6 +4,8 @@
 #include "html/document.h"
 #include "page/markupdifference.h"
 
+#include <QString>
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -28,6 +30,8 @@ struct SubtreeChange
 html::Element* elementAtPath(const html::Document& document, const std::vector<int>& path);
 /// The path of an element; none for what is in a template or not below the root element.
 std::optional<std::vector<int>> pathOf(const html::Element& element);
+/// The same as the page's scripts take it: "[1,0]".
+std::optional<QString> pathForScript(const html::Element& element);
 
 /// What makes the tree follow a change of the rendering, which is not trusted. Nothing if the change does not fit the
 /// tree, or if its markup parses to other elements than it says.
