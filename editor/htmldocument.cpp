@@ -83,6 +83,9 @@ void HTMLDocument::createOutline()
 void HTMLDocument::createRendering()
 {
     m_viewController = new ViewController(*this, m_ui->contentView, m_ui->infoText);
+    connect(m_viewController, &ViewController::failed, this, [this](const QString& reason) {
+        tell(tr("The picture was not copied: %1").arg(reason));
+    });
     OutlineView* const view = m_ui->myOutlineView;
     m_selection = new OutlineSelection(*view, *m_outline, *m_viewController, this);
     connect(m_selection, &OutlineSelection::selectedByUser, m_selection, &OutlineSelection::showInPage);

@@ -119,10 +119,9 @@ bool TagRules::canDrop(const html::Element* dragged, const html::Element* target
 html::Position TagRules::dropPosition(html::Element& target, int childIndex, const html::Element* moved)
 {
     const std::vector<html::Element*> children = target.children();
-    const int before = childIndex - 1;
     html::Position place = {&target, target.firstChild()};
-    if (before >= 1 && !children.empty()) {
-        const auto index = static_cast<std::size_t>(before);
+    if (childIndex >= 0 && !children.empty()) {
+        const auto index = static_cast<std::size_t>(childIndex);
         place.next = index < children.size() ? children[index] : children.back()->next();
     }
     // A position is the node that follows, which must not be the one that moves away.

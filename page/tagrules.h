@@ -43,9 +43,9 @@ public:
     bool canDrag(const html::Element* element) const;
     /// Whether `dragged` may become a child of `target`.
     bool canDrop(const html::Element* dragged, const html::Element* target) const;
-    /// Where an element lands that is dropped at `childIndex` (-1: onto the target itself) among the element
-    /// children of `target`. Off by one on purpose: a drop between children i-1 and i lands before child i-1.
-    /// `moved` is the element that moves there, null for a copy; the position stays valid once it is detached.
+    /// Where an element lands that is dropped at `childIndex` among the element children of `target`: before that child,
+    /// behind the last one, or, dropped onto the target itself (-1), at its beginning. `moved` is the element that moves
+    /// there, null for a copy; the position stays valid once it is detached.
     static html::Position dropPosition(html::Element& target, int childIndex, const html::Element* moved);
 
     /// The inner markup that a new element of the tag starts with; a null QString for a tag that can't be

@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "web/linkactions.h"
 
+#include "base/fileuri.h"
+#include "base/mainhop.h"
+#include "page/picturecopy.h"
 #include "page/sitefolder.h"
 #include "web/linksheet.h"
 #include "web/mywebview.h"
@@ -8,8 +11,11 @@
 #include "web/scriptcall.h"
 
 #include <QLabel>
+#include <QMessageBox>
+#include <QPushButton>
 #include <QUrl>
 
+#include <memory>
 #include <utility>
 
 namespace luma {
@@ -24,7 +30,13 @@ LinkActions::LinkActions(PageDocument& document, MyWebView& view, QLabel* infoTe
       m_perform(std::move(perform))
 {
     connect(m_sheet, &LinkSheet::confirmed, this, &LinkActions::confirm);
-    connect(&view, &MyWebView::filesDropped, this, &LinkActions::insertFiles);
+    connect(&view, &MyWebView::filesDropped, this, &LinkActions::takeFiles);
+}
+
+LinkActions::~LinkActions()
+{
+    if (m_copies)
+        m_copies->cancel();
 }
 
 void LinkActions::makeLink()
@@ -64,6 +76,68 @@ void LinkActions::confirm(const QString& address)
         break;
     }
     m_view.setFocus();
+}
+
+bool LinkActions::isPictureOutside(const QUrl& file) const
+{
+    const auto path = LinkSheet::fileOf(file);
+    return contentTypeOf(path).starts_with("image/") && !m_document.siteFolder().realPath(path);
+}
+
+void LinkActions::takeFiles(const QList<QUrl>& files, const QPointF& where)
+{
+    QStringList outside;
+    for (const QUrl& file : files) {
+        if (isPictureOutside(file))
+            outside.append(file.fileName());
+    }
+    if (outside.isEmpty())
+        insertFiles(files, where);
+    else
+        askAboutPictures(files, outside, where);
+}
+
+void LinkActions::askAboutPictures(const QList<QUrl>& files, const QStringList& outside, const QPointF& where)
+{
+    auto* const box = new QMessageBox(QMessageBox::Question, tr("Drop"),
+                                      tr("Not in the site: %1").arg(outside.join(QLatin1String(", "))),
+                                      QMessageBox::Cancel, m_view.window());
+    box->setObjectName(QStringLiteral("pictureQuestion"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(tr("A copy in the site is published with the page."));
+    const auto* const insert = box->addButton(tr("Insert Without Copy"), QMessageBox::ActionRole);
+    auto* const copy = box->addButton(tr("Copy Into Site"), QMessageBox::AcceptRole);
+    box->setDefaultButton(copy);
+    connect(insert, &QPushButton::clicked, this, [this, files, where] { insertFiles(files, where); });
+    connect(copy, &QPushButton::clicked, this, [this, files, where] { copyAndInsert(files, where); });
+    box->open();
+}
+
+void LinkActions::copyAndInsert(const QList<QUrl>& files, const QPointF& where)
+{
+    m_copies = std::make_shared<WorkItem>();
+    QList<bool> isCopied;
+    for (const QUrl& file : files)
+        isCopied.append(isPictureOutside(file));
+    start(m_copies, [self = QPointer(this), files, isCopied, where,
+                     site = m_document.siteFolder()](const WorkItem& item) {
+        const auto stillWanted = [&item] { return !item.isCancelled(); };
+        QList<QUrl> inserted = files;
+        for (qsizetype i = 0; i < files.size(); ++i) {
+            if (!isCopied.at(i))
+                continue;
+            const auto copy = copyPictureIntoSite(LinkSheet::fileOf(files.at(i)), site, stillWanted);
+            if (!copy) {
+                onMain(self, [&copy](LinkActions& actions) {
+                    emit actions.failed(QString::fromStdString(copy.error().text));
+                });
+                return;
+            }
+            inserted[i] = QUrl::fromEncoded(fileUri(*copy));
+        }
+        onMain(self, [&inserted, &where](LinkActions& actions) { actions.insertFiles(inserted, where); });
+    });
 }
 
 void LinkActions::insertFiles(const QList<QUrl>& files, const QPointF& where)

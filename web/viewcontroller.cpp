@@ -85,6 +85,7 @@ void ViewController::createSheets()
     m_links = new LinkActions(
         m_document, *m_webView, m_infoText,
         [this](const QString& name, const QString& script) { perform(name, script); }, this);
+    connect(m_links, &LinkActions::failed, this, &ViewController::failed);
     m_sourcePanel = new SourcePanel(m_contentView);
     m_console = new ScriptConsole(m_contentView);
     new ConsoleRuns(*m_console, m_webView->editorPage(), *m_catchUp, *m_reader, this);

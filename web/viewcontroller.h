@@ -88,6 +88,8 @@ signals:
     void selectionRestored();
     /// The titles (English) of the text styles and of the alignment at the selection; the menus are up to date.
     void formatsChanged(const QStringList& titles);
+    /// What the user wanted could not be done, for this reason.
+    void failed(const QString& reason);
 
 public slots:
     void removeLink();

@@ -233,6 +233,31 @@ private slots:
         QCOMPARE(page().url().fileName(), "page.html");
     }
 
+    // Beside a picture of the site that has its name, the copy gets a number.
+    void droppedPicture_isCopiedIntoTheSiteIfTheUserWants_data()
+    {
+        const test::Rows<QString, QByteArray, bool> row("button", "address", "isCopied");
+        row("copy", "Copy Into Site", "src=\"img/cat-2.png\"", true);
+        row("no copy", "Insert Without Copy", "cat.png\" alt=\"\"", false);
+    }
+    void droppedPicture_isCopiedIntoTheSiteIfTheUserWants()
+    {
+        put("outside/cat.png", "theirs");
+        put("site/img/cat.png", "ours");
+        put("site/page.html", "<body style=\"margin: 0; font-size: 60px\"><p style=\"margin: 0\">one</p>");
+        open(at("site/page.html"), at("site"));
+        drop({QUrl::fromLocalFile(QString::fromStdString(at("outside/cat.png").native()))});
+        QFETCH(QString, button);
+        QFETCH(QByteArray, address);
+        QFETCH(bool, isCopied);
+        answerQuestion("pictureQuestion", qPrintable(button));
+        QTRY_VERIFY2(body().contains(address), body().constData());
+        QCOMPARE(std::filesystem::exists(at("site/img/cat-2.png")), isCopied);
+        QCOMPARE(file("site/img/cat.png"), std::string("ours"));
+        if (isCopied)
+            QCOMPARE(file("site/img/cat-2.png"), std::string("theirs"));
+    }
+
     // What a process that replaced a killed one may be without.
     void deafPage_isEditedAllTheSame_data()
     {

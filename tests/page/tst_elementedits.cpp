@@ -57,8 +57,7 @@ private slots:
         QTEST(TagRules().canDrop(find(dragged), find(target)), "allowed");
     }
 
-    // The place is one further up than the outline proposes, on purpose.
-    void drop_landsOneBefore_data()
+    void drop_landsWhereTheLineIs_data()
     {
         QTest::addColumn<QByteArray>("moved");
         QTest::addColumn<int>("childIndex");
@@ -69,20 +68,21 @@ private slots:
         };
         row("x", -1, "xabc");
         row("x", 0, "xabc");
-        row("x", 1, "xabc");
-        row("x", 2, "axbc");
-        row("x", 3, "abxc");
-        row("x", 4, "abcx");
+        row("x", 1, "axbc");
+        row("x", 2, "abxc");
+        row("x", 3, "abcx");
         row("x", 9, "abcx");
+        row("b", 1, "abc");
         row("b", 2, "abc");
-        row("b", 3, "abc");
-        row("b", 4, "acb");
+        row("b", 3, "acb");
         row("a", 0, "abc");
-        row("a", 3, "bac");
-        row("c", 4, "abc");
-        row("c", 2, "acb");
+        row("a", 2, "bac");
+        row("a", 3, "bca");
+        row("c", 0, "cab");
+        row("c", 2, "abc");
+        row("c", 3, "abc");
     }
-    void drop_landsOneBefore()
+    void drop_landsWhereTheLineIs()
     {
         QFETCH(QByteArray, moved);
         QFETCH(int, childIndex);
