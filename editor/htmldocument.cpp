@@ -18,6 +18,7 @@
 #include "editor/pagefollower.h"
 #include "editor/pagesaver.h"
 #include "editor/stylesheeteditor.h"
+#include "editor/tablesheet.h"
 #include "html/elementat.h"
 #include "links/linkrules.h"
 #include "page/subtreechange.h"
@@ -56,7 +57,7 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
         },
         this);
     m_actions = new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_hidden, *m_check,
-                                 *m_edits, *m_saver, *m_viewController},
+                                 *m_edits, *m_saver, *m_tableSheet, *m_viewController},
                                 std::move(recentPages));
     connectChanges();
     m_layout.emplace(*this, *m_ui->splitView, *m_ui->sideView,
@@ -83,9 +84,8 @@ void HTMLDocument::createOutline()
 void HTMLDocument::createRendering()
 {
     m_viewController = new ViewController(*this, m_ui->contentView, m_ui->infoText);
-    connect(m_viewController, &ViewController::failed, this, [this](const QString& reason) {
-        tell(tr("The picture was not copied: %1").arg(reason));
-    });
+    connect(m_viewController, &ViewController::failed, this,
+            [this](const QString& reason) { tell(tr("The picture was not copied: %1").arg(reason)); });
     OutlineView* const view = m_ui->myOutlineView;
     m_selection = new OutlineSelection(*view, *m_outline, *m_viewController, this);
     connect(m_selection, &OutlineSelection::selectedByUser, m_selection, &OutlineSelection::showInPage);
@@ -113,6 +113,9 @@ void HTMLDocument::createEdits()
     connect(m_outline, &OutlineModel::elementDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);
     m_metaSheet = new MetaSheet(this);
     connect(m_metaSheet, &MetaSheet::confirmed, m_edits, &PageEdits::changeTitle);
+    m_tableSheet = new TableSheet(this);
+    connect(m_tableSheet, &TableSheet::confirmed, m_viewController, &ViewController::insertTable);
+    connect(m_viewController->webView(), &MyWebView::rowRequested, m_edits, &PageEdits::addLastRow);
 }
 
 void HTMLDocument::createAttributes()

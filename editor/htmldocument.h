@@ -39,6 +39,7 @@ class PageEdits;
 class PageFollower;
 class PageSaver;
 class StyleSheetEditor;
+class TableSheet;
 class ViewController;
 
 /// The document of one page and its window: the outline beside the live rendering and the style sheets. The
@@ -194,6 +195,7 @@ private:
     PageEdits* m_edits = nullptr;
     StyleSheetEditor* m_styleSheets = nullptr;
     MetaSheet* m_metaSheet = nullptr;
+    TableSheet* m_tableSheet = nullptr;
     PageFollower* m_follower = nullptr;
     PageSaver* m_saver = nullptr;
     PageRecovery* m_recovery = nullptr;

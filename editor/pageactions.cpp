@@ -11,6 +11,7 @@
 #include "editor/outlineselection.h"
 #include "editor/pageedits.h"
 #include "editor/pagesaver.h"
+#include "editor/tablesheet.h"
 #include "ui_HTMLDocument.h"
 #include "web/viewcontroller.h"
 
@@ -105,6 +106,16 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.editLinkAction, HasPage, [&view] { view.editLink(); }},
         {ui.removeLinkAction, HasPage, [&view] { view.removeLink(); }},
         {ui.insertImageAction, HasPage, [&view] { view.insertImage(); }, "image"},
+        {ui.insertTableAction, HasPage, [&sheet = m_parts.tableSheet] { sheet.begin(); }},
+        {ui.rowAboveAction, InTable, [&edits] { edits.editTable(TableEdit::RowAbove); }},
+        {ui.rowBelowAction, InTable, [&edits] { edits.editTable(TableEdit::RowBelow); }},
+        {ui.columnLeftAction, InTable, [&edits] { edits.editTable(TableEdit::ColumnLeft); }},
+        {ui.columnRightAction, InTable, [&edits] { edits.editTable(TableEdit::ColumnRight); }},
+        {ui.removeRowsAction, InTable, [&edits] { edits.editTable(TableEdit::RemoveRows); }},
+        {ui.removeColumnsAction, InTable, [&edits] { edits.editTable(TableEdit::RemoveColumns); }},
+        {ui.mergeCellsAction, InTable, [&edits] { edits.editTable(TableEdit::MergeCells); }},
+        {ui.splitCellAction, InTable, [&edits] { edits.editTable(TableEdit::SplitCell); }},
+        {ui.headerRowAction, InTable, [&edits] { edits.editTable(TableEdit::HeaderRow); }},
     };
 }
 
@@ -123,6 +134,8 @@ bool PageActions::isAvailable(When when) const
         return m_parts.document.undoStack()->canRedo();
     case When::HasElement:
         return m_parts.selection.element() != nullptr;
+    case When::InTable:
+        return m_parts.selection.element() && tableAround(*m_parts.selection.element());
     case When::CanDelete:
         return m_parts.rules.canDelete(m_parts.selection.element());
     }

@@ -23,6 +23,7 @@ class OutlineSelection;
 class PageEdits;
 class PageSaver;
 class PageStore;
+class TableSheet;
 class TagRules;
 class ViewController;
 
@@ -50,6 +51,7 @@ public:
         CheckPanel& check;
         PageEdits& edits;
         PageSaver& saver;
+        TableSheet& tableSheet;
         ViewController& rendering;
     };
 
@@ -60,7 +62,7 @@ public:
     void update();
 
 private:
-    enum class When { Always, HasPage, HasFile, CanUndo, CanRedo, HasElement, CanDelete };
+    enum class When { Always, HasPage, HasFile, CanUndo, CanRedo, HasElement, InTable, CanDelete };
 
     struct Command
     {

@@ -9,6 +9,7 @@
 #include "page/elementchange.h"
 #include "page/pagetree.h"
 #include "page/subtreechange.h"
+#include "page/tablegrid.h"
 #include "web/viewcontroller.h"
 
 #include <QUndoStack>
@@ -19,6 +20,24 @@
 #include <utility>
 
 namespace luma {
+
+namespace {
+
+Error noCell()
+{
+    return Error{PageEdits::tr("Select a cell of a table first.").toStdString()};
+}
+
+std::vector<int> stepsOf(const QVariant& path)
+{
+    std::vector<int> steps;
+    const QVariantList list = path.toList();
+    for (const QVariant& step : list)
+        steps.push_back(step.toInt());
+    return steps;
+}
+
+} // namespace
 
 PageEdits::PageEdits(const TagRules& rules, PageTree& tree, QUndoStack& stack, OutlineSelection& selection,
                      ViewController& rendering, QObject* parent)
@@ -174,6 +193,58 @@ void PageEdits::setAttributes(const QPersistentModelIndex& row, std::vector<html
         return {};
     };
     change(row, set, {});
+}
+
+void PageEdits::changeTable(
+    const std::function<Result<const html::Element*>(html::Element& selected)>& change)
+{
+    whenCaughtUp([this, change] {
+        html::Element* const selected = m_selection.element();
+        if (!selected)
+            return;
+        const auto changed = [this, &change, selected] {
+            const auto quiet = m_selection.quietly();
+            auto result = change(*selected);
+            if (result)
+                m_selection.select(*result);
+            return result;
+        }();
+        if (changed)
+            emit edited();
+        else
+            emit refused(QString::fromStdString(changed.error().text));
+    });
+}
+
+void PageEdits::editTable(TableEdit edit)
+{
+    m_rendering.ask(QStringLiteral("selectedCells()"), this, [this, edit](const QVariant& answer) {
+        const QVariantList paths = answer.toList();
+        changeTable([this, edit, paths](html::Element& selected) -> Result<const html::Element*> {
+            const auto cellAt = [this](const QVariant& path) {
+                html::Element* const element = elementAtPath(*m_tree.document(), stepsOf(path));
+                return element && isTableCell(*element) ? element : nullptr;
+            };
+            html::Element* first = paths.isEmpty() ? nullptr : cellAt(paths.first());
+            html::Element* last = paths.isEmpty() ? nullptr : cellAt(paths.last());
+            if (!first || !last || tableAround(*first) != tableAround(selected))
+                first = last = tableCellFor(selected);
+            return first ? m_tableEdits.perform(edit, *first, *last) : Result<const html::Element*>(noCell());
+        });
+    });
+}
+
+void PageEdits::addLastRow()
+{
+    changeTable([this](html::Element& selected) -> Result<const html::Element*> {
+        const html::Element* const table = tableAround(selected);
+        const auto grid = table ? TableGrid::of(*table) : Result<TableGrid>(noCell());
+        if (!grid)
+            return grid.error();
+        const TableCell* const first = grid->rowCount() > 0 ? grid->at(grid->rowCount() - 1, 0) : nullptr;
+        return first ? m_tableEdits.perform(TableEdit::RowBelow, *first->element, *first->element)
+                     : Result<const html::Element*>(noCell());
+    });
 }
 
 void PageEdits::editAttributes(TagAction action, const QString& title)

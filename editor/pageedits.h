@@ -3,6 +3,7 @@
 
 #include "base/result.h"
 #include "page/pagecommands.h"
+#include "page/tableedits.h"
 #include "page/tagmenu.h"
 
 #include <QObject>
@@ -50,6 +51,10 @@ public:
     /// Gives the element of a row these attributes, the others stay, as one step of that name.
     void setAttributes(const QPersistentModelIndex& row, std::vector<html::Attribute> attributes,
                        const QString& name);
+    /// Edits the table at the cells that are selected in the rendering, or else at the one of the selected element.
+    void editTable(TableEdit edit);
+    /// Adds a row below the last one and selects its first cell.
+    void addLastRow();
     /// Performs an entry of the outline's menu.
     void perform(TagAction action, const QString& title);
     void changeTitle(const QString& title);
@@ -85,6 +90,7 @@ private:
     void change(const QPersistentModelIndex& row, const std::function<Result<void>(html::Element&)>& change,
                 const Then& then);
     void moveSelected(void (PageCommands::*move)(html::Element&));
+    void changeTable(const std::function<Result<const html::Element*>(html::Element& selected)>& change);
     void editAttributes(TagAction action, const QString& title);
     void travelHistory(void (QUndoStack::*step)());
     void whenCaughtUp(const std::function<void()>& edit);
@@ -95,6 +101,7 @@ private:
     OutlineSelection& m_selection;
     ViewController& m_rendering;
     PageCommands m_commands{m_tree, m_stack};
+    TableEdits m_tableEdits{m_tree, m_stack};
 };
 
 } // namespace luma

@@ -117,7 +117,7 @@ void MyWebView::keepForLater(const QEvent& event)
     });
 }
 
-// Moves to the next cell of a table. Elsewhere it moves the focus, which the engine would keep in a page that is edited
+// Moves to the next cell of a table, which gets another row behind its last one. Elsewhere it moves the focus, which the engine would keep in a page that is edited
 // as a whole.
 bool MyWebView::takeTabKey(const QKeyEvent& key)
 {
@@ -131,8 +131,10 @@ bool MyWebView::takeTabKey(const QKeyEvent& key)
     m_heldInput.hold();
     ScriptCall::ask(m_page.get(),
                     isForward ? QStringLiteral("moveToCell(1)") : QStringLiteral("moveToCell(-1)"), this,
-                    [this, isForward](const QVariant& hasMoved) {
-                        if (!hasMoved.toBool())
+                    [this, isForward](const QVariant& answer) {
+                        if (isForward && answer == QLatin1String("end"))
+                            emit rowRequested();
+                        else if (answer != QLatin1String("moved"))
                             focusNextPrevChild(isForward);
                         m_heldInput.release();
                     });

@@ -48,6 +48,8 @@ signals:
     /// Files were dropped at a point of the view, in its pixels.
     void filesDropped(const QList<QUrl>& files, const QPointF& where);
     void inspectElementRequested();
+    /// Tab was pressed in the last cell of a table.
+    void rowRequested();
     /// The undo or redo keys were pressed; the engine's own history is not used.
     void undoRequested();
     void redoRequested();

@@ -383,6 +383,15 @@ void ViewController::insertImage()
     m_links->insertImage();
 }
 
+void ViewController::insertTable(int rows, int columns, bool hasHeader)
+{
+    perform(tr("Insert Table"), QStringLiteral("insertTable(%1, %2, %3)")
+                                    .arg(rows)
+                                    .arg(columns)
+                                    .arg(hasHeader ? QLatin1String("true") : QLatin1String("false")));
+    m_webView->setFocus();
+}
+
 LinkSheet* ViewController::linkSheet() const
 {
     return m_links->sheet();

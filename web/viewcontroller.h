@@ -104,6 +104,8 @@ public slots:
     void makeLink();
     void editLink();
     void insertImage();
+    /// At the caret, with empty cells.
+    void insertTable(int rows, int columns, bool hasHeader);
     void showSource();
     void showScriptConsole();
     void inspectElement();

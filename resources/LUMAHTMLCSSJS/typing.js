@@ -207,16 +207,3 @@ document.addEventListener('selectionchange', () => {
     if (typing.blank && !(anchorNode === typing.blank && anchorOffset === typing.blank.length))
         settleBlank();
 });
-
-// Tab and Shift+Tab move between cells. Returns whether there was one to go to.
-function moveToCell(step) {
-    const cell = currentRange() && cellAt(currentRange().startContainer);
-    const cells = cell ? Array.from(cell.closest('table').querySelectorAll('td, th'))
-        .filter((each) => each.closest('table') === cell.closest('table')) : [];
-    const next = cells[cells.indexOf(cell) + step];
-    if (!next)
-        return false;
-    getSelection().selectAllChildren(next);
-    reveal(next);
-    return true;
-}
