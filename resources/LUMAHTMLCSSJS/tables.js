@@ -77,8 +77,8 @@ function reaches(range, cell) {
         return true;
     const inner = document.createRange();
     inner.selectNodeContents(cell);
-    if (range.compareBoundaryPoints(Range.START_TO_END, inner) < 0
-        || range.compareBoundaryPoints(Range.END_TO_START, inner) >= 0)
+    if (range.compareBoundaryPoints(range.START_TO_END, inner) < 0
+        || range.compareBoundaryPoints(range.END_TO_START, inner) >= 0)
         return false;
     // A triple click selects up to the beginning of the next cell.
     return range.endOffset > 0 || !cell.contains(range.endContainer) || cell.textContent.trim() === '';

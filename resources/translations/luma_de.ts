@@ -504,6 +504,122 @@
         <source>List what is wrong with the page: missing texts, links, repeated ids, contrast</source>
         <translation>Zeigt, was an der Seite nicht stimmt: fehlende Texte, Links, mehrfache ids, Kontrast</translation>
     </message>
+    <message>
+        <source>&amp;Table</source>
+        <translation>&amp;Tabelle</translation>
+    </message>
+    <message>
+        <source>&amp;Insert Table...</source>
+        <translation>Tabelle e&amp;infügen …</translation>
+    </message>
+    <message>
+        <source>Insert a table at the caret</source>
+        <translation>Eine Tabelle an der Einfügemarke einfügen</translation>
+    </message>
+    <message>
+        <source>Row &amp;Above</source>
+        <translation>Zeile &amp;darüber</translation>
+    </message>
+    <message>
+        <source>Add a row above the selected cells</source>
+        <translation>Eine Zeile über den ausgewählten Zellen einfügen</translation>
+    </message>
+    <message>
+        <source>Row &amp;Below</source>
+        <translation>Zeile dar&amp;unter</translation>
+    </message>
+    <message>
+        <source>Add a row below the selected cells</source>
+        <translation>Eine Zeile unter den ausgewählten Zellen einfügen</translation>
+    </message>
+    <message>
+        <source>Column &amp;Left</source>
+        <translation>Spalte &amp;links</translation>
+    </message>
+    <message>
+        <source>Add a column left of the selected cells</source>
+        <translation>Eine Spalte links von den ausgewählten Zellen einfügen</translation>
+    </message>
+    <message>
+        <source>Column &amp;Right</source>
+        <translation>Spalte &amp;rechts</translation>
+    </message>
+    <message>
+        <source>Add a column right of the selected cells</source>
+        <translation>Eine Spalte rechts von den ausgewählten Zellen einfügen</translation>
+    </message>
+    <message>
+        <source>Remove R&amp;ow</source>
+        <translation>&amp;Zeile entfernen</translation>
+    </message>
+    <message>
+        <source>Remove the rows of the selected cells</source>
+        <translation>Die Zeilen der ausgewählten Zellen entfernen</translation>
+    </message>
+    <message>
+        <source>Remove &amp;Column</source>
+        <translation>S&amp;palte entfernen</translation>
+    </message>
+    <message>
+        <source>Remove the columns of the selected cells</source>
+        <translation>Die Spalten der ausgewählten Zellen entfernen</translation>
+    </message>
+    <message>
+        <source>&amp;Merge Cells</source>
+        <translation>Zellen &amp;verbinden</translation>
+    </message>
+    <message>
+        <source>Make one cell of the selected ones</source>
+        <translation>Aus den ausgewählten Zellen eine machen</translation>
+    </message>
+    <message>
+        <source>&amp;Split Cell</source>
+        <translation>Zelle &amp;teilen</translation>
+    </message>
+    <message>
+        <source>Make a merged cell single cells again</source>
+        <translation>Eine verbundene Zelle wieder in einzelne teilen</translation>
+    </message>
+    <message>
+        <source>&amp;Header Row</source>
+        <translation>&amp;Kopfzeile</translation>
+    </message>
+    <message>
+        <source>Make the first row of the table a header, or one of the body</source>
+        <translation>Die erste Zeile der Tabelle zum Kopf machen oder zu einer des Rumpfes</translation>
+    </message>
+    <message>
+        <source>Attributes</source>
+        <translation>Attribute</translation>
+    </message>
+    <message>
+        <source>This image has no text for readers who don&apos;t see it (alt).</source>
+        <translation>Dieses Bild hat keinen Text für Leser, die es nicht sehen (alt).</translation>
+    </message>
+    <message>
+        <source>Needs No Text</source>
+        <translation>Braucht keinen Text</translation>
+    </message>
+    <message>
+        <source>The image is for decoration: screen readers skip it</source>
+        <translation>Das Bild ist Schmuck: Screenreader übergehen es</translation>
+    </message>
+    <message>
+        <source>Keep ratio</source>
+        <translation>Seitenverhältnis halten</translation>
+    </message>
+    <message>
+        <source>Width and height change together</source>
+        <translation>Breite und Höhe ändern sich gemeinsam</translation>
+    </message>
+    <message>
+        <source>Make Link...</source>
+        <translation>Link anlegen …</translation>
+    </message>
+    <message>
+        <source>Show Attri&amp;butes</source>
+        <translation>Attri&amp;bute anzeigen</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -1616,6 +1732,41 @@ entwuerfe/</translation>
     </message>
 </context>
 <context>
+    <name>TableSheet</name>
+    <message>
+        <source>Insert table</source>
+        <translation>Tabelle einfügen</translation>
+    </message>
+    <message>
+        <source>&amp;Rows:</source>
+        <translation>&amp;Zeilen:</translation>
+    </message>
+    <message>
+        <source>Rows</source>
+        <translation>Zeilen</translation>
+    </message>
+    <message>
+        <source>&amp;Columns:</source>
+        <translation>&amp;Spalten:</translation>
+    </message>
+    <message>
+        <source>Columns</source>
+        <translation>Spalten</translation>
+    </message>
+    <message>
+        <source>The first row is a &amp;header</source>
+        <translation>Die erste Zeile ist ein &amp;Kopf</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Insert Table</source>
+        <translation>Tabelle einfügen</translation>
+    </message>
+</context>
+<context>
     <name>TickList</name>
     <message>
         <source>&amp;All</source>
@@ -1655,6 +1806,40 @@ entwuerfe/</translation>
     <message>
         <source>&amp;Close</source>
         <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::AttributesModel</name>
+    <message>
+        <source>Attribute</source>
+        <translation>Attribut</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+</context>
+<context>
+    <name>luma::AttributesPanel</name>
+    <message>
+        <source>Attributes of &lt;%1&gt;</source>
+        <translation>Attribute von &lt;%1&gt;</translation>
+    </message>
+    <message>
+        <source>Attributes</source>
+        <translation>Attribute</translation>
+    </message>
+    <message>
+        <source>Edit Link...</source>
+        <translation>Link bearbeiten …</translation>
+    </message>
+    <message>
+        <source>Make Link...</source>
+        <translation>Link anlegen …</translation>
+    </message>
+    <message>
+        <source>Change Size</source>
+        <translation>Größe ändern</translation>
     </message>
 </context>
 <context>
@@ -1906,6 +2091,13 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Select &amp;All</source>
         <translation>Alles aus&amp;wählen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ElementAttributes</name>
+    <message>
+        <source>“%1” is not a number.</source>
+        <translation>„%1“ ist keine Zahl.</translation>
     </message>
 </context>
 <context>
@@ -2215,6 +2407,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>These edits were not saved when LUMA ended. Undo shows the page without them.</source>
         <translation>Diese Änderungen waren nicht gesichert, als LUMA endete. „Rückgängig“ zeigt die Seite ohne sie.</translation>
     </message>
+    <message>
+        <source>The picture was not copied: %1</source>
+        <translation>Das Bild wurde nicht kopiert: %1</translation>
+    </message>
 </context>
 <context>
     <name>luma::HaldenDoc</name>
@@ -2481,6 +2677,22 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>%1 is outside the site</source>
         <translation>%1 liegt außerhalb der Website</translation>
+    </message>
+    <message>
+        <source>Not in the site: %1</source>
+        <translation>Nicht in der Website: %1</translation>
+    </message>
+    <message>
+        <source>A copy in the site is published with the page.</source>
+        <translation>Eine Kopie in der Website wird mit der Seite veröffentlicht.</translation>
+    </message>
+    <message>
+        <source>Insert Without Copy</source>
+        <translation>Ohne Kopie einfügen</translation>
+    </message>
+    <message>
+        <source>Copy Into Site</source>
+        <translation>In die Website kopieren</translation>
     </message>
 </context>
 <context>
@@ -3074,6 +3286,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Change Attribute</source>
         <translation>Attribut ändern</translation>
+    </message>
+    <message>
+        <source>Select a cell of a table first.</source>
+        <translation>Wählen Sie zuerst eine Zelle einer Tabelle aus.</translation>
     </message>
 </context>
 <context>
@@ -3875,6 +4091,64 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     </message>
 </context>
 <context>
+    <name>luma::TableEdits</name>
+    <message>
+        <source>Add Row</source>
+        <translation>Zeile einfügen</translation>
+    </message>
+    <message>
+        <source>Add Column</source>
+        <translation>Spalte einfügen</translation>
+    </message>
+    <message>
+        <source>Remove Row</source>
+        <translation>Zeile entfernen</translation>
+    </message>
+    <message>
+        <source>Remove Column</source>
+        <translation>Spalte entfernen</translation>
+    </message>
+    <message>
+        <source>Merge Cells</source>
+        <translation>Zellen verbinden</translation>
+    </message>
+    <message>
+        <source>Split Cell</source>
+        <translation>Zelle teilen</translation>
+    </message>
+    <message>
+        <source>Header Row</source>
+        <translation>Kopfzeile</translation>
+    </message>
+    <message>
+        <source>Select the cells that are to become one first.</source>
+        <translation>Wählen Sie zuerst die Zellen aus, die eine werden sollen.</translation>
+    </message>
+    <message>
+        <source>Cells of the header and of the body can&apos;t be merged.</source>
+        <translation>Zellen des Kopfes und des Rumpfes lassen sich nicht verbinden.</translation>
+    </message>
+    <message>
+        <source>Only a merged cell can be split.</source>
+        <translation>Nur eine verbundene Zelle lässt sich teilen.</translation>
+    </message>
+    <message>
+        <source>A cell of the first row reaches into the next one. Split it first.</source>
+        <translation>Eine Zelle der ersten Zeile reicht in die nächste. Teilen Sie sie zuerst.</translation>
+    </message>
+    <message>
+        <source>Select a cell of a table first.</source>
+        <translation>Wählen Sie zuerst eine Zelle einer Tabelle aus.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::TableGrid</name>
+    <message>
+        <source>This table is too large to be changed here.</source>
+        <translation>Diese Tabelle ist zu groß, um sie hier zu ändern.</translation>
+    </message>
+</context>
+<context>
     <name>luma::TickList</name>
     <message>
         <source>%1 of %2 selected</source>
@@ -3997,6 +4271,10 @@ OK führt zur Website von LUMA für Ventura.
     <message>
         <source>Inspect Element</source>
         <translation>Element untersuchen</translation>
+    </message>
+    <message>
+        <source>Insert Table</source>
+        <translation>Tabelle einfügen</translation>
     </message>
 </context>
 <context>

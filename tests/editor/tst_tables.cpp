@@ -68,13 +68,13 @@ private slots:
     {
         const test::Rows<QByteArray, QString, QByteArray> row("cell", "undo", "after");
         row("rowAboveAction", "c", "Add Row",
-            "<TABLE>\n<tr><td>a<td>b\n<tr><td><br></td><td><br></td></tr>\n<tr><td>c<td>d\n</table>");
+            "<TABLE>\n<tr><td>a<td>b\n<tr><td><br></td><td><br></td></tr><tr><td>c<td>d\n</table>");
         row("rowBelowAction", "c", "Add Row",
-            "<TABLE>\n<tr><td>a<td>b\n<tr><td>c<td>d\n<tr><td><br></td><td><br></td></tr>\n</table>");
+            "<TABLE>\n<tr><td>a<td>b\n<tr><td>c<td>d\n<tr><td><br></td><td><br></td></tr></table>");
         row("removeColumnsAction", "a", "Remove Column", "<TABLE>\n<tr><td>b\n<tr><td>d\n</table>");
         row("removeRowsAction", "a", "Remove Row", "<TABLE>\n<tr><td>c<td>d\n</table>");
         row("columnRightAction", "b", "Add Column",
-            "<TABLE>\n<tr><td>a<td>b\n</td><td><br></td></tr><tr><td>c<td>d\n</td><td><br></td></tr></table>");
+            "<TABLE>\n<tr><td>a<td>b\n<td><br></td><tr><td>c<td>d\n<td><br></td></table>");
     }
     void commands_changeTheTableAlone()
     {
