@@ -48,9 +48,10 @@ QWidget* PageWindows::open(const fs::path& page, const fs::path& siteFolder, QWi
     return window;
 }
 
-void PageWindows::newPage(const fs::path& siteFolder)
+void PageWindows::newPage(const fs::path& siteFolder, const fs::path& from)
 {
     HTMLDocument* const window = makeWindow(siteFolder);
+    window->useTemplate(from);
     window->show();
     window->windowDidLoad();
 }
@@ -93,6 +94,8 @@ HTMLDocument* PageWindows::makeWindow(const fs::path& siteFolder)
 void PageWindows::connectWindow(HTMLDocument* window)
 {
     connect(window, &HTMLDocument::newRequested, this, [this, window] { newPage(window->mountPath); });
+    connect(window, &HTMLDocument::newFromRequested, this,
+            [this, window](const fs::path& page) { newPage(window->mountPath, page); });
     connect(window, &HTMLDocument::openRequested, this,
             [this, window](const fs::path& page) { openFrom(window, page); });
     connect(window, &HTMLDocument::publishRequested, this, &PageWindows::publishRequested);

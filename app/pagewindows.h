@@ -39,8 +39,8 @@ public:
 
     /// See DocumentController::PageOpener.
     QWidget* open(const std::filesystem::path& page, const std::filesystem::path& siteFolder, QWidget* open);
-    /// Opens a new page from the template in the site at `siteFolder`.
-    void newPage(const std::filesystem::path& siteFolder);
+    /// Opens a new page in the site at `siteFolder`, made from the page `from`, or the usual template without one.
+    void newPage(const std::filesystem::path& siteFolder, const std::filesystem::path& from = {});
 
     /// Opens a page with the edits that an earlier run has left unsaved; in a new one if its file is gone.
     void recover(const UnsavedPage& unsaved);

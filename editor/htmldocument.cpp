@@ -4,6 +4,7 @@
 #include "base/files.h"
 #include "base/pathtext.h"
 #include "base/resources.h"
+#include "desktop/otherprograms.h"
 #include "desktop/windowregistry.h"
 #include "editor/attributespanel.h"
 #include "editor/checkpanel.h"
@@ -26,6 +27,7 @@
 #include "web/codehighlighter.h"
 #include "web/viewcontroller.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QDir>
 #include <QPointer>
@@ -145,6 +147,7 @@ void HTMLDocument::createSaver()
     m_saver = new PageSaver(this, m_store, *m_viewController, mountPath,
                             [this](const fs::path& url) { return saveToURL(url); });
     connect(m_saver, &PageSaver::openRequested, this, &HTMLDocument::openRequested);
+    connect(m_saver, &PageSaver::newFromRequested, this, &HTMLDocument::newFromRequested);
     connect(m_saver, &PageSaver::saveRequested, this, [this] { saveEverything([this] { close(); }); });
     connect(m_saver, &PageSaver::discarded, this, [this] {
         m_mayClose = true;
@@ -213,7 +216,9 @@ bool HTMLDocument::readFromURL(const fs::path& url)
 
 void HTMLDocument::windowDidLoad()
 {
-    if (!m_store.hasFile())
+    if (!m_store.hasFile() && !m_template.empty())
+        m_store.setTemplate(m_template, m_template.parent_path());
+    else if (!m_store.hasFile())
         m_store.setTemplate(resourceFolder() / "LUMAHTMLCSSJS" / "duomo.html",
                             mountPath.empty() ? pathOf(QDir::homePath()) : mountPath);
     if (load(Reading::First, QString()) && m_store.hasFile())
@@ -530,7 +535,17 @@ void HTMLDocument::saveEverything(const std::function<void()>& then)
 void HTMLDocument::noteReturn()
 {
     checkFile();
+    updateWindow();
     m_check->noteChange();
+}
+
+void HTMLDocument::openWith(const QString& program, const QString& mimeType)
+{
+    saveEverything([this, program, mimeType] {
+        if (const auto opened = otherprograms::openWith(program, mimeType, {docURL()}); !opened)
+            tell(tr("The page could not be opened there: %1")
+                     .arg(QString::fromStdString(opened.error().text)));
+    });
 }
 
 void HTMLDocument::changeEvent(QEvent* event)
@@ -553,10 +568,30 @@ void HTMLDocument::tell(const QString& text, Offer offer)
 
 void HTMLDocument::updateWindow()
 {
-    setWindowTitle(m_saver->name() + QStringLiteral("[*]"));
+    updateTitle();
     setWindowModified(isEdited());
     m_actions->update();
     m_ui->elementPath->setPath(m_selection->index());
+}
+
+void HTMLDocument::updateTitle()
+{
+    QString title = m_saver->name();
+    std::vector<HTMLDocument*> namesakes;
+    for (QWidget* const window : QApplication::topLevelWidgets()) {
+        auto* const page = qobject_cast<HTMLDocument*>(window);
+        if (page && page != this && page->isVisible() && m_store.hasFile() && page->m_store.hasFile() &&
+            page->docURL().filename() == docURL().filename())
+            namesakes.push_back(page);
+    }
+    if (!namesakes.empty())
+        title += QStringLiteral(" \u2013 ") + textOf(docURL().parent_path());
+    title += QStringLiteral("[*]");
+    if (title != windowTitle()) {
+        setWindowTitle(title);
+        for (HTMLDocument* const page : namesakes)
+            page->updateWindow();
+    }
 }
 
 void HTMLDocument::updateRecovery()

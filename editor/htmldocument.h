@@ -62,6 +62,8 @@ public:
     /// Sets the location; the page is read when the window has loaded. Without a location, the window opens a
     /// new page made from the template.
     bool readFromURL(const std::filesystem::path& url);
+    /// Makes the new page, which has no location, from this one; its links will be right where it is saved.
+    void useTemplate(const std::filesystem::path& page) { m_template = page; }
     /// What an earlier run has left of the page: windowDidLoad() takes it as an edit.
     void recover(UnsavedPage unsaved) { m_unsaved = std::move(unsaved); }
     /// Reads and shows the page. If that fails, the window shows the reason.
@@ -69,6 +71,9 @@ public:
 
     /// Saves the style sheets that are being edited and the page, then calls `then`; not if something is in the way.
     void saveEverything(const std::function<void()>& then);
+
+    /// Saves everything and opens the page with a program of otherprograms::applicationsFor().
+    void openWith(const QString& program, const QString& mimeType);
 
     /// Prints the page's source anew, as one edit that can be undone.
     void tidySource();
@@ -119,6 +124,7 @@ public:
 
 signals:
     void newRequested();
+    void newFromRequested(const std::filesystem::path& page);
     void openRequested(const std::filesystem::path& page);
     /// The user wants to publish the page, which has just been saved, with what it needs.
     void publishRequested(const std::filesystem::path& page);
@@ -175,6 +181,8 @@ private:
     void tell(const QString& text, Offer offer = Offer::Nothing);
     /// Updates the title, the actions and the path at the bottom.
     void updateWindow();
+    /// Pages of one name that are open at the same time tell their folders.
+    void updateTitle();
     /// Keeps the page's text for the case that the program ends, or forgets it when nothing is unsaved.
     void updateRecovery();
     [[nodiscard]] bool isEdited() const;
@@ -200,6 +208,7 @@ private:
     PageSaver* m_saver = nullptr;
     PageRecovery* m_recovery = nullptr;
     std::optional<UnsavedPage> m_unsaved;
+    std::filesystem::path m_template; // of a new page; empty: the usual one
     PageActions* m_actions = nullptr;
     QFileSystemWatcher m_watcher;
     std::optional<PageLayout> m_layout; // set once the window is built

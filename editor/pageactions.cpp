@@ -3,6 +3,7 @@
 
 #include "base/pathtext.h"
 #include "desktop/icons.h"
+#include "desktop/otherprograms.h"
 #include "editor/checkpanel.h"
 #include "editor/formatbar.h"
 #include "editor/hiddenelements.h"
@@ -15,9 +16,9 @@
 #include "ui_HTMLDocument.h"
 #include "web/viewcontroller.h"
 
+#include <QActionGroup>
 #include <QApplication>
 
-#include <algorithm>
 #include <utility>
 
 namespace luma {
@@ -27,8 +28,11 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr double zoomStep = 1.1;
-constexpr double smallestZoom = 0.25;
-constexpr double largestZoom = 5;
+constexpr int phoneWidth = 390; // CSS pixels
+constexpr int tabletWidth = 768;
+constexpr int desktopWidth = 1280;
+
+const QString browserType = QStringLiteral("x-scheme-handler/http");
 
 } // namespace
 
@@ -41,6 +45,7 @@ PageActions::PageActions(const Parts& parts, RecentPages recentPages)
             command.action->setIcon(icons::symbol(QString::fromLatin1(command.icon)));
     }
     connectControls();
+    connectLooks();
     const Ui::HTMLDocument& ui = parts.ui;
     new FormatBar({*ui.formatBar,
                    *ui.formatMenu,
@@ -60,6 +65,7 @@ std::vector<PageActions::Command> PageActions::table()
     ViewController& view = m_parts.rendering;
     return {
         {ui.newAction, Always, [&page] { emit page.newRequested(); }},
+        {ui.newFromAction, Always, [&saver] { saver.newFromPanel(); }},
         {ui.openAction, Always, [&saver] { saver.openPanel(); }},
         {ui.saveAction, HasPage, [&page] { page.saveEverything({}); }},
         {ui.saveAsAction, HasPage, [&saver] { saver.saveAs({}); }},
@@ -95,9 +101,15 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.inspectElementAction, HasPage, [&view] { view.inspectElement(); }},
         {ui.pageCheckAction, HasPage,
          [&check = m_parts.check, action = ui.pageCheckAction] { check.setShown(action->isChecked()); }},
-        {ui.zoomInAction, Always, [this] { zoomBy(zoomStep); }},
-        {ui.zoomOutAction, Always, [this] { zoomBy(1 / zoomStep); }},
+        {ui.zoomInAction, Always, [&view] { view.setMagnification(view.magnification() * zoomStep); }},
+        {ui.zoomOutAction, Always, [&view] { view.setMagnification(view.magnification() / zoomStep); }},
         {ui.actualSizeAction, Always, [&view] { view.setMagnification(1); }},
+        {ui.phoneWidthAction, Always, [&view] { view.setPageWidth(phoneWidth); }},
+        {ui.tabletWidthAction, Always, [&view] { view.setPageWidth(tabletWidth); }},
+        {ui.desktopWidthAction, Always, [&view] { view.setPageWidth(desktopWidth); }},
+        {ui.freeWidthAction, Always, [&view] { view.setPageWidth(0); }},
+        {ui.darkAction, Always, [this] { showMedia(); }},
+        {ui.printAction, Always, [this] { showMedia(); }},
         {ui.boldAction, HasPage, [&view, action = ui.boldAction] { view.formatText(action); }, "bold"},
         {ui.italicAction, HasPage, [&view, action = ui.italicAction] { view.formatText(action); }, "italic"},
         {ui.underlineAction, HasPage, [&view, action = ui.underlineAction] { view.formatText(action); },
@@ -152,6 +164,7 @@ void PageActions::update()
     ui.redoAction->setText(tr("&Redo %1").arg(history.redoText()).trimmed());
     ui.formatBar->setEnabled(m_parts.store.hasPage());
     ui.formatMenu->setEnabled(m_parts.store.hasPage());
+    ui.browserMenu->setEnabled(m_parts.store.hasPage());
     const bool canInsert = m_parts.rules.canEnable(m_parts.selection.element());
     ui.insertMenu->setEnabled(canInsert);
     ui.addTagButton->setEnabled(canInsert);
@@ -210,10 +223,34 @@ void PageActions::sendToFocus(const char* slot, int webAction) const
         m_parts.rendering.webView()->page()->triggerAction(static_cast<QWebEnginePage::WebAction>(webAction));
 }
 
-void PageActions::zoomBy(double factor)
+void PageActions::connectLooks()
 {
-    ViewController& view = m_parts.rendering;
-    view.setMagnification(std::clamp(view.magnification() * factor, smallestZoom, largestZoom));
+    const Ui::HTMLDocument& ui = m_parts.ui;
+    // Plus needs the shift key on many keyboards.
+    ui.zoomInAction->setShortcuts({Qt::CTRL | Qt::Key_Plus, Qt::CTRL | Qt::Key_Equal});
+    auto* const widths = new QActionGroup(this);
+    for (QAction* const action :
+         {ui.phoneWidthAction, ui.tabletWidthAction, ui.desktopWidthAction, ui.freeWidthAction})
+        widths->addAction(action);
+    connect(ui.browserMenu, &QMenu::aboutToShow, this, &PageActions::fillBrowserMenu);
+}
+
+void PageActions::showMedia()
+{
+    m_parts.rendering.setMedia({m_parts.ui.darkAction->isChecked(), m_parts.ui.printAction->isChecked()});
+}
+
+void PageActions::fillBrowserMenu()
+{
+    QMenu& menu = *m_parts.ui.browserMenu;
+    menu.clear();
+    for (const auto& browser : otherprograms::applicationsFor(browserType)) {
+        QString name = browser.name;
+        menu.addAction(browser.icon, name.replace(u'&', QStringLiteral("&&")), &m_parts.document,
+                       [&page = m_parts.document, id = browser.id] { page.openWith(id, browserType); });
+    }
+    if (menu.isEmpty())
+        menu.addAction(tr("No Web Browser"))->setEnabled(false);
 }
 
 } // namespace luma

@@ -79,7 +79,9 @@ private:
     void fillInsertMenu();
     /// Calls the slot of the focused field, or else the page's own command.
     void sendToFocus(const char* slot, int webAction) const;
-    void zoomBy(double factor);
+    void connectLooks();
+    void showMedia();
+    void fillBrowserMenu();
 
     Parts m_parts;
     RecentPages m_recentPages;

@@ -9,6 +9,7 @@
 #include <QFileDialog>
 #include <QMessageBox>
 
+#include <functional>
 #include <utility>
 
 namespace luma {
@@ -121,11 +122,21 @@ void PageSaver::saveUnder(const fs::path& path, const Then& then)
 
 void PageSaver::openPanel()
 {
-    QFileDialog* const panel = panelOf(m_window, tr("Open"), QStringLiteral("openPanel"));
+    choosePage(tr("Open"), QStringLiteral("openPanel"), &PageSaver::openRequested);
+}
+
+void PageSaver::newFromPanel()
+{
+    choosePage(tr("New Page From"), QStringLiteral("newFromPanel"), &PageSaver::newFromRequested);
+}
+
+void PageSaver::choosePage(const QString& title, const QString& name, PageSignal chosen)
+{
+    QFileDialog* const panel = panelOf(m_window, title, name);
     panel->setFileMode(QFileDialog::ExistingFile);
     panel->setDirectory(textOf(m_store.hasFile() ? m_store.docURL().parent_path() : m_siteFolder));
     connect(panel, &QFileDialog::fileSelected, this,
-            [this](const QString& file) { emit openRequested(pathOf(file)); });
+            [this, chosen](const QString& file) { std::invoke(chosen, this, pathOf(file)); });
     panel->open();
 }
 

@@ -37,6 +37,8 @@ public:
     void save(const Then& then);
     void saveAs(const Then& then);
     void openPanel();
+    /// Asks for the page that a new one is to be made from.
+    void newFromPanel();
 
     /// Asks whether to save the edits; emits saveRequested() or discarded(), or nothing if cancelled.
     void askToSave();
@@ -49,8 +51,11 @@ signals:
     void saveRequested();
     void discarded();
     void openRequested(const std::filesystem::path& page);
+    void newFromRequested(const std::filesystem::path& page);
 
 private:
+    using PageSignal = void (PageSaver::*)(const std::filesystem::path& page);
+    void choosePage(const QString& title, const QString& name, PageSignal chosen);
     void askToOverwrite(const Then& then);
     void askToSaveAsHtml(const Then& then);
     void askToLeaveOut(const std::vector<std::string>& elements, const Then& then);

@@ -10,6 +10,7 @@
 #include "web/scriptconsole.h"
 #include "web/shownfiles.h"
 #include "web/sourcepanel.h"
+#include "web/viewframe.h"
 
 #include <QAction>
 #include <QLabel>
@@ -57,6 +58,7 @@ ViewController::ViewController(PageDocument& document, QWidget* contentView, QLa
     auto* layout = new QVBoxLayout(contentView);
     layout->setContentsMargins({});
     layout->addWidget(m_webView);
+    m_frame = new ViewFrame(*m_webView, *contentView, this);
     m_reader = new RenderingReader(m_webView->editorPage(), m_document, this);
     m_catchUp = new CatchUp(*m_webView, *m_reader, this);
     m_recovery = new ProcessRecovery(*m_webView, this);
@@ -162,10 +164,31 @@ QString ViewController::renderedMarkup() const
     return page.isComplete() ? ScriptCall::wait(&page, RenderingReader::markupScript).toString() : QString();
 }
 
+double ViewController::magnification() const
+{
+    return m_frame->magnification();
+}
+
 void ViewController::setMagnification(double factor)
 {
-    m_magnification = factor;
-    m_webView->setZoomFactor(factor);
+    m_frame->setMagnification(factor);
+}
+
+void ViewController::setPageWidth(int width)
+{
+    m_frame->setPageWidth(width);
+}
+
+void ViewController::setMedia(const Media& media)
+{
+    m_media = media;
+    showMedia();
+}
+
+void ViewController::showMedia()
+{
+    const auto word = [](bool isOn) { return isOn ? QStringLiteral("true") : QStringLiteral("false"); };
+    evaluate(QStringLiteral("showMedia(%1, %2)").arg(word(m_media.isDark), word(m_media.isPrint)));
 }
 
 // Showing
@@ -263,6 +286,7 @@ void ViewController::restorePosition()
         evaluate(scriptCall(QStringLiteral("restoreCaret"), m_currentCaret));
     emit selectionRestored();
     evaluate(tellFormats);
+    showMedia();
     if (!m_currentScrollPosition.isEmpty())
         evaluate(scrollingTo(m_currentScrollPosition));
     ask(QStringLiteral("markAsShown()"), this,
@@ -271,7 +295,8 @@ void ViewController::restorePosition()
 
 void ViewController::didFinish()
 {
-    m_webView->setZoomFactor(m_magnification);
+    m_frame->apply();
+    showMedia();
     m_document.loadCSSNames();
     ask(QStringLiteral("document.body.offsetWidth"), this, [this](const QVariant& width) {
         if (width.toInt() > 0)

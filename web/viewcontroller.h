@@ -24,6 +24,7 @@ class ProcessRecovery;
 class ScriptConsole;
 class ShownFiles;
 class SourcePanel;
+class ViewFrame;
 
 /// The rendering of a document's window: turns the user's commands into short script calls inside the page,
 /// receives the page's messages, reads the page's markup back and hands it to the document, whose tree is the
@@ -78,9 +79,19 @@ public:
     void evaluate(const QString& script);
     void ask(const QString& script, QObject* context, const ScriptCall::Answered& answered);
 
-    /// 1 shows the page in its own size.
-    [[nodiscard]] double magnification() const { return m_magnification; }
+    /// As for ViewFrame.
+    [[nodiscard]] double magnification() const;
     void setMagnification(double factor);
+    void setPageWidth(int width);
+
+    /// What the style sheets are asked for, besides what the desktop tells the engine.
+    struct Media
+    {
+        bool isDark = false;  ///< prefers-color-scheme
+        bool isPrint = false; ///< the sheets for paper, on the screen
+    };
+    void setMedia(const Media& media);
+    [[nodiscard]] const Media& media() const { return m_media; }
 
 signals:
     /// A page that was shown again, or updated, has its selection back. To set another one, do so now: before the user
@@ -118,6 +129,7 @@ private:
     void takeActiveElement(const QList<int>& path);
     void takeFormats(const QStringList& titles);
     void tellActiveElement();
+    void showMedia();
     void finishUpdate(const QByteArray& changes);
     void keepPositionAndLoad();
     void load();
@@ -137,6 +149,7 @@ private:
     MyWebView* m_webView = nullptr;
     RenderingReader* m_reader = nullptr;
     CatchUp* m_catchUp = nullptr;
+    ViewFrame* m_frame = nullptr;
     ProcessRecovery* m_recovery = nullptr;
     QMenu* m_fontSubMenu = nullptr;
     QMenu* m_justificationSubMenu = nullptr;
@@ -147,7 +160,7 @@ private:
     QString m_currentScrollPosition;
     QString m_currentCaret;
     std::vector<int> m_activeElement;
-    double m_magnification = 1;
+    Media m_media;
     int m_shows = 0;
     bool m_holdsInput = false;
     bool m_activeElementWaits = false;

@@ -620,6 +620,70 @@
         <source>Show Attri&amp;butes</source>
         <translation>Attri&amp;bute anzeigen</translation>
     </message>
+    <message>
+        <source>Page &amp;Width</source>
+        <translation>S&amp;eitenbreite</translation>
+    </message>
+    <message>
+        <source>New Page &amp;From...</source>
+        <translation>Neue Seite &amp;aus …</translation>
+    </message>
+    <message>
+        <source>Make a new page from another one; its links are kept right</source>
+        <translation>Neue Seite aus einer anderen machen; ihre Links bleiben richtig</translation>
+    </message>
+    <message>
+        <source>&amp;Phone (390 Pixels)</source>
+        <translation>&amp;Telefon (390 Pixel)</translation>
+    </message>
+    <message>
+        <source>Show the page as wide as on a phone</source>
+        <translation>Seite so breit wie auf einem Telefon zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Tablet (768 Pixels)</source>
+        <translation>T&amp;ablet (768 Pixel)</translation>
+    </message>
+    <message>
+        <source>Show the page as wide as on a tablet</source>
+        <translation>Seite so breit wie auf einem Tablet zeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Desktop (1280 Pixels)</source>
+        <translation>&amp;Schreibtisch (1280 Pixel)</translation>
+    </message>
+    <message>
+        <source>Show the page as wide as on a desktop</source>
+        <translation>Seite so breit wie auf einem Schreibtischrechner zeigen</translation>
+    </message>
+    <message>
+        <source>As Wide as the &amp;Window</source>
+        <translation>So breit wie das &amp;Fenster</translation>
+    </message>
+    <message>
+        <source>Show the page as wide as the window has room</source>
+        <translation>Seite so breit zeigen, wie das Fenster Platz hat</translation>
+    </message>
+    <message>
+        <source>&amp;Dark Color Scheme</source>
+        <translation>&amp;Dunkles Farbschema</translation>
+    </message>
+    <message>
+        <source>Show the page as for readers who prefer a dark color scheme</source>
+        <translation>Seite so zeigen wie für Leser, die ein dunkles Farbschema bevorzugen</translation>
+    </message>
+    <message>
+        <source>&amp;Print Style</source>
+        <translation>D&amp;ruckansicht</translation>
+    </message>
+    <message>
+        <source>Show the page with its style sheets for paper</source>
+        <translation>Seite mit ihren Stylesheets für Papier zeigen</translation>
+    </message>
+    <message>
+        <source>Save and Open in &amp;Browser</source>
+        <translation>Sichern und im Bro&amp;wser öffnen</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -2411,6 +2475,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>The picture was not copied: %1</source>
         <translation>Das Bild wurde nicht kopiert: %1</translation>
     </message>
+    <message>
+        <source>The page could not be opened there: %1</source>
+        <translation>Die Seite konnte dort nicht geöffnet werden: %1</translation>
+    </message>
 </context>
 <context>
     <name>luma::HaldenDoc</name>
@@ -3205,6 +3273,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>No Recent Pages</source>
         <translation>Keine zuletzt geöffneten Seiten</translation>
     </message>
+    <message>
+        <source>No Web Browser</source>
+        <translation>Kein Webbrowser</translation>
+    </message>
 </context>
 <context>
     <name>luma::PageCommands</name>
@@ -3341,6 +3413,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Save the changes to “%1”?</source>
         <translation>Die Änderungen an „%1“ sichern?</translation>
+    </message>
+    <message>
+        <source>New Page From</source>
+        <translation>Neue Seite aus</translation>
     </message>
 </context>
 <context>

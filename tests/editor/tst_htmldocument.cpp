@@ -419,12 +419,68 @@ private slots:
             if (!action->isEnabled())
                 found.append(action->objectName().chopped(6));
         }
-        QCOMPARE(count, 52);
+        QCOMPARE(count, 59);
         QStringList expected = off.split(u' ', Qt::SkipEmptyParts);
         found.sort();
         expected.sort();
         QCOMPARE(found, expected);
         QCOMPARE(the<QToolBar>("formatBar")->isEnabled(), page != "damaged.html");
+    }
+
+    void newPageFromAnother_hasItsLinksRight()
+    {
+        const std::string markup =
+            "<title>T</title><p><a href=\"../x.html#a\">x</a><a href=\"b.html\">b</a></p>\n";
+        put("news/a.html", markup);
+        put("news/b.html", "");
+        put("x.html", "");
+        open(at("news/a.html"), at(""));
+        QSignalSpy requests(window, &HTMLDocument::newFromRequested);
+        trigger("newFromAction");
+        auto* const panel = the<QFileDialog>("newFromPanel");
+        QVERIFY(panel);
+        emit panel->fileSelected(QString::fromStdString(at("news/a.html").native()));
+        panel->close();
+        QCOMPARE(requests.count(), 1);
+        QCOMPARE(requests.first().first().value<fs::path>(), at("news/a.html"));
+        delete window;
+        window = new HTMLDocument;
+        window->mountPath = at("");
+        window->useTemplate(at("news/a.html"));
+        window->show();
+        window->windowDidLoad();
+        waitUntilShown();
+        QCOMPARE(window->windowTitle(), "Untitled[*]");
+        QVERIFY(!window->isWindowModified());
+        QVERIFY(window->saveToURL(at("c.html")));
+        QCOMPARE(
+            file("c.html"),
+            std::string("<title>T</title><p><a href=\"x.html#a\">x</a><a href=\"news/b.html\">b</a></p>\n"));
+        QCOMPARE(file("news/a.html"), markup);
+        QCOMPARE(window->windowTitle(), "c.html[*]");
+    }
+
+    void pagesOfOneName_tellTheirFolders()
+    {
+        put("a/page.html", "<p>two</p>");
+        open("<p>one</p>");
+        QCOMPARE(window->windowTitle(), "page.html[*]");
+        const auto titleIn = [this](const char* folder) {
+            return QStringLiteral("page.html \u2013 %1[*]").arg(QString::fromStdString(at(folder).native()));
+        };
+        {
+            HTMLDocument other;
+            other.setAttribute(Qt::WA_DeleteOnClose, false);
+            other.mountPath = at("");
+            other.readFromURL(at("a/page.html"));
+            other.show();
+            other.windowDidLoad();
+            QCOMPARE(other.windowTitle(), titleIn("a"));
+            QCOMPARE(window->windowTitle(), titleIn("").replace(QStringLiteral("/["), QStringLiteral("[")));
+            other.close();
+        }
+        window->activateWindow();
+        QTRY_COMPARE(window->windowTitle(), "page.html[*]");
     }
 
     void print_doesNothing()
