@@ -5,6 +5,7 @@
 #include "web/viewcontroller.h"
 
 #include <QComboBox>
+#include <QLabel>
 #include <QMenu>
 #include <QToolBar>
 #include <QToolButton>
@@ -65,6 +66,10 @@ FormatBar::FormatBar(const Parts& parts, QObject* parent) : QObject(parent), m_p
 void FormatBar::createBlockBox()
 {
     m_blocks = new QComboBox;
+    // A screen reader takes a box's own name for its value.
+    auto* const label = new QLabel(tr("Block format"), &m_parts.bar);
+    label->hide();
+    label->setBuddy(m_blocks);
     m_blocks->setObjectName(QStringLiteral("blockFormatBox"));
     m_blocks->setAccessibleName(tr("Block format"));
     m_blocks->setToolTip(tr("Make the selected blocks paragraphs, headings or preformatted text"));
