@@ -16,7 +16,7 @@ namespace luma {
 
 namespace {
 
-struct Texts
+struct AttributeTexts
 {
     Q_DECLARE_TR_FUNCTIONS(luma::ElementAttributes)
 };
@@ -256,7 +256,7 @@ Result<void> checkValue(AttributeKind kind, const QString& value)
     if (kind != AttributeKind::Number || number.match(value).hasMatch() ||
         !serverCodeIn(value.toStdString()).empty())
         return {};
-    return Error{Texts::tr("\u201c%1\u201d is not a number.").arg(value).toStdString()};
+    return Error{AttributeTexts::tr("\u201c%1\u201d is not a number.").arg(value).toStdString()};
 }
 
 } // namespace luma

@@ -18,7 +18,7 @@ namespace luma {
 
 namespace {
 
-struct Texts
+struct ChangeTexts
 {
     Q_DECLARE_TR_FUNCTIONS(luma::ElementChange)
 };
@@ -114,12 +114,12 @@ Result<std::vector<html::Attribute>> withAttributeText(const html::Element& elem
     html::Attribute wanted = attributeOf(element, text);
     const QString name = QString::fromStdString(wanted.name);
     if (!validName.match(name).hasMatch())
-        return error(Texts::tr("\u201c%1\u201d is not the name of an attribute.").arg(name));
+        return error(ChangeTexts::tr("\u201c%1\u201d is not the name of an attribute.").arg(name));
     if (wanted.name.text() != replaced && element.hasAttr(wanted.name.text()))
-        return error(Texts::tr("<%1> has an attribute %2 already.").arg(tagNameOf(element), name));
+        return error(ChangeTexts::tr("<%1> has an attribute %2 already.").arg(tagNameOf(element), name));
     if (name == u"id" && !wanted.value.empty() && hasOtherElementTheId(element, wanted.value))
-        return error(
-            Texts::tr("Another element has the ID %1 already.").arg(QString::fromStdString(wanted.value)));
+        return error(ChangeTexts::tr("Another element has the ID %1 already.")
+                         .arg(QString::fromStdString(wanted.value)));
     if (old == attributes.end())
         attributes.push_back(std::move(wanted));
     else
@@ -134,16 +134,16 @@ Result<MarkupDifference> withTagName(const TagRules& rules, html::Element& eleme
     if (wanted == tagNameOf(element))
         return MarkupDifference();
     if (!validName.match(wanted).hasMatch())
-        return error(Texts::tr("\u201c%1\u201d is not the name of a tag.").arg(wanted));
+        return error(ChangeTexts::tr("\u201c%1\u201d is not the name of a tag.").arg(wanted));
     if (!rules.canDelete(&element))
-        return error(Texts::tr("A page needs its <%1>.").arg(tagNameOf(element)));
+        return error(ChangeTexts::tr("A page needs its <%1>.").arg(tagNameOf(element)));
     auto renamed =
         std::make_unique<html::Element>(wanted.toStdString(), element.nameSpace(), element.attributes());
     for (const html::Node* child = element.firstChild(); child; child = child->next())
         renamed->append(child->copy());
     const html::Element* const parent = element.parent()->asElement();
     if (!parent || !rules.canDrop(renamed.get(), parent) || !isReadSo(*renamed, *parent))
-        return error(Texts::tr("<%1> can't stand here, or not with these contents.").arg(wanted));
+        return error(ChangeTexts::tr("<%1> can't stand here, or not with these contents.").arg(wanted));
     MarkupDifference difference;
     difference.parent = element.parent();
     difference.previous = element.previous();

@@ -183,7 +183,7 @@ html::Element* previousElement(const html::Element& element)
     return node ? node->asElement() : nullptr;
 }
 
-struct Texts
+struct CommandTexts
 {
     Q_DECLARE_TR_FUNCTIONS(luma::PageCommands)
 };
@@ -197,7 +197,7 @@ void PageCommands::insert(html::NodePtr node, const html::Position& position, co
 
 void PageCommands::remove(html::Element& element)
 {
-    const QString name = Texts::tr("Delete <%1>").arg(QString::fromStdString(element.tagName()));
+    const QString name = CommandTexts::tr("Delete <%1>").arg(QString::fromStdString(element.tagName()));
     m_stack.push(new RemoveCommand(m_tree, element, name));
 }
 
@@ -205,13 +205,13 @@ void PageCommands::move(html::Element& element, const html::Position& position)
 {
     if (position.parent == element.parent() && position.next == element.next())
         return;
-    const QString name = Texts::tr("Move <%1>").arg(QString::fromStdString(element.tagName()));
+    const QString name = CommandTexts::tr("Move <%1>").arg(QString::fromStdString(element.tagName()));
     m_stack.push(new MoveCommand(m_tree, element, position, name));
 }
 
 void PageCommands::moveUp(html::Element& element)
 {
-    const QString name = Texts::tr("Move Up");
+    const QString name = CommandTexts::tr("Move Up");
     html::Element* const above = previousElement(element);
     if (above && areNeighbours(*above, element))
         swapNeighbours(*above, element, name);
@@ -221,7 +221,7 @@ void PageCommands::moveUp(html::Element& element)
 
 void PageCommands::moveDown(html::Element& element)
 {
-    const QString name = Texts::tr("Move Down");
+    const QString name = CommandTexts::tr("Move Down");
     html::Element* const below = element.nextElement();
     if (below && areNeighbours(element, *below))
         swapNeighbours(element, *below, name);
@@ -249,7 +249,7 @@ const html::Element* PageCommands::duplicate(html::Element& element)
         difference.nodes.push_back(above->copy());
     difference.nodes.push_back(copyWithOwnIds(element));
     const html::Element* const added = difference.nodes.back()->asElement();
-    apply(std::move(difference), Texts::tr("Duplicate"), Merging::Separate);
+    apply(std::move(difference), CommandTexts::tr("Duplicate"), Merging::Separate);
     return added;
 }
 
@@ -258,7 +258,7 @@ const html::Element* PageCommands::copy(const html::Element& element, const html
     html::NodePtr copied = element.copy();
     const html::Element* const added = copied->asElement();
     insert(std::move(copied), position,
-           Texts::tr("Copy <%1>").arg(QString::fromStdString(element.tagName())));
+           CommandTexts::tr("Copy <%1>").arg(QString::fromStdString(element.tagName())));
     return added;
 }
 
@@ -288,11 +288,11 @@ void PageCommands::setTitle(const QString& title)
         difference.parent = titles.front();
         if (!title.isEmpty())
             difference.nodes.push_back(std::move(text));
-        apply(std::move(difference), Texts::tr("Change Title"), Merging::Separate);
+        apply(std::move(difference), CommandTexts::tr("Change Title"), Merging::Separate);
     } else if (html::Element* head = document.head()) {
         auto element = std::make_unique<html::Element>("title");
         element->append(std::move(text));
-        insert(std::move(element), {head, nullptr}, Texts::tr("Change Title"));
+        insert(std::move(element), {head, nullptr}, CommandTexts::tr("Change Title"));
     }
 }
 

@@ -42,12 +42,12 @@ struct Block
     }
 };
 
-struct Texts
+struct TableTexts
 {
     Q_DECLARE_TR_FUNCTIONS(luma::TableEdits)
 };
 
-Error error(const QString& text)
+Error tableError(const QString& text)
 {
     return Error{text.toStdString()};
 }
@@ -57,20 +57,20 @@ QString nameOf(TableEdit edit)
     switch (edit) {
     case TableEdit::RowAbove:
     case TableEdit::RowBelow:
-        return Texts::tr("Add Row");
+        return TableTexts::tr("Add Row");
     case TableEdit::ColumnLeft:
     case TableEdit::ColumnRight:
-        return Texts::tr("Add Column");
+        return TableTexts::tr("Add Column");
     case TableEdit::RemoveRows:
-        return Texts::tr("Remove Row");
+        return TableTexts::tr("Remove Row");
     case TableEdit::RemoveColumns:
-        return Texts::tr("Remove Column");
+        return TableTexts::tr("Remove Column");
     case TableEdit::MergeCells:
-        return Texts::tr("Merge Cells");
+        return TableTexts::tr("Merge Cells");
     case TableEdit::SplitCell:
-        return Texts::tr("Split Cell");
+        return TableTexts::tr("Split Cell");
     case TableEdit::HeaderRow:
-        return Texts::tr("Header Row");
+        return TableTexts::tr("Header Row");
     }
     return {};
 }
@@ -534,16 +534,17 @@ Result<void> checkEdit(TableEdit edit, const TableGrid& grid, const Block& block
 {
     const bool isOneCell = Block{cell.row, cell.column, cell.endRow(), cell.endColumn()} == block;
     if (edit == TableEdit::MergeCells && isOneCell)
-        return error(Texts::tr("Select the cells that are to become one first."));
+        return tableError(TableTexts::tr("Select the cells that are to become one first."));
     if (edit == TableEdit::MergeCells && !grid.areInOneGroup(block.row, block.endRow - 1))
-        return error(Texts::tr("Cells of the header and of the body can't be merged."));
+        return tableError(TableTexts::tr("Cells of the header and of the body can't be merged."));
     if (edit == TableEdit::SplitCell && cell.rows == 1 && cell.columns == 1)
-        return error(Texts::tr("Only a merged cell can be split."));
+        return tableError(TableTexts::tr("Only a merged cell can be split."));
     const auto isHigh = [](const TableCell& each) { return each.row == 0 && each.rows > 1; };
     const html::Element& firstRow = *grid.rows().front();
     if (edit == TableEdit::HeaderRow && !firstRow.parent()->asElement()->is("thead") &&
         !isHeaderRow(firstRow) && std::any_of(grid.cells().begin(), grid.cells().end(), isHigh))
-        return error(Texts::tr("A cell of the first row reaches into the next one. Split it first."));
+        return tableError(
+            TableTexts::tr("A cell of the first row reaches into the next one. Split it first."));
     return {};
 }
 
@@ -657,7 +658,7 @@ Result<const html::Element*> TableEdits::perform(TableEdit edit, html::Element& 
         return grid.error();
     const TableCell* const cell = table ? grid->cellOf(first) : nullptr;
     if (!cell)
-        return error(Texts::tr("Select a cell of a table first."));
+        return tableError(TableTexts::tr("Select a cell of a table first."));
     const TableCell* const other = grid->cellOf(last);
     const Block block = blockBetween(*grid, *cell, other ? *other : *cell);
     if (auto checked = checkEdit(edit, *grid, block, *cell); !checked)

@@ -16,7 +16,7 @@ constexpr int mostColumnsOfACell = 1000;
 constexpr int mostRowsOfACell = 65534;
 constexpr std::size_t mostSlots = 500'000;
 
-struct Texts
+struct GridTexts
 {
     Q_DECLARE_TR_FUNCTIONS(luma::TableGrid)
 };
@@ -97,7 +97,7 @@ Result<void> TableGrid::addCell(html::Element& element, int row, int groupEnd)
     cell.rows = rows == 0 ? groupEnd - row : std::min(rows, groupEnd - row);
     m_covered += static_cast<std::size_t>(cell.rows) * static_cast<std::size_t>(cell.columns);
     if (m_covered > mostSlots)
-        return Error{Texts::tr("This table is too large to be changed here.").toStdString()};
+        return Error{GridTexts::tr("This table is too large to be changed here.").toStdString()};
     const auto isTaken = [this, row](int column) { return at(row, column) != nullptr; };
     while (isTaken(cell.column))
         ++cell.column;
