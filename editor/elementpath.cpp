@@ -53,8 +53,11 @@ void ElementPath::setPath(const QModelIndex& row)
     m_rows.clear();
     m_names.clear();
     for (QModelIndex each = row; each.isValid(); each = each.parent()) {
+        const html::Element* const element = OutlineModel::elementAt(each);
+        if (!element)
+            continue;
         m_rows.prepend(each);
-        m_names.prepend(nameOf(*OutlineModel::elementAt(each)));
+        m_names.prepend(nameOf(*element));
     }
     m_current = m_names.size() - 1;
     m_hovered = -1;

@@ -59,11 +59,12 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
         },
         this);
     m_actions = new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_hidden, *m_check,
-                                 *m_edits, *m_saver, *m_tableSheet, *m_viewController},
+                                 *m_outline, *m_edits, *m_saver, *m_tableSheet, *m_viewController},
                                 std::move(recentPages));
     connectChanges();
     m_layout.emplace(*this, *m_ui->splitView, *m_ui->sideView,
-                     PageLayout::Sides{m_ui->outlineAction, m_ui->attributesAction, m_ui->stylesAction});
+                     PageLayout::Sides{m_ui->outlineAction, m_ui->attributesAction, m_ui->stylesAction},
+                     *m_ui->allNodesAction);
     WindowRegistry::instance().add(this);
     WindowRegistry::instance().fill(m_ui->windowsMenu);
     updateWindow();

@@ -2,7 +2,6 @@
 #include "editor/outlinedelegate.h"
 
 #include "editor/outlinemodel.h"
-#include "editor/outlinerow.h"
 #include "web/codecolours.h"
 
 #include <QApplication>
@@ -103,8 +102,8 @@ private:
 void OutlineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                             const QModelIndex& index) const
 {
-    const html::Element* const element = OutlineModel::elementAt(index);
-    if (!element)
+    const html::Node* const node = OutlineModel::nodeAt(index);
+    if (!node)
         return;
     QStyleOptionViewItem row = option;
     initStyleOption(&row, index);
@@ -119,9 +118,10 @@ void OutlineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
         colour = row.palette.color(QPalette::HighlightedText);
     else if (const QVariant own = index.data(Qt::ForegroundRole); own.isValid())
         colour = own.value<QColor>();
+    const auto& outline = static_cast<const OutlineModel&>(*index.model());
     painter->save();
     painter->setClipRect(area, Qt::IntersectClip);
-    RowPainter(*painter, row.font).draw(outlineParts(*element), area, row.palette, colour);
+    RowPainter(*painter, row.font).draw(outline.partsOf(*node), area, row.palette, colour);
     painter->restore();
 }
 

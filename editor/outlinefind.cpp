@@ -2,7 +2,6 @@
 #include "editor/outlinefind.h"
 
 #include "editor/outlinemodel.h"
-#include "editor/outlinerow.h"
 #include "editor/outlineselection.h"
 #include "html/document.h"
 #include "html/element.h"
@@ -29,30 +28,30 @@ namespace {
 constexpr int typingDelay = 150; // milliseconds
 constexpr int longestSlice = 10; // milliseconds
 
-using Elements = std::vector<html::Element*>;
+using Nodes = std::vector<html::Node*>;
 
-/// The elements that `isWanted`, in document order.
-Elements elementsOf(const html::Document& page, const std::function<bool(const html::Element&)>& isWanted)
+/// The nodes that `isWanted`, in document order.
+Nodes nodesOf(const html::Document& page, const std::function<bool(const html::Node&)>& isWanted)
 {
-    Elements found;
+    Nodes found;
     for (html::Node* node = page.firstChild(); node; node = node->following(page)) {
-        html::Element* const element = node->asElement();
-        if (element && isWanted(*element))
-            found.push_back(element);
+        if (isWanted(*node))
+            found.push_back(node);
     }
     return found;
 }
 
 /// The elements with these numbers, counted from 0 in document order as the engine counts: without those in templates.
-Elements elementsNumbered(const html::Document& page, const QList<int>& numbers)
+Nodes elementsNumbered(const html::Document& page, const QList<int>& numbers)
 {
     int number = -1;
     auto wanted = numbers.begin();
     const html::Element* outermost = nullptr; // the template that the walk is in
-    return elementsOf(page, [&](const html::Element& element) {
-        if (outermost && element.isInside(*outermost))
+    return nodesOf(page, [&](const html::Node& node) {
+        const html::Element* const element = node.asElement();
+        if (!element || (outermost && element->isInside(*outermost)))
             return false;
-        outermost = element.is("template") ? &element : nullptr;
+        outermost = element->is("template") ? element : nullptr;
         ++number;
         const bool isWanted = wanted != numbers.end() && *wanted == number;
         if (isWanted)
@@ -62,13 +61,13 @@ Elements elementsNumbered(const html::Document& page, const QList<int>& numbers)
 }
 
 /// Both lists in one, in document order.
-Elements joined(const html::Document& page, const Elements& a, const Elements& b)
+Nodes joined(const html::Document& page, const Nodes& a, const Nodes& b)
 {
     auto inA = a.begin();
     auto inB = b.begin();
-    return elementsOf(page, [&](const html::Element& element) {
-        const bool isInA = inA != a.end() && *inA == &element;
-        const bool isInB = inB != b.end() && *inB == &element;
+    return nodesOf(page, [&](const html::Node& node) {
+        const bool isInA = inA != a.end() && *inA == &node;
+        const bool isInB = inB != b.end() && *inB == &node;
         std::advance(inA, isInA ? 1 : 0);
         std::advance(inB, isInB ? 1 : 0);
         return isInA || isInB;
@@ -79,7 +78,12 @@ Elements joined(const html::Document& page, const Elements& a, const Elements& b
 
 OutlineFind::OutlineFind(const Controls& controls, OutlineModel& outline, const PageTree& tree,
                          OutlineSelection& selection, ViewController& rendering, QObject* parent)
-    : QObject(parent), m_controls(controls), m_tree(tree), m_selection(selection), m_rendering(rendering)
+    : QObject(parent),
+      m_controls(controls),
+      m_outline(outline),
+      m_tree(tree),
+      m_selection(selection),
+      m_rendering(rendering)
 {
     m_controls.bar->hide();
     m_delay.setSingleShot(true);
@@ -87,7 +91,7 @@ OutlineFind::OutlineFind(const Controls& controls, OutlineModel& outline, const 
     m_slices.setSingleShot(true);
     connect(&m_slices, &QTimer::timeout, this, &OutlineFind::searchOn);
     connectControls();
-    connectChanges(outline);
+    connectChanges();
 }
 
 void OutlineFind::connectControls()
@@ -113,13 +117,14 @@ void OutlineFind::connectControls()
     addKey(Qt::SHIFT | Qt::Key_Enter, &OutlineFind::previous);
 }
 
-void OutlineFind::connectChanges(OutlineModel& outline)
+void OutlineFind::connectChanges()
 {
-    connect(&outline, &OutlineModel::modelAboutToBeReset, this, &OutlineFind::forget);
-    connect(&outline, &OutlineModel::modelReset, this, &OutlineFind::forget);
-    connect(&outline, &OutlineModel::rowsInserted, this, &OutlineFind::forget);
-    connect(&outline, &OutlineModel::rowsAboutToBeRemoved, this, &OutlineFind::forget);
-    connect(&outline, &OutlineModel::dataChanged, this,
+    connect(&m_outline, &OutlineModel::modelAboutToBeReset, this, &OutlineFind::forget);
+    connect(&m_outline, &OutlineModel::modelReset, this, &OutlineFind::forget);
+    connect(&m_outline, &OutlineModel::layoutChanged, this, &OutlineFind::forget);
+    connect(&m_outline, &OutlineModel::rowsInserted, this, &OutlineFind::forget);
+    connect(&m_outline, &OutlineModel::rowsAboutToBeRemoved, this, &OutlineFind::forget);
+    connect(&m_outline, &OutlineModel::dataChanged, this,
             [this](const QModelIndex&, const QModelIndex&, const QList<int>& roles) {
                 if (roles.isEmpty()) // else only the colour of the active row has changed
                     forget();
@@ -174,9 +179,8 @@ void OutlineFind::searchOn()
     const QString wanted = m_controls.field->text();
     const QDeadlineTimer end(longestSlice);
     for (; m_at && !end.hasExpired(); m_at = m_at->following(*m_tree.document())) {
-        html::Element* const element = m_at->asElement();
-        if (element && outlineRowText(*element).contains(wanted, Qt::CaseInsensitive))
-            m_found.push_back(element);
+        if (m_outline.hasRow(*m_at) && m_outline.rowText(*m_at).contains(wanted, Qt::CaseInsensitive))
+            m_found.push_back(m_at);
     }
     if (m_at) {
         m_slices.start();
@@ -240,7 +244,7 @@ void OutlineFind::go(Jump jump)
         std::size_t match = matchesBeforeSelected();
         if (jump == Jump::ToPrevious)
             match += m_found.size() - 1;
-        else if (jump == Jump::ToNext && match < m_found.size() && m_found[match] == m_selection.element())
+        else if (jump == Jump::ToNext && match < m_found.size() && m_found[match] == m_selection.node())
             ++match;
         m_selection.select(m_found[match % m_found.size()]);
     }
@@ -252,7 +256,7 @@ void OutlineFind::tellResult()
     if (!m_controls.bar->isVisible() || m_delay.isActive() || m_at)
         return;
     const QLocale locale;
-    const auto selected = std::find(m_found.begin(), m_found.end(), m_selection.element());
+    const auto selected = std::find(m_found.begin(), m_found.end(), m_selection.node());
     const QString count = locale.toString(m_found.size());
     if (m_controls.field->text().isEmpty())
         m_controls.result->clear();
@@ -269,7 +273,7 @@ void OutlineFind::tellResult()
 
 std::size_t OutlineFind::matchesBeforeSelected() const
 {
-    const html::Element* const selected = m_selection.element();
+    const html::Node* const selected = m_selection.node();
     std::size_t count = 0;
     const html::Document& page = *m_tree.document();
     for (const html::Node* node = selected ? page.firstChild() : nullptr;

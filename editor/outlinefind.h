@@ -14,9 +14,8 @@ class QVariant;
 class QWidget;
 
 namespace luma::html {
-class Element;
 class Node;
-} // namespace luma::html
+}
 
 namespace luma {
 
@@ -25,8 +24,8 @@ class OutlineSelection;
 class PageTree;
 class ViewController;
 
-/// The find bar above the outline. An element is found if its row holds the text, in any letter case, or if the rendering's
-/// engine selects it by the text as a CSS selector or an XPath expression. The rows are searched at once; what the engine
+/// The find bar above the outline. A node is found if its row holds the text, in any letter case, an element also if the
+/// rendering's engine selects it by the text as a CSS selector or an XPath expression. The rows are searched at once; what the engine
 /// finds joins them when it answers, unless the page has changed meanwhile. A page that changes is searched again. Main
 /// thread.
 class OutlineFind final : public QObject
@@ -63,7 +62,7 @@ private:
     enum class Jump { Nowhere, ToMatch, ToNext, ToPrevious };
 
     void connectControls();
-    void connectChanges(OutlineModel& outline);
+    void connectChanges();
     void close();
     void forget();
     void forgetMatches();
@@ -77,15 +76,16 @@ private:
     [[nodiscard]] std::size_t matchesBeforeSelected() const;
 
     Controls m_controls;
+    const OutlineModel& m_outline;
     const PageTree& m_tree;
     OutlineSelection& m_selection;
     ViewController& m_rendering;
     QTimer m_delay;
     QTimer m_slices;
-    Jump m_jump = Jump::Nowhere;         // when the rows are searched
-    html::Node* m_at = nullptr;          // where their search goes on
-    int m_searches = 0;                  // tells an answer of the engine that comes too late
-    std::vector<html::Element*> m_found; // in document order
+    Jump m_jump = Jump::Nowhere;      // when the rows are searched
+    html::Node* m_at = nullptr;       // where their search goes on
+    int m_searches = 0;               // tells an answer of the engine that comes too late
+    std::vector<html::Node*> m_found; // in document order
 };
 
 } // namespace luma

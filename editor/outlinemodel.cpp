@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/outlinemodel.h"
 
+#include "base/ascii.h"
 #include "base/propertylist.h"
-#include "editor/outlinerow.h"
+#include "html/characterdata.h"
+#include "html/codemarks.h"
 #include "html/element.h"
 #include "page/pagetree.h"
+#include "page/subtreechange.h"
 
 #include <QMimeData>
 #include <QPalette>
 
 #include <algorithm>
+#include <utility>
 
 namespace luma {
 
@@ -24,11 +28,6 @@ QString shortened(const QString& text, qsizetype length)
     if (text.size() <= length)
         return text;
     return text.left(text.at(length - 1).isHighSurrogate() ? length - 1 : length) + QChar(0x2026);
-}
-
-QString toolTipOf(const html::Element& element)
-{
-    return shortened(outlineRowText(element), longestToolTip).toHtmlEscaped();
 }
 
 /// The depth of the deepest element.
@@ -70,23 +69,25 @@ void OutlineModel::followTree()
         forgetRows();
         endResetModel();
     });
-    connect(&m_tree, &PageTree::aboutToInsert, this, [this](html::ParentNode* parent, int first, int last) {
-        m_changing = parent;
-        beginInsertRows(indexOfParent(parent), first, last);
-    });
+    connect(&m_tree, &PageTree::aboutToInsert, this,
+            [this](html::ParentNode* parent, html::Node* next, const html::NodeList* nodes) {
+                noteInsertion(*parent, next, *nodes);
+            });
     connect(&m_tree, &PageTree::inserted, this, [this] {
-        forgetChange();
-        endInsertRows();
+        if (m_changing) {
+            forgetChange();
+            endInsertRows();
+        }
     });
-    connect(&m_tree, &PageTree::aboutToRemove, this, [this](html::ParentNode* parent, int first, int last) {
-        m_changing = parent;
-        beginRemoveRows(indexOfParent(parent), first, last);
-        const auto& children = childrenOf(*parent);
-        m_leaving.assign(children.begin() + first, children.begin() + last + 1);
-    });
+    connect(&m_tree, &PageTree::aboutToRemove, this,
+            [this](html::ParentNode* parent, html::Node* first, html::Node* end) {
+                noteRemoval(*parent, first, end);
+            });
     connect(&m_tree, &PageTree::removed, this, [this] {
-        forgetChange();
-        endRemoveRows();
+        if (m_changing) {
+            forgetChange();
+            endRemoveRows();
+        }
     });
     connect(&m_tree, &PageTree::elementChanged, this, [this](html::Element* element) {
         const QModelIndex index = indexOf(element);
@@ -94,31 +95,110 @@ void OutlineModel::followTree()
     });
 }
 
-html::Element* OutlineModel::elementAt(const QModelIndex& index)
+void OutlineModel::noteInsertion(html::ParentNode& parent, html::Node* next, const html::NodeList& nodes)
 {
-    return index.isValid() ? static_cast<html::Element*>(index.internalPointer()) : nullptr;
+    const auto count = std::count_if(nodes.begin(), nodes.end(),
+                                     [this](const html::NodePtr& node) { return hasRow(*node); });
+    if (count == 0)
+        return;
+    m_changing = &parent;
+    const int row = rowFrom(parent, next);
+    beginInsertRows(indexOfParent(&parent), row, row + static_cast<int>(count) - 1);
 }
 
-QModelIndex OutlineModel::indexOf(const html::Element* element) const
+void OutlineModel::noteRemoval(html::ParentNode& parent, html::Node* first, const html::Node* end)
 {
-    if (!element || !element->parent())
+    for (html::Node* node = first; node != end; node = node->next()) {
+        if (hasRow(*node))
+            m_leaving.push_back(node);
+    }
+    if (m_leaving.empty())
+        return;
+    m_changing = &parent;
+    const int row = rowFrom(parent, m_leaving.front());
+    beginRemoveRows(indexOfParent(&parent), row, row + static_cast<int>(m_leaving.size()) - 1);
+}
+
+bool OutlineModel::hasRow(const html::Node& node) const
+{
+    if (node.asElement() || !m_showsAllNodes)
+        return node.asElement();
+    const std::string* const text = html::textOf(node);
+    return !text || !trimmed(*text).empty();
+}
+
+int OutlineModel::rowFrom(const html::ParentNode& parent, const html::Node* child) const
+{
+    const auto& children = childrenOf(parent);
+    while (child && !hasRow(*child))
+        child = child->next();
+    return child ? m_rows.at(child) : static_cast<int>(children.size());
+}
+
+void OutlineModel::setShowsAllNodes(bool showsAll)
+{
+    if (showsAll == m_showsAllNodes)
+        return;
+    emit layoutAboutToBeChanged();
+    const QModelIndexList before = persistentIndexList();
+    m_showsAllNodes = showsAll;
+    forgetRows();
+    QModelIndexList after;
+    for (const QModelIndex& index : before) {
+        const html::Node* const node = nodeAt(index);
+        after.append(indexOf(node && !hasRow(*node) ? node->parent() : node));
+    }
+    changePersistentIndexList(before, after);
+    emit layoutChanged();
+}
+
+std::vector<OutlinePart> OutlineModel::partsOf(const html::Node& node) const
+{
+    const html::Element* const element = node.asElement();
+    return element ? outlineParts(*element, !m_showsAllNodes) : outlineParts(node);
+}
+
+QString OutlineModel::rowText(const html::Node& node) const
+{
+    QString text;
+    for (const OutlinePart& part : partsOf(node))
+        text += part.text;
+    return text;
+}
+
+const std::vector<html::Node*>& OutlineModel::rowsBelow(const QModelIndex& index) const
+{
+    return childrenOf(*nodeOf(index));
+}
+
+html::Node* OutlineModel::nodeAt(const QModelIndex& index)
+{
+    return index.isValid() ? static_cast<html::Node*>(index.internalPointer()) : nullptr;
+}
+
+html::Element* OutlineModel::elementAt(const QModelIndex& index)
+{
+    html::Node* const node = nodeAt(index);
+    return node ? node->asElement() : nullptr;
+}
+
+QModelIndex OutlineModel::indexOf(const html::Node* node) const
+{
+    if (!node || !node->parent())
         return {};
-    (void)childrenOf(*element->parent());
-    const auto row = m_rows.find(element);
-    return row == m_rows.end() ? QModelIndex() : createIndex(row->second, 0, element);
+    (void)childrenOf(*node->parent());
+    const auto row = m_rows.find(node);
+    return row == m_rows.end() ? QModelIndex() : createIndex(row->second, 0, node);
 }
 
 QModelIndex OutlineModel::indexOfParent(html::ParentNode* parent) const
 {
-    return indexOf(parent->asElement());
+    return indexOf(parent);
 }
 
 QModelIndex OutlineModel::indexAtPath(const std::vector<int>& path) const
 {
-    QModelIndex found = index(0, 0);
-    for (const int step : path)
-        found = found.isValid() ? index(step, 0, found) : found;
-    return found;
+    return m_tree.document() ? indexOf(elementAtPath(*m_tree.document(), path)) : QModelIndex();
 }
 
 void OutlineModel::setActiveElement(const QModelIndex& index)
@@ -142,14 +222,16 @@ void OutlineModel::toggleHidden(const QModelIndex& index)
     emit dataChanged(index, index, {Qt::ForegroundRole});
 }
 
-const std::vector<html::Element*>& OutlineModel::childrenOf(const html::ParentNode& parent) const
+const std::vector<html::Node*>& OutlineModel::childrenOf(const html::ParentNode& parent) const
 {
     const auto [found, isNew] = m_children.try_emplace(&parent);
     if (isNew) {
-        found->second = parent.children();
-        int row = 0;
-        for (const html::Element* child : found->second)
-            m_rows[child] = row++;
+        for (html::Node* child = parent.firstChild(); child; child = child->next()) {
+            if (hasRow(*child)) {
+                m_rows[child] = static_cast<int>(found->second.size());
+                found->second.push_back(child);
+            }
+        }
     }
     return found->second;
 }
@@ -164,13 +246,12 @@ void OutlineModel::forgetRows()
 // Of a large page everything else stays known: the view asks for every row again.
 void OutlineModel::forgetChange()
 {
-    m_children.erase(m_changing);
-    for (const html::Element* const gone : m_leaving) {
+    m_children.erase(std::exchange(m_changing, nullptr));
+    for (const html::Node* const gone : m_leaving) {
         for (const html::Node* node = gone; node; node = node->following(*gone)) {
-            if (const html::Element* const element = node->asElement()) {
-                m_children.erase(element);
-                m_rows.erase(element);
-            }
+            m_rows.erase(node);
+            if (const html::ParentNode* const parent = node->asParent())
+                m_children.erase(parent);
         }
     }
     m_leaving.clear();
@@ -181,13 +262,13 @@ int OutlineModel::deepestLevel() const
 {
     if (!m_deepestLevel)
         m_deepestLevel = m_tree.document() ? std::max(elementDepth(*m_tree.document()) - 1, 0) : 0;
-    return *m_deepestLevel;
+    return *m_deepestLevel + (m_showsAllNodes ? 1 : 0);
 }
 
 const html::ParentNode* OutlineModel::nodeOf(const QModelIndex& index) const
 {
-    if (index.isValid())
-        return elementAt(index);
+    if (const html::Node* const node = nodeAt(index))
+        return node->asParent();
     return m_tree.document();
 }
 
@@ -203,8 +284,8 @@ QModelIndex OutlineModel::index(int row, int column, const QModelIndex& parent) 
 
 QModelIndex OutlineModel::parent(const QModelIndex& child) const
 {
-    const html::Element* const element = elementAt(child);
-    return element && element->parent() ? indexOf(element->parent()->asElement()) : QModelIndex();
+    const html::Node* const node = nodeAt(child);
+    return node ? indexOf(node->parent()) : QModelIndex();
 }
 
 int OutlineModel::rowCount(const QModelIndex& parent) const
@@ -221,21 +302,33 @@ int OutlineModel::columnCount(const QModelIndex&) const
 bool OutlineModel::hasChildren(const QModelIndex& parent) const
 {
     const html::ParentNode* const node = nodeOf(parent);
-    return node && node->firstElement();
+    return node && (m_showsAllNodes ? !childrenOf(*node).empty() : node->firstElement() != nullptr);
+}
+
+QString OutlineModel::descriptionOf(const QModelIndex& index) const
+{
+    const html::Node& node = *nodeAt(index);
+    if (m_hidden.contains(index))
+        return tr("Hidden");
+    if (html::isServerCode(node))
+        return tr("Server code");
+    if (node.kind() == html::Node::Kind::Text)
+        return tr("Text");
+    return node.kind() == html::Node::Kind::Comment ? tr("Comment") : QString();
 }
 
 QVariant OutlineModel::data(const QModelIndex& index, int role) const
 {
-    const html::Element* const element = elementAt(index);
-    if (!element)
+    const html::Node* const node = nodeAt(index);
+    if (!node)
         return {};
     switch (role) {
     case Qt::DisplayRole:
-        return shortened(outlineRowText(*element), longestRow);
+        return shortened(rowText(*node), longestRow);
     case Qt::ToolTipRole:
-        return toolTipOf(*element);
+        return shortened(rowText(*node), longestToolTip).toHtmlEscaped();
     case Qt::AccessibleDescriptionRole:
-        return m_hidden.contains(index) ? tr("Hidden") : QString();
+        return descriptionOf(index);
     case Qt::ForegroundRole:
         if (m_hidden.contains(index))
             return QPalette().color(QPalette::Disabled, QPalette::Text);

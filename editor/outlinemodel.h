@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "editor/outlinerow.h"
+#include "html/node.h"
 #include "page/tagrules.h"
 
 #include <QAbstractItemModel>
@@ -10,17 +12,12 @@
 #include <unordered_map>
 #include <vector>
 
-namespace luma::html {
-class Element;
-class ParentNode;
-} // namespace luma::html
-
 namespace luma {
 
 class PageTree;
 
-/// The elements of a page as the outline shows them: elements only, with `html` at the top. It follows the
-/// tree's changes row by row. A drag carries a record (a property list under nodeDragType), and a drop is
+/// The page as the outline shows it: its elements, with `html` at the top, or all nodes but texts that are blank. It
+/// follows the tree's changes row by row. A drag of an element carries a record (a property list under nodeDragType), and a drop is
 /// accepted where the rules allow it; the listener to elementDropped() performs it. Main thread.
 class OutlineModel final : public QAbstractItemModel
 {
@@ -32,9 +29,22 @@ public:
 
     OutlineModel(PageTree& tree, const TagRules& rules, QObject* parent = nullptr);
 
-    /// The element of an index, null for an invalid one; and the index of an element.
+    /// The node of an index, null for an invalid one; as an element, null for any other node; and the index of a node,
+    /// invalid for one that has no row.
+    [[nodiscard]] static html::Node* nodeAt(const QModelIndex& index);
     [[nodiscard]] static html::Element* elementAt(const QModelIndex& index);
-    [[nodiscard]] QModelIndex indexOf(const html::Element* element) const;
+    [[nodiscard]] QModelIndex indexOf(const html::Node* node) const;
+
+    /// Whether texts, comments, the doctype and server code outside elements have rows of their own. The rows of elements,
+    /// and what refers to them, stay when this changes; the parent's row takes the place of one that goes.
+    [[nodiscard]] bool showsAllNodes() const { return m_showsAllNodes; }
+    void setShowsAllNodes(bool showsAll);
+    [[nodiscard]] bool hasRow(const html::Node& node) const;
+    /// What a node's row shows, also with its parts.
+    [[nodiscard]] QString rowText(const html::Node& node) const;
+    [[nodiscard]] std::vector<OutlinePart> partsOf(const html::Node& node) const;
+    /// The nodes of the rows below `index`.
+    [[nodiscard]] const std::vector<html::Node*>& rowsBelow(const QModelIndex& index) const;
 
     /// The row at `path`, the positions among element children starting from the root element; invalid if
     /// there is none.
@@ -70,15 +80,20 @@ public:
                       const QModelIndex& parent) override;
 
 signals:
-    /// An allowed drop: at `childIndex` among the target's element children, or -1 for onto the target.
+    /// An allowed drop: at `childIndex` among the rows below the target, or -1 for onto the target.
     void elementDropped(const QPersistentModelIndex& dragged, const QPersistentModelIndex& target,
                         int childIndex, Qt::DropAction action);
 
 private:
     void followTree();
-    const std::vector<html::Element*>& childrenOf(const html::ParentNode& parent) const;
+    void noteInsertion(html::ParentNode& parent, html::Node* next, const html::NodeList& nodes);
+    void noteRemoval(html::ParentNode& parent, html::Node* first, const html::Node* end);
+    const std::vector<html::Node*>& childrenOf(const html::ParentNode& parent) const;
+    /// The row that a child of `parent`, or the next one that has a row, stands in.
+    [[nodiscard]] int rowFrom(const html::ParentNode& parent, const html::Node* child) const;
     [[nodiscard]] const html::ParentNode* nodeOf(const QModelIndex& index) const;
     [[nodiscard]] QModelIndex indexOfParent(html::ParentNode* parent) const;
+    [[nodiscard]] QString descriptionOf(const QModelIndex& index) const;
     void forgetRows();
     void forgetChange();
     /// Row numbers of the fully expanded outline, from 0.
@@ -91,11 +106,12 @@ private:
     QPersistentModelIndex m_activeElement;
     QColor m_activeColour;
     QList<QPersistentModelIndex> m_hidden;
-    const html::ParentNode* m_changing = nullptr;
-    std::vector<html::Element*> m_leaving;
+    bool m_showsAllNodes = false;
+    const html::ParentNode* m_changing = nullptr; // while rows come or go
+    std::vector<html::Node*> m_leaving;
     // Cached until they change, because the tree's child lists are linked lists.
-    mutable std::unordered_map<const html::ParentNode*, std::vector<html::Element*>> m_children;
-    mutable std::unordered_map<const html::Element*, int> m_rows;
+    mutable std::unordered_map<const html::ParentNode*, std::vector<html::Node*>> m_children;
+    mutable std::unordered_map<const html::Node*, int> m_rows;
     mutable std::optional<int> m_deepestLevel;
 };
 

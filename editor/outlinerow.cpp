@@ -2,6 +2,7 @@
 #include "editor/outlinerow.h"
 
 #include "base/ascii.h"
+#include "html/characterdata.h"
 #include "html/codemarks.h"
 #include "html/element.h"
 #include "html/serializer.h"
@@ -15,9 +16,12 @@ namespace {
 
 using Kind = OutlinePart::Kind;
 
+// A script is a text, too, but a row shows only its beginning.
+constexpr std::size_t longestText = 2000;
+
 /// Calls `take` with the kind and the text of each part, in UTF-8.
 template <class Take>
-void forEachPart(const html::Element& element, const Take& take)
+void forEachPart(const html::Element& element, bool withText, const Take& take)
 {
     if (html::isServerCode(element)) {
         take(Kind::Code, simplified(html::codeOf(element)));
@@ -40,7 +44,7 @@ void forEachPart(const html::Element& element, const Take& take)
              html::withUnspelledCode(html::markup(attribute).substr(attribute.name.size())));
     }
     take(Kind::Mark, ">");
-    if (const std::string own = element.ownText(); !own.empty()) {
+    if (const std::string own = withText ? element.ownText() : std::string(); !own.empty()) {
         take(Kind::Mark, " ");
         take(Kind::Text, own);
     }
@@ -48,19 +52,32 @@ void forEachPart(const html::Element& element, const Take& take)
 
 } // namespace
 
-std::vector<OutlinePart> outlineParts(const html::Element& element)
+std::vector<OutlinePart> outlineParts(const html::Element& element, bool withText)
 {
     std::vector<OutlinePart> parts;
-    forEachPart(element, [&parts](Kind kind, std::string_view text) {
+    forEachPart(element, withText, [&parts](Kind kind, std::string_view text) {
         parts.push_back({kind, QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()))});
     });
     return parts;
 }
 
+std::vector<OutlinePart> outlineParts(const html::Node& node)
+{
+    const auto part = [](Kind kind, std::string_view text) {
+        // What is cut in the middle of a character ends in a replacement character, far behind what is seen.
+        return OutlinePart{kind, QString::fromStdString(simplified(text.substr(0, longestText)))};
+    };
+    if (html::isServerCode(node))
+        return {part(Kind::Code, html::codeOf(node))};
+    if (const std::string* const text = html::textOf(node))
+        return {part(Kind::Text, *text)};
+    return {part(Kind::Mark, html::withUnspelledCode(node.outerHtml()))};
+}
+
 QString outlineRowText(const html::Element& element)
 {
     std::string row;
-    forEachPart(element, [&row](Kind, std::string_view text) { row += text; });
+    forEachPart(element, true, [&row](Kind, std::string_view text) { row += text; });
     return QString::fromStdString(row);
 }
 

@@ -7,7 +7,8 @@
 
 namespace luma::html {
 class Element;
-}
+class Node;
+} // namespace luma::html
 
 namespace luma {
 
@@ -20,9 +21,11 @@ struct OutlinePart
     QString text;
 };
 
-/// An element's row: its tag with all attributes, and its own text. Server code is shown as it is.
-std::vector<OutlinePart> outlineParts(const html::Element& element);
-/// The same as one text.
+/// An element's row: its tag with all attributes, and its own text if that is wanted. Server code is shown as it is.
+std::vector<OutlinePart> outlineParts(const html::Element& element, bool withText = true);
+/// The row of a node that is no element: the beginning of its text, with white space as blanks.
+std::vector<OutlinePart> outlineParts(const html::Node& node);
+/// An element's row, with its text, as one text.
 QString outlineRowText(const html::Element& element);
 
 } // namespace luma

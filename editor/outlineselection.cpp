@@ -29,14 +29,24 @@ QPersistentModelIndex OutlineSelection::index() const
     return selected.isEmpty() ? QModelIndex() : selected.first();
 }
 
+html::Node* OutlineSelection::node() const
+{
+    return OutlineModel::nodeAt(index());
+}
+
 html::Element* OutlineSelection::element() const
 {
     return OutlineModel::elementAt(index());
 }
 
-void OutlineSelection::select(const html::Element* element)
+bool OutlineSelection::hasAllNodes() const
 {
-    m_view.setCurrentIndex(m_model.indexOf(element));
+    return m_model.showsAllNodes();
+}
+
+void OutlineSelection::select(const html::Node* node)
+{
+    m_view.setCurrentIndex(m_model.indexOf(node));
 }
 
 void OutlineSelection::setActiveElement(const std::vector<int>& path)
@@ -66,7 +76,9 @@ void OutlineSelection::showInPage()
 
 void OutlineSelection::selectInPage(const char* options)
 {
-    const html::Element* const shown = element();
+    const html::Node* const selected = node();
+    const bool isText = selected && selected->kind() == html::Node::Kind::Text;
+    const html::Element* const shown = isText ? selected->parent()->asElement() : element();
     if (!shown)
         return;
     const QString selector = QString::fromStdString(shown->cssSelector());

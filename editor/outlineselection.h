@@ -9,7 +9,8 @@
 
 namespace luma::html {
 class Element;
-}
+class Node;
+} // namespace luma::html
 
 namespace luma {
 
@@ -26,10 +27,13 @@ class OutlineSelection final : public QObject
 public:
     OutlineSelection(OutlineView& view, OutlineModel& model, ViewController& rendering, QObject* parent);
 
-    /// The element of the selected row; null if no row is selected.
+    /// The node of the selected row; null if no row is selected. As an element, null if it is none.
+    [[nodiscard]] html::Node* node() const;
     [[nodiscard]] html::Element* element() const;
     [[nodiscard]] QPersistentModelIndex index() const;
-    void select(const html::Element* element);
+    /// Whether nodes of all kinds can be selected.
+    [[nodiscard]] bool hasAllNodes() const;
+    void select(const html::Node* node);
 
     /// Selects the row of the element that holds the caret and draws it as the active one. `path` is as for
     /// OutlineModel::indexAtPath(); an unknown path is ignored.

@@ -47,6 +47,7 @@ void OutlineView::setModel(QAbstractItemModel* model)
 {
     QTreeView::setModel(model);
     connect(model, &QAbstractItemModel::modelReset, this, &OutlineView::expandAll);
+    connect(model, &QAbstractItemModel::layoutChanged, this, &OutlineView::expandAll);
     expandAll();
 }
 
@@ -89,7 +90,7 @@ bool OutlineView::isTypingName() const
 void OutlineView::keyboardSearch(const QString& typed)
 {
     const auto* const outline = qobject_cast<const OutlineModel*>(model());
-    const html::Element* const current = OutlineModel::elementAt(currentIndex());
+    const html::Node* const current = OutlineModel::nodeAt(currentIndex());
     if (!outline || !current || typed.isEmpty())
         return;
     const std::string letters = typed.toLower().toStdString();
@@ -106,7 +107,7 @@ void OutlineView::keyboardSearch(const QString& typed)
             node = following ? following : &page;
         } while (node != current && !isNamed(*node));
     }
-    setCurrentIndex(outline->indexOf(node->asElement()));
+    setCurrentIndex(outline->indexOf(node));
     m_sinceTyped.start();
 }
 

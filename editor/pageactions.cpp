@@ -9,6 +9,7 @@
 #include "editor/hiddenelements.h"
 #include "editor/htmldocument.h"
 #include "editor/outlinefind.h"
+#include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
 #include "editor/pageedits.h"
 #include "editor/pagesaver.h"
@@ -89,11 +90,15 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.findNextAction, HasPage, [&find] { find.next(); }},
         {ui.findPreviousAction, HasPage, [&find] { find.previous(); }},
         {ui.deleteTagAction, CanDelete, [&edits] { edits.deleteTag(); }},
-        {ui.duplicateAction, HasElement, [&edits] { edits.duplicate(); }},
-        {ui.moveUpAction, HasElement, [&edits] { edits.moveUp(); }},
-        {ui.moveDownAction, HasElement, [&edits] { edits.moveDown(); }},
+        {ui.duplicateAction, CanMove, [&edits] { edits.duplicate(); }},
+        {ui.moveUpAction, CanMove, [&edits] { edits.moveUp(); }},
+        {ui.moveDownAction, CanMove, [&edits] { edits.moveDown(); }},
         {ui.hideAction, HasElement, [&hidden = m_parts.hidden] { hidden.toggleSelected(); }},
         {ui.pageTitleAction, HasPage, [&page] { page.editTitle(); }},
+        {ui.allNodesAction, Always,
+         [&outline = m_parts.outline, action = ui.allNodesAction] {
+             outline.setShowsAllNodes(action->isChecked());
+         }},
         {ui.reloadAction, HasPage, [&page] { page.reload(); }, "reload"},
         {ui.tidySourceAction, HasPage, [&page] { page.tidySource(); }},
         {ui.showSourceAction, HasPage, [&view] { view.showSource(); }, "script"},
@@ -149,7 +154,9 @@ bool PageActions::isAvailable(When when) const
     case When::InTable:
         return m_parts.selection.element() && tableAround(*m_parts.selection.element());
     case When::CanDelete:
-        return m_parts.rules.canDelete(m_parts.selection.element());
+        return m_parts.rules.canDelete(m_parts.selection.node());
+    case When::CanMove: // An element that can't be moved tells the reason.
+        return m_parts.selection.element() || m_parts.rules.canMove(m_parts.selection.node());
     }
     return false;
 }

@@ -19,6 +19,7 @@ class CheckPanel;
 class HiddenElements;
 class HTMLDocument;
 class OutlineFind;
+class OutlineModel;
 class OutlineSelection;
 class PageEdits;
 class PageSaver;
@@ -49,6 +50,7 @@ public:
         OutlineFind& find;
         HiddenElements& hidden;
         CheckPanel& check;
+        OutlineModel& outline;
         PageEdits& edits;
         PageSaver& saver;
         TableSheet& tableSheet;
@@ -62,7 +64,7 @@ public:
     void update();
 
 private:
-    enum class When { Always, HasPage, HasFile, CanUndo, CanRedo, HasElement, InTable, CanDelete };
+    enum class When { Always, HasPage, HasFile, CanUndo, CanRedo, HasElement, InTable, CanDelete, CanMove };
 
     struct Command
     {

@@ -59,13 +59,19 @@ void PageEdits::whenCaughtUp(const std::function<void()>& edit)
 
 void PageEdits::editSelected(const std::function<void(html::Element&)>& edit)
 {
+    if (m_selection.element())
+        editSelectedNode([edit](html::Node& node) { edit(*node.asElement()); });
+}
+
+void PageEdits::editSelectedNode(const std::function<void(html::Node&)>& edit)
+{
     whenCaughtUp([this, edit, chosen = m_selection.index()] {
-        html::Element* const element = OutlineModel::elementAt(chosen);
-        if (!element)
+        html::Node* const node = OutlineModel::nodeAt(chosen);
+        if (!node)
             return;
         {
             const auto quiet = m_selection.quietly();
-            edit(*element);
+            edit(*node);
         }
         emit edited();
     });
@@ -83,8 +89,8 @@ void PageEdits::addTag(const QString& tagName)
 
 void PageEdits::deleteTag()
 {
-    if (m_rules.canDelete(m_selection.element()))
-        editSelected([this](html::Element& element) { m_commands.remove(element); });
+    if (m_rules.canDelete(m_selection.node()))
+        editSelectedNode([this](html::Node& node) { m_commands.remove(node); });
 }
 
 void PageEdits::duplicate()
@@ -94,7 +100,8 @@ void PageEdits::duplicate()
         emit refused(tr("A page may have only one <%1> like this.").arg(tagNameOf(*selected)));
         return;
     }
-    editSelected([this](html::Element& element) { m_selection.select(m_commands.duplicate(element)); });
+    if (m_rules.canMove(m_selection.node()))
+        editSelectedNode([this](html::Node& node) { m_selection.select(m_commands.duplicate(node)); });
 }
 
 void PageEdits::moveUp()
@@ -107,16 +114,20 @@ void PageEdits::moveDown()
     moveSelected(&PageCommands::moveDown);
 }
 
-void PageEdits::moveSelected(void (PageCommands::*move)(html::Element&))
+void PageEdits::moveSelected(void (PageCommands::*move)(html::Node&, PageCommands::Among))
 {
     const html::Element* const selected = m_selection.element();
     if (selected && !m_rules.canDrag(selected)) {
         emit refused(tr("<%1> can't be moved. Its place in a page is fixed.").arg(tagNameOf(*selected)));
         return;
     }
-    editSelected([this, move](html::Element& element) {
-        std::invoke(move, m_commands, element);
-        m_selection.select(&element);
+    if (!m_rules.canMove(m_selection.node()))
+        return;
+    editSelectedNode([this, move](html::Node& node) {
+        const auto among =
+            m_selection.hasAllNodes() ? PageCommands::Among::AllNodes : PageCommands::Among::Elements;
+        std::invoke(move, m_commands, node, among);
+        m_selection.select(&node);
     });
 }
 
@@ -303,11 +314,15 @@ void PageEdits::acceptDrop(const QPersistentModelIndex& dragged, const QPersiste
             return;
         {
             const auto quiet = m_selection.quietly();
+            const auto& rows = static_cast<const OutlineModel*>(target.model())->rowsBelow(target);
+            const bool isCopy = action == Qt::CopyAction;
+            const html::Position place =
+                TagRules::dropPosition(*parent, rows, childIndex, isCopy ? nullptr : element);
             const html::Element* dropped = element;
-            if (action == Qt::CopyAction)
-                dropped = m_commands.copy(*element, TagRules::dropPosition(*parent, childIndex, nullptr));
+            if (isCopy)
+                dropped = m_commands.copy(*element, place);
             else
-                m_commands.move(*element, TagRules::dropPosition(*parent, childIndex, element));
+                m_commands.move(*element, place);
             m_selection.select(dropped);
         }
         emit edited();

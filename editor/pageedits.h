@@ -35,10 +35,10 @@ public:
     PageEdits(const TagRules& rules, PageTree& tree, QUndoStack& stack, OutlineSelection& selection,
               ViewController& rendering, QObject* parent);
 
-    /// Inserts a new element as the first child of the selected one; deletes the selected one.
+    /// Inserts a new element as the first child of the selected one; deletes the selected node.
     void addTag(const QString& tagName);
     void deleteTag();
-    /// Duplicates the selected element, which selects the copy, or moves it among its siblings.
+    /// Duplicates the selected node, which selects the copy, or moves it among the rows of its siblings.
     void duplicate();
     void moveUp();
     void moveDown();
@@ -87,9 +87,10 @@ signals:
 
 private:
     void editSelected(const std::function<void(html::Element&)>& edit);
+    void editSelectedNode(const std::function<void(html::Node&)>& edit);
     void change(const QPersistentModelIndex& row, const std::function<Result<void>(html::Element&)>& change,
                 const Then& then);
-    void moveSelected(void (PageCommands::*move)(html::Element&));
+    void moveSelected(void (PageCommands::*move)(html::Node&, PageCommands::Among));
     void changeTable(const std::function<Result<const html::Element*>(html::Element& selected)>& change);
     void editAttributes(TagAction action, const QString& title);
     void travelHistory(void (QUndoStack::*step)());

@@ -21,8 +21,9 @@ constexpr int widestSide = narrowestSide + 110;
 
 } // namespace
 
-PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView, QSplitter& sideView, const Sides& sides)
-    : m_window(window), m_splitView(splitView), m_sideView(sideView), m_sides(sides)
+PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView, QSplitter& sideView, const Sides& sides,
+                       QAction& allNodes)
+    : m_window(window), m_splitView(splitView), m_sideView(sideView), m_sides(sides), m_allNodes(allNodes)
 {
     for (const int side : {0, 2}) {
         splitView.widget(side)->setMinimumWidth(narrowestSide);
@@ -57,7 +58,8 @@ QByteArray PageLayout::state() const
     QByteArray state;
     QDataStream stream(&state, QIODevice::WriteOnly);
     stream << m_window.saveGeometry() << m_splitView.saveState() << m_sides.outline->isChecked()
-           << m_sides.styles->isChecked() << m_sides.attributes->isChecked() << m_sideView.saveState();
+           << m_sides.styles->isChecked() << m_sides.attributes->isChecked() << m_sideView.saveState()
+           << m_allNodes.isChecked();
     return state;
 }
 
@@ -74,6 +76,9 @@ void PageLayout::restore(const QByteArray& state)
     bool showsAttributes = true;
     if (!isOf10)
         stream >> showsOutline >> showsStyles >> showsAttributes >> sideSplit;
+    bool showsAllNodes = false; // of an older state
+    if (!stream.atEnd())
+        stream >> showsAllNodes;
     if (stream.status() != QDataStream::Ok)
         return;
     m_window.restoreGeometry(geometry);
@@ -84,6 +89,8 @@ void PageLayout::restore(const QByteArray& state)
     m_sides.outline->setChecked(showsOutline);
     m_sides.styles->setChecked(showsStyles);
     m_sides.attributes->setChecked(showsAttributes);
+    if (showsAllNodes != m_allNodes.isChecked())
+        m_allNodes.trigger();
 }
 
 void PageLayout::fitTo(int pageWidth)

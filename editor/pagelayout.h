@@ -21,8 +21,9 @@ public:
         QAction* attributes;
         QAction* styles;
     };
-    /// Sets the parts' limits and initial sizes. Widgets and actions must outlive this object.
-    PageLayout(QMainWindow& window, QSplitter& splitView, QSplitter& sideView, const Sides& sides);
+    /// Sets the parts' limits and initial sizes. Whether `allNodes` is checked is kept with the sizes. Widgets and actions must outlive this object.
+    PageLayout(QMainWindow& window, QSplitter& splitView, QSplitter& sideView, const Sides& sides,
+               QAction& allNodes);
 
     /// Widens the sides where a large font needs more than their limits; once the texts are set.
     void makeRoomForTexts();
@@ -40,6 +41,7 @@ private:
     QSplitter& m_splitView;
     QSplitter& m_sideView;
     Sides m_sides;
+    QAction& m_allNodes;
     bool m_wasFitted = false;
 };
 

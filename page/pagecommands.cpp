@@ -3,6 +3,7 @@
 
 #include "base/ascii.h"
 #include "html/characterdata.h"
+#include "html/codemarks.h"
 #include "page/elementcopy.h"
 #include "page/originmatching.h"
 #include "page/pagetree.h"
@@ -13,6 +14,7 @@
 #include <QUndoCommand>
 #include <QUndoStack>
 
+#include <functional>
 #include <utility>
 
 namespace luma {
@@ -167,7 +169,7 @@ bool isBlank(const html::Node& node)
     return text && trimmed(*text).empty();
 }
 
-bool areNeighbours(const html::Element& first, const html::Element& second)
+bool areNeighbours(const html::Node& first, const html::Node& second)
 {
     const html::Node* between = first.next();
     while (between != &second && isBlank(*between))
@@ -175,12 +177,14 @@ bool areNeighbours(const html::Element& first, const html::Element& second)
     return between == &second;
 }
 
-html::Element* previousElement(const html::Element& element)
+/// The nearest sibling in a direction that counts.
+html::Node* neighbour(const html::Node& node, html::Node* (html::Node::*direction)() const,
+                      PageCommands::Among among)
 {
-    html::Node* node = element.previous();
-    while (node && !node->asElement())
-        node = node->previous();
-    return node ? node->asElement() : nullptr;
+    html::Node* near = std::invoke(direction, node);
+    while (near && (among == PageCommands::Among::Elements ? !near->asElement() : isBlank(*near)))
+        near = std::invoke(direction, *near);
+    return near;
 }
 
 struct CommandTexts
@@ -195,10 +199,16 @@ void PageCommands::insert(html::NodePtr node, const html::Position& position, co
     m_stack.push(new InsertCommand(m_tree, std::move(node), position, name));
 }
 
-void PageCommands::remove(html::Element& element)
+void PageCommands::remove(html::Node& node)
 {
-    const QString name = CommandTexts::tr("Delete <%1>").arg(QString::fromStdString(element.tagName()));
-    m_stack.push(new RemoveCommand(m_tree, element, name));
+    QString name = CommandTexts::tr("Delete Text");
+    if (html::isServerCode(node))
+        name = CommandTexts::tr("Delete Server Code");
+    else if (const html::Element* const element = node.asElement())
+        name = CommandTexts::tr("Delete <%1>").arg(QString::fromStdString(element->tagName()));
+    else if (node.kind() == html::Node::Kind::Comment)
+        name = CommandTexts::tr("Delete Comment");
+    m_stack.push(new RemoveCommand(m_tree, node, name));
 }
 
 void PageCommands::move(html::Element& element, const html::Position& position)
@@ -209,27 +219,27 @@ void PageCommands::move(html::Element& element, const html::Position& position)
     m_stack.push(new MoveCommand(m_tree, element, position, name));
 }
 
-void PageCommands::moveUp(html::Element& element)
+void PageCommands::moveUp(html::Node& node, Among among)
 {
     const QString name = CommandTexts::tr("Move Up");
-    html::Element* const above = previousElement(element);
-    if (above && areNeighbours(*above, element))
-        swapNeighbours(*above, element, name);
+    html::Node* const above = neighbour(node, &html::Node::previous, among);
+    if (above && areNeighbours(*above, node))
+        swapNeighbours(*above, node, name);
     else if (above)
-        m_stack.push(new MoveCommand(m_tree, element, {element.parent(), above}, name));
+        m_stack.push(new MoveCommand(m_tree, node, {node.parent(), above}, name));
 }
 
-void PageCommands::moveDown(html::Element& element)
+void PageCommands::moveDown(html::Node& node, Among among)
 {
     const QString name = CommandTexts::tr("Move Down");
-    html::Element* const below = element.nextElement();
-    if (below && areNeighbours(element, *below))
-        swapNeighbours(element, *below, name);
+    html::Node* const below = neighbour(node, &html::Node::next, among);
+    if (below && areNeighbours(node, *below))
+        swapNeighbours(node, *below, name);
     else if (below)
-        m_stack.push(new MoveCommand(m_tree, element, {element.parent(), below->next()}, name));
+        m_stack.push(new MoveCommand(m_tree, node, {node.parent(), below->next()}, name));
 }
 
-void PageCommands::swapNeighbours(html::Element& first, html::Element& second, const QString& name)
+void PageCommands::swapNeighbours(html::Node& first, html::Node& second, const QString& name)
 {
     html::Node* const end = second.next();
     m_stack.beginMacro(name);
@@ -239,16 +249,16 @@ void PageCommands::swapNeighbours(html::Element& first, html::Element& second, c
     m_stack.endMacro();
 }
 
-const html::Element* PageCommands::duplicate(html::Element& element)
+const html::Node* PageCommands::duplicate(html::Node& node)
 {
     MarkupDifference difference;
-    difference.parent = element.parent();
-    difference.previous = &element;
-    difference.next = element.next();
-    if (const html::Node* const above = element.previous(); above && isBlank(*above))
+    difference.parent = node.parent();
+    difference.previous = &node;
+    difference.next = node.next();
+    if (const html::Node* const above = node.previous(); above && isBlank(*above))
         difference.nodes.push_back(above->copy());
-    difference.nodes.push_back(copyWithOwnIds(element));
-    const html::Element* const added = difference.nodes.back()->asElement();
+    difference.nodes.push_back(node.asElement() ? copyWithOwnIds(*node.asElement()) : node.copy());
+    const html::Node* const added = difference.nodes.back().get();
     apply(std::move(difference), CommandTexts::tr("Duplicate"), Merging::Separate);
     return added;
 }

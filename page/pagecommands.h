@@ -21,17 +21,18 @@ public:
     PageCommands(PageTree& tree, QUndoStack& stack) : m_tree(tree), m_stack(stack) {}
 
     void insert(html::NodePtr node, const html::Position& position, const QString& name);
-    void remove(html::Element& element);
+    void remove(html::Node& node);
     void move(html::Element& element, const html::Position& position);
     /// Gives the copy.
     const html::Element* copy(const html::Element& element, const html::Position& position);
-    /// Puts a copy with ids of its own (copyWithOwnIds) behind the element, on a line of its own if the element has one.
-    /// Gives the copy.
-    const html::Element* duplicate(html::Element& element);
-    /// Moves an element past the element in front of it or behind it, if there is one. White space between the two stays
-    /// between them.
-    void moveUp(html::Element& element);
-    void moveDown(html::Element& element);
+    /// Puts a copy, an element's with ids of its own (copyWithOwnIds), behind the node, on a line of its own if the node has
+    /// one. Gives the copy.
+    const html::Node* duplicate(html::Node& node);
+    /// Moves a node past its neighbour in front of it or behind it, if there is one: the next element, or the next node
+    /// that is not blank. White space between the two stays between them.
+    enum class Among { Elements, AllNodes };
+    void moveUp(html::Node& node, Among among = Among::Elements);
+    void moveDown(html::Node& node, Among among = Among::Elements);
     using Attributes = std::vector<html::Attribute>;
     void setAttributes(html::Element& element, Attributes attributes, const QString& name);
     /// Several elements' attributes in one step.
@@ -48,7 +49,7 @@ public:
     void apply(MarkupDifference difference, const QString& name, Merging merging);
 
 private:
-    void swapNeighbours(html::Element& first, html::Element& second, const QString& name);
+    void swapNeighbours(html::Node& first, html::Node& second, const QString& name);
 
     PageTree& m_tree;
     QUndoStack& m_stack;

@@ -1,28 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/pagetree.h"
 
-#include <algorithm>
 #include <utility>
 
 namespace luma {
-
-namespace {
-
-int elementsBefore(const html::ParentNode& parent, const html::Node* end)
-{
-    int count = 0;
-    for (const html::Node* child = parent.firstChild(); child && child != end; child = child->next())
-        count += child->asElement() ? 1 : 0;
-    return count;
-}
-
-int elementsIn(const html::NodeList& nodes)
-{
-    return static_cast<int>(std::count_if(nodes.begin(), nodes.end(),
-                                          [](const html::NodePtr& node) { return node->asElement(); }));
-}
-
-} // namespace
 
 PageTree::~PageTree() = default;
 
@@ -78,30 +59,26 @@ void PageTree::removeBetween(html::ParentNode& parent, html::Node* previous, htm
                              html::NodeList& removedNodes)
 {
     html::Node* first = previous ? previous->next() : parent.firstChild();
-    const int firstRow = elementsBefore(parent, first);
-    const int endRow = elementsBefore(parent, next);
-    if (endRow > firstRow)
-        emit aboutToRemove(&parent, firstRow, endRow - 1);
+    if (first == next)
+        return;
+    emit aboutToRemove(&parent, first, next);
     while (first != next) {
         html::Node* const following = first->next();
         removedNodes.push_back(first->detach());
         first = following;
     }
-    if (endRow > firstRow)
-        emit removed();
+    emit removed();
 }
 
 void PageTree::insertAll(html::ParentNode& parent, html::Node* next, html::NodeList& nodes)
 {
-    const int count = elementsIn(nodes);
-    const int row = count > 0 ? elementsBefore(parent, next) : 0;
-    if (count > 0)
-        emit aboutToInsert(&parent, row, row + count - 1);
+    if (nodes.empty())
+        return;
+    emit aboutToInsert(&parent, next, &nodes);
     for (html::NodePtr& node : nodes)
         parent.insert(std::move(node), next);
     nodes.clear();
-    if (count > 0)
-        emit inserted();
+    emit inserted();
 }
 
 void PageTree::tellChanged(html::ParentNode& parent)

@@ -11,9 +11,9 @@
 
 namespace luma {
 
-/// The parsed page, which is the master copy, and the few primitives that change it. Each announces the rows it
-/// touches among the element children, before and after, so that an item model can follow exactly. Every primitive
-/// can be undone by another one; undo commands consist of them. Main thread.
+/// The parsed page, which is the master copy, and the few primitives that change it. Each announces the nodes that come
+/// and go, before and after, so that an item model can follow exactly. Every primitive can be undone by another one; undo
+/// commands consist of them. Main thread.
 class PageTree final : public QObject
 {
     Q_OBJECT
@@ -36,9 +36,11 @@ public:
 signals:
     void aboutToReset();
     void reset();
-    void aboutToInsert(html::ParentNode* parent, int first, int last);
+    /// The nodes become children of `parent` in front of `next` (null: at the end).
+    void aboutToInsert(html::ParentNode* parent, html::Node* next, const html::NodeList* nodes);
     void inserted();
-    void aboutToRemove(html::ParentNode* parent, int first, int last);
+    /// The children from `first` up to `end` (null: to the last) leave `parent`.
+    void aboutToRemove(html::ParentNode* parent, html::Node* first, html::Node* end);
     void removed();
     /// The element's own attributes or text changed.
     void elementChanged(html::Element* element);

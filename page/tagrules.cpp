@@ -75,8 +75,11 @@ bool TagRules::canEnable(const html::Element* element) const
     return element && tagDict.contains(tagNameOf(*element));
 }
 
-bool TagRules::canDelete(const html::Element* element) const
+bool TagRules::canDelete(const html::Node* node) const
 {
+    const html::Element* const element = node ? node->asElement() : nullptr;
+    if (node && !element)
+        return node->kind() != html::Node::Kind::Doctype;
     return element && canDrag(element) && element->tagName() != "title" &&
            !(element->tagName() == "meta" && !element->attr("charset").empty());
 }
@@ -106,6 +109,12 @@ bool TagRules::canDrag(const html::Element* element) const
     return element && !unmoveableTags.contains(tagNameOf(*element));
 }
 
+bool TagRules::canMove(const html::Node* node) const
+{
+    return node &&
+           (node->asElement() ? canDrag(node->asElement()) : node->kind() == html::Node::Kind::Comment);
+}
+
 bool TagRules::canDrop(const html::Element* dragged, const html::Element* target) const
 {
     if (!dragged || !target || target->isInside(*dragged))
@@ -116,9 +125,9 @@ bool TagRules::canDrop(const html::Element* dragged, const html::Element* target
     return !headTags.contains(tagNameOf(*dragged)) || target->is("head");
 }
 
-html::Position TagRules::dropPosition(html::Element& target, int childIndex, const html::Element* moved)
+html::Position TagRules::dropPosition(html::Element& target, const std::vector<html::Node*>& children,
+                                      int childIndex, const html::Element* moved)
 {
-    const std::vector<html::Element*> children = target.children();
     html::Position place = {&target, target.firstChild()};
     if (childIndex >= 0 && !children.empty()) {
         const auto index = static_cast<std::size_t>(childIndex);

@@ -684,6 +684,14 @@
         <source>Save and Open in &amp;Browser</source>
         <translation>Sichern und im Bro&amp;wser öffnen</translation>
     </message>
+    <message>
+        <source>S&amp;how All Nodes</source>
+        <translation>&amp;Alle Knoten zeigen</translation>
+    </message>
+    <message>
+        <source>Shows texts, comments, the doctype and server code as rows of the outline</source>
+        <translation>Zeigt Texte, Kommentare, den Dokumenttyp und Servercode als Zeilen der Gliederung</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -3258,6 +3266,18 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>Hidden</source>
         <translation>Ausgeblendet</translation>
     </message>
+    <message>
+        <source>Server code</source>
+        <translation>Servercode</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Comment</source>
+        <translation>Kommentar</translation>
+    </message>
 </context>
 <context>
     <name>luma::PageActions</name>
@@ -3307,6 +3327,18 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Duplicate</source>
         <translation>Duplizieren</translation>
+    </message>
+    <message>
+        <source>Delete Text</source>
+        <translation>Text löschen</translation>
+    </message>
+    <message>
+        <source>Delete Server Code</source>
+        <translation>Servercode löschen</translation>
+    </message>
+    <message>
+        <source>Delete Comment</source>
+        <translation>Kommentar löschen</translation>
     </message>
 </context>
 <context>

@@ -109,6 +109,62 @@ private slots:
         QCOMPARE(tree(), before);
     }
 
+    void nodes_areEditedInRowsOfTheirOwn_data()
+    {
+        const test::Rows<QByteArray, QString, QByteArray, QString> row("row", "action", "result", "undo");
+        const QByteArray page = "<p>one</p>\n<!--c-->\n<p>two</p>";
+        row("comment deleted", "<!--c", "deleteTagAction", "<p>one</p>\n\n<p>two</p>", "Delete Comment");
+        row("comment moved up", "<!--c", "moveUpAction", "<!--c-->\n<p>one</p>\n<p>two</p>", "Move Up");
+        row("comment moved down", "<!--c", "moveDownAction", "<p>one</p>\n<p>two</p>\n<!--c-->", "Move Down");
+        row("comment copied", "<!--c", "duplicateAction", "<p>one</p>\n<!--c-->\n<!--c-->\n<p>two</p>",
+            "Duplicate");
+        row("text deleted", "two", "deleteTagAction", "<p>one</p>\n<!--c-->\n<p></p>", "Delete Text");
+        row("text moved", "two", "moveUpAction", page, "");
+        row("text copied", "two", "duplicateAction", page, "");
+        row("doctype deleted", "<!DOCTYPE", "deleteTagAction", page, "");
+        row("doctype moved", "<!DOCTYPE", "moveDownAction", page, "");
+        row("element past a comment", "<p>", "moveDownAction", "<!--c-->\n<p>one</p>\n<p>two</p>",
+            "Move Down");
+    }
+    void nodes_areEditedInRowsOfTheirOwn()
+    {
+        open("<!DOCTYPE html><title>T</title><body><p>one</p>\n<!--c-->\n<p>two</p>");
+        the<QAction>("allNodesAction")->trigger();
+        const QByteArray before = tree();
+        QFETCH(QByteArray, row);
+        QFETCH(QString, action);
+        QFETCH(QByteArray, result);
+        QFETCH(QString, undo);
+        click(row.constData());
+        QAction* const command = the<QAction>(action.toLatin1().constData());
+        QCOMPARE(command->isEnabled(), !undo.isEmpty());
+        command->trigger();
+        QTRY_COMPARE(body(), result);
+        QCOMPARE(window->undoStack()->undoText(), undo);
+        QTRY_COMPARE(answer("document.body.innerHTML"), QString::fromUtf8(result));
+        if (undo.isEmpty())
+            return;
+        trigger("undoAction");
+        QTRY_COMPARE(tree(), before);
+    }
+
+    void allNodes_areRememberedAndFound()
+    {
+        open("<!DOCTYPE html><title>T</title><header class=top><!-- the menu --><?php menu() ?></header>"
+             "<p>A paragraph with <b>some bold</b> text, and with more of it than a row can show</p>");
+        the<QAction>("allNodesAction")->trigger();
+        const QByteArray layout = window->layoutState();
+        the<QAction>("allNodesAction")->trigger();
+        QVERIFY(!row("<!--").isValid());
+        window->restoreLayoutState(layout);
+        QVERIFY(row("<!--").isValid());
+        QVERIFY(the<QAction>("allNodesAction")->isChecked());
+        the<QAction>("findAction")->trigger();
+        QTest::keyClicks(the<QLineEdit>("outlineFindField"), "the menu");
+        QTRY_COMPARE(outline()->currentIndex(), row("<!--"));
+        test::saveScreenshots(*window, "outline-all-nodes");
+    }
+
     void rows_areColoured()
     {
         open(

@@ -97,6 +97,66 @@ private slots:
         QCOMPARE(rows(), expected);
     }
 
+    void allNodes_haveRowsOfTheirOwn()
+    {
+        tree->setDocument(
+            parsed("<!DOCTYPE html><!-- top --><title>T</title><body>\n<p>one <b>two</b>\n three</p> "
+                   "<!--in\nthe body--><div></div>"));
+        const QPersistentModelIndex chosen = model->indexOf(find("b"));
+        model->setShowsAllNodes(true);
+        const QStringList expected = {"<!DOCTYPE html>",
+                                      "<!-- top -->",
+                                      "<html>",
+                                      " <head>",
+                                      "  <title>",
+                                      "   T",
+                                      " <body>",
+                                      "  <p>",
+                                      "   one",
+                                      "   <b>",
+                                      "    two",
+                                      "   three",
+                                      "  <!--in the body-->",
+                                      "  <div>"};
+        QCOMPARE(rows(), expected);
+        QCOMPARE(chosen.data().toString(), "<b>");
+        QCOMPARE(chosen.row(), 1);
+        const QPersistentModelIndex text = model->index(2, 0, chosen.parent());
+        QVERIFY(!OutlineModel::elementAt(text));
+        model->setShowsAllNodes(false);
+        QCOMPARE(rows().last(), "  <div>");
+        QCOMPARE(rows().size(), 7);
+        QCOMPARE(OutlineModel::elementAt(chosen), find("b"));
+        QCOMPARE(OutlineModel::elementAt(text), find("p")); // the row that stands for it now
+    }
+
+    void allNodes_followEdits_data()
+    {
+        QTest::addColumn<QByteArray>("page");
+        QTest::newRow("text") << QByteArray("<p>one</p>x<!--c--><i>two</i>z");
+        QTest::newRow("blanks come") << QByteArray("<p>one</p> <!--c--> <i>two</i> z");
+        QTest::newRow("comment goes") << QByteArray("<p>one</p>y<i>two</i>z");
+        QTest::newRow("all goes") << QByteArray();
+        QTest::newRow("more come") << QByteArray("<p>one</p>y<!--c-->a<b>b</b><!--d--><i>two</i>z");
+        QTest::newRow("below") << QByteArray("<p><!--x-->one<u>a</u></p>y<!--c--><i>two</i>z");
+    }
+    void allNodes_followEdits()
+    {
+        tree->setDocument(parsed("<p>one</p>y<!--c--><i>two</i>z"));
+        model->setShowsAllNodes(true);
+        const QStringList before = rows();
+        QFETCH(QByteArray, page);
+        become(page.toStdString());
+        const QStringList after = rows();
+        model->setShowsAllNodes(false);
+        model->setShowsAllNodes(true); // forgets all rows
+        QCOMPARE(after, rows());
+        stack->undo();
+        QCOMPARE(rows(), before);
+        stack->redo();
+        QCOMPARE(rows(), after);
+    }
+
     void row_showsTagAttributesAndText_data()
     {
         QTest::addColumn<QString>("row");

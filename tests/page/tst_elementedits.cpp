@@ -89,7 +89,9 @@ private slots:
         const auto document = page("<p id=x></p><div>1<i id=a></i>2<i id=b></i>3<i id=c></i>4</div>");
         html::Element& target = *document->select("div").front();
         html::Element& element = *document->select("#" + moved.toStdString()).front();
-        const html::Position place = TagRules::dropPosition(target, childIndex, &element);
+        const auto children = target.children();
+        const html::Position place =
+            TagRules::dropPosition(target, {children.begin(), children.end()}, childIndex, &element);
         html::ParentNode::insertAt(place, element.detach());
         QByteArray found;
         for (const html::Element* child : target.children())
