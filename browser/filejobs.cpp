@@ -23,16 +23,19 @@ namespace luma {
 
 namespace {
 
-Result<FileJobs::Paths> putAllBack(const std::vector<TrashedItem>& items)
+// What can't be put back stays in `items`.
+Result<FileJobs::Paths> putAllBack(std::vector<TrashedItem>& items)
 {
     FileJobs::Paths back;
     std::optional<Error> failed;
-    for (const TrashedItem& item : items) {
-        if (const auto put = putBack(item); put)
+    std::erase_if(items, [&](const TrashedItem& item) {
+        const auto put = putBack(item);
+        if (put)
             back.push_back(item.original);
         else if (!failed)
             failed = put.error();
-    }
+        return bool(put);
+    });
     return failed ? Result<FileJobs::Paths>(*failed) : Result<FileJobs::Paths>(std::move(back));
 }
 
@@ -71,9 +74,10 @@ void FileJobs::offerName(const std::shared_ptr<std::filesystem::path>& newFolder
 {
     m_newFolder = newFolder;
     // Where it is when it is taken back.
-    emit undoable(tr("New Folder"), [guard = QPointer<FileJobs>(this), newFolder] {
+    const QString title = tr("New Folder");
+    emit undoable(title, [guard = QPointer<FileJobs>(this), title, newFolder] {
         if (guard)
-            guard->runUndo([named = *newFolder] { return removeFolder(named); });
+            guard->runUndo(title, [named = *newFolder] { return removeFolder(named); });
     });
     emit folderCreated(*newFolder);
 }
@@ -151,7 +155,8 @@ void FileJobs::moveToTrash(const Paths& items, const std::filesystem::path& next
             const TrashOutcome outcome = moveAllToTrash(items, [] { return !isMainHopClosed(); });
             if (!outcome.trashed.empty())
                 onMain(guard, [&outcome](FileJobs& self) {
-                    self.offerUndo(tr("Delete"), [items = outcome.trashed] { return putAllBack(items); });
+                    const auto trashed = std::make_shared<std::vector<TrashedItem>>(outcome.trashed);
+                    self.offerUndo(tr("Delete"), [trashed] { return putAllBack(*trashed); });
                 });
             if (!outcome.left.empty())
                 onMain(guard, [&](FileJobs& self) { self.confirmRemoval(outcome, next); });
@@ -180,20 +185,24 @@ void FileJobs::confirmRemoval(const TrashOutcome& outcome, const std::filesystem
 
 void FileJobs::offerUndo(const QString& title, const Undo& undo)
 {
-    emit undoable(title, [guard = QPointer<FileJobs>(this), undo] {
+    emit undoable(title, [guard = QPointer<FileJobs>(this), title, undo] {
         if (guard)
-            guard->runUndo(undo);
+            guard->runUndo(title, undo);
     });
 }
 
-void FileJobs::runUndo(const Undo& undo)
+// What could not be taken back can be tried again, unless it is gone.
+void FileJobs::runUndo(const QString& title, const Undo& undo)
 {
     const auto back = std::make_shared<Paths>();
     run(
-        [undo, back] {
+        [guard = QPointer<FileJobs>(this), title, undo, back] {
             auto done = undo();
-            if (!done)
+            if (!done) {
+                if (done.error().code != std::errc::no_such_file_or_directory)
+                    onMain(guard, [&](FileJobs& self) { self.offerUndo(title, undo); });
                 return Outcome{.problem = done.error().text};
+            }
             *back = *std::move(done);
             return Outcome{};
         },

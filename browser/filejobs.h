@@ -77,7 +77,7 @@ private:
     using Undo = std::function<Result<Paths>()>;
     void offerName(const std::shared_ptr<std::filesystem::path>& newFolder);
     void offerUndo(const QString& title, const Undo& undo);
-    void runUndo(const Undo& undo);
+    void runUndo(const QString& title, const Undo& undo);
     void showLostLinks(QMessageBox& alert, const LinkCounter& countLinks);
     void moveToTrash(const Paths& items, const std::filesystem::path& next);
     void confirmRemoval(const TrashOutcome& outcome, const std::filesystem::path& next);

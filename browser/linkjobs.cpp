@@ -39,16 +39,19 @@ void addPage(JobLog& log, const fs::path& site, const WebPage& page)
     }
 }
 
-void listLinksFrom(JobLog& log, const fs::path& site, const fs::path& item, const ReportChoices& choices)
+Result<bool> listLinksFrom(JobLog& log, const fs::path& site, const fs::path& item,
+                           const ReportChoices& choices)
 {
     if (choices.linkRules == LinkRules::Letter) {
         if (const PageFindings page = findLinksFrom(item); page.isPage)
             addFindings(log, page);
-    } else if (const auto page = checkWebPage(site, item, choices.webRules); page) {
-        addPage(log, site, *page);
-    } else {
-        log.addLine(page.error().text);
+        return true;
     }
+    const auto page = checkWebPage(site, item, choices.webRules);
+    if (!page)
+        return page.error();
+    addPage(log, site, *page);
+    return true;
 }
 
 Result<bool> listLinksTo(JobLog& log, const fs::path& site, const fs::path& item,
@@ -72,11 +75,12 @@ Result<bool> listAllLinks(JobLog& log, const fs::path& site, const ReportChoices
         stillWanted);
 }
 
-template <class Value>
-void addError(JobLog& log, const Result<Value>& done)
+JobEnd endOf(JobLog& log, const Result<bool>& done)
 {
-    if (!done)
-        log.addLine(done.error().text);
+    if (done)
+        return {};
+    log.addLine(done.error().text);
+    return {.how = JobEnd::How::Failed};
 }
 
 } // namespace
@@ -88,10 +92,8 @@ void LinkJobs::showLinks(const fs::path& site, const fs::path& item, Direction d
     const QString status = isFrom ? tr("Listing all links from: ") : tr("Listing all links to: ");
     begin(status + displayText(item.native()),
           [site, item, isFrom, choices](const WorkItemPointer& token, const std::shared_ptr<JobLog>& log) {
-              if (isFrom)
-                  listLinksFrom(*log, site, item, choices);
-              else
-                  addError(*log, listLinksTo(*log, site, item, choices, wantedAs(token)));
+              return endOf(*log, isFrom ? listLinksFrom(*log, site, item, choices)
+                                        : listLinksTo(*log, site, item, choices, wantedAs(token)));
           });
 }
 
@@ -99,7 +101,7 @@ void LinkJobs::findMissingLinks(const fs::path& site, const ReportChoices& choic
 {
     begin(tr("Checking source files for missing links (*** MISSING ***)"),
           [site, choices](const WorkItemPointer& token, const std::shared_ptr<JobLog>& log) {
-              addError(*log, listAllLinks(*log, site, choices, wantedAs(token)));
+              return endOf(*log, listAllLinks(*log, site, choices, wantedAs(token)));
           });
 }
 

@@ -55,18 +55,19 @@ public:
         connect(&view, &LogView::lineActivated, this, &ProgressReporter::lineActivated);
     }
 
-    void begin(const QString& /*status*/) override
+    void begin(const QString& /*status*/, Place /*place*/) override
     {
         m_isRunning = true;
         m_view.clear();
         emit began();
     }
     void append(const QString& text) override { m_view.append(text); }
-    void finish() override
+    void finish(const JobEnd& /*end*/) override
     {
         m_isRunning = false;
         m_view.showEnd();
         m_whenEnded();
+        emit ended();
     }
     [[nodiscard]] bool isRunning() const override { return m_isRunning; }
     [[nodiscard]] QString lineText(int number) const override { return m_view.log().lineText(number); }

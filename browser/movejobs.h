@@ -3,8 +3,8 @@
 
 #include "base/result.h"
 #include "browser/droptarget.h"
+#include "browser/moverun.h"
 #include "browser/paneljobs.h"
-#include "links/linkupdatingmove.h"
 
 #include <filesystem>
 #include <functional>
@@ -57,8 +57,9 @@ public:
                      const ReportChoices& choices);
     /// Finishes or takes back what was interrupted in `site`, if there is something, and says so.
     void endInterrupted(const std::filesystem::path& site);
-    /// Takes the last job in `site` back that moved, renamed or copied as a browser reads links.
-    void undoMove(const std::filesystem::path& site, const ReportChoices& choices);
+    /// Takes the last job in `site` back that moved, renamed or copied as a browser reads links. `title` is what moved() called
+    /// it, and calls it again if it could not be taken back; empty for a job of an earlier day.
+    void undoMove(const std::filesystem::path& site, const ReportChoices& choices, const QString& title = {});
     /// Shows a plan by which all links of `site` that lead to `target`, where nothing need be, lead to `file`.
     void replaceLinks(const std::filesystem::path& site, const std::filesystem::path& target,
                       const std::filesystem::path& file, const ReportChoices& choices);
@@ -73,7 +74,8 @@ public:
     void offerSkip(const QString& reason, const Answered& answered);
 
 signals:
-    /// A job in `site` is done that undoMove() takes back. `title` says what it was: "Rename".
+    /// A job in `site` is done that undoMove() takes back, or still is after one that could not. `title` says what it was:
+    /// "Rename".
     void moved(const QString& title, const std::filesystem::path& site);
     /// The user doesn't want to be asked before many pages change.
     void askingStopped();
@@ -84,8 +86,7 @@ private:
     std::shared_ptr<SiteLinks> m_keptLinks;
     std::shared_ptr<SiteMoves> m_renaming; // holds the site from prepareRename() on
 
-    void beginUpdate(const std::filesystem::path& site,
-                     std::function<MoveOutcome(LinkUpdatingMove& move)> update, MoveOperation operation);
+    void beginUpdate(const std::filesystem::path& site, MoveRun::Update update, MoveOperation operation);
     void beginMove(MoveRequest request, std::optional<int> askAbove, std::shared_ptr<SiteMoves> moves = {});
 };
 

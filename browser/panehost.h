@@ -6,13 +6,25 @@
 #include <QObject>
 #include <QString>
 
+#include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <vector>
 
 namespace luma {
 
 class MoveNotices;
+
+/// How a job has ended, for the window.
+struct JobEnd
+{
+    enum class How : std::uint8_t { Done, Stopped, Failed };
+    How how = How::Done;
+    QString status = {};             // what has become of it; empty where the log alone says so
+    bool isUndoable = false;         // what it did is the last thing that the window's Undo takes back
+    std::function<void()> goOn = {}; // begins what was stopped once more; null where that can't be done
+};
 
 /// The window's report of one long job: a status line, a busy bar, a log, Stop and OK. Serves one job at a
 /// time. Main thread only; jobs call it through onMain.
@@ -21,15 +33,19 @@ class ProgressReporter : public QObject
     Q_OBJECT
 
 public:
+    /// Where the user sees a job. The line at the foot of the window leaves the rest of the window usable and leads to the
+    /// panel, which opens by itself when the job fails.
+    enum class Place : std::uint8_t { Panel, Line };
+
     using QObject::QObject;
 
     /// Begins a job: sets the status line, empties the log, disables OK, enables Stop and starts the bar. The
-    /// panel opens as a sheet unless the window already shows one.
-    virtual void begin(const QString& status) = 0;
+    /// panel opens as a sheet, unless the window already shows one or the line is enough.
+    virtual void begin(const QString& status, Place place) = 0;
     /// Appends to the log, whose lines end with a line feed, and scrolls to its end.
     virtual void append(const QString& text) = 0;
-    /// Ends the job: stops the bar, disables Stop, enables OK.
-    virtual void finish() = 0;
+    /// Ends the job: stops the bar, disables Stop, enables OK, and says how it ended.
+    virtual void finish(const JobEnd& end) = 0;
     /// Between begin() and finish().
     [[nodiscard]] virtual bool isRunning() const = 0;
     /// Line `number` of the log, counted from 0, without its line feed; empty if there is no such line.
@@ -38,6 +54,8 @@ public:
 signals:
     /// begin() was called.
     void began();
+    /// finish() was called; another job may begin.
+    void ended();
     void stopRequested();
     /// The user clicked line `number` of the log.
     void lineActivated(int number);

@@ -45,9 +45,9 @@ void PaneLinks::connectMoves()
     connect(m_moveJobs, &MoveJobs::fileActivated, this, &PaneLinks::fileActivated);
     connect(m_moveJobs, &MoveJobs::moved, this,
             [this](const QString& title, const std::filesystem::path& site) {
-                emit undoable(title, [links = QPointer(this), site] {
+                emit undoable(title, [links = QPointer(this), site, title] {
                     if (links)
-                        links->m_moveJobs->undoMove(site, links->m_host.reportChoices());
+                        links->m_moveJobs->undoMove(site, links->m_host.reportChoices(), title);
                 });
             });
     connect(m_moveJobs, &MoveJobs::askingStopped, this, [this] { m_host.stopAsking(); });

@@ -33,12 +33,23 @@ PanelJobs::PanelJobs(Kind kind, ProgressReporter& reporter, QObject* parent)
 {
     m_showTimer.setInterval(logInterval);
     connect(&m_showTimer, &QTimer::timeout, this, &PanelJobs::showText);
+    connect(m_progress, &ProgressReporter::stopRequested, this, &PanelJobs::stop);
+    connect(m_progress, &ProgressReporter::lineActivated, this, &PanelJobs::activateLine);
+    // The panel's next job, ours or another's, replaces the lines.
+    connect(m_progress, &ProgressReporter::began, this, [this] { m_log.reset(); });
+    // Queued, for the job before has to end first.
+    connect(m_progress, &ProgressReporter::ended, this, &PanelJobs::beginNext, Qt::QueuedConnection);
 }
 
 PanelJobs::~PanelJobs()
 {
-    if (m_isRunning && m_kind == Kind::Report)
-        m_item->cancel();
+    if (m_kind == Kind::Report) {
+        if (m_isRunning)
+            m_item->cancel();
+        return;
+    }
+    for (const Job& job : m_waiting)
+        startUnseen(job.work);
 }
 
 StillWanted PanelJobs::wantedAs(const WorkItemPointer& item)
@@ -48,50 +59,52 @@ StillWanted PanelJobs::wantedAs(const WorkItemPointer& item)
 
 void PanelJobs::begin(const QString& status, Work work)
 {
-    beginLong(status, [work = std::move(work)](const WorkItemPointer& item,
-                                               const std::shared_ptr<JobLog>& log, const Done& done) {
-        work(item, log);
-        done();
-    });
+    beginLong(status,
+              [work = std::move(work)](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log,
+                                       const Done& done) { done(work(item, log)); });
 }
 
 void PanelJobs::beginLong(const QString& status, LongWork work)
 {
-    const bool isSeen = m_progress && !m_progress->isRunning() && !m_isRunning;
-    if (!isSeen && m_kind == Kind::Report)
+    m_waiting.push_back({status, std::move(work)});
+    beginNext();
+}
+
+// Not under `item`: a job stopped before it starts must still reach end().
+void PanelJobs::startWork(const LongWork& work, const WorkItemPointer& item,
+                          const std::shared_ptr<JobLog>& log, const Done& done)
+{
+    start(std::make_shared<WorkItem>(), [item, log, done, work](const WorkItem&) { work(item, log, done); });
+}
+
+void PanelJobs::startUnseen(const LongWork& work)
+{
+    startWork(work, std::make_shared<WorkItem>(), std::make_shared<JobLog>([](JobLog&) {}),
+              [](const JobEnd&) {});
+}
+
+void PanelJobs::beginNext()
+{
+    if (m_waiting.empty() || m_isRunning || !m_progress || m_progress->isRunning())
         return;
+    m_job = std::move(m_waiting.front());
+    m_waiting.pop_front();
+    m_isRunning = true;
+    m_progress->begin(m_job.status, m_kind == Kind::Update ? ProgressReporter::Place::Line
+                                                           : ProgressReporter::Place::Panel);
     const QPointer<PanelJobs> guard(this);
-    const auto log = std::make_shared<JobLog>([guard](JobLog& full) {
+    m_log = std::make_shared<JobLog>([guard](JobLog& full) {
         onMain(guard, [&](PanelJobs& self) {
             // A stopped report has already shown its last line, even if its job is still inside a page.
             if (self.m_log.get() == &full && self.m_isRunning)
                 self.showText();
         });
     });
-    const auto item = std::make_shared<WorkItem>();
-    if (isSeen) {
-        takePanel(status);
-        m_item = item;
-        m_log = log;
-    }
-    const Done done = [guard, log] { onMain(guard, [&](PanelJobs& self) { self.end(log.get()); }); };
-    // Not under `item`: a job stopped before it starts must still reach end().
-    start(std::make_shared<WorkItem>(),
-          [item, log, done, work = std::move(work)](const WorkItem&) { work(item, log, done); });
-}
-
-void PanelJobs::takePanel(const QString& status)
-{
-    m_isRunning = true;
-    m_progress->begin(status);
-    connect(m_progress, &ProgressReporter::stopRequested, this, &PanelJobs::stop);
-    connect(m_progress, &ProgressReporter::lineActivated, this, &PanelJobs::activateLine);
-    // The next job of the panel, ours or another's, replaces these lines.
-    connect(m_progress, &ProgressReporter::began, this, [this] {
-        m_progress->disconnect(this);
-        m_log.reset();
-    });
+    m_item = std::make_shared<WorkItem>();
     m_showTimer.start();
+    startWork(m_job.work, m_item, m_log, [guard, log = m_log](const JobEnd& end) {
+        onMain(guard, [&](PanelJobs& self) { self.end(log.get(), end); });
+    });
 }
 
 void PanelJobs::showText()
@@ -103,32 +116,38 @@ void PanelJobs::showText()
 }
 
 /// Called when the job with this log has ended by itself.
-void PanelJobs::end(const JobLog* log)
+void PanelJobs::end(const JobLog* log, const JobEnd& end)
 {
-    if (!m_isRunning || m_log.get() != log)
-        return;
-    finish();
+    if (m_isRunning && m_log.get() == log)
+        finish(end);
 }
 
-void PanelJobs::finish()
+void PanelJobs::finish(const JobEnd& end)
 {
     showText();
     m_isRunning = false;
     m_showTimer.stop();
     if (!m_progress)
         return;
-    if (m_kind == Kind::Report)
-        m_progress->append(QStringLiteral("\nDone"));
-    m_progress->finish();
+    if (m_kind == Kind::Report && end.how != JobEnd::How::Failed)
+        m_progress->append(u'\n' + (end.how == JobEnd::How::Done
+                                        ? QStringLiteral("Done")
+                                        : tr("Stopped before all pages were looked at.")));
+    m_progress->finish(end);
 }
 
 void PanelJobs::stop()
 {
+    if (m_kind == Kind::Report)
+        m_waiting.clear();
     if (!m_isRunning)
         return;
     m_item->cancel();
     if (m_kind == Kind::Report)
-        finish();
+        finish({.how = JobEnd::How::Stopped, .goOn = [guard = QPointer(this), job = m_job] {
+                    if (guard)
+                        guard->beginLong(job.status, job.work);
+                }});
 }
 
 void PanelJobs::activateLine(int number)

@@ -3,11 +3,13 @@
 
 #include "base/stillwanted.h"
 #include "base/workitem.h"
+#include "browser/panehost.h"
 
 #include <QObject>
 #include <QPointer>
 #include <QTimer>
 
+#include <deque>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -15,11 +17,11 @@
 namespace luma {
 
 class JobLog;
-class ProgressReporter;
 
 /// Jobs of one kind that run in the background, on copies of their values, and write a log that the progress panel shows.
-/// One of them has the panel at a time. A report ends at once when it is stopped or its owner is destroyed; an update runs to
-/// its end even then, or links would be left broken. Quitting ends both at the next page. Main thread only.
+/// One of them has the panel at a time; the next one waits. A report, which has the panel open, ends at once when it is stopped
+/// or its owner is destroyed. An update, which shows itself in the line at the foot of the window, runs to its end even then,
+/// or links would be left broken. Quitting ends both at the next page. Main thread only.
 class PanelJobs : public QObject
 {
     Q_OBJECT
@@ -27,7 +29,7 @@ class PanelJobs : public QObject
 public:
     ~PanelJobs() override;
 
-    /// Ends a report at once, with the same last line as a complete one; ends an update at its next page.
+    /// Ends a report at once, with an offer to begin it again; ends an update at its next page.
     void stop();
 
 signals:
@@ -36,15 +38,16 @@ signals:
 
 protected:
     enum class Kind { Update, Report };
-    using Done = std::function<void()>; // any thread
-    using Work = std::function<void(const WorkItemPointer& item, const std::shared_ptr<JobLog>& log)>;
+    using Done = std::function<void(const JobEnd& end)>; // any thread
+    using Work = std::function<JobEnd(const WorkItemPointer& item, const std::shared_ptr<JobLog>& log)>;
     using LongWork = std::function<void(const WorkItemPointer& item, const std::shared_ptr<JobLog>& log,
                                         const Done& done)>;
 
     /// While the window closes, `reporter` may be destroyed first.
     PanelJobs(Kind kind, ProgressReporter& reporter, QObject* parent);
 
-    /// Runs `work` in the background. While another job uses the panel, an update runs unseen and a report does not run.
+    /// Runs `work` in the background, as soon as no other job uses the panel. If the owner is destroyed before, an update runs
+    /// unseen and a report does not run.
     void begin(const QString& status, Work work);
     /// The same for work that goes on after `work` has returned, until it calls Done.
     void beginLong(const QString& status, LongWork work);
@@ -53,17 +56,28 @@ protected:
     static StillWanted wantedAs(const WorkItemPointer& item);
 
 private:
+    struct Job
+    {
+        QString status;
+        LongWork work;
+    };
+
     Kind m_kind;
     QPointer<ProgressReporter> m_progress;
+    std::deque<Job> m_waiting;
+    Job m_job; // the one that has the panel, or had it last
     WorkItemPointer m_item;
     std::shared_ptr<JobLog> m_log;
     bool m_isRunning = false;
     QTimer m_showTimer;
 
-    void takePanel(const QString& status);
+    static void startWork(const LongWork& work, const WorkItemPointer& item,
+                          const std::shared_ptr<JobLog>& log, const Done& done);
+    static void startUnseen(const LongWork& work);
+    void beginNext();
     void showText();
-    void end(const JobLog* log);
-    void finish();
+    void end(const JobLog* log, const JobEnd& end);
+    void finish(const JobEnd& end);
     void activateLine(int number);
 };
 

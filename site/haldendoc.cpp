@@ -13,6 +13,7 @@
 #include "mounts/gvfsmounter.h"
 #include "shell/sshcontroller.h"
 #include "site/comparisonwindow.h"
+#include "site/jobline.h"
 #include "site/panellayouts.h"
 #include "site/panemarks.h"
 #include "site/progresspanel.h"
@@ -102,7 +103,7 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
     createToolBar();
     setIcons();
     showAdvice({});
-    m_progressPanel = new ProgressPanel(this);
+    m_progressPanel = new ProgressPanel(*m_ui->jobLine, this);
     createPanes(services.mounter);
     m_syncPanel = new SyncPanel(m_engine, this);
     m_restorePanel = new RestorePanel(
@@ -204,6 +205,9 @@ void HaldenDoc::connectActions()
     connect(m_ui->sideBySideAction, &QAction::triggered, m_ui->splitView, [this](bool isSideBySide) {
         m_ui->splitView->arrange(isSideBySide ? Qt::Horizontal : Qt::Vertical);
     });
+    connect(m_progressPanel, &ProgressPanel::began, this, [this] { m_ui->lastJobAction->setEnabled(true); });
+    connect(m_ui->lastJobAction, &QAction::triggered, m_progressPanel, &ProgressPanel::show);
+    connect(m_ui->jobLine, &JobLine::undoRequested, this, &HaldenDoc::undo);
     connect(m_ui->missingLinksAction, &QAction::triggered, this,
             [this] { currentSitePane().startFindMissingLinks(); });
     connect(m_ui->unlinkedItemsAction, &QAction::triggered, this,
@@ -257,6 +261,7 @@ void HaldenDoc::undo()
 
 void HaldenDoc::updateUndo()
 {
+    m_ui->jobLine->forgetUndo();
     m_ui->undoMoveAction->setText(
         tr("&Undo %1").arg(m_undoSteps.empty() ? tr("Move") : m_undoSteps.back().title));
 }

@@ -2,6 +2,7 @@
 #include "site/progresspanel.h"
 
 #include "base/files.h"
+#include "site/jobline.h"
 #include "ui_ProgressPanel.h"
 
 #include <QApplication>
@@ -13,8 +14,9 @@
 
 namespace luma {
 
-ProgressPanel::ProgressPanel(QWidget* window)
+ProgressPanel::ProgressPanel(JobLine& line, QWidget* window)
     : ProgressReporter(window),
+      m_line(line),
       m_window(window),
       m_panel(new QDialog(window)),
       m_ui(std::make_unique<Ui::ProgressPanel>())
@@ -32,6 +34,10 @@ ProgressPanel::~ProgressPanel() = default;
 void ProgressPanel::connectControls()
 {
     connect(m_ui->progressPanelStopButton, &QPushButton::clicked, this, &ProgressPanel::stop);
+    connect(m_ui->progressPanelGoOnButton, &QPushButton::clicked, this, &ProgressPanel::goOn);
+    connect(&m_line, &JobLine::stopRequested, this, &ProgressPanel::stop);
+    connect(&m_line, &JobLine::goOnRequested, this, &ProgressPanel::goOn);
+    connect(&m_line, &JobLine::showRequested, this, &ProgressPanel::show);
     connect(m_ui->progressPanelOKButton, &QPushButton::clicked, m_panel, &QDialog::accept);
     connect(m_ui->copyAllButton, &QPushButton::clicked, m_ui->progressPanelTextField2, &LogView::copyAll);
     connect(m_ui->saveButton, &QPushButton::clicked, this, &ProgressPanel::saveAsText);
@@ -52,13 +58,20 @@ bool ProgressPanel::windowShowsASheet() const
                        [](const QDialog* dialog) { return dialog->isVisible(); });
 }
 
-void ProgressPanel::begin(const QString& status)
+void ProgressPanel::begin(const QString& status, Place place)
 {
     m_isRunning = true;
+    m_place = place;
+    m_goOn = nullptr;
     m_ui->progressPanelTextField1->setText(status);
     m_ui->progressPanelTextField2->clear();
     updateControls();
-    show();
+    if (place == Place::Line) {
+        m_line.showRunning(status);
+    } else {
+        m_line.closeLine();
+        show();
+    }
     qApp->installEventFilter(this);
     emit began();
 }
@@ -74,12 +87,30 @@ void ProgressPanel::append(const QString& text)
     m_ui->progressPanelTextField2->append(text);
 }
 
-void ProgressPanel::finish()
+void ProgressPanel::finish(const JobEnd& end)
 {
     m_isRunning = false;
+    m_goOn = end.goOn;
     qApp->removeEventFilter(this);
+    if (!end.status.isEmpty())
+        m_ui->progressPanelTextField1->setText(end.status);
     m_ui->progressPanelTextField2->showEnd();
     updateControls();
+    if (m_place == Place::Line) {
+        m_line.showEnd(end);
+        if (end.how == JobEnd::How::Failed)
+            show();
+    }
+    emit ended();
+}
+
+void ProgressPanel::goOn()
+{
+    const auto goOn = std::exchange(m_goOn, nullptr);
+    m_panel->accept();
+    m_line.closeLine();
+    if (goOn)
+        goOn();
 }
 
 QString ProgressPanel::lineText(int number) const
@@ -92,6 +123,7 @@ void ProgressPanel::updateControls()
     // A busy bar: its range is empty. While idle it would look like an input field, so it is hidden.
     m_ui->progressPanelProgressIndicator->setVisible(m_isRunning);
     m_ui->progressPanelStopButton->setEnabled(m_isRunning);
+    m_ui->progressPanelGoOnButton->setVisible(m_goOn != nullptr);
     m_ui->progressPanelOKButton->setEnabled(!m_isRunning);
     if (!m_isRunning)
         m_ui->progressPanelOKButton->setFocus();
@@ -101,6 +133,7 @@ void ProgressPanel::stop()
 {
     // The job ends at its next file; asking again would not speed it up.
     m_ui->progressPanelStopButton->setEnabled(false);
+    m_line.showStopping();
     emit stopRequested();
 }
 
@@ -108,7 +141,7 @@ bool ProgressPanel::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == qApp && event->type() == QEvent::Quit)
         letQuit();
-    if (watched != m_panel || !m_isRunning || m_isQuitting)
+    if (watched != m_panel || !m_isRunning || m_isQuitting || m_place == Place::Line)
         return ProgressReporter::eventFilter(watched, event);
     const bool isEscape =
         event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape;
@@ -128,7 +161,7 @@ void ProgressPanel::letQuit()
     auto* const attempt = new QObject(this);
     connect(attempt, &QObject::destroyed, this, [this] {
         m_isQuitting = false;
-        if (m_isRunning && m_window->isVisible())
+        if (m_isRunning && m_place == Place::Panel && m_window->isVisible())
             show();
     });
     attempt->deleteLater();

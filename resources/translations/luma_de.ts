@@ -939,6 +939,57 @@
         <source>Copy or move the files on the clipboard into the current column</source>
         <translation>Die Dateien aus der Zwischenablage in die aktuelle Spalte kopieren oder bewegen</translation>
     </message>
+    <message>
+        <source>&amp;Log of the Last Job</source>
+        <translation>&amp;Protokoll des letzten Vorgangs</translation>
+    </message>
+    <message>
+        <source>Show each page that the last move, rename or report was about</source>
+        <translation>Jede Seite anzeigen, um die es beim letzten Verschieben, Umbenennen oder Bericht ging</translation>
+    </message>
+</context>
+<context>
+    <name>JobLine</name>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>S&amp;top</source>
+        <translation>Anhal&amp;ten</translation>
+    </message>
+    <message>
+        <source>&amp;Go On</source>
+        <translation>&amp;Weiter</translation>
+    </message>
+    <message>
+        <source>Begin the stopped job once more</source>
+        <translation>Den angehaltenen Vorgang noch einmal beginnen</translation>
+    </message>
+    <message>
+        <source>Sh&amp;ow</source>
+        <translation>A&amp;nzeigen</translation>
+    </message>
+    <message>
+        <source>Show each page that has changed</source>
+        <translation>Jede geänderte Seite anzeigen</translation>
+    </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>Take it back, files and links</source>
+        <translation>Rückgängig machen, Dateien und Links</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+    <message>
+        <source>Close this line</source>
+        <translation>Diese Zeile schließen</translation>
+    </message>
 </context>
 <context>
     <name>LinkFindings</name>
@@ -1070,6 +1121,113 @@
     <message>
         <source>OK</source>
         <translation>OK</translation>
+    </message>
+</context>
+<context>
+    <name>MoveRun</name>
+    <message>
+        <source>item</source>
+        <translation>Objekt</translation>
+    </message>
+    <message>
+        <source>items</source>
+        <translation>Objekte</translation>
+    </message>
+    <message>
+        <source>Changed the links to %1</source>
+        <translation>Links zu %1 geändert</translation>
+    </message>
+    <message>
+        <source>Copied %1 to %2</source>
+        <translation>%1 nach %2 kopiert</translation>
+    </message>
+    <message>
+        <source>Renamed %1 to %2</source>
+        <translation>%1 in %2 umbenannt</translation>
+    </message>
+    <message>
+        <source>Moved %1 to %2</source>
+        <translation>%1 nach %2 verschoben</translation>
+    </message>
+    <message>
+        <source>no page had to change</source>
+        <translation>keine Seite musste geändert werden</translation>
+    </message>
+    <message>
+        <source>%1 changed</source>
+        <translation>%1 geändert</translation>
+    </message>
+    <message>
+        <source>page</source>
+        <translation>Seite</translation>
+    </message>
+    <message>
+        <source>pages</source>
+        <translation>Seiten</translation>
+    </message>
+    <message>
+        <source>%1 on %2 changed</source>
+        <translation>%1 auf %2 geändert</translation>
+    </message>
+    <message>
+        <source>link</source>
+        <translation>Link</translation>
+    </message>
+    <message>
+        <source>links</source>
+        <translation>Links</translation>
+    </message>
+    <message>
+        <source>note</source>
+        <translation>Hinweis</translation>
+    </message>
+    <message>
+        <source>notes</source>
+        <translation>Hinweise</translation>
+    </message>
+    <message>
+        <source>Stopped; everything is as it was before.</source>
+        <translation>Angehalten; alles ist, wie es vorher war.</translation>
+    </message>
+    <message>
+        <source>Not done: %1</source>
+        <translation>Nicht ausgeführt: %1</translation>
+    </message>
+    <message>
+        <source>There was nothing to change.</source>
+        <translation>Es war nichts zu ändern.</translation>
+    </message>
+    <message>
+        <source>problem</source>
+        <translation>Problem</translation>
+    </message>
+    <message>
+        <source>problems</source>
+        <translation>Probleme</translation>
+    </message>
+    <message>
+        <source>Cancelled; everything is as it was before.</source>
+        <translation>Abgebrochen; alles ist, wie es vorher war.</translation>
+    </message>
+    <message>
+        <source>Took back: %1</source>
+        <translation>Rückgängig gemacht: %1</translation>
+    </message>
+    <message>
+        <source>Left as it is: %1</source>
+        <translation>So gelassen: %1</translation>
+    </message>
+    <message>
+        <source>Not taken back; everything is as it was before.</source>
+        <translation>Nicht rückgängig gemacht; alles ist, wie es vorher war.</translation>
+    </message>
+    <message>
+        <source>An interrupted move was finished or taken back.</source>
+        <translation>Ein unterbrochenes Verschieben wurde beendet oder rückgängig gemacht.</translation>
+    </message>
+    <message>
+        <source>stopped before all pages were looked at</source>
+        <translation>angehalten, bevor alle Seiten angesehen waren</translation>
     </message>
 </context>
 <context>
@@ -1342,6 +1500,14 @@
     <message>
         <source>OK</source>
         <translation>OK</translation>
+    </message>
+    <message>
+        <source>&amp;Go On</source>
+        <translation>&amp;Weiter</translation>
+    </message>
+    <message>
+        <source>Begin the stopped job once more</source>
+        <translation>Den angehaltenen Vorgang noch einmal beginnen</translation>
     </message>
 </context>
 <context>
@@ -3535,6 +3701,13 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Paste</source>
         <translation>Einsetzen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::PanelJobs</name>
+    <message>
+        <source>Stopped before all pages were looked at.</source>
+        <translation>Angehalten, bevor alle Seiten angesehen waren.</translation>
     </message>
 </context>
 <context>

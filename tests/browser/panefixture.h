@@ -22,9 +22,10 @@ class Recorder final : public ProgressReporter
 {
 public:
     QString log;
+    JobEnd lastEnd;
     std::function<void()> whenAppended;
 
-    void begin(const QString& /*status*/) override
+    void begin(const QString& /*status*/, Place /*place*/) override
     {
         m_isRunning = true;
         log.clear();
@@ -36,7 +37,12 @@ public:
         if (whenAppended)
             std::exchange(whenAppended, {})();
     }
-    void finish() override { m_isRunning = false; }
+    void finish(const JobEnd& end) override
+    {
+        m_isRunning = false;
+        lastEnd = end;
+        emit ended();
+    }
     [[nodiscard]] bool isRunning() const override { return m_isRunning; }
     [[nodiscard]] QString lineText(int number) const override
     {

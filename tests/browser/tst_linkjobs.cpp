@@ -15,7 +15,7 @@ class tst_linkjobs final : public QObject
 
 private slots:
     // One page fills the log many times over.
-    void stoppedWithinAPage_theLogEndsWithDone()
+    void stoppedWithinAPage_saysSoAndGoesOnWhenAsked()
     {
         std::string page;
         for (int i = 0; i < 100'000; ++i)
@@ -28,21 +28,28 @@ private slots:
         QTRY_VERIFY(!progress.isRunning());
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         QCoreApplication::processEvents();
-        QVERIFY(progress.log.endsWith(QLatin1String("\n\nDone")));
+        QVERIFY(progress.log.endsWith(QLatin1String("\n\nStopped before all pages were looked at.")));
         QVERIFY(!progress.log.contains(QLatin1String("page-99999.html")));
+        QCOMPARE(progress.lastEnd.how, JobEnd::How::Stopped);
+        QVERIFY(progress.lastEnd.goOn);
+        progress.lastEnd.goOn();
+        QTRY_VERIFY(progress.log.endsWith(QLatin1String("\n\nDone")));
+        QVERIFY(progress.log.contains(QLatin1String("page-99999.html")));
     }
 
-    void aJobThatHasThePanel_keepsAReportAway()
+    void aJobThatHasThePanel_comesBeforeAReport()
     {
         const test::Site site;
         Recorder progress;
-        progress.begin(QString());
+        progress.begin(QString(), ProgressReporter::Place::Panel);
         progress.append(QStringLiteral("another's"));
         LinkJobs jobs(progress, this);
         jobs.findMissingLinks(site.root(), {});
         QTRY_COMPARE(QThreadPool::globalInstance()->activeThreadCount(), 0);
         QCOMPARE(progress.log, QStringLiteral("another's"));
         QVERIFY(progress.isRunning());
+        progress.finish({});
+        QTRY_VERIFY(progress.log.endsWith(QLatin1String("\nDone")));
     }
 };
 

@@ -5,6 +5,7 @@
 #include "browser/filesystemmodel.h"
 #include "browser/movenotices.h"
 #include "links/sitemoves.h"
+#include "site/jobline.h"
 #include "tests/site/sitewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
@@ -20,6 +21,7 @@
 #include <QSignalSpy>
 #include <QTableView>
 #include <QThreadPool>
+#include <QTimer>
 
 #include <fcntl.h>
 
@@ -86,6 +88,13 @@ private:
         QCOMPARE(site.source().browser().path(), (Browser::Path{folder, name}));
     }
 
+    static std::shared_ptr<SiteRecord> asABrowser(const LinkedSite& folders)
+    {
+        return std::make_shared<SiteRecord>(
+            QVariantMap{{"sourceDict", SiteWindow::localFolder(folders.sending())},
+                        {"destinationDict", SiteWindow::localFolder(folders.receiving())}});
+    }
+
     static QMessageBox* findAlert(const SiteWindow& site)
     {
         return site.window->findChild<QMessageBox*>("deleteUnlinkedItemsAlert");
@@ -131,8 +140,10 @@ private slots:
         QCOMPARE(action, control ? Qt::CopyAction : Qt::MoveAction);
         QTRY_COMPARE(site.log(), "Updating links to: x.html\n\n\nDone");
         QTRY_VERIFY(site.isDone());
-        QCOMPARE(site.status(), "Please wait while links in all possible files are being updated...");
-        QVERIFY(site.find<QDialog>("progressPanel").isVisible());
+        QCOMPARE(site.status(),
+                 control ? "Copied x.html to b; 4 pages changed" : "Moved x.html to b; 3 pages changed");
+        QCOMPARE(site.text("jobText"), site.status());
+        QVERIFY(!site.find<QDialog>("progressPanel").isVisible());
         QCOMPARE(fs::exists(folders.at("sending/a/x.html")), control);
         QCOMPARE(folders.bytesOf("sending/b/x.html"),
                  std::string("<img src=\"../a/img/p.png\"><a href=x.html>me</a>"));
@@ -170,14 +181,11 @@ private slots:
         folders.put("receiving/a/x.html", "<img src=../images/p.png>");
         const test::Files before = folders.contents();
         const auto notices = std::make_shared<MoveNotices>();
-        const SiteWindow site(std::make_shared<SiteRecord>(QVariantMap{
-                                  {"sourceDict", SiteWindow::localFolder(folders.sending())},
-                                  {"destinationDict", SiteWindow::localFolder(folders.receiving())}}),
-                              {.remoteLogin = {},
-                               .runProgram = {},
-                               .mounter = std::make_shared<test::UnavailableMounter>(),
-                               .reportChoices = [] { return ReportChoices(); },
-                               .moveNotices = notices});
+        const SiteWindow site(asABrowser(folders), {.remoteLogin = {},
+                                                    .runProgram = {},
+                                                    .mounter = std::make_shared<test::UnavailableMounter>(),
+                                                    .reportChoices = [] { return ReportChoices(); },
+                                                    .moveNotices = notices});
         QTRY_VERIFY(site.isConnected());
         QSignalSpy renamed(notices.get(), &MoveNotices::itemMoved);
         choose(site, "a", "x.html");
@@ -206,17 +214,73 @@ private slots:
         QCOMPARE(renamed.count(), 4);
     }
 
+    void lineAtTheFoot_saysWhatChangedAndTakesItBack()
+    {
+        const LinkedSite folders;
+        const test::Files before = folders.contents();
+        const SiteWindow site(asABrowser(folders), {.remoteLogin = {},
+                                                    .runProgram = {},
+                                                    .mounter = std::make_shared<test::UnavailableMounter>(),
+                                                    .reportChoices = [] { return ReportChoices(); }});
+        QTRY_VERIFY(site.isConnected());
+        choose(site, "a", "x.html");
+        auto& line = site.find<JobLine>("jobLine");
+        QVERIFY(!line.isVisible());
+        site.source().browser().model().setData(SiteWindow::item(site.source(), 1, "x.html"), "z.html",
+                                                Qt::EditRole);
+        QTRY_COMPARE(site.text("jobText"), "Renamed x.html to z.html; 3 links on 3 pages changed");
+        QVERIFY(line.isVisible());
+        test::saveScreenshots(*site.window, "job-line");
+        auto& panel = site.find<QDialog>("progressPanel");
+        QVERIFY(!panel.isVisible());
+        site.click("jobShowButton");
+        QVERIFY(panel.isVisible());
+        QCOMPARE(site.log(), "Updating links to: x.html\n\na/y.html\na/z.html\nindex.html\n\nDone");
+        panel.accept();
+        // Undo in the line is the menu's.
+        site.click("jobUndoButton");
+        QTRY_COMPARE(folders.contents(), before);
+        QTRY_COMPARE(site.text("jobText"), "Took back: Rename x.html to z.html; 3 pages changed");
+        QVERIFY(!site.find<QPushButton>("jobUndoButton").isVisible());
+        // It goes away by itself, but not from under the focus.
+        auto& timer = site.find<QTimer>("jobGoneTimer");
+        site.find<QPushButton>("jobCloseButton").setFocus();
+        QSignalSpy timeout(&timer, &QTimer::timeout);
+        timer.start(0);
+        QTRY_VERIFY(timeout.count() > 0);
+        QVERIFY(line.isVisible());
+        site.source().browser().focusCurrentColumn();
+        QTRY_VERIFY(!line.isVisible());
+        site.find<QAction>("lastJobAction").trigger();
+        QVERIFY(panel.isVisible());
+    }
+
+    void secondDrop_waitsForTheFirst()
+    {
+        const LinkedSite folders;
+        const SiteWindow site(folders);
+        QMimeData data;
+        const auto drop = [&](const char* name) {
+            data.setData("text/uri-list", uriList({folders.at(name)}));
+            QCOMPARE(SiteWindow::drop(SiteWindow::list(site.source(), 0), {}, data), Qt::CopyAction);
+        };
+        folders.put("outside/1.txt");
+        folders.put("outside/2.txt");
+        drop("outside/1.txt");
+        drop("outside/2.txt");
+        QTRY_VERIFY(fs::exists(folders.at("sending/2.txt")));
+        QTRY_COMPARE(site.text("jobText"), "Copied 2.txt to sending; no page had to change");
+        QVERIFY(fs::exists(folders.at("sending/1.txt")));
+    }
+
     void undoThatIsBlocked_canBeLeftOut()
     {
         const LinkedSite folders;
-        const SiteWindow site(std::make_shared<SiteRecord>(QVariantMap{
-                                  {"sourceDict", SiteWindow::localFolder(folders.sending())},
-                                  {"destinationDict", SiteWindow::localFolder(folders.receiving())}}),
-                              {.remoteLogin = {},
-                               .runProgram = {},
-                               .mounter = std::make_shared<test::UnavailableMounter>(),
-                               .reportChoices = [] { return ReportChoices(); },
-                               .moveNotices = std::make_shared<MoveNotices>()});
+        const SiteWindow site(asABrowser(folders), {.remoteLogin = {},
+                                                    .runProgram = {},
+                                                    .mounter = std::make_shared<test::UnavailableMounter>(),
+                                                    .reportChoices = [] { return ReportChoices(); },
+                                                    .moveNotices = std::make_shared<MoveNotices>()});
         QTRY_VERIFY(site.isConnected());
         for (const auto& [name, newName] : {std::pair("y.html", "w.html"), std::pair("x.html", "z.html")}) {
             choose(site, "a", name);
@@ -228,15 +292,24 @@ private slots:
             QTRY_VERIFY(SiteWindow::item(site.source(), 1, newName).isValid());
         }
         folders.put("sending/a/x.html", "in the way");
-        site.find<QAction>("undoMoveAction").trigger();
-        QTRY_VERIFY(site.window->findChild<QMessageBox*>("skipUndoAlert"));
-        auto& question = site.find<QMessageBox>("skipUndoAlert");
-        QVERIFY(question.informativeText().startsWith("Rename x.html to z.html\n"));
-        test::saveScreenshots(question, "undo-blocked");
-        const auto buttons = question.buttons();
-        (*std::find_if(buttons.begin(), buttons.end(), [](auto* button) {
-            return button->text() == "Leave It";
-        }))->click();
+        auto& undo = site.find<QAction>("undoMoveAction");
+        const auto answer = [&](const char* title) {
+            undo.trigger();
+            QTRY_VERIFY(site.window->findChild<QMessageBox*>("skipUndoAlert"));
+            auto& question = site.find<QMessageBox>("skipUndoAlert");
+            QVERIFY(question.informativeText().startsWith("Rename x.html to z.html\n"));
+            test::saveScreenshots(question, "undo-blocked");
+            const auto buttons = question.buttons();
+            (*std::find_if(buttons.begin(), buttons.end(), [title](auto* button) {
+                return button->text() == QLatin1String(title);
+            }))->click();
+            QTRY_VERIFY(!site.window->findChild<QMessageBox*>("skipUndoAlert"));
+        };
+        // Until it is left out, the menu offers it again.
+        answer("Cancel");
+        QTRY_VERIFY(site.isDone());
+        QCOMPARE(undo.text(), "&Undo Rename");
+        answer("Leave It");
         QTRY_VERIFY(site.log().endsWith("Left as it is: Rename x.html to z.html"));
         QTRY_VERIFY(site.isDone());
         site.find<QDialog>("progressPanel").accept();
@@ -312,7 +385,7 @@ private slots:
         data.setData("text/uri-list", uriList({folders.at("outside/many"), folders.at("outside/large")}));
         QCOMPARE(SiteWindow::drop(SiteWindow::list(site.source(), 0), {}, data), Qt::CopyAction);
         QTRY_VERIFY(site.window->progress().isRunning());
-        site.find<QPushButton>("progressPanelStopButton").click();
+        site.find<QPushButton>("jobStopButton").click();
         QTRY_VERIFY(site.isDone());
         const bool hasMany = fs::exists(folders.at("sending/many"));
         QVERIFY(site.log().endsWith(hasMany ? "links in the others are as they were."

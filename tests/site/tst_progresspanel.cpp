@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/logview.h"
+#include "site/jobline.h"
 #include "site/progresspanel.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/registry.h"
@@ -42,6 +43,7 @@ class tst_progresspanel final : public QObject
 
 private:
     QWidget m_window;
+    JobLine* m_line = nullptr;
     ProgressPanel* m_progress = nullptr;
 
     template <class T>
@@ -51,6 +53,8 @@ private:
     }
     LogView& log() { return find<LogView>("progressPanelTextField2"); }
     bool isAtEnd() { return log().verticalScrollBar()->value() == log().verticalScrollBar()->maximum(); }
+
+    void begin(const QString& status) { m_progress->begin(status, ProgressReporter::Place::Panel); }
 
     void chooseFile(const std::filesystem::path& file)
     {
@@ -65,13 +69,18 @@ private slots:
     void init()
     {
         m_window.show();
-        m_progress = new ProgressPanel(&m_window);
+        m_line = new JobLine(&m_window);
+        m_progress = new ProgressPanel(*m_line, &m_window);
     }
-    void cleanup() { delete m_progress; }
+    void cleanup()
+    {
+        delete m_progress;
+        delete m_line;
+    }
 
     void aJobFromBeginToOK()
     {
-        m_progress->begin("Checking source files for missing links (*** MISSING ***)");
+        begin("Checking source files for missing links (*** MISSING ***)");
         QVERIFY(m_progress->panel().isVisible());
         QVERIFY(!find<QPushButton>("progressPanelOKButton").isEnabled());
         QTest::keyClick(&m_progress->panel(), Qt::Key_Escape);
@@ -89,7 +98,7 @@ private slots:
         find<QPushButton>("progressPanelStopButton").click();
         QCOMPARE(stopped.count(), 1);
         m_progress->append("\nDone");
-        m_progress->finish();
+        m_progress->finish({});
         QCOMPARE(m_progress->lineText(181), "Done");
         QCOMPARE(log().model()->rowCount(), 182);
         QVERIFY(isAtEnd());
@@ -109,7 +118,7 @@ private slots:
     {
         RefusingWindow other;
         other.show();
-        m_progress->begin("Listing");
+        begin("Listing");
         QEvent quit(QEvent::Quit);
         QCoreApplication::sendEvent(qApp, &quit);
         QVERIFY(other.wasAsked);
@@ -118,21 +127,21 @@ private slots:
         QTRY_VERIFY(m_progress->panel().isVisible());
         m_progress->panel().close();
         QVERIFY(m_progress->panel().isVisible());
-        m_progress->finish();
+        m_progress->finish({});
     }
 
     void staysAwayWhileTheWindowShowsASheet()
     {
         QDialog sheet(&m_window);
         sheet.open();
-        m_progress->begin("Listing");
+        begin("Listing");
         QVERIFY(!m_progress->panel().isVisible());
-        m_progress->finish();
+        m_progress->finish({});
     }
 
     void followsTheEnd_unlessScrolledUp()
     {
-        m_progress->begin(QString());
+        begin(QString());
         for (int i = 0; i < 1000; ++i)
             m_progress->append(QStringLiteral("line %1\n").arg(i));
         QTRY_COMPARE(log().model()->rowCount(), 1000);
@@ -141,13 +150,13 @@ private slots:
         m_progress->append("one more\n");
         QTRY_COMPARE(log().model()->rowCount(), 1001);
         QCOMPARE(log().verticalScrollBar()->value(), 10);
-        m_progress->finish();
+        m_progress->finish({});
         QVERIFY(isAtEnd());
     }
 
     void threeHundredThousandLines()
     {
-        m_progress->begin("Checking");
+        begin("Checking");
         QString all;
         for (int i = 0; i < 300'000; ++i) {
             const QString line = QStringLiteral("    href : folder/page-%1.html\n").arg(i);
@@ -155,7 +164,7 @@ private slots:
             all += line;
         }
         m_progress->append(QString(400, QLatin1Char('w')) + "end\n");
-        m_progress->finish();
+        m_progress->finish({});
         QCOMPARE(log().model()->rowCount(), 300'001);
         QCOMPARE(m_progress->lineText(299'999), "    href : folder/page-299999.html");
         QVERIFY(log().horizontalScrollBar()->maximum() > 0);
@@ -169,9 +178,9 @@ private slots:
     void copiesAndSavesTheLogAsText()
     {
         const test::TwoFolders folders;
-        m_progress->begin(QString());
+        begin(QString());
         m_progress->append("one\n\u00fc\n\nDone");
-        m_progress->finish();
+        m_progress->finish({});
         find<QPushButton>("copyAllButton").click();
         QCOMPARE(QGuiApplication::clipboard()->text(), "one\n\u00fc\n\nDone");
         chooseFile(folders.at("log.txt"));
