@@ -37,7 +37,33 @@ int span(const html::Element& cell, std::string_view attribute, int least, int m
     return read.ec != std::errc() || number < least ? 1 : std::min(number, most);
 }
 
+/// In their order, which is that of the columns.
+std::vector<html::Element*> columnElements(const html::Element& table)
+{
+    std::vector<html::Element*> found;
+    for (html::Element* const group : table.children()) {
+        if (!group->is("colgroup"))
+            continue;
+        const auto columns = group->children();
+        found.insert(found.end(), columns.begin(), columns.end());
+        if (columns.empty())
+            found.push_back(group);
+    }
+    return found;
+}
+
 } // namespace
+
+ColumnElement columnElement(const html::Element& table, int column)
+{
+    for (html::Element* const element : columnElements(table)) {
+        const int columns = span(*element, "span", 1, mostColumnsOfACell);
+        if (column < columns)
+            return {element, columns};
+        column -= columns;
+    }
+    return {};
+}
 
 bool isTableCell(const html::Element& element)
 {

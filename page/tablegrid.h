@@ -56,6 +56,15 @@ private:
     std::size_t m_covered = 0;
 };
 
+/// A col, or a colgroup without any, and the number of columns that it describes (HTML standard, 4.9.3).
+struct ColumnElement
+{
+    html::Element* element = nullptr;
+    int columns = 0;
+};
+
+/// What describes a column of the table, counted from 0; without an element where nothing does.
+ColumnElement columnElement(const html::Element& table, int column);
 /// Whether the element is a td or th.
 bool isTableCell(const html::Element& element);
 
