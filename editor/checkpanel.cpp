@@ -9,6 +9,7 @@
 #include "page/pagelinkcheck.h"
 #include "page/pagetree.h"
 #include "page/subtreechange.h"
+#include "web/scriptcall.h"
 #include "web/viewcontroller.h"
 
 #include <QLabel>
@@ -177,10 +178,8 @@ void CheckPanel::takeContrasts(const QVariant& answer)
     const QVariantList parts = answer.toList();
     for (const QVariant& each : parts.value(1).toList()) {
         const QVariantList low = each.toList();
-        std::vector<int> path;
-        for (const QVariant& step : low.value(0).toList())
-            path.push_back(step.toInt());
-        const html::Element* const element = elementAtPath(*m_parts.tree.document(), path);
+        const html::Element* const element =
+            elementAtPath(*m_parts.tree.document(), ScriptCall::path(low.value(0)));
         if (element && QString::fromStdString(element->tagName()) == low.value(3).toString())
             m_found.push_back(
                 {PageFault::LowContrast, element, {}, low.value(1).toDouble(), low.value(2).toDouble()});

@@ -71,7 +71,6 @@ void FormatBar::createBlockBox()
     label->hide();
     label->setBuddy(m_blocks);
     m_blocks->setObjectName(QStringLiteral("blockFormatBox"));
-    m_blocks->setAccessibleName(tr("Block format"));
     m_blocks->setToolTip(tr("Make the selected blocks paragraphs, headings or preformatted text"));
     m_blocks->setPlaceholderText(tr("Block format"));
     const QMenu& formats = *m_parts.rendering.fontSubMenu();

@@ -10,6 +10,7 @@
 #include "page/pagetree.h"
 #include "page/subtreechange.h"
 #include "page/tablegrid.h"
+#include "web/scriptcall.h"
 #include "web/viewcontroller.h"
 
 #include <QUndoStack>
@@ -20,24 +21,6 @@
 #include <utility>
 
 namespace luma {
-
-namespace {
-
-Error noCell()
-{
-    return Error{PageEdits::tr("Select a cell of a table first.").toStdString()};
-}
-
-std::vector<int> stepsOf(const QVariant& path)
-{
-    std::vector<int> steps;
-    const QVariantList list = path.toList();
-    for (const QVariant& step : list)
-        steps.push_back(step.toInt());
-    return steps;
-}
-
-} // namespace
 
 PageEdits::PageEdits(const TagRules& rules, PageTree& tree, QUndoStack& stack, OutlineSelection& selection,
                      ViewController& rendering, QObject* parent)
@@ -233,14 +216,15 @@ void PageEdits::editTable(TableEdit edit)
         const QVariantList paths = answer.toList();
         changeTable([this, edit, paths](html::Element& selected) -> Result<const html::Element*> {
             const auto cellAt = [this](const QVariant& path) {
-                html::Element* const element = elementAtPath(*m_tree.document(), stepsOf(path));
+                html::Element* const element = elementAtPath(*m_tree.document(), ScriptCall::path(path));
                 return element && isTableCell(*element) ? element : nullptr;
             };
             html::Element* first = paths.isEmpty() ? nullptr : cellAt(paths.first());
             html::Element* last = paths.isEmpty() ? nullptr : cellAt(paths.last());
             if (!first || !last || tableAround(*first) != tableAround(selected))
                 first = last = tableCellFor(selected);
-            return first ? m_tableEdits.perform(edit, *first, *last) : Result<const html::Element*>(noCell());
+            return first ? m_tableEdits.perform(edit, *first, *last)
+                         : Result<const html::Element*>(TableEdits::noCell());
         });
     });
 }
@@ -249,12 +233,12 @@ void PageEdits::addLastRow()
 {
     changeTable([this](html::Element& selected) -> Result<const html::Element*> {
         const html::Element* const table = tableAround(selected);
-        const auto grid = table ? TableGrid::of(*table) : Result<TableGrid>(noCell());
+        const auto grid = table ? TableGrid::of(*table) : Result<TableGrid>(TableEdits::noCell());
         if (!grid)
             return grid.error();
         const TableCell* const first = grid->rowCount() > 0 ? grid->at(grid->rowCount() - 1, 0) : nullptr;
         return first ? m_tableEdits.perform(TableEdit::RowBelow, *first->element, *first->element)
-                     : Result<const html::Element*>(noCell());
+                     : Result<const html::Element*>(TableEdits::noCell());
     });
 }
 

@@ -167,6 +167,11 @@ html::Element* tableCellFor(html::Element& element)
     return nullptr;
 }
 
+Error TableEdits::noCell()
+{
+    return tableError(TableTexts::tr("Select a cell of a table first."));
+}
+
 Result<const html::Element*> TableEdits::perform(TableEdit edit, html::Element& first, html::Element& last)
 {
     html::Element* const table = tableAround(first);
@@ -175,7 +180,7 @@ Result<const html::Element*> TableEdits::perform(TableEdit edit, html::Element& 
         return grid.error();
     const TableCell* const cell = table ? grid->cellOf(first) : nullptr;
     if (!cell)
-        return tableError(TableTexts::tr("Select a cell of a table first."));
+        return noCell();
     const TableCell* const other = grid->cellOf(last);
     const CellBlock block = blockBetween(*grid, *cell, other ? *other : *cell);
     if (auto checked = checkEdit(edit, *grid, block, *cell); !checked)

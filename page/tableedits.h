@@ -34,6 +34,9 @@ public:
     /// table has gone, its parent. Fails, and changes nothing, where the edit is not possible.
     Result<const html::Element*> perform(TableEdit edit, html::Element& first, html::Element& last);
 
+    /// What an edit fails with where there is no cell to make it at.
+    static Error noCell();
+
 private:
     QUndoStack& m_stack;
     PageCommands m_commands;

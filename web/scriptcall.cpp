@@ -119,6 +119,15 @@ std::optional<QStringList> ScriptCall::strings(const QVariant& answer)
     return strings;
 }
 
+std::vector<int> ScriptCall::path(const QVariant& answer)
+{
+    std::vector<int> path;
+    const QVariantList steps = answer.toList();
+    for (const QVariant& step : steps)
+        path.push_back(step.toInt());
+    return path;
+}
+
 QString quotedForScript(const QString& text)
 {
     QString quoted;

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
 
 class QObject;
 class QWebEnginePage;
@@ -43,6 +44,8 @@ public:
 
     /// The answer as a list of strings; nullopt if it is anything else.
     static std::optional<QStringList> strings(const QVariant& answer);
+    /// The answer as the path of an element: its place among the elements of each level. Empty if it is no list.
+    static std::vector<int> path(const QVariant& answer);
 };
 
 /// `text` for use between single quotes in a script. Plain text stays as it is; quotes, backslashes, line ends

@@ -142,12 +142,8 @@ void ViewController::whenCaughtUpWithLooks(QObject* context,
     ask(QStringLiteral("elementsShownInLines()"), context, [this, context, then](const QVariant& answer) {
         Paths paths;
         const QVariantList elements = answer.toList();
-        for (const QVariant& element : elements) {
-            std::vector<int>& path = paths.emplace_back();
-            const QVariantList steps = element.toList();
-            for (const QVariant& step : steps)
-                path.push_back(step.toInt());
-        }
+        for (const QVariant& element : elements)
+            paths.push_back(ScriptCall::path(element));
         whenCaughtUp(context, [then, paths] { then(paths); });
     });
 }

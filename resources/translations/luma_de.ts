@@ -3557,10 +3557,6 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>Change Attribute</source>
         <translation>Attribut ändern</translation>
     </message>
-    <message>
-        <source>Select a cell of a table first.</source>
-        <translation>Wählen Sie zuerst eine Zelle einer Tabelle aus.</translation>
-    </message>
 </context>
 <context>
     <name>luma::PageSaver</name>
