@@ -3,7 +3,22 @@
 
 #include "links/linesandcolumns.h"
 
+#include <algorithm>
+
 namespace luma {
+
+namespace {
+
+// Whether reading an address leaves its fragment as it is (URL standard, "fragment percent-encode set"), and it holds no
+// server code.
+bool isTakenAsWritten(std::string_view fragment)
+{
+    return std::all_of(fragment.begin(), fragment.end(), [](char c) {
+        return c > ' ' && c < '\x7F' && c != '"' && c != '<' && c != '>' && c != '`' && c != '{';
+    });
+}
+
+} // namespace
 
 WebPage BrowserChecker::check(SiteTree::Id id)
 {
@@ -19,6 +34,25 @@ WebPage BrowserChecker::check(const std::string& subpath)
 std::string_view BrowserChecker::seenPart(std::string_view address) const
 {
     return m_site->rules().fragmentsAreChecked ? address : address.substr(0, address.find('#'));
+}
+
+// Whether the address leads to a place in a file to which the same address led with another fragment, or without one.
+bool BrowserChecker::leadsIntoSeenFile(std::string_view address, SiteTree::Id folder)
+{
+    const std::size_t hash = address.find('#');
+    if (hash == std::string_view::npos)
+        return false;
+    const std::string_view fragment = address.substr(hash + 1);
+    const SiteTree::Id file = m_present.fileOf(SeenAddresses::keyOf(address.substr(0, hash), folder));
+    return file != SiteTree::none && isTakenAsWritten(fragment) && m_judge.isPlaceThere(file, fragment);
+}
+
+void BrowserChecker::keepPresent(const WebLink& link, std::string_view address, SiteTree::Id folder)
+{
+    const std::size_t hash = address.find('#');
+    m_present.insert(SeenAddresses::keyOf(address, folder), link.file);
+    if (hash != std::string_view::npos && link.file != SiteTree::none)
+        m_present.insert(SeenAddresses::keyOf(address.substr(0, hash), folder), link.file);
 }
 
 WebPage BrowserChecker::check(SiteTree::Id id, const std::string& subpath)
@@ -39,7 +73,7 @@ WebPage BrowserChecker::check(SiteTree::Id id, const std::string& subpath)
         const bool isSeenNow = mayBeSeen && reference.place != LinkPlace::UseMap;
         const std::string_view address = isSeenNow ? seenPart(reference.value) : std::string_view();
         const std::uint64_t key = isSeenNow ? SeenAddresses::keyOf(address, folder) : 0;
-        if (isSeenNow && m_present.contains(key))
+        if (isSeenNow && (m_present.contains(key) || leadsIntoSeenFile(address, folder)))
             continue;
         WebLink link = m_judge.judged(reference.value, reference.place, page, id);
         if (m_kept == FindingsKept::Missing && link.state != LinkState::Missing) {
@@ -47,7 +81,7 @@ WebPage BrowserChecker::check(SiteTree::Id id, const std::string& subpath)
             const bool isSame =
                 address.size() == reference.value.size() || link.state != LinkState::NotJudged;
             if (isSeenNow && isSame && isPresentInFolder(link, address))
-                m_present.insert(key);
+                keepPresent(link, address, folder);
             continue;
         }
         link.value = reference.value;

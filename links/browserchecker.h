@@ -27,6 +27,8 @@ public:
 
 private:
     [[nodiscard]] std::string_view seenPart(std::string_view address) const;
+    [[nodiscard]] bool leadsIntoSeenFile(std::string_view address, SiteTree::Id folder);
+    void keepPresent(const WebLink& link, std::string_view address, SiteTree::Id folder);
     WebPage check(SiteTree::Id id, const std::string& subpath);
 
     BrowserSite* m_site;

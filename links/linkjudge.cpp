@@ -74,7 +74,7 @@ void LinkJudge::judgeInside(WebLink& link, const LinkTarget& target, const SiteA
 {
     if (target.path == page.path && !target.isFolderForm) {
         link.file = id;
-        if (id != SiteTree::none && !isInStyle(link.place) && !isPlaceThere(id, target))
+        if (id != SiteTree::none && !isInStyle(link.place) && !isPlaceThere(id, target.fragment))
             link.why = MissingReason::NoSuchPlace;
     } else {
         const SitePlace place = m_site->paths().at(target);
@@ -82,7 +82,8 @@ void LinkJudge::judgeInside(WebLink& link, const LinkTarget& target, const SiteA
         link.why = place.why;
         link.file = place.file;
         link.folder = place.folder;
-        if (place.file != SiteTree::none && !isInStyle(link.place) && !isPlaceThere(place.file, target))
+        if (place.file != SiteTree::none && !isInStyle(link.place) &&
+            !isPlaceThere(place.file, target.fragment))
             link.why = MissingReason::NoSuchPlace;
     }
     if (link.why == MissingReason::None)
@@ -91,10 +92,10 @@ void LinkJudge::judgeInside(WebLink& link, const LinkTarget& target, const SiteA
     link.target = target.path;
 }
 
-bool LinkJudge::isPlaceThere(SiteTree::Id page, const LinkTarget& target)
+bool LinkJudge::isPlaceThere(SiteTree::Id id, std::string_view fragment)
 {
-    return target.fragment.empty() || !m_checksFragments || !isPage(m_site->tree().name(page)) ||
-           m_site->anchors().has(page, target.fragment, m_spare);
+    return fragment.empty() || !m_checksFragments || !isPage(m_site->tree().name(id)) ||
+           m_site->anchors().has(id, fragment, m_spare);
 }
 
 void LinkJudge::suggest(WebLink& link, const LinkTarget& target, const SiteAddresses::Page& page)

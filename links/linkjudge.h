@@ -24,6 +24,10 @@ public:
     WebLink judged(std::string_view value, LinkPlace linkPlace, const SiteAddresses::Page& page,
                    SiteTree::Id id);
 
+    /// Whether `fragment`, without "#", leads to a place in the page `id`. True where fragments are not checked, and for a file
+    /// that is no page.
+    [[nodiscard]] bool isPlaceThere(SiteTree::Id id, std::string_view fragment);
+
     /// Whether the disk was asked since the last call, because the tree does not know what is behind symbolic links.
     bool takeHasAskedDisk() { return std::exchange(m_hasAskedDisk, false); }
 
@@ -37,7 +41,6 @@ private:
     void judge(WebLink& link, std::string_view value, const SiteAddresses::Page& page, SiteTree::Id id);
     void judgeInside(WebLink& link, const LinkTarget& target, const SiteAddresses::Page& page,
                      SiteTree::Id id);
-    [[nodiscard]] bool isPlaceThere(SiteTree::Id page, const LinkTarget& target);
     void suggest(WebLink& link, const LinkTarget& target, const SiteAddresses::Page& page);
     const Guess& guessFor(const std::string& path);
 

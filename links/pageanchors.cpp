@@ -59,15 +59,17 @@ const PagePlaces& PageAnchors::of(Id id, SitePageReader& spare)
 
 bool PageAnchors::has(Id id, std::string_view fragment, SitePageReader& spare)
 {
-    // The fragment directive, such as ":~:text=word", is no part of the fragment.
-    fragment = fragment.substr(0, fragment.find(":~:"));
     if (fragment.empty() || equalIgnoringAsciiCase(fragment, "top"))
         return true;
     const PagePlaces& anchors = of(id, spare);
     const auto holds = [&anchors](std::string_view name) {
         return std::binary_search(anchors.hashes.begin(), anchors.hashes.end(), hashBytes(name));
     };
-    return anchors.anyMayBeThere || holds(fragment) ||
+    if (anchors.anyMayBeThere || holds(fragment))
+        return true;
+    // The fragment directive, such as ":~:text=word", is no part of the fragment.
+    fragment = fragment.substr(0, fragment.find(":~:"));
+    return fragment.empty() || equalIgnoringAsciiCase(fragment, "top") || holds(fragment) ||
            (fragment.find('%') != std::string_view::npos && holds(percentDecoded(fragment)));
 }
 

@@ -76,6 +76,12 @@ private slots:
         row("<a href=other.html/>", "docs/p.html 1:9 href other.html/: no such file: other.html\n");
         row("<a href=../../x>", "docs/p.html 1:9 href ../../x: outside the site\n");
         row("<a href=other.html#c>", "docs/p.html 1:9 href other.html#c: no such place in the page\n");
+        row("<a href=other.html#b><a href=other.html#c><a href='other.html#%62'><a href='other.html#b '>"
+            "<a href=other.html#b:~:text=x><a href=other.html#:~:text=x><a href='other.html#{{b}}'>"
+            "<a href='other.html#b c'><a href=other.html#top><a href=other.html?x#c>",
+            "docs/p.html 1:30 href other.html#c: no such place in the page\n"
+            "docs/p.html 1:187 href other.html#b c: no such place in the page\n"
+            "docs/p.html 1:234 href other.html?x#c: no such place in the page\n");
         row("<a href=#d>", "docs/p.html 1:9 href #d: no such place in the page\n");
         row("<map name=m></map><img usemap=#m><img usemap=#n>",
             "docs/p.html 1:46 usemap #n: no such place in the page\n");
