@@ -402,7 +402,7 @@ bool Browser::enter(const QModelIndex& item)
         if (wasPackage)
             list.selectionModel()->clear();
         list.setCurrentIndex(item);
-        moveRight(number);
+        moveOn(number);
         return true;
     }
     return false;
@@ -493,10 +493,11 @@ bool Browser::handleKey(int column, const QKeyEvent& event)
     const QModelIndex current = m_columns[static_cast<std::size_t>(column)]->list().currentIndex();
     switch (event.key()) {
     case Qt::Key_Left:
-        moveLeft(column);
-        return true;
     case Qt::Key_Right:
-        moveRight(column);
+        if ((event.key() == Qt::Key_Right) == isRightToLeft())
+            moveBack(column);
+        else
+            moveOn(column);
         return true;
     case Qt::Key_Return:
     case Qt::Key_Enter:
@@ -511,7 +512,7 @@ bool Browser::handleKey(int column, const QKeyEvent& event)
     }
 }
 
-void Browser::moveLeft(int column)
+void Browser::moveBack(int column)
 {
     if (column == 0)
         return;
@@ -519,7 +520,7 @@ void Browser::moveLeft(int column)
     ensureWidgetVisible(m_columns[static_cast<std::size_t>(column) - 1], 0, 0);
 }
 
-void Browser::moveRight(int column)
+void Browser::moveOn(int column)
 {
     if (column + 1 >= columnCount())
         return;

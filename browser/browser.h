@@ -140,8 +140,8 @@ private:
     void setCurrentColumn(int column);
     void askForMenu(int column, const QContextMenuEvent& event);
     bool handleKey(int column, const QKeyEvent& event);
-    void moveLeft(int column);
-    void moveRight(int column);
+    void moveBack(int column);
+    void moveOn(int column);
     void selectFirstRow();
     void showEnlarged();
     void updateEnlarged();

@@ -18,7 +18,7 @@ namespace {
 
 constexpr int widestFit = 600;
 
-/// The line to the right of a column. Dragging it changes the column's width, a double click fits the column
+/// The line at the far side of a column. Dragging it changes the column's width, a double click fits the column
 /// to its names.
 class ColumnHandle final : public QWidget
 {
@@ -32,7 +32,7 @@ public:
     }
 
 signals:
-    /// The mouse has moved by `delta` pixels since the last signal.
+    /// The mouse has moved away from the column by `delta` pixels since the last signal.
     void dragged(int delta);
     void released();
     void fitRequested();
@@ -43,7 +43,7 @@ protected:
     {
         const int x = qRound(event->globalPosition().x());
         if (event->buttons().testFlag(Qt::LeftButton) && x != m_lastX)
-            emit dragged(x - m_lastX);
+            emit dragged(isRightToLeft() ? m_lastX - x : x - m_lastX);
         m_lastX = x;
     }
     void mouseReleaseEvent(QMouseEvent* /*event*/) override { emit released(); }

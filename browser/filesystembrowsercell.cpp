@@ -80,6 +80,7 @@ QString signOf(SideMark mark)
     return {};
 }
 
+// As for reading from left to right.
 QRect textRect(const QStyleOptionViewItem& option, const QModelIndex& index)
 {
     const QRect title = FileSystemBrowserCell::titleRectForBounds(option.rect);
@@ -87,13 +88,22 @@ QRect textRect(const QStyleOptionViewItem& option, const QModelIndex& index)
     return title.adjusted(0, -2, (isLeaf(index) ? -4 : -arrowWidth) - mark, 0);
 }
 
+// Its place in the row, whichever way one reads.
+QRect placed(const QStyleOptionViewItem& option, const QRect& rect)
+{
+    return QStyle::visualRect(option.direction, option.rect, rect);
+}
+
 void paintArrow(QPainter* painter, const QStyleOptionViewItem& option)
 {
     QStyleOptionViewItem arrow = option;
     arrow.rect =
         QRect(option.rect.right() - arrowWidth + 1, option.rect.top(), arrowWidth - 4, option.rect.height());
-    arrow.rect = QStyle::alignedRect(option.direction, Qt::AlignCenter, QSize(10, 10), arrow.rect);
-    styleOf(option).drawPrimitive(QStyle::PE_IndicatorArrowRight, &arrow, painter, option.widget);
+    arrow.rect =
+        placed(option, QStyle::alignedRect(Qt::LeftToRight, Qt::AlignCenter, QSize(10, 10), arrow.rect));
+    styleOf(option).drawPrimitive(option.direction == Qt::RightToLeft ? QStyle::PE_IndicatorArrowLeft
+                                                                      : QStyle::PE_IndicatorArrowRight,
+                                  &arrow, painter, option.widget);
 }
 
 /// Only the column with the focus has the accent colour. A name that is edited has the focus inside it.
@@ -157,20 +167,20 @@ void FileSystemBrowserCell::paint(QPainter* painter, const QStyleOptionViewItem&
     }
     if (option.text.startsWith(u'.'))
         painter->setOpacity(hiddenOpacity);
-    option.icon.paint(painter, imageRectForBounds(option.rect), Qt::AlignCenter,
+    option.icon.paint(painter, placed(option, imageRectForBounds(option.rect)), Qt::AlignCenter,
                       selected && option.state.testFlag(QStyle::State_Active) ? QIcon::Selected
                                                                               : QIcon::Normal);
     const auto group = option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
     painter->setPen(option.palette.color(group, selected ? QPalette::HighlightedText : QPalette::Text));
     painter->setFont(option.font);
     const QRect rect = textRect(option, index);
-    painter->drawText(rect, Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+    painter->drawText(placed(option, rect), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
                       option.fontMetrics.elidedText(option.text, Qt::ElideMiddle, rect.width()));
     if (const QString sign = signOf(markOf(index)); !sign.isEmpty()) {
         if (!selected)
             painter->setPen(option.palette.color(group, QPalette::PlaceholderText));
-        painter->drawText(QRect(rect.right() + 1, rect.top(), markWidth, rect.height()), Qt::AlignCenter,
-                          sign);
+        painter->drawText(placed(option, QRect(rect.right() + 1, rect.top(), markWidth, rect.height())),
+                          Qt::AlignCenter, sign);
     }
     painter->restore();
     if (!isLeaf(index))
@@ -212,7 +222,7 @@ void FileSystemBrowserCell::setEditorData(QWidget* editor, const QModelIndex& in
 void FileSystemBrowserCell::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                                  const QModelIndex& /*index*/) const
 {
-    editor->setGeometry(titleRectForBounds(option.rect).adjusted(-2, -2, 0, 0));
+    editor->setGeometry(placed(option, titleRectForBounds(option.rect).adjusted(-2, -2, 0, 0)));
 }
 
 bool FileSystemBrowserCell::helpEvent(QHelpEvent* event, QAbstractItemView* view,

@@ -13,6 +13,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <utility>
 
 namespace luma {
@@ -23,7 +24,7 @@ constexpr QSize thumbnailSize(195, 165);
 constexpr QSize enlargedSize(900, 600);
 constexpr QSize previewIconSize(96, 96);
 constexpr QSize enlargedIconSize(256, 256);
-constexpr QSize headerIconSize(16, 16);
+constexpr int smallestHeaderIcon = 16;
 
 /// Size and time of the last change, for display.
 QString factsText(const struct stat& status)
@@ -77,7 +78,9 @@ void IconPreviewController::viewWillAppear()
 {
     label->setText(m_node->displayName());
     if (m_layout == Layout::HeaderView) {
-        showIcon(headerIconSize);
+        // It grows with the text, as those in the column do.
+        const int side = std::max(smallestHeaderIcon, m_view->fontMetrics().height() - 4);
+        showIcon({side, side});
     } else {
         showIcon(m_layout == Layout::PreviewView ? previewIconSize : enlargedIconSize);
         // As high as the text to come, so that nothing moves.

@@ -10,9 +10,10 @@ PaneMenu::PaneMenu(QWidget* parent) : QMenu(parent)
     setObjectName(QStringLiteral("contextualMenu"));
     addOpening();
     addSeparator();
-    addForItem(QStringLiteral("cutAction"), tr("Cut"), {}, &PaneMenu::cutRequested);
-    addForItem(QStringLiteral("copyAction"), tr("Copy"), {}, &PaneMenu::copyRequested);
-    add(QStringLiteral("pasteAction"), tr("Paste"), {}, &PaneMenu::pasteRequested);
+    addForItem(QStringLiteral("cutAction"), tr("Cu&t"), QStringLiteral("cut"), &PaneMenu::cutRequested);
+    addForItem(QStringLiteral("copyAction"), tr("Cop&y"), QStringLiteral("duplicate"),
+               &PaneMenu::copyRequested);
+    add(QStringLiteral("pasteAction"), tr("&Paste"), QStringLiteral("paste"), &PaneMenu::pasteRequested);
     addSeparator();
     addForItem(QStringLiteral("copyPathAction"), tr("&Copy Path"), {}, &PaneMenu::pathCopyRequested);
     addForItem(QStringLiteral("copyLinkAction"), tr("Copy Relative L&ink"), {}, &PaneMenu::linkCopyRequested);
@@ -25,7 +26,8 @@ PaneMenu::PaneMenu(QWidget* parent) : QMenu(parent)
     addLinkReports();
     addSeparator();
     add(QStringLiteral("reloadAction"), tr("R&eload"), QStringLiteral("reload"), &PaneMenu::reloadRequested);
-    addForItem(QStringLiteral("propertiesAction"), tr("&Properties"), {}, &PaneMenu::propertiesRequested);
+    addForItem(QStringLiteral("propertiesAction"), tr("Propertie&s"), QStringLiteral("properties"),
+               &PaneMenu::propertiesRequested);
 }
 
 void PaneMenu::addOpening()
@@ -34,8 +36,9 @@ void PaneMenu::addOpening()
     m_openWith = addMenu(tr("Open &With"));
     m_openWith->setObjectName(QStringLiteral("openWithMenu"));
     m_itemActions.append(m_openWith->menuAction());
-    addForItem(QStringLiteral("browserAction"), tr("Open in &Browser"), {}, &PaneMenu::browserRequested);
-    addForItem(QStringLiteral("fileManagerAction"), tr("&Show in File Manager"), {},
+    addForItem(QStringLiteral("browserAction"), tr("Open in &Browser"), QStringLiteral("browser"),
+               &PaneMenu::browserRequested);
+    addForItem(QStringLiteral("fileManagerAction"), tr("Show in &File Manager"), QStringLiteral("folder"),
                &PaneMenu::fileManagerRequested);
 }
 
@@ -53,9 +56,9 @@ void PaneMenu::addChanges()
 
 void PaneMenu::addLinkReports()
 {
-    addForItem(QStringLiteral("showLinksFromAction"), tr("Show Links From Item..."), {},
+    addForItem(QStringLiteral("showLinksFromAction"), tr("Show Lin&ks From Item..."), QStringLiteral("link"),
                &PaneMenu::linksFromItemRequested);
-    addForItem(QStringLiteral("showLinksToAction"), tr("Show Links To Item..."), {},
+    addForItem(QStringLiteral("showLinksToAction"), tr("S&how Links To Item..."), QStringLiteral("link"),
                &PaneMenu::linksToItemRequested);
     add(QStringLiteral("missingLinksAction"), tr("&Missing Links"), QStringLiteral("missing-links"),
         &PaneMenu::missingLinksRequested);

@@ -7,6 +7,7 @@
 
 #include <QFile>
 #include <QFileInfo>
+#include <QGuiApplication>
 #include <QHash>
 #include <QMimeDatabase>
 
@@ -60,6 +61,10 @@ QString themeName(const QString& symbolName)
         {QStringLiteral("delete"), QStringLiteral("edit-delete")},
         {QStringLiteral("duplicate"), QStringLiteral("edit-copy")},
         {QStringLiteral("rename"), QStringLiteral("edit-rename")},
+        {QStringLiteral("cut"), QStringLiteral("edit-cut")},
+        {QStringLiteral("paste"), QStringLiteral("edit-paste")},
+        {QStringLiteral("properties"), QStringLiteral("document-properties")},
+        {QStringLiteral("browser"), QStringLiteral("internet-web-browser")},
         {QStringLiteral("open"), QStringLiteral("document-open")},
         {QStringLiteral("show-password"), QStringLiteral("view-reveal")},
     };
@@ -79,9 +84,15 @@ QHash<QString, QIcon>& bySymbol()
     return *icons;
 }
 
+// Some that show text have another drawing for windows that read from right to left.
 QIcon bundled(const QString& name)
 {
-    const auto svg = readFile(resourceFolder() / "icons" / (name.toStdString() + ".svg"));
+    const auto read = [&name](const char* suffix) {
+        return readFile(resourceFolder() / "icons" / (name.toStdString() + suffix));
+    };
+    auto svg = QGuiApplication::isRightToLeft() ? read("-rtl.svg") : read(".svg");
+    if (!svg)
+        svg = read(".svg");
     return svg ? QIcon(new SymbolIconEngine(QByteArray::fromStdString(*svg))) : QIcon();
 }
 

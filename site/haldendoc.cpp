@@ -162,9 +162,6 @@ void HaldenDoc::createToolBar()
 
 void HaldenDoc::setIcons()
 {
-    // They grow with the text.
-    const int side = std::max(m_ui->siteToolBar->iconSize().height(), fontMetrics().height());
-    m_ui->siteToolBar->setIconSize({side, side});
     m_ui->uploadAction->setIcon(icons::symbol(QStringLiteral("upload")));
     m_ui->downloadAction->setIcon(icons::symbol(QStringLiteral("download")));
     m_ui->newFolderAction->setIcon(icons::symbol(QStringLiteral("new-folder")));

@@ -940,12 +940,12 @@
         <translation>Die Dateien aus der Zwischenablage in die aktuelle Spalte kopieren oder bewegen</translation>
     </message>
     <message>
-        <source>&amp;Log of the Last Job</source>
-        <translation>&amp;Protokoll des letzten Vorgangs</translation>
-    </message>
-    <message>
         <source>Show each page that the last move, rename or report was about</source>
         <translation>Jede Seite anzeigen, um die es beim letzten Verschieben, Umbenennen oder Bericht ging</translation>
+    </message>
+    <message>
+        <source>Log of the Last &amp;Job</source>
+        <translation>&amp;Protokoll des letzten Vorgangs</translation>
     </message>
 </context>
 <context>
@@ -3631,10 +3631,6 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <translation>Relativen L&amp;ink kopieren</translation>
     </message>
     <message>
-        <source>&amp;Properties</source>
-        <translation>&amp;Eigenschaften</translation>
-    </message>
-    <message>
         <source>&amp;Open</source>
         <translation>Ö&amp;ffnen</translation>
     </message>
@@ -3645,10 +3641,6 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Open in &amp;Browser</source>
         <translation>Im Bro&amp;wser öffnen</translation>
-    </message>
-    <message>
-        <source>&amp;Show in File Manager</source>
-        <translation>Im &amp;Dateimanager zeigen</translation>
     </message>
     <message>
         <source>&amp;New Folder</source>
@@ -3667,14 +3659,6 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <translation>&amp;Löschen …</translation>
     </message>
     <message>
-        <source>Show Links From Item...</source>
-        <translation>Links von diesem Objekt zeigen …</translation>
-    </message>
-    <message>
-        <source>Show Links To Item...</source>
-        <translation>Links zu diesem Objekt zeigen …</translation>
-    </message>
-    <message>
         <source>&amp;Missing Links</source>
         <translation>Fehlende Lin&amp;ks</translation>
     </message>
@@ -3687,16 +3671,32 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <translation>Aktuali&amp;sieren</translation>
     </message>
     <message>
-        <source>Cut</source>
-        <translation>Ausschneiden</translation>
+        <source>Cu&amp;t</source>
+        <translation>&amp;Ausschneiden</translation>
     </message>
     <message>
-        <source>Copy</source>
-        <translation>Kopieren</translation>
+        <source>Cop&amp;y</source>
+        <translation>Kopi&amp;eren</translation>
     </message>
     <message>
-        <source>Paste</source>
-        <translation>Einsetzen</translation>
+        <source>&amp;Paste</source>
+        <translation>Einset&amp;zen</translation>
+    </message>
+    <message>
+        <source>Propertie&amp;s</source>
+        <translation>Eigensc&amp;haften</translation>
+    </message>
+    <message>
+        <source>Show in &amp;File Manager</source>
+        <translation>Im &amp;Dateimanager zeigen</translation>
+    </message>
+    <message>
+        <source>Show Lin&amp;ks From Item...</source>
+        <translation>Links von diesem Ob&amp;jekt zeigen …</translation>
+    </message>
+    <message>
+        <source>S&amp;how Links To Item...</source>
+        <translation>Links zu diesem Objekt zei&amp;gen …</translation>
     </message>
 </context>
 <context>

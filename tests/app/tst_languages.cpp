@@ -3,7 +3,9 @@
 #include "app/preferencesdialog.h"
 #include "app/program.h"
 #include "app/sitelistwindow.h"
+#include "app/textsizedstyle.h"
 #include "base/resources.h"
+#include "browser/browser.h"
 #include "browser/browsercontroller.h"
 #include "browser/elidinglabel.h"
 #include "editor/htmldocument.h"
@@ -97,33 +99,66 @@ class tst_languages final : public QObject
             window, QStringLiteral("%1-%2").arg(QString::fromLatin1(QTest::currentDataTag()), name));
     }
 
+    // They are about as high as the text beside them.
+    static void checkIcons(const QWidget& window)
+    {
+        for (const auto* button : window.findChildren<QAbstractButton*>()) {
+            if (!button->icon().isNull())
+                QVERIFY2(button->iconSize().height() * 3 > button->fontMetrics().height() * 2,
+                         qPrintable(button->objectName()));
+        }
+    }
+
+    // They follow each other the way one reads, and so do the arrow keys.
+    static void checkColumns(const HaldenDoc& window, Qt::LayoutDirection direction)
+    {
+        const bool isMirrored = direction == Qt::RightToLeft;
+        QWidget& pane = *window.sourceBrowserController().widget();
+        auto* const first = pane.findChild<QWidget*>("browserList0");
+        auto* const second = pane.findChild<QWidget*>("browserList1");
+        const auto left = [&pane](QWidget* list) { return list->mapTo(&pane, QPoint()).x(); };
+        QTRY_COMPARE(left(second) < left(first), isMirrored);
+        Browser& browser = window.sourceBrowserController().browser();
+        QCOMPARE(browser.currentColumn(), 1);
+        QTest::keyClick(second, isMirrored ? Qt::Key_Right : Qt::Key_Left);
+        QCOMPARE(browser.currentColumn(), 0);
+        QTest::keyClick(first, isMirrored ? Qt::Key_Left : Qt::Key_Right);
+        QCOMPARE(browser.currentColumn(), 1);
+    }
+
 private slots:
     void windows_areReadable_data()
     {
         QTest::addColumn<QString>("language");
         QTest::addColumn<int>("pointSize");
         QTest::addColumn<QString>("sentence");
+        QTest::addColumn<Qt::LayoutDirection>("direction");
         const int usual = QApplication::font().pointSize();
-        QTest::newRow("en") << "en" << usual << "Not connected.";
-        QTest::newRow("de") << "de" << usual << "Nicht verbunden.";
-        QTest::newRow("en-large") << "en" << 20 << "Not connected.";
-        QTest::newRow("de-large") << "de" << 20 << "Nicht verbunden.";
+        QTest::newRow("en") << "en" << usual << "Not connected." << Qt::LeftToRight;
+        QTest::newRow("de") << "de" << usual << "Nicht verbunden." << Qt::LeftToRight;
+        QTest::newRow("en-large") << "en" << 20 << "Not connected." << Qt::LeftToRight;
+        QTest::newRow("de-large") << "de" << 20 << "Nicht verbunden." << Qt::LeftToRight;
+        QTest::newRow("en-mirrored") << "en" << usual << "Not connected." << Qt::RightToLeft;
     }
     void windows_areReadable()
     {
         QFETCH(QString, language);
         QFETCH(int, pointSize);
         QFETCH(QString, sentence);
+        QFETCH(Qt::LayoutDirection, direction);
+        QApplication::setLayoutDirection(direction);
         QFont font = QApplication::font();
         font.setPointSize(pointSize);
         QApplication::setFont(font);
+        TextSizedStyle::useForLargeText();
         QTranslator texts;
         const QString folder = QFile::decodeName((resourceFolder() / "translations").c_str());
         if (language != "en")
             QVERIFY(texts.load("luma_" + language, folder));
         QCoreApplication::installTranslator(&texts);
         QTemporaryDir home;
-        QDir(home.path()).mkpath("a");
+        QDir(home.path()).mkpath("a/s");
+        QVERIFY(QFile(home.filePath("a/s/p.html")).open(QFile::WriteOnly));
         QDir(home.path()).mkpath("b");
         QFile page(home.filePath("a/index.html"));
         QVERIFY(page.open(QFile::WriteOnly) && page.write("<!DOCTYPE html><title>T</title><p>x</p>\n") > 0);
@@ -136,7 +171,10 @@ private slots:
         auto* const site = test::shownWindow<HaldenDoc>();
         QVERIFY(site);
         QTRY_VERIFY(site->sourceBrowserController().rootNode());
+        site->sourceBrowserController().browser().setPath({"s", "p.html"});
         check(*site, "site");
+        checkIcons(*site);
+        checkColumns(*site, direction);
         site->sourceBrowserController().disconnectPane();
         QVERIFY(site->sourceBrowserController()
                     .widget()
@@ -160,6 +198,7 @@ private slots:
         QTRY_VERIFY(!document);
         QCoreApplication::removeTranslator(&texts);
     }
+    static void cleanup() { QApplication::setLayoutDirection(Qt::LeftToRight); }
 };
 
 LUMA_TEST(tst_languages)
