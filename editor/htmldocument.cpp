@@ -9,6 +9,7 @@
 #include "editor/attributespanel.h"
 #include "editor/checkpanel.h"
 #include "editor/hiddenelements.h"
+#include "editor/markupsheet.h"
 #include "editor/metasheet.h"
 #include "editor/outlineeditor.h"
 #include "editor/outlinefind.h"
@@ -58,9 +59,10 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
             return UnsavedPage{{}, m_store.hasFile() ? docURL() : fs::path(), m_store.markup()};
         },
         this);
-    m_actions = new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_hidden, *m_check,
-                                 *m_outline, *m_edits, *m_saver, *m_tableSheet, *m_viewController},
-                                std::move(recentPages));
+    m_actions =
+        new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_hidden, *m_check,
+                         *m_outline, *m_edits, *m_saver, *m_markupSheet, *m_tableSheet, *m_viewController},
+                        std::move(recentPages));
     connectChanges();
     m_layout.emplace(*this, *m_ui->splitView, *m_ui->sideView,
                      PageLayout::Sides{m_ui->outlineAction, m_ui->attributesAction, m_ui->stylesAction},
@@ -110,7 +112,9 @@ void HTMLDocument::createEdits()
     connect(m_edits, &PageEdits::edited, this, &HTMLDocument::refreshAfterEdit);
     connect(m_edits, &PageEdits::editedUnseen, this, [this] { refresh(RenderingReader::Place::Keep); });
     connect(m_edits, &PageEdits::redone, this, [this] { refresh(RenderingReader::Place::Caret); });
-    new OutlineEditor(*m_ui->myOutlineView, *m_edits, this);
+    auto* const editor = new OutlineEditor(*m_ui->myOutlineView, *m_edits, this);
+    m_markupSheet = new MarkupSheet(*m_edits, this);
+    connect(editor, &OutlineEditor::sheetRequested, m_markupSheet, &MarkupSheet::begin);
     connect(m_edits, &PageEdits::refused, this, [this](const QString& reason) { tell(reason); });
     // Queued, so that the drag has ended before the page is rebuilt.
     connect(m_outline, &OutlineModel::elementDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);
@@ -118,7 +122,7 @@ void HTMLDocument::createEdits()
     connect(m_metaSheet, &MetaSheet::confirmed, m_edits, &PageEdits::changeTitle);
     m_tableSheet = new TableSheet(this);
     connect(m_tableSheet, &TableSheet::confirmed, m_viewController, &ViewController::insertTable);
-    connect(m_viewController->webView(), &MyWebView::rowRequested, m_edits, &PageEdits::addLastRow);
+    connect(m_viewController, &ViewController::rowRequested, m_edits, &PageEdits::addLastRow);
 }
 
 void HTMLDocument::createAttributes()

@@ -31,6 +31,7 @@ namespace luma {
 
 class CheckPanel;
 class HiddenElements;
+class MarkupSheet;
 class MetaSheet;
 class OutlineFind;
 class OutlineModel;
@@ -203,6 +204,7 @@ private:
     PageEdits* m_edits = nullptr;
     StyleSheetEditor* m_styleSheets = nullptr;
     MetaSheet* m_metaSheet = nullptr;
+    MarkupSheet* m_markupSheet = nullptr;
     TableSheet* m_tableSheet = nullptr;
     PageFollower* m_follower = nullptr;
     PageSaver* m_saver = nullptr;

@@ -7,6 +7,7 @@
 #include "html/codemarks.h"
 #include "html/element.h"
 #include "page/elementchange.h"
+#include "page/nodechange.h"
 #include "page/tagrules.h"
 
 #include <QKeyEvent>
@@ -45,12 +46,22 @@ OutlineEditor::OutlineEditor(OutlineView& view, PageEdits& edits, QObject* paren
 
 void OutlineEditor::begin(const QModelIndex& row)
 {
+    const html::Node* const node = OutlineModel::nodeAt(row);
     const html::Element* const element = OutlineModel::elementAt(row);
-    if (!element || element->is("title") || html::isServerCode(*element))
+    if (!node || (element && element->is("title")) || html::isServerCode(*node) ||
+        node->kind() == html::Node::Kind::Doctype)
         return;
+    m_isText = !element;
+    if (m_isText && !isTextForLine(*node)) {
+        emit sheetRequested(row);
+        return;
+    }
     m_row = row;
     m_view.scrollTo(row);
-    open(0);
+    if (m_isText)
+        openText();
+    else
+        open(0);
 }
 
 bool OutlineEditor::eventFilter(QObject* watched, QEvent* event)
@@ -112,6 +123,20 @@ void OutlineEditor::open(int part)
     m_field->setAccessibleName(m_part == 0 ? tr("Tag") : isNew ? tr("New attribute") : tr("Attribute"));
     m_field->setPlaceholderText(isNew ? tr("New attribute") : QString());
     m_field->setText(texts.at(m_part));
+    show();
+}
+
+void OutlineEditor::openText()
+{
+    const html::Node& node = *OutlineModel::nodeAt(m_row);
+    m_field->setAccessibleName(node.kind() == html::Node::Kind::Text ? tr("Text") : tr("Comment"));
+    m_field->setPlaceholderText(QString());
+    m_field->setText(textInLine(node));
+    show();
+}
+
+void OutlineEditor::show()
+{
     m_field->selectAll();
     place();
     m_isOpen = true;
@@ -129,7 +154,9 @@ void OutlineEditor::commit(After after)
             self->goOn(isDone, after);
     };
     const std::size_t attribute = static_cast<std::size_t>(std::max(m_part - 1, 0));
-    if (m_part == 0)
+    if (m_isText)
+        m_edits.changeText(m_row, m_field->text(), then);
+    else if (m_part == 0)
         m_edits.changeTag(m_row, m_field->text(), then);
     else
         m_edits.changeAttribute(m_row,
@@ -144,6 +171,10 @@ void OutlineEditor::goOn(bool isDone, After after)
         return;
     if (!isDone) {
         m_field->selectAll();
+        return;
+    }
+    if (m_isText) {
+        close();
         return;
     }
     const bool isNewOne = m_part > static_cast<int>(m_attributes.size());

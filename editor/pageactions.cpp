@@ -8,6 +8,7 @@
 #include "editor/formatbar.h"
 #include "editor/hiddenelements.h"
 #include "editor/htmldocument.h"
+#include "editor/markupsheet.h"
 #include "editor/outlinefind.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
@@ -90,6 +91,8 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.findNextAction, HasPage, [&find] { find.next(); }},
         {ui.findPreviousAction, HasPage, [&find] { find.previous(); }},
         {ui.deleteTagAction, CanDelete, [&edits] { edits.deleteTag(); }},
+        {ui.editMarkupAction, CanDelete,
+         [&sheet = m_parts.markupSheet, &selection = m_parts.selection] { sheet.begin(selection.index()); }},
         {ui.duplicateAction, CanMove, [&edits] { edits.duplicate(); }},
         {ui.moveUpAction, CanMove, [&edits] { edits.moveUp(); }},
         {ui.moveDownAction, CanMove, [&edits] { edits.moveDown(); }},

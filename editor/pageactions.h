@@ -18,6 +18,7 @@ namespace luma {
 class CheckPanel;
 class HiddenElements;
 class HTMLDocument;
+class MarkupSheet;
 class OutlineFind;
 class OutlineModel;
 class OutlineSelection;
@@ -53,6 +54,7 @@ public:
         OutlineModel& outline;
         PageEdits& edits;
         PageSaver& saver;
+        MarkupSheet& markupSheet;
         TableSheet& tableSheet;
         ViewController& rendering;
     };

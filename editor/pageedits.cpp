@@ -7,6 +7,7 @@
 #include "page/classedits.h"
 #include "page/cssmenu.h"
 #include "page/elementchange.h"
+#include "page/nodechange.h"
 #include "page/pagetree.h"
 #include "page/subtreechange.h"
 #include "page/tablegrid.h"
@@ -132,6 +133,46 @@ void PageEdits::change(const QPersistentModelIndex& row,
         if (then)
             then(static_cast<bool>(changed));
     });
+}
+
+void PageEdits::exchange(const QPersistentModelIndex& row, const Exchange& exchange, const QString& name,
+                         const Then& then)
+{
+    whenCaughtUp([this, row, exchange, name, then] {
+        html::Node* const node = OutlineModel::nodeAt(row);
+        auto difference = node ? exchange(*node) : Result<MarkupDifference>(MarkupDifference());
+        if (!difference) {
+            emit refused(QString::fromStdString(difference.error().text));
+        } else if (!difference->isEmpty()) {
+            const auto quiet = m_selection.quietly();
+            const html::Node* const added =
+                difference->nodes.empty() ? nullptr : difference->nodes.front().get();
+            const bool wasSelected = m_selection.index() == row;
+            m_commands.apply(*std::move(difference), name, PageCommands::Merging::Separate);
+            if (wasSelected && !row.isValid())
+                m_selection.select(added);
+            emit edited();
+        }
+        if (then)
+            then(static_cast<bool>(difference));
+    });
+}
+
+void PageEdits::changeText(const QPersistentModelIndex& row, const QString& text, const Then& then)
+{
+    exchange(
+        row, [text](html::Node& node) { return withTextInLine(node, text); }, tr("Change Text"), then);
+}
+
+void PageEdits::changeMarkup(const QPersistentModelIndex& row, const QString& markup, const Then& then)
+{
+    const auto parsed = [this, markup](html::Node& node) {
+        auto difference = withMarkup(m_rules, node, markup);
+        if (difference)
+            m_tree.document()->trustServerCode(markup.toStdString());
+        return difference;
+    };
+    exchange(row, parsed, tr("Change Markup"), then);
 }
 
 void PageEdits::changeTag(const QPersistentModelIndex& row, const QString& name, const Then& then)

@@ -48,6 +48,10 @@ public:
     void changeTag(const QPersistentModelIndex& row, const QString& name, const Then& then);
     void changeAttribute(const QPersistentModelIndex& row, const std::string& attribute, const QString& text,
                          const Then& then);
+    /// Exchanges the text or comment of a row for another (withTextInLine), or the node for what this markup makes
+    /// (withMarkup).
+    void changeText(const QPersistentModelIndex& row, const QString& text, const Then& then);
+    void changeMarkup(const QPersistentModelIndex& row, const QString& markup, const Then& then);
     /// Gives the element of a row these attributes, the others stay, as one step of that name.
     void setAttributes(const QPersistentModelIndex& row, std::vector<html::Attribute> attributes,
                        const QString& name);
@@ -90,6 +94,9 @@ private:
     void editSelectedNode(const std::function<void(html::Node&)>& edit);
     void change(const QPersistentModelIndex& row, const std::function<Result<void>(html::Element&)>& change,
                 const Then& then);
+    using Exchange = std::function<Result<MarkupDifference>(html::Node&)>;
+    void exchange(const QPersistentModelIndex& row, const Exchange& exchange, const QString& name,
+                  const Then& then);
     void moveSelected(void (PageCommands::*move)(html::Node&, PageCommands::Among));
     void changeTable(const std::function<Result<const html::Element*>(html::Element& selected)>& change);
     void editAttributes(TagAction action, const QString& title);

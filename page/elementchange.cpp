@@ -80,7 +80,8 @@ html::NodePtr pageAround(const html::Element& element, const html::Node& place)
     return inner;
 }
 
-/// Whether a browser reads the element, in this place, as it stands in the tree.
+} // namespace
+
 bool isReadSo(const html::Element& element, const html::Node& place)
 {
     if (html::isVoid(element) && element.firstChild())
@@ -89,8 +90,6 @@ bool isReadSo(const html::Element& element, const html::Node& place)
     const auto parsed = html::parse(page);
     return parsed && (*parsed)->outerHtml() == page;
 }
-
-} // namespace
 
 QString attributeText(const html::Attribute& attribute)
 {

@@ -22,6 +22,9 @@ QString attributeText(const html::Attribute& attribute);
 Result<std::vector<html::Attribute>> withAttributeText(const html::Element& element,
                                                        const std::string& replaced, const QString& text);
 
+/// Whether a browser reads the element, in `place` and alone, as it stands in the tree.
+bool isReadSo(const html::Element& element, const html::Node& place);
+
 /// What gives the element another tag name; nothing if it has that name. Fails if the rules forbid it, or if the page would
 /// be read differently from then on.
 Result<MarkupDifference> withTagName(const TagRules& rules, html::Element& element, const QString& name);

@@ -128,16 +128,7 @@ bool MyWebView::takeTabKey(const QKeyEvent& key)
         return false;
     if (!m_isInTable)
         return focusNextPrevChild(isForward);
-    m_heldInput.hold();
-    ScriptCall::ask(m_page.get(),
-                    isForward ? QStringLiteral("moveToCell(1)") : QStringLiteral("moveToCell(-1)"), this,
-                    [this, isForward](const QVariant& answer) {
-                        if (isForward && answer == QLatin1String("end"))
-                            emit rowRequested();
-                        else if (answer != QLatin1String("moved"))
-                            focusNextPrevChild(isForward);
-                        m_heldInput.release();
-                    });
+    emit cellRequested(isForward ? 1 : -1);
     return true;
 }
 

@@ -38,6 +38,9 @@ public:
     [[nodiscard]] int countOfKeys() const { return m_countOfKeys; }
     void setCountOfKeys(int count) { m_countOfKeys = count; }
 
+    /// Gives the focus to the widget that Tab reaches from here.
+    void leave(bool isForward) { focusNextPrevChild(isForward); }
+
     /// The submenus of the context menu; the caller keeps them.
     void setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu);
 
@@ -48,8 +51,8 @@ signals:
     /// Files were dropped at a point of the view, in its pixels.
     void filesDropped(const QList<QUrl>& files, const QPointF& where);
     void inspectElementRequested();
-    /// Tab was pressed in the last cell of a table.
-    void rowRequested();
+    /// Tab was pressed in a table: to the next cell (1) or the one before (-1).
+    void cellRequested(int step);
     /// The undo or redo keys were pressed; the engine's own history is not used.
     void undoRequested();
     void redoRequested();

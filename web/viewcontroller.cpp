@@ -118,6 +118,7 @@ void ViewController::connectView()
 {
     connect(m_webView, &MyWebView::undoRequested, this, [this] { m_document.undo(); });
     connect(m_webView, &MyWebView::redoRequested, this, [this] { m_document.redo(); });
+    connect(m_webView, &MyWebView::cellRequested, this, &ViewController::moveToCell);
     connect(m_webView, &MyWebView::inspectElementRequested, this, &ViewController::inspectElement);
 }
 
@@ -215,7 +216,8 @@ void ViewController::update(const QByteArray& changes, RenderingReader::Place pl
             finishUpdate(changes);
         else if (shows == m_shows)
             show(Position::Keep);
-        m_webView->heldInput().release();
+        // A key must not overtake the script that sets the selection; scripts are answered in order.
+        ask(QStringLiteral("true"), this, [this](const QVariant&) { m_webView->heldInput().release(); });
     });
 }
 
@@ -411,6 +413,21 @@ void ViewController::insertTable(int rows, int columns, bool hasHeader)
                                     .arg(columns)
                                     .arg(hasHeader ? QLatin1String("true") : QLatin1String("false")));
     m_webView->setFocus();
+}
+
+// What was typed before Tab is on its way to the cell that is left.
+void ViewController::moveToCell(int step)
+{
+    whenCaughtUp(this, [this, step] {
+        m_webView->heldInput().hold();
+        ask(QStringLiteral("moveToCell(%1)").arg(step), this, [this, step](const QVariant& answer) {
+            if (step > 0 && answer == QLatin1String("end"))
+                emit rowRequested();
+            else if (answer != QLatin1String("moved"))
+                m_webView->leave(step > 0);
+            m_webView->heldInput().release();
+        });
+    });
 }
 
 LinkSheet* ViewController::linkSheet() const

@@ -99,6 +99,8 @@ signals:
     void selectionRestored();
     /// The titles (English) of the text styles and of the alignment at the selection; the menus are up to date.
     void formatsChanged(const QStringList& titles);
+    /// Tab was pressed in the last cell of a table.
+    void rowRequested();
     /// What the user wanted could not be done, for this reason.
     void failed(const QString& reason);
 
@@ -130,6 +132,7 @@ private:
     void takeFormats(const QStringList& titles);
     void tellActiveElement();
     void showMedia();
+    void moveToCell(int step);
     void finishUpdate(const QByteArray& changes);
     void keepPositionAndLoad();
     void load();

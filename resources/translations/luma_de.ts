@@ -692,6 +692,10 @@
         <source>Shows texts, comments, the doctype and server code as rows of the outline</source>
         <translation>Zeigt Texte, Kommentare, den Dokumenttyp und Servercode als Zeilen der Gliederung</translation>
     </message>
+    <message>
+        <source>Edit Mark&amp;up...</source>
+        <translation>&amp;Markup bearbeiten …</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -1098,6 +1102,29 @@
     <message>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
+    </message>
+</context>
+<context>
+    <name>MarkupSheet</name>
+    <message>
+        <source>Edit markup</source>
+        <translation>Markup bearbeiten</translation>
+    </message>
+    <message>
+        <source>Markup</source>
+        <translation>Markup</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Change</source>
+        <translation>Ändern</translation>
+    </message>
+    <message>
+        <source>Control+Enter</source>
+        <translation>Strg+Eingabe</translation>
     </message>
 </context>
 <context>
@@ -3359,6 +3386,25 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
 </context>
 <context>
+    <name>luma::NodeChange</name>
+    <message>
+        <source>Another element has the ID %1 already.</source>
+        <translation>Ein anderes Element hat bereits die ID %1.</translation>
+    </message>
+    <message>
+        <source>&lt;%1&gt; can&apos;t stand here, or not with these contents.</source>
+        <translation>&lt;%1&gt; kann hier nicht stehen, oder nicht mit diesem Inhalt.</translation>
+    </message>
+    <message>
+        <source>A comment can&apos;t hold “--&gt;” or end in “--”.</source>
+        <translation>Ein Kommentar kann „--&gt;“ nicht enthalten und nicht mit „--“ enden.</translation>
+    </message>
+    <message>
+        <source>This is edited in the page&apos;s source.</source>
+        <translation>Das wird im Quelltext der Seite bearbeitet.</translation>
+    </message>
+</context>
+<context>
     <name>luma::OtherPrograms</name>
     <message>
         <source>The program is no longer installed</source>
@@ -3382,6 +3428,14 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Attribute</source>
         <translation>Attribut</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>Comment</source>
+        <translation>Kommentar</translation>
     </message>
 </context>
 <context>
@@ -3556,6 +3610,14 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Change Attribute</source>
         <translation>Attribut ändern</translation>
+    </message>
+    <message>
+        <source>Change Text</source>
+        <translation>Text ändern</translation>
+    </message>
+    <message>
+        <source>Change Markup</source>
+        <translation>Markup ändern</translation>
     </message>
 </context>
 <context>

@@ -7,6 +7,8 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
 #include <QTest>
 
 #include <cstdlib>
@@ -146,6 +148,103 @@ private slots:
             return;
         trigger("undoAction");
         QTRY_COMPARE(tree(), before);
+    }
+
+    void texts_areEditedInTheirRow_data()
+    {
+        const test::Rows<QByteArray, QString, QByteArray, QString> row("row", "words", "result", "undo");
+        row("text", "one", "ones & <i>\n", "<p>ones &amp; &lt;i&gt;</p> x\n y<!-- c --><b>z</b>",
+            "Change Text");
+        row("spaces", "x y", "x w y\n", "<p>one</p> x\n w y<!-- c --><b>z</b>", "Change Text");
+        row("unchanged", "x y", "x y\n", "<p>one</p> x\n y<!-- c --><b>z</b>", "");
+        row("emptied", "one", "\b\n", "<p></p> x\n y<!-- c --><b>z</b>", "Change Text");
+        row("comment", "<!--", "note\n", "<p>one</p> x\n y<!-- note --><b>z</b>", "Change Text");
+        row("refused", "<!--", "a --> b\n", "<p>one</p> x\n y<!-- c --><b>z</b>", "");
+    }
+    void texts_areEditedInTheirRow()
+    {
+        open("<title>T</title><body><p>one</p> x\n y<!-- c --><b>z</b>");
+        the<QAction>("allNodesAction")->trigger();
+        const QByteArray before = body();
+        QFETCH(QByteArray, row);
+        QFETCH(QString, words);
+        edit(row.constData(), words);
+        QTEST(body(), "result");
+        QTEST(window->undoStack()->undoText(), "undo");
+        QTRY_COMPARE(answer("document.body.innerHTML"), QString::fromUtf8(body()));
+        const bool isRefused = words.contains("-->");
+        QCOMPARE(field()->isVisible(), isRefused);
+        QCOMPARE(the<QLabel>("noticeText")->isVisible(), isRefused);
+        if (window->undoStack()->canUndo()) {
+            trigger("undoAction");
+            QTRY_COMPARE(body(), before);
+        }
+    }
+
+    void markup_isEditedInASheet_data()
+    {
+        const test::Rows<QByteArray, QByteArray, QByteArray, QString> row("row", "wanted", "result",
+                                                                          "reason");
+        const QByteArray page = "<div id=\"a\">one <b>two</b></div><p id=\"x\">three</p>";
+        row("element", "<div", "<div id=b>1 <i>2</i></div>",
+            "<div id=\"b\">1 <i>2</i></div><p id=\"x\">three</p>", "");
+        row("several", "<b>", "<i>2</i> and <?= 3 ?>",
+            "<div id=\"a\">one <i>2</i> and <?= 3 ?></div><p id=\"x\">three</p>", "");
+        row("nothing", "<b>", "", "<div id=\"a\">one </div><p id=\"x\">three</p>", "");
+        row("text becomes markup", "three", "<em>3</em>!",
+            "<div id=\"a\">one <b>two</b></div><p id=\"x\"><em>3</em>!</p>", "");
+        row("for the head", "<b>", "<meta name=a>", page,
+            "<meta> can't stand here, or not with these contents.");
+        row("division in a paragraph", "three", "<div>3</div>", page,
+            "<div> can't stand here, or not with these contents.");
+        row("id of another", "<b>", "<i><u id=x></u></i>", page, "Another element has the ID x already.");
+        row("id twice", "<div", "<div id=q><u id=q></u></div>", page,
+            "Another element has the ID q already.");
+    }
+    void markup_isEditedInASheet()
+    {
+        open("<title>T</title><body><div id=\"a\">one <b>two</b></div><p id=\"x\">three</p>");
+        the<QAction>("allNodesAction")->trigger();
+        const QByteArray before = tree();
+        QFETCH(QByteArray, row);
+        click(row.constData());
+        the<QAction>("editMarkupAction")->trigger();
+        auto* const sheet = the<QDialog>("markupSheet");
+        QTRY_VERIFY(sheet->isVisible());
+        auto* const markup = the<QPlainTextEdit>("markupField");
+        QVERIFY(markup->toPlainText().startsWith(QString::fromUtf8(row)));
+        QFETCH(QByteArray, wanted);
+        markup->setPlainText(QString::fromUtf8(wanted));
+        QTest::mouseClick(the<QPushButton>("markupButton"), Qt::LeftButton);
+        QFETCH(QString, reason);
+        if (!reason.isEmpty()) {
+            QTRY_COMPARE(the<QLabel>("markupReason")->text(), reason);
+            QVERIFY(sheet->isVisible());
+            test::saveScreenshots(*sheet, "markup-sheet");
+            QCOMPARE(tree(), before);
+            return;
+        }
+        QTRY_VERIFY(!sheet->isVisible());
+        QCOMPARE(window->undoStack()->undoText(), "Change Markup");
+        trigger("saveAction");
+        QFETCH(QByteArray, result);
+        QCOMPARE(file("page.html"), "<title>T</title><body>" + result.toStdString());
+        trigger("undoAction");
+        QTRY_COMPARE(tree(), before);
+    }
+
+    void texts_thatNeedLinesAreEditedInTheSheet()
+    {
+        open("<title>T</title><style>p {\n  color: red }</style><pre>a\n  b</pre>");
+        the<QAction>("allNodesAction")->trigger();
+        for (const char* const row : {"p { color", "a b"}) {
+            click(row);
+            QTest::keyClick(outline(), Qt::Key_F2);
+            QTRY_VERIFY(the<QDialog>("markupSheet")->isVisible());
+            QVERIFY(the<QPlainTextEdit>("markupField")->toPlainText().contains(u'\n'));
+            QTest::keyClick(the<QPlainTextEdit>("markupField"), Qt::Key_Escape);
+            QTRY_VERIFY(!the<QDialog>("markupSheet")->isVisible());
+        }
     }
 
     void allNodes_areRememberedAndFound()
