@@ -16,6 +16,7 @@ public:
     PlacedDecoder(std::string_view bytes, const Encoding& encoding)
         : m_bytes(bytes),
           m_decoder(std::string(encoding.name()).c_str(), QStringConverter::Flag::ConvertInitialBom),
+          m_holdsAscii(encoding.holdsAscii()),
           m_canSwitch(encoding.canSwitch())
     {}
 
@@ -44,7 +45,7 @@ private:
     {
         m_result.text += m_pending.toStdString();
         m_result.places.resize(m_result.text.size(), static_cast<std::uint32_t>(m_begin));
-        if (m_result.text.back() == m_bytes[last])
+        if (m_holdsAscii && m_result.text.back() == m_bytes[last])
             m_result.places.back() = static_cast<std::uint32_t>(last);
         m_begin = last + 1;
         m_pending.clear();
@@ -52,6 +53,7 @@ private:
 
     std::string_view m_bytes;
     QStringDecoder m_decoder;
+    bool m_holdsAscii;
     bool m_canSwitch;
     QString m_pending;
     std::size_t m_begin = 0; // of the bytes that belong to m_pending

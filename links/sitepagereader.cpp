@@ -21,8 +21,10 @@ bool isAscii(std::string_view text)
 // Whether the bytes can be read as they are, because they are valid UTF-8 and mean what it says.
 bool needsNoDecoding(std::string_view bytes, const PageEncoding& encoding, MarkupLanguage language)
 {
-    if (!encoding.encoding.isUtf8())
-        return encoding.encoding.holdsAscii() && isAscii(bytes);
+    if (!encoding.encoding.isUtf8()) {
+        const bool mayHide = encoding.encoding.canSwitch() && bytes.find('\x1B') != std::string_view::npos;
+        return encoding.encoding.holdsAscii() && !mayHide && isAscii(bytes);
+    }
     const bool isKnownValid =
         encoding.source == PageEncoding::Source::Guessed && language != MarkupLanguage::Xml;
     return isKnownValid || isValidUtf8(bytes);

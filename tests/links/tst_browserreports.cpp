@@ -92,6 +92,8 @@ private slots:
             "docs/p.html 1:44 href p.html: no such file: /docs/p.html\n");
         // The declared encoding, then what the bytes look like.
         row("<meta charset=latin1><a href=/\xE9.html>");
+        row("<meta charset=iso-2022-jp><a href='\x1B$B%=\x1B(B.html'>",
+            "docs/p.html 1:36 href \xE3\x82\xBD.html: no such file\n");
         row("<a href=/\xE9.html><a href=\xE8.html>", "docs/p.html 1:25 href \xC3\xA8.html: no such file\n");
     }
     void missingLinks_sayWhy()
