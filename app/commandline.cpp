@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/commandline.h"
 
+#include "app/documentcontroller.h"
+
 #include <algorithm>
 #include <system_error>
 
@@ -8,7 +10,7 @@ namespace luma {
 
 namespace fs = std::filesystem;
 
-const char* const usageText = R"(Usage: luma [SOURCE DESTINATION | PAGE]
+const char* const usageText = R"(Usage: luma [SOURCE DESTINATION | PAGE | FILE]
 
 LUMA manages web sites kept as folders: it publishes changes, updates links when
 files move, and edits pages.
@@ -16,6 +18,7 @@ files move, and edits pages.
   luma                      show the list of sites
   luma SOURCE DESTINATION   open two folders as a site, without adding it to the list
   luma PAGE                 open a page (.html, .xhtml, .xml)
+  luma FILE                 show another file, or a folder, in the window of its site
 
   -h, --help                print this help
   -v, --version             print the version
@@ -47,15 +50,21 @@ CommandLine foldersIn(const std::vector<std::string>& names)
     return line;
 }
 
-CommandLine pageIn(const std::string& name)
+CommandLine fileIn(const std::string& name)
 {
     CommandLine line;
     std::error_code error;
-    if (!fs::is_regular_file(name, error))
-        return unusable(fs::is_directory(name, error) ? "the destination folder is missing"
-                                                      : name + ": no such page");
-    line.request = CommandLine::Request::Page;
-    line.page = fs::absolute(name, error);
+    if (!fs::exists(name, error))
+        return unusable(name + ": no such file or folder");
+    const fs::path path = fs::absolute(name, error).lexically_normal();
+    if (fs::is_regular_file(path, error) && DocumentController::isPage(path)) {
+        line.request = CommandLine::Request::Page;
+        line.page = path;
+    } else {
+        line.request = CommandLine::Request::Item;
+        // A folder's path may end with a slash.
+        line.item = path.has_filename() ? path : path.parent_path();
+    }
     return line;
 }
 
@@ -84,6 +93,8 @@ std::vector<std::string> argumentsFor(const CommandLine& line)
         return {line.source.string(), line.destination.string()};
     case CommandLine::Request::Page:
         return {line.page.string()};
+    case CommandLine::Request::Item:
+        return {line.item.string()};
     default:
         return {};
     }
@@ -110,7 +121,7 @@ CommandLine readCommandLine(const std::vector<std::string>& arguments)
     case 0:
         return {};
     case 1:
-        return pageIn(names[0]);
+        return fileIn(names[0]);
     case 2:
         return foldersIn(names);
     default:

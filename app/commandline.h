@@ -10,16 +10,17 @@ namespace luma {
 /// The request on the command line.
 struct CommandLine
 {
-    enum class Request { SiteList, Folders, Page, Help, Version, Unusable };
+    enum class Request { SiteList, Folders, Page, Item, Help, Version, Unusable };
 
     Request request = Request::SiteList;
     std::filesystem::path source;
     std::filesystem::path destination;
     std::filesystem::path page;
-    std::string message; ///< the error, for standard error, if unusable
+    std::filesystem::path item; ///< another file, or a folder
+    std::string message;        ///< the error, for standard error, if unusable
 };
 
-/// Reads the arguments, without the program's name. The named folders or page must exist.
+/// Reads the arguments, without the program's name. The named folders or file must exist.
 CommandLine readCommandLine(const std::vector<std::string>& arguments);
 
 /// The arguments that ask for the same from every working folder. Empty for the list of sites.

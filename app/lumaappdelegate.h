@@ -74,6 +74,8 @@ public:
     /// Opens the selected site, or brings its window to the front. Opens it later if its password has to be read
     /// first.
     void handleDoubleClick();
+    /// The same for a site of the list.
+    void open(const SiteList::Record& record);
     /// Appends a site from the template and focuses its name.
     void add();
     /// Asks for a new site's folder and server, or lets the user skip that and fill in the form of add().
@@ -108,7 +110,6 @@ private:
     };
 
     void connectWindow();
-    void open(const SiteList::Record& record);
     void openSite(const SiteList::Record& record);
     void addCopyOf(const SiteRecord& record);
     void chooseFile(const QString& title, QFileDialog::AcceptMode mode,

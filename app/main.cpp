@@ -107,7 +107,7 @@ int run(const luma::CommandLine& line)
     running = &program;
     if (const auto launched = program.launch(line); !launched)
         return failed(launched.error());
-    // A file that another application shows.
+    // A page that could not be opened has said so already.
     if (!showsWindow()) {
         program.terminate();
         return 0;

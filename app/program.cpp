@@ -106,6 +106,9 @@ Result<void> Program::launch(const CommandLine& line)
         return openFolders(line);
     case CommandLine::Request::Page:
         return m_documents.open(line.page);
+    case CommandLine::Request::Item:
+        showItem(line.item);
+        return {};
     case CommandLine::Request::Unusable:
         return Error{line.message};
     default:
@@ -174,15 +177,56 @@ WebRules Program::linkRulesOf(const std::filesystem::path& page)
     return rules;
 }
 
-// In a window that shows the page's folder, else in one of the list's site.
-void Program::publishPage(const std::filesystem::path& page)
+HaldenDoc* Program::openWindowWith(const std::filesystem::path& item)
 {
     HaldenDoc* window = nullptr;
     for (QWidget* open : WindowRegistry::instance().windows()) {
         auto* const site = qobject_cast<HaldenDoc*>(open);
-        if (site && isAtOrBelow(page.native(), sourceFolder(*site->siteDict()).native()))
+        if (site && isAtOrBelow(item.native(), sourceFolder(*site->siteDict()).native()))
             window = site;
     }
+    return window;
+}
+
+void Program::showItem(const std::filesystem::path& item)
+{
+    if (HaldenDoc* const window = openWindowWith(item)) {
+        WindowRegistry::bringToFront(window);
+        window->showItem(item);
+        return;
+    }
+    const SiteList::Record site = siteWith(item);
+    if (!site) {
+        sayNoSiteHas(item);
+        return;
+    }
+    m_itemToShow = item;
+    m_delegate.open(site);
+    // Its password may have to be read first.
+    if (!openWindowWith(item))
+        WindowRegistry::bringToFront(&m_delegate.siteListWindow());
+}
+
+void Program::sayNoSiteHas(const std::filesystem::path& item)
+{
+    SiteListWindow& list = m_delegate.siteListWindow();
+    WindowRegistry::bringToFront(&list);
+    auto* const box = new QMessageBox(QMessageBox::Information, tr("Open"),
+                                      tr("%1 is in no site of the list.").arg(displayText(item.native())),
+                                      QMessageBox::Ok, &list);
+    box->setObjectName(QStringLiteral("noSiteBox"));
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setTextFormat(Qt::PlainText);
+    box->setInformativeText(
+        tr("LUMA edits pages (.html, .xhtml, .xml) and shows other files and folders in the "
+           "window of their site. Add the site with its folder first."));
+    box->open();
+}
+
+// In a window that shows the page's folder, else in one of the list's site.
+void Program::publishPage(const std::filesystem::path& page)
+{
+    HaldenDoc* window = openWindowWith(page);
     const SiteList::Record site = siteWith(page);
     if (!window && site)
         window = openSite(site);
@@ -225,6 +269,8 @@ HaldenDoc* Program::openSite(const SiteList::Record& siteDict)
     connect(window, &HaldenDoc::openRequested, this, &Program::openFile);
     connect(window, &HaldenDoc::placeRequested, this, &Program::openPlace);
     window->windowDidLoad();
+    if (isAtOrBelow(m_itemToShow.native(), sourceFolder(*siteDict).native()))
+        window->showItem(std::exchange(m_itemToShow, {}));
     return window;
 }
 

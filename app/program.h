@@ -46,6 +46,11 @@ private:
     /// Shows a new window for the site.
     HaldenDoc* openSite(const SiteList::Record& siteDict);
     void publishPage(const std::filesystem::path& page);
+    /// Shows the item in the window of its site, or says that it is in none.
+    void showItem(const std::filesystem::path& item);
+    void sayNoSiteHas(const std::filesystem::path& item);
+    /// An open window whose source holds the item, or null.
+    [[nodiscard]] static HaldenDoc* openWindowWith(const std::filesystem::path& item);
     void offerUnsavedPages();
     void openFile(const std::filesystem::path& file, const std::filesystem::path& siteFolder);
     /// The same, with the element at this place selected where the file is a page.
@@ -68,6 +73,7 @@ private:
     PageWindows m_pages;
     std::shared_ptr<MoveNotices> m_moveNotices;
     LUMAAppDelegate m_delegate;
+    std::filesystem::path m_itemToShow; // until its site's window opens
     bool m_terminated = false;
     bool m_hasLaunched = false; // at least once
 };

@@ -2,6 +2,7 @@
 #include "base/filecalls.h"
 
 #include "base/files.h"
+#include "base/usertext.h"
 
 #include <fcntl.h>
 #include <sys/vfs.h>
@@ -30,7 +31,8 @@ Error systemError(const fs::path& path, int code)
 
 Error stoppedError(const fs::path& path)
 {
-    return {path.string() + ": stopped", std::errc::operation_canceled};
+    return {userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: stopped"), {path.native()}),
+            std::errc::operation_canceled};
 }
 
 Result<FileDescriptor> openFile(const std::string& path, int flags)

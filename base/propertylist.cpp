@@ -2,6 +2,7 @@
 #include "base/propertylist.h"
 
 #include "base/propertylistshape.h"
+#include "base/usertext.h"
 
 #include <QDateTime>
 
@@ -204,7 +205,8 @@ Result<QByteArray> writePropertyList(const QVariant& value, PropertyListFormat f
 {
     const Node node = nodeOf(value);
     if (!node)
-        return Error{"A value cannot be stored in a property list"};
+        return Error{
+            userText(QT_TRANSLATE_NOOP("luma::Engines", "A value cannot be stored in a property list"))};
     char* raw = nullptr;
     std::uint32_t length = 0;
     if (format == PropertyListFormat::Binary)
@@ -213,14 +215,14 @@ Result<QByteArray> writePropertyList(const QVariant& value, PropertyListFormat f
         plist_to_xml(node.get(), &raw, &length);
     const Text bytes(raw);
     if (!bytes)
-        return Error{"Out of memory"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "Out of memory"))};
     return QByteArray(bytes.get(), static_cast<qsizetype>(length));
 }
 
 Result<QVariant> readPropertyList(const QByteArray& bytes)
 {
     if (bytes.size() > maxSize || !hasReadableShape(bytes))
-        return Error{"Not a readable property list"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "Not a readable property list"))};
     plist_t raw = nullptr;
     const auto length = static_cast<std::uint32_t>(bytes.size());
     if (bytes.startsWith("bplist0"))
@@ -229,7 +231,7 @@ Result<QVariant> readPropertyList(const QByteArray& bytes)
         plist_from_xml(bytes.constData(), length, &raw);
     const Node node(raw);
     if (!node)
-        return Error{"Not a readable property list"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "Not a readable property list"))};
     return valueOf(node.get());
 }
 

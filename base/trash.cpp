@@ -4,6 +4,7 @@
 #include "base/filecalls.h"
 #include "base/files.h"
 #include "base/fileuri.h"
+#include "base/usertext.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>
@@ -29,7 +30,8 @@ struct TrashFolder
 
 Error noTrash(const fs::path& item)
 {
-    return Error{item.native() + ": This volume has no trash"};
+    return Error{
+        userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: This volume has no trash"), {item.native()})};
 }
 
 std::optional<dev_t> deviceOf(const fs::path& path)

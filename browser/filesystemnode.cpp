@@ -2,6 +2,7 @@
 #include "browser/filesystemnode.h"
 
 #include "base/files.h"
+#include "base/usertext.h"
 #include "base/utf8.h"
 #include "browser/displaytext.h"
 #include "browser/folderlisting.h"
@@ -48,7 +49,8 @@ Result<std::filesystem::path> FileSystemNode::pathNamed(const QString& newName) 
     const std::string bytes = newName.toStdString();
     if (bytes.empty() || bytes == "." || bytes == ".." || bytes.find('/') != std::string::npos ||
         bytes.find('\0') != std::string::npos)
-        return Error{"\"" + bytes + "\" cannot be the name of a file"};
+        return Error{
+            userText(QT_TRANSLATE_NOOP("luma::Engines", "\"%1\" cannot be the name of a file"), {bytes})};
     return url().parent_path() / bytes;
 }
 

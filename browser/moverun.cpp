@@ -4,6 +4,7 @@
 #include "base/console.h"
 #include "base/filecalls.h"
 #include "base/mainhop.h"
+#include "base/usertext.h"
 #include "base/workitem.h"
 #include "browser/countedtext.h"
 #include "browser/displaytext.h"
@@ -24,9 +25,17 @@ namespace {
 using How = JobEnd::How;
 using Notices = QPointer<MoveNotices>;
 
-constexpr std::string_view stoppedAtOnce = "\nStopped before anything was moved or copied.";
-constexpr std::string_view stoppedInPages =
-    "\nStopped before all pages were looked at; links in the others are as they were.";
+std::string stoppedAtOnce()
+{
+    return '\n' + MoveRun::tr("Stopped before anything was moved or copied.").toStdString();
+}
+
+std::string stoppedInPages()
+{
+    return '\n' +
+           MoveRun::tr("Stopped before all pages were looked at; links in the others are as they were.")
+               .toStdString();
+}
 
 void addProblem(JobLog& log, const MoveProblem& problem)
 {
@@ -171,7 +180,7 @@ void MoveRun::move(const MoveRequest& request, std::optional<int> askAbove)
 
 void MoveRun::fail(const Error& error, const MoveRequest& request)
 {
-    m_log->addText(error.isStopped() ? std::string(stoppedAtOnce) : error.text);
+    m_log->addText(error.isStopped() ? stoppedAtOnce() : error.text);
     const bool isBack = takeRenameBack(request);
     if (error.isStopped() && isBack)
         end({.how = How::Stopped, .status = stoppedText(), .goOn = m_goOn});
@@ -224,8 +233,9 @@ void MoveRun::answer(bool isAccepted)
         carryOut();
         return;
     }
-    m_log->addText("Cancelled; everything is as it was before.");
-    end({.status = tr("Cancelled; everything is as it was before.")});
+    const QString text = tr("Cancelled; everything is as it was before.");
+    m_log->addText(text.toStdString());
+    end({.status = text});
 }
 
 void MoveRun::carryOut()
@@ -236,7 +246,9 @@ void MoveRun::carryOut()
         m_log->addLine(note.page.lexically_relative(m_site).native() + ": " + note.text, note.page);
     const MoveReport report = m_moves->carryOut(*m_plan);
     for (const MovedItem& item : report.items)
-        m_log->addText("Updating links to: " + item.from.filename().native() + "\n\n");
+        m_log->addText(userText(QT_TRANSLATE_NOOP("luma::Engines", "Updating links to: %1"),
+                                {item.from.filename().native()}) +
+                       "\n\n");
     show(report);
     JobEnd ended = endOf(report, doneText(*m_plan), m_plan->problems);
     ended.isUndoable = report.isDone;
@@ -267,7 +279,7 @@ void MoveRun::undo(const WebRules& rules, const QString& title)
     }
     const MoveReport report = m_moves->undo(rules);
     if (report.isDone)
-        m_log->addText("Took back: " + report.title + "\n\n");
+        m_log->addText(tr("Took back: %1").arg(displayText(report.title)).toStdString() + "\n\n");
     show(report);
     const auto blocked =
         report.isDone || report.isStopped || report.problems.empty() ? std::nullopt : m_moves->undoTitle();
@@ -292,7 +304,7 @@ void MoveRun::skip(bool isAccepted, const QString& title)
 {
     const auto skipped = isAccepted ? m_moves->skipUndo() : std::nullopt;
     if (skipped)
-        m_log->addText("\nLeft as it is: " + *skipped);
+        m_log->addText('\n' + tr("Left as it is: %1").arg(displayText(*skipped)).toStdString());
     else
         keepUndo(title);
     end({.status = skipped ? tr("Left as it is: %1").arg(displayText(*skipped))
@@ -321,7 +333,7 @@ void MoveRun::update(const Update& update, MoveOperation operation)
     LinkUpdatingMove move(m_site, callbacks);
     const MoveOutcome outcome = update(move);
     if (!outcome.complete)
-        m_log->addText(outcome.moved.empty() ? stoppedAtOnce : stoppedInPages);
+        m_log->addText(outcome.moved.empty() ? stoppedAtOnce() : stoppedInPages());
     tellOfLinks(m_notices, outcome.links);
     MoveReport report;
     report.isDone = !outcome.moved.empty();
@@ -341,8 +353,11 @@ void MoveRun::showRecovered(const std::vector<MoveReport>& reports) const
 {
     for (const MoveReport& report : reports) {
         if (!report.title.empty())
-            m_log->addText(std::string(report.isDone ? "Finished" : "Took back") +
-                           " what was interrupted: " + report.title + "\n\n");
+            m_log->addText((report.isDone ? tr("Finished what was interrupted: %1")
+                                          : tr("Took back what was interrupted: %1"))
+                               .arg(displayText(report.title))
+                               .toStdString() +
+                           "\n\n");
         show(report);
     }
 }
@@ -357,9 +372,9 @@ void MoveRun::show(const MoveReport& report) const
     for (const MoveProblem& problem : report.problems)
         addProblem(*m_log, problem);
     if (report.isDone || report.problems.empty())
-        m_log->addText(report.isStopped ? "\nStopped; everything is as it was before." : "\nDone");
+        m_log->addText('\n' + (report.isStopped ? stoppedText() : tr("Done")).toStdString());
     else
-        m_log->addText("\nEverything is as it was before.");
+        m_log->addText('\n' + tr("Everything is as it was before.").toStdString());
     tellOfLinks(m_notices, report.links);
 }
 

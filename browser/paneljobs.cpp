@@ -131,7 +131,7 @@ void PanelJobs::finish(const JobEnd& end)
         return;
     if (m_kind == Kind::Report && end.how != JobEnd::How::Failed)
         m_progress->append(u'\n' + (end.how == JobEnd::How::Done
-                                        ? QStringLiteral("Done")
+                                        ? tr("Done")
                                         : tr("Stopped before all pages were looked at.")));
     m_progress->finish(end);
 }

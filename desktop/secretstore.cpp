@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/gpointer.h"
 
+#include "base/usertext.h"
+
 #include <libsecret/secret.h>
 // GLib's headers come first, because they use Qt's word `signals` for a member.
 #include "desktop/secretstore.h"
@@ -30,7 +32,7 @@ GPointer<GHashTable> attributesOf(const std::string& id)
 Error failure(GError* raw, const char* otherwise)
 {
     const GPointer<GError> error(raw);
-    return Error{error ? error->message : otherwise};
+    return Error{error ? error->message : userText(otherwise)};
 }
 
 // libsecret keeps its session with the service, also after that service has been restarted: it would learn of that
@@ -47,13 +49,14 @@ Result<void> needUnlockedKeyring(GCancellable* cancellable)
     const GPointer<SecretService> service(
         secret_service_get_sync(SECRET_SERVICE_OPEN_SESSION, cancellable, &error));
     if (!service)
-        return failure(error, "there is no secret service");
+        return failure(error, QT_TRANSLATE_NOOP("luma::Engines", "there is no secret service"));
     const GPointer<SecretCollection> keyring(secret_collection_for_alias_sync(
         service.get(), SECRET_COLLECTION_DEFAULT, SECRET_COLLECTION_NONE, cancellable, &error));
     if (!keyring)
-        return failure(error, "the secret service has no default keyring");
+        return failure(error,
+                       QT_TRANSLATE_NOOP("luma::Engines", "the secret service has no default keyring"));
     if (secret_collection_get_locked(keyring.get()) != FALSE)
-        return Error{"the keyring is locked"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "the keyring is locked"))};
     return {};
 }
 
@@ -94,12 +97,13 @@ Result<void> SecretStore::store(const std::string& id, const std::string& label,
     GError* error = nullptr;
     if (secret_service_store_sync(nullptr, schema(), attributesOf(id).get(), SECRET_COLLECTION_DEFAULT,
                                   label.c_str(), value.get(), m_cancellable->get(), &error) == FALSE)
-        return failure(error, "the secret service refused the password");
+        return failure(error, QT_TRANSLATE_NOOP("luma::Engines", "the secret service refused the password"));
     const auto kept = load(id, WhenLocked::Fail);
     if (!kept)
         return kept.error();
     if (*kept != secret)
-        return Error{"the secret service does not give the password back"};
+        return Error{userText(
+            QT_TRANSLATE_NOOP("luma::Engines", "the secret service does not give the password back"))};
     return {};
 }
 
@@ -118,7 +122,7 @@ Result<std::optional<std::string>> SecretStore::load(const std::string& id, When
     auto secret = secretOf(static_cast<SecretItem*>(items->data));
     g_list_free_full(items, g_object_unref);
     if (!secret)
-        return Error{"the keyring is locked"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "the keyring is locked"))};
     return secret;
 }
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "desktop/singleinstance.h"
 
+#include "base/usertext.h"
+
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
 #include <QDBusMessage>
@@ -45,7 +47,8 @@ Result<SingleInstance::Start> SingleInstance::begin(const QList<QByteArray>& arg
             return Start::First;
         const QString owner = bus.interface()->serviceOwner(serviceName);
         if (!owner.isEmpty() && owner == asked)
-            return Error{"LUMA is already running but does not answer"};
+            return Error{
+                userText(QT_TRANSLATE_NOOP("luma::Engines", "LUMA is already running but does not answer"))};
         asked = owner;
         const QDBusReply<QByteArray> answer = bus.call(call);
         if (answer.isValid() && answer.value().isEmpty())

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/pagecodec.h"
 
+#include "base/usertext.h"
 #include "base/utf8.h"
 #include "html/pagesource.h"
 #include "html/parse.h"
@@ -143,9 +144,11 @@ Result<PageCodec::Written> PageCodec::write(const Document& document, MarkupLang
             break;
         }
         if (i == 2)
-            return Error{
-                "It holds a character that " + std::string(encoding.name()) +
-                " lacks, in a script, a style sheet or a comment, where it can't be written otherwise."};
+            return Error{userText(
+                QT_TRANSLATE_NOOP(
+                    "luma::Engines",
+                    "It holds a character that %1 lacks, in a script, a style sheet or a comment, where it can't be written otherwise."),
+                {encoding.name()})};
     }
     if (page->isSame)
         written.parsed = std::move(page->parsed);

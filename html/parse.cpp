@@ -2,6 +2,7 @@
 #include "html/parse.h"
 
 #include "base/ascii.h"
+#include "base/usertext.h"
 #include "base/utf8.h"
 #include "html/characterdata.h"
 #include "html/htmlscanner.h"
@@ -20,9 +21,10 @@ namespace {
 std::optional<Error> refusal(std::string_view source, const ParseLimits& limits)
 {
     if (source.size() > limits.bytes)
-        return Error{"It is larger than " + std::to_string(limits.bytes >> 20U) + " MB."};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "It is larger than %1 MB."),
+                              {std::to_string(limits.bytes >> 20U)})};
     if (!isValidUtf8(source))
-        return Error{"It is not UTF-8."};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "It is not UTF-8."))};
     return {};
 }
 

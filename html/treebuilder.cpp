@@ -2,6 +2,7 @@
 #include "html/treebuilder.h"
 
 #include "base/ascii.h"
+#include "base/usertext.h"
 #include "html/characterdata.h"
 #include "html/characterreferences.h"
 #include "html/codemarks.h"
@@ -385,11 +386,12 @@ Error refusal(ParseArena::Excess excess)
 {
     switch (excess) {
     case ParseArena::Excess::Memory:
-        return {"Its unclosed tags multiply its elements without limit."};
+        return {userText(
+            QT_TRANSLATE_NOOP("luma::Engines", "Its unclosed tags multiply its elements without limit."))};
     case ParseArena::Excess::Attributes:
-        return {"One of its tags has too many attributes."};
+        return {userText(QT_TRANSLATE_NOOP("luma::Engines", "One of its tags has too many attributes."))};
     default:
-        return {"Its elements are nested too deeply."};
+        return {userText(QT_TRANSLATE_NOOP("luma::Engines", "Its elements are nested too deeply."))};
     }
 }
 

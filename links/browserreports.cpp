@@ -3,6 +3,7 @@
 
 #include "base/orderedwork.h"
 #include "base/pathbelow.h"
+#include "base/usertext.h"
 #include "links/targetreader.h"
 
 #include <deque>
@@ -71,11 +72,11 @@ Result<bool> checkWebLinks(const fs::path& site, const WebRules& rules, Findings
 Result<WebPage> checkWebPage(const fs::path& site, const fs::path& page, const WebRules& rules)
 {
     if (webFileKind(page.filename().native()) == WebFileKind::Other)
-        return Error{page.native() + ": Not a page"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: Not a page"), {page.native()})};
     const fs::path root = site.empty() ? fs::path("/") : site;
     const std::string subpath = subpathOf(fs::absolute(page).lexically_normal(), root);
     if (subpath.starts_with("../"))
-        return Error{page.native() + ": Not in the site"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: Not in the site"), {page.native()})};
     const Result<SiteTree> tree = site.empty() ? SiteTree::unread(root) : SiteTree::read(root);
     if (!tree)
         return tree.error();
@@ -100,7 +101,7 @@ Result<std::vector<std::string>> findNeededFiles(const fs::path& site, const fs:
     const std::string subpath = subpathOf(page, site);
     const Id first = shared.paths().find(subpath);
     if (first == SiteTree::none)
-        return Error{page.native() + ": Not in the site"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: Not in the site"), {page.native()})};
     BrowserChecker checker(shared, FindingsKept::All);
     std::set<std::string> needed = {subpath};
     std::vector<Id> unread = {first};
@@ -131,7 +132,7 @@ Result<bool> findWebLinksTo(const fs::path& site, const fs::path& target, const 
     const std::string subpath = subpathOf(target, site);
     const Id id = shared.paths().find(subpath == "." ? std::string() : subpath);
     if (id == SiteTree::none)
-        return Error{target.native() + ": Not in the site"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: Not in the site"), {target.native()})};
     const NameSearch name({target.filename().native()});
     using Work = OrderedWork<std::optional<WebPage>>;
     std::deque<BrowserChecker> checkers;

@@ -3,6 +3,7 @@
 
 #include "base/files.h"
 #include "base/pathbelow.h"
+#include "base/usertext.h"
 #include "links/movedlinks.h"
 
 #include <sys/stat.h>
@@ -100,11 +101,16 @@ PlanNote noteOn(const SharedFile& file, const LinkPlan& plan)
     }
     others.insert(others.end(), file.names.begin(), file.names.end());
     if (file.nameCount > known)
-        others.emplace_back("a name elsewhere");
-    std::string text = "No longer the same file as ";
-    for (std::size_t i = 0; i < others.size(); ++i)
-        text.append(i == 0 ? "" : i + 1 < others.size() ? ", " : " and ").append(others[i]);
-    return {first.oldPage, text + ", because their links will differ"};
+        others.push_back(userText(QT_TRANSLATE_NOOP("luma::Engines", "a name elsewhere")));
+    std::string names = others.front();
+    for (std::size_t i = 1; i + 1 < others.size(); ++i)
+        names.append(", ").append(others[i]);
+    if (others.size() > 1)
+        names = userText(QT_TRANSLATE_NOOP("luma::Engines", "%1 and %2"), {names, others.back()});
+    return {first.oldPage,
+            userText(QT_TRANSLATE_NOOP("luma::Engines",
+                                       "No longer the same file as %1, because their links will differ"),
+                     {names})};
 }
 
 } // namespace

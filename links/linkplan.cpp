@@ -5,6 +5,7 @@
 #include "base/files.h"
 #include "base/orderedwork.h"
 #include "base/pathbelow.h"
+#include "base/usertext.h"
 #include "links/hardlinkplan.h"
 #include "links/movedlinks.h"
 #include "links/namespellings.h"
@@ -64,20 +65,26 @@ MoveProblem problemOf(const MovedItem& item, const fs::path& site, std::set<std:
     using Kind = MoveProblem::Kind;
     const std::string name = item.to.filename().native();
     if (name.empty() || name == "." || name == "..")
-        return {Kind::NotMoved, item.from, "\"" + name + "\" is not a valid file name"};
+        return {Kind::NotMoved, item.from,
+                userText(QT_TRANSLATE_NOOP("luma::Engines", "\"%1\" is not a valid file name"), {name})};
     if (!itemExists(item.from))
         return {Kind::NotMoved, item.from, systemError(item.from, ENOENT).text};
     if (isAtOrBelow(site.native(), item.from.native()))
-        return {Kind::NotMoved, item.from, "the site's folder itself can't be moved or renamed"};
+        return {Kind::NotMoved, item.from,
+                userText(QT_TRANSLATE_NOOP("luma::Engines",
+                                           "the site's folder itself can't be moved or renamed"))};
     if (itemExists(item.to) || !taken.insert(item.to.native()).second)
-        return {Kind::Clash, item.to, "File " + name + " exists, not overwritten"};
+        return {Kind::Clash, item.to,
+                userText(QT_TRANSLATE_NOOP("luma::Engines", "File %1 exists, not overwritten"), {name})};
     std::error_code error;
     const fs::path folder = fs::canonical(item.to.parent_path(), error);
     if (error)
         return {Kind::NotMoved, item.from, systemError(item.to.parent_path(), error.value()).text};
     const bool isFolder = fs::is_directory(fs::symlink_status(item.from, error));
     if (isFolder && isAtOrBelow(folder.native(), fs::canonical(item.from, error).native()))
-        return {Kind::NotMoved, item.from, item.from.native() + ": a folder can't go into itself"};
+        return {Kind::NotMoved, item.from,
+                userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: a folder can't go into itself"),
+                         {item.from.native()})};
     return {Kind::NotMoved, {}, {}};
 }
 
@@ -86,7 +93,8 @@ MoveProblem problemOfTarget(const MovedItem& item, const fs::path& site)
 {
     using Kind = MoveProblem::Kind;
     if (!isAtOrBelow(item.to.native(), site.native()))
-        return {Kind::NotMoved, item.to, item.to.native() + ": is outside the site"};
+        return {Kind::NotMoved, item.to,
+                userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: is outside the site"), {item.to.native()})};
     if (!itemExists(item.to))
         return {Kind::NotMoved, item.to, systemError(item.to, ENOENT).text};
     return {Kind::NotMoved, {}, {}};
@@ -353,14 +361,24 @@ Result<void> noteLostLinks(LinkPlan& plan, const StillWanted& stillWanted)
     plan.lost = *lost;
     if (lost->links == 0)
         return {};
-    const auto counted = [](std::size_t count, const char* what) {
-        return std::to_string(count) + " " + what + (count == 1 ? "" : "s");
+    const auto counted = [](std::size_t count, const char* one, const char* many) {
+        return userText(count == 1 ? one : many, {std::to_string(count)});
     };
+    const std::string links = counted(lost->links, QT_TRANSLATE_NOOP("luma::Engines", "%1 link"),
+                                      QT_TRANSLATE_NOOP("luma::Engines", "%1 links"));
+    const std::string pages = counted(lost->pages, QT_TRANSLATE_NOOP("luma::Engines", "%1 page"),
+                                      QT_TRANSLATE_NOOP("luma::Engines", "%1 pages"));
     const std::string others =
-        leaving.size() == 1 ? "" : " with " + counted(leaving.size() - 1, "other item");
-    plan.notes.push_back({leaving.front(), "leaves its site" + others + "; " + counted(lost->links, "link") +
-                                               " on " + counted(lost->pages, "page") +
-                                               " will be missing there"});
+        counted(leaving.size() - 1, QT_TRANSLATE_NOOP("luma::Engines", "%1 other item"),
+                QT_TRANSLATE_NOOP("luma::Engines", "%1 other items"));
+    plan.notes.push_back(
+        {leaving.front(),
+         leaving.size() == 1
+             ? userText(QT_TRANSLATE_NOOP("luma::Engines", "leaves its site; %1 on %2 will be missing there"),
+                        {links, pages})
+             : userText(QT_TRANSLATE_NOOP("luma::Engines",
+                                          "leaves its site with %1; %2 on %3 will be missing there"),
+                        {others, links, pages})});
     return {};
 }
 

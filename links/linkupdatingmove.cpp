@@ -4,6 +4,7 @@
 #include "base/files.h"
 #include "base/orderedwork.h"
 #include "base/pathbelow.h"
+#include "base/usertext.h"
 #include "links/rewritepage.h"
 #include "links/sitetree.h"
 #include "links/webrules.h"
@@ -88,7 +89,7 @@ bool LinkUpdatingMove::moveItemTo(MoveOutcome& outcome, MoveOperation operation,
     const std::string name = target.filename().native();
     bool clash = false;
     // Remains if the operation is dropped.
-    Result<void> done = Error{item.native() + ": not moved"};
+    Result<void> done = Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: not moved"), {item.native()})};
     const auto act = [&] {
         clash = itemExists(target);
         if (!clash)
@@ -102,7 +103,9 @@ bool LinkUpdatingMove::moveItemTo(MoveOutcome& outcome, MoveOperation operation,
     else
         act();
     if (clash)
-        report(outcome, {MoveProblem::Kind::Clash, target, "File " + name + " exists, not overwritten"});
+        report(outcome,
+               {MoveProblem::Kind::Clash, target,
+                userText(QT_TRANSLATE_NOOP("luma::Engines", "File %1 exists, not overwritten"), {name})});
     else if (!done)
         report(outcome, {MoveProblem::Kind::NotMoved, item, done.error().text});
     else
@@ -119,13 +122,15 @@ MoveOutcome LinkUpdatingMove::run(MoveOperation operation, const std::vector<fs:
             break;
         const fs::path item = trimmed(path);
         if (moveItemTo(outcome, operation, item, trimmed(folder) / item.filename()))
-            log("Updating links to: " + item.filename().native() + "\n\n");
+            log(userText(QT_TRANSLATE_NOOP("luma::Engines", "Updating links to: %1"),
+                         {item.filename().native()}) +
+                "\n\n");
     }
     outcome.complete = isWanted(m_callbacks.stillWanted);
     updateLinks(outcome, MovedPages::Rebased);
     if (operation == MoveOperation::Copy)
         outcome.links.reset();
-    log("\nDone");
+    log('\n' + userText(QT_TRANSLATE_NOOP("luma::Engines", "Done")));
     return outcome;
 }
 
@@ -135,7 +140,9 @@ MoveOutcome LinkUpdatingMove::rename(const fs::path& item, const std::string& ne
     const fs::path from = trimmed(item);
     const fs::path to = from.parent_path() / newName;
     if (newName.empty() || newName == "." || newName == ".." || newName.find('/') != std::string::npos)
-        report(outcome, {MoveProblem::Kind::NotMoved, from, "\"" + newName + "\" is not a valid file name"});
+        report(outcome,
+               {MoveProblem::Kind::NotMoved, from,
+                userText(QT_TRANSLATE_NOOP("luma::Engines", "\"%1\" is not a valid file name"), {newName})});
     else if (moveItemTo(outcome, MoveOperation::Move, from, to))
         return updateAfterRename(from, to);
     return outcome;
@@ -147,11 +154,14 @@ MoveOutcome LinkUpdatingMove::updateAfterRename(const fs::path& oldPath, const f
     const fs::path from = trimmed(oldPath);
     const fs::path to = trimmed(newPath);
     outcome.moved.push_back({from, to});
-    log("Updating links from: " + from.filename().native() + " to " + to.filename().native() + "\n\n");
-    log("Updating links to: " + from.filename().native() + "\n\n");
+    log(userText(QT_TRANSLATE_NOOP("luma::Engines", "Updating links from: %1 to %2"),
+                 {from.filename().native(), to.filename().native()}) +
+        "\n\n");
+    log(userText(QT_TRANSLATE_NOOP("luma::Engines", "Updating links to: %1"), {from.filename().native()}) +
+        "\n\n");
     // The item is still in its folder, so the links of its own pages are right.
     updateLinks(outcome, MovedPages::Kept);
-    log("\nDone");
+    log('\n' + userText(QT_TRANSLATE_NOOP("luma::Engines", "Done")));
     return outcome;
 }
 

@@ -2,6 +2,7 @@
 #include "links/movejob.h"
 
 #include "base/folderreader.h"
+#include "base/usertext.h"
 #include "links/journaltext.h"
 
 #include <sys/stat.h>
@@ -179,21 +180,24 @@ std::string titleOf(const LinkPlan& plan)
 std::string titleOf(const MoveJob& job)
 {
     if (job.items.empty())
-        return "Move";
+        return userText(QT_TRANSLATE_NOOP("luma::Engines", "Move"));
     const MovedItem& first = job.items.front();
     const bool isOne = job.items.size() == 1;
     const std::string what =
-        isOne ? first.from.filename().native() : std::to_string(job.items.size()) + " items";
+        isOne ? first.from.filename().native()
+              : userText(QT_TRANSLATE_NOOP("luma::Engines", "%1 items"), {std::to_string(job.items.size())});
     const bool isRename = isOne && first.from.parent_path() == first.to.parent_path();
     const std::string where = isRename ? first.to.filename().native() : first.to.parent_path().native();
     if (job.kind == MoveJob::Kind::RemoveCopies)
-        return "Remove the copy of " + what;
+        return userText(QT_TRANSLATE_NOOP("luma::Engines", "Remove the copy of %1"), {what});
     if (job.kind == MoveJob::Kind::Links)
-        return "Change links to " + what + (isOne ? " to " + shortPlace(first) : "");
-    return (job.kind == MoveJob::Kind::Copy ? "Copy "
-            : isRename                      ? "Rename "
-                                            : "Move ") +
-           what + " to " + where;
+        return isOne ? userText(QT_TRANSLATE_NOOP("luma::Engines", "Change links to %1 to %2"),
+                                {what, shortPlace(first)})
+                     : userText(QT_TRANSLATE_NOOP("luma::Engines", "Change links to %1"), {what});
+    if (job.kind == MoveJob::Kind::Copy)
+        return userText(QT_TRANSLATE_NOOP("luma::Engines", "Copy %1 to %2"), {what, where});
+    return isRename ? userText(QT_TRANSLATE_NOOP("luma::Engines", "Rename %1 to %2"), {what, where})
+                    : userText(QT_TRANSLATE_NOOP("luma::Engines", "Move %1 to %2"), {what, where});
 }
 
 std::string temporaryName(const MoveJob& job, std::size_t index)

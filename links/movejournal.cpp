@@ -5,6 +5,7 @@
 #include "base/files.h"
 #include "base/folderreader.h"
 #include "base/statefolder.h"
+#include "base/usertext.h"
 #include "links/journaltext.h"
 
 #include <fcntl.h>
@@ -97,9 +98,12 @@ Result<MoveJournal> MoveJournal::open(const fs::path& site)
     if (!lock)
         return systemError(path, errno);
     if (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
-        return errno == EWOULDBLOCK ? Error{site.native() + ": files are being moved here by another program",
-                                            std::errc::device_or_resource_busy}
-                                    : systemError(path, errno);
+        return errno == EWOULDBLOCK
+                   ? Error{userText(QT_TRANSLATE_NOOP("luma::Engines",
+                                                      "%1: files are being moved here by another program"),
+                                    {site.native()}),
+                           std::errc::device_or_resource_busy}
+                   : systemError(path, errno);
     removeTemporaries(folder);
     return MoveJournal(std::move(folder), std::move(lock));
 }
@@ -169,7 +173,8 @@ Result<void> MoveJournal::note(std::uint64_t number, std::string_view text)
         return {};
     Error failed = systemError(file, written < 0 ? errno : ENOSPC);
     if (::ftruncate(opened->get(), before) != 0)
-        failed.text += ", and its journal can't be used any more";
+        failed.text = userText(
+            QT_TRANSLATE_NOOP("luma::Engines", "%1, and its journal can't be used any more"), {failed.text});
     return failed;
 }
 

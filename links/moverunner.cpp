@@ -4,6 +4,7 @@
 #include "base/filecalls.h"
 #include "base/files.h"
 #include "base/orderedwork.h"
+#include "base/usertext.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -181,7 +182,7 @@ Result<void> MoveRunner::rename(const fs::path& from, std::size_t index)
 {
     const MovedItem& item = job().items[index];
     // Remains if the operation is dropped.
-    Result<void> done = Error{from.native() + ": not moved"};
+    Result<void> done = Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: not moved"), {from.native()})};
     const auto act = [&] {
         done = renameToFreePlace(from, item.to);
         if (done)
@@ -347,6 +348,18 @@ bool MoveRunner::linkToTwin(const fs::path& file, const PageRewrite& twin, std::
 }
 
 // An error ends the job.
+std::string MoveRunner::textOf(PageState state, const fs::path& file, bool isRefused)
+{
+    const char* source = nullptr;
+    if (state == PageState::Gone)
+        source = isRefused ? QT_TRANSLATE_NOOP("luma::Engines", "%1: is gone")
+                           : QT_TRANSLATE_NOOP("luma::Engines", "%1: is gone, left as it is");
+    else
+        source = isRefused ? QT_TRANSLATE_NOOP("luma::Engines", "%1: has changed since")
+                           : QT_TRANSLATE_NOOP("luma::Engines", "%1: has changed since, left as it is");
+    return userText(source, {file.native()});
+}
+
 Result<void> MoveRunner::judge(const Result<PageState>& state, const fs::path& file, Direction direction)
 {
     const bool isForward = direction == Direction::Forward;
@@ -356,12 +369,9 @@ Result<void> MoveRunner::judge(const Result<PageState>& state, const fs::path& f
         return {};
     }
     const bool isRefused = isForward && (!state || m_changedPages == ChangedPages::Refused);
-    std::string text = state ? file.native() : state.error().text;
-    if (state)
-        text.append(*state == PageState::Gone ? ": is gone" : ": has changed since")
-            .append(isRefused ? "" : ", left as it is");
     if (isRefused)
-        return state ? Error{text} : state.error();
+        return state ? Error{textOf(*state, file, isRefused)} : state.error();
+    const std::string text = state ? textOf(*state, file, isRefused) : state.error().text;
     report(MoveProblem::Kind::NotRewritten, file, text);
     return {};
 }
@@ -452,7 +462,8 @@ void MoveRunner::removeCopies()
             ::rmdir(item->path.c_str());
         else if (!isCopyUnchanged(*item))
             report(MoveProblem::Kind::NotMoved, item->path,
-                   item->path.native() + ": has changed since, left as it is");
+                   userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: has changed since, left as it is"),
+                            {item->path.native()}));
         else if (::unlink(item->path.c_str()) != 0)
             report(MoveProblem::Kind::NotMoved, item->path, systemError(item->path, errno).text);
     }

@@ -99,6 +99,7 @@ private:
                                   std::size_t index) const;
     Result<void> changeSymlinks(const std::vector<SymlinkChange>& changes, Direction direction);
     Result<PageState> changeSymlink(const SymlinkChange& change, std::size_t index) const;
+    static std::string textOf(PageState state, const std::filesystem::path& file, bool isRefused);
     Result<void> judge(const Result<PageState>& state, const std::filesystem::path& file,
                        Direction direction);
     [[nodiscard]] bool needsCommit() const;

@@ -2,6 +2,7 @@
 #include "links/pageplanner.h"
 
 #include "base/pathbelow.h"
+#include "base/usertext.h"
 #include "base/utf8.h"
 #include "links/writtenreference.h"
 
@@ -53,7 +54,8 @@ Result<std::vector<LinkEdit>> PagePlanner::editsOf(std::string_view bytes, const
         return std::vector<LinkEdit>();
     std::vector<LinkEdit> edits = written(bytes, wanted);
     if (!readsAsPlanned(withEdits(bytes, edits), name, wanted))
-        return Error{"its links can't be changed without changing more, so they stay as they are"};
+        return Error{userText(QT_TRANSLATE_NOOP(
+            "luma::Engines", "its links can't be changed without changing more, so they stay as they are"))};
     return edits;
 }
 

@@ -2,6 +2,7 @@
 #include "links/rewritepage.h"
 
 #include "base/files.h"
+#include "base/usertext.h"
 
 #include <sys/stat.h>
 
@@ -58,7 +59,8 @@ Result<bool> rewritePage(const fs::path& page, const PageChanges& changes)
             return written.error();
         return true;
     }
-    return Error{page.string() + ": keeps being changed by another program"};
+    return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: keeps being changed by another program"),
+                          {page.native()})};
 }
 
 } // namespace luma

@@ -4,6 +4,7 @@
 #include "base/filecalls.h"
 #include "base/orderedwork.h"
 #include "base/pathbelow.h"
+#include "base/usertext.h"
 #include "links/linkjudge.h"
 #include "links/namesearch.h"
 #include "links/percentencoding.h"
@@ -363,7 +364,7 @@ Result<bool> SiteLinks::findTo(const fs::path& target, const WebRules& rules, co
     const std::string subpath = target.lexically_relative(m_site).native();
     const Id id = m_pages.judgedSite().paths().find(subpath == "." ? std::string() : subpath);
     if (id == SiteTree::none)
-        return Error{target.native() + ": Not in the site"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: Not in the site"), {target.native()})};
     const std::vector<Id> wanted = filesFor(id, tree, rules);
     const auto mayLead = [&wanted](const KeptPage& page) {
         return std::any_of(wanted.begin(), wanted.end(), [&page](Id file) { return page.leadsTo(file); });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/sitemoves.h"
 
+#include "base/usertext.h"
 #include "links/movedlinks.h"
 
 #include <utility>
@@ -76,7 +77,9 @@ void SiteMoves::endInterrupted()
     }
     for (const fs::path& file : damaged)
         m_recovered.push_back(
-            failed(file, file.native() + ": the journal of an interrupted move can't be read"));
+            failed(file, userText(QT_TRANSLATE_NOOP("luma::Engines",
+                                                    "%1: the journal of an interrupted move can't be read"),
+                                  {file.native()})));
 }
 
 Result<void> SiteMoves::noteRename(const MovedItem& item)
@@ -143,7 +146,7 @@ MoveReport SiteMoves::undo(const WebRules& rules)
 {
     const auto last = m_journal.lastDone();
     if (!last)
-        return failed({}, "There is no move to take back");
+        return failed({}, userText(QT_TRANSLATE_NOOP("luma::Engines", "There is no move to take back")));
     MoveJob job = inverseOf(last->job);
     job.undoes = last->number;
     // If the site can't be read, documents that are open keep the links that they have.

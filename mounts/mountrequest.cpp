@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/gpointer.h"
+
+#include "base/usertext.h"
 // GLib's headers come first, because they use Qt's word `signals` for a member.
 #include "mounts/mountrequest.h"
 #include "mounts/owncontext.h"
@@ -54,12 +56,12 @@ private:
         if (m_failure)
             return;
         if (m_isWanted && !m_isWanted())
-            m_failure = Error{"stopped", std::errc::operation_canceled};
-        else if (Clock::now() >= m_deadline)
             m_failure =
-                Error{"the server did not answer within " +
-                      std::to_string(std::chrono::duration_cast<std::chrono::seconds>(m_limit).count()) +
-                      " seconds"};
+                Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "stopped")), std::errc::operation_canceled};
+        else if (Clock::now() >= m_deadline)
+            m_failure = Error{userText(
+                QT_TRANSLATE_NOOP("luma::Engines", "the server did not answer within %1 seconds"),
+                {std::to_string(std::chrono::duration_cast<std::chrono::seconds>(m_limit).count())})};
         if (m_failure)
             g_cancellable_cancel(m_cancellable.get());
     }

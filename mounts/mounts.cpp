@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/gpointer.h"
+
+#include "base/usertext.h"
 // GLib's headers come first, because they use Qt's word `signals` for a member.
 #include "base/filecalls.h"
 #include "base/folderreader.h"
@@ -209,11 +211,13 @@ Result<fs::path> existingFolder(const fs::path& folder)
     case FolderState::Usable:
         return folder;
     case FolderState::Missing:
-        return Error{folder.string() + ": no such folder on the server"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: no such folder on the server"),
+                              {folder.native()})};
     case FolderState::NotYet:
         break;
     }
-    return Error{folder.string() + ": the folder can't be read"};
+    return Error{
+        userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: the folder can't be read"), {folder.native()})};
 }
 
 std::optional<LocalFolder> awaitLocalFolder(const std::string& url, const std::function<bool()>& isWanted)
@@ -233,7 +237,10 @@ Result<fs::path> useMounted(const std::string& url, std::optional<int> mountedAf
     if (!isWanted())
         return stoppedError(url);
     if (!local)
-        return Error{url + ": mounted, but its local folder can't be read (is gvfs-fuse installed?)"};
+        return Error{userText(
+            QT_TRANSLATE_NOOP("luma::Engines",
+                              "%1: mounted, but its local folder can't be read (is gvfs-fuse installed?)"),
+            {url})};
     registry().claim(*local, mountedAfter);
     auto folder = existingFolder(local->folder);
     if (!folder)
@@ -247,7 +254,8 @@ Result<fs::path> mountShare(const std::string& shareUrl, const std::string& user
                             const std::function<bool()>& isWanted)
 {
     if (!parseShareUrl(shareUrl))
-        return Error{shareUrl + ": not the address of a share"};
+        return Error{
+            userText(QT_TRANSLATE_NOOP("luma::Engines", "%1: not the address of a share"), {shareUrl})};
     if (!registry().waitForUnmounts(isWanted))
         return stoppedError(shareUrl);
     const std::string url = shareUrlForUser(shareUrl, user);

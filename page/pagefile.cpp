@@ -2,6 +2,7 @@
 #include "page/pagefile.h"
 
 #include "base/files.h"
+#include "base/usertext.h"
 #include "html/pageencoding.h"
 #include "html/parse.h"
 #include "links/linkplan.h"
@@ -40,14 +41,16 @@ Result<std::string> PageFile::read()
     // Taken before the bytes, so that a change in between is noticed.
     const Stamp before = stamp();
     if (fs::is_regular_file(m_path, error) && before.size > largestFile)
-        return Error{m_path.string() + " is too large for a page"};
+        return Error{
+            userText(QT_TRANSLATE_NOOP("luma::Engines", "%1 is too large for a page"), {m_path.native()})};
     auto bytes = readFile(m_path);
     if (!bytes)
         return bytes.error();
     // In UTF-16 every second byte of English text is 0.
     const bool mayHoldZeros = !encodingOf(*bytes, MarkupLanguage::Html).encoding.holdsAscii();
     if (!mayHoldZeros && bytes->find('\0') != std::string::npos)
-        return Error{m_path.string() + " is no page: it holds binary data"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "%1 is no page: it holds binary data"),
+                              {m_path.native()})};
     remember(*bytes, before);
     return bytes;
 }

@@ -2,6 +2,7 @@
 #include "page/pagestore.h"
 
 #include "base/pathbelow.h"
+#include "base/usertext.h"
 #include "html/pagelanguage.h"
 #include "html/pagesource.h"
 #include "html/pagewriter.h"
@@ -164,8 +165,9 @@ Result<void> PageStore::load(const QString& name)
         return bytes.error();
     const html::PageLanguage language = html::pageLanguage(m_docURL, *bytes);
     if (language.kind == html::PageLanguage::Kind::OtherXml)
-        return Error{m_docURL.string() + " is not HTML but XML, with the root element <" +
-                     language.rootElement + ">."};
+        return Error{userText(
+            QT_TRANSLATE_NOOP("luma::Engines", "%1 is not HTML but XML, with the root element <%2>."),
+            {m_docURL.native(), language.rootElement})};
     auto parsed = m_codec.read(*bytes, language.markup());
     if (!parsed)
         return Error{m_docURL.string() + ": " + parsed.error().text};
@@ -328,7 +330,7 @@ PageStore::Loss PageStore::lossOfSaving()
 Result<void> PageStore::save(const fs::path& path)
 {
     if (!m_tree.document())
-        return Error{"there is no page to save"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "there is no page to save"))};
     AttributeChanges changes;
     const fs::path target = path.lexically_normal();
     // Where the page's file has just moved, the move is still to change its links.

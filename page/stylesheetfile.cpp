@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/stylesheetfile.h"
 
+#include "base/usertext.h"
 #include "base/utf8.h"
 #include "html/pageencoding.h"
 
@@ -39,7 +40,8 @@ Result<std::string> encodedWithEscapes(std::string_view text, const Encoding& en
     }
     if (auto whole = encoding.encoded(spelled))
         return *std::move(whole);
-    return Error{"The style sheet's text can't be written in its encoding."};
+    return Error{userText(
+        QT_TRANSLATE_NOOP("luma::Engines", "The style sheet's text can't be written in its encoding."))};
 }
 
 } // namespace
@@ -55,7 +57,8 @@ Result<std::string> StyleSheetFile::read()
     std::string text = m_encoding.decoded(*bytes);
     // Saving would change the rest of such a sheet, too.
     if (m_encoding.encoded(text) != *bytes)
-        return Error{"The style sheet holds bytes that are no characters of its encoding."};
+        return Error{userText(QT_TRANSLATE_NOOP(
+            "luma::Engines", "The style sheet holds bytes that are no characters of its encoding."))};
     m_hasMark = text.starts_with(utf8ByteOrderMark);
     if (m_hasMark)
         text.erase(0, utf8ByteOrderMark.size());

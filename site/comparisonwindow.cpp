@@ -4,6 +4,7 @@
 #include "base/encoding.h"
 #include "base/files.h"
 #include "base/mainhop.h"
+#include "base/usertext.h"
 #include "base/utf8.h"
 #include "browser/countedtext.h"
 
@@ -33,7 +34,7 @@ constexpr std::uintmax_t largestText = std::uintmax_t{8} * 1024 * 1024;
 Result<std::string> textOf(const fs::path& file)
 {
     if (file.empty())
-        return Error{"Connect both sides first"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "Connect both sides first"))};
     std::error_code failure;
     if (fs::file_size(file, failure) > largestText && !failure)
         return Error{ComparisonWindow::tr("The files are too large to be shown").toStdString()};

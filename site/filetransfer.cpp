@@ -4,6 +4,7 @@
 #include "base/filecalls.h"
 #include "base/files.h"
 #include "base/pathbelow.h"
+#include "base/usertext.h"
 #include "site/folderaccess.h"
 #include "site/keptfolder.h"
 #include "site/leftovers.h"
@@ -28,9 +29,10 @@ namespace {
 std::string whyNoFolder(std::errc code)
 {
     if (code == std::errc::too_many_symbolic_link_levels)
-        return "a symbolic link stands where the folder should be";
+        return userText(
+            QT_TRANSLATE_NOOP("luma::Engines", "a symbolic link stands where the folder should be"));
     if (code == std::errc::not_a_directory)
-        return "a file stands where the folder should be";
+        return userText(QT_TRANSLATE_NOOP("luma::Engines", "a file stands where the folder should be"));
     return systemReason(code);
 }
 
@@ -52,7 +54,8 @@ bool lookAgain(const FileDescriptor& folder, const std::string& name, struct sta
     return ::statx(folder.get(), name.c_str(), flags, STATX_TYPE | STATX_MTIME | STATX_SIZE, &status) == 0;
 }
 
-constexpr auto changedMeanwhile = "the receiving side has been changed since the comparison";
+constexpr auto changedMeanwhile =
+    QT_TRANSLATE_NOOP("luma::Engines", "the receiving side has been changed since the comparison");
 
 bool isAsCompared(const SyncRow& row, const struct stat& status)
 {
@@ -229,15 +232,16 @@ std::string Transfer::objection(const SyncRow& row, const std::string& name) con
     if (::fstatat(m_sending.get(), name.c_str(), &sent, AT_SYMLINK_NOFOLLOW) != 0)
         return systemReason(std::errc(errno));
     if (!S_ISREG(sent.st_mode) && !S_ISLNK(sent.st_mode))
-        return "no longer a file";
+        return userText(QT_TRANSLATE_NOOP("luma::Engines", "no longer a file"));
     struct stat received = {};
     if (::fstatat(m_receiving.get(), name.c_str(), &received, AT_SYMLINK_NOFOLLOW) != 0)
         return {};
     if (S_ISDIR(received.st_mode))
-        return "a folder stands where the file should be";
+        return userText(QT_TRANSLATE_NOOP("luma::Engines", "a folder stands where the file should be"));
     if (row.kind == SyncKind::New)
-        return "something has appeared in its place since the comparison";
-    return isAsCompared(row, received) ? std::string() : std::string(changedMeanwhile);
+        return userText(
+            QT_TRANSLATE_NOOP("luma::Engines", "something has appeared in its place since the comparison"));
+    return isAsCompared(row, received) ? std::string() : userText(changedMeanwhile);
 }
 
 std::string Transfer::remove(const SyncRow& row, const StillWanted& stillWanted)
@@ -253,11 +257,12 @@ std::string Transfer::remove(const SyncRow& row, const StillWanted& stillWanted)
     if (::fstatat(receiving->get(), name.c_str(), &received, AT_SYMLINK_NOFOLLOW) != 0)
         return errno == ENOENT ? std::string() : systemReason(std::errc(errno));
     if (!isAsCompared(row, received))
-        return changedMeanwhile;
+        return userText(changedMeanwhile);
     struct stat sent = {};
     const auto sending = openFolderBelow(*m_sendingRoot, folder);
     if (sending && ::fstatat(sending->get(), name.c_str(), &sent, AT_SYMLINK_NOFOLLOW) == 0)
-        return "it has appeared on the sending side since the comparison";
+        return userText(
+            QT_TRANSLATE_NOOP("luma::Engines", "it has appeared on the sending side since the comparison"));
     const bool isFolder = S_ISDIR(received.st_mode);
     if (m_kept && !isFolder) {
         std::string reason = m_kept->keep(*receiving, name, m_publish, row.relativePath,

@@ -137,6 +137,7 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
         connect(pane, &BrowserController::undoable, this, &HaldenDoc::addUndo);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::paneChanged);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::publishWaitingPage);
+        connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::showWaitingItem);
         connect(&pane->browser(), &Browser::currentChanged, this, &HaldenDoc::updateActions);
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
         connect(pane, &BrowserController::placeRequested, this, &HaldenDoc::placeRequested);
@@ -420,6 +421,21 @@ void HaldenDoc::publishPage(const std::filesystem::path& page)
     m_destination->connectPane();
     m_pageToPublish = page;
     publishWaitingPage();
+}
+
+void HaldenDoc::showItem(const std::filesystem::path& item)
+{
+    m_itemToShow = item;
+    m_source->connectPane();
+    showWaitingItem();
+}
+
+void HaldenDoc::showWaitingItem()
+{
+    if (m_itemToShow.empty() || !m_source->rootNode())
+        return;
+    if (m_source->browser().reveal(std::exchange(m_itemToShow, {})))
+        m_source->browser().focusCurrentColumn();
 }
 
 void HaldenDoc::publishWaitingPage()

@@ -85,6 +85,8 @@ public:
 
     /// The same for a page of the source with what it needs, once both panes have connected.
     void publishPage(const std::filesystem::path& page);
+    /// Selects an item of the source, once that has connected.
+    void showItem(const std::filesystem::path& item);
 
 signals:
     /// The user wants to open a file of the site; `mountPath` is the site's folder.
@@ -120,6 +122,7 @@ private:
     SyncPanel* m_syncPanel = nullptr;
     RestorePanel* m_restorePanel = nullptr;
     std::filesystem::path m_pageToPublish; // until both panes have connected
+    std::filesystem::path m_itemToShow;    // until the source has connected
     bool m_rsync = false;
     bool m_isNew = true; // the source has not been connected yet
 
@@ -142,6 +145,7 @@ private:
     void showInPane(const std::string& path, bool isSent);
     void showComparison(const std::string& path);
     void publishWaitingPage();
+    void showWaitingItem();
     [[nodiscard]] SyncSides sides() const;
     /// The current pane, or the other one when that is not connected.
     [[nodiscard]] BrowserController& currentSitePane() const;

@@ -5,6 +5,7 @@
 #include "base/files.h"
 #include "base/folderreader.h"
 #include "base/pathbelow.h"
+#include "base/usertext.h"
 #include "site/folderaccess.h"
 
 #include <fcntl.h>
@@ -61,7 +62,8 @@ std::string KeptFolder::keep(const FileDescriptor& folder, const std::string& na
 {
     const auto kept = openOrMake(publish, folderPart(path));
     if (!kept)
-        return "the old version can't be kept: " + systemReason(kept.error().code);
+        return userText(QT_TRANSLATE_NOOP("luma::Engines", "the old version can't be kept: %1"),
+                        {systemReason(kept.error().code)});
     if (original == Original::Goes && ::renameat(folder.get(), name.c_str(), kept->get(), name.c_str()) == 0)
         return {};
     if (original == Original::Stays &&
@@ -109,7 +111,9 @@ Result<void> KeptFolder::removeBefore(std::int64_t time) const
         if (*KeptPlace::timeOf(name) >= time || !folder)
             continue;
         if (const auto removed = removeItem(entryOf(*folder, name)); !removed)
-            return Error{"Old kept versions can't be removed: " + systemReason(removed.error().code)};
+            return Error{
+                userText(QT_TRANSLATE_NOOP("luma::Engines", "Old kept versions can't be removed: %1"),
+                         {systemReason(removed.error().code)})};
     }
     return {};
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/keptplace.h"
 
+#include "base/usertext.h"
+
 #include <array>
 #include <chrono>
 #include <cstdio>
@@ -40,8 +42,10 @@ Result<KeptPlace> KeptPlace::of(const std::string& receiving, const KeepChoice& 
     if (choice.folder.empty()) {
         const std::string name = fs::path(folder).filename();
         if (name.empty() || name == "." || name == ".." || name == "~" || name == "/")
-            return Error{"Nothing can be kept beside \"" + folder +
-                         "\"; choose a folder for what is replaced"};
+            return Error{userText(
+                QT_TRANSLATE_NOOP("luma::Engines",
+                                  "Nothing can be kept beside \"%1\"; choose a folder for what is replaced"),
+                {folder})};
         place.m_name = '.' + name + std::string(keptExtension);
         // From the folder itself, so that a link to it makes no difference.
         place.m_parent = folder + "/..";
@@ -50,9 +54,11 @@ Result<KeptPlace> KeptPlace::of(const std::string& receiving, const KeepChoice& 
     }
     const fs::path chosen = fs::path(withoutSlashes(choice.folder)).lexically_normal();
     if (!chosen.is_absolute() || !chosen.has_filename())
-        return Error{"The folder for what is replaced must be given as an absolute path"};
+        return Error{userText(QT_TRANSLATE_NOOP(
+            "luma::Engines", "The folder for what is replaced must be given as an absolute path"))};
     if (isInside(chosen, fs::path(folder).lexically_normal()))
-        return Error{"What is replaced must not be kept inside the site's own folder"};
+        return Error{userText(QT_TRANSLATE_NOOP(
+            "luma::Engines", "What is replaced must not be kept inside the site's own folder"))};
     place.m_name = chosen.filename();
     place.m_parent = chosen.parent_path();
     place.m_fromReceiving = chosen;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/keptversions.h"
 
+#include "base/usertext.h"
 #include "site/filetransfer.h"
 #include "site/foldercomparison.h"
 #include "site/keptfolder.h"
@@ -290,7 +291,8 @@ Result<void> KeptVersions::removeOnServer(std::int64_t before, const StillWanted
 {
     const auto all = listOnServer(stillWanted);
     if (!all)
-        return Error{"Old kept versions can't be removed: " + all.error().text};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "Old kept versions can't be removed: %1"),
+                              {all.error().text})};
     std::vector<std::string> old;
     for (const KeptFiles& kept : *all) {
         if (kept.time < before)
@@ -307,7 +309,8 @@ Result<void> KeptVersions::removeOnServer(std::int64_t before, const StillWanted
     constexpr int vanishedFiles = 24; // rsync(1): said of each file that is named here to be deleted
     const bool isDone = result.status == 0 || result.status == vanishedFiles;
     if (!isDone && isWanted(stillWanted))
-        return Error{"Old kept versions can't be removed: " + rsyncReasons(result).back()};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "Old kept versions can't be removed: %1"),
+                              {rsyncReasons(result).back()})};
     return {};
 }
 

@@ -4,6 +4,7 @@
 #include "base/filecalls.h"
 #include "base/files.h"
 #include "base/statefolder.h"
+#include "base/usertext.h"
 #include "browser/endpoint.h"
 
 #include <QCryptographicHash>
@@ -192,7 +193,8 @@ Result<FileDescriptor> lockForPublishing(const std::string& site)
     if (!lock)
         return systemError(file, errno);
     if (::flock(lock.get(), LOCK_EX | LOCK_NB) != 0)
-        return Error{"This site is being published by another window or program"};
+        return Error{userText(
+            QT_TRANSLATE_NOOP("luma::Engines", "This site is being published by another window or program"))};
     return lock;
 }
 

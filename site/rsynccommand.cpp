@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/rsynccommand.h"
 
+#include "base/usertext.h"
 #include "browser/endpoint.h"
 #include "site/shownname.h"
 
@@ -140,8 +141,11 @@ std::string reasonOf(int status)
 {
     constexpr int fileError = 11; // rsync(1), EXIT VALUES
     if (status == fileError)
-        return "A file could not be written; the disk on the receiving side may be full (code 11)";
-    return "rsync ended with code " + std::to_string(status);
+        return userText(QT_TRANSLATE_NOOP(
+                   "luma::Engines",
+                   "A file could not be written; the disk on the receiving side may be full")) +
+               " (code 11)";
+    return userText(QT_TRANSLATE_NOOP("luma::Engines", "rsync ended with code %1"), {std::to_string(status)});
 }
 
 } // namespace

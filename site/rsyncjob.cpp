@@ -3,6 +3,7 @@
 
 #include "base/filedescriptor.h"
 #include "base/pathbelow.h"
+#include "base/usertext.h"
 #include "site/folderaccess.h"
 
 #include <fcntl.h>
@@ -367,7 +368,8 @@ Result<ComparisonReport> RsyncJob::compare(const IgnoredNames& ignored, Deletion
                                            const WorkItem& item, PublishedFiles before) const
 {
     if (!m_command.isComplete())
-        return Error{"The site lacks a path, a server or a user name"};
+        return Error{
+            userText(QT_TRANSLATE_NOOP("luma::Engines", "The site lacks a path, a server or a user name"))};
     auto local =
         FolderComparison({.sending = m_command.arguments().local, .receiving = {}}, ignored).find(item);
     if (!local)
@@ -463,9 +465,12 @@ RsyncReport RsyncJob::transfer(const std::vector<SyncRow>& rows,
         return line.find("(code 11)") != std::string::npos;
     };
     if (kept && std::any_of(report.problems.begin(), report.problems.end(), isFileError))
-        report.problems.insert(report.problems.begin(), "What is replaced can't be kept in \"" +
-                                                            kept->place.fromReceiving() +
-                                                            "\"; choose another folder for it");
+        report.problems.insert(
+            report.problems.begin(),
+            userText(
+                QT_TRANSLATE_NOOP("luma::Engines",
+                                  "What is replaced can't be kept in \"%1\"; choose another folder for it"),
+                {kept->place.fromReceiving()}));
     lookAgain(m_command, rows, report, questions);
     if (report.problems.empty() && isWanted(stillWanted))
         leftovers.noteEnd();

@@ -2,6 +2,7 @@
 #include "site/sitearchive.h"
 
 #include "base/propertylist.h"
+#include "base/usertext.h"
 
 namespace luma {
 
@@ -29,16 +30,17 @@ Result<QList<QVariantMap>> unarchiveSites(const QByteArray& archive)
         return outer.error();
     const QVariant data = outer->toMap().value(sitesKey);
     if (data.typeId() != QMetaType::QByteArray)
-        return Error{"the archive contains no site list"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "the archive contains no site list"))};
     const auto inner = readPropertyList(data.toByteArray());
     if (!inner)
         return inner.error();
     if (inner->typeId() != QMetaType::QVariantList)
-        return Error{"the site list is not an array"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "the site list is not an array"))};
     QList<QVariantMap> records;
     for (const QVariant& record : inner->toList()) {
         if (record.typeId() != QMetaType::QVariantMap)
-            return Error{"the site list contains an entry that is not a record"};
+            return Error{userText(
+                QT_TRANSLATE_NOOP("luma::Engines", "the site list contains an entry that is not a record"))};
         records += record.toMap();
     }
     return records;

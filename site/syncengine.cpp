@@ -4,6 +4,7 @@
 #include "base/console.h"
 #include "base/mainhop.h"
 #include "base/pathbelow.h"
+#include "base/usertext.h"
 #include "site/filetransfer.h"
 #include "site/rsyncjob.h"
 
@@ -58,7 +59,7 @@ Result<KeptVersions> keptVersionsOf(const SiteRecord& record, const SyncSides& s
         return KeptVersions::onServer(RsyncArguments::of(record, Direction::Upload), runProgram,
                                       record.keepChoice());
     if (sides.destination.empty())
-        return Error{"Connect the destination first"};
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "Connect the destination first"))};
     return KeptVersions::here(sides.destination, record.keepChoice());
 }
 
@@ -139,7 +140,8 @@ void SyncEngine::compareFolders(const SyncFolders& folders, Deletions deletions)
     start(m_workItem, [self = QPointer(this), comparison, areConnected, site = siteIdentity(m_record),
                        direction = m_direction](const WorkItem& item) {
         auto report = areConnected ? comparison.run(item, PublishedFiles::load(site), direction)
-                                   : Result<ComparisonReport>(Error{"Connect both sides first"});
+                                   : Result<ComparisonReport>(Error{userText(
+                                         QT_TRANSLATE_NOOP("luma::Engines", "Connect both sides first"))});
         if (item.isCancelled())
             return;
         onMain(self, [&](SyncEngine& engine) { engine.endComparison(item, std::move(report)); });

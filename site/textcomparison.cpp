@@ -2,6 +2,7 @@
 #include "site/textcomparison.h"
 
 #include "base/files.h"
+#include "base/usertext.h"
 #include "shell/commandrunner.h"
 
 #include <QFile>
@@ -75,7 +76,8 @@ Result<std::string> runsOf(std::string_view left, std::string_view right, const 
                    {}, stillWanted);
     // 1 means that they differ.
     if (!result.status || *result.status > 1)
-        return Error{result.errors.empty() ? "diff can't be run" : result.errors};
+        return Error{result.errors.empty() ? userText(QT_TRANSLATE_NOOP("luma::Engines", "diff can't be run"))
+                                           : result.errors};
     return std::move(result.output);
 }
 
@@ -95,7 +97,7 @@ Result<std::vector<ComparedLine>> comparedLines(std::string_view left, std::stri
     for (const std::string& text : linesOf(*runs)) {
         const auto run = readRun(text);
         if (!run || run->left > lefts.size() - fromLeft || run->right > rights.size() - fromRight)
-            return Error{"diff printed what can't be read"};
+            return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "diff printed what can't be read"))};
         for (std::size_t i = 0; i < std::max(run->left, run->right); ++i) {
             ComparedLine line{
                 .isEqual = run->isEqual, .isOnLeft = i < run->left, .isOnRight = i < run->right};

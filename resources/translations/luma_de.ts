@@ -1256,6 +1256,30 @@
         <source>stopped before all pages were looked at</source>
         <translation>angehalten, bevor alle Seiten angesehen waren</translation>
     </message>
+    <message>
+        <source>Stopped before anything was moved or copied.</source>
+        <translation>Angehalten, bevor etwas verschoben oder kopiert war.</translation>
+    </message>
+    <message>
+        <source>Stopped before all pages were looked at; links in the others are as they were.</source>
+        <translation>Angehalten, bevor alle Seiten angesehen waren; die Links der anderen sind, wie sie waren.</translation>
+    </message>
+    <message>
+        <source>Finished what was interrupted: %1</source>
+        <translation>Zu Ende geführt, was unterbrochen war: %1</translation>
+    </message>
+    <message>
+        <source>Took back what was interrupted: %1</source>
+        <translation>Rückgängig gemacht, was unterbrochen war: %1</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Everything is as it was before.</source>
+        <translation>Alles ist, wie es vorher war.</translation>
+    </message>
 </context>
 <context>
     <name>NewSiteAssistant</name>
@@ -2428,6 +2452,385 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Show password</source>
         <translation>Passwort anzeigen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::Engines</name>
+    <message>
+        <source>%1: stopped</source>
+        <translation>%1: angehalten</translation>
+    </message>
+    <message>
+        <source>A value cannot be stored in a property list</source>
+        <translation>Ein Wert lässt sich nicht in einer Eigenschaftsliste speichern</translation>
+    </message>
+    <message>
+        <source>Out of memory</source>
+        <translation>Zu wenig Speicher</translation>
+    </message>
+    <message>
+        <source>Not a readable property list</source>
+        <translation>Keine lesbare Eigenschaftsliste</translation>
+    </message>
+    <message>
+        <source>%1: This volume has no trash</source>
+        <translation>%1: Dieser Datenträger hat keinen Papierkorb</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; cannot be the name of a file</source>
+        <translation>„%1“ kann nicht der Name einer Datei sein</translation>
+    </message>
+    <message>
+        <source>Updating links to: %1</source>
+        <translation>Links werden aktualisiert zu: %1</translation>
+    </message>
+    <message>
+        <source>there is no secret service</source>
+        <translation>es gibt keinen Passwortdienst</translation>
+    </message>
+    <message>
+        <source>the secret service has no default keyring</source>
+        <translation>der Passwortdienst hat keinen Standardschlüsselbund</translation>
+    </message>
+    <message>
+        <source>the keyring is locked</source>
+        <translation>der Schlüsselbund ist gesperrt</translation>
+    </message>
+    <message>
+        <source>the secret service refused the password</source>
+        <translation>der Passwortdienst hat das Passwort abgelehnt</translation>
+    </message>
+    <message>
+        <source>the secret service does not give the password back</source>
+        <translation>der Passwortdienst gibt das Passwort nicht wieder heraus</translation>
+    </message>
+    <message>
+        <source>LUMA is already running but does not answer</source>
+        <translation>LUMA läuft schon, antwortet aber nicht</translation>
+    </message>
+    <message>
+        <source>It holds a character that %1 lacks, in a script, a style sheet or a comment, where it can&apos;t be written otherwise.</source>
+        <translation>Sie enthält ein Zeichen, das %1 nicht kennt, in einem Skript, einem Stylesheet oder einem Kommentar, wo es sich nicht anders schreiben lässt.</translation>
+    </message>
+    <message>
+        <source>It is larger than %1 MB.</source>
+        <translation>Sie ist größer als %1 MB.</translation>
+    </message>
+    <message>
+        <source>It is not UTF-8.</source>
+        <translation>Sie ist nicht UTF-8.</translation>
+    </message>
+    <message>
+        <source>Its unclosed tags multiply its elements without limit.</source>
+        <translation>Ihre nicht geschlossenen Tags vervielfachen ihre Elemente ohne Ende.</translation>
+    </message>
+    <message>
+        <source>One of its tags has too many attributes.</source>
+        <translation>Eines ihrer Tags hat zu viele Attribute.</translation>
+    </message>
+    <message>
+        <source>Its elements are nested too deeply.</source>
+        <translation>Ihre Elemente sind zu tief geschachtelt.</translation>
+    </message>
+    <message>
+        <source>%1: Not a page</source>
+        <translation>%1: Keine Seite</translation>
+    </message>
+    <message>
+        <source>%1: Not in the site</source>
+        <translation>%1: Nicht in der Website</translation>
+    </message>
+    <message>
+        <source>a name elsewhere</source>
+        <translation>einem Namen anderswo</translation>
+    </message>
+    <message>
+        <source>%1 and %2</source>
+        <translation>%1 und %2</translation>
+    </message>
+    <message>
+        <source>No longer the same file as %1, because their links will differ</source>
+        <translation>Nicht länger dieselbe Datei wie %1, weil sich ihre Links unterscheiden werden</translation>
+    </message>
+    <message>
+        <source>&quot;%1&quot; is not a valid file name</source>
+        <translation>„%1“ ist kein gültiger Dateiname</translation>
+    </message>
+    <message>
+        <source>the site&apos;s folder itself can&apos;t be moved or renamed</source>
+        <translation>der Ordner der Website selbst lässt sich nicht verschieben oder umbenennen</translation>
+    </message>
+    <message>
+        <source>File %1 exists, not overwritten</source>
+        <translation>Datei %1 ist schon da und wurde nicht überschrieben</translation>
+    </message>
+    <message>
+        <source>%1: a folder can&apos;t go into itself</source>
+        <translation>%1: ein Ordner kann nicht in sich selbst</translation>
+    </message>
+    <message>
+        <source>%1: is outside the site</source>
+        <translation>%1: liegt außerhalb der Website</translation>
+    </message>
+    <message>
+        <source>%1 link</source>
+        <translation>%1 Link</translation>
+    </message>
+    <message>
+        <source>%1 links</source>
+        <translation>%1 Links</translation>
+    </message>
+    <message>
+        <source>%1 page</source>
+        <translation>%1 Seite</translation>
+    </message>
+    <message>
+        <source>%1 pages</source>
+        <translation>%1 Seiten</translation>
+    </message>
+    <message>
+        <source>%1 other item</source>
+        <translation>%1 weiteren Objekt</translation>
+    </message>
+    <message>
+        <source>%1 other items</source>
+        <translation>%1 weiteren Objekten</translation>
+    </message>
+    <message>
+        <source>leaves its site; %1 on %2 will be missing there</source>
+        <translation>verlässt seine Website; dort fehlen dann: %1 auf %2</translation>
+    </message>
+    <message>
+        <source>leaves its site with %1; %2 on %3 will be missing there</source>
+        <translation>verlässt seine Website mit %1; dort fehlen dann: %2 auf %3</translation>
+    </message>
+    <message>
+        <source>%1: not moved</source>
+        <translation>%1: nicht verschoben</translation>
+    </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
+    <message>
+        <source>Updating links from: %1 to %2</source>
+        <translation>Links werden aktualisiert von: %1 zu %2</translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation>Verschieben</translation>
+    </message>
+    <message>
+        <source>%1 items</source>
+        <translation>%1 Objekte</translation>
+    </message>
+    <message>
+        <source>Remove the copy of %1</source>
+        <translation>Kopie von %1 entfernen</translation>
+    </message>
+    <message>
+        <source>Change links to %1 to %2</source>
+        <translation>Links zu %1 in Links zu %2 ändern</translation>
+    </message>
+    <message>
+        <source>Change links to %1</source>
+        <translation>Links zu %1 ändern</translation>
+    </message>
+    <message>
+        <source>Copy %1 to %2</source>
+        <translation>%1 nach %2 kopieren</translation>
+    </message>
+    <message>
+        <source>Rename %1 to %2</source>
+        <translation>%1 in %2 umbenennen</translation>
+    </message>
+    <message>
+        <source>Move %1 to %2</source>
+        <translation>%1 nach %2 verschieben</translation>
+    </message>
+    <message>
+        <source>%1: files are being moved here by another program</source>
+        <translation>%1: hier verschiebt gerade ein anderes Programm Dateien</translation>
+    </message>
+    <message>
+        <source>%1, and its journal can&apos;t be used any more</source>
+        <translation>%1, und das Protokoll dazu ist nicht mehr zu gebrauchen</translation>
+    </message>
+    <message>
+        <source>%1: is gone</source>
+        <translation>%1: ist nicht mehr da</translation>
+    </message>
+    <message>
+        <source>%1: is gone, left as it is</source>
+        <translation>%1: ist nicht mehr da; so gelassen</translation>
+    </message>
+    <message>
+        <source>%1: has changed since</source>
+        <translation>%1: wurde seither geändert</translation>
+    </message>
+    <message>
+        <source>%1: has changed since, left as it is</source>
+        <translation>%1: wurde seither geändert; so gelassen</translation>
+    </message>
+    <message>
+        <source>its links can&apos;t be changed without changing more, so they stay as they are</source>
+        <translation>ihre Links lassen sich nicht ändern, ohne mehr zu ändern; sie bleiben, wie sie sind</translation>
+    </message>
+    <message>
+        <source>%1: keeps being changed by another program</source>
+        <translation>%1: wird immer wieder von einem anderen Programm geändert</translation>
+    </message>
+    <message>
+        <source>%1: the journal of an interrupted move can&apos;t be read</source>
+        <translation>%1: das Protokoll eines unterbrochenen Verschiebens ist nicht lesbar</translation>
+    </message>
+    <message>
+        <source>There is no move to take back</source>
+        <translation>Es gibt kein Verschieben, das sich rückgängig machen ließe</translation>
+    </message>
+    <message>
+        <source>stopped</source>
+        <translation>angehalten</translation>
+    </message>
+    <message>
+        <source>the server did not answer within %1 seconds</source>
+        <translation>der Server hat innerhalb von %1 Sekunden nicht geantwortet</translation>
+    </message>
+    <message>
+        <source>%1: no such folder on the server</source>
+        <translation>%1: diesen Ordner gibt es auf dem Server nicht</translation>
+    </message>
+    <message>
+        <source>%1: the folder can&apos;t be read</source>
+        <translation>%1: der Ordner ist nicht lesbar</translation>
+    </message>
+    <message>
+        <source>%1: mounted, but its local folder can&apos;t be read (is gvfs-fuse installed?)</source>
+        <translation>%1: eingebunden, aber der lokale Ordner ist nicht lesbar (ist gvfs-fuse installiert?)</translation>
+    </message>
+    <message>
+        <source>%1: not the address of a share</source>
+        <translation>%1: nicht die Adresse einer Freigabe</translation>
+    </message>
+    <message>
+        <source>%1 is too large for a page</source>
+        <translation>%1 ist zu groß für eine Seite</translation>
+    </message>
+    <message>
+        <source>%1 is no page: it holds binary data</source>
+        <translation>%1 ist keine Seite: die Datei enthält Binärdaten</translation>
+    </message>
+    <message>
+        <source>%1 is not HTML but XML, with the root element &lt;%2&gt;.</source>
+        <translation>%1 ist nicht HTML, sondern XML mit dem Wurzelelement &lt;%2&gt;.</translation>
+    </message>
+    <message>
+        <source>there is no page to save</source>
+        <translation>es gibt keine Seite zu sichern</translation>
+    </message>
+    <message>
+        <source>The style sheet&apos;s text can&apos;t be written in its encoding.</source>
+        <translation>Der Text des Stylesheets lässt sich in seiner Kodierung nicht schreiben.</translation>
+    </message>
+    <message>
+        <source>The style sheet holds bytes that are no characters of its encoding.</source>
+        <translation>Das Stylesheet enthält Bytes, die in seiner Kodierung keine Zeichen sind.</translation>
+    </message>
+    <message>
+        <source>Connect both sides first</source>
+        <translation>Verbinden Sie zuerst beide Seiten</translation>
+    </message>
+    <message>
+        <source>a symbolic link stands where the folder should be</source>
+        <translation>wo der Ordner sein sollte, steht ein symbolischer Link</translation>
+    </message>
+    <message>
+        <source>a file stands where the folder should be</source>
+        <translation>wo der Ordner sein sollte, steht eine Datei</translation>
+    </message>
+    <message>
+        <source>the receiving side has been changed since the comparison</source>
+        <translation>die empfangende Seite wurde seit dem Vergleich geändert</translation>
+    </message>
+    <message>
+        <source>no longer a file</source>
+        <translation>keine Datei mehr</translation>
+    </message>
+    <message>
+        <source>a folder stands where the file should be</source>
+        <translation>wo die Datei sein sollte, steht ein Ordner</translation>
+    </message>
+    <message>
+        <source>something has appeared in its place since the comparison</source>
+        <translation>an ihrer Stelle ist seit dem Vergleich etwas erschienen</translation>
+    </message>
+    <message>
+        <source>it has appeared on the sending side since the comparison</source>
+        <translation>sie ist seit dem Vergleich auf der sendenden Seite erschienen</translation>
+    </message>
+    <message>
+        <source>the old version can&apos;t be kept: %1</source>
+        <translation>die alte Fassung lässt sich nicht aufheben: %1</translation>
+    </message>
+    <message>
+        <source>Old kept versions can&apos;t be removed: %1</source>
+        <translation>Alte aufgehobene Fassungen lassen sich nicht entfernen: %1</translation>
+    </message>
+    <message>
+        <source>Nothing can be kept beside &quot;%1&quot;; choose a folder for what is replaced</source>
+        <translation>Neben „%1“ lässt sich nichts aufheben; wählen Sie einen Ordner für das, was ersetzt wird</translation>
+    </message>
+    <message>
+        <source>The folder for what is replaced must be given as an absolute path</source>
+        <translation>Der Ordner für das, was ersetzt wird, muss als absoluter Pfad angegeben sein</translation>
+    </message>
+    <message>
+        <source>What is replaced must not be kept inside the site&apos;s own folder</source>
+        <translation>Was ersetzt wird, darf nicht im Ordner der Website selbst aufgehoben werden</translation>
+    </message>
+    <message>
+        <source>This site is being published by another window or program</source>
+        <translation>Diese Website wird gerade von einem anderen Fenster oder Programm veröffentlicht</translation>
+    </message>
+    <message>
+        <source>A file could not be written; the disk on the receiving side may be full</source>
+        <translation>Eine Datei ließ sich nicht schreiben; vielleicht ist der Datenträger der empfangenden Seite voll</translation>
+    </message>
+    <message>
+        <source>rsync ended with code %1</source>
+        <translation>rsync endete mit Code %1</translation>
+    </message>
+    <message>
+        <source>The site lacks a path, a server or a user name</source>
+        <translation>Der Website fehlt ein Pfad, ein Server oder ein Benutzername</translation>
+    </message>
+    <message>
+        <source>What is replaced can&apos;t be kept in &quot;%1&quot;; choose another folder for it</source>
+        <translation>Was ersetzt wird, lässt sich nicht in „%1“ aufheben; wählen Sie dafür einen anderen Ordner</translation>
+    </message>
+    <message>
+        <source>the archive contains no site list</source>
+        <translation>das Archiv enthält keine Liste von Websites</translation>
+    </message>
+    <message>
+        <source>the site list is not an array</source>
+        <translation>die Liste der Websites ist kein Feld</translation>
+    </message>
+    <message>
+        <source>the site list contains an entry that is not a record</source>
+        <translation>die Liste der Websites enthält einen Eintrag, der kein Datensatz ist</translation>
+    </message>
+    <message>
+        <source>Connect the destination first</source>
+        <translation>Verbinden Sie zuerst das Ziel</translation>
+    </message>
+    <message>
+        <source>diff can&apos;t be run</source>
+        <translation>diff lässt sich nicht starten</translation>
+    </message>
+    <message>
+        <source>diff printed what can&apos;t be read</source>
+        <translation>die Ausgabe von diff ist nicht lesbar</translation>
     </message>
 </context>
 <context>
@@ -3767,6 +4170,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>Stopped before all pages were looked at.</source>
         <translation>Angehalten, bevor alle Seiten angesehen waren.</translation>
     </message>
+    <message>
+        <source>Done</source>
+        <translation>Fertig</translation>
+    </message>
 </context>
 <context>
     <name>luma::PlanPreview</name>
@@ -3884,6 +4291,14 @@ Die Seite und Ihre Änderungen bleiben erhalten.</translation>
     <message>
         <source>Later</source>
         <translation>Später</translation>
+    </message>
+    <message>
+        <source>%1 is in no site of the list.</source>
+        <translation>%1 gehört zu keiner Website der Liste.</translation>
+    </message>
+    <message>
+        <source>LUMA edits pages (.html, .xhtml, .xml) and shows other files and folders in the window of their site. Add the site with its folder first.</source>
+        <translation>LUMA bearbeitet Seiten (.html, .xhtml, .xml) und zeigt andere Dateien und Ordner im Fenster ihrer Website. Fügen Sie zuerst die Website mit ihrem Ordner hinzu.</translation>
     </message>
 </context>
 <context>

@@ -29,7 +29,8 @@ private slots:
         QTest::newRow("page") << "page.html" << Request::Page;
         QTest::newRow("help") << "a --help" << Request::Help;
         QTest::newRow("version") << "--version" << Request::Version;
-        QTest::newRow("one folder") << "a" << Request::Unusable;
+        QTest::newRow("one folder") << "a/" << Request::Item;
+        QTest::newRow("style sheet") << "main.css" << Request::Item;
         QTest::newRow("same folder twice") << "a b/../a" << Request::Unusable;
         QTest::newRow("no such folder") << "a gone" << Request::Unusable;
         QTest::newRow("no such page") << "gone.html" << Request::Unusable;
@@ -44,6 +45,7 @@ private slots:
         for (const char* name : {"a", "b", "-c"})
             fs::create_directory(fs::path(folder.path().toStdString()) / name);
         std::ofstream(fs::path(folder.path().toStdString()) / "page.html") << "<p>";
+        std::ofstream(fs::path(folder.path().toStdString()) / "main.css") << "p {}";
         const fs::path before = fs::current_path();
         fs::current_path(folder.path().toStdString());
         std::vector<std::string> given;
@@ -53,6 +55,7 @@ private slots:
         fs::current_path(before);
         QVERIFY(line.request == request);
         QCOMPARE(line.message.empty(), request != Request::Unusable);
+        QVERIFY(request != Request::Item || (line.item.is_absolute() && line.item.has_filename()));
         QVERIFY(request != Request::Folders ||
                 (line.source.is_absolute() && line.destination.filename() == "b"));
     }

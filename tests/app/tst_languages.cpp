@@ -5,6 +5,7 @@
 #include "app/sitelistwindow.h"
 #include "app/textsizedstyle.h"
 #include "base/resources.h"
+#include "base/usertext.h"
 #include "browser/browser.h"
 #include "browser/browsercontroller.h"
 #include "browser/elidinglabel.h"
@@ -197,6 +198,20 @@ private slots:
         site->close();
         QTRY_VERIFY(!document);
         QCoreApplication::removeTranslator(&texts);
+    }
+    // Names of files in them are bytes, and nothing in those is taken for a place.
+    void textsOfTheEngines_areTranslated()
+    {
+        const auto text = [](const char* name) {
+            return userText(QT_TRANSLATE_NOOP("luma::Engines", "Rename %1 to %2"), {name, "b 5%"});
+        };
+        QCOMPARE(text("\xff%2"), std::string("Rename \xff%2 to b 5%"));
+        QTranslator texts;
+        QVERIFY(texts.load("luma_de", QFile::decodeName((resourceFolder() / "translations").c_str())));
+        QCoreApplication::installTranslator(&texts);
+        QCOMPARE(text("\xff%2"), std::string("\xff%2 in b 5% umbenennen"));
+        QCoreApplication::removeTranslator(&texts);
+        QCOMPARE(userText(""), std::string());
     }
     static void cleanup() { QApplication::setLayoutDirection(Qt::LeftToRight); }
 };

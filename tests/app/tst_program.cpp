@@ -3,6 +3,9 @@
 #include "app/sitelistwindow.h"
 #include "base/files.h"
 #include "base/statefolder.h"
+#include "browser/browser.h"
+#include "browser/browsercontroller.h"
+#include "browser/endpoint.h"
 #include "desktop/windowregistry.h"
 #include "editor/htmldocument.h"
 #include "site/haldendoc.h"
@@ -17,6 +20,7 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QMessageBox>
+#include <QPointer>
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTest>
@@ -106,6 +110,39 @@ private slots:
         for (QWidget* open : WindowRegistry::instance().windows())
             open->close();
         QTRY_VERIFY(WindowRegistry::instance().windows().size() <= 1); // the list's
+    }
+
+    void fileThatIsNoPage_isShownInItsSite()
+    {
+        for (const char* name : {"a/css", "b", "c"})
+            QVERIFY(QDir(m_folder.path()).mkpath(name));
+        QFile sheet(m_folder.filePath("a/css/main.css"));
+        QVERIFY(sheet.open(QIODevice::WriteOnly));
+        const auto program = launched();
+        SiteList& sites = program->delegate().sites();
+        const auto side = [this](const char* name) {
+            return QVariantMap{{endpoint::protocol, QString(endpoint::fileProtocol)},
+                               {endpoint::path, m_folder.filePath(name)},
+                               {endpoint::autoconnect, 1}};
+        };
+        sites.add({{"siteID", "mine"}, {"sourceDict", side("a")}, {"destinationDict", side("b")}});
+        QVERIFY(program->launch(readCommandLine({sheet.fileName().toStdString()})));
+        QPointer<HaldenDoc> window = test::shownWindow<HaldenDoc>();
+        QVERIFY(window);
+        const Browser& browser = window->sourceBrowserController().browser();
+        QTRY_COMPARE(browser.path(), (Browser::Path{"css", "main.css"}));
+        // A folder, in the window that is open.
+        QVERIFY(program->launch(readCommandLine({m_folder.filePath("a/css/").toStdString()})));
+        QTRY_COMPARE(browser.path(), (Browser::Path{"css"}));
+        QCOMPARE(test::shownWindow<HaldenDoc>(), window);
+        QVERIFY(program->launch(readCommandLine({m_folder.filePath("c").toStdString()})));
+        auto* const box = program->delegate().siteListWindow().findChild<QMessageBox*>("noSiteBox");
+        QVERIFY(box);
+        QVERIFY(box->text().startsWith(m_folder.filePath("c")));
+        test::saveScreenshots(*box, "no-site");
+        box->close();
+        window->close();
+        QTRY_VERIFY(!window);
     }
 
     void editMenu_actsOnTheFocus()

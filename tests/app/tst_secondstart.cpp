@@ -104,15 +104,6 @@ private slots:
         QCOMPARE(m_arguments, received);
     }
 
-    // Offscreen no other application can be asked.
-    void startThatShowsNoWindow_ends()
-    {
-        if (::geteuid() != 0)
-            QSKIP("only root gets a process namespace of its own");
-        const QByteArray said = startSecond({QStringLiteral("photo.png")});
-        QVERIFY2(said.contains("photo.png: no application can open it\nstatus 2\n"), said.constData());
-    }
-
     void name_isFreeOnceTheFirstHasEnded()
     {
         for (int time = 0; time < 2; ++time) {
