@@ -254,4 +254,15 @@ std::optional<std::string> withMaskedServerCode(std::string_view source)
     return masked;
 }
 
+std::string withEllipses(std::string_view text)
+{
+    std::string shown;
+    while (!text.empty()) {
+        const std::size_t code = std::min(text.find('\x1A'), text.size());
+        shown.append(text.substr(0, code)).append(code < text.size() ? "\u2026" : "");
+        text.remove_prefix(std::min(text.find_first_not_of("\x1A\r\n", code), text.size()));
+    }
+    return shown;
+}
+
 } // namespace luma

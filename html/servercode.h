@@ -26,4 +26,7 @@ std::vector<ServerCode> serverCodeIn(std::string_view source);
 /// with them every place in the page. Nothing when there is no such code. Any thread.
 std::optional<std::string> withMaskedServerCode(std::string_view source);
 
+/// `text`, a piece of what withMaskedServerCode() gave, for the user to read: "…" for each stretch of code. Any thread.
+std::string withEllipses(std::string_view text);
+
 } // namespace luma

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/browserchecker.h"
 
+#include "html/servercode.h"
 #include "links/linesandcolumns.h"
 
 #include <algorithm>
@@ -84,7 +85,7 @@ WebPage BrowserChecker::check(SiteTree::Id id, const std::string& subpath)
                 keepPresent(link, address, folder);
             continue;
         }
-        link.value = reference.value;
+        link.value = withEllipses(reference.value);
         lines.goTo(reference.begin);
         link.line = lines.line();
         link.column = lines.column();

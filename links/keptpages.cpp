@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/keptpages.h"
+#include "html/servercode.h"
 
 #include "base/filecalls.h"
 #include "base/orderedwork.h"
@@ -476,7 +477,7 @@ WebPage KeptPages::allLinks(const KeptPage& page, LinkJudge& judge) const
     for (const DigestLink& digest : page.digest->links.links()) {
         const std::string_view value = m_texts.text(digest.text);
         WebLink& link = found.links.emplace_back(judge.judged(value, digest.place, from, page.id));
-        link.value = value;
+        link.value = withEllipses(value);
         link.line = digest.line;
         link.column = digest.column;
     }

@@ -31,18 +31,27 @@ constexpr auto table = std::to_array<TableRow>({
      "mpath pattern radialgradient set textpath "},
     {LinkPlace::Data, "data", Address, " object "},
     {LinkPlace::Cite, "cite", Address, " blockquote q del ins "},
+    {LinkPlace::Style, "fill", StyleDeclarations, ""}, // SVG 2, "Presentation attributes"
+    {LinkPlace::Style, "mask", StyleDeclarations, ""},
     {LinkPlace::Ping, "ping", AddressList, " a area "},
     {LinkPlace::Style, "style", StyleDeclarations, ""},
     {LinkPlace::Srcset, "srcset", ImageCandidates, " img source "},
     {LinkPlace::Poster, "poster", Address, " video "},
     {LinkPlace::Action, "action", Address, " form "},
+    {LinkPlace::Style, "cursor", StyleDeclarations, ""},
+    {LinkPlace::Style, "filter", StyleDeclarations, ""},
+    {LinkPlace::Style, "stroke", StyleDeclarations, ""},
     {LinkPlace::UseMap, "usemap", Address, " img object input "},
     {LinkPlace::LongDesc, "longdesc", Address, " img iframe frame "},
     {LinkPlace::Manifest, "manifest", Address, " html "},
+    {LinkPlace::Style, "clip-path", StyleDeclarations, ""},
     {LinkPlace::FormAction, "formaction", Address, " button input "},
     {LinkPlace::Background, "background", Address, " body table thead tbody tfoot tr td th "},
+    {LinkPlace::Style, "marker-end", StyleDeclarations, ""},
+    {LinkPlace::Style, "marker-mid", StyleDeclarations, ""},
     {LinkPlace::XlinkHref, "xlink:href", Address, ""},
     {LinkPlace::ImageSrcset, "imagesrcset", ImageCandidates, " link "},
+    {LinkPlace::Style, "marker-start", StyleDeclarations, ""},
 });
 
 static_assert(std::is_sorted(table.begin(), table.end(), [](const TableRow& a, const TableRow& b) {
@@ -100,6 +109,8 @@ std::string_view nameOf(LinkPlace place)
     switch (place) {
     case LinkPlace::MetaContent:
         return "content";
+    case LinkPlace::Style:
+        return "style";
     case LinkPlace::SheetUrl:
         return "url()";
     case LinkPlace::SheetImport:

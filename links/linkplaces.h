@@ -27,7 +27,7 @@ enum class LinkPlace : std::uint8_t {
     UseMap,
     XlinkHref,
     MetaContent,
-    Style,      // url() in a style attribute
+    Style,      // url() in a style attribute, or one of svg that stands for a style
     SheetUrl,   // url() in a style element or sheet
     SheetImport // @import
 };

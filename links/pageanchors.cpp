@@ -9,6 +9,18 @@
 
 namespace luma {
 
+namespace {
+
+// SVG 2, "SVG fragment identifiers": views and parts of a picture need no element.
+bool isPictureView(std::string_view file, std::string_view fragment)
+{
+    const auto begins = [fragment](std::string_view text) { return fragment.starts_with(text); };
+    return equalIgnoringAsciiCase(file.substr(std::min(file.rfind('.'), file.size())), ".svg") &&
+           (begins("svgView(") || begins("xywh=") || begins("t="));
+}
+
+} // namespace
+
 PagePlaces PagePlaces::of(const SitePageReader& reader)
 {
     PagePlaces places{reader.holdsServerCode(), {}};
@@ -65,7 +77,7 @@ bool PageAnchors::has(Id id, std::string_view fragment, SitePageReader& spare)
     const auto holds = [&anchors](std::string_view name) {
         return std::binary_search(anchors.hashes.begin(), anchors.hashes.end(), hashBytes(name));
     };
-    if (anchors.anyMayBeThere || holds(fragment))
+    if (anchors.anyMayBeThere || holds(fragment) || isPictureView(m_tree->name(id), fragment))
         return true;
     // The fragment directive, such as ":~:text=word", is no part of the fragment.
     fragment = fragment.substr(0, fragment.find(":~:"));

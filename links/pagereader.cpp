@@ -54,6 +54,34 @@ private:
 
 constexpr std::string_view styleInstruction = "<?xml-stylesheet";
 constexpr std::string_view blanks = " \t\r\n";
+constexpr std::size_t npos = std::string_view::npos;
+
+using Entities = std::vector<std::pair<std::string_view, std::string_view>>;
+
+constexpr std::size_t mostEntities = 256;
+constexpr std::size_t longestEntity = 256;
+constexpr std::size_t mostExpanded = std::size_t(1) << 20U;
+
+// `raw` with the text of the page's own entities in their place.
+std::string expanded(std::string_view raw, const Entities& entities)
+{
+    std::string text;
+    for (std::size_t mark = raw.find('&'); mark != npos; mark = raw.find('&')) {
+        text.append(raw.substr(0, mark));
+        raw.remove_prefix(mark + 1);
+        const std::size_t end = raw.substr(0, longestEntity).find(';');
+        const std::string_view name = raw.substr(0, std::min(end, longestEntity));
+        const auto entity = std::find_if(entities.begin(), entities.end(),
+                                         [name](const auto& declared) { return declared.first == name; });
+        if (end == npos || entity == entities.end()) {
+            text += '&';
+        } else {
+            text += entity->second;
+            raw.remove_prefix(end + 1);
+        }
+    }
+    return text.append(raw);
+}
 
 } // namespace
 
@@ -64,6 +92,8 @@ void PageReader::read(std::string_view source, PageFormat format)
     m_anchors.clear();
     m_decoded.clear();
     m_base.reset();
+    m_entities.clear();
+    m_expandedSize = 0;
     if (format == PageFormat::StyleSheet) {
         addCss(source, 0);
         return;
@@ -74,8 +104,13 @@ void PageReader::read(std::string_view source, PageFormat format)
     std::size_t styleBegin = std::string_view::npos;
     bool isInProlog = format == PageFormat::Xml;
     const auto closeStyle = [&](std::size_t end) {
-        if (styleBegin != std::string_view::npos)
-            addCss(m_source.substr(styleBegin, end - styleBegin), styleBegin);
+        const std::string_view css =
+            m_source.substr(std::min(styleBegin, end), end - std::min(styleBegin, end));
+        // XML replaces references in it, too.
+        if (format == PageFormat::Xml && css.find('&') != npos && css.find("<![CDATA[") == npos)
+            readParts({{}, css, Quotes::NoValue}, LinkPlace::SheetUrl, LinkSyntax::StyleDeclarations);
+        else if (styleBegin != std::string_view::npos)
+            addCss(css, styleBegin);
         styleBegin = std::string_view::npos;
     };
     while (scanner.next(token)) {
@@ -88,6 +123,8 @@ void PageReader::read(std::string_view source, PageFormat format)
                 styleBegin = token.end;
         } else if (token.kind == HtmlTokenKind::EndTag && isStyle) {
             closeStyle(token.begin);
+        } else if (isInProlog && token.kind == HtmlTokenKind::Doctype) {
+            readEntities(m_source.substr(token.begin, token.end - token.begin));
         } else if (isInProlog && m_source.substr(token.begin).starts_with(styleInstruction)) {
             readInstruction(token.content);
         }
@@ -103,7 +140,7 @@ void PageReader::readTag(const HtmlToken& tag)
         const HtmlAttribute* const href = findAttribute(tag, "href");
         if (href != nullptr && !m_base) {
             const std::size_t begin = offsetIn(m_source, href->value);
-            m_base = {decoded(href->value),
+            m_base = {decodedWhole(href->value),
                       begin,
                       begin + href->value.size(),
                       LinkPlace::Href,
@@ -136,12 +173,33 @@ void PageReader::readInstruction(std::string_view content)
     }
 }
 
+// Those with other entities in them are left out, so that no page grows beyond measure.
+void PageReader::readEntities(std::string_view documentType)
+{
+    constexpr std::string_view declaration = "<!ENTITY";
+    for (std::size_t at = documentType.find(declaration); at != npos && m_entities.size() < mostEntities;
+         at = documentType.find(declaration, at)) {
+        at += declaration.size();
+        const std::size_t name = documentType.find_first_not_of(blanks, at);
+        const std::size_t nameEnd = documentType.find_first_of(blanks, name);
+        const std::size_t open = documentType.find_first_not_of(blanks, nameEnd);
+        if (name == at || open == npos)
+            continue;
+        const char quote = documentType[open];
+        const std::size_t close = quote == '"' || quote == '\'' ? documentType.find(quote, open + 1) : npos;
+        const std::string_view text =
+            documentType.substr(open + 1, std::min(close, documentType.size()) - open - 1);
+        if (close != npos && text.size() <= longestEntity && text.find_first_of("<&") == npos)
+            m_entities.emplace_back(documentType.substr(name, nameEnd - name), text);
+    }
+}
+
 void PageReader::readAttribute(const HtmlToken& tag, const HtmlAttribute& attribute)
 {
     const std::size_t length = attribute.name.size();
     if (length == 2) {
         if (equalIgnoringAsciiCase(attribute.name, "id") && !isRepeated(tag, attribute))
-            m_anchors.push_back(decoded(attribute.value));
+            m_anchors.push_back(decodedWhole(attribute.value));
         return;
     }
     if (length == 4 && equalIgnoringAsciiCase(attribute.name, "name")) {
@@ -178,8 +236,8 @@ void PageReader::readValue(const HtmlAttribute& attribute, LinkPlace place, Link
         return;
     }
     const std::size_t begin = offsetIn(m_source, attribute.value);
-    m_references.push_back({decoded(attribute.value), begin, begin + attribute.value.size(), place, syntax,
-                            attribute.quotes, CssQuotes::None});
+    m_references.push_back({decodedWhole(attribute.value), begin, begin + attribute.value.size(), place,
+                            syntax, attribute.quotes, CssQuotes::None});
 }
 
 void PageReader::readParts(const HtmlAttribute& attribute, LinkPlace place, LinkSyntax syntax)
@@ -196,8 +254,10 @@ void PageReader::readParts(const HtmlAttribute& attribute, LinkPlace place, Link
     for (const CssReference& css : cssReferences(value)) {
         const std::string_view text = value.substr(css.begin, css.end - css.begin);
         const bool escaped = text.find('\\') != std::string_view::npos;
+        const bool isImport = place == LinkPlace::SheetUrl && css.isImport;
         m_references.push_back({escaped ? m_decoded.emplace_back(decodedCss(text)) : text,
-                                begin + raw(css.begin), begin + raw(css.end), place, syntax, attribute.quotes,
+                                begin + raw(css.begin), begin + raw(css.end),
+                                isImport ? LinkPlace::SheetImport : place, syntax, attribute.quotes,
                                 css.quotes});
     }
 }
@@ -219,6 +279,17 @@ std::string_view PageReader::decoded(std::string_view raw)
     if (!needsDecoding(raw))
         return raw;
     return m_decoded.emplace_back(decodeCharacters(raw, ReferenceContext::AttributeValue));
+}
+
+// A value of which no part is looked for in the source.
+std::string_view PageReader::decodedWhole(std::string_view raw)
+{
+    if (m_entities.empty() || raw.find('&') == npos || m_expandedSize > mostExpanded)
+        return decoded(raw);
+    const std::string& text =
+        m_decoded.emplace_back(decodeCharacters(expanded(raw, m_entities), ReferenceContext::AttributeValue));
+    m_expandedSize += text.size();
+    return text;
 }
 
 } // namespace luma

@@ -12,6 +12,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 namespace luma {
@@ -55,18 +56,22 @@ public:
 private:
     void readTag(const HtmlToken& tag);
     void readInstruction(std::string_view content);
+    void readEntities(std::string_view documentType);
     void readAttribute(const HtmlToken& tag, const HtmlAttribute& attribute);
     void readMeta(const HtmlToken& tag);
     void readValue(const HtmlAttribute& attribute, LinkPlace place, LinkSyntax syntax);
     void readParts(const HtmlAttribute& attribute, LinkPlace place, LinkSyntax syntax);
     void addCss(std::string_view css, std::size_t begin);
     std::string_view decoded(std::string_view raw);
+    std::string_view decodedWhole(std::string_view raw);
 
     std::string_view m_source;
     std::vector<LinkReference> m_references;
     std::vector<std::string_view> m_anchors;
     std::optional<LinkReference> m_base;
     std::deque<std::string> m_decoded;
+    std::vector<std::pair<std::string_view, std::string_view>> m_entities; // that the page declares
+    std::size_t m_expandedSize = 0;
 };
 
 } // namespace luma

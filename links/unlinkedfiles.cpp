@@ -18,8 +18,9 @@ namespace {
 using Id = SiteTree::Id;
 
 // What servers, browsers and robots ask for at the top of a site by themselves.
-constexpr auto askedForNames = std::to_array<std::string_view>(
-    {"robots.txt", "humans.txt", "security.txt", "404.html", "browserconfig.xml"});
+constexpr auto askedForNames =
+    std::to_array<std::string_view>({"robots.txt", "humans.txt", "security.txt", "ads.txt", "app-ads.txt",
+                                     "404.html", "browserconfig.xml", "cname"});
 constexpr auto askedForBeginnings = std::to_array<std::string_view>({"favicon.", "apple-touch-icon"});
 
 bool isHidden(std::string_view subpath)

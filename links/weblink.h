@@ -19,7 +19,7 @@ struct WebLink
     MissingReason why = MissingReason::None;
     std::uint32_t line = 1;             // where the address begins
     std::uint32_t column = 1;           // in characters
-    std::string value;                  // as a browser takes it from the page
+    std::string value;                  // as a browser takes it from the page; an ellipsis for server code
     std::string suggestion;             // an address to write instead; only of missing links, and often empty
     std::string target;                 // the place of the site that a missing link leads to; else empty
     SiteTree::Id file = SiteTree::none; // the file it leads to, none for what is not in the tree

@@ -29,6 +29,9 @@ std::string escaped(std::string_view text, Quotes quotes)
 // An attribute's value, or a part of one, that stands for `old` and has to stand for `text`.
 std::string patchedValue(std::string_view raw, std::string_view old, std::string_view text, Quotes quotes)
 {
+    // An entity of the page's own gives way to its text.
+    if (decodeCharacters(raw, ReferenceContext::AttributeValue) != old)
+        return escaped(text, quotes);
     const std::size_t before = sharedPrefix(old, text);
     const std::size_t after = sharedSuffix(old.substr(before), text.substr(before));
     const std::vector<ValueBoundary> boundaries = valueBoundaries(raw);

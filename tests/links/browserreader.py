@@ -36,6 +36,7 @@ PLACES = {
     "manifest": "html",
     "usemap": "img object input",
 }
+SVG_STYLES = set("fill stroke filter mask clip-path cursor marker-start marker-mid marker-end".split())
 PLACES = {name: set(elements.lower().split()) for name, elements in PLACES.items()}
 IMAGE_PROPERTIES = {"og:image", "og:url", "og:video", "og:audio", "twitter:image", "msapplication-tileimage"}
 SPACE = " \t\n\f\r"
@@ -95,9 +96,9 @@ def element_links(element, name, attributes):
         elif attribute == "ping" and name in ("a", "area"):
             for address in value.split():
                 yield attribute, address
-        elif attribute == "style":
+        elif attribute == "style" or attribute in SVG_STYLES:
             for _, address in sheet_links(value):
-                yield attribute, address
+                yield "style", address
     if name == "meta":
         content = attributes.get("content", "")
         if attributes.get("http-equiv", "").lower() == "refresh":

@@ -105,6 +105,29 @@ private slots:
         QCOMPARE(missingIn(site), expected.toStdString());
     }
 
+    void viewsOfPictures_needNoElement()
+    {
+        const Site site;
+        site.put("a.SVG", "<svg><g id='b'/></svg>");
+        site.put("c.html",
+                 "<img src='a.SVG#svgView(viewBox(0,0,1,1))'><img src=a.SVG#xywh=0,0,1,1><img src=a.SVG#t=1>"
+                 "<img src=a.SVG#b><img src=a.SVG#d><a href=#t=1>");
+        QCOMPARE(missingIn(site), std::string("c.html 1:117 src a.SVG#d: no such place in the page\n"
+                                              "c.html 1:133 href #t=1: no such place in the page\n"));
+    }
+
+    void serverCode_isShownAsAnEllipsis()
+    {
+        const Site site;
+        site.put("a.php", "<a href='b.php?<?= $x,\n $y ?>&<?= 1 ?>#{{z}}'><a href='<% x %>'>");
+        QByteArrayList links;
+        (void)checkWebLinks(site.root(), {}, FindingsKept::All, [&](const WebPage& page) {
+            for (const WebLink& link : page.links)
+                links << QByteArray::fromStdString(link.value);
+        });
+        QCOMPARE(links, (QByteArrayList{"b.php?\u2026&\u2026#{{z}}", "\u2026"}));
+    }
+
     // In one page of a folder they are present, in another they are not.
     void sameAddresses_areJudgedInEachPage()
     {

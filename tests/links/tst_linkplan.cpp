@@ -156,6 +156,14 @@ private slots:
              {"jis.html", "<meta charset=iso-2022-jp>\x1B$B%=\x1B(B<img src=q.png alt='\x1B$B'p.png\x1B(B'>"},
              {"big.html", std::string("\xFE\xFF\0\xE4\0<\0a\0 \0h\0r\0e\0f\0=\0q\0.\0p\0n\0g\0>", 32)},
              {"wide.html", std::string("\xFF\xFE<\0a\0 \0h\0r\0e\0f\0=\0q\0.\0p\0n\0g\0>\0\xE4\0", 32)}});
+        row("entities of a page",
+            {{"i/a.svg", ""},
+             {"x.svg", "<!DOCTYPE svg [<!ENTITY e 'i/'>]><use href='&e;a.svg#&e;'/><use href='&e;b'/>"
+                       "<style>a{b:url(&quot;i/a.svg&quot;)}</style><g fill='url(i/a.svg#i)'/>"}},
+            {"i/a.svg > i/ba&<\".svg"},
+            {{"x.svg",
+              "<!DOCTYPE svg [<!ENTITY e 'i/'>]><use href='i/ba%26%3C%22.svg#i/'/><use href='&e;b'/>"
+              "<style>a{b:url(&quot;i/ba%26%3C%22.svg&quot;)}</style><g fill='url(i/ba%26%3C%22.svg#i)'/>"}});
         row("a base",
             {{"a/x.html", ""}, {"p.html", "<base href=a/><a href=x.html><a href=../o.html>"}, {"o.html", ""}},
             {"a > b", "p.html > c/p.html"},

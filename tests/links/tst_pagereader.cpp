@@ -60,6 +60,8 @@ private slots:
             "<body background=h><img longdesc=i><html manifest=j><img usemap=#k>",
             "poster a\ndata b\naction c\nformaction d\ncite e\nping f\nping g\nbackground h\nlongdesc i\nmanifest j\nusemap #k\n");
         row("svg", "<svg><use xlink:href='#a'/><image href=b /></svg>", "xlink:href #a\nhref b\n");
+        row("svg styles", "<svg><g fill='url(a#b)' stroke=red clip-path=\"url('c')\" marker-start=url(d) />",
+            "style a#b\nstyle c\nstyle d\n");
         row("style attribute", "<p style=\"background:url(&quot;a.png&quot;)\">", "style a.png\n");
         row("style attribute with an escape", "<p style='background:url(a\\20 b)'>",
             "style a b as a\\20 b\n");
@@ -105,6 +107,12 @@ private slots:
                 "<![CDATA[<a href='n'>]]></html>",
                 PageFormat::Xml),
             QByteArray("src a\nhref b\n"));
+        // Entities of its own, and references in styles.
+        QCOMPARE(
+            listed("<!DOCTYPE svg [<!ENTITY e 'd/'><!ENTITY f \"&e;x\"><!ENTITY e \"n/\">]>"
+                   "<a href='&e;&amp;&lt;&f;&;'/><style>a{b:url(&quot;c&quot;)} @import '&#100;';</style>",
+                   PageFormat::Xml),
+            QByteArray("href d/&<&f;&; as &e;&amp;&lt;&f;&;\nurl() c\n@import d as &#100;\n"));
         // A style sheet's instruction counts before the root element, but not in a comment.
         QCOMPARE(
             listed("<?xml version='1.0'?><?xml-stylesheet  type=\"text/css\" href = 'a&amp;b.css' ?>"
