@@ -54,7 +54,6 @@ private:
 
 constexpr std::string_view styleInstruction = "<?xml-stylesheet";
 constexpr std::string_view blanks = " \t\r\n";
-constexpr std::size_t npos = std::string_view::npos;
 
 using Entities = std::vector<std::pair<std::string_view, std::string_view>>;
 
@@ -66,14 +65,14 @@ constexpr std::size_t mostExpanded = std::size_t(1) << 20U;
 std::string expanded(std::string_view raw, const Entities& entities)
 {
     std::string text;
-    for (std::size_t mark = raw.find('&'); mark != npos; mark = raw.find('&')) {
+    for (std::size_t mark = raw.find('&'); mark != std::string_view::npos; mark = raw.find('&')) {
         text.append(raw.substr(0, mark));
         raw.remove_prefix(mark + 1);
         const std::size_t end = raw.substr(0, longestEntity).find(';');
         const std::string_view name = raw.substr(0, std::min(end, longestEntity));
         const auto entity = std::find_if(entities.begin(), entities.end(),
                                          [name](const auto& declared) { return declared.first == name; });
-        if (end == npos || entity == entities.end()) {
+        if (end == std::string_view::npos || entity == entities.end()) {
             text += '&';
         } else {
             text += entity->second;
@@ -107,7 +106,8 @@ void PageReader::read(std::string_view source, PageFormat format)
         const std::string_view css =
             m_source.substr(std::min(styleBegin, end), end - std::min(styleBegin, end));
         // XML replaces references in it, too.
-        if (format == PageFormat::Xml && css.find('&') != npos && css.find("<![CDATA[") == npos)
+        if (format == PageFormat::Xml && css.find('&') != std::string_view::npos &&
+            css.find("<![CDATA[") == std::string_view::npos)
             readParts({{}, css, Quotes::NoValue}, LinkPlace::SheetUrl, LinkSyntax::StyleDeclarations);
         else if (styleBegin != std::string_view::npos)
             addCss(css, styleBegin);
@@ -177,19 +177,22 @@ void PageReader::readInstruction(std::string_view content)
 void PageReader::readEntities(std::string_view documentType)
 {
     constexpr std::string_view declaration = "<!ENTITY";
-    for (std::size_t at = documentType.find(declaration); at != npos && m_entities.size() < mostEntities;
+    for (std::size_t at = documentType.find(declaration);
+         at != std::string_view::npos && m_entities.size() < mostEntities;
          at = documentType.find(declaration, at)) {
         at += declaration.size();
         const std::size_t name = documentType.find_first_not_of(blanks, at);
         const std::size_t nameEnd = documentType.find_first_of(blanks, name);
         const std::size_t open = documentType.find_first_not_of(blanks, nameEnd);
-        if (name == at || open == npos)
+        if (name == at || open == std::string_view::npos)
             continue;
         const char quote = documentType[open];
-        const std::size_t close = quote == '"' || quote == '\'' ? documentType.find(quote, open + 1) : npos;
+        const std::size_t close =
+            quote == '"' || quote == '\'' ? documentType.find(quote, open + 1) : std::string_view::npos;
         const std::string_view text =
             documentType.substr(open + 1, std::min(close, documentType.size()) - open - 1);
-        if (close != npos && text.size() <= longestEntity && text.find_first_of("<&") == npos)
+        if (close != std::string_view::npos && text.size() <= longestEntity &&
+            text.find_first_of("<&") == std::string_view::npos)
             m_entities.emplace_back(documentType.substr(name, nameEnd - name), text);
     }
 }
@@ -284,7 +287,7 @@ std::string_view PageReader::decoded(std::string_view raw)
 // A value of which no part is looked for in the source.
 std::string_view PageReader::decodedWhole(std::string_view raw)
 {
-    if (m_entities.empty() || raw.find('&') == npos || m_expandedSize > mostExpanded)
+    if (m_entities.empty() || raw.find('&') == std::string_view::npos || m_expandedSize > mostExpanded)
         return decoded(raw);
     const std::string& text =
         m_decoded.emplace_back(decodeCharacters(expanded(raw, m_entities), ReferenceContext::AttributeValue));
