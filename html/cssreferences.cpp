@@ -247,4 +247,28 @@ std::string encodedCss(std::string_view text, CssQuotes quotes)
     return raw;
 }
 
+std::string cssIdentifier(std::string_view text)
+{
+    constexpr std::string_view hexDigits = "0123456789abcdef";
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const char c = text[i];
+        const auto code = static_cast<unsigned char>(c);
+        const bool isFirst = i == 0 || (i == 1 && text[0] == '-');
+        if (code < 0x20 || code == 0x7F || (isAsciiDigit(c) && isFirst)) {
+            result += '\\';
+            if (code >= 0x10)
+                result += hexDigits[code >> 4U];
+            result += hexDigits[code & 0xFU];
+            result += ' ';
+            continue;
+        }
+        const bool isPlain = code >= 0x80 || isAsciiAlphanumeric(c) || c == '_' || c == '-';
+        if (!isPlain || (c == '-' && text.size() == 1))
+            result += '\\';
+        result += c;
+    }
+    return result;
+}
+
 } // namespace luma

@@ -33,4 +33,7 @@ std::string decodedCss(std::string_view raw);
 /// `text` as it may stand in a reference written with `quotes`.
 std::string encodedCss(std::string_view text, CssQuotes quotes);
 
+/// A name as an identifier, escaped where it must be (CSSOM, 2.1, serialise an identifier).
+std::string cssIdentifier(std::string_view text);
+
 } // namespace luma

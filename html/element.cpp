@@ -3,6 +3,7 @@
 
 #include "base/ascii.h"
 #include "html/characterdata.h"
+#include "html/cssreferences.h"
 #include "html/parse.h"
 
 #include <algorithm>
@@ -10,31 +11,6 @@
 namespace luma::html {
 
 namespace {
-
-/// The text as a CSS identifier, escaped where needed (CSSOM, 2.1, serialise an identifier).
-std::string escapedIdentifier(std::string_view text)
-{
-    constexpr std::string_view hexDigits = "0123456789abcdef";
-    std::string result;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        const auto code = static_cast<unsigned char>(c);
-        const bool isFirst = i == 0 || (i == 1 && text[0] == '-');
-        if (code < 0x20 || code == 0x7F || (isAsciiDigit(c) && isFirst)) {
-            result += '\\';
-            if (code >= 0x10)
-                result += hexDigits[code >> 4U];
-            result += hexDigits[code & 0xFU];
-            result += ' ';
-            continue;
-        }
-        const bool isPlain = code >= 0x80 || isAsciiAlphanumeric(c) || c == '_' || c == '-';
-        if (!isPlain || (c == '-' && text.size() == 1))
-            result += '\\';
-        result += c;
-    }
-    return result;
-}
 
 bool isInTemplate(const Element& element)
 {
@@ -63,9 +39,9 @@ bool hasUniqueId(const Element& element)
 /// Classes make the step readable; the position makes it unique among siblings.
 std::string step(const Element& element)
 {
-    std::string result = escapedIdentifier(element.tagName());
+    std::string result = cssIdentifier(element.tagName());
     for (const std::string_view name : words(element.attr("class")))
-        result.append(".").append(escapedIdentifier(name));
+        result.append(".").append(cssIdentifier(name));
     std::size_t position = 1;
     bool isAlone = true;
     if (const ParentNode* parent = element.parent()) {
@@ -159,7 +135,7 @@ std::string Element::cssSelector() const
         if (!at)
             break;
         if (hasUniqueId(*at)) {
-            steps.push_back(escapedIdentifier(at->attr("id")).insert(0, 1, '#'));
+            steps.push_back(cssIdentifier(at->attr("id")).insert(0, 1, '#'));
             break;
         }
         steps.push_back(at->parent() && at->parent()->kind() == Node::Kind::Document ? ":root" : step(*at));

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/characterdata.h"
+#include "html/cssrules.h"
 #include "html/element.h"
 #include "html/pagecodec.h"
 #include "html/pagelanguage.h"
@@ -10,6 +11,7 @@
 #include "tests/support/registry.h"
 
 #include <QColor>
+#include <QDirIterator>
 #include <QFile>
 #include <QImage>
 #include <QJsonArray>
@@ -147,6 +149,62 @@ private:
                        "return 'wrong:' + wrong.slice(0, 3).join('; '); })()"_qs);
     }
 
+    /// What the reader finds in a sheet, for the engine to compare: each rule's text with its declarations and inner rules.
+    static QJsonArray readRules(const std::string& sheet, const std::vector<CssRule>& rules)
+    {
+        const auto text = [&sheet](const CssRange& range) {
+            return QString::fromStdString(std::string(range.of(sheet)));
+        };
+        QJsonArray all;
+        for (const CssRule& rule : rules) {
+            const bool isGroup = !rule.rules.empty();
+            QJsonArray declarations;
+            for (const CssDeclaration& each : rule.declarations) {
+                if (!each.isOff)
+                    declarations.append(QJsonArray{text(each.all), each.isImportant() ? "important" : ""});
+            }
+            all.append(QJsonArray{isGroup ? text({rule.all.begin, rule.block.begin}) + u'}' : text(rule.all),
+                                  declarations, readRules(sheet, rule.rules)});
+        }
+        return all;
+    }
+
+    /// Small sheets that are odd, sheets of the system's documentation, and damaged ones.
+    struct Sheet
+    {
+        std::string text;
+        bool isWhole = true;
+    };
+    std::vector<Sheet> sheets()
+    {
+        std::vector<Sheet> all = {
+            {"<!-- p{a:b}--> @charset 'x'; @layer a,b; .x{}\n@media print{p{}@supports (a:b){i{}}}b{}"},
+            {"p{color:red}}i{color:blue} b{(;color:red);color:green} u{background:url(x;y})} s{content:'\n;top:0}"},
+            {"a{color:red!important;color:blue;margin:0;margin-top:1px ! IMPORTANT;--x:{a;b};--y:;width:}"},
+            {"a::-moz-x,b{top:0} @font-face{src:url('a;}')} @unknown {p{}} @page{margin:0} @keyframes k{to{top:0}}"},
+            {"\\31 x{top:0} [a=']']{left:0} q{/*top:0*/left:0;;right:0} @media (min-width:1px){a{top:0}"},
+            {"p{top:0/**/;left:0} .a\\{b{top:0} x:is(a,b):not(.c){color:RED}"}};
+        QDirIterator files(u"/usr/share/doc"_qs, {u"*.css"_qs}, QDir::Files, QDirIterator::Subdirectories);
+        while (files.hasNext() && all.size() < 30) {
+            QFile file(files.next());
+            if (file.size() < 60'000 && file.open(QFile::ReadOnly))
+                all.push_back({file.readAll().toStdString()});
+        }
+        const std::string signs = "{}()[];:,\"'\\*/@! \n";
+        for (std::size_t i = 0, count = all.size(); i < 4 * count; ++i) {
+            std::string damaged = all[i % count].text.substr(0, 8000);
+            for (int change = 0; change < 6 && !damaged.empty(); ++change) {
+                const std::size_t at = m_random() % damaged.size();
+                if (change % 2 == 0)
+                    damaged.insert(at, 1, signs[m_random() % signs.size()]);
+                else
+                    damaged.erase(at, m_random() % 20);
+            }
+            all.push_back({std::move(damaged), false});
+        }
+        return all;
+    }
+
 private slots:
     void initTestCase()
     {
@@ -219,6 +277,45 @@ private slots:
             return before.pixelColor(44, 4) == mark && before == other.grab().toImage();
         };
         QTRY_VERIFY2(looksSame(), written->bytes.substr(0, 2000).c_str());
+    }
+
+    // What the reader takes for a rule is, alone, the rule that the engine has in its place, or none.
+    void rulesOfASheet_areTheOnesThatTheEngineFinds()
+    {
+        const QString compare =
+            u"(() => { const read = (text) => { const sheet = new CSSStyleSheet(); sheet.replaceSync(text);"
+            "return sheet.cssRules; };"
+            "const listed = (style) => Array.from(style, (name) =>"
+            "[name, style.getPropertyValue(name).trim(), style.getPropertyPriority(name)].join()).sort();"
+            "const joined = (declarations) => { const found = new Map();"
+            "for (const priority of ['', 'important']) for (const [text, own] of declarations) {"
+            "const [{ style }] = read('x{' + text + '\\n}');"
+            "if (own === priority) for (const name of style)"
+            "found.set(name, [name, style.getPropertyValue(name).trim(), own].join()); }"
+            "return Array.from(found.values()).sort(); };"
+            "const wrong = [];"
+            "const compare = (rules, mine, isWhole) => {"
+            "const kept = mine.map((rule) => [...rule, read(rule[0])[0]]).filter((rule) => rule[3]);"
+            "if (kept.length !== rules.length) wrong.push(kept.length + ' rules, not ' + rules.length);"
+            "kept.forEach(([text, declarations, inner, alone], i) => { const rule = rules[i];"
+            "if (!rule || alone.type !== rule.type || alone.selectorText !== rule.selectorText) wrong.push(text);"
+            "else if (isWhole && rule.selectorText && joined(declarations).join() !== listed(rule.style).join())"
+            "wrong.push(text.slice(0, 40) + joined(declarations).filter((each) => !listed(rule.style).includes(each))"
+            "+ ' not ' + listed(rule.style).filter((each) => !joined(declarations).includes(each)));"
+            "else if (inner.length) compare(rule.cssRules, inner, isWhole); }); };"
+            "for (const [text, mine, isWhole] of sheets) compare(read(text), mine, isWhole);"
+            "return 'wrong:' + wrong.slice(0, 3).join('\\n'); })()"_qs;
+        QJsonArray all;
+        for (const Sheet& sheet : sheets()) {
+            const std::string text =
+                QString::fromStdString(sheet.text).toStdString(); // damaged characters mended
+            all.append(
+                QJsonArray{QString::fromStdString(text), readRules(text, readCssRules(text)), sheet.isWhole});
+        }
+        QVERIFY(all.size() >= 30);
+        const QString sheets = QString::fromUtf8(QJsonDocument(all).toJson(QJsonDocument::Compact));
+        const QString wrong = ask("<p>x</p>", u"const sheets = "_qs + sheets + u"; "_qs + compare);
+        QVERIFY2(wrong == u"wrong:", qPrintable(wrong));
     }
 
     void cssSelector_selectsThatElementAlone()
