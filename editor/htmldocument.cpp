@@ -19,6 +19,9 @@
 #include "editor/pageedits.h"
 #include "editor/pagefollower.h"
 #include "editor/pagesaver.h"
+#include "editor/styleedits.h"
+#include "editor/stylerulespanel.h"
+#include "editor/stylerulesreader.h"
 #include "editor/stylesheeteditor.h"
 #include "editor/tablesheet.h"
 #include "html/elementat.h"
@@ -51,6 +54,7 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
     createEdits();
     createAttributes();
     createStyleSheets();
+    createStyleRules();
     createSaver();
     createFollower();
     createCheck();
@@ -64,9 +68,10 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
                          *m_outline, *m_edits, *m_saver, *m_markupSheet, *m_tableSheet, *m_viewController},
                         std::move(recentPages));
     connectChanges();
-    m_layout.emplace(*this, *m_ui->splitView, *m_ui->sideView,
-                     PageLayout::Sides{m_ui->outlineAction, m_ui->attributesAction, m_ui->stylesAction},
-                     *m_ui->allNodesAction);
+    m_layout.emplace(
+        *this, *m_ui->splitView, *m_ui->sideView,
+        PageLayout::Sides{m_ui->outlineAction, m_ui->attributesAction, m_ui->rulesAction, m_ui->stylesAction},
+        *m_ui->allNodesAction);
     WindowRegistry::instance().add(this);
     WindowRegistry::instance().fill(m_ui->windowsMenu);
     updateWindow();
@@ -145,6 +150,26 @@ void HTMLDocument::createStyleSheets()
     connect(m_styleSheets, &StyleSheetEditor::failed, this, [this](const QString& reason) {
         tell(tr("The style sheet could not be saved: %1").arg(reason));
     });
+}
+
+void HTMLDocument::createStyleRules()
+{
+    connect(m_styleSheets, &StyleSheetEditor::draftChanged, m_viewController, &ViewController::showDraft);
+    auto* const reader =
+        new StyleRulesReader({m_tree, *m_viewController, [this] { return siteFolder(); },
+                              [this](const fs::path& file) { return m_styleSheets->textOfFile(file); }},
+                             this);
+    auto* const edits = new StyleEdits({m_tree, *m_outline, *m_edits, *m_styleSheets, m_stack}, this);
+    connect(edits, &StyleEdits::refused, this, [this](const QString& reason) { tell(reason); });
+    m_rulesPanel = new StyleRulesPanel({m_ui->rulesLabel, m_ui->rulesPages, m_ui->rulesView,
+                                        m_ui->computedView, m_ui->computedFilter, m_ui->newRuleButton},
+                                       {*m_selection, *m_viewController, *reader, *edits}, this);
+    connect(m_styleSheets, &StyleSheetEditor::draftChanged, m_rulesPanel, &StyleRulesPanel::noteChange);
+    connect(&m_tree, &PageTree::reset, m_rulesPanel, &StyleRulesPanel::noteChange);
+    connect(&m_tree, &PageTree::attributesSwapped, m_rulesPanel, &StyleRulesPanel::noteChange);
+    connect(&m_tree, &PageTree::exchanged, m_rulesPanel, &StyleRulesPanel::noteChange);
+    connect(&m_viewController->webView()->editorPage(), &EditorPage::shown, m_rulesPanel,
+            &StyleRulesPanel::noteChange);
 }
 
 void HTMLDocument::createSaver()
@@ -510,7 +535,7 @@ bool HTMLDocument::writeToURL(const fs::path& url)
 
 bool HTMLDocument::isEdited() const
 {
-    return !m_stack.isClean() || m_styleSheets->hasDrafts();
+    return StyleEdits::changePage(m_stack) || m_styleSheets->hasDrafts();
 }
 
 void HTMLDocument::closeEvent(QCloseEvent* event)

@@ -39,6 +39,7 @@ class OutlineSelection;
 class PageEdits;
 class PageFollower;
 class PageSaver;
+class StyleRulesPanel;
 class StyleSheetEditor;
 class TableSheet;
 class ViewController;
@@ -160,6 +161,7 @@ private:
     void createEdits();
     void createAttributes();
     void createStyleSheets();
+    void createStyleRules();
     void createSaver();
     void createFollower();
     void createCheck();
@@ -203,6 +205,7 @@ private:
     LinkRulesOf m_linkRules;
     PageEdits* m_edits = nullptr;
     StyleSheetEditor* m_styleSheets = nullptr;
+    StyleRulesPanel* m_rulesPanel = nullptr;
     MetaSheet* m_metaSheet = nullptr;
     MarkupSheet* m_markupSheet = nullptr;
     TableSheet* m_tableSheet = nullptr;

@@ -329,6 +329,17 @@ void PageEdits::updateStyleBlock(const QString& title, const QString& css)
     });
 }
 
+void PageEdits::setStyles(const QPersistentModelIndex& row, const QString& css, const QString& name)
+{
+    whenCaughtUp([this, row, css, name] {
+        html::Element* const element = OutlineModel::elementAt(row);
+        if (!element || !element->is("style"))
+            return;
+        m_commands.setInnerMarkup(*element, css, name);
+        emit editedUnseen();
+    });
+}
+
 void PageEdits::acceptDrop(const QPersistentModelIndex& dragged, const QPersistentModelIndex& target,
                            int childIndex, Qt::DropAction action)
 {

@@ -64,6 +64,8 @@ public:
     void changeTitle(const QString& title);
     /// Replaces the contents of the style block with that title in the style sheet menu.
     void updateStyleBlock(const QString& title, const QString& css);
+    /// Gives the style element of a row this text, as one step of that name.
+    void setStyles(const QPersistentModelIndex& row, const QString& css, const QString& name);
     /// Performs a drop in the outline; the arguments are those of OutlineModel::elementDropped().
     void acceptDrop(const QPersistentModelIndex& dragged, const QPersistentModelIndex& target, int childIndex,
                     Qt::DropAction action);

@@ -18,6 +18,8 @@ namespace {
 // The limits of the widths of the outline and the style sheets, in pixels.
 constexpr int narrowestSide = 179;
 constexpr int widestSide = narrowestSide + 110;
+constexpr int widestWithRules = 640; // their selectors and values are long
+constexpr int widthWithRules = 340;
 
 } // namespace
 
@@ -30,9 +32,10 @@ PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView, QSplitter& sid
         splitView.widget(side)->setMaximumWidth(widestSide);
     }
     QObject::connect(sides.outline, &QAction::toggled, splitView.widget(0), &QWidget::setVisible);
-    for (const QAction* const action : {sides.attributes, sides.styles})
+    for (const QAction* const action : {sides.attributes, sides.rules, sides.styles})
         QObject::connect(action, &QAction::toggled, &sideView, [this] { showSide(); });
     splitView.setStretchFactor(1, 1);
+    sideView.widget(1)->hide();
     splitView.setSizes({widestSide, window.width(), widestSide});
 }
 
@@ -41,16 +44,32 @@ void PageLayout::makeRoomForTexts()
     for (const int side : {0, 2}) {
         QWidget& pane = *m_splitView.widget(side);
         const int least = std::max(narrowestSide, pane.minimumSizeHint().width());
-        pane.setMaximumWidth(std::max(widestSide, least));
+        pane.setMaximumWidth(std::max(widestOf(side), least));
         pane.setMinimumWidth(least);
     }
 }
 
+int PageLayout::widestOf(int side) const
+{
+    return side == 2 && m_sides.rules->isChecked() ? widestWithRules : widestSide;
+}
+
 void PageLayout::showSide()
 {
+    const bool hadRules = !m_sideView.widget(1)->isHidden();
     m_sideView.widget(0)->setVisible(m_sides.attributes->isChecked());
-    m_sideView.widget(1)->setVisible(m_sides.styles->isChecked());
-    m_sideView.setVisible(m_sides.attributes->isChecked() || m_sides.styles->isChecked());
+    m_sideView.widget(1)->setVisible(m_sides.rules->isChecked());
+    m_sideView.widget(2)->setVisible(m_sides.styles->isChecked());
+    m_sideView.setVisible(m_sides.attributes->isChecked() || m_sides.rules->isChecked() ||
+                          m_sides.styles->isChecked());
+    m_sideView.setMaximumWidth(std::max(widestOf(2), m_sideView.minimumWidth()));
+    QList<int> sizes = m_splitView.sizes();
+    if (m_sides.rules->isChecked() && !hadRules && sizes[2] < widthWithRules &&
+        sizes[1] > 2 * widthWithRules) {
+        sizes[1] -= widthWithRules - sizes[2];
+        sizes[2] = widthWithRules;
+        m_splitView.setSizes(sizes);
+    }
 }
 
 QByteArray PageLayout::state() const
@@ -59,7 +78,7 @@ QByteArray PageLayout::state() const
     QDataStream stream(&state, QIODevice::WriteOnly);
     stream << m_window.saveGeometry() << m_splitView.saveState() << m_sides.outline->isChecked()
            << m_sides.styles->isChecked() << m_sides.attributes->isChecked() << m_sideView.saveState()
-           << m_allNodes.isChecked();
+           << m_allNodes.isChecked() << m_sides.rules->isChecked();
     return state;
 }
 
@@ -79,11 +98,17 @@ void PageLayout::restore(const QByteArray& state)
     bool showsAllNodes = false; // of an older state
     if (!stream.atEnd())
         stream >> showsAllNodes;
+    const bool isOfTwoParts = stream.status() == QDataStream::Ok && stream.atEnd(); // without the rules
+    bool showsRules = false;
+    if (!isOf10 && !isOfTwoParts)
+        stream >> showsRules;
     if (stream.status() != QDataStream::Ok)
         return;
+    m_sides.rules->setChecked(showsRules);
     m_window.restoreGeometry(geometry);
     m_splitView.restoreState(split);
-    m_sideView.restoreState(sideSplit);
+    if (!isOfTwoParts)
+        m_sideView.restoreState(sideSplit);
     if (isOf10)
         return;
     m_sides.outline->setChecked(showsOutline);

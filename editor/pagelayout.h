@@ -10,15 +10,17 @@ class QSplitter;
 namespace luma {
 
 /// The sizes of a page's window: its frame and the three parts of its split view, with limits for the sides. The outline on
-/// the left can be hidden, and so can both parts of the other side, the attributes and the style sheets.
+/// the left can be hidden, and so can all parts of the other side: the attributes, the style rules and the style
+/// sheets.
 class PageLayout final
 {
 public:
-    /// The checkable actions that show or hide the outline, the attributes and the style sheets.
+    /// The checkable actions that show or hide the outline, the attributes, the style rules and the style sheets.
     struct Sides
     {
         QAction* outline;
         QAction* attributes;
+        QAction* rules;
         QAction* styles;
     };
     /// Sets the parts' limits and initial sizes. Whether `allNodes` is checked is kept with the sizes. Widgets and actions must outlive this object.
@@ -36,6 +38,7 @@ public:
 
 private:
     void showSide();
+    [[nodiscard]] int widestOf(int side) const;
 
     QMainWindow& m_window;
     QSplitter& m_splitView;

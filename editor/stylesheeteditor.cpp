@@ -160,8 +160,58 @@ void StyleSheetEditor::noteChange()
 
 void StyleSheetEditor::textDidChange()
 {
-    m_drafts[shownTitle()] = CodeEdit::textIn(*m_controls.cssField);
+    m_editedTexts.remove(shownTitle());
+    setDraft(shownTitle(), CodeEdit::textIn(*m_controls.cssField));
     m_controls.cssButton->setEnabled(true);
+}
+
+void StyleSheetEditor::setDraft(const QString& title, const QString& css)
+{
+    m_drafts[title] = css;
+    if (!isStyleBlock(title))
+        emit draftChanged(sheetFile(title).path(), css.toUtf8());
+}
+
+void StyleSheetEditor::dropDraft(const QString& title)
+{
+    m_editedTexts.remove(title);
+    if (m_drafts.remove(title) > 0 && !isStyleBlock(title))
+        emit draftChanged(sheetFile(title).path(), std::nullopt);
+}
+
+// A sheet that no link in the page's head leads to, such as an imported one, has the link that would.
+QString StyleSheetEditor::titleOf(const fs::path& file) const
+{
+    const QStringList linked = titles();
+    for (const QString& title : linked) {
+        if (!isStyleBlock(title) && fileOf(title).lexically_normal() == file.lexically_normal())
+            return title;
+    }
+    return QString::fromStdString(file.lexically_relative(m_site().page().parent_path()).string());
+}
+
+std::optional<std::string> StyleSheetEditor::textOfFile(const fs::path& file)
+{
+    const QString title = titleOf(file);
+    const auto draft = m_drafts.constFind(title);
+    return draft != m_drafts.constEnd() ? std::optional(draft->toStdString()) : textOf(title);
+}
+
+void StyleSheetEditor::editFile(const fs::path& file, const CssEdit& edit)
+{
+    const QString title = titleOf(file);
+    const auto before = textOfFile(file);
+    if (!before)
+        return;
+    if (!m_drafts.contains(title))
+        m_editedTexts[title] = QString::fromStdString(*before);
+    const QString after = QString::fromStdString(edit.applied(*before));
+    if (m_editedTexts.contains(title) && m_editedTexts[title] == after)
+        dropDraft(title);
+    else
+        setDraft(title, after);
+    if (title == shownTitle())
+        selectCSS();
 }
 
 void StyleSheetEditor::updateCSS()
@@ -184,9 +234,12 @@ void StyleSheetEditor::followLinks(const LinksUpdate& update, const std::functio
     const QStringList before = titles();
     const SiteFolder oldSite = m_site();
     const int shown = m_controls.cssMenu->currentIndex();
+    const QMap<QString, QString> drafts = m_drafts;
+    const QMap<QString, QString> editedTexts = m_editedTexts;
+    for (auto draft = drafts.begin(); draft != drafts.end(); ++draft)
+        dropDraft(draft.key());
     updatePage();
     const QStringList after = titles();
-    const QMap<QString, QString> drafts = std::exchange(m_drafts, {});
     auto files = std::exchange(m_files, {});
     for (auto draft = drafts.begin(); draft != drafts.end(); ++draft) {
         const MovedItem places = placesOf(draft.key(), oldSite, m_site(), update.items);
@@ -194,11 +247,13 @@ void StyleSheetEditor::followLinks(const LinksUpdate& update, const std::functio
                                         : Result<std::string>(draft.value().toStdString());
         const qsizetype row = before.size() == after.size() ? before.indexOf(draft.key()) : -1;
         const QString& title = row < 0 ? draft.key() : after[row];
-        m_drafts[title] = css ? QString::fromStdString(*css) : draft.value();
         if (const auto file = files.find(draft.key()); file != files.end()) {
             file->second.follow(fileOf(title), update.files);
             m_files[title] = file->second;
         }
+        if (editedTexts.contains(draft.key()))
+            m_editedTexts[title] = QString(); // the saved text has other links now
+        setDraft(title, css ? QString::fromStdString(*css) : draft.value());
     }
     buildCSSMenu();
     if (before.size() == after.size() && shown >= 0) {
@@ -225,7 +280,7 @@ void StyleSheetEditor::storeNext(QStringList titles, const std::function<void()>
 void StyleSheetEditor::store(const QString& title, const QString& css, const Stored& then)
 {
     if (isStyleBlock(title)) {
-        m_drafts.remove(title);
+        dropDraft(title);
         emit styleBlockRequested(title, css);
         then({});
     } else if (sheetFile(title).changedOnDisk()) {
@@ -242,9 +297,11 @@ void StyleSheetEditor::store(const QString& title, const QString& css, const Sto
 Result<void> StyleSheetEditor::write(const QString& title, const QString& css)
 {
     const fs::path file = sheetFile(title).path();
-    if (const auto written = sheetFile(title).write(tidyCSS(css.toStdString())); !written)
+    const std::string text = css.toStdString();
+    if (const auto written = sheetFile(title).write(m_editedTexts.contains(title) ? text : tidyCSS(text));
+        !written)
         return written.error();
-    m_drafts.remove(title);
+    dropDraft(title);
     emit fileStored(file);
     return {};
 }

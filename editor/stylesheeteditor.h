@@ -3,9 +3,11 @@
 
 #include "base/result.h"
 #include "links/linksupdate.h"
+#include "page/cssedits.h"
 #include "page/sitefolder.h"
 #include "page/stylesheetfile.h"
 
+#include <QByteArray>
 #include <QFileSystemWatcher>
 #include <QMap>
 #include <QObject>
@@ -51,6 +53,11 @@ public:
     void selectCSS();
     void updateCSS();
 
+    /// The text of a style sheet's file with what is not saved yet, UTF-8; nothing if it can't be read.
+    [[nodiscard]] std::optional<std::string> textOfFile(const std::filesystem::path& file);
+    /// Changes that text, which stays unsaved. A sheet that only such edits have changed is saved without being tidied.
+    void editFile(const std::filesystem::path& file, const CssEdit& edit);
+
     /// Whether there is unsaved text.
     [[nodiscard]] bool hasDrafts() const { return !m_drafts.isEmpty(); }
     /// Saves all of it, reporting what failed, and then calls `then`; not if the user refuses to replace a sheet.
@@ -66,6 +73,8 @@ signals:
     /// Asks for the text to replace the contents of the page's `style` element with that title. Call
     /// selectCSS() when done.
     void styleBlockRequested(const QString& title, const QString& css);
+    /// A linked sheet has this unsaved text now, or none.
+    void draftChanged(const std::filesystem::path& file, const std::optional<QByteArray>& text);
     /// A linked sheet could not be saved, for this reason.
     void failed(const QString& reason);
 
@@ -90,7 +99,12 @@ private:
     Controls m_controls;
     PageTree& m_tree;
     std::function<SiteFolder()> m_site;
-    QMap<QString, QString> m_drafts; // by title
+    void setDraft(const QString& title, const QString& css);
+    void dropDraft(const QString& title);
+    [[nodiscard]] QString titleOf(const std::filesystem::path& file) const;
+
+    QMap<QString, QString> m_drafts;      // by title
+    QMap<QString, QString> m_editedTexts; // the texts as saved of drafts that only editFile() made
     std::map<QString, StyleSheetFile> m_files;
     QFileSystemWatcher m_watcher;       // of the sheet shown
     std::optional<std::string> m_shown; // the sheet's text as it was stored

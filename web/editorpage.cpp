@@ -219,6 +219,11 @@ void EditorPage::show(const QByteArray& markup, const SiteFolder& files)
     load(m_address);
 }
 
+void EditorPage::setDraft(const std::filesystem::path& file, const std::optional<QByteArray>& text)
+{
+    m_profile.files().serveDraft(m_host, file, text);
+}
+
 bool EditorPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame)
 {
     if (type == NavigationTypeLinkClicked) {

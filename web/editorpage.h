@@ -11,6 +11,7 @@
 #include <QWebEngineScript>
 
 #include <filesystem>
+#include <optional>
 
 class QWebChannel;
 
@@ -31,6 +32,9 @@ public:
 
     /// Shows `markup` (UTF-8, any size) as the page at files.page(). ready() and shown() follow.
     void show(const QByteArray& markup, const SiteFolder& files);
+
+    /// Shows this text (UTF-8) of a style sheet instead of its file, or the file again, from the next load of it on.
+    void setDraft(const std::filesystem::path& file, const std::optional<QByteArray>& text);
 
     /// Whether the page handed over last is ready: false while it loads and after its process has died.
     [[nodiscard]] bool isComplete() const { return m_complete; }

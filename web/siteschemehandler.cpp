@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "web/siteschemehandler.h"
 
+#include "base/pathtext.h"
 #include "base/workitem.h"
 #include "web/pagescheme.h"
 
@@ -45,7 +46,19 @@ bool comesFromPage(const QWebEngineUrlRequestJob* job, const QString& host)
 
 void SiteSchemeHandler::serve(const QString& host, const QByteArray& markup, const SiteFolder& files)
 {
-    m_pages.insert(host, {markup, files});
+    Page& page = m_pages[host];
+    page.markup = markup;
+    page.files = files;
+}
+
+void SiteSchemeHandler::serveDraft(const QString& host, const fs::path& file,
+                                   const std::optional<QByteArray>& text)
+{
+    const QString name = textOf(file.lexically_normal());
+    if (text)
+        m_pages[host].drafts.insert(name, *text);
+    else
+        m_pages[host].drafts.remove(name);
 }
 
 void SiteSchemeHandler::withdraw(const QString& host)
@@ -72,18 +85,22 @@ void SiteSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job)
     if (!file)
         job->fail(QWebEngineUrlRequestJob::UrlInvalid);
     else if (*file == page->files.page())
-        answerMarkup(job, page->markup);
+        answerText(job, page->markup, "text/html;charset=utf-8");
+    else if (const auto draft = page->drafts.constFind(textOf(file->lexically_normal()));
+             draft != page->drafts.constEnd())
+        answerText(job, *draft, "text/css;charset=utf-8");
     else
         answerFile(job, page->files, *file);
 }
 
-void SiteSchemeHandler::answerMarkup(QWebEngineUrlRequestJob* job, const QByteArray& markup)
+void SiteSchemeHandler::answerText(QWebEngineUrlRequestJob* job, const QByteArray& text,
+                                   const QByteArray& type)
 {
     auto* buffer = new QBuffer(job);
-    // The byte order mark overrides any encoding that the page declares: what is served is UTF-8.
-    buffer->setData(markup.startsWith("\xef\xbb\xbf") ? markup : "\xef\xbb\xbf" + markup);
+    // The byte order mark overrides any encoding that the text declares: what is served is UTF-8.
+    buffer->setData(text.startsWith("\xef\xbb\xbf") ? text : "\xef\xbb\xbf" + text);
     buffer->open(QIODevice::ReadOnly);
-    job->reply("text/html;charset=utf-8", buffer);
+    job->reply(type, buffer);
 }
 
 void SiteSchemeHandler::answerFile(QWebEngineUrlRequestJob* job, const SiteFolder& files,

@@ -6,6 +6,9 @@
 #include <QHash>
 #include <QWebEngineUrlSchemeHandler>
 
+#include <filesystem>
+#include <optional>
+
 namespace luma {
 
 /// Answers requests under the private scheme for all open pages: the page itself from the given markup, of
@@ -21,6 +24,9 @@ public:
     /// Sets the content of page `host`: UTF-8 markup and the site's files.
     void serve(const QString& host, const QByteArray& markup, const SiteFolder& files);
     void withdraw(const QString& host);
+    /// Gives page `host` this text (UTF-8) for a style sheet's file of the site, or the file again if there is none.
+    void serveDraft(const QString& host, const std::filesystem::path& file,
+                    const std::optional<QByteArray>& text);
 
     /// The address of a file for page `host`.
     static QUrl address(const QString& host, const std::filesystem::path& file);
@@ -32,9 +38,10 @@ private:
     {
         QByteArray markup;
         SiteFolder files;
+        QHash<QString, QByteArray> drafts = {}; // of style sheets, by file
     };
 
-    static void answerMarkup(QWebEngineUrlRequestJob* job, const QByteArray& markup);
+    static void answerText(QWebEngineUrlRequestJob* job, const QByteArray& text, const QByteArray& type);
     static void answerFile(QWebEngineUrlRequestJob* job, const SiteFolder& files,
                            const std::filesystem::path& file);
 

@@ -226,6 +226,12 @@ void ViewController::renewFile(const std::filesystem::path& file)
     m_files->renew(file);
 }
 
+void ViewController::showDraft(const std::filesystem::path& file, const std::optional<QByteArray>& text)
+{
+    m_webView->editorPage().setDraft(file, text);
+    m_files->renew(file.lexically_normal());
+}
+
 void ViewController::finishUpdate(const QByteArray& changes)
 {
     emit selectionRestored();

@@ -9,6 +9,7 @@
 #include <QPointer>
 
 #include <functional>
+#include <optional>
 #include <vector>
 
 class QLabel;
@@ -59,6 +60,8 @@ public:
 
     /// Shows a style sheet or image again that has changed on disk. Changes by other programs are noticed anyway.
     void renewFile(const std::filesystem::path& file);
+    /// Shows the unsaved text (UTF-8) of a style sheet, or its file again.
+    void showDraft(const std::filesystem::path& file, const std::optional<QByteArray>& text);
     /// Whether update() will do so in the page shown.
     [[nodiscard]] bool isFollowing() const { return m_reader->isFollowing(); }
 

@@ -696,6 +696,46 @@
         <source>Edit Mark&amp;up...</source>
         <translation>&amp;Markup bearbeiten …</translation>
     </message>
+    <message>
+        <source>Style rules</source>
+        <translation>Stilregeln</translation>
+    </message>
+    <message>
+        <source>New Rule</source>
+        <translation>Neue Regel</translation>
+    </message>
+    <message>
+        <source>Add a rule for a class, the id or the name of the selected element</source>
+        <translation>Fügt eine Regel für eine Klasse, die ID oder den Namen des ausgewählten Elements hinzu</translation>
+    </message>
+    <message>
+        <source>Rules</source>
+        <translation>Regeln</translation>
+    </message>
+    <message>
+        <source>Computed</source>
+        <translation>Berechnet</translation>
+    </message>
+    <message>
+        <source>Filter the computed values</source>
+        <translation>Berechnete Werte filtern</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filtern</translation>
+    </message>
+    <message>
+        <source>Computed values</source>
+        <translation>Berechnete Werte</translation>
+    </message>
+    <message>
+        <source>Show Style R&amp;ules</source>
+        <translation>Stil&amp;regeln zeigen</translation>
+    </message>
+    <message>
+        <source>Show the style rules that apply to the selected element, and its computed values</source>
+        <translation>Zeigt die Stilregeln, die für das ausgewählte Element gelten, und seine berechneten Werte</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -2330,6 +2370,21 @@ entwuerfe/</translation>
     <message>
         <source>The script was stopped, as it did not end within %1 seconds. The page is shown as it was before.</source>
         <translation>Das Skript wurde angehalten, weil es nicht innerhalb von %1 Sekunden endete. Die Seite wird gezeigt, wie sie vorher war.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::CssEdits</name>
+    <message>
+        <source>This is not one value of a style sheet.</source>
+        <translation>Das ist kein einzelner Wert eines Stylesheets.</translation>
+    </message>
+    <message>
+        <source>A comment stands in this declaration, so it can&apos;t be switched off.</source>
+        <translation>In dieser Deklaration steht ein Kommentar, daher lässt sie sich nicht ausschalten.</translation>
+    </message>
+    <message>
+        <source>Type a property and its value, such as “color: red”.</source>
+        <translation>Geben Sie eine Eigenschaft und ihren Wert ein, etwa „color: red“.</translation>
     </message>
 </context>
 <context>
@@ -4527,6 +4582,107 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>Not found</source>
         <translation>Nicht gefunden</translation>
+    </message>
+</context>
+<context>
+    <name>luma::StyleEdits</name>
+    <message>
+        <source>The style sheet has changed meanwhile.</source>
+        <translation>Das Stylesheet hat sich inzwischen geändert.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::StyleRulesModel</name>
+    <message>
+        <source>Style attribute</source>
+        <translation>Stilattribut</translation>
+    </message>
+    <message>
+        <source>Pseudo-element %1</source>
+        <translation>Pseudoelement %1</translation>
+    </message>
+    <message>
+        <source>Inherited from %1</source>
+        <translation>Geerbt von %1</translation>
+    </message>
+    <message>
+        <source>Overridden by a more important declaration</source>
+        <translation>Von einer wichtigeren Deklaration überschrieben</translation>
+    </message>
+    <message>
+        <source>Not known to the web engine, which leaves it out</source>
+        <translation>Der Web-Engine unbekannt; sie lässt dies aus</translation>
+    </message>
+    <message>
+        <source>Not inherited</source>
+        <translation>Wird nicht vererbt</translation>
+    </message>
+    <message>
+        <source>Switched off: a comment in the style sheet</source>
+        <translation>Ausgeschaltet: ein Kommentar im Stylesheet</translation>
+    </message>
+    <message>
+        <source>Property</source>
+        <translation>Eigenschaft</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+    <message>
+        <source>Rule %1, %2</source>
+        <translation>Regel %1, %2</translation>
+    </message>
+    <message>
+        <source>Add...</source>
+        <translation>Hinzufügen …</translation>
+    </message>
+    <message>
+        <source>Type a property and its value, such as “color: red”.</source>
+        <translation>Geben Sie eine Eigenschaft und ihren Wert ein, etwa „color: red“.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::StyleRulesPanel</name>
+    <message>
+        <source>Property and value</source>
+        <translation>Eigenschaft und Wert</translation>
+    </message>
+    <message>
+        <source>Style rules of &lt;%1&gt;</source>
+        <translation>Stilregeln von &lt;%1&gt;</translation>
+    </message>
+    <message>
+        <source>Style rules</source>
+        <translation>Stilregeln</translation>
+    </message>
+    <message>
+        <source>Change Style</source>
+        <translation>Stil ändern</translation>
+    </message>
+    <message>
+        <source>Switch Style On</source>
+        <translation>Stil einschalten</translation>
+    </message>
+    <message>
+        <source>Switch Style Off</source>
+        <translation>Stil ausschalten</translation>
+    </message>
+    <message>
+        <source>Add Style</source>
+        <translation>Stil hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove Style</source>
+        <translation>Stil entfernen</translation>
+    </message>
+    <message>
+        <source>The page has no style sheet of its site</source>
+        <translation>Die Seite hat kein Stylesheet ihrer Website</translation>
+    </message>
+    <message>
+        <source>New Rule</source>
+        <translation>Neue Regel</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,351 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "editor/stylerulespanel.h"
+
+#include "editor/outlinemodel.h"
+#include "editor/outlineselection.h"
+#include "editor/styleedits.h"
+#include "editor/stylerulesmodel.h"
+#include "editor/stylerulesreader.h"
+#include "html/cssreferences.h"
+#include "html/element.h"
+#include "page/subtreechange.h"
+#include "page/tagrules.h"
+#include "web/viewcontroller.h"
+
+#include <QEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QSortFilterProxyModel>
+#include <QStyledItemDelegate>
+#include <QTabWidget>
+#include <QToolButton>
+#include <QTreeView>
+
+namespace luma {
+
+namespace {
+
+constexpr int delayAfterRuleChange = 150; // milliseconds
+
+/// Edits a value, or a further declaration in an empty field.
+class DeclarationDelegate final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
+                          const QModelIndex& index) const override
+    {
+        QWidget* const editor = QStyledItemDelegate::createEditor(parent, option, index);
+        const bool isNew = StyleRulesModel::kindOf(index) == StyleRulesModel::Row::NewDeclaration;
+        editor->setAccessibleName(isNew ? StyleRulesPanel::tr("Property and value")
+                                        : index.siblingAtColumn(0).data().toString());
+        return editor;
+    }
+    void setEditorData(QWidget* editor, const QModelIndex& index) const override
+    {
+        auto* const field = qobject_cast<QLineEdit*>(editor);
+        if (field && StyleRulesModel::kindOf(index) == StyleRulesModel::Row::NewDeclaration)
+            field->setPlaceholderText(QStringLiteral("color: red"));
+        else
+            QStyledItemDelegate::setEditorData(editor, index);
+    }
+    // A further declaration needs both columns.
+    void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::updateEditorGeometry(editor, option, index);
+        if (StyleRulesModel::kindOf(index) == StyleRulesModel::Row::NewDeclaration)
+            editor->setGeometry(
+                QRect(editor->pos(), QSize(editor->parentWidget()->width() - editor->x(), editor->height())));
+    }
+};
+
+} // namespace
+
+StyleRulesPanel::StyleRulesPanel(const Controls& controls, const Parts& parts, QObject* parent)
+    : QObject(parent),
+      m_controls(controls),
+      m_parts(parts),
+      m_model(new StyleRulesModel(this)),
+      m_computed(new QStandardItemModel(0, 2, this)),
+      m_newRuleMenu(new QMenu(controls.newRuleButton))
+{
+    createViews();
+    m_delay.setSingleShot(true);
+    m_delay.setInterval(delayAfterRuleChange);
+    connect(&m_delay, &QTimer::timeout, this, &StyleRulesPanel::read);
+    connect(&parts.selection, &OutlineSelection::changed, this, &StyleRulesPanel::noteChange);
+    connect(&parts.reader, &StyleRulesReader::done, this, &StyleRulesPanel::show);
+    connect(m_model, &StyleRulesModel::valueChosen, this, &StyleRulesPanel::setValue, Qt::QueuedConnection);
+    connect(m_model, &StyleRulesModel::switchChosen, this, &StyleRulesPanel::switchDeclaration,
+            Qt::QueuedConnection);
+    connect(m_model, &StyleRulesModel::declarationTyped, this, &StyleRulesPanel::add, Qt::QueuedConnection);
+    connect(m_controls.pages, &QTabWidget::currentChanged, this, &StyleRulesPanel::noteChange);
+    m_controls.newRuleButton->setMenu(m_newRuleMenu);
+    connect(m_newRuleMenu, &QMenu::aboutToShow, this, &StyleRulesPanel::fillNewRuleMenu);
+}
+
+void StyleRulesPanel::createViews()
+{
+    QTreeView& rules = *m_controls.rules;
+    rules.setModel(m_model);
+    rules.setItemDelegate(new DeclarationDelegate(this));
+    rules.installEventFilter(this);
+    m_controls.pages->installEventFilter(this);
+    connect(&rules, &QTreeView::collapsed, this,
+            [this](const QModelIndex& row) { m_closed.insert(StyleRulesModel::keyOf(row)); });
+    connect(&rules, &QTreeView::expanded, this,
+            [this](const QModelIndex& row) { m_closed.remove(StyleRulesModel::keyOf(row)); });
+    m_computed->setHorizontalHeaderLabels({StyleRulesModel::tr("Property"), StyleRulesModel::tr("Value")});
+    auto* const filtered = new QSortFilterProxyModel(this);
+    filtered->setSourceModel(m_computed);
+    filtered->setFilterCaseSensitivity(Qt::CaseInsensitive);
+    filtered->setFilterKeyColumn(-1);
+    m_controls.computed->setModel(filtered);
+    connect(m_controls.filter, &QLineEdit::textChanged, filtered,
+            &QSortFilterProxyModel::setFilterFixedString);
+    for (QTreeView* const view : {&rules, m_controls.computed}) {
+        view->header()->setStretchLastSection(true);
+        view->header()->resizeSection(StyleRulesModel::NameColumn,
+                                      view->fontMetrics().averageCharWidth() * 24);
+    }
+}
+
+bool StyleRulesPanel::isVisible() const
+{
+    return m_controls.pages->isVisible();
+}
+
+void StyleRulesPanel::noteChange()
+{
+    if (isVisible())
+        m_delay.start();
+}
+
+// The rows are not changed under the user's hands.
+void StyleRulesPanel::read()
+{
+    if (!isVisible())
+        return;
+    if (m_controls.rules->findChild<QLineEdit*>()) {
+        m_delay.start();
+        return;
+    }
+    m_parts.rendering.whenCaughtUp(this, [this] {
+        const html::Element* const element = m_parts.selection.element();
+        const auto path = element ? luma::pathOf(*element) : std::nullopt;
+        m_controls.title->setText(element ? tr("Style rules of <%1>").arg(tagNameOf(*element))
+                                          : tr("Style rules"));
+        m_controls.newRuleButton->setEnabled(path.has_value());
+        m_row = m_parts.selection.index();
+        if (!path)
+            show({});
+        else if (m_controls.pages->currentIndex() == 0)
+            m_parts.reader.read(*path);
+        else
+            readComputed();
+        if (!path)
+            m_computed->setRowCount(0);
+    });
+}
+
+void StyleRulesPanel::readComputed()
+{
+    const html::Element* const element = m_parts.selection.element();
+    const auto path = element ? pathForScript(*element) : std::nullopt;
+    if (path)
+        m_parts.rendering.ask(QStringLiteral("computedStyles(%1)").arg(*path), this,
+                              [this](const QVariant& answer) { showComputed(answer); });
+}
+
+void StyleRulesPanel::showComputed(const QVariant& answer)
+{
+    const QVariantList styles = answer.toList();
+    const bool isSameList = styles.size() == m_computed->rowCount();
+    if (!isSameList)
+        m_computed->setRowCount(static_cast<int>(styles.size()));
+    for (int row = 0; row < m_computed->rowCount(); ++row) {
+        const QStringList style = styles[row].toStringList();
+        for (int column = 0; column < 2; ++column) {
+            QStandardItem* item = m_computed->item(row, column);
+            if (!item) {
+                item = new QStandardItem;
+                item->setEditable(false);
+                m_computed->setItem(row, column, item);
+            }
+            if (item->text() != style.value(column)) {
+                item->setText(style.value(column));
+                item->setToolTip(style.value(column).toHtmlEscaped());
+            }
+        }
+    }
+}
+
+void StyleRulesPanel::show(const std::vector<StyleGroup>& groups)
+{
+    QTreeView& view = *m_controls.rules;
+    if (view.findChild<QLineEdit*>()) {
+        m_delay.start();
+        return;
+    }
+    const QString current = StyleRulesModel::keyOf(view.currentIndex());
+    const int column = view.currentIndex().column();
+    const QModelIndex top = view.indexAt({0, 0});
+    const QString topKey = StyleRulesModel::keyOf(top);
+    const QSet<QString> closed = m_closed;
+    m_model->setGroups(groups);
+    for (int i = 0; i < m_model->rowCount(); ++i) {
+        const QModelIndex row = m_model->index(i, 0);
+        if (StyleRulesModel::kindOf(row) == StyleRulesModel::Row::Heading)
+            view.setFirstColumnSpanned(i, {}, true);
+        for (int k = 0; k < m_model->rowCount(row); ++k) {
+            if (StyleRulesModel::kindOf(m_model->index(k, 0, row)) != StyleRulesModel::Row::Declaration)
+                view.setFirstColumnSpanned(k, row, true);
+        }
+        view.setExpanded(row, !closed.contains(StyleRulesModel::keyOf(row)));
+    }
+    m_closed = closed;
+    if (const QModelIndex row = m_model->rowOf(topKey); row.isValid())
+        view.scrollTo(row, QAbstractItemView::PositionAtTop);
+    const QModelIndex row = m_model->rowOf(current);
+    view.setCurrentIndex(row.isValid() ? row.siblingAtColumn(column) : m_model->index(0, 0));
+}
+
+void StyleRulesPanel::setValue(const QModelIndex& index, const QString& value)
+{
+    const StyleRule* const rule = m_model->ruleOf(index);
+    const int number = StyleRulesModel::declarationOf(index);
+    if (!rule || number < 0)
+        return;
+    const CssDeclaration& declaration = rule->rule.declarations[static_cast<std::size_t>(number)];
+    if (value.isEmpty())
+        remove(index);
+    else
+        m_parts.edits.make(rule->source, rule->sheet,
+                           withCssValue(rule->sheet, declaration, value.toStdString()), tr("Change Style"));
+    noteChange();
+}
+
+void StyleRulesPanel::switchDeclaration(const QModelIndex& index)
+{
+    const StyleRule* const rule = m_model->ruleOf(index);
+    const int number = StyleRulesModel::declarationOf(index);
+    if (!rule || number < 0)
+        return;
+    const CssDeclaration& declaration = rule->rule.declarations[static_cast<std::size_t>(number)];
+    m_parts.edits.make(rule->source, rule->sheet, withCssSwitched(rule->sheet, declaration),
+                       declaration.isOff ? tr("Switch Style On") : tr("Switch Style Off"));
+    noteChange();
+}
+
+void StyleRulesPanel::add(const QModelIndex& index, const QString& text)
+{
+    const StyleRule* const rule = m_model->ruleOf(index);
+    if (!rule)
+        return;
+    const bool isAttribute = rule->source.kind == StyleSource::Kind::Attribute;
+    m_parts.edits.make(
+        rule->source, rule->sheet,
+        withCssDeclaration(rule->sheet, isAttribute ? nullptr : &rule->rule, text.toStdString()),
+        tr("Add Style"));
+    noteChange();
+}
+
+void StyleRulesPanel::remove(const QModelIndex& index)
+{
+    const StyleRule* const rule = m_model->ruleOf(index);
+    const int number = StyleRulesModel::declarationOf(index);
+    if (!rule || number < 0 || !rule->isEditable)
+        return;
+    m_parts.edits.make(
+        rule->source, rule->sheet,
+        withoutCssDeclaration(rule->sheet, rule->rule.declarations[static_cast<std::size_t>(number)]),
+        tr("Remove Style"));
+    noteChange();
+}
+
+void StyleRulesPanel::fillNewRuleMenu()
+{
+    m_newRuleMenu->clear();
+    const html::Element* const element = OutlineModel::elementAt(m_row);
+    if (!element)
+        return;
+    QStringList selectors;
+    const QString classes = QString::fromStdString(std::string(element->attr("class"))).simplified();
+    for (const QString& name : classes.split(u' ', Qt::SkipEmptyParts))
+        selectors.append(u'.' + name);
+    if (element->hasAttr("id"))
+        selectors.append(u'#' + QString::fromStdString(std::string(element->attr("id"))));
+    selectors.append(tagNameOf(*element));
+    const auto sheet = m_parts.reader.newRuleSheet();
+    for (const QString& selector : selectors) {
+        QAction* const action =
+            m_newRuleMenu->addAction(QString(selector).replace(u'&', QStringLiteral("&&")), this,
+                                     [this, selector] { addRule(selector); });
+        action->setEnabled(sheet.has_value());
+    }
+    if (!sheet)
+        m_newRuleMenu->addAction(tr("The page has no style sheet of its site"))->setEnabled(false);
+}
+
+void StyleRulesPanel::addRule(const QString& selector)
+{
+    const auto sheet = m_parts.reader.newRuleSheet();
+    if (!sheet)
+        return;
+    // What is no plain name is escaped (CSSOM, "serialize an identifier").
+    const std::string mark = selector.startsWith(u'.') || selector.startsWith(u'#')
+                                 ? selector.left(1).toStdString()
+                                 : std::string();
+    const std::string name = selector.toStdString().substr(mark.size());
+    m_parts.edits.make(sheet->first, sheet->second,
+                       withCssRule(sheet->second, mark + cssIdentifier(name), {}), tr("New Rule"));
+    m_controls.pages->setCurrentIndex(0);
+    noteChange();
+}
+
+bool StyleRulesPanel::takeKey(int key)
+{
+    QTreeView& view = *m_controls.rules;
+    const QModelIndex index = view.currentIndex();
+    // The field that is open hands on the key that closes it.
+    if (view.findChild<QLineEdit*>())
+        return false;
+    const auto kind = StyleRulesModel::kindOf(index);
+    switch (key) {
+    case Qt::Key_Delete:
+    case Qt::Key_Backspace:
+        remove(index);
+        return true;
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_F2:
+        if (kind == StyleRulesModel::Row::Declaration)
+            view.edit(index.siblingAtColumn(StyleRulesModel::ValueColumn));
+        else if (kind == StyleRulesModel::Row::NewDeclaration)
+            view.edit(index.siblingAtColumn(StyleRulesModel::NameColumn));
+        else
+            view.setExpanded(index.siblingAtColumn(0), !view.isExpanded(index.siblingAtColumn(0)));
+        return true;
+    case Qt::Key_Space:
+        if (kind == StyleRulesModel::Row::Declaration)
+            switchDeclaration(index.siblingAtColumn(0));
+        return true;
+    default:
+        return false;
+    }
+}
+
+bool StyleRulesPanel::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_controls.pages && event->type() == QEvent::Show)
+        QMetaObject::invokeMethod(this, &StyleRulesPanel::noteChange, Qt::QueuedConnection);
+    return watched == m_controls.rules && event->type() == QEvent::KeyPress &&
+           m_controls.rules->currentIndex().isValid() && takeKey(static_cast<const QKeyEvent*>(event)->key());
+}
+
+} // namespace luma

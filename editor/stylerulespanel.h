@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "editor/stylerules.h"
+#include "page/cssedits.h"
+
+#include <QObject>
+#include <QPersistentModelIndex>
+#include <QSet>
+#include <QTimer>
+
+#include <vector>
+
+class QLabel;
+class QLineEdit;
+class QMenu;
+class QStandardItemModel;
+class QTabWidget;
+class QToolButton;
+class QTreeView;
+class QVariant;
+
+namespace luma {
+
+class OutlineSelection;
+class StyleEdits;
+class StyleRulesModel;
+class StyleRulesReader;
+class ViewController;
+
+/// The panel of the style rules that apply to the selected element, with its computed values on a second page. It asks the
+/// page only while it is visible, shortly after a change. Each edit is one undo step. Main thread.
+class StyleRulesPanel final : public QObject
+{
+    Q_OBJECT
+
+public:
+    struct Controls
+    {
+        QLabel* title;
+        QTabWidget* pages;
+        QTreeView* rules;
+        QTreeView* computed;
+        QLineEdit* filter;
+        QToolButton* newRuleButton;
+    };
+    struct Parts
+    {
+        OutlineSelection& selection;
+        ViewController& rendering;
+        StyleRulesReader& reader;
+        StyleEdits& edits;
+    };
+
+    /// All of them outlive it.
+    StyleRulesPanel(const Controls& controls, const Parts& parts, QObject* parent);
+
+    /// The page, its style sheets or the selection have changed.
+    void noteChange();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void createViews();
+    void read();
+    void readComputed();
+    void show(const std::vector<StyleGroup>& groups);
+    void showComputed(const QVariant& answer);
+    void setValue(const QModelIndex& index, const QString& value);
+    void switchDeclaration(const QModelIndex& index);
+    void add(const QModelIndex& index, const QString& text);
+    void remove(const QModelIndex& index);
+    void fillNewRuleMenu();
+    void addRule(const QString& selector);
+    bool takeKey(int key);
+    [[nodiscard]] bool isVisible() const;
+
+    Controls m_controls;
+    Parts m_parts;
+    StyleRulesModel* m_model;
+    QStandardItemModel* m_computed;
+    QMenu* m_newRuleMenu;
+    QTimer m_delay;
+    QPersistentModelIndex m_row; // of the element shown
+    QSet<QString> m_closed;      // the rules whose declarations the user has hidden, by key
+};
+
+} // namespace luma

@@ -1,0 +1,255 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/editor/pagewindow.h"
+#include "tests/support/registry.h"
+#include "tests/support/rows.h"
+#include "tests/support/screenshot.h"
+
+#include <QAbstractItemModelTester>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMenu>
+#include <QPushButton>
+#include <QTabWidget>
+#include <QTest>
+#include <QToolButton>
+#include <QUndoStack>
+
+using namespace luma;
+
+namespace {
+
+constexpr auto styledPage =
+    "<!DOCTYPE html>\n<html lang=en><head><title>T</title>\n"
+    "<link rel=stylesheet href=css/main.css>\n"
+    "<style>\n  .note { color: green }\n</style>\n</head>\n"
+    "<body><p class=note id=one style='margin: 0'>Text <b>bold</b></p></body></html>\n";
+constexpr auto mainSheet = "@import \"base.css\";\n"
+                           "/* of the site */\n"
+                           "p::-moz-unknown { color: pink }\n"
+                           "@media (min-width: 1px) {\n"
+                           "  p { color: blue; colour: red; margin: 3px !important }\n"
+                           "  q::-moz-unknown, p { color: pink }\n"
+                           "  #one { font-weight: bold; /* top: 0; */ }\n"
+                           "}\n"
+                           "@media print { p { color: black } }\n"
+                           "@layer low { p { color: orange; letter-spacing: 1px } }\n"
+                           "p::before { content: \"x\" }\n";
+constexpr auto baseSheet = "body{color:gray;margin:9px}";
+
+} // namespace
+
+/// The style rules of the selected element: what is listed, and what edits do to the sheets.
+class tst_stylerules final : public QObject, private luma::test::PageWindow
+{
+    Q_OBJECT
+
+private:
+    [[nodiscard]] QTreeView* rules() const { return the<QTreeView>("rulesView"); }
+
+    /// The rows, "~" in front of a struck one, "-" of one that is switched off.
+    [[nodiscard]] QString listed(const QModelIndex& parent = {}) const
+    {
+        QStringList lines;
+        const QAbstractItemModel& model = *rules()->model();
+        for (int i = 0; i < model.rowCount(parent); ++i) {
+            const QModelIndex name = model.index(i, 0, parent);
+            const QString value = name.siblingAtColumn(1).data().toString();
+            const bool isOff = name.data(Qt::CheckStateRole).isValid() &&
+                               name.data(Qt::CheckStateRole).toInt() == Qt::Unchecked;
+            const QString sign = isOff                                                ? u"-"_qs
+                                 : name.data(Qt::FontRole).value<QFont>().strikeOut() ? u"~"_qs
+                                                                                      : QString();
+            if (name.data() != u"Add..."_qs)
+                lines.append(sign + name.data().toString() + (value.isEmpty() ? u""_qs : u" | "_qs + value));
+            if (const QString inner = listed(name); !inner.isEmpty())
+                lines.append(inner);
+        }
+        return lines.join(u'\n');
+    }
+
+    void openPage()
+    {
+        put("css/main.css", mainSheet);
+        put("css/base.css", baseSheet);
+        open(styledPage);
+        trigger("rulesAction");
+        click("<p");
+        QTRY_VERIFY2(listed().contains(u"base.css:1"), qPrintable(listed()));
+    }
+    /// The row of a declaration below the first rule whose place begins so.
+    [[nodiscard]] QModelIndex declaration(const QString& place, const QString& name) const
+    {
+        const QAbstractItemModel& model = *rules()->model();
+        for (int i = 0; i < model.rowCount(); ++i) {
+            const QModelIndex rule = model.index(i, 0);
+            for (int k = 0;
+                 rule.siblingAtColumn(1).data().toString().startsWith(place) && k < model.rowCount(rule);
+                 ++k) {
+                if (model.index(k, 0, rule).data() == name)
+                    return model.index(k, 0, rule);
+            }
+        }
+        return {};
+    }
+    void press(Qt::Key key) const { QTest::keyClick(rules(), key); }
+
+private slots:
+    void cleanup() { close(); }
+
+    void rulesOfTheElement_areListedInTheOrderOfTheCascade()
+    {
+        openPage();
+        const QAbstractItemModelTester tester(rules()->model());
+        QCOMPARE(listed(), u"element | Style attribute\n"
+                           "~margin | 0\n"
+                           "#one | main.css:7\n"
+                           "@media (min-width: 1px)\n"
+                           "font-weight | bold\n"
+                           "-top | 0\n"
+                           ".note | <style>:2\n"
+                           "color | green\n"
+                           "p | main.css:5\n"
+                           "@media (min-width: 1px)\n"
+                           "~color | blue\n"
+                           "~colour | red\n"
+                           "margin | 3px !important\n"
+                           "p | main.css:10\n"
+                           "@layer low\n"
+                           "~color | orange\n"
+                           "letter-spacing | 1px\n"
+                           "Pseudo-element ::before\n"
+                           "p::before | main.css:11\n"
+                           "content | \"x\"\n"
+                           "Inherited from body\n"
+                           "body | base.css:1\n"
+                           "~color | gray\n"
+                           "margin | 9px"_qs);
+        test::saveScreenshots(*window, "style-rules");
+        click("<b>");
+        QTRY_VERIFY2(listed().contains(u"Inherited from p#one.note"), qPrintable(listed()));
+        QVERIFY2(!listed().contains(u"Style attribute\nmargin"), qPrintable(listed()));
+    }
+
+    void panelThatIsHidden_asksNothing()
+    {
+        put("css/main.css", mainSheet);
+        open(styledPage);
+        click("<p");
+        QCOMPARE(answer("1 + 1"), "2"); // whatever was asked before is answered
+        QCOMPARE(rules()->model()->rowCount(), 0);
+    }
+
+    // The bytes of sheet and page but for the edit stay, and the page shows the edit at once.
+    void edits_changeTheSmallestPartAndAreShown_data()
+    {
+        const test::Rows<QString, QString, QString, QString, QString, QString, QString> row(
+            "place", "name", "typed", "file", "before", "after", "shown");
+        row("value in a file", "main.css:5", "margin", "4px", "css/main.css", "margin: 3px !important",
+            "margin: 4px", "marginTop=0px");
+        row("value in an imported file", "base.css:1", "color", "red", "css/base.css", "color:gray",
+            "color:red", "");
+        row("value in a style element", "<style>:2", "color", "red", "page.html", "color: green",
+            "color: red", "color=rgb(255, 0, 0)");
+        row("value in the style attribute", "Style attribute", "margin", "1px !important", "page.html",
+            "style='margin: 0'", "style='margin: 1px !important'", "marginTop=1px");
+        row("switched off", "main.css:7", "font-weight", " ", "css/main.css", "font-weight: bold;",
+            "/* font-weight: bold; */", "fontWeight=400");
+        row("switched on", "main.css:7", "top", " ", "css/main.css", "/* top: 0; */", "top: 0;", "top=0px");
+        row("removed", "main.css:5", "colour", "\b", "css/main.css", " colour: red;", "", "");
+        row("added", "main.css:7", "Add...", "left: 3px", "css/main.css", "/* top: 0; */",
+            "/* top: 0; */ left: 3px;", "left=3px");
+        row("added to the style attribute", "Style attribute", "Add...", "left: 3px", "page.html",
+            "style='margin: 0'", "style='margin: 0;left: 3px;'", "left=3px");
+    }
+    void edits_changeTheSmallestPartAndAreShown()
+    {
+        openPage();
+        QFETCH(QString, place);
+        QFETCH(QString, name);
+        QFETCH(QString, typed);
+        QFETCH(QString, file);
+        QFETCH(QString, before);
+        QFETCH(QString, after);
+        QFETCH(QString, shown);
+        const QString asBefore = listed();
+        rules()->setFocus();
+        const QModelIndex row = declaration(place, name);
+        QVERIFY2(row.isValid(), qPrintable(asBefore));
+        rules()->setCurrentIndex(row);
+        if (typed == u" " || typed == u"\b") {
+            press(typed == u" " ? Qt::Key_Space : Qt::Key_Delete);
+        } else {
+            press(Qt::Key_F2);
+            auto* const field = rules()->findChild<QLineEdit*>();
+            QVERIFY(field);
+            field->selectAll();
+            QTest::keyClicks(field, typed);
+            QTest::keyClick(field, Qt::Key_Return);
+        }
+        QTRY_COMPARE(window->undoStack()->count(), 1);
+        QTRY_VERIFY2(listed() != asBefore, qPrintable(listed()));
+        QVERIFY(window->isWindowModified());
+        const QStringList expected = shown.split(u'=');
+        const QString asked = u"getComputedStyle(document.querySelector('p')).%1"_qs.arg(expected.first());
+        if (!shown.isEmpty())
+            QTRY_COMPARE(answer(asked), expected.last());
+        trigger("undoAction");
+        QTRY_COMPARE(listed(), asBefore);
+        QTRY_VERIFY(!window->isWindowModified());
+        trigger("redoAction");
+        QTRY_VERIFY(listed() != asBefore);
+        const QString old = QString::fromStdString(this->file(file.toStdString()));
+        QCOMPARE(old.count(before), 1);
+        trigger("saveAction");
+        QTRY_COMPARE(QString::fromStdString(this->file(file.toStdString())),
+                     QString(old).replace(before, after));
+        QTRY_VERIFY(!window->isWindowModified());
+        if (!shown.isEmpty())
+            QTRY_COMPARE(answer(asked), expected.last());
+    }
+
+    void newRule_isAddedToTheLastSheet()
+    {
+        openPage();
+        auto* const menu = the<QToolButton>("newRuleButton")->menu();
+        emit menu->aboutToShow();
+        QStringList offered;
+        for (const QAction* const action : menu->actions())
+            offered.append(action->text());
+        QCOMPARE(offered.join(u' '), ".note #one p");
+        menu->actions().first()->trigger();
+        QTRY_VERIFY2(tree().contains("  .note { color: green }\n\n.note {\n}\n</style>"), tree().constData());
+        QTRY_VERIFY2(listed().contains(u".note | <style>:4"), qPrintable(listed()));
+    }
+
+    void textThatIsNoDeclaration_isRefused()
+    {
+        openPage();
+        rules()->setFocus();
+        rules()->setCurrentIndex(declaration(u"main.css:7"_qs, u"Add..."_qs));
+        press(Qt::Key_F2);
+        auto* const field = rules()->findChild<QLineEdit*>();
+        QVERIFY(field);
+        QTest::keyClicks(field, u"left: 3px } p { top: 0"_qs);
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_VERIFY(the<QLabel>("noticeText")->isVisible());
+        QCOMPARE(the<QLabel>("noticeText")->text(),
+                 u"Type a property and its value, such as “color: red”."_qs);
+        QCOMPARE(window->undoStack()->count(), 0);
+    }
+
+    void computedValues_areFiltered()
+    {
+        openPage();
+        the<QTabWidget>("rulesPages")->setCurrentIndex(1);
+        auto* const view = the<QTreeView>("computedView");
+        QTRY_VERIFY(view->model()->rowCount() > 100);
+        the<QLineEdit>("computedFilter")->setText(u"letter-sp"_qs);
+        QCOMPARE(view->model()->rowCount(), 1);
+        QCOMPARE(view->model()->index(0, 1).data(), u"1px"_qs);
+        test::saveScreenshots(*window, "computed-styles");
+    }
+};
+
+LUMA_TEST(tst_stylerules)
+#include "tst_stylerules.moc"
