@@ -146,6 +146,17 @@ void Tour::editPage()
     QImage image;
     QElapsedTimer unchanged;
     await("the page", [&] { return view->editorPage().isComplete() && isPainted(*view, image, unchanged); });
+    // With an element selected, the panels have something to show.
+    const auto source = readFile(page);
+    const auto lead = source ? source->find("<p class=\"lead\"") : std::string::npos;
+    if (lead == std::string::npos)
+        return miss(QStringLiteral("the page's first paragraph"));
+    const auto begin = source->begin();
+    const auto end = begin + static_cast<std::ptrdiff_t>(lead);
+    window->showPlace(static_cast<unsigned>(1 + std::count(begin, end, '\n')),
+                      static_cast<unsigned>(lead - source->rfind('\n', lead)));
+    unchanged.invalidate();
+    await("the first paragraph", [&] { return isPainted(*window, image, unchanged); });
     picture(*window, QStringLiteral("5-page"));
     window->close();
 }
