@@ -1,20 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "base/files.h"
-#include "bench/measuring.h"
-#include "editor/htmldocument.h"
+#include "bench/editor/pagewindow.h"
 #include "html/parse.h"
 #include "page/csstidy.h"
 #include "web/pagescheme.h"
 #include "web/scriptcall.h"
-#include "web/viewcontroller.h"
 
 #include <QAction>
 #include <QApplication>
-#include <QElapsedTimer>
 #include <QImage>
-#include <QKeyEvent>
-#include <QTemporaryDir>
-#include <QTimer>
 #include <QTreeView>
 
 #include <algorithm>
@@ -35,69 +28,7 @@
 namespace {
 
 using namespace luma;
-using bench::middle;
-using bench::samplePage;
-using bench::Stopwatch;
-
-template <class Condition>
-void waitFor(const Condition& condition)
-{
-    QTimer wake; // what the engine paints is no event here
-    wake.start(2);
-    while (!condition())
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
-}
-
-void rest(int milliseconds)
-{
-    bool over = false;
-    QTimer::singleShot(milliseconds, [&over] { over = true; });
-    waitFor([&over] { return over; });
-}
-
-/// The window of a page, with the caret in the middle of the page.
-class Window final
-{
-public:
-    explicit Window(const std::string& markup)
-    {
-        const std::filesystem::path page = std::filesystem::path(m_folder.path().toStdString()) / "page.html";
-        if (!writeFile(page, markup))
-            std::exit(1);
-        m_document.readFromURL(page);
-        m_document.show();
-        m_document.activateWindow();
-        m_document.windowDidLoad();
-        waitFor([this] { return rendering().webView()->editorPage().isComplete(); });
-        rest(1500);
-        rendering().webView()->setFocus();
-        (void)ScriptCall::wait(
-            &rendering().webView()->editorPage(),
-            QStringLiteral("const texts = document.querySelectorAll('p');"
-                           "getSelection().collapse(texts[texts.length >> 1].firstChild, 5)"));
-        // The engine drops keys until it has painted the page.
-        for (bool isTyped = false; !isTyped; rest(500)) {
-            type();
-            isTyped = m_document.undoStack()->canUndo();
-        }
-    }
-    ~Window() { m_document.undoStack()->setClean(); }
-
-    ViewController& rendering() { return m_document.viewController(); }
-    HTMLDocument& document() { return m_document; }
-    void type()
-    {
-        QWidget* const keys = rendering().webView()->focusProxy();
-        for (const auto type : {QEvent::KeyPress, QEvent::KeyRelease}) {
-            QKeyEvent key(type, Qt::Key_X, {}, QStringLiteral("x"));
-            QCoreApplication::sendEvent(keys, &key);
-        }
-    }
-
-private:
-    QTemporaryDir m_folder;
-    HTMLDocument m_document;
-};
+using namespace luma::bench;
 
 /// The processor time of this thread in milliseconds.
 double timeHere()
@@ -168,21 +99,13 @@ void measureParts(Window& window, Times& times)
 /// The longest time without the window processing an event, while 20 letters a second are typed.
 double longestDeafness(Window& window)
 {
-    double longest = 0;
-    QElapsedTimer last;
-    QTimer beat;
-    last.start();
-    QObject::connect(&beat, &QTimer::timeout, &beat, [&] {
-        longest = std::max(longest, static_cast<double>(last.nsecsElapsed()) / 1e6);
-        last.start();
-    });
-    beat.start(2);
+    const Pauses pauses;
     for (int i = 0; i < 40; ++i) {
         window.type();
         rest(50);
     }
     rest(1000);
-    return longest;
+    return pauses.longest();
 }
 
 /// Until the rendering's picture has changed.

@@ -3,6 +3,7 @@
 #include "browser/linkjobs.h"
 #include "browser/panehost.h"
 #include "links/linkreports.h"
+#include "site/jobline.h"
 #include "site/progresspanel.h"
 
 #include <QApplication>
@@ -44,7 +45,8 @@ double inPanel(const std::filesystem::path& site)
 {
     QWidget window;
     window.show();
-    ProgressPanel panel(&window);
+    JobLine line(&window);
+    ProgressPanel panel(line, &window);
     LinkJobs jobs(panel, &window);
     double longest = 0;
     auto last = Clock::now();
