@@ -61,6 +61,7 @@ public:
         m_view.clear();
         emit began();
     }
+    void setStatus(const QString& /*status*/) override {}
     void append(const QString& text) override { m_view.append(text); }
     void finish(const JobEnd& /*end*/) override
     {

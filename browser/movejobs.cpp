@@ -182,8 +182,11 @@ void MoveJobs::showPlan(const std::shared_ptr<const LinkPlan>& plan, std::option
     const bool isOnSheet = sheet && sheet->parentWidget() == window;
     auto* const preview = new PlanPreview(plan, askAbove, isOnSheet ? sheet : window);
     connect(preview, &PlanPreview::askingStopped, this, &MoveJobs::askingStopped);
-    connect(preview, &QDialog::finished, this,
-            [answered](int result) { answered(result == QDialog::Accepted); });
+    setStatus(tr("Nothing is changed yet: the changes are shown first."));
+    connect(preview, &QDialog::finished, this, [this, answered](int result) {
+        setStatus(updateStatus());
+        answered(result == QDialog::Accepted);
+    });
     preview->open();
 }
 

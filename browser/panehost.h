@@ -42,6 +42,8 @@ public:
     /// Begins a job: sets the status line, empties the log, disables OK, enables Stop and starts the bar. The
     /// panel opens as a sheet, unless the window already shows one or the line is enough.
     virtual void begin(const QString& status, Place place) = 0;
+    /// What the running job is at now, in place of the status that it began with.
+    virtual void setStatus(const QString& status) = 0;
     /// Appends to the log, whose lines end with a line feed, and scrolls to its end.
     virtual void append(const QString& text) = 0;
     /// Ends the job: stops the bar, disables Stop, enables OK, and says how it ended.

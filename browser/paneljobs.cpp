@@ -107,6 +107,12 @@ void PanelJobs::beginNext()
     });
 }
 
+void PanelJobs::setStatus(const QString& status)
+{
+    if (m_isRunning && m_progress)
+        m_progress->setStatus(status);
+}
+
 void PanelJobs::showText()
 {
     if (!m_progress || !m_log)

@@ -52,6 +52,9 @@ protected:
     /// The same for work that goes on after `work` has returned, until it calls Done.
     void beginLong(const QString& status, LongWork work);
 
+    /// Of the running job.
+    void setStatus(const QString& status);
+
     /// True until the job is stopped or the application quits.
     static StillWanted wantedAs(const WorkItemPointer& item);
 

@@ -5,7 +5,7 @@
 
 #include "ui_JobLine.h"
 
-#include <QAccessible>
+#include <QAccessibleWidget>
 
 #include <chrono>
 
@@ -13,9 +13,21 @@ namespace luma {
 
 using namespace std::chrono_literals;
 
+namespace {
+
+QAccessibleInterface* alertOf(const QString& className, QObject* object)
+{
+    return className == QLatin1String("luma::JobLine")
+               ? new QAccessibleWidget(static_cast<JobLine*>(object), QAccessible::AlertMessage)
+               : nullptr;
+}
+
+} // namespace
+
 JobLine::JobLine(QWidget* parent)
     : QFrame(parent), m_ui(std::make_unique<Ui::JobLine>()), m_showTimer(this), m_goneTimer(this)
 {
+    [[maybe_unused]] static const bool isInstalled = (QAccessible::installFactory(&alertOf), true);
     m_ui->setupUi(this);
     m_showTimer.setSingleShot(true);
     m_showTimer.setInterval(400ms);
@@ -42,7 +54,7 @@ void JobLine::showRunning(const QString& status)
     m_ui->jobStopButton->setEnabled(true);
     for (QWidget* const later : {m_ui->jobUndoButton, m_ui->jobGoOnButton, m_ui->jobCloseButton})
         later->hide();
-    tell(status);
+    setText(status);
     if (!isVisible())
         m_showTimer.start();
 }
@@ -61,7 +73,7 @@ void JobLine::showEnd(const JobEnd& end)
     m_ui->jobCloseButton->show();
     m_ui->jobStopButton->hide();
     show();
-    tell(end.status);
+    setText(end.status);
     if (end.how == JobEnd::How::Done)
         m_goneTimer.start();
 }
@@ -78,11 +90,15 @@ void JobLine::closeLine()
     hide();
 }
 
-void JobLine::tell(const QString& text)
+void JobLine::setText(const QString& text)
 {
     m_ui->jobText->setText(text);
-    QAccessibleEvent event(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&event);
+    setAccessibleName(text);
+    // Screen readers read an alert aloud when it appears.
+    if (isVisible()) {
+        QAccessibleEvent event(this, QAccessible::ObjectShow);
+        QAccessible::updateAccessibility(&event);
+    }
 }
 
 void JobLine::goAway()

@@ -26,6 +26,7 @@ public:
     ~JobLine() override;
 
     void showRunning(const QString& status);
+    void setText(const QString& text);
     /// The job is being stopped.
     void showStopping();
     void showEnd(const JobEnd& end);
@@ -46,7 +47,6 @@ private:
     QTimer m_showTimer; // a short job is not worth a line that says it runs
     QTimer m_goneTimer;
 
-    void tell(const QString& text);
     void goAway();
 };
 

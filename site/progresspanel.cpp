@@ -82,6 +82,13 @@ void ProgressPanel::show()
         m_panel->open();
 }
 
+void ProgressPanel::setStatus(const QString& status)
+{
+    m_ui->progressPanelTextField1->setText(status);
+    if (m_place == Place::Line)
+        m_line.setText(status);
+}
+
 void ProgressPanel::append(const QString& text)
 {
     m_ui->progressPanelTextField2->append(text);

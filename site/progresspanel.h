@@ -30,6 +30,7 @@ public:
     ~ProgressPanel() override;
 
     void begin(const QString& status, Place place) override;
+    void setStatus(const QString& status) override;
     void append(const QString& text) override;
     void finish(const JobEnd& end) override;
     [[nodiscard]] bool isRunning() const override { return m_isRunning; }

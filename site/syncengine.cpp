@@ -113,6 +113,7 @@ void SyncEngine::compare(Direction direction, Deletions deletions, const std::ve
         m_rowsBefore.clear();
     else if (m_state != State::Comparing)
         m_rowsBefore = m_table.rows();
+    m_wasStopped = false;
     m_only = only;
     m_direction = direction;
     m_deletions = deletions;
@@ -278,6 +279,7 @@ void SyncEngine::transfer()
         return;
     startItem();
     m_stop = std::make_shared<WorkItem>();
+    m_wasStopped = false;
     if (!m_tickedBefore)
         rememberUnticked();
     setState(State::Transferring);
@@ -413,7 +415,8 @@ void SyncEngine::endTransfer(const WorkItem& item, const Transferred& transferre
         m_table.removeRowsAt(transferred.done);
         restoreTicks();
         m_message = problemLine(transferred.problems);
-        if (isStopping() && moved < ticked)
+        m_wasStopped = isStopping() && moved < ticked;
+        if (m_wasStopped)
             m_message = tr("Stopped; %1 of %2 moved").arg(moved).arg(ticked);
         m_stop.reset();
         if (m_table.rows().empty())

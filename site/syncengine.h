@@ -87,6 +87,8 @@ public:
     /// Ends a transfer. What is done stays done; the message says how much.
     void stop();
     [[nodiscard]] bool isStopping() const { return m_stop && m_stop->isCancelled(); }
+    /// The last transfer was stopped; transfer() goes on with the rest.
+    [[nodiscard]] bool wasStopped() const { return m_wasStopped; }
     /// Drops the job, ends its programs, and remembers the rows left unticked.
     void cancel();
 
@@ -127,6 +129,7 @@ private:
     std::optional<std::unordered_set<std::string>> m_tickedBefore; // paths, while tickOnly() counts
     WorkItemPointer m_workItem;
     WorkItemPointer m_stop; // cancelled when the running transfer is to stop
+    bool m_wasStopped = false;
     std::size_t m_ignoredCount = 0;
     SyncCounts m_counts;
     std::vector<std::string> m_foldersOnlyThere;

@@ -295,6 +295,7 @@ void SyncPanel::updateControls()
     if (isTransferring && m_ui->syncTickList->table().isEnabled())
         m_ui->cancelButton->setFocus();
     m_ui->syncButton->setEnabled(state == State::Ready);
+    m_ui->syncButton->setText(m_engine.wasStopped() ? tr("&Go On") : tr("&Move"));
     m_ui->syncTickList->setTickingEnabled(!isTransferring && state != State::Failed);
     updateNote();
     m_ui->uploadDownloadPopupButton->setEnabled(!isTransferring);

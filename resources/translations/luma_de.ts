@@ -1000,7 +1000,7 @@
     </message>
     <message>
         <source>S&amp;top</source>
-        <translation>Anhal&amp;ten</translation>
+        <translation>S&amp;topp</translation>
     </message>
     <message>
         <source>&amp;Go On</source>
@@ -2046,10 +2046,6 @@ entwuerfe/</translation>
     <message>
         <source>Progress</source>
         <translation>Fortschritt</translation>
-    </message>
-    <message>
-        <source>&amp;Move</source>
-        <translation>Ü&amp;bertragen</translation>
     </message>
     <message>
         <source>D&amp;irection</source>
@@ -3776,6 +3772,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>Cancel</source>
         <translation>Abbrechen</translation>
     </message>
+    <message>
+        <source>Nothing is changed yet: the changes are shown first.</source>
+        <translation>Noch ist nichts geändert: die Änderungen werden zuerst gezeigt.</translation>
+    </message>
 </context>
 <context>
     <name>luma::MyWebView</name>
@@ -4867,6 +4867,14 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>All files have been moved.</source>
         <translation>Alle Dateien sind übertragen.</translation>
+    </message>
+    <message>
+        <source>&amp;Go On</source>
+        <translation>&amp;Weiter</translation>
+    </message>
+    <message>
+        <source>&amp;Move</source>
+        <translation>Ü&amp;bertragen</translation>
     </message>
 </context>
 <context>

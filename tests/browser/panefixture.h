@@ -31,6 +31,7 @@ public:
         log.clear();
         emit began();
     }
+    void setStatus(const QString& /*status*/) override {}
     void append(const QString& text) override
     {
         log += text;

@@ -12,6 +12,7 @@
 #include "tests/support/screenshot.h"
 
 #include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QAction>
 #include <QCheckBox>
 #include <QDialog>
@@ -230,6 +231,9 @@ private slots:
                                                 Qt::EditRole);
         QTRY_COMPARE(site.text("jobText"), "Renamed x.html to z.html; 3 links on 3 pages changed");
         QVERIFY(line.isVisible());
+        const QAccessibleInterface* const alert = QAccessible::queryAccessibleInterface(&line);
+        QCOMPARE(alert->role(), QAccessible::AlertMessage);
+        QCOMPARE(alert->text(QAccessible::Name), site.text("jobText"));
         test::saveScreenshots(*site.window, "job-line");
         auto& panel = site.find<QDialog>("progressPanel");
         QVERIFY(!panel.isVisible());

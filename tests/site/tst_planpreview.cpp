@@ -95,6 +95,7 @@ private slots:
         QCOMPARE(rows().constFirst(), "index.html|2|x.html#t|y.html#t");
         test::saveScreenshots(*preview(), "plan-preview");
         QVERIFY2(folders->contents() == before, "nothing changes before the user has agreed");
+        QCOMPARE(site->status(), "Nothing is changed yet: the changes are shown first.");
         preview()->reject();
         QTRY_VERIFY(site->isDone());
         QCOMPARE(folders->contents(), before);

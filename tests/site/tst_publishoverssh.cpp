@@ -295,6 +295,7 @@ private slots:
         QTRY_VERIFY_WITH_TIMEOUT(m_site->isSyncIdle(), 60'000);
         QVERIFY2(m_site->text("syncMessage").startsWith("Stopped; "),
                  qPrintable(m_site->text("syncMessage")));
+        QCOMPARE(m_site->find<QPushButton>("syncButton").text(), "&Go On");
         QTRY_COMPARE(m_server.processesAtPort(), 0);
         QCOMPARE(m_folders.bytesOf("receiving/first.txt"), std::string("new"));
         QVERIFY(!itemExists(m_folders.at("receiving/second.bin")));

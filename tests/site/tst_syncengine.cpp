@@ -340,6 +340,7 @@ private slots:
         QTRY_COMPARE(site.engine.state(), State::Ready);
         const auto left = site.engine.table().rows().size();
         QCOMPARE(site.engine.message(), QString("Stopped; %1 of 300 moved").arg(300 - left));
+        QVERIFY(site.engine.wasStopped());
         QVERIFY(site.compare());
         QCOMPARE(site.engine.table().rows().size(), left);
     }
