@@ -3,11 +3,14 @@
 
 #include "links/browsersite.h"
 #include "links/linkjudge.h"
+#include "links/mentionednames.h"
 #include "links/seenaddresses.h"
 #include "links/sitepagereader.h"
 #include "links/weblink.h"
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace luma {
 
@@ -24,6 +27,11 @@ public:
     WebPage check(SiteTree::Id id);
     /// The same for one that the tree does not know.
     WebPage check(const std::string& subpath);
+    /// The names that the page `id`, the last one checked, mentions beside its links, as mentionedNames() gives them.
+    [[nodiscard]] std::vector<std::uint64_t> mentionedBy(SiteTree::Id id) const
+    {
+        return mentionedNames(m_reader, m_site->tree().name(id));
+    }
 
 private:
     [[nodiscard]] std::string_view seenPart(std::string_view address) const;

@@ -139,7 +139,9 @@ Result<bool> findWebLinksTo(const fs::path& site, const fs::path& target, const 
     std::deque<TargetReader> readers;
     for (std::size_t worker = 0; worker < Work::workerCount(); ++worker) {
         BrowserChecker& checker = checkers.emplace_back(shared, FindingsKept::All);
-        readers.emplace_back(*tree, id, name, [&checker](Id file) { return checker.check(file); });
+        readers.emplace_back(
+            *tree, id, name, [&checker](Id file) { return checker.check(file); },
+            [&checker](Id file) { return checker.mentionedBy(file); });
     }
     const std::vector<Id>& files = tree->files();
     return Work(files.size(), stillWanted)

@@ -2,13 +2,15 @@
 #include "links/freshdigest.h"
 
 #include "links/linesandcolumns.h"
+#include "links/mentionednames.h"
 
 namespace luma {
 
-FreshDigest::FreshDigest(const SitePageReader& reader)
+FreshDigest::FreshDigest(const SitePageReader& reader, std::string_view name)
 {
     m_digest.base = reader.page().base();
     m_digest.places = PagePlaces::of(reader);
+    m_digest.mentioned = mentionedNames(reader, name);
     LinesAndColumns lines(reader.text());
     m_links.reserve(reader.page().references().size());
     for (const LinkReference& reference : reader.page().references()) {

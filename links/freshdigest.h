@@ -16,8 +16,8 @@ class FreshDigest final
 {
 public:
     FreshDigest() = default;
-    /// What `reader` has read.
-    explicit FreshDigest(const SitePageReader& reader);
+    /// What `reader` has read in the file called `name`.
+    FreshDigest(const SitePageReader& reader, std::string_view name);
 
     [[nodiscard]] const std::string& base() const { return m_digest.base; }
     [[nodiscard]] const PagePlaces& places() const { return m_digest.places; }

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/keptpages.h"
-#include "html/servercode.h"
 
 #include "base/filecalls.h"
 #include "base/orderedwork.h"
 #include "base/pathbelow.h"
+#include "html/servercode.h"
 #include "links/freshdigest.h"
 
 #include <algorithm>
@@ -59,7 +59,7 @@ struct KeptPages::Fresh
         if (const auto read = reader.read(path); !read)
             fresh.unreadable = read.error().text;
         else
-            fresh.digest.emplace(reader);
+            fresh.digest.emplace(reader, namePart(path));
         return fresh;
     }
 };

@@ -77,22 +77,33 @@ FileStamp readStamp(FieldReader& reader)
     return stamp;
 }
 
+void appendHashes(std::string& bytes, const std::vector<std::uint64_t>& hashes)
+{
+    appendVarint(bytes, hashes.size() * sizeof(std::uint64_t));
+    for (const std::uint64_t hash : hashes)
+        appendWord(bytes, hash);
+}
+
+std::vector<std::uint64_t> readHashes(FieldReader& reader)
+{
+    const std::string_view words = reader.text();
+    std::vector<std::uint64_t> hashes(words.size() / sizeof(std::uint64_t));
+    if (!hashes.empty())
+        std::memcpy(hashes.data(), words.data(), hashes.size() * sizeof(std::uint64_t));
+    return hashes;
+}
+
 void appendPlaces(std::string& bytes, const PagePlaces& places)
 {
     appendVarint(bytes, places.anyMayBeThere ? 1 : 0);
-    appendVarint(bytes, places.hashes.size() * sizeof(std::uint64_t));
-    for (const std::uint64_t hash : places.hashes)
-        appendWord(bytes, hash);
+    appendHashes(bytes, places.hashes);
 }
 
 PagePlaces readPlaces(FieldReader& reader)
 {
     PagePlaces places;
     places.anyMayBeThere = reader.number() != 0;
-    const std::string_view words = reader.text();
-    places.hashes.resize(words.size() / sizeof(std::uint64_t));
-    if (!places.hashes.empty())
-        std::memcpy(places.hashes.data(), words.data(), places.hashes.size() * sizeof(std::uint64_t));
+    places.hashes = readHashes(reader);
     return places;
 }
 
@@ -134,6 +145,7 @@ bool readPage(FieldReader& reader, StoredPage& page, std::size_t textCount)
     page.stamp = readStamp(reader);
     page.digest.base = reader.text();
     page.digest.places = readPlaces(reader);
+    page.digest.mentioned = readHashes(reader);
     bool isWhole = false;
     page.digest.links = PackedLinks::fromBytes(std::string(reader.text()), textCount, isWhole);
     return reader.isGood() && isWhole;
@@ -194,6 +206,7 @@ Result<void> LinkStore::save(const AddressTexts& texts, const Pages& pages) cons
         appendStamp(pageBytes, stamp);
         appendText(pageBytes, digest.base);
         appendPlaces(pageBytes, digest.places);
+        appendHashes(pageBytes, digest.mentioned);
         appendText(pageBytes, used.renumbered(digest.links).bytes());
     });
     std::string body;

@@ -4,7 +4,9 @@
 #include "links/packedlinks.h"
 #include "links/pageanchors.h"
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 namespace luma {
 
@@ -14,6 +16,7 @@ struct PageDigest
     std::string base; // the address of its base element, decoded; empty without one
     PackedLinks links;
     PagePlaces places;
+    std::vector<std::uint64_t> mentioned; // as mentionedNames() gives them
 };
 
 } // namespace luma

@@ -61,6 +61,12 @@ constexpr std::size_t mostEntities = 256;
 constexpr std::size_t longestEntity = 256;
 constexpr std::size_t mostExpanded = std::size_t(1) << 20U;
 
+bool isCode(std::string_view attribute)
+{
+    return startsWithIgnoringAsciiCase(attribute, "on") || startsWithIgnoringAsciiCase(attribute, "data-") ||
+           equalIgnoringAsciiCase(attribute, "srcdoc");
+}
+
 // `raw` with the text of the page's own entities in their place.
 std::string expanded(std::string_view raw, const Entities& entities)
 {
@@ -90,6 +96,7 @@ void PageReader::read(std::string_view source, PageFormat format)
     m_references.clear();
     m_anchors.clear();
     m_decoded.clear();
+    m_code.clear();
     m_base.reset();
     m_entities.clear();
     m_expandedSize = 0;
@@ -113,7 +120,12 @@ void PageReader::read(std::string_view source, PageFormat format)
             addCss(css, styleBegin);
         styleBegin = std::string_view::npos;
     };
+    std::size_t scriptBegin = std::string_view::npos;
     while (scanner.next(token)) {
+        if (scriptBegin != std::string_view::npos) {
+            m_code.push_back(m_source.substr(scriptBegin, token.begin - scriptBegin));
+            scriptBegin = std::string_view::npos;
+        }
         const bool isStyle = token.name.size() == 5 && equalIgnoringAsciiCase(token.name, "style");
         if (token.kind == HtmlTokenKind::StartTag) {
             isInProlog = false;
@@ -121,6 +133,11 @@ void PageReader::read(std::string_view source, PageFormat format)
                 readTag(token);
             if (isStyle && styleBegin == std::string_view::npos)
                 styleBegin = token.end;
+            else if (token.name.size() == 6 && equalIgnoringAsciiCase(token.name, "script"))
+                scriptBegin = token.end;
+        } else if (token.kind == HtmlTokenKind::Comment &&
+                   (token.content.starts_with('#') || token.content.starts_with('['))) {
+            m_code.push_back(token.content);
         } else if (token.kind == HtmlTokenKind::EndTag && isStyle) {
             closeStyle(token.begin);
         } else if (isInProlog && token.kind == HtmlTokenKind::Doctype) {
@@ -212,6 +229,8 @@ void PageReader::readAttribute(const HtmlToken& tag, const HtmlAttribute& attrib
             m_anchors.push_back(m_decoded.emplace_back('\1' + std::string(decoded(attribute.value))));
         return;
     }
+    if (isCode(attribute.name))
+        m_code.push_back(decoded(attribute.value));
     const std::optional<PlaceAndSyntax> found = linkPlaceOf(tag.name, attribute.name);
     if (found && attribute.quotes != Quotes::NoValue && !isRepeated(tag, attribute))
         readValue(attribute, found->place, found->syntax);

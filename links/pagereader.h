@@ -48,6 +48,9 @@ public:
     [[nodiscard]] const std::vector<LinkReference>& references() const { return m_references; }
     /// The ids and anchor names of the page, decoded, where fragments lead; those of maps begin with "\1".
     [[nodiscard]] const std::vector<std::string_view>& anchors() const { return m_anchors; }
+    /// What may name files without being an address: scripts, event handlers, data attributes, the sources of frames,
+    /// server-side includes and conditional comments.
+    [[nodiscard]] const std::vector<std::string_view>& code() const { return m_code; }
     /// The address of the page's first base element that has one, decoded; empty without.
     [[nodiscard]] std::string_view base() const { return m_base ? m_base->value : std::string_view(); }
     /// Where it is written; nothing without one. It is not among the references.
@@ -68,6 +71,7 @@ private:
     std::string_view m_source;
     std::vector<LinkReference> m_references;
     std::vector<std::string_view> m_anchors;
+    std::vector<std::string_view> m_code;
     std::optional<LinkReference> m_base;
     std::deque<std::string> m_decoded;
     std::vector<std::pair<std::string_view, std::string_view>> m_entities; // that the page declares

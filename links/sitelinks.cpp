@@ -6,6 +6,7 @@
 #include "base/pathbelow.h"
 #include "base/usertext.h"
 #include "links/linkjudge.h"
+#include "links/mentionednames.h"
 #include "links/namesearch.h"
 #include "links/percentencoding.h"
 #include "links/targetreader.h"
@@ -369,10 +370,15 @@ Result<bool> SiteLinks::findTo(const fs::path& target, const WebRules& rules, co
     const auto mayLead = [&wanted](const KeptPage& page) {
         return std::any_of(wanted.begin(), wanted.end(), [&page](Id file) { return page.leadsTo(file); });
     };
+    const std::uint64_t wantedName = mentionedName(tree.name(id));
+    const auto mentions = [wantedName](const KeptPage& page) {
+        return page.digest &&
+               std::binary_search(page.digest->mentioned.begin(), page.digest->mentioned.end(), wantedName);
+    };
     std::vector<Id> files;
     for (const Id file : tree.files()) {
         const KeptPage* const page = m_pages.find(file);
-        if ((page && mayLead(*page)) || mentionsFiles(tree.name(file)))
+        if ((page && (mayLead(*page) || mentions(*page))) || mentionsFiles(tree.name(file)))
             files.push_back(file);
     }
     const NameSearch name({target.filename().native()});
@@ -382,7 +388,11 @@ Result<bool> SiteLinks::findTo(const fs::path& target, const WebRules& rules, co
     for (std::size_t worker = 0; worker < Work::workerCount(); ++worker) {
         LinkJudge& judge = judges.emplace_back(m_pages.judgedSite(), false);
         readers.emplace_back(
-            tree, id, name, [this, &judge](Id page) { return m_pages.allLinks(*m_pages.find(page), judge); });
+            tree, id, name, [this, &judge](Id page) { return m_pages.allLinks(*m_pages.find(page), judge); },
+            [this](Id page) {
+                const std::optional<PageDigest>& digest = m_pages.find(page)->digest;
+                return digest ? digest->mentioned : std::vector<std::uint64_t>();
+            });
     }
     return Work(files.size(), stillWanted)
         .run([&](std::size_t index, std::size_t worker) { return readers[worker].read(files[index]); },
@@ -405,6 +415,8 @@ Result<bool> SiteLinks::findUnlinked(const WebRules& rules, std::string_view exc
         return done;
     UnlinkedFiles unlinked(m_pages.tree(), m_pages.judgedSite().paths(), rules, excludedFolders, callbacks);
     for (const KeptPage& page : m_pages.pages()) {
+        if (page.digest)
+            unlinked.addMentioned(page.digest->mentioned);
         for (const std::uint32_t target : page.targets) {
             // A page is not in use because it refers to itself.
             if (target / 2 != page.id)

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/targetreader.h"
 
+#include "links/mentionednames.h"
 #include "links/webrules.h"
+
+#include <algorithm>
 
 namespace luma {
 
@@ -15,6 +18,9 @@ std::optional<WebPage> TargetReader::read(Id file)
         });
         if (!page.links.empty())
             return page;
+        const std::vector<std::uint64_t> mentioned = m_mentionedBy(file);
+        if (std::binary_search(mentioned.begin(), mentioned.end(), mentionedName(m_tree->name(m_target))))
+            return WebPage{m_tree->subpath(file), {}, {}};
     }
     if (!mentionsFiles(name) || file == m_target)
         return std::nullopt;

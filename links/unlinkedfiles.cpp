@@ -3,6 +3,7 @@
 
 #include "base/ascii.h"
 #include "links/excludedfolders.h"
+#include "links/mentionednames.h"
 #include "links/namedfiles.h"
 
 #include <algorithm>
@@ -67,6 +68,10 @@ bool UnlinkedFiles::finish()
 // Looks in each script, data file and text for the names of all files that are still unlinked.
 bool UnlinkedFiles::searchTexts()
 {
+    for (const Id file : m_candidates) {
+        if (!m_mentioned.empty() && m_mentioned.contains(mentionedName(m_tree.name(file))))
+            setLinked(file);
+    }
     markTargetsOfLinks();
     std::vector<Id> wanted;
     std::copy_if(m_candidates.begin(), m_candidates.end(), std::back_inserter(wanted),

@@ -7,8 +7,10 @@
 #include "links/webrules.h"
 
 #include <atomic>
+#include <cstdint>
 #include <memory>
 #include <string_view>
+#include <unordered_set>
 #include <vector>
 
 namespace luma {
@@ -26,6 +28,11 @@ public:
 
     /// A page links to the file; any thread.
     void setLinked(Id file) { m_linked[file].store(true, std::memory_order_relaxed); }
+    /// A page mentions files with these names beside its links; one thread at a time.
+    void addMentioned(const std::vector<std::uint64_t>& names)
+    {
+        m_mentioned.insert(names.begin(), names.end());
+    }
     /// Looks for the other files' names in scripts, data and texts and delivers the rows. False when it was stopped.
     bool finish();
 
@@ -38,7 +45,8 @@ private:
     const SitePaths& m_paths;
     const UnlinkedItemsCallbacks& m_callbacks;
     std::unique_ptr<std::atomic<bool>[]> m_linked; // by Id
-    std::vector<Id> m_candidates;                  // files that the report may list
+    std::unordered_set<std::uint64_t> m_mentioned;
+    std::vector<Id> m_candidates; // files that the report may list
 };
 
 } // namespace luma

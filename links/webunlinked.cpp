@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/orderedwork.h"
 #include "links/browserreports.h"
+#include "links/mentionednames.h"
 #include "links/seenaddresses.h"
 #include "links/unlinkedfiles.h"
 
@@ -21,10 +22,11 @@ public:
         : m_tree(&tree), m_addresses(&addresses), m_paths(&paths), m_unlinked(&unlinked)
     {}
 
-    bool read(Id id)
+    // The names that the page mentions beside its links.
+    std::vector<std::uint64_t> read(Id id)
     {
         if (!m_reader.read(m_tree->path(id)))
-            return false;
+            return {};
         const SiteAddresses::Page page = m_addresses->page(m_tree->subpath(id), m_reader.page().base());
         for (const LinkReference& reference : m_reader.page().references()) {
             const std::uint64_t key = SeenAddresses::keyOf(reference.value, m_tree->parent(id));
@@ -41,7 +43,7 @@ public:
             if (!page.hasBase)
                 m_linked.insert(key);
         }
-        return true;
+        return mentionedNames(m_reader, m_tree->name(id));
     }
 
 private:
@@ -58,13 +60,14 @@ bool readPages(const SiteTree& tree, const SitePaths& paths, const WebRules& rul
 {
     const SiteAddresses addresses(rules.webAddresses);
     const std::vector<Id> pages = tree.webPages();
-    using Work = OrderedWork<bool>;
+    using Work = OrderedWork<std::vector<std::uint64_t>>;
     std::vector<LinkedFileReader> readers;
     for (std::size_t worker = 0; worker < Work::workerCount(); ++worker)
         readers.emplace_back(tree, addresses, paths, unlinked);
     return Work(pages.size(), callbacks.stillWanted)
         .run([&](std::size_t i, std::size_t worker) { return readers[worker].read(pages[i]); },
-             [&](std::size_t i, bool) {
+             [&](std::size_t i, const std::vector<std::uint64_t>& mentioned) {
+                 unlinked.addMentioned(mentioned);
                  if (callbacks.examining)
                      callbacks.examining(tree.subpath(pages[i]));
              });

@@ -49,8 +49,9 @@ ExitCode run(const std::vector<std::string>& arguments)
 
 constexpr std::string_view help =
     "FILE is a subpath of SITE, or any other path to the file or folder. A page or\n"
-    "style sheet refers to it by a link as a browser reads it, a script, data file or\n"
-    "text by containing its name. Prints one subpath a line.\n"
+    "style sheet refers to it by a link as a browser reads it, or a page by its name in\n"
+    "scripts, data attributes or server code, a script, data file or text by containing\n"
+    "its name. Prints one subpath a line.\n"
     "\n"
     "  -0                   a NUL byte after each subpath instead of a line feed\n"
     "\n"

@@ -51,9 +51,10 @@ ExitCode run(const std::vector<std::string>& arguments)
 constexpr std::string_view help =
     "Prints one subpath a line. A file is linked if another page or style sheet leads\n"
     "to it as a browser reads links, or if a script, data file or text contains its\n"
-    "name. Hidden files are left out, and at the top of SITE what is asked for without\n"
-    "a link: index pages, robots.txt, favicon.ico, sitemap.xml and the like. So are\n"
-    "the items kept in LUMA if SITE is the name of a site in its list.\n"
+    "name, or the scripts, data attributes or server code of another page do. Hidden\n"
+    "files are left out, and at the top of SITE what is asked for without a link:\n"
+    "index pages, robots.txt, favicon.ico, sitemap.xml and the like. So are the items\n"
+    "kept in LUMA if SITE is the name of a site in its list.\n"
     "\n"
     "  --except \"a, b\"      leave out the files below the folders a and b of SITE; the\n"
     "                       names are regular expressions, letter case ignored. Links\n"

@@ -188,6 +188,7 @@ private slots:
         const quint32 seed = 1;
         const Site site;
         HostileSite(seed).fill(site);
+        site.put("mention.html", "<script>'X.png', 'index.html', 'a/page1.html'</script><p data-x=x.png>");
         if (hasLinks) {
             fs::create_directory_symlink("a", site.at("alias"));
             fs::create_symlink("a/index.html", site.at("one.html"));
