@@ -29,7 +29,7 @@ string(JOIN ", " CPACK_DEBIAN_PACKAGE_DEPENDS
   expect openssh-client php-cli procps rsync shared-mime-info zsh)
 string(JOIN ", " CPACK_DEBIAN_PACKAGE_RECOMMENDS
   breeze-icon-theme curl "default-dbus-session-bus | dbus-session-bus" fuse3 gvfs gvfs-backends gvfs-fuse
-  qt6-translations-l10n)
+  qt6-translations-l10n qt6-webengine-dev-tools)
 
 # What Debian's policy asks of every package is done to the installed tree before it is packed.
 set(LUMA_DEBIAN_FILES ${CMAKE_SOURCE_DIR}/packaging/debian)

@@ -19,6 +19,7 @@
 #include "editor/pageedits.h"
 #include "editor/pagefollower.h"
 #include "editor/pagesaver.h"
+#include "editor/pagespelling.h"
 #include "editor/styleedits.h"
 #include "editor/stylerulespanel.h"
 #include "editor/stylerulesreader.h"
@@ -71,7 +72,7 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
     m_layout.emplace(
         *this, *m_ui->splitView, *m_ui->sideView,
         PageLayout::Sides{m_ui->outlineAction, m_ui->attributesAction, m_ui->rulesAction, m_ui->stylesAction},
-        *m_ui->allNodesAction);
+        PageLayout::Switches{m_ui->allNodesAction, m_ui->spellCheckAction});
     WindowRegistry::instance().add(this);
     WindowRegistry::instance().fill(m_ui->windowsMenu);
     updateWindow();
@@ -107,6 +108,9 @@ void HTMLDocument::createRendering()
                               m_ui->outlineFindPreviousButton, m_ui->outlineFindNextButton,
                               m_ui->outlineFindCloseButton},
                              *m_outline, m_tree, *m_selection, *m_viewController, this);
+    m_spelling =
+        new PageSpelling(m_viewController->webView()->spellCheck(), m_tree, *m_ui->spellCheckAction, *this);
+    connect(m_spelling, &PageSpelling::failed, this, [this](const QString& reason) { tell(reason); });
     m_hidden = new HiddenElements(*m_outline, *m_selection, *m_viewController, this);
     connect(m_find, &OutlineFind::closed, view, qOverload<>(&QWidget::setFocus));
 }
@@ -567,6 +571,7 @@ void HTMLDocument::noteReturn()
     checkFile();
     updateWindow();
     m_check->noteChange();
+    m_spelling->update();
 }
 
 void HTMLDocument::openWith(const QString& program, const QString& mimeType)

@@ -39,6 +39,7 @@ class OutlineSelection;
 class PageEdits;
 class PageFollower;
 class PageSaver;
+class PageSpelling;
 class StyleRulesPanel;
 class StyleSheetEditor;
 class TableSheet;
@@ -201,6 +202,7 @@ private:
     OutlineSelection* m_selection = nullptr;
     OutlineFind* m_find = nullptr;
     HiddenElements* m_hidden = nullptr;
+    PageSpelling* m_spelling = nullptr;
     CheckPanel* m_check = nullptr;
     LinkRulesOf m_linkRules;
     PageEdits* m_edits = nullptr;

@@ -24,8 +24,8 @@ constexpr int widthWithRules = 340;
 } // namespace
 
 PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView, QSplitter& sideView, const Sides& sides,
-                       QAction& allNodes)
-    : m_window(window), m_splitView(splitView), m_sideView(sideView), m_sides(sides), m_allNodes(allNodes)
+                       const Switches& switches)
+    : m_window(window), m_splitView(splitView), m_sideView(sideView), m_sides(sides), m_switches(switches)
 {
     for (const int side : {0, 2}) {
         splitView.widget(side)->setMinimumWidth(narrowestSide);
@@ -78,7 +78,8 @@ QByteArray PageLayout::state() const
     QDataStream stream(&state, QIODevice::WriteOnly);
     stream << m_window.saveGeometry() << m_splitView.saveState() << m_sides.outline->isChecked()
            << m_sides.styles->isChecked() << m_sides.attributes->isChecked() << m_sideView.saveState()
-           << m_allNodes.isChecked() << m_sides.rules->isChecked();
+           << m_switches.allNodes->isChecked() << m_sides.rules->isChecked()
+           << m_switches.spelling->isChecked();
     return state;
 }
 
@@ -102,6 +103,9 @@ void PageLayout::restore(const QByteArray& state)
     bool showsRules = false;
     if (!isOf10 && !isOfTwoParts)
         stream >> showsRules;
+    bool checksSpelling = false;
+    if (!stream.atEnd())
+        stream >> checksSpelling;
     if (stream.status() != QDataStream::Ok)
         return;
     m_sides.rules->setChecked(showsRules);
@@ -114,8 +118,10 @@ void PageLayout::restore(const QByteArray& state)
     m_sides.outline->setChecked(showsOutline);
     m_sides.styles->setChecked(showsStyles);
     m_sides.attributes->setChecked(showsAttributes);
-    if (showsAllNodes != m_allNodes.isChecked())
-        m_allNodes.trigger();
+    if (showsAllNodes != m_switches.allNodes->isChecked())
+        m_switches.allNodes->trigger();
+    if (checksSpelling != m_switches.spelling->isChecked())
+        m_switches.spelling->trigger();
 }
 
 void PageLayout::fitTo(int pageWidth)

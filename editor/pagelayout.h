@@ -23,9 +23,15 @@ public:
         QAction* rules;
         QAction* styles;
     };
-    /// Sets the parts' limits and initial sizes. Whether `allNodes` is checked is kept with the sizes. Widgets and actions must outlive this object.
+    struct Switches
+    {
+        QAction* allNodes;
+        QAction* spelling;
+    };
+    /// Sets the parts' limits and initial sizes. Whether the switches are checked is kept with the sizes. Widgets and
+    /// actions must outlive this object.
     PageLayout(QMainWindow& window, QSplitter& splitView, QSplitter& sideView, const Sides& sides,
-               QAction& allNodes);
+               const Switches& switches);
 
     /// Widens the sides where a large font needs more than their limits; once the texts are set.
     void makeRoomForTexts();
@@ -44,7 +50,7 @@ private:
     QSplitter& m_splitView;
     QSplitter& m_sideView;
     Sides m_sides;
-    QAction& m_allNodes;
+    Switches m_switches;
     bool m_wasFitted = false;
 };
 

@@ -60,6 +60,7 @@ std::shared_ptr<EditorProfile> EditorProfile::shared()
     static std::weak_ptr<EditorProfile> current;
     auto profile = current.lock();
     if (!profile) {
+        SpellCheck::preparePath();
         profile = std::make_shared<EditorProfile>();
         current = profile;
     }

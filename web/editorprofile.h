@@ -2,6 +2,7 @@
 #pragma once
 
 #include "web/siteschemehandler.h"
+#include "web/spellcheck.h"
 
 #include <QWebEngineProfile>
 #include <QWebEngineUrlRequestInterceptor>
@@ -23,6 +24,7 @@ public:
     ~EditorProfile() override;
 
     [[nodiscard]] SiteSchemeHandler& files() { return m_files; }
+    [[nodiscard]] SpellCheck& spellCheck() { return m_spellCheck; }
 
     /// A host name not used before in this process.
     static QString newHost();
@@ -31,6 +33,7 @@ private:
     void switchOffFeatures();
 
     SiteSchemeHandler m_files;
+    SpellCheck m_spellCheck{*this};
     std::unique_ptr<QWebEngineUrlRequestInterceptor> m_filter;
 };
 

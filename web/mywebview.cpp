@@ -10,6 +10,7 @@
 #include <QKeyEvent>
 #include <QMenu>
 #include <QMimeData>
+#include <QWebEngineContextMenuRequest>
 
 #include <algorithm>
 
@@ -173,6 +174,7 @@ void MyWebView::openMenu(const QPoint& where)
     auto* menu = new QMenu(this);
     menu->setObjectName(QStringLiteral("webViewMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
+    addSuggestions(*menu);
     menu->addAction(tr("Inspect Element"), this, &MyWebView::inspectElementRequested);
     if (m_fontSubMenu) {
         m_fontSubMenu->setTitle(tr("Text Style"));
@@ -183,6 +185,21 @@ void MyWebView::openMenu(const QPoint& where)
         menu->addMenu(m_justificationSubMenu);
     }
     menu->popup(where);
+}
+
+// For the misspelled word that was clicked; there is none if spelling isn't checked.
+void MyWebView::addSuggestions(QMenu& menu)
+{
+    const QWebEngineContextMenuRequest* const request = lastContextMenuRequest();
+    if (!request || request->misspelledWord().isEmpty())
+        return;
+    const QStringList words = request->spellCheckerSuggestions();
+    for (const QString& word : words)
+        menu.addAction(QString(word).replace(u'&', QStringLiteral("&&")), m_page.get(),
+                       [page = m_page.get(), word] { page->replaceMisspelledWord(word); });
+    if (words.isEmpty())
+        menu.addAction(tr("No Suggestions"))->setEnabled(false);
+    menu.addSeparator();
 }
 
 void MyWebView::dragEnterEvent(QDragEnterEvent* event)

@@ -44,6 +44,8 @@ public:
     /// The submenus of the context menu; the caller keeps them.
     void setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu);
 
+    [[nodiscard]] SpellCheck& spellCheck() { return m_profile->spellCheck(); }
+
     /// Checks the items of both submenus that have one of the titles (English), and no others.
     void showFormats(const QStringList& titles);
 
@@ -71,6 +73,7 @@ private:
     bool takeTabKey(const QKeyEvent& key);
     bool takeUndoKey(QKeyEvent& key);
     void openMenu(const QPoint& where);
+    void addSuggestions(QMenu& menu);
 
     std::shared_ptr<EditorProfile> m_profile;
     std::unique_ptr<EditorPage> m_page;

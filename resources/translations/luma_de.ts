@@ -736,6 +736,14 @@
         <source>Show the style rules that apply to the selected element, and its computed values</source>
         <translation>Zeigt die Stilregeln, die für das ausgewählte Element gelten, und seine berechneten Werte</translation>
     </message>
+    <message>
+        <source>Check S&amp;pelling</source>
+        <translation>Rechtschreibung &amp;prüfen</translation>
+    </message>
+    <message>
+        <source>Mark misspelled words, with the desktop&apos;s dictionaries for the language of the page</source>
+        <translation>Markiert falsch geschriebene Wörter, mit den Wörterbüchern des Desktops für die Sprache der Seite</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -3795,6 +3803,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>Text Justification</source>
         <translation>Textausrichtung</translation>
     </message>
+    <message>
+        <source>No Suggestions</source>
+        <translation>Keine Vorschläge</translation>
+    </message>
 </context>
 <context>
     <name>luma::NewSiteAssistant</name>
@@ -4131,6 +4143,17 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>New Page From</source>
         <translation>Neue Seite aus</translation>
+    </message>
+</context>
+<context>
+    <name>luma::PageSpelling</name>
+    <message>
+        <source>No spelling dictionary is installed for: %1</source>
+        <translation>Es ist kein Rechtschreibwörterbuch installiert für: %1</translation>
+    </message>
+    <message>
+        <source>To check the spelling, install the package qt6-webengine-dev-tools.</source>
+        <translation>Installieren Sie das Paket qt6-webengine-dev-tools, um die Rechtschreibung zu prüfen.</translation>
     </message>
 </context>
 <context>

@@ -383,7 +383,7 @@ private slots:
         QVERIFY(the<QWidget>("stylePane")->isVisible());
         QVERIFY(the<QWidget>("attributesPane")->isVisible());
         QVERIFY(outline()->width() >= 179);
-        window->restoreLayoutState(alone.chopped(3));
+        window->restoreLayoutState(alone.chopped(4));
         QVERIFY(outline()->isVisible());
     }
 
@@ -419,7 +419,7 @@ private slots:
             if (!action->isEnabled())
                 found.append(action->objectName().chopped(6));
         }
-        QCOMPARE(count, 62);
+        QCOMPARE(count, 63);
         QStringList expected = off.split(u' ', Qt::SkipEmptyParts);
         found.sort();
         expected.sort();

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QObject>
+#include <QStringList>
+
+class QAction;
+class QWidget;
+
+namespace luma {
+
+class PageTree;
+class SpellCheck;
+
+/// Switches the spell check on and off, and tells it the languages of the page whose window is active. It is one for all
+/// windows, so their actions are in step. Main thread.
+class PageSpelling final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// All of them outlive it; the action is checkable.
+    PageSpelling(SpellCheck& check, const PageTree& tree, QAction& action, QWidget& window);
+
+    /// The page has been read, or its window is active.
+    void update();
+
+signals:
+    /// Words can't be checked, for this reason.
+    void failed(const QString& reason);
+
+private:
+    void tellLanguages();
+    void tellMissing(const QStringList& languages);
+
+    SpellCheck& m_check;
+    const PageTree& m_tree;
+    QWidget& m_window;
+    QStringList m_told; // the page's languages
+};
+
+} // namespace luma
