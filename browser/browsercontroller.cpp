@@ -55,7 +55,7 @@ BrowserController::BrowserController(const QString& caption, std::shared_ptr<Obs
     connectBrowser();
     connectMenu();
     connect(m_fileJobs, &FileJobs::runningChanged, this, &BrowserController::showBusy);
-    connect(m_fileJobs, &FileJobs::changed, this, &BrowserController::refreshLater);
+    connect(m_fileJobs, &FileJobs::changed, this, &BrowserController::showChanged);
     connect(m_fileJobs, &FileJobs::folderCreated, this, &BrowserController::nameNewFolder);
     // After the selection that a job causes, which shows its path in the same line.
     connect(m_fileJobs, &FileJobs::failed, this, &BrowserController::showProblem, Qt::QueuedConnection);
@@ -511,6 +511,16 @@ void BrowserController::startFindUnlinkedItems()
 void BrowserController::stopFindUnlinkedItems()
 {
     m_links->stopUnlinkedItems();
+}
+
+// Where what was selected has gone, its neighbour is selected.
+void BrowserController::showChanged(const Paths& select)
+{
+    const QModelIndex beside = browser().itemBesideSelection();
+    if (select.empty() && beside.isValid())
+        goOnAfterDeletion(pathOf(beside));
+    else
+        refreshLater(select);
 }
 
 void BrowserController::refreshLater(const Paths& select)

@@ -146,6 +146,7 @@ private:
     void doBrowserClick();
     /// Shows why something failed until another item is current: a refresh leaves it.
     void showProblem(const QString& reason);
+    void showChanged(const Paths& select);
     void refreshLater(const Paths& select);
     void nameNewFolder(const std::filesystem::path& folder);
     void goOnAfterDeletion(const std::filesystem::path& next);

@@ -277,6 +277,12 @@ void MoveRun::undo(const WebRules& rules, const QString& title)
         end({.how = How::Failed, .status = tr("Not done: %1").arg(displayText(opened.error().text))});
         return;
     }
+    if (!m_moves->undoTitle()) {
+        const QString text = tr("There is nothing to take back.");
+        m_log->addText(text.toStdString());
+        end({.status = text});
+        return;
+    }
     const MoveReport report = m_moves->undo(rules);
     if (report.isDone)
         m_log->addText(tr("Took back: %1").arg(displayText(report.title)).toStdString() + "\n\n");

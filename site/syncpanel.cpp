@@ -8,6 +8,7 @@
 #include <QLocale>
 #include <QMenu>
 #include <QMessageBox>
+#include <QScreen>
 #include <QTableView>
 
 #include <algorithm>
@@ -79,6 +80,9 @@ void SyncPanel::sync(Direction direction, const std::vector<std::string>& only)
     m_ui->uploadDownloadPopupButton->setCurrentIndex(itemOf(direction));
     m_isOpening = true;
     reloadSyncArray();
+    // Its buttons are at its end.
+    if (!isVisible())
+        resize(size().boundedTo(screen()->availableSize() * 0.95));
     open();
     focusTable();
 }

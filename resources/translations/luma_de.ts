@@ -1328,6 +1328,10 @@
         <source>Everything is as it was before.</source>
         <translation>Alles ist, wie es vorher war.</translation>
     </message>
+    <message>
+        <source>There is nothing to take back.</source>
+        <translation>Es gibt nichts rückgängig zu machen.</translation>
+    </message>
 </context>
 <context>
     <name>NewSiteAssistant</name>

@@ -206,6 +206,11 @@ private slots:
         click(site, "browserList0", "index.html");
         QCOMPARE(site.text("fullPathToSelectedItem"), "Relative Path: index.html");
         fs::remove_all(site.at("css/fonts"));
+        // What was selected is gone; its neighbour is selected.
+        site.pane->newFolder();
+        QTRY_COMPARE(selectedName(site), QStringLiteral("untitled folder"));
+        undo.back()();
+        QTRY_COMPARE(selectedName(site), QStringLiteral("index.html"));
         QCOMPARE(site.folder.listing(), before);
     }
 
