@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/browserreports.h"
 
+#include "base/folderreader.h"
 #include "base/orderedwork.h"
 #include "base/pathbelow.h"
 #include "base/usertext.h"
@@ -61,12 +62,26 @@ Result<bool> checkWebLinks(const fs::path& site, const WebRules& rules, Findings
     std::vector<BrowserChecker> checkers;
     for (std::size_t worker = 0; worker < Work::workerCount(); ++worker)
         checkers.emplace_back(shared, kept);
-    return Work(pages.size(), stillWanted)
-        .run([&](std::size_t index, std::size_t worker) { return checkers[worker].check(pages[index]); },
-             [&](std::size_t, const WebPage& found) {
-                 if (kept == FindingsKept::All || !found.links.empty() || !found.unreadable.empty())
-                     page(found);
-             });
+    const bool done =
+        Work(pages.size(), stillWanted)
+            .run([&](std::size_t index, std::size_t worker) { return checkers[worker].check(pages[index]); },
+                 [&](std::size_t, const WebPage& found) {
+                     if (kept == FindingsKept::All || !found.links.empty() || !found.unreadable.empty())
+                         page(found);
+                 });
+    if (done)
+        tellUnreadableFolders(*tree, page);
+    return done;
+}
+
+void tellUnreadableFolders(const SiteTree& tree, const WebPageSink& page)
+{
+    for (Id id = 1; id < tree.size(); ++id) {
+        if (tree.type(id) != SiteTree::Type::UnreadableFolder)
+            continue;
+        if (const auto opened = FolderReader::open(tree.path(id)); !opened)
+            page({tree.subpath(id), opened.error().text, {}});
+    }
 }
 
 Result<WebPage> checkWebPage(const fs::path& site, const fs::path& page, const WebRules& rules)

@@ -19,9 +19,12 @@ namespace luma {
 using WebPageSink = std::function<void(const WebPage& page)>;
 
 /// The links of every page and style sheet of the site; with FindingsKept::Missing only missing ones, and only pages
-/// that have one or can't be read.
+/// that have one or can't be read. Last come the folders that can't be read.
 Result<bool> checkWebLinks(const std::filesystem::path& site, const WebRules& rules, FindingsKept kept,
                            const WebPageSink& page, const StillWanted& stillWanted = {});
+
+/// Each folder of the site that can't be read as a page that can't.
+void tellUnreadableFolders(const SiteTree& tree, const WebPageSink& page);
 
 /// The links of one page or style sheet of the site. Without a site the whole disk is taken for one, as a browser does
 /// that shows the file itself; "#name" is then not checked. Error: the site or the page can't be

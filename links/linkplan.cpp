@@ -6,6 +6,7 @@
 #include "base/orderedwork.h"
 #include "base/pathbelow.h"
 #include "base/usertext.h"
+#include "links/browserreports.h"
 #include "links/hardlinkplan.h"
 #include "links/movedlinks.h"
 #include "links/namespellings.h"
@@ -227,7 +228,8 @@ PageResult planned(const Candidate& candidate, PagePlanner& planner, const NameS
     result.edits.modified = modificationOf(candidate.file);
     const auto bytes = planner.read(candidate.file);
     if (!bytes) {
-        if (candidate.isMoved)
+        // A page that is gone by now has no links.
+        if (candidate.isMoved || bytes.error().code == std::errc::permission_denied)
             result.problem = bytes.error().text;
         return result;
     }
@@ -339,6 +341,15 @@ Result<void> addCandidates(Candidates& candidates, const MoveRequest& request, c
     return {};
 }
 
+// Links in them stay as they are.
+void noteUnreadableFolders(LinkPlan& plan, const SiteTree& tree)
+{
+    tellUnreadableFolders(tree, [&](const WebPage& folder) {
+        plan.problems.push_back(
+            {MoveProblem::Kind::NotRewritten, plan.request.site / folder.path, folder.unreadable});
+    });
+}
+
 // Links to items that leave their site will lead nowhere.
 Result<void> noteLostLinks(LinkPlan& plan, const StillWanted& stillWanted)
 {
@@ -432,6 +443,8 @@ Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWa
         return added.error();
     if (auto planned = planPages(plan, candidates.take(), stillWanted); !planned)
         return planned.error();
+    if (plan.links->tree() && request.operation == MoveOperation::Move)
+        noteUnreadableFolders(plan, *plan.links->tree());
     plan.symlinks = planSymlinks(plan.request, *plan.links);
     planHardLinks(plan);
     return plan;

@@ -321,13 +321,16 @@ Result<bool> SiteLinks::findMissing(const WebRules& rules, const WebPageSink& si
         isDelivered = true;
         deliver(page);
     });
-    if (!done || !*done || isDelivered)
+    if (!done || !*done)
         return done;
     for (const KeptPage& page : m_pages.pages()) {
+        if (isDelivered)
+            break;
         if (!isWanted(stillWanted))
             return false;
         deliver(page);
     }
+    tellUnreadableFolders(m_pages.tree(), sink);
     return true;
 }
 

@@ -8,10 +8,12 @@
 #include <QtGlobal>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cerrno>
 #include <filesystem>
 #include <system_error>
 
@@ -210,8 +212,10 @@ SitePlace SitePaths::placeOnDisk(const LinkTarget& target) const
     const std::string& root = m_tree->rootPath();
     const std::string path = root + (root.ends_with('/') ? "" : "/") + target.path;
     struct stat status = {};
-    if (::stat(path.c_str(), &status) != 0)
-        return nearPathOnDisk(path, target.isFolderForm);
+    if (::stat(path.c_str(), &status) != 0) {
+        // Nobody knows what is in a folder that can't be searched.
+        return errno == EACCES ? SitePlace() : nearPathOnDisk(path, target.isFolderForm);
+    }
     if (!S_ISDIR(status.st_mode))
         return target.isFolderForm ? missing() : behindLinks(path);
     for (const std::string& name : m_indexNames) {
@@ -219,7 +223,7 @@ SitePlace SitePaths::placeOnDisk(const LinkTarget& target) const
         if (isFileOnDisk(index))
             return behindLinks(index);
     }
-    return missing(MissingReason::FolderWithoutIndex);
+    return ::access(path.c_str(), X_OK) == 0 ? missing(MissingReason::FolderWithoutIndex) : SitePlace();
 }
 
 // Where nothing is at `path`: a page whose extension may be left out, or a PHP file that takes the rest of the path.

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "links/browserreports.h"
+#include "links/linkplan.h"
 #include "links/linkreports.h"
 #include "links/linkupdatingmove.h"
 #include "links/rewritepage.h"
+#include "links/sitelinks.h"
 #include "links/unlinkeditems.h"
 #include "tests/support/registry.h"
 #include "tests/support/site.h"
@@ -28,6 +31,16 @@ std::string repeated(const char* text, qsizetype times)
 MoveOutcome movePicture(const Site& site)
 {
     return LinkUpdatingMove(site.root(), {}).run(MoveOperation::Move, {site.at("x.png")}, site.at("b"));
+}
+
+bool giveToOrdinaryUser(const Site& site)
+{
+    if (::getuid() != 0)
+        return true;
+    bool isDone = ::chown(site.root().c_str(), 65534, 65534) == 0;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(site.root()))
+        isDone = ::chown(entry.path().c_str(), 65534, 65534) == 0 && isDone;
+    return isDone;
 }
 
 // Runs `f` in a child process as an ordinary user and returns what it returns.
@@ -158,11 +171,7 @@ private slots:
                          {"o.html", "<img src=x.png>"},
                          {"r.html", "<img src=x.png>"},
                          {"f/o.html", "<img src=../x.png>"}});
-        if (::getuid() == 0) {
-            QCOMPARE(::chown(site.root().c_str(), 65534, 65534), 0);
-            for (const auto& entry : std::filesystem::recursive_directory_iterator(site.root()))
-                QCOMPARE(::chown(entry.path().c_str(), 65534, 65534), 0);
-        }
+        QVERIFY(giveToOrdinaryUser(site));
         std::filesystem::permissions(site.at("r.html"), std::filesystem::perms(0444));
         std::filesystem::permissions(site.at("f"), std::filesystem::perms(0555));
         const int problems = asOrdinaryUser([&] {
@@ -178,6 +187,36 @@ private slots:
         QCOMPARE(site.bytesOf("r.html"), std::string("<img src=x.png>"));
         QCOMPARE(site.bytesOf("f/o.html"), std::string("<img src=../x.png>"));
         QCOMPARE(site.contents().size(), std::size_t{5});
+    }
+
+    void unreadablePagesAndFolders_areNamed()
+    {
+        const Site site({{"x.png", ""},
+                         {"b/z", ""},
+                         {"o.html", "<img src=x.png><a href=f/o.html><a href=f/><a href=gone.html>"},
+                         {"r.html", "<img src=x.png>"},
+                         {"f/o.html", "<img src=../x.png>"}});
+        QVERIFY(giveToOrdinaryUser(site));
+        std::filesystem::permissions(site.at("r.html"), std::filesystem::perms(0));
+        std::filesystem::permissions(site.at("f"), std::filesystem::perms(0));
+        const int named = asOrdinaryUser([&] {
+            const auto plan = planMove(
+                {site.root(), {}, MoveOperation::Move, {{site.at("x.png"), site.at("b/x.png")}}, {}});
+            std::string found;
+            if (plan) {
+                for (const MoveProblem& problem : plan->problems)
+                    found += problem.path.filename().native() + ' ';
+            }
+            const auto sink = [&found](const WebPage& page) {
+                found += page.path + (page.unreadable.empty() ? "" : "!") +
+                         std::to_string(page.links.size()) + ' ';
+            };
+            (void)checkWebLinks(site.root(), {}, FindingsKept::Missing, sink);
+            (void)SiteLinks(site.root(), SiteLinks::Keeping::InMemory).findMissing({}, sink);
+            return found == "r.html f o.html1 r.html!0 f!0 o.html1 r.html!0 f!0 " ? 1 : 0;
+        });
+        std::filesystem::permissions(site.at("f"), std::filesystem::perms(0755));
+        QCOMPARE(named, 1);
     }
 
     void specialFiles_areNotOpened()
