@@ -111,14 +111,15 @@ std::optional<PagePlanner::Change> PagePlanner::changedPath(const LinkReference&
                                                             const SiteAddresses::Page& newPage) const
 {
     const std::size_t end = std::min(reference.value.find('?'), reference.value.find('#'));
-    if (end == 0 || end == std::string_view::npos || reference.syntax != LinkSyntax::Address ||
+    if (end == 0 || end == std::string_view::npos ||
         m_addresses->resolve(reference.value, oldPage).kind != Kind::NotJudged)
         return std::nullopt;
     const std::string_view path = reference.value.substr(0, end);
     const auto value = changed(path, oldPage, newPage);
     const std::string_view raw = m_reader.text().substr(reference.begin, reference.end - reference.begin);
     const auto pathEnd = value ? endOfPath(raw, path) : std::nullopt;
-    if (!pathEnd)
+    const bool mayHoldEscapes = reference.syntax != LinkSyntax::Address;
+    if (!pathEnd || (mayHoldEscapes && pathEnd->raw != pathEnd->decoded))
         return std::nullopt;
     return Change{&reference, std::string(*value).append(reference.value.substr(end)), pathEnd};
 }

@@ -141,6 +141,18 @@ private slots:
                        "<a href='?<?= $v ?>'>"
                        "<a href=d/w%20x&period;php&quest;a&#35;<?= 1 ?>>"
                        "<a href='d/w%20x.php&#63;<?= '>' ?>'>"}});
+        row("server code behind the path in other places",
+            {{"i.png", ""},
+             {"o.html", "<img srcset='i.png?v={{ v }} 1x, i.png?<?= 1 ?> 2x'><p style='a:url(i.png?{{v}})'>"
+                        "<p style='a:url(&quot;i.png?{{v}}&quot;)'><style>a{b:url(i.png?<?= $v ?>)}"
+                        "c{d:url(\"i.png#{{v}}\")}e{f:url(i\\.png?{{v}})}</style>"
+                        "<meta http-equiv=refresh content='1;url=i.png?{{v}}'>"}},
+            {"i.png > n/a \"b.png"},
+            {{"o.html",
+              "<img srcset='n/a%20%22b.png?v={{ v }} 1x, n/a%20%22b.png?<?= 1 ?> 2x'>"
+              "<p style='a:url(n/a%20%22b.png?{{v}})'><p style='a:url(&quot;n/a%20%22b.png?{{v}}&quot;)'>"
+              "<style>a{b:url(n/a%20%22b.png?<?= $v ?>)}c{d:url(\"n/a%20%22b.png#{{v}}\")}"
+              "e{f:url(i\\.png?{{v}})}</style><meta http-equiv=refresh content='1;url=n/a%20%22b.png?{{v}}'>"}});
         row("server code and other encodings",
             {{"p.png", ""},
              {"o.php",
