@@ -4,13 +4,67 @@
 #include <QFontDatabase>
 #include <QPaintEvent>
 #include <QPainter>
+#include <QRegularExpression>
 #include <QTextBlock>
+
+#include <algorithm>
+#include <cmath>
 
 namespace luma {
 
 namespace {
 
-constexpr int gap = 6; // pixels beside a number
+constexpr int gap = 6;                  // pixels beside a number
+constexpr int farthestBracket = 20'000; // characters
+
+/// The place of the bracket that matches the one at `place`; -1 if there is none near by. Brackets in strings and comments
+/// count like others.
+int matchingBracket(const QTextDocument& text, int place)
+{
+    static const QString brackets = QStringLiteral("()[]{}");
+    const auto kind = brackets.indexOf(text.characterAt(place));
+    if (kind < 0)
+        return -1;
+    const bool isOpening = kind % 2 == 0;
+    const QChar own = brackets[kind];
+    const QChar other = brackets[isOpening ? kind + 1 : kind - 1];
+    int depth = 0;
+    for (int step = 0; step < farthestBracket; ++step) {
+        const int at = isOpening ? place + step : place - step;
+        if (at < 0 || at >= text.characterCount())
+            return -1;
+        const QChar character = text.characterAt(at);
+        depth += character == own ? 1 : character == other ? -1 : 0;
+        if (depth == 0)
+            return at;
+    }
+    return -1;
+}
+
+double channel(const QString& text, double whole)
+{
+    const bool isShare = text.endsWith(u'%');
+    const double value = isShare ? text.chopped(1).toDouble() / 100 : text.toDouble() / whole;
+    return std::clamp(value, 0.0, 1.0);
+}
+
+/// rgb() or hsl(), with commas or blanks (CSS Color 4).
+QColor colourOf(const QString& function, const QString& values)
+{
+    static const QRegularExpression between(QStringLiteral("[\\s,/]+"));
+    const QStringList parts = values.trimmed().split(between);
+    if (parts.size() < 3)
+        return {};
+    const double opacity = parts.size() > 3 ? channel(parts[3], 1) : 1;
+    if (function.startsWith(QLatin1String("rgb"), Qt::CaseInsensitive))
+        return QColor::fromRgbF(static_cast<float>(channel(parts[0], 255)),
+                                static_cast<float>(channel(parts[1], 255)),
+                                static_cast<float>(channel(parts[2], 255)), static_cast<float>(opacity));
+    const double turn = QString(parts[0]).remove(QStringLiteral("deg")).toDouble() / 360;
+    return QColor::fromHslF(static_cast<float>(turn - std::floor(turn)),
+                            static_cast<float>(channel(parts[1], 100)),
+                            static_cast<float>(channel(parts[2], 100)), static_cast<float>(opacity));
+}
 
 } // namespace
 
@@ -21,6 +75,7 @@ CodeEdit::CodeEdit(QWidget* parent) : QPlainTextEdit(parent), m_margin(new QWidg
     setTabChangesFocus(true);
     m_margin->installEventFilter(this);
     connect(this, &QPlainTextEdit::blockCountChanged, this, &CodeEdit::layOut);
+    connect(this, &QPlainTextEdit::cursorPositionChanged, this, &CodeEdit::markBrackets);
     connect(this, &QPlainTextEdit::updateRequest, m_margin, [this] { m_margin->update(); });
     layOut();
 }
@@ -36,10 +91,71 @@ void CodeEdit::setLineNumbers(bool shown)
     layOut();
 }
 
+void CodeEdit::setSwatches(bool shown)
+{
+    m_swatches = shown;
+    layOut();
+}
+
+int CodeEdit::swatchWidth() const
+{
+    return m_swatches ? fontMetrics().ascent() + gap : 0;
+}
+
 int CodeEdit::numberWidth() const
 {
     const auto digits = QString::number(blockCount()).size();
-    return m_lineNumbers ? 2 * gap + fontMetrics().horizontalAdvance(QString(digits, u'9')) : 0;
+    return m_lineNumbers ? 2 * gap + swatchWidth() + fontMetrics().horizontalAdvance(QString(digits, u'9'))
+                         : 0;
+}
+
+QColor CodeEdit::colourIn(const QString& line)
+{
+    static const QRegularExpression colour(
+        QStringLiteral(
+            "#([0-9a-f]{3,8})\\b(?!\\s*\\{)|\\b(rgba?|hsla?)\\(([^()]*)\\)|(?<![-\\w#.])([a-z]{3,})(?![-\\w(.])"),
+        QRegularExpression::CaseInsensitiveOption);
+    auto found = colour.globalMatch(line);
+    while (found.hasNext()) {
+        const QRegularExpressionMatch match = found.next();
+        QString digits = match.captured(1);
+        if (digits.size() == 4) // CSS has the opacity last, and Qt first
+            digits =
+                QString(2, digits[3]) + QString(2, digits[0]) + QString(2, digits[1]) + QString(2, digits[2]);
+        else if (digits.size() == 8)
+            digits = digits.right(2) + digits.left(6);
+        const bool isName = match.capturedStart(4) > line.indexOf(u':') && line.contains(u':');
+        const QColor named = !digits.isEmpty() ? QColor(u'#' + digits)
+                             : isName          ? QColor(match.captured(4))
+                                               : QColor();
+        const QColor counted =
+            match.captured(2).isEmpty() ? named : colourOf(match.captured(2), match.captured(3));
+        if (counted.isValid())
+            return counted;
+    }
+    return {};
+}
+
+void CodeEdit::markBrackets()
+{
+    QList<QTextEdit::ExtraSelection> marks;
+    const int cursor = textCursor().position();
+    for (const int place : {cursor, cursor - 1}) {
+        const int other = place < 0 ? -1 : matchingBracket(*document(), place);
+        if (other < 0)
+            continue;
+        for (const int at : {place, other}) {
+            QTextEdit::ExtraSelection mark;
+            mark.cursor = textCursor();
+            mark.cursor.setPosition(at);
+            mark.cursor.setPosition(at + 1, QTextCursor::KeepAnchor);
+            mark.format.setBackground(palette().color(QPalette::Midlight));
+            mark.format.setFontUnderline(true);
+            marks.append(mark);
+        }
+        break;
+    }
+    setExtraSelections(marks);
 }
 
 void CodeEdit::layOut()
@@ -72,6 +188,12 @@ void CodeEdit::paintNumbers(const QRect& area)
         const QRectF line = blockBoundingGeometry(block).translated(contentOffset());
         if (line.top() > area.bottom())
             break;
+        if (const QColor colour = m_swatches ? colourIn(block.text()) : QColor(); colour.isValid()) {
+            const int size = swatchWidth() - gap;
+            const QRectF swatch(gap / 2.0, line.top() + (fontMetrics().height() - size) / 2.0, size, size);
+            painter.fillRect(swatch, colour);
+            painter.drawRect(swatch);
+        }
         painter.drawText(QRectF(0, line.top(), m_margin->width() - gap, line.height()), Qt::AlignRight,
                          QString::number(block.blockNumber() + 1));
     }

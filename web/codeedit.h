@@ -5,11 +5,13 @@
 
 namespace luma {
 
-/// A text field for code: fixed pitch, no wrapping, line numbers unless switched off.
+/// A text field for code: fixed pitch, no wrapping, line numbers unless switched off, and the bracket that matches the one
+/// at the cursor is marked. If wanted, the margin shows the first colour that a line names.
 class CodeEdit final : public QPlainTextEdit
 {
     Q_OBJECT
     Q_PROPERTY(bool lineNumbers READ lineNumbers WRITE setLineNumbers)
+    Q_PROPERTY(bool swatches READ swatches WRITE setSwatches)
 
 public:
     explicit CodeEdit(QWidget* parent = nullptr);
@@ -20,6 +22,11 @@ public:
 
     [[nodiscard]] bool lineNumbers() const { return m_lineNumbers; }
     void setLineNumbers(bool shown);
+    [[nodiscard]] bool swatches() const { return m_swatches; }
+    void setSwatches(bool shown);
+
+    /// The first colour in a line of CSS: #rgb, rgb(), hsl() or a name behind a colon; invalid if there is none.
+    static QColor colourIn(const QString& line);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -29,9 +36,12 @@ private:
     void layOut();
     void paintNumbers(const QRect& area);
     [[nodiscard]] int numberWidth() const;
+    [[nodiscard]] int swatchWidth() const;
+    void markBrackets();
 
     QWidget* m_margin = nullptr;
     bool m_lineNumbers = true;
+    bool m_swatches = false;
 };
 
 } // namespace luma

@@ -28,29 +28,54 @@ function matchedRules(path) {
     if (!element)
         return { groups: [], sheets: [] };
     const { rules, sheets } = activeRules();
-    const groups = [groupOf(element, '', rules)];
-    const parts = new Set(rules.flatMap((each) => each.selectors.map((selector) => selector.part)).filter(Boolean));
-    for (const part of parts)
-        groups.push(groupOf(element, part, rules));
-    const inheriting = rules.filter(({ rule }) => Array.from(rule.style).some(isInherited));
-    for (let each = element.parentElement; each; each = each.parentElement)
-        groups.push(groupOf(each, '', inheriting));
-    return { groups: groups.filter((group) => !group.part || group.rules.length > 0), sheets };
+    const bundles = bundled(rules);
+    const own = rulesByPart(element, bundles);
+    const groups = Array.from(own, ([part, found]) => describedGroup(element, part, found));
+    for (let each = element.parentElement; each; each = each.parentElement) {
+        const found = rulesByPart(each, bundles).get('');
+        groups.push(describedGroup(each, '', found.filter(({ rule }) => Array.from(rule.style).some(isInherited))));
+    }
+    return { groups, sheets };
 }
 
 const isInherited = (name) => name.startsWith('--') || inheritedProperties.has(name);
 
-function groupOf(element, part, rules) {
-    const found = [];
-    for (const each of rules) {
-        const matching = each.selectors.filter((selector) => selector.part === part && fits(element, selector.base));
-        if (matching.length === 0)
-            continue;
-        const weight = matching.map(({ text }) => weightOf(text)).reduce((a, b) => isHeavier(a, b) ? a : b);
-        found.push({...each, weight });
+// Rules in bundles whose selectors are tried in one go: the engine reads a text of selectors once and keeps it, but not
+// thousands of them.
+function bundled(rules) {
+    const bundles = [];
+    for (let from = 0; from < rules.length; from += 64) {
+        const some = rules.slice(from, from + 64);
+        bundles.push({ rules: some, text: some.map(baseOf).join() });
     }
-    found.sort((a, b) => b.layer - a.layer || compareWeights(b.weight, a.weight) || b.order - a.order);
-    return { path: pathOfElement(element), part, name: element.localName, rules: found.map(describedRule) };
+    return bundles;
+}
+
+// What selects the elements, pseudo-elements left out.
+const baseOf = ({ rule: { selectorText } }) => selectorText.includes('::')
+    ? selectorsIn(selectorText).map(({ base }) => base).join() : selectorText;
+
+// The rules that match an element, for itself ('') and for its pseudo-elements, with their specificity.
+function rulesByPart(element, bundles) {
+    const parts = new Map([['', []]]);
+    for (const bundle of bundles.filter(({ text }) => fits(element, text, true)))
+        for (const each of bundle.rules.filter((one) => fits(element, baseOf(one))))
+            addByPart(element, each, parts);
+    return parts;
+}
+
+function addByPart(element, each, parts) {
+    const matching = selectorsIn(each.rule.selectorText).filter(({ base }) => fits(element, base));
+    for (const part of new Set(matching.map((selector) => selector.part))) {
+        const weight = matching.filter((selector) => selector.part === part).map(({ text }) => weightOf(text))
+            .reduce((a, b) => isHeavier(a, b) ? a : b);
+        parts.set(part, [...parts.get(part) || [], { ...each, weight }]);
+    }
+}
+
+function describedGroup(element, part, rules) {
+    rules.sort((a, b) => b.layer - a.layer || compareWeights(b.weight, a.weight) || b.order - a.order);
+    return { path: pathOfElement(element), part, name: element.localName, rules: rules.map(describedRule) };
 }
 
 const describedRule = ({ sheet, places, rule, conditions, layer, weight }) =>
@@ -60,11 +85,12 @@ const describedRule = ({ sheet, places, rule, conditions, layer, weight }) =>
 const writtenDeclarations = ({ style }) =>
     Array.from(style, (name) => [name, style.getPropertyValue(name), style.getPropertyPriority(name)]);
 
-function fits(element, selector) {
+// Scripts can't ask for selectors with a namespace.
+function fits(element, selector, ifUnknown = false) {
     try {
         return element.matches(selector);
     } catch {
-        return false;
+        return ifUnknown;
     }
 }
 
@@ -94,7 +120,7 @@ function walkRules(inside, rules, places, conditions, layer) {
         const here = [...places, [index, rules.length]];
         if (rule.selectorText && rule.style) {
             inside.walk.rules.push({ sheet: inside.sheet, places: here, rule, conditions, layer,
-                selectors: selectorsIn(rule.selectorText), order: inside.walk.rules.length });
+                order: inside.walk.rules.length });
         } else if (rule.nameList) {
             rule.nameList.forEach((name) => layerAt(layer, name));
         } else if (rule.styleSheet) {

@@ -3,6 +3,7 @@
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
+#include "web/codeedit.h"
 #include "web/codehighlighter.h"
 #include "web/linksheet.h"
 #include "web/scriptconsole.h"
@@ -46,6 +47,48 @@ private:
 
 private slots:
     void cleanup() { close(); }
+
+    void coloursOfASheet_areRead_data()
+    {
+        const test::Rows<QString, QString> row("line", "colour");
+        row("short", "a { color: #f80; }", "#ffff8800");
+        row("long", "color: #12AB34", "#ff12ab34");
+        row("with opacity", "color: #12ab3480", "#8012ab34");
+        row("short with opacity", "color:#f808", "#88ff8800");
+        row("function", "background: rgb(255, 128, 0) url(x.png)", "#ffff8000");
+        row("function with blanks", "color: rgb(100% 0% 0% / 50%)", "#80ff0000");
+        row("hue", "color: hsl(120deg, 100%, 50%)", "#ff00ff00");
+        row("name", "border: 1px solid tomato", "#ffff6347");
+        row("selector", "#fade {", "");
+        row("name of a class", ".red { margin: 0 }", "");
+        row("part of a name", "font-family: red-hat", "");
+    }
+    void coloursOfASheet_areRead()
+    {
+        QFETCH(QString, line);
+        const QColor found = CodeEdit::colourIn(line);
+        QTEST(found.isValid() ? found.name(QColor::HexArgb) : QString(), "colour");
+    }
+
+    void bracketsThatMatch_areMarked()
+    {
+        open("<head><style>a { b: c(d[e]) }</style></head><p>x</p>");
+        QPlainTextEdit& field = *cssField();
+        const auto marked = [&field](const QString& in) {
+            field.setPlainText(QString(in).remove(u'|'));
+            QTextCursor cursor = field.textCursor();
+            cursor.setPosition(static_cast<int>(in.indexOf(u'|')));
+            field.setTextCursor(cursor);
+            QStringList places;
+            for (const auto& mark : field.extraSelections())
+                places.append(QString::number(mark.cursor.anchor()));
+            return places.join(u' ');
+        };
+        QCOMPARE(marked(u"a |{ b: (c) }"_qs), "2 11");
+        QCOMPARE(marked(u"a { b: (c)| }"_qs), "9 7");
+        QCOMPARE(marked(u"a |{ b: (c)"_qs), "");
+        QCOMPARE(marked(u"a| { b }"_qs), "");
+    }
 
     void linkedSheet_isShownTidiedAndSaved()
     {
