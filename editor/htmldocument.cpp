@@ -8,6 +8,9 @@
 #include "desktop/windowregistry.h"
 #include "editor/attributespanel.h"
 #include "editor/checkpanel.h"
+#include "editor/elementhover.h"
+#include "editor/elementsheet.h"
+#include "editor/headingspanel.h"
 #include "editor/hiddenelements.h"
 #include "editor/markupsheet.h"
 #include "editor/metasheet.h"
@@ -54,6 +57,7 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
     createRendering();
     createEdits();
     createAttributes();
+    createHeadings();
     createStyleSheets();
     createStyleRules();
     createSaver();
@@ -64,10 +68,10 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
             return UnsavedPage{{}, m_store.hasFile() ? docURL() : fs::path(), m_store.markup()};
         },
         this);
-    m_actions =
-        new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_hidden, *m_check,
-                         *m_outline, *m_edits, *m_saver, *m_markupSheet, *m_tableSheet, *m_viewController},
-                        std::move(recentPages));
+    m_actions = new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_hidden, *m_check,
+                                 *m_outline, *m_edits, *m_saver, *m_headings, *m_markupSheet, *m_elementSheet,
+                                 *m_tableSheet, *m_viewController},
+                                std::move(recentPages));
     connectChanges();
     m_layout.emplace(
         *this, *m_ui->splitView, *m_ui->sideView,
@@ -112,6 +116,7 @@ void HTMLDocument::createRendering()
         new PageSpelling(m_viewController->webView()->spellCheck(), m_tree, *m_ui->spellCheckAction, *this);
     connect(m_spelling, &PageSpelling::failed, this, [this](const QString& reason) { tell(reason); });
     m_hidden = new HiddenElements(*m_outline, *m_selection, *m_viewController, this);
+    new ElementHover(*view, *m_outline, *m_viewController, this);
     connect(m_find, &OutlineFind::closed, view, qOverload<>(&QWidget::setFocus));
 }
 
@@ -123,12 +128,15 @@ void HTMLDocument::createEdits()
     connect(m_edits, &PageEdits::redone, this, [this] { refresh(RenderingReader::Place::Caret); });
     auto* const editor = new OutlineEditor(*m_ui->myOutlineView, *m_edits, this);
     m_markupSheet = new MarkupSheet(*m_edits, this);
+    m_elementSheet = new ElementSheet(*m_selection, this);
+    connect(m_elementSheet, &ElementSheet::confirmed, m_edits, &PageEdits::insertElement);
     connect(editor, &OutlineEditor::sheetRequested, m_markupSheet, &MarkupSheet::begin);
     connect(m_edits, &PageEdits::refused, this, [this](const QString& reason) { tell(reason); });
     // Queued, so that the drag has ended before the page is rebuilt.
     connect(m_outline, &OutlineModel::elementDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);
     m_metaSheet = new MetaSheet(this);
     connect(m_metaSheet, &MetaSheet::confirmed, m_edits, &PageEdits::changeTitle);
+    m_viewController->webView()->setTableMenu(m_ui->tableMenu);
     m_tableSheet = new TableSheet(this);
     connect(m_tableSheet, &TableSheet::confirmed, m_viewController, &ViewController::insertTable);
     connect(m_viewController, &ViewController::rowRequested, m_edits, &PageEdits::addLastRow);
@@ -141,6 +149,13 @@ void HTMLDocument::createAttributes()
          m_ui->keepRatioBox, m_ui->imageLinkButton, m_ui->makeLinkAction, m_ui->editLinkAction},
         m_tree, *m_selection, *m_edits, *m_viewController, this);
     connect(panel, &AttributesPanel::refused, this, [this](const QString& reason) { tell(reason); });
+}
+
+void HTMLDocument::createHeadings()
+{
+    m_headings = new HeadingsPanel(
+        {m_ui->headingsPane, m_ui->headingsList, m_ui->headingsResult, m_ui->headingsCloseButton}, m_tree,
+        *m_outline, *m_selection, this);
 }
 
 void HTMLDocument::createStyleSheets()
@@ -507,8 +522,12 @@ void HTMLDocument::editTitle()
 void HTMLDocument::openOutlineMenu(const QPoint& where)
 {
     const auto entries = buildTagMenu(m_rules, m_selection->element(), m_cssNames.classes, m_cssNames.ids);
-    if (!entries.empty())
-        (new OutlineMenu(entries, *m_edits, m_ui->myOutlineView))->popup(where);
+    if (!m_selection->node())
+        return;
+    auto* const menu = new OutlineMenu(entries, *m_edits, m_ui->myOutlineView);
+    menu->addSeparator();
+    menu->addActions({m_ui->insertMoreAction, m_ui->editMarkupAction});
+    menu->popup(where);
 }
 
 // Saving

@@ -30,6 +30,8 @@ class HTMLDocument;
 namespace luma {
 
 class CheckPanel;
+class ElementSheet;
+class HeadingsPanel;
 class HiddenElements;
 class MarkupSheet;
 class MetaSheet;
@@ -161,6 +163,7 @@ private:
     void createRendering();
     void createEdits();
     void createAttributes();
+    void createHeadings();
     void createStyleSheets();
     void createStyleRules();
     void createSaver();
@@ -210,6 +213,8 @@ private:
     StyleRulesPanel* m_rulesPanel = nullptr;
     MetaSheet* m_metaSheet = nullptr;
     MarkupSheet* m_markupSheet = nullptr;
+    ElementSheet* m_elementSheet = nullptr;
+    HeadingsPanel* m_headings = nullptr;
     TableSheet* m_tableSheet = nullptr;
     PageFollower* m_follower = nullptr;
     PageSaver* m_saver = nullptr;

@@ -30,6 +30,13 @@ QString shortened(const QString& text, qsizetype length)
     return text.left(text.at(length - 1).isHighSurrogate() ? length - 1 : length) + QChar(0x2026);
 }
 
+QColor markColour()
+{
+    QColor colour = QPalette().color(QPalette::Highlight);
+    colour.setAlpha(70);
+    return colour;
+}
+
 /// The depth of the deepest element.
 int elementDepth(const html::Document& document)
 {
@@ -212,6 +219,17 @@ void OutlineModel::setActiveElement(const QModelIndex& index)
     }
 }
 
+void OutlineModel::setMarked(const QModelIndex& index)
+{
+    if (index == m_marked)
+        return;
+    const QModelIndex before = std::exchange(m_marked, QPersistentModelIndex(index));
+    for (const QModelIndex& changed : {before, index}) {
+        if (changed.isValid())
+            emit dataChanged(changed, changed, {Qt::BackgroundRole});
+    }
+}
+
 void OutlineModel::toggleHidden(const QModelIndex& index)
 {
     if (!index.isValid())
@@ -329,6 +347,8 @@ QVariant OutlineModel::data(const QModelIndex& index, int role) const
         return shortened(rowText(*node), longestToolTip).toHtmlEscaped();
     case Qt::AccessibleDescriptionRole:
         return descriptionOf(index);
+    case Qt::BackgroundRole:
+        return index == m_marked ? QVariant(markColour()) : QVariant();
     case Qt::ForegroundRole:
         if (m_hidden.contains(index))
             return QPalette().color(QPalette::Disabled, QPalette::Text);

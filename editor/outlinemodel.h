@@ -55,6 +55,8 @@ public:
 
     /// The element whose row is drawn as the active one, and its colour.
     void setActiveElement(const QModelIndex& index);
+    /// The row that is marked for looking, none for an invalid index.
+    void setMarked(const QModelIndex& index);
     void setActiveColour(const QColor& colour) { m_activeColour = colour; }
 
     /// The rows of elements that are hidden in the rendering, which the model only marks. Only elements in `body` can be
@@ -104,6 +106,7 @@ private:
     PageTree& m_tree;
     const TagRules& m_rules;
     QPersistentModelIndex m_activeElement;
+    QPersistentModelIndex m_marked;
     QColor m_activeColour;
     QList<QPersistentModelIndex> m_hidden;
     bool m_showsAllNodes = false;

@@ -41,6 +41,7 @@ OutlineView::OutlineView(QWidget* parent) : QTreeView(parent)
     setDragDropMode(DragDrop);
     setDropIndicatorShown(true);
     setDefaultDropAction(Qt::MoveAction);
+    viewport()->setMouseTracking(true);
 }
 
 void OutlineView::setModel(QAbstractItemModel* model)
@@ -201,6 +202,24 @@ void OutlineView::keyPressEvent(QKeyEvent* event)
         break;
     }
     QTreeView::keyPressEvent(event);
+}
+
+bool OutlineView::viewportEvent(QEvent* event)
+{
+    if (event->type() == QEvent::Leave)
+        hover({});
+    else if (event->type() == QEvent::MouseMove &&
+             static_cast<QMouseEvent*>(event)->buttons() == Qt::NoButton)
+        hover(indexAt(static_cast<QMouseEvent*>(event)->position().toPoint()));
+    return QTreeView::viewportEvent(event);
+}
+
+void OutlineView::hover(const QModelIndex& index)
+{
+    if (m_hovered == index)
+        return;
+    m_hovered = index;
+    emit hovered(index);
 }
 
 void OutlineView::contextMenuEvent(QContextMenuEvent* event)

@@ -26,6 +26,8 @@ signals:
     void deleteRequested();
     void hideRequested();
     void editRequested(const QModelIndex& index);
+    /// The mouse is over this row now; invalid: over none.
+    void hovered(const QModelIndex& index);
     /// The user asked for the context menu of a row, which is now the current one.
     void menuRequested(const QPoint& globalPosition);
 
@@ -46,13 +48,16 @@ protected:
     void dropEvent(QDropEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void contextMenuEvent(QContextMenuEvent* event) override;
+    bool viewportEvent(QEvent* event) override;
 
 private:
     /// The minimum width reserved for a row's text, if the text is that long.
     [[nodiscard]] int readableWidth() const;
     void take(Qt::DropAction action);
+    void hover(const QModelIndex& index);
     [[nodiscard]] bool isTypingName() const;
 
+    QPersistentModelIndex m_hovered;
     QPersistentModelIndex m_taken;
     Qt::DropAction m_takenFor = Qt::IgnoreAction;
     std::string m_typedName;

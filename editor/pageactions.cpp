@@ -5,7 +5,9 @@
 #include "desktop/icons.h"
 #include "desktop/otherprograms.h"
 #include "editor/checkpanel.h"
+#include "editor/elementsheet.h"
 #include "editor/formatbar.h"
+#include "editor/headingspanel.h"
 #include "editor/hiddenelements.h"
 #include "editor/htmldocument.h"
 #include "editor/markupsheet.h"
@@ -90,6 +92,7 @@ std::vector<PageActions::Command> PageActions::table()
          }},
         {ui.findNextAction, HasPage, [&find] { find.next(); }},
         {ui.findPreviousAction, HasPage, [&find] { find.previous(); }},
+        {ui.insertMoreAction, HasElement, [&sheet = m_parts.elementSheet] { sheet.begin(); }},
         {ui.deleteTagAction, CanDelete, [&edits] { edits.deleteTag(); }},
         {ui.editMarkupAction, CanDelete,
          [&sheet = m_parts.markupSheet, &selection = m_parts.selection] { sheet.begin(selection.index()); }},
@@ -109,6 +112,12 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.inspectElementAction, HasPage, [&view] { view.inspectElement(); }},
         {ui.pageCheckAction, HasPage,
          [&check = m_parts.check, action = ui.pageCheckAction] { check.setShown(action->isChecked()); }},
+        {ui.headingsAction, HasPage,
+         [&headings = m_parts.headings, &ui] {
+             if (ui.headingsAction->isChecked())
+                 ui.outlineAction->setChecked(true);
+             headings.setShown(ui.headingsAction->isChecked());
+         }},
         {ui.zoomInAction, Always, [&view] { view.setMagnification(view.magnification() * zoomStep); }},
         {ui.zoomOutAction, Always, [&view] { view.setMagnification(view.magnification() / zoomStep); }},
         {ui.actualSizeAction, Always, [&view] { view.setMagnification(1); }},
@@ -188,6 +197,8 @@ void PageActions::connectControls() const
     ui.addTagButton->setIcon(icons::symbol(QStringLiteral("add")));
     ui.deleteTagButton->setIcon(icons::symbol(QStringLiteral("delete")));
     ui.checkCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
+    ui.headingsCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
+    connect(&m_parts.headings, &HeadingsPanel::closed, ui.headingsAction, &QAction::trigger);
     connect(&m_parts.check, &CheckPanel::closed, ui.pageCheckAction, &QAction::trigger);
     ui.outlineFindCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
     connect(ui.deleteTagButton, &QPushButton::clicked, ui.deleteTagAction, &QAction::trigger);

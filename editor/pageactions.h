@@ -16,6 +16,8 @@ class HTMLDocument;
 namespace luma {
 
 class CheckPanel;
+class ElementSheet;
+class HeadingsPanel;
 class HiddenElements;
 class HTMLDocument;
 class MarkupSheet;
@@ -54,7 +56,9 @@ public:
         OutlineModel& outline;
         PageEdits& edits;
         PageSaver& saver;
+        HeadingsPanel& headings;
         MarkupSheet& markupSheet;
+        ElementSheet& elementSheet;
         TableSheet& tableSheet;
         ViewController& rendering;
     };

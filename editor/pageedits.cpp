@@ -7,6 +7,7 @@
 #include "page/classedits.h"
 #include "page/cssmenu.h"
 #include "page/elementchange.h"
+#include "page/elementplaces.h"
 #include "page/nodechange.h"
 #include "page/pagetree.h"
 #include "page/subtreechange.h"
@@ -68,6 +69,21 @@ void PageEdits::addTag(const QString& tagName)
     editSelected([this, tagName](html::Element& target) {
         m_commands.insert(m_rules.newElement(tagName), {&target, target.firstChild()},
                           tr("Insert <%1>").arg(tagName));
+    });
+}
+
+void PageEdits::insertElement(const QString& tagName)
+{
+    editSelected([this, tagName](html::Element& target) {
+        const QString reason = reasonAgainst(target, tagName);
+        if (!reason.isEmpty()) {
+            emit refused(reason);
+            return;
+        }
+        html::NodePtr added = sampleElement(tagName);
+        const html::Node* const shown = added.get();
+        m_commands.insert(std::move(added), {&target, target.firstChild()}, tr("Insert <%1>").arg(tagName));
+        m_selection.select(shown);
     });
 }
 

@@ -38,6 +38,9 @@ public:
     /// Inserts a new element as the first child of the selected one; deletes the selected node.
     void addTag(const QString& tagName);
     void deleteTag();
+    /// Inserts any element (sampleElement) as the first child of the selected one, and selects it; refused where
+    /// elementOffers() has a reason.
+    void insertElement(const QString& tagName);
     /// Duplicates the selected node, which selects the copy, or moves it among the rows of its siblings.
     void duplicate();
     void moveUp();

@@ -123,7 +123,7 @@ QString idTaken(std::set<std::string_view>& ids, const html::Node& added)
     return {};
 }
 
-QString refusal(const TagRules& rules, const html::Node& old, const html::Element& added)
+QString reasonAgainstNode(const TagRules& rules, const html::Node& old, const html::Element& added)
 {
     const html::Element& parent = *old.parent()->asElement();
     const bool isOfSameName = old.asElement() && old.asElement()->tagName() == added.tagName();
@@ -183,7 +183,7 @@ Result<MarkupDifference> withMarkup(const TagRules& rules, html::Node& node, con
     auto ids = idsOutside(node);
     html::Element holder(parent->tagName(), parent->nameSpace(), parent->attributes());
     for (html::NodePtr& each : *nodes) {
-        QString reason = each->asElement() ? refusal(rules, node, *each->asElement()) : QString();
+        QString reason = each->asElement() ? reasonAgainstNode(rules, node, *each->asElement()) : QString();
         if (reason.isEmpty())
             reason = idTaken(ids, *each);
         if (!reason.isEmpty())

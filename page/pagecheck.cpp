@@ -3,6 +3,7 @@
 
 #include "html/codemarks.h"
 #include "html/element.h"
+#include "page/pageheadings.h"
 
 #include <algorithm>
 #include <unordered_set>
@@ -43,11 +44,6 @@ bool hasCodeAttribute(const Element& element)
     });
 }
 
-bool isHidden(const Element& element)
-{
-    return element.hasAttr("hidden") || element.attr("aria-hidden") == "true";
-}
-
 bool isNamedByAttribute(const Element& element)
 {
     return !element.attr("aria-label").empty() || !element.attr("aria-labelledby").empty() ||
@@ -68,7 +64,7 @@ bool givesName(const html::Node& node)
 
 bool isEmpty(const Element& element)
 {
-    if (isHidden(element) || isNamedByAttribute(element) || hasCodeAttribute(element) ||
+    if (isHiddenFromReaders(element) || isNamedByAttribute(element) || hasCodeAttribute(element) ||
         !element.text().empty())
         return false;
     for (const html::Node* node = element.firstChild(); node; node = node->following(element)) {
@@ -82,16 +78,10 @@ bool lacksAlternative(const Element& element)
 {
     const bool isImage = element.is("img") || (element.is("area") && element.hasAttr("href")) ||
                          (element.is("input") && element.attr("type") == "image");
-    return isImage && !element.hasAttr("alt") && !isHidden(element) && !hasCodeAttribute(element) &&
-           element.attr("aria-label").empty() && element.attr("aria-labelledby").empty() &&
-           element.attr("role") != "presentation" && element.attr("role") != "none";
-}
-
-int headingLevel(const Element& element)
-{
-    const std::string& name = element.tagName();
-    const bool isHeading = name.size() == 2 && name[0] == 'h' && name[1] >= '1' && name[1] <= '6';
-    return isHeading && element.is(name) ? name[1] - '0' : 0;
+    return isImage && !element.hasAttr("alt") && !isHiddenFromReaders(element) &&
+           !hasCodeAttribute(element) && element.attr("aria-label").empty() &&
+           element.attr("aria-labelledby").empty() && element.attr("role") != "presentation" &&
+           element.attr("role") != "none";
 }
 
 /// Walks through a page once and notes what is wrong.
@@ -102,6 +92,7 @@ public:
 
     void lookAtPage(const html::Document& page)
     {
+        m_headings = headingsOf(page);
         const Element* const root = page.documentElement();
         if (!root || isPartOfPage(page))
             return;
@@ -123,17 +114,16 @@ public:
             add(PageFault::EmptyLink, element);
         if (element.is("button") && isEmpty(element))
             add(PageFault::EmptyButton, element);
-        if (const int level = headingLevel(element); level > 0 && !isHidden(element))
-            lookAtHeading(element, level);
+        if (m_heading < m_headings.size() && m_headings[m_heading].element == &element)
+            lookAtHeading(m_headings[m_heading++]);
     }
 
 private:
-    void lookAtHeading(const Element& element, int level)
+    void lookAtHeading(const PageHeading& heading)
     {
-        const int before = std::exchange(m_level, level);
-        if (before > 0 && level > before + 1)
-            add(PageFault::HeadingJump, element,
-                "h" + std::to_string(before) + " \u2192 h" + std::to_string(level));
+        if (heading.jumps())
+            add(PageFault::HeadingJump, *heading.element,
+                "h" + std::to_string(heading.levelBefore) + " \u2192 h" + std::to_string(heading.level));
     }
 
     void add(PageFault fault, const Element& element, std::string detail = {})
@@ -143,7 +133,8 @@ private:
 
     std::vector<PageFinding> m_found;
     std::unordered_set<std::string> m_ids;
-    int m_level = 0; // of the heading before
+    std::vector<PageHeading> m_headings;
+    std::size_t m_heading = 0; // the next one
 };
 
 } // namespace

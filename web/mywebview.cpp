@@ -152,6 +152,11 @@ void MyWebView::setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu)
     m_justificationSubMenu = justificationSubMenu;
 }
 
+void MyWebView::setTableMenu(QMenu* menu)
+{
+    m_tableMenu = menu;
+}
+
 void MyWebView::showFormats(const QStringList& titles)
 {
     check(m_fontSubMenu, titles);
@@ -184,6 +189,8 @@ void MyWebView::openMenu(const QPoint& where)
         m_justificationSubMenu->setTitle(tr("Text Justification"));
         menu->addMenu(m_justificationSubMenu);
     }
+    if (m_tableMenu && m_isInTable)
+        menu->addMenu(m_tableMenu);
     menu->popup(where);
 }
 

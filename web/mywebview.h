@@ -43,6 +43,8 @@ public:
 
     /// The submenus of the context menu; the caller keeps them.
     void setMenus(QMenu* fontSubMenu, QMenu* justificationSubMenu);
+    /// The submenu that the context menu has in a table.
+    void setTableMenu(QMenu* menu);
 
     [[nodiscard]] SpellCheck& spellCheck() { return m_profile->spellCheck(); }
 
@@ -84,6 +86,7 @@ private:
     QPointer<QWidget> m_keyReceiver;
     QPointer<QMenu> m_fontSubMenu;
     QPointer<QMenu> m_justificationSubMenu;
+    QPointer<QMenu> m_tableMenu;
 };
 
 } // namespace luma

@@ -71,6 +71,8 @@ void PageBridge::post(const QString& name, const QJsonValue& body)
             emit mutationObserver(*change);
     } else if (name == QLatin1String("formats") && body.isArray()) {
         emit formats(body.toVariant().toStringList());
+    } else if (name == QLatin1String("hover")) {
+        emit hover(elementPath(body));
     }
 }
 

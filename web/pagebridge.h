@@ -61,6 +61,8 @@ signals:
     void mutationObserver(const RenderingChange& change);
     /// The titles of the text styles and of the alignment at the selection, as in the menus.
     void formats(const QStringList& titles);
+    /// The element under the mouse while Control is held, as for activeElementHTML; nothing when there is none any more.
+    void hover(const std::optional<QList<int>>& path);
 };
 
 } // namespace luma

@@ -100,6 +100,33 @@
     </message>
 </context>
 <context>
+    <name>ElementSheet</name>
+    <message>
+        <source>Insert element</source>
+        <translation>Element einfügen</translation>
+    </message>
+    <message>
+        <source>Element</source>
+        <translation>Element</translation>
+    </message>
+    <message>
+        <source>First letters</source>
+        <translation>Anfangsbuchstaben</translation>
+    </message>
+    <message>
+        <source>Elements</source>
+        <translation>Elemente</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Insert</source>
+        <translation>Einfügen</translation>
+    </message>
+</context>
+<context>
     <name>EndpointForm</name>
     <message>
         <source>Protocol</source>
@@ -743,6 +770,26 @@
     <message>
         <source>Mark misspelled words, with the desktop&apos;s dictionaries for the language of the page</source>
         <translation>Markiert falsch geschriebene Wörter, mit den Wörterbüchern des Desktops für die Sprache der Seite</translation>
+    </message>
+    <message>
+        <source>Headings</source>
+        <translation>Überschriften</translation>
+    </message>
+    <message>
+        <source>Insert M&amp;ore...</source>
+        <translation>Me&amp;hr einfügen …</translation>
+    </message>
+    <message>
+        <source>Inserts any element that may stand in the selected one</source>
+        <translation>Fügt jedes Element ein, das im ausgewählten stehen darf</translation>
+    </message>
+    <message>
+        <source>Headin&amp;gs</source>
+        <translation>Überschri&amp;ften</translation>
+    </message>
+    <message>
+        <source>Lists the headings of the page</source>
+        <translation>Listet die Überschriften der Seite auf</translation>
     </message>
 </context>
 <context>
@@ -2480,6 +2527,41 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
 </context>
 <context>
+    <name>luma::ElementOffers</name>
+    <message>
+        <source>&lt;%1&gt; can&apos;t stand in &lt;%2&gt;.</source>
+        <translation>&lt;%1&gt; kann nicht in &lt;%2&gt; stehen.</translation>
+    </message>
+    <message>
+        <source>Server code has no elements in it.</source>
+        <translation>Servercode enthält keine Elemente.</translation>
+    </message>
+    <message>
+        <source>&lt;%1&gt; has no elements in it.</source>
+        <translation>&lt;%1&gt; enthält keine Elemente.</translation>
+    </message>
+    <message>
+        <source>&lt;%1&gt; stands only in %2.</source>
+        <translation>&lt;%1&gt; steht nur in %2.</translation>
+    </message>
+    <message>
+        <source>&lt;%1&gt; takes only %2.</source>
+        <translation>&lt;%1&gt; nimmt nur %2 auf.</translation>
+    </message>
+    <message>
+        <source>&lt;%1&gt; takes only what belongs into a line of text.</source>
+        <translation>&lt;%1&gt; nimmt nur auf, was in eine Textzeile gehört.</translation>
+    </message>
+    <message>
+        <source>A page may have only one &lt;%1&gt; like this.</source>
+        <translation>Eine Seite darf nur ein solches &lt;%1&gt; haben.</translation>
+    </message>
+    <message>
+        <source>A browser would put &lt;%1&gt; elsewhere.</source>
+        <translation>Ein Browser würde &lt;%1&gt; woanders einsetzen.</translation>
+    </message>
+</context>
+<context>
     <name>luma::ElementPath</name>
     <message>
         <source>Path of the element: %1</source>
@@ -2488,6 +2570,17 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Click selects, right click shows the siblings</source>
         <translation>Ein Klick wählt aus, ein Rechtsklick zeigt die Geschwister</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ElementSheet</name>
+    <message>
+        <source>In &lt;%1&gt;:</source>
+        <translation>In &lt;%1&gt;:</translation>
+    </message>
+    <message>
+        <source>HTML has no such element.</source>
+        <translation>HTML kennt kein solches Element.</translation>
     </message>
 </context>
 <context>
@@ -3196,6 +3289,25 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Downlo&amp;ad This...</source>
         <translation>Dies herun&amp;terladen …</translation>
+    </message>
+</context>
+<context>
+    <name>luma::HeadingsPanel</name>
+    <message>
+        <source>(no text)</source>
+        <translation>(ohne Text)</translation>
+    </message>
+    <message>
+        <source>%1  (after h%2)</source>
+        <translation>%1  (nach h%2)</translation>
+    </message>
+    <message>
+        <source>Levels are left out</source>
+        <translation>Ebenen sind ausgelassen</translation>
+    </message>
+    <message>
+        <source>Headings: %1</source>
+        <translation>Überschriften: %1</translation>
     </message>
 </context>
 <context>

@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/editor/pagewindow.h"
+#include "tests/support/registry.h"
+#include "tests/support/rows.h"
+#include "tests/support/screenshot.h"
+#include "web/boxoverlay.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTest>
+
+#include <cmath>
+
+using namespace luma;
+
+/// What helps to find and make elements in a page's window: the mouse over them, the headings, and the sheet of all elements.
+class tst_pagetools final : public QObject, private luma::test::PageWindow
+{
+    Q_OBJECT
+
+private:
+    static void moveMouse(QWidget* widget, const QPoint& to, Qt::KeyboardModifiers keys = {})
+    {
+        QMouseEvent move(QEvent::MouseMove, to, widget->mapToGlobal(to), Qt::NoButton, Qt::NoButton, keys);
+        QApplication::sendEvent(widget, &move);
+    }
+    [[nodiscard]] BoxOverlay* overlay() const { return the<BoxOverlay>("boxOverlay"); }
+    [[nodiscard]] bool isMarked(const char* text) const
+    {
+        return row(text).data(Qt::BackgroundRole).isValid();
+    }
+    [[nodiscard]] QString headings() const
+    {
+        QStringList texts;
+        const auto* const list = the<QListWidget>("headingsList");
+        for (int i = 0; i < list->count(); ++i)
+            texts.append(list->item(i)->text() + (list->item(i)->font().bold() ? "!" : ""));
+        return texts.join(u'|');
+    }
+
+    const std::string box =
+        "<!DOCTYPE html><title>T</title><style>body { margin: 0 } #box { width: 200px; height: 40px; "
+        "margin: 10px; border: 4px solid #333; padding: 6px }</style>";
+
+private slots:
+    void cleanup() { close(); }
+
+    void rowUnderTheMouse_isMarkedInThePage()
+    {
+        open(box + "<div id=box class=lead>text</div><p hidden>none</p>");
+        const QByteArray before = tree();
+        QWidget* const rows = outline()->viewport();
+        moveMouse(rows, outline()->visualRect(row("<div")).center());
+        QTRY_VERIFY(overlay()->isVisible());
+        QCOMPARE(overlay()->borderBox(), QRectF(10, 10, 220, 60));
+        QCOMPARE(overlay()->label(), QStringLiteral("div#box.lead  220 \u00d7 60"));
+        test::saveScreenshots(*window, "hover");
+        QCOMPARE(answer("document.documentElement.outerHTML").toUtf8(), tree().mid(tree().indexOf("<html")));
+
+        the<QAction>("zoomInAction")->trigger();
+        moveMouse(rows, outline()->visualRect(row("<body")).center());
+        moveMouse(rows, outline()->visualRect(row("<div")).center());
+        QTRY_VERIFY(std::abs(overlay()->borderBox().width() - 242) < 3); // The engine rounds borders.
+        moveMouse(rows, outline()->visualRect(row("<p hidden")).center());
+        QTRY_VERIFY(!overlay()->isVisible());
+        moveMouse(rows, outline()->visualRect(row("<div")).center());
+        QTRY_VERIFY(overlay()->isVisible());
+        QEvent leave(QEvent::Leave);
+        QApplication::sendEvent(rows, &leave);
+        QTRY_VERIFY(!overlay()->isVisible());
+        QCOMPARE(tree(), before);
+        QVERIFY(!window->undoStack()->canUndo());
+    }
+
+    void elementUnderTheMouse_isMarkedInTheOutline()
+    {
+        open(box + "<div id=box>text</div>");
+        const QString move = "document.querySelector('#box').dispatchEvent(new MouseEvent('mousemove', "
+                             "{ bubbles: true, ctrlKey: %1 }))";
+        (void)answer(move.arg("true"));
+        QTRY_VERIFY(isMarked("<div"));
+        QTRY_VERIFY(overlay()->isVisible());
+        QVERIFY(outline()->currentIndex() != row("<div"));
+        (void)answer(move.arg("false"));
+        QTRY_VERIFY(!isMarked("<div"));
+        QTRY_VERIFY(!overlay()->isVisible());
+    }
+
+    void headings_areListedAndFollowEdits()
+    {
+        open("<title>T</title><h1>One</h1><p>x</p><h3>Two <i>and</i> more</h3><h2 hidden>No</h2><h2></h2>");
+        trigger("headingsAction");
+        const QString all = "h1  One|      h3  Two and more  (after h1)!|   h2  (no text)";
+        QTRY_COMPARE(headings(), all);
+        auto* const list = the<QListWidget>("headingsList");
+        QTRY_VERIFY(list->hasFocus());
+        QTest::keyClick(list, Qt::Key_Down);
+        QTRY_COMPARE(outline()->currentIndex(), row("<h3"));
+        QTRY_COMPARE(answer("getSelection().toString()"), "Two and more");
+        test::saveScreenshots(*window, "headings");
+        trigger("deleteTagAction");
+        QTRY_COMPARE(headings(), QStringLiteral("h1  One|   h2  (no text)"));
+        trigger("undoAction");
+        QTRY_COMPARE(headings(), all);
+        click("<p>");
+        QTRY_COMPARE(list->currentRow(), 0);
+        list->setFocus();
+        QTest::keyClick(list, Qt::Key_Escape);
+        QVERIFY(!list->isVisible());
+        QVERIFY(!the<QAction>("headingsAction")->isChecked());
+    }
+
+    void anyElement_isInsertedFromTheSheet_data()
+    {
+        const test::Rows<QByteArray, QString, QByteArray> row("parent", "letters", "result");
+        row("body", "<body", "figc", "");
+        row("figure", "<body", "figu", "<figure><figcaption>Lorem</figcaption></figure><p>x</p>");
+        row("paragraph", "<p", "em", "<p><em>Lorem</em>x</p>");
+        row("refused", "<p", "table", "");
+    }
+    void anyElement_isInsertedFromTheSheet()
+    {
+        open("<title>T</title><p>x</p>");
+        const QByteArray before = body();
+        QFETCH(QByteArray, parent);
+        QFETCH(QString, letters);
+        QFETCH(QByteArray, result);
+        click(parent.constData());
+        the<QAction>("insertMoreAction")->trigger();
+        auto* const sheet = the<QDialog>("elementSheet");
+        QTRY_VERIFY(sheet->isVisible());
+        QTest::keyClicks(the<QLineEdit>("elementFilter"), letters);
+        QCOMPARE(the<QPushButton>("elementButton")->isEnabled(), !result.isEmpty());
+        QCOMPARE(the<QLabel>("elementReason")->text().isEmpty(), !result.isEmpty());
+        if (result.isEmpty())
+            test::saveScreenshots(*sheet, "element-sheet");
+        QTest::keyClick(the<QLineEdit>("elementFilter"), result.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+        QTRY_VERIFY(!sheet->isVisible());
+        if (result.isEmpty()) {
+            QCOMPARE(body(), before);
+            return;
+        }
+        QTRY_COMPARE(body(), result);
+        QVERIFY(window->undoStack()->undoText().startsWith("Insert <"));
+        QTRY_COMPARE(answer("document.body.innerHTML"), QString::fromUtf8(result));
+        trigger("undoAction");
+        QTRY_COMPARE(body(), before);
+    }
+
+    void tableCommands_areInTheContextMenuOfTables_data()
+    {
+        const test::Rows<bool> row("isInTable");
+        row("one", false);
+        row("two", true);
+    }
+    void tableCommands_areInTheContextMenuOfTables()
+    {
+        open("<title>T</title><p>one</p><table><tr><td>two</table>");
+        QFETCH(bool, isInTable);
+        setCaretBehind(QTest::currentDataTag());
+        QTRY_COMPARE(the<QAction>("rowBelowAction")->isEnabled(), isInTable);
+        const QString top = answer("document.querySelector('p, td').getBoundingClientRect().top + 8");
+        const QString below = answer("document.querySelector('td').getBoundingClientRect().top + 8");
+        QTest::mouseClick(rendering().webView()->focusProxy(), Qt::RightButton, {},
+                          QPoint(16, qRound((isInTable ? below : top).toDouble())));
+        QTRY_VERIFY(the<QMenu>("webViewMenu"));
+        const QAction* const table = the<QMenu>("tableMenu")->menuAction();
+        QCOMPARE(the<QMenu>("webViewMenu")->actions().contains(table), isInTable);
+    }
+};
+
+LUMA_TEST(tst_pagetools)
+#include "tst_pagetools.moc"
