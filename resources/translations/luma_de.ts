@@ -700,7 +700,7 @@
         <translation>Seite so zeigen wie für Leser, die ein dunkles Farbschema bevorzugen</translation>
     </message>
     <message>
-        <source>&amp;Print Style</source>
+        <source>Print Styl&amp;e</source>
         <translation>D&amp;ruckansicht</translation>
     </message>
     <message>
@@ -720,7 +720,7 @@
         <translation>Zeigt Texte, Kommentare, den Dokumenttyp und Servercode als Zeilen der Gliederung</translation>
     </message>
     <message>
-        <source>Edit Mark&amp;up...</source>
+        <source>&amp;Edit Markup...</source>
         <translation>&amp;Markup bearbeiten …</translation>
     </message>
     <message>
@@ -757,7 +757,7 @@
     </message>
     <message>
         <source>Show Style R&amp;ules</source>
-        <translation>Stil&amp;regeln zeigen</translation>
+        <translation>St&amp;ilregeln zeigen</translation>
     </message>
     <message>
         <source>Show the style rules that apply to the selected element, and its computed values</source>
@@ -765,7 +765,7 @@
     </message>
     <message>
         <source>Check S&amp;pelling</source>
-        <translation>Rechtschreibung &amp;prüfen</translation>
+        <translation>Re&amp;chtschreibung prüfen</translation>
     </message>
     <message>
         <source>Mark misspelled words, with the desktop&apos;s dictionaries for the language of the page</source>
