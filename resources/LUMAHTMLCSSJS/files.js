@@ -34,6 +34,11 @@ function dropKept(address) {
     });
 }
 
+// Stays on a sheet's element, as a load may begin before the last one has ended.
+function tellSheetLoaded() {
+    send('tellLoaded', location.href);
+}
+
 // Loads these files again; what is shown stays until they are there. Nothing of the page's markup changes.
 async function renewFiles(addresses) {
     await Promise.all(addresses.map(dropKept));
@@ -45,7 +50,7 @@ async function renewFiles(addresses) {
     postChanges(changes.observer.takeRecords());
     for (const { ownerNode } of Array.from(document.styleSheets).filter(uses)) {
         if (ownerNode.localName === 'link') {
-            ownerNode.addEventListener('load', () => send('tellLoaded', location.href), { once: true });
+            ownerNode.addEventListener('load', tellSheetLoaded);
             setAgain(ownerNode, 'href');
         } else {
             ownerNode.firstChild.data += '';
