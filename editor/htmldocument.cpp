@@ -23,6 +23,7 @@
 #include "editor/pagefollower.h"
 #include "editor/pagesaver.h"
 #include "editor/pagespelling.h"
+#include "editor/replacebar.h"
 #include "editor/styleedits.h"
 #include "editor/stylerulespanel.h"
 #include "editor/stylerulesreader.h"
@@ -58,6 +59,7 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
     createEdits();
     createAttributes();
     createHeadings();
+    createReplaceBar();
     createStyleSheets();
     createStyleRules();
     createSaver();
@@ -68,9 +70,9 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
             return UnsavedPage{{}, m_store.hasFile() ? docURL() : fs::path(), m_store.markup()};
         },
         this);
-    m_actions = new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_hidden, *m_check,
-                                 *m_outline, *m_edits, *m_saver, *m_headings, *m_markupSheet, *m_elementSheet,
-                                 *m_tableSheet, *m_viewController},
+    m_actions = new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_replace, *m_hidden,
+                                 *m_check, *m_outline, *m_edits, *m_saver, *m_headings, *m_markupSheet,
+                                 *m_elementSheet, *m_tableSheet, *m_viewController},
                                 std::move(recentPages));
     connectChanges();
     m_layout.emplace(
@@ -156,6 +158,23 @@ void HTMLDocument::createHeadings()
     m_headings = new HeadingsPanel(
         {m_ui->headingsPane, m_ui->headingsList, m_ui->headingsResult, m_ui->headingsCloseButton}, m_tree,
         *m_outline, *m_selection, this);
+}
+
+void HTMLDocument::createReplaceBar()
+{
+    m_replace = new ReplaceBar({m_ui->replaceBar, m_ui->replaceFindField, m_ui->replacementField,
+                                m_ui->replaceCaseButton, m_ui->replaceWordsButton,
+                                m_ui->replaceExpressionButton, m_ui->replaceSourceButton, m_ui->replaceResult,
+                                m_ui->replacePreviousButton, m_ui->replaceNextButton,
+                                m_ui->replaceCloseButton, m_ui->replaceButton, m_ui->replaceAllButton},
+                               {m_tree, m_stack, m_store, *m_selection, *m_viewController}, this);
+    connect(m_replace, &ReplaceBar::textEdited, this, [this] { refresh(RenderingReader::Place::Keep); });
+    connect(m_replace, &ReplaceBar::sourceEdited, this, [this] {
+        m_viewController->show(ViewController::Position::Keep);
+        buildCSSMenu();
+    });
+    connect(m_replace, &ReplaceBar::refused, this, [this](const QString& reason) { tell(reason); });
+    connect(m_replace, &ReplaceBar::closed, m_viewController->webView(), qOverload<>(&QWidget::setFocus));
 }
 
 void HTMLDocument::createStyleSheets()

@@ -42,6 +42,7 @@ class PageEdits;
 class PageFollower;
 class PageSaver;
 class PageSpelling;
+class ReplaceBar;
 class StyleRulesPanel;
 class StyleSheetEditor;
 class TableSheet;
@@ -164,6 +165,7 @@ private:
     void createEdits();
     void createAttributes();
     void createHeadings();
+    void createReplaceBar();
     void createStyleSheets();
     void createStyleRules();
     void createSaver();
@@ -204,6 +206,7 @@ private:
     ViewController* m_viewController = nullptr;
     OutlineSelection* m_selection = nullptr;
     OutlineFind* m_find = nullptr;
+    ReplaceBar* m_replace = nullptr;
     HiddenElements* m_hidden = nullptr;
     PageSpelling* m_spelling = nullptr;
     CheckPanel* m_check = nullptr;

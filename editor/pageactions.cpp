@@ -16,6 +16,7 @@
 #include "editor/outlineselection.h"
 #include "editor/pageedits.h"
 #include "editor/pagesaver.h"
+#include "editor/replacebar.h"
 #include "editor/tablesheet.h"
 #include "ui_HTMLDocument.h"
 #include "web/viewcontroller.h"
@@ -90,8 +91,11 @@ std::vector<PageActions::Command> PageActions::table()
              ui.outlineAction->setChecked(true);
              find.begin();
          }},
-        {ui.findNextAction, HasPage, [&find] { find.next(); }},
-        {ui.findPreviousAction, HasPage, [&find] { find.previous(); }},
+        {ui.findNextAction, HasPage,
+         [&find, &replace = m_parts.replace] { replace.isShown() ? replace.next() : find.next(); }},
+        {ui.findPreviousAction, HasPage,
+         [&find, &replace = m_parts.replace] { replace.isShown() ? replace.previous() : find.previous(); }},
+        {ui.replaceAction, HasPage, [&replace = m_parts.replace] { replace.begin(); }},
         {ui.insertMoreAction, HasElement, [&sheet = m_parts.elementSheet] { sheet.begin(); }},
         {ui.deleteTagAction, CanDelete, [&edits] { edits.deleteTag(); }},
         {ui.editMarkupAction, CanDelete,
@@ -197,6 +201,7 @@ void PageActions::connectControls() const
     ui.addTagButton->setIcon(icons::symbol(QStringLiteral("add")));
     ui.deleteTagButton->setIcon(icons::symbol(QStringLiteral("delete")));
     ui.checkCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
+    ui.replaceCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
     ui.headingsCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
     connect(&m_parts.headings, &HeadingsPanel::closed, ui.headingsAction, &QAction::trigger);
     connect(&m_parts.check, &CheckPanel::closed, ui.pageCheckAction, &QAction::trigger);

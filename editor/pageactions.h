@@ -27,6 +27,7 @@ class OutlineSelection;
 class PageEdits;
 class PageSaver;
 class PageStore;
+class ReplaceBar;
 class TableSheet;
 class TagRules;
 class ViewController;
@@ -51,6 +52,7 @@ public:
         const TagRules& rules;
         const OutlineSelection& selection;
         OutlineFind& find;
+        ReplaceBar& replace;
         HiddenElements& hidden;
         CheckPanel& check;
         OutlineModel& outline;

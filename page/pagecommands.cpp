@@ -306,6 +306,22 @@ void PageCommands::setTitle(const QString& title)
     }
 }
 
+void PageCommands::setTexts(const std::vector<std::pair<html::Node*, std::string>>& texts,
+                            const QString& name)
+{
+    m_stack.beginMacro(name);
+    for (const auto& [node, text] : texts) {
+        MarkupDifference difference;
+        difference.parent = node->parent();
+        difference.previous = node->previous();
+        difference.next = node->next();
+        if (!text.empty())
+            difference.nodes.push_back(html::CharacterData::text(text));
+        apply(std::move(difference), name, Merging::Separate);
+    }
+    m_stack.endMacro();
+}
+
 bool PageCommands::setInnerMarkup(html::Element& element, const QString& markup, const QString& name)
 {
     html::Element other(element.tagName(), element.nameSpace(), element.attributes());

@@ -38,6 +38,8 @@ public:
     /// Several elements' attributes in one step.
     void setAttributes(std::vector<std::pair<html::Element*, Attributes>> changes, const QString& name);
     void setTitle(const QString& title);
+    /// Gives text nodes other texts, in one step; a node whose text is empty goes.
+    void setTexts(const std::vector<std::pair<html::Node*, std::string>>& texts, const QString& name);
     /// Exchanges the element's contents; in a style sheet or script the markup is the text as it stands.
     /// False when the markup can't be parsed.
     bool setInnerMarkup(html::Element& element, const QString& markup, const QString& name);

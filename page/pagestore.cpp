@@ -261,12 +261,17 @@ Result<void> PageStore::setMarkup(std::string_view markup)
     return replaceMarkup(text, QObject::tr("Edit Source"));
 }
 
-Result<void> PageStore::recover(std::string_view markup)
+Result<void> PageStore::setSource(const std::string& source, const QString& name)
 {
     const html::Document* const document = m_tree.document();
-    if (!document || html::patchedPage(*document) == markup)
+    if (!document || html::patchedPage(*document) == source)
         return {};
-    return replaceMarkup(std::string(markup), QObject::tr("Unsaved Edits"));
+    return replaceMarkup(source, name);
+}
+
+Result<void> PageStore::recover(std::string_view markup)
+{
+    return setSource(std::string(markup), QObject::tr("Unsaved Edits"));
 }
 
 Result<void> PageStore::replaceMarkup(const std::string& text, const QString& name)

@@ -61,6 +61,9 @@ public:
     /// there. The error is a sentence for the user.
     Result<void> setMarkup(std::string_view markup);
 
+    /// The same with the line ends of the source, under this name.
+    Result<void> setSource(const std::string& source, const QString& name);
+
     /// Replaces the page by what markup() gave in an earlier run, as setMarkup() does, but with its own line ends.
     Result<void> recover(std::string_view markup);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-// Finds elements for the outline.
+// Finds elements for the outline, and selects text that the editor found.
 
 'use strict';
 
@@ -12,6 +12,24 @@ function findElements(text) {
             numbers.push(number);
     });
     return numbers.join(' ');
+}
+
+// Selects characters of the body's text nodes, counted in document order, and scrolls there.
+function selectCharacters(start, end) {
+    const walker = document.createTreeWalker(document.body, NodeFilter.SHOW_TEXT);
+    const range = document.createRange();
+    let before = 0;
+    for (let node; before < end && (node = walker.nextNode()); before += node.length) {
+        if (start >= before && start < before + node.length)
+            range.setStart(node, start - before);
+        if (end <= before + node.length)
+            range.setEnd(node, end - before);
+    }
+    const selection = getSelection();
+    selection.removeAllRanges();
+    selection.addRange(range);
+    caret.isAsShown = false;
+    reveal(elementOfRange(range));
 }
 
 // A text that is no selector finds nothing.

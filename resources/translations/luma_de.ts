@@ -791,6 +791,66 @@
         <source>Lists the headings of the page</source>
         <translation>Listet die Überschriften der Seite auf</translation>
     </message>
+    <message>
+        <source>Find in the page</source>
+        <translation>In der Seite suchen</translation>
+    </message>
+    <message>
+        <source>Match case</source>
+        <translation>Groß- und Kleinschreibung beachten</translation>
+    </message>
+    <message>
+        <source>Whole words</source>
+        <translation>Ganze Wörter</translation>
+    </message>
+    <message>
+        <source>Regular expression</source>
+        <translation>Regulärer Ausdruck</translation>
+    </message>
+    <message>
+        <source>Regular expression; $1 stands for the first group in the replacement</source>
+        <translation>Regulärer Ausdruck; $1 steht in der Ersetzung für die erste Gruppe</translation>
+    </message>
+    <message>
+        <source>In the source</source>
+        <translation>Im Quelltext</translation>
+    </message>
+    <message>
+        <source>In the source instead of the text</source>
+        <translation>Im Quelltext statt im Text</translation>
+    </message>
+    <message>
+        <source>Previous match</source>
+        <translation>Vorige Fundstelle</translation>
+    </message>
+    <message>
+        <source>Previous match (Shift+Enter)</source>
+        <translation>Vorige Fundstelle (Umschalt+Eingabe)</translation>
+    </message>
+    <message>
+        <source>Next match</source>
+        <translation>Nächste Fundstelle</translation>
+    </message>
+    <message>
+        <source>Next match (Enter)</source>
+        <translation>Nächste Fundstelle (Eingabe)</translation>
+    </message>
+    <message>
+        <source>Replace with</source>
+        <translation>Ersetzen durch</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Ersetzen</translation>
+    </message>
+    <message>
+        <source>Replace All</source>
+        <translation>Alle ersetzen</translation>
+    </message>
+    <message>
+        <source>Find and R&amp;eplace...</source>
+        <translation>Suchen un&amp;d ersetzen …</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -4546,6 +4606,29 @@ Die Seite und Ihre Änderungen bleiben erhalten.</translation>
     </message>
 </context>
 <context>
+    <name>luma::ReplaceBar</name>
+    <message>
+        <source>Replace</source>
+        <translation>Ersetzen</translation>
+    </message>
+    <message>
+        <source>Replace All</source>
+        <translation>Alle ersetzen</translation>
+    </message>
+    <message>
+        <source>Not found</source>
+        <translation>Nicht gefunden</translation>
+    </message>
+    <message>
+        <source>%1 found</source>
+        <translation>%1 gefunden</translation>
+    </message>
+    <message>
+        <source>%1 of %2</source>
+        <translation>%1 von %2</translation>
+    </message>
+</context>
+<context>
     <name>luma::RestorePanel</name>
     <message>
         <source>%1: one file</source>
@@ -5203,6 +5286,13 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>This table is too large to be changed here.</source>
         <translation>Diese Tabelle ist zu groß, um sie hier zu ändern.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::TextQuery</name>
+    <message>
+        <source>Not a regular expression: %1</source>
+        <translation>Kein regulärer Ausdruck: %1</translation>
     </message>
 </context>
 <context>

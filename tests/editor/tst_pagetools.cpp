@@ -12,6 +12,7 @@
 #include <QMouseEvent>
 #include <QPushButton>
 #include <QTest>
+#include <QToolButton>
 
 #include <cmath>
 
@@ -41,6 +42,8 @@ private:
             texts.append(list->item(i)->text() + (list->item(i)->font().bold() ? "!" : ""));
         return texts.join(u'|');
     }
+
+    [[nodiscard]] QString replaceResult() const { return the<QLabel>("replaceResult")->text(); }
 
     const std::string box =
         "<!DOCTYPE html><title>T</title><style>body { margin: 0 } #box { width: 200px; height: 40px; "
@@ -157,6 +160,71 @@ private slots:
         row("one", false);
         row("two", true);
     }
+    void text_isFoundAndReplaced()
+    {
+        open("<title>one</title><body class=one><p>One o<b>n</b>e</p>\n<script>one</script><p>none</p>");
+        const QByteArray before = tree();
+        trigger("replaceAction");
+        QTRY_VERIFY(the<QLineEdit>("replaceFindField")->hasFocus());
+        QTest::keyClicks(the<QLineEdit>("replaceFindField"), "one");
+        QTRY_COMPARE(replaceResult(), "1 of 3");
+        QTRY_COMPARE(answer("getSelection().toString()"), "One");
+        QTest::keyClick(the<QLineEdit>("replaceFindField"), Qt::Key_Return);
+        QTRY_COMPARE(replaceResult(), "2 of 3");
+        QTRY_COMPARE(answer("getSelection().toString()"), "one");
+        QTRY_COMPARE(outline()->currentIndex(), row("<p> One"));
+        test::saveScreenshots(*window, "replace");
+        QTest::keyClick(the<QLineEdit>("replaceFindField"), Qt::Key_Return, Qt::ShiftModifier);
+        QTRY_COMPARE(replaceResult(), "1 of 3");
+        trigger("findPreviousAction");
+        QTRY_COMPARE(replaceResult(), "3 of 3");
+        trigger("findNextAction");
+        QTRY_COMPARE(replaceResult(), "1 of 3");
+
+        QTest::keyClicks(the<QLineEdit>("replacementField"), "two");
+        QTest::keyClick(the<QLineEdit>("replacementField"), Qt::Key_Return);
+        QTRY_VERIFY(body().startsWith("<p>two o<b>n</b>e</p>"));
+        QCOMPARE(window->undoStack()->undoText(), "Replace");
+        QTRY_COMPARE(replaceResult(), "1 of 2");
+        QTRY_COMPARE(answer("getSelection().toString()"), "one");
+        QTest::mouseClick(the<QPushButton>("replaceAllButton"), Qt::LeftButton);
+        QTRY_COMPARE(body(), QByteArray("<p>two two<b></b></p>\n<script>one</script><p>ntwo</p>"));
+        QCOMPARE(window->undoStack()->undoText(), "Replace All");
+        QTRY_COMPARE(answer("document.body.innerHTML").toUtf8(), body());
+        QTRY_COMPARE(replaceResult(), "Not found");
+        QVERIFY(!the<QPushButton>("replaceAllButton")->isEnabled());
+        trigger("undoAction");
+        trigger("undoAction");
+        QTRY_COMPARE(tree(), before);
+        QTest::keyClick(the<QLineEdit>("replaceFindField"), Qt::Key_Escape);
+        QVERIFY(!the<QWidget>("replaceBar")->isVisible());
+    }
+
+    // What is not replaced keeps its bytes.
+    void source_isFoundAndReplaced()
+    {
+        const std::string page = "<TITLE>T</title>\r\n<P Class='a'>one\r\n<P class=b>two <?= 'b' ?>\r\n";
+        open(page);
+        trigger("replaceAction");
+        the<QToolButton>("replaceSourceButton")->click();
+        the<QToolButton>("replaceExpressionButton")->click();
+        QTest::keyClicks(the<QLineEdit>("replaceFindField"), "class='?(\\w)'?");
+        QTRY_COMPARE(replaceResult(), "1 of 2");
+        QTRY_COMPARE(outline()->currentIndex(), row("<p class=\"a\""));
+        trigger("findNextAction");
+        QTRY_COMPARE(outline()->currentIndex(), row("<p class=\"b\""));
+        QTest::keyClicks(the<QLineEdit>("replacementField"), "id=$1");
+        QTest::mouseClick(the<QPushButton>("replaceAllButton"), Qt::LeftButton);
+        QTRY_COMPARE(window->undoStack()->undoText(), "Replace All");
+        trigger("saveAction");
+        QCOMPARE(file("page.html"), "<TITLE>T</title>\r\n<P id=a>one\r\n<P id=b>two <?= 'b' ?>\r\n");
+        trigger("undoAction");
+        trigger("saveAction");
+        QCOMPARE(file("page.html"), page);
+        the<QLineEdit>("replaceFindField")->setText("(a");
+        QTRY_VERIFY(replaceResult().startsWith("Not a regular expression"));
+    }
+
     void tableCommands_areInTheContextMenuOfTables()
     {
         open("<title>T</title><p>one</p><table><tr><td>two</table>");

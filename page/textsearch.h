@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "base/result.h"
+#include "html/document.h"
+
+#include <QRegularExpression>
+#include <QString>
+
+#include <cstddef>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace luma {
+
+/// What the user looks for.
+struct TextQuery
+{
+    QString text;
+    bool isExpression = false; ///< a regular expression, of PCRE's syntax
+    bool matchesCase = false;
+    bool wholeWords = false;
+
+    /// The query as an expression; the error is a sentence. A blank of a text also finds a no-break space.
+    [[nodiscard]] Result<QRegularExpression> expression() const;
+};
+
+/// A place of a page's text, as it is shown, that a query finds. It is valid until the page changes.
+struct TextMatch
+{
+    /// A part of it in one text node, in bytes; the blanks of the source between two words belong to it.
+    struct Piece
+    {
+        html::Node* node = nullptr;
+        std::size_t from = 0;
+        std::size_t to = 0;
+    };
+    std::vector<Piece> pieces; ///< at least one; several where it reaches across inline elements
+    QString text;
+    QRegularExpressionMatch match;
+    /// Where it is among all characters (UTF-16) of the text nodes in the body, without those in templates.
+    qsizetype start = 0;
+    qsizetype end = 0;
+};
+
+/// All matches in the body, in document order. A match never reaches across blocks, line breaks or what is not text.
+std::vector<TextMatch> matchesIn(const html::Document& page, const QRegularExpression& expression);
+
+/// What a match is replaced with: in the replacement for an expression, $0 to $9 or \\0 to \\9 are its groups, $$ and \\\\ are
+/// the characters.
+QString replacementFor(const QRegularExpressionMatch& match, const QString& replacement, bool isExpression);
+
+/// The new texts of the nodes in which these matches, in document order, are replaced. What takes the place of a match stands
+/// where it began, and the elements around its parts stay.
+using NewTexts = std::vector<std::pair<html::Node*, std::string>>;
+NewTexts textsAfter(const std::vector<TextMatch>& matches, const QString& replacement, bool isExpression);
+
+} // namespace luma
