@@ -40,7 +40,7 @@ void fillRing(QPainter& painter, const QRectF& outer, const QRectF& inner, const
 
 } // namespace
 
-BoxOverlay::BoxOverlay(MyWebView& view) : QWidget(&view), m_view(view)
+BoxOverlay::BoxOverlay(MyWebView& view) : QWidget(view.parentWidget()), m_view(view)
 {
     setObjectName(QStringLiteral("boxOverlay"));
     setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -83,7 +83,7 @@ void BoxOverlay::take(const QVariant& answer)
     m_borders = marginsOf(boxes.value(QStringLiteral("borders")).toList(), scale);
     m_paddings = marginsOf(boxes.value(QStringLiteral("paddings")).toList(), scale);
     m_label = boxes.value(QStringLiteral("label")).toString();
-    setGeometry(m_view.rect());
+    setGeometry(m_view.geometry());
     raise();
     show();
     update();

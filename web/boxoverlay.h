@@ -19,7 +19,7 @@ class BoxOverlay final : public QWidget
     Q_OBJECT
 
 public:
-    /// The view becomes the parent.
+    /// The view's parent becomes the parent: a child of the view would come between it and its neighbours in the order of Tab.
     explicit BoxOverlay(MyWebView& view);
 
     /// Asks the page for the boxes of the element at this path (pathForScript), then shows them, or nothing if the element
