@@ -6,29 +6,16 @@
 #include "base/resources.h"
 #include "desktop/otherprograms.h"
 #include "desktop/windowregistry.h"
-#include "editor/attributespanel.h"
-#include "editor/checkpanel.h"
-#include "editor/elementhover.h"
-#include "editor/elementsheet.h"
-#include "editor/headingspanel.h"
-#include "editor/hiddenelements.h"
-#include "editor/markupsheet.h"
 #include "editor/metasheet.h"
-#include "editor/outlineeditor.h"
-#include "editor/outlinefind.h"
 #include "editor/outlinemenu.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
 #include "editor/pageedits.h"
 #include "editor/pagefollower.h"
 #include "editor/pagesaver.h"
-#include "editor/pagespelling.h"
-#include "editor/replacebar.h"
+#include "editor/pagetools.h"
 #include "editor/styleedits.h"
-#include "editor/stylerulespanel.h"
-#include "editor/stylerulesreader.h"
 #include "editor/stylesheeteditor.h"
-#include "editor/tablesheet.h"
 #include "html/elementat.h"
 #include "links/linkrules.h"
 #include "page/subtreechange.h"
@@ -57,22 +44,17 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
     createOutline();
     createRendering();
     createEdits();
-    createAttributes();
-    createHeadings();
-    createReplaceBar();
     createStyleSheets();
-    createStyleRules();
+    createTools();
     createSaver();
     createFollower();
-    createCheck();
     m_recovery = new PageRecovery(
         [this] {
             return UnsavedPage{{}, m_store.hasFile() ? docURL() : fs::path(), m_store.markup()};
         },
         this);
-    m_actions = new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_find, *m_replace, *m_hidden,
-                                 *m_check, *m_outline, *m_edits, *m_saver, *m_headings, *m_markupSheet,
-                                 *m_elementSheet, *m_tableSheet, *m_viewController},
+    m_actions = new PageActions({*m_ui, *this, m_store, m_rules, *m_selection, *m_outline, *m_edits, *m_saver,
+                                 *m_tools, *m_viewController},
                                 std::move(recentPages));
     connectChanges();
     m_layout.emplace(
@@ -110,16 +92,6 @@ void HTMLDocument::createRendering()
     connect(view, &OutlineView::editRequested, this, &HTMLDocument::handleDoubleClick);
     connect(m_ui->elementPath, &ElementPath::chosen, view, &OutlineView::setCurrentIndex);
     connect(view, &OutlineView::menuRequested, this, &HTMLDocument::openOutlineMenu);
-    m_find = new OutlineFind({m_ui->outlineFindBar, m_ui->outlineFindField, m_ui->outlineFindResult,
-                              m_ui->outlineFindPreviousButton, m_ui->outlineFindNextButton,
-                              m_ui->outlineFindCloseButton},
-                             *m_outline, m_tree, *m_selection, *m_viewController, this);
-    m_spelling =
-        new PageSpelling(m_viewController->webView()->spellCheck(), m_tree, *m_ui->spellCheckAction, *this);
-    connect(m_spelling, &PageSpelling::failed, this, [this](const QString& reason) { tell(reason); });
-    m_hidden = new HiddenElements(*m_outline, *m_selection, *m_viewController, this);
-    new ElementHover(*view, *m_outline, *m_viewController, this);
-    connect(m_find, &OutlineFind::closed, view, qOverload<>(&QWidget::setFocus));
 }
 
 void HTMLDocument::createEdits()
@@ -128,53 +100,12 @@ void HTMLDocument::createEdits()
     connect(m_edits, &PageEdits::edited, this, &HTMLDocument::refreshAfterEdit);
     connect(m_edits, &PageEdits::editedUnseen, this, [this] { refresh(RenderingReader::Place::Keep); });
     connect(m_edits, &PageEdits::redone, this, [this] { refresh(RenderingReader::Place::Caret); });
-    auto* const editor = new OutlineEditor(*m_ui->myOutlineView, *m_edits, this);
-    m_markupSheet = new MarkupSheet(*m_edits, this);
-    m_elementSheet = new ElementSheet(*m_selection, this);
-    connect(m_elementSheet, &ElementSheet::confirmed, m_edits, &PageEdits::insertElement);
-    connect(editor, &OutlineEditor::sheetRequested, m_markupSheet, &MarkupSheet::begin);
     connect(m_edits, &PageEdits::refused, this, [this](const QString& reason) { tell(reason); });
     // Queued, so that the drag has ended before the page is rebuilt.
     connect(m_outline, &OutlineModel::elementDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);
     m_metaSheet = new MetaSheet(this);
     connect(m_metaSheet, &MetaSheet::confirmed, m_edits, &PageEdits::changeTitle);
-    m_viewController->webView()->setTableMenu(m_ui->tableMenu);
-    m_tableSheet = new TableSheet(this);
-    connect(m_tableSheet, &TableSheet::confirmed, m_viewController, &ViewController::insertTable);
     connect(m_viewController, &ViewController::rowRequested, m_edits, &PageEdits::addLastRow);
-}
-
-void HTMLDocument::createAttributes()
-{
-    auto* const panel = new AttributesPanel(
-        {m_ui->attributesLabel, m_ui->attributesView, m_ui->altNotice, m_ui->decorativeButton,
-         m_ui->keepRatioBox, m_ui->imageLinkButton, m_ui->makeLinkAction, m_ui->editLinkAction},
-        m_tree, *m_selection, *m_edits, *m_viewController, this);
-    connect(panel, &AttributesPanel::refused, this, [this](const QString& reason) { tell(reason); });
-}
-
-void HTMLDocument::createHeadings()
-{
-    m_headings = new HeadingsPanel(
-        {m_ui->headingsPane, m_ui->headingsList, m_ui->headingsResult, m_ui->headingsCloseButton}, m_tree,
-        *m_outline, *m_selection, this);
-}
-
-void HTMLDocument::createReplaceBar()
-{
-    m_replace = new ReplaceBar({m_ui->replaceBar, m_ui->replaceFindField, m_ui->replacementField,
-                                m_ui->replaceCaseButton, m_ui->replaceWordsButton,
-                                m_ui->replaceExpressionButton, m_ui->replaceSourceButton, m_ui->replaceResult,
-                                m_ui->replacePreviousButton, m_ui->replaceNextButton,
-                                m_ui->replaceCloseButton, m_ui->replaceButton, m_ui->replaceAllButton},
-                               {m_tree, m_stack, m_store, *m_selection, *m_viewController}, this);
-    connect(m_replace, &ReplaceBar::textEdited, this, [this] { refresh(RenderingReader::Place::Keep); });
-    connect(m_replace, &ReplaceBar::sourceEdited, this, [this] {
-        m_viewController->show(ViewController::Position::Keep);
-        buildCSSMenu();
-    });
-    connect(m_replace, &ReplaceBar::refused, this, [this](const QString& reason) { tell(reason); });
-    connect(m_replace, &ReplaceBar::closed, m_viewController->webView(), qOverload<>(&QWidget::setFocus));
 }
 
 void HTMLDocument::createStyleSheets()
@@ -190,24 +121,18 @@ void HTMLDocument::createStyleSheets()
     });
 }
 
-void HTMLDocument::createStyleRules()
+void HTMLDocument::createTools()
 {
-    connect(m_styleSheets, &StyleSheetEditor::draftChanged, m_viewController, &ViewController::showDraft);
-    auto* const reader =
-        new StyleRulesReader({m_tree, *m_viewController, [this] { return siteFolder(); },
-                              [this](const fs::path& file) { return m_styleSheets->textOfFile(file); }},
-                             this);
-    auto* const edits = new StyleEdits({m_tree, *m_outline, *m_edits, *m_styleSheets, m_stack}, this);
-    connect(edits, &StyleEdits::refused, this, [this](const QString& reason) { tell(reason); });
-    m_rulesPanel = new StyleRulesPanel({m_ui->rulesLabel, m_ui->rulesPages, m_ui->rulesView,
-                                        m_ui->computedView, m_ui->computedFilter, m_ui->newRuleButton},
-                                       {*m_selection, *m_viewController, *reader, *edits}, this);
-    connect(m_styleSheets, &StyleSheetEditor::draftChanged, m_rulesPanel, &StyleRulesPanel::noteChange);
-    connect(&m_tree, &PageTree::reset, m_rulesPanel, &StyleRulesPanel::noteChange);
-    connect(&m_tree, &PageTree::attributesSwapped, m_rulesPanel, &StyleRulesPanel::noteChange);
-    connect(&m_tree, &PageTree::exchanged, m_rulesPanel, &StyleRulesPanel::noteChange);
-    connect(&m_viewController->webView()->editorPage(), &EditorPage::shown, m_rulesPanel,
-            &StyleRulesPanel::noteChange);
+    m_tools = new PageTools({*m_ui, m_tree, m_stack, m_store, *m_outline, *m_selection, *m_edits,
+                             *m_styleSheets, *m_viewController, [this] { return siteFolder(); },
+                             [this] { return m_linkRules ? m_linkRules(m_store.linkBase()) : WebRules(); }},
+                            this);
+    connect(m_tools, &PageTools::refused, this, [this](const QString& reason) { tell(reason); });
+    connect(m_tools, &PageTools::textsReplaced, this, [this] { refresh(RenderingReader::Place::Keep); });
+    connect(m_tools, &PageTools::sourceReplaced, this, [this] {
+        m_viewController->show(ViewController::Position::Keep);
+        buildCSSMenu();
+    });
 }
 
 void HTMLDocument::createSaver()
@@ -239,24 +164,10 @@ void HTMLDocument::createFollower()
             m_ui->noticeBar->hide();
         watchFile();
         updateWindow();
+        m_tools->noteLinks();
     });
     connect(m_follower, &PageFollower::failed, this,
             [this](const QString& reason) { tell(tr("The page's links were not updated. %1").arg(reason)); });
-}
-
-void HTMLDocument::createCheck()
-{
-    m_check =
-        new CheckPanel({m_ui->checkPane, m_ui->checkList, m_ui->checkResult, m_ui->checkCloseButton},
-                       {m_tree, *m_outline, *m_selection, *m_viewController, [this] { return siteFolder(); },
-                        [this] { return m_linkRules ? m_linkRules(m_store.linkBase()) : WebRules(); }},
-                       this);
-    connect(&m_tree, &PageTree::reset, m_check, &CheckPanel::noteChange);
-    connect(&m_tree, &PageTree::attributesSwapped, m_check, &CheckPanel::noteChange);
-    connect(&m_tree, &PageTree::exchanged, m_check, &CheckPanel::noteChange);
-    connect(&m_viewController->webView()->editorPage(), &EditorPage::shown, m_check, &CheckPanel::noteChange);
-    connect(m_styleSheets, &StyleSheetEditor::fileStored, m_check, &CheckPanel::noteChange);
-    connect(m_follower, &PageFollower::linksUpdated, m_check, &CheckPanel::noteChange);
 }
 
 void HTMLDocument::connectChanges()
@@ -608,8 +519,7 @@ void HTMLDocument::noteReturn()
 {
     checkFile();
     updateWindow();
-    m_check->noteChange();
-    m_spelling->update();
+    m_tools->noteReturn();
 }
 
 void HTMLDocument::openWith(const QString& program, const QString& mimeType)

@@ -29,23 +29,14 @@ class HTMLDocument;
 
 namespace luma {
 
-class CheckPanel;
-class ElementSheet;
-class HeadingsPanel;
-class HiddenElements;
-class MarkupSheet;
 class MetaSheet;
-class OutlineFind;
 class OutlineModel;
 class OutlineSelection;
 class PageEdits;
 class PageFollower;
 class PageSaver;
-class PageSpelling;
-class ReplaceBar;
-class StyleRulesPanel;
+class PageTools;
 class StyleSheetEditor;
-class TableSheet;
 class ViewController;
 
 /// The document of one page and its window: the outline beside the live rendering and the style sheets. The
@@ -163,14 +154,10 @@ private:
     void createOutline();
     void createRendering();
     void createEdits();
-    void createAttributes();
-    void createHeadings();
-    void createReplaceBar();
     void createStyleSheets();
-    void createStyleRules();
+    void createTools();
     void createSaver();
     void createFollower();
-    void createCheck();
     void connectChanges();
 
     enum class Reading { First, Again };
@@ -205,20 +192,11 @@ private:
     OutlineModel* m_outline = nullptr;
     ViewController* m_viewController = nullptr;
     OutlineSelection* m_selection = nullptr;
-    OutlineFind* m_find = nullptr;
-    ReplaceBar* m_replace = nullptr;
-    HiddenElements* m_hidden = nullptr;
-    PageSpelling* m_spelling = nullptr;
-    CheckPanel* m_check = nullptr;
     LinkRulesOf m_linkRules;
     PageEdits* m_edits = nullptr;
+    PageTools* m_tools = nullptr;
     StyleSheetEditor* m_styleSheets = nullptr;
-    StyleRulesPanel* m_rulesPanel = nullptr;
     MetaSheet* m_metaSheet = nullptr;
-    MarkupSheet* m_markupSheet = nullptr;
-    ElementSheet* m_elementSheet = nullptr;
-    HeadingsPanel* m_headings = nullptr;
-    TableSheet* m_tableSheet = nullptr;
     PageFollower* m_follower = nullptr;
     PageSaver* m_saver = nullptr;
     PageRecovery* m_recovery = nullptr;

@@ -16,6 +16,7 @@
 #include "editor/outlineselection.h"
 #include "editor/pageedits.h"
 #include "editor/pagesaver.h"
+#include "editor/pagetools.h"
 #include "editor/replacebar.h"
 #include "editor/tablesheet.h"
 #include "ui_HTMLDocument.h"
@@ -66,7 +67,7 @@ std::vector<PageActions::Command> PageActions::table()
     HTMLDocument& page = m_parts.document;
     PageSaver& saver = m_parts.saver;
     PageEdits& edits = m_parts.edits;
-    OutlineFind& find = m_parts.find;
+    OutlineFind& find = m_parts.tools.find();
     ViewController& view = m_parts.rendering;
     return {
         {ui.newAction, Always, [&page] { emit page.newRequested(); }},
@@ -92,18 +93,24 @@ std::vector<PageActions::Command> PageActions::table()
              find.begin();
          }},
         {ui.findNextAction, HasPage,
-         [&find, &replace = m_parts.replace] { replace.isShown() ? replace.next() : find.next(); }},
+         [&find, &replace = m_parts.tools.replaceBar()] {
+             replace.isShown() ? replace.next() : find.next();
+         }},
         {ui.findPreviousAction, HasPage,
-         [&find, &replace = m_parts.replace] { replace.isShown() ? replace.previous() : find.previous(); }},
-        {ui.replaceAction, HasPage, [&replace = m_parts.replace] { replace.begin(); }},
-        {ui.insertMoreAction, HasElement, [&sheet = m_parts.elementSheet] { sheet.begin(); }},
+         [&find, &replace = m_parts.tools.replaceBar()] {
+             replace.isShown() ? replace.previous() : find.previous();
+         }},
+        {ui.replaceAction, HasPage, [&replace = m_parts.tools.replaceBar()] { replace.begin(); }},
+        {ui.insertMoreAction, HasElement, [&sheet = m_parts.tools.elementSheet()] { sheet.begin(); }},
         {ui.deleteTagAction, CanDelete, [&edits] { edits.deleteTag(); }},
         {ui.editMarkupAction, CanDelete,
-         [&sheet = m_parts.markupSheet, &selection = m_parts.selection] { sheet.begin(selection.index()); }},
+         [&sheet = m_parts.tools.markupSheet(), &selection = m_parts.selection] {
+             sheet.begin(selection.index());
+         }},
         {ui.duplicateAction, CanMove, [&edits] { edits.duplicate(); }},
         {ui.moveUpAction, CanMove, [&edits] { edits.moveUp(); }},
         {ui.moveDownAction, CanMove, [&edits] { edits.moveDown(); }},
-        {ui.hideAction, HasElement, [&hidden = m_parts.hidden] { hidden.toggleSelected(); }},
+        {ui.hideAction, HasElement, [&hidden = m_parts.tools.hidden()] { hidden.toggleSelected(); }},
         {ui.pageTitleAction, HasPage, [&page] { page.editTitle(); }},
         {ui.allNodesAction, Always,
          [&outline = m_parts.outline, action = ui.allNodesAction] {
@@ -115,9 +122,11 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.scriptConsoleAction, Always, [&view] { view.showScriptConsole(); }},
         {ui.inspectElementAction, HasPage, [&view] { view.inspectElement(); }},
         {ui.pageCheckAction, HasPage,
-         [&check = m_parts.check, action = ui.pageCheckAction] { check.setShown(action->isChecked()); }},
+         [&check = m_parts.tools.check(), action = ui.pageCheckAction] {
+             check.setShown(action->isChecked());
+         }},
         {ui.headingsAction, HasPage,
-         [&headings = m_parts.headings, &ui] {
+         [&headings = m_parts.tools.headings(), &ui] {
              if (ui.headingsAction->isChecked())
                  ui.outlineAction->setChecked(true);
              headings.setShown(ui.headingsAction->isChecked());
@@ -139,7 +148,7 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.editLinkAction, HasPage, [&view] { view.editLink(); }},
         {ui.removeLinkAction, HasPage, [&view] { view.removeLink(); }},
         {ui.insertImageAction, HasPage, [&view] { view.insertImage(); }, "image"},
-        {ui.insertTableAction, HasPage, [&sheet = m_parts.tableSheet] { sheet.begin(); }},
+        {ui.insertTableAction, HasPage, [&sheet = m_parts.tools.tableSheet()] { sheet.begin(); }},
         {ui.rowAboveAction, InTable, [&edits] { edits.editTable(TableEdit::RowAbove); }},
         {ui.rowBelowAction, InTable, [&edits] { edits.editTable(TableEdit::RowBelow); }},
         {ui.columnLeftAction, InTable, [&edits] { edits.editTable(TableEdit::ColumnLeft); }},
@@ -203,8 +212,8 @@ void PageActions::connectControls() const
     ui.checkCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
     ui.replaceCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
     ui.headingsCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
-    connect(&m_parts.headings, &HeadingsPanel::closed, ui.headingsAction, &QAction::trigger);
-    connect(&m_parts.check, &CheckPanel::closed, ui.pageCheckAction, &QAction::trigger);
+    connect(&m_parts.tools.headings(), &HeadingsPanel::closed, ui.headingsAction, &QAction::trigger);
+    connect(&m_parts.tools.check(), &CheckPanel::closed, ui.pageCheckAction, &QAction::trigger);
     ui.outlineFindCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
     connect(ui.deleteTagButton, &QPushButton::clicked, ui.deleteTagAction, &QAction::trigger);
     connect(ui.myOutlineView, &OutlineView::deleteRequested, ui.deleteTagAction, &QAction::trigger);

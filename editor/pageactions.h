@@ -15,20 +15,13 @@ class HTMLDocument;
 
 namespace luma {
 
-class CheckPanel;
-class ElementSheet;
-class HeadingsPanel;
-class HiddenElements;
 class HTMLDocument;
-class MarkupSheet;
-class OutlineFind;
 class OutlineModel;
 class OutlineSelection;
 class PageEdits;
 class PageSaver;
 class PageStore;
-class ReplaceBar;
-class TableSheet;
+class PageTools;
 class TagRules;
 class ViewController;
 
@@ -51,17 +44,10 @@ public:
         const PageStore& store;
         const TagRules& rules;
         const OutlineSelection& selection;
-        OutlineFind& find;
-        ReplaceBar& replace;
-        HiddenElements& hidden;
-        CheckPanel& check;
         OutlineModel& outline;
         PageEdits& edits;
         PageSaver& saver;
-        HeadingsPanel& headings;
-        MarkupSheet& markupSheet;
-        ElementSheet& elementSheet;
-        TableSheet& tableSheet;
+        PageTools& tools;
         ViewController& rendering;
     };
 

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "links/webrules.h"
+#include "page/sitefolder.h"
+
+#include <QObject>
+
+#include <functional>
+
+class QUndoStack;
+class QWidget;
+
+namespace Ui {
+class HTMLDocument;
+}
+
+namespace luma {
+
+class CheckPanel;
+class ElementSheet;
+class HeadingsPanel;
+class HiddenElements;
+class MarkupSheet;
+class OutlineFind;
+class OutlineModel;
+class OutlineSelection;
+class PageEdits;
+class PageSpelling;
+class PageStore;
+class PageTree;
+class ReplaceBar;
+class StyleSheetEditor;
+class TableSheet;
+class ViewController;
+
+/// The panels, bars and sheets around the outline and the rendering of a page's window: makes each, gives it its widgets and
+/// connects it to what it follows. Main thread.
+class PageTools final : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// What the tools work on; must outlive them.
+    struct Parts
+    {
+        const Ui::HTMLDocument& ui;
+        PageTree& tree;
+        QUndoStack& stack;
+        PageStore& store;
+        OutlineModel& outline;
+        OutlineSelection& selection;
+        PageEdits& edits;
+        StyleSheetEditor& styleSheets;
+        ViewController& rendering;
+        std::function<SiteFolder()> siteFolder;
+        std::function<WebRules()> linkRules; ///< of the page as it is now
+    };
+
+    /// The window becomes the parent.
+    PageTools(const Parts& parts, QWidget* window);
+
+    [[nodiscard]] OutlineFind& find() const { return *m_find; }
+    [[nodiscard]] ReplaceBar& replaceBar() const { return *m_replace; }
+    [[nodiscard]] HiddenElements& hidden() const { return *m_hidden; }
+    [[nodiscard]] HeadingsPanel& headings() const { return *m_headings; }
+    [[nodiscard]] CheckPanel& check() const { return *m_check; }
+    [[nodiscard]] MarkupSheet& markupSheet() const { return *m_markupSheet; }
+    [[nodiscard]] ElementSheet& elementSheet() const { return *m_elementSheet; }
+    [[nodiscard]] TableSheet& tableSheet() const { return *m_tableSheet; }
+
+    /// The links of the page have been changed from outside.
+    void noteLinks();
+    /// The user is back from another program, which may have changed anything.
+    void noteReturn();
+
+signals:
+    /// Something was not done, for this reason.
+    void refused(const QString& reason);
+    /// Texts of the tree, or the page's whole source, have been replaced.
+    void textsReplaced();
+    void sourceReplaced();
+
+private:
+    void createOutlineTools();
+    void createSheets();
+    void createAttributes();
+    void createReplaceBar();
+    void createStyleRules();
+    void createCheck();
+
+    Parts m_parts;
+    QWidget* m_window;
+    OutlineFind* m_find = nullptr;
+    HiddenElements* m_hidden = nullptr;
+    HeadingsPanel* m_headings = nullptr;
+    MarkupSheet* m_markupSheet = nullptr;
+    ElementSheet* m_elementSheet = nullptr;
+    TableSheet* m_tableSheet = nullptr;
+    ReplaceBar* m_replace = nullptr;
+    CheckPanel* m_check = nullptr;
+    PageSpelling* m_spelling = nullptr;
+};
+
+} // namespace luma
