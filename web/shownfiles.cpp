@@ -18,6 +18,8 @@ namespace {
 
 constexpr int pauseAfterChange = 100; // milliseconds
 constexpr int mostFiles = 200;
+constexpr int pauseBetweenQuestions = 50; // milliseconds
+constexpr int mostQuestions = 60;         // whether the files are loaded; one of them may never come
 
 } // namespace
 
@@ -27,6 +29,9 @@ ShownFiles::ShownFiles(EditorPage& page, std::function<SiteFolder()> site, QObje
     m_pause.setSingleShot(true);
     m_pause.setInterval(pauseAfterChange);
     connect(&m_pause, &QTimer::timeout, this, &ShownFiles::renewAll);
+    m_loading.setSingleShot(true);
+    m_loading.setInterval(pauseBetweenQuestions);
+    connect(&m_loading, &QTimer::timeout, this, &ShownFiles::askIfLoaded);
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &ShownFiles::noteChange);
     connect(&page, &EditorPage::shown, this, &ShownFiles::update);
 }
@@ -88,14 +93,31 @@ void ShownFiles::renewAll()
         return;
     QStringList addresses;
     for (const QString& file : std::exchange(m_changed, {})) {
-        if (m_addresses.contains(file))
-            addresses.append(u'\'' + quotedForScript(m_addresses.value(file)) + u'\'');
-        if (!m_watcher.files().contains(file) && m_addresses.contains(file) && QFile::exists(file))
+        if (!m_addresses.contains(file)) {
+            // An imported sheet is unknown while the one that imports it is being loaded.
+            m_changed.insert(file);
+            continue;
+        }
+        addresses.append(u'\'' + quotedForScript(m_addresses.value(file)) + u'\'');
+        if (!m_watcher.files().contains(file) && QFile::exists(file))
             m_watcher.addPath(file);
     }
     if (addresses.isEmpty())
         return;
     ScriptCall::run(&m_page, QStringLiteral("renewFiles([%1])").arg(addresses.join(u',')));
+    m_questionsLeft = mostQuestions;
+    m_loading.start();
+}
+
+void ShownFiles::askIfLoaded()
+{
+    const bool isLast = --m_questionsLeft <= 0;
+    ScriptCall::ask(&m_page,
+                    isLast ? QStringLiteral("tellIfRenewed(true)") : QStringLiteral("tellIfRenewed(false)"),
+                    this, [this, isLast](const QVariant& isTold) {
+                        if (!isTold.toBool() && !isLast)
+                            m_loading.start();
+                    });
 }
 
 } // namespace luma

@@ -34,6 +34,7 @@ private:
     void watch(const QStringList& addresses);
     void noteChange(const QString& file);
     void renewAll();
+    void askIfLoaded();
 
     EditorPage& m_page;
     std::function<SiteFolder()> m_site;
@@ -42,6 +43,8 @@ private:
     QSet<QString> m_changed;
     bool m_isAsking = true; // changes wait until it is known which files are shown
     QTimer m_pause;         // until a burst of changes is over
+    QTimer m_loading;       // until the next question whether the changed files are loaded
+    int m_questionsLeft = 0;
 };
 
 } // namespace luma

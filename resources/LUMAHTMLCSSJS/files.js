@@ -3,6 +3,11 @@
 
 'use strict';
 
+const renewal = {
+    waiting: 0, // calls whose files have not been dropped yet
+    links: new Set(), // that load their sheets again
+};
+
 const withoutFragment = (address) => address.replace(/#.*$/, '');
 
 // The addresses of style sheets, imported ones included, and images.
@@ -34,32 +39,46 @@ function dropKept(address) {
     });
 }
 
-// Stays on a sheet's element, as a load may begin before the last one has ended.
-function tellSheetLoaded() {
-    send('tellLoaded', location.href);
-}
-
 // Loads these files again; what is shown stays until they are there. Nothing of the page's markup changes.
 async function renewFiles(addresses) {
+    ++renewal.waiting;
     await Promise.all(addresses.map(dropKept));
+    --renewal.waiting;
     const uses = (sheet) => {
         const files = new Set();
         addFiles(sheet, files);
         return addresses.some((address) => files.has(address));
     };
     postChanges(changes.observer.takeRecords());
-    for (const { ownerNode } of Array.from(document.styleSheets).filter(uses)) {
-        if (ownerNode.localName === 'link') {
-            ownerNode.addEventListener('load', tellSheetLoaded);
-            setAgain(ownerNode, 'href');
+    const owners = Array.from(document.styleSheets).filter(uses).map(({ ownerNode }) => ownerNode);
+    // What is still being loaded is not among the sheets, and may show the files as they were.
+    for (const owner of new Set([...owners, ...renewal.links])) {
+        if (owner.localName === 'link') {
+            renewal.links.add(owner);
+            setAgain(owner, 'href');
         } else {
-            ownerNode.firstChild.data += '';
+            owner.firstChild.data += '';
         }
     }
     for (const image of document.images)
         if (addresses.includes(withoutFragment(image.currentSrc || image.src)))
             ['srcset', 'src'].forEach((name) => setAgain(image, name));
     changes.observer.takeRecords();
+}
+
+// Tells the editor once the sheets are there, or that it has waited long enough, and says so: the engine sends no event
+// when an element loads its sheet another time.
+function tellIfRenewed(isLastQuestion) {
+    const isLoaded = (sheet) => Boolean(sheet) &&
+        Array.from(rulesOf(sheet)).every((rule) => !('styleSheet' in rule) || isLoaded(rule.styleSheet));
+    const isThere = (link) => !link.isConnected || isLoaded(link.sheet);
+    if (!isLastQuestion && (renewal.waiting > 0 || !Array.from(renewal.links).every(isThere)))
+        return false;
+    renewal.links.clear();
+    if (media.isDark || media.isPrint)
+        applyMedia();
+    send('tellLoaded', location.href);
+    return true;
 }
 
 function setAgain(element, name) {
