@@ -720,7 +720,7 @@
         <translation>Zeigt Texte, Kommentare, den Dokumenttyp und Servercode als Zeilen der Gliederung</translation>
     </message>
     <message>
-        <source>&amp;Edit Markup...</source>
+        <source>Edit Mar&amp;kup...</source>
         <translation>&amp;Markup bearbeiten …</translation>
     </message>
     <message>
