@@ -6,6 +6,7 @@
 #include "page/pagetree.h"
 #include "page/subtreechange.h"
 #include "page/tagrules.h"
+#include "web/scriptcall.h"
 #include "web/viewcontroller.h"
 
 #include <QJsonArray>
@@ -21,15 +22,6 @@ namespace luma {
 namespace {
 
 constexpr int rankOfAttribute = 1'000'000'000; // as rules.js has it
-
-std::vector<int> stepsIn(const QVariant& path)
-{
-    std::vector<int> steps;
-    const QVariantList list = path.toList();
-    for (const QVariant& step : list)
-        steps.push_back(step.toInt());
-    return steps;
-}
 
 QString inText(const CssRange& range, const std::string& text)
 {
@@ -135,7 +127,7 @@ void StyleRulesReader::readSheets(const QVariantList& places)
     const SiteFolder site = m_parts.place();
     for (const QVariant& place : places) {
         const bool isElement = place.userType() == QMetaType::QVariantList;
-        StyleSource source = {StyleSource::Kind::Element, stepsIn(place), {}};
+        StyleSource source = {StyleSource::Kind::Element, ScriptCall::path(place), {}};
         std::optional<std::string> text;
         if (isElement) {
             const html::Element* const element = elementAtPath(*m_parts.tree.document(), source.path);
@@ -246,7 +238,7 @@ void StyleRulesReader::buildGroups()
     const QVariantList groups = m_matches.value(QStringLiteral("groups")).toList();
     for (const QVariant& each : groups) {
         const QVariantMap answer = each.toMap();
-        const std::vector<int> path = stepsIn(answer.value(QStringLiteral("path")));
+        const std::vector<int> path = ScriptCall::path(answer.value(QStringLiteral("path")));
         StyleGroup group = {shortName(elementAtPath(*m_parts.tree.document(), path),
                                       answer.value(QStringLiteral("name")).toString()),
                             answer.value(QStringLiteral("part")).toString(),
