@@ -90,13 +90,17 @@ private slots:
         QFETCH(QStringList, arguments);
         QFETCH(QList<QByteArray>, received);
         QFETCH(QByteArray, error);
-        m_calls = 0;
         m_error = error.toStdString();
         const auto first = holder();
         const auto start = first->begin({});
         QVERIFY(start);
         QVERIFY(*start == SingleInstance::Start::First);
-        const QByteArray said = startSecond(arguments);
+        // A first start elsewhere on the machine ends all watchers, this one included; then it is tried again.
+        QByteArray said;
+        for (int tries = 0; tries < 5 && !said.contains("watcher alive"); ++tries) {
+            m_calls = 0;
+            said = startSecond(arguments);
+        }
         QVERIFY2(said.contains(error.isEmpty() ? "status 0\n" : "status 2\n"), said.constData());
         QVERIFY2(error.isEmpty() || said.contains("luma: no luck\n"), said.constData());
         QVERIFY2(said.contains("watcher alive"), said.constData());
