@@ -49,17 +49,21 @@ public:
     }
 
     void draw(std::vector<OutlinePart> parts, QRect area, const QPalette& palette,
-              const std::optional<QColor>& colour)
+              const std::optional<QColor>& colour, Qt::LayoutDirection direction)
     {
         for (OutlinePart& part : parts)
             part.text.truncate(longestPart);
         cutValues(parts, widthOf(parts) - area.width());
+        // Markup reads from left to right, but begins at its branch.
+        if (direction == Qt::RightToLeft)
+            area.setLeft(std::max(area.left(), area.left() + area.width() - widthOf(parts)));
         for (const OutlinePart& part : parts) {
             const QFontMetrics metrics(fontOf(part));
             const QString text = metrics.elidedText(part.text, Qt::ElideRight, area.width());
             m_painter.setFont(fontOf(part));
             m_painter.setPen(colour ? *colour : colourOf(part.kind, palette));
-            m_painter.drawText(area, Qt::AlignVCenter | Qt::TextSingleLine, text);
+            m_painter.drawText(
+                area, Qt::AlignLeft | Qt::AlignAbsolute | Qt::AlignVCenter | Qt::TextSingleLine, text);
             area.setLeft(area.left() + metrics.horizontalAdvance(text));
             if (text != part.text)
                 return;
@@ -121,7 +125,8 @@ void OutlineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
     const auto& outline = static_cast<const OutlineModel&>(*index.model());
     painter->save();
     painter->setClipRect(area, Qt::IntersectClip);
-    RowPainter(*painter, row.font).draw(outline.partsOf(*node), area, row.palette, colour);
+    painter->setLayoutDirection(Qt::LeftToRight);
+    RowPainter(*painter, row.font).draw(outline.partsOf(*node), area, row.palette, colour, row.direction);
     painter->restore();
 }
 
