@@ -85,6 +85,6 @@ function(luma_tests NAME)
     add_test(NAME ${NAME}.${class} COMMAND ${session} $<TARGET_FILE:${NAME}> ${class})
     set_tests_properties(${NAME}.${class} PROPERTIES
       TIMEOUT 900
-      ENVIRONMENT "LC_ALL=C.UTF-8;LANGUAGE=;LUMA_SOURCE_DIR=${CMAKE_SOURCE_DIR};LUMA_BUILD_DIR=${CMAKE_BINARY_DIR};ASAN_OPTIONS=detect_leaks=0:new_delete_type_mismatch=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/tsan.supp;QTWEBENGINE_DISABLE_SANDBOX=1")
+      ENVIRONMENT "LC_ALL=C.UTF-8;LANGUAGE=;LUMA_SOURCE_DIR=${CMAKE_SOURCE_DIR};LUMA_BUILD_DIR=${CMAKE_BINARY_DIR};ASAN_OPTIONS=detect_leaks=0:new_delete_type_mismatch=0;UBSAN_OPTIONS=print_stacktrace=1;TSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/tsan.supp:die_after_fork=0;QTWEBENGINE_DISABLE_SANDBOX=1")
   endforeach()
 endfunction()

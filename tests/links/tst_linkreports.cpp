@@ -134,9 +134,14 @@ private slots:
         std::size_t most = files.size() + 1;
         const auto find = [&] {
             pages.clear();
+            std::atomic<std::size_t> count = 0; // asked on several threads
             return findMissingLinks(
-                site.root(), FindingsKept::All, [&](const PageFindings& page) { pages.push_back(page.path); },
-                [&] { return pages.size() < most; });
+                site.root(), FindingsKept::All,
+                [&](const PageFindings& page) {
+                    pages.push_back(page.path);
+                    ++count;
+                },
+                [&] { return count < most; });
         };
         QVERIFY(find() && pages.size() == files.size());
         QVERIFY(std::is_sorted(pages.begin(), pages.end()));

@@ -8,6 +8,7 @@
 
 #include <QTest>
 
+#include <atomic>
 #include <random>
 #include <set>
 
@@ -194,7 +195,7 @@ private slots:
         for (const auto& [stopAt, expected] :
              std::vector<std::pair<std::string, QByteArray>>{{"a.png", ""}, {"c(.png", "a.png\nb(.png\n"}}) {
             std::vector<std::string> rows;
-            bool stop = false;
+            std::atomic<bool> stop = false; // asked on several threads
             UnlinkedItemsCallbacks callbacks;
             callbacks.row = [&rows](const std::string& subpath) { rows.push_back(subpath); };
             callbacks.examining = [&](const std::string& subpath) {
