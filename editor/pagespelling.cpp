@@ -28,7 +28,7 @@ PageSpelling::PageSpelling(SpellCheck& check, const PageTree& tree, QAction& act
 
 void PageSpelling::update()
 {
-    if (m_window.isActiveWindow())
+    if (m_check.isOn() && m_window.isActiveWindow())
         tellLanguages();
 }
 
@@ -42,8 +42,8 @@ void PageSpelling::tellLanguages()
         if (!language.isEmpty() && !languages.contains(language))
             languages.append(language);
     }
-    m_told = languages;
     m_check.setLanguages(languages);
+    m_told = m_check.languages();
 }
 
 void PageSpelling::tellMissing(const QStringList& languages)

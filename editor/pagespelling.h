@@ -36,7 +36,7 @@ private:
     SpellCheck& m_check;
     const PageTree& m_tree;
     QWidget& m_window;
-    QStringList m_told; // the page's languages
+    QStringList m_told; // the languages that the check took from the page
 };
 
 } // namespace luma

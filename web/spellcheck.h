@@ -28,6 +28,7 @@ public:
     /// The languages (BCP 47) of the page that the user works in; the desktop's own if there are none. Dictionaries are
     /// converted on a thread of the pool, so the words are marked when that is done.
     void setLanguages(const QStringList& languages);
+    [[nodiscard]] const QStringList& languages() const { return m_languages; }
 
 signals:
     void changed(bool isOn);

@@ -106,6 +106,17 @@ private slots:
         trigger("spellCheckAction");
         QTRY_COMPARE(the<QLabel>("noticeText")->text(), u"No spelling dictionary is installed for: qq"_qs);
     }
+    void pageWithoutALanguage_isCheckedInTheDesktopsOwn()
+    {
+        const QLocale before;
+        QLocale::setDefault(QLocale(QLocale::Zulu));
+        open("<!DOCTYPE html><title>T</title><p>helo</p>");
+        if (the<QAction>("spellCheckAction")->isChecked())
+            trigger("spellCheckAction");
+        trigger("spellCheckAction");
+        QTRY_COMPARE(the<QLabel>("noticeText")->text(), u"No spelling dictionary is installed for: zu"_qs);
+        QLocale::setDefault(before);
+    }
 };
 
 LUMA_TEST(tst_spelling)
