@@ -13,11 +13,11 @@ namespace luma {
 namespace {
 
 constexpr auto extensions = std::to_array<std::string_view>(
-    {"html", "htm",  "xhtml", "shtml", "php", "css",  "js",   "mjs",  "json", "map",  "wasm", "xml",
-     "rss",  "atom", "svg",   "png",   "jpg", "jpeg", "gif",  "webp", "avif", "bmp",  "ico",  "tif",
-     "tiff", "pdf",  "txt",   "md",    "csv", "zip",  "gz",   "mp3",  "mp4",  "m4a",  "webm", "ogg",
-     "ogv",  "oga",  "wav",   "mov",   "vtt", "srt",  "woff", "ttf",  "otf",  "eot",  "doc",  "docx",
-     "xls",  "xlsx", "ppt",   "pptx",  "odt", "ods",  "epub", "swf",  "glb",  "gltf", "woff2"});
+    {"html", "htm", "xhtml", "shtml", "php",  "css",  "js",    "mjs",  "json", "map", "wasm", "xml",  "rss",
+     "atom", "svg", "png",   "jpg",   "jpeg", "gif",  "webp",  "avif", "bmp",  "ico", "tif",  "tiff", "pdf",
+     "txt",  "md",  "csv",   "zip",   "gz",   "mp3",  "mp4",   "m4a",  "webm", "ogg", "ogv",  "oga",  "wav",
+     "mov",  "vtt", "srt",   "woff",  "ttf",  "otf",  "eot",   "doc",  "docx", "xls", "xlsx", "ppt",  "pptx",
+     "odt",  "ods", "epub",  "swf",   "glb",  "gltf", "woff2", "jar",  "class"});
 
 constexpr std::size_t longestName = 255;
 

@@ -111,7 +111,7 @@ std::optional<PagePlanner::Change> PagePlanner::changedPath(const LinkReference&
                                                             const SiteAddresses::Page& newPage) const
 {
     const std::size_t end = std::min(reference.value.find('?'), reference.value.find('#'));
-    if (end == 0 || end == std::string_view::npos ||
+    if (end == 0 || end == std::string_view::npos || reference.frameQuotes != Quotes::NoValue ||
         m_addresses->resolve(reference.value, oldPage).kind != Kind::NotJudged)
         return std::nullopt;
     const std::string_view path = reference.value.substr(0, end);

@@ -61,10 +61,12 @@ constexpr std::size_t mostEntities = 256;
 constexpr std::size_t longestEntity = 256;
 constexpr std::size_t mostExpanded = std::size_t(1) << 20U;
 
-bool isCode(std::string_view attribute)
+bool isCode(std::string_view element, std::string_view attribute)
 {
     return startsWithIgnoringAsciiCase(attribute, "on") || startsWithIgnoringAsciiCase(attribute, "data-") ||
-           equalIgnoringAsciiCase(attribute, "srcdoc");
+           equalIgnoringAsciiCase(attribute, "srcdoc") || equalIgnoringAsciiCase(attribute, "archive") ||
+           (equalIgnoringAsciiCase(attribute, "code") && equalIgnoringAsciiCase(element, "applet")) ||
+           (equalIgnoringAsciiCase(attribute, "value") && equalIgnoringAsciiCase(element, "param"));
 }
 
 // `raw` with the text of the page's own entities in their place.
@@ -229,8 +231,11 @@ void PageReader::readAttribute(const HtmlToken& tag, const HtmlAttribute& attrib
             m_anchors.push_back(m_decoded.emplace_back('\1' + std::string(decoded(attribute.value))));
         return;
     }
-    if (isCode(attribute.name))
+    if (isCode(tag.name, attribute.name))
         m_code.push_back(decoded(attribute.value));
+    if (length == 6 && !m_isFrame && equalIgnoringAsciiCase(attribute.name, "srcdoc") &&
+        equalIgnoringAsciiCase(tag.name, "iframe") && !isRepeated(tag, attribute))
+        readFrame(attribute);
     const std::optional<PlaceAndSyntax> found = linkPlaceOf(tag.name, attribute.name);
     if (found && attribute.quotes != Quotes::NoValue && !isRepeated(tag, attribute))
         readValue(attribute, found->place, found->syntax);
@@ -260,6 +265,31 @@ void PageReader::readValue(const HtmlAttribute& attribute, LinkPlace place, Link
     const std::size_t begin = offsetIn(m_source, attribute.value);
     m_references.push_back({decodedWhole(attribute.value), begin, begin + attribute.value.size(), place,
                             syntax, attribute.quotes, CssQuotes::None});
+}
+
+// HTML standard, "The iframe element": the page in a srcdoc attribute has the addresses' base from the page around it, unless it
+// sets its own. Its fragments lead to places of its own.
+void PageReader::readFrame(const HtmlAttribute& attribute)
+{
+    const std::string_view page = decoded(attribute.value);
+    const std::size_t begin = offsetIn(m_source, attribute.value);
+    const RawPlaces raw(attribute.value, page);
+    if (!m_frame) {
+        m_frame = std::make_unique<PageReader>();
+        m_frame->m_isFrame = true;
+    }
+    m_frame->read(page, PageFormat::Html);
+    if (m_frame->baseReference())
+        return;
+    for (LinkReference reference : m_frame->references()) {
+        if (reference.value.starts_with('#'))
+            continue;
+        reference.value = m_decoded.emplace_back(reference.value);
+        reference.begin = begin + raw(reference.begin);
+        reference.end = begin + raw(reference.end);
+        reference.frameQuotes = attribute.quotes;
+        m_references.push_back(reference);
+    }
 }
 
 void PageReader::readParts(const HtmlAttribute& attribute, LinkPlace place, LinkSyntax syntax)

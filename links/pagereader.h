@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <deque>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,13 +31,14 @@ struct LinkReference
     LinkSyntax syntax = LinkSyntax::Address; // how the attribute holds it
     Quotes quotes = Quotes::NoValue;         // of the attribute
     CssQuotes cssQuotes = CssQuotes::None;   // of an address in CSS
+    Quotes frameQuotes = Quotes::NoValue;    // of the srcdoc attribute whose page holds the address
 };
 
 enum class PageFormat : std::uint8_t { Html, Xml, StyleSheet };
 
 /// Reads the addresses of pages and style sheets, one after another, into memory that it uses again: every place
-/// of the HTML standard's table of addresses, those of svg, xml-stylesheet, meta and style, style attributes and
-/// style sheets. What it gives is valid until the next read. Each thread has one of its own.
+/// of the HTML standard's table of addresses, those of svg, xml-stylesheet, meta and style, style attributes,
+/// style sheets, and the pages in srcdoc attributes. What it gives is valid until the next read. Each thread has one of its own.
 class PageReader final
 {
 public:
@@ -49,7 +51,7 @@ public:
     /// The ids and anchor names of the page, decoded, where fragments lead; those of maps begin with "\1".
     [[nodiscard]] const std::vector<std::string_view>& anchors() const { return m_anchors; }
     /// What may name files without being an address: scripts, event handlers, data attributes, the sources of frames,
-    /// server-side includes and conditional comments.
+    /// server-side includes, conditional comments, and the parameters of objects and applets.
     [[nodiscard]] const std::vector<std::string_view>& code() const { return m_code; }
     /// The address of the page's first base element that has one, decoded; empty without.
     [[nodiscard]] std::string_view base() const { return m_base ? m_base->value : std::string_view(); }
@@ -63,6 +65,7 @@ private:
     void readAttribute(const HtmlToken& tag, const HtmlAttribute& attribute);
     void readMeta(const HtmlToken& tag);
     void readValue(const HtmlAttribute& attribute, LinkPlace place, LinkSyntax syntax);
+    void readFrame(const HtmlAttribute& attribute);
     void readParts(const HtmlAttribute& attribute, LinkPlace place, LinkSyntax syntax);
     void addCss(std::string_view css, std::size_t begin);
     std::string_view decoded(std::string_view raw);
@@ -76,6 +79,8 @@ private:
     std::deque<std::string> m_decoded;
     std::vector<std::pair<std::string_view, std::string_view>> m_entities; // that the page declares
     std::size_t m_expandedSize = 0;
+    std::unique_ptr<PageReader> m_frame; // for the pages in srcdoc attributes
+    bool m_isFrame = false;
 };
 
 } // namespace luma

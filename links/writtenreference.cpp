@@ -66,6 +66,12 @@ std::string patchedCss(std::string_view raw, std::string_view old, std::string_v
 
 std::string writtenReference(std::string_view raw, const LinkReference& reference, std::string_view value)
 {
+    if (reference.frameQuotes != Quotes::NoValue) {
+        LinkReference inFrame = reference;
+        inFrame.frameQuotes = Quotes::NoValue;
+        const std::string markup = decodeCharacters(raw, ReferenceContext::AttributeValue);
+        return patchedValue(raw, markup, writtenReference(markup, inFrame, value), reference.frameQuotes);
+    }
     if (reference.syntax == LinkSyntax::StyleSheet)
         return patchedCss(raw, reference.value, value, reference.cssQuotes);
     if (reference.syntax != LinkSyntax::StyleDeclarations)

@@ -210,12 +210,13 @@ private slots:
               "<script>load(\"x\\/a.css\"); go('b.html?1')</script><p onclick='location=\"c d.html\"'>"
               "<img data-src='x/%C3%A9.png' data-set='1.jpg 1x,2.jpg 2x' title=n.png>"
               "<iframe srcdoc='&lt;img src=e.gif>'></iframe> n.html <!-- n.gif -->"
-              "<!--[if IE]><link href=f.css><![endif]--><script src=n.js></script>"},
+              "<!--[if IE]><link href=f.css><![endif]--><script src=n.js></script>"
+              "<applet code=k.class archive='l.jar,m.jar'><param name=movie value=o.swf></applet>"},
              {"x.shtml", "<!--#include virtual='/inc/g.html' -->'n.css'"},
              {"y.html", "<?php include 'inc/h.html'; ?><script>'y.html'</script>"}});
-        for (const char* const name :
-             {"x/a.css", "b.html", "c d.html", "x/\xC3\xA9.png", "1.jpg", "2.jpg", "e.gif", "f.css",
-              "inc/g.html", "inc/h.html", "n.png", "n.html", "n.gif", "n.css"})
+        for (const char* const name : {"x/a.css", "b.html", "c d.html", "x/\xC3\xA9.png", "1.jpg", "2.jpg",
+                                       "e.gif", "f.css", "inc/g.html", "inc/h.html", "k.class", "l.jar",
+                                       "m.jar", "o.swf", "n.png", "n.html", "n.gif", "n.css"})
             site.put(name, "");
         const std::string expected = "n.css n.gif n.html n.png x.shtml y.html ";
         QCOMPARE(unlinkedIn(site), expected);

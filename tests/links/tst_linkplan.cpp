@@ -128,6 +128,16 @@ private slots:
               "<a href=p.png> -->"
               "<meta property=og:image content=i/p%2C1.png><script>'<a href=p.png>'</script><b "
               "title=p.png>"}});
+        row("the page in a frame",
+            {{"p.png", ""},
+             {"o.html",
+              "<iframe srcdoc=\"<a href='p.png#a'><a href=#p.png><img src=&quot;p.png?a&amp;amp;b&quot; "
+              "srcset='p.png 2x'><p style='a:url(p.png)'>\"></iframe><iframe srcdoc='<img src=p.png>'>"}},
+            {"p.png > i/l'&.png"},
+            {{"o.html",
+              "<iframe srcdoc=\"<a href='i/l%27%26.png#a'><a href=#p.png>"
+              "<img src=&quot;i/l%27%26.png?a&amp;amp;b&quot; srcset='i/l%27%26.png 2x'>"
+              "<p style='a:url(i/l%27%26.png)'>\"></iframe><iframe srcdoc='<img src=i/l%27%26.png>'>"}});
         row("server code behind the path",
             {{"v.php", "<a href='v.php?<?= $a && '\"' ?>'>"},
              {"o.php", "<a href=\"v.php?id=<?= $x->id ?>&amp;<?= '&lt;' ?>#v.php\"><a href=v.php#{{v.php}}>"

@@ -67,6 +67,13 @@ private slots:
             "style a b as a\\20 b\n");
         row("style element", "<style>@import 'a.css'; p { background: url(b.png) }</style><a href=c>",
             "@import a.css\nurl() b.png\nhref c\n");
+        row("a frame's own page",
+            "<iframe srcdoc=\"<a href='a?x&amp;amp;y'><a href=#b><img src=&quot;c.png&quot; style='d:url(e)'>\">",
+            "href a?x&y as a?x&amp;amp;y\nsrc c.png\nstyle e\n");
+        row("frames in frames and with a base",
+            "<iframe srcdoc=\"<iframe srcdoc='<a href=a>'></iframe>\"></iframe><iframe srcdoc='<base href=b><a href=c>'>"
+            "</iframe><p srcdoc='<a href=d>'>",
+            "");
         row("no tags", "<!-- <a href=a> --><script>'<a href=b>'</script><textarea><a href=c></textarea>", "");
     }
     void pages_giveTheirAddresses()
