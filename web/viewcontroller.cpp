@@ -36,6 +36,11 @@ QString scrollingTo(const QString& position)
     return QStringLiteral("document.body.scrollTop = ") + QString::number(position.toDouble(), 'f', 3);
 }
 
+bool showsOtherFiles(const QByteArray& markup)
+{
+    return markup.contains("<img") || markup.contains("url(");
+}
+
 const QString tellFormats = QStringLiteral("tellFormats()");
 
 QString commandWordOf(const QObject* sender)
@@ -110,6 +115,10 @@ void ViewController::connectPage()
     connect(&page.bridge(), &PageBridge::activeElementHTML, this, &ViewController::takeActiveElement,
             Qt::QueuedConnection);
     connect(&page.bridge(), &PageBridge::formats, this, &ViewController::takeFormats);
+    connect(&page.bridge(), &PageBridge::mutationObserver, this, [this](const RenderingChange& change) {
+        if (change.subtree && showsOtherFiles(QByteArray::fromStdString(change.subtree->markup)))
+            m_files->update();
+    });
     connect(m_reader, &RenderingReader::upToDate, this, &ViewController::tellActiveElement);
     connect(m_reader, &RenderingReader::differs, this, [this] { show(Position::Keep); });
 }
@@ -242,7 +251,7 @@ void ViewController::finishUpdate(const QByteArray& changes)
             return;
         }
     }
-    if (changes.contains("<img"))
+    if (showsOtherFiles(changes))
         m_files->update();
 }
 

@@ -17,8 +17,9 @@ const isBlock = (node) => node instanceof Element && blockNames.has(node.localNa
 const isHeading = (node) => /^h[1-6]$/.test(node.localName);
 const isHidden = (node) => node instanceof Comment || node instanceof Element && !node.matches(serverCode)
     && /^(script|style|template|link|meta|base|title)$/.test(node.localName);
+const holdsBlocks = (node) => node instanceof Element && node.querySelector(Array.from(blockNames).join()) !== null;
 // Part of a line of text.
-const isInline = (node) => node && !isBlock(node) && !isHidden(node);
+const isInline = (node) => node && !isBlock(node) && !isHidden(node) && !holdsBlocks(node);
 const isBlank = (node) => node instanceof Text && !/[^ \t\r\n\f]/.test(node.data);
 
 // The innermost block around a node, which may be the node itself.
@@ -31,6 +32,12 @@ function blockOf(node) {
 function closestAt(node, selector) {
     const element = node instanceof Element ? node : node && node.parentElement;
     return element ? element.closest(selector) : null;
+}
+
+// The innermost element of the kind around a node, in the same cell of a table.
+function closestInCell(node, selector) {
+    const element = closestAt(node, `${selector}, td, th, caption`);
+    return element && element.matches(selector) ? element : null;
 }
 
 function currentRange() {

@@ -10,11 +10,13 @@ const renewal = {
 
 const withoutFragment = (address) => address.replace(/#.*$/, '');
 
-// The addresses of style sheets, imported ones included, and images.
+// The addresses of style sheets, imported ones included, images, and what the styles show.
 function shownFiles() {
     const addresses = new Set(Array.from(document.images, (image) => withoutFragment(image.currentSrc || image.src)));
     for (const sheet of document.styleSheets)
         addFiles(sheet, addresses);
+    for (const [{ style }, base] of stylesThatShowFiles())
+        filesOfStyle(style.cssText, base).forEach((address) => addresses.add(address));
     addresses.delete('');
     return Array.from(addresses);
 }
@@ -26,6 +28,40 @@ function addFiles(sheet, addresses) {
     for (const { styleSheet } of rulesOf(sheet))
         if (styleSheet)
             addFiles(styleSheet, addresses);
+}
+
+// The rules and the elements whose styles hold addresses, each with the address of the file that holds it.
+function* stylesThatShowFiles() {
+    for (const element of document.querySelectorAll('[style*="url("]'))
+        yield [element, document.baseURI];
+    const sheets = Array.from(document.styleSheets);
+    const seen = new Set();
+    for (let sheet; (sheet = sheets.pop());) {
+        const rules = seen.has(sheet) ? [] : Array.from(rulesOf(sheet));
+        seen.add(sheet);
+        for (let rule; (rule = rules.pop());) {
+            rules.push(...rule.cssRules || []);
+            if (rule.styleSheet)
+                sheets.push(rule.styleSheet);
+            if (rule.style)
+                yield [rule, sheet.href || document.baseURI];
+        }
+    }
+}
+
+// The engine writes each address in double quotes.
+function filesOfStyle(declarations, base) {
+    return Array.from(declarations.matchAll(/url\("((?:\\[^]|[^"\\])*)"\)/g), ([, address]) => address)
+        .filter((address) => !address.startsWith('data:'))
+        .map((address) => withoutFragment(resolvedAddress(withoutEscapes(address), base)));
+}
+
+function resolvedAddress(address, base) {
+    try {
+        return new URL(address, base).href;
+    } catch {
+        return '';
+    }
 }
 
 // The engine keeps what it has loaded from a private scheme for ever, by address and kind: a request of another kind
@@ -59,6 +95,15 @@ async function renewFiles(addresses) {
         } else {
             owner.firstChild.data += '';
         }
+    }
+    // A style that is set again, as it is, shows its files as they are.
+    for (const [styled, base] of stylesThatShowFiles()) {
+        if (!filesOfStyle(styled.style.cssText, base).some((address) => addresses.includes(address)))
+            continue;
+        if (styled instanceof Element)
+            setAgain(styled, 'style');
+        else
+            styled.style.cssText += '';
     }
     for (const image of document.images)
         if (addresses.includes(withoutFragment(image.currentSrc || image.src)))

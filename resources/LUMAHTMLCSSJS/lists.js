@@ -3,11 +3,8 @@
 
 'use strict';
 
-// The list item around a node, in the same cell.
-function itemAt(node) {
-    const around = closestAt(node, 'li, td, th, caption');
-    return around && around.localName === 'li' ? around : null;
-}
+const itemAt = (node) => closestInCell(node, 'li');
+const quoteAt = (node) => closestInCell(node, 'blockquote');
 
 const listOf = (item) => item.parentElement.closest('ol, ul, menu');
 
@@ -125,7 +122,7 @@ function outdent() {
     const blocks = selectedBlocks();
     const items = new Set(blocks.map(itemAt).filter((item) => item));
     Array.from(items).reverse().forEach((item) => leaveList(item, { keepsAttributes: true }));
-    new Set(blocks.filter((block) => !itemAt(block)).map((block) => block.closest('blockquote')))
+    new Set(blocks.filter((block) => !itemAt(block)).map(quoteAt))
         .forEach((quote) => quote && unwrap(quote));
 }
 

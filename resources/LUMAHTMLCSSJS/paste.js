@@ -173,8 +173,7 @@ function makeInline(fragment) {
 }
 
 function insertInline(fragment) {
-    if (blockOf(currentRange().startContainer) === document.body)
-        caretToStart(wrapInline(inlineAtCaret(), 'p'));
+    makeParagraphInBody();
     const block = blockOf(currentRange().startContainer);
     const wasEmpty = isEmptyBlock(block);
     currentRange().insertNode(fragment);

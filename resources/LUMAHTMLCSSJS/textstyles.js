@@ -34,7 +34,7 @@ function getTextTags() {
         return [];
     const nodes = range.collapsed ? [range.startContainer] : leavesOf(range);
     return Object.keys(textStyles).filter((title) =>
-        nodes.length > 0 && nodes.every((node) => closestAt(node, selectorOfStyle(textStyles[title]))));
+        nodes.length > 0 && nodes.every((node) => closestInCell(node, selectorOfStyle(textStyles[title]))));
 }
 
 function selectorOfStyle(style) {
@@ -74,7 +74,7 @@ function removeStyle(title) {
         selectedBlocks().filter((block) => block.localName === style.block)
             .forEach((block) => block.parentElement.matches(headBlocks) ? unwrap(block) : renameBlock(block, 'p'));
     else if (style.around)
-        new Set(selectedBlocks().map((block) => block.closest(style.around)))
+        new Set(selectedBlocks().map(quoteAt))
             .forEach((quote) => quote && unwrap(quote));
     else if (getTextTags().includes(title))
         toggleList(style.list);

@@ -99,8 +99,7 @@ function insertText(event) {
         return false;
     if (!range.collapsed)
         makeRoomInSelection();
-    if (blockOf(currentRange().startContainer) === document.body)
-        caretToStart(wrapInline(inlineAtCaret(), 'p'));
+    makeParagraphInBody();
     const { node, offset } = textAtCaret();
     if (event.data === ' ' && !keepsBlanks(node))
         return insertBlank(node, offset);
@@ -111,6 +110,13 @@ function insertText(event) {
     if (pending.length > 0)
         styleTyped(node, offset, event.data.length, pending);
     return true;
+}
+
+// Directly in the body a paragraph is begun, but text that stands there stays as it is.
+function makeParagraphInBody() {
+    const { startContainer } = currentRange();
+    if (startContainer === document.body || isBlank(startContainer) && startContainer.parentNode === document.body)
+        caretToStart(wrapInline(inlineAtCaret(), 'p'));
 }
 
 // Deletes the selection but keeps the elements around its first letter, whose styles the typed text gets.

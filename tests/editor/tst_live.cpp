@@ -5,6 +5,7 @@
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
 
+#include <QLineEdit>
 #include <QTcpServer>
 #include <QTest>
 #include <QUndoStack>
@@ -124,6 +125,23 @@ private slots:
         QTRY_VERIFY(both().contains("<p>one twoy three</p><p>four</p>"));
     }
 
+    void caretAfterATitleEdit_staysWhereItWas()
+    {
+        openAndFollow("<title>t</title><p>one two three</p><p>four</p>");
+        setCaretBehind("one two");
+        type("x");
+        trigger("pageTitleAction");
+        auto* const field = the<QLineEdit>("metaSheetTextField");
+        QTRY_VERIFY(field->isVisible());
+        field->setText("new");
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_VERIFY(both().contains("<title>new</title>"));
+        window->activateWindow();
+        focusPage();
+        type("y");
+        QTRY_VERIFY(both().contains("<p>one twoxy three</p><p>four</p>"));
+    }
+
     void filesChangedOnDisk_areShownInPlace()
     {
         const auto image = [](int width) {
@@ -155,6 +173,34 @@ private slots:
         (void)answer("new Image().src = 'http://127.0.0.1:" + QString::number(server.serverPort()) +
                      "/x.png'");
         QTRY_VERIFY(server.hasPendingConnections());
+    }
+
+    void picturesOfStyles_areShownAnewInPlace()
+    {
+        const auto picture = [](const char* colour) {
+            return std::string(
+                       "<svg xmlns='http://www.w3.org/2000/svg' width='9' height='9'><rect width='9' height='9' fill='") +
+                   colour + "'/></svg>";
+        };
+        put("css/a (1).svg", picture("red"));
+        put("b.svg", picture("red"));
+        put("css/a.css", "@media all { h1 { background: url('a (1).svg') } }");
+        openAndFollow("<link rel=stylesheet href=css/a.css><body style='margin: 0'>"
+                      "<h1 style='margin: 0; height: 40px'></h1><p style=\"margin: 0; height: 40px; "
+                      "background: url('b.svg')\"></p>");
+        const QString before = both();
+        const auto isShown = [this](int y, const QColor& colour) {
+            const QImage shown = rendering().webView()->grab().toImage();
+            return shown.pixelColor(20, y) == colour;
+        };
+        QTRY_VERIFY(isShown(20, Qt::red));
+        QTRY_VERIFY(isShown(60, Qt::red));
+        put("css/a (1).svg", picture("blue"));
+        QTRY_VERIFY(isShown(20, Qt::blue));
+        put("b.svg", picture("blue"));
+        QTRY_VERIFY(isShown(60, Qt::blue));
+        QCOMPARE(both(), before);
+        QCOMPARE(window->undoStack()->count(), 0);
     }
 
     // A page can tell what it likes.

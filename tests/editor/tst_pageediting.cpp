@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QMimeData>
 #include <QPlainTextEdit>
+#include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
 #include <QUndoStack>
@@ -187,6 +188,31 @@ private slots:
         while (window->undoStack()->canUndo())
             trigger("undoAction");
         QCOMPARE(body(), QByteArray("<p>one two</p>"));
+    }
+
+    // The engine has commands of its own for some of them.
+    void keysOfTheWindow_reachTheirCommands()
+    {
+        open("<p>one two</p>");
+        select("two");
+        const auto press = [this](Qt::Key key) { QTest::keyClick(keys(), key, Qt::ControlModifier); };
+        type("2");
+        QTRY_COMPARE(body(), QByteArray("<p>one 2</p>"));
+        press(Qt::Key_Z);
+        QTRY_COMPARE(body(), QByteArray("<p>one two</p>"));
+        press(Qt::Key_Y);
+        QTRY_COMPARE(body(), QByteArray("<p>one 2</p>"));
+        press(Qt::Key_S);
+        QTRY_COMPARE(file("page.html"), std::string("<p>one 2</p>"));
+        auto* const quit = the<QAction>("quitAction");
+        quit->disconnect();
+        QSignalSpy quits(quit, &QAction::triggered);
+        press(Qt::Key_Q);
+        QTRY_COMPARE(quits.count(), 1);
+        press(Qt::Key_K);
+        QTRY_VERIFY(the<QWidget>("linkSheet"));
+        QTRY_VERIFY(the<QWidget>("linkSheet")->isVisible());
+        QCOMPARE(body(), QByteArray("<p>one 2</p>"));
     }
 
     // Forward from the last cell there is another row, see tst_tables.

@@ -192,7 +192,35 @@ private slots:
         row("triple click", "<p>[one</p><p>]two</p>", "x", "<p>x</p><p>two</p>");
         row("bold at a caret", "<p>one| two</p>", "<Bold>xy<Bold>z", "<p>one<b>xy</b>z two</p>");
         row("page that begins with a template", "<template><p>t</p></template>|one", "x",
-            "<template><p>t</p></template><p>xone</p>");
+            "<template><p>t</p></template>xone");
+        row("page that begins with an element of its own", "<x-top><p>t</p></x-top>o|ne", "x",
+            "<x-top><p>t</p></x-top>oxne");
+        row("enter behind an element with blocks", "<x-top><p>t</p></x-top>one|", "<Enter>x",
+            "<x-top><p>t</p></x-top><p>one</p><p>x</p>");
+        row("in front of a field", "<p>a|<input id=\"i\">b</p>", "xy", "<p>axy<input id=\"i\">b</p>");
+        row("block in front of a field", "<form>|<input><select><option>b</option></select></form>", "x",
+            "<form>x<input><select><option>b</option></select></form>");
+        row("triple click in an item", "<ul><li>[one</li><li>]two</li></ul>", "x",
+            "<ul><li>x</li><li>two</li></ul>");
+        row("triple click in front of a table",
+            "<p>[one</p><table><tbody><tr><td>]a</td></tr></tbody></table>", "x",
+            "<p>x</p><table><tbody><tr><td>a</td></tr></tbody></table>");
+        row("triple click on bare text", "<div>[one<p>]two</p></div>", "x", "<div>x<p>two</p></div>");
+        row("enter in bare text of a division", "<div class=\"d\">one|<p>two</p></div>", "<Enter>x",
+            "<div class=\"d\"><p>one</p><p>x</p><p>two</p></div>");
+        row("deletion over items", "<ul><li>o[ne</li><li>x</li><li>tw]o</li></ul>", "<Delete>",
+            "<ul><li>oo</li></ul>");
+        row("deletion over wrappers keeps them",
+            "<section><p>o[ne</p></section><section class=\"s\"><p>tw]o</p><p>x</p></section>", "<Delete>",
+            "<section><p>oo</p></section><section class=\"s\"><p>x</p></section>");
+        row("deletion keeps a drawing's parts",
+            "<p>a[b</p><svg viewBox=\"0 0 1 1\"><g><path d=\"M0 0\"></path></g></svg><p>c]d</p>", "<Delete>",
+            "<p>ad</p>");
+        row("deletion of table and text",
+            "<p>a[b</p><table><tbody><tr><td>x</td></tr></tbody></table><p>c]d</p>", "<Delete>", "<p>ad</p>");
+        row("deletion from text into cells",
+            "<p>a[b</p><table><tbody><tr><td>x</td><td>y]z</td></tr></tbody></table>", "<Delete>",
+            "<p>a</p><table><tbody><tr><td><br></td><td>z</td></tr></tbody></table>");
         row("own styles stay", "<p><span style=\"color: red\">a|</span> <font color=\"red\">b</font></p>",
             "x", "<p><span style=\"color: red\">ax</span> <font color=\"red\">b</font></p>");
     }
@@ -272,6 +300,47 @@ private slots:
             "doCommand('Heading 2')", "<table><caption>a</caption></table>");
         row("no list in a summary", "<details><summary>a|</summary>b</details>", "doCommand('Ordered List')",
             "<details><summary>a</summary>b</details>");
+        row("list of bare text", "<section><h2>h</h2>o|ne<p>x</p></section>", "doCommand('Unordered List')",
+            "<section><h2>h</h2><ul><li>one</li></ul><p>x</p></section>");
+        row("indent of bare text", "<div class=\"d\">o|ne <b>two</b></div>", "doCommand('Indent')",
+            "<div class=\"d\"><blockquote><p>one <b>two</b></p></blockquote></div>");
+        row("quote over cells",
+            "<table><tbody><tr><td>[a</td><td><p>b</p></td><td>c]</td></tr></tbody></table>",
+            "doCommand('Block Quote')",
+            "<table><tbody><tr><td><blockquote><p>a</p></blockquote></td><td><blockquote><p>b</p></blockquote></td>"
+            "<td><blockquote><p>c</p></blockquote></td></tr></tbody></table>");
+        row("quote off in a cell",
+            "<blockquote><table><tbody><tr><td><blockquote><p>a|</p></blockquote></td></tr></tbody></table></blockquote>",
+            "doCommand('Block Quote')",
+            "<blockquote><table><tbody><tr><td><p>a</p></td></tr></tbody></table></blockquote>");
+        row("quote in a cell of a quote",
+            "<blockquote><table><tbody><tr><td>a|</td></tr></tbody></table></blockquote>",
+            "doCommand('Block Quote')",
+            "<blockquote><table><tbody><tr><td><blockquote><p>a</p></blockquote></td></tr></tbody></table></blockquote>");
+        row("outdent in a cell of a quote",
+            "<blockquote><table><tbody><tr><td><p>a|</p></td></tr></tbody></table></blockquote>",
+            "doCommand('Outdent')",
+            "<blockquote><table><tbody><tr><td><p>a</p></td></tr></tbody></table></blockquote>");
+        row("list off in a cell of an item",
+            "<ul><li>x<table><tbody><tr><td>a|</td></tr></tbody></table></li></ul>",
+            "doCommand('Unordered List')",
+            "<ul><li>x<table><tbody><tr><td><ul><li>a</li></ul></td></tr></tbody></table></li></ul>");
+        row("list off of an item with a class",
+            "<ol class=\"o\"><li class=\"c\"><p>a|</p></li><li>b</li></ol>", "doCommand('Ordered List')",
+            "<p class=\"c\">a</p><ol class=\"o\"><li>b</li></ol>");
+        row("heading of a cell", "<table><tbody><tr><td>a|</td></tr></tbody></table>",
+            "doCommand('Heading 2')", "<table><tbody><tr><td><h2>a</h2></td></tr></tbody></table>");
+        row("heading of an item", "<ul><li>a|<ul><li>b</li></ul></li></ul>", "doCommand('Heading 2')",
+            "<ul><li><h2>a</h2><ul><li>b</li></ul></li></ul>");
+        row("link over blocks", "<p>a[b</p><p>c]d</p>", "doCommand('Create Link', 'y')",
+            "<p>a<a href=\"y\">b</a></p><p><a href=\"y\">c</a>d</p>");
+        row("link of an icon", "<p>[<i class=\"icon\"></i> a]</p>", "doCommand('Create Link', 'y')",
+            "<p><a href=\"y\"><i class=\"icon\"></i> a</a></p>");
+        row("unlink a part", "<p><a href=\"x\" class=\"c\">a[b]c</a></p>", "doCommand('Unlink')",
+            "<p><a href=\"x\" class=\"c\">a</a>b<a href=\"x\" class=\"c\">c</a></p>");
+        row("justification keeps importance", "<p style=\"color:red !important;background:url(a;b)\">a|</p>",
+            "doCommand('Justify Right')",
+            "<p style=\"color:red !important;background:url(a;b); text-align: right;\">a</p>");
         row("edit link", "<p><a class=\"c\" target=\"t\" href=\"x\" id=\"i\"><b>a|</b></a></p>",
             "doCommand('Edit Link', 'y')",
             "<p><a class=\"c\" target=\"t\" href=\"y\" id=\"i\"><b>a</b></a></p>");
@@ -338,6 +407,7 @@ private slots:
             "<p>a</p><table><tbody><tr><td>1</td></tr></tbody></table>");
         row("into pre", "<pre>a|</pre>", "<b>x</b>", "<pre>ax</pre>");
         row("empty page", "|", "one", "<p>one</p>");
+        row("into bare text", "a|b", "<i>x</i>", "a<i>x</i>b");
         row("plain words", "<p>a|b</p>", "text:x <b>y", "<p>ax &lt;b&gt;yb</p>");
         row("plain lines", "<p>a|</p>", "text:x\ny", "<p>ax<br>y</p>");
         row("plain paragraphs", "<p>a|b</p>", "text:x\ny\n\nz", "<p>a</p><p>x<br>y</p><p>z</p><p>b</p>");
@@ -367,6 +437,16 @@ private slots:
         QCOMPARE(QGuiApplication::clipboard()->text(), "one");
     }
 
+    void cutMarkup_keepsItsIds()
+    {
+        QVERIFY(web->showMarked("<div>[<p id=\"a\" class=\"k\">x</p><p>y</p>]</div><div>c</div>"));
+        press("<Cut>");
+        web->select("c", WebFixture::Caret::End);
+        press("<Paste>");
+        QTRY_VERIFY2(bodyAfter().endsWith("<div><p>c</p><p id=\"a\" class=\"k\">x</p><p>y</p></div>"),
+                     qPrintable(bodyAfter()));
+    }
+
     void ownMarkup_isKept_data()
     {
         columns("target");
@@ -384,6 +464,17 @@ private slots:
             "<div><p id=\"a\">x</p><form class=\"f\"><label for=\"b\">y</label><input id=\"b\"><a "
             "href=\"#a\">z</a></form></div><div><p>c</p><p id=\"a-2\">x</p><form class=\"f\"><label "
             "for=\"b-2\">y</label><input id=\"b-2\"><a href=\"#a-2\">z</a></form></div>");
+        row("media",
+            "<div>[<video controls=\"\" poster=\"p.png\"><source src=\"v.webm\"><track src=\"t.vtt\"></video><picture><source "
+            "srcset=\"a.webp\"><img src=\"a.png\" alt=\"\"></picture><iframe class=\"f\"></iframe><!-- n --><x-y></x-y>"
+            "<svg viewBox=\"0 0 1 1\"><path d=\"M0 0\"></path></svg> x]</div><div>c</div>",
+            "c",
+            "<div><video controls=\"\" poster=\"p.png\"><source src=\"v.webm\"><track src=\"t.vtt\"></video><picture><source "
+            "srcset=\"a.webp\"><img src=\"a.png\" alt=\"\"></picture><iframe class=\"f\"></iframe><!-- n --><x-y></x-y>"
+            "<svg viewBox=\"0 0 1 1\"><path d=\"M0 0\"></path></svg> x</div><div>c<video controls=\"\" poster=\"p.png\"><source "
+            "src=\"v.webm\"><track src=\"t.vtt\"></video><picture><source srcset=\"a.webp\"><img src=\"a.png\" alt=\"\">"
+            "</picture><iframe class=\"f\"></iframe><!-- n --><x-y></x-y><svg viewBox=\"0 0 1 1\"><path d=\"M0 0\"></path></svg> "
+            "x</div>");
         row("items", "<ul class=\"l\">[<li id=\"i\">a</li><li>b</li>]</ul><ul><li>c</li></ul>", "c",
             "<ul class=\"l\"><li id=\"i\">a</li><li>b</li></ul><ul><li>c</li><li id=\"i-2\">a</li><li>b</li></ul>");
         row("a link in a link", "<p><a href=\"x\">a[<b class=\"k\">b</b>]</a></p><p><a href=\"y\">c</a></p>",
