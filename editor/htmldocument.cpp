@@ -112,7 +112,8 @@ void HTMLDocument::createStyleSheets()
 {
     new CodeHighlighter(CodeHighlighter::Language::Css, m_ui->cssField);
     m_styleSheets = new StyleSheetEditor(
-        {m_ui->cssMenu, m_ui->cssField, m_ui->cssButton}, m_tree, [this] { return siteFolder(); }, this);
+        {m_ui->cssMenu, m_ui->cssTabs, m_ui->cssField, m_ui->cssButton}, m_tree,
+        [this] { return siteFolder(); }, this);
     connect(m_styleSheets, &StyleSheetEditor::fileStored, m_viewController, &ViewController::renewFile);
     connect(m_styleSheets, &StyleSheetEditor::styleBlockRequested, m_edits, &PageEdits::updateStyleBlock);
     connect(m_edits, &PageEdits::styleBlockUpdated, m_styleSheets, &StyleSheetEditor::selectCSS);

@@ -3,6 +3,9 @@
 
 #include "editor/attributespanel.h"
 #include "editor/checkpanel.h"
+#include "editor/csscheck.h"
+#include "editor/csscompletion.h"
+#include "editor/cssvocabulary.h"
 #include "editor/elementhover.h"
 #include "editor/elementsheet.h"
 #include "editor/headingspanel.h"
@@ -27,12 +30,17 @@
 
 namespace luma {
 
-PageTools::PageTools(const Parts& parts, QWidget* window) : QObject(window), m_parts(parts), m_window(window)
+PageTools::PageTools(const Parts& parts, QWidget* window)
+    : QObject(window),
+      m_parts(parts),
+      m_window(window),
+      m_vocabulary(new CssVocabulary(parts.rendering, this))
 {
     createOutlineTools();
     createSheets();
     createAttributes();
     createReplaceBar();
+    createSheetTools();
     createStyleRules();
     createCheck();
     m_spelling = new PageSpelling(parts.rendering.webView()->spellCheck(), parts.tree,
@@ -91,6 +99,15 @@ void PageTools::createReplaceBar()
     connect(m_replace, &ReplaceBar::closed, m_parts.rendering.webView(), qOverload<>(&QWidget::setFocus));
 }
 
+void PageTools::createSheetTools()
+{
+    const Ui::HTMLDocument& ui = m_parts.ui;
+    new CssCompletion(ui.cssField, *m_vocabulary);
+    auto* const check =
+        new CssCheck({ui.cssField, ui.cssProblem, ui.cssNextProblemButton}, *m_vocabulary, this);
+    connect(&m_parts.rendering.webView()->editorPage(), &EditorPage::shown, check, &CssCheck::noteChange);
+}
+
 void PageTools::createStyleRules()
 {
     const Ui::HTMLDocument& ui = m_parts.ui;
@@ -105,7 +122,7 @@ void PageTools::createStyleRules()
     connect(edits, &StyleEdits::refused, this, &PageTools::refused);
     auto* const panel = new StyleRulesPanel(
         {ui.rulesLabel, ui.rulesPages, ui.rulesView, ui.computedView, ui.computedFilter, ui.newRuleButton},
-        {m_parts.selection, m_parts.rendering, *reader, *edits}, this);
+        {m_parts.selection, m_parts.rendering, *reader, *edits, *m_vocabulary}, this);
     connect(&sheets, &StyleSheetEditor::draftChanged, panel, &StyleRulesPanel::noteChange);
     connect(&m_parts.tree, &PageTree::reset, panel, &StyleRulesPanel::noteChange);
     connect(&m_parts.tree, &PageTree::attributesSwapped, panel, &StyleRulesPanel::noteChange);

@@ -18,6 +18,7 @@ class HTMLDocument;
 namespace luma {
 
 class CheckPanel;
+class CssVocabulary;
 class ElementSheet;
 class HeadingsPanel;
 class HiddenElements;
@@ -86,11 +87,13 @@ private:
     void createSheets();
     void createAttributes();
     void createReplaceBar();
+    void createSheetTools();
     void createStyleRules();
     void createCheck();
 
     Parts m_parts;
     QWidget* m_window;
+    CssVocabulary* m_vocabulary;
     OutlineFind* m_find = nullptr;
     HiddenElements* m_hidden = nullptr;
     HeadingsPanel* m_headings = nullptr;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/stylerulespanel.h"
 
+#include "editor/csscompletion.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
 #include "editor/styleedits.h"
@@ -34,7 +35,9 @@ constexpr int delayAfterRuleChange = 150; // milliseconds
 class DeclarationDelegate final : public QStyledItemDelegate
 {
 public:
-    using QStyledItemDelegate::QStyledItemDelegate;
+    DeclarationDelegate(CssVocabulary& vocabulary, QObject* parent)
+        : QStyledItemDelegate(parent), m_vocabulary(vocabulary)
+    {}
 
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
                           const QModelIndex& index) const override
@@ -43,6 +46,9 @@ public:
         const bool isNew = StyleRulesModel::kindOf(index) == StyleRulesModel::Row::NewDeclaration;
         editor->setAccessibleName(isNew ? StyleRulesPanel::tr("Property and value")
                                         : index.siblingAtColumn(0).data().toString());
+        if (auto* const field = qobject_cast<QLineEdit*>(editor))
+            new CssCompletion(field, isNew ? QString() : index.siblingAtColumn(0).data().toString(),
+                              m_vocabulary);
         return editor;
     }
     void setEditorData(QWidget* editor, const QModelIndex& index) const override
@@ -62,6 +68,9 @@ public:
             editor->setGeometry(
                 QRect(editor->pos(), QSize(editor->parentWidget()->width() - editor->x(), editor->height())));
     }
+
+private:
+    CssVocabulary& m_vocabulary;
 };
 
 } // namespace
@@ -93,7 +102,7 @@ void StyleRulesPanel::createViews()
 {
     QTreeView& rules = *m_controls.rules;
     rules.setModel(m_model);
-    rules.setItemDelegate(new DeclarationDelegate(this));
+    rules.setItemDelegate(new DeclarationDelegate(m_parts.vocabulary, this));
     rules.installEventFilter(this);
     m_controls.pages->installEventFilter(this);
     connect(&rules, &QTreeView::collapsed, this,

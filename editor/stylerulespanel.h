@@ -22,6 +22,7 @@ class QVariant;
 
 namespace luma {
 
+class CssVocabulary;
 class OutlineSelection;
 class StyleEdits;
 class StyleRulesModel;
@@ -50,6 +51,7 @@ public:
         ViewController& rendering;
         StyleRulesReader& reader;
         StyleEdits& edits;
+        CssVocabulary& vocabulary;
     };
 
     /// All of them outlive it.

@@ -13,7 +13,9 @@
 #include <QComboBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QShortcut>
 #include <QSignalBlocker>
+#include <QTabBar>
 
 #include <utility>
 
@@ -50,8 +52,53 @@ StyleSheetEditor::StyleSheetEditor(const Controls& controls, PageTree& tree, std
     connect(controls.cssMenu, &QComboBox::activated, this, &StyleSheetEditor::selectCSS);
     connect(controls.cssField, &QPlainTextEdit::textChanged, this, &StyleSheetEditor::textDidChange);
     connect(controls.cssButton, &QPushButton::clicked, this, &StyleSheetEditor::updateCSS);
+    connectTabs();
     connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &StyleSheetEditor::noteChange);
     connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &StyleSheetEditor::noteChange);
+}
+
+void StyleSheetEditor::connectTabs()
+{
+    QTabBar& tabs = *m_controls.cssTabs;
+    const auto select = [this](int row) {
+        m_controls.cssMenu->setCurrentIndex(row);
+        selectCSS();
+    };
+    connect(&tabs, &QTabBar::currentChanged, this, select);
+    const auto addKey = [this, &tabs](const QKeySequence& key, int step) {
+        auto* const shortcut = new QShortcut(key, tabs.parentWidget());
+        shortcut->setContext(Qt::WidgetWithChildrenShortcut);
+        connect(shortcut, &QShortcut::activated, this, [&tabs, step] {
+            if (tabs.count() > 0)
+                tabs.setCurrentIndex((tabs.currentIndex() + step + tabs.count()) % tabs.count());
+        });
+    };
+    addKey(Qt::CTRL | Qt::Key_PageDown, 1);
+    addKey(Qt::CTRL | Qt::Key_PageUp, -1);
+    tabs.hide();
+}
+
+void StyleSheetEditor::updateTabs()
+{
+    QTabBar& tabs = *m_controls.cssTabs;
+    const QSignalBlocker quiet(tabs);
+    const int count = m_controls.cssMenu->count();
+    while (tabs.count() > count)
+        tabs.removeTab(tabs.count() - 1);
+    while (tabs.count() < count)
+        tabs.addTab(QString());
+    for (int i = 0; i < count; ++i) {
+        const QString title = m_controls.cssMenu->itemText(i);
+        const bool isDraft = m_drafts.contains(title);
+        QString name = isStyleBlock(title) ? title : title.section(u'/', -1).section(u'?', 0, 0);
+        name = name.isEmpty() ? title : name;
+        tabs.setTabText(i, QString(name).replace(u'&', QStringLiteral("&&")) +
+                               (isDraft ? QStringLiteral("*") : QString()));
+        tabs.setTabToolTip(i, title.toHtmlEscaped());
+        tabs.setAccessibleTabName(i, isDraft ? tr("%1, not saved").arg(title) : title);
+    }
+    tabs.setCurrentIndex(m_controls.cssMenu->currentIndex());
+    tabs.setVisible(count > 1);
 }
 
 void StyleSheetEditor::buildCSSMenu()
@@ -138,6 +185,7 @@ void StyleSheetEditor::selectCSS()
     m_controls.cssField->setEnabled(isEditable);
     m_controls.cssButton->setText(isStyleBlock(title) ? tr("Update CSS") : tr("Save CSS"));
     m_controls.cssButton->setEnabled(isDraft);
+    updateTabs();
     followFile(title.isEmpty() || isStyleBlock(title) ? fs::path() : fileOf(title));
 }
 
@@ -168,6 +216,7 @@ void StyleSheetEditor::textDidChange()
 void StyleSheetEditor::setDraft(const QString& title, const QString& css)
 {
     m_drafts[title] = css;
+    updateTabs();
     if (!isStyleBlock(title))
         emit draftChanged(sheetFile(title).path(), css.toUtf8());
 }
@@ -177,6 +226,7 @@ void StyleSheetEditor::dropDraft(const QString& title)
     m_editedTexts.remove(title);
     if (m_drafts.remove(title) > 0 && !isStyleBlock(title))
         emit draftChanged(sheetFile(title).path(), std::nullopt);
+    updateTabs();
 }
 
 // A sheet that no link in the page's head leads to, such as an imported one, has the link that would.

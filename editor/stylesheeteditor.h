@@ -22,6 +22,7 @@
 class QComboBox;
 class QPlainTextEdit;
 class QPushButton;
+class QTabBar;
 
 namespace luma {
 
@@ -39,6 +40,7 @@ public:
     struct Controls
     {
         QComboBox* cssMenu;
+        QTabBar* cssTabs; ///< the same sheets, by their names alone
         QPlainTextEdit* cssField;
         QPushButton* cssButton;
     };
@@ -80,6 +82,9 @@ signals:
 
 private:
     void textDidChange();
+    void connectTabs();
+    /// Shows the sheets as tabs, those with unsaved text marked.
+    void updateTabs();
     void storeNext(QStringList titles, const std::function<void()>& then);
     /// Stores the text and calls `then` with the outcome, at once or after the user has agreed.
     using Stored = std::function<void(const Result<void>& stored)>;

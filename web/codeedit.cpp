@@ -1,14 +1,19 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "web/codeedit.h"
 
+#include "web/codecolours.h"
+
 #include <QFontDatabase>
+#include <QHelpEvent>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QRegularExpression>
 #include <QTextBlock>
+#include <QToolTip>
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace luma {
 
@@ -16,6 +21,7 @@ namespace {
 
 constexpr int gap = 6;                  // pixels beside a number
 constexpr int farthestBracket = 20'000; // characters
+constexpr int mostMarks = 200;
 
 /// The place of the bracket that matches the one at `place`; -1 if there is none near by. Brackets in strings and comments
 /// count like others.
@@ -75,7 +81,7 @@ CodeEdit::CodeEdit(QWidget* parent) : QPlainTextEdit(parent), m_margin(new QWidg
     setTabChangesFocus(true);
     m_margin->installEventFilter(this);
     connect(this, &QPlainTextEdit::blockCountChanged, this, &CodeEdit::layOut);
-    connect(this, &QPlainTextEdit::cursorPositionChanged, this, &CodeEdit::markBrackets);
+    connect(this, &QPlainTextEdit::cursorPositionChanged, this, &CodeEdit::updateMarks);
     connect(this, &QPlainTextEdit::updateRequest, m_margin, [this] { m_margin->update(); });
     layOut();
 }
@@ -136,9 +142,8 @@ QColor CodeEdit::colourIn(const QString& line)
     return {};
 }
 
-void CodeEdit::markBrackets()
+void CodeEdit::addBrackets(QList<QTextEdit::ExtraSelection>& marks) const
 {
-    QList<QTextEdit::ExtraSelection> marks;
     const int cursor = textCursor().position();
     for (const int place : {cursor, cursor - 1}) {
         const int other = place < 0 ? -1 : matchingBracket(*document(), place);
@@ -155,7 +160,80 @@ void CodeEdit::markBrackets()
         }
         break;
     }
+}
+
+void CodeEdit::updateMarks()
+{
+    QList<QTextEdit::ExtraSelection> marks;
+    addBrackets(marks);
+    for (const Mark& problem : std::as_const(m_problems)) {
+        if (marks.size() > mostMarks)
+            break;
+        QTextEdit::ExtraSelection mark;
+        mark.cursor = problem.place;
+        mark.format.setUnderlineStyle(QTextCharFormat::WaveUnderline);
+        mark.format.setUnderlineColor(codecolours::suited(codecolours::problem, palette()));
+        marks.append(mark);
+    }
     setExtraSelections(marks);
+}
+
+void CodeEdit::setProblems(const QList<CodeProblem>& problems)
+{
+    if (problems.isEmpty() && m_problems.isEmpty())
+        return;
+    m_problems.clear();
+    for (const CodeProblem& each : problems) {
+        QTextCursor place(document());
+        place.setPosition(each.from);
+        place.setPosition(each.to, QTextCursor::KeepAnchor);
+        m_problems.append({place, each.reason});
+    }
+    updateMarks();
+    m_margin->update();
+    emit problemsChanged();
+}
+
+void CodeEdit::goToNextProblem()
+{
+    if (m_problems.isEmpty())
+        return;
+    const int here = textCursor().position();
+    const auto next = std::find_if(m_problems.constBegin(), m_problems.constEnd(),
+                                   [here](const Mark& each) { return each.place.selectionStart() > here; });
+    const Mark& chosen = next == m_problems.constEnd() ? m_problems.constFirst() : *next;
+    QTextCursor cursor = textCursor();
+    cursor.setPosition(chosen.place.selectionStart());
+    setTextCursor(cursor);
+    centerCursor();
+    setFocus();
+}
+
+QString CodeEdit::problemsOfLine(int line) const
+{
+    const QTextBlock block = document()->findBlockByNumber(line);
+    QStringList reasons;
+    for (const Mark& each : m_problems) {
+        if (each.place.hasSelection() && block.contains(each.place.selectionStart()))
+            reasons.append(each.reason);
+    }
+    return reasons.join(u'\n');
+}
+
+void CodeEdit::showReasons(const QHelpEvent& event)
+{
+    QTextBlock block = firstVisibleBlock();
+    const auto bottom = [this](const QTextBlock& each) {
+        return blockBoundingGeometry(each).translated(contentOffset()).bottom();
+    };
+    while (block.isValid() && bottom(block) < event.pos().y())
+        block = block.next();
+    const QString reasons = block.isValid() ? problemsOfLine(block.blockNumber()) : QString();
+    if (reasons.isEmpty())
+        QToolTip::hideText();
+    else
+        QToolTip::showText(event.globalPos(), reasons.toHtmlEscaped().replace(u'\n', QStringLiteral("<br>")),
+                           m_margin);
 }
 
 void CodeEdit::layOut()
@@ -175,7 +253,31 @@ bool CodeEdit::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_margin && event->type() == QEvent::Paint)
         paintNumbers(static_cast<QPaintEvent*>(event)->rect());
+    if (watched == m_margin && event->type() == QEvent::ToolTip) {
+        showReasons(*static_cast<QHelpEvent*>(event));
+        return true;
+    }
     return QPlainTextEdit::eventFilter(watched, event);
+}
+
+// A problem, or else a colour.
+void CodeEdit::paintMark(QPainter& painter, const QTextBlock& block, const QRectF& line) const
+{
+    const int size = swatchWidth() - gap;
+    const QRectF place(gap / 2.0, line.top() + (fontMetrics().height() - size) / 2.0, size, size);
+    if (!problemsOfLine(block.blockNumber()).isEmpty()) {
+        painter.save();
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(codecolours::suited(codecolours::problem, palette()));
+        painter.drawEllipse(place);
+        painter.setPen(palette().color(QPalette::Base));
+        painter.drawText(place, Qt::AlignCenter, QStringLiteral("!"));
+        painter.restore();
+    } else if (const QColor colour = colourIn(block.text()); colour.isValid()) {
+        painter.fillRect(place, colour);
+        painter.drawRect(place);
+    }
 }
 
 void CodeEdit::paintNumbers(const QRect& area)
@@ -188,12 +290,8 @@ void CodeEdit::paintNumbers(const QRect& area)
         const QRectF line = blockBoundingGeometry(block).translated(contentOffset());
         if (line.top() > area.bottom())
             break;
-        if (const QColor colour = m_swatches ? colourIn(block.text()) : QColor(); colour.isValid()) {
-            const int size = swatchWidth() - gap;
-            const QRectF swatch(gap / 2.0, line.top() + (fontMetrics().height() - size) / 2.0, size, size);
-            painter.fillRect(swatch, colour);
-            painter.drawRect(swatch);
-        }
+        if (m_swatches)
+            paintMark(painter, block, line);
         painter.drawText(QRectF(0, line.top(), m_margin->width() - gap, line.height()), Qt::AlignRight,
                          QString::number(block.blockNumber() + 1));
     }

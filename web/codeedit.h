@@ -1,12 +1,27 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include <QList>
 #include <QPlainTextEdit>
+#include <QString>
+#include <QTextEdit>
+
+class QHelpEvent;
+class QPainter;
 
 namespace luma {
 
+/// What is wrong at a place of a field's text.
+struct CodeProblem
+{
+    int from = 0; ///< UTF-16, up to `to`
+    int to = 0;
+    QString reason; ///< a sentence
+};
+
 /// A text field for code: fixed pitch, no wrapping, line numbers unless switched off, and the bracket that matches the one
-/// at the cursor is marked. If wanted, the margin shows the first colour that a line names.
+/// at the cursor is marked. If wanted, the margin shows the first colour that a line names. Lines with problems have a
+/// mark there, with the reasons as its tool tip.
 class CodeEdit final : public QPlainTextEdit
 {
     Q_OBJECT
@@ -25,8 +40,19 @@ public:
     [[nodiscard]] bool swatches() const { return m_swatches; }
     void setSwatches(bool shown);
 
+    /// In the text's order, for the text as it is now. They follow their places through edits.
+    void setProblems(const QList<CodeProblem>& problems);
+    [[nodiscard]] qsizetype problemCount() const { return m_problems.size(); }
+    /// Puts the cursor at the next problem behind it; after the last comes the first.
+    void goToNextProblem();
+    /// The reasons of the problems in a line, counted from 0, a sentence a line.
+    [[nodiscard]] QString problemsOfLine(int line) const;
+
     /// The first colour in a line of CSS: #rgb, rgb(), hsl() or a name behind a colon; invalid if there is none.
     static QColor colourIn(const QString& line);
+
+signals:
+    void problemsChanged();
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -37,11 +63,20 @@ private:
     void paintNumbers(const QRect& area);
     [[nodiscard]] int numberWidth() const;
     [[nodiscard]] int swatchWidth() const;
-    void markBrackets();
+    void updateMarks();
+    void addBrackets(QList<QTextEdit::ExtraSelection>& marks) const;
+    void paintMark(QPainter& painter, const QTextBlock& block, const QRectF& line) const;
+    void showReasons(const QHelpEvent& event);
 
     QWidget* m_margin = nullptr;
     bool m_lineNumbers = true;
     bool m_swatches = false;
+    struct Mark
+    {
+        QTextCursor place; // empty once its text is gone
+        QString reason;
+    };
+    QList<Mark> m_problems;
 };
 
 } // namespace luma

@@ -851,6 +851,18 @@
         <source>Find and R&amp;eplace...</source>
         <translation>Suchen un&amp;d ersetzen …</translation>
     </message>
+    <message>
+        <source>Style sheets of the page</source>
+        <translation>Stylesheets der Seite</translation>
+    </message>
+    <message>
+        <source>Next problem</source>
+        <translation>Nächster Fehler</translation>
+    </message>
+    <message>
+        <source>Next problem (Ctrl+.)</source>
+        <translation>Nächster Fehler (Strg+.)</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -2488,6 +2500,40 @@ entwuerfe/</translation>
     </message>
 </context>
 <context>
+    <name>luma::CssCheck</name>
+    <message>
+        <source>The web engine knows no property “%1”.</source>
+        <translation>Die Web-Engine kennt keine Eigenschaft „%1“.</translation>
+    </message>
+    <message>
+        <source>“%1” has no value.</source>
+        <translation>„%1“ hat keinen Wert.</translation>
+    </message>
+    <message>
+        <source>“%1” takes no value “%2”.</source>
+        <translation>„%1“ nimmt keinen Wert „%2“ an.</translation>
+    </message>
+    <message>
+        <source>The web engine can&apos;t read this selector and leaves out the rule.</source>
+        <translation>Die Web-Engine kann diesen Selektor nicht lesen und lässt die Regel aus.</translation>
+    </message>
+    <message>
+        <source>1 problem</source>
+        <translation>1 Fehler</translation>
+    </message>
+    <message>
+        <source>%1 problems</source>
+        <translation>%1 Fehler</translation>
+    </message>
+</context>
+<context>
+    <name>luma::CssCompletion</name>
+    <message>
+        <source>Completions</source>
+        <translation>Vervollständigungen</translation>
+    </message>
+</context>
+<context>
     <name>luma::CssEdits</name>
     <message>
         <source>This is not one value of a style sheet.</source>
@@ -2500,6 +2546,29 @@ entwuerfe/</translation>
     <message>
         <source>Type a property and its value, such as “color: red”.</source>
         <translation>Geben Sie eine Eigenschaft und ihren Wert ein, etwa „color: red“.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::CssTexts</name>
+    <message>
+        <source>This comment is not closed.</source>
+        <translation>Dieser Kommentar ist nicht geschlossen.</translation>
+    </message>
+    <message>
+        <source>This text is not closed.</source>
+        <translation>Dieser Text ist nicht geschlossen.</translation>
+    </message>
+    <message>
+        <source>“%1” closes nothing.</source>
+        <translation>„%1“ schließt nichts.</translation>
+    </message>
+    <message>
+        <source>“%1” is no declaration: it has no colon.</source>
+        <translation>„%1“ ist keine Deklaration: Der Doppelpunkt fehlt.</translation>
+    </message>
+    <message>
+        <source>This “%1” is not closed.</source>
+        <translation>Dieses „%1“ ist nicht geschlossen.</translation>
     </message>
 </context>
 <context>
@@ -4916,6 +4985,10 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>Save CSS</source>
         <translation>CSS sichern</translation>
+    </message>
+    <message>
+        <source>%1, not saved</source>
+        <translation>%1, nicht gespeichert</translation>
     </message>
 </context>
 <context>
