@@ -142,13 +142,14 @@ void ReplaceBar::searchNow()
         if (m_controls.sourceButton->isChecked()) {
             m_source = std::make_unique<SourceSearch>();
             m_source->text = QString::fromStdString(m_parts.store.markup());
-            auto matches = expression->globalMatch(m_source->text);
-            while (matches.hasNext()) {
-                if (const auto match = matches.next(); match.capturedLength() > 0)
-                    m_source->found.push_back(match);
-            }
+            if (auto found = matchesInText(m_source->text, *expression))
+                m_source->found = *std::move(found);
+            else
+                m_error = QString::fromStdString(found.error().text);
+        } else if (auto found = matchesIn(*m_parts.tree.document(), *expression)) {
+            m_found = *std::move(found);
         } else {
-            m_found = matchesIn(*m_parts.tree.document(), *expression);
+            m_error = QString::fromStdString(found.error().text);
         }
     }
     m_current = count();
@@ -252,8 +253,8 @@ void ReplaceBar::replaceMatches(std::size_t first, std::size_t end, const QStrin
     if (!m_source) {
         const std::vector<TextMatch> wanted(m_found.begin() + static_cast<std::ptrdiff_t>(first),
                                             m_found.begin() + static_cast<std::ptrdiff_t>(end));
-        m_place =
-            wanted.front().start + replacementFor(wanted.front().match, replacement, isExpression).size();
+        m_place = wanted.front().start +
+                  replacementFor(wanted.front().match.capturedTexts(), replacement, isExpression).size();
         PageCommands(m_parts.tree, m_parts.stack)
             .setTexts(textsAfter(wanted, replacement, isExpression), name);
         emit textEdited();
@@ -264,7 +265,7 @@ void ReplaceBar::replaceMatches(std::size_t first, std::size_t end, const QStrin
     for (std::size_t at = first; at < end; ++at) {
         const QRegularExpressionMatch& match = m_source->found[at];
         text += QStringView(m_source->text).sliced(done, match.capturedStart() - done);
-        text += replacementFor(match, replacement, isExpression);
+        text += replacementFor(match.capturedTexts(), replacement, isExpression);
         done = match.capturedEnd();
     }
     m_place = text.size();

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "page/textsearch.h"
+#include "html/textsearch.h"
 
 #include <QObject>
 #include <QTimer>

@@ -8,6 +8,7 @@
 #include "html/element.h"
 #include "html/htmlscanner.h"
 #include "html/maskedsource.h"
+#include "html/readtext.h"
 #include "html/serializer.h"
 #include "html/servercode.h"
 
@@ -18,61 +19,23 @@ namespace luma::html {
 
 namespace {
 
-ReferenceContext contextOf(TextPlace place)
-{
-    if (place == TextPlace::RawText)
-        return ReferenceContext::RawText;
-    return place == TextPlace::Text || place == TextPlace::EscapableText ? ReferenceContext::Text
-                                                                         : ReferenceContext::AttributeValue;
-}
-
-std::string escaped(std::string_view text, TextPlace place, std::string_view lineEnd)
-{
-    const bool isText = place == TextPlace::Text || place == TextPlace::EscapableText;
-    const bool hasReferences = place != TextPlace::RawText;
-    std::string raw;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const char c = text[i];
-        if (c == '\n')
-            raw += lineEnd;
-        else if (c == '&' && hasReferences)
-            raw += "&amp;";
-        else if (c == '\r' && hasReferences)
-            raw += "&#13;";
-        else if (c == '<' && isText)
-            raw += "&lt;";
-        else if (c == '>' && isText)
-            raw += "&gt;";
-        else if (c == '"' && place == TextPlace::DoubleQuoted)
-            raw += "&quot;";
-        else if (c == '\'' && place == TextPlace::SingleQuoted)
-            raw += "&#39;";
-        else if (hasReferences && text.substr(i, 2) == "\xC2\xA0") {
-            raw += "&nbsp;";
-            ++i;
-        } else
-            raw += c;
-    }
-    return raw;
-}
-
-// The same for text with server code: what is in `codes` is written as such where code may stand, all other as text.
+// escapedText() for text with server code: what is in `codes` is written as such where code may stand, all other as text.
 std::string escaped(std::string_view text, TextPlace place, const Document::ServerCodes& codes,
                     std::string_view lineEnd)
 {
     if (place == TextPlace::RawText)
-        return escaped(withUnspelledCode(text), place, lineEnd);
+        return escapedText(withUnspelledCode(text), place, lineEnd);
     std::string raw;
     std::size_t done = 0;
     for (const ServerCode& code : serverCodeIn(text)) {
         const std::string_view found = text.substr(code.begin, code.end - code.begin);
         const bool isCode = place != TextPlace::Text && codes.contains(found);
-        raw += escaped(text.substr(done, code.begin - done), place, lineEnd);
-        raw +=
-            isCode ? escaped(found, TextPlace::RawText, lineEnd) : std::string(referenceFor(found.front()));
+        raw += escapedText(text.substr(done, code.begin - done), place, lineEnd);
+        raw += isCode ? escapedText(found, TextPlace::RawText, lineEnd)
+                      : std::string(referenceFor(found.front()));
         done = isCode ? code.end : code.begin + 1;
     }
-    return raw + escaped(text.substr(done), place, lineEnd);
+    return raw + escapedText(text.substr(done), place, lineEnd);
 }
 
 // What could join the text behind it to a tag or reference.
@@ -81,52 +44,6 @@ bool couldJoin(std::string_view unit, TextPlace place)
     if (place == TextPlace::RawText)
         return unit == "<" || unit == "/" || unit == "\r";
     return unit == "<" || unit == "\r" || (unit.starts_with('&') && !unit.ends_with(';'));
-}
-
-/// The places of a text's source between characters, and its text. In an element's text, tags that mean nothing there
-/// (</body> with white space behind it) stand for nothing.
-struct ReadText
-{
-    std::vector<ValueBoundary> boundaries;
-    std::string text;
-};
-
-void append(ReadText& read, const MaskedSource& masked, std::string_view raw, std::size_t begin,
-            std::size_t end, TextPlace place)
-{
-    if (begin == end)
-        read.boundaries.push_back({begin, read.text.size()});
-    for (const MaskedSource::Part& part : masked.partsOf(begin, end)) {
-        const std::string_view source = raw.substr(part.begin, part.end - part.begin);
-        if (part.isCode) {
-            read.boundaries.push_back({part.begin, read.text.size()});
-            read.boundaries.push_back({part.end, 0});
-            read.text += place == TextPlace::RawText ? masked.rawText(part.begin, part.end)
-                                                     : decodeCharacters(source, ReferenceContext::RawText);
-            read.boundaries.back().decoded = read.text.size();
-            continue;
-        }
-        for (const ValueBoundary& boundary : valueBoundaries(source, contextOf(place)))
-            read.boundaries.push_back({part.begin + boundary.raw, read.text.size() + boundary.decoded});
-        read.text += decodeCharacters(source, contextOf(place));
-    }
-}
-
-ReadText readText(std::string_view raw, TextPlace place)
-{
-    ReadText read;
-    const MaskedSource masked(raw);
-    std::size_t done = 0;
-    if (place == TextPlace::Text && raw.find('<') != std::string_view::npos) {
-        HtmlScanner scanner(masked.text());
-        HtmlToken token;
-        while (scanner.next(token)) {
-            append(read, masked, raw, done, token.begin, place);
-            done = token.end;
-        }
-    }
-    append(read, masked, raw, done, raw.size(), place);
-    return read;
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "html/document.h"
+#include "html/readtext.h"
 
 #include <optional>
 #include <string>
@@ -12,9 +13,6 @@
 namespace luma::html {
 
 class Element;
-
-/// Where a text stands, which says what must be escaped in it.
-enum class TextPlace { Text, EscapableText, RawText, DoubleQuoted, SingleQuoted };
 
 /// `raw` changed so that it reads as `text`: the characters at both ends that stay are kept as they are written, of server
 /// code all or nothing. Of new text, `codes` are written as code where code may stand, and line feeds become `lineEnd`.

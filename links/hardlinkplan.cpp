@@ -107,6 +107,11 @@ PlanNote noteOn(const SharedFile& file, const LinkPlan& plan)
         names.append(", ").append(others[i]);
     if (others.size() > 1)
         names = userText(QT_TRANSLATE_NOOP("luma::Engines", "%1 and %2"), {names, others.back()});
+    if (plan.text)
+        return {first.oldPage,
+                userText(QT_TRANSLATE_NOOP("luma::Engines",
+                                           "No longer the same file as %1, because their text will differ"),
+                         {names})};
     return {first.oldPage,
             userText(QT_TRANSLATE_NOOP("luma::Engines",
                                        "No longer the same file as %1, because their links will differ"),

@@ -31,17 +31,6 @@ namespace {
 
 using Id = SiteTree::Id;
 
-// A symbolic link into the site: the page is rewritten under its own path.
-bool isLinkIntoSite(const SiteTree& tree, Id page, const std::string& file)
-{
-    if (tree.type(page) != SiteTree::Type::LinkToFile)
-        return false;
-    std::error_code error;
-    const fs::path real = fs::canonical(file, error);
-    const fs::path root = fs::canonical(tree.rootPath(), error);
-    return !error && isAtOrBelow(real.native(), root.native());
-}
-
 bool isPageOrSheet(std::string_view name)
 {
     return webFileKind(name) != WebFileKind::Other;
@@ -198,7 +187,8 @@ private:
         const std::string newPath = moved.value_or(path);
         const fs::path newFile = m_request.site / newPath;
         const std::string file = m_request.isRenamedAlready ? newFile.native() : tree.path(id);
-        if ((!moved && m_request.operation == MoveOperation::Copy) || isLinkIntoSite(tree, id, file))
+        // A symbolic link into the site: the page is rewritten under its own path.
+        if ((!moved && m_request.operation == MoveOperation::Copy) || tree.isLinkIntoSite(id, file))
             return;
         m_found.push_back({file, tree.path(id), path, newPath, newFile, moved.has_value()});
     }

@@ -3,6 +3,7 @@
 
 #include "base/result.h"
 #include "base/stillwanted.h"
+#include "links/linksupdate.h"
 #include "links/linkupdatingmove.h"
 #include "links/lostlinks.h"
 #include "links/webrules.h"
@@ -85,6 +86,15 @@ struct PlanNote
     std::string text;
 };
 
+/// What a plan is that changes text and moves nothing.
+struct TextChange
+{
+    std::string title;            // for the user: Replace "a" by "b"
+    std::string action;           // in a word: Replace
+    std::size_t places = 0;       // how many of them change
+    LinksUpdate::Updated updated; // for files that are open with unsaved edits
+};
+
 /// What a move, rename or copy will do, as a value: nothing has been touched. Pages are in the byte order of their old
 /// subpaths.
 struct LinkPlan
@@ -96,6 +106,7 @@ struct LinkPlan
     std::vector<PlanNote> notes;
     LostLinks lost; // to items that leave their site, on pages that stay; a note says so, too
     std::shared_ptr<const MovedLinks> links; // by which the pages were planned
+    std::optional<TextChange> text;          // without it, links change
 
     [[nodiscard]] std::size_t linkCount() const;
 };

@@ -21,7 +21,7 @@ namespace {
 
 constexpr std::string_view format = "luma move 3";
 
-constexpr auto lastKind = static_cast<std::uint64_t>(MoveJob::Kind::Links);
+constexpr auto lastKind = static_cast<std::uint64_t>(MoveJob::Kind::Text);
 
 constexpr std::string_view digits = "0123456789abcdefghijklmnopqrstuvwxyz";
 
@@ -117,8 +117,11 @@ std::string shortPlace(const MovedItem& item)
     return (item.from.filename() == name ? item.to.parent_path().filename() / name : name).native();
 }
 
-MoveJob::Kind kindOf(const MoveRequest& request)
+MoveJob::Kind kindOf(const LinkPlan& plan)
 {
+    const MoveRequest& request = plan.request;
+    if (plan.text)
+        return MoveJob::Kind::Text;
     if (request.itemsStay())
         return MoveJob::Kind::Links;
     return request.operation == MoveOperation::Copy ? MoveJob::Kind::Copy : MoveJob::Kind::Move;
@@ -129,7 +132,8 @@ MoveJob::Kind kindOf(const MoveRequest& request)
 MoveJob jobOf(const LinkPlan& plan)
 {
     MoveJob job;
-    job.kind = kindOf(plan.request);
+    job.kind = kindOf(plan);
+    job.title = plan.text ? plan.text->title : std::string();
     job.tag = newTag();
     job.items = plan.request.items;
     job.pages = plan.pages;
@@ -159,6 +163,7 @@ MoveJob inverseOf(const MoveJob& job)
         return inverse;
     }
     inverse.kind = job.kind;
+    inverse.title = job.title;
     for (auto item = job.items.rbegin(); item != job.items.rend(); ++item)
         inverse.items.push_back({item->to, item->from});
     for (const PageRewrite& page : job.pages)
@@ -172,13 +177,16 @@ MoveJob inverseOf(const MoveJob& job)
 std::string titleOf(const LinkPlan& plan)
 {
     MoveJob job;
-    job.kind = kindOf(plan.request);
+    job.kind = kindOf(plan);
+    job.title = plan.text ? plan.text->title : std::string();
     job.items = plan.request.items;
     return titleOf(job);
 }
 
 std::string titleOf(const MoveJob& job)
 {
+    if (job.kind == MoveJob::Kind::Text)
+        return job.title;
     if (job.items.empty())
         return userText(QT_TRANSLATE_NOOP("luma::Engines", "Move"));
     const MovedItem& first = job.items.front();
@@ -225,6 +233,8 @@ std::string serialized(const MoveJob& job)
             .number(item.size)
             .time(item.modified)
             .text(item.mark);
+    if (job.kind == MoveJob::Kind::Text)
+        writer.text(job.title);
     return writer.text("end").take();
 }
 
@@ -262,6 +272,8 @@ std::optional<MoveJob> parseJob(std::string_view bytes, std::size_t& end)
         item.mark = reader.text();
         job.copies.push_back(std::move(item));
     }
+    if (job.kind == MoveJob::Kind::Text)
+        job.title = reader.text();
     const bool isWhole = reader.text() == "end" && reader.isGood() && kind <= lastKind && job.tag.size() == 3;
     end = reader.place();
     return isWhole ? std::optional(std::move(job)) : std::nullopt;

@@ -32,7 +32,8 @@ struct MoveJob
         Move,
         Copy,
         RemoveCopies,
-        Links // the items stay where they are; only pages change
+        Links, // the items stay where they are; only pages change
+        Text   // there are no items; text changes that is no link
     };
 
     Kind kind = Kind::Move;
@@ -43,6 +44,7 @@ struct MoveJob
     std::vector<SymlinkChange> symlinks;
     bool restoresTimes = false; // a page gets the time in `modified`
     std::vector<CopiedItem> copies;
+    std::string title; // of Text
 };
 
 MoveJob jobOf(const LinkPlan& plan);

@@ -28,7 +28,22 @@ std::vector<LinksUpdate::File> rewrittenFiles(const std::vector<PageRewrite>& pa
     return files;
 }
 
-std::shared_ptr<const LinksUpdate> updateOf(const MoveReport& report, std::shared_ptr<const MovedLinks> links,
+LinksUpdate::Updated updatedBy(std::shared_ptr<const MovedLinks> links)
+{
+    if (!links)
+        return {};
+    return [links = std::move(links)](std::string_view source, const fs::path& oldFile,
+                                      const fs::path& newFile) {
+        return links->updated(source, oldFile, newFile);
+    };
+}
+
+LinksUpdate::Updated updatedBy(const LinkPlan& plan)
+{
+    return plan.text ? plan.text->updated : updatedBy(plan.links);
+}
+
+std::shared_ptr<const LinksUpdate> updateOf(const MoveReport& report, LinksUpdate::Updated updated,
                                             std::vector<LinksUpdate::File> files)
 {
     LinksUpdate update;
@@ -36,11 +51,7 @@ std::shared_ptr<const LinksUpdate> updateOf(const MoveReport& report, std::share
         update.items = report.items;
     if (report.isDone) {
         update.files = std::move(files);
-        if (links)
-            update.updated = [links = std::move(links)](std::string_view source, const fs::path& oldFile,
-                                                        const fs::path& newFile) {
-                return links->updated(source, oldFile, newFile);
-            };
+        update.updated = std::move(updated);
     }
     const bool hasChanged = report.isMove || !update.files.empty();
     return hasChanged ? std::make_shared<const LinksUpdate>(std::move(update)) : nullptr;
@@ -117,13 +128,14 @@ MoveReport SiteMoves::runJob(MoveJob job, MoveRunner::ChangedPages changedPages)
 
 MoveReport SiteMoves::carryOut(const LinkPlan& plan)
 {
-    const bool isNothing = plan.request.itemsStay() && plan.pages.empty() && plan.symlinks.empty();
-    if (plan.request.items.empty() || isNothing)
+    const bool itemsStay = plan.text || plan.request.itemsStay();
+    const bool isNothing = itemsStay && plan.pages.empty() && plan.symlinks.empty();
+    if ((plan.request.items.empty() && !plan.text) || isNothing)
         return {};
     MoveReport report = runJob(jobOf(plan), MoveRunner::ChangedPages::Refused);
     // The originals of copies, and their links, stay as they are.
     if (plan.request.operation == MoveOperation::Move)
-        report.links = updateOf(report, plan.links, rewrittenFiles(plan.pages));
+        report.links = updateOf(report, updatedBy(plan), rewrittenFiles(plan.pages));
     return report;
 }
 
@@ -158,7 +170,7 @@ MoveReport SiteMoves::undo(const WebRules& rules)
     std::vector<LinksUpdate::File> files = rewrittenFiles(job.pages);
     MoveReport report = runJob(std::move(job), MoveRunner::ChangedPages::LeftAlone);
     report.title = titleOf(last->job);
-    report.links = updateOf(report, std::move(links), std::move(files));
+    report.links = updateOf(report, updatedBy(std::move(links)), std::move(files));
     return report;
 }
 

@@ -2,35 +2,10 @@
 #include "links/sitepagereader.h"
 
 #include "base/pathbelow.h"
-#include "base/utf8.h"
-#include "html/placedtext.h"
 #include "html/servercode.h"
 #include "links/webrules.h"
 
-#include <algorithm>
-
 namespace luma {
-
-namespace {
-
-bool isAscii(std::string_view text)
-{
-    return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
-}
-
-// Whether the bytes can be read as they are, because they are valid UTF-8 and mean what it says.
-bool needsNoDecoding(std::string_view bytes, const PageEncoding& encoding, MarkupLanguage language)
-{
-    if (!encoding.encoding.isUtf8()) {
-        const bool mayHide = encoding.encoding.canSwitch() && bytes.find('\x1B') != std::string_view::npos;
-        return encoding.encoding.holdsAscii() && !mayHide && isAscii(bytes);
-    }
-    const bool isKnownValid =
-        encoding.source == PageEncoding::Source::Guessed && language != MarkupLanguage::Xml;
-    return isKnownValid || isValidUtf8(bytes);
-}
-
-} // namespace
 
 Result<void> SitePageReader::read(const std::string& path)
 {
@@ -44,22 +19,8 @@ Result<void> SitePageReader::read(const std::string& path)
 void SitePageReader::parse(std::string_view bytes, std::string_view name, FilePlaces places)
 {
     const WebFileKind kind = webFileKind(name);
-    const MarkupLanguage language = kind == WebFileKind::XmlPage      ? MarkupLanguage::Xml
-                                    : kind == WebFileKind::StyleSheet ? MarkupLanguage::Css
-                                                                      : MarkupLanguage::Html;
-    m_encoding = encodingOf(bytes, language);
-    m_text = bytes.substr(m_encoding.markLength);
-    m_places.clear();
-    if (!needsNoDecoding(m_text, m_encoding, language)) {
-        if (places == FilePlaces::Known) {
-            PlacedText decoded = decodedWithPlaces(m_text, m_encoding.encoding);
-            m_decoded = std::move(decoded.text);
-            m_places = std::move(decoded.places);
-        } else {
-            m_decoded = m_encoding.encoding.decoded(m_text);
-        }
-        m_text = m_decoded;
-    }
+    m_file.read(bytes, markupLanguage(name), places);
+    m_text = m_file.text();
     m_unmasked = m_text;
     m_holdsServerCode = false;
     if (kind != WebFileKind::StyleSheet) {

@@ -3,13 +3,11 @@
 
 #include "base/filereader.h"
 #include "base/result.h"
-#include "html/pageencoding.h"
+#include "links/decodedfile.h"
 #include "links/pagereader.h"
 
-#include <cstdint>
 #include <string>
 #include <string_view>
-#include <vector>
 
 namespace luma {
 
@@ -24,7 +22,7 @@ public:
 
     /// Reads only the file's bytes, which are valid until the next read.
     Result<std::string_view> readBytes(const std::string& path) { return m_reader.read(path); }
-    enum class FilePlaces : std::uint8_t { Unknown, Known };
+    using FilePlaces = DecodedFile::Places;
 
     /// Reads the addresses of a page whose file is called `name` and holds `bytes`, which must outlive what is read. To know
     /// the places in the file costs time where the page must be decoded.
@@ -36,22 +34,17 @@ public:
     [[nodiscard]] bool holdsServerCode() const { return m_holdsServerCode; }
     /// The same text with its server code.
     [[nodiscard]] std::string_view unmaskedText() const { return m_unmasked; }
-    [[nodiscard]] const PageEncoding& encoding() const { return m_encoding; }
+    [[nodiscard]] const PageEncoding& encoding() const { return m_file.encoding(); }
     /// Where in the file's bytes a place of the text is; only after parse() with FilePlaces::Known.
-    [[nodiscard]] std::size_t placeInFile(std::size_t place) const
-    {
-        return m_encoding.markLength + (m_places.empty() ? place : m_places[place]);
-    }
+    [[nodiscard]] std::size_t placeInFile(std::size_t place) const { return m_file.placeInFile(place); }
 
 private:
     FileReader m_reader;
     PageReader m_page;
-    PageEncoding m_encoding;
-    std::string m_decoded;
+    DecodedFile m_file;
     std::string m_masked;
     std::string_view m_text;
     std::string_view m_unmasked;
-    std::vector<std::uint32_t> m_places; // empty where the text is the bytes
     bool m_holdsServerCode = false;
 };
 

@@ -3,6 +3,7 @@
 
 #include "base/filecalls.h"
 #include "base/folderreader.h"
+#include "base/pathbelow.h"
 #include "links/bytehash.h"
 #include "links/webrules.h"
 
@@ -227,6 +228,16 @@ std::vector<SiteTree::Id> SiteTree::pages() const
     std::copy_if(m_files.begin(), m_files.end(), std::back_inserter(pages),
                  [this](Id id) { return m_entries[id].kind == FileKind::Page; });
     return pages;
+}
+
+bool SiteTree::isLinkIntoSite(Id id, const std::string& file) const
+{
+    if (type(id) != Type::LinkToFile)
+        return false;
+    std::error_code error;
+    const std::filesystem::path real = std::filesystem::canonical(file, error);
+    const std::filesystem::path realRoot = std::filesystem::canonical(m_rootPath, error);
+    return !error && isAtOrBelow(real.native(), realRoot.native());
 }
 
 std::vector<SiteTree::Id> SiteTree::webPages() const

@@ -55,6 +55,8 @@ public:
     [[nodiscard]] Id parent(Id id) const { return m_entries[id].parent; }
     [[nodiscard]] Type type(Id id) const { return m_entries[id].type; }
     [[nodiscard]] FileKind kind(Id id) const { return m_entries[id].kind; }
+    /// Whether the item, which is at `file` on the disk now, is a symbolic link to a file of the site.
+    [[nodiscard]] bool isLinkIntoSite(Id id, const std::string& file) const;
     /// The item with this name in `folder`, or none.
     [[nodiscard]] Id child(Id folder, std::string_view name) const;
     /// The item at `subpath`, or none.

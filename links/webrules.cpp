@@ -11,6 +11,7 @@ namespace {
 
 constexpr auto htmlExtensions = std::to_array<std::string_view>({"html", "htm", "shtml", "php"});
 constexpr auto xmlExtensions = std::to_array<std::string_view>({"xhtml", "xht", "xml", "svg"});
+constexpr auto scriptExtensions = std::to_array<std::string_view>({"js", "mjs", "cjs"});
 constexpr auto textExtensions =
     std::to_array<std::string_view>({"js", "mjs", "json", "webmanifest", "txt", "xml", "rss", "atom", "php"});
 
@@ -30,6 +31,11 @@ WebFileKind webFileKind(std::string_view name)
     if (isOneOf(extension, xmlExtensions))
         return WebFileKind::XmlPage;
     return equalIgnoringAsciiCase(extension, "css") ? WebFileKind::StyleSheet : WebFileKind::Other;
+}
+
+bool isScript(std::string_view name)
+{
+    return isOneOf(extensionOf(name), scriptExtensions);
 }
 
 bool mentionsFiles(std::string_view name)

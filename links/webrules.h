@@ -37,6 +37,9 @@ enum class WebFileKind : std::uint8_t {
 
 WebFileKind webFileKind(std::string_view name);
 
+/// Whether a file of this name is a script: js, mjs, cjs.
+bool isScript(std::string_view name);
+
 /// Whether a file with this name may mention others as plain text: scripts, data, manifests, feeds, texts.
 bool mentionsFiles(std::string_view name);
 

@@ -38,6 +38,7 @@ extern const LumactlCommand moveCommand;
 extern const LumactlCommand copyCommand;
 extern const LumactlCommand renameCommand;
 extern const LumactlCommand relinkCommand;
+extern const LumactlCommand findCommand;
 extern const LumactlCommand undoCommand;
 extern const LumactlCommand editCommand;
 extern const LumactlCommand sitesCommand;
@@ -46,7 +47,7 @@ extern const LumactlCommand sitesCommand;
 /// the command here and above.
 inline constexpr auto lumactlCommands = std::to_array<const LumactlCommand*>(
     {&changedCommand, &publishCommand, &restoreCommand, &linksFromCommand, &checkCommand, &linksToCommand,
-     &unlinkedCommand, &moveCommand, &copyCommand, &renameCommand, &relinkCommand, &undoCommand, &editCommand,
-     &sitesCommand});
+     &unlinkedCommand, &moveCommand, &copyCommand, &renameCommand, &relinkCommand, &findCommand, &undoCommand,
+     &editCommand, &sitesCommand});
 
 } // namespace luma

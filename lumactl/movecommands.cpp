@@ -323,7 +323,7 @@ const LumactlCommand relinkCommand = {
     relink};
 
 const LumactlCommand undoCommand = {
-    "undo", "SITE [--skip]", "take back the last move, rename, copy or relink in a site",
+    "undo", "SITE [--skip]", "take back the last move, rename, copy, relink or replacement in a site",
     "Files go back to their places and links to their old text, byte for byte. The last\n"
     "twenty are kept; each undo takes back one more. Files that have changed since are\n"
     "left alone and named. Where an item can't go back, nothing is done.\n"

@@ -3117,6 +3117,30 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>diff printed what can&apos;t be read</source>
         <translation>die Ausgabe von diff ist nicht lesbar</translation>
     </message>
+    <message>
+        <source>No longer the same file as %1, because their text will differ</source>
+        <translation>Nicht mehr dieselbe Datei wie %1, weil ihr Text sich unterscheiden wird</translation>
+    </message>
+    <message>
+        <source>%1 was replaced in part in the file; this window keeps its own text</source>
+        <translation>%1 wurde in der Datei nur teilweise ersetzt; dieses Fenster behält seinen eigenen Text</translation>
+    </message>
+    <message>
+        <source>Replace &quot;%1&quot; by &quot;%2&quot;</source>
+        <translation>„%1“ durch „%2“ ersetzen</translation>
+    </message>
+    <message>
+        <source>Replace</source>
+        <translation>Ersetzen</translation>
+    </message>
+    <message>
+        <source>its text can&apos;t be replaced without changing more, so it stays as it is</source>
+        <translation>ihr Text lässt sich nicht ersetzen, ohne mehr zu ändern, und bleibt deshalb, wie er ist</translation>
+    </message>
+    <message>
+        <source>it would hold a character that %1 lacks, so it stays as it is</source>
+        <translation>sie enthielte ein Zeichen, das in %1 fehlt, und bleibt deshalb, wie sie ist</translation>
+    </message>
 </context>
 <context>
     <name>luma::FileJobs</name>
@@ -5366,6 +5390,14 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>Not a regular expression: %1</source>
         <translation>Kein regulärer Ausdruck: %1</translation>
+    </message>
+    <message>
+        <source>The expression takes too long: it tries too much at one place.</source>
+        <translation>Der Ausdruck braucht zu lange: Er probiert an einer Stelle zu viel.</translation>
+    </message>
+    <message>
+        <source>Not a regular expression, at character %1: %2</source>
+        <translation>Kein regulärer Ausdruck, bei Zeichen %1: %2</translation>
     </message>
 </context>
 <context>

@@ -83,6 +83,8 @@ private slots:
         QTest::newRow("move") << "move . a p.png b" << false << false;
         QTest::newRow("rename") << "rename . p.png q.png" << false << false;
         QTest::newRow("copy") << "copy . a o.html b" << false << false;
+        QTest::newRow("replacement") << "find . html --source --replace htm&" << false << false;
+        QTest::newRow("undo of a replacement") << "find . html --source --replace htm&" << true << false;
         QTest::newRow("undo of a move") << "move . a p.png b" << true << false;
         QTest::newRow("undo of a copy") << "copy . a o.html b" << true << false;
         QTest::newRow("move to another file system") << "move . a p.png far" << false << true;

@@ -121,6 +121,11 @@ private slots:
         succeeds("relink . gone sub/x.html && \"$LUMACTL\" undo . --skip",
                  "rewrote index.html: 1 link\nleft as it is: Change links to gone to x.html\n");
         fails("relink . gone none.html", "");
+        succeeds("find . '(?<=s)ub/(\\w)' --regex --source --replace '$1/' --dry-run",
+                 "index.html:1:25: ub/x -> x/\n");
+        succeeds("find . X.HTML --source --folder index.html --json",
+                 "{\"column\":28,\"file\":\"index.html\",\"line\":1,\"text\":\"x.html\"}\n");
+        finds("find . nowhere", "");
         fails("undo .", "");
         fails("rename . p.png lonely.png", "");
         fails("rename . gone.png b", "");
@@ -148,6 +153,9 @@ private slots:
                                            "rename . p.png q.png --dry-run --by-letter",
                                            "relink . gone",
                                            "undo",
+                                           "find .",
+                                           "find . '(' --regex",
+                                           "find gone x",
                                            "changed",
                                            "publish .",
                                            "changed . sub .",
@@ -460,7 +468,7 @@ private slots:
                                                 QRegularExpression::MultilineOption);
         for (auto match = command.globalMatch(help); match.hasNext();)
             listed << match.next().captured(1).toUtf8();
-        QCOMPARE(listed.size(), 14);
+        QCOMPARE(listed.size(), 15);
         for (const QByteArray& name : listed) {
             const Answer answer = lumactl(site, name + " --help");
             QCOMPARE(lumactl(site, "help " + name).output, answer.output);

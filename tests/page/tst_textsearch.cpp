@@ -2,9 +2,9 @@
 #include "html/document.h"
 #include "html/element.h"
 #include "html/parse.h"
+#include "html/textsearch.h"
 #include "page/pagecommands.h"
 #include "page/pagetree.h"
-#include "page/textsearch.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
 
@@ -68,7 +68,7 @@ private slots:
         const html::Document& page = *tree.document();
         const std::string before = page.outerHtml();
         PageCommands(tree, stack)
-            .setTexts(textsAfter(matchesIn(page, *expression), replacement, isExpression), "Replace All");
+            .setTexts(textsAfter(*matchesIn(page, *expression), replacement, isExpression), "Replace All");
         QFETCH(QByteArray, result);
         QCOMPARE(QByteArray::fromStdString(page.body()->html()), result);
         QCOMPARE(stack.count(), 1);
@@ -81,7 +81,7 @@ private slots:
     void match_knowsItsCharacters()
     {
         const auto page = html::parse("<body>\n<script>xyz</script><p>\U0001F600 o<b>n</b>e</p><p>one</p>");
-        const auto matches = matchesIn(**page, *TextQuery{"one"}.expression());
+        const auto matches = *matchesIn(**page, *TextQuery{"one"}.expression());
         QCOMPARE(matches.size(), 2U);
         QCOMPARE(matches[0].start, 7); // a line end, a script, a surrogate pair and a blank
         QCOMPARE(matches[0].end, 10);
@@ -92,7 +92,7 @@ private slots:
     {
         const auto expression = TextQuery{"(a", true}.expression();
         QVERIFY(!expression);
-        QVERIFY(expression.error().text.starts_with("Not a regular expression: "));
+        QVERIFY(expression.error().text.starts_with("Not a regular expression, at character 3: "));
     }
 };
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
-#include "page/textsearch.h"
+#include "html/textsearch.h"
 
 #include "html/characterdata.h"
 #include "html/codemarks.h"
@@ -20,6 +20,15 @@ struct QueryTexts
 };
 
 constexpr QChar unbreakable(0xa0);
+
+// What an expression may try at one place (PCRE2, pcre2pattern, "Setting match limits"): enough for any that is of use.
+constexpr QLatin1StringView matchLimit("(*LIMIT_MATCH=1000000)");
+
+Error givenUp()
+{
+    return Error{
+        QueryTexts::tr("The expression takes too long: it tries too much at one place.").toStdString()};
+}
 
 /// Where a character of a run comes from.
 struct Place
@@ -58,7 +67,7 @@ class RunSearch final
 public:
     explicit RunSearch(const QRegularExpression& expression) : m_expression(expression) {}
 
-    std::vector<TextMatch> in(const html::Node& body)
+    Result<std::vector<TextMatch>> in(const html::Node& body)
     {
         for (const html::Node* node = &body; node;) {
             const bool goesDown = enter(*node);
@@ -75,6 +84,8 @@ public:
             node = node == &body ? nullptr : node->next();
         }
         flush();
+        if (m_isGivenUp)
+            return givenUp();
         return std::move(m_found);
     }
 
@@ -140,12 +151,11 @@ private:
 
     void flush()
     {
-        auto matches = m_expression.globalMatch(m_text);
-        while (matches.hasNext()) {
-            const QRegularExpressionMatch match = matches.next();
-            if (match.capturedLength() > 0)
-                add(match);
-        }
+        const auto matches =
+            m_text.isEmpty() ? std::vector<QRegularExpressionMatch>() : matchesInText(m_text, m_expression);
+        m_isGivenUp = m_isGivenUp || !matches;
+        for (std::size_t i = 0; matches && i < matches->size(); ++i)
+            add((*matches)[i]);
         m_text.clear();
         m_places.clear();
     }
@@ -155,6 +165,7 @@ private:
         TextMatch found;
         found.text = match.captured();
         found.match = match;
+        found.run = m_text;
         for (qsizetype at = match.capturedStart(); at < match.capturedEnd(); ++at) {
             const Place& place = m_places[static_cast<std::size_t>(at)];
             if (found.pieces.empty() || found.pieces.back().node != place.node)
@@ -172,6 +183,7 @@ private:
     QString m_text; // of the run
     std::vector<Place> m_places;
     qsizetype m_offset = 0;
+    bool m_isGivenUp = false;
 };
 
 } // namespace
@@ -189,20 +201,44 @@ Result<QRegularExpression> TextQuery::expression() const
         QRegularExpression::UseUnicodePropertiesOption | QRegularExpression::MultilineOption;
     if (!matchesCase)
         options |= QRegularExpression::CaseInsensitiveOption;
-    QRegularExpression compiled(pattern, options);
+    // Its own, so that the place of a fault counts in it, and that its parentheses are closed.
+    const QRegularExpression own(isExpression ? text : QString(), options);
+    if (!own.isValid())
+        return Error{QueryTexts::tr("Not a regular expression, at character %1: %2")
+                         .arg(own.patternErrorOffset() + 1)
+                         .arg(own.errorString())
+                         .toStdString()};
+    QRegularExpression compiled(matchLimit + pattern, options);
     if (!compiled.isValid())
         return Error{
             QueryTexts::tr("Not a regular expression: %1").arg(compiled.errorString()).toStdString()};
     return compiled;
 }
 
-std::vector<TextMatch> matchesIn(const html::Document& page, const QRegularExpression& expression)
+Result<std::vector<QRegularExpressionMatch>> matchesInText(const QString& text,
+                                                           const QRegularExpression& expression)
+{
+    std::vector<QRegularExpressionMatch> found;
+    auto matches = expression.globalMatch(text);
+    bool isAtEnd = false; // behind a match of nothing there, the iterator is not valid either
+    while (matches.hasNext()) {
+        const QRegularExpressionMatch match = matches.next();
+        isAtEnd = match.capturedStart() == text.size();
+        if (match.capturedLength() > 0)
+            found.push_back(match);
+    }
+    if (!matches.isValid() && !isAtEnd)
+        return givenUp();
+    return found;
+}
+
+Result<std::vector<TextMatch>> matchesIn(const html::Document& page, const QRegularExpression& expression)
 {
     const html::Element* const body = page.body();
     return body ? RunSearch(expression).in(*body) : std::vector<TextMatch>();
 }
 
-QString replacementFor(const QRegularExpressionMatch& match, const QString& replacement, bool isExpression)
+QString replacementFor(const QStringList& captured, const QString& replacement, bool isExpression)
 {
     if (!isExpression)
         return replacement;
@@ -211,7 +247,7 @@ QString replacementFor(const QRegularExpressionMatch& match, const QString& repl
         const QChar c = replacement.at(at);
         const QChar next = at + 1 < replacement.size() ? replacement.at(at + 1) : QChar();
         if ((c == u'$' || c == u'\\') && next >= u'0' && next <= u'9') {
-            result += match.captured(next.digitValue());
+            result += captured.value(next.digitValue());
             ++at;
         } else {
             result += c;
@@ -230,7 +266,8 @@ NewTexts textsAfter(const std::vector<TextMatch>& matches, const QString& replac
             texts.back().second += html::textOf(*texts.back().first)->substr(done);
     };
     for (const TextMatch& match : matches) {
-        std::string wanted = replacementFor(match.match, replacement, isExpression).toStdString();
+        std::string wanted =
+            replacementFor(match.match.capturedTexts(), replacement, isExpression).toStdString();
         for (const TextMatch::Piece& piece : match.pieces) {
             if (texts.empty() || texts.back().first != piece.node) {
                 finish();

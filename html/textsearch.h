@@ -6,6 +6,7 @@
 
 #include <QRegularExpression>
 #include <QString>
+#include <QStringList>
 
 #include <cstddef>
 #include <string>
@@ -22,7 +23,8 @@ struct TextQuery
     bool matchesCase = false;
     bool wholeWords = false;
 
-    /// The query as an expression; the error is a sentence. A blank of a text also finds a no-break space.
+    /// The query as an expression; the error is a sentence that says where a broken one is broken. A blank of a text also
+    /// finds a no-break space. An expression that would try too much at a place is given up there: its searches fail.
     [[nodiscard]] Result<QRegularExpression> expression() const;
 };
 
@@ -39,17 +41,22 @@ struct TextMatch
     std::vector<Piece> pieces; ///< at least one; several where it reaches across inline elements
     QString text;
     QRegularExpressionMatch match;
+    QString run; ///< the text around it, in which the match counts: that of a block or of a line
     /// Where it is among all characters (UTF-16) of the text nodes in the body, without those in templates.
     qsizetype start = 0;
     qsizetype end = 0;
 };
 
-/// All matches in the body, in document order. A match never reaches across blocks, line breaks or what is not text.
-std::vector<TextMatch> matchesIn(const html::Document& page, const QRegularExpression& expression);
+/// All matches in the body, in document order. A match never reaches across blocks, line breaks or what is not text. Error: the
+/// expression was given up.
+Result<std::vector<TextMatch>> matchesIn(const html::Document& page, const QRegularExpression& expression);
+/// The same for a text, such as a page's source. Matches of nothing are left out.
+Result<std::vector<QRegularExpressionMatch>> matchesInText(const QString& text,
+                                                           const QRegularExpression& expression);
 
-/// What a match is replaced with: in the replacement for an expression, $0 to $9 or \\0 to \\9 are its groups, $$ and \\\\ are
+/// What a match, which caught these texts, is replaced with: in the replacement for an expression, $0 to $9 or \\0 to \\9 are its groups, $$ and \\\\ are
 /// the characters.
-QString replacementFor(const QRegularExpressionMatch& match, const QString& replacement, bool isExpression);
+QString replacementFor(const QStringList& captured, const QString& replacement, bool isExpression);
 
 /// The new texts of the nodes in which these matches, in document order, are replaced. What takes the place of a match stands
 /// where it began, and the elements around its parts stay.
