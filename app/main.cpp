@@ -12,6 +12,7 @@
 #include <QIcon>
 #include <QLibraryInfo>
 #include <QLocale>
+#include <QLoggingCategory>
 #include <QSettings>
 #include <QTranslator>
 
@@ -122,6 +123,8 @@ int main(int argc, char** argv)
     if (const auto early = argumentsIn(argc, argv); luma::isAnsweredOnTerminal(early))
         return answerOnTerminal(luma::readCommandLine(early));
 
+    // The web engine prints its settings where it finds no graphics driver.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext.info=false"));
     luma::PageScheme::registerScheme();
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("luma"));

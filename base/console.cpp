@@ -2,6 +2,7 @@
 #include "base/console.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 namespace luma {
@@ -12,6 +13,13 @@ void printLine(std::string_view line)
     const std::string text = std::string(line) + '\n';
     (void)std::fwrite(text.data(), 1, text.size(), stdout);
     (void)std::fflush(stdout);
+}
+
+void printDiagnostic(std::string_view line)
+{
+    static const bool isWanted = std::getenv("LUMA_DIAGNOSTICS") != nullptr; // NOLINT(concurrency-mt-unsafe)
+    if (isWanted)
+        printLine(line);
 }
 
 } // namespace luma

@@ -15,7 +15,7 @@ using Guard = QPointer<PaneConnection>;
 void run(const Guard& guard, const WorkItem& item, const ConnectionRequest& request, VolumeMounter& mounter)
 {
     if (item.isCancelled()) {
-        printLine("workItem is cancelled");
+        printDiagnostic("workItem is cancelled");
         return;
     }
     const MountResult result = mountStep(request, mounter, [&item] { return !item.isCancelled(); });

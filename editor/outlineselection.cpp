@@ -82,7 +82,7 @@ void OutlineSelection::selectInPage(const char* options)
     if (!shown)
         return;
     const QString selector = QString::fromStdString(shown->cssSelector());
-    printLine("OutlineView = " + selector.toStdString());
+    printDiagnostic("OutlineView = " + selector.toStdString());
     m_rendering.evaluate(QStringLiteral("selectText(document.querySelector('%1')%2)")
                              .arg(quotedForScript(selector), QLatin1String(options)));
 }
