@@ -161,6 +161,7 @@ void BrowserController::connectLinks()
             });
     connect(m_links.get(), &PaneLinks::itemsChanged, this, [this] { refreshLater({}); });
     connect(m_links.get(), &PaneLinks::undoable, this, &BrowserController::undoable);
+    connect(m_links.get(), &PaneLinks::olderMoveLooked, this, &BrowserController::olderMoveLooked);
     connect(m_links.get(), &PaneLinks::outsideMovesChanged, this, &BrowserController::offerUpdate);
     connect(m_ui->ignoreMoveButton, &QPushButton::clicked, m_links.get(), &PaneLinks::ignoreOutsideMoves);
     connect(m_ui->updateLinksButton, &QPushButton::clicked, m_links.get(), &PaneLinks::followOutsideMoves);
@@ -346,7 +347,7 @@ void BrowserController::setShowsHidden(bool shows)
 
 void BrowserController::folderChanged()
 {
-    printLine("folderChanged at path = " + m_mountPath.string());
+    printDiagnostic("folderChanged at path = " + m_mountPath.string());
     browser().refresh();
     m_links->siteChanged(m_watcher->takeChangedFolders());
 }
@@ -496,6 +497,11 @@ void BrowserController::startFindMissingLinks()
 void BrowserController::undoMove()
 {
     m_links->undoMove();
+}
+
+void BrowserController::lookForOlderMove()
+{
+    m_links->lookForOlderMove();
 }
 
 void BrowserController::stopFindMissingLinks()

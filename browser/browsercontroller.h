@@ -83,6 +83,8 @@ public:
     void openItem();
     /// Takes the last move, rename or copy in the pane's site back, files and links.
     void undoMove();
+    /// Looks whether there is one, and says so by olderMoveLooked().
+    void lookForOlderMove();
     /// List the links from or to the current item.
     void showLinksFromItem();
     void showLinksToItem();
@@ -105,6 +107,7 @@ signals:
     void stateChanged();
     /// The user has changed files, and `undo`, called once, begins to take that back. `title` says what it was: "Delete".
     void undoable(const QString& title, const std::function<void()>& undo);
+    void olderMoveLooked(bool isThere);
 
 private:
     using Paths = std::vector<std::filesystem::path>;

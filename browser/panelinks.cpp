@@ -2,6 +2,7 @@
 #include "browser/panelinks.h"
 
 #include "base/mainhop.h"
+#include "base/workitem.h"
 #include "browser/linkjobs.h"
 #include "browser/linkreportpanel.h"
 #include "browser/movejobs.h"
@@ -11,6 +12,7 @@
 #include "browser/unlinkeditemspanel.h"
 #include "links/lostlinks.h"
 #include "links/sitelinks.h"
+#include "links/sitemoves.h"
 
 #include <QPointer>
 #include <QWidget>
@@ -160,6 +162,19 @@ void PaneLinks::undoMove()
 {
     if (m_siteLinks)
         m_moveJobs->undoMove(m_site, m_host.reportChoices());
+}
+
+void PaneLinks::lookForOlderMove()
+{
+    if (!m_siteLinks) {
+        emit olderMoveLooked(false);
+        return;
+    }
+    // The site may be on a server that is silent.
+    start(std::make_shared<WorkItem>(), [guard = QPointer(this), site = m_site](const WorkItem&) {
+        const bool isThere = SiteMoves::hasUndo(site);
+        onMain(guard, [isThere](PaneLinks& self) { emit self.olderMoveLooked(isThere); });
+    });
 }
 
 FileJobs::LinkCounter PaneLinks::linkCounter(const std::vector<std::filesystem::path>& items) const

@@ -53,6 +53,8 @@ public:
     void acceptDrop(const Drop& drop);
     /// Takes the last move, rename or copy in the site back, files and links.
     void undoMove();
+    /// Looks in the background whether undoMove() has something to take back, and says so by olderMoveLooked().
+    void lookForOlderMove();
     /// Counts the links to `items` that would be missing without them; empty where links are read by the letter.
     [[nodiscard]] FileJobs::LinkCounter linkCounter(const std::vector<std::filesystem::path>& items) const;
 
@@ -78,6 +80,7 @@ signals:
     /// The user has moved items, and `undo`, called once, begins to take that back. `title` says what it was: "Rename".
     void undoable(const QString& title, const std::function<void()>& undo);
     void outsideMovesChanged();
+    void olderMoveLooked(bool isThere);
 
 private:
     PaneHost& m_host;

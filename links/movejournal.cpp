@@ -113,6 +113,11 @@ bool MoveJournal::isPending(const fs::path& site)
     return !numbersIn(journalFolder(site), runningState).empty();
 }
 
+bool MoveJournal::hasDone(const fs::path& site)
+{
+    return !numbersIn(journalFolder(site), doneState).empty();
+}
+
 fs::path MoveJournal::fileOf(std::uint64_t number, std::string_view state) const
 {
     return m_folder / (std::to_string(number) + std::string(state));

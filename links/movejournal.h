@@ -30,8 +30,9 @@ public:
 
     /// Error: another program moves files in this site now, or the state folder can't be used.
     static Result<MoveJournal> open(const std::filesystem::path& site);
-    /// Whether a job was interrupted. Costs next to nothing.
+    /// Whether a job was interrupted, or is done and can be taken back. Both cost next to nothing.
     static bool isPending(const std::filesystem::path& site);
+    static bool hasDone(const std::filesystem::path& site);
 
     /// The jobs that were interrupted; at most one, unless something went wrong before. What can't be read is put aside under a
     /// name that ends in ".damaged" and named in `damaged`.

@@ -31,6 +31,9 @@ public:
     /// The same, only where a job was interrupted: what became of it. Nothing where another program is at it.
     static std::vector<MoveReport> recover(const std::filesystem::path& site);
 
+    /// Whether undo() would find a job of this site. Doesn't wait for one that is running.
+    static bool hasUndo(const std::filesystem::path& site) { return MoveJournal::hasDone(site); }
+
     /// What became of jobs that were interrupted.
     [[nodiscard]] const std::vector<MoveReport>& recovered() const { return m_recovered; }
 

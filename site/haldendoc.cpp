@@ -19,6 +19,7 @@
 #include "site/progresspanel.h"
 #include "site/restorepanel.h"
 #include "site/syncpanel.h"
+#include "site/undocommand.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -103,12 +104,14 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
     createToolBar();
     setIcons();
     showAdvice({});
+    m_undo = new UndoCommand(*m_ui->undoMoveAction, *m_ui->editMenu, this);
     m_progressPanel = new ProgressPanel(*m_ui->jobLine, this);
     createPanes(services.mounter);
     m_syncPanel = new SyncPanel(m_engine, this);
     m_restorePanel = new RestorePanel(
         *m_record, services.runProgram, [this] { return sides(); }, this);
     connectActions();
+    connectUndo();
     connectRemoteLogin();
     connect(m_record.get(), &SiteRecord::changed, this, &HaldenDoc::updateForRecord);
     updateForRecord();
@@ -134,7 +137,6 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
     m_source->widget()->setObjectName(QStringLiteral("sourceBrowserController"));
     m_destination->widget()->setObjectName(QStringLiteral("destinationBrowserController"));
     for (BrowserController* pane : {m_source, m_destination}) {
-        connect(pane, &BrowserController::undoable, this, &HaldenDoc::addUndo);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::paneChanged);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::publishWaitingPage);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::showWaitingItem);
@@ -178,7 +180,6 @@ void HaldenDoc::connectActions()
     };
     onPane(m_ui->openAction, &BrowserController::openItem);
     onPane(m_ui->newFolderAction, &BrowserController::newFolder);
-    connect(m_ui->undoMoveAction, &QAction::triggered, this, &HaldenDoc::undo);
     onPane(m_ui->renameAction, &BrowserController::renameItem);
     onPane(m_ui->duplicateAction, &BrowserController::duplicateItem);
     onPane(m_ui->deleteAction, &BrowserController::deleteSelectedItems);
@@ -205,7 +206,6 @@ void HaldenDoc::connectActions()
     });
     connect(m_progressPanel, &ProgressPanel::began, this, [this] { m_ui->lastJobAction->setEnabled(true); });
     connect(m_ui->lastJobAction, &QAction::triggered, m_progressPanel, &ProgressPanel::show);
-    connect(m_ui->jobLine, &JobLine::undoRequested, this, &HaldenDoc::undo);
     connect(m_ui->missingLinksAction, &QAction::triggered, this,
             [this] { currentSitePane().startFindMissingLinks(); });
     connect(m_ui->unlinkedItemsAction, &QAction::triggered, this,
@@ -235,33 +235,17 @@ void HaldenDoc::connectRemoteLogin()
     connect(m_ui->checkConnectionAction, &QAction::triggered, this, &HaldenDoc::checkConnectionOK);
 }
 
-void HaldenDoc::addUndo(const QString& title, const std::function<void()>& undo)
-{
-    constexpr std::size_t mostSteps = 100;
-    m_undoSteps.push_back({title, undo});
-    if (m_undoSteps.size() > mostSteps)
-        m_undoSteps.erase(m_undoSteps.begin());
-    updateUndo();
-}
-
 // Moves can also be taken back that were made before the window opened.
-void HaldenDoc::undo()
+void HaldenDoc::connectUndo()
 {
-    if (m_undoSteps.empty()) {
-        currentSitePane().undoMove();
-        return;
+    for (BrowserController* pane : {m_source, m_destination}) {
+        connect(pane, &BrowserController::undoable, m_undo, &UndoCommand::add);
+        connect(pane, &BrowserController::olderMoveLooked, m_undo, &UndoCommand::setHasOlder);
     }
-    const UndoStep last = std::move(m_undoSteps.back());
-    m_undoSteps.pop_back();
-    updateUndo();
-    last.undo();
-}
-
-void HaldenDoc::updateUndo()
-{
-    m_ui->jobLine->forgetUndo();
-    m_ui->undoMoveAction->setText(
-        tr("&Undo %1").arg(m_undoSteps.empty() ? tr("Move") : m_undoSteps.back().title));
+    connect(m_undo, &UndoCommand::olderRequested, this, [this] { currentSitePane().undoMove(); });
+    connect(m_undo, &UndoCommand::lookRequested, this, [this] { currentSitePane().lookForOlderMove(); });
+    connect(m_undo, &UndoCommand::changed, m_ui->jobLine, &JobLine::forgetUndo);
+    connect(m_ui->jobLine, &JobLine::undoRequested, m_undo, &UndoCommand::run);
 }
 
 void HaldenDoc::windowDidLoad()

@@ -24,6 +24,7 @@ class PaneMarks;
 class ProgressPanel;
 class RestorePanel;
 class SyncPanel;
+class UndoCommand;
 
 /// The window of one open site: its two panes, the connection line, and the panels of its long jobs. It
 /// shares its record with the site list, which finds the window by it. The title is the site's name with the
@@ -100,12 +101,6 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    struct UndoStep
-    {
-        QString title;
-        std::function<void()> undo;
-    };
-
     std::unique_ptr<Ui::HaldenDoc> m_ui;
     std::shared_ptr<SiteRecord> m_record;
     BrowserController* m_source = nullptr;
@@ -115,7 +110,7 @@ private:
     std::function<ReportChoices()> m_reportChoices;
     std::function<void()> m_stopAsking;
     std::shared_ptr<MoveNotices> m_moveNotices;
-    std::vector<UndoStep> m_undoSteps; // what can be taken back, the last at the end
+    UndoCommand* m_undo = nullptr;
     RemoteLogin m_remoteLogin;
     SyncEngine m_engine;
     ProgressPanel* m_progressPanel = nullptr;
@@ -135,9 +130,7 @@ private:
     void updateForRecord();
     void paneChanged();
     void updateActions();
-    void addUndo(const QString& title, const std::function<void()>& undo);
-    void undo();
-    void updateUndo();
+    void connectUndo();
     void updateSetUp();
     void showCheck(bool works, const QString& answer);
     void showAdvice(const QString& text);

@@ -3412,14 +3412,6 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <translation>Herunterladen</translation>
     </message>
     <message>
-        <source>&amp;Undo %1</source>
-        <translation>&amp;Rückgängig: %1</translation>
-    </message>
-    <message>
-        <source>Move</source>
-        <translation>Bewegen</translation>
-    </message>
-    <message>
         <source>LUMA is using rsync for faster uploads and downloads.</source>
         <translation>LUMA verwendet rsync für schnelleres Hoch- und Herunterladen.</translation>
     </message>
@@ -5416,6 +5408,17 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>Connect</source>
         <translation>Verbinden</translation>
+    </message>
+</context>
+<context>
+    <name>luma::UndoCommand</name>
+    <message>
+        <source>&amp;Undo %1</source>
+        <translation>&amp;Rückgängig: %1</translation>
+    </message>
+    <message>
+        <source>Move</source>
+        <translation>Bewegen</translation>
     </message>
 </context>
 <context>

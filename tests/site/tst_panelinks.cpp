@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/filedescriptor.h"
+#include "browser/browsercontroller.h"
 #include "browser/displaytext.h"
 #include "browser/dragrecord.h"
 #include "browser/filesystemmodel.h"
@@ -321,6 +322,35 @@ private slots:
         QTRY_VERIFY(site.log().startsWith("Took back: Rename y.html to w.html"));
         QTRY_VERIFY(site.isDone());
         QVERIFY(fs::exists(folders.at("sending/a/y.html")) && fs::exists(folders.at("sending/a/z.html")));
+    }
+
+    void undo_isGreyWhereThereIsNothing()
+    {
+        const LinkedSite folders;
+        const SiteWindow site(folders);
+        QTRY_VERIFY(site.isConnected());
+        auto& menu = site.find<QMenu>("editMenu");
+        auto& undo = site.find<QAction>("undoMoveAction");
+        QSignalSpy looked(&site.source(), &BrowserController::olderMoveLooked);
+        menu.popup({});
+        QTRY_COMPARE(looked.count(), 1);
+        QVERIFY(!undo.isEnabled());
+        menu.close();
+        // Another program may move something, and the key takes it back.
+        QVERIFY(undo.isEnabled());
+        {
+            auto moves = SiteMoves::open(folders.sending());
+            const auto plan = planMove({folders.sending(),
+                                        {},
+                                        MoveOperation::Move,
+                                        {{folders.at("sending/a"), folders.at("sending/d")}},
+                                        {}});
+            QVERIFY(moves->carryOut(*plan).isDone);
+        }
+        menu.popup({});
+        QTRY_COMPARE(looked.count(), 2);
+        QVERIFY(undo.isEnabled());
+        menu.close();
     }
 
     void renameThatWasInterrupted_isTakenBackOnOpening()
