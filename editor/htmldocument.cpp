@@ -17,6 +17,7 @@
 #include "editor/styleedits.h"
 #include "editor/stylesheeteditor.h"
 #include "html/elementat.h"
+#include "html/pagewriter.h"
 #include "links/linkrules.h"
 #include "page/subtreechange.h"
 #include "ui_HTMLDocument.h"
@@ -359,10 +360,24 @@ std::uint32_t HTMLDocument::fingerprint() const
     return m_tree.document() ? luma::fingerprint(*m_tree.document()) : 0;
 }
 
-void HTMLDocument::setSource(std::string_view source)
+PageDocument::Source HTMLDocument::source() const
 {
-    if (const auto taken = m_store.setMarkup(source); !taken)
-        tell(tr("The page was not changed: %1").arg(QString::fromStdString(taken.error().text)));
+    if (!m_tree.document())
+        return {};
+    html::PlacedPage page = html::patchedPage(*m_tree.document(), m_selection->node());
+    return {std::move(page.text), page.place};
+}
+
+Result<void> HTMLDocument::setSource(const Source& source)
+{
+    const auto taken = m_store.setMarkup(source.text);
+    if (!taken)
+        return taken;
+    const auto before = QString::fromUtf8(source.text.data(), static_cast<qsizetype>(source.place));
+    const auto line = before.count(u'\n');
+    const auto column = before.size() - (before.lastIndexOf(u'\n') + 1);
+    showPlace(static_cast<unsigned>(line) + 1, static_cast<unsigned>(column) + 1);
+    return {};
 }
 
 void HTMLDocument::reload()

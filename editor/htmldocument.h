@@ -140,8 +140,8 @@ private:
     void setHTML(std::string_view markup, const QString& name) override;
     bool takeChange(const SubtreeChange& change, const QString& name) override;
     [[nodiscard]] std::uint32_t fingerprint() const override;
-    [[nodiscard]] std::string source() const override { return m_store.markup(); }
-    void setSource(std::string_view source) override;
+    [[nodiscard]] Source source() const override;
+    Result<void> setSource(const Source& source) override;
     void buildCSSMenu() override;
     void loadCSSNames() override;
     void applyCallbackText(const QString& text) override;

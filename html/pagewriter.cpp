@@ -32,6 +32,23 @@ std::size_t printedIn(const std::vector<WrittenPiece>& pieces)
     return count;
 }
 
+// A changed start tag is printed between the bytes that end before it and those behind it.
+std::optional<std::size_t> placeOf(const Node& node, const std::vector<WrittenPiece>& pieces)
+{
+    const PageSource* const source = node.origin().source;
+    if (!source)
+        return {};
+    const std::uint32_t begin = PageSource::recordOf(node).extent.begin;
+    std::optional<std::size_t> found;
+    std::size_t before = 0;
+    for (const WrittenPiece& piece : pieces) {
+        if (piece.source.get() == source && piece.range.begin <= begin && begin <= piece.range.end)
+            found = before + begin - piece.range.begin;
+        before += piece.source ? piece.range.end - piece.range.begin : piece.text.size();
+    }
+    return found;
+}
+
 bool hasMarkup(const Element& element)
 {
     return !element.origin().source || !PageSource::recordOf(element).start.isEmpty();
@@ -137,7 +154,21 @@ Result<WrittenPage> writePage(const Document& document, const ParseLimits& limit
 
 std::string patchedPage(const Document& document)
 {
-    return joined(PieceWriter(document, PieceWriter::OmittedTags::None, {}).write());
+    return patchedPage(document, nullptr).text;
+}
+
+PlacedPage patchedPage(const Document& document, const Node* node)
+{
+    const auto pieces = PieceWriter(document, PieceWriter::OmittedTags::None, {}).write();
+    PlacedPage page;
+    page.text = joined(pieces);
+    for (; node; node = node->parent()) {
+        if (const auto place = placeOf(*node, pieces)) {
+            page.place = *place;
+            break;
+        }
+    }
+    return page;
 }
 
 } // namespace luma::html

@@ -57,4 +57,13 @@ Result<WrittenPage> writePage(const Document& document, const ParseLimits& limit
 /// The page written as writePage does and not read again: for showing it, not for saving.
 std::string patchedPage(const Document& document);
 
+struct PlacedPage
+{
+    std::string text;
+    std::size_t place = 0; // in bytes
+};
+
+/// The same, and where the node begins in it, or the element around a node that has no bytes of its own. May be null.
+PlacedPage patchedPage(const Document& document, const Node* node);
+
 } // namespace luma::html

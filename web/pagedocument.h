@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/result.h"
 #include "page/sitefolder.h"
 
 #include <QString>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -37,9 +39,16 @@ public:
     virtual bool takeChange(const SubtreeChange& change, const QString& name) = 0;
     /// The hash that the rendering must have to show this tree (luma::fingerprint).
     [[nodiscard]] virtual std::uint32_t fingerprint() const = 0;
-    /// The page's source as saving writes it, UTF-8, and an edit of that source in the source panel.
-    [[nodiscard]] virtual std::string source() const = 0;
-    virtual void setSource(std::string_view source) = 0;
+    struct Source
+    {
+        std::string text;      ///< UTF-8
+        std::size_t place = 0; ///< in bytes
+    };
+    /// The page's source as saving writes it, and where the selected element begins.
+    [[nodiscard]] virtual Source source() const = 0;
+    /// Takes an edit of that source in the source panel and selects the element at the place of the caret. Error: the
+    /// source is no page; the old one stays.
+    virtual Result<void> setSource(const Source& source) = 0;
     virtual void buildCSSMenu() = 0;
     /// The rendering is shown: ask it for the names that its style sheets define.
     virtual void loadCSSNames() = 0;

@@ -8,7 +8,18 @@
 #include <QShortcut>
 #include <QTextBlock>
 
+#include <QTimer>
+
+#include <algorithm>
+#include <limits>
+
 namespace luma {
+
+namespace {
+
+constexpr qsizetype pieceSize = qsizetype{16} << 10U; // characters that are shown and coloured at once
+
+} // namespace
 
 SourcePanel::SourcePanel(QWidget* parent) : QDialog(parent), m_ui(std::make_unique<Ui::SourcePanel>())
 {
@@ -30,28 +41,65 @@ SourcePanel::SourcePanel(QWidget* parent) : QDialog(parent), m_ui(std::make_uniq
 
 SourcePanel::~SourcePanel() = default;
 
-void SourcePanel::begin(const QString& source)
+void SourcePanel::begin(const QString& source, qsizetype place)
 {
-    m_ui->sourceField->setPlainText(source);
-    m_ui->sourceField->document()->setModified(false);
-    m_ui->saveSourceButton->setEnabled(false);
+    const QStringView before = QStringView(source).left(place);
+    m_line = before.count(u'\n');
+    m_column = place - (before.lastIndexOf(u'\n') + 1);
+    m_rest = source;
+    m_ui->sourceField->setReadOnly(true);
+    m_ui->sourceField->document()->setUndoRedoEnabled(false);
+    m_ui->sourceField->clear();
     m_ui->sourceFindResult->clear();
+    fill();
     open();
     m_ui->sourceField->setFocus();
 }
 
+// The window must go on responding while a source of megabytes is laid out and coloured.
+void SourcePanel::fill()
+{
+    QPlainTextEdit& field = *m_ui->sourceField;
+    const qsizetype feed = m_rest.indexOf(u'\n', std::min(pieceSize, m_rest.size()));
+    QTextCursor end(field.document());
+    end.movePosition(QTextCursor::End);
+    end.insertText(m_rest.left(feed < 0 ? m_rest.size() : feed + 1));
+    m_rest = feed < 0 ? QString() : m_rest.mid(feed + 1);
+    const QTextBlock line = field.document()->findBlockByNumber(static_cast<int>(m_line));
+    const bool isAtPlace = line.isValid() && line.length() > m_column;
+    if (isAtPlace && (line.next().isValid() || m_rest.isEmpty())) {
+        QTextCursor caret(line);
+        caret.setPosition(line.position() + static_cast<int>(m_column));
+        field.setTextCursor(caret);
+        field.centerCursor();
+        m_line = std::numeric_limits<int>::max();
+    }
+    m_ui->saveSourceButton->setEnabled(false);
+    if (!m_rest.isEmpty()) {
+        QTimer::singleShot(0, this, &SourcePanel::fill);
+        return;
+    }
+    field.setReadOnly(false);
+    field.document()->setUndoRedoEnabled(true);
+    field.document()->setModified(false);
+}
+
+void SourcePanel::refuse(const QString& reason)
+{
+    m_ui->sourceFindResult->setText(reason);
+}
+
 void SourcePanel::textDidChange()
 {
-    m_ui->saveSourceButton->setEnabled(true);
+    m_ui->saveSourceButton->setEnabled(m_rest.isEmpty());
 }
 
 void SourcePanel::save()
 {
     if (!m_ui->saveSourceButton->isEnabled())
         return;
-    const QString source = CodeEdit::textIn(*m_ui->sourceField);
-    accept();
-    emit saved(source);
+    const QTextCursor caret = m_ui->sourceField->textCursor();
+    emit saveRequested(CodeEdit::textIn(*m_ui->sourceField), caret.position());
 }
 
 void SourcePanel::reject()

@@ -21,20 +21,28 @@ public:
     explicit SourcePanel(QWidget* parent);
     ~SourcePanel() override;
 
-    void begin(const QString& source);
+    /// Shows the source, a long one piece by piece, with the caret at `place`, a position in the string.
+    void begin(const QString& source, qsizetype place);
+    /// Says why the source was not taken; the panel stays open with it.
+    void refuse(const QString& reason);
 
     void reject() override;
 
 signals:
-    void saved(const QString& source);
+    /// The panel is to be closed, or told why not.
+    void saveRequested(const QString& source, qsizetype place);
 
 private:
+    void fill();
     void textDidChange();
     void save();
     void find(bool backward);
     void showFind();
 
     std::unique_ptr<Ui::SourcePanel> m_ui;
+    QString m_rest; // of the source, still to be shown
+    qsizetype m_line = 0;
+    qsizetype m_column = 0;
 };
 
 } // namespace luma

@@ -96,7 +96,7 @@ void ViewController::createSheets()
     m_sourcePanel = new SourcePanel(m_contentView);
     m_console = new ScriptConsole(m_contentView);
     new ConsoleRuns(*m_console, m_webView->editorPage(), *m_catchUp, *m_reader, this);
-    connect(m_sourcePanel, &SourcePanel::saved, this, &ViewController::saveSource);
+    connect(m_sourcePanel, &SourcePanel::saveRequested, this, &ViewController::saveSource);
 }
 
 void ViewController::connectPage()
@@ -454,13 +454,22 @@ LinkSheet* ViewController::linkSheet() const
 
 void ViewController::showSource()
 {
-    whenCaughtUp(this, [this] { m_sourcePanel->begin(QString::fromStdString(m_document.source())); });
+    whenCaughtUp(this, [this] {
+        const PageDocument::Source source = m_document.source();
+        const auto before = QString::fromUtf8(source.text.data(), static_cast<qsizetype>(source.place));
+        m_sourcePanel->begin(QString::fromStdString(source.text), before.size());
+    });
 }
 
-void ViewController::saveSource(const QString& source)
+void ViewController::saveSource(const QString& source, qsizetype place)
 {
-    whenCaughtUp(this, [this, source] {
-        m_document.setSource(source.toStdString());
+    whenCaughtUp(this, [this, source, place] {
+        const auto bytesBefore = static_cast<std::size_t>(source.left(place).toUtf8().size());
+        if (const auto taken = m_document.setSource({source.toStdString(), bytesBefore}); !taken) {
+            m_sourcePanel->refuse(QString::fromStdString(taken.error().text));
+            return;
+        }
+        m_sourcePanel->accept();
         show(Position::Keep);
         m_document.buildCSSMenu();
     });

@@ -147,7 +147,7 @@ private:
     void perform(const QString& name, const QString& script);
     void performNow(const QString& name, const QString& script);
     void performCommand(const QString& name, const QString& word);
-    void saveSource(const QString& source);
+    void saveSource(const QString& source, qsizetype place);
 
     PageDocument& m_document;
     QPointer<QWidget> m_contentView;

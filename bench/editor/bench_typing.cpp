@@ -7,10 +7,10 @@
 
 #include <QAction>
 #include <QApplication>
-#include <QImage>
 #include <QTreeView>
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <ctime>
 #include <fstream>
@@ -22,8 +22,8 @@
 // the page reports the change, reading the markup, parsing it, and the total. The figures are medians of many
 // letters, with the processor time that the window's thread and the page's spent in them, which other programs don't
 // lengthen. A burst of letters shows the longest time in which the window does not respond. In milliseconds,
-// and as multiples of once reading and parsing the same page in the same run. Then the times until the rendering shows an
-// element that was deleted in the outline, and one that a script removed from the page.
+// and as multiples of once reading and parsing the same page in the same run. Then the times until the frame is over that shows
+// an element deleted in the outline, and one that a script removed from the page.
 
 namespace {
 
@@ -108,15 +108,45 @@ double longestDeafness(Window& window)
     return pauses.longest();
 }
 
-/// Until the rendering's picture has changed.
-double untilShown(Window& window, const std::function<void()>& edit)
+/// The time in milliseconds, by the clock that pages have as well.
+double wallClock()
 {
-    QWidget& view = *window.rendering().webView();
-    const QImage before = view.grab().toImage();
-    const Stopwatch watch;
+    using namespace std::chrono;
+    return duration<double, std::milli>(system_clock::now().time_since_epoch()).count();
+}
+
+/// From an edit until the engine begins the frame behind the one that shows it; `inPage` is when the page had the change.
+struct Showing
+{
+    double inPage = 0;
+    double shown = 0;
+    double frame = 0; // the time between that frame and the next
+};
+
+Showing untilShown(Window& window, const std::function<void()>& edit)
+{
+    const auto answer = [&window](const char* script) {
+        return ScriptCall::wait(&window.rendering().webView()->editorPage(), QString::fromLatin1(script));
+    };
+    (void)answer(
+        "window.showing = [];"
+        "new MutationObserver((records, observer) => {"
+        "    observer.disconnect();"
+        "    const note = () => showing.push(performance.timeOrigin + performance.now());"
+        "    const noteFrame = () => { note(); if (showing.length < 4) requestAnimationFrame(noteFrame); };"
+        "    noteFrame();"
+        "}).observe(document.body, { childList: true })");
+    const double start = wallClock();
     edit();
-    waitFor([&] { return view.grab().toImage() != before; });
-    return watch.milliseconds();
+    QVariantList times;
+    waitFor(
+        [&] {
+            times = answer("showing").toList();
+            return times.size() == 4;
+        },
+        "four frames of the page");
+    return {times[0].toDouble() - start, times[2].toDouble() - start,
+            times[3].toDouble() - times[2].toDouble()};
 }
 
 void measureOutline(const char* name, Window& window, int edits)
@@ -124,28 +154,32 @@ void measureOutline(const char* name, Window& window, int edits)
     auto* const outline = window.document().findChild<QTreeView*>(QStringLiteral("myOutlineView"));
     std::vector<double> scripted;
     std::vector<double> deleted;
-    std::vector<double> inTree;
+    std::vector<double> inPage;
+    std::vector<double> frames;
     for (int i = 0; i < edits; ++i) {
         const QAbstractItemModel& model = *outline->model();
         const QModelIndex body = model.index(1, 0, model.index(0, 0));
         outline->setCurrentIndex(model.index(model.rowCount(body) / 2, 0, body));
         rest(700);
-        scripted.push_back(untilShown(window, [&] {
+        const Showing byScript = untilShown(window, [&] {
             window.rendering().evaluate(QStringLiteral(
                 "blockOf(getSelection().anchorNode).closest('section').nextElementSibling.remove()"));
-        }));
+        });
+        scripted.push_back(byScript.shown);
         rest(2500); // until the two copies of the page have been compared
-        const Stopwatch watch;
-        QObject here;
-        QObject::connect(&window.document().tree(), &PageTree::removed, &here,
-                         [&] { inTree.push_back(watch.milliseconds()); });
-        deleted.push_back(untilShown(window, [&] {
+        const Showing byOutline = untilShown(window, [&] {
             window.document().findChild<QAction*>(QStringLiteral("deleteTagAction"))->trigger();
-        }));
+        });
+        deleted.push_back(byOutline.shown);
+        inPage.push_back(byOutline.inPage);
+        frames.push_back(byOutline.frame);
         rest(2500);
     }
-    std::printf("%s: deleted in the outline to tree %.1f, to rendering %.1f; by a script %.1f; ratio %.2f\n",
-                name, middle(inTree), middle(deleted), middle(scripted), middle(deleted) / middle(scripted));
+    const double behind = middle(deleted) - middle(scripted);
+    std::printf(
+        "%s: deleted in the outline to the page %.1f, shown %.1f; by a script in the page shown %.1f; "
+        "%.1f more, %.2f frames of 16.7 (a frame took %.1f)\n",
+        name, middle(inPage), middle(deleted), middle(scripted), behind, behind / 16.7, middle(frames));
 }
 
 void measurePage(const char* name, int entries, int letters)

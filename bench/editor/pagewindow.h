@@ -14,20 +14,29 @@
 #include <QTimer>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <string>
 
 namespace luma::bench {
 
-/// Processes events until the condition holds.
+/// Processes events until the condition holds. Ends the program where that takes longer than a minute.
 template <class Condition>
-void waitFor(const Condition& condition)
+void waitFor(const Condition& condition, const char* what = "the page")
 {
-    QTimer wake; // what the engine paints is no event here
+    constexpr qint64 patience = 60'000; // milliseconds
+    QTimer wake;                        // what the engine paints is no event here
     wake.start(2);
-    while (!condition())
+    QElapsedTimer waited;
+    waited.start();
+    while (!condition()) {
         QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+        if (waited.elapsed() > patience) {
+            std::fprintf(stderr, "Waited a minute for %s.\n", what);
+            std::_Exit(1);
+        }
+    }
 }
 
 /// Processes events for that long.

@@ -252,6 +252,52 @@ private slots:
         QVERIFY(!button("linkChooseButton")->isVisible());
     }
 
+    void sourcePanel_showsTheSelectedElementThereAndBack()
+    {
+        std::string lines;
+        for (int i = 0; i < 3000; ++i)
+            lines += "<p id=p" + std::to_string(i) + ">gr\xC3\xBCn</p>\r\n";
+        open("<title>t</title>\r\n" + lines);
+        setTitle("other");
+        outline()->setCurrentIndex(row("<p id=\"p2500\""));
+        trigger("showSourceAction");
+        auto* const source = the<QPlainTextEdit>("sourceField");
+        const auto isAt = [source](const char* line) {
+            return source->textCursor().block().text() == QString::fromUtf8(line);
+        };
+        QTRY_VERIFY(isAt("<p id=p2500>gr\xC3\xBCn</p>") && !source->isReadOnly());
+        QCOMPARE(source->textCursor().positionInBlock(), 0);
+        QVERIFY(!button("saveSourceButton")->isEnabled() && !source->document()->isUndoAvailable());
+        QCOMPARE(source->document()->blockCount(), 3002);
+        QVERIFY(source->viewport()->rect().contains(source->cursorRect()));
+        source->moveCursor(QTextCursor::PreviousBlock);
+        for (int i = 0; i < 2; ++i)
+            source->moveCursor(QTextCursor::NextWord);
+        source->insertPlainText("class=c ");
+        QTest::mouseClick(button("saveSourceButton"), Qt::LeftButton);
+        QTRY_VERIFY(!source->isVisible());
+        QTRY_VERIFY(outline()->currentIndex().data().toString().startsWith("<p class=\"c\", id=\"p2499\""));
+    }
+
+    void sourceThatIsNoPage_staysInThePanel()
+    {
+        open("<p>one</p>");
+        trigger("showSourceAction");
+        auto* const source = the<QPlainTextEdit>("sourceField");
+        QTRY_VERIFY(source->isVisible());
+        const QString typed = QStringLiteral("<div>").repeated(20'000);
+        source->setPlainText(typed);
+        press("saveSourceButton");
+        QTRY_VERIFY(the<QLabel>("sourceFindResult")->text().contains("deep"));
+        QVERIFY(source->isVisible());
+        QCOMPARE(source->toPlainText(), typed);
+        QCOMPARE(body(), QByteArray("<p>one</p>"));
+        source->setPlainText("<p>two</p>");
+        press("saveSourceButton");
+        QTRY_VERIFY(!source->isVisible());
+        QTRY_COMPARE(body(), QByteArray("<p>two</p>"));
+    }
+
     void sourcePanel_findsBothWaysAndAround()
     {
         open("<p>word</p><p>Word</p>");

@@ -36,8 +36,12 @@ public:
     }
     bool takeChange(const SubtreeChange&, const QString&) override { return false; }
     std::uint32_t fingerprint() const override { return 0; }
-    std::string source() const override { return markup; }
-    void setSource(std::string_view source) override { setHTML(source, "Edit Source"); }
+    Source source() const override { return {markup, 0}; }
+    Result<void> setSource(const Source& source) override
+    {
+        setHTML(source.text, "Edit Source");
+        return {};
+    }
     void buildCSSMenu() override { told.append("css"); }
     void loadCSSNames() override { told.append("names"); }
     void applyCallbackText(const QString& text) override { told.append("text " + text); }
