@@ -7,6 +7,7 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QMenu>
+#include <QStyle>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -55,6 +56,9 @@ QAction* formatIn(const QMenu& menu, const char* title)
 
 FormatBar::FormatBar(const Parts& parts, QObject* parent) : QObject(parent), m_parts(parts)
 {
+    // Small ones, as high as the text beside them.
+    const int side = parts.bar.style()->pixelMetric(QStyle::PM_SmallIconSize, nullptr, &parts.bar);
+    parts.bar.setIconSize({side, side});
     for (const FormatIcon& each : alignmentIcons)
         formatIn(*parts.rendering.justificationSubMenu(), each.title)->setIcon(symbol(each.icon));
     createBlockBox();

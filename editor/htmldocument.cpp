@@ -5,6 +5,7 @@
 #include "base/pathtext.h"
 #include "base/resources.h"
 #include "desktop/otherprograms.h"
+#include "desktop/screenroom.h"
 #include "desktop/windowregistry.h"
 #include "editor/metasheet.h"
 #include "editor/outlinemenu.h"
@@ -41,6 +42,7 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
 {
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->setupUi(this);
+    fitHeightToScreen(*this);
     m_ui->noticeBar->hide();
     createOutline();
     createRendering();

@@ -8,6 +8,7 @@
 #include "browser/itemcommands.h"
 #include "browser/movenotices.h"
 #include "desktop/icons.h"
+#include "desktop/screenroom.h"
 #include "desktop/windowregistry.h"
 #include "links/browserreports.h"
 #include "mounts/gvfsmounter.h"
@@ -101,6 +102,7 @@ HaldenDoc::HaldenDoc(std::shared_ptr<SiteRecord> siteDict, Services services, QW
 {
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->setupUi(this);
+    fitHeightToScreen(*this);
     createToolBar();
     setIcons();
     showAdvice({});

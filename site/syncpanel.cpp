@@ -2,13 +2,13 @@
 #include "site/syncpanel.h"
 
 #include "base/ascii.h"
+#include "desktop/screenroom.h"
 #include "site/synctableview.h"
 #include "ui_SyncPanel.h"
 
 #include <QLocale>
 #include <QMenu>
 #include <QMessageBox>
-#include <QScreen>
 #include <QTableView>
 
 #include <algorithm>
@@ -82,7 +82,7 @@ void SyncPanel::sync(Direction direction, const std::vector<std::string>& only)
     reloadSyncArray();
     // Its buttons are at its end.
     if (!isVisible())
-        resize(size().boundedTo(screen()->availableSize() * 0.95));
+        resize(size().boundedTo(screenRoom(*this)));
     open();
     focusTable();
 }

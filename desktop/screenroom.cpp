@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "desktop/screenroom.h"
+
+#include <QScreen>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace luma {
+
+QSize screenRoom(const QWidget& window)
+{
+    return window.screen()->availableSize() * 0.95;
+}
+
+void fitHeightToScreen(QWidget& window)
+{
+    window.resize(window.width(), std::min(window.height(), screenRoom(window).height()));
+}
+
+} // namespace luma
