@@ -216,12 +216,13 @@ Result<void> keepExtendedAttributes(const fs::path& source, int descriptor, cons
 // Writes a file anew with the owner, mode and extended attributes of the old one, by way of the path `way`, or of a free one
 // without it.
 Result<void> replace(const fs::path& path, const fs::path& target, const struct stat& old,
-                     std::string_view bytes, const fs::path& way, const std::optional<timespec>& modified)
+                     std::string_view bytes, const fs::path& way, const std::optional<timespec>& modified,
+                     ReadOnly readOnly)
 {
     if (!S_ISREG(old.st_mode))
         return systemError(path, S_ISDIR(old.st_mode) ? EISDIR : EINVAL);
     // Renaming over a read-only file would succeed, but its owner protected it.
-    if (::access(target.c_str(), W_OK) != 0)
+    if (readOnly == ReadOnly::Kept && ::access(target.c_str(), W_OK) != 0)
         return systemError(path, errno);
     TemporaryFile temporary = way.empty() ? TemporaryFile(target) : TemporaryFile(target, way);
     if (!temporary.made())
@@ -242,7 +243,40 @@ Result<void> replace(const fs::path& path, const fs::path& target, const struct 
     return temporary.takePlace(Existing::Replace, Durability::Synced);
 }
 
+// A file without a name leaves nothing behind, and nobody who watches the folder sees it. Not all file systems have it.
+Result<void> checkTakesFile(const fs::path& folder, const fs::path& path)
+{
+    const FileDescriptor unnamed(::open(folder.c_str(), O_TMPFILE | O_WRONLY | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    if (unnamed)
+        return {};
+    if (errno == EACCES || errno == EPERM || errno == EROFS)
+        return systemError(path, errno);
+    return TemporaryFile(path).made();
+}
+
 } // namespace
+
+fs::path realFile(const fs::path& path)
+{
+    std::error_code error;
+    return fs::is_symlink(path, error) ? fs::weakly_canonical(path, error) : path;
+}
+
+Result<void> checkReplaceable(const fs::path& path)
+{
+    struct stat status = {};
+    if (::lstat(path.c_str(), &status) != 0)
+        return systemError(path, errno);
+    if (!S_ISREG(status.st_mode) && !S_ISLNK(status.st_mode))
+        return systemError(path, S_ISDIR(status.st_mode) ? EISDIR : EINVAL);
+    if (S_ISREG(status.st_mode) && ::access(path.c_str(), W_OK) != 0)
+        return systemError(path, errno);
+    // Never removes a file. Linux looks first whether the folder would let the name go: a sticky one, or one that may only
+    // grow, would not.
+    if (::rmdir(path.c_str()) != 0 && errno != ENOTDIR)
+        return systemError(path, errno);
+    return checkTakesFile(path.parent_path(), path);
+}
 
 bool itemExists(const fs::path& path)
 {
@@ -294,11 +328,10 @@ Result<std::string> readFile(const fs::path& path)
 
 Result<void> writeFile(const fs::path& path, std::string_view bytes, unsigned newMode)
 {
-    std::error_code error;
-    const fs::path target = fs::is_symlink(path, error) ? fs::weakly_canonical(path, error) : path;
+    const fs::path target = realFile(path);
     struct stat old = {};
     if (::stat(target.c_str(), &old) == 0)
-        return replace(path, target, old, bytes, {}, {});
+        return replace(path, target, old, bytes, {}, {}, ReadOnly::Kept);
     TemporaryFile temporary(target, static_cast<mode_t>(newMode));
     if (!temporary.made())
         return temporary.made();
@@ -308,12 +341,12 @@ Result<void> writeFile(const fs::path& path, std::string_view bytes, unsigned ne
 }
 
 Result<void> replaceFile(const fs::path& path, std::string_view bytes, const fs::path& temporary,
-                         const std::optional<timespec>& modified)
+                         const std::optional<timespec>& modified, ReadOnly readOnly)
 {
     struct stat old = {};
     if (::stat(path.c_str(), &old) != 0)
         return systemError(path, errno);
-    return replace(path, path, old, bytes, temporary, modified);
+    return replace(path, path, old, bytes, temporary, modified, readOnly);
 }
 
 Result<void> copyFile(const fs::path& source, const fs::path& target, Existing existing,

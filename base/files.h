@@ -24,11 +24,22 @@ Result<std::string> readFile(const std::filesystem::path& path);
 /// rename.
 Result<void> writeFile(const std::filesystem::path& path, std::string_view bytes, unsigned newMode = 0666);
 
+/// A file whose mode forbids writing, where its folder would let it be replaced all the same.
+enum class ReadOnly { Kept, Replaced };
+
 /// The same for an existing file, which must not be a symbolic link, by way of `temporary`: a path beside it where nothing
 /// is. With `modified`, that becomes its modification time.
 Result<void> replaceFile(const std::filesystem::path& path, std::string_view bytes,
-                         const std::filesystem::path& temporary,
-                         const std::optional<timespec>& modified = {});
+                         const std::filesystem::path& temporary, const std::optional<timespec>& modified = {},
+                         ReadOnly readOnly = ReadOnly::Kept);
+
+/// Whether replaceFile() or, for a symbolic link, a new one in its place can be expected to work; the error says what is in
+/// the way. Tries what that needs: its folder takes a new file and lets this one go. Changes nothing, so that a full disk
+/// shows only later.
+Result<void> checkReplaceable(const std::filesystem::path& path);
+
+/// The file that is replaced when `path` is written: behind a symbolic link.
+std::filesystem::path realFile(const std::filesystem::path& path);
 
 enum class Existing { Keep, Replace };
 enum class Durability { Synced, Unsynced };

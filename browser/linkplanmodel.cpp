@@ -3,6 +3,9 @@
 
 #include "browser/displaytext.h"
 
+#include <QApplication>
+#include <QStyle>
+
 #include <algorithm>
 #include <utility>
 
@@ -72,6 +75,16 @@ int LinkPlanModel::columnCount(const QModelIndex& parent) const
     return parent.isValid() ? 0 : ColumnCount;
 }
 
+// The page has a column of its own.
+std::string_view LinkPlanModel::reasonOf(const Row& row)
+{
+    const std::string page = row.page->native() + ": ";
+    std::string_view reason = *row.after;
+    if (reason.starts_with(page))
+        reason.remove_prefix(page.size());
+    return reason;
+}
+
 QString LinkPlanModel::text(const Row& row, int column) const
 {
     switch (column) {
@@ -84,7 +97,7 @@ QString LinkPlanModel::text(const Row& row, int column) const
     case OldLink:
         return row.before ? displayText(*row.before) : QString();
     default:
-        return row.isProblem ? tr("Stays as it is: %1").arg(displayText(*row.after))
+        return row.isProblem ? tr("Stays as it is: %1").arg(displayText(reasonOf(row)))
                              : displayText(*row.after);
     }
 }
@@ -95,6 +108,9 @@ QVariant LinkPlanModel::data(const QModelIndex& index, int role) const
         return {};
     if (role == Qt::DisplayRole || role == Qt::ToolTipRole)
         return text(m_rows[static_cast<std::size_t>(index.row())], index.column());
+    const bool isMarked = role == Qt::DecorationRole && index.column() == Page;
+    if (isMarked && m_rows[static_cast<std::size_t>(index.row())].isProblem)
+        return QApplication::style()->standardIcon(QStyle::SP_MessageBoxWarning);
     if (role == Qt::TextAlignmentRole && index.column() == Line)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
     return {};

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace luma {
@@ -43,6 +44,7 @@ private:
     };
 
     [[nodiscard]] std::vector<Row> rowsOfPlan() const;
+    [[nodiscard]] static std::string_view reasonOf(const Row& row);
     [[nodiscard]] QString text(const Row& row, int column) const;
 
     std::shared_ptr<const LinkPlan> m_plan;

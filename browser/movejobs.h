@@ -26,8 +26,8 @@ struct ReportChoices;
 
 /// The jobs of a pane that move, rename or copy items of its site and update the links, and take that back. As a browser reads
 /// links, a job that is stopped or fails is taken back. What is open elsewhere hears of it through the notices, even if the
-/// pane is gone by then. Where a plan changes more pages than the user wants changed unasked, it is shown first; until it is
-/// accepted, everything is as it was. Main thread only.
+/// pane is gone by then. Where a plan changes more pages than the user wants changed unasked, or links would break because a page
+/// can't be changed, it is shown first; until it is accepted, everything is as it was. Main thread only.
 class MoveJobs final : public PanelJobs
 {
     Q_OBJECT

@@ -167,11 +167,12 @@ void MoveRun::move(const MoveRequest& request, std::optional<int> askAbove)
     }
     const bool isMany = askAbove && plan->pages.size() > static_cast<std::size_t>(*askAbove);
     const bool isOfLinks = request.itemsStay();
+    const bool breaksLinks = !plan->stayingPages().empty();
     if (isOfLinks && !plan->problems.empty() && plan->request.items.empty()) {
         fail(Error{plan->problems.front().text}, request);
-    } else if ((isMany || isOfLinks) && takeRenameBack(plan->request)) {
+    } else if ((isMany || isOfLinks || breaksLinks) && takeRenameBack(plan->request)) {
         plan->request.isRenamedAlready = false;
-        ask(*std::move(plan), isOfLinks ? std::nullopt : askAbove);
+        ask(*std::move(plan), isMany && !isOfLinks ? askAbove : std::nullopt);
     } else {
         m_plan = std::make_shared<const LinkPlan>(*std::move(plan));
         carryOut();

@@ -48,7 +48,7 @@ public:
     /// To be called first. `done` when the job has ended.
     void begin(std::shared_ptr<JobLog> log, StillWanted stillWanted, Done done);
     /// Plans the move, and carries it out at once or, where more than `askAbove` pages change, after the user has looked at the
-    /// plan. Where only links change, the user always looks at it.
+    /// plan. Where links would break or only links change, the user always looks at it.
     void move(const MoveRequest& request, std::optional<int> askAbove);
     /// `title` is what the window's Undo calls it; empty where that does not know the job.
     void undo(const WebRules& rules, const QString& title);

@@ -9,8 +9,7 @@
 #include "ui_PlanPreview.h"
 
 #include <QHeaderView>
-
-#include <algorithm>
+#include <QStyle>
 
 namespace luma {
 
@@ -30,6 +29,10 @@ PlanPreview::PlanPreview(std::shared_ptr<const LinkPlan> plan, std::optional<int
     const bool isMove = !m_plan->request.itemsStay() && !m_plan->request.items.empty();
     m_ui->planAcceptButton->setEnabled(isMove || !m_plan->pages.empty() || !m_plan->symlinks.empty());
     setUpTable();
+    const std::vector<std::filesystem::path> stayingPages = m_plan->stayingPages();
+    m_ui->planWarning->setVisible(!stayingPages.empty());
+    if (!stayingPages.empty())
+        warn(stayingPages);
     connect(m_ui->planAcceptButton, &QPushButton::clicked, this, &QDialog::accept);
     connect(m_ui->planCancelButton, &QPushButton::clicked, this, &QDialog::reject);
     connect(this, &QDialog::accepted, this, [this] {
@@ -40,15 +43,21 @@ PlanPreview::PlanPreview(std::shared_ptr<const LinkPlan> plan, std::optional<int
 
 PlanPreview::~PlanPreview() = default;
 
-QString PlanPreview::actionName(const LinkPlan& plan)
+PlanPreview::ActionNames PlanPreview::actionNames(const LinkPlan& plan)
 {
     const std::vector<MovedItem>& items = plan.request.items;
     if (plan.request.itemsStay() || items.empty())
-        return tr("Change Links");
+        return {tr("Change Links"), tr("Change Links Anyway")};
     if (plan.request.operation == MoveOperation::Copy)
-        return tr("Copy");
+        return {tr("Copy"), tr("Copy Anyway")};
     const bool isRename = items.front().from.parent_path() == items.front().to.parent_path();
-    return isRename ? tr("Rename") : tr("Move");
+    return isRename ? ActionNames{tr("Rename"), tr("Rename Anyway")}
+                    : ActionNames{tr("Move"), tr("Move Anyway")};
+}
+
+QString PlanPreview::actionName(const LinkPlan& plan)
+{
+    return actionNames(plan).plain;
 }
 
 void PlanPreview::setUpTable()
@@ -68,20 +77,38 @@ void PlanPreview::setUpTable()
     table.setFocus();
 }
 
+void PlanPreview::warn(const std::vector<std::filesystem::path>& stayingPages)
+{
+    constexpr std::size_t most = 3;
+    QStringList names;
+    for (std::size_t i = 0; i < std::min(most, stayingPages.size()); ++i)
+        names.append(displayText(stayingPages[i].lexically_relative(m_plan->request.site).native()));
+    QString text = names.join(QStringLiteral(", "));
+    if (stayingPages.size() > most)
+        text = tr("%1 and %2").arg(text, counted(stayingPages.size() - most, tr("other"), tr("others")));
+    text = tr("Can't be changed or read: %1. If you go on, links there may break.").arg(text);
+    m_ui->planWarningText->setText(text);
+    const int size = style()->pixelMetric(QStyle::PM_LargeIconSize, nullptr, this);
+    m_ui->planWarningIcon->setPixmap(style()
+                                         ->standardIcon(QStyle::SP_MessageBoxWarning, nullptr, this)
+                                         .pixmap(QSize(size, size), devicePixelRatioF()));
+    m_ui->planAcceptButton->setText(u'&' + actionNames(*m_plan).anyway);
+    m_ui->planAcceptButton->setAutoDefault(false);
+    m_ui->planAcceptButton->setDefault(false);
+    m_ui->planCancelButton->setDefault(true);
+    m_ui->planCancelButton->setFocus();
+    // Screen readers read it when the sheet opens.
+    setAccessibleDescription(text);
+}
+
 QString PlanPreview::countsText() const
 {
-    const auto stay = static_cast<std::size_t>(
-        std::count_if(m_plan->problems.begin(), m_plan->problems.end(), [](const MoveProblem& problem) {
-            return problem.kind == MoveProblem::Kind::NotRewritten;
-        }));
     QString text = tr("%1 on %2 will change.")
                        .arg(counted(m_plan->linkCount(), tr("link"), tr("links")),
                             counted(m_plan->pages.size(), tr("page"), tr("pages")));
     if (const std::size_t links = m_plan->symlinks.size(); links > 0)
         text += u' ' + (links == 1 ? tr("A symbolic link will get a new target.")
                                    : tr("%1 symbolic links will get new targets.").arg(links));
-    if (stay > 0)
-        text += u' ' + tr("%1 can't be changed.").arg(counted(stay, tr("page"), tr("pages")));
     if (const LostLinks& lost = m_plan->lost; lost.links > 0)
         text += u' ' + tr("In the site that is left, %1 on %2 will be missing.")
                            .arg(counted(lost.links, tr("link"), tr("links")),

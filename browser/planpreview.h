@@ -5,8 +5,10 @@
 
 #include <QDialog>
 
+#include <filesystem>
 #include <memory>
 #include <optional>
+#include <vector>
 
 namespace Ui {
 class PlanPreview;
@@ -15,7 +17,8 @@ class PlanPreview;
 namespace luma {
 
 /// Shows a plan before it is carried out, as a sheet: a table of the links that change, with the button that carries it out
-/// and Cancel. Main thread only.
+/// and Cancel. Where links would break because pages can't be changed, it names these, and Cancel is the default. Main thread
+/// only.
 class PlanPreview final : public QDialog
 {
     Q_OBJECT
@@ -33,10 +36,18 @@ signals:
     void askingStopped();
 
 private:
+    struct ActionNames
+    {
+        QString plain;
+        QString anyway;
+    };
+    static ActionNames actionNames(const LinkPlan& plan);
+
     std::unique_ptr<Ui::PlanPreview> m_ui;
     std::shared_ptr<const LinkPlan> m_plan;
 
     void setUpTable();
+    void warn(const std::vector<std::filesystem::path>& stayingPages);
     [[nodiscard]] QString countsText() const;
 };
 

@@ -219,7 +219,7 @@ PageResult planned(const Candidate& candidate, PagePlanner& planner, const NameS
     const auto bytes = planner.read(candidate.file);
     if (!bytes) {
         // A page that is gone by now has no links.
-        if (candidate.isMoved || bytes.error().code == std::errc::permission_denied)
+        if (candidate.isMoved || bytes.error().code != std::errc::no_such_file_or_directory)
             result.problem = bytes.error().text;
         return result;
     }
@@ -232,8 +232,9 @@ PageResult planned(const Candidate& candidate, PagePlanner& planner, const NameS
     }
     if (edits->empty())
         return result;
-    if (!isCopied && ::access(candidate.file.c_str(), W_OK) != 0) {
-        result.problem = systemError(candidate.file, errno).text;
+    const auto writable = isCopied ? Result<void>() : checkReplaceable(realFile(candidate.file));
+    if (!writable) {
+        result.problem = systemError(candidate.oldFile, static_cast<int>(writable.error().code)).text;
         return result;
     }
     result.edits.page = candidate.newFile;
@@ -261,7 +262,7 @@ Result<void> planPages(LinkPlan& plan, const std::vector<Candidate>& candidates,
                                   [&](std::size_t i, PageResult&& page) {
                                       if (!page.problem.empty())
                                           plan.problems.push_back({MoveProblem::Kind::NotRewritten,
-                                                                   candidates[i].file, page.problem});
+                                                                   candidates[i].oldFile, page.problem});
                                       else if (!page.edits.edits.empty())
                                           plan.pages.push_back(std::move(page.edits));
                                   });
@@ -331,6 +332,22 @@ Result<void> addCandidates(Candidates& candidates, const MoveRequest& request, c
     return {};
 }
 
+// Those that can be changed.
+void addSymlinks(LinkPlan& plan)
+{
+    for (SymlinkChange& change : planSymlinks(plan.request, *plan.links)) {
+        const fs::path& now = plan.request.isRenamedAlready ? change.link : change.oldLink;
+        const auto writable =
+            plan.request.operation == MoveOperation::Copy ? Result<void>() : checkReplaceable(now);
+        if (writable)
+            plan.symlinks.push_back(std::move(change));
+        else
+            plan.problems.push_back(
+                {MoveProblem::Kind::NotRewritten, change.oldLink,
+                 systemError(change.oldLink, static_cast<int>(writable.error().code)).text});
+    }
+}
+
 // Links in them stay as they are.
 void noteUnreadableFolders(LinkPlan& plan, const SiteTree& tree)
 {
@@ -385,6 +402,16 @@ Result<void> noteLostLinks(LinkPlan& plan, const StillWanted& stillWanted)
 
 } // namespace
 
+std::vector<std::filesystem::path> LinkPlan::stayingPages() const
+{
+    std::vector<fs::path> staying;
+    for (const MoveProblem& problem : problems) {
+        if (problem.kind == MoveProblem::Kind::NotRewritten && !request.items.empty())
+            staying.push_back(problem.path);
+    }
+    return staying;
+}
+
 std::size_t LinkPlan::linkCount() const
 {
     std::size_t count = 0;
@@ -435,7 +462,7 @@ Result<LinkPlan> planMove(const MoveRequest& request, const StillWanted& stillWa
         return planned.error();
     if (plan.links->tree() && request.operation == MoveOperation::Move)
         noteUnreadableFolders(plan, *plan.links->tree());
-    plan.symlinks = planSymlinks(plan.request, *plan.links);
+    addSymlinks(plan);
     planHardLinks(plan);
     return plan;
 }

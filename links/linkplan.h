@@ -108,6 +108,9 @@ struct LinkPlan
     std::shared_ptr<const MovedLinks> links; // by which the pages were planned
     std::optional<TextChange> text;          // without it, links change
 
+    /// Pages, symbolic links and folders of pages whose links break or may break if the plan is carried out, because they can't
+    /// be written or read. The user is asked before that.
+    [[nodiscard]] std::vector<std::filesystem::path> stayingPages() const;
     [[nodiscard]] std::size_t linkCount() const;
 };
 

@@ -26,13 +26,6 @@ const std::string copiedNote = "copied ";   // the copy is whole, under its temp
 const std::string removedNote = "removed "; // the original has left its place for good
 const std::string committedNote = "committed";
 
-// Where the file is that a write replaces.
-fs::path realFile(const fs::path& path)
-{
-    std::error_code error;
-    return fs::is_symlink(path, error) ? fs::weakly_canonical(path, error) : path;
-}
-
 bool isCopyUnchanged(const CopiedItem& item)
 {
     struct stat status = {};
@@ -320,8 +313,10 @@ Result<MoveRunner::PageState> MoveRunner::writePage(const std::vector<PageRewrit
                             [&](std::size_t twin) { return linkToTwin(file, pages[twin], index); }))
                 return PageState::Written;
             const auto time = restoresTime ? std::optional(page.modified) : std::nullopt;
-            const auto written =
-                replaceFile(file, withEdits(*bytes, page.edits), temporaryBeside(file, index), time);
+            // The copy of a page that may not be written is ours all the same.
+            const ReadOnly readOnly = job().kind == MoveJob::Kind::Copy ? ReadOnly::Replaced : ReadOnly::Kept;
+            const auto written = replaceFile(file, withEdits(*bytes, page.edits),
+                                             temporaryBeside(file, index), time, readOnly);
             return written ? Result<PageState>(PageState::Written) : written.error();
         }
         state = PageState::Changed;

@@ -81,7 +81,17 @@ ExitCode printPlan(const LinkPlan& plan)
     return output.finish() ? ExitCode::Ok : ExitCode::Found;
 }
 
-ExitCode carryOut(const MoveRequest& request, bool isDry)
+// What a command does with its plan.
+enum class Way { Show, CarryOut, CarryOutAnyway };
+
+Way wayOf(const CommandArguments& line)
+{
+    if (line.has("--dry-run"))
+        return Way::Show;
+    return line.has("--anyway") ? Way::CarryOutAnyway : Way::CarryOut;
+}
+
+ExitCode carryOut(const MoveRequest& request, Way way)
 {
     auto moves = SiteMoves::open(request.site);
     if (!moves)
@@ -90,8 +100,12 @@ ExitCode carryOut(const MoveRequest& request, bool isDry)
     if (!plan)
         return unusable(plan.error().text);
     const ExitCode planned = complainAbout(plan->problems);
-    if (isDry)
+    if (way == Way::Show)
         return printPlan(*plan) == ExitCode::Ok ? planned : ExitCode::Found;
+    if (way == Way::CarryOut && !plan->stayingPages().empty()) {
+        complain("Nothing was changed, because links there would break; --anyway accepts that");
+        return ExitCode::Found;
+    }
     const MoveReport report = moves->carryOut(*plan);
     StandardOutput output;
     if (report.isDone) {
@@ -137,7 +151,9 @@ private:
 
 CommandArguments moveArguments(const std::vector<std::string>& arguments)
 {
-    return {arguments, {"--by-letter", "--dry-run", "--short-addresses"}, {"--web-address", "--index"}};
+    return {arguments,
+            {"--anyway", "--by-letter", "--dry-run", "--short-addresses"},
+            {"--web-address", "--index"}};
 }
 
 ExitCode moveOrCopy(const LumactlCommand& command, MoveOperation operation,
@@ -168,7 +184,7 @@ ExitCode moveOrCopy(const LumactlCommand& command, MoveOperation operation,
     MoveRequest request{*site, {}, operation, {}, webRules(line, operands.front())};
     for (const fs::path& item : items)
         request.items.push_back({item, folder / item.filename()});
-    return carryOut(request, line.has("--dry-run"));
+    return carryOut(request, wayOf(line));
 }
 
 ExitCode move(const std::vector<std::string>& arguments)
@@ -206,12 +222,13 @@ ExitCode rename(const std::vector<std::string>& arguments)
     }
     return carryOut(
         {*site, {}, MoveOperation::Move, {{item, item.parent_path() / name}}, webRules(line, operands[0])},
-        line.has("--dry-run"));
+        wayOf(line));
 }
 
 ExitCode relink(const std::vector<std::string>& arguments)
 {
-    const CommandArguments line(arguments, {"--dry-run", "--short-addresses"}, {"--web-address", "--index"});
+    const CommandArguments line(arguments, {"--anyway", "--dry-run", "--short-addresses"},
+                                {"--web-address", "--index"});
     if (!line.error().empty())
         return wrongUsage(relinkCommand, line.error());
     const std::vector<std::string>& operands = line.operands();
@@ -227,7 +244,7 @@ ExitCode relink(const std::vector<std::string>& arguments)
                         {{target.lexically_normal(), itemPath(*site, operands[2])}},
                         webRules(line, operands[0])};
     request.changesLinksOnly = true;
-    return carryOut(request, line.has("--dry-run"));
+    return carryOut(request, wayOf(line));
 }
 
 ExitCode undo(const std::vector<std::string>& arguments)
@@ -267,16 +284,19 @@ constexpr std::string_view moveHelp =
     "\n"
     "  --dry-run            change nothing, print each link that would change: page,\n"
     "                       line, old and new link\n"
+    "  --anyway             go on though a page can't be read, or can't be written\n"
+    "                       and has links to change: these links break\n"
     "  --web-address URL, --index NAME, --short-addresses, --by-letter\n"
     "                       as \"lumactl check --help\" describes them\n"
     "\n"
     "  lumactl move ~/site about.html images/team.jpg company --dry-run\n"
     "\n"
-    "It happens as a whole or not at all: if a page can't be written or the command\n"
-    "is interrupted, the next lumactl command on SITE finishes it or takes it back.\n"
-    "\"lumactl undo SITE\" takes it back later. With --by-letter there is no undo.\n"
+    "It happens as a whole or not at all: if a page can't be written, nothing moves\n"
+    "without --anyway. If the command is interrupted, the next lumactl command on\n"
+    "SITE finishes it or takes it back. \"lumactl undo SITE\" takes it back later. With\n"
+    "--by-letter there is no undo, and pages that can't be written stay as they are.\n"
     "\n"
-    "The exit code is 1 if an item could not be moved or a page could not be\n"
+    "The exit code is 1 if an item could not be moved or a page could not be read or\n"
     "rewritten.\n";
 
 constexpr std::string_view copyHelp =
@@ -298,20 +318,20 @@ constexpr std::string_view renameHelp =
 
 } // namespace
 
-const LumactlCommand moveCommand = {"move", "SITE ITEM... FOLDER [--dry-run] [--by-letter]",
+const LumactlCommand moveCommand = {"move", "SITE ITEM... FOLDER [--dry-run] [--anyway] [--by-letter]",
                                     "move files or folders within a site and keep the links right", moveHelp,
                                     move};
 
 const LumactlCommand copyCommand = {
-    "copy", "SITE ITEM... FOLDER [--dry-run] [--by-letter]",
+    "copy", "SITE ITEM... FOLDER [--dry-run] [--anyway] [--by-letter]",
     "copy files or folders into a folder of a site and keep their links right", copyHelp, copy};
 
-const LumactlCommand renameCommand = {"rename", "SITE ITEM NEWNAME [--dry-run] [--by-letter]",
+const LumactlCommand renameCommand = {"rename", "SITE ITEM NEWNAME [--dry-run] [--anyway] [--by-letter]",
                                       "rename a file or folder of a site and keep the links to it right",
                                       renameHelp, rename};
 
 const LumactlCommand relinkCommand = {
-    "relink", "SITE OLD NEW [--dry-run]", "point all links to one file of a site to another one",
+    "relink", "SITE OLD NEW [--dry-run] [--anyway]", "point all links to one file of a site to another one",
     "OLD is the subpath of a file, which need not be there: the target of links that\n"
     "\"lumactl check --missing\" lists. NEW is a file of the site. Links in all pages and\n"
     "style sheets that lead to OLD lead to NEW; each keeps its form, and nothing else\n"

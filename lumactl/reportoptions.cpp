@@ -18,7 +18,7 @@ std::string conflictIn(const CommandArguments& line)
     if (!line.has("--by-letter"))
         return {};
     for (const std::string_view option : {"--json", "--no-fragments", "--short-addresses", "--web-address",
-                                          "--index", "--site", "--dry-run"}) {
+                                          "--index", "--site", "--dry-run", "--anyway"}) {
         if (line.has(option))
             return std::string(option) + " can't be used with --by-letter";
     }

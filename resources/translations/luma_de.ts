@@ -4557,10 +4557,6 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <translation>Links</translation>
     </message>
     <message>
-        <source>%1 can&apos;t be changed.</source>
-        <translation>Nicht zu ändern: %1.</translation>
-    </message>
-    <message>
         <source>Edit &gt; Undo takes it back.</source>
         <translation>Bearbeiten &gt; Rückgängig nimmt es zurück.</translation>
     </message>
@@ -4575,6 +4571,38 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>In the site that is left, %1 on %2 will be missing.</source>
         <translation>In der bisherigen Site fehlen dann: %1 auf %2.</translation>
+    </message>
+    <message>
+        <source>Change Links Anyway</source>
+        <translation>Links trotzdem ändern</translation>
+    </message>
+    <message>
+        <source>Copy Anyway</source>
+        <translation>Trotzdem kopieren</translation>
+    </message>
+    <message>
+        <source>Rename Anyway</source>
+        <translation>Trotzdem umbenennen</translation>
+    </message>
+    <message>
+        <source>Move Anyway</source>
+        <translation>Trotzdem verschieben</translation>
+    </message>
+    <message>
+        <source>%1 and %2</source>
+        <translation>%1 und %2</translation>
+    </message>
+    <message>
+        <source>other</source>
+        <translation>weitere</translation>
+    </message>
+    <message>
+        <source>others</source>
+        <translation>weitere</translation>
+    </message>
+    <message>
+        <source>Can&apos;t be changed or read: %1. If you go on, links there may break.</source>
+        <translation>Nicht änderbar oder nicht lesbar: %1. Wenn Sie fortfahren, können Links dort ins Leere führen.</translation>
     </message>
 </context>
 <context>

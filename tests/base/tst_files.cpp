@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
 #include "base/pathbelow.h"
+#include "tests/support/obstacle.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
 #include "tests/support/site.h"
@@ -43,6 +44,37 @@ private slots:
         QCOMPARE(bytesOf("page.html"), std::string("new"));
         QCOMPARE(static_cast<int>(fs::status(at("page.html")).permissions()), 0640);
         QCOMPARE(entryCount(), std::size_t{2});
+    }
+
+    void obstacles_areSeenBeforeWriting_data()
+    {
+        using Kind = test::Obstacle::Kind;
+        const test::Rows<Kind> row("kind");
+        row("none", Kind::None);
+        row("read-only page", Kind::ReadOnlyPage);
+        row("read-only folder", Kind::ReadOnlyFolder);
+        row("sticky folder", Kind::StickyFolder);
+        row("immutable page", Kind::ImmutablePage);
+        row("page that may only grow", Kind::GrowingPage);
+        row("folder that may only grow", Kind::GrowingFolder);
+        row("read-only mount", Kind::ReadOnlyMount);
+    }
+    void obstacles_areSeenBeforeWriting()
+    {
+        QFETCH(test::Obstacle::Kind, kind);
+        put("f/page.html", "old");
+        const test::Obstacle obstacle(*m_site, "f/page.html", kind);
+        if (!obstacle.isThere())
+            QSKIP("this takes root, or flags of files or mounts that this machine doesn't have");
+        const auto before = fs::last_write_time(at("f"));
+        const int answer = obstacle.run([&] {
+            const bool isFree = bool(checkReplaceable(at("f/page.html")));
+            const bool isUntouched = fs::last_write_time(at("f")) == before;
+            const bool isWritten = bool(replaceFile(at("f/page.html"), "new", at("f/.way")));
+            return (isFree ? 1 : 0) + (isWritten ? 2 : 0) + (isUntouched ? 4 : 0);
+        });
+        QCOMPARE(answer, kind == test::Obstacle::Kind::None ? 7 : 4);
+        QCOMPARE(bytesOf("f/page.html"), std::string(answer == 7 ? "new" : "old"));
     }
 
     // The file size limit stands for a disk that fills up after some bytes.

@@ -5,8 +5,11 @@
 #include "links/linkupdatingmove.h"
 #include "links/rewritepage.h"
 #include "links/sitelinks.h"
+#include "links/sitemoves.h"
 #include "links/unlinkeditems.h"
+#include "tests/support/obstacle.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 #include "tests/support/site.h"
 
 #include <QTest>
@@ -19,6 +22,8 @@
 #include <csignal>
 
 using namespace luma;
+using test::asOrdinaryUser;
+using test::giveToOrdinaryUser;
 using test::Site;
 
 namespace {
@@ -33,29 +38,11 @@ MoveOutcome movePicture(const Site& site)
     return LinkUpdatingMove(site.root(), {}).run(MoveOperation::Move, {site.at("x.png")}, site.at("b"));
 }
 
-bool giveToOrdinaryUser(const Site& site)
+// In a child of its own: the user's state folder is another one from now on.
+Result<SiteMoves> movesOf(const Site& site, const Site& state)
 {
-    if (::getuid() != 0)
-        return true;
-    bool isDone = ::chown(site.root().c_str(), 65534, 65534) == 0;
-    for (const auto& entry : std::filesystem::recursive_directory_iterator(site.root()))
-        isDone = ::chown(entry.path().c_str(), 65534, 65534) == 0 && isDone;
-    return isDone;
-}
-
-// Runs `f` in a child process as an ordinary user and returns what it returns.
-template <class Function>
-int asOrdinaryUser(Function f)
-{
-    const pid_t child = ::fork();
-    if (child == 0) {
-        if (::getuid() == 0 && (::setgid(65534) != 0 || ::setuid(65534) != 0))
-            ::_exit(100);
-        ::_exit(f());
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    return WIFEXITED(status) ? WEXITSTATUS(status) : 101;
+    ::setenv("XDG_STATE_HOME", state.root().c_str(), 1);
+    return SiteMoves::open(site.root());
 }
 
 } // namespace
@@ -187,6 +174,86 @@ private slots:
         QCOMPARE(site.bytesOf("r.html"), std::string("<img src=x.png>"));
         QCOMPARE(site.bytesOf("f/o.html"), std::string("<img src=../x.png>"));
         QCOMPARE(site.contents().size(), std::size_t{5});
+    }
+
+    void planNamesWhatStays_data()
+    {
+        const test::Rows<test::Obstacle::Kind, bool, std::string> row("kind", "isCopied", "names");
+        using Kind = test::Obstacle::Kind;
+        row("free", Kind::None, false, "");
+        row("page", Kind::ReadOnlyPage, false, "f/o.html ");
+        row("folder", Kind::ReadOnlyFolder, false, "f/o.html f/l ");
+        row("copied page", Kind::ReadOnlyPage, true, "");
+    }
+    // What is named would break; without it, everything is done and comes back.
+    void planNamesWhatStays()
+    {
+        QFETCH(test::Obstacle::Kind, kind);
+        QFETCH(bool, isCopied);
+        QFETCH(std::string, names);
+        const Site site({{"x.png", ""}, {"b/z", ""}, {"f/o.html", "<img src=../x.png>"}});
+        std::filesystem::create_symlink("../x.png", site.at("f/l"));
+        const auto before = site.contents();
+        const Site state;
+        QVERIFY(giveToOrdinaryUser(state));
+        const test::Obstacle obstacle(site, "f/o.html", kind);
+        const int done = obstacle.run([&] {
+            MoveRequest request{site.root(), {}, MoveOperation::Move, {}, {}};
+            request.operation = isCopied ? MoveOperation::Copy : MoveOperation::Move;
+            const char* const item = isCopied ? "f/o.html" : "x.png";
+            request.items = {{site.at(item), site.at(isCopied ? "b/o.html" : "b/x.png")}};
+            const auto plan = planMove(request);
+            std::string found;
+            for (const auto& page : plan->stayingPages())
+                found += page.lexically_relative(site.root()).native() + ' ';
+            auto moves = movesOf(site, state);
+            return found != names || !moves         ? 1
+                   : !names.empty()                 ? 0
+                   : !moves->carryOut(*plan).isDone ? 2
+                   : !moves->undo().isDone          ? 3
+                                                    : 0;
+        });
+        QCOMPARE(done, 0);
+        QCOMPARE(site.contents(), before);
+    }
+
+    void failureInTheMiddle_takesEverythingBack_data()
+    {
+        const test::Rows<test::Obstacle::Kind> row("kind");
+        row("page", test::Obstacle::Kind::ReadOnlyPage);
+        row("folder", test::Obstacle::Kind::ReadOnlyFolder);
+        row("mount", test::Obstacle::Kind::ReadOnlyMount);
+    }
+    // The obstacle comes after the plan.
+    void failureInTheMiddle_takesEverythingBack()
+    {
+        QFETCH(test::Obstacle::Kind, kind);
+        const Site site({{"x.png", ""},
+                         {"b/z", ""},
+                         {"a.html", "<img src=x.png>"},
+                         {"f/o.html", "<img src=../x.png>"},
+                         {"z.html", "<img src=x.png>"}});
+        const auto before = site.contents();
+        site.setAge("a.html", 5000);
+        const auto age = std::filesystem::last_write_time(site.at("a.html"));
+        const auto plan =
+            planMove({site.root(), {}, MoveOperation::Move, {{site.at("x.png"), site.at("b/x.png")}}, {}});
+        QVERIFY(plan && plan->stayingPages().empty());
+        const Site state;
+        QVERIFY(giveToOrdinaryUser(state));
+        const test::Obstacle obstacle(site, "f/o.html", kind);
+        if (!obstacle.isThere())
+            QSKIP("this machine has no mounts for tests");
+        QCOMPARE(obstacle.run([&] {
+            auto moves = movesOf(site, state);
+            if (!moves)
+                return 2;
+            const MoveReport report = moves->carryOut(*plan);
+            return report.isDone || report.problems.empty() ? 1 : 0;
+        }),
+                 0);
+        QCOMPARE(site.contents(), before);
+        QVERIFY(std::filesystem::last_write_time(site.at("a.html")) == age);
     }
 
     void unreadablePagesAndFolders_areNamed()

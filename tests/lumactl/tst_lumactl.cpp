@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/savedsites.h"
 #include "site/sitearchive.h"
+#include "tests/support/obstacle.h"
 #include "tests/support/registry.h"
 #include "tests/support/site.h"
 
@@ -216,6 +217,29 @@ private slots:
         QCOMPARE(answer.code, 1);
         QCOMPARE(answer.errors, QByteArray("lumactl: File a.png exists, not overwritten\n"));
         QCOMPARE(site.bytesOf("b/a.png"), std::string("2"));
+    }
+
+    void pageThatCannotBeWritten_stopsAMove()
+    {
+        const Site site({{"index.html", "<a href=x.html>"}, {"x.html", "<p>"}, {"sub/z", ""}});
+        const luma::test::Files before = site.contents();
+        const luma::test::Obstacle obstacle(site, "index.html", luma::test::Obstacle::forAll());
+        if (!obstacle.isThere())
+            QSKIP("no page can be made immutable here");
+        for (const char* const command :
+             {"move . x.html sub", "rename . x.html y.html", "relink . x.html sub/z"}) {
+            const Answer answer = lumactl(site, command);
+            QCOMPARE(answer.code, 1);
+            QVERIFY2(answer.errors.contains("index.html: ") && answer.errors.contains("--anyway"),
+                     answer.errors);
+            QCOMPARE(answer.output, QByteArray());
+            QCOMPARE(site.contents(), before);
+        }
+        const Answer answer = lumactl(site, "move . x.html sub --anyway");
+        QCOMPARE(answer.code, 1);
+        QCOMPARE(answer.output, QByteArray("moved x.html to sub/x.html\n"));
+        QVERIFY(answer.errors.contains("index.html: "));
+        QCOMPARE(site.listing(), std::string("index.html\nsub/x.html\nsub/z\n"));
     }
 
     void edit_changesOneElement_data()

@@ -2,6 +2,7 @@
 #include "browser/linkplanmodel.h"
 #include "browser/movenotices.h"
 #include "tests/site/sitewindow.h"
+#include "tests/support/obstacle.h"
 #include "tests/support/registry.h"
 #include "tests/support/screenshot.h"
 
@@ -12,6 +13,7 @@
 #include <QFileDialog>
 #include <QFrame>
 #include <QLabel>
+#include <QPushButton>
 #include <QThreadPool>
 #include <QTreeView>
 
@@ -112,6 +114,35 @@ private slots:
         site->find<QDialog>("progressPanel").accept();
         site->find<QAction>("undoMoveAction").trigger();
         QTRY_COMPARE(folders->contents(), before);
+    }
+
+    void pageThatCannotBeWritten_isShownAndAskedFor()
+    {
+        const test::Files before = folders->contents();
+        const test::Obstacle obstacle(*folders, "sending/a.html", test::Obstacle::forAll());
+        if (!obstacle.isThere())
+            QSKIP("no page can be made immutable here");
+        askAbove.reset();
+        rename("x.html", "y.html");
+        QTRY_VERIFY(preview());
+        QVERIFY2(rows().constFirst().startsWith("a.html|||Stays as it is: "),
+                 qPrintable(rows().constFirst()));
+        QVERIFY(preview()->findChild<QLabel*>("planWarningText")->text().contains("a.html"));
+        QVERIFY(!preview()->findChild<QCheckBox*>("planAsks")->isVisible());
+        const auto* const accept = preview()->findChild<QPushButton*>("planAcceptButton");
+        QCOMPARE(accept->text(), "&Rename Anyway");
+        test::saveScreenshots(*preview(), "plan-preview-warning");
+        QTest::keyClick(preview(), Qt::Key_Return);
+        QTRY_VERIFY(site->isDone());
+        QCOMPARE(folders->contents(), before);
+        site->find<QDialog>("progressPanel").accept();
+
+        rename("x.html", "y.html");
+        QTRY_VERIFY(preview());
+        preview()->accept();
+        QTRY_VERIFY(site->isDone());
+        QCOMPARE(folders->bytesOf("sending/a.html"), before.at("sending/a.html"));
+        QVERIFY(folders->bytesOf("sending/index.html").starts_with("<a href=y.html>"));
     }
 
     void windowClosedMeanwhile_leavesEverything()
