@@ -99,6 +99,7 @@ void PageWindows::connectWindow(HTMLDocument* window)
     connect(window, &HTMLDocument::openRequested, this,
             [this, window](const fs::path& page) { openFrom(window, page); });
     connect(window, &HTMLDocument::publishRequested, this, &PageWindows::publishRequested);
+    connect(window, &HTMLDocument::findInSiteRequested, this, &PageWindows::findInSiteRequested);
     connect(window, &HTMLDocument::locationChanged, this, [this, window](const fs::path& page) {
         m_documents.relocate(window, page);
         noteRecent(page);

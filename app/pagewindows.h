@@ -51,6 +51,8 @@ public:
 signals:
     /// The user wants to publish this page with what it needs.
     void publishRequested(const std::filesystem::path& page);
+    /// The user wants to look for this text, if there is one, in all files of the page's site.
+    void findInSiteRequested(const std::filesystem::path& page, const QString& text);
 
 private:
     HTMLDocument* makeWindow(const std::filesystem::path& siteFolder);

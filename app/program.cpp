@@ -84,6 +84,7 @@ Program::Program(const QString& preferencesFile, CommandRunner shell)
     qApp->installEventFilter(this);
     m_pages.follow(*m_moveNotices);
     connect(&m_pages, &PageWindows::publishRequested, this, &Program::publishPage);
+    connect(&m_pages, &PageWindows::findInSiteRequested, this, &Program::findInSite);
     m_delegate.applicationWillFinishLaunching();
     m_delegate.applicationDidFinishLaunching();
 }
@@ -223,8 +224,20 @@ void Program::sayNoSiteHas(const std::filesystem::path& item)
     box->open();
 }
 
-// In a window that shows the page's folder, else in one of the list's site.
 void Program::publishPage(const std::filesystem::path& page)
+{
+    if (HaldenDoc* const window = siteWindowOf(page, tr("Publish Page")))
+        window->publishPage(page);
+}
+
+void Program::findInSite(const std::filesystem::path& page, const QString& text)
+{
+    if (HaldenDoc* const window = siteWindowOf(page, tr("Find in Site")))
+        window->findText(text);
+}
+
+// One that shows the page's folder, else one of the list's site.
+HaldenDoc* Program::siteWindowOf(const std::filesystem::path& page, const QString& purpose)
 {
     HaldenDoc* window = openWindowWith(page);
     const SiteList::Record site = siteWith(page);
@@ -232,14 +245,14 @@ void Program::publishPage(const std::filesystem::path& page)
         window = openSite(site);
     if (window) {
         WindowRegistry::bringToFront(window);
-        window->publishPage(page);
-        return;
+        return window;
     }
-    auto* const box = new QMessageBox(QMessageBox::Information, tr("Publish Page"),
+    auto* const box = new QMessageBox(QMessageBox::Information, purpose,
                                       tr("No site in the list has a source folder with this page."),
                                       QMessageBox::Ok, m_documents.windowOf(page));
     box->setAttribute(Qt::WA_DeleteOnClose);
     box->open();
+    return nullptr;
 }
 
 Result<void> Program::openFolders(const CommandLine& line)

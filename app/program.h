@@ -46,6 +46,9 @@ private:
     /// Shows a new window for the site.
     HaldenDoc* openSite(const SiteList::Record& siteDict);
     void publishPage(const std::filesystem::path& page);
+    void findInSite(const std::filesystem::path& page, const QString& text);
+    /// A window of the page's site, in front; null after a message, titled `purpose`, if no site of the list has the page.
+    HaldenDoc* siteWindowOf(const std::filesystem::path& page, const QString& purpose);
     /// Shows the item in the window of its site, or says that it is in none.
     void showItem(const std::filesystem::path& item);
     void sayNoSiteHas(const std::filesystem::path& item);

@@ -494,6 +494,11 @@ void BrowserController::startFindMissingLinks()
     m_links->showReport(LinkReportRun::Kind::MissingLinks);
 }
 
+void BrowserController::findText(const QString& text)
+{
+    m_links->findText(text);
+}
+
 void BrowserController::undoMove()
 {
     m_links->undoMove();

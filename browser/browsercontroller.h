@@ -90,6 +90,8 @@ public:
     void showLinksToItem();
     /// Lists all links of the site's pages and marks the missing ones.
     void startFindMissingLinks();
+    /// Opens the window that finds text in the site, with `text` to look for unless it is empty.
+    void findText(const QString& text = {});
     void stopFindMissingLinks();
     /// Lists the files without any link to them in a panel that can delete them.
     void startFindUnlinkedItems();

@@ -8,6 +8,7 @@
 #include "browser/planpreview.h"
 #include "links/sitelinks.h"
 #include "links/sitemoves.h"
+#include "links/sitesearch.h"
 
 #include <QApplication>
 #include <QMessageBox>
@@ -117,6 +118,32 @@ void MoveJobs::followItems(const fs::path& site, const std::vector<MovedItem>& i
     MoveRequest request{site, {}, MoveOperation::Move, items, choices.webRules, true};
     request.isMovedOutside = true;
     beginMove(std::move(request), {});
+}
+
+void MoveJobs::replaceText(const fs::path& site, const SiteQuery& query, const QString& replacement,
+                           const std::vector<WantedPlaces>& places)
+{
+    beginTextChange(
+        site, tr("Replacing text..."),
+        [site, query, replacement, places](const StillWanted& stillWanted) {
+            return planReplacement(site, query, replacement, places, stillWanted);
+        },
+        MoveRun::Shown::Not);
+}
+
+void MoveJobs::beginTextChange(const fs::path& site, const QString& status, const MoveRun::TextPlan& makePlan,
+                               MoveRun::Shown shown)
+{
+    const auto run = std::make_shared<MoveRun>(site, this, m_notices);
+    run->setGoOn([guard = QPointer(this), site, status, makePlan, shown] {
+        if (guard)
+            guard->beginTextChange(site, status, makePlan, shown);
+    });
+    beginLong(status, [run, makePlan, shown](const WorkItemPointer& item, const std::shared_ptr<JobLog>& log,
+                                             const Done& done) {
+        run->begin(log, wantedAs(item), done);
+        run->changeText(makePlan, shown);
+    });
 }
 
 void MoveJobs::beginMove(MoveRequest request, std::optional<int> askAbove, std::shared_ptr<SiteMoves> moves)

@@ -23,6 +23,8 @@ class SiteMoves;
 struct LinkPlan;
 struct MoveRequest;
 struct ReportChoices;
+struct SiteQuery;
+struct WantedPlaces;
 
 /// The jobs of a pane that move, rename or copy items of its site and update the links, and take that back. As a browser reads
 /// links, a job that is stopped or fails is taken back. What is open elsewhere hears of it through the notices, even if the
@@ -64,6 +66,10 @@ public:
     void replaceLinks(const std::filesystem::path& site, const std::filesystem::path& target,
                       const std::filesystem::path& file, const ReportChoices& choices);
 
+    /// Replaces these places of the site's files, which `query` has found.
+    void replaceText(const std::filesystem::path& site, const SiteQuery& query, const QString& replacement,
+                     const std::vector<WantedPlaces>& places);
+
     using Answered = std::function<void(bool isAccepted)>;
     /// Called by a job that has made a plan. With `askAbove`, the user can choose not to be asked. `answered` is dropped if the
     /// window closes first.
@@ -87,6 +93,8 @@ private:
     std::shared_ptr<SiteMoves> m_renaming; // holds the site from prepareRename() on
 
     void beginUpdate(const std::filesystem::path& site, MoveRun::Update update, MoveOperation operation);
+    void beginTextChange(const std::filesystem::path& site, const QString& status,
+                         const MoveRun::TextPlan& makePlan, MoveRun::Shown shown);
     void beginMove(MoveRequest request, std::optional<int> askAbove, std::shared_ptr<SiteMoves> moves = {});
 };
 

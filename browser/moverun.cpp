@@ -105,6 +105,11 @@ QString joined(const QString& first, const QString& second)
 
 QString doneText(const LinkPlan& plan)
 {
+    if (plan.text)
+        return joined(displayText(plan.text->title),
+                      MoveRun::tr("%1 in %2 changed")
+                          .arg(counted(plan.text->places, MoveRun::tr("place"), MoveRun::tr("places")),
+                               counted(plan.pages.size(), MoveRun::tr("file"), MoveRun::tr("files"))));
     if (plan.request.items.empty())
         return {};
     QString text =
@@ -174,6 +179,23 @@ void MoveRun::move(const MoveRequest& request, std::optional<int> askAbove)
         plan->request.isRenamedAlready = false;
         ask(*std::move(plan), isMany && !isOfLinks ? askAbove : std::nullopt);
     } else {
+        m_plan = std::make_shared<const LinkPlan>(*std::move(plan));
+        carryOut();
+    }
+}
+
+void MoveRun::changeText(const TextPlan& makePlan, Shown shown)
+{
+    if (auto opened = open(MoveOperation::Move); !opened) {
+        fail(opened.error(), {});
+        return;
+    }
+    auto plan = makePlan(m_stillWanted);
+    if (!plan)
+        fail(plan.error(), {});
+    else if (shown == Shown::First)
+        ask(*std::move(plan), std::nullopt);
+    else {
         m_plan = std::make_shared<const LinkPlan>(*std::move(plan));
         carryOut();
     }

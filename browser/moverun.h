@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 #include <QPointer>
 
+#include <cstdint>
 #include <filesystem>
 #include <functional>
 #include <memory>
@@ -50,6 +51,10 @@ public:
     /// Plans the move, and carries it out at once or, where more than `askAbove` pages change, after the user has looked at the
     /// plan. Where links would break or only links change, the user always looks at it.
     void move(const MoveRequest& request, std::optional<int> askAbove);
+    /// Makes and carries out a plan that changes text. With Shown::First the user looks at it before.
+    enum class Shown : std::uint8_t { Not, First };
+    using TextPlan = std::function<Result<LinkPlan>(const StillWanted& stillWanted)>;
+    void changeText(const TextPlan& makePlan, Shown shown);
     /// `title` is what the window's Undo calls it; empty where that does not know the job.
     void undo(const WebRules& rules, const QString& title);
     /// Shows what became of jobs that were interrupted.

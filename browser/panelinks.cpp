@@ -9,6 +9,7 @@
 #include "browser/movenotices.h"
 #include "browser/outsidemoves.h"
 #include "browser/panehost.h"
+#include "browser/sitefindpanel.h"
 #include "browser/unlinkeditemspanel.h"
 #include "links/lostlinks.h"
 #include "links/sitelinks.h"
@@ -23,6 +24,7 @@ namespace luma {
 
 PaneLinks::PaneLinks(const QString& caption, FolderWatcher& watcher, PaneHost& host, QWidget* pane)
     : m_host(host),
+      m_pane(pane),
       m_watcher(watcher),
       m_linkJobs(new LinkJobs(host.progress(), this)),
       m_moveJobs(new MoveJobs(host.progress(), host.moveNotices(), pane)),
@@ -88,6 +90,8 @@ void PaneLinks::end()
 {
     stopReport();
     stopUnlinkedItems();
+    if (m_findPanel)
+        m_findPanel->reject();
     if (m_siteLinks)
         m_siteLinks->endWatch();
     m_siteLinks.reset();
@@ -219,6 +223,28 @@ void PaneLinks::showUnlinkedItems()
 void PaneLinks::stopUnlinkedItems()
 {
     unlinkedItemsPanel->stopFindUnlinkedItems();
+}
+
+SiteFindPanel& PaneLinks::findPanel()
+{
+    if (m_findPanel)
+        return *m_findPanel;
+    m_findPanel = new SiteFindPanel(m_pane);
+    connect(m_findPanel, &SiteFindPanel::pageActivated, this, &PaneLinks::pageActivated);
+    connect(
+        m_findPanel, &SiteFindPanel::replacementRequested, this,
+        [this](const SiteQuery& query, const QString& replacement, const std::vector<WantedPlaces>& places) {
+            if (m_siteLinks)
+                m_moveJobs->replaceText(m_site, query, replacement, places);
+        });
+    connect(&m_host.moveNotices(), &MoveNotices::linksUpdated, m_findPanel, &SiteFindPanel::filesChanged);
+    return *m_findPanel;
+}
+
+void PaneLinks::findText(const QString& text)
+{
+    if (m_siteLinks)
+        findPanel().begin(m_site, text);
 }
 
 const std::vector<MovedItem>& PaneLinks::outsideMoves() const

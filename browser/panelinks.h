@@ -21,6 +21,7 @@ class LinkReportPanel;
 class MoveJobs;
 class OutsideMoves;
 class PaneHost;
+class SiteFindPanel;
 class SiteLinks;
 class UnlinkedItemsPanel;
 struct Drop;
@@ -63,6 +64,8 @@ public:
     void stopReport();
     void showUnlinkedItems();
     void stopUnlinkedItems();
+    /// Opens the window that finds text in the site, with `text` to look for unless it is empty.
+    void findText(const QString& text);
 
     /// What other programs have moved, where links still lead to the old places.
     [[nodiscard]] const std::vector<MovedItem>& outsideMoves() const;
@@ -84,17 +87,20 @@ signals:
 
 private:
     PaneHost& m_host;
+    QWidget* m_pane;
     FolderWatcher& m_watcher;
     LinkJobs* m_linkJobs;
     MoveJobs* m_moveJobs;
     LinkReportPanel* m_reportPanel;
     UnlinkedItemsPanel* unlinkedItemsPanel;
+    SiteFindPanel* m_findPanel = nullptr; // made when it is first needed
     OutsideMoves* m_outsideMoves;
     std::filesystem::path m_site;           // empty without one
     std::shared_ptr<SiteLinks> m_siteLinks; // of m_site
 
     void connectMoves();
     void connectReports();
+    SiteFindPanel& findPanel();
     void keepLinks();
     void askWatcher(const std::shared_ptr<SiteLinks>& links, const std::function<void(bool isAll)>& told);
 };

@@ -125,6 +125,8 @@ signals:
     void openRequested(const std::filesystem::path& page);
     /// The user wants to publish the page, which has just been saved, with what it needs.
     void publishRequested(const std::filesystem::path& page);
+    /// The user wants to look for this text, if there is one, in all files of the page's site.
+    void findInSiteRequested(const std::filesystem::path& page, const QString& text);
     /// The page was read from or saved to this file.
     void locationChanged(const std::filesystem::path& page);
     void windowWillClose();

@@ -101,6 +101,10 @@ std::vector<PageActions::Command> PageActions::table()
              replace.isShown() ? replace.previous() : find.previous();
          }},
         {ui.replaceAction, HasPage, [&replace = m_parts.tools.replaceBar()] { replace.begin(); }},
+        {ui.findInSiteAction, HasFile,
+         [&page, &field = *ui.replaceFindField] {
+             emit page.findInSiteRequested(page.docURL(), field.isVisible() ? field.text() : QString());
+         }},
         {ui.insertMoreAction, HasElement, [&sheet = m_parts.tools.elementSheet()] { sheet.begin(); }},
         {ui.deleteTagAction, CanDelete, [&edits] { edits.deleteTag(); }},
         {ui.editMarkupAction, CanDelete,
@@ -216,6 +220,7 @@ void PageActions::connectControls() const
     connect(&m_parts.tools.check(), &CheckPanel::closed, ui.pageCheckAction, &QAction::trigger);
     ui.outlineFindCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
     connect(ui.deleteTagButton, &QPushButton::clicked, ui.deleteTagAction, &QAction::trigger);
+    connect(ui.replaceSiteButton, &QPushButton::clicked, ui.findInSiteAction, &QAction::trigger);
     connect(ui.myOutlineView, &OutlineView::deleteRequested, ui.deleteTagAction, &QAction::trigger);
     connect(ui.myOutlineView, &OutlineView::hideRequested, ui.hideAction, &QAction::trigger);
     // Not while the user types into a field of the window.

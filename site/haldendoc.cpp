@@ -142,6 +142,7 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::paneChanged);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::publishWaitingPage);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::showWaitingItem);
+        connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::findWaitingText);
         connect(&pane->browser(), &Browser::currentChanged, this, &HaldenDoc::updateActions);
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
         connect(pane, &BrowserController::placeRequested, this, &HaldenDoc::placeRequested);
@@ -212,6 +213,7 @@ void HaldenDoc::connectActions()
             [this] { currentSitePane().startFindMissingLinks(); });
     connect(m_ui->unlinkedItemsAction, &QAction::triggered, this,
             [this] { currentSitePane().startFindUnlinkedItems(); });
+    connect(m_ui->findInSiteAction, &QAction::triggered, this, [this] { currentSitePane().findText(); });
     connect(m_ui->sourceSettingsAction, &QAction::triggered, m_source, &BrowserController::configure);
     connect(m_ui->destinationSettingsAction, &QAction::triggered, m_destination,
             &BrowserController::configure);
@@ -293,7 +295,8 @@ void HaldenDoc::paneChanged()
 void HaldenDoc::updateActions()
 {
     const bool isConnected = m_source->rootNode() || m_destination->rootNode();
-    for (QAction* action : {m_ui->missingLinksAction, m_ui->unlinkedItemsAction, m_ui->reloadAction})
+    for (QAction* action :
+         {m_ui->findInSiteAction, m_ui->missingLinksAction, m_ui->unlinkedItemsAction, m_ui->reloadAction})
         action->setEnabled(isConnected);
     const bool isDestinationReached = m_rsync || m_destination->rootNode();
     const bool areBothReached = m_source->rootNode() && isDestinationReached;
@@ -414,6 +417,19 @@ void HaldenDoc::showItem(const std::filesystem::path& item)
     m_itemToShow = item;
     m_source->connectPane();
     showWaitingItem();
+}
+
+void HaldenDoc::findText(const QString& text)
+{
+    m_textToFind = text;
+    m_source->connectPane();
+    findWaitingText();
+}
+
+void HaldenDoc::findWaitingText()
+{
+    if (m_textToFind && m_source->rootNode())
+        m_source->findText(*std::exchange(m_textToFind, std::nullopt));
 }
 
 void HaldenDoc::showWaitingItem()

@@ -863,6 +863,18 @@
         <source>Next problem (Ctrl+.)</source>
         <translation>Nächster Fehler (Strg+.)</translation>
     </message>
+    <message>
+        <source>In Site...</source>
+        <translation>In der Website …</translation>
+    </message>
+    <message>
+        <source>Find in &amp;Whole Site...</source>
+        <translation>In der &amp;ganzen Website suchen …</translation>
+    </message>
+    <message>
+        <source>Find the text in all pages of the site, and replace it</source>
+        <translation>Sucht den Text in allen Seiten der Website und ersetzt ihn</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -1117,6 +1129,14 @@
     <message>
         <source>Log of the Last &amp;Job</source>
         <translation>&amp;Protokoll des letzten Vorgangs</translation>
+    </message>
+    <message>
+        <source>&amp;Find in Site...</source>
+        <translation>In der Website &amp;suchen …</translation>
+    </message>
+    <message>
+        <source>Find text in all pages of the site, and replace it</source>
+        <translation>Sucht Text in allen Seiten der Website und ersetzt ihn</translation>
     </message>
 </context>
 <context>
@@ -1450,6 +1470,26 @@
     <message>
         <source>There is nothing to take back.</source>
         <translation>Es gibt nichts rückgängig zu machen.</translation>
+    </message>
+    <message>
+        <source>%1 in %2 changed</source>
+        <translation>%1 in %2 geändert</translation>
+    </message>
+    <message>
+        <source>place</source>
+        <translation>Stelle</translation>
+    </message>
+    <message>
+        <source>places</source>
+        <translation>Stellen</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>files</source>
+        <translation>Dateien</translation>
     </message>
 </context>
 <context>
@@ -1839,6 +1879,109 @@
     <message>
         <source>Control+Return</source>
         <translation>Steuerung+Eingabe</translation>
+    </message>
+</context>
+<context>
+    <name>SiteFindPanel</name>
+    <message>
+        <source>Find in site</source>
+        <translation>In der Website suchen</translation>
+    </message>
+    <message>
+        <source>Fi&amp;nd</source>
+        <translation>Such&amp;text</translation>
+    </message>
+    <message>
+        <source>Match case</source>
+        <translation>Groß- und Kleinschreibung beachten</translation>
+    </message>
+    <message>
+        <source>Whole words</source>
+        <translation>Ganze Wörter</translation>
+    </message>
+    <message>
+        <source>Regular expression</source>
+        <translation>Regulärer Ausdruck</translation>
+    </message>
+    <message>
+        <source>Regular expression; $1 stands for the first group in the replacement</source>
+        <translation>Regulärer Ausdruck; $1 steht in der Ersetzung für die erste Gruppe</translation>
+    </message>
+    <message>
+        <source>&amp;Find</source>
+        <translation>S&amp;uchen</translation>
+    </message>
+    <message>
+        <source>&amp;Replace with</source>
+        <translation>E&amp;rsetzen durch</translation>
+    </message>
+    <message>
+        <source>Replace with</source>
+        <translation>Ersetzen durch</translation>
+    </message>
+    <message>
+        <source>R&amp;eplace</source>
+        <translation>&amp;Ersetzen</translation>
+    </message>
+    <message>
+        <source>Replaces the ticked places. Edit &gt; Undo in the site&apos;s window takes it back</source>
+        <translation>Ersetzt die angehakten Stellen. Bearbeiten &gt; Rückgängig im Fenster der Website nimmt es zurück</translation>
+    </message>
+    <message>
+        <source>&amp;In</source>
+        <translation>&amp;In</translation>
+    </message>
+    <message>
+        <source>text as shown</source>
+        <translation>Text, wie er erscheint</translation>
+    </message>
+    <message>
+        <source>source</source>
+        <translation>Quelltext</translation>
+    </message>
+    <message>
+        <source>&amp;Pages</source>
+        <translation>&amp;Seiten</translation>
+    </message>
+    <message>
+        <source>&amp;Style sheets</source>
+        <translation>St&amp;ylesheets</translation>
+    </message>
+    <message>
+        <source>S&amp;cripts</source>
+        <translation>S&amp;kripte</translation>
+    </message>
+    <message>
+        <source>Fo&amp;lder</source>
+        <translation>&amp;Ordner</translation>
+    </message>
+    <message>
+        <source>whole site</source>
+        <translation>ganze Website</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filtern</translation>
+    </message>
+    <message>
+        <source>Filter by file or text</source>
+        <translation>Nach Datei oder Text filtern</translation>
+    </message>
+    <message>
+        <source>Places</source>
+        <translation>Stellen</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>S&amp;top</source>
+        <translation>S&amp;topp</translation>
+    </message>
+    <message>
+        <source>Cl&amp;ose</source>
+        <translation>S&amp;chließen</translation>
     </message>
 </context>
 <context>
@@ -3335,6 +3478,37 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
 </context>
 <context>
+    <name>luma::FoundPlaces</name>
+    <message>
+        <source>%1:%2</source>
+        <translation>%1:%2</translation>
+    </message>
+    <message>
+        <source>place</source>
+        <translation>Stelle</translation>
+    </message>
+    <message>
+        <source>places</source>
+        <translation>Stellen</translation>
+    </message>
+    <message>
+        <source>Line %1, column %2</source>
+        <translation>Zeile %1, Spalte %2</translation>
+    </message>
+    <message>
+        <source>Place</source>
+        <translation>Stelle</translation>
+    </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>New text</source>
+        <translation>Neuer Text</translation>
+    </message>
+</context>
+<context>
     <name>luma::HTMLDocument</name>
     <message>
         <source>The style sheet could not be saved: %1</source>
@@ -4045,6 +4219,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>Nothing is changed yet: the changes are shown first.</source>
         <translation>Noch ist nichts geändert: die Änderungen werden zuerst gezeigt.</translation>
     </message>
+    <message>
+        <source>Replacing text...</source>
+        <translation>Text wird ersetzt …</translation>
+    </message>
 </context>
 <context>
     <name>luma::MyWebView</name>
@@ -4667,6 +4845,10 @@ Die Seite und Ihre Änderungen bleiben erhalten.</translation>
         <source>LUMA edits pages (.html, .xhtml, .xml) and shows other files and folders in the window of their site. Add the site with its folder first.</source>
         <translation>LUMA bearbeitet Seiten (.html, .xhtml, .xml) und zeigt andere Dateien und Ordner im Fenster ihrer Website. Fügen Sie zuerst die Website mit ihrem Ordner hinzu.</translation>
     </message>
+    <message>
+        <source>Find in Site</source>
+        <translation>In der Website suchen</translation>
+    </message>
 </context>
 <context>
     <name>luma::ProgressPanel</name>
@@ -4818,6 +5000,72 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>different on the other side</source>
         <translation>anders auf der anderen Seite</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SiteFindPanel</name>
+    <message>
+        <source>No row matches the filter.</source>
+        <translation>Keine Zeile passt zum Filter.</translation>
+    </message>
+    <message>
+        <source>Enter a text and press Return to look for it in all pages of the site.</source>
+        <translation>Geben Sie einen Text ein, und drücken Sie die Eingabetaste, um ihn in allen Seiten der Website zu suchen.</translation>
+    </message>
+    <message>
+        <source>Looking through the files of the site</source>
+        <translation>Die Dateien der Website werden durchgesehen</translation>
+    </message>
+    <message>
+        <source>Stopped before all files were searched.</source>
+        <translation>Angehalten, bevor alle Dateien durchsucht waren.</translation>
+    </message>
+    <message>
+        <source>Not found.</source>
+        <translation>Nicht gefunden.</translation>
+    </message>
+    <message>
+        <source>%1 in %2</source>
+        <translation>%1 in %2</translation>
+    </message>
+    <message>
+        <source>place</source>
+        <translation>Stelle</translation>
+    </message>
+    <message>
+        <source>places</source>
+        <translation>Stellen</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>files</source>
+        <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>; %1 ticked in %2</source>
+        <translation>; %1 angehakt in %2</translation>
+    </message>
+    <message>
+        <source>; %1 shown</source>
+        <translation>; %1 angezeigt</translation>
+    </message>
+    <message>
+        <source>; %1 can&apos;t be searched</source>
+        <translation>; %1 nicht durchsuchbar</translation>
+    </message>
+    <message>
+        <source>. Stopped before all files were searched.</source>
+        <translation>. Angehalten, bevor alle Dateien durchsucht waren.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SiteFindRun</name>
+    <message>
+        <source>There is more: the search ended after %1 places.</source>
+        <translation>Es gibt noch mehr: Die Suche endete nach %1 Stellen.</translation>
     </message>
 </context>
 <context>
