@@ -71,7 +71,9 @@ QRect ElementPath::rectOf(qsizetype step) const
 {
     const QFontMetrics metrics = fontMetrics();
     const QRect area = contentsRect();
-    const int beginning = std::min(0, area.width() - metrics.horizontalAdvance(text()));
+    // The path of names reads from left to right, but begins where the window does.
+    const int room = area.width() - metrics.horizontalAdvance(text());
+    const int beginning = isRightToLeft() ? room : std::min(0, room);
     const QString before = m_names.first(step).join(separator()) + (step > 0 ? separator() : QString());
     const int left = area.left() + beginning + metrics.horizontalAdvance(before);
     return {left, area.top(), metrics.horizontalAdvance(m_names[step]), area.height()};
@@ -89,6 +91,7 @@ qsizetype ElementPath::stepAt(const QPoint& point) const
 void ElementPath::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
+    painter.setLayoutDirection(Qt::LeftToRight);
     for (qsizetype step = 0; step < m_names.size(); ++step) {
         const QRect rect = rectOf(step);
         QFont font = this->font();

@@ -57,6 +57,14 @@ int OutlineView::readableWidth() const
     return readableCharacters * fontMetrics().averageCharWidth();
 }
 
+void OutlineView::selectionChanged(const QItemSelection& selected, const QItemSelection& deselected)
+{
+    QTreeView::selectionChanged(selected, deselected);
+    // Qt leaves the branches of mirrored rows as they were painted.
+    if (isRightToLeft())
+        viewport()->update();
+}
+
 void OutlineView::updateGeometries()
 {
     const auto* outline = qobject_cast<const OutlineModel*>(model());

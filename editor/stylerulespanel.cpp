@@ -69,6 +69,17 @@ public:
                 QRect(editor->pos(), QSize(editor->parentWidget()->width() - editor->x(), editor->height())));
     }
 
+protected:
+    // Style sheets read from left to right.
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        constexpr char16_t isolateLeftToRight = u'\u2066';
+        constexpr char16_t endOfIsolate = u'\u2069';
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (option->direction == Qt::RightToLeft)
+            option->text = isolateLeftToRight + option->text + endOfIsolate;
+    }
+
 private:
     CssVocabulary& m_vocabulary;
 };

@@ -78,6 +78,7 @@ CodeEdit::CodeEdit(QWidget* parent) : QPlainTextEdit(parent), m_margin(new QWidg
 {
     setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     setLineWrapMode(NoWrap);
+    setLayoutDirection(Qt::LeftToRight); // whatever the desktop's language
     setTabChangesFocus(true);
     m_margin->installEventFilter(this);
     connect(this, &QPlainTextEdit::blockCountChanged, this, &CodeEdit::layOut);
@@ -283,6 +284,7 @@ void CodeEdit::paintMark(QPainter& painter, const QTextBlock& block, const QRect
 void CodeEdit::paintNumbers(const QRect& area)
 {
     QPainter painter(m_margin);
+    painter.setLayoutDirection(Qt::LeftToRight);
     painter.fillRect(area, palette().alternateBase());
     painter.setFont(font());
     painter.setPen(palette().color(QPalette::PlaceholderText));
