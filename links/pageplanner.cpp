@@ -29,15 +29,28 @@ Difference differenceOf(std::string_view a, std::string_view b)
     return {begin, a.size() - after, b.size() - after};
 }
 
-// Where `path`, with which the address `raw` begins, ends in it; perhaps there are character references in it.
-std::optional<ValueBoundary> endOfPath(std::string_view raw, std::string_view path)
+// What bytes of a reference stand for.
+std::string decodedPart(std::string_view raw, LinkSyntax syntax)
 {
-    if (raw.starts_with(path))
+    if (syntax == LinkSyntax::StyleSheet)
+        return decodedCss(raw);
+    std::string text = decodeCharacters(raw, ReferenceContext::AttributeValue);
+    return syntax == LinkSyntax::StyleDeclarations ? decodedCss(text) : text;
+}
+
+// Where `path`, with which the reference begins, ends in `raw`, its bytes; perhaps there are character references and CSS
+// escapes in it. It ends before "?" or "#", which may be written as one of these, too.
+std::optional<ValueBoundary> endOfPath(std::string_view raw, const LinkReference& reference,
+                                       std::string_view path)
+{
+    if (raw.starts_with(path) && path.find('\\') == std::string_view::npos)
         return ValueBoundary{path.size(), path.size()};
-    for (const ValueBoundary& boundary : valueBoundaries(raw)) {
-        if (boundary.decoded == path.size() &&
-            decodeCharacters(raw.substr(0, boundary.raw), ReferenceContext::AttributeValue) == path)
-            return boundary;
+    const std::string_view rest = reference.value.substr(path.size());
+    for (std::size_t at = raw.find_first_of("?#&\\"); at != std::string_view::npos;
+         at = raw.find_first_of("?#&\\", at + 1)) {
+        if (decodedPart(raw.substr(0, at), reference.syntax) == path &&
+            decodedPart(raw.substr(at), reference.syntax) == rest)
+            return ValueBoundary{at, path.size()};
     }
     return std::nullopt;
 }
@@ -117,9 +130,8 @@ std::optional<PagePlanner::Change> PagePlanner::changedPath(const LinkReference&
     const std::string_view path = reference.value.substr(0, end);
     const auto value = changed(path, oldPage, newPage);
     const std::string_view raw = m_reader.text().substr(reference.begin, reference.end - reference.begin);
-    const auto pathEnd = value ? endOfPath(raw, path) : std::nullopt;
-    const bool mayHoldEscapes = reference.syntax != LinkSyntax::Address;
-    if (!pathEnd || (mayHoldEscapes && pathEnd->raw != pathEnd->decoded))
+    const auto pathEnd = value ? endOfPath(raw, reference, path) : std::nullopt;
+    if (!pathEnd)
         return std::nullopt;
     return Change{&reference, std::string(*value).append(reference.value.substr(end)), pathEnd};
 }

@@ -162,7 +162,20 @@ private slots:
               "<img srcset='n/a%20%22b.png?v={{ v }} 1x, n/a%20%22b.png?<?= 1 ?> 2x'>"
               "<p style='a:url(n/a%20%22b.png?{{v}})'><p style='a:url(&quot;n/a%20%22b.png?{{v}}&quot;)'>"
               "<style>a{b:url(n/a%20%22b.png?<?= $v ?>)}c{d:url(\"n/a%20%22b.png#{{v}}\")}"
-              "e{f:url(i\\.png?{{v}})}</style><meta http-equiv=refresh content='1;url=n/a%20%22b.png?{{v}}'>"}});
+              "e{f:url(n/a%20%22b.png?{{v}})}</style><meta http-equiv=refresh content='1;url=n/a%20%22b.png?{{v}}'>"}});
+        row("CSS escapes and server code",
+            {{"i.png", ""},
+             {"s.css",
+              "a{b:url(i\\.png)}c{d:url({{v}})}e{f:url(i\\2e png\\?{{v}})}g{h:url('i\\2epng\\23 {{v}}')}"
+              "@import 'x\\2e css?<?= 1 ?>';"},
+             {"x.css", ""},
+             {"o.html", "<p style='a:url(i\\.png?{{v}})'><p style='a:url(&quot;i&bsol;.png&#63;{{v}}&quot;)'>"
+                        "<p style='a:url(i\\.png)'><p style='a:url(\\69.png?\\{{v}})'><?= 1 ?>"}},
+            {"i.png > n.png", "x.css > y.css"},
+            {{"s.css", "a{b:url(n.png)}c{d:url({{v}})}e{f:url(n.png\\?{{v}})}g{h:url('n.png\\23 {{v}}')}"
+                       "@import 'y.css?<?= 1 ?>';"},
+             {"o.html", "<p style='a:url(n.png?{{v}})'><p style='a:url(&quot;n.png&#63;{{v}}&quot;)'>"
+                        "<p style='a:url(n.png)'><p style='a:url(n.png?\\{{v}})'><?= 1 ?>"}});
         row("server code and other encodings",
             {{"p.png", ""},
              {"o.php",

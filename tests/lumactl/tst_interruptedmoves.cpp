@@ -6,7 +6,9 @@
 #include <QTest>
 
 #include <sys/stat.h>
+#include <sys/xattr.h>
 
+#include <array>
 #include <memory>
 
 using luma::test::Files;
@@ -27,6 +29,36 @@ const Files someSite = {{"a/x.html", "<a href=y.html><a href=../o.html>"},
 LumactlEnd lumactl(const Site& site, const QString& arguments, int killAt = 0)
 {
     return luma::test::runLumactl(site, arguments.split(QLatin1Char(' ')), killAt);
+}
+
+// Time to the nanosecond, mode, names and label of each file.
+Files factsOf(const Site& site, bool hasLabels)
+{
+    Files facts;
+    for (const auto& [path, bytes] : site.contents()) {
+        const fs::path file = site.at(path);
+        struct stat status = {};
+        (void)::stat(file.c_str(), &status);
+        std::array<char, 8> label = {};
+        if (hasLabels)
+            (void)::getxattr(file.c_str(), "user.xdg.tags", label.data(), label.size());
+        facts[path] = std::to_string(status.st_mtim.tv_sec) + '.' + std::to_string(status.st_mtim.tv_nsec) +
+                      " mode " + std::to_string(status.st_mode) + " names " +
+                      std::to_string(status.st_nlink) + " label " + label.data();
+    }
+    return facts;
+}
+
+// Those that differ, for a message.
+std::string differences(const Files& before, const Files& now)
+{
+    std::string text;
+    for (const auto& [path, fact] : before) {
+        const auto found = now.find(path);
+        if (found == now.end() || found->second != fact)
+            text += path + ": " + fact + " -> " + (found == now.end() ? "gone" : found->second) + '\n';
+    }
+    return text;
 }
 
 } // namespace
@@ -56,6 +88,13 @@ private:
         fs::create_symlink("../p.png", site->at("a/logo"));
         fs::create_symlink("a/x.html", site->at("first"));
         fs::create_hard_link(site->at("q.html"), site->at("r.html"));
+        double age = 0;
+        for (const auto& [path, bytes] : someSite) {
+            site->setAge(path, age += 1000.25);
+            (void)::setxattr(site->at(path).c_str(), "user.xdg.tags", "Red", 3, 0);
+        }
+        fs::permissions(site->at("a/x.html"), fs::perms(0604));
+        fs::permissions(site->at("o.html"), fs::perms(0640));
         if (isFar)
             fs::create_directory_symlink(m_other, site->at("far"));
         return site;
@@ -104,6 +143,7 @@ private slots:
         int killed = 0;
         for (bool isKilled = true; isKilled; ++killed) {
             const auto site = freshSite(isFar);
+            const Files facts = factsOf(*site, !isFar);
             if (moved.empty()) {
                 QCOMPARE(lumactl(*site, arguments).code, 0);
                 moved = allFiles(*site, isFar);
@@ -129,6 +169,7 @@ private slots:
             if (now == moved)
                 QCOMPARE(lumactl(*site, QStringLiteral("undo .")).code, 0);
             QCOMPARE(allFiles(*site, isFar), before);
+            QCOMPARE(differences(facts, factsOf(*site, !isFar)), std::string());
         }
         qInfo("killed at %d calls", killed - 1);
         QVERIFY(killed > 20);
