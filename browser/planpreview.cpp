@@ -45,8 +45,9 @@ PlanPreview::~PlanPreview() = default;
 
 PlanPreview::ActionNames PlanPreview::actionNames(const LinkPlan& plan)
 {
+    // Only what moves can break links.
     if (plan.text)
-        return displayText(plan.text->action);
+        return {displayText(plan.text->action), {}};
     const std::vector<MovedItem>& items = plan.request.items;
     if (plan.request.itemsStay() || items.empty())
         return {tr("Change Links"), tr("Change Links Anyway")};
