@@ -19,7 +19,7 @@ namespace luma {
 
 namespace {
 
-constexpr int mostRows = 10; // shown at a time
+constexpr int mostRowsShown = 10; // shown at a time
 constexpr qsizetype mostWords = 200;
 
 const QStringList& atRules()
@@ -225,7 +225,7 @@ void CssCompletion::placeList()
     const QRect cursor(m_field->mapTo(m_field->window(), m_access.cursor().topLeft()),
                        m_access.cursor().size());
     const int frame = 2 * m_list->frameWidth();
-    const int wanted = frame + m_list->sizeHintForRow(0) * std::min(m_list->count(), mostRows);
+    const int wanted = frame + m_list->sizeHintForRow(0) * std::min(m_list->count(), mostRowsShown);
     const int below = window.height() - cursor.bottom();
     const bool isBelow = below >= wanted || below >= cursor.top();
     const int height = std::min(wanted, isBelow ? below : cursor.top());
@@ -271,10 +271,10 @@ bool CssCompletion::takeKey(int key)
         m_list->setCurrentRow(row == 0 ? last : row - 1);
         break;
     case Qt::Key_PageDown:
-        m_list->setCurrentRow(std::min(row + mostRows, last));
+        m_list->setCurrentRow(std::min(row + mostRowsShown, last));
         break;
     case Qt::Key_PageUp:
-        m_list->setCurrentRow(std::max(row - mostRows, 0));
+        m_list->setCurrentRow(std::max(row - mostRowsShown, 0));
         break;
     case Qt::Key_Escape:
         m_list->hide();

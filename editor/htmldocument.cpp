@@ -492,6 +492,7 @@ bool HTMLDocument::writeToURL(const fs::path& url)
         return false;
     }
     m_ui->noticeBar->hide();
+    m_tools->noteSaved();
     watchFile();
     updateWindow();
     if (!hadFile || before != docURL()) {

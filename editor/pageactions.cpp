@@ -124,6 +124,7 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.tidySourceAction, HasPage, [&page] { page.tidySource(); }},
         {ui.showSourceAction, HasPage, [&view] { view.showSource(); }, "script"},
         {ui.scriptConsoleAction, Always, [&view] { view.showScriptConsole(); }},
+        {ui.scriptPreviewAction, HasPage, [&tools = m_parts.tools] { tools.showPreview(); }},
         {ui.inspectElementAction, HasPage, [&view] { view.inspectElement(); }},
         {ui.pageCheckAction, HasPage,
          [&check = m_parts.tools.check(), action = ui.pageCheckAction] {

@@ -26,6 +26,7 @@
 #include "page/pagestore.h"
 #include "page/pagetree.h"
 #include "ui_HTMLDocument.h"
+#include "web/scriptpreview.h"
 #include "web/viewcontroller.h"
 
 namespace luma {
@@ -143,6 +144,32 @@ void PageTools::createCheck()
     connect(&m_parts.tree, &PageTree::exchanged, m_check, &CheckPanel::noteChange);
     connect(&m_parts.rendering.webView()->editorPage(), &EditorPage::shown, m_check, &CheckPanel::noteChange);
     connect(&m_parts.styleSheets, &StyleSheetEditor::fileStored, m_check, &CheckPanel::noteChange);
+    connect(&m_parts.styleSheets, &StyleSheetEditor::fileStored, this, &PageTools::noteSaved);
+}
+
+PageTools::~PageTools()
+{
+    delete m_preview;
+}
+
+void PageTools::showPreview()
+{
+    if (!m_preview)
+        m_preview = new ScriptPreview([this](const ScriptPreview::Take& take) {
+            m_parts.rendering.whenCaughtUp(this, [this, take] {
+                if (m_parts.store.hasPage())
+                    take({QByteArray::fromStdString(m_parts.store.markup()), m_parts.siteFolder()});
+            });
+        });
+    m_preview->show();
+    m_preview->raise();
+    m_preview->activateWindow();
+}
+
+void PageTools::noteSaved()
+{
+    if (m_preview)
+        m_preview->reload();
 }
 
 void PageTools::noteLinks()

@@ -5,6 +5,7 @@
 #include "page/sitefolder.h"
 
 #include <QObject>
+#include <QPointer>
 
 #include <functional>
 
@@ -31,6 +32,7 @@ class PageSpelling;
 class PageStore;
 class PageTree;
 class ReplaceBar;
+class ScriptPreview;
 class StyleSheetEditor;
 class TableSheet;
 class ViewController;
@@ -60,6 +62,7 @@ public:
 
     /// The window becomes the parent.
     PageTools(const Parts& parts, QWidget* window);
+    ~PageTools() override;
 
     [[nodiscard]] OutlineFind& find() const { return *m_find; }
     [[nodiscard]] ReplaceBar& replaceBar() const { return *m_replace; }
@@ -70,6 +73,10 @@ public:
     [[nodiscard]] ElementSheet& elementSheet() const { return *m_elementSheet; }
     [[nodiscard]] TableSheet& tableSheet() const { return *m_tableSheet; }
 
+    /// Opens the preview in which the page's scripts run, or shows it again.
+    void showPreview();
+    /// The page or one of its sheets was saved.
+    void noteSaved();
     /// The links of the page have been changed from outside.
     void noteLinks();
     /// The user is back from another program, which may have changed anything.
@@ -103,6 +110,7 @@ private:
     ReplaceBar* m_replace = nullptr;
     CheckPanel* m_check = nullptr;
     PageSpelling* m_spelling = nullptr;
+    QPointer<ScriptPreview> m_preview;
 };
 
 } // namespace luma

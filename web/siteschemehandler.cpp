@@ -31,12 +31,6 @@ void replyWithFile(const QPointer<QWebEngineUrlRequestJob>& job, FileDescriptor 
     }
 }
 
-void refuse(const QPointer<QWebEngineUrlRequestJob>& job)
-{
-    if (job)
-        job->fail(QWebEngineUrlRequestJob::UrlNotFound);
-}
-
 bool comesFromPage(const QWebEngineUrlRequestJob* job, const QString& host)
 {
     return job->initiator().isEmpty() || PageScheme::isOfPage(job->initiator(), host);
@@ -77,13 +71,13 @@ void SiteSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job)
     const QUrl url = job->requestUrl();
     const auto page = m_pages.constFind(url.host());
     if (page == m_pages.constEnd() || job->requestMethod() != "GET" || !comesFromPage(job, url.host())) {
-        job->fail(QWebEngineUrlRequestJob::RequestDenied);
+        refuse(job, QWebEngineUrlRequestJob::RequestDenied);
         return;
     }
     const QByteArray path = url.path(QUrl::FullyEncoded).toLatin1();
     const auto file = page->files.fileAt(path.toStdString());
     if (!file)
-        job->fail(QWebEngineUrlRequestJob::UrlInvalid);
+        refuse(job, QWebEngineUrlRequestJob::UrlInvalid);
     else if (*file == page->files.page())
         answerText(job, page->markup, "text/html;charset=utf-8");
     else if (const auto draft = page->drafts.constFind(textOf(file->lexically_normal()));
@@ -91,6 +85,13 @@ void SiteSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job)
         answerText(job, *draft, "text/css;charset=utf-8");
     else
         answerFile(job, page->files, *file);
+}
+
+void SiteSchemeHandler::refuse(QWebEngineUrlRequestJob* job, QWebEngineUrlRequestJob::Error error)
+{
+    const QUrl url = job->requestUrl();
+    job->fail(error);
+    emit refused(url);
 }
 
 void SiteSchemeHandler::answerText(QWebEngineUrlRequestJob* job, const QByteArray& text,
@@ -106,19 +107,20 @@ void SiteSchemeHandler::answerText(QWebEngineUrlRequestJob* job, const QByteArra
 void SiteSchemeHandler::answerFile(QWebEngineUrlRequestJob* job, const SiteFolder& files,
                                    const fs::path& file)
 {
-    start(std::make_shared<WorkItem>(), [files, file, job = QPointer(job)](const WorkItem&) {
-        auto opened = std::make_shared<Result<FileDescriptor>>(files.open(file));
-        const QByteArray type = QByteArray::fromStdString(contentTypeOf(file));
-        QMetaObject::invokeMethod(
-            QCoreApplication::instance(),
-            [job, opened, type] {
-                if (*opened)
-                    replyWithFile(job, std::move(**opened), type);
-                else
-                    refuse(job);
-            },
-            Qt::QueuedConnection);
-    });
+    start(std::make_shared<WorkItem>(),
+          [self = QPointer(this), files, file, job = QPointer(job)](const WorkItem&) {
+              auto opened = std::make_shared<Result<FileDescriptor>>(files.open(file));
+              const QByteArray type = QByteArray::fromStdString(contentTypeOf(file));
+              QMetaObject::invokeMethod(
+                  QCoreApplication::instance(),
+                  [self, job, opened, type] {
+                      if (*opened)
+                          replyWithFile(job, std::move(**opened), type);
+                      else if (self && job)
+                          self->refuse(job, QWebEngineUrlRequestJob::UrlNotFound);
+                  },
+                  Qt::QueuedConnection);
+          });
 }
 
 } // namespace luma

@@ -4,6 +4,7 @@
 #include "page/sitefolder.h"
 
 #include <QHash>
+#include <QWebEngineUrlRequestJob>
 #include <QWebEngineUrlSchemeHandler>
 
 #include <filesystem>
@@ -33,6 +34,10 @@ public:
 
     void requestStarted(QWebEngineUrlRequestJob* job) override;
 
+signals:
+    /// A request for this address got no answer: it is not of the site, or there is no such file.
+    void refused(const QUrl& url);
+
 private:
     struct Page
     {
@@ -42,8 +47,8 @@ private:
     };
 
     static void answerText(QWebEngineUrlRequestJob* job, const QByteArray& text, const QByteArray& type);
-    static void answerFile(QWebEngineUrlRequestJob* job, const SiteFolder& files,
-                           const std::filesystem::path& file);
+    void refuse(QWebEngineUrlRequestJob* job, QWebEngineUrlRequestJob::Error error);
+    void answerFile(QWebEngineUrlRequestJob* job, const SiteFolder& files, const std::filesystem::path& file);
 
     QHash<QString, Page> m_pages;
 };

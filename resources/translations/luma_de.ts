@@ -875,6 +875,14 @@
         <source>Find the text in all pages of the site, and replace it</source>
         <translation>Sucht den Text in allen Seiten der Website und ersetzt ihn</translation>
     </message>
+    <message>
+        <source>Pre&amp;view with Scripts</source>
+        <translation>&amp;Vorschau mit Skripten</translation>
+    </message>
+    <message>
+        <source>Show the page in a window where its scripts run, without network and without files outside the site</source>
+        <translation>Zeigt die Seite in einem Fenster, in dem ihre Skripte laufen, ohne Netz und ohne Dateien außerhalb der Website</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -4981,6 +4989,89 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>Saved as %1</source>
         <translation>Gesichert als %1</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ScriptPreview</name>
+    <message>
+        <source>Preview with scripts</source>
+        <translation>Vorschau mit Skripten</translation>
+    </message>
+    <message>
+        <source>Refused requests and messages of scripts</source>
+        <translation>Verweigerte Anfragen und Meldungen der Skripte</translation>
+    </message>
+    <message>
+        <source>Preview</source>
+        <translation>Vorschau</translation>
+    </message>
+    <message>
+        <source>Reload</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message>
+        <source>Show the page as it is in the editor now</source>
+        <translation>Zeigt die Seite, wie sie jetzt im Editor ist</translation>
+    </message>
+    <message>
+        <source>Stop Scripts</source>
+        <translation>Skripte anhalten</translation>
+    </message>
+    <message>
+        <source>End everything that runs in the preview</source>
+        <translation>Beendet alles, was in der Vorschau läuft</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Quit</source>
+        <translation>Beenden</translation>
+    </message>
+    <message>
+        <source>Refused</source>
+        <translation>Verweigert</translation>
+    </message>
+    <message>
+        <source>Dialog</source>
+        <translation>Dialog</translation>
+    </message>
+    <message>
+        <source>Error</source>
+        <translation>Fehler</translation>
+    </message>
+    <message>
+        <source>line %1: %2</source>
+        <translation>Zeile %1: %2</translation>
+    </message>
+    <message>
+        <source>The scripts were stopped. Reload starts the page anew.</source>
+        <translation>Die Skripte wurden angehalten. „Neu laden“ startet die Seite neu.</translation>
+    </message>
+    <message>
+        <source>The page has ended by itself. Reload starts it anew.</source>
+        <translation>Die Seite hat sich selbst beendet. „Neu laden“ startet sie neu.</translation>
+    </message>
+    <message>
+        <source>Scripts run here. Requests to the network and for files outside the site are refused.</source>
+        <translation>Hier laufen Skripte. Anfragen ins Netz und nach Dateien außerhalb der Website werden verweigert.</translation>
+    </message>
+    <message>
+        <source>A script does not end. Stop Scripts (Escape) ends it.</source>
+        <translation>Ein Skript endet nicht. „Skripte anhalten“ (Escape) beendet es.</translation>
+    </message>
+    <message>
+        <source>There is more, which is not listed.</source>
+        <translation>Es gibt mehr, das hier nicht steht.</translation>
+    </message>
+    <message>
+        <source>Preview with Scripts</source>
+        <translation>Vorschau mit Skripten</translation>
+    </message>
+    <message>
+        <source>%1 – Preview with Scripts</source>
+        <translation>%1 – Vorschau mit Skripten</translation>
     </message>
 </context>
 <context>

@@ -4,6 +4,7 @@
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
 #include "tests/support/screenshot.h"
+#include "web/scriptpreview.h"
 
 #include <QMenu>
 #include <QTest>
@@ -61,6 +62,30 @@ private slots:
         QTRY_VERIFY(distance() <= 1);
         trigger("freeWidthAction");
         QTRY_COMPARE(rendering().webView()->width(), the<QWidget>("contentView")->width());
+    }
+
+    void previewWithScripts_followsEditsAndSaves()
+    {
+        open("<title>one</title><p>text</p><script>document.title += ' ran'</script>");
+        QCOMPARE(answer("document.title"), "one");
+        trigger("scriptPreviewAction");
+        const auto preview = [] {
+            for (QWidget* const each : QApplication::topLevelWidgets()) {
+                if (auto* const found = qobject_cast<ScriptPreview*>(each))
+                    return found;
+            }
+            return static_cast<ScriptPreview*>(nullptr);
+        };
+        QTRY_VERIFY(preview());
+        QTRY_VERIFY2(preview()->windowTitle().startsWith("one ran"), qPrintable(preview()->windowTitle()));
+        setTitle("two");
+        QTest::keyClick(preview(), Qt::Key_F5);
+        QTRY_VERIFY2(preview()->windowTitle().startsWith("two ran"), qPrintable(preview()->windowTitle()));
+        setTitle("three");
+        trigger("saveAction");
+        QTRY_VERIFY2(preview()->windowTitle().startsWith("three ran"), qPrintable(preview()->windowTitle()));
+        close();
+        QVERIFY(!preview());
     }
 
     void wheelWithControl_zooms()

@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "tests/support/registry.h"
+#include "tests/support/rows.h"
+#include "tests/support/screenshot.h"
+#include "tests/support/site.h"
+#include "web/editorpage.h"
+#include "web/previewpage.h"
+#include "web/scriptcall.h"
+#include "web/scriptpreview.h"
+
+#include <QLabel>
+#include <QListWidget>
+#include <QPointer>
+#include <QTcpServer>
+#include <QTest>
+
+#include <filesystem>
+
+using namespace luma;
+namespace fs = std::filesystem;
+
+/// The preview with scripts: what a page can do there, and above all what it can't.
+class tst_scriptpreview final : public QObject
+{
+    Q_OBJECT
+
+private:
+    void open(const QByteArray& markup)
+    {
+        m_markup = markup;
+        m_preview = new ScriptPreview([this](const ScriptPreview::Take& take) {
+            take({m_markup, SiteFolder(m_site->at("site/page.html"), m_site->at("site"))});
+        });
+        m_preview->show();
+    }
+    [[nodiscard]] QString title() const { return m_preview->page().title(); }
+    [[nodiscard]] QString listed() const
+    {
+        QStringList lines;
+        const auto* const list = m_preview->findChild<QListWidget*>("previewMessages");
+        for (int i = 0; i < list->count(); ++i)
+            lines.append(list->item(i)->text());
+        return lines.join(u'\n');
+    }
+    [[nodiscard]] QString state() const { return m_preview->findChild<QLabel*>("previewState")->text(); }
+    [[nodiscard]] QByteArray serverAddress() const
+    {
+        return "127.0.0.1:" + QByteArray::number(m_server->serverPort());
+    }
+
+    std::unique_ptr<test::Site> m_site;
+    std::unique_ptr<QTcpServer> m_server;
+    int m_connections = 0;
+    QByteArray m_markup;
+    QPointer<ScriptPreview> m_preview;
+
+private slots:
+    void init()
+    {
+        m_site = std::make_unique<test::Site>();
+        m_site->put("secret.txt", "secret");
+        m_site->put("site/data.txt", "data");
+        m_site->put("site/main.js", "document.title = 'ran'");
+        fs::create_symlink(m_site->at("secret.txt"), m_site->at("site/link.txt"));
+        m_connections = 0;
+        m_server = std::make_unique<QTcpServer>();
+        connect(m_server.get(), &QTcpServer::newConnection, this, [this] { ++m_connections; });
+        QVERIFY(m_server->listen(QHostAddress::LocalHost));
+    }
+    void cleanup()
+    {
+        delete m_preview;
+        m_server.reset();
+    }
+
+    void scripts_runWithTheFilesOfTheSite_data()
+    {
+        const test::Rows<QByteArray, QString> row("script", "title");
+        row("linked", "</script><script src=main.js></script><script>", "ran");
+        row("fetched", "fetch('data.txt').then((r) => r.text()).then((t) => { document.title = t })", "data");
+        row("not there", "fetch('nothing.txt').then((r) => { document.title = r.status })", "404");
+        row("module", "</script><script type=module>import './main.js'</script><script>", "ran");
+        row("kept for the session", "localStorage.x = 'kept'; document.title = localStorage.x", "kept");
+    }
+    void scripts_runWithTheFilesOfTheSite()
+    {
+        QFETCH(QByteArray, script);
+        open("<title>before</title><body><script>" + script + "</script>");
+        QFETCH(QString, title);
+        QTRY_COMPARE(this->title(), title);
+        QVERIFY(m_preview->windowTitle().startsWith(title));
+    }
+
+    void hostilePages_getNothing_data()
+    {
+        const test::Rows<QByteArray, QString> row("script", "listed");
+        const auto get = [](const char* address) {
+            return "fetch('" + QByteArray(address) +
+                   "').then((r) => r.ok ? r.text() : 'no').then(tell, () => tell('no'))";
+        };
+        const auto request = [](const char* address) {
+            return "const x = new XMLHttpRequest(); x.onload = () => tell(x.responseText);"
+                   "x.onerror = () => tell('no'); x.open('GET', '" +
+                   QByteArray(address) + "'); x.send()";
+        };
+        row("file by fetch", get("file:///etc/passwd"), "file:///etc/passwd");
+        row("file by request", request("file:///etc/passwd"), "file:///etc/passwd");
+        row("file in a frame", "frame('file:///etc/passwd')", "file:///etc/passwd");
+        row("above the site", get("../secret.txt"), "secret.txt");
+        row("above the site, escaped", get("%2e%2e/secret.txt"), "secret.txt");
+        row("slash, escaped", get("..%2fsecret.txt"), "secret.txt");
+        row("through a link", get("link.txt"), "link.txt");
+        row("another page's host", request("luma://page1/:/etc/passwd"), "");
+        row("the network", get("http://HOST/x"), "http://HOST/x");
+        row("a picture",
+            "const i = new Image; i.onload = i.onerror = (e) => tell(e.type); i.src = 'http://HOST/i.png'",
+            "http://HOST/i.png");
+        row("a beacon", "navigator.sendBeacon('http://HOST/b', 'x'); tell('no')", "http://HOST/b");
+        row("a socket", "const w = new WebSocket('ws://HOST/'); w.onerror = () => tell('no')", "ws://HOST/");
+        row("going away", "location = 'http://HOST/away'; tell('no')", "http://HOST/away");
+        row("a form",
+            "document.body.innerHTML = '<form action=http://HOST/f></form>';"
+            "document.forms[0].submit(); tell('no')",
+            "http://HOST/f");
+        row("a window", "tell(String(window.open('http://HOST/w')))", "");
+        row("a worker",
+            "const w = new Worker(URL.createObjectURL(new Blob([\"const x = new XMLHttpRequest();"
+            "x.onerror = () => postMessage('no'); x.onload = () => postMessage(x.responseText);"
+            "x.open('GET', 'http://HOST/k'); x.send()\"]))); w.onmessage = (e) => tell(e.data)",
+            "http://HOST/k");
+        row("a service worker", "tell(navigator.serviceWorker ? 'yes' : 'no')", "");
+        row("hints",
+            "document.head.innerHTML += '<link rel=preconnect href=http://HOST/><link rel=prefetch href=http://HOST/p>"
+            "<link rel=dns-prefetch href=http://HOST/>'; setTimeout(() => tell('no'), 300)",
+            "");
+        row("the clipboard", "tell(navigator.clipboard ? 'yes' : String(document.execCommand('paste')))", "");
+        row("a call", "tell(typeof RTCPeerConnection)", "");
+        row("the place", "navigator.geolocation.getCurrentPosition(() => tell('yes'), () => tell('no'))", "");
+    }
+    void hostilePages_getNothing()
+    {
+        QFETCH(QByteArray, script);
+        QFETCH(QString, listed);
+        script.replace("HOST", serverAddress());
+        listed.replace("HOST", QString::fromLatin1(serverAddress()));
+        open("<title>before</title><body><script>"
+             "const tell = (text) => { document.title = 'told ' + text };"
+             "const frame = (address) => { const f = document.createElement('iframe'); f.src = address;"
+             "  document.body.append(f); setTimeout(() => { try { tell(f.contentDocument.body.textContent) }"
+             "  catch { tell('no') } }, 300) };" +
+             script + "</script>");
+        QTRY_VERIFY2(title().startsWith("told"), qPrintable(title() + u'\n' + this->listed()));
+        QVERIFY2(!title().contains("secret") && !title().contains("root:") && !title().contains("yes") &&
+                     !title().contains("function") && !title().contains("load"),
+                 qPrintable(title()));
+        QTRY_VERIFY2(this->listed().contains(listed), qPrintable(this->listed()));
+        QCOMPARE(m_connections, 0);
+        QVERIFY(m_preview->page().url().scheme() == "luma");
+    }
+
+    void dialogs_areListed()
+    {
+        open(
+            "<title>before</title><script>alert('one'); document.title = confirm('two') + prompt('three', 'x')</script>");
+        QTRY_COMPARE(title(), "truex");
+        QTRY_COMPARE(listed(), "Dialog: one\nDialog: two\nDialog: three");
+        m_markup = "<script>\nnothing()</script>";
+        m_preview->reload();
+        QTRY_COMPARE(listed(), "Error: line 2: Uncaught ReferenceError: nothing is not defined");
+        test::saveScreenshots(*m_preview, "script-preview");
+        m_markup = "<title>fine</title>";
+        m_preview->reload();
+        QTRY_VERIFY2(title() == "fine", qPrintable(title() + u' ' + listed() + u' ' + state()));
+        QCOMPARE(listed(), "");
+    }
+
+    // The editor's page, which is open at the same time, goes on.
+    void endlessLoop_isToldAndStopped()
+    {
+        const auto profile = EditorProfile::shared();
+        EditorPage editor(*profile);
+        editor.show("<p>one</p>", SiteFolder(m_site->at("site/page.html"), m_site->at("site")));
+        QTRY_VERIFY(editor.isComplete());
+        open("<title>loop</title><p>x</p><script>setTimeout(() => { for (;;); }, 200)</script>");
+        QTRY_VERIFY2(state().contains("does not end"), qPrintable(state()));
+        const qint64 process = m_preview->page().renderProcessPid();
+        QVERIFY(process != editor.renderProcessPid());
+        QCOMPARE(ScriptCall::wait(&editor, "document.body.textContent").toString(), "one");
+        m_preview->stop();
+        QTRY_VERIFY2(state().contains("were stopped"), qPrintable(state()));
+        QCOMPARE(ScriptCall::wait(&editor, "document.body.textContent").toString(), "one");
+        m_markup = "<title>again</title><script>document.title = 'again and'</script>";
+        m_preview->reload();
+        QTRY_COMPARE(title(), "again and");
+        QVERIFY(!state().contains("stopped"));
+        m_markup = "<title>loop</title><script>for (;;);</script>";
+        m_preview->reload();
+        m_preview->close();
+        QTRY_VERIFY(!m_preview);
+    }
+};
+
+LUMA_TEST(tst_scriptpreview)
+#include "tst_scriptpreview.moc"

@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QWebEnginePage>
+
+namespace luma {
+
+class PreviewProfile;
+class SiteFolder;
+
+/// A page with running scripts that stays in its site: every other navigation, window, permission, dialog and choice of files is
+/// refused. Main thread.
+class PreviewPage final : public QWebEnginePage
+{
+    Q_OBJECT
+
+public:
+    /// The profile outlives the page.
+    explicit PreviewPage(PreviewProfile& profile);
+
+    /// Shows `markup` (UTF-8) as the page at files.page().
+    void show(const QByteArray& markup, const SiteFolder& files);
+
+signals:
+    /// The page wanted to go to this address, or to open it.
+    void refused(const QUrl& url);
+    /// A dialog's text, which no dialog showed.
+    void said(const QString& text);
+    /// An error of a script or of the engine.
+    void complained(const QString& text, int line);
+
+protected:
+    bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
+    QWebEnginePage* createWindow(WebWindowType type) override;
+    QStringList chooseFiles(FileSelectionMode mode, const QStringList& oldFiles,
+                            const QStringList& acceptedMimeTypes) override;
+    void javaScriptAlert(const QUrl& origin, const QString& message) override;
+    bool javaScriptConfirm(const QUrl& origin, const QString& message) override;
+    bool javaScriptPrompt(const QUrl& origin, const QString& message, const QString& preset,
+                          QString* result) override;
+    void javaScriptConsoleMessage(JavaScriptConsoleMessageLevel level, const QString& message, int line,
+                                  const QString& source) override;
+
+private:
+    PreviewProfile& m_profile;
+    QString m_host;
+};
+
+} // namespace luma

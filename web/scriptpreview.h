@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include "page/sitefolder.h"
+
+#include <QMainWindow>
+#include <QTimer>
+
+#include <functional>
+#include <memory>
+
+class QLabel;
+class QListWidget;
+class QUrl;
+
+namespace luma {
+
+class PreviewPage;
+class PreviewProfile;
+
+/// A window that shows a page with its scripts running, shut in: a profile of its own, which keeps nothing, and no files but
+/// the site's, no network, downloads, windows, permissions or dialogs. What the page is refused, and what its
+/// scripts report, is listed at the foot. Its process is never shared with the editor's pages; a script that does not end can
+/// be stopped. Deletes itself when closed. Main thread.
+class ScriptPreview final : public QMainWindow
+{
+    Q_OBJECT
+
+public:
+    struct Source
+    {
+        QByteArray markup; ///< UTF-8
+        SiteFolder files;
+    };
+
+    using Take = std::function<void(const Source& page)>;
+    /// `source` calls `take` with the page as it is now, at once or later; asked at each reload.
+    explicit ScriptPreview(std::function<void(const Take& take)> source);
+    ~ScriptPreview() override;
+
+    void reload();
+    /// Ends the page's process, whatever it is doing.
+    void stop();
+
+    [[nodiscard]] PreviewPage& page() const { return *m_page; }
+
+private:
+    void showPage(const Source& page);
+    void createActions();
+    void createView();
+    void connectPage();
+    void list(const QString& kind, const QString& text);
+    void ping();
+    void updateTitle();
+
+    std::function<void(const Take& take)> m_source;
+    std::unique_ptr<PreviewProfile> m_profile;
+    PreviewPage* m_page = nullptr;
+    QLabel* m_state = nullptr;
+    QListWidget* m_messages = nullptr;
+    QTimer m_ping;
+    bool m_isAsked = false; // the page, whether it still answers
+    bool m_isStopped = false;
+};
+
+} // namespace luma
