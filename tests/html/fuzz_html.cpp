@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/element.h"
+#include "html/pagewriter.h"
 #include "html/parse.h"
 #include "html/prettyprinter.h"
 
@@ -25,6 +26,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     for (Element* element : (*document)->select("*"))
         (void)element->cssSelector();
+    // What is not edited keeps its bytes.
+    if (const auto page = parseWithSource(source)) {
+        const auto written = writePage(**page);
+        if (!written || written->text != source)
+            std::abort();
+    }
     if (Element* body = (*document)->body())
         (void)body->setHtml(source);
     return 0;
