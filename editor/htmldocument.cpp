@@ -142,7 +142,7 @@ void HTMLDocument::createTools()
 void HTMLDocument::createSaver()
 {
     m_saver = new PageSaver(this, m_store, *m_viewController, mountPath,
-                            [this](const fs::path& url) { return saveToURL(url); });
+                            [this](const fs::path& url, const auto& then) { writeToURL(url, then); });
     connect(m_saver, &PageSaver::openRequested, this, &HTMLDocument::openRequested);
     connect(m_saver, &PageSaver::newFromRequested, this, &HTMLDocument::newFromRequested);
     connect(m_saver, &PageSaver::saveRequested, this, [this] { saveEverything([this] { close(); }); });
@@ -296,7 +296,7 @@ void HTMLDocument::showPlace(unsigned line, unsigned column)
 void HTMLDocument::checkFile()
 {
     watchFile();
-    if (!m_store.changedOnDisk())
+    if (m_store.isSaving() || !m_store.changedOnDisk())
         return;
     m_viewController->whenCaughtUp(this, [this] {
         if (!m_store.changedOnDisk())
@@ -480,27 +480,42 @@ void HTMLDocument::openOutlineMenu(const QPoint& where)
 
 // Saving
 
-bool HTMLDocument::writeToURL(const fs::path& url)
+void HTMLDocument::writeToURL(const fs::path& url, const std::function<void()>& then)
 {
     if (m_store.tidiesWhenSaving() && !tidy())
-        return false;
-    const fs::path before = docURL();
-    const bool hadFile = m_store.hasFile();
-    if (const auto saved = m_store.save(url); !saved) {
-        tell(tr("The page could not be saved; your edits are kept. %1")
-                 .arg(QString::fromStdString(saved.error().text)));
-        return false;
-    }
+        return;
+    const std::optional<fs::path> before = m_store.hasFile() ? std::optional(docURL()) : std::nullopt;
+    m_store.startSaving(url, [this, before, then](const Result<void>& saved) {
+        if (!saved) {
+            tell(tr("The page could not be saved; your edits are kept. %1")
+                     .arg(QString::fromStdString(saved.error().text)));
+            return;
+        }
+        noteSaved(before);
+        if (then)
+            then();
+    });
+}
+
+void HTMLDocument::noteSaved(const std::optional<fs::path>& before)
+{
     m_ui->noticeBar->hide();
     m_tools->noteSaved();
     watchFile();
     updateWindow();
-    if (!hadFile || before != docURL()) {
-        emit locationChanged(docURL());
-        m_viewController->show(ViewController::Position::Keep);
-        buildCSSMenu();
-    }
-    return true;
+    if (before == docURL())
+        return;
+    emit locationChanged(docURL());
+    m_viewController->show(ViewController::Position::Keep);
+    buildCSSMenu();
+}
+
+bool HTMLDocument::saveToURL(const fs::path& url)
+{
+    bool isSaved = false;
+    writeToURL(url, [&isSaved] { isSaved = true; });
+    m_store.finishSaving();
+    return isSaved;
 }
 
 // Closing
@@ -518,6 +533,7 @@ void HTMLDocument::closeEvent(QCloseEvent* event)
         m_viewController->catchUp();
         if (!self)
             return;
+        m_store.finishSaving();
         if (isEdited()) {
             m_saver->askToSave();
             return;

@@ -91,11 +91,12 @@ public:
     [[nodiscard]] QString getHTML(const QString& source);
     /// Repeats an edit of the tree in the rendering, and shows the selected element there.
     void refreshAfterEdit();
-    /// Writes the page to `url`, which becomes its file. If that fails, the window shows the reason, the page
-    /// stays modified and the file unchanged.
-    bool writeToURL(const std::filesystem::path& url);
-    /// As saveToURL(), and adjusts the relative links if the folder changes.
-    bool saveToURL(const std::filesystem::path& url) { return writeToURL(url); }
+    /// Writes the page to `url`, which becomes its file, adjusts the relative links if the folder changes, and calls `then`.
+    /// If that fails, the window shows the reason, the page stays modified and the file unchanged. The window goes on
+    /// meanwhile.
+    void writeToURL(const std::filesystem::path& url, const std::function<void()>& then);
+    /// The same at once; whether it was written.
+    bool saveToURL(const std::filesystem::path& url);
 
     /// Reads the file and does nothing else: printing is not supported.
     void printDocument() const;
@@ -173,6 +174,7 @@ private:
     /// Repeats an edit of the tree in the rendering.
     void refresh(RenderingReader::Place place);
     bool tidy();
+    void noteSaved(const std::optional<std::filesystem::path>& before);
 
     enum class Offer { Nothing, Reload };
     /// Shows the text in the bar at the top until it is dismissed or the page is read or saved.

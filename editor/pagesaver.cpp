@@ -60,12 +60,6 @@ void PageSaver::whenCaughtUp(const Then& then)
         m_rendering.whenCaughtUp(this, [next] { next({}); });
 }
 
-void PageSaver::write(const fs::path& path, const Then& then)
-{
-    if (m_write(path) && then)
-        then();
-}
-
 void PageSaver::save(const Then& then)
 {
     whenCaughtUp([this, then] {
@@ -83,7 +77,7 @@ void PageSaver::replace(const Then& then)
     const PageStore::Loss loss = m_store.lossOfSaving();
     const Then next = [this, then, loss] {
         if (loss.elements.empty())
-            write(m_store.docURL(), then);
+            m_write(m_store.docURL(), then);
         else
             askToLeaveOut(loss.elements, then);
     };
@@ -117,7 +111,7 @@ void PageSaver::saveUnder(const fs::path& path, const Then& then)
     if (m_store.hasFile() && path == m_store.docURL())
         replace(then);
     else
-        write(path, then);
+        m_write(path, then);
 }
 
 void PageSaver::openPanel()
@@ -167,7 +161,7 @@ void PageSaver::askToLeaveOut(const std::vector<std::string>& elements, const Th
                           "To keep this file unchanged, use Save As.")
                            .arg(tags.join(QStringLiteral(", "))),
                        tr("Leave Out")},
-                      [this, then] { write(m_store.docURL(), then); });
+                      [this, then] { m_write(m_store.docURL(), then); });
 }
 
 void PageSaver::askToSave()

@@ -24,15 +24,15 @@ class PageSaver final : public QObject
     Q_OBJECT
 
 public:
-    /// Writes the page to a location and returns whether that worked.
-    using Writer = std::function<bool(const std::filesystem::path&)>;
+    using Then = std::function<void()>;
+    /// Writes the page to a location and calls the function if that worked.
+    using Writer = std::function<void(const std::filesystem::path&, const Then&)>;
 
     /// The window becomes the saver's parent. For a page without a file, the file dialog opens in
     /// `siteFolder`, as it is set at that time.
     PageSaver(QWidget* window, PageStore& store, ViewController& rendering,
               const std::filesystem::path& siteFolder, Writer write);
 
-    using Then = std::function<void()>;
     /// Saves, asking the user first where needed; calls `then` only if the page was written.
     void save(const Then& then);
     void saveAs(const Then& then);
@@ -62,7 +62,6 @@ private:
     /// Replaces the page's own file, after the user has confirmed what would be lost.
     void replace(const Then& then);
     void saveUnder(const std::filesystem::path& path, const Then& then);
-    void write(const std::filesystem::path& path, const Then& then);
     /// Calls `then` once the document has every change made in the rendering, if there is a page.
     void whenCaughtUp(const Then& then);
     void chooseName(const Then& then);

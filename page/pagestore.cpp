@@ -12,6 +12,7 @@
 #include "page/lostelements.h"
 #include "page/pagecommands.h"
 #include "page/pagetree.h"
+#include "page/pagewriting.h"
 #include "page/sitefolder.h"
 #include "page/subtreechange.h"
 
@@ -21,6 +22,7 @@
 #include <QUndoStack>
 
 #include <algorithm>
+#include <future>
 #include <set>
 #include <string_view>
 #include <system_error>
@@ -31,6 +33,8 @@ namespace luma {
 namespace fs = std::filesystem;
 
 namespace {
+
+constexpr std::size_t smallPage = std::size_t{64} << 10U; // bytes that are written in no time
 
 using AttributeChanges = std::vector<std::pair<html::Element*, std::vector<html::Attribute>>>;
 
@@ -127,8 +131,26 @@ MarkupDifference linkDifference(html::Document& mine, html::Document& theirs)
 
 } // namespace
 
+/// A save that is under way.
+struct PageStore::Saving
+{
+    explicit Saving(PageWriting&& page) : writing(std::move(page)) {}
+
+    PageWriting writing;
+    fs::path target;
+    bool isRebased = false;
+    std::uint64_t version = 0; // of the tree
+    Saved done;
+    std::future<void> written;
+};
+
+PageStore::PageStore(PageTree& tree, QUndoStack& stack) : m_tree(tree), m_stack(stack) {}
+
+PageStore::~PageStore() = default;
+
 void PageStore::setLocation(const fs::path& path, Origin origin)
 {
+    finishSaving();
     std::error_code error;
     const fs::path absolute = fs::absolute(path, error);
     m_docURL = (error ? path : absolute).lexically_normal();
@@ -160,6 +182,7 @@ fs::path PageStore::folderOfLinks() const
 
 Result<void> PageStore::load(const QString& name)
 {
+    finishSaving();
     const auto bytes = m_file.read();
     if (!bytes)
         return bytes.error();
@@ -175,6 +198,7 @@ Result<void> PageStore::load(const QString& name)
     m_isXhtml = language.kind == html::PageLanguage::Kind::Xhtml;
     m_isWellFormed = m_isXhtml && html::isWellFormedXml(*bytes);
     m_lostElements = lostElements(*bytes);
+    m_size = bytes->size();
     if (html::Document* document = m_tree.document()) {
         const html::NodePtr read = (*parsed)->copy();
         document->setByteOrderMark((*parsed)->hasByteOrderMark());
@@ -192,12 +216,14 @@ Result<void> PageStore::load(const QString& name)
 
 void PageStore::followFile(const fs::path& path)
 {
+    finishSaving();
     m_docURL = path.lexically_normal();
     m_file.setPath(m_docURL);
 }
 
 Result<void> PageStore::updateLinks(const LinksUpdate& update)
 {
+    finishSaving();
     if (!m_hasFile)
         return {};
     const fs::path oldPlace = std::exchange(m_linkBase, m_docURL);
@@ -276,6 +302,7 @@ Result<void> PageStore::recover(std::string_view markup)
 
 Result<void> PageStore::replaceMarkup(const std::string& text, const QString& name)
 {
+    finishSaving();
     html::Document& document = *m_tree.document();
     auto page = m_codec.typed(text, document);
     if (!page)
@@ -299,6 +326,7 @@ void PageStore::setShownInLines(const std::vector<std::vector<int>>& paths)
 
 Result<void> PageStore::tidy()
 {
+    finishSaving();
     if (!m_tree.document() ||
         html::patchedPage(*m_tree.document()) == html::prettyPrint(*m_tree.document(), m_inLines))
         return {};
@@ -312,6 +340,7 @@ Result<void> PageStore::tidy()
 
 PageStore::Loss PageStore::lossOfSaving()
 {
+    finishSaving();
     Loss loss;
     if (!m_tree.document() || (!m_isWellFormed && m_lostElements.empty()))
         return loss;
@@ -332,36 +361,93 @@ PageStore::Loss PageStore::lossOfSaving()
     return loss;
 }
 
-Result<void> PageStore::save(const fs::path& path)
+void PageStore::startSaving(const fs::path& path, Saved done)
 {
-    if (!m_tree.document())
-        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "there is no page to save"))};
-    AttributeChanges changes;
+    finishSaving();
+    if (!m_tree.document()) {
+        done(Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "there is no page to save"))});
+        return;
+    }
     const fs::path target = path.lexically_normal();
+    AttributeChanges changes;
     // Where the page's file has just moved, the move is still to change its links.
-    if (target != m_docURL && target.parent_path() != m_linkBase.parent_path())
+    const bool isRebased = target != m_docURL && target.parent_path() != m_linkBase.parent_path();
+    if (isRebased)
         changes = rebased(*m_tree.document(), m_linkBase.parent_path(), target.parent_path());
     swapAll(changes);
-    const auto page = m_codec.write(*m_tree.document(), m_language);
+    m_saving = std::make_unique<Saving>(
+        PageWriting(*m_tree.document(), m_codec, m_language, target == m_docURL ? m_file : PageFile(target)));
     swapAll(changes);
-    if (!page)
-        return Error{target.string() + ": " + page.error().text};
-    PageFile file = target == m_docURL ? m_file : PageFile(target);
-    if (const auto written = file.write(page->bytes); !written)
-        return written.error();
-    PageCommands(m_tree, m_stack).setAttributes(std::move(changes), QObject::tr("Rebase Links"));
-    if (page->parsed)
-        html::PageSource::transfer(*page->parsed, *m_tree.document());
-    packSource(m_tree);
-    if (target != m_docURL)
-        m_linkBase = target;
-    m_docURL = target;
-    m_file = std::move(file);
+    m_saving->target = target;
+    m_saving->isRebased = isRebased;
+    m_saving->version = m_tree.version();
+    m_saving->done = std::move(done);
+    // A thread of its own: the pool's may all wait for servers.
+    m_saving->written = std::async(std::launch::async, [this, saving = m_saving.get()] {
+        saving->writing.write();
+        const auto finish = [this, saving] {
+            if (m_saving.get() == saving)
+                finishSaving();
+        };
+        QMetaObject::invokeMethod(&m_receiver, finish, Qt::QueuedConnection);
+    });
+    if (m_size < smallPage)
+        finishSaving();
+}
+
+void PageStore::finishSaving()
+{
+    if (!m_saving)
+        return;
+    std::shared_ptr<Saving> saving = std::move(m_saving);
+    saving->written.wait();
+    const Result<void> result = takeSaved(*saving);
+    const Saved done = std::move(saving->done);
+    // Two trees of a large page take their time to go.
+    QMetaObject::invokeMethod(
+        &m_receiver, [saving] {}, Qt::QueuedConnection);
+    saving.reset();
+    if (done)
+        done(result);
+}
+
+Result<void> PageStore::save(const fs::path& path)
+{
+    Result<void> saved;
+    startSaving(path, [&saved](const Result<void>& result) { saved = result; });
+    finishSaving();
+    return saved;
+}
+
+Result<void> PageStore::takeSaved(Saving& saving)
+{
+    PageWriting& writing = saving.writing;
+    if (!writing.result())
+        return writing.result();
+    const bool isSame = m_tree.version() == saving.version;
+    if (saving.isRebased)
+        PageCommands(m_tree, m_stack)
+            .setAttributes(rebased(*m_tree.document(), m_linkBase.parent_path(), saving.target.parent_path()),
+                           QObject::tr("Rebase Links"));
+    if (isSame) {
+        if (writing.parsed())
+            html::PageSource::transfer(*writing.parsed(), *m_tree.document());
+        m_codec = std::move(writing.codec());
+        packSource(m_tree);
+    }
+    if (saving.target != m_docURL)
+        m_linkBase = saving.target;
+    m_docURL = saving.target;
+    m_file = writing.file();
+    m_size = writing.size();
     m_hasFile = true;
-    m_isWellFormed = m_isWellFormed && html::isWellFormedXml(page->bytes);
+    m_isWellFormed = m_isWellFormed && writing.isWellFormed();
     m_isXhtml = m_isXhtml && m_isWellFormed;
-    m_lostElements = lostElements(page->bytes);
-    m_stack.setClean();
+    m_lostElements = writing.lostElements();
+    if (isSame)
+        m_stack.setClean();
+    else
+        m_stack.resetClean();
     return {};
 }
 

@@ -6,10 +6,13 @@
 #include "links/linksupdate.h"
 #include "page/pagefile.h"
 
+#include <QObject>
 #include <QString>
 
+#include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -26,7 +29,9 @@ class PageTree;
 class PageStore final
 {
 public:
-    PageStore(PageTree& tree, QUndoStack& stack) : m_tree(tree), m_stack(stack) {}
+    PageStore(PageTree& tree, QUndoStack& stack);
+    /// Waits for a save.
+    ~PageStore();
 
     /// Where the page was read from: its own file, or the template of a page that has none yet.
     [[nodiscard]] const std::filesystem::path& docURL() const { return m_docURL; }
@@ -67,8 +72,16 @@ public:
     /// Replaces the page by what markup() gave in an earlier run, as setMarkup() does, but with its own line ends.
     Result<void> recover(std::string_view markup);
 
-    /// Writes the page to `path`, which becomes its file, in its encoding as html::PageCodec does. In another folder its links are rebased,
-    /// in the tree too, so that they lead to the same files. On an error neither the tree nor a file has changed.
+    /// Writes the page to `path`, which becomes its file, in its encoding as html::PageCodec does. In another folder its links
+    /// are rebased, in the tree too, so that they lead to the same files. On an error neither the tree nor a file has changed.
+    /// Done on another thread, a small page at once; `done` is called on the main thread, not any more after the store has gone. The tree may be
+    /// edited meanwhile: such edits are not in the file, and the stack is not clean then.
+    using Saved = std::function<void(const Result<void>& result)>;
+    void startSaving(const std::filesystem::path& path, Saved done);
+    [[nodiscard]] bool isSaving() const { return m_saving != nullptr; }
+    /// Waits for a save that is under way and ends it, as all functions do that need its result.
+    void finishSaving();
+    /// The same at once.
     Result<void> save(const std::filesystem::path& path);
 
     /// Prints the page's source anew (html::prettyPrint), as a step on the undo stack; none when it is printed so already.
@@ -97,6 +110,9 @@ public:
     [[nodiscard]] bool changedOnDisk() const { return m_hasFile && m_file.changedOnDisk(); }
 
 private:
+    struct Saving;
+
+    Result<void> takeSaved(Saving& saving);
     Result<void> replaceMarkup(const std::string& text, const QString& name);
     Result<void> changeLinks(const LinksUpdate::Updated& updated, const std::filesystem::path& oldPlace);
 
@@ -113,6 +129,9 @@ private:
     bool m_isXhtml = false;
     bool m_isWellFormed = false; // the XHTML
     std::vector<std::string> m_lostElements;
+    std::size_t m_size = 0; // of the file, in bytes
+    QObject m_receiver;     // of what a save tells
+    std::unique_ptr<Saving> m_saving;
 };
 
 } // namespace luma

@@ -10,6 +10,7 @@ PageTree::~PageTree() = default;
 void PageTree::setDocument(std::unique_ptr<html::Document> document)
 {
     emit aboutToReset();
+    ++m_version;
     m_document = std::move(document);
     emit reset();
 }
@@ -40,6 +41,7 @@ html::NodePtr PageTree::take(html::Node& node)
 void PageTree::swapAttributes(html::Element& element, std::vector<html::Attribute>& attributes)
 {
     element.swapAttributes(attributes);
+    ++m_version;
     emit elementChanged(&element);
     emit attributesSwapped(&element);
 }
@@ -83,6 +85,7 @@ void PageTree::insertAll(html::ParentNode& parent, html::Node* next, html::NodeL
 
 void PageTree::tellChanged(html::ParentNode& parent)
 {
+    ++m_version;
     if (html::Element* element = parent.asElement())
         emit elementChanged(element);
 }

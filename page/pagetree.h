@@ -6,6 +6,7 @@
 
 #include <QObject>
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -25,6 +26,9 @@ public:
     /// The page; null until the first one is set.
     [[nodiscard]] html::Document* document() const { return m_document.get(); }
     void setDocument(std::unique_ptr<html::Document> document);
+
+    /// Another number after each change.
+    [[nodiscard]] std::uint64_t version() const { return m_version; }
 
     html::Node& insert(html::NodePtr node, const html::Position& position);
     [[nodiscard]] html::NodePtr take(html::Node& node);
@@ -56,6 +60,7 @@ private:
     void tellChanged(html::ParentNode& parent);
 
     std::unique_ptr<html::Document> m_document;
+    std::uint64_t m_version = 0;
 };
 
 } // namespace luma

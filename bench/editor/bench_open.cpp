@@ -242,10 +242,47 @@ bool measureMemory(const fs::path& folder, const std::string& page, int count)
     return true;
 }
 
+/// Opens the files at once and prints what all processes hold together.
+bool measureTogether(const char* name, const std::vector<fs::path>& files)
+{
+    std::vector<QPointer<HTMLDocument>> windows;
+    for (const fs::path& file : files) {
+        windows.emplace_back(openWindow(file));
+        if (!waitUntil([&] { return isShown(*windows.back()); }))
+            return false;
+    }
+    (void)waitUntil(
+        [clock = Stopwatch()] { return clock.milliseconds() > 5000; }); // what follows the opening
+    const Memory all;
+    std::printf("%zu open pages, %s: %.0f MB in all, %.0f here and %.0f in %zu processes of the engine\n",
+                files.size(), name, all.own + all.engine, all.own, all.engine, all.processes);
+    for (const auto& window : windows)
+        delete window;
+    return true;
+}
+
+/// Five pages of the folder, and five of 1 MB.
+bool measureFive(const fs::path& site, const fs::path& folder)
+{
+    std::vector<fs::path> pages;
+    for (const auto& entry : fs::recursive_directory_iterator(site)) {
+        if (entry.path().extension() == ".html" && pages.size() < 5)
+            pages.push_back(entry.path());
+    }
+    std::vector<fs::path> large;
+    for (int i = 0; i < 5; ++i) {
+        large.push_back(folder / ("large" + std::to_string(i) + ".html"));
+        if (!writeFile(large.back(), samplePage(5000)))
+            return false;
+    }
+    return measureTogether(site.c_str(), pages) && measureTogether("1 MB each", large);
+}
+
 } // namespace
 
 /// Opening a page of 1 MB and 20,000 elements, part by part, and one edit, as multiples of the bare parser's
-/// time for it in the same rounds. Then the memory used by 20 open pages, small and large.
+/// time for it in the same rounds. Then the memory used by 20 open pages, small and large. With a site's folder as the
+/// argument only the memory that five of its pages take together, and five of 1 MB.
 int main(int argc, char** argv)
 {
     if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
@@ -254,6 +291,8 @@ int main(int argc, char** argv)
     const QApplication application(argc, argv);
     const QTemporaryDir temporary;
     const fs::path folder = temporary.path().toStdString();
+    if (argc > 1)
+        return measureFive(argv[1], folder) ? 0 : 1;
     const std::string page = samplePage(5000);
     if (!writeFile(folder / "page.html", page))
         return 1;

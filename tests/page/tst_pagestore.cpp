@@ -437,6 +437,35 @@ private slots:
         QVERIFY(readFile(at("site/page.html"))->find("href=css/a.css") != std::string::npos);
     }
 
+    void editsWhileAPageIsWritten_areNotInIt()
+    {
+        std::string lines;
+        for (int i = 0; i < 20'000; ++i)
+            lines += "<P id=p" + std::to_string(i) + ">x &amp; y\n";
+        put("page.html", "<title>A</title>" + lines);
+        QVERIFY(open("page.html"));
+        setTitle("B");
+        int saved = 0;
+        const auto count = [&saved](const Result<void>& result) { saved += result ? 1 : 100; };
+        store->startSaving(at("page.html"), count);
+        QVERIFY(store->isSaving());
+        setTitle("C");
+        QTRY_COMPARE(saved, 1);
+        QCOMPARE(*readFile(at("page.html")), "<title>B</title>" + lines);
+        QVERIFY(!stack->isClean() && !store->changedOnDisk());
+        stack->undo();
+        QVERIFY(!stack->isClean());
+        store->startSaving(at("page.html"), count);
+        store->startSaving(at("page.html"), count); // waits for the first
+        QTRY_COMPARE(saved, 3);
+        QVERIFY(stack->isClean());
+        setTitle("D");
+        store->startSaving(at("page.html"), count);
+        store.reset();
+        QCOMPARE(*readFile(at("page.html")), "<title>D</title>" + lines);
+        QCOMPARE(saved, 3);
+    }
+
     void failedSave_leavesEverything()
     {
         put("page.html", "<title>A</title><a href=x.html>x</a>");
