@@ -126,6 +126,13 @@ void BrowserController::connectBrowser()
             });
 }
 
+void BrowserController::renameInBackground(const std::filesystem::path& oldPath,
+                                           const std::filesystem::path& newPath)
+{
+    m_fileJobs->renameNewFolder(oldPath, newPath,
+                                [this, oldPath, newPath] { m_links->rename(oldPath, newPath); });
+}
+
 void BrowserController::connectMenu()
 {
     connect(contextualMenu, &PaneMenu::openRequested, this, &BrowserController::openItem);
@@ -240,6 +247,10 @@ void BrowserController::finishConnection(const MountResult& result, const Connec
     if (result.folder) {
         m_isOnServer = result.isOnServer;
         browser().model().setBackgroundLister(m_isOnServer ? &listFolder : FileSystemModel::Lister());
+        browser().model().setBackgroundRenamer(
+            m_isOnServer
+                ? [this](const auto& oldPath, const auto& newPath) { renameInBackground(oldPath, newPath); }
+                : FileSystemModel::Renamer());
         setRootNode(result.root);
         showBusy();
         connectionSucceeded(request);

@@ -156,6 +156,7 @@ private:
     void nameNewFolder(const std::filesystem::path& folder);
     void goOnAfterDeletion(const std::filesystem::path& next);
     void showBusy();
+    void renameInBackground(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
     [[nodiscard]] Paths selectedPaths() const;
     [[nodiscard]] ItemCommands::Selection selection() const;
     [[nodiscard]] std::filesystem::path pathOf(const QModelIndex& item) const;

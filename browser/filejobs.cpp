@@ -94,6 +94,31 @@ bool FileJobs::isNewFolder(const std::filesystem::path& folder) const
     return m_newFolder && *m_newFolder == folder && std::filesystem::is_empty(folder, error) && !error;
 }
 
+void FileJobs::renameNewFolder(const std::filesystem::path& folder, const std::filesystem::path& newPath,
+                               const std::function<void()>& otherwise)
+{
+    if (!m_newFolder || *m_newFolder != folder) {
+        otherwise();
+        return;
+    }
+    const auto isOther = std::make_shared<bool>();
+    run(
+        [folder, newPath, isOther] {
+            std::error_code error;
+            *isOther = !std::filesystem::is_empty(folder, error) || error;
+            const auto renamed = *isOther ? Result<void>() : renameToFreePlace(folder, newPath);
+            return Outcome{.problem = renamed ? std::string() : renamed.error().text};
+        },
+        [this, folder, newPath, isOther, otherwise] {
+            if (*isOther) {
+                otherwise();
+                return;
+            }
+            noteRename(folder, newPath);
+            emit changed({newPath});
+        });
+}
+
 void FileJobs::duplicate(const std::filesystem::path& item)
 {
     const QPointer<FileJobs> guard(this);

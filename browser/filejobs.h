@@ -39,6 +39,10 @@ public:
     void noteRename(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
     /// Whether `folder` is the folder made last and nothing is in it yet.
     [[nodiscard]] bool isNewFolder(const std::filesystem::path& folder) const;
+    /// Renames the folder made last in the background, if it is `folder` and nothing is in it yet; any other item is left to
+    /// `otherwise`.
+    void renameNewFolder(const std::filesystem::path& folder, const std::filesystem::path& newPath,
+                         const std::function<void()>& otherwise);
     /// Copies an item beside itself and has the copy selected, or the item that already has its name.
     void duplicate(const std::filesystem::path& item);
     /// Asks with their names, then moves the items to the trash. Asks again before it deletes for good what can't

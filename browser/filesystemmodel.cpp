@@ -442,6 +442,10 @@ bool FileSystemModel::setData(const QModelIndex& index, const QVariant& value, i
         return false;
     const std::filesystem::path oldPath = item->url();
     const auto newPath = item->pathNamed(value.toString());
+    if (newPath && m_renamer) {
+        m_renamer(oldPath, *newPath);
+        return true;
+    }
     Result<void> done;
     if (!newPath)
         done = newPath.error();

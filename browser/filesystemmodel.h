@@ -61,6 +61,12 @@ public:
                                                          const std::filesystem::path& newPath)>;
     void setRenamePreparation(RenamePreparation prepare) { m_prepareRename = std::move(prepare); }
 
+    /// With `rename`, the model leaves renaming to it, so that a slow server holds nothing up: the row keeps its name until
+    /// its folder is listed again. Without, it renames at once.
+    using Renamer =
+        std::function<void(const std::filesystem::path& oldPath, const std::filesystem::path& newPath)>;
+    void setBackgroundRenamer(Renamer rename) { m_renamer = std::move(rename); }
+
     /// Whether hidden items are listed. Counts from the next listing on.
     void setShowsHidden(bool shows) { m_showsHidden = shows; }
 
@@ -102,6 +108,7 @@ private:
     FileSystemNodePointer m_rootNode;
     std::set<std::string> m_openedPackages; // by path
     RenamePreparation m_prepareRename;
+    Renamer m_renamer;
     bool m_showsHidden = false;
     Lister m_lister;
     bool m_isSlow = false; // the last listing took longer than a moment

@@ -104,6 +104,20 @@ void MoveJobs::updateAfterRename(const fs::path& site, const fs::path& oldPath, 
                   choices.askAbove, std::exchange(m_renaming, nullptr));
 }
 
+void MoveJobs::rename(const fs::path& site, const fs::path& oldPath, const fs::path& newPath,
+                      const ReportChoices& choices)
+{
+    if (choices.linkRules == LinkRules::Letter)
+        beginUpdate(
+            site,
+            [oldPath, newPath](LinkUpdatingMove& move) {
+                return move.rename(oldPath, newPath.filename().native());
+            },
+            MoveOperation::Move);
+    else
+        beginMove({site, {}, MoveOperation::Move, {{oldPath, newPath}}, choices.webRules}, choices.askAbove);
+}
+
 void MoveJobs::replaceLinks(const fs::path& site, const fs::path& target, const fs::path& file,
                             const ReportChoices& choices)
 {

@@ -54,6 +54,9 @@ public:
     /// The item is renamed: updates the links to it.
     void updateAfterRename(const std::filesystem::path& site, const std::filesystem::path& oldPath,
                            const std::filesystem::path& newPath, const ReportChoices& choices);
+    /// Renames an item in the background, and updates the links to it.
+    void rename(const std::filesystem::path& site, const std::filesystem::path& oldPath,
+                const std::filesystem::path& newPath, const ReportChoices& choices);
     /// Shows a plan by which all links of `site` follow items that another program has moved.
     void followItems(const std::filesystem::path& site, const std::vector<MovedItem>& items,
                      const ReportChoices& choices);

@@ -156,6 +156,11 @@ void PaneLinks::updateAfterRename(const std::filesystem::path& oldPath, const st
     m_moveJobs->updateAfterRename(m_site, oldPath, newPath, m_host.reportChoices());
 }
 
+void PaneLinks::rename(const std::filesystem::path& oldPath, const std::filesystem::path& newPath)
+{
+    m_moveJobs->rename(m_site, oldPath, newPath, m_host.reportChoices());
+}
+
 void PaneLinks::acceptDrop(const Drop& drop)
 {
     if (m_siteLinks)

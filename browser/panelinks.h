@@ -50,6 +50,8 @@ public:
     Result<void> prepareRename(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
     void dropRename();
     void updateAfterRename(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
+    /// Renames an item in the background and updates the links to it.
+    void rename(const std::filesystem::path& oldPath, const std::filesystem::path& newPath);
     /// Moves or copies the items and updates the links.
     void acceptDrop(const Drop& drop);
     /// Takes the last move, rename or copy in the site back, files and links.

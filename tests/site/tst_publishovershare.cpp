@@ -242,11 +242,18 @@ private slots:
     {
         if (!m_site->destination().rootNode())
             QVERIFY(connectPane("connection before the share hangs"));
+        BrowserController& pane = m_site->destination();
+        pane.newFolder();
+        QTRY_VERIFY(SiteWindow::item(pane, 0, "untitled folder").isValid());
         const pid_t daemon = fuseDaemon();
         QVERIFY(daemon > 0);
         QCOMPARE(::kill(daemon, SIGSTOP), 0);
         const auto goOn = qScopeGuard([daemon] { ::kill(daemon, SIGCONT); });
-        BrowserController& pane = m_site->destination();
+        const auto rename = [&pane](const char* name, const char* newName) {
+            return pane.browser().model().setData(SiteWindow::item(pane, 0, name), newName, Qt::EditRole);
+        };
+        QVERIFY(rename("untitled folder", "new folder"));
+        QVERIFY(rename("My Page.html", "renamed.html"));
         pane.browser().setPath({"index.html"});
         pane.itemCommands().showProperties();
         pane.itemCommands().copyRelativeLink();
@@ -272,8 +279,16 @@ private slots:
         QCOMPARE(::kill(daemon, SIGCONT), 0);
         QTRY_VERIFY(ofDestination("propertySize"));
         delete ofDestination("itemProperties");
-        QTRY_VERIFY(m_site->shownNames().contains("untitled folder"));
-        QVERIFY(fs::remove(site() / "untitled folder"));
+        // Perhaps it was made before the first one had its new name.
+        QTRY_COMPARE(m_site->shownNames().filter("untitled folder").size(), 1);
+        QVERIFY(
+            fs::remove(site() / m_site->shownNames().filter("untitled folder").constFirst().toStdString()));
+        QTRY_VERIFY(fs::exists(site() / "renamed.html"));
+        QTRY_VERIFY(SiteWindow::item(pane, 0, "renamed.html").isValid());
+        QTRY_VERIFY(SiteWindow::item(pane, 0, "new folder").isValid());
+        QVERIFY(fs::remove(site() / "new folder"));
+        QVERIFY(rename("renamed.html", "My Page.html"));
+        QTRY_VERIFY(fs::exists(site() / "My Page.html"));
         QVERIFY(m_site->compare());
         m_site->click("cancelButton");
     }
