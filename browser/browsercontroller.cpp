@@ -510,6 +510,11 @@ void BrowserController::findText(const QString& text)
     m_links->findText(text);
 }
 
+void BrowserController::showNames()
+{
+    m_links->showNames();
+}
+
 void BrowserController::undoMove()
 {
     m_links->undoMove();

@@ -92,6 +92,8 @@ public:
     void startFindMissingLinks();
     /// Opens the window that finds text in the site, with `text` to look for unless it is empty.
     void findText(const QString& text = {});
+    /// Opens the window with the classes and ids of the site.
+    void showNames();
     void stopFindMissingLinks();
     /// Lists the files without any link to them in a panel that can delete them.
     void startFindUnlinkedItems();

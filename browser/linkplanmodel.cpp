@@ -126,9 +126,9 @@ QVariant LinkPlanModel::headerData(int section, Qt::Orientation orientation, int
     case Line:
         return tr("Line");
     case OldLink:
-        return tr("Link");
+        return m_plan->text ? tr("Text") : tr("Link");
     default:
-        return tr("New link");
+        return m_plan->text ? tr("New text") : tr("New link");
     }
 }
 

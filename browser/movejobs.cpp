@@ -8,6 +8,7 @@
 #include "browser/planpreview.h"
 #include "links/sitelinks.h"
 #include "links/sitemoves.h"
+#include "links/sitenames.h"
 #include "links/sitesearch.h"
 
 #include <QApplication>
@@ -143,6 +144,17 @@ void MoveJobs::replaceText(const fs::path& site, const SiteQuery& query, const Q
             return planReplacement(site, query, replacement, places, stillWanted);
         },
         MoveRun::Shown::Not);
+}
+
+void MoveJobs::renameName(const fs::path& site, bool isId, const std::string& name,
+                          const std::string& newName, const ReportChoices& choices)
+{
+    beginTextChange(
+        site, isId ? tr("Renaming an id...") : tr("Renaming a class..."),
+        [site, isId, name, newName, rules = choices.webRules](const StillWanted& stillWanted) {
+            return planNameChange(site, isId, name, newName, rules, stillWanted);
+        },
+        MoveRun::Shown::First);
 }
 
 void MoveJobs::beginTextChange(const fs::path& site, const QString& status, const MoveRun::TextPlan& makePlan,

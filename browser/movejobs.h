@@ -73,6 +73,10 @@ public:
     void replaceText(const std::filesystem::path& site, const SiteQuery& query, const QString& replacement,
                      const std::vector<WantedPlaces>& places);
 
+    /// Shows a plan by which a class or id has another name in all pages and style sheets of `site`.
+    void renameName(const std::filesystem::path& site, bool isId, const std::string& name,
+                    const std::string& newName, const ReportChoices& choices);
+
     using Answered = std::function<void(bool isAccepted)>;
     /// Called by a job that has made a plan. With `askAbove`, the user can choose not to be asked. `answered` is dropped if the
     /// window closes first.

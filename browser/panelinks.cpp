@@ -10,6 +10,7 @@
 #include "browser/outsidemoves.h"
 #include "browser/panehost.h"
 #include "browser/sitefindpanel.h"
+#include "browser/sitenamespanel.h"
 #include "browser/unlinkeditemspanel.h"
 #include "links/lostlinks.h"
 #include "links/sitelinks.h"
@@ -92,6 +93,8 @@ void PaneLinks::end()
     stopUnlinkedItems();
     if (m_findPanel)
         m_findPanel->reject();
+    if (m_namesPanel)
+        m_namesPanel->reject();
     if (m_siteLinks)
         m_siteLinks->endWatch();
     m_siteLinks.reset();
@@ -138,6 +141,8 @@ void PaneLinks::siteChanged(const FolderWatcher::Folders& folders)
         m_outsideMoves->siteChanged(folders, choices.webRules, m_siteLinks);
     m_reportPanel->siteChanged();
     unlinkedItemsPanel->siteChanged();
+    if (m_namesPanel)
+        m_namesPanel->filesChanged();
 }
 
 Result<void> PaneLinks::prepareRename(const std::filesystem::path& oldPath,
@@ -244,6 +249,26 @@ SiteFindPanel& PaneLinks::findPanel()
         });
     connect(&m_host.moveNotices(), &MoveNotices::linksUpdated, m_findPanel, &SiteFindPanel::filesChanged);
     return *m_findPanel;
+}
+
+SiteNamesPanel& PaneLinks::namesPanel()
+{
+    if (m_namesPanel)
+        return *m_namesPanel;
+    m_namesPanel = new SiteNamesPanel(m_pane);
+    connect(m_namesPanel, &SiteNamesPanel::pageActivated, this, &PaneLinks::pageActivated);
+    connect(m_namesPanel, &SiteNamesPanel::renameRequested, this,
+            [this](bool isId, const std::string& name, const std::string& newName) {
+                if (m_siteLinks)
+                    m_moveJobs->renameName(m_site, isId, name, newName, m_host.reportChoices());
+            });
+    return *m_namesPanel;
+}
+
+void PaneLinks::showNames()
+{
+    if (m_siteLinks)
+        namesPanel().begin(m_site, m_host.reportChoices().webRules);
 }
 
 void PaneLinks::findText(const QString& text)

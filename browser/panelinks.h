@@ -22,6 +22,7 @@ class MoveJobs;
 class OutsideMoves;
 class PaneHost;
 class SiteFindPanel;
+class SiteNamesPanel;
 class SiteLinks;
 class UnlinkedItemsPanel;
 struct Drop;
@@ -68,6 +69,8 @@ public:
     void stopUnlinkedItems();
     /// Opens the window that finds text in the site, with `text` to look for unless it is empty.
     void findText(const QString& text);
+    /// Opens the window with the site's classes and ids.
+    void showNames();
 
     /// What other programs have moved, where links still lead to the old places.
     [[nodiscard]] const std::vector<MovedItem>& outsideMoves() const;
@@ -95,7 +98,8 @@ private:
     MoveJobs* m_moveJobs;
     LinkReportPanel* m_reportPanel;
     UnlinkedItemsPanel* unlinkedItemsPanel;
-    SiteFindPanel* m_findPanel = nullptr; // made when it is first needed
+    SiteFindPanel* m_findPanel = nullptr; // made when they are first needed
+    SiteNamesPanel* m_namesPanel = nullptr;
     OutsideMoves* m_outsideMoves;
     std::filesystem::path m_site;           // empty without one
     std::shared_ptr<SiteLinks> m_siteLinks; // of m_site
@@ -103,6 +107,7 @@ private:
     void connectMoves();
     void connectReports();
     SiteFindPanel& findPanel();
+    SiteNamesPanel& namesPanel();
     void keepLinks();
     void askWatcher(const std::shared_ptr<SiteLinks>& links, const std::function<void(bool isAll)>& told);
 };

@@ -26,10 +26,14 @@ PlanPreview::PlanPreview(std::shared_ptr<const LinkPlan> plan, std::optional<int
     m_ui->planAsks->setText(
         tr("&Ask before changing more than %1").arg(counted(most, tr("page"), tr("pages"))));
     m_ui->planAcceptButton->setText(u'&' + actionName(*m_plan));
-    const bool isMove = !m_plan->request.itemsStay() && !m_plan->request.items.empty();
+    const bool isMove = !m_plan->text && !m_plan->request.itemsStay() && !m_plan->request.items.empty();
+    if (m_plan->text) {
+        setWindowTitle(actionName(*m_plan));
+        m_ui->planTable->setAccessibleName(tr("Places that change"));
+    }
     m_ui->planAcceptButton->setEnabled(isMove || !m_plan->pages.empty() || !m_plan->symlinks.empty());
     setUpTable();
-    const std::vector<std::filesystem::path> stayingPages = m_plan->stayingPages();
+    const auto stayingPages = m_plan->text ? std::vector<std::filesystem::path>() : m_plan->stayingPages();
     m_ui->planWarning->setVisible(!stayingPages.empty());
     if (!stayingPages.empty())
         warn(stayingPages);
@@ -106,9 +110,12 @@ void PlanPreview::warn(const std::vector<std::filesystem::path>& stayingPages)
 
 QString PlanPreview::countsText() const
 {
-    QString text = tr("%1 on %2 will change.")
-                       .arg(counted(m_plan->linkCount(), tr("link"), tr("links")),
-                            counted(m_plan->pages.size(), tr("page"), tr("pages")));
+    QString text = m_plan->text ? tr("%1 in %2 will change.")
+                                      .arg(counted(m_plan->text->places, tr("place"), tr("places")),
+                                           counted(m_plan->pages.size(), tr("file"), tr("files")))
+                                : tr("%1 on %2 will change.")
+                                      .arg(counted(m_plan->linkCount(), tr("link"), tr("links")),
+                                           counted(m_plan->pages.size(), tr("page"), tr("pages")));
     if (const std::size_t links = m_plan->symlinks.size(); links > 0)
         text += u' ' + (links == 1 ? tr("A symbolic link will get a new target.")
                                    : tr("%1 symbolic links will get new targets.").arg(links));

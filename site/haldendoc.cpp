@@ -214,6 +214,7 @@ void HaldenDoc::connectActions()
     connect(m_ui->unlinkedItemsAction, &QAction::triggered, this,
             [this] { currentSitePane().startFindUnlinkedItems(); });
     connect(m_ui->findInSiteAction, &QAction::triggered, this, [this] { currentSitePane().findText(); });
+    connect(m_ui->namesAction, &QAction::triggered, this, [this] { currentSitePane().showNames(); });
     connect(m_ui->sourceSettingsAction, &QAction::triggered, m_source, &BrowserController::configure);
     connect(m_ui->destinationSettingsAction, &QAction::triggered, m_destination,
             &BrowserController::configure);
@@ -295,8 +296,8 @@ void HaldenDoc::paneChanged()
 void HaldenDoc::updateActions()
 {
     const bool isConnected = m_source->rootNode() || m_destination->rootNode();
-    for (QAction* action :
-         {m_ui->findInSiteAction, m_ui->missingLinksAction, m_ui->unlinkedItemsAction, m_ui->reloadAction})
+    for (QAction* action : {m_ui->findInSiteAction, m_ui->namesAction, m_ui->missingLinksAction,
+                            m_ui->unlinkedItemsAction, m_ui->reloadAction})
         action->setEnabled(isConnected);
     const bool isDestinationReached = m_rsync || m_destination->rootNode();
     const bool areBothReached = m_source->rootNode() && isDestinationReached;

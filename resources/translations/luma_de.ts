@@ -1146,6 +1146,14 @@
         <source>Find text in all pages of the site, and replace it</source>
         <translation>Sucht Text in allen Seiten der Website und ersetzt ihn</translation>
     </message>
+    <message>
+        <source>Cl&amp;asses and IDs</source>
+        <translation>Kl&amp;assen und IDs</translation>
+    </message>
+    <message>
+        <source>List the classes and ids of all pages and style sheets, and rename them</source>
+        <translation>Listet die Klassen und IDs aller Seiten und Stylesheets und benennt sie um</translation>
+    </message>
 </context>
 <context>
     <name>JobLine</name>
@@ -2273,6 +2281,65 @@ entwuerfe/</translation>
     </message>
 </context>
 <context>
+    <name>SiteNamesPanel</name>
+    <message>
+        <source>Classes and IDs</source>
+        <translation>Klassen und IDs</translation>
+    </message>
+    <message>
+        <source>Filter</source>
+        <translation>Filtern</translation>
+    </message>
+    <message>
+        <source>Filter by name</source>
+        <translation>Nach Namen filtern</translation>
+    </message>
+    <message>
+        <source>&amp;Show</source>
+        <translation>&amp;Zeigen</translation>
+    </message>
+    <message>
+        <source>all</source>
+        <translation>alle</translation>
+    </message>
+    <message>
+        <source>unused</source>
+        <translation>unbenutzte</translation>
+    </message>
+    <message>
+        <source>without a rule</source>
+        <translation>ohne Regel</translation>
+    </message>
+    <message>
+        <source>classes</source>
+        <translation>Klassen</translation>
+    </message>
+    <message>
+        <source>ids</source>
+        <translation>IDs</translation>
+    </message>
+    <message>
+        <source>Classes and ids</source>
+        <translation>Klassen und IDs</translation>
+    </message>
+    <message>
+        <source>Progress</source>
+        <translation>Fortschritt</translation>
+    </message>
+    <message>
+        <source>&amp;Rename...</source>
+        <translation>&amp;Umbenennen …</translation>
+    </message>
+    <message>
+        <source>Renames the class or id in all pages and style sheets</source>
+        <translation>Benennt die Klasse oder ID in allen Seiten und Stylesheets um</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>S&amp;chließen</translation>
+    </message>
+</context>
+<context>
     <name>SourcePanel</name>
     <message>
         <source>Page source</source>
@@ -3292,6 +3359,34 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>it would hold a character that %1 lacks, so it stays as it is</source>
         <translation>sie enthielte ein Zeichen, das in %1 fehlt, und bleibt deshalb, wie sie ist</translation>
     </message>
+    <message>
+        <source>A script here mentions &quot;%1&quot;; scripts are not changed</source>
+        <translation>Ein Skript hier erwähnt „%1“; Skripte werden nicht geändert</translation>
+    </message>
+    <message>
+        <source>Another element has the id &quot;%1&quot; already</source>
+        <translation>Ein anderes Element hat bereits die ID „%1“</translation>
+    </message>
+    <message>
+        <source>A name has at least one character, no blanks and none of &quot; &apos; &lt; &gt; = &amp; ` \</source>
+        <translation>Ein Name hat mindestens ein Zeichen, keine Leerzeichen und keines von &quot; &apos; &lt; &gt; = &amp; ` \</translation>
+    </message>
+    <message>
+        <source>Rename the id %1 to %2</source>
+        <translation>Die ID %1 in %2 umbenennen</translation>
+    </message>
+    <message>
+        <source>Rename the class %1 to %2</source>
+        <translation>Die Klasse %1 in %2 umbenennen</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Umbenennen</translation>
+    </message>
+    <message>
+        <source>The class &quot;%1&quot; exists already; both will be one</source>
+        <translation>Die Klasse „%1“ gibt es schon; aus beiden wird eine</translation>
+    </message>
 </context>
 <context>
     <name>luma::FileJobs</name>
@@ -3929,6 +4024,14 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>New link</source>
         <translation>Neuer Link</translation>
     </message>
+    <message>
+        <source>Text</source>
+        <translation>Text</translation>
+    </message>
+    <message>
+        <source>New text</source>
+        <translation>Neuer Text</translation>
+    </message>
 </context>
 <context>
     <name>luma::LinkReportModel</name>
@@ -4230,6 +4333,14 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Replacing text...</source>
         <translation>Text wird ersetzt …</translation>
+    </message>
+    <message>
+        <source>Renaming an id...</source>
+        <translation>Eine ID wird umbenannt …</translation>
+    </message>
+    <message>
+        <source>Renaming a class...</source>
+        <translation>Eine Klasse wird umbenannt …</translation>
     </message>
 </context>
 <context>
@@ -4790,6 +4901,30 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>Can&apos;t be changed or read: %1. If you go on, links there may break.</source>
         <translation>Nicht änderbar oder nicht lesbar: %1. Wenn Sie fortfahren, können Links dort ins Leere führen.</translation>
     </message>
+    <message>
+        <source>Places that change</source>
+        <translation>Stellen, die sich ändern</translation>
+    </message>
+    <message>
+        <source>%1 in %2 will change.</source>
+        <translation>%1 in %2 werden geändert.</translation>
+    </message>
+    <message>
+        <source>place</source>
+        <translation>Stelle</translation>
+    </message>
+    <message>
+        <source>places</source>
+        <translation>Stellen</translation>
+    </message>
+    <message>
+        <source>file</source>
+        <translation>Datei</translation>
+    </message>
+    <message>
+        <source>files</source>
+        <translation>Dateien</translation>
+    </message>
 </context>
 <context>
     <name>luma::PreferencesDialog</name>
@@ -5227,6 +5362,120 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>The list of sites is not saved. %1</source>
         <translation>Die Liste der Websites ist nicht gesichert. %1</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SiteNamesModel</name>
+    <message>
+        <source>unused</source>
+        <translation>unbenutzt</translation>
+    </message>
+    <message>
+        <source>only in scripts</source>
+        <translation>nur in Skripten</translation>
+    </message>
+    <message>
+        <source>no rule</source>
+        <translation>keine Regel</translation>
+    </message>
+    <message>
+        <source>link or label</source>
+        <translation>Link oder Beschriftung</translation>
+    </message>
+    <message>
+        <source>links or labels</source>
+        <translation>Links oder Beschriftungen</translation>
+    </message>
+    <message>
+        <source>in scripts</source>
+        <translation>in Skripten</translation>
+    </message>
+    <message>
+        <source>%1:%2</source>
+        <translation>%1:%2</translation>
+    </message>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Rules</source>
+        <translation>Regeln</translation>
+    </message>
+    <message>
+        <source>Elements</source>
+        <translation>Elemente</translation>
+    </message>
+    <message>
+        <source>Pages</source>
+        <translation>Seiten</translation>
+    </message>
+    <message>
+        <source>Note</source>
+        <translation>Hinweis</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SiteNamesPanel</name>
+    <message>
+        <source>&amp;Rename...</source>
+        <translation>&amp;Umbenennen …</translation>
+    </message>
+    <message>
+        <source>Rename Id</source>
+        <translation>ID umbenennen</translation>
+    </message>
+    <message>
+        <source>Rename Class</source>
+        <translation>Klasse umbenennen</translation>
+    </message>
+    <message>
+        <source>New name of %1 in all pages and style sheets:</source>
+        <translation>Neuer Name von %1 in allen Seiten und Stylesheets:</translation>
+    </message>
+    <message>
+        <source>Rename</source>
+        <translation>Umbenennen</translation>
+    </message>
+    <message>
+        <source>No name matches the filter.</source>
+        <translation>Kein Name passt zum Filter.</translation>
+    </message>
+    <message>
+        <source>Looking through the files of the site</source>
+        <translation>Die Dateien der Website werden durchgesehen</translation>
+    </message>
+    <message>
+        <source>The site has no classes and no ids.</source>
+        <translation>Die Website hat keine Klassen und keine IDs.</translation>
+    </message>
+    <message>
+        <source>%1, %2</source>
+        <translation>%1, %2</translation>
+    </message>
+    <message>
+        <source>class</source>
+        <translation>Klasse</translation>
+    </message>
+    <message>
+        <source>classes</source>
+        <translation>Klassen</translation>
+    </message>
+    <message>
+        <source>id</source>
+        <translation>ID</translation>
+    </message>
+    <message>
+        <source>ids</source>
+        <translation>IDs</translation>
+    </message>
+    <message>
+        <source>; %1 unused</source>
+        <translation>; %1 unbenutzt</translation>
+    </message>
+    <message>
+        <source>; %1 shown</source>
+        <translation>; %1 angezeigt</translation>
     </message>
 </context>
 <context>
