@@ -2,6 +2,7 @@
 #include "editor/htmldocument.h"
 
 #include "base/files.h"
+#include "base/pathbelow.h"
 #include "base/pathtext.h"
 #include "base/resources.h"
 #include "desktop/otherprograms.h"
@@ -145,6 +146,8 @@ void HTMLDocument::createSaver()
                             [this](const fs::path& url, const auto& then) { writeToURL(url, then); });
     connect(m_saver, &PageSaver::openRequested, this, &HTMLDocument::openRequested);
     connect(m_saver, &PageSaver::newFromRequested, this, &HTMLDocument::newFromRequested);
+    connect(m_saver, &PageSaver::templateFailed, this,
+            [this](const QString& reason) { tell(tr("The template could not be saved. %1").arg(reason)); });
     connect(m_saver, &PageSaver::saveRequested, this, [this] { saveEverything([this] { close(); }); });
     connect(m_saver, &PageSaver::discarded, this, [this] {
         m_mayClose = true;
@@ -221,6 +224,10 @@ bool HTMLDocument::load(Reading reading, const QString& name)
         }
     }
     m_ui->noticeBar->hide();
+    // What a page from elsewhere is to have of the site can only be shown from inside the site.
+    if (reading == Reading::First && !m_template.empty() && !mountPath.empty() &&
+        !isAtOrBelow(m_template.native(), mountPath.native()))
+        m_store.placeIn(mountPath);
     if (m_unsaved)
         takeUnsaved();
     if (mountPath.empty() && m_store.hasFile())

@@ -72,9 +72,11 @@ std::vector<PageActions::Command> PageActions::table()
     return {
         {ui.newAction, Always, [&page] { emit page.newRequested(); }},
         {ui.newFromAction, Always, [&saver] { saver.newFromPanel(); }},
+        {ui.newFromTemplateAction, Always, [&saver] { saver.newFromTemplate(); }},
         {ui.openAction, Always, [&saver] { saver.openPanel(); }},
         {ui.saveAction, HasPage, [&page] { page.saveEverything({}); }},
         {ui.saveAsAction, HasPage, [&saver] { saver.saveAs({}); }},
+        {ui.saveTemplateAction, HasPage, [&saver] { saver.saveAsTemplate(); }},
         {ui.revertAction, HasFile, [&page] { page.revertDocumentToSaved(); }},
         {ui.publishAction, HasPage,
          [&page] { page.saveEverything([&page] { emit page.publishRequested(page.docURL()); }); }},
@@ -88,7 +90,11 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.pasteAction, Always, [this] { sendToFocus("paste", QWebEnginePage::Paste); }},
         {ui.selectAllAction, Always, [this] { sendToFocus("selectAll", QWebEnginePage::SelectAll); }},
         {ui.findAction, HasPage,
-         [&find, &ui] {
+         [&find, &replace = m_parts.tools.replaceBar(), &ui] {
+             if (ui.cssField->hasFocus()) {
+                 replace.begin();
+                 return;
+             }
              ui.outlineAction->setChecked(true);
              find.begin();
          }},

@@ -3,6 +3,7 @@
 
 #include "base/pathtext.h"
 #include "editor/savequestion.h"
+#include "editor/templatesheet.h"
 #include "page/pagestore.h"
 #include "web/viewcontroller.h"
 
@@ -36,8 +37,11 @@ PageSaver::PageSaver(QWidget* window, PageStore& store, ViewController& renderin
       m_store(store),
       m_rendering(rendering),
       m_siteFolder(siteFolder),
-      m_write(std::move(write))
-{}
+      m_write(std::move(write)),
+      m_templates(new TemplateSheet(window))
+{
+    connect(m_templates, &TemplateSheet::confirmed, this, &PageSaver::newFromRequested);
+}
 
 QString PageSaver::name() const
 {
@@ -122,6 +126,30 @@ void PageSaver::openPanel()
 void PageSaver::newFromPanel()
 {
     choosePage(tr("New Page From"), QStringLiteral("newFromPanel"), &PageSaver::newFromRequested);
+}
+
+void PageSaver::newFromTemplate()
+{
+    m_templates->begin();
+}
+
+void PageSaver::saveAsTemplate()
+{
+    whenCaughtUp([this] {
+        QFileDialog* const panel =
+            panelOf(m_window, tr("Save as Template"), QStringLiteral("saveTemplatePanel"));
+        std::error_code error;
+        fs::create_directories(TemplateSheet::folder(), error);
+        panel->setAcceptMode(QFileDialog::AcceptSave);
+        panel->setDefaultSuffix(QStringLiteral("html"));
+        panel->setDirectory(textOf(TemplateSheet::folder()));
+        panel->selectFile(m_store.hasFile() ? name() : tr("Untitled") + QStringLiteral(".html"));
+        connect(panel, &QFileDialog::fileSelected, this, [this](const QString& file) {
+            if (const auto saved = m_store.saveCopy(pathOf(file)); !saved)
+                emit templateFailed(QString::fromStdString(saved.error().text));
+        });
+        panel->open();
+    });
 }
 
 void PageSaver::choosePage(const QString& title, const QString& name, PageSignal chosen)

@@ -15,6 +15,7 @@ class QWidget;
 namespace luma {
 
 class PageStore;
+class TemplateSheet;
 class ViewController;
 
 /// Saves a page and asks the questions that come with it: under which name, whether to replace another
@@ -40,6 +41,11 @@ public:
     /// Asks for the page that a new one is to be made from.
     void newFromPanel();
 
+    /// Asks for the template that a new page is to be made from.
+    void newFromTemplate();
+    /// Writes the page into the folder of templates, under a name that the user chooses.
+    void saveAsTemplate();
+
     /// Asks whether to save the edits; emits saveRequested() or discarded(), or nothing if cancelled.
     void askToSave();
 
@@ -52,6 +58,8 @@ signals:
     void discarded();
     void openRequested(const std::filesystem::path& page);
     void newFromRequested(const std::filesystem::path& page);
+    /// The template was not written, for this reason.
+    void templateFailed(const QString& reason);
 
 private:
     using PageSignal = void (PageSaver::*)(const std::filesystem::path& page);
@@ -72,6 +80,7 @@ private:
     const std::filesystem::path& m_siteFolder;
     Writer m_write;
     QPointer<QMessageBox> m_question;
+    TemplateSheet* m_templates;
 };
 
 } // namespace luma

@@ -93,7 +93,8 @@ void PageTools::createReplaceBar()
         {ui.replaceBar, ui.replaceFindField, ui.replacementField, ui.replaceCaseButton, ui.replaceWordsButton,
          ui.replaceExpressionButton, ui.replaceSourceButton, ui.replaceResult, ui.replacePreviousButton,
          ui.replaceNextButton, ui.replaceCloseButton, ui.replaceButton, ui.replaceAllButton},
-        {m_parts.tree, m_parts.stack, m_parts.store, m_parts.selection, m_parts.rendering}, this);
+        {m_parts.tree, m_parts.stack, m_parts.store, m_parts.selection, m_parts.rendering, *ui.cssField},
+        this);
     connect(m_replace, &ReplaceBar::textEdited, this, &PageTools::textsReplaced);
     connect(m_replace, &ReplaceBar::sourceEdited, this, &PageTools::sourceReplaced);
     connect(m_replace, &ReplaceBar::refused, this, &PageTools::refused);

@@ -8,6 +8,7 @@
 #include "page/pagestore.h"
 #include "page/pagetree.h"
 #include "page/subtreechange.h"
+#include "web/codeedit.h"
 #include "web/viewcontroller.h"
 
 #include <QLabel>
@@ -50,6 +51,7 @@ ReplaceBar::ReplaceBar(const Controls& controls, const Parts& parts, QObject* pa
     connect(&parts.tree, &PageTree::aboutToRemove, this, &ReplaceBar::forget);
     connect(&parts.tree, &PageTree::exchanged, this, &ReplaceBar::forget);
     connect(&parts.tree, &PageTree::attributesSwapped, this, &ReplaceBar::forget);
+    connect(parts.sheet.document(), &QTextDocument::contentsChanged, this, &ReplaceBar::noteSheet);
 }
 
 ReplaceBar::~ReplaceBar() = default;
@@ -85,10 +87,33 @@ bool ReplaceBar::isShown() const
 
 void ReplaceBar::begin()
 {
+    takePlace(m_parts.sheet.hasFocus());
     m_controls.bar->show();
     m_controls.field->setFocus();
     m_controls.field->selectAll();
     searchNow();
+}
+
+void ReplaceBar::takePlace(bool inSheet)
+{
+    if (inSheet) {
+        const QTextCursor cursor = m_parts.sheet.textCursor();
+        m_place = cursor.selectionStart();
+        if (const QString chosen = cursor.selectedText();
+            !chosen.isEmpty() && !chosen.contains(QChar::ParagraphSeparator))
+            m_controls.field->setText(chosen);
+    } else if (m_inSheet) {
+        m_place = 0;
+    }
+    m_inSheet = inSheet;
+    m_controls.sourceButton->setEnabled(!inSheet);
+    m_controls.field->setPlaceholderText(inSheet ? tr("Find in the style sheet") : tr("Find"));
+    m_controls.field->setAccessibleName(inSheet ? tr("Find in the style sheet") : tr("Find in the page"));
+}
+
+bool ReplaceBar::searchesSource() const
+{
+    return m_controls.sourceButton->isChecked() && !m_inSheet;
 }
 
 void ReplaceBar::close()
@@ -97,7 +122,16 @@ void ReplaceBar::close()
     m_found.clear();
     m_source.reset();
     m_controls.bar->hide();
-    emit closed();
+    if (m_inSheet)
+        m_parts.sheet.setFocus();
+    else
+        emit closed();
+}
+
+void ReplaceBar::noteSheet()
+{
+    if (m_inSheet)
+        forget();
 }
 
 // Nodes may be gone at any change of the page, so none is kept.
@@ -139,13 +173,10 @@ void ReplaceBar::searchNow()
     if (!expression) {
         m_error = QString::fromStdString(expression.error().text);
     } else if (m_parts.tree.document() && !wanted.text.isEmpty()) {
-        if (m_controls.sourceButton->isChecked()) {
-            m_source = std::make_unique<SourceSearch>();
-            m_source->text = QString::fromStdString(m_parts.store.markup());
-            if (auto found = matchesInText(m_source->text, *expression))
-                m_source->found = *std::move(found);
-            else
-                m_error = QString::fromStdString(found.error().text);
+        if (m_inSheet) {
+            searchIn(CodeEdit::textIn(m_parts.sheet), *expression);
+        } else if (searchesSource()) {
+            searchIn(QString::fromStdString(m_parts.store.markup()), *expression);
         } else if (auto found = matchesIn(*m_parts.tree.document(), *expression)) {
             m_found = *std::move(found);
         } else {
@@ -157,6 +188,16 @@ void ReplaceBar::searchNow()
         step(0);
     else
         tellResult();
+}
+
+void ReplaceBar::searchIn(const QString& text, const QRegularExpression& expression)
+{
+    m_source = std::make_unique<SourceSearch>();
+    m_source->text = text;
+    if (auto found = matchesInText(text, expression))
+        m_source->found = *std::move(found);
+    else
+        m_error = QString::fromStdString(found.error().text);
 }
 
 // 0: to the match at the place of the last one, or the next behind it.
@@ -188,7 +229,7 @@ void ReplaceBar::show(std::size_t match)
     m_current = match;
     if (m_source) {
         m_place = m_source->found[match].capturedStart();
-        showInSource(m_source->found[match]);
+        m_inSheet ? showInSheet(m_source->found[match]) : showInSource(m_source->found[match]);
     } else {
         m_place = m_found[match].start;
         showInText(m_found[match]);
@@ -222,6 +263,15 @@ void ReplaceBar::showInSource(const QRegularExpressionMatch& match)
         m_parts.selection.select(element);
 }
 
+void ReplaceBar::showInSheet(const QRegularExpressionMatch& match)
+{
+    QTextCursor cursor = m_parts.sheet.textCursor();
+    cursor.setPosition(static_cast<int>(match.capturedStart()));
+    cursor.setPosition(static_cast<int>(match.capturedEnd()), QTextCursor::KeepAnchor);
+    m_parts.sheet.setTextCursor(cursor);
+    m_parts.sheet.ensureCursorVisible();
+}
+
 void ReplaceBar::replace()
 {
     m_parts.rendering.whenCaughtUp(this, [this] {
@@ -250,7 +300,11 @@ void ReplaceBar::replaceMatches(std::size_t first, std::size_t end, const QStrin
     const QString replacement = m_controls.replacement->text();
     const bool isExpression = m_controls.expressionButton->isChecked();
     const auto quiet = m_parts.selection.quietly();
-    if (!m_source) {
+    if (m_inSheet) {
+        replaceInSheet(first, end);
+    } else if (m_source) {
+        replaceInSource(first, end, name);
+    } else {
         const std::vector<TextMatch> wanted(m_found.begin() + static_cast<std::ptrdiff_t>(first),
                                             m_found.begin() + static_cast<std::ptrdiff_t>(end));
         m_place = wanted.front().start +
@@ -258,8 +312,32 @@ void ReplaceBar::replaceMatches(std::size_t first, std::size_t end, const QStrin
         PageCommands(m_parts.tree, m_parts.stack)
             .setTexts(textsAfter(wanted, replacement, isExpression), name);
         emit textEdited();
-        return;
     }
+}
+
+// One step of the field's own history. From the end, so that the places in front stay.
+void ReplaceBar::replaceInSheet(std::size_t first, std::size_t end)
+{
+    if (m_parts.sheet.isReadOnly())
+        return;
+    const bool isExpression = m_controls.expressionButton->isChecked();
+    const std::vector<QRegularExpressionMatch> found = m_source->found; // which the edit takes away
+    QTextCursor cursor = m_parts.sheet.textCursor();
+    cursor.beginEditBlock();
+    for (std::size_t at = end; at-- > first;) {
+        cursor.setPosition(static_cast<int>(found[at].capturedStart()));
+        cursor.setPosition(static_cast<int>(found[at].capturedEnd()), QTextCursor::KeepAnchor);
+        cursor.insertText(
+            replacementFor(found[at].capturedTexts(), m_controls.replacement->text(), isExpression));
+        m_place = cursor.position();
+    }
+    cursor.endEditBlock();
+}
+
+void ReplaceBar::replaceInSource(std::size_t first, std::size_t end, const QString& name)
+{
+    const QString replacement = m_controls.replacement->text();
+    const bool isExpression = m_controls.expressionButton->isChecked();
     QString text;
     qsizetype done = 0;
     for (std::size_t at = first; at < end; ++at) {

@@ -11,6 +11,7 @@
 
 class QLabel;
 class QLineEdit;
+class QPlainTextEdit;
 class QPushButton;
 class QToolButton;
 class QUndoStack;
@@ -24,7 +25,7 @@ class PageTree;
 class ViewController;
 
 /// The bar above the rendering that finds and replaces: in the text as the page shows it, where matches reach across inline
-/// elements and keep them, or in the source. Each replacement is one step, also that of all matches. A page that changes is
+/// elements and keep them, in the source, or in the style sheet shown. Each replacement is one step, also that of all matches. A page that changes is
 /// searched again. Main thread.
 class ReplaceBar final : public QObject
 {
@@ -54,13 +55,14 @@ public:
         PageStore& store;
         OutlineSelection& selection;
         ViewController& rendering;
+        QPlainTextEdit& sheet;
     };
 
     /// All of them outlive it.
     ReplaceBar(const Controls& controls, const Parts& parts, QObject* parent);
     ~ReplaceBar() override;
 
-    /// Shows the bar and puts the focus there.
+    /// Shows the bar for the page, or for the style sheet if that has the focus, and puts the focus there.
     void begin();
     [[nodiscard]] bool isShown() const;
     /// Selects the match behind or in front of the one selected last; after the last comes the first.
@@ -68,7 +70,7 @@ public:
     void previous() { step(-1); }
 
 signals:
-    /// The bar was closed by the user.
+    /// The bar was closed by the user, who goes on in the page.
     void closed();
     /// The text was edited; the rendering has to repeat it. The source was: it has to be shown anew.
     void textEdited();
@@ -79,6 +81,10 @@ private:
     struct SourceSearch;
 
     void connectControls();
+    void takePlace(bool inSheet);
+    void noteSheet();
+    [[nodiscard]] bool searchesSource() const;
+    void searchIn(const QString& text, const QRegularExpression& expression);
     void close();
     void forget();
     void search();
@@ -89,20 +95,24 @@ private:
     void show(std::size_t match);
     void showInText(const TextMatch& match);
     void showInSource(const QRegularExpressionMatch& match);
+    void showInSheet(const QRegularExpressionMatch& match);
     void replace();
     void replaceAll();
     void replaceMatches(std::size_t first, std::size_t end, const QString& name);
+    void replaceInSource(std::size_t first, std::size_t end, const QString& name);
+    void replaceInSheet(std::size_t first, std::size_t end);
     void tellResult();
 
     Controls m_controls;
     Parts m_parts;
     QTimer m_delay;
     std::vector<TextMatch> m_found;
-    std::unique_ptr<SourceSearch> m_source; // instead, while the source is searched
-    QString m_error;                        // of the expression
-    std::size_t m_current = 0;              // match; none if it is the number of matches
-    qsizetype m_place = 0;                  // where the next search begins, in characters
-    bool m_jumps = false;                   // to a match, once the page is searched
+    std::unique_ptr<SourceSearch> m_source; // instead, while the source or the sheet is searched
+    bool m_inSheet = false;
+    QString m_error;           // of the expression
+    std::size_t m_current = 0; // match; none if it is the number of matches
+    qsizetype m_place = 0;     // where the next search begins, in characters
+    bool m_jumps = false;      // to a match, once the page is searched
 };
 
 } // namespace luma

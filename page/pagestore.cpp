@@ -361,6 +361,28 @@ PageStore::Loss PageStore::lossOfSaving()
     return loss;
 }
 
+Result<void> PageStore::saveCopy(const fs::path& path)
+{
+    finishSaving();
+    if (!m_tree.document())
+        return Error{userText(QT_TRANSLATE_NOOP("luma::Engines", "there is no page to save"))};
+    AttributeChanges changes = rebased(*m_tree.document(), m_linkBase.parent_path(), path.parent_path());
+    swapAll(changes);
+    PageWriting writing(*m_tree.document(), m_codec, m_language, PageFile(path));
+    swapAll(changes);
+    writing.write();
+    return writing.result();
+}
+
+void PageStore::placeIn(const fs::path& folder)
+{
+    if (m_hasFile || !m_tree.document())
+        return;
+    AttributeChanges changes = rebased(*m_tree.document(), m_linkBase.parent_path(), folder);
+    swapAll(changes);
+    m_linkBase = (folder / "Untitled.html").lexically_normal();
+}
+
 void PageStore::startSaving(const fs::path& path, Saved done)
 {
     finishSaving();

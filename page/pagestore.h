@@ -84,6 +84,11 @@ public:
     /// The same at once.
     Result<void> save(const std::filesystem::path& path);
 
+    /// Writes the page to `path` as save() does, with its links rebased, and stays where it is: for a template.
+    Result<void> saveCopy(const std::filesystem::path& path);
+    /// Rebases the links of a new page that has no file yet, which counts as standing in `folder` from now on.
+    void placeIn(const std::filesystem::path& folder);
+
     /// Prints the page's source anew (html::prettyPrint), as a step on the undo stack; none when it is printed so already.
     /// The error is a sentence for the user.
     Result<void> tidy();

@@ -883,6 +883,22 @@
         <source>Show the page in a window where its scripts run, without network and without files outside the site</source>
         <translation>Zeigt die Seite in einem Fenster, in dem ihre Skripte laufen, ohne Netz und ohne Dateien außerhalb der Website</translation>
     </message>
+    <message>
+        <source>New Page from &amp;Template...</source>
+        <translation>Neue Seite aus Vor&amp;lage …</translation>
+    </message>
+    <message>
+        <source>Make a new page from one of your templates</source>
+        <translation>Legt eine neue Seite aus einer Ihrer Vorlagen an</translation>
+    </message>
+    <message>
+        <source>Save as Te&amp;mplate...</source>
+        <translation>Als Vo&amp;rlage sichern …</translation>
+    </message>
+    <message>
+        <source>Keep a copy of the page to make new ones from; its links are kept right</source>
+        <translation>Bewahrt eine Kopie der Seite auf, aus der neue entstehen; ihre Links bleiben richtig</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -2441,6 +2457,37 @@ entwuerfe/</translation>
     </message>
 </context>
 <context>
+    <name>TemplateSheet</name>
+    <message>
+        <source>New Page from Template</source>
+        <translation>Neue Seite aus Vorlage</translation>
+    </message>
+    <message>
+        <source>Your templates:</source>
+        <translation>Ihre Vorlagen:</translation>
+    </message>
+    <message>
+        <source>Templates</source>
+        <translation>Vorlagen</translation>
+    </message>
+    <message>
+        <source>There are no templates yet. “File &gt; Save as Template” makes one of a page.</source>
+        <translation>Es gibt noch keine Vorlagen. „Datei &gt; Als Vorlage sichern“ macht eine aus einer Seite.</translation>
+    </message>
+    <message>
+        <source>Open Folder</source>
+        <translation>Ordner öffnen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Make Page</source>
+        <translation>Seite anlegen</translation>
+    </message>
+</context>
+<context>
     <name>TickList</name>
     <message>
         <source>&amp;All</source>
@@ -3669,6 +3716,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>The page could not be opened there: %1</source>
         <translation>Die Seite konnte dort nicht geöffnet werden: %1</translation>
     </message>
+    <message>
+        <source>The template could not be saved. %1</source>
+        <translation>Die Vorlage konnte nicht gesichert werden. %1</translation>
+    </message>
 </context>
 <context>
     <name>luma::HaldenDoc</name>
@@ -4702,6 +4753,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>New Page From</source>
         <translation>Neue Seite aus</translation>
     </message>
+    <message>
+        <source>Save as Template</source>
+        <translation>Als Vorlage sichern</translation>
+    </message>
 </context>
 <context>
     <name>luma::PageSpelling</name>
@@ -5064,6 +5119,18 @@ Die Seite und Ihre Änderungen bleiben erhalten.</translation>
     <message>
         <source>%1 of %2</source>
         <translation>%1 von %2</translation>
+    </message>
+    <message>
+        <source>Find in the style sheet</source>
+        <translation>Im Stylesheet suchen</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>Find in the page</source>
+        <translation>In der Seite suchen</translation>
     </message>
 </context>
 <context>

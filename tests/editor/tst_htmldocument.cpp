@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
 #include "editor/outlinemodel.h"
+#include "editor/templatesheet.h"
 #include "page/pagecommands.h"
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
@@ -16,9 +17,11 @@
 #include <QImage>
 #include <QLabel>
 #include <QLineEdit>
+#include <QListWidget>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolBar>
@@ -395,11 +398,11 @@ private slots:
             "rowAbove rowBelow columnLeft columnRight removeRows removeColumns mergeCells "
             "splitCell headerRow ";
         row("page", "page.html", whileFresh);
-        row("new page", QString(), whileFresh + "revert");
+        row("new page", QString(), whileFresh + "revert findInSite");
         row("no page", "damaged.html",
             whileFresh +
-                "save saveAs publish find findNext findPrevious replace pageTitle reload tidySource showSource "
-                "inspectElement pageCheck headings bold italic underline "
+                "save saveAs saveTemplate publish find findNext findPrevious replace pageTitle reload tidySource showSource "
+                "scriptPreview inspectElement pageCheck headings bold italic underline "
                 "makeLink editLink removeLink insertImage insertTable");
     }
     void commands_areOnWhereTheyWork()
@@ -419,7 +422,7 @@ private slots:
             if (!action->isEnabled())
                 found.append(action->objectName().chopped(6));
         }
-        QCOMPARE(count, 66);
+        QCOMPARE(count, 70);
         QStringList expected = off.split(u' ', Qt::SkipEmptyParts);
         found.sort();
         expected.sort();
@@ -458,6 +461,47 @@ private slots:
             std::string("<title>T</title><p><a href=\"x.html#a\">x</a><a href=\"news/b.html\">b</a></p>\n"));
         QCOMPARE(file("news/a.html"), markup);
         QCOMPARE(window->windowTitle(), "c.html[*]");
+    }
+
+    void template_keepsItsLinksAndShowsTheSite()
+    {
+        const QByteArray dataFolder = qgetenv("XDG_DATA_HOME");
+        qputenv("XDG_DATA_HOME", QByteArray::fromStdString(at("data").native()));
+        const auto restore = qScopeGuard([dataFolder] { qputenv("XDG_DATA_HOME", dataFolder); });
+        const fs::path folder = TemplateSheet::folder();
+        put("site/css/main.css", "p { color: rgb(1, 2, 3) }");
+        put("site/news/page.html", "<link rel=stylesheet href=../css/main.css><p>one</p>");
+        open(at("site/news/page.html"), at("site"));
+        trigger("newFromTemplateAction");
+        auto* const sheet = the<TemplateSheet>("templateSheet");
+        QVERIFY(the<QLabel>("noTemplates")->isVisible());
+        QVERIFY(!the<QPushButton>("templateButton")->isEnabled());
+        test::saveScreenshots(*sheet, "templates-none");
+        sheet->close();
+        trigger("saveTemplateAction");
+        QTRY_VERIFY(the<QFileDialog>("saveTemplatePanel"));
+        auto* const panel = the<QFileDialog>("saveTemplatePanel");
+        emit panel->fileSelected(QString::fromStdString((folder / "News.html").native()));
+        panel->close();
+        QTRY_VERIFY(fs::exists(folder / "News.html"));
+        QCOMPARE(window->docURL(), at("site/news/page.html"));
+        QSignalSpy requests(window, &HTMLDocument::newFromRequested);
+        trigger("newFromTemplateAction");
+        test::saveScreenshots(*sheet, "templates");
+        QTest::keyClick(the<QListWidget>("templateList"), Qt::Key_Return);
+        QTRY_COMPARE(requests.count(), 1);
+        QCOMPARE(requests.first().first().value<fs::path>(), folder / "News.html");
+        delete window;
+        window = new HTMLDocument;
+        window->mountPath = at("site");
+        window->useTemplate(folder / "News.html");
+        window->show();
+        window->windowDidLoad();
+        waitUntilShown();
+        QTRY_COMPARE(answer("getComputedStyle(document.querySelector('p')).color"), "rgb(1, 2, 3)");
+        QVERIFY(!window->isWindowModified());
+        QVERIFY(window->saveToURL(at("site/news/next.html")));
+        QCOMPARE(file("site/news/next.html"), file("site/news/page.html"));
     }
 
     void pagesOfOneName_tellTheirFolders()

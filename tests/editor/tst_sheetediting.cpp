@@ -236,6 +236,39 @@ private slots:
         QTRY_COMPARE(problem(), "This “{” is not closed.\nThis comment is not closed.");
     }
 
+    void text_isFoundAndReplacedInTheSheet()
+    {
+        openSheets("p {\n    margin: 1px;\n    top: 1px\n}\n\nq {\n    margin: 2px\n}");
+        QTest::keyClick(&field(), Qt::Key_F, Qt::ControlModifier);
+        auto* const find = the<QLineEdit>("replaceFindField");
+        QTRY_VERIFY(find->hasFocus());
+        QCOMPARE(find->accessibleName(), "Find in the style sheet");
+        QTest::keyClicks(find, "(\\d)px");
+        QTest::mouseClick(the<QToolButton>("replaceExpressionButton"), Qt::LeftButton);
+        auto* const result = the<QLabel>("replaceResult");
+        QTRY_COMPARE(result->text(), "1 of 3");
+        QCOMPARE(field().textCursor().selectedText(), "1px");
+        QTest::keyClick(find, Qt::Key_Return);
+        QCOMPARE(result->text(), "2 of 3");
+        auto* const replacement = the<QLineEdit>("replacementField");
+        replacement->setText("$1em");
+        QTest::keyClick(replacement, Qt::Key_Return);
+        QTRY_VERIFY(field().toPlainText().contains("top: 1em"));
+        QTRY_COMPARE(result->text(), "2 of 2");
+        QTest::keyClick(replacement, Qt::Key_Return, Qt::ControlModifier);
+        QTRY_COMPARE(field().toPlainText(),
+                     "p {\n    margin: 1em;\n    top: 1em\n}\n\nq {\n    margin: 2em\n}");
+        QTRY_COMPARE(result->text(), "Not found");
+        QTest::keyClick(find, Qt::Key_Escape);
+        QVERIFY(field().hasFocus());
+        field().undo();
+        QVERIFY(field().toPlainText().contains("margin: 1px") &&
+                field().toPlainText().contains("margin: 2px"));
+        rendering().webView()->setFocus();
+        trigger("replaceAction");
+        QCOMPARE(find->accessibleName(), "Find in the page");
+    }
+
     void tabs_showTheSheets()
     {
         openSheets();
