@@ -41,6 +41,8 @@ public:
 
     /// All rows in their own order, shown or not.
     [[nodiscard]] const std::vector<Row>& rows() const { return m_rows; }
+    /// Another number whenever rows have been added or removed.
+    [[nodiscard]] std::size_t version() const { return m_version; }
     /// The row that is shown at `position`.
     [[nodiscard]] const Row& shownRow(int position) const
     {
@@ -51,6 +53,7 @@ public:
     {
         beginResetModel();
         m_rows = std::move(rows);
+        ++m_version;
         arrange();
         endResetModel();
         countTicks();
@@ -68,6 +71,7 @@ public:
             beginInsertRows({}, rowCount(), rowCount() + static_cast<int>(added.size()) - 1);
         m_shown.insert(m_shown.end(), added.begin(), added.end());
         std::move(rows.begin(), rows.end(), std::back_inserter(m_rows));
+        ++m_version;
         if (!added.empty())
             endInsertRows();
         countTicks();
@@ -88,6 +92,7 @@ public:
             next += isNext ? 1 : 0;
             return isNext;
         });
+        ++m_version;
         arrange();
         endResetModel();
         countTicks();
@@ -176,6 +181,7 @@ protected:
 
 private:
     std::vector<Row> m_rows;
+    std::size_t m_version = 0;
     RowNumbers m_shown;
     Columns m_columns;
     Filter m_filter;

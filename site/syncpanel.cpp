@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "site/syncpanel.h"
 
-#include "base/ascii.h"
 #include "desktop/screenroom.h"
 #include "site/synctableview.h"
 #include "ui_SyncPanel.h"
@@ -65,6 +64,9 @@ void SyncPanel::connectControls()
     connect(m_ui->syncKindFilter, &QComboBox::currentIndexChanged, this, &SyncPanel::updateFilter);
     connect(m_ui->syncNameFilter, &QLineEdit::textChanged, this, &SyncPanel::updateFilter);
     connect(&m_engine.table(), &TickListModel::ticksChanged, this, &SyncPanel::updateNote);
+    // In turns of their own, before the first letter is typed.
+    connect(&m_engine.table(), &TickListModel::modelReset, this, &SyncPanel::foldSomeNames,
+            Qt::QueuedConnection);
     connect(&m_ui->syncTickList->table(), &QWidget::customContextMenuRequested, this, &SyncPanel::showMenu);
     connect(m_ui->uploadDownloadPopupButton, &QComboBox::activated, this, &SyncPanel::reloadSyncArray);
     connect(m_ui->deleteOptionCheckBox, &QCheckBox::clicked, this, &SyncPanel::reloadSyncArray);
@@ -166,21 +168,47 @@ void SyncPanel::updateFilter()
         m_engine.table().setFilter({});
         return;
     }
-    const std::string lower = asciiLower(text.toStdString());
-    const bool isAscii = std::ssize(lower) == text.size();
     const int wantedKind = kind.isValid() ? kind.toInt() : -1;
-    m_engine.table().setFilter(
-        [wantedKind, text, lower, isAscii, name = std::string()](const SyncRow& row) mutable {
-            if (wantedKind >= 0 && int(row.kind) != wantedKind)
-                return false;
-            // A QString of each name would take longer than a frame.
-            if (!isAscii)
-                return QString::fromStdString(row.displayName).contains(text, Qt::CaseInsensitive);
-            name.resize(row.displayName.size());
-            std::transform(row.displayName.begin(), row.displayName.end(), name.begin(),
-                           [](char c) { return asciiLower(c); });
-            return name.find(lower) != std::string::npos;
-        });
+    m_engine.table().setFilter([this, wantedKind, text](const SyncRow& row) {
+        return holdsText(row, text) && (wantedKind < 0 || int(row.kind) == wantedKind);
+    });
+}
+
+// Once for each list, so that typing in the filter reads one stretch of memory instead of all rows. A part in each turn, so
+// that the window goes on.
+void SyncPanel::foldSomeNames()
+{
+    constexpr std::size_t part = 10'000;
+    foldNames(part);
+    if (m_names.size() < m_engine.table().rows().size())
+        QMetaObject::invokeMethod(this, &SyncPanel::foldSomeNames, Qt::QueuedConnection);
+}
+
+void SyncPanel::foldNames(std::size_t most)
+{
+    const SyncTableModel& table = m_engine.table();
+    if (m_namesVersion != table.version()) {
+        m_namesVersion = table.version();
+        m_heldText.clear();
+        m_holdsText.clear();
+        m_names = FoldedNames(table.rows().size());
+    }
+    const std::size_t end = m_names.size() + std::min(most, table.rows().size() - m_names.size());
+    for (std::size_t row = m_names.size(); row < end; ++row)
+        m_names.add(table.rows()[row].displayName);
+}
+
+bool SyncPanel::holdsText(const SyncRow& row, const QString& text)
+{
+    if (text.isEmpty())
+        return true;
+    const auto number = static_cast<std::size_t>(&row - m_engine.table().rows().data());
+    foldNames(m_engine.table().rows().size());
+    if (text != m_heldText) {
+        m_heldText = text;
+        m_holdsText = m_names.holding(text);
+    }
+    return m_holdsText[number];
 }
 
 void SyncPanel::showMenu(const QPoint& place)

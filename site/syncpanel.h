@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "site/foldednames.h"
 #include "site/syncengine.h"
 
 #include <QDialog>
 #include <QElapsedTimer>
 
+#include <cstddef>
 #include <memory>
 
 namespace Ui {
@@ -52,7 +54,11 @@ private:
     SyncEngine& m_engine;
     QElapsedTimer m_transferTime;
     std::vector<std::string> m_only;
-    bool m_isOpening = false; // the table gets the focus as soon as it has rows
+    FoldedNames m_names;            // of the table's rows
+    std::size_t m_namesVersion = 0; // of the table
+    std::vector<bool> m_holdsText;  // the rows' names
+    QString m_heldText;             // that they hold
+    bool m_isOpening = false;       // the table gets the focus as soon as it has rows
 
     [[nodiscard]] bool isOver() const;
     [[nodiscard]] QString cancelTitle() const;
@@ -64,6 +70,9 @@ private:
     void neverPublish(const std::string& path);
     void showProgress(const SyncProgress& done, const SyncTotals& all);
     void updateFilter();
+    void foldSomeNames();
+    void foldNames(std::size_t most);
+    [[nodiscard]] bool holdsText(const SyncRow& row, const QString& text);
     void updateNote();
     void updateControls();
     void updateProgress();

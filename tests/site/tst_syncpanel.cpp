@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "site/foldednames.h"
 #include "site/syncpanel.h"
 #include "tests/site/twofolders.h"
 #include "tests/support/registry.h"
@@ -273,6 +274,41 @@ private slots:
         (*found)->trigger();
         QCOMPARE(f.engine.table().tickedCount(), std::size_t{4});
         delete f.panel->findChild<QMenu*>();
+    }
+
+    void filter_findsNamesInAnyLetterCase()
+    {
+        FoldedNames names;
+        for (const char* const name : {"docs/Ü.html", "DOCS/a.html", "", "ab", "ba", "docs/ü/b", "aab"})
+            names.add(name);
+        const auto holding = [&names](const char* text) {
+            QString rows;
+            for (const bool holds : names.holding(QString::fromUtf8(text)))
+                rows += holds ? u'x' : u'-';
+            return rows;
+        };
+        QCOMPARE(holding(""), "xxxxxxx");
+        QCOMPARE(holding("docs/"), "xx---x-");
+        QCOMPARE(holding("DOCS/ü"), "x----x-");
+        QCOMPARE(holding("AB"), "---x--x");
+        QCOMPARE(holding("b"), "---xxxx");
+        QCOMPARE(holding("lb"), "-------");
+        QCOMPARE(FoldedNames().holding("a").size(), std::size_t{0});
+    }
+
+    // Other rows come while the filter stays.
+    void filter_meetsNewRows()
+    {
+        Fixture f;
+        f.find<QLineEdit>("syncNameFilter").setText("A.H");
+        f.folders.putAll("sending", "a.html|b.html");
+        f.panel->sync(Direction::Upload);
+        QTRY_COMPARE(f.engine.state(), SyncEngine::State::Ready);
+        QCOMPARE(f.rowCount(), 1);
+        f.folders.putAll("sending", "A.html|c.html|0a.htm");
+        f.panel->sync(Direction::Upload);
+        QTRY_COMPARE(f.engine.table().allCount(), std::size_t{5});
+        QTRY_COMPARE(f.rowCount(), 3);
     }
 
     void twentyThousandRows()
