@@ -52,16 +52,23 @@ private slots:
             QSKIP("only root gets a process namespace of its own");
     }
 
-    void aHungJob_doesNotKeepTheProgram()
+    // A job that hangs, or a window that has refused once.
+    void whatHoldsItUp_doesNotKeepTheProgram_data()
     {
-        const QString file = m_home.filePath(QStringLiteral("hung.conf"));
+        QTest::addColumn<QString>("program");
+        QTest::newRow("hung job") << "quit_with_hung_job";
+        QTest::newRow("refused quit, then another signal") << "quit_after_refusal";
+    }
+    void whatHoldsItUp_doesNotKeepTheProgram()
+    {
+        QFETCH(QString, program);
+        const QString file = m_home.filePath(program + QStringLiteral(".conf"));
         QProcess process;
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
         process.setProcessEnvironment(environment);
         process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        process.start(qEnvironmentVariable("LUMA_BUILD_DIR") + QStringLiteral("/bin/quit_with_hung_job"),
-                      {file});
+        process.start(qEnvironmentVariable("LUMA_BUILD_DIR") + QStringLiteral("/bin/") + program, {file});
         QVERIFY(process.waitForFinished(-1));
         QCOMPARE(process.exitCode(), 0);
         QVERIFY(Preferences(file).value(QStringLiteral("windows/sites/geometry")).isValid());
