@@ -100,6 +100,7 @@ void PageWindows::connectWindow(HTMLDocument* window)
             [this, window](const fs::path& page) { openFrom(window, page); });
     connect(window, &HTMLDocument::publishRequested, this, &PageWindows::publishRequested);
     connect(window, &HTMLDocument::findInSiteRequested, this, &PageWindows::findInSiteRequested);
+    connect(window, &HTMLDocument::siteNamesRequested, this, &PageWindows::siteNamesRequested);
     connect(window, &HTMLDocument::locationChanged, this, [this, window](const fs::path& page) {
         m_documents.relocate(window, page);
         noteRecent(page);

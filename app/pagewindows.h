@@ -53,6 +53,8 @@ signals:
     void publishRequested(const std::filesystem::path& page);
     /// The user wants to look for this text, if there is one, in all files of the page's site.
     void findInSiteRequested(const std::filesystem::path& page, const QString& text);
+    /// The user wants to see the classes and ids of the page's site.
+    void siteNamesRequested(const std::filesystem::path& page);
 
 private:
     HTMLDocument* makeWindow(const std::filesystem::path& siteFolder);

@@ -85,6 +85,10 @@ Program::Program(const QString& preferencesFile, CommandRunner shell)
     m_pages.follow(*m_moveNotices);
     connect(&m_pages, &PageWindows::publishRequested, this, &Program::publishPage);
     connect(&m_pages, &PageWindows::findInSiteRequested, this, &Program::findInSite);
+    connect(&m_pages, &PageWindows::siteNamesRequested, this, [this](const std::filesystem::path& page) {
+        if (HaldenDoc* const window = siteWindowOf(page, tr("Classes and IDs")))
+            window->showNames();
+    });
     m_delegate.applicationWillFinishLaunching();
     m_delegate.applicationDidFinishLaunching();
 }

@@ -107,6 +107,7 @@ std::vector<PageActions::Command> PageActions::table()
              replace.isShown() ? replace.previous() : find.previous();
          }},
         {ui.replaceAction, HasPage, [&replace = m_parts.tools.replaceBar()] { replace.begin(); }},
+        {ui.siteNamesAction, HasFile, [&page] { emit page.siteNamesRequested(page.docURL()); }},
         {ui.findInSiteAction, HasFile,
          [&page, &field = *ui.replaceFindField] {
              emit page.findInSiteRequested(page.docURL(), field.isVisible() ? field.text() : QString());

@@ -58,6 +58,12 @@ public:
     /// Gives the element of a row these attributes, the others stay, as one step of that name.
     void setAttributes(const QPersistentModelIndex& row, std::vector<html::Attribute> attributes,
                        const QString& name);
+    /// Makes an edit of a row's element that the caller puts on the undo stack. Its error is told.
+    void editElement(const QPersistentModelIndex& row,
+                     const std::function<Result<void>(html::Element&)>& edit)
+    {
+        change(row, edit, {});
+    }
     /// Edits the table at the cells that are selected in the rendering, or else at the one of the selected element.
     void editTable(TableEdit edit);
     /// Adds a row below the last one and selects its first cell.

@@ -4,6 +4,10 @@
 #include "editor/outlinemodel.h"
 #include "editor/pageedits.h"
 #include "editor/stylesheeteditor.h"
+#include "html/cssreferences.h"
+#include "html/element.h"
+#include "page/classedits.h"
+#include "page/pagecommands.h"
 #include "page/pagetree.h"
 #include "page/subtreechange.h"
 
@@ -101,6 +105,45 @@ void StyleEdits::makeInPage(const StyleSource& source, const std::string& sheet,
         m_parts.edits.changeAttribute(row, "style", QString(), {});
     else
         m_parts.edits.setAttributes(row, {{"style", text}}, name);
+}
+
+void StyleEdits::moveToClass(const QPersistentModelIndex& row, const StyleSource& source,
+                             const std::string& sheet, const QString& className)
+{
+    m_parts.edits.editElement(row,
+                              [self = QPointer(this), source, sheet,
+                               name = className.toStdString()](html::Element& element) -> Result<void> {
+                                  return self ? self->moveStyle(element, source, sheet, name)
+                                              : Result<void>();
+                              });
+}
+
+Result<void> StyleEdits::moveStyle(html::Element& element, const StyleSource& source,
+                                   const std::string& sheet, const std::string& className)
+{
+    const bool isFile = source.kind == StyleSource::Kind::File;
+    html::Element* const block = isFile ? nullptr : elementAtPath(*m_parts.tree.document(), source.path);
+    const auto now = isFile  ? m_parts.sheets.textOfFile(source.file)
+                     : block ? std::optional(block->html())
+                             : std::nullopt;
+    if (now != sheet)
+        return Error{tr("The style sheet has changed meanwhile.").toStdString()};
+    const QString name = tr("Move Style to Class");
+    const CssEdit edit =
+        withCssRule(sheet, '.' + cssIdentifier(className), std::string(element.attr("style")));
+    std::vector<html::Attribute> attributes = withClass(element.attributes(), className);
+    std::erase_if(attributes, [](const html::Attribute& attribute) {
+        return attribute.name == std::string_view("style");
+    });
+    PageCommands commands(m_parts.tree, m_parts.stack);
+    m_parts.stack.beginMacro(name);
+    if (block)
+        commands.setInnerMarkup(*block, QString::fromStdString(edit.applied(sheet)), name);
+    else
+        m_parts.stack.push(new SheetCommand(m_parts.sheets, source, sheet, edit, name));
+    commands.setAttributes(element, std::move(attributes), name);
+    m_parts.stack.endMacro();
+    return {};
 }
 
 bool StyleEdits::changePage(const QUndoStack& stack)

@@ -6,12 +6,17 @@
 #include "page/cssedits.h"
 
 #include <QObject>
+#include <QPersistentModelIndex>
 
 #include <string>
 
 class QUndoStack;
 
 namespace luma {
+
+namespace html {
+class Element;
+}
 
 class OutlineModel;
 class PageEdits;
@@ -41,6 +46,11 @@ public:
     void make(const StyleSource& source, const std::string& sheet, const Result<CssEdit>& edit,
               const QString& name);
 
+    /// Moves the declarations of the row's style attribute to a new rule for this class at the end of the sheet, and gives the
+    /// element the class: one step.
+    void moveToClass(const QPersistentModelIndex& row, const StyleSource& source, const std::string& sheet,
+                     const QString& className);
+
     /// Whether the steps of the history that are not saved change the page itself, and not sheets alone.
     static bool changePage(const QUndoStack& stack);
 
@@ -49,6 +59,8 @@ signals:
     void refused(const QString& reason);
 
 private:
+    Result<void> moveStyle(html::Element& element, const StyleSource& source, const std::string& sheet,
+                           const std::string& className);
     void makeInPage(const StyleSource& source, const std::string& sheet, const CssEdit& edit,
                     const QString& name);
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/stylerulespanel.h"
 
+#include "base/pathtext.h"
+#include "editor/classsheet.h"
 #include "editor/csscompletion.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
@@ -9,6 +11,7 @@
 #include "editor/stylerulesreader.h"
 #include "html/cssreferences.h"
 #include "html/element.h"
+#include "html/selectornames.h"
 #include "page/subtreechange.h"
 #include "page/tagrules.h"
 #include "web/viewcontroller.h"
@@ -92,7 +95,8 @@ StyleRulesPanel::StyleRulesPanel(const Controls& controls, const Parts& parts, Q
       m_parts(parts),
       m_model(new StyleRulesModel(this)),
       m_computed(new QStandardItemModel(0, 2, this)),
-      m_newRuleMenu(new QMenu(controls.newRuleButton))
+      m_newRuleMenu(new QMenu(controls.newRuleButton)),
+      m_classSheet(new ClassSheet(controls.newRuleButton->window()))
 {
     createViews();
     m_delay.setSingleShot(true);
@@ -310,6 +314,44 @@ void StyleRulesPanel::fillNewRuleMenu()
     }
     if (!sheet)
         m_newRuleMenu->addAction(tr("The page has no style sheet of its site"))->setEnabled(false);
+    m_newRuleMenu->addSeparator();
+    QAction* const move =
+        m_newRuleMenu->addAction(tr("&Move Inline Style to a Class..."), this, &StyleRulesPanel::askForClass);
+    move->setEnabled(sheet && !readCssDeclarations(std::string(element->attr("style"))).empty());
+}
+
+void StyleRulesPanel::askForClass()
+{
+    const html::Element* const selected = OutlineModel::elementAt(m_row);
+    const auto sheets = m_parts.reader.sheets();
+    if (!selected || sheets.empty())
+        return;
+    QStringList titles;
+    QSet<QString> known;
+    for (const auto& [source, text] : sheets) {
+        titles.append(source.kind == StyleSource::Kind::File ? textOf(source.file.filename())
+                                                             : tr("style element of the page"));
+        for (const SelectorName& name : selectorNames(text)) {
+            if (!name.isId)
+                known.insert(QString::fromStdString(name.name));
+        }
+    }
+    const html::Node& page = selected->root();
+    for (const html::Node* node = &page; node; node = node->following(page)) {
+        const html::Element* const element = node->asElement();
+        const QString classes =
+            element ? QString::fromStdString(std::string(element->attr("class"))) : QString();
+        for (const QString& name : classes.simplified().split(u' ', Qt::SkipEmptyParts))
+            known.insert(name);
+    }
+    disconnect(m_classSheet, &ClassSheet::confirmed, this, nullptr);
+    connect(m_classSheet, &ClassSheet::confirmed, this,
+            [this, row = m_row, sheets](const QString& name, int sheet) {
+                const auto& [source, text] = sheets[static_cast<std::size_t>(sheet)];
+                m_parts.edits.moveToClass(row, source, text, name);
+                noteChange();
+            });
+    m_classSheet->begin(titles, known);
 }
 
 void StyleRulesPanel::addRule(const QString& selector)

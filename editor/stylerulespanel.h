@@ -22,6 +22,7 @@ class QVariant;
 
 namespace luma {
 
+class ClassSheet;
 class CssVocabulary;
 class OutlineSelection;
 class StyleEdits;
@@ -75,6 +76,7 @@ private:
     void remove(const QModelIndex& index);
     void fillNewRuleMenu();
     void addRule(const QString& selector);
+    void askForClass();
     bool takeKey(int key);
     [[nodiscard]] bool isVisible() const;
 
@@ -83,6 +85,7 @@ private:
     StyleRulesModel* m_model;
     QStandardItemModel* m_computed;
     QMenu* m_newRuleMenu;
+    ClassSheet* m_classSheet;
     QTimer m_delay;
     QPersistentModelIndex m_row; // of the element shown
     QSet<QString> m_closed;      // the rules whose declarations the user has hidden, by key

@@ -154,11 +154,18 @@ void StyleRulesReader::readSheets(const QVariantList& places)
 
 std::optional<std::pair<StyleSource, std::string>> StyleRulesReader::newRuleSheet() const
 {
-    for (std::size_t i = m_sheets.size(); i > 0; --i) {
-        if (m_sheets[i - 1].isRead)
-            return std::pair(m_sources[i - 1], m_sheets[i - 1].text);
+    const auto all = sheets();
+    return all.empty() ? std::nullopt : std::optional(all.back());
+}
+
+std::vector<std::pair<StyleSource, std::string>> StyleRulesReader::sheets() const
+{
+    std::vector<std::pair<StyleSource, std::string>> all;
+    for (std::size_t i = 0; i < m_sheets.size(); ++i) {
+        if (m_sheets[i].isRead)
+            all.emplace_back(m_sources[i], m_sheets[i].text);
     }
-    return {};
+    return all;
 }
 
 bool StyleRulesReader::isFound(const QVariantList& groups, std::size_t sheet) const

@@ -42,6 +42,8 @@ public:
 
     /// The last sheet of the page that can be edited, and its text: a rule at its end wins over others like it.
     [[nodiscard]] std::optional<std::pair<StyleSource, std::string>> newRuleSheet() const;
+    /// All sheets of the page that can be edited, and their texts.
+    [[nodiscard]] std::vector<std::pair<StyleSource, std::string>> sheets() const;
 
 signals:
     void done(const std::vector<luma::StyleGroup>& groups);

@@ -142,7 +142,7 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::paneChanged);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::publishWaitingPage);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::showWaitingItem);
-        connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::findWaitingText);
+        connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::doWaiting);
         connect(&pane->browser(), &Browser::currentChanged, this, &HaldenDoc::updateActions);
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
         connect(pane, &BrowserController::placeRequested, this, &HaldenDoc::placeRequested);
@@ -422,15 +422,22 @@ void HaldenDoc::showItem(const std::filesystem::path& item)
 
 void HaldenDoc::findText(const QString& text)
 {
-    m_textToFind = text;
+    m_toDo = [this, text] { m_source->findText(text); };
     m_source->connectPane();
-    findWaitingText();
+    doWaiting();
 }
 
-void HaldenDoc::findWaitingText()
+void HaldenDoc::showNames()
 {
-    if (m_textToFind && m_source->rootNode())
-        m_source->findText(*std::exchange(m_textToFind, std::nullopt));
+    m_toDo = [this] { m_source->showNames(); };
+    m_source->connectPane();
+    doWaiting();
+}
+
+void HaldenDoc::doWaiting()
+{
+    if (m_toDo && m_source->rootNode())
+        std::exchange(m_toDo, nullptr)();
 }
 
 void HaldenDoc::showWaitingItem()

@@ -11,7 +11,6 @@
 
 #include <functional>
 #include <memory>
-#include <optional>
 #include <vector>
 
 namespace Ui {
@@ -91,6 +90,8 @@ public:
     void showItem(const std::filesystem::path& item);
     /// Opens the window that finds text in the source, once that has connected.
     void findText(const QString& text);
+    /// The same for the one with its classes and ids.
+    void showNames();
 
 signals:
     /// The user wants to open a file of the site; `mountPath` is the site's folder.
@@ -121,7 +122,7 @@ private:
     RestorePanel* m_restorePanel = nullptr;
     std::filesystem::path m_pageToPublish; // until both panes have connected
     std::filesystem::path m_itemToShow;    // until the source has connected
-    std::optional<QString> m_textToFind;   // until then, too
+    std::function<void()> m_toDo;          // until then, too
     bool m_rsync = false;
     bool m_isNew = true; // the source has not been connected yet
 
@@ -143,7 +144,7 @@ private:
     void showComparison(const std::string& path);
     void publishWaitingPage();
     void showWaitingItem();
-    void findWaitingText();
+    void doWaiting();
     [[nodiscard]] SyncSides sides() const;
     /// The current pane, or the other one when that is not connected.
     [[nodiscard]] BrowserController& currentSitePane() const;

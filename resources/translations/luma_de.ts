@@ -21,6 +21,29 @@
     </message>
 </context>
 <context>
+    <name>ClassSheet</name>
+    <message>
+        <source>Move inline style to a class</source>
+        <translation>Stilattribut in eine Klasse verschieben</translation>
+    </message>
+    <message>
+        <source>&amp;Class</source>
+        <translation>&amp;Klasse</translation>
+    </message>
+    <message>
+        <source>&amp;Style sheet</source>
+        <translation>&amp;Stylesheet</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>OK</source>
+        <translation>OK</translation>
+    </message>
+</context>
+<context>
     <name>ConfigPanel</name>
     <message>
         <source>Connection settings</source>
@@ -898,6 +921,14 @@
     <message>
         <source>Keep a copy of the page to make new ones from; its links are kept right</source>
         <translation>Bewahrt eine Kopie der Seite auf, aus der neue entstehen; ihre Links bleiben richtig</translation>
+    </message>
+    <message>
+        <source>Classes and IDs o&amp;f Site</source>
+        <translation>Klassen und IDs der &amp;Website</translation>
+    </message>
+    <message>
+        <source>List the classes and ids of all pages and style sheets of the site</source>
+        <translation>Listet die Klassen und IDs aller Seiten und Stylesheets der Website</translation>
     </message>
 </context>
 <context>
@@ -2693,6 +2724,13 @@ entwuerfe/</translation>
     <message>
         <source>Problems: %1, the first %2 are listed</source>
         <translation>Probleme: %1, gezeigt werden die ersten %2</translation>
+    </message>
+</context>
+<context>
+    <name>luma::ClassSheet</name>
+    <message>
+        <source>The page or one of its style sheets has this class already.</source>
+        <translation>Die Seite oder eines ihrer Stylesheets hat diese Klasse bereits.</translation>
     </message>
 </context>
 <context>
@@ -5047,6 +5085,10 @@ Die Seite und Ihre Änderungen bleiben erhalten.</translation>
         <source>Find in Site</source>
         <translation>In der Website suchen</translation>
     </message>
+    <message>
+        <source>Classes and IDs</source>
+        <translation>Klassen und IDs</translation>
+    </message>
 </context>
 <context>
     <name>luma::ProgressPanel</name>
@@ -5580,6 +5622,10 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
         <source>The style sheet has changed meanwhile.</source>
         <translation>Das Stylesheet hat sich inzwischen geändert.</translation>
     </message>
+    <message>
+        <source>Move Style to Class</source>
+        <translation>Stil in Klasse verschieben</translation>
+    </message>
 </context>
 <context>
     <name>luma::StyleRulesModel</name>
@@ -5673,6 +5719,14 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>New Rule</source>
         <translation>Neue Regel</translation>
+    </message>
+    <message>
+        <source>&amp;Move Inline Style to a Class...</source>
+        <translation>&amp;Stilattribut in eine Klasse verschieben …</translation>
+    </message>
+    <message>
+        <source>style element of the page</source>
+        <translation>Style-Element der Seite</translation>
     </message>
 </context>
 <context>

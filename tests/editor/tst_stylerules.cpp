@@ -5,6 +5,9 @@
 #include "tests/support/screenshot.h"
 
 #include <QAbstractItemModelTester>
+#include <QAction>
+#include <QComboBox>
+#include <QDialog>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
@@ -216,10 +219,44 @@ private slots:
         QStringList offered;
         for (const QAction* const action : menu->actions())
             offered.append(action->text());
-        QCOMPARE(offered.join(u' '), ".note #one p");
+        QCOMPARE(offered.join(u' '), ".note #one p  &Move Inline Style to a Class...");
         menu->actions().first()->trigger();
         QTRY_VERIFY2(tree().contains("  .note { color: green }\n\n.note {\n}\n</style>"), tree().constData());
         QTRY_VERIFY2(listed().contains(u".note | <style>:4"), qPrintable(listed()));
+    }
+
+    void inlineStyle_movesToAClass_data()
+    {
+        QTest::addColumn<QString>("sheet");
+        QTest::newRow("of a file") << "main.css";
+        QTest::newRow("of the page") << "style element of the page";
+    }
+    void inlineStyle_movesToAClass()
+    {
+        QFETCH(QString, sheet);
+        openPage();
+        const QByteArray before = tree();
+        auto* const menu = the<QToolButton>("newRuleButton")->menu();
+        emit menu->aboutToShow();
+        menu->actions().last()->trigger();
+        auto* const asked = the<QDialog>("classSheet");
+        QTRY_VERIFY(asked->isVisible());
+        test::saveScreenshots(*asked, "move-style-to-class");
+        auto* const ok = the<QPushButton>("classSheetOKButton");
+        the<QLineEdit>("classSheetName")->setText("note");
+        QVERIFY(!ok->isEnabled());
+        QVERIFY(!the<QLabel>("classSheetProblem")->text().isEmpty());
+        the<QLineEdit>("classSheetName")->setText("two words");
+        QVERIFY(!ok->isEnabled());
+        the<QLineEdit>("classSheetName")->setText("moved");
+        the<QComboBox>("classSheetTarget")->setCurrentText(sheet);
+        ok->click();
+        QTRY_VERIFY2(tree().contains("note moved\""), tree().constData());
+        QTRY_VERIFY2(listed().contains(u".moved | "), qPrintable(listed()));
+        QVERIFY(!tree().contains("style=\"margin"));
+        the<QAction>("undoAction")->trigger();
+        QTRY_COMPARE(tree(), before);
+        QTRY_VERIFY2(!listed().contains(u".moved | "), qPrintable(listed()));
     }
 
     void textThatIsNoDeclaration_isRefused()
