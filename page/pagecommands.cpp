@@ -5,6 +5,7 @@
 #include "html/characterdata.h"
 #include "html/codemarks.h"
 #include "page/elementcopy.h"
+#include "page/kepthistory.h"
 #include "page/originmatching.h"
 #include "page/pagetree.h"
 #include "page/typedtext.h"
@@ -23,14 +24,42 @@ namespace {
 
 constexpr qint64 pause = 2000; // milliseconds that end a run of typing
 
-class InsertCommand final : public QUndoCommand
+using AttributesChange = std::function<void(std::vector<html::Attribute>&)>;
+
+void changeAttributes(html::Node& top, const AttributesChange& change)
+{
+    for (html::Node* node = &top; node; node = node->following(top)) {
+        html::Element* const element = node->asElement();
+        if (!element)
+            continue;
+        std::vector<html::Attribute> attributes = element->attributes();
+        change(attributes);
+        if (attributes != element->attributes())
+            element->swapAttributes(attributes);
+    }
+}
+
+class PageCommand : public QUndoCommand
+{
+public:
+    using QUndoCommand::QUndoCommand;
+    /// Changes what the command keeps for the way there or back.
+    virtual void changeKept(const AttributesChange& change) = 0;
+};
+
+class InsertCommand final : public PageCommand
 {
 public:
     InsertCommand(PageTree& tree, html::NodePtr node, const html::Position& position, const QString& name)
-        : QUndoCommand(name), m_tree(tree), m_detached(std::move(node)), m_position(position)
+        : PageCommand(name), m_tree(tree), m_detached(std::move(node)), m_position(position)
     {}
     void redo() override { m_node = &m_tree.insert(std::move(m_detached), m_position); }
     void undo() override { m_detached = m_tree.take(*m_node); }
+    void changeKept(const AttributesChange& change) override
+    {
+        if (m_detached)
+            changeAttributes(*m_detached, change);
+    }
 
 private:
     PageTree& m_tree;
@@ -39,14 +68,19 @@ private:
     html::Position m_position;
 };
 
-class RemoveCommand final : public QUndoCommand
+class RemoveCommand final : public PageCommand
 {
 public:
     RemoveCommand(PageTree& tree, html::Node& node, const QString& name)
-        : QUndoCommand(name), m_tree(tree), m_node(node), m_position(node.position())
+        : PageCommand(name), m_tree(tree), m_node(node), m_position(node.position())
     {}
     void redo() override { m_detached = m_tree.take(m_node); }
     void undo() override { m_tree.insert(std::move(m_detached), m_position); }
+    void changeKept(const AttributesChange& change) override
+    {
+        if (m_detached)
+            changeAttributes(*m_detached, change);
+    }
 
 private:
     PageTree& m_tree;
@@ -55,14 +89,15 @@ private:
     html::NodePtr m_detached;
 };
 
-class MoveCommand final : public QUndoCommand
+class MoveCommand final : public PageCommand
 {
 public:
     MoveCommand(PageTree& tree, html::Node& node, const html::Position& to, const QString& name)
-        : QUndoCommand(name), m_tree(tree), m_node(node), m_from(node.position()), m_to(to)
+        : PageCommand(name), m_tree(tree), m_node(node), m_from(node.position()), m_to(to)
     {}
     void redo() override { m_tree.insert(m_tree.take(m_node), m_to); }
     void undo() override { m_tree.insert(m_tree.take(m_node), m_from); }
+    void changeKept(const AttributesChange&) override {}
 
 private:
     PageTree& m_tree;
@@ -73,12 +108,12 @@ private:
 
 /// Attributes and a run of nodes that change places with others, there and back. Commands that were merged
 /// are the steps of one.
-class ExchangeCommand final : public QUndoCommand
+class ExchangeCommand final : public PageCommand
 {
 public:
     ExchangeCommand(PageTree& tree, MarkupDifference difference, const QString& name,
                     PageCommands::Merging merging)
-        : QUndoCommand(name),
+        : PageCommand(name),
           m_tree(tree),
           m_merging(merging),
           m_typed(typedText(difference)),
@@ -96,6 +131,15 @@ public:
     {
         for (auto step = m_steps.rbegin(); step != m_steps.rend(); ++step)
             exchange(*step);
+    }
+    void changeKept(const AttributesChange& change) override
+    {
+        for (MarkupDifference& step : m_steps) {
+            for (auto& [element, attributes] : step.attributes)
+                change(attributes);
+            for (const html::NodePtr& node : step.nodes)
+                changeAttributes(*node, change);
+        }
     }
     int id() const override { return m_merging == PageCommands::Merging::WithTheLast ? 1 : -1; }
     bool mergeWith(const QUndoCommand* command) override
@@ -139,16 +183,21 @@ private:
 };
 
 /// All that is in the document, and where it came from, changes places with another page's.
-class ReplaceCommand final : public QUndoCommand
+class ReplaceCommand final : public PageCommand
 {
 public:
     ReplaceCommand(PageTree& tree, std::unique_ptr<html::Document> page, const QString& name)
-        : QUndoCommand(name), m_tree(tree), m_other(std::move(page))
+        : PageCommand(name), m_tree(tree), m_other(std::move(page))
     {
         m_other->swapChildren(m_nodes);
     }
     void redo() override { exchange(); }
     void undo() override { exchange(); }
+    void changeKept(const AttributesChange& change) override
+    {
+        for (const html::NodePtr& node : m_nodes)
+            changeAttributes(*node, change);
+    }
 
 private:
     void exchange()
@@ -187,12 +236,33 @@ html::Node* neighbour(const html::Node& node, html::Node* (html::Node::*directio
     return near;
 }
 
+void changeKeptIn(const QUndoCommand& command, const AttributesChange& change)
+{
+    for (int i = 0; i < command.childCount(); ++i)
+        changeKeptIn(*command.child(i), change);
+    // The stack gives its own commands away as constants; a macro is none of ours.
+    if (auto* const own = dynamic_cast<PageCommand*>(const_cast<QUndoCommand*>(&command)))
+        own->changeKept(change);
+}
+
 struct CommandTexts
 {
     Q_DECLARE_TR_FUNCTIONS(luma::PageCommands)
 };
 
 } // namespace
+
+void changeAttributesEverywhere(PageTree& tree, QUndoStack& stack, const AttributesChange& change)
+{
+    for (html::Element* element : tree.document()->select("*")) {
+        std::vector<html::Attribute> attributes = element->attributes();
+        change(attributes);
+        if (attributes != element->attributes())
+            tree.swapAttributes(*element, attributes);
+    }
+    for (int i = 0; i < stack.count(); ++i)
+        changeKeptIn(*stack.command(i), change);
+}
 
 void PageCommands::insert(html::NodePtr node, const html::Position& position, const QString& name)
 {

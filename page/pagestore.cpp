@@ -9,6 +9,7 @@
 #include "html/prettyprinter.h"
 #include "html/treecomparison.h"
 #include "links/linkmapping.h"
+#include "page/kepthistory.h"
 #include "page/lostelements.h"
 #include "page/pagecommands.h"
 #include "page/pagetree.h"
@@ -43,15 +44,20 @@ bool isLink(const html::Attribute& attribute)
     return std::find(linkAttributes.begin(), linkAttributes.end(), attribute.name) != linkAttributes.end();
 }
 
+void rebase(std::vector<html::Attribute>& attributes, const fs::path& oldFolder, const fs::path& newFolder)
+{
+    for (html::Attribute& attribute : attributes) {
+        if (isLink(attribute) && !attribute.value.starts_with('/'))
+            attribute.value = rebasedLink(attribute.value, oldFolder, newFolder);
+    }
+}
+
 AttributeChanges rebased(const html::Document& document, const fs::path& oldFolder, const fs::path& newFolder)
 {
     AttributeChanges changes;
     for (html::Element* element : document.select("*")) {
         std::vector<html::Attribute> attributes = element->attributes();
-        for (html::Attribute& attribute : attributes) {
-            if (isLink(attribute) && !attribute.value.starts_with('/'))
-                attribute.value = rebasedLink(attribute.value, oldFolder, newFolder);
-        }
+        rebase(attributes, oldFolder, newFolder);
         if (attributes != element->attributes())
             changes.emplace_back(element, std::move(attributes));
     }
@@ -448,9 +454,9 @@ Result<void> PageStore::takeSaved(Saving& saving)
         return writing.result();
     const bool isSame = m_tree.version() == saving.version;
     if (saving.isRebased)
-        PageCommands(m_tree, m_stack)
-            .setAttributes(rebased(*m_tree.document(), m_linkBase.parent_path(), saving.target.parent_path()),
-                           QObject::tr("Rebase Links"));
+        changeAttributesEverywhere(m_tree, m_stack, [&, from = m_linkBase.parent_path()](auto& attributes) {
+            rebase(attributes, from, saving.target.parent_path());
+        });
     if (isSame) {
         if (writing.parsed())
             html::PageSource::transfer(*writing.parsed(), *m_tree.document());

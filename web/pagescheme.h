@@ -15,8 +15,8 @@ class PageScheme final
 public:
     static QByteArray name();
 
-    /// Registers the scheme and, for the root user only (containers, CI), switches off the web engine's
-    /// sandbox. Called once by main(), before it creates the application object.
+    /// Registers the scheme, asks the web engine to save memory and, for the root user only (containers, CI), switches off
+    /// its sandbox. Called once by main(), before it creates the application object.
     static void registerScheme();
 
     /// Whether `url` has this scheme and the given page as its host.

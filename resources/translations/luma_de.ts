@@ -1870,10 +1870,6 @@
         <translation>Quelltext ordnen</translation>
     </message>
     <message>
-        <source>Rebase Links</source>
-        <translation>Links umsetzen</translation>
-    </message>
-    <message>
         <source>Delete</source>
         <translation>Löschen</translation>
     </message>

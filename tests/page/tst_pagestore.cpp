@@ -437,6 +437,33 @@ private slots:
         QVERIFY(readFile(at("site/page.html"))->find("href=css/a.css") != std::string::npos);
     }
 
+    void undoAfterSaveElsewhere_leavesLinksRight()
+    {
+        put("page.html", "<title>A</title><a href=x.html>x</a><a href=y.html>y</a>");
+        QVERIFY(open("page.html"));
+        PageCommands commands(*tree, *stack);
+        setTitle("B");
+        html::Element& first = *tree->document()->select("a").front();
+        commands.setAttributes(first, {{"href", "z.html"}}, "Change Attribute");
+        commands.remove(*tree->document()->select("a").back());
+        fs::create_directories(at("deep"));
+        QVERIFY(store->save(at("deep/page.html")));
+        QVERIFY(stack->isClean());
+        QCOMPARE(stack->undoText(), "Delete <a>");
+        const char* const titles[] = {"B", "B", "A"};
+        const char* const addresses[] = {"../z.html", "../x.html", "../x.html"};
+        for (int i = 0; i < 3; ++i) {
+            stack->undo();
+            QCOMPARE(tree->document()->title(), std::string(titles[i]));
+            QCOMPARE(tree->document()->select("a").size(), 2U);
+            QCOMPARE(tree->document()->select("a").front()->attr("href"), std::string_view(addresses[i]));
+            QCOMPARE(tree->document()->select("a").back()->attr("href"), std::string_view("../y.html"));
+        }
+        QVERIFY(store->save(at("deep/page.html")));
+        QCOMPARE(*readFile(at("deep/page.html")),
+                 std::string("<title>A</title><a href=../x.html>x</a><a href=../y.html>y</a>"));
+    }
+
     void editsWhileAPageIsWritten_areNotInIt()
     {
         std::string lines;
