@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 namespace luma {
 
@@ -44,11 +45,21 @@ bool hasForeignPrefix(const QString& text)
     return false;
 }
 
+/// What a server writes in the place of such code can't be judged.
+bool hasServerCode(const QString& text)
+{
+    for (const char* const mark : {"<?", "<%", "{{", "{%"}) {
+        if (text.contains(QLatin1String(mark)))
+            return true;
+    }
+    return false;
+}
+
 void appendPieces(const std::vector<CssRule>& rules, const std::string& sheet,
                   std::vector<CheckedPiece>& pieces)
 {
     const auto add = [&pieces](const CssRange& place, const CssVocabulary::Item& item) {
-        if (!hasForeignPrefix(item.property) && !hasForeignPrefix(item.text))
+        if (!hasForeignPrefix(item.property) && !hasForeignPrefix(item.text) && !hasServerCode(item.text))
             pieces.push_back({place, item});
     };
     for (const CssRule& rule : rules) {
@@ -137,7 +148,7 @@ void CssCheck::judge(const QString& sheet)
             if (CodeEdit::textIn(*m_controls.field) != sheet)
                 return; // and checked again soon
             QList<CodeProblem> problems;
-            for (const CssFlaw& flaw : cssFlaws(sheet))
+            for (const CssFlaw& flaw : hasServerCode(sheet) ? std::vector<CssFlaw>() : cssFlaws(sheet))
                 problems.append({static_cast<int>(flaw.at), static_cast<int>(flaw.at) + 1, flaw.reason});
             const CharacterPlaces places(text);
             for (std::size_t i = 0; i < pieces.size() && problems.size() < mostProblems; ++i) {

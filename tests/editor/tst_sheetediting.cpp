@@ -236,6 +236,17 @@ private slots:
         QTRY_COMPARE(problem(), "This “{” is not closed.\nThis comment is not closed.");
     }
 
+    void serverCode_isNotJudged()
+    {
+        openSheets();
+        field().setPlainText("p {\n    color: <?= $ink ?>;\n    width: {{ wide }};\n    margn: 0\n}");
+        field().moveCursor(QTextCursor::Start);
+        QTRY_VERIFY2(problem() == "1 problem",
+                     qPrintable(problem() + field().problemsOfLine(1) + field().problemsOfLine(2)));
+        QTest::keyClick(&field(), Qt::Key_Period, Qt::ControlModifier);
+        QCOMPARE(problem(), "The web engine knows no property “margn”.");
+    }
+
     void text_isFoundAndReplacedInTheSheet()
     {
         openSheets("p {\n    margin: 1px;\n    top: 1px\n}\n\nq {\n    margin: 2px\n}");
