@@ -67,7 +67,7 @@ Result<std::vector<Worker>> workersFor(const SiteQuery& query, std::size_t count
         return expression.error();
     std::vector<Worker> workers;
     for (std::size_t i = 0; i < count; ++i)
-        workers.push_back({{}, TextFinder(*expression, query.text.isExpression, query.searched)});
+        workers.push_back({{}, TextFinder(query.text, *expression, query.searched)});
     return workers;
 }
 

@@ -4,8 +4,11 @@
 #include "base/usertext.h"
 #include "base/utf8.h"
 #include "html/characterdata.h"
+#include "html/characterreferences.h"
+#include "html/htmlscanner.h"
 #include "html/parse.h"
 #include "html/readtext.h"
+#include "html/servercode.h"
 #include "html/treecomparison.h"
 #include "links/linesandcolumns.h"
 #include "links/webrules.h"
@@ -29,6 +32,12 @@ QString inOneLine(QStringView text)
             c = u' ';
     }
     return line;
+}
+
+QString withoutBlanks(QString text)
+{
+    text.removeIf([](QChar c) { return c.isSpace(); });
+    return text;
 }
 
 Error notReplaced()
@@ -97,6 +106,13 @@ private:
 
 } // namespace
 
+TextFinder::TextFinder(const TextQuery& query, QRegularExpression expression, SearchedText searched)
+    : m_expression(std::move(expression)),
+      m_isExpression(query.isExpression),
+      m_letters(query.isExpression ? QString() : withoutBlanks(query.text)),
+      m_searched(searched)
+{}
+
 Result<void> TextFinder::read(std::string_view bytes, std::string_view name)
 {
     m_bytes = bytes;
@@ -110,8 +126,34 @@ Result<void> TextFinder::read(std::string_view bytes, std::string_view name)
     return m_searched == SearchedText::Shown ? readShown() : readSource();
 }
 
+// A quick look at the page's text without its tags, since a tree takes much longer. Where a program writes the page, it can't be
+// told what is text.
+bool TextFinder::mayBeShown() const
+{
+    if (m_letters.isEmpty() || !serverCodeIn(m_file.text()).empty())
+        return true;
+    const bool isXml = webFileKind(m_name) == WebFileKind::XmlPage;
+    std::string text;
+    std::size_t done = 0;
+    const auto add = [&](std::string_view raw) {
+        text += needsDecoding(raw) ? decodeCharacters(raw, ReferenceContext::Text) : std::string(raw);
+    };
+    HtmlScanner scanner(m_file.text(), isXml ? HtmlScanner::Markup::Xml : HtmlScanner::Markup::Html);
+    HtmlToken token;
+    while (scanner.next(token)) {
+        add(m_file.text().substr(done, token.begin - done));
+        if (token.kind == HtmlTokenKind::Cdata)
+            add(token.content);
+        done = token.end;
+    }
+    add(m_file.text().substr(done));
+    return withoutBlanks(QString::fromStdString(text)).contains(m_letters, Qt::CaseInsensitive);
+}
+
 Result<void> TextFinder::readShown()
 {
+    if (!mayBeShown())
+        return {};
     auto page = html::parseWithSource(m_file.text());
     if (!page)
         return page.error();

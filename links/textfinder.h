@@ -38,9 +38,8 @@ struct FoundText
 class TextFinder final
 {
 public:
-    TextFinder(QRegularExpression expression, bool isExpression, SearchedText searched)
-        : m_expression(std::move(expression)), m_isExpression(isExpression), m_searched(searched)
-    {}
+    /// `expression` is that of the query.
+    TextFinder(const TextQuery& query, QRegularExpression expression, SearchedText searched);
 
     /// Searches the file that is called `name` and holds `bytes`, which must outlive what is found. The name's extension says
     /// what it is. Error: it is no page that can be read, or the expression was given up.
@@ -63,6 +62,7 @@ private:
         std::size_t found = 0; // its number
     };
 
+    [[nodiscard]] bool mayBeShown() const;
     Result<void> readShown();
     Result<void> readSource();
     void add(std::size_t place, const QRegularExpressionMatch& match, const QString& run);
@@ -76,6 +76,7 @@ private:
 
     QRegularExpression m_expression;
     bool m_isExpression;
+    QString m_letters; // of a text that is no expression, without its blanks
     SearchedText m_searched;
     std::string_view m_bytes;
     std::string m_name;

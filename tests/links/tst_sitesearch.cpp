@@ -198,6 +198,30 @@ private slots:
         QCOMPARE(*report.links->updated("x", site.at("o.html"), site.at("o.html")), std::string("x"));
     }
 
+    // A text is looked for in the tags' company first, an expression is not.
+    void text_isFoundWhereTheSameExpressionIs()
+    {
+        Site site;
+        test::HostileSite(3).fill(site);
+        site.put("a.html",
+                 "<p>a<b>n</b>&#100; <i>the</i>\u00a0o<!-- -->ther <?php if (a > '<!--') ?>and the other");
+        site.put("b.svg", "<svg><text>and <![CDATA[the oth]]>er</text></svg>");
+        if (fs::exists("/usr/share/doc/postgresql-doc-15/html"))
+            copyPages("/usr/share/doc/postgresql-doc-15/html", site, 60);
+        for (const char* const sought : {"and the other", "AND THE", "e t", "vacuum", "<", "ing a"}) {
+            const QString text = QString::fromUtf8(sought);
+            std::size_t counts[2] = {};
+            for (const bool isExpression : {false, true}) {
+                SiteQuery query = queryOf(text, {});
+                if (isExpression)
+                    query.text = {QRegularExpression::escape(text).replace("\\ ", "[ \u00a0]"), true};
+                for (const SearchedFile& file : found(site, query))
+                    counts[isExpression] += file.found.size();
+            }
+            QCOMPARE(counts[0], counts[1]);
+        }
+    }
+
     void expressionsThatTryTooMuch_areGivenUp()
     {
         const Site site({{"p.html", "<p>" + std::string(5000, 'a')}, {"q.html", "<p>aab"}});
