@@ -4,6 +4,7 @@
 #include "tests/site/sitewindow.h"
 #include "tests/support/obstacle.h"
 #include "tests/support/registry.h"
+#include "tests/support/rows.h"
 #include "tests/support/screenshot.h"
 
 #include <QAbstractItemModelTester>
@@ -61,6 +62,8 @@ private slots:
                      "<a href=x.html>x</a>\n<a href=x.html#t>t</a><a href=gone.html>g</a>");
         folders->put("sending/a.html", "<img src=/x.html><a href=gone.html>");
         folders->put("sending/x.html", "<p id=t>");
+        folders->put("sending/e/p.html", "<p>page");
+        folders->put("sending/b.html", "<a href=e/p.html>");
         folders->put("receiving/o.html", "");
         askAbove = 1;
         site.emplace(
@@ -154,8 +157,25 @@ private slots:
         QCOMPARE(folders->contents(), before);
     }
 
+    void outsideMove_isOffered_data()
+    {
+        const test::Rows<QStringList, bool, QString, QStringList> row("moves", "isCopied", "text", "rows");
+        const QStringList ofFile = {"a.html|1|/x.html|/d/y.html", "index.html|1|x.html|d/y.html",
+                                    "index.html|2|x.html#t|d/y.html#t"};
+        const QString ofFolder = "b.html|1|e/p.html|d/f/p.html";
+        row("file", QStringList{"x.html>d/y.html"}, false, "x.html to d/y.html", ofFile);
+        row("copied with its time, gone then", QStringList{"x.html>d/x.html"}, true, "x.html to d/x.html",
+            QStringList(ofFile).replaceInStrings("d/y.html", "d/x.html"));
+        row("folder", QStringList{"e>d/f"}, false, "e to d/f", QStringList{ofFolder});
+        row("several", QStringList{"x.html>d/y.html", "e>d/f"}, false, "2 items",
+            QStringList{ofFile[0], ofFolder, ofFile[1], ofFile[2]});
+    }
     void outsideMove_isOffered()
     {
+        QFETCH(QStringList, moves);
+        QFETCH(bool, isCopied);
+        QFETCH(QString, text);
+        QFETCH(QStringList, rows);
         folders->makeFolder("sending/d");
         // The watcher runs and the pane knows the files.
         int attempt = 0;
@@ -163,25 +183,39 @@ private slots:
                      SiteWindow::item(site->source(), 0, "d").isValid()));
         QTRY_VERIFY2(QThreadPool::globalInstance()->activeThreadCount() == 0, "jobs are running");
         const test::Files before = folders->contents();
-        fs::rename(folders->at("sending/x.html"), folders->at("sending/d/y.html"));
+        for (const QString& move : moves) {
+            const fs::path from = folders->sending() / move.section('>', 0, 0).toStdString();
+            const fs::path to = folders->sending() / move.section('>', 1).toStdString();
+            if (isCopied) {
+                const auto time = fs::last_write_time(from);
+                QVERIFY(fs::copy_file(from, to));
+                fs::last_write_time(to, time);
+                QVERIFY(fs::remove(from));
+            } else {
+                fs::rename(from, to);
+            }
+        }
         auto& bar = site->find<QFrame>("outsideMoveBar");
-        QTRY_VERIFY(bar.isVisible());
-        QCOMPARE(site->find<QLabel>("outsideMoveLabel").text(),
-                 "Another program has moved x.html to d/y.html. Links still lead to the old place.");
+        auto& label = site->find<QLabel>("outsideMoveLabel");
+        QTRY_VERIFY2(bar.isVisible() && label.text().contains(text), qPrintable(label.text()));
         test::saveScreenshots(*site->window, "outside-move");
         site->click("updateLinksButton");
         QTRY_VERIFY(preview());
         QVERIFY(!bar.isVisible());
-        QCOMPARE(rows(), (QStringList{"a.html|1|/x.html|/d/y.html", "index.html|1|x.html|d/y.html",
-                                      "index.html|2|x.html#t|d/y.html#t"}));
+        QCOMPARE(this->rows(), rows);
         preview()->accept();
         QTRY_VERIFY(site->isDone());
-        QCOMPARE(folders->bytesOf("sending/a.html"), "<img src=/d/y.html><a href=gone.html>");
+        test::Files after = folders->contents();
+        for (const char* const page : {"sending/a.html", "sending/b.html", "sending/index.html"})
+            QCOMPARE(after.at(page) != before.at(page),
+                     rows.filter(QString(page).section('/', 1)).size() > 0);
         site->find<QDialog>("progressPanel").accept();
         // Only what we have done is taken back.
         site->find<QAction>("undoMoveAction").trigger();
-        QTRY_COMPARE(folders->bytesOf("sending/a.html"), before.at("sending/a.html"));
-        QVERIFY(fs::exists(folders->at("sending/d/y.html")));
+        for (const char* const page : {"sending/a.html", "sending/b.html", "sending/index.html"})
+            QTRY_COMPARE(folders->bytesOf(page), before.at(page));
+        for (const QString& move : moves)
+            QVERIFY(fs::exists(folders->sending() / move.section('>', 1).toStdString()));
     }
 
     void missingTarget_isReplacedEverywhere()
