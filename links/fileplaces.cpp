@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/fileplaces.h"
 
+#include "base/filecalls.h"
+#include "base/filedescriptor.h"
 #include "base/files.h"
 #include "base/folderreader.h"
 #include "base/pathbelow.h"
+#include "links/bytehash.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <unordered_map>
@@ -18,6 +23,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t mostSeen = 200'000;
+constexpr std::size_t mostRead = 20'000;
+constexpr std::size_t readAtEachEnd = 32'768; // bytes of a file
 
 std::string joined(const std::string& folder, const std::string& name)
 {
@@ -36,6 +43,8 @@ public:
             m_byInode.emplace(identity.inode, path);
             if (!identity.isFolder)
                 m_byName.emplace(namePart(path), path);
+            if (identity.content != 0)
+                m_byContent.emplace(identity.content, path);
         }
     }
 
@@ -49,7 +58,10 @@ public:
                                    : looksAlike(identity, come->second)))
                 return come->first;
         }
-        return identity.isFolder || identity.size == 0 ? std::nullopt : copyOf(path, identity);
+        if (identity.isFolder || identity.size == 0)
+            return std::nullopt;
+        const auto copy = copyOf(path, identity);
+        return copy ? copy : sameContentAs(path, identity);
     }
 
 private:
@@ -75,6 +87,26 @@ private:
         return copy;
     }
 
+    // Copied with a new time. Nothing where several are the same, unless one of them alone has the name.
+    [[nodiscard]] std::optional<std::string> sameContentAs(const std::string& path,
+                                                           const Identity& identity) const
+    {
+        std::vector<std::string> all;
+        std::vector<std::string> named;
+        const auto [first, last] = m_byContent.equal_range(identity.content);
+        for (auto found = first; found != last && identity.content != 0; ++found) {
+            const auto come = m_come.find(found->second);
+            if (come == m_come.end() || come->second.size != identity.size)
+                continue;
+            all.push_back(come->first);
+            if (namePart(come->first) == namePart(path))
+                named.push_back(come->first);
+        }
+        if (named.size() == 1)
+            return named.front();
+        return all.size() == 1 ? std::optional(all.front()) : std::nullopt;
+    }
+
     [[nodiscard]] bool haveSameFile(const std::string& oldFolder, const std::string& newFolder) const
     {
         const std::string below = oldFolder + "/";
@@ -91,24 +123,58 @@ private:
     const Names& m_come;
     std::unordered_multimap<std::uint64_t, std::string> m_byInode;
     std::unordered_multimap<std::string, std::string> m_byName;
+    std::unordered_multimap<std::uint64_t, std::string> m_byContent;
 };
 
-FilePlaces::Names FilePlaces::namesIn(const std::string& folder) const
+// Of its begin and its end.
+std::uint64_t FilePlaces::contentOf(const fs::path& file, std::uint64_t size)
+{
+    if (size == 0 || m_read >= mostRead)
+        return 0;
+    const FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    if (!opened)
+        return 0;
+    ++m_read;
+    std::string bytes(std::min<std::size_t>(size, 2 * readAtEachEnd), '\0');
+    const std::size_t begun = std::min(bytes.size(), readAtEachEnd);
+    const std::size_t rest = bytes.size() - begun;
+    const auto isRead = [&](std::size_t at, std::size_t count, std::uint64_t place) {
+        return ::pread(opened.get(), bytes.data() + at, count, static_cast<off_t>(place)) ==
+               static_cast<ssize_t>(count);
+    };
+    if (!isRead(0, begun, 0) || (rest > 0 && !isRead(begun, rest, size - rest)))
+        return 0;
+    return std::max<std::uint64_t>(hashBytes(bytes, size), 1);
+}
+
+// `before` is what was there the last time.
+FilePlaces::Names FilePlaces::namesIn(const std::string& folder, const Names& before,
+                                      const StillWanted& stillWanted)
 {
     Names names;
     const fs::path path = folder.empty() ? m_site : m_site / folder;
     auto entries = FolderReader::open(path.native());
     while (entries) {
         const auto entry = entries->next();
-        if (!entry)
+        if (!entry || !isWanted(stillWanted))
             break;
         const std::string name(entry->name());
         struct stat status = {};
         if (name.starts_with('.') || ::lstat((path / name).c_str(), &status) != 0)
             continue;
-        names[name] = {status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size),
-                       status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec,
-                       S_ISDIR(status.st_mode)};
+        Identity now{status.st_dev,
+                     status.st_ino,
+                     static_cast<std::uint64_t>(status.st_size),
+                     status.st_mtim.tv_sec * 1'000'000'000 + status.st_mtim.tv_nsec,
+                     0,
+                     S_ISDIR(status.st_mode)};
+        const auto known = before.find(name);
+        if (known != before.end() && known->second.inode == now.inode && known->second.size == now.size &&
+            known->second.modified == now.modified)
+            now.content = known->second.content;
+        else if (S_ISREG(status.st_mode))
+            now.content = contentOf(path / name, now.size);
+        names[name] = now;
     }
     return names;
 }
@@ -149,7 +215,9 @@ bool FilePlaces::lookAt(const std::string& folder, const StillWanted& stillWante
 {
     if (!isWanted(stillWanted))
         return false;
-    const Names now = namesIn(folder);
+    const Names now = namesIn(folder, m_folders[folder], stillWanted);
+    if (!isWanted(stillWanted))
+        return false;
     const Names before = std::exchange(m_folders[folder], now);
     const auto isFolderIn = [](const Names& names, const std::string& name, const Identity& known) {
         const auto found = names.find(name);
@@ -176,7 +244,9 @@ bool FilePlaces::addBelow(const std::string& folder, const StillWanted& stillWan
 {
     if (!isWanted(stillWanted))
         return false;
-    const Names names = namesIn(folder);
+    const Names names = namesIn(folder, {}, stillWanted);
+    if (!isWanted(stillWanted))
+        return false;
     m_seen += names.size();
     if (m_seen > mostSeen)
         return false;

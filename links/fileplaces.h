@@ -15,8 +15,9 @@
 namespace luma {
 
 /// Remembers which items are where in a site, to tell when another program has moved or renamed some: one is gone, and the same
-/// one is at another place. A file is recognised by its size and time, and by its inode or its name; a folder by its inode and a
-/// file in it. Hidden items are left out, and so are sites with more than some 200,000 items, which would cost too much memory.
+/// one is at another place. A file is recognised by its size and time, and by its inode or its name, else by its size and content;
+/// a folder by its inode and a file in it. Of a large file, and of a site with more than some 20,000, not all content is read.
+/// Hidden items are left out, and so are sites with more than some 200,000 items, which would cost too much memory.
 /// One thread at a time.
 class FilePlaces final
 {
@@ -35,12 +36,15 @@ private:
         std::uint64_t inode = 0;
         std::uint64_t size = 0;
         std::int64_t modified = 0; // in nanoseconds
+        std::uint64_t content = 0; // its hash; 0 where it is not known
         bool isFolder = false;
     };
     using Names = std::map<std::string, Identity>; // names in a folder, or subpaths
     class Matcher;
 
-    [[nodiscard]] Names namesIn(const std::string& folder) const;
+    [[nodiscard]] Names namesIn(const std::string& folder, const Names& before,
+                                const StillWanted& stillWanted);
+    [[nodiscard]] std::uint64_t contentOf(const std::filesystem::path& file, std::uint64_t size);
     bool lookAt(const std::string& folder, const StillWanted& stillWanted);
     bool addBelow(const std::string& folder, const StillWanted& stillWanted);
     void forgetBelow(const std::string& folder);
@@ -51,6 +55,7 @@ private:
     Names m_gone;                           // and not found again yet
     Names m_come;
     std::size_t m_seen = 0;    // items that were found in folders so far
+    std::size_t m_read = 0;    // files
     bool m_isKnown = false;    // every item has been seen
     bool m_isComplete = false; // the last look at the items was not stopped
 };

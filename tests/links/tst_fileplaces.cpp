@@ -33,7 +33,7 @@ private:
 private slots:
     void movedItems_areFound_data()
     {
-        // "A > B": rename, "A + B": copy with its time, "A": remove, "A !": write.
+        // "A > B": rename, "A + B": copy with its time, "A = B": with a new one, "A": remove, "A !": write.
         QTest::addColumn<QByteArrayList>("steps");
         QTest::addColumn<QByteArrayList>("changed");
         QTest::addColumn<QByteArrayList>("moved");
@@ -49,6 +49,13 @@ private slots:
         QTest::newRow("written anew") << List{"a/x.html", "b/x.html !"} << List{"a", "b"} << List{};
         QTest::newRow("one of two alike")
             << List{"a/x.html + b/x.html", "a/x.html + x.html", "a/x.html"} << List{"a", "b", ""} << List{};
+        QTest::newRow("copied with a new time and name")
+            << List{"a/x.html = b/y.html", "a/x.html"} << List{"a", "b"} << List{"a/x.html > b/y.html"};
+        QTest::newRow("copied twice, once with its name")
+            << List{"a/x.html = b/y.html", "a/x.html = b/x.html", "a/x.html"} << List{"*"}
+            << List{"a/x.html > b/x.html"};
+        QTest::newRow("copied twice, with other names")
+            << List{"a/x.html = b/y.html", "a/x.html = b/z.html", "a/x.html"} << List{"*"} << List{};
         QTest::newRow("one that stays elsewhere") << List{"o.html"} << List{""} << List{};
         QTest::newRow("a folder in the place of another")
             << List{"a/d > d", "a", "d > a"} << List{""} << List{"a/d > a"};
@@ -76,7 +83,8 @@ private slots:
                 fs::rename(from, to);
             } else {
                 fs::copy_file(from, to);
-                fs::last_write_time(to, fs::last_write_time(from));
+                if (parts[1] == "+")
+                    fs::last_write_time(to, fs::last_write_time(from));
             }
         }
         QCOMPARE(found(site, places, changed), moved);
