@@ -176,6 +176,31 @@ private slots:
                 std::string::npos);
     }
 
+    // Its place in the one site stands for that in the other; no link leads from the one into the other.
+    void asABrowser_fileFromTheOtherPaneKeepsItsRelations()
+    {
+        const LinkedSite folders;
+        folders.put("sending/a/y.html",
+                    "<a href=x.html#top><img src=/images/logo.png><a href=../index.html>");
+        folders.put("receiving/a/x.html", "<a href=y.html>");
+        const SiteWindow site(asABrowser(folders), {.remoteLogin = {},
+                                                    .runProgram = {},
+                                                    .mounter = std::make_shared<test::UnavailableMounter>(),
+                                                    .reportChoices = [] { return ReportChoices(); }});
+        QTRY_VERIFY(site.isConnected());
+        choose(site, "a", "y.html");
+        site.destination().browser().setPath({"c"});
+        QCOMPARE(SiteWindow::dragAndDrop(SiteWindow::list(site.source(), 1),
+                                         SiteWindow::list(site.destination(), 1), {}),
+                 Qt::CopyAction);
+        QTRY_COMPARE(folders.bytesOf("receiving/c/y.html"),
+                     std::string("<a href=../a/x.html#top><img src=/images/logo.png><a href=../index.html>"));
+        QTRY_VERIFY(site.isDone());
+        QCOMPARE(folders.bytesOf("receiving/a/x.html"), std::string("<a href=y.html>"));
+        QCOMPARE(folders.bytesOf("sending/a/y.html"),
+                 std::string("<a href=x.html#top><img src=/images/logo.png><a href=../index.html>"));
+    }
+
     // As a browser reads links, which is the default.
     void asABrowser_movesRenamesAndTakesBack()
     {
