@@ -127,7 +127,10 @@ void ScriptPreview::createActions()
 
 void ScriptPreview::connectPage()
 {
-    const auto refuse = [this](const QUrl& url) { list(tr("Refused"), shownAddress(url)); };
+    const auto refuse = [this](const QUrl& url) {
+        const bool isFile = url.scheme().toLatin1() == PageScheme::name();
+        list(isFile ? tr("Not in the site") : tr("Refused"), shownAddress(url));
+    };
     connect(m_profile.get(), &PreviewProfile::refused, this, refuse);
     connect(m_page, &PreviewPage::refused, this, refuse);
     connect(m_page, &PreviewPage::said, this, [this](const QString& text) { list(tr("Dialog"), text); });

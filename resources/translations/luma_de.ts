@@ -5313,6 +5313,10 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
         <source>%1 – Preview with Scripts</source>
         <translation>%1 – Vorschau mit Skripten</translation>
     </message>
+    <message>
+        <source>Not in the site</source>
+        <translation>Nicht in der Website</translation>
+    </message>
 </context>
 <context>
     <name>luma::SideMark</name>
