@@ -79,7 +79,9 @@ void tellUnreadableFolders(const SiteTree& tree, const WebPageSink& page)
     for (Id id = 1; id < tree.size(); ++id) {
         if (tree.type(id) != SiteTree::Type::UnreadableFolder)
             continue;
-        if (const auto opened = FolderReader::open(tree.path(id)); !opened)
+        // One that has gone meanwhile hides nothing.
+        const auto opened = FolderReader::open(tree.path(id));
+        if (!opened && opened.error().code != std::errc::no_such_file_or_directory)
             page({tree.subpath(id), opened.error().text, {}});
     }
 }
