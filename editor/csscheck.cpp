@@ -162,7 +162,7 @@ void CssCheck::judge(const QString& sheet)
         });
 }
 
-void CssCheck::tell()
+void CssCheck::tell() const
 {
     const CodeEdit& field = *m_controls.field;
     const qsizetype count = field.problemCount();

@@ -36,7 +36,7 @@ public:
 private:
     void check();
     void judge(const QString& sheet);
-    void tell();
+    void tell() const;
 
     Controls m_controls;
     CssVocabulary& m_vocabulary;

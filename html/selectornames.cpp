@@ -120,9 +120,7 @@ private:
             const std::size_t digits = ++end;
             while (end < m_text.size() && end - digits < 6 && isHexDigit(m_text[end]))
                 ++end;
-            if (end == digits)
-                ++end;
-            else if (end < m_text.size() && isWhiteSpace(m_text[end]))
+            if (end == digits || (end < m_text.size() && isWhiteSpace(m_text[end])))
                 ++end;
         }
         return m_text.substr(begin, end - begin);
