@@ -379,7 +379,7 @@ PageDocument::Source HTMLDocument::source() const
 
 Result<void> HTMLDocument::setSource(const Source& source)
 {
-    const auto taken = m_store.setMarkup(source.text);
+    auto taken = m_store.setMarkup(source.text);
     if (!taken)
         return taken;
     const auto before = QString::fromUtf8(source.text.data(), static_cast<qsizetype>(source.place));

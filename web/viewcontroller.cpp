@@ -244,7 +244,7 @@ void ViewController::showDraft(const std::filesystem::path& file, const std::opt
 void ViewController::finishUpdate(const QByteArray& changes)
 {
     emit selectionRestored();
-    for (const char* const sign : {"\"name\":\"style\"", "\"name\":\"link\"", "<style", "<link"}) {
+    for (const char* const sign : {R"("name":"style")", R"("name":"link")", "<style", "<link"}) {
         if (changes.contains(sign)) {
             m_document.loadCSSNames();
             m_files->update();
