@@ -2,8 +2,9 @@
 #include "editor/elementsheet.h"
 
 #include "editor/outlineselection.h"
+#include "html/codemarks.h"
 #include "html/element.h"
-#include "page/elementplaces.h"
+#include "html/tagtraits.h"
 #include "page/tagrules.h"
 #include "ui_ElementSheet.h"
 
@@ -22,25 +23,67 @@ ElementSheet::ElementSheet(const OutlineSelection& selection, QWidget* parent)
 {
     m_ui->setupUi(this);
     m_ui->elementFilter->installEventFilter(this);
+    connect(m_ui->elementPlace, &QComboBox::activated, this, &ElementSheet::fillElements);
     connect(m_ui->elementFilter, &QLineEdit::textChanged, this, &ElementSheet::filter);
     connect(m_ui->elementList, &QListWidget::currentItemChanged, this, &ElementSheet::update);
     connect(m_ui->elementList, &QListWidget::itemActivated, m_ui->elementButton, &QPushButton::click);
     connect(m_ui->elementCancelButton, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_ui->elementButton, &QPushButton::clicked, this, &QDialog::accept);
-    connect(this, &QDialog::accepted, this,
-            [this] { emit confirmed(m_ui->elementList->currentItem()->text()); });
+    connect(this, &QDialog::accepted, this, [this] {
+        m_lastPlace = place();
+        emit confirmed(m_ui->elementList->currentItem()->text(), m_lastPlace);
+    });
 }
 
 ElementSheet::~ElementSheet() = default;
 
 void ElementSheet::begin()
 {
-    const html::Element* const parent = m_selection.element();
-    if (!parent)
+    fillPlaces();
+    if (m_ui->elementPlace->count() == 0)
         return;
-    m_ui->elementLabel->setText(tr("In <%1>:").arg(tagNameOf(*parent)));
+    m_ui->elementFilter->clear();
+    fillElements();
+    open();
+    m_ui->elementFilter->setFocus();
+}
+
+// The place chosen last, if elements can stand there.
+void ElementSheet::fillPlaces()
+{
+    m_ui->elementPlace->clear();
+    const html::Node* const node = m_selection.node();
+    if (!node)
+        return;
+    const html::Element* const element = node->asElement();
+    const QString name = element ? u'<' + tagNameOf(*element) + u'>' : tr("the selected row");
+    for (const InsertPlace each : insertPlaces(*node)) {
+        const QString text = each == InsertPlace::First    ? tr("At the beginning of %1")
+                             : each == InsertPlace::Last   ? tr("At the end of %1")
+                             : each == InsertPlace::Before ? tr("Before %1")
+                                                           : tr("After %1");
+        m_ui->elementPlace->addItem(text.arg(name), static_cast<int>(each));
+    }
+    const bool isInside = m_lastPlace == InsertPlace::First || m_lastPlace == InsertPlace::Last;
+    const bool takesNone = element && (html::isVoid(*element) || html::hasRawText(*element) ||
+                                       html::hasEscapableRawText(*element) || html::isServerCode(*element));
+    const InsertPlace wanted = isInside && takesNone ? InsertPlace::After : m_lastPlace;
+    const int known = m_ui->elementPlace->findData(static_cast<int>(wanted));
+    m_ui->elementPlace->setCurrentIndex(known >= 0 ? known : m_ui->elementPlace->count() - 1);
+}
+
+InsertPlace ElementSheet::place() const
+{
+    return static_cast<InsertPlace>(m_ui->elementPlace->currentData().toInt());
+}
+
+void ElementSheet::fillElements()
+{
+    const html::Node* const node = m_selection.node();
+    if (!node)
+        return;
     m_ui->elementList->clear();
-    for (const ElementOffer& offer : elementOffers(*parent)) {
+    for (const ElementOffer& offer : elementOffers(*node, place())) {
         auto* const row = new QListWidgetItem(offer.tag, m_ui->elementList);
         row->setData(reasonRole, offer.reason);
         row->setToolTip(offer.reason);
@@ -48,10 +91,7 @@ void ElementSheet::begin()
         if (!offer.reason.isEmpty())
             row->setForeground(palette().color(QPalette::Disabled, QPalette::Text));
     }
-    m_ui->elementFilter->clear();
-    filter({});
-    open();
-    m_ui->elementFilter->setFocus();
+    filter(m_ui->elementFilter->text());
 }
 
 // The first element that begins so, and can be inserted, is chosen.

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "page/elementplaces.h"
+
 #include <QDialog>
 
 #include <memory>
@@ -13,7 +15,8 @@ namespace luma {
 
 class OutlineSelection;
 
-/// The sheet that offers every element for the selected one, and tells of those that can't stand there why. Main thread.
+/// The sheet that offers every element for a place at the selected node, and tells of those that can't stand there why.
+/// Main thread.
 class ElementSheet final : public QDialog
 {
     Q_OBJECT
@@ -23,21 +26,25 @@ public:
     ElementSheet(const OutlineSelection& selection, QWidget* parent);
     ~ElementSheet() override;
 
-    /// Does nothing while no element is selected.
+    /// Does nothing if there is no such place. The place chosen last is chosen again.
     void begin();
 
 signals:
-    void confirmed(const QString& tagName);
+    void confirmed(const QString& tagName, InsertPlace place);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
+    void fillPlaces();
+    void fillElements();
+    [[nodiscard]] InsertPlace place() const;
     void filter(const QString& letters);
     void update();
 
     std::unique_ptr<Ui::ElementSheet> m_ui;
     const OutlineSelection& m_selection;
+    InsertPlace m_lastPlace = InsertPlace::First;
 };
 
 } // namespace luma

@@ -24,7 +24,10 @@ HiddenElements::HiddenElements(OutlineModel& outline, const OutlineSelection& se
 
 void HiddenElements::toggleSelected()
 {
-    m_outline.toggleHidden(m_selection.index());
+    if (!m_outline.toggleHidden(m_selection.index())) {
+        emit refused(tr("Only elements in <body> can be hidden."));
+        return;
+    }
     m_rendering.whenCaughtUp(this, [this] { showInPage(); });
 }
 

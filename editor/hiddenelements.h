@@ -23,6 +23,10 @@ public:
     /// Hides the selected element, or shows it again.
     void toggleSelected();
 
+signals:
+    /// The selected element can't be hidden, for this reason.
+    void refused(const QString& reason);
+
 private:
     void showInPage();
 

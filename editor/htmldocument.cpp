@@ -104,9 +104,10 @@ void HTMLDocument::createEdits()
     connect(m_edits, &PageEdits::edited, this, &HTMLDocument::refreshAfterEdit);
     connect(m_edits, &PageEdits::editedUnseen, this, [this] { refresh(RenderingReader::Place::Keep); });
     connect(m_edits, &PageEdits::redone, this, [this] { refresh(RenderingReader::Place::Caret); });
-    connect(m_edits, &PageEdits::refused, this, [this](const QString& reason) { tell(reason); });
+    connect(m_edits, &PageEdits::refused, this, &HTMLDocument::refuse);
     // Queued, so that the drag has ended before the page is rebuilt.
-    connect(m_outline, &OutlineModel::elementDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);
+    connect(m_outline, &OutlineModel::nodeDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);
+    connect(m_ui->myOutlineView, &OutlineView::pasteRequested, m_edits, &PageEdits::acceptDrop);
     m_metaSheet = new MetaSheet(this);
     connect(m_metaSheet, &MetaSheet::confirmed, m_edits, &PageEdits::changeTitle);
     connect(m_viewController, &ViewController::rowRequested, m_edits, &PageEdits::addLastRow);
@@ -132,7 +133,8 @@ void HTMLDocument::createTools()
                              *m_styleSheets, *m_viewController, [this] { return siteFolder(); },
                              [this] { return m_linkRules ? m_linkRules(m_store.linkBase()) : WebRules(); }},
                             this);
-    connect(m_tools, &PageTools::refused, this, [this](const QString& reason) { tell(reason); });
+    connect(m_tools, &PageTools::refused, this, &HTMLDocument::refuse);
+    connect(m_tools, &PageTools::failed, this, [this](const QString& reason) { tell(reason); });
     connect(m_tools, &PageTools::textsReplaced, this, [this] { refresh(RenderingReader::Place::Keep); });
     connect(m_tools, &PageTools::sourceReplaced, this, [this] {
         m_viewController->show(ViewController::Position::Keep);
@@ -188,6 +190,8 @@ void HTMLDocument::connectChanges()
         connect(&m_stack, &QUndoStack::indexChanged, this, handler);
     }
     connect(m_selection, &OutlineSelection::changed, this, &HTMLDocument::updateWindow);
+    connect(m_selection, &OutlineSelection::changed, this, &HTMLDocument::forgetRefusal);
+    connect(&m_stack, &QUndoStack::indexChanged, this, &HTMLDocument::forgetRefusal);
     connect(m_ui->cssField, &QPlainTextEdit::textChanged, this, &HTMLDocument::updateWindow);
     connect(m_ui->cssButton, &QPushButton::clicked, this, &HTMLDocument::updateWindow);
 }
@@ -589,6 +593,19 @@ void HTMLDocument::tell(const QString& text, Offer offer)
     m_ui->noticeText->setText(text);
     m_ui->noticeReloadButton->setVisible(offer == Offer::Reload);
     m_ui->noticeBar->show();
+    m_tellsRefusal = false;
+}
+
+void HTMLDocument::refuse(const QString& reason)
+{
+    tell(reason);
+    m_tellsRefusal = true;
+}
+
+void HTMLDocument::forgetRefusal()
+{
+    if (std::exchange(m_tellsRefusal, false))
+        m_ui->noticeBar->hide();
 }
 
 void HTMLDocument::updateWindow()

@@ -181,6 +181,9 @@ private:
     enum class Offer { Nothing, Reload };
     /// Shows the text in the bar at the top until it is dismissed or the page is read or saved.
     void tell(const QString& text, Offer offer = Offer::Nothing);
+    /// A reason, which goes with the next selection or edit.
+    void refuse(const QString& reason);
+    void forgetRefusal();
     /// Updates the title, the actions and the path at the bottom.
     void updateWindow();
     /// Pages of one name that are open at the same time tell their folders.
@@ -213,6 +216,7 @@ private:
     std::optional<PageLayout> m_layout; // set once the window is built
     CssNames m_cssNames;
     bool m_mayClose = false;
+    bool m_tellsRefusal = false;
 };
 
 } // namespace luma

@@ -48,9 +48,12 @@ void OutlineEditor::begin(const QModelIndex& row)
 {
     const html::Node* const node = OutlineModel::nodeAt(row);
     const html::Element* const element = OutlineModel::elementAt(row);
-    if (!node || (element && element->is("title")) || html::isServerCode(*node) ||
-        node->kind() == html::Node::Kind::Doctype)
+    if (!node || (element && element->is("title")))
         return;
+    if (html::isServerCode(*node) || node->kind() == html::Node::Kind::Doctype) {
+        emit refused(tr("This is edited in the page's source."));
+        return;
+    }
     m_isText = !element;
     if (m_isText && !isTextForLine(*node)) {
         emit sheetRequested(row);

@@ -28,6 +28,8 @@ public:
 signals:
     /// The row's text is no text for one line.
     void sheetRequested(const QModelIndex& row);
+    /// A row can't be edited, for this reason.
+    void refused(const QString& reason);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

@@ -6,6 +6,7 @@
 #include "html/characterdata.h"
 #include "html/codemarks.h"
 #include "html/element.h"
+#include "page/elementplaces.h"
 #include "page/pagetree.h"
 #include "page/subtreechange.h"
 
@@ -230,14 +231,16 @@ void OutlineModel::setMarked(const QModelIndex& index)
     }
 }
 
-void OutlineModel::toggleHidden(const QModelIndex& index)
+bool OutlineModel::toggleHidden(const QModelIndex& index)
 {
-    if (!index.isValid())
-        return;
     m_hidden.removeIf([](const QPersistentModelIndex& each) { return !each.isValid(); });
-    if (!m_hidden.removeOne(index) && m_rules.canAddClass(elementAt(index)))
+    const bool wasHidden = m_hidden.removeOne(index);
+    if (!wasHidden && !m_rules.canAddClass(elementAt(index)))
+        return false;
+    if (!wasHidden)
         m_hidden.append(index);
     emit dataChanged(index, index, {Qt::ForegroundRole});
+    return true;
 }
 
 const std::vector<html::Node*>& OutlineModel::childrenOf(const html::ParentNode& parent) const
@@ -363,25 +366,26 @@ Qt::ItemFlags OutlineModel::flags(const QModelIndex& index) const
     if (!index.isValid())
         return Qt::NoItemFlags;
     const Qt::ItemFlags common = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemIsDropEnabled;
-    return m_rules.canDrag(elementAt(index)) ? common | Qt::ItemIsDragEnabled : common;
+    return m_rules.canMove(nodeAt(index)) ? common | Qt::ItemIsDragEnabled : common;
 }
 
 // Dragging
 
-int OutlineModel::outlineRow(const html::Element& element) const
+int OutlineModel::outlineRow(const html::Node& node) const
 {
     int row = 0;
-    for (const html::Node* node = m_tree.document(); node && node != &element;
-         node = node->following(*m_tree.document()))
-        row += node->asElement() ? 1 : 0;
+    const html::Document& page = *m_tree.document();
+    for (const html::Node* each = page.firstChild(); each && each != &node; each = each->following(page))
+        row += hasRow(*each) ? 1 : 0;
     return row;
 }
 
-html::Element* OutlineModel::elementAtRow(qlonglong row) const
+html::Node* OutlineModel::nodeAtRow(qlonglong row) const
 {
-    for (html::Node* node = m_tree.document(); node; node = node->following(*m_tree.document())) {
-        if (node->asElement() && row-- == 0)
-            return node->asElement();
+    const html::Document* const page = m_tree.document();
+    for (html::Node* node = page ? page->firstChild() : nullptr; node; node = node->following(*page)) {
+        if (hasRow(*node) && row-- == 0)
+            return node;
     }
     return nullptr;
 }
@@ -393,14 +397,14 @@ QStringList OutlineModel::mimeTypes() const
 
 QMimeData* OutlineModel::mimeData(const QModelIndexList& indexes) const
 {
-    const html::Element* const element = indexes.isEmpty() ? nullptr : elementAt(indexes.first());
-    if (!element || !m_rules.canDrag(element))
+    const html::Node* const node = indexes.isEmpty() ? nullptr : nodeAt(indexes.first());
+    if (!m_rules.canMove(node))
         return nullptr;
-    const html::Element* const above = element->parent()->asElement();
+    const html::Element* const above = node->parent()->asElement();
     const QVariantMap record = {
         {QStringLiteral("sourceParentRowNo"), above ? qlonglong{outlineRow(*above)} : qlonglong{-1}},
         {QStringLiteral("sourceChildIndex"), qlonglong{indexes.first().row()}},
-        {QStringLiteral("sourceItemRowNo"), qlonglong{outlineRow(*element)}}};
+        {QStringLiteral("sourceItemRowNo"), qlonglong{outlineRow(*node)}}};
     const auto bytes = writePropertyList(record, PropertyListFormat::Xml);
     if (!bytes)
         return nullptr;
@@ -414,28 +418,28 @@ Qt::DropActions OutlineModel::supportedDropActions() const
     return Qt::MoveAction | Qt::CopyAction;
 }
 
-html::Element* OutlineModel::draggedElement(const QMimeData* data) const
+html::Node* OutlineModel::draggedNode(const QMimeData* data) const
 {
     const auto record = readPropertyList(data->data(QString::fromLatin1(nodeDragType)));
     if (!record)
         return nullptr;
     bool isNumber = false;
     const qlonglong row = record->toMap().value(QStringLiteral("sourceItemRowNo")).toLongLong(&isNumber);
-    return isNumber && row >= 0 ? elementAtRow(row) : nullptr;
+    return isNumber && row >= 0 ? nodeAtRow(row) : nullptr;
 }
 
 bool OutlineModel::canDropMimeData(const QMimeData* data, Qt::DropAction action, int, int,
                                    const QModelIndex& parent) const
 {
     return supportedDropActions().testFlag(action) &&
-           m_rules.canDrop(draggedElement(data), elementAt(parent));
+           reasonAgainstDrop(m_rules, draggedNode(data), elementAt(parent)).isEmpty();
 }
 
 bool OutlineModel::dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
                                 const QModelIndex& parent)
 {
     if (canDropMimeData(data, action, row, column, parent))
-        emit elementDropped(indexOf(draggedElement(data)), parent, row, action);
+        emit nodeDropped(indexOf(draggedNode(data)), parent, row, action);
     return true;
 }
 

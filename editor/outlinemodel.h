@@ -17,7 +17,7 @@ namespace luma {
 class PageTree;
 
 /// The page as the outline shows it: its elements, with `html` at the top, or all nodes but texts that are blank. It
-/// follows the tree's changes row by row. A drag of an element carries a record (a property list under nodeDragType), and a drop is
+/// follows the tree's changes row by row. A drag of a row carries a record (a property list under nodeDragType), and a drop is
 /// accepted where the rules allow it; the listener to elementDropped() performs it. Main thread.
 class OutlineModel final : public QAbstractItemModel
 {
@@ -60,9 +60,9 @@ public:
     void setActiveColour(const QColor& colour) { m_activeColour = colour; }
 
     /// The rows of elements that are hidden in the rendering, which the model only marks. Only elements in `body` can be
-    /// hidden.
+    /// hidden; for any other nothing is done, and the answer is false.
     [[nodiscard]] const QList<QPersistentModelIndex>& hidden() const { return m_hidden; }
-    void toggleHidden(const QModelIndex& index);
+    bool toggleHidden(const QModelIndex& index);
 
     [[nodiscard]] QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
     [[nodiscard]] QModelIndex parent(const QModelIndex& child) const override;
@@ -83,8 +83,8 @@ public:
 
 signals:
     /// An allowed drop: at `childIndex` among the rows below the target, or -1 for onto the target.
-    void elementDropped(const QPersistentModelIndex& dragged, const QPersistentModelIndex& target,
-                        int childIndex, Qt::DropAction action);
+    void nodeDropped(const QPersistentModelIndex& dragged, const QPersistentModelIndex& target,
+                     int childIndex, Qt::DropAction action);
 
 private:
     void followTree();
@@ -99,9 +99,9 @@ private:
     void forgetRows();
     void forgetChange();
     /// Row numbers of the fully expanded outline, from 0.
-    [[nodiscard]] int outlineRow(const html::Element& element) const;
-    [[nodiscard]] html::Element* elementAtRow(qlonglong row) const;
-    [[nodiscard]] html::Element* draggedElement(const QMimeData* data) const;
+    [[nodiscard]] int outlineRow(const html::Node& node) const;
+    [[nodiscard]] html::Node* nodeAtRow(qlonglong row) const;
+    [[nodiscard]] html::Node* draggedNode(const QMimeData* data) const;
 
     PageTree& m_tree;
     const TagRules& m_rules;

@@ -13,7 +13,6 @@
 #include <QScrollBar>
 
 #include <algorithm>
-#include <memory>
 
 namespace luma {
 
@@ -65,6 +64,16 @@ void OutlineView::selectionChanged(const QItemSelection& selected, const QItemSe
         viewport()->update();
 }
 
+// The base class closes a row first that has nothing below it.
+QModelIndex OutlineView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers)
+{
+    const QModelIndex current = currentIndex();
+    const bool isOutwards = action == (isRightToLeft() ? MoveRight : MoveLeft);
+    if (isOutwards && current.parent().isValid() && !model()->hasChildren(current))
+        return current.parent();
+    return QTreeView::moveCursor(action, modifiers);
+}
+
 void OutlineView::updateGeometries()
 {
     const auto* outline = qobject_cast<const OutlineModel*>(model());
@@ -100,7 +109,8 @@ void OutlineView::keyboardSearch(const QString& typed)
 {
     const auto* const outline = qobject_cast<const OutlineModel*>(model());
     const html::Node* const current = OutlineModel::nodeAt(currentIndex());
-    if (!outline || !current || typed.isEmpty())
+    // An asterisk has opened all rows below.
+    if (!outline || !current || typed.isEmpty() || !typed.front().isLetterOrNumber())
         return;
     const std::string letters = typed.toLower().toStdString();
     const bool goesOn = isTypingName() && m_typedName != letters;
@@ -158,9 +168,14 @@ void OutlineView::take(Qt::DropAction action)
 
 void OutlineView::paste()
 {
-    const std::unique_ptr<QMimeData> record(m_taken.isValid() ? model()->mimeData({m_taken}) : nullptr);
-    if (record)
-        model()->dropMimeData(record.get(), m_takenFor, -1, 0, currentIndex());
+    const QModelIndex current = currentIndex();
+    const bool isInPlace = m_takenFor == Qt::MoveAction && m_taken == current;
+    if (!m_taken.isValid() || isInPlace)
+        return;
+    if (OutlineModel::elementAt(current))
+        emit pasteRequested(m_taken, current, -1, m_takenFor);
+    else // Behind a text or comment.
+        emit pasteRequested(m_taken, current.parent(), current.row() + 1, m_takenFor);
 }
 
 // The record refers to a row of this outline, so a drag from another window is refused.

@@ -8,7 +8,7 @@
 
 namespace luma {
 
-/// The outline of a page: always fully expanded, with elements dragged within it. Its column is wide enough
+/// The outline of a page: expanded at first, with nodes dragged within it. Its column is wide enough
 /// to read the deepest row, so it scrolls both ways. Typing the beginning of a tag name selects the next such element.
 /// The Delete key, Return or F2, and H are reported as requests. Its model must be an OutlineModel. Main thread.
 class OutlineView final : public QTreeView
@@ -30,9 +30,12 @@ signals:
     void hovered(const QModelIndex& index);
     /// The user asked for the context menu of a row, which is now the current one.
     void menuRequested(const QPoint& globalPosition);
+    /// The row that was cut or copied is to go there; `action` is what dropping it would be.
+    void pasteRequested(const QPersistentModelIndex& row, const QPersistentModelIndex& target, int childIndex,
+                        Qt::DropAction action);
 
 public slots:
-    /// Dragging by keyboard: cut and copy remember the current element; paste moves or copies it to the
+    /// Dragging by keyboard: cut and copy remember the current row; paste moves or copies it to the
     /// element that is current then.
     void cut() { take(Qt::MoveAction); }
     void copy() { take(Qt::CopyAction); }
@@ -41,6 +44,7 @@ public slots:
 protected:
     void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
     void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void updateGeometries() override;
     void rowsInserted(const QModelIndex& parent, int start, int end) override;
     void startDrag(Qt::DropActions supportedActions) override;

@@ -112,7 +112,7 @@ std::vector<PageActions::Command> PageActions::table()
          [&page, &field = *ui.replaceFindField] {
              emit page.findInSiteRequested(page.docURL(), field.isVisible() ? field.text() : QString());
          }},
-        {ui.insertMoreAction, HasElement, [&sheet = m_parts.tools.elementSheet()] { sheet.begin(); }},
+        {ui.insertMoreAction, CanInsert, [&sheet = m_parts.tools.elementSheet()] { sheet.begin(); }},
         {ui.deleteTagAction, CanDelete, [&edits] { edits.deleteTag(); }},
         {ui.editMarkupAction, CanDelete,
          [&sheet = m_parts.tools.markupSheet(), &selection = m_parts.selection] {
@@ -188,6 +188,8 @@ bool PageActions::isAvailable(When when) const
         return m_parts.document.undoStack()->canRedo();
     case When::HasElement:
         return m_parts.selection.element() != nullptr;
+    case When::CanInsert:
+        return m_parts.selection.node() && !insertPlaces(*m_parts.selection.node()).empty();
     case When::InTable:
         return m_parts.selection.element() && tableAround(*m_parts.selection.element());
     case When::CanDelete:
@@ -229,7 +231,7 @@ void PageActions::connectControls() const
     ui.outlineFindCloseButton->setIcon(icons::symbol(QStringLiteral("close")));
     connect(ui.deleteTagButton, &QPushButton::clicked, ui.deleteTagAction, &QAction::trigger);
     connect(ui.replaceSiteButton, &QPushButton::clicked, ui.findInSiteAction, &QAction::trigger);
-    connect(ui.myOutlineView, &OutlineView::deleteRequested, ui.deleteTagAction, &QAction::trigger);
+    connect(ui.myOutlineView, &OutlineView::deleteRequested, &m_parts.edits, &PageEdits::deleteTag);
     connect(ui.myOutlineView, &OutlineView::hideRequested, ui.hideAction, &QAction::trigger);
     // Not while the user types into a field of the window.
     for (QAction* const action : {ui.duplicateAction, ui.moveUpAction, ui.moveDownAction}) {

@@ -58,7 +58,18 @@ public:
     void update();
 
 private:
-    enum class When { Always, HasPage, HasFile, CanUndo, CanRedo, HasElement, InTable, CanDelete, CanMove };
+    enum class When {
+        Always,
+        HasPage,
+        HasFile,
+        CanUndo,
+        CanRedo,
+        HasElement,
+        CanInsert,
+        InTable,
+        CanDelete,
+        CanMove
+    };
 
     struct Command
     {

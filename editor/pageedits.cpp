@@ -7,7 +7,6 @@
 #include "page/classedits.h"
 #include "page/cssmenu.h"
 #include "page/elementchange.h"
-#include "page/elementplaces.h"
 #include "page/nodechange.h"
 #include "page/pagetree.h"
 #include "page/subtreechange.h"
@@ -72,25 +71,31 @@ void PageEdits::addTag(const QString& tagName)
     });
 }
 
-void PageEdits::insertElement(const QString& tagName)
+void PageEdits::insertElement(const QString& tagName, InsertPlace place)
 {
-    editSelected([this, tagName](html::Element& target) {
-        const QString reason = reasonAgainst(target, tagName);
+    editSelectedNode([this, tagName, place](html::Node& node) {
+        const auto places = insertPlaces(node);
+        const bool isThere = std::find(places.begin(), places.end(), place) != places.end();
+        const QString reason =
+            isThere ? reasonAgainst(node, place, tagName) : tr("The page has changed meanwhile.");
         if (!reason.isEmpty()) {
             emit refused(reason);
             return;
         }
         html::NodePtr added = sampleElement(tagName);
         const html::Node* const shown = added.get();
-        m_commands.insert(std::move(added), {&target, target.firstChild()}, tr("Insert <%1>").arg(tagName));
+        m_commands.insert(std::move(added), positionAt(node, place), tr("Insert <%1>").arg(tagName));
         m_selection.select(shown);
     });
 }
 
 void PageEdits::deleteTag()
 {
-    if (m_rules.canDelete(m_selection.node()))
+    const html::Node* const selected = m_selection.node();
+    if (m_rules.canDelete(selected))
         editSelectedNode([this](html::Node& node) { m_commands.remove(node); });
+    else if (selected)
+        emit refused(reasonAgainstDelete(*selected));
 }
 
 void PageEdits::duplicate()
@@ -118,7 +123,7 @@ void PageEdits::moveSelected(void (PageCommands::*move)(html::Node&, PageCommand
 {
     const html::Element* const selected = m_selection.element();
     if (selected && !m_rules.canDrag(selected)) {
-        emit refused(tr("<%1> can't be moved. Its place in a page is fixed.").arg(tagNameOf(*selected)));
+        emit refused(reasonAgainstMove(*selected));
         return;
     }
     if (!m_rules.canMove(m_selection.node()))
@@ -360,21 +365,26 @@ void PageEdits::acceptDrop(const QPersistentModelIndex& dragged, const QPersiste
                            int childIndex, Qt::DropAction action)
 {
     whenCaughtUp([this, dragged, target, childIndex, action] {
-        html::Element* const element = OutlineModel::elementAt(dragged);
+        html::Node* const node = OutlineModel::nodeAt(dragged);
         html::Element* const parent = OutlineModel::elementAt(target);
-        if (!m_rules.canDrop(element, parent))
+        QString reason = reasonAgainstDrop(m_rules, node, parent);
+        if (reason.isEmpty())
+            reason = reasonOfBrowser(*node, *parent);
+        if (!reason.isEmpty()) {
+            emit refused(reason);
             return;
+        }
         {
             const auto quiet = m_selection.quietly();
             const auto& rows = static_cast<const OutlineModel*>(target.model())->rowsBelow(target);
             const bool isCopy = action == Qt::CopyAction;
             const html::Position place =
-                TagRules::dropPosition(*parent, rows, childIndex, isCopy ? nullptr : element);
-            const html::Element* dropped = element;
+                TagRules::dropPosition(*parent, rows, childIndex, isCopy ? nullptr : node);
+            const html::Node* dropped = node;
             if (isCopy)
-                dropped = m_commands.copy(*element, place);
+                dropped = m_commands.copy(*node, place);
             else
-                m_commands.move(*element, place);
+                m_commands.move(*node, place);
             m_selection.select(dropped);
         }
         emit edited();

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/result.h"
+#include "page/elementplaces.h"
 #include "page/pagecommands.h"
 #include "page/tableedits.h"
 #include "page/tagmenu.h"
@@ -35,12 +36,12 @@ public:
     PageEdits(const TagRules& rules, PageTree& tree, QUndoStack& stack, OutlineSelection& selection,
               ViewController& rendering, QObject* parent);
 
-    /// Inserts a new element as the first child of the selected one; deletes the selected node.
+    /// Inserts a new element as the first child of the selected one; deletes the selected node, or tells why it stays.
     void addTag(const QString& tagName);
     void deleteTag();
-    /// Inserts any element (sampleElement) as the first child of the selected one, and selects it; refused where
+    /// Inserts any element (sampleElement) at a place of the selected node, and selects it; refused where
     /// elementOffers() has a reason.
-    void insertElement(const QString& tagName);
+    void insertElement(const QString& tagName, InsertPlace place);
     /// Duplicates the selected node, which selects the copy, or moves it among the rows of its siblings.
     void duplicate();
     void moveUp();
@@ -75,7 +76,7 @@ public:
     void updateStyleBlock(const QString& title, const QString& css);
     /// Gives the style element of a row this text, as one step of that name.
     void setStyles(const QPersistentModelIndex& row, const QString& css, const QString& name);
-    /// Performs a drop in the outline; the arguments are those of OutlineModel::elementDropped().
+    /// Performs a drop in the outline; the arguments are those of OutlineModel::nodeDropped().
     void acceptDrop(const QPersistentModelIndex& dragged, const QPersistentModelIndex& target, int childIndex,
                     Qt::DropAction action);
     void undo();

@@ -46,7 +46,7 @@ PageTools::PageTools(const Parts& parts, QWidget* window)
     createCheck();
     m_spelling = new PageSpelling(parts.rendering.webView()->spellCheck(), parts.tree,
                                   *parts.ui.spellCheckAction, *window);
-    connect(m_spelling, &PageSpelling::failed, this, &PageTools::refused);
+    connect(m_spelling, &PageSpelling::failed, this, &PageTools::failed);
 }
 
 void PageTools::createOutlineTools()
@@ -58,6 +58,7 @@ void PageTools::createOutlineTools()
                         m_parts.outline, m_parts.tree, m_parts.selection, m_parts.rendering, this);
     connect(m_find, &OutlineFind::closed, ui.myOutlineView, qOverload<>(&QWidget::setFocus));
     m_hidden = new HiddenElements(m_parts.outline, m_parts.selection, m_parts.rendering, this);
+    connect(m_hidden, &HiddenElements::refused, this, &PageTools::refused);
     new ElementHover(*ui.myOutlineView, m_parts.outline, m_parts.rendering, this);
     m_headings =
         new HeadingsPanel({ui.headingsPane, ui.headingsList, ui.headingsResult, ui.headingsCloseButton},
@@ -69,6 +70,7 @@ void PageTools::createSheets()
     m_markupSheet = new MarkupSheet(m_parts.edits, m_window);
     auto* const editor = new OutlineEditor(*m_parts.ui.myOutlineView, m_parts.edits, this);
     connect(editor, &OutlineEditor::sheetRequested, m_markupSheet, &MarkupSheet::begin);
+    connect(editor, &OutlineEditor::refused, this, &PageTools::refused);
     m_elementSheet = new ElementSheet(m_parts.selection, m_window);
     connect(m_elementSheet, &ElementSheet::confirmed, &m_parts.edits, &PageEdits::insertElement);
     m_tableSheet = new TableSheet(m_window);

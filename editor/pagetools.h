@@ -83,8 +83,9 @@ public:
     void noteReturn();
 
 signals:
-    /// Something was not done, for this reason.
+    /// Something was not done, for this reason; failed(): something the user has to see to.
     void refused(const QString& reason);
+    void failed(const QString& reason);
     /// Texts of the tree, or the page's whole source, have been replaced.
     void textsReplaced();
     void sourceReplaced();

@@ -126,6 +126,13 @@ Result<std::vector<html::Attribute>> withAttributeText(const html::Element& elem
     return attributes;
 }
 
+QString reasonAgainstDelete(const html::Node& fixed)
+{
+    const html::Element* const element = fixed.asElement();
+    return element ? ChangeTexts::tr("A page needs its <%1>.").arg(tagNameOf(*element))
+                   : ChangeTexts::tr("This is edited in the page's source.");
+}
+
 Result<MarkupDifference> withTagName(const TagRules& rules, html::Element& element, const QString& name)
 {
     static const QRegularExpression validName(QStringLiteral("^[A-Za-z][-.\\w]*$"));
@@ -135,7 +142,7 @@ Result<MarkupDifference> withTagName(const TagRules& rules, html::Element& eleme
     if (!validName.match(wanted).hasMatch())
         return error(ChangeTexts::tr("\u201c%1\u201d is not the name of a tag.").arg(wanted));
     if (!rules.canDelete(&element))
-        return error(ChangeTexts::tr("A page needs its <%1>.").arg(tagNameOf(element)));
+        return error(reasonAgainstDelete(element));
     auto renamed =
         std::make_unique<html::Element>(wanted.toStdString(), element.nameSpace(), element.attributes());
     for (const html::Node* child = element.firstChild(); child; child = child->next())

@@ -22,6 +22,9 @@ QString attributeText(const html::Attribute& attribute);
 Result<std::vector<html::Attribute>> withAttributeText(const html::Element& element,
                                                        const std::string& replaced, const QString& text);
 
+/// Why a node that the rules don't let go (TagRules::canDelete) has to stay.
+QString reasonAgainstDelete(const html::Node& fixed);
+
 /// Whether a browser reads the element, in `place` and alone, as it stands in the tree.
 bool isReadSo(const html::Element& element, const html::Node& place);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/elementplaces.h"
 
+#include "html/characterdata.h"
 #include "html/codemarks.h"
 #include "html/element.h"
 #include "html/tagtraits.h"
@@ -170,10 +171,53 @@ QString contentReason(const html::Element& parent, const QString& tag)
     return {};
 }
 
+bool standsFirst(const QString& tag)
+{
+    return tag == u"caption" || tag == u"legend" || tag == u"summary";
+}
+
+bool hasElementsBefore(const html::Node& node, InsertPlace place)
+{
+    const html::Element* const element = node.asElement();
+    if (place == InsertPlace::First || place == InsertPlace::Last)
+        return place == InsertPlace::Last && element->firstElement();
+    const html::Node* before = place == InsertPlace::After ? &node : node.previous();
+    while (before && !before->asElement())
+        before = before->previous();
+    return before;
+}
+
 } // namespace
 
-QString reasonAgainst(const html::Element& parent, const QString& tag)
+std::vector<InsertPlace> insertPlaces(const html::Node& node)
 {
+    std::vector<InsertPlace> places;
+    if (node.asElement())
+        places = {InsertPlace::First, InsertPlace::Last};
+    if (node.parent() && node.parent()->asElement())
+        places.insert(places.end(), {InsertPlace::Before, InsertPlace::After});
+    return places;
+}
+
+html::Position positionAt(html::Node& node, InsertPlace place)
+{
+    switch (place) {
+    case InsertPlace::First:
+        return {node.asElement(), node.asElement()->firstChild()};
+    case InsertPlace::Last:
+        return {node.asElement(), nullptr};
+    case InsertPlace::Before:
+        return {node.parent(), &node};
+    case InsertPlace::After:
+        break;
+    }
+    return {node.parent(), node.next()};
+}
+
+QString reasonAgainst(const html::Node& node, InsertPlace place, const QString& tag)
+{
+    const bool isInside = place == InsertPlace::First || place == InsertPlace::Last;
+    const html::Element& parent = *(isInside ? node.asElement() : node.parent()->asElement());
     QString reason = contentReason(parent, tag);
     if (reason.isEmpty())
         reason = ancestorReason(parent, tag);
@@ -182,15 +226,55 @@ QString reasonAgainst(const html::Element& parent, const QString& tag)
         if (!isReadSo(*sample->asElement(), parent))
             reason = OfferTexts::tr("A browser would put <%1> elsewhere.").arg(tag);
     }
+    if (reason.isEmpty() && standsFirst(tag) && hasElementsBefore(node, place))
+        reason = OfferTexts::tr("<%1> stands first in <%2>.").arg(tag, tagNameOf(parent));
     return reason;
 }
 
-std::vector<ElementOffer> elementOffers(const html::Element& parent)
+std::vector<ElementOffer> elementOffers(const html::Node& node, InsertPlace place)
 {
     std::vector<ElementOffer> offers;
     for (const QString& tag : allTags())
-        offers.push_back({tag, reasonAgainst(parent, tag)});
+        offers.push_back({tag, reasonAgainst(node, place, tag)});
     return offers;
+}
+
+QString reasonAgainstDrop(const TagRules& rules, const html::Node* dragged, const html::Element* target)
+{
+    const html::Element* const element = dragged ? dragged->asElement() : nullptr;
+    if (!dragged || !target)
+        return OfferTexts::tr("Nothing can be put here.");
+    const QString place = tagNameOf(*target);
+    const bool isClosed = html::isServerCode(*target) || html::isVoid(*target) || html::hasRawText(*target) ||
+                          html::hasEscapableRawText(*target);
+    if (element && !rules.canMove(element))
+        return reasonAgainstMove(*element);
+    if (element)
+        return rules.canDrop(element, target) && !isClosed
+                   ? QString()
+                   : OfferTexts::tr("<%1> can't stand in <%2>.").arg(tagNameOf(*element), place);
+    const bool isText = html::textOf(*dragged);
+    // Whether server code is an element in the tree depends on the place.
+    const bool movesCode = html::isServerCode(*dragged) && dragged->parent() != target;
+    if (rules.canMove(dragged) && !isClosed && !movesCode && !(isText && childrenFor().contains(place)))
+        return {};
+    return (isText      ? OfferTexts::tr("Text can't stand in <%1>.")
+            : movesCode ? OfferTexts::tr("Server code can't be moved to <%1>.")
+                        : OfferTexts::tr("A comment can't stand in <%1>."))
+        .arg(place);
+}
+
+QString reasonAgainstMove(const html::Element& fixed)
+{
+    return OfferTexts::tr("<%1> can't be moved. Its place in a page is fixed.").arg(tagNameOf(fixed));
+}
+
+QString reasonOfBrowser(const html::Node& dragged, const html::Element& target)
+{
+    const html::Element* const element = dragged.asElement();
+    if (!element || html::isServerCode(*element) || isReadSo(*element, target))
+        return {};
+    return OfferTexts::tr("A browser would put <%1> elsewhere.").arg(tagNameOf(*element));
 }
 
 html::NodePtr sampleElement(const QString& tag)

@@ -9,19 +9,36 @@
 
 namespace luma {
 
-/// An element of the HTML standard, and why it can't be a child of another one (reasonAgainst).
+class TagRules;
+
+/// Where a new element goes: beside a node, or as its first or last child.
+enum class InsertPlace { First, Last, Before, After };
+
+/// The places at a node of a page that may take elements.
+std::vector<InsertPlace> insertPlaces(const html::Node& node);
+/// One of these places.
+html::Position positionAt(html::Node& node, InsertPlace place);
+
+/// An element of the HTML standard, and why it can't stand in a place (reasonAgainst).
 struct ElementOffer
 {
     QString tag;
     QString reason;
 };
 
-/// Why such an element can't be a first child of `parent`; empty: it can.
-QString reasonAgainst(const html::Element& parent, const QString& tag);
+/// Why such an element can't stand there; empty: it can. The place is one of insertPlaces().
+QString reasonAgainst(const html::Node& node, InsertPlace place, const QString& tag);
 
 /// All elements that the standard knows and a page may use, by name. They are judged by the
 /// standard's content models, and by what a browser makes of them.
-std::vector<ElementOffer> elementOffers(const html::Element& parent);
+std::vector<ElementOffer> elementOffers(const html::Node& node, InsertPlace place);
+
+/// Why a node can't be dropped into `target`, by the rules (TagRules::canDrop; for comments and texts, by what may hold
+/// them); empty: it can. Null can't. What a browser would make of it is asked apart,
+/// as that takes time in a large element.
+QString reasonAgainstDrop(const TagRules& rules, const html::Node* dragged, const html::Element* target);
+QString reasonAgainstMove(const html::Element& fixed);
+QString reasonOfBrowser(const html::Node& dragged, const html::Element& target);
 
 /// A detached new element with contents that show where it is.
 html::NodePtr sampleElement(const QString& tag);

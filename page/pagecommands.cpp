@@ -250,6 +250,16 @@ struct CommandTexts
     Q_DECLARE_TR_FUNCTIONS(luma::PageCommands)
 };
 
+/// As the name of a step has it.
+QString kindOf(const html::Node& node)
+{
+    if (html::isServerCode(node))
+        return CommandTexts::tr("Server Code");
+    if (const html::Element* const element = node.asElement())
+        return u'<' + QString::fromStdString(element->tagName()) + u'>';
+    return html::textOf(node) ? CommandTexts::tr("Text") : CommandTexts::tr("Comment");
+}
+
 } // namespace
 
 void changeAttributesEverywhere(PageTree& tree, QUndoStack& stack, const AttributesChange& change)
@@ -271,22 +281,14 @@ void PageCommands::insert(html::NodePtr node, const html::Position& position, co
 
 void PageCommands::remove(html::Node& node)
 {
-    QString name = CommandTexts::tr("Delete Text");
-    if (html::isServerCode(node))
-        name = CommandTexts::tr("Delete Server Code");
-    else if (const html::Element* const element = node.asElement())
-        name = CommandTexts::tr("Delete <%1>").arg(QString::fromStdString(element->tagName()));
-    else if (node.kind() == html::Node::Kind::Comment)
-        name = CommandTexts::tr("Delete Comment");
-    m_stack.push(new RemoveCommand(m_tree, node, name));
+    m_stack.push(new RemoveCommand(m_tree, node, CommandTexts::tr("Delete %1").arg(kindOf(node))));
 }
 
-void PageCommands::move(html::Element& element, const html::Position& position)
+void PageCommands::move(html::Node& node, const html::Position& position)
 {
-    if (position.parent == element.parent() && position.next == element.next())
+    if (position.parent == node.parent() && position.next == node.next())
         return;
-    const QString name = CommandTexts::tr("Move <%1>").arg(QString::fromStdString(element.tagName()));
-    m_stack.push(new MoveCommand(m_tree, element, position, name));
+    m_stack.push(new MoveCommand(m_tree, node, position, CommandTexts::tr("Move %1").arg(kindOf(node))));
 }
 
 void PageCommands::moveUp(html::Node& node, Among among)
@@ -333,12 +335,11 @@ const html::Node* PageCommands::duplicate(html::Node& node)
     return added;
 }
 
-const html::Element* PageCommands::copy(const html::Element& element, const html::Position& position)
+const html::Node* PageCommands::copy(const html::Node& node, const html::Position& position)
 {
-    html::NodePtr copied = element.copy();
-    const html::Element* const added = copied->asElement();
-    insert(std::move(copied), position,
-           CommandTexts::tr("Copy <%1>").arg(QString::fromStdString(element.tagName())));
+    html::NodePtr copied = node.copy();
+    const html::Node* const added = copied.get();
+    insert(std::move(copied), position, CommandTexts::tr("Copy %1").arg(kindOf(node)));
     return added;
 }
 

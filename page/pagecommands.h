@@ -22,9 +22,9 @@ public:
 
     void insert(html::NodePtr node, const html::Position& position, const QString& name);
     void remove(html::Node& node);
-    void move(html::Element& element, const html::Position& position);
+    void move(html::Node& node, const html::Position& position);
     /// Gives the copy.
-    const html::Element* copy(const html::Element& element, const html::Position& position);
+    const html::Node* copy(const html::Node& node, const html::Position& position);
     /// Puts a copy, an element's with ids of its own (copyWithOwnIds), behind the node, on a line of its own if the node has
     /// one. Gives the copy.
     const html::Node* duplicate(html::Node& node);

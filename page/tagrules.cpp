@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/tagrules.h"
 
+#include "html/characterdata.h"
 #include "html/codemarks.h"
 #include "html/element.h"
+#include "html/tagtraits.h"
 
 namespace luma {
 
@@ -111,8 +113,12 @@ bool TagRules::canDrag(const html::Element* element) const
 
 bool TagRules::canMove(const html::Node* node) const
 {
-    return node &&
-           (node->asElement() ? canDrag(node->asElement()) : node->kind() == html::Node::Kind::Comment);
+    if (!node || node->asElement())
+        return canDrag(node ? node->asElement() : nullptr);
+    const html::Element* const parent = node->parent() ? node->parent()->asElement() : nullptr;
+    return node->kind() == html::Node::Kind::Comment ||
+           (html::textOf(*node) && parent && !html::hasRawText(*parent) &&
+            !html::hasEscapableRawText(*parent));
 }
 
 bool TagRules::canDrop(const html::Element* dragged, const html::Element* target) const
@@ -126,7 +132,7 @@ bool TagRules::canDrop(const html::Element* dragged, const html::Element* target
 }
 
 html::Position TagRules::dropPosition(html::Element& target, const std::vector<html::Node*>& children,
-                                      int childIndex, const html::Element* moved)
+                                      int childIndex, const html::Node* moved)
 {
     html::Position place = {&target, target.firstChild()};
     if (childIndex >= 0 && !children.empty()) {

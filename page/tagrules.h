@@ -41,15 +41,16 @@ public:
     bool canAddID(const html::Element* element) const;
     bool canRemoveID(const html::Element* element) const;
     bool canDrag(const html::Element* element) const;
-    /// Whether a node may change places with its neighbours: elements that can be dragged, and comments.
+    /// Whether a node may be moved: elements that can be dragged, comments, and texts but those that are all an
+    /// element is for, such as a script.
     bool canMove(const html::Node* node) const;
     /// Whether `dragged` may become a child of `target`.
     bool canDrop(const html::Element* dragged, const html::Element* target) const;
-    /// Where an element lands that is dropped at `childIndex` among these children of `target`: before that child,
-    /// behind the last one, or, dropped onto the target itself (-1), at its beginning. `moved` is the element that moves
+    /// Where a node lands that is dropped at `childIndex` among these children of `target`: before that child,
+    /// behind the last one, or, dropped onto the target itself (-1), at its beginning. `moved` is the node that moves
     /// there, null for a copy; the position stays valid once it is detached.
     static html::Position dropPosition(html::Element& target, const std::vector<html::Node*>& children,
-                                       int childIndex, const html::Element* moved);
+                                       int childIndex, const html::Node* moved);
 
     /// The inner markup that a new element of the tag starts with; a null QString for a tag that can't be
     /// inserted (inserting it changes nothing).

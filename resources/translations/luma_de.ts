@@ -148,6 +148,18 @@
         <source>Insert</source>
         <translation>Einfügen</translation>
     </message>
+    <message>
+        <source>P&amp;lace:</source>
+        <translation>&amp;Ort:</translation>
+    </message>
+    <message>
+        <source>Place</source>
+        <translation>Ort</translation>
+    </message>
+    <message>
+        <source>&amp;Element:</source>
+        <translation>&amp;Element:</translation>
+    </message>
 </context>
 <context>
     <name>EndpointForm</name>
@@ -803,10 +815,6 @@
         <translation>Me&amp;hr einfügen …</translation>
     </message>
     <message>
-        <source>Inserts any element that may stand in the selected one</source>
-        <translation>Fügt jedes Element ein, das im ausgewählten stehen darf</translation>
-    </message>
-    <message>
         <source>Headin&amp;gs</source>
         <translation>Überschri&amp;ften</translation>
     </message>
@@ -929,6 +937,10 @@
     <message>
         <source>List the classes and ids of all pages and style sheets of the site</source>
         <translation>Listet die Klassen und IDs aller Seiten und Stylesheets der Website</translation>
+    </message>
+    <message>
+        <source>Inserts any element that may stand in or beside the selected one</source>
+        <translation>Fügt ein beliebiges Element ein, das im gewählten oder daneben stehen darf</translation>
     </message>
 </context>
 <context>
@@ -2953,6 +2965,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>&lt;%1&gt; can&apos;t stand here, or not with these contents.</source>
         <translation>&lt;%1&gt; kann hier nicht stehen oder nicht mit diesem Inhalt.</translation>
     </message>
+    <message>
+        <source>This is edited in the page&apos;s source.</source>
+        <translation>Das wird im Quelltext der Seite bearbeitet.</translation>
+    </message>
 </context>
 <context>
     <name>luma::ElementOffers</name>
@@ -2988,6 +3004,30 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>A browser would put &lt;%1&gt; elsewhere.</source>
         <translation>Ein Browser würde &lt;%1&gt; woanders einsetzen.</translation>
     </message>
+    <message>
+        <source>&lt;%1&gt; stands first in &lt;%2&gt;.</source>
+        <translation>&lt;%1&gt; steht als erstes Element in &lt;%2&gt;.</translation>
+    </message>
+    <message>
+        <source>Nothing can be put here.</source>
+        <translation>Hierhin kann nichts verschoben werden.</translation>
+    </message>
+    <message>
+        <source>Text can&apos;t stand in &lt;%1&gt;.</source>
+        <translation>Text kann nicht in &lt;%1&gt; stehen.</translation>
+    </message>
+    <message>
+        <source>Server code can&apos;t be moved to &lt;%1&gt;.</source>
+        <translation>Servercode kann nicht in &lt;%1&gt; verschoben werden.</translation>
+    </message>
+    <message>
+        <source>A comment can&apos;t stand in &lt;%1&gt;.</source>
+        <translation>Ein Kommentar kann nicht in &lt;%1&gt; stehen.</translation>
+    </message>
+    <message>
+        <source>&lt;%1&gt; can&apos;t be moved. Its place in a page is fixed.</source>
+        <translation>&lt;%1&gt; kann nicht verschoben werden. Sein Platz in der Seite steht fest.</translation>
+    </message>
 </context>
 <context>
     <name>luma::ElementPath</name>
@@ -3003,12 +3043,28 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
 <context>
     <name>luma::ElementSheet</name>
     <message>
-        <source>In &lt;%1&gt;:</source>
-        <translation>In &lt;%1&gt;:</translation>
-    </message>
-    <message>
         <source>HTML has no such element.</source>
         <translation>HTML kennt kein solches Element.</translation>
+    </message>
+    <message>
+        <source>the selected row</source>
+        <translation>der gewählten Zeile</translation>
+    </message>
+    <message>
+        <source>At the beginning of %1</source>
+        <translation>Am Anfang von %1</translation>
+    </message>
+    <message>
+        <source>At the end of %1</source>
+        <translation>Am Ende von %1</translation>
+    </message>
+    <message>
+        <source>Before %1</source>
+        <translation>Vor %1</translation>
+    </message>
+    <message>
+        <source>After %1</source>
+        <translation>Nach %1</translation>
     </message>
 </context>
 <context>
@@ -3853,6 +3909,13 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
 </context>
 <context>
+    <name>luma::HiddenElements</name>
+    <message>
+        <source>Only elements in &lt;body&gt; can be hidden.</source>
+        <translation>Nur Elemente in &lt;body&gt; können ausgeblendet werden.</translation>
+    </message>
+</context>
+<context>
     <name>luma::IconPreviewController</name>
     <message>
         <source>Symbolic link
@@ -4550,6 +4613,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>Comment</source>
         <translation>Kommentar</translation>
     </message>
+    <message>
+        <source>This is edited in the page&apos;s source.</source>
+        <translation>Das wird im Quelltext der Seite bearbeitet.</translation>
+    </message>
 </context>
 <context>
     <name>luma::OutlineFind</name>
@@ -4634,18 +4701,6 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
 <context>
     <name>luma::PageCommands</name>
     <message>
-        <source>Delete &lt;%1&gt;</source>
-        <translation>&lt;%1&gt; löschen</translation>
-    </message>
-    <message>
-        <source>Move &lt;%1&gt;</source>
-        <translation>&lt;%1&gt; bewegen</translation>
-    </message>
-    <message>
-        <source>Copy &lt;%1&gt;</source>
-        <translation>&lt;%1&gt; kopieren</translation>
-    </message>
-    <message>
         <source>Change Title</source>
         <translation>Titel ändern</translation>
     </message>
@@ -4662,16 +4717,28 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <translation>Duplizieren</translation>
     </message>
     <message>
-        <source>Delete Text</source>
-        <translation>Text löschen</translation>
+        <source>Server Code</source>
+        <translation>Servercode</translation>
     </message>
     <message>
-        <source>Delete Server Code</source>
-        <translation>Servercode löschen</translation>
+        <source>Text</source>
+        <translation>Text</translation>
     </message>
     <message>
-        <source>Delete Comment</source>
-        <translation>Kommentar löschen</translation>
+        <source>Comment</source>
+        <translation>Kommentar</translation>
+    </message>
+    <message>
+        <source>Delete %1</source>
+        <translation>%1 löschen</translation>
+    </message>
+    <message>
+        <source>Move %1</source>
+        <translation>%1 bewegen</translation>
+    </message>
+    <message>
+        <source>Copy %1</source>
+        <translation>%1 kopieren</translation>
     </message>
 </context>
 <context>
@@ -4705,10 +4772,6 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <translation>Eine Seite darf nur ein solches &lt;%1&gt; haben.</translation>
     </message>
     <message>
-        <source>&lt;%1&gt; can&apos;t be moved. Its place in a page is fixed.</source>
-        <translation>&lt;%1&gt; lässt sich nicht verschieben. Sein Platz in einer Seite ist fest.</translation>
-    </message>
-    <message>
         <source>Change Tag</source>
         <translation>Tag ändern</translation>
     </message>
@@ -4731,6 +4794,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Change Markup</source>
         <translation>Markup ändern</translation>
+    </message>
+    <message>
+        <source>The page has changed meanwhile.</source>
+        <translation>Die Seite wurde inzwischen geändert.</translation>
     </message>
 </context>
 <context>

@@ -7,6 +7,7 @@
 
 #include <QLabel>
 #include <QLineEdit>
+#include <QMimeData>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -121,8 +122,8 @@ private slots:
         row("comment copied", "<!--c", "duplicateAction", "<p>one</p>\n<!--c-->\n<!--c-->\n<p>two</p>",
             "Duplicate");
         row("text deleted", "two", "deleteTagAction", "<p>one</p>\n<!--c-->\n<p></p>", "Delete Text");
-        row("text moved", "two", "moveUpAction", page, "");
-        row("text copied", "two", "duplicateAction", page, "");
+        row("text copied", "two", "duplicateAction", "<p>one</p>\n<!--c-->\n<p>twotwo</p>", "Duplicate");
+        row("text of the title", "T", "moveUpAction", page, "");
         row("doctype deleted", "<!DOCTYPE", "deleteTagAction", page, "");
         row("doctype moved", "<!DOCTYPE", "moveDownAction", page, "");
         row("element past a comment", "<p>", "moveDownAction", "<!--c-->\n<p>one</p>\n<p>two</p>",
@@ -148,6 +149,71 @@ private slots:
             return;
         trigger("undoAction");
         QTRY_COMPARE(tree(), before);
+    }
+
+    void nodes_areDragged_data()
+    {
+        const test::Rows<QByteArray, QByteArray, int, Qt::DropAction, QByteArray, QString> row(
+            "row", "target", "place", "action", "result", "undo");
+        row("comment", "<!--c", "<ul", 1, Qt::MoveAction,
+            "<p>one <b>two</b> three</p><ul><li>4</li><!--c--></ul>", "Move Comment");
+        row("copy of a comment", "<!--c", "<p", 0, Qt::CopyAction,
+            "<p><!--c-->one <b>two</b> three</p><!--c--><ul><li>4</li></ul>", "Copy Comment");
+        row("text", "three", "<p", 0, Qt::MoveAction,
+            "<p> threeone <b>two</b></p><!--c--><ul><li>4</li></ul>", "Move Text");
+        row("text into another", "three", "<li", 1, Qt::MoveAction,
+            "<p>one <b>two</b></p><!--c--><ul><li>4 three</li></ul>", "Move Text");
+        row("element behind a text", "<b>", "<p", 3, Qt::MoveAction,
+            "<p>one  three<b>two</b></p><!--c--><ul><li>4</li></ul>", "Move <b>");
+    }
+    void nodes_areDragged()
+    {
+        open("<!DOCTYPE html><title>T</title><body><p>one <b>two</b> three</p><!--c--><ul><li>4</li></ul>");
+        the<QAction>("allNodesAction")->trigger();
+        const QByteArray before = tree();
+        QFETCH(QByteArray, row);
+        QFETCH(QByteArray, target);
+        QFETCH(int, place);
+        QFETCH(Qt::DropAction, action);
+        QAbstractItemModel& model = *outline()->model();
+        const std::unique_ptr<QMimeData> record(model.mimeData({this->row(row.constData())}));
+        QVERIFY(record);
+        const QModelIndex onto = this->row(target.constData());
+        QVERIFY(model.canDropMimeData(record.get(), action, place, 0, onto));
+        QVERIFY(!model.canDropMimeData(record.get(), action, 0, 0, this->row("<title")));
+        QVERIFY(model.dropMimeData(record.get(), action, place, 0, onto));
+        QTRY_VERIFY(tree() != before);
+        QTEST(body(), "result");
+        QTEST(window->undoStack()->undoText(), "undo");
+        QTRY_COMPARE(answer("document.body.innerHTML"), QString::fromUtf8(body()));
+        trigger("saveAction");
+        QVERIFY(file("page.html").find(body().toStdString()) != std::string::npos);
+        trigger("undoAction");
+        QTRY_COMPARE(tree(), before);
+    }
+
+    void refusedPaste_tellsTheReason_data()
+    {
+        const test::Rows<QByteArray, QByteArray, QString> row("taken", "target", "reason");
+        row("by the rules", "<p>", "<html>", "<p> can't stand in <html>.");
+        row("fixed", "<body>", "<head>", "<body> can't be moved. Its place in a page is fixed.");
+        row("by the browser", "<div>", "<p>", "A browser would put <div> elsewhere.");
+        row("text", "two", "<ul>", "Text can't stand in <ul>.");
+    }
+    void refusedPaste_tellsTheReason()
+    {
+        open("<!DOCTYPE html><title>T</title><body><p>one</p><div>two</div><ul><li>3</ul>");
+        the<QAction>("allNodesAction")->trigger();
+        const QByteArray before = tree();
+        QFETCH(QByteArray, taken);
+        QFETCH(QByteArray, target);
+        click(taken.constData());
+        trigger("cutAction");
+        click(target.constData());
+        trigger("pasteAction");
+        QFETCH(QString, reason);
+        QTRY_COMPARE(the<QLabel>("noticeText")->text(), reason);
+        QCOMPARE(tree(), before);
     }
 
     void texts_areEditedInTheirRow_data()

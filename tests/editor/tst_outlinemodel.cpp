@@ -293,7 +293,7 @@ private slots:
         QVERIFY(!allowed(model->indexOf(find("p"))));
         QVERIFY(!allowed({}));
         QVERIFY(!model->mimeData({model->indexOf(find("body"))}));
-        QSignalSpy dropped(model.get(), &OutlineModel::elementDropped);
+        QSignalSpy dropped(model.get(), &OutlineModel::nodeDropped);
         QVERIFY(model->dropMimeData(data.get(), Qt::CopyAction, 0, 0, model->indexOf(find("#d"))));
         QCOMPARE(dropped.size(), 1);
         data->setData(QLatin1String(OutlineModel::nodeDragType), "<plist><dict/></plist>");

@@ -202,6 +202,50 @@ private slots:
         QTRY_COMPARE(look("#x"), "visible");
     }
 
+    void keys_goThroughTheRows()
+    {
+        open("<title>T</title><section><p>one</p><ul><li>2</ul></section><footer>f</footer>");
+        const auto press = [this](Qt::Key key) {
+            QTest::keyClick(outline(), key);
+            return outline()->currentIndex().data().toString();
+        };
+        QCOMPARE(press(Qt::Key_End), "<footer> f");
+        QCOMPARE(press(Qt::Key_Up), "<li> 2");
+        QCOMPARE(press(Qt::Key_Left), "<ul>"); // its row has nothing to close
+        QCOMPARE(press(Qt::Key_Left), "<ul>");
+        QVERIFY(!outline()->isExpanded(row("<ul>")));
+        QCOMPARE(press(Qt::Key_Left), "<section>");
+        QCOMPARE(press(Qt::Key_Asterisk), "<section>");
+        QVERIFY(outline()->isExpanded(row("<ul>")));
+        QCOMPARE(press(Qt::Key_F), "<footer> f"); // the asterisk is no part of a name
+        QCOMPARE(press(Qt::Key_Home), "<html>");
+    }
+
+    void refusedKey_tellsTheReason_data()
+    {
+        const test::Rows<QByteArray, Qt::Key, QString> row("row", "key", "reason");
+        row("delete the body", "<body", Qt::Key_Delete, "A page needs its <body>.");
+        row("delete the title", "<title", Qt::Key_Delete, "A page needs its <title>.");
+        row("delete the doctype", "<!DOCTYPE", Qt::Key_Delete, "This is edited in the page's source.");
+        row("edit the doctype", "<!DOCTYPE", Qt::Key_F2, "This is edited in the page's source.");
+        row("edit server code", "<?php", Qt::Key_F2, "This is edited in the page's source.");
+        row("hide the head", "<head", Qt::Key_H, "Only elements in <body> can be hidden.");
+    }
+    void refusedKey_tellsTheReason()
+    {
+        open("<!DOCTYPE html><title>T</title><body><p>one</p><?php 2 ?>");
+        the<QAction>("allNodesAction")->trigger();
+        QFETCH(QByteArray, row);
+        QFETCH(Qt::Key, key);
+        click(row.constData());
+        QTest::keyClick(outline(), key);
+        QTRY_VERIFY(the<QWidget>("noticeBar")->isVisible());
+        QTEST(the<QLabel>("noticeText")->text(), "reason");
+        click("<p");
+        QVERIFY(!the<QWidget>("noticeBar")->isVisible());
+        QVERIFY(!window->undoStack()->canUndo());
+    }
+
     void typedName_selectsTheNextElementOfThatName()
     {
         const int interval = QApplication::keyboardInputInterval();

@@ -5,6 +5,7 @@
 #include "tests/support/screenshot.h"
 #include "web/boxoverlay.h"
 
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -119,23 +120,31 @@ private slots:
 
     void anyElement_isInsertedFromTheSheet_data()
     {
-        const test::Rows<QByteArray, QString, QByteArray> row("parent", "letters", "result");
-        row("body", "<body", "figc", "");
-        row("figure", "<body", "figu", "<figure><figcaption>Lorem</figcaption></figure><p>x</p>");
-        row("paragraph", "<p", "em", "<p><em>Lorem</em>x</p>");
-        row("refused", "<p", "table", "");
+        const test::Rows<QByteArray, int, QString, QByteArray> row("row", "place", "letters", "result");
+        row("body", "<body", 0, "figc", "");
+        row("figure", "<body", 0, "figu", "<figure><figcaption>Lorem</figcaption></figure><p>x</p>");
+        row("paragraph", "<p", 0, "em", "<p><em>Lorem</em>x</p>");
+        row("at the end", "<p", 1, "em", "<p>x<em>Lorem</em></p>");
+        row("before", "<p", 2, "hr", "<hr><p>x</p>");
+        row("behind", "<p", 3, "hr", "<p>x</p><hr>");
+        row("behind a text", "x", 0, "em", "<p>x<em>Lorem</em></p>");
+        row("refused", "<p", 1, "table", "");
     }
     void anyElement_isInsertedFromTheSheet()
     {
         open("<title>T</title><p>x</p>");
         const QByteArray before = body();
-        QFETCH(QByteArray, parent);
+        the<QAction>("allNodesAction")->trigger();
+        QFETCH(QByteArray, row);
+        QFETCH(int, place);
         QFETCH(QString, letters);
         QFETCH(QByteArray, result);
-        click(parent.constData());
+        click(row.constData());
         the<QAction>("insertMoreAction")->trigger();
         auto* const sheet = the<QDialog>("elementSheet");
         QTRY_VERIFY(sheet->isVisible());
+        for (int i = 0; i < place; ++i)
+            QTest::keyClick(the<QComboBox>("elementPlace"), Qt::Key_Down);
         QTest::keyClicks(the<QLineEdit>("elementFilter"), letters);
         QCOMPARE(the<QPushButton>("elementButton")->isEnabled(), !result.isEmpty());
         QCOMPARE(the<QLabel>("elementReason")->text().isEmpty(), !result.isEmpty());

@@ -3,6 +3,7 @@
 #include "html/element.h"
 #include "html/parse.h"
 #include "page/elementplaces.h"
+#include "page/tagrules.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
 
@@ -54,7 +55,53 @@ private slots:
         QFETCH(QString, tag);
         const auto found = (*document)->select(parent.toStdString());
         QVERIFY(!found.empty());
-        QTEST(reasonAgainst(*found.front(), tag), "reason");
+        QTEST(reasonAgainst(*found.front(), InsertPlace::First, tag), "reason");
+    }
+
+    void reason_isOfThePlace_data()
+    {
+        const test::Rows<QByteArray, InsertPlace, QString, QString> row("beside", "place", "tag", "reason");
+        row("behind a paragraph", "p", InsertPlace::After, "div", "");
+        row("in front of a link", "a", InsertPlace::Before, "div",
+            "<p> takes only what belongs into a line of text.");
+        row("behind an image", "img", InsertPlace::After, "p", "");
+        row("behind the body", "body", InsertPlace::After, "div", "<html> takes only <head>, <body>.");
+        row("item", "li", InsertPlace::Before, "li", "");
+        row("caption first", "tbody", InsertPlace::Before, "caption", "");
+        row("caption last", "table", InsertPlace::Last, "caption", "<caption> stands first in <table>.");
+        row("caption behind", "tbody", InsertPlace::After, "caption", "<caption> stands first in <table>.");
+        row("summary alone", "details", InsertPlace::Last, "summary", "");
+    }
+    void reason_isOfThePlace()
+    {
+        const auto document = html::parse(page);
+        QFETCH(QByteArray, beside);
+        QFETCH(InsertPlace, place);
+        QFETCH(QString, tag);
+        QTEST(reasonAgainst(*(*document)->select(beside.toStdString()).front(), place, tag), "reason");
+    }
+
+    void drop_ofCommentsAndTextsIsAllowedWhereTheyAreRead_data()
+    {
+        const test::Rows<QByteArray, QString, QString> row("target", "comment", "text");
+        row("paragraph", "p", "", "");
+        row("table", "table", "", "Text can't stand in <table>.");
+        row("list", "ul", "", "Text can't stand in <ul>.");
+        row("head", "head", "", "Text can't stand in <head>.");
+        row("script", "script", "A comment can't stand in <script>.", "Text can't stand in <script>.");
+        row("image", "img", "A comment can't stand in <img>.", "Text can't stand in <img>.");
+    }
+    void drop_ofCommentsAndTextsIsAllowedWhereTheyAreRead()
+    {
+        const auto document = html::parse("<title>T</title><div>x<!--c--><?php y ?></div><p>one<ul><li>2</ul>"
+                                          "<table></table><img><script>3</script>");
+        QFETCH(QByteArray, target);
+        const html::Element* const into = (*document)->select(target.toStdString()).front();
+        const html::Node* const text = (*document)->select("div").front()->firstChild();
+        QTEST(reasonAgainstDrop(TagRules(), text->next(), into), "comment");
+        QTEST(reasonAgainstDrop(TagRules(), text, into), "text");
+        const html::Node* const script = (*document)->select("script").front()->firstChild();
+        QVERIFY(!reasonAgainstDrop(TagRules(), script, (*document)->select("p").front()).isEmpty());
     }
 
     /// Law: where no reason is told, a browser reads the page with the new element as it stands in the tree.
@@ -62,20 +109,23 @@ private slots:
     {
         const auto document = html::parse(page);
         int count = 0;
-        for (html::Element* const parent : (*document)->select("*")) {
-            for (const ElementOffer& offer : elementOffers(*parent)) {
-                if (!offer.reason.isEmpty())
-                    continue;
-                html::Node& added = parent->insert(sampleElement(offer.tag), parent->firstChild());
-                const auto again = html::parse((*document)->outerHtml());
-                QVERIFY2(html::sameTree(**document, **again),
-                         qPrintable(offer.tag + QStringLiteral(" in ") +
-                                    QString::fromStdString(parent->tagName())));
-                added.remove();
-                ++count;
+        for (html::Element* const node : (*document)->select("*")) {
+            for (const InsertPlace place : insertPlaces(*node)) {
+                for (const ElementOffer& offer : elementOffers(*node, place)) {
+                    if (!offer.reason.isEmpty())
+                        continue;
+                    const html::Position at = positionAt(*node, place);
+                    html::Node& added = html::ParentNode::insertAt(at, sampleElement(offer.tag));
+                    const auto again = html::parse((*document)->outerHtml());
+                    QVERIFY2(html::sameTree(**document, **again),
+                             qPrintable(offer.tag + QStringLiteral(" at ") +
+                                        QString::fromStdString(node->tagName())));
+                    added.remove();
+                    ++count;
+                }
             }
         }
-        QVERIFY(count > 500);
+        QVERIFY(count > 2000);
     }
 };
 
