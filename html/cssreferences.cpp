@@ -11,11 +11,6 @@ namespace luma {
 
 namespace {
 
-bool isNameCharacter(char c)
-{
-    return isAsciiAlphanumeric(c) || c == '-' || c == '_' || static_cast<unsigned char>(c) >= 0x80;
-}
-
 bool isLineEnd(char c)
 {
     return c == '\n' || c == '\r' || c == '\f';
@@ -80,7 +75,7 @@ private:
             m_rule = equalIgnoringAsciiCase(name, "import")      ? Rule::Import
                      : equalIgnoringAsciiCase(name, "namespace") ? Rule::Namespace
                                                                  : Rule::Other;
-        } else if (isNameCharacter(c)) {
+        } else if (isCssNameByte(c)) {
             readNameOrFunction();
         } else {
             if (c == ';' || c == '{' || c == '}')
@@ -112,7 +107,7 @@ private:
     {
         const std::size_t begin = m_at;
         while (!ended() &&
-               (isNameCharacter(m_source[m_at]) || (m_source[m_at] == '\\' && m_at + 1 < m_source.size())))
+               (isCssNameByte(m_source[m_at]) || (m_source[m_at] == '\\' && m_at + 1 < m_source.size())))
             m_at += m_source[m_at] == '\\' ? 2 : 1;
         return m_source.substr(begin, m_at - begin);
     }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/ascii.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -8,6 +10,12 @@
 #include <vector>
 
 namespace luma {
+
+/// Whether a name goes on with this byte of UTF-8 (CSS Syntax 3, 4.2, "ident code point").
+inline bool isCssNameByte(char c)
+{
+    return isAsciiAlphanumeric(c) || c == '-' || c == '_' || static_cast<unsigned char>(c) >= 0x80;
+}
 
 /// How a style sheet writes an address: between quotes, or bare in url(...).
 enum class CssQuotes : std::uint8_t { None, Single, Double };

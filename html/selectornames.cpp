@@ -11,16 +11,6 @@ namespace luma {
 
 namespace {
 
-bool isNameLetter(char c)
-{
-    return isAsciiAlphanumeric(c) || c == '_' || c == '-' || static_cast<unsigned char>(c) >= 0x80;
-}
-
-bool isHexDigit(char c)
-{
-    return isAsciiDigit(c) || (asciiLower(c) >= 'a' && asciiLower(c) <= 'f');
-}
-
 /// Walks over a sheet. What precedes a block is a selector or an at-rule's condition; what a semicolon or the end of a block
 /// closes was a declaration.
 class SelectorScan final
@@ -106,19 +96,19 @@ private:
         const std::size_t second = at(place) == '-' ? place + 1 : place;
         const bool isDash = second > place && at(second) == '-';
         return isDash || isEscape(second) ||
-               (isNameLetter(at(second)) && !isDigitAt(second) && at(second) != '-');
+               (isCssNameByte(at(second)) && !isDigitAt(second) && at(second) != '-');
     }
 
     [[nodiscard]] std::string_view nameAt(std::size_t begin) const
     {
         std::size_t end = begin;
-        while (end < m_text.size() && (isNameLetter(m_text[end]) || isEscape(end))) {
+        while (end < m_text.size() && (isCssNameByte(m_text[end]) || isEscape(end))) {
             if (m_text[end] != '\\') {
                 ++end;
                 continue;
             }
             const std::size_t digits = ++end;
-            while (end < m_text.size() && end - digits < 6 && isHexDigit(m_text[end]))
+            while (end < m_text.size() && end - digits < 6 && hexValue(m_text[end]) >= 0)
                 ++end;
             if (end == digits || (end < m_text.size() && isWhiteSpace(m_text[end])))
                 ++end;

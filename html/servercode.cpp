@@ -249,7 +249,7 @@ std::optional<std::string> withMaskedServerCode(std::string_view source)
         const auto begin = masked->begin() + static_cast<std::ptrdiff_t>(code.begin);
         std::replace_if(
             begin, begin + static_cast<std::ptrdiff_t>(code.end - code.begin),
-            [](char c) { return c != '\n' && c != '\r'; }, '\x1A');
+            [](char c) { return c != '\n' && c != '\r'; }, maskedServerCode);
     }
     return masked;
 }
@@ -258,7 +258,7 @@ std::string withEllipses(std::string_view text)
 {
     std::string shown;
     while (!text.empty()) {
-        const std::size_t code = std::min(text.find('\x1A'), text.size());
+        const std::size_t code = std::min(text.find(maskedServerCode), text.size());
         shown.append(text.substr(0, code)).append(code < text.size() ? "\u2026" : "");
         text.remove_prefix(std::min(text.find_first_not_of("\x1A\r\n", code), text.size()));
     }

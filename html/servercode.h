@@ -22,7 +22,10 @@ struct ServerCode
 /// instruction of XML says is no server code. Any thread.
 std::vector<ServerCode> serverCodeIn(std::string_view source);
 
-/// `source` with its PHP, ASP and JSP replaced by bytes 0x1A, so that what is left is read as a page. Line ends stay, and
+/// What stands for each byte of masked server code.
+inline constexpr char maskedServerCode = '\x1A';
+
+/// `source` with its PHP, ASP and JSP replaced by maskedServerCode, so that what is left is read as a page. Line ends stay, and
 /// with them every place in the page. Nothing when there is no such code. Any thread.
 std::optional<std::string> withMaskedServerCode(std::string_view source);
 

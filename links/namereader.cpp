@@ -4,8 +4,10 @@
 #include "base/ascii.h"
 #include "base/pathbelow.h"
 #include "html/characterreferences.h"
+#include "html/cssreferences.h"
 #include "html/htmlscanner.h"
 #include "html/selectornames.h"
+#include "html/servercode.h"
 #include "links/percentencoding.h"
 #include "links/webrules.h"
 
@@ -21,13 +23,6 @@ constexpr auto idAttributes = std::to_array<std::string_view>(
     {"for", "form", "headers", "list", "itemref", "popovertarget", "commandfor", "aria-activedescendant",
      "aria-controls", "aria-describedby", "aria-details", "aria-errormessage", "aria-flowto",
      "aria-labelledby", "aria-owns"});
-
-constexpr char maskedCode = '\x1A';
-
-bool isWordLetter(char c)
-{
-    return isAsciiAlphanumeric(c) || c == '_' || c == '-' || static_cast<unsigned char>(c) >= 0x80;
-}
 
 // Where the decoded text from `from` up to `to` is written.
 CssRange writtenRange(std::string_view raw, std::size_t from, std::size_t to)
@@ -73,7 +68,7 @@ void NameReader::readSheet(std::size_t begin, std::size_t end)
     for (const SelectorName& found : selectorNames(m_reader.text().substr(begin, end - begin))) {
         NameUse use{NameUse::Kind::Rule,     found.isId, true, found.name, begin + found.range.begin,
                     begin + found.range.end, {}};
-        if (use.name.find(maskedCode) == std::string::npos)
+        if (use.name.find(maskedServerCode) == std::string::npos)
             m_uses.push_back(std::move(use));
     }
 }
@@ -126,7 +121,7 @@ void NameReader::add(NameUse::Kind kind, bool isId, std::string_view raw, std::s
     const CssRange range = writtenRange(raw, from, to);
     const std::size_t begin = offsetIn(m_reader.text(), raw);
     std::string name = decodeCharacters(range.of(raw), ReferenceContext::AttributeValue);
-    if (name.find(maskedCode) == std::string::npos)
+    if (name.find(maskedServerCode) == std::string::npos)
         m_uses.push_back({kind, isId, false, std::move(name), begin + range.begin, begin + range.end, {}});
 }
 
@@ -154,12 +149,12 @@ void NameReader::readFragments(const std::string& subpath)
 void NameReader::readWords(std::string_view script)
 {
     for (std::size_t at = 0; at < script.size();) {
-        if (!isWordLetter(script[at])) {
+        if (!isCssNameByte(script[at])) {
             ++at;
             continue;
         }
         std::size_t end = at;
-        while (end < script.size() && isWordLetter(script[end]))
+        while (end < script.size() && isCssNameByte(script[end]))
             ++end;
         m_words.emplace(script.substr(at, end - at));
         at = end;

@@ -4,6 +4,7 @@
 #include "base/ascii.h"
 #include "base/pathbelow.h"
 #include "base/utf8.h"
+#include "html/servercode.h"
 #include "links/percentencoding.h"
 
 #include <algorithm>
@@ -15,11 +16,11 @@ namespace {
 // What masked server code is made of, and the braces of templates.
 bool holdsServerCode(std::string_view value)
 {
-    const auto mayBegin = [](char c) { return c == '\x1A' || c == '<' || c == '{'; };
+    const auto mayBegin = [](char c) { return c == maskedServerCode || c == '<' || c == '{'; };
     if (std::none_of(value.begin(), value.end(), mayBegin))
         return false;
-    if (value.find('\x1A') != std::string_view::npos || value.find("<%") != std::string_view::npos ||
-        value.find("<?") != std::string_view::npos)
+    if (value.find(maskedServerCode) != std::string_view::npos ||
+        value.find("<%") != std::string_view::npos || value.find("<?") != std::string_view::npos)
         return true;
     const std::size_t brace = value.find('{');
     return brace != std::string_view::npos && brace + 1 < value.size() &&
