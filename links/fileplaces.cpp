@@ -23,8 +23,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t mostSeen = 200'000;
-constexpr std::size_t mostRead = 20'000;
-constexpr std::size_t readAtEachEnd = 32'768; // bytes of a file
+constexpr std::uint64_t mostRead = 128 * 1024 * 1024; // bytes of all files
+constexpr std::size_t readAtEachEnd = 8192;           // bytes of a file
 
 std::string joined(const std::string& folder, const std::string& name)
 {
@@ -134,8 +134,8 @@ std::uint64_t FilePlaces::contentOf(const fs::path& file, std::uint64_t size)
     const FileDescriptor opened(::open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
     if (!opened)
         return 0;
-    ++m_read;
     std::string bytes(std::min<std::size_t>(size, 2 * readAtEachEnd), '\0');
+    m_read += bytes.size();
     const std::size_t begun = std::min(bytes.size(), readAtEachEnd);
     const std::size_t rest = bytes.size() - begun;
     const auto isRead = [&](std::size_t at, std::size_t count, std::uint64_t place) {

@@ -16,7 +16,7 @@ namespace luma {
 
 /// Remembers which items are where in a site, to tell when another program has moved or renamed some: one is gone, and the same
 /// one is at another place. A file is recognised by its size and time, and by its inode or its name, else by its size and content;
-/// a folder by its inode and a file in it. Of a large file, and of a site with more than some 20,000, not all content is read.
+/// a folder by its inode and a file in it. Of a large file the begin and the end are read, and of a large site not every file.
 /// Hidden items are left out, and so are sites with more than some 200,000 items, which would cost too much memory.
 /// One thread at a time.
 class FilePlaces final
@@ -55,7 +55,7 @@ private:
     Names m_gone;                           // and not found again yet
     Names m_come;
     std::size_t m_seen = 0;    // items that were found in folders so far
-    std::size_t m_read = 0;    // files
+    std::uint64_t m_read = 0;  // bytes of files
     bool m_isKnown = false;    // every item has been seen
     bool m_isComplete = false; // the last look at the items was not stopped
 };
