@@ -33,7 +33,7 @@ PlanPreview::PlanPreview(std::shared_ptr<const LinkPlan> plan, std::optional<int
     }
     m_ui->planAcceptButton->setEnabled(isMove || !m_plan->pages.empty() || !m_plan->symlinks.empty());
     setUpTable();
-    const auto stayingPages = m_plan->text ? std::vector<std::filesystem::path>() : m_plan->stayingPages();
+    const std::vector<std::filesystem::path> stayingPages = m_plan->stayingPages();
     m_ui->planWarning->setVisible(!stayingPages.empty());
     if (!stayingPages.empty())
         warn(stayingPages);

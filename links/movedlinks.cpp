@@ -3,6 +3,7 @@
 
 #include "base/pathbelow.h"
 #include "links/pageplanner.h"
+#include "links/textplan.h"
 
 #include <system_error>
 
@@ -17,18 +18,6 @@ fs::path canonicalParent(const fs::path& path)
     std::error_code error;
     const fs::path folder = fs::weakly_canonical(path.parent_path(), error);
     return error ? path : folder / path.filename();
-}
-
-// The subpath of a file that may be spelled by way of symbolic links.
-std::optional<std::string> placeInRoot(const fs::path& file, const fs::path& root)
-{
-    if (const auto below = pathBelow(file.native(), root.native()))
-        return std::string(*below);
-    std::error_code error;
-    const fs::path realRoot = fs::canonical(root, error);
-    const fs::path realFile = canonicalParent(file);
-    const auto below = error ? std::nullopt : pathBelow(realFile.native(), realRoot.native());
-    return below ? std::optional(std::string(*below)) : std::nullopt;
 }
 
 } // namespace
@@ -87,14 +76,9 @@ Result<std::string> MovedLinks::updated(std::string_view source, const fs::path&
     const auto newPath = placeInRoot(newFile, m_newRoot);
     if (!oldPath || !newPath || m_items.empty() || (!m_tree && oldFile == newFile))
         return std::string(source);
-    // Whatever encoding the page declares, this text is UTF-8.
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
-    const std::string bytes = std::string(byteOrderMark).append(source);
     PagePlanner planner(m_addresses, *m_places);
-    const auto edits = planner.editsOf(bytes, *oldPath, *newPath);
-    if (!edits)
-        return edits.error();
-    return withEdits(bytes, *edits).substr(byteOrderMark.size());
+    return editedSource(source,
+                        [&](std::string_view bytes) { return planner.editsOf(bytes, *oldPath, *newPath); });
 }
 
 fs::path placeAfterMove(const fs::path& file, const MovedItem& item)

@@ -7,15 +7,11 @@
 #include "base/usertext.h"
 #include "base/utf8.h"
 #include "html/cssreferences.h"
-#include "links/hardlinkplan.h"
 #include "links/linesandcolumns.h"
-#include "links/movedlinks.h"
 #include "links/namereader.h"
 #include "links/percentencoding.h"
 #include "links/sitetree.h"
-
-#include <sys/stat.h>
-#include <unistd.h>
+#include "links/textplan.h"
 
 #include <algorithm>
 #include <map>
@@ -210,10 +206,6 @@ private:
 Result<PageRewrite> renamedPage(const fs::path& file, const std::string& path, const NameChange& change,
                                 NameReader& reader)
 {
-    PageRewrite page{file, file, {}, {}, {}};
-    struct stat status = {};
-    if (::stat(file.c_str(), &status) == 0)
-        page.modified = status.st_mtim;
     const auto read = reader.readBytes(file.native());
     if (!read)
         return read.error();
@@ -221,12 +213,7 @@ Result<PageRewrite> renamedPage(const fs::path& file, const std::string& path, c
     auto edits = change.edits(bytes, path, reader);
     if (!edits)
         return Error{file.native() + ": " + edits.error().text};
-    if (::access(file.c_str(), W_OK) != 0)
-        return systemError(file, errno);
-    page.oldHash = hashOfFile(bytes);
-    page.newHash = hashOfFile(withEdits(bytes, *edits));
-    page.edits = *std::move(edits);
-    return page;
+    return TextPlan::rewriteOf(file, bytes, *std::move(edits));
 }
 
 // For a file that is open with unsaved edits.
@@ -234,20 +221,17 @@ LinksUpdate::Updated renamedIn(const fs::path& site, const std::shared_ptr<const
 {
     return [site, change](std::string_view source, const fs::path& /*oldFile*/,
                           const fs::path& file) -> Result<std::string> {
-        const std::string path = file.lexically_relative(site).native();
-        if (path.empty() || path.starts_with(".."))
+        const auto path = placeInRoot(file, site);
+        if (!path)
             return std::string(source);
-        const std::string bytes = std::string(utf8ByteOrderMark).append(source);
         NameReader reader = change->reader();
-        const auto edits = change->edits(bytes, path, reader);
-        if (!edits)
-            return edits.error();
-        return withEdits(bytes, *edits).substr(utf8ByteOrderMark.size());
+        return editedSource(source,
+                            [&](std::string_view bytes) { return change->edits(bytes, *path, reader); });
     };
 }
 
-void addNotes(LinkPlan& plan, const ReadNames& names, bool isId, const std::string& name,
-              const std::string& newName)
+void addNotes(TextPlan& plan, const fs::path& site, const ReadNames& names, bool isId,
+              const std::string& name, const std::string& newName)
 {
     const auto hasNewName = [&](const FileNames& file) {
         return std::any_of(file.uses.begin(), file.uses.end(), [&](const NameUse& use) {
@@ -256,22 +240,21 @@ void addNotes(LinkPlan& plan, const ReadNames& names, bool isId, const std::stri
     };
     const auto first = std::find_if(names.files().begin(), names.files().end(), hasNewName);
     if (!isId && first != names.files().end())
-        plan.notes.push_back(
-            {plan.request.site / first->path,
+        plan.addNote(
+            {site / first->path,
              userText(QT_TRANSLATE_NOOP("luma::Engines", "The class \"%1\" exists already; both will be one"),
                       {newName})});
     for (const FileNames& file : names.files()) {
-        const fs::path path = plan.request.site / file.path;
+        const fs::path path = site / file.path;
         if (file.words.contains(name))
-            plan.notes.push_back(
+            plan.addNote(
                 {path, userText(QT_TRANSLATE_NOOP("luma::Engines",
                                                   "A script here mentions \"%1\"; scripts are not changed"),
                                 {name})});
         if (isId && names.hasId(file.path, name) && names.hasId(file.path, newName))
-            plan.notes.push_back(
-                {path,
-                 userText(QT_TRANSLATE_NOOP("luma::Engines", "Another element has the id \"%1\" already"),
-                          {newName})});
+            plan.addNote({path, userText(QT_TRANSLATE_NOOP("luma::Engines",
+                                                           "Another element has the id \"%1\" already"),
+                                         {newName})});
     }
 }
 
@@ -338,37 +321,26 @@ Result<LinkPlan> planNameChange(const fs::path& site, bool isId, const std::stri
         return read.error();
     const auto names = std::make_shared<const ReadNames>(*std::move(read));
     const auto change = std::make_shared<const NameChange>(names, isId, name, newName);
-    LinkPlan plan;
-    plan.request.site = withoutEndSlashes(site);
-    plan.request.sourceRoot = plan.request.site;
-    plan.links = MovedLinks::ofSite(plan.request, nullptr);
+    TextPlan plan(site);
+    NameReader reader = change->reader();
+    for (const FileNames& file : names->files()) {
+        const auto count = std::count_if(file.uses.begin(), file.uses.end(),
+                                         [&](const NameUse& use) { return change->isIn(use, file.path); });
+        if (count == 0)
+            continue;
+        if (!isWanted(stillWanted))
+            return stoppedError(site);
+        plan.add(site / file.path, renamedPage(site / file.path, file.path, *change, reader),
+                 static_cast<std::size_t>(count));
+    }
+    addNotes(plan, withoutEndSlashes(site), *names, isId, name, newName);
     TextChange text;
     text.title = userText(isId ? QT_TRANSLATE_NOOP("luma::Engines", "Rename the id %1 to %2")
                                : QT_TRANSLATE_NOOP("luma::Engines", "Rename the class %1 to %2"),
                           {name, newName});
     text.action = userText(QT_TRANSLATE_NOOP("luma::Engines", "Rename"));
-    text.updated = renamedIn(plan.request.site, change);
-    NameReader reader = change->reader();
-    for (const FileNames& file : names->files()) {
-        const bool isConcerned = std::any_of(file.uses.begin(), file.uses.end(), [&](const NameUse& use) {
-            return change->isIn(use, file.path);
-        });
-        if (!isConcerned)
-            continue;
-        if (!isWanted(stillWanted))
-            return stoppedError(site);
-        auto page = renamedPage(site / file.path, file.path, *change, reader);
-        if (!page)
-            plan.problems.push_back({MoveProblem::Kind::NotRewritten, site / file.path, page.error().text});
-        else if (!page->edits.empty() && page->newHash != page->oldHash) {
-            text.places += page->edits.size();
-            plan.pages.push_back(*std::move(page));
-        }
-    }
-    addNotes(plan, *names, isId, name, newName);
-    plan.text = std::move(text);
-    planHardLinks(plan);
-    return plan;
+    text.updated = renamedIn(site, change);
+    return std::move(plan).finished(std::move(text));
 }
 
 } // namespace luma

@@ -6,13 +6,8 @@
 #include "base/orderedwork.h"
 #include "base/pathbelow.h"
 #include "base/usertext.h"
-#include "base/utf8.h"
-#include "links/hardlinkplan.h"
-#include "links/movedlinks.h"
 #include "links/sitetree.h"
-
-#include <sys/stat.h>
-#include <unistd.h>
+#include "links/textplan.h"
 
 #include <algorithm>
 
@@ -98,15 +93,10 @@ Error changedSince(const fs::path& file)
 Result<PageRewrite> rewriteOf(const fs::path& file, const WantedPlaces& places, const QString& replacement,
                               Worker& worker)
 {
-    PageRewrite page;
-    struct stat status = {};
-    if (::stat(file.c_str(), &status) == 0)
-        page.modified = status.st_mtim;
     const auto bytes = worker.reader.read(file.native());
     if (!bytes)
         return bytes.error();
-    page.oldHash = hashOfFile(*bytes);
-    if (page.oldHash != places.hash)
+    if (hashOfFile(*bytes) != places.hash)
         return changedSince(file);
     const auto read = worker.finder.read(*bytes, file.filename().native());
     if (!read || worker.finder.found().size() != places.isWanted.size())
@@ -114,20 +104,7 @@ Result<PageRewrite> rewriteOf(const fs::path& file, const WantedPlaces& places, 
     auto edits = worker.finder.edits(places.isWanted, replacement);
     if (!edits)
         return Error{file.native() + ": " + edits.error().text};
-    if (::access(file.c_str(), W_OK) != 0)
-        return systemError(file, errno);
-    page.page = file;
-    page.oldPage = file;
-    page.newHash = hashOfFile(withEdits(*bytes, *edits));
-    page.edits = *std::move(edits);
-    return page;
-}
-
-fs::path canonicalOf(const fs::path& file)
-{
-    std::error_code error;
-    fs::path real = fs::weakly_canonical(file, error);
-    return error ? file : real;
+    return TextPlan::rewriteOf(file, *bytes, *std::move(edits));
 }
 
 // For a file that is open with unsaved edits: replaces the same text there. If the user has left places out, nobody knows
@@ -138,14 +115,12 @@ Result<std::string> updatedText(std::string_view source, const fs::path& file, c
     auto workers = workersFor(query, 1);
     if (!workers)
         return workers.error();
-    const std::string bytes = std::string(utf8ByteOrderMark).append(source);
     TextFinder& finder = workers->front().finder;
-    if (const auto read = finder.read(bytes, file.filename().native()); !read)
-        return read.error();
-    const auto edits = finder.edits(std::vector<bool>(finder.found().size(), true), replacement);
-    if (!edits)
-        return edits.error();
-    return withEdits(bytes, *edits).substr(utf8ByteOrderMark.size());
+    return editedSource(source, [&](std::string_view bytes) -> Result<std::vector<LinkEdit>> {
+        if (const auto read = finder.read(bytes, file.filename().native()); !read)
+            return read.error();
+        return finder.edits(std::vector<bool>(finder.found().size(), true), replacement);
+    });
 }
 
 LinksUpdate::Updated updateOf(const std::vector<WantedPlaces>& places, const fs::path& site,
@@ -153,9 +128,9 @@ LinksUpdate::Updated updateOf(const std::vector<WantedPlaces>& places, const fs:
 {
     return [places, site, query, replacement](std::string_view source, const fs::path& /*oldFile*/,
                                               const fs::path& file) -> Result<std::string> {
-        const fs::path real = canonicalOf(file);
         const auto found = std::find_if(places.begin(), places.end(), [&](const WantedPlaces& entry) {
-            return canonicalOf(site / entry.path) == real;
+            std::error_code error;
+            return fs::equivalent(site / entry.path, file, error);
         });
         if (found == places.end())
             return std::string(source);
@@ -196,15 +171,7 @@ Result<LinkPlan> planReplacement(const fs::path& site, const SiteQuery& query, c
     auto workers = workersFor(query, Work::workerCount());
     if (!workers)
         return workers.error();
-    LinkPlan plan;
-    plan.request.site = withoutEndSlashes(site);
-    plan.request.sourceRoot = plan.request.site;
-    TextChange change;
-    change.title = userText(QT_TRANSLATE_NOOP("luma::Engines", "Replace \"%1\" by \"%2\""),
-                            {query.text.text.toStdString(), replacement.toStdString()});
-    change.action = userText(QT_TRANSLATE_NOOP("luma::Engines", "Replace"));
-    change.updated = updateOf(places, site, query, replacement);
-    plan.links = MovedLinks::ofSite(plan.request, nullptr);
+    TextPlan plan(site);
     const bool isComplete =
         Work(places.size(), stillWanted)
             .run(
@@ -212,20 +179,17 @@ Result<LinkPlan> planReplacement(const fs::path& site, const SiteQuery& query, c
                     return rewriteOf(site / places[i].path, places[i], replacement, (*workers)[worker]);
                 },
                 [&](std::size_t i, Result<PageRewrite>&& page) {
-                    if (!page)
-                        plan.problems.push_back(
-                            {MoveProblem::Kind::NotRewritten, site / places[i].path, page.error().text});
-                    else if (!page->edits.empty() && page->newHash != page->oldHash) {
-                        change.places += static_cast<std::size_t>(
-                            std::count(places[i].isWanted.begin(), places[i].isWanted.end(), true));
-                        plan.pages.push_back(*std::move(page));
-                    }
+                    const auto count = std::count(places[i].isWanted.begin(), places[i].isWanted.end(), true);
+                    plan.add(site / places[i].path, std::move(page), static_cast<std::size_t>(count));
                 });
     if (!isComplete)
         return stoppedError(site);
-    plan.text = std::move(change);
-    planHardLinks(plan);
-    return plan;
+    TextChange change;
+    change.title = userText(QT_TRANSLATE_NOOP("luma::Engines", "Replace \"%1\" by \"%2\""),
+                            {query.text.text.toStdString(), replacement.toStdString()});
+    change.action = userText(QT_TRANSLATE_NOOP("luma::Engines", "Replace"));
+    change.updated = updateOf(places, site, query, replacement);
+    return std::move(plan).finished(std::move(change));
 }
 
 } // namespace luma

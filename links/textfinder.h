@@ -65,7 +65,6 @@ private:
     [[nodiscard]] bool mayBeShown() const;
     Result<void> readShown();
     Result<void> readSource();
-    void add(std::size_t place, const QRegularExpressionMatch& match, const QString& run);
     [[nodiscard]] Result<std::vector<TextEdit>> shownEdits(const std::vector<bool>& isWanted,
                                                            const QString& replacement) const;
     [[nodiscard]] std::vector<TextEdit> sourceEdits(const std::vector<bool>& isWanted,
