@@ -11,8 +11,6 @@
 #include <QDesktopServices>
 #include <QFile>
 #include <QWebChannel>
-#include <QWebEngineFullScreenRequest>
-#include <QWebEngineRegisterProtocolHandlerRequest>
 #include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
@@ -88,14 +86,13 @@ bool mightRun(const fs::path& file)
 } // namespace
 
 EditorPage::EditorPage(EditorProfile& profile, QObject* parent)
-    : QWebEnginePage(&profile, parent), m_profile(profile), m_host(EditorProfile::newHost())
+    : GuardedPage(profile, parent), m_profile(profile), m_host(EditorProfile::newHost())
 {
     m_bridge = new PageBridge(this);
     m_channel = new QWebChannel(this);
     m_channel->registerObject(QStringLiteral("bridge"), m_bridge);
     setWebChannel(m_channel, QWebEngineScript::ApplicationWorld);
     addEditorScripts();
-    connectRefusals();
     connectState();
 }
 
@@ -126,18 +123,6 @@ void EditorPage::addMissingScripts()
                         for (const QWebEngineScript& script : std::as_const(m_scripts))
                             ScriptCall::run(this, script.sourceCode());
                     });
-}
-
-void EditorPage::connectRefusals()
-{
-    connect(this, &QWebEnginePage::featurePermissionRequested, this,
-            [this](const QUrl& origin, Feature feature) {
-                setFeaturePermission(origin, feature, PermissionDeniedByUser);
-            });
-    connect(this, &QWebEnginePage::fullScreenRequested, this,
-            [](QWebEngineFullScreenRequest request) { request.reject(); });
-    connect(this, &QWebEnginePage::registerProtocolHandlerRequested, this,
-            [](QWebEngineRegisterProtocolHandlerRequest request) { request.reject(); });
 }
 
 void EditorPage::connectState()
@@ -260,11 +245,6 @@ QUrl EditorPage::addressForTheBrowser(const QUrl& url) const
         address.setQuery(url.query(QUrl::FullyEncoded));
     address.setFragment(url.fragment(QUrl::FullyEncoded));
     return address;
-}
-
-QStringList EditorPage::chooseFiles(FileSelectionMode, const QStringList&, const QStringList&)
-{
-    return {};
 }
 
 void EditorPage::javaScriptAlert(const QUrl&, const QString&) {}

@@ -3,11 +3,11 @@
 
 #include "page/sitefolder.h"
 #include "web/editorprofile.h"
+#include "web/guardedpage.h"
 #include "web/pagebridge.h"
 
 #include <QList>
 #include <QTimer>
-#include <QWebEnginePage>
 #include <QWebEngineScript>
 
 #include <filesystem>
@@ -20,8 +20,8 @@ namespace luma {
 /// One page in the editor: shows given markup with the site's files, and nothing else. The page's own scripts
 /// do not run; the editor's run in a separate world. Links that the user activates open in the desktop's
 /// browser (QDesktopServices); every other navigation (redirects, refreshes, forms, windows, downloads) is
-/// refused, as are dialogs and permissions. Main thread.
-class EditorPage final : public QWebEnginePage
+/// refused, as are dialogs. Main thread.
+class EditorPage final : public GuardedPage
 {
     Q_OBJECT
 
@@ -55,8 +55,6 @@ signals:
 
 protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
-    QStringList chooseFiles(FileSelectionMode mode, const QStringList& oldFiles,
-                            const QStringList& acceptedMimeTypes) override;
     void javaScriptAlert(const QUrl& origin, const QString& message) override;
     bool javaScriptConfirm(const QUrl& origin, const QString& message) override;
     bool javaScriptPrompt(const QUrl& origin, const QString& message, const QString& preset,
@@ -65,7 +63,6 @@ protected:
                                   const QString& source) override;
 
 private:
-    void connectRefusals();
     void connectState();
     void addEditorScripts();
     void addMissingScripts();

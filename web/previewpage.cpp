@@ -5,26 +5,11 @@
 #include "web/pagescheme.h"
 #include "web/previewprofile.h"
 
-#include <QWebEngineFullScreenRequest>
-#include <QWebEngineQuotaRequest>
-#include <QWebEngineRegisterProtocolHandlerRequest>
-
 namespace luma {
 
 PreviewPage::PreviewPage(PreviewProfile& profile)
-    : QWebEnginePage(&profile), m_profile(profile), m_host(EditorProfile::newHost())
-{
-    connect(this, &QWebEnginePage::featurePermissionRequested, this,
-            [this](const QUrl& origin, Feature feature) {
-                setFeaturePermission(origin, feature, PermissionDeniedByUser);
-            });
-    connect(this, &QWebEnginePage::fullScreenRequested, this,
-            [](QWebEngineFullScreenRequest request) { request.reject(); });
-    connect(this, &QWebEnginePage::quotaRequested, this,
-            [](QWebEngineQuotaRequest request) { request.reject(); });
-    connect(this, &QWebEnginePage::registerProtocolHandlerRequested, this,
-            [](QWebEngineRegisterProtocolHandlerRequest request) { request.reject(); });
-}
+    : GuardedPage(profile), m_profile(profile), m_host(EditorProfile::newHost())
+{}
 
 void PreviewPage::show(const QByteArray& markup, const SiteFolder& files)
 {
@@ -46,11 +31,6 @@ bool PreviewPage::acceptNavigationRequest(const QUrl& url, NavigationType, bool 
 QWebEnginePage* PreviewPage::createWindow(WebWindowType)
 {
     return nullptr;
-}
-
-QStringList PreviewPage::chooseFiles(FileSelectionMode, const QStringList&, const QStringList&)
-{
-    return {};
 }
 
 void PreviewPage::javaScriptAlert(const QUrl&, const QString& message)

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include <QWebEnginePage>
+#include "web/guardedpage.h"
 
 namespace luma {
 
 class PreviewProfile;
 class SiteFolder;
 
-/// A page with running scripts that stays in its site: every other navigation, window, permission, dialog and choice of files is
-/// refused. Main thread.
-class PreviewPage final : public QWebEnginePage
+/// A page with running scripts that stays in its site: every other navigation, window and dialog is refused. Main thread.
+class PreviewPage final : public GuardedPage
 {
     Q_OBJECT
 
@@ -32,8 +31,6 @@ signals:
 protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
     QWebEnginePage* createWindow(WebWindowType type) override;
-    QStringList chooseFiles(FileSelectionMode mode, const QStringList& oldFiles,
-                            const QStringList& acceptedMimeTypes) override;
     void javaScriptAlert(const QUrl& origin, const QString& message) override;
     bool javaScriptConfirm(const QUrl& origin, const QString& message) override;
     bool javaScriptPrompt(const QUrl& origin, const QString& message, const QString& preset,
