@@ -261,24 +261,26 @@ bool CodeEdit::eventFilter(QObject* watched, QEvent* event)
     return QPlainTextEdit::eventFilter(watched, event);
 }
 
-// A problem, or else a colour.
-void CodeEdit::paintMark(QPainter& painter, const QTextBlock& block, const QRectF& line) const
+QSet<int> CodeEdit::linesWithProblems() const
 {
-    const int size = swatchWidth() - gap;
-    const QRectF place(gap / 2.0, line.top() + (fontMetrics().height() - size) / 2.0, size, size);
-    if (!problemsOfLine(block.blockNumber()).isEmpty()) {
-        painter.save();
-        painter.setRenderHint(QPainter::Antialiasing);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(codecolours::suited(codecolours::problem, palette()));
-        painter.drawEllipse(place);
-        painter.setPen(palette().color(QPalette::Base));
-        painter.drawText(place, Qt::AlignCenter, QStringLiteral("!"));
-        painter.restore();
-    } else if (const QColor colour = colourIn(block.text()); colour.isValid()) {
-        painter.fillRect(place, colour);
-        painter.drawRect(place);
+    QSet<int> lines;
+    for (const Mark& each : m_problems) {
+        if (each.place.hasSelection())
+            lines.insert(document()->findBlock(each.place.selectionStart()).blockNumber());
     }
+    return lines;
+}
+
+void CodeEdit::paintProblem(QPainter& painter, const QRectF& place) const
+{
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(codecolours::suited(codecolours::problem, palette()));
+    painter.drawEllipse(place);
+    painter.setPen(palette().color(QPalette::Base));
+    painter.drawText(place, Qt::AlignCenter, QStringLiteral("!"));
+    painter.restore();
 }
 
 void CodeEdit::paintNumbers(const QRect& area)
@@ -288,12 +290,19 @@ void CodeEdit::paintNumbers(const QRect& area)
     painter.fillRect(area, palette().alternateBase());
     painter.setFont(font());
     painter.setPen(palette().color(QPalette::PlaceholderText));
+    const QSet<int> withProblems = m_swatches ? linesWithProblems() : QSet<int>();
+    const int size = swatchWidth() - gap;
     for (QTextBlock block = firstVisibleBlock(); block.isValid(); block = block.next()) {
         const QRectF line = blockBoundingGeometry(block).translated(contentOffset());
         if (line.top() > area.bottom())
             break;
-        if (m_swatches)
-            paintMark(painter, block, line);
+        const QRectF mark(gap / 2.0, line.top() + (fontMetrics().height() - size) / 2.0, size, size);
+        if (withProblems.contains(block.blockNumber())) {
+            paintProblem(painter, mark);
+        } else if (const QColor colour = m_swatches ? colourIn(block.text()) : QColor(); colour.isValid()) {
+            painter.fillRect(mark, colour);
+            painter.drawRect(mark);
+        }
         painter.drawText(QRectF(0, line.top(), m_margin->width() - gap, line.height()), Qt::AlignRight,
                          QString::number(block.blockNumber() + 1));
     }

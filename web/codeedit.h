@@ -3,6 +3,7 @@
 
 #include <QList>
 #include <QPlainTextEdit>
+#include <QSet>
 #include <QString>
 #include <QTextEdit>
 
@@ -65,7 +66,8 @@ private:
     [[nodiscard]] int swatchWidth() const;
     void updateMarks();
     void addBrackets(QList<QTextEdit::ExtraSelection>& marks) const;
-    void paintMark(QPainter& painter, const QTextBlock& block, const QRectF& line) const;
+    void paintProblem(QPainter& painter, const QRectF& place) const;
+    [[nodiscard]] QSet<int> linesWithProblems() const;
     void showReasons(const QHelpEvent& event);
 
     QWidget* m_margin = nullptr;

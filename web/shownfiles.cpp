@@ -26,6 +26,9 @@ constexpr int mostQuestions = 60;         // whether the files are loaded; one o
 ShownFiles::ShownFiles(EditorPage& page, std::function<SiteFolder()> site, QObject* parent)
     : QObject(parent), m_page(page), m_site(std::move(site))
 {
+    m_update.setSingleShot(true);
+    m_update.setInterval(pauseAfterChange);
+    connect(&m_update, &QTimer::timeout, this, &ShownFiles::update);
     m_pause.setSingleShot(true);
     m_pause.setInterval(pauseAfterChange);
     connect(&m_pause, &QTimer::timeout, this, &ShownFiles::renewAll);

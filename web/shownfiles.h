@@ -27,6 +27,8 @@ public:
 
     /// Asks the page which files it shows.
     void update();
+    /// The same, once for a burst of changes.
+    void updateSoon() { m_update.start(); }
     /// The file has changed; the page need not show it.
     void renew(const std::filesystem::path& file);
 
@@ -42,6 +44,7 @@ private:
     QHash<QString, QString> m_addresses; // by file
     QSet<QString> m_changed;
     bool m_isAsking = true; // changes wait until it is known which files are shown
+    QTimer m_update;        // until the page is asked
     QTimer m_pause;         // until a burst of changes is over
     QTimer m_loading;       // until the next question whether the changed files are loaded
     int m_questionsLeft = 0;

@@ -36,9 +36,9 @@ QString scrollingTo(const QString& position)
     return QStringLiteral("document.body.scrollTop = ") + QString::number(position.toDouble(), 'f', 3);
 }
 
-bool showsOtherFiles(const QByteArray& markup)
+bool showsOtherFiles(std::string_view markup)
 {
-    return markup.contains("<img") || markup.contains("url(");
+    return markup.find("<img") != std::string_view::npos || markup.find("url(") != std::string_view::npos;
 }
 
 const QString tellFormats = QStringLiteral("tellFormats()");
@@ -116,8 +116,8 @@ void ViewController::connectPage()
             Qt::QueuedConnection);
     connect(&page.bridge(), &PageBridge::formats, this, &ViewController::takeFormats);
     connect(&page.bridge(), &PageBridge::mutationObserver, this, [this](const RenderingChange& change) {
-        if (change.subtree && showsOtherFiles(QByteArray::fromStdString(change.subtree->markup)))
-            m_files->update();
+        if (change.subtree && showsOtherFiles(change.subtree->markup))
+            m_files->updateSoon();
     });
     connect(m_reader, &RenderingReader::upToDate, this, &ViewController::tellActiveElement);
     connect(m_reader, &RenderingReader::differs, this, [this] { show(Position::Keep); });
@@ -251,7 +251,7 @@ void ViewController::finishUpdate(const QByteArray& changes)
             return;
         }
     }
-    if (showsOtherFiles(changes))
+    if (showsOtherFiles({changes.constData(), static_cast<std::size_t>(changes.size())}))
         m_files->update();
 }
 

@@ -34,19 +34,8 @@ function addFiles(sheet, addresses) {
 function* stylesThatShowFiles() {
     for (const element of document.querySelectorAll('[style*="url("]'))
         yield [element, document.baseURI];
-    const sheets = Array.from(document.styleSheets);
-    const seen = new Set();
-    for (let sheet; (sheet = sheets.pop());) {
-        const rules = seen.has(sheet) ? [] : Array.from(rulesOf(sheet));
-        seen.add(sheet);
-        for (let rule; (rule = rules.pop());) {
-            rules.push(...rule.cssRules || []);
-            if (rule.styleSheet)
-                sheets.push(rule.styleSheet);
-            if (rule.style)
-                yield [rule, sheet.href || document.baseURI];
-        }
-    }
+    for (const [rule, sheet] of styleRulesOfPage())
+        yield [rule, sheet.href || document.baseURI];
 }
 
 // The engine writes each address in double quotes.

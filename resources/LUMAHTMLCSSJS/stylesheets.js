@@ -47,6 +47,21 @@ function* selectorsOfRules(rules, seen) {
     }
 }
 
+// The rules with declarations, each with its sheet.
+function* styleRulesOfPage() {
+    const sheets = new Set(document.styleSheets);
+    for (const sheet of sheets) {
+        const rules = [...rulesOf(sheet)];
+        for (const rule of rules) {
+            if (rule.style)
+                yield [rule, sheet];
+            rules.push(...(rule.cssRules || []));
+            if (rule.styleSheet)
+                sheets.add(rule.styleSheet);
+        }
+    }
+}
+
 // Names follow their mark outside strings and attribute brackets; escapes in them are resolved (CSS Syntax,
 // 4.3.7). The engine serialises selectors itself, so there are no comments in them.
 function namesInSelector(selector, mark) {

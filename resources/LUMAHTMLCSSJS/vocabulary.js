@@ -57,7 +57,7 @@ const styleFunctions = [
 // The properties that the engine knows, and the names that page and sheets use.
 function styleVocabulary() {
     const custom = new Set();
-    for (const style of stylesOfPage())
+    for (const [{ style }] of styleRulesOfPage())
         for (const name of style)
             if (name.startsWith('--'))
                 custom.add(name);
@@ -82,24 +82,6 @@ function knownProperties() {
             names.push(written);
     }
     return Array.from(new Set(names)).sort();
-}
-
-function* stylesOfPage() {
-    const seen = new Set();
-    const queue = [...document.styleSheets];
-    for (const sheet of queue) {
-        if (seen.has(sheet))
-            continue;
-        seen.add(sheet);
-        const rules = [...rulesOf(sheet)];
-        for (const rule of rules) {
-            if (rule.style)
-                yield rule.style;
-            rules.push(...(rule.cssRules || []));
-            if (rule.styleSheet)
-                queue.push(rule.styleSheet);
-        }
-    }
 }
 
 // The keywords, colours and functions that a property takes, in this order. One that takes any name has no list.
