@@ -4,6 +4,7 @@
 #include "editor/csssyntax.h"
 #include "editor/cssvocabulary.h"
 #include "html/cssrules.h"
+#include "html/servercode.h"
 
 #include <QLabel>
 #include <QLocale>
@@ -45,21 +46,20 @@ bool hasForeignPrefix(const QString& text)
     return false;
 }
 
-/// What a server writes in the place of such code can't be judged.
-bool hasServerCode(const QString& text)
+/// What a server writes in the place of its code can't be judged.
+bool holdsCode(const CssRange& place, const std::vector<ServerCode>& code)
 {
-    for (const char* const mark : {"<?", "<%", "{{", "{%"}) {
-        if (text.contains(QLatin1String(mark)))
-            return true;
-    }
-    return false;
+    const auto next =
+        std::upper_bound(code.begin(), code.end(), place.begin,
+                         [](std::size_t begin, const ServerCode& each) { return begin < each.end; });
+    return next != code.end() && next->begin < place.end;
 }
 
 void appendPieces(const std::vector<CssRule>& rules, const std::string& sheet,
-                  std::vector<CheckedPiece>& pieces)
+                  const std::vector<ServerCode>& code, std::vector<CheckedPiece>& pieces)
 {
-    const auto add = [&pieces](const CssRange& place, const CssVocabulary::Item& item) {
-        if (!hasForeignPrefix(item.property) && !hasForeignPrefix(item.text) && !hasServerCode(item.text))
+    const auto add = [&](const CssRange& place, const CssVocabulary::Item& item) {
+        if (!hasForeignPrefix(item.property) && !hasForeignPrefix(item.text) && !holdsCode(place, code))
             pieces.push_back({place, item});
     };
     for (const CssRule& rule : rules) {
@@ -70,7 +70,7 @@ void appendPieces(const std::vector<CssRule>& rules, const std::string& sheet,
             if (!each.isOff && !name.startsWith(QLatin1String("--")))
                 add({each.name.begin, each.value.end}, {name, textOfRange(each.value, sheet)});
         }
-        appendPieces(rule.rules, sheet, pieces);
+        appendPieces(rule.rules, sheet, code, pieces);
     }
 }
 
@@ -139,16 +139,18 @@ void CssCheck::judge(const QString& sheet)
 {
     const std::string text = sheet.toStdString();
     std::vector<CheckedPiece> pieces;
-    appendPieces(readCssRules(text), text, pieces);
+    const std::vector<ServerCode> code = serverCodeIn(text);
+    appendPieces(readCssRules(text), text, code, pieces);
     QList<CssVocabulary::Item> items;
     for (const CheckedPiece& each : pieces)
         items.append(each.item);
     m_vocabulary.judge(
-        items, this, [this, sheet, text, pieces](const QList<CssVocabulary::Verdict>& verdicts) {
+        items, this,
+        [this, sheet, text, pieces, isPure = code.empty()](const QList<CssVocabulary::Verdict>& verdicts) {
             if (CodeEdit::textIn(*m_controls.field) != sheet)
                 return; // and checked again soon
             QList<CodeProblem> problems;
-            for (const CssFlaw& flaw : hasServerCode(sheet) ? std::vector<CssFlaw>() : cssFlaws(sheet))
+            for (const CssFlaw& flaw : isPure ? cssFlaws(sheet) : std::vector<CssFlaw>())
                 problems.append({static_cast<int>(flaw.at), static_cast<int>(flaw.at) + 1, flaw.reason});
             const CharacterPlaces places(text);
             for (std::size_t i = 0; i < pieces.size() && problems.size() < mostProblems; ++i) {
