@@ -37,11 +37,8 @@ PageSaver::PageSaver(QWidget* window, PageStore& store, ViewController& renderin
       m_store(store),
       m_rendering(rendering),
       m_siteFolder(siteFolder),
-      m_write(std::move(write)),
-      m_templates(new TemplateSheet(window))
-{
-    connect(m_templates, &TemplateSheet::confirmed, this, &PageSaver::newFromRequested);
-}
+      m_write(std::move(write))
+{}
 
 QString PageSaver::name() const
 {
@@ -130,6 +127,10 @@ void PageSaver::newFromPanel()
 
 void PageSaver::newFromTemplate()
 {
+    if (!m_templates) {
+        m_templates = new TemplateSheet(m_window);
+        connect(m_templates, &TemplateSheet::confirmed, this, &PageSaver::newFromRequested);
+    }
     m_templates->begin();
 }
 

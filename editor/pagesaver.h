@@ -80,7 +80,7 @@ private:
     const std::filesystem::path& m_siteFolder;
     Writer m_write;
     QPointer<QMessageBox> m_question;
-    TemplateSheet* m_templates;
+    TemplateSheet* m_templates = nullptr; // made when it is first needed
 };
 
 } // namespace luma

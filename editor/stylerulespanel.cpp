@@ -4,6 +4,7 @@
 #include "base/pathtext.h"
 #include "editor/classsheet.h"
 #include "editor/csscompletion.h"
+#include "editor/cssvocabulary.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
 #include "editor/styleedits.h"
@@ -11,7 +12,6 @@
 #include "editor/stylerulesreader.h"
 #include "html/cssreferences.h"
 #include "html/element.h"
-#include "html/selectornames.h"
 #include "page/subtreechange.h"
 #include "page/tagrules.h"
 #include "web/viewcontroller.h"
@@ -95,8 +95,7 @@ StyleRulesPanel::StyleRulesPanel(const Controls& controls, const Parts& parts, Q
       m_parts(parts),
       m_model(new StyleRulesModel(this)),
       m_computed(new QStandardItemModel(0, 2, this)),
-      m_newRuleMenu(new QMenu(controls.newRuleButton)),
-      m_classSheet(new ClassSheet(controls.newRuleButton->window()))
+      m_newRuleMenu(new QMenu(controls.newRuleButton))
 {
     createViews();
     m_delay.setSingleShot(true);
@@ -322,28 +321,22 @@ void StyleRulesPanel::fillNewRuleMenu()
 
 void StyleRulesPanel::askForClass()
 {
-    const html::Element* const selected = OutlineModel::elementAt(m_row);
-    const auto sheets = m_parts.reader.sheets();
-    if (!selected || sheets.empty())
-        return;
+    m_parts.vocabulary.ask(this, [this, row = m_row](const CssVocabulary::Words& words) {
+        const auto sheets = m_parts.reader.sheets();
+        if (OutlineModel::elementAt(row) && row == m_row && !sheets.empty())
+            askForClassIn(sheets, QSet<QString>(words.classes.begin(), words.classes.end()));
+    });
+}
+
+void StyleRulesPanel::askForClassIn(const std::vector<std::pair<StyleSource, std::string>>& sheets,
+                                    const QSet<QString>& known)
+{
     QStringList titles;
-    QSet<QString> known;
-    for (const auto& [source, text] : sheets) {
+    for (const auto& [source, text] : sheets)
         titles.append(source.kind == StyleSource::Kind::File ? textOf(source.file.filename())
                                                              : tr("style element of the page"));
-        for (const SelectorName& name : selectorNames(text)) {
-            if (!name.isId)
-                known.insert(QString::fromStdString(name.name));
-        }
-    }
-    const html::Node& page = selected->root();
-    for (const html::Node* node = &page; node; node = node->following(page)) {
-        const html::Element* const element = node->asElement();
-        const QString classes =
-            element ? QString::fromStdString(std::string(element->attr("class"))) : QString();
-        for (const QString& name : classes.simplified().split(u' ', Qt::SkipEmptyParts))
-            known.insert(name);
-    }
+    if (!m_classSheet)
+        m_classSheet = new ClassSheet(m_controls.newRuleButton->window());
     disconnect(m_classSheet, &ClassSheet::confirmed, this, nullptr);
     connect(m_classSheet, &ClassSheet::confirmed, this,
             [this, row = m_row, sheets](const QString& name, int sheet) {

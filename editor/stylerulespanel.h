@@ -77,6 +77,8 @@ private:
     void fillNewRuleMenu();
     void addRule(const QString& selector);
     void askForClass();
+    void askForClassIn(const std::vector<std::pair<StyleSource, std::string>>& sheets,
+                       const QSet<QString>& known);
     bool takeKey(int key);
     [[nodiscard]] bool isVisible() const;
 
@@ -85,7 +87,7 @@ private:
     StyleRulesModel* m_model;
     QStandardItemModel* m_computed;
     QMenu* m_newRuleMenu;
-    ClassSheet* m_classSheet;
+    ClassSheet* m_classSheet = nullptr; // made when it is first needed
     QTimer m_delay;
     QPersistentModelIndex m_row; // of the element shown
     QSet<QString> m_closed;      // the rules whose declarations the user has hidden, by key

@@ -215,8 +215,10 @@ void StyleSheetEditor::textDidChange()
 
 void StyleSheetEditor::setDraft(const QString& title, const QString& css)
 {
+    const bool isFirst = !m_drafts.contains(title);
     m_drafts[title] = css;
-    updateTabs();
+    if (isFirst)
+        updateTabs();
     if (!isStyleBlock(title))
         emit draftChanged(sheetFile(title).path(), css.toUtf8());
 }
@@ -224,9 +226,11 @@ void StyleSheetEditor::setDraft(const QString& title, const QString& css)
 void StyleSheetEditor::dropDraft(const QString& title)
 {
     m_editedTexts.remove(title);
-    if (m_drafts.remove(title) > 0 && !isStyleBlock(title))
-        emit draftChanged(sheetFile(title).path(), std::nullopt);
+    if (m_drafts.remove(title) == 0)
+        return;
     updateTabs();
+    if (!isStyleBlock(title))
+        emit draftChanged(sheetFile(title).path(), std::nullopt);
 }
 
 // A sheet that no link in the page's head leads to, such as an imported one, has the link that would.

@@ -239,6 +239,7 @@ private slots:
         auto* const menu = the<QToolButton>("newRuleButton")->menu();
         emit menu->aboutToShow();
         menu->actions().last()->trigger();
+        QTRY_VERIFY2(the<QDialog>("classSheet"), "the sheet does not open");
         auto* const asked = the<QDialog>("classSheet");
         QTRY_VERIFY(asked->isVisible());
         test::saveScreenshots(*asked, "move-style-to-class");
