@@ -185,7 +185,7 @@ void FoundPlaces::tick(const QModelIndexList& rows, bool on)
     for (const QModelIndex& row : rows) {
         const bool isFile = row.internalId() == ofFile;
         const QModelIndex file = isFile ? row.siblingAtColumn(Place) : row.parent();
-        const Group& group = m_groups[static_cast<std::size_t>(file.row())];
+        const Group& group = groupAt(row);
         std::vector<bool>& ticks = m_ticks[group.file];
         for (std::size_t i = 0; i < group.places.size(); ++i) {
             if (isFile || static_cast<int>(i) == row.row())
@@ -201,15 +201,19 @@ const SearchedFile* FoundPlaces::fileOf(const QModelIndex& index) const
 {
     if (!index.isValid())
         return nullptr;
-    const auto group = index.internalId() == ofFile ? static_cast<std::size_t>(index.row())
-                                                    : static_cast<std::size_t>(index.internalId()) - 1;
-    return &m_files[m_groups[group].file];
+    return &m_files[groupAt(index).file];
+}
+
+// Of a file or of one of its places.
+const FoundPlaces::Group& FoundPlaces::groupAt(const QModelIndex& index) const
+{
+    return m_groups[index.internalId() == ofFile ? static_cast<std::size_t>(index.row())
+                                                 : static_cast<std::size_t>(index.internalId()) - 1];
 }
 
 std::size_t FoundPlaces::placeNumber(const QModelIndex& index) const
 {
-    const Group& group = m_groups[static_cast<std::size_t>(index.internalId()) - 1];
-    return group.places[static_cast<std::size_t>(index.row())];
+    return groupAt(index).places[static_cast<std::size_t>(index.row())];
 }
 
 const FoundText* FoundPlaces::placeOf(const QModelIndex& index) const
@@ -275,9 +279,7 @@ QString FoundPlaces::text(const QModelIndex& index) const
 
 Qt::CheckState FoundPlaces::tickOf(const QModelIndex& index) const
 {
-    const Group& group =
-        m_groups[index.internalId() == ofFile ? static_cast<std::size_t>(index.row())
-                                              : static_cast<std::size_t>(index.internalId()) - 1];
+    const Group& group = groupAt(index);
     const std::vector<bool>& ticks = m_ticks[group.file];
     if (index.internalId() != ofFile)
         return ticks[placeNumber(index)] ? Qt::Checked : Qt::Unchecked;

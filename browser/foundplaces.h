@@ -82,6 +82,7 @@ private:
     [[nodiscard]] QString text(const QModelIndex& index) const;
     [[nodiscard]] QString newText(const FoundText& place) const;
     [[nodiscard]] Qt::CheckState tickOf(const QModelIndex& index) const;
+    [[nodiscard]] const Group& groupAt(const QModelIndex& index) const;
     [[nodiscard]] std::size_t placeNumber(const QModelIndex& index) const;
 
     std::vector<SearchedFile> m_files;

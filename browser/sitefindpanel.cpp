@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "browser/sitefindpanel.h"
 
+#include "base/pathbelow.h"
 #include "base/pathtext.h"
 #include "browser/countedtext.h"
 #include "browser/displaytext.h"
@@ -171,9 +172,17 @@ void SiteFindPanel::stop()
     m_run->stop();
 }
 
-void SiteFindPanel::filesChanged()
+void SiteFindPanel::filesChanged(const std::shared_ptr<const LinksUpdate>& update)
 {
-    if (isVisible() && m_state != State::Idle)
+    const auto isInside = [this](const std::filesystem::path& file) {
+        return isAtOrBelow(file.native(), m_site.native());
+    };
+    const bool isConcerned =
+        std::any_of(update->items.begin(), update->items.end(),
+                    [&](const MovedItem& item) { return isInside(item.from) || isInside(item.to); }) ||
+        std::any_of(update->files.begin(), update->files.end(),
+                    [&](const LinksUpdate::File& file) { return isInside(file.path); });
+    if (isConcerned && isVisible() && m_state != State::Idle)
         search();
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "browser/sitefindrun.h"
+#include "links/linksupdate.h"
 #include "links/sitesearch.h"
 
 #include <QDialog>
@@ -33,8 +34,8 @@ public:
     void begin(const std::filesystem::path& site, const QString& text);
     /// Ends the search at once; what it has found stays.
     void stop();
-    /// Files of the site were rewritten: what was found is looked for again.
-    void filesChanged();
+    /// Files were moved or rewritten: if any is in the site, what was found is looked for again.
+    void filesChanged(const std::shared_ptr<const luma::LinksUpdate>& update);
     void reject() override;
 
 signals:

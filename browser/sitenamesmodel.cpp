@@ -25,6 +25,12 @@ QString signedName(const SiteName& name)
     return (name.isId ? u'#' : u'.') + displayText(name.name);
 }
 
+// An id that only serves as the target of links needs no rule.
+bool lacksRule(const SiteName& name)
+{
+    return name.isUndefined() && (!name.isId || name.references.empty());
+}
+
 } // namespace
 
 void SiteNamesModel::setNames(std::vector<SiteName> names)
@@ -169,7 +175,7 @@ QString SiteNamesModel::noteOn(const SiteName& name)
     QStringList notes;
     if (name.isUnused())
         notes.append(name.scripts.empty() ? tr("unused") : tr("only in scripts"));
-    else if (name.isUndefined() && (!name.isId || name.references.empty()))
+    else if (lacksRule(name))
         notes.append(tr("no rule"));
     if (const std::size_t count = SiteName::countOf(name.references); count > 0)
         notes.append(counted(count, tr("link or label"), tr("links or labels")));
@@ -217,7 +223,7 @@ QVariant SiteNamesModel::data(const QModelIndex& index, int role) const
         return index.data(Qt::DisplayRole);
     if (role == Qt::TextAlignmentRole && index.column() != Name && index.column() != Note)
         return QVariant(Qt::AlignRight | Qt::AlignVCenter);
-    const bool isMarked = name.isUnused() || (name.isUndefined() && (!name.isId || name.references.empty()));
+    const bool isMarked = name.isUnused() || lacksRule(name);
     if (role == MarkedRole)
         return isMarked;
     if (role == Qt::FontRole && isName && isMarked) {

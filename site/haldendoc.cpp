@@ -141,7 +141,6 @@ void HaldenDoc::createPanes(const std::shared_ptr<VolumeMounter>& mounter)
     for (BrowserController* pane : {m_source, m_destination}) {
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::paneChanged);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::publishWaitingPage);
-        connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::showWaitingItem);
         connect(pane, &BrowserController::stateChanged, this, &HaldenDoc::doWaiting);
         connect(&pane->browser(), &Browser::currentChanged, this, &HaldenDoc::updateActions);
         connect(pane, &BrowserController::openRequested, this, &HaldenDoc::openRequested);
@@ -415,37 +414,33 @@ void HaldenDoc::publishPage(const std::filesystem::path& page)
 
 void HaldenDoc::showItem(const std::filesystem::path& item)
 {
-    m_itemToShow = item;
-    m_source->connectPane();
-    showWaitingItem();
+    doOnceConnected([this, item] {
+        if (m_source->browser().reveal(item))
+            m_source->browser().focusCurrentColumn();
+    });
 }
 
 void HaldenDoc::findText(const QString& text)
 {
-    m_toDo = [this, text] { m_source->findText(text); };
-    m_source->connectPane();
-    doWaiting();
+    doOnceConnected([this, text] { m_source->findText(text); });
 }
 
 void HaldenDoc::showNames()
 {
-    m_toDo = [this] { m_source->showNames(); };
+    doOnceConnected([this] { m_source->showNames(); });
+}
+
+void HaldenDoc::doOnceConnected(const std::function<void()>& work)
+{
+    m_waiting = work;
     m_source->connectPane();
     doWaiting();
 }
 
 void HaldenDoc::doWaiting()
 {
-    if (m_toDo && m_source->rootNode())
-        std::exchange(m_toDo, nullptr)();
-}
-
-void HaldenDoc::showWaitingItem()
-{
-    if (m_itemToShow.empty() || !m_source->rootNode())
-        return;
-    if (m_source->browser().reveal(std::exchange(m_itemToShow, {})))
-        m_source->browser().focusCurrentColumn();
+    if (m_waiting && m_source->rootNode())
+        std::exchange(m_waiting, nullptr)();
 }
 
 void HaldenDoc::publishWaitingPage()

@@ -121,8 +121,7 @@ private:
     SyncPanel* m_syncPanel = nullptr;
     RestorePanel* m_restorePanel = nullptr;
     std::filesystem::path m_pageToPublish; // until both panes have connected
-    std::filesystem::path m_itemToShow;    // until the source has connected
-    std::function<void()> m_toDo;          // until then, too
+    std::function<void()> m_waiting;       // until the source has connected
     bool m_rsync = false;
     bool m_isNew = true; // the source has not been connected yet
 
@@ -143,7 +142,7 @@ private:
     void showInPane(const std::string& path, bool isSent);
     void showComparison(const std::string& path);
     void publishWaitingPage();
-    void showWaitingItem();
+    void doOnceConnected(const std::function<void()>& work);
     void doWaiting();
     [[nodiscard]] SyncSides sides() const;
     /// The current pane, or the other one when that is not connected.
