@@ -98,6 +98,7 @@ StyleRulesPanel::StyleRulesPanel(const Controls& controls, const Parts& parts, Q
       m_newRuleMenu(new QMenu(controls.newRuleButton))
 {
     createViews();
+    createStates();
     m_delay.setSingleShot(true);
     m_delay.setInterval(delayAfterRuleChange);
     connect(&m_delay, &QTimer::timeout, this, &StyleRulesPanel::read);
@@ -138,6 +139,37 @@ void StyleRulesPanel::createViews()
     }
 }
 
+void StyleRulesPanel::createStates()
+{
+    auto* const menu = new QMenu(m_controls.statesButton);
+    menu->setObjectName(QStringLiteral("statesMenu"));
+    for (const char* const name : {"hover", "active", "focus", "visited"}) {
+        QAction* const action = menu->addAction(u':' + QLatin1String(name), this, &StyleRulesPanel::read);
+        action->setCheckable(true);
+        action->setData(QLatin1String(name));
+    }
+    m_controls.statesButton->setMenu(menu);
+}
+
+void StyleRulesPanel::forceStates(const std::optional<std::vector<int>>& path)
+{
+    QStringList chosen;
+    const QList<QAction*> actions = m_controls.statesButton->menu()->actions();
+    for (const QAction* const action : actions) {
+        if (action->isChecked())
+            chosen.append(u'\'' + action->data().toString() + u'\'');
+    }
+    QStringList steps;
+    for (const int step : path.value_or(std::vector<int>()))
+        steps.append(QString::number(step));
+    m_controls.statesButton->setChecked(!chosen.isEmpty());
+    const bool isForced = path && !chosen.isEmpty();
+    if (isForced || m_forcesStates)
+        m_parts.rendering.evaluate(QStringLiteral("forceStates([%1], [%2])")
+                                       .arg(steps.join(u','), isForced ? chosen.join(u',') : QString()));
+    m_forcesStates = isForced;
+}
+
 bool StyleRulesPanel::isVisible() const
 {
     return m_controls.pages->isVisible();
@@ -164,6 +196,8 @@ void StyleRulesPanel::read()
         m_controls.title->setText(element ? tr("Style rules of <%1>").arg(tagNameOf(*element))
                                           : tr("Style rules"));
         m_controls.newRuleButton->setEnabled(path.has_value());
+        m_controls.statesButton->setEnabled(path.has_value());
+        forceStates(path);
         m_row = m_parts.selection.index();
         if (!path)
             show({});
@@ -399,6 +433,10 @@ bool StyleRulesPanel::eventFilter(QObject* watched, QEvent* event)
 {
     if (watched == m_controls.pages && event->type() == QEvent::Show)
         QMetaObject::invokeMethod(this, &StyleRulesPanel::noteChange, Qt::QueuedConnection);
+    // Queued, as the window may be closing.
+    if (watched == m_controls.pages && event->type() == QEvent::Hide)
+        QMetaObject::invokeMethod(
+            this, [this] { forceStates({}); }, Qt::QueuedConnection);
     return watched == m_controls.rules && event->type() == QEvent::KeyPress &&
            m_controls.rules->currentIndex().isValid() && takeKey(static_cast<const QKeyEvent*>(event)->key());
 }

@@ -9,6 +9,7 @@
 #include <QSet>
 #include <QTimer>
 
+#include <optional>
 #include <vector>
 
 class QLabel;
@@ -31,7 +32,8 @@ class StyleRulesReader;
 class ViewController;
 
 /// The panel of the style rules that apply to the selected element, with its computed values on a second page. It asks the
-/// page only while it is visible, shortly after a change. Each edit is one undo step. Main thread.
+/// page only while it is visible, shortly after a change. So long the rendering shows the element in the states that the user
+/// chose, as if the mouse were over it. Each edit is one undo step. Main thread.
 class StyleRulesPanel final : public QObject
 {
     Q_OBJECT
@@ -45,6 +47,7 @@ public:
         QTreeView* computed;
         QLineEdit* filter;
         QToolButton* newRuleButton;
+        QToolButton* statesButton;
     };
     struct Parts
     {
@@ -66,6 +69,9 @@ protected:
 
 private:
     void createViews();
+    void createStates();
+    /// Shows the element at the path in the chosen states; no path: as it is.
+    void forceStates(const std::optional<std::vector<int>>& path);
     void read();
     void readComputed();
     void show(const std::vector<StyleGroup>& groups);
@@ -90,7 +96,8 @@ private:
     ClassSheet* m_classSheet = nullptr; // made when it is first needed
     QTimer m_delay;
     QPersistentModelIndex m_row; // of the element shown
-    QSet<QString> m_closed;      // the rules whose declarations the user has hidden, by key
+    bool m_forcesStates = false;
+    QSet<QString> m_closed; // the rules whose declarations the user has hidden, by key
 };
 
 } // namespace luma

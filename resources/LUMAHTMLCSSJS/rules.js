@@ -79,7 +79,7 @@ function describedGroup(element, part, rules) {
 }
 
 const describedRule = ({ sheet, places, rule, conditions, layer, weight }) =>
-    [sheet, places, rule.selectorText, conditions, layer, weight, writtenDeclarations(rule)];
+    [sheet, places, writtenSelector(rule), conditions, layer, weight, writtenDeclarations(rule)];
 
 // For a rule whose text can't be read.
 const writtenDeclarations = ({ style }) =>

@@ -942,6 +942,14 @@
         <source>Inserts any element that may stand in or beside the selected one</source>
         <translation>Fügt ein beliebiges Element ein, das im gewählten oder daneben stehen darf</translation>
     </message>
+    <message>
+        <source>States</source>
+        <translation>Zustände</translation>
+    </message>
+    <message>
+        <source>Show the selected element as if the mouse were over it, or in another state</source>
+        <translation>Das gewählte Element so zeigen, als wäre die Maus darüber, oder in einem anderen Zustand</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>

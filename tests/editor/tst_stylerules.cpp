@@ -211,6 +211,60 @@ private slots:
             QTRY_COMPARE(answer(asked), expected.last());
     }
 
+    void states_areForcedForLookingOnly_data()
+    {
+        const test::Rows<QString, QByteArray, QString> row("states", "row", "colours");
+        const QString red = "rgb(255, 0, 0)";
+        const QString black = "rgb(0, 0, 0)";
+        const QString pink = "rgb(255, 192, 203)";
+        row("none", "", "<a", black + black + pink);
+        row("hover", ":hover", "<a", red + red + "rgb(0, 0, 255)");
+        row("hover of the list", ":hover", "<ul", red + black + pink);
+        row("focus", ":focus", "<a", black + black + "rgb(0, 128, 0)");
+        row("active and visited", ":active :visited", "<a", black + black + "rgb(255, 165, 0)");
+        row("what is written later wins", ":hover :visited", "<a", red + red + "rgb(255, 165, 0)");
+    }
+    void states_areForcedForLookingOnly()
+    {
+        put("css/main.css", "ul, li, a { color: black }\n@media all { ul:hover { color: red } }\n"
+                            "ul:hover > li:is(:hover) { color: red }\n.x\\:hover { color: pink }\n"
+                            "a:link:hover { color: blue }\n"
+                            "a:focus:not([title=':focus']) { color: green }\n");
+        open("<!DOCTYPE html><title>T</title><link rel=stylesheet href=css/main.css>"
+             "<style>@layer one { a:visited { color: pink } }\na[href]:visited { color: orange }</style>"
+             "<ul><li>1<li><a class='x:hover' href=page.html>2</a></ul>");
+        const std::string saved = file("page.html");
+        trigger("rulesAction");
+        QFETCH(QByteArray, row);
+        click(row.constData());
+        QFETCH(QString, states);
+        const auto choose = [&] {
+            for (QAction* const action : the<QMenu>("statesMenu")->actions())
+                if (states.contains(action->text()))
+                    action->trigger();
+        };
+        choose();
+        QTRY_COMPARE(the<QToolButton>("statesButton")->isChecked(), !states.isEmpty());
+        QFETCH(QString, colours);
+        const auto shown = [this] {
+            return answer(
+                "['ul', 'li + li', 'a'].map((each) => getComputedStyle(document.querySelector(each))"
+                ".color).join('')");
+        };
+        QTRY_COMPARE(shown(), colours);
+        if (states == u":hover"_qs && row == "<a") {
+            QTRY_VERIFY2(listed().contains(u"a:link:hover | main.css:5"_qs), qPrintable(listed()));
+            test::saveScreenshots(*window, "style-states");
+        }
+        trigger("reloadAction");
+        QTRY_VERIFY(isShown());
+        QTRY_COMPARE(shown(), colours);
+        QVERIFY(!window->isWindowModified());
+        choose();
+        QTRY_COMPARE(shown(), u"rgb(0, 0, 0)rgb(0, 0, 0)rgb(255, 192, 203)"_qs);
+        QCOMPARE(file("page.html"), saved);
+    }
+
     void newRule_isAddedToTheLastSheet()
     {
         openPage();
