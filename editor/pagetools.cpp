@@ -124,9 +124,11 @@ void PageTools::createStyleRules()
     auto* const edits =
         new StyleEdits({m_parts.tree, m_parts.outline, m_parts.edits, sheets, m_parts.stack}, this);
     connect(edits, &StyleEdits::refused, this, &PageTools::refused);
-    auto* const panel = new StyleRulesPanel(
-        {ui.rulesLabel, ui.rulesPages, ui.rulesView, ui.computedView, ui.computedFilter, ui.newRuleButton, ui.statesButton},
-        {m_parts.selection, m_parts.rendering, *reader, *edits, *m_vocabulary}, this);
+    auto* const panel = new StyleRulesPanel({ui.rulesLabel, ui.rulesPages, ui.rulesView, ui.computedView,
+                                             ui.computedFilter, ui.newRuleButton, ui.statesButton},
+                                            {m_parts.selection, m_parts.rendering, *reader, *edits,
+                                             *m_vocabulary, m_parts.siteFolder, m_parts.linkRules},
+                                            this);
     connect(&sheets, &StyleSheetEditor::draftChanged, panel, &StyleRulesPanel::noteChange);
     connect(&m_parts.tree, &PageTree::reset, panel, &StyleRulesPanel::noteChange);
     connect(&m_parts.tree, &PageTree::attributesSwapped, panel, &StyleRulesPanel::noteChange);

@@ -378,7 +378,7 @@ void StyleRulesPanel::askForClassIn(const std::vector<std::pair<StyleSource, std
                 m_parts.edits.moveToClass(row, source, text, name);
                 noteChange();
             });
-    m_classSheet->begin(titles, known);
+    m_classSheet->begin(titles, known, m_parts.place().folder(), m_parts.linkRules());
 }
 
 void StyleRulesPanel::addRule(const QString& selector)

@@ -2,13 +2,16 @@
 #pragma once
 
 #include "editor/stylerules.h"
+#include "links/webrules.h"
 #include "page/cssedits.h"
+#include "page/sitefolder.h"
 
 #include <QObject>
 #include <QPersistentModelIndex>
 #include <QSet>
 #include <QTimer>
 
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -56,6 +59,8 @@ public:
         StyleRulesReader& reader;
         StyleEdits& edits;
         CssVocabulary& vocabulary;
+        std::function<SiteFolder()> place;
+        std::function<WebRules()> linkRules;
     };
 
     /// All of them outlive it.

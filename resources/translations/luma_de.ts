@@ -2748,6 +2748,14 @@ entwuerfe/</translation>
         <source>The page or one of its style sheets has this class already.</source>
         <translation>Die Seite oder eines ihrer Stylesheets hat diese Klasse bereits.</translation>
     </message>
+    <message>
+        <source>Another page or style sheet of the site has this class already.</source>
+        <translation>Eine andere Seite oder ein anderes Stylesheet der Site hat diese Klasse schon.</translation>
+    </message>
+    <message>
+        <source>The site&apos;s classes are being read...</source>
+        <translation>Die Klassen der Site werden gelesen ...</translation>
+    </message>
 </context>
 <context>
     <name>luma::ComparisonWindow</name>

@@ -288,6 +288,7 @@ private slots:
     void inlineStyle_movesToAClass()
     {
         QFETCH(QString, sheet);
+        put("other/page.html", "<title>Other</title><p class=elsewhere>x</p>");
         openPage();
         const QByteArray before = tree();
         auto* const menu = the<QToolButton>("newRuleButton")->menu();
@@ -303,7 +304,12 @@ private slots:
         QVERIFY(!the<QLabel>("classSheetProblem")->text().isEmpty());
         the<QLineEdit>("classSheetName")->setText("two words");
         QVERIFY(!ok->isEnabled());
+        the<QLineEdit>("classSheetName")->setText("elsewhere");
+        QTRY_COMPARE(the<QLabel>("classSheetProblem")->text(),
+                     u"Another page or style sheet of the site has this class already."_qs);
+        QVERIFY(!ok->isEnabled());
         the<QLineEdit>("classSheetName")->setText("moved");
+        QTRY_VERIFY2(ok->isEnabled(), "the site is read");
         the<QComboBox>("classSheetTarget")->setCurrentText(sheet);
         ok->click();
         QTRY_VERIFY2(tree().contains("note moved\""), tree().constData());
