@@ -47,7 +47,16 @@ void OutlineView::setModel(QAbstractItemModel* model)
 {
     QTreeView::setModel(model);
     connect(model, &QAbstractItemModel::modelReset, this, &OutlineView::expandAll);
-    connect(model, &QAbstractItemModel::layoutChanged, this, &OutlineView::expandAll);
+    // Each expanded row is an index that the model would have to follow.
+    connect(model, &QAbstractItemModel::layoutAboutToBeChanged, this, [this] {
+        m_top = indexAt({});
+        collapseAll();
+    });
+    connect(model, &QAbstractItemModel::layoutChanged, this, [this] {
+        expandAll();
+        if (m_top.isValid())
+            scrollTo(m_top, PositionAtTop);
+    });
     expandAll();
 }
 

@@ -63,6 +63,7 @@ private:
     [[nodiscard]] bool isTypingName() const;
 
     QPersistentModelIndex m_hovered;
+    QPersistentModelIndex m_top; // row while all are replaced
     QPersistentModelIndex m_taken;
     Qt::DropAction m_takenFor = Qt::IgnoreAction;
     std::string m_typedName;
