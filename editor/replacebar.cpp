@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/replacebar.h"
 
+#include "base/mainhop.h"
 #include "editor/outlineselection.h"
 #include "html/elementat.h"
 #include "html/parse.h"
@@ -14,6 +15,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QLocale>
+#include <QPointer>
 #include <QPushButton>
 #include <QShortcut>
 #include <QToolButton>
@@ -54,7 +56,10 @@ ReplaceBar::ReplaceBar(const Controls& controls, const Parts& parts, QObject* pa
     connect(parts.sheet.document(), &QTextDocument::contentsChanged, this, &ReplaceBar::noteSheet);
 }
 
-ReplaceBar::~ReplaceBar() = default;
+ReplaceBar::~ReplaceBar()
+{
+    endSearch();
+}
 
 void ReplaceBar::connectControls()
 {
@@ -118,9 +123,8 @@ bool ReplaceBar::searchesSource() const
 
 void ReplaceBar::close()
 {
-    m_delay.stop();
-    m_found.clear();
-    m_source.reset();
+    endSearch();
+    m_afterSearch = {};
     m_controls.bar->hide();
     if (m_inSheet)
         m_parts.sheet.setFocus();
@@ -137,16 +141,15 @@ void ReplaceBar::noteSheet()
 // Nodes may be gone at any change of the page, so none is kept.
 void ReplaceBar::forget()
 {
-    m_found.clear();
-    m_source.reset();
+    endSearch();
     if (isShown())
         m_delay.start();
 }
 
 void ReplaceBar::search()
 {
-    m_found.clear();
-    m_source.reset();
+    endSearch();
+    m_afterSearch = {};
     m_jumps = true;
     m_delay.start();
 }
@@ -162,49 +165,82 @@ std::size_t ReplaceBar::count() const
     return m_source ? m_source->found.size() : m_found.size();
 }
 
-void ReplaceBar::searchNow()
+// What was found goes, too.
+void ReplaceBar::endSearch()
 {
     m_delay.stop();
+    if (m_search)
+        m_search->cancel();
+    m_search.reset();
     m_found.clear();
     m_source.reset();
-    m_error.clear();
+}
+
+void ReplaceBar::searchNow()
+{
+    endSearch();
     const TextQuery wanted = query();
     const auto expression = wanted.expression();
-    if (!expression) {
-        m_error = QString::fromStdString(expression.error().text);
-    } else if (m_parts.tree.document() && !wanted.text.isEmpty()) {
-        if (m_inSheet) {
-            searchIn(CodeEdit::textIn(m_parts.sheet), *expression);
-        } else if (searchesSource()) {
-            searchIn(QString::fromStdString(m_parts.store.markup()), *expression);
-        } else if (auto found = matchesIn(*m_parts.tree.document(), *expression)) {
-            m_found = *std::move(found);
-        } else {
-            m_error = QString::fromStdString(found.error().text);
-        }
+    if (!expression || !m_parts.tree.document() || wanted.text.isEmpty()) {
+        takeFound(expression ? Result<RunMatches>(RunMatches()) : expression.error());
+        return;
     }
+    m_search = std::make_shared<WorkItem>();
+    start(m_search, [guard = QPointer(this), texts = searchedTexts(), expression = *expression,
+                     item = m_search](const WorkItem&) {
+        const auto matches = matchesInRuns(texts, expression, [&item] { return !item->isCancelled(); });
+        onMain(guard, [&](ReplaceBar& bar) {
+            if (!item->isCancelled())
+                bar.takeFound(matches);
+        });
+    });
+    QTimer::singleShot(searchDelay, this, [this, item = m_search] {
+        if (m_search == item)
+            m_controls.result->setText(tr("Searching…"));
+    });
+}
+
+std::vector<QString> ReplaceBar::searchedTexts()
+{
+    if (!m_inSheet && !searchesSource())
+        return textRuns(*m_parts.tree.document());
+    m_source = std::make_unique<SourceSearch>();
+    m_source->text =
+        m_inSheet ? CodeEdit::textIn(m_parts.sheet) : QString::fromStdString(m_parts.store.markup());
+    return {m_source->text};
+}
+
+void ReplaceBar::takeFound(const Result<RunMatches>& matches)
+{
+    m_search.reset();
+    m_error = matches ? QString() : QString::fromStdString(matches.error().text);
+    if (m_source && matches)
+        m_source->found = matches->front();
+    else if (matches && !matches->empty())
+        m_found = placedMatches(*m_parts.tree.document(), *matches);
     m_current = count();
     if (std::exchange(m_jumps, false) && count() > 0)
         step(0);
     else
         tellResult();
+    if (const auto then = std::exchange(m_afterSearch, {}))
+        then();
 }
 
-void ReplaceBar::searchIn(const QString& text, const QRegularExpression& expression)
+void ReplaceBar::afterSearch(const std::function<void()>& then)
 {
-    m_source = std::make_unique<SourceSearch>();
-    m_source->text = text;
-    if (auto found = matchesInText(text, expression))
-        m_source->found = *std::move(found);
-    else
-        m_error = QString::fromStdString(found.error().text);
+    m_afterSearch = then;
+    if (!m_search)
+        searchNow();
 }
 
 // 0: to the match at the place of the last one, or the next behind it.
 void ReplaceBar::step(int direction)
 {
-    if (m_delay.isActive())
-        searchNow();
+    if (isSearching()) {
+        afterSearch([this, direction] { step(direction); });
+        return;
+    }
     if (count() == 0) {
         tellResult();
         return;
@@ -240,7 +276,7 @@ void ReplaceBar::show(std::size_t match)
 void ReplaceBar::showInText(const TextMatch& match)
 {
     m_parts.rendering.whenCaughtUp(this, [this, start = match.start, end = match.end] {
-        if (m_parts.rendering.isFollowing() && !m_delay.isActive())
+        if (m_parts.rendering.isFollowing() && !isSearching())
             m_parts.rendering.evaluate(QStringLiteral("selectCharacters(%1, %2)").arg(start).arg(end));
     });
 }
@@ -275,22 +311,23 @@ void ReplaceBar::showInSheet(const QRegularExpressionMatch& match)
 void ReplaceBar::replace()
 {
     m_parts.rendering.whenCaughtUp(this, [this] {
-        if (m_delay.isActive())
-            searchNow();
-        if (m_current == count()) {
+        if (isSearching()) {
+            afterSearch([this] { replace(); });
+        } else if (m_current == count()) {
             step(0);
-            return;
+        } else {
+            m_jumps = true;
+            replaceMatches(m_current, m_current + 1, tr("Replace"));
         }
-        m_jumps = true;
-        replaceMatches(m_current, m_current + 1, tr("Replace"));
     });
 }
 
 void ReplaceBar::replaceAll()
 {
     m_parts.rendering.whenCaughtUp(this, [this] {
-        searchNow();
-        if (count() > 0)
+        if (isSearching())
+            afterSearch([this] { replaceAll(); });
+        else if (count() > 0)
             replaceMatches(0, count(), tr("Replace All"));
     });
 }

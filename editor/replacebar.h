@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/workitem.h"
 #include "html/textsearch.h"
 
 #include <QObject>
@@ -8,6 +9,7 @@
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 class QLabel;
 class QLineEdit;
@@ -26,7 +28,7 @@ class ViewController;
 
 /// The bar above the rendering that finds and replaces: in the text as the page shows it, where matches reach across inline
 /// elements and keep them, in the source, or in the style sheet shown. Each replacement is one step, also that of all matches. A page that changes is
-/// searched again. Main thread.
+/// searched again. Expressions may take long, so it searches on another thread. Main thread.
 class ReplaceBar final : public QObject
 {
     Q_OBJECT
@@ -84,7 +86,11 @@ private:
     void takePlace(bool inSheet);
     void noteSheet();
     [[nodiscard]] bool searchesSource() const;
-    void searchIn(const QString& text, const QRegularExpression& expression);
+    [[nodiscard]] std::vector<QString> searchedTexts();
+    void takeFound(const Result<RunMatches>& matches);
+    void endSearch();
+    void afterSearch(const std::function<void()>& then);
+    [[nodiscard]] bool isSearching() const { return m_delay.isActive() || m_search; }
     void close();
     void forget();
     void search();
@@ -106,6 +112,8 @@ private:
     Controls m_controls;
     Parts m_parts;
     QTimer m_delay;
+    WorkItemPointer m_search; // that is under way
+    std::function<void()> m_afterSearch;
     std::vector<TextMatch> m_found;
     std::unique_ptr<SourceSearch> m_source; // instead, while the source or the sheet is searched
     bool m_inSheet = false;

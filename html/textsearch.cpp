@@ -9,6 +9,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <functional>
 
 namespace luma {
 
@@ -61,13 +62,22 @@ bool endsRun(const html::Element& element)
            element.is("iframe");
 }
 
-/// Collects the runs of a page's text and finds the matches in each.
-class RunSearch final
+/// Walks through the runs of a page's text, each a block's or a line's.
+class RunWalk final
 {
 public:
-    explicit RunSearch(const QRegularExpression& expression) : m_expression(expression) {}
+    using Take = std::function<void(const QString& run, const std::vector<Place>& places)>;
+    /// Without the places it is faster.
+    RunWalk(bool wantsPlaces, Take take) : m_take(std::move(take)), m_wantsPlaces(wantsPlaces) {}
 
-    Result<std::vector<TextMatch>> in(const html::Node& body)
+    void through(const html::Document& page)
+    {
+        if (page.body())
+            in(*page.body());
+    }
+
+private:
+    void in(const html::Node& body)
     {
         for (const html::Node* node = &body; node;) {
             const bool goesDown = enter(*node);
@@ -84,12 +94,8 @@ public:
             node = node == &body ? nullptr : node->next();
         }
         flush();
-        if (m_isGivenUp)
-            return givenUp();
-        return std::move(m_found);
     }
 
-private:
     /// False for what has no text of the page.
     bool enter(const html::Node& node)
     {
@@ -130,12 +136,11 @@ private:
 
     void addCharacter(QChar c, const Place& place, bool keepsBlanks)
     {
-        if (!isAsciiBlank(c) || keepsBlanks) {
-            m_text += c;
-            m_places.push_back(place);
-        } else if (!m_text.isEmpty() && m_text.back() != u' ') {
-            m_text += u' ';
-            m_places.push_back(place);
+        const bool isBlank = isAsciiBlank(c) && !keepsBlanks;
+        if (!isBlank || (!m_text.isEmpty() && m_text.back() != u' ')) {
+            m_text += isBlank ? u' ' : c;
+            if (m_wantsPlaces)
+                m_places.push_back(place);
         } else if (!m_places.empty() && m_places.back().node == place.node) {
             m_places.back().to = place.to;
         }
@@ -151,40 +156,36 @@ private:
 
     void flush()
     {
-        const auto matches =
-            m_text.isEmpty() ? std::vector<QRegularExpressionMatch>() : matchesInText(m_text, m_expression);
-        m_isGivenUp = m_isGivenUp || !matches;
-        for (std::size_t i = 0; matches && i < matches->size(); ++i)
-            add((*matches)[i]);
+        if (!m_text.isEmpty())
+            m_take(m_text, m_places);
         m_text.clear();
         m_places.clear();
     }
 
-    void add(const QRegularExpressionMatch& match)
-    {
-        TextMatch found;
-        found.text = match.captured();
-        found.match = match;
-        found.run = m_text;
-        for (qsizetype at = match.capturedStart(); at < match.capturedEnd(); ++at) {
-            const Place& place = m_places[static_cast<std::size_t>(at)];
-            if (found.pieces.empty() || found.pieces.back().node != place.node)
-                found.pieces.push_back({place.node, place.from, place.to});
-            else
-                found.pieces.back().to = place.to;
-            found.end = place.offset + 1;
-        }
-        found.start = m_places[static_cast<std::size_t>(match.capturedStart())].offset;
-        m_found.push_back(std::move(found));
-    }
-
-    const QRegularExpression& m_expression;
-    std::vector<TextMatch> m_found;
+    Take m_take;
+    bool m_wantsPlaces;
     QString m_text; // of the run
     std::vector<Place> m_places;
     qsizetype m_offset = 0;
-    bool m_isGivenUp = false;
 };
+
+TextMatch placed(const QRegularExpressionMatch& match, const QString& run, const std::vector<Place>& places)
+{
+    TextMatch found;
+    found.text = match.captured();
+    found.match = match;
+    found.run = run;
+    for (qsizetype at = match.capturedStart(); at < match.capturedEnd(); ++at) {
+        const Place& place = places[static_cast<std::size_t>(at)];
+        if (found.pieces.empty() || found.pieces.back().node != place.node)
+            found.pieces.push_back({place.node, place.from, place.to});
+        else
+            found.pieces.back().to = place.to;
+        found.end = place.offset + 1;
+    }
+    found.start = places[static_cast<std::size_t>(match.capturedStart())].offset;
+    return found;
+}
 
 } // namespace
 
@@ -232,10 +233,49 @@ Result<std::vector<QRegularExpressionMatch>> matchesInText(const QString& text,
     return found;
 }
 
+std::vector<QString> textRuns(const html::Document& page)
+{
+    std::vector<QString> runs;
+    RunWalk(false, [&runs](const QString& run, const std::vector<Place>&) {
+        runs.push_back(run);
+    }).through(page);
+    return runs;
+}
+
+Result<RunMatches> matchesInRuns(const std::vector<QString>& runs, const QRegularExpression& expression,
+                                 const StillWanted& stillWanted)
+{
+    RunMatches matches(runs.size());
+    for (std::size_t i = 0; i < runs.size() && isWanted(stillWanted); ++i) {
+        auto found = matchesInText(runs[i], expression);
+        if (!found)
+            return found.error();
+        matches[i] = *std::move(found);
+    }
+    return matches;
+}
+
+std::vector<TextMatch> placedMatches(const html::Document& page, const RunMatches& matches)
+{
+    std::vector<TextMatch> all;
+    const auto isNone = [](const auto& ofRun) { return ofRun.empty(); };
+    if (std::all_of(matches.begin(), matches.end(), isNone))
+        return all;
+    std::size_t at = 0;
+    RunWalk(true, [&](const QString& run, const std::vector<Place>& places) {
+        for (const QRegularExpressionMatch& match : matches[at])
+            all.push_back(placed(match, run, places));
+        ++at;
+    }).through(page);
+    return all;
+}
+
 Result<std::vector<TextMatch>> matchesIn(const html::Document& page, const QRegularExpression& expression)
 {
-    const html::Element* const body = page.body();
-    return body ? RunSearch(expression).in(*body) : std::vector<TextMatch>();
+    const auto matches = matchesInRuns(textRuns(page), expression, {});
+    if (!matches)
+        return matches.error();
+    return placedMatches(page, *matches);
 }
 
 QString replacementFor(const QStringList& captured, const QString& replacement, bool isExpression)

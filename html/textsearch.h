@@ -2,6 +2,7 @@
 #pragma once
 
 #include "base/result.h"
+#include "base/stillwanted.h"
 #include "html/document.h"
 
 #include <QRegularExpression>
@@ -50,6 +51,16 @@ struct TextMatch
 /// All matches in the body, in document order. A match never reaches across blocks, line breaks or what is not text. Error: the
 /// expression was given up.
 Result<std::vector<TextMatch>> matchesIn(const html::Document& page, const QRegularExpression& expression);
+
+/// The same in three steps, the middle one, which may take long, for any thread: the texts that are searched, each a block's or a
+/// line's; the matches in each of them, not in all if they are no longer wanted; and where these are in the page, which must not
+/// have changed since.
+std::vector<QString> textRuns(const html::Document& page);
+using RunMatches = std::vector<std::vector<QRegularExpressionMatch>>;
+Result<RunMatches> matchesInRuns(const std::vector<QString>& runs, const QRegularExpression& expression,
+                                 const StillWanted& stillWanted);
+std::vector<TextMatch> placedMatches(const html::Document& page, const RunMatches& matches);
+
 /// The same for a text, such as a page's source. Matches of nothing are left out.
 Result<std::vector<QRegularExpressionMatch>> matchesInText(const QString& text,
                                                            const QRegularExpression& expression);

@@ -5253,6 +5253,10 @@ Die Seite und Ihre Änderungen bleiben erhalten.</translation>
         <source>Find in the page</source>
         <translation>In der Seite suchen</translation>
     </message>
+    <message>
+        <source>Searching…</source>
+        <translation>Suchen …</translation>
+    </message>
 </context>
 <context>
     <name>luma::RestorePanel</name>

@@ -234,6 +234,26 @@ private slots:
         QTRY_VERIFY(replaceResult().startsWith("Not a regular expression"));
     }
 
+    // Lines of a length that makes the first expression slow without its being given up at one place.
+    void slowExpressions_leaveTheWindowAlive()
+    {
+        std::string page = "<title>T</title><p>" + std::string(40, 'a') + "!</p><pre>";
+        for (int i = 0; i < 60; ++i)
+            page += std::string(450, 'b') + "\n";
+        open(page + "one</pre>");
+        trigger("replaceAction");
+        the<QToolButton>("replaceSourceButton")->click();
+        the<QToolButton>("replaceExpressionButton")->click();
+        auto* const field = the<QLineEdit>("replaceFindField");
+        field->setText("(b|c)*(b|d)*[=%]");
+        QTRY_COMPARE(replaceResult(), QStringLiteral("Searching…"));
+        field->setText("one");
+        QTest::keyClick(field, Qt::Key_Return);
+        QTRY_COMPARE(replaceResult(), "1 of 1");
+        field->setText("(a+)+$");
+        QTRY_VERIFY(replaceResult().startsWith("The expression takes too long"));
+    }
+
     void tableCommands_areInTheContextMenuOfTables()
     {
         open("<title>T</title><p>one</p><table><tr><td>two</table>");
