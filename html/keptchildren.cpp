@@ -25,10 +25,13 @@ std::vector<KeptChildren::Unit> KeptChildren::unitsOf(const ParentNode& parent)
     for (const Node* child = parent.firstChild(); child;) {
         const Node* behind = child->next();
         Origin origin = child->origin();
-        // Of texts that touch, the first that came from the page speaks for all.
+        // New text goes with the text before it that has bytes, or with the one behind it.
         while (textOf(*child) && behind && textOf(*behind)) {
+            const Origin& other = behind->origin();
+            if (other.source && other.source == origin.source && other.record != origin.record)
+                break;
             if (!origin.source)
-                origin = behind->origin();
+                origin = other;
             behind = behind->next();
         }
         units.push_back({child, behind, origin});

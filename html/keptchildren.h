@@ -25,7 +25,7 @@ public:
         std::uint32_t first;
         std::uint32_t behind; // in the list of the parent's records
     };
-    /// A child of the tree, or several text nodes that touch.
+    /// A child of the tree, or several text nodes that touch, of which at most one has bytes of its own.
     struct Unit
     {
         const Node* node;
@@ -41,6 +41,9 @@ public:
 
     [[nodiscard]] const std::vector<Cluster>& clusters() const { return m_clusters; }
     [[nodiscard]] const std::vector<Unit>& units() const { return m_units; }
+
+    /// The record of a cluster that is one child.
+    [[nodiscard]] std::uint32_t childOf(const Cluster& cluster) const { return m_children[cluster.first]; }
 
     /// The children of any node, matched with nothing.
     static std::vector<Unit> unitsOf(const ParentNode& parent);

@@ -7,9 +7,10 @@
 #include "html/element.h"
 #include "html/piecewriter.h"
 #include "html/treecomparison.h"
+#include "html/unchangednodes.h"
 
+#include <algorithm>
 #include <optional>
-#include <unordered_set>
 #include <utility>
 
 namespace luma::html {
@@ -54,6 +55,26 @@ bool hasMarkup(const Element& element)
     return !element.origin().source || !PageSource::recordOf(element).start.isEmpty();
 }
 
+// The smallest node that all edits lie in.
+const Node* smallestEdited(const Document& document)
+{
+    const UnchangedNodes unchanged(document);
+    const Node* around = &document;
+    while (around->origin().source && UnchangedNodes::hasSameContent(*around) &&
+           UnchangedNodes::hasSameChildren(*around)) {
+        const Node* edited = nullptr;
+        for (const Node* child = around->asParent()->firstChild(); child; child = child->next()) {
+            if (edited && !unchanged.contains(*child))
+                return around;
+            edited = unchanged.contains(*child) ? edited : child;
+        }
+        if (!edited || !edited->asParent())
+            return around;
+        around = edited;
+    }
+    return around;
+}
+
 /// Writes one page again and again, each time printing more, until what is read is what was written.
 class CheckedWriting final
 {
@@ -64,26 +85,28 @@ public:
 
     Result<WrittenPage> run()
     {
-        using OmittedTags = PieceWriter::OmittedTags;
         if (attempt(OmittedTags::None, WritingWay::Patched))
             return std::move(m_result);
         if (!m_error && isEmptyPartOfTable(m_document))
             return std::move(m_result);
+        const std::vector<const Node*> around = elementsAround(m_difference);
         WrittenPage patched = m_error ? WrittenPage() : std::move(m_result);
-        if (attempt(OmittedTags::EndTags, WritingWay::EndTagsWritten) ||
-            attempt(OmittedTags::All, WritingWay::TagsWritten))
+        if (attempt(OmittedTags::Edited, WritingWay::TagsWritten))
             return std::move(m_result);
-        constexpr int mostParents = 4;
-        const Node* around = m_difference;
-        for (int i = 0; i <= mostParents && around && around->kind() == Node::Kind::Element; ++i) {
-            m_printed = {around};
-            if (attempt(OmittedTags::None, WritingWay::ElementPrinted) ||
-                attempt(OmittedTags::All, WritingWay::ElementPrinted))
-                return std::move(m_result);
-            around = around->parent();
-        }
-        m_printed = {&m_document};
-        const bool isSame = attempt(OmittedTags::All, WritingWay::PagePrinted);
+        std::optional<WrittenPage> written;
+        const auto keepLeast = [&](bool isSame) {
+            if (isSame && (!written || m_result.printed < written->printed))
+                written = std::move(m_result);
+        };
+        keepLeast(attempt(OmittedTags::EndTags, WritingWay::TagsWritten) ||
+                  attempt(OmittedTags::All, WritingWay::TagsWritten));
+        keepLeast(!around.empty() &&
+                  attemptAround({around.front()}, Around::TagsWritten, WritingWay::TagsSpelledOut));
+        if (written)
+            return *std::move(written);
+        const bool isSame = attemptAround(around, Around::TagsWritten, WritingWay::TagsSpelledOut) ||
+                            attemptAround(around, Around::Printed, WritingWay::ElementPrinted) ||
+                            attempt(OmittedTags::All, WritingWay::PagePrinted, &m_document);
         const bool isNoNearer =
             m_error || (!isSame && patched.parsed && !smallestDifferent(*patched.parsed, *m_result.parsed));
         if (patched.parsed && isNoNearer)
@@ -94,10 +117,41 @@ public:
     }
 
 private:
-    // True when there is nothing more to try.
-    bool attempt(PieceWriter::OmittedTags tags, WritingWay way)
+    using OmittedTags = PieceWriter::OmittedTags;
+    using Around = PieceWriter::Around;
+
+    // What the edits and what the difference lies in, the smallest first.
+    [[nodiscard]] std::vector<const Node*> elementsAround(const Node* difference) const
     {
-        m_result.pieces = PieceWriter(m_document, tags, m_printed).write();
+        constexpr std::size_t mostElements = 5;
+        std::vector<const Node*> elements;
+        const Node* edited = smallestEdited(m_document);
+        while (elements.size() < mostElements &&
+               ((edited && edited->asElement()) || (difference && difference->asElement()))) {
+            for (const Node** node : {&edited, &difference}) {
+                if (!*node || !(*node)->asElement())
+                    continue;
+                if (std::find(elements.begin(), elements.end(), *node) == elements.end())
+                    elements.push_back(*node);
+                *node = (*node)->parent();
+            }
+        }
+        return elements;
+    }
+
+    bool attemptAround(const std::vector<const Node*>& elements, Around manner, WritingWay way)
+    {
+        return std::any_of(elements.begin(), elements.end(), [&](const Node* element) {
+            return attempt(OmittedTags::None, way, element, manner) ||
+                   (manner == Around::Printed && attempt(OmittedTags::All, way, element, manner));
+        });
+    }
+
+    // True when there is nothing more to try.
+    bool attempt(OmittedTags tags, WritingWay way, const Node* around = nullptr,
+                 Around manner = Around::Printed)
+    {
+        m_result.pieces = PieceWriter(m_document, tags, around, manner).write();
         m_result.text = joined(m_result.pieces);
         m_result.printed = printedIn(m_result.pieces);
         m_result.way = way;
@@ -125,7 +179,6 @@ private:
 
     const Document& m_document;
     const ParseLimits& m_limits;
-    std::unordered_set<const Node*> m_printed;
     const Node* m_difference = nullptr;
     std::optional<Error> m_error;
     WrittenPage m_result;
@@ -159,7 +212,7 @@ std::string patchedPage(const Document& document)
 
 PlacedPage patchedPage(const Document& document, const Node* node)
 {
-    const auto pieces = PieceWriter(document, PieceWriter::OmittedTags::None, {}).write();
+    const auto pieces = PieceWriter(document).write();
     PlacedPage page;
     page.text = joined(pieces);
     for (; node; node = node->parent()) {

@@ -23,10 +23,10 @@ struct WrittenPiece
 
 /// How an edited page was written: each way prints more of it than the one before.
 enum class WritingWay : std::uint8_t {
-    Unchanged,      // every byte as it was
-    Patched,        // nothing but what was edited
-    EndTagsWritten, // also end tags beside the edits that the page leaves out
-    TagsWritten,    // also start tags, such as <body>, of what the edits lie in
+    Unchanged,   // every byte as it was
+    Patched,     // nothing but what was edited
+    TagsWritten, // also tags that the page leaves out, of what the edits lie in or of what stands beside it
+    TagsSpelledOut, // also all tags that the smallest element around a difference leaves out
     ElementPrinted, // also the smallest element around a difference
     PagePrinted     // the whole page, every tag explicit
 };

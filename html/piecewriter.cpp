@@ -1,39 +1,28 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/piecewriter.h"
 
+#include "base/ascii.h"
 #include "base/utf8.h"
 #include "html/characterdata.h"
 #include "html/codemarks.h"
 #include "html/element.h"
+#include "html/omittedtags.h"
 #include "html/serializer.h"
 #include "html/sourcepatch.h"
 #include "html/tagtraits.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace luma::html {
 
 namespace {
 
-bool isFrame(const Element& element)
+// Not only somewhere in it.
+bool isEdited(const Element& element)
 {
-    return element.is("html") || element.is("head") || element.is("body");
-}
-
-// Whether the element needs a start tag to hold what it does where the page leaves it out. A comment at the beginning of
-// html or head would stand before it, all else in the body may belong to the head.
-bool needsStartTag(const Element& element)
-{
-    return !isFrame(element) || element.is("body") ||
-           (element.firstChild() && !element.firstChild()->asElement());
-}
-
-bool hasOpenEnd(const Node& node)
-{
-    const Element* const element = node.asElement();
-    return element && PageSource::recordOf(node).end.isEmpty() && !isVoid(*element) && !isFrame(*element) &&
-           !isServerCode(*element);
+    return !UnchangedNodes::hasSameContent(element) || !UnchangedNodes::hasSameChildren(element);
 }
 
 // Text nodes that touch are one text.
@@ -55,6 +44,19 @@ TextPlace placeOf(const Node& text)
                                           : TextPlace::Text;
 }
 
+/// The parts of a text among whose bytes others may lie; nothing where they don't say what the text does.
+std::optional<TextParts> partsOf(const ParentNode& parent, const PageSource& source, std::uint32_t number)
+{
+    const Element* const element = parent.asElement();
+    const SourceRecord& record = source.record(number);
+    if (source.text(record.extent).find('<') == std::string_view::npos)
+        return {};
+    TextParts parts(source.text(record.extent), element && element->nameSpace() != NameSpace::Html);
+    if (!record.hasContent(PageSource::textHash(parts.text())))
+        return {};
+    return parts;
+}
+
 /// The length of the line end that the parser drops behind the start tag of a pre: it belongs to the tag.
 std::uint32_t lineEndBehindTag(const ParentNode& parent, const SourceRange& inner)
 {
@@ -67,22 +69,25 @@ std::uint32_t lineEndBehindTag(const ParentNode& parent, const SourceRange& inne
 
 } // namespace
 
-PieceWriter::PieceWriter(const Document& document, OmittedTags tags,
-                         const std::unordered_set<const Node*>& printed)
+PieceWriter::PieceWriter(const Document& document, OmittedTags tags, const Node* around, Around manner)
     : m_document(document),
       m_tags(tags),
-      m_printed(printed),
+      m_printed(manner == Around::Printed ? around : nullptr),
+      m_spelledOut(manner == Around::TagsWritten ? around : nullptr),
       m_source(document.origin().source),
       m_lineEnd(m_source ? m_source->lineEnd() : "\n"),
       m_unchanged(document)
-{}
+{
+    for (const Node* node = around; node; node = node->parent())
+        m_opened.insert(node);
+}
 
 std::vector<WrittenPiece> PieceWriter::write()
 {
     if (m_document.hasByteOrderMark())
         print(utf8ByteOrderMark);
     const auto size = static_cast<std::uint32_t>(m_source ? m_source->text().size() : 0);
-    if (!m_source || m_printed.contains(&m_document))
+    if (!m_source || m_printed == &m_document)
         printAll(m_document);
     else if (m_unchanged.contains(m_document))
         keep(*m_source, {0, size});
@@ -95,9 +100,28 @@ void PieceWriter::print(std::string_view text)
 {
     if (text.empty())
         return;
+    closeOpenEnd();
     if (m_pieces.empty() || m_pieces.back().source)
         m_pieces.push_back({nullptr, {}, {}});
     m_pieces.back().text += text;
+}
+
+// At the end of a page a comment or server code may be left open, but not where something follows.
+void PieceWriter::closeOpenEnd()
+{
+    if (m_pieces.empty() || !m_source || m_pieces.back().source.get() != m_source ||
+        m_pieces.back().range.end != m_source->text().size())
+        return;
+    for (const Node* node = &m_document; node; node = node->following(m_document)) {
+        if (!isComment(*node) || node->origin().source != m_source)
+            continue;
+        const SourceRange& extent = PageSource::recordOf(*node).extent;
+        const std::string markup = markupOf(*node);
+        if (extent.end != m_pieces.back().range.end || !markup.starts_with(m_source->text(extent)))
+            continue;
+        m_pieces.push_back({nullptr, {}, markup.substr(extent.end - extent.begin)});
+        return;
+    }
 }
 
 void PieceWriter::keep(const PageSource& source, const SourceRange& range)
@@ -132,7 +156,7 @@ void PieceWriter::keepEntangled(const KeptChildren& children, std::size_t first)
     const Unit& unit = children.units()[first];
     for (std::size_t i = first; i < first + unit.length; ++i) {
         const Node& node = *children.units()[i].node;
-        if (m_unchanged.contains(node) && !m_printed.contains(&node))
+        if (isUntouched(node))
             continue;
         m_edited.push_back(children.units()[i]);
         m_edited.back().kept = true;
@@ -144,6 +168,7 @@ void PieceWriter::keepBytes(const PageSource& source, const SourceRange& range)
 {
     if (range.begin >= range.end)
         return;
+    closeOpenEnd();
     if (!m_pieces.empty() && m_pieces.back().source.get() == &source &&
         m_pieces.back().range.end == range.begin)
         m_pieces.back().range.end = range.end;
@@ -151,28 +176,78 @@ void PieceWriter::keepBytes(const PageSource& source, const SourceRange& range)
         m_pieces.push_back({source.shared_from_this(), range, {}});
 }
 
+bool PieceWriter::isUntouched(const Node& node) const
+{
+    return m_unchanged.contains(node) && !m_opened.contains(&node);
+}
+
+// Whether an element that is in the page, not edited itself, gets the tags that it lacks.
+bool PieceWriter::lacksWantedTag(const Node& node) const
+{
+    const Element* const element = node.asElement();
+    const bool lacksStart =
+        element && !isComment(node) && !isSkeleton(*element) && PageSource::recordOf(node).start.isEmpty();
+    return (m_tags == OmittedTags::EndTags && hasOpenEnd(node)) ||
+           (m_tags == OmittedTags::All && (hasOpenEnd(node) || lacksStart));
+}
+
+bool PieceWriter::wantsStartTag(const Element& element) const
+{
+    switch (m_tags) {
+    case OmittedTags::Edited:
+        return needsStartTag(element) && (isEdited(element) || (element.is("body") && element.firstChild() &&
+                                                                !isUntouched(*element.firstChild())));
+    case OmittedTags::All:
+        return !isSkeleton(element) || needsStartTag(element);
+    default:
+        return false;
+    }
+}
+
+bool PieceWriter::wantsEndTag(const Element& element) const
+{
+    if (isSkeleton(element) || closesItself(element))
+        return false;
+    switch (m_tags) {
+    case OmittedTags::None:
+        return false;
+    case OmittedTags::Edited:
+        return isEdited(element);
+    case OmittedTags::EndTags:
+        return !PageSource::recordOf(element).start.isEmpty();
+    case OmittedTags::All:
+        break;
+    }
+    return true;
+}
+
 // What stays at its place may hold bytes of others (a comment behind </html>, text that a table gives up); elsewhere it is
 // printed then.
 void PieceWriter::writeUnit(const Unit& unit)
 {
     const Node& node = *unit.node;
-    if (m_printed.contains(&node)) {
-        std::string markup;
-        serialize(node, markup, CodeForm::Code);
-        print(withLineEnds(markup));
+    if (m_printed == &node) {
+        printMarkup(node);
         return;
     }
     if (textOf(node)) {
         writeText(unit);
         return;
     }
+    const Element* const element = node.asElement();
     const bool hasSource = node.origin().source && (unit.kept || PageSource::isWhole(node));
-    if (hasSource && m_unchanged.contains(node) && (m_tags == OmittedTags::None || !hasOpenEnd(node))) {
+    const bool isDescended = m_isSpellingOut && !isComment(node);
+    if (hasSource && isUntouched(node) && !isDescended && !lacksWantedTag(node)) {
         keep(*node.origin().source, PageSource::recordOf(node).extent);
-    } else if (const Element* const element = node.asElement(); hasSource && element) {
-        writeElement(*element);
+    } else if (!element || isComment(node)) {
+        printMarkup(node);
     } else {
-        printNode(node);
+        const bool begins = m_spelledOut == &node;
+        const OmittedTags tags = std::exchange(m_tags, begins ? OmittedTags::All : m_tags);
+        m_isSpellingOut = m_isSpellingOut || begins;
+        hasSource ? writeElement(*element) : printElement(*element);
+        m_isSpellingOut = m_isSpellingOut && !begins;
+        m_tags = tags;
     }
 }
 
@@ -186,8 +261,7 @@ void PieceWriter::writeElement(const Element& element)
     writeChildren(element, {begin, end});
     if (!record.end.isEmpty())
         keep(source, record.end);
-    else if (!isFrame(element) &&
-             (m_tags == OmittedTags::All || (m_tags == OmittedTags::EndTags && !record.start.isEmpty())))
+    else if (wantsEndTag(element))
         printEndTag(element);
 }
 
@@ -195,7 +269,7 @@ void PieceWriter::writeStartOf(const Element& element)
 {
     const SourceRecord& record = PageSource::recordOf(element);
     const std::string_view old = element.origin().source->text(record.start);
-    const bool isAdded = old.empty() && m_tags == OmittedTags::All && needsStartTag(element);
+    const bool isAdded = old.empty() && wantsStartTag(element);
     if (UnchangedNodes::hasSameContent(element) && !isAdded) {
         keep(*element.origin().source, record.start);
         return;
@@ -221,30 +295,84 @@ void PieceWriter::writeText(const Unit& unit)
     const std::string text = joinedText(*unit.node, unit.behind);
     const TextPlace place = placeOf(*unit.node);
     const auto& [source, number] = unit.origin;
-    const bool hasBytes = source && (unit.kept || source->isWhole(number));
-    if (hasBytes && source->record(number).hasContent(PageSource::textHash(text)))
-        keep(*source, source->record(number).extent);
-    else
-        print(patchedText(hasBytes ? source->text(source->record(number).extent) : std::string_view(), text,
-                          place, m_document.serverCode(), m_lineEnd));
-}
-
-// Without the node's own bytes; those of its children may still be kept.
-void PieceWriter::printNode(const Node& node)
-{
-    const Element* const element = node.asElement();
-    if (!element) {
-        std::string markup;
-        serialize(node, markup, CodeForm::Code);
-        print(withLineEnds(markup));
+    const auto print = [&](std::string_view bytes) {
+        this->print(patchedText(bytes, text, place, m_document.serverCode(), m_lineEnd));
+    };
+    if (!source) {
+        print({});
         return;
     }
-    std::string tag;
-    writeStartTag(*element, tag, CodeForm::Code);
-    print(withLineEnds(tag));
-    for (const Unit& unit : KeptChildren::unitsOf(*element))
+    const SourceRecord& record = source->record(number);
+    auto parts = place == TextPlace::Text ? partsOf(*unit.node->parent(), *source, number) : std::nullopt;
+    const bool isAlone = source->isWhole(number) && (!parts || parts->parts().size() <= 1);
+    if ((unit.kept || isAlone) && record.hasContent(PageSource::textHash(text))) {
+        keep(*source, record.extent);
+    } else if (isAlone) {
+        print(source->text(record.extent));
+    } else if (unit.kept && parts) {
+        parts->setText(text);
+        writeParts(*parts, *source, record.extent.begin);
+    } else {
+        print(parts ? parts->ownBytes() : std::string());
+    }
+}
+
+void PieceWriter::writeParts(const TextParts& parts, const PageSource& source, std::uint32_t begin)
+{
+    for (const TextParts::Part& part : parts.parts()) {
+        const SourceRange range = {begin + static_cast<std::uint32_t>(part.begin),
+                                   begin + static_cast<std::uint32_t>(part.end)};
+        if (part.wanted == part.text)
+            keep(source, range);
+        else
+            print(
+                patchedText(source.text(range), part.wanted, part.place, m_document.serverCode(), m_lineEnd));
+    }
+}
+
+// Where a text has gone, the tags and comments among its bytes stay.
+void PieceWriter::keepTokensOf(const ParentNode& parent, const KeptChildren& children, std::size_t number)
+{
+    const KeptChildren::Cluster& cluster = children.clusters()[number];
+    const PageSource& source = *parent.origin().source;
+    const std::uint32_t child = children.childOf(cluster);
+    if (cluster.behind - cluster.first > 1)
+        return;
+    if (auto parts = partsOf(parent, source, child); parts && parts->parts().size() > 1) {
+        parts->setText({});
+        writeParts(*parts, source, cluster.range.begin);
+    }
+}
+
+std::string PieceWriter::markupOf(const Node& node) const
+{
+    std::string markup;
+    serialize(node, markup, CodeForm::Code);
+    return withLineEnds(markup);
+}
+
+void PieceWriter::printMarkup(const Node& node)
+{
+    print(markupOf(node));
+}
+
+// The bytes of others lie among its own, or it has none.
+void PieceWriter::printElement(const Element& element)
+{
+    const PageSource* const source = element.origin().source;
+    if (source && !PageSource::recordOf(element).start.isEmpty()) {
+        writeStartOf(element);
+    } else {
+        std::string tag;
+        writeStartTag(element, tag, CodeForm::Code);
+        print(withLineEnds(tag));
+    }
+    for (const Unit& unit : KeptChildren::unitsOf(element))
         writeUnit(unit);
-    printEndTag(*element);
+    if (source && !PageSource::recordOf(element).end.isEmpty())
+        keep(*source, PageSource::recordOf(element).end);
+    else if (!closesItself(element))
+        printEndTag(element);
 }
 
 std::string PieceWriter::withLineEnds(std::string_view text) const
@@ -257,11 +385,8 @@ std::string PieceWriter::withLineEnds(std::string_view text) const
 
 void PieceWriter::printAll(const ParentNode& parent)
 {
-    for (const Node* child = parent.firstChild(); child; child = child->next()) {
-        std::string markup;
-        serialize(*child, markup, CodeForm::Code);
-        print(withLineEnds(markup));
-    }
+    for (const Node* child = parent.firstChild(); child; child = child->next())
+        printMarkup(*child);
 }
 
 void PieceWriter::writeChildren(const ParentNode& parent, const SourceRange& inner)
@@ -271,28 +396,43 @@ void PieceWriter::writeChildren(const ParentNode& parent, const SourceRange& inn
     const auto& units = children.units();
     const PageSource& source = *parent.origin().source;
     std::size_t nextCluster = 0;
+    std::uint32_t done = 0;
     const std::uint32_t first = inner.begin + lineEndBehindTag(parent, inner);
     keep(source, {inner.begin, first});
     const auto gapBefore = [&](std::size_t cluster) {
         const std::uint32_t begin = cluster == 0 ? first : clusters[cluster - 1].range.end;
         const std::uint32_t end = cluster == clusters.size() ? inner.end : clusters[cluster].range.begin;
-        return SourceRange{std::max(begin, first), std::min(std::max(begin, end), inner.end)};
+        return SourceRange{std::max({begin, first, done}), std::min(std::max({begin, end, done}), inner.end)};
+    };
+    const auto keepGap = [&](const SourceRange& gap) {
+        keep(source, gap);
+        done = std::max(done, gap.end);
+    };
+    const auto keepUpTo = [&](std::size_t cluster) {
+        for (; nextCluster <= cluster; ++nextCluster) {
+            keepGap(gapBefore(nextCluster));
+            if (nextCluster < cluster)
+                keepTokensOf(parent, children, nextCluster);
+        }
     };
     for (std::size_t i = 0; i < units.size(); i += units[i].kept ? units[i].length : 1) {
-        if (!units[i].kept) {
+        if (units[i].kept)
+            keepUpTo(static_cast<std::size_t>(units[i].cluster));
+        else if (const SourceRange gap = gapBefore(nextCluster); isBlank(source.text(gap)))
+            keepGap(gap); // white space that means nothing here would be text behind what is new
+        if (!units[i].kept || units[i].length == 1) {
             writeUnit(units[i]);
-            continue;
-        }
-        const auto cluster = static_cast<std::size_t>(units[i].cluster);
-        for (; nextCluster <= cluster; ++nextCluster)
-            keep(source, gapBefore(nextCluster));
-        if (units[i].length > 1)
+        } else if (!m_isSpellingOut) {
             keepEntangled(children, i);
-        else
-            writeUnit(units[i]);
+        } else {
+            for (std::size_t k = i; k < i + units[i].length; ++k) {
+                Unit member = units[k];
+                member.kept = false;
+                writeUnit(member);
+            }
+        }
     }
-    for (; nextCluster <= clusters.size(); ++nextCluster)
-        keep(source, gapBefore(nextCluster));
+    keepUpTo(clusters.size());
 }
 
 } // namespace luma::html

@@ -3,6 +3,7 @@
 
 #include "html/keptchildren.h"
 #include "html/pagewriter.h"
+#include "html/textparts.h"
 #include "html/unchangednodes.h"
 
 #include <memory>
@@ -19,17 +20,29 @@ namespace luma::html {
 class PieceWriter final
 {
 public:
-    /// Which tags that the page leaves out are written, in and beside what was edited.
-    enum class OmittedTags { None, EndTags, All };
+    /// Which tags that the page leaves out are written: of elements that were edited themselves; end tags, or all, of what
+    /// edits lie in and of what stands beside it.
+    enum class OmittedTags { None, Edited, EndTags, All };
 
-    /// Prints the elements in `printed` anew. Both arguments must outlive the writer.
-    PieceWriter(const Document& document, OmittedTags tags, const std::unordered_set<const Node*>& printed);
+    /// What happens to the element around a difference, but for what was edited.
+    enum class Around {
+        TagsWritten, // all tags that are left out at any depth are written, those of elements that others cut in two, too
+        Printed
+    };
+
+    /// `around` may be null. The document must outlive the writer.
+    explicit PieceWriter(const Document& document, OmittedTags tags = OmittedTags::None,
+                         const Node* around = nullptr, Around manner = Around::Printed);
 
     std::vector<WrittenPiece> write();
 
 private:
     using Unit = KeptChildren::Unit;
 
+    [[nodiscard]] bool isUntouched(const Node& node) const;
+    [[nodiscard]] bool lacksWantedTag(const Node& node) const;
+    [[nodiscard]] bool wantsStartTag(const Element& element) const;
+    [[nodiscard]] bool wantsEndTag(const Element& element) const;
     void print(std::string_view text);
     void keep(const PageSource& source, const SourceRange& range);
     void keepBytes(const PageSource& source, const SourceRange& range);
@@ -38,15 +51,23 @@ private:
     void writeElement(const Element& element);
     void writeStartOf(const Element& element);
     void writeText(const Unit& unit);
+    void writeParts(const TextParts& parts, const PageSource& source, std::uint32_t begin);
+    void keepTokensOf(const ParentNode& parent, const KeptChildren& children, std::size_t number);
     void writeChildren(const ParentNode& parent, const SourceRange& inner);
     void printEndTag(const Element& element);
-    void printNode(const Node& node);
+    [[nodiscard]] std::string markupOf(const Node& node) const;
+    void printMarkup(const Node& node);
+    void closeOpenEnd();
+    void printElement(const Element& element);
     void printAll(const ParentNode& parent);
     [[nodiscard]] std::string withLineEnds(std::string_view text) const;
 
     const Document& m_document;
     OmittedTags m_tags;
-    const std::unordered_set<const Node*>& m_printed;
+    const Node* m_printed;
+    const Node* m_spelledOut;
+    bool m_isSpellingOut = false;             // m_spelledOut or what is in it
+    std::unordered_set<const Node*> m_opened; // what m_printed or m_spelledOut lies in
     const PageSource* m_source;
     std::string_view m_lineEnd;
     UnchangedNodes m_unchanged;

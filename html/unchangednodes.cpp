@@ -27,7 +27,7 @@ UnchangedNodes::UnchangedNodes(const Document& document)
         nodes.push_back(node);
     for (std::size_t i = nodes.size(); i-- > 0;) {
         const Node& node = *nodes[i];
-        if (node.origin().source && hasSameContent(node) && hasSameChildren(node))
+        if (node.origin().source && hasSameContent(node) && hasSameChildren(node) && areUnchanged(node))
             m_nodes.insert(&node);
     }
 }
@@ -37,7 +37,7 @@ bool UnchangedNodes::hasSameContent(const Node& node)
     return PageSource::recordOf(node).hasContent(PageSource::contentHash(node));
 }
 
-bool UnchangedNodes::hasSameChildren(const Node& node) const
+bool UnchangedNodes::hasSameChildren(const Node& node)
 {
     const ParentNode* const parent = node.asParent();
     if (!parent)
@@ -49,11 +49,20 @@ bool UnchangedNodes::hasSameChildren(const Node& node) const
         if (isEmptyText(*child))
             continue;
         if (expected >= record.after || child->origin().source != &source ||
-            child->origin().record != expected || !m_nodes.contains(child))
+            child->origin().record != expected)
             return false;
         expected = source.record(expected).after;
     }
     return expected == record.after;
+}
+
+bool UnchangedNodes::areUnchanged(const Node& parent) const
+{
+    const ParentNode* const node = parent.asParent();
+    const Node* child = node ? node->firstChild() : nullptr;
+    while (child && (isEmptyText(*child) || m_nodes.contains(child)))
+        child = child->next();
+    return !child;
 }
 
 } // namespace luma::html

@@ -18,9 +18,11 @@ public:
     [[nodiscard]] bool contains(const Node& node) const { return m_nodes.contains(&node); }
     /// Whether the node itself is as it was parsed, whatever became of its children. It has an origin.
     static bool hasSameContent(const Node& node);
+    /// Whether the children of the node, which has an origin, are those that were parsed, whatever became of each.
+    static bool hasSameChildren(const Node& node);
 
 private:
-    [[nodiscard]] bool hasSameChildren(const Node& node) const;
+    [[nodiscard]] bool areUnchanged(const Node& parent) const; // the children
 
     std::unordered_set<const Node*> m_nodes;
 };

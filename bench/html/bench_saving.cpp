@@ -123,7 +123,7 @@ void printTable(const std::vector<std::string>& folders)
                     row.refused, row.changedBySaving, row.letters,
                     row.letters > 0 ? static_cast<double>(row.changedByLetters) / row.letters : 0.0,
                     row.edits, row.ways[WritingWay::Patched] + row.ways[WritingWay::Unchanged],
-                    row.ways[WritingWay::EndTagsWritten] + row.ways[WritingWay::TagsWritten],
+                    row.ways[WritingWay::TagsWritten] + row.ways[WritingWay::TagsSpelledOut],
                     row.ways[WritingWay::ElementPrinted], row.ways[WritingWay::PagePrinted], row.printed,
                     row.wrongUndos);
     }

@@ -3,6 +3,7 @@
 
 #include "html/document.h"
 #include "html/element.h"
+#include "html/pagewriter.h"
 
 #include <cstdint>
 #include <functional>
@@ -56,7 +57,9 @@ private:
 };
 
 /// What the edited page must keep: every byte outside the smallest element around the edit whose bytes are its own. Empty
-/// when it does, else what differs.
-std::string differenceOutside(const Edit& edit, const std::string& written, const std::string& source);
+/// when it does, else what differs. Where tags were written that the page leaves out, pages with mis-nested formatting count as
+/// right: both parts of an element need tags then.
+std::string differenceOutside(const Edit& edit, const std::string& written, const std::string& source,
+                              html::WritingWay way);
 
 } // namespace luma::test
