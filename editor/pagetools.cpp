@@ -26,6 +26,7 @@
 #include "page/pagestore.h"
 #include "page/pagetree.h"
 #include "ui_HTMLDocument.h"
+#include "web/previewpage.h"
 #include "web/scriptpreview.h"
 #include "web/viewcontroller.h"
 
@@ -163,7 +164,9 @@ void PageTools::showPreview()
         m_preview = new ScriptPreview([this](const ScriptPreview::Take& take) {
             m_parts.rendering.whenCaughtUp(this, [this, take] {
                 if (m_parts.store.hasPage())
-                    take({QByteArray::fromStdString(m_parts.store.markup()), m_parts.siteFolder()});
+                    take({QByteArray::fromStdString(m_parts.store.markup()), m_parts.siteFolder(),
+                          m_parts.rendering.webView()->editorPage().drafts(),
+                          m_parts.linkRules().indexNames});
             });
         });
     m_preview->show();

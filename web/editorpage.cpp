@@ -209,6 +209,11 @@ void EditorPage::setDraft(const std::filesystem::path& file, const std::optional
     m_profile.files().serveDraft(m_host, file, text);
 }
 
+QHash<QString, QByteArray> EditorPage::drafts() const
+{
+    return m_profile.files().drafts(m_host);
+}
+
 bool EditorPage::acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame)
 {
     if (type == NavigationTypeLinkClicked) {

@@ -35,6 +35,8 @@ public:
 
     /// Shows this text (UTF-8) of a style sheet instead of its file, or the file again, from the next load of it on.
     void setDraft(const std::filesystem::path& file, const std::optional<QByteArray>& text);
+    /// The texts of all open pages, by file; this page's own before those of others.
+    [[nodiscard]] QHash<QString, QByteArray> drafts() const;
 
     /// Whether the page handed over last is ready: false while it loads and after its process has died.
     [[nodiscard]] bool isComplete() const { return m_complete; }

@@ -17,14 +17,17 @@ void switchOffSandboxForRoot()
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
 }
 
-// Every page has a process of its own, whose scripts are the editor's: they are small, and their speed hardly counts. What
-// the user has set counts more.
-void makeScriptsSmall()
+void setEngineFlags()
 {
     constexpr const char* variable = "QTWEBENGINE_CHROMIUM_FLAGS";
-    const QByteArray flags = qgetenv(variable);
+    QByteArray flags = qgetenv(variable);
+    // Every page has a process of its own, whose scripts are the editor's: they are small, and their speed hardly counts. What
+    // the user has set counts more.
     if (!flags.contains("--js-flags"))
-        qputenv(variable, (flags + " --js-flags=--optimize-for-size").trimmed());
+        flags += " --js-flags=--optimize-for-size";
+    // No page here has a use for WebRTC, and its datagrams pass no filter of requests.
+    flags += " --force-webrtc-ip-handling-policy=disable_non_proxied_udp";
+    qputenv(variable, flags.trimmed());
 }
 
 } // namespace
@@ -37,7 +40,7 @@ QByteArray PageScheme::name()
 void PageScheme::registerScheme()
 {
     switchOffSandboxForRoot();
-    makeScriptsSmall();
+    setEngineFlags();
     QWebEngineUrlScheme scheme(name());
     scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
     // Neither local (such a page could show file: addresses) nor secure (images under http: would be held

@@ -1,23 +1,46 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "web/previewpage.h"
 
+#include "base/pathtext.h"
 #include "web/editorprofile.h"
 #include "web/pagescheme.h"
 #include "web/previewprofile.h"
+
+#include <utility>
+
+namespace fs = std::filesystem;
 
 namespace luma {
 
 PreviewPage::PreviewPage(PreviewProfile& profile)
     : GuardedPage(profile), m_profile(profile), m_host(EditorProfile::newHost())
-{}
-
-void PreviewPage::show(const QByteArray& markup, const SiteFolder& files)
 {
-    m_profile.files().serve(m_host, markup, files);
+    connect(this, &QWebEnginePage::loadFinished, this, [this](bool isDone) {
+        if (isDone && std::exchange(m_isReloadDue, false))
+            triggerAction(QWebEnginePage::ReloadAndBypassCache);
+    });
+}
+
+void PreviewPage::show(const PreviewSource& page)
+{
+    SiteSchemeHandler& files = m_profile.files();
+    files.withdraw(m_host);
+    files.serve(m_host, page.markup, page.files);
+    files.serveFolders(m_host, page.indexNames);
+    for (auto draft = page.drafts.begin(); draft != page.drafts.end(); ++draft) {
+        if (const fs::path file = pathOf(draft.key()); page.files.realPath(file))
+            files.serveDraft(m_host, file, draft.value());
+    }
     // A load of the same address would not overtake one.
     if (isLoading())
         triggerAction(QWebEnginePage::Stop);
-    load(SiteSchemeHandler::address(m_host, files.page()));
+    // Only a reload makes the engine ask again for files that it has in memory.
+    const QUrl address = SiteSchemeHandler::address(m_host, page.files.page());
+    m_isReloadDue = url().adjusted(QUrl::RemoveQuery | QUrl::RemoveFragment) != address && !url().isEmpty();
+    if (m_isReloadDue || url().isEmpty())
+        load(address);
+    else
+        triggerAction(QWebEnginePage::ReloadAndBypassCache);
 }
 
 bool PreviewPage::acceptNavigationRequest(const QUrl& url, NavigationType, bool isMainFrame)

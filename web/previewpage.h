@@ -1,12 +1,26 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "page/sitefolder.h"
 #include "web/guardedpage.h"
+
+#include <QHash>
+
+#include <string>
+#include <vector>
 
 namespace luma {
 
 class PreviewProfile;
-class SiteFolder;
+
+/// What a preview shows: a page and the style sheets that aren't saved yet.
+struct PreviewSource
+{
+    QByteArray markup; ///< UTF-8
+    SiteFolder files;
+    QHash<QString, QByteArray> drafts = {};   ///< UTF-8, by file; those outside the site are not used
+    std::vector<std::string> indexNames = {}; ///< of the pages that a folder's address means
+};
 
 /// A page with running scripts that stays in its site: every other navigation, window and dialog is refused. Main thread.
 class PreviewPage final : public GuardedPage
@@ -17,8 +31,8 @@ public:
     /// The profile outlives the page.
     explicit PreviewPage(PreviewProfile& profile);
 
-    /// Shows `markup` (UTF-8) as the page at files.page().
-    void show(const QByteArray& markup, const SiteFolder& files);
+    /// Shows the page, with no answer that an earlier one has left.
+    void show(const PreviewSource& page);
 
 signals:
     /// The page wanted to go to this address, or to open it.
@@ -41,6 +55,7 @@ protected:
 private:
     PreviewProfile& m_profile;
     QString m_host;
+    bool m_isReloadDue = false; // after a load that may have taken old files
 };
 
 } // namespace luma

@@ -4,7 +4,6 @@
 #include "web/pagescheme.h"
 
 #include <QWebEngineDownloadRequest>
-#include <QWebEngineScript>
 #include <QWebEngineScriptCollection>
 #include <QWebEngineSettings>
 #include <QWebEngineUrlRequestInfo>
@@ -13,13 +12,16 @@ namespace luma {
 
 namespace {
 
-// The engine's filter of requests does not see what goes over WebRTC, so documents have none. (A script that takes it from an
-// empty frame could still use it: nothing of ours runs in there.) And the engine does not let fetch() use a scheme of ours
-// (Qt 6.4), so files of the site are fetched in another way.
+// The engine's filter of requests does not see what goes over WebRTC, so documents have none. In the empty document that a
+// frame begins with, scripts run when it is complete, which is before any other script can reach it.
+constexpr auto removal = R"js('use strict';
+for (const name of ['RTCPeerConnection', 'webkitRTCPeerConnection', 'RTCDataChannel', 'WebTransport'])
+    Reflect.deleteProperty(self, name);
+)js";
+
+// The engine does not let fetch() use a scheme of ours (Qt 6.4), so files of the site are fetched in another way.
 constexpr auto preparation = R"js('use strict';
 {
-    for (const name of ['RTCPeerConnection', 'webkitRTCPeerConnection', 'RTCDataChannel', 'WebTransport'])
-        delete self[name];
     const engines = self.fetch;
     self.fetch = (resource, options) => {
         const url = new URL(resource instanceof Request ? resource.url : resource, document.baseURI);
@@ -90,10 +92,16 @@ void PreviewProfile::shutIn()
         settings()->setAttribute(attribute, false);
     settings()->setAttribute(Settings::WebRTCPublicInterfacesOnly, true);
     settings()->setUnknownUrlSchemePolicy(Settings::DisallowUnknownUrlSchemes);
+    addScript(removal, QWebEngineScript::DocumentCreation);
+    addScript(removal, QWebEngineScript::DocumentReady);
+    addScript(preparation, QWebEngineScript::DocumentCreation);
+}
+
+void PreviewProfile::addScript(const char* source, QWebEngineScript::InjectionPoint when)
+{
     QWebEngineScript script;
-    script.setName(QStringLiteral("preparation"));
-    script.setSourceCode(QString::fromLatin1(preparation));
-    script.setInjectionPoint(QWebEngineScript::DocumentCreation);
+    script.setSourceCode(QString::fromLatin1(source));
+    script.setInjectionPoint(when);
     script.setWorldId(QWebEngineScript::MainWorld);
     script.setRunsOnSubFrames(true);
     scripts()->insert(script);

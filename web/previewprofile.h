@@ -4,6 +4,7 @@
 #include "web/siteschemehandler.h"
 
 #include <QWebEngineProfile>
+#include <QWebEngineScript>
 #include <QWebEngineUrlRequestInterceptor>
 
 #include <memory>
@@ -31,6 +32,7 @@ signals:
 private:
     class Filter;
     void shutIn();
+    void addScript(const char* source, QWebEngineScript::InjectionPoint when);
 
     SiteSchemeHandler m_files;
     std::unique_ptr<QWebEngineUrlRequestInterceptor> m_filter;

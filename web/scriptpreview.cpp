@@ -148,13 +148,13 @@ void ScriptPreview::connectPage()
 
 void ScriptPreview::reload()
 {
-    m_source([self = QPointer(this)](const Source& page) {
+    m_source([self = QPointer(this)](const PreviewSource& page) {
         if (self)
             self->showPage(page);
     });
 }
 
-void ScriptPreview::showPage(const Source& page)
+void ScriptPreview::showPage(const PreviewSource& page)
 {
     m_isStopped = false;
     m_isAsked = false;
@@ -162,7 +162,7 @@ void ScriptPreview::showPage(const Source& page)
     m_messages->hide();
     m_state->setText(
         tr("Scripts run here. Requests to the network and for files outside the site are refused."));
-    m_page->show(page.markup, page.files);
+    m_page->show(page);
     m_ping.start();
     updateTitle();
 }

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "page/sitefolder.h"
-
 #include <QMainWindow>
 #include <QTimer>
 
@@ -17,6 +15,7 @@ namespace luma {
 
 class PreviewPage;
 class PreviewProfile;
+struct PreviewSource;
 
 /// A window that shows a page with its scripts running, shut in: a profile of its own, which keeps nothing, and no files but
 /// the site's, no network, downloads, windows, permissions or dialogs. What the page is refused, and what its
@@ -27,13 +26,7 @@ class ScriptPreview final : public QMainWindow
     Q_OBJECT
 
 public:
-    struct Source
-    {
-        QByteArray markup; ///< UTF-8
-        SiteFolder files;
-    };
-
-    using Take = std::function<void(const Source& page)>;
+    using Take = std::function<void(const PreviewSource& page)>;
     /// `source` calls `take` with the page as it is now, at once or later; asked at each reload.
     explicit ScriptPreview(std::function<void(const Take& take)> source);
     ~ScriptPreview() override;
@@ -45,7 +38,7 @@ public:
     [[nodiscard]] PreviewPage& page() const { return *m_page; }
 
 private:
-    void showPage(const Source& page);
+    void showPage(const PreviewSource& page);
     void createActions();
     void createView();
     void connectPage();

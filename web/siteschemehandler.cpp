@@ -11,6 +11,8 @@
 #include <QPointer>
 #include <QWebEngineUrlRequestJob>
 
+#include <algorithm>
+
 namespace fs = std::filesystem;
 
 namespace luma {
@@ -29,6 +31,18 @@ void replyWithFile(const QPointer<QWebEngineUrlRequestJob>& job, FileDescriptor 
     } else {
         job->fail(QWebEngineUrlRequestJob::RequestFailed);
     }
+}
+
+// The page that the address of a folder means; another path, and a folder without one, is returned as it is.
+fs::path indexPage(const fs::path& file, const std::vector<std::string>& names)
+{
+    std::error_code error;
+    if (names.empty() || !fs::is_directory(file, error))
+        return file;
+    const auto found = std::find_if(names.begin(), names.end(), [&](const std::string& name) {
+        return fs::is_regular_file(file / name, error);
+    });
+    return found == names.end() ? file : file / *found;
 }
 
 bool comesFromPage(const QWebEngineUrlRequestJob* job, const QString& host)
@@ -53,6 +67,20 @@ void SiteSchemeHandler::serveDraft(const QString& host, const fs::path& file,
         m_pages[host].drafts.insert(name, *text);
     else
         m_pages[host].drafts.remove(name);
+}
+
+QHash<QString, QByteArray> SiteSchemeHandler::drafts(const QString& host) const
+{
+    QHash<QString, QByteArray> all;
+    for (const Page& page : m_pages)
+        all.insert(page.drafts);
+    all.insert(m_pages.value(host).drafts);
+    return all;
+}
+
+void SiteSchemeHandler::serveFolders(const QString& host, const std::vector<std::string>& indexNames)
+{
+    m_pages[host].indexNames = indexNames;
 }
 
 void SiteSchemeHandler::withdraw(const QString& host)
@@ -84,7 +112,7 @@ void SiteSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job)
              draft != page->drafts.constEnd())
         answerText(job, *draft, "text/css;charset=utf-8");
     else
-        answerFile(job, page->files, *file);
+        answerFile(job, *page, *file);
 }
 
 void SiteSchemeHandler::refuse(QWebEngineUrlRequestJob* job, QWebEngineUrlRequestJob::Error error)
@@ -104,17 +132,30 @@ void SiteSchemeHandler::answerText(QWebEngineUrlRequestJob* job, const QByteArra
     job->reply(type, buffer);
 }
 
-void SiteSchemeHandler::answerFile(QWebEngineUrlRequestJob* job, const SiteFolder& files,
-                                   const fs::path& file)
+void SiteSchemeHandler::answerFile(QWebEngineUrlRequestJob* job, const Page& page, const fs::path& file)
 {
+    // Links of a folder's page count from the folder only if its address ends in a slash.
+    QUrl folderAddress = job->requestUrl();
+    if (!folderAddress.path().endsWith(u'/'))
+        folderAddress.setPath(folderAddress.path(QUrl::FullyEncoded) + u'/', QUrl::TolerantMode);
+    else
+        folderAddress.clear();
     start(std::make_shared<WorkItem>(),
-          [self = QPointer(this), files, file, job = QPointer(job)](const WorkItem&) {
-              auto opened = std::make_shared<Result<FileDescriptor>>(files.open(file));
-              const QByteArray type = QByteArray::fromStdString(contentTypeOf(file));
+          [self = QPointer(this), files = page.files, names = page.indexNames, markup = page.markup,
+           folderAddress, file, job = QPointer(job)](const WorkItem&) {
+              const fs::path found = indexPage(file, names);
+              const bool isPage = found == files.page();
+              const bool isMoved = found != file && !folderAddress.isEmpty();
+              auto opened = std::make_shared<Result<FileDescriptor>>(files.open(found));
+              const QByteArray type = QByteArray::fromStdString(contentTypeOf(found));
               QMetaObject::invokeMethod(
                   QCoreApplication::instance(),
-                  [self, job, opened, type] {
-                      if (*opened)
+                  [self, job, opened, type, isPage, isMoved, markup, folderAddress] {
+                      if (job && *opened && isMoved)
+                          job->redirect(folderAddress);
+                      else if (job && isPage)
+                          answerText(job, markup, "text/html;charset=utf-8");
+                      else if (*opened)
                           replyWithFile(job, std::move(**opened), type);
                       else if (self && job)
                           self->refuse(job, QWebEngineUrlRequestJob::UrlNotFound);

@@ -9,6 +9,8 @@
 
 #include <filesystem>
 #include <optional>
+#include <string>
+#include <vector>
 
 namespace luma {
 
@@ -29,6 +31,11 @@ public:
     void serveDraft(const QString& host, const std::filesystem::path& file,
                     const std::optional<QByteArray>& text);
 
+    /// The texts that all pages have, by the file's path; `host` decides where several pages have one for a file.
+    [[nodiscard]] QHash<QString, QByteArray> drafts(const QString& host) const;
+    /// Lets page `host` get for the address of a folder the first page of these names that is in it.
+    void serveFolders(const QString& host, const std::vector<std::string>& indexNames);
+
     /// The address of a file for page `host`.
     static QUrl address(const QString& host, const std::filesystem::path& file);
 
@@ -44,11 +51,12 @@ private:
         QByteArray markup;
         SiteFolder files;
         QHash<QString, QByteArray> drafts = {}; // of style sheets, by file
+        std::vector<std::string> indexNames = {};
     };
 
     static void answerText(QWebEngineUrlRequestJob* job, const QByteArray& text, const QByteArray& type);
     void refuse(QWebEngineUrlRequestJob* job, QWebEngineUrlRequestJob::Error error);
-    void answerFile(QWebEngineUrlRequestJob* job, const SiteFolder& files, const std::filesystem::path& file);
+    void answerFile(QWebEngineUrlRequestJob* job, const Page& page, const std::filesystem::path& file);
 
     QHash<QString, Page> m_pages;
 };

@@ -7,6 +7,7 @@
 #include "web/scriptpreview.h"
 
 #include <QMenu>
+#include <QPlainTextEdit>
 #include <QTest>
 #include <QWheelEvent>
 
@@ -66,7 +67,11 @@ private slots:
 
     void previewWithScripts_followsEditsAndSaves()
     {
-        open("<title>one</title><p>text</p><script>document.title += ' ran'</script>");
+        put("sheet.css", "p { width: 66px }");
+        open(
+            "<title>one</title><link rel=stylesheet href=sheet.css><p>text</p><script>document.title += ' ran'\n"
+            "addEventListener('load', () => document.title += getComputedStyle(document.querySelector('p')).width)"
+            "</script>");
         QCOMPARE(answer("document.title"), "one");
         trigger("scriptPreviewAction");
         const auto preview = [] {
@@ -77,10 +82,13 @@ private slots:
             return static_cast<ScriptPreview*>(nullptr);
         };
         QTRY_VERIFY(preview());
-        QTRY_VERIFY2(preview()->windowTitle().startsWith("one ran"), qPrintable(preview()->windowTitle()));
+        QTRY_VERIFY2(preview()->windowTitle().startsWith("one ran66px"),
+                     qPrintable(preview()->windowTitle()));
         setTitle("two");
+        the<QPlainTextEdit>("cssField")->setPlainText("p { width: 77px }");
         QTest::keyClick(preview(), Qt::Key_F5);
-        QTRY_VERIFY2(preview()->windowTitle().startsWith("two ran"), qPrintable(preview()->windowTitle()));
+        QTRY_VERIFY2(preview()->windowTitle().startsWith("two ran77px"),
+                     qPrintable(preview()->windowTitle()));
         setTitle("three");
         trigger("saveAction");
         QTRY_VERIFY2(preview()->windowTitle().startsWith("three ran"), qPrintable(preview()->windowTitle()));
