@@ -41,6 +41,7 @@ struct StyleRule
     StyleSource source = {};
     QString selector = {}; ///< empty for a style attribute
     QStringList conditions = {};
+    int number = -1;        ///< of the engine's rule; -1 for a style attribute
     int line = 0;           ///< from 1; 0 if it isn't known
     std::string sheet = {}; ///< the text that holds the rule; empty if it can't be edited
     CssRule rule = {};      ///< its place there; a style attribute has declarations alone

@@ -2,6 +2,8 @@
 #include "editor/stylerulesmodel.h"
 
 #include "base/pathtext.h"
+#include "editor/stylecolours.h"
+#include "web/csscolours.h"
 
 #include <QFont>
 #include <QPalette>
@@ -138,12 +140,17 @@ void StyleRulesModel::addDeclaration(QStandardItem& parent, const StyleRule& rul
     if (rule.isEditable)
         name->setCheckState(declaration.state == StyleState::Off ? Qt::Unchecked : Qt::Checked);
     value->setEditable(rule.isEditable && declaration.state != StyleState::Off);
+    if (const auto colours = cssColoursIn(declaration.name, declaration.value); !colours.empty())
+        value->setData(StyleColours::swatch(colours.front().colour), Qt::DecorationRole);
     const QString explanation = explanationOf(declaration.state);
+    const bool hasColour = value->isEditable() && value->data(Qt::DecorationRole).isValid();
+    const QString hint =
+        hasColour ? u'\n' + tr("A click on the colour or Alt+Down chooses another one") : QString();
     for (QStandardItem* const each : {name, value}) {
         each->setData(static_cast<int>(Row::Declaration), KindRole);
         each->setData(number, DeclarationRole);
         each->setData(parent.data(KeyRole).toString() + u' ' + declaration.name, KeyRole);
-        each->setToolTip(explanation.isEmpty() ? declaration.value : explanation);
+        each->setToolTip((explanation.isEmpty() ? declaration.value : explanation) + hint);
         if (declaration.state == StyleState::Applies)
             continue;
         dim(*each);

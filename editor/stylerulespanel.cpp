@@ -7,6 +7,7 @@
 #include "editor/cssvocabulary.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
+#include "editor/stylecolours.h"
 #include "editor/styleedits.h"
 #include "editor/stylerulesmodel.h"
 #include "editor/stylerulesreader.h"
@@ -38,8 +39,8 @@ constexpr int delayAfterRuleChange = 150; // milliseconds
 class DeclarationDelegate final : public QStyledItemDelegate
 {
 public:
-    DeclarationDelegate(CssVocabulary& vocabulary, QObject* parent)
-        : QStyledItemDelegate(parent), m_vocabulary(vocabulary)
+    DeclarationDelegate(CssVocabulary& vocabulary, StyleColours& colours, QObject* parent)
+        : QStyledItemDelegate(parent), m_vocabulary(vocabulary), m_colours(colours)
     {}
 
     QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
@@ -72,6 +73,23 @@ public:
                 QRect(editor->pos(), QSize(editor->parentWidget()->width() - editor->x(), editor->height())));
     }
 
+    bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
+                     const QModelIndex& index) override
+    {
+        if (event->type() == QEvent::MouseButtonRelease || event->type() == QEvent::MouseButtonDblClick) {
+            QStyleOptionViewItem item = option;
+            initStyleOption(&item, index);
+            const QRect swatch =
+                item.widget->style()->subElementRect(QStyle::SE_ItemViewItemDecoration, &item, item.widget);
+            if (!item.icon.isNull() &&
+                swatch.contains(static_cast<QMouseEvent*>(event)->position().toPoint())) {
+                m_colours.pick(index);
+                return true;
+            }
+        }
+        return QStyledItemDelegate::editorEvent(event, model, option, index);
+    }
+
 protected:
     // Style sheets read from left to right.
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
@@ -85,6 +103,7 @@ protected:
 
 private:
     CssVocabulary& m_vocabulary;
+    StyleColours& m_colours;
 };
 
 } // namespace
@@ -94,6 +113,7 @@ StyleRulesPanel::StyleRulesPanel(const Controls& controls, const Parts& parts, Q
       m_controls(controls),
       m_parts(parts),
       m_model(new StyleRulesModel(this)),
+      m_colours(new StyleColours(*controls.rules, *m_model, parts.rendering, this)),
       m_computed(new QStandardItemModel(0, 2, this)),
       m_newRuleMenu(new QMenu(controls.newRuleButton))
 {
@@ -105,6 +125,7 @@ StyleRulesPanel::StyleRulesPanel(const Controls& controls, const Parts& parts, Q
     connect(&parts.selection, &OutlineSelection::changed, this, &StyleRulesPanel::noteChange);
     connect(&parts.reader, &StyleRulesReader::done, this, &StyleRulesPanel::show);
     connect(m_model, &StyleRulesModel::valueChosen, this, &StyleRulesPanel::setValue, Qt::QueuedConnection);
+    connect(m_colours, &StyleColours::valueChosen, this, &StyleRulesPanel::setValue);
     connect(m_model, &StyleRulesModel::switchChosen, this, &StyleRulesPanel::switchDeclaration,
             Qt::QueuedConnection);
     connect(m_model, &StyleRulesModel::declarationTyped, this, &StyleRulesPanel::add, Qt::QueuedConnection);
@@ -117,7 +138,7 @@ void StyleRulesPanel::createViews()
 {
     QTreeView& rules = *m_controls.rules;
     rules.setModel(m_model);
-    rules.setItemDelegate(new DeclarationDelegate(m_parts.vocabulary, this));
+    rules.setItemDelegate(new DeclarationDelegate(m_parts.vocabulary, *m_colours, this));
     rules.installEventFilter(this);
     m_controls.pages->installEventFilter(this);
     connect(&rules, &QTreeView::collapsed, this,
@@ -170,6 +191,11 @@ void StyleRulesPanel::forceStates(const std::optional<std::vector<int>>& path)
     m_forcesStates = isForced;
 }
 
+bool StyleRulesPanel::isEditing() const
+{
+    return m_controls.rules->findChild<QLineEdit*>() || m_colours->isOpen();
+}
+
 bool StyleRulesPanel::isVisible() const
 {
     return m_controls.pages->isVisible();
@@ -186,7 +212,7 @@ void StyleRulesPanel::read()
 {
     if (!isVisible())
         return;
-    if (m_controls.rules->findChild<QLineEdit*>()) {
+    if (isEditing()) {
         m_delay.start();
         return;
     }
@@ -245,7 +271,7 @@ void StyleRulesPanel::showComputed(const QVariant& answer)
 void StyleRulesPanel::show(const std::vector<StyleGroup>& groups)
 {
     QTreeView& view = *m_controls.rules;
-    if (view.findChild<QLineEdit*>()) {
+    if (isEditing()) {
         m_delay.start();
         return;
     }
@@ -397,7 +423,7 @@ void StyleRulesPanel::addRule(const QString& selector)
     noteChange();
 }
 
-bool StyleRulesPanel::takeKey(int key)
+bool StyleRulesPanel::takeKey(int key, Qt::KeyboardModifiers modifiers)
 {
     QTreeView& view = *m_controls.rules;
     const QModelIndex index = view.currentIndex();
@@ -405,6 +431,10 @@ bool StyleRulesPanel::takeKey(int key)
     if (view.findChild<QLineEdit*>())
         return false;
     const auto kind = StyleRulesModel::kindOf(index);
+    if (key == Qt::Key_Down && modifiers.testFlag(Qt::AltModifier)) {
+        m_colours->pick(index);
+        return true;
+    }
     switch (key) {
     case Qt::Key_Delete:
     case Qt::Key_Backspace:
@@ -438,7 +468,9 @@ bool StyleRulesPanel::eventFilter(QObject* watched, QEvent* event)
         QMetaObject::invokeMethod(
             this, [this] { forceStates({}); }, Qt::QueuedConnection);
     return watched == m_controls.rules && event->type() == QEvent::KeyPress &&
-           m_controls.rules->currentIndex().isValid() && takeKey(static_cast<const QKeyEvent*>(event)->key());
+           m_controls.rules->currentIndex().isValid() &&
+           takeKey(static_cast<const QKeyEvent*>(event)->key(),
+                   static_cast<const QKeyEvent*>(event)->modifiers());
 }
 
 } // namespace luma

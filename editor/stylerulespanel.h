@@ -29,6 +29,7 @@ namespace luma {
 class ClassSheet;
 class CssVocabulary;
 class OutlineSelection;
+class StyleColours;
 class StyleEdits;
 class StyleRulesModel;
 class StyleRulesReader;
@@ -90,12 +91,15 @@ private:
     void askForClass();
     void askForClassIn(const std::vector<std::pair<StyleSource, std::string>>& sheets,
                        const QSet<QString>& known);
-    bool takeKey(int key);
+    bool takeKey(int key, Qt::KeyboardModifiers modifiers);
     [[nodiscard]] bool isVisible() const;
+    /// The user edits a value, so the rows must stay.
+    [[nodiscard]] bool isEditing() const;
 
     Controls m_controls;
     Parts m_parts;
     StyleRulesModel* m_model;
+    StyleColours* m_colours;
     QStandardItemModel* m_computed;
     QMenu* m_newRuleMenu;
     ClassSheet* m_classSheet = nullptr; // made when it is first needed

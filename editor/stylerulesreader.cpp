@@ -287,6 +287,7 @@ void StyleRulesReader::addRule(StyleGroup& group, const QVariantList& matched)
     rule.source = m_sources[sheet];
     rule.selector = matched.value(2).toString();
     rule.conditions = matched.value(3).toStringList();
+    rule.number = matched.value(7).toInt();
     const Sheet& read = m_sheets[sheet];
     const CssRule* const place = read.isRead ? ruleAt(read, matched.value(1).toList()) : nullptr;
     if (place) {

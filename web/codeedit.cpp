@@ -2,17 +2,16 @@
 #include "web/codeedit.h"
 
 #include "web/codecolours.h"
+#include "web/csscolours.h"
 
 #include <QFontDatabase>
 #include <QHelpEvent>
 #include <QPaintEvent>
 #include <QPainter>
-#include <QRegularExpression>
 #include <QTextBlock>
 #include <QToolTip>
 
 #include <algorithm>
-#include <cmath>
 #include <utility>
 
 namespace luma {
@@ -45,31 +44,6 @@ int matchingBracket(const QTextDocument& text, int place)
             return at;
     }
     return -1;
-}
-
-double channel(const QString& text, double whole)
-{
-    const bool isShare = text.endsWith(u'%');
-    const double value = isShare ? text.chopped(1).toDouble() / 100 : text.toDouble() / whole;
-    return std::clamp(value, 0.0, 1.0);
-}
-
-/// rgb() or hsl(), with commas or blanks (CSS Color 4).
-QColor colourOf(const QString& function, const QString& values)
-{
-    static const QRegularExpression between(QStringLiteral("[\\s,/]+"));
-    const QStringList parts = values.trimmed().split(between);
-    if (parts.size() < 3)
-        return {};
-    const double opacity = parts.size() > 3 ? channel(parts[3], 1) : 1;
-    if (function.startsWith(QLatin1String("rgb"), Qt::CaseInsensitive))
-        return QColor::fromRgbF(static_cast<float>(channel(parts[0], 255)),
-                                static_cast<float>(channel(parts[1], 255)),
-                                static_cast<float>(channel(parts[2], 255)), static_cast<float>(opacity));
-    const double turn = QString(parts[0]).remove(QStringLiteral("deg")).toDouble() / 360;
-    return QColor::fromHslF(static_cast<float>(turn - std::floor(turn)),
-                            static_cast<float>(channel(parts[1], 100)),
-                            static_cast<float>(channel(parts[2], 100)), static_cast<float>(opacity));
 }
 
 } // namespace
@@ -118,29 +92,8 @@ int CodeEdit::numberWidth() const
 
 QColor CodeEdit::colourIn(const QString& line)
 {
-    static const QRegularExpression colour(
-        QStringLiteral(
-            "#([0-9a-f]{3,8})\\b(?!\\s*\\{)|\\b(rgba?|hsla?)\\(([^()]*)\\)|(?<![-\\w#.])([a-z]{3,})(?![-\\w(.])"),
-        QRegularExpression::CaseInsensitiveOption);
-    auto found = colour.globalMatch(line);
-    while (found.hasNext()) {
-        const QRegularExpressionMatch match = found.next();
-        QString digits = match.captured(1);
-        if (digits.size() == 4) // CSS has the opacity last, and Qt first
-            digits =
-                QString(2, digits[3]) + QString(2, digits[0]) + QString(2, digits[1]) + QString(2, digits[2]);
-        else if (digits.size() == 8)
-            digits = digits.right(2) + digits.left(6);
-        const bool isName = match.capturedStart(4) > line.indexOf(u':') && line.contains(u':');
-        const QColor named = !digits.isEmpty() ? QColor(u'#' + digits)
-                             : isName          ? QColor(match.captured(4))
-                                               : QColor();
-        const QColor counted =
-            match.captured(2).isEmpty() ? named : colourOf(match.captured(2), match.captured(3));
-        if (counted.isValid())
-            return counted;
-    }
-    return {};
+    const std::vector<CssColour> colours = cssColoursIn(line);
+    return colours.empty() ? QColor() : colours.front().colour;
 }
 
 void CodeEdit::addBrackets(QList<QTextEdit::ExtraSelection>& marks) const

@@ -28,6 +28,7 @@ function matchedRules(path) {
     if (!element)
         return { groups: [], sheets: [] };
     const { rules, sheets } = activeRules();
+    stylePreview.rules = rules;
     const bundles = bundled(rules);
     const own = rulesByPart(element, bundles);
     const groups = Array.from(own, ([part, found]) => describedGroup(element, part, found));
@@ -78,8 +79,8 @@ function describedGroup(element, part, rules) {
     return { path: pathOfElement(element), part, name: element.localName, rules: rules.map(describedRule) };
 }
 
-const describedRule = ({ sheet, places, rule, conditions, layer, weight }) =>
-    [sheet, places, writtenSelector(rule), conditions, layer, weight, writtenDeclarations(rule)];
+const describedRule = ({ sheet, places, rule, conditions, layer, weight, order }) =>
+    [sheet, places, writtenSelector(rule), conditions, layer, weight, writtenDeclarations(rule), order];
 
 // For a rule whose text can't be read.
 const writtenDeclarations = ({ style }) =>

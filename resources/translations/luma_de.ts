@@ -5764,6 +5764,10 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
         <source>Type a property and its value, such as “color: red”.</source>
         <translation>Geben Sie eine Eigenschaft und ihren Wert ein, etwa „color: red“.</translation>
     </message>
+    <message>
+        <source>A click on the colour or Alt+Down chooses another one</source>
+        <translation>Ein Klick auf die Farbe oder Alt+Pfeil nach unten wählt eine andere</translation>
+    </message>
 </context>
 <context>
     <name>luma::StyleRulesPanel</name>

@@ -6,6 +6,7 @@
 
 #include <QAbstractItemModelTester>
 #include <QAction>
+#include <QColorDialog>
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
@@ -263,6 +264,82 @@ private slots:
         choose();
         QTRY_COMPARE(shown(), u"rgb(0, 0, 0)rgb(0, 0, 0)rgb(255, 192, 203)"_qs);
         QCOMPARE(file("page.html"), saved);
+    }
+
+    void colour_isChosenAndKeepsItsNotation_data()
+    {
+        const test::Rows<QString, QString, QString> row("value", "colour", "wanted");
+        row("hex", "#123456", "#ff8000", "#ff8000");
+        row("short hex", "#FA0", "#ffffcc00", "#FC0");
+        row("hex with opacity", "#12345678", "#80ff8000", "#ff800080");
+        row("short hex no longer", "#fff", "#fffffe", "#fffffe");
+        row("rgb", "1px solid rgb(1, 2, 3)", "#ff8000", "1px solid rgb(255, 128, 0)");
+        row("rgb with opacity", "rgba(1, 2, 3, .5)", "#33ff8000", "rgba(255, 128, 0, 0.2)");
+        row("rgb with blanks", "rgb(1 2 3)", "#80ff8000", "rgb(255 128 0 / 0.502)");
+        row("hsl", "hsl(0, 0%, 0%) !important", "#00ff00", "hsl(120, 100%, 50%) !important");
+        row("name", "red", "#0000ff", "#0000ff");
+        row("taken back", "red", "", "red");
+    }
+    void colour_isChosenAndKeepsItsNotation()
+    {
+        QFETCH(QString, value);
+        QFETCH(QString, colour);
+        QFETCH(QString, wanted);
+        const QString property = value.contains(u"solid") ? u"border-top"_qs : u"border-top-color"_qs;
+        const QString sheet = "p { " + property + ": %1; margin: 0 }\n";
+        put("css/main.css", sheet.arg(value).toStdString());
+        open("<!DOCTYPE html><title>T</title><link rel=stylesheet href=css/main.css><p>Text</p>");
+        trigger("rulesAction");
+        click("<p");
+        QTRY_VERIFY(declaration("main.css", property).isValid());
+        QVERIFY(!declaration("main.css", "margin").siblingAtColumn(1).data(Qt::DecorationRole).isValid());
+        const auto shown = [this] {
+            return answer("getComputedStyle(document.querySelector('p')).borderTopColor");
+        };
+        const QString before = shown();
+        rules()->setCurrentIndex(declaration("main.css", property).siblingAtColumn(1));
+        rules()->setFocus();
+        QTest::keyClick(rules(), Qt::Key_Down, Qt::AltModifier);
+        QTRY_VERIFY2(the<QColorDialog>("colourDialog"), "the dialog is open");
+        auto* const dialog = the<QColorDialog>("colourDialog");
+        dialog->setCurrentColor(colour.isEmpty() ? QColor(Qt::blue) : QColor(colour));
+        QTRY_VERIFY2(shown() != before, qPrintable(shown()));
+        QVERIFY(!window->isWindowModified());
+        test::saveScreenshots(*window, "style-colours");
+        test::saveScreenshots(*dialog, "style-colour-dialog");
+        QTest::keyClick(dialog, colour.isEmpty() ? Qt::Key_Escape : Qt::Key_Return);
+        QTRY_COMPARE(declaration("main.css", property).siblingAtColumn(1).data().toString(), wanted);
+        QCOMPARE(window->undoStack()->count(), colour.isEmpty() ? 0 : 1);
+        trigger("undoAction");
+        QTRY_COMPARE(shown(), before);
+        QTRY_COMPARE(declaration("main.css", property).siblingAtColumn(1).data().toString(), value);
+    }
+
+    void coloursOfAStyleAttribute_areChosenFromTheSwatch()
+    {
+        open("<!DOCTYPE html><title>T</title><p style='background: linear-gradient(#fff, red)'>Text</p>");
+        const QByteArray before = tree();
+        trigger("rulesAction");
+        click("<p");
+        QTRY_VERIFY(declaration("Style attribute", "background").isValid());
+        const QModelIndex value = declaration("Style attribute", "background").siblingAtColumn(1);
+        const QRect place = rules()->visualRect(value);
+        QTest::mouseClick(rules()->viewport(), Qt::LeftButton, {},
+                          {place.left() + place.height() / 2, place.center().y()});
+        QTRY_VERIFY2(the<QMenu>("coloursMenu"), "the colours are offered");
+        the<QMenu>("coloursMenu")->actions().at(1)->trigger();
+        QTRY_VERIFY2(the<QColorDialog>("colourDialog"), "the dialog is open");
+        the<QMenu>("coloursMenu")->close();
+        the<QColorDialog>("colourDialog")->setCurrentColor(Qt::blue);
+        const auto shown = [this] {
+            return answer("getComputedStyle(document.querySelector('p')).backgroundImage");
+        };
+        QTRY_VERIFY2(shown().contains("rgb(0, 0, 255)"), qPrintable(shown()));
+        QCOMPARE(answer("document.querySelector('p').getAttribute('style')"),
+                 "background: linear-gradient(#fff, red)");
+        QTest::keyClick(the<QColorDialog>("colourDialog"), Qt::Key_Escape);
+        QTRY_VERIFY2(shown().contains("rgb(255, 0, 0)"), qPrintable(shown()));
+        QCOMPARE(tree(), before);
     }
 
     void newRule_isAddedToTheLastSheet()
