@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/desktopstyle.h"
 #include "app/program.h"
-#include "app/textsizedstyle.h"
 #include "base/resources.h"
 #include "desktop/icons.h"
 #include "desktop/singleinstance.h"
@@ -133,7 +133,7 @@ int main(int argc, char** argv)
     QApplication::setDesktopFileName(QStringLiteral("org.luma.LUMA"));
     QApplication::setWindowIcon(luma::icons::application());
     chooseLanguage();
-    luma::TextSizedStyle::useForLargeText();
+    luma::DesktopStyle::use();
 
     // The application object has removed Qt's own options.
     const luma::CommandLine line = luma::readCommandLine(argumentsIn(argc, argv));

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/desktopstyle.h"
 #include "app/newsiteassistant.h"
 #include "app/preferencesdialog.h"
 #include "app/program.h"
 #include "app/sitelistwindow.h"
-#include "app/textsizedstyle.h"
 #include "base/resources.h"
 #include "base/usertext.h"
 #include "browser/browser.h"
@@ -128,6 +128,28 @@ class tst_languages final : public QObject
     }
 
 private slots:
+    void hints_areReadable_data()
+    {
+        QTest::addColumn<QColor>("text");
+        QTest::addColumn<QColor>("hint");
+        QTest::addColumn<QColor>("shown");
+        QTest::newRow("light") << QColor(30, 30, 30) << QColor(0, 0, 0, 100) << QColor(0, 0, 0, 100);
+        QTest::newRow("dark") << QColor(250, 250, 250) << QColor(160, 170, 180) << QColor(160, 170, 180);
+        QTest::newRow("dark, hint of a light desktop")
+            << QColor(250, 250, 250) << QColor(0, 0, 0, 128) << QColor(250, 250, 250, 128);
+    }
+    void hints_areReadable()
+    {
+        QFETCH(QColor, text);
+        QFETCH(QColor, hint);
+        QFETCH(QColor, shown);
+        QPalette palette;
+        palette.setColor(QPalette::Text, text);
+        palette.setColor(QPalette::PlaceholderText, hint);
+        DesktopStyle().polish(palette);
+        QCOMPARE(palette.color(QPalette::PlaceholderText), shown);
+    }
+
     void windows_areReadable_data()
     {
         QTest::addColumn<QString>("language");
@@ -151,7 +173,7 @@ private slots:
         QFont font = QApplication::font();
         font.setPointSize(pointSize);
         QApplication::setFont(font);
-        TextSizedStyle::useForLargeText();
+        DesktopStyle::use();
         QTranslator texts;
         const QString folder = QFile::decodeName((resourceFolder() / "translations").c_str());
         if (language != "en")

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#include "app/desktopstyle.h"
+
+#include "desktop/icons.h"
+
+#include <QApplication>
+#include <QFontMetrics>
+#include <QWidget>
+
+#include <algorithm>
+
+namespace luma {
+
+namespace {
+
+// An icon looks as high as the text that it stands beside when it leaves out some of the line's height.
+int sideFor(const QFontMetrics& text)
+{
+    return text.height() * 9 / 10;
+}
+
+} // namespace
+
+void DesktopStyle::use()
+{
+    QApplication::setStyle(new DesktopStyle);
+}
+
+// A dark desktop may name no colour for hints, and gets that of a light one (seen with the colours of KDE Plasma 5).
+void DesktopStyle::polish(QPalette& palette)
+{
+    QProxyStyle::polish(palette);
+    const auto isDark = [](const QColor& colour) { return colour.lightness() < 128; };
+    for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
+        QColor hint = palette.color(group, QPalette::Text);
+        if (isDark(palette.color(group, QPalette::PlaceholderText)) == isDark(hint))
+            continue;
+        hint.setAlpha(128);
+        palette.setColor(group, QPalette::PlaceholderText, hint);
+    }
+}
+
+int DesktopStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
+{
+    const int usual = QProxyStyle::pixelMetric(metric, option, widget);
+    switch (metric) {
+    case PM_SmallIconSize:
+    case PM_ButtonIconSize:
+    case PM_ToolBarIconSize:
+    case PM_ListViewIconSize:
+    case PM_TabBarIconSize:
+    case PM_ToolBarExtensionExtent:
+    case PM_IndicatorWidth:
+    case PM_IndicatorHeight:
+    case PM_ExclusiveIndicatorWidth:
+    case PM_ExclusiveIndicatorHeight:
+        return std::max(usual, sideFor(widget ? widget->fontMetrics() : QFontMetrics(QApplication::font())));
+    default:
+        return usual;
+    }
+}
+
+// The style's own mark of a tool bar that hides buttons is black.
+QIcon DesktopStyle::standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const
+{
+    return icon == SP_ToolBarHorizontalExtensionButton ? icons::symbol(QStringLiteral("more"))
+                                                       : QProxyStyle::standardIcon(icon, option, widget);
+}
+
+} // namespace luma

@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: GPL-3.0-or-later
+#pragma once
+
+#include <QProxyStyle>
+
+namespace luma {
+
+/// The desktop's style with icons and check boxes that are as high as the text where that is large, and with hints and marks
+/// of tool bars that can be seen where the desktop is dark. Main thread only.
+class DesktopStyle final : public QProxyStyle
+{
+    Q_OBJECT
+
+public:
+    /// Makes it the application's style. To be called before the first window.
+    static void use();
+
+    using QProxyStyle::polish;
+    void polish(QPalette& palette) override;
+    int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
+    QIcon standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const override;
+};
+
+} // namespace luma
