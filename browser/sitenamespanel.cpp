@@ -52,12 +52,10 @@ void SiteNamesPanel::setUpView()
     header.setSortIndicator(-1, Qt::AscendingOrder);
     header.setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     view.setSortingEnabled(true);
-    const auto widthOf = [&view](int characters) {
-        return view.fontMetrics().averageCharWidth() * characters + 24;
-    };
-    view.setColumnWidth(SiteNamesModel::Name, widthOf(36));
     for (const int column : {SiteNamesModel::Rules, SiteNamesModel::Elements, SiteNamesModel::Pages})
-        view.setColumnWidth(column, widthOf(10));
+        view.setColumnWidth(column, header.sectionSizeHint(column));
+    for (const int column : {SiteNamesModel::Name, SiteNamesModel::Note})
+        header.setSectionResizeMode(column, QHeaderView::Stretch);
     auto* const renameAction = new QAction(tr("&Rename..."), this);
     renameAction->setObjectName(QStringLiteral("siteNamesRenameAction"));
     renameAction->setShortcut(Qt::Key_F2);

@@ -50,7 +50,10 @@ int matchingBracket(const QTextDocument& text, int place)
 
 CodeEdit::CodeEdit(QWidget* parent) : QPlainTextEdit(parent), m_margin(new QWidget(this))
 {
-    setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    QFont fixed = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    // Some desktops enlarge other text alone.
+    fixed.setPointSizeF(std::max(QFontInfo(fixed).pointSizeF(), QFontInfo(font()).pointSizeF()));
+    setFont(fixed);
     setLineWrapMode(NoWrap);
     setLayoutDirection(Qt::LeftToRight); // whatever the desktop's language
     setTabChangesFocus(true);
