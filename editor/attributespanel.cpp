@@ -22,6 +22,7 @@
 #include <QStyledItemDelegate>
 #include <QTreeView>
 
+#include <algorithm>
 #include <cmath>
 
 namespace luma {
@@ -88,7 +89,7 @@ AttributesPanel::AttributesPanel(const Controls& controls, const PageTree& tree,
     QTreeView& table = *controls.table;
     table.setModel(m_model);
     table.setItemDelegateForColumn(AttributesModel::ValueColumn, new ValueDelegate(this));
-    table.header()->setSectionResizeMode(AttributesModel::NameColumn, QHeaderView::ResizeToContents);
+    connect(m_model, &QAbstractItemModel::modelReset, this, &AttributesPanel::fitNames);
     table.installEventFilter(this);
     connect(m_model, &AttributesModel::valueChosen, this, &AttributesPanel::setValue);
     connect(m_model, &AttributesModel::removalChosen, this, &AttributesPanel::remove);
@@ -195,8 +196,20 @@ void AttributesPanel::editLink()
     (isInLink(*element) ? m_controls.editLinkAction : m_controls.makeLinkAction)->trigger();
 }
 
+// Half of the width is left to the values.
+void AttributesPanel::fitNames()
+{
+    const QAbstractItemView& table = *m_controls.table;
+    QHeaderView& header = *m_controls.table->header();
+    const int needed = std::max(table.sizeHintForColumn(AttributesModel::NameColumn),
+                                header.sectionSizeHint(AttributesModel::NameColumn));
+    header.resizeSection(AttributesModel::NameColumn, std::min(needed, table.viewport()->width() / 2));
+}
+
 bool AttributesPanel::eventFilter(QObject*, QEvent* event)
 {
+    if (event->type() == QEvent::Resize)
+        fitNames();
     if (event->type() != QEvent::KeyPress)
         return false;
     QTreeView& table = *m_controls.table;

@@ -57,6 +57,7 @@ protected:
 
 private:
     void showSelected();
+    void fitNames();
     void update();
     void updateControls(const html::Element* element);
     void setValue(const ElementAttribute& attribute, const QString& value);

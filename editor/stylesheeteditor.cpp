@@ -25,6 +25,8 @@ namespace luma {
 
 namespace {
 
+constexpr int longestName = 24; // characters of a sheet's name in its tab
+
 // Where the sheet was and where it is now; a style block counts as a sheet beside the page.
 MovedItem placesOf(const QString& title, const SiteFolder& before, const SiteFolder& after,
                    const std::vector<MovedItem>& items)
@@ -91,7 +93,8 @@ void StyleSheetEditor::updateTabs()
         const QString title = m_controls.cssMenu->itemText(i);
         const bool isDraft = m_drafts.contains(title);
         QString name = isStyleBlock(title) ? title : title.section(u'/', -1).section(u'?', 0, 0);
-        name = name.isEmpty() ? title : name;
+        name = tabs.fontMetrics().elidedText(name.isEmpty() ? title : name, Qt::ElideMiddle,
+                                             longestName * tabs.fontMetrics().averageCharWidth());
         tabs.setTabText(i, QString(name).replace(u'&', QStringLiteral("&&")) +
                                (isDraft ? QStringLiteral("*") : QString()));
         tabs.setTabToolTip(i, title.toHtmlEscaped());
