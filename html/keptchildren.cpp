@@ -114,6 +114,10 @@ void KeptChildren::chooseKept()
     }
     for (std::size_t i = tails.empty() ? m_units.size() : tails.back(); i < m_units.size(); i = before[i])
         m_units[i].kept = true;
+    for (std::size_t i = 0; i + 1 < m_units.size(); ++i) {
+        m_units[i].isBeforeEdit =
+            m_units[i].kept && (!m_units[i + 1].kept || m_units[i + 1].cluster != m_units[i].cluster + 1);
+    }
 }
 
 } // namespace luma::html

@@ -34,6 +34,7 @@ public:
         std::ptrdiff_t cluster = -1;
         std::size_t length = 1; // in units: entangled children are kept together
         bool kept = false;
+        bool isBeforeEdit = false; // something is new, or gone, directly behind it
     };
 
     /// The parent has an origin.

@@ -9,6 +9,7 @@
 #include "html/maskedsource.h"
 #include "html/pagesource.h"
 #include "html/tagtraits.h"
+#include "html/unchangednodes.h"
 
 #include <array>
 #include <initializer_list>
@@ -59,7 +60,7 @@ bool closesItself(const Element& element)
 bool needsStartTag(const Element& element)
 {
     const Node* const first = element.firstChild();
-    if (!element.attributes().empty())
+    if (!element.attributes().empty() && !UnchangedNodes::hasSameContent(element))
         return true;
     if (element.is("body"))
         return first && goesBeforeBody(*first);

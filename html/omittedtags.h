@@ -11,7 +11,7 @@ class Node;
 bool isSkeleton(const Element& element);
 /// Whether the node is a comment, or server code, which is one to the parser.
 bool isComment(const Node& node);
-/// Whether the element has to have a start tag to hold what it does, where the page leaves it out. A comment at the beginning
+/// Whether the element, which has an origin, has to have a start tag to hold what it does, where the page leaves it out. A comment at the beginning
 /// of html or head would stand before it, white space at the beginning of body, too.
 bool needsStartTag(const Element& element);
 /// Whether the element is one of svg or math whose start tag in the page is its end, too: <path/>.

@@ -182,13 +182,23 @@ bool PieceWriter::isUntouched(const Node& node) const
 }
 
 // Whether an element that is in the page, not edited itself, gets the tags that it lacks.
-bool PieceWriter::lacksWantedTag(const Node& node) const
+bool PieceWriter::lacksWantedTag(const Unit& unit) const
 {
+    const Node& node = *unit.node;
     const Element* const element = node.asElement();
     const bool lacksStart =
         element && !isComment(node) && !isSkeleton(*element) && PageSource::recordOf(node).start.isEmpty();
-    return (m_tags == OmittedTags::EndTags && hasOpenEnd(node)) ||
-           (m_tags == OmittedTags::All && (hasOpenEnd(node) || lacksStart));
+    switch (m_tags) {
+    case OmittedTags::None:
+        return false;
+    case OmittedTags::Edited:
+        return unit.isBeforeEdit && hasOpenEnd(node);
+    case OmittedTags::EndTags:
+        return hasOpenEnd(node);
+    case OmittedTags::All:
+        break;
+    }
+    return hasOpenEnd(node) || lacksStart;
 }
 
 bool PieceWriter::wantsStartTag(const Element& element) const
@@ -204,7 +214,7 @@ bool PieceWriter::wantsStartTag(const Element& element) const
     }
 }
 
-bool PieceWriter::wantsEndTag(const Element& element) const
+bool PieceWriter::wantsEndTag(const Element& element, bool isBeforeEdit) const
 {
     if (isSkeleton(element) || closesItself(element))
         return false;
@@ -212,7 +222,7 @@ bool PieceWriter::wantsEndTag(const Element& element) const
     case OmittedTags::None:
         return false;
     case OmittedTags::Edited:
-        return isEdited(element);
+        return isBeforeEdit || isEdited(element);
     case OmittedTags::EndTags:
         return !PageSource::recordOf(element).start.isEmpty();
     case OmittedTags::All:
@@ -237,7 +247,7 @@ void PieceWriter::writeUnit(const Unit& unit)
     const Element* const element = node.asElement();
     const bool hasSource = node.origin().source && (unit.kept || PageSource::isWhole(node));
     const bool isDescended = m_isSpellingOut && !isComment(node);
-    if (hasSource && isUntouched(node) && !isDescended && !lacksWantedTag(node)) {
+    if (hasSource && isUntouched(node) && !isDescended && !lacksWantedTag(unit)) {
         keep(*node.origin().source, PageSource::recordOf(node).extent);
     } else if (!element || isComment(node)) {
         printMarkup(node);
@@ -245,13 +255,13 @@ void PieceWriter::writeUnit(const Unit& unit)
         const bool begins = m_spelledOut == &node;
         const OmittedTags tags = std::exchange(m_tags, begins ? OmittedTags::All : m_tags);
         m_isSpellingOut = m_isSpellingOut || begins;
-        hasSource ? writeElement(*element) : printElement(*element);
+        hasSource ? writeElement(*element, unit.isBeforeEdit) : printElement(*element);
         m_isSpellingOut = m_isSpellingOut && !begins;
         m_tags = tags;
     }
 }
 
-void PieceWriter::writeElement(const Element& element)
+void PieceWriter::writeElement(const Element& element, bool isBeforeEdit)
 {
     const SourceRecord& record = PageSource::recordOf(element);
     const PageSource& source = *element.origin().source;
@@ -261,7 +271,7 @@ void PieceWriter::writeElement(const Element& element)
     writeChildren(element, {begin, end});
     if (!record.end.isEmpty())
         keep(source, record.end);
-    else if (wantsEndTag(element))
+    else if (wantsEndTag(element, isBeforeEdit))
         printEndTag(element);
 }
 

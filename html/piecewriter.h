@@ -20,8 +20,8 @@ namespace luma::html {
 class PieceWriter final
 {
 public:
-    /// Which tags that the page leaves out are written: of elements that were edited themselves; end tags, or all, of what
-    /// edits lie in and of what stands beside it.
+    /// Which tags that the page leaves out are written: of elements that were edited themselves or stand before an edit; end
+    /// tags, or all, of what edits lie in and of what stands beside it.
     enum class OmittedTags { None, Edited, EndTags, All };
 
     /// What happens to the element around a difference, but for what was edited.
@@ -40,15 +40,15 @@ private:
     using Unit = KeptChildren::Unit;
 
     [[nodiscard]] bool isUntouched(const Node& node) const;
-    [[nodiscard]] bool lacksWantedTag(const Node& node) const;
+    [[nodiscard]] bool lacksWantedTag(const Unit& unit) const;
     [[nodiscard]] bool wantsStartTag(const Element& element) const;
-    [[nodiscard]] bool wantsEndTag(const Element& element) const;
+    [[nodiscard]] bool wantsEndTag(const Element& element, bool isBeforeEdit) const;
     void print(std::string_view text);
     void keep(const PageSource& source, const SourceRange& range);
     void keepBytes(const PageSource& source, const SourceRange& range);
     void keepEntangled(const KeptChildren& children, std::size_t first);
     void writeUnit(const Unit& unit);
-    void writeElement(const Element& element);
+    void writeElement(const Element& element, bool isBeforeEdit);
     void writeStartOf(const Element& element);
     void writeText(const Unit& unit);
     void writeParts(const TextParts& parts, const PageSource& source, std::uint32_t begin);
