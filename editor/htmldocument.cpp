@@ -381,11 +381,10 @@ PageDocument::Source HTMLDocument::source() const
     return {std::move(page.text), page.place};
 }
 
-Result<void> HTMLDocument::setSource(const Source& source)
+std::optional<PageDocument::Refusal> HTMLDocument::setSource(const Source& source)
 {
-    auto taken = m_store.setMarkup(source.text);
-    if (!taken)
-        return taken;
+    if (const auto taken = m_store.setMarkup(source.text); !taken)
+        return Refusal{taken.error().text, html::placeOfRefusal(source.text)};
     const auto before = QString::fromUtf8(source.text.data(), static_cast<qsizetype>(source.place));
     const auto line = before.count(u'\n');
     const auto column = before.size() - (before.lastIndexOf(u'\n') + 1);

@@ -146,7 +146,7 @@ private:
     bool takeChange(const SubtreeChange& change, const QString& name) override;
     [[nodiscard]] std::uint32_t fingerprint() const override;
     [[nodiscard]] Source source() const override;
-    Result<void> setSource(const Source& source) override;
+    std::optional<Refusal> setSource(const Source& source) override;
     void buildCSSMenu() override;
     void loadCSSNames() override;
     void applyCallbackText(const QString& text) override;

@@ -72,15 +72,39 @@ Result<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits
     return std::move(built->document);
 }
 
+namespace {
+
+/// A page with its server code masked, as a whole page.
+class PreparedPage final
+{
+public:
+    /// `text` must outlive this object.
+    explicit PreparedPage(std::string_view text) : m_masked(text), m_prefix(missingBefore(m_masked.text()))
+    {
+        if (!m_prefix.empty())
+            m_prefixed = std::string(m_prefix).append(m_masked.text());
+    }
+
+    [[nodiscard]] ParserInput input() const
+    {
+        return {m_prefix.empty() ? m_masked.text() : m_prefixed, &m_masked, m_prefix.size()};
+    }
+
+private:
+    MaskedSource m_masked;
+    std::string_view m_prefix;
+    std::string m_prefixed;
+};
+
+} // namespace
+
 Result<std::unique_ptr<Document>> parseWithSource(std::string_view page, const ParseLimits& limits)
 {
     if (auto error = refusal(page, limits))
         return *error;
     const std::string_view text = withoutMark(page);
-    const MaskedSource masked(text);
-    const std::string_view prefix = missingBefore(masked.text());
-    const std::string prefixed = prefix.empty() ? std::string() : std::string(prefix).append(masked.text());
-    auto built = buildDocument({prefix.empty() ? masked.text() : prefixed, &masked, prefix.size()}, limits);
+    const PreparedPage prepared(text);
+    auto built = buildDocument(prepared.input(), limits);
     if (!built)
         return built.error();
     Document& document = *built->document;
@@ -88,6 +112,21 @@ Result<std::unique_ptr<Document>> parseWithSource(std::string_view page, const P
     document.trustServerCode(text);
     PageSource::attach(std::string(text), document, built->marks);
     return std::move(built->document);
+}
+
+std::optional<std::size_t> placeOfRefusal(std::string_view page, const ParseLimits& limits)
+{
+    if (page.size() > limits.bytes)
+        return limits.bytes;
+    if (!isValidUtf8(page)) {
+        std::size_t place = 0;
+        while (const std::size_t length = characterLength(page.substr(place)))
+            place += length;
+        return place;
+    }
+    const std::string_view text = withoutMark(page);
+    const auto place = placeOfExcess(PreparedPage(text).input(), limits);
+    return place ? std::optional(*place + page.size() - text.size()) : std::nullopt;
 }
 
 Result<NodeList> parseFragment(std::string_view markup, const Element& context, const ParseLimits& limits)

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string_view>
 
 namespace luma::html {
@@ -29,6 +30,9 @@ Result<std::unique_ptr<Document>> parse(std::string_view page, const ParseLimits
 /// can write it back. A byte-order mark does not belong to that text. The tree holds server code as marks
 /// (html/codemarks.h). Rows and cells without a table, for a server to include, stand in a table.
 Result<std::unique_ptr<Document>> parseWithSource(std::string_view page, const ParseLimits& limits = {});
+
+/// Where parseWithSource() gives up a page that it refuses: a place in bytes. Takes as long. Nothing for a page that it takes.
+std::optional<std::size_t> placeOfRefusal(std::string_view page, const ParseLimits& limits = {});
 
 /// Reads markup inside `context`, as setting innerHTML does in a browser, and gives detached nodes. Fails as
 /// parse() does.

@@ -13,8 +13,6 @@ constexpr std::size_t chunkSize = std::size_t{256} << 10U;
 constexpr std::size_t measuredNodes = 16;
 // The sum of these depths measures the parser's time: this much takes about ten seconds.
 constexpr std::size_t depthsLimit = 200'000'000;
-// In one tag, or in tags that make no node. The parser compares each attribute with all before it.
-constexpr std::size_t attributesLimit = 8192;
 
 constexpr std::size_t aligned(std::size_t size)
 {
@@ -74,6 +72,12 @@ bool ParseArena::isNode(const void* pointer) const
     const auto offset = static_cast<std::size_t>(at - *--chunk);
     const std::size_t step = aligned(m_sizes.node);
     return offset < chunkSize / step * step && offset % step == 0;
+}
+
+const void* ParseArena::nodeBefore(const void* node) const
+{
+    const void* const before = static_cast<const std::byte*>(node) - aligned(m_sizes.node);
+    return isNode(before) ? before : nullptr;
 }
 
 void ParseArena::watchNode()

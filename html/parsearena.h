@@ -20,6 +20,9 @@ public:
     /// What exceeded its limit.
     enum class Excess { None, Depth, Memory, Attributes };
 
+    /// So many attributes may be in one tag, or in tags that make no node: the parser compares each with all before it.
+    static constexpr std::size_t attributesLimit = 8192;
+
     /// The sizes by which allocations are recognised.
     struct Sizes
     {
@@ -37,6 +40,10 @@ public:
     void* allocate(std::size_t size);
 
     Excess excess() const { return m_excess; }
+    /// The last block of a node's size, and the one before a block as long as they lie side by side; null if there is none.
+    /// A node that was just handed out is empty.
+    const void* lastNode() const { return m_lastNode; }
+    const void* nodeBefore(const void* node) const;
     std::jmp_buf escape = {};
 
 private:

@@ -17,6 +17,8 @@
 #include <gumbo.h>
 
 #include <algorithm>
+#include <cstring>
+#include <functional>
 #include <utility>
 
 namespace luma::html {
@@ -84,6 +86,42 @@ public:
     /// Where the nodes made stand in the source, by the record numbers of their origins.
     std::vector<SourceMarks> takeMarks() { return std::move(m_marks); }
 
+    /// The markup of one of the parser's nodes, or of what may be none; empty if it is none or has none in the source.
+    [[nodiscard]] std::string_view originalOf(const GumboNode& node) const
+    {
+        unsigned type = 0;
+        std::memcpy(&type, &node.type, sizeof(node.type));
+        if (type == GUMBO_NODE_DOCUMENT || type > GUMBO_NODE_TEMPLATE)
+            return {};
+        const std::string_view original =
+            view(childrenOf(node) ? node.v.element.original_tag : node.v.text.original_text);
+        const std::string_view source = m_source.disguised();
+        const std::less<> isBefore;
+        if (isBefore(original.data(), source.data() + m_prefix) ||
+            !isBefore(original.data(), source.data() + source.size()) ||
+            original.size() > source.size() - offsetIn(source, original))
+            return {};
+        return original;
+    }
+
+    /// Where a part of the parser's source stands in the page, in bytes.
+    [[nodiscard]] std::size_t placeOf(std::string_view part) const { return rangeOf(part).begin; }
+
+    /// Where the tag stands that has too many attributes, or those from this markup on to it.
+    [[nodiscard]] std::size_t placeOfAttributes(std::string_view from) const
+    {
+        const std::string_view source = m_source.disguised();
+        HtmlScanner scanner(from.empty() ? source : source.substr(offsetIn(source, from)));
+        HtmlToken token;
+        std::size_t count = 0;
+        while (count <= ParseArena::attributesLimit && scanner.next(token))
+            count += token.attributes.size();
+        return count > ParseArena::attributesLimit ? placeOf(token.name) - 1 : placeOf(from);
+    }
+
+    /// The node that was deeper than the limit; null if none was.
+    [[nodiscard]] const GumboNode* tooDeep() const { return m_tooDeep; }
+
     /// Builds all below `from` into `to`. False when that is deeper than the limit.
     bool build(const GumboVector& from, ParentNode& to)
     {
@@ -103,8 +141,10 @@ public:
             const auto& node = *static_cast<const GumboNode*>(level.nodes->data[level.next++]);
             Node& made = append(*level.parent, node);
             if (const GumboVector* children = childrenOf(node); children && children->length > 0) {
-                if (levels.size() > m_depthLimit)
+                if (levels.size() > m_depthLimit) {
+                    m_tooDeep = &node;
                     return false;
+                }
                 levels.push_back({children, 0, made.asParent()});
             }
         }
@@ -380,6 +420,7 @@ private:
     std::size_t m_prefix;
     std::size_t m_depthLimit;
     std::vector<SourceMarks> m_marks;
+    const GumboNode* m_tooDeep = nullptr;
 };
 
 Error refusal(ParseArena::Excess excess)
@@ -427,6 +468,19 @@ public:
     TreeBuilder& builder() { return m_builder; }
     Error error() const { return refusal(m_arena.excess()); }
 
+    /// Where the parser or the builder gave up.
+    [[nodiscard]] std::size_t placeOfExcess() const
+    {
+        const auto* node = m_builder.tooDeep();
+        if (!node)
+            node = static_cast<const GumboNode*>(m_arena.lastNode());
+        while (node && m_builder.originalOf(*node).empty())
+            node = static_cast<const GumboNode*>(m_arena.nodeBefore(node));
+        const std::string_view markup = node ? m_builder.originalOf(*node) : std::string_view();
+        return m_arena.excess() == ParseArena::Excess::Attributes ? m_builder.placeOfAttributes(markup)
+                                                                  : m_builder.placeOf(markup);
+    }
+
 private:
     StrangeCharacters m_source;
     TreeBuilder m_builder;
@@ -446,6 +500,16 @@ Result<BuiltDocument> buildDocument(const ParserInput& input, const ParseLimits&
     parser.builder().placeDoctype(output->document->v.document, *document);
     parser.builder().moveLeadingCode(*document);
     return BuiltDocument{std::move(document), parser.builder().takeMarks()};
+}
+
+std::optional<std::size_t> placeOfExcess(const ParserInput& input, const ParseLimits& limits)
+{
+    Parser parser(input, limits);
+    Document document;
+    const GumboOutput* const output = parser.run();
+    if (output && parser.builder().build(output->document->v.document.children, document))
+        return {};
+    return parser.placeOfExcess();
 }
 
 Result<NodeList> buildFragment(const ParserInput& input, const Element& context, const ParseLimits& limits)

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <string_view>
 #include <vector>
 
@@ -34,7 +35,11 @@ struct BuiltDocument
 /// parse() does where the page nests too deeply or multiplies its elements. Any thread.
 Result<BuiltDocument> buildDocument(const ParserInput& input, const ParseLimits& limits);
 
-/// The same for markup inside `context`.
+/// Where in the page buildDocument() gives up: a place in bytes, that of the last tag or text that it took, or of the tag
+/// with too many attributes. Takes as long. Nothing where it does not fail.
+std::optional<std::size_t> placeOfExcess(const ParserInput& input, const ParseLimits& limits);
+
+/// The same as buildDocument() for markup inside `context`.
 Result<NodeList> buildFragment(const ParserInput& input, const Element& context, const ParseLimits& limits);
 
 } // namespace luma::html

@@ -246,21 +246,30 @@ void CodeEdit::paintNumbers(const QRect& area)
     painter.fillRect(area, palette().alternateBase());
     painter.setFont(font());
     painter.setPen(palette().color(QPalette::PlaceholderText));
-    const QSet<int> withProblems = m_swatches ? linesWithProblems() : QSet<int>();
+    const QSet<int> withProblems = linesWithProblems();
     const int size = swatchWidth() - gap;
     for (QTextBlock block = firstVisibleBlock(); block.isValid(); block = block.next()) {
         const QRectF line = blockBoundingGeometry(block).translated(contentOffset());
         if (line.top() > area.bottom())
             break;
         const QRectF mark(gap / 2.0, line.top() + (fontMetrics().height() - size) / 2.0, size, size);
-        if (withProblems.contains(block.blockNumber())) {
+        const bool hasProblem = withProblems.contains(block.blockNumber());
+        if (hasProblem && m_swatches) {
             paintProblem(painter, mark);
         } else if (const QColor colour = m_swatches ? colourIn(block.text()) : QColor(); colour.isValid()) {
             painter.fillRect(mark, colour);
             painter.drawRect(mark);
         }
+        painter.save();
+        if (hasProblem && !m_swatches) { // there is no place for a mark
+            painter.setPen(codecolours::suited(codecolours::problem, palette()));
+            QFont bold = font();
+            bold.setBold(true);
+            painter.setFont(bold);
+        }
         painter.drawText(QRectF(0, line.top(), m_margin->width() - gap, line.height()), Qt::AlignRight,
                          QString::number(block.blockNumber() + 1));
+        painter.restore();
     }
 }
 

@@ -22,7 +22,7 @@ struct CodeProblem
 
 /// A text field for code: fixed pitch, no wrapping, line numbers unless switched off, and the bracket that matches the one
 /// at the cursor is marked. If wanted, the margin shows the first colour that a line names. Lines with problems have a
-/// mark there, with the reasons as its tool tip.
+/// mark there, or their number is one, with the reasons as its tool tip.
 class CodeEdit final : public QPlainTextEdit
 {
     Q_OBJECT

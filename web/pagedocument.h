@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "base/result.h"
 #include "page/sitefolder.h"
 
 #include <QString>
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,9 +46,15 @@ public:
     };
     /// The page's source as saving writes it, and where the selected element begins.
     [[nodiscard]] virtual Source source() const = 0;
-    /// Takes an edit of that source in the source panel and selects the element at the place of the caret. Error: the
-    /// source is no page; the old one stays.
-    virtual Result<void> setSource(const Source& source) = 0;
+    /// Why a source is no page, a sentence, and where in it the trouble is, in bytes.
+    struct Refusal
+    {
+        std::string reason;
+        std::optional<std::size_t> place;
+    };
+    /// Takes an edit of that source in the source panel and selects the element at the place of the caret. Where it is
+    /// refused, the old one stays.
+    virtual std::optional<Refusal> setSource(const Source& source) = 0;
     virtual void buildCSSMenu() = 0;
     /// The rendering is shown: ask it for the names that its style sheets define.
     virtual void loadCSSNames() = 0;

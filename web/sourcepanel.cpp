@@ -28,6 +28,7 @@ SourcePanel::SourcePanel(QWidget* parent) : QDialog(parent), m_ui(std::make_uniq
     connect(m_ui->sourceField, &QPlainTextEdit::textChanged, this, &SourcePanel::textDidChange);
     connect(m_ui->saveSourceButton, &QPushButton::clicked, this, &SourcePanel::save);
     connect(m_ui->sourceCancelButton, &QPushButton::clicked, this, &SourcePanel::reject);
+    connect(m_ui->sourceTroubleButton, &QPushButton::clicked, m_ui->sourceField, &CodeEdit::goToNextProblem);
     connect(m_ui->sourceFindField, &QLineEdit::returnPressed, this, [this] { find(false); });
     connect(m_ui->sourceFindNextButton, &QPushButton::clicked, this, [this] { find(false); });
     connect(m_ui->sourceFindPreviousButton, &QPushButton::clicked, this, [this] { find(true); });
@@ -51,6 +52,7 @@ void SourcePanel::begin(const QString& source, qsizetype place)
     m_ui->sourceField->document()->setUndoRedoEnabled(false);
     m_ui->sourceField->clear();
     m_ui->sourceFindResult->clear();
+    showTrouble({});
     fill();
     open();
     m_ui->sourceField->setFocus();
@@ -84,9 +86,31 @@ void SourcePanel::fill()
     field.document()->setModified(false);
 }
 
-void SourcePanel::refuse(const QString& reason)
+void SourcePanel::refuse(const QString& reason, qsizetype place)
 {
-    m_ui->sourceFindResult->setText(reason);
+    showTrouble(reason);
+    const QTextBlock line = m_ui->sourceField->document()->findBlock(static_cast<int>(place));
+    m_ui->sourceTroubleButton->setVisible(place >= 0 && line.isValid());
+    if (place < 0 || !line.isValid())
+        return;
+    const int end = line.position() + line.length() - 1;
+    const int from = std::min(static_cast<int>(place), end);
+    const qsizetype behindTag = line.text().indexOf(u'>', from - line.position());
+    const int to = behindTag < 0 ? end : line.position() + static_cast<int>(behindTag) + 1;
+    m_ui->sourceField->setProblems({{from, to, reason}});
+    m_ui->sourceTrouble->setText(
+        tr("Line %1, column %2: %3").arg(line.blockNumber() + 1).arg(from - line.position() + 1).arg(reason));
+    m_ui->sourceTroubleButton->setAccessibleDescription(m_ui->sourceTrouble->text());
+    m_ui->sourceTroubleButton->setFocus();
+}
+
+// Without a reason there is none.
+void SourcePanel::showTrouble(const QString& reason)
+{
+    m_ui->sourceTrouble->setText(reason);
+    m_ui->sourceTrouble->setVisible(!reason.isEmpty());
+    m_ui->sourceTroubleButton->hide();
+    m_ui->sourceField->setProblems({});
 }
 
 void SourcePanel::textDidChange()
@@ -98,6 +122,7 @@ void SourcePanel::save()
 {
     if (!m_ui->saveSourceButton->isEnabled())
         return;
+    showTrouble({});
     const QTextCursor caret = m_ui->sourceField->textCursor();
     emit saveRequested(CodeEdit::textIn(*m_ui->sourceField), caret.position());
 }

@@ -23,8 +23,9 @@ public:
 
     /// Shows the source, a long one piece by piece, with the caret at `place`, a position in the string.
     void begin(const QString& source, qsizetype place);
-    /// Says why the source was not taken; the panel stays open with it.
-    void refuse(const QString& reason);
+    /// Says why the source was not taken, and where the trouble is: a position in the string, -1 if nobody knows. The panel
+    /// stays open with the source, its line marked.
+    void refuse(const QString& reason, qsizetype place);
 
     void reject() override;
 
@@ -35,6 +36,7 @@ signals:
 private:
     void fill();
     void textDidChange();
+    void showTrouble(const QString& reason);
     void save();
     void find(bool backward);
     void showFind();

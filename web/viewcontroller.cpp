@@ -465,8 +465,12 @@ void ViewController::saveSource(const QString& source, qsizetype place)
 {
     whenCaughtUp(this, [this, source, place] {
         const auto bytesBefore = static_cast<std::size_t>(source.left(place).toUtf8().size());
-        if (const auto taken = m_document.setSource({source.toStdString(), bytesBefore}); !taken) {
-            m_sourcePanel->refuse(QString::fromStdString(taken.error().text));
+        const std::string text = source.toStdString();
+        if (const auto refusal = m_document.setSource({text, bytesBefore})) {
+            const std::string_view before = std::string_view(text).substr(0, refusal->place.value_or(0));
+            const auto trouble =
+                QString::fromUtf8(before.data(), static_cast<qsizetype>(before.size())).size();
+            m_sourcePanel->refuse(QString::fromStdString(refusal->reason), refusal->place ? trouble : -1);
             return;
         }
         m_sourcePanel->accept();

@@ -2432,6 +2432,10 @@ entwuerfe/</translation>
         <source>Save</source>
         <translation>Sichern</translation>
     </message>
+    <message>
+        <source>Show &amp;Line</source>
+        <translation>Zeile &amp;anzeigen</translation>
+    </message>
 </context>
 <context>
     <name>SyncPanel</name>
@@ -5701,6 +5705,10 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>Not found</source>
         <translation>Nicht gefunden</translation>
+    </message>
+    <message>
+        <source>Line %1, column %2: %3</source>
+        <translation>Zeile %1, Spalte %2: %3</translation>
     </message>
 </context>
 <context>

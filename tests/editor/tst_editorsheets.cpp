@@ -3,6 +3,7 @@
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
+#include "tests/support/screenshot.h"
 #include "web/codeedit.h"
 #include "web/codehighlighter.h"
 #include "web/linksheet.h"
@@ -285,11 +286,19 @@ private slots:
         trigger("showSourceAction");
         auto* const source = the<QPlainTextEdit>("sourceField");
         QTRY_VERIFY(source->isVisible());
-        const QString typed = QStringLiteral("<div>").repeated(20'000);
+        const QString typed = QStringLiteral("<p>\u00FC\n<div>").repeated(20'000);
         source->setPlainText(typed);
+        QVERIFY(!the<QLabel>("sourceTrouble")->isVisible());
         press("saveSourceButton");
-        QTRY_VERIFY(the<QLabel>("sourceFindResult")->text().contains("deep"));
+        // In html and body 4094 levels are left, and each line begins one.
+        QTRY_COMPARE(the<QLabel>("sourceTrouble")->text(),
+                     QStringLiteral("Line 4095, column 6: Its elements are nested too deeply."));
         QVERIFY(source->isVisible());
+        press("sourceTroubleButton");
+        QCOMPARE(source->textCursor().blockNumber(), 4094);
+        QCOMPARE(source->textCursor().positionInBlock(), 5);
+        QVERIFY(source->hasFocus() && source->viewport()->rect().contains(source->cursorRect()));
+        test::saveScreenshots(*the<QDialog>("sourcePanel"), QStringLiteral("source trouble"));
         QCOMPARE(source->toPlainText(), typed);
         QCOMPARE(body(), QByteArray("<p>one</p>"));
         source->setPlainText("<p>two</p>");

@@ -116,6 +116,12 @@ private slots:
         QVERIFY(!document);
         QVERIFY2(QByteArray::fromStdString(document.error().text).contains(reason),
                  document.error().text.c_str());
+        const auto place = placeOfRefusal(page.toStdString());
+        QVERIFY(place && *place < static_cast<std::size_t>(page.size()));
+        const QByteArray tag = page.mid(static_cast<qsizetype>(*place), 3);
+        QVERIFY2(tag.startsWith('<') || reason.contains("UTF-8") || reason.contains("larger"),
+                 tag.constData());
+        QVERIFY(!placeOfRefusal("<p>x"));
     }
 
     void parse_takesLongPagesOfUnclosedTags_data()

@@ -37,7 +37,7 @@ public:
     bool takeChange(const SubtreeChange&, const QString&) override { return false; }
     std::uint32_t fingerprint() const override { return 0; }
     Source source() const override { return {markup, 0}; }
-    Result<void> setSource(const Source& source) override
+    std::optional<Refusal> setSource(const Source& source) override
     {
         setHTML(source.text, "Edit Source");
         return {};
