@@ -194,8 +194,11 @@ QModelIndex OutlineModel::indexOf(const html::Node* node) const
 {
     if (!node || !node->parent())
         return {};
-    (void)childrenOf(*node->parent());
-    const auto row = m_rows.find(node);
+    auto row = m_rows.find(node);
+    if (row == m_rows.end()) {
+        (void)childrenOf(*node->parent());
+        row = m_rows.find(node);
+    }
     return row == m_rows.end() ? QModelIndex() : createIndex(row->second, 0, node);
 }
 
@@ -267,7 +270,8 @@ void OutlineModel::forgetRows()
 // Of a large page everything else stays known: the view asks for every row again.
 void OutlineModel::forgetChange()
 {
-    m_children.erase(std::exchange(m_changing, nullptr));
+    const html::ParentNode* const changed = std::exchange(m_changing, nullptr);
+    m_children.erase(changed);
     for (const html::Node* const gone : m_leaving) {
         for (const html::Node* node = gone; node; node = node->following(*gone)) {
             m_rows.erase(node);
@@ -277,6 +281,7 @@ void OutlineModel::forgetChange()
     }
     m_leaving.clear();
     m_deepestLevel.reset();
+    (void)childrenOf(*changed); // numbers them anew
 }
 
 int OutlineModel::deepestLevel() const

@@ -41,6 +41,8 @@ bool showsOtherFiles(std::string_view markup)
     return markup.find("<img") != std::string_view::npos || markup.find("url(") != std::string_view::npos;
 }
 
+constexpr int frameTime = 17; // milliseconds
+
 const QString tellFormats = QStringLiteral("tellFormats()");
 
 QString commandWordOf(const QObject* sender)
@@ -69,6 +71,8 @@ ViewController::ViewController(PageDocument& document, QWidget* contentView, QLa
     m_recovery = new ProcessRecovery(*m_webView, this);
     m_files = new ShownFiles(
         m_webView->editorPage(), [this] { return m_document.siteFolder(); }, this);
+    m_updateEnd.setSingleShot(true);
+    connect(&m_updateEnd, &QTimer::timeout, this, &ViewController::endUpdate);
     createMenus();
     createSheets();
     connectPage();
@@ -143,7 +147,10 @@ void ViewController::ask(const QString& script, QObject* context, const ScriptCa
 
 void ViewController::whenCaughtUp(QObject* context, const std::function<void()>& then)
 {
-    m_catchUp->whenCaughtUp(context, then);
+    m_catchUp->whenCaughtUp(context, [this, then] {
+        endUpdate();
+        then();
+    });
 }
 
 void ViewController::whenCaughtUpWithLooks(QObject* context,
@@ -221,13 +228,26 @@ void ViewController::update(const QByteArray& changes, RenderingReader::Place pl
     }
     m_webView->heldInput().hold();
     m_reader->send(changes, place, [this, changes, shows = m_shows](bool isDone) {
-        if (shows == m_shows && isDone)
-            finishUpdate(changes);
-        else if (shows == m_shows)
+        endUpdate();
+        m_endUpdate = [this, changes, shows, isDone] {
+            if (shows == m_shows && isDone)
+                finishUpdate(changes);
+        };
+        m_updateEnd.start(frameTime);
+        if (shows == m_shows && !isDone)
             show(Position::Keep);
-        // A key must not overtake the script that sets the selection; scripts are answered in order.
-        ask(QStringLiteral("true"), this, [this](const QVariant&) { m_webView->heldInput().release(); });
     });
+}
+
+// Behind the frame that shows the change, as a selection may take the engine longer than the change, and before the next
+// edit. A key must not overtake the script that sets the selection; scripts are answered in order.
+void ViewController::endUpdate()
+{
+    m_updateEnd.stop();
+    if (const auto end = std::exchange(m_endUpdate, {})) {
+        end();
+        ask(QStringLiteral("true"), this, [this](const QVariant&) { m_webView->heldInput().release(); });
+    }
 }
 
 void ViewController::renewFile(const std::filesystem::path& file)

@@ -7,6 +7,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 
 #include <functional>
 #include <optional>
@@ -136,6 +137,7 @@ private:
     void tellActiveElement();
     void showMedia();
     void moveToCell(int step);
+    void endUpdate();
     void finishUpdate(const QByteArray& changes);
     void keepPositionAndLoad();
     void load();
@@ -168,6 +170,8 @@ private:
     std::vector<int> m_activeElement;
     Media m_media;
     int m_shows = 0;
+    QTimer m_updateEnd;
+    std::function<void()> m_endUpdate; // while that runs
     bool m_holdsInput = false;
     bool m_activeElementWaits = false;
 };

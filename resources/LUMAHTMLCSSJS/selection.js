@@ -9,6 +9,7 @@ const activeElement = {
 };
 
 // Selects the content of `element`, or the element itself if it can't have any, and scrolls to it unless told not to.
+// What is selected already stays: for another selection the engine walks through the page in front of it.
 function selectText(element, scrolls = true) {
     if (!element || !document.body || !document.body.contains(element))
         return;
@@ -20,8 +21,10 @@ function selectText(element, scrolls = true) {
     activeElement.chosen = range;
     activeElement.told = null;
     const selection = getSelection();
-    selection.removeAllRanges();
-    selection.addRange(range);
+    if (selection.rangeCount === 0 || !isChosenByEditor(selection.getRangeAt(0))) {
+        selection.removeAllRanges();
+        selection.addRange(range);
+    }
     if (!scrolls)
         return;
     caret.isAsShown = false;
