@@ -10,6 +10,7 @@
 #include <QTreeView>
 
 #include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdio>
 #include <ctime>
@@ -115,12 +116,12 @@ double wallClock()
     return duration<double, std::milli>(system_clock::now().time_since_epoch()).count();
 }
 
-/// From an edit until the engine begins the frame behind the one that shows it; `inPage` is when the page had the change.
+/// What came of an edit, in milliseconds behind it.
 struct Showing
 {
+    double inTree = 0;
     double inPage = 0;
-    double shown = 0;
-    double frame = 0; // the time between that frame and the next
+    double shown = 0; // the frame is over that shows it: the engine begins the next
 };
 
 Showing untilShown(Window& window, const std::function<void()>& edit)
@@ -133,53 +134,80 @@ Showing untilShown(Window& window, const std::function<void()>& edit)
         "new MutationObserver((records, observer) => {"
         "    observer.disconnect();"
         "    const note = () => showing.push(performance.timeOrigin + performance.now());"
-        "    const noteFrame = () => { note(); if (showing.length < 4) requestAnimationFrame(noteFrame); };"
+        "    const noteFrame = () => { note(); if (showing.length < 3) requestAnimationFrame(noteFrame); };"
         "    noteFrame();"
         "}).observe(document.body, { childList: true })");
+    Showing showing;
+    QObject here;
     const double start = wallClock();
+    QObject::connect(&window.document().tree(), &PageTree::removed, &here,
+                     [&] { showing.inTree = wallClock() - start; });
     edit();
+    rest(400); // questions to the page would delay it
     QVariantList times;
     waitFor(
         [&] {
             times = answer("showing").toList();
-            return times.size() == 4;
+            return times.size() == 3;
         },
-        "four frames of the page");
-    return {times[0].toDouble() - start, times[2].toDouble() - start,
-            times[3].toDouble() - times[2].toDouble()};
+        "three frames of the page");
+    showing.inPage = times[0].toDouble() - start;
+    showing.shown = times[2].toDouble() - start;
+    return showing;
 }
 
+/// A median, and the quartiles around it.
+std::string spread(std::vector<double> times)
+{
+    std::sort(times.begin(), times.end());
+    std::array<char, 64> text{};
+    (void)std::snprintf(text.data(), text.size(), "%.1f (%.1f to %.1f)", middle(times),
+                        times[times.size() / 4], times[times.size() * 3 / 4]);
+    return text.data();
+}
+
+/// Elements in the middle of the page are deleted in the outline and, in turn, removed by a script in the page.
 void measureOutline(const char* name, Window& window, int edits)
 {
     auto* const outline = window.document().findChild<QTreeView*>(QStringLiteral("myOutlineView"));
+    auto* const deleteAction = window.document().findChild<QAction*>(QStringLiteral("deleteTagAction"));
     std::vector<double> scripted;
-    std::vector<double> deleted;
+    std::vector<double> inTree;
     std::vector<double> inPage;
-    std::vector<double> frames;
+    std::vector<double> shown;
+    std::vector<double> more;
+    std::vector<double> here;
+    std::vector<double> workOfScript; // of the processor, in the page
+    std::vector<double> workOfOutline;
     for (int i = 0; i < edits; ++i) {
         const QAbstractItemModel& model = *outline->model();
         const QModelIndex body = model.index(1, 0, model.index(0, 0));
         outline->setCurrentIndex(model.index(model.rowCount(body) / 2, 0, body));
         rest(700);
+        const double beforeScript = timeInPage(window);
         const Showing byScript = untilShown(window, [&] {
             window.rendering().evaluate(QStringLiteral(
                 "blockOf(getSelection().anchorNode).closest('section').nextElementSibling.remove()"));
         });
+        workOfScript.push_back(timeInPage(window) - beforeScript);
+        rest(700);
+        const double atStart = timeHere();
+        const double beforeOutline = timeInPage(window);
+        const Showing byOutline = untilShown(window, [&] { deleteAction->trigger(); });
+        here.push_back(timeHere() - atStart);
+        workOfOutline.push_back(timeInPage(window) - beforeOutline);
         scripted.push_back(byScript.shown);
-        rest(2500); // until the two copies of the page have been compared
-        const Showing byOutline = untilShown(window, [&] {
-            window.document().findChild<QAction*>(QStringLiteral("deleteTagAction"))->trigger();
-        });
-        deleted.push_back(byOutline.shown);
+        inTree.push_back(byOutline.inTree);
         inPage.push_back(byOutline.inPage);
-        frames.push_back(byOutline.frame);
-        rest(2500);
+        shown.push_back(byOutline.shown);
+        more.push_back(byOutline.shown - byScript.shown);
     }
-    const double behind = middle(deleted) - middle(scripted);
     std::printf(
-        "%s: deleted in the outline to the page %.1f, shown %.1f; by a script in the page shown %.1f; "
-        "%.1f more, %.2f frames of 16.7 (a frame took %.1f)\n",
-        name, middle(inPage), middle(deleted), middle(scripted), behind, behind / 16.7, middle(frames));
+        "%s: deleted in the outline %d times: in the tree after %s, in the page %s, shown %s; by a script in "
+        "the page shown %s; %s more, %.2f frames of 16.7; processor here %s, in the page %s, for the script %s\n",
+        name, edits, spread(inTree).c_str(), spread(inPage).c_str(), spread(shown).c_str(),
+        spread(scripted).c_str(), spread(more).c_str(), middle(more) / 16.7, spread(here).c_str(),
+        spread(workOfOutline).c_str(), spread(workOfScript).c_str());
 }
 
 void measurePage(const char* name, int entries, int letters)
@@ -227,6 +255,11 @@ int main(int argc, char** argv)
     (void)std::setvbuf(stdout, nullptr, _IOLBF, 0);
     const QApplication application(argc, argv);
     const int letters = argc > 1 ? std::max(1, std::atoi(argv[1])) : 30;
+    if (argc > 2) { // only the edits in the outline
+        Window window(samplePage(5000));
+        measureOutline("1 MB", window, letters);
+        return 0;
+    }
     measureSheet();
     measurePage("100 KB", 500, letters);
     measurePage("1 MB", 5000, letters);
