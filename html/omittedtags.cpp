@@ -42,6 +42,13 @@ bool isSkeleton(const Element& element)
     return element.is("html") || element.is("head") || element.is("body");
 }
 
+bool isFormatting(const Element& element)
+{
+    static constexpr std::array<std::string_view, 14> names = {
+        "a", "b", "big", "code", "em", "font", "i", "nobr", "s", "small", "strike", "strong", "tt", "u"};
+    return element.nameSpace() == NameSpace::Html && isOneOf(element.tagName(), names);
+}
+
 bool isComment(const Node& node)
 {
     return node.kind() == Node::Kind::Comment || isServerCode(node);

@@ -9,6 +9,8 @@ class Node;
 
 /// Whether the element is html, head or body, which are there without tags.
 bool isSkeleton(const Element& element);
+/// Whether the element is one of those that the parser opens again where another element cut them in two, such as b.
+bool isFormatting(const Element& element);
 /// Whether the node is a comment, or server code, which is one to the parser.
 bool isComment(const Node& node);
 /// Whether the element, which has an origin, has to have a start tag to hold what it does, where the page leaves it out. A comment at the beginning

@@ -101,10 +101,12 @@ public:
         keepLeast(attempt(OmittedTags::EndTags, WritingWay::TagsWritten) ||
                   attempt(OmittedTags::All, WritingWay::TagsWritten));
         keepLeast(!around.empty() &&
-                  attemptAround({around.front()}, Around::TagsWritten, WritingWay::TagsSpelledOut));
+                  (attemptAround({around.front()}, Around::FormattingWritten, WritingWay::TagsSpelledOut) ||
+                   attemptAround({around.front()}, Around::TagsWritten, WritingWay::TagsSpelledOut)));
         if (written)
             return *std::move(written);
-        const bool isSame = attemptAround(around, Around::TagsWritten, WritingWay::TagsSpelledOut) ||
+        const bool isSame = attemptAround(around, Around::FormattingWritten, WritingWay::TagsSpelledOut) ||
+                            attemptAround(around, Around::TagsWritten, WritingWay::TagsSpelledOut) ||
                             attemptAround(around, Around::Printed, WritingWay::ElementPrinted) ||
                             attempt(OmittedTags::All, WritingWay::PagePrinted, &m_document);
         const bool isNoNearer =

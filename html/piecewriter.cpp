@@ -73,7 +73,8 @@ PieceWriter::PieceWriter(const Document& document, OmittedTags tags, const Node*
     : m_document(document),
       m_tags(tags),
       m_printed(manner == Around::Printed ? around : nullptr),
-      m_spelledOut(manner == Around::TagsWritten ? around : nullptr),
+      m_spelledOut(manner == Around::Printed ? nullptr : around),
+      m_tagsSpelledOut(manner == Around::TagsWritten ? OmittedTags::All : OmittedTags::Edited),
       m_source(document.origin().source),
       m_lineEnd(m_source ? m_source->lineEnd() : "\n"),
       m_unchanged(document)
@@ -203,6 +204,8 @@ bool PieceWriter::lacksWantedTag(const Unit& unit) const
 
 bool PieceWriter::wantsStartTag(const Element& element) const
 {
+    if (m_isSpellingOut && isFormatting(element))
+        return true;
     switch (m_tags) {
     case OmittedTags::Edited:
         return needsStartTag(element) && (isEdited(element) || (element.is("body") && element.firstChild() &&
@@ -218,6 +221,8 @@ bool PieceWriter::wantsEndTag(const Element& element, bool isBeforeEdit) const
 {
     if (isSkeleton(element) || closesItself(element))
         return false;
+    if (m_isSpellingOut && isFormatting(element))
+        return true;
     switch (m_tags) {
     case OmittedTags::None:
         return false;
@@ -253,7 +258,7 @@ void PieceWriter::writeUnit(const Unit& unit)
         printMarkup(node);
     } else {
         const bool begins = m_spelledOut == &node;
-        const OmittedTags tags = std::exchange(m_tags, begins ? OmittedTags::All : m_tags);
+        const OmittedTags tags = std::exchange(m_tags, begins ? m_tagsSpelledOut : m_tags);
         m_isSpellingOut = m_isSpellingOut || begins;
         hasSource ? writeElement(*element, unit.isBeforeEdit) : printElement(*element);
         m_isSpellingOut = m_isSpellingOut && !begins;

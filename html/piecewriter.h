@@ -26,7 +26,8 @@ public:
 
     /// What happens to the element around a difference, but for what was edited.
     enum class Around {
-        TagsWritten, // all tags that are left out at any depth are written, those of elements that others cut in two, too
+        FormattingWritten, // elements that others cut in two get all their tags, at any depth
+        TagsWritten,       // all elements do
         Printed
     };
 
@@ -66,6 +67,7 @@ private:
     OmittedTags m_tags;
     const Node* m_printed;
     const Node* m_spelledOut;
+    OmittedTags m_tagsSpelledOut;
     bool m_isSpellingOut = false;             // m_spelledOut or what is in it
     std::unordered_set<const Node*> m_opened; // what m_printed or m_spelledOut lies in
     const PageSource* m_source;
