@@ -48,6 +48,18 @@ QWidget* PageWindows::open(const fs::path& page, const fs::path& siteFolder, QWi
     return window;
 }
 
+bool PageWindows::showSheetPlace(const fs::path& sheet, unsigned line, unsigned column)
+{
+    for (QWidget* const window : WindowRegistry::instance().windows()) {
+        auto* const page = qobject_cast<HTMLDocument*>(window);
+        if (!page || !page->showSheetPlace(sheet, line, column))
+            continue;
+        WindowRegistry::bringToFront(page);
+        return true;
+    }
+    return false;
+}
+
 void PageWindows::newPage(const fs::path& siteFolder, const fs::path& from)
 {
     HTMLDocument* const window = makeWindow(siteFolder);

@@ -39,6 +39,8 @@ public:
 
     /// See DocumentController::PageOpener.
     QWidget* open(const std::filesystem::path& page, const std::filesystem::path& siteFolder, QWidget* open);
+    /// Shows a place of a style sheet, counted from 1, in the window of an open page that uses the sheet. False without one.
+    bool showSheetPlace(const std::filesystem::path& sheet, unsigned line, unsigned column);
     /// Opens a new page in the site at `siteFolder`, made from the page `from`, or the usual template without one.
     void newPage(const std::filesystem::path& siteFolder, const std::filesystem::path& from = {});
 

@@ -300,6 +300,8 @@ void Program::openFile(const std::filesystem::path& file, const std::filesystem:
 void Program::openPlace(const std::filesystem::path& file, const std::filesystem::path& siteFolder,
                         unsigned line, unsigned column)
 {
+    if (file.extension() == ".css" && m_pages.showSheetPlace(file, line, column))
+        return;
     openFile(file, siteFolder);
     if (auto* const page = qobject_cast<HTMLDocument*>(m_documents.windowOf(file)))
         page->showPlace(line, column);

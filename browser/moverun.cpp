@@ -193,7 +193,7 @@ void MoveRun::changeText(const TextPlan& makePlan, Shown shown)
     auto plan = makePlan(m_stillWanted);
     if (!plan)
         fail(plan.error(), {});
-    else if (shown == Shown::First)
+    else if (shown == Shown::First || !plan->stayingPages().empty())
         ask(*std::move(plan), std::nullopt);
     else {
         m_plan = std::make_shared<const LinkPlan>(*std::move(plan));

@@ -51,7 +51,8 @@ public:
     /// Plans the move, and carries it out at once or, where more than `askAbove` pages change, after the user has looked at the
     /// plan. Where links would break or only links change, the user always looks at it.
     void move(const MoveRequest& request, std::optional<int> askAbove);
-    /// Makes and carries out a plan that changes text. With Shown::First the user looks at it before.
+    /// Makes and carries out a plan that changes text. With Shown::First, or if files can't be changed, the user looks at it
+    /// before.
     enum class Shown : std::uint8_t { Not, First };
     using TextPlan = std::function<Result<LinkPlan>(const StillWanted& stillWanted)>;
     void changeText(const TextPlan& makePlan, Shown shown);

@@ -49,9 +49,8 @@ PlanPreview::~PlanPreview() = default;
 
 PlanPreview::ActionNames PlanPreview::actionNames(const LinkPlan& plan)
 {
-    // Only what moves can break links.
     if (plan.text)
-        return {displayText(plan.text->action), {}};
+        return {displayText(plan.text->action), displayText(plan.text->anyway)};
     const std::vector<MovedItem>& items = plan.request.items;
     if (plan.request.itemsStay() || items.empty())
         return {tr("Change Links"), tr("Change Links Anyway")};
@@ -93,7 +92,8 @@ void PlanPreview::warn(const std::vector<std::filesystem::path>& stayingPages)
     QString text = names.join(QStringLiteral(", "));
     if (stayingPages.size() > most)
         text = tr("%1 and %2").arg(text, counted(stayingPages.size() - most, tr("other"), tr("others")));
-    text = tr("Can't be changed or read: %1. If you go on, links there may break.").arg(text);
+    text = m_plan->text ? tr("Can't be changed or read: %1. If you go on, they stay as they are.").arg(text)
+                        : tr("Can't be changed or read: %1. If you go on, links there may break.").arg(text);
     m_ui->planWarningText->setText(text);
     const int size = style()->pixelMetric(QStyle::PM_LargeIconSize, nullptr, this);
     m_ui->planWarningIcon->setPixmap(style()

@@ -304,6 +304,15 @@ void HTMLDocument::showPlace(unsigned line, unsigned column)
     m_selection->showInPageWhenShown();
 }
 
+bool HTMLDocument::showSheetPlace(const fs::path& sheet, unsigned line, unsigned column)
+{
+    if (!m_styleSheets->uses(sheet))
+        return false;
+    m_layout->showStyleSheets();
+    m_styleSheets->showPlace(sheet, line, column);
+    return true;
+}
+
 void HTMLDocument::checkFile()
 {
     watchFile();

@@ -103,6 +103,8 @@ public:
 
     /// Selects the element at this place of the page's file, counted from 1, in outline and rendering.
     void showPlace(unsigned line, unsigned column);
+    /// Shows a place of this style sheet in the sheets' editor; false if the page does not use it.
+    bool showSheetPlace(const std::filesystem::path& sheet, unsigned line, unsigned column);
 
     /// Called when the file may have changed on disk: reads it again if the page has no edits, else shows a
     /// notice.

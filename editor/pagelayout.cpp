@@ -54,6 +54,11 @@ int PageLayout::widestOf(int side) const
     return side == 2 && m_sides.rules->isChecked() ? widestWithRules : widestSide;
 }
 
+void PageLayout::showStyleSheets()
+{
+    m_sides.styles->setChecked(true);
+}
+
 void PageLayout::showSide()
 {
     const bool hadRules = !m_sideView.widget(1)->isHidden();

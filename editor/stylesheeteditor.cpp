@@ -16,7 +16,9 @@
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QTabBar>
+#include <QTextCursor>
 
+#include <algorithm>
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -26,6 +28,26 @@ namespace luma {
 namespace {
 
 constexpr int longestName = 24; // characters of a sheet's name in its tab
+
+// The place of `tidied` that was at `line` and `column`, counted from 1, before a sheet was tidied: only its white space has
+// changed. In a text with other changes, the end or a place near it.
+qsizetype placeInTidied(const QString& text, const QString& tidied, unsigned line, unsigned column)
+{
+    qsizetype begin = 0;
+    for (unsigned i = 1; i < line; ++i) {
+        const qsizetype feed = text.indexOf(u'\n', begin);
+        if (feed < 0)
+            return tidied.size();
+        begin = feed + 1;
+    }
+    const qsizetype end = std::min(begin + static_cast<qsizetype>(column) - 1, text.size());
+    auto left = std::count_if(text.begin(), text.begin() + end, [](QChar c) { return !c.isSpace(); });
+    for (qsizetype i = 0; i < tidied.size(); ++i) {
+        if (!tidied[i].isSpace() && left-- == 0)
+            return i;
+    }
+    return tidied.size();
+}
 
 // Where the sheet was and where it is now; a style block counts as a sheet beside the page.
 MovedItem placesOf(const QString& title, const SiteFolder& before, const SiteFolder& after,
@@ -269,6 +291,26 @@ void StyleSheetEditor::editFile(const fs::path& file, const CssEdit& edit)
         setDraft(title, after);
     if (title == shownTitle())
         selectCSS();
+}
+
+bool StyleSheetEditor::uses(const fs::path& file) const
+{
+    return titles().contains(titleOf(file)) && itemExists(file);
+}
+
+void StyleSheetEditor::showPlace(const fs::path& file, unsigned line, unsigned column)
+{
+    const QString title = titleOf(file);
+    m_controls.cssMenu->setCurrentIndex(
+        m_controls.cssMenu->findText(title, Qt::MatchExactly | Qt::MatchCaseSensitive));
+    selectCSS();
+    const std::string stored = textOf(title).value_or(std::string());
+    const QString shown = CodeEdit::textIn(*m_controls.cssField);
+    QTextCursor cursor = m_controls.cssField->textCursor();
+    cursor.setPosition(static_cast<int>(placeInTidied(QString::fromStdString(stored), shown, line, column)));
+    m_controls.cssField->setTextCursor(cursor);
+    m_controls.cssField->centerCursor();
+    m_controls.cssField->setFocus();
 }
 
 void StyleSheetEditor::updateCSS()

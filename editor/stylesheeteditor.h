@@ -60,6 +60,11 @@ public:
     /// Changes that text, which stays unsaved. A sheet that only such edits have changed is saved without being tidied.
     void editFile(const std::filesystem::path& file, const CssEdit& edit);
 
+    /// Whether the page links to the style sheet in this file.
+    [[nodiscard]] bool uses(const std::filesystem::path& file) const;
+    /// Shows such a sheet with the cursor at a place of its file, counted from 1.
+    void showPlace(const std::filesystem::path& file, unsigned line, unsigned column);
+
     /// Whether there is unsaved text.
     [[nodiscard]] bool hasDrafts() const { return !m_drafts.isEmpty(); }
     /// Saves all of it, reporting what failed, and then calls `then`; not if the user refuses to replace a sheet.

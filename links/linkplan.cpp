@@ -406,7 +406,7 @@ std::vector<std::filesystem::path> LinkPlan::stayingPages() const
 {
     std::vector<fs::path> staying;
     for (const MoveProblem& problem : problems) {
-        if (problem.kind == MoveProblem::Kind::NotRewritten && !request.items.empty())
+        if (problem.kind == MoveProblem::Kind::NotRewritten && (!request.items.empty() || text))
             staying.push_back(problem.path);
     }
     return staying;

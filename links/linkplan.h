@@ -91,6 +91,7 @@ struct TextChange
 {
     std::string title;            // for the user: Replace "a" by "b"
     std::string action;           // in a word: Replace
+    std::string anyway;           // the same though files stay as they are: Replace Anyway
     std::size_t places = 0;       // how many of them change
     LinksUpdate::Updated updated; // for files that are open with unsaved edits
 };
@@ -108,8 +109,8 @@ struct LinkPlan
     std::shared_ptr<const MovedLinks> links; // by which the pages were planned
     std::optional<TextChange> text;          // without it, links change
 
-    /// Pages, symbolic links and folders of pages whose links break or may break if the plan is carried out, because they can't
-    /// be written or read. The user is asked before that.
+    /// Pages, symbolic links and folders of pages whose links break or may break if the plan is carried out, or whose text
+    /// stays, because they can't be written or read. The user is asked before that.
     [[nodiscard]] std::vector<std::filesystem::path> stayingPages() const;
     [[nodiscard]] std::size_t linkCount() const;
 };

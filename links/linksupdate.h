@@ -31,6 +31,7 @@ struct LinksUpdate
     std::vector<MovedItem> items;
     Updated updated; // empty where the job failed and no link has changed
     std::vector<File> files;
+    std::string action = {}; // what changed texts rather than links: Replace; empty for links
 };
 
 } // namespace luma

@@ -9,10 +9,12 @@
 #include "html/selectornames.h"
 #include "html/servercode.h"
 #include "links/percentencoding.h"
+#include "links/rawplaces.h"
 #include "links/webrules.h"
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace luma {
 
@@ -24,23 +26,6 @@ constexpr auto idAttributes = std::to_array<std::string_view>(
      "aria-controls", "aria-describedby", "aria-details", "aria-errormessage", "aria-flowto",
      "aria-labelledby", "aria-owns"});
 
-// Where the decoded text from `from` up to `to` is written.
-CssRange writtenRange(std::string_view raw, std::size_t from, std::size_t to)
-{
-    if (!needsDecoding(raw))
-        return {from, to};
-    CssRange range{0, raw.size()};
-    for (const ValueBoundary& boundary : valueBoundaries(raw)) {
-        if (boundary.decoded == from)
-            range.begin = boundary.raw;
-        if (boundary.decoded == to) {
-            range.end = boundary.raw;
-            break;
-        }
-    }
-    return range;
-}
-
 } // namespace
 
 void NameReader::parse(std::string_view bytes, const std::string& subpath)
@@ -49,6 +34,7 @@ void NameReader::parse(std::string_view bytes, const std::string& subpath)
     m_words.clear();
     const std::string_view name = namePart(subpath);
     m_reader.parse(bytes, name, SitePageReader::FilePlaces::Known);
+    m_text = m_reader.text();
     const WebFileKind kind = webFileKind(name);
     if (kind == WebFileKind::Other) {
         readWords(m_reader.text());
@@ -65,7 +51,7 @@ void NameReader::parse(std::string_view bytes, const std::string& subpath)
 
 void NameReader::readSheet(std::size_t begin, std::size_t end)
 {
-    for (const SelectorName& found : selectorNames(m_reader.text().substr(begin, end - begin))) {
+    for (const SelectorName& found : selectorNames(m_text.substr(begin, end - begin))) {
         NameUse use{NameUse::Kind::Rule,     found.isId, true, found.name, begin + found.range.begin,
                     begin + found.range.end, {}};
         if (use.name.find(maskedServerCode) == std::string::npos)
@@ -75,14 +61,14 @@ void NameReader::readSheet(std::size_t begin, std::size_t end)
 
 void NameReader::readTags(bool isXml)
 {
-    HtmlScanner scanner(m_reader.text(), isXml ? HtmlScanner::Markup::Xml : HtmlScanner::Markup::Html);
+    HtmlScanner scanner(m_text, isXml ? HtmlScanner::Markup::Xml : HtmlScanner::Markup::Html);
     HtmlToken token;
     std::size_t styles = std::string::npos; // where the text of a style element begins
     while (scanner.next(token)) {
         if (styles != std::string::npos)
             readSheet(styles, token.begin);
         if (styles != std::string::npos && token.kind == HtmlTokenKind::Cdata) {
-            const std::size_t content = offsetIn(m_reader.text(), token.content);
+            const std::size_t content = offsetIn(m_text, token.content);
             readSheet(content, content + token.content.size());
         }
         const bool isStart = token.kind == HtmlTokenKind::StartTag;
@@ -90,8 +76,13 @@ void NameReader::readTags(bool isXml)
         styles = isStyle ? token.end : std::string::npos;
         if (!isStart)
             continue;
-        for (const HtmlAttribute& attribute : token.attributes)
-            readAttribute(attribute);
+        const bool isFrame = !m_isFrame && equalIgnoringAsciiCase(token.name, "iframe");
+        for (const HtmlAttribute& attribute : token.attributes) {
+            if (isFrame && equalIgnoringAsciiCase(attribute.name, "srcdoc"))
+                readFrame(attribute);
+            else
+                readAttribute(attribute);
+        }
     }
 }
 
@@ -106,6 +97,29 @@ void NameReader::readAttribute(const HtmlAttribute& attribute)
             decodeCharacters(attribute.value, ReferenceContext::AttributeValue).size());
 }
 
+void NameReader::readFrame(const HtmlAttribute& attribute)
+{
+    const std::string_view written = attribute.value;
+    const std::string decoded = decodeCharacters(written, ReferenceContext::AttributeValue);
+    const std::string_view page = needsDecoding(written) ? std::string_view(decoded) : written;
+    const RawPlaces places(written, page);
+    const std::size_t begin = offsetIn(m_text, written);
+    std::vector<NameUse> uses = std::exchange(m_uses, {});
+    const std::string_view text = std::exchange(m_text, page);
+    m_isFrame = true;
+    readTags(false);
+    m_isFrame = false;
+    m_text = text;
+    uses.swap(m_uses);
+    for (NameUse& use : uses) {
+        if (use.isId)
+            continue;
+        use.begin = begin + places(use.begin);
+        use.end = begin + places(use.end);
+        m_uses.push_back(std::move(use));
+    }
+}
+
 void NameReader::readTokens(const HtmlAttribute& attribute, NameUse::Kind kind, bool isId)
 {
     const std::string value = decodeCharacters(attribute.value, ReferenceContext::AttributeValue);
@@ -118,8 +132,12 @@ void NameReader::readTokens(const HtmlAttribute& attribute, NameUse::Kind kind, 
 
 void NameReader::add(NameUse::Kind kind, bool isId, std::string_view raw, std::size_t from, std::size_t to)
 {
-    const CssRange range = writtenRange(raw, from, to);
-    const std::size_t begin = offsetIn(m_reader.text(), raw);
+    CssRange range{from, to};
+    if (needsDecoding(raw)) {
+        const RawPlaces places(raw, {});
+        range = {places(from), places(to)};
+    }
+    const std::size_t begin = offsetIn(m_text, raw);
     std::string name = decodeCharacters(range.of(raw), ReferenceContext::AttributeValue);
     if (name.find(maskedServerCode) == std::string::npos)
         m_uses.push_back({kind, isId, false, std::move(name), begin + range.begin, begin + range.end, {}});

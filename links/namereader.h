@@ -13,7 +13,8 @@
 
 namespace luma {
 
-/// A place of a page or style sheet that holds the name of a class or an id.
+/// A place of a page or style sheet that holds the name of a class or an id. Of the page in a srcdoc attribute only classes
+/// count: its ids are its own.
 struct NameUse
 {
     enum class Kind : std::uint8_t {
@@ -53,6 +54,7 @@ private:
     void readSheet(std::size_t begin, std::size_t end);
     void readTags(bool isXml);
     void readAttribute(const HtmlAttribute& attribute);
+    void readFrame(const HtmlAttribute& attribute);
     void readTokens(const HtmlAttribute& attribute, NameUse::Kind kind, bool isId);
     void add(NameUse::Kind kind, bool isId, std::string_view raw, std::size_t from, std::size_t to);
     void readFragments(const std::string& subpath);
@@ -60,6 +62,8 @@ private:
 
     const SiteAddresses* m_addresses;
     SitePageReader m_reader;
+    std::string_view m_text; // what is being read: the file's, or that of a frame in it
+    bool m_isFrame = false;
     std::vector<NameUse> m_uses;
     std::set<std::string, std::less<>> m_words;
 };

@@ -5,6 +5,7 @@
 #include "base/utf8.h"
 #include "html/characterreferences.h"
 #include "links/addressparts.h"
+#include "links/rawplaces.h"
 
 #include <algorithm>
 
@@ -26,31 +27,6 @@ bool isRepeated(const HtmlToken& tag, const HtmlAttribute& attribute)
 {
     return findAttribute(tag, attribute.name) != &attribute;
 }
-
-// The places in an attribute's value as written that belong to places in its decoded text.
-class RawPlaces final
-{
-public:
-    RawPlaces(std::string_view raw, std::string_view decoded) : m_same(raw.data() == decoded.data())
-    {
-        if (!m_same)
-            m_boundaries = valueBoundaries(raw);
-    }
-
-    [[nodiscard]] std::size_t operator()(std::size_t decoded) const
-    {
-        if (m_same)
-            return decoded;
-        const auto found = std::lower_bound(
-            m_boundaries.begin(), m_boundaries.end(), decoded,
-            [](const ValueBoundary& boundary, std::size_t place) { return boundary.decoded < place; });
-        return found == m_boundaries.end() ? m_boundaries.back().raw : found->raw;
-    }
-
-private:
-    bool m_same;
-    std::vector<ValueBoundary> m_boundaries;
-};
 
 constexpr std::string_view styleInstruction = "<?xml-stylesheet";
 constexpr std::string_view blanks = " \t\r\n";

@@ -44,9 +44,10 @@ LinksUpdate::Updated updatedBy(const LinkPlan& plan)
 }
 
 std::shared_ptr<const LinksUpdate> updateOf(const MoveReport& report, LinksUpdate::Updated updated,
-                                            std::vector<LinksUpdate::File> files)
+                                            std::vector<LinksUpdate::File> files, const std::string& action)
 {
     LinksUpdate update;
+    update.action = action;
     if (report.isMove)
         update.items = report.items;
     if (report.isDone) {
@@ -135,7 +136,8 @@ MoveReport SiteMoves::carryOut(const LinkPlan& plan)
     MoveReport report = runJob(jobOf(plan), MoveRunner::ChangedPages::Refused);
     // The originals of copies, and their links, stay as they are.
     if (plan.request.operation == MoveOperation::Move)
-        report.links = updateOf(report, updatedBy(plan), rewrittenFiles(plan.pages));
+        report.links = updateOf(report, updatedBy(plan), rewrittenFiles(plan.pages),
+                                plan.text ? plan.text->action : std::string());
     return report;
 }
 
@@ -168,9 +170,12 @@ MoveReport SiteMoves::undo(const WebRules& rules)
             links = MovedLinks::of({m_site, {}, MoveOperation::Move, job.items, rules}, *std::move(tree));
     }
     std::vector<LinksUpdate::File> files = rewrittenFiles(job.pages);
+    const std::string action = job.kind == MoveJob::Kind::Text
+                                   ? userText(QT_TRANSLATE_NOOP("luma::Engines", "Take Back"))
+                                   : std::string();
     MoveReport report = runJob(std::move(job), MoveRunner::ChangedPages::LeftAlone);
     report.title = titleOf(last->job);
-    report.links = updateOf(report, updatedBy(std::move(links)), std::move(files));
+    report.links = updateOf(report, updatedBy(std::move(links)), std::move(files), action);
     return report;
 }
 

@@ -339,6 +339,7 @@ Result<LinkPlan> planNameChange(const fs::path& site, bool isId, const std::stri
                                : QT_TRANSLATE_NOOP("luma::Engines", "Rename the class %1 to %2"),
                           {name, newName});
     text.action = userText(QT_TRANSLATE_NOOP("luma::Engines", "Rename"));
+    text.anyway = userText(QT_TRANSLATE_NOOP("luma::Engines", "Rename Anyway"));
     text.updated = renamedIn(site, change);
     return std::move(plan).finished(std::move(text));
 }

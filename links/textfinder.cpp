@@ -283,6 +283,8 @@ std::optional<std::string> TextFinder::spelled(std::string_view text) const
 
 Result<std::vector<LinkEdit>> TextFinder::edits(const std::vector<bool>& isWanted, const QString& replacement)
 {
+    if (m_found.empty())
+        return std::vector<LinkEdit>();
     std::vector<TextEdit> planned;
     if (m_searched == SearchedText::Shown) {
         auto shown = shownEdits(isWanted, replacement);

@@ -85,7 +85,7 @@ Result<std::vector<WantedPlaces>> findAll(const fs::path& site, const SiteQuery&
 }
 
 ExitCode replaceAll(const fs::path& site, const SiteQuery& query, const QString& replacement,
-                    const std::vector<WantedPlaces>& places)
+                    const std::vector<WantedPlaces>& places, bool isAnyway)
 {
     auto moves = SiteMoves::open(site);
     if (!moves)
@@ -93,11 +93,15 @@ ExitCode replaceAll(const fs::path& site, const SiteQuery& query, const QString&
     const auto plan = planReplacement(site, query, replacement, places);
     if (!plan)
         return unusable(plan.error().text);
-    const MoveReport report = moves->carryOut(*plan);
-    for (const auto* const problems : {&plan->problems, &report.problems}) {
-        for (const MoveProblem& problem : *problems)
-            complain(problem.text);
+    for (const MoveProblem& problem : plan->problems)
+        complain(problem.text);
+    if (!isAnyway && !plan->stayingPages().empty()) {
+        complain("Nothing was changed; --anyway leaves these files as they are");
+        return ExitCode::Found;
     }
+    const MoveReport report = moves->carryOut(*plan);
+    for (const MoveProblem& problem : report.problems)
+        complain(problem.text);
     StandardOutput output;
     for (const fs::path& page : report.rewritten)
         output.text().append("rewrote ").append(page.lexically_relative(site).native()).append("\n");
@@ -109,7 +113,7 @@ ExitCode run(const std::vector<std::string>& arguments)
 {
     const CommandArguments line(arguments,
                                 {"--regex", "--case", "--words", "--source", "--pages", "--sheets",
-                                 "--scripts", "--dry-run", "--json"},
+                                 "--scripts", "--dry-run", "--json", "--anyway"},
                                 {"--replace", "--folder"});
     if (!line.error().empty())
         return wrongUsage(findCommand, line.error());
@@ -129,7 +133,7 @@ ExitCode run(const std::vector<std::string>& arguments)
     if (places->empty())
         return ExitCode::Found;
     if (replacement && !line.has("--dry-run") &&
-        replaceAll(*site, query, *replacement, *places) != ExitCode::Ok)
+        replaceAll(*site, query, *replacement, *places, line.has("--anyway")) != ExitCode::Ok)
         return ExitCode::Found;
     return isWhole ? ExitCode::Ok : ExitCode::Found;
 }
@@ -150,6 +154,7 @@ constexpr std::string_view help =
     "  --replace TEXT       replace each place; $1 is the first group of a regular\n"
     "                       expression. No byte outside the places changes\n"
     "  --dry-run            change nothing, print old and new text of each place\n"
+    "  --anyway             go on though a file can't be written; it stays as it is\n"
     "\n"
     "  lumactl find ~/site \"Acme Ltd\" --replace \"Acme & Co.\" --dry-run\n"
     "\n"

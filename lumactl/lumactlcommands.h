@@ -37,6 +37,7 @@ extern const LumactlCommand unlinkedCommand;
 extern const LumactlCommand moveCommand;
 extern const LumactlCommand copyCommand;
 extern const LumactlCommand renameCommand;
+extern const LumactlCommand renameClassCommand;
 extern const LumactlCommand relinkCommand;
 extern const LumactlCommand findCommand;
 extern const LumactlCommand undoCommand;
@@ -47,7 +48,7 @@ extern const LumactlCommand sitesCommand;
 /// the command here and above.
 inline constexpr auto lumactlCommands = std::to_array<const LumactlCommand*>(
     {&changedCommand, &publishCommand, &restoreCommand, &linksFromCommand, &checkCommand, &linksToCommand,
-     &unlinkedCommand, &moveCommand, &copyCommand, &renameCommand, &relinkCommand, &findCommand, &undoCommand,
-     &editCommand, &sitesCommand});
+     &unlinkedCommand, &moveCommand, &copyCommand, &renameCommand, &renameClassCommand, &relinkCommand,
+     &findCommand, &undoCommand, &editCommand, &sitesCommand});
 
 } // namespace luma

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "links/linkupdatingmove.h"
 #include "links/sitemoves.h"
+#include "links/sitenames.h"
 #include "lumactl/commandarguments.h"
 #include "lumactl/lumactlcommands.h"
 #include "lumactl/reportoptions.h"
 #include "lumactl/standardoutput.h"
 
+#include <functional>
 #include <system_error>
 
 // The commands that move, copy or rename items, keep the links right, and take that back.
@@ -23,9 +25,10 @@ std::string shown(const fs::path& path, const fs::path& site)
     return relative.empty() || *relative.begin() == ".." ? path.native() : relative.native();
 }
 
-std::string countOfLinks(std::size_t count)
+std::string countOfEdits(std::size_t count, const LinkPlan& plan)
 {
-    return std::to_string(count) + (count == 1 ? " link" : " links");
+    const std::string what = plan.text ? "place" : "link";
+    return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
 ExitCode complainAbout(const std::vector<MoveProblem>& problems)
@@ -91,25 +94,31 @@ Way wayOf(const CommandArguments& line)
     return line.has("--anyway") ? Way::CarryOutAnyway : Way::CarryOut;
 }
 
-ExitCode carryOut(const MoveRequest& request, Way way)
+ExitCode carryOut(const fs::path& site, const std::function<Result<LinkPlan>()>& planned, Way way)
 {
-    auto moves = SiteMoves::open(request.site);
+    auto moves = SiteMoves::open(site);
     if (!moves)
         return unusable(moves.error().text);
-    const auto plan = planMove(request);
+    const auto plan = planned();
     if (!plan)
         return unusable(plan.error().text);
-    const ExitCode planned = complainAbout(plan->problems);
+    const MoveRequest& request = plan->request;
+    if (plan->text && plan->pages.empty() && plan->problems.empty()) {
+        complain("Not found");
+        return ExitCode::Found;
+    }
+    const ExitCode outcome = complainAbout(plan->problems);
     if (way == Way::Show)
-        return printPlan(*plan) == ExitCode::Ok ? planned : ExitCode::Found;
+        return printPlan(*plan) == ExitCode::Ok ? outcome : ExitCode::Found;
     if (way == Way::CarryOut && !plan->stayingPages().empty()) {
-        complain("Nothing was changed, because links there would break; --anyway accepts that");
+        complain(plan->text ? "Nothing was changed; --anyway leaves these files as they are"
+                            : "Nothing was changed, because links there would break; --anyway accepts that");
         return ExitCode::Found;
     }
     const MoveReport report = moves->carryOut(*plan);
     StandardOutput output;
     if (report.isDone) {
-        if (!request.changesLinksOnly)
+        if (!report.items.empty() && !request.changesLinksOnly)
             appendItems(output.text(), report.items, request.site, request.operation == MoveOperation::Copy,
                         false);
         for (const PageRewrite& page : plan->pages)
@@ -117,12 +126,18 @@ ExitCode carryOut(const MoveRequest& request, Way way)
                 .append("rewrote ")
                 .append(shown(page.page, request.site))
                 .append(": ")
-                .append(countOfLinks(page.edits.size()))
+                .append(countOfEdits(page.edits.size(), *plan))
                 .append("\n");
         appendNotes(output.text(), *plan);
     }
     const ExitCode done = complainAbout(report.problems);
-    return output.finish() && done == ExitCode::Ok ? planned : ExitCode::Found;
+    return output.finish() && done == ExitCode::Ok ? outcome : ExitCode::Found;
+}
+
+ExitCode carryOut(const MoveRequest& request, Way way)
+{
+    return carryOut(
+        request.site, [&request] { return planMove(request); }, way);
 }
 
 // Shows a move's log on standard output and its problems on standard error.
@@ -247,6 +262,25 @@ ExitCode relink(const std::vector<std::string>& arguments)
     return carryOut(request, wayOf(line));
 }
 
+ExitCode renameName(const std::vector<std::string>& arguments)
+{
+    const CommandArguments line(arguments, {"--anyway", "--dry-run", "--id"}, {"--web-address", "--index"});
+    if (!line.error().empty())
+        return wrongUsage(renameClassCommand, line.error());
+    const std::vector<std::string>& operands = line.operands();
+    if (operands.size() != 3)
+        return wrongUsage(renameClassCommand, "a site, a name and its new name are needed");
+    if (const std::string problem = problemOfName(operands[2]); !problem.empty())
+        return wrongUsage(renameClassCommand, problem);
+    const auto site = siteFolder(operands[0]);
+    if (!site)
+        return ExitCode::Unusable;
+    const WebRules rules = webRules(line, operands[0]);
+    return carryOut(
+        *site, [&] { return planNameChange(*site, line.has("--id"), operands[1], operands[2], rules); },
+        wayOf(line));
+}
+
 ExitCode undo(const std::vector<std::string>& arguments)
 {
     const CommandArguments line(arguments, {"--skip"}, {});
@@ -329,6 +363,25 @@ const LumactlCommand copyCommand = {
 const LumactlCommand renameCommand = {"rename", "SITE ITEM NEWNAME [--dry-run] [--anyway] [--by-letter]",
                                       "rename a file or folder of a site and keep the links to it right",
                                       renameHelp, rename};
+
+const LumactlCommand renameClassCommand = {
+    "rename-class", "SITE NAME NEWNAME [--id] [--dry-run] [--anyway]",
+    "rename a class or id in all pages and style sheets of a site",
+    "Renames the class NAME where elements have it and in selectors; an id also where\n"
+    "labels and links name it. No other byte changes. Scripts stay as they are: those\n"
+    "that mention the name are listed.\n"
+    "\n"
+    "  --id                 NAME is an id\n"
+    "  --dry-run            change nothing, print what would change\n"
+    "  --anyway             go on though a file can't be read or written; it stays as\n"
+    "                       it is\n"
+    "\n"
+    "  lumactl rename-class ~/site teaser intro --dry-run\n"
+    "\n"
+    "\"lumactl undo SITE\" takes it back. It happens as a whole or not at all, as\n"
+    "\"lumactl move --help\" describes. The exit code is 1 if nothing has the name, or a\n"
+    "file could not be read or changed.\n",
+    renameName};
 
 const LumactlCommand relinkCommand = {
     "relink", "SITE OLD NEW [--dry-run] [--anyway]", "point all links to one file of a site to another one",

@@ -39,6 +39,11 @@ constexpr std::size_t smallPage = std::size_t{64} << 10U; // bytes that are writ
 
 using AttributeChanges = std::vector<std::pair<html::Element*, std::vector<html::Attribute>>>;
 
+QString stepNameOf(const LinksUpdate& update)
+{
+    return update.action.empty() ? QObject::tr("Update Links") : QString::fromStdString(update.action);
+}
+
 bool isLink(const html::Attribute& attribute)
 {
     return std::find(linkAttributes.begin(), linkAttributes.end(), attribute.name) != linkAttributes.end();
@@ -242,21 +247,21 @@ Result<void> PageStore::updateLinks(const LinksUpdate& update)
     if (isWritten && written->newHash == m_file.knownHash())
         return {};
     if (m_stack.isClean() && changedOnDisk())
-        return load(QObject::tr("Update Links"));
+        return load(stepNameOf(update));
     if (!update.updated)
         return {};
-    if (auto changed = changeLinks(update.updated, oldPlace); !changed)
+    if (auto changed = changeText(update, oldPlace); !changed)
         return changed;
     if (isWritten && written->oldHash == m_file.knownHash() && m_file.adopt(written->newHash))
         m_stack.resetClean();
     return {};
 }
 
-Result<void> PageStore::changeLinks(const LinksUpdate::Updated& updated, const fs::path& oldPlace)
+Result<void> PageStore::changeText(const LinksUpdate& update, const fs::path& oldPlace)
 {
     html::Document& document = *m_tree.document();
     const std::string before = markup();
-    const auto after = updated(before, oldPlace, m_docURL);
+    const auto after = update.updated(before, oldPlace, m_docURL);
     if (!after)
         return after.error();
     if (*after == before)
@@ -265,8 +270,7 @@ Result<void> PageStore::changeLinks(const LinksUpdate::Updated& updated, const f
     if (!page)
         return page.error();
     PageCommands(m_tree, m_stack)
-        .apply(linkDifference(document, **page), QObject::tr("Update Links"),
-               PageCommands::Merging::Separate);
+        .apply(linkDifference(document, **page), stepNameOf(update), PageCommands::Merging::Separate);
     return {};
 }
 

@@ -119,7 +119,7 @@ private:
 
     Result<void> takeSaved(Saving& saving);
     Result<void> replaceMarkup(const std::string& text, const QString& name);
-    Result<void> changeLinks(const LinksUpdate::Updated& updated, const std::filesystem::path& oldPlace);
+    Result<void> changeText(const LinksUpdate& update, const std::filesystem::path& oldPlace);
 
     PageTree& m_tree;
     QUndoStack& m_stack;

@@ -3497,10 +3497,6 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <translation>Nicht mehr dieselbe Datei wie %1, weil ihr Text sich unterscheiden wird</translation>
     </message>
     <message>
-        <source>%1 was replaced in part in the file; this window keeps its own text</source>
-        <translation>%1 wurde in der Datei nur teilweise ersetzt; dieses Fenster behält seinen eigenen Text</translation>
-    </message>
-    <message>
         <source>Replace &quot;%1&quot; by &quot;%2&quot;</source>
         <translation>„%1“ durch „%2“ ersetzen</translation>
     </message>
@@ -3543,6 +3539,22 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>The class &quot;%1&quot; exists already; both will be one</source>
         <translation>Die Klasse „%1“ gibt es schon; aus beiden wird eine</translation>
+    </message>
+    <message>
+        <source>Take Back</source>
+        <translation>Zurücknehmen</translation>
+    </message>
+    <message>
+        <source>Rename Anyway</source>
+        <translation>Trotzdem umbenennen</translation>
+    </message>
+    <message>
+        <source>%1 was replaced in the file; this window keeps its own text, in which the ticked places can&apos;t be told from the others</source>
+        <translation>%1 wurde in der Datei ersetzt; dieses Fenster behält seinen eigenen Text, in dem sich die angehakten Stellen nicht von den anderen unterscheiden lassen</translation>
+    </message>
+    <message>
+        <source>Replace Anyway</source>
+        <translation>Trotzdem ersetzen</translation>
     </message>
 </context>
 <context>
@@ -5100,6 +5112,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>files</source>
         <translation>Dateien</translation>
+    </message>
+    <message>
+        <source>Can&apos;t be changed or read: %1. If you go on, they stay as they are.</source>
+        <translation>Nicht änderbar oder nicht lesbar: %1. Wenn Sie fortfahren, bleibt es dort, wie es ist.</translation>
     </message>
 </context>
 <context>

@@ -112,6 +112,30 @@ private slots:
         QVERIFY(!window->isWindowModified());
     }
 
+    // The field shows it tidied.
+    void placeOfASheet_isShown()
+    {
+        put("css/\u00fc & %.css", "/* \u00fc */ i{}\nb{color:red}  p{margin:0;background:url(\"x.png\")}");
+        put("css/a.css", "p{}");
+        open(
+            "<link rel=stylesheet href=\"css/%C3%BC%20&amp;%20%25.css\"><link rel=stylesheet href=css/a.css><p>x</p>");
+        trigger("stylesAction");
+        QVERIFY(!cssField()->isVisible());
+        QVERIFY(!window->showSheetPlace(at("css/none.css"), 1, 1));
+        QVERIFY(window->showSheetPlace(at("css/\u00fc & %.css"), 2, 24));
+        QTRY_VERIFY(cssField()->isVisible());
+        QVERIFY2(cssField()
+                     ->textCursor()
+                     .block()
+                     .text()
+                     .mid(cssField()->textCursor().positionInBlock())
+                     .startsWith("background"),
+                 qPrintable(cssField()->textCursor().block().text()));
+        QVERIFY(window->showSheetPlace(at("css/a.css"), 99, 99));
+        QVERIFY(cssField()->textCursor().atEnd());
+        QVERIFY(!window->isWindowModified());
+    }
+
     // What can't be stored stays, and nothing is said.
     void sheetThatCantBeWritten_staysInTheField()
     {

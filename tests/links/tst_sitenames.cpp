@@ -109,6 +109,12 @@ private slots:
         row("id elsewhere", "p.html", "<label for=a><a href=#a>", "#a", "#n", "<label for=a><a href=#a>");
         row("letters", "p.html", "<meta charset=latin1><p class=\xE4><p class=\"b \xE4\">", ".\u00e4",
             ".\u00f6", "<meta charset=latin1><p class=\xF6><p class=\"b \xF6\">");
+        row("a frame's page, whose ids are its own", "p.html",
+            "<p class=a id=a><iframe srcdoc=\"<p class='b &#97; a&amp;#98;' id=a><style>.a{}#a{}</style><a href=#a>"
+            "&lt;i class=a&gt;<iframe srcdoc='<i class=a>'>\">",
+            ".a", ".n",
+            "<p class=n id=a><iframe srcdoc=\"<p class='b n a&amp;#98;' id=a><style>.n{}#a{}</style><a href=#a>"
+            "&lt;i class=n&gt;<iframe srcdoc='<i class=a>'>\">");
         row("server code", "p.php", "<p class='a <?= $a ?> a<?= 1 ?>'><?php a ?>", ".a", ".n",
             "<p class='n <?= $a ?> a<?= 1 ?>'><?php a ?>");
     }

@@ -198,6 +198,43 @@ private slots:
         QCOMPARE(*report.links->updated("x", site.at("o.html"), site.at("o.html")), std::string("x"));
     }
 
+    // The text has unsaved edits: ticks are 1 for wanted, and the result is empty where nobody can tell the places apart.
+    void openPages_getTickedPlacesReplaced_data()
+    {
+        const test::Rows<std::string, QByteArray, std::string, std::string> row("saved", "ticks", "unsaved",
+                                                                                "result");
+        const std::string saved = "<p>one x<p>two x<p>three x";
+        row("edit elsewhere", saved, "101", "<p>new<p>one x<p>two x<p>three x",
+            "<p>new<p>one y<p>two x<p>three y");
+        row("edit beside each", saved, "010", "<p>1 x<p>2 x<p>3 x", "<p>1 x<p>2 y<p>3 x");
+        row("edit beside one", saved, "010", "<p>one x<p>2 x<p>three x", "<p>one x<p>2 y<p>three x");
+        row("new ones stay", saved, "110", "<p>x new<p>one x<p>two x<p>three x",
+            "<p>x new<p>one y<p>two y<p>three x");
+        row("a wanted one is gone", saved, "110", "<p>one x<p>three x", "<p>one y<p>three x");
+        row("another is gone", saved, "110", "<p>one x<p>two x", "<p>one y<p>two y");
+        row("all gone", saved, "110", "<p>none", "<p>none");
+        row("all wanted ones are gone", saved, "111", "<p>none", "<p>none");
+        row("none known any more", saved, "100", "<p>1 x<p>2 x", "");
+        row("moved, as if deleted and new", saved, "100", "<p>two x<p>three x<p>one x",
+            "<p>two x<p>three x<p>one x");
+        row("many alike", "<p>x<p>x<p>x<p>x", "1000", "<p>x<p>x<p>x<p>x<p>", "<p>y<p>x<p>x<p>x<p>");
+    }
+    void openPages_getTickedPlacesReplaced()
+    {
+        QFETCH(std::string, saved);
+        const Site site({{"p.html", saved}});
+        auto places = all(found(site, queryOf("x", "c")));
+        QFETCH(QByteArray, ticks);
+        for (qsizetype i = 0; i < ticks.size(); ++i)
+            places[0].isWanted[static_cast<std::size_t>(i)] = ticks[i] == '1';
+        const auto plan = planReplacement(site.root(), queryOf("x", "c"), "y", places);
+        const MoveReport report = carryOut(site, *plan);
+        QCOMPARE(report.links->action, std::string("Replace"));
+        QFETCH(std::string, unsaved);
+        const auto updated = report.links->updated(unsaved, site.at("p.html"), site.at("p.html"));
+        QTEST(updated ? *updated : std::string(), "result");
+    }
+
     // A text is looked for in the tags' company first, an expression is not.
     void text_isFoundWhereTheSameExpressionIs()
     {

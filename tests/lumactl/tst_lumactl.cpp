@@ -221,13 +221,15 @@ private slots:
 
     void pageThatCannotBeWritten_stopsAMove()
     {
-        const Site site({{"index.html", "<a href=x.html>"}, {"x.html", "<p>"}, {"sub/z", ""}});
+        const Site site(
+            {{"index.html", "<a href=x.html class=a>"}, {"x.html", "<p class=a>"}, {"sub/z", ""}});
         const luma::test::Files before = site.contents();
         const luma::test::Obstacle obstacle(site, "index.html", luma::test::Obstacle::forAll());
         if (!obstacle.isThere())
             QSKIP("no page can be made immutable here");
         for (const char* const command :
-             {"move . x.html sub", "rename . x.html y.html", "relink . x.html sub/z"}) {
+             {"move . x.html sub", "rename . x.html y.html", "relink . x.html sub/z",
+              "find . href --source --replace HREF", "rename-class . a b"}) {
             const Answer answer = lumactl(site, command);
             QCOMPARE(answer.code, 1);
             QVERIFY2(answer.errors.contains("index.html: ") && answer.errors.contains("--anyway"),
@@ -240,6 +242,28 @@ private slots:
         QCOMPARE(answer.output, QByteArray("moved x.html to sub/x.html\n"));
         QVERIFY(answer.errors.contains("index.html: "));
         QCOMPARE(site.listing(), std::string("index.html\nsub/x.html\nsub/z\n"));
+    }
+
+    void renameClass_changesElementsAndRules()
+    {
+        const luma::test::Files files = {{"index.html", "<link href=s.css><p class='a b' id=a>a"},
+                                         {"s.css", ".a, #a { color: red }"},
+                                         {"x.html", "<script>let a</script>"}};
+        const Site site(files);
+        const Answer planned = lumactl(site, "rename-class . a '\xC3\xBC.1' --dry-run");
+        QCOMPARE(planned.output,
+                 QByteArray("index.html:1: .a -> .\xC3\xBC.1\ns.css:1: .a -> .\xC3\xBC.1\n"
+                            "x.html: A script here mentions \"a\"; scripts are not changed\n"));
+        QCOMPARE(site.contents(), files);
+        QCOMPARE(lumactl(site, "rename-class . a '\xC3\xBC.1'").code, 0);
+        QCOMPARE(site.bytesOf("index.html"), std::string("<link href=s.css><p class='\xC3\xBC.1 b' id=a>a"));
+        QCOMPARE(site.bytesOf("s.css"), std::string(".\xC3\xBC\\.1, #a { color: red }"));
+        QCOMPARE(lumactl(site, "rename-class . a d --id").code, 0);
+        QCOMPARE(site.bytesOf("s.css"), std::string(".\xC3\xBC\\.1, #d { color: red }"));
+        QCOMPARE(lumactl(site, "undo . && \"$LUMACTL\" undo .").code, 0);
+        QCOMPARE(site.contents(), files);
+        QCOMPARE(lumactl(site, "rename-class . none d").code, 1);
+        QCOMPARE(lumactl(site, "rename-class . a 'x y'").code, 2);
     }
 
     void edit_changesOneElement_data()
@@ -492,7 +516,7 @@ private slots:
                                                 QRegularExpression::MultilineOption);
         for (auto match = command.globalMatch(help); match.hasNext();)
             listed << match.next().captured(1).toUtf8();
-        QCOMPARE(listed.size(), 15);
+        QCOMPARE(listed.size(), 16);
         for (const QByteArray& name : listed) {
             const Answer answer = lumactl(site, name + " --help");
             QCOMPARE(lumactl(site, "help " + name).output, answer.output);

@@ -11,7 +11,9 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QToolButton>
 
@@ -159,12 +161,20 @@ private slots:
         QTRY_COMPARE(note(), "4 places in 2 files; 4 ticked in 2 files");
     }
 
+    // The user hears of them first.
     void filesChangedSince_areLeftAlone()
     {
         search("one");
         replaceBy("two");
         folders->put("sending/index.html", "<p>Another one");
         find<QAbstractButton>("siteFindReplaceButton").click();
+        const auto preview = [this] { return site->window->findChild<QDialog*>("planPreview"); };
+        QTRY_VERIFY(preview());
+        QCOMPARE(preview()->findChild<QLabel*>("planWarningText")->text(),
+                 "Can't be changed or read: index.html. If you go on, they stay as they are.");
+        QCOMPARE(preview()->findChild<QPushButton*>("planAcceptButton")->text(), "&Replace Anyway");
+        test::saveScreenshots(*preview(), "replace-warning");
+        preview()->accept();
         QTRY_COMPARE(folders->bytesOf("sending/a/x.html"), std::string("<p title=one>Sometwo's two</p>"));
         QTRY_VERIFY(site->isDone());
         QCOMPARE(folders->bytesOf("sending/index.html"), std::string("<p>Another one"));
