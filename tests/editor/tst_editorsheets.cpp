@@ -122,7 +122,7 @@ private slots:
         trigger("stylesAction");
         QVERIFY(!cssField()->isVisible());
         QVERIFY(!window->showSheetPlace(at("css/none.css"), 1, 1));
-        QVERIFY(window->showSheetPlace(at("css/\u00fc & %.css"), 2, 24));
+        QVERIFY(window->showSheetPlace(at("css/\u00fc & %.css"), 2, 26));
         QTRY_VERIFY(cssField()->isVisible());
         QVERIFY2(cssField()
                      ->textCursor()
