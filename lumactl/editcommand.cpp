@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "base/files.h"
 #include "html/characterdata.h"
+#include "html/codemarks.h"
 #include "html/element.h"
 #include "html/pagecodec.h"
 #include "html/pagelanguage.h"
@@ -161,6 +162,7 @@ ExitCode editPage(const CommandArguments& line, const Edit& edit)
     if (!document)
         return unusable(page + ": " + document.error().text);
     std::vector<html::Element*> elements = (*document)->select(line.operands()[1]);
+    std::erase_if(elements, [](const html::Element* element) { return html::isServerCode(*element); });
     if (elements.empty())
         return failed(page + ": no element matches " + line.operands()[1]);
     if (elements.size() > 1 && !line.has("--all"))

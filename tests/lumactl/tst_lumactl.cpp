@@ -324,6 +324,14 @@ private slots:
         QCOMPARE(lumactl(site, "edit rows.inc tr --remove").code, 0);
         QCOMPARE(site.bytesOf("rows.inc"), std::string("<!-- rows -->\n\n"));
     }
+    void edit_passesServerCodeOver()
+    {
+        const Site site(Files{{"page.php", "<?php a() ?><p>b<?= c() ?></p><template>d</template>\n"}});
+        QCOMPARE(lumactl(site, "edit page.php template --attr id=e").code, 0);
+        QCOMPARE(lumactl(site, "edit page.php 'p *' --remove").code, 1);
+        QCOMPARE(site.bytesOf("page.php"),
+                 std::string("<?php a() ?><p>b<?= c() ?></p><template id=\"e\">d</template>\n"));
+    }
     void dryEdit_printsTheLines()
     {
         const Site site(Files{{"page.html", "<h1>a</h1>\n<p>1\n<p>x\n<p>2\n<div>d</div>"}});
