@@ -2,23 +2,31 @@
 #include "editor/pagespelling.h"
 
 #include "page/pagetree.h"
+#include "web/scriptcall.h"
 #include "web/spellcheck.h"
+#include "web/viewcontroller.h"
 
 #include <QAction>
 #include <QWidget>
 
 namespace luma {
 
-PageSpelling::PageSpelling(SpellCheck& check, const PageTree& tree, QAction& action, QWidget& window)
-    : QObject(&window), m_check(check), m_tree(tree), m_window(window)
+PageSpelling::PageSpelling(ViewController& rendering, const PageTree& tree, QAction& action, QWidget& window)
+    : QObject(&window),
+      m_rendering(rendering),
+      m_check(rendering.webView()->spellCheck()),
+      m_tree(tree),
+      m_window(window)
 {
-    action.setChecked(check.isOn());
-    connect(&action, &QAction::toggled, &check, [this, &check](bool on) {
+    action.setChecked(m_check.isOn());
+    connect(&action, &QAction::toggled, &m_check, [this](bool on) {
+        m_missing.clear();
         tellLanguages();
-        check.setOn(on);
+        m_check.setOn(on);
     });
-    connect(&check, &SpellCheck::changed, &action, &QAction::setChecked);
-    connect(&check, &SpellCheck::dictionaryMissing, this, &PageSpelling::tellMissing);
+    connect(&m_check, &SpellCheck::changed, &action, &QAction::setChecked);
+    connect(&m_check, &SpellCheck::languagesUsed, this, &PageSpelling::takeMissing);
+    connect(&rendering.webView()->editorPage(), &EditorPage::shown, this, &PageSpelling::showInPage);
     connect(&tree, &PageTree::reset, this, &PageSpelling::update);
     connect(&tree, &PageTree::attributesSwapped, this, [this](const html::Element* element) {
         if (element->hasAttr("lang"))
@@ -46,14 +54,26 @@ void PageSpelling::tellLanguages()
     m_told = m_check.languages();
 }
 
-void PageSpelling::tellMissing(const QStringList& languages)
+void PageSpelling::takeMissing(const QStringList& languages)
 {
-    if (languages != m_told)
+    if (m_check.languages() != m_told)
         return;
-    emit failed(
-        SpellDictionaries::converter()
-            ? tr("No spelling dictionary is installed for: %1").arg(languages.join(QStringLiteral(", ")))
-            : tr("To check the spelling, install the package qt6-webengine-dev-tools."));
+    const bool isNews = !languages.isEmpty() && languages != m_missing;
+    m_missing = languages;
+    showInPage();
+    if (isNews)
+        emit failed(
+            SpellDictionaries::converter()
+                ? tr("No spelling dictionary is installed for: %1").arg(languages.join(QStringLiteral(", ")))
+                : tr("To check the spelling, install the package qt6-webengine-dev-tools."));
+}
+
+void PageSpelling::showInPage()
+{
+    QStringList names;
+    for (const QString& language : m_missing)
+        names.append(u'\'' + quotedForScript(language) + u'\'');
+    m_rendering.evaluate(QStringLiteral("leaveOutOfSpelling([%1])").arg(names.join(u',')));
 }
 
 } // namespace luma

@@ -11,6 +11,7 @@ namespace luma {
 
 class PageTree;
 class SpellCheck;
+class ViewController;
 
 /// Switches the spell check on and off, and tells it the languages of the page whose window is active. It is one for all
 /// windows, so their actions are in step. Main thread.
@@ -20,7 +21,7 @@ class PageSpelling final : public QObject
 
 public:
     /// All of them outlive it; the action is checkable.
-    PageSpelling(SpellCheck& check, const PageTree& tree, QAction& action, QWidget& window);
+    PageSpelling(ViewController& rendering, const PageTree& tree, QAction& action, QWidget& window);
 
     /// The page has been read, or its window is active.
     void update();
@@ -31,12 +32,16 @@ signals:
 
 private:
     void tellLanguages();
-    void tellMissing(const QStringList& languages);
+    void takeMissing(const QStringList& languages);
+    /// Leaves parts in languages without a dictionary out.
+    void showInPage();
 
+    ViewController& m_rendering;
     SpellCheck& m_check;
     const PageTree& m_tree;
     QWidget& m_window;
-    QStringList m_told; // the languages that the check took from the page
+    QStringList m_told;    // the languages that the check took from the page
+    QStringList m_missing; // those without a dictionary
 };
 
 } // namespace luma

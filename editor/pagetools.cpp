@@ -45,8 +45,7 @@ PageTools::PageTools(const Parts& parts, QWidget* window)
     createSheetTools();
     createStyleRules();
     createCheck();
-    m_spelling = new PageSpelling(parts.rendering.webView()->spellCheck(), parts.tree,
-                                  *parts.ui.spellCheckAction, *window);
+    m_spelling = new PageSpelling(parts.rendering, parts.tree, *parts.ui.spellCheckAction, *window);
     connect(m_spelling, &PageSpelling::failed, this, &PageTools::failed);
 }
 

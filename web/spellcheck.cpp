@@ -3,6 +3,7 @@
 
 #include "base/mainhop.h"
 #include "base/pathtext.h"
+#include "base/statefolder.h"
 #include "base/workitem.h"
 
 #include <QLocale>
@@ -21,8 +22,10 @@ SpellCheck::SpellCheck(QWebEngineProfile& profile) : m_profile(profile) {}
 
 void SpellCheck::preparePath()
 {
-    if (!qEnvironmentVariableIsSet(pathVariable))
-        qputenv(pathVariable, textOf(SpellDictionaries::ofTheDesktop().copies()).toLocal8Bit());
+    // The engine ignores a folder that isn't there when it starts.
+    const auto copies = SpellDictionaries::ofTheDesktop().copies();
+    if (!qEnvironmentVariableIsSet(pathVariable) && makePrivateFolder(copies))
+        qputenv(pathVariable, textOf(copies).toLocal8Bit());
 }
 
 void SpellCheck::setOn(bool on)
@@ -54,25 +57,27 @@ void SpellCheck::update()
           [languages = m_languages, update = m_updates, self = QPointer(this)](const WorkItem&) {
               const SpellDictionaries dictionaries = SpellDictionaries::ofTheDesktop();
               QStringList names;
+              QStringList missing;
               for (const QString& language : languages) {
                   const QString name = dictionaries.nameFor(language);
                   const QString copy = name.isEmpty() ? QString() : dictionaries.provide(name);
-                  if (!copy.isEmpty() && !names.contains(copy))
+                  if (copy.isEmpty())
+                      missing.append(language);
+                  else if (!names.contains(copy))
                       names.append(copy);
               }
               onMain(self, [&](SpellCheck& check) {
                   if (update == check.m_updates)
-                      check.use(names);
+                      check.use(names, missing);
               });
           });
 }
 
-void SpellCheck::use(const QStringList& names)
+void SpellCheck::use(const QStringList& names, const QStringList& missing)
 {
     m_profile.setSpellCheckLanguages(names);
     m_profile.setSpellCheckEnabled(!names.isEmpty());
-    if (names.isEmpty())
-        emit dictionaryMissing(m_languages);
+    emit languagesUsed(missing);
 }
 
 } // namespace luma

@@ -32,12 +32,12 @@ public:
 
 signals:
     void changed(bool isOn);
-    /// For none of the languages is there a dictionary.
-    void dictionaryMissing(const QStringList& languages);
+    /// From now on the engine checks in the languages() but these, for which there is no dictionary. So after each change.
+    void languagesUsed(const QStringList& missing);
 
 private:
     void update();
-    void use(const QStringList& names);
+    void use(const QStringList& names, const QStringList& missing);
 
     QWebEngineProfile& m_profile;
     QStringList m_languages;

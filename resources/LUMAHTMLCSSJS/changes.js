@@ -152,7 +152,7 @@ function fingerprint() {
         if (node instanceof Element) {
             add('\u0001' + node.localName);
             for (const { name, value } of node.attributes)
-                if (name !== 'open' || !openedDetails.has(node))
+                if (!isOwnSpellcheck({ name, value }) && (name !== 'open' || !openedDetails.has(node)))
                     add('\u0002' + name + '\u0003' + value);
         } else {
             add(node instanceof Text ? node.data : '\u0004' + node.data + '\u0005');

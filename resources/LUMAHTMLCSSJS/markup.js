@@ -13,10 +13,11 @@ function markupOfNode(node) {
         return '<!--' + node.data + '-->';
     if (node instanceof Text)
         return rawTextElements.has(node.parentNode.localName) ? node.data : escapedText(node.data);
-    if (!holdsOpened(node) && !partsOf(node).some((part) => beginningWithLineEnd(part).length > 0))
+    if (!holdsOpened(node) && !holdsOwnSpellcheck(node) && !partsOf(node).some((part) => beginningWithLineEnd(part).length > 0))
         return outerMarkup.call(node);
     const copy = node.cloneNode(true);
     closeOpened(node, copy);
+    withoutOwnSpellcheck(copy);
     for (const part of partsOf(copy))
         beginningWithLineEnd(part).forEach((element) => element.prepend('\n'));
     return outerMarkup.call(copy);

@@ -25,6 +25,7 @@ function markupOf(range) {
     }
     const holder = document.createElement('div');
     holder.append(contents);
+    withoutOwnSpellcheck(holder);
     for (const part of partsOf(holder))
         beginningWithLineEnd(part).forEach((element) => element.prepend('\n'));
     return holder.innerHTML;

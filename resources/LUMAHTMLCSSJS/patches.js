@@ -55,7 +55,7 @@ function copyExactly(attributes, element) {
     openedDetails.delete(element);
     const names = new Set(attributes.map(([name]) => name));
     for (const { name } of Array.from(element.attributes))
-        if (!names.has(name))
+        if (!names.has(name) && !isOwnSpellcheck(element.getAttributeNode(name)))
             element.removeAttribute(name);
     for (const [name, value] of attributes)
         if (element.getAttribute(name) !== value)

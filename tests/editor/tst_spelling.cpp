@@ -98,6 +98,37 @@ private slots:
                      QByteArray(misspelled).replace("helo", "hello"));
     }
 
+    void quotationsInOtherLanguages_areNotMarked()
+    {
+        putDictionary(u"fr_FR"_qs, "bonjour\nmonde\n");
+        const std::string page =
+            "<!DOCTYPE html><html lang=en-GB><title>T</title><style>p { margin: 0; font-size: 40px }</style>"
+            "<p>helo</p><p lang=fr>monde</p><p lang=qq>nihil <b lang=en-GB>helo</b></p><p>nihil</p></html>";
+        open(page);
+        if (the<QAction>("spellCheckAction")->isChecked())
+            trigger("spellCheckAction");
+        trigger("spellCheckAction");
+        QTRY_COMPARE(the<QLabel>("noticeText")->text(), u"No spelling dictionary is installed for: qq"_qs);
+        focusPage();
+        const auto line = [](int number) { return QPoint(30, 45 * number + 30); };
+        const QString marked = u"No Suggestions"_qs;
+        QTRY_VERIFY2(menuAt(line(3)).contains(marked), "a word that English doesn't have is marked");
+        QTRY_VERIFY2(menuAt(line(0)).contains(u"hello"_qs), "so is one with suggestions");
+        QVERIFY2(!menuAt(line(1)).contains(marked), "right in the quotation's language");
+        QVERIFY2(!menuAt(line(2)).contains(marked), "of a language without a dictionary");
+        QTRY_VERIFY2(menuAt(line(2) + QPoint(110, 0)).contains(u"hello"_qs), "English inside it");
+        test::saveScreenshots(*window, "spelling-quotations");
+        click("<p lang=\"qq\"");
+        trigger("duplicateAction");
+        setCaretBehind("nihil");
+        type("x");
+        QTRY_VERIFY2(body().contains("nihilx"), body().constData());
+        trigger("saveAction");
+        QTRY_VERIFY2(file("page.html").find("nihilx") != std::string::npos, "saved");
+        QVERIFY2(file("page.html").find("spellcheck") == std::string::npos, file("page.html").c_str());
+        QVERIFY(!body().contains("spellcheck"));
+    }
+
     void languageWithoutADictionary_isTold()
     {
         open("<!DOCTYPE html><html lang=qq><title>T</title><p>helo</p>");
