@@ -150,6 +150,7 @@ Result<PageCodec::Written> PageCodec::write(const Document& document, MarkupLang
                     "It holds a character that %1 lacks, in a script, a style sheet or a comment, where it can't be written otherwise."),
                 {encoding.name()})};
     }
+    written.isAlike = page->isAlike;
     if (page->isSame)
         written.parsed = std::move(page->parsed);
     return written;

@@ -25,6 +25,7 @@ public:
     {
         std::string bytes;
         WritingWay way = WritingWay::Unchanged;
+        bool isAlike = false; // WrittenPage::isAlike
         /// What the bytes are read as; for PageSource::transfer where it is the same tree. Null when no markup gives the
         /// document: then `bytes` come nearest to it.
         std::unique_ptr<Document> parsed;

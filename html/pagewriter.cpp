@@ -5,6 +5,7 @@
 #include "html/characterdata.h"
 #include "html/codemarks.h"
 #include "html/element.h"
+#include "html/omittedtags.h"
 #include "html/piecewriter.h"
 #include "html/treecomparison.h"
 #include "html/unchangednodes.h"
@@ -75,6 +76,27 @@ const Node* smallestEdited(const Document& document)
     return around;
 }
 
+// The page without the white space beside server code that stands before its first tag, as the parser reads it; null where
+// there is none.
+NodePtr withoutLeadingBlanks(const Document& document)
+{
+    NodePtr copy = document.copy();
+    const Element* const body = static_cast<const Document&>(*copy).body();
+    bool holdsCode = false;
+    std::vector<Node*> blanks;
+    for (Node* node = body && !hasMarkup(*body) ? body->firstChild() : nullptr; node; node = node->next()) {
+        const std::string* const text = textOf(*node);
+        if (text ? !isBlank(*text) : !isComment(*node))
+            break;
+        holdsCode = holdsCode || isServerCode(*node);
+        if (text)
+            blanks.push_back(node);
+    }
+    for (Node* const blank : blanks)
+        blank->remove();
+    return holdsCode && !blanks.empty() ? std::move(copy) : nullptr;
+}
+
 /// Writes one page again and again, each time printing more, until what is read is what was written.
 class CheckedWriting final
 {
@@ -89,6 +111,11 @@ public:
             return std::move(m_result);
         if (!m_error && isEmptyPartOfTable(m_document))
             return std::move(m_result);
+        if (const NodePtr page = m_error ? nullptr : withoutLeadingBlanks(m_document)) {
+            m_result.isAlike = !smallestDifferent(static_cast<const Document&>(*page), *m_result.parsed);
+            if (m_result.isAlike)
+                return std::move(m_result);
+        }
         const std::vector<const Node*> around = elementsAround(m_difference);
         WrittenPage patched = m_error ? WrittenPage() : std::move(m_result);
         if (attempt(OmittedTags::Edited, WritingWay::TagsWritten))

@@ -40,6 +40,9 @@ struct WrittenPage
     /// False for a document that no markup gives (a paragraph in a paragraph): `parsed` is what comes nearest, and no more
     /// is printed than helps.
     bool isSame = true;
+    /// Whether `parsed` lacks nothing but white space beside the server code that the page begins with. A <body> in front would
+    /// keep it, but the code may send a page's head.
+    bool isAlike = false;
     /// What a parser reads from `text`. It knows `text` as its source.
     std::unique_ptr<Document> parsed;
 };

@@ -179,7 +179,7 @@ ExitCode editPage(const CommandArguments& line, const Edit& edit)
     const auto written = codec.write(**document, language.markup());
     if (!written)
         return failed(page + ": " + written.error().text);
-    if (!written->parsed && !html::isEmptyPartOfTable(**document))
+    if (!written->parsed && !written->isAlike && !html::isEmptyPartOfTable(**document))
         return failed(page + ": HTML has no way to write this; a browser would read another page");
     return write(page, *bytes, written->bytes, line.has("--dry-run"));
 }

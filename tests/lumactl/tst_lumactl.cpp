@@ -331,6 +331,9 @@ private slots:
         QCOMPARE(lumactl(site, "edit page.php 'p *' --remove").code, 1);
         QCOMPARE(site.bytesOf("page.php"),
                  std::string("<?php a() ?><p>b<?= c() ?></p><template id=\"e\">d</template>\n"));
+        const Site parts(Files{{"page.php", "<?php head() ?>\n<h1>a</h1>\n<p>b</p>\n<?php foot() ?>\n"}});
+        QCOMPARE(lumactl(parts, "edit page.php h1 --remove").code, 0);
+        QCOMPARE(parts.bytesOf("page.php"), std::string("<?php head() ?>\n\n<p>b</p>\n<?php foot() ?>\n"));
     }
     void dryEdit_printsTheLines()
     {
