@@ -5,10 +5,12 @@
 #include "app/helpmenu.h"
 #include "app/preferences.h"
 #include "base/pathbelow.h"
+#include "base/pathtext.h"
 #include "browser/movenotices.h"
 #include "desktop/windowregistry.h"
 #include "editor/htmldocument.h"
 #include "editor/pagefollower.h"
+#include "editor/templatesheet.h"
 
 #include <QFile>
 #include <QVariant>
@@ -95,6 +97,10 @@ HTMLDocument* PageWindows::makeWindow(const fs::path& siteFolder)
 {
     auto* const window = new HTMLDocument([this] { return recentPages(); });
     window->mountPath = siteFolder;
+    window->setTemplateFolder([this] {
+        const QString folder = m_preferences.value(Preferences::templateFolder).toString();
+        return folder.isEmpty() ? TemplateSheet::usualFolder() : pathOf(folder);
+    });
     window->setTidyChoice([this] { return m_preferences.value(Preferences::tidiesPages).toBool(); });
     window->setLinkRules(m_rulesOf);
     window->restoreLayoutState(m_preferences.value(layoutKey).toByteArray());

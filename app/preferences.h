@@ -24,6 +24,7 @@ public:
     static constexpr QLatin1StringView excludedFolders{"ExcludedFolders"};
     static constexpr QLatin1StringView tidiesPages{"TidyPagesWhenSaved"}; // false until the user wants it
 
+    static constexpr QLatin1StringView templateFolder{"TemplateFolder"}; // empty: the usual one
     static constexpr QLatin1StringView linksByLetter{"LinksByLetter"};
     static constexpr QLatin1StringView indexPages{"IndexPages"}; // empty: the usual names
     static constexpr QLatin1StringView extensionsMayBeLeftOut{"ExtensionsMayBeLeftOut"};

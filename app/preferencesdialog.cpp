@@ -2,12 +2,15 @@
 #include "app/preferencesdialog.h"
 
 #include "app/preferences.h"
+#include "base/pathtext.h"
 #include "base/resources.h"
+#include "editor/templatesheet.h"
 #include "site/siterecord.h"
 #include "ui_PreferencesDialog.h"
 
 #include <QDir>
 #include <QFile>
+#include <QFileDialog>
 #include <QLocale>
 #include <QRegularExpression>
 #include <QScrollArea>
@@ -24,7 +27,7 @@ PreferencesDialog::PreferencesDialog(Preferences& preferences, QWidget* parent)
     showGeneral();
     showLinks();
     showPublishing();
-    m_ui->tidiesPages->setChecked(preferences.value(Preferences::tidiesPages).toBool());
+    showPages();
     for (QLabel* hint : findChildren<QLabel*>(QRegularExpression(QStringLiteral("Hint$")))) {
         hint->setForegroundRole(QPalette::PlaceholderText);
         hint->setAlignment(Qt::AlignTop);
@@ -144,13 +147,46 @@ void PreferencesDialog::storePublishing()
     m_preferences.setValue(Preferences::siteTemplate, model.values());
 }
 
+void PreferencesDialog::showPages()
+{
+    m_ui->tidiesPages->setChecked(m_preferences.value(Preferences::tidiesPages).toBool());
+    m_ui->templateFolder->setText(m_preferences.value(Preferences::templateFolder).toString());
+    m_ui->templateFolder->setPlaceholderText(textOf(TemplateSheet::usualFolder()));
+    connect(m_ui->templateFolderButton, &QPushButton::clicked, this,
+            &PreferencesDialog::chooseTemplateFolder);
+}
+
+void PreferencesDialog::chooseTemplateFolder()
+{
+    const QString shown = m_ui->templateFolder->text();
+    auto* const panel = new QFileDialog(this, tr("Folder of templates"),
+                                        shown.isEmpty() ? m_ui->templateFolder->placeholderText() : shown);
+    panel->setObjectName(QStringLiteral("templateFolderPanel"));
+    panel->setFileMode(QFileDialog::Directory);
+    panel->setAttribute(Qt::WA_DeleteOnClose);
+    connect(panel, &QFileDialog::fileSelected, m_ui->templateFolder, &QLineEdit::setText);
+    panel->open();
+}
+
+void PreferencesDialog::storePages()
+{
+    m_preferences.setValue(Preferences::tidiesPages, m_ui->tidiesPages->isChecked());
+    QString folder = m_ui->templateFolder->text().trimmed();
+    // What is no whole path counts from the home folder.
+    if (folder.startsWith(QLatin1StringView("~/")))
+        folder.remove(0, 2);
+    if (!folder.isEmpty())
+        folder = QDir::cleanPath(QDir::home().absoluteFilePath(folder));
+    m_preferences.setValue(Preferences::templateFolder, folder);
+}
+
 void PreferencesDialog::accept()
 {
     storeGeneral();
     storePublishing();
     m_preferences.setValue(Preferences::excludedFolders, m_ui->excludedFolders->text());
-    m_preferences.setValue(Preferences::tidiesPages, m_ui->tidiesPages->isChecked());
     storeLinks();
+    storePages();
     // A failure is reported at quit, when the list is saved to the same file.
     (void)m_preferences.save();
     QDialog::accept();

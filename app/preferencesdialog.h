@@ -35,6 +35,9 @@ private:
     void storeLinks();
     void showPublishing();
     void storePublishing();
+    void showPages();
+    void storePages();
+    void chooseTemplateFolder();
     void letPagesScroll();
 };
 

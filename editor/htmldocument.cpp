@@ -304,6 +304,11 @@ void HTMLDocument::showPlace(unsigned line, unsigned column)
     m_selection->showInPageWhenShown();
 }
 
+void HTMLDocument::setTemplateFolder(const std::function<fs::path()>& folder)
+{
+    m_saver->setTemplateFolder(folder);
+}
+
 bool HTMLDocument::showSheetPlace(const fs::path& sheet, unsigned line, unsigned column)
 {
     if (!m_styleSheets->uses(sheet))

@@ -75,6 +75,8 @@ public:
     /// Prints the page's source anew, as one edit that can be undone.
     void tidySource();
     /// Whether the user wants each page tidied when it is saved; asked before each save.
+    /// Where the user keeps templates of pages; asked each time.
+    void setTemplateFolder(const std::function<std::filesystem::path()>& folder);
     void setTidyChoice(PageStore::TidyChoice choice) { m_store.setTidyChoice(std::move(choice)); }
     /// By which the links of a page are judged; asked for each check. Without it, WebRules() serve.
     using LinkRulesOf = std::function<WebRules(const std::filesystem::path& page)>;

@@ -37,7 +37,8 @@ PageSaver::PageSaver(QWidget* window, PageStore& store, ViewController& renderin
       m_store(store),
       m_rendering(rendering),
       m_siteFolder(siteFolder),
-      m_write(std::move(write))
+      m_write(std::move(write)),
+      m_templateFolder(&TemplateSheet::usualFolder)
 {}
 
 QString PageSaver::name() const
@@ -128,7 +129,7 @@ void PageSaver::newFromPanel()
 void PageSaver::newFromTemplate()
 {
     if (!m_templates) {
-        m_templates = new TemplateSheet(m_window);
+        m_templates = new TemplateSheet([this] { return m_templateFolder(); }, m_window);
         connect(m_templates, &TemplateSheet::confirmed, this, &PageSaver::newFromRequested);
     }
     m_templates->begin();
@@ -140,10 +141,11 @@ void PageSaver::saveAsTemplate()
         QFileDialog* const panel =
             panelOf(m_window, tr("Save as Template"), QStringLiteral("saveTemplatePanel"));
         std::error_code error;
-        fs::create_directories(TemplateSheet::folder(), error);
+        const fs::path folder = m_templateFolder();
+        fs::create_directories(folder, error);
         panel->setAcceptMode(QFileDialog::AcceptSave);
         panel->setDefaultSuffix(QStringLiteral("html"));
-        panel->setDirectory(textOf(TemplateSheet::folder()));
+        panel->setDirectory(textOf(folder));
         panel->selectFile(m_store.hasFile() ? name() : tr("Untitled") + QStringLiteral(".html"));
         connect(panel, &QFileDialog::fileSelected, this, [this](const QString& file) {
             if (const auto saved = m_store.saveCopy(pathOf(file)); !saved)

@@ -41,6 +41,11 @@ public:
     /// Asks for the page that a new one is to be made from.
     void newFromPanel();
 
+    /// Where the templates are: TemplateSheet::usualFolder() unless set.
+    void setTemplateFolder(std::function<std::filesystem::path()> folder)
+    {
+        m_templateFolder = std::move(folder);
+    }
     /// Asks for the template that a new page is to be made from.
     void newFromTemplate();
     /// Writes the page into the folder of templates, under a name that the user chooses.
@@ -80,6 +85,7 @@ private:
     const std::filesystem::path& m_siteFolder;
     Writer m_write;
     QPointer<QMessageBox> m_question;
+    std::function<std::filesystem::path()> m_templateFolder;
     TemplateSheet* m_templates = nullptr; // made when it is first needed
 };
 

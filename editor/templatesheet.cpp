@@ -2,18 +2,54 @@
 #include "editor/templatesheet.h"
 
 #include "base/pathtext.h"
+#include "html/document.h"
+#include "html/pagecodec.h"
+#include "html/textsearch.h"
+#include "links/decodedfile.h"
 #include "ui_TemplateSheet.h"
 
 #include <QDesktopServices>
 #include <QDir>
+#include <QFile>
 #include <QStandardPaths>
 #include <QUrl>
+
+#include <utility>
 
 namespace luma {
 
 namespace fs = std::filesystem;
 
-TemplateSheet::TemplateSheet(QWidget* parent) : QDialog(parent), m_ui(std::make_unique<Ui::TemplateSheet>())
+namespace {
+
+constexpr qint64 readBytes = qint64{128} << 10U; // of a template, for its first words
+constexpr qsizetype mostLetters = 90;
+
+// The page's title and what it begins with, on one line.
+QString summaryOf(const QString& path)
+{
+    QFile file(path);
+    if (!file.open(QIODevice::ReadOnly))
+        return file.errorString();
+    const auto page =
+        html::PageCodec().read(file.read(readBytes).toStdString(), markupLanguage(path.toStdString()));
+    if (!page)
+        return QString::fromStdString(page.error().text);
+    const QString title = QString::fromStdString((*page)->title()).simplified();
+    QString words;
+    for (const QString& run : textRuns(**page)) {
+        if (words.size() >= mostLetters)
+            break;
+        words += u' ' + run;
+    }
+    words = words.simplified().left(mostLetters);
+    return title.isEmpty() || words.isEmpty() ? title + words : title + QStringLiteral(" \u2013 ") + words;
+}
+
+} // namespace
+
+TemplateSheet::TemplateSheet(std::function<fs::path()> folder, QWidget* parent)
+    : QDialog(parent), m_folder(std::move(folder)), m_ui(std::make_unique<Ui::TemplateSheet>())
 {
     m_ui->setupUi(this);
     connect(m_ui->templateList, &QListWidget::itemActivated, m_ui->templateButton, &QPushButton::click);
@@ -22,13 +58,13 @@ TemplateSheet::TemplateSheet(QWidget* parent) : QDialog(parent), m_ui(std::make_
     connect(m_ui->templateButton, &QPushButton::clicked, this, &QDialog::accept);
     connect(this, &QDialog::accepted, this, [this] {
         if (const QListWidgetItem* const item = m_ui->templateList->currentItem())
-            emit confirmed(folder() / pathOf(item->toolTip()));
+            emit confirmed(pathOf(item->data(Qt::UserRole).toString()));
     });
 }
 
 TemplateSheet::~TemplateSheet() = default;
 
-fs::path TemplateSheet::folder()
+fs::path TemplateSheet::usualFolder()
 {
     return pathOf(QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation)) / "luma" /
            "templates";
@@ -36,14 +72,19 @@ fs::path TemplateSheet::folder()
 
 void TemplateSheet::begin()
 {
-    const QDir folder(textOf(TemplateSheet::folder()));
+    const QDir folder(textOf(m_folder()));
     const QStringList names =
         folder.entryList({QStringLiteral("*.html"), QStringLiteral("*.htm"), QStringLiteral("*.xhtml")},
                          QDir::Files, QDir::LocaleAware);
     m_ui->templateList->clear();
     for (const QString& name : names) {
-        auto* const item = new QListWidgetItem(QFileInfo(name).completeBaseName(), m_ui->templateList);
-        item->setToolTip(name);
+        const QString path = folder.filePath(name);
+        const QString summary = summaryOf(path);
+        const QString shown = QFileInfo(name).completeBaseName().simplified();
+        auto* const item = new QListWidgetItem(shown + u'\n' + summary, m_ui->templateList);
+        item->setData(Qt::UserRole, path);
+        item->setData(Qt::AccessibleTextRole, QString(shown + QStringLiteral(", ") + summary));
+        item->setToolTip(name.toHtmlEscaped());
     }
     m_ui->templateList->setCurrentRow(0);
     m_ui->templateList->setVisible(!names.isEmpty());
@@ -56,8 +97,8 @@ void TemplateSheet::begin()
 
 void TemplateSheet::openFolder()
 {
-    QDir().mkpath(textOf(folder()));
-    QDesktopServices::openUrl(QUrl::fromLocalFile(textOf(folder())));
+    QDir().mkpath(textOf(m_folder()));
+    QDesktopServices::openUrl(QUrl::fromLocalFile(textOf(m_folder())));
 }
 
 } // namespace luma

@@ -4,6 +4,7 @@
 #include <QDialog>
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 
 namespace Ui {
@@ -12,20 +13,22 @@ class TemplateSheet;
 
 namespace luma {
 
-/// The sheet that lists the pages in the user's folder of templates. Main thread.
+/// The sheet that lists the pages in a folder of templates. Main thread.
 class TemplateSheet final : public QDialog
 {
     Q_OBJECT
 
 public:
-    explicit TemplateSheet(QWidget* parent);
+    /// `folder` is asked for the folder of templates each time.
+    TemplateSheet(std::function<std::filesystem::path()> folder, QWidget* parent);
     ~TemplateSheet() override;
 
-    /// Lists them anew.
+    /// Lists them anew, each with its title and first words.
     void begin();
 
-    /// The folder, which may not be there yet: "luma/templates" in the user's folder for data of programs.
-    static std::filesystem::path folder();
+    /// The folder unless the user chose one, which may not be there yet: "luma/templates" in the user's folder for data of
+    /// programs.
+    static std::filesystem::path usualFolder();
 
 signals:
     void confirmed(const std::filesystem::path& page);
@@ -33,6 +36,7 @@ signals:
 private:
     void openFolder();
 
+    std::function<std::filesystem::path()> m_folder;
     std::unique_ptr<Ui::TemplateSheet> m_ui;
 };
 

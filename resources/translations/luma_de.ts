@@ -1819,6 +1819,22 @@
         <source>Names or patterns of files and folders, one a line, such as *.psd or drafts/. For new sites, too.</source>
         <translation>Namen oder Muster von Dateien und Ordnern, je Zeile eines, zum Beispiel *.psd oder entwuerfe/. Gilt auch für neue Websites.</translation>
     </message>
+    <message>
+        <source>&amp;Folder of templates</source>
+        <translation>&amp;Ordner der Vorlagen</translation>
+    </message>
+    <message>
+        <source>&amp;Choose...</source>
+        <translation>&amp;Wählen ...</translation>
+    </message>
+    <message>
+        <source>Choose the folder of templates</source>
+        <translation>Ordner der Vorlagen wählen</translation>
+    </message>
+    <message>
+        <source>The pages that “New Page from Template” offers.</source>
+        <translation>Die Seiten, die „Neue Seite aus Vorlage“ anbietet.</translation>
+    </message>
 </context>
 <context>
     <name>ProgressPanel</name>
@@ -5123,6 +5139,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>The desktop&apos;s</source>
         <translation>Die der Arbeitsumgebung</translation>
+    </message>
+    <message>
+        <source>Folder of templates</source>
+        <translation>Ordner der Vorlagen</translation>
     </message>
 </context>
 <context>

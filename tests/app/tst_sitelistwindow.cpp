@@ -359,6 +359,9 @@ private slots:
             auto* names = dialog->findChild<QLineEdit*>("indexPages");
             QVERIFY(names->placeholderText().startsWith("index.html, index.htm, "));
             typeInto(names, "home.html, start.php");
+            auto* const templates = dialog->findChild<QLineEdit*>("templateFolder");
+            QVERIFY(templates->text().isEmpty() && templates->placeholderText().endsWith("/luma/templates"));
+            typeInto(templates, "~/my & <templates>/");
             auto* pages = dialog->findChild<QTabWidget*>("pages");
             for (int page = pages->count() - 1; page >= 0; --page) {
                 pages->setCurrentIndex(page);
@@ -384,6 +387,8 @@ private slots:
             const ReportChoices choices = stored.reportChoices();
             QCOMPARE(stored.value(Preferences::tidiesPages).toBool(), isStored);
             QCOMPARE(choices.linkRules == LinkRules::Letter, isStored);
+            QCOMPARE(stored.value(Preferences::templateFolder).toString(),
+                     isStored ? QDir::home().filePath("my & <templates>") : QString());
             QCOMPARE(choices.webRules.extensionsMayBeLeftOut, isStored);
             QCOMPARE(choices.webRules.fragmentsAreChecked, !isStored);
             QCOMPARE(choices.webRules.indexNames,

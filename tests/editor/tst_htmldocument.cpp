@@ -21,7 +21,6 @@
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QScopeGuard>
 #include <QSignalSpy>
 #include <QTest>
 #include <QToolBar>
@@ -465,13 +464,12 @@ private slots:
 
     void template_keepsItsLinksAndShowsTheSite()
     {
-        const QByteArray dataFolder = qgetenv("XDG_DATA_HOME");
-        qputenv("XDG_DATA_HOME", QByteArray::fromStdString(at("data").native()));
-        const auto restore = qScopeGuard([dataFolder] { qputenv("XDG_DATA_HOME", dataFolder); });
-        const fs::path folder = TemplateSheet::folder();
+        const fs::path folder = at("my <b>templates</b>");
+        QVERIFY(TemplateSheet::usualFolder() != folder);
         put("site/css/main.css", "p { color: rgb(1, 2, 3) }");
-        put("site/news/page.html", "<link rel=stylesheet href=../css/main.css><p>one</p>");
+        put("site/news/page.html", "<title>News</title><link rel=stylesheet href=../css/main.css><p>one</p>");
         open(at("site/news/page.html"), at("site"));
+        window->setTemplateFolder([folder] { return folder; });
         trigger("newFromTemplateAction");
         auto* const sheet = the<TemplateSheet>("templateSheet");
         QVERIFY(the<QLabel>("noTemplates")->isVisible());
@@ -487,7 +485,16 @@ private slots:
         QCOMPARE(window->docURL(), at("site/news/page.html"));
         QSignalSpy requests(window, &HTMLDocument::newFromRequested);
         trigger("newFromTemplateAction");
+        QCOMPARE(the<QListWidget>("templateList")->item(0)->text(),
+                 QString::fromUtf8("News\nNews \u2013 one"));
+        sheet->close();
+        put("my <b>templates</b>/<i>&\n \u00fc%.html", "<p>" + std::string(500, 'x'));
+        put("my <b>templates</b>/Empty.html", "");
+        trigger("newFromTemplateAction");
+        QCOMPARE(the<QListWidget>("templateList")->count(), 3);
         test::saveScreenshots(*sheet, "templates");
+        the<QListWidget>("templateList")->setCurrentRow(2);
+        QCOMPARE(the<QListWidget>("templateList")->currentItem()->text().section('\n', 0, 0), "News");
         QTest::keyClick(the<QListWidget>("templateList"), Qt::Key_Return);
         QTRY_COMPARE(requests.count(), 1);
         QCOMPARE(requests.first().first().value<fs::path>(), folder / "News.html");
