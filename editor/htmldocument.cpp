@@ -162,7 +162,7 @@ void HTMLDocument::createFollower()
     m_follower = new PageFollower(
         {m_store, m_stack, *m_selection, *m_styleSheets, *m_viewController, mountPath}, this);
     connect(m_follower, &PageFollower::fileMoved, this, [this] {
-        watchFile();
+        m_watch.follow();
         updateRecovery();
         updateWindow();
         emit locationChanged(docURL());
@@ -171,7 +171,7 @@ void HTMLDocument::createFollower()
         const bool saysFileChanged = m_ui->noticeReloadButton->isVisibleTo(m_ui->noticeBar);
         if (saysFileChanged && !m_store.changedOnDisk())
             m_ui->noticeBar->hide();
-        watchFile();
+        m_watch.follow();
         updateWindow();
         m_tools->noteLinks();
     });
@@ -183,8 +183,7 @@ void HTMLDocument::connectChanges()
 {
     connect(m_ui->noticeReloadButton, &QPushButton::clicked, this, &HTMLDocument::revertDocumentToSaved);
     connect(m_ui->noticeCloseButton, &QPushButton::clicked, m_ui->noticeBar, &QWidget::hide);
-    connect(&m_watcher, &QFileSystemWatcher::fileChanged, this, &HTMLDocument::checkFile);
-    connect(&m_watcher, &QFileSystemWatcher::directoryChanged, this, &HTMLDocument::checkFile);
+    connect(&m_watch, &PageWatch::changed, this, &HTMLDocument::takeFileChange);
     for (const auto handler : {&HTMLDocument::updateWindow, &HTMLDocument::updateRecovery}) {
         connect(&m_stack, &QUndoStack::cleanChanged, this, handler);
         connect(&m_stack, &QUndoStack::indexChanged, this, handler);
@@ -213,7 +212,7 @@ void HTMLDocument::windowDidLoad()
                             mountPath.empty() ? pathOf(QDir::homePath()) : mountPath);
     if (load(Reading::First, QString()) && m_store.hasFile())
         emit locationChanged(docURL());
-    watchFile();
+    m_watch.follow();
     updateWindow();
     m_layout->makeRoomForTexts();
 }
@@ -320,11 +319,13 @@ bool HTMLDocument::showSheetPlace(const fs::path& sheet, unsigned line, unsigned
 
 void HTMLDocument::checkFile()
 {
-    watchFile();
-    if (m_store.isSaving() || !m_store.changedOnDisk())
-        return;
-    m_viewController->whenCaughtUp(this, [this] {
-        if (!m_store.changedOnDisk())
+    m_watch.check();
+}
+
+void HTMLDocument::takeFileChange()
+{
+    m_viewController->whenCaughtUp(this, [this, known = m_store.file().knownHash()] {
+        if (m_store.isSaving() || m_store.file().knownHash() != known)
             return;
         if (isEdited())
             tell(tr("Another program has changed this page. Reload takes its version; undo brings yours "
@@ -333,24 +334,6 @@ void HTMLDocument::checkFile()
         else
             load(Reading::Again, tr("Reload"));
     });
-}
-
-// The watch ends when another program replaces the file by a new one, so the folder is watched too, and the file
-// is watched again after each change.
-void HTMLDocument::watchFile()
-{
-    if (!m_store.hasFile())
-        return;
-    const QStringList wanted = {textOf(docURL()), textOf(docURL().parent_path())};
-    const QStringList watched = m_watcher.files() + m_watcher.directories();
-    for (const QString& path : watched) {
-        if (!wanted.contains(path))
-            m_watcher.removePath(path);
-    }
-    for (const QString& path : wanted) {
-        if (!watched.contains(path) && QFile::exists(path))
-            m_watcher.addPath(path);
-    }
 }
 
 // Requests of the rendering
@@ -525,7 +508,7 @@ void HTMLDocument::noteSaved(const std::optional<fs::path>& before)
 {
     m_ui->noticeBar->hide();
     m_tools->noteSaved();
-    watchFile();
+    m_watch.follow();
     updateWindow();
     if (before == docURL())
         return;

@@ -5,6 +5,7 @@
 #include "editor/pageactions.h"
 #include "editor/pagelayout.h"
 #include "editor/pagerecovery.h"
+#include "editor/pagewatch.h"
 #include "links/webrules.h"
 #include "page/pagestore.h"
 #include "page/pagetree.h"
@@ -13,7 +14,6 @@
 #include "web/pagedocument.h"
 #include "web/renderingreader.h"
 
-#include <QFileSystemWatcher>
 #include <QMainWindow>
 #include <QUndoStack>
 
@@ -172,7 +172,7 @@ private:
     enum class Reading { First, Again };
     bool load(Reading reading, const QString& name);
     void takeUnsaved();
-    void watchFile();
+    void takeFileChange();
     void noteReturn();
 
     void handleDoubleClick(const QModelIndex& index);
@@ -216,7 +216,7 @@ private:
     std::optional<UnsavedPage> m_unsaved;
     std::filesystem::path m_template; // of a new page; empty: the usual one
     PageActions* m_actions = nullptr;
-    QFileSystemWatcher m_watcher;
+    PageWatch m_watch{m_store, nullptr};
     std::optional<PageLayout> m_layout; // set once the window is built
     CssNames m_cssNames;
     bool m_mayClose = false;

@@ -112,6 +112,9 @@ public:
     };
     [[nodiscard]] Loss lossOfSaving();
 
+    /// The page's file as it was last read or written.
+    [[nodiscard]] const PageFile& file() const { return m_file; }
+    /// Waits for the file, also of a share.
     [[nodiscard]] bool changedOnDisk() const { return m_hasFile && m_file.changedOnDisk(); }
 
 private:

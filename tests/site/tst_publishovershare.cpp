@@ -68,18 +68,6 @@ private:
         return QProcess::execute("gio", {"mount", "-u", address}) == 0;
     }
 
-    // Of the process through which all calls on the share's folder go.
-    static pid_t fuseDaemon()
-    {
-        const std::string folder = qgetenv("XDG_RUNTIME_DIR").toStdString() + "/gvfs";
-        for (const auto& entry : fs::directory_iterator("/proc")) {
-            const auto line = readFile(entry.path() / "cmdline");
-            if (line && line->find("gvfsd-fuse") != std::string::npos &&
-                line->find(folder) != std::string::npos)
-                return std::stoi(entry.path().filename());
-        }
-        return 0;
-    }
     [[nodiscard]] QWidget* ofDestination(const char* name) const
     {
         return m_site->destination().widget()->window()->findChild<QWidget*>(QLatin1String(name));
@@ -245,7 +233,7 @@ private slots:
         BrowserController& pane = m_site->destination();
         pane.newFolder();
         QTRY_VERIFY(SiteWindow::item(pane, 0, "untitled folder").isValid());
-        const pid_t daemon = fuseDaemon();
+        const pid_t daemon = test::SambaServer::fuseDaemon();
         QVERIFY(daemon > 0);
         QCOMPARE(::kill(daemon, SIGSTOP), 0);
         const auto goOn = qScopeGuard([daemon] { ::kill(daemon, SIGCONT); });

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "tests/support/sambaserver.h"
 
+#include "base/files.h"
 #include "tests/support/loopback.h"
 #include "tests/support/patience.h"
 
@@ -58,6 +59,17 @@ bool write(const QString& path, const QByteArray& bytes)
 }
 
 } // namespace
+
+pid_t SambaServer::fuseDaemon()
+{
+    const std::string folder = qgetenv("XDG_RUNTIME_DIR").toStdString() + "/gvfs";
+    for (const auto& entry : std::filesystem::directory_iterator("/proc")) {
+        const auto line = readFile(entry.path() / "cmdline");
+        if (line && line->find("gvfsd-fuse") != std::string::npos && line->find(folder) != std::string::npos)
+            return std::stoi(entry.path().filename());
+    }
+    return 0;
+}
 
 QString SambaServer::whyNot()
 {

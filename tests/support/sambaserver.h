@@ -4,6 +4,8 @@
 #include <QProcess>
 #include <QTemporaryDir>
 
+#include <sys/types.h>
+
 #include <filesystem>
 #include <string>
 
@@ -20,6 +22,8 @@ public:
 
     /// Why the server can't run on this machine; empty if it can.
     static QString whyNot();
+    /// The process through which all calls on the folders of the session's shares go; 0 if there is none.
+    static pid_t fuseDaemon();
 
     /// True once the server accepts connections.
     bool start();
