@@ -65,21 +65,7 @@ private slots:
     }
     void cleanup() { close(); }
 
-    void dictionary_isFoundByLanguage()
-    {
-        putDictionary(u"zz_AA"_qs, "one\ntwo\n");
-        putDictionary(u"zz_ZZ"_qs, "one\ntwo\n");
-        const SpellDictionaries dictionaries = SpellDictionaries::ofTheDesktop();
-        QCOMPARE(dictionaries.nameFor(u"zz-AA"_qs), u"zz_AA"_qs);
-        QCOMPARE(dictionaries.nameFor(u"zz"_qs), u"zz_ZZ"_qs);
-        QCOMPARE(dictionaries.nameFor(u"zz-QQ"_qs), u"zz_ZZ"_qs);
-        QCOMPARE(dictionaries.nameFor(u"qq"_qs), QString());
-        QCOMPARE(dictionaries.nameFor(u"../hunspell/zz_AA"_qs), QString());
-        QCOMPARE(dictionaries.provide(u"qq_QQ"_qs), QString());
-        QCOMPARE(dictionaries.provide(u"zz_AA"_qs), u"zz-AA"_qs);
-        QVERIFY(fs::exists(dictionaries.copies() / "zz-AA.bdic"));
-    }
-
+    // The first one, so that the folder of the dictionaries is not there yet.
     void misspelledWord_isCorrectedFromTheMenuAndInTheFile()
     {
         open(misspelled);
@@ -96,6 +82,21 @@ private slots:
         trigger("saveAction");
         QTRY_COMPARE(QByteArray::fromStdString(file("page.html")),
                      QByteArray(misspelled).replace("helo", "hello"));
+    }
+
+    void dictionary_isFoundByLanguage()
+    {
+        putDictionary(u"zz_AA"_qs, "one\ntwo\n");
+        putDictionary(u"zz_ZZ"_qs, "one\ntwo\n");
+        const SpellDictionaries dictionaries = SpellDictionaries::ofTheDesktop();
+        QCOMPARE(dictionaries.nameFor(u"zz-AA"_qs), u"zz_AA"_qs);
+        QCOMPARE(dictionaries.nameFor(u"zz"_qs), u"zz_ZZ"_qs);
+        QCOMPARE(dictionaries.nameFor(u"zz-QQ"_qs), u"zz_ZZ"_qs);
+        QCOMPARE(dictionaries.nameFor(u"qq"_qs), QString());
+        QCOMPARE(dictionaries.nameFor(u"../hunspell/zz_AA"_qs), QString());
+        QCOMPARE(dictionaries.provide(u"qq_QQ"_qs), QString());
+        QCOMPARE(dictionaries.provide(u"zz_AA"_qs), u"zz-AA"_qs);
+        QVERIFY(fs::exists(dictionaries.copies() / "zz-AA.bdic"));
     }
 
     void quotationsInOtherLanguages_areNotMarked()
