@@ -211,9 +211,8 @@ void PageActions::update()
     ui.formatBar->setEnabled(m_parts.store.hasPage());
     ui.formatMenu->setEnabled(m_parts.store.hasPage());
     ui.browserMenu->setEnabled(m_parts.store.hasPage());
-    const bool canInsert = m_parts.rules.canEnable(m_parts.selection.element());
-    ui.insertMenu->setEnabled(canInsert);
-    ui.addTagButton->setEnabled(canInsert);
+    ui.insertMenu->setEnabled(ui.insertMoreAction->isEnabled());
+    ui.addTagButton->setEnabled(ui.insertMoreAction->isEnabled());
     ui.deleteTagButton->setEnabled(ui.deleteTagAction->isEnabled());
 }
 
@@ -262,6 +261,9 @@ void PageActions::fillInsertMenu()
     const QStringList tags = m_parts.rules.insertableTags(m_parts.selection.element());
     for (const QString& tag : tags)
         menu.addAction(tag, &m_parts.edits, [&edits = m_parts.edits, tag] { edits.addTag(tag); });
+    if (!tags.isEmpty())
+        menu.addSeparator();
+    menu.addAction(tr("&More..."), m_parts.ui.insertMoreAction, &QAction::trigger);
 }
 
 void PageActions::sendToFocus(const char* slot, int webAction) const

@@ -4745,6 +4745,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>No Web Browser</source>
         <translation>Kein Webbrowser</translation>
     </message>
+    <message>
+        <source>&amp;More...</source>
+        <translation>&amp;Mehr ...</translation>
+    </message>
 </context>
 <context>
     <name>luma::PageCommands</name>
