@@ -167,8 +167,8 @@ void ViewController::whenCaughtUpWithLooks(QObject* context,
 
 void ViewController::catchUp()
 {
-    ScriptCall::waitInLoop(
-        this, [this](QObject* loop, const ScriptCall::Done& done) { m_catchUp->whenCaughtUp(loop, done); });
+    ScriptCall::waitInLoop(this,
+                           [this](QObject* loop, const ScriptCall::Done& done) { whenCaughtUp(loop, done); });
 }
 
 QString ViewController::renderedMarkup() const
