@@ -20,7 +20,7 @@
 #include "editor/stylesheeteditor.h"
 #include "html/elementat.h"
 #include "html/pagewriter.h"
-#include "links/linkrules.h"
+#include "links/linksuggestions.h"
 #include "page/subtreechange.h"
 #include "ui_HTMLDocument.h"
 #include "web/codehighlighter.h"
@@ -432,7 +432,7 @@ void HTMLDocument::fitWindowToPage(int width)
 
 QString HTMLDocument::linkTo(const fs::path& file) const
 {
-    return QString::fromStdString(relativePath(file, m_store.linkBase().parent_path()));
+    return QString::fromStdString(addressFrom(m_store.linkBase().native(), file.native()));
 }
 
 void HTMLDocument::undo()

@@ -37,7 +37,7 @@ private:
     std::vector<std::uint64_t> m_letters;               // of each item's name, as bits
 };
 
-/// The address of the item at `target` as a page at `page` would write it; both are subpaths of the site.
+/// The address of the item at `target` as a page at `page` would write it; both are subpaths of the site, or absolute.
 std::string addressFrom(std::string_view page, std::string_view target);
 
 } // namespace luma

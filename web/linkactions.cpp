@@ -3,6 +3,7 @@
 
 #include "base/fileuri.h"
 #include "base/mainhop.h"
+#include "base/pathtext.h"
 #include "page/picturecopy.h"
 #include "page/sitefolder.h"
 #include "web/linksheet.h"
@@ -15,8 +16,12 @@
 #include <QPushButton>
 #include <QUrl>
 
+#include <filesystem>
 #include <memory>
+#include <system_error>
 #include <utility>
+
+namespace fs = std::filesystem;
 
 namespace luma {
 
@@ -61,21 +66,34 @@ void LinkActions::confirm(const QString& address)
     const QString doCommand = QStringLiteral("doCommand");
     switch (m_sheet->purpose()) {
     case LinkSheet::Purpose::Image: {
-        const QUrl url = LinkSheet::imageUrl(address);
-        if (url.isValid())
-            m_perform(tr("Insert Image"),
-                      scriptCall(doCommand, QStringLiteral("Insert Image"),
-                                 url.isLocalFile() ? m_document.linkTo(LinkSheet::fileOf(url)) : address));
+        const auto file = LinkSheet::imageFile(address);
+        m_perform(tr("Insert Image"), scriptCall(doCommand, QStringLiteral("Insert Image"),
+                                                 file ? m_document.linkTo(*file) : written(address)));
         break;
     }
     case LinkSheet::Purpose::Link:
-        m_perform(tr("Link"), scriptCall(doCommand, QStringLiteral("Create Link"), address));
+        m_perform(tr("Link"), scriptCall(doCommand, QStringLiteral("Create Link"), written(address)));
         break;
     case LinkSheet::Purpose::EditLink:
-        m_perform(tr("Edit Link"), scriptCall(doCommand, QStringLiteral("Edit Link"), address));
+        m_perform(tr("Edit Link"), scriptCall(doCommand, QStringLiteral("Edit Link"), written(address)));
         break;
     }
     m_view.setFocus();
+}
+
+// An address that leads to no file, while a file has it as its very name, is written for that file.
+QString LinkActions::written(QString address) const
+{
+    const SiteFolder site = m_document.siteFolder();
+    const fs::path typed = pathOf(address);
+    const fs::path file =
+        (typed.is_absolute() ? site.folder() : site.page().parent_path()) / typed.relative_path();
+    const auto linked = site.fileOfLink(address.toStdString());
+    std::error_code error;
+    if (address.isEmpty() || (linked && fs::exists(*linked, error)) || !fs::is_regular_file(file, error))
+        return address.replace(u' ', QStringLiteral("%20"));
+    return typed.is_absolute() ? QString::fromStdString(SiteFolder::addressPath(typed)).mid(2) // without "/:"
+                               : m_document.linkTo(file);
 }
 
 bool LinkActions::isPictureOutside(const QUrl& file) const

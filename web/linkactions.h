@@ -50,6 +50,7 @@ private:
     void askAboutPictures(const QList<QUrl>& files, const QStringList& outside, const QPointF& where);
     void copyAndInsert(const QList<QUrl>& files, const QPointF& where);
     void insertFiles(const QList<QUrl>& files, const QPointF& where);
+    [[nodiscard]] QString written(QString address) const;
     [[nodiscard]] bool isPictureOutside(const QUrl& file) const;
     [[nodiscard]] QString insertionOf(const QUrl& file);
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "web/linksheet.h"
 
+#include "base/pathtext.h"
 #include "ui_LinkSheet.h"
 
 #include <QFile>
@@ -30,6 +31,12 @@ QString addressIn(const QLineEdit& field)
 {
     static const QRegularExpression noPart(QStringLiteral("[\\t\\r\\n]"));
     return field.text().remove(noPart).trimmed();
+}
+
+// Blanks are encoded when it is written (URL Standard, path percent-encode set).
+bool isAddress(QString address)
+{
+    return QUrl(address.replace(u' ', QStringLiteral("%20")), QUrl::StrictMode).isValid();
 }
 
 bool isOnlyAScheme(const QString& address)
@@ -69,11 +76,14 @@ void LinkSheet::begin(Purpose purpose, const QString& address, const SiteFolder&
     m_ui->linkAddress->setFocus();
 }
 
-QUrl LinkSheet::imageUrl(const QString& address)
+std::optional<std::filesystem::path> LinkSheet::imageFile(const QString& address)
 {
-    if (address.startsWith(u'/'))
-        return QUrl::fromLocalFile(address);
-    return QUrl(address, QUrl::StrictMode);
+    if (const QUrl url(address, QUrl::StrictMode); url.isLocalFile())
+        return fileOf(url);
+    std::error_code error;
+    std::filesystem::path path = pathOf(address);
+    return path.is_absolute() && std::filesystem::is_regular_file(path, error) ? std::optional(path)
+                                                                               : std::nullopt;
 }
 
 std::filesystem::path LinkSheet::fileOf(const QUrl& url)
@@ -87,7 +97,7 @@ void LinkSheet::checkAddress()
     QString complaint;
     if (runsScripts(address))
         complaint = tr("An address that runs a script can't be used");
-    else if (m_purpose == Purpose::Image && !address.isEmpty() && !imageUrl(address).isValid())
+    else if (m_purpose == Purpose::Image && !address.isEmpty() && !imageFile(address) && !isAddress(address))
         complaint = tr("Not an address");
     m_ui->linkComplaint->setText(complaint.isEmpty() ? adviceOn(address) : complaint);
     m_ui->linkButton->setEnabled(complaint.isEmpty() && !address.isEmpty() && !isOnlyAScheme(address));
@@ -95,8 +105,8 @@ void LinkSheet::checkAddress()
 
 QString LinkSheet::adviceOn(const QString& address) const
 {
-    const bool isFile = m_purpose == Purpose::Image && imageUrl(address).isLocalFile();
-    const auto file = isFile ? fileOf(imageUrl(address)) : m_site.fileOfLink(address.toStdString());
+    const auto chosen = m_purpose == Purpose::Image ? imageFile(address) : std::nullopt;
+    const auto file = chosen ? chosen : m_site.fileOfLink(address.toStdString());
     if (!file || m_site.realPath(*file))
         return {};
     std::error_code error;

@@ -8,6 +8,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 
 namespace Ui {
 class LinkSheet;
@@ -32,9 +33,9 @@ public:
     void begin(Purpose purpose, const QString& address, const SiteFolder& site);
     [[nodiscard]] Purpose purpose() const { return m_purpose; }
 
-    /// An image's address as a URL: an absolute path becomes a file URL, anything else is parsed strictly
-    /// (RFC 3986). Invalid if it can't be parsed.
-    static QUrl imageUrl(const QString& address);
+    /// The file that an image's address names: a file URL, or the absolute path of a file that is there. Another address
+    /// that begins with a slash counts from the site's root.
+    static std::optional<std::filesystem::path> imageFile(const QString& address);
     /// The path of a local URL, as bytes.
     static std::filesystem::path fileOf(const QUrl& url);
 

@@ -251,15 +251,44 @@ private slots:
         trigger("makeLinkAction");
         the<QLineEdit>("linkAddress")->setText(" http://example.org/a\n b\r\n?c\td ");
         press("linkButton");
-        QTRY_COMPARE(body(), QByteArray("<p><a href=\"http://example.org/a b?cd\">one</a></p>"));
+        QTRY_COMPARE(body(), QByteArray("<p><a href=\"http://example.org/a%20b?cd\">one</a></p>"));
         trigger("makeLinkAction");
         the<QLineEdit>("linkAddress")->setText("java\nscript:alert(1)");
         QVERIFY(!button("linkButton")->isEnabled());
     }
 
+    void typedAddress_isWrittenAsOne_data()
+    {
+        const test::Rows<QString, QByteArray> row("typed", "written");
+        row("as it is", "other.html?a=1#b", "other.html?a=1#b");
+        row("blank", "not there.html", "not%20there.html");
+        row("name of a file", "50% off #1?.html", "50%25%20off%20%231%3F.html");
+        row("the same from the root", "/sub/50% #1.html", "/sub/50%25%20%231.html");
+        row("encoded already", "50%25%20off%20%231%3F.html", "50%25%20off%20%231%3F.html");
+    }
+    void typedAddress_isWrittenAsOne()
+    {
+        put("other.html", "");
+        put("50% off #1?.html", "");
+        put("sub/50% #1.html", "");
+        QFETCH(QString, typed);
+        QFETCH(QByteArray, written);
+        open("<p>one</p>");
+        select("one");
+        trigger("makeLinkAction");
+        the<QLineEdit>("linkAddress")->setText(typed);
+        press("linkButton");
+        QTRY_COMPARE(body(), "<p><a href=\"" + written + "\">one</a></p>");
+        (void)answer("getSelection().collapse(document.querySelector('p'), 1)");
+        trigger("insertImageAction");
+        the<QLineEdit>("linkAddress")->setText(typed);
+        press("linkButton");
+        QTRY_VERIFY2(body().contains("<img src=\"" + written + "\""), body().constData());
+    }
+
     void imageChooser_beginsInTheSite()
     {
-        put("images/a.png", "");
+        put("images/100% #1?.png", "");
         open("<p>one</p>");
         setCaretBehind("one");
         trigger("insertImageAction");
@@ -268,11 +297,11 @@ private slots:
         auto* const panel = the<QFileDialog>("imagePanel");
         QVERIFY(panel);
         QCOMPARE(QDir(panel->directory()).canonicalPath().toStdString(), fs::canonical(at("")).native());
-        emit panel->fileSelected(QString::fromStdString(at("images/a.png").native()));
+        emit panel->fileSelected(QString::fromStdString(at("images/100% #1?.png").native()));
         panel->close();
         QVERIFY(the<QLabel>("linkComplaint")->text().isEmpty());
         press("linkButton");
-        QTRY_COMPARE(body(), QByteArray("<p>one<img src=\"images/a.png\" alt=\"\"></p>"));
+        QTRY_COMPARE(body(), QByteArray("<p>one<img src=\"images/100%25%20%231%3F.png\" alt=\"\"></p>"));
         trigger("makeLinkAction");
         QVERIFY(!button("linkChooseButton")->isVisible());
     }

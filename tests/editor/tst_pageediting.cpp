@@ -251,13 +251,58 @@ private slots:
         put("other.html", "");
         open("<body style=\"margin: 0; font-size: 60px\"><p style=\"margin: 0\">one</p>");
         drop({QUrl::fromLocalFile(QString::fromStdString(at("images/a b.png").native()))});
-        QTRY_VERIFY(body().contains("<img src=\"images/a b.png\" alt=\"\">"));
+        QTRY_VERIFY(body().contains("<img src=\"images/a%20b.png\" alt=\"\">"));
         QCOMPARE(undoText(), "&Undo Drop");
         trigger("undoAction");
         QTRY_COMPARE(answer("document.images.length + document.body.innerText.trim()"), "0one");
         drop({QUrl::fromLocalFile(QString::fromStdString(at("other.html").native()))});
         QTRY_VERIFY(body().contains("<a href=\"other.html\">other.html</a>"));
         QCOMPARE(page().url().fileName(), "page.html");
+    }
+
+    void mouse_changesNothingButTheSelection_data()
+    {
+        const test::Rows<QByteArray> row("markup");
+        row("video", "<video controls width=200 height=100></video>");
+        row("select", "<select><option>a<option selected>b</select>");
+        row("field", "<input value=x>");
+        row("box", "<input type=checkbox>");
+        row("button", "<button type=button>b</button>");
+        row("summary", "<details><summary>s</summary>d</details>");
+        row("area of text", "<textarea>t</textarea>");
+    }
+    void mouse_changesNothingButTheSelection()
+    {
+        QFETCH(QByteArray, markup);
+        open(("<body style=\"margin: 0\"><div>" + markup + "</div><p>one</p>").toStdString());
+        focusPage();
+        const QByteArray before = tree();
+        QWidget* const input = rendering().webView()->focusProxy();
+        QTest::mouseClick(input, Qt::LeftButton, {}, QPoint(8, 8));
+        QTest::mouseClick(input, Qt::LeftButton, {}, QPoint(8, 8));
+        rendering().catchUp();
+        QCOMPARE(tree(), before);
+        QVERIFY(!window->isWindowModified());
+        QCOMPARE(file("page.html"),
+                 ("<body style=\"margin: 0\"><div>" + markup + "</div><p>one</p>").toStdString());
+    }
+
+    void mouseDrag_selectsWhatIsTypedOver()
+    {
+        open(
+            "<body style=\"margin: 0; font: 40px monospace\"><p style=\"margin: 0\">one <b>two</b> three</p>");
+        focusPage();
+        const double letter =
+            answer("document.querySelector('b').getBoundingClientRect().width / 3").toDouble();
+        const auto place = [letter](double letters) { return QPointF(letters * letter, 20).toPoint(); };
+        QWidget* const input = rendering().webView()->focusProxy();
+        QTest::mousePress(input, Qt::LeftButton, {}, place(2));
+        QTest::mouseMove(input, place(4));
+        QTest::mouseMove(input, place(6));
+        QTest::mouseRelease(input, Qt::LeftButton, {}, place(6));
+        QTRY_COMPARE(answer("getSelection().toString()"), "e tw");
+        type("x");
+        QTRY_COMPARE(body(), QByteArray("<p style=\"margin: 0\">onx<b>o</b> three</p>"));
     }
 
     // Beside a picture of the site that has its name, the copy gets a number.

@@ -207,7 +207,8 @@ private slots:
         button(controller->linkSheet(), "linkButton")->click();
         controller->catchUp();
         QCOMPARE(answer("document.querySelectorAll('a').length"), "1");
-        QCOMPARE(answer("document.querySelector('a').getAttribute('href')"), address);
+        QCOMPARE(answer("document.querySelector('a').getAttribute('href')"),
+                 address.replace(u' ', u"%20"_qs));
         QCOMPARE(answer("document.querySelector('a').attributes.length"), "1");
     }
 
