@@ -16,12 +16,8 @@
 #include <QPushButton>
 #include <QUrl>
 
-#include <filesystem>
 #include <memory>
-#include <system_error>
 #include <utility>
-
-namespace fs = std::filesystem;
 
 namespace luma {
 
@@ -81,19 +77,14 @@ void LinkActions::confirm(const QString& address)
     m_view.setFocus();
 }
 
-// An address that leads to no file, while a file has it as its very name, is written for that file.
 QString LinkActions::written(QString address) const
 {
-    const SiteFolder site = m_document.siteFolder();
-    const fs::path typed = pathOf(address);
-    const fs::path file =
-        (typed.is_absolute() ? site.folder() : site.page().parent_path()) / typed.relative_path();
-    const auto linked = site.fileOfLink(address.toStdString());
-    std::error_code error;
-    if (address.isEmpty() || (linked && fs::exists(*linked, error)) || !fs::is_regular_file(file, error))
+    const auto file = LinkSheet::fileNamed(address, m_document.siteFolder());
+    if (!file)
         return address.replace(u' ', QStringLiteral("%20"));
-    return typed.is_absolute() ? QString::fromStdString(SiteFolder::addressPath(typed)).mid(2) // without "/:"
-                               : m_document.linkTo(file);
+    return address.startsWith(u'/')
+               ? QString::fromStdString(SiteFolder::addressPath(pathOf(address))).mid(2) // without "/:"
+               : m_document.linkTo(*file);
 }
 
 bool LinkActions::isPictureOutside(const QUrl& file) const

@@ -86,6 +86,19 @@ std::optional<std::filesystem::path> LinkSheet::imageFile(const QString& address
                                                                                : std::nullopt;
 }
 
+std::optional<std::filesystem::path> LinkSheet::fileNamed(const QString& address, const SiteFolder& site)
+{
+    const std::filesystem::path typed = pathOf(address);
+    std::filesystem::path file =
+        (typed.is_absolute() ? site.folder() : site.page().parent_path()) / typed.relative_path();
+    const auto linked = site.fileOfLink(address.toStdString());
+    std::error_code error;
+    if (address.isEmpty() || (linked && std::filesystem::exists(*linked, error)) ||
+        !std::filesystem::is_regular_file(file, error))
+        return std::nullopt;
+    return file;
+}
+
 std::filesystem::path LinkSheet::fileOf(const QUrl& url)
 {
     return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1()).toStdString();
@@ -97,7 +110,8 @@ void LinkSheet::checkAddress()
     QString complaint;
     if (runsScripts(address))
         complaint = tr("An address that runs a script can't be used");
-    else if (m_purpose == Purpose::Image && !address.isEmpty() && !imageFile(address) && !isAddress(address))
+    else if (m_purpose == Purpose::Image && !address.isEmpty() && !imageFile(address) &&
+             !isAddress(address) && !fileNamed(address, m_site))
         complaint = tr("Not an address");
     m_ui->linkComplaint->setText(complaint.isEmpty() ? adviceOn(address) : complaint);
     m_ui->linkButton->setEnabled(complaint.isEmpty() && !address.isEmpty() && !isOnlyAScheme(address));
@@ -106,7 +120,8 @@ void LinkSheet::checkAddress()
 QString LinkSheet::adviceOn(const QString& address) const
 {
     const auto chosen = m_purpose == Purpose::Image ? imageFile(address) : std::nullopt;
-    const auto file = chosen ? chosen : m_site.fileOfLink(address.toStdString());
+    const auto named = chosen ? chosen : fileNamed(address, m_site);
+    const auto file = named ? named : m_site.fileOfLink(address.toStdString());
     if (!file || m_site.realPath(*file))
         return {};
     std::error_code error;

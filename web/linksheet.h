@@ -36,6 +36,8 @@ public:
     /// The file that an image's address names: a file URL, or the absolute path of a file that is there. Another address
     /// that begins with a slash counts from the site's root.
     static std::optional<std::filesystem::path> imageFile(const QString& address);
+    /// The file that has the address as its very name, such as "100% #1.png", where the address leads to no other file.
+    static std::optional<std::filesystem::path> fileNamed(const QString& address, const SiteFolder& site);
     /// The path of a local URL, as bytes.
     static std::filesystem::path fileOf(const QUrl& url);
 

@@ -205,6 +205,29 @@ private slots:
         QVERIFY(file("page.html").find("<title>new") != std::string::npos);
     }
 
+    void sheetSavedInAnotherWindow_isNotOverwrittenUnasked()
+    {
+        const char* const page = "<head><link rel=stylesheet href=a.css></head><p>x</p>";
+        put("a.css", "p{color:red}");
+        put("other.html", page);
+        open(page);
+        luma::test::PageWindow other;
+        other.open(at("other.html"), at(""));
+        QTest::keyClicks(cssField(), "/*mine*/");
+        other.the<QPlainTextEdit>("cssField")->setPlainText("p{color:rgb(0, 0, 255)}");
+        QTest::mouseClick(other.the<QPushButton>("cssButton"), Qt::LeftButton);
+        QTRY_VERIFY(file("a.css").find("255") != std::string::npos);
+        press("cssButton");
+        answerQuestion("overwriteQuestion", "Cancel");
+        QVERIFY(file("a.css").find("255") != std::string::npos);
+        QVERIFY(cssField()->toPlainText().startsWith("/*mine*/"));
+        QTRY_VERIFY(!the<QMessageBox>("overwriteQuestion"));
+        press("cssButton");
+        answerQuestion("overwriteQuestion", "Replace");
+        QTRY_VERIFY(file("a.css").starts_with("/*mine*/"));
+        QTRY_COMPARE(other.answer("getComputedStyle(document.querySelector('p')).color"), "rgb(255, 0, 0)");
+    }
+
     void undo_showsTheStyleBlocksOldText()
     {
         open("<head><style>i{}</style></head><p>x</p>");
