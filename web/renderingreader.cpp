@@ -193,23 +193,35 @@ void RenderingReader::noteDelivery(int count)
 
 void RenderingReader::check()
 {
-    if (!canRead())
-        return;
-    ScriptCall::ask(&m_page, QStringLiteral("fingerprint()"), this,
-                    [this, generation = m_page.generation()](const QVariant& answer) {
-                        const QVariantList state = answer.toList();
-                        if (state.size() == 2 && canRead() && generation == m_page.generation())
-                            compare(state.first().toInt(), state.last().toUInt());
-                    });
+    if (canRead())
+        readFingerprint(true);
 }
 
 // A change on either side meanwhile makes the two incomparable; another check follows it.
-void RenderingReader::compare(int count, std::uint32_t fingerprint)
+void RenderingReader::readFingerprint(bool fromStart)
 {
-    if (count != m_delivered || m_told > m_delivered || m_asking > 0) {
-        m_rest.start(longRest);
-        return;
-    }
+    const QString script =
+        QStringLiteral("fingerprint(%1)").arg(fromStart ? QStringLiteral("true") : QStringLiteral("false"));
+    ScriptCall::ask(&m_page, script, this, [this, generation = m_page.generation()](const QVariant& answer) {
+        const QVariantList state = answer.toList();
+        if (state.isEmpty() || !canRead() || generation != m_page.generation())
+            return;
+        if (!canCompare(state.first().toInt()))
+            m_rest.start(longRest);
+        else if (state.size() == 1)
+            readFingerprint(false);
+        else
+            compare(state.last().toUInt());
+    });
+}
+
+bool RenderingReader::canCompare(int count) const
+{
+    return count == m_delivered && m_told <= m_delivered && m_asking == 0;
+}
+
+void RenderingReader::compare(std::uint32_t fingerprint)
+{
     const bool isSame = fingerprint == m_document.fingerprint();
     const bool wasSame = std::exchange(m_isSame, isSame);
     const bool hasChanged = std::exchange(m_hasChanged, false);

@@ -65,7 +65,9 @@ private:
     void schedule();
     void read();
     void check();
-    void compare(int count, std::uint32_t fingerprint);
+    void readFingerprint(bool fromStart);
+    [[nodiscard]] bool canCompare(int count) const;
+    void compare(std::uint32_t fingerprint);
     [[nodiscard]] QString stateScript(const QString& function) const;
     /// Delivers the answer of changesSince(); reads the whole page where that does not fit, then calls `then`. The name
     /// is that of a script's change.

@@ -140,13 +140,34 @@ function untouched(node, direction, marks, places, isAtEnd) {
     return found;
 }
 
+// The number of changes and the page's fingerprint, or the number alone while there is more to read: a piece at a time,
+// as keys wait for each. The page is read from the start if asked to, and after a change.
+function fingerprint(fromStart) {
+    if (fromStart || fingerprinting.count !== changes.count)
+        Object.assign(fingerprinting, { count: changes.count, pieces: fingerprintByPieces() });
+    const { value, done } = fingerprinting.pieces.next();
+    if (!done)
+        return [changes.count];
+    forgetFingerprint();
+    return [changes.count, value];
+}
+
+const fingerprinting = { count: -1, pieces: null };
+const pieceOfFingerprint = 32768; // code units
+
+function forgetFingerprint() {
+    Object.assign(fingerprinting, { count: -1, pieces: null });
+}
+
 // Computed in the same way by the editor over its tree: FNV-1a over all names, values and texts, whose kinds are told
 // apart by characters that no page contains.
-function fingerprint() {
+function* fingerprintByPieces() {
     let hash = 2166136261;
+    let added = 0;
     const add = (text) => {
         for (let i = 0; i < text.length; ++i)
             hash = Math.imul(hash ^ text.charCodeAt(i), 16777619);
+        added += text.length;
     };
     const enter = (node) => {
         if (node instanceof Element) {
@@ -170,13 +191,17 @@ function fingerprint() {
             if (node instanceof Element)
                 add('\u0006');
             if (node === document.documentElement)
-                return [changes.count, hash >>> 0];
+                return hash >>> 0;
             next = node.nextSibling;
             if (!next)
                 node = node.parentNode instanceof DocumentFragment ? open.pop() : node.parentNode;
         }
         node = next;
         enter(node);
+        if (added > pieceOfFingerprint) {
+            added = 0;
+            yield;
+        }
     }
 }
 

@@ -15,6 +15,7 @@ function applyChanges(known, list, placing) {
             return false;
     } finally {
         changes.observer.takeRecords(); // These changes come from the editor.
+        forgetFingerprint();
     }
     if (placing)
         placeCaret();

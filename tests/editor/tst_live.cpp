@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/characterdata.h"
 #include "page/pagecommands.h"
+#include "page/subtreechange.h"
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
@@ -92,6 +93,28 @@ private slots:
             trigger("redoAction");
         QTRY_COMPARE(both(), edited);
         QCOMPARE(page().generation(), shown);
+    }
+
+    // Compared piece by piece, with changes of both sides in between.
+    void longPage_isCompared()
+    {
+        std::string markup = "<template><ul>";
+        for (int i = 0; i < 3000; ++i)
+            markup += "<li class=\"c" + std::to_string(i) + "\">item <b>" + std::to_string(i) + "</b></li>";
+        open(markup + "</ul></template><h1>one</h1>" + markup.substr(10) + "</ul><p>two</p>");
+        QTRY_VERIFY(rendering().isFollowing());
+        QCOMPARE(answer("fingerprint(true).length"), "1");
+        commands().setAttributes(first("h1"), {{"class", "c"}}, "Add Class");
+        window->refreshAfterEdit();
+        QTRY_VERIFY(both().contains("<h1 class=\"c\">one</h1>"));
+        const QString walked =
+            QStringLiteral("(fingerprint(false), (() => { for (;;) { const s = fingerprint(false);"
+                           " if (s.length === 2) return s[1]; } })())");
+        QCOMPARE(answer(walked).toUInt(), fingerprint(*window->tree().document()));
+        (void)answer("document.querySelector('p').textContent = 'three'");
+        rendering().catchUp();
+        QVERIFY(both().contains("<p>three</p>"));
+        QCOMPARE(answer(walked).toUInt(), fingerprint(*window->tree().document()));
     }
 
     // An image, a video or a frame would load anew if the page did, and a form would lose what is typed into it.
