@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "html/keptchildren.h"
 
+#include "base/ascii.h"
 #include "html/characterdata.h"
-#include "html/parentnode.h"
+#include "html/element.h"
+#include "html/textparts.h"
 #include "html/unchangednodes.h"
 
 #include <algorithm>
@@ -17,6 +19,11 @@ KeptChildren::KeptChildren(const ParentNode& parent, const UnchangedNodes& uncha
     findClusters(parent);
     match(parent, unchanged);
     chooseKept();
+    releaseLastBlank(parent);
+    for (std::size_t i = 0; i + 1 < m_units.size(); ++i) {
+        m_units[i].isBeforeEdit =
+            m_units[i].kept && (!m_units[i + 1].kept || m_units[i + 1].cluster != m_units[i].cluster + 1);
+    }
 }
 
 std::vector<KeptChildren::Unit> KeptChildren::unitsOf(const ParentNode& parent)
@@ -114,10 +121,23 @@ void KeptChildren::chooseKept()
     }
     for (std::size_t i = tails.empty() ? m_units.size() : tails.back(); i < m_units.size(); i = before[i])
         m_units[i].kept = true;
-    for (std::size_t i = 0; i + 1 < m_units.size(); ++i) {
-        m_units[i].isBeforeEdit =
-            m_units[i].kept && (!m_units[i + 1].kept || m_units[i + 1].cluster != m_units[i].cluster + 1);
-    }
+}
+
+// What is new behind white space that stands behind </body> is written in front of that tag, and the white space with it.
+void KeptChildren::releaseLastBlank(const Node& parent)
+{
+    const Element* const body = parent.asElement();
+    if (!body || !body->is("body") || m_units.empty() || m_units.back().kept)
+        return;
+    auto last = std::find_if(m_units.rbegin(), m_units.rend(), [](const Unit& unit) { return unit.kept; });
+    if (last == m_units.rend() || last->cluster + 1 < std::ptrdiff_t(m_clusters.size()) ||
+        last->node->next() != last->behind || !textOf(*last->node) || !isBlank(*textOf(*last->node)))
+        return;
+    const PageSource& source = *parent.origin().source;
+    const SourceRange& tag = PageSource::recordOf(parent).start;
+    const std::uint32_t begin =
+        last->cluster > 0 ? m_clusters[static_cast<std::size_t>(last->cluster) - 1].range.end : tag.end;
+    last->kept = !TextParts(source.text({begin, m_clusters.back().range.end}), false).endPage();
 }
 
 } // namespace luma::html

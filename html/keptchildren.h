@@ -53,6 +53,7 @@ private:
     void findClusters(const Node& parent);
     void match(const Node& parent, const UnchangedNodes& unchanged);
     void chooseKept();
+    void releaseLastBlank(const Node& parent);
 
     std::vector<std::uint32_t> m_children; // the parent's records
     std::vector<Cluster> m_clusters;

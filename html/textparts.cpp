@@ -60,6 +60,13 @@ std::string TextParts::text() const
     return text;
 }
 
+bool TextParts::endPage() const
+{
+    return std::any_of(m_parts.begin(), m_parts.end(), [this](const Part& part) {
+        return !part.isText && endsPage(m_raw.substr(part.begin, part.end - part.begin));
+    });
+}
+
 std::string TextParts::ownBytes() const
 {
     std::string bytes;

@@ -32,6 +32,8 @@ public:
     [[nodiscard]] const std::vector<Part>& parts() const { return m_parts; }
     /// What all parts say.
     [[nodiscard]] std::string text() const;
+    /// Whether the end tag of body or html is between them.
+    [[nodiscard]] bool endPage() const;
     /// The bytes of the text without what is between; empty where those of CDATA sections are among them.
     [[nodiscard]] std::string ownBytes() const;
     /// Shares a new text among the parts: what stays, stays where it is. What comes behind the end tag of body or html goes

@@ -274,8 +274,22 @@ void changeAttributesEverywhere(PageTree& tree, QUndoStack& stack, const Attribu
         changeKeptIn(*stack.command(i), change);
 }
 
-void PageCommands::insert(html::NodePtr node, const html::Position& position, const QString& name)
+namespace {
+
+// White space at the end of the body may stand behind </body> in the page. A new end of the body stands in front of it.
+html::Position atEndOfBody(const html::Position& position, const html::Node& node)
 {
+    html::Node* const last = position.parent->lastChild();
+    const html::Element* const parent = position.parent->asElement();
+    const bool isAtEnd = !position.next && last && parent && parent->is("body");
+    return isAtEnd && isBlank(*last) && !textOf(node) ? html::Position{position.parent, last} : position;
+}
+
+} // namespace
+
+void PageCommands::insert(html::NodePtr node, const html::Position& wanted, const QString& name)
+{
+    const html::Position position = atEndOfBody(wanted, *node);
     m_stack.push(new InsertCommand(m_tree, std::move(node), position, name));
 }
 
@@ -284,8 +298,9 @@ void PageCommands::remove(html::Node& node)
     m_stack.push(new RemoveCommand(m_tree, node, CommandTexts::tr("Delete %1").arg(kindOf(node))));
 }
 
-void PageCommands::move(html::Node& node, const html::Position& position)
+void PageCommands::move(html::Node& node, const html::Position& wanted)
 {
+    const html::Position position = atEndOfBody(wanted, node);
     if (position.parent == node.parent() && position.next == node.next())
         return;
     m_stack.push(new MoveCommand(m_tree, node, position, CommandTexts::tr("Move %1").arg(kindOf(node))));

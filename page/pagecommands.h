@@ -20,9 +20,10 @@ class PageCommands final
 public:
     PageCommands(PageTree& tree, QUndoStack& stack) : m_tree(tree), m_stack(stack) {}
 
-    void insert(html::NodePtr node, const html::Position& position, const QString& name);
+    /// At the end of the body, insert(), move() and copy() put what is no text in front of white space.
+    void insert(html::NodePtr node, const html::Position& wanted, const QString& name);
     void remove(html::Node& node);
-    void move(html::Node& node, const html::Position& position);
+    void move(html::Node& node, const html::Position& wanted);
     /// Gives the copy.
     const html::Node* copy(const html::Node& node, const html::Position& position);
     /// Puts a copy, an element's with ids of its own (copyWithOwnIds), behind the node, on a line of its own if the node has

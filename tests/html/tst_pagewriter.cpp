@@ -110,9 +110,9 @@ private slots:
         QTest::addColumn<QByteArray>("from"); // in the page
         QTest::addColumn<QByteArray>("to");
         QTest::addColumn<Edit>("edit");
-        const auto row = [](const char* name, const QByteArray& page, const char* from, const char* to,
+        const auto row = [](const char* name, const QByteArray& page, const QByteArray& from, const char* to,
                             const Edit& edit) {
-            QTest::newRow(name) << page << QByteArray(from) << QByteArray(to) << edit;
+            QTest::newRow(name) << page << from << QByteArray(to) << edit;
         };
         const auto added = [](const char* tag) { return std::make_unique<Element>(tag); };
         const auto remove = [](const char* selector) {
@@ -131,6 +131,14 @@ private slots:
             "\n\n\ne</body><?php b() ?></html>", [](Document& d) {
                 static_cast<CharacterData*>(d.body()->lastChild())->setData("\n\n\ne\n\n\n");
             });
+        const auto append = [=](Document& d) { d.body()->append(added("hr")); };
+        row("behind the white space behind the page", tail, tail.mid(tail.indexOf("\n</body>")),
+            "\n\n\n\n\n\n<hr></body><?php b() ?></html><?php c() ?><!-- d -->", append);
+        row("behind white space behind </body>", "<body><p>a</p></body>\n</html>", "</body>\n",
+            "\n<hr></body>", append);
+        row("in an empty page", "<html><body>\n</body></html>\n", "\n</body></html>\n",
+            "\n\n<hr></body></html>", append);
+        row("behind a comment", "<p>a</p>\n<!-- </body> -->\n", "-->\n", "-->\n<hr>", append);
         row("last paragraph", tail, "<p>a</p>", "", remove("p"));
         row("code in front of all", "<?php a() ?>\n<div>b\n<p>c</p>", "<div", "<hr><div",
             [=](Document& d) { d.select("div").at(0)->before(added("hr")); });

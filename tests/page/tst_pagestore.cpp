@@ -303,6 +303,23 @@ private slots:
         }
     }
 
+    void elementAtTheEndOfTheBody_standsBeforeItsEndTag()
+    {
+        const QByteArray page = "<html>\n<body>\n<h1>b</h1>\n<p>a</p>\n</body>\n</html>\n";
+        put("page.html", page.toStdString());
+        QVERIFY(open("page.html"));
+        html::Element& body = *tree->document()->body();
+        PageCommands commands(*tree, *stack);
+        commands.insert(std::make_unique<html::Element>("hr"), {&body, nullptr}, QString());
+        QCOMPARE(QByteArray::fromStdString(store->markup()), QByteArray(page).replace("</p>", "</p><hr>"));
+        commands.move(*body.firstElement(), {&body, nullptr});
+        QCOMPARE(QByteArray::fromStdString(store->markup()),
+                 QByteArray(page).replace("<h1>b</h1>\n<p>a</p>", "\n<p>a</p><hr><h1>b</h1>"));
+        stack->undo();
+        stack->undo();
+        QCOMPARE(QByteArray::fromStdString(store->markup()), page);
+    }
+
     void encodings_areKept_data()
     {
         QTest::addColumn<QByteArray>("page");
