@@ -44,7 +44,6 @@ HTMLDocument::HTMLDocument(PageActions::RecentPages recentPages, QWidget* parent
     setAttribute(Qt::WA_DeleteOnClose);
     m_ui->setupUi(this);
     fitHeightToScreen(*this);
-    m_ui->noticeBar->hide();
     createOutline();
     createRendering();
     createEdits();
@@ -87,8 +86,9 @@ void HTMLDocument::createOutline()
 void HTMLDocument::createRendering()
 {
     m_viewController = new ViewController(*this, m_ui->contentView, m_ui->infoText);
-    connect(m_viewController, &ViewController::failed, this,
-            [this](const QString& reason) { tell(tr("The picture was not copied: %1").arg(reason)); });
+    connect(m_viewController, &ViewController::failed, this, [this](const QString& reason) {
+        m_ui->noticeBar->tell(tr("The picture was not copied: %1").arg(reason));
+    });
     OutlineView* const view = m_ui->myOutlineView;
     m_selection = new OutlineSelection(*view, *m_outline, *m_viewController, this);
     connect(m_selection, &OutlineSelection::selectedByUser, m_selection, &OutlineSelection::showInPage);
@@ -104,7 +104,7 @@ void HTMLDocument::createEdits()
     connect(m_edits, &PageEdits::edited, this, &HTMLDocument::refreshAfterEdit);
     connect(m_edits, &PageEdits::editedUnseen, this, [this] { refresh(RenderingReader::Place::Keep); });
     connect(m_edits, &PageEdits::redone, this, [this] { refresh(RenderingReader::Place::Caret); });
-    connect(m_edits, &PageEdits::refused, this, &HTMLDocument::refuse);
+    connect(m_edits, &PageEdits::refused, m_ui->noticeBar, &NoticeBar::refuse);
     // Queued, so that the drag has ended before the page is rebuilt.
     connect(m_outline, &OutlineModel::nodeDropped, m_edits, &PageEdits::acceptDrop, Qt::QueuedConnection);
     connect(m_ui->myOutlineView, &OutlineView::pasteRequested, m_edits, &PageEdits::acceptDrop);
@@ -123,7 +123,7 @@ void HTMLDocument::createStyleSheets()
     connect(m_styleSheets, &StyleSheetEditor::styleBlockRequested, m_edits, &PageEdits::updateStyleBlock);
     connect(m_edits, &PageEdits::styleBlockUpdated, m_styleSheets, &StyleSheetEditor::selectCSS);
     connect(m_styleSheets, &StyleSheetEditor::failed, this, [this](const QString& reason) {
-        tell(tr("The style sheet could not be saved: %1").arg(reason));
+        m_ui->noticeBar->tell(tr("The style sheet could not be saved: %1").arg(reason));
     });
 }
 
@@ -133,8 +133,9 @@ void HTMLDocument::createTools()
                              *m_styleSheets, *m_viewController, [this] { return siteFolder(); },
                              [this] { return m_linkRules ? m_linkRules(m_store.linkBase()) : WebRules(); }},
                             this);
-    connect(m_tools, &PageTools::refused, this, &HTMLDocument::refuse);
-    connect(m_tools, &PageTools::failed, this, [this](const QString& reason) { tell(reason); });
+    connect(m_tools, &PageTools::refused, m_ui->noticeBar, &NoticeBar::refuse);
+    connect(m_tools, &PageTools::failed, this,
+            [this](const QString& reason) { m_ui->noticeBar->tell(reason); });
     connect(m_tools, &PageTools::textsReplaced, this, [this] { refresh(RenderingReader::Place::Keep); });
     connect(m_tools, &PageTools::sourceReplaced, this, [this] {
         m_viewController->show(ViewController::Position::Keep);
@@ -148,8 +149,9 @@ void HTMLDocument::createSaver()
                             [this](const fs::path& url, const auto& then) { writeToURL(url, then); });
     connect(m_saver, &PageSaver::openRequested, this, &HTMLDocument::openRequested);
     connect(m_saver, &PageSaver::newFromRequested, this, &HTMLDocument::newFromRequested);
-    connect(m_saver, &PageSaver::templateFailed, this,
-            [this](const QString& reason) { tell(tr("The template could not be saved. %1").arg(reason)); });
+    connect(m_saver, &PageSaver::templateFailed, this, [this](const QString& reason) {
+        m_ui->noticeBar->tell(tr("The template could not be saved. %1").arg(reason));
+    });
     connect(m_saver, &PageSaver::saveRequested, this, [this] { saveEverything([this] { close(); }); });
     connect(m_saver, &PageSaver::discarded, this, [this] {
         m_mayClose = true;
@@ -168,29 +170,28 @@ void HTMLDocument::createFollower()
         emit locationChanged(docURL());
     });
     connect(m_follower, &PageFollower::linksUpdated, this, [this] {
-        const bool saysFileChanged = m_ui->noticeReloadButton->isVisibleTo(m_ui->noticeBar);
-        if (saysFileChanged && !m_store.changedOnDisk())
+        if (m_ui->noticeBar->offersReload() && !m_store.changedOnDisk())
             m_ui->noticeBar->hide();
         m_watch.follow();
         updateWindow();
         m_tools->noteLinks();
     });
-    connect(m_follower, &PageFollower::failed, this,
-            [this](const QString& reason) { tell(tr("The page's links were not updated. %1").arg(reason)); });
+    connect(m_follower, &PageFollower::failed, this, [this](const QString& reason) {
+        m_ui->noticeBar->tell(tr("The page's links were not updated. %1").arg(reason));
+    });
 }
 
 void HTMLDocument::connectChanges()
 {
-    connect(m_ui->noticeReloadButton, &QPushButton::clicked, this, &HTMLDocument::revertDocumentToSaved);
-    connect(m_ui->noticeCloseButton, &QPushButton::clicked, m_ui->noticeBar, &QWidget::hide);
+    connect(m_ui->noticeBar, &NoticeBar::reloadRequested, this, &HTMLDocument::revertDocumentToSaved);
     connect(&m_watch, &PageWatch::changed, this, &HTMLDocument::takeFileChange);
     for (const auto handler : {&HTMLDocument::updateWindow, &HTMLDocument::updateRecovery}) {
         connect(&m_stack, &QUndoStack::cleanChanged, this, handler);
         connect(&m_stack, &QUndoStack::indexChanged, this, handler);
     }
     connect(m_selection, &OutlineSelection::changed, this, &HTMLDocument::updateWindow);
-    connect(m_selection, &OutlineSelection::changed, this, &HTMLDocument::forgetRefusal);
-    connect(&m_stack, &QUndoStack::indexChanged, this, &HTMLDocument::forgetRefusal);
+    connect(m_selection, &OutlineSelection::changed, m_ui->noticeBar, &NoticeBar::forgetRefusal);
+    connect(&m_stack, &QUndoStack::indexChanged, m_ui->noticeBar, &NoticeBar::forgetRefusal);
     connect(m_ui->cssField, &QPlainTextEdit::textChanged, this, &HTMLDocument::updateWindow);
     connect(m_ui->cssButton, &QPushButton::clicked, this, &HTMLDocument::updateWindow);
 }
@@ -222,7 +223,8 @@ bool HTMLDocument::load(Reading reading, const QString& name)
     {
         const auto quiet = m_selection->quietly();
         if (const auto loaded = m_store.load(name); !loaded) {
-            tell(tr("This page can't be edited. %1").arg(QString::fromStdString(loaded.error().text)));
+            m_ui->noticeBar->tell(
+                tr("This page can't be edited. %1").arg(QString::fromStdString(loaded.error().text)));
             return false;
         }
     }
@@ -245,14 +247,15 @@ void HTMLDocument::takeUnsaved()
 {
     const UnsavedPage unsaved = *std::exchange(m_unsaved, std::nullopt);
     if (const auto taken = m_store.recover(unsaved.source); !taken) {
-        tell(tr("The unsaved edits can't be brought back. %1")
-                 .arg(QString::fromStdString(taken.error().text)));
+        m_ui->noticeBar->tell(tr("The unsaved edits can't be brought back. %1")
+                                  .arg(QString::fromStdString(taken.error().text)));
         return;
     }
     m_recovery->adopt(unsaved.record);
     updateRecovery();
     if (!m_stack.isClean())
-        tell(tr("These edits were not saved when LUMA ended. Undo shows the page without them."));
+        m_ui->noticeBar->tell(
+            tr("These edits were not saved when LUMA ended. Undo shows the page without them."));
 }
 
 void HTMLDocument::revertDocumentToSaved()
@@ -278,7 +281,8 @@ bool HTMLDocument::tidy()
     {
         const auto quiet = m_selection->quietly();
         if (const auto tidied = m_store.tidy(); !tidied) {
-            tell(tr("The page could not be tidied. %1").arg(QString::fromStdString(tidied.error().text)));
+            m_ui->noticeBar->tell(
+                tr("The page could not be tidied. %1").arg(QString::fromStdString(tidied.error().text)));
             return false;
         }
     }
@@ -328,9 +332,10 @@ void HTMLDocument::takeFileChange()
         if (m_store.isSaving() || m_store.file().knownHash() != known)
             return;
         if (isEdited())
-            tell(tr("Another program has changed this page. Reload takes its version; undo brings yours "
-                    "back."),
-                 Offer::Reload);
+            m_ui->noticeBar->tell(
+                tr("Another program has changed this page. Reload takes its version; undo brings yours "
+                   "back."),
+                NoticeBar::Offer::Reload);
         else
             load(Reading::Again, tr("Reload"));
     });
@@ -354,7 +359,8 @@ QString HTMLDocument::getHTML(const QString& source)
 void HTMLDocument::setHTML(std::string_view markup, const QString& name)
 {
     if (const auto taken = m_edits->takeMarkup(markup, name); !taken)
-        tell(tr("The page was not changed: %1").arg(QString::fromStdString(taken.error().text)));
+        m_ui->noticeBar->tell(
+            tr("The page was not changed: %1").arg(QString::fromStdString(taken.error().text)));
     m_changes.clear();
 }
 
@@ -494,8 +500,8 @@ void HTMLDocument::writeToURL(const fs::path& url, const std::function<void()>& 
     const std::optional<fs::path> before = m_store.hasFile() ? std::optional(docURL()) : std::nullopt;
     m_store.startSaving(url, [this, before, then](const Result<void>& saved) {
         if (!saved) {
-            tell(tr("The page could not be saved; your edits are kept. %1")
-                     .arg(QString::fromStdString(saved.error().text)));
+            m_ui->noticeBar->tell(tr("The page could not be saved; your edits are kept. %1")
+                                      .arg(QString::fromStdString(saved.error().text)));
             return;
         }
         noteSaved(before);
@@ -568,8 +574,8 @@ void HTMLDocument::openWith(const QString& program, const QString& mimeType)
 {
     saveEverything([this, program, mimeType] {
         if (const auto opened = otherprograms::openWith(program, mimeType, {docURL()}); !opened)
-            tell(tr("The page could not be opened there: %1")
-                     .arg(QString::fromStdString(opened.error().text)));
+            m_ui->noticeBar->tell(tr("The page could not be opened there: %1")
+                                      .arg(QString::fromStdString(opened.error().text)));
     });
 }
 
@@ -583,26 +589,6 @@ void HTMLDocument::changeEvent(QEvent* event)
 }
 
 // The window
-
-void HTMLDocument::tell(const QString& text, Offer offer)
-{
-    m_ui->noticeText->setText(text);
-    m_ui->noticeReloadButton->setVisible(offer == Offer::Reload);
-    m_ui->noticeBar->show();
-    m_tellsRefusal = false;
-}
-
-void HTMLDocument::refuse(const QString& reason)
-{
-    tell(reason);
-    m_tellsRefusal = true;
-}
-
-void HTMLDocument::forgetRefusal()
-{
-    if (std::exchange(m_tellsRefusal, false))
-        m_ui->noticeBar->hide();
-}
 
 void HTMLDocument::updateWindow()
 {

@@ -74,9 +74,9 @@ public:
 
     /// Prints the page's source anew, as one edit that can be undone.
     void tidySource();
-    /// Whether the user wants each page tidied when it is saved; asked before each save.
     /// Where the user keeps templates of pages; asked each time.
     void setTemplateFolder(const std::function<std::filesystem::path()>& folder);
+    /// Whether the user wants each page tidied when it is saved; asked before each save.
     void setTidyChoice(PageStore::TidyChoice choice) { m_store.setTidyChoice(std::move(choice)); }
     /// By which the links of a page are judged; asked for each check. Without it, WebRules() serve.
     using LinkRulesOf = std::function<WebRules(const std::filesystem::path& page)>;
@@ -182,12 +182,6 @@ private:
     bool tidy();
     void noteSaved(const std::optional<std::filesystem::path>& before);
 
-    enum class Offer { Nothing, Reload };
-    /// Shows the text in the bar at the top until it is dismissed or the page is read or saved.
-    void tell(const QString& text, Offer offer = Offer::Nothing);
-    /// A reason, which goes with the next selection or edit.
-    void refuse(const QString& reason);
-    void forgetRefusal();
     /// Updates the title, the actions and the path at the bottom.
     void updateWindow();
     /// Pages of one name that are open at the same time tell their folders.
@@ -220,7 +214,6 @@ private:
     std::optional<PageLayout> m_layout; // set once the window is built
     CssNames m_cssNames;
     bool m_mayClose = false;
-    bool m_tellsRefusal = false;
 };
 
 } // namespace luma

@@ -215,14 +215,6 @@
 <context>
     <name>HTMLDocument</name>
     <message>
-        <source>Reload</source>
-        <translation>Neu laden</translation>
-    </message>
-    <message>
-        <source>Dismiss</source>
-        <translation>Schließen</translation>
-    </message>
-    <message>
         <source>Insert</source>
         <translation>Einfügen</translation>
     </message>
@@ -4626,6 +4618,17 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>This is edited in the page&apos;s source.</source>
         <translation>Das wird im Quelltext der Seite bearbeitet.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::NoticeBar</name>
+    <message>
+        <source>Reload</source>
+        <translation>Neu laden</translation>
+    </message>
+    <message>
+        <source>Dismiss</source>
+        <translation>Schließen</translation>
     </message>
 </context>
 <context>
