@@ -62,7 +62,12 @@ bool PageWindows::showSheetPlace(const fs::path& sheet, unsigned line, unsigned 
     return false;
 }
 
-void PageWindows::newPage(const fs::path& siteFolder, const fs::path& from)
+void PageWindows::newPage(const fs::path& siteFolder)
+{
+    newPage(siteFolder, PageTemplate());
+}
+
+void PageWindows::newPage(const fs::path& siteFolder, const PageTemplate& from)
 {
     HTMLDocument* const window = makeWindow(siteFolder);
     window->useTemplate(from);
@@ -113,7 +118,7 @@ void PageWindows::connectWindow(HTMLDocument* window)
 {
     connect(window, &HTMLDocument::newRequested, this, [this, window] { newPage(window->mountPath); });
     connect(window, &HTMLDocument::newFromRequested, this,
-            [this, window](const fs::path& page) { newPage(window->mountPath, page); });
+            [this, window](const PageTemplate& from) { newPage(window->mountPath, from); });
     connect(window, &HTMLDocument::openRequested, this,
             [this, window](const fs::path& page) { openFrom(window, page); });
     connect(window, &HTMLDocument::publishRequested, this, &PageWindows::publishRequested);

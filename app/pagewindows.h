@@ -15,6 +15,7 @@ class DocumentController;
 class HTMLDocument;
 class MoveNotices;
 class Preferences;
+struct PageTemplate;
 struct UnsavedPage;
 struct WebRules;
 
@@ -41,8 +42,9 @@ public:
     QWidget* open(const std::filesystem::path& page, const std::filesystem::path& siteFolder, QWidget* open);
     /// Shows a place of a style sheet, counted from 1, in the window of an open page that uses the sheet. False without one.
     bool showSheetPlace(const std::filesystem::path& sheet, unsigned line, unsigned column);
-    /// Opens a new page in the site at `siteFolder`, made from the page `from`, or the usual template without one.
-    void newPage(const std::filesystem::path& siteFolder, const std::filesystem::path& from = {});
+    /// Opens a new page in the site at `siteFolder`, made from `from`, or from the usual template.
+    void newPage(const std::filesystem::path& siteFolder, const PageTemplate& from);
+    void newPage(const std::filesystem::path& siteFolder);
 
     /// Opens a page with the edits that an earlier run has left unsaved; in a new one if its file is gone.
     void recover(const UnsavedPage& unsaved);

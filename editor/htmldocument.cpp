@@ -18,6 +18,7 @@
 #include "editor/pagetools.h"
 #include "editor/styleedits.h"
 #include "editor/stylesheeteditor.h"
+#include "editor/templatecopies.h"
 #include "html/elementat.h"
 #include "html/pagewriter.h"
 #include "links/linksuggestions.h"
@@ -206,16 +207,47 @@ bool HTMLDocument::readFromURL(const fs::path& url)
 
 void HTMLDocument::windowDidLoad()
 {
-    if (!m_store.hasFile() && !m_template.empty())
-        m_store.setTemplate(m_template, m_template.parent_path());
+    if (!m_store.hasFile() && !m_template.page.empty())
+        m_store.setTemplate(m_template.page, m_template.page.parent_path());
     else if (!m_store.hasFile())
         m_store.setTemplate(resourceFolder() / "LUMAHTMLCSSJS" / "duomo.html",
                             mountPath.empty() ? pathOf(QDir::homePath()) : mountPath);
+    if (!m_template.folder.empty() && isFromElsewhere())
+        copyTemplateFiles();
+    else
+        loadFirst();
+    m_layout->makeRoomForTexts();
+}
+
+void HTMLDocument::loadFirst()
+{
     if (load(Reading::First, QString()) && m_store.hasFile())
         emit locationChanged(docURL());
     m_watch.follow();
     updateWindow();
-    m_layout->makeRoomForTexts();
+}
+
+bool HTMLDocument::isFromElsewhere() const
+{
+    return !m_template.page.empty() && !mountPath.empty() &&
+           !isAtOrBelow(m_template.page.native(), mountPath.native());
+}
+
+void HTMLDocument::copyTemplateFiles()
+{
+    m_ui->noticeBar->tell(tr("The files that the template uses are being copied into the site."));
+    m_copies = new TemplateCopies(this);
+    connect(m_copies, &TemplateCopies::copied, this, [this](const std::string& page) {
+        m_store.setTemplate(m_template.page, mountPath);
+        m_store.beginWith(page);
+        loadFirst();
+    });
+    connect(m_copies, &TemplateCopies::failed, this, [this](const QString& reason) {
+        loadFirst();
+        m_ui->noticeBar->tell(
+            tr("The files that the template uses were not copied into the site. %1").arg(reason));
+    });
+    m_copies->start(m_template, mountPath);
 }
 
 bool HTMLDocument::load(Reading reading, const QString& name)
@@ -230,8 +262,7 @@ bool HTMLDocument::load(Reading reading, const QString& name)
     }
     m_ui->noticeBar->hide();
     // What a page from elsewhere is to have of the site can only be shown from inside the site.
-    if (reading == Reading::First && !m_template.empty() && !mountPath.empty() &&
-        !isAtOrBelow(m_template.native(), mountPath.native()))
+    if (reading == Reading::First && isFromElsewhere())
         m_store.placeIn(mountPath);
     if (m_unsaved)
         takeUnsaved();
@@ -514,6 +545,8 @@ void HTMLDocument::noteSaved(const std::optional<fs::path>& before)
 {
     m_ui->noticeBar->hide();
     m_tools->noteSaved();
+    if (m_copies)
+        m_copies->keep();
     m_watch.follow();
     updateWindow();
     if (before == docURL())

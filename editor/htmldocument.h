@@ -10,6 +10,7 @@
 #include "page/pagestore.h"
 #include "page/pagetree.h"
 #include "page/tagrules.h"
+#include "page/templatefiles.h"
 #include "page/treechanges.h"
 #include "web/pagedocument.h"
 #include "web/renderingreader.h"
@@ -37,6 +38,7 @@ class PageFollower;
 class PageSaver;
 class PageTools;
 class StyleSheetEditor;
+class TemplateCopies;
 class ViewController;
 
 /// The document of one page and its window: the outline beside the live rendering and the style sheets. The
@@ -59,8 +61,9 @@ public:
     /// Sets the location; the page is read when the window has loaded. Without a location, the window opens a
     /// new page made from the template.
     bool readFromURL(const std::filesystem::path& url);
-    /// Makes the new page, which has no location, from this one; its links will be right where it is saved.
-    void useTemplate(const std::filesystem::path& page) { m_template = page; }
+    /// Makes the new page, which has no location, from this one; its links will be right where it is saved, and the files
+    /// that are to come along are in the site then.
+    void useTemplate(const PageTemplate& from) { m_template = from; }
     /// What an earlier run has left of the page: windowDidLoad() takes it as an edit.
     void recover(UnsavedPage unsaved) { m_unsaved = std::move(unsaved); }
     /// Reads and shows the page. If that fails, the window shows the reason.
@@ -126,7 +129,7 @@ public:
 
 signals:
     void newRequested();
-    void newFromRequested(const std::filesystem::path& page);
+    void newFromRequested(const PageTemplate& from);
     void openRequested(const std::filesystem::path& page);
     /// The user wants to publish the page, which has just been saved, with what it needs.
     void publishRequested(const std::filesystem::path& page);
@@ -171,6 +174,9 @@ private:
 
     enum class Reading { First, Again };
     bool load(Reading reading, const QString& name);
+    void loadFirst();
+    [[nodiscard]] bool isFromElsewhere() const;
+    void copyTemplateFiles();
     void takeUnsaved();
     void takeFileChange();
     void noteReturn();
@@ -208,7 +214,8 @@ private:
     PageSaver* m_saver = nullptr;
     PageRecovery* m_recovery = nullptr;
     std::optional<UnsavedPage> m_unsaved;
-    std::filesystem::path m_template; // of a new page; empty: the usual one
+    PageTemplate m_template;            // of a new page
+    TemplateCopies* m_copies = nullptr; // of a page with a template that brings files along
     PageActions* m_actions = nullptr;
     PageWatch m_watch{m_store, nullptr};
     std::optional<PageLayout> m_layout; // set once the window is built

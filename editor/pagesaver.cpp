@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/pagesaver.h"
 
+#include "base/pathbelow.h"
 #include "base/pathtext.h"
 #include "editor/savequestion.h"
 #include "editor/templatesheet.h"
@@ -118,12 +119,17 @@ void PageSaver::saveUnder(const fs::path& path, const Then& then)
 
 void PageSaver::openPanel()
 {
-    choosePage(tr("Open"), QStringLiteral("openPanel"), &PageSaver::openRequested);
+    choosePage(tr("Open"), QStringLiteral("openPanel"),
+               [this](const fs::path& page) { emit openRequested(page); });
 }
 
 void PageSaver::newFromPanel()
 {
-    choosePage(tr("New Page From"), QStringLiteral("newFromPanel"), &PageSaver::newFromRequested);
+    choosePage(tr("New Page From"), QStringLiteral("newFromPanel"), [this](const fs::path& page) {
+        const fs::path folder = m_templateFolder();
+        const bool isTemplate = isAtOrBelow(page.native(), folder.native());
+        emit newFromRequested({page, isTemplate ? folder : fs::path()});
+    });
 }
 
 void PageSaver::newFromTemplate()
@@ -155,13 +161,12 @@ void PageSaver::saveAsTemplate()
     });
 }
 
-void PageSaver::choosePage(const QString& title, const QString& name, PageSignal chosen)
+void PageSaver::choosePage(const QString& title, const QString& name, const Chosen& chosen)
 {
     QFileDialog* const panel = panelOf(m_window, title, name);
     panel->setFileMode(QFileDialog::ExistingFile);
     panel->setDirectory(textOf(m_store.hasFile() ? m_store.docURL().parent_path() : m_siteFolder));
-    connect(panel, &QFileDialog::fileSelected, this,
-            [this, chosen](const QString& file) { std::invoke(chosen, this, pathOf(file)); });
+    connect(panel, &QFileDialog::fileSelected, this, [chosen](const QString& file) { chosen(pathOf(file)); });
     panel->open();
 }
 

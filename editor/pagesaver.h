@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "page/templatefiles.h"
+
 #include <QObject>
 #include <QPointer>
 
@@ -62,13 +64,13 @@ signals:
     void saveRequested();
     void discarded();
     void openRequested(const std::filesystem::path& page);
-    void newFromRequested(const std::filesystem::path& page);
+    void newFromRequested(const PageTemplate& from);
     /// The template was not written, for this reason.
     void templateFailed(const QString& reason);
 
 private:
-    using PageSignal = void (PageSaver::*)(const std::filesystem::path& page);
-    void choosePage(const QString& title, const QString& name, PageSignal chosen);
+    using Chosen = std::function<void(const std::filesystem::path& page)>;
+    void choosePage(const QString& title, const QString& name, const Chosen& chosen);
     void askToOverwrite(const Then& then);
     void askToSaveAsHtml(const Then& then);
     void askToLeaveOut(const std::vector<std::string>& elements, const Then& then);

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/templatesheet.h"
 
+#include "base/mainhop.h"
 #include "base/pathtext.h"
 #include "html/document.h"
 #include "html/pagecodec.h"
@@ -11,6 +12,7 @@
 #include <QDesktopServices>
 #include <QDir>
 #include <QFile>
+#include <QPointer>
 #include <QStandardPaths>
 #include <QUrl>
 
@@ -58,11 +60,17 @@ TemplateSheet::TemplateSheet(std::function<fs::path()> folder, QWidget* parent)
     connect(m_ui->templateButton, &QPushButton::clicked, this, &QDialog::accept);
     connect(this, &QDialog::accepted, this, [this] {
         if (const QListWidgetItem* const item = m_ui->templateList->currentItem())
-            emit confirmed(pathOf(item->data(Qt::UserRole).toString()));
+            emit confirmed({pathOf(item->data(Qt::UserRole).toString()),
+                            m_ui->templateFilesBox->isChecked() ? m_folder() : fs::path()});
     });
+    connect(m_ui->templateList, &QListWidget::currentItemChanged, this, &TemplateSheet::countFiles);
 }
 
-TemplateSheet::~TemplateSheet() = default;
+TemplateSheet::~TemplateSheet()
+{
+    if (m_counting)
+        m_counting->cancel();
+}
 
 fs::path TemplateSheet::usualFolder()
 {
@@ -89,10 +97,38 @@ void TemplateSheet::begin()
     m_ui->templateList->setCurrentRow(0);
     m_ui->templateList->setVisible(!names.isEmpty());
     m_ui->templateLabel->setVisible(!names.isEmpty());
+    m_ui->templateFilesBox->setVisible(!names.isEmpty());
     m_ui->noTemplates->setVisible(names.isEmpty());
     m_ui->templateButton->setEnabled(!names.isEmpty());
     open();
     (names.isEmpty() ? static_cast<QWidget*>(m_ui->templateFolderButton) : m_ui->templateList)->setFocus();
+}
+
+// How many files come along, as soon as it is known.
+void TemplateSheet::countFiles()
+{
+    if (m_counting)
+        m_counting->cancel();
+    const QListWidgetItem* const item = m_ui->templateList->currentItem();
+    tellFiles(0);
+    if (!item)
+        return;
+    m_counting = std::make_shared<WorkItem>();
+    const PageTemplate from{pathOf(item->data(Qt::UserRole).toString()), m_folder()};
+    start(m_counting, [self = QPointer(this), from](const WorkItem& counting) {
+        const auto files = filesOfTemplate(from);
+        onMain(self, [&](TemplateSheet& sheet) {
+            if (files && !counting.isCancelled())
+                sheet.tellFiles(files->size());
+        });
+    });
+}
+
+void TemplateSheet::tellFiles(std::size_t count)
+{
+    m_ui->templateFilesBox->setEnabled(count > 0);
+    const QString text = tr("&Copy the files that it uses into the site");
+    m_ui->templateFilesBox->setText(count > 0 ? text + QStringLiteral(" (%1)").arg(count) : text);
 }
 
 void TemplateSheet::openFolder()

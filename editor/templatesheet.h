@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "base/workitem.h"
+#include "page/templatefiles.h"
+
 #include <QDialog>
 
 #include <filesystem>
@@ -13,7 +16,8 @@ class TemplateSheet;
 
 namespace luma {
 
-/// The sheet that lists the pages in a folder of templates. Main thread.
+/// The sheet that lists the pages in a folder of templates, and asks whether the files that one uses are to come along. Main
+/// thread.
 class TemplateSheet final : public QDialog
 {
     Q_OBJECT
@@ -31,13 +35,16 @@ public:
     static std::filesystem::path usualFolder();
 
 signals:
-    void confirmed(const std::filesystem::path& page);
+    void confirmed(const PageTemplate& from);
 
 private:
     void openFolder();
+    void countFiles();
+    void tellFiles(std::size_t count);
 
     std::function<std::filesystem::path()> m_folder;
     std::unique_ptr<Ui::TemplateSheet> m_ui;
+    WorkItemPointer m_counting;
 };
 
 } // namespace luma

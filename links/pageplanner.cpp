@@ -57,6 +57,12 @@ std::optional<ValueBoundary> endOfPath(std::string_view raw, const LinkReference
 
 } // namespace
 
+void PagePlanner::setRoots(const std::filesystem::path& from, const std::filesystem::path& to)
+{
+    m_oldRoot = from.lexically_normal().relative_path().native();
+    m_newRoot = to.lexically_normal().relative_path().native();
+}
+
 Result<std::vector<LinkEdit>> PagePlanner::editsOf(std::string_view bytes, const std::string& oldPath,
                                                    const std::string& newPath)
 {
@@ -106,7 +112,7 @@ std::optional<std::string> PagePlanner::changed(std::string_view value, const Si
     const LinkTarget target = m_addresses->resolve(value, oldPage);
     std::string respelled(value);
     if (target.kind == Kind::Outside) {
-        respelled = respelledOutside(*m_addresses, value, oldPage, newPage);
+        respelled = changedOutside(value, oldPage, newPage);
     } else if (target.kind == Kind::Inside) {
         const std::optional<NewPlace> place = m_places->newPlaceOf(target);
         if (!place && !isPageMoved)
@@ -116,6 +122,23 @@ std::optional<std::string> PagePlanner::changed(std::string_view value, const Si
                         .value_or(respelled);
     }
     return respelled == value ? std::nullopt : std::optional(respelled);
+}
+
+std::string PagePlanner::changedOutside(std::string_view value, const SiteAddresses::Page& oldPage,
+                                        const SiteAddresses::Page& newPage) const
+{
+    if (m_oldRoot == m_newRoot)
+        return respelledOutside(*m_addresses, value, oldPage, newPage);
+    if (oldPage.hasBase)
+        return std::string(value);
+    const SiteAddresses disk;
+    const SiteAddresses::Page oldOnDisk = disk.page(m_oldRoot + '/' + oldPage.path);
+    const LinkTarget target = disk.resolve(value, oldOnDisk);
+    if (target.kind != Kind::Inside)
+        return std::string(value);
+    return respelledAddress(disk, value, oldOnDisk, disk.page(m_newRoot + '/' + newPage.path),
+                            {target.path, target.isFolderForm})
+        .value_or(std::string(value));
 }
 
 // An address as "a.php?id=<?= $id ?>" isn't judged, but its path says where it leads.

@@ -8,6 +8,7 @@
 #include "links/sitepagereader.h"
 
 #include <cstddef>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -23,6 +24,10 @@ public:
     PagePlanner(const SiteAddresses& addresses, const MovedPlaces& places)
         : m_addresses(&addresses), m_places(&places)
     {}
+
+    /// For a page that goes from one folder with its own root to another: its relative links that lead out of the first one
+    /// lead to the same files afterwards. Otherwise they keep their distance to the root. Absolute paths.
+    void setRoots(const std::filesystem::path& from, const std::filesystem::path& to);
 
     /// The bytes of a file, valid until the next read.
     Result<std::string_view> read(const std::string& file) { return m_reader.readBytes(file); }
@@ -45,6 +50,8 @@ private:
     [[nodiscard]] std::optional<std::string> changed(std::string_view value,
                                                      const SiteAddresses::Page& oldPage,
                                                      const SiteAddresses::Page& newPage) const;
+    [[nodiscard]] std::string changedOutside(std::string_view value, const SiteAddresses::Page& oldPage,
+                                             const SiteAddresses::Page& newPage) const;
     [[nodiscard]] std::optional<Change> changedPath(const LinkReference& reference,
                                                     const SiteAddresses::Page& oldPage,
                                                     const SiteAddresses::Page& newPage) const;
@@ -55,6 +62,8 @@ private:
 
     const SiteAddresses* m_addresses;
     const MovedPlaces* m_places;
+    std::string m_oldRoot; // without a slash in front; both empty where they are one
+    std::string m_newRoot;
     SitePageReader m_reader;
     SitePageReader m_second; // reads the edited page
 };

@@ -167,6 +167,7 @@ void PageStore::setLocation(const fs::path& path, Origin origin)
     m_docURL = (error ? path : absolute).lexically_normal();
     m_linkBase = m_docURL;
     m_hasFile = origin == Origin::File;
+    m_beginning.reset();
     m_file = PageFile(m_docURL);
 }
 
@@ -194,7 +195,7 @@ fs::path PageStore::folderOfLinks() const
 Result<void> PageStore::load(const QString& name)
 {
     finishSaving();
-    const auto bytes = m_file.read();
+    const auto bytes = m_beginning ? Result<std::string>(*m_beginning) : m_file.read();
     if (!bytes)
         return bytes.error();
     const html::PageLanguage language = html::pageLanguage(m_docURL, *bytes);

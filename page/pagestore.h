@@ -13,6 +13,7 @@
 #include <filesystem>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -42,6 +43,8 @@ public:
     void setLocation(const std::filesystem::path& path, Origin origin);
     /// A new page's template; until it is saved the page counts as standing in `folder`.
     void setTemplate(const std::filesystem::path& path, const std::filesystem::path& folder);
+    /// Gives a new page these bytes instead of the template's own.
+    void beginWith(std::string bytes) { m_beginning = std::move(bytes); }
     /// The folder of the page's site as its links tell: the highest that one of them needs to reach an existing file, also
     /// from the site's root ("/css/main.css"); else the page's own folder. Never the home folder or one above it.
     [[nodiscard]] std::filesystem::path folderOfLinks() const;
@@ -134,6 +137,7 @@ private:
     std::filesystem::path m_docURL;
     std::filesystem::path m_linkBase;
     bool m_hasFile = false;
+    std::optional<std::string> m_beginning; // of a new page
     bool m_isXhtml = false;
     bool m_isWellFormed = false; // the XHTML
     std::vector<std::string> m_lostElements;

@@ -2,10 +2,12 @@
 #include "page/picturecopy.h"
 
 #include "base/files.h"
+#include "links/webrules.h"
 #include "page/sitefolder.h"
 
 #include <string>
 #include <system_error>
+#include <vector>
 
 namespace fs = std::filesystem;
 
@@ -13,11 +15,30 @@ namespace luma {
 
 namespace {
 
-fs::path folderForPictures(const SiteFolder& site)
+using Names = std::vector<const char*>;
+
+Names usualFolders(const fs::path& file)
+{
+    const std::string type = contentTypeOf(file);
+    if (type.starts_with("image/"))
+        return {"images", "img", "pictures", "bilder", "media"};
+    if (type == "text/css")
+        return {"css", "styles", "style", "stylesheets"};
+    if (isScript(file.native()))
+        return {"js", "scripts", "javascript"};
+    if (type.starts_with("font/"))
+        return {"fonts", "webfonts"};
+    return {};
+}
+
+} // namespace
+
+fs::path folderForFile(const fs::path& file, const SiteFolder& site)
 {
     std::error_code ignored;
+    const Names names = usualFolders(file);
     for (const fs::path& parent : {site.page().parent_path(), site.folder()}) {
-        for (const char* const name : {"images", "img", "pictures", "bilder", "media"}) {
+        for (const char* const name : names) {
             if (fs::is_directory(parent / name, ignored))
                 return parent / name;
         }
@@ -25,25 +46,23 @@ fs::path folderForPictures(const SiteFolder& site)
     return site.page().parent_path();
 }
 
-bool isSamePicture(const fs::path& picture, const fs::path& other)
+bool holdsSameBytes(const fs::path& file, const fs::path& other)
 {
     std::error_code error;
-    if (fs::file_size(picture, error) != fs::file_size(other, error) || error)
+    if (fs::file_size(file, error) != fs::file_size(other, error) || error)
         return false;
-    const auto bytes = readFile(picture);
+    const auto bytes = readFile(file);
     const auto others = readFile(other);
     return bytes && others && *bytes == *others;
 }
 
-} // namespace
-
 Result<fs::path> copyPictureIntoSite(const fs::path& picture, const SiteFolder& site,
                                      const StillWanted& stillWanted)
 {
-    const fs::path folder = folderForPictures(site);
+    const fs::path folder = folderForFile(picture, site);
     fs::path target = folder / picture.filename();
     for (int number = 2; itemExists(target); ++number) {
-        if (isSamePicture(picture, target))
+        if (holdsSameBytes(picture, target))
             return target;
         target = folder / picture.stem();
         target += "-" + std::to_string(number);

@@ -2545,6 +2545,14 @@ entwuerfe/</translation>
         <source>Make Page</source>
         <translation>Seite anlegen</translation>
     </message>
+    <message>
+        <source>Pictures, style sheets and other files that lie in the folder of templates</source>
+        <translation>Bilder, Stylesheets und andere Dateien, die im Ordner der Vorlagen liegen</translation>
+    </message>
+    <message>
+        <source>&amp;Copy the files that it uses into the site</source>
+        <translation>&amp;Dateien, die sie verwendet, in die Website kopieren</translation>
+    </message>
 </context>
 <context>
     <name>TickList</name>
@@ -3564,6 +3572,18 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>Replace Anyway</source>
         <translation>Trotzdem ersetzen</translation>
     </message>
+    <message>
+        <source>The template uses too many files: %1</source>
+        <translation>Die Vorlage verwendet zu viele Dateien: %1</translation>
+    </message>
+    <message>
+        <source>%1: leads out of the folder of templates</source>
+        <translation>%1: führt aus dem Ordner der Vorlagen heraus</translation>
+    </message>
+    <message>
+        <source>The files that the template uses are too large: %1 MB</source>
+        <translation>Die Dateien, die die Vorlage verwendet, sind zu groß: %1 MB</translation>
+    </message>
 </context>
 <context>
     <name>luma::FileJobs</name>
@@ -3849,6 +3869,14 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>The template could not be saved. %1</source>
         <translation>Die Vorlage konnte nicht gesichert werden. %1</translation>
+    </message>
+    <message>
+        <source>The files that the template uses are being copied into the site.</source>
+        <translation>Die Dateien, die die Vorlage verwendet, werden in die Website kopiert.</translation>
+    </message>
+    <message>
+        <source>The files that the template uses were not copied into the site. %1</source>
+        <translation>Die Dateien, die die Vorlage verwendet, wurden nicht in die Website kopiert. %1</translation>
     </message>
 </context>
 <context>
@@ -6254,6 +6282,13 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>This table is too large to be changed here.</source>
         <translation>Diese Tabelle ist zu groß, um sie hier zu ändern.</translation>
+    </message>
+</context>
+<context>
+    <name>luma::TemplateSheet</name>
+    <message>
+        <source>&amp;Copy the files that it uses into the site</source>
+        <translation>&amp;Dateien, die sie verwendet, in die Website kopieren</translation>
     </message>
 </context>
 <context>

@@ -11,6 +11,7 @@
 #include "web/viewcontroller.h"
 
 #include <QAction>
+#include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
 #include <QFileDialog>
@@ -23,8 +24,11 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QThreadPool>
 #include <QToolBar>
 #include <QUndoStack>
+
+#include <set>
 
 using namespace luma;
 namespace fs = std::filesystem;
@@ -36,6 +40,21 @@ class tst_htmldocument final : public QObject, private luma::test::PageWindow
 
 private:
     QString selectionInPage() const { return answer("getSelection().toString()"); }
+
+    void openFromTemplate(const PageTemplate& from)
+    {
+        window = new HTMLDocument;
+        window->mountPath = at("site");
+        window->useTemplate(from);
+        window->show();
+        window->windowDidLoad();
+        QTRY_VERIFY(window->tree().document());
+        waitUntilShown();
+    }
+    std::set<fs::path> contentsOfSite() const
+    {
+        return {fs::recursive_directory_iterator(at("site")), fs::recursive_directory_iterator()};
+    }
 
 private slots:
     void cleanup() { close(); }
@@ -449,11 +468,11 @@ private slots:
         emit panel->fileSelected(QString::fromStdString(at("news/a.html").native()));
         panel->close();
         QCOMPARE(requests.count(), 1);
-        QCOMPARE(requests.first().first().value<fs::path>(), at("news/a.html"));
+        QCOMPARE(requests.first().first().value<PageTemplate>().page, at("news/a.html"));
         delete window;
         window = new HTMLDocument;
         window->mountPath = at("");
-        window->useTemplate(at("news/a.html"));
+        window->useTemplate({at("news/a.html")});
         window->show();
         window->windowDidLoad();
         waitUntilShown();
@@ -502,11 +521,11 @@ private slots:
         QCOMPARE(the<QListWidget>("templateList")->currentItem()->text().section('\n', 0, 0), "News");
         QTest::keyClick(the<QListWidget>("templateList"), Qt::Key_Return);
         QTRY_COMPARE(requests.count(), 1);
-        QCOMPARE(requests.first().first().value<fs::path>(), folder / "News.html");
+        QCOMPARE(requests.first().first().value<PageTemplate>().page, folder / "News.html");
         delete window;
         window = new HTMLDocument;
         window->mountPath = at("site");
-        window->useTemplate(folder / "News.html");
+        window->useTemplate({folder / "News.html", folder});
         window->show();
         window->windowDidLoad();
         waitUntilShown();
@@ -514,6 +533,71 @@ private slots:
         QVERIFY(!window->isWindowModified());
         QVERIFY(window->saveToURL(at("site/news/next.html")));
         QCOMPARE(file("site/news/next.html"), file("site/news/page.html"));
+    }
+
+    void filesOfTemplate_comeAlong()
+    {
+        const fs::path folder = at("templates");
+        put("templates/News.html", "<link rel=stylesheet href=css/main.css><p>one</p><img src=logo.png>");
+        put("templates/css/main.css", "p { color: rgb(1, 2, 3) }");
+        put("templates/logo.png", "logo");
+        put("site/images/logo.png", "another");
+        put("site/news/a.html", "");
+        put("site/page.html", "<p>page</p>");
+        const auto before = contentsOfSite();
+        open(at("site/page.html"), at("site"));
+        window->setTemplateFolder([folder] { return folder; });
+        trigger("newFromTemplateAction");
+        auto* const box = the<QCheckBox>("templateFilesBox");
+        QTRY_COMPARE(box->text(), "&Copy the files that it uses into the site (2)");
+        test::saveScreenshots(*the<TemplateSheet>("templateSheet"), "templates-files");
+        QSignalSpy requests(window, &HTMLDocument::newFromRequested);
+        the<QPushButton>("templateButton")->click();
+        QTRY_COMPARE(requests.count(), 1);
+        const auto from = requests.first().first().value<PageTemplate>();
+        QCOMPARE(from.folder, folder);
+        trigger("newFromTemplateAction");
+        box->setChecked(false);
+        the<QPushButton>("templateButton")->click();
+        QCOMPARE(requests.last().first().value<PageTemplate>().folder, fs::path());
+
+        delete window;
+        openFromTemplate(from);
+        QTRY_COMPARE(answer("getComputedStyle(document.querySelector('p')).color"), "rgb(1, 2, 3)");
+        QVERIFY(!window->isWindowModified() && !the<QWidget>("noticeBar")->isVisible());
+        const auto after = contentsOfSite();
+        // A second page has the same files, which go only with the last one.
+        const QPointer<HTMLDocument> first = window;
+        openFromTemplate(from);
+        QVERIFY(contentsOfSite() == after);
+        first->close();
+        QTRY_VERIFY(!first);
+        QVERIFY(QThreadPool::globalInstance()->waitForDone());
+        QVERIFY(contentsOfSite() == after);
+        window->close();
+        QTRY_VERIFY(contentsOfSite() == before);
+
+        openFromTemplate(from);
+        QVERIFY(window->saveToURL(at("site/news/next.html")));
+        QCOMPARE(file("site/news/next.html"),
+                 "<link rel=stylesheet href=../css/main.css><p>one</p><img src=../images/logo-2.png>");
+        window->close();
+        QTRY_VERIFY(!window);
+        QVERIFY(QThreadPool::globalInstance()->waitForDone());
+        QCOMPARE(file("site/css/main.css") + file("site/images/logo-2.png"), "p { color: rgb(1, 2, 3) }logo");
+    }
+    void filesOfTemplate_stayIfOneCannotBeCopied()
+    {
+        put("templates/News.html", "<p>one</p><img src=a.png><img src=b/b.png>");
+        put("templates/a.png", "a");
+        put("templates/b/b.png", "b");
+        put("site/b", "no folder");
+        const auto before = contentsOfSite();
+        openFromTemplate({at("templates/News.html"), at("templates")});
+        QTRY_VERIFY(the<QLabel>("noticeText")->text().contains("were not copied into the site"));
+        QVERIFY(the<QLabel>("noticeText")->isVisible());
+        QCOMPARE(body(), "<p>one</p><img src=\"../templates/a.png\"><img src=\"../templates/b/b.png\">");
+        QVERIFY(contentsOfSite() == before);
     }
 
     void pagesOfOneName_tellTheirFolders()
