@@ -6,6 +6,8 @@
 #include "desktop/singleinstance.h"
 #include "revision.h"
 #include "web/pagescheme.h"
+#include "web/previewprocess.h"
+#include "web/previewprogram.h"
 
 #include <QApplication>
 #include <QFile>
@@ -18,6 +20,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <string_view>
 
 namespace {
 
@@ -120,12 +123,15 @@ int run(const luma::CommandLine& line)
 
 int main(int argc, char** argv)
 {
+    using luma::PageScheme;
     if (const auto early = argumentsIn(argc, argv); luma::isAnsweredOnTerminal(early))
         return answerOnTerminal(luma::readCommandLine(early));
 
     // The web engine prints its settings where it finds no graphics driver.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.webenginecontext.info=false"));
-    luma::PageScheme::registerScheme();
+    // A process that this program has started for one preview (see PreviewProcess).
+    const bool isPreview = argc == 2 && argv[1] == std::string_view(luma::PreviewProcess::option);
+    PageScheme::registerScheme(isPreview ? PageScheme::Network::Closed : PageScheme::Network::Open);
     QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("luma"));
     QApplication::setApplicationDisplayName(QStringLiteral("LUMA"));
@@ -134,6 +140,8 @@ int main(int argc, char** argv)
     QApplication::setWindowIcon(luma::icons::application());
     chooseLanguage();
     luma::DesktopStyle::use();
+    if (isPreview)
+        return luma::PreviewProgram::run();
 
     // The application object has removed Qt's own options.
     const luma::CommandLine line = luma::readCommandLine(argumentsIn(argc, argv));

@@ -38,4 +38,9 @@ fs::path helperProgram(const char* name)
     return installed(fs::path(LUMA_HELPERS) / name);
 }
 
+fs::path applicationProgram()
+{
+    return installed(LUMA_PROGRAM);
+}
+
 } // namespace luma

@@ -14,4 +14,7 @@ std::filesystem::path resourceFolder();
 /// Empty if there is none. Any thread.
 std::filesystem::path helperProgram(const char* name);
 
+/// LUMA itself: the installed program or the build tree's, also where another program asks. Empty if there is none. Any thread.
+std::filesystem::path applicationProgram();
+
 } // namespace luma

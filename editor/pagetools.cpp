@@ -26,9 +26,12 @@
 #include "page/pagestore.h"
 #include "page/pagetree.h"
 #include "ui_HTMLDocument.h"
-#include "web/previewpage.h"
-#include "web/scriptpreview.h"
+#include "web/previewprocess.h"
+#include "web/previewsource.h"
 #include "web/viewcontroller.h"
+
+#include <QCoreApplication>
+#include <QLabel>
 
 namespace luma {
 
@@ -152,25 +155,34 @@ void PageTools::createCheck()
     connect(&m_parts.styleSheets, &StyleSheetEditor::fileStored, this, &PageTools::noteSaved);
 }
 
-PageTools::~PageTools()
-{
-    delete m_preview;
-}
+PageTools::~PageTools() = default;
 
-void PageTools::showPreview()
+void PageTools::createPreview()
 {
-    if (!m_preview)
-        m_preview = new ScriptPreview([this](const ScriptPreview::Take& take) {
+    m_preview = new PreviewProcess(
+        [this](const PreviewProcess::Take& take) {
             m_parts.rendering.whenCaughtUp(this, [this, take] {
                 if (m_parts.store.hasPage())
                     take({QByteArray::fromStdString(m_parts.store.markup()), m_parts.siteFolder(),
                           m_parts.rendering.webView()->editorPage().drafts(),
                           m_parts.linkRules().indexNames});
             });
-        });
+        },
+        this);
+    QLabel* const status = m_parts.ui.infoText;
+    connect(m_preview, &PreviewProcess::delayed, status,
+            [status] { status->setText(tr("The preview with scripts is starting.")); });
+    connect(m_preview, &PreviewProcess::shown, status, &QLabel::clear);
+    connect(m_preview, &PreviewProcess::failed, status, &QLabel::clear);
+    connect(m_preview, &PreviewProcess::failed, this, &PageTools::failed);
+    connect(m_preview, &PreviewProcess::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+}
+
+void PageTools::showPreview()
+{
+    if (!m_preview)
+        createPreview();
     m_preview->show();
-    m_preview->raise();
-    m_preview->activateWindow();
 }
 
 void PageTools::noteSaved()

@@ -5,7 +5,6 @@
 #include "page/sitefolder.h"
 
 #include <QObject>
-#include <QPointer>
 
 #include <functional>
 
@@ -31,8 +30,8 @@ class PageEdits;
 class PageSpelling;
 class PageStore;
 class PageTree;
+class PreviewProcess;
 class ReplaceBar;
-class ScriptPreview;
 class StyleSheetEditor;
 class TableSheet;
 class ViewController;
@@ -98,6 +97,7 @@ private:
     void createSheetTools();
     void createStyleRules();
     void createCheck();
+    void createPreview();
 
     Parts m_parts;
     QWidget* m_window;
@@ -111,7 +111,7 @@ private:
     ReplaceBar* m_replace = nullptr;
     CheckPanel* m_check = nullptr;
     PageSpelling* m_spelling = nullptr;
-    QPointer<ScriptPreview> m_preview;
+    PreviewProcess* m_preview = nullptr;
 };
 
 } // namespace luma

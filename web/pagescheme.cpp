@@ -17,7 +17,7 @@ void switchOffSandboxForRoot()
         qputenv("QTWEBENGINE_DISABLE_SANDBOX", "1");
 }
 
-void setEngineFlags()
+void setEngineFlags(PageScheme::Network network)
 {
     constexpr const char* variable = "QTWEBENGINE_CHROMIUM_FLAGS";
     QByteArray flags = qgetenv(variable);
@@ -27,6 +27,11 @@ void setEngineFlags()
         flags += " --js-flags=--optimize-for-size";
     // No page here has a use for WebRTC, and its datagrams pass no filter of requests.
     flags += " --force-webrtc-ip-handling-policy=disable_non_proxied_udp";
+    // No name or address leads anywhere, and what might take none goes to a proxy that is nowhere, loopback included. Of a
+    // switch that is there twice the last one counts.
+    if (network == PageScheme::Network::Closed)
+        flags += " --host-resolver-rules=\"MAP * ~NOTFOUND\" --proxy-server=http://nowhere.invalid:1"
+                 " --proxy-bypass-list=<-loopback>";
     qputenv(variable, flags.trimmed());
 }
 
@@ -37,10 +42,10 @@ QByteArray PageScheme::name()
     return QByteArrayLiteral("luma");
 }
 
-void PageScheme::registerScheme()
+void PageScheme::registerScheme(Network network)
 {
     switchOffSandboxForRoot();
-    setEngineFlags();
+    setEngineFlags(network);
     QWebEngineUrlScheme scheme(name());
     scheme.setSyntax(QWebEngineUrlScheme::Syntax::Host);
     // Neither local (such a page could show file: addresses) nor secure (images under http: would be held

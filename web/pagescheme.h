@@ -15,9 +15,12 @@ class PageScheme final
 public:
     static QByteArray name();
 
+    /// Closed: no page of the process reaches the network, whatever it tries, and no name is looked up.
+    enum class Network { Open, Closed };
+
     /// Registers the scheme, asks the web engine to save memory and, for the root user only (containers, CI), switches off
     /// its sandbox. Called once by main(), before it creates the application object.
-    static void registerScheme();
+    static void registerScheme(Network network = Network::Open);
 
     /// Whether `url` has this scheme and the given page as its host.
     static bool isOfPage(const QUrl& url, const QString& page);

@@ -1,26 +1,12 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
-#include "page/sitefolder.h"
 #include "web/guardedpage.h"
-
-#include <QHash>
-
-#include <string>
-#include <vector>
+#include "web/previewsource.h"
 
 namespace luma {
 
 class PreviewProfile;
-
-/// What a preview shows: a page and the style sheets that aren't saved yet.
-struct PreviewSource
-{
-    QByteArray markup; ///< UTF-8
-    SiteFolder files;
-    QHash<QString, QByteArray> drafts = {};   ///< UTF-8, by file; those outside the site are not used
-    std::vector<std::string> indexNames = {}; ///< of the pages that a folder's address means
-};
 
 /// A page with running scripts that stays in its site: every other navigation, window and dialog is refused. Main thread.
 class PreviewPage final : public GuardedPage

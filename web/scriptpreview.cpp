@@ -6,7 +6,6 @@
 #include "web/previewprofile.h"
 
 #include <QAction>
-#include <QCoreApplication>
 #include <QLabel>
 #include <QListWidget>
 #include <QPointer>
@@ -37,8 +36,7 @@ QString shownAddress(const QUrl& url)
 
 } // namespace
 
-ScriptPreview::ScriptPreview(std::function<void(const Take& take)> source)
-    : m_source(std::move(source)), m_profile(std::make_unique<PreviewProfile>())
+ScriptPreview::ScriptPreview(const PreviewSource& page) : m_profile(std::make_unique<PreviewProfile>())
 {
     setAttribute(Qt::WA_DeleteOnClose);
     setObjectName(QStringLiteral("scriptPreview"));
@@ -48,7 +46,7 @@ ScriptPreview::ScriptPreview(std::function<void(const Take& take)> source)
     connectPage();
     m_ping.setInterval(pingInterval);
     connect(&m_ping, &QTimer::timeout, this, &ScriptPreview::ping);
-    reload();
+    showPage(page);
 }
 
 ScriptPreview::~ScriptPreview()
@@ -113,7 +111,7 @@ void ScriptPreview::createActions()
         bar->addAction(action);
     };
     add(tr("Reload"), tr("Show the page as it is in the editor now"), {Qt::Key_F5, Qt::CTRL | Qt::Key_R},
-        &ScriptPreview::reload);
+        &ScriptPreview::pageWanted);
     add(tr("Stop Scripts"), tr("End everything that runs in the preview"), {Qt::Key_Escape},
         &ScriptPreview::stop);
     auto* const closing = new QAction(tr("Close"), this);
@@ -121,7 +119,7 @@ void ScriptPreview::createActions()
     connect(closing, &QAction::triggered, this, &QWidget::close);
     auto* const quitting = new QAction(tr("Quit"), this);
     quitting->setShortcut(Qt::CTRL | Qt::Key_Q);
-    connect(quitting, &QAction::triggered, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
+    connect(quitting, &QAction::triggered, this, &ScriptPreview::quitRequested);
     addActions({closing, quitting});
 }
 
@@ -143,14 +141,6 @@ void ScriptPreview::connectPage()
         m_ping.stop();
         m_state->setText(m_isStopped ? tr("The scripts were stopped. Reload starts the page anew.")
                                      : tr("The page has ended by itself. Reload starts it anew."));
-    });
-}
-
-void ScriptPreview::reload()
-{
-    m_source([self = QPointer(this)](const PreviewSource& page) {
-        if (self)
-            self->showPage(page);
     });
 }
 

@@ -4,7 +4,6 @@
 #include <QMainWindow>
 #include <QTimer>
 
-#include <functional>
 #include <memory>
 
 class QLabel;
@@ -19,26 +18,29 @@ struct PreviewSource;
 
 /// A window that shows a page with its scripts running, shut in: a profile of its own, which keeps nothing, and no files but
 /// the site's, no network, downloads, windows, permissions or dialogs. What the page is refused, and what its
-/// scripts report, is listed at the foot. Its process is never shared with the editor's pages; a script that does not end can
+/// scripts report, is listed at the foot. The network is closed for good only in a process of its
+/// own (PageScheme::Network::Closed). A script that does not end can
 /// be stopped. Deletes itself when closed. Main thread.
 class ScriptPreview final : public QMainWindow
 {
     Q_OBJECT
 
 public:
-    using Take = std::function<void(const PreviewSource& page)>;
-    /// `source` calls `take` with the page as it is now, at once or later; asked at each reload.
-    explicit ScriptPreview(std::function<void(const Take& take)> source);
+    explicit ScriptPreview(const PreviewSource& page);
     ~ScriptPreview() override;
 
-    void reload();
+    void showPage(const PreviewSource& page);
     /// Ends the page's process, whatever it is doing.
     void stop();
 
     [[nodiscard]] PreviewPage& page() const { return *m_page; }
 
+signals:
+    /// The user wants to see the page as it is in the editor now; to quit the application.
+    void pageWanted();
+    void quitRequested();
+
 private:
-    void showPage(const PreviewSource& page);
     void createActions();
     void createView();
     void connectPage();
@@ -46,7 +48,6 @@ private:
     void ping();
     void updateTitle();
 
-    std::function<void(const Take& take)> m_source;
     std::unique_ptr<PreviewProfile> m_profile;
     PreviewPage* m_page = nullptr;
     QLabel* m_state = nullptr;

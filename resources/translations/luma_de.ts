@@ -4954,6 +4954,13 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
 </context>
 <context>
+    <name>luma::PageTools</name>
+    <message>
+        <source>The preview with scripts is starting.</source>
+        <translation>Die Vorschau mit Skripten startet.</translation>
+    </message>
+</context>
+<context>
     <name>luma::PaneLinks</name>
     <message>
         <source>Unlinked items in %1</source>
@@ -5178,6 +5185,21 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Folder of templates</source>
         <translation>Ordner der Vorlagen</translation>
+    </message>
+</context>
+<context>
+    <name>luma::PreviewProcess</name>
+    <message>
+        <source>The preview with scripts can&apos;t be started: %1</source>
+        <translation>Die Vorschau mit Skripten kann nicht gestartet werden: %1</translation>
+    </message>
+    <message>
+        <source>The preview with scripts does not answer.</source>
+        <translation>Die Vorschau mit Skripten antwortet nicht.</translation>
+    </message>
+    <message>
+        <source>The preview with scripts has ended by itself.</source>
+        <translation>Die Vorschau mit Skripten hat sich von selbst beendet.</translation>
     </message>
 </context>
 <context>

@@ -1,16 +1,22 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
+#include "base/filedescriptor.h"
 #include "base/files.h"
 #include "tests/editor/pagewindow.h"
 #include "tests/support/registry.h"
 #include "tests/support/rows.h"
 #include "tests/support/screenshot.h"
-#include "web/scriptpreview.h"
+#include "web/previewprocess.h"
 
+#include <QLabel>
 #include <QMenu>
 #include <QPlainTextEdit>
 #include <QTest>
 #include <QWheelEvent>
 
+#include <sys/inotify.h>
+
+#include <array>
+#include <csignal>
 #include <cstdlib>
 
 using namespace luma;
@@ -65,35 +71,42 @@ private slots:
         QTRY_COMPARE(rendering().webView()->width(), the<QWidget>("contentView")->width());
     }
 
+    // The preview's scripts tell what they see by the files of the site that they read.
     void previewWithScripts_followsEditsAndSaves()
     {
         put("sheet.css", "p { width: 66px }");
+        for (const char* name : {"one66px.txt", "two77px.txt", "three77px.txt"})
+            put(name, "");
         open(
-            "<title>one</title><link rel=stylesheet href=sheet.css><p>text</p><script>document.title += ' ran'\n"
-            "addEventListener('load', () => document.title += getComputedStyle(document.querySelector('p')).width)"
-            "</script>");
-        QCOMPARE(answer("document.title"), "one");
-        trigger("scriptPreviewAction");
-        const auto preview = [] {
-            for (QWidget* const each : QApplication::topLevelWidgets()) {
-                if (auto* const found = qobject_cast<ScriptPreview*>(each))
-                    return found;
-            }
-            return static_cast<ScriptPreview*>(nullptr);
+            "<title>one</title><link rel=stylesheet href=sheet.css><p>text</p><script>"
+            "addEventListener('load', () => fetch(document.title + getComputedStyle(document.querySelector('p')).width"
+            " + '.txt'))</script>");
+        const FileDescriptor watch(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
+        QVERIFY(::inotify_add_watch(watch.get(), at("").c_str(), IN_OPEN) >= 0);
+        QByteArray read;
+        const auto hasRead = [&](const char* name) {
+            std::array<char, 4096> events = {};
+            for (ssize_t size = 0; (size = ::read(watch.get(), events.data(), events.size())) > 0;)
+                read.append(events.data(), size);
+            return read.contains(name);
         };
-        QTRY_VERIFY(preview());
-        QTRY_VERIFY2(preview()->windowTitle().startsWith("one ran66px"),
-                     qPrintable(preview()->windowTitle()));
+        trigger("scriptPreviewAction");
+        QTRY_VERIFY(hasRead("one66px.txt"));
         setTitle("two");
         the<QPlainTextEdit>("cssField")->setPlainText("p { width: 77px }");
-        QTest::keyClick(preview(), Qt::Key_F5);
-        QTRY_VERIFY2(preview()->windowTitle().startsWith("two ran77px"),
-                     qPrintable(preview()->windowTitle()));
+        trigger("scriptPreviewAction");
+        QVERIFY(!hasRead("two"));
+        trigger("saveAction");
+        QTRY_VERIFY(hasRead("two77px.txt"));
         setTitle("three");
         trigger("saveAction");
-        QTRY_VERIFY2(preview()->windowTitle().startsWith("three ran"), qPrintable(preview()->windowTitle()));
-        close();
-        QVERIFY(!preview());
+        QTRY_VERIFY(hasRead("three77px.txt"));
+        const auto* const process = window->findChild<PreviewProcess*>();
+        ::kill(static_cast<pid_t>(process->processId()), SIGKILL);
+        QTRY_VERIFY(the<QLabel>("noticeText")->text().contains("ended by itself"));
+        read.clear();
+        trigger("scriptPreviewAction");
+        QTRY_VERIFY(hasRead("three77px.txt"));
     }
 
     void wheelWithControl_zooms()
