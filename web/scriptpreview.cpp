@@ -46,7 +46,10 @@ ScriptPreview::ScriptPreview(const PreviewSource& page) : m_profile(std::make_un
     connectPage();
     m_ping.setInterval(pingInterval);
     connect(&m_ping, &QTimer::timeout, this, &ScriptPreview::ping);
+    // The window may be shown once the page is loaded, whose scripts get their size and are told that they are seen.
+    (void)grab();
     showPage(page);
+    m_page->setVisible(true);
 }
 
 ScriptPreview::~ScriptPreview()
@@ -94,6 +97,7 @@ void ScriptPreview::createView()
     layout->addWidget(split, 1);
     layout->addWidget(m_state);
     setCentralWidget(all);
+    view->setFocus();
 }
 
 void ScriptPreview::createActions()

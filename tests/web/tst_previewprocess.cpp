@@ -174,6 +174,7 @@ private slots:
         QTRY_COMPARE(m_asked, 2);
     }
 
+    // A page is shown once it has loaded, and finds itself shown from the start.
     void pagesArrive_andKeysAreTold()
     {
         std::array<int, 2> toProgram = {};
@@ -206,9 +207,10 @@ private slots:
                 QCoreApplication::processEvents();
             }
         };
-        send(previewpipe::message(page("<title>one</title>").toBytes()));
+        send(previewpipe::message(
+            page("<script>document.title = document.visibilityState + innerWidth</script>").toBytes()));
         QTRY_COMPARE(hear(), "s");
-        QTRY_VERIFY(window()->windowTitle().startsWith("one"));
+        QTRY_VERIFY(window()->windowTitle().startsWith("visible1000"));
         QTest::keyClick(window(), Qt::Key_F5);
         QTRY_COMPARE(hear(), "sp");
         send(previewpipe::message(page("<title>two</title>" + QByteArray(1'000'000, 'x')).toBytes()) +
