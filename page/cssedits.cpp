@@ -6,6 +6,7 @@
 #include <QCoreApplication>
 
 #include <algorithm>
+#include <array>
 #include <iterator>
 
 namespace luma {
@@ -72,6 +73,94 @@ CssEdit afterLast(std::string_view sheet, const CssDeclaration& last, const std:
     return {last.all.end, 0, added + text + ';'};
 }
 
+/// The parts of a value between blanks that stand in no brackets; none if they can't be told apart.
+std::vector<CssRange> partsOfValue(std::string_view value)
+{
+    if (value.find_first_of("\"'\\/") != std::string_view::npos)
+        return {};
+    std::vector<CssRange> parts;
+    int depth = 0;
+    bool isInside = false;
+    for (std::size_t i = 0; i < value.size(); ++i) {
+        depth += value[i] == '(' ? 1 : value[i] == ')' ? -1 : 0;
+        const bool isBlank = depth == 0 && isWhiteSpace(value[i]);
+        if (!isBlank && !isInside)
+            parts.push_back({i, i});
+        isInside = !isBlank;
+        if (isInside)
+            parts.back().end = i + 1;
+    }
+    return parts;
+}
+
+/// Which of one to four parts is that of a side: top, right, bottom, left (CSS Box Model 3, 3.2).
+std::size_t partOfSide(std::size_t side, std::size_t count)
+{
+    constexpr std::array<std::size_t, 4> ofThree = {0, 1, 2, 1};
+    return count == 3 ? ofThree[side] : count == 4 ? side : side % count;
+}
+
+/// A value for all sides with another part for one of them; nothing if it has no parts for sides.
+std::optional<std::string> withSide(const std::string& value, std::size_t side, const std::string& wanted)
+{
+    const std::vector<CssRange> parts = partsOfValue(value);
+    const bool isOfAll = parts.size() == 1 && isAsciiLetter(value.front()) && value != "auto" &&
+                         value.find('(') == std::string::npos; // "inherit"
+    if (parts.empty() || parts.size() > 4 || isOfAll || value.find("var(") != std::string::npos)
+        return std::nullopt;
+    const std::size_t own = partOfSide(side, parts.size());
+    int sharing = 0;
+    std::vector<std::string> sides;
+    for (std::size_t i = 0; i < 4; ++i) {
+        sharing += partOfSide(i, parts.size()) == own ? 1 : 0;
+        sides.emplace_back(i == side ? wanted : parts[partOfSide(i, parts.size())].of(value));
+    }
+    if (sharing == 1)
+        return std::string(value).replace(parts[own].begin, parts[own].end - parts[own].begin, wanted);
+    if (sides[3] == sides[1])
+        sides.pop_back();
+    if (sides.size() == 3 && sides[2] == sides[0])
+        sides.pop_back();
+    if (sides.size() == 2 && sides[1] == sides[0])
+        sides.pop_back();
+    while (sides.size() < parts.size())
+        sides.push_back(sides[sides.size() % 2]);
+    std::string text = sides.front();
+    for (std::size_t i = 1; i < sides.size(); ++i)
+        text += ' ' + sides[i];
+    return text;
+}
+
+/// The value of "border-left" and its like with another width; nothing if it has none.
+std::optional<std::string> withBorderWidth(const std::string& value, const std::string& wanted)
+{
+    for (const CssRange& part : partsOfValue(value)) {
+        const std::string_view text = part.of(value);
+        if (isAsciiDigit(text.front()) || text.front() == '.' || text == "thin" || text == "medium" ||
+            text == "thick")
+            return std::string(value).replace(part.begin, text.size(), wanted);
+    }
+    return std::nullopt;
+}
+
+/// The value of the declaration with that of one property in it changed; nothing if it can't be.
+std::optional<std::string> withPartOf(const std::string& name, const std::string& value,
+                                      const std::string& property, const std::string& wanted)
+{
+    constexpr std::array<std::string_view, 4> sides = {"top", "right", "bottom", "left"};
+    if (name == property)
+        return wanted;
+    if (name + "-width" == property && name != "border")
+        return withBorderWidth(value, wanted);
+    for (std::size_t side = 0; side < sides.size(); ++side) {
+        const std::string_view at = sides[side];
+        if ((name == "border-width" && property == "border-" + std::string(at) + "-width") ||
+            property == name + '-' + std::string(at))
+            return withSide(value, side, wanted);
+    }
+    return std::nullopt;
+}
+
 CssEdit intoEmpty(std::string_view sheet, const CssRule& rule, const std::string& text)
 {
     const std::string_view inner = rule.block.of(sheet);
@@ -103,6 +192,21 @@ Result<CssEdit> withCssValue(std::string_view sheet, const CssDeclaration& decla
     if (wanted.empty() || !isOneDeclaration("a:" + wanted))
         return unreadable(QT_TRANSLATE_NOOP("luma::CssEdits", "This is not one value of a style sheet."));
     return CssEdit{declaration.written.begin, declaration.written.of(sheet).size(), wanted};
+}
+
+Result<CssEdit> withCssBoxValue(std::string_view sheet, const CssDeclaration& declaration,
+                                const std::string& property, const std::string& value)
+{
+    const std::string important(
+        sheet.substr(declaration.value.end, declaration.written.end - declaration.value.end));
+    const std::string wanted(trimmed(value));
+    if (const auto whole = withPartOf(asciiLower(declaration.name.of(sheet)),
+                                      std::string(declaration.value.of(sheet)), property, wanted))
+        return withCssValue(sheet, declaration, *whole + important);
+    const std::string added = property + ": " + wanted + important;
+    if (wanted.empty() || !isOneDeclaration(added))
+        return withCssValue(sheet, declaration, wanted); // says what is wrong
+    return afterLast(sheet, declaration, added);
 }
 
 CssEdit withoutCssDeclaration(std::string_view sheet, const CssDeclaration& declaration)

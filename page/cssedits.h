@@ -28,6 +28,11 @@ struct CssEdit
 /// Another value, which may end in !important. Fails if the declaration would not end where the value ends.
 Result<CssEdit> withCssValue(std::string_view sheet, const CssDeclaration& declaration,
                              const std::string& value);
+/// Another value of a property of the box, such as "margin-left", "border-top-width" or "width", that the declaration sets
+/// under this name or a shorter one: "margin: 1em 2em" keeps its other sides. What can't take it ("border", "margin: inherit")
+/// gets a declaration behind it. As important as before. Fails as withCssValue() does.
+Result<CssEdit> withCssBoxValue(std::string_view sheet, const CssDeclaration& declaration,
+                                const std::string& property, const std::string& value);
 /// With its line, if it has one.
 CssEdit withoutCssDeclaration(std::string_view sheet, const CssDeclaration& declaration);
 /// As a comment, or no longer so. Fails if a comment stands in the declaration.

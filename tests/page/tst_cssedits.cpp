@@ -53,6 +53,55 @@ private slots:
         QTEST(applied(css, withCssDeclaration(css, &rules.front(), text.toStdString())), "after");
     }
 
+    void sideOfABox_isChangedWhereItIsSet_data()
+    {
+        const test::Rows<QByteArray, QByteArray, QByteArray, QByteArray> row("sheet", "property", "value",
+                                                                             "after");
+        row("by itself", "p{margin-left:1em}", "margin-left", "2em", "p{margin-left:2em}");
+        row("one for all", "p{margin:1em}", "margin-left", "5px", "p{margin:1em 1em 1em 5px}");
+        row("one for all, top", "p{padding:1em}", "padding-top", "5px", "p{padding:5px 1em 1em}");
+        row("as all others", "p{margin:1em}", "margin-left", "1em", "p{margin:1em}");
+        row("of two", "p{margin: 1em  2em}", "margin-right", "0", "p{margin: 1em 0 1em 2em}");
+        row("of two, bottom", "p{margin: 1em 2em}", "margin-bottom", "0", "p{margin: 1em 2em 0}");
+        row("of three, with blanks", "p{margin: 1em  2em  3em}", "margin-bottom", "0",
+            "p{margin: 1em  2em  0}");
+        row("of three, left", "p{margin: 1em 2em 3em}", "margin-left", "0", "p{margin: 1em 2em 3em 0}");
+        row("of four", "p{margin: 0 auto calc(1px + 2px) 3px}", "margin-bottom", "0",
+            "p{margin: 0 auto 0 3px}");
+        row("beside auto", "p{margin: auto}", "margin-top", "0", "p{margin: 0 auto auto}");
+        row("important", "p{margin: 1px !important}", "margin-top", "2px",
+            "p{margin: 2px 1px 1px !important}");
+        row("width of a border", "p{border-left: 1px solid red}", "border-left-width", "3px",
+            "p{border-left: 3px solid red}");
+        row("of all widths", "p{Border-Width: thin 2px}", "border-left-width", "3px",
+            "p{Border-Width: thin 2px thin 3px}");
+        row("of a whole border", "p{border: 1px solid}", "border-left-width", "3px",
+            "p{border: 1px solid;border-left-width: 3px;}");
+        row("of a whole border, important", "p { border: 1px solid !important; a: b }", "border-left-width",
+            "3px", "p { border: 1px solid !important; border-left-width: 3px !important; a: b }");
+        row("of what stands for all", "p{\n  margin: inherit\n}", "margin-left", "3px",
+            "p{\n  margin: inherit;\n  margin-left: 3px;\n}");
+        row("of a variable", "p{margin: var(--x)}", "margin-left", "3px",
+            "p{margin: var(--x);margin-left: 3px;}");
+        row("of a logical side", "p{margin-inline: 1px}", "margin-left", "3px",
+            "p{margin-inline: 1px;margin-left: 3px;}");
+        row("with a comment", "p{margin: 1px /* x */ 2px}", "margin-left", "3px",
+            "p{margin: 1px /* x */ 2px;margin-left: 3px;}");
+        row("what is no value", "p{margin: 1px}", "margin-left", "3px}", "error");
+        row("what is no value behind", "p{border: 1px}", "border-left-width", "3px;a:b", "error");
+    }
+    void sideOfABox_isChangedWhereItIsSet()
+    {
+        QFETCH(QByteArray, sheet);
+        QFETCH(QByteArray, property);
+        QFETCH(QByteArray, value);
+        const std::string css = sheet.toStdString();
+        const std::vector<CssRule> rules = readCssRules(css);
+        QTEST(applied(css, withCssBoxValue(css, rules.front().declarations.front(), property.toStdString(),
+                                           value.toStdString())),
+              "after");
+    }
+
     void declaration_isChanged_data()
     {
         const test::Rows<QByteArray, QByteArray, QByteArray, QByteArray, QByteArray> row(
