@@ -4,7 +4,6 @@
 #include "editor/outlinemodel.h"
 #include "editor/outlineview.h"
 #include "page/subtreechange.h"
-#include "web/boxoverlay.h"
 #include "web/viewcontroller.h"
 
 namespace luma {
@@ -21,14 +20,14 @@ ElementHover::ElementHover(OutlineView& view, OutlineModel& model, ViewControlle
     connect(&page.bridge(), &PageBridge::hover, this, &ElementHover::takeElement, Qt::QueuedConnection);
     connect(&page, &EditorPage::ready, m_overlay, &BoxOverlay::clear);
     // The element may stand elsewhere now.
-    connect(&rendering, &ViewController::selectionRestored, this, [this] { markInPage(m_row); });
+    connect(&rendering, &ViewController::selectionRestored, this, [this] { mark(m_row); });
     connect(&page, &QWebEnginePage::scrollPositionChanged, m_overlay, &BoxOverlay::clear);
 }
 
 void ElementHover::takeRow(const QModelIndex& row)
 {
     m_model.setMarked({});
-    markInPage(row);
+    mark(row);
 }
 
 void ElementHover::takeElement(const std::optional<QList<int>>& path)
@@ -38,16 +37,16 @@ void ElementHover::takeElement(const std::optional<QList<int>>& path)
     m_model.setMarked(row);
     if (row.isValid())
         m_view.scrollTo(row);
-    markInPage(row);
+    mark(row);
 }
 
-void ElementHover::markInPage(const QModelIndex& row)
+void ElementHover::mark(const QModelIndex& row, BoxOverlay::Part part)
 {
     m_row = row;
     const html::Element* const element = OutlineModel::elementAt(row);
     const auto path = element && m_rendering.isFollowing() ? pathForScript(*element) : std::nullopt;
     if (path)
-        m_overlay->mark(*path);
+        m_overlay->mark(*path, part);
     else
         m_overlay->clear();
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "web/boxoverlay.h"
+
 #include <QObject>
 #include <QPersistentModelIndex>
 
@@ -8,7 +10,6 @@
 
 namespace luma {
 
-class BoxOverlay;
 class OutlineModel;
 class OutlineView;
 class ViewController;
@@ -23,10 +24,12 @@ public:
     /// All of them outlive it.
     ElementHover(OutlineView& view, OutlineModel& model, ViewController& rendering, QObject* parent);
 
+    /// Marks the row's element in the rendering, or a part of its box; an invalid row takes the mark away.
+    void mark(const QModelIndex& row, BoxOverlay::Part part = BoxOverlay::Part::All);
+
 private:
     void takeRow(const QModelIndex& row);
     void takeElement(const std::optional<QList<int>>& path);
-    void markInPage(const QModelIndex& row);
 
     OutlineView& m_view;
     OutlineModel& m_model;

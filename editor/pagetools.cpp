@@ -62,7 +62,7 @@ void PageTools::createOutlineTools()
     connect(m_find, &OutlineFind::closed, ui.myOutlineView, qOverload<>(&QWidget::setFocus));
     m_hidden = new HiddenElements(m_parts.outline, m_parts.selection, m_parts.rendering, this);
     connect(m_hidden, &HiddenElements::refused, this, &PageTools::refused);
-    new ElementHover(*ui.myOutlineView, m_parts.outline, m_parts.rendering, this);
+    m_hover = new ElementHover(*ui.myOutlineView, m_parts.outline, m_parts.rendering, this);
     m_headings =
         new HeadingsPanel({ui.headingsPane, ui.headingsList, ui.headingsResult, ui.headingsCloseButton},
                           m_parts.tree, m_parts.outline, m_parts.selection, this);
@@ -127,11 +127,14 @@ void PageTools::createStyleRules()
     auto* const edits =
         new StyleEdits({m_parts.tree, m_parts.outline, m_parts.edits, sheets, m_parts.stack}, this);
     connect(edits, &StyleEdits::refused, this, &PageTools::refused);
-    auto* const panel = new StyleRulesPanel({ui.rulesLabel, ui.rulesPages, ui.rulesView, ui.computedView,
-                                             ui.computedFilter, ui.newRuleButton, ui.statesButton},
-                                            {m_parts.selection, m_parts.rendering, *reader, *edits,
-                                             *m_vocabulary, m_parts.siteFolder, m_parts.linkRules},
-                                            this);
+    auto* const panel =
+        new StyleRulesPanel({ui.rulesLabel, ui.rulesPages, ui.rulesView, ui.boxView, ui.computedView,
+                             ui.computedFilter, ui.newRuleButton, ui.statesButton},
+                            {m_parts.selection, m_parts.rendering, *reader, *edits, *m_vocabulary,
+                             m_parts.siteFolder, m_parts.linkRules},
+                            this);
+    connect(panel, &StyleRulesPanel::refused, this, &PageTools::refused);
+    connect(panel, &StyleRulesPanel::partHovered, m_hover, &ElementHover::mark);
     connect(&sheets, &StyleSheetEditor::draftChanged, panel, &StyleRulesPanel::noteChange);
     connect(&m_parts.tree, &PageTree::reset, panel, &StyleRulesPanel::noteChange);
     connect(&m_parts.tree, &PageTree::attributesSwapped, panel, &StyleRulesPanel::noteChange);

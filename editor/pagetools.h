@@ -19,6 +19,7 @@ namespace luma {
 
 class CheckPanel;
 class CssVocabulary;
+class ElementHover;
 class ElementSheet;
 class HeadingsPanel;
 class HiddenElements;
@@ -103,6 +104,7 @@ private:
     QWidget* m_window;
     CssVocabulary* m_vocabulary;
     OutlineFind* m_find = nullptr;
+    ElementHover* m_hover = nullptr;
     HiddenElements* m_hidden = nullptr;
     HeadingsPanel* m_headings = nullptr;
     MarkupSheet* m_markupSheet = nullptr;

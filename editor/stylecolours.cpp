@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/stylecolours.h"
 
+#include "editor/stylepreview.h"
 #include "editor/stylerulesmodel.h"
 #include "web/csscolours.h"
-#include "web/scriptcall.h"
 #include "web/viewcontroller.h"
 
 #include <QApplication>
@@ -79,7 +79,7 @@ void StyleColours::open(const CssColour& colour)
     m_dialog->setOptions(QColorDialog::ShowAlphaChannel | QColorDialog::DontUseNativeDialog);
     connect(m_dialog, &QColorDialog::currentColorChanged, this, &StyleColours::preview);
     connect(m_dialog, &QColorDialog::finished, this, [this](int result) {
-        m_rendering.evaluate(QStringLiteral("endStylePreview()"));
+        endStylePreview(m_rendering);
         const QString value = valueWith(m_dialog->currentColor());
         if (result == QDialog::Accepted && m_index.isValid() && value != m_value)
             emit valueChosen(m_index, value);
@@ -98,13 +98,7 @@ void StyleColours::preview(const QColor& colour)
     const StyleRule* const rule = m_model.ruleOf(m_index);
     if (!rule)
         return;
-    QStringList steps;
-    for (const int step : rule->source.path)
-        steps.append(QString::number(step));
-    m_rendering.evaluate(QStringLiteral("previewStyle(%1, [%2], '%3', '%4')")
-                             .arg(QString::number(rule->number), steps.join(u','),
-                                  quotedForScript(m_index.sibling(m_index.row(), 0).data().toString()),
-                                  quotedForScript(valueWith(colour))));
+    previewStyle(m_rendering, *rule, m_index.sibling(m_index.row(), 0).data().toString(), valueWith(colour));
 }
 
 } // namespace luma

@@ -2,9 +2,11 @@
 #include "editor/stylerulespanel.h"
 
 #include "base/pathtext.h"
+#include "editor/boxpanel.h"
+#include "editor/boxview.h"
 #include "editor/classsheet.h"
-#include "editor/csscompletion.h"
 #include "editor/cssvocabulary.h"
+#include "editor/declarationdelegate.h"
 #include "editor/outlinemodel.h"
 #include "editor/outlineselection.h"
 #include "editor/stylecolours.h"
@@ -24,7 +26,6 @@
 #include <QLineEdit>
 #include <QMenu>
 #include <QSortFilterProxyModel>
-#include <QStyledItemDelegate>
 #include <QTabWidget>
 #include <QToolButton>
 #include <QTreeView>
@@ -35,77 +36,6 @@ namespace {
 
 constexpr int delayAfterRuleChange = 150; // milliseconds
 
-/// Edits a value, or a further declaration in an empty field.
-class DeclarationDelegate final : public QStyledItemDelegate
-{
-public:
-    DeclarationDelegate(CssVocabulary& vocabulary, StyleColours& colours, QObject* parent)
-        : QStyledItemDelegate(parent), m_vocabulary(vocabulary), m_colours(colours)
-    {}
-
-    QWidget* createEditor(QWidget* parent, const QStyleOptionViewItem& option,
-                          const QModelIndex& index) const override
-    {
-        QWidget* const editor = QStyledItemDelegate::createEditor(parent, option, index);
-        const bool isNew = StyleRulesModel::kindOf(index) == StyleRulesModel::Row::NewDeclaration;
-        editor->setAccessibleName(isNew ? StyleRulesPanel::tr("Property and value")
-                                        : index.siblingAtColumn(0).data().toString());
-        if (auto* const field = qobject_cast<QLineEdit*>(editor))
-            new CssCompletion(field, isNew ? QString() : index.siblingAtColumn(0).data().toString(),
-                              m_vocabulary);
-        return editor;
-    }
-    void setEditorData(QWidget* editor, const QModelIndex& index) const override
-    {
-        auto* const field = qobject_cast<QLineEdit*>(editor);
-        if (field && StyleRulesModel::kindOf(index) == StyleRulesModel::Row::NewDeclaration)
-            field->setPlaceholderText(QStringLiteral("color: red"));
-        else
-            QStyledItemDelegate::setEditorData(editor, index);
-    }
-    // A further declaration needs both columns.
-    void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
-                              const QModelIndex& index) const override
-    {
-        QStyledItemDelegate::updateEditorGeometry(editor, option, index);
-        if (StyleRulesModel::kindOf(index) == StyleRulesModel::Row::NewDeclaration)
-            editor->setGeometry(
-                QRect(editor->pos(), QSize(editor->parentWidget()->width() - editor->x(), editor->height())));
-    }
-
-    bool editorEvent(QEvent* event, QAbstractItemModel* model, const QStyleOptionViewItem& option,
-                     const QModelIndex& index) override
-    {
-        if (event->type() == QEvent::MouseButtonRelease || event->type() == QEvent::MouseButtonDblClick) {
-            QStyleOptionViewItem item = option;
-            initStyleOption(&item, index);
-            const QRect swatch =
-                item.widget->style()->subElementRect(QStyle::SE_ItemViewItemDecoration, &item, item.widget);
-            if (!item.icon.isNull() &&
-                swatch.contains(static_cast<QMouseEvent*>(event)->position().toPoint())) {
-                m_colours.pick(index);
-                return true;
-            }
-        }
-        return QStyledItemDelegate::editorEvent(event, model, option, index);
-    }
-
-protected:
-    // Style sheets read from left to right.
-    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
-    {
-        constexpr char16_t isolateLeftToRight = u'\u2066';
-        constexpr char16_t endOfIsolate = u'\u2069';
-        QStyledItemDelegate::initStyleOption(option, index);
-        if (option->direction == Qt::RightToLeft)
-            option->text = isolateLeftToRight + option->text + endOfIsolate;
-    }
-
-private:
-    CssVocabulary& m_vocabulary;
-    StyleColours& m_colours;
-};
-
 } // namespace
 
 StyleRulesPanel::StyleRulesPanel(const Controls& controls, const Parts& parts, QObject* parent)
@@ -115,7 +45,8 @@ StyleRulesPanel::StyleRulesPanel(const Controls& controls, const Parts& parts, Q
       m_model(new StyleRulesModel(this)),
       m_colours(new StyleColours(*controls.rules, *m_model, parts.rendering, this)),
       m_computed(new QStandardItemModel(0, 2, this)),
-      m_newRuleMenu(new QMenu(controls.newRuleButton))
+      m_newRuleMenu(new QMenu(controls.newRuleButton)),
+      m_box(new BoxPanel(*controls.box, {parts.rendering, parts.reader, parts.edits, parts.vocabulary}, this))
 {
     createViews();
     createStates();
@@ -130,6 +61,10 @@ StyleRulesPanel::StyleRulesPanel(const Controls& controls, const Parts& parts, Q
             Qt::QueuedConnection);
     connect(m_model, &StyleRulesModel::declarationTyped, this, &StyleRulesPanel::add, Qt::QueuedConnection);
     connect(m_controls.pages, &QTabWidget::currentChanged, this, &StyleRulesPanel::noteChange);
+    connect(m_box, &BoxPanel::refused, this, &StyleRulesPanel::refused);
+    connect(m_controls.box, &BoxView::hovered, this,
+            [this](BoxOverlay::Part part) { emit partHovered(m_row, part); });
+    connect(m_controls.box, &BoxView::left, this, [this] { emit partHovered({}, BoxOverlay::Part::All); });
     m_controls.newRuleButton->setMenu(m_newRuleMenu);
     connect(m_newRuleMenu, &QMenu::aboutToShow, this, &StyleRulesPanel::fillNewRuleMenu);
 }
@@ -138,7 +73,8 @@ void StyleRulesPanel::createViews()
 {
     QTreeView& rules = *m_controls.rules;
     rules.setModel(m_model);
-    rules.setItemDelegate(new DeclarationDelegate(m_parts.vocabulary, *m_colours, this));
+    rules.setItemDelegate(
+        new DeclarationDelegate(*m_model, *m_colours, m_parts.vocabulary, m_parts.rendering, this));
     rules.installEventFilter(this);
     m_controls.pages->installEventFilter(this);
     connect(&rules, &QTreeView::collapsed, this,
@@ -153,6 +89,7 @@ void StyleRulesPanel::createViews()
     m_controls.computed->setModel(filtered);
     connect(m_controls.filter, &QLineEdit::textChanged, filtered,
             &QSortFilterProxyModel::setFilterFixedString);
+    m_controls.computed->setMinimumHeight(5 * m_controls.computed->fontMetrics().lineSpacing());
     for (QTreeView* const view : {&rules, m_controls.computed}) {
         view->header()->setStretchLastSection(true);
         view->header()->resizeSection(StyleRulesModel::NameColumn,
@@ -193,7 +130,7 @@ void StyleRulesPanel::forceStates(const std::optional<std::vector<int>>& path)
 
 bool StyleRulesPanel::isEditing() const
 {
-    return m_controls.rules->findChild<QLineEdit*>() || m_colours->isOpen();
+    return m_controls.rules->findChild<QLineEdit*>() || m_colours->isOpen() || m_controls.box->isEditing();
 }
 
 bool StyleRulesPanel::isVisible() const
@@ -225,14 +162,15 @@ void StyleRulesPanel::read()
         m_controls.statesButton->setEnabled(path.has_value());
         forceStates(path);
         m_row = m_parts.selection.index();
-        if (!path)
-            show({});
-        else if (m_controls.pages->currentIndex() == 0)
+        m_box->setRow(m_row);
+        if (path) {
             m_parts.reader.read(*path);
-        else
             readComputed();
-        if (!path)
-            m_computed->setRowCount(0);
+            return;
+        }
+        show({});
+        m_box->show({});
+        m_computed->setRowCount(0);
     });
 }
 
@@ -240,7 +178,7 @@ void StyleRulesPanel::readComputed()
 {
     const html::Element* const element = m_parts.selection.element();
     const auto path = element ? pathForScript(*element) : std::nullopt;
-    if (path)
+    if (path && m_controls.box->isVisible())
         m_parts.rendering.ask(QStringLiteral("computedStyles(%1)").arg(*path), this,
                               [this](const QVariant& answer) { showComputed(answer); });
 }
@@ -275,6 +213,12 @@ void StyleRulesPanel::show(const std::vector<StyleGroup>& groups)
         m_delay.start();
         return;
     }
+    // An edit of the box has its element's rules read.
+    const html::Element* const element = OutlineModel::elementAt(m_row);
+    if (element && !groups.empty() && pathOf(*element) != m_parts.reader.path())
+        return;
+    if (m_controls.box->isVisible())
+        m_box->show(groups);
     const QString current = StyleRulesModel::keyOf(view.currentIndex());
     const int column = view.currentIndex().column();
     const QModelIndex top = view.indexAt({0, 0});

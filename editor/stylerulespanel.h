@@ -5,6 +5,7 @@
 #include "links/webrules.h"
 #include "page/cssedits.h"
 #include "page/sitefolder.h"
+#include "web/boxoverlay.h"
 
 #include <QObject>
 #include <QPersistentModelIndex>
@@ -26,6 +27,8 @@ class QVariant;
 
 namespace luma {
 
+class BoxPanel;
+class BoxView;
 class ClassSheet;
 class CssVocabulary;
 class OutlineSelection;
@@ -35,7 +38,7 @@ class StyleRulesModel;
 class StyleRulesReader;
 class ViewController;
 
-/// The panel of the style rules that apply to the selected element, with its computed values on a second page. It asks the
+/// The panel of the style rules that apply to the selected element, with its box and its computed values on a second page. It asks the
 /// page only while it is visible, shortly after a change. So long the rendering shows the element in the states that the user
 /// chose, as if the mouse were over it. Each edit is one undo step. Main thread.
 class StyleRulesPanel final : public QObject
@@ -48,6 +51,7 @@ public:
         QLabel* title;
         QTabWidget* pages;
         QTreeView* rules;
+        BoxView* box;
         QTreeView* computed;
         QLineEdit* filter;
         QToolButton* newRuleButton;
@@ -69,6 +73,12 @@ public:
 
     /// The page, its style sheets or the selection have changed.
     void noteChange();
+
+signals:
+    /// Something was not done, for this reason.
+    void refused(const QString& reason);
+    /// The mouse is over this part of the drawing of the row's box; over none if the row is invalid.
+    void partHovered(const QModelIndex& row, luma::BoxOverlay::Part part);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -102,6 +112,7 @@ private:
     StyleColours* m_colours;
     QStandardItemModel* m_computed;
     QMenu* m_newRuleMenu;
+    BoxPanel* m_box;
     ClassSheet* m_classSheet = nullptr; // made when it is first needed
     QTimer m_delay;
     QPersistentModelIndex m_row; // of the element shown

@@ -12,6 +12,7 @@
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QPointer>
 #include <QUrl>
 
 #include <algorithm>
@@ -88,6 +89,40 @@ std::vector<const CssRule*> keptOf(const std::vector<CssRule>& rules, const std:
     return found;
 }
 
+QString asScript(const QJsonArray& values)
+{
+    return QString::fromUtf8(QJsonDocument(values).toJson(QJsonDocument::Compact));
+}
+
+QJsonArray asJson(const std::vector<int>& path)
+{
+    QJsonArray steps;
+    for (const int step : path)
+        steps.append(step);
+    return steps;
+}
+
+/// Rules with the declarations that are on, as the scripts take them.
+QJsonArray asJson(const std::vector<StyleRule>& rules, const std::vector<int>& layers)
+{
+    QJsonArray all;
+    for (std::size_t i = 0; i < rules.size(); ++i) {
+        QJsonArray declarations;
+        for (const StyleDeclaration& each : rules[i].declarations) {
+            const std::string text = "a:" + each.value.toStdString();
+            const auto read = readCssDeclarations(text);
+            if (each.state != StyleState::Off && !read.empty())
+                declarations.append(
+                    QJsonArray{each.name, inText(read.front().value, text), read.front().isImportant()});
+            else if (each.state != StyleState::Off)
+                declarations.append(QJsonArray{each.name, QString(), false});
+        }
+        all.append(QJsonObject{{QStringLiteral("layer"), layers[i]},
+                               {QStringLiteral("declarations"), declarations}});
+    }
+    return all;
+}
+
 std::size_t countOf(const std::vector<CssRule>& rules)
 {
     std::size_t count = rules.size();
@@ -102,11 +137,8 @@ StyleRulesReader::StyleRulesReader(const Parts& parts, QObject* parent) : QObjec
 
 void StyleRulesReader::read(const std::vector<int>& path)
 {
-    QJsonArray steps;
-    for (const int step : path)
-        steps.append(step);
-    const QString script = QStringLiteral("matchedRules(%1)")
-                               .arg(QString::fromUtf8(QJsonDocument(steps).toJson(QJsonDocument::Compact)));
+    m_path = path;
+    const QString script = QStringLiteral("matchedRules(%1)").arg(asScript(asJson(path)));
     m_parts.rendering.ask(script, this, [this, question = ++m_question](const QVariant& answer) {
         if (question == m_question && m_parts.tree.document())
             takeMatches(answer.toMap());
@@ -195,8 +227,7 @@ void StyleRulesReader::askWhatIsKept(std::size_t sheet)
     }
     QJsonArray texts;
     appendTexts(m_sheets[sheet].rules, m_sheets[sheet].text, texts);
-    const QString script = QStringLiteral("keptRules(%1)")
-                               .arg(QString::fromUtf8(QJsonDocument(texts).toJson(QJsonDocument::Compact)));
+    const QString script = QStringLiteral("keptRules(%1)").arg(asScript(texts));
     m_parts.rendering.ask(script, this, [this, sheet, question = m_question](const QVariant& answer) {
         if (question != m_question)
             return;
@@ -315,31 +346,29 @@ void StyleRulesReader::askForJudgement()
 {
     QJsonArray groups;
     for (std::size_t i = 0; i < m_groups.size(); ++i) {
-        QJsonArray rules;
-        for (std::size_t k = 0; k < m_groups[i].rules.size(); ++k) {
-            QJsonArray declarations;
-            for (const StyleDeclaration& each : m_groups[i].rules[k].declarations) {
-                const std::string text = "a:" + each.value.toStdString();
-                const auto read = readCssDeclarations(text);
-                if (each.state != StyleState::Off && !read.empty())
-                    declarations.append(
-                        QJsonArray{each.name, inText(read.front().value, text), read.front().isImportant()});
-                else if (each.state != StyleState::Off)
-                    declarations.append(QJsonArray{each.name, QString(), false});
-            }
-            rules.append(QJsonObject{{QStringLiteral("layer"), m_layers[i][k]},
-                                     {QStringLiteral("declarations"), declarations}});
-        }
         groups.append(QJsonObject{{QStringLiteral("scope"), m_groups[i].part},
                                   {QStringLiteral("inherits"), m_groups[i].isInherited},
-                                  {QStringLiteral("rules"), rules}});
+                                  {QStringLiteral("rules"), asJson(m_groups[i].rules, m_layers[i])}});
     }
-    const QString script = QStringLiteral("judgedDeclarations(%1)")
-                               .arg(QString::fromUtf8(QJsonDocument(groups).toJson(QJsonDocument::Compact)));
+    const QString script = QStringLiteral("judgedDeclarations(%1)").arg(asScript(groups));
     m_parts.rendering.ask(script, this, [this, question = m_question](const QVariant& answer) {
         if (question == m_question)
             takeJudgement(answer.toList());
     });
+}
+
+void StyleRulesReader::askForBox(QObject* context, const std::function<void(const QVariantMap& box)>& take)
+{
+    if (m_groups.empty())
+        return;
+    const QString script =
+        QStringLiteral("boxModel(%1, %2)")
+            .arg(asScript(asJson(m_path)), asScript(asJson(m_groups.front().rules, m_layers.front())));
+    m_parts.rendering.ask(script, context,
+                          [self = QPointer(this), question = m_question, take](const QVariant& answer) {
+                              if (self && question == self->m_question)
+                                  take(answer.toMap());
+                          });
 }
 
 void StyleRulesReader::takeJudgement(const QVariantList& judged)

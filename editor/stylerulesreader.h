@@ -40,6 +40,13 @@ public:
     /// Reads the rules of the element with this path; an earlier question's answer is dropped.
     void read(const std::vector<int>& path);
 
+    /// The path that was read last.
+    [[nodiscard]] const std::vector<int>& path() const { return m_path; }
+
+    /// Asks for the box of the element that was read last, as boxModel() of the page-side scripts answers; its rules are those
+    /// of the first group. Not answered if `context` has been deleted, or if another element is read by then.
+    void askForBox(QObject* context, const std::function<void(const QVariantMap& box)>& take);
+
     /// The last sheet of the page that can be edited, and its text: a rule at its end wins over others like it.
     [[nodiscard]] std::optional<std::pair<StyleSource, std::string>> newRuleSheet() const;
     /// All sheets of the page that can be edited, and their texts.
@@ -71,6 +78,7 @@ private:
 
     Parts m_parts;
     int m_question = 0;
+    std::vector<int> m_path;
     QVariantMap m_matches;
     std::vector<StyleSource> m_sources;
     std::vector<Sheet> m_sheets;

@@ -50,12 +50,14 @@ BoxOverlay::BoxOverlay(MyWebView& view) : QWidget(view.parentWidget()), m_view(v
     hide();
 }
 
-void BoxOverlay::mark(const QString& path)
+void BoxOverlay::mark(const QString& path, Part part)
 {
     ScriptCall::ask(m_view.page(), QStringLiteral("boxesOf(%1)").arg(path), this,
-                    [this, question = ++m_questions](const QVariant& answer) {
-                        if (question == m_questions)
-                            take(answer);
+                    [this, part, question = ++m_questions](const QVariant& answer) {
+                        if (question != m_questions)
+                            return;
+                        m_part = part;
+                        take(answer);
                     });
 }
 
@@ -101,10 +103,15 @@ void BoxOverlay::paintEvent(QPaintEvent*)
     QPainter painter(this);
     const QRectF padding = m_border - m_borders;
     const QRectF content = padding - m_paddings;
-    fillRing(painter, m_border + m_margins, m_border, marginColour);
-    fillRing(painter, m_border, padding, borderColour);
-    fillRing(painter, padding, content, paddingColour);
-    painter.fillRect(content, contentColour);
+    const auto isMarked = [this](Part part) { return m_part == Part::All || m_part == part; };
+    if (isMarked(Part::Margin))
+        fillRing(painter, m_border + m_margins, m_border, marginColour);
+    if (isMarked(Part::Border))
+        fillRing(painter, m_border, padding, borderColour);
+    if (isMarked(Part::Padding))
+        fillRing(painter, padding, content, paddingColour);
+    if (isMarked(Part::Content))
+        painter.fillRect(content, contentColour);
     paintLabel(painter);
 }
 

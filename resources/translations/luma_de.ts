@@ -942,6 +942,10 @@
         <source>Show the selected element as if the mouse were over it, or in another state</source>
         <translation>Das gewählte Element so zeigen, als wäre die Maus darüber, oder in einem anderen Zustand</translation>
     </message>
+    <message>
+        <source>Box of the element</source>
+        <translation>Box des Elements</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -2628,6 +2632,33 @@ entwuerfe/</translation>
     <message>
         <source>Change Size</source>
         <translation>Größe ändern</translation>
+    </message>
+</context>
+<context>
+    <name>luma::BoxPanel</name>
+    <message>
+        <source>An element within lines takes its size from its contents</source>
+        <translation>Ein Element innerhalb von Zeilen ist so groß wie sein Inhalt</translation>
+    </message>
+    <message>
+        <source>The size in the style sheet counts padding and border, too</source>
+        <translation>Die Größe im Stylesheet zählt Innenabstand und Rahmen mit</translation>
+    </message>
+    <message>
+        <source>“%1” is no value of %2.</source>
+        <translation>„%1“ ist kein Wert von %2.</translation>
+    </message>
+    <message>
+        <source>Change Style</source>
+        <translation>Stil ändern</translation>
+    </message>
+    <message>
+        <source>Remove Style</source>
+        <translation>Stil entfernen</translation>
+    </message>
+    <message>
+        <source>Add Style</source>
+        <translation>Stil hinzufügen</translation>
     </message>
 </context>
 <context>

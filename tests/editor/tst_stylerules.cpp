@@ -156,6 +156,8 @@ private slots:
             "color: red", "color=rgb(255, 0, 0)");
         row("value in the style attribute", "Style attribute", "margin", "1px !important", "page.html",
             "style='margin: 0'", "style='margin: 1px !important'", "marginTop=1px");
+        row("value by a step", "main.css:5", "margin", "^", "css/main.css", "margin: 3px", "margin: 4px",
+            "marginTop=4px");
         row("switched off", "main.css:7", "font-weight", " ", "css/main.css", "font-weight: bold;",
             "/* font-weight: bold; */", "fontWeight=400");
         row("switched on", "main.css:7", "top", " ", "css/main.css", "/* top: 0; */", "top: 0;", "top=0px");
@@ -187,7 +189,12 @@ private slots:
             auto* const field = rules()->findChild<QLineEdit*>();
             QVERIFY(field);
             field->selectAll();
-            QTest::keyClicks(field, typed);
+            if (typed == u"^") {
+                QTest::keyClick(field, Qt::Key_Up);
+                QTRY_COMPARE(answer("getComputedStyle(document.querySelector('p')).marginTop"), "4px");
+            } else {
+                QTest::keyClicks(field, typed);
+            }
             QTest::keyClick(field, Qt::Key_Return);
         }
         QTRY_COMPARE(window->undoStack()->count(), 1);
