@@ -132,7 +132,8 @@ void HTMLDocument::createTools()
 {
     m_tools = new PageTools({*m_ui, m_tree, m_stack, m_store, *m_outline, *m_selection, *m_edits,
                              *m_styleSheets, *m_viewController, [this] { return siteFolder(); },
-                             [this] { return m_linkRules ? m_linkRules(m_store.linkBase()) : WebRules(); }},
+                             [this] { return m_linkRules ? m_linkRules(m_store.linkBase()) : WebRules(); },
+                             [this] { return unsavedPages(); }},
                             this);
     connect(m_tools, &PageTools::refused, m_ui->noticeBar, &NoticeBar::refuse);
     connect(m_tools, &PageTools::failed, this,
@@ -142,6 +143,19 @@ void HTMLDocument::createTools()
         m_viewController->show(ViewController::Position::Keep);
         buildCSSMenu();
     });
+}
+
+QHash<QString, QByteArray> HTMLDocument::unsavedPages() const
+{
+    QHash<QString, QByteArray> pages;
+    const SiteFolder site = siteFolder();
+    for (QWidget* const window : WindowRegistry::instance().windows()) {
+        const auto* const page = qobject_cast<HTMLDocument*>(window);
+        if (page && page != this && page->m_store.hasFile() && !page->m_stack.isClean() &&
+            site.realPath(page->docURL()))
+            pages.insert(textOf(page->docURL()), QByteArray::fromStdString(page->m_store.markup()));
+    }
+    return pages;
 }
 
 void HTMLDocument::createSaver()

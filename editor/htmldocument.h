@@ -168,6 +168,8 @@ private:
     void createEdits();
     void createStyleSheets();
     void createTools();
+    /// The markup of other pages of the site that are open and not saved, by file.
+    [[nodiscard]] QHash<QString, QByteArray> unsavedPages() const;
     void createSaver();
     void createFollower();
     void connectChanges();

@@ -167,8 +167,8 @@ void PageTools::createPreview()
             m_parts.rendering.whenCaughtUp(this, [this, take] {
                 if (m_parts.store.hasPage())
                     take({QByteArray::fromStdString(m_parts.store.markup()), m_parts.siteFolder(),
-                          m_parts.rendering.webView()->editorPage().drafts(),
-                          m_parts.linkRules().indexNames});
+                          m_parts.rendering.webView()->editorPage().drafts(), m_parts.linkRules().indexNames,
+                          m_parts.unsavedPages()});
             });
         },
         this);

@@ -4,6 +4,7 @@
 #include "links/webrules.h"
 #include "page/sitefolder.h"
 
+#include <QHash>
 #include <QObject>
 
 #include <functional>
@@ -57,7 +58,8 @@ public:
         StyleSheetEditor& styleSheets;
         ViewController& rendering;
         std::function<SiteFolder()> siteFolder;
-        std::function<WebRules()> linkRules; ///< of the page as it is now
+        std::function<WebRules()> linkRules;                      ///< of the page as it is now
+        std::function<QHash<QString, QByteArray>()> unsavedPages; ///< other pages of the site: UTF-8, by file
     };
 
     /// The window becomes the parent.

@@ -31,6 +31,10 @@ void PreviewPage::show(const PreviewSource& page)
         if (const fs::path file = pathOf(draft.key()); page.files.realPath(file))
             files.serveDraft(m_host, file, draft.value());
     }
+    for (auto other = page.pages.begin(); other != page.pages.end(); ++other) {
+        if (const fs::path file = pathOf(other.key()); page.files.realPath(file))
+            files.servePage(m_host, file, other.value());
+    }
     // A load of the same address would not overtake one.
     if (isLoading())
         triggerAction(QWebEnginePage::Stop);

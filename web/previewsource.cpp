@@ -9,7 +9,7 @@ namespace luma {
 
 namespace {
 
-constexpr quint32 sourceForm = 0x4c505601; // changes with the members
+constexpr quint32 sourceForm = 0x4c505602; // changes with the members
 
 QByteArray bytesOf(const std::string& text)
 {
@@ -26,7 +26,7 @@ QByteArray PreviewSource::toBytes() const
     for (const std::string& name : indexNames)
         names.append(bytesOf(name));
     stream << sourceForm << markup << bytesOf(files.page().native()) << bytesOf(files.folder().native())
-           << drafts << names;
+           << drafts << names << pages;
     return bytes;
 }
 
@@ -41,7 +41,7 @@ std::optional<PreviewSource> PreviewSource::fromBytes(const QByteArray& bytes)
     QByteArray page;
     QByteArray folder;
     QList<QByteArray> names;
-    stream >> source.markup >> page >> folder >> source.drafts >> names;
+    stream >> source.markup >> page >> folder >> source.drafts >> names >> source.pages;
     if (stream.status() != QDataStream::Ok || !stream.atEnd())
         return {};
     source.files = SiteFolder(page.toStdString(), folder.toStdString());

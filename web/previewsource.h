@@ -18,8 +18,10 @@ struct PreviewSource
 {
     QByteArray markup; ///< UTF-8
     SiteFolder files;
-    QHash<QString, QByteArray> drafts = {};   ///< UTF-8, by file; those outside the site are not used
+    QHash<QString, QByteArray> drafts =
+        {}; ///< style sheets, UTF-8, by file; those outside the site are not used
     std::vector<std::string> indexNames = {}; ///< of the pages that a folder's address means
+    QHash<QString, QByteArray> pages = {};    ///< other pages, as the drafts
 
     /// The page as bytes for another process of this version of LUMA.
     [[nodiscard]] QByteArray toBytes() const;

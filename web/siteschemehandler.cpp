@@ -19,6 +19,8 @@ namespace luma {
 
 namespace {
 
+constexpr const char* pageType = "text/html;charset=utf-8";
+
 void replyWithFile(const QPointer<QWebEngineUrlRequestJob>& job, FileDescriptor opened,
                    const QByteArray& type)
 {
@@ -45,6 +47,11 @@ fs::path indexPage(const fs::path& file, const std::vector<std::string>& names)
     return found == names.end() ? file : file / *found;
 }
 
+QString nameOf(const fs::path& file)
+{
+    return textOf(file.lexically_normal());
+}
+
 bool comesFromPage(const QWebEngineUrlRequestJob* job, const QString& host)
 {
     return job->initiator().isEmpty() || PageScheme::isOfPage(job->initiator(), host);
@@ -55,14 +62,21 @@ bool comesFromPage(const QWebEngineUrlRequestJob* job, const QString& host)
 void SiteSchemeHandler::serve(const QString& host, const QByteArray& markup, const SiteFolder& files)
 {
     Page& page = m_pages[host];
-    page.markup = markup;
+    page.pages = {{nameOf(files.page()), markup}};
     page.files = files;
+}
+
+void SiteSchemeHandler::servePage(const QString& host, const fs::path& file, const QByteArray& markup)
+{
+    QHash<QString, QByteArray>& pages = m_pages[host].pages;
+    if (!pages.contains(nameOf(file)))
+        pages.insert(nameOf(file), markup);
 }
 
 void SiteSchemeHandler::serveDraft(const QString& host, const fs::path& file,
                                    const std::optional<QByteArray>& text)
 {
-    const QString name = textOf(file.lexically_normal());
+    const QString name = nameOf(file);
     if (text)
         m_pages[host].drafts.insert(name, *text);
     else
@@ -106,10 +120,9 @@ void SiteSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job)
     const auto file = page->files.fileAt(path.toStdString());
     if (!file)
         refuse(job, QWebEngineUrlRequestJob::UrlInvalid);
-    else if (*file == page->files.page())
-        answerText(job, page->markup, "text/html;charset=utf-8");
-    else if (const auto draft = page->drafts.constFind(textOf(file->lexically_normal()));
-             draft != page->drafts.constEnd())
+    else if (const auto markup = page->pages.constFind(nameOf(*file)); markup != page->pages.constEnd())
+        answerText(job, *markup, pageType);
+    else if (const auto draft = page->drafts.constFind(nameOf(*file)); draft != page->drafts.constEnd())
         answerText(job, *draft, "text/css;charset=utf-8");
     else
         answerFile(job, *page, *file);
@@ -141,20 +154,22 @@ void SiteSchemeHandler::answerFile(QWebEngineUrlRequestJob* job, const Page& pag
     else
         folderAddress.clear();
     start(std::make_shared<WorkItem>(),
-          [self = QPointer(this), files = page.files, names = page.indexNames, markup = page.markup,
+          [self = QPointer(this), files = page.files, names = page.indexNames, pages = page.pages,
            folderAddress, file, job = QPointer(job)](const WorkItem&) {
               const fs::path found = indexPage(file, names);
-              const bool isPage = found == files.page();
+              const auto markup = pages.constFind(nameOf(found));
+              const bool isPage = markup != pages.constEnd();
               const bool isMoved = found != file && !folderAddress.isEmpty();
               auto opened = std::make_shared<Result<FileDescriptor>>(files.open(found));
               const QByteArray type = QByteArray::fromStdString(contentTypeOf(found));
               QMetaObject::invokeMethod(
                   QCoreApplication::instance(),
-                  [self, job, opened, type, isPage, isMoved, markup, folderAddress] {
+                  [self, job, opened, type, isMoved, page = isPage ? *markup : QByteArray(), isPage,
+                   folderAddress] {
                       if (job && *opened && isMoved)
                           job->redirect(folderAddress);
                       else if (job && isPage)
-                          answerText(job, markup, "text/html;charset=utf-8");
+                          answerText(job, page, pageType);
                       else if (*opened)
                           replyWithFile(job, std::move(**opened), type);
                       else if (self && job)

@@ -27,6 +27,8 @@ public:
     /// Sets the content of page `host`: UTF-8 markup and the site's files.
     void serve(const QString& host, const QByteArray& markup, const SiteFolder& files);
     void withdraw(const QString& host);
+    /// Gives page `host` this markup (UTF-8) for another page's file of the site.
+    void servePage(const QString& host, const std::filesystem::path& file, const QByteArray& markup);
     /// Gives page `host` this text (UTF-8) for a style sheet's file of the site, or the file again if there is none.
     void serveDraft(const QString& host, const std::filesystem::path& file,
                     const std::optional<QByteArray>& text);
@@ -48,8 +50,8 @@ signals:
 private:
     struct Page
     {
-        QByteArray markup;
-        SiteFolder files;
+        QHash<QString, QByteArray> pages = {}; // markup by file, that of the page itself included
+        SiteFolder files = {};
         QHash<QString, QByteArray> drafts = {}; // of style sheets, by file
         std::vector<std::string> indexNames = {};
     };

@@ -75,12 +75,14 @@ private slots:
     void previewWithScripts_followsEditsAndSaves()
     {
         put("sheet.css", "p { width: 66px }");
-        for (const char* name : {"one66px.txt", "two77px.txt", "three77px.txt"})
+        put("other.html", "<p>saved</p>");
+        for (const char* name : {"one66px.txt", "two77px.txt", "three77px.txt", "saved.txt", "unsaved.txt"})
             put(name, "");
         open(
             "<title>one</title><link rel=stylesheet href=sheet.css><p>text</p><script>"
             "addEventListener('load', () => fetch(document.title + getComputedStyle(document.querySelector('p')).width"
-            " + '.txt'))</script>");
+            " + '.txt'));"
+            "fetch('other.html').then((r) => r.text()).then((t) => fetch(t.match(/[a-z]+(?=<.p)/)[0] + '.txt'))</script>");
         const FileDescriptor watch(::inotify_init1(IN_CLOEXEC | IN_NONBLOCK));
         QVERIFY(::inotify_add_watch(watch.get(), at("").c_str(), IN_OPEN) >= 0);
         QByteArray read;
@@ -104,9 +106,16 @@ private slots:
         const auto* const process = window->findChild<PreviewProcess*>();
         ::kill(static_cast<pid_t>(process->processId()), SIGKILL);
         QTRY_VERIFY(the<QLabel>("noticeText")->text().contains("ended by itself"));
+        QVERIFY(!hasRead("unsaved.txt"));
         read.clear();
+        HTMLDocument other;
+        other.mountPath = at("");
+        other.readFromURL(at("other.html"));
+        other.recover({{}, at("other.html"), "<p>unsaved</p>"});
+        other.windowDidLoad();
         trigger("scriptPreviewAction");
         QTRY_VERIFY(hasRead("three77px.txt"));
+        QTRY_VERIFY(hasRead("unsaved.txt"));
     }
 
     void wheelWithControl_zooms()

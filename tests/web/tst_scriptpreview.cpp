@@ -34,7 +34,8 @@ private:
         return {markup,
                 SiteFolder(m_site->at("site/page.html"), m_site->at("site")),
                 m_drafts,
-                {"index.html", "page.html"}};
+                {"index.html", "page.html"},
+                m_pages};
     }
     [[nodiscard]] QString title() const { return m_preview->page().title(); }
     [[nodiscard]] QString listed() const
@@ -56,6 +57,7 @@ private:
     int m_connections = 0;
     QUdpSocket m_datagrams;
     QHash<QString, QByteArray> m_drafts; // of style sheets, by file
+    QHash<QString, QByteArray> m_pages;  // others
     QPointer<ScriptPreview> m_preview;
 
 private slots:
@@ -74,6 +76,11 @@ private slots:
         m_site->put("site/\u00fc%.css", "body { width: 66px }");
         m_drafts = {{QString::fromStdString(m_site->at("site/\u00fc%.css").string()), "body { width: 77px }"},
                     {QString::fromStdString(m_site->at("secret.txt").string()), "secret draft"}};
+        m_site->put("site/other/index.html", "<title>other, as saved</title>");
+        m_pages = {{QString::fromStdString(m_site->at("site/other/index.html").string()),
+                    "<title>other, unsaved</title>"},
+                   {QString::fromStdString(m_site->at("secret.txt").string()), "secret page"},
+                   {QString::fromStdString(m_site->at("site/page.html").string()), "<title>stale"}};
         m_connections = 0;
         m_server = std::make_unique<QTcpServer>();
         connect(m_server.get(), &QTcpServer::newConnection, this, [this] { ++m_connections; });
@@ -103,6 +110,8 @@ private slots:
             "if (location.hash) document.title = 'again';"
             "else location.replace('./#x')",
             "again");
+        row("another page that isn't saved", "location = 'other/index.html'", "other, unsaved");
+        row("link to its folder", "location = 'other'", "other, unsaved");
         row("kept for the session", "localStorage.x = 'kept'; document.title = localStorage.x", "kept");
     }
     void scripts_runWithTheFilesOfTheSite()
