@@ -34,6 +34,9 @@ public:
     /// kind End.
     bool next(HtmlToken& token);
 
+    /// Whether what follows the last token belongs to an element of svg or math.
+    [[nodiscard]] bool isInForeignContent() const { return m_foreign.isForeign(); }
+
 private:
     bool nextInData(HtmlToken& token);
     bool nextInText(HtmlToken& token);

@@ -11,6 +11,7 @@
 #include "html/htmlscanner.h"
 #include "html/maskedsource.h"
 #include "html/parsearena.h"
+#include "html/parsernames.h"
 #include "html/strangecharacters.h"
 #include "html/tagtraits.h"
 
@@ -74,10 +75,11 @@ const GumboVector* childrenOf(const GumboNode& node)
 class TreeBuilder final
 {
 public:
-    /// `source` is what the parser read: `page` (null: one without server code) behind `prefix`.
-    TreeBuilder(const StrangeCharacters& source, const MaskedSource* page, std::size_t prefix,
-                std::size_t depthLimit)
+    /// The parser read the text of `names`, which it has from `source`: `page` (null: one without server code) behind `prefix`.
+    TreeBuilder(const StrangeCharacters& source, const ParserNames& names, const MaskedSource* page,
+                std::size_t prefix, std::size_t depthLimit)
         : m_source(source),
+          m_names(names),
           m_page(page && page->holdsCode() ? page : nullptr),
           m_prefix(prefix),
           m_depthLimit(depthLimit)
@@ -95,7 +97,7 @@ public:
             return {};
         const std::string_view original =
             view(childrenOf(node) ? node.v.element.original_tag : node.v.text.original_text);
-        const std::string_view source = m_source.disguised();
+        const std::string_view source = m_names.text();
         const std::less<> isBefore;
         if (isBefore(original.data(), source.data() + m_prefix) ||
             !isBefore(original.data(), source.data() + source.size()) ||
@@ -110,7 +112,7 @@ public:
     /// Where the tag stands that has too many attributes, or those from this markup on to it.
     [[nodiscard]] std::size_t placeOfAttributes(std::string_view from) const
     {
-        const std::string_view source = m_source.disguised();
+        const std::string_view source = m_names.text();
         HtmlScanner scanner(from.empty() ? source : source.substr(offsetIn(source, from)));
         HtmlToken token;
         std::size_t count = 0;
@@ -118,6 +120,9 @@ public:
             count += token.attributes.size();
         return count > ParseArena::attributesLimit ? placeOf(token.name) - 1 : placeOf(from);
     }
+
+    /// Whether the tree is not a browser's because of the names in it, or shows one that ParserNames gave.
+    [[nodiscard]] bool isMisread() const { return m_isMisread; }
 
     /// The node that was deeper than the limit; null if none was.
     [[nodiscard]] const GumboNode* tooDeep() const { return m_tooDeep; }
@@ -191,7 +196,7 @@ public:
     {
         if (!parsed.has_doctype)
             return;
-        const std::string_view source = m_source.disguised();
+        const std::string_view source = m_names.text();
         std::size_t at = source.find('<');
         Node* next = document.firstChild();
         for (unsigned i = 0; next && i < parsed.children.length; ++i, next = next->next()) {
@@ -228,12 +233,14 @@ private:
             // What the parser made by itself carries the tag that it copied.
             constexpr unsigned copies = GUMBO_INSERTION_BY_PARSER | GUMBO_INSERTION_ADOPTION_AGENCY_CLONED |
                                         GUMBO_INSERTION_RECONSTRUCTED_FORMATTING_ELEMENT;
+            m_isMisread = m_isMisread || isMisread(node);
             const bool isCopy = (node.parse_flags & copies) != 0;
             mark(element, {isCopy ? SourceRange() : rangeOf(view(node.v.element.original_tag)),
                            rangeOf(view(node.v.element.original_end_tag))});
             return element;
         }
         const std::string_view original = view(node.v.text.original_text);
+        m_isMisread = m_isMisread || m_names.isShownIn(node.v.text.text);
         if (node.type == GUMBO_NODE_COMMENT) {
             Node& comment = parent.append(makeComment(parent, node));
             mark(comment, {rangeOf(original), {}});
@@ -243,6 +250,32 @@ private:
         const std::string_view rest = moveIntoForm(parent, text, original);
         return text.empty() && rest.size() < original.size() ? *parent.lastChild()
                                                              : appendText(parent, text, rest);
+    }
+
+    static std::string_view nameIn(std::string_view tag)
+    {
+        tag.remove_prefix(std::min<std::size_t>(tag.size(), tag.starts_with("</") ? 2 : 1));
+        return tag.substr(0, tag.find_first_of(" \t\n\f\r/>"));
+    }
+
+    // Another unknown element's end tag may have ended it.
+    [[nodiscard]] bool isMisread(const GumboNode& node) const
+    {
+        const GumboElement& element = node.v.element;
+        for (unsigned i = 0; i < element.attributes.length; ++i) {
+            if (m_names.isShownIn(static_cast<const GumboAttribute*>(element.attributes.data[i])->value))
+                return true;
+        }
+        if (m_names.areExchanged())
+            return false;
+        if (element.tag == GUMBO_TAG_MENUITEM || (node.parse_flags & GUMBO_INSERTION_FROM_ISINDEX) != 0)
+            return true;
+        if (element.tag != GUMBO_TAG_UNKNOWN || element.tag_namespace != GUMBO_NAMESPACE_HTML)
+            return false;
+        const std::string_view end = view(element.original_end_tag);
+        const std::string name(nameIn(end));
+        return end.starts_with("</") && !equalIgnoringAsciiCase(name, nameIn(view(element.original_tag))) &&
+               gumbo_tag_enum(name.c_str()) == GUMBO_TAG_UNKNOWN;
     }
 
     [[nodiscard]] bool holdsCode(const SourceRange& range) const
@@ -322,16 +355,26 @@ private:
         m_marks.push_back(marks);
     }
 
-    SourceRange rangeOf(std::string_view part) const
+    /// What the source has for a part of the text that the parser read; empty for what is no such part.
+    std::string_view sourceOf(std::string_view part) const
     {
-        const std::string_view source = m_source.disguised();
-        if (part.empty() || part.data() < source.data() || part.data() > source.data() + source.size())
+        const std::string_view text = m_names.text();
+        if (part.empty() || part.data() < text.data() || part.data() > text.data() + text.size())
             return {};
-        const std::size_t begin = offsetIn(source, part);
-        if (begin < m_prefix)
+        const std::size_t begin = m_names.pagePlace(offsetIn(text, part));
+        return m_source.disguised().substr(begin,
+                                           m_names.pagePlace(offsetIn(text, part) + part.size()) - begin);
+    }
+
+    SourceRange rangeOf(std::string_view part) const { return rangeInPage(sourceOf(part)); }
+
+    SourceRange rangeInPage(std::string_view partOfSource) const
+    {
+        const std::size_t begin = partOfSource.empty() ? 0 : offsetIn(m_source.disguised(), partOfSource);
+        if (partOfSource.empty() || begin < m_prefix)
             return {};
         return {static_cast<std::uint32_t>(m_source.sourcePlace(begin) - m_prefix),
-                static_cast<std::uint32_t>(m_source.sourcePlace(begin + part.size()) - m_prefix)};
+                static_cast<std::uint32_t>(m_source.sourcePlace(begin + partOfSource.size()) - m_prefix)};
     }
 
     // The parser lets a text begin behind the carriage return of its first line end.
@@ -339,8 +382,7 @@ private:
     {
         SourceRange range = rangeOf(part);
         const char* const begin = part.data();
-        if (!range.isEmpty() && begin != m_source.disguised().data() && *begin == '\n' &&
-            *(begin - 1) == '\r')
+        if (!range.isEmpty() && begin != m_names.text().data() && *begin == '\n' && *(begin - 1) == '\r')
             --range.begin;
         return range;
     }
@@ -372,9 +414,9 @@ private:
 
     std::string nameOf(const GumboElement& element) const
     {
-        std::string name = element.tag == GUMBO_TAG_UNKNOWN
-                               ? unknownName(element)
-                               : std::string(gumbo_normalized_tagname(element.tag));
+        const std::string_view known = gumbo_normalized_tagname(element.tag);
+        std::string name = element.tag == GUMBO_TAG_UNKNOWN || m_names.isGuise(known) ? unknownName(element)
+                                                                                      : std::string(known);
         if (element.tag_namespace == GUMBO_NAMESPACE_SVG) {
             const GumboStringPiece piece = {name.data(), name.size()};
             if (const char* adjusted = gumbo_normalize_svg_tagname(&piece))
@@ -386,10 +428,8 @@ private:
     /// The name of an element unknown to the parser, as the standard's tokenizer reads it.
     std::string unknownName(const GumboElement& element) const
     {
-        std::string_view tag = view(element.original_tag);
-        tag.remove_prefix(std::min<std::size_t>(tag.size(), tag.starts_with("</") ? 2 : 1));
-        tag = tag.substr(0, tag.find_first_of(" \t\n\f\r/>"));
-        if (const SourceRange range = rangeOf(tag); holdsCode(range))
+        const std::string_view tag = nameIn(sourceOf(view(element.original_tag)));
+        if (const SourceRange range = rangeInPage(tag); holdsCode(range))
             return m_page->name(range.begin, range.end);
         std::string name = asciiLower(m_source.restored(tag));
         for (std::size_t at = name.find('\0'); at != std::string::npos; at = name.find('\0', at))
@@ -416,10 +456,12 @@ private:
     }
 
     const StrangeCharacters& m_source;
+    const ParserNames& m_names;
     const MaskedSource* m_page;
     std::size_t m_prefix;
     std::size_t m_depthLimit;
     std::vector<SourceMarks> m_marks;
+    bool m_isMisread = false;
     const GumboNode* m_tooDeep = nullptr;
 };
 
@@ -440,9 +482,10 @@ Error refusal(ParseArena::Excess excess)
 class Parser final
 {
 public:
-    Parser(const ParserInput& input, const ParseLimits& limits)
+    Parser(const ParserInput& input, const ParseLimits& limits, ParserNames::Way names)
         : m_source(input.text),
-          m_builder(m_source, input.page, input.prefix, limits.depth),
+          m_names(m_source.disguised(), names),
+          m_builder(m_source, m_names, input.page, input.prefix, limits.depth),
           // An ordinary page needs about 30 times its size.
           m_arena({sizeof(GumboNode), sizeof(GumboAttribute)}, parentOf, limits.depth,
                   (std::size_t{64} << 20U) + 64 * input.text.size())
@@ -464,7 +507,7 @@ public:
     }
 
     /// The parser's tree, valid as long as this object; null if the page was refused.
-    const GumboOutput* run() { return html::run(m_arena, m_options, m_source.disguised()); }
+    const GumboOutput* run() { return html::run(m_arena, m_options, m_names.text()); }
     TreeBuilder& builder() { return m_builder; }
     Error error() const { return refusal(m_arena.excess()); }
 
@@ -483,6 +526,7 @@ public:
 
 private:
     StrangeCharacters m_source;
+    ParserNames m_names;
     TreeBuilder m_builder;
     ParseArena m_arena;
     GumboOptions m_options = kGumboDefaultOptions;
@@ -490,21 +534,44 @@ private:
 
 } // namespace
 
+namespace {
+
+/// What `build` makes of the parser's tree: with other names if they matter and don't show.
+template <class Build>
+auto builtRightly(const ParserInput& input, const ParseLimits& limits, Build build)
+{
+    bool isMisread = false;
+    const auto builtWith = [&](ParserNames::Way names) {
+        Parser parser(input, limits, names);
+        auto built = build(parser);
+        isMisread = parser.builder().isMisread();
+        return built;
+    };
+    auto built = builtWith(ParserNames::Way::Kept);
+    if (!built || !isMisread)
+        return built;
+    auto again = builtWith(ParserNames::Way::Exchanged);
+    return again && !isMisread ? std::move(again) : std::move(built);
+}
+
+} // namespace
+
 Result<BuiltDocument> buildDocument(const ParserInput& input, const ParseLimits& limits)
 {
-    Parser parser(input, limits);
-    const GumboOutput* const output = parser.run();
-    auto document = std::make_unique<Document>();
-    if (!output || !parser.builder().build(output->document->v.document.children, *document))
-        return parser.error();
-    parser.builder().placeDoctype(output->document->v.document, *document);
-    parser.builder().moveLeadingCode(*document);
-    return BuiltDocument{std::move(document), parser.builder().takeMarks()};
+    return builtRightly(input, limits, [](Parser& parser) -> Result<BuiltDocument> {
+        const GumboOutput* const output = parser.run();
+        auto document = std::make_unique<Document>();
+        if (!output || !parser.builder().build(output->document->v.document.children, *document))
+            return parser.error();
+        parser.builder().placeDoctype(output->document->v.document, *document);
+        parser.builder().moveLeadingCode(*document);
+        return BuiltDocument{std::move(document), parser.builder().takeMarks()};
+    });
 }
 
 std::optional<std::size_t> placeOfExcess(const ParserInput& input, const ParseLimits& limits)
 {
-    Parser parser(input, limits);
+    Parser parser(input, limits, ParserNames::Way::Kept);
     Document document;
     const GumboOutput* const output = parser.run();
     if (output && parser.builder().build(output->document->v.document.children, document))
@@ -514,15 +581,16 @@ std::optional<std::size_t> placeOfExcess(const ParserInput& input, const ParseLi
 
 Result<NodeList> buildFragment(const ParserInput& input, const Element& context, const ParseLimits& limits)
 {
-    Parser parser(input, limits);
-    parser.setContext(context);
-    const GumboOutput* const output = parser.run();
-    Element holder("holder");
-    if (!output || !parser.builder().build(output->root->v.element.children, holder))
-        return parser.error();
-    NodeList nodes;
-    holder.swapChildren(nodes);
-    return nodes;
+    return builtRightly(input, limits, [&context](Parser& parser) -> Result<NodeList> {
+        parser.setContext(context);
+        const GumboOutput* const output = parser.run();
+        Element holder("holder");
+        if (!output || !parser.builder().build(output->root->v.element.children, holder))
+            return parser.error();
+        NodeList nodes;
+        holder.swapChildren(nodes);
+        return nodes;
+    });
 }
 
 } // namespace luma::html

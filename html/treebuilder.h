@@ -31,7 +31,7 @@ struct BuiltDocument
     std::vector<SourceMarks> marks; // by the record numbers of the nodes' origins
 };
 
-/// Parses a page with the parser library and builds our tree from its tree; no other file knows the library. Fails as
+/// Parses a page with the parser library and builds our tree from its tree; only ParserNames knows the library, too. Fails as
 /// parse() does where the page nests too deeply or multiplies its elements. Any thread.
 Result<BuiltDocument> buildDocument(const ParserInput& input, const ParseLimits& limits);
 
