@@ -13,6 +13,8 @@
 #include <QPainter>
 #include <QTreeView>
 
+#include <utility>
+
 namespace luma {
 
 StyleColours::StyleColours(QTreeView& view, const StyleRulesModel& model, ViewController& rendering,
@@ -45,29 +47,30 @@ QIcon StyleColours::swatch(const QColor& colour)
 
 void StyleColours::pick(const QModelIndex& index)
 {
-    const StyleRule* const rule = m_model.ruleOf(index);
-    const QModelIndex value = index.siblingAtColumn(StyleRulesModel::ValueColumn);
-    if (!rule || StyleRulesModel::declarationOf(index) < 0 || !value.flags().testFlag(Qt::ItemIsEditable))
-        return;
-    m_index = value;
-    m_value = value.data().toString();
-    const auto colours =
-        cssColoursIn(value.siblingAtColumn(StyleRulesModel::NameColumn).data().toString(), m_value);
+    std::vector<StyleColour> colours = m_model.coloursOf(index);
+    std::erase_if(colours, [](const StyleColour& colour) { return !colour.value.isValid(); });
     if (colours.size() == 1)
-        open(colours.front());
+        open(colours.front(), colours.front().value.data().toString());
     if (colours.size() < 2)
         return;
     auto* const menu = new QMenu(&m_view);
     menu->setObjectName(QStringLiteral("coloursMenu"));
     menu->setAttribute(Qt::WA_DeleteOnClose);
-    for (const CssColour& colour : colours)
-        menu->addAction(swatch(colour.colour), m_value.mid(colour.at, colour.length), this,
-                        [this, colour] { open(colour); });
-    menu->popup(m_view.viewport()->mapToGlobal(m_view.visualRect(value).bottomLeft()));
+    for (const StyleColour& colour : colours)
+        menu->addAction(swatch(colour.colour), colour.text, this,
+                        [this, colour, row = QPersistentModelIndex(colour.value),
+                         value = colour.value.data().toString()] {
+                            StyleColour chosen = colour;
+                            chosen.value = row;
+                            open(chosen, value);
+                        });
+    menu->popup(m_view.viewport()->mapToGlobal(m_view.visualRect(index).bottomLeft()));
 }
 
-void StyleColours::open(const CssColour& colour)
+void StyleColours::open(const StyleColour& colour, const QString& text)
 {
+    m_index = colour.value;
+    m_value = text;
     if (!m_index.isValid() || m_index.data().toString() != m_value)
         return;
     m_at = colour.at;

@@ -14,7 +14,7 @@ namespace luma {
 
 class StyleRulesModel;
 class ViewController;
-struct CssColour;
+struct StyleColour;
 
 /// Lets the user choose the colours in the values of the style rules. The page shows each colour that is tried, in what its
 /// engine has parsed alone; the one chosen is reported, and Escape takes it back. Main thread.
@@ -26,8 +26,8 @@ public:
     /// All of them outlive it. The model is the view's.
     StyleColours(QTreeView& view, const StyleRulesModel& model, ViewController& rendering, QObject* parent);
 
-    /// Asks for the colour of a declaration's value, or first for which one if there are several. Nothing happens if there is
-    /// none, or if it can't be edited.
+    /// Asks for the colour of a declaration's value, or first for which one if there are several. That of a custom
+    /// property is changed where it is set. Nothing happens if there is none, or if it can't be edited.
     void pick(const QModelIndex& index);
     /// While the user chooses, the rows must stay.
     [[nodiscard]] bool isOpen() const;
@@ -39,7 +39,8 @@ signals:
     void valueChosen(const QModelIndex& index, const QString& value);
 
 private:
-    void open(const CssColour& colour);
+    /// `text` is the value that the colour stands in.
+    void open(const StyleColour& colour, const QString& text);
     void preview(const QColor& colour);
     [[nodiscard]] QString valueWith(const QColor& colour) const;
 

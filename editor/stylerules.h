@@ -3,6 +3,7 @@
 
 #include "html/cssrules.h"
 
+#include <QHash>
 #include <QString>
 #include <QStringList>
 
@@ -57,6 +58,7 @@ struct StyleGroup
     QString part = {};    ///< of a pseudo-element: "::before"
     bool isInherited = false;
     std::vector<StyleRule> rules = {};
+    QHash<QString, QString> variables = {}; ///< the values of the custom properties that they set or use
 };
 
 } // namespace luma

@@ -7,7 +7,9 @@
 
 #include <QFont>
 #include <QPalette>
+#include <QRegularExpression>
 
+#include <algorithm>
 #include <array>
 #include <utility>
 
@@ -60,6 +62,53 @@ QString explanationOf(StyleState state)
         return StyleRulesModel::tr("Switched off: a comment in the style sheet");
     }
     return {};
+}
+
+/// A use of a custom property in a value.
+struct Use
+{
+    QString name;
+    qsizetype at = 0;
+    qsizetype length = 0;
+};
+
+std::vector<Use> usesIn(const QString& value)
+{
+    static const QRegularExpression use(QStringLiteral("var\\(\\s*(--[^\\s,)]+)[^()]*\\)?"));
+    std::vector<Use> uses;
+    auto found = use.globalMatch(value);
+    while (found.hasNext()) {
+        const QRegularExpressionMatch match = found.next();
+        uses.push_back({match.captured(1), match.capturedStart(), match.capturedLength()});
+    }
+    return uses;
+}
+
+/// The first colour that a value shows.
+QColor colourOf(const StyleDeclaration& declaration, const StyleGroup& group)
+{
+    const auto colours = cssColoursIn(declaration.name, declaration.value);
+    for (const Use& use : usesIn(declaration.value)) {
+        const auto behind = cssColoursIn(declaration.name, group.variables.value(use.name));
+        if (!behind.empty() && (colours.empty() || use.at < colours.front().at))
+            return behind.front().colour;
+    }
+    return colours.empty() ? QColor() : colours.front().colour;
+}
+
+/// What custom properties come to, a line each.
+QString variablesOf(const StyleDeclaration& declaration, const StyleGroup& group)
+{
+    QStringList lines;
+    for (const Use& use : usesIn(declaration.value)) {
+        if (const QString value = group.variables.value(use.name); !value.isEmpty())
+            lines.append(use.name + QStringLiteral(": ") + value);
+    }
+    const QString own = group.variables.value(declaration.name);
+    if (!own.isEmpty() && !lines.isEmpty())
+        lines = QStringList(declaration.name + QStringLiteral(": ") + own);
+    lines.removeDuplicates();
+    return lines.join(u'\n');
 }
 
 void dim(QStandardItem& item)
@@ -140,12 +189,18 @@ void StyleRulesModel::addDeclaration(QStandardItem& parent, const StyleRule& rul
     if (rule.isEditable)
         name->setCheckState(declaration.state == StyleState::Off ? Qt::Unchecked : Qt::Checked);
     value->setEditable(rule.isEditable && declaration.state != StyleState::Off);
-    if (const auto colours = cssColoursIn(declaration.name, declaration.value); !colours.empty())
-        value->setData(StyleColours::swatch(colours.front().colour), Qt::DecorationRole);
+    const StyleGroup& group = m_groups[parent.data(GroupRole).toUInt()];
+    const QColor colour = colourOf(declaration, group);
+    if (colour.isValid())
+        value->setData(StyleColours::swatch(colour), Qt::DecorationRole);
+    const QString variables = variablesOf(declaration, group);
     const QString explanation = explanationOf(declaration.state);
-    const bool hasColour = value->isEditable() && value->data(Qt::DecorationRole).isValid();
-    const QString hint =
-        hasColour ? u'\n' + tr("A click on the colour or Alt+Down chooses another one") : QString();
+    const bool hasColour = value->isEditable() && colour.isValid();
+    QString hint = variables.isEmpty() ? QString() : u'\n' + variables;
+    if (hasColour)
+        hint += u'\n' + (variables.isEmpty()
+                             ? tr("A click on the colour or Alt+Down chooses another one")
+                             : tr("A click on the colour or Alt+Down changes the custom property"));
     for (QStandardItem* const each : {name, value}) {
         each->setData(static_cast<int>(Row::Declaration), KindRole);
         each->setData(number, DeclarationRole);
@@ -158,7 +213,9 @@ void StyleRulesModel::addDeclaration(QStandardItem& parent, const StyleRule& rul
         font.setStrikeOut(declaration.state != StyleState::NotInherited);
         each->setFont(font);
     }
-    const QString spoken = declaration.name + QStringLiteral(": ") + declaration.value;
+    QString spoken = declaration.name + QStringLiteral(": ") + declaration.value;
+    if (!variables.isEmpty())
+        spoken += QStringLiteral(". ") + variables;
     value->setData(explanation.isEmpty() ? spoken : spoken + QStringLiteral(". ") + explanation,
                    Qt::AccessibleTextRole);
     if (!explanation.isEmpty())
@@ -180,6 +237,82 @@ const StyleRule* StyleRulesModel::ruleOf(const QModelIndex& index) const
         return nullptr;
     const StyleGroup& group = m_groups[row.data(GroupRole).toUInt()];
     return &group.rules[row.data(RuleRole).toUInt()];
+}
+
+QModelIndex StyleRulesModel::indexOf(std::size_t group, std::size_t rule, int declaration) const
+{
+    for (int i = 0; i < rowCount(); ++i) {
+        const QModelIndex row = index(i, NameColumn);
+        if (kindOf(row) != Row::Rule || row.data(GroupRole).toUInt() != group ||
+            row.data(RuleRole).toUInt() != rule)
+            continue;
+        for (int k = 0; k < rowCount(row); ++k) {
+            if (const QModelIndex found = index(k, ValueColumn, row); declarationOf(found) == declaration)
+                return found;
+        }
+    }
+    return {};
+}
+
+QModelIndex StyleRulesModel::definitionOf(const QString& variable, std::size_t group) const
+{
+    for (std::size_t i = group; i < m_groups.size(); ++i) {
+        // A pseudo-element inherits from its element, which comes first.
+        const std::size_t at = i == group ? group : m_groups[i].isInherited ? i : 0;
+        const StyleGroup& each = m_groups[at];
+        for (std::size_t k = 0; k < each.rules.size(); ++k) {
+            const auto& declarations = each.rules[k].declarations;
+            for (std::size_t n = 0; n < declarations.size(); ++n) {
+                if (declarations[n].name == variable && declarations[n].state == StyleState::Applies)
+                    return indexOf(at, k, static_cast<int>(n));
+            }
+        }
+    }
+    return {};
+}
+
+std::vector<StyleColour> StyleRulesModel::coloursOf(const QModelIndex& index) const
+{
+    std::vector<StyleColour> colours;
+    const StyleRule* const rule = ruleOf(index);
+    const int number = declarationOf(index);
+    if (!rule || number < 0)
+        return colours;
+    const std::size_t group = index.parent().data(GroupRole).toUInt();
+    const StyleDeclaration& declaration = rule->declarations[static_cast<std::size_t>(number)];
+    const QModelIndex value = index.siblingAtColumn(ValueColumn);
+    const bool isEditable = value.flags().testFlag(Qt::ItemIsEditable);
+    std::vector<std::pair<qsizetype, StyleColour>> found;
+    for (const CssColour& each : cssColoursIn(declaration.name, declaration.value))
+        found.emplace_back(each.at, StyleColour{each.colour, declaration.value.mid(each.at, each.length),
+                                                isEditable ? value : QModelIndex(), each.at, each.length});
+    for (const Use& use : usesIn(declaration.value)) {
+        const auto behind = cssColoursIn(declaration.name, m_groups[group].variables.value(use.name));
+        if (behind.empty())
+            continue;
+        StyleColour colour = {behind.front().colour, declaration.value.mid(use.at, use.length)};
+        // The property may be another one's value in its turn; a circle has none.
+        QModelIndex definition = definitionOf(use.name, group);
+        for (int steps = 0; definition.isValid() && steps < 10; ++steps) {
+            const QString written = definition.data().toString();
+            const auto there = cssColoursIn(declaration.name, written);
+            const auto uses = usesIn(written);
+            if (there.size() == 1 && uses.empty() && definition.flags().testFlag(Qt::ItemIsEditable)) {
+                colour.value = definition;
+                colour.at = there.front().at;
+                colour.length = there.front().length;
+            }
+            definition = there.empty() && uses.size() == 1
+                             ? definitionOf(uses.front().name, definition.parent().data(GroupRole).toUInt())
+                             : QModelIndex();
+        }
+        found.emplace_back(use.at, colour);
+    }
+    std::stable_sort(found.begin(), found.end(),
+                     [](const auto& one, const auto& other) { return one.first < other.first; });
+    for (auto& [at, colour] : found)
+        colours.push_back(std::move(colour));
+    return colours;
 }
 
 int StyleRulesModel::declarationOf(const QModelIndex& index)

@@ -101,7 +101,8 @@ void StyleRulesPanel::createStates()
 {
     auto* const menu = new QMenu(m_controls.statesButton);
     menu->setObjectName(QStringLiteral("statesMenu"));
-    for (const char* const name : {"hover", "active", "focus", "visited"}) {
+    for (const char* const name :
+         {"hover", "active", "focus", "focus-visible", "focus-within", "target", "visited"}) {
         QAction* const action = menu->addAction(u':' + QLatin1String(name), this, &StyleRulesPanel::read);
         action->setCheckable(true);
         action->setData(QLatin1String(name));

@@ -281,7 +281,11 @@ void StyleRulesReader::buildGroups()
                                       answer.value(QStringLiteral("name")).toString()),
                             answer.value(QStringLiteral("part")).toString(),
                             false,
+                            {},
                             {}};
+        const QVariantMap variables = answer.value(QStringLiteral("variables")).toMap();
+        for (auto variable = variables.begin(); variable != variables.end(); ++variable)
+            group.variables.insert(variable.key(), variable.value().toString());
         group.isInherited = isInherited && group.part.isEmpty();
         isInherited = true;
         m_layers.emplace_back();

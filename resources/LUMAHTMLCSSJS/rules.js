@@ -76,7 +76,17 @@ function addByPart(element, each, parts) {
 
 function describedGroup(element, part, rules) {
     rules.sort((a, b) => b.layer - a.layer || compareWeights(b.weight, a.weight) || b.order - a.order);
-    return { path: pathOfElement(element), part, name: element.localName, rules: rules.map(describedRule) };
+    return { path: pathOfElement(element), part, name: element.localName, rules: rules.map(describedRule),
+        variables: variablesIn(element, part, rules) };
+}
+
+// The values of the custom properties that the rules or the style attribute set or use.
+function variablesIn(element, part, rules) {
+    const styles = [...rules.map(({ rule }) => rule.style), ...part || !element.style ? [] : [element.style]];
+    const names = styles.flatMap((style) => [...Array.from(style).filter((name) => name.startsWith('--')),
+        ...Array.from(style.cssText.matchAll(/var\(\s*(--[^\s,)]+)/g), ([, name]) => name)]);
+    const computed = names.length > 0 ? getComputedStyle(element, part) : null;
+    return Object.fromEntries(names.map((name) => [name, computed.getPropertyValue(name).trim()]));
 }
 
 const describedRule = ({ sheet, places, rule, conditions, layer, weight, order }) =>

@@ -5900,6 +5900,10 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
         <source>A click on the colour or Alt+Down chooses another one</source>
         <translation>Ein Klick auf die Farbe oder Alt+Pfeil nach unten wählt eine andere</translation>
     </message>
+    <message>
+        <source>A click on the colour or Alt+Down changes the custom property</source>
+        <translation>Ein Klick auf die Farbe oder Alt+Pfeil nach unten ändert die benutzerdefinierte Eigenschaft</translation>
+    </message>
 </context>
 <context>
     <name>luma::StyleRulesPanel</name>

@@ -228,7 +228,10 @@ private slots:
         row("none", "", "<a", black + black + pink);
         row("hover", ":hover", "<a", red + red + "rgb(0, 0, 255)");
         row("hover of the list", ":hover", "<ul", red + black + pink);
-        row("focus", ":focus", "<a", black + black + "rgb(0, 128, 0)");
+        row("focus", ":focus", "<a", black + red + "rgb(0, 128, 0)");
+        row("focus within", ":focus-within", "<a", black + red + pink);
+        row("visible focus", ":focus-visible", "<a", black + black + "rgb(0, 0, 128)");
+        row("target", ":target", "<a", black + black + "rgb(255, 255, 0)");
         row("active and visited", ":active :visited", "<a", black + black + "rgb(255, 165, 0)");
         row("what is written later wins", ":hover :visited", "<a", red + red + "rgb(255, 165, 0)");
     }
@@ -237,7 +240,8 @@ private slots:
         put("css/main.css", "ul, li, a { color: black }\n@media all { ul:hover { color: red } }\n"
                             "ul:hover > li:is(:hover) { color: red }\n.x\\:hover { color: pink }\n"
                             "a:link:hover { color: blue }\n"
-                            "a:focus:not([title=':focus']) { color: green }\n");
+                            "a:focus:not([title=':focus']) { color: green }\nli:focus-within { color: red }\n"
+                            "a:focus-visible { color: navy }\na:target { color: yellow }\n");
         open("<!DOCTYPE html><title>T</title><link rel=stylesheet href=css/main.css>"
              "<style>@layer one { a:visited { color: pink } }\na[href]:visited { color: orange }</style>"
              "<ul><li>1<li><a class='x:hover' href=page.html>2</a></ul>");
@@ -248,7 +252,7 @@ private slots:
         QFETCH(QString, states);
         const auto choose = [&] {
             for (QAction* const action : the<QMenu>("statesMenu")->actions())
-                if (states.contains(action->text()))
+                if (states.split(u' ').contains(action->text()))
                     action->trigger();
         };
         choose();
@@ -320,6 +324,50 @@ private slots:
         trigger("undoAction");
         QTRY_COMPARE(shown(), before);
         QTRY_COMPARE(declaration("main.css", property).siblingAtColumn(1).data().toString(), value);
+    }
+
+    void colourOfACustomProperty_isChangedWhereItIsSet()
+    {
+        const std::string sheet =
+            ":root { --base: #f00; --accent: var(--base) }\np::before { color: var(--accent) }\n"
+            "p { padding: var(--gap, 2px); --gap: 3px; border-color: blue var(--accent) }\n";
+        put("css/main.css", sheet);
+        open("<!DOCTYPE html><title>T</title><link rel=stylesheet href=css/main.css><p>Text</p>");
+        trigger("rulesAction");
+        click("<p");
+        QTRY_VERIFY2(declaration("main.css:1", "--base").isValid(), qPrintable(listed()));
+        const auto value = [this](const char* place, const char* name) {
+            return declaration(QString::fromUtf8(place), QString::fromUtf8(name)).siblingAtColumn(1);
+        };
+        QVERIFY(!value("main.css:3", "padding").data(Qt::DecorationRole).isValid());
+        QVERIFY2(value("main.css:3", "padding").data(Qt::ToolTipRole).toString().contains(u"--gap: 3px"),
+                 "what a property comes to is told");
+        QVERIFY(value("main.css:1", "--accent")
+                    .data(Qt::AccessibleTextRole)
+                    .toString()
+                    .contains(u"--accent: #f00"));
+        rules()->setCurrentIndex(value("main.css:3", "border-color"));
+        rules()->setFocus();
+        QTest::keyClick(rules(), Qt::Key_Down, Qt::AltModifier);
+        QTRY_VERIFY2(the<QMenu>("coloursMenu"), "both colours are offered");
+        QCOMPARE(the<QMenu>("coloursMenu")->actions().at(1)->text(), u"var(--accent)"_qs);
+        the<QMenu>("coloursMenu")->close();
+        rules()->setCurrentIndex(value("main.css:2", "color"));
+        QTest::keyClick(rules(), Qt::Key_Down, Qt::AltModifier);
+        QTRY_VERIFY2(the<QColorDialog>("colourDialog"), "the dialog is open");
+        QCOMPARE(the<QColorDialog>("colourDialog")->windowTitle(), u"--base"_qs);
+        test::saveScreenshots(*window, "style-variables");
+        the<QColorDialog>("colourDialog")->setCurrentColor(Qt::blue);
+        const auto shown = [this] {
+            return answer("getComputedStyle(document.querySelector('p'), '::before').color");
+        };
+        QTRY_COMPARE(shown(), u"rgb(0, 0, 255)"_qs);
+        QTest::keyClick(the<QColorDialog>("colourDialog"), Qt::Key_Return);
+        QTRY_COMPARE(value("main.css:1", "--base").data().toString(), u"#00f"_qs);
+        QTRY_COMPARE(shown(), u"rgb(0, 0, 255)"_qs);
+        trigger("saveAction");
+        QTRY_COMPARE(QString::fromStdString(file("css/main.css")),
+                     QString::fromStdString(sheet).replace(u"#f00"_qs, u"#00f"_qs));
     }
 
     void coloursOfAStyleAttribute_areChosenFromTheSwatch()
