@@ -177,7 +177,7 @@ void PageTools::createPreview()
             [status] { status->setText(tr("The preview with scripts is starting.")); });
     connect(m_preview, &PreviewProcess::shown, status, &QLabel::clear);
     connect(m_preview, &PreviewProcess::failed, status, &QLabel::clear);
-    connect(m_preview, &PreviewProcess::failed, this, &PageTools::failed);
+    connect(m_preview, &PreviewProcess::failed, this, &PageTools::refused);
     connect(m_preview, &PreviewProcess::quitRequested, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
 }
 

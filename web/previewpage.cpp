@@ -6,6 +6,8 @@
 #include "web/pagescheme.h"
 #include "web/previewprofile.h"
 
+#include <QWebEngineNewWindowRequest>
+
 #include <utility>
 
 namespace fs = std::filesystem;
@@ -19,6 +21,9 @@ PreviewPage::PreviewPage(PreviewProfile& profile)
         if (isDone && std::exchange(m_isReloadDue, false))
             triggerAction(QWebEnginePage::ReloadAndBypassCache);
     });
+    connect(
+        this, &QWebEnginePage::newWindowRequested, this,
+        [this](const QWebEngineNewWindowRequest& request) { emit windowRefused(request.requestedUrl()); });
 }
 
 void PreviewPage::show(const PreviewSource& page)
@@ -53,11 +58,6 @@ bool PreviewPage::acceptNavigationRequest(const QUrl& url, NavigationType, bool 
     if (!isAllowed)
         emit refused(url);
     return isAllowed;
-}
-
-QWebEnginePage* PreviewPage::createWindow(WebWindowType)
-{
-    return nullptr;
 }
 
 void PreviewPage::javaScriptAlert(const QUrl&, const QString& message)

@@ -21,8 +21,9 @@ public:
     void show(const PreviewSource& page);
 
 signals:
-    /// The page wanted to go to this address, or to open it.
+    /// The page wanted to go to this address; the user or the page wanted a window with it.
     void refused(const QUrl& url);
+    void windowRefused(const QUrl& url);
     /// A dialog's text, which no dialog showed.
     void said(const QString& text);
     /// An error of a script or of the engine.
@@ -30,7 +31,6 @@ signals:
 
 protected:
     bool acceptNavigationRequest(const QUrl& url, NavigationType type, bool isMainFrame) override;
-    QWebEnginePage* createWindow(WebWindowType type) override;
     void javaScriptAlert(const QUrl& origin, const QString& message) override;
     bool javaScriptConfirm(const QUrl& origin, const QString& message) override;
     bool javaScriptPrompt(const QUrl& origin, const QString& message, const QString& preset,

@@ -135,6 +135,8 @@ void ScriptPreview::connectPage()
     };
     connect(m_profile.get(), &PreviewProfile::refused, this, refuse);
     connect(m_page, &PreviewPage::refused, this, refuse);
+    connect(m_page, &PreviewPage::windowRefused, this,
+            [this](const QUrl& url) { list(tr("Window not opened"), shownAddress(url)); });
     connect(m_page, &PreviewPage::said, this, [this](const QString& text) { list(tr("Dialog"), text); });
     connect(m_page, &PreviewPage::complained, this, [this](const QString& text, int line) {
         list(tr("Error"), line > 0 ? tr("line %1: %2").arg(line).arg(text) : text);
@@ -186,7 +188,7 @@ void ScriptPreview::list(const QString& kind, const QString& text)
 {
     if (m_messages->count() > mostMessages)
         return;
-    QString line = kind + QStringLiteral(": ") + text.simplified().left(longestText);
+    QString line = kind + QStringLiteral(": ") + text.left(10 * longestText).simplified().left(longestText);
     if (m_messages->count() == mostMessages)
         line = tr("There is more, which is not listed.");
     auto* const item = new QListWidgetItem(line, m_messages);

@@ -5532,6 +5532,10 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
         <source>Not in the site</source>
         <translation>Nicht in der Website</translation>
     </message>
+    <message>
+        <source>Window not opened</source>
+        <translation>Fenster nicht geöffnet</translation>
+    </message>
 </context>
 <context>
     <name>luma::SideMark</name>

@@ -160,11 +160,36 @@ private slots:
             "x.onerror = () => postMessage('no'); x.onload = () => postMessage(x.responseText);"
             "x.open('GET', 'http://HOST/k'); x.send()\"]))); w.onmessage = (e) => tell(e.data)",
             "http://HOST/k");
+        row("a shared worker",
+            "const w = new SharedWorker(URL.createObjectURL(new Blob([\"onconnect = (e) => {"
+            "const s = new EventSource('http://HOST/s'); s.onerror = () => e.ports[0].postMessage('no') }\"])));"
+            "w.port.onmessage = (e) => tell(e.data)",
+            "http://HOST/s");
         row("a service worker", "tell(navigator.serviceWorker ? 'yes' : 'no')", "");
         row("hints",
             "document.head.innerHTML += '<link rel=preconnect href=http://HOST/><link rel=prefetch href=http://HOST/p>"
-            "<link rel=dns-prefetch href=http://HOST/>'; setTimeout(() => tell('no'), 300)",
+            "<link rel=dns-prefetch href=http://HOST/>"
+            "<link rel=prerender href=http://HOST/r><link rel=modulepreload href=http://HOST/m>';"
+            "setTimeout(() => tell('no'), 300)",
+            "http://HOST/m");
+        row("styles",
+            "document.head.innerHTML += '<style>@import \"http://HOST/c\"; @font-face { font-family: x; src: url(http://HOST/f) }"
+            "body { font-family: x; background: url(http://HOST/b) }</style>'; setTimeout(() => tell('no'), 300)",
+            "http://HOST/b");
+        row("a download",
+            "const a = document.createElement('a'); a.download = 'x'; a.href = 'data:text/plain,x'; a.click(); tell('no')",
+            "data:text/plain,x");
+        row("the engine's own files", request("qrc:/qtwebchannel/qwebchannel.js"), "qrc:/");
+        row("a file by XSLT",
+            "const x = new XSLTProcessor, parse = (text) => new DOMParser().parseFromString(text, 'text/xml');"
+            "x.importStylesheet(parse(`<s:stylesheet version=\"1.0\" xmlns:s=\"http://www.w3.org/1999/XSL/Transform\">"
+            "<s:template match=\"/\"><a><s:copy-of select=\"document('file:///etc/passwd')\"/></a></s:template></s:stylesheet>`));"
+            "tell(x.transformToDocument(parse('<a/>')).documentElement.outerHTML)",
             "");
+        row("writing a file of the site",
+            "const x = new XMLHttpRequest; x.onload = () => tell('yes'); x.onerror = () => tell('no');"
+            "x.open('PUT', 'data.txt'); x.send('x')",
+            "data.txt");
         row("the clipboard", "tell(navigator.clipboard ? 'yes' : String(document.execCommand('paste')))", "");
         row("a call", "tell(typeof RTCPeerConnection)", "");
         const auto call = [](const QByteArray& frame, const QByteArray& servers) {
@@ -226,6 +251,20 @@ private slots:
         QCOMPARE(m_connections, 0);
         QVERIFY(!m_datagrams.hasPendingDatagrams());
         QVERIFY(m_preview->page().url().scheme() == "luma");
+    }
+
+    // Those that a click asks for; the others the engine refuses by itself.
+    void windows_areListed()
+    {
+        open(
+            "<title>shown</title><a target=_blank href=http://x.invalid/w style='position: fixed; inset: 0'>a</a>");
+        QTRY_COMPARE(title(), "shown");
+        auto* const view = m_preview->findChild<QWidget*>("previewView");
+        const auto click = [&] {
+            QTest::mouseClick(view->focusProxy(), Qt::LeftButton, {}, QPoint(60, 60));
+            return listed();
+        };
+        QTRY_VERIFY(click().contains("Window not opened: http://x.invalid/w"));
     }
 
     void dialogs_areListed()
