@@ -118,7 +118,8 @@ public:
         }
         const std::vector<const Node*> around = elementsAround(m_difference);
         WrittenPage patched = m_error ? WrittenPage() : std::move(m_result);
-        if (attempt(OmittedTags::Edited, WritingWay::TagsWritten))
+        if (attempt(OmittedTags::Edited, WritingWay::TagsWritten) ||
+            attempt(OmittedTags::Reopened, WritingWay::TagsWritten))
             return std::move(m_result);
         std::optional<WrittenPage> written;
         const auto keepLeast = [&](bool isSame) {
@@ -134,6 +135,7 @@ public:
             return *std::move(written);
         const bool isSame = attemptAround(around, Around::FormattingWritten, WritingWay::TagsSpelledOut) ||
                             attemptAround(around, Around::TagsWritten, WritingWay::TagsSpelledOut) ||
+                            attemptPage(Around::FormattingWritten) || attemptPage(Around::TagsWritten) ||
                             attemptAround(around, Around::Printed, WritingWay::ElementPrinted) ||
                             attempt(OmittedTags::All, WritingWay::PagePrinted, &m_document);
         const bool isNoNearer =
@@ -168,6 +170,13 @@ private:
         return elements;
     }
 
+    // Formatting that stays open reaches to the page's end.
+    bool attemptPage(Around manner)
+    {
+        const Element* const root = m_document.documentElement();
+        return root && attempt(OmittedTags::None, WritingWay::TagsSpelledOut, root, manner);
+    }
+
     bool attemptAround(const std::vector<const Node*>& elements, Around manner, WritingWay way)
     {
         return std::any_of(elements.begin(), elements.end(), [&](const Node* element) {
@@ -180,7 +189,10 @@ private:
     bool attempt(OmittedTags tags, WritingWay way, const Node* around = nullptr,
                  Around manner = Around::Printed)
     {
-        m_result.pieces = PieceWriter(m_document, tags, around, manner).write();
+        PieceWriter writer(m_document, tags, around, manner);
+        if (tags == OmittedTags::Reopened && !writer.reopensFormatting())
+            return false;
+        m_result.pieces = writer.write();
         m_result.text = joined(m_result.pieces);
         m_result.printed = printedIn(m_result.pieces);
         m_result.way = way;

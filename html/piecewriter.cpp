@@ -19,12 +19,6 @@ namespace luma::html {
 
 namespace {
 
-// Not only somewhere in it.
-bool isEdited(const Element& element)
-{
-    return !UnchangedNodes::hasSameContent(element) || !UnchangedNodes::hasSameChildren(element);
-}
-
 // Text nodes that touch are one text.
 std::string joinedText(const Node& first, const Node* behind)
 {
@@ -81,6 +75,12 @@ PieceWriter::PieceWriter(const Document& document, OmittedTags tags, const Node*
 {
     for (const Node* node = around; node; node = node->parent())
         m_opened.insert(node);
+    if (tags == OmittedTags::Reopened && m_source)
+        m_reopened = ReopenedFormatting(document);
+    for (const Node* node : m_reopened.edited()) {
+        for (; node; node = node->parent())
+            m_opened.insert(node);
+    }
 }
 
 std::vector<WrittenPiece> PieceWriter::write()
@@ -193,7 +193,8 @@ bool PieceWriter::lacksWantedTag(const Unit& unit) const
     case OmittedTags::None:
         return false;
     case OmittedTags::Edited:
-        return unit.isBeforeEdit && hasOpenEnd(node);
+    case OmittedTags::Reopened:
+        return (unit.isBeforeEdit && hasOpenEnd(node)) || m_reopened.edited().contains(&node);
     case OmittedTags::EndTags:
         return hasOpenEnd(node);
     case OmittedTags::All:
@@ -207,9 +208,14 @@ bool PieceWriter::wantsStartTag(const Element& element) const
     if (m_isSpellingOut && isFormatting(element))
         return true;
     switch (m_tags) {
+    case OmittedTags::Reopened:
+        if (m_reopened.wantsStartTag(element))
+            return true;
+        [[fallthrough]];
     case OmittedTags::Edited:
-        return needsStartTag(element) && (isEdited(element) || (element.is("body") && element.firstChild() &&
-                                                                !isUntouched(*element.firstChild())));
+        return needsStartTag(element) &&
+               (UnchangedNodes::isEdited(element) ||
+                (element.is("body") && element.firstChild() && !isUntouched(*element.firstChild())));
     case OmittedTags::All:
         return !isSkeleton(element) || needsStartTag(element);
     default:
@@ -227,7 +233,8 @@ bool PieceWriter::wantsEndTag(const Element& element, bool isBeforeEdit) const
     case OmittedTags::None:
         return false;
     case OmittedTags::Edited:
-        return isBeforeEdit || isEdited(element);
+    case OmittedTags::Reopened:
+        return isBeforeEdit || UnchangedNodes::isEdited(element) || m_reopened.wantsEndTag(element);
     case OmittedTags::EndTags:
         return !PageSource::recordOf(element).start.isEmpty();
     case OmittedTags::All:

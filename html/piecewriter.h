@@ -3,6 +3,7 @@
 
 #include "html/keptchildren.h"
 #include "html/pagewriter.h"
+#include "html/reopenedformatting.h"
 #include "html/textparts.h"
 #include "html/unchangednodes.h"
 
@@ -20,9 +21,10 @@ namespace luma::html {
 class PieceWriter final
 {
 public:
-    /// Which tags that the page leaves out are written: of elements that were edited themselves or stand before an edit; end
-    /// tags, or all, of what edits lie in and of what stands beside it.
-    enum class OmittedTags { None, Edited, EndTags, All };
+    /// Which tags that the page leaves out are written: of elements that were edited themselves or stand before an edit; also
+    /// the tags of formatting that the parser opens again beside these; end tags, or all, of what edits lie in and of
+    /// what stands beside it.
+    enum class OmittedTags { None, Edited, Reopened, EndTags, All };
 
     /// What happens to the element around a difference, but for what was edited.
     enum class Around {
@@ -36,6 +38,9 @@ public:
                          const Node* around = nullptr, Around manner = Around::Printed);
 
     std::vector<WrittenPiece> write();
+
+    /// Whether there is such formatting; asked for OmittedTags::Reopened.
+    [[nodiscard]] bool reopensFormatting() const { return !m_reopened.edited().empty(); }
 
 private:
     using Unit = KeptChildren::Unit;
@@ -70,6 +75,7 @@ private:
     OmittedTags m_tagsSpelledOut;
     bool m_isSpellingOut = false;             // m_spelledOut or what is in it
     std::unordered_set<const Node*> m_opened; // what m_printed or m_spelledOut lies in
+    ReopenedFormatting m_reopened;
     const PageSource* m_source;
     std::string_view m_lineEnd;
     UnchangedNodes m_unchanged;

@@ -20,6 +20,8 @@ public:
     static bool hasSameContent(const Node& node);
     /// Whether the children of the node, which has an origin, are those that were parsed, whatever became of each.
     static bool hasSameChildren(const Node& node);
+    /// Whether the node, which has an origin, was edited itself, not only somewhere in it.
+    static bool isEdited(const Node& node) { return !hasSameContent(node) || !hasSameChildren(node); }
 
 private:
     [[nodiscard]] bool areUnchanged(const Node& parent) const; // the children

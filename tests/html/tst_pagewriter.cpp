@@ -152,6 +152,18 @@ private slots:
             "<div id=\"x\"", setId("div"));
         row("in the dialog", "<p>a<dialog open>b<i>e</i></dialog>c</p>\n<div>d</div>", "<i>e</i>", "",
             remove("i"));
+        const QByteArray open =
+            "<?xml version='1.0'?>\n<h1><a id=c>b</h1>\n<div>\n<p>x</p>\n<a id=d>e\n</div>\n<p>y</p>\n";
+        row("attribute of open formatting", open, "id=c>b</h1>", "id=x>b</a></h1><a id=\"c\">",
+            setId("h1 > a"));
+        row("attribute of reopened formatting", open, "<div>\n<p>x</p>\n",
+            "</a><div><a id=\"x\">\n<p>x</p>\n</a>", setId("div > a"));
+        row("reopened formatting", open, "<div>\n<p>x</p>\n", "</a><div>", remove("div > a"));
+        row("copy of reopened formatting", open, "<p>x</p>\n", "<p>x</p>\n</a><a id=\"c\">\n<p>x</p>\n</a>",
+            [](Document& d) {
+                Element& copied = *d.select("div > a").at(0);
+                copied.after(copied.copy());
+            });
         const QByteArray deep = QByteArray("<div>").repeated(4080);
         row("deep", deep + "<p>a</p><h1>b" + QByteArray("</div>\n").repeated(4080), "<h1", "<h1 id=\"x\"",
             setId("h1"));
