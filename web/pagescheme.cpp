@@ -21,6 +21,9 @@ void setEngineFlags(PageScheme::Network network)
 {
     constexpr const char* variable = "QTWEBENGINE_CHROMIUM_FLAGS";
     QByteArray flags = qgetenv(variable);
+    // An open quotation would swallow ours.
+    if (flags.count('"') % 2 != 0)
+        flags += '"';
     // Every page has a process of its own, whose scripts are the editor's: they are small, and their speed hardly counts. What
     // the user has set counts more.
     if (!flags.contains("--js-flags"))
