@@ -12,8 +12,8 @@ namespace luma {
 
 namespace {
 
-// The engine's filter of requests does not see what goes over WebRTC, so documents have none. In the empty document that a
-// frame begins with, scripts run when it is complete, which is before any other script can reach it.
+// The engine's filter of requests does not see what goes over WebRTC, so documents have none, and pages that ask for it find
+// another way. No script of ours runs in the document of a frame whose load is pending: there the closed network has to do.
 constexpr auto removal = R"js('use strict';
 for (const name of ['RTCPeerConnection', 'webkitRTCPeerConnection', 'RTCDataChannel', 'WebTransport'])
     Reflect.deleteProperty(self, name);

@@ -17,10 +17,9 @@ class PreviewProfile;
 struct PreviewSource;
 
 /// A window that shows a page with its scripts running, shut in: a profile of its own, which keeps nothing, and no files but
-/// the site's, no network, downloads, windows, permissions or dialogs. What the page is refused, and what its
-/// scripts report, is listed at the foot. The network is closed for good only in a process of its
-/// own (PageScheme::Network::Closed). A script that does not end can
-/// be stopped. Deletes itself when closed. Main thread.
+/// the site's, no network, downloads, windows, permissions or dialogs. What the page is refused, and what its scripts report,
+/// is listed at the foot. A script that does not end can be stopped. WebRTC passes the profile's filter, so the process has to
+/// have no network (PageScheme::Network::Closed). Deletes itself when closed. Main thread.
 class ScriptPreview final : public QMainWindow
 {
     Q_OBJECT
