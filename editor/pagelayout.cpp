@@ -3,6 +3,7 @@
 
 #include <QAction>
 #include <QDataStream>
+#include <QEvent>
 #include <QIODevice>
 #include <QMainWindow>
 #include <QScreen>
@@ -20,6 +21,7 @@ constexpr int narrowestSide = 179;
 constexpr int widestSide = narrowestSide + 110;
 constexpr int widestWithRules = 640; // their selectors and values are long
 constexpr int widthWithRules = 340;
+constexpr int narrowestPage = 300; // with both sides beside it
 
 } // namespace
 
@@ -31,11 +33,22 @@ PageLayout::PageLayout(QMainWindow& window, QSplitter& splitView, QSplitter& sid
         splitView.widget(side)->setMinimumWidth(narrowestSide);
         splitView.widget(side)->setMaximumWidth(widestSide);
     }
-    QObject::connect(sides.outline, &QAction::toggled, splitView.widget(0), &QWidget::setVisible);
-    for (const QAction* const action : {sides.attributes, sides.rules, sides.styles})
-        QObject::connect(action, &QAction::toggled, &sideView, [this] { showSide(); });
+    for (QAction* const action : {sides.outline, sides.attributes, sides.rules, sides.styles})
+        connect(action, &QAction::toggled, this,
+                [this, action](bool isShown) { takeChoice(action, isShown); });
+    connect(&splitView, &QSplitter::splitterMoved, this, [this] {
+        const QList<int> sizes = m_splitView.sizes();
+        for (const int side : {0, 2}) {
+            if (m_splitView.widget(side)->isVisible())
+                m_widths[static_cast<std::size_t>(side)] = sizes[side];
+        }
+    });
     splitView.setStretchFactor(1, 1);
+    // The sides give way, so they don't keep the window from becoming narrower.
+    splitView.setMinimumWidth(narrowestPage);
+    splitView.installEventFilter(this);
     sideView.widget(1)->hide();
+    m_widths = {widestSide, 0, widestSide};
     splitView.setSizes({widestSide, window.width(), widestSide});
 }
 
@@ -47,6 +60,7 @@ void PageLayout::makeRoomForTexts()
         pane.setMaximumWidth(std::max(widestOf(side), least));
         pane.setMinimumWidth(least);
     }
+    arrange();
 }
 
 int PageLayout::widestOf(int side) const
@@ -59,32 +73,107 @@ void PageLayout::showStyleSheets()
     m_sides.styles->setChecked(true);
 }
 
-void PageLayout::showSide()
+void PageLayout::takeChoice(QAction* action, bool isShown)
 {
-    const bool hadRules = !m_sideView.widget(1)->isHidden();
+    if (m_isArranging)
+        return;
+    m_givenWay.remove(action);
+    if (isShown)
+        m_openedLast = action == m_sides.outline ? 0 : 2;
+    auto& width = m_widths[2];
+    if (isShown && action == m_sides.rules && m_splitView.sizes()[1] > 2 * widthWithRules)
+        width = std::max(width, widthWithRules);
+    arrange();
+}
+
+QSet<QAction*> PageLayout::shownOf(int side) const
+{
+    QSet<QAction*> shown;
+    for (QAction* const action : {m_sides.outline, m_sides.attributes, m_sides.rules, m_sides.styles}) {
+        if (action->isChecked() && (action == m_sides.outline) == (side == 0))
+            shown.insert(action);
+    }
+    return shown;
+}
+
+void PageLayout::arrange()
+{
+    if (std::exchange(m_isArranging, true))
+        return;
+    if (m_splitView.isVisible())
+        giveWay();
+    showParts();
+    setWidths();
+    m_isArranging = false;
+}
+
+void PageLayout::giveWay()
+{
+    const int wanted = m_splitView.widget(0)->minimumWidth() + m_splitView.widget(2)->minimumWidth() +
+                       2 * m_splitView.handleWidth() + narrowestPage;
+    const bool hasRoom = m_splitView.width() >= wanted;
+    if (!hasRoom && !shownOf(0).isEmpty() && !shownOf(2).isEmpty()) {
+        m_givenWay.unite(shownOf(2 - m_openedLast));
+        for (QAction* const action : shownOf(2 - m_openedLast))
+            action->setChecked(false);
+    } else if (hasRoom) {
+        for (QAction* const action : std::exchange(m_givenWay, {}))
+            action->setChecked(true);
+    }
+}
+
+void PageLayout::showParts()
+{
+    m_splitView.widget(0)->setVisible(m_sides.outline->isChecked());
     m_sideView.widget(0)->setVisible(m_sides.attributes->isChecked());
     m_sideView.widget(1)->setVisible(m_sides.rules->isChecked());
     m_sideView.widget(2)->setVisible(m_sides.styles->isChecked());
-    m_sideView.setVisible(m_sides.attributes->isChecked() || m_sides.rules->isChecked() ||
-                          m_sides.styles->isChecked());
+    m_sideView.setVisible(!shownOf(2).isEmpty());
     m_sideView.setMaximumWidth(std::max(widestOf(2), m_sideView.minimumWidth()));
-    QList<int> sizes = m_splitView.sizes();
-    if (m_sides.rules->isChecked() && !hadRules && sizes[2] < widthWithRules &&
-        sizes[1] > 2 * widthWithRules) {
-        sizes[1] -= widthWithRules - sizes[2];
-        sizes[2] = widthWithRules;
-        m_splitView.setSizes(sizes);
+}
+
+// The sides have their widths where that leaves enough to the page, and less elsewhere.
+void PageLayout::setWidths()
+{
+    std::array<int, 3> widths = {};
+    std::array<int, 3> spare = {};
+    int page = m_splitView.width();
+    for (const std::size_t side : {0U, 2U}) {
+        const QWidget& pane = *m_splitView.widget(static_cast<int>(side));
+        if (pane.isHidden())
+            continue;
+        widths[side] = std::clamp(m_widths[side], pane.minimumWidth(), pane.maximumWidth());
+        spare[side] = widths[side] - pane.minimumWidth();
+        page -= widths[side] + m_splitView.handleWidth();
     }
+    const int spared = spare[0] + spare[2];
+    const int lacking = std::clamp(narrowestPage - page, 0, spared);
+    if (lacking > 0) {
+        const int ofFirst = lacking * spare[0] / spared;
+        widths[0] -= ofFirst;
+        widths[2] -= lacking - ofFirst;
+    }
+    m_splitView.setSizes({widths[0], std::max(page + lacking, 0), widths[2]});
+}
+
+bool PageLayout::eventFilter(QObject*, QEvent* event)
+{
+    if (event->type() == QEvent::Resize || event->type() == QEvent::Show)
+        arrange();
+    return false;
 }
 
 QByteArray PageLayout::state() const
 {
     QByteArray state;
     QDataStream stream(&state, QIODevice::WriteOnly);
-    stream << m_window.saveGeometry() << m_splitView.saveState() << m_sides.outline->isChecked()
-           << m_sides.styles->isChecked() << m_sides.attributes->isChecked() << m_sideView.saveState()
-           << m_switches.allNodes->isChecked() << m_sides.rules->isChecked()
-           << m_switches.spelling->isChecked();
+    const auto isWanted = [this](QAction* action) {
+        return action->isChecked() || m_givenWay.contains(action);
+    };
+    stream << m_window.saveGeometry() << m_splitView.saveState() << isWanted(m_sides.outline)
+           << isWanted(m_sides.styles) << isWanted(m_sides.attributes) << m_sideView.saveState()
+           << m_switches.allNodes->isChecked() << isWanted(m_sides.rules) << m_switches.spelling->isChecked()
+           << m_widths[0] << m_widths[2];
     return state;
 }
 
@@ -111,18 +200,32 @@ void PageLayout::restore(const QByteArray& state)
     bool checksSpelling = false;
     if (!stream.atEnd())
         stream >> checksSpelling;
+    std::array<int, 3> widths = {};
+    if (!stream.atEnd())
+        stream >> widths[0] >> widths[2];
     if (stream.status() != QDataStream::Ok)
         return;
+    m_isArranging = true;
     m_sides.rules->setChecked(showsRules);
     m_window.restoreGeometry(geometry);
     m_splitView.restoreState(split);
+    for (const std::size_t side : {0U, 2U}) {
+        const int before = m_splitView.sizes()[static_cast<int>(side)];
+        m_widths[side] = widths[side] > 0 ? widths[side] : before > 0 ? before : m_widths[side];
+    }
     if (!isOfTwoParts)
         m_sideView.restoreState(sideSplit);
+    if (!isOf10) {
+        m_sides.outline->setChecked(showsOutline);
+        m_sides.styles->setChecked(showsStyles);
+        m_sides.attributes->setChecked(showsAttributes);
+    }
+    m_givenWay.clear();
+    m_openedLast = 0;
+    m_isArranging = false;
+    arrange();
     if (isOf10)
         return;
-    m_sides.outline->setChecked(showsOutline);
-    m_sides.styles->setChecked(showsStyles);
-    m_sides.attributes->setChecked(showsAttributes);
     if (showsAllNodes != m_switches.allNodes->isChecked())
         m_switches.allNodes->trigger();
     if (checksSpelling != m_switches.spelling->isChecked())

@@ -2,6 +2,10 @@
 #pragma once
 
 #include <QByteArray>
+#include <QObject>
+#include <QSet>
+
+#include <array>
 
 class QAction;
 class QMainWindow;
@@ -11,9 +15,12 @@ namespace luma {
 
 /// The sizes of a page's window: its frame and the three parts of its split view, with limits for the sides. The outline on
 /// the left can be hidden, and so can all parts of the other side: the attributes, the style rules and the style
-/// sheets.
-class PageLayout final
+/// sheets. Where the window is too narrow, the sides give way to the page: they shrink, then the one that was not opened last
+/// is hidden until there is room again. Main thread.
+class PageLayout final : public QObject
 {
+    Q_OBJECT
+
 public:
     /// The checkable actions that show or hide the outline, the attributes, the style rules and the style sheets.
     struct Sides
@@ -43,8 +50,16 @@ public:
     /// Widens the window, within its screen, until the middle part is as wide as the page; only once.
     void fitTo(int pageWidth);
 
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
 private:
-    void showSide();
+    void takeChoice(QAction* action, bool isShown);
+    void arrange();
+    void giveWay();
+    void showParts();
+    void setWidths();
+    [[nodiscard]] QSet<QAction*> shownOf(int side) const;
     [[nodiscard]] int widestOf(int side) const;
 
     QMainWindow& m_window;
@@ -52,6 +67,10 @@ private:
     QSplitter& m_sideView;
     Sides m_sides;
     Switches m_switches;
+    QSet<QAction*> m_givenWay;        // the user wants them; unchecked for lack of room
+    std::array<int, 3> m_widths = {}; // that the sides have where there is room
+    int m_openedLast = 0;             // the side
+    bool m_isArranging = false;
     bool m_wasFitted = false;
 };
 

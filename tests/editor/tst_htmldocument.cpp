@@ -23,6 +23,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSignalSpy>
+#include <QSplitter>
 #include <QTest>
 #include <QThreadPool>
 #include <QToolBar>
@@ -411,6 +412,43 @@ private slots:
         QVERIFY(outline()->width() >= 179);
         window->restoreLayoutState(alone.chopped(4));
         QVERIFY(outline()->isVisible());
+    }
+
+    // What the user wants to see is kept meanwhile, also for the next window.
+    void sides_giveWayInANarrowWindow()
+    {
+        open("<title>T</title><p>one</p>");
+        window->resize(1100, 700);
+        const auto widths = [this] { return the<QSplitter>("splitView")->sizes(); };
+        QTRY_VERIFY2(outline()->isVisible() && the<QWidget>("sideView")->isVisible(),
+                     "there is room for both");
+        const QList<int> wide = widths();
+        window->resize(700, 700);
+        QTRY_VERIFY2(widths()[1] >= 300, "the sides shrink");
+        QVERIFY(outline()->isVisible() && the<QWidget>("sideView")->isVisible());
+        window->resize(500, 700);
+        QTRY_VERIFY2(!the<QWidget>("sideView")->isVisible(), "one side gives way");
+        QCOMPARE(window->width(), 500);
+        QTRY_VERIFY2(widths()[1] >= 300, qPrintable(QString::number(widths()[1])));
+        QVERIFY(outline()->isVisible());
+        QVERIFY(!the<QAction>("stylesAction")->isChecked());
+        luma::test::saveScreenshots(*window, "page-narrow");
+        const QByteArray narrow = window->layoutState();
+        trigger("attributesAction");
+        QTRY_VERIFY2(the<QWidget>("attributesPane")->isVisible(), "what is opened replaces the other side");
+        QVERIFY(!outline()->isVisible());
+        QVERIFY(!the<QAction>("outlineAction")->isChecked());
+        trigger("findAction");
+        QTRY_VERIFY2(outline()->isVisible(), "the outline is needed");
+        window->resize(1100, 700);
+        QTRY_VERIFY2(the<QWidget>("stylePane")->isVisible(), "there is room again");
+        QVERIFY(the<QWidget>("attributesPane")->isVisible());
+        QTRY_COMPARE(widths(), wide);
+        openWindow(at("page.html"), at(""));
+        window->restoreLayoutState(narrow);
+        window->resize(1100, 700);
+        QTRY_VERIFY2(the<QWidget>("stylePane")->isVisible(), "the choice is remembered");
+        QTRY_COMPARE(widths(), wide);
     }
 
     void commands_areOnWhereTheyWork_data()
