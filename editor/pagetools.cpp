@@ -7,6 +7,7 @@
 #include "editor/csscompletion.h"
 #include "editor/cssvocabulary.h"
 #include "editor/elementhover.h"
+#include "editor/elementresizing.h"
 #include "editor/elementsheet.h"
 #include "editor/headingspanel.h"
 #include "editor/hiddenelements.h"
@@ -62,6 +63,8 @@ void PageTools::createOutlineTools()
     connect(m_find, &OutlineFind::closed, ui.myOutlineView, qOverload<>(&QWidget::setFocus));
     m_hidden = new HiddenElements(m_parts.outline, m_parts.selection, m_parts.rendering, this);
     connect(m_hidden, &HiddenElements::refused, this, &PageTools::refused);
+    auto* const resizing = new ElementResizing(m_parts.selection, m_parts.edits, m_parts.rendering, this);
+    connect(resizing, &ElementResizing::refused, this, &PageTools::refused);
     m_hover = new ElementHover(*ui.myOutlineView, m_parts.outline, m_parts.rendering, this);
     m_headings =
         new HeadingsPanel({ui.headingsPane, ui.headingsList, ui.headingsResult, ui.headingsCloseButton},

@@ -73,6 +73,8 @@ void PageBridge::post(const QString& name, const QJsonValue& body)
         emit formats(body.toVariant().toStringList());
     } else if (name == QLatin1String("hover")) {
         emit hover(elementPath(body));
+    } else if (name == QLatin1String("boxMoved")) {
+        emit boxMoved();
     }
 }
 

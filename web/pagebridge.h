@@ -63,6 +63,8 @@ signals:
     void formats(const QStringList& titles);
     /// The element under the mouse while Control is held, as for activeElementHTML; nothing when there is none any more.
     void hover(const std::optional<QList<int>>& path);
+    /// The element with handles (SizeHandles) may be shown elsewhere now.
+    void boxMoved();
 };
 
 } // namespace luma

@@ -74,8 +74,11 @@ function addByPart(element, each, parts) {
     }
 }
 
+// The most important one first.
+const byWeight = (a, b) => b.layer - a.layer || compareWeights(b.weight, a.weight) || b.order - a.order;
+
 function describedGroup(element, part, rules) {
-    rules.sort((a, b) => b.layer - a.layer || compareWeights(b.weight, a.weight) || b.order - a.order);
+    rules.sort(byWeight);
     return { path: pathOfElement(element), part, name: element.localName, rules: rules.map(describedRule),
         variables: variablesIn(element, part, rules) };
 }

@@ -3108,6 +3108,13 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     </message>
 </context>
 <context>
+    <name>luma::ElementResizing</name>
+    <message>
+        <source>Resize</source>
+        <translation>Größe ändern</translation>
+    </message>
+</context>
+<context>
     <name>luma::ElementSheet</name>
     <message>
         <source>HTML has no such element.</source>
@@ -5822,6 +5829,13 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>Sample site</source>
         <translation>Beispielwebsite</translation>
+    </message>
+</context>
+<context>
+    <name>luma::SizeHandles</name>
+    <message>
+        <source>A style sheet sets the size of this element: %1. It can be changed in the style rules.</source>
+        <translation>Ein Stylesheet legt die Größe dieses Elements fest: %1. Sie lässt sich in den Stilregeln ändern.</translation>
     </message>
 </context>
 <context>

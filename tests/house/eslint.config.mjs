@@ -15,7 +15,7 @@ const declared = new Map(files.map((name) => {
 // The names of the browser and of Qt's web channel that the scripts use.
 const browser = `
     addEventListener CharacterData Comment CSS CSSStyleSheet document DocumentFragment DOMParser Element getComputedStyle getSelection HTMLBodyElement
-    HTMLHtmlElement HTMLTemplateElement innerHeight location matchMedia MutationObserver NodeFilter QWebChannel qt Text URL visualViewport XMLHttpRequest XPathResult`.trim().split(/\s+/);
+    HTMLHtmlElement HTMLTemplateElement innerHeight location matchMedia MutationObserver NodeFilter QWebChannel qt ResizeObserver Text URL visualViewport XMLHttpRequest XPathResult`.trim().split(/\s+/);
 
 function globalsFor(file) {
     const others = files.filter((name) => name !== file).flatMap((name) => declared.get(name));
