@@ -275,6 +275,8 @@ private slots:
         QTRY_COMPARE(listed(), "Dialog: one\nDialog: two\nDialog: three");
         m_preview->showPage(page("<script>\nnothing()</script>"));
         QTRY_COMPARE(listed(), "Error: line 2: Uncaught ReferenceError: nothing is not defined");
+        const auto* const view = m_preview->findChild<QWidget*>("previewView");
+        QTRY_VERIFY(!view->focusProxy()->accessibleName().isEmpty()); // at the end of the load
         test::saveScreenshots(*m_preview, "script-preview");
         m_preview->showPage(page("<title>fine</title>"));
         QTRY_VERIFY2(title() == "fine", qPrintable(title() + u' ' + listed() + u' ' + state()));
