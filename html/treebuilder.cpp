@@ -234,6 +234,8 @@ private:
             constexpr unsigned copies = GUMBO_INSERTION_BY_PARSER | GUMBO_INSERTION_ADOPTION_AGENCY_CLONED |
                                         GUMBO_INSERTION_RECONSTRUCTED_FORMATTING_ELEMENT;
             m_isMisread = m_isMisread || isMisread(node);
+            if (node.v.element.tag == GUMBO_TAG_FORM)
+                m_formTag = view(node.v.element.original_tag);
             const bool isCopy = (node.parse_flags & copies) != 0;
             mark(element, {isCopy ? SourceRange() : rangeOf(view(node.v.element.original_tag)),
                            rangeOf(view(node.v.element.original_end_tag))});
@@ -312,6 +314,21 @@ private:
         return m_source.restored(node.v.text.text);
     }
 
+    // A form in a form is none, but its end tag is the outer one's.
+    [[nodiscard]] bool isFormClosedBefore(std::string_view part) const
+    {
+        if (m_formTag.empty() || !std::less<>()(m_formTag.data(), part.data()))
+            return false;
+        const std::size_t begin = offsetIn(m_names.text(), m_formTag);
+        HtmlScanner scanner(m_names.text().substr(begin, offsetIn(m_names.text(), part) - begin));
+        HtmlToken token;
+        while (scanner.next(token)) {
+            if (token.kind == HtmlTokenKind::EndTag && equalIgnoringAsciiCase(token.name, "form"))
+                return true;
+        }
+        return false;
+    }
+
     // The parser puts text that stands directly before </form> behind the form, in one with what follows the tag.
     std::string_view moveIntoForm(ParentNode& parent, std::string& text, std::string_view original)
     {
@@ -325,7 +342,7 @@ private:
             !equalIgnoringAsciiCase(token.name, "form"))
             return original;
         const std::string inside = decodeCharacters(original.substr(0, token.begin), ReferenceContext::Text);
-        if (!text.starts_with(inside))
+        if (!text.starts_with(inside) || isFormClosedBefore(original))
             return original;
         if (!inside.empty())
             appendText(*form, inside, original.substr(0, token.begin));
@@ -391,11 +408,38 @@ private:
     {
         std::vector<Attribute> attributes;
         attributes.reserve(element.attributes.length);
+        bool areJoined = false;
         for (unsigned i = 0; i < element.attributes.length; ++i) {
             const auto& attribute = *static_cast<const GumboAttribute*>(element.attributes.data[i]);
             attributes.push_back({nameOf(attribute), valueOf(attribute)});
+            areJoined = areJoined || std::strlen(attribute.name) != attribute.original_name.length;
         }
+        if (areJoined && element.tag_namespace == GUMBO_NAMESPACE_HTML)
+            attributes = attributesIn(view(element.original_tag));
         return std::make_unique<Element>(nameOf(element), nameSpaceOf(element), std::move(attributes));
+    }
+
+    // The parser joins the name of a doubled attribute without a value and the next one's: <p class class id=a>.
+    std::vector<Attribute> attributesIn(std::string_view tag) const
+    {
+        std::vector<Attribute> attributes;
+        HtmlScanner scanner(tag);
+        HtmlToken token;
+        scanner.next(token);
+        for (const HtmlAttribute& attribute : token.attributes) {
+            const std::string name = readName(sourceOf(attribute.name));
+            const bool isDouble =
+                std::any_of(attributes.begin(), attributes.end(),
+                            [&name](const Attribute& other) { return other.name == std::string_view(name); });
+            const SourceRange range = rangeOf(attribute.value);
+            if (!isDouble)
+                attributes.push_back(
+                    {name, holdsCode(range)
+                               ? m_page->decoded(range.begin, range.end, ReferenceContext::AttributeValue)
+                               : m_source.restored(
+                                     decodeCharacters(attribute.value, ReferenceContext::AttributeValue))});
+        }
+        return attributes;
     }
 
     // The value of an attribute without one has the place of its name.
@@ -425,13 +469,18 @@ private:
         return name;
     }
 
-    /// The name of an element unknown to the parser, as the standard's tokenizer reads it.
+    /// The name of an element unknown to the parser.
     std::string unknownName(const GumboElement& element) const
     {
-        const std::string_view tag = nameIn(sourceOf(view(element.original_tag)));
-        if (const SourceRange range = rangeInPage(tag); holdsCode(range))
+        return readName(nameIn(sourceOf(view(element.original_tag))));
+    }
+
+    /// A name as the standard's tokenizer reads it.
+    std::string readName(std::string_view partOfSource) const
+    {
+        if (const SourceRange range = rangeInPage(partOfSource); holdsCode(range))
             return m_page->name(range.begin, range.end);
-        std::string name = asciiLower(m_source.restored(tag));
+        std::string name = asciiLower(m_source.restored(partOfSource));
         for (std::size_t at = name.find('\0'); at != std::string::npos; at = name.find('\0', at))
             name.replace(at, 1, "\xEF\xBF\xBD");
         return name;
@@ -462,6 +511,7 @@ private:
     std::size_t m_depthLimit;
     std::vector<SourceMarks> m_marks;
     bool m_isMisread = false;
+    std::string_view m_formTag; // of the last form, in the parser's text
     const GumboNode* m_tooDeep = nullptr;
 };
 

@@ -57,6 +57,12 @@ private slots:
         row("attributes in order, doubles dropped", "<p Z=1 a b='\"' z=2 @x=\"&amp;<>\xC2\xA0\">",
             "<html><head></head><body><p z=\"1\" a=\"\" b=\"&quot;\" "
             "@x=\"&amp;<>&nbsp;\"></p></body></html>");
+        row("doubles without a value", "<p a=1 A b=2 class class/id=x&amp; b c\xC2\x81 c>",
+            "<html><head></head><body><p a=\"1\" b=\"2\" class=\"\" id=\"x&amp;\" c\xC2\x81=\"\" "
+            "c=\"\"></p></body></html>");
+        row("text before the end tags of forms",
+            "<form><i>a</i>b</form>c<form><div><form>d</form>e</div>f</form>g",
+            "<html><head></head><body><form><i>a</i>b</form>c<form><div>de</div></form>fg</body></html>");
         row("unknown and foreign names", "<O:p><svg VIEWBOX=1><foreignobject/><X-y xlink:href=a></svg>",
             "<html><head></head><body><o:p><svg viewBox=\"1\"><foreignObject></foreignObject>"
             "<x-y xlink:href=\"a\"></x-y></svg></o:p></body></html>");
