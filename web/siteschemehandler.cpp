@@ -47,7 +47,7 @@ fs::path indexPage(const fs::path& file, const std::vector<std::string>& names)
     return found == names.end() ? file : file / *found;
 }
 
-QString nameOf(const fs::path& file)
+QString servedName(const fs::path& file)
 {
     return textOf(file.lexically_normal());
 }
@@ -62,21 +62,21 @@ bool comesFromPage(const QWebEngineUrlRequestJob* job, const QString& host)
 void SiteSchemeHandler::serve(const QString& host, const QByteArray& markup, const SiteFolder& files)
 {
     Page& page = m_pages[host];
-    page.pages = {{nameOf(files.page()), markup}};
+    page.pages = {{servedName(files.page()), markup}};
     page.files = files;
 }
 
 void SiteSchemeHandler::servePage(const QString& host, const fs::path& file, const QByteArray& markup)
 {
     QHash<QString, QByteArray>& pages = m_pages[host].pages;
-    if (!pages.contains(nameOf(file)))
-        pages.insert(nameOf(file), markup);
+    if (!pages.contains(servedName(file)))
+        pages.insert(servedName(file), markup);
 }
 
 void SiteSchemeHandler::serveDraft(const QString& host, const fs::path& file,
                                    const std::optional<QByteArray>& text)
 {
-    const QString name = nameOf(file);
+    const QString name = servedName(file);
     if (text)
         m_pages[host].drafts.insert(name, *text);
     else
@@ -120,9 +120,9 @@ void SiteSchemeHandler::requestStarted(QWebEngineUrlRequestJob* job)
     const auto file = page->files.fileAt(path.toStdString());
     if (!file)
         refuse(job, QWebEngineUrlRequestJob::UrlInvalid);
-    else if (const auto markup = page->pages.constFind(nameOf(*file)); markup != page->pages.constEnd())
+    else if (const auto markup = page->pages.constFind(servedName(*file)); markup != page->pages.constEnd())
         answerText(job, *markup, pageType);
-    else if (const auto draft = page->drafts.constFind(nameOf(*file)); draft != page->drafts.constEnd())
+    else if (const auto draft = page->drafts.constFind(servedName(*file)); draft != page->drafts.constEnd())
         answerText(job, *draft, "text/css;charset=utf-8");
     else
         answerFile(job, *page, *file);
@@ -157,7 +157,7 @@ void SiteSchemeHandler::answerFile(QWebEngineUrlRequestJob* job, const Page& pag
           [self = QPointer(this), files = page.files, names = page.indexNames, pages = page.pages,
            folderAddress, file, job = QPointer(job)](const WorkItem&) {
               const fs::path found = indexPage(file, names);
-              const auto markup = pages.constFind(nameOf(found));
+              const auto markup = pages.constFind(servedName(found));
               const bool isPage = markup != pages.constEnd();
               const bool isMoved = found != file && !folderAddress.isEmpty();
               auto opened = std::make_shared<Result<FileDescriptor>>(files.open(found));
