@@ -10,7 +10,7 @@ namespace luma {
 
 namespace fs = std::filesystem;
 
-const char* const usageText = R"(Usage: luma [SOURCE DESTINATION | PAGE | FILE]
+const char* const usageText = R"(Usage: luma [SOURCE DESTINATION | PAGE | LIST | FILE]
 
 LUMA manages web sites kept as folders: it publishes changes, updates links when
 files move, and edits pages.
@@ -18,6 +18,7 @@ files move, and edits pages.
   luma                      show the list of sites
   luma SOURCE DESTINATION   open two folders as a site, without adding it to the list
   luma PAGE                 open a page (.html, .xhtml, .xml)
+  luma LIST                 add the sites of an exported list (.lumasites)
   luma FILE                 show another file, or a folder, in the window of its site
 
   -h, --help                print this help

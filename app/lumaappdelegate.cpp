@@ -15,6 +15,7 @@
 #include <QAbstractButton>
 #include <QCoreApplication>
 #include <QFile>
+#include <QFileInfo>
 #include <QLabel>
 #include <QMessageBox>
 #include <QUrl>
@@ -22,6 +23,8 @@
 namespace luma {
 
 namespace {
+
+constexpr qsizetype mostNames = 12; // of the sites that an import would add
 
 // A sheet on `window` that deletes itself when closed. The texts are plain, never markup.
 QMessageBox* sheet(QWidget* window, const QString& name, const QString& message, const QString& information)
@@ -38,6 +41,19 @@ QMessageBox* sheet(QWidget* window, const QString& name, const QString& message,
         label->setTextFormat(Qt::PlainText);
     box->addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
     return box;
+}
+
+Result<QList<QVariantMap>> sitesIn(const QString& file)
+{
+    const auto bytes = readFile(QFile::encodeName(file).toStdString());
+    if (!bytes)
+        return bytes.error();
+    auto records = unarchiveSites(QByteArray::fromStdString(*bytes));
+    if (!records)
+        return Error{LUMAAppDelegate::tr("%1: not a list of sites").arg(file).toStdString()};
+    if (records->isEmpty())
+        return Error{LUMAAppDelegate::tr("%1: there are no sites in this list").arg(file).toStdString()};
+    return records;
 }
 
 QString waitingForPassword()
@@ -271,19 +287,43 @@ Result<void> LUMAAppDelegate::exportTo(const QString& file) const
 
 Result<void> LUMAAppDelegate::importFrom(const QString& file)
 {
-    const auto bytes = readFile(QFile::encodeName(file).toStdString());
-    if (!bytes)
-        return bytes.error();
-    const auto records = unarchiveSites(QByteArray::fromStdString(*bytes));
+    const auto records = sitesIn(file);
     if (!records)
-        return Error{tr("%1: not a list of sites").arg(file).toStdString()};
-    if (records->isEmpty())
-        return Error{tr("%1: there are no sites in this list").arg(file).toStdString()};
+        return records.error();
+    addSites(*records);
+    return {};
+}
+
+void LUMAAppDelegate::addSites(const QList<QVariantMap>& records)
+{
     const int first = sitesArrayController.rowCount();
-    for (const QVariantMap& record : *records)
+    for (const QVariantMap& record : records)
         sitesArrayController.add(SitePasswords::asNew(record));
     window->select(first);
-    return {};
+}
+
+void LUMAAppDelegate::offerImport(const QString& file)
+{
+    const QString title = tr("Import sites");
+    const auto records = sitesIn(file);
+    if (!records) {
+        sheet(window.get(), QStringLiteral("sitesFileSheet"), title,
+              QString::fromStdString(records.error().text))
+            ->open();
+        return;
+    }
+    QStringList names;
+    for (const QVariantMap& record : records->mid(0, mostNames))
+        names.append(SiteRecord(record).siteID());
+    if (records->size() > mostNames)
+        names.append(QStringLiteral("…"));
+    QMessageBox* const box =
+        sheet(window.get(), QStringLiteral("importSheet"),
+              tr("Add the sites of “%1” to the list?").arg(QFileInfo(file).fileName()), names.join(u'\n'));
+    box->buttons().first()->setText(tr("Import"));
+    box->addButton(tr("Cancel"), QMessageBox::RejectRole);
+    connect(box, &QMessageBox::accepted, this, [this, records = *records] { addSites(records); });
+    box->open();
 }
 
 void LUMAAppDelegate::importSites()

@@ -86,6 +86,8 @@ public:
     void duplicate();
     /// Adds the sites of a file that exportSites() has written, and selects the first of them.
     Result<void> importFrom(const QString& file);
+    /// Asks whether to do that, naming the sites, or says why it can't be done; in sheets of the list's window.
+    void offerImport(const QString& file);
     /// Writes all sites to a file, without their passwords.
     [[nodiscard]] Result<void> exportTo(const QString& file) const;
     /// The same with a file that the user chooses.
@@ -115,6 +117,7 @@ private:
     void chooseFile(const QString& title, QFileDialog::AcceptMode mode,
                     const std::function<Result<void>(const QString&)>& use);
     void addAndSelect(const QVariantMap& record);
+    void addSites(const QList<QVariantMap>& records);
     void warnOfLastRecord();
     void removeRecord(const SiteList::Record& record);
     void putBack(int row, const SiteList::Record& record);

@@ -195,6 +195,12 @@ HaldenDoc* Program::openWindowWith(const std::filesystem::path& item)
 
 void Program::showItem(const std::filesystem::path& item)
 {
+    std::error_code ignored;
+    if (item.extension() == ".lumasites" && std::filesystem::is_regular_file(item, ignored)) {
+        WindowRegistry::bringToFront(&m_delegate.siteListWindow());
+        m_delegate.offerImport(textOf(item));
+        return;
+    }
     if (HaldenDoc* const window = openWindowWith(item)) {
         WindowRegistry::bringToFront(window);
         window->showItem(item);

@@ -49,7 +49,7 @@ private:
     void findInSite(const std::filesystem::path& page, const QString& text);
     /// A window of the page's site, in front; null after a message, titled `purpose`, if no site of the list has the page.
     HaldenDoc* siteWindowOf(const std::filesystem::path& page, const QString& purpose);
-    /// Shows the item in the window of its site, or says that it is in none.
+    /// Shows the item in the window of its site, or says that it is in none. A list of sites is offered for import.
     void showItem(const std::filesystem::path& item);
     void sayNoSiteHas(const std::filesystem::path& item);
     /// An open window whose source holds the item, or null.

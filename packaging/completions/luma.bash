@@ -9,6 +9,6 @@ _luma()
         return
     fi
     compopt -o filenames 2>/dev/null
-    mapfile -t COMPREPLY < <(compgen -d -- "$current"; shopt -s extglob; compgen -f -X '!*.@(htm|html|xht|xhtml|xml)' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -d -- "$current"; shopt -s extglob; compgen -f -X '!*.@(htm|html|xht|xhtml|xml|lumasites)' -- "$current")
 }
 complete -F _luma luma

@@ -4178,6 +4178,14 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>&amp;Undo removal of “%1”</source>
         <translation>&amp;Rückgängig: „%1“ entfernen</translation>
     </message>
+    <message>
+        <source>Add the sites of “%1” to the list?</source>
+        <translation>Die Websites aus „%1“ zur Liste hinzufügen?</translation>
+    </message>
+    <message>
+        <source>Import</source>
+        <translation>Importieren</translation>
+    </message>
 </context>
 <context>
     <name>luma::LinkActions</name>

@@ -145,6 +145,38 @@ private slots:
         QTRY_VERIFY(!window);
     }
 
+    void listOfSites_isOfferedForImport()
+    {
+        const auto program = launched();
+        SiteList& sites = program->delegate().sites();
+        sites.add({{"siteID", "<b>mine"}});
+        const QString list = m_folder.filePath("all sites.lumasites");
+        QVERIFY(program->delegate().exportTo(list));
+        const int count = sites.rowCount();
+        const auto offered = [&](const char* button) {
+            QVERIFY(program->launch(readCommandLine({list.toStdString()})));
+            auto* const box = program->delegate().siteListWindow().findChild<QMessageBox*>("importSheet");
+            QVERIFY(box && box->isVisible());
+            QVERIFY(box->text().contains("all sites.lumasites") &&
+                    box->informativeText().contains("<b>mine"));
+            test::saveScreenshots(*box, "import-sites");
+            for (QAbstractButton* each : box->buttons()) {
+                if (each->text() == button)
+                    each->click();
+            }
+            QTRY_VERIFY(!program->delegate().siteListWindow().findChild<QMessageBox*>("importSheet"));
+        };
+        offered("Cancel");
+        QCOMPARE(sites.rowCount(), count);
+        offered("Import");
+        QCOMPARE(sites.rowCount(), 2 * count);
+        QVERIFY(QFile::resize(list, 10));
+        QVERIFY(program->launch(readCommandLine({list.toStdString()})));
+        auto* const refusal = program->delegate().siteListWindow().findChild<QMessageBox*>("sitesFileSheet");
+        QVERIFY(refusal && refusal->informativeText().contains("not a list of sites"));
+        refusal->close();
+    }
+
     void editMenu_actsOnTheFocus()
     {
         const auto program = launched();

@@ -70,6 +70,8 @@ def desktop():
                 yield f"{entry.name}: {place.format(icon)} is missing"
         if not (PREFIX / "bin" / re.search(r"^Exec=(\S+)", text, re.MULTILINE)[1]).exists():
             yield f"{entry.name}: no such program"
+    if not (SHARE / "mime/packages/org.luma.LUMA.xml").exists():
+        yield "the type of lists of sites is missing"
     if has("appstreamcli"):
         for file in SHARE.glob("metainfo/*"):
             done = run("appstreamcli", "validate", "--no-net", str(file))
