@@ -83,7 +83,21 @@ void PageLayout::takeChoice(QAction* action, bool isShown)
     auto& width = m_widths[2];
     if (isShown && action == m_sides.rules && m_splitView.sizes()[1] > 2 * widthWithRules)
         width = std::max(width, widthWithRules);
+    const QSet<QAction*> before = m_givenWay;
     arrange();
+    if (isShown)
+        m_displaced = m_givenWay - before;
+    else if (shownOf(0).isEmpty() && shownOf(2).isEmpty())
+        bringBack();
+}
+
+// What was opened in place of the other side is closed again.
+void PageLayout::bringBack()
+{
+    for (QAction* const action : std::exchange(m_displaced, {})) {
+        if (m_givenWay.contains(action))
+            action->setChecked(true);
+    }
 }
 
 QSet<QAction*> PageLayout::shownOf(int side) const

@@ -55,6 +55,7 @@ protected:
 
 private:
     void takeChoice(QAction* action, bool isShown);
+    void bringBack();
     void arrange();
     void giveWay();
     void showParts();
@@ -68,6 +69,7 @@ private:
     Sides m_sides;
     Switches m_switches;
     QSet<QAction*> m_givenWay;        // the user wants them; unchecked for lack of room
+    QSet<QAction*> m_displaced;       // of them, by what the user opened last
     std::array<int, 3> m_widths = {}; // that the sides have where there is room
     int m_openedLast = 0;             // the side
     bool m_isArranging = false;

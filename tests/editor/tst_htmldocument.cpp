@@ -438,6 +438,11 @@ private slots:
         QTRY_VERIFY2(the<QWidget>("attributesPane")->isVisible(), "what is opened replaces the other side");
         QVERIFY(!outline()->isVisible());
         QVERIFY(!the<QAction>("outlineAction")->isChecked());
+        trigger("attributesAction");
+        QTRY_VERIFY2(outline()->isVisible(), "closed again, it gives the place back");
+        trigger("outlineAction");
+        QVERIFY2(!the<QWidget>("sideView")->isVisible(), "the page can have all the room");
+        trigger("attributesAction");
         trigger("findAction");
         QTRY_VERIFY2(outline()->isVisible(), "the outline is needed");
         window->resize(1100, 700);
