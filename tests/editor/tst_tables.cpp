@@ -75,6 +75,11 @@ private slots:
         row("removeRowsAction", "a", "Remove Row", "<TABLE>\n<tr><td>c<td>d\n</table>");
         row("columnRightAction", "b", "Add Column",
             "<TABLE>\n<tr><td>a<td>b\n<td><br></td><tr><td>c<td>d\n<td><br></td></table>");
+        row("columnLeftAction", "b", "Add Column",
+            "<TABLE>\n<tr><td>a<td><br></td><td>b\n<tr><td>c<td><br></td><td>d\n</table>");
+        row("headerRowAction", "a", "Header Row",
+            "<TABLE>\n<thead>\n<tr><th scope=\"col\">a</th><th scope=\"col\">b\n</th></tr></thead>\n<tr><td>c<td>d\n"
+            "</table>");
     }
     void commands_changeTheTableAlone()
     {
