@@ -91,6 +91,7 @@ AttributesPanel::AttributesPanel(const Controls& controls, const PageTree& tree,
     table.setItemDelegateForColumn(AttributesModel::ValueColumn, new ValueDelegate(this));
     connect(m_model, &QAbstractItemModel::modelReset, this, &AttributesPanel::fitNames);
     table.installEventFilter(this);
+    controls.altText->installEventFilter(this);
     connect(m_model, &AttributesModel::valueChosen, this, &AttributesPanel::setValue);
     connect(m_model, &AttributesModel::removalChosen, this, &AttributesPanel::remove);
     connect(&selection, &OutlineSelection::changed, this, &AttributesPanel::showSelected);
@@ -206,8 +207,15 @@ void AttributesPanel::fitNames()
     header.resizeSection(AttributesModel::NameColumn, std::min(needed, table.viewport()->width() / 2));
 }
 
-bool AttributesPanel::eventFilter(QObject*, QEvent* event)
+bool AttributesPanel::eventFilter(QObject* watched, QEvent* event)
 {
+    // Splitters don't ask a text of several lines for its height.
+    if (watched == m_controls.altText) {
+        if (event->type() == QEvent::Resize)
+            m_controls.altText->setMinimumHeight(
+                m_controls.altText->heightForWidth(m_controls.altText->width()));
+        return false;
+    }
     if (event->type() == QEvent::Resize)
         fitNames();
     if (event->type() != QEvent::KeyPress)

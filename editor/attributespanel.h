@@ -37,6 +37,7 @@ public:
         QLabel* title;
         QTreeView* table;
         QWidget* altNotice;
+        QLabel* altText; ///< in the notice
         QPushButton* decorativeButton;
         QCheckBox* ratioBox;
         QPushButton* linkButton;

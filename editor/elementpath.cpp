@@ -12,6 +12,7 @@
 #include <QStyleOptionFocusRect>
 
 #include <algorithm>
+#include <utility>
 
 namespace luma {
 
@@ -92,8 +93,21 @@ void ElementPath::paintEvent(QPaintEvent*)
 {
     QPainter painter(this);
     painter.setLayoutDirection(Qt::LeftToRight);
+    // No half names: dots stand for those that begin outside.
+    const QString dots = QStringLiteral("\u2026");
+    const int end = contentsRect().left();
+    bool isCut = false;
     for (qsizetype step = 0; step < m_names.size(); ++step) {
         const QRect rect = rectOf(step);
+        if (rect.left() < end && step + 1 < m_names.size()) {
+            isCut = true;
+            continue;
+        }
+        if (std::exchange(isCut, false) && rect.left() - end >= fontMetrics().horizontalAdvance(dots)) {
+            painter.setPen(palette().color(QPalette::PlaceholderText));
+            painter.drawText(QRect(end, rect.top(), rect.left() - end, rect.height()),
+                             Qt::AlignVCenter | Qt::AlignRight | Qt::AlignAbsolute, dots + u' ');
+        }
         QFont font = this->font();
         font.setUnderline(step == m_hovered);
         painter.setFont(font);

@@ -87,10 +87,10 @@ void PageTools::createSheets()
 void PageTools::createAttributes()
 {
     const Ui::HTMLDocument& ui = m_parts.ui;
-    auto* const panel =
-        new AttributesPanel({ui.attributesLabel, ui.attributesView, ui.altNotice, ui.decorativeButton,
-                             ui.keepRatioBox, ui.imageLinkButton, ui.makeLinkAction, ui.editLinkAction},
-                            m_parts.tree, m_parts.selection, m_parts.edits, m_parts.rendering, this);
+    auto* const panel = new AttributesPanel(
+        {ui.attributesLabel, ui.attributesView, ui.altNotice, ui.altText, ui.decorativeButton,
+         ui.keepRatioBox, ui.imageLinkButton, ui.makeLinkAction, ui.editLinkAction},
+        m_parts.tree, m_parts.selection, m_parts.edits, m_parts.rendering, this);
     connect(panel, &AttributesPanel::refused, this, &PageTools::refused);
 }
 

@@ -406,7 +406,9 @@ bool StyleRulesPanel::takeKey(int key, Qt::KeyboardModifiers modifiers)
 
 bool StyleRulesPanel::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_controls.pages && event->type() == QEvent::Show)
+    // Colours of texts are of the palette that was there when the rules were read.
+    if (watched == m_controls.pages &&
+        (event->type() == QEvent::Show || event->type() == QEvent::PaletteChange))
         QMetaObject::invokeMethod(this, &StyleRulesPanel::noteChange, Qt::QueuedConnection);
     // Queued, as the window may be closing.
     if (watched == m_controls.pages && event->type() == QEvent::Hide)

@@ -660,7 +660,7 @@
     </message>
     <message>
         <source>Keep ratio</source>
-        <translation>Seitenverhältnis halten</translation>
+        <translation>Proportional</translation>
     </message>
     <message>
         <source>Width and height change together</source>
