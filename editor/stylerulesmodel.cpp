@@ -85,7 +85,7 @@ std::vector<Use> usesIn(const QString& value)
 }
 
 /// The first colour that a value shows.
-QColor colourOf(const StyleDeclaration& declaration, const StyleGroup& group)
+QColor firstColourOf(const StyleDeclaration& declaration, const StyleGroup& group)
 {
     const auto colours = cssColoursIn(declaration.name, declaration.value);
     for (const Use& use : usesIn(declaration.value)) {
@@ -190,7 +190,7 @@ void StyleRulesModel::addDeclaration(QStandardItem& parent, const StyleRule& rul
         name->setCheckState(declaration.state == StyleState::Off ? Qt::Unchecked : Qt::Checked);
     value->setEditable(rule.isEditable && declaration.state != StyleState::Off);
     const StyleGroup& group = m_groups[parent.data(GroupRole).toUInt()];
-    const QColor colour = colourOf(declaration, group);
+    const QColor colour = firstColourOf(declaration, group);
     if (colour.isValid())
         value->setData(StyleColours::swatch(colour), Qt::DecorationRole);
     const QString variables = variablesOf(declaration, group);

@@ -30,6 +30,8 @@
 #include <QToolButton>
 #include <QTreeView>
 
+#include <algorithm>
+
 namespace luma {
 
 namespace {
@@ -92,9 +94,17 @@ void StyleRulesPanel::createViews()
     m_controls.computed->setMinimumHeight(5 * m_controls.computed->fontMetrics().lineSpacing());
     for (QTreeView* const view : {&rules, m_controls.computed}) {
         view->header()->setStretchLastSection(true);
-        view->header()->resizeSection(StyleRulesModel::NameColumn,
-                                      view->fontMetrics().averageCharWidth() * 24);
+        view->viewport()->installEventFilter(this);
+        fitColumns(*view);
     }
+}
+
+// In a narrow panel, names leave enough to the values.
+void StyleRulesPanel::fitColumns(QTreeView& view)
+{
+    view.header()->resizeSection(
+        StyleRulesModel::NameColumn,
+        std::min(view.fontMetrics().averageCharWidth() * 24, view.viewport()->width() * 11 / 20));
 }
 
 void StyleRulesPanel::createStates()
@@ -410,6 +420,10 @@ bool StyleRulesPanel::eventFilter(QObject* watched, QEvent* event)
     if (watched == m_controls.pages &&
         (event->type() == QEvent::Show || event->type() == QEvent::PaletteChange))
         QMetaObject::invokeMethod(this, &StyleRulesPanel::noteChange, Qt::QueuedConnection);
+    for (QTreeView* const view : {m_controls.rules, m_controls.computed}) {
+        if (watched == view->viewport() && event->type() == QEvent::Resize)
+            fitColumns(*view);
+    }
     // Queued, as the window may be closing.
     if (watched == m_controls.pages && event->type() == QEvent::Hide)
         QMetaObject::invokeMethod(

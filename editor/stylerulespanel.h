@@ -85,6 +85,7 @@ protected:
 
 private:
     void createViews();
+    static void fitColumns(QTreeView& view);
     void createStates();
     /// Shows the element at the path in the chosen states; no path: as it is.
     void forceStates(const std::optional<std::vector<int>>& path);
