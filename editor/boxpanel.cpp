@@ -51,6 +51,8 @@ BoxPanel::BoxPanel(BoxView& view, const Parts& parts, QObject* parent)
     connect(&view, &BoxView::chosen, this, &BoxPanel::choose);
     connect(&view, &BoxView::givenUp, this, [this] { endStylePreview(m_parts.rendering); });
     connect(&parts.reader, &StyleRulesReader::done, this, &BoxPanel::takeRules);
+    // A field that is still open loses the focus with its window, when there is no page any more.
+    connect(&parts.rendering, &QObject::destroyed, this, [this] { m_view.disconnect(this); });
 }
 
 void BoxPanel::show(const std::vector<StyleGroup>& groups)

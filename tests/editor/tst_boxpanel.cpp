@@ -167,6 +167,17 @@ private slots:
         QCOMPARE(window->undoStack()->count(), 0);
     }
 
+    void windowIsClosedWhileANumberIsEdited()
+    {
+        openBox();
+        number("padding-top")->setFocus();
+        press(number("padding-top"), "5");
+        QVERIFY(!number("padding-top")->isReadOnly());
+        const std::string before = file("page.html");
+        delete window;
+        QCOMPARE(file("page.html"), before);
+    }
+
     void ringUnderTheMouse_isMarkedInThePage()
     {
         openBox();
