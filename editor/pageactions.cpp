@@ -4,6 +4,7 @@
 #include "base/pathtext.h"
 #include "desktop/icons.h"
 #include "desktop/otherprograms.h"
+#include "editor/charactersheet.h"
 #include "editor/checkpanel.h"
 #include "editor/elementsheet.h"
 #include "editor/formatbar.h"
@@ -160,6 +161,7 @@ std::vector<PageActions::Command> PageActions::table()
         {ui.editLinkAction, HasPage, [&view] { view.editLink(); }},
         {ui.removeLinkAction, HasPage, [&view] { view.removeLink(); }},
         {ui.insertImageAction, HasPage, [&view] { view.insertImage(); }, "image"},
+        {ui.insertCharacterAction, HasPage, [&sheet = m_parts.tools.characterSheet()] { sheet.begin(); }},
         {ui.insertTableAction, HasPage, [&sheet = m_parts.tools.tableSheet()] { sheet.begin(); }},
         {ui.rowAboveAction, InTable, [&edits] { edits.editTable(TableEdit::RowAbove); }},
         {ui.rowBelowAction, InTable, [&edits] { edits.editTable(TableEdit::RowBelow); }},

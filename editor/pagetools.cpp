@@ -2,6 +2,7 @@
 #include "editor/pagetools.h"
 
 #include "editor/attributespanel.h"
+#include "editor/charactersheet.h"
 #include "editor/checkpanel.h"
 #include "editor/csscheck.h"
 #include "editor/csscompletion.h"
@@ -81,6 +82,8 @@ void PageTools::createSheets()
     connect(m_elementSheet, &ElementSheet::confirmed, &m_parts.edits, &PageEdits::insertElement);
     m_tableSheet = new TableSheet(m_window);
     connect(m_tableSheet, &TableSheet::confirmed, &m_parts.rendering, &ViewController::insertTable);
+    m_characterSheet = new CharacterSheet(m_window);
+    connect(m_characterSheet, &CharacterSheet::confirmed, &m_parts.rendering, &ViewController::insertText);
     m_parts.rendering.webView()->setTableMenu(m_parts.ui.tableMenu);
 }
 

@@ -18,6 +18,7 @@ class HTMLDocument;
 
 namespace luma {
 
+class CharacterSheet;
 class CheckPanel;
 class CssVocabulary;
 class ElementHover;
@@ -74,6 +75,7 @@ public:
     [[nodiscard]] MarkupSheet& markupSheet() const { return *m_markupSheet; }
     [[nodiscard]] ElementSheet& elementSheet() const { return *m_elementSheet; }
     [[nodiscard]] TableSheet& tableSheet() const { return *m_tableSheet; }
+    [[nodiscard]] CharacterSheet& characterSheet() const { return *m_characterSheet; }
 
     /// Opens the preview in which the page's scripts run, or shows it again.
     void showPreview();
@@ -112,6 +114,7 @@ private:
     MarkupSheet* m_markupSheet = nullptr;
     ElementSheet* m_elementSheet = nullptr;
     TableSheet* m_tableSheet = nullptr;
+    CharacterSheet* m_characterSheet = nullptr;
     ReplaceBar* m_replace = nullptr;
     CheckPanel* m_check = nullptr;
     PageSpelling* m_spelling = nullptr;

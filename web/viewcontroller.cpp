@@ -441,6 +441,12 @@ void ViewController::insertImage()
     m_links->insertImage();
 }
 
+void ViewController::insertText(const QString& text)
+{
+    perform(tr("Insert Character"), scriptCall(QStringLiteral("insertCharacter"), text));
+    m_webView->setFocus();
+}
+
 void ViewController::insertTable(int rows, int columns, bool hasHeader)
 {
     perform(tr("Insert Table"), QStringLiteral("insertTable(%1, %2, %3)")

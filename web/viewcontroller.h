@@ -123,6 +123,8 @@ public slots:
     void insertImage();
     /// At the caret, with empty cells.
     void insertTable(int rows, int columns, bool hasHeader);
+    /// At the caret, or in place of the selection.
+    void insertText(const QString& text);
     void showSource();
     void showScriptConsole();
     void inspectElement();

@@ -88,6 +88,11 @@ function insertImage(address) {
     insertNode(image);
 }
 
+// No command of the engine, which would make a plain blank of a no-break space.
+function insertCharacter(character) {
+    insertNode(document.createTextNode(character));
+}
+
 // Inserts at the caret, or at the end of the page if there is none.
 function insertNode(node) {
     if (!currentRange())

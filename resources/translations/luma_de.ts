@@ -21,6 +21,45 @@
     </message>
 </context>
 <context>
+    <name>CharacterSheet</name>
+    <message>
+        <source>Insert special character</source>
+        <translation>Sonderzeichen einfügen</translation>
+    </message>
+    <message>
+        <source>&amp;Find:</source>
+        <translation>&amp;Suchen:</translation>
+    </message>
+    <message>
+        <source>Find</source>
+        <translation>Suchen</translation>
+    </message>
+    <message>
+        <source>English name or code, such as “arrow right” or “2192”</source>
+        <translation>Englischer Name oder Code, etwa „arrow right“ oder „2192“</translation>
+    </message>
+    <message>
+        <source>&amp;Group:</source>
+        <translation>&amp;Gruppe:</translation>
+    </message>
+    <message>
+        <source>Group</source>
+        <translation>Gruppe</translation>
+    </message>
+    <message>
+        <source>Characters</source>
+        <translation>Zeichen</translation>
+    </message>
+    <message>
+        <source>Cancel</source>
+        <translation>Abbrechen</translation>
+    </message>
+    <message>
+        <source>Insert</source>
+        <translation>Einfügen</translation>
+    </message>
+</context>
+<context>
     <name>ClassSheet</name>
     <message>
         <source>Move inline style to a class</source>
@@ -945,6 +984,14 @@
     <message>
         <source>Box of the element</source>
         <translation>Box des Elements</translation>
+    </message>
+    <message>
+        <source>Insert Special &amp;Character...</source>
+        <translation>Sonder&amp;zeichen einfügen …</translation>
+    </message>
+    <message>
+        <source>Insert a character that the keyboard lacks</source>
+        <translation>Ein Zeichen einfügen, das auf der Tastatur fehlt</translation>
     </message>
 </context>
 <context>
@@ -2736,6 +2783,45 @@ entwuerfe/</translation>
     <message>
         <source>and %1 more</source>
         <translation>und %1 weitere</translation>
+    </message>
+</context>
+<context>
+    <name>luma::CharacterSheet</name>
+    <message>
+        <source>Punctuation</source>
+        <translation>Satzzeichen</translation>
+    </message>
+    <message>
+        <source>Arrows</source>
+        <translation>Pfeile</translation>
+    </message>
+    <message>
+        <source>Currency</source>
+        <translation>Währungen</translation>
+    </message>
+    <message>
+        <source>Mathematics</source>
+        <translation>Mathematik</translation>
+    </message>
+    <message>
+        <source>Greek letters</source>
+        <translation>Griechische Buchstaben</translation>
+    </message>
+    <message>
+        <source>Letters with accents</source>
+        <translation>Buchstaben mit Akzenten</translation>
+    </message>
+    <message>
+        <source>Symbols</source>
+        <translation>Symbole</translation>
+    </message>
+    <message>
+        <source>Recently inserted</source>
+        <translation>Zuletzt eingefügt</translation>
+    </message>
+    <message>
+        <source>No character has this name.</source>
+        <translation>Kein Zeichen hat diesen Namen.</translation>
     </message>
 </context>
 <context>
@@ -6527,6 +6613,10 @@ OK führt zur Website von LUMA für Ventura.
     <message>
         <source>Insert Table</source>
         <translation>Tabelle einfügen</translation>
+    </message>
+    <message>
+        <source>Insert Character</source>
+        <translation>Zeichen einfügen</translation>
     </message>
 </context>
 <context>

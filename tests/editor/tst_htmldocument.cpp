@@ -469,7 +469,7 @@ private slots:
             whileFresh +
                 "save saveAs saveTemplate publish find findNext findPrevious replace pageTitle reload tidySource showSource "
                 "scriptPreview inspectElement pageCheck headings bold italic underline "
-                "makeLink editLink removeLink insertImage insertTable");
+                "makeLink editLink removeLink insertImage insertCharacter insertTable");
     }
     void commands_areOnWhereTheyWork()
     {
@@ -488,7 +488,7 @@ private slots:
             if (!action->isEnabled())
                 found.append(action->objectName().chopped(6));
         }
-        QCOMPARE(count, 71);
+        QCOMPARE(count, 72);
         QStringList expected = off.split(u' ', Qt::SkipEmptyParts);
         found.sort();
         expected.sort();
