@@ -4,6 +4,8 @@
 #include "ui_CharacterSheet.h"
 
 #include <QCoreApplication>
+#include <QFontInfo>
+#include <QFontMetrics>
 #include <QKeyEvent>
 
 #include <unicode/uchar.h>
@@ -95,6 +97,14 @@ bool mayBeInserted(char32_t character)
            category != QChar::Other_PrivateUse && category != QChar::Other_NotAssigned;
 }
 
+// With a size of its own, which a view's doesn't replace.
+QFont scaledFont(const QWidget& widget, double factor)
+{
+    QFont font = widget.font();
+    font.setPointSizeF(factor * QFontInfo(font).pointSizeF());
+    return font;
+}
+
 // Names of what a page may hold; ideographs and syllables have none to search for.
 struct NamedCharacter
 {
@@ -124,6 +134,10 @@ CharacterSheet::CharacterSheet(QWidget* parent)
     : QDialog(parent), m_ui(std::make_unique<Ui::CharacterSheet>())
 {
     m_ui->setupUi(this);
+    const QFont large = scaledFont(*this, 1.8);
+    const int line = QFontMetrics(large).height();
+    m_ui->characterList->setFont(large);
+    m_ui->characterList->setGridSize({2 * line, 3 * line / 2});
     m_ui->characterGroup->addItem(tr("Recently inserted"));
     for (const CharacterGroup& group : characterGroups())
         m_ui->characterGroup->addItem(tr(group.name));
@@ -234,8 +248,9 @@ void CharacterSheet::add(char32_t character)
     auto* const item =
         new QListWidgetItem(isSeen ? luma::textOf(character) : codeOf(character).mid(2), m_ui->characterList);
     item->setTextAlignment(Qt::AlignCenter);
+    item->setSizeHint(m_ui->characterList->gridSize());
     if (!isSeen)
-        item->setFont(font());
+        item->setFont(scaledFont(*this, 1));
     item->setData(Qt::UserRole, static_cast<uint>(character));
     item->setData(Qt::AccessibleTextRole, nameOf(character));
     item->setToolTip(nameOf(character));
