@@ -15,9 +15,9 @@ namespace luma {
 
 namespace {
 
-using Names = std::vector<const char*>;
+using FolderNames = std::vector<const char*>;
 
-Names usualFolders(const fs::path& file)
+FolderNames usualFolders(const fs::path& file)
 {
     const std::string type = contentTypeOf(file);
     if (type.starts_with("image/"))
@@ -36,7 +36,7 @@ Names usualFolders(const fs::path& file)
 fs::path folderForFile(const fs::path& file, const SiteFolder& site)
 {
     std::error_code ignored;
-    const Names names = usualFolders(file);
+    const FolderNames names = usualFolders(file);
     for (const fs::path& parent : {site.page().parent_path(), site.folder()}) {
         for (const char* const name : names) {
             if (fs::is_directory(parent / name, ignored))

@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr std::size_t mostFiles = 1000;
-constexpr std::uintmax_t mostBytes = std::uintmax_t{256} << 20U; // of all together
+constexpr std::uintmax_t mostBytesInAll = std::uintmax_t{256} << 20U; // of all together
 constexpr const char* newName = "Untitled.html";
 
 struct TemplateFile
@@ -122,7 +122,7 @@ Result<void> TemplatePlan::addFiles()
         const bool isBeside = folderPart(subpath).empty();
         m_files.push_back({subpath, *real, (isBeside ? folderForFile(file, m_folder) : m_site) / subpath});
     }
-    if (size > mostBytes)
+    if (size > mostBytesInAll)
         return Error{userText(
             QT_TRANSLATE_NOOP("luma::Engines", "The files that the template uses are too large: %1 MB"),
             {std::to_string(size >> 20U)})};
