@@ -3,13 +3,6 @@
 
 'use strict';
 
-// Cells without a border are marked, or an empty table would not be seen.
-(function () {
-    const sheet = new CSSStyleSheet();
-    sheet.replaceSync(':where(td, th) { outline: 1px dotted rgba(128, 128, 128, 0.5); }');
-    document.adoptedStyleSheets = [...document.adoptedStyleSheets, sheet];
-})();
-
 // Inserts a table at the caret, each row on a line of its own, and sets the caret into its first cell.
 function insertTable(rows, columns, hasHeader) {
     const table = document.createElement('table');
