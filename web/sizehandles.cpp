@@ -316,6 +316,9 @@ void SizeHandles::giveUp()
     m_drag.reset();
     releaseKeyboard();
     updateMask();
+    // The engine's widget is not drawn anew where the mask lets it be seen.
+    if (QWidget* const page = m_view.focusProxy())
+        page->update();
     update();
 }
 
