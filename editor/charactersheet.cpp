@@ -80,7 +80,7 @@ QList<char32_t>& recentCharacters()
     return characters;
 }
 
-QString textOf(char32_t character)
+QString characterText(char32_t character)
 {
     return QString::fromUcs4(&character, 1);
 }
@@ -155,7 +155,7 @@ CharacterSheet::CharacterSheet(QWidget* parent)
         recent.removeAll(character);
         recent.prepend(character);
         recent.resize(std::min(recent.size(), mostRecent));
-        emit confirmed(luma::textOf(character));
+        emit confirmed(characterText(character));
     });
 }
 
@@ -245,8 +245,8 @@ void CharacterSheet::add(char32_t character)
 {
     const QChar::Category category = QChar::category(character);
     const bool isSeen = category != QChar::Other_Format && !QChar::isSpace(character);
-    auto* const item =
-        new QListWidgetItem(isSeen ? luma::textOf(character) : codeOf(character).mid(2), m_ui->characterList);
+    auto* const item = new QListWidgetItem(isSeen ? characterText(character) : codeOf(character).mid(2),
+                                           m_ui->characterList);
     item->setTextAlignment(Qt::AlignCenter);
     item->setSizeHint(m_ui->characterList->gridSize());
     if (!isSeen)

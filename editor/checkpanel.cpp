@@ -37,7 +37,7 @@ QString ratioText(double ratio)
     return QLocale().toString(std::floor(ratio * 100) / 100, 'f', 2);
 }
 
-QString textOf(const PageFinding& finding)
+QString findingText(const PageFinding& finding)
 {
     const QString detail = QString::fromStdString(finding.detail);
     switch (finding.fault) {
@@ -69,7 +69,7 @@ QString rowText(const PageFinding& finding)
     QString element = outlineRowText(*finding.element);
     if (element.size() > longestElement)
         element = element.left(longestElement) + QChar(0x2026);
-    return textOf(finding) + QStringLiteral("    ") + element;
+    return findingText(finding) + QStringLiteral("    ") + element;
 }
 
 void sortByPlace(std::vector<PageFinding>& findings, const html::Document& page)

@@ -18,7 +18,7 @@ namespace luma {
 
 namespace {
 
-QString textOf(const QVariant& answer)
+QString answerText(const QVariant& answer)
 {
     if (!answer.isValid())
         return {};
@@ -52,7 +52,7 @@ void ScriptConsole::runJS()
 
 void ScriptConsole::showAnswer(const QVariant& answer)
 {
-    if (const QString text = textOf(answer); !text.isEmpty())
+    if (const QString text = answerText(answer); !text.isEmpty())
         m_ui->jsResultField->appendPlainText(text);
 }
 
