@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QFontMetrics>
+#include <QStyleOption>
 #include <QWidget>
 
 #include <algorithm>
@@ -58,6 +59,14 @@ int DesktopStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
     default:
         return usual;
     }
+}
+
+// The style's room between an entry and its key is the same for all sizes of text, and the column of icons takes of it.
+QSize DesktopStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
+                                     const QWidget* widget) const
+{
+    const QSize usual = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    return type == CT_MenuItem && option ? usual + QSize(option->fontMetrics.height() / 2, 0) : usual;
 }
 
 // The style's own mark of a tool bar that hides buttons is black.
