@@ -208,8 +208,8 @@ void PageActions::update()
     for (const Command& command : m_commands)
         command.action->setEnabled(isAvailable(command.when));
     const QUndoStack& history = *m_parts.document.undoStack();
-    ui.undoAction->setText(tr("&Undo %1").arg(history.undoText()).trimmed());
-    ui.redoAction->setText(tr("&Redo %1").arg(history.redoText()).trimmed());
+    ui.undoAction->setText(history.canUndo() ? tr("&Undo %1").arg(history.undoText()) : tr("&Undo"));
+    ui.redoAction->setText(history.canRedo() ? tr("&Redo %1").arg(history.redoText()) : tr("&Redo"));
     ui.formatBar->setEnabled(m_parts.store.hasPage());
     ui.formatMenu->setEnabled(m_parts.store.hasPage());
     ui.browserMenu->setEnabled(m_parts.store.hasPage());

@@ -4912,6 +4912,14 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>&amp;More...</source>
         <translation>&amp;Mehr ...</translation>
     </message>
+    <message>
+        <source>&amp;Undo</source>
+        <translation>&amp;Rückgängig</translation>
+    </message>
+    <message>
+        <source>&amp;Redo</source>
+        <translation>W&amp;iederholen</translation>
+    </message>
 </context>
 <context>
     <name>luma::PageCommands</name>
