@@ -420,9 +420,12 @@ bool StyleRulesPanel::eventFilter(QObject* watched, QEvent* event)
     if (watched == m_controls.pages &&
         (event->type() == QEvent::Show || event->type() == QEvent::PaletteChange))
         QMetaObject::invokeMethod(this, &StyleRulesPanel::noteChange, Qt::QueuedConnection);
-    for (QTreeView* const view : {m_controls.rules, m_controls.computed}) {
-        if (watched == view->viewport() && event->type() == QEvent::Resize)
-            fitColumns(*view);
+    // Only then are the views surely there: a window that is deleted tells of its parts, too.
+    if (event->type() == QEvent::Resize) {
+        for (QTreeView* const view : {m_controls.rules, m_controls.computed}) {
+            if (watched == view->viewport())
+                fitColumns(*view);
+        }
     }
     // Queued, as the window may be closing.
     if (watched == m_controls.pages && event->type() == QEvent::Hide)
