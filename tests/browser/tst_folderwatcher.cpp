@@ -38,6 +38,14 @@ private:
         QTRY_VERIFY_WITH_TIMEOUT((put("probe" + std::to_string(++attempt)), !spy.isEmpty()), 20000);
         settle(spy);
     }
+    /// The watcher's process; fails the test if there is none, as a signal to 0 would reach the test itself.
+    [[nodiscard]] pid_t process() const
+    {
+        const auto id = static_cast<pid_t>(m_watcher->processId());
+        if (id <= 0)
+            qFatal("the watcher has ended");
+        return id;
+    }
     /// Until nothing more is told.
     static void settle(QSignalSpy& spy)
     {
@@ -141,7 +149,7 @@ private slots:
         QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
         watch(spy);
         QSignalSpy ended(m_watcher.get(), &FolderWatcher::ended);
-        ::kill(static_cast<pid_t>(m_watcher->processId()), SIGKILL);
+        ::kill(process(), SIGKILL);
         QTRY_COMPARE(ended.size(), 1);
     }
 
@@ -180,11 +188,11 @@ private slots:
     {
         QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
         watch(spy);
-        ::kill(static_cast<pid_t>(m_watcher->processId()), SIGSTOP);
+        ::kill(process(), SIGSTOP);
         for (int i = 0; i < 9000; ++i)
             put("burst" + std::to_string(i));
         fs::create_directory(at("late"));
-        ::kill(static_cast<pid_t>(m_watcher->processId()), SIGCONT);
+        ::kill(process(), SIGCONT);
         QTRY_VERIFY(!spy.isEmpty());
         settle(spy);
         put("late/page.html");
@@ -218,7 +226,7 @@ private slots:
     {
         QSignalSpy spy(m_watcher.get(), &FolderWatcher::changed);
         watch(spy);
-        const auto stopped = static_cast<pid_t>(m_watcher->processId());
+        const pid_t stopped = process();
         m_watcher->stop();
         QTRY_COMPARE(::kill(stopped, 0), -1);
         // A parent that crashes closes the pipe and sends no signal.
