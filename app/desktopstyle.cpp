@@ -5,6 +5,7 @@
 
 #include <QApplication>
 #include <QFontMetrics>
+#include <QPainter>
 #include <QStyleOption>
 #include <QWidget>
 
@@ -13,6 +14,11 @@
 namespace luma {
 
 namespace {
+
+bool isDark(const QColor& colour)
+{
+    return colour.lightness() < 128;
+}
 
 // An icon looks as high as the text that it stands beside when it leaves out some of the line's height.
 int sideFor(const QFontMetrics& text)
@@ -31,7 +37,6 @@ void DesktopStyle::use()
 void DesktopStyle::polish(QPalette& palette)
 {
     QProxyStyle::polish(palette);
-    const auto isDark = [](const QColor& colour) { return colour.lightness() < 128; };
     for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
         QColor hint = palette.color(group, QPalette::Text);
         if (isDark(palette.color(group, QPalette::PlaceholderText)) == isDark(hint))
@@ -67,6 +72,23 @@ QSize DesktopStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
 {
     const QSize usual = QProxyStyle::sizeFromContents(type, option, contents, widget);
     return type == CT_MenuItem && option ? usual + QSize(option->fontMetrics.height() / 2, 0) : usual;
+}
+
+// Qt's own style draws the frame of a box darker than the window, which can't be seen on a dark one.
+void DesktopStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                                 const QWidget* widget) const
+{
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
+    if (element != PE_IndicatorCheckBox || !isDark(option->palette.color(QPalette::Base)) ||
+        baseStyle()->name() != QLatin1String("fusion"))
+        return;
+    QColor frame = option->palette.color(QPalette::Text);
+    frame.setAlpha(110);
+    painter->save();
+    painter->setPen(frame);
+    painter->setBrush(Qt::NoBrush);
+    painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+    painter->restore();
 }
 
 // The style's own mark of a tool bar that hides buttons is black.

@@ -5,7 +5,7 @@
 
 namespace luma {
 
-/// The desktop's style with icons and check boxes that are as high as the text where that is large, and with hints and marks
+/// The desktop's style with icons and check boxes that are as high as the text where that is large, and with hints, boxes and marks
 /// of tool bars that can be seen where the desktop is dark. Main thread only.
 class DesktopStyle final : public QProxyStyle
 {
@@ -20,6 +20,8 @@ public:
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                            const QWidget* widget) const override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
     QIcon standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const override;
 };
 
