@@ -68,7 +68,7 @@ int PageLayout::widestOf(int side) const
     return side == 2 && m_sides.rules->isChecked() ? widestWithRules : widestSide;
 }
 
-void PageLayout::showStyleSheets()
+void PageLayout::showStyleSheets() const
 {
     m_sides.styles->setChecked(true);
 }

@@ -46,7 +46,7 @@ public:
     /// Restores what state() returned; anything else is ignored.
     void restore(const QByteArray& state);
 
-    void showStyleSheets();
+    void showStyleSheets() const;
     /// Widens the window, within its screen, until the middle part is as wide as the page; only once.
     void fitTo(int pageWidth);
 
