@@ -131,7 +131,7 @@ Result<void> TemplatePlan::addFiles()
 
 Result<bool> TemplatePlan::settle(TemplateFile& file)
 {
-    const auto equal = itemExists(file.target) ? isEqual(file) : Result<bool>(false);
+    auto equal = itemExists(file.target) ? isEqual(file) : Result<bool>(false);
     if (!equal)
         return equal;
     file.isThere = *equal;

@@ -27,9 +27,8 @@ QString PreviewProcess::ownProgram()
     return QFile::decodeName(applicationProgram().c_str());
 }
 
-PreviewProcess::PreviewProcess(std::function<void(const Take& take)> source, QObject* parent,
-                               const QString& program)
-    : QObject(parent), m_source(std::move(source)), m_program(program)
+PreviewProcess::PreviewProcess(std::function<void(const Take& take)> source, QObject* parent, QString program)
+    : QObject(parent), m_source(std::move(source)), m_program(std::move(program))
 {
     m_delay.setSingleShot(true);
     connect(&m_delay, &QTimer::timeout, this, &PreviewProcess::noteDelay);

@@ -26,7 +26,7 @@ public:
     using Take = std::function<void(const PreviewSource& page)>;
     /// `source` calls `take` with the page as it is now, at once or later; asked when the preview opens and at each reload.
     explicit PreviewProcess(std::function<void(const Take& take)> source, QObject* parent = nullptr,
-                            const QString& program = ownProgram());
+                            QString program = ownProgram());
     ~PreviewProcess() override;
 
     /// Opens the preview, or brings it to the front.
