@@ -52,12 +52,20 @@ void OutlineView::setModel(QAbstractItemModel* model)
         m_top = indexAt({});
         collapseAll();
     });
+    // In an event of its own, as each of the two takes its time with a large page. Nothing is drawn in between.
     connect(model, &QAbstractItemModel::layoutChanged, this, [this] {
-        expandAll();
-        if (m_top.isValid())
-            scrollTo(m_top, PositionAtTop);
+        viewport()->setUpdatesEnabled(false);
+        QMetaObject::invokeMethod(this, &OutlineView::expandAgain, Qt::QueuedConnection);
     });
     expandAll();
+}
+
+void OutlineView::expandAgain()
+{
+    expandAll();
+    if (m_top.isValid())
+        scrollTo(m_top, PositionAtTop);
+    viewport()->setUpdatesEnabled(true);
 }
 
 int OutlineView::readableWidth() const

@@ -56,6 +56,7 @@ protected:
     bool viewportEvent(QEvent* event) override;
 
 private:
+    void expandAgain();
     /// The minimum width reserved for a row's text, if the text is that long.
     [[nodiscard]] int readableWidth() const;
     void take(Qt::DropAction action);
