@@ -122,7 +122,7 @@ public:
     }
 
     /// Whether the tree is not a browser's because of the names in it, or shows one that ParserNames gave.
-    [[nodiscard]] bool isMisread() const { return m_isMisread; }
+    [[nodiscard]] bool isMisread() const { return m_isMisread || lacksIsindex(); }
 
     /// The node that was deeper than the limit; null if none was.
     [[nodiscard]] const GumboNode* tooDeep() const { return m_tooDeep; }
@@ -258,6 +258,19 @@ private:
     {
         tag.remove_prefix(std::min<std::size_t>(tag.size(), tag.starts_with("</") ? 2 : 1));
         return tag.substr(0, tag.find_first_of(" \t\n\f\r/>"));
+    }
+
+    // In a form the parser leaves isindex out.
+    [[nodiscard]] bool lacksIsindex() const
+    {
+        if (m_formTag.empty() || m_names.areExchanged())
+            return false;
+        const std::string_view text = m_names.text();
+        for (std::size_t at = text.find('<'); at != std::string_view::npos; at = text.find('<', at + 1)) {
+            if (startsWithIgnoringAsciiCase(text.substr(at + 1), "isindex"))
+                return true;
+        }
+        return false;
     }
 
     // Another unknown element's end tag may have ended it.
