@@ -63,7 +63,7 @@ public:
     /// The caret is in the element at `path`: positions among element children, down from the root element
     /// (the empty path). There may be no such element.
     virtual void setActiveElement(const std::vector<int>& path) = 0;
-    /// The page is shown; its width is in CSS pixels.
+    /// The page is shown; the width it lacks room for, in CSS pixels, or 0.
     virtual void fitWindowToPage(int width) = 0;
     /// The link from this page to a file, for a `src` or `href`.
     [[nodiscard]] virtual QString linkTo(const std::filesystem::path& file) const = 0;

@@ -331,13 +331,14 @@ void ViewController::didFinish()
     m_frame->apply();
     showMedia();
     m_document.loadCSSNames();
-    ask(QStringLiteral("document.body.offsetWidth"), this, [this](const QVariant& width) {
-        if (width.toInt() > 0)
+    // Compared in the page, as the window may have another width when the answer comes.
+    ask(QStringLiteral("document.body.offsetWidth > innerWidth ? document.body.offsetWidth : 0"), this,
+        [this](const QVariant& width) {
             m_document.fitWindowToPage(width.toInt());
-        // Images have made the page longer; but the user may have scrolled meanwhile.
-        if (!m_currentScrollPosition.isEmpty())
-            evaluate(QStringLiteral("if (isAsShown()) ") + scrollingTo(m_currentScrollPosition));
-    });
+            // Images have made the page longer; but the user may have scrolled meanwhile.
+            if (!m_currentScrollPosition.isEmpty())
+                evaluate(QStringLiteral("if (isAsShown()) ") + scrollingTo(m_currentScrollPosition));
+        });
 }
 
 // The caret's element is passed on after the markup to which its path refers.
