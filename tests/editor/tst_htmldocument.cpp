@@ -52,9 +52,15 @@ private:
         QTRY_VERIFY(window->tree().document());
         waitUntilShown();
     }
+    /// Also while files come and go.
     std::set<fs::path> contentsOfSite() const
     {
-        return {fs::recursive_directory_iterator(at("site")), fs::recursive_directory_iterator()};
+        std::set<fs::path> contents;
+        std::error_code error;
+        for (fs::recursive_directory_iterator each(at("site"), error), end; !error && each != end;
+             each.increment(error))
+            contents.insert(each->path());
+        return contents;
     }
 
 private slots:
