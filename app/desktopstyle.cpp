@@ -2,8 +2,11 @@
 #include "app/desktopstyle.h"
 
 #include "desktop/icons.h"
+#include "desktop/screenroom.h"
 
 #include <QApplication>
+#include <QDialog>
+#include <QFontInfo>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QStyleOption>
@@ -26,6 +29,42 @@ int sideFor(const QFontMetrics& text)
     return text.height() * 9 / 10;
 }
 
+// In degrees from an arrow that points down; less than 0 if it is none.
+double turnOfArrow(QStyle::PrimitiveElement element, const QStyleOption& option)
+{
+    switch (element) {
+    case QStyle::PE_IndicatorArrowDown:
+        return 0;
+    case QStyle::PE_IndicatorArrowLeft:
+        return 90;
+    case QStyle::PE_IndicatorArrowUp:
+        return 180;
+    case QStyle::PE_IndicatorArrowRight:
+        return 270;
+    case QStyle::PE_IndicatorBranch:
+        if (!option.state.testFlag(QStyle::State_Children))
+            return -1;
+        return option.state.testFlag(QStyle::State_Open) ? 0 : option.direction == Qt::RightToLeft ? 90 : 270;
+    default:
+        return -1;
+    }
+}
+
+void drawArrow(const QStyleOption& option, double turn, QPainter& painter)
+{
+    const double side =
+        std::min({sideFor(option.fontMetrics) / 2, option.rect.width(), option.rect.height()});
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.translate(QRectF(option.rect).center());
+    painter.rotate(turn);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(option.palette.color(QPalette::ButtonText));
+    const double half = side / 2;
+    painter.drawPolygon(QPolygonF{{-half, -half / 2}, {half, -half / 2}, {0, half / 2}});
+    painter.restore();
+}
+
 } // namespace
 
 void DesktopStyle::use()
@@ -39,11 +78,28 @@ void DesktopStyle::polish(QPalette& palette)
     QProxyStyle::polish(palette);
     for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
         QColor hint = palette.color(group, QPalette::Text);
-        if (isDark(palette.color(group, QPalette::PlaceholderText)) == isDark(hint))
+        if (isDark(palette.color(group, QPalette::PlaceholderText)) !=
+            isDark(palette.color(group, QPalette::Base)))
             continue;
-        hint.setAlpha(128);
+        if (group != QPalette::Disabled) // which is pale itself
+            hint.setAlpha(128);
         palette.setColor(group, QPalette::PlaceholderText, hint);
     }
+}
+
+// The layouts of our dialogs are drawn for text of 10 pt. A size that the user gave is set later. A sheet that its window has room for
+// stays within it.
+void DesktopStyle::polish(QWidget* widget)
+{
+    QProxyStyle::polish(widget);
+    constexpr double drawnFor = 13; // pixels
+    const double growth = QFontInfo(widget->font()).pixelSize() / drawnFor;
+    const bool isOurs =
+        QLatin1StringView(widget->metaObject()->className()).startsWith(QLatin1StringView("luma::"));
+    const QWidget* parent = widget->parentWidget();
+    const QSize room = parent ? parent->window()->size() : screenRoom(*widget);
+    if (growth > 1 && isOurs && qobject_cast<QDialog*>(widget) && widget->testAttribute(Qt::WA_Resized))
+        widget->resize((widget->size() * growth).boundedTo(room.expandedTo(widget->size())));
 }
 
 int DesktopStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
@@ -74,13 +130,18 @@ QSize DesktopStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
     return type == CT_MenuItem && option ? usual + QSize(option->fontMetrics.height() / 2, 0) : usual;
 }
 
-// Qt's own style draws the frame of a box darker than the window, which can't be seen on a dark one.
+// Qt's own style draws arrows of one size, and the frame of a box darker than the window, which can't be seen on a dark one.
 void DesktopStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const
 {
+    const bool isOwn = baseStyle()->name() == QLatin1String("fusion");
+    if (const double turn = turnOfArrow(element, *option);
+        isOwn && turn >= 0 && sideFor(option->fontMetrics) > 20) {
+        drawArrow(*option, turn, *painter);
+        return;
+    }
     QProxyStyle::drawPrimitive(element, option, painter, widget);
-    if (element != PE_IndicatorCheckBox || !isDark(option->palette.color(QPalette::Base)) ||
-        baseStyle()->name() != QLatin1String("fusion"))
+    if (element != PE_IndicatorCheckBox || !isDark(option->palette.color(QPalette::Base)) || !isOwn)
         return;
     QColor frame = option->palette.color(QPalette::Text);
     frame.setAlpha(110);

@@ -5,8 +5,8 @@
 
 namespace luma {
 
-/// The desktop's style with icons and check boxes that are as high as the text where that is large, and with hints, boxes and marks
-/// of tool bars that can be seen where the desktop is dark. Main thread only.
+/// The desktop's style with icons, check boxes and dialogs that are as large as the text asks for, and with hints, boxes and marks of
+/// tool bars that can be seen where the desktop is dark. Main thread only.
 class DesktopStyle final : public QProxyStyle
 {
     Q_OBJECT
@@ -17,6 +17,7 @@ public:
 
     using QProxyStyle::polish;
     void polish(QPalette& palette) override;
+    void polish(QWidget* widget) override;
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                            const QWidget* widget) const override;

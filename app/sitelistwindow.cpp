@@ -5,11 +5,14 @@
 #include "app/helpmenu.h"
 #include "app/preferences.h"
 #include "desktop/icons.h"
+#include "desktop/screenroom.h"
 #include "desktop/windowregistry.h"
 #include "ui_SiteListWindow.h"
 
 #include <QKeyEvent>
 #include <QScrollBar>
+
+#include <algorithm>
 
 namespace luma {
 
@@ -32,7 +35,8 @@ SiteListWindow::SiteListWindow(SiteList& sites, QWidget* parent)
     m_ui->splitter->setStretchFactor(1, 1);
     m_ui->splitter->setSizes({280, 760});
     setMinimumHeight(320);
-    resize(1060, 460);
+    resize(1060, std::max(460, 29 * fontMetrics().height()));
+    fitHeightToScreen(*this);
     m_ui->sitesTableView->setFocus();
     WindowRegistry::instance().fill(m_ui->windowsMenu);
     addTextActions(*m_ui->editMenu);

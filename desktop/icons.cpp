@@ -4,6 +4,7 @@
 #include "base/files.h"
 #include "base/resources.h"
 #include "desktop/symboliconengine.h"
+#include "desktop/themeiconengine.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -71,6 +72,18 @@ QString themeName(const QString& symbolName)
     return names.value(symbolName);
 }
 
+// Null if the theme has none. For actions, a drawing in one ink comes first; the coloured one may be made for light desktops.
+QIcon ofTheme(const QString& name)
+{
+    const QString inOneInk = name + QLatin1String("-symbolic");
+    const bool isAction = name != QLatin1String("folder") && name != QLatin1String("internet-web-browser");
+    for (const QString& each : {isAction ? inOneInk : name, name}) {
+        if (!each.isEmpty() && QIcon::hasThemeIcon(each))
+            return QIcon(new ThemeIconEngine(QIcon::fromTheme(each)));
+    }
+    return {};
+}
+
 // Never destroyed, because pixmaps must not be destroyed after the application object.
 QHash<QString, QIcon>& byExtension()
 {
@@ -129,9 +142,9 @@ QIcon symbol(const QString& name)
     const auto found = cache.constFind(name);
     if (found != cache.constEnd())
         return *found;
-    const QString desktopName = themeName(name);
-    QIcon icon = !desktopName.isEmpty() && QIcon::hasThemeIcon(desktopName) ? QIcon::fromTheme(desktopName)
-                                                                            : bundled(name);
+    QIcon icon = ofTheme(themeName(name));
+    if (icon.isNull())
+        icon = bundled(name);
     cache.insert(name, icon);
     return icon;
 }

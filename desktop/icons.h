@@ -3,8 +3,8 @@
 
 #include <QIcon>
 
-/// Icons of the desktop's theme, or our own (resources/icons) where the theme has none. Ours follow the
-/// palette, so they show on light and dark backgrounds. Main thread only.
+/// Icons of the desktop's theme, or our own (resources/icons) where the theme has none. Ours and
+/// symbols of one tone follow the palette, so they show on light and dark backgrounds. Main thread only.
 namespace luma::icons {
 
 /// The icon of a folder.

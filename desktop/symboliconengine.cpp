@@ -9,22 +9,20 @@
 
 namespace luma {
 
-namespace {
-
-QColor inkFor(QIcon::Mode mode)
+QColor symbolInk(QIcon::Mode mode)
 {
     const QPalette palette = QGuiApplication::palette();
+    QColor ink = palette.color(QPalette::Disabled, QPalette::WindowText);
     switch (mode) {
     case QIcon::Disabled:
-        return palette.color(QPalette::Disabled, QPalette::WindowText);
+        ink.setAlphaF(0.6F);
+        return ink;
     case QIcon::Selected:
         return palette.color(QPalette::HighlightedText);
     default:
         return palette.color(QPalette::WindowText);
     }
 }
-
-} // namespace
 
 void SymbolIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode mode, QIcon::State state)
 {
@@ -36,7 +34,7 @@ void SymbolIconEngine::paint(QPainter* painter, const QRect& rect, QIcon::Mode m
 
 QPixmap SymbolIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::State /*state*/)
 {
-    const QColor ink = inkFor(mode);
+    const QColor ink = symbolInk(mode);
     const QString key = QStringLiteral("luma-symbol-%1-%2x%3-%4")
                             .arg(QString::number(qHash(m_svg), 16))
                             .arg(size.width())
@@ -52,7 +50,7 @@ QPixmap SymbolIconEngine::pixmap(const QSize& size, QIcon::Mode mode, QIcon::Sta
     QSvgRenderer renderer(colored);
     renderer.setAspectRatioMode(Qt::KeepAspectRatio);
     QPainter painter(&drawn);
-    painter.setOpacity(mode == QIcon::Disabled ? 0.6 : 1.0);
+    painter.setOpacity(ink.alphaF());
     renderer.render(&painter);
     painter.end();
     QPixmapCache::insert(key, drawn);

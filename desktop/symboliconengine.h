@@ -5,6 +5,9 @@
 
 namespace luma {
 
+/// The colour of symbols in a state: the palette's text colour of that state, which is paler than other text where it is disabled.
+QColor symbolInk(QIcon::Mode mode);
+
 /// Draws an SVG in which "currentColor" is the palette's text colour at the time of drawing; in the disabled
 /// and the selected mode it is the text colour of that state.
 class SymbolIconEngine final : public QIconEngine

@@ -88,6 +88,8 @@ void readPanelLayouts(QDataStream& stream, const QWidget& window)
         stream >> name >> size >> views;
         const auto panel = panels.find(name);
         const bool isKnown = panel != panels.end() && stream.status() == QDataStream::Ok;
+        if (isKnown)
+            panel->second->ensurePolished(); // the style may change a dialog's first size
         if (isKnown && size.isValid())
             panel->second->resize(size.boundedTo(window.screen()->availableSize())
                                       .expandedTo(panel->second->minimumSizeHint()));

@@ -5,6 +5,7 @@
 #include "web/codehighlighter.h"
 
 #include <QMessageBox>
+#include <QScrollBar>
 #include <QShortcut>
 #include <QTextBlock>
 
@@ -74,6 +75,7 @@ void SourcePanel::fill()
         caret.setPosition(line.position() + static_cast<int>(m_column));
         field.setTextCursor(caret);
         field.centerCursor();
+        field.horizontalScrollBar()->setValue(0); // the window may not have its width yet
         m_line = std::numeric_limits<int>::max();
     }
     m_ui->saveSourceButton->setEnabled(false);

@@ -707,11 +707,11 @@
     </message>
     <message>
         <source>Make Link...</source>
-        <translation>Link anlegen …</translation>
+        <translation>Link erstellen …</translation>
     </message>
     <message>
         <source>Show Attri&amp;butes</source>
-        <translation>Attri&amp;bute anzeigen</translation>
+        <translation>Attri&amp;bute zeigen</translation>
     </message>
     <message>
         <source>Page &amp;Width</source>
@@ -2674,7 +2674,7 @@ entwuerfe/</translation>
     </message>
     <message>
         <source>Make Link...</source>
-        <translation>Link anlegen …</translation>
+        <translation>Link erstellen …</translation>
     </message>
     <message>
         <source>Change Size</source>
