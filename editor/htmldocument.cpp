@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/htmldocument.h"
 
+#include "base/aside.h"
 #include "base/files.h"
 #include "base/pathbelow.h"
 #include "base/pathtext.h"
@@ -167,6 +168,8 @@ void HTMLDocument::createSaver()
     connect(m_saver, &PageSaver::templateFailed, this, [this](const QString& reason) {
         m_ui->noticeBar->tell(tr("The template could not be saved. %1").arg(reason));
     });
+    connect(m_saver, &PageSaver::waiting, this,
+            [this](bool isWaiting) { isWaiting ? tellOfWaiting() : m_ui->noticeBar->hide(); });
     connect(m_saver, &PageSaver::saveRequested, this, [this] { saveEverything([this] { close(); }); });
     connect(m_saver, &PageSaver::discarded, this, [this] {
         m_mayClose = true;
@@ -235,10 +238,27 @@ void HTMLDocument::windowDidLoad()
 
 void HTMLDocument::loadFirst()
 {
-    if (load(Reading::First, QString()) && m_store.hasFile())
-        emit locationChanged(docURL());
-    m_watch.follow();
-    updateWindow();
+    whenFileAnswers([this] {
+        if (load(Reading::First, QString()) && m_store.hasFile())
+            emit locationChanged(docURL());
+        m_watch.follow();
+        updateWindow();
+    });
+}
+
+void HTMLDocument::whenFileAnswers(const std::function<void()>& then)
+{
+    const auto reach = [file = PageFile(docURL())] {
+        file.reach();
+        return true;
+    };
+    if (!runAside(*this, reach, [then](bool) { then(); }))
+        tellOfWaiting();
+}
+
+void HTMLDocument::tellOfWaiting()
+{
+    m_ui->noticeBar->tell(tr("The page's server does not answer. LUMA goes on as soon as it does."));
 }
 
 bool HTMLDocument::isFromElsewhere() const
@@ -306,8 +326,10 @@ void HTMLDocument::takeUnsaved()
 void HTMLDocument::revertDocumentToSaved()
 {
     m_viewController->whenCaughtUp(this, [this] {
-        if (load(Reading::Again, tr("Revert")))
-            updateWindow();
+        whenFileAnswers([this] {
+            if (load(Reading::Again, tr("Revert")))
+                updateWindow();
+        });
     });
 }
 
@@ -544,6 +566,7 @@ void HTMLDocument::writeToURL(const fs::path& url, const std::function<void()>& 
         return;
     const std::optional<fs::path> before = m_store.hasFile() ? std::optional(docURL()) : std::nullopt;
     m_store.startSaving(url, [this, before, then](const Result<void>& saved) {
+        const bool closes = std::exchange(m_closesWhenSaved, false);
         if (!saved) {
             m_ui->noticeBar->tell(tr("The page could not be saved; your edits are kept. %1")
                                       .arg(QString::fromStdString(saved.error().text)));
@@ -552,6 +575,8 @@ void HTMLDocument::writeToURL(const fs::path& url, const std::function<void()>& 
         noteSaved(before);
         if (then)
             then();
+        else if (closes)
+            QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
     });
 }
 
@@ -593,7 +618,11 @@ void HTMLDocument::closeEvent(QCloseEvent* event)
         m_viewController->catchUp();
         if (!self)
             return;
-        m_store.finishSaving();
+        if (!m_store.finishSavingSoon()) {
+            m_closesWhenSaved = true;
+            tellOfWaiting();
+            return;
+        }
         if (isEdited()) {
             m_saver->askToSave();
             return;

@@ -177,6 +177,9 @@ private:
     enum class Reading { First, Again };
     bool load(Reading reading, const QString& name);
     void loadFirst();
+    /// Calls `then` once the page's file can be reached, or is known not to be.
+    void whenFileAnswers(const std::function<void()>& then);
+    void tellOfWaiting();
     [[nodiscard]] bool isFromElsewhere() const;
     void copyTemplateFiles();
     void takeUnsaved();
@@ -223,6 +226,7 @@ private:
     std::optional<PageLayout> m_layout; // set once the window is built
     CssNames m_cssNames;
     bool m_mayClose = false;
+    bool m_closesWhenSaved = false;
 };
 
 } // namespace luma

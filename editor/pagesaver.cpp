@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/pagesaver.h"
 
+#include "base/aside.h"
 #include "base/pathbelow.h"
 #include "base/pathtext.h"
 #include "editor/savequestion.h"
@@ -12,6 +13,7 @@
 #include <QMessageBox>
 
 #include <functional>
+#include <memory>
 #include <utility>
 
 namespace luma {
@@ -68,11 +70,23 @@ void PageSaver::save(const Then& then)
     whenCaughtUp([this, then] {
         if (!m_store.hasFile())
             chooseName(then);
-        else if (m_store.changedOnDisk())
-            askToOverwrite(then);
         else
-            replace(then);
+            replaceUnlessChanged(then);
     });
+}
+
+void PageSaver::replaceUnlessChanged(const Then& then)
+{
+    const auto isLate = std::make_shared<bool>(false);
+    *isLate = !runAside(
+        *this, [file = m_store.file()] { return file.changedOnDisk(); },
+        [this, then, isLate](bool hasChanged) {
+            if (*isLate)
+                emit waiting(false);
+            hasChanged ? askToOverwrite(then) : replace(then);
+        });
+    if (*isLate)
+        emit waiting(true);
 }
 
 void PageSaver::replace(const Then& then)

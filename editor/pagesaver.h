@@ -65,12 +65,16 @@ signals:
     void discarded();
     void openRequested(const std::filesystem::path& page);
     void newFromRequested(const PageTemplate& from);
+    /// Whether the page's file is being waited for, which makes the save late.
+    void waiting(bool isWaiting);
     /// The template was not written, for this reason.
     void templateFailed(const QString& reason);
 
 private:
     using Chosen = std::function<void(const std::filesystem::path& page)>;
     void choosePage(const QString& title, const QString& name, const Chosen& chosen);
+    /// Replaces the page's own file, but asks first if another program has changed it.
+    void replaceUnlessChanged(const Then& then);
     void askToOverwrite(const Then& then);
     void askToSaveAsHtml(const Then& then);
     void askToLeaveOut(const std::vector<std::string>& elements, const Then& then);

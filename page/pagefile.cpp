@@ -7,6 +7,7 @@
 #include "html/parse.h"
 #include "links/linkplan.h"
 
+#include <fstream>
 #include <system_error>
 
 namespace luma {
@@ -53,6 +54,14 @@ Result<std::string> PageFile::read()
                               {m_path.native()})};
     remember(*bytes, before);
     return bytes;
+}
+
+void PageFile::reach() const
+{
+    std::error_code error;
+    // Reading asks the server where what the kernel keeps of a folder does not.
+    if (fs::is_regular_file(m_path, error))
+        std::ifstream(m_path).get();
 }
 
 Result<void> PageFile::write(std::string_view bytes)

@@ -24,6 +24,9 @@ public:
     /// or holds binary data.
     Result<std::string> read();
 
+    /// Looks at the file. Its errors are left to read(); this takes as long as the file's server is silent.
+    void reach() const;
+
     /// Replaces the file as writeFile does; on an error it stays unchanged.
     Result<void> write(std::string_view bytes);
 

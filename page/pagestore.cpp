@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "page/pagestore.h"
 
+#include "base/aside.h"
 #include "base/pathbelow.h"
 #include "base/usertext.h"
 #include "html/pagelanguage.h"
@@ -425,7 +426,15 @@ void PageStore::startSaving(const fs::path& path, Saved done)
         QMetaObject::invokeMethod(&m_receiver, finish, Qt::QueuedConnection);
     });
     if (m_size < smallPage)
-        finishSaving();
+        finishSavingSoon();
+}
+
+bool PageStore::finishSavingSoon()
+{
+    if (m_saving && m_saving->written.wait_for(patienceWithFiles) != std::future_status::ready)
+        return false;
+    finishSaving();
+    return true;
 }
 
 void PageStore::finishSaving()

@@ -77,14 +77,16 @@ public:
 
     /// Writes the page to `path`, which becomes its file, in its encoding as html::PageCodec does. In another folder its links
     /// are rebased, in the tree too, so that they lead to the same files. On an error neither the tree nor a file has changed.
-    /// Done on another thread, a small page at once; `done` is called on the main thread, not any more after the store has gone. The tree may be
+    /// Done on another thread, a small page at once unless its server is silent; `done` is called on the main thread, not any more after the store has gone. The tree may be
     /// edited meanwhile: such edits are not in the file, and the stack is not clean then.
     using Saved = std::function<void(const Result<void>& result)>;
     void startSaving(const std::filesystem::path& path, Saved done);
     [[nodiscard]] bool isSaving() const { return m_saving != nullptr; }
     /// Waits for a save that is under way and ends it, as all functions do that need its result.
     void finishSaving();
-    /// The same at once.
+    /// The same, but waits only for patienceWithFiles. False if the save is still under way then.
+    bool finishSavingSoon();
+    /// Saves and waits.
     Result<void> save(const std::filesystem::path& path);
 
     /// Writes the page to `path` as save() does, with its links rebased, and stays where it is: for a template.

@@ -4002,6 +4002,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>The files that the template uses were not copied into the site. %1</source>
         <translation>Die Dateien, die die Vorlage verwendet, wurden nicht in die Website kopiert. %1</translation>
     </message>
+    <message>
+        <source>The page&apos;s server does not answer. LUMA goes on as soon as it does.</source>
+        <translation>Der Server der Seite antwortet nicht. LUMA macht weiter, sobald er antwortet.</translation>
+    </message>
 </context>
 <context>
     <name>luma::HaldenDoc</name>

@@ -6,10 +6,10 @@
 
 #include <QFile>
 #include <QProcess>
-#include <QScopeGuard>
 #include <QTest>
 
 #include <csignal>
+#include <utility>
 
 using namespace luma;
 namespace fs = std::filesystem;
@@ -38,6 +38,29 @@ private:
         return !isAnswered;
     }
 
+    /// Stops the share's process, and waits until the file can't be looked at: the kernel answers for a moment.
+    class Silence final
+    {
+    public:
+        explicit Silence(const fs::path& file) : m_daemon(test::SambaServer::fuseDaemon())
+        {
+            QVERIFY(m_daemon > 0);
+            QCOMPARE(::kill(m_daemon, SIGSTOP), 0);
+            QTRY_VERIFY(isSilent(file));
+        }
+        ~Silence() { end(); }
+        Silence(const Silence&) = delete;
+        Silence& operator=(const Silence&) = delete;
+        void end()
+        {
+            if (const pid_t daemon = std::exchange(m_daemon, 0); daemon > 0)
+                ::kill(daemon, SIGCONT);
+        }
+
+    private:
+        pid_t m_daemon;
+    };
+
 private slots:
     void initTestCase()
     {
@@ -65,12 +88,7 @@ private slots:
         QVERIFY(writeFile(page, "<title>T</title><p>one</p><p>two</p>"));
         const fs::path share = mounted();
         open(share / "page.html", share);
-        const pid_t daemon = test::SambaServer::fuseDaemon();
-        QVERIFY(daemon > 0);
-        QCOMPARE(::kill(daemon, SIGSTOP), 0);
-        const auto goOn = qScopeGuard([daemon] { ::kill(daemon, SIGCONT); });
-        // The kernel answers for a moment.
-        QTRY_VERIFY(isSilent(share / "page.html"));
+        Silence silence(share / "page.html");
         window->checkFile();
         click("<p");
         trigger("deleteTagAction");
@@ -78,11 +96,45 @@ private slots:
         click("<p");
         trigger("duplicateAction");
         QTRY_COMPARE(answer("document.body.innerHTML"), "<p>two</p><p>two</p>");
+        trigger("saveAction");
+        QTRY_VERIFY2(the<QWidget>("noticeBar")->isVisible(), "the user is told that the save is late");
         QVERIFY(writeFile(page, "<title>T</title><p>four</p>"));
 
-        QCOMPARE(::kill(daemon, SIGCONT), 0);
+        silence.end();
+        answerQuestion("overwriteQuestion", "Cancel");
         QTRY_VERIFY((window->checkFile(), the<QWidget>("noticeBar")->isVisible()));
         QCOMPARE(body(), QByteArray("<p>two</p><p>two</p>"));
+    }
+
+    void pageOfASilentShare_opensWhenItAnswers()
+    {
+        QVERIFY(writeFile(m_samba.folder("Web Site") / "late.html", "<title>T</title><p>one</p>"));
+        const fs::path share = mounted();
+        Silence silence(share / "late.html");
+        openWindow(share / "late.html", share);
+        QVERIFY(the<QWidget>("noticeBar")->isVisible());
+        silence.end();
+        waitUntilShown();
+        QCOMPARE(body(), QByteArray("<p>one</p>"));
+        QVERIFY(!the<QWidget>("noticeBar")->isVisible());
+    }
+
+    void windowClosesAfterALateSave()
+    {
+        const fs::path page = m_samba.folder("Web Site") / "saved.html";
+        QVERIFY(writeFile(page, "<title>T</title><p>one</p><p>two</p>"));
+        const fs::path share = mounted();
+        open(share / "saved.html", share);
+        click("<p");
+        trigger("deleteTagAction");
+        QTRY_COMPARE(body(), QByteArray("<p>two</p>"));
+        Silence silence(share / "saved.html");
+        window->writeToURL(share / "saved.html", {});
+        window->close();
+        QVERIFY(window && the<QWidget>("noticeBar")->isVisible());
+        silence.end();
+        QTRY_VERIFY(!window);
+        QCOMPARE(*readFile(page), std::string("<title>T</title><p>two</p>"));
     }
 };
 
