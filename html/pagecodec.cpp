@@ -113,9 +113,49 @@ Result<std::unique_ptr<Document>> PageCodec::typed(std::string_view text, const 
     return readAs(encodedPiece(text, encoding), encoding);
 }
 
+// The bytes that the tree was read from, before another source takes their place.
+void PageCodec::remember(const Document& document)
+{
+    constexpr std::size_t mostVersions = 16;
+    constexpr int quickly = 1;
+    const PageSource* const source = document.origin().source;
+    if (!source)
+        return;
+    const Bytes* const known = bytesOf(source);
+    std::string bytes(document.hasByteOrderMark() ? utf8ByteOrderMark : std::string_view());
+    bytes = known ? known->bytes : bytes.append(source->text());
+    Version version{source->treeHash(), qCompress(QByteArray::fromStdString(bytes), quickly)};
+    std::erase_if(m_versions, [&version](const Version& other) { return other.bytes == version.bytes; });
+    m_versions.push_back(std::move(version));
+    if (m_versions.size() > mostVersions) // the file as it was opened stays
+        m_versions.erase(m_versions.begin() + 1);
+}
+
+std::optional<PageCodec::Written> PageCodec::earlierVersion(const Document& document, MarkupLanguage language)
+{
+    const std::uint64_t tree = PageSource::treeHash(document);
+    const auto found = std::find_if(m_versions.rbegin(), m_versions.rend(),
+                                    [tree](const Version& version) { return version.tree == tree; });
+    if (found == m_versions.rend())
+        return {};
+    Written written;
+    written.bytes = qUncompress(found->bytes).toStdString();
+    auto parsed = read(written.bytes, language);
+    if (!parsed || smallestDifferent(document, **parsed) ||
+        (*parsed)->hasByteOrderMark() != document.hasByteOrderMark())
+        return {};
+    written.parsed = *std::move(parsed);
+    return written;
+}
+
 Result<PageCodec::Written> PageCodec::write(const Document& document, MarkupLanguage language)
 {
     auto page = writePage(document);
+    if (!page || page->way != WritingWay::Unchanged) {
+        remember(document);
+        if (auto version = earlierVersion(document, language))
+            return *std::move(version);
+    }
     if (!page)
         return page.error();
     Written written;

@@ -6,7 +6,11 @@
 #include "html/pagewriter.h"
 #include "html/prettyprinter.h"
 
+#include <QByteArray>
+
+#include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,7 +35,8 @@ public:
         std::unique_ptr<Document> parsed;
     };
     /// The tree as writePage() writes it, in the encoding that the page declares then, else the one that it was read in.
-    /// What has no bytes in it becomes a character reference. Error: such a character stands where references mean nothing
+    /// A tree that is what an earlier source of the page said (an edit was saved and is undone) is written with that source's
+    /// bytes. What has no bytes in the encoding becomes a character reference. Error: such a character stands where references mean nothing
     /// (in a script, a style sheet, a comment), or what writePage() says. The tree is not changed.
     Result<Written> write(const Document& document, MarkupLanguage language);
 
@@ -52,12 +57,22 @@ private:
         std::vector<std::uint32_t> places; // in `bytes`, of each byte of the source's text and of its end
     };
 
+    /// A source that an edited page was written from.
+    struct Version
+    {
+        std::uint64_t tree = 0; // PageSource::treeHash()
+        QByteArray bytes;       // compressed
+    };
+
+    void remember(const Document& document);
+    std::optional<Written> earlierVersion(const Document& document, MarkupLanguage language);
     [[nodiscard]] Encoding encodingOf(const Document& document) const;
     [[nodiscard]] const Bytes* bytesOf(const PageSource* source) const;
     [[nodiscard]] std::string join(const std::vector<WrittenPiece>& pieces, const Encoding& encoding) const;
     Result<std::unique_ptr<Document>> readAs(std::string_view bytes, const Encoding& encoding);
 
     std::vector<Bytes> m_bytes;
+    std::vector<Version> m_versions; // the last one last
 };
 
 } // namespace luma::html

@@ -326,16 +326,25 @@ void PageSource::findWholeOnes(const std::vector<std::uint32_t>& parents)
 namespace {
 
 // The node behind this one and behind those that a parser would join to it: text that touches, and text of nothing.
-Node* followingJoined(Node& node, Document& document)
+Node* followingJoined(const Node& node, const Document& document)
 {
-    Node* next = node.following(document);
     const auto isJoined = [&node](const Node& other) {
         const std::string* const text = textOf(other);
-        return text && (text->empty() || (textOf(node) && other.previous() == &node));
+        return text && (text->empty() || (textOf(node) && other.parent() == node.parent() &&
+                                          other.previous() && textOf(*other.previous())));
     };
+    Node* next = node.following(document);
     while (next && isJoined(*next))
         next = next->following(document);
     return next;
+}
+
+std::string joinedText(const Node& first)
+{
+    std::string text;
+    for (const Node* node = &first; node && textOf(*node); node = node->next())
+        text += *textOf(*node);
+    return text;
 }
 
 } // namespace
@@ -348,6 +357,24 @@ void PageSource::transfer(Document& from, Document& to)
         node->setOrigin(source->origin());
         source = followingJoined(*source, from);
     }
+}
+
+std::uint64_t PageSource::treeHash() const
+{
+    std::uint64_t hash = 0;
+    for (const SourceRecord& record : held().records)
+        hash = mixed(hash, record.content);
+    return hash;
+}
+
+std::uint64_t PageSource::treeHash(const Document& document)
+{
+    std::uint64_t hash = 0;
+    for (const Node* node = &document; node; node = followingJoined(*node, document)) {
+        const std::uint64_t content = textOf(*node) ? textHash(joinedText(*node)) : contentHash(*node);
+        hash = mixed(hash, static_cast<std::uint32_t>(content));
+    }
+    return hash;
 }
 
 } // namespace luma::html

@@ -93,6 +93,11 @@ public:
     /// The contentHash() of a text node with this text.
     static std::uint64_t textHash(std::string_view text);
 
+    /// A hash of all that the tree held when it was parsed, and of what a tree holds now: equal for equal trees, whatever their
+    /// text nodes that touch. Of different trees that hold the same nodes in the same order it may be equal, too.
+    [[nodiscard]] std::uint64_t treeHash() const;
+    static std::uint64_t treeHash(const Document& document);
+
 private:
     friend class Node;
     void addNode() const;
