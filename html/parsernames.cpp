@@ -20,6 +20,9 @@ constexpr std::string_view ordinaryNames[] = {
     "progress", "output", "samp",   "dfn",     "kbd",   "canvas", "audio", "video",    "time",
     "data",     "mark",   "abbr",   "cite",    "del",   "ins",    "map",   "label",    "q"};
 
+// Elements that the parser knows and that end a paragraph, as a dialog does; the first one least of all in other ways special.
+constexpr std::string_view blockNames[] = {"main", "hgroup", "dir", "center", "menu", "nav"};
+
 bool isUnknown(const std::string& name)
 {
     const GumboTag tag = gumbo_tag_enum(name.c_str());
@@ -48,13 +51,13 @@ std::vector<std::string> unknownNames(std::string_view page)
     return names;
 }
 
-/// The ordinary names that the page may have, in tags or in text that shows tags.
-std::set<std::string> namesShown(std::string_view page)
+/// Those of the names that the page may have, in tags or in text that shows tags.
+std::set<std::string> namesShown(std::string_view page, std::span<const std::string_view> all)
 {
     std::set<std::string> names;
     for (std::size_t at = page.find_first_of("</;"); at != std::string_view::npos;
          at = page.find_first_of("</;", at + 1)) {
-        for (const std::string_view name : ordinaryNames) {
+        for (const std::string_view name : all) {
             if (equalIgnoringAsciiCase(page.substr(at + 1, name.size()), name))
                 names.emplace(name);
         }
@@ -68,19 +71,28 @@ ParserNames::ParserNames(std::string_view page, Way way) : m_page(page)
 {
     if (way == Way::Kept)
         return;
-    const std::vector<std::string> unknown = unknownNames(page);
-    const std::set<std::string> shown = namesShown(page);
+    std::vector<std::string> unknown = unknownNames(page);
+    const auto ordinary =
+        std::stable_partition(unknown.begin(), unknown.end(), [](const auto& name) { return isBlock(name); });
     Names guises;
-    auto name = unknown.begin();
-    for (const std::string_view guise : ordinaryNames) {
-        if (name == unknown.end())
+    addGuises({unknown.begin(), ordinary}, blockNames, guises);
+    addGuises({ordinary, unknown.end()}, ordinaryNames, guises);
+    exchange(guises);
+}
+
+void ParserNames::addGuises(std::span<const std::string> names, std::span<const std::string_view> possible,
+                            Names& guises)
+{
+    const std::set<std::string> shown = namesShown(m_page, possible);
+    auto name = names.begin();
+    for (const std::string_view guise : possible) {
+        if (name == names.end())
             break;
         if (shown.contains(std::string(guise)))
             continue;
         m_guises.emplace(guise, *name);
         guises.emplace(*name++, guise);
     }
-    exchange(guises);
 }
 
 void ParserNames::exchange(const Names& guises)

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <span>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -10,7 +11,7 @@
 namespace luma::html {
 
 /// Carries elements through the parser that it doesn't know, or knows as what they no longer are (isindex, menuitem). It takes
-/// all unknown names for one, so that </a-b> ends a <c-d>. During the parse each has the name of an ordinary
+/// all unknown names for one, so that </a-b> ends a <c-d>, and dialog for one of them. During the parse each has the name of an ordinary
 /// element that the page does not contain; a page with more such names than there are leaves the last ones as they are.
 class ParserNames final
 {
@@ -19,6 +20,9 @@ public:
 
     /// `page` must outlive this object.
     ParserNames(std::string_view page, Way way);
+
+    /// Whether elements of this name, which the parser doesn't know, end a paragraph.
+    [[nodiscard]] static bool isBlock(std::string_view name) { return name == "dialog"; }
 
     /// The text for the parser; the page itself if it needs no other names.
     [[nodiscard]] std::string_view text() const { return m_text.empty() ? m_page : m_text; }
@@ -33,6 +37,8 @@ public:
 private:
     using Names = std::unordered_map<std::string, std::string>;
 
+    void addGuises(std::span<const std::string> names, std::span<const std::string_view> possible,
+                   Names& guises);
     void exchange(const Names& guises);
 
     struct Place

@@ -287,6 +287,8 @@ private:
             return true;
         if (element.tag != GUMBO_TAG_UNKNOWN || element.tag_namespace != GUMBO_NAMESPACE_HTML)
             return false;
+        if (ParserNames::isBlock(asciiLower(nameIn(view(element.original_tag)))))
+            return true;
         const std::string_view end = view(element.original_end_tag);
         const std::string name(nameIn(end));
         return end.starts_with("</") && !equalIgnoringAsciiCase(name, nameIn(view(element.original_tag))) &&

@@ -152,15 +152,15 @@ private:
     /// Tags and text in any order, most of them of elements that no parser knows.
     static std::string tagSoup(std::mt19937& random)
     {
-        static constexpr std::array<const char*, 50> pieces = {
-            "<x-a>",    "</x-a>", "<x-b>",     "</x-b>",     "<o:p>",      "</o:p>",      "<Foo>",
-            "</FOO>",   "<x-a>",  "</x-a>",    "<x-b>",      "</x-b>",     "<c>",         "</c>",
-            "<d>",      "</d>",   "<isindex>", "</isindex>", "<menuitem>", "</menuitem>", "<video>",
-            "</video>", "<c/>",   "</q>",      "<p>",        "<i>",        "<b>",         "</b>",
-            "<a>",      "</a>",   "<div>",     "</div>",     "<table>",    "<td>",        "</table>",
-            "<svg>",    "</svg>", "<path>",    "</path>",    "<ul>",       "<li>",        "</ul>",
-            "t",        "u",      "v",         "w",          "<button>",   "</button>",   "<em>",
-            "<h1>"};
+        static constexpr std::array<const char*, 52> pieces = {
+            "<x-a>",    "</x-a>",   "<x-b>",     "</x-b>",     "<o:p>",      "</o:p>",      "<Foo>",
+            "</FOO>",   "<x-a>",    "</x-a>",    "<x-b>",      "</x-b>",     "<c>",         "</c>",
+            "<d>",      "</d>",     "<isindex>", "</isindex>", "<menuitem>", "</menuitem>", "<video>",
+            "</video>", "<c/>",     "</q>",      "<p>",        "<i>",        "<b>",         "</b>",
+            "<a>",      "</a>",     "<div>",     "</div>",     "<table>",    "<td>",        "</table>",
+            "<svg>",    "</svg>",   "<path>",    "</path>",    "<ul>",       "<li>",        "</ul>",
+            "t",        "u",        "v",         "w",          "<button>",   "</button>",   "<em>",
+            "<h1>",     "<dialog>", "</dialog>"};
         std::string soup = "<!doctype html><body>";
         for (std::size_t count = 3 + random() % 20; count > 0; --count)
             soup += pieces[random() % pieces.size()];
