@@ -60,8 +60,17 @@ private:
             behind.setAlpha(70);
             mark.setBackground(behind);
         }
-        QTextLayout layout(item.fontMetrics.elidedText(text, Qt::ElideRight, rect.width()), item.font);
-        layout.setFormats({{start, length, mark}});
+        // What was found is never cut off for what stands before it.
+        QFont bold = item.font;
+        bold.setBold(true);
+        const QString found = text.mid(start, length);
+        const int spare = std::max(0, rect.width() - QFontMetrics(bold).horizontalAdvance(found));
+        QString before = text.left(start);
+        if (item.fontMetrics.horizontalAdvance(before) > spare)
+            before = item.fontMetrics.elidedText(before, Qt::ElideLeft, spare / 2);
+        QTextLayout layout(
+            item.fontMetrics.elidedText(before + text.mid(start), Qt::ElideRight, rect.width()), item.font);
+        layout.setFormats({{static_cast<int>(before.size()), length, mark}});
         layout.beginLayout();
         QTextLine line = layout.createLine();
         line.setLineWidth(rect.width());
@@ -108,8 +117,8 @@ void FoundPlacesView::setPlaces(FoundPlaces& places)
         return fontMetrics().averageCharWidth() * characters + 24;
     };
     setColumnWidth(FoundPlaces::Place, widthOf(30));
-    setColumnWidth(FoundPlaces::NewText, widthOf(26));
     header()->setSectionResizeMode(FoundPlaces::Text, QHeaderView::Stretch);
+    header()->setSectionResizeMode(FoundPlaces::NewText, QHeaderView::Stretch);
 }
 
 void FoundPlacesView::keyPressEvent(QKeyEvent* event)

@@ -127,6 +127,7 @@ void SiteFindPanel::find()
     if (m_ui->siteFindField->text().isEmpty())
         return;
     m_query = query();
+    m_isReplaced = false;
     search();
 }
 
@@ -202,8 +203,10 @@ void SiteFindPanel::activate(const QModelIndex& row)
 
 void SiteFindPanel::replace()
 {
-    if (const std::vector<WantedPlaces> wanted = m_places->wanted(); !wanted.empty())
+    if (const std::vector<WantedPlaces> wanted = m_places->wanted(); !wanted.empty()) {
+        m_isReplaced = true;
         emit replacementRequested(m_query, m_ui->siteFindReplacement->text(), wanted);
+    }
 }
 
 void SiteFindPanel::showReplacement()
@@ -246,7 +249,10 @@ QString SiteFindPanel::placeholderText() const
     case State::Stopped:
         return tr("Stopped before all files were searched.");
     default:
-        return m_error.isEmpty() ? tr("Not found.") : m_error;
+        if (!m_error.isEmpty())
+            return m_error;
+        return m_isReplaced ? tr("Everything is replaced. Undo in the site's window takes it back.")
+                            : tr("Not found.");
     }
 }
 

@@ -54,6 +54,7 @@ private:
     std::filesystem::path m_site;
     SiteQuery m_query; // of what is shown
     State m_state = State::Idle;
+    bool m_isReplaced = false; // what the last search found
     QString m_error;
     QTimer m_showTimer;
     QTimer m_filterTimer;

@@ -170,7 +170,12 @@ void CssCheck::tell() const
     const qsizetype count = field.problemCount();
     const QString here = field.problemsOfLine(field.textCursor().blockNumber());
     const QString all = count == 1 ? tr("1 problem") : tr("%1 problems").arg(QLocale().toString(count));
-    m_controls.label->setText(here.isEmpty() ? all : here);
+    // More than one would leave a narrow column no room for the sheet; the others are in the tips of their marks.
+    const QStringList reasons = here.split(u'\n');
+    m_controls.label->setText(here.isEmpty() ? all
+                              : reasons.size() == 1
+                                  ? here
+                                  : tr("%1 (and %2 more)").arg(reasons.first()).arg(reasons.size() - 1));
     m_controls.field->setAccessibleDescription(here);
     m_controls.label->setVisible(count > 0);
     m_controls.nextButton->setVisible(count > 0);

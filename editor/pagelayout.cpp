@@ -4,6 +4,7 @@
 #include <QAction>
 #include <QDataStream>
 #include <QEvent>
+#include <QFontInfo>
 #include <QIODevice>
 #include <QMainWindow>
 #include <QScreen>
@@ -65,7 +66,13 @@ void PageLayout::makeRoomForTexts()
 
 int PageLayout::widestOf(int side) const
 {
-    return side == 2 && m_sides.rules->isChecked() ? widestWithRules : widestSide;
+    return ofText(side == 2 && m_sides.rules->isChecked() ? widestWithRules : widestSide);
+}
+
+int PageLayout::ofText(int width) const
+{
+    constexpr double usual = 13; // the height of the text that the widths are for
+    return std::max(width, qRound(width * QFontInfo(m_window.font()).pixelSize() / usual));
 }
 
 void PageLayout::showStyleSheets() const
@@ -80,9 +87,10 @@ void PageLayout::takeChoice(QAction* action, bool isShown)
     m_givenWay.remove(action);
     if (isShown)
         m_openedLast = action == m_sides.outline ? 0 : 2;
-    auto& width = m_widths[2];
-    if (isShown && action == m_sides.rules && m_splitView.sizes()[1] > 2 * widthWithRules)
-        width = std::max(width, widthWithRules);
+    if (isShown && action == m_sides.rules) {
+        const QList<int> sizes = m_splitView.sizes();
+        m_widths[2] = std::max(m_widths[2], std::min(ofText(widthWithRules), (sizes[1] + sizes[2]) / 2));
+    }
     const QSet<QAction*> before = m_givenWay;
     arrange();
     if (isShown)

@@ -62,6 +62,7 @@ private:
     void setWidths();
     [[nodiscard]] QSet<QAction*> shownOf(int side) const;
     [[nodiscard]] int widestOf(int side) const;
+    [[nodiscard]] int ofText(int width) const; // more of it where the text is large
 
     QMainWindow& m_window;
     QSplitter& m_splitView;

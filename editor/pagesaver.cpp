@@ -11,6 +11,7 @@
 
 #include <QFileDialog>
 #include <QMessageBox>
+#include <QPushButton>
 
 #include <functional>
 #include <memory>
@@ -225,6 +226,7 @@ void PageSaver::askToSave()
     m_question->setAttribute(Qt::WA_DeleteOnClose);
     m_question->setTextFormat(Qt::PlainText);
     m_question->setDefaultButton(QMessageBox::Save);
+    m_question->button(QMessageBox::Save)->setText(tr("&Save")); // the word of the question and of the menu
     connect(m_question, &QMessageBox::finished, this, [this](int answer) {
         if (answer == QMessageBox::Save)
             emit saveRequested();

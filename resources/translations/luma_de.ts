@@ -2989,6 +2989,10 @@ entwuerfe/</translation>
         <source>%1 problems</source>
         <translation>%1 Fehler</translation>
     </message>
+    <message>
+        <source>%1 (and %2 more)</source>
+        <translation>%1 (und %2 weitere)</translation>
+    </message>
 </context>
 <context>
     <name>luma::CssCompletion</name>
@@ -5085,6 +5089,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>Save as Template</source>
         <translation>Als Vorlage sichern</translation>
     </message>
+    <message>
+        <source>&amp;Save</source>
+        <translation>&amp;Sichern</translation>
+    </message>
 </context>
 <context>
     <name>luma::PageSpelling</name>
@@ -5726,6 +5734,10 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
     <message>
         <source>. Stopped before all files were searched.</source>
         <translation>. Angehalten, bevor alle Dateien durchsucht waren.</translation>
+    </message>
+    <message>
+        <source>Everything is replaced. Undo in the site&apos;s window takes it back.</source>
+        <translation>Alles ist ersetzt. „Rückgängig“ im Fenster der Website nimmt es zurück.</translation>
     </message>
 </context>
 <context>

@@ -233,7 +233,7 @@ private slots:
         QTest::keyClicks(&field(), "margin");
         QTRY_COMPARE(problem(), "2 problems");
         typeCss(" b { /* ");
-        QTRY_COMPARE(problem(), "This “{” is not closed.\nThis comment is not closed.");
+        QTRY_COMPARE(problem(), "This “{” is not closed. (and 1 more)");
     }
 
     void serverCode_isNotJudged()
