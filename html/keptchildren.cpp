@@ -13,13 +13,26 @@
 
 namespace luma::html {
 
-KeptChildren::KeptChildren(const ParentNode& parent, const UnchangedNodes& unchanged)
+namespace {
+
+bool isBlankUnit(const KeptChildren::Unit& unit)
+{
+    for (const Node* node = unit.node; node != unit.behind; node = node->next()) {
+        if (!isBlank(*textOf(*node)))
+            return false;
+    }
+    return true;
+}
+
+} // namespace
+
+KeptChildren::KeptChildren(const ParentNode& parent, const UnchangedNodes& unchanged, TypedBehindBody typed)
     : m_units(unitsOf(parent))
 {
     findClusters(parent);
     match(parent, unchanged);
     chooseKept();
-    releaseLastBlank(parent);
+    releaseLastBlank(parent, typed);
     for (std::size_t i = 0; i + 1 < m_units.size(); ++i) {
         m_units[i].isBeforeEdit =
             m_units[i].kept && (!m_units[i + 1].kept || m_units[i + 1].cluster != m_units[i].cluster + 1);
@@ -124,20 +137,24 @@ void KeptChildren::chooseKept()
 }
 
 // What is new behind white space that stands behind </body> is written in front of that tag, and the white space with it.
-void KeptChildren::releaseLastBlank(const Node& parent)
+void KeptChildren::releaseLastBlank(const Node& parent, TypedBehindBody typed)
 {
     const Element* const body = parent.asElement();
-    if (!body || !body->is("body") || m_units.empty() || m_units.back().kept)
+    if (!body || !body->is("body"))
         return;
     auto last = std::find_if(m_units.rbegin(), m_units.rend(), [](const Unit& unit) { return unit.kept; });
-    if (last == m_units.rend() || last->cluster + 1 < std::ptrdiff_t(m_clusters.size()) ||
-        last->node->next() != last->behind || !textOf(*last->node) || !isBlank(*textOf(*last->node)))
+    if (last == m_units.rend() || last->cluster + 1 < std::ptrdiff_t(m_clusters.size()) || last->length > 1 ||
+        !textOf(*last->node))
+        return;
+    if (last == m_units.rbegin() && (typed == TypedBehindBody::InPlace || isBlankUnit(*last)))
         return;
     const PageSource& source = *parent.origin().source;
     const SourceRange& tag = PageSource::recordOf(parent).start;
     const std::uint32_t begin =
         last->cluster > 0 ? m_clusters[static_cast<std::size_t>(last->cluster) - 1].range.end : tag.end;
-    last->kept = !TextParts(source.text({begin, m_clusters.back().range.end}), false).endPage();
+    const SourceRange& own = m_clusters.back().range;
+    last->kept = !isBlank(TextParts(source.text(own), false).text()) ||
+                 !TextParts(source.text({begin, own.end}), false).endPage();
 }
 
 } // namespace luma::html

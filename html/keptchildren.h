@@ -37,8 +37,11 @@ public:
         bool isBeforeEdit = false; // something is new, or gone, directly behind it
     };
 
+    /// Where a text stays that was typed into the white space behind </body>: a comment behind it would come into the body.
+    enum class TypedBehindBody { InPlace, InFrontOfEnd };
+
     /// The parent has an origin.
-    KeptChildren(const ParentNode& parent, const UnchangedNodes& unchanged);
+    KeptChildren(const ParentNode& parent, const UnchangedNodes& unchanged, TypedBehindBody typed);
 
     [[nodiscard]] const std::vector<Cluster>& clusters() const { return m_clusters; }
     [[nodiscard]] const std::vector<Unit>& units() const { return m_units; }
@@ -53,7 +56,7 @@ private:
     void findClusters(const Node& parent);
     void match(const Node& parent, const UnchangedNodes& unchanged);
     void chooseKept();
-    void releaseLastBlank(const Node& parent);
+    void releaseLastBlank(const Node& parent, TypedBehindBody typed);
 
     std::vector<std::uint32_t> m_children; // the parent's records
     std::vector<Cluster> m_clusters;

@@ -413,7 +413,9 @@ void PieceWriter::printAll(const ParentNode& parent)
 
 void PieceWriter::writeChildren(const ParentNode& parent, const SourceRange& inner)
 {
-    const KeptChildren children(parent, m_unchanged);
+    const KeptChildren children(parent, m_unchanged,
+                                m_tags == OmittedTags::None ? KeptChildren::TypedBehindBody::InPlace
+                                                            : KeptChildren::TypedBehindBody::InFrontOfEnd);
     const auto& clusters = children.clusters();
     const auto& units = children.units();
     const PageSource& source = *parent.origin().source;

@@ -136,6 +136,10 @@ private slots:
             "\n\n\ne</body><?php b() ?></html>", [](Document& d) {
                 static_cast<CharacterData*>(d.body()->lastChild())->setData("\n\n\ne\n\n\n");
             });
+        row("text in front of comments behind the page",
+            "<body><p>a</p></body>\n<!-- d -->\n</html>\n<!-- e -->\n",
+            "</body>\n<!-- d -->\n</html>\n<!-- e -->\n", "\nf\n\n</body><!-- d --></html><!-- e -->",
+            [](Document& d) { static_cast<CharacterData*>(d.body()->lastChild())->setData("\nf\n\n"); });
         const auto append = [=](Document& d) { d.body()->append(added("hr")); };
         row("behind the white space behind the page", tail, tail.mid(tail.indexOf("\n</body>")),
             "\n\n\n\n\n\n<hr></body><?php b() ?></html><?php c() ?><!-- d -->", append);
