@@ -91,6 +91,7 @@ AttributesPanel::AttributesPanel(const Controls& controls, const PageTree& tree,
     table.setItemDelegateForColumn(AttributesModel::ValueColumn, new ValueDelegate(this));
     connect(m_model, &QAbstractItemModel::modelReset, this, &AttributesPanel::fitNames);
     table.installEventFilter(this);
+    table.viewport()->installEventFilter(this); // gets its width after the table
     controls.altText->installEventFilter(this);
     connect(m_model, &AttributesModel::valueChosen, this, &AttributesPanel::setValue);
     connect(m_model, &AttributesModel::removalChosen, this, &AttributesPanel::remove);
@@ -216,9 +217,9 @@ bool AttributesPanel::eventFilter(QObject* watched, QEvent* event)
                 m_controls.altText->heightForWidth(m_controls.altText->width()));
         return false;
     }
-    if (event->type() == QEvent::Resize)
+    if (watched == m_controls.table->viewport() && event->type() == QEvent::Resize)
         fitNames();
-    if (event->type() != QEvent::KeyPress)
+    if (watched != m_controls.table || event->type() != QEvent::KeyPress)
         return false;
     QTreeView& table = *m_controls.table;
     const QModelIndex value = table.currentIndex().siblingAtColumn(AttributesModel::ValueColumn);

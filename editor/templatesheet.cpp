@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QPointer>
 #include <QStandardPaths>
+#include <QStyledItemDelegate>
 #include <QUrl>
 
 #include <utility>
@@ -48,12 +49,25 @@ QString summaryOf(const QString& path)
     return title.isEmpty() || words.isEmpty() ? title + words : title + QStringLiteral(" \u2013 ") + words;
 }
 
+// Rows are as wide as the list, and longer words are cut off with an ellipsis.
+class TemplateRows final : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override
+    {
+        return {1, QStyledItemDelegate::sizeHint(option, index).height()};
+    }
+};
+
 } // namespace
 
 TemplateSheet::TemplateSheet(std::function<fs::path()> folder, QWidget* parent)
     : QDialog(parent), m_folder(std::move(folder)), m_ui(std::make_unique<Ui::TemplateSheet>())
 {
     m_ui->setupUi(this);
+    m_ui->templateList->setItemDelegate(new TemplateRows(this));
     connect(m_ui->templateList, &QListWidget::itemActivated, m_ui->templateButton, &QPushButton::click);
     connect(m_ui->templateFolderButton, &QPushButton::clicked, this, &TemplateSheet::openFolder);
     connect(m_ui->templateCancelButton, &QPushButton::clicked, this, &QDialog::reject);
