@@ -131,7 +131,7 @@ void ScriptPreview::connectPage()
 {
     const auto refuse = [this](const QUrl& url) {
         const bool isFile = url.scheme().toLatin1() == PageScheme::name();
-        list(isFile ? tr("Not in the site") : tr("Refused"), shownAddress(url));
+        list(isFile ? tr("Not found in the site") : tr("Refused"), shownAddress(url));
     };
     connect(m_profile.get(), &PreviewProfile::refused, this, refuse);
     connect(m_page, &PreviewPage::refused, this, refuse);

@@ -5650,12 +5650,12 @@ Um zu behalten, was eine Veröffentlichung ersetzt oder löscht, stellen Sie „
         <translation>%1 – Vorschau mit Skripten</translation>
     </message>
     <message>
-        <source>Not in the site</source>
-        <translation>Nicht in der Website</translation>
-    </message>
-    <message>
         <source>Window not opened</source>
         <translation>Fenster nicht geöffnet</translation>
+    </message>
+    <message>
+        <source>Not found in the site</source>
+        <translation>In der Website nicht gefunden</translation>
     </message>
 </context>
 <context>
