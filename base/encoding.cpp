@@ -21,12 +21,13 @@ struct Labels
     std::string_view labels; // in lower case, with a blank before and behind each
 };
 
-// Encoding standard, "Names and labels". Left out: replacement, x-user-defined and macintosh kin that Qt can't read.
+// Encoding standard, "Names and labels". Left out: replacement, x-user-defined and what Qt can't read.
 constexpr auto table = std::to_array<Labels>({
     {"UTF-8", " unicode-1-1-utf-8 unicode11utf8 unicode20utf8 utf-8 utf8 x-unicode20utf8 "},
     {"windows-1252",
      " ansi_x3.4-1968 ascii cp1252 cp819 csisolatin1 ibm819 iso-8859-1 iso-ir-100 iso8859-1 iso88591 iso_8859-1 "
      "iso_8859-1:1987 l1 latin1 us-ascii windows-1252 x-cp1252 x-user-defined "},
+    {"IBM866", " 866 cp866 csibm866 ibm866 "},
     {"ISO-8859-2",
      " csisolatin2 iso-8859-2 iso-ir-101 iso8859-2 iso88592 iso_8859-2 iso_8859-2:1987 l2 latin2 "},
     {"ISO-8859-3",
@@ -62,6 +63,7 @@ constexpr auto table = std::to_array<Labels>({
     {"windows-1256", " cp1256 windows-1256 x-cp1256 "},
     {"windows-1257", " cp1257 windows-1257 x-cp1257 "},
     {"windows-1258", " cp1258 windows-1258 x-cp1258 "},
+    {"x-mac-cyrillic", " x-mac-cyrillic x-mac-ukrainian "},
     {"GBK", " chinese csgb2312 csiso58gb231280 gb2312 gb_2312 gb_2312-80 gbk iso-ir-58 x-gbk "},
     {"gb18030", " gb18030 "},
     {"Big5", " big5 big5-hkscs cn-big5 csbig5 x-x-big5 "},
@@ -96,11 +98,17 @@ std::optional<Encoding> Encoding::fromLabel(std::string_view label)
     return row == table.end() ? std::nullopt : std::optional(Encoding(row->name));
 }
 
+// By the standard's names Qt lacks much of these: all Hangul but the most frequent, and the characters of Hong Kong.
+const char* Encoding::codecName() const
+{
+    return m_name == "EUC-KR" ? "windows-949" : m_name == "Big5" ? "Big5-HKSCS" : m_name.data();
+}
+
 std::string Encoding::decoded(std::string_view bytes) const
 {
     if (isUtf8() && isValidUtf8(bytes))
         return std::string(bytes);
-    QStringDecoder decoder(std::string(m_name).c_str(), keepMark);
+    QStringDecoder decoder(codecName(), keepMark);
     const QString text = decoder(QByteArrayView(bytes.data(), static_cast<qsizetype>(bytes.size())));
     return text.toStdString();
 }
@@ -109,7 +117,7 @@ std::optional<std::string> Encoding::encoded(std::string_view text) const
 {
     if (isUtf8())
         return std::string(text);
-    QStringEncoder encoder(std::string(m_name).c_str());
+    QStringEncoder encoder(codecName());
     const QByteArray bytes = encoder(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
     return encoder.hasError() ? std::nullopt : std::optional(bytes.toStdString());
 }
@@ -118,16 +126,14 @@ std::string Encoding::encodedWithReferences(std::string_view text) const
 {
     if (std::optional<std::string> bytes = encoded(text))
         return *std::move(bytes);
-    std::string bytes;
+    // Encoded as a whole: a reference may stand between two characters of another set.
+    std::string known;
     for (const char32_t c : QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).toUcs4()) {
         std::string character;
         appendUtf8(character, c);
-        if (const std::optional<std::string> known = encoded(character))
-            bytes += *known;
-        else
-            bytes += "&#" + std::to_string(static_cast<std::uint32_t>(c)) + ';';
+        known += encoded(character) ? character : "&#" + std::to_string(static_cast<std::uint32_t>(c)) + ';';
     }
-    return bytes;
+    return encoded(known).value_or(std::string());
 }
 
 } // namespace luma

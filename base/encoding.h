@@ -19,6 +19,8 @@ public:
 
     /// The standard's name: "UTF-8", "windows-1252".
     [[nodiscard]] std::string_view name() const { return m_name; }
+    /// The name for QStringDecoder and QStringEncoder.
+    [[nodiscard]] const char* codecName() const;
     [[nodiscard]] bool isUtf8() const { return m_name == "UTF-8"; }
     /// Whether ASCII characters are single bytes with their own values; true for all but UTF-16.
     [[nodiscard]] bool holdsAscii() const { return !m_name.starts_with("UTF-16"); }

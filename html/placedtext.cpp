@@ -15,7 +15,7 @@ class PlacedDecoder final
 public:
     PlacedDecoder(std::string_view bytes, const Encoding& encoding)
         : m_bytes(bytes),
-          m_decoder(std::string(encoding.name()).c_str(), QStringConverter::Flag::ConvertInitialBom),
+          m_decoder(encoding.codecName(), QStringConverter::Flag::ConvertInitialBom),
           m_holdsAscii(encoding.holdsAscii()),
           m_canSwitch(encoding.canSwitch())
     {}

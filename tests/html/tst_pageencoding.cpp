@@ -53,12 +53,14 @@ private slots:
     void encodings_writeWhatTheyRead()
     {
         for (const char* const label :
-             {"utf-8",        "latin1",       "iso-8859-2", "iso-8859-3",   "iso-8859-4",   "iso-8859-5",
-              "iso-8859-6",   "iso-8859-7",   "iso-8859-8", "iso-8859-10",  "iso-8859-13",  "iso-8859-14",
-              "iso-8859-15",  "koi8-r",       "koi8-u",     "macintosh",    "windows-874",  "windows-1250",
-              "windows-1251", "windows-1253", "latin5",     "windows-1255", "windows-1256", "windows-1257",
-              "windows-1258", "gbk",          "gb18030",    "big5",         "euc-jp",       "iso-2022-jp",
-              "sjis",         "euc-kr",       "utf-16be",   "utf-16"}) {
+             {"utf-8",         "latin1",       "iso-8859-2",   "iso-8859-3",   "iso-8859-4",
+              "iso-8859-5",    "iso-8859-6",   "iso-8859-7",   "iso-8859-8",   "iso-8859-10",
+              "iso-8859-13",   "iso-8859-14",  "iso-8859-15",  "koi8-r",       "koi8-u",
+              "macintosh",     "windows-874",  "windows-1250", "windows-1251", "windows-1253",
+              "latin5",        "windows-1255", "windows-1256", "windows-1257", "windows-1258",
+              "gbk",           "gb18030",      "big5",         "euc-jp",       "iso-2022-jp",
+              "sjis",          "euc-kr",       "utf-16be",     "utf-16",       "ibm866",
+              "x-mac-cyrillic"}) {
             const std::optional<Encoding> encoding = Encoding::fromLabel(label);
             QVERIFY2(encoding, label);
             const std::optional<std::string> bytes = encoding->encoded("<a>");
@@ -69,6 +71,10 @@ private slots:
         QCOMPARE(western.decoded("\x80\xE9"), std::string("\xE2\x82\xAC\xC3\xA9"));
         QCOMPARE(western.encodedWithReferences("\xC3\xA9\xD0\xB6!"), std::string("\xE9&#1078;!"));
         QVERIFY(!western.encoded("\xD0\xB6"));
+        QCOMPARE(Encoding::fromLabel("euc-kr")->decoded("\x8C\x63"), std::string("\xEB\x98\xA0"));
+        QCOMPARE(Encoding::fromLabel("big5")->decoded("\xFA\x40"), std::string("\xF0\xA0\x95\x87"));
+        QCOMPARE(Encoding::fromLabel("iso-2022-jp")->encodedWithReferences("\xE6\x97\xA5\xC3\xA9."),
+                 std::string("\x1B$BF|\x1B(B&#233;."));
     }
 };
 
