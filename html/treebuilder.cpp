@@ -250,8 +250,9 @@ private:
         }
         std::string text = textOf(parent, node);
         const std::string_view rest = moveIntoForm(parent, text, original);
-        return text.empty() && rest.size() < original.size() ? *parent.lastChild()
-                                                             : appendText(parent, text, rest);
+        if (Node* const form = parent.lastChild(); form && text.empty() && rest.size() < original.size())
+            return *form;
+        return appendText(parent, text, rest);
     }
 
     static std::string_view nameIn(std::string_view tag)
