@@ -76,10 +76,10 @@ void DesktopStyle::use()
 void DesktopStyle::polish(QPalette& palette)
 {
     QProxyStyle::polish(palette);
+    const bool isTextDark = isDark(palette.color(QPalette::Active, QPalette::Text));
     for (const auto group : {QPalette::Active, QPalette::Inactive, QPalette::Disabled}) {
         QColor hint = palette.color(group, QPalette::Text);
-        if (isDark(palette.color(group, QPalette::PlaceholderText)) !=
-            isDark(palette.color(group, QPalette::Base)))
+        if (isDark(palette.color(group, QPalette::PlaceholderText)) == isTextDark)
             continue;
         if (group != QPalette::Disabled) // which is pale itself
             hint.setAlpha(128);
@@ -87,8 +87,7 @@ void DesktopStyle::polish(QPalette& palette)
     }
 }
 
-// The layouts of our dialogs are drawn for text of 10 pt. A size that the user gave is set later. A sheet that its window has room for
-// stays within it.
+// The layouts of our dialogs are drawn for text of 10 pt. A size that the user gave is set later.
 void DesktopStyle::polish(QWidget* widget)
 {
     QProxyStyle::polish(widget);
@@ -96,10 +95,8 @@ void DesktopStyle::polish(QWidget* widget)
     const double growth = QFontInfo(widget->font()).pixelSize() / drawnFor;
     const bool isOurs =
         QLatin1StringView(widget->metaObject()->className()).startsWith(QLatin1StringView("luma::"));
-    const QWidget* parent = widget->parentWidget();
-    const QSize room = parent ? parent->window()->size() : screenRoom(*widget);
     if (growth > 1 && isOurs && qobject_cast<QDialog*>(widget) && widget->testAttribute(Qt::WA_Resized))
-        widget->resize((widget->size() * growth).boundedTo(room.expandedTo(widget->size())));
+        widget->resize((widget->size() * growth).boundedTo(screenRoom(*widget).expandedTo(widget->size())));
 }
 
 int DesktopStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
