@@ -12,6 +12,7 @@
 
 #include <QMimeData>
 #include <QPalette>
+#include <QSet>
 
 #include <algorithm>
 #include <utility>
@@ -152,9 +153,18 @@ void OutlineModel::setShowsAllNodes(bool showsAll)
     m_showsAllNodes = showsAll;
     forgetRows();
     QModelIndexList after;
+    // Qt forgets one of two that become the same index, and it would outlive the model.
+    QSet<const html::Node*> taken;
     for (const QModelIndex& index : before) {
-        const html::Node* const node = nodeAt(index);
-        after.append(indexOf(node && !hasRow(*node) ? node->parent() : node));
+        if (hasRow(*nodeAt(index)))
+            taken.insert(nodeAt(index));
+    }
+    for (const QModelIndex& index : before) {
+        const html::Node* node = nodeAt(index);
+        if (!hasRow(*node))
+            node = taken.contains(node->parent()) ? nullptr : node->parent();
+        taken.insert(node);
+        after.append(indexOf(node));
     }
     changePersistentIndexList(before, after);
     emit layoutChanged();

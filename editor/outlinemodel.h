@@ -36,7 +36,8 @@ public:
     [[nodiscard]] QModelIndex indexOf(const html::Node* node) const;
 
     /// Whether texts, comments, the doctype and server code outside elements have rows of their own. The rows of elements,
-    /// and what refers to them, stay when this changes; the parent's row takes the place of one that goes.
+    /// and what refers to them, stay when this changes; the parent's row takes the place of one that goes, unless something refers to that
+    /// already.
     [[nodiscard]] bool showsAllNodes() const { return m_showsAllNodes; }
     void setShowsAllNodes(bool showsAll);
     [[nodiscard]] bool hasRow(const html::Node& node) const;
@@ -54,6 +55,7 @@ public:
     [[nodiscard]] int deepestLevel() const;
 
     /// The element whose row is drawn as the active one, and its colour.
+    [[nodiscard]] QModelIndex activeElement() const { return m_activeElement; }
     void setActiveElement(const QModelIndex& index);
     /// The row that is marked for looking, none for an invalid index.
     void setMarked(const QModelIndex& index);

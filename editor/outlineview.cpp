@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/outlineview.h"
 
+#include "base/ascii.h"
 #include "editor/outlinedelegate.h"
 #include "editor/outlinemodel.h"
+#include "html/characterdata.h"
 #include "html/element.h"
 
 #include <QApplication>
@@ -20,6 +22,7 @@ namespace {
 
 constexpr int narrowIndentation = 12;
 constexpr int readableCharacters = 16;
+constexpr std::size_t longestTyped = 200;
 
 } // namespace
 
@@ -50,11 +53,14 @@ void OutlineView::setModel(QAbstractItemModel* model)
     // Each expanded row is an index that the model would have to follow.
     connect(model, &QAbstractItemModel::layoutAboutToBeChanged, this, [this] {
         m_top = indexAt({});
+        m_kept = OutlineModel::nodeAt(currentIndex());
         collapseAll();
     });
     // In an event of its own, as each of the two takes its time with a large page. Nothing is drawn in between.
     connect(model, &QAbstractItemModel::layoutChanged, this, [this] {
         viewport()->setUpdatesEnabled(false);
+        if (!currentIndex().isValid() && m_kept)
+            setCurrentIndex(static_cast<const OutlineModel*>(this->model())->indexOf(m_kept->parent()));
         QMetaObject::invokeMethod(this, &OutlineView::expandAgain, Qt::QueuedConnection);
     });
     expandAll();
@@ -121,27 +127,49 @@ bool OutlineView::isTypingName() const
     return m_sinceTyped.isValid() && !m_sinceTyped.hasExpired(QApplication::keyboardInputInterval());
 }
 
+bool OutlineView::isTyped(const html::Node& node) const
+{
+    const auto begins = [this](std::string_view text, qsizetype skipped) {
+        const auto name = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+        return name.startsWith(m_typedName.mid(skipped), Qt::CaseInsensitive);
+    };
+    const html::Element* const element = node.asElement();
+    if (!element) {
+        using Kind = html::Node::Kind;
+        const bool isText = node.kind() == Kind::Text || node.kind() == Kind::Comment;
+        if (!isText || !static_cast<const OutlineModel*>(model())->hasRow(node))
+            return false;
+        const std::string_view text = static_cast<const html::CharacterData&>(node).data();
+        return begins(simplified(text.substr(0, longestTyped)), 0);
+    }
+    if (m_typedName.startsWith(u'#'))
+        return element->hasAttr("id") && begins(element->attr("id"), 1);
+    if (!m_typedName.startsWith(u'.'))
+        return begins(element->tagName(), 0);
+    const auto names = words(element->attr("class"));
+    return std::any_of(names.begin(), names.end(), [&begins](auto name) { return begins(name, 1); });
+}
+
 // The base class looks at the rows' texts, which begin with "<".
 void OutlineView::keyboardSearch(const QString& typed)
 {
     const auto* const outline = qobject_cast<const OutlineModel*>(model());
     const html::Node* const current = OutlineModel::nodeAt(currentIndex());
-    // An asterisk has opened all rows below.
-    if (!outline || !current || typed.isEmpty() || !typed.front().isLetterOrNumber())
-        return;
-    const std::string letters = typed.toLower().toStdString();
+    const QString letters = typed.toLower();
     const bool goesOn = isTypingName() && m_typedName != letters;
+    // Other signs open and close rows.
+    const bool isBeginning = !typed.isEmpty() && (typed.front().isLetterOrNumber() || typed.front() == u'#' ||
+                                                  typed.front() == u'.');
+    if (!outline || !current || !(goesOn || isBeginning))
+        return;
     m_typedName = goesOn ? m_typedName + letters : letters;
-    const auto isNamed = [this](const html::Node& node) {
-        return node.asElement() && node.asElement()->tagName().starts_with(m_typedName);
-    };
     const html::Node& page = current->root();
     const html::Node* node = current;
-    if (!goesOn || !isNamed(*current)) {
+    if (!goesOn || !isTyped(*current)) {
         do {
             const html::Node* const following = node->following(page);
             node = following ? following : &page;
-        } while (node != current && !isNamed(*node));
+        } while (node != current && !isTyped(*node));
     }
     setCurrentIndex(outline->indexOf(node));
     m_sinceTyped.start();
@@ -222,6 +250,13 @@ void OutlineView::dropEvent(QDropEvent* event)
 
 void OutlineView::keyPressEvent(QKeyEvent* event)
 {
+    const bool isLetter = !event->text().isEmpty() && event->text().front().isPrint() &&
+                          !(event->modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier));
+    // An asterisk opens all rows below.
+    if (isTypingName() && isLetter && event->key() != Qt::Key_Asterisk) {
+        keyboardSearch(event->text());
+        return;
+    }
     switch (event->key()) {
     case Qt::Key_Delete:
     case Qt::Key_Backspace:
@@ -233,7 +268,7 @@ void OutlineView::keyPressEvent(QKeyEvent* event)
         emit editRequested(currentIndex());
         return;
     case Qt::Key_H:
-        if (event->modifiers() == Qt::NoModifier && !isTypingName()) {
+        if (event->modifiers() == Qt::NoModifier) {
             emit hideRequested();
             return;
         }

@@ -4,12 +4,15 @@
 #include <QElapsedTimer>
 #include <QTreeView>
 
-#include <string>
+namespace luma::html {
+class Node;
+}
 
 namespace luma {
 
 /// The outline of a page: expanded at first, with nodes dragged within it. Its column is wide enough
-/// to read the deepest row, so it scrolls both ways. Typing the beginning of a tag name selects the next such element.
+/// to read the deepest row, so it scrolls both ways. Typing the beginning of a tag name, of #id or .class, or of a text or
+/// comment in a row of its own, selects the next such row.
 /// The Delete key, Return or F2, and H are reported as requests. Its model must be an OutlineModel. Main thread.
 class OutlineView final : public QTreeView
 {
@@ -62,12 +65,14 @@ private:
     void take(Qt::DropAction action);
     void hover(const QModelIndex& index);
     [[nodiscard]] bool isTypingName() const;
+    [[nodiscard]] bool isTyped(const html::Node& node) const;
 
     QPersistentModelIndex m_hovered;
-    QPersistentModelIndex m_top; // row while all are replaced
+    QPersistentModelIndex m_top;        // row while all are replaced
+    const html::Node* m_kept = nullptr; // the current one meanwhile
     QPersistentModelIndex m_taken;
     Qt::DropAction m_takenFor = Qt::IgnoreAction;
-    std::string m_typedName;
+    QString m_typedName; // in small letters
     QElapsedTimer m_sinceTyped;
 };
 

@@ -246,12 +246,14 @@ private slots:
         QVERIFY(!window->undoStack()->canUndo());
     }
 
-    void typedName_selectsTheNextElementOfThatName()
+    void typedName_selectsTheNextRowOfThatName()
     {
         const int interval = QApplication::keyboardInputInterval();
         QApplication::setKeyboardInputInterval(60'000);
         const auto restore = qScopeGuard([interval] { QApplication::setKeyboardInputInterval(interval); });
-        open("<title>T</title><section><p>one</p><table><tr><th>H</th></tr></table><p>two</p></section>");
+        open(
+            "<title>T</title><i id=here></i><i id=-h>some  text<!-- A comment --></i><b class='lead nav-top'></b>"
+            "<b class=nav-bar></b><section><p>one</p><table><tr><th>H</th></tr></table><p>two</p></section>");
         click("<section>");
         const auto type = [this](const char* letters) {
             QTest::keyClicks(outline(), QString::fromLatin1(letters));
@@ -263,6 +265,16 @@ private slots:
         click("<html>");
         QCOMPARE(type("th"), "<th> H");
         QCOMPARE(tree().count("style"), 0);
+        trigger("allNodesAction");
+        for (const auto& [letters, found] :
+             {std::pair("#he", "<i id=\"here"), std::pair("#-h", "<i id=\"-h"),
+              std::pair(".NA", "<b class=\"lead"), std::pair(".nav-b", "<b class=\"nav-bar"),
+              std::pair(".nav-x", "<b class=\"lead"), std::pair("some t", "some text"),
+              std::pair("a co", "<!-- A comment"), std::pair("two", "two")}) {
+            click("<html>");
+            QVERIFY2(type(letters).startsWith(QLatin1String(found)), letters);
+        }
+        trigger("allNodesAction");
         click("<section>");
         outline()->collapse(row("<section>"));
         QTest::keyClick(outline(), Qt::Key_Asterisk);
