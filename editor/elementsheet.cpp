@@ -15,6 +15,7 @@ namespace luma {
 namespace {
 
 constexpr int reasonRole = Qt::UserRole;
+constexpr int tagRole = Qt::UserRole + 1;
 
 } // namespace
 
@@ -31,7 +32,7 @@ ElementSheet::ElementSheet(const OutlineSelection& selection, QWidget* parent)
     connect(m_ui->elementButton, &QPushButton::clicked, this, &QDialog::accept);
     connect(this, &QDialog::accepted, this, [this] {
         m_lastPlace = place();
-        emit confirmed(m_ui->elementList->currentItem()->text(), m_lastPlace);
+        emit confirmed(m_ui->elementList->currentItem()->data(tagRole).toString(), m_lastPlace);
     });
 }
 
@@ -57,18 +58,24 @@ void ElementSheet::fillPlaces()
         return;
     const html::Element* const element = node->asElement();
     const QString name = element ? u'<' + tagNameOf(*element) + u'>' : tr("the selected row");
-    for (const InsertPlace each : insertPlaces(*node)) {
-        const QString text = each == InsertPlace::First    ? tr("At the beginning of %1")
+    auto places = insertPlaces(*node);
+    if (m_selection.holdsCaret())
+        places.insert(places.begin(), InsertPlace::Caret);
+    for (const InsertPlace each : places) {
+        const QString text = each == InsertPlace::Caret    ? tr("At the caret in %1")
+                             : each == InsertPlace::First  ? tr("At the beginning of %1")
                              : each == InsertPlace::Last   ? tr("At the end of %1")
                              : each == InsertPlace::Before ? tr("Before %1")
                                                            : tr("After %1");
         m_ui->elementPlace->addItem(text.arg(name), static_cast<int>(each));
     }
-    const bool isInside = m_lastPlace == InsertPlace::First || m_lastPlace == InsertPlace::Last;
+    const bool isInside = m_lastPlace != InsertPlace::Before && m_lastPlace != InsertPlace::After;
     const bool takesNone = element && (html::isVoid(*element) || html::hasRawText(*element) ||
                                        html::hasEscapableRawText(*element) || html::isServerCode(*element));
     const InsertPlace wanted = isInside && takesNone ? InsertPlace::After : m_lastPlace;
-    const int known = m_ui->elementPlace->findData(static_cast<int>(wanted));
+    int known = m_ui->elementPlace->findData(static_cast<int>(wanted));
+    if (known < 0 && wanted == InsertPlace::Caret)
+        known = m_ui->elementPlace->findData(static_cast<int>(InsertPlace::First));
     m_ui->elementPlace->setCurrentIndex(known >= 0 ? known : m_ui->elementPlace->count() - 1);
 }
 
@@ -84,7 +91,9 @@ void ElementSheet::fillElements()
         return;
     m_ui->elementList->clear();
     for (const ElementOffer& offer : elementOffers(*node, place())) {
-        auto* const row = new QListWidgetItem(offer.tag, m_ui->elementList);
+        const QString title = offer.tag == commentTag ? tr("Comment") : offer.tag;
+        auto* const row = new QListWidgetItem(title, m_ui->elementList);
+        row->setData(tagRole, offer.tag);
         row->setData(reasonRole, offer.reason);
         row->setToolTip(offer.reason);
         row->setData(Qt::AccessibleDescriptionRole, offer.reason);
@@ -100,7 +109,9 @@ void ElementSheet::filter(const QString& letters)
     QListWidgetItem* first = nullptr;
     for (int row = 0; row < m_ui->elementList->count(); ++row) {
         QListWidgetItem* const item = m_ui->elementList->item(row);
-        item->setHidden(!item->text().startsWith(letters, Qt::CaseInsensitive));
+        const QString markup = u'<' + item->data(tagRole).toString();
+        item->setHidden(!item->text().startsWith(letters, Qt::CaseInsensitive) &&
+                        !markup.startsWith(letters, Qt::CaseInsensitive));
         const bool isBetter = !first || (!first->data(reasonRole).toString().isEmpty() &&
                                          item->data(reasonRole).toString().isEmpty());
         if (!item->isHidden() && isBetter)

@@ -15,7 +15,8 @@ namespace luma {
 
 class OutlineSelection;
 
-/// The sheet that offers every element for a place at the selected node, and tells of those that can't stand there why.
+/// The sheet that offers every element, and a comment, for a place at the selected node or for the caret in it, and tells
+/// of those that can't stand there why. The place chosen last is chosen again.
 /// Main thread.
 class ElementSheet final : public QDialog
 {
@@ -26,11 +27,12 @@ public:
     ElementSheet(const OutlineSelection& selection, QWidget* parent);
     ~ElementSheet() override;
 
-    /// Does nothing if there is no such place. The place chosen last is chosen again.
+    /// Does nothing if there is no such place.
     void begin();
 
 signals:
-    void confirmed(const QString& tagName, InsertPlace place);
+    /// As for elementOffers().
+    void confirmed(const QString& tag, InsertPlace place);
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
@@ -44,7 +46,7 @@ private:
 
     std::unique_ptr<Ui::ElementSheet> m_ui;
     const OutlineSelection& m_selection;
-    InsertPlace m_lastPlace = InsertPlace::First;
+    InsertPlace m_lastPlace = InsertPlace::Caret;
 };
 
 } // namespace luma

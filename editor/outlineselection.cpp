@@ -44,6 +44,11 @@ bool OutlineSelection::hasAllNodes() const
     return m_model.showsAllNodes();
 }
 
+bool OutlineSelection::holdsCaret() const
+{
+    return m_model.activeElement().isValid() && m_model.activeElement() == index();
+}
+
 void OutlineSelection::select(const html::Node* node)
 {
     m_view.setCurrentIndex(m_model.indexOf(node));

@@ -33,6 +33,8 @@ public:
     [[nodiscard]] QPersistentModelIndex index() const;
     /// Whether nodes of all kinds can be selected.
     [[nodiscard]] bool hasAllNodes() const;
+    /// Whether the element is selected because the caret is in it.
+    [[nodiscard]] bool holdsCaret() const;
     void select(const html::Node* node);
 
     /// Selects the row of the element that holds the caret and draws it as the active one. `path` is as for

@@ -71,21 +71,39 @@ void PageEdits::addTag(const QString& tagName)
     });
 }
 
-void PageEdits::insertElement(const QString& tagName, InsertPlace place)
+void PageEdits::insertElement(const QString& tag, InsertPlace place)
 {
-    editSelectedNode([this, tagName, place](html::Node& node) {
+    const QString name = tag == commentTag ? tr("Insert Comment") : tr("Insert <%1>").arg(tag);
+    if (place == InsertPlace::Caret) {
+        insertAtCaret(tag, name);
+        return;
+    }
+    editSelectedNode([this, tag, place, name](html::Node& node) {
         const auto places = insertPlaces(node);
         const bool isThere = std::find(places.begin(), places.end(), place) != places.end();
         const QString reason =
-            isThere ? reasonAgainst(node, place, tagName) : tr("The page has changed meanwhile.");
+            isThere ? reasonAgainst(node, place, tag) : tr("The page has changed meanwhile.");
         if (!reason.isEmpty()) {
             emit refused(reason);
             return;
         }
-        html::NodePtr added = sampleElement(tagName);
+        html::NodePtr added = sampleElement(tag);
         const html::Node* const shown = added.get();
-        m_commands.insert(std::move(added), positionAt(node, place), tr("Insert <%1>").arg(tagName));
+        m_commands.insert(std::move(added), positionAt(node, place), name);
         m_selection.select(shown);
+    });
+}
+
+void PageEdits::insertAtCaret(const QString& tag, const QString& name)
+{
+    whenCaughtUp([this, tag, name] {
+        const html::Node* const node = m_selection.holdsCaret() ? m_selection.node() : nullptr;
+        const QString reason =
+            node ? reasonAgainst(*node, InsertPlace::Caret, tag) : tr("The page has changed meanwhile.");
+        if (reason.isEmpty())
+            m_rendering.insertNode(name, sampleElement(tag)->outerHtml());
+        else
+            emit refused(reason);
     });
 }
 

@@ -39,9 +39,9 @@ public:
     /// Inserts a new element as the first child of the selected one; deletes the selected node, or tells why it stays.
     void addTag(const QString& tagName);
     void deleteTag();
-    /// Inserts any element (sampleElement) at a place of the selected node, and selects it; refused where
-    /// elementOffers() has a reason.
-    void insertElement(const QString& tagName, InsertPlace place);
+    /// Inserts any element or comment (sampleElement) at a place of the selected node, and selects it, or at the caret;
+    /// refused where elementOffers() has a reason.
+    void insertElement(const QString& tag, InsertPlace place);
     /// Duplicates the selected node, which selects the copy, or moves it among the rows of its siblings.
     void duplicate();
     void moveUp();
@@ -102,6 +102,7 @@ signals:
     void styleBlockUpdated();
 
 private:
+    void insertAtCaret(const QString& tag, const QString& name);
     void editSelected(const std::function<void(html::Element&)>& edit);
     void editSelectedNode(const std::function<void(html::Node&)>& edit);
     void change(const QPersistentModelIndex& row, const std::function<Result<void>(html::Element&)>& change,

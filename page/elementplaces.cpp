@@ -176,11 +176,28 @@ bool standsFirst(const QString& tag)
     return tag == u"caption" || tag == u"legend" || tag == u"summary";
 }
 
+bool isInside(InsertPlace place)
+{
+    return place != InsertPlace::Before && place != InsertPlace::After;
+}
+
+bool isClosed(const html::Element& element)
+{
+    return html::isServerCode(element) || html::isVoid(element) || html::hasRawText(element) ||
+           html::hasEscapableRawText(element);
+}
+
+QString reasonAgainstComment(const html::Element& parent)
+{
+    return isClosed(parent) ? OfferTexts::tr("A comment can't stand in <%1>.").arg(tagNameOf(parent))
+                            : QString();
+}
+
 bool hasElementsBefore(const html::Node& node, InsertPlace place)
 {
     const html::Element* const element = node.asElement();
-    if (place == InsertPlace::First || place == InsertPlace::Last)
-        return place == InsertPlace::Last && element->firstElement();
+    if (isInside(place))
+        return place != InsertPlace::First && element->firstElement();
     const html::Node* before = place == InsertPlace::After ? &node : node.previous();
     while (before && !before->asElement())
         before = before->previous();
@@ -204,6 +221,7 @@ html::Position positionAt(html::Node& node, InsertPlace place)
     switch (place) {
     case InsertPlace::First:
         return {node.asElement(), node.asElement()->firstChild()};
+    case InsertPlace::Caret:
     case InsertPlace::Last:
         return {node.asElement(), nullptr};
     case InsertPlace::Before:
@@ -216,8 +234,9 @@ html::Position positionAt(html::Node& node, InsertPlace place)
 
 QString reasonAgainst(const html::Node& node, InsertPlace place, const QString& tag)
 {
-    const bool isInside = place == InsertPlace::First || place == InsertPlace::Last;
-    const html::Element& parent = *(isInside ? node.asElement() : node.parent()->asElement());
+    const html::Element& parent = *(isInside(place) ? node.asElement() : node.parent()->asElement());
+    if (tag == commentTag)
+        return reasonAgainstComment(parent);
     QString reason = contentReason(parent, tag);
     if (reason.isEmpty())
         reason = ancestorReason(parent, tag);
@@ -236,6 +255,7 @@ std::vector<ElementOffer> elementOffers(const html::Node& node, InsertPlace plac
     std::vector<ElementOffer> offers;
     for (const QString& tag : allTags())
         offers.push_back({tag, reasonAgainst(node, place, tag)});
+    offers.push_back({commentTag, reasonAgainst(node, place, commentTag)});
     return offers;
 }
 
@@ -245,18 +265,17 @@ QString reasonAgainstDrop(const TagRules& rules, const html::Node* dragged, cons
     if (!dragged || !target)
         return OfferTexts::tr("Nothing can be put here.");
     const QString place = tagNameOf(*target);
-    const bool isClosed = html::isServerCode(*target) || html::isVoid(*target) || html::hasRawText(*target) ||
-                          html::hasEscapableRawText(*target);
     if (element && !rules.canMove(element))
         return reasonAgainstMove(*element);
     if (element)
-        return rules.canDrop(element, target) && !isClosed
+        return rules.canDrop(element, target) && !isClosed(*target)
                    ? QString()
                    : OfferTexts::tr("<%1> can't stand in <%2>.").arg(tagNameOf(*element), place);
     const bool isText = html::textOf(*dragged);
     // Whether server code is an element in the tree depends on the place.
     const bool movesCode = html::isServerCode(*dragged) && dragged->parent() != target;
-    if (rules.canMove(dragged) && !isClosed && !movesCode && !(isText && childrenFor().contains(place)))
+    if (rules.canMove(dragged) && !isClosed(*target) && !movesCode &&
+        !(isText && childrenFor().contains(place)))
         return {};
     return (isText      ? OfferTexts::tr("Text can't stand in <%1>.")
             : movesCode ? OfferTexts::tr("Server code can't be moved to <%1>.")
@@ -301,6 +320,8 @@ html::NodePtr sampleElement(const QString& tag)
     };
     static const QStringList empty = list(
         "audio canvas iframe map noscript object picture script search slot style template textarea video div");
+    if (tag == commentTag)
+        return html::CharacterData::comment(" Lorem ");
     auto element = std::make_unique<html::Element>(tag.toStdString());
     html::NodePtr ruled = html::isVoid(*element) ? nullptr : TagRules().newElement(tag);
     if (ruled)

@@ -11,25 +11,29 @@ namespace luma {
 
 class TagRules;
 
-/// Where a new element goes: beside a node, or as its first or last child.
-enum class InsertPlace { First, Last, Before, After };
+/// Where a new node goes: beside another one, as its first or last child, or to the caret in it, whose place only the
+/// rendering knows.
+enum class InsertPlace { Caret, First, Last, Before, After };
 
-/// The places at a node of a page that may take elements.
+/// The places at a node of a page that may take elements, but for the caret's.
 std::vector<InsertPlace> insertPlaces(const html::Node& node);
 /// One of these places.
 html::Position positionAt(html::Node& node, InsertPlace place);
 
-/// An element of the HTML standard, and why it can't stand in a place (reasonAgainst).
+/// Stands for a comment among the names of tags.
+inline const QString commentTag = QStringLiteral("!--");
+
+/// An element of the HTML standard, or a comment, and why it can't stand in a place (reasonAgainst).
 struct ElementOffer
 {
     QString tag;
     QString reason;
 };
 
-/// Why such an element can't stand there; empty: it can. The place is one of insertPlaces().
+/// Why such an element can't stand there; empty: it can. The place is the caret or one of insertPlaces().
 QString reasonAgainst(const html::Node& node, InsertPlace place, const QString& tag);
 
-/// All elements that the standard knows and a page may use, by name. They are judged by the
+/// All elements that the standard knows and a page may use, by name, and at last a comment. They are judged by the
 /// standard's content models, and by what a browser makes of them.
 std::vector<ElementOffer> elementOffers(const html::Node& node, InsertPlace place);
 
@@ -40,7 +44,7 @@ QString reasonAgainstDrop(const TagRules& rules, const html::Node* dragged, cons
 QString reasonAgainstMove(const html::Element& fixed);
 QString reasonOfBrowser(const html::Node& dragged, const html::Element& target);
 
-/// A detached new element with contents that show where it is.
+/// A detached new element, or comment, with contents that show where it is.
 html::NodePtr sampleElement(const QString& tag);
 
 } // namespace luma

@@ -448,6 +448,12 @@ void ViewController::insertText(const QString& text)
     m_webView->setFocus();
 }
 
+void ViewController::insertNode(const QString& name, const std::string& markup)
+{
+    perform(name, scriptCall(QStringLiteral("insertMarkup"), QString::fromStdString(markup)));
+    m_webView->setFocus();
+}
+
 void ViewController::insertTable(int rows, int columns, bool hasHeader)
 {
     perform(tr("Insert Table"), QStringLiteral("insertTable(%1, %2, %3)")

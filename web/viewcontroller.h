@@ -125,6 +125,8 @@ public slots:
     void insertTable(int rows, int columns, bool hasHeader);
     /// At the caret, or in place of the selection.
     void insertText(const QString& text);
+    /// At the caret, an element in place of the selection; its markup is in UTF-8.
+    void insertNode(const QString& name, const std::string& markup);
     void showSource();
     void showScriptConsole();
     void inspectElement();

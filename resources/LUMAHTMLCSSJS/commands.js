@@ -93,6 +93,21 @@ function insertCharacter(character) {
     insertNode(document.createTextNode(character));
 }
 
+// The selection stays beside a comment.
+function insertMarkup(markup) {
+    const template = document.createElement('template');
+    template.innerHTML = markup;
+    const node = document.importNode(template.content, true).firstChild;
+    const range = currentRange();
+    if (!range || !(node instanceof Comment))
+        insertNode(node);
+    else {
+        const place = range.cloneRange();
+        place.collapse(false);
+        place.insertNode(node);
+    }
+}
+
 // Inserts at the caret, or at the end of the page if there is none.
 function insertNode(node) {
     if (!currentRange())

@@ -129,6 +129,11 @@ private slots:
         row("behind", "<p", 3, "hr", "<p>x</p><hr>");
         row("behind a text", "x", 0, "em", "<p>x<em>Lorem</em></p>");
         row("refused", "<p", 1, "table", "");
+        row("comment", "<p", 0, "com", "<p><!-- Lorem -->x</p>");
+        row("comment by its markup", "<body", 1, "<!", "<p>x</p><!-- Lorem -->");
+        row("comment at the caret", "", 0, "com", "<p>x<!-- Lorem --></p>");
+        row("element at the caret", "", 0, "em", "<p>x<em>Lorem</em></p>");
+        row("refused at the caret", "", 0, "div", "");
     }
     void anyElement_isInsertedFromTheSheet()
     {
@@ -139,10 +144,14 @@ private slots:
         QFETCH(int, place);
         QFETCH(QString, letters);
         QFETCH(QByteArray, result);
-        click(row.constData());
+        if (row.isEmpty())
+            setCaretBehind("x");
+        else
+            click(row.constData());
+        QTRY_COMPARE(outline()->currentIndex(), this->row(row.isEmpty() ? "<p" : row.constData()));
         the<QAction>("insertMoreAction")->trigger();
         auto* const sheet = the<QDialog>("elementSheet");
-        QTRY_VERIFY(sheet->isVisible());
+        QTRY_VERIFY(the<QLineEdit>("elementFilter")->hasFocus());
         for (int i = 0; i < place; ++i)
             QTest::keyClick(the<QComboBox>("elementPlace"), Qt::Key_Down);
         QTest::keyClicks(the<QLineEdit>("elementFilter"), letters);
@@ -157,7 +166,10 @@ private slots:
             return;
         }
         QTRY_COMPARE(body(), result);
-        QVERIFY(window->undoStack()->undoText().startsWith("Insert <"));
+        QCOMPARE(window->undoStack()->undoText(),
+                 result.contains("<!")
+                     ? "Insert Comment"
+                     : "Insert <" + the<QListWidget>("elementList")->currentItem()->text() + ">");
         QTRY_COMPARE(answer("document.body.innerHTML"), QString::fromUtf8(result));
         trigger("undoAction");
         QTRY_COMPARE(body(), before);

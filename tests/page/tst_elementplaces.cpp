@@ -47,6 +47,8 @@ private slots:
         row("row", "tbody", "tr", "");
         row("header in a header", "header", "footer", "<footer> can't stand in <header>.");
         row("script in a list", "ul", "script", "");
+        row("comment in a table", "table", "!--", "");
+        row("comment in the title", "title", "!--", "A comment can't stand in <title>.");
     }
     void reason_isTold()
     {
