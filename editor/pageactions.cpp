@@ -44,7 +44,18 @@ const QString browserType = QStringLiteral("x-scheme-handler/http");
 } // namespace
 
 PageActions::PageActions(const Parts& parts, RecentPages recentPages)
-    : QObject(&parts.document), m_parts(parts), m_recentPages(std::move(recentPages))
+    : QObject(&parts.document),
+      m_parts(parts),
+      m_recentPages(std::move(recentPages)),
+      m_panes({{parts.ui.outlinePane, parts.ui.myOutlineView},
+               {parts.ui.contentView, parts.rendering.webView()},
+               {parts.ui.checkPane, parts.ui.checkList},
+               {parts.ui.attributesPane, parts.ui.attributesView},
+               {parts.ui.rulesPane, parts.ui.rulesView},
+               {parts.ui.stylePane, parts.ui.cssField}},
+              *parts.rendering.webView(),
+              {parts.ui.myOutlineView, parts.ui.sideView, parts.ui.formatBar, parts.ui.elementPath,
+               parts.ui.noticeBar})
 {
     for (const Command& command : m_commands) {
         connect(command.action, &QAction::triggered, this, command.run);
@@ -53,6 +64,7 @@ PageActions::PageActions(const Parts& parts, RecentPages recentPages)
     }
     connectControls();
     connectLooks();
+    parts.document.addAction(parts.ui.previousPaneAction); // in no menu
     const Ui::HTMLDocument& ui = parts.ui;
     new FormatBar({*ui.formatBar,
                    *ui.formatMenu,
@@ -144,6 +156,8 @@ std::vector<PageActions::Command> PageActions::table()
                  ui.outlineAction->setChecked(true);
              headings.setShown(ui.headingsAction->isChecked());
          }},
+        {ui.nextPaneAction, Always, [this] { m_panes.go(1); }},
+        {ui.previousPaneAction, Always, [this] { m_panes.go(-1); }},
         {ui.zoomInAction, Always, [&view] { view.setMagnification(view.magnification() * zoomStep); }},
         {ui.zoomOutAction, Always, [&view] { view.setMagnification(view.magnification() / zoomStep); }},
         {ui.actualSizeAction, Always, [&view] { view.setMagnification(1); }},

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #pragma once
 
+#include "editor/panekeys.h"
+
 #include <QObject>
 
 #include <filesystem>
@@ -92,6 +94,7 @@ private:
 
     Parts m_parts;
     RecentPages m_recentPages;
+    PaneKeys m_panes;
     std::vector<Command> m_commands = table();
 };
 

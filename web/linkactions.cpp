@@ -68,7 +68,7 @@ void LinkActions::confirm(const QString& address)
         break;
     }
     case LinkSheet::Purpose::Link:
-        m_perform(tr("Link"), scriptCall(doCommand, QStringLiteral("Create Link"), written(address)));
+        m_perform(tr("Make Link"), scriptCall(doCommand, QStringLiteral("Create Link"), written(address)));
         break;
     case LinkSheet::Purpose::EditLink:
         m_perform(tr("Edit Link"), scriptCall(doCommand, QStringLiteral("Edit Link"), written(address)));

@@ -993,6 +993,18 @@
         <source>Insert a character that the keyboard lacks</source>
         <translation>Ein Zeichen einfügen, das auf der Tastatur fehlt</translation>
     </message>
+    <message>
+        <source>Ne&amp;xt Pane</source>
+        <translation>Näc&amp;hster Bereich</translation>
+    </message>
+    <message>
+        <source>Go on by keyboard: outline, page, page check, attributes, style rules, style sheets</source>
+        <translation>Per Tastatur weiter: Gliederung, Seite, Seitenprüfung, Attribute, Stilregeln, Stylesheets</translation>
+    </message>
+    <message>
+        <source>Previous Pane</source>
+        <translation>Vorheriger Bereich</translation>
+    </message>
 </context>
 <context>
     <name>HaldenDoc</name>
@@ -3230,6 +3242,14 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <source>After %1</source>
         <translation>Nach %1</translation>
     </message>
+    <message>
+        <source>At the caret in %1</source>
+        <translation>An der Einfügemarke in %1</translation>
+    </message>
+    <message>
+        <source>Comment</source>
+        <translation>Kommentar</translation>
+    </message>
 </context>
 <context>
     <name>luma::EndpointForm</name>
@@ -4288,10 +4308,6 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
         <translation>Bild einfügen</translation>
     </message>
     <message>
-        <source>Link</source>
-        <translation>Link</translation>
-    </message>
-    <message>
         <source>Edit Link</source>
         <translation>Link bearbeiten</translation>
     </message>
@@ -4318,6 +4334,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>Copy Into Site</source>
         <translation>In die Website kopieren</translation>
+    </message>
+    <message>
+        <source>Make Link</source>
+        <translation>Link erstellen</translation>
     </message>
 </context>
 <context>
@@ -5029,6 +5049,10 @@ Endgültig löschen? Das lässt sich nicht zurücknehmen.</translation>
     <message>
         <source>The page has changed meanwhile.</source>
         <translation>Die Seite wurde inzwischen geändert.</translation>
+    </message>
+    <message>
+        <source>Insert Comment</source>
+        <translation>Kommentar einfügen</translation>
     </message>
 </context>
 <context>

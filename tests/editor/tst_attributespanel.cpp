@@ -151,6 +151,7 @@ private slots:
         QTest::mouseClick(the<QPushButton>("decorativeButton"), Qt::LeftButton);
         QTRY_VERIFY(!the<QLabel>("altText")->isVisible());
         QVERIFY(body().contains("alt=\"\""));
+        QCOMPARE(window->undoStack()->undoText(), "Add Attribute");
     }
 
     void image_isWrappedInALink()
@@ -165,7 +166,7 @@ private slots:
         QTest::mouseClick(the<QPushButton>("linkButton"), Qt::LeftButton);
         QTRY_VERIFY2(body().contains("<a href=\"b.html\"><img src=\"wide.svg\" title=\"T\"></a>"),
                      body().constData());
-        QCOMPARE(window->undoStack()->undoText(), "Link");
+        QCOMPARE(window->undoStack()->undoText(), "Make Link");
         click("<img");
         QTRY_COMPARE(button->text(), "Edit Link...");
     }

@@ -275,6 +275,12 @@ private slots:
         the<QLineEdit>("linkAddress")->setText(" http://example.org/a\n b\r\n?c\td ");
         press("linkButton");
         QTRY_COMPARE(body(), QByteArray("<p><a href=\"http://example.org/a%20b?cd\">one</a></p>"));
+        trigger("editLinkAction");
+        QTRY_COMPARE(the<QLineEdit>("linkAddress")->text(), "http://example.org/a%20b?cd");
+        the<QLineEdit>("linkAddress")->setText("c.html");
+        press("linkButton");
+        QTRY_COMPARE(body(), QByteArray("<p><a href=\"c.html\">one</a></p>"));
+        QCOMPARE(window->undoStack()->undoText(), "Edit Link");
         trigger("makeLinkAction");
         the<QLineEdit>("linkAddress")->setText("java\nscript:alert(1)");
         QVERIFY(!button("linkButton")->isEnabled());
@@ -307,6 +313,7 @@ private slots:
         the<QLineEdit>("linkAddress")->setText(typed);
         press("linkButton");
         QTRY_VERIFY2(body().contains("<img src=\"" + written + "\""), body().constData());
+        QCOMPARE(window->undoStack()->undoText(), "Insert Image");
     }
 
     void imageChooser_beginsInTheSite()

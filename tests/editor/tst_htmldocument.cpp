@@ -204,25 +204,49 @@ private slots:
         QTest::mouseClick(the<QPushButton>("metaSheetOKButton"), Qt::LeftButton);
         QTRY_VERIFY(row("<title> New").isValid());
         QCOMPARE(window->tree().document()->title(), std::string("New"));
+        QCOMPARE(window->undoStack()->undoText(), "Change Title");
+        trigger("revertAction");
+        QTRY_VERIFY(row("<title> Old").isValid());
+        QCOMPARE(window->undoStack()->undoText(), "Revert");
     }
 
-    void contextMenu_addsAClassOfTheSheets()
+    void contextMenu_isUsedByKeyboard_data()
     {
-        open("<title>T</title><style>.big{color:red} #one{color:blue}</style><div class=box>x</div>");
-        QTRY_COMPARE(the<QComboBox>("cssMenu")->count(), 1);
-        const QModelIndex div = row("<div");
-        QContextMenuEvent event(QContextMenuEvent::Mouse, outline()->visualRect(div).center(),
-                                outline()->viewport()->mapToGlobal(outline()->visualRect(div).center()));
-        QTRY_VERIFY([&] {
-            delete the<QMenu>("outlineMenu");
-            QApplication::sendEvent(outline()->viewport(), &event);
-            return the<QMenu>("outlineMenu")->actions().first()->text() == "Add Class";
-        }());
-        QMenu* menu = the<QMenu>("outlineMenu");
-        luma::test::screenshot(*menu, "outline menu");
-        menu->actions().first()->menu()->actions().first()->trigger();
-        menu->close();
-        QTRY_VERIFY(row("<div class=\"box big\">").isValid());
+        const test::Rows<QByteArray, QByteArray, QString> row("entry", "result", "undo");
+        row("class", "Add Class", "<section class=\"box big\"></section>", "Add Class");
+        row("no class", "Remove Class", "<section></section>", "Remove Class");
+        row("ID", "Add ID", "<section class=\"box\" id=\"one\"></section>", "Add ID");
+        row("no ID", "Remove ID", "<section class=\"box\"></section>", "Remove ID");
+        row("tag", "Insert",
+            "<section class=\"box\"><article> <h2>Header</h2><p>Lorem</p></article></section>",
+            "Insert <article>");
+        row("nothing", "Delete", "", "Delete <section>");
+    }
+    void contextMenu_isUsedByKeyboard()
+    {
+        QFETCH(QByteArray, entry);
+        const std::string id = entry == "Remove ID" ? " id=one" : "";
+        open("<title>T</title><style>.big{color:red} #one{color:blue}</style><section class=box" + id +
+             "></section>");
+        const QByteArray before = body();
+        click("<section");
+        QAction* action = nullptr;
+        QContextMenuEvent event(QContextMenuEvent::Keyboard, {}, {});
+        QTRY_VERIFY2(
+            [&] {
+                delete the<QMenu>("outlineMenu");
+                QApplication::sendEvent(outline(), &event);
+                for (QAction* const each : the<QMenu>("outlineMenu")->actions())
+                    action = each->text() == QLatin1String(entry) ? each : action;
+                return action;
+            }(),
+            "the sheets' classes and IDs are known");
+        luma::test::screenshot(*the<QMenu>("outlineMenu"), "outline menu");
+        (action->menu() ? action->menu()->actions().first() : action)->trigger();
+        the<QMenu>("outlineMenu")->close();
+        QTRY_VERIFY2(body() != before, "the menu's entry is performed");
+        QTEST(body(), "result");
+        QTEST(window->undoStack()->undoText(), "undo");
     }
 
     void styleBlock_isUpdated()
@@ -494,12 +518,95 @@ private slots:
             if (!action->isEnabled())
                 found.append(action->objectName().chopped(6));
         }
-        QCOMPARE(count, 72);
+        QCOMPARE(count, 74);
         QStringList expected = off.split(u' ', Qt::SkipEmptyParts);
         found.sort();
         expected.sort();
         QCOMPARE(found, expected);
         QCOMPARE(the<QToolBar>("formatBar")->isEnabled(), page != "damaged.html");
+    }
+
+    // By a key of its own, or letter by letter through the menus. Two commands of one key would do nothing.
+    void commands_areReachedByKeyboard()
+    {
+        open("<title>T</title><p>one</p>");
+        QMap<QKeySequence, QString> keys;
+        QStringList faults;
+        const auto hasLetter = [](const QString& text) { return !QKeySequence::mnemonic(text).isEmpty(); };
+        const QList<QAction*> actions = window->findChildren<QAction*>(QString(), Qt::FindDirectChildrenOnly);
+        for (const QAction* const action : actions) {
+            const auto places = action->associatedObjects();
+            const bool isInMenu = std::any_of(places.begin(), places.end(), [&](const QObject* place) {
+                const auto* const menu = qobject_cast<const QMenu*>(place);
+                return menu && hasLetter(menu->title()) && hasLetter(action->text());
+            });
+            if (action->objectName().endsWith("Action") &&
+                (action->text().isEmpty() || !(isInMenu || !action->shortcut().isEmpty())))
+                faults.append(action->objectName());
+            for (const QKeySequence& key : action->shortcuts()) {
+                if (keys.contains(key))
+                    faults.append(action->objectName() + " has the key of " + keys[key]);
+                keys[key] = action->objectName();
+            }
+        }
+        QCOMPARE(faults, QStringList());
+    }
+
+    void panes_areReachedByKeyboard()
+    {
+        open("<title>T</title><style>p{}</style><p>one</p>");
+        trigger("rulesAction");
+        trigger("pageCheckAction");
+        click("<p>");
+        QTRY_VERIFY2(the<QWidget>("newRuleButton")->isEnabled(), "the rules are read");
+        // The engine takes the focus in its own time, in a widget of its own.
+        const auto isIn = [this](const char* pane) {
+            return the<QWidget>(pane)->isAncestorOf(QApplication::focusWidget());
+        };
+        const char* const panes[] = {"outlinePane",    "contentView", "checkPane",
+                                     "attributesPane", "rulesPane",   "stylePane"};
+        QVERIFY(isIn("outlinePane"));
+        for (const char* const pane :
+             {panes[1], panes[2], panes[3], panes[4], panes[5], panes[0], panes[1]}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6);
+            QTRY_VERIFY2(isIn(pane),
+                         qPrintable(pane + (" not " + QApplication::focusWidget()->objectName())));
+            QVERIFY(test::tabStops(*window).contains(test::nameOfStop(*QApplication::focusWidget())));
+        }
+        for (const char* const pane : {panes[0], panes[5], panes[4], panes[3]}) {
+            QTest::keyClick(QApplication::focusWidget(), Qt::Key_F6, Qt::ShiftModifier);
+            QTRY_VERIFY2(isIn(pane),
+                         qPrintable(pane + (" not " + QApplication::focusWidget()->objectName())));
+        }
+        for (const char* const field : {"myOutlineView", "blockFormatBox", "elementPath", "attributesView",
+                                        "rulesView", "newRuleButton", "cssField", "checkList"}) {
+            the<QWidget>(field)->setFocus();
+            QTRY_VERIFY2(the<QWidget>(field)->hasFocus(), field);
+            QTest::keyClick(the<QWidget>(field), Qt::Key_Escape);
+            QTRY_VERIFY2(isIn("contentView"), field);
+        }
+    }
+
+    void commandsOfTheProgram_areAskedFor_data()
+    {
+        const test::Rows<QByteArray> row("signal");
+        row("newAction", SIGNAL(newRequested()));
+        row("siteNamesAction", SIGNAL(siteNamesRequested(std::filesystem::path)));
+        row("publishAction", SIGNAL(publishRequested(std::filesystem::path)));
+        row("closeAction", SIGNAL(destroyed()));
+    }
+    void commandsOfTheProgram_areAskedFor()
+    {
+        open("<title>T</title><p>one</p>");
+        typeInto("p", "s");
+        QTRY_VERIFY(window->isWindowModified());
+        if (QTest::currentDataTag() == "closeAction"_qba)
+            trigger("saveAction");
+        QFETCH(QByteArray, signal);
+        QSignalSpy requests(window, signal.constData());
+        the<QAction>(QTest::currentDataTag())->trigger();
+        QTRY_COMPARE(requests.count(), 1);
+        QCOMPARE(file("page.html").find("ones") != std::string::npos, signal.contains("publish") || !window);
     }
 
     void newPageFromAnother_hasItsLinksRight()
@@ -689,10 +796,13 @@ private slots:
         openWindow({}, at(""));
         waitUntilShown();
         QCOMPARE(window->windowTitle(), "Untitled[*]");
-        trigger("saveAction");
-        auto* panel = the<QFileDialog>("savePanel");
-        QVERIFY(panel);
-        panel->close();
+        for (const char* const action : {"saveAsAction", "saveAction"}) {
+            trigger(action);
+            auto* panel = the<QFileDialog>("savePanel");
+            QVERIFY(panel);
+            panel->close();
+            QTRY_VERIFY2(!the<QFileDialog>("savePanel"), "the panel is gone");
+        }
         QSignalSpy located(window, &HTMLDocument::locationChanged);
         QVERIFY(window->saveToURL(at("new.html")));
         QCOMPARE(located.size(), 1);

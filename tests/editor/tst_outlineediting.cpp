@@ -306,7 +306,7 @@ private slots:
         for (const char* const row : {"p { color", "a b"}) {
             click(row);
             QTest::keyClick(outline(), Qt::Key_F2);
-            QTRY_VERIFY(the<QDialog>("markupSheet")->isVisible());
+            QTRY_VERIFY(the<QPlainTextEdit>("markupField")->hasFocus());
             QVERIFY(the<QPlainTextEdit>("markupField")->toPlainText().contains(u'\n'));
             QTest::keyClick(the<QPlainTextEdit>("markupField"), Qt::Key_Escape);
             QTRY_VERIFY(!the<QDialog>("markupSheet")->isVisible());

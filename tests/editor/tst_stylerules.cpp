@@ -198,6 +198,11 @@ private slots:
             QTest::keyClick(field, Qt::Key_Return);
         }
         QTRY_COMPARE(window->undoStack()->count(), 1);
+        QCOMPARE(window->undoStack()->undoText(),
+                 after.isEmpty()     ? "Remove Style"
+                 : typed == u" "     ? (after.contains("/*") ? "Switch Style Off" : "Switch Style On")
+                 : name == u"Add..." ? "Add Style"
+                                     : "Change Style");
         QTRY_VERIFY2(listed() != asBefore, qPrintable(listed()));
         QVERIFY(window->isWindowModified());
         const QStringList expected = shown.split(u'=');
@@ -409,6 +414,7 @@ private slots:
         menu->actions().first()->trigger();
         QTRY_VERIFY2(tree().contains("  .note { color: green }\n\n.note {\n}\n</style>"), tree().constData());
         QTRY_VERIFY2(listed().contains(u".note | <style>:4"), qPrintable(listed()));
+        QCOMPARE(window->undoStack()->undoText(), "New Rule");
     }
 
     void inlineStyle_movesToAClass_data()
@@ -447,6 +453,7 @@ private slots:
         QTRY_VERIFY2(tree().contains("note moved\""), tree().constData());
         QTRY_VERIFY2(listed().contains(u".moved | "), qPrintable(listed()));
         QVERIFY(!tree().contains("style=\"margin"));
+        QCOMPARE(window->undoStack()->undoText(), "Move Style to Class");
         the<QAction>("undoAction")->trigger();
         QTRY_COMPARE(tree(), before);
         QTRY_VERIFY2(!listed().contains(u".moved | "), qPrintable(listed()));

@@ -114,12 +114,14 @@ private slots:
             "<table><tbody><tr><td colspan=\"2\" rowspan=\"2\">a<br>b<br>c<br>d</td></tr>"
             "<tr></tr></tbody></table>";
         QTRY_COMPARE(body(), merged);
+        QCOMPARE(window->undoStack()->undoText(), "Merge Cells");
         QTRY_COMPARE(answer("document.body.innerHTML").toUtf8(), merged);
         trigger("mergeCellsAction");
         QTRY_COMPARE(the<QLabel>("noticeText")->text(), "Select the cells that are to become one first.");
         trigger("splitCellAction");
         QTRY_COMPARE(body(), QByteArray("<table><tbody><tr><td>a<br>b<br>c<br>d</td><td><br></td></tr>"
                                         "<tr><td><br></td><td><br></td></tr></tbody></table>"));
+        QCOMPARE(window->undoStack()->undoText(), "Split Cell");
     }
 
     void tab_movesThroughTheCellsAndAddsARow()
