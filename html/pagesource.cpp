@@ -180,7 +180,7 @@ std::shared_ptr<const PageSource> PageSource::attach(std::string text, Document&
     const std::vector<std::uint32_t> parents = source->addRecords(nodes, marks);
     source->claimEndTags(nodes);
     source->setExtents(nodes, parents);
-    source->findWholeOnes(parents);
+    source->findWholeOnes(nodes, parents, marks);
     for (std::uint32_t number = 0; number < nodes.size(); ++number)
         nodes[number]->setOrigin({source.get(), number});
     return source;
@@ -287,7 +287,8 @@ void PageSource::setExtents(const std::vector<Node*>& nodes, const std::vector<s
     }
 }
 
-void PageSource::findWholeOnes(const std::vector<std::uint32_t>& parents)
+void PageSource::findWholeOnes(const std::vector<Node*>& nodes, const std::vector<std::uint32_t>& parents,
+                               const std::vector<SourceMarks>& marks)
 {
     struct Token
     {
@@ -300,6 +301,8 @@ void PageSource::findWholeOnes(const std::vector<std::uint32_t>& parents)
             tokens.push_back({m_held.records[number].start.begin, number});
         if (!m_held.records[number].end.isEmpty())
             tokens.push_back({m_held.records[number].end.begin, number});
+        for (const SourceRange& part : marks[nodes[number]->origin().record].strayParts)
+            tokens.push_back({part.begin, number});
     }
     std::sort(tokens.begin(), tokens.end(), [](const Token& a, const Token& b) { return a.begin < b.begin; });
     std::vector<std::uint32_t> owners;

@@ -34,6 +34,7 @@ struct SourceMarks
 {
     SourceRange start;
     SourceRange end;
+    std::vector<SourceRange> strayParts; // of a text, behind other markup: a table gave them up
 };
 
 /// What the page's text says about one node of the tree that was parsed from it.
@@ -126,7 +127,8 @@ private:
     void claimEndTags(const std::vector<Node*>& nodes);
     void setExtents(const std::vector<Node*>& nodes, const std::vector<std::uint32_t>& parents);
     void claimFormEnd(SourceRecord& record) const;
-    void findWholeOnes(const std::vector<std::uint32_t>& parents);
+    void findWholeOnes(const std::vector<Node*>& nodes, const std::vector<std::uint32_t>& parents,
+                       const std::vector<SourceMarks>& marks);
 
     mutable Contents m_held; // empty while it is packed, but for `whole`
     mutable QByteArray m_packedText;

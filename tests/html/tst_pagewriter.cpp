@@ -157,6 +157,9 @@ private slots:
             "<div", "<div id=\"x\"", setId("div"));
         row("values with line ends, beside", "<p title='a\r\nb\n c' alt=\"\n\">d</p>", "alt=\"\n\"",
             "alt=\"\n\" id=\"x\"", setId("p"));
+        row("text that a table gave up", "<p>a</p> b<table border=0><tr><td>c</tr>${d}</table>",
+            " b<table border=0><tr><td>c</tr>${d}", " e${d}<table border=0><tr><td>c</tr>",
+            [](Document& d) { static_cast<CharacterData*>(d.select("p").at(0)->next())->setData(" e${d}"); });
         row("dialog in a paragraph", "<p>a<dialog open>b</dialog>c</p>\n<div>d</div>", "<div",
             "<div id=\"x\"", setId("div"));
         row("in the dialog", "<p>a<dialog open>b<i>e</i></dialog>c</p>\n<div>d</div>", "<i>e</i>", "",
