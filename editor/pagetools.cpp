@@ -79,7 +79,11 @@ void PageTools::createSheets()
     connect(editor, &OutlineEditor::sheetRequested, m_markupSheet, &MarkupSheet::begin);
     connect(editor, &OutlineEditor::refused, this, &PageTools::refused);
     m_elementSheet = new ElementSheet(m_parts.selection, m_window);
-    connect(m_elementSheet, &ElementSheet::confirmed, &m_parts.edits, &PageEdits::insertElement);
+    connect(m_elementSheet, &ElementSheet::confirmed, this, [this](const QString& tag, InsertPlace place) {
+        if (tag == commentTag && !m_parts.outline.showsAllNodes())
+            m_parts.ui.allNodesAction->trigger(); // or nothing would show it
+        m_parts.edits.insertElement(tag, place);
+    });
     m_tableSheet = new TableSheet(m_window);
     connect(m_tableSheet, &TableSheet::confirmed, &m_parts.rendering, &ViewController::insertTable);
     m_characterSheet = new CharacterSheet(m_window);

@@ -79,6 +79,7 @@ void ReplaceBar::connectControls()
         shortcut->setContext(Qt::WidgetWithChildrenShortcut);
         connect(shortcut, &QShortcut::activated, this, does);
     };
+    QWidget::setTabOrder(m_controls.field, m_controls.replacement);
     addKey(Qt::Key_Escape, &ReplaceBar::close);
     addKey(Qt::SHIFT | Qt::Key_Return, &ReplaceBar::previous);
     addKey(Qt::SHIFT | Qt::Key_Enter, &ReplaceBar::previous);

@@ -139,8 +139,9 @@ private slots:
     {
         open("<title>T</title><p>x</p>");
         const QByteArray before = body();
-        the<QAction>("allNodesAction")->trigger();
         QFETCH(QByteArray, row);
+        if (!row.isEmpty())
+            the<QAction>("allNodesAction")->trigger();
         QFETCH(int, place);
         QFETCH(QString, letters);
         QFETCH(QByteArray, result);
@@ -166,6 +167,7 @@ private slots:
             return;
         }
         QTRY_COMPARE(body(), result);
+        QCOMPARE(the<QAction>("allNodesAction")->isChecked(), !row.isEmpty() || result.contains("<!"));
         QCOMPARE(window->undoStack()->undoText(),
                  result.contains("<!")
                      ? "Insert Comment"
@@ -202,6 +204,8 @@ private slots:
         trigger("findNextAction");
         QTRY_COMPARE(replaceResult(), "1 of 3");
 
+        QTest::keyClick(the<QLineEdit>("replaceFindField"), Qt::Key_Tab);
+        QTRY_VERIFY(the<QLineEdit>("replacementField")->hasFocus());
         QTest::keyClicks(the<QLineEdit>("replacementField"), "two");
         QTest::keyClick(the<QLineEdit>("replacementField"), Qt::Key_Return);
         QTRY_VERIFY(body().startsWith("<p>two o<b>n</b>e</p>"));
