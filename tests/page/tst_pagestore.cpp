@@ -303,6 +303,24 @@ private slots:
         }
     }
 
+    // Writing the edit moves tags and white space that are no part of it.
+    void editUndoneAfterASave_leavesTheFileAsItWas()
+    {
+        const QByteArray page = "<p>a</p></body>\n<!-- d -->\n</html>\n";
+        put("page.html", page.toStdString());
+        QVERIFY(open("page.html"));
+        QByteArray rendered = QByteArray::fromStdString(tree->document()->outerHtml());
+        auto edited = html::parse(rendered.replace("</p>", "</p>e").toStdString());
+        PageCommands(*tree, *stack)
+            .apply(differenceTo(*tree->document(), **edited), QString(), PageCommands::Merging::Separate);
+        QVERIFY(store->save(at("page.html")));
+        const QByteArray saved = "<p>a</p>e\n\n\n</body><!-- d --></html>";
+        QCOMPARE(QByteArray::fromStdString(*readFile(at("page.html"))), saved);
+        stack->undo();
+        QVERIFY(store->save(at("page.html")));
+        QCOMPARE(QByteArray::fromStdString(*readFile(at("page.html"))), page);
+    }
+
     void elementAtTheEndOfTheBody_standsBeforeItsEndTag()
     {
         const QByteArray page = "<html>\n<body>\n<h1>b</h1>\n<p>a</p>\n</body>\n</html>\n";
