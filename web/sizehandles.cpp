@@ -322,6 +322,14 @@ void SizeHandles::giveUp()
     update();
 }
 
+// While an edge is dragged, Escape is no shortcut of the window.
+bool SizeHandles::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride && m_drag)
+        event->accept();
+    return QWidget::event(event);
+}
+
 void SizeHandles::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Escape)
