@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "app/desktopstyle.h"
 
+#include "desktop/focuslook.h"
 #include "desktop/icons.h"
 #include "desktop/screenroom.h"
 
@@ -125,6 +126,21 @@ QSize DesktopStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
 {
     const QSize usual = QProxyStyle::sizeFromContents(type, option, contents, widget);
     return type == CT_MenuItem && option ? usual + QSize(option->fontMetrics.height() / 2, 0) : usual;
+}
+
+void DesktopStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                               const QWidget* widget) const
+{
+    const auto* const item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
+    if (element != CE_ItemViewItem || !item) {
+        QProxyStyle::drawControl(element, option, painter, widget);
+        return;
+    }
+    QStyleOptionViewItem shown = *item;
+    // On a pale selection an icon looks as it does without one.
+    if (showFocus(shown) && !shown.icon.isNull())
+        shown.icon = shown.icon.pixmap(shown.decorationSize, painter->device()->devicePixelRatioF());
+    QProxyStyle::drawControl(element, &shown, painter, widget);
 }
 
 // Qt's own style draws arrows of one size, and the frame of a box darker than the window, which can't be seen on a dark one.

@@ -5,8 +5,8 @@
 
 namespace luma {
 
-/// The desktop's style with icons, check boxes and dialogs that are as large as the text asks for, and with hints, boxes and marks of
-/// tool bars that can be seen where the desktop is dark. Main thread only.
+/// The desktop's style with icons, check boxes and dialogs that are as large as the text asks for, with hints, boxes and marks of
+/// tool bars that can be seen where the desktop is dark, and with the accent colour in the view that has the focus alone. Main thread only.
 class DesktopStyle final : public QProxyStyle
 {
     Q_OBJECT
@@ -21,6 +21,8 @@ public:
     int pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& contents,
                            const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
     void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                        const QWidget* widget) const override;
     QIcon standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const override;

@@ -2,6 +2,7 @@
 #include "app/siteitemdelegate.h"
 
 #include "app/sitelist.h"
+#include "desktop/focuslook.h"
 
 #include <QApplication>
 #include <QPainter>
@@ -25,9 +26,11 @@ bool isFolder(const QModelIndex& index)
 
 } // namespace
 
-void SiteItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+void SiteItemDelegate::paint(QPainter* painter, const QStyleOptionViewItem& given,
                              const QModelIndex& index) const
 {
+    QStyleOptionViewItem option = given;
+    showFocus(option);
     QStyleOptionViewItem background = option;
     initStyleOption(&background, index);
     const QStyle* style = option.widget ? option.widget->style() : QApplication::style();

@@ -2,6 +2,7 @@
 #include "browser/filesystembrowsercell.h"
 
 #include "browser/filesystemmodel.h"
+#include "desktop/focuslook.h"
 #include "desktop/icons.h"
 
 #include <QAbstractItemView>
@@ -106,23 +107,6 @@ void paintArrow(QPainter* painter, const QStyleOptionViewItem& option)
                                   &arrow, painter, option.widget);
 }
 
-/// Only the column with the focus has the accent colour. A name that is edited has the focus inside it.
-void showInactive(QStyleOptionViewItem& option)
-{
-    const QWidget* const focused = QApplication::focusWidget();
-    if (!option.widget || option.widget == focused || option.widget->isAncestorOf(focused))
-        return;
-    const QColor base = option.palette.color(QPalette::Base);
-    const QColor text = option.palette.color(QPalette::Text);
-    constexpr float share = 0.2F;
-    const auto mixed = [](float one, float other) { return one + (other - one) * share; };
-    option.state &= ~QStyle::State_Active;
-    option.palette.setColor(QPalette::Highlight, QColor::fromRgbF(mixed(base.redF(), text.redF()),
-                                                                  mixed(base.greenF(), text.greenF()),
-                                                                  mixed(base.blueF(), text.blueF())));
-    option.palette.setColor(QPalette::HighlightedText, text);
-}
-
 } // namespace
 
 // The icon grows with the text.
@@ -149,7 +133,7 @@ void FileSystemBrowserCell::initStyleOption(QStyleOptionViewItem* option, const 
 {
     QStyledItemDelegate::initStyleOption(option, index);
     option->textElideMode = Qt::ElideMiddle;
-    showInactive(*option);
+    showFocus(*option);
     option->icon = isLeaf(index) ? icons::forFileName(option->text) : icons::folder();
 }
 

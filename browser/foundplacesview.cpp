@@ -2,6 +2,7 @@
 #include "browser/foundplacesview.h"
 
 #include "browser/foundplaces.h"
+#include "desktop/focuslook.h"
 
 #include <QApplication>
 #include <QHeaderView>
@@ -39,6 +40,7 @@ public:
         QString text = item.text;
         text.replace(u'\n', u' ');
         item.text.clear();
+        showFocus(item);
         const QStyle* const style = item.widget ? item.widget->style() : QApplication::style();
         style->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
         const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, nullptr, item.widget) + 1;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/outlinedelegate.h"
 
+#include "desktop/focuslook.h"
 #include "editor/outlinemodel.h"
 #include "web/codecolours.h"
 
@@ -111,6 +112,7 @@ void OutlineDelegate::paint(QPainter* painter, const QStyleOptionViewItem& optio
         return;
     QStyleOptionViewItem row = option;
     initStyleOption(&row, index);
+    showFocus(row);
     const QStyle& style = row.widget ? *row.widget->style() : *QApplication::style();
     const int margin = style.pixelMetric(QStyle::PM_FocusFrameHMargin, &row, row.widget) + 1;
     const QRect area =
