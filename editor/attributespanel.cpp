@@ -217,7 +217,8 @@ bool AttributesPanel::eventFilter(QObject* watched, QEvent* event)
                 m_controls.altText->heightForWidth(m_controls.altText->width()));
         return false;
     }
-    if (watched == m_controls.table->viewport() && event->type() == QEvent::Resize)
+    // The table itself may be on its way out with other events.
+    if (event->type() == QEvent::Resize && watched == m_controls.table->viewport())
         fitNames();
     if (watched != m_controls.table || event->type() != QEvent::KeyPress)
         return false;
