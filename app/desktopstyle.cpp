@@ -147,6 +147,13 @@ void DesktopStyle::drawControl(ControlElement element, const QStyleOption* optio
 void DesktopStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const
 {
+    if (const auto* const item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
+        element == PE_PanelItemViewRow && item) { // beside what drawControl() gets
+        QStyleOptionViewItem shown = *item;
+        showFocus(shown);
+        QProxyStyle::drawPrimitive(element, &shown, painter, widget);
+        return;
+    }
     const bool isOwn = baseStyle()->name() == QLatin1String("fusion");
     if (const double turn = turnOfArrow(element, *option);
         isOwn && turn >= 0 && sideFor(option->fontMetrics) > 20) {
