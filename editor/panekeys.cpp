@@ -60,7 +60,8 @@ void PaneKeys::go(int step) const
     for (int i = 1; i < count; ++i) {
         const int at = (from + (i * step) + count) % count;
         if (QWidget* const target = targetIn(m_panes[static_cast<std::size_t>(at)])) {
-            target->setFocus(Qt::TabFocusReason);
+            // Not with Tab as the reason: the engine would move the caret to the first field or link.
+            target->setFocus();
             return;
         }
     }

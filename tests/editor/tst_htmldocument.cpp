@@ -554,7 +554,7 @@ private slots:
 
     void panes_areReachedByKeyboard()
     {
-        open("<title>T</title><style>p{}</style><p>one</p>");
+        open("<title>T</title><style>p{}</style><p>one</p><h1><a href=x>two</a></h1>");
         trigger("rulesAction");
         trigger("pageCheckAction");
         click("<p>");
@@ -585,6 +585,7 @@ private slots:
             QTest::keyClick(the<QWidget>(field), Qt::Key_Escape);
             QTRY_VERIFY2(isIn("contentView"), field);
         }
+        QCOMPARE(answer("getSelection().anchorNode.textContent"), "one");
     }
 
     void commandsOfTheProgram_areAskedFor_data()
