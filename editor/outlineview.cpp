@@ -13,6 +13,7 @@
 #include <QHeaderView>
 #include <QMimeData>
 #include <QScrollBar>
+#include <QTimer>
 
 #include <algorithm>
 
@@ -56,12 +57,12 @@ void OutlineView::setModel(QAbstractItemModel* model)
         m_kept = OutlineModel::nodeAt(currentIndex());
         collapseAll();
     });
-    // In an event of its own, as each of the two takes its time with a large page. Nothing is drawn in between.
+    // Each of the two takes its time with a large page. Input comes in between, which it would not with 0 ms; nothing is drawn.
     connect(model, &QAbstractItemModel::layoutChanged, this, [this] {
         viewport()->setUpdatesEnabled(false);
         if (!currentIndex().isValid() && m_kept)
             setCurrentIndex(static_cast<const OutlineModel*>(this->model())->indexOf(m_kept->parent()));
-        QMetaObject::invokeMethod(this, &OutlineView::expandAgain, Qt::QueuedConnection);
+        QTimer::singleShot(1, this, &OutlineView::expandAgain);
     });
     expandAll();
 }
