@@ -7,13 +7,13 @@
 
 #include <QApplication>
 #include <QDialog>
-#include <QFontInfo>
 #include <QFontMetrics>
 #include <QPainter>
 #include <QStyleOption>
 #include <QWidget>
 
 #include <algorithm>
+#include <optional>
 
 namespace luma {
 
@@ -66,6 +66,16 @@ void drawArrow(const QStyleOption& option, double turn, QPainter& painter)
     painter.restore();
 }
 
+/// The selected item as a view without the focus shows it; nothing for any other one.
+std::optional<QStyleOptionViewItem> paleItem(const QStyleOption& option)
+{
+    const auto* const item = qstyleoption_cast<const QStyleOptionViewItem*>(&option);
+    if (!item || !item->state.testFlag(QStyle::State_Selected))
+        return {};
+    QStyleOptionViewItem pale = *item;
+    return showFocus(pale) ? std::optional(pale) : std::nullopt;
+}
+
 } // namespace
 
 void DesktopStyle::use()
@@ -88,16 +98,15 @@ void DesktopStyle::polish(QPalette& palette)
     }
 }
 
-// The layouts of our dialogs are drawn for text of 10 pt. A size that the user gave is set later.
+// The layouts of our dialogs have a size. One that the user gave is set later.
 void DesktopStyle::polish(QWidget* widget)
 {
     QProxyStyle::polish(widget);
-    constexpr double drawnFor = 13; // pixels
-    const double growth = QFontInfo(widget->font()).pixelSize() / drawnFor;
-    const bool isOurs =
-        QLatin1StringView(widget->metaObject()->className()).startsWith(QLatin1StringView("luma::"));
-    if (growth > 1 && isOurs && qobject_cast<QDialog*>(widget) && widget->testAttribute(Qt::WA_Resized))
-        widget->resize((widget->size() * growth).boundedTo(screenRoom(*widget).expandedTo(widget->size())));
+    if (!qobject_cast<QDialog*>(widget) || !widget->testAttribute(Qt::WA_Resized) ||
+        !QLatin1StringView(widget->metaObject()->className()).startsWith(QLatin1StringView("luma::")))
+        return;
+    const QSize room = screenRoom(*widget).expandedTo(widget->size());
+    widget->resize((widget->size() * textGrowth(*widget)).boundedTo(room));
 }
 
 int DesktopStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const
@@ -131,37 +140,29 @@ QSize DesktopStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
 void DesktopStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                                const QWidget* widget) const
 {
-    const auto* const item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
-    if (element != CE_ItemViewItem || !item) {
-        QProxyStyle::drawControl(element, option, painter, widget);
-        return;
-    }
-    QStyleOptionViewItem shown = *item;
+    auto pale = element == CE_ItemViewItem ? paleItem(*option) : std::nullopt;
     // On a pale selection an icon looks as it does without one.
-    if (showFocus(shown) && !shown.icon.isNull())
-        shown.icon = shown.icon.pixmap(shown.decorationSize, painter->device()->devicePixelRatioF());
-    QProxyStyle::drawControl(element, &shown, painter, widget);
+    if (pale && !pale->icon.isNull())
+        pale->icon = pale->icon.pixmap(pale->decorationSize, painter->device()->devicePixelRatioF());
+    QProxyStyle::drawControl(element, pale ? &*pale : option, painter, widget);
 }
 
 // Qt's own style draws arrows of one size, and the frame of a box darker than the window, which can't be seen on a dark one.
 void DesktopStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                                  const QWidget* widget) const
 {
-    if (const auto* const item = qstyleoption_cast<const QStyleOptionViewItem*>(option);
-        element == PE_PanelItemViewRow && item) { // beside what drawControl() gets
-        QStyleOptionViewItem shown = *item;
-        showFocus(shown);
-        QProxyStyle::drawPrimitive(element, &shown, painter, widget);
-        return;
-    }
-    const bool isOwn = baseStyle()->name() == QLatin1String("fusion");
-    if (const double turn = turnOfArrow(element, *option);
-        isOwn && turn >= 0 && sideFor(option->fontMetrics) > 20) {
+    const double turn = turnOfArrow(element, *option);
+    const bool isLargeArrow = turn >= 0 && sideFor(option->fontMetrics) > 20;
+    const bool isDarkBox = element == PE_IndicatorCheckBox && isDark(option->palette.color(QPalette::Base));
+    const bool isOurs = (isLargeArrow || isDarkBox) && baseStyle()->name() == QLatin1String("fusion");
+    if (isLargeArrow && isOurs) {
         drawArrow(*option, turn, *painter);
         return;
     }
-    QProxyStyle::drawPrimitive(element, option, painter, widget);
-    if (element != PE_IndicatorCheckBox || !isDark(option->palette.color(QPalette::Base)) || !isOwn)
+    // The row is what lies beside the item of drawControl().
+    const auto pale = element == PE_PanelItemViewRow ? paleItem(*option) : std::nullopt;
+    QProxyStyle::drawPrimitive(element, pale ? &*pale : option, painter, widget);
+    if (!isOurs)
         return;
     QColor frame = option->palette.color(QPalette::Text);
     frame.setAlpha(110);

@@ -12,8 +12,6 @@
 #include <QKeyEvent>
 #include <QScrollBar>
 
-#include <algorithm>
-
 namespace luma {
 
 namespace {
@@ -35,7 +33,7 @@ SiteListWindow::SiteListWindow(SiteList& sites, QWidget* parent)
     m_ui->splitter->setStretchFactor(1, 1);
     m_ui->splitter->setSizes({280, 760});
     setMinimumHeight(320);
-    resize(1060, std::max(460, 29 * fontMetrics().height()));
+    resize(1060, qRound(460 * textGrowth(*this)));
     fitHeightToScreen(*this);
     m_ui->sitesTableView->setFocus();
     WindowRegistry::instance().fill(m_ui->windowsMenu);

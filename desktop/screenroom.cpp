@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "desktop/screenroom.h"
 
+#include <QFontInfo>
 #include <QScreen>
 #include <QWidget>
 
@@ -16,6 +17,12 @@ QSize screenRoom(const QWidget& window)
 void fitHeightToScreen(QWidget& window)
 {
     window.resize(window.width(), std::min(window.height(), screenRoom(window).height()));
+}
+
+double textGrowth(const QWidget& widget)
+{
+    constexpr double drawnFor = 13; // pixels
+    return std::max(1.0, QFontInfo(widget.font()).pixelSize() / drawnFor);
 }
 
 } // namespace luma

@@ -14,4 +14,7 @@ QSize screenRoom(const QWidget& window);
 /// Makes a window that has no size from the user yet low enough for its screen. Main thread only.
 void fitHeightToScreen(QWidget& window);
 
+/// By how much the text of `widget` is larger than the 10 pt that our layouts are drawn for; 1 if it isn't. Main thread only.
+double textGrowth(const QWidget& widget);
+
 } // namespace luma

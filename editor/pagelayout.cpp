@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: GPL-3.0-or-later
 #include "editor/pagelayout.h"
 
+#include "desktop/screenroom.h"
+
 #include <QAction>
 #include <QDataStream>
 #include <QEvent>
-#include <QFontInfo>
 #include <QIODevice>
 #include <QMainWindow>
 #include <QScreen>
@@ -71,8 +72,7 @@ int PageLayout::widestOf(int side) const
 
 int PageLayout::ofText(int width) const
 {
-    constexpr double usual = 13; // the height of the text that the widths are for
-    return std::max(width, qRound(width * QFontInfo(m_window.font()).pixelSize() / usual));
+    return qRound(width * textGrowth(m_window));
 }
 
 void PageLayout::showStyleSheets() const
