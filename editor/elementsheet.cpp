@@ -69,10 +69,8 @@ void ElementSheet::fillPlaces()
                                                            : tr("After %1");
         m_ui->elementPlace->addItem(text.arg(name), static_cast<int>(each));
     }
-    const bool isInside = m_lastPlace != InsertPlace::Before && m_lastPlace != InsertPlace::After;
-    const bool takesNone = element && (html::isVoid(*element) || html::hasRawText(*element) ||
-                                       html::hasEscapableRawText(*element) || html::isServerCode(*element));
-    const InsertPlace wanted = isInside && takesNone ? InsertPlace::After : m_lastPlace;
+    const bool takesIt = !isInside(m_lastPlace) || !element || !isClosed(*element);
+    const InsertPlace wanted = takesIt ? m_lastPlace : InsertPlace::After;
     int known = m_ui->elementPlace->findData(static_cast<int>(wanted));
     if (known < 0 && wanted == InsertPlace::Caret)
         known = m_ui->elementPlace->findData(static_cast<int>(InsertPlace::First));

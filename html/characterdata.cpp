@@ -23,4 +23,12 @@ const std::string* textOf(const Node& node)
     return node.kind() == Node::Kind::Text ? &static_cast<const CharacterData&>(node).data() : nullptr;
 }
 
+std::string joinedText(const Node& first, const Node* behind)
+{
+    std::string text;
+    for (const Node* node = &first; node && node != behind && textOf(*node); node = node->next())
+        text += *textOf(*node);
+    return text;
+}
+
 } // namespace luma::html

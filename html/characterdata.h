@@ -29,4 +29,7 @@ private:
 /// The text of a text node, or null for any other node.
 const std::string* textOf(const Node& node);
 
+/// Text nodes that touch are one text: this one's and those of the nodes behind it, up to `behind` or to one that is no text.
+std::string joinedText(const Node& first, const Node* behind = nullptr);
+
 } // namespace luma::html

@@ -13,19 +13,6 @@
 
 namespace luma::html {
 
-namespace {
-
-bool isBlankUnit(const KeptChildren::Unit& unit)
-{
-    for (const Node* node = unit.node; node != unit.behind; node = node->next()) {
-        if (!isBlank(*textOf(*node)))
-            return false;
-    }
-    return true;
-}
-
-} // namespace
-
 KeptChildren::KeptChildren(const ParentNode& parent, const UnchangedNodes& unchanged, TypedBehindBody typed)
     : m_units(unitsOf(parent))
 {
@@ -146,7 +133,8 @@ void KeptChildren::releaseLastBlank(const Node& parent, TypedBehindBody typed)
     if (last == m_units.rend() || last->cluster + 1 < std::ptrdiff_t(m_clusters.size()) || last->length > 1 ||
         !textOf(*last->node))
         return;
-    if (last == m_units.rbegin() && (typed == TypedBehindBody::InPlace || isBlankUnit(*last)))
+    if (last == m_units.rbegin() &&
+        (typed == TypedBehindBody::InPlace || isBlank(joinedText(*last->node, last->behind))))
         return;
     const PageSource& source = *parent.origin().source;
     const SourceRange& tag = PageSource::recordOf(parent).start;

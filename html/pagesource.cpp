@@ -342,14 +342,6 @@ Node* followingJoined(const Node& node, const Document& document)
     return next;
 }
 
-std::string joinedText(const Node& first)
-{
-    std::string text;
-    for (const Node* node = &first; node && textOf(*node); node = node->next())
-        text += *textOf(*node);
-    return text;
-}
-
 } // namespace
 
 void PageSource::transfer(Document& from, Document& to)

@@ -34,7 +34,7 @@ struct SourceMarks
 {
     SourceRange start;
     SourceRange end;
-    std::vector<SourceRange> strayParts; // of a text, behind other markup: a table gave them up
+    std::vector<SourceRange> strayParts = {}; // of a text, behind other markup: a table gave them up
 };
 
 /// What the page's text says about one node of the tree that was parsed from it.

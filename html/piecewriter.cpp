@@ -19,15 +19,6 @@ namespace luma::html {
 
 namespace {
 
-// Text nodes that touch are one text.
-std::string joinedText(const Node& first, const Node* behind)
-{
-    std::string text;
-    for (const Node* node = &first; node != behind; node = node->next())
-        text += *textOf(*node);
-    return text;
-}
-
 TextPlace placeOf(const Node& text)
 {
     const Element* const parent = text.parent() ? text.parent()->asElement() : nullptr;

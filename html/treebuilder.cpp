@@ -219,7 +219,7 @@ public:
                                                                   declaration),
                                         next);
         if (end != std::string_view::npos)
-            mark(doctype, {rangeOf(source.substr(at, end + 1 - at)), {}, {}});
+            mark(doctype, {rangeOf(source.substr(at, end + 1 - at)), {}});
         else
             mark(doctype, {});
     }
@@ -238,15 +238,14 @@ private:
                 m_formTag = view(node.v.element.original_tag);
             const bool isCopy = (node.parse_flags & copies) != 0;
             mark(element, {isCopy ? SourceRange() : rangeOf(view(node.v.element.original_tag)),
-                           rangeOf(view(node.v.element.original_end_tag)),
-                           {}});
+                           rangeOf(view(node.v.element.original_end_tag))});
             return element;
         }
         const std::string_view original = view(node.v.text.original_text);
         m_isMisread = m_isMisread || m_names.isShownIn(node.v.text.text);
         if (node.type == GUMBO_NODE_COMMENT) {
             Node& comment = parent.append(makeComment(parent, node));
-            mark(comment, {rangeOf(original), {}, {}});
+            mark(comment, {rangeOf(original), {}});
             return comment;
         }
         std::string text = textOf(parent, node);
@@ -374,7 +373,7 @@ private:
         Node* const last = parent.lastChild();
         if (!last || last->kind() != Node::Kind::Text) {
             Node& added = parent.append(CharacterData::text(text));
-            mark(added, {range, {}, {}});
+            mark(added, {range, {}});
             return added;
         }
         static_cast<CharacterData*>(last)->append(text);

@@ -176,17 +176,6 @@ bool standsFirst(const QString& tag)
     return tag == u"caption" || tag == u"legend" || tag == u"summary";
 }
 
-bool isInside(InsertPlace place)
-{
-    return place != InsertPlace::Before && place != InsertPlace::After;
-}
-
-bool isClosed(const html::Element& element)
-{
-    return html::isServerCode(element) || html::isVoid(element) || html::hasRawText(element) ||
-           html::hasEscapableRawText(element);
-}
-
 QString reasonAgainstComment(const html::Element& parent)
 {
     return isClosed(parent) ? OfferTexts::tr("A comment can't stand in <%1>.").arg(tagNameOf(parent))
@@ -205,6 +194,12 @@ bool hasElementsBefore(const html::Node& node, InsertPlace place)
 }
 
 } // namespace
+
+bool isClosed(const html::Element& element)
+{
+    return html::isServerCode(element) || html::isVoid(element) || html::hasRawText(element) ||
+           html::hasEscapableRawText(element);
+}
 
 std::vector<InsertPlace> insertPlaces(const html::Node& node)
 {

@@ -15,6 +15,14 @@ class TagRules;
 /// rendering knows.
 enum class InsertPlace { Caret, First, Last, Before, After };
 
+/// Whether the new node becomes a child of the other one.
+constexpr bool isInside(InsertPlace place)
+{
+    return place != InsertPlace::Before && place != InsertPlace::After;
+}
+/// Whether an element can have no child but text that means itself alone, or none at all.
+bool isClosed(const html::Element& element);
+
 /// The places at a node of a page that may take elements, but for the caret's.
 std::vector<InsertPlace> insertPlaces(const html::Node& node);
 /// One of these places.
