@@ -41,6 +41,7 @@ OutlineEditor::OutlineEditor(OutlineView& view, PageEdits& edits, QObject* paren
             Qt::QueuedConnection);
     connect(view.model(), &QAbstractItemModel::rowsRemoved, this, &OutlineEditor::place,
             Qt::QueuedConnection);
+    connect(view.model(), &QAbstractItemModel::rowsMoved, this, &OutlineEditor::place, Qt::QueuedConnection);
     connect(view.model(), &QAbstractItemModel::modelReset, this, &OutlineEditor::place, Qt::QueuedConnection);
 }
 

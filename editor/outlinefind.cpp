@@ -123,6 +123,7 @@ void OutlineFind::connectChanges()
     connect(&m_outline, &OutlineModel::modelReset, this, &OutlineFind::forget);
     connect(&m_outline, &OutlineModel::layoutChanged, this, &OutlineFind::forget);
     connect(&m_outline, &OutlineModel::rowsInserted, this, &OutlineFind::forget);
+    connect(&m_outline, &OutlineModel::rowsMoved, this, &OutlineFind::forget);
     connect(&m_outline, &OutlineModel::rowsAboutToBeRemoved, this, &OutlineFind::forget);
     connect(&m_outline, &OutlineModel::dataChanged, this,
             [this](const QModelIndex&, const QModelIndex&, const QList<int>& roles) {

@@ -83,7 +83,7 @@ void OutlineModel::followTree()
                 noteInsertion(*parent, next, *nodes);
             });
     connect(&m_tree, &PageTree::inserted, this, [this] {
-        if (m_changing) {
+        if (!m_changing.empty()) {
             forgetChange();
             endInsertRows();
         }
@@ -93,9 +93,19 @@ void OutlineModel::followTree()
                 noteRemoval(*parent, first, end);
             });
     connect(&m_tree, &PageTree::removed, this, [this] {
-        if (m_changing) {
+        if (!m_changing.empty()) {
             forgetChange();
             endRemoveRows();
+        }
+    });
+    connect(&m_tree, &PageTree::aboutToMove, this,
+            [this](html::Node* node, html::ParentNode* parent, html::Node* next) {
+                noteMove(*node, {parent, next});
+            });
+    connect(&m_tree, &PageTree::moved, this, [this] {
+        if (!m_changing.empty()) {
+            forgetChange();
+            endMoveRows();
         }
     });
     connect(&m_tree, &PageTree::elementChanged, this, [this](html::Element* element) {
@@ -110,9 +120,9 @@ void OutlineModel::noteInsertion(html::ParentNode& parent, html::Node* next, con
                                      [this](const html::NodePtr& node) { return hasRow(*node); });
     if (count == 0)
         return;
-    m_changing = &parent;
-    const int row = rowFrom(parent, next);
-    beginInsertRows(indexOfParent(&parent), row, row + static_cast<int>(count) - 1);
+    Row& changing = *m_changing.emplace_back(rowOf(&parent));
+    const int number = numberFrom(changing, next);
+    beginInsertRows(indexOf(&changing), number, number + static_cast<int>(count) - 1);
 }
 
 void OutlineModel::noteRemoval(html::ParentNode& parent, html::Node* first, const html::Node* end)
@@ -123,9 +133,22 @@ void OutlineModel::noteRemoval(html::ParentNode& parent, html::Node* first, cons
     }
     if (m_leaving.empty())
         return;
-    m_changing = &parent;
-    const int row = rowFrom(parent, m_leaving.front());
-    beginRemoveRows(indexOfParent(&parent), row, row + static_cast<int>(m_leaving.size()) - 1);
+    Row& changing = *m_changing.emplace_back(rowOf(&parent));
+    const int number = numberFrom(changing, m_leaving.front());
+    beginRemoveRows(indexOf(&changing), number, number + static_cast<int>(m_leaving.size()) - 1);
+}
+
+void OutlineModel::noteMove(html::Node& node, const html::Position& to)
+{
+    const Row* const moving = rowOf(&node);
+    if (!moving)
+        return;
+    Row& from = *moving->above;
+    Row& target = *rowOf(to.parent);
+    const int number = numberFrom(target, to.next);
+    // It may pass nodes alone that have no rows.
+    if (beginMoveRows(indexOf(&from), moving->number, moving->number, indexOf(&target), number))
+        m_changing = {&from, &target};
 }
 
 bool OutlineModel::hasRow(const html::Node& node) const
@@ -136,12 +159,12 @@ bool OutlineModel::hasRow(const html::Node& node) const
     return !text || !trimmed(*text).empty();
 }
 
-int OutlineModel::rowFrom(const html::ParentNode& parent, const html::Node* child) const
+int OutlineModel::numberFrom(Row& parent, const html::Node* child) const
 {
-    const auto& children = childrenOf(parent);
+    const auto& rows = rowsBelow(parent);
     while (child && !hasRow(*child))
         child = child->next();
-    return child ? m_rows.at(child) : static_cast<int>(children.size());
+    return child ? m_rows.at(child).number : static_cast<int>(rows.size());
 }
 
 void OutlineModel::setShowsAllNodes(bool showsAll)
@@ -150,17 +173,19 @@ void OutlineModel::setShowsAllNodes(bool showsAll)
         return;
     emit layoutAboutToBeChanged();
     const QModelIndexList before = persistentIndexList();
+    std::vector<const html::Node*> nodes;
+    for (const QModelIndex& index : before)
+        nodes.push_back(nodeAt(index));
     m_showsAllNodes = showsAll;
     forgetRows();
     QModelIndexList after;
     // Qt forgets one of two that become the same index, and it would outlive the model.
     QSet<const html::Node*> taken;
-    for (const QModelIndex& index : before) {
-        if (hasRow(*nodeAt(index)))
-            taken.insert(nodeAt(index));
+    for (const html::Node* const node : nodes) {
+        if (hasRow(*node))
+            taken.insert(node);
     }
-    for (const QModelIndex& index : before) {
-        const html::Node* node = nodeAt(index);
+    for (const html::Node* node : nodes) {
         if (!hasRow(*node))
             node = taken.contains(node->parent()) ? nullptr : node->parent();
         taken.insert(node);
@@ -184,14 +209,17 @@ QString OutlineModel::rowText(const html::Node& node) const
     return text;
 }
 
-const std::vector<html::Node*>& OutlineModel::rowsBelow(const QModelIndex& index) const
+std::vector<html::Node*> OutlineModel::nodesBelow(const QModelIndex& index) const
 {
-    return childrenOf(*nodeOf(index));
+    std::vector<html::Node*> nodes;
+    for (const Row* const row : rowsBelow(*rowOrPage(index)))
+        nodes.push_back(row->node);
+    return nodes;
 }
 
 html::Node* OutlineModel::nodeAt(const QModelIndex& index)
 {
-    return index.isValid() ? static_cast<html::Node*>(index.internalPointer()) : nullptr;
+    return index.isValid() ? rowAt(index)->node : nullptr;
 }
 
 html::Element* OutlineModel::elementAt(const QModelIndex& index)
@@ -202,19 +230,34 @@ html::Element* OutlineModel::elementAt(const QModelIndex& index)
 
 QModelIndex OutlineModel::indexOf(const html::Node* node) const
 {
-    if (!node || !node->parent())
-        return {};
-    auto row = m_rows.find(node);
-    if (row == m_rows.end()) {
-        (void)childrenOf(*node->parent());
-        row = m_rows.find(node);
-    }
-    return row == m_rows.end() ? QModelIndex() : createIndex(row->second, 0, node);
+    return indexOf(rowOf(node));
 }
 
-QModelIndex OutlineModel::indexOfParent(html::ParentNode* parent) const
+QModelIndex OutlineModel::indexOf(Row* row) const
 {
-    return indexOf(parent);
+    return row && row->above ? createIndex(row->number, 0, row) : QModelIndex();
+}
+
+OutlineModel::Row* OutlineModel::rowOf(const html::Node* node) const
+{
+    (void)rowOrPage({});
+    std::vector<const html::Node*> unknown;
+    auto known = m_rows.end();
+    for (; node && (known = m_rows.find(node)) == m_rows.end(); node = node->parent())
+        unknown.push_back(node);
+    for (; !unknown.empty() && known != m_rows.end(); unknown.pop_back()) {
+        (void)rowsBelow(known->second);
+        known = m_rows.find(unknown.back());
+    }
+    return known == m_rows.end() ? nullptr : &known->second;
+}
+
+OutlineModel::Row* OutlineModel::rowOrPage(const QModelIndex& index) const
+{
+    if (index.isValid())
+        return rowAt(index);
+    html::Document* const page = m_tree.document();
+    return page ? &m_rows.try_emplace(page, Row{page}).first->second : nullptr;
 }
 
 QModelIndex OutlineModel::indexAtPath(const std::vector<int>& path) const
@@ -256,23 +299,25 @@ bool OutlineModel::toggleHidden(const QModelIndex& index)
     return true;
 }
 
-const std::vector<html::Node*>& OutlineModel::childrenOf(const html::ParentNode& parent) const
+const std::vector<OutlineModel::Row*>& OutlineModel::rowsBelow(Row& row) const
 {
-    const auto [found, isNew] = m_children.try_emplace(&parent);
-    if (isNew) {
-        for (html::Node* child = parent.firstChild(); child; child = child->next()) {
-            if (hasRow(*child)) {
-                m_rows[child] = static_cast<int>(found->second.size());
-                found->second.push_back(child);
-            }
-        }
+    if (row.below)
+        return *row.below;
+    std::vector<Row*>& rows = row.below.emplace();
+    const html::ParentNode* const parent = row.node->asParent();
+    for (html::Node* child = parent ? parent->firstChild() : nullptr; child; child = child->next()) {
+        if (!hasRow(*child))
+            continue;
+        Row& each = m_rows.try_emplace(child, Row{child}).first->second;
+        each.above = &row;
+        each.number = static_cast<int>(rows.size());
+        rows.push_back(&each);
     }
-    return found->second;
+    return rows;
 }
 
 void OutlineModel::forgetRows()
 {
-    m_children.clear();
     m_rows.clear();
     m_deepestLevel.reset();
 }
@@ -280,18 +325,16 @@ void OutlineModel::forgetRows()
 // Of a large page everything else stays known: the view asks for every row again.
 void OutlineModel::forgetChange()
 {
-    const html::ParentNode* const changed = std::exchange(m_changing, nullptr);
-    m_children.erase(changed);
     for (const html::Node* const gone : m_leaving) {
-        for (const html::Node* node = gone; node; node = node->following(*gone)) {
+        for (const html::Node* node = gone; node; node = node->following(*gone))
             m_rows.erase(node);
-            if (const html::ParentNode* const parent = node->asParent())
-                m_children.erase(parent);
-        }
     }
     m_leaving.clear();
     m_deepestLevel.reset();
-    (void)childrenOf(*changed); // numbers them anew
+    for (Row* const changed : std::exchange(m_changing, {})) {
+        changed->below.reset();
+        (void)rowsBelow(*changed); // numbers them anew
+    }
 }
 
 int OutlineModel::deepestLevel() const
@@ -301,33 +344,25 @@ int OutlineModel::deepestLevel() const
     return *m_deepestLevel + (m_showsAllNodes ? 1 : 0);
 }
 
-const html::ParentNode* OutlineModel::nodeOf(const QModelIndex& index) const
-{
-    if (const html::Node* const node = nodeAt(index))
-        return node->asParent();
-    return m_tree.document();
-}
-
 QModelIndex OutlineModel::index(int row, int column, const QModelIndex& parent) const
 {
-    const html::ParentNode* const node = nodeOf(parent);
-    if (!node || column != 0 || row < 0 || parent.column() > 0)
+    Row* const above = rowOrPage(parent);
+    if (!above || column != 0 || row < 0 || parent.column() > 0)
         return {};
-    const auto& children = childrenOf(*node);
+    const auto& rows = rowsBelow(*above);
     const auto at = static_cast<std::size_t>(row);
-    return at < children.size() ? createIndex(row, 0, children[at]) : QModelIndex();
+    return at < rows.size() ? createIndex(row, 0, rows[at]) : QModelIndex();
 }
 
 QModelIndex OutlineModel::parent(const QModelIndex& child) const
 {
-    const html::Node* const node = nodeAt(child);
-    return node ? indexOf(node->parent()) : QModelIndex();
+    return child.isValid() ? indexOf(rowAt(child)->above) : QModelIndex();
 }
 
 int OutlineModel::rowCount(const QModelIndex& parent) const
 {
-    const html::ParentNode* const node = nodeOf(parent);
-    return node && parent.column() <= 0 ? static_cast<int>(childrenOf(*node).size()) : 0;
+    Row* const row = rowOrPage(parent);
+    return row && parent.column() <= 0 ? static_cast<int>(rowsBelow(*row).size()) : 0;
 }
 
 int OutlineModel::columnCount(const QModelIndex&) const
@@ -337,8 +372,8 @@ int OutlineModel::columnCount(const QModelIndex&) const
 
 bool OutlineModel::hasChildren(const QModelIndex& parent) const
 {
-    const html::ParentNode* const node = nodeOf(parent);
-    return node && (m_showsAllNodes ? !childrenOf(*node).empty() : node->firstElement() != nullptr);
+    Row* const row = rowOrPage(parent);
+    return row && !rowsBelow(*row).empty();
 }
 
 QString OutlineModel::descriptionOf(const QModelIndex& index) const

@@ -45,7 +45,7 @@ public:
     [[nodiscard]] QString rowText(const html::Node& node) const;
     [[nodiscard]] std::vector<OutlinePart> partsOf(const html::Node& node) const;
     /// The nodes of the rows below `index`.
-    [[nodiscard]] const std::vector<html::Node*>& rowsBelow(const QModelIndex& index) const;
+    [[nodiscard]] std::vector<html::Node*> nodesBelow(const QModelIndex& index) const;
 
     /// The row at `path`, the positions among element children starting from the root element; invalid if
     /// there is none.
@@ -89,14 +89,28 @@ signals:
                      int childIndex, Qt::DropAction action);
 
 private:
+    /// What an index points to; of the document, too. The rows below are those that were asked for.
+    struct Row
+    {
+        html::Node* node = nullptr;
+        Row* above = nullptr;
+        int number = 0;
+        std::optional<std::vector<Row*>> below = {};
+    };
+
     void followTree();
     void noteInsertion(html::ParentNode& parent, html::Node* next, const html::NodeList& nodes);
     void noteRemoval(html::ParentNode& parent, html::Node* first, const html::Node* end);
-    const std::vector<html::Node*>& childrenOf(const html::ParentNode& parent) const;
-    /// The row that a child of `parent`, or the next one that has a row, stands in.
-    [[nodiscard]] int rowFrom(const html::ParentNode& parent, const html::Node* child) const;
-    [[nodiscard]] const html::ParentNode* nodeOf(const QModelIndex& index) const;
-    [[nodiscard]] QModelIndex indexOfParent(html::ParentNode* parent) const;
+    void noteMove(html::Node& node, const html::Position& to);
+    static Row* rowAt(const QModelIndex& index) { return static_cast<Row*>(index.internalPointer()); }
+    /// Null for a node that has none.
+    [[nodiscard]] Row* rowOf(const html::Node* node) const;
+    /// The page's own for an invalid index, null as long as there is no page.
+    [[nodiscard]] Row* rowOrPage(const QModelIndex& index) const;
+    [[nodiscard]] const std::vector<Row*>& rowsBelow(Row& row) const;
+    [[nodiscard]] QModelIndex indexOf(Row* row) const;
+    /// The number of the row below `parent` that this child, or the next one that has a row, stands in.
+    [[nodiscard]] int numberFrom(Row& parent, const html::Node* child) const;
     [[nodiscard]] QString descriptionOf(const QModelIndex& index) const;
     void forgetRows();
     void forgetChange();
@@ -112,11 +126,10 @@ private:
     QColor m_activeColour;
     QList<QPersistentModelIndex> m_hidden;
     bool m_showsAllNodes = false;
-    const html::ParentNode* m_changing = nullptr; // while rows come or go
+    std::vector<Row*> m_changing; // those whose rows below come, go or move
     std::vector<html::Node*> m_leaving;
-    // Cached until they change, because the tree's child lists are linked lists.
-    mutable std::unordered_map<const html::ParentNode*, std::vector<html::Node*>> m_children;
-    mutable std::unordered_map<const html::Node*, int> m_rows;
+    // Kept until they change, because the tree's child lists are linked lists.
+    mutable std::unordered_map<const html::Node*, Row> m_rows;
     mutable std::optional<int> m_deepestLevel;
 };
 

@@ -17,6 +17,7 @@ OutlineSelection::OutlineSelection(OutlineView& view, OutlineModel& model, ViewC
 {
     connect(view.selectionModel(), &QItemSelectionModel::selectionChanged, this,
             &OutlineSelection::noteChange);
+    connect(&model, &OutlineModel::rowsMoved, this, &OutlineSelection::changed);
     connect(&rendering, &ViewController::selectionRestored, this, [this] {
         if (std::exchange(m_waitsForPage, false))
             selectInPage(", false");
@@ -51,7 +52,9 @@ bool OutlineSelection::holdsCaret() const
 
 void OutlineSelection::select(const html::Node* node)
 {
-    m_view.setCurrentIndex(m_model.indexOf(node));
+    const QModelIndex index = m_model.indexOf(node);
+    m_view.setCurrentIndex(index);
+    m_view.scrollTo(index); // also where it was the current one
 }
 
 void OutlineSelection::setActiveElement(const std::vector<int>& path)

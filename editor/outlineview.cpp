@@ -51,13 +51,15 @@ void OutlineView::setModel(QAbstractItemModel* model)
 {
     QTreeView::setModel(model);
     connect(model, &QAbstractItemModel::modelReset, this, &OutlineView::expandAll);
+    connect(model, &QAbstractItemModel::rowsMoved, this,
+            [this](const QModelIndex&, int, int, const QModelIndex& target) { expand(target); });
     // Each expanded row is an index that the model would have to follow.
     connect(model, &QAbstractItemModel::layoutAboutToBeChanged, this, [this] {
         m_top = indexAt({});
         m_kept = OutlineModel::nodeAt(currentIndex());
         collapseAll();
     });
-    // Each of the two takes its time with a large page. Input comes in between, which it would not with 0 ms; nothing is drawn.
+    // Each of the three takes its time with a large page. Input comes in between, which it would not with 0 ms; nothing is drawn.
     connect(model, &QAbstractItemModel::layoutChanged, this, [this] {
         viewport()->setUpdatesEnabled(false);
         if (!currentIndex().isValid() && m_kept)
@@ -72,7 +74,7 @@ void OutlineView::expandAgain()
     expandAll();
     if (m_top.isValid())
         scrollTo(m_top, PositionAtTop);
-    viewport()->setUpdatesEnabled(true);
+    QTimer::singleShot(1, viewport(), [this] { viewport()->setUpdatesEnabled(true); });
 }
 
 int OutlineView::readableWidth() const

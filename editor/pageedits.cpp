@@ -394,7 +394,7 @@ void PageEdits::acceptDrop(const QPersistentModelIndex& dragged, const QPersiste
         }
         {
             const auto quiet = m_selection.quietly();
-            const auto& rows = static_cast<const OutlineModel*>(target.model())->rowsBelow(target);
+            const auto rows = static_cast<const OutlineModel*>(target.model())->nodesBelow(target);
             const bool isCopy = action == Qt::CopyAction;
             const html::Position place =
                 TagRules::dropPosition(*parent, rows, childIndex, isCopy ? nullptr : node);

@@ -95,8 +95,8 @@ public:
     MoveCommand(PageTree& tree, html::Node& node, const html::Position& to, const QString& name)
         : PageCommand(name), m_tree(tree), m_node(node), m_from(node.position()), m_to(to)
     {}
-    void redo() override { m_tree.insert(m_tree.take(m_node), m_to); }
-    void undo() override { m_tree.insert(m_tree.take(m_node), m_from); }
+    void redo() override { m_tree.move(m_node, m_to); }
+    void undo() override { m_tree.move(m_node, m_from); }
     void changeKept(const AttributesChange&) override {}
 
 private:

@@ -38,6 +38,22 @@ html::NodePtr PageTree::take(html::Node& node)
     return std::move(taken.front());
 }
 
+void PageTree::move(html::Node& node, const html::Position& to)
+{
+    html::ParentNode& from = *node.parent();
+    html::Node* const previous = node.previous();
+    html::Node* const next = node.next();
+    emit aboutToMove(&node, to.parent, to.next);
+    html::NodePtr detached = node.detach();
+    emit exchanged(&from, previous, next);
+    to.parent->insert(std::move(detached), to.next);
+    emit moved();
+    tellChanged(from);
+    if (to.parent != &from)
+        tellChanged(*to.parent);
+    emit exchanged(to.parent, node.previous(), node.next());
+}
+
 void PageTree::swapAttributes(html::Element& element, std::vector<html::Attribute>& attributes)
 {
     element.swapAttributes(attributes);

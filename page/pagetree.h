@@ -32,6 +32,8 @@ public:
 
     html::Node& insert(html::NodePtr node, const html::Position& position);
     [[nodiscard]] html::NodePtr take(html::Node& node);
+    /// Both in one, so that what refers to the node may stay.
+    void move(html::Node& node, const html::Position& to);
     void swapAttributes(html::Element& element, std::vector<html::Attribute>& attributes);
     /// Swaps the nodes between two children of `parent` (null: from the beginning, to the end) with `nodes`. A second
     /// call with the same arguments undoes the first.
@@ -46,6 +48,9 @@ signals:
     /// The children from `first` up to `end` (null: to the last) leave `parent`.
     void aboutToRemove(html::ParentNode* parent, html::Node* first, html::Node* end);
     void removed();
+    /// The node goes from its place to the one in front of the child `next` of `parent` (null: at the end).
+    void aboutToMove(html::Node* node, html::ParentNode* parent, html::Node* next);
+    void moved();
     /// The element's own attributes or text changed.
     void elementChanged(html::Element* element);
     /// One of the primitives is done: the element's attributes are others, or what is between two children of

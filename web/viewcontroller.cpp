@@ -489,8 +489,11 @@ void ViewController::showSource()
 {
     whenCaughtUp(this, [this] {
         const PageDocument::Source source = m_document.source();
-        const auto before = QString::fromUtf8(source.text.data(), static_cast<qsizetype>(source.place));
-        m_sourcePanel->begin(QString::fromStdString(source.text), before.size());
+        const auto place = QString::fromUtf8(source.text.data(), static_cast<qsizetype>(source.place)).size();
+        // Input comes in between: each of the two takes its time with a large page.
+        QTimer::singleShot(1, m_sourcePanel, [this, text = QString::fromStdString(source.text), place] {
+            m_sourcePanel->begin(text, place);
+        });
     });
 }
 

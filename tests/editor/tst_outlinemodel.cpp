@@ -221,6 +221,47 @@ private slots:
         QVERIFY(stack->isClean());
     }
 
+    void move_keepsTheRow_data()
+    {
+        const test::Rows<QByteArray, QByteArray, QByteArray> row("moved", "parent", "next");
+        row("into another", "#b", "#two", "");
+        row("in front of a sibling", "#c", "#one", "#a");
+        row("to the end", "#a", "#one", "");
+        row("outwards", "#b", "body", "#two");
+        row("with rows below", "#one", "#deep", "");
+        row("over white space", "#a", "#one", "#b");
+    }
+    void move_keepsTheRow()
+    {
+        QFETCH(QByteArray, moved);
+        QFETCH(QByteArray, parent);
+        QFETCH(QByteArray, next);
+        for (const bool showsAll : {false, true}) {
+            tree->setDocument(
+                parsed("<body><div id=one><p id=a>x</p> \n<p id=b><i>y</i></p>z<p id=c></p></div>"
+                       "<!--c--><div id=two> <b id=deep></b></div>"));
+            model->setShowsAllNodes(showsAll);
+            const QStringList before = rows();
+            const QPersistentModelIndex moving = model->indexOf(find(moved.toStdString()));
+            const QPersistentModelIndex inner = model->index(0, 0, moving);
+            const QString innerText = inner.data().toString();
+            QVERIFY(model->toggleHidden(moving));
+            commands->move(*find(moved.toStdString()),
+                           {find(parent.toStdString()), next.isEmpty() ? nullptr : find(next.toStdString())});
+            QCOMPARE(OutlineModel::nodeAt(moving), find(moved.toStdString()));
+            QCOMPARE(QModelIndex(moving), model->indexOf(find(moved.toStdString())));
+            QVERIFY(model->hidden().contains(moving));
+            QCOMPARE(inner.data().toString(), innerText);
+            const QStringList after = rows();
+            model->setShowsAllNodes(!showsAll);
+            model->setShowsAllNodes(showsAll); // forgets all rows
+            QCOMPARE(rows(), after);
+            stack->undo();
+            QCOMPARE(rows(), before);
+            QCOMPARE(QModelIndex(moving), model->indexOf(find(moved.toStdString())));
+        }
+    }
+
     void title_isChangedOrMade()
     {
         commands->setTitle("New & <old>");
