@@ -13,6 +13,12 @@ function makeEditable() {
 
 makeEditable();
 
+// The engine types only into an element that has the focus, and only a click would give it to one.
+addEventListener('focus', () => {
+    if (!document.querySelector(':focus'))
+        document.body?.focus({ preventScroll: true });
+});
+
 // Makes "document.body.scrollTop" the scroll position of the page, whichever element scrolls: in standards mode
 // that is the root element, and the body's own value stays 0 (CSSOM View, scrollingElement). Only the editor's
 // scripts see this accessor.

@@ -588,6 +588,30 @@ private slots:
         QCOMPARE(answer("getSelection().anchorNode.textContent"), "one");
     }
 
+    void page_takesKeysWithoutAClick_data()
+    {
+        const test::Rows<QByteArray, QByteArray> row("chosen", "result");
+        row("nothing", "", "<p>xone</p><h1>two</h1>");
+        row("a row", "<h1>", "<p>one</p><h1>x</h1>");
+    }
+    void page_takesKeysWithoutAClick()
+    {
+        open("<title>T</title><p>one</p><h1>two</h1>");
+        QFETCH(QByteArray, chosen);
+        if (!chosen.isEmpty()) {
+            click(chosen.constData());
+            QTRY_COMPARE(answer("getSelection().toString()"), "two");
+        }
+        outline()->setFocus();
+        QTRY_VERIFY(outline()->hasFocus());
+        QTest::keyClick(outline(), Qt::Key_Escape);
+        QTRY_VERIFY(rendering().webView()->focusProxy()->hasFocus());
+        QTRY_COMPARE(answer("document.hasFocus()"), "true");
+        type("x");
+        QFETCH(QByteArray, result);
+        QTRY_COMPARE(body(), result);
+    }
+
     void commandsOfTheProgram_areAskedFor_data()
     {
         const test::Rows<QByteArray> row("signal");
