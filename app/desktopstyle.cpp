@@ -4,6 +4,7 @@
 #include "desktop/focuslook.h"
 #include "desktop/icons.h"
 #include "desktop/screenroom.h"
+#include "desktop/themeiconengine.h"
 
 #include <QApplication>
 #include <QDialog>
@@ -173,11 +174,14 @@ void DesktopStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
     painter->restore();
 }
 
-// The style's own mark of a tool bar that hides buttons is black.
+// The style's own mark of a tool bar that hides buttons is black, and so may be the theme's icons of a dialog's buttons.
 QIcon DesktopStyle::standardIcon(StandardPixmap icon, const QStyleOption* option, const QWidget* widget) const
 {
-    return icon == SP_ToolBarHorizontalExtensionButton ? icons::symbol(QStringLiteral("more"))
-                                                       : QProxyStyle::standardIcon(icon, option, widget);
+    if (icon == SP_ToolBarHorizontalExtensionButton)
+        return icons::symbol(QStringLiteral("more"));
+    const QIcon standard = QProxyStyle::standardIcon(icon, option, widget);
+    const bool isOfButton = icon >= SP_DialogOkButton && icon <= SP_DialogNoButton;
+    return isOfButton && !standard.isNull() ? QIcon(new ThemeIconEngine(standard)) : standard;
 }
 
 } // namespace luma
