@@ -17,6 +17,7 @@ MarkupSheet::MarkupSheet(PageEdits& edits, QWidget* parent)
 {
     m_ui->setupUi(this);
     m_ui->markupReason->hide();
+    m_ui->markupField->setLineWrapMode(QPlainTextEdit::WidgetWidth); // many a page has one line
     new CodeHighlighter(CodeHighlighter::Language::Html, m_ui->markupField);
     connect(m_ui->markupCancelButton, &QPushButton::clicked, this, &QDialog::reject);
     connect(m_ui->markupButton, &QPushButton::clicked, this, &MarkupSheet::commit);
