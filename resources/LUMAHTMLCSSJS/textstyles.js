@@ -203,11 +203,15 @@ function freeFrom(styled, node) {
 // Styles that are chosen at a caret: what is typed next there gets them, or is freed from them.
 
 function toggleNextStyle(title) {
-    const { startContainer: node, startOffset: offset } = currentRange();
     const titles = new Set(takePendingStyles());
     if (!titles.delete(title))
         titles.add(title);
-    typing.next = { node, offset, titles: Array.from(titles) };
+    waitWithStyles(Array.from(titles));
+}
+
+function waitWithStyles(titles) {
+    const { startContainer: node, startOffset: offset } = currentRange();
+    typing.next = { node, offset, titles };
 }
 
 // None where the caret has moved on.
@@ -223,8 +227,26 @@ function takePendingStyles() {
     return titles;
 }
 
+// The styles chosen at the caret that the edit has not brought about go on waiting, for the next letter.
+function withWaitingStyles(edit) {
+    const pending = takePendingStyles();
+    const before = getTextTags();
+    const result = edit(pending);
+    const now = getTextTags();
+    waitWithStyles(pending.filter((title) => now.includes(title) === before.includes(title)));
+    return result;
+}
+
+// From the innermost element outwards, so that those around keep what else is in them.
 function styleTyped(node, offset, length, titles) {
-    for (const title of titles) {
+    const depthOf = (title) => {
+        let depth = 0;
+        for (let each = node.parentElement.closest(textStyles[title].selector); each; each = each.parentElement)
+            ++depth;
+        return depth;
+    };
+    const depths = new Map(titles.map((title) => [title, depthOf(title)]));
+    for (const title of Array.from(titles).sort((a, b) => depths.get(b) - depths.get(a))) {
         getSelection().setBaseAndExtent(node, offset, node, offset + length);
         toggleStyle(title);
         ({ startContainer: node, startOffset: offset } = currentRange());

@@ -28,7 +28,7 @@ document.addEventListener('beforeinput', (event) => {
 document.addEventListener('input', () => cleanUp(), true);
 
 const inputHandlers = {
-    insertParagraph,
+    insertParagraph: () => currentRange() !== null && withWaitingStyles(insertParagraph),
     insertText,
     deleteContentBackward: (event) => deleteAt('start', event),
     deleteContentForward: (event) => deleteAt('end', event),
@@ -47,8 +47,6 @@ const inputHandlers = {
 // Enter
 
 function insertParagraph() {
-    if (!currentRange())
-        return false;
     deleteSelection();
     settleBlank();
     const range = currentRange();
@@ -101,8 +99,10 @@ function insertText(event) {
         makeRoomInSelection();
     makeParagraphInBody();
     const { node, offset } = textAtCaret();
-    if (event.data === ' ' && !keepsBlanks(node))
-        return insertBlank(node, offset);
+    if (event.data === ' ' && !keepsBlanks(node)) {
+        withWaitingStyles((pending) => typeBlank(node, offset, pending));
+        return true;
+    }
     const pending = takePendingStyles();
     insertInto(node, offset, event.data);
     dropPlaceholder(node);
@@ -173,15 +173,26 @@ function insertInto(node, offset, text) {
     setCaret(node, offset + text.length);
 }
 
-// One blank separates words. A second one would be invisible, so the caret only moves over the first. At the end of
+// A blank leaves the styles that were switched off; those that were switched on wait for a letter.
+function typeBlank(node, offset, pending) {
+    const ended = pending.filter((title) => getTextTags().includes(title));
+    if (!insertBlank(node, offset) || ended.length === 0)
+        return;
+    const isOurs = typing.blank === node;
+    styleTyped(node, offset, 1, ended);
+    if (isOurs)
+        typing.blank = currentRange().startContainer;
+}
+
+// Returns whether there is a new blank. One blank separates words. A second one would be invisible, so the caret only moves over the first. At the end of
 // a line a blank is a no-break space, which is visible, until something follows it or the caret leaves.
 function insertBlank(node, offset) {
     const isSpace = (character) => /[ \t\r\n\f\u00a0]/.test(character || '');
     if (isSpace(node.data[offset - 1]))
-        return true;
+        return false;
     if (isSpace(node.data[offset]) && node.data.slice(offset).trim() !== '') {
         setCaret(node, offset + 1);
-        return true;
+        return false;
     }
     if (isAtEdge(currentRange(), blockOf(node), 'end')) {
         node.replaceData(offset, node.length - offset, '\u00a0');

@@ -49,6 +49,7 @@ private:
             {"WordBehind", {Qt::Key_Delete, Qt::ControlModifier}},
             {"Word", {Qt::Key_Backspace, Qt::ControlModifier}},
             {"Bold", {Qt::Key_B, Qt::ControlModifier}},
+            {"Italic", {Qt::Key_I, Qt::ControlModifier}},
         };
         for (qsizetype at = 0; at < keys.size();) {
             const qsizetype end = keys.indexOf('>', at);
@@ -191,6 +192,16 @@ private slots:
             "<table><tbody><tr><td>a</td><td><br></td><td>e</td></tr></tbody></table>");
         row("triple click", "<p>[one</p><p>]two</p>", "x", "<p>x</p><p>two</p>");
         row("bold at a caret", "<p>one| two</p>", "<Bold>xy<Bold>z", "<p>one<b>xy</b>z two</p>");
+        row("bold word", "<p>one|</p>", " <Bold>two<Bold> three", "<p>one <b>two</b> three</p>");
+        row("bold before a blank", "<p>one|</p>", "<Bold> two", "<p>one <b>two</b></p>");
+        row("bold off before a blank", "<p><b>one|</b> four</p>", "<Bold> two", "<p><b>one</b> two four</p>");
+        row("two styles off before a blank", "<p>|</p>", "<Bold><Italic>one<Bold><Italic> two  three",
+            "<p><b><i>one</i></b> two three</p>");
+        row("two styles off in the middle", "<p><b><i>one|</i></b> four</p>", "<Bold><Italic> two",
+            "<p><b><i>one</i></b> two four</p>");
+        row("bold off before Enter", "<p><b>one|</b></p>", "<Bold><Enter>two", "<p><b>one</b></p><p>two</p>");
+        row("bold before Enter", "<p>one|</p>", "<Bold><Enter>two", "<p>one</p><p><b>two</b></p>");
+        row("bold off over a blank", "<p><b>one| two</b></p>", "<Bold> x", "<p><b>one </b>x<b>two</b></p>");
         row("page that begins with a template", "<template><p>t</p></template>|one", "x",
             "<template><p>t</p></template>xone");
         row("page that begins with an element of its own", "<x-top><p>t</p></x-top>o|ne", "x",
