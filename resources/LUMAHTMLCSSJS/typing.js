@@ -6,13 +6,19 @@
 const typing = {
     blank: null, // the text node that ends in a no-break space of ours
     keys: 0, // pressed since the page was loaded
+    link: null, // whose text is being typed
     next: null, // the styles chosen for what is typed next, and where
 };
 
 // The number of keys that have arrived; the editor waits for those that it sent.
 const countOfKeys = () => typing.keys;
 
-document.addEventListener('keydown', () => ++typing.keys, true);
+document.addEventListener('keydown', ({ key }) => {
+    ++typing.keys;
+    if (/^(Arrow|Home|End|Page)/.test(key))
+        typing.link = null;
+}, true);
+document.addEventListener('mousedown', () => { typing.link = null; }, { capture: true, passive: true });
 
 document.addEventListener('beforeinput', (event) => {
     // What is typed into a form field is no part of the page.
@@ -97,19 +103,47 @@ function insertText(event) {
         return false;
     if (!range.collapsed)
         makeRoomInSelection();
+    else if (isBehindLink(range) && !/[\p{L}\p{N}]/u.test(event.data))
+        leaveLink(linkAt(range));
     makeParagraphInBody();
+    typing.link = linkAt(currentRange());
+    insertAtCaret(event.data);
+    return true;
+}
+
+function insertAtCaret(data) {
     const { node, offset } = textAtCaret();
-    if (event.data === ' ' && !keepsBlanks(node)) {
+    if (data === ' ' && !keepsBlanks(node)) {
         withWaitingStyles((pending) => typeBlank(node, offset, pending));
-        return true;
+        return;
     }
     const pending = takePendingStyles();
-    insertInto(node, offset, event.data);
+    insertInto(node, offset, data);
     dropPlaceholder(node);
     settleBlank();
     if (pending.length > 0)
-        styleTyped(node, offset, event.data.length, pending);
-    return true;
+        styleTyped(node, offset, data.length, pending);
+}
+
+const linkAt = ({ startContainer: node }) => (node instanceof Element ? node : node.parentElement)?.closest('a[href]');
+
+// At the end of a link in running text, which a blank or a mark leaves; a letter still belongs to its last word. A link
+// that is all of its line, as in a menu, is longer then, and so is one whose text is just being typed.
+function isBehindLink(range) {
+    const link = linkAt(range);
+    if (!link || link === typing.link || !isAtEdge(range, link, 'end'))
+        return false;
+    const block = blockOf(range.startContainer);
+    const line = document.createRange();
+    line.selectNodeContents(block);
+    return block !== link && block.contains(link)
+        && leavesOf(line).some((leaf) => leaf instanceof Text && !leaf.parentElement.closest('a[href]'));
+}
+
+function leaveLink(link) {
+    if (!(link.nextSibling instanceof Text))
+        link.after('');
+    setCaret(link.nextSibling, 0);
 }
 
 // Directly in the body a paragraph is begun, but text that stands there stays as it is.

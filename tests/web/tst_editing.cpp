@@ -200,6 +200,22 @@ private slots:
         row("two styles off in the middle", "<p><b><i>one|</i></b> four</p>", "<Bold><Italic> two",
             "<p><b><i>one</i></b> two four</p>");
         row("bold off before Enter", "<p><b>one|</b></p>", "<Bold><Enter>two", "<p><b>one</b></p><p>two</p>");
+        row("blank behind a link", "<p>See <a href=\"x\">here|</a></p>", " now",
+            "<p>See <a href=\"x\">here</a> now</p>");
+        row("mark behind a link", "<p>See <a href=\"x\"><b>here|</b></a></p>", ", now",
+            "<p>See <a href=\"x\"><b>here</b></a>, now</p>");
+        row("enter behind a link", "<p>See <a href=\"x\">here|</a></p>", "<Enter>two",
+            "<p>See <a href=\"x\">here</a></p><p>two</p>");
+        row("letters behind a link", "<p>See <a href=\"x\">her|</a>.</p>", "e too",
+            "<p>See <a href=\"x\">here too</a>.</p>");
+        row("blank over a blank behind a link", "<p>See <a href=\"x\">here|</a> now</p>", " x",
+            "<p>See <a href=\"x\">here</a> xnow</p>");
+        row("behind a link in a menu", "<ul><li><a href=\"x\">Home|</a></li></ul>", " page",
+            "<ul><li><a href=\"x\">Home page</a></li></ul>");
+        row("new text of a link", "<p>See <a href=\"x\">[here]</a>.</p>", "the<Backspace>e page",
+            "<p>See <a href=\"x\">the page</a>.</p>");
+        row("behind the new text of a link", "<p>See <a href=\"x\">[here]</a></p>", "there<Left><Right> now",
+            "<p>See <a href=\"x\">there</a> now</p>");
         row("bold before Enter", "<p>one|</p>", "<Bold><Enter>two", "<p>one</p><p><b>two</b></p>");
         row("bold off over a blank", "<p><b>one| two</b></p>", "<Bold> x", "<p><b>one </b>x<b>two</b></p>");
         row("page that begins with a template", "<template><p>t</p></template>|one", "x",
