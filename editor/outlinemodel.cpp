@@ -448,7 +448,7 @@ QStringList OutlineModel::mimeTypes() const
 QMimeData* OutlineModel::mimeData(const QModelIndexList& indexes) const
 {
     const html::Node* const node = indexes.isEmpty() ? nullptr : nodeAt(indexes.first());
-    if (!m_rules.canMove(node))
+    if (!node || !m_rules.canMove(node))
         return nullptr;
     const html::Element* const above = node->parent()->asElement();
     const QVariantMap record = {
