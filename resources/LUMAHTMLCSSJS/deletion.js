@@ -40,12 +40,39 @@ function deleteAfter({ startContainer: node, startOffset: offset }) {
 }
 
 function deleteLetters(node, from, length) {
-    if (length === 0 || length === node.length)
+    if (length === 0)
         return false;
+    if (length === node.length)
+        return deleteText(node);
     settleBlank();
     node.deleteData(from, length);
     setCaret(node, from);
     showLastBlank();
+    return true;
+}
+
+// With the last letter of a styled text its elements go; what is typed next gets their styles. The engine would leave a
+// no-break space beside it.
+function deleteText(node) {
+    const block = blockOf(node);
+    let gone = node;
+    while (gone.parentNode !== block && gone.parentNode.childNodes.length === 1
+        && gone.parentNode.matches(`a, ${allInlineStyles}`))
+        gone = gone.parentNode;
+    const before = gone.previousSibling;
+    const after = gone.nextSibling;
+    if (!(before instanceof Text || after instanceof Text))
+        return false;
+    settleBlank();
+    const titles = getTextTags();
+    if (before instanceof Text)
+        setCaret(before, before.length);
+    else
+        setCaret(after, 0);
+    gone.remove();
+    showLastBlank();
+    const now = getTextTags();
+    waitWithStyles(titles.filter((title) => !now.includes(title) && textStyles[title].inline));
     return true;
 }
 

@@ -200,6 +200,12 @@ private slots:
         row("two styles off in the middle", "<p><b><i>one|</i></b> four</p>", "<Bold><Italic> two",
             "<p><b><i>one</i></b> two four</p>");
         row("bold off before Enter", "<p><b>one|</b></p>", "<Bold><Enter>two", "<p><b>one</b></p><p>two</p>");
+        row("last letter of a styled word", "<p>a <b>b|</b></p>", "<Backspace>c", "<p>a <b>c</b></p>");
+        row("last letter before a blank", "<p>a<b>b|</b> c</p>", "<Backspace>", "<p>a c</p>");
+        row("last letters of two styles", "<p>a <b><i>xy|</i></b></p>", "<Backspace><Backspace>",
+            "<p>a </p>");
+        row("only letter of a style", "<p>a|</p>", "<Bold>x<Backspace>b<Bold> c", "<p>a<b>b</b> c</p>");
+        row("last letter of a link", "<p>See <a href=\"x\">y|</a>.</p>", "<Backspace>z", "<p>See z.</p>");
         row("blank behind a link", "<p>See <a href=\"x\">here|</a></p>", " now",
             "<p>See <a href=\"x\">here</a> now</p>");
         row("mark behind a link", "<p>See <a href=\"x\"><b>here|</b></a></p>", ", now",
