@@ -7,6 +7,7 @@ const typing = {
     blank: null, // the text node that ends in a no-break space of ours
     keys: 0, // pressed since the page was loaded
     link: null, // whose text is being typed
+    engine: null, // the block in which the engine itself makes an edit, and its text before
     next: null, // the styles chosen for what is typed next, and where
 };
 
@@ -29,9 +30,14 @@ document.addEventListener('beforeinput', (event) => {
     const handler = Object.hasOwn(inputHandlers, event.inputType) && inputHandlers[event.inputType];
     if (handler && handler(event))
         event.preventDefault();
+    else if (/^(delete|insertLineBreak)/.test(event.inputType) && currentRange())
+        typing.engine = blockAsItIs(currentRange());
 }, true);
 
-document.addEventListener('input', () => cleanUp(), true);
+document.addEventListener('input', () => {
+    settleBlanksOfEngine();
+    cleanUp();
+}, true);
 
 const inputHandlers = {
     insertParagraph: () => currentRange() !== null && withWaitingStyles(insertParagraph),
@@ -236,6 +242,40 @@ function insertBlank(node, offset) {
         insertInto(node, offset, ' ');
     }
     return true;
+}
+
+function blockAsItIs({ startContainer }) {
+    const block = blockOf(startContainer);
+    return { block, text: block.textContent };
+}
+
+// The engine makes a blank beside the caret a no-break space, so that it shows. It is a blank again, or one of ours where
+// a line ends.
+function settleBlanksOfEngine() {
+    const { engine } = typing;
+    typing.engine = null;
+    const { startContainer: node, startOffset: offset } = currentRange() || {};
+    if (!engine || !(node instanceof Text) || !engine.block.contains(node))
+        return;
+    const ahead = document.createRange();
+    ahead.selectNodeContents(engine.block);
+    ahead.setEnd(node, offset);
+    const at = ahead.toString().length;
+    const behind = engine.text.length - engine.block.textContent.length + at;
+    const before = offset > 0 ? [node, offset - 1] : [node.previousSibling, (node.previousSibling?.length ?? 0) - 1];
+    const after = offset < node.length ? [node, offset] : [node.nextSibling, 0];
+    const isMade = ([text, place], was) =>
+        text instanceof Text && text.data[place] === '\u00a0' && /[ \t\r\n\f]/.test(was || '');
+    if (isMade(before, engine.text[at - 1]) && offset === node.length
+        && isAtEdge(currentRange(), blockOf(node), 'end')) {
+        typing.blank = node;
+        return;
+    }
+    for (const [place, was] of [[before, engine.text[at - 1]], [after, engine.text[behind]]])
+        if (isMade(place, was)) {
+            place[0].replaceData(place[1], 1, ' ');
+            setCaret(node, offset);
+        }
 }
 
 // Turns our no-break space into a plain blank: something follows it now, or the caret has left.

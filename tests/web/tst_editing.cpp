@@ -206,6 +206,11 @@ private slots:
             "<p>a </p>");
         row("only letter of a style", "<p>a|</p>", "<Bold>x<Backspace>b<Bold> c", "<p>a<b>b</b> c</p>");
         row("last letter of a link", "<p>See <a href=\"x\">y|</a>.</p>", "<Backspace>z", "<p>See z.</p>");
+        row("image behind a blank", "<p>a <img src=\"x\">|</p>", "<Backspace>z", "<p>a z</p>");
+        row("image between blanks", "<p>a <img src=\"x\">| b</p>", "<Backspace>z", "<p>a z b</p>");
+        row("line break before a blank", "<p>one| two</p>", "<Break>x", "<p>one<br>x two</p>");
+        row("image behind a no-break space", "<p>a&nbsp;<img src=\"x\">| b</p>", "<Backspace>z",
+            "<p>a&nbsp;z b</p>");
         row("blank behind a link", "<p>See <a href=\"x\">here|</a></p>", " now",
             "<p>See <a href=\"x\">here</a> now</p>");
         row("mark behind a link", "<p>See <a href=\"x\"><b>here|</b></a></p>", ", now",
