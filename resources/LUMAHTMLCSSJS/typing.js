@@ -107,12 +107,14 @@ function insertText(event) {
     const range = currentRange();
     if (!range || event.data === null)
         return false;
-    if (!range.collapsed)
+    const isReplaced = !range.collapsed;
+    if (isReplaced)
         makeRoomInSelection();
-    else if (isBehindLink(range) && !/[\p{L}\p{N}]/u.test(event.data))
+    if (isReplaced || !isBehindLink(range))
+        typing.link = linkAt(currentRange());
+    else if (!/[\p{L}\p{N}]/u.test(event.data))
         leaveLink(linkAt(range));
     makeParagraphInBody();
-    typing.link = linkAt(currentRange());
     insertAtCaret(event.data);
     return true;
 }

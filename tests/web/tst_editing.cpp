@@ -218,7 +218,7 @@ private slots:
         row("enter behind a link", "<p>See <a href=\"x\">here|</a></p>", "<Enter>two",
             "<p>See <a href=\"x\">here</a></p><p>two</p>");
         row("letters behind a link", "<p>See <a href=\"x\">her|</a>.</p>", "e too",
-            "<p>See <a href=\"x\">here too</a>.</p>");
+            "<p>See <a href=\"x\">here</a> too.</p>");
         row("blank over a blank behind a link", "<p>See <a href=\"x\">here|</a> now</p>", " x",
             "<p>See <a href=\"x\">here</a> xnow</p>");
         row("behind a link in a menu", "<ul><li><a href=\"x\">Home|</a></li></ul>", " page",
